@@ -1,0 +1,65 @@
+# The rules that every target of the project shares.
+
+add_library(velumar_options INTERFACE)
+target_include_directories(velumar_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_options(velumar_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
+  -Wold-style-cast -Woverloaded-virtual -Werror)
+# An exact replay needs exact floats: no fused or reordered arithmetic.
+target_compile_options(velumar_options INTERFACE -ffp-contract=off)
+if(VELUMAR_SANITIZE)
+  target_compile_options(velumar_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(velumar_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# One library per folder of src/. A folder links only what stands behind USES, and headers are
+# reached through the library alone, so a dependency that points the wrong way does not build.
+#   velumar_library(session SOURCES run_control.cpp ... USES base marketdata)
+function(velumar_library name)
+  cmake_parse_arguments(LIB "" "" "SOURCES;USES;PRIVATE" ${ARGN})
+  set(target velumar_${name})
+  add_library(${target} STATIC ${LIB_SOURCES})
+  target_link_libraries(${target} PUBLIC velumar_options PRIVATE ${LIB_PRIVATE})
+  foreach(use IN LISTS LIB_USES)
+    target_link_libraries(${target} PUBLIC velumar_${use})
+  endforeach()
+  velumar_check_includes(${target} ${name} "${LIB_USES}")
+endfunction()
+
+# Fails the configuration when a file of a folder includes a header of a folder that it may not use.
+function(velumar_check_includes target name uses)
+  set(allowed ${name} ${uses})
+  foreach(use IN LISTS uses)
+    get_property(reach GLOBAL PROPERTY velumar_reach_${use})
+    list(APPEND allowed ${reach})
+  endforeach()
+  list(REMOVE_DUPLICATES allowed)
+  set_property(GLOBAL PROPERTY velumar_reach_${name} ${allowed})
+  file(GLOB_RECURSE files CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  foreach(file IN LISTS files)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+    file(STRINGS ${file} includes REGEX "^#include \"[a-z]+/")
+    foreach(line IN LISTS includes)
+      string(REGEX REPLACE "^#include \"([a-z]+)/.*" "\\1" folder "${line}")
+      if(NOT folder IN_LIST allowed)
+        message(FATAL_ERROR "${file}: ${name} may not use ${folder} (allowed: ${allowed})")
+      endif()
+    endforeach()
+  endforeach()
+endfunction()
+
+# One test program per folder of tests/.
+function(velumar_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
+  set(target ${name}_tests)
+  add_executable(${target} ${TEST_SOURCES})
+  target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_link_libraries(${target} PRIVATE velumar_options GTest::gtest_main GTest::gmock)
+  target_precompile_headers(${target} PRIVATE <gtest/gtest.h> <gmock/gmock.h> <string> <vector>)
+  foreach(use IN LISTS TEST_USES)
+    target_link_libraries(${target} PRIVATE velumar_${use})
+  endforeach()
+  set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  add_test(NAME ${name} COMMAND ${target})
+endfunction()
