@@ -1,0 +1,258 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velumar {
+
+class Form;
+
+// Colours are 32-bit values in blue-green-red order.
+using Colour = std::uint32_t;
+inline constexpr Colour kRed = 255;
+inline constexpr Colour kGreen = 65280;
+inline constexpr Colour kBlue = 16711680;
+inline constexpr Colour kDarkGreen = 32768;
+inline constexpr Colour kDarkBlue = 8388608;
+inline constexpr Colour kLightRed = 8421631;
+inline constexpr Colour kOrange = 33023;
+inline constexpr Colour kWhite = 16777215;
+inline constexpr Colour kLightGreen = 12648384;
+
+enum class FontFace : std::uint8_t { kPlain, kVerdana, kImpact };
+enum class Alignment : std::uint8_t { kLeft, kCentre };
+enum class Backdrop : std::uint8_t { kNone, kWhite, kLightGreen };
+
+// How a control is drawn, as far as the logic or the design says so.
+struct Look {
+  Colour colour = 0;
+  FontFace face = FontFace::kPlain;
+  int points = 8;
+  bool bold = false;
+  bool italic = false;
+  Alignment alignment = Alignment::kLeft;
+  Backdrop backdrop = Backdrop::kNone;
+};
+
+// A row of a window's control table: places in twips, the start text (of a picture: the name of
+// its artwork) and the tooltip.
+struct ControlSpec {
+  std::string_view name;
+  float left = 0;
+  float top = 0;
+  float width = 0;
+  float height = 0;
+  std::string_view text = {};
+  std::string_view tooltip = {};
+  Look look = {};
+};
+
+enum class ControlKind : std::uint8_t {
+  kPicture,
+  kPictureButton,
+  kLabel,
+  kTextBox,
+  kButton,
+  kComboBox,
+  kDatePicker,
+  kSlider,
+  kCheckBox
+};
+
+// What one control holds as far as the logic uses it. Setting a property from the logic fires the
+// same change events as the user's hand, and tells the window's listener. The user's hand comes in
+// through the functions that begin with User; these do nothing on a control that is hidden,
+// disabled, or in a window that isn't shown.
+class Control {
+ public:
+  Control(Form& form, ControlKind kind, const ControlSpec& spec);
+  virtual ~Control() = default;
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  // Back to what the table says, as at each load of the window; events stay bound and don't fire.
+  virtual void Reset();
+
+  ControlKind Kind() const { return kind_; }
+  const std::string& Name() const { return name_; }
+  Form& Owner() const { return form_; }
+  const Look& DesignLook() const { return look_; }
+
+  const std::string& Text() const { return text_; }
+  virtual void SetText(std::string_view text);
+  // What Reset puts into Text from the next load on.
+  void SetStartText(std::string_view text) { start_text_ = text; }
+
+  const std::string& ToolTip() const { return tooltip_; }
+  void SetToolTip(std::string_view text);
+  bool Visible() const { return visible_; }
+  void SetVisible(bool visible);
+  bool Enabled() const { return enabled_; }
+  void SetEnabled(bool enabled);
+  Colour ForeColour() const { return colour_; }
+  void SetForeColour(Colour colour);
+
+  // Twips, relative to the window.
+  float Left() const { return left_; }
+  float Top() const { return top_; }
+  float Width() const { return width_; }
+  float Height() const { return height_; }
+  void SetPlace(float left, float top);
+  void SetSize(float width, float height);
+
+  // True when a hand can reach it.
+  bool Reachable() const;
+  void UserClick();
+  void UserDoubleClick();
+  void UserPress();
+  void UserRelease();
+  void UserKeyUp(int key_code);
+  void UserLeave();
+
+  std::function<void()> on_click;
+  std::function<void()> on_double_click;
+  std::function<void()> on_change;
+  std::function<void()> on_press;
+  std::function<void()> on_release;
+  std::function<void(int key_code)> on_key_up;
+  std::function<void()> on_leave;
+
+ protected:
+  void Changed();
+  void AssignText(std::string_view text) { text_ = text; }
+
+ private:
+  Form& form_;
+  ControlKind kind_;
+  std::string name_;
+  ControlSpec spec_;
+  std::string start_text_;
+  Look look_;
+  std::string text_;
+  std::string tooltip_;
+  bool visible_ = true;
+  bool enabled_ = true;
+  Colour colour_ = 0;
+  float left_ = 0;
+  float top_ = 0;
+  float width_ = 0;
+  float height_ = 0;
+};
+
+// A picture without a click is a backdrop; its Text names the artwork.
+class Picture : public Control {
+ public:
+  Picture(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kPicture, spec) {}
+};
+
+// Pictures take no keyboard focus: clicking one leaves it where the user types.
+class PictureButton : public Control {
+ public:
+  PictureButton(Form& form, const ControlSpec& spec)
+      : Control(form, ControlKind::kPictureButton, spec) {}
+};
+
+class Label : public Control {
+ public:
+  Label(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kLabel, spec) {}
+};
+
+class Button : public Control {
+ public:
+  Button(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kButton, spec) {}
+};
+
+class TextBox : public Control {
+ public:
+  TextBox(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kTextBox, spec) {}
+  // Fires on_change when the text differs from what the box holds.
+  void SetText(std::string_view text) override;
+  // The text as a hand leaves it there: on_change, then on_key_up of the last key.
+  void UserType(std::string_view text, int key_code = 0);
+};
+
+// A list with a text box that can be typed into.
+class ComboBox : public Control {
+ public:
+  struct Row {
+    std::string text;
+    int data = 0;  // what the logic ties to the line
+  };
+
+  ComboBox(Form& form, const ControlSpec& spec, std::vector<std::string> items = {},
+           bool sorted = false);
+  void Reset() override;
+
+  const std::vector<Row>& Rows() const { return rows_; }
+  // -1: the text was typed, or nothing is chosen.
+  int Index() const { return index_; }
+  void Clear();
+  // A sorted list takes all lines at once; equal lines keep their order.
+  void SetRows(std::vector<Row> rows);
+  // Takes the line's text and fires on_click; an index outside the list throws std::out_of_range.
+  void SetIndex(int index);
+  void SetText(std::string_view text) override;
+  void UserChoose(int index);
+  void UserType(std::string_view text, int key_code = 0);
+
+ private:
+  std::vector<std::string> start_items_;
+  bool sorted_;
+  std::vector<Row> rows_;
+  int index_ = -1;
+};
+
+// A day, as yyyymmdd.
+class DatePicker : public Control {
+ public:
+  DatePicker(Form& form, const ControlSpec& spec, std::int32_t start_value);
+  void Reset() override;
+  std::int32_t Value() const { return value_; }
+  void SetValue(std::int32_t date);
+  void UserPick(std::int32_t date);
+
+ private:
+  std::int32_t start_value_;
+  std::int32_t value_;
+};
+
+// Fires on_change at each change of the value, during a drag as well.
+class Slider : public Control {
+ public:
+  struct Range {
+    int low = 0;
+    int high = 0;
+    int step = 1;
+  };
+
+  Slider(Form& form, const ControlSpec& spec, Range range, int start_value);
+  void Reset() override;
+  const Range& Limits() const { return range_; }
+  int Value() const { return value_; }
+  // A value outside the range throws std::out_of_range.
+  void SetValue(int value);
+  void UserMove(int value);
+
+ private:
+  Range range_;
+  int start_value_;
+  int value_;
+};
+
+class CheckBox : public Control {
+ public:
+  CheckBox(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kCheckBox, spec) {}
+  void Reset() override;
+  bool Checked() const { return checked_; }
+  // Fires on_click when it changes, as ticking by hand does.
+  void SetChecked(bool checked);
+  void UserToggle();
+
+ private:
+  bool checked_ = false;
+};
+
+}  // namespace velumar

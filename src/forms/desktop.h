@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+
+#include "forms/big_window.h"
+#include "forms/form1.h"
+#include "forms/form2.h"
+#include "forms/form3.h"
+
+namespace velumar {
+
+// Owns the one instance of each window. A window loads at first touch: an accessor of an unloaded
+// window loads it, hidden, and runs its load steps before it answers.
+class Desktop {
+ public:
+  Desktop();
+  Desktop(const Desktop&) = delete;
+  Desktop& operator=(const Desktop&) = delete;
+
+  Form1& form1() { return Touched(form1_); }
+  Form2& form2() { return Touched(form2_); }
+  Form3& form3() { return Touched(form3_); }
+  BigWindow& frmBigDateTime() { return Touched(big_date_time_); }
+  BigWindow& frmBigScore() { return Touched(big_score_); }
+  BigWindow& frmBigPrice() { return Touched(big_price_); }
+
+  // An unloaded window stays as it is. Runs the window's unload steps, then forgets its state.
+  void Unload(Form& form);
+
+  // All windows, without touching them: for who binds events, draws or lists them.
+  struct Windows {
+    Form1& form1;
+    Form2& form2;
+    Form3& form3;
+    BigWindow& frmBigDateTime;
+    BigWindow& frmBigScore;
+    BigWindow& frmBigPrice;
+  };
+  Windows Untouched();
+  std::array<Form*, 6> All();
+  // Null when there is no window of that name.
+  Form* Find(std::string_view name);
+
+  void SetListener(FormListener* listener);
+
+ private:
+  template <typename Window>
+  static Window& Touched(Window& window) {
+    if (!window.Loaded()) window.BeLoaded();
+    return window;
+  }
+
+  Form1 form1_;
+  Form2 form2_;
+  Form3 form3_;
+  BigWindow big_date_time_;
+  BigWindow big_score_;
+  BigWindow big_price_;
+};
+
+}  // namespace velumar

@@ -1,0 +1,109 @@
+#include "forms/form.h"
+
+namespace velumar {
+
+Form::Form(const FormSpec& spec)
+    : name_(spec.name),
+      spec_(spec),
+      caption_(spec.caption),
+      width_(spec.width),
+      height_(spec.height) {}
+
+void Form::SetCaption(std::string_view caption) {
+  if (caption == caption_) return;
+  caption_ = caption;
+  Changed();
+}
+
+void Form::SetLeft(float left) {
+  if (left == left_) return;
+  left_ = left;
+  Changed();
+}
+
+void Form::SetTop(float top) {
+  if (top == top_) return;
+  top_ = top;
+  Changed();
+}
+
+void Form::Show() {
+  if (visible_) return;
+  visible_ = true;
+  Changed();
+}
+
+void Form::Hide() {
+  if (!visible_) return;
+  visible_ = false;
+  Changed();
+}
+
+void Form::SetTopmost(bool topmost) {
+  topmost_ = topmost;
+  Changed();
+}
+
+void Form::SetOpacity(int opacity) {
+  opacity_ = opacity;
+  Changed();
+}
+
+void Form::SetCorners(int width, int height) {
+  corner_width_ = width;
+  corner_height_ = height;
+  Changed();
+}
+
+void Form::StartDrag() {
+  if (listener_ != nullptr) listener_->DragStarted(*this);
+}
+
+Control* Form::Find(std::string_view name) const {
+  for (Control* control : controls_) {
+    if (control->Name() == name) return control;
+  }
+  return nullptr;
+}
+
+void Form::UserPress() {
+  if (visible_ && on_press) on_press();
+}
+
+void Form::ControlChanged(Control& control) {
+  if (listener_ != nullptr && loaded_) listener_->ControlChanged(*this, control);
+}
+
+void Form::BeLoaded() {
+  Reset();
+  loaded_ = true;
+  if (listener_ != nullptr) listener_->FormLoaded(*this);
+  if (on_load) on_load();
+}
+
+void Form::BeUnloaded() {
+  if (on_unload) on_unload();
+  visible_ = false;
+  loaded_ = false;
+  if (listener_ != nullptr) listener_->FormUnloaded(*this);
+}
+
+void Form::Changed() {
+  if (listener_ != nullptr && loaded_) listener_->FormChanged(*this);
+}
+
+void Form::Reset() {
+  caption_ = spec_.caption;
+  left_ = 0;
+  top_ = 0;
+  width_ = spec_.width;
+  height_ = spec_.height;
+  visible_ = false;
+  topmost_ = false;
+  opacity_ = 255;
+  corner_width_ = 0;
+  corner_height_ = 0;
+  for (Control* control : controls_) control->Reset();
+}
+
+}  // namespace velumar

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "forms/control.h"
+
+namespace velumar {
+
+inline constexpr float kTwipsPerPixel = 15;
+
+// Who draws the windows. One listener serves all windows of a desktop.
+class FormListener {
+ public:
+  virtual ~FormListener() = default;
+  virtual void FormLoaded(Form& form) = 0;
+  virtual void FormUnloaded(Form& form) = 0;
+  // Place, size, opacity, corners, caption, visibility.
+  virtual void FormChanged(Form& form) = 0;
+  virtual void ControlChanged(Form& form, Control& control) = 0;
+  // The window moves with the mouse until its button is released.
+  virtual void DragStarted(Form& form) = 0;
+};
+
+struct FormSpec {
+  std::string_view name;
+  std::string_view caption;
+  float width = 0;   // twips
+  float height = 0;  // twips
+};
+
+// A window without its picture on the screen. An unloaded window is as new at its next load; the
+// object itself stays, so a handler that unloads its own window comes back safely.
+class Form {
+ public:
+  explicit Form(const FormSpec& spec);
+  virtual ~Form() = default;
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  const std::string& Name() const { return name_; }
+  const std::string& Caption() const { return caption_; }
+  void SetCaption(std::string_view caption);
+
+  // Twips on the screen.
+  float Left() const { return left_; }
+  float Top() const { return top_; }
+  float Width() const { return width_; }
+  float Height() const { return height_; }
+  void SetLeft(float left);
+  void SetTop(float top);
+
+  bool Loaded() const { return loaded_; }
+  bool Visible() const { return visible_; }
+  void Show();
+  void Hide();
+
+  bool Topmost() const { return topmost_; }
+  void SetTopmost(bool topmost);
+  // 0 (invisible) to 255 (solid).
+  int Opacity() const { return opacity_; }
+  void SetOpacity(int opacity);
+  // Size of the corner ellipse in pixels; 0 by 0 is square.
+  int CornerWidth() const { return corner_width_; }
+  int CornerHeight() const { return corner_height_; }
+  void SetCorners(int width, int height);
+  void StartDrag();
+
+  // In the order of the table, which is from the back to the front.
+  const std::vector<Control*>& Controls() const { return controls_; }
+  // Null when the window has no control of that name.
+  Control* Find(std::string_view name) const;
+
+  void UserPress();  // a mouse press on the window itself, whatever the button
+
+  std::function<void()> on_load;
+  std::function<void()> on_unload;
+  std::function<void()> on_press;
+  // What stands for closing the window from outside, as by Alt+F4.
+  std::function<void()> on_close;
+
+  // For the window's own controls and its desktop.
+  void Register(Control& control) { controls_.push_back(&control); }
+  void ControlChanged(Control& control);
+  void SetListener(FormListener* listener) { listener_ = listener; }
+  void BeLoaded();
+  void BeUnloaded();
+
+ private:
+  void Changed();
+  void Reset();
+
+  std::string name_;
+  FormSpec spec_;
+  std::string caption_;
+  float left_ = 0;
+  float top_ = 0;
+  float width_ = 0;
+  float height_ = 0;
+  bool loaded_ = false;
+  bool visible_ = false;
+  bool topmost_ = false;
+  int opacity_ = 255;
+  int corner_width_ = 0;
+  int corner_height_ = 0;
+  std::vector<Control*> controls_;
+  FormListener* listener_ = nullptr;
+};
+
+}  // namespace velumar

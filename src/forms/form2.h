@@ -1,0 +1,28 @@
+#pragma once
+
+#include "forms/form.h"
+
+namespace velumar {
+
+// The navigator: the bar that the trader holds during a run.
+class Form2 : public Form {
+ public:
+  Form2() : Form({"Form2", "Velumar", 4215, 1155}) {}
+
+  Picture Image8{*this, {"Image8", 0, 0, 4230, 1155, "backdrop-navigator"}};
+  Label Label6{*this,
+               {"Label6", 200, 320, 3855, 300, "", "",
+                {.colour = kBlue, .backdrop = Backdrop::kWhite}}};
+  Slider HScrollx{*this, {"HScrollx", 120, 120, 2415, 150, "", ""}, {0, 250, 5}, 250};
+  TextBox txtRefresh{
+      *this, {"txtRefresh", 2640, 120, 255, 150, "1", "", {.colour = kDarkBlue}}};
+  PictureButton Image5{*this, {"Image5", 3000, 80, 1140, 195, "close", "Close & Return"}};
+  PictureButton Image6{*this, {"Image6", 240, 645, 435, 390, "rewind", ""}};
+  PictureButton Image2{*this, {"Image2", 960, 645, 405, 360, "previous", "Previous"}};
+  PictureButton Image3{*this, {"Image3", 1680, 645, 390, 375, "play", "Play"}};
+  PictureButton Image4{*this, {"Image4", 2280, 645, 405, 375, "pause", "Pause"}};
+  PictureButton Image1{*this, {"Image1", 2880, 645, 390, 375, "next", "Next"}};
+  PictureButton Image7{*this, {"Image7", 3600, 645, 420, 405, "forward", ""}};
+};
+
+}  // namespace velumar

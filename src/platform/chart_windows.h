@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velumar {
+
+using WindowId = std::uint64_t;
+
+// The top-level windows of all programs.
+class ChartWindows {
+ public:
+  virtual ~ChartWindows() = default;
+  // Front to back. Empty where the window system can't tell.
+  virtual std::vector<WindowId> TopLevelWindows() = 0;
+  virtual std::string WindowTitle(WindowId window) = 0;
+  virtual bool IsWindowVisible(WindowId window) = 0;
+  virtual bool HasOwner(WindowId window) = 0;
+  virtual void Maximize(WindowId window) = 0;
+  // Gives the focus to the window with exactly that title, else to one whose title begins with it.
+  // False when there is none.
+  virtual bool BringToFront(std::string_view title) = 0;
+  // The file dialog: a top-level window of that class and title. Where windows have no such
+  // classes, the title of a dialog decides.
+  virtual bool DialogExists(std::string_view window_class, std::string_view title) = 0;
+};
+
+enum class KeyOutcome : std::uint8_t {
+  kTakenIn,
+  kHeldBack,     // the window in front isn't the chart program's: nothing was typed
+  kNotAnswered,  // typed, but the window in front didn't answer in time
+};
+
+class KeySender {
+ public:
+  virtual ~KeySender() = default;
+  // Types a text in the notation of key_notation.h into the window that has the focus and returns
+  // once it has taken the keys in. Throws std::invalid_argument for a text that isn't in it.
+  virtual KeyOutcome Send(std::string_view keys) = 0;
+};
+
+}  // namespace velumar

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "platform/chart_windows.h"
+#include "platform/event_loop.h"
+#include "platform/registry.h"
+#include "platform/services.h"
+
+namespace velumar {
+
+// Everything outside the process that the logic reaches, as main puts it together.
+struct Platform {
+  EventLoop& events;
+  ChartWindows& chart_windows;
+  KeySender& keys;
+  MessageBoxes& boxes;
+  FolderDialog& folders;
+  SettingsStore& settings;
+  Registry& registry;
+  Screen& screen;
+  LocaleInfo& locale;
+  WallClock& clock;
+  Programs& programs;
+  std::string program_folder;
+  // What "LastPath" and the directory box start from.
+  std::string default_data_dir;
+};
+
+}  // namespace velumar

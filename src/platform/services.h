@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velumar {
+
+enum class BoxIcon : std::uint8_t { kNone, kInformation, kExclamation };
+
+// A box with an OK button; the call returns when it was answered.
+class MessageBoxes {
+ public:
+  virtual ~MessageBoxes() = default;
+  virtual void Show(std::string_view text, BoxIcon icon) = 0;
+};
+
+class FolderDialog {
+ public:
+  virtual ~FolderDialog() = default;
+  // The chosen folder, or an empty text on cancel. A drive root keeps its closing separator.
+  virtual std::string BrowseForFolder(std::string_view prompt) = 0;
+};
+
+// The per-user store of texts of the application `Velumar`, section "Settings".
+class SettingsStore {
+ public:
+  virtual ~SettingsStore() = default;
+  // Nothing when the key isn't there.
+  virtual std::optional<std::string> Read(std::string_view key) const = 0;
+  virtual void Save(std::string_view key, std::string_view text) = 0;
+};
+
+class Screen {
+ public:
+  virtual ~Screen() = default;
+  virtual float WidthTwips() const = 0;
+  virtual float HeightTwips() const = 0;
+};
+
+class LocaleInfo {
+ public:
+  virtual ~LocaleInfo() = default;
+  virtual std::string DateSeparator() const = 0;
+  // In the letters d, M, y: "dd/MM/yyyy".
+  virtual std::string ShortDatePattern() const = 0;
+};
+
+class WallClock {
+ public:
+  virtual ~WallClock() = default;
+  virtual std::int32_t Today() const = 0;  // yyyymmdd, local
+};
+
+class Programs {
+ public:
+  virtual ~Programs() = default;
+  // Starts a program in a normal window and doesn't wait for it. Everything before "MSWIN.EXE" in
+  // the command line is one path, blanks included. Throws std::runtime_error naming the program.
+  virtual void Start(std::string_view command_line) = 0;
+  // Throws std::runtime_error when there is nothing to open the page with.
+  virtual void OpenInBrowser(std::string_view address) = 0;
+  // Ends the process at once, whatever runs.
+  virtual void EndProcess() = 0;
+};
+
+}  // namespace velumar

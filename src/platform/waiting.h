@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/event_loop.h"
+
+namespace velumar {
+
+// One wait at a time, or a row of them as in a slide. Window events run meanwhile, so a handler can
+// wait again inside; each wait ends at its own time.
+class clsWaitableTimer {
+ public:
+  explicit clsWaitableTimer(EventLoop& events) : events_(events) {}
+  // A failure of the wait is thrown on with "[clsWaitableTimer.Wait]" in front of its text.
+  void Wait(std::int32_t milliseconds);
+
+ private:
+  EventLoop& events_;
+};
+
+// The one wait of the system. 0 means a second, and the caller's variable then says so.
+void WaitMilliseconds(EventLoop& events, std::int16_t& milliseconds);
+// The same for a fixed time.
+void WaitMilliseconds(EventLoop& events, std::int16_t&& milliseconds);
+
+}  // namespace velumar

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace velumar {
+
+// The one record of the program: directories and symbol, the whole series in memory, the replay
+// cursor and the trader's book. main builds it and hands it on by reference. The widths are limits
+// of the system.
+struct SimSession {
+  // Paths, symbol, host.
+  std::string DataDir;  // the directory that holds the full series
+  std::string SimDir;   // the working store: what the chart program reads
+  std::string Symbol;   // trimmed and upper-cased
+  std::string SymbolInterval;
+  std::vector<std::string> PeriodBySymbol;  // "D" or minutes, in the reader's order, one spare
+  std::string HostTitle;
+
+  // Bars: eight parallel arrays from index 0, oldest first.
+  std::vector<std::int32_t> BarDate;  // yyyymmdd
+  std::vector<std::int32_t> BarTime;  // hhmmss
+  std::vector<float> BarOpen;
+  std::vector<float> BarHigh;
+  std::vector<float> BarLow;
+  std::vector<float> BarClose;
+  std::vector<float> BarVolume;
+  std::vector<float> BarOpenInt;
+
+  // Replay cursor and run.
+  std::int16_t BarIndex = 0;      // newest bar of the store; -1: none
+  std::int16_t LastBarIndex = 0;  // last index of the full series
+  std::string StartDate;
+  std::string StartTime;
+  std::string CurrentDate;
+  std::string CurrentTime;
+  std::int16_t StopRequested = 0;  // 0 or -1
+  std::int16_t RefreshDelay = 0;   // ms
+
+  // Kept window positions, twips as number text; a top of "0": none known.
+  std::string SetupTop;
+  std::string SetupLeft;
+  std::string NavTop;
+  std::string NavLeft;
+
+  // Account, money.
+  float MarketPrice = 0;  // close of the bar under BarIndex
+  float InitMargin = 0;
+  float ProfitPerContract = 0;
+  float UsedMargin = 0;
+  float Commission = 0;
+  float VatAmount = 0;
+  float Balance = 0;
+  float Portfolio = 0;
+  float BalancePoint = 0;  // points
+
+  // The two sides: quantities, average price, points, money.
+  float LAccum = 0;
+  float SAccum = 0;
+  float LAmount = 0;
+  float SAmount = 0;
+  float LAvgPrice = 0;
+  float SAvgPrice = 0;
+  float LUnrealisedMoney = 0;
+  float SUnrealisedMoney = 0;
+  float LUnrealised = 0;
+  float SUnrealised = 0;
+  float LRealised = 0;
+  float SRealised = 0;
+  float LRealisedMoney = 0;
+  float SRealisedMoney = 0;
+
+  // Last index of the bar arrays, -1 without bars.
+  int LastArrayIndex() const { return static_cast<int>(BarDate.size()) - 1; }
+  // True when `index` names a bar of the arrays.
+  bool HasBar(int index) const { return index >= 0 && index <= LastArrayIndex(); }
+};
+
+}  // namespace velumar

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+
+#include "forms/desktop.h"
+#include "ledger/ledger.h"
+#include "marketdata/index_cache.h"
+#include "platform/platform.h"
+#include "session/sim_session.h"
+
+namespace velumar {
+
+// The logic behind all windows, bound to their events at construction. All references must outlive
+// the object.
+class Program {
+ public:
+  Program(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
+          Ledger& ledger);
+  ~Program();
+
+  // Loads the setup window, which brings the whole process up, and shows it.
+  void Start();
+  // True while a feed loop is on that will feed another bar or look at the stop flag.
+  bool Feeding() const;
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace velumar
