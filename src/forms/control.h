@@ -24,7 +24,7 @@ inline constexpr Colour kLightGreen = 12648384;
 
 enum class FontFace : std::uint8_t { kPlain, kVerdana, kImpact };
 enum class Alignment : std::uint8_t { kLeft, kCentre };
-enum class Backdrop : std::uint8_t { kNone, kWhite, kLightGreen };
+enum class Backdrop : std::uint8_t { kNone, kWhitePaper, kGreenPaper };
 
 // How a control is drawn, as far as the logic or the design says so.
 struct Look {

@@ -28,7 +28,7 @@ class Form1 : public Form {
                 {"Text3", 240, 600, 3375, 285, "C:\\MetaStock Data\\Samples\\", kPathTip, kField}};
   Label Label6{*this,
                {"Label6", 240, 600, 3855, 300, "", "",
-                {.colour = kOrange, .backdrop = Backdrop::kWhite}}};
+                {.colour = kOrange, .backdrop = Backdrop::kWhitePaper}}};
   Button Command5{*this, {"Command5", 3720, 620, 375, 255, "....", "Open Directory"}};
   Label Label4{*this, {"Label4", 240, 960, 495, 255, "Sec:", "", kBoldCaption}};
   ComboBox Combo1{*this,

@@ -9,7 +9,7 @@ class Form3 : public Form {
  public:
   Form3() : Form({"Form3", "Velumar", 4260, 2115}) {}
 
-  static constexpr Look kLine{.colour = kBlue, .backdrop = Backdrop::kWhite};
+  static constexpr Look kLine{.colour = kBlue, .backdrop = Backdrop::kWhitePaper};
   static constexpr Look kCaption{.colour = kWhite};
 
   Picture Image1{*this, {"Image1", 0, 0, 4260, 2130, "backdrop-panel"}};
@@ -42,7 +42,7 @@ class Form3 : public Form {
       *this, {"Label3", 2640, 1440, 705, 255, "Refresh", "", {.colour = kDarkBlue, .bold = true}}};
   CheckBox chkShowBigform{*this,
                           {"chkShowBigform", 3840, 1800, 255, 210, "", "",
-                           {.backdrop = Backdrop::kLightGreen}}};
+                           {.backdrop = Backdrop::kGreenPaper}}};
   Label Label5{*this, {"Label5", 2880, 1800, 855, 255, "Big Number", "", kCaption}};
 };
 

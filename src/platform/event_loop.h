@@ -12,6 +12,8 @@ class EventLoop {
   virtual void ProcessPending() = 0;
   // Returns when the time has passed, never earlier; events run meanwhile.
   virtual void WaitFor(std::chrono::milliseconds time) = 0;
+  // The same without letting any event run.
+  virtual void Sleep(std::chrono::milliseconds time) = 0;
 };
 
 }  // namespace velumar

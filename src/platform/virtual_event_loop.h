@@ -3,6 +3,7 @@
 #include <chrono>
 #include <functional>
 #include <map>
+#include <utility>
 
 #include "platform/event_loop.h"
 
@@ -16,6 +17,7 @@ class VirtualEventLoop : public EventLoop {
 
   void ProcessPending() override;
   void WaitFor(Milliseconds time) override;
+  void Sleep(Milliseconds time) override { now_ += time; }
 
   // Runs once the clock has gone on by `delay` from now.
   void Schedule(Milliseconds delay, std::function<void()> event);

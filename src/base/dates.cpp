@@ -1,0 +1,147 @@
+#include "base/dates.h"
+
+#include <array>
+#include <chrono>
+
+namespace velumar {
+
+namespace {
+
+constexpr std::array<std::string_view, 12> kMonths{"January",   "February", "March",    "April",
+                                                   "May",       "June",     "July",     "August",
+                                                   "September", "October",  "November", "December"};
+constexpr std::array<std::string_view, 7> kDays{"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                                "Thursday", "Friday", "Saturday"};
+
+std::chrono::year_month_day Calendar(std::int32_t date) {
+  return {std::chrono::year(date / 10000), std::chrono::month(static_cast<unsigned>(date / 100 % 100)),
+          std::chrono::day(static_cast<unsigned>(date % 100))};
+}
+
+std::int32_t Number(const std::chrono::year_month_day& day) {
+  return static_cast<int>(day.year()) * 10000 +
+         static_cast<std::int32_t>(static_cast<unsigned>(day.month())) * 100 +
+         static_cast<std::int32_t>(static_cast<unsigned>(day.day()));
+}
+
+std::string Padded(int number, std::size_t width) {
+  std::string text = std::to_string(number);
+  if (text.size() < width) text.insert(0, width - text.size(), '0');
+  return text;
+}
+
+std::string MonthField(std::int32_t date, std::size_t letters) {
+  const int month = date / 100 % 100;
+  if (letters < 3 || month < 1 || month > 12) return Padded(month, letters < 2 ? 1 : 2);
+  const std::string_view name = kMonths.at(static_cast<std::size_t>(month) - 1);
+  return std::string(letters == 3 ? name.substr(0, 3) : name);
+}
+
+std::string DayField(std::int32_t date, std::size_t letters) {
+  if (letters < 3 || !IsRealDate(date)) return Padded(date % 100, letters < 2 ? 1 : 2);
+  const std::chrono::weekday day{std::chrono::sys_days(Calendar(date))};
+  const std::string_view name = kDays.at(day.c_encoding());
+  return std::string(letters == 3 ? name.substr(0, 3) : name);
+}
+
+std::string YearField(std::int32_t date, std::size_t letters) {
+  const int year = date / 10000;
+  if (letters > 2) return Padded(year, 4);
+  return Padded(year % 100, letters);
+}
+
+std::string Field(char letter, std::size_t letters, std::int32_t date) {
+  if (letter == 'd') return DayField(date, letters);
+  return letter == 'M' ? MonthField(date, letters) : YearField(date, letters);
+}
+
+bool IsDateLetter(char c) { return c == 'd' || c == 'M' || c == 'y'; }
+
+std::size_t RunLength(std::string_view pattern, std::size_t at) {
+  const std::size_t end = pattern.find_first_not_of(pattern[at], at);
+  return (end == std::string_view::npos ? pattern.size() : end) - at;
+}
+
+// The digits that stand next in the text, as many as `most`.
+std::optional<int> TakeNumber(std::string_view& text, std::size_t most) {
+  const std::size_t start = text.find_first_of("0123456789");
+  if (start == std::string_view::npos) return std::nullopt;
+  text.remove_prefix(start);
+  int value = 0;
+  std::size_t taken = 0;
+  while (taken < most && taken < text.size() && text[taken] >= '0' && text[taken] <= '9') {
+    value = value * 10 + (text[taken++] - '0');
+  }
+  text.remove_prefix(taken);
+  return value;
+}
+
+// A month that the pattern writes by its name.
+std::optional<int> TakeMonthName(std::string_view& text) {
+  for (std::size_t month = 0; month < kMonths.size(); ++month) {
+    const std::size_t at = text.find(kMonths[month].substr(0, 3));
+    if (at == std::string_view::npos) continue;
+    text.remove_prefix(at + 3);
+    return static_cast<int>(month) + 1;
+  }
+  return std::nullopt;
+}
+
+constexpr int kPivotYear = 30;
+
+int FullYear(int year) {
+  if (year >= 100) return year;
+  return year < kPivotYear ? 2000 + year : 1900 + year;
+}
+
+}  // namespace
+
+bool IsRealDate(std::int32_t date) {
+  return date >= 10000 && date <= 99991231 && Calendar(date).ok();
+}
+
+std::int32_t DaysLater(std::int32_t date, int days) {
+  return Number(std::chrono::sys_days(Calendar(date)) + std::chrono::days(days));
+}
+
+std::string DateText(std::int32_t date, std::string_view pattern) {
+  if (date == 0) return "N/A";
+  std::string text;
+  bool quoted = false;
+  for (std::size_t at = 0; at < pattern.size();) {
+    if (pattern[at] == '\'') {
+      quoted = !quoted;
+      ++at;
+    } else if (!quoted && IsDateLetter(pattern[at])) {
+      const std::size_t letters = RunLength(pattern, at);
+      text += Field(pattern[at], letters, date);
+      at += letters;
+    } else {
+      text += pattern[at++];
+    }
+  }
+  return text;
+}
+
+std::optional<std::int32_t> DateFromText(std::string_view text, std::string_view pattern) {
+  int day = 0;
+  int month = 0;
+  int year = 0;
+  for (std::size_t at = 0; at < pattern.size();) {
+    const std::size_t letters = RunLength(pattern, at);
+    const char letter = pattern[at];
+    at += letters;
+    if (!IsDateLetter(letter) || (letter == 'd' && letters > 2)) continue;
+    const bool named = letter == 'M' && letters > 2;
+    const std::optional<int> number =
+        named ? TakeMonthName(text) : TakeNumber(text, letter == 'y' ? 4 : 2);
+    if (!number) return std::nullopt;
+    (letter == 'd' ? day : letter == 'M' ? month : year) = *number;
+  }
+  if (text.find_first_of("0123456789") != std::string_view::npos) return std::nullopt;
+  const std::int32_t date = FullYear(year) * 10000 + month * 100 + day;
+  if (!IsRealDate(date)) return std::nullopt;
+  return date;
+}
+
+}  // namespace velumar

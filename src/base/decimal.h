@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velumar {
+
+// An exact decimal number: 0.d1d2d3… times 10 to the power `point`, negative or not. Rounding of
+// money and prices works on decimals, since a trader sees decimals.
+class Decimal {
+ public:
+  enum class Tie : std::uint8_t { kAwayFromZero, kToEven };
+
+  // A text such as "-1,234.5e2" with blanks around it; nothing when it holds no number.
+  static std::optional<Decimal> FromText(std::string_view text);
+  // The fewest significant digits that read back as the same 32-bit float, which must be finite.
+  static Decimal Shortest(float value);
+  static Decimal FromInteger(std::int64_t value);
+
+  bool Negative() const { return negative_; }
+  bool IsZero() const { return digits_.empty(); }
+  bool IsWhole() const { return point_ >= static_cast<int>(digits_.size()); }
+  // The number rounded to `places` decimals.
+  Decimal Rounded(int places, Tie tie) const;
+  // Digits before the point, without leading zeros; and those behind it, without trailing ones.
+  std::string WholeDigits() const;
+  std::string FractionDigits() const;
+  // Plain digits with sign, point and exponent, as std::from_chars reads them.
+  std::string Canonical() const;
+
+ private:
+  Decimal(bool negative, std::string digits, int point);
+  void Normalise();
+
+  bool negative_ = false;
+  std::string digits_;  // no zeros at either end; empty for zero
+  int point_ = 0;
+};
+
+}  // namespace velumar

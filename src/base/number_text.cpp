@@ -1,0 +1,178 @@
+#include "base/number_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <system_error>
+
+#include "base/decimal.h"
+
+namespace velumar {
+
+namespace {
+
+template <typename Number>
+std::optional<Number> Nearest(std::string_view text) {
+  const std::optional<Decimal> decimal = Decimal::FromText(text);
+  if (!decimal) return std::nullopt;
+  const std::string canonical = decimal->Canonical();
+  Number value = 0;
+  const auto result = std::from_chars(canonical.data(), canonical.data() + canonical.size(), value);
+  if (result.ec == std::errc::result_out_of_range) {
+    // Too small a number is 0; too large a one is none.
+    if (decimal->WholeDigits().empty()) return decimal->Negative() ? -Number{0} : Number{0};
+    return std::nullopt;
+  }
+  return value;
+}
+
+// The pattern's part in front of the point, and the decimals behind it.
+struct Places {
+  std::string_view whole;
+  int decimals = 0;
+  std::size_t fixed_decimals = 0;
+};
+
+Places Split(std::string_view pattern) {
+  const std::size_t point = pattern.find('.');
+  if (point == std::string_view::npos) return {pattern, 0, 0};
+  const std::string_view fraction = pattern.substr(point + 1);
+  return {pattern.substr(0, point), static_cast<int>(fraction.size()),
+          static_cast<std::size_t>(std::count(fraction.begin(), fraction.end(), '0'))};
+}
+
+bool IsPlace(char c) { return c == '0' || c == '#'; }
+
+// Places from the leftmost `0` to the point always show a digit.
+std::size_t FixedPlaces(std::string_view whole) {
+  const std::size_t zero = whole.find('0');
+  if (zero == std::string_view::npos) return 0;
+  return static_cast<std::size_t>(std::count_if(whole.begin() + static_cast<std::ptrdiff_t>(zero),
+                                                whole.end(), IsPlace));
+}
+
+std::string Grouped(std::string_view digits) {
+  std::string text;
+  for (std::size_t i = 0; i < digits.size(); ++i) {
+    if (i > 0 && (digits.size() - i) % 3 == 0) text += ',';
+    text += digits[i];
+  }
+  return text;
+}
+
+// Digits fill the places from the point outward; literals stand between them as the pattern says,
+// and digits beyond the leftmost place in front.
+std::string Filled(std::string_view whole, std::string_view digits) {
+  std::string reversed;
+  for (auto place = whole.rbegin(); place != whole.rend(); ++place) {
+    if (!IsPlace(*place)) {
+      reversed += *place;
+    } else if (!digits.empty()) {
+      reversed += digits.back();
+      digits.remove_suffix(1);
+    }
+  }
+  std::reverse(reversed.begin(), reversed.end());
+  return std::string(digits) + reversed;
+}
+
+std::string Formatted(const Decimal& number, std::string_view pattern) {
+  const Places places = Split(pattern);
+  const Decimal rounded = number.Rounded(places.decimals, Decimal::Tie::kAwayFromZero);
+  std::string digits = rounded.WholeDigits();
+  const std::size_t fixed = FixedPlaces(places.whole);
+  if (digits.size() < fixed) digits.insert(0, fixed - digits.size(), '0');
+
+  const bool grouped = places.whole.find(',') != std::string_view::npos;
+  std::string text = grouped ? Grouped(digits) : Filled(places.whole, digits);
+  std::string fraction = rounded.FractionDigits();
+  if (fraction.size() < places.fixed_decimals) fraction.resize(places.fixed_decimals, '0');
+  if (!fraction.empty()) text += "." + fraction;
+  const bool minus = rounded.Negative() && !rounded.IsZero();
+  return minus ? "-" + text : text;
+}
+
+// Seven significant digits of the float's exact value: the digits without zeros at the end, and
+// the power of ten of the first.
+struct SevenDigits {
+  std::string digits;
+  int exponent = 0;
+};
+
+SevenDigits RoundedToSeven(float value) {
+  constexpr int kDigitsBehindPoint = 6;
+  std::array<char, 32> buffer;
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
+                                 std::fabs(static_cast<double>(value)),
+                                 std::chars_format::scientific, kDigitsBehindPoint)
+                       .ptr;
+  const std::string text(buffer.data(), end);  // d.dddddde±xx
+  const std::size_t mark = text.find('e');
+  SevenDigits seven{text.substr(0, 1) + text.substr(2, mark - 2), std::stoi(text.substr(mark + 1))};
+  seven.digits.erase(seven.digits.find_last_not_of('0') + 1);
+  return seven;
+}
+
+std::string WithExponent(const SevenDigits& number) {
+  std::string text = number.digits.substr(0, 1);
+  if (number.digits.size() > 1) text += "." + number.digits.substr(1);
+  const int size = std::abs(number.exponent);
+  text += number.exponent < 0 ? "E-" : "E+";
+  if (size < 10) text += '0';
+  return text + std::to_string(size);
+}
+
+std::string WithoutExponent(const SevenDigits& number) {
+  std::string digits = number.digits;
+  if (number.exponent < 0) {
+    return "0." + std::string(static_cast<std::size_t>(-number.exponent - 1), '0') + digits;
+  }
+  const auto whole = static_cast<std::size_t>(number.exponent) + 1;
+  if (digits.size() <= whole) return digits.append(whole - digits.size(), '0');
+  return digits.insert(whole, ".");
+}
+
+}  // namespace
+
+std::optional<float> ToSingle(std::string_view text) { return Nearest<float>(text); }
+
+std::optional<double> ToDouble(std::string_view text) { return Nearest<double>(text); }
+
+std::optional<std::int16_t> ToInt16(std::string_view text) {
+  const std::optional<Decimal> decimal = Decimal::FromText(text);
+  if (!decimal) return std::nullopt;
+  const Decimal whole = decimal->Rounded(0, Decimal::Tie::kToEven);
+  const std::string digits = whole.WholeDigits();
+  if (digits.size() > 5) return std::nullopt;
+  const int size = digits.empty() ? 0 : std::stoi(digits);
+  const int value = whole.Negative() ? -size : size;
+  if (value < INT16_MIN || value > INT16_MAX) return std::nullopt;
+  return static_cast<std::int16_t>(value);
+}
+
+std::string PlainNumberText(float value) {
+  if (std::isnan(value)) return "NaN";
+  const std::string sign = value < 0 ? "-" : "";
+  if (std::isinf(value)) return sign + "Infinity";
+  if (value == 0) return "0";
+  const SevenDigits number = RoundedToSeven(value);
+  const bool plain = number.exponent >= -4 && number.exponent < 7;
+  return sign + (plain ? WithoutExponent(number) : WithExponent(number));
+}
+
+std::string PatternText(float value, std::string_view pattern) {
+  if (!std::isfinite(value)) return PlainNumberText(value);
+  return Formatted(Decimal::Shortest(value), pattern);
+}
+
+std::string PatternText(std::int32_t value, std::string_view pattern) {
+  return Formatted(Decimal::FromInteger(value), pattern);
+}
+
+std::string PatternText(std::string_view text, std::string_view pattern) {
+  const std::optional<Decimal> decimal = Decimal::FromText(text);
+  return decimal ? Formatted(*decimal, pattern) : std::string(text);
+}
+
+}  // namespace velumar
