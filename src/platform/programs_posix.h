@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/services.h"
+
+namespace velumar {
+
+// Programs are started apart from this process: they outlive it, and their output goes where this
+// one's goes.
+class PosixPrograms : public Programs {
+ public:
+  // `extra_arguments` are added behind those of every command line.
+  explicit PosixPrograms(std::vector<std::string> extra_arguments = {})
+      : extra_arguments_(std::move(extra_arguments)) {}
+
+  void Start(std::string_view command_line) override;
+  void OpenInBrowser(std::string_view address) override;
+  [[noreturn]] void EndProcess() override;
+
+ private:
+  std::vector<std::string> extra_arguments_;
+};
+
+// A command line as program and arguments, each text an element of its own. All up to the last
+// "MSWIN.EXE" is the program's path, in the platform's separators; without that name, the path ends
+// at the first blank, or at the closing quote when it begins with one.
+std::vector<std::string> SplitCommandLine(std::string_view command_line);
+
+}  // namespace velumar

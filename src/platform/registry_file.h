@@ -1,0 +1,60 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/registry.h"
+#include "platform/section_file.h"
+
+namespace velumar {
+
+// A registry for platforms without one, as a text file: a section for each key, named by its whole
+// path with the root in front, and an entry for each value:
+//
+//   [HKEY_CURRENT_USER\Software\Equis\Common\8.0\File Paths]
+//   ProgramPath=string:/opt/velumar/charthost
+//
+// The other types are "dword:" with 8 and "binary:" with pairs of hexadecimal digits. A key above a
+// section exists without one of its own. section_file.h tells how the file is kept from harm.
+class FileRegistry : public Registry {
+ public:
+  // Usually UserFile("registry").
+  explicit FileRegistry(std::filesystem::path file) : file_(std::move(file)) {}
+
+  long OpenKey(RegistryRoot root, std::string_view sub_key, std::uint32_t access,
+               RegistryKey& key) override;
+  void CloseKey(RegistryKey key) override;
+  long QueryValue(RegistryKey key, std::string_view name, RegistryType& type,
+                  std::string& bytes) override;
+  long SetValue(RegistryKey key, std::string_view name, RegistryType type,
+                std::string_view bytes) override;
+  long DeleteValue(RegistryKey key, std::string_view name) override;
+  long CreateKey(RegistryRoot root, std::string_view sub_key) override;
+  long DeleteKey(RegistryRoot root, std::string_view sub_key) override;
+
+  // Sentences for the user about a damaged file; to be shown once after the construction.
+  std::vector<std::string> TakeProblems() { return file_.TakeProblems(); }
+
+ private:
+  struct OpenedKey {
+    std::string path;
+    std::uint32_t access;
+  };
+
+  long Change(const std::function<void(Sections&)>& change);
+
+  SectionFile file_;
+  std::map<RegistryKey, OpenedKey> open_;
+  RegistryKey last_key_ = 0;
+};
+
+// Writes the entries by which the chart program is found, where they are missing: a key that marks
+// it as installed, its program folder, and empty texts for the data folders that the setup window
+// leaves behind. A program folder that no longer holds the program is replaced. Throws
+// std::runtime_error naming the key that can't be written.
+void EnsureChartProgramKeys(Registry& registry, std::string_view program_folder);
+
+}  // namespace velumar
