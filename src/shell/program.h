@@ -25,6 +25,7 @@ class Program {
 
  private:
   struct Parts;
+  Desktop& desktop_;
   std::unique_ptr<Parts> parts_;
 };
 

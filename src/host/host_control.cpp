@@ -1,0 +1,195 @@
+#include "host/host_control.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "base/ignoring.h"
+#include "base/number_text.h"
+#include "base/text.h"
+#include "host/store_files.h"
+#include "platform/key_notation.h"
+#include "platform/waiting.h"
+#include "session/status_line.h"
+#include "trading/position_book.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kCloseCharts = "%Fe";
+constexpr std::string_view kOpenDialog = "%FO";
+constexpr std::string_view kRefresh = "%VR";
+constexpr std::string_view kNextChart = "^{TAB}";
+constexpr std::string_view kDialogClass = "#32770";
+constexpr std::string_view kDialogTitle = "Open";
+constexpr std::string_view kOwnTitle = "Velumar";
+
+constexpr std::int16_t kHostStartMs = 10000;
+constexpr std::int16_t kBeforeRefreshMs = 500;
+constexpr std::int16_t kBeforeNextChartMs = 10;
+constexpr std::chrono::milliseconds kDialogLook{20};
+constexpr std::chrono::milliseconds kDialogPatience{15000};
+
+}  // namespace
+
+void HostControl::OpenHostChart(const std::function<bool()>& superseded) {
+  IgnoringErrors([&] { BlinkLoadingNotice(); });
+  if (superseded()) return;
+  const bool running = BringHostToFront();
+  SetStatusLine(desktop_, "");
+  if (!running) IgnoringErrors([&] { StartHost(superseded); });
+  if (superseded()) return;
+  MaximizeHost();
+  BringHostToFront();
+  SetStatusLine(desktop_, "Wait for  close all chart  ....");
+  BringHostToFront();
+  Send(kCloseCharts);
+  RefillStore();
+  SetStatusLine(desktop_, "Open data for [" + session_.Symbol + "] ....");
+  Send(kOpenDialog);
+  if (WaitForDialog()) {
+    Wait(0);
+    if (superseded()) return;
+    OpenChartInDialog();
+  }
+  BringHostToFront();
+  SetStatusLine(desktop_, "Ready to rock with [" + session_.Symbol + "] ....");
+}
+
+void HostControl::BlinkLoadingNotice() {
+  constexpr int kRounds = 2;
+  constexpr std::int16_t kBlinkMs = 1000;
+  for (int round = 0; round < kRounds; ++round) {
+    desktop_.form2().Label6.SetText(kLoadingNotice);
+    Wait(kBlinkMs);
+    desktop_.form2().Label6.SetText("");
+    Wait(kBlinkMs);
+  }
+}
+
+void HostControl::StartHost(const std::function<bool()>& superseded) {
+  const std::string folder = registry_.HostProgramPath();
+  if (folder.empty()) return;
+  SetStatusLine(desktop_, "Loading Meta Stock Program ....");
+  const std::string command_line = WithClosingBackslash(folder) + "MSWIN.EXE /l /e";
+  SetStatusLine(desktop_, "Loading ... " + command_line);
+  IgnoringErrors([&] { platform_.programs.Start(command_line); });
+  BringHostToFront();
+  SetStatusLine(desktop_, "Wait  for  [Meta Stock] ready ....");
+  if (!superseded()) Wait(kHostStartMs);
+}
+
+// Charts are closed by now: the index files come back fresh, and no bar does.
+void HostControl::RefillStore() {
+  IgnoringErrors([&] { ClearWorkingStore(session_.SimDir); });
+  SetStatusLine(desktop_, "Copy MASTER ... ");
+  IgnoringErrors([&] { CopyFiles(session_.DataDir, session_.SimDir, "MASTER"); });
+  SetStatusLine(desktop_, "Copy MSSmart ... ");
+  std::string from = session_.DataDir + "\\MSSmart";
+  std::string to = session_.SimDir + "\\MSSmart";
+  IgnoringErrors([&] { CopyFiles(from, to, ""); });
+}
+
+// No event runs meanwhile. A chart program that never answers must not hang the trader.
+bool HostControl::WaitForDialog() {
+  for (std::chrono::milliseconds waited{0}; waited < kDialogPatience; waited += kDialogLook) {
+    bool found = false;
+    IgnoringErrors([&] { found = platform_.chart_windows.DialogExists(kDialogClass, kDialogTitle); });
+    if (found) return true;
+    platform_.events.Sleep(kDialogLook);
+  }
+  platform_.boxes.Show("The chart program showed no \"Open\" dialog within 15 seconds. The run goes "
+                       "on: open the chart of " + session_.Symbol + " by hand in the folder " +
+                           session_.SimDir + ".",
+                       BoxIcon::kExclamation);
+  return false;
+}
+
+// Typed blind: the folder, then the symbol.
+void HostControl::OpenChartInDialog() {
+  Send(EscapedKeys(session_.SimDir));
+  SendEach({"{SPACE}", "{SPACE}", "{SPACE}", "{ENTER}"});
+  Send(EscapedKeys(session_.Symbol));
+  SendEach({"{SPACE}", "{SPACE}", "{SPACE}", "{END}", "{TAB}", "S", "{ENTER}"});
+}
+
+void HostControl::MaximizeHost() {
+  SetStatusLine(desktop_, "GetWindow... ");
+  IgnoringErrors([&] {
+    for (const WindowId window : platform_.chart_windows.TopLevelWindows()) {
+      if (!IsTaskWindow(window)) continue;
+      const std::string title = platform_.chart_windows.WindowTitle(window);
+      if (title.find("MetaStock") != std::string::npos) platform_.chart_windows.Maximize(window);
+    }
+  });
+}
+
+bool HostControl::IsTaskWindow(WindowId window) {
+  ChartWindows& windows = platform_.chart_windows;
+  return !windows.WindowTitle(window).empty() && windows.IsWindowVisible(window) &&
+         !windows.HasOwner(window);
+}
+
+bool HostControl::BringHostToFront() {
+  bool found = false;
+  IgnoringErrors([&] { found = platform_.chart_windows.BringToFront(session_.HostTitle); });
+  host_running_ = found;
+  return found;
+}
+
+void HostControl::RefreshCharts() {
+  TextBox& count = desktop_.form2().txtRefresh;
+  count.SetEnabled(false);
+  worst_outcome_ = KeyOutcome::kTakenIn;
+  BringHostToFront();
+  IgnoringErrors([&] { RefreshEachChart(); });
+  desktop_.form2().txtRefresh.SetEnabled(true);
+  if (session_.HasBar(session_.BarIndex)) {
+    SetStatusLine(desktop_, Warning() + BarLine(session_, platform_.locale));
+  }
+  RevaluePositions(session_);
+  status_.ShowStatus();
+  IgnoringErrors([&] { platform_.chart_windows.BringToFront(kOwnTitle); });
+}
+
+void HostControl::RefreshEachChart() {
+  Wait(kBeforeRefreshMs);
+  Send(kRefresh);
+  const int charts = ChartCount();
+  for (int other = 1; other < charts; ++other) {
+    Wait(kBeforeNextChartMs);
+    Send(kNextChart);
+    Wait(kBeforeRefreshMs);
+    Send(kRefresh);
+  }
+  if (charts > 1) {
+    Wait(kBeforeNextChartMs);
+    Send(kNextChart);
+  }
+}
+
+int HostControl::ChartCount() const {
+  return ToInt16(desktop_.form2().txtRefresh.Text()).value_or(0);
+}
+
+void HostControl::Send(std::string_view keys) {
+  IgnoringErrors([&] { worst_outcome_ = std::max(worst_outcome_, platform_.keys.Send(keys)); });
+}
+
+void HostControl::SendEach(std::initializer_list<std::string_view> keys) {
+  for (const std::string_view key : keys) Send(key);
+}
+
+std::string HostControl::Warning() const {
+  if (!host_running_) return "Chart program not running! ";
+  if (worst_outcome_ == KeyOutcome::kHeldBack) return "Keys held back: bring the chart to the front! ";
+  if (worst_outcome_ == KeyOutcome::kNotAnswered) return "Chart program doesn't answer! ";
+  return "";
+}
+
+void HostControl::Wait(std::int16_t milliseconds) {
+  WaitMilliseconds(platform_.events, std::move(milliseconds));
+}
+
+}  // namespace velumar

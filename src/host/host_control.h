@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "forms/desktop.h"
+#include "host/reg_info.h"
+#include "platform/platform.h"
+#include "session/chart_side.h"
+#include "session/sim_session.h"
+#include "trading/status_display.h"
+
+namespace velumar {
+
+// Drives the chart program through its windows and keystrokes. Failures are passed over, as a chart
+// program that is slow or gone must not end a run; what the user can do about them stands on the
+// status line.
+class HostControl : public ChartSide {
+ public:
+  HostControl(SimSession& session, Desktop& desktop, Platform& platform, RegInfo& registry,
+              StatusDisplay& status)
+      : session_(session),
+        desktop_(desktop),
+        platform_(platform),
+        registry_(registry),
+        status_(status) {}
+
+  void OpenHostChart(const std::function<bool()>& superseded) override;
+  void MaximizeHost() override;
+  bool BringHostToFront() override;
+  void RefreshCharts() override;
+
+ private:
+  void BlinkLoadingNotice();
+  void StartHost(const std::function<bool()>& superseded);
+  void RefillStore();
+  bool WaitForDialog();
+  void OpenChartInDialog();
+  bool IsTaskWindow(WindowId window);
+  void Send(std::string_view keys);
+  void SendEach(std::initializer_list<std::string_view> keys);
+  void RefreshEachChart();
+  int ChartCount() const;
+  std::string Warning() const;
+  void Wait(std::int16_t milliseconds);
+
+  SimSession& session_;
+  Desktop& desktop_;
+  Platform& platform_;
+  RegInfo& registry_;
+  StatusDisplay& status_;
+  bool host_running_ = true;
+  KeyOutcome worst_outcome_ = KeyOutcome::kTakenIn;  // of the refresh in hand
+};
+
+}  // namespace velumar

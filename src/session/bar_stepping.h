@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "forms/desktop.h"
+#include "marketdata/index_cache.h"
+#include "marketdata/metalib_writer.h"
+#include "session/sim_session.h"
+
+namespace velumar {
+
+// Moves the simulated time by changing what the working store holds. The series in memory stays;
+// BarIndex says how far the store reaches. Each operation opens the store, works and closes it. All
+// need loaded bars (HasBars) and throw MetaLibError; the store then holds what it held before.
+class BarStepper {
+ public:
+  static constexpr int kFastStep = 30;
+
+  BarStepper(SimSession& session, Desktop& desktop, IndexCache& cache)
+      : session_(session), desktop_(desktop), cache_(cache) {}
+
+  bool HasBars() const { return !session_.BarDate.empty(); }
+
+  // Writes bar `index`; behind the last bar it writes none. `index` comes back as the bar now
+  // newest. Always -1. Wide enough to name the bar behind the longest series.
+  std::int16_t FeedBar(int& index, std::string& symbol);
+  // Writes up to 30 bars behind `index`. Returns the bar now newest, also left in `index`.
+  std::int16_t FastFeed(std::int16_t& index, std::string& symbol);
+  // Takes bar `index` out; `index` comes back one lower. Always -1.
+  std::int16_t UnfeedBar(std::int16_t& index, std::string& symbol);
+  // Takes up to 30 bars out, never bar 0. Returns the bar now newest.
+  std::int16_t FastUnfeed(std::int16_t& index, std::string& symbol);
+
+ private:
+  // The opening step. A store that doesn't know the symbol gets no selection, and the library says
+  // so at the next call.
+  void Open(MetaLibWriter& writer, int& index, std::string& symbol) const;
+  void Append(MetaLibWriter& writer, int bar) const;
+  void Delete(MetaLibWriter& writer, int bar) const;
+  void DeleteIfStored(MetaLibWriter& writer, int bar) const;
+  // Bars first to last one by one; when one fails, those done are undone.
+  void AppendRange(MetaLibWriter& writer, int first, int last) const;
+  void DeleteRange(MetaLibWriter& writer, int first, int last) const;
+  bool Daily() const;
+  void ShowPrice(int bar);
+  void ShowMoment(int bar);
+
+  SimSession& session_;
+  Desktop& desktop_;
+  IndexCache& cache_;
+};
+
+}  // namespace velumar

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "forms/desktop.h"
+#include "ledger/ledger.h"
+#include "platform/platform.h"
+#include "session/bar_loading.h"
+#include "session/bar_stepping.h"
+#include "session/chart_side.h"
+#include "session/sim_session.h"
+#include "session/working_store.h"
+
+namespace velumar {
+
+// The road of a run, from the click on a start button to its end, and the four steps by hand.
+class RunControl {
+ public:
+  RunControl(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
+             Ledger& ledger, ChartSide& chart);
+
+  // The setup window as argument begins a run at the picked date, the navigator one that goes on
+  // from BarIndex. Returns when the feed has ended, was stopped, or gave way to a later BeginRun
+  // whose click fell into one of its waits: two loops never feed at once.
+  void BeginRun(const Form& window);
+  // Only sets the flag that the loop looks at once per bar.
+  void EndRun();
+
+  void GoNext();
+  void GoFastForward();
+  void GoPrevious();
+  void GoFastRewind();
+
+  // True while a loop is on that will feed a bar.
+  bool Feeding() const { return feeding_; }
+
+ private:
+  // A run knows by its number whether a later one has begun.
+  using RunNumber = std::uint32_t;
+
+  bool Superseded(RunNumber run) const { return run != newest_run_; }
+  void ShowRunning();
+  void ReadDelay();
+  void Prepare();
+  void LoadSeries();
+  void Feed(RunNumber run);
+  bool FeedOne(int bar, RunNumber run);
+  void ShowPlay();
+  // Runs a step and the refresh behind it. A failing library leaves all as it was, after a box.
+  void Step(std::string_view status, const std::function<void()>& step);
+  void ShowLibraryError(const MetaLibError& error);
+
+  SimSession& session_;
+  Desktop& desktop_;
+  Platform& platform_;
+  Ledger& ledger_;
+  ChartSide& chart_;
+  BarLoader loader_;
+  WorkingStore store_;
+  BarStepper stepper_;
+  RunNumber newest_run_ = 0;
+  bool feeding_ = false;
+};
+
+// The seconds between two fed bars as the box holds them, brought into what the clock can hold: a
+// text that is no whole number, or is negative, counts as "3", one of 33 and above as "32".
+std::string UsableDelay(std::string_view seconds);
+
+}  // namespace velumar

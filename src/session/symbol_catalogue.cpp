@@ -1,0 +1,92 @@
+#include "session/symbol_catalogue.h"
+
+#include <utility>
+#include <vector>
+
+#include "base/text.h"
+#include "marketdata/metalib_error.h"
+#include "marketdata/metalib_reader.h"
+#include "session/intervals.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kNoDataText =
+    "Directory not contain a  Meta Stock's Data. Click OK to select a new one.";
+
+std::string IntervalText(int interval) {
+  return interval == -1 ? std::string(kDailyInterval) : std::to_string(interval);
+}
+
+}  // namespace
+
+void SymbolCatalogue::BuildSymbolList() {
+  desktop_.form1().Combo1.Clear();
+  while (true) {
+    try {
+      ListSecurities();
+      return;
+    } catch (const MetaLibError& error) {
+      if (error.Number() != MetaLibError::kNoData) return;
+    }
+    platform_.boxes.Show(kNoDataText, BoxIcon::kInformation);
+    PickDataDirectory();
+  }
+}
+
+void SymbolCatalogue::ListSecurities() {
+  MetaLibReader reader(cache_);
+  reader.OpenDirectory(session_.DataDir);
+  const auto count = static_cast<std::size_t>(reader.SecurityCount());
+  session_.PeriodBySymbol.assign(count + 1, "");
+  std::vector<ComboBox::Row> rows;
+  rows.reserve(count);
+  for (std::size_t i = 0; i < count && reader.NextSecurity() >= 1; ++i) {
+    reader.ReadSecurityHeader();
+    session_.PeriodBySymbol[i] = IntervalText(reader.SecurityInterval());
+    rows.push_back({reader.SecuritySymbol(), static_cast<int>(i)});
+    reader.CloseSecurity();
+  }
+  reader.CloseDirectory();
+  ComboBox& list = desktop_.form1().Combo1;
+  const bool any = !rows.empty();
+  list.SetRows(std::move(rows));
+  if (any) list.SetIndex(0);
+}
+
+void SymbolCatalogue::PickDataDirectory() {
+  const std::string chosen = platform_.folders.BrowseForFolder(kPickDirectoryPrompt);
+  if (chosen.empty()) return;
+  TextBox& directory = desktop_.form1().Text3;
+  directory.SetText(chosen);
+  session_.DataDir = directory.Text();
+  platform_.settings.Save("LastPath", directory.Text());
+}
+
+void SymbolCatalogue::SymbolChosen() {
+  const ComboBox& list = desktop_.form1().Combo1;
+  session_.Symbol = NormalisedSymbol(list.Text());
+  if (!ListsSecurities() || list.Index() < 0) return;
+  const int security = list.Rows().at(static_cast<std::size_t>(list.Index())).data;
+  SetPeriod(session_.PeriodBySymbol.at(static_cast<std::size_t>(security)));
+}
+
+void SymbolCatalogue::SymbolTyped() {
+  const ComboBox& list = desktop_.form1().Combo1;
+  session_.Symbol = NormalisedSymbol(list.Text());
+  if (!ListsSecurities()) return;
+  for (const ComboBox::Row& row : list.Rows()) {
+    if (row.text != session_.Symbol) continue;
+    session_.SymbolInterval = session_.PeriodBySymbol.at(static_cast<std::size_t>(row.data));
+    SetPeriod(session_.SymbolInterval);
+  }
+}
+
+void SymbolCatalogue::SetPeriod(std::string_view interval) {
+  ComboBox& period = desktop_.form1().cbxPeriod;
+  period.Clear();
+  period.SetText(interval);
+}
+
+}  // namespace velumar

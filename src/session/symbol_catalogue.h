@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "forms/desktop.h"
+#include "marketdata/index_cache.h"
+#include "platform/platform.h"
+#include "session/sim_session.h"
+
+namespace velumar {
+
+// The securities of DataDir in the setup window's list, and the interval that each is stored at.
+class SymbolCatalogue {
+ public:
+  SymbolCatalogue(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache)
+      : session_(session), desktop_(desktop), platform_(platform), cache_(cache) {}
+
+  // Fills Combo1 and PeriodBySymbol and chooses the first line. A directory without data is
+  // answered by a message and the folder dialog, until one with data is chosen; any other failure
+  // ends it, and what was listed until then stays.
+  void BuildSymbolList();
+  void PickDataDirectory();
+  // A line of Combo1 was chosen: it is the symbol, and its interval the period.
+  void SymbolChosen();
+  // A key was released in Combo1: its text is the symbol. Of equal lines the last one's interval
+  // counts.
+  void SymbolTyped();
+
+ private:
+  void ListSecurities();
+  bool ListsSecurities() const { return session_.PeriodBySymbol.size() > 1; }
+  void SetPeriod(std::string_view interval);
+
+  SimSession& session_;
+  Desktop& desktop_;
+  Platform& platform_;
+  IndexCache& cache_;
+};
+
+inline constexpr std::string_view kPickDirectoryPrompt =
+    "Select a directory that contains MetaStock files!";
+
+}  // namespace velumar

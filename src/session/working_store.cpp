@@ -1,0 +1,143 @@
+#include "session/working_store.h"
+
+#include <cmath>
+
+#include "base/ignoring.h"
+#include "base/text.h"
+#include "session/bar_loading.h"
+
+namespace velumar {
+
+namespace {
+
+// Where a run starts whose date the series doesn't know.
+constexpr int kFallbackBar = 250;
+
+// Ours, for a series that the replay itself can't take.
+constexpr int kNotReplayable = 1720;
+
+void CloseBoth(MetaLibReader& reader, MetaLibWriter& writer) {
+  IgnoringErrors([&] { reader.CloseSecurity(); });
+  IgnoringErrors([&] { reader.CloseDirectory(); });
+  IgnoringErrors([&] { writer.CloseSecurity(); });
+  IgnoringErrors([&] { writer.CloseDirectory(); });
+}
+
+// Half of the last index, an exact half to the even neighbour.
+int Middle(int last_index) { return static_cast<int>(std::nearbyint(last_index / 2.0)); }
+
+void MoveToFallback(MetaLibReader& reader) {
+  const int last = static_cast<int>(reader.GetDates().size()) - 1;
+  reader.MoveToStart();
+  reader.MoveBy(last > kFallbackBar ? kFallbackBar : Middle(last));
+}
+
+}  // namespace
+
+std::string LibraryErrorText(const MetaLibError& error) {
+  return std::to_string(error.Number()) + "\r" + error.what();
+}
+
+std::int16_t WorkingStore::PrepareStore() {
+  MetaLibReader reader(cache_);
+  MetaLibWriter writer(cache_);
+  try {
+    Fill(reader, writer);
+    return -1;
+  } catch (const MetaLibError& error) {
+    CloseBoth(reader, writer);
+    platform_.boxes.Show(Explained(error), BoxIcon::kNone);
+    return 0;
+  }
+}
+
+void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
+  reader.OpenDirectory(session_.DataDir);
+  OpenStore(writer);
+  SelectBoth(reader, writer);
+  reader.ReadSeries();
+  RequireReplayable(reader);
+  writer.WriteSeries(reader.GetDates(), reader.GetTimes(), reader.GetOpens(), reader.GetHighs(),
+                     reader.GetLows(), reader.GetCloses(), reader.GetVolumes(),
+                     reader.GetOpenInterests());
+  const std::int32_t cut_start = CutStart(reader);
+  reader.MoveToEnd();
+  reader.MoveBy(-1);
+  reader.ReadBar();
+  writer.DeleteDateRange(cut_start, reader.BarDateAtCursor());
+  reader.CloseSecurity();
+  reader.CloseDirectory();
+  writer.CloseSecurity();
+  writer.CloseDirectory();
+}
+
+void WorkingStore::OpenStore(MetaLibWriter& writer) {
+  if (writer.IsDirectoryInUse(session_.SimDir)) {
+    platform_.boxes.Show("File is in used!!", BoxIcon::kNone);
+  } else {
+    writer.OpenDirectory(session_.SimDir);
+  }
+}
+
+void WorkingStore::SelectBoth(MetaLibReader& reader, MetaLibWriter& writer) {
+  const auto series = ReplayableInterval(desktop_.form1().cbxPeriod.Text());
+  if (!series) return;
+  reader.SelectSeries(session_.Symbol, series->daily, series->minutes);
+  writer.SelectSeries(session_.Symbol, series->daily, series->minutes);
+}
+
+// Refused before anything is written: the store would show what can't be stepped through.
+void WorkingStore::RequireReplayable(const MetaLibReader& reader) const {
+  const std::size_t bars = reader.GetDates().size();
+  const std::string series =
+      "The series " + session_.Symbol + " at interval " + desktop_.form1().cbxPeriod.Text();
+  const std::string limit = "at most " + std::to_string(kLongestSeries) + " bars can be replayed";
+  if (bars == 0) {
+    throw MetaLibError(kNotReplayable, series + " holds no bars (0; " + limit + ").");
+  }
+  if (bars > kLongestSeries) {
+    throw MetaLibError(kNotReplayable,
+                       series + " holds " + std::to_string(bars) + " bars; " + limit + ".");
+  }
+}
+
+std::int32_t WorkingStore::CutStart(MetaLibReader& reader) const {
+  const std::string start_text = std::to_string(desktop_.form1().DTPicker1.Value());
+  try {
+    reader.SeekDate(start_text, 0);
+  } catch (const MetaLibError& error) {
+    if (error.Number() != MetaLibError::kDateNotFound) throw;
+    MoveToFallback(reader);
+  }
+  reader.ReadBar();
+  return reader.BarDateAtCursor();
+}
+
+std::string WorkingStore::Explained(const MetaLibError& error) const {
+  const std::string interval = desktop_.form1().cbxPeriod.Text();
+  std::string text = LibraryErrorText(error);
+  if (!ReplayableInterval(interval)) {
+    text += "\rThe interval \"" + interval + "\" of " + session_.Symbol +
+            " can't be replayed: choose D, 5, 10, 15, 30 or 60.";
+  } else if (error.Number() == MetaLibError::kSeriesNotFound && StoredInLowerCase()) {
+    text += "\rThe directory holds " + session_.Symbol +
+            " in lower case; only symbols in upper case can be replayed.";
+  }
+  return text;
+}
+
+bool WorkingStore::StoredInLowerCase() const {
+  bool found = false;
+  IgnoringErrors([&] {
+    MetaLibReader reader(cache_);
+    reader.OpenDirectory(session_.DataDir);
+    while (!found && reader.NextSecurity() >= 1) {
+      reader.ReadSecurityHeader();
+      const std::string& symbol = reader.SecuritySymbol();
+      found = symbol != session_.Symbol && UpperCased(symbol) == session_.Symbol;
+    }
+  });
+  return found;
+}
+
+}  // namespace velumar

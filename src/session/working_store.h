@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "forms/desktop.h"
+#include "marketdata/index_cache.h"
+#include "marketdata/metalib_error.h"
+#include "marketdata/metalib_reader.h"
+#include "marketdata/metalib_writer.h"
+#include "platform/platform.h"
+#include "session/intervals.h"
+#include "session/sim_session.h"
+
+namespace velumar {
+
+// Fills the working store for a run that starts at the picked date.
+class WorkingStore {
+ public:
+  WorkingStore(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache)
+      : session_(session), desktop_(desktop), platform_(platform), cache_(cache) {}
+
+  // Writes the whole series into SimDir and cuts it from the first bar on or after the picked date.
+  // A date behind the last bar starts 250 bars after the first, or in the middle of a series of at
+  // most 251. -1 when the store is ready; 0 after a message box when it is not.
+  std::int16_t PrepareStore();
+
+ private:
+  void Fill(MetaLibReader& reader, MetaLibWriter& writer);
+  void OpenStore(MetaLibWriter& writer);
+  void SelectBoth(MetaLibReader& reader, MetaLibWriter& writer);
+  void RequireReplayable(const MetaLibReader& reader) const;
+  std::int32_t CutStart(MetaLibReader& reader) const;
+  std::string Explained(const MetaLibError& error) const;
+  bool StoredInLowerCase() const;
+
+  SimSession& session_;
+  Desktop& desktop_;
+  Platform& platform_;
+  IndexCache& cache_;
+};
+
+// How a failure of the market data library is told: its number, a carriage return, its sentence.
+std::string LibraryErrorText(const MetaLibError& error);
+
+}  // namespace velumar

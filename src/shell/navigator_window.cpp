@@ -1,0 +1,101 @@
+#include "shell/navigator_window.h"
+
+#include "platform/waiting.h"
+#include "shell/event_guard.h"
+#include "shell/opacity_setting.h"
+#include "shell/window_shaping.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kOpacityKey = "ControlPannelTransparent";
+constexpr std::int16_t kAfterFastStepMs = 5;
+
+std::string FastStepTip(std::string_view word) {
+  return std::string(word) + std::to_string(BarStepper::kFastStep) + " Bars";
+}
+
+}  // namespace
+
+NavigatorWindow::NavigatorWindow(SimSession& session, Desktop& desktop, Platform& platform,
+                                 RunControl& run)
+    : session_(session), desktop_(desktop), platform_(platform), run_(run) {
+  BindEvents();
+}
+
+void NavigatorWindow::BindEvents() {
+  Form2& form = desktop_.Untouched().form2;
+  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
+  form.on_load = guarded([this] { Load(); });
+  form.on_unload = guarded([this] { Unload(); });
+  form.on_close = form.Image5.on_click = guarded([this] { CloseAndReturn(); });
+  form.on_press = form.Image8.on_press = guarded([this] { DragWindow(Window()); });
+  form.HScrollx.on_change = guarded([this] { OpacityMoved(); });
+  BindButtons(form);
+}
+
+void NavigatorWindow::BindButtons(Form2& form) {
+  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
+  form.Image6.on_click = guarded([this] {
+    run_.GoFastRewind();
+    WaitMilliseconds(platform_.events, std::int16_t{kAfterFastStepMs});
+  });
+  form.Image7.on_click = guarded([this] {
+    run_.GoFastForward();
+    WaitMilliseconds(platform_.events, std::int16_t{kAfterFastStepMs});
+  });
+  form.Image2.on_click = guarded([this] { run_.GoPrevious(); });
+  form.Image1.on_click = guarded([this] { run_.GoNext(); });
+  form.Image3.on_click = guarded([this] { run_.BeginRun(Window()); });
+  form.Image4.on_click = guarded([this] { run_.EndRun(); });
+}
+
+void NavigatorWindow::Load() {
+  Form2& form = Window();
+  form.SetTopmost(true);
+  form.Image8.SetSize(form.Width(), form.Height());
+  RoundWindow(form, kCornerWidth, kCornerHeight);
+  LoadOpacity(form, form.HScrollx, platform_.settings, kOpacityKey);
+  form.Image6.SetToolTip(FastStepTip("Previous "));
+  form.Image7.SetToolTip(FastStepTip("Next "));
+  session_.NavTop = platform_.settings.Read("NavTop").value_or("0");
+  session_.NavLeft = platform_.settings.Read("NavLeft").value_or("0");
+  Place();
+}
+
+void NavigatorWindow::Place() {
+  Form2& form = Window();
+  if (session_.NavTop != "0") {
+    form.SetTop(PlaceFromText(session_.NavTop));
+    form.SetLeft(PlaceFromText(session_.NavLeft));
+    return;
+  }
+  PlaceNavigatorFirst(form, platform_.screen);
+  session_.NavTop = PlaceText(form.Top());
+  session_.NavLeft = PlaceText(form.Left());
+  platform_.settings.Save("NavTop", session_.NavTop);
+  platform_.settings.Save("NavLeft", session_.NavLeft);
+}
+
+void NavigatorWindow::OpacityMoved() { ApplyOpacity(Window(), Window().HScrollx); }
+
+void NavigatorWindow::Unload() { SaveOpacity(Window(), platform_.settings, kOpacityKey); }
+
+// A run that is going on goes on: pausing it is the work of another button.
+void NavigatorWindow::CloseAndReturn() {
+  Form2& form = Window();
+  const std::string top = PlaceText(form.Top());
+  const std::string left = PlaceText(form.Left());
+  platform_.settings.Save("NavTop", top);
+  platform_.settings.Save("NavLeft", left);
+  SlideOut(form, top, left, platform_.events, platform_.screen);
+  desktop_.Unload(form);
+  desktop_.Unload(desktop_.Untouched().form3);
+  Form1& setup = desktop_.form1();
+  setup.Show();
+  setup.ImgDonate.SetVisible(true);
+  SlideIn(setup, session_.SetupTop, session_.SetupLeft, platform_.events, platform_.screen);
+}
+
+}  // namespace velumar

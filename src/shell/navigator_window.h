@@ -1,0 +1,31 @@
+#pragma once
+
+#include "forms/desktop.h"
+#include "platform/platform.h"
+#include "session/run_control.h"
+#include "session/sim_session.h"
+
+namespace velumar {
+
+// The logic of the navigator.
+class NavigatorWindow {
+ public:
+  NavigatorWindow(SimSession& session, Desktop& desktop, Platform& platform, RunControl& run);
+
+ private:
+  void BindEvents();
+  void BindButtons(Form2& form);
+  void Load();
+  void Place();
+  void OpacityMoved();
+  void Unload();
+  void CloseAndReturn();
+  Form2& Window() { return desktop_.form2(); }
+
+  SimSession& session_;
+  Desktop& desktop_;
+  Platform& platform_;
+  RunControl& run_;
+};
+
+}  // namespace velumar

@@ -1,0 +1,53 @@
+#include "shell/program.h"
+
+#include "host/host_control.h"
+#include "host/reg_info.h"
+#include "session/run_control.h"
+#include "session/symbol_catalogue.h"
+#include "shell/big_displays.h"
+#include "shell/navigator_window.h"
+#include "shell/setup_window.h"
+#include "shell/trade_panel.h"
+#include "trading/status_display.h"
+
+namespace velumar {
+
+struct Program::Parts {
+  Parts(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
+        Ledger& ledger)
+      : registry(platform.registry, platform.boxes),
+        status(session, desktop, platform.locale),
+        chart(session, desktop, platform, registry, status),
+        catalogue(session, desktop, platform, cache),
+        run(session, desktop, platform, cache, ledger, chart),
+        setup(session, desktop, platform, catalogue, run, registry),
+        navigator(session, desktop, platform, run),
+        panel(session, desktop, platform, status),
+        big(session, desktop, platform) {}
+
+  RegInfo registry;
+  StatusDisplay status;
+  HostControl chart;
+  SymbolCatalogue catalogue;
+  RunControl run;
+  SetupWindow setup;
+  NavigatorWindow navigator;
+  TradePanel panel;
+  BigDisplays big;
+};
+
+Program::Program(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
+                 Ledger& ledger)
+    : desktop_(desktop),
+      parts_(std::make_unique<Parts>(session, desktop, platform, cache, ledger)) {
+  // The directory box starts from what the platform calls its samples.
+  desktop.Untouched().form1.Text3.SetStartText(platform.default_data_dir);
+}
+
+Program::~Program() = default;
+
+void Program::Start() { desktop_.form1().Show(); }
+
+bool Program::Feeding() const { return parts_->run.Feeding(); }
+
+}  // namespace velumar

@@ -1,0 +1,261 @@
+#include "shell/setup_window.h"
+
+#include <array>
+#include <filesystem>
+#include <optional>
+
+#include "base/dates.h"
+#include "base/ignoring.h"
+#include "base/number_text.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "session/status_line.h"
+#include "shell/event_guard.h"
+#include "shell/window_shaping.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kTitle = "Velumar";
+constexpr std::string_view kVersion = "1.0";
+constexpr std::string_view kBuild = "20071018";
+constexpr std::int16_t kAlpha = 250;
+constexpr int kEnterKey = 13;
+constexpr int kDaysBack = 365;
+constexpr std::string_view kAccountPattern = "###,###,###,###";
+
+// What a market's word in the directory's name sets.
+struct MarketPreset {
+  std::string_view word;
+  std::string_view margin;
+  std::string_view quantity;
+  std::string_view profit;
+  std::string_view commission;
+  bool percent;
+};
+constexpr std::array<MarketPreset, 3> kPresets{{{"SET", "100", "1,000", "1", "0.25", true},
+                                                {"AFET", "20,000", "1", "5,000", "500", false},
+                                                {"TFEX", "50,000", "1", "1,000", "450", false}}};
+
+}  // namespace
+
+SetupWindow::SetupWindow(SimSession& session, Desktop& desktop, Platform& platform,
+                         SymbolCatalogue& catalogue, RunControl& run, RegInfo& registry)
+    : session_(session),
+      desktop_(desktop),
+      platform_(platform),
+      catalogue_(catalogue),
+      run_(run),
+      registry_(registry) {
+  BindEvents();
+}
+
+void SetupWindow::BindEvents() {
+  Form1& form = desktop_.Untouched().form1;
+  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
+  form.on_load = guarded([this] { Load(); });
+  form.on_unload = guarded([this] { Unload(); });
+  form.on_close = guarded([this] { Close(); });
+  form.on_press = form.Image12.on_press = guarded([this] { DragWindow(Window()); });
+  form.Text3.on_change = guarded([this] { DirectoryChanged(); });
+  form.Text3.on_key_up = guarded([this](int key) {
+    if (key == kEnterKey) catalogue_.BuildSymbolList();
+  });
+  form.Command5.on_click = guarded([this] { PickDirectory(); });
+  form.Combo1.on_click = guarded([this] { catalogue_.SymbolChosen(); });
+  form.Combo1.on_key_up = guarded([this](int) { catalogue_.SymbolTyped(); });
+  for (PictureButton* button : {&form.Image3, &form.Image5}) {
+    button->on_press = [button] { PressImage(*button); };
+    button->on_release = [button] { ReleaseImage(*button); };
+  }
+  form.Image3.on_click = guarded([this] { StartRun(); });
+  form.Image5.on_click = guarded([this] { Close(); });
+}
+
+// A step that fails is passed over, and the next one runs: whatever is wrong with the settings or
+// the directory, the window comes up.
+void SetupWindow::Load() {
+  IgnoringErrors([this] { ShapeAndName(); });
+  ReadSettings();
+  IgnoringErrors([this] { PlaceWindows(); });
+  IgnoringErrors([this] { ReadSelectDate(); });
+  IgnoringErrors([this] { FillDelay(); });
+  IgnoringErrors([this] { OpenDataDirectory(); });
+  session_.SimDir = session_.DataDir + "\\Simulate";
+  if (session_.Symbol.empty()) session_.Symbol = "SET";
+  session_.BarIndex = 0;
+  GroupAccountTexts();
+  Window().Label6.SetVisible(false);
+  IgnoringErrors([this] { MakeStore(); });
+  Window().Show();
+  IgnoringErrors([this] {
+    SlideIn(Window(), session_.SetupTop, session_.SetupLeft, platform_.events, platform_.screen);
+  });
+}
+
+void SetupWindow::ShapeAndName() {
+  Form1& form = Window();
+  form.SetTopmost(true);
+  RoundWindow(form, kCornerWidth, kCornerHeight);
+  SetWindowAlpha(form, kAlpha);
+  form.lblPercentComm.SetVisible(false);
+  form.ImgDonate.SetVisible(false);
+  form.imgGraph.SetVisible(false);
+  form.SetCaption(std::string(kTitle) + std::string(kVersion) + " build " + std::string(kBuild));
+  form.Label5.SetText(kTitle);
+  form.Label8.SetText("version " + std::string(kVersion));
+  form.Image12.SetSize(form.Width(), form.Height());
+}
+
+void SetupWindow::ReadSettings() {
+  session_.Symbol = Setting("Symbol", "");
+  session_.RefreshDelay = ToInt16(Setting("Refresh", "3")).value_or(0);
+  session_.SetupTop = Setting("Top", "0");
+  session_.SetupLeft = Setting("Left", "0");
+  session_.NavTop = Setting("NavTop", "0");
+  session_.NavLeft = Setting("NavLeft", "0");
+}
+
+void SetupWindow::PlaceWindows() {
+  Form1& form = Window();
+  if (session_.SetupTop != "0") {
+    form.SetTop(PlaceFromText(session_.SetupTop));
+    form.SetLeft(PlaceFromText(session_.SetupLeft));
+    const float nav_top = PlaceFromText(session_.NavTop);
+    const float nav_left = PlaceFromText(session_.NavLeft);
+    desktop_.form2().SetTop(nav_top);
+    desktop_.form2().SetLeft(nav_left);
+    return;
+  }
+  Form2& navigator = desktop_.form2();
+  PlaceSetupFirst(form, platform_.screen);
+  PlaceNavigatorFirst(navigator, platform_.screen);
+  session_.SetupTop = PlaceText(form.Top());
+  session_.SetupLeft = PlaceText(form.Left());
+  session_.NavTop = PlaceText(navigator.Top());
+  session_.NavLeft = PlaceText(navigator.Left());
+}
+
+void SetupWindow::ReadSelectDate() {
+  const std::string kept = Setting("SelectDate", "");
+  if (kept.empty()) {
+    Window().DTPicker1.SetValue(DaysLater(platform_.clock.Today(), -kDaysBack));
+  } else if (const auto date = DateFromText(kept, platform_.locale.ShortDatePattern())) {
+    Window().DTPicker1.SetValue(*date);
+  }
+}
+
+void SetupWindow::FillDelay() {
+  constexpr int kFourthItem = 3;
+  constexpr int kThirdItem = 2;
+  // This touch creates the panel, and with it the account.
+  ComboBox& delay = desktop_.form3().Combo2;
+  delay.SetIndex(kFourthItem);
+  Window().cbxPeriod.SetIndex(kThirdItem);
+  delay.SetText(session_.RefreshDelay == 0 ? "3" : UsableDelay(Setting("Refresh", "3")));
+  session_.RefreshDelay = static_cast<std::int16_t>(ToInt16(delay.Text()).value_or(0) * 1000);
+}
+
+void SetupWindow::OpenDataDirectory() {
+  session_.DataDir = Setting("LastPath", platform_.default_data_dir);
+  Window().Text3.SetText(session_.DataDir);
+  Save("LastPath", session_.DataDir);
+  session_.HostTitle = "MetaStock";
+  catalogue_.BuildSymbolList();
+}
+
+void SetupWindow::MakeStore() {
+  const std::filesystem::path store = NativePath(session_.SimDir);
+  if (!std::filesystem::exists(store)) std::filesystem::create_directory(store);
+}
+
+void SetupWindow::GroupAccountTexts() {
+  Form1& form = Window();
+  for (TextBox* box : {&form.txtInitPorfolio, &form.txtContractValue, &form.txtProfitperContract}) {
+    box->SetText(PatternText(box->Text(), kAccountPattern));
+  }
+}
+
+void SetupWindow::DirectoryChanged() {
+  session_.DataDir = Window().Text3.Text();
+  Save("LastPath", session_.DataDir);
+  Window().lblPercentComm.SetVisible(false);
+  ApplyPresets();
+  ReadContractFigures();
+}
+
+// A later word overrides an earlier one.
+void SetupWindow::ApplyPresets() {
+  Form1& form = Window();
+  for (const MarketPreset& preset : kPresets) {
+    if (session_.DataDir.find(preset.word) == std::string::npos) continue;
+    form.txtContractValue.SetText(preset.margin);
+    desktop_.form3().txtContractVol.SetText(preset.quantity);
+    form.txtProfitperContract.SetText(preset.profit);
+    form.txtcomm.SetText(preset.commission);
+    if (preset.percent) form.lblPercentComm.SetVisible(true);
+  }
+}
+
+void SetupWindow::ReadContractFigures() {
+  ReadFigure(Window().txtContractValue, session_.InitMargin);
+  ReadFigure(Window().txtProfitperContract, session_.ProfitPerContract);
+}
+
+// A text without a number leaves the figure as it was, and the box says why.
+void SetupWindow::ReadFigure(TextBox& box, float& field) {
+  const std::optional<float> value = ToSingle(box.Text());
+  if (value) field = *value;
+  box.SetToolTip(value ? std::string(Form1::kPathTip)
+                       : std::string(Form1::kPathTip) + "\n\"" + box.Text() + "\" is not a number");
+}
+
+void SetupWindow::PickDirectory() {
+  const std::string chosen = platform_.folders.BrowseForFolder(kPickDirectoryPrompt);
+  if (chosen.empty()) return;
+  Window().Text3.SetText(chosen);
+  session_.DataDir = Window().Text3.Text();
+  Save("LastPath", session_.DataDir);
+  catalogue_.BuildSymbolList();
+}
+
+void SetupWindow::StartRun() {
+  Form1& form = Window();
+  const std::string top = PlaceText(form.Top());
+  const std::string left = PlaceText(form.Left());
+  Save("Top", top);
+  Save("Left", left);
+  SlideOut(form, top, left, platform_.events, platform_.screen);
+  form.Hide();
+  desktop_.form2().Show();
+  SlideIn(desktop_.form2(), session_.NavTop, session_.NavLeft, platform_.events, platform_.screen);
+  desktop_.form3().Show();
+  run_.BeginRun(form);
+}
+
+void SetupWindow::Unload() {
+  Save("Symbol", session_.Symbol);
+  Save("Refresh", desktop_.form3().Combo2.Text());
+  Save("Top", PlaceText(Window().Top()));
+  Save("Left", PlaceText(Window().Left()));
+  Save("SelectDate", DateDisplayText(Window().DTPicker1.Value(), platform_.locale));
+  const std::string directory = Trimmed(Window().Text3.Text());
+  registry_.SaveHostDataPath(directory);
+  registry_.SaveHostChartsPath(directory);
+}
+
+void SetupWindow::Close() {
+  desktop_.Unload(Window());
+  platform_.programs.EndProcess();
+}
+
+std::string SetupWindow::Setting(std::string_view key, std::string_view otherwise) const {
+  return platform_.settings.Read(key).value_or(std::string(otherwise));
+}
+
+void SetupWindow::Save(std::string_view key, std::string_view text) {
+  platform_.settings.Save(key, text);
+}
+
+}  // namespace velumar

@@ -1,0 +1,110 @@
+#include "shell/trade_panel.h"
+
+#include "base/number_text.h"
+#include "session/run_control.h"
+#include "shell/event_guard.h"
+#include "shell/opacity_setting.h"
+#include "shell/window_shaping.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kOpacityKey = "PorfolioTransparent";
+constexpr float kUnderNavigator = 100;  // twips
+
+}  // namespace
+
+TradePanel::TradePanel(SimSession& session, Desktop& desktop, Platform& platform,
+                       StatusDisplay& status)
+    : session_(session), desktop_(desktop), platform_(platform), status_(status) {
+  BindEvents();
+}
+
+void TradePanel::BindEvents() {
+  Form3& form = desktop_.Untouched().form3;
+  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
+  form.on_load = guarded([this] { Load(); });
+  form.on_unload = guarded([this] { Unload(); });
+  form.on_close = form.Image5.on_click = guarded([this] { CloseAndReturn(); });
+  form.on_press = form.Image1.on_press = guarded([this] { DragWindow(Window()); });
+  form.HScrollx.on_change = guarded([this] { ApplyOpacity(Window(), Window().HScrollx); });
+  form.Combo2.on_double_click = guarded([this] { DelayConfirmed(); });
+  form.Combo2.on_key_up = guarded([this](int) { DelayConfirmed(); });
+  form.chkShowBigform.on_click = guarded([this] { BigNumbersToggled(); });
+  form.txtContractVol.on_leave = guarded([this] { QuantityLeft(); });
+}
+
+void TradePanel::Load() {
+  Form3& form = Window();
+  form.imgGraph.SetVisible(false);
+  StartAccount();
+  form.SetTopmost(true);
+  RoundWindow(form, kCornerWidth, kCornerHeight);
+  LoadOpacity(form, form.HScrollx, platform_.settings, kOpacityKey);
+  form.Image1.SetSize(form.Width(), form.Height());
+  Place();
+  status_.ShowStatus();
+}
+
+void TradePanel::StartAccount() {
+  const Form1& setup = desktop_.form1();
+  // A text without a number leaves its field as it was.
+  session_.InitMargin = ToSingle(setup.txtContractValue.Text()).value_or(session_.InitMargin);
+  session_.ProfitPerContract =
+      ToSingle(setup.txtProfitperContract.Text()).value_or(session_.ProfitPerContract);
+  session_.Balance = ToSingle(setup.txtInitPorfolio.Text()).value_or(session_.Balance);
+  session_.Portfolio = session_.Balance;
+  session_.UsedMargin = 0;
+  session_.LAccum = 0;
+  session_.SAccum = 0;
+  session_.LAvgPrice = 0;
+  session_.SAvgPrice = 0;
+}
+
+// Right under the navigator's kept place, not where it was dragged to since.
+void TradePanel::Place() {
+  Form3& form = Window();
+  form.SetTop(desktop_.form2().Height() + static_cast<float>(PlaceFromText(session_.NavTop)) +
+              kUnderNavigator);
+  form.SetLeft(PlaceFromText(session_.NavLeft));
+}
+
+void TradePanel::DelayConfirmed() {
+  ComboBox& delay = Window().Combo2;
+  const std::string usable = UsableDelay(delay.Text());
+  // While the box is empty the user is about to type: the delay in force stays.
+  if (delay.Text().empty()) return;
+  delay.SetText(usable);
+  session_.RefreshDelay = static_cast<std::int16_t>(ToInt16(usable).value_or(0) * 1000);
+}
+
+void TradePanel::BigNumbersToggled() {
+  if (Window().chkShowBigform.Checked()) {
+    desktop_.frmBigDateTime().Show();
+    desktop_.frmBigScore().Show();
+    desktop_.frmBigPrice().Show();
+    return;
+  }
+  const Desktop::Windows windows = desktop_.Untouched();
+  desktop_.Unload(windows.frmBigDateTime);
+  desktop_.Unload(windows.frmBigScore);
+  desktop_.Unload(windows.frmBigPrice);
+}
+
+void TradePanel::QuantityLeft() {
+  TextBox& quantity = Window().txtContractVol;
+  quantity.SetText(PatternText(quantity.Text(), kWholePattern));
+}
+
+void TradePanel::Unload() { SaveOpacity(Window(), platform_.settings, kOpacityKey); }
+
+void TradePanel::CloseAndReturn() {
+  Form3& form = Window();
+  SlideOut(form, PlaceText(form.Top()), PlaceText(form.Left()), platform_.events,
+           platform_.screen);
+  desktop_.Unload(form);
+  desktop_.Unload(desktop_.Untouched().frmBigScore);
+}
+
+}  // namespace velumar

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "forms/desktop.h"
+#include "platform/platform.h"
+#include "session/sim_session.h"
+#include "trading/status_display.h"
+
+namespace velumar {
+
+// The logic of the trade panel. Its load starts the account.
+class TradePanel {
+ public:
+  TradePanel(SimSession& session, Desktop& desktop, Platform& platform, StatusDisplay& status);
+
+ private:
+  void BindEvents();
+  void Load();
+  void StartAccount();
+  void Place();
+  void DelayConfirmed();
+  void BigNumbersToggled();
+  void QuantityLeft();
+  void Unload();
+  void CloseAndReturn();
+  Form3& Window() { return desktop_.form3(); }
+
+  SimSession& session_;
+  Desktop& desktop_;
+  Platform& platform_;
+  StatusDisplay& status_;
+};
+
+}  // namespace velumar

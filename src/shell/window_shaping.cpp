@@ -1,0 +1,93 @@
+#include "shell/window_shaping.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <stdexcept>
+
+#include "base/number_text.h"
+#include "platform/waiting.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr int kSlideStep = 50;    // twips
+constexpr int kSlidePause = 10;   // ms
+constexpr float kPressDepth = 15; // twips: a pixel
+constexpr float kFirstPlaceBottomGap = 500;
+constexpr float kFirstPlaceSideGap = 50;
+constexpr float kNavigatorFirstLeft = 100;
+constexpr float kNavigatorFirstHeights = 2.5F;
+
+std::int16_t Measure(float twips) {
+  return static_cast<std::int16_t>(std::nearbyint(std::clamp(twips, 0.0F, 32767.0F)));
+}
+
+}  // namespace
+
+void RoundWindow(Form& window, std::int16_t corner_width, std::int16_t corner_height) {
+  window.SetCorners(corner_width, corner_height);
+}
+
+void SetWindowAlpha(Form& window, std::int16_t alpha) {
+  constexpr std::int16_t kSolid = 255;
+  if (alpha >= 0 && alpha <= kSolid) window.SetOpacity(alpha);
+}
+
+void DragWindow(Form& window) { window.StartDrag(); }
+
+void PressImage(Control& image) {
+  image.SetPlace(image.Left() + kPressDepth, image.Top() + kPressDepth);
+}
+
+void ReleaseImage(Control& image) {
+  image.SetPlace(image.Left() - kPressDepth, image.Top() - kPressDepth);
+}
+
+std::int16_t ScreenWidth(const Screen& screen) { return Measure(screen.WidthTwips()); }
+
+std::int16_t ScreenHeight(const Screen& screen) { return Measure(screen.HeightTwips()); }
+
+std::int16_t PlaceFromText(std::string_view text) {
+  const std::optional<std::int16_t> place = ToInt16(text);
+  if (!place) throw std::invalid_argument("\"" + std::string(text) + "\" is no place of a window");
+  return *place;
+}
+
+std::string PlaceText(float place) { return PlainNumberText(place); }
+
+void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoop& events,
+             const Screen& screen) {
+  window.SetLeft(PlaceFromText(left));
+  const int end = PlaceFromText(top);
+  clsWaitableTimer timer(events);
+  for (int y = ScreenHeight(screen); y >= end; y -= kSlideStep) {
+    window.SetTop(static_cast<float>(y));
+    timer.Wait(kSlidePause);
+  }
+}
+
+void SlideOut(Form& window, std::string_view top, std::string_view left, EventLoop& events,
+              const Screen& screen) {
+  window.SetLeft(PlaceFromText(left));
+  const int end = ScreenHeight(screen);
+  clsWaitableTimer timer(events);
+  for (int y = PlaceFromText(top); y <= end; y += kSlideStep) {
+    window.SetTop(static_cast<float>(y));
+    timer.Wait(kSlidePause);
+  }
+}
+
+void PlaceSetupFirst(Form& setup, const Screen& screen) {
+  setup.SetTop(static_cast<float>(ScreenHeight(screen)) - setup.Height() - kFirstPlaceBottomGap);
+  setup.SetLeft(static_cast<float>(ScreenWidth(screen)) - setup.Width() - kFirstPlaceSideGap);
+}
+
+void PlaceNavigatorFirst(Form& navigator, const Screen& screen) {
+  navigator.SetTop(static_cast<float>(ScreenHeight(screen)) -
+                   kNavigatorFirstHeights * navigator.Height() - kFirstPlaceBottomGap);
+  navigator.SetLeft(kNavigatorFirstLeft);
+}
+
+}  // namespace velumar

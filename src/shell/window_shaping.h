@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "forms/form.h"
+#include "platform/event_loop.h"
+#include "platform/services.h"
+
+namespace velumar {
+
+// The look and the movement that the small windows share. Places are twips; where they are kept,
+// they are number texts, and where they are used they pass through 16 bits.
+
+// The corner ellipse of all small windows, in pixels.
+inline constexpr std::int16_t kCornerWidth = 15;
+inline constexpr std::int16_t kCornerHeight = 12;
+
+void RoundWindow(Form& window, std::int16_t corner_width, std::int16_t corner_height);
+// 0 (invisible) to 255 (solid); any other value changes nothing.
+void SetWindowAlpha(Form& window, std::int16_t alpha);
+// To be called on a mouse press on a drag surface, whatever the button.
+void DragWindow(Form& window);
+// A pressed picture sinks by a pixel.
+void PressImage(Control& image);
+void ReleaseImage(Control& image);
+
+// A screen measure as the sums use it: one above 32,767 twips counts as 32,767.
+std::int16_t ScreenWidth(const Screen& screen);
+std::int16_t ScreenHeight(const Screen& screen);
+
+// A kept place as 16-bit twips. Throws std::invalid_argument for a text that is no such number.
+std::int16_t PlaceFromText(std::string_view text);
+std::string PlaceText(float place);
+
+// The window comes up from, or goes down through, the bottom edge of the screen in steps of 50
+// twips, 10 ms each; clicks run meanwhile. Neither shows nor hides it. A text that is no number
+// throws std::invalid_argument.
+void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoop& events,
+             const Screen& screen);
+void SlideOut(Form& window, std::string_view top, std::string_view left, EventLoop& events,
+              const Screen& screen);
+
+// The lower right and the lower left corner of the screen, for windows without a known place.
+void PlaceSetupFirst(Form& setup, const Screen& screen);
+void PlaceNavigatorFirst(Form& navigator, const Screen& screen);
+
+}  // namespace velumar
