@@ -1,10 +1,87 @@
 #include "marketdata/index_cache.h"
 
+#include <algorithm>
+#include <utility>
+
+#include "base/paths.h"
+#include "marketdata/index_entries.h"
+#include "marketdata/index_image.h"
+#include "marketdata/metalib_error.h"
+
 namespace velumar {
 
-struct IndexCache::Entries {};
+namespace {
+
+constexpr std::size_t kMostDirectories = 8;
+
+// A missing file has a stamp of its own, as good as any.
+FileStamp StampOrNone(const std::filesystem::path& path) {
+  return path.empty() ? FileStamp() : StampOf(path).value_or(FileStamp());
+}
+
+std::optional<FileStamp> KeptIfSettled(const FileStamp& stamp) {
+  return stamp.IsSettled() ? std::optional(stamp) : std::nullopt;
+}
+
+bool HasIndexFile(const DirectoryListing& files) {
+  return std::ranges::any_of(
+      kIndexKinds, [&](IndexKind kind) { return !files.Find(IndexFileName(kind)).empty(); });
+}
+
+[[noreturn]] void ThrowNoIndex(const std::filesystem::path& directory) {
+  throw MetaLibError(MetaLibError::kNoData,
+                     "There is no market data in \"" + PathText(directory) +
+                         "\": none of the files MASTER, EMASTER and XMASTER is there");
+}
+
+}  // namespace
 
 IndexCache::IndexCache() : entries_(std::make_unique<Entries>()) {}
 IndexCache::~IndexCache() = default;
+
+IndexCache::Entries::Entry& IndexCache::Entries::EntryOf(const std::filesystem::path& directory) {
+  const auto found = std::ranges::find_if(
+      entries_, [&](const Entry& entry) { return entry.index->Path() == directory; });
+  if (found != entries_.end()) return *found;
+  if (entries_.size() == kMostDirectories) entries_.erase(entries_.begin());
+  return entries_.emplace_back(
+      Entry{.index = std::make_shared<DirectoryIndex>(directory, DirectoryListing()),
+            .directory = {},
+            .files = {}});
+}
+
+std::shared_ptr<DirectoryIndex> IndexCache::Entries::Load(std::string_view directory) {
+  const std::filesystem::path path = NativePath(directory);
+  Entry& entry = EntryOf(path);
+  const FileStamp stamp = StampOrNone(path);
+  if (entry.directory != stamp) {
+    entry.directory.reset();
+    entry.index->SetFiles(DirectoryListing::Read(path));
+    entry.directory = KeptIfSettled(stamp);
+  }
+  if (!HasIndexFile(entry.index->Files())) ThrowNoIndex(path);
+  std::array<FileStamp, kIndexKinds.size()> stamps;
+  for (const IndexKind kind : kIndexKinds) {
+    stamps[static_cast<std::size_t>(kind)] = StampOrNone(entry.index->IndexPath(kind));
+  }
+  if (std::ranges::equal(entry.files, stamps)) return entry.index;
+  entry.files = {};
+  auto index = std::make_shared<DirectoryIndex>(path, entry.index->Files());
+  for (const IndexKind kind : kIndexKinds) {
+    index->Add(kind, ReadIndexBytes(kind, index->IndexPath(kind)));
+  }
+  std::ranges::transform(stamps, entry.files.begin(), KeptIfSettled);
+  entry.index = std::move(index);
+  return entry.index;
+}
+
+void IndexCache::Entries::NoteOwnChange(const DirectoryIndex& index, IndexKind kind,
+                                        const FileStamp& before, const FileStamp& after) {
+  for (Entry& entry : entries_) {
+    if (entry.index.get() != &index) continue;
+    KeptStamp& kept = entry.files[static_cast<std::size_t>(kind)];
+    if (!kept || *kept == before) kept = after;
+  }
+}
 
 }  // namespace velumar

@@ -10,12 +10,12 @@ namespace velumar {
 class MetaLibError : public std::runtime_error {
  public:
   // The first three numbers are known to every user of such directories; ours start at 1700.
-  static constexpr int kDateNotFound = 1604;   // SeekDate: every bar is older, or there is no bar
-  static constexpr int kNoData = 1617;         // no directory, or none of the three index files
-  static constexpr int kNoBar = 1659;          // the cursor stands on no bar
-  static constexpr int kNoSeries = 1700;       // a call that needs a selected series
-  static constexpr int kSeriesNotFound = 1701; // the directory has no such symbol and interval
-  static constexpr int kNotOpen = 1702;        // a call that needs an open directory
+  static constexpr int kDateNotFound = 1604;    // SeekDate: every bar is older, or there is no bar
+  static constexpr int kNoData = 1617;          // no directory, or none of the three index files
+  static constexpr int kNoBar = 1659;           // the cursor stands on no bar
+  static constexpr int kNoSeries = 1700;        // a call that needs a selected series
+  static constexpr int kSeriesNotFound = 1701;  // the directory has no such symbol and interval
+  static constexpr int kNotOpen = 1702;         // a call that needs an open directory
   static constexpr int kReadFailed = 1703;
   static constexpr int kWriteFailed = 1704;
   static constexpr int kDirectoryInUse = 1705;

@@ -1,38 +1,183 @@
 #include "marketdata/metalib_writer.h"
 
+#include <exception>
+#include <optional>
+#include <utility>
+
+#include "base/paths.h"
+#include "marketdata/directory_lock.h"
+#include "marketdata/index_update.h"
 #include "marketdata/metalib_error.h"
+#include "marketdata/series_error.h"
+#include "marketdata/series_file.h"
 
 namespace velumar {
 
-namespace {
-[[noreturn]] void NotBuilt() { throw MetaLibError(MetaLibError::kNotOpen, "not built yet"); }
-}  // namespace
+struct MetaLibWriter::State {
+  explicit State(IndexCache& index_cache) : cache(index_cache.Kept()) {}
 
-struct MetaLibWriter::State {};
+  DirectoryIndex& Open() const {
+    if (!index) ThrowNotOpen();
+    return *index;
+  }
 
-MetaLibWriter::MetaLibWriter(IndexCache&) : state_(std::make_unique<State>()) {}
-MetaLibWriter::~MetaLibWriter() = default;
+  SeriesFile& Series(std::string_view call) {
+    Open();
+    if (!series) ThrowNoSeriesSelected(call);
+    return *series;
+  }
 
-bool MetaLibWriter::IsDirectoryInUse(std::string_view) const { NotBuilt(); }
-void MetaLibWriter::OpenDirectory(std::string_view) { NotBuilt(); }
-void MetaLibWriter::CloseDirectory() { NotBuilt(); }
-bool MetaLibWriter::SecurityExists(std::string_view) const { NotBuilt(); }
-void MetaLibWriter::SelectSeries(std::string_view, int, int) { NotBuilt(); }
-void MetaLibWriter::CloseSecurity() { NotBuilt(); }
-void MetaLibWriter::WriteSeries(const std::vector<std::int32_t>&, const std::vector<std::int32_t>&,
-                                const std::vector<float>&, const std::vector<float>&,
-                                const std::vector<float>&, const std::vector<float>&,
-                                const std::vector<float>&, const std::vector<float>&) {
-  NotBuilt();
+  // The index may not have told the minutes that the series answered to.
+  void TellMinutes() {
+    if (!security->IsIntraday() || security->told.minutes != 0) return;
+    UpdateIndexRecords(cache, *index, *security, [this](IndexKind kind, ByteSpan record) {
+      SetIndexMinutes(kind, record, interval);
+    });
+    security->told.minutes = interval;
+  }
+
+  void TellEnds(const SeriesFile& file) {
+    const SeriesEnds ends = file.Ends();
+    UpdateIndexRecords(cache, *index, *security, [&ends](IndexKind kind, ByteSpan record) {
+      SetIndexEnds(kind, record, ends);
+    });
+    security->told.first_date = ends.first_date;
+    security->told.last_date = ends.last_date;
+  }
+
+  IndexCache::Entries& cache;
+  std::shared_ptr<DirectoryIndex> index;
+  std::optional<DirectoryLock> lock;
+  IndexedSecurity* security = nullptr;  // the selected one, in *index
+  int interval = -1;                    // that it was selected by
+  std::optional<SeriesFile> series;
+};
+
+MetaLibWriter::MetaLibWriter(IndexCache& cache) : state_(std::make_unique<State>(cache)) {}
+
+MetaLibWriter::~MetaLibWriter() {
+  try {
+    CloseDirectory();
+  } catch (const std::exception&) {
+    // Whoever wants to hear of it closes the directory before.
+  }
 }
-void MetaLibWriter::AppendBar(std::int32_t, std::int32_t, float, float, float, float, float,
-                              float) {
-  NotBuilt();
+
+bool MetaLibWriter::IsDirectoryInUse(std::string_view path) const {
+  const std::filesystem::path directory = NativePath(path);
+  if (state_->index) {
+    const auto own = StampOf(state_->index->Path());
+    const auto asked = StampOf(directory);
+    const bool same = own && asked && own->device == asked->device && own->inode == asked->inode;
+    if (same) return false;
+  }
+  return DirectoryLock::IsHeld(directory);
 }
-bool MetaLibWriter::DailyBarExists(std::int32_t) { NotBuilt(); }
-bool MetaLibWriter::IntradayBarExists(std::int32_t, std::int32_t) { NotBuilt(); }
-void MetaLibWriter::DeleteDailyBar(std::int32_t) { NotBuilt(); }
-void MetaLibWriter::DeleteIntradayBar(std::int32_t, std::int32_t) { NotBuilt(); }
-void MetaLibWriter::DeleteDateRange(std::int32_t, std::int32_t) { NotBuilt(); }
+
+void MetaLibWriter::OpenDirectory(std::string_view path) {
+  CloseDirectory();
+  State& state = *state_;
+  const auto seen = state.cache.Load(path);
+  auto lock = DirectoryLock::TryHold(seen->Path());
+  if (!lock) ThrowInUse(seen->Path());
+  // The writer before may have changed something between the look and the lock.
+  state.index = state.cache.Load(path);
+  state.lock = std::move(lock);
+}
+
+void MetaLibWriter::CloseDirectory() {
+  State& state = *state_;
+  std::exception_ptr failure;
+  try {
+    CloseSecurity();
+  } catch (const MetaLibError&) {
+    failure = std::current_exception();
+  }
+  state.index.reset();
+  state.lock.reset();
+  if (failure) std::rethrow_exception(failure);
+}
+
+bool MetaLibWriter::SecurityExists(std::string_view symbol) const {
+  return state_->Open().Knows(symbol);
+}
+
+void MetaLibWriter::SelectSeries(std::string_view symbol, int daily, int minutes) {
+  State& state = *state_;
+  DirectoryIndex& index = state.Open();
+  CloseSecurity();
+  const int interval = daily != 0 ? -1 : minutes;
+  IndexedSecurity* const found = index.FindSeries(symbol, interval);
+  if (found == nullptr) ThrowSeriesNotFound(symbol, interval, index.Path());
+  state.series.emplace(SeriesFile::Series{.path = index.DataPathToBe(*found),
+                                          .symbol = found->told.symbol,
+                                          .layout = index.LayoutOf(*found),
+                                          .is_intraday = found->IsIntraday(),
+                                          .ordered = found->order_stamp});
+  state.security = found;
+  state.interval = interval;
+}
+
+void MetaLibWriter::CloseSecurity() {
+  State& state = *state_;
+  const auto closing = std::exchange(state.series, std::nullopt);
+  if (!closing) return;
+  state.security->order_stamp = closing->OrderedStamp();
+  if (state.security->IsIntraday() && state.security->told.minutes == 0) {
+    state.security->gap = state.interval;
+    state.security->gap_stamp = closing->OrderedStamp();
+  }
+  state.TellEnds(*closing);
+}
+
+void MetaLibWriter::WriteSeries(const std::vector<std::int32_t>& dates,
+                                const std::vector<std::int32_t>& times,
+                                const std::vector<float>& opens, const std::vector<float>& highs,
+                                const std::vector<float>& lows, const std::vector<float>& closes,
+                                const std::vector<float>& volumes,
+                                const std::vector<float>& open_interests) {
+  SeriesFile& series = state_->Series("WriteSeries");
+  const std::size_t count = dates.size();
+  for (const std::size_t size : {times.size(), opens.size(), highs.size(), lows.size(),
+                                 closes.size(), volumes.size(), open_interests.size()}) {
+    if (size == count) continue;
+    throw MetaLibError(MetaLibError::kNotStorable,
+                       state_->security->told.symbol + ": a series of " + std::to_string(count) +
+                           " dates has " + std::to_string(size) + " values of another field");
+  }
+  std::vector<Bar> bars(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    bars[i] = {dates[i], times[i],  opens[i],   highs[i],
+               lows[i],  closes[i], volumes[i], open_interests[i]};
+  }
+  series.Stage(std::move(bars));
+  state_->TellMinutes();
+  series.CommitStaged();
+}
+
+void MetaLibWriter::AppendBar(std::int32_t date, std::int32_t time, float open, float high,
+                              float low, float close, float volume, float open_interest) {
+  state_->Series("AppendBar").Put({date, time, open, high, low, close, volume, open_interest});
+}
+
+bool MetaLibWriter::DailyBarExists(std::int32_t date) {
+  return state_->Series("DailyBarExists").Contains(date, 0);
+}
+
+bool MetaLibWriter::IntradayBarExists(std::int32_t date, std::int32_t time) {
+  return state_->Series("IntradayBarExists").Contains(date, time);
+}
+
+void MetaLibWriter::DeleteDailyBar(std::int32_t date) {
+  state_->Series("DeleteDailyBar").Remove(date, 0);
+}
+
+void MetaLibWriter::DeleteIntradayBar(std::int32_t date, std::int32_t time) {
+  state_->Series("DeleteIntradayBar").Remove(date, time);
+}
+
+void MetaLibWriter::DeleteDateRange(std::int32_t from_date, std::int32_t to_date) {
+  state_->Series("DeleteDateRange").RemoveDates(from_date, to_date);
+}
 
 }  // namespace velumar

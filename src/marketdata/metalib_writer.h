@@ -41,7 +41,8 @@ class MetaLibWriter {
                    const std::vector<float>& lows, const std::vector<float>& closes,
                    const std::vector<float>& volumes, const std::vector<float>& open_interests);
 
-  // A stored bar of this date (intraday: date and time) is replaced; an older bar goes to its place.
+  // A stored bar of this date (intraday: date and time) is replaced; an older bar goes to its
+  // place.
   void AppendBar(std::int32_t date, std::int32_t time, float open, float high, float low,
                  float close, float volume, float open_interest);
   bool DailyBarExists(std::int32_t date);

@@ -1,0 +1,119 @@
+#include "marketdata/bar_codec.h"
+
+#include "marketdata/number_format.h"
+
+namespace velumar {
+
+namespace {
+
+template <typename T, T (*Convert)(float)>
+std::vector<T> DecodeColumn(const BarLayout& layout, BarField field, ByteView records) {
+  const std::size_t size = layout.RecordSize();
+  const std::size_t bars = records.size() / size;
+  std::vector<T> values(bars);
+  const auto column = layout.ColumnOf(field);
+  if (!column) return values;
+  const std::byte* at = records.data() + 4 * *column;
+  for (std::size_t i = 0; i < bars; ++i, at += size) {
+    std::uint32_t word;
+    std::memcpy(&word, at, sizeof word);
+    values[i] = Convert(FloatFromMbf(word));
+  }
+  return values;
+}
+
+constexpr float Same(float value) { return value; }
+
+std::optional<float> StoredField(const Bar& bar, BarField field) {
+  switch (field) {
+    case BarField::kDate:
+      return StoredDate(bar.date);
+    case BarField::kTime:
+      return StoredTime(bar.time);
+    case BarField::kOpen:
+      return bar.open;
+    case BarField::kHigh:
+      return bar.high;
+    case BarField::kLow:
+      return bar.low;
+    case BarField::kClose:
+      return bar.close;
+    case BarField::kVolume:
+      return bar.volume;
+    case BarField::kOpenInterest:
+      return bar.open_interest;
+  }
+  return std::nullopt;
+}
+
+void SetField(Bar& bar, BarField field, float value) {
+  switch (field) {
+    case BarField::kDate:
+      bar.date = DateFromStored(value);
+      break;
+    case BarField::kTime:
+      bar.time = TimeFromStored(value);
+      break;
+    case BarField::kOpen:
+      bar.open = value;
+      break;
+    case BarField::kHigh:
+      bar.high = value;
+      break;
+    case BarField::kLow:
+      bar.low = value;
+      break;
+    case BarField::kClose:
+      bar.close = value;
+      break;
+    case BarField::kVolume:
+      bar.volume = value;
+      break;
+    case BarField::kOpenInterest:
+      bar.open_interest = value;
+      break;
+  }
+}
+
+}  // namespace
+
+BarArrays DecodeBars(const BarLayout& layout, ByteView records) {
+  if (layout.Empty()) return {};
+  const auto floats = [&](BarField field) {
+    return DecodeColumn<float, Same>(layout, field, records);
+  };
+  return {
+      .dates = DecodeColumn<std::int32_t, DateFromStored>(layout, BarField::kDate, records),
+      .times = DecodeColumn<std::int32_t, TimeFromStored>(layout, BarField::kTime, records),
+      .opens = floats(BarField::kOpen),
+      .highs = floats(BarField::kHigh),
+      .lows = floats(BarField::kLow),
+      .closes = floats(BarField::kClose),
+      .volumes = floats(BarField::kVolume),
+      .open_interests = floats(BarField::kOpenInterest),
+  };
+}
+
+Bar DecodeBar(const BarLayout& layout, ByteView record) {
+  Bar bar;
+  std::size_t offset = 0;
+  for (const BarField field : layout.Fields()) {
+    SetField(bar, field, FloatFromMbf(LoadAt<std::uint32_t>(record, offset)));
+    offset += 4;
+  }
+  return bar;
+}
+
+std::optional<BarField> EncodeBar(const BarLayout& layout, const Bar& bar, ByteSpan record) {
+  std::size_t offset = 0;
+  for (const BarField field : layout.Fields()) {
+    const auto value = StoredField(bar, field);
+    const auto word = value ? MbfFromFloat(*value) : std::nullopt;
+    if (!word) return field;
+    StoreAt<std::uint32_t>(record, offset, *word);
+    offset += 4;
+  }
+  return std::nullopt;
+}
+
+}  // namespace velumar

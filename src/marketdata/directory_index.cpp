@@ -1,0 +1,140 @@
+#include "marketdata/directory_index.h"
+
+#include <algorithm>
+#include <numeric>
+#include <string>
+#include <utility>
+
+namespace velumar {
+
+namespace {
+
+constexpr std::size_t kLongestColumnFile = 4096;
+
+std::string ReadText(const std::filesystem::path& path) {
+  const RawFile file(path, RawFile::Mode::kRead);
+  std::string text(kLongestColumnFile, '\0');
+  text.resize(file.ReadAt(0, std::as_writable_bytes(std::span(text))));
+  return text;
+}
+
+// MASTER's numbers hold where it tells any; the longer name wins.
+void MergeTwin(IndexRecord& told, IndexRecord twin) {
+  if (told.layout.Empty()) told.layout = twin.layout;
+  if (told.minutes == 0) told.minutes = twin.minutes;
+  if (twin.name.size() > told.name.size()) told.name = std::move(twin.name);
+}
+
+}  // namespace
+
+std::filesystem::path DirectoryIndex::IndexPath(IndexKind kind) const {
+  return PathOf(IndexFileName(kind)).value_or(std::filesystem::path());
+}
+
+void DirectoryIndex::Add(IndexKind kind, ByteView file) {
+  const std::size_t size = IndexRecordSize(kind);
+  const std::size_t records = IndexRecordCount(kind, file);
+  securities_.reserve(securities_.size() + records);
+  for (std::size_t i = 1; i <= records; ++i) {
+    const ByteView record = file.subspan(i * size, size);
+    if (FileNumberOf(kind, record) == 0) continue;
+    AddRecord(kind, static_cast<std::int64_t>(i * size), ReadIndexRecord(kind, record));
+  }
+  by_symbol_.clear();
+}
+
+void DirectoryIndex::AddRecord(IndexKind kind, std::int64_t offset, IndexRecord told) {
+  const auto slot = static_cast<std::size_t>(kind);
+  IndexedSecurity* const twin =
+      kind == IndexKind::kEmaster ? TwinInMaster(told.file_number) : nullptr;
+  if (twin != nullptr) {
+    twin->offsets[slot] = offset;
+    MergeTwin(twin->told, std::move(told));
+    return;
+  }
+  IndexedSecurity& added = securities_.emplace_back();
+  added.told = std::move(told);
+  added.listed_in = kind;
+  added.offsets[slot] = offset;
+  if (kind != IndexKind::kMaster) return;
+  std::int32_t& place = by_master_number_[static_cast<std::size_t>(added.told.file_number)];
+  if (place == 0) place = static_cast<std::int32_t>(securities_.size());
+}
+
+IndexedSecurity* DirectoryIndex::TwinInMaster(int file_number) {
+  const std::int32_t place = by_master_number_[static_cast<std::size_t>(file_number)];
+  return place == 0 ? nullptr : &securities_[static_cast<std::size_t>(place - 1)];
+}
+
+std::pair<std::size_t, std::size_t> DirectoryIndex::RangeOf(std::string_view symbol) {
+  const auto symbol_of = [this](std::uint32_t place) -> std::string_view {
+    return securities_[place].told.symbol;
+  };
+  if (by_symbol_.size() != securities_.size()) {
+    by_symbol_.resize(securities_.size());
+    std::iota(by_symbol_.begin(), by_symbol_.end(), 0U);
+    std::ranges::stable_sort(by_symbol_, {}, symbol_of);
+  }
+  const auto found = std::ranges::equal_range(by_symbol_, symbol, {}, symbol_of);
+  const auto first = static_cast<std::size_t>(found.begin() - by_symbol_.begin());
+  return {first, first + found.size()};
+}
+
+bool DirectoryIndex::Knows(std::string_view symbol) {
+  const auto [first, last] = RangeOf(symbol);
+  return first != last;
+}
+
+IndexedSecurity* DirectoryIndex::FindSeries(std::string_view symbol, int interval) {
+  IndexedSecurity* untold = nullptr;
+  const auto [first, last] = RangeOf(symbol);
+  for (std::size_t i = first; i < last; ++i) {
+    IndexedSecurity& security = securities_[by_symbol_[i]];
+    const int found = IntervalOf(security);
+    if (found == interval) return &security;
+    if (found == 0 && untold == nullptr) untold = &security;
+  }
+  return interval > 0 ? untold : nullptr;
+}
+
+int DirectoryIndex::IntervalOf(IndexedSecurity& security) const {
+  if (!security.IsIntraday()) return -1;
+  if (security.told.minutes != 0) return security.told.minutes;
+  const auto path = DataPath(security);
+  const auto stamp = path ? StampOf(*path) : std::nullopt;
+  if (!stamp) return 0;
+  if (*stamp != security.gap_stamp) {
+    security.gap = SmallestGap(DataFile(*path, LayoutOf(security)).ReadAll());
+    security.gap_stamp = stamp->IsSettled() ? *stamp : FileStamp();
+  }
+  return security.gap;
+}
+
+std::optional<std::filesystem::path> DirectoryIndex::PathOf(std::string_view upper_name) const {
+  const auto name = files_.Find(upper_name);
+  if (name.empty()) return std::nullopt;
+  return path_ / name;
+}
+
+std::optional<std::filesystem::path> DirectoryIndex::DataPath(
+    const IndexedSecurity& security) const {
+  return PathOf(DataFileName(security.listed_in, security.told.file_number));
+}
+
+std::optional<std::filesystem::path> DirectoryIndex::ColumnsPath(
+    const IndexedSecurity& security) const {
+  return PathOf("F" + std::to_string(security.told.file_number) + ".DOP");
+}
+
+BarLayout DirectoryIndex::LayoutOf(const IndexedSecurity& security) const {
+  const auto columns = ColumnsPath(security);
+  if (!columns) return security.told.layout;
+  return ReorderedByColumnNames(security.told.layout, ReadText(*columns));
+}
+
+std::filesystem::path DirectoryIndex::DataPathToBe(const IndexedSecurity& security) const {
+  if (auto path = DataPath(security)) return *std::move(path);
+  return path_ / files_.Styled(DataFileName(security.listed_in, security.told.file_number));
+}
+
+}  // namespace velumar

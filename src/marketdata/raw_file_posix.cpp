@@ -1,0 +1,124 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "marketdata/file_error.h"
+#include "marketdata/raw_file.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
+constexpr std::int64_t kLongestTick = 20'000'000;
+
+std::int64_t Nanoseconds(const timespec& time) {
+  return std::int64_t{time.tv_sec} * kNanosecondsPerSecond + time.tv_nsec;
+}
+
+timespec Now() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  return now;
+}
+
+FileStamp StampFrom(const struct stat& info) {
+  return {.device = info.st_dev,
+          .inode = info.st_ino,
+          .size = info.st_size,
+          .changed_ns = Nanoseconds(info.st_mtim)};
+}
+
+int OpenFlags(RawFile::Mode mode) {
+  switch (mode) {
+    case RawFile::Mode::kRead:
+      return O_RDONLY;
+    case RawFile::Mode::kChange:
+      return O_RDWR;
+    case RawFile::Mode::kCreate:
+      return O_RDWR | O_CREAT;
+    case RawFile::Mode::kRenew:
+      return O_RDWR | O_CREAT | O_TRUNC;
+  }
+  return O_RDONLY;
+}
+
+constexpr mode_t kNewFileMode = 0666;
+
+}  // namespace
+
+bool FileStamp::IsSettled() const { return Nanoseconds(Now()) - changed_ns > kLongestTick; }
+
+std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
+  struct stat info {};
+  if (stat(path.c_str(), &info) != 0) return std::nullopt;
+  return StampFrom(info);
+}
+
+RawFile::RawFile(const std::filesystem::path& path, Mode mode)
+    : path_(path), handle_(open(path.c_str(), OpenFlags(mode) | O_CLOEXEC, kNewFileMode)) {
+  if (handle_ < 0) {
+    if (mode == Mode::kRead) ThrowReadFailed(path_, errno);
+    ThrowWriteFailed(path_, errno);
+  }
+}
+
+RawFile::~RawFile() {
+  if (handle_ >= 0) close(handle_);
+}
+
+RawFile::RawFile(RawFile&& other) noexcept
+    : path_(std::move(other.path_)), handle_(std::exchange(other.handle_, -1)) {}
+
+RawFile& RawFile::operator=(RawFile&& other) noexcept {
+  std::swap(path_, other.path_);
+  std::swap(handle_, other.handle_);
+  return *this;
+}
+
+std::size_t RawFile::ReadAt(std::int64_t offset, ByteSpan into) const {
+  std::size_t done = 0;
+  while (done < into.size()) {
+    const ssize_t got = pread(handle_, into.data() + done, into.size() - done,
+                              offset + static_cast<std::int64_t>(done));
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) ThrowReadFailed(path_, errno);
+    if (got == 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return done;
+}
+
+void RawFile::WriteAt(std::int64_t offset, ByteView bytes) {
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t put = pwrite(handle_, bytes.data() + done, bytes.size() - done,
+                               offset + static_cast<std::int64_t>(done));
+    if (put < 0 && errno == EINTR) continue;
+    if (put < 0) ThrowWriteFailed(path_, errno);
+    done += static_cast<std::size_t>(put);
+  }
+}
+
+void RawFile::Truncate(std::int64_t size) {
+  while (ftruncate(handle_, size) != 0) {
+    if (errno != EINTR) ThrowWriteFailed(path_, errno);
+  }
+}
+
+FileStamp RawFile::Stamp() const {
+  struct stat info {};
+  if (fstat(handle_, &info) != 0) ThrowReadFailed(path_, errno);
+  return StampFrom(info);
+}
+
+void RawFile::StampNow() {
+  const timespec times[2] = {{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, Now()};
+  futimens(handle_, times);  // a refusal leaves the time of the change itself, which serves too
+}
+
+}  // namespace velumar

@@ -1,0 +1,297 @@
+#include "marketdata/series_file.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <numeric>
+#include <utility>
+
+#include "base/paths.h"
+#include "marketdata/data_file.h"
+#include "marketdata/series_error.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::size_t kCountsSize = 4;
+constexpr std::size_t kMostOffset = 0;
+constexpr std::size_t kRecordsOffset = 2;
+constexpr std::int64_t kTimesPerDate = 100'000'000;
+
+// A write within one page is done before the system ends a process; one across may be half done.
+constexpr std::int64_t kPageSize = 4096;
+
+bool CrossesPage(std::int64_t offset, std::size_t size) {
+  return offset / kPageSize != (offset + static_cast<std::int64_t>(size) - 1) / kPageSize;
+}
+
+bool IsStrictlyRising(const std::vector<std::int64_t>& keys) {
+  return std::ranges::adjacent_find(keys, std::greater_equal<>()) == keys.end();
+}
+
+// The places of `keys` in rising order; of equal keys the last place alone.
+std::vector<std::size_t> PlacesInOrder(const std::vector<std::int64_t>& keys) {
+  std::vector<std::size_t> places(keys.size());
+  std::iota(places.begin(), places.end(), std::size_t{0});
+  std::ranges::stable_sort(places, {}, [&](std::size_t place) { return keys[place]; });
+  std::vector<std::size_t> kept;
+  for (const std::size_t place : places) {
+    if (!kept.empty() && keys[kept.back()] == keys[place]) kept.pop_back();
+    kept.push_back(place);
+  }
+  return kept;
+}
+
+}  // namespace
+
+SeriesFile::SeriesFile(Series series) : series_(std::move(series)) {
+  if (StampOf(series_.path)) Open();
+}
+
+void SeriesFile::Open() {
+  file_.emplace(series_.path, RawFile::Mode::kChange);
+  const FileStamp stamp = file_->Stamp();
+  size_ = stamp.size;
+  std::array<std::byte, kCountsSize> counts{};
+  file_->ReadAt(0, counts);
+  bars_ =
+      SoundBars(LoadAt<std::uint16_t>(counts, kRecordsOffset), size_, series_.layout.RecordSize());
+  is_ordered_ = stamp == series_.ordered || IsStrictlyRising(AllKeys());
+}
+
+std::string SeriesFile::FileName() const { return PathText(series_.path.filename()); }
+
+std::int64_t SeriesFile::EndOf(int bars) const {
+  return static_cast<std::int64_t>(series_.layout.RecordSize()) * (bars + 1);
+}
+
+SeriesFile::Key SeriesFile::KeyOf(std::int32_t date, std::int32_t time) const {
+  return date * kTimesPerDate + (series_.is_intraday ? time : 0);
+}
+
+Bar SeriesFile::BarAt(int index) const {
+  std::array<std::byte, 4 * kBarFields> buffer{};
+  const ByteSpan record = std::span(buffer).first(series_.layout.RecordSize());
+  file_->ReadAt(EndOf(index), record);
+  return DecodeBar(series_.layout, record);
+}
+
+std::vector<std::byte> SeriesFile::AllRecords() const {
+  std::vector<std::byte> records(series_.layout.RecordSize() * static_cast<std::size_t>(bars_));
+  if (!records.empty()) file_->ReadAt(EndOf(0), records);
+  return records;
+}
+
+std::vector<SeriesFile::Key> SeriesFile::AllKeys() const {
+  const BarArrays bars = DecodeBars(series_.layout, AllRecords());
+  std::vector<Key> keys(bars.dates.size());
+  for (std::size_t i = 0; i < keys.size(); ++i) keys[i] = KeyOf(bars.dates[i], bars.times[i]);
+  return keys;
+}
+
+// Most work is at the end, so that is where the search begins.
+int SeriesFile::LowerBound(Key key) const {
+  if (bars_ == 0 || KeyAt(bars_ - 1) < key) return bars_;
+  int low = 0;
+  int high = bars_ - 1;
+  for (int middle = high - 1; low < high; middle = (low + high) / 2) {
+    if (KeyAt(middle) < key) {
+      low = middle + 1;
+    } else {
+      high = middle;
+    }
+  }
+  return low;
+}
+
+SeriesEnds SeriesFile::Ends() const {
+  if (bars_ == 0) return {};
+  const Bar first = BarAt(0);
+  const Bar last = BarAt(bars_ - 1);
+  return {.first_date = first.date,
+          .first_time = first.time,
+          .last_date = last.date,
+          .last_time = last.time};
+}
+
+bool SeriesFile::Contains(std::int32_t date, std::int32_t time) const {
+  const Key key = KeyOf(date, time);
+  if (!is_ordered_) return std::ranges::count(AllKeys(), key) != 0;
+  return Holds(LowerBound(key), key);
+}
+
+void SeriesFile::RequireColumns() const {
+  if (series_.layout.Empty()) ThrowNoColumns(FileName(), series_.symbol);
+}
+
+std::vector<std::byte> SeriesFile::Encoded(const Bar& bar) const {
+  std::vector<std::byte> record(series_.layout.RecordSize());
+  const auto refused = EncodeBar(series_.layout, bar, record);
+  if (refused) ThrowNotStorable(FileName(), series_.symbol, bar, *refused);
+  return record;
+}
+
+void SeriesFile::Put(const Bar& bar) {
+  RequireColumns();
+  const std::vector<std::byte> record = Encoded(bar);
+  PutInOrder();
+  const Key key = KeyOf(bar);
+  const int index = LowerBound(key);
+  if (Holds(index, key)) {
+    Overwrite(index, record);
+  } else if (index == bars_) {
+    Append(record);
+  } else {
+    Insert(index, record);
+  }
+}
+
+void SeriesFile::Remove(std::int32_t date, std::int32_t time) {
+  const Key key = KeyOf(date, time);
+  if (!Contains(date, time)) return;
+  PutInOrder();
+  const int index = LowerBound(key);
+  RemoveRange(index, index + 1);
+}
+
+void SeriesFile::RemoveDates(std::int32_t from_date, std::int32_t to_date) {
+  if (bars_ == 0 || from_date > to_date) return;
+  PutInOrder();
+  RemoveRange(LowerBound(from_date * kTimesPerDate),
+              LowerBound((to_date + Key{1}) * kTimesPerDate));
+}
+
+void SeriesFile::PutInOrder() {
+  if (is_ordered_) return;
+  const std::vector<std::byte> records = AllRecords();
+  const std::size_t size = series_.layout.RecordSize();
+  std::vector<std::byte> ordered;
+  ordered.reserve(records.size());
+  for (const std::size_t place : PlacesInOrder(AllKeys())) {
+    const auto record = ByteView(records).subspan(place * size, size);
+    ordered.insert(ordered.end(), record.begin(), record.end());
+  }
+  Rewrite(ordered);
+}
+
+// The record comes first and the count last: until then the new bar is not there. Nothing of an
+// older, longer series may stand behind the count when it rises.
+void SeriesFile::Append(ByteView record) {
+  if (bars_ == kMostBars) ThrowSeriesFull(FileName(), series_.symbol);
+  MakeRoomAtEnd();
+  try {
+    file_->WriteAt(EndOf(bars_), record);
+    size_ = EndOf(bars_ + 1);
+    WriteCount(bars_ + 1);
+  } catch (...) {
+    file_->Truncate(EndOf(bars_));
+    size_ = EndOf(bars_);
+    throw;
+  }
+  ++bars_;
+}
+
+void SeriesFile::MakeRoomAtEnd() {
+  if (!file_) {
+    file_.emplace(series_.path, RawFile::Mode::kCreate);
+    size_ = file_->Size();
+  }
+  if (size_ < EndOf(0)) file_->WriteAt(0, Header(0));
+  if (size_ > EndOf(bars_)) file_->Truncate(EndOf(bars_));
+  size_ = EndOf(bars_);
+}
+
+void SeriesFile::Overwrite(int index, ByteView record) {
+  const std::int64_t offset = EndOf(index);
+  std::vector<std::byte> stored(record.size());
+  file_->ReadAt(offset, stored);
+  if (std::ranges::equal(stored, record)) return;
+  if (!CrossesPage(offset, record.size())) {
+    file_->WriteAt(offset, record);
+    return;
+  }
+  std::vector<std::byte> records = AllRecords();
+  std::ranges::copy(record, records.begin() + offset - EndOf(0));
+  Rewrite(records);
+}
+
+void SeriesFile::Insert(int index, ByteView record) {
+  if (bars_ == kMostBars) ThrowSeriesFull(FileName(), series_.symbol);
+  std::vector<std::byte> records = AllRecords();
+  records.insert(records.begin() + EndOf(index) - EndOf(0), record.begin(), record.end());
+  Rewrite(records);
+}
+
+void SeriesFile::RemoveRange(int first, int last) {
+  if (first == last) return;
+  if (last == bars_) {
+    CutTo(first);
+    return;
+  }
+  std::vector<std::byte> records = AllRecords();
+  records.erase(records.begin() + EndOf(first) - EndOf(0),
+                records.begin() + EndOf(last) - EndOf(0));
+  Rewrite(records);
+}
+
+// The count comes first: what stands behind it is no part of the series any more.
+void SeriesFile::CutTo(int bars) {
+  WriteCount(bars);
+  bars_ = bars;
+  file_->Truncate(EndOf(bars));
+  size_ = EndOf(bars);
+}
+
+std::vector<std::byte> SeriesFile::Header(int bars) const {
+  std::vector<std::byte> header(series_.layout.RecordSize());
+  if (size_ >= EndOf(0)) file_->ReadAt(0, header);
+  const auto records = static_cast<std::uint16_t>(bars + 1);
+  const auto most = LoadAt<std::uint16_t>(header, kMostOffset);
+  if (most != 0 && most < records) StoreAt<std::uint16_t>(header, kMostOffset, records);
+  StoreAt<std::uint16_t>(header, kRecordsOffset, records);
+  return header;
+}
+
+void SeriesFile::WriteCount(int bars) {
+  file_->WriteAt(0, ByteView(Header(bars)).first(kCountsSize));
+}
+
+void SeriesFile::Stage(std::vector<Bar> bars) {
+  RequireColumns();
+  std::vector<Key> keys(bars.size());
+  std::ranges::transform(bars, keys.begin(), [this](const Bar& bar) { return KeyOf(bar); });
+  const std::size_t size = series_.layout.RecordSize();
+  std::vector<std::byte> records;
+  records.reserve(bars.size() * size);
+  for (const std::size_t place : PlacesInOrder(keys)) {
+    const auto record = Encoded(bars[place]);
+    records.insert(records.end(), record.begin(), record.end());
+  }
+  StageRecords(records);
+}
+
+void SeriesFile::StageRecords(ByteView records) {
+  const std::size_t bars = records.size() / series_.layout.RecordSize();
+  if (bars > kMostBars) ThrowSeriesFull(FileName(), series_.symbol);
+  std::vector<std::byte> whole = Header(static_cast<int>(bars));
+  whole.insert(whole.end(), records.begin(), records.end());
+  staged_.emplace(series_.path).Write(whole);
+}
+
+void SeriesFile::CommitStaged() {
+  staged_->Commit();
+  staged_.reset();
+  Open();
+}
+
+void SeriesFile::Rewrite(ByteView records) {
+  StageRecords(records);
+  CommitStaged();
+}
+
+FileStamp SeriesFile::OrderedStamp() const {
+  return file_ && is_ordered_ ? file_->Stamp() : FileStamp();
+}
+
+}  // namespace velumar
