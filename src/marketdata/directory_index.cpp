@@ -1,7 +1,5 @@
 #include "marketdata/directory_index.h"
 
-#include <algorithm>
-#include <numeric>
 #include <string>
 #include <utility>
 
@@ -66,30 +64,23 @@ IndexedSecurity* DirectoryIndex::TwinInMaster(int file_number) {
   return place == 0 ? nullptr : &securities_[static_cast<std::size_t>(place - 1)];
 }
 
-std::pair<std::size_t, std::size_t> DirectoryIndex::RangeOf(std::string_view symbol) {
-  const auto symbol_of = [this](std::uint32_t place) -> std::string_view {
-    return securities_[place].told.symbol;
-  };
-  if (by_symbol_.size() != securities_.size()) {
-    by_symbol_.resize(securities_.size());
-    std::iota(by_symbol_.begin(), by_symbol_.end(), 0U);
-    std::ranges::stable_sort(by_symbol_, {}, symbol_of);
+std::span<const std::uint32_t> DirectoryIndex::PlacesOf(std::string_view symbol) {
+  if (by_symbol_.empty()) {
+    for (std::uint32_t place = 0; place < securities_.size(); ++place) {
+      by_symbol_[securities_[place].told.symbol].push_back(place);
+    }
   }
-  const auto found = std::ranges::equal_range(by_symbol_, symbol, {}, symbol_of);
-  const auto first = static_cast<std::size_t>(found.begin() - by_symbol_.begin());
-  return {first, first + found.size()};
+  const auto found = by_symbol_.find(symbol);
+  if (found == by_symbol_.end()) return {};
+  return found->second;
 }
 
-bool DirectoryIndex::Knows(std::string_view symbol) {
-  const auto [first, last] = RangeOf(symbol);
-  return first != last;
-}
+bool DirectoryIndex::Knows(std::string_view symbol) { return !PlacesOf(symbol).empty(); }
 
 IndexedSecurity* DirectoryIndex::FindSeries(std::string_view symbol, int interval) {
   IndexedSecurity* untold = nullptr;
-  const auto [first, last] = RangeOf(symbol);
-  for (std::size_t i = first; i < last; ++i) {
-    IndexedSecurity& security = securities_[by_symbol_[i]];
+  for (const std::uint32_t place : PlacesOf(symbol)) {
+    IndexedSecurity& security = securities_[place];
     const int found = IntervalOf(security);
     if (found == interval) return &security;
     if (found == 0 && untold == nullptr) untold = &security;

@@ -4,7 +4,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "marketdata/data_file.h"
@@ -35,6 +38,8 @@ class DirectoryIndex {
  public:
   DirectoryIndex(std::filesystem::path path, DirectoryListing files)
       : path_(std::move(path)), files_(std::move(files)) {}
+  DirectoryIndex(const DirectoryIndex&) = delete;
+  DirectoryIndex& operator=(const DirectoryIndex&) = delete;
 
   const std::filesystem::path& Path() const { return path_; }
   const DirectoryListing& Files() const { return files_; }
@@ -68,13 +73,15 @@ class DirectoryIndex {
   std::optional<std::filesystem::path> PathOf(std::string_view upper_name) const;
   void AddRecord(IndexKind kind, std::int64_t offset, IndexRecord told);
   IndexedSecurity* TwinInMaster(int file_number);
-  std::pair<std::size_t, std::size_t> RangeOf(std::string_view symbol);
+  std::span<const std::uint32_t> PlacesOf(std::string_view symbol);
 
   std::filesystem::path path_;
   DirectoryListing files_;
   std::vector<IndexedSecurity> securities_;
   std::array<std::int32_t, kHighestMasterNumber + 1> by_master_number_{};  // place + 1; 0: none
-  std::vector<std::uint32_t> by_symbol_;  // places, sorted by symbol, built when first asked for
+  // The places of each symbol's series, built when first asked for; the keys are texts of
+  // securities_, which does not change any more.
+  std::unordered_map<std::string_view, std::vector<std::uint32_t>> by_symbol_;
 };
 
 }  // namespace velumar

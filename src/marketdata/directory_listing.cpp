@@ -39,30 +39,26 @@ DirectoryListing DirectoryListing::Read(const std::filesystem::path& directory) 
   std::error_code error;
   std::filesystem::directory_iterator at(directory, error);
   for (; !error && at != std::filesystem::directory_iterator(); at.increment(error)) {
-    std::string name = PathText(at->path().filename());
-    std::string upper = UpperCased(name);
-    if (IsOurs(upper) && IsRegular(*at)) {
-      listing.names_.emplace_back(std::move(upper), std::move(name));
-    }
+    const std::string name = PathText(at->path().filename());
+    const std::string upper = UpperCased(name);
+    if (!IsOurs(upper) || !IsRegular(*at)) continue;
+    const auto [entry, is_new] = listing.names_.try_emplace(upper, name);
+    if (!is_new && name < entry->second) entry->second = name;
+    if (listing.sample_.empty() || name < listing.sample_) listing.sample_ = name;
   }
   if (error) ThrowNoDirectory(directory, error);
-  std::ranges::sort(listing.names_);
   return listing;
 }
 
 std::string_view DirectoryListing::Find(std::string_view upper_name) const {
-  const auto found = std::ranges::lower_bound(
-      names_, upper_name, {}, [](const auto& entry) -> std::string_view { return entry.first; });
-  if (found == names_.end() || found->first != upper_name) return {};
-  return found->second;
+  const auto found = names_.find(upper_name);
+  return found == names_.end() ? std::string_view() : found->second;
 }
 
 std::string DirectoryListing::Styled(std::string_view upper_name) const {
   std::string styled(upper_name);
-  const bool lower_tail = !names_.empty() && std::ranges::any_of(names_.front().second, IsLower);
-  if (!lower_tail) return styled;
-  const bool lower_start = IsLower(names_.front().second.front());
-  for (std::size_t i = lower_start ? 0 : 1; i < styled.size(); ++i) {
+  if (std::ranges::none_of(sample_, IsLower)) return styled;
+  for (std::size_t i = IsLower(sample_.front()) ? 0 : 1; i < styled.size(); ++i) {
     if (styled[i] >= 'A' && styled[i] <= 'Z') styled[i] = static_cast<char>(styled[i] - 'A' + 'a');
   }
   return styled;

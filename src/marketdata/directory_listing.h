@@ -1,10 +1,10 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
+#include <unordered_map>
 
 namespace velumar {
 
@@ -25,7 +25,16 @@ class DirectoryListing {
   std::string Styled(std::string_view upper_name) const;
 
  private:
-  std::vector<std::pair<std::string, std::string>> names_;  // upper case, as on the disk; sorted
+  struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const {
+      return std::hash<std::string_view>()(text);
+    }
+  };
+
+  // From the upper-cased name to the one on the disk.
+  std::unordered_map<std::string, std::string, TextHash, std::equal_to<>> names_;
+  std::string sample_;  // the first name by its bytes, to take the case of new names from
 };
 
 }  // namespace velumar

@@ -127,7 +127,9 @@ SecurityInfo MetaLibReader::Security() const {
                     .name = security.told.name,
                     .interval = state_->interval,
                     .fields = security.told.layout.Columns(),
-                    .file_number = security.told.file_number};
+                    .file_number = security.told.file_number,
+                    .told_first_date = security.told.first_date,
+                    .told_last_date = security.told.last_date};
   const auto path = index.DataPath(security);
   if (!path) return info;
   const DataFile file(*path, index.LayoutOf(security));

@@ -20,6 +20,9 @@ struct SecurityInfo {
   int bars = 0;
   std::int32_t first_date = 0;  // of the first and last bar, yyyymmdd, 0 without bars
   std::int32_t last_date = 0;
+  // What the index files tell of the same two, for a security whose data file is missing.
+  std::int32_t told_first_date = 0;
+  std::int32_t told_last_date = 0;
 };
 
 // Reads one market data directory. An object serves one operation and is then dropped. Every
@@ -39,7 +42,7 @@ class MetaLibReader {
   // 1: one more security, now current; 0: there is none. The order is MASTER's (EMASTER's where
   // there is no MASTER), then XMASTER's.
   int NextSecurity();
-  // Makes the next three valid for the current security.
+  // Makes the next three valid for the current security. SelectSeries does so too.
   void ReadSecurityHeader();
   const std::string& SecuritySymbol() const;
   int SecurityInterval() const;

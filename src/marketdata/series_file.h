@@ -25,7 +25,7 @@ class SeriesFile {
     std::string symbol;          // for messages
     BarLayout layout;
     bool is_intraday = false;
-    FileStamp ordered;  // a stamp under which the bars were in order when last looked at
+    FileStamp ordered = {};  // a stamp under which the bars were in order when last looked at
   };
 
   explicit SeriesFile(Series series);

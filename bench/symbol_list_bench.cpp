@@ -1,0 +1,50 @@
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bench_directory.h"
+#include "marketdata/index_cache.h"
+#include "marketdata/metalib_reader.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr int kSecurities = 2000;
+
+std::vector<std::string> Symbols(IndexCache& cache, const std::string& directory) {
+  MetaLibReader reader(cache);
+  reader.OpenDirectory(directory);
+  std::vector<std::string> symbols;
+  while (reader.NextSecurity() > 0) {
+    reader.ReadSecurityHeader();
+    symbols.push_back(reader.SecuritySymbol());
+    benchmark::DoNotOptimize(reader.SecurityInterval());
+    reader.CloseSecurity();
+  }
+  reader.CloseDirectory();
+  return symbols;
+}
+
+// The list of all symbols, at the start of the program (nothing kept) and later on.
+void ListSymbolsAtFirst(benchmark::State& state) {
+  const BenchDirectory directory(kSecurities, 100, 10);
+  for (auto _ : state) {
+    IndexCache cache;
+    benchmark::DoNotOptimize(Symbols(cache, directory.Text()));
+  }
+}
+BENCHMARK(ListSymbolsAtFirst)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void ListSymbolsAgain(benchmark::State& state) {
+  const BenchDirectory directory(kSecurities, 100, 10);
+  IndexCache cache;
+  for (auto _ : state) benchmark::DoNotOptimize(Symbols(cache, directory.Text()));
+}
+BENCHMARK(ListSymbolsAgain)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+}  // namespace velumar
