@@ -20,8 +20,9 @@ class PosixLocale : public LocaleInfo {
   std::string separator_;
 };
 
-// A date format of strftime as a pattern in the letters d, M and y, for example "dd.MM.yyyy" for
-// "%d.%m.%Y". "M/d/yyyy" where it can't be told in them: day, month and year once each as numbers.
+// A date format of strftime as a pattern in the letters d, M and y: "dd.MM.yyyy" for "%d.%m.%Y".
+// Texts that could be taken for letters stand in single quotes. "M/d/yyyy" for a format that hasn't
+// day, month and year once each or that a pattern can't tell.
 std::string PatternOfDateFormat(std::string_view format);
 
 // What stands between the fields of a pattern; "/" where that differs from gap to gap.

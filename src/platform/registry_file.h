@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/registry.h"
@@ -11,8 +14,8 @@
 
 namespace velumar {
 
-// A registry for platforms without one, as a text file: a section for each key, named by its whole
-// path with the root in front, and an entry for each value:
+// A registry for platforms without one, as a file of sections: one for each key, named by its whole
+// path with the root in front, with an entry for each value:
 //
 //   [HKEY_CURRENT_USER\Software\Equis\Common\8.0\File Paths]
 //   ProgramPath=string:/opt/velumar/charthost
@@ -24,6 +27,8 @@ class FileRegistry : public Registry {
   // Usually UserFile("registry").
   explicit FileRegistry(std::filesystem::path file) : file_(std::move(file)) {}
 
+  // Codes beyond those of Registry: 6 for a root or key that isn't one, 87 for a number that hasn't
+  // four bytes.
   long OpenKey(RegistryRoot root, std::string_view sub_key, std::uint32_t access,
                RegistryKey& key) override;
   void CloseKey(RegistryKey key) override;
@@ -33,6 +38,7 @@ class FileRegistry : public Registry {
                 std::string_view bytes) override;
   long DeleteValue(RegistryKey key, std::string_view name) override;
   long CreateKey(RegistryRoot root, std::string_view sub_key) override;
+  // A key with other keys under it isn't deleted: 5.
   long DeleteKey(RegistryRoot root, std::string_view sub_key) override;
 
   // Sentences for the user about a damaged file; to be shown once after the construction.
@@ -44,17 +50,12 @@ class FileRegistry : public Registry {
     std::uint32_t access;
   };
 
+  long Write(RegistryKey key, const std::function<void(SectionEntries&)>& change);
   long Change(const std::function<void(Sections&)>& change);
 
   SectionFile file_;
-  std::map<RegistryKey, OpenedKey> open_;
+  std::map<RegistryKey, OpenedKey> opened_;
   RegistryKey last_key_ = 0;
 };
-
-// Writes the entries by which the chart program is found, where they are missing: a key that marks
-// it as installed, its program folder, and empty texts for the data folders that the setup window
-// leaves behind. A program folder that no longer holds the program is replaced. Throws
-// std::runtime_error naming the key that can't be written.
-void EnsureChartProgramKeys(Registry& registry, std::string_view program_folder);
 
 }  // namespace velumar

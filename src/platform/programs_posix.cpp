@@ -1,0 +1,162 @@
+#include "platform/programs_posix.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <stdexcept>
+#include <system_error>
+
+#include "base/paths.h"
+#include "platform/posix_file.h"
+
+namespace velumar {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kChartProgramFile = "MSWIN.EXE";
+
+[[noreturn]] void FailToStart(const std::string& program, int error) {
+  const std::string why = error == ENOEXEC ? "this system can't run that kind of file"
+                                           : std::generic_category().message(error);
+  throw std::runtime_error("the program " + program + " can't be started: " + why);
+}
+
+struct Pipe {
+  Descriptor read;
+  Descriptor write;
+};
+
+Pipe MakePipe(const std::string& program) {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) FailToStart(program, errno);
+  return {Descriptor(ends[0]), Descriptor(ends[1])};
+}
+
+// Runs between fork and exec, where only calls that are safe in signal handlers may stand. Gives
+// the error of the exec to the other end of the pipe; a success closes it.
+[[noreturn]] void Become(char* const* arguments, int report) {
+  const int nothing = ::open("/dev/null", O_RDONLY);
+  if (nothing >= 0) ::dup2(nothing, STDIN_FILENO);
+  ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+  sigset_t none;
+  sigemptyset(&none);
+  ::sigprocmask(SIG_SETMASK, &none, nullptr);
+  ::signal(SIGPIPE, SIG_DFL);
+  ::execv(arguments[0], arguments);
+  const int error = errno;
+  [[maybe_unused]] const ssize_t told = ::write(report, &error, sizeof error);
+  ::_exit(127);
+}
+
+// The child in between ends at once, so the program belongs to nobody here and leaves no zombie.
+void ForkApart(char* const* arguments, const Descriptor& report, const std::string& program) {
+  const pid_t between = ::fork();
+  if (between < 0) FailToStart(program, errno);
+  if (between == 0) {
+    ::setsid();
+    const pid_t child = ::fork();
+    if (child == 0) Become(arguments, report.Get());
+    const int error = errno;
+    if (child < 0) {
+      [[maybe_unused]] const ssize_t told = ::write(report.Get(), &error, sizeof error);
+    }
+    ::_exit(0);
+  }
+  while (::waitpid(between, nullptr, 0) < 0 && errno == EINTR) {
+  }
+}
+
+void StartApart(std::vector<std::string> command) {
+  const std::string program = command.front();
+  std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
+  for (std::string& argument : command) arguments.push_back(argument.data());
+  arguments.push_back(nullptr);
+  Pipe pipe = MakePipe(program);
+  ForkApart(arguments.data(), pipe.write, program);
+  pipe.write.Close();
+  int error = 0;
+  ssize_t bytes = 0;
+  do {
+    bytes = ::read(pipe.read.Get(), &error, sizeof error);
+  } while (bytes < 0 && errno == EINTR);
+  if (bytes == sizeof error) FailToStart(program, error);
+}
+
+std::string FindInPath(std::string_view name) {
+  const char* const path = std::getenv("PATH");
+  std::string_view folders = path == nullptr ? "/usr/local/bin:/usr/bin:/bin" : path;
+  while (!folders.empty()) {
+    const std::size_t end = std::min(folders.find(':'), folders.size());
+    std::string file = (fs::path(folders.substr(0, end)) / name).string();
+    if (::access(file.c_str(), X_OK) == 0) return file;
+    folders.remove_prefix(std::min(end + 1, folders.size()));
+  }
+  return {};
+}
+
+std::size_t ProgramLength(std::string_view command_line) {
+  const std::size_t at = command_line.rfind(kChartProgramFile);
+  if (at != std::string_view::npos) return at + kChartProgramFile.size();
+  return std::min(command_line.find(' '), command_line.size());
+}
+
+std::vector<std::string> SplitAtBlanks(std::string_view text) {
+  std::vector<std::string> words;
+  while (true) {
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    if (text.empty()) return words;
+    const std::size_t end = std::min(text.find(' '), text.size());
+    words.emplace_back(text.substr(0, end));
+    text.remove_prefix(end);
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> SplitCommandLine(std::string_view command_line) {
+  std::size_t length = ProgramLength(command_line);
+  std::string_view program = command_line.substr(0, length);
+  if (program.starts_with('"')) {
+    program.remove_prefix(1);
+    const std::size_t close = command_line.find('"', 1);
+    length = close == std::string_view::npos ? command_line.size() : close + 1;
+    program = command_line.substr(1, std::min(close, command_line.size()) - 1);
+  }
+  std::vector<std::string> words = SplitAtBlanks(command_line.substr(length));
+  words.insert(words.begin(), NativePath(program).string());
+  return words;
+}
+
+void PosixPrograms::Start(std::string_view command_line) {
+  std::vector<std::string> command = SplitCommandLine(command_line);
+  command.insert(command.end(), extra_arguments_.begin(), extra_arguments_.end());
+  StartApart(std::move(command));
+}
+
+void PosixPrograms::OpenInBrowser(std::string_view address) {
+  const std::string opener = FindInPath("xdg-open");
+  if (opener.empty()) {
+    throw std::runtime_error("there is no program to open " + std::string(address) +
+                             " with: xdg-open isn't installed");
+  }
+  StartApart({opener, std::string(address)});
+}
+
+void PosixPrograms::EndProcess() {
+  std::cout.flush();
+  std::fflush(nullptr);
+  ::_exit(0);
+}
+
+}  // namespace velumar

@@ -1,0 +1,43 @@
+#include "platform/key_notation.h"
+
+#include <stdexcept>
+
+namespace velumar {
+namespace {
+
+constexpr KeyStroke Typed(char32_t character) { return {.character = character}; }
+
+TEST(KeyNotation, TextsBecomeKeys) {
+  const std::vector<std::pair<std::string, std::vector<KeyStroke>>> texts{
+      {"", {}},
+      {"%VR", {{.alt = true, .character = U'V'}, Typed(U'R')}},
+      {"^{TAB}", {{.ctrl = true, .named = NamedKey::kTab}}},
+      {"+^%~", {{.alt = true, .ctrl = true, .shift = true, .named = NamedKey::kEnter}}},
+      {"%(ab)c", {{.alt = true, .character = U'a'}, {.alt = true, .character = U'b'}, Typed(U'c')}},
+      {"{SPACE}{END}{ENTER}",
+       {{.named = NamedKey::kSpace}, {.named = NamedKey::kEnd}, {.named = NamedKey::kEnter}}},
+      {"{%}{}}{{}", {Typed(U'%'), Typed(U'}'), Typed(U'{')}},
+      {"é€ก𝄞", {Typed(U'é'), Typed(U'€'), Typed(U'ก'), Typed(U'𝄞')}},
+      {"{é}", {Typed(U'é')}},
+  };
+  for (const auto& [text, keys] : texts) EXPECT_EQ(ParseKeys(text), keys) << text;
+}
+
+TEST(KeyNotation, WhatIsNotInItIsRefused) {
+  for (const char* const text :
+       {"%", "a^", "%(ab", "a)", "{TAB", "{NOKEY}", "{}", "}", "[", "\xC3"}) {
+    EXPECT_THROW(ParseKeys(text), std::invalid_argument) << text;
+  }
+}
+
+TEST(KeyNotation, EscapedTextsStandForThemselves) {
+  const std::string text = "C:\\100% (new)\\~a+b^c{d}[e]\\é";
+  std::vector<KeyStroke> keys;
+  for (const char32_t c : U"C:\\100% (new)\\~a+b^c{d}[e]\\é") {
+    if (c != 0) keys.push_back(Typed(c));
+  }
+  EXPECT_EQ(ParseKeys(EscapedKeys(text)), keys);
+}
+
+}  // namespace
+}  // namespace velumar

@@ -1,0 +1,197 @@
+#include "platform/section_file.h"
+
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <random>
+#include <system_error>
+
+#include "platform/posix_file.h"
+#include "platform/settings_file.h"
+#include "platform/temp_folder.h"
+
+namespace velumar {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+std::string RandomText(std::mt19937& random) {
+  // The characters that mean something in the file come often.
+  constexpr std::string_view kTelling("%=[]#\\\n\r\0 AaZ0\xC3\xA9", 16);
+  std::string text(random() % 8, ' ');
+  for (char& c : text) {
+    c = random() % 4 == 0 ? static_cast<char>(random() % 256)
+                          : kTelling[random() % kTelling.size()];
+  }
+  return text;
+}
+
+TEST(SectionText, EveryTextComesBackAsItWas) {
+  std::mt19937 random(1);
+  for (int run = 0; run < 2000; ++run) {
+    Sections sections;
+    for (auto i = random() % 3; i > 0; --i) {
+      SectionEntries& entries = sections[RandomText(random)];
+      for (auto j = random() % 4; j > 0; --j) entries[RandomText(random)] = RandomText(random);
+    }
+    ASSERT_EQ(ParseSections(FormatSections(sections)), sections) << FormatSections(sections);
+  }
+}
+
+TEST(SectionText, TakesWhatAPersonEdits) {
+  const Sections sections = ParseSections(
+      "# my settings\r\n[SETTINGS]\r\n\r\nTop=100% sure\r\ntop= 7 \r\nPath=C:\\Data\\%20x");
+  ASSERT_EQ(sections.size(), 1u);
+  const SectionEntries& entries = sections.at("Settings");
+  EXPECT_EQ(entries.at("TOP"), " 7 ");
+  EXPECT_EQ(entries.at("Path"), "C:\\Data\\ x");
+  EXPECT_EQ(ParseSections("[S]\na=100%\nb=50%zz").at("S").at("a"), "100%");
+}
+
+TEST(SettingsFile, KeepsTextsForTheNextProcess) {
+  const TempFolder folder;
+  const auto file = folder / "new folder/deeper/settings";
+  FileSettings settings(file);
+  EXPECT_EQ(settings.Read("LastPath"), std::nullopt);
+  settings.Save("LastPath", "C:\\Börse\\Übung 100%\\");
+  settings.Save("Symbol", "");
+  settings.Save("lastpath", "C:\\Kurse\\");
+  const FileSettings next(file);
+  EXPECT_EQ(next.Read("LastPath"), "C:\\Kurse\\");
+  EXPECT_EQ(next.Read("Symbol"), "");
+  EXPECT_EQ(next.Read("Top"), std::nullopt);
+  struct stat status {};
+  ASSERT_EQ(::stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777u, 0600u);
+  ASSERT_EQ(::stat(file.parent_path().c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777u, 0700u);
+}
+
+TEST(SettingsFile, TwoProcessesLoseNothingOfEachOther) {
+  const TempFolder folder;
+  const auto file = folder / "settings";
+  constexpr int kSaves = 60;
+  const auto save_all = [&](const std::string& prefix) {
+    FileSettings settings(file);
+    for (int i = 0; i < kSaves; ++i) settings.Save(prefix + std::to_string(i), "kept");
+  };
+  FileSettings watching(file);
+  const pid_t other = ::fork();
+  if (other == 0) {
+    save_all("theirs");
+    ::_exit(0);
+  }
+  save_all("ours");
+  int status = 1;
+  ASSERT_EQ(::waitpid(other, &status, 0), other);
+  ASSERT_EQ(status, 0);
+  for (int i = 0; i < kSaves; ++i) {
+    EXPECT_EQ(watching.Read("ours" + std::to_string(i)), "kept");
+    EXPECT_EQ(watching.Read("theirs" + std::to_string(i)), "kept");
+  }
+}
+
+TEST(SettingsFile, DamagedFilesAreKeptAsideAndTold) {
+  const TempFolder folder;
+  const auto file = folder / "settings";
+  const std::vector<std::pair<std::string, std::string>> damages{
+      {"no sections at all", "line 1 has no equals sign"},
+      {"[Settings]\nTop=1\nrubbish\n", "line 3 has no equals sign"},
+      {"[Settings\nTop=1\n", "line 1 has no closing bracket"},
+      {"Top=1\n", "line 1 stands before any section"},
+      {std::string("[Settings]\nTop=\0\0\0\0", 19), "line 2 holds a zero byte"},
+  };
+  int number = 0;
+  for (const auto& [bytes, why] : damages) {
+    WriteFile(file, bytes);
+    FileSettings settings(file);
+    const auto aside = folder / ("settings.damaged-" + std::to_string(++number));
+    EXPECT_EQ(settings.Read("Top"), std::nullopt);
+    EXPECT_THAT(settings.TakeProblems(), ElementsAre(AllOf(HasSubstr(file.string()), HasSubstr(why),
+                                                           HasSubstr(aside.filename().string()))));
+    EXPECT_THAT(settings.TakeProblems(), IsEmpty());
+    settings.Save("Top", "2");
+    EXPECT_EQ(FileSettings(file).Read("Top"), "2");
+    EXPECT_EQ(ReadFile(aside), bytes);
+  }
+}
+
+TEST(SettingsFile, AFolderInItsPlaceIsMovedAsideToo) {
+  const TempFolder folder;
+  std::filesystem::create_directories(folder / "settings/inside");
+  FileSettings settings(folder / "settings");
+  EXPECT_EQ(settings.TakeProblems().size(), 1u);
+  EXPECT_TRUE(std::filesystem::exists(folder / "settings.damaged-1/inside"));
+  settings.Save("Top", "2");
+  EXPECT_EQ(settings.Read("Top"), "2");
+}
+
+// Files of this process end after `bytes` for as long as the object lives, as on a full disk.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    ::getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit small{bytes, before_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+  }
+  ~FullDisk() {
+    ::setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handler_);
+  }
+
+ private:
+  rlimit before_{};
+  void (*handler_)(int);
+};
+
+TEST(SettingsFile, AFullDiskChangesNothing) {
+  const TempFolder folder;
+  const auto file = folder / "settings";
+  FileSettings settings(file);
+  settings.Save("Top", "1");
+  {
+    const FullDisk full(64);
+    try {
+      settings.Save("Top", std::string(500, '2'));
+      FAIL() << "saved";
+    } catch (const std::system_error& error) {
+      EXPECT_THAT(error.what(), HasSubstr(file.string()));
+    }
+  }
+  EXPECT_EQ(settings.Read("Top"), "1");
+  EXPECT_EQ(FileSettings(file).Read("Top"), "1");
+  EXPECT_FALSE(std::filesystem::exists(folder / "settings.new"));
+  settings.Save("Top", "3");
+  EXPECT_EQ(FileSettings(file).Read("Top"), "3");
+}
+
+TEST(SettingsFile, ALinkStaysALink) {
+  const TempFolder folder;
+  WriteFile(folder / "real", "[Settings]\nTop=1\n");
+  std::filesystem::create_symlink("real", folder / "settings");
+  FileSettings settings(folder / "settings");
+  settings.Save("Top", "2");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "settings"));
+  EXPECT_THAT(ReadFile(folder / "real"), HasSubstr("Top=2"));
+}
+
+TEST(SettingsFile, AnotherProgramThatHoldsTheLockIsWaitedForWithinBounds) {
+  const TempFolder folder;
+  FileSettings settings(folder / "settings");
+  const FileLock held(folder / "settings.lock");
+  try {
+    settings.Save("Top", "1");
+    FAIL() << "saved without the lock";
+  } catch (const std::system_error& error) {
+    EXPECT_THAT(error.what(), HasSubstr("locked by another program"));
+  }
+}
+
+}  // namespace
+}  // namespace velumar
