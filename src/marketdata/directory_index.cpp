@@ -16,6 +16,8 @@ std::string ReadText(const std::filesystem::path& path) {
   return text;
 }
 
+std::string ColumnsFileName(int file_number) { return "F" + std::to_string(file_number) + ".DOP"; }
+
 // MASTER's numbers hold where it tells any; the longer name wins.
 void MergeTwin(IndexRecord& told, IndexRecord twin) {
   if (told.layout.Empty()) told.layout = twin.layout;
@@ -114,7 +116,7 @@ std::optional<std::filesystem::path> DirectoryIndex::DataPath(
 
 std::optional<std::filesystem::path> DirectoryIndex::ColumnsPath(
     const IndexedSecurity& security) const {
-  return PathOf("F" + std::to_string(security.told.file_number) + ".DOP");
+  return PathOf(ColumnsFileName(security.told.file_number));
 }
 
 BarLayout DirectoryIndex::LayoutOf(const IndexedSecurity& security) const {
@@ -123,9 +125,13 @@ BarLayout DirectoryIndex::LayoutOf(const IndexedSecurity& security) const {
   return ReorderedByColumnNames(security.told.layout, ReadText(*columns));
 }
 
-std::filesystem::path DirectoryIndex::DataPathToBe(const IndexedSecurity& security) const {
-  if (auto path = DataPath(security)) return *std::move(path);
-  return path_ / files_.Styled(DataFileName(security.listed_in, security.told.file_number));
+bool DirectoryIndex::HasFilesOf(IndexKind listed_in, int file_number) const {
+  return PathOf(DataFileName(listed_in, file_number)) || PathOf(ColumnsFileName(file_number));
+}
+
+std::filesystem::path DirectoryIndex::DataPathToBe(IndexKind listed_in, int file_number) const {
+  const std::string name = DataFileName(listed_in, file_number);
+  return PathOf(name).value_or(path_ / files_.Styled(name));
 }
 
 }  // namespace velumar

@@ -66,8 +66,9 @@ class DirectoryIndex {
   std::optional<std::filesystem::path> DataPath(const IndexedSecurity& security) const;
   // Of the text that names the columns of an old data file; nullopt where there is none.
   std::optional<std::filesystem::path> ColumnsPath(const IndexedSecurity& security) const;
+  bool HasFilesOf(IndexKind listed_in, int file_number) const;
   // The data file, or where it would be made.
-  std::filesystem::path DataPathToBe(const IndexedSecurity& security) const;
+  std::filesystem::path DataPathToBe(IndexKind listed_in, int file_number) const;
 
  private:
   std::optional<std::filesystem::path> PathOf(std::string_view upper_name) const;

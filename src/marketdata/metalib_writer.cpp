@@ -109,11 +109,12 @@ void MetaLibWriter::SelectSeries(std::string_view symbol, int daily, int minutes
   const int interval = daily != 0 ? -1 : minutes;
   IndexedSecurity* const found = index.FindSeries(symbol, interval);
   if (found == nullptr) ThrowSeriesNotFound(symbol, interval, index.Path());
-  state.series.emplace(SeriesFile::Series{.path = index.DataPathToBe(*found),
-                                          .symbol = found->told.symbol,
-                                          .layout = index.LayoutOf(*found),
-                                          .is_intraday = found->IsIntraday(),
-                                          .ordered = found->order_stamp});
+  state.series.emplace(
+      SeriesFile::Series{.path = index.DataPathToBe(found->listed_in, found->told.file_number),
+                         .symbol = found->told.symbol,
+                         .layout = index.LayoutOf(*found),
+                         .is_intraday = found->IsIntraday(),
+                         .ordered = found->order_stamp});
   state.security = found;
   state.interval = interval;
 }
