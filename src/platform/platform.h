@@ -25,6 +25,8 @@ struct Platform {
   std::string program_folder;
   // What "LastPath" and the directory box start from.
   std::string default_data_dir;
+  // Where the working store goes; empty: into the folder "Simulate" of the data directory.
+  std::string store_dir;
 };
 
 }  // namespace velumar

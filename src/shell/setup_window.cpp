@@ -82,7 +82,8 @@ void SetupWindow::Load() {
   IgnoringErrors([this] { ReadSelectDate(); });
   IgnoringErrors([this] { FillDelay(); });
   IgnoringErrors([this] { OpenDataDirectory(); });
-  session_.SimDir = session_.DataDir + "\\Simulate";
+  session_.SimDir =
+      platform_.store_dir.empty() ? session_.DataDir + "\\Simulate" : platform_.store_dir;
   if (session_.Symbol.empty()) session_.Symbol = "SET";
   session_.BarIndex = 0;
   GroupAccountTexts();

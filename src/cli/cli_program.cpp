@@ -1,0 +1,45 @@
+#include "cli/cli_program.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+#include <ostream>
+#include <stdexcept>
+
+namespace velumar {
+
+namespace {
+
+constexpr int kFailure = 1;
+constexpr int kBadArguments = 2;
+
+void AddCommands(CLI::App& app, CliContext& context) {
+  app.set_version_flag("--version", "velumar-cli " VELUMAR_VERSION);
+  app.require_subcommand(1);
+  AddDemoCommand(app, context);
+  AddImportCommand(app, context);
+  AddListCommand(app, context);
+  AddDumpCommand(app, context);
+  AddReplayCommand(app, context);
+}
+
+}  // namespace
+
+int RunCli(const std::vector<std::string>& arguments, CliContext& context) {
+  CLI::App app("Velumar without a window: market data directories from the command line.",
+               "velumar-cli");
+  AddCommands(app, context);
+  try {
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    context.out.flush();
+    if (!context.out) throw std::runtime_error("the output can't be written");
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error, context.out, context.err) == 0 ? 0 : kBadArguments;
+  } catch (const std::exception& error) {
+    context.err << "velumar-cli: " << error.what() << '\n';
+    return kFailure;
+  }
+  return 0;
+}
+
+}  // namespace velumar

@@ -1,0 +1,58 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+
+#include "base/dates.h"
+#include "cli/commands.h"
+#include "cli/replay_driver.h"
+#include "cli/replay_world.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr const char* kCommands =
+    "Commands come on stdin, one a line, and each is answered by one line of JSON on stdout, the\n"
+    "first being \"begin\":\n"
+    "  next, prev, ff, rew   the four steps by hand\n"
+    "  feed [N]              N passes of the feed, each with its refresh and its pause\n"
+    "  stop                  the click on \"Pause\" alone; the feed ends at its next look\n"
+    "  pause                 the click, and the feed to its end\n"
+    "  play                  a run that goes on from the current bar\n"
+    "  return, start         back to the setup window; \"Start\" there\n"
+    "  set NAME TEXT         a text typed into a control, such as Form2.txtRefresh";
+
+std::string RequireDate(const std::string& text) {
+  const bool digits = text.size() == 8 && text.find_first_not_of("0123456789") == std::string::npos;
+  return digits && IsRealDate(std::stoi(text)) ? "" : "START is a date yyyymmdd, not " + text;
+}
+
+void RunReplay(const ReplayArguments& arguments, CliContext& context) {
+  ReplayWorld world(arguments, context.cache);
+  ReplayDriver(world, context.in, context.out).Run();
+}
+
+}  // namespace
+
+void AddReplayCommand(CLI::App& app, CliContext& context) {
+  const auto arguments = std::make_shared<ReplayArguments>();
+  CLI::App* command =
+      app.add_subcommand("replay", "Replay one security without a window, driven by commands.");
+  command->footer(kCommands);
+  command->add_option("DIR", arguments->directory, "the market data directory")->required();
+  command->add_option("SYMBOL", arguments->symbol, "the security")->required();
+  command->add_option("INTERVAL", arguments->interval, "D, 5, 10, 15, 30 or 60")->required();
+  command->add_option("START", arguments->start, "the start date, yyyymmdd")
+      ->required()
+      ->check(RequireDate);
+  command->add_option("--store", arguments->store,
+                      "the working store: a new or empty folder, or one of an earlier replay");
+  command->add_option("--set", arguments->texts,
+                      "NAME=TEXT: what a control starts with, such as Form1.txtcomm=500");
+  command->add_option("--date-pattern", arguments->date_pattern,
+                      "how dates are shown, such as dd/MM/yyyy (by default as the user's locale "
+                      "has it)");
+  command->callback([arguments, &context] { RunReplay(*arguments, context); });
+}
+
+}  // namespace velumar

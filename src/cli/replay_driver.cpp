@@ -1,0 +1,199 @@
+#include "cli/replay_driver.h"
+
+#include <charconv>
+#include <istream>
+#include <ostream>
+#include <stdexcept>
+#include <utility>
+
+#include "base/number_text.h"
+#include "cli/replay_state.h"
+
+namespace velumar {
+
+namespace {
+
+// Leaves every loop and handler that the end of the input finds running. No error: nothing on the
+// way may take it for one.
+struct EndOfInput {};
+
+// The command's name, and the rest of the line behind the one blank after it.
+std::pair<std::string_view, std::string_view> Split(std::string_view line) {
+  const std::size_t blank = line.find(' ');
+  if (blank == std::string_view::npos) return {line, {}};
+  return {line.substr(0, blank), line.substr(blank + 1)};
+}
+
+int LastKey(std::string_view text) {
+  return text.empty() ? 0 : static_cast<unsigned char>(text.back());
+}
+
+std::int32_t DateOf(std::string_view text) {
+  std::int32_t date = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), date);
+  if (result.ec != std::errc() || result.ptr != text.data() + text.size()) {
+    throw std::invalid_argument("\"" + std::string(text) + "\" is no date yyyymmdd");
+  }
+  return date;
+}
+
+// A run is set up in windows that are hidden by now, so the text comes in whether or not a hand
+// could reach the box.
+void TypeInto(Control& control, std::string_view text) {
+  if (auto* picker = dynamic_cast<DatePicker*>(&control)) {
+    picker->SetValue(DateOf(text));
+  } else if (auto* slider = dynamic_cast<Slider*>(&control)) {
+    slider->SetValue(ToInt16(text).value_or(-1));
+  } else if (auto* box = dynamic_cast<CheckBox*>(&control)) {
+    box->SetChecked(text == "1");
+  } else if (dynamic_cast<TextBox*>(&control) != nullptr ||
+             dynamic_cast<ComboBox*>(&control) != nullptr) {
+    control.SetText(text);
+    if (control.on_key_up) control.on_key_up(LastKey(text));
+  } else {
+    throw std::invalid_argument("nothing can be typed into " + control.Name());
+  }
+}
+
+}  // namespace
+
+ReplayDriver::ReplayDriver(ReplayWorld& world, std::istream& in, std::ostream& out)
+    : world_(world), in_(in), out_(out) {
+  world_.outside.events.SetOnPending([this] { AtFeedLoop(); });
+}
+
+void ReplayDriver::Run() {
+  try {
+    Begin(world_.Windows().form1.Image3);
+    while (ReadCommand()) Execute();
+  } catch (const EndOfInput&) {
+    // Whatever was on has been left.
+  }
+}
+
+// The moment before a feed loop would feed its next bar.
+void ReplayDriver::AtFeedLoop() {
+  if (passes_ > 0) {
+    --passes_;
+    return;
+  }
+  if (draining_) return;
+  AnswerIfDue();
+  while (ReadCommand()) {
+    const bool loop_goes_on = Execute();
+    // A loop that another run has ended has nothing more to wait for here.
+    if (loop_goes_on || !world_.program.Feeding()) return;
+  }
+  throw EndOfInput();
+}
+
+bool ReplayDriver::ReadCommand() {
+  do {
+    if (!std::getline(in_, command_)) return false;
+    if (command_.ends_with('\r')) command_.pop_back();
+  } while (command_.empty());
+  return true;
+}
+
+bool ReplayDriver::Execute() {
+  const Desktop::Windows windows = world_.Windows();
+  const auto [name, rest] = Split(command_);
+  answer_due_ = true;
+  try {
+    if (name == "next") {
+      Click(windows.form2.Image1);
+    } else if (name == "prev") {
+      Click(windows.form2.Image2);
+    } else if (name == "ff") {
+      Click(windows.form2.Image7);
+    } else if (name == "rew") {
+      Click(windows.form2.Image6);
+    } else if (name == "stop") {
+      Click(windows.form2.Image4);
+    } else if (name == "return") {
+      Click(windows.form2.Image5);
+    } else if (name == "play") {
+      Begin(windows.form2.Image3);
+    } else if (name == "start") {
+      Begin(windows.form1.Image3);
+    } else if (name == "set") {
+      Set(rest);
+    } else if (name == "feed") {
+      return Feed(rest);
+    } else if (name == "pause") {
+      return Pause();
+    } else {
+      throw std::invalid_argument("unknown command \"" + command_ + "\"");
+    }
+    AnswerIfDue();
+  } catch (const std::invalid_argument& error) {
+    AnswerError(error.what());
+  }
+  return false;
+}
+
+bool ReplayDriver::Feed(std::string_view count) {
+  const int passes = count.empty() ? 1 : ToInt16(count).value_or(-1);
+  if (passes < 0) throw std::invalid_argument("feed takes a number of bars");
+  if (passes == 0 || !world_.program.Feeding()) {
+    AnswerIfDue();
+    return false;
+  }
+  passes_ = passes - 1;
+  return true;
+}
+
+bool ReplayDriver::Pause() {
+  Click(world_.Windows().form2.Image4);
+  draining_ = world_.program.Feeding() && world_.session.StopRequested != 0;
+  if (!draining_) AnswerIfDue();
+  return draining_;
+}
+
+// Comes back when the run has ended; its commands were read on the way. Whatever command was in
+// hand by then is answered here.
+void ReplayDriver::Begin(Control& button) {
+  answer_due_ = true;
+  Click(button);
+  passes_ = 0;
+  draining_ = false;
+  AnswerIfDue();
+}
+
+void ReplayDriver::Click(Control& button) {
+  if (!button.Reachable()) {
+    error_ = button.Owner().Name() + "." + button.Name() + " can't be clicked now";
+  }
+  button.UserClick();
+}
+
+void ReplayDriver::Set(std::string_view assignment) {
+  const auto [name, text] = Split(assignment);
+  TypeInto(world_.FindControl(std::string(name)), text);
+}
+
+void ReplayDriver::AnswerIfDue() {
+  if (std::exchange(answer_due_, false)) Answer();
+}
+
+void ReplayDriver::Answer() {
+  nlohmann::ordered_json answer;
+  answer["command"] = command_;
+  answer.update(StateOf(world_));
+  answer["keys"] = std::exchange(world_.outside.chart.sent, {});
+  answer["messages"] = std::exchange(world_.outside.boxes.shown, {});
+  const std::chrono::milliseconds now = world_.outside.events.Now();
+  answer["waited"] = (now - std::exchange(answered_at_, now)).count();
+  if (!error_.empty()) answer["error"] = std::exchange(error_, {});
+  out_ << answer.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
+       << std::endl;
+}
+
+void ReplayDriver::AnswerError(const std::string& error) {
+  answer_due_ = false;
+  const nlohmann::ordered_json answer = {{"error", error}};
+  out_ << answer.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
+       << std::endl;
+}
+
+}  // namespace velumar

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <chrono>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "cli/replay_world.h"
+
+namespace velumar {
+
+// Runs commands from a stream where a user's clicks would fall, and answers each by one line of
+// JSON. A feed only goes on as far as the commands let it.
+class ReplayDriver {
+ public:
+  ReplayDriver(ReplayWorld& world, std::istream& in, std::ostream& out);
+
+  // Starts the run and returns at the end of the input, also in the middle of a feed.
+  void Run();
+
+ private:
+  void AtFeedLoop();
+  bool ReadCommand();
+  // True when the feed loop must go on before the next command.
+  bool Execute();
+  bool Feed(std::string_view count);
+  bool Pause();
+  void Begin(Control& button);
+  void Click(Control& button);
+  void Set(std::string_view assignment);
+  void AnswerIfDue();
+  void Answer();
+  void AnswerError(const std::string& error);
+
+  ReplayWorld& world_;
+  std::istream& in_;
+  std::ostream& out_;
+  std::string command_ = "begin";
+  bool answer_due_ = false;
+  std::string error_;  // what was wrong with the command in hand, beside its state
+  int passes_ = 0;     // of the feed loop, before the next command
+  bool draining_ = false;
+  std::chrono::milliseconds answered_at_{0};
+};
+
+}  // namespace velumar

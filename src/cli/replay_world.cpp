@@ -1,0 +1,107 @@
+#include "cli/replay_world.h"
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "base/paths.h"
+#include "base/text.h"
+#include "marketdata/index_cache.h"
+#include "marketdata/metalib_reader.h"
+#include "platform/system_locale.h"
+#include "session/intervals.h"
+
+namespace velumar {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kStoreMark = ".velumar-store";
+
+// Before the program asks for another directory that nobody is there to choose.
+void RequireData(const std::string& directory, IndexCache& cache) {
+  MetaLibReader reader(cache);
+  reader.OpenDirectory(directory);
+}
+
+[[noreturn]] void RefuseSeries(const ReplayArguments& wanted, const std::string& why) {
+  throw std::runtime_error("no series " + wanted.symbol + " at interval " + wanted.interval +
+                           " in " + wanted.directory + ": " + why);
+}
+
+void ApplyText(ReplayWorld& world, const std::string& assignment) {
+  const std::size_t equals = assignment.find('=');
+  if (equals == std::string::npos) {
+    throw std::invalid_argument("--set takes NAME=TEXT, not \"" + assignment + "\"");
+  }
+  world.FindControl(assignment.substr(0, equals)).SetStartText(assignment.substr(equals + 1));
+}
+
+}  // namespace
+
+void ClaimStore(const std::string& folder) {
+  const fs::path path = NativePath(folder);
+  const fs::path mark = path / kStoreMark;
+  if (fs::exists(path) && !fs::is_directory(path)) {
+    throw std::runtime_error(folder + " is no folder and can't be the working store");
+  }
+  if (fs::exists(path) && !fs::is_empty(path) && !fs::exists(mark)) {
+    throw std::runtime_error(folder + " holds files that no replay has put there; a run would " +
+                             "delete them. Name a new or an empty folder as the store.");
+  }
+  fs::create_directories(path);
+  std::ofstream(mark) << "The working store of a replay: each run empties this folder.\n";
+  if (!fs::exists(mark)) throw std::runtime_error(folder + ": no permission to write");
+}
+
+ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
+    : platform(outside.References()),
+      program(session, desktop, platform, cache, ledger),
+      index_cache(cache) {
+  RequireData(arguments.directory, cache);
+  if (!arguments.store.empty()) ClaimStore(arguments.store);
+  platform.store_dir = arguments.store;
+  outside.locale.pattern = arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern()
+                                                         : arguments.date_pattern;
+  outside.settings.Save("LastPath", arguments.directory);
+  for (const std::string& assignment : arguments.texts) ApplyText(*this, assignment);
+  program.Start();
+  ChooseSeries(arguments);
+  desktop.form1().DTPicker1.UserPick(arguments.start);
+}
+
+Control& ReplayWorld::FindControl(const std::string& name) {
+  const std::size_t dot = name.find('.');
+  Form* form = desktop.Find(name.substr(0, dot));
+  Control* control =
+      form == nullptr || dot == std::string::npos ? nullptr : form->Find(name.substr(dot + 1));
+  if (control == nullptr) throw std::invalid_argument("there is no control \"" + name + "\"");
+  return *control;
+}
+
+void ReplayWorld::ChooseSeries(const ReplayArguments& arguments) {
+  Form1& setup = desktop.form1();
+  const std::string symbol = NormalisedSymbol(arguments.symbol);
+  int found = -1;
+  bool exact = false;
+  for (int i = 0; i < static_cast<int>(setup.Combo1.Rows().size()) && !exact; ++i) {
+    const ComboBox::Row& row = setup.Combo1.Rows()[static_cast<std::size_t>(i)];
+    if (row.text != symbol && row.text != arguments.symbol) continue;
+    found = i;
+    exact = IntervalToMatch(session.PeriodBySymbol.at(static_cast<std::size_t>(row.data))) ==
+            IntervalToMatch(arguments.interval);
+  }
+  if (found < 0) RefuseSeries(arguments, "no such symbol");
+  setup.Combo1.UserChoose(found);
+  if (exact) return;
+  // A series whose interval nothing tells answers to the one that is asked for.
+  const auto series = ReplayableInterval(arguments.interval);
+  if (!series) RefuseSeries(arguments, "no such interval");
+  MetaLibReader reader(index_cache);
+  reader.OpenDirectory(arguments.directory);
+  reader.SelectSeries(session.Symbol, series->daily, series->minutes);
+  setup.cbxPeriod.UserType(arguments.interval);
+}
+
+}  // namespace velumar

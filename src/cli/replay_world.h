@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "forms/desktop.h"
+#include "ledger/memory_ledger.h"
+#include "platform/virtual_platform.h"
+#include "session/sim_session.h"
+#include "shell/program.h"
+
+namespace velumar {
+
+class IndexCache;
+
+struct ReplayArguments {
+  std::string directory;
+  std::string symbol;
+  std::string interval;
+  std::int32_t start = 0;  // yyyymmdd
+  std::string store;       // empty: below the directory
+  std::vector<std::string> texts;  // NAME=TEXT
+  std::string date_pattern;        // empty: the user's
+};
+
+// The whole program on a virtual clock, with the series chosen and the start date picked: one click
+// on "Start" away from its run.
+class ReplayWorld {
+ public:
+  // Throws std::invalid_argument for a control that isn't there, std::runtime_error or MetaLibError
+  // for a directory, series or store that can't be used.
+  ReplayWorld(const ReplayArguments& arguments, IndexCache& cache);
+
+  Control& FindControl(const std::string& name);  // "Form1.txtcomm"
+  Desktop::Windows Windows() { return desktop.Untouched(); }
+
+  VirtualPlatform outside;
+  Platform platform;
+  SimSession session;
+  Desktop desktop;
+  MemoryLedger ledger;
+  Program program;
+  IndexCache& index_cache;
+
+ private:
+  void ChooseSeries(const ReplayArguments& arguments);
+};
+
+// Makes a folder ready to be a working store: one that is new, empty, or marked by an earlier
+// replay. Any other is refused, since a run empties its store.
+void ClaimStore(const std::string& folder);
+
+}  // namespace velumar

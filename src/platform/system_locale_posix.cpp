@@ -1,0 +1,8 @@
+#include "platform/locale_posix.h"
+#include "platform/system_locale.h"
+
+namespace velumar {
+
+std::unique_ptr<LocaleInfo> SystemLocale() { return std::make_unique<PosixLocale>(); }
+
+}  // namespace velumar

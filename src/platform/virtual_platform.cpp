@@ -1,0 +1,107 @@
+#include "platform/virtual_platform.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kChartTitle = "MetaStock";
+constexpr std::string_view kOwnTitle = "Velumar";
+constexpr std::string_view kBuiltInDirectory = "C:\\MetaStock Data\\Samples\\";
+constexpr long kNotThere = 2;
+
+}  // namespace
+
+std::vector<WindowId> RecordingChart::TopLevelWindows() {
+  return running ? std::vector<WindowId>{kWindow} : std::vector<WindowId>{};
+}
+
+std::string RecordingChart::WindowTitle(WindowId) { return std::string(kChartTitle); }
+
+bool RecordingChart::BringToFront(std::string_view title) {
+  const bool there = title == kOwnTitle || (title == kChartTitle && running);
+  if (there) front = title;
+  return there;
+}
+
+KeyOutcome RecordingChart::Send(std::string_view keys) {
+  sent.emplace_back(keys);
+  return outcome;
+}
+
+std::string ScriptedFolders::BrowseForFolder(std::string_view) {
+  if (answers.empty()) throw std::runtime_error("there is nobody to choose a folder");
+  std::string answer = answers.front();
+  answers.erase(answers.begin());
+  return answer;
+}
+
+std::optional<std::string> MemorySettings::Read(std::string_view key) const {
+  const auto found = texts.find(key);
+  if (found == texts.end()) return std::nullopt;
+  return found->second;
+}
+
+void MemorySettings::Save(std::string_view key, std::string_view text) {
+  texts.insert_or_assign(std::string(key), std::string(text));
+}
+
+MemoryRegistry::Key* MemoryRegistry::Find(RegistryRoot root, std::string_view sub_key) {
+  const auto found = std::find_if(keys_.begin(), keys_.end(), [&](const Key& key) {
+    return key.root == root && key.sub_key == sub_key && !key.deleted;
+  });
+  return found == keys_.end() ? nullptr : &*found;
+}
+
+long MemoryRegistry::OpenKey(RegistryRoot root, std::string_view sub_key, std::uint32_t,
+                             RegistryKey& key) {
+  const Key* found = Find(root, sub_key);
+  if (found == nullptr) return kNotThere;
+  key = static_cast<RegistryKey>(found - keys_.data()) + 1;
+  return 0;
+}
+
+long MemoryRegistry::QueryValue(RegistryKey key, std::string_view name, RegistryType& type,
+                                std::string& bytes) {
+  const auto& values = keys_.at(key - 1).values;
+  const auto found = values.find(name);
+  if (found == values.end()) return kNotThere;
+  type = found->second.type;
+  bytes = found->second.bytes;
+  return 0;
+}
+
+long MemoryRegistry::SetValue(RegistryKey key, std::string_view name, RegistryType type,
+                              std::string_view bytes) {
+  keys_.at(key - 1).values.insert_or_assign(std::string(name), Value{type, std::string(bytes)});
+  return 0;
+}
+
+long MemoryRegistry::DeleteValue(RegistryKey key, std::string_view name) {
+  auto& values = keys_.at(key - 1).values;
+  const auto found = values.find(name);
+  if (found == values.end()) return kNotThere;
+  values.erase(found);
+  return 0;
+}
+
+long MemoryRegistry::CreateKey(RegistryRoot root, std::string_view sub_key) {
+  if (Find(root, sub_key) == nullptr) keys_.push_back({root, std::string(sub_key), false, {}});
+  return 0;
+}
+
+long MemoryRegistry::DeleteKey(RegistryRoot root, std::string_view sub_key) {
+  Key* found = Find(root, sub_key);
+  if (found == nullptr) return kNotThere;
+  found->deleted = true;
+  return 0;
+}
+
+Platform VirtualPlatform::References() {
+  return {events,   chart,  chart,  boxes, folders,  settings, registry,
+          screen,   locale, clock,  programs, "", std::string(kBuiltInDirectory), ""};
+}
+
+}  // namespace velumar

@@ -1,0 +1,138 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/platform.h"
+#include "platform/virtual_event_loop.h"
+
+namespace velumar {
+
+// A chart program that is always there, takes every key at once and remembers them.
+class RecordingChart : public ChartWindows, public KeySender {
+ public:
+  static constexpr WindowId kWindow = 1;
+
+  std::vector<WindowId> TopLevelWindows() override;
+  std::string WindowTitle(WindowId window) override;
+  bool IsWindowVisible(WindowId) override { return true; }
+  bool HasOwner(WindowId) override { return false; }
+  void Maximize(WindowId window) override { maximized.push_back(window); }
+  bool BringToFront(std::string_view title) override;
+  bool DialogExists(std::string_view, std::string_view) override { return dialog_comes; }
+  KeyOutcome Send(std::string_view keys) override;
+
+  // What a test or a script may turn: is the program there, does its dialog come, how do keys end.
+  bool running = true;
+  bool dialog_comes = true;
+  KeyOutcome outcome = KeyOutcome::kTakenIn;
+
+  std::vector<std::string> sent;
+  std::vector<WindowId> maximized;
+  std::string front;  // title last brought to the front
+};
+
+// Boxes answered at once with OK.
+class RecordingBoxes : public MessageBoxes {
+ public:
+  void Show(std::string_view text, BoxIcon) override { shown.emplace_back(text); }
+  std::vector<std::string> shown;
+};
+
+// Gives the folders in turn; throws std::runtime_error when none is left, since nobody is there to
+// choose another.
+class ScriptedFolders : public FolderDialog {
+ public:
+  std::string BrowseForFolder(std::string_view prompt) override;
+  std::vector<std::string> answers;
+};
+
+class MemorySettings : public SettingsStore {
+ public:
+  std::optional<std::string> Read(std::string_view key) const override;
+  void Save(std::string_view key, std::string_view text) override;
+  std::map<std::string, std::string, std::less<>> texts;
+};
+
+// Keys and values of one process; names are compared as they stand.
+class MemoryRegistry : public Registry {
+ public:
+  long OpenKey(RegistryRoot root, std::string_view sub_key, std::uint32_t access,
+               RegistryKey& key) override;
+  void CloseKey(RegistryKey) override {}
+  long QueryValue(RegistryKey key, std::string_view name, RegistryType& type,
+                  std::string& bytes) override;
+  long SetValue(RegistryKey key, std::string_view name, RegistryType type,
+                std::string_view bytes) override;
+  long DeleteValue(RegistryKey key, std::string_view name) override;
+  long CreateKey(RegistryRoot root, std::string_view sub_key) override;
+  long DeleteKey(RegistryRoot root, std::string_view sub_key) override;
+
+ private:
+  struct Value {
+    RegistryType type = RegistryType::kString;
+    std::string bytes;
+  };
+  struct Key {
+    RegistryRoot root = RegistryRoot::kNone;
+    std::string sub_key;
+    bool deleted = false;
+    std::map<std::string, Value, std::less<>> values;
+  };
+  Key* Find(RegistryRoot root, std::string_view sub_key);
+
+  std::vector<Key> keys_;  // a handle is an index and one
+};
+
+class FixedScreen : public Screen {
+ public:
+  float WidthTwips() const override { return width; }
+  float HeightTwips() const override { return height; }
+  float width = 15360;
+  float height = 11520;
+};
+
+class FixedLocale : public LocaleInfo {
+ public:
+  std::string DateSeparator() const override { return separator; }
+  std::string ShortDatePattern() const override { return pattern; }
+  std::string separator = "/";
+  std::string pattern = "M/d/yyyy";
+};
+
+class FixedClock : public WallClock {
+ public:
+  std::int32_t Today() const override { return today; }
+  std::int32_t today = 20071018;
+};
+
+class RecordingPrograms : public Programs {
+ public:
+  void Start(std::string_view command_line) override { started.emplace_back(command_line); }
+  void OpenInBrowser(std::string_view address) override { opened.emplace_back(address); }
+  void EndProcess() override { ended = true; }
+  std::vector<std::string> started;
+  std::vector<std::string> opened;
+  bool ended = false;
+};
+
+// A whole platform without a display, a disk of settings or a second program.
+struct VirtualPlatform {
+  VirtualEventLoop events;
+  RecordingChart chart;
+  RecordingBoxes boxes;
+  ScriptedFolders folders;
+  MemorySettings settings;
+  MemoryRegistry registry;
+  FixedScreen screen;
+  FixedLocale locale;
+  FixedClock clock;
+  RecordingPrograms programs;
+
+  // References into this object, which must outlive it.
+  Platform References();
+};
+
+}  // namespace velumar

@@ -1,0 +1,46 @@
+#include "base/dates.h"
+
+namespace velumar {
+namespace {
+
+TEST(Dates, ThePatternDecidesOrderAndWidth) {
+  const struct {
+    std::int32_t date;
+    const char* pattern;
+    const char* text;
+  } cases[] = {
+      {20070125, "dd/MM/yyyy", "25/01/2007"}, {20070125, "M/d/yy", "1/25/07"},
+      {20070125, "yyyy-MM-dd", "2007-01-25"}, {20070203, "d/M/yyyy", "3/2/2007"},
+      {20070203, "dd.MM.yyyy", "03.02.2007"}, {20070203, "yyyyMMdd", "20070203"},
+      {20070203, "d MMM yyyy", "3 Feb 2007"}, {20070203, "dddd, d. MMMM yyyy", "Saturday, 3. February 2007"},
+      {20070203, "dd.MM.yyyy 'den'", "03.02.2007 den"}, {0, "dd/MM/yyyy", "N/A"},
+      // A damaged bar shows what it holds.
+      {20071345, "dd/MM/yyyy", "45/13/2007"}, {20071345, "d MMM yyyy", "45 13 2007"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(DateText(c.date, c.pattern), c.text);
+}
+
+TEST(Dates, TextsComeBack) {
+  for (const char* pattern : {"dd/MM/yyyy", "M/d/yy", "yyyy-MM-dd", "yyyyMMdd", "d MMM yyyy"}) {
+    for (const std::int32_t date : {20070203, 19991231, 20290101, 19300101, 20240229}) {
+      if (pattern == std::string("yyyyMMdd")) continue;
+      EXPECT_EQ(DateFromText(DateText(date, pattern), pattern), date) << pattern;
+    }
+  }
+  for (const char* text : {"", "abc", "31/02/2007", "1/2", "1/2/2007/4", "25/25/2007"}) {
+    EXPECT_EQ(DateFromText(text, "dd/MM/yyyy"), std::nullopt) << text;
+  }
+}
+
+TEST(Dates, CalendarArithmetic) {
+  EXPECT_EQ(DaysLater(20071018, -365), 20061018);
+  EXPECT_EQ(DaysLater(20080301, -1), 20080229);
+  EXPECT_TRUE(IsRealDate(20000229));
+  EXPECT_FALSE(IsRealDate(19000229));
+  EXPECT_FALSE(IsRealDate(20071301));
+  EXPECT_FALSE(IsRealDate(0));
+  EXPECT_FALSE(IsRealDate(-20071018));
+}
+
+}  // namespace
+}  // namespace velumar

@@ -1,0 +1,143 @@
+#include <set>
+
+#include "forms/desktop.h"
+
+namespace velumar {
+namespace {
+
+TEST(Desktop, AWindowLoadsHiddenAtItsFirstTouchAndOnlyThen) {
+  Desktop desktop;
+  int loads = 0;
+  desktop.Untouched().form2.on_load = [&] {
+    ++loads;
+    desktop.form2().Label6.SetText("loading");  // a touch while loading is no second load
+  };
+  EXPECT_FALSE(desktop.Untouched().form2.Loaded());
+  desktop.form2().Label6.SetText("first");
+  EXPECT_EQ(loads, 1);
+  EXPECT_FALSE(desktop.form2().Visible());
+  EXPECT_EQ(desktop.form2().Label6.Text(), "first");
+}
+
+TEST(Desktop, AReloadedWindowIsAsNew) {
+  Desktop desktop;
+  Form2& form = desktop.form2();
+  form.Show();
+  form.txtRefresh.UserType("4");
+  form.Image4.SetVisible(false);
+  form.HScrollx.SetValue(10);
+  form.SetLeft(300);
+  desktop.Unload(form);
+  EXPECT_FALSE(form.Visible());
+  desktop.form2();
+  EXPECT_EQ(form.txtRefresh.Text(), "1");
+  EXPECT_TRUE(form.Image4.Visible());
+  EXPECT_EQ(form.HScrollx.Value(), 250);
+  EXPECT_EQ(form.Left(), 0);
+}
+
+TEST(Desktop, AHandlerMayUnloadItsOwnWindow) {
+  Desktop desktop;
+  Form2& form = desktop.form2();
+  form.Show();
+  bool came_back = false;
+  form.Image5.on_click = [&, text = std::string("kept while it runs")] {
+    desktop.Unload(form);
+    form.Image5.on_click = nullptr;
+    came_back = text == "kept while it runs";
+  };
+  form.Image5.UserClick();
+  EXPECT_TRUE(came_back);
+  EXPECT_FALSE(form.Loaded());
+}
+
+TEST(Desktop, UnloadRunsItsStepsOnceAndOnlyForALoadedWindow) {
+  Desktop desktop;
+  int unloads = 0;
+  Form3& form = desktop.Untouched().form3;
+  form.on_unload = [&] { ++unloads; };
+  desktop.Unload(form);
+  EXPECT_EQ(unloads, 0);
+  desktop.form3();
+  desktop.Unload(form);
+  desktop.Unload(form);
+  EXPECT_EQ(unloads, 1);
+}
+
+TEST(Controls, AHandReachesOnlyWhatIsShownAndEnabled) {
+  Desktop desktop;
+  Form2& form = desktop.form2();
+  int clicks = 0;
+  form.Image3.on_click = [&] { ++clicks; };
+  form.Image3.UserClick();  // the window is hidden
+  form.Show();
+  form.Image3.UserClick();
+  form.Image3.SetVisible(false);
+  form.Image3.UserClick();
+  form.Image3.SetVisible(true);
+  form.Image3.SetEnabled(false);
+  form.Image3.UserClick();
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST(Controls, AssignmentsFireAsTheUsersHandDoes) {
+  Desktop desktop;
+  Form1& form = desktop.form1();
+  std::vector<std::string> events;
+  form.Text3.on_change = [&] { events.push_back("Text3 " + form.Text3.Text()); };
+  form.Combo1.on_click = [&] { events.push_back("Combo1 " + form.Combo1.Text()); };
+  form.Text3.SetText("a");
+  form.Text3.SetText("a");  // no change, no event
+  form.Combo1.SetRows({{"B", 0}, {"A", 1}, {"A", 2}});
+  form.Combo1.SetIndex(0);
+  EXPECT_EQ(events, (std::vector<std::string>{"Text3 a", "Combo1 A"}));
+  EXPECT_EQ(form.Combo1.Rows()[0].data, 1) << "equal lines keep their order";
+  form.Combo1.SetText("typed");
+  EXPECT_EQ(form.Combo1.Index(), -1);
+}
+
+struct RecordingListener : FormListener {
+  void FormLoaded(Form& form) override { seen.push_back("loaded " + form.Name()); }
+  void FormUnloaded(Form& form) override { seen.push_back("unloaded " + form.Name()); }
+  void FormChanged(Form& form) override { seen.push_back("changed " + form.Name()); }
+  void ControlChanged(Form& form, Control& control) override {
+    seen.push_back(form.Name() + "." + control.Name());
+  }
+  void DragStarted(Form& form) override { seen.push_back("drag " + form.Name()); }
+  std::vector<std::string> seen;
+};
+
+TEST(Desktop, TheListenerHearsEachChangeOnce) {
+  RecordingListener listener;
+  Desktop desktop;
+  desktop.SetListener(&listener);
+  Form2& form = desktop.form2();
+  form.Label6.SetText("x");
+  form.Label6.SetText("x");
+  form.Show();
+  form.Show();
+  form.StartDrag();
+  desktop.Unload(form);
+  EXPECT_EQ(listener.seen, (std::vector<std::string>{"loaded Form2", "Form2.Label6",
+                                                     "changed Form2", "drag Form2",
+                                                     "unloaded Form2"}));
+}
+
+// The windows' tables: no control lies outside its window, no name stands twice.
+TEST(Desktop, TablesAreSound) {
+  Desktop desktop;
+  for (const Form* form : desktop.All()) {
+    std::set<std::string> names;
+    for (const Control* control : form->Controls()) {
+      EXPECT_TRUE(names.insert(control->Name()).second) << form->Name() << control->Name();
+      EXPECT_EQ(desktop.Find(form->Name())->Find(control->Name()), control);
+      if (control->Kind() == ControlKind::kPicture) continue;  // fitted to the window at load
+      EXPECT_GE(control->Left(), 0);
+      EXPECT_LE(control->Left() + control->Width(), form->Width()) << control->Name();
+      EXPECT_LE(control->Top() + control->Height(), form->Height()) << control->Name();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace velumar

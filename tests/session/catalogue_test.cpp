@@ -1,0 +1,78 @@
+#include "session/symbol_catalogue.h"
+
+#include <fstream>
+
+#include "support/session_fixture.h"
+
+namespace velumar {
+namespace {
+
+class CatalogueTest : public SessionFixture {
+ protected:
+  CatalogueTest() {
+    Form1& form = desktop.form1();
+    form.Show();
+    form.Combo1.on_click = [this] { catalogue.SymbolChosen(); };
+    form.Combo1.on_key_up = [this](int) { catalogue.SymbolTyped(); };
+    form.Text3.on_change = [this] { session.DataDir = desktop.form1().Text3.Text(); };
+    session.DataDir = data;
+    form.cbxPeriod.SetIndex(2);
+  }
+  std::string Period() { return desktop.form1().cbxPeriod.Text(); }
+  SymbolCatalogue catalogue{session, desktop, platform, cache};
+};
+
+TEST_F(CatalogueTest, LinesAreSortedAndKeepTheirOwnIntervals) {
+  Store("B", IntradayBars(60, 15), 15);
+  Store("A", DailyBars(10));
+  Store("C", DailyBars(10));
+  Store("C", IntradayBars(60, 5), 5);
+  catalogue.BuildSymbolList();
+  ComboBox& list = desktop.form1().Combo1;
+  std::vector<std::string> lines;
+  for (const ComboBox::Row& row : list.Rows()) lines.push_back(row.text);
+  EXPECT_EQ(lines, (std::vector<std::string>{"A", "B", "C", "C"}));
+  EXPECT_EQ(session.PeriodBySymbol, (std::vector<std::string>{"15", "D", "D", "5", ""}));
+  EXPECT_EQ(session.Symbol, "A");
+  EXPECT_EQ(Period(), "D");
+  list.UserChoose(1);
+  EXPECT_EQ(session.Symbol, "B");
+  EXPECT_EQ(Period(), "15");
+  EXPECT_TRUE(desktop.form1().cbxPeriod.Rows().empty());
+  list.UserChoose(2);
+  EXPECT_EQ(Period(), "D") << "a click takes the clicked line's interval";
+  list.UserType(" c ");
+  EXPECT_EQ(session.Symbol, "C");
+  EXPECT_EQ(Period(), "5") << "typed, the last of equal lines decides";
+  EXPECT_EQ(session.SymbolInterval, "5");
+  list.UserType("nope");
+  EXPECT_EQ(session.Symbol, "NOPE");
+  EXPECT_EQ(Period(), "5");
+}
+
+TEST_F(CatalogueTest, ADirectoryWithoutDataAsksUntilOneHasData) {
+  Store("A", DailyBars(10));
+  session.DataDir = scratch.Sub("nowhere");
+  outside.folders.answers = {"", data};
+  catalogue.BuildSymbolList();
+  EXPECT_EQ(outside.boxes.shown.size(), 2U) << "a cancelled dialog asks again";
+  EXPECT_EQ(outside.boxes.shown[0],
+            "Directory not contain a  Meta Stock's Data. Click OK to select a new one.");
+  EXPECT_EQ(session.DataDir, data);
+  EXPECT_EQ(outside.settings.texts["LastPath"], data);
+  EXPECT_EQ(session.Symbol, "A");
+}
+
+TEST_F(CatalogueTest, AnEmptyIndexLeavesChoiceAndPeriod) {
+  std::filesystem::create_directories(data);
+  std::ofstream(std::filesystem::path(data) / "MASTER") << std::string(53, '\0');
+  session.Symbol = "KEPT";
+  catalogue.BuildSymbolList();
+  EXPECT_TRUE(desktop.form1().Combo1.Rows().empty());
+  EXPECT_EQ(session.PeriodBySymbol.size(), 1U);
+  EXPECT_EQ(session.Symbol, "KEPT");
+  EXPECT_EQ(Period(), "30");
+}
+
+}  // namespace
+}  // namespace velumar

@@ -1,0 +1,130 @@
+#include <fstream>
+
+#include "platform/key_notation.h"
+#include "support/run_fixture.h"
+
+namespace velumar {
+namespace {
+
+using ChartRoadTest = RunFixture;
+
+TEST_F(ChartRoadTest, TheChartIsOpenedByTheseKeysInThisOrder) {
+  std::vector<std::string> keys;
+  all->outside.events.SetOnPending([&] {
+    if (keys.empty()) keys = all->outside.chart.sent;
+  });
+  StartAt(198);
+  const std::string folder = EscapedKeys(data);
+  EXPECT_EQ(keys, (std::vector<std::string>{"%Fe", "%FO", folder + "\\\\Simulate\\", "{SPACE}",
+                                            "{SPACE}", "{SPACE}", "{ENTER}", "ABC", "{SPACE}",
+                                            "{SPACE}", "{SPACE}", "{END}", "{TAB}", "S",
+                                            "{ENTER}"}));
+  EXPECT_TRUE(all->outside.programs.started.empty());
+  EXPECT_EQ(all->outside.chart.maximized.size(), 3U);
+  EXPECT_EQ(all->outside.chart.front, "Velumar");
+}
+
+TEST_F(ChartRoadTest, EachOpenChartIsRefreshedAndTheRingClosed) {
+  InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
+  StartAt(60);
+  const struct {
+    const char* charts;
+    std::vector<std::string> keys;
+    int waited;
+  } cases[] = {{"1", {"%VR"}, 500},
+               {"2", {"%VR", "^{TAB}", "%VR", "^{TAB}"}, 1020},
+               {"3", {"%VR", "^{TAB}", "%VR", "^{TAB}", "%VR", "^{TAB}"}, 1530},
+               {"0", {"%VR"}, 500},
+               {"abc", {"%VR"}, 500},
+               {"99999", {"%VR"}, 500}};
+  for (const auto& c : cases) {
+    all->Navigator().txtRefresh.UserType(c.charts);
+    all->outside.chart.sent.clear();
+    const long before = all->Now();
+    all->Navigator().Image1.UserClick();
+    EXPECT_EQ(all->outside.chart.sent, c.keys) << c.charts;
+    EXPECT_EQ(all->Now() - before, c.waited) << c.charts;
+    EXPECT_TRUE(all->Navigator().txtRefresh.Enabled());
+  }
+}
+
+TEST_F(ChartRoadTest, AProgramThatIsNotThereIsStartedFromItsFolder) {
+  all->outside.chart.running = false;
+  auto& registry = all->outside.registry;
+  RegistryKey key = 0;
+  registry.CreateKey(RegistryRoot::kLocalMachine,
+                     "SOFTWARE\\Equis International\\MetaStock Professional\\9.0");
+  registry.CreateKey(RegistryRoot::kCurrentUser, "Software\\Equis\\Common\\9.0\\File Paths");
+  registry.OpenKey(RegistryRoot::kCurrentUser, "Software\\Equis\\Common\\9.0\\File Paths",
+                   Registry::kWrite, key);
+  registry.SetValue(key, "ProgramPath", RegistryType::kString, "/opt/chart program");
+  StartAt(198);
+  EXPECT_EQ(all->outside.programs.started,
+            std::vector<std::string>{"/opt/chart program\\MSWIN.EXE /l /e"});
+}
+
+TEST_F(ChartRoadTest, ADialogThatNeverComesEndsTheWaitWithABox) {
+  all->outside.chart.dialog_comes = false;
+  long begun = 0;
+  all->outside.events.SetOnPending([&] {
+    if (begun == 0) begun = all->Now();
+  });
+  StartAt(197);
+  ASSERT_EQ(all->outside.boxes.shown.size(), 1U);
+  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("ABC"));
+  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("Simulate"));
+  EXPECT_EQ(all->outside.chart.sent[2], "%VR") << "nothing was typed into no dialog";
+  EXPECT_GT(begun, 15000);
+  EXPECT_EQ(all->session.BarIndex, 199);
+}
+
+TEST_F(ChartRoadTest, TheStatusLineSaysWhatIsWrongWithTheChart) {
+  InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
+  StartAt(60);
+  const auto line = [&] {
+    all->Navigator().Image1.UserClick();
+    return all->Navigator().Label6.Text();
+  };
+  all->outside.chart.outcome = KeyOutcome::kHeldBack;
+  EXPECT_THAT(line(), testing::MatchesRegex("Keys held back.*! \\[ABC\\]  Date: .*"));
+  all->outside.chart.running = false;
+  EXPECT_THAT(line(), testing::MatchesRegex("Chart program not running! \\[ABC\\]  Date: .*"));
+  all->outside.chart.running = true;
+  all->outside.chart.outcome = KeyOutcome::kTakenIn;
+  EXPECT_THAT(line(), testing::StartsWith("[ABC]  Date: "));
+}
+
+TEST_F(ChartRoadTest, TheStoreGetsTheIndexFilesAndNoOldData) {
+  const auto folder = std::filesystem::path(data);
+  std::filesystem::create_directories(folder / "MSSmart");
+  std::ofstream(folder / "MSSmart" / "chart.mwc") << "x";
+  std::ofstream(folder / "notes.txt") << "mine";
+  std::filesystem::create_directories(folder / "Simulate" / "MSSmart");
+  std::ofstream(folder / "Simulate" / "F77.DAT") << "old";
+  std::ofstream(folder / "Simulate" / "MSSmart" / "old.mwc") << "stays";
+  StartAt(198);
+  EXPECT_FALSE(std::filesystem::exists(folder / "Simulate" / "F77.DAT"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "Simulate" / "notes.txt"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "Simulate" / "F2.DAT"));
+  EXPECT_TRUE(std::filesystem::exists(folder / "Simulate" / "MASTER"));
+  EXPECT_TRUE(std::filesystem::exists(folder / "Simulate" / "MSSmart" / "old.mwc"));
+  EXPECT_TRUE(std::filesystem::exists(folder / "Simulate" / "MSSmart" / "chart.mwc"));
+  EXPECT_TRUE(std::filesystem::exists(folder / "notes.txt"));
+}
+
+// The road before the feed has waits of its own: a second run that is begun there is the only one.
+TEST_F(ChartRoadTest, APauseAndPlayWhileTheChartOpensLeaveOneRun) {
+  all->program.Start();
+  all->Setup().DTPicker1.UserPick(MadeDate(60));
+  all->At(5000, [this] {
+    all->Navigator().Image4.UserClick();
+    all->Navigator().Image3.UserClick();
+  });
+  all->Setup().Image3.UserClick();
+  EXPECT_TRUE(all->outside.chart.sent.empty()) << "the first run gave up before its first key";
+  EXPECT_EQ(all->session.BarIndex, 0);
+  EXPECT_EQ(all->Navigator().Label6.Text(), "End of data feed... ");
+}
+
+}  // namespace
+}  // namespace velumar

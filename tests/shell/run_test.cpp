@@ -1,0 +1,191 @@
+#include "support/run_fixture.h"
+
+namespace velumar {
+namespace {
+
+using RunTest = RunFixture;
+
+TEST_F(RunTest, ARunFeedsEveryBarOnceAndEnds) {
+  std::vector<int> fed;
+  all->outside.events.SetOnPending([&] { fed.push_back(all->session.BarIndex + 1); });
+  StartAt(60);
+  std::vector<int> expected;
+  for (int bar = 60; bar < 200; ++bar) expected.push_back(bar);
+  EXPECT_EQ(fed, expected);
+  EXPECT_EQ(all->session.BarIndex, 199);
+  EXPECT_EQ(all->session.LastBarIndex, 199);
+  EXPECT_EQ(all->session.StartDate, std::to_string(MadeDate(59)));
+  EXPECT_EQ(all->session.SymbolInterval, "-1");
+  EXPECT_EQ(StoreSize(), 200);
+  EXPECT_EQ(all->Navigator().Label6.Text(), "End of data feed... ");
+  EXPECT_TRUE(all->Navigator().Image3.Visible());
+  EXPECT_FALSE(all->Navigator().Image4.Visible());
+  EXPECT_FALSE(all->Setup().Text3.Enabled()) << "only a pause gives the inputs back";
+  EXPECT_TRUE(all->outside.boxes.shown.empty());
+}
+
+TEST_F(RunTest, TheStoreNeverHoldsABarTooEarly) {
+  all->outside.events.SetOnPending([this] {
+    const auto bars = ReadBars(all->session.SimDir, "ABC", -1);
+    ASSERT_EQ(static_cast<int>(bars.size()), all->session.BarIndex + 1);
+    ASSERT_EQ(bars.back().date, all->session.BarDate[bars.size() - 1]);
+  });
+  StartAt(150);
+}
+
+TEST_F(RunTest, PauseFeedsOneMoreBarAndPlayGoesOn) {
+  InPauseOf(100, [this] { all->Navigator().Image4.UserClick(); });
+  StartAt(60);
+  EXPECT_EQ(all->session.BarIndex, 101);
+  EXPECT_THAT(all->Navigator().Label6.Text(), testing::StartsWith("[ABC]  Date: "));
+  EXPECT_TRUE(all->Navigator().Image3.Visible());
+  EXPECT_TRUE(all->Setup().Text3.Enabled());
+  EXPECT_FALSE(all->Setup().DTPicker1.Enabled());
+  InPauseOf(105, [this] { all->Navigator().Image4.UserClick(); });
+  all->Navigator().Image3.UserClick();
+  EXPECT_EQ(all->session.BarIndex, 106);
+  EXPECT_EQ(StoreSize(), 107);
+}
+
+TEST_F(RunTest, StepsInAPauseDontMoveTheLoopsOwnIndex) {
+  InPauseOf(100, [this] {
+    all->Navigator().Image1.UserClick();
+    EXPECT_EQ(all->session.BarIndex, 101);
+    all->Navigator().Image4.UserClick();
+  });
+  StartAt(90);
+  EXPECT_EQ(all->session.BarIndex, 101);
+  EXPECT_EQ(StoreSize(), 102);
+}
+
+TEST_F(RunTest, TheFourStepsByHand) {
+  InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
+  StartAt(60);
+  ASSERT_EQ(all->session.BarIndex, 62);
+  const struct {
+    PictureButton& button;
+    int index;
+  } steps[] = {{all->Navigator().Image1, 63},  {all->Navigator().Image7, 93},
+               {all->Navigator().Image2, 92},  {all->Navigator().Image6, 62},
+               {all->Navigator().Image6, 32},  {all->Navigator().Image6, 2},
+               {all->Navigator().Image6, 0},   {all->Navigator().Image2, -1},
+               {all->Navigator().Image2, -1},  {all->Navigator().Image1, 0}};
+  for (const auto& step : steps) {
+    step.button.UserClick();
+    EXPECT_EQ(all->session.BarIndex, step.index);
+    EXPECT_EQ(StoreSize(), step.index + 1);
+  }
+}
+
+TEST_F(RunTest, PlayInsideTheStoppedLoopsPauseEndsTheOldLoop) {
+  InPauseOf(100, [this] {
+    all->outside.events.SetOnPending(nullptr);
+    all->Navigator().Image4.UserClick();
+    all->At(50, [this] { all->Navigator().Image4.UserClick(); });
+    all->Navigator().Image3.UserClick();
+    EXPECT_EQ(all->session.BarIndex, 101);
+    EXPECT_FALSE(all->program.Feeding());
+  });
+  StartAt(90);
+  EXPECT_EQ(all->session.BarIndex, 101) << "the old loop feeds no further bar";
+  EXPECT_NE(all->Navigator().Label6.Text(), "End of data feed... ");
+}
+
+TEST_F(RunTest, CloseAndReturnInAFeedThenStartHasOneLoop) {
+  int starts = 0;
+  std::vector<int> fed;
+  all->outside.events.SetOnPending([&] {
+    fed.push_back(all->session.BarIndex + 1);
+    if (all->session.BarIndex + 1 == 70 && ++starts == 1) {
+      all->At(1000, [this] {
+        all->Navigator().Image5.UserClick();
+        EXPECT_FALSE(all->Navigator().Loaded());
+        EXPECT_TRUE(all->Setup().Visible());
+        EXPECT_TRUE(all->Setup().ImgDonate.Visible());
+        all->Setup().Image3.UserClick();
+      });
+    }
+  });
+  StartAt(60);
+  // Bars 60 to 70 of the first run, then the whole second one.
+  std::vector<int> expected;
+  for (int bar = 60; bar <= 70; ++bar) expected.push_back(bar);
+  for (int bar = 60; bar < 200; ++bar) expected.push_back(bar);
+  EXPECT_EQ(fed, expected);
+  EXPECT_EQ(StoreSize(), 200);
+}
+
+TEST_F(RunTest, AFeedBehindCloseAndReturnRestartsTheAccount) {
+  InPauseOf(100, [this] {
+    all->session.LAccum = 5;
+    all->Navigator().Image5.UserClick();
+  });
+  StartAt(90);
+  EXPECT_EQ(all->session.BarIndex, 199);
+  EXPECT_EQ(all->session.LAccum, 0);
+  EXPECT_TRUE(all->Panel().Loaded());
+  EXPECT_FALSE(all->Panel().Visible());
+}
+
+TEST_F(RunTest, AnEmptySymbolIsAskedFor) {
+  all->program.Start();
+  all->Setup().Combo1.UserType("");
+  all->Setup().Image3.UserClick();
+  EXPECT_EQ(all->outside.boxes.shown,
+            std::vector<std::string>{"Plase specificy Symbol to simulate!"});
+  EXPECT_EQ(all->session.StopRequested, -1);
+  EXPECT_TRUE(all->outside.chart.sent.empty());
+  EXPECT_TRUE(all->Navigator().Visible());
+  EXPECT_TRUE(all->Navigator().Image3.Visible());
+  all->Navigator().Image1.UserClick();
+  EXPECT_EQ(all->Navigator().Label6.Text(), "No bars loaded");
+}
+
+TEST_F(RunTest, AStoreThatFailsInAStepIsTold) {
+  InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
+  StartAt(60);
+  std::filesystem::remove_all(all->session.SimDir);
+  const int before = all->session.BarIndex;
+  for (PictureButton* button : {&all->Navigator().Image1, &all->Navigator().Image2,
+                                &all->Navigator().Image6, &all->Navigator().Image7}) {
+    all->outside.boxes.shown.clear();
+    button->UserClick();
+    EXPECT_EQ(all->session.BarIndex, before);
+    EXPECT_EQ(all->outside.boxes.shown.size(), 1U);
+  }
+  all->outside.boxes.shown.clear();
+  all->Navigator().Image3.UserClick();
+  EXPECT_EQ(all->outside.boxes.shown.size(), 1U);
+  EXPECT_EQ(all->session.BarIndex, before);
+  EXPECT_TRUE(all->Navigator().Image3.Visible()) << "the feed has ended";
+}
+
+TEST_F(RunTest, ADelayOfZeroIsASecondAndChangesTakeEffectAtOnce) {
+  all->program.Start();
+  all->Panel().Combo2.SetText("0");
+  all->Setup().DTPicker1.UserPick(MadeDate(195));
+  std::vector<long> moments;
+  all->outside.events.SetOnPending([&] {
+    moments.push_back(all->Now());
+    if (moments.size() == 3) {
+      all->At(600, [this] { all->Panel().Combo2.UserType("10"); });
+    }
+  });
+  all->Setup().Image3.UserClick();
+  ASSERT_EQ(moments.size(), 5U);
+  EXPECT_EQ(moments[1] - moments[0], 1500);
+  EXPECT_EQ(moments[2] - moments[1], 1500);
+  EXPECT_EQ(moments[4] - moments[3], 10500);
+  EXPECT_EQ(all->session.RefreshDelay, 10000);
+}
+
+TEST_F(RunTest, ARunOfAThousandBarsCostsOnlyItsComputing) {
+  IndexCache cache;
+  StoreSecurity(data, {"AAA", "Long", -1}, DailyBars(1100), cache);
+  StartAt(100);
+  EXPECT_EQ(all->session.BarIndex, 1099);
+  EXPECT_GT(all->Now(), 1000 * 3500);
+}
+
+}  // namespace
+}  // namespace velumar

@@ -1,0 +1,60 @@
+#include "shell/window_shaping.h"
+
+#include <stdexcept>
+
+#include "forms/desktop.h"
+#include "platform/virtual_platform.h"
+
+namespace velumar {
+namespace {
+
+class ShapingTest : public testing::Test {
+ protected:
+  VirtualPlatform outside;
+  Desktop desktop;
+  Form2& form = desktop.form2();
+};
+
+TEST_F(ShapingTest, SlidesMoveInStepsOfFiftyTwips) {
+  SlideIn(form, "10000", "120", outside.events, outside.screen);
+  EXPECT_EQ(form.Top(), 10020) << "the last step that doesn't pass the end";
+  EXPECT_EQ(form.Left(), 120);
+  EXPECT_EQ(outside.events.Now().count(), 310);
+  SlideOut(form, "10020", "120", outside.events, outside.screen);
+  EXPECT_EQ(form.Top(), 11520);
+}
+
+TEST_F(ShapingTest, APlaceBelowTheScreenMovesOnlySideways) {
+  form.SetTop(77);
+  SlideIn(form, "12000", "8132.5", outside.events, outside.screen);
+  EXPECT_EQ(form.Top(), 77);
+  EXPECT_EQ(form.Left(), 8132);
+  EXPECT_THROW(SlideIn(form, "abc", "0", outside.events, outside.screen), std::invalid_argument);
+}
+
+TEST_F(ShapingTest, AlphaOutOfRangeChangesNothing) {
+  SetWindowAlpha(form, 100);
+  SetWindowAlpha(form, 256);
+  SetWindowAlpha(form, -1);
+  EXPECT_EQ(form.Opacity(), 100);
+  SetWindowAlpha(form, 0);
+  EXPECT_EQ(form.Opacity(), 0);
+}
+
+TEST_F(ShapingTest, AHugeScreenCountsAsWhatSixteenBitsHold) {
+  outside.screen.height = 57600;
+  EXPECT_EQ(ScreenHeight(outside.screen), 32767);
+  PlaceSetupFirst(desktop.form1(), outside.screen);
+  EXPECT_EQ(desktop.form1().Top(), 32767 - 2865 - 500);
+}
+
+TEST_F(ShapingTest, APressedImageSinksByAPixelAndComesBack) {
+  PressImage(form.Image3);
+  EXPECT_EQ(form.Image3.Left(), 1695);
+  EXPECT_EQ(form.Image3.Top(), 660);
+  ReleaseImage(form.Image3);
+  EXPECT_EQ(form.Image3.Left(), 1680);
+}
+
+}  // namespace
+}  // namespace velumar

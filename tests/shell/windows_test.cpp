@@ -1,0 +1,196 @@
+#include "support/run_fixture.h"
+
+namespace velumar {
+namespace {
+
+using WindowsTest = RunFixture;
+
+TEST_F(WindowsTest, FirstStartOfAll) {
+  all->program.Start();
+  EXPECT_EQ(all->session.SetupTop, "8155");
+  EXPECT_EQ(all->session.SetupLeft, "11020");
+  EXPECT_EQ(all->Setup().Left(), 11020);
+  EXPECT_GE(all->Setup().Top(), 8155);
+  EXPECT_LT(all->Setup().Top(), 8155 + 50);
+  EXPECT_EQ(all->Setup().Caption(), "Velumar1.0 build 20071018");
+  EXPECT_EQ(all->Setup().Label8.Text(), "version 1.0");
+  EXPECT_EQ(all->Setup().DTPicker1.Value(), 20061018);
+  EXPECT_EQ(all->session.RefreshDelay, 3000);
+  EXPECT_EQ(all->session.DataDir, data);
+  EXPECT_EQ(all->session.SimDir, data + "\\Simulate");
+  EXPECT_TRUE(std::filesystem::is_directory(data + "/Simulate"));
+  EXPECT_EQ(all->session.Symbol, "ABC");
+  EXPECT_EQ(all->outside.settings.texts["NavTop"], "8132.5");
+  EXPECT_EQ(all->outside.settings.texts["NavLeft"], "100");
+  EXPECT_FALSE(all->outside.settings.texts.contains("Top"));
+  EXPECT_EQ(all->Setup().txtInitPorfolio.Text(), "2,000,000");
+  EXPECT_EQ(all->session.Balance, 2000000);
+  EXPECT_EQ(all->Panel().Combo2.Text(), "3");
+  EXPECT_TRUE(all->Setup().Visible());
+  EXPECT_FALSE(all->Navigator().Visible());
+  EXPECT_FALSE(all->Panel().Visible());
+  EXPECT_EQ(all->Panel().Top(), 1155 + 8132 + 100);
+}
+
+TEST_F(WindowsTest, SettingsComeBackInTheNextProcess) {
+  all->program.Start();
+  all->Setup().SetTop(3000);
+  all->Setup().SetLeft(-200);
+  all->Setup().DTPicker1.UserPick(20050614);
+  all->Panel().Combo2.SetText("5");
+  all->Navigator().HScrollx.SetValue(35);
+  all->desktop.Unload(all->Navigator());
+  all->Setup().Image5.UserClick();
+  EXPECT_TRUE(all->outside.programs.ended);
+  EXPECT_EQ(all->outside.boxes.shown, (std::vector<std::string>{"Bad Key Name", "Bad Key Name"}))
+      << "no chart program has ever been here";
+  Reopen();
+  all->program.Start();
+  EXPECT_EQ(all->Setup().Left(), -200);
+  EXPECT_EQ(all->session.SetupTop, "3000");
+  EXPECT_EQ(all->Setup().DTPicker1.Value(), 20050614);
+  EXPECT_EQ(all->session.RefreshDelay, 5000);
+  EXPECT_EQ(all->Navigator().Opacity(), 35);
+  EXPECT_EQ(all->Navigator().HScrollx.Value(), 35);
+  EXPECT_EQ(all->outside.settings.texts["Symbol"], "ABC");
+}
+
+TEST_F(WindowsTest, OddSettingsNeverKeepTheWindowAway) {
+  for (const auto& [key, text] : std::map<std::string, std::string>{
+           {"Top", "left"}, {"Left", ""}, {"Refresh", "abc"}, {"SelectDate", "soon"},
+           {"NavTop", "99999"}, {"ControlPannelTransparent", "-3"}, {"PorfolioTransparent", "x"}}) {
+    all->outside.settings.Save(key, text);
+  }
+  all->program.Start();
+  EXPECT_TRUE(all->Setup().Visible());
+  EXPECT_EQ(all->Setup().DTPicker1.Value(), 20051203);
+  EXPECT_EQ(all->session.RefreshDelay, 3000);
+  EXPECT_EQ(all->Navigator().HScrollx.Value(), 250);
+  EXPECT_EQ(all->Panel().Opacity(), 250);
+  EXPECT_EQ(all->session.Symbol, "ABC");
+}
+
+TEST_F(WindowsTest, TheRefreshSettingIsBroughtIntoRange) {
+  all->outside.settings.Save("Refresh", "99");
+  all->program.Start();
+  EXPECT_EQ(all->Panel().Combo2.Text(), "32");
+  EXPECT_EQ(all->session.RefreshDelay, 32000);
+}
+
+TEST_F(WindowsTest, MarketWordsInTheDirectorySetTheBoxes) {
+  all->program.Start();
+  Form1& setup = all->Setup();
+  const struct {
+    const char* directory;
+    const char* margin;
+    const char* quantity;
+    const char* profit;
+    const char* commission;
+    bool percent;
+    float init_margin;
+  } cases[] = {
+      {"D:\\DATA\\SET\\", "100", "1,000", "1", "0.25", true, 100},
+      {"D:\\AFET", "20,000", "1", "5,000", "500", false, 20000},
+      {"D:\\TFEX\\", "50,000", "1", "1,000", "450", false, 50000},
+      {"D:\\ASSET\\TFEX\\", "50,000", "1", "1,000", "450", true, 50000},
+      // No word: the boxes stay, the percent sign goes.
+      {"D:\\data\\set\\", "50,000", "1", "1,000", "450", false, 50000},
+  };
+  for (const auto& c : cases) {
+    setup.Text3.UserType(c.directory);
+    EXPECT_EQ(setup.txtContractValue.Text(), c.margin) << c.directory;
+    EXPECT_EQ(all->Panel().txtContractVol.Text(), c.quantity);
+    EXPECT_EQ(setup.txtProfitperContract.Text(), c.profit);
+    EXPECT_EQ(setup.txtcomm.Text(), c.commission);
+    EXPECT_EQ(setup.lblPercentComm.Visible(), c.percent) << c.directory;
+    EXPECT_EQ(all->session.InitMargin, c.init_margin);
+    EXPECT_EQ(all->session.DataDir, c.directory);
+    EXPECT_EQ(all->outside.settings.texts["LastPath"], c.directory);
+  }
+  setup.txtContractValue.SetText("many");
+  setup.Text3.UserType("D:\\other");
+  EXPECT_EQ(all->session.InitMargin, 50000);
+  EXPECT_THAT(setup.txtContractValue.ToolTip(), testing::HasSubstr("\"many\" is not a number"));
+  EXPECT_EQ(all->session.SimDir, data + "\\Simulate") << "the store stays where the start put it";
+}
+
+TEST_F(WindowsTest, EnterInTheDirectoryListsItsSecurities) {
+  IndexCache cache;
+  const std::string other = scratch.Sub("other");
+  StoreSecurity(other, {"ZED", "Zed", 60}, IntradayBars(60, 60), cache);
+  all->program.Start();
+  all->Setup().Text3.UserType(other, 'r');
+  EXPECT_EQ(all->session.Symbol, "ABC");
+  all->Setup().Text3.UserKeyUp(13);
+  EXPECT_EQ(all->session.Symbol, "ZED");
+  EXPECT_EQ(all->Setup().cbxPeriod.Text(), "60");
+  all->outside.folders.answers = {"", data};
+  all->Setup().Command5.UserClick();
+  EXPECT_EQ(all->session.Symbol, "ZED") << "a cancelled dialog changes nothing";
+  all->Setup().Command5.UserClick();
+  EXPECT_EQ(all->session.Symbol, "ABC");
+  EXPECT_EQ(all->Setup().Text3.Text(), data);
+}
+
+TEST_F(WindowsTest, ThePanelsLoadStartsTheAccountFromTheBoxes) {
+  all->program.Start();
+  all->Setup().txtInitPorfolio.UserType("500,000.5");
+  all->session.LAccum = 3;
+  all->session.BalancePoint = 9;
+  EXPECT_EQ(all->session.Balance, 2000000);
+  all->desktop.Unload(all->Panel());
+  all->desktop.form3();
+  EXPECT_EQ(all->session.Balance, 500000.5F);
+  EXPECT_EQ(all->session.Portfolio, 500000.5F);
+  EXPECT_EQ(all->session.LAccum, 0);
+  EXPECT_EQ(all->session.BalancePoint, 9) << "the last offsets' points go on";
+  EXPECT_EQ(all->windows.frmBigScore.lblScore.Text(), "500,001");
+}
+
+TEST_F(WindowsTest, TheBigWindowsStandWhereTheScreenSays) {
+  all->program.Start();
+  all->Panel().Show();
+  all->Panel().chkShowBigform.UserToggle();
+  const Desktop::Windows& windows = all->windows;
+  EXPECT_TRUE(windows.frmBigPrice.Visible());
+  EXPECT_EQ(windows.frmBigScore.Left(), 10203.75F);
+  EXPECT_EQ(windows.frmBigPrice.Left(), 416.25F);
+  EXPECT_EQ(windows.frmBigPrice.Top(), 990 + 250 + 50);
+  EXPECT_EQ(windows.frmBigDateTime.Left(), 150);
+  EXPECT_EQ(windows.frmBigScore.Opacity(), 200);
+  windows.frmBigScore.SetLeft(5);
+  all->Panel().chkShowBigform.UserToggle();
+  EXPECT_FALSE(windows.frmBigScore.Loaded());
+  all->session.Portfolio = -1;
+  EXPECT_EQ(all->desktop.frmBigScore().Left(), 10203.75F);
+  EXPECT_EQ(windows.frmBigScore.lblScore.ForeColour(), kRed);
+}
+
+TEST_F(WindowsTest, LeavingTheQuantityGroupsIt) {
+  all->program.Start();
+  all->Panel().Show();
+  TextBox& quantity = all->Panel().txtContractVol;
+  for (const auto& [typed, left] : std::map<std::string, std::string>{
+           {"1500", "1,500"}, {"2.5", "3"}, {"abc", "abc"}, {"", ""}, {"1,000", "1,000"}}) {
+    quantity.UserType(typed);
+    EXPECT_EQ(quantity.Text(), typed);
+    quantity.UserLeave();
+    EXPECT_EQ(quantity.Text(), left);
+  }
+}
+
+TEST_F(WindowsTest, ClosingThePanelInARunBringsItBackHiddenWithAFreshAccount) {
+  InPauseOf(61, [this] {
+    all->session.LAccum = 2;
+    all->Panel().Image5.UserClick();
+    EXPECT_FALSE(all->Panel().Loaded());
+    EXPECT_FALSE(all->windows.frmBigScore.Loaded());
+  });
+  StartAt(60);
+  EXPECT_TRUE(all->Panel().Loaded());
+  EXPECT_FALSE(all->Panel().Visible());
+  EXPECT_EQ(all->session.LAccum, 0);
+}
+
+}  // namespace
+}  // namespace velumar

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "marketdata/bar.h"
+#include "marketdata/directory_editor.h"
+#include "marketdata/index_cache.h"
+#include "marketdata/metalib_reader.h"
+
+namespace velumar {
+
+// A folder of its own that goes away with the test.
+class ScratchFolder {
+ public:
+  ScratchFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "velumar-XXXXXX").string();
+    path_ = mkdtemp(name.data());
+  }
+  ~ScratchFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+  std::string Sub(const std::string& name) const { return (path_ / name).string(); }
+  const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+// Bar i of a made series: its close tells its index (100 + i / 4), rising and falling.
+inline Bar MadeBar(int i, int date, int time = 0) {
+  const float close = 100.0F + static_cast<float>(i % 7) - static_cast<float>(i % 5);
+  return {date, time, close - 0.5F, close + 1, close - 1, close, 1000.0F + static_cast<float>(i), 7};
+}
+
+// The calendar is of no matter to a store: months of 28 days.
+inline int MadeDate(int i) { return (2000 + i / 336) * 10000 + (i / 28 % 12 + 1) * 100 + i % 28 + 1; }
+
+inline std::vector<Bar> DailyBars(int count) {
+  std::vector<Bar> bars;
+  for (int i = 0; i < count; ++i) bars.push_back(MadeBar(i, MadeDate(i)));
+  return bars;
+}
+
+// Twenty bars a day from 10:00 on.
+inline std::vector<Bar> IntradayBars(int count, int minutes) {
+  std::vector<Bar> bars;
+  for (int i = 0; i < count; ++i) {
+    const int minute = 600 + i % 20 * minutes;
+    bars.push_back(MadeBar(i, MadeDate(i / 20), minute / 60 * 10000 + minute % 60 * 100));
+  }
+  return bars;
+}
+
+inline std::vector<Bar> ReadBars(const std::string& directory, const std::string& symbol,
+                                 int interval) {
+  IndexCache cache;
+  MetaLibReader reader(cache);
+  reader.OpenDirectory(directory);
+  reader.SelectSeries(symbol, interval == -1 ? 1 : 0, interval);
+  reader.ReadSeries();
+  std::vector<Bar> bars;
+  for (std::size_t i = 0; i < reader.GetDates().size(); ++i) {
+    bars.push_back({reader.GetDates()[i], reader.GetTimes()[i], reader.GetOpens()[i],
+                    reader.GetHighs()[i], reader.GetLows()[i], reader.GetCloses()[i],
+                    reader.GetVolumes()[i], reader.GetOpenInterests()[i]});
+  }
+  return bars;
+}
+
+}  // namespace velumar

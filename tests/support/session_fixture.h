@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+
+#include "forms/desktop.h"
+#include "marketdata/index_cache.h"
+#include "platform/virtual_platform.h"
+#include "session/bar_loading.h"
+#include "session/bar_stepping.h"
+#include "session/sim_session.h"
+#include "session/working_store.h"
+#include "support/scratch.h"
+
+namespace velumar {
+
+// The replay's parts over one data directory with the daily series ABC, with plain windows.
+class SessionFixture : public testing::Test {
+ protected:
+  void Store(const std::string& symbol, const std::vector<Bar>& bars, int interval = -1) {
+    StoreSecurity(data, {symbol, symbol + " name", interval}, bars, cache);
+  }
+
+  // The store as a run finds it before its series is written: index files and no data.
+  void CopyIndexes() {
+    std::filesystem::create_directories(store);
+    for (const char* name : {"MASTER", "EMASTER", "XMASTER"}) {
+      const std::filesystem::path from = std::filesystem::path(data) / name;
+      if (!std::filesystem::exists(from)) continue;
+      std::filesystem::copy_file(from, std::filesystem::path(store) / name,
+                                 std::filesystem::copy_options::overwrite_existing);
+    }
+  }
+
+  void Choose(const std::string& symbol, const std::string& interval, int date = 20000101) {
+    session.Symbol = symbol;
+    session.DataDir = data;
+    session.SimDir = store;
+    desktop.form1().cbxPeriod.SetText(interval);
+    desktop.form1().DTPicker1.SetValue(date);
+  }
+
+  std::vector<Bar> StoreBars(int interval = -1) { return ReadBars(store, session.Symbol, interval); }
+
+  ScratchFolder scratch;
+  std::string data = scratch.Sub("data");
+  std::string store = scratch.Sub("data") + "/Simulate";
+  IndexCache cache;
+  SimSession session;
+  Desktop desktop;
+  VirtualPlatform outside;
+  Platform platform = outside.References();
+  BarLoader loader{session, desktop, cache};
+  WorkingStore working_store{session, desktop, platform, cache};
+  BarStepper stepper{session, desktop, cache};
+};
+
+}  // namespace velumar
