@@ -15,7 +15,7 @@ TEST_F(ChartRoadTest, TheChartIsOpenedByTheseKeysInThisOrder) {
   });
   StartAt(198);
   const std::string folder = EscapedKeys(data);
-  EXPECT_EQ(keys, (std::vector<std::string>{"%Fe", "%FO", folder + "\\\\Simulate\\", "{SPACE}",
+  EXPECT_EQ(keys, (std::vector<std::string>{"%Fe", "%FO", folder + "\\Simulate\\", "{SPACE}",
                                             "{SPACE}", "{SPACE}", "{ENTER}", "ABC", "{SPACE}",
                                             "{SPACE}", "{SPACE}", "{END}", "{TAB}", "S",
                                             "{ENTER}"}));

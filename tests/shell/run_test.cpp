@@ -1,3 +1,4 @@
+#include "base/paths.h"
 #include "support/run_fixture.h"
 
 namespace velumar {
@@ -144,7 +145,7 @@ TEST_F(RunTest, AnEmptySymbolIsAskedFor) {
 TEST_F(RunTest, AStoreThatFailsInAStepIsTold) {
   InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
   StartAt(60);
-  std::filesystem::remove_all(all->session.SimDir);
+  ASSERT_GT(std::filesystem::remove_all(NativePath(all->session.SimDir)), 0U);
   const int before = all->session.BarIndex;
   for (PictureButton* button : {&all->Navigator().Image1, &all->Navigator().Image2,
                                 &all->Navigator().Image6, &all->Navigator().Image7}) {
