@@ -18,6 +18,8 @@ constexpr const char* kCommands =
     "  feed [N]              N passes of the feed, each with its refresh and its pause\n"
     "  stop                  the click on \"Pause\" alone; the feed ends at its next look\n"
     "  pause                 the click, and the feed to its end\n"
+    "  long Q, short Q, offset-long Q, offset-short Q\n"
+    "                        an order of the quantity Q, as typed into the panel\n"
     "  play                  a run that goes on from the current bar\n"
     "  return, start         back to the setup window; \"Start\" there\n"
     "  set NAME TEXT         a text typed into a control, such as Form2.txtRefresh";
@@ -49,6 +51,8 @@ void AddReplayCommand(CLI::App& app, CliContext& context) {
                       "the working store: a new or empty folder, or one of an earlier replay");
   command->add_option("--set", arguments->texts,
                       "NAME=TEXT: what a control starts with, such as Form1.txtcomm=500");
+  command->add_option("--ledger", arguments->ledger,
+                      "the ledger's file, made when it is missing (by default nothing is kept)");
   command->add_option("--date-pattern", arguments->date_pattern,
                       "how dates are shown, such as dd/MM/yyyy (by default as the user's locale "
                       "has it)");

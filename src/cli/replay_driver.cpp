@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/number_text.h"
+#include "cli/ledger_texts.h"
 #include "cli/replay_state.h"
 
 namespace velumar {
@@ -26,6 +27,16 @@ std::pair<std::string_view, std::string_view> Split(std::string_view line) {
 
 int LastKey(std::string_view text) {
   return text.empty() ? 0 : static_cast<unsigned char>(text.back());
+}
+
+std::string OrderResultText(OrderResult result) {
+  switch (result) {
+    case OrderResult::kDone: return "done";
+    case OrderResult::kRefused: return "refused";
+    case OrderResult::kNothingHeld: return "nothing held";
+    case OrderResult::kTooMuch: return "too much";
+    default: return "invalid";
+  }
 }
 
 std::int32_t DateOf(std::string_view text) {
@@ -116,6 +127,14 @@ bool ReplayDriver::Execute() {
       Begin(windows.form2.Image3);
     } else if (name == "start") {
       Begin(windows.form1.Image3);
+    } else if (name == "long") {
+      Order(windows.form3.imgLong, rest);
+    } else if (name == "short") {
+      Order(windows.form3.ImgShort, rest);
+    } else if (name == "offset-long") {
+      Order(windows.form3.imgOffsetLong, rest);
+    } else if (name == "offset-short") {
+      Order(windows.form3.ImgOffsetShort, rest);
     } else if (name == "set") {
       Set(rest);
     } else if (name == "feed") {
@@ -172,6 +191,13 @@ void ReplayDriver::Set(std::string_view assignment) {
   TypeInto(world_.FindControl(std::string(name)), text);
 }
 
+void ReplayDriver::Order(Control& button, std::string_view quantity) {
+  world_.Windows().form3.txtContractVol.SetText(quantity);
+  rows_before_ = LedgerRowCount(world_.ledger);
+  ordered_ = button.Reachable();
+  Click(button);
+}
+
 void ReplayDriver::AnswerIfDue() {
   if (std::exchange(answer_due_, false)) Answer();
 }
@@ -182,11 +208,22 @@ void ReplayDriver::Answer() {
   answer.update(StateOf(world_));
   answer["keys"] = std::exchange(world_.outside.chart.sent, {});
   answer["messages"] = std::exchange(world_.outside.boxes.shown, {});
+  AddOrder(answer);
   const std::chrono::milliseconds now = world_.outside.events.Now();
   answer["waited"] = (now - std::exchange(answered_at_, now)).count();
   if (!error_.empty()) answer["error"] = std::exchange(error_, {});
   out_ << answer.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
        << std::endl;
+}
+
+void ReplayDriver::AddOrder(nlohmann::ordered_json& answer) {
+  const long rows = LedgerRowCount(world_.ledger);
+  const bool ordered = std::exchange(ordered_, false);
+  answer["row"] = nullptr;
+  if (ordered && rows > rows_before_) answer["row"] = NewestLedgerRow(world_.ledger);
+  answer["rows"] = rows;
+  answer["result"] = nullptr;
+  if (ordered) answer["result"] = OrderResultText(world_.program.LastOrder());
 }
 
 void ReplayDriver::AnswerError(const std::string& error) {

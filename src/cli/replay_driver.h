@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <iosfwd>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,8 +30,10 @@ class ReplayDriver {
   void Begin(Control& button);
   void Click(Control& button);
   void Set(std::string_view assignment);
+  void Order(Control& button, std::string_view quantity);
   void AnswerIfDue();
   void Answer();
+  void AddOrder(nlohmann::ordered_json& answer);
   void AnswerError(const std::string& error);
 
   ReplayWorld& world_;
@@ -38,6 +41,8 @@ class ReplayDriver {
   std::ostream& out_;
   std::string command_ = "begin";
   bool answer_due_ = false;
+  bool ordered_ = false;
+  long rows_before_ = 0;
   std::string error_;  // what was wrong with the command in hand, beside its state
   int passes_ = 0;     // of the feed loop, before the next command
   bool draining_ = false;

@@ -20,6 +20,7 @@ void AddReplayFields(Json& state, const SimSession& s) {
   state["HostTitle"] = s.HostTitle;
   state["BarIndex"] = s.BarIndex;
   state["LastBarIndex"] = s.LastBarIndex;
+  state["NewestShownBar"] = s.NewestShownBar;
   state["StartDate"] = s.StartDate;
   state["StartTime"] = s.StartTime;
   state["CurrentDate"] = s.CurrentDate;

@@ -6,6 +6,7 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "cli/ledger_texts.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_reader.h"
 #include "platform/system_locale.h"
@@ -57,6 +58,7 @@ void ClaimStore(const std::string& folder) {
 
 ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
     : platform(outside.References()),
+      ledger([this](std::string_view date) { return ShownDate(date, outside.locale.pattern); }),
       program(session, desktop, platform, cache, ledger),
       index_cache(cache) {
   RequireData(arguments.directory, cache);
@@ -66,7 +68,9 @@ ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
                                                          : arguments.date_pattern;
   outside.settings.Save("LastPath", arguments.directory);
   for (const std::string& assignment : arguments.texts) ApplyText(*this, assignment);
+  if (!arguments.ledger.empty()) platform.ledger_file = arguments.ledger;
   program.Start();
+  if (!ledger.CanWrite()) throw std::runtime_error(ledger.WhyNot());
   ChooseSeries(arguments);
   desktop.form1().DTPicker1.UserPick(arguments.start);
 }

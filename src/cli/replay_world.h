@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "forms/desktop.h"
-#include "ledger/memory_ledger.h"
+#include "ledger/ledger.h"
 #include "platform/virtual_platform.h"
 #include "session/sim_session.h"
 #include "shell/program.h"
@@ -22,6 +22,7 @@ struct ReplayArguments {
   std::string store;       // empty: below the directory
   std::vector<std::string> texts;  // NAME=TEXT
   std::string date_pattern;        // empty: the user's
+  std::string ledger;              // empty: kept nowhere
 };
 
 // The whole program on a virtual clock, with the series chosen and the start date picked: one click
@@ -39,7 +40,7 @@ class ReplayWorld {
   Platform platform;
   SimSession session;
   Desktop desktop;
-  MemoryLedger ledger;
+  LedgerConnection ledger;
   Program program;
   IndexCache& index_cache;
 

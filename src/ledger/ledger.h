@@ -1,14 +1,114 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
+
+#include "ledger/sqlite_database.h"
 
 namespace velumar {
 
-// The record of the orders that were filled since the feed last started.
-class Ledger {
- public:
-  virtual ~Ledger() = default;
-  virtual void LedgerDeleteAll(std::string_view table) = 0;
+// The ledger's 22 columns, in the order of the inserts.
+const std::vector<std::string>& PortfolioColumns();
+
+inline constexpr std::string_view kPortfolioTable = "MyPortfolio";
+inline constexpr std::string_view kProfileTable = "Portfolio_Profile";
+
+// What a run began with, kept beside its rows.
+struct LedgerRun {
+  std::string directory;
+  std::string symbol;
+  std::string interval;
+  std::string start_date;  // of the start bar, yyyymmdd
+  std::string start_time;
+  std::string market;      // "stock" or "futures"
+  double starting_money = 0;
+  double margin = 0;
+  double money_per_point = 0;
 };
+
+// What an order's row doesn't tell, kept beside it.
+struct LedgerDetail {
+  double quantity = 0;
+  double vat = 0;
+  int bar_index = 0;
+  int newest_shown = 0;  // newest bar that the trader had seen by then
+};
+
+// How dates are handed out: ISO text in, display text out.
+using LedgerDateText = std::function<std::string(std::string_view iso_date)>;
+
+// The one connection. It may be closed: then everything that writes throws LedgerError with the
+// reason, and queries do where there is no file to read.
+class LedgerConnection {
+ public:
+  explicit LedgerConnection(LedgerDateText date_text) : date_text_(std::move(date_text)) {}
+
+  bool CanRead() const { return database_ != nullptr; }
+  bool CanWrite() const { return CanRead() && why_not_.empty(); }
+  // Why orders can't be kept; empty when they can.
+  const std::string& WhyNot() const { return why_not_; }
+  const std::string& File() const { return file_; }
+
+  SqliteDatabase& ForReading();
+  SqliteDatabase& ForWriting();
+  std::string DateText(std::string_view iso_date) const { return date_text_(iso_date); }
+
+ private:
+  friend void LedgerOpen(LedgerConnection& connection, const std::string& data_source);
+  friend void LedgerClose(LedgerConnection& connection);
+  friend void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_source);
+
+  LedgerDateText date_text_;
+  std::string file_;
+  std::string why_not_;
+  std::unique_ptr<SqliteDatabase> owner_;  // held while this process keeps the ledger
+  std::unique_ptr<SqliteDatabase> database_;
+};
+
+// The rows of one select, fetched whole.
+struct LedgerRecordset {
+  std::vector<std::string> columns;
+  std::vector<std::vector<LedgerValue>> rows;
+
+  bool Empty() const { return rows.empty(); }
+};
+
+// Opens the file, made with its tables when it is missing; ":memory:" keeps nothing on disk. Never
+// throws: a file that is no database, is damaged, read-only or in use by another program stays as
+// it is, and WhyNot says so.
+void LedgerOpen(LedgerConnection& connection, const std::string& data_source);
+
+// The same without keeping it, for who only reads; the file must exist. Throws LedgerError.
+void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_source);
+
+// Lets go of the file; another program may keep it from here on.
+void LedgerClose(LedgerConnection& connection);
+
+// Runs a select. Values of the column ActDate come as the user's date text; joined dates and times
+// through format(…, 'dd-mmm-yy HH:MM') with English month names. Rows of equal date and time come
+// in the order of their insertion, or against it where the select descends.
+LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text);
+
+// Appends one row; values stand for the columns in their order. Safe on the disk when it returns.
+void LedgerInsert(LedgerConnection& connection, std::string_view table,
+                  const std::vector<std::string>& columns, const std::vector<LedgerValue>& values);
+// The same for an order's row, with its detail, both or neither.
+void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerValue>& values,
+                       const LedgerDetail& detail);
+
+// Empties a table. The rows of MyPortfolio go to the archive of their run first.
+void LedgerDeleteAll(LedgerConnection& connection, std::string_view table);
+
+// Begins a run: the rows from here on belong to it.
+void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run);
+// Puts what is known by now in place of what it began with.
+void LedgerDescribeRun(LedgerConnection& connection, const LedgerRun& run);
+// Notes a holding that was wiped out by too large an offset and so left no row.
+void LedgerNoteWiped(LedgerConnection& connection, std::string_view position, double held,
+                     double average, const LedgerDetail& detail);
 
 }  // namespace velumar

@@ -27,6 +27,8 @@ struct Platform {
   std::string default_data_dir;
   // Where the working store goes; empty: into the folder "Simulate" of the data directory.
   std::string store_dir;
+  // The ledger's database; ":memory:" keeps nothing on disk.
+  std::string ledger_file;
 };
 
 }  // namespace velumar

@@ -101,7 +101,7 @@ long MemoryRegistry::DeleteKey(RegistryRoot root, std::string_view sub_key) {
 
 Platform VirtualPlatform::References() {
   return {events,   chart,  chart,  boxes, folders,  settings, registry,
-          screen,   locale, clock,  programs, "", std::string(kBuiltInDirectory), ""};
+          screen,   locale, clock,  programs, "", std::string(kBuiltInDirectory), "", ":memory:"};
 }
 
 }  // namespace velumar

@@ -136,7 +136,9 @@ void BarStepper::DeleteRange(MetaLibWriter& writer, int first, int last) const {
 bool BarStepper::Daily() const { return desktop_.form1().cbxPeriod.Text() == kDailyInterval; }
 
 void BarStepper::ShowPrice(int bar) {
-  if (bar >= 0) session_.MarketPrice = session_.BarClose.at(static_cast<std::size_t>(bar));
+  if (bar < 0) return;
+  session_.MarketPrice = session_.BarClose.at(static_cast<std::size_t>(bar));
+  session_.NewestShownBar = std::max(session_.NewestShownBar, static_cast<std::int16_t>(bar));
 }
 
 void BarStepper::ShowMoment(int bar) {

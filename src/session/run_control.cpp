@@ -27,12 +27,12 @@ std::string UsableDelay(std::string_view seconds) {
 }
 
 RunControl::RunControl(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
-                       Ledger& ledger, ChartSide& chart)
+                       LedgerConnection& ledger, ChartSide& chart)
     : session_(session),
       desktop_(desktop),
       platform_(platform),
-      ledger_(ledger),
       chart_(chart),
+      ledger_(session, desktop, platform.boxes, ledger),
       loader_(session, desktop, cache),
       store_(session, desktop, platform, cache),
       stepper_(session, desktop, cache) {}
@@ -41,7 +41,7 @@ void RunControl::BeginRun(const Form& window) {
   const bool from_setup = &window == &desktop_.form1();
   const RunNumber run = ++newest_run_;
   feeding_ = false;
-  ledger_.LedgerDeleteAll("MyPortfolio");
+  ledger_.Begin();
   session_.StopRequested = 0;
   if (desktop_.form1().Combo1.Text().empty()) {
     platform_.boxes.Show("Plase specificy Symbol to simulate!", BoxIcon::kInformation);
@@ -99,6 +99,8 @@ void RunControl::LoadSeries() {
   session_.BarIndex = loader_.LoadBars(session_.Symbol, session_.SimDir);
   if (session_.BarIndex == -1) session_.BarIndex = 0;
   session_.LastBarIndex = loader_.LoadBars(session_.Symbol, session_.DataDir);
+  session_.NewestShownBar = session_.BarIndex;
+  ledger_.NoteSeries();
   if (!session_.HasBar(session_.BarIndex)) return;
   const auto bar = static_cast<std::size_t>(session_.BarIndex);
   session_.StartDate = std::to_string(session_.BarDate[bar]);

@@ -6,11 +6,11 @@
 #include <string_view>
 
 #include "forms/desktop.h"
-#include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "session/bar_loading.h"
 #include "session/bar_stepping.h"
 #include "session/chart_side.h"
+#include "session/ledger_runs.h"
 #include "session/sim_session.h"
 #include "session/working_store.h"
 
@@ -20,7 +20,7 @@ namespace velumar {
 class RunControl {
  public:
   RunControl(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
-             Ledger& ledger, ChartSide& chart);
+             LedgerConnection& ledger, ChartSide& chart);
 
   // The setup window as argument begins a run at the picked date, the navigator one that goes on
   // from BarIndex. Returns when the feed has ended, was stopped, or gave way to a later BeginRun
@@ -56,8 +56,8 @@ class RunControl {
   SimSession& session_;
   Desktop& desktop_;
   Platform& platform_;
-  Ledger& ledger_;
   ChartSide& chart_;
+  LedgerRuns ledger_;
   BarLoader loader_;
   WorkingStore store_;
   BarStepper stepper_;

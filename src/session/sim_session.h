@@ -6,44 +6,10 @@
 
 namespace velumar {
 
-// The one record of the program: directories and symbol, the whole series in memory, the replay
-// cursor and the trader's book. main builds it and hands it on by reference. The widths are limits
-// of the system.
-struct SimSession {
-  // Paths, symbol, host.
-  std::string DataDir;  // the directory that holds the full series
-  std::string SimDir;   // the working store: what the chart program reads
-  std::string Symbol;   // trimmed and upper-cased
-  std::string SymbolInterval;
-  std::vector<std::string> PeriodBySymbol;  // "D" or minutes, in the reader's order, one spare
-  std::string HostTitle;
-
-  // Bars: eight parallel arrays from index 0, oldest first.
-  std::vector<std::int32_t> BarDate;  // yyyymmdd
-  std::vector<std::int32_t> BarTime;  // hhmmss
-  std::vector<float> BarOpen;
-  std::vector<float> BarHigh;
-  std::vector<float> BarLow;
-  std::vector<float> BarClose;
-  std::vector<float> BarVolume;
-  std::vector<float> BarOpenInt;
-
-  // Replay cursor and run.
-  std::int16_t BarIndex = 0;      // newest bar of the store; -1: none
-  std::int16_t LastBarIndex = 0;  // last index of the full series
-  std::string StartDate;
-  std::string StartTime;
-  std::string CurrentDate;
-  std::string CurrentTime;
-  std::int16_t StopRequested = 0;  // 0 or -1
-  std::int16_t RefreshDelay = 0;   // ms
-
-  // Kept window positions, twips as number text; a top of "0": none known.
-  std::string SetupTop;
-  std::string SetupLeft;
-  std::string NavTop;
-  std::string NavLeft;
-
+// The trader's money and positions. Two units run through it and never mix: points are a price
+// difference times a quantity, money is points times ProfitPerContract. Every assignment is worked
+// in double precision and rounded once to the 32-bit field.
+struct Book {
   // Account, money.
   float MarketPrice = 0;  // close of the bar under BarIndex
   float InitMargin = 0;
@@ -70,6 +36,46 @@ struct SimSession {
   float SRealised = 0;
   float LRealisedMoney = 0;
   float SRealisedMoney = 0;
+};
+
+// The one record of the program: directories and symbol, the whole series in memory, the replay
+// cursor and the trader's book. main builds it and hands it on by reference. The widths are limits
+// of the system.
+struct SimSession : Book {
+  // Paths, symbol, host.
+  std::string DataDir;  // the directory that holds the full series
+  std::string SimDir;   // the working store: what the chart program reads
+  std::string Symbol;   // trimmed and upper-cased
+  std::string SymbolInterval;
+  std::vector<std::string> PeriodBySymbol;  // "D" or minutes, in the reader's order, one spare
+  std::string HostTitle;
+
+  // Bars: eight parallel arrays from index 0, oldest first.
+  std::vector<std::int32_t> BarDate;  // yyyymmdd
+  std::vector<std::int32_t> BarTime;  // hhmmss
+  std::vector<float> BarOpen;
+  std::vector<float> BarHigh;
+  std::vector<float> BarLow;
+  std::vector<float> BarClose;
+  std::vector<float> BarVolume;
+  std::vector<float> BarOpenInt;
+
+  // Replay cursor and run.
+  std::int16_t BarIndex = 0;      // newest bar of the store; -1: none
+  std::int16_t LastBarIndex = 0;  // last index of the full series
+  std::int16_t NewestShownBar = 0;  // the newest bar that this run's chart has shown so far
+  std::string StartDate;
+  std::string StartTime;
+  std::string CurrentDate;
+  std::string CurrentTime;
+  std::int16_t StopRequested = 0;  // 0 or -1
+  std::int16_t RefreshDelay = 0;   // ms
+
+  // Kept window positions, twips as number text; a top of "0": none known.
+  std::string SetupTop;
+  std::string SetupLeft;
+  std::string NavTop;
+  std::string NavLeft;
 
   // Last index of the bar arrays, -1 without bars.
   int LastArrayIndex() const { return static_cast<int>(BarDate.size()) - 1; }

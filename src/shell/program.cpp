@@ -14,15 +14,16 @@ namespace velumar {
 
 struct Program::Parts {
   Parts(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
-        Ledger& ledger)
+        LedgerConnection& ledger)
       : registry(platform.registry, platform.boxes),
         status(session, desktop, platform.locale),
         chart(session, desktop, platform, registry, status),
         catalogue(session, desktop, platform, cache),
         run(session, desktop, platform, cache, ledger, chart),
-        setup(session, desktop, platform, catalogue, run, registry),
+        setup(session, desktop, platform, catalogue, run, registry, ledger),
         navigator(session, desktop, platform, run),
-        panel(session, desktop, platform, status),
+        orders(session, desktop, platform, ledger, status),
+        panel(session, desktop, platform, status, orders),
         big(session, desktop, platform) {}
 
   RegInfo registry;
@@ -32,12 +33,13 @@ struct Program::Parts {
   RunControl run;
   SetupWindow setup;
   NavigatorWindow navigator;
+  OrderDesk orders;
   TradePanel panel;
   BigDisplays big;
 };
 
 Program::Program(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
-                 Ledger& ledger)
+                 LedgerConnection& ledger)
     : desktop_(desktop),
       parts_(std::make_unique<Parts>(session, desktop, platform, cache, ledger)) {
   // The directory box starts from what the platform calls its samples.
@@ -49,5 +51,7 @@ Program::~Program() = default;
 void Program::Start() { desktop_.form1().Show(); }
 
 bool Program::Feeding() const { return parts_->run.Feeding(); }
+
+OrderResult Program::LastOrder() const { return parts_->orders.LastResult(); }
 
 }  // namespace velumar

@@ -7,6 +7,7 @@
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"
+#include "trading/orders.h"
 
 namespace velumar {
 
@@ -15,13 +16,15 @@ namespace velumar {
 class Program {
  public:
   Program(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
-          Ledger& ledger);
+          LedgerConnection& ledger);
   ~Program();
 
   // Loads the setup window, which brings the whole process up, and shows it.
   void Start();
   // True while a feed loop is on that will feed another bar or look at the stop flag.
   bool Feeding() const;
+  // How the last click on an order ended.
+  OrderResult LastOrder() const;
 
  private:
   struct Parts;

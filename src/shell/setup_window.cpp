@@ -41,13 +41,15 @@ constexpr std::array<MarketPreset, 3> kPresets{{{"SET", "100", "1,000", "1", "0.
 }  // namespace
 
 SetupWindow::SetupWindow(SimSession& session, Desktop& desktop, Platform& platform,
-                         SymbolCatalogue& catalogue, RunControl& run, RegInfo& registry)
+                         SymbolCatalogue& catalogue, RunControl& run, RegInfo& registry,
+                         LedgerConnection& ledger)
     : session_(session),
       desktop_(desktop),
       platform_(platform),
       catalogue_(catalogue),
       run_(run),
-      registry_(registry) {
+      registry_(registry),
+      ledger_(ledger) {
   BindEvents();
 }
 
@@ -93,6 +95,7 @@ void SetupWindow::Load() {
   IgnoringErrors([this] {
     SlideIn(Window(), session_.SetupTop, session_.SetupLeft, platform_.events, platform_.screen);
   });
+  OpenLedger();
 }
 
 void SetupWindow::ShapeAndName() {
@@ -171,6 +174,15 @@ void SetupWindow::MakeStore() {
   if (!std::filesystem::exists(store)) std::filesystem::create_directory(store);
 }
 
+// The replay runs without a ledger; its orders then say what this box has said.
+void SetupWindow::OpenLedger() {
+  LedgerOpen(ledger_, platform_.ledger_file);
+  Window().imgGraph.SetToolTip("Ledger: " + platform_.ledger_file);
+  if (!ledger_.CanWrite()) {
+    platform_.boxes.Show("Orders can't be placed. " + ledger_.WhyNot(), BoxIcon::kExclamation);
+  }
+}
+
 void SetupWindow::GroupAccountTexts() {
   Form1& form = Window();
   for (TextBox* box : {&form.txtInitPorfolio, &form.txtContractValue, &form.txtProfitperContract}) {
@@ -244,6 +256,7 @@ void SetupWindow::Unload() {
   const std::string directory = Trimmed(Window().Text3.Text());
   registry_.SaveHostDataPath(directory);
   registry_.SaveHostChartsPath(directory);
+  LedgerClose(ledger_);
 }
 
 void SetupWindow::Close() {

@@ -4,6 +4,7 @@
 
 #include "forms/desktop.h"
 #include "host/reg_info.h"
+#include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "session/run_control.h"
 #include "session/sim_session.h"
@@ -16,7 +17,8 @@ namespace velumar {
 class SetupWindow {
  public:
   SetupWindow(SimSession& session, Desktop& desktop, Platform& platform,
-              SymbolCatalogue& catalogue, RunControl& run, RegInfo& registry);
+              SymbolCatalogue& catalogue, RunControl& run, RegInfo& registry,
+              LedgerConnection& ledger);
 
  private:
   void BindEvents();
@@ -28,6 +30,7 @@ class SetupWindow {
   void FillDelay();
   void OpenDataDirectory();
   void MakeStore();
+  void OpenLedger();
   void GroupAccountTexts();
 
   void DirectoryChanged();
@@ -49,6 +52,7 @@ class SetupWindow {
   SymbolCatalogue& catalogue_;
   RunControl& run_;
   RegInfo& registry_;
+  LedgerConnection& ledger_;
 };
 
 }  // namespace velumar

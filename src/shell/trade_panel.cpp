@@ -16,8 +16,12 @@ constexpr float kUnderNavigator = 100;  // twips
 }  // namespace
 
 TradePanel::TradePanel(SimSession& session, Desktop& desktop, Platform& platform,
-                       StatusDisplay& status)
-    : session_(session), desktop_(desktop), platform_(platform), status_(status) {
+                       StatusDisplay& status, OrderDesk& orders)
+    : session_(session),
+      desktop_(desktop),
+      platform_(platform),
+      status_(status),
+      orders_(orders) {
   BindEvents();
 }
 
@@ -32,6 +36,10 @@ void TradePanel::BindEvents() {
   form.Combo2.on_double_click = guarded([this] { DelayConfirmed(); });
   form.Combo2.on_key_up = guarded([this](int) { DelayConfirmed(); });
   form.chkShowBigform.on_click = guarded([this] { BigNumbersToggled(); });
+  form.imgLong.on_click = guarded([this] { orders_.Long(); });
+  form.ImgShort.on_click = guarded([this] { orders_.Short(); });
+  form.imgOffsetLong.on_click = guarded([this] { orders_.OffsetLong(); });
+  form.ImgOffsetShort.on_click = guarded([this] { orders_.OffsetShort(); });
   form.txtContractVol.on_leave = guarded([this] { QuantityLeft(); });
 }
 

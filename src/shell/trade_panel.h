@@ -3,6 +3,7 @@
 #include "forms/desktop.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"
+#include "trading/orders.h"
 #include "trading/status_display.h"
 
 namespace velumar {
@@ -10,7 +11,8 @@ namespace velumar {
 // The logic of the trade panel. Its load starts the account.
 class TradePanel {
  public:
-  TradePanel(SimSession& session, Desktop& desktop, Platform& platform, StatusDisplay& status);
+  TradePanel(SimSession& session, Desktop& desktop, Platform& platform, StatusDisplay& status,
+             OrderDesk& orders);
 
  private:
   void BindEvents();
@@ -28,6 +30,7 @@ class TradePanel {
   Desktop& desktop_;
   Platform& platform_;
   StatusDisplay& status_;
+  OrderDesk& orders_;
 };
 
 }  // namespace velumar

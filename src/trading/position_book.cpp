@@ -1,28 +1,70 @@
 #include "trading/position_book.h"
 
-#include <string>
+#include <cmath>
+#include <optional>
+
+#include "base/number_text.h"
 
 namespace velumar {
 
-bool IsStockMarket(const SimSession& session) {
-  return session.DataDir.find("SET") != std::string::npos;
+const Side kLongSide{&Book::LAccum,      &Book::LAmount,   &Book::LAvgPrice,
+                     &Book::LUnrealisedMoney, &Book::LUnrealised, &Book::LRealised,
+                     &Book::LRealisedMoney,   true};
+const Side kShortSide{&Book::SAccum,      &Book::SAmount,   &Book::SAvgPrice,
+                      &Book::SUnrealisedMoney, &Book::SUnrealised, &Book::SRealised,
+                      &Book::SRealisedMoney,   false};
+
+namespace {
+
+// The rounding reaches the stored value: the next order works on what the trader saw.
+void RoundThrough(float& field, std::string_view pattern) {
+  const std::optional<float> rounded = ToSingle(PatternText(field, pattern));
+  if (!rounded) throw BookOverflow("a figure is beyond what the book can hold");
+  field = *rounded;
+}
+
+float UnrealisedMoney(const Book& book, const Side& side) {
+  if (!(book.*side.Accum > 0)) return 0;
+  return static_cast<float>(side.Points(book, book.MarketPrice) * double{book.*side.Accum} *
+                            double{book.ProfitPerContract});
+}
+
+}  // namespace
+
+float Stored(double value) {
+  const auto stored = static_cast<float>(value);
+  if (!std::isfinite(stored)) throw BookOverflow("a figure is beyond what the book can hold");
+  return stored;
+}
+
+double Side::Points(const Book& book, double price) const {
+  const double average = book.*AvgPrice;
+  return gains_on_rise ? price - average : average - price;
 }
 
 void RevaluePositions(SimSession& session) {
-  const double price = session.MarketPrice;
-  const double money_per_point = session.ProfitPerContract;
-  const double long_average = session.LAvgPrice;
-  const double short_average = session.SAvgPrice;
-  session.LUnrealisedMoney =
-      session.LAccum > 0
-          ? static_cast<float>((price - long_average) * double{session.LAccum} * money_per_point)
-          : 0.0F;
-  session.SUnrealisedMoney =
-      session.SAccum > 0
-          ? static_cast<float>((short_average - price) * double{session.SAccum} * money_per_point)
-          : 0.0F;
-  session.Portfolio = static_cast<float>(double{session.Balance} + double{session.LUnrealisedMoney} +
-                                         double{session.SUnrealisedMoney});
+  session.LUnrealisedMoney = UnrealisedMoney(session, kLongSide);
+  session.SUnrealisedMoney = UnrealisedMoney(session, kShortSide);
+  session.Portfolio =
+      static_cast<float>(double{session.Balance} + double{session.LUnrealisedMoney} +
+                         double{session.SUnrealisedMoney});
+}
+
+void ApplyOrderToBook(SimSession& session) {
+  const double close = session.BarClose.at(static_cast<std::size_t>(session.BarIndex));
+  Book& book = session;
+  for (const Side& side : {kLongSide, kShortSide}) {
+    book.*side.Accum = Stored(double{book.*side.Amount} + double{book.*side.Accum});
+    book.*side.Unrealised = Stored(side.Points(book, close) * double{book.*side.Accum});
+  }
+  for (float* field : {&book.LAvgPrice, &book.SAvgPrice, &book.LUnrealised, &book.LRealised,
+                       &book.SUnrealised, &book.SRealised, &book.BalancePoint}) {
+    RoundThrough(*field, kTwoDecimalsPattern);
+  }
+  RoundThrough(book.Balance, kWholePattern);
+  RoundThrough(book.Portfolio, kWholePattern);
+  book.LRealisedMoney = 0;
+  book.SRealisedMoney = 0;
 }
 
 }  // namespace velumar

@@ -39,6 +39,7 @@ void StatusDisplay::ShowAccount() {
   panel.Label6.SetText(stock ? StockPositions(session_) : FuturesPositions(session_));
   panel.lblinfo.SetText((stock ? "Vol. Buy [" : "Initial Margin [") + Whole(session_.UsedMargin) +
                         "]   Porfolio [" + Whole(session_.Portfolio) + "]");
+  panel.lblinfo.SetForeColour(kBlue);  // a refusal was red
 }
 
 void StatusDisplay::ShowScore() {

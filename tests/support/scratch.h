@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -8,29 +7,9 @@
 #include "marketdata/directory_editor.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_reader.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
-
-// A folder of its own that goes away with the test.
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "velumar-XXXXXX").string();
-    path_ = mkdtemp(name.data());
-  }
-  ~ScratchFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-  std::string Sub(const std::string& name) const { return (path_ / name).string(); }
-  const std::filesystem::path& Path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
 
 // Bar i of a made series: its close tells its index (100 + i / 4), rising and falling.
 inline Bar MadeBar(int i, int date, int time = 0) {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "forms/desktop.h"
-#include "ledger/memory_ledger.h"
+#include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "platform/virtual_platform.h"
 #include "session/sim_session.h"
@@ -14,7 +14,9 @@ namespace velumar {
 
 // The whole program without a window, a chart program or a clock of the real world.
 struct WholeProgram {
-  explicit WholeProgram(const std::string& data_dir) { outside.settings.Save("LastPath", data_dir); }
+  explicit WholeProgram(const std::string& data_dir) {
+    outside.settings.Save("LastPath", data_dir);
+  }
 
   Form1& Setup() { return windows.form1; }
   Form2& Navigator() { return windows.form2; }
@@ -32,7 +34,7 @@ struct WholeProgram {
   Desktop desktop;
   Desktop::Windows windows = desktop.Untouched();
   IndexCache cache;
-  MemoryLedger ledger;
+  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
   Program program{session, desktop, platform, cache, ledger};
 };
 

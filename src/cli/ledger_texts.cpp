@@ -1,0 +1,49 @@
+#include "cli/ledger_texts.h"
+
+#include "base/dates.h"
+#include "base/number_text.h"
+
+namespace velumar {
+
+std::string ShownDate(std::string_view iso_date, std::string_view pattern) {
+  const auto date = DateFromText(iso_date, "yyyy-MM-dd");
+  return date ? DateText(*date, pattern) : std::string(iso_date);
+}
+
+std::string LedgerText(const LedgerValue& value) {
+  if (const auto* number = std::get_if<double>(&value)) {
+    return PlainNumberText(static_cast<float>(*number));
+  }
+  const auto* text = std::get_if<std::string>(&value);
+  return text == nullptr ? std::string() : *text;
+}
+
+nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size_t row) {
+  nlohmann::ordered_json object;
+  for (std::size_t i = 0; i < records.columns.size(); ++i) {
+    object[records.columns[i]] = LedgerText(records.rows[row][i]);
+  }
+  return object;
+}
+
+std::string LedgerColumnList() {
+  std::string list;
+  for (const std::string& column : PortfolioColumns()) {
+    list += (list.empty() ? "[" : ", [") + column + "]";
+  }
+  return list;
+}
+
+long LedgerRowCount(LedgerConnection& ledger) {
+  const LedgerRecordset count = LedgerQuery(ledger, "select count(*) From MyPortfolio");
+  return static_cast<long>(std::get<double>(count.rows.at(0).at(0)));
+}
+
+nlohmann::ordered_json NewestLedgerRow(LedgerConnection& ledger) {
+  const LedgerRecordset newest =
+      LedgerQuery(ledger, "select " + LedgerColumnList() +
+                              " From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)");
+  return LedgerRowObject(newest, 0);
+}
+
+}  // namespace velumar

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+#include "ledger/ledger.h"
+
+namespace velumar {
+
+// A stored ISO date through a short date pattern; another text as it stands.
+std::string ShownDate(std::string_view iso_date, std::string_view pattern);
+
+// A value of a row as text: numbers as plain number text, null as an empty one.
+std::string LedgerText(const LedgerValue& value);
+
+// The ledger's columns by name, values as text.
+nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size_t row);
+
+long LedgerRowCount(LedgerConnection& ledger);
+nlohmann::ordered_json NewestLedgerRow(LedgerConnection& ledger);
+
+// "[Profile], [Symbol], …": the ledger's columns for a select.
+std::string LedgerColumnList();
+
+}  // namespace velumar

@@ -1,0 +1,234 @@
+#include "ledger/ledger.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "ledger/ledger_schema.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kInMemory = ":memory:";
+
+std::string Lower(std::string_view text) {
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return lower;
+}
+
+// The process that keeps a ledger holds a second small file beside it for as long as it lives; the
+// system frees it when the process dies. Nothing when another process holds it.
+std::unique_ptr<SqliteDatabase> TakeOwnership(const std::string& file) {
+  auto owner = std::make_unique<SqliteDatabase>(file + "-owner", SqliteDatabase::Mode::kCreate);
+  owner->Execute("PRAGMA busy_timeout=0");
+  owner->Execute("BEGIN EXCLUSIVE");
+  return owner;
+}
+
+void RequireSound(SqliteDatabase& database) {
+  SqliteStatement check = database.Prepare("PRAGMA quick_check(1)");
+  if (!check.Step() || check.Value(0) != LedgerValue("ok")) {
+    throw LedgerError(database.File() + ": the database is damaged");
+  }
+}
+
+// In our SQL, texts are joined by "||", and equal moments keep the order of insertion. No literal
+// of a ledger's select holds the sign.
+std::string Translated(std::string_view select_text) {
+  std::string sql;
+  for (const char c : select_text) sql += c == '&' ? std::string("||") : std::string(1, c);
+  const std::string lower = Lower(sql);
+  if (lower.find("order by") == std::string::npos) return sql;
+  const bool descending = lower.find(" desc", lower.find("order by")) != std::string::npos;
+  return sql + ", rowid" + (descending ? " desc" : "");
+}
+
+std::string Listed(const std::vector<std::string>& columns) {
+  std::string list;
+  for (const std::string& column : columns) list += (list.empty() ? "[" : ", [") + column + "]";
+  return list;
+}
+
+void InsertRow(SqliteDatabase& database, std::string_view table,
+               const std::vector<std::string>& columns, const std::vector<LedgerValue>& values) {
+  std::string places;
+  for (std::size_t i = 0; i < values.size(); ++i) places += i == 0 ? "?" : ", ?";
+  SqliteStatement insert = database.Prepare("INSERT INTO " + std::string(table) + " (" +
+                                            Listed(columns) + ") VALUES (" + places + ")");
+  for (std::size_t i = 0; i < values.size(); ++i) insert.Bind(static_cast<int>(i) + 1, values[i]);
+  insert.Step();
+}
+
+// The run that rows belong to now: 0 where none was noted.
+constexpr const char* kCurrentRun = "coalesce((SELECT max(Id) FROM Runs), 0)";
+
+std::vector<std::string> RunColumns() {
+  return {"Directory", "Symbol",        "SymbolInterval", "StartDate",    "StartTime",
+          "Market",    "StartingMoney", "Margin",         "MoneyPerPoint"};
+}
+
+std::vector<LedgerValue> RunValues(const LedgerRun& run) {
+  return {run.directory, run.symbol,         run.interval, run.start_date,     run.start_time,
+          run.market,    run.starting_money, run.margin,   run.money_per_point};
+}
+
+void ArchiveRows(SqliteDatabase& database) {
+  const std::string columns = Listed(PortfolioColumns());
+  database.Execute("INSERT INTO Archive (Run, Place, " + columns + ") SELECT " + kCurrentRun +
+                   ", rowid, " + columns + " FROM MyPortfolio ORDER BY rowid");
+}
+
+}  // namespace
+
+const std::vector<std::string>& PortfolioColumns() {
+  static const std::vector<std::string> kColumns{
+      "Profile",     "Symbol",      "SymbolInterval", "ActDate",    "ActTime",   "MarketPrice",
+      "Position",    "LAvgPrice",   "LAmount",        "Loffset",    "LAccum",    "LUnrealised",
+      "LRealised",   "SAvgPrice",   "SAmount",        "Soffset",    "SAccum",    "SUnrealised",
+      "SRealised",   "BalancePoint", "Commission",    "Portfolio"};
+  return kColumns;
+}
+
+SqliteDatabase& LedgerConnection::ForReading() {
+  if (!database_) throw LedgerError(why_not_.empty() ? "the ledger isn't open" : why_not_);
+  return *database_;
+}
+
+SqliteDatabase& LedgerConnection::ForWriting() {
+  if (!CanWrite()) throw LedgerError(why_not_.empty() ? "the ledger isn't open" : why_not_);
+  return *database_;
+}
+
+void LedgerOpen(LedgerConnection& connection, const std::string& data_source) {
+  connection.file_ = data_source;
+  connection.why_not_.clear();
+  connection.database_.reset();
+  connection.owner_.reset();
+  const bool on_disk = data_source != kInMemory;
+  if (on_disk) {
+    try {
+      connection.owner_ = TakeOwnership(data_source);
+    } catch (const LedgerError&) {
+      connection.why_not_ = data_source + ": the ledger is in use by another Velumar, or its "
+                            "folder can't be written";
+    }
+  }
+  try {
+    const bool keeps = connection.why_not_.empty();
+    auto database = std::make_unique<SqliteDatabase>(
+        data_source, keeps ? SqliteDatabase::Mode::kCreate : SqliteDatabase::Mode::kReadOnly);
+    RequireSound(*database);
+    if (keeps && database->ReadOnly()) {
+      connection.why_not_ = data_source + ": the file can only be read";
+    } else if (keeps) {
+      // Acknowledged means on the platter, also after a power cut.
+      database->Execute("PRAGMA journal_mode=WAL");
+      database->Execute("PRAGMA synchronous=FULL");
+      MakeLedgerTables(*database);
+    }
+    AddLedgerFunctions(*database);
+    connection.database_ = std::move(database);
+  } catch (const LedgerError& error) {
+    if (connection.why_not_.empty()) connection.why_not_ = error.what();
+  }
+}
+
+void LedgerClose(LedgerConnection& connection) {
+  connection.database_.reset();
+  connection.owner_.reset();
+  connection.why_not_ = connection.file_ + ": the ledger is closed";
+}
+
+void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_source) {
+  auto database = std::make_unique<SqliteDatabase>(data_source, SqliteDatabase::Mode::kReadOnly);
+  RequireSound(*database);
+  AddLedgerFunctions(*database);
+  connection.file_ = data_source;
+  connection.why_not_ = data_source + ": opened to be read";
+  connection.database_ = std::move(database);
+}
+
+LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text) {
+  SqliteStatement select = connection.ForReading().Prepare(Translated(select_text));
+  LedgerRecordset records;
+  std::vector<bool> dates;
+  for (int i = 0; i < select.Columns(); ++i) {
+    records.columns.push_back(select.ColumnName(i));
+    dates.push_back(Lower(records.columns.back()) == "actdate");
+  }
+  while (select.Step()) {
+    std::vector<LedgerValue>& row = records.rows.emplace_back();
+    for (int i = 0; i < select.Columns(); ++i) {
+      LedgerValue value = select.Value(i);
+      const auto* text = std::get_if<std::string>(&value);
+      if (dates[static_cast<std::size_t>(i)] && text != nullptr) value = connection.DateText(*text);
+      row.push_back(std::move(value));
+    }
+  }
+  return records;
+}
+
+void LedgerInsert(LedgerConnection& connection, std::string_view table,
+                  const std::vector<std::string>& columns,
+                  const std::vector<LedgerValue>& values) {
+  InsertRow(connection.ForWriting(), table, columns, values);
+}
+
+void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerValue>& values,
+                       const LedgerDetail& detail) {
+  SqliteDatabase& database = connection.ForWriting();
+  SqliteTransaction transaction(database);
+  InsertRow(database, kPortfolioTable, PortfolioColumns(), values);
+  SqliteStatement insert = database.Prepare(
+      "INSERT INTO Details (Run, Place, Quantity, Vat, BarIndex, NewestShown) VALUES (" +
+      std::string(kCurrentRun) + ", ?, ?, ?, ?, ?)");
+  insert.Bind(1, static_cast<double>(database.LastRow()));
+  insert.Bind(2, detail.quantity);
+  insert.Bind(3, detail.vat);
+  insert.Bind(4, static_cast<double>(detail.bar_index));
+  insert.Bind(5, static_cast<double>(detail.newest_shown));
+  insert.Step();
+  transaction.Commit();
+}
+
+void LedgerDeleteAll(LedgerConnection& connection, std::string_view table) {
+  SqliteDatabase& database = connection.ForWriting();
+  SqliteTransaction transaction(database);
+  if (table == kPortfolioTable) ArchiveRows(database);
+  database.Execute("DELETE FROM " + std::string(table));
+  transaction.Commit();
+}
+
+void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run) {
+  InsertRow(connection.ForWriting(), "Runs", RunColumns(), RunValues(run));
+}
+
+void LedgerDescribeRun(LedgerConnection& connection, const LedgerRun& run) {
+  std::string changes;
+  for (const std::string& column : RunColumns()) {
+    changes += (changes.empty() ? "" : ", ") + column + " = ?";
+  }
+  SqliteStatement update = connection.ForWriting().Prepare("UPDATE Runs SET " + changes +
+                                                           " WHERE Id = " + kCurrentRun);
+  int place = 0;
+  for (const LedgerValue& value : RunValues(run)) update.Bind(++place, value);
+  update.Step();
+}
+
+void LedgerNoteWiped(LedgerConnection& connection, std::string_view position, double held,
+                     double average, const LedgerDetail& detail) {
+  SqliteStatement insert = connection.ForWriting().Prepare(
+      "INSERT INTO Wiped (Run, Position, Held, AvgPrice, Quantity, BarIndex, NewestShown) VALUES (" +
+      std::string(kCurrentRun) + ", ?, ?, ?, ?, ?, ?)");
+  insert.Bind(1, std::string(position));
+  insert.Bind(2, held);
+  insert.Bind(3, average);
+  insert.Bind(4, detail.quantity);
+  insert.Bind(5, static_cast<double>(detail.bar_index));
+  insert.Bind(6, static_cast<double>(detail.newest_shown));
+  insert.Step();
+}
+
+}  // namespace velumar

@@ -1,0 +1,74 @@
+#include "ledger/ledger_schema.h"
+
+#include <sqlite3.h>
+
+#include <array>
+#include <charconv>
+#include <string>
+
+namespace velumar {
+
+namespace {
+
+// The 22 columns of a row; NUMERIC stores whole numbers as such, so any tool shows them plainly.
+constexpr const char* kRowColumns =
+    "Profile NUMERIC, Symbol TEXT, SymbolInterval NUMERIC, ActDate TEXT, ActTime TEXT, "
+    "MarketPrice NUMERIC, Position TEXT, LAvgPrice NUMERIC, LAmount NUMERIC, Loffset NUMERIC, "
+    "LAccum NUMERIC, LUnrealised NUMERIC, LRealised NUMERIC, SAvgPrice NUMERIC, SAmount NUMERIC, "
+    "Soffset NUMERIC, SAccum NUMERIC, SUnrealised NUMERIC, SRealised NUMERIC, "
+    "BalancePoint NUMERIC, Commission NUMERIC, Portfolio NUMERIC";
+
+constexpr std::array<std::string_view, 12> kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
+// "2007-01-25 16:30:00" as "25-Jan-07 16:30"; any other text as it is.
+std::string DayMonthYearTime(std::string_view text) {
+  constexpr std::size_t kJoinedLength = 19;
+  if (text.size() != kJoinedLength) return std::string(text);
+  unsigned month = 0;
+  std::from_chars(text.data() + 5, text.data() + 7, month);
+  if (month < 1 || month > kMonths.size()) return std::string(text);
+  return std::string(text.substr(8, 2)) + "-" + std::string(kMonths.at(month - 1)) + "-" +
+         std::string(text.substr(2, 2)) + " " + std::string(text.substr(11, 5));
+}
+
+void FormatJoined(sqlite3_context* context, int, sqlite3_value** arguments) {
+  const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(arguments[0]));
+  if (bytes == nullptr) {
+    sqlite3_result_null(context);
+    return;
+  }
+  const std::string shown = DayMonthYearTime(bytes);
+  sqlite3_result_text(context, shown.c_str(), static_cast<int>(shown.size()), SQLITE_TRANSIENT);
+}
+
+}  // namespace
+
+void MakeLedgerTables(SqliteDatabase& database) {
+  const std::string columns = kRowColumns;
+  SqliteTransaction transaction(database);
+  database.Execute("CREATE TABLE IF NOT EXISTS MyPortfolio (" + columns + ")");
+  database.Execute(
+      "CREATE TABLE IF NOT EXISTS Portfolio_Profile ([Profile Name] TEXT, [Start Period] TEXT, "
+      "[End Period] TEXT)");
+  database.Execute(
+      "CREATE TABLE IF NOT EXISTS Runs (Id INTEGER PRIMARY KEY AUTOINCREMENT, Directory TEXT, "
+      "Symbol TEXT, SymbolInterval TEXT, StartDate TEXT, StartTime TEXT, Market TEXT, "
+      "StartingMoney NUMERIC, Margin NUMERIC, MoneyPerPoint NUMERIC)");
+  database.Execute(
+      "CREATE TABLE IF NOT EXISTS Archive (Run INTEGER, Place INTEGER, " + columns + ")");
+  database.Execute(
+      "CREATE TABLE IF NOT EXISTS Details (Run INTEGER, Place INTEGER, Quantity NUMERIC, "
+      "Vat NUMERIC, BarIndex INTEGER, NewestShown INTEGER)");
+  database.Execute(
+      "CREATE TABLE IF NOT EXISTS Wiped (Run INTEGER, Position TEXT, Held NUMERIC, "
+      "AvgPrice NUMERIC, Quantity NUMERIC, BarIndex INTEGER, NewestShown INTEGER)");
+  transaction.Commit();
+}
+
+void AddLedgerFunctions(SqliteDatabase& database) {
+  sqlite3_create_function(database.Handle(), "format", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
+                          nullptr, FormatJoined, nullptr, nullptr);
+}
+
+}  // namespace velumar

@@ -1,0 +1,53 @@
+#include "trading/ledger_row.h"
+
+#include "base/dates.h"
+#include "base/number_text.h"
+
+namespace velumar {
+
+namespace {
+
+// The value of a figure's plain number text: what the ledger stores is what a reader sees.
+double PlainValue(float figure) { return ToDouble(PlainNumberText(figure)).value_or(0); }
+
+LedgerValue IntervalValue(const std::string& interval) {
+  if (const auto minutes = ToDouble(interval)) return *minutes;
+  return interval;
+}
+
+std::vector<LedgerValue> SideValues(const Book& book, const Side& side, bool offset) {
+  return {PlainValue(book.*side.AvgPrice),
+          offset ? 0.0 : PlainValue(book.*side.Amount),
+          offset ? 1.0 : 0.0,
+          PlainValue(book.*side.Accum),
+          PlainValue(book.*side.Unrealised),
+          offset ? PlainValue(book.*side.Realised) : 0.0};
+}
+
+}  // namespace
+
+std::vector<LedgerValue> LedgerRow(const SimSession& session, const Side& side,
+                                   std::string_view position, bool offset) {
+  const auto bar = static_cast<std::size_t>(session.BarIndex);
+  const std::vector<LedgerValue> nothing(6, LedgerValue(0.0));
+  const std::vector<LedgerValue> own = SideValues(session, side, offset);
+  const bool is_long = side.gains_on_rise;
+  std::vector<LedgerValue> row{
+      1.0,
+      session.Symbol,
+      IntervalValue(session.SymbolInterval),
+      DateText(session.BarDate.at(bar), "yyyy-MM-dd"),
+      PatternText(session.BarTime.at(bar), kTimePattern),
+      ToDouble(PatternText(session.BarClose.at(bar), kClosePattern)).value_or(0),
+      std::string(position)};
+  const auto append = [&row](const std::vector<LedgerValue>& values) {
+    row.insert(row.end(), values.begin(), values.end());
+  };
+  append(is_long ? own : nothing);
+  append(is_long ? nothing : own);
+  append({PlainValue(session.BalancePoint), PlainValue(session.Commission),
+          PlainValue(session.Balance)});
+  return row;
+}
+
+}  // namespace velumar

@@ -1,0 +1,169 @@
+#include "trading/orders.h"
+
+#include "base/number_text.h"
+#include "session/status_line.h"
+#include "trading/ledger_row.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kNotEnough = "not enuogh money";
+
+// A row that the ledger didn't take: the order is not placed.
+std::string NotPlaced(const LedgerError& error) {
+  return "The order was not placed, because its row can't be written to the ledger.\n" +
+         std::string(error.what());
+}
+
+}  // namespace
+
+OrderResult OrderDesk::Finished(OrderResult result) { return last_result_ = result; }
+
+OrderResult OrderDesk::Enter(const Side& side, std::string_view position) {
+  if (!OnBar()) return Finished(OrderResult::kInvalid);
+  const OrderTexts texts =
+      ReadOrderTexts(desktop_, desktop_.form3().txtContractVol.Text(), IsStockMarket(session_));
+  if (!texts.problem.empty()) {
+    Refuse(texts.problem);
+    return Finished(OrderResult::kInvalid);
+  }
+  SetStatusLine(desktop_, BarLine(session_, platform_.locale));
+  return Finished(Whole([&] { return Fill(side, position, texts); }));
+}
+
+OrderResult OrderDesk::Offset(const Side& side, std::string_view position) {
+  if (!OnBar()) return Finished(OrderResult::kInvalid);
+  session_.MarketPrice = session_.BarClose[static_cast<std::size_t>(session_.BarIndex)];
+  if (session_.*side.Accum == 0) return Finished(OrderResult::kNothingHeld);
+  const OrderTexts texts =
+      ReadOrderTexts(desktop_, desktop_.form3().txtContractVol.Text(), IsStockMarket(session_));
+  if (!texts.problem.empty()) {
+    Refuse(texts.problem);
+    return Finished(OrderResult::kInvalid);
+  }
+  return Finished(Whole([&] { return Close(side, position, texts); }));
+}
+
+bool OrderDesk::OnBar() {
+  if (session_.HasBar(session_.BarIndex)) return true;
+  Refuse(session_.BarDate.empty() ? "No bars loaded" : "No current bar");
+  return false;
+}
+
+OrderResult OrderDesk::Whole(const std::function<OrderResult()>& work) {
+  const Book before = session_;
+  const auto restore = [&] { static_cast<Book&>(session_) = before; };
+  try {
+    return work();
+  } catch (const BookOverflow& error) {
+    restore();
+    return Refuse(error.what());
+  } catch (const LedgerError& error) {
+    restore();
+    platform_.boxes.Show(NotPlaced(error), BoxIcon::kExclamation);
+    return OrderResult::kRefused;
+  }
+}
+
+OrderResult OrderDesk::Fill(const Side& side, std::string_view position, const OrderTexts& texts) {
+  Book& book = session_;
+  book.MarketPrice = session_.BarClose[static_cast<std::size_t>(session_.BarIndex)];
+  const float used_before = book.UsedMargin;
+  // One contract's margin, whatever the quantity and the market.
+  if (Stored(double{book.InitMargin} + double{book.UsedMargin}) > book.Portfolio) {
+    return Refuse(kNotEnough);
+  }
+  const double value = Costs(texts);
+  book.UsedMargin = Stored(double{book.Commission} + value + double{book.VatAmount} +
+                           double{book.UsedMargin});
+  if (book.UsedMargin > book.Portfolio) {
+    book.UsedMargin = used_before;
+    return Refuse(kNotEnough);
+  }
+  book.*side.Amount = texts.quantity_single;
+  Average(side);
+  ApplyOrderToBook(session_);
+  if (Stored(double{book.*side.Accum} + double{book.*side.Amount}) > 0) {
+    WriteRow(side, position, false, texts);
+  }
+  status_.ShowStatus();
+  book.*side.Amount = 0;
+  return OrderResult::kDone;
+}
+
+double OrderDesk::Costs(const OrderTexts& texts) {
+  constexpr double kPercent = 100;
+  const bool stock = IsStockMarket(session_);
+  const double unit = stock ? session_.MarketPrice : session_.InitMargin;
+  const double value = Stored(texts.quantity * unit);
+  session_.Commission =
+      Stored(stock ? texts.commission / kPercent * value : texts.commission * texts.quantity);
+  session_.VatAmount = Stored(texts.vat / kPercent * double{session_.Commission});
+  return value;
+}
+
+void OrderDesk::Average(const Side& side) {
+  Book& book = session_;
+  const double held = book.*side.Accum;
+  const double added = book.*side.Amount;
+  if (Stored(held + added) > 0) {
+    book.*side.AvgPrice = Stored((double{book.*side.AvgPrice} * held +
+                                  added * double{book.MarketPrice}) /
+                                 (held + added));
+  } else {
+    book.*side.AvgPrice = 0;
+  }
+}
+
+OrderResult OrderDesk::Close(const Side& side, std::string_view position,
+                             const OrderTexts& texts) {
+  Book& book = session_;
+  const Book before = book;
+  book.*side.Accum = Stored(double{book.*side.Accum} - texts.quantity);
+  if (book.*side.Accum < 0) {
+    WipeOut(side, position, before, texts);
+    return OrderResult::kTooMuch;
+  }
+  const double value = Costs(texts);
+  book.UsedMargin = Stored(double{book.UsedMargin} -
+                           (double{book.Commission} + value + double{book.VatAmount}));
+  book.*side.Realised = Stored(texts.quantity * side.Points(book, book.MarketPrice));
+  book.*side.RealisedMoney = Stored(double{book.ProfitPerContract} * double{book.*side.Realised});
+  book.BalancePoint = Stored(double{book.LRealised} + double{book.SRealised});
+  book.Balance = Stored(double{book.Balance} + double{book.*side.RealisedMoney});
+  RevaluePositions(session_);
+  ApplyOrderToBook(session_);
+  WriteRow(side, position, true, texts);
+  status_.ShowStatus();
+  return OrderResult::kDone;
+}
+
+// No money moves and no row is written; only the side table remembers what was given away.
+void OrderDesk::WipeOut(const Side& side, std::string_view position, const Book& before,
+                        const OrderTexts& texts) {
+  if (ledger_.CanWrite()) {
+    LedgerNoteWiped(ledger_, position, before.*side.Accum, before.*side.AvgPrice, Detail(texts));
+  }
+  session_.*side.Accum = 0;
+  session_.*side.AvgPrice = 0;
+  status_.ShowStatus();
+}
+
+void OrderDesk::WriteRow(const Side& side, std::string_view position, bool offset,
+                         const OrderTexts& texts) {
+  LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, offset), Detail(texts));
+}
+
+LedgerDetail OrderDesk::Detail(const OrderTexts& texts) const {
+  return {texts.quantity, session_.VatAmount, session_.BarIndex, session_.NewestShownBar};
+}
+
+OrderResult OrderDesk::Refuse(std::string_view why) {
+  Label& info = desktop_.form3().lblinfo;
+  info.SetText(why);
+  info.SetForeColour(kRed);
+  return OrderResult::kRefused;
+}
+
+}  // namespace velumar

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "forms/desktop.h"
+#include "ledger/ledger.h"
+#include "platform/platform.h"
+#include "session/sim_session.h"
+#include "trading/order_texts.h"
+#include "trading/position_book.h"
+#include "trading/status_display.h"
+
+namespace velumar {
+
+enum class OrderResult : std::uint8_t {
+  kDone,
+  kRefused,      // a money test, a result that no field holds, a row that can't be written
+  kNothingHeld,  // an offset of a side that holds nothing
+  kTooMuch,      // an offset of more than is held: the holding is wiped out
+  kInvalid,      // no bar, or a box whose text can't be used
+};
+
+// The four orders, filled at once and in full at the close of the current bar, or not at all. Each
+// that is done has its row in the ledger before the call returns.
+class OrderDesk {
+ public:
+  OrderDesk(SimSession& session, Desktop& desktop, Platform& platform, LedgerConnection& ledger,
+            StatusDisplay& status)
+      : session_(session),
+        desktop_(desktop),
+        platform_(platform),
+        ledger_(ledger),
+        status_(status) {}
+
+  OrderResult Long() { return Enter(kLongSide, "Long"); }
+  OrderResult Short() { return Enter(kShortSide, "Short"); }
+  OrderResult OffsetLong() { return Offset(kLongSide, "Offset Long"); }
+  OrderResult OffsetShort() { return Offset(kShortSide, "Offset Short"); }
+
+  // Of the last click on an order.
+  OrderResult LastResult() const { return last_result_; }
+
+ private:
+  OrderResult Enter(const Side& side, std::string_view position);
+  OrderResult Offset(const Side& side, std::string_view position);
+  OrderResult Finished(OrderResult result);
+
+  bool OnBar();
+  OrderResult Fill(const Side& side, std::string_view position, const OrderTexts& texts);
+  OrderResult Close(const Side& side, std::string_view position, const OrderTexts& texts);
+  // The order's value; Commission and VatAmount are left in the book.
+  double Costs(const OrderTexts& texts);
+  void Average(const Side& side);
+  void WipeOut(const Side& side, std::string_view position, const Book& before,
+               const OrderTexts& texts);
+  // Runs an order's work on the book; whatever fails in it leaves the book as it was.
+  OrderResult Whole(const std::function<OrderResult()>& work);
+  void WriteRow(const Side& side, std::string_view position, bool offset,
+                const OrderTexts& texts);
+  LedgerDetail Detail(const OrderTexts& texts) const;
+  OrderResult Refuse(std::string_view why);
+
+  SimSession& session_;
+  Desktop& desktop_;
+  Platform& platform_;
+  LedgerConnection& ledger_;
+  StatusDisplay& status_;
+  OrderResult last_result_ = OrderResult::kDone;
+};
+
+}  // namespace velumar

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <string>
+
+#include "forms/desktop.h"
+#include "ledger/ledger.h"
+#include "platform/virtual_platform.h"
+#include "session/sim_session.h"
+#include "trading/orders.h"
+#include "trading/status_display.h"
+
+namespace velumar {
+
+// An order desk on a bar, with a ledger that keeps nothing.
+class OrderFixture : public testing::Test {
+ protected:
+  OrderFixture() {
+    LedgerOpen(ledger, ":memory:");
+    session.Symbol = "ABC";
+    session.SymbolInterval = "-1";
+    AddBar(100);
+  }
+
+  // Futures with these figures, or a stock market.
+  void Account(float margin, float profit, const std::string& commission, float money) {
+    desktop.form1().txtcomm.SetText(commission);
+    session.InitMargin = margin;
+    session.ProfitPerContract = profit;
+    session.Balance = session.Portfolio = money;
+  }
+  void StockMarket() {
+    session.DataDir = "/data/SET";
+    desktop.form1().Text3.SetText(session.DataDir);
+  }
+
+  // One more bar with this close, on which the replay now stands.
+  void AddBar(float close) {
+    const auto bar = static_cast<int>(session.BarDate.size());
+    session.BarDate.push_back(20070101 + bar % 28 + bar / 28 % 12 * 100);
+    session.BarTime.push_back(163000);
+    for (auto* prices : {&session.BarOpen, &session.BarHigh, &session.BarLow, &session.BarClose}) {
+      prices->push_back(close);
+    }
+    session.BarIndex = static_cast<std::int16_t>(bar);
+    session.MarketPrice = close;
+    RevaluePositions(session);
+  }
+
+  OrderResult Order(OrderResult (OrderDesk::*order)(), const std::string& quantity) {
+    desktop.form3().txtContractVol.SetText(quantity);
+    return (desk.*order)();
+  }
+  std::string Info() { return desktop.form3().lblinfo.Text(); }
+  long Rows() {
+    return static_cast<long>(
+        std::get<double>(LedgerQuery(ledger, "select count(*) From MyPortfolio").rows[0][0]));
+  }
+  // A column of the newest row.
+  LedgerValue Newest(const std::string& column) {
+    return LedgerQuery(ledger, "select " + column +
+                                   " From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)")
+        .rows.at(0)
+        .at(0);
+  }
+
+  SimSession session;
+  Desktop desktop;
+  VirtualPlatform outside;
+  Platform platform = outside.References();
+  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
+  StatusDisplay status{session, desktop, outside.locale};
+  OrderDesk desk{session, desktop, platform, ledger, status};
+};
+
+}  // namespace velumar

@@ -1,0 +1,201 @@
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "support/order_fixture.h"
+
+namespace velumar {
+namespace {
+
+using OrdersTest = OrderFixture;
+
+TEST_F(OrdersTest, AFuturesEntryAndItsOffset) {
+  Account(20000, 5000, "500", 2000000);
+  AddBar(100.5F);
+  EXPECT_EQ(Order(&OrderDesk::Long, "2"), OrderResult::kDone);
+  EXPECT_EQ(session.Commission, 1000);
+  EXPECT_EQ(session.VatAmount, 70);
+  EXPECT_EQ(session.UsedMargin, 41070);
+  EXPECT_EQ(session.LAvgPrice, 100.5F);
+  EXPECT_EQ(session.LAccum, 2);
+  EXPECT_EQ(session.LAmount, 0);
+  EXPECT_EQ(Newest("LAmount"), LedgerValue(2.0));
+  EXPECT_EQ(Newest("Commission"), LedgerValue(1000.0));
+  EXPECT_EQ(Newest("Portfolio"), LedgerValue(2000000.0));
+  EXPECT_EQ(Newest("Position"), LedgerValue("Long"));
+  EXPECT_EQ(Newest("ActTime"), LedgerValue("16:30:00"));
+  AddBar(101.5F);
+  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "1"), OrderResult::kDone);
+  EXPECT_EQ(session.UsedMargin, 20535);
+  EXPECT_EQ(session.LRealised, 1);
+  EXPECT_EQ(session.BalancePoint, 1);
+  EXPECT_EQ(session.Balance, 2005000);
+  EXPECT_EQ(session.LAccum, 1);
+  EXPECT_EQ(session.LUnrealisedMoney, 5000);
+  EXPECT_EQ(session.Portfolio, 2010000);
+  EXPECT_EQ(Newest("Loffset"), LedgerValue(1.0));
+  EXPECT_EQ(Newest("LUnrealised"), LedgerValue(1.0));
+  EXPECT_EQ(Newest("LAmount"), LedgerValue(0.0));
+  EXPECT_EQ(Newest("Portfolio"), LedgerValue(2005000.0));
+}
+
+TEST_F(OrdersTest, AStockEntryAndItsOffset) {
+  StockMarket();
+  Account(100, 1, "0.25", 2000000);
+  AddBar(12.5F);
+  EXPECT_EQ(Order(&OrderDesk::Long, "1,000"), OrderResult::kDone);
+  EXPECT_EQ(session.Commission, 31.25F);
+  EXPECT_EQ(session.VatAmount, 2.1875F);
+  EXPECT_EQ(session.UsedMargin, 12533.4375F);
+  AddBar(13);
+  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "1000"), OrderResult::kDone);
+  EXPECT_NEAR(session.UsedMargin, -501.34, 0.01);
+  EXPECT_EQ(session.LAccum, 0);
+  EXPECT_EQ(session.LAvgPrice, 12.5F) << "the old average stays until the next entry";
+}
+
+TEST_F(OrdersTest, SidesAreIndependentAndAverage) {
+  Account(20000, 1000, "500", 2000000);
+  Order(&OrderDesk::Long, "2");
+  AddBar(103);
+  Order(&OrderDesk::Long, "1");
+  EXPECT_EQ(session.LAvgPrice, 101);
+  EXPECT_EQ(session.LAccum, 3);
+  const float used = session.UsedMargin;
+  AddBar(104);
+  Order(&OrderDesk::Short, "2");
+  EXPECT_EQ(session.LAccum, 3);
+  EXPECT_EQ(session.SAvgPrice, 104);
+  EXPECT_EQ(session.UsedMargin, used + 41070);
+  EXPECT_EQ(Newest("LAccum"), LedgerValue(0.0)) << "a row speaks only for its own side";
+  AddBar(101);
+  Order(&OrderDesk::OffsetShort, "2");
+  EXPECT_EQ(session.SRealised, 6);
+  EXPECT_EQ(session.Balance, 2006000);
+  EXPECT_EQ(session.LRealised, 0);
+  AddBar(106);
+  Order(&OrderDesk::OffsetLong, "3");
+  EXPECT_EQ(session.LRealised, 15);
+  EXPECT_EQ(session.BalancePoint, 21) << "the last offsets of both sides";
+}
+
+TEST_F(OrdersTest, WhatTheMoneyTestsRefuseChangesNothing) {
+  Account(20000, 1000, "500", 50000);
+  const struct {
+    float used;
+    const char* quantity;
+    OrderResult result;
+  } cases[] = {{0, "3", OrderResult::kRefused},       // passes one contract's test, fails the sum
+               {40000, "1", OrderResult::kRefused},   // one contract's margin is not there
+               {8930, "2", OrderResult::kDone},       // 8,930 + 41,070 is exactly all there is
+               {8931, "2", OrderResult::kRefused}};
+  for (const auto& c : cases) {
+    session.UsedMargin = c.used;
+    const long rows = Rows();
+    EXPECT_EQ(Order(&OrderDesk::Long, c.quantity), c.result) << c.used;
+    if (c.result == OrderResult::kDone) continue;
+    EXPECT_EQ(Info(), "not enuogh money");
+    EXPECT_EQ(desktop.form3().lblinfo.ForeColour(), kRed);
+    EXPECT_EQ(session.UsedMargin, c.used);
+    EXPECT_EQ(Rows(), rows);
+  }
+  status.ShowStatus();
+  EXPECT_EQ(desktop.form3().lblinfo.ForeColour(), kBlue);
+}
+
+TEST_F(OrdersTest, TheOtherExits) {
+  Account(20000, 1000, "500", 2000000);
+  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "abc"), OrderResult::kNothingHeld);
+  Order(&OrderDesk::Long, "1");
+  const float used = session.UsedMargin;
+  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "3"), OrderResult::kTooMuch);
+  EXPECT_EQ(session.LAccum, 0);
+  EXPECT_EQ(session.LAvgPrice, 0);
+  EXPECT_EQ(session.UsedMargin, used);
+  EXPECT_EQ(session.Balance, 2000000);
+  EXPECT_EQ(Rows(), 1);
+  const LedgerRecordset wiped = LedgerQuery(ledger, "select Position, Held, Quantity From Wiped");
+  ASSERT_EQ(wiped.rows.size(), 1U);
+  EXPECT_EQ(wiped.rows[0][1], LedgerValue(1.0));
+  EXPECT_EQ(Order(&OrderDesk::Short, "0"), OrderResult::kDone) << "moves nothing";
+  EXPECT_EQ(Rows(), 1);
+  session.BarIndex = -1;
+  EXPECT_EQ(Order(&OrderDesk::Long, "1"), OrderResult::kInvalid);
+  EXPECT_EQ(Info(), "No current bar");
+  session.BarDate.clear();
+  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "1"), OrderResult::kInvalid);
+  EXPECT_EQ(Info(), "No bars loaded");
+}
+
+bool SameBook(const Book& a, const Book& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+TEST_F(OrdersTest, BoxesThatCannotBeUsedAreNamed) {
+  Account(20000, 1000, "500", 2000000);
+  Order(&OrderDesk::Long, "1");
+  Form1& setup = desktop.form1();
+  TextBox& quantity = desktop.form3().txtContractVol;
+  const struct {
+    TextBox& box;
+    const char* text;
+    const char* info;
+  } cases[] = {
+      {quantity, "abc", "Vol/Contract: \"abc\" is not a number"},
+      {quantity, "", "Vol/Contract: \"\" is not a number"},
+      {quantity, "-1", "Vol/Contract: \"-1\" is negative"},
+      {quantity, "1e99", "Vol/Contract: \"1e99\" is out of range"},
+      {quantity, "nan", "Vol/Contract: \"nan\" is not a number"},
+      {setup.txtcomm, "40000", "Comm.: \"40000\" is out of range"},
+      {setup.txtVAT, "seven", "VAT: \"seven\" is not a number"},
+      {setup.txtContractValue, "-5", "Initial Margin: \"-5\" is negative"},
+  };
+  for (const auto& c : cases) {
+    const std::string before = c.box.Text();
+    quantity.SetText("1");
+    c.box.SetText(c.text);
+    const Book book = session;
+    for (const auto order : {&OrderDesk::Long, &OrderDesk::Short, &OrderDesk::OffsetLong}) {
+      EXPECT_EQ((desk.*order)(), OrderResult::kInvalid) << c.info;
+      EXPECT_EQ(Info(), c.info);
+      EXPECT_TRUE(SameBook(book, session)) << c.info;
+    }
+    c.box.SetText(before);
+  }
+  EXPECT_EQ(Rows(), 1);
+}
+
+TEST_F(OrdersTest, AResultThatNoFieldHoldsRefusesTheOrder) {
+  Account(0, 1000, "0", 3e38F);
+  AddBar(3e38F);
+  Order(&OrderDesk::Long, "1");
+  const Book book = session;
+  session.ProfitPerContract = 3e38F;
+  const Book before = session;
+  AddBar(1e38F);
+  const Book priced = session;
+  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "1"), OrderResult::kRefused);
+  EXPECT_TRUE(SameBook(priced, session));
+  EXPECT_EQ(Rows(), 1);
+  EXPECT_FALSE(SameBook(book, before));
+}
+
+TEST_F(OrdersTest, ARowThatCannotBeWrittenTakesTheOrderBack) {
+  Account(20000, 1000, "500", 2000000);
+  Order(&OrderDesk::Long, "2");
+  AddBar(105);
+  ledger.ForWriting().Execute("ALTER TABLE MyPortfolio RENAME TO Gone");
+  for (const auto order : {&OrderDesk::Long, &OrderDesk::Short, &OrderDesk::OffsetLong}) {
+    outside.boxes.shown.clear();
+    const Book before = session;
+    EXPECT_EQ(Order(order, "1"), OrderResult::kRefused);
+    EXPECT_TRUE(SameBook(before, session));
+    ASSERT_EQ(outside.boxes.shown.size(), 1U);
+    EXPECT_THAT(outside.boxes.shown[0], testing::HasSubstr("The order was not placed"));
+  }
+  ledger.ForWriting().Execute("ALTER TABLE Gone RENAME TO MyPortfolio");
+  EXPECT_EQ(Rows(), 1);
+  const LedgerRecordset details = LedgerQuery(ledger, "select count(*) From Details");
+  EXPECT_EQ(details.rows[0][0], LedgerValue(1.0)) << "no detail without its row";
+}
+
+}  // namespace
+}  // namespace velumar
