@@ -1,5 +1,6 @@
 #include "marketdata/directory_editor.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>

@@ -1,7 +1,9 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <random>
 
+#include "marketdata/directory_editor.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/market_files.h"
 #include "marketdata/metalib_reader.h"
@@ -296,6 +298,9 @@ TEST(DirectoryReading, NoBytesWhateverBringItDown) {
         writer.CloseDirectory();
       });
     }
+    const std::vector<Bar> bars = {DailyBar(20050103), DailyBar(20050104)};
+    StoreSecurity(directory.Text(), {"SOUND", "Sound", -1}, bars, cache);
+    EXPECT_EQ(ReadBars(directory, "SOUND"), bars) << round;
   }
 }
 

@@ -61,6 +61,7 @@ std::unique_ptr<Scratch> Prepared() {
   directory->Write("MASTER", Master(listed));
   directory->Write("EMASTER", Emaster(listed));
   std::vector<Bar> bars;
+  bars.reserve(kBars);
   for (int i = 0; i < kBars; ++i) bars.push_back(Numbered(2 * i));
   directory->Write("F1.DAT", DailyBytes(bars));
   const std::string record = Word(1000103) + Word(1) + Word(2) + Word(3) + Word(4);
@@ -135,7 +136,7 @@ TEST(KillPoints, WhereverAWritingCallDiesTheSeriesAreAsBeforeOrAfter) {
       const Found found = FindAll(copy);
       EXPECT_TRUE(found == before || found == after) << one.name << ", call " << looks_before;
       ++(found == before ? looks_before : looks_after);
-      if (found != before) return;
+      if (found != before || looks_before % 3 != 0) return;
       one.work(copy.Text());  // nothing that was left behind is in the way
       EXPECT_EQ(FindAll(copy), after) << one.name << ", call " << looks_before;
     };

@@ -1,5 +1,6 @@
 #include "marketdata/metalib_writer.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -292,15 +293,6 @@ TEST_F(Writer, CallsWithoutASeriesSaySo) {
   EXPECT_EQ(ErrorOf([&] { writer.OpenDirectory("/nowhere"); }), MetaLibError::kNoData);
 }
 
-TEST_F(Writer, AFolderInPlaceOfTheDataFileIsNamed) {
-  directory_.Write("MASTER", Master({{}}));
-  std::filesystem::create_directory(directory_ / "F1.DAT");
-  std::string text;
-  EXPECT_EQ(ErrorOf([&] { Append("AAA", -1, DailyBar(20050103)); }, &text),
-            MetaLibError::kWriteFailed);
-  EXPECT_THAT(text, testing::HasSubstr("F1.DAT"));
-}
-
 TEST_F(Writer, TheCacheSeesWhatOtherProgramsChange) {
   directory_.Write("MASTER", Master({{}}));
   Append("AAA", -1, DailyBar(20050103));
@@ -322,9 +314,7 @@ TEST_F(Writer, TheCacheSeesWhatOtherProgramsChange) {
     file.seekp(53 + 36);
     file << symbol << std::flush;
     EXPECT_EQ(symbols(), symbol + "1 ");
-    Append(symbol, -1, DailyBar(20050103, static_cast<float>(letter)));
-    Append(symbol, -1, DailyBar(20050104));
-    With(symbol, -1, [](MetaLibWriter& writer) { writer.DeleteDailyBar(20050104); });
+    Append(symbol, -1, DailyBar(20050103));
   }
   directory_.Write("EMASTER", Emaster({{.number = 9, .symbol = "NEW"}}));
   EXPECT_EQ(symbols(), "ZZZ1 NEW0 ");
