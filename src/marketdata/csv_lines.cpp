@@ -76,12 +76,12 @@ std::string CsvLines::TakeQuoted() {
       return Trimmed(cell + TakePlain());
     }
   }
-  throw CsvError("line " + std::to_string(number_) + ": a quote is opened but not closed");
+  throw CsvError("a quote is opened but not closed");
 }
 
 std::string CsvLines::TakePlain() {
   const auto end = std::min(line_.find(separator_), line_.size());
-  const std::string cell = Trimmed(line_.substr(0, end));
+  std::string cell = Trimmed(line_.substr(0, end));
   line_.remove_prefix(end);
   return cell;
 }

@@ -27,8 +27,20 @@ void MergeTwin(IndexRecord& told, IndexRecord twin) {
 
 }  // namespace
 
-std::filesystem::path DirectoryIndex::IndexPath(IndexKind kind) const {
-  return PathOf(IndexFileName(kind)).value_or(std::filesystem::path());
+DirectoryIndex::DirectoryIndex(std::filesystem::path path, DirectoryListing files)
+    : path_(std::move(path)) {
+  SetFiles(std::move(files));
+}
+
+void DirectoryIndex::SetFiles(DirectoryListing files) {
+  files_ = std::move(files);
+  for (const IndexKind kind : kIndexKinds) {
+    index_paths_[static_cast<std::size_t>(kind)] = PathOf(IndexFileName(kind)).value_or("");
+  }
+}
+
+const std::filesystem::path& DirectoryIndex::IndexPath(IndexKind kind) const {
+  return index_paths_[static_cast<std::size_t>(kind)];
 }
 
 void DirectoryIndex::Add(IndexKind kind, ByteView file) {

@@ -36,16 +36,15 @@ struct IndexedSecurity {
 // The securities of one directory as its index files list them.
 class DirectoryIndex {
  public:
-  DirectoryIndex(std::filesystem::path path, DirectoryListing files)
-      : path_(std::move(path)), files_(std::move(files)) {}
+  DirectoryIndex(std::filesystem::path path, DirectoryListing files);
   DirectoryIndex(const DirectoryIndex&) = delete;
   DirectoryIndex& operator=(const DirectoryIndex&) = delete;
 
   const std::filesystem::path& Path() const { return path_; }
   const DirectoryListing& Files() const { return files_; }
   // Of an index file; empty where it is missing.
-  std::filesystem::path IndexPath(IndexKind kind) const;
-  void SetFiles(DirectoryListing files) { files_ = std::move(files); }
+  const std::filesystem::path& IndexPath(IndexKind kind) const;
+  void SetFiles(DirectoryListing files);
 
   // The securities of one index file; called once for each kind, in their order.
   void Add(IndexKind kind, ByteView file);
@@ -78,6 +77,7 @@ class DirectoryIndex {
 
   std::filesystem::path path_;
   DirectoryListing files_;
+  std::array<std::filesystem::path, kIndexKinds.size()> index_paths_;
   std::vector<IndexedSecurity> securities_;
   std::array<std::int32_t, kHighestMasterNumber + 1> by_master_number_{};  // place + 1; 0: none
   // The places of each symbol's series, built when first asked for; the keys are texts of

@@ -21,7 +21,6 @@ std::string Reason(int system_error, const char* what_for) {
     case EISDIR:
       return "is a folder, not a file";
     case ENOSPC:
-    case EDQUOT:
       return "the disk is full";
     case EFBIG:
       return "the file has reached the largest size allowed";

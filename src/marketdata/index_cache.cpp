@@ -23,9 +23,9 @@ std::optional<FileStamp> KeptIfSettled(const FileStamp& stamp) {
   return stamp.IsSettled() ? std::optional(stamp) : std::nullopt;
 }
 
-bool HasIndexFile(const DirectoryListing& files) {
-  return std::ranges::any_of(
-      kIndexKinds, [&](IndexKind kind) { return !files.Find(IndexFileName(kind)).empty(); });
+bool HasIndexFile(const DirectoryIndex& index) {
+  return std::ranges::any_of(kIndexKinds,
+                             [&](IndexKind kind) { return !index.IndexPath(kind).empty(); });
 }
 
 [[noreturn]] void ThrowNoIndex(const std::filesystem::path& directory) {
@@ -59,7 +59,7 @@ std::shared_ptr<DirectoryIndex> IndexCache::Entries::Load(std::string_view direc
     entry.index->SetFiles(DirectoryListing::Read(path));
     entry.directory = KeptIfSettled(stamp);
   }
-  if (!HasIndexFile(entry.index->Files())) ThrowNoIndex(path);
+  if (!HasIndexFile(*entry.index)) ThrowNoIndex(path);
   std::array<FileStamp, kIndexKinds.size()> stamps;
   for (const IndexKind kind : kIndexKinds) {
     stamps[static_cast<std::size_t>(kind)] = StampOrNone(entry.index->IndexPath(kind));

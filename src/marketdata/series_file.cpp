@@ -45,7 +45,9 @@ std::vector<std::size_t> PlacesInOrder(const std::vector<std::int64_t>& keys) {
 
 }  // namespace
 
-SeriesFile::SeriesFile(Series series) : series_(std::move(series)) {
+SeriesFile::SeriesFile(Series series)
+    : series_(std::move(series)),
+      has_times_(series_.is_intraday && series_.layout.Has(BarField::kTime)) {
   if (StampOf(series_.path)) Open();
 }
 
@@ -67,7 +69,7 @@ std::int64_t SeriesFile::EndOf(int bars) const {
 }
 
 SeriesFile::Key SeriesFile::KeyOf(std::int32_t date, std::int32_t time) const {
-  return date * kTimesPerDate + (series_.is_intraday ? time : 0);
+  return date * kTimesPerDate + (has_times_ ? time : 0);
 }
 
 Bar SeriesFile::BarAt(int index) const {

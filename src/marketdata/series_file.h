@@ -14,10 +14,10 @@
 namespace velumar {
 
 // The data file of one series under a writer. Its bars stay sorted and without doubles by date, of
-// an intraday series by date and time. Work at the end touches the end and the header alone; work
-// in the middle writes a new file that takes the old one's place. The order of the steps makes a
-// reader find the series as it was before or after each call, wherever the process dies. Throws
-// MetaLibError.
+// an intraday series that stores times by date and time. Work at the end touches the end and the
+// header alone; work in the middle writes a new file that takes the old one's place. The order of
+// the steps makes a reader find the series as it was before or after each call, wherever the
+// process dies. Throws MetaLibError.
 class SeriesFile {
  public:
   struct Series {
@@ -76,6 +76,7 @@ class SeriesFile {
   void Rewrite(ByteView records);
 
   Series series_;
+  bool has_times_;  // that tell the bars of one day apart
   std::optional<RawFile> file_;
   std::optional<ReplacementFile> staged_;
   int bars_ = 0;

@@ -13,7 +13,7 @@ class RegistryTest : public testing::Test {
   void Install(const std::string& version) {
     registry.CreateKey("HKEY_LOCAL_MACHINE\\SOFTWARE\\Equis International\\MetaStock Professional\\" +
                        version);
-    for (const std::string key : {"Common\\" + version + "\\File Paths",
+    for (const std::string& key : {"Common\\" + version + "\\File Paths",
                                   "MetaStock Pro " + version + "\\DataPath",
                                   "MetaStock Pro " + version + "\\OpenFileData"}) {
       registry.CreateKey("HKEY_CURRENT_USER\\Software\\Equis\\" + key);

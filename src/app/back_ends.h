@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/options.h"
+#include "platform/chart_windows.h"
+#include "platform/registry.h"
+#include "platform/services.h"
+
+namespace velumar {
+
+// What this platform has behind the interfaces that need no windows of our own.
+struct BackEnds {
+  std::unique_ptr<ChartWindows> chart_windows;
+  std::unique_ptr<KeySender> keys;
+  std::unique_ptr<SettingsStore> settings;
+  std::unique_ptr<Registry> registry;
+  std::unique_ptr<LocaleInfo> locale;
+  std::unique_ptr<WallClock> clock;
+  std::unique_ptr<Programs> programs;
+  std::string default_data_dir;
+  // Sentences for the user about what couldn't be read or written.
+  std::vector<std::string> problems;
+};
+
+// `program_folder` has no separator at its end. Throws std::runtime_error where the window system
+// can't be reached.
+BackEnds SystemBackEnds(const Options& options, const std::string& program_folder);
+
+}  // namespace velumar

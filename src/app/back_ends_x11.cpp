@@ -1,0 +1,60 @@
+#include <exception>
+#include <filesystem>
+
+#include "app/back_ends.h"
+#include "base/paths.h"
+#include "platform/chart_program_keys.h"
+#include "platform/clock_system.h"
+#include "platform/programs_posix.h"
+#include "platform/registry_file.h"
+#include "platform/settings_file.h"
+#include "platform/system_locale.h"
+#include "platform/user_files_posix.h"
+#include "platform/x11_chart_windows.h"
+#include "platform/x11_key_sender.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kHostTitle = "MetaStock";
+
+std::filesystem::path UserFileIn(const Options& options, std::string_view name) {
+  if (options.settings_dir.isEmpty()) return UserFile(name);
+  return NativePath(options.settings_dir.toStdString()) / name;
+}
+
+void Append(std::vector<std::string>& all, std::vector<std::string> more) {
+  for (std::string& text : more) all.push_back(std::move(text));
+}
+
+void RegisterChartProgram(Registry& registry, const std::string& program_folder,
+                          std::vector<std::string>& problems) {
+  try {
+    EnsureChartProgramKeys(registry, program_folder + "/charthost");
+  } catch (const std::exception& error) {
+    problems.emplace_back(error.what());
+  }
+}
+
+}  // namespace
+
+BackEnds SystemBackEnds(const Options& options, const std::string& program_folder) {
+  auto settings = std::make_unique<FileSettings>(UserFileIn(options, "settings"));
+  auto registry = std::make_unique<FileRegistry>(UserFileIn(options, "registry"));
+  BackEnds ends;
+  Append(ends.problems, settings->TakeProblems());
+  Append(ends.problems, registry->TakeProblems());
+  RegisterChartProgram(*registry, program_folder, ends.problems);
+  ends.chart_windows = std::make_unique<X11ChartWindows>(std::string(kHostTitle));
+  ends.keys = std::make_unique<X11KeySender>(std::string(kHostTitle));
+  ends.settings = std::move(settings);
+  ends.registry = std::move(registry);
+  ends.locale = SystemLocale();
+  ends.clock = std::make_unique<SystemClock>();
+  ends.programs = std::make_unique<PosixPrograms>(options.chart_arguments);
+  ends.default_data_dir = program_folder + "/samples/";
+  return ends;
+}
+
+}  // namespace velumar

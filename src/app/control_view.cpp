@@ -1,0 +1,68 @@
+#include "app/control_view.h"
+
+#include <QWidget>
+#include <cmath>
+
+#include "app/combo_box_view.h"
+#include "app/date_picker_view.h"
+#include "app/label_view.h"
+#include "app/picture_view.h"
+#include "app/small_views.h"
+#include "app/text_box_view.h"
+#include "forms/form.h"
+
+namespace velumar {
+
+int LogicalPixels(float twips) { return static_cast<int>(std::lround(twips / kTwipsPerPixel)); }
+
+QRect LogicalPlace(const Control& control) {
+  return {LogicalPixels(control.Left()), LogicalPixels(control.Top()),
+          LogicalPixels(control.Width()), LogicalPixels(control.Height())};
+}
+
+QString ToQString(const std::string& text) { return QString::fromStdString(text); }
+
+void ApplyCommon(QWidget& widget, const Control& control) {
+  const QString tip = ToQString(control.ToolTip());
+  widget.setGeometry(LogicalPlace(control));
+  widget.setVisible(control.Visible());
+  widget.setEnabled(control.Enabled());
+  widget.setToolTip(tip);
+  widget.setObjectName(ToQString(control.Name()));
+  widget.setAccessibleName(tip.isEmpty() ? ToQString(control.Text()) : tip.trimmed());
+}
+
+void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& theme) {
+  QPalette palette = widget.palette();
+  const QColor text = ReadableOn(theme.field, ToQColor(control.ForeColour()));
+  for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+    palette.setColor(group, QPalette::Text, text);
+  }
+  widget.setPalette(palette);
+}
+
+ControlView* MakeControlView(FormCanvas& canvas, QWidget& window, Control& control) {
+  switch (control.Kind()) {
+    case ControlKind::kPicture:
+      return new PictureView(canvas, window, static_cast<Picture&>(control));
+    case ControlKind::kPictureButton:
+      return new PictureButtonView(canvas, window, static_cast<PictureButton&>(control));
+    case ControlKind::kLabel:
+      return new LabelView(canvas, window, static_cast<Label&>(control));
+    case ControlKind::kTextBox:
+      return new TextBoxView(canvas, window, static_cast<TextBox&>(control));
+    case ControlKind::kButton:
+      return new ButtonView(canvas, window, static_cast<Button&>(control));
+    case ControlKind::kComboBox:
+      return new ComboBoxView(canvas, window, static_cast<ComboBox&>(control));
+    case ControlKind::kDatePicker:
+      return new DatePickerView(canvas, window, static_cast<DatePicker&>(control));
+    case ControlKind::kSlider:
+      return new SliderView(canvas, window, static_cast<Slider&>(control));
+    case ControlKind::kCheckBox:
+      return new CheckBoxView(canvas, window, static_cast<CheckBox&>(control));
+  }
+  return nullptr;
+}
+
+}  // namespace velumar

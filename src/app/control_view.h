@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QRect>
+#include <QString>
+
+#include "app/form_canvas.h"
+#include "forms/control.h"
+
+class QWidget;
+
+namespace velumar {
+
+// The widget that draws one control. It is a child of the window's widget and dies with it.
+class ControlView {
+ public:
+  virtual ~ControlView() = default;
+  virtual QWidget& Widget() = 0;
+  // Takes over what the model holds; tells nothing back.
+  virtual void Update() = 0;
+};
+
+// Twips to whole logical pixels.
+int LogicalPixels(float twips);
+QRect LogicalPlace(const Control& control);
+
+QString ToQString(const std::string& text);
+
+// What all kinds have in common: place, visible, enabled, tooltip, the name for screen readers.
+void ApplyCommon(QWidget& widget, const Control& control);
+
+// Text and ground of a box in which texts are edited.
+void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& theme);
+
+// The view that goes with the control's kind.
+ControlView* MakeControlView(FormCanvas& canvas, QWidget& window, Control& control);
+
+}  // namespace velumar

@@ -1,0 +1,82 @@
+#include "app/date_picker_view.h"
+
+#include <QCalendarWidget>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QTextCharFormat>
+
+#include "app/key_codes.h"
+#include "app/text_fit.h"
+
+namespace velumar {
+
+namespace {
+
+// Years show with four digits, since the days of a history span a century.
+QString DisplayFormat(const QString& pattern) {
+  QString format = pattern.isEmpty() ? QStringLiteral("yyyy-MM-dd") : pattern;
+  if (!format.contains(QLatin1String("yyyy"))) {
+    format.replace(QLatin1String("yy"), QLatin1String("yyyy"));
+  }
+  return format;
+}
+
+void DressCalendar(QCalendarWidget& calendar, const Appearance& look) {
+  constexpr int kCalendarPixels = 12;
+  calendar.setPalette(look.theme.Palette());
+  calendar.setFont(look.faces.Plain(kCalendarPixels));
+  calendar.setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+  QTextCharFormat weekend;
+  weekend.setForeground(ReadableOn(look.theme.field, ToQColor(kRed)));
+  calendar.setWeekdayTextFormat(Qt::Saturday, weekend);
+  calendar.setWeekdayTextFormat(Qt::Sunday, weekend);
+}
+
+}  // namespace
+
+QDate ToQDate(std::int32_t date) { return {date / 10000, date / 100 % 100, date % 100}; }
+
+std::int32_t ToDateNumber(const QDate& date) {
+  return date.year() * 10000 + date.month() * 100 + date.day();
+}
+
+DatePickerView::DatePickerView(FormCanvas& canvas, QWidget& window, DatePicker& picker)
+    : QDateEdit(&window), canvas_(canvas), picker_(picker) {
+  setCalendarPopup(true);
+  setDisplayFormat(DisplayFormat(canvas.Look().date_format));
+  setMinimumDate(QDate(1800, 1, 1));
+  DressCalendar(*calendarWidget(), canvas.Look());
+  setFocusPolicy(Qt::StrongFocus);
+  connect(this, &QDateEdit::dateChanged, this, [this](const QDate& date) {
+    canvas_.Deliver([this, &date] { picker_.UserPick(ToDateNumber(date)); });
+    Update();
+  });
+}
+
+void DatePickerView::Update() {
+  ApplyCommon(*this, picker_);
+  ApplyFieldColours(*this, picker_, canvas_.Look().theme);
+  setFont(FitLine(canvas_.Look().faces.For(picker_.DesignLook()), height()));
+  const QDate date = ToQDate(picker_.Value());
+  if (!date.isValid() || date == this->date()) return;
+  const QSignalBlocker quiet(this);
+  setDate(date);
+}
+
+void DatePickerView::keyReleaseEvent(QKeyEvent* event) {
+  QDateEdit::keyReleaseEvent(event);
+  if (event->isAutoRepeat()) return;
+  const int code = VirtualKeyCode(*event);
+  canvas_.Deliver([this, code] { picker_.UserKeyUp(code); });
+}
+
+void DatePickerView::wheelEvent(QWheelEvent* event) {
+  if (hasFocus()) {
+    QDateEdit::wheelEvent(event);
+  } else {
+    event->ignore();
+  }
+}
+
+}  // namespace velumar

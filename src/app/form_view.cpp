@@ -1,0 +1,211 @@
+#include "app/form_view.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QImage>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QWindow>
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <utility>
+
+#include "app/artwork.h"
+#include "app/compositing.h"
+
+namespace velumar {
+
+namespace {
+
+using std::chrono_literals::operator""ms;
+
+constexpr auto kSettlingTime = 300ms;
+
+// The logic counts from the corner of the primary screen.
+QPoint ScreenOrigin() { return QGuiApplication::primaryScreen()->geometry().topLeft(); }
+
+bool TakesInput(const Form& form) {
+  const auto& controls = form.Controls();
+  return std::any_of(controls.begin(), controls.end(), [](const Control* control) {
+    return control->Kind() != ControlKind::kLabel && control->Kind() != ControlKind::kPicture;
+  });
+}
+
+// A window with something to press is an ordinary window, which other programs and the taskbar can
+// give the focus to. One that only shows a number never takes the focus from the chart.
+Qt::WindowFlags FlagsFor(const Form& form) {
+  Qt::WindowFlags flags = Qt::FramelessWindowHint;
+  flags |= TakesInput(form) ? Qt::Window : Qt::Tool | Qt::WindowDoesNotAcceptFocus;
+  if (form.Topmost()) flags |= Qt::WindowStaysOnTopHint;
+  return flags;
+}
+
+}  // namespace
+
+FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
+    : form_(form), look_(look), report_(std::move(report)) {
+  setObjectName(ToQString(form.Name()));
+  setAttribute(Qt::WA_TranslucentBackground);
+  setAttribute(Qt::WA_ShowWithoutActivating, !TakesInput(form));
+  for (Control* control : form.Controls()) {
+    views_[control] = MakeControlView(*this, *this, *control);
+  }
+  for (const auto& [control, view] : views_) view->Update();
+  Update();
+}
+
+void FormView::Update() {
+  if (retired_) return;
+  setWindowTitle(ToQString(form_.Caption()));
+  setFixedSize(LogicalPixels(form_.Width()), LogicalPixels(form_.Height()));
+  UpdateFlags();
+  UpdatePlace();
+  UpdateShape();
+  UpdateVisible();
+}
+
+void FormView::UpdateControl(Control& control) {
+  const auto view = views_.find(&control);
+  if (!retired_ && view != views_.end()) view->second->Update();
+}
+
+void FormView::UpdateFlags() {
+  const Qt::WindowFlags flags = FlagsFor(form_);
+  if (windowFlags() != flags) setWindowFlags(flags);
+}
+
+void FormView::UpdatePlace() {
+  if (following_) return;
+  const QPoint place =
+      ScreenOrigin() + QPoint(LogicalPixels(form_.Left()), LogicalPixels(form_.Top()));
+  if (place == wanted_ && testAttribute(Qt::WA_Moved)) return;
+  wanted_ = place;
+  dragging_ = false;
+  settling_ = QDeadlineTimer(kSettlingTime);
+  move(place);
+}
+
+void FormView::UpdateShape() {
+  setWindowOpacity(form_.Opacity() / 255.0);
+  const QSize corners(form_.CornerWidth(), form_.CornerHeight());
+  const bool appears = form_.Visible() && !isVisible();
+  if (corners == corners_ && !appears) return;
+  corners_ = corners;
+  update();
+  blended_ = CompositingActive();
+  if (blended_) {
+    clearMask();
+  } else {
+    QPainterPath shape;
+    shape.addRoundedRect(rect(), corners_.width() / 2.0, corners_.height() / 2.0);
+    setMask(QRegion(shape.toFillPolygon().toPolygon()));
+  }
+}
+
+void FormView::UpdateVisible() {
+  if (form_.Visible() == isVisible()) return;
+  settling_ = QDeadlineTimer(kSettlingTime);
+  setVisible(form_.Visible());
+}
+
+void FormView::Retire() {
+  retired_ = true;
+  hide();
+  if (handlers_on_stack_ == 0) deleteLater();
+}
+
+void FormView::Deliver(const std::function<void()>& event) {
+  if (retired_) return;
+  ++handlers_on_stack_;
+  try {
+    event();
+  } catch (const std::exception& error) {
+    report_(error.what());
+  }
+  if (--handlers_on_stack_ == 0 && retired_) deleteLater();
+}
+
+QColor FormView::GroundUnder(const QRect& place) const {
+  QColor ground = look_.theme.window;
+  for (const Control* control : form_.Controls()) {
+    const QRect whole = LogicalPlace(*control);
+    if (control->Kind() != ControlKind::kPicture || !control->Visible() ||
+        !whole.intersects(place)) {
+      continue;
+    }
+    const QPixmap art = ArtPixmap(look_.theme.ArtSet(), ToQString(control->Text()), whole.size());
+    if (art.isNull()) continue;
+    const QImage part = art.copy(place.intersected(whole).translated(-whole.topLeft())).toImage();
+    ground = part.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).pixelColor(0, 0);
+  }
+  return ground;
+}
+
+QPainterPath FormView::Outline() const {
+  QPainterPath outline;
+  outline.addRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), form_.CornerWidth() / 2.0,
+                         form_.CornerHeight() / 2.0);
+  return outline;
+}
+
+void FormView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  // What is left between the outline and a mask of whole pixels.
+  if (!blended_) painter.fillRect(rect(), look_.theme.edge);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(look_.theme.edge);
+  painter.setBrush(look_.theme.window);
+  painter.drawPath(Outline());
+}
+
+void FormView::mousePressEvent(QMouseEvent*) {
+  Deliver([this] { form_.UserPress(); });
+}
+
+void FormView::StartDrag() {
+  const Qt::MouseButtons held = QGuiApplication::mouseButtons();
+  if (!isVisible() || held == Qt::NoButton) return;
+  dragging_ = true;
+  // Window systems move windows by the left button alone.
+  if (held == Qt::LeftButton && windowHandle() != nullptr && windowHandle()->startSystemMove()) {
+    return;
+  }
+  grip_ = QCursor::pos() - pos();
+  grabMouse();
+}
+
+void FormView::mouseMoveEvent(QMouseEvent* event) {
+  if (mouseGrabber() == this) move(event->globalPosition().toPoint() - grip_);
+}
+
+void FormView::mouseReleaseEvent(QMouseEvent*) {
+  if (mouseGrabber() == this) releaseMouse();
+}
+
+void FormView::moveEvent(QMoveEvent*) {
+  if (!isVisible() || retired_ || pos() == wanted_) return;
+  // Reports of our own earlier moves come late, and window managers keep windows on the screen:
+  // neither is the user's hand.
+  if (!dragging_ && !settling_.hasExpired()) return;
+  FollowTheUser();
+}
+
+void FormView::FollowTheUser() {
+  const QPoint place = pos() - ScreenOrigin();
+  wanted_ = pos();
+  following_ = true;
+  form_.SetLeft(static_cast<float>(place.x()) * kTwipsPerPixel);
+  form_.SetTop(static_cast<float>(place.y()) * kTwipsPerPixel);
+  following_ = false;
+}
+
+void FormView::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  Deliver([this] {
+    if (const auto close = form_.on_close) close();
+  });
+}
+
+}  // namespace velumar

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QDeadlineTimer>
+#include <QWidget>
+#include <functional>
+#include <map>
+#include <string>
+
+#include "app/control_view.h"
+#include "app/form_canvas.h"
+#include "forms/form.h"
+
+namespace velumar {
+
+using ErrorReport = std::function<void(const std::string& text)>;
+
+// Draws any window from its control table and turns the user's hand into the model's events. One
+// object per load of the window.
+class FormView : public QWidget, public FormCanvas {
+ public:
+  // What a handler throws goes to `report`.
+  FormView(Form& form, const Appearance& look, ErrorReport report);
+
+  // Takes over everything that the model holds of the window itself.
+  void Update();
+  void UpdateControl(Control& control);
+  // The window was unloaded: it vanishes now and dies once no handler of it is on the stack.
+  void Retire();
+  // Moves with the mouse until its button is released.
+  void StartDrag();
+
+  const Appearance& Look() const override { return look_; }
+  void Deliver(const std::function<void()>& event) override;
+  QColor GroundUnder(const QRect& place) const override;
+  QPainterPath Outline() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void UpdateFlags();
+  void UpdatePlace();
+  void UpdateShape();
+  void UpdateVisible();
+  void FollowTheUser();
+
+  Form& form_;
+  const Appearance& look_;
+  ErrorReport report_;
+  std::map<const Control*, ControlView*> views_;
+  int handlers_on_stack_ = 0;
+  bool retired_ = false;
+
+  bool blended_ = true;      // soft corners show
+  QSize corners_;            // as last drawn
+  QPoint wanted_;            // where the model wants the window
+  QDeadlineTimer settling_;  // until then a move may be an echo of our own
+  bool dragging_ = false;
+  bool following_ = false;
+  QPoint grip_;  // of a drag that the window system leaves to us: from the corner to the mouse
+};
+
+}  // namespace velumar

@@ -1,0 +1,144 @@
+#include <QApplication>
+#include <QTimer>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <optional>
+#include <stdexcept>
+
+#include "app/artwork.h"
+#include "app/auto_play.h"
+#include "app/back_ends.h"
+#include "app/desktop_view.h"
+#include "app/display.h"
+#include "app/form_style.h"
+#include "app/options.h"
+#include "app/qt_event_loop.h"
+#include "app/qt_folder_dialog.h"
+#include "app/qt_message_boxes.h"
+#include "app/qt_screen.h"
+#include "app/termination.h"
+#include "ledger/memory_ledger.h"
+#include "shell/program.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr int kFailure = 1;
+constexpr int kBadArguments = 2;
+
+Theme ChosenTheme(ThemeChoice choice) {
+  switch (choice) {
+    case ThemeChoice::kLight:
+      return Theme::Light();
+    case ThemeChoice::kDark:
+      return Theme::Dark();
+    case ThemeChoice::kSystem:
+      break;
+  }
+  return Theme::Following(QApplication::palette());
+}
+
+Appearance Dress(QApplication& application, const Options& options, const LocaleInfo& locale) {
+  constexpr int kDialogPixels = 13;
+  Appearance look{ChosenTheme(options.theme), Typefaces::Installed(),
+                  QString::fromStdString(locale.ShortDatePattern())};
+  QApplication::setStyle(new FormStyle(look.theme));
+  QApplication::setPalette(look.theme.Palette());
+  QApplication::setFont(look.faces.Plain(kDialogPixels));
+  constexpr int kIconPixels = 192;
+  application.setWindowIcon(
+      QIcon(ArtPixmap(look.theme.ArtSet(), QStringLiteral("velumar"), {kIconPixels, kIconPixels})));
+  return look;
+}
+
+void ShowProblems(MessageBoxes& boxes, const std::vector<std::string>& problems) {
+  std::string all;
+  for (const std::string& problem : problems) all += (all.empty() ? "" : "\n\n") + problem;
+  if (!all.empty()) boxes.Show(all, BoxIcon::kExclamation);
+}
+
+[[noreturn]] void Fail(const std::string& why) {
+  std::cerr << "velumar: " << why << std::endl;
+  std::quick_exit(kFailure);
+}
+
+int Run(QApplication& application, const Options& options) {
+  const std::string program_folder = QApplication::applicationDirPath().toStdString();
+  BackEnds ends = SystemBackEnds(options, program_folder);
+  QtEventLoop events;
+  QtMessageBoxes shown_boxes;
+  PrintedMessageBoxes printed_boxes;
+  MessageBoxes& boxes =
+      options.PlaysAlone() ? static_cast<MessageBoxes&>(printed_boxes) : shown_boxes;
+  QtFolderDialog folders;
+  QtScreen screen;
+  Platform platform{.events = events,
+                    .chart_windows = *ends.chart_windows,
+                    .keys = *ends.keys,
+                    .boxes = boxes,
+                    .folders = folders,
+                    .settings = *ends.settings,
+                    .registry = *ends.registry,
+                    .screen = screen,
+                    .locale = *ends.locale,
+                    .clock = *ends.clock,
+                    .programs = *ends.programs,
+                    .program_folder = program_folder,
+                    .default_data_dir = ends.default_data_dir,
+                    .store_dir = {}};
+
+  SimSession session;
+  Desktop desktop;
+  IndexCache cache;
+  MemoryLedger ledger;
+  DesktopView view(desktop, Dress(application, options, *ends.locale),
+                   [&boxes](const std::string& text) { boxes.Show(text, BoxIcon::kExclamation); });
+  Program program(session, desktop, platform, cache, ledger);
+  AutoPlay auto_play({options.screenshot_dir, options.play}, desktop, view, session, program, Fail);
+  const Termination termination([&] {
+    // As the button "Close Program", which keeps the settings.
+    const auto close = desktop.Untouched().form1.on_close;
+    desktop.form1().Loaded() ? close() : platform.programs.EndProcess();
+  });
+
+  QTimer::singleShot(0, &application, [&] {
+    ShowProblems(boxes, ends.problems);
+    program.Start();
+    if (options.PlaysAlone()) auto_play.Begin();
+  });
+  return QApplication::exec();
+}
+
+int Main(int argument_count, char** arguments) {
+  if (const std::optional<std::string> missing = ChooseDisplay()) {
+    std::cerr << "velumar: " << *missing << std::endl;
+    return kFailure;
+  }
+  QApplication application(argument_count, arguments);
+  QApplication::setApplicationName(QStringLiteral("velumar"));
+  QApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
+  // Windows come and go; the program ends by its own buttons.
+  QApplication::setQuitOnLastWindowClosed(false);
+  try {
+    return Run(application, ReadOptions(QApplication::arguments()));
+  } catch (const std::invalid_argument& error) {
+    std::cerr << "velumar: " << error.what() << std::endl;
+    return kBadArguments;
+  }
+}
+
+}  // namespace
+
+}  // namespace velumar
+
+int main(int argument_count, char** arguments) {
+  try {
+    return velumar::Main(argument_count, arguments);
+  } catch (const std::exception& error) {
+    std::cerr << "velumar: " << error.what() << std::endl;
+    return velumar::kFailure;
+  }
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/services.h"
+
+namespace velumar {
+
+// Boxes in front of the windows, which themselves stay on top of everything.
+class QtMessageBoxes : public MessageBoxes {
+ public:
+  void Show(std::string_view text, BoxIcon icon) override;
+};
+
+// For runs without anybody to answer: the text goes to the standard error output.
+class PrintedMessageBoxes : public MessageBoxes {
+ public:
+  void Show(std::string_view text, BoxIcon icon) override;
+};
+
+}  // namespace velumar

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/services.h"
+
+namespace velumar {
+
+// The whole primary screen, at 15 twips a logical pixel.
+class QtScreen : public Screen {
+ public:
+  float WidthTwips() const override;
+  float HeightTwips() const override;
+};
+
+}  // namespace velumar

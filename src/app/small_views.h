@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QPushButton>
+#include <QSlider>
+
+#include "app/control_view.h"
+
+namespace velumar {
+
+class ButtonView : public QPushButton, public ControlView {
+ public:
+  ButtonView(FormCanvas& canvas, QWidget& window, Button& button);
+  QWidget& Widget() override { return *this; }
+  void Update() override;
+
+ private:
+  FormCanvas& canvas_;
+  Button& button_;
+};
+
+class SliderView : public QSlider, public ControlView {
+ public:
+  SliderView(FormCanvas& canvas, QWidget& window, Slider& slider);
+  QWidget& Widget() override { return *this; }
+  void Update() override;
+
+ private:
+  FormCanvas& canvas_;
+  Slider& slider_;
+};
+
+class CheckBoxView : public QCheckBox, public ControlView {
+ public:
+  CheckBoxView(FormCanvas& canvas, QWidget& window, CheckBox& box);
+  QWidget& Widget() override { return *this; }
+  void Update() override;
+
+ private:
+  FormCanvas& canvas_;
+  CheckBox& box_;
+};
+
+}  // namespace velumar

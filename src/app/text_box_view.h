@@ -1,0 +1,24 @@
+#pragma once
+
+#include "app/control_view.h"
+#include "app/fitting_line_edit.h"
+
+namespace velumar {
+
+// A line to type into; the tooltip tells a text that is too long for it.
+class TextBoxView : public FittingLineEdit, public ControlView {
+ public:
+  TextBoxView(FormCanvas& canvas, QWidget& window, TextBox& box);
+  QWidget& Widget() override { return *this; }
+  void Update() override;
+
+ protected:
+  void keyReleaseEvent(QKeyEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  FormCanvas& canvas_;
+  TextBox& box_;
+};
+
+}  // namespace velumar

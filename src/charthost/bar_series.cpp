@@ -1,0 +1,42 @@
+#include "charthost/bar_series.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "charthost/price_text.h"
+
+namespace velumar {
+namespace {
+
+constexpr int kSampledBars = 400;
+
+template <typename T>
+bool HoldsAny(const std::vector<T>& values) {
+  return std::any_of(values.begin(), values.end(), [](T value) { return value != T{}; });
+}
+
+// As many decimals as the prices are quoted with, but no more than a 32-bit float can tell apart
+// at the height of the price.
+int QuotedDecimals(const BarSeries& series) {
+  const int step = std::max(1, series.size() / kSampledBars);
+  int decimals = 0;
+  float highest = 0;
+  for (int i = 0; i < series.size(); i += step) {
+    decimals = std::max({decimals, DecimalsOf(series.highs[i]), DecimalsOf(series.lows[i]),
+                         DecimalsOf(series.closes[i])});
+    highest = std::max(highest, std::abs(series.highs[i]));
+  }
+  const int whole_digits = highest >= 10 ? static_cast<int>(std::log10(highest)) + 1 : 1;
+  return std::clamp(std::min(decimals, 6 - whole_digits), 2, 5);
+}
+
+}  // namespace
+
+void DescribeSeries(BarSeries& series) {
+  series.has_opens = HoldsAny(series.opens);
+  series.has_volumes = HoldsAny(series.volumes);
+  series.has_times = HoldsAny(series.times);
+  series.decimals = QuotedDecimals(series);
+}
+
+}  // namespace velumar

@@ -1,0 +1,51 @@
+#include "charthost/chart_model.h"
+
+#include <utility>
+
+#include "charthost/moving_average.h"
+
+namespace velumar {
+namespace {
+
+// Narrower candles and bars can't show what they are; a line can be as fine as the screen.
+double LeastColumnWidth(ChartStyle style) { return style == ChartStyle::kLine ? 1 : 3; }
+
+}  // namespace
+
+void ChartModel::SetOptions(const ChartOptions& options) {
+  options_ = options;
+  ComputeAverages();
+}
+
+void ChartModel::ShowSeries(BarSeries series) {
+  series_ = std::move(series);
+  window_.Reset(series_.size());
+  ComputeAverages();
+}
+
+void ChartModel::UpdateSeries(BarSeries series) {
+  series_ = std::move(series);
+  window_.SetBars(series_.size());
+  ComputeAverages();
+}
+
+void ChartModel::ComputeAverages() {
+  for (std::size_t i = 0; i < averages_.size(); ++i) {
+    if (options_.averages[i].shown) {
+      MovingAverage(series_.closes, options_.averages[i].period, averages_[i]);
+    } else {
+      averages_[i].clear();
+    }
+  }
+}
+
+void ChartModel::Layout(double pixel_width) {
+  pixels_per_bar_ = pixel_width / window_.Span();
+  bars_in_column_ = BarsPerColumn(pixels_per_bar_, LeastColumnWidth(options_.style));
+  BuildColumns(series_, window_.FirstBar(), window_.LastBar(), bars_in_column_, columns_);
+  logarithmic_ = options_.logarithmic && CanBeLogarithmic(columns_);
+  prices_ = PriceRange(columns_, logarithmic_);
+  highest_volume_ = velumar::HighestVolume(columns_);
+}
+
+}  // namespace velumar

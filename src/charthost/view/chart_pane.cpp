@@ -1,0 +1,143 @@
+#include "charthost/view/chart_pane.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "charthost/date_text.h"
+#include "charthost/readout.h"
+#include "charthost/view/chart_plot.h"
+#include "charthost/view/qt_text.h"
+#include "charthost/view/readout_bar.h"
+
+namespace velumar {
+namespace {
+
+QColor ToneColor(ReadoutTone tone, const ChartColors& colors) {
+  switch (tone) {
+    case ReadoutTone::kUp:
+      return colors.up;
+    case ReadoutTone::kDown:
+      return colors.down;
+    case ReadoutTone::kPlain:
+      break;
+  }
+  return colors.text;
+}
+
+QString HeadText(const ChartDocument& document) {
+  QString text = ToQt(document.Symbol());
+  const QString name = ToQt(document.Name());
+  if (!name.isEmpty() && name != text) text += QStringLiteral("  ") + name;
+  return text + QStringLiteral("  \u00B7  ") + ToQt(IntervalTitle(document.Interval()));
+}
+
+void SetTextColor(QWidget* widget, const QColor& text, const QColor& background) {
+  QPalette palette = widget->palette();
+  palette.setColor(QPalette::WindowText, text);
+  palette.setColor(QPalette::Window, background);
+  widget->setPalette(palette);
+}
+
+}  // namespace
+
+ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, const ChartOptions& options,
+                     QWidget* parent)
+    : QWidget(parent), document_(source, std::move(request)) {
+  document_.Model().SetOptions(options);
+  readout_ = new ReadoutBar(this);
+  error_ = new QLabel(this);
+  error_->setWordWrap(true);
+  error_->setAutoFillBackground(true);
+  error_->setContentsMargins(10, 4, 10, 4);
+  error_->setTextFormat(Qt::PlainText);
+  plot_ = new ChartPlot(document_.Model(), this);
+  notice_ = new QLabel(plot_);
+  notice_->setAlignment(Qt::AlignCenter);
+  notice_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(readout_);
+  layout->addWidget(error_);
+  layout->addWidget(plot_, 1);
+  setFocusProxy(plot_);
+  connect(plot_, &ChartPlot::BarHovered, this, [this](int bar) {
+    if (std::exchange(hovered_bar_, bar) != bar) ShowBar(bar);
+  });
+  ApplyColors();
+}
+
+void ChartPane::Refresh() {
+  document_.Refresh();
+  ShowState();
+}
+
+void ChartPane::SetOptions(const ChartOptions& options) {
+  document_.Model().SetOptions(options);
+  ShowState();
+}
+
+void ChartPane::ApplyColors() {
+  const ChartColors& colors = ColorsFor(palette());
+  readout_->SetColors(colors);
+  plot_->SetColors(colors);
+  SetTextColor(error_, colors.error, colors.background);
+  SetTextColor(notice_, colors.faint_text, colors.background);
+  ShowState();
+}
+
+QString ChartPane::Title() const {
+  return ToQt(document_.Symbol()) + QStringLiteral(", ") +
+         ToQt(IntervalTitle(document_.Interval()));
+}
+
+void ChartPane::WindowMoved() { plot_->ModelChanged(); }
+
+void ChartPane::ShowState() {
+  if (std::exchange(shown_interval_, document_.Interval()) != document_.Interval()) {
+    readout_->ForgetWidths();
+  }
+  error_->setText(ToQt(document_.Error()));
+  error_->setVisible(!document_.Error().empty());
+  const bool empty = document_.Model().Series().size() == 0;
+  notice_->setText(document_.Error().empty()
+                       ? tr("No bars yet\nThe chart shows them as soon as they are there and it "
+                            "is refreshed: Alt+V, R")
+                       : QString());
+  notice_->setVisible(empty);
+  PlaceNotice();
+  ShowBar(hovered_bar_);
+  plot_->ModelChanged();
+}
+
+// The bar under the pointer, or the newest one.
+void ChartPane::ShowBar(int bar) {
+  const ChartModel& model = document_.Model();
+  const ChartColors& colors = ColorsFor(palette());
+  const BarSeries& series = model.Series();
+  std::vector<ReadoutItem> items;
+  items.push_back({QString(), HeadText(document_), colors.text, true});
+  const int shown = bar >= 0 && bar < series.size() ? bar : series.size() - 1;
+  if (shown >= 0) {
+    for (const ReadoutPart& part : BarReadout(series, shown)) {
+      items.push_back({ToQt(part.label), ToQt(part.value), ToneColor(part.tone, colors), false});
+    }
+    for (std::size_t i = 0; i < model.Options().averages.size(); ++i) {
+      if (model.Average(i).empty()) continue;
+      items.push_back({tr("Avg %1").arg(model.Options().averages[i].period),
+                       ToQt(AverageText(model.Average(i)[shown], series.decimals)),
+                       colors.averages[i], false});
+    }
+  }
+  readout_->SetItems(std::move(items));
+}
+
+void ChartPane::PlaceNotice() { notice_->setGeometry(plot_->rect().adjusted(20, 0, -60, 0)); }
+
+void ChartPane::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  PlaceNotice();
+}
+
+}  // namespace velumar

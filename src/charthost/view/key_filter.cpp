@@ -1,0 +1,136 @@
+#include "charthost/view/key_filter.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QWindow>
+
+#include "charthost/view/main_window.h"
+#include "charthost/view/open_dialog.h"
+
+namespace velumar {
+namespace {
+
+// Longer than a program takes between two keys, shorter than a person waits.
+constexpr int kMenuMilliseconds = 180;
+constexpr int kAbsenceMilliseconds = 1000;
+
+bool IsModifier(const QKeyEvent& key) {
+  switch (key.key()) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+    case Qt::Key_CapsLock:
+      return true;
+    default:
+      return false;
+  }
+}
+
+char LetterOf(int key) {
+  if (key >= Qt::Key_A && key <= Qt::Key_Z) return static_cast<char>('A' + (key - Qt::Key_A));
+  if (key == Qt::Key_Tab || key == Qt::Key_Backtab) return '\t';
+  return key == Qt::Key_Escape ? '\x1b' : '\0';
+}
+
+KeyStroke StrokeOf(const QKeyEvent& key) {
+  const Qt::KeyboardModifiers held = key.modifiers();
+  return {LetterOf(key.key()), held.testFlag(Qt::AltModifier), held.testFlag(Qt::ControlModifier),
+          held.testFlag(Qt::ShiftModifier), held.testFlag(Qt::MetaModifier)};
+}
+
+}  // namespace
+
+KeyFilter::KeyFilter(MainWindow& window) : QObject(&window), window_(window) {
+  menu_timer_.setSingleShot(true);
+  connect(&menu_timer_, &QTimer::timeout, this, &KeyFilter::ShowArmedMenu);
+  connect(&window, &MainWindow::MenuClosed, this, &KeyFilter::Disarm);
+  qApp->installEventFilter(this);
+}
+
+bool KeyFilter::eventFilter(QObject* receiver, QEvent* event) {
+  if (!receiver->isWindowType() || forwarding_) return false;
+  auto* const receiving_window = static_cast<QWindow*>(receiver);
+  switch (event->type()) {
+    case QEvent::ShortcutOverride:
+      return TakesShortcut(receiving_window, static_cast<QKeyEvent*>(event));
+    case QEvent::KeyPress:
+      return TakesKey(receiving_window, static_cast<QKeyEvent*>(event));
+    case QEvent::KeyRelease:
+      return Forward(receiving_window, static_cast<QKeyEvent*>(event));
+    case QEvent::MouseButtonPress:
+      if (!window_.IsMenuShown()) Disarm();
+      return false;
+    default:
+      return false;
+  }
+}
+
+// Answering yes makes the key come as an ordinary key press instead of a shortcut.
+bool KeyFilter::TakesShortcut(QWindow* receiver, QKeyEvent* key) {
+  if (IsModifier(*key)) return false;
+  const bool ours = keys_.Peek(StrokeOf(*key)).taken || RightfulWindow(receiver) != receiver;
+  if (ours) key->accept();
+  return ours;
+}
+
+bool KeyFilter::TakesKey(QWindow* receiver, QKeyEvent* key) {
+  if (IsModifier(*key)) return Forward(receiver, key);
+  const HostMenu armed = keys_.Armed();
+  const HostKeys::Answer answer = keys_.Press(StrokeOf(*key));
+  if (answer.action != HostAction::kNone) {
+    menu_timer_.stop();
+    if (!key->isAutoRepeat()) window_.Act(answer.action);
+    return true;
+  }
+  if (answer.taken) {
+    if (window_.IsMenuShown()) window_.ShowMenu(keys_.Armed());
+    menu_timer_.start(kMenuMilliseconds);
+    return true;
+  }
+  // A person who goes on in the menu before it is seen.
+  if (armed != HostMenu::kNone && keys_.Armed() != HostMenu::kNone && !window_.IsMenuShown()) {
+    ShowArmedMenu();
+    return false;
+  }
+  return Forward(receiver, key);
+}
+
+QWindow* KeyFilter::RightfulWindow(QWindow* receiver) const {
+  QWindow* const main = window_.windowHandle();
+  OpenDialog& dialog = window_.FileDialog();
+  QWindow* const file = dialog.windowHandle();
+  if (!dialog.isVisible() || main == nullptr || file == nullptr) return receiver;
+  if (dialog.IsLeaving()) return receiver == file ? main : receiver;
+  return receiver == main ? file : receiver;
+}
+
+bool KeyFilter::Forward(QWindow* receiver, QKeyEvent* key) {
+  QWindow* const rightful = RightfulWindow(receiver);
+  if (rightful == receiver) return false;
+  forwarding_ = true;
+  QCoreApplication::sendEvent(rightful, key);
+  forwarding_ = false;
+  return true;
+}
+
+// No window of ours has the focus for a moment while it goes from one to the other. Only a longer
+// absence means that the person has left.
+void KeyFilter::ShowArmedMenu() {
+  menu_timer_.stop();
+  if (QGuiApplication::applicationState() == Qt::ApplicationActive) {
+    window_.ShowMenu(keys_.Armed());
+  } else if (menu_timer_.interval() == kMenuMilliseconds) {
+    menu_timer_.start(kAbsenceMilliseconds);
+  } else {
+    keys_.Disarm();
+  }
+}
+
+void KeyFilter::Disarm() {
+  menu_timer_.stop();
+  keys_.Disarm();
+}
+
+}  // namespace velumar

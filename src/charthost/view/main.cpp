@@ -1,0 +1,55 @@
+#include <QApplication>
+#include <QCommandLineParser>
+#include <csignal>
+#include <iostream>
+
+#include "charthost/series_source.h"
+#include "charthost/view/display_choice.h"
+#include "charthost/view/key_filter.h"
+#include "charthost/view/main_window.h"
+#include "charthost/view/settings_store.h"
+#include "charthost/view/theme.h"
+#include "marketdata/index_cache.h"
+
+namespace {
+
+// Programs that start this one add switches of their own, as "/l": they mean nothing here.
+QStringList WithoutForeignSwitches(const QStringList& arguments) {
+  QStringList ours;
+  for (const QString& argument : arguments) {
+    if (ours.isEmpty() || !argument.startsWith(u'/')) ours.append(argument);
+  }
+  return ours;
+}
+
+void PrintLine(const std::string& line) { std::cout << line << std::endl; }
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  velumar::ChooseDisplay();
+  QApplication application(argc, argv);
+  QApplication::setApplicationVersion(QStringLiteral("1.0"));
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QStringLiteral("Draws charts of market data directories."));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  const QCommandLineOption state(
+      QStringLiteral("state"),
+      QStringLiteral("Print a line of JSON after each change of the open charts."));
+  parser.addOption(state);
+  parser.process(WithoutForeignSwitches(QApplication::arguments()));
+  std::signal(SIGPIPE, SIG_IGN);  // whoever read the lines may go away before us
+
+  velumar::InstallStyle();
+  QApplication::setWindowIcon(velumar::ProgramIcon());
+  velumar::IndexCache cache;
+  const velumar::SeriesSource source(cache);
+  velumar::SettingsStore settings;
+  velumar::MainWindow window(
+      source, settings,
+      parser.isSet(state) ? velumar::MainWindow::Report(PrintLine) : velumar::MainWindow::Report());
+  const velumar::KeyFilter keys(window);
+  window.show();
+  return QApplication::exec();
+}

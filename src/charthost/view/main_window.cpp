@@ -1,0 +1,346 @@
+#include "charthost/view/main_window.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QTabWidget>
+#include <utility>
+
+#include "charthost/view/averages_dialog.h"
+#include "charthost/view/chart_pane.h"
+#include "charthost/view/open_dialog.h"
+#include "charthost/view/qt_text.h"
+#include "charthost/view/theme.h"
+
+namespace velumar {
+namespace {
+
+// Programs that work this one find its window by this beginning.
+const QString kHostTitle = QStringLiteral("MetaStock");
+
+constexpr double kZoomIn = 0.8;
+
+}  // namespace
+
+MainWindow::MainWindow(const SeriesSource& source, SettingsStore& settings, Report report)
+    : source_(source),
+      settings_(settings),
+      report_(std::move(report)),
+      options_(settings.Options()) {
+  setWindowTitle(kHostTitle);
+  setMinimumSize(420, 320);
+  BuildCentre();
+  dialog_ = new OpenDialog(source, this);
+  averages_dialog_ = new AveragesDialog(this);
+  connect(dialog_, &OpenDialog::Chosen, this, &MainWindow::OpenChart);
+  connect(averages_dialog_, &AveragesDialog::Changed, this, [this](const auto& averages) {
+    ChartOptions options = options_;
+    options.averages = averages;
+    SetOptions(options);
+  });
+  BuildFileMenu();
+  BuildViewMenu();
+  ShowOptions();
+  ApplyTheme(options_.theme);
+  ApplyColors();
+  resize(1180, 760);
+  restoreGeometry(settings.Geometry());
+  Changed("ready");
+}
+
+void MainWindow::BuildCentre() {
+  auto* const hint = new QLabel(
+      tr("<p style='font-size:x-large'>No chart is open</p><p>Open one: press <b>Alt+F</b>, then "
+         "<b>O</b>.<br>Type or browse to a folder with market data, choose a security and press "
+         "Enter.</p>"),
+      this);
+  hint->setAlignment(Qt::AlignCenter);
+  hint->setWordWrap(true);
+  hint->setMargin(24);
+  tabs_ = new QTabWidget(this);
+  tabs_->setDocumentMode(true);
+  tabs_->setTabsClosable(true);
+  tabs_->setMovable(true);
+  tabs_->setFocusPolicy(Qt::NoFocus);
+  tabs_->tabBar()->setFocusPolicy(Qt::NoFocus);
+  tabs_->tabBar()->setDrawBase(false);
+  centre_ = new QStackedWidget(this);
+  centre_->addWidget(hint);
+  centre_->addWidget(tabs_);
+  setCentralWidget(centre_);
+  connect(tabs_, &QTabWidget::tabCloseRequested, this, &MainWindow::CloseChart);
+  connect(tabs_, &QTabWidget::currentChanged, this, &MainWindow::ChartActivated);
+}
+
+QMenu* MainWindow::AddMenu(const QString& title) {
+  QMenu* const menu = menuBar()->addMenu(title);
+  connect(menu, &QMenu::aboutToHide, this, &MainWindow::MenuClosed);
+  return menu;
+}
+
+void MainWindow::BuildFileMenu() {
+  file_menu_ = AddMenu(tr("&File"));
+  file_menu_->addAction(tr("&Open..."), QKeySequence::Open, this, &MainWindow::OpenFile);
+  file_menu_->addSeparator();
+  file_menu_->addAction(tr("&Close chart"), QKeySequence(Qt::CTRL | Qt::Key_W), this,
+                        [this] { CloseChart(tabs_->currentIndex()); });
+  file_menu_->addAction(tr("Clos&e all charts"), this, &MainWindow::CloseAll);
+  file_menu_->addSeparator();
+  file_menu_->addAction(tr("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q), this, &MainWindow::close);
+}
+
+void MainWindow::BuildViewMenu() {
+  view_menu_ = AddMenu(tr("&View"));
+  view_menu_->addAction(tr("&Refresh"), QKeySequence(Qt::Key_F5), this, &MainWindow::RefreshActive);
+  view_menu_->addSeparator();
+  AddStyleActions();
+  view_menu_->addSeparator();
+  AddToggle(view_menu_, tr("&Volume"), &ChartOptions::volume);
+  AddToggle(view_menu_, tr("Lo&g scale"), &ChartOptions::logarithmic);
+  AddAverageActions();
+  view_menu_->addSeparator();
+  AddWindowActions();
+  view_menu_->addSeparator();
+  AddThemeMenu();
+}
+
+void MainWindow::AddStyleActions() {
+  const std::array<std::pair<QString, ChartStyle>, 3> styles = {
+      {{tr("&Candles"), ChartStyle::kCandles},
+       {tr("&Bars"), ChartStyle::kBars},
+       {tr("&Line"), ChartStyle::kLine}}};
+  auto* const group = new QActionGroup(this);
+  for (const auto& [text, style] : styles) {
+    QAction* const action = view_menu_->addAction(text, this, [this, style = style] {
+      ChartOptions options = options_;
+      options.style = style;
+      SetOptions(options);
+    });
+    action->setCheckable(true);
+    group->addAction(action);
+    option_views_.emplace_back(
+        [this, action, style = style] { action->setChecked(options_.style == style); });
+  }
+}
+
+QAction* MainWindow::AddToggle(QMenu* menu, const QString& text, bool ChartOptions::*option) {
+  QAction* const action = menu->addAction(text, this, [this, option] {
+    ChartOptions options = options_;
+    options.*option = !(options.*option);
+    SetOptions(options);
+  });
+  action->setCheckable(true);
+  option_views_.emplace_back([this, action, option] { action->setChecked(options_.*option); });
+  return action;
+}
+
+void MainWindow::AddAverageActions() {
+  for (std::size_t i = 0; i < options_.averages.size(); ++i) {
+    QAction* const action = view_menu_->addAction(QString(), this, [this, i] {
+      ChartOptions options = options_;
+      options.averages[i].shown = !options.averages[i].shown;
+      SetOptions(options);
+    });
+    action->setCheckable(true);
+    option_views_.emplace_back([this, action, i] {
+      action->setText(tr("Average &%1: %2 bars").arg(i + 1).arg(options_.averages[i].period));
+      action->setChecked(options_.averages[i].shown);
+    });
+  }
+  view_menu_->addAction(tr("Average &periods..."), this,
+                        [this] { averages_dialog_->Show(options_.averages); });
+}
+
+// The keys beside them work where the chart has the focus; ChartPlot handles them.
+void MainWindow::AddWindowActions() {
+  view_menu_->addAction(tr("Zoom &in\t+"), this,
+                        [this] { MoveWindow([](ViewWindow& window) { window.Zoom(kZoomIn); }); });
+  view_menu_->addAction(tr("Zoom o&ut\t-"), this, [this] {
+    MoveWindow([](ViewWindow& window) { window.Zoom(1 / kZoomIn); });
+  });
+  view_menu_->addAction(tr("&Whole series"), this,
+                        [this] { MoveWindow([](ViewWindow& window) { window.ShowAll(); }); });
+  view_menu_->addAction(tr("&Newest bar\tEnd"), this,
+                        [this] { MoveWindow([](ViewWindow& window) { window.ShowNewest(); }); });
+}
+
+void MainWindow::AddThemeMenu() {
+  const std::array<std::pair<QString, ChartTheme>, 3> themes = {
+      {{tr("As the &system"), ChartTheme::kSystem},
+       {tr("&Light"), ChartTheme::kLight},
+       {tr("&Dark"), ChartTheme::kDark}}};
+  QMenu* const menu = view_menu_->addMenu(tr("&Theme"));
+  auto* const group = new QActionGroup(this);
+  for (const auto& [text, theme] : themes) {
+    QAction* const action = menu->addAction(text, this, [this, theme = theme] {
+      ChartOptions options = options_;
+      options.theme = theme;
+      SetOptions(options);
+    });
+    action->setCheckable(true);
+    group->addAction(action);
+    option_views_.emplace_back(
+        [this, action, theme = theme] { action->setChecked(options_.theme == theme); });
+  }
+}
+
+void MainWindow::Act(HostAction action) {
+  HideMenus();
+  switch (action) {
+    case HostAction::kOpen:
+      return OpenFile();
+    case HostAction::kCloseAll:
+      return CloseAll();
+    case HostAction::kRefresh:
+      return RefreshActive();
+    case HostAction::kNextChart:
+      return MoveInRing(1);
+    case HostAction::kPreviousChart:
+      return MoveInRing(-1);
+    case HostAction::kNone:
+      return;
+  }
+}
+
+void MainWindow::ShowMenu(HostMenu menu) {
+  if (menu == HostMenu::kNone) return;
+  QMenu* const shown = menu == HostMenu::kFile ? file_menu_ : view_menu_;
+  menuBar()->setActiveAction(shown->menuAction());
+}
+
+void MainWindow::HideMenus() {
+  for (QMenu* const menu : {file_menu_, view_menu_}) menu->hide();
+}
+
+bool MainWindow::IsMenuShown() const { return file_menu_->isVisible() || view_menu_->isVisible(); }
+
+ChartPane* MainWindow::Chart(int index) const {
+  return static_cast<ChartPane*>(tabs_->widget(index));
+}
+
+ChartPane* MainWindow::ActiveChart() const { return Chart(tabs_->currentIndex()); }
+
+int MainWindow::ChartCount() const { return tabs_->count(); }
+
+void MainWindow::OpenFile() { dialog_->Start(settings_.Folder()); }
+
+void MainWindow::OpenChart(const SeriesRequest& request) {
+  dialog_->Leave();
+  settings_.SetFolder(ToQt(request.folder));
+  auto* const pane = new ChartPane(source_, request, options_, tabs_);
+  {
+    const QSignalBlocker blocker(tabs_);
+    tabs_->setCurrentIndex(tabs_->addTab(pane, pane->Title()));
+  }
+  pane->setFocus();
+  Changed("opened");
+}
+
+void MainWindow::CloseAll() {
+  const QSignalBlocker blocker(tabs_);
+  while (tabs_->count() > 0) {
+    QWidget* const pane = tabs_->widget(0);
+    tabs_->removeTab(0);
+    pane->deleteLater();
+  }
+  Changed("closed");
+}
+
+void MainWindow::CloseChart(int index) {
+  QWidget* const pane = tabs_->widget(index);
+  if (pane == nullptr) return;
+  {
+    const QSignalBlocker blocker(tabs_);
+    tabs_->removeTab(index);
+  }
+  pane->deleteLater();
+  if (ActiveChart() != nullptr) ActiveChart()->setFocus();
+  Changed("closed");
+}
+
+void MainWindow::RefreshActive() {
+  ChartPane* const chart = ActiveChart();
+  if (chart == nullptr) return;
+  chart->Refresh();
+  Changed("refreshed");
+}
+
+void MainWindow::MoveInRing(int step) {
+  const int count = tabs_->count();
+  if (count < 2) return;
+  tabs_->setCurrentIndex((tabs_->currentIndex() + step + count) % count);
+}
+
+void MainWindow::ChartActivated() {
+  if (ActiveChart() == nullptr) return;
+  ActiveChart()->setFocus();
+  Changed("activated");
+}
+
+void MainWindow::MoveWindow(const std::function<void(ViewWindow&)>& move) {
+  if (ActiveChart() == nullptr) return;
+  move(ActiveChart()->Window());
+  ActiveChart()->WindowMoved();
+}
+
+void MainWindow::SetOptions(const ChartOptions& options) {
+  const bool other_theme = options.theme != options_.theme;
+  options_ = options;
+  settings_.SetOptions(options);
+  for (int i = 0; i < tabs_->count(); ++i) Chart(i)->SetOptions(options);
+  if (other_theme) ApplyTheme(options.theme);
+  ShowOptions();
+}
+
+void MainWindow::ShowOptions() {
+  for (const auto& show : option_views_) show();
+}
+
+void MainWindow::ApplyColors() {
+  StyleTabs();
+  for (int i = 0; i < tabs_->count(); ++i) Chart(i)->ApplyColors();
+}
+
+// The active tab joins the chart below it and carries a line in the highlight colour.
+void MainWindow::StyleTabs() {
+  const ChartColors& colors = ColorsFor(palette());
+  tabs_->setStyleSheet(
+      QStringLiteral("QTabBar::tab { padding: 6px 12px; border: 0; border-top: 2px solid "
+                     "transparent; color: %1; }"
+                     "QTabBar::tab:selected { background: %2; color: %3; border-top-color: %4; }"
+                     "QTabBar::tab:hover:!selected { color: %3; }")
+          .arg(colors.faint_text.name(), colors.background.name(), colors.text.name(),
+               palette().color(QPalette::Highlight).name()));
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) ApplyColors();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  settings_.SetGeometry(saveGeometry());
+  event->accept();
+}
+
+void MainWindow::Changed(const char* event) {
+  for (int i = 0; i < tabs_->count(); ++i) tabs_->setTabText(i, Chart(i)->Title());
+  const ChartPane* const chart = ActiveChart();
+  centre_->setCurrentIndex(chart == nullptr ? 0 : 1);
+  setWindowTitle(chart == nullptr ? kHostTitle
+                                  : kHostTitle + QStringLiteral(" - ") + chart->Title());
+  if (!report_) return;
+  const HostState host = {tabs_->count(), tabs_->currentIndex(), FromQt(windowTitle())};
+  if (chart == nullptr) {
+    report_(StateLine(event, host, nullptr));
+  } else {
+    const ChartState state = chart->Document().State();
+    report_(StateLine(event, host, &state));
+  }
+}
+
+}  // namespace velumar

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "charthost/host_keys.h"
+#include "charthost/series_source.h"
+#include "charthost/view/settings_store.h"
+#include "charthost/view_window.h"
+
+class QActionGroup;
+class QMenu;
+class QStackedWidget;
+class QTabWidget;
+
+namespace velumar {
+
+class AveragesDialog;
+class ChartPane;
+class OpenDialog;
+
+// The main window: a tab for each open chart, the menus, the file dialog.
+class MainWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  // `report` gets a line of JSON after each change of the open charts; it may be empty.
+  using Report = std::function<void(const std::string& line)>;
+
+  MainWindow(const SeriesSource& source, SettingsStore& settings, Report report);
+
+  // What the keys of other programs ask for.
+  void Act(HostAction action);
+  void ShowMenu(HostMenu menu);
+  void HideMenus();
+  bool IsMenuShown() const;
+
+  OpenDialog& FileDialog() { return *dialog_; }
+  ChartPane* ActiveChart() const;
+  int ChartCount() const;
+
+ signals:
+  void MenuClosed();
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void BuildCentre();
+  void BuildFileMenu();
+  void BuildViewMenu();
+  void AddStyleActions();
+  void AddAverageActions();
+  void AddWindowActions();
+  void AddThemeMenu();
+  QMenu* AddMenu(const QString& title);
+  QAction* AddToggle(QMenu* menu, const QString& text, bool ChartOptions::*option);
+
+  void OpenFile();
+  void OpenChart(const SeriesRequest& request);
+  void CloseAll();
+  void CloseChart(int index);
+  void RefreshActive();
+  void MoveInRing(int step);
+  void ChartActivated();
+  void MoveWindow(const std::function<void(ViewWindow&)>& move);
+  void SetOptions(const ChartOptions& options);
+  void ShowOptions();
+  void ApplyColors();
+  void StyleTabs();
+  ChartPane* Chart(int index) const;
+  // The titles of tabs and window after a change, and the line that reports it.
+  void Changed(const char* event);
+
+  const SeriesSource& source_;
+  SettingsStore& settings_;
+  Report report_;
+  ChartOptions options_;
+  QStackedWidget* centre_;
+  QTabWidget* tabs_;
+  OpenDialog* dialog_;
+  AveragesDialog* averages_dialog_;
+  QMenu* file_menu_;
+  QMenu* view_menu_;
+  std::vector<std::function<void()>> option_views_;  // bring the checks of the menus up to date
+};
+
+}  // namespace velumar

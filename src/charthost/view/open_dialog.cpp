@@ -1,0 +1,272 @@
+#include "charthost/view/open_dialog.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableView>
+#include <set>
+
+#include "charthost/date_text.h"
+#include "charthost/folder_text.h"
+#include "charthost/view/chart_colors.h"
+#include "charthost/view/folder_line.h"
+#include "charthost/view/qt_text.h"
+#include "charthost/view/security_table.h"
+#include "marketdata/metalib_error.h"
+
+namespace velumar {
+namespace {
+
+// How long the focus may take on its way into the dialog, and out of it.
+constexpr int kArrivalMilliseconds = 400;
+constexpr int kLongestLeaveMilliseconds = 1500;
+constexpr int kLeaveStepMilliseconds = 40;
+constexpr int kMeasuredRows = 200;
+
+QLabel* LabelFor(QWidget* field, const QString& text, QWidget* parent) {
+  auto* const label = new QLabel(text, parent);
+  label->setBuddy(field);
+  return label;
+}
+
+}  // namespace
+
+OpenDialog::OpenDialog(const SeriesSource& source, QWidget* parent)
+    : QDialog(parent), source_(source) {
+  setWindowTitle(tr("Open"));
+  leave_step_.setSingleShot(true);
+  leave_step_.setInterval(kLeaveStepMilliseconds);
+  BuildWidgets();
+  Connect();
+  resize(760, 540);
+}
+
+void OpenDialog::BuildWidgets() {
+  symbol_line_ = new QLineEdit(this);
+  symbol_line_->setPlaceholderText(tr("Type a symbol, or a part of a name to search"));
+  interval_ = new QComboBox(this);
+  list_ = new QTableView(this);
+  table_ = new SecurityTable(this);
+  filter_ = new SecurityFilter(*table_, this);
+  list_->setModel(filter_);
+  list_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  list_->setSelectionMode(QAbstractItemView::SingleSelection);
+  list_->setAlternatingRowColors(true);
+  list_->setShowGrid(false);
+  list_->setWordWrap(false);
+  list_->setTabKeyNavigation(false);
+  list_->setSortingEnabled(true);
+  list_->sortByColumn(-1, Qt::AscendingOrder);
+  list_->verticalHeader()->hide();
+  list_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+  list_->horizontalHeader()->setHighlightSections(false);
+  list_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  list_->horizontalHeader()->setSectionResizeMode(SecurityTable::kName, QHeaderView::Stretch);
+  list_->horizontalHeader()->setResizeContentsPrecision(kMeasuredRows);
+  message_ = new QLabel(this);
+  message_->setWordWrap(true);
+  message_->setTextFormat(Qt::PlainText);
+  message_->setMinimumHeight(2 * fontMetrics().height() + 4);
+  browse_ = new QPushButton(tr("&Browse..."), this);
+  folder_line_ = new FolderLine(this);
+
+  auto* const buttons = new QDialogButtonBox(this);
+  open_ = buttons->addButton(tr("&Open"), QDialogButtonBox::ActionRole);
+  cancel_ = buttons->addButton(QDialogButtonBox::Cancel);
+  open_->setDefault(true);
+
+  auto* const grid = new QGridLayout(this);
+  grid->addWidget(LabelFor(folder_line_, tr("Fol&der:"), this), 0, 0);
+  grid->addWidget(folder_line_, 0, 1, 1, 2);
+  grid->addWidget(browse_, 0, 3);
+  grid->addWidget(LabelFor(symbol_line_, tr("&Symbol:"), this), 1, 0);
+  grid->addWidget(symbol_line_, 1, 1);
+  grid->addWidget(LabelFor(interval_, tr("&Interval:"), this), 1, 2);
+  grid->addWidget(interval_, 1, 3);
+  grid->addWidget(list_, 2, 0, 1, 4);
+  grid->addWidget(message_, 3, 0, 1, 2);
+  grid->addWidget(buttons, 3, 2, 1, 2);
+  grid->setColumnStretch(1, 1);
+  grid->setRowStretch(2, 1);
+
+  const std::array<QWidget*, 7> order = {folder_line_, symbol_line_, interval_, list_,
+                                         open_,        cancel_,      browse_};
+  for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
+}
+
+void OpenDialog::Connect() {
+  connect(&leave_step_, &QTimer::timeout, this, &OpenDialog::GoWhenFocusIsGone);
+  connect(open_, &QPushButton::clicked, this, &OpenDialog::Proceed);
+  connect(cancel_, &QPushButton::clicked, this, &OpenDialog::reject);
+  connect(browse_, &QPushButton::clicked, this, &OpenDialog::Browse);
+  connect(folder_line_, &FolderLine::FolderTaken, this, &OpenDialog::TurnToFolder);
+  connect(list_, &QTableView::doubleClicked, this, &OpenDialog::OpenChosen);
+  connect(symbol_line_, &QLineEdit::textChanged, this, [this](const QString& text) {
+    list_->clearSelection();
+    filter_->SetText(text);
+    ShowCount();
+  });
+  connect(interval_, &QComboBox::currentIndexChanged, this, [this] {
+    filter_->SetInterval(ChosenInterval());
+    ShowCount();
+  });
+}
+
+void OpenDialog::Start(const QString& folder) {
+  leaving_ = false;
+  since_start_.start();
+  delete browser_;
+  folder_line_->setText(folder);
+  symbol_line_->clear();
+  if (ReadFolder(NormalFolder(FromQt(folder)))) {
+    ShowCount();
+  } else if (folder.isEmpty()) {
+    ShowText(tr("Type or browse to a folder with market data, then press Enter."), false);
+  }
+  folder_line_->setFocus();
+  folder_line_->selectAll();
+  show();
+  raise();
+  activateWindow();
+}
+
+void OpenDialog::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  folder_line_->setFocus();
+}
+
+void OpenDialog::Leave() {
+  leaving_ = true;
+  since_leave_.start();
+  parentWidget()->activateWindow();
+  GoWhenFocusIsGone();
+}
+
+void OpenDialog::GoWhenFocusIsGone() {
+  if (!leaving_) return;
+  const bool arrived = since_start_.hasExpired(kArrivalMilliseconds);
+  const bool gone = arrived && parentWidget()->isActiveWindow();
+  if (gone || since_leave_.hasExpired(kLongestLeaveMilliseconds)) {
+    hide();
+  } else {
+    leave_step_.start();
+  }
+}
+
+QString OpenDialog::Folder() const { return ToQt(folder_); }
+
+// Enter, or the button: first the folder, then the chart.
+void OpenDialog::Proceed() {
+  const bool other_folder = NormalFolder(FromQt(folder_line_->text())) != folder_;
+  if (folder_line_->hasFocus() || other_folder || folder_.empty()) {
+    TurnToFolder();
+  } else {
+    OpenChosen();
+  }
+}
+
+bool OpenDialog::TurnToFolder() {
+  folder_line_->HideSuggestions();
+  const std::string folder = NormalFolder(FromQt(folder_line_->text()));
+  if (!ReadFolder(folder)) {
+    folder_line_->setFocus();
+    folder_line_->selectAll();
+    return false;
+  }
+  folder_line_->setText(ToQt(folder));
+  interval_->setCurrentIndex(0);
+  symbol_line_->clear();
+  symbol_line_->setFocus();
+  ShowCount();
+  return true;
+}
+
+bool OpenDialog::ReadFolder(const std::string& folder) {
+  try {
+    table_->Show(source_.List(folder));
+    folder_ = folder;
+  } catch (const MetaLibError& failure) {
+    table_->Show({});
+    folder_.clear();
+    ShowText(ToQt(failure.what()), true);
+  }
+  FillIntervals();
+  return !folder_.empty();
+}
+
+// The first entry is the one that "S" finds; no interval has a name with that letter.
+void OpenDialog::FillIntervals() {
+  const std::optional<int> before = ChosenInterval();
+  std::set<int> intervals;
+  for (const SecurityInfo& security : table_->Securities()) intervals.insert(security.interval);
+  const QSignalBlocker blocker(interval_);
+  interval_->clear();
+  interval_->addItem(tr("Series with bars"));
+  for (const int interval : intervals) {
+    interval_->addItem(ToQt(IntervalTitle(interval)), interval);
+    if (interval == before) interval_->setCurrentIndex(interval_->count() - 1);
+  }
+  filter_->SetInterval(ChosenInterval());
+}
+
+std::optional<int> OpenDialog::ChosenInterval() const {
+  const QVariant interval = interval_->currentData();
+  return interval.isValid() ? std::optional(interval.toInt()) : std::nullopt;
+}
+
+std::optional<SecurityInfo> OpenDialog::ChosenRow() const {
+  const QModelIndexList rows = list_->selectionModel()->selectedRows();
+  if (rows.isEmpty()) return std::nullopt;
+  return table_->Securities()[filter_->mapToSource(rows.front()).row()];
+}
+
+void OpenDialog::OpenChosen() {
+  if (const std::optional<SecurityInfo> row = ChosenRow()) {
+    emit Chosen({folder_, row->symbol, row->file_number});
+    return;
+  }
+  // The folder may have changed since it was listed.
+  if (!ReadFolder(folder_)) return;
+  try {
+    const TypedChoice choice = {folder_, FromQt(symbol_line_->text()), ChosenInterval()};
+    emit Chosen(RequestOf(choice, table_->Securities()));
+  } catch (const std::invalid_argument& failure) {
+    ShowText(ToQt(failure.what()), true);
+    symbol_line_->setFocus();
+    symbol_line_->selectAll();
+  }
+}
+
+// The window blocks nothing, since keys from outside may come at any time.
+void OpenDialog::Browse() {
+  delete browser_;
+  browser_ = new QFileDialog(this, tr("Choose a folder with market data"), folder_line_->text());
+  browser_->setFileMode(QFileDialog::Directory);
+  browser_->setOption(QFileDialog::ShowDirsOnly);
+  connect(browser_, &QFileDialog::fileSelected, this, [this](const QString& folder) {
+    folder_line_->setText(folder);
+    TurnToFolder();
+  });
+  browser_->show();
+}
+
+void OpenDialog::ShowText(const QString& text, bool error) {
+  QPalette colors = palette();
+  if (error) colors.setColor(QPalette::WindowText, ColorsFor(palette()).error);
+  message_->setPalette(colors);
+  message_->setText(text);
+}
+
+void OpenDialog::ShowCount() {
+  if (folder_.empty()) return;
+  const int shown = filter_->rowCount(QModelIndex());
+  const int all = static_cast<int>(table_->Securities().size());
+  ShowText(shown == all ? tr("%n series", nullptr, all) : tr("%1 of %2 series").arg(shown).arg(all),
+           false);
+}
+
+}  // namespace velumar

@@ -1,0 +1,76 @@
+#include "charthost/view/settings_store.h"
+
+#include <algorithm>
+#include <array>
+
+namespace velumar {
+namespace {
+
+const QString kStyle = QStringLiteral("Style");
+const QString kTheme = QStringLiteral("Theme");
+const QString kVolume = QStringLiteral("Volume");
+const QString kLogarithmic = QStringLiteral("LogScale");
+const QString kFolder = QStringLiteral("Folder");
+const QString kGeometry = QStringLiteral("Geometry");
+
+// In the order of ChartStyle and of ChartTheme.
+const std::array<QString, 3> kStyleNames = {QStringLiteral("candles"), QStringLiteral("bars"),
+                                            QStringLiteral("line")};
+const std::array<QString, 3> kThemeNames = {QStringLiteral("system"), QStringLiteral("light"),
+                                            QStringLiteral("dark")};
+
+template <typename T>
+T FromName(const std::array<QString, 3>& names, const QString& name, T otherwise) {
+  const auto found = std::find(names.begin(), names.end(), name);
+  return found == names.end() ? otherwise : static_cast<T>(found - names.begin());
+}
+
+QString AverageKey(std::size_t index, const char* what) {
+  return QStringLiteral("Average%1%2").arg(index + 1).arg(QLatin1String(what));
+}
+
+}  // namespace
+
+SettingsStore::SettingsStore()
+    : settings_(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Velumar"),
+                QStringLiteral("Chart")) {
+  settings_.setFallbacksEnabled(false);
+}
+
+ChartOptions SettingsStore::Options() const {
+  ChartOptions options;
+  options.style = FromName(kStyleNames, settings_.value(kStyle).toString(), options.style);
+  options.theme = FromName(kThemeNames, settings_.value(kTheme).toString(), options.theme);
+  options.volume = settings_.value(kVolume, options.volume).toBool();
+  options.logarithmic = settings_.value(kLogarithmic, options.logarithmic).toBool();
+  for (std::size_t i = 0; i < options.averages.size(); ++i) {
+    AverageOptions& average = options.averages[i];
+    average.shown = settings_.value(AverageKey(i, "Shown"), average.shown).toBool();
+    const int period = settings_.value(AverageKey(i, "Period"), average.period).toInt();
+    if (period >= 1 && period <= ChartOptions::kLongestPeriod) average.period = period;
+  }
+  return options;
+}
+
+void SettingsStore::SetOptions(const ChartOptions& options) {
+  settings_.setValue(kStyle, kStyleNames[static_cast<std::size_t>(options.style)]);
+  settings_.setValue(kTheme, kThemeNames[static_cast<std::size_t>(options.theme)]);
+  settings_.setValue(kVolume, options.volume);
+  settings_.setValue(kLogarithmic, options.logarithmic);
+  for (std::size_t i = 0; i < options.averages.size(); ++i) {
+    settings_.setValue(AverageKey(i, "Shown"), options.averages[i].shown);
+    settings_.setValue(AverageKey(i, "Period"), options.averages[i].period);
+  }
+}
+
+QString SettingsStore::Folder() const { return settings_.value(kFolder).toString(); }
+
+void SettingsStore::SetFolder(const QString& folder) { settings_.setValue(kFolder, folder); }
+
+QByteArray SettingsStore::Geometry() const { return settings_.value(kGeometry).toByteArray(); }
+
+void SettingsStore::SetGeometry(const QByteArray& geometry) {
+  settings_.setValue(kGeometry, geometry);
+}
+
+}  // namespace velumar

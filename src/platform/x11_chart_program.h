@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/x11_connection.h"
+
+namespace velumar {
+
+// Tells the chart program's windows from all others. A folder or a letter may be called like the
+// chart program too: where a window names the program's own file as its class, only that program's
+// windows count; else those whose title is exactly the host title; else those that begin with it.
+class X11ChartProgram {
+ public:
+  // `connection` must outlive the object.
+  X11ChartProgram(X11Connection& connection, std::string host_title)
+      : connection_(connection), host_title_(std::move(host_title)) {}
+
+  // Front to back; empty while the program doesn't run.
+  std::vector<xcb_window_t> MainWindows();
+  // Whether keys may go into this window: a main window, or the file dialog of one.
+  bool TakesKeys(xcb_window_t window);
+  bool ShowsDialog(std::string_view title);
+
+ private:
+  bool BelongsTo(const std::vector<xcb_window_t>& main_windows, xcb_window_t window);
+
+  X11Connection& connection_;
+  std::string host_title_;
+};
+
+}  // namespace velumar

@@ -1,0 +1,164 @@
+#include "platform/x11_chart_windows.h"
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+#include <thread>
+#include <utility>
+
+#include "platform/x11_chart_program.h"
+#include "platform/x11_connection.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::chrono::milliseconds kActivationPatience{500};
+constexpr std::chrono::milliseconds kLook{5};
+
+xcb_window_t Native(WindowId window) { return static_cast<xcb_window_t>(window); }
+
+std::optional<xcb_window_t> WithTitle(X11Connection& connection, std::string_view title) {
+  std::optional<xcb_window_t> beginning;
+  for (const xcb_window_t window : connection.TopLevelWindows()) {
+    const std::string text = connection.Title(window);
+    if (text == title) return window;
+    if (!beginning && text.starts_with(title)) beginning = window;
+  }
+  return beginning;
+}
+
+// Some window managers only mark a window on another workspace as urgent.
+void SwitchToWorkspaceOf(X11Connection& connection, xcb_window_t window) {
+  constexpr std::uint32_t kOnAll = 0xFFFFFFFF;
+  xcb_ewmh_connection_t* const ewmh = connection.Ewmh();
+  const auto here = connection.NumbersProperty(connection.Root(), ewmh->_NET_CURRENT_DESKTOP);
+  const auto there = connection.NumbersProperty(window, ewmh->_NET_WM_DESKTOP);
+  if (here.empty() || there.empty() || there == here || there.front() == kOnAll) return;
+  xcb_ewmh_request_change_current_desktop(ewmh, connection.ScreenNumber(), there.front(),
+                                          XCB_CURRENT_TIME);
+}
+
+void AskToActivate(X11Connection& connection, xcb_window_t window) {
+  SwitchToWorkspaceOf(connection, window);
+  // As a pager asks, so that an icon becomes a window.
+  xcb_ewmh_request_change_active_window(connection.Ewmh(), connection.ScreenNumber(), window,
+                                        XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER, XCB_CURRENT_TIME,
+                                        connection.FrontWindow());
+}
+
+void RaiseAndFocus(X11Connection& connection, xcb_window_t window) {
+  const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+  xcb_map_window(connection.Xcb(), window);
+  xcb_configure_window(connection.Xcb(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+  xcb_set_input_focus(connection.Xcb(), XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+}
+
+void FillScreen(X11Connection& connection, xcb_window_t window) {
+  const XOwned<xcb_get_geometry_reply_t> screen(xcb_get_geometry_reply(
+      connection.Xcb(), xcb_get_geometry(connection.Xcb(), connection.Root()), nullptr));
+  if (!screen) return;
+  const std::uint32_t place[] = {0, 0, screen->width, screen->height};
+  xcb_configure_window(connection.Xcb(), window,
+                       XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                           XCB_CONFIG_WINDOW_HEIGHT,
+                       place);
+}
+
+bool IsShown(X11Connection& connection, xcb_window_t window) {
+  const std::vector<std::uint32_t> states =
+      connection.NumbersProperty(window, connection.Ewmh()->_NET_WM_STATE);
+  const auto hidden =
+      std::find(states.begin(), states.end(), connection.Ewmh()->_NET_WM_STATE_HIDDEN);
+  return connection.IsMapped(window) && hidden == states.end();
+}
+
+// The focus may still stand on a window that is just going away.
+bool IsInFront(X11Connection& connection, xcb_window_t window) {
+  return connection.FrontWindow() == window && IsShown(connection, window);
+}
+
+// Nothing here reads events, but errors about windows that have vanished arrive as such.
+void PassOverErrors(X11Connection& connection) {
+  while (const XOwned<xcb_generic_event_t> event{xcb_poll_for_event(connection.Xcb())}) {
+  }
+  connection.RequireAlive();
+}
+
+}  // namespace
+
+X11ChartWindows::X11ChartWindows(std::string host_title, const std::string& display_name)
+    : host_title_(std::move(host_title)),
+      connection_(std::make_unique<X11Connection>(display_name)) {}
+
+X11ChartWindows::~X11ChartWindows() = default;
+
+bool X11ChartWindows::HasWindowManager() const { return connection_->HasWindowManager(); }
+
+std::vector<WindowId> X11ChartWindows::TopLevelWindows() {
+  const std::vector<xcb_window_t> windows = connection_->TopLevelWindows();
+  return {windows.begin(), windows.end()};
+}
+
+std::string X11ChartWindows::WindowTitle(WindowId window) {
+  std::string title = connection_->Title(Native(window));
+  connection_->RequireAlive();
+  return title;
+}
+
+bool X11ChartWindows::IsWindowVisible(WindowId window) {
+  const bool shown = IsShown(*connection_, Native(window));
+  connection_->RequireAlive();
+  return shown;
+}
+
+bool X11ChartWindows::HasOwner(WindowId window) {
+  const bool owned = connection_->Owner(Native(window)) != XCB_NONE;
+  connection_->RequireAlive();
+  return owned;
+}
+
+void X11ChartWindows::Maximize(WindowId window) {
+  xcb_ewmh_connection_t* const ewmh = connection_->Ewmh();
+  if (connection_->HasWindowManager()) {
+    xcb_ewmh_request_change_wm_state(ewmh, connection_->ScreenNumber(), Native(window),
+                                     XCB_EWMH_WM_STATE_ADD, ewmh->_NET_WM_STATE_MAXIMIZED_VERT,
+                                     ewmh->_NET_WM_STATE_MAXIMIZED_HORZ,
+                                     XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
+  } else {
+    FillScreen(*connection_, Native(window));
+  }
+  xcb_flush(connection_->Xcb());
+  PassOverErrors(*connection_);
+}
+
+bool X11ChartWindows::BringToFront(std::string_view title) {
+  std::optional<xcb_window_t> window;
+  if (title == host_title_) {
+    const std::vector<xcb_window_t> main = X11ChartProgram(*connection_, host_title_).MainWindows();
+    if (!main.empty()) window = main.front();
+  } else {
+    window = WithTitle(*connection_, title);
+  }
+  if (!window) return false;
+  if (connection_->HasWindowManager()) {
+    AskToActivate(*connection_, *window);
+  } else {
+    RaiseAndFocus(*connection_, *window);
+  }
+  xcb_flush(connection_->Xcb());
+  const auto end = std::chrono::steady_clock::now() + kActivationPatience;
+  while (!IsInFront(*connection_, *window) && std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(kLook);
+  }
+  PassOverErrors(*connection_);
+  return true;
+}
+
+bool X11ChartWindows::DialogExists(std::string_view, std::string_view title) {
+  const bool shown = X11ChartProgram(*connection_, host_title_).ShowsDialog(title);
+  PassOverErrors(*connection_);
+  return shown;
+}
+
+}  // namespace velumar

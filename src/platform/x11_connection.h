@@ -1,0 +1,77 @@
+#pragma once
+
+#include <xcb/xcb.h>
+#include <xcb/xcb_ewmh.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velumar {
+
+struct FreeMemory {
+  void operator()(void* memory) const { std::free(memory); }
+};
+// A reply or event of the X server.
+template <typename T>
+using XOwned = std::unique_ptr<T, FreeMemory>;
+
+// A connection to one screen of an X display, with the questions that the back ends ask of its
+// windows. Windows of other programs may vanish at any moment: questions about them then have empty
+// answers.
+class X11Connection {
+ public:
+  // An empty name is the display of the environment. Throws std::runtime_error naming a display
+  // that can't be reached.
+  explicit X11Connection(std::string display_name);
+  X11Connection(const X11Connection&) = delete;
+  X11Connection& operator=(const X11Connection&) = delete;
+  ~X11Connection();
+
+  // Throws std::runtime_error once the connection is broken.
+  void RequireAlive() const;
+
+  xcb_connection_t* Xcb() const { return ewmh_.connection; }
+  // The atoms of the protocols between programs and window managers.
+  xcb_ewmh_connection_t* Ewmh() { return &ewmh_; }
+  int ScreenNumber() const { return screen_number_; }
+  xcb_window_t Root() const { return root_; }
+
+  bool HasWindowManager();
+  // Front to back. Without a window manager, the titled children of the root.
+  std::vector<xcb_window_t> TopLevelWindows();
+  // The top-level window that has the focus; XCB_NONE when none has.
+  xcb_window_t FrontWindow();
+
+  std::string Title(xcb_window_t window);
+  // Both texts of the window's class: the program's name and its kind.
+  std::vector<std::string> ClassTexts(xcb_window_t window);
+  bool IsMapped(xcb_window_t window);
+  // The window that this one is a dialog of, or XCB_NONE.
+  xcb_window_t Owner(xcb_window_t window);
+  // Whether both windows are of one program, or of a program and its helper for dialogs.
+  bool SameProgram(xcb_window_t left, xcb_window_t right);
+
+  xcb_atom_t Atom(const char* name);
+  std::string TextProperty(xcb_window_t window, xcb_atom_t property);
+  std::vector<std::uint32_t> NumbersProperty(xcb_window_t window, xcb_atom_t property);
+  // 0 when there is none.
+  std::uint32_t NumberProperty(xcb_window_t window, xcb_atom_t property);
+  // Back to front.
+  std::vector<xcb_window_t> Children(xcb_window_t window);
+  xcb_window_t Parent(xcb_window_t window);
+
+ private:
+  XOwned<xcb_get_property_reply_t> Property(xcb_window_t window, xcb_atom_t property);
+  xcb_window_t ClientBelow(xcb_window_t window);
+  xcb_window_t FocusedChildOfRoot();
+
+  std::string display_name_;
+  int screen_number_ = 0;
+  xcb_window_t root_ = XCB_NONE;
+  xcb_ewmh_connection_t ewmh_{};
+};
+
+}  // namespace velumar

@@ -1,0 +1,130 @@
+#include "platform/x11_key_sender.h"
+
+#include <algorithm>
+#include <chrono>
+#include <span>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+#include "platform/key_notation.h"
+#include "platform/x11_chart_program.h"
+#include "platform/x11_connection.h"
+#include "platform/x11_keyboard.h"
+#include "platform/x11_ping.h"
+
+namespace velumar {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr milliseconds kAnswerPatience{2000};
+constexpr milliseconds kPersonPatience{1000};
+// While a window is coming up or going away, none has the focus.
+constexpr milliseconds kFocusPatience{300};
+constexpr milliseconds kLook{10};
+
+enum class Obstacle : std::uint8_t { kNone, kOtherWindow, kNoFocus, kPersonTypes };
+
+milliseconds PatienceWith(Obstacle obstacle) {
+  switch (obstacle) {
+    case Obstacle::kNoFocus:
+      return kFocusPatience;
+    case Obstacle::kPersonTypes:
+      return kPersonPatience;
+    default:
+      return milliseconds(0);
+  }
+}
+
+// The keys of one text on their way into the chart program.
+class Typing {
+ public:
+  Typing(X11Connection& connection, const std::string& host_title, const std::string& display_name)
+      : connection_(connection),
+        program_(connection, host_title),
+        ping_(connection),
+        keyboard_(display_name) {}
+
+  KeyOutcome TypeAll(const std::vector<KeyStroke>& strokes) {
+    bool held_back = false;
+    for (rest_ = strokes; !rest_.empty() && !held_back; rest_ = rest_.subspan(1)) {
+      held_back = !TypeWithPatience(rest_.front());
+      // A shortcut opens a menu that takes the next key.
+      if (rest_.front().alt || rest_.front().ctrl) WaitUntilRead();
+    }
+    WaitUntilRead();
+    if (held_back) return KeyOutcome::kHeldBack;
+    return answered_ ? KeyOutcome::kTakenIn : KeyOutcome::kNotAnswered;
+  }
+
+ private:
+  bool TypeWithPatience(const KeyStroke& stroke) {
+    const Clock::time_point start = Clock::now();
+    while (true) {
+      const Obstacle obstacle = Try(stroke);
+      if (obstacle == Obstacle::kNone) return true;
+      if (Clock::now() - start >= PatienceWith(obstacle)) return false;
+      std::this_thread::sleep_for(kLook);
+    }
+  }
+
+  Obstacle Try(const KeyStroke& stroke) {
+    const xcb_window_t front = connection_.FrontWindow();
+    if (front == XCB_NONE) return Obstacle::kNoFocus;
+    if (!program_.TakesKeys(front)) return Obstacle::kOtherWindow;
+    X11Keyboard::Outcome outcome = keyboard_.Type(stroke, front);
+    if (outcome == X11Keyboard::Outcome::kNoKey) {
+      WaitUntilRead();
+      keyboard_.Prepare(rest_);
+      outcome = keyboard_.Type(stroke, front);
+    }
+    if (outcome == X11Keyboard::Outcome::kNoKey) {
+      throw std::runtime_error("the keyboard layout lacks a character and has no spare key for it");
+    }
+    if (outcome == X11Keyboard::Outcome::kModifierHeld) return Obstacle::kPersonTypes;
+    if (outcome != X11Keyboard::Outcome::kTyped) return Obstacle::kNoFocus;
+    unread_in_ = front;
+    return Obstacle::kNone;
+  }
+
+  // All waits of one text together stay within the patience.
+  void WaitUntilRead() {
+    if (unread_in_ == XCB_NONE) return;
+    const Clock::time_point start = Clock::now();
+    answered_ = ping_.WaitUntilRead(unread_in_, start + patience_) && answered_;
+    patience_ = std::max(Clock::duration::zero(), patience_ - (Clock::now() - start));
+    unread_in_ = XCB_NONE;
+  }
+
+  X11Connection& connection_;
+  X11ChartProgram program_;
+  X11Ping ping_;
+  X11Keyboard keyboard_;
+  std::span<const KeyStroke> rest_;
+  xcb_window_t unread_in_ = XCB_NONE;
+  Clock::duration patience_ = kAnswerPatience;
+  bool answered_ = true;
+};
+
+}  // namespace
+
+X11KeySender::X11KeySender(std::string host_title, std::string display_name)
+    : host_title_(std::move(host_title)),
+      display_name_(std::move(display_name)),
+      connection_(std::make_unique<X11Connection>(display_name_)) {}
+
+X11KeySender::~X11KeySender() = default;
+
+KeyOutcome X11KeySender::Send(std::string_view keys) {
+  const std::vector<KeyStroke> strokes = ParseKeys(keys);
+  if (!std::all_of(strokes.begin(), strokes.end(), X11Layout::CanType)) {
+    throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
+  }
+  connection_->RequireAlive();
+  return Typing(*connection_, host_title_, display_name_).TypeAll(strokes);
+}
+
+}  // namespace velumar

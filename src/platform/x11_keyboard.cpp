@@ -1,0 +1,120 @@
+#include "platform/x11_keyboard.h"
+
+#include <stdexcept>
+
+#include "platform/x11_server_grab.h"
+
+namespace velumar {
+
+namespace {
+
+// A window that vanishes while it's asked for is no reason to end the process.
+int PassOver(Display*, XErrorEvent*) { return 0; }
+
+// Nor is a display that does. The calls that follow fail one by one.
+void Remember(Display*, void* gone) { *static_cast<bool*>(gone) = true; }
+
+bool TakesKeysFromPrograms(Display* display) {
+  int opcode = 0;
+  int first_event = 0;
+  int first_error = 0;
+  return XQueryExtension(display, "XTEST", &opcode, &first_event, &first_error) != False;
+}
+
+Window ParentOf(Display* display, Window window) {
+  Window root = 0;
+  Window parent = 0;
+  Window* children = nullptr;
+  unsigned count = 0;
+  if (XQueryTree(display, window, &root, &parent, &children, &count) == 0) return 0;
+  if (children != nullptr) XFree(children);
+  return parent;
+}
+
+}  // namespace
+
+X11Keyboard::X11Keyboard(const std::string& display_name)
+    : errors_before_(XSetErrorHandler(PassOver)),
+      display_(xdo_new(display_name.empty() ? nullptr : display_name.c_str())) {
+  try {
+    if (!display_) throw std::runtime_error("the X display can't be reached for keys");
+    XSetIOErrorExitHandler(display_->xdpy, Remember, &gone_);
+    if (!TakesKeysFromPrograms(display_->xdpy)) {
+      throw std::runtime_error("the X display takes no keys from programs (XTEST is missing)");
+    }
+    layout_ = std::make_unique<X11Layout>(*display_);
+  } catch (...) {
+    XSetErrorHandler(errors_before_);
+    throw;
+  }
+}
+
+X11Keyboard::~X11Keyboard() {
+  layout_.reset();
+  display_.reset();
+  XSetErrorHandler(errors_before_);
+}
+
+void X11Keyboard::Prepare(std::span<const KeyStroke> strokes) {
+  layout_->Lend(strokes, State());
+  RequireAlive();
+}
+
+X11Keyboard::Outcome X11Keyboard::Type(const KeyStroke& stroke, Window window) {
+  const Outcome outcome = TypeGrabbed(stroke, window);
+  RequireAlive();
+  return outcome;
+}
+
+X11Keyboard::Outcome X11Keyboard::TypeGrabbed(const KeyStroke& stroke, Window window) {
+  const X11ServerGrab grab(display_->xdpy);
+  XkbStateRec state = State();
+  if (!FocusIsInside(window)) return Outcome::kFocusElsewhere;
+  constexpr unsigned kShortcutLocks = ShiftMask | ControlMask | Mod1Mask | Mod4Mask;
+  if ((state.base_mods | state.latched_mods | (state.locked_mods & kShortcutLocks)) != 0) {
+    return Outcome::kModifierHeld;
+  }
+  if (const auto key = layout_->Find(stroke, state)) {
+    Press(*key);
+    return Outcome::kTyped;
+  }
+  // There are letters that Caps Lock turns to a case from which Shift doesn't bring them back.
+  state.locked_mods = static_cast<unsigned char>(state.locked_mods & ~LockMask);
+  const auto key = layout_->Find(stroke, state);
+  if (!key) return Outcome::kNoKey;
+  XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, 0);
+  Press(*key);
+  XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, LockMask);
+  return Outcome::kTyped;
+}
+
+XkbStateRec X11Keyboard::State() const {
+  XkbStateRec state{};
+  XkbGetState(display_->xdpy, XkbUseCoreKbd, &state);
+  return state;
+}
+
+bool X11Keyboard::FocusIsInside(Window window) const {
+  Window focus = 0;
+  int revert = 0;
+  XGetInputFocus(display_->xdpy, &focus, &revert);
+  if (focus == PointerRoot) return false;
+  while (focus != 0 && focus != window) focus = ParentOf(display_->xdpy, focus);
+  return focus == window;
+}
+
+void X11Keyboard::Press(const X11Layout::Key& key) {
+  charcodemap_t press{};
+  press.code = key.code;
+  press.group = key.group;
+  press.modmask = static_cast<int>(key.modifiers);
+  int held = 0;
+  xdo_send_keysequence_window_list_do(display_.get(), CURRENTWINDOW, &press, 1, True, &held, 0);
+  xdo_send_keysequence_window_list_do(display_.get(), CURRENTWINDOW, &press, 1, False, &held, 0);
+}
+
+void X11Keyboard::RequireAlive() const {
+  if (gone_) throw std::runtime_error("the connection to the X display is lost");
+}
+
+}  // namespace velumar

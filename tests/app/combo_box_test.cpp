@@ -1,0 +1,103 @@
+#include <gmock/gmock.h>
+
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QLineEdit>
+
+#include "shown_desktop.h"
+
+namespace velumar {
+namespace {
+
+using ::testing::ElementsAre;
+
+class ComboBoxTest : public ShownDesktop {
+ protected:
+  ComboBoxTest() {
+    form.Show();
+    form.Combo1.on_click = [this] { events.push_back("click " + Chosen()); };
+    form.Combo1.on_key_up = [this](int code) {
+      events.push_back("key " + std::to_string(code) + " " + form.Combo1.Text());
+    };
+  }
+
+  std::string Chosen() const {
+    return form.Combo1.Text() + " " + std::to_string(form.Combo1.Index());
+  }
+
+  Form1& form = desktop.form1();
+  std::vector<std::string> events;
+};
+
+TEST_F(ComboBoxTest, AChoiceIsARowEvenAmongEqualOnes) {
+  form.Combo1.SetRows({{"PTT", 0}, {"PTT", 1}, {"AAPL", 2}});
+  form.Combo1.SetIndex(1);  // sorted: AAPL, PTT, PTT
+  events.clear();
+  auto& box = WidgetOf<QComboBox>(form.Combo1);
+  EXPECT_EQ(box.currentText(), QStringLiteral("PTT"));
+  QTest::keyClick(&box, Qt::Key_Down);
+  EXPECT_THAT(events, ElementsAre("click PTT 2", "key 40 PTT"));
+}
+
+TEST_F(ComboBoxTest, ATypedTextStaysTyped) {
+  form.Combo1.SetRows({{"AAPL", 0}, {"PTT", 1}});
+  form.Combo1.SetIndex(0);
+  events.clear();
+  auto& line = *WidgetOf<QComboBox>(form.Combo1).lineEdit();
+  line.setFocus();
+  line.selectAll();
+  QTest::keyClicks(&line, QStringLiteral("PTT"));
+  QTest::keyClick(&line, Qt::Key_Return);
+  WidgetOf<QLineEdit>(form.txtVAT).setFocus();
+  EXPECT_EQ(Chosen(), "PTT -1");
+  EXPECT_THAT(events, ElementsAre("key 80 P", "key 84 PT", "key 84 PTT", "key 13 PTT"));
+}
+
+TEST_F(ComboBoxTest, TheLogicMayReplaceListAndTextBehindAChoice) {
+  form.Combo1.on_click = [this] {
+    form.cbxPeriod.Clear();
+    form.cbxPeriod.SetText("D");
+  };
+  form.Combo1.SetRows({{"AAPL", 0}, {"PTT", 1}});
+  form.Combo1.UserChoose(1);
+  auto& period = WidgetOf<QComboBox>(form.cbxPeriod);
+  EXPECT_EQ(period.count(), 0);
+  EXPECT_EQ(period.currentText(), QStringLiteral("D"));
+  EXPECT_EQ(WidgetOf<QComboBox>(form.Combo1).currentIndex(), 1);
+}
+
+TEST_F(ComboBoxTest, ADoubleClickReachesTheModel) {
+  int double_clicks = 0;
+  desktop.form3().Combo2.on_double_click = [&] { ++double_clicks; };
+  desktop.form3().Show();
+  QTest::mouseDClick(WidgetOf<QComboBox>(desktop.form3().Combo2).lineEdit(), Qt::LeftButton);
+  EXPECT_EQ(double_clicks, 1);
+}
+
+TEST_F(ComboBoxTest, RollingTheWheelOverItChangesNothingWithoutTheFocus) {
+  form.Combo1.SetRows({{"AAPL", 0}, {"PTT", 1}});
+  form.Combo1.SetIndex(0);
+  auto& box = WidgetOf<QComboBox>(form.Combo1);
+  QWheelEvent down(QPointF(5, 5), box.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120), Qt::NoButton,
+                   Qt::NoModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&box, &down);
+  EXPECT_EQ(form.Combo1.Index(), 0);
+}
+
+TEST_F(ComboBoxTest, ThousandsOfSecuritiesOpenWithoutAPause) {
+  std::vector<ComboBox::Row> rows;
+  for (int i = 0; i < 6000; ++i) rows.push_back({"SYM" + std::to_string(10000 + i), i});
+  QElapsedTimer time;
+  time.start();
+  form.Combo1.SetRows(std::move(rows));
+  auto& box = WidgetOf<QComboBox>(form.Combo1);
+  box.showPopup();
+  QApplication::processEvents();
+  EXPECT_EQ(box.count(), 6000);
+  // Measuring every line would take seconds.
+  EXPECT_LT(time.elapsed(), 1000);
+  box.hidePopup();
+}
+
+}  // namespace
+}  // namespace velumar

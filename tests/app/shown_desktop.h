@@ -1,0 +1,43 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+#include <string>
+#include <vector>
+
+#include "app/desktop_view.h"
+#include "app/form_style.h"
+
+namespace velumar {
+
+// A desktop on the screen with no logic behind it but what a test binds.
+class ShownDesktop : public ::testing::Test {
+ protected:
+  ShownDesktop() { QApplication::setStyle(new FormStyle(Theme::Light())); }
+
+  static Appearance Look(const Theme& theme = Theme::Light()) {
+    return {theme, Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")};
+  }
+
+  FormView& View(Form& form) { return *view.Find(form); }
+
+  template <typename Widget>
+  Widget& WidgetOf(Control& control) {
+    auto* widget = View(control.Owner())
+                       .findChild<QWidget*>(QString::fromStdString(control.Name()),
+                                            Qt::FindDirectChildrenOnly);
+    auto* wanted = dynamic_cast<Widget*>(widget);
+    if (wanted == nullptr) throw std::logic_error("no such widget for " + control.Name());
+    return *wanted;
+  }
+
+  static void Click(QWidget& widget) { QTest::mouseClick(&widget, Qt::LeftButton); }
+
+  Desktop desktop;
+  std::vector<std::string> reports;
+  DesktopView view{desktop, Look(), [this](const std::string& text) { reports.push_back(text); }};
+};
+
+}  // namespace velumar

@@ -1,0 +1,199 @@
+#include <gmock/gmock.h>
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QDateEdit>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSlider>
+#include <stdexcept>
+
+#include "app/key_codes.h"
+#include "shown_desktop.h"
+
+namespace velumar {
+namespace {
+
+using ::testing::ElementsAre;
+using ViewTest = ShownDesktop;
+
+TEST_F(ViewTest, ShowsWhatTheModelHolds) {
+  Form1& form = desktop.form1();
+  form.Text3.SetText("/data/SET/");
+  form.DTPicker1.SetValue(20070203);
+  form.Label6.SetText("Loading");
+  form.Command5.SetText("A & B");
+  form.txtVAT.SetEnabled(false);
+  form.ImgDonate.SetVisible(false);
+  desktop.form3().HScrollx.SetValue(125);
+  desktop.form3().chkShowBigform.SetChecked(true);
+  form.Image3.SetPlace(3375, 2295);
+  form.Show();
+
+  EXPECT_EQ(WidgetOf<QLineEdit>(form.Text3).text(), QStringLiteral("/data/SET/"));
+  EXPECT_EQ(WidgetOf<QDateEdit>(form.DTPicker1).text(), QStringLiteral("03/02/2007"));
+  EXPECT_EQ(WidgetOf<QLabel>(form.Label6).text(), QStringLiteral("Loading"));
+  EXPECT_EQ(WidgetOf<QPushButton>(form.Command5).text(), QStringLiteral("A && B"));
+  EXPECT_FALSE(WidgetOf<QLineEdit>(form.txtVAT).isEnabled());
+  EXPECT_FALSE(WidgetOf<QAbstractButton>(form.ImgDonate).isVisible());
+  EXPECT_EQ(WidgetOf<QSlider>(desktop.form3().HScrollx).value(), 125);
+  EXPECT_TRUE(WidgetOf<QCheckBox>(desktop.form3().chkShowBigform).isChecked());
+  EXPECT_EQ(WidgetOf<QWidget>(form.Image3).geometry(), QRect(225, 153, 26, 25));
+  EXPECT_EQ(WidgetOf<QWidget>(form.Image3).toolTip(), QStringLiteral("Start"));
+}
+
+// A change by the logic fires the model's own event once; the view must not hand it back as a
+// second one by the user.
+TEST_F(ViewTest, ChangesByTheLogicDontComeBackAsTheUsers) {
+  Form1& form = desktop.form1();
+  Form3& panel = desktop.form3();
+  form.Show();
+  panel.Show();
+  std::vector<std::string> events;
+  const auto note = [&events](Control& control) {
+    const std::string name = control.Name();
+    control.on_change = [&events, name] { events.push_back("change " + name); };
+    control.on_click = [&events, name] { events.push_back("click " + name); };
+    control.on_key_up = [&events, name](int) { events.push_back("key " + name); };
+  };
+  for (Control* control : form.Controls()) note(*control);
+  for (Control* control : panel.Controls()) note(*control);
+
+  form.Text3.SetText("/other/");
+  form.DTPicker1.SetValue(20010101);
+  panel.HScrollx.SetValue(10);
+  panel.chkShowBigform.SetChecked(true);
+  panel.Combo2.SetIndex(1);
+  panel.Combo2.SetText("7");
+  QApplication::processEvents();
+  EXPECT_THAT(events, ElementsAre("change Text3", "change DTPicker1", "change HScrollx",
+                                  "click chkShowBigform", "click Combo2"));
+}
+
+TEST_F(ViewTest, TheUsersHandReachesTheModel) {
+  Form3& panel = desktop.form3();
+  panel.Show();
+  std::vector<int> moves;
+  panel.HScrollx.on_change = [&] { moves.push_back(panel.HScrollx.Value()); };
+  auto& slider = WidgetOf<QSlider>(panel.HScrollx);
+  QTest::keyClick(&slider, Qt::Key_Left);
+  QTest::keyClick(&slider, Qt::Key_Home);
+  EXPECT_THAT(moves, ElementsAre(245, 0));
+
+  Click(WidgetOf<QCheckBox>(panel.chkShowBigform));
+  EXPECT_TRUE(panel.chkShowBigform.Checked());
+
+  Form1& form = desktop.form1();
+  form.Show();
+  WidgetOf<QDateEdit>(form.DTPicker1).setDate(QDate(2003, 4, 5));
+  EXPECT_EQ(form.DTPicker1.Value(), 20030405);
+}
+
+TEST_F(ViewTest, TypingFiresAChangeForEachStrokeAndThenTheKey) {
+  Form1& form = desktop.form1();
+  form.Show();
+  form.Text3.SetText("");
+  std::vector<std::string> events;
+  form.Text3.on_change = [&] { events.push_back(form.Text3.Text()); };
+  form.Text3.on_key_up = [&](int code) { events.push_back(std::to_string(code)); };
+  QTest::keyClicks(&WidgetOf<QLineEdit>(form.Text3), QStringLiteral("d\\"));
+  QTest::keyClick(&WidgetOf<QLineEdit>(form.Text3), Qt::Key_Return);
+  EXPECT_THAT(events, ElementsAre("d", "68", "d\\", "0", "13"));
+}
+
+TEST_F(ViewTest, ATextBeingTypedKeepsItsCursor) {
+  Form1& form = desktop.form1();
+  form.Show();
+  auto& line = WidgetOf<QLineEdit>(form.txtcomm);
+  line.setFocus();
+  line.setCursorPosition(1);
+  QTest::keyClicks(&line, QStringLiteral("5"));
+  form.txtcomm.SetToolTip("not a number");
+  EXPECT_EQ(form.txtcomm.Text(), "15,000");
+  EXPECT_EQ(line.cursorPosition(), 2);
+  form.txtcomm.SetText("99,999");
+  EXPECT_EQ(line.cursorPosition(), 2);
+}
+
+TEST_F(ViewTest, LeavingABoxTellsTheModel) {
+  Form3& panel = desktop.form3();
+  panel.Show();
+  QApplication::setActiveWindow(&View(panel));
+  int left = 0;
+  panel.txtContractVol.on_leave = [&] { ++left; };
+  WidgetOf<QLineEdit>(panel.txtContractVol).setFocus();
+  Click(WidgetOf<QAbstractButton>(panel.imgLong));
+  EXPECT_EQ(left, 0) << "a picture takes no focus";
+  WidgetOf<QSlider>(panel.HScrollx).setFocus();
+  EXPECT_EQ(left, 1);
+}
+
+TEST_F(ViewTest, APictureButtonIsPressedReleasedAndClicked) {
+  Form1& form = desktop.form1();
+  form.Show();
+  std::vector<std::string> events;
+  form.Image3.on_press = [&] {
+    events.push_back("press");
+    form.Image3.SetPlace(form.Image3.Left() + 15, form.Image3.Top() + 15);
+  };
+  form.Image3.on_release = [&] {
+    events.push_back("release");
+    form.Image3.SetPlace(form.Image3.Left() - 15, form.Image3.Top() - 15);
+  };
+  form.Image3.on_click = [&] { events.push_back("click"); };
+  auto& button = WidgetOf<QAbstractButton>(form.Image3);
+  Click(button);
+  EXPECT_THAT(events, ElementsAre("press", "release", "click"));
+
+  events.clear();
+  QTest::mousePress(&button, Qt::LeftButton);
+  QTest::mouseMove(&button, QPoint(200, 200));
+  QTest::mouseRelease(&button, Qt::LeftButton, {}, QPoint(200, 200));
+  EXPECT_THAT(events, ElementsAre("press", "release")) << "let go beside it: no click";
+  EXPECT_EQ(form.Image3.Left(), 3360);
+}
+
+TEST_F(ViewTest, AnyMouseButtonOnTheGroundIsAPress) {
+  Form2& form = desktop.form2();
+  BigWindow& big = desktop.frmBigScore();
+  form.Show();
+  big.Show();
+  int on_backdrop = 0;
+  int on_window = 0;
+  int on_big = 0;
+  form.Image8.on_press = [&] { ++on_backdrop; };
+  form.on_press = [&] { ++on_window; };
+  big.on_press = [&] { ++on_big; };
+  QTest::mousePress(&WidgetOf<QWidget>(form.Image8), Qt::RightButton);
+  EXPECT_EQ(on_backdrop, 1);
+  // A label has no press of its own: the window behind it gets it.
+  QTest::mousePress(&WidgetOf<QWidget>(form.Label6), Qt::LeftButton);
+  EXPECT_EQ(on_window, 1);
+  QTest::mousePress(&WidgetOf<QWidget>(big.lblScore), Qt::MiddleButton);
+  EXPECT_EQ(on_big, 1);
+}
+
+TEST_F(ViewTest, WhatAHandlerThrowsIsReported) {
+  Form2& form = desktop.form2();
+  form.Show();
+  form.Image1.on_click = [] { throw std::runtime_error("F12.DAT: no permission to write"); };
+  Click(WidgetOf<QAbstractButton>(form.Image1));
+  EXPECT_THAT(reports, ElementsAre("F12.DAT: no permission to write"));
+}
+
+TEST(KeyCodes, AreTheUsualVirtualCodes) {
+  const struct {
+    int key;
+    int code;
+  } rows[] = {{Qt::Key_Return, 13}, {Qt::Key_Enter, 13},  {Qt::Key_Escape, 27}, {Qt::Key_A, 65},
+              {Qt::Key_Z, 90},      {Qt::Key_0, 48},      {Qt::Key_Space, 32},  {Qt::Key_F1, 112},
+              {Qt::Key_F12, 123},   {Qt::Key_Delete, 46}, {Qt::Key_Left, 37},   {Qt::Key_AltGr, 0}};
+  for (const auto& row : rows) {
+    const QKeyEvent event(QEvent::KeyRelease, row.key, Qt::NoModifier);
+    EXPECT_EQ(VirtualKeyCode(event), row.code) << "key " << row.key;
+  }
+}
+
+}  // namespace
+}  // namespace velumar

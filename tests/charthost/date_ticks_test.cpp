@@ -1,0 +1,126 @@
+#include "charthost/date_ticks.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "charthost/date_text.h"
+
+namespace velumar {
+namespace {
+
+bool IsLeap(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
+
+// A calendar that counts day by day.
+std::vector<int> Weekdays(int first_year, int count) {
+  static constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  std::vector<int> dates;
+  int weekday = 6;  // 1 January 2000 was a Saturday
+  for (int year = 2000; static_cast<int>(dates.size()) < count; ++year) {
+    for (int month = 1; month <= 12; ++month) {
+      const int days = kDays[month - 1] + (month == 2 && IsLeap(year) ? 1 : 0);
+      for (int day = 1; day <= days; ++day, weekday = (weekday + 1) % 7) {
+        if (weekday == 0 || weekday == 6 || year < first_year) continue;
+        if (static_cast<int>(dates.size()) < count)
+          dates.push_back(year * 10000 + month * 100 + day);
+      }
+    }
+  }
+  return dates;
+}
+
+BarSeries Daily(int first_year, int count) {
+  BarSeries series;
+  series.dates = Weekdays(first_year, count);
+  series.times.assign(series.dates.size(), 0);
+  return series;
+}
+
+BarSeries Intraday(int minutes, int days) {
+  BarSeries series;
+  for (const int date : Weekdays(2004, days)) {
+    for (int minute = 570; minute < 960; minute += minutes) {
+      series.dates.push_back(date);
+      series.times.push_back(minute / 60 * 10000 + minute % 60 * 100);
+    }
+  }
+  series.has_times = true;
+  return series;
+}
+
+std::string Texts(const std::vector<DateTick>& ticks) {
+  std::string texts;
+  for (const DateTick& tick : ticks) {
+    texts += (texts.empty() ? "" : " | ") + tick.text + (tick.strong ? "*" : "");
+  }
+  return texts;
+}
+
+TEST(DateTicks, NameYearsMonthsDaysOrTimesAsTheZoomAsks) {
+  const BarSeries daily = Daily(2003, 3000);
+  const BarSeries minutes = Intraday(5, 300);
+  struct Case {
+    const char* name;
+    const BarSeries& series;
+    AxisStretch stretch;
+    const char* texts;
+  };
+  const std::vector<Case> cases = {
+      {"all years",
+       daily,
+       {0, 2999, 0.3},
+       "2003 | 2004 | 2005 | 2006 | 2007 | 2008 | 2009 | 2010 | 2011 | 2012 | 2013 | 2014"},
+      {"quarters", daily, {230, 560, 2}, "2004* | Apr | Jul | Oct | 2005*"},
+      {"months", daily, {340, 470, 6}, "May | Jun 2004 | Jul | Aug | Sep | Oct"},
+      {"weeks", daily, {350, 390, 20}, "10 May 2004 | 17 | 24 | 31 | Jun* | 14 | 21 | 28"},
+      {"days", daily, {258, 268, 80}, "29 | 30 | 31 | 2004* | 2 | 5 | 6 | 7 | 8 | 9 | 12"},
+      {"days of times", minutes, {100, 600, 2}, "5 Jan 2004 | 6 | 7 | 8 | 9 | 12"},
+      {"hours", minutes, {150, 240, 8}, "5 Jan* | 11:00 | 12:00 | 13:00 | 14:00 | 15:00 | 6 Jan*"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Texts(DateTicks(c.series, c.stretch, 64)), c.texts) << c.name;
+  }
+}
+
+TEST(DateTicks, KeepTheirDistanceAtEveryZoom) {
+  const BarSeries daily = Daily(2000, 5000);
+  const BarSeries minutes = Intraday(15, 100);
+  for (const BarSeries* series : {&daily, &minutes}) {
+    for (double pixels = 0.05; pixels < 150; pixels *= 1.3) {
+      const int last = std::min(series->size() - 1, 700 + static_cast<int>(1200 / pixels));
+      const auto ticks = DateTicks(*series, {700, last, pixels}, 64);
+      const bool wide = last - 700 > 200 / pixels && pixels < 60;
+      EXPECT_TRUE(!wide || !ticks.empty()) << pixels;
+      for (std::size_t i = 0; i < ticks.size(); ++i) {
+        EXPECT_TRUE(ticks[i].bar >= 700 && ticks[i].bar <= last);
+        EXPECT_FALSE(ticks[i].text.empty());
+        const double distance = i == 0 ? 64 : (ticks[i].bar - ticks[i - 1].bar) * pixels;
+        EXPECT_GE(distance, 64) << pixels;
+      }
+    }
+  }
+}
+
+TEST(DateTicks, SurviveDamagedDatesAndEmptyStretches) {
+  BarSeries series;
+  series.dates = {0, -5, 99999999, 20041399, 20040101, 20040101};
+  series.times = {0, -1, 999999, 0, 0, 0};
+  series.has_times = true;
+  EXPECT_FALSE(DateTicks(series, {0, 5, 200}, 64).empty());
+  EXPECT_TRUE(DateTicks(series, {3, 2, 10}, 64).empty());
+}
+
+TEST(DayText, KnowsWeekdaysOfEveryDate) {
+  EXPECT_EQ(LongDayText(20000229), "Tue 29 Feb 2000");
+  EXPECT_EQ(LongDayText(19700101), "Thu 1 Jan 1970");
+  EXPECT_EQ(LongDayText(19501231), "Sun 31 Dec 1950");
+  std::int64_t before = DayNumber({1999, 12, 31});
+  for (const int date : Weekdays(2000, 3000)) {
+    const std::int64_t number = DayNumber(SplitDate(date));
+    EXPECT_TRUE(number == before + 1 || number == before + 3) << date;
+    before = number;
+  }
+}
+
+}  // namespace
+}  // namespace velumar

@@ -1,0 +1,48 @@
+#include "charthost/folder_text.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "support/scratch.h"
+
+namespace velumar {
+namespace {
+
+TEST(NormalFolder, TakesBothSeparatorsDoubledAndClosingOnes) {
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"/data/SET", "/data/SET"},
+      {"\\data\\SET\\", "/data/SET"},
+      {"/data\\\\SET//Simulate\\   ", "/data/SET/Simulate"},
+      {"/my data/50% ^+~{x}", "/my data/50% ^+~{x}"},
+      {"\\", "/"},
+      {"", ""},
+      {"/a~/b", "/a~/b"}};
+  for (const auto& [typed, folder] : cases) EXPECT_EQ(NormalFolder(typed), folder) << typed;
+}
+
+TEST(FoldersBeginningWith, OffersFoldersAloneAndCompletesWhatTheyShare) {
+  const ScratchFolder scratch;
+  for (const char* name : {"daily set", "daily nyse", "intraday", ".hidden"}) {
+    std::filesystem::create_directory(scratch.Sub(name));
+  }
+  std::ofstream(scratch.Sub("daily.txt")) << "no folder";
+  const std::string root = scratch.Path().string();
+  const auto daily = FoldersBeginningWith(root + "\\da", 9);
+  EXPECT_THAT(daily, testing::ElementsAre(root + "/daily nyse", root + "/daily set"));
+  EXPECT_EQ(CommonBeginning(daily), root + "/daily ");
+  EXPECT_EQ(FoldersBeginningWith(root + "/", 9).size(), 3U);
+  EXPECT_EQ(FoldersBeginningWith(root + "/", 2).size(), 2U);
+  EXPECT_THAT(FoldersBeginningWith(root + "/.", 9), testing::ElementsAre(root + "/.hidden"));
+  EXPECT_TRUE(FoldersBeginningWith(root + "/nothing/here", 9).empty());
+  EXPECT_TRUE(FoldersBeginningWith("relative", 9).empty());
+}
+
+TEST(CommonBeginning, CutsNoCharacterInHalf) {
+  EXPECT_EQ(CommonBeginning({"/caf\u00E9", "/caf\u00E8"}), "/caf");
+  EXPECT_EQ(CommonBeginning({}), "");
+}
+
+}  // namespace
+}  // namespace velumar

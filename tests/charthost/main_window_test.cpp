@@ -1,0 +1,191 @@
+#include "charthost/view/main_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTableView>
+#include <QTest>
+#include <QWindow>
+
+#include "charthost/chart_windows.h"
+#include "charthost/view/chart_pane.h"
+#include "charthost/view/open_dialog.h"
+
+namespace velumar {
+namespace {
+
+// Where the keys of a program arrive: in the window in front, or still in the main window, which
+// keeps the focus for a while after the dialog has been asked for.
+enum class Arrival { kInFront, kInMainWindow };
+
+class MainWindowTest : public testing::TestWithParam<Arrival> {
+ protected:
+  QWindow* Target() {
+    QWindow* const front = QGuiApplication::focusWindow();
+    return GetParam() == Arrival::kInFront && front != nullptr ? front
+                                                               : program_.window->windowHandle();
+  }
+  void Key(Qt::Key key, Qt::KeyboardModifiers held = Qt::NoModifier) {
+    QTest::keyClick(Target(), key, held);
+  }
+  void Type(const std::string& text) {
+    for (const char c : text) QTest::keyClick(Target(), c);
+  }
+  void Chord(Qt::Key menu, Qt::Key letter, Qt::KeyboardModifiers held = Qt::NoModifier) {
+    Key(menu, Qt::AltModifier);
+    Key(letter, held);
+  }
+  void OpenBlind(const std::string& folder, const std::string& symbol) {
+    Chord(Qt::Key_F, Qt::Key_O, Qt::ShiftModifier);
+    Type(folder + "   ");
+    Key(Qt::Key_Return);
+    Type(symbol + "   ");
+    Key(Qt::Key_End);
+    Key(Qt::Key_Tab);
+    Key(Qt::Key_S, Qt::ShiftModifier);
+    Key(Qt::Key_Return);
+  }
+  OpenDialog& Dialog() { return program_.window->FileDialog(); }
+  std::string DialogText() {
+    std::string texts;
+    for (const QLabel* label : Dialog().findChildren<QLabel*>()) {
+      texts += label->text().toStdString() + "|";
+    }
+    return texts;
+  }
+
+  ChartProgram program_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Keys, MainWindowTest,
+                         testing::Values(Arrival::kInFront, Arrival::kInMainWindow));
+
+TEST_P(MainWindowTest, TakesAWholeRunOfKeysFromOutside) {
+  EXPECT_EQ(program_.window->windowTitle(), QStringLiteral("MetaStock"));
+  OpenBlind(program_.folder + "\\", "SCB");
+  EXPECT_EQ(program_.Last()["event"], "opened");
+  EXPECT_EQ(program_.Last()["chart"]["symbol"], "SCB");
+  EXPECT_EQ(program_.Last()["chart"]["folder"], program_.folder);
+  EXPECT_TRUE(program_.window->windowTitle().startsWith(QStringLiteral("MetaStock - SCB")));
+  EXPECT_TRUE(Dialog().IsLeaving() || !Dialog().isVisible());
+  OpenBlind(program_.scratch.Path().string() + "\\\\my data 50%", "s p-x");
+  EXPECT_EQ(program_.Last()["charts"], 2);
+  EXPECT_EQ(program_.Last()["chart"]["symbol"], "S P-X");
+
+  Chord(Qt::Key_V, Qt::Key_R, Qt::ShiftModifier);
+  EXPECT_EQ(program_.Last()["event"], "refreshed");
+  EXPECT_EQ(program_.Last()["active"], 1);
+  Key(Qt::Key_Tab, Qt::ControlModifier);
+  EXPECT_EQ(program_.Last()["event"], "activated");
+  EXPECT_EQ(program_.Last()["chart"]["symbol"], "SCB");
+  Chord(Qt::Key_V, Qt::Key_R, Qt::AltModifier);
+  EXPECT_EQ(program_.Last()["chart"]["symbol"], "SCB");
+  Key(Qt::Key_Tab, Qt::ControlModifier);
+  EXPECT_EQ(program_.Last()["active"], 1);
+
+  Chord(Qt::Key_F, Qt::Key_E);
+  EXPECT_EQ(program_.Last()["event"], "closed");
+  EXPECT_EQ(program_.Last()["charts"], 0);
+  EXPECT_EQ(program_.window->windowTitle(), QStringLiteral("MetaStock"));
+  EXPECT_FALSE(program_.window->IsMenuShown());
+}
+
+TEST_P(MainWindowTest, ShowsTheMenuToAPersonWhoWaits) {
+  Key(Qt::Key_F, Qt::AltModifier);
+  EXPECT_FALSE(program_.window->IsMenuShown());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return program_.window->IsMenuShown(); }, 3000));
+  Key(Qt::Key_Down);
+  Key(Qt::Key_O);
+  EXPECT_FALSE(program_.window->IsMenuShown());
+  EXPECT_TRUE(Dialog().isVisible());
+}
+
+TEST_P(MainWindowTest, SaysInTheDialogWhatIsMissing) {
+  OpenBlind(program_.folder, "SC");
+  EXPECT_TRUE(Dialog().isVisible());
+  EXPECT_NE(DialogText().find("There is no security \"SC\""), std::string::npos) << DialogText();
+  EXPECT_EQ(program_.window->ChartCount(), 0);
+  Chord(Qt::Key_F, Qt::Key_O);
+  Type("/no/such/place");
+  Key(Qt::Key_Return);
+  EXPECT_NE(DialogText().find("There is no folder \"/no/such/place\""), std::string::npos);
+  // The next run of keys starts from a clean dialog.
+  OpenBlind(program_.folder, "ADVANC");
+  EXPECT_EQ(program_.Last()["chart"]["symbol"], "ADVANC");
+}
+
+TEST_P(MainWindowTest, LetsAPersonChooseARowOrAnInterval) {
+  Chord(Qt::Key_F, Qt::Key_O);
+  Type(program_.folder);
+  Key(Qt::Key_Return);
+  Type("sc");
+  auto* const list = Dialog().findChild<QTableView*>();
+  ASSERT_EQ(list->model()->rowCount(), 2);
+  Key(Qt::Key_Tab);
+  Key(Qt::Key_Tab);
+  Key(Qt::Key_Down);
+  list->selectRow(1);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(program_.Last()["chart"]["interval"], 5);
+
+  Chord(Qt::Key_F, Qt::Key_O);
+  Key(Qt::Key_Return);  // the folder that was used last
+  Type("SCB");
+  Key(Qt::Key_Tab);
+  Key(Qt::Key_5);
+  EXPECT_EQ(list->model()->rowCount(), 1);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(program_.Last()["charts"], 2);
+  EXPECT_EQ(program_.Last()["chart"]["interval"], 5);
+}
+
+TEST_P(MainWindowTest, CompletesFoldersWithoutTakingOtherKeys) {
+  Chord(Qt::Key_F, Qt::Key_O);
+  Type(program_.scratch.Path().string() + "/my");
+  Key(Qt::Key_Tab);
+  QTest::qWait(400);  // the suggestions are shown
+  Key(Qt::Key_Return);
+  Type("ADVANC   ");
+  Key(Qt::Key_End);
+  Key(Qt::Key_Tab);
+  Key(Qt::Key_S, Qt::ShiftModifier);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(program_.Last()["chart"]["symbol"], "ADVANC");
+}
+
+TEST_P(MainWindowTest, RemembersTheLookAndTheFolder) {
+  OpenBlind(program_.folder, "SCB");
+  ChartOptions options = program_.settings->Options();
+  EXPECT_EQ(options, ChartOptions());
+  Key(Qt::Key_V, Qt::AltModifier);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return program_.window->IsMenuShown(); }, 3000));
+  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_L);
+  Key(Qt::Key_V, Qt::AltModifier);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return program_.window->IsMenuShown(); }, 3000));
+  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_2);
+  const SettingsStore kept;
+  EXPECT_EQ(kept.Options().style, ChartStyle::kLine);
+  EXPECT_FALSE(kept.Options().averages[1].shown);
+  EXPECT_TRUE(kept.Options().averages[0].shown);
+  EXPECT_EQ(kept.Folder().toStdString(), program_.folder);
+  program_.settings->SetOptions(ChartOptions());
+}
+
+// Two entries with one letter would make a person's second key do nothing.
+TEST_P(MainWindowTest, HasMenusWhoseLettersDoNotClash) {
+  for (QAction* top : program_.window->menuBar()->actions()) {
+    std::set<QChar> letters;
+    for (const QAction* action : top->menu()->actions()) {
+      if (action->isSeparator()) continue;
+      const qsizetype mark = action->text().indexOf(u'&');
+      ASSERT_GE(mark, 0) << action->text().toStdString();
+      EXPECT_TRUE(letters.insert(action->text()[mark + 1].toUpper()).second)
+          << action->text().toStdString();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace velumar

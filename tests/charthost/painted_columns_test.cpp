@@ -1,0 +1,177 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "charthost/bar_columns.h"
+#include "charthost/chart_model.h"
+#include "charthost/moving_average.h"
+#include "charthost/value_ticks.h"
+
+namespace velumar {
+namespace {
+
+// A walk whose bars keep the rules of prices, with a contradiction now and then.
+BarSeries RandomSeries(int count, unsigned seed) {
+  std::mt19937 random(seed);
+  std::normal_distribution<float> move(0, 1);
+  BarSeries series;
+  float price = 100;
+  for (int i = 0; i < count; ++i) {
+    const float open = price;
+    price = std::max(5.0F, price + move(random));
+    series.dates.push_back(20000101 + i);
+    series.times.push_back(0);
+    series.opens.push_back(random() % 50 == 0 ? open + 20 : open);
+    series.highs.push_back(std::max(open, price) + std::abs(move(random)));
+    series.lows.push_back(std::min(open, price) - std::abs(move(random)));
+    series.closes.push_back(random() % 50 == 0 ? price + 15 : price);
+    series.volumes.push_back(static_cast<float>(random() % 1000));
+  }
+  DescribeSeries(series);
+  return series;
+}
+
+TEST(BarColumns, HoldTheExtremesAndTheVolumeOfTheirBars) {
+  const BarSeries series = RandomSeries(1000, 3);
+  for (const int per_column : {1, 2, 7, 64}) {
+    std::vector<BarColumn> columns;
+    BuildColumns(series, 0, 999, per_column, columns);
+    ASSERT_EQ(static_cast<int>(columns.size()), (1000 + per_column - 1) / per_column);
+    float highest = 0;
+    float lowest = 1e9F;
+    double volume = 0;
+    for (const BarColumn& column : columns) {
+      EXPECT_GE(column.open, column.low);
+      EXPECT_LE(column.open, column.high);
+      highest = std::max(highest, column.high);
+      lowest = std::min(lowest, column.low);
+      volume += column.volume;
+      EXPECT_EQ(column.close, series.closes[column.last_bar]);
+    }
+    EXPECT_EQ(highest, std::max(*std::max_element(series.highs.begin(), series.highs.end()),
+                                *std::max_element(series.closes.begin(), series.closes.end())));
+    EXPECT_EQ(lowest, *std::min_element(series.lows.begin(), series.lows.end()));
+    double sum = 0;
+    for (const float bar : series.volumes) sum += bar;
+    EXPECT_DOUBLE_EQ(volume, sum);
+  }
+}
+
+// A chart that is moved, or gets one more bar, must not flicker.
+TEST(BarColumns, StayTheSameWhileTheChartMoves) {
+  const BarSeries series = RandomSeries(500, 4);
+  std::vector<BarColumn> one;
+  std::vector<BarColumn> moved;
+  BuildColumns(series, 100, 400, 6, one);
+  BuildColumns(series, 103, 404, 6, moved);
+  for (std::size_t i = 1; i + 1 < one.size(); ++i) {
+    const auto same = std::find_if(moved.begin(), moved.end(), [&](const BarColumn& column) {
+      return column.place == one[i].place;
+    });
+    ASSERT_NE(same, moved.end()) << i;
+    EXPECT_EQ(same->high, one[i].high);
+    EXPECT_EQ(same->volume, one[i].volume);
+  }
+}
+
+TEST(ChartModel, PaintsNoMoreColumnsThanFitTheScreen) {
+  ChartModel model;
+  model.ShowSeries(RandomSeries(32767, 5));
+  model.Window().ShowAll();
+  for (const ChartStyle style : {ChartStyle::kCandles, ChartStyle::kBars, ChartStyle::kLine}) {
+    ChartOptions options;
+    options.style = style;
+    model.SetOptions(options);
+    for (const double width : {300.0, 1600.0, 3840.0}) {
+      model.Layout(width);
+      EXPECT_LE(static_cast<double>(model.Columns().size()), width + 2);
+      EXPECT_GT(static_cast<double>(model.Columns().size()), width / 8);
+    }
+  }
+}
+
+TEST(ChartModel, HasASoundPriceRangeForEverySeries) {
+  struct Case {
+    const char* name;
+    std::vector<float> closes;
+    bool logarithmic_possible;
+  };
+  const std::vector<Case> cases = {{"flat", {7, 7, 7}, true},
+                                   {"one bar", {0.0001F}, true},
+                                   {"with a zero", {0, 5, 9}, false},
+                                   {"below zero", {-30, -37.6F, 12}, false},
+                                   {"huge", {1e37F, 3e37F}, true}};
+  for (const Case& c : cases) {
+    BarSeries series;
+    series.dates.assign(c.closes.size(), 20200101);
+    series.times.assign(c.closes.size(), 0);
+    series.volumes.assign(c.closes.size(), 0);
+    series.opens = series.highs = series.lows = series.closes = c.closes;
+    DescribeSeries(series);
+    ChartModel model;
+    ChartOptions options;
+    options.logarithmic = true;
+    model.SetOptions(options);
+    model.ShowSeries(series);
+    model.Layout(800);
+    EXPECT_EQ(model.Logarithmic(), c.logarithmic_possible) << c.name;
+    for (const float close : c.closes) {
+      EXPECT_GT(close, model.Prices().lower) << c.name;
+      EXPECT_LT(close, model.Prices().upper) << c.name;
+    }
+    EXPECT_FALSE(model.ShowsVolume()) << c.name;
+  }
+}
+
+TEST(ChartModel, DrawsSeriesWithoutOpensFromTheirCloses) {
+  BarSeries series = RandomSeries(10, 6);
+  std::fill(series.opens.begin(), series.opens.end(), 0.0F);
+  DescribeSeries(series);
+  EXPECT_FALSE(series.has_opens);
+  std::vector<BarColumn> columns;
+  BuildColumns(series, 0, 9, 1, columns);
+  for (const BarColumn& column : columns) EXPECT_EQ(column.open, column.close);
+}
+
+TEST(MovingAverage, IsTheMeanOfTheLastCloses) {
+  std::vector<double> averages;
+  MovingAverage({1, 2, 3, 4, 10}, 3, averages);
+  ASSERT_EQ(averages.size(), 5U);
+  EXPECT_TRUE(std::isnan(averages[0]) && std::isnan(averages[1]));
+  EXPECT_DOUBLE_EQ(averages[2], 2);
+  EXPECT_DOUBLE_EQ(averages[4], 17 / 3.0);
+  const BarSeries series = RandomSeries(5000, 8);
+  MovingAverage(series.closes, 50, averages);
+  for (const int at : {49, 2500, 4999}) {
+    double sum = 0;
+    for (int i = at - 49; i <= at; ++i) sum += series.closes[i];
+    EXPECT_NEAR(averages[at], sum / 50, 1e-9) << at;
+  }
+  MovingAverage({5, 6}, 20, averages);
+  EXPECT_TRUE(std::isnan(averages[1]));
+}
+
+TEST(ValueTicks, AreRoundAndNeitherTooManyNorTooFew) {
+  EXPECT_THAT(ValueTicks(103.2, 129.9, 6, false), testing::ElementsAre(105, 110, 115, 120, 125));
+  EXPECT_THAT(ValueTicks(0.9, 120, 8, true), testing::ElementsAre(1, 2, 5, 10, 20, 50, 100));
+  EXPECT_THAT(ValueTicks(2, 3e6, 8, true),
+              testing::ElementsAre(10, 100, 1000, 10000, 100000, 1000000));
+  EXPECT_TRUE(ValueTicks(5, 5, 8, false).empty());
+  std::mt19937 random(2);
+  for (int i = 0; i < 2000; ++i) {
+    const double lower = std::pow(10, static_cast<double>(random() % 120) / 10 - 4);
+    const double upper = lower * (1 + static_cast<double>(1 + random() % 300) / 100);
+    const int wanted = 3 + static_cast<int>(random() % 10);
+    const std::vector<double> ticks = ValueTicks(lower, upper, wanted, false);
+    EXPECT_LE(static_cast<int>(ticks.size()), wanted + 1);
+    EXPECT_GE(static_cast<int>(ticks.size()), wanted / 3);
+    for (const double tick : ticks) EXPECT_TRUE(tick >= lower && tick <= upper);
+  }
+}
+
+}  // namespace
+}  // namespace velumar

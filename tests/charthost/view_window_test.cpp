@@ -1,0 +1,138 @@
+#include "charthost/view_window.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace velumar {
+namespace {
+
+ViewWindow Opened(int bars) {
+  ViewWindow window;
+  window.Reset(bars);
+  return window;
+}
+
+double RoomBehind(const ViewWindow& window, int bars) { return window.Last() - (bars - 1); }
+
+TEST(ViewWindow, OpensAtTheNewestBar) {
+  for (const int bars : {1, 20, 159, 160, 161, 1000, 32767}) {
+    const ViewWindow window = Opened(bars);
+    EXPECT_TRUE(window.Shows(bars - 1)) << bars;
+    EXPECT_DOUBLE_EQ(window.Span(), ViewWindow::kUsualSpan) << bars;
+    EXPECT_GE(RoomBehind(window, bars), 1.5) << bars;
+  }
+  const ViewWindow few = Opened(20);
+  EXPECT_TRUE(few.Shows(0));
+  EXPECT_EQ(few.FirstBar(), 0);
+  EXPECT_EQ(few.LastBar(), 19);
+}
+
+TEST(ViewWindow, StaysWhileTheNewestBarIsInViewAndScrollsWhenItWouldLeave) {
+  ViewWindow window = Opened(500);
+  int moves = 0;
+  for (int bars = 501; bars <= 600; ++bars) {
+    const double before = window.First();
+    window.SetBars(bars);
+    ASSERT_TRUE(window.Shows(bars - 1));
+    ASSERT_DOUBLE_EQ(window.Span(), ViewWindow::kUsualSpan);
+    if (window.First() != before) {
+      ++moves;
+      EXPECT_GE(RoomBehind(window, bars), 1.5);
+    }
+  }
+  EXPECT_GT(moves, 5);
+  EXPECT_LT(moves, 25);
+}
+
+TEST(ViewWindow, KeepsItsPlaceInThePast) {
+  ViewWindow window = Opened(1000);
+  window.Pan(-400);
+  const double place = window.First();
+  for (const int bars : {1001, 1030, 1000, 700}) {
+    window.SetBars(bars);
+    EXPECT_DOUBLE_EQ(window.First(), place) << bars;
+  }
+  // Now everything that it shows is taken away.
+  window.SetBars(300);
+  EXPECT_TRUE(window.Shows(299));
+}
+
+TEST(ViewWindow, StepsBackWithoutMovingUntilNothingIsLeft) {
+  ViewWindow window = Opened(1000);
+  const double place = window.First();
+  window.SetBars(970);
+  EXPECT_DOUBLE_EQ(window.First(), place);
+  window.SetBars(400);
+  EXPECT_TRUE(window.Shows(399));
+  EXPECT_GT(window.FirstBar(), 200);
+}
+
+TEST(ViewWindow, AnEmptySeriesOpensWithItsFirstBars) {
+  ViewWindow window = Opened(0);
+  EXPECT_GT(window.FirstBar(), window.LastBar());
+  window.SetBars(5);
+  EXPECT_TRUE(window.Shows(0));
+  EXPECT_TRUE(window.Shows(4));
+  window.SetBars(0);
+  EXPECT_GT(window.FirstBar(), window.LastBar());
+  window.SetBars(900);
+  EXPECT_TRUE(window.Shows(899));
+}
+
+TEST(ViewWindow, ZoomsAroundThePointerAndTheNewestBar) {
+  ViewWindow window = Opened(1000);
+  const double anchor = 900;
+  const double share = (anchor - window.First()) / window.Span();
+  window.Zoom(0.5, anchor);
+  EXPECT_DOUBLE_EQ(window.Span(), ViewWindow::kUsualSpan / 2);
+  EXPECT_NEAR((anchor - window.First()) / window.Span(), share, 1e-9);
+  window.Reset(1000);
+  for (int i = 0; i < 40; ++i) window.Zoom(0.8);
+  EXPECT_DOUBLE_EQ(window.Span(), ViewWindow::kSmallestSpan);
+  EXPECT_TRUE(window.Shows(999));
+  window.ShowAll();
+  EXPECT_TRUE(window.Shows(0) && window.Shows(999));
+}
+
+// Whatever is done to it, bars stay in view and the span stays within its bounds.
+TEST(ViewWindow, NeverLosesTheBars) {
+  std::mt19937 random(7);
+  const auto between = [&](double low, double high) {
+    return std::uniform_real_distribution<double>(low, high)(random);
+  };
+  ViewWindow window = Opened(300);
+  int bars = 300;
+  for (int i = 0; i < 20000; ++i) {
+    switch (random() % 7) {
+      case 0:
+        window.Pan(between(-500, 500));
+        break;
+      case 1:
+        window.Zoom(between(0.2, 5), between(-100, 500));
+        break;
+      case 2:
+        window.Zoom(between(0.2, 5));
+        break;
+      case 3:
+        window.ShowBetween(between(-300, 900), between(-300, 900));
+        break;
+      case 4:
+        bars = 1 + static_cast<int>(random() % 600);
+        window.SetBars(bars);
+        break;
+      case 5:
+        window.ShowOldest();
+        break;
+      default:
+        window.ShowNewest();
+        break;
+    }
+    ASSERT_LE(window.FirstBar(), window.LastBar()) << i;
+    ASSERT_GE(window.Span(), ViewWindow::kSmallestSpan - 1e-9) << i;
+    ASSERT_LE(window.Span(), 1000) << i;
+  }
+}
+
+}  // namespace
+}  // namespace velumar

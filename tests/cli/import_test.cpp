@@ -1,0 +1,168 @@
+#include <bit>
+#include <cmath>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <random>
+
+#include "cli/sandbox.h"
+
+namespace velumar {
+namespace {
+
+const std::string kHeader = "date,time,open,high,low,close,volume,openinterest\n";
+
+// Floats that are hard on decimal digits and on the format of the files.
+std::string EdgeRows() {
+  return "20200102,0,1.1754944e-38,1.7014117e+38,-1.7014117e+38,-1.1754944e-38,16777217,0\n"
+         "20200103,0,0.1,3.4,0.30000001,1e-7,123456789,2147483648\n"
+         "20210104,0,-5,-1,-9,-3.5,1e+20,0.00012207031\n"
+         "21991231,0,0,0,0,0,0,0\n";
+}
+
+// Rows of random bit patterns among the floats that can be stored, in the program's own digits.
+std::string RandomRows(int count) {
+  std::mt19937 random(7);
+  std::ostringstream text;
+  text.precision(9);
+  for (int i = 0; i < count; ++i) {
+    text << 20000101 + i / 28 % 12 * 100 + i % 28 << ",0";
+    for (int column = 0; column < 6; ++column) {
+      float value = 0;
+      do {
+        value = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
+      } while (!std::isnormal(value) || std::fabs(value) >= 0x1p127F);
+      text << ',' << value;
+    }
+    text << '\n';
+  }
+  return text.str();
+}
+
+nlohmann::json Listed(Sandbox& box, const std::string& directory) {
+  return nlohmann::json::parse(box.Run({"list", directory, "--json"}).out);
+}
+
+TEST(Import, KeepsEveryFloatThroughDumpAndImport) {
+  Sandbox box;
+  const auto file = box.File("EDGE_D.csv", kHeader + EdgeRows());
+  ASSERT_EQ(box.Run({"import", file, box.At("data")}).code, 0);
+  const std::string dumped = box.Run({"dump", box.At("data"), "EDGE", "D"}).out;
+  EXPECT_EQ(dumped,
+            kHeader +
+                "20200102,0,1.1754944e-38,1.7014117e+38,-1.7014117e+38,-1.1754944e-38,16777216,0\n"
+                "20200103,0,0.1,3.4,0.3,1e-07,123456792,2147483648\n"
+                "20210104,0,-5,-1,-9,-3.5,1e+20,0.00012207031\n"
+                "21991231,0,0,0,0,0,0,0\n");
+  box.Run({"import", box.File("RANDOM_D.csv", kHeader + RandomRows(300)), box.At("data")});
+  const std::string random = box.Run({"dump", box.At("data"), "RANDOM", "D"}).out;
+  EXPECT_EQ(std::count(random.begin(), random.end(), '\n'), 301);
+  for (const auto& [symbol, text] : {std::pair("EDGE", dumped), std::pair("RANDOM", random)}) {
+    box.Run({"import", box.File("again.csv", text), box.At("other"), "--symbol", symbol});
+    EXPECT_EQ(box.Run({"dump", box.At("other"), symbol, "D"}).out, text);
+  }
+}
+
+TEST(Import, StoresIntradayBarsWithTheirTimes) {
+  Sandbox box;
+  const auto file =
+      box.File("day/test_15.csv",
+               "Date;Open;High;Low;Close;Adj Close;Volume\n"
+               "2020-01-02 00:00;1;2;0.5;1.5;9;100\n2020-01-02 09:15;1;2;0.5;1.5;9;100\n"
+               "2020-01-02 09:30;1;2;0.5;1.5;9;100\n");
+  const auto answer = box.Run({"import", file, box.At("data")});
+  EXPECT_EQ(answer.code, 0);
+  EXPECT_EQ(answer.out, "TEST 15: 3 bars, 20200102 to 20200102\n");
+  EXPECT_EQ(answer.err, "");
+  EXPECT_EQ(box.Run({"dump", box.At("data"), "TEST", "15"}).out,
+            kHeader +
+                "20200102,000000,1,2,0.5,1.5,100,0\n20200102,091500,1,2,0.5,1.5,100,0\n"
+                "20200102,093000,1,2,0.5,1.5,100,0\n");
+  EXPECT_EQ(Listed(box, box.At("data")).at(0).at("fields"), 8);
+}
+
+TEST(Import, ReplacesASecurityAndKeepsItsName) {
+  Sandbox box;
+  const auto data = box.At("data");
+  const auto one =
+      box.File("one.csv", kHeader + "20200102,0,1,1,1,1,5,5\n20200103,0,1,1,1,1,5,5\n");
+  const auto two = box.File("two.csv", kHeader + "20210105,0,2,2,2,2,6,6\n");
+  EXPECT_EQ(box.Run({"import", one, data, "--symbol", "gold", "--name", "Gold of Zürich"}).code, 0);
+  EXPECT_EQ(box.Run({"import", one, data, "--symbol", "SILVER"}).code, 0);
+  EXPECT_EQ(box.Run({"import", two, data, "--symbol", "Gold"}).code, 0);
+  EXPECT_EQ(box.Run({"import", two, data, "--symbol", "gold", "--interval", "60"}).code, 0);
+  const auto listed = Listed(box, data);
+  ASSERT_EQ(listed.size(), 3U);
+  EXPECT_EQ(listed[0].dump(),
+            R"({"bars":1,"fields":7,"file":1,"first":20210105,"interval":-1,"last":20210105,)"
+            R"("name":"Gold of Zürich","symbol":"GOLD"})");
+  EXPECT_EQ(listed[1].at("name"), "SILVER");
+  EXPECT_EQ(listed[2].at("interval"), 60);
+  EXPECT_EQ(listed[2].at("name"), "GOLD");
+}
+
+TEST(Import, TellsOfPricesAndTimesThatItTookAsTheyStood) {
+  Sandbox box;
+  const auto file = box.File("ODD_D.csv", kHeader +
+                                              "20200102,160000,1,2,1,1,0,0\n"
+                                              "20200103,160000,1,2,1.5,2,0,0\n"
+                                              "20200106,160000,5,2,1,2,0,0\n");
+  const auto answer = box.Run({"import", file, box.At("data")});
+  EXPECT_EQ(answer.code, 0);
+  EXPECT_EQ(answer.err,
+            file +
+                ": 2 bars have prices that contradict each other, taken in as they stand (first "
+                "on line 3)\n" +
+                file + ": 3 bars have a time, left out since a daily series keeps none\n");
+  EXPECT_THAT(box.Run({"dump", box.At("data"), "ODD", "D"}).out,
+              testing::HasSubstr("20200103,0,1,2,1.5,2,0,0\n20200106,0,5,2,1,2,0,0\n"));
+}
+
+// A failed import leaves every byte of the directory as it was, and makes none.
+TEST(Import, WritesNothingWhenSomethingIsWrong) {
+  Sandbox box;
+  const auto data = box.At("data");
+  const std::string row = "20200102,0,1,1,1,1,0,0\n";
+  box.Run({"import", box.File("GOOD_D.csv", kHeader + row), data});
+  const auto before = box.Files();
+  struct Case {
+    std::string name;
+    std::string text;
+    std::string complaint;
+  };
+  const std::string long_name = "SYMBOLTHATISTOOLONG";
+  for (const Case& row_of :
+       {Case{"GOOD_D.csv", kHeader + row + "20200103,0,1,1,1,1e39,0,0\n", "line 3: the close"},
+        Case{"GOOD_D.csv", kHeader + row + row, "line 3: has the date"},
+        Case{"GOOD_D.csv", "open,high,low,close\n1,1,1,1\n", "no column Date"},
+        Case{"GOOD_5.csv", kHeader + row + "20200103,0,1,1,1,1,0,0\n", "most bars are daily"},
+        Case{"NEW_D.csv", "", "the file is empty"},
+        Case{long_name + ".csv", kHeader + row, long_name},
+        Case{"\xE6\x97\xA5.csv", kHeader + row, "\xE6\x97\xA5"}}) {
+    const auto file = box.File("csv/" + row_of.name, row_of.text);
+    for (const std::string& directory : {data, box.At("new")}) {
+      const auto answer = box.Run({"import", file, directory});
+      EXPECT_EQ(answer.code, 1) << row_of.name;
+      EXPECT_EQ(answer.out, "");
+      EXPECT_THAT(answer.err, testing::HasSubstr(row_of.complaint));
+    }
+    std::filesystem::remove_all(box.At("csv"));
+    auto after = box.Files();
+    after[std::filesystem::path("GOOD_D.csv").string()] = before.at("GOOD_D.csv");
+    EXPECT_EQ(after, before) << row_of.name;
+  }
+}
+
+TEST(Import, NamesAFileThatCannotBeRead) {
+  Sandbox box;
+  const auto missing = box.Run({"import", box.At("none.csv"), box.At("data")});
+  EXPECT_EQ(missing.code, 1);
+  EXPECT_EQ(missing.err,
+            "velumar-cli: " + box.At("none.csv") + ": can't be read: No such file or directory\n");
+  std::filesystem::create_directory(box.At("folder.csv"));
+  EXPECT_THAT(box.Run({"import", box.At("folder.csv"), box.At("data")}).err,
+              testing::HasSubstr("folder.csv: is a folder"));
+  EXPECT_FALSE(std::filesystem::exists(box.At("data")));
+}
+
+}  // namespace
+}  // namespace velumar

@@ -1,0 +1,61 @@
+#include "cli/sandbox.h"
+
+#include <unistd.h>
+
+#include <atomic>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "cli/cli_program.h"
+
+namespace velumar {
+
+namespace fs = std::filesystem;
+
+Sandbox::Sandbox() {
+  static std::atomic<int> count = 0;
+  folder_ = fs::temp_directory_path() /
+            ("velumar-cli-test-" + std::to_string(getpid()) + "-" + std::to_string(++count));
+  fs::create_directory(folder_);
+}
+
+Sandbox::~Sandbox() {
+  std::error_code ignored;
+  fs::remove_all(folder_, ignored);
+}
+
+std::string Sandbox::At(const std::string& name) const { return (folder_ / name).string(); }
+
+std::string Sandbox::File(const std::string& name, const std::string& text) const {
+  fs::create_directories((folder_ / name).parent_path());
+  std::ofstream(folder_ / name, std::ios::binary) << text;
+  return At(name);
+}
+
+std::map<std::string, std::string> Sandbox::Files() const {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : fs::recursive_directory_iterator(folder_)) {
+    const bool lock = entry.path().extension() == ".lock";
+    if (entry.is_regular_file() && !lock) {
+      files[entry.path().lexically_relative(folder_).string()] = BytesOfFile(entry.path());
+    }
+  }
+  return files;
+}
+
+Sandbox::Answer Sandbox::Run(const std::vector<std::string>& arguments) {
+  std::istringstream in;
+  std::ostringstream out;
+  std::ostringstream err;
+  CliContext context{cache_, in, out, err};
+  const int code = RunCli(arguments, context);
+  return {code, out.str(), err.str()};
+}
+
+std::string BytesOfFile(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+}  // namespace velumar

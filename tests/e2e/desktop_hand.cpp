@@ -1,0 +1,103 @@
+#include "e2e/desktop_hand.h"
+
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <stdexcept>
+#include <thread>
+
+namespace velumar {
+
+namespace {
+
+constexpr float kTwipsPerPixel = 15;
+constexpr useconds_t kKeyDelayUs = 12000;
+
+void Settle(int milliseconds) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+bool Near(unsigned pixels, float twips) {
+  return std::abs(static_cast<float>(pixels) - twips / kTwipsPerPixel) <= 2;
+}
+
+}  // namespace
+
+bool Eventually(const std::function<bool()>& condition, double seconds) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    Settle(50);
+  }
+  return true;
+}
+
+DesktopHand::DesktopHand() : xdo_(xdo_new(nullptr)) {
+  if (xdo_ == nullptr) throw std::runtime_error("there is no display for the hand");
+}
+
+DesktopHand::~DesktopHand() { xdo_free(xdo_); }
+
+std::optional<ScreenRect> DesktopHand::Find(const std::string& title, float width_twips,
+                                            float height_twips) {
+  const std::string pattern = "^" + title;
+  xdo_search_t search{};
+  search.max_depth = -1;
+  search.require = xdo_search::SEARCH_ALL;
+  search.searchmask = SEARCH_NAME | SEARCH_ONLYVISIBLE;
+  search.winname = pattern.c_str();
+  Window* windows = nullptr;
+  unsigned count = 0;
+  xdo_search_windows(xdo_, &search, &windows, &count);
+  std::optional<ScreenRect> found;
+  for (unsigned i = 0; i < count && !found; ++i) {
+    ScreenRect rect;
+    if (xdo_get_window_size(xdo_, windows[i], &rect.width, &rect.height) != 0) continue;
+    xdo_get_window_location(xdo_, windows[i], &rect.x, &rect.y, nullptr);
+    if (Near(rect.width, width_twips) && Near(rect.height, height_twips)) found = rect;
+  }
+  std::free(windows);
+  return found;
+}
+
+void DesktopHand::Click(const ScreenRect& window, float left, float top, float width,
+                        float height) {
+  ClickAt(window.x + static_cast<int>((left + width / 2) / kTwipsPerPixel),
+          window.y + static_cast<int>((top + height / 2) / kTwipsPerPixel));
+}
+
+void DesktopHand::ClickAt(int x, int y) {
+  xdo_move_mouse(xdo_, x, y, 0);
+  Settle(60);
+  xdo_mouse_down(xdo_, CURRENTWINDOW, 1);
+  Settle(40);
+  xdo_mouse_up(xdo_, CURRENTWINDOW, 1);
+  Settle(60);
+}
+
+void DesktopHand::Press(const std::string& keys) {
+  xdo_send_keysequence_window(xdo_, CURRENTWINDOW, keys.c_str(), kKeyDelayUs);
+  Settle(40);
+}
+
+void DesktopHand::Type(const std::string& text) {
+  xdo_enter_text_window(xdo_, CURRENTWINDOW, text.c_str(), kKeyDelayUs);
+  Settle(40);
+}
+
+void DesktopHand::Activate(const std::string& title) {
+  const std::string pattern = "^" + title;
+  xdo_search_t search{};
+  search.max_depth = -1;
+  search.require = xdo_search::SEARCH_ALL;
+  search.searchmask = SEARCH_NAME | SEARCH_ONLYVISIBLE;
+  search.winname = pattern.c_str();
+  Window* windows = nullptr;
+  unsigned count = 0;
+  xdo_search_windows(xdo_, &search, &windows, &count);
+  if (count > 0) xdo_activate_window(xdo_, windows[0]);
+  std::free(windows);
+  Settle(300);
+}
+
+}  // namespace velumar

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+extern "C" {
+#include <xdo.h>
+}
+
+namespace velumar {
+
+// Waits until the condition holds, looking every 50 ms; false when it never did.
+bool Eventually(const std::function<bool()>& condition, double seconds = 20);
+
+// A place on the screen in pixels.
+struct ScreenRect {
+  int x = 0;
+  int y = 0;
+  unsigned width = 0;
+  unsigned height = 0;
+};
+
+// A person's hand and eyes on the X display: finds windows by title and size, clicks and types.
+class DesktopHand {
+ public:
+  DesktopHand();
+  ~DesktopHand();
+  DesktopHand(const DesktopHand&) = delete;
+  DesktopHand& operator=(const DesktopHand&) = delete;
+
+  // The shown window whose title begins so and whose size in pixels is near the one given in twips.
+  std::optional<ScreenRect> Find(const std::string& title, float width_twips, float height_twips);
+  // Clicks into the middle of a control of that window, twips relative to it.
+  void Click(const ScreenRect& window, float left, float top, float width, float height);
+  void ClickAt(int x, int y);
+  // "alt+f", "Return"; and a text as it stands.
+  void Press(const std::string& keys);
+  void Type(const std::string& text);
+  void Activate(const std::string& title);
+
+ private:
+  xdo_t* xdo_;
+};
+
+}  // namespace velumar

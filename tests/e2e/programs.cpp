@@ -1,0 +1,52 @@
+#include "e2e/programs.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+
+namespace velumar {
+
+RunningProgram::RunningProgram(const std::filesystem::path& settings,
+                               const std::filesystem::path& output)
+    : output_(output) {
+  pid_ = fork();
+  if (pid_ != 0) return;
+  setpgid(0, 0);
+  const int file = open(output.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+  dup2(file, STDOUT_FILENO);
+  setenv("XDG_CONFIG_HOME", settings.c_str(), 1);
+  execl(VELUMAR_PROGRAM, VELUMAR_PROGRAM, "--settings-dir", settings.c_str(),
+        "--chart-argument=--state", nullptr);
+  _exit(127);
+}
+
+RunningProgram::~RunningProgram() {
+  if (!Ended()) kill(pid_, SIGKILL);
+  // The chart program runs apart, in a session of its own.
+  std::system("pkill -x MSWIN.EXE");
+}
+
+bool RunningProgram::Ended() {
+  if (ended_) return true;
+  int status = 0;
+  if (waitpid(pid_, &status, WNOHANG) != pid_) return false;
+  ended_ = true;
+  exit_code_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return true;
+}
+
+std::vector<nlohmann::json> RunningProgram::States() const {
+  std::vector<nlohmann::json> states;
+  std::ifstream in(output_);
+  for (std::string line; std::getline(in, line);) {
+    nlohmann::json state = nlohmann::json::parse(line, nullptr, false);
+    if (state.is_object() && state.contains("event")) states.push_back(std::move(state));
+  }
+  return states;
+}
+
+}  // namespace velumar

@@ -1,0 +1,171 @@
+#include "marketdata/directory_editor.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "marketdata/index_cache.h"
+#include "marketdata/market_files.h"
+#include "marketdata/metalib_reader.h"
+
+namespace velumar {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class DirectoryEditor : public testing::Test {
+ protected:
+  void Store(const NewSecurity& security, const std::vector<Bar>& bars) {
+    StoreSecurity(Text(), security, bars, cache_);
+  }
+
+  std::string Text() const { return directory_.Text(); }
+
+  // "AAA:-1 F1 Alpha" for each, in order.
+  std::vector<std::string> List() {
+    MetaLibReader reader(cache_);
+    reader.OpenDirectory(Text());
+    std::vector<std::string> list;
+    while (reader.NextSecurity() > 0) {
+      reader.ReadSecurityHeader();
+      const SecurityInfo info = reader.Security();
+      list.push_back(info.symbol + ":" + std::to_string(info.interval) + " F" +
+                     std::to_string(info.file_number) + " " + info.name);
+    }
+    return list;
+  }
+
+  Scratch directory_;
+  IndexCache cache_;
+};
+
+TEST_F(DirectoryEditor, ANewDirectoryGetsBothIndexesAndReadsBackExactly) {
+  const std::string path = Text() + "\\new\\set";
+  const std::vector<Bar> daily = {{20050103, 0, 1.1F, 3e38F / 4, -7.3F, 0.1F, 1e-37F, 2}};
+  const std::vector<Bar> intraday = {TimedBar(20050104, 93000), TimedBar(20050103, 160000)};
+  StoreSecurity(path, {"AAA", "Alpha & Omega, a Caf\xC3\xA9", -1}, daily, cache_);
+  StoreSecurity(path, {"AAA", "Alpha", 15}, intraday, cache_);
+  EXPECT_EQ(ReadBars(path, "AAA", -1), daily);
+  EXPECT_THAT(ReadBars(path, "AAA", 15), ElementsAre(intraday[1], intraday[0]));
+  for (const char* index : {"MASTER", "EMASTER"}) {
+    const Scratch alone;
+    const std::filesystem::path from = directory_ / "new/set";
+    std::filesystem::copy_file(from / index, alone / index);
+    std::filesystem::copy_file(from / "F2.DAT", alone / "F2.DAT");
+    EXPECT_EQ(ReadBars(alone, "AAA", 15).size(), 2U) << index;
+  }
+}
+
+TEST_F(DirectoryEditor, OnlyTheIndexesThatAreThereGrow) {
+  directory_.Write("emaster", Emaster({{.number = 3, .symbol = "OLD"}}));
+  Store({"NEW", "A name of more than sixteen", 5}, {TimedBar(20050103, 93000)});
+  EXPECT_THAT(directory_.Names(), ElementsAre("emaster", "f4.dat"));
+  EXPECT_THAT(List(), ElementsAre("OLD:-1 F3 Alpha", "NEW:5 F4 A name of more than sixteen"));
+  const Scratch high;
+  high.Write("XMASTER", Xmaster({{.number = 300, .symbol = "OLD"}}));
+  StoreSecurity(high.Text(), {"NEW", "New", -1}, {DailyBar(20050103)}, cache_);
+  EXPECT_THAT(high.Names(), ElementsAre("F301.MWD", "XMASTER"));
+}
+
+TEST_F(DirectoryEditor, WhatStandsInTheIndexesStays) {
+  std::string master = Master({{.number = 1, .symbol = "OLD", .first = 1050103, .last = 1050103},
+                               {.number = 2, .symbol = "AAA"}});
+  master[49] = '\x7A';
+  master[53 + 24] = 'Y';
+  master[106 + 51] = '*';
+  directory_.Write("MASTER", master);
+  directory_.Write("F1.DAT", DailyBytes({DailyBar(20050103)}));
+  Store({"AAA", "", -1}, {DailyBar(20050104)});
+  Store({"NEW", "New", -1}, {DailyBar(20050105)});
+  const std::string now = directory_.Read("MASTER");
+  EXPECT_EQ(now.substr(4, 102), master.substr(4, 102));
+  EXPECT_EQ(now.substr(106, 25), master.substr(106, 25));
+  EXPECT_EQ(now[106 + 51], '*');
+  EXPECT_THAT(List(), ElementsAre("OLD:-1 F1 Alpha", "AAA:-1 F2 Alpha", "NEW:-1 F3 New"));
+}
+
+TEST_F(DirectoryEditor, ReplacingKeepsTheFileAndWideningTakesANewOne) {
+  directory_.Write("MASTER", Master({{.number = 1, .symbol = "WIDE"},
+                                     {.number = 2, .symbol = "SLIM", .fields = 5},
+                                     {.number = 3, .symbol = "DAY", .frame = 'I', .minutes = 60}}));
+  directory_.Write("EMASTER", Emaster({{.number = 1, .symbol = "WIDE"},
+                                       {.number = 2, .symbol = "SLIM", .fields = 5}}));
+  directory_.Write("F2.DAT", DataBytes(5, 1, {}));
+  directory_.Write("F2.DOP", "\"DATE\"\n\"HIGH\"\n\"LOW\"\n\"CLOSE\"\n\"VOL\"\n");
+  directory_.Write("F4.DAT", "nobody knows whose");
+  for (const char* symbol : {"WIDE", "SLIM"}) {
+    Store({symbol, "Name", -1}, {DailyBar(20050103), DailyBar(20050104)});
+    EXPECT_THAT(ReadBars(directory_, symbol), ElementsAre(DailyBar(20050103), DailyBar(20050104)));
+  }
+  Store({"DAY", "Name", 60}, {TimedBar(20050103, 93000)});
+  EXPECT_THAT(ReadBars(directory_, "DAY", 60), ElementsAre(TimedBar(20050103, 93000)));
+  EXPECT_THAT(List(), ElementsAre("WIDE:-1 F1 Name", "SLIM:-1 F5 Name", "DAY:60 F6 Name"));
+  EXPECT_THAT(directory_.Names(),
+              ElementsAre("EMASTER", "F1.DAT", "F4.DAT", "F5.DAT", "F6.DAT", "MASTER"));
+}
+
+TEST_F(DirectoryEditor, BehindTheLastNumberOfMasterComesXmaster) {
+  std::vector<Listed> full;
+  for (int i = 1; i <= 254; ++i) {
+    full.push_back(
+        {.number = i + (i > 99 ? 1 : 0), .symbol = "S" + std::to_string(i), .fields = 5});
+  }
+  directory_.Write("MASTER", Master(full));
+  directory_.Write("EMASTER", Emaster(full));
+  for (const char* symbol : {"GAP", "HIGH", "NEXT"}) Store({symbol, "", -1}, {DailyBar(20050103)});
+  Store({"S7", "", -1}, {DailyBar(20050104)});  // wider, so that it needs a number too
+  const auto list = List();
+  ASSERT_EQ(list.size(), 257U);
+  EXPECT_EQ(list[253], "GAP:-1 F100 ");
+  EXPECT_THAT(std::vector(list.begin() + 254, list.end()),
+              ElementsAre("HIGH:-1 F256 ", "NEXT:-1 F257 ", "S7:-1 F258 Alpha"));
+  EXPECT_EQ(directory_.Read("XMASTER").substr(0, 20),
+            Hex("5D FE 58 4D 00 00 00 00 00 00 03 00 00 00 03 00 00 00 03 01"));
+  EXPECT_EQ(directory_.Read("MASTER").substr(0, 4), Hex("FE 00 FF 00"));
+  EXPECT_THAT(ReadBars(directory_, "S7"), ElementsAre(DailyBar(20050104)));
+}
+
+TEST_F(DirectoryEditor, WhatCanNotBeStoredIsNamedAndNothingIsMade) {
+  const std::vector<Bar> good = {DailyBar(20050103)};
+  Bar tiny = DailyBar(20050104);
+  tiny.close = std::numeric_limits<float>::denorm_min();
+  const struct {
+    NewSecurity security;
+    std::vector<Bar> bars;
+    std::string part;
+  } kRows[] = {
+      {{"", "", -1}, good, "symbol"},
+      {{"FIFTEEN-LETTERS", "", -1}, good, "FIFTEEN-LETTERS"},
+      {{" AAA", "", -1}, good, "AAA"},
+      {{"A\nA", "", -1}, good, "symbol"},
+      {{"\xE2\x82\xAC", "", -1}, good, "\xE2\x82\xAC"},
+      {{"AAA", "\xE2\x82\xAC", -1}, good, "\xE2\x82\xAC"},
+      {{"AAA", "", 0}, good, "interval"},
+      {{"AAA", "", -1}, {tiny}, "close"},
+      {{"AAA", "", -1}, {TimedBar(20050103, 93000)}, "time"},
+      {{"AAA", "", 5}, {DailyBar(20050103), DailyBar(18000101)}, "18000101"},
+      {{"AAA", "", -1}, std::vector<Bar>(1, DailyBar(20050103, 1e38F)), "volume"},
+  };
+  for (const auto& row : kRows) {
+    std::string text;
+    const auto store = [&] { StoreSecurity(Text() + "/new", row.security, row.bars, cache_); };
+    EXPECT_EQ(ErrorOf(store, &text), MetaLibError::kNotStorable) << row.part;
+    EXPECT_THAT(text, HasSubstr(row.part));
+  }
+  EXPECT_THAT(directory_.Names(), ElementsAre());
+}
+
+TEST_F(DirectoryEditor, TooManyBarsLeaveNoDirectoryBehind) {
+  std::vector<Bar> bars(65535);
+  for (int i = 0; i < 65535; ++i) bars[i].date = (1950 + i / 1000) * 10000 + i % 1000;
+  const auto store = [&] { StoreSecurity(Text() + "/new", {"AAA", "", -1}, bars, cache_); };
+  EXPECT_EQ(ErrorOf(store), MetaLibError::kSeriesFull);
+  EXPECT_THAT(directory_.Names(), ElementsAre());
+}
+
+}  // namespace
+
+}  // namespace velumar

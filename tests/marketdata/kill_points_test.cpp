@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <functional>
+#include <memory>
+
+#include "marketdata/directory_editor.h"
+#include "marketdata/index_cache.h"
+#include "marketdata/market_files.h"
+#include "marketdata/metalib_writer.h"
+
+namespace velumar {
+
+namespace {
+
+// Runs `work` in a child process and stops it at each of its system calls: what is on the disk then
+// is what a kill there would leave, and `look` may look at it. False where it can't be traced.
+bool StopAtEachCall(const std::function<void()>& work, const std::function<void()>& look) {
+  const pid_t child = fork();
+  if (child == 0) {
+    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(1);
+    raise(SIGSTOP);
+    work();
+    _exit(0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  if (WIFEXITED(status)) return false;
+  ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_EXITKILL);
+  // A call stops twice, and between leaving one and entering the next the disk is the same.
+  for (int stop = 0; !WIFEXITED(status); ++stop) {
+    if (stop % 2 == 1) look();
+    ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+    waitpid(child, &status, 0);
+  }
+  return true;
+}
+
+// What a reader finds: the bars of three series, empty where there is no such series.
+using Found = std::vector<std::vector<Bar>>;
+
+Found FindAll(const Scratch& directory) {
+  Found found;
+  for (const char* symbol : {"AAA", "BBB", "NEW"}) {
+    std::vector<Bar>& bars = found.emplace_back();
+    ErrorOf([&] { bars = ReadBars(directory, symbol); });
+  }
+  return found;
+}
+
+constexpr int kBars = 200;
+
+Bar Numbered(int i) { return DailyBar((2000 + i / 28) * 10000 + 101 + i % 28, 50); }
+
+std::unique_ptr<Scratch> Prepared() {
+  auto directory = std::make_unique<Scratch>();
+  const std::vector<Listed> listed = {{.number = 1}, {.number = 2, .symbol = "BBB", .fields = 5}};
+  directory->Write("MASTER", Master(listed));
+  directory->Write("EMASTER", Emaster(listed));
+  std::vector<Bar> bars;
+  bars.reserve(kBars);
+  for (int i = 0; i < kBars; ++i) bars.push_back(Numbered(2 * i));
+  directory->Write("F1.DAT", DailyBytes(bars));
+  const std::string record = Word(1000103) + Word(1) + Word(2) + Word(3) + Word(4);
+  directory->Write("F2.DAT", DataBytes(5, 2, {record}));
+  return directory;
+}
+
+struct Case {
+  const char* name;
+  std::function<void(const std::string& directory)> work;
+};
+
+template <typename Change>
+Case WriterCase(const char* name, Change change) {
+  return {name, [change](const std::string& directory) {
+            IndexCache cache;
+            MetaLibWriter writer(cache);
+            writer.OpenDirectory(directory);
+            writer.SelectSeries("AAA", 1, -1);
+            change(writer);
+            writer.CloseSecurity();
+            writer.CloseDirectory();
+          }};
+}
+
+Case StoreCase(const char* name, const char* symbol) {
+  return {name, [symbol](const std::string& directory) {
+            IndexCache cache;
+            StoreSecurity(directory, {symbol, "Name", -1}, {Numbered(3), Numbered(4)}, cache);
+          }};
+}
+
+void Put(MetaLibWriter& writer, const Bar& bar, float open) {
+  writer.AppendBar(bar.date, 0, open, bar.high, bar.low, bar.close, bar.volume, bar.open_interest);
+}
+
+std::vector<Case> Cases() {
+  return {
+      WriterCase("append", [](auto& writer) { Put(writer, Numbered(2 * kBars), 1); }),
+      WriterCase("replace", [](auto& writer) { Put(writer, Numbered(2 * kBars - 2), 1); }),
+      // Record 146 lies across two pages of the file.
+      WriterCase("replace across pages", [](auto& writer) { Put(writer, Numbered(2 * 145), 1); }),
+      WriterCase("insert", [](auto& writer) { Put(writer, Numbered(5), 1); }),
+      WriterCase("delete last",
+                 [](auto& writer) { writer.DeleteDailyBar(Numbered(2 * kBars - 2).date); }),
+      WriterCase("delete", [](auto& writer) { writer.DeleteDailyBar(Numbered(4).date); }),
+      WriterCase("cut", [](auto& writer) { writer.DeleteDateRange(Numbered(7).date, 20991231); }),
+      WriterCase(
+          "write",
+          [](auto& writer) {
+            const std::vector<float> ones = {1, 1};
+            writer.WriteSeries({20200101, 20200102}, {0, 0}, ones, ones, ones, ones, ones, ones);
+          }),
+      StoreCase("store a new one", "NEW"),
+      StoreCase("store another in its place", "AAA"),
+      StoreCase("store a wider one in its place", "BBB"),
+  };
+}
+
+TEST(KillPoints, WhereverAWritingCallDiesTheSeriesAreAsBeforeOrAfter) {
+  const Found before = FindAll(*Prepared());
+  for (const Case& one : Cases()) {
+    const auto whole = Prepared();
+    one.work(whole->Text());
+    const Found after = FindAll(*whole);
+    ASSERT_NE(before, after) << one.name;
+    int looks_before = 0;
+    int looks_after = 0;
+    const auto directory = Prepared();
+    const auto look = [&] {
+      const Scratch copy(*directory);
+      const Found found = FindAll(copy);
+      EXPECT_TRUE(found == before || found == after) << one.name << ", call " << looks_before;
+      ++(found == before ? looks_before : looks_after);
+      if (found != before || looks_before % 3 != 0) return;
+      one.work(copy.Text());  // nothing that was left behind is in the way
+      EXPECT_EQ(FindAll(copy), after) << one.name << ", call " << looks_before;
+    };
+    if (!StopAtEachCall([&] { one.work(directory->Text()); }, look)) {
+      GTEST_SKIP() << "no permission to trace a process";
+    }
+    EXPECT_GT(looks_before, 5) << one.name;
+    EXPECT_GT(looks_after, 1) << one.name;
+  }
+}
+
+}  // namespace
+
+}  // namespace velumar

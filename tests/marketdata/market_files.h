@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "marketdata/bar.h"
+
+namespace velumar {
+
+// A folder of its own for one test, gone with it.
+class Scratch {
+ public:
+  Scratch();
+  Scratch(const Scratch& other);  // with a copy of its files
+  ~Scratch();
+  Scratch& operator=(const Scratch&) = delete;
+
+  std::string Text() const { return path_.string(); }
+  std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
+  void Write(std::string_view name, std::string_view bytes) const;
+  std::string Read(std::string_view name) const;
+  std::vector<std::string> Names() const;  // sorted, without the lock file
+
+ private:
+  std::filesystem::path path_;
+};
+
+// "5D FE 58 4D" as four bytes.
+std::string Hex(std::string_view digits);
+
+// Data files and index files made from the tables of the file format, without the code under test.
+std::string Word(double value);  // four bytes of the number format of data files
+
+struct Listed {
+  int number = 1;
+  std::string symbol = "AAA";
+  char frame = 'D';
+  int fields = 7;
+  int minutes = 0;
+  std::string name = "Alpha";
+  int bits = 0;
+  int first = 0;  // as stored: years count from 1900
+  int last = 0;
+};
+// `told` is the count in the header; -1: the right one.
+std::string Master(const std::vector<Listed>& securities, int told = -1);
+std::string Emaster(const std::vector<Listed>& securities, int told = -1);
+std::string Xmaster(const std::vector<Listed>& securities, int told = -1);
+
+// `records` stand behind a header of `fields` columns that tells of `told` records, itself counted.
+std::string DataBytes(int fields, int told, const std::vector<std::string>& records);
+// Seven columns, as a right file would have them.
+std::string DailyBytes(const std::vector<Bar>& bars);
+
+Bar DailyBar(int date, float close = 10);
+Bar TimedBar(int date, int time, float close = 10);
+
+// By a fresh reader that keeps nothing.
+std::vector<Bar> ReadBars(const std::string& directory, std::string_view symbol, int interval);
+std::vector<Bar> ReadBars(const Scratch& directory, std::string_view symbol = "AAA",
+                          int interval = -1);
+
+// The number of the MetaLibError that `act` ends with, 0 without one; its text goes to `text`.
+template <typename Act>
+int ErrorOf(Act&& act, std::string* text = nullptr);
+
+}  // namespace velumar
+
+#include "marketdata/metalib_error.h"
+
+template <typename Act>
+int velumar::ErrorOf(Act&& act, std::string* text) {
+  try {
+    act();
+  } catch (const MetaLibError& error) {
+    if (text != nullptr) *text = error.what();
+    return error.Number();
+  }
+  return 0;
+}

@@ -1,0 +1,88 @@
+#include "marketdata/number_format.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+
+#include "marketdata/market_files.h"
+
+namespace velumar {
+
+namespace {
+
+std::uint32_t WordOf(std::string_view hex) {
+  std::uint32_t word = 0;
+  std::memcpy(&word, Hex(hex).data(), sizeof word);
+  return word;
+}
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+TEST(NumberFormat, HoldsTheseBytesForTheseNumbers) {
+  const struct {
+    const char* bytes;
+    float value;
+  } kRows[] = {
+      {"00 00 00 00", 0},
+      {"00 00 00 81", 1},
+      {"00 00 20 84", 10},
+      {"00 00 A0 82", -2.5F},
+      {"00 00 00 80", 0.5F},
+      {"18 4F 00 95", 1051107},  // the date 2005-11-07
+      {"00 A4 35 91", 93000},    // 09:30:00
+      {"00 00 00 03", 0x1p-126F},
+      {"00 00 80 03", -0x1p-126F},
+      {"FF FF 7F FF", 0x1.FFFFFEp126F},
+  };
+  for (const auto& row : kRows) {
+    EXPECT_EQ(FloatFromMbf(WordOf(row.bytes)), row.value) << row.bytes;
+    EXPECT_EQ(MbfFromFloat(row.value), WordOf(row.bytes)) << row.bytes;
+  }
+}
+
+TEST(NumberFormat, ReadsWhatLiesBelowTheSmallestFloatAsZero) {
+  for (const char* bytes : {"01 02 03 00", "01 02 83 00", "01 02 03 01", "FF FF FF 02"}) {
+    EXPECT_EQ(FloatFromMbf(WordOf(bytes)), 0) << bytes;
+  }
+  EXPECT_EQ(MbfFromFloat(std::numeric_limits<float>::denorm_min()), 0U);
+  EXPECT_EQ(MbfFromFloat(-0.0F), 0U);
+}
+
+TEST(NumberFormat, RefusesWhatHasNoPartner) {
+  for (const float value : {0x1p127F, -0x1p127F, 3e38F, kInfinity, -kInfinity, std::nanf("")}) {
+    EXPECT_EQ(MbfFromFloat(value), std::nullopt) << value;
+  }
+}
+
+TEST(NumberFormat, EveryOtherWordSurvivesTheWayThroughAFloat) {
+  std::mt19937 random(1);
+  for (int i = 0; i < 100000; ++i) {
+    const auto word = static_cast<std::uint32_t>(random()) | 0x04000000U;
+    EXPECT_EQ(MbfFromFloat(FloatFromMbf(word)), word);
+  }
+}
+
+TEST(NumberFormat, DatesAndTimesAreReadOnlyWhereTheyCanBe) {
+  const struct {
+    float stored;
+    int date;
+    int time;
+  } kRows[] = {{1051107, 20051107, 1051107}, {0, 0, 0},    {-5, 0, 0},
+               {1.9F, 19000001, 1},          {1e8F, 0, 0}, {std::nanf(""), 0, 0}};
+  for (const auto& row : kRows) {
+    EXPECT_EQ(DateFromStored(row.stored), row.date) << row.stored;
+    EXPECT_EQ(TimeFromStored(row.stored), row.time) << row.stored;
+  }
+  for (const int date : {19000000, 18991231, -1, std::numeric_limits<int>::min(), 36000101}) {
+    EXPECT_EQ(StoredDate(date), std::nullopt) << date;  // 36000101: an odd number beyond 2^24
+  }
+  EXPECT_EQ(StoredTime(-1), std::nullopt);
+  EXPECT_EQ(StoredTime(235959), 235959.0F);
+}
+
+}  // namespace
+
+}  // namespace velumar

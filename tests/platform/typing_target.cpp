@@ -1,0 +1,177 @@
+#include "platform/typing_target.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+#include <X11/keysym.h>
+
+#include <array>
+#include <clocale>
+#include <stdexcept>
+#include <utility>
+
+#include "platform/x_server.h"
+
+namespace velumar {
+
+TypingTarget::TypingTarget(const std::string& display) : display_(XOpenDisplay(display.c_str())) {
+  if (display_ == nullptr) throw std::runtime_error("no display " + display);
+  std::setlocale(LC_CTYPE, "C.UTF-8");
+  XSetLocaleModifiers("@im=none");
+  input_method_ = XOpenIM(display_, nullptr, nullptr, nullptr);
+  thread_ = std::thread([this] { Run(); });
+}
+
+TypingTarget::~TypingTarget() {
+  ending_ = true;
+  thread_.join();
+  XCloseIM(input_method_);
+  XCloseDisplay(display_);
+}
+
+Window TypingTarget::Open(const Look& look) {
+  Window window = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    window = XCreateSimpleWindow(display_, DefaultRootWindow(display_), 0, 0, 200, 100, 0, 0, 0);
+    XChangeProperty(display_, window, AtomOf("_NET_WM_NAME"), AtomOf("UTF8_STRING"), 8,
+                    PropModeReplace, reinterpret_cast<const unsigned char*>(look.title.data()),
+                    static_cast<int>(look.title.size()));
+    std::string program_file = look.program_file;
+    XClassHint names{program_file.data(), program_file.data()};
+    XSetClassHint(display_, window, &names);
+    if (look.owner != 0) XSetTransientForHint(display_, window, look.owner);
+    Atom ping = AtomOf("_NET_WM_PING");
+    if (look.answers_pings) XSetWMProtocols(display_, window, &ping, 1);
+    XSelectInput(display_, window, KeyPressMask | StructureNotifyMask);
+    fields_[window] = {XCreateIC(input_method_, XNInputStyle, XIMPreeditNothing | XIMStatusNothing,
+                                 XNClientWindow, window, nullptr),
+                       ""};
+    XMapWindow(display_, window);
+    XFlush(display_);
+  }
+  const bool shown = Eventually([&] {
+    const std::lock_guard lock(mutex_);
+    XWindowAttributes attributes{};
+    XGetWindowAttributes(display_, window, &attributes);
+    return attributes.map_state == IsViewable;
+  });
+  if (!shown) throw std::runtime_error(look.title + " wasn't shown");
+  return window;
+}
+
+void TypingTarget::Close(Window window) {
+  const std::lock_guard lock(mutex_);
+  XDestroyIC(fields_.at(window).input);
+  fields_.erase(window);
+  XDestroyWindow(display_, window);
+  XFlush(display_);
+}
+
+void TypingTarget::Iconify(Window window) {
+  const std::lock_guard lock(mutex_);
+  XIconifyWindow(display_, window, DefaultScreen(display_));
+  XFlush(display_);
+}
+
+void TypingTarget::MoveToWorkspace(Window window, long workspace) {
+  const std::lock_guard lock(mutex_);
+  constexpr long kAsPager = 2;
+  AskRoot(window, "_NET_WM_DESKTOP", workspace, kAsPager);
+}
+
+void TypingTarget::AskRoot(Window window, const char* message, long first, long second) {
+  XEvent event{};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = window;
+  event.xclient.message_type = AtomOf(message);
+  event.xclient.format = 32;
+  event.xclient.data.l[0] = first;
+  event.xclient.data.l[1] = second;
+  XSendEvent(display_, DefaultRootWindow(display_), False,
+             SubstructureRedirectMask | SubstructureNotifyMask, &event);
+  XFlush(display_);
+}
+
+bool TypingTarget::HasState(Window window, const char* state) {
+  const std::lock_guard lock(mutex_);
+  Atom type = 0;
+  int format = 0;
+  unsigned long count = 0;
+  unsigned long left = 0;
+  unsigned char* bytes = nullptr;
+  XGetWindowProperty(display_, window, AtomOf("_NET_WM_STATE"), 0, 64, False, XA_ATOM, &type,
+                     &format, &count, &left, &bytes);
+  const auto* const states = reinterpret_cast<const Atom*>(bytes);
+  bool found = false;
+  for (unsigned long i = 0; i < count; ++i) found |= states[i] == AtomOf(state);
+  if (bytes != nullptr) XFree(bytes);
+  return found;
+}
+
+std::string TypingTarget::TakeTyped(Window window) {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(fields_.at(window).typed, "");
+}
+
+void TypingTarget::SetOnKey(std::function<void(const std::string&)> on_key) {
+  const std::lock_guard lock(mutex_);
+  on_key_ = std::move(on_key);
+}
+
+void TypingTarget::Run() {
+  while (!ending_) {
+    {
+      const std::lock_guard lock(mutex_);
+      while (!busy_ && XPending(display_) > 0) {
+        XEvent event{};
+        XNextEvent(display_, &event);
+        if (XFilterEvent(&event, None) == False) Handle(event);
+      }
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+}
+
+void TypingTarget::Handle(XEvent& event) {
+  const Window root = DefaultRootWindow(display_);
+  if (event.type == MappingNotify) XRefreshKeyboardMapping(&event.xmapping);
+  if (event.type == KeyPress) HandleKey(event.xkey);
+  if (event.type == ClientMessage &&
+      event.xclient.data.l[0] == static_cast<long>(AtomOf("_NET_WM_PING"))) {
+    event.xclient.window = root;
+    XSendEvent(display_, root, False, SubstructureRedirectMask | SubstructureNotifyMask, &event);
+    XFlush(display_);
+  }
+}
+
+void TypingTarget::HandleKey(XKeyEvent& key) {
+  const auto field = fields_.find(key.window);
+  if (field == fields_.end()) return;
+  const std::string text = TextOf(field->second.input, key);
+  field->second.typed += text;
+  if (!text.empty() && on_key_) on_key_(text);
+}
+
+std::string TypingTarget::TextOf(XIC input, XKeyEvent& key) const {
+  std::array<char, 16> text{};
+  KeySym symbol = NoSymbol;
+  Status status = 0;
+  const bool shortcut = (key.state & (ControlMask | Mod1Mask)) != 0;
+  const int bytes = Xutf8LookupString(input, &key, text.data(), text.size(), &symbol, &status);
+  if (symbol >= XK_Shift_L && symbol <= XK_Hyper_R) return "";
+  if (symbol == XK_ISO_Level3_Shift || symbol == XK_Mode_switch) return "";
+  std::string typed(text.data(), static_cast<std::size_t>(bytes));
+  const bool plain = bytes > 0 && static_cast<unsigned char>(text[0]) >= 0x20;
+  const KeySym unshifted = XLookupKeysym(&key, 0);
+  if (shortcut && unshifted < 0x80) {
+    typed = static_cast<char>(unshifted);
+  } else if (!plain) {
+    const char* const name = XKeysymToString(symbol);
+    typed = "<" + std::string(name == nullptr ? "?" : name) + ">";
+  }
+  const std::string shift = shortcut && (key.state & ShiftMask) != 0 ? "+" : "";
+  return ((key.state & ControlMask) != 0 ? "^" : "") +
+         std::string((key.state & Mod1Mask) != 0 ? "%" : "") + shift + typed;
+}
+
+}  // namespace velumar
