@@ -21,6 +21,8 @@ struct BackEnds {
   std::unique_ptr<WallClock> clock;
   std::unique_ptr<Programs> programs;
   std::string default_data_dir;
+  // Beside the program, or in the user's data folder where that can't be written.
+  std::string ledger_file;
   // Sentences for the user about what couldn't be read or written.
   std::vector<std::string> problems;
 };

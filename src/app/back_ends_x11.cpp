@@ -54,6 +54,7 @@ BackEnds SystemBackEnds(const Options& options, const std::string& program_folde
   ends.clock = std::make_unique<SystemClock>();
   ends.programs = std::make_unique<PosixPrograms>(options.chart_arguments);
   ends.default_data_dir = program_folder + "/samples/";
+  ends.ledger_file = PathText(LedgerFile(program_folder));
   return ends;
 }
 

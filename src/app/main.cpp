@@ -19,7 +19,8 @@
 #include "app/qt_message_boxes.h"
 #include "app/qt_screen.h"
 #include "app/termination.h"
-#include "ledger/memory_ledger.h"
+#include "base/dates.h"
+#include "ledger/ledger.h"
 #include "shell/program.h"
 
 namespace velumar {
@@ -88,12 +89,17 @@ int Run(QApplication& application, const Options& options) {
                     .programs = *ends.programs,
                     .program_folder = program_folder,
                     .default_data_dir = ends.default_data_dir,
-                    .store_dir = {}};
+                    .store_dir = {},
+                    .ledger_file = ends.ledger_file};
 
   SimSession session;
   Desktop desktop;
   IndexCache cache;
-  MemoryLedger ledger;
+  const LocaleInfo& locale = *ends.locale;
+  LedgerConnection ledger([&locale](std::string_view iso_date) {
+    const auto date = DateFromText(iso_date, "yyyy-MM-dd");
+    return date ? DateText(*date, locale.ShortDatePattern()) : std::string(iso_date);
+  });
   DesktopView view(desktop, Dress(application, options, *ends.locale),
                    [&boxes](const std::string& text) { boxes.Show(text, BoxIcon::kExclamation); });
   Program program(session, desktop, platform, cache, ledger);

@@ -127,10 +127,13 @@ std::optional<std::int32_t> DateFromText(std::string_view text, std::string_view
   int day = 0;
   int month = 0;
   int year = 0;
+  bool quoted = false;
   for (std::size_t at = 0; at < pattern.size();) {
     const std::size_t letters = RunLength(pattern, at);
     const char letter = pattern[at];
     at += letters;
+    if (letter == '\'' && letters % 2 == 1) quoted = !quoted;
+    if (quoted) continue;
     if (!IsDateLetter(letter) || (letter == 'd' && letters > 2)) continue;
     const bool named = letter == 'M' && letters > 2;
     const std::optional<int> number =

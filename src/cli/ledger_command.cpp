@@ -81,6 +81,10 @@ void PrintLedger(const LedgerArguments& arguments, CliContext& context) {
   LedgerConnection ledger([&](std::string_view date) { return ShownDate(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
   const LedgerRecordset records = LedgerQuery(ledger, SelectOf(arguments));
+  if (arguments.run != 0 && records.Empty()) {
+    throw LedgerError(arguments.file + ": no archived run has the number " +
+                      std::to_string(arguments.run));
+  }
   context.out << (arguments.json ? Json(records)
                                  : arguments.csv ? Csv(records) : Table(records));
 }

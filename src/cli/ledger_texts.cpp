@@ -35,6 +35,7 @@ std::string LedgerColumnList() {
 }
 
 long LedgerRowCount(LedgerConnection& ledger) {
+  if (!ledger.CanRead()) return 0;
   const LedgerRecordset count = LedgerQuery(ledger, "select count(*) From MyPortfolio");
   return static_cast<long>(std::get<double>(count.rows.at(0).at(0)));
 }

@@ -29,6 +29,20 @@ std::string RequireDate(const std::string& text) {
   return digits && IsRealDate(std::stoi(text)) ? "" : "START is a date yyyymmdd, not " + text;
 }
 
+// A control that isn't there, a text without "=".
+std::string RequireControl(const std::string& assignment) {
+  Desktop tables;
+  const std::size_t dot = assignment.find('.');
+  const std::size_t equals = assignment.find('=');
+  if (dot == std::string::npos || equals == std::string::npos || equals < dot) {
+    return "--set takes NAME=TEXT, such as Form1.txtcomm=500, not " + assignment;
+  }
+  const Form* form = tables.Find(assignment.substr(0, dot));
+  const bool there =
+      form != nullptr && form->Find(assignment.substr(dot + 1, equals - dot - 1)) != nullptr;
+  return there ? "" : "there is no control " + assignment.substr(0, equals);
+}
+
 void RunReplay(const ReplayArguments& arguments, CliContext& context) {
   ReplayWorld world(arguments, context.cache);
   ReplayDriver(world, context.in, context.out).Run();
@@ -50,7 +64,8 @@ void AddReplayCommand(CLI::App& app, CliContext& context) {
   command->add_option("--store", arguments->store,
                       "the working store: a new or empty folder, or one of an earlier replay");
   command->add_option("--set", arguments->texts,
-                      "NAME=TEXT: what a control starts with, such as Form1.txtcomm=500");
+                      "NAME=TEXT: what a control starts with, such as Form1.txtcomm=500")
+      ->check(RequireControl);
   command->add_option("--ledger", arguments->ledger,
                       "the ledger's file, made when it is missing (by default nothing is kept)");
   command->add_option("--date-pattern", arguments->date_pattern,

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "base/number_text.h"
+#include "base/dates.h"
 #include "cli/ledger_texts.h"
 #include "cli/replay_state.h"
 
@@ -39,10 +39,18 @@ std::string OrderResultText(OrderResult result) {
   }
 }
 
+int WholeNumber(std::string_view text) {
+  int number = -1;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (result.ec != std::errc() || result.ptr != text.data() + text.size() || number < 0) {
+    throw std::invalid_argument("\"" + std::string(text) + "\" is no whole number");
+  }
+  return number;
+}
+
 std::int32_t DateOf(std::string_view text) {
-  std::int32_t date = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), date);
-  if (result.ec != std::errc() || result.ptr != text.data() + text.size()) {
+  const std::int32_t date = WholeNumber(text);
+  if (!IsRealDate(date)) {
     throw std::invalid_argument("\"" + std::string(text) + "\" is no date yyyymmdd");
   }
   return date;
@@ -54,7 +62,7 @@ void TypeInto(Control& control, std::string_view text) {
   if (auto* picker = dynamic_cast<DatePicker*>(&control)) {
     picker->SetValue(DateOf(text));
   } else if (auto* slider = dynamic_cast<Slider*>(&control)) {
-    slider->SetValue(ToInt16(text).value_or(-1));
+    slider->SetValue(WholeNumber(text));
   } else if (auto* box = dynamic_cast<CheckBox*>(&control)) {
     box->SetChecked(text == "1");
   } else if (dynamic_cast<TextBox*>(&control) != nullptr ||
@@ -145,15 +153,14 @@ bool ReplayDriver::Execute() {
       throw std::invalid_argument("unknown command \"" + command_ + "\"");
     }
     AnswerIfDue();
-  } catch (const std::invalid_argument& error) {
+  } catch (const std::exception& error) {
     AnswerError(error.what());
   }
   return false;
 }
 
 bool ReplayDriver::Feed(std::string_view count) {
-  const int passes = count.empty() ? 1 : ToInt16(count).value_or(-1);
-  if (passes < 0) throw std::invalid_argument("feed takes a number of bars");
+  const int passes = count.empty() ? 1 : WholeNumber(count);
   if (passes == 0 || !world_.program.Feeding()) {
     AnswerIfDue();
     return false;
@@ -188,7 +195,9 @@ void ReplayDriver::Click(Control& button) {
 
 void ReplayDriver::Set(std::string_view assignment) {
   const auto [name, text] = Split(assignment);
-  TypeInto(world_.FindControl(std::string(name)), text);
+  Control& control = world_.FindControl(std::string(name));
+  world_.desktop.Load(control.Owner());
+  TypeInto(control, text);
 }
 
 void ReplayDriver::Order(Control& button, std::string_view quantity) {

@@ -17,7 +17,9 @@ void AddReplayFields(Json& state, const SimSession& s) {
   state["SimDir"] = s.SimDir;
   state["Symbol"] = s.Symbol;
   state["SymbolInterval"] = s.SymbolInterval;
+  state["PeriodBySymbol"] = s.PeriodBySymbol;
   state["HostTitle"] = s.HostTitle;
+  state["ChartWarning"] = s.ChartWarning;
   state["BarIndex"] = s.BarIndex;
   state["LastBarIndex"] = s.LastBarIndex;
   state["NewestShownBar"] = s.NewestShownBar;

@@ -31,6 +31,13 @@ void RequireData(const std::string& directory, IndexCache& cache) {
                            " in " + wanted.directory + ": " + why);
 }
 
+Platform PlatformFor(const ReplayArguments& arguments, VirtualPlatform& outside) {
+  Platform platform = outside.References();
+  platform.store_dir = arguments.store;
+  if (!arguments.ledger.empty()) platform.ledger_file = arguments.ledger;
+  return platform;
+}
+
 void ApplyText(ReplayWorld& world, const std::string& assignment) {
   const std::size_t equals = assignment.find('=');
   if (equals == std::string::npos) {
@@ -57,20 +64,17 @@ void ClaimStore(const std::string& folder) {
 }
 
 ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
-    : platform(outside.References()),
+    : platform(PlatformFor(arguments, outside)),
       ledger([this](std::string_view date) { return ShownDate(date, outside.locale.pattern); }),
       program(session, desktop, platform, cache, ledger),
       index_cache(cache) {
   RequireData(arguments.directory, cache);
   if (!arguments.store.empty()) ClaimStore(arguments.store);
-  platform.store_dir = arguments.store;
   outside.locale.pattern = arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern()
                                                          : arguments.date_pattern;
   outside.settings.Save("LastPath", arguments.directory);
   for (const std::string& assignment : arguments.texts) ApplyText(*this, assignment);
-  if (!arguments.ledger.empty()) platform.ledger_file = arguments.ledger;
   program.Start();
-  if (!ledger.CanWrite()) throw std::runtime_error(ledger.WhyNot());
   ChooseSeries(arguments);
   desktop.form1().DTPicker1.UserPick(arguments.start);
 }

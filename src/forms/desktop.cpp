@@ -13,6 +13,10 @@ Desktop::Desktop()
                  {"lblScore", 0, 120, 11895, 900, "O: 111.00 H:222.00 L:333.00 C:444.00", "",
                   BigWindow::BigType(kDarkGreen, Alignment::kLeft)}) {}
 
+void Desktop::Load(Form& form) {
+  if (!form.Loaded()) form.BeLoaded();
+}
+
 void Desktop::Unload(Form& form) {
   if (form.Loaded()) form.BeUnloaded();
 }

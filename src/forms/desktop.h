@@ -24,6 +24,8 @@ class Desktop {
   BigWindow& frmBigScore() { return Touched(big_score_); }
   BigWindow& frmBigPrice() { return Touched(big_price_); }
 
+  // A touch of any window: an unloaded one loads.
+  void Load(Form& form);
   // An unloaded window stays as it is. Runs the window's unload steps, then forgets its state.
   void Unload(Form& form);
 

@@ -56,6 +56,8 @@ bool ADVRegistry::SetDWordValue(std::string_view path, std::string_view name, st
 
 std::variant<std::uint32_t, std::string> ADVRegistry::GetDWordValue(std::string_view path,
                                                                     std::string_view name) {
+  KeyPath parts;
+  if (!SplitKeyPath(path, parts)) return std::string();
   std::string bytes;
   std::uint32_t value = 0;
   if (!Get(path, name, bytes) || bytes.size() != sizeof value) return std::string(kError);
@@ -78,6 +80,8 @@ bool ADVRegistry::SetStringValue(std::string_view path, std::string_view name,
 }
 
 std::string ADVRegistry::GetStringValue(std::string_view path, std::string_view name) {
+  KeyPath parts;
+  if (!SplitKeyPath(path, parts)) return {};
   std::string bytes;
   return Get(path, name, bytes) ? bytes : std::string(kError);
 }

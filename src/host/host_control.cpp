@@ -53,6 +53,8 @@ void HostControl::OpenHostChart(const std::function<bool()>& superseded) {
     if (superseded()) return;
     OpenChartInDialog();
   }
+  // The box of a dialog that never came lets clicks run.
+  if (superseded()) return;
   BringHostToFront();
   SetStatusLine(desktop_, "Ready to rock with [" + session_.Symbol + "] ....");
 }
@@ -145,8 +147,9 @@ void HostControl::RefreshCharts() {
   BringHostToFront();
   IgnoringErrors([&] { RefreshEachChart(); });
   desktop_.form2().txtRefresh.SetEnabled(true);
+  session_.ChartWarning = Warning();
   if (session_.HasBar(session_.BarIndex)) {
-    SetStatusLine(desktop_, Warning() + BarLine(session_, platform_.locale));
+    SetStatusLine(desktop_, BarLine(session_, platform_.locale));
   }
   RevaluePositions(session_);
   status_.ShowStatus();

@@ -110,9 +110,10 @@ void LedgerOpen(LedgerConnection& connection, const std::string& data_source) {
   if (on_disk) {
     try {
       connection.owner_ = TakeOwnership(data_source);
-    } catch (const LedgerError&) {
-      connection.why_not_ = data_source + ": the ledger is in use by another Velumar, or its "
-                            "folder can't be written";
+    } catch (const LedgerError& error) {
+      connection.why_not_ = data_source + (error.InUse()
+                                               ? ": the ledger is in use by another Velumar"
+                                               : ": its folder can't be written");
     }
   }
   try {
@@ -202,7 +203,12 @@ void LedgerDeleteAll(LedgerConnection& connection, std::string_view table) {
 }
 
 void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run) {
-  InsertRow(connection.ForWriting(), "Runs", RunColumns(), RunValues(run));
+  SqliteDatabase& database = connection.ForWriting();
+  SqliteTransaction transaction(database);
+  ArchiveRows(database);
+  database.Execute("DELETE FROM MyPortfolio");
+  InsertRow(database, "Runs", RunColumns(), RunValues(run));
+  transaction.Commit();
 }
 
 void LedgerDescribeRun(LedgerConnection& connection, const LedgerRun& run) {

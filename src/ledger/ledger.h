@@ -103,7 +103,8 @@ void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerVal
 // Empties a table. The rows of MyPortfolio go to the archive of their run first.
 void LedgerDeleteAll(LedgerConnection& connection, std::string_view table);
 
-// Begins a run: the rows from here on belong to it.
+// Begins a run: MyPortfolio is emptied as above, and the rows from here on belong to the run. All of
+// it happens or nothing.
 void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run);
 // Puts what is known by now in place of what it began with.
 void LedgerDescribeRun(LedgerConnection& connection, const LedgerRun& run);

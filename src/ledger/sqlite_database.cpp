@@ -6,8 +6,9 @@ namespace velumar {
 
 namespace {
 
-[[noreturn]] void Throw(const std::string& file, const char* reason) {
-  throw LedgerError(file + ": " + reason);
+[[noreturn]] void Throw(const std::string& file, sqlite3* database) {
+  throw LedgerError(file + ": " + sqlite3_errmsg(database),
+                    sqlite3_errcode(database) == SQLITE_BUSY);
 }
 
 int Flags(SqliteDatabase::Mode mode) {
@@ -37,7 +38,7 @@ void SqliteStatement::Finalize::operator()(sqlite3_stmt* statement) const {
   sqlite3_finalize(statement);
 }
 
-void SqliteStatement::Fail() const { Throw(file_, sqlite3_errmsg(database_)); }
+void SqliteStatement::Fail() const { Throw(file_, database_); }
 
 void SqliteStatement::Bind(int place, const LedgerValue& value) {
   int code = SQLITE_OK;
@@ -81,7 +82,7 @@ SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode) : file_(file)
   sqlite3* database = nullptr;
   const int code = sqlite3_open_v2(file.c_str(), &database, Flags(mode), nullptr);
   handle_.reset(database);
-  if (code != SQLITE_OK) Throw(file, sqlite3_errmsg(database));
+  if (code != SQLITE_OK) Throw(file, database);
   sqlite3_busy_timeout(database, kPatienceMs);
 }
 
@@ -89,7 +90,7 @@ void SqliteDatabase::Close::operator()(sqlite3* database) const { sqlite3_close_
 
 void SqliteDatabase::Execute(const std::string& sql) {
   if (sqlite3_exec(handle_.get(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
-    Throw(file_, sqlite3_errmsg(handle_.get()));
+    Throw(file_, handle_.get());
   }
 }
 

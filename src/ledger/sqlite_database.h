@@ -17,7 +17,13 @@ namespace velumar {
 // A failure of the database, in words that name the file.
 class LedgerError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit LedgerError(const std::string& text, bool in_use = false)
+      : std::runtime_error(text), in_use_(in_use) {}
+  // Another connection holds what was asked for.
+  bool InUse() const { return in_use_; }
+
+ private:
+  bool in_use_;
 };
 
 // A value of a column: null, a number or a UTF-8 text.

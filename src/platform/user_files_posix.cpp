@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <system_error>
 
 namespace velumar {
 
@@ -30,6 +31,17 @@ fs::path UserFile(std::string_view name) {
   // A relative folder is to be passed over.
   if (!folder.is_absolute()) folder = HomeFolder() / ".config";
   return folder / "velumar" / name;
+}
+
+fs::path LedgerFile(const fs::path& program_folder) {
+  constexpr const char* kName = "Portfolio.mdb";
+  if (::access(program_folder.c_str(), W_OK) == 0) return program_folder / kName;
+  fs::path folder = Environment("XDG_DATA_HOME");
+  if (!folder.is_absolute()) folder = HomeFolder() / ".local" / "share";
+  folder /= "velumar";
+  std::error_code told_by_the_ledger;
+  fs::create_directories(folder, told_by_the_ledger);
+  return folder / kName;
 }
 
 }  // namespace velumar

@@ -19,65 +19,90 @@ void Close(MetaLibWriter& writer) {
 }  // namespace
 
 std::int16_t BarStepper::FeedBar(int& index, std::string& symbol) {
-  MetaLibWriter writer(cache_);
-  int bar = index;
-  Open(writer, bar, symbol);
+  int bar = std::max(index, 0);
   const int last = session_.LastArrayIndex();
   if (bar > last) {
     bar = last;
+    Change(symbol, {}, Direction::kForward);
   } else {
-    Append(writer, bar);
+    Change(symbol, {bar, bar}, Direction::kForward);
   }
-  Close(writer);
   index = bar;
   ShowMoment(bar);
   return -1;
 }
 
 std::int16_t BarStepper::FastFeed(std::int16_t& index, std::string& symbol) {
-  MetaLibWriter writer(cache_);
-  int start = index;
-  Open(writer, start, symbol);
+  const int start = std::max<int>(index, 0);
   const int newest = std::min(start + kFastStep, session_.LastArrayIndex());
-  AppendRange(writer, start + 1, newest);
-  Close(writer);
+  Change(symbol, {start + 1, newest}, Direction::kForward);
   index = static_cast<std::int16_t>(newest);
   ShowMoment(newest);
   return index;
 }
 
 std::int16_t BarStepper::UnfeedBar(std::int16_t& index, std::string& symbol) {
-  MetaLibWriter writer(cache_);
-  int bar = index;
-  Open(writer, bar, symbol);
+  int bar = std::max<int>(index, 0);
   if (bar > session_.LastArrayIndex()) {
+    Change(symbol, {}, Direction::kBackward);
     bar = 0;
   } else {
-    Append(writer, bar);
-    DeleteIfStored(writer, bar);
+    Change(symbol, {bar, bar}, Direction::kBackwardOne);
     --bar;
   }
-  Close(writer);
   index = static_cast<std::int16_t>(bar);
   ShowPrice(bar);
   return -1;
 }
 
 std::int16_t BarStepper::FastUnfeed(std::int16_t& index, std::string& symbol) {
-  MetaLibWriter writer(cache_);
-  int newest = index;
-  Open(writer, newest, symbol);
+  const int newest = std::max<int>(index, 0);
   const int left = std::max(newest - kFastStep, 0);
-  DeleteRange(writer, left + 1, newest);
-  Close(writer);
+  Change(symbol, {left + 1, newest}, Direction::kBackward);
   index = static_cast<std::int16_t>(newest);
   ShowPrice(left);
   return static_cast<std::int16_t>(left);
 }
 
-void BarStepper::Open(MetaLibWriter& writer, int& index, std::string& symbol) const {
-  if (index == -1) index = 0;
+// The store is changed and closed, or it is as it was: a chart that ran ahead of the cursor would
+// show the future.
+void BarStepper::Change(std::string& symbol, Bars bars, Direction direction) {
   symbol = NormalisedSymbol(symbol);
+  MetaLibWriter writer(cache_);
+  Open(writer, symbol);
+  try {
+    Apply(writer, bars, direction);
+    Close(writer);
+  } catch (const MetaLibError&) {
+    IgnoringErrors([&] { Close(writer); });
+    IgnoringErrors([&] { TakeBack(symbol, bars, direction); });
+    throw;
+  }
+}
+
+void BarStepper::Apply(MetaLibWriter& writer, Bars bars, Direction direction) const {
+  if (direction == Direction::kForward) {
+    for (int bar = bars.first; bar <= bars.last; ++bar) Append(writer, bar);
+  } else if (direction == Direction::kBackwardOne) {
+    Append(writer, bars.last);
+    DeleteIfStored(writer, bars.last);
+  } else {
+    for (int bar = bars.last; bar >= bars.first; --bar) Delete(writer, bar);
+  }
+}
+
+// Through a writer of its own, as the failed one may be in any state.
+void BarStepper::TakeBack(const std::string& symbol, Bars bars, Direction direction) const {
+  MetaLibWriter writer(cache_);
+  Open(writer, symbol);
+  IgnoringErrors([&] {
+    Apply(writer, bars,
+          direction == Direction::kForward ? Direction::kBackward : Direction::kForward);
+  });
+  IgnoringErrors([&] { Close(writer); });
+}
+
+void BarStepper::Open(MetaLibWriter& writer, const std::string& symbol) const {
   writer.OpenDirectory(session_.SimDir);
   if (!writer.SecurityExists(symbol)) return;
   if (const auto series = ReplayableInterval(desktop_.form1().cbxPeriod.Text())) {
@@ -107,30 +132,6 @@ void BarStepper::DeleteIfStored(MetaLibWriter& writer, int bar) const {
       Daily() ? writer.DailyBarExists(session_.BarDate.at(i))
               : writer.IntradayBarExists(session_.BarDate.at(i), session_.BarTime.at(i));
   if (stored) Delete(writer, bar);
-}
-
-void BarStepper::AppendRange(MetaLibWriter& writer, int first, int last) const {
-  int done = first;
-  try {
-    for (; done <= last; ++done) Append(writer, done);
-  } catch (const MetaLibError&) {
-    IgnoringErrors([&] {
-      while (--done >= first) Delete(writer, done);
-    });
-    throw;
-  }
-}
-
-void BarStepper::DeleteRange(MetaLibWriter& writer, int first, int last) const {
-  int done = last;
-  try {
-    for (; done >= first; --done) Delete(writer, done);
-  } catch (const MetaLibError&) {
-    IgnoringErrors([&] {
-      while (++done <= last) Append(writer, done);
-    });
-    throw;
-  }
 }
 
 bool BarStepper::Daily() const { return desktop_.form1().cbxPeriod.Text() == kDailyInterval; }

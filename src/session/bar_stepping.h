@@ -33,15 +33,21 @@ class BarStepper {
   std::int16_t FastUnfeed(std::int16_t& index, std::string& symbol);
 
  private:
-  // The opening step. A store that doesn't know the symbol gets no selection, and the library says
-  // so at the next call.
-  void Open(MetaLibWriter& writer, int& index, std::string& symbol) const;
+  enum class Direction : std::uint8_t { kForward, kBackwardOne, kBackward };
+  struct Bars {
+    int first = 0;
+    int last = -1;  // none
+  };
+
+  void Change(std::string& symbol, Bars bars, Direction direction);
+  void Apply(MetaLibWriter& writer, Bars bars, Direction direction) const;
+  void TakeBack(const std::string& symbol, Bars bars, Direction direction) const;
+  // A store that doesn't know the symbol gets no selection, and the library says so at the next
+  // call.
+  void Open(MetaLibWriter& writer, const std::string& symbol) const;
   void Append(MetaLibWriter& writer, int bar) const;
   void Delete(MetaLibWriter& writer, int bar) const;
   void DeleteIfStored(MetaLibWriter& writer, int bar) const;
-  // Bars first to last one by one; when one fails, those done are undone.
-  void AppendRange(MetaLibWriter& writer, int first, int last) const;
-  void DeleteRange(MetaLibWriter& writer, int first, int last) const;
   bool Daily() const;
   void ShowPrice(int bar);
   void ShowMoment(int bar);

@@ -6,10 +6,7 @@
 namespace velumar {
 
 void LedgerRuns::Begin() {
-  Guarded([](LedgerConnection& ledger, const LedgerRun& run) {
-    LedgerDeleteAll(ledger, kPortfolioTable);
-    LedgerBeginRun(ledger, run);
-  });
+  Guarded(LedgerBeginRun);
 }
 
 void LedgerRuns::NoteSeries() { Guarded(LedgerDescribeRun); }

@@ -42,6 +42,8 @@ void RunControl::BeginRun(const Form& window) {
   const RunNumber run = ++newest_run_;
   feeding_ = false;
   ledger_.Begin();
+  // The box of a ledger that failed lets clicks run.
+  if (Superseded(run)) return;
   session_.StopRequested = 0;
   if (desktop_.form1().Combo1.Text().empty()) {
     platform_.boxes.Show("Plase specificy Symbol to simulate!", BoxIcon::kInformation);
@@ -112,7 +114,15 @@ void RunControl::Feed(RunNumber run) {
   // The loop's own index: steps by hand in a pause don't move it.
   for (int i = session_.BarIndex + 1; i <= limit; ++i) {
     feeding_ = true;
-    const bool go_on = FeedOne(i, run);
+    bool go_on = false;
+    try {
+      go_on = FeedOne(i, run);
+    } catch (const std::exception& error) {
+      // A handler that ran in the pause, or the market data library: the feed can't go on.
+      if (Superseded(run)) return;
+      ShowPlay();
+      platform_.boxes.Show(error.what(), BoxIcon::kExclamation);
+    }
     if (Superseded(run)) return;
     feeding_ = false;
     if (!go_on) return;

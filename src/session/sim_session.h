@@ -49,6 +49,7 @@ struct SimSession : Book {
   std::string SymbolInterval;
   std::vector<std::string> PeriodBySymbol;  // "D" or minutes, in the reader's order, one spare
   std::string HostTitle;
+  std::string ChartWarning;  // what is wrong with the chart program, in front of the bar's text
 
   // Bars: eight parallel arrays from index 0, oldest first.
   std::vector<std::int32_t> BarDate;  // yyyymmdd

@@ -42,17 +42,22 @@ void SymbolCatalogue::ListSecurities() {
   session_.PeriodBySymbol.assign(count + 1, "");
   std::vector<ComboBox::Row> rows;
   rows.reserve(count);
-  for (std::size_t i = 0; i < count && reader.NextSecurity() >= 1; ++i) {
-    reader.ReadSecurityHeader();
-    session_.PeriodBySymbol[i] = IntervalText(reader.SecurityInterval());
-    rows.push_back({reader.SecuritySymbol(), static_cast<int>(i)});
-    reader.CloseSecurity();
-  }
-  reader.CloseDirectory();
   ComboBox& list = desktop_.form1().Combo1;
+  try {
+    for (std::size_t i = 0; i < count && reader.NextSecurity() >= 1; ++i) {
+      reader.ReadSecurityHeader();
+      session_.PeriodBySymbol[i] = IntervalText(reader.SecurityInterval());
+      rows.push_back({reader.SecuritySymbol(), static_cast<int>(i)});
+      reader.CloseSecurity();
+    }
+  } catch (const MetaLibError&) {
+    list.SetRows(std::move(rows));
+    throw;
+  }
   const bool any = !rows.empty();
   list.SetRows(std::move(rows));
   if (any) list.SetIndex(0);
+  reader.CloseDirectory();
 }
 
 void SymbolCatalogue::PickDataDirectory() {

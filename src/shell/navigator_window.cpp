@@ -1,5 +1,6 @@
 #include "shell/navigator_window.h"
 
+#include "base/ignoring.h"
 #include "platform/waiting.h"
 #include "shell/event_guard.h"
 #include "shell/opacity_setting.h"
@@ -61,7 +62,7 @@ void NavigatorWindow::Load() {
   form.Image7.SetToolTip(FastStepTip("Next "));
   session_.NavTop = platform_.settings.Read("NavTop").value_or("0");
   session_.NavLeft = platform_.settings.Read("NavLeft").value_or("0");
-  Place();
+  IgnoringErrors([this] { Place(); });
 }
 
 void NavigatorWindow::Place() {
@@ -85,17 +86,22 @@ void NavigatorWindow::Unload() { SaveOpacity(Window(), platform_.settings, kOpac
 // A run that is going on goes on: pausing it is the work of another button.
 void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
+  if (closing_) return;
+  closing_ = true;
   const std::string top = PlaceText(form.Top());
   const std::string left = PlaceText(form.Left());
   platform_.settings.Save("NavTop", top);
   platform_.settings.Save("NavLeft", left);
-  SlideOut(form, top, left, platform_.events, platform_.screen);
+  IgnoringErrors([&] { SlideOut(form, top, left, platform_.events, platform_.screen); });
+  closing_ = false;
   desktop_.Unload(form);
   desktop_.Unload(desktop_.Untouched().form3);
   Form1& setup = desktop_.form1();
   setup.Show();
   setup.ImgDonate.SetVisible(true);
-  SlideIn(setup, session_.SetupTop, session_.SetupLeft, platform_.events, platform_.screen);
+  IgnoringErrors([&] {
+    SlideIn(setup, session_.SetupTop, session_.SetupLeft, platform_.events, platform_.screen);
+  });
 }
 
 }  // namespace velumar

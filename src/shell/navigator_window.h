@@ -26,6 +26,7 @@ class NavigatorWindow {
   Desktop& desktop_;
   Platform& platform_;
   RunControl& run_;
+  bool closing_ = false;  // while it slides away
 };
 
 }  // namespace velumar

@@ -2,6 +2,7 @@
 
 #include "host/host_control.h"
 #include "host/reg_info.h"
+#include "platform/telling_settings.h"
 #include "session/run_control.h"
 #include "session/symbol_catalogue.h"
 #include "shell/big_displays.h"
@@ -12,10 +13,25 @@
 
 namespace velumar {
 
+namespace {
+
+// The same outside, with settings that never throw.`store_dir` and the rest are read at Start.
+Platform WithSettings(const Platform& outside, SettingsStore& settings) {
+  return {outside.events,    outside.chart_windows,  outside.keys,
+          outside.boxes,     outside.folders,        settings,
+          outside.registry,  outside.screen,         outside.locale,
+          outside.clock,     outside.programs,       outside.program_folder,
+          outside.default_data_dir, outside.store_dir, outside.ledger_file};
+}
+
+}  // namespace
+
 struct Program::Parts {
-  Parts(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
+  Parts(SimSession& session, Desktop& desktop, const Platform& outside, IndexCache& cache,
         LedgerConnection& ledger)
-      : registry(platform.registry, platform.boxes),
+      : settings(outside.settings, outside.boxes),
+        platform(WithSettings(outside, settings)),
+        registry(platform.registry, platform.boxes),
         status(session, desktop, platform.locale),
         chart(session, desktop, platform, registry, status),
         catalogue(session, desktop, platform, cache),
@@ -26,6 +42,8 @@ struct Program::Parts {
         panel(session, desktop, platform, status, orders),
         big(session, desktop, platform) {}
 
+  TellingSettings settings;
+  Platform platform;
   RegInfo registry;
   StatusDisplay status;
   HostControl chart;
@@ -38,7 +56,7 @@ struct Program::Parts {
   BigDisplays big;
 };
 
-Program::Program(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
+Program::Program(SimSession& session, Desktop& desktop, const Platform& platform, IndexCache& cache,
                  LedgerConnection& ledger)
     : desktop_(desktop),
       parts_(std::make_unique<Parts>(session, desktop, platform, cache, ledger)) {

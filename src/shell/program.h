@@ -15,7 +15,7 @@ namespace velumar {
 // the object.
 class Program {
  public:
-  Program(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
+  Program(SimSession& session, Desktop& desktop, const Platform& platform, IndexCache& cache,
           LedgerConnection& ledger);
   ~Program();
 

@@ -10,6 +10,7 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "session/status_line.h"
+#include "shell/account_box.h"
 #include "shell/event_guard.h"
 #include "shell/window_shaping.h"
 
@@ -72,6 +73,7 @@ void SetupWindow::BindEvents() {
     button->on_release = [button] { ReleaseImage(*button); };
   }
   form.Image3.on_click = guarded([this] { StartRun(); });
+  form.ImgDonate.on_click = guarded([this] { OpenSupportPage(); });
   form.Image5.on_click = guarded([this] { Close(); });
 }
 
@@ -126,10 +128,10 @@ void SetupWindow::PlaceWindows() {
   if (session_.SetupTop != "0") {
     form.SetTop(PlaceFromText(session_.SetupTop));
     form.SetLeft(PlaceFromText(session_.SetupLeft));
-    const float nav_top = PlaceFromText(session_.NavTop);
-    const float nav_left = PlaceFromText(session_.NavLeft);
-    desktop_.form2().SetTop(nav_top);
-    desktop_.form2().SetLeft(nav_left);
+    // Its load takes its first place where none is kept.
+    Form2& navigator = desktop_.form2();
+    navigator.SetTop(PlaceFromText(session_.NavTop));
+    navigator.SetLeft(PlaceFromText(session_.NavLeft));
     return;
   }
   Form2& navigator = desktop_.form2();
@@ -157,7 +159,8 @@ void SetupWindow::FillDelay() {
   ComboBox& delay = desktop_.form3().Combo2;
   delay.SetIndex(kFourthItem);
   Window().cbxPeriod.SetIndex(kThirdItem);
-  delay.SetText(session_.RefreshDelay == 0 ? "3" : UsableDelay(Setting("Refresh", "3")));
+  const std::string kept = Setting("Refresh", "3");
+  delay.SetText(ToInt16(kept) == 0 ? "3" : UsableDelay(kept));
   session_.RefreshDelay = static_cast<std::int16_t>(ToInt16(delay.Text()).value_or(0) * 1000);
 }
 
@@ -216,13 +219,6 @@ void SetupWindow::ReadContractFigures() {
   ReadFigure(Window().txtProfitperContract, session_.ProfitPerContract);
 }
 
-// A text without a number leaves the figure as it was, and the box says why.
-void SetupWindow::ReadFigure(TextBox& box, float& field) {
-  const std::optional<float> value = ToSingle(box.Text());
-  if (value) field = *value;
-  box.SetToolTip(value ? std::string(Form1::kPathTip)
-                       : std::string(Form1::kPathTip) + "\n\"" + box.Text() + "\" is not a number");
-}
 
 void SetupWindow::PickDirectory() {
   const std::string chosen = platform_.folders.BrowseForFolder(kPickDirectoryPrompt);
@@ -233,7 +229,18 @@ void SetupWindow::PickDirectory() {
   catalogue_.BuildSymbolList();
 }
 
+// The slides let clicks run: a second click on "Start" is the same wish.
 void SetupWindow::StartRun() {
+  if (starting_) return;
+  starting_ = true;
+  bool ready = false;
+  IgnoringErrors([&] { ready = SlideToRun(); });
+  starting_ = false;
+  if (ready) run_.BeginRun(Window());
+}
+
+// False when the user went back to the setup while the windows slid.
+bool SetupWindow::SlideToRun() {
   Form1& form = Window();
   const std::string top = PlaceText(form.Top());
   const std::string left = PlaceText(form.Left());
@@ -241,10 +248,20 @@ void SetupWindow::StartRun() {
   Save("Left", left);
   SlideOut(form, top, left, platform_.events, platform_.screen);
   form.Hide();
-  desktop_.form2().Show();
-  SlideIn(desktop_.form2(), session_.NavTop, session_.NavLeft, platform_.events, platform_.screen);
+  Form2& navigator = desktop_.form2();
+  navigator.Show();
+  IgnoringErrors([&] {
+    SlideIn(navigator, session_.NavTop, session_.NavLeft, platform_.events, platform_.screen);
+  });
+  if (!navigator.Visible()) return false;
   desktop_.form3().Show();
-  run_.BeginRun(form);
+  return true;
+}
+
+// The project's own page beside the program, or the one that a setting names.
+void SetupWindow::OpenSupportPage() {
+  const std::string own = "file://" + platform_.program_folder + "/support.html";
+  platform_.programs.OpenInBrowser(Setting("DonateUrl", own));
 }
 
 void SetupWindow::Unload() {

@@ -36,9 +36,10 @@ class SetupWindow {
   void DirectoryChanged();
   void ApplyPresets();
   void ReadContractFigures();
-  void ReadFigure(TextBox& box, float& field);
   void PickDirectory();
   void StartRun();
+  bool SlideToRun();
+  void OpenSupportPage();
   void Unload();
   void Close();
 
@@ -53,6 +54,7 @@ class SetupWindow {
   RunControl& run_;
   RegInfo& registry_;
   LedgerConnection& ledger_;
+  bool starting_ = false;  // between the click on "Start" and its run
 };
 
 }  // namespace velumar

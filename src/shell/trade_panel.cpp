@@ -1,7 +1,9 @@
 #include "shell/trade_panel.h"
 
+#include "base/ignoring.h"
 #include "base/number_text.h"
 #include "session/run_control.h"
+#include "shell/account_box.h"
 #include "shell/event_guard.h"
 #include "shell/opacity_setting.h"
 #include "shell/window_shaping.h"
@@ -51,17 +53,15 @@ void TradePanel::Load() {
   RoundWindow(form, kCornerWidth, kCornerHeight);
   LoadOpacity(form, form.HScrollx, platform_.settings, kOpacityKey);
   form.Image1.SetSize(form.Width(), form.Height());
-  Place();
+  IgnoringErrors([this] { Place(); });
   status_.ShowStatus();
 }
 
 void TradePanel::StartAccount() {
-  const Form1& setup = desktop_.form1();
-  // A text without a number leaves its field as it was.
-  session_.InitMargin = ToSingle(setup.txtContractValue.Text()).value_or(session_.InitMargin);
-  session_.ProfitPerContract =
-      ToSingle(setup.txtProfitperContract.Text()).value_or(session_.ProfitPerContract);
-  session_.Balance = ToSingle(setup.txtInitPorfolio.Text()).value_or(session_.Balance);
+  Form1& setup = desktop_.form1();
+  ReadFigure(setup.txtContractValue, session_.InitMargin);
+  ReadFigure(setup.txtProfitperContract, session_.ProfitPerContract);
+  ReadFigure(setup.txtInitPorfolio, session_.Balance);
   session_.Portfolio = session_.Balance;
   session_.UsedMargin = 0;
   session_.LAccum = 0;
@@ -81,9 +81,8 @@ void TradePanel::Place() {
 void TradePanel::DelayConfirmed() {
   ComboBox& delay = Window().Combo2;
   const std::string usable = UsableDelay(delay.Text());
-  // While the box is empty the user is about to type: the delay in force stays.
-  if (delay.Text().empty()) return;
-  delay.SetText(usable);
+  // An emptied box is about to be typed into: it stays empty, and counts as "3" meanwhile.
+  if (!delay.Text().empty()) delay.SetText(usable);
   session_.RefreshDelay = static_cast<std::int16_t>(ToInt16(usable).value_or(0) * 1000);
 }
 
@@ -109,8 +108,13 @@ void TradePanel::Unload() { SaveOpacity(Window(), platform_.settings, kOpacityKe
 
 void TradePanel::CloseAndReturn() {
   Form3& form = Window();
-  SlideOut(form, PlaceText(form.Top()), PlaceText(form.Left()), platform_.events,
-           platform_.screen);
+  if (closing_) return;
+  closing_ = true;
+  IgnoringErrors([&] {
+    SlideOut(form, PlaceText(form.Top()), PlaceText(form.Left()), platform_.events,
+             platform_.screen);
+  });
+  closing_ = false;
   desktop_.Unload(form);
   desktop_.Unload(desktop_.Untouched().frmBigScore);
 }

@@ -31,6 +31,7 @@ class TradePanel {
   Platform& platform_;
   StatusDisplay& status_;
   OrderDesk& orders_;
+  bool closing_ = false;  // while it slides away
 };
 
 }  // namespace velumar

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <optional>
 #include <stdexcept>
 
@@ -50,9 +51,10 @@ std::int16_t ScreenWidth(const Screen& screen) { return Measure(screen.WidthTwip
 std::int16_t ScreenHeight(const Screen& screen) { return Measure(screen.HeightTwips()); }
 
 std::int16_t PlaceFromText(std::string_view text) {
-  const std::optional<std::int16_t> place = ToInt16(text);
-  if (!place) throw std::invalid_argument("\"" + std::string(text) + "\" is no place of a window");
-  return *place;
+  if (const std::optional<std::int16_t> place = ToInt16(text)) return *place;
+  const std::optional<double> far = ToDouble(text);
+  if (!far) throw std::invalid_argument("\"" + std::string(text) + "\" is no place of a window");
+  return *far < 0 ? INT16_MIN : INT16_MAX;
 }
 
 std::string PlaceText(float place) { return PlainNumberText(place); }

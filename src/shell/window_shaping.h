@@ -30,7 +30,8 @@ void ReleaseImage(Control& image);
 std::int16_t ScreenWidth(const Screen& screen);
 std::int16_t ScreenHeight(const Screen& screen);
 
-// A kept place as 16-bit twips. Throws std::invalid_argument for a text that is no such number.
+// A kept place as 16-bit twips; one beyond them counts as the outermost that they hold. Throws
+// std::invalid_argument for a text that is no number.
 std::int16_t PlaceFromText(std::string_view text);
 std::string PlaceText(float place);
 

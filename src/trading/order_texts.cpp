@@ -18,7 +18,9 @@ std::string Problem(std::string_view box, std::string_view text) {
 template <typename Number>
 double Usable(std::optional<Number> value, std::string_view box, std::string_view text,
               std::string& problem) {
-  if (value && !(*value < 0)) return *value;
+  const std::optional<Decimal> number = Decimal::FromText(text);
+  const bool negative = number && number->Negative() && !number->IsZero();
+  if (value && !negative) return *value;
   if (problem.empty()) problem = Problem(box, text);
   return 0;
 }

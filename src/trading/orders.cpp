@@ -61,6 +61,7 @@ OrderResult OrderDesk::Whole(const std::function<OrderResult()>& work) {
     return Refuse(error.what());
   } catch (const LedgerError& error) {
     restore();
+    Refuse("order not placed: the ledger can't keep it");
     platform_.boxes.Show(NotPlaced(error), BoxIcon::kExclamation);
     return OrderResult::kRefused;
   }
