@@ -27,7 +27,7 @@ struct PlainAccount {
     const double scaled = std::abs(written) * places;
     double whole = std::floor(scaled + 0.5);
     // The digits are decimal: what is written as a half is one, whatever its binary neighbours say.
-    if (std::abs(scaled - std::floor(scaled) - 0.5) < 1e-9 * std::max(1.0, scaled)) {
+    if (std::abs(scaled - std::floor(scaled) - 0.5) < 1e-9 + scaled * 1e-15) {
       whole = std::floor(scaled) + 1;
     }
     return static_cast<float>(std::copysign(whole / places, written));
