@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "base/paths.h"
 #include "support/run_fixture.h"
 
@@ -126,6 +128,48 @@ TEST_F(RunTest, AFeedBehindCloseAndReturnRestartsTheAccount) {
   EXPECT_EQ(all->session.LAccum, 0);
   EXPECT_TRUE(all->Panel().Loaded());
   EXPECT_FALSE(all->Panel().Visible());
+}
+
+TEST_F(RunTest, ASecondClickInASlideIsTheSameWish) {
+  all->program.Start();
+  all->Setup().DTPicker1.UserPick(MadeDate(190));
+  all->At(100, [this] { all->Setup().Image3.UserClick(); });
+  all->Setup().Image3.UserClick();
+  const auto& sent = all->outside.chart.sent;
+  EXPECT_EQ(std::count(sent.begin(), sent.end(), "%Fe"), 1);
+  all->At(100, [this] { all->Navigator().Image5.UserClick(); });
+  all->Navigator().Image5.UserClick();
+  EXPECT_TRUE(all->Setup().Visible());
+  EXPECT_FALSE(all->Navigator().Loaded());
+}
+
+TEST_F(RunTest, GoingBackWhileTheNavigatorSlidesInBeginsNoRun) {
+  all->program.Start();
+  all->At(700, [this] {
+    ASSERT_TRUE(all->Navigator().Visible());
+    all->Navigator().Image5.UserClick();
+  });
+  all->Setup().Image3.UserClick();
+  EXPECT_TRUE(all->Setup().Visible());
+  EXPECT_FALSE(all->Navigator().Visible());
+  EXPECT_TRUE(all->outside.chart.sent.empty());
+}
+
+TEST_F(RunTest, AnOrderInAPauseFillsAtItsBarAndIsKept) {
+  InPauseOf(61, [this] {
+    all->Panel().txtContractVol.UserType("2");
+    all->Panel().imgLong.UserClick();
+    EXPECT_EQ(all->program.LastOrder(), OrderResult::kDone);
+    EXPECT_EQ(all->session.LAvgPrice, all->session.BarClose[61]);
+  });
+  StartAt(60);
+  const auto rows = LedgerQuery(all->ledger, "select Position, LAccum From MyPortfolio").rows;
+  ASSERT_EQ(rows.size(), 1U);
+  EXPECT_EQ(rows[0][1], LedgerValue(2.0));
+  all->Navigator().Image3.UserClick();
+  EXPECT_TRUE(LedgerQuery(all->ledger, "select * From MyPortfolio").Empty());
+  EXPECT_EQ(LedgerQuery(all->ledger, "select * From Archive").rows.size(), 1U);
+  EXPECT_EQ(all->session.LAccum, 2) << "the book goes on";
 }
 
 TEST_F(RunTest, AnEmptySymbolIsAskedFor) {

@@ -55,6 +55,31 @@ TEST_F(WindowsTest, SettingsComeBackInTheNextProcess) {
   EXPECT_EQ(all->outside.settings.texts["Symbol"], "ABC");
 }
 
+struct FullDisk : MemorySettings {
+  void Save(std::string_view, std::string_view) override { throw std::runtime_error("disk full"); }
+};
+
+TEST_F(WindowsTest, SettingsThatCannotBeKeptAreToldOnceAndStopNothing) {
+  FullDisk full;
+  VirtualPlatform outside;
+  Platform platform{outside.events,   outside.chart,  outside.chart,   outside.boxes,
+                    outside.folders,  full,           outside.registry, outside.screen,
+                    outside.locale,   outside.clock,  outside.programs, "",
+                    data,             "",             ":memory:"};
+  SimSession session;
+  Desktop desktop;
+  IndexCache cache;
+  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
+  Program program(session, desktop, platform, cache, ledger);
+  program.Start();
+  EXPECT_EQ(session.Symbol, "ABC");
+  desktop.form1().DTPicker1.UserPick(MadeDate(198));
+  desktop.form1().Image3.UserClick();
+  EXPECT_EQ(session.BarIndex, 199);
+  ASSERT_EQ(outside.boxes.shown.size(), 1U);
+  EXPECT_THAT(outside.boxes.shown[0], testing::HasSubstr("disk full"));
+}
+
 TEST_F(WindowsTest, OddSettingsNeverKeepTheWindowAway) {
   for (const auto& [key, text] : std::map<std::string, std::string>{
            {"Top", "left"}, {"Left", ""}, {"Refresh", "abc"}, {"SelectDate", "soon"},
