@@ -1,0 +1,89 @@
+#include <benchmark/benchmark.h>
+
+#include <filesystem>
+#include <string>
+
+#include "forms/desktop.h"
+#include "ledger/ledger.h"
+#include "platform/virtual_platform.h"
+#include "session/sim_session.h"
+#include "trading/orders.h"
+#include "trading/status_display.h"
+
+namespace velumar {
+namespace {
+
+std::string AsItIs(std::string_view date) { return std::string(date); }
+
+// An order desk on one bar, with money enough for any number of orders of nothing but one contract.
+struct Desk {
+  explicit Desk(const std::string& file) {
+    LedgerOpen(ledger, file);
+    session.Symbol = "ABC";
+    session.SymbolInterval = "-1";
+    session.BarDate = {20070125};
+    session.BarTime = {163000};
+    for (auto* prices : {&session.BarOpen, &session.BarHigh, &session.BarLow, &session.BarClose}) {
+      prices->push_back(100.5F);
+    }
+    session.ProfitPerContract = 1000;
+    session.Balance = session.Portfolio = 2000000;
+    desktop.form1().txtcomm.SetText("0");
+  }
+
+  void Trade() {
+    benchmark::DoNotOptimize(orders.Long());
+    benchmark::DoNotOptimize(orders.OffsetLong());
+  }
+
+  SimSession session;
+  Desktop desktop;
+  VirtualPlatform outside;
+  Platform platform = outside.References();
+  LedgerConnection ledger{AsItIs};
+  StatusDisplay status{session, desktop, outside.locale};
+  OrderDesk orders{session, desktop, platform, ledger, status};
+};
+
+std::string FreshFile(const std::string& name) {
+  const auto file = std::filesystem::temp_directory_path() / name;
+  for (const char* suffix : {"", "-wal", "-shm", "-owner"}) {
+    std::filesystem::remove(file.string() + suffix);
+  }
+  return file.string();
+}
+
+// Each iteration is two orders, an entry and its offset.
+void BM_OrderWithoutDisk(benchmark::State& state) {
+  Desk desk(":memory:");
+  for (auto _ : state) desk.Trade();
+  state.SetItemsProcessed(state.iterations() * 2);
+}
+BENCHMARK(BM_OrderWithoutDisk)->Unit(benchmark::kMicrosecond);
+
+void BM_OrderWithDisk(benchmark::State& state) {
+  Desk desk(FreshFile("velumar-bench-orders.mdb"));
+  for (auto _ : state) desk.Trade();
+  state.SetItemsProcessed(state.iterations() * 2);
+}
+BENCHMARK(BM_OrderWithDisk)->Unit(benchmark::kMicrosecond);
+
+// What the disk alone takes for a row: one insert, committed and flushed.
+void BM_BareCommitOfOneRow(benchmark::State& state) {
+  SqliteDatabase database(FreshFile("velumar-bench-bare.mdb"), SqliteDatabase::Mode::kCreate);
+  database.Execute("PRAGMA journal_mode=WAL");
+  database.Execute("PRAGMA synchronous=FULL");
+  database.Execute("CREATE TABLE Rows (Number NUMERIC, Symbol TEXT)");
+  for (auto _ : state) database.Execute("INSERT INTO Rows VALUES (1, 'ABC')");
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_BareCommitOfOneRow)->Unit(benchmark::kMicrosecond);
+
+void BM_ShowStatus(benchmark::State& state) {
+  Desk desk(":memory:");
+  for (auto _ : state) desk.status.ShowStatus();
+}
+BENCHMARK(BM_ShowStatus)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+}  // namespace velumar
