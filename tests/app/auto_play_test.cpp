@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "app/qt_event_loop.h"
-#include "ledger/memory_ledger.h"
+#include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/sample_directory.h"
 #include "platform/chart_program_keys.h"
@@ -44,7 +44,7 @@ class AutoPlayTest : public ShownDesktop {
   QuickEvents events;
   SimSession session;
   IndexCache cache;
-  MemoryLedger ledger;
+  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
 };
 
 // The real program behind real widgets, from the setup window to the end of the process.
@@ -63,7 +63,8 @@ TEST_F(AutoPlayTest, PlaysSavesPicturesAndClosesTheProgram) {
                     .programs = real.programs,
                     .program_folder = real.program_folder,
                     .default_data_dir = real.default_data_dir,
-                    .store_dir = folder.filePath(QStringLiteral("store")).toStdString()};
+                    .store_dir = folder.filePath(QStringLiteral("store")).toStdString(),
+                    .ledger_file = ":memory:"};
   Program program(session, desktop, platform, cache, ledger);
   std::vector<std::string> failures;
   AutoPlay play({folder.filePath(QStringLiteral("out")), 3}, desktop, view, session, program,
