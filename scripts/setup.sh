@@ -43,7 +43,7 @@ virtual_display() {
   pipe=$(mktemp)
   Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$pipe" 2>/dev/null &
   local server=$!
-  trap 'kill $(jobs -p) 2>/dev/null; wait 2>/dev/null' EXIT
+  trap close_display EXIT
   for _ in $(seq 100); do
     [ -s "$pipe" ] && break
     kill -0 "$server" 2>/dev/null || break
@@ -57,4 +57,13 @@ virtual_display() {
   rm -f "$pipe"
   openbox >/dev/null 2>&1 &
   sleep 1
+}
+
+# Ends the display and what still runs on it, so that nothing writes behind the last line.
+close_display() {
+  local running
+  running=$(jobs -p)
+  [ -n "$running" ] && kill $running 2>/dev/null
+  wait 2>/dev/null
+  sleep 0.5
 }

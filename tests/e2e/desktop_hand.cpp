@@ -4,9 +4,10 @@
 
 #include <chrono>
 #include <cmath>
-#include <cstdlib>
+#include <cstdio>
 #include <stdexcept>
 #include <thread>
+#include <vector>
 
 namespace velumar {
 
@@ -17,6 +18,19 @@ constexpr useconds_t kKeyDelayUs = 12000;
 
 void Settle(int milliseconds) {
   std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+// By a program of its own: the search itself stumbles over windows that go away meanwhile.
+std::vector<Window> ShownWindows(const std::string& title) {
+  std::vector<Window> windows;
+  const std::string command =
+      "xdotool search --onlyvisible --name '^" + title + "' 2>/dev/null";
+  FILE* const found = popen(command.c_str(), "r");
+  if (found == nullptr) return windows;
+  unsigned long window = 0;
+  while (std::fscanf(found, "%lu", &window) == 1) windows.push_back(window);
+  pclose(found);
+  return windows;
 }
 
 bool Near(unsigned pixels, float twips) {
@@ -44,24 +58,13 @@ DesktopHand::~DesktopHand() { xdo_free(xdo_); }
 
 std::optional<ScreenRect> DesktopHand::Find(const std::string& title, float width_twips,
                                             float height_twips) {
-  const std::string pattern = "^" + title;
-  xdo_search_t search{};
-  search.max_depth = -1;
-  search.require = xdo_search::SEARCH_ALL;
-  search.searchmask = SEARCH_NAME | SEARCH_ONLYVISIBLE;
-  search.winname = pattern.c_str();
-  Window* windows = nullptr;
-  unsigned count = 0;
-  xdo_search_windows(xdo_, &search, &windows, &count);
-  std::optional<ScreenRect> found;
-  for (unsigned i = 0; i < count && !found; ++i) {
+  for (const Window window : ShownWindows(title)) {
     ScreenRect rect;
-    if (xdo_get_window_size(xdo_, windows[i], &rect.width, &rect.height) != 0) continue;
-    xdo_get_window_location(xdo_, windows[i], &rect.x, &rect.y, nullptr);
-    if (Near(rect.width, width_twips) && Near(rect.height, height_twips)) found = rect;
+    if (xdo_get_window_size(xdo_, window, &rect.width, &rect.height) != 0) continue;
+    if (!Near(rect.width, width_twips) || !Near(rect.height, height_twips)) continue;
+    if (xdo_get_window_location(xdo_, window, &rect.x, &rect.y, nullptr) == 0) return rect;
   }
-  std::free(windows);
-  return found;
+  return std::nullopt;
 }
 
 void DesktopHand::Click(const ScreenRect& window, float left, float top, float width,
@@ -90,17 +93,8 @@ void DesktopHand::Type(const std::string& text) {
 }
 
 void DesktopHand::Activate(const std::string& title) {
-  const std::string pattern = "^" + title;
-  xdo_search_t search{};
-  search.max_depth = -1;
-  search.require = xdo_search::SEARCH_ALL;
-  search.searchmask = SEARCH_NAME | SEARCH_ONLYVISIBLE;
-  search.winname = pattern.c_str();
-  Window* windows = nullptr;
-  unsigned count = 0;
-  xdo_search_windows(xdo_, &search, &windows, &count);
-  if (count > 0) xdo_activate_window(xdo_, windows[0]);
-  std::free(windows);
+  const std::vector<Window> windows = ShownWindows(title);
+  if (!windows.empty()) xdo_activate_window(xdo_, windows.front());
   Settle(300);
 }
 
