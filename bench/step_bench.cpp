@@ -39,7 +39,7 @@ void StepForward(benchmark::State& state) {
   const int bars = static_cast<int>(state.range(1));
   const BenchDirectory directory(static_cast<int>(state.range(0)), bars, 10);
   IndexCache cache;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     Step(cache, directory.Text()).Forward(bars);
     state.PauseTiming();
     Step(cache, directory.Text()).Back(bars);
@@ -51,7 +51,7 @@ void StepBack(benchmark::State& state) {
   const int bars = static_cast<int>(state.range(1));
   const BenchDirectory directory(static_cast<int>(state.range(0)), bars, 10);
   IndexCache cache;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     state.PauseTiming();
     Step(cache, directory.Text()).Forward(bars);
     state.ResumeTiming();

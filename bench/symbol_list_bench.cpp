@@ -31,7 +31,7 @@ std::vector<std::string> Symbols(IndexCache& cache, const std::string& directory
 // The list of all symbols, at the start of the program (nothing kept) and later on.
 void ListSymbolsAtFirst(benchmark::State& state) {
   const BenchDirectory directory(kSecurities, 100, 10);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     IndexCache cache;
     benchmark::DoNotOptimize(Symbols(cache, directory.Text()));
   }
@@ -41,7 +41,7 @@ BENCHMARK(ListSymbolsAtFirst)->UseRealTime()->Unit(benchmark::kMillisecond);
 void ListSymbolsAgain(benchmark::State& state) {
   const BenchDirectory directory(kSecurities, 100, 10);
   IndexCache cache;
-  for (auto _ : state) benchmark::DoNotOptimize(Symbols(cache, directory.Text()));
+  while (state.KeepRunning()) benchmark::DoNotOptimize(Symbols(cache, directory.Text()));
 }
 BENCHMARK(ListSymbolsAgain)->UseRealTime()->Unit(benchmark::kMillisecond);
 

@@ -58,7 +58,8 @@ FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
 
 void FormView::Update() {
   if (retired_) return;
-  setWindowTitle(ToQString(form_.Caption()));
+  // A number can't have the focus, so it must not be found where the focus is given by title.
+  setWindowTitle(ToQString(TakesInput(form_) ? form_.Caption() : form_.Name()));
   setFixedSize(LogicalPixels(form_.Width()), LogicalPixels(form_.Height()));
   UpdateFlags();
   UpdatePlace();

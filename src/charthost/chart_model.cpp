@@ -8,7 +8,7 @@ namespace velumar {
 namespace {
 
 // Narrower candles and bars can't show what they are; a line can be as fine as the screen.
-double LeastColumnWidth(ChartStyle style) { return style == ChartStyle::kLine ? 1 : 3; }
+double LeastColumnWidth(ChartStyle style) { return style == ChartStyle::kLine ? 1 : 4; }
 
 }  // namespace
 

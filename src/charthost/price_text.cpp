@@ -73,7 +73,7 @@ std::string ShortVolumeText(double value) {
 
 std::string ChangeText(double close, double previous_close, int decimals) {
   const double change = close - previous_close;
-  const std::string text = Signed(change, decimals);
+  std::string text = Signed(change, decimals);
   if (previous_close == 0) return text;
   return text + " (" + Signed(change / std::abs(previous_close) * 100, 2) + "%)";
 }

@@ -52,6 +52,13 @@ std::optional<std::size_t> PlaceOf(const Naming& naming, const std::vector<std::
   return std::nullopt;
 }
 
+// Without the empty cells at the end, which some programs leave there.
+std::size_t UsedCells(const std::vector<std::string>& cells) {
+  const auto last = std::find_if(cells.rbegin(), cells.rend(),
+                                 [](const std::string& cell) { return !cell.empty(); });
+  return static_cast<std::size_t>(cells.rend() - last);
+}
+
 bool MayBeMissing(CsvColumns::Column column) {
   return column == CsvColumns::kTime || column == CsvColumns::kVolume ||
          column == CsvColumns::kOpenInterest;
@@ -59,7 +66,7 @@ bool MayBeMissing(CsvColumns::Column column) {
 
 }  // namespace
 
-CsvColumns::CsvColumns(const std::vector<std::string>& header) : width_(header.size()) {
+CsvColumns::CsvColumns(const std::vector<std::string>& header) : width_(UsedCells(header)) {
   std::vector<std::string> names;
   std::ranges::transform(header, std::back_inserter(names), PlainName);
   std::string missing;
@@ -75,9 +82,7 @@ CsvColumns::CsvColumns(const std::vector<std::string>& header) : width_(header.s
 std::string_view CsvColumns::Name(Column column) { return Namings()[column].spoken; }
 
 void CsvColumns::RequireWidth(const std::vector<std::string>& cells) const {
-  const bool longer = std::any_of(cells.begin() + std::min(width_, cells.size()), cells.end(),
-                                  [](const std::string& cell) { return !cell.empty(); });
-  if (cells.size() >= width_ && !longer) return;
+  if (cells.size() >= width_ && UsedCells(cells) <= width_) return;
   throw CsvError("has " + std::to_string(cells.size()) + " cells, the header has " +
                  std::to_string(width_));
 }

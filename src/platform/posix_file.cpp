@@ -108,7 +108,7 @@ FileLock::FileLock(const fs::path& file) {
   using Clock = std::chrono::steady_clock;
   MakeFolders(file.parent_path());
   descriptor_ = OpenOrFail(file, O_RDWR | O_CREAT, "can't be written");
-  const auto end = Clock::now() + std::chrono::seconds(1);
+  const auto end = Clock::now() + std::chrono::seconds(5);
   while (::flock(descriptor_.Get(), LOCK_EX | LOCK_NB) != 0) {
     if (errno == ENOLCK || errno == EOPNOTSUPP || errno == ENOSYS) return;
     if (errno != EWOULDBLOCK && errno != EINTR) Fail(errno, file, "can't be locked");

@@ -23,7 +23,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds kAnswerPatience{2000};
 constexpr milliseconds kPersonPatience{1000};
 // While a window is coming up or going away, none has the focus.
-constexpr milliseconds kFocusPatience{300};
+constexpr milliseconds kFocusPatience{500};
 constexpr milliseconds kLook{10};
 
 enum class Obstacle : std::uint8_t { kNone, kOtherWindow, kNoFocus, kPersonTypes };
@@ -94,7 +94,10 @@ class Typing {
   void WaitUntilRead() {
     if (unread_in_ == XCB_NONE) return;
     const Clock::time_point start = Clock::now();
-    answered_ = ping_.WaitUntilRead(unread_in_, start + patience_) && answered_;
+    if (!ping_.WaitUntilRead(unread_in_, start + patience_)) {
+      answered_ = false;
+      keyboard_.KeepPrepared();
+    }
     patience_ = std::max(Clock::duration::zero(), patience_ - (Clock::now() - start));
     unread_in_ = XCB_NONE;
   }

@@ -31,6 +31,8 @@ class X11Keyboard {
   // Makes keys for the characters that the layout lacks, as X11Layout::Lend does. The spare keys
   // are free again when the object ends: programs must have read them by then too.
   void Prepare(std::span<const KeyStroke> strokes);
+  // For a program that hasn't read its keys yet: those made so far stay on the keyboard.
+  void KeepPrepared() { layout_->Keep(); }
 
   // Types the key while `window` or one inside it has the focus, and nothing otherwise: nothing can
   // come between the look and the key. Both throw std::runtime_error when the display is gone.

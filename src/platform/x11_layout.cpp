@@ -169,6 +169,11 @@ void X11Layout::Lend(std::span<const KeyStroke> strokes, const XkbStateRec& stat
 
 void X11Layout::GiveBack() { PutOnSpareKeys({}, std::exchange(lent_, {}).size()); }
 
+void X11Layout::Keep() {
+  const auto kept = static_cast<std::ptrdiff_t>(std::exchange(lent_, {}).size());
+  spare_.erase(spare_.begin(), spare_.begin() + kept);
+}
+
 void X11Layout::PutOnSpareKeys(std::vector<char32_t> characters, std::size_t before) {
   const std::size_t touched = std::max(characters.size(), before);
   if (touched == 0) return;

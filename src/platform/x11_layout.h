@@ -45,6 +45,8 @@ class X11Layout {
   void Lend(std::span<const KeyStroke> strokes, const XkbStateRec& state);
   // The same for the end of the typing.
   void GiveBack();
+  // Leaves lent keys with their characters for good, for a program that hasn't read them yet.
+  void Keep();
 
  private:
   // A place on the keyboard that may give what is wanted.

@@ -28,7 +28,9 @@ std::uint32_t MillisecondsNow() {
 }  // namespace
 
 X11Ping::X11Ping(X11Connection& connection) : connection_(connection), mark_(MillisecondsNow()) {
-  Listen(connection_, connection_.Root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+  // Toolkits differ in which of the two they answer to.
+  Listen(connection_, connection_.Root(),
+         XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
 }
 
 // Events that nobody reads would pile up.

@@ -74,7 +74,8 @@ TEST_F(PlacingTest, ControlWindowsTakeTheFocusAndBigNumbersNever) {
     EXPECT_TRUE(window.windowFlags().testFlag(Qt::WindowStaysOnTopHint)) << each->Name();
     EXPECT_EQ(window.windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus), number);
     EXPECT_EQ(window.testAttribute(Qt::WA_ShowWithoutActivating), number) << each->Name();
-    EXPECT_EQ(window.windowTitle(), QStringLiteral("Velumar")) << each->Name();
+    // Where the program gives the focus back to itself by title, a number must not be found.
+    EXPECT_EQ(window.windowTitle().startsWith(QStringLiteral("Velumar")), !number) << each->Name();
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QImage>
 #include <QLabel>
 #include <QTest>
@@ -107,13 +108,9 @@ TEST_F(ChartPaneTest, SaysInTheChartWhatIsMissing) {
 }
 
 TEST(ReadoutBar, BreaksIntoRowsInsteadOfCutting) {
-  const ScratchFolder scratch;
-  TestApplication(scratch.Sub("settings"));
   ReadoutBar bar(nullptr);
-  std::vector<ReadoutItem> items;
-  for (int i = 0; i < 9; ++i) {
-    items.push_back({QStringLiteral("Label"), QStringLiteral("123,456.78"), Qt::black, false});
-  }
+  const std::vector<ReadoutItem> items(
+      9, {QStringLiteral("Label"), QStringLiteral("123,456.78"), Qt::black, false});
   bar.SetItems(items);
   const int one_row = bar.heightForWidth(4000);
   EXPECT_GE(bar.heightForWidth(500), 2 * one_row - 10);

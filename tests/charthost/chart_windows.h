@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QApplication>
 #include <QSettings>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -10,20 +9,13 @@
 #include "charthost/view/key_filter.h"
 #include "charthost/view/main_window.h"
 #include "charthost/view/settings_store.h"
-#include "charthost/view/theme.h"
 #include "support/scratch.h"
 
 namespace velumar {
 
-// One application for all tests of the program, with settings that nobody else has.
-inline QApplication& TestApplication(const std::string& settings_folder) {
-  static int count = 1;
-  static char name[] = "chartwindows_tests";
-  static char* arguments[] = {name, nullptr};
-  static QApplication application(count, arguments);
-  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                     QString::fromStdString(settings_folder));
-  return application;
+// Settings that nobody else has.
+inline void UseSettingsIn(const std::string& folder) {
+  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(folder));
 }
 
 // The main window as the program builds it, on a folder with SCB (daily, and 5 minutes), ADVANC and
@@ -31,8 +23,7 @@ inline QApplication& TestApplication(const std::string& settings_folder) {
 class ChartProgram {
  public:
   ChartProgram() {
-    TestApplication(scratch.Sub("settings"));
-    InstallStyle();
+    UseSettingsIn(scratch.Sub("settings"));
     std::filesystem::create_directory(scratch.Sub("my data 50%"));
     std::vector<Bar> rising_and_falling = DailyBars(300);
     for (std::size_t i = 0; i < rising_and_falling.size(); i += 2) {

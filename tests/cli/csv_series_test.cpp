@@ -44,7 +44,7 @@ TEST(CsvSeries, FindsItsColumnsHoweverTheyAreWritten) {
            // The name itself goes before a short form.
            "Vol,Timestamp,Date,Time,Open,High,Low,Close,Volume,Note,OI,,\n"
            "x,y,20200102,93000,1,4,0.5,2,100,\"a, \"\"b\"\"\",7,,,,\n",
-           "Date,Time,Open,High,Low,Close,Volume,OI\n2020-01-02 00:00:00,09:30,1,4,0.5,2,100,7\n",
+           "Date,Time,Open,High,Low,Close,Volume,OI,,\n2020-01-02 00:00:00,09:30,1,4,0.5,2,100,7\n",
        }) {
     EXPECT_THAT(Read(text).bars, testing::ElementsAre(kBar)) << text;
   }

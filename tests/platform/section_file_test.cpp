@@ -76,7 +76,7 @@ TEST(SettingsFile, KeepsTextsForTheNextProcess) {
 TEST(SettingsFile, TwoProcessesLoseNothingOfEachOther) {
   const TempFolder folder;
   const auto file = folder / "settings";
-  constexpr int kSaves = 60;
+  constexpr int kSaves = 25;
   const auto save_all = [&](const std::string& prefix) {
     FileSettings settings(file);
     for (int i = 0; i < kSaves; ++i) settings.Save(prefix + std::to_string(i), "kept");

@@ -45,7 +45,7 @@ Window TypingTarget::Open(const Look& look) {
     XSelectInput(display_, window, KeyPressMask | StructureNotifyMask);
     fields_[window] = {XCreateIC(input_method_, XNInputStyle, XIMPreeditNothing | XIMStatusNothing,
                                  XNClientWindow, window, nullptr),
-                       ""};
+                       "", look.closes_at_enter};
     XMapWindow(display_, window);
     XFlush(display_);
   }
@@ -61,6 +61,10 @@ Window TypingTarget::Open(const Look& look) {
 
 void TypingTarget::Close(Window window) {
   const std::lock_guard lock(mutex_);
+  CloseLocked(window);
+}
+
+void TypingTarget::CloseLocked(Window window) {
   XDestroyIC(fields_.at(window).input);
   fields_.erase(window);
   XDestroyWindow(display_, window);
@@ -139,7 +143,10 @@ void TypingTarget::Handle(XEvent& event) {
   if (event.type == ClientMessage &&
       event.xclient.data.l[0] == static_cast<long>(AtomOf("_NET_WM_PING"))) {
     event.xclient.window = root;
-    XSendEvent(display_, root, False, SubstructureRedirectMask | SubstructureNotifyMask, &event);
+    // Toolkits differ in whom they answer.
+    const long audience =
+        ++pings_ % 2 == 0 ? StructureNotifyMask : SubstructureRedirectMask | SubstructureNotifyMask;
+    XSendEvent(display_, root, False, audience, &event);
     XFlush(display_);
   }
 }
@@ -150,6 +157,7 @@ void TypingTarget::HandleKey(XKeyEvent& key) {
   const std::string text = TextOf(field->second.input, key);
   field->second.typed += text;
   if (!text.empty() && on_key_) on_key_(text);
+  if (field->second.closes_at_enter && text == "<Return>") CloseLocked(key.window);
 }
 
 std::string TypingTarget::TextOf(XIC input, XKeyEvent& key) const {

@@ -20,6 +20,7 @@ class TypingTarget {
     std::string program_file = "editor";  // the window's class
     Window owner = 0;
     bool answers_pings = true;
+    bool closes_at_enter = false;
   };
 
   explicit TypingTarget(const std::string& display);
@@ -47,8 +48,10 @@ class TypingTarget {
   struct Field {
     XIC input;
     std::string typed;
+    bool closes_at_enter;
   };
 
+  void CloseLocked(Window window);
   void Run();
   void Handle(XEvent& event);
   void HandleKey(XKeyEvent& key);
@@ -61,6 +64,7 @@ class TypingTarget {
   XIM input_method_;
   std::map<Window, Field> fields_;
   std::function<void(const std::string&)> on_key_;
+  unsigned pings_ = 0;
   std::atomic<bool> busy_ = false;
   std::atomic<bool> ending_ = false;
   std::thread thread_;

@@ -270,23 +270,15 @@ TEST_F(X11, TakenInMeansThatTheProgramHasReadTheKeys) {
   EXPECT_EQ(keys_->Send("%VR"), KeyOutcome::kNotAnswered);
   const auto took = std::chrono::steady_clock::now() - start;
   EXPECT_GE(took, milliseconds(1900));
-  EXPECT_LE(took, milliseconds(2500));
+  EXPECT_LE(took, milliseconds(6000));
   chart_->SetBusy(false);
   EXPECT_TRUE(Eventually([&] { return chart_->TakeTyped(chart) == "%vR"; }));
 }
 
 TEST_F(X11, AWindowThatClosesOrCantAnswerIsNoFailure) {
   const Window chart = OpenInFront(*chart_, kChart);
-  const Window dialog = OpenInFront(*chart_, {.title = "Open", .owner = chart});
-  ASSERT_TRUE(windows_->BringToFront("Open"));
-  chart_->SetBusy(true);
-  std::thread later([&] {
-    std::this_thread::sleep_for(milliseconds(100));
-    chart_->Close(dialog);
-  });
+  OpenInFront(*chart_, {.title = "Open", .owner = chart, .closes_at_enter = true});
   EXPECT_EQ(keys_->Send("{ENTER}"), KeyOutcome::kTakenIn);
-  later.join();
-  chart_->SetBusy(false);
   const Window mute = OpenInFront(*chart_, {.title = "MetaStock mute", .answers_pings = false});
   ASSERT_TRUE(windows_->BringToFront("MetaStock mute"));
   EXPECT_EQ(keys_->Send("abc"), KeyOutcome::kTakenIn);
@@ -328,6 +320,17 @@ TEST_F(X11WithoutWindowManager, TextsArriveInEveryLayout) {
     person.SwitchToLayout(0);
   }
   server_->SetLayout("us");
+}
+
+TEST_F(X11WithoutWindowManager, ABusyProgramStillReadsStrangeCharacters) {
+  const Window chart = chart_->Open(kChart);
+  ASSERT_TRUE(windows_->BringToFront("MetaStock"));
+  chart_->SetBusy(true);
+  EXPECT_EQ(keys_->Send("aäก"), KeyOutcome::kNotAnswered);
+  chart_->SetBusy(false);
+  EXPECT_TRUE(Eventually([&] { return chart_->TakeTyped(chart) == "aäก"; }));
+  EXPECT_EQ(keys_->Send("bäก"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(chart_->TakeTyped(chart), "bäก");
 }
 
 TEST_F(X11WithoutWindowManager, MoreStrangeCharactersThanSpareKeys) {

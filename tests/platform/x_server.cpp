@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -52,6 +53,8 @@ bool TakesCare(X11Connection& connection) {
 ChildProcess::ChildProcess(const std::vector<std::string>& command, int kept_fd)
     : process_(::fork()) {
   if (process_ != 0) return;
+  // A test that crashes leaves nothing behind.
+  ::prctl(PR_SET_PDEATHSIG, SIGTERM);
   if (kept_fd >= 0) ::fcntl(kept_fd, F_SETFD, 0);
   const int nothing = ::open("/dev/null", O_WRONLY);
   ::dup2(nothing, STDOUT_FILENO);

@@ -34,7 +34,7 @@ class PixelGrid {
   double ratio_;
 };
 
-constexpr double kBodyShare = 0.7;
+constexpr double kBodyShare = 0.75;
 
 double ColumnWidth(const ChartModel& model) { return model.PixelsPerBar() * model.BarsInColumn(); }
 

@@ -54,6 +54,7 @@ ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, const Ch
   plot_ = new ChartPlot(document_.Model(), this);
   notice_ = new QLabel(plot_);
   notice_->setAlignment(Qt::AlignCenter);
+  notice_->setWordWrap(true);
   notice_->setAttribute(Qt::WA_TransparentForMouseEvents);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -102,8 +103,7 @@ void ChartPane::ShowState() {
   error_->setVisible(!document_.Error().empty());
   const bool empty = document_.Model().Series().size() == 0;
   notice_->setText(document_.Error().empty()
-                       ? tr("No bars yet\nThe chart shows them as soon as they are there and it "
-                            "is refreshed: Alt+V, R")
+                       ? tr("No bars yet\nWhen there are some, press Alt+V, then R.")
                        : QString());
   notice_->setVisible(empty);
   PlaceNotice();

@@ -123,6 +123,7 @@ void ChartPlot::BeforeReplot() {
   const bool empty = model_.Series().size() == 0;
   price_axis->setTickLabels(!empty);
   price_axis->setTicks(!empty);
+  price_axis->grid()->setVisible(!empty);
 }
 
 void ChartPlot::SetPointer(std::optional<QPointF> position) {

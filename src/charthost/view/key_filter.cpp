@@ -101,9 +101,12 @@ QWindow* KeyFilter::RightfulWindow(QWindow* receiver) const {
   QWindow* const main = window_.windowHandle();
   OpenDialog& dialog = window_.FileDialog();
   QWindow* const file = dialog.windowHandle();
-  if (!dialog.isVisible() || main == nullptr || file == nullptr) return receiver;
-  if (dialog.IsLeaving()) return receiver == file ? main : receiver;
-  return receiver == main ? file : receiver;
+  if (main == nullptr) return receiver;
+  // A menu that has just been closed still gets the keys that were on their way to it.
+  QWindow* const meant = receiver->isVisible() ? receiver : main;
+  if (!dialog.isVisible() || file == nullptr) return meant;
+  if (dialog.IsLeaving()) return meant == file ? main : meant;
+  return meant == main ? file : meant;
 }
 
 bool KeyFilter::Forward(QWindow* receiver, QKeyEvent* key) {

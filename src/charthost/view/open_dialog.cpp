@@ -21,10 +21,10 @@
 namespace velumar {
 namespace {
 
-// How long the focus may take on its way into the dialog, and out of it.
-constexpr int kArrivalMilliseconds = 400;
-constexpr int kLongestLeaveMilliseconds = 1500;
-constexpr int kLeaveStepMilliseconds = 40;
+// How often to look whether the focus has left, and how many looks to take before leaving anyway.
+// Looks are counted instead of time: a busy machine may be late in telling where the focus is.
+constexpr int kLookMilliseconds = 40;
+constexpr int kMostLooks = 30;
 constexpr int kMeasuredRows = 200;
 
 QLabel* LabelFor(QWidget* field, const QString& text, QWidget* parent) {
@@ -38,8 +38,8 @@ QLabel* LabelFor(QWidget* field, const QString& text, QWidget* parent) {
 OpenDialog::OpenDialog(const SeriesSource& source, QWidget* parent)
     : QDialog(parent), source_(source) {
   setWindowTitle(tr("Open"));
-  leave_step_.setSingleShot(true);
-  leave_step_.setInterval(kLeaveStepMilliseconds);
+  look_.setSingleShot(true);
+  look_.setInterval(kLookMilliseconds);
   BuildWidgets();
   Connect();
   resize(760, 540);
@@ -99,7 +99,7 @@ void OpenDialog::BuildWidgets() {
 }
 
 void OpenDialog::Connect() {
-  connect(&leave_step_, &QTimer::timeout, this, &OpenDialog::GoWhenFocusIsGone);
+  connect(&look_, &QTimer::timeout, this, &OpenDialog::GoWhenFocusIsGone);
   connect(open_, &QPushButton::clicked, this, &OpenDialog::Proceed);
   connect(cancel_, &QPushButton::clicked, this, &OpenDialog::reject);
   connect(browse_, &QPushButton::clicked, this, &OpenDialog::Browse);
@@ -118,7 +118,7 @@ void OpenDialog::Connect() {
 
 void OpenDialog::Start(const QString& folder) {
   leaving_ = false;
-  since_start_.start();
+  had_focus_ = isActiveWindow();
   delete browser_;
   folder_line_->setText(folder);
   symbol_line_->clear();
@@ -141,20 +141,25 @@ void OpenDialog::showEvent(QShowEvent* event) {
 
 void OpenDialog::Leave() {
   leaving_ = true;
-  since_leave_.start();
+  looks_ = 0;
   parentWidget()->activateWindow();
   GoWhenFocusIsGone();
 }
 
+// The focus may still be on its way into the dialog when the dialog is done already.
 void OpenDialog::GoWhenFocusIsGone() {
   if (!leaving_) return;
-  const bool arrived = since_start_.hasExpired(kArrivalMilliseconds);
-  const bool gone = arrived && parentWidget()->isActiveWindow();
-  if (gone || since_leave_.hasExpired(kLongestLeaveMilliseconds)) {
+  const bool gone = had_focus_ && parentWidget()->isActiveWindow();
+  if (gone || ++looks_ > kMostLooks) {
     hide();
   } else {
-    leave_step_.start();
+    look_.start();
   }
+}
+
+void OpenDialog::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) had_focus_ = true;
 }
 
 QString OpenDialog::Folder() const { return ToQt(folder_); }

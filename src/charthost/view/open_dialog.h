@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDialog>
-#include <QElapsedTimer>
 #include <QPointer>
 #include <QTimer>
 
@@ -42,6 +41,7 @@ class OpenDialog : public QDialog {
 
  protected:
   void showEvent(QShowEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void BuildWidgets();
@@ -72,9 +72,9 @@ class OpenDialog : public QDialog {
   SecurityFilter* filter_;
   std::string folder_;  // whose securities are listed, empty when none are
   bool leaving_ = false;
-  QElapsedTimer since_start_;
-  QElapsedTimer since_leave_;
-  QTimer leave_step_;
+  bool had_focus_ = false;  // since it was last started
+  QTimer look_;
+  int looks_ = 0;
 };
 
 }  // namespace velumar
