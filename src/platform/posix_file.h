@@ -32,7 +32,7 @@ std::string ReadWholeFile(const std::filesystem::path& file);
 void ReplaceFile(const std::filesystem::path& file, std::string_view bytes);
 
 // Held by one process at a time while the object lives; the system frees it when the process dies.
-// Waits up to a second for another process. File systems that can't lock are used without.
+// Waits up to five seconds for another process. File systems that can't lock are used without.
 class FileLock {
  public:
   explicit FileLock(const std::filesystem::path& file);
