@@ -14,7 +14,8 @@ constexpr std::array<std::string_view, 7> kDays{"Sunday",   "Monday", "Tuesday",
                                                 "Thursday", "Friday", "Saturday"};
 
 std::chrono::year_month_day Calendar(std::int32_t date) {
-  return {std::chrono::year(date / 10000), std::chrono::month(static_cast<unsigned>(date / 100 % 100)),
+  return {std::chrono::year(date / 10000),
+          std::chrono::month(static_cast<unsigned>(date / 100 % 100)),
           std::chrono::day(static_cast<unsigned>(date % 100))};
 }
 

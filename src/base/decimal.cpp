@@ -80,9 +80,9 @@ std::optional<Decimal> Decimal::FromText(std::string_view text) {
 
 Decimal Decimal::Shortest(float value) {
   std::array<char, 32> buffer;
-  const auto end =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific)
-          .ptr;
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                 std::chars_format::scientific)
+                       .ptr;
   return FromText({buffer.data(), static_cast<std::size_t>(end - buffer.data())})
       .value_or(Decimal(false, {}, 0));
 }

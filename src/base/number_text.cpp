@@ -48,8 +48,8 @@ bool IsPlace(char c) { return c == '0' || c == '#'; }
 std::size_t FixedPlaces(std::string_view whole) {
   const std::size_t zero = whole.find('0');
   if (zero == std::string_view::npos) return 0;
-  return static_cast<std::size_t>(std::count_if(whole.begin() + static_cast<std::ptrdiff_t>(zero),
-                                                whole.end(), IsPlace));
+  return static_cast<std::size_t>(
+      std::count_if(whole.begin() + static_cast<std::ptrdiff_t>(zero), whole.end(), IsPlace));
 }
 
 std::string Grouped(std::string_view digits) {

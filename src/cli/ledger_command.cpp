@@ -30,9 +30,10 @@ constexpr std::string_view kArchivedRuns =
 
 std::string SelectOf(const LedgerArguments& arguments) {
   if (arguments.runs) return std::string(kArchivedRuns);
-  if (arguments.run == 0) return "select " + LedgerColumnList() + " From MyPortfolio order by rowid";
-  return "select " + LedgerColumnList() + " From Archive where Run = " +
-         std::to_string(arguments.run) + " order by Place";
+  if (arguments.run == 0)
+    return "select " + LedgerColumnList() + " From MyPortfolio order by rowid";
+  return "select " + LedgerColumnList() +
+         " From Archive where Run = " + std::to_string(arguments.run) + " order by Place";
 }
 
 std::string Json(const LedgerRecordset& records) {
@@ -76,8 +77,8 @@ std::string Table(const LedgerRecordset& records) {
 }
 
 void PrintLedger(const LedgerArguments& arguments, CliContext& context) {
-  const std::string pattern = arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern()
-                                                             : arguments.date_pattern;
+  const std::string pattern =
+      arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
   LedgerConnection ledger([&](std::string_view date) { return ShownDate(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
   const LedgerRecordset records = LedgerQuery(ledger, SelectOf(arguments));
@@ -85,8 +86,7 @@ void PrintLedger(const LedgerArguments& arguments, CliContext& context) {
     throw LedgerError(arguments.file + ": no archived run has the number " +
                       std::to_string(arguments.run));
   }
-  context.out << (arguments.json ? Json(records)
-                                 : arguments.csv ? Csv(records) : Table(records));
+  context.out << (arguments.json ? Json(records) : arguments.csv ? Csv(records) : Table(records));
 }
 
 }  // namespace

@@ -41,9 +41,9 @@ long LedgerRowCount(LedgerConnection& ledger) {
 }
 
 nlohmann::ordered_json NewestLedgerRow(LedgerConnection& ledger) {
-  const LedgerRecordset newest =
-      LedgerQuery(ledger, "select " + LedgerColumnList() +
-                              " From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)");
+  const LedgerRecordset newest = LedgerQuery(
+      ledger, "select " + LedgerColumnList() +
+                  " From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)");
   return LedgerRowObject(newest, 0);
 }
 

@@ -63,8 +63,9 @@ void AddReplayCommand(CLI::App& app, CliContext& context) {
       ->check(RequireDate);
   command->add_option("--store", arguments->store,
                       "the working store: a new or empty folder, or one of an earlier replay");
-  command->add_option("--set", arguments->texts,
-                      "NAME=TEXT: what a control starts with, such as Form1.txtcomm=500")
+  command
+      ->add_option("--set", arguments->texts,
+                   "NAME=TEXT: what a control starts with, such as Form1.txtcomm=500")
       ->check(RequireControl);
   command->add_option("--ledger", arguments->ledger,
                       "the ledger's file, made when it is missing (by default nothing is kept)");

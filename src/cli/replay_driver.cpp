@@ -31,11 +31,16 @@ int LastKey(std::string_view text) {
 
 std::string OrderResultText(OrderResult result) {
   switch (result) {
-    case OrderResult::kDone: return "done";
-    case OrderResult::kRefused: return "refused";
-    case OrderResult::kNothingHeld: return "nothing held";
-    case OrderResult::kTooMuch: return "too much";
-    default: return "invalid";
+    case OrderResult::kDone:
+      return "done";
+    case OrderResult::kRefused:
+      return "refused";
+    case OrderResult::kNothingHeld:
+      return "nothing held";
+    case OrderResult::kTooMuch:
+      return "too much";
+    default:
+      return "invalid";
   }
 }
 

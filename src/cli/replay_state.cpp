@@ -69,10 +69,9 @@ void AddCaption(Json& state, const Control& label) {
 }
 
 void AddCaptions(Json& state, const Desktop::Windows& windows) {
-  for (const Control* label :
-       {&windows.form2.Label6, &windows.form3.Label6, &windows.form3.lblinfo,
-        &windows.frmBigScore.lblScore, &windows.frmBigPrice.lblScore,
-        &windows.frmBigDateTime.lblScore}) {
+  for (const Control* label : {&windows.form2.Label6, &windows.form3.Label6, &windows.form3.lblinfo,
+                               &windows.frmBigScore.lblScore, &windows.frmBigPrice.lblScore,
+                               &windows.frmBigDateTime.lblScore}) {
     AddCaption(state, *label);
   }
 }

@@ -70,8 +70,8 @@ ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
       index_cache(cache) {
   RequireData(arguments.directory, cache);
   if (!arguments.store.empty()) ClaimStore(arguments.store);
-  outside.locale.pattern = arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern()
-                                                         : arguments.date_pattern;
+  outside.locale.pattern =
+      arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
   outside.settings.Save("LastPath", arguments.directory);
   for (const std::string& assignment : arguments.texts) ApplyText(*this, assignment);
   program.Start();

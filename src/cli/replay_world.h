@@ -18,8 +18,8 @@ struct ReplayArguments {
   std::string directory;
   std::string symbol;
   std::string interval;
-  std::int32_t start = 0;  // yyyymmdd
-  std::string store;       // empty: below the directory
+  std::int32_t start = 0;          // yyyymmdd
+  std::string store;               // empty: below the directory
   std::vector<std::string> texts;  // NAME=TEXT
   std::string date_pattern;        // empty: the user's
   std::string ledger;              // empty: kept nowhere

@@ -16,10 +16,22 @@ class Form1 : public Form {
 
   Picture Image12{*this, {"Image12", 0, 0, 4320, 2910, "backdrop-setup"}};
   Label Label5{*this,
-               {"Label5", 240, 120, 1755, 375, "Velumar", "",
+               {"Label5",
+                240,
+                120,
+                1755,
+                375,
+                "Velumar",
+                "",
                 {.colour = kWhite, .face = FontFace::kImpact, .points = 18}}};
   Label Label8{*this,
-               {"Label8", 2040, 240, 1095, 255, "", "",
+               {"Label8",
+                2040,
+                240,
+                1095,
+                255,
+                "",
+                "",
                 {.colour = kWhite, .face = FontFace::kImpact, .points = 9}}};
   PictureButton ImgDonate{*this, {"ImgDonate", 1920, 80, 1080, 435, "donate", "Donate..."}};
   PictureButton Image5{*this, {"Image5", 3000, 80, 1140, 195, "close", "Close Program"}};
@@ -27,14 +39,18 @@ class Form1 : public Form {
   TextBox Text3{*this,
                 {"Text3", 240, 600, 3375, 285, "C:\\MetaStock Data\\Samples\\", kPathTip, kField}};
   Label Label6{*this,
-               {"Label6", 240, 600, 3855, 300, "", "",
+               {"Label6",
+                240,
+                600,
+                3855,
+                300,
+                "",
+                "",
                 {.colour = kOrange, .backdrop = Backdrop::kWhitePaper}}};
   Button Command5{*this, {"Command5", 3720, 620, 375, 255, "....", "Open Directory"}};
   Label Label4{*this, {"Label4", 240, 960, 495, 255, "Sec:", "", kBoldCaption}};
-  ComboBox Combo1{*this,
-                  {"Combo1", 720, 960, 1815, 315, "", "Select Symbol to simulate", kField},
-                  {},
-                  true};
+  ComboBox Combo1{
+      *this, {"Combo1", 720, 960, 1815, 315, "", "Select Symbol to simulate", kField}, {}, true};
   Label Label13{*this, {"Label13", 2760, 960, 585, 255, "Period", "", kBoldCaption}};
   ComboBox cbxPeriod{*this,
                      {"cbxPeriod", 3480, 960, 615, 330, "",
@@ -47,13 +63,13 @@ class Form1 : public Form {
   TextBox txtcomm{*this, {"txtcomm", 3240, 1800, 615, 195, "1,000", kPathTip, kField}};
   Label lblPercentComm{*this, {"lblPercentComm", 3960, 1800, 135, 255, "%", "", kCaption}};
   Label Label11{*this, {"Label11", 360, 1920, 1095, 255, "Portfolio", "", kCaption}};
-  TextBox txtInitPorfolio{
-      *this, {"txtInitPorfolio", 1440, 1920, 975, 195, "2,000,000", kPathTip, kField}};
+  TextBox txtInitPorfolio{*this,
+                          {"txtInitPorfolio", 1440, 1920, 975, 195, "2,000,000", kPathTip, kField}};
   Label Label12{*this, {"Label12", 2640, 2040, 495, 255, "VAT", "", kCaption}};
   TextBox txtVAT{*this, {"txtVAT", 3240, 2040, 615, 195, "7", kPathTip, kField}};
   Label Label9{*this, {"Label9", 360, 2160, 975, 255, "Initial Margin:", "", kCaption}};
-  TextBox txtContractValue{
-      *this, {"txtContractValue", 1800, 2160, 615, 195, "50,000", kPathTip, kField}};
+  TextBox txtContractValue{*this,
+                           {"txtContractValue", 1800, 2160, 615, 195, "50,000", kPathTip, kField}};
   Label Label10{*this, {"Label10", 360, 2400, 1095, 255, "Profit/Contract", "", kCaption}};
   TextBox txtProfitperContract{
       *this, {"txtProfitperContract", 1800, 2400, 615, 195, "1,000", kPathTip, kField}};

@@ -11,11 +11,16 @@ class Form2 : public Form {
 
   Picture Image8{*this, {"Image8", 0, 0, 4230, 1155, "backdrop-navigator"}};
   Label Label6{*this,
-               {"Label6", 200, 320, 3855, 300, "", "",
+               {"Label6",
+                200,
+                320,
+                3855,
+                300,
+                "",
+                "",
                 {.colour = kBlue, .backdrop = Backdrop::kWhitePaper}}};
   Slider HScrollx{*this, {"HScrollx", 120, 120, 2415, 150, "", ""}, {0, 250, 5}, 250};
-  TextBox txtRefresh{
-      *this, {"txtRefresh", 2640, 120, 255, 150, "1", "", {.colour = kDarkBlue}}};
+  TextBox txtRefresh{*this, {"txtRefresh", 2640, 120, 255, 150, "1", "", {.colour = kDarkBlue}}};
   PictureButton Image5{*this, {"Image5", 3000, 80, 1140, 195, "close", "Close & Return"}};
   PictureButton Image6{*this, {"Image6", 240, 645, 435, 390, "rewind", ""}};
   PictureButton Image2{*this, {"Image2", 960, 645, 405, 360, "previous", "Previous"}};

@@ -18,31 +18,48 @@ class Form3 : public Form {
   PictureButton Image5{*this, {"Image5", 3000, 80, 1140, 195, "close", "Close & Return"}};
   Label Label6{*this, {"Label6", 200, 320, 3855, 300, "", "", kLine}};
   Label lblinfo{*this, {"lblinfo", 200, 640, 3855, 300, "", "", kLine}};
-  Label Label1{*this,
-               {"Label1", 240, 1080, 495, 255, " Long", "",
-                {.colour = kBlue, .face = FontFace::kVerdana}}};
+  Label Label1{
+      *this,
+      {"Label1", 240, 1080, 495, 255, " Long", "", {.colour = kBlue, .face = FontFace::kVerdana}}};
   PictureButton imgLong{*this, {"imgLong", 840, 1080, 390, 375, "long", "Long"}};
   PictureButton imgOffsetLong{
       *this, {"imgOffsetLong", 1320, 1080, 390, 375, "offset-long", "Offset Long"}};
   Label Label2{*this,
-               {"Label2", 240, 1560, 615, 255, " Short", "",
+               {"Label2",
+                240,
+                1560,
+                615,
+                255,
+                " Short",
+                "",
                 {.colour = kLightRed, .face = FontFace::kVerdana}}};
   PictureButton ImgShort{*this, {"ImgShort", 840, 1560, 390, 375, "short", "Short"}};
   PictureButton ImgOffsetShort{
       *this, {"ImgOffsetShort", 1320, 1560, 390, 375, "offset-short", "Offset Short"}};
   TextBox txtContractVol{*this,
-                         {"txtContractVol", 1920, 1080, 1215, 195, "1",
-                          "Read Meta Stock Data from which path", {.colour = kDarkBlue}}};
+                         {"txtContractVol",
+                          1920,
+                          1080,
+                          1215,
+                          195,
+                          "1",
+                          "Read Meta Stock Data from which path",
+                          {.colour = kDarkBlue}}};
   Label Label4{*this, {"Label4", 3240, 1080, 855, 255, "Vol/Contract", "", kCaption}};
   ComboBox Combo2{*this,
-                  {"Combo2", 3480, 1320, 615, 330, "",
-                   "Select Delay Interval time during running simulate", {.colour = kDarkBlue}},
+                  {"Combo2",
+                   3480,
+                   1320,
+                   615,
+                   330,
+                   "",
+                   "Select Delay Interval time during running simulate",
+                   {.colour = kDarkBlue}},
                   {"0", "3", "5", "10"}};
   Label Label3{
       *this, {"Label3", 2640, 1440, 705, 255, "Refresh", "", {.colour = kDarkBlue, .bold = true}}};
-  CheckBox chkShowBigform{*this,
-                          {"chkShowBigform", 3840, 1800, 255, 210, "", "",
-                           {.backdrop = Backdrop::kGreenPaper}}};
+  CheckBox chkShowBigform{
+      *this, {"chkShowBigform", 3840, 1800, 255, 210, "", "", {.backdrop = Backdrop::kGreenPaper}}};
   Label Label5{*this, {"Label5", 2880, 1800, 855, 255, "Big Number", "", kCaption}};
 };
 

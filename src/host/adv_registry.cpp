@@ -31,18 +31,27 @@ RegistryRoot RootKeyHandle(std::string_view name) {
 std::string RegErrorText(long code) {
   switch (code) {
     case 2:
-    case 1010: return "Bad Key Name";
+    case 1010:
+      return "Bad Key Name";
     case 4:
-    case 1012: return "Can't Read Key";
-    case 5: return "Access To this key Is Denied";
+    case 1012:
+      return "Can't Read Key";
+    case 5:
+      return "Access To this key Is Denied";
     case 8:
-    case 14: return "Out Of memory";
-    case 87: return "Invalid Parameter";
-    case 234: return "There Is More Data Than The Buffer Has Been Allocated To Hold";
+    case 14:
+      return "Out Of memory";
+    case 87:
+      return "Invalid Parameter";
+    case 234:
+      return "There Is More Data Than The Buffer Has Been Allocated To Hold";
     case 1009:
-    case 1015: return "The Registry Database Is Corrupt!";
-    case 1011: return "Can't Open Key";
-    case 1013: return "Can't Write Key";
+    case 1015:
+      return "The Registry Database Is Corrupt!";
+    case 1011:
+      return "Can't Open Key";
+    case 1013:
+      return "Can't Write Key";
     default:
       return "Undefined Error Code : " + std::string(code < 0 ? "" : " ") + std::to_string(code);
   }

@@ -97,14 +97,16 @@ void HostControl::RefillStore() {
 bool HostControl::WaitForDialog() {
   for (std::chrono::milliseconds waited{0}; waited < kDialogPatience; waited += kDialogLook) {
     bool found = false;
-    IgnoringErrors([&] { found = platform_.chart_windows.DialogExists(kDialogClass, kDialogTitle); });
+    IgnoringErrors(
+        [&] { found = platform_.chart_windows.DialogExists(kDialogClass, kDialogTitle); });
     if (found) return true;
     platform_.events.Sleep(kDialogLook);
   }
-  platform_.boxes.Show("The chart program showed no \"Open\" dialog within 15 seconds. The run goes "
-                       "on: open the chart of " + session_.Symbol + " by hand in the folder " +
-                           session_.SimDir + ".",
-                       BoxIcon::kExclamation);
+  platform_.boxes.Show(
+      "The chart program showed no \"Open\" dialog within 15 seconds. The run goes "
+      "on: open the chart of " +
+          session_.Symbol + " by hand in the folder " + session_.SimDir + ".",
+      BoxIcon::kExclamation);
   return false;
 }
 
@@ -186,7 +188,8 @@ void HostControl::SendEach(std::initializer_list<std::string_view> keys) {
 
 std::string HostControl::Warning() const {
   if (!host_running_) return "Chart program not running! ";
-  if (worst_outcome_ == KeyOutcome::kHeldBack) return "Keys held back: bring the chart to the front! ";
+  if (worst_outcome_ == KeyOutcome::kHeldBack)
+    return "Keys held back: bring the chart to the front! ";
   if (worst_outcome_ == KeyOutcome::kNotAnswered) return "Chart program doesn't answer! ";
   return "";
 }

@@ -84,10 +84,10 @@ void ArchiveRows(SqliteDatabase& database) {
 
 const std::vector<std::string>& PortfolioColumns() {
   static const std::vector<std::string> kColumns{
-      "Profile",     "Symbol",      "SymbolInterval", "ActDate",    "ActTime",   "MarketPrice",
-      "Position",    "LAvgPrice",   "LAmount",        "Loffset",    "LAccum",    "LUnrealised",
-      "LRealised",   "SAvgPrice",   "SAmount",        "Soffset",    "SAccum",    "SUnrealised",
-      "SRealised",   "BalancePoint", "Commission",    "Portfolio"};
+      "Profile",   "Symbol",       "SymbolInterval", "ActDate",  "ActTime", "MarketPrice",
+      "Position",  "LAvgPrice",    "LAmount",        "Loffset",  "LAccum",  "LUnrealised",
+      "LRealised", "SAvgPrice",    "SAmount",        "Soffset",  "SAccum",  "SUnrealised",
+      "SRealised", "BalancePoint", "Commission",     "Portfolio"};
   return kColumns;
 }
 
@@ -111,9 +111,9 @@ void LedgerOpen(LedgerConnection& connection, const std::string& data_source) {
     try {
       connection.owner_ = TakeOwnership(data_source);
     } catch (const LedgerError& error) {
-      connection.why_not_ = data_source + (error.InUse()
-                                               ? ": the ledger is in use by another Velumar"
-                                               : ": its folder can't be written");
+      connection.why_not_ =
+          data_source + (error.InUse() ? ": the ledger is in use by another Velumar"
+                                       : ": its folder can't be written");
     }
   }
   try {
@@ -172,8 +172,7 @@ LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view selec
 }
 
 void LedgerInsert(LedgerConnection& connection, std::string_view table,
-                  const std::vector<std::string>& columns,
-                  const std::vector<LedgerValue>& values) {
+                  const std::vector<std::string>& columns, const std::vector<LedgerValue>& values) {
   InsertRow(connection.ForWriting(), table, columns, values);
 }
 
@@ -216,8 +215,8 @@ void LedgerDescribeRun(LedgerConnection& connection, const LedgerRun& run) {
   for (const std::string& column : RunColumns()) {
     changes += (changes.empty() ? "" : ", ") + column + " = ?";
   }
-  SqliteStatement update = connection.ForWriting().Prepare("UPDATE Runs SET " + changes +
-                                                           " WHERE Id = " + kCurrentRun);
+  SqliteStatement update =
+      connection.ForWriting().Prepare("UPDATE Runs SET " + changes + " WHERE Id = " + kCurrentRun);
   int place = 0;
   for (const LedgerValue& value : RunValues(run)) update.Bind(++place, value);
   update.Step();
@@ -226,7 +225,8 @@ void LedgerDescribeRun(LedgerConnection& connection, const LedgerRun& run) {
 void LedgerNoteWiped(LedgerConnection& connection, std::string_view position, double held,
                      double average, const LedgerDetail& detail) {
   SqliteStatement insert = connection.ForWriting().Prepare(
-      "INSERT INTO Wiped (Run, Position, Held, AvgPrice, Quantity, BarIndex, NewestShown) VALUES (" +
+      "INSERT INTO Wiped (Run, Position, Held, AvgPrice, Quantity, BarIndex, NewestShown) VALUES "
+      "(" +
       std::string(kCurrentRun) + ", ?, ?, ?, ?, ?, ?)");
   insert.Bind(1, std::string(position));
   insert.Bind(2, held);

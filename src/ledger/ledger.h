@@ -24,7 +24,7 @@ struct LedgerRun {
   std::string interval;
   std::string start_date;  // of the start bar, yyyymmdd
   std::string start_time;
-  std::string market;      // "stock" or "futures"
+  std::string market;  // "stock" or "futures"
   double starting_money = 0;
   double margin = 0;
   double money_per_point = 0;
@@ -103,8 +103,8 @@ void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerVal
 // Empties a table. The rows of MyPortfolio go to the archive of their run first.
 void LedgerDeleteAll(LedgerConnection& connection, std::string_view table);
 
-// Begins a run: MyPortfolio is emptied as above, and the rows from here on belong to the run. All of
-// it happens or nothing.
+// Begins a run: MyPortfolio is emptied as above, and the rows from here on belong to the run. All
+// of it happens or nothing.
 void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run);
 // Puts what is known by now in place of what it began with.
 void LedgerDescribeRun(LedgerConnection& connection, const LedgerRun& run);

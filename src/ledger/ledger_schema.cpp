@@ -55,8 +55,8 @@ void MakeLedgerTables(SqliteDatabase& database) {
       "CREATE TABLE IF NOT EXISTS Runs (Id INTEGER PRIMARY KEY AUTOINCREMENT, Directory TEXT, "
       "Symbol TEXT, SymbolInterval TEXT, StartDate TEXT, StartTime TEXT, Market TEXT, "
       "StartingMoney NUMERIC, Margin NUMERIC, MoneyPerPoint NUMERIC)");
-  database.Execute(
-      "CREATE TABLE IF NOT EXISTS Archive (Run INTEGER, Place INTEGER, " + columns + ")");
+  database.Execute("CREATE TABLE IF NOT EXISTS Archive (Run INTEGER, Place INTEGER, " + columns +
+                   ")");
   database.Execute(
       "CREATE TABLE IF NOT EXISTS Details (Run INTEGER, Place INTEGER, Quantity NUMERIC, "
       "Vat NUMERIC, BarIndex INTEGER, NewestShown INTEGER)");

@@ -13,9 +13,12 @@ namespace {
 
 int Flags(SqliteDatabase::Mode mode) {
   switch (mode) {
-    case SqliteDatabase::Mode::kCreate: return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-    case SqliteDatabase::Mode::kExisting: return SQLITE_OPEN_READWRITE;
-    default: return SQLITE_OPEN_READONLY;
+    case SqliteDatabase::Mode::kCreate:
+      return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    case SqliteDatabase::Mode::kExisting:
+      return SQLITE_OPEN_READWRITE;
+    default:
+      return SQLITE_OPEN_READONLY;
   }
 }
 
@@ -68,13 +71,14 @@ std::string SqliteStatement::ColumnName(int column) const {
 
 LedgerValue SqliteStatement::Value(int column) const {
   switch (sqlite3_column_type(statement_.get(), column)) {
-    case SQLITE_NULL: return {};
+    case SQLITE_NULL:
+      return {};
     case SQLITE_INTEGER:
-    case SQLITE_FLOAT: return sqlite3_column_double(statement_.get(), column);
+    case SQLITE_FLOAT:
+      return sqlite3_column_double(statement_.get(), column);
     default:
-      return std::string(
-          static_cast<const char*>(sqlite3_column_blob(statement_.get(), column)),
-          static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column)));
+      return std::string(static_cast<const char*>(sqlite3_column_blob(statement_.get(), column)),
+                         static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column)));
   }
 }
 

@@ -62,10 +62,14 @@ class Parser {
 
   bool Hold(KeyStroke& held) const {
     switch (text_[at_]) {
-      case '%': return held.alt = true;
-      case '^': return held.ctrl = true;
-      case '+': return held.shift = true;
-      default: return false;
+      case '%':
+        return held.alt = true;
+      case '^':
+        return held.ctrl = true;
+      case '+':
+        return held.shift = true;
+      default:
+        return false;
     }
   }
 

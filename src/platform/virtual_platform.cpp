@@ -100,8 +100,21 @@ long MemoryRegistry::DeleteKey(RegistryRoot root, std::string_view sub_key) {
 }
 
 Platform VirtualPlatform::References() {
-  return {events,   chart,  chart,  boxes, folders,  settings, registry,
-          screen,   locale, clock,  programs, "", std::string(kBuiltInDirectory), "", ":memory:"};
+  return {events,
+          chart,
+          chart,
+          boxes,
+          folders,
+          settings,
+          registry,
+          screen,
+          locale,
+          clock,
+          programs,
+          "",
+          std::string(kBuiltInDirectory),
+          "",
+          ":memory:"};
 }
 
 }  // namespace velumar

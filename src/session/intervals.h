@@ -8,8 +8,8 @@ namespace velumar {
 
 // What an interval text asks of the market data library.
 struct SeriesArguments {
-  int daily = 0;      // 1 for a daily series
-  int minutes = -1;   // -1 for a daily series
+  int daily = 0;     // 1 for a daily series
+  int minutes = -1;  // -1 for a daily series
   bool operator==(const SeriesArguments&) const = default;
 };
 

@@ -5,9 +5,7 @@
 
 namespace velumar {
 
-void LedgerRuns::Begin() {
-  Guarded(LedgerBeginRun);
-}
+void LedgerRuns::Begin() { Guarded(LedgerBeginRun); }
 
 void LedgerRuns::NoteSeries() { Guarded(LedgerDescribeRun); }
 

@@ -178,9 +178,8 @@ void RunControl::GoNext() {
 }
 
 void RunControl::GoFastForward() {
-  Step("Fast Forward " + std::to_string(BarStepper::kFastStep) + " Dates Plase wait ...", [this] {
-    session_.BarIndex = stepper_.FastFeed(session_.BarIndex, session_.Symbol);
-  });
+  Step("Fast Forward " + std::to_string(BarStepper::kFastStep) + " Dates Plase wait ...",
+       [this] { session_.BarIndex = stepper_.FastFeed(session_.BarIndex, session_.Symbol); });
 }
 
 void RunControl::GoPrevious() {
@@ -189,9 +188,8 @@ void RunControl::GoPrevious() {
 }
 
 void RunControl::GoFastRewind() {
-  Step("Fast Rewind " + std::to_string(BarStepper::kFastStep) + "  Dates Plase wait ...", [this] {
-    session_.BarIndex = stepper_.FastUnfeed(session_.BarIndex, session_.Symbol);
-  });
+  Step("Fast Rewind " + std::to_string(BarStepper::kFastStep) + "  Dates Plase wait ...",
+       [this] { session_.BarIndex = stepper_.FastUnfeed(session_.BarIndex, session_.Symbol); });
 }
 
 void RunControl::Step(std::string_view status, const std::function<void()>& step) {

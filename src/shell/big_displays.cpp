@@ -22,8 +22,7 @@ BigDisplays::BigDisplays(const SimSession& session, Desktop& desktop, Platform& 
   windows.frmBigDateTime.on_load = guarded([this] { LoadDateTime(); });
   windows.frmBigScore.on_load = guarded([this] { LoadScore(); });
   windows.frmBigPrice.on_load = guarded([this] { LoadPrice(); });
-  for (BigWindow* window :
-       {&windows.frmBigDateTime, &windows.frmBigScore, &windows.frmBigPrice}) {
+  for (BigWindow* window : {&windows.frmBigDateTime, &windows.frmBigScore, &windows.frmBigPrice}) {
     window->on_press = window->lblScore.on_press = [window] { DragWindow(*window); };
     window->on_close = [this, window] { desktop_.Unload(*window); };
   }

@@ -17,11 +17,21 @@ namespace {
 
 // The same outside, with settings that never throw.`store_dir` and the rest are read at Start.
 Platform WithSettings(const Platform& outside, SettingsStore& settings) {
-  return {outside.events,    outside.chart_windows,  outside.keys,
-          outside.boxes,     outside.folders,        settings,
-          outside.registry,  outside.screen,         outside.locale,
-          outside.clock,     outside.programs,       outside.program_folder,
-          outside.default_data_dir, outside.store_dir, outside.ledger_file};
+  return {outside.events,
+          outside.chart_windows,
+          outside.keys,
+          outside.boxes,
+          outside.folders,
+          settings,
+          outside.registry,
+          outside.screen,
+          outside.locale,
+          outside.clock,
+          outside.programs,
+          outside.program_folder,
+          outside.default_data_dir,
+          outside.store_dir,
+          outside.ledger_file};
 }
 
 }  // namespace

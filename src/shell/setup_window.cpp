@@ -219,7 +219,6 @@ void SetupWindow::ReadContractFigures() {
   ReadFigure(Window().txtProfitperContract, session_.ProfitPerContract);
 }
 
-
 void SetupWindow::PickDirectory() {
   const std::string chosen = platform_.folders.BrowseForFolder(kPickDirectoryPrompt);
   if (chosen.empty()) return;

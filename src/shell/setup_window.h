@@ -16,9 +16,8 @@ namespace velumar {
 // settings.
 class SetupWindow {
  public:
-  SetupWindow(SimSession& session, Desktop& desktop, Platform& platform,
-              SymbolCatalogue& catalogue, RunControl& run, RegInfo& registry,
-              LedgerConnection& ledger);
+  SetupWindow(SimSession& session, Desktop& desktop, Platform& platform, SymbolCatalogue& catalogue,
+              RunControl& run, RegInfo& registry, LedgerConnection& ledger);
 
  private:
   void BindEvents();

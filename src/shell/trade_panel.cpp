@@ -19,11 +19,7 @@ constexpr float kUnderNavigator = 100;  // twips
 
 TradePanel::TradePanel(SimSession& session, Desktop& desktop, Platform& platform,
                        StatusDisplay& status, OrderDesk& orders)
-    : session_(session),
-      desktop_(desktop),
-      platform_(platform),
-      status_(status),
-      orders_(orders) {
+    : session_(session), desktop_(desktop), platform_(platform), status_(status), orders_(orders) {
   BindEvents();
 }
 

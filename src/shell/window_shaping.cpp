@@ -13,9 +13,9 @@ namespace velumar {
 
 namespace {
 
-constexpr int kSlideStep = 50;    // twips
-constexpr int kSlidePause = 10;   // ms
-constexpr float kPressDepth = 15; // twips: a pixel
+constexpr int kSlideStep = 50;     // twips
+constexpr int kSlidePause = 10;    // ms
+constexpr float kPressDepth = 15;  // twips: a pixel
 constexpr float kFirstPlaceBottomGap = 500;
 constexpr float kFirstPlaceSideGap = 50;
 constexpr float kNavigatorFirstLeft = 100;

@@ -33,8 +33,7 @@ OrderTexts ReadOrderTexts(Desktop& desktop, std::string_view quantity, bool stoc
   OrderTexts texts;
   std::string& problem = texts.problem;
   const std::optional<float> single = ToSingle(quantity);
-  texts.quantity_single =
-      static_cast<float>(Usable(single, "Vol/Contract", quantity, problem));
+  texts.quantity_single = static_cast<float>(Usable(single, "Vol/Contract", quantity, problem));
   texts.quantity = ToDouble(quantity).value_or(0);
   texts.commission = stock ? Usable(ToSingle(commission), "Comm.", commission, problem)
                            : Usable(ToInt16(commission), "Comm.", commission, problem);

@@ -76,8 +76,8 @@ OrderResult OrderDesk::Fill(const Side& side, std::string_view position, const O
     return Refuse(kNotEnough);
   }
   const double value = Costs(texts);
-  book.UsedMargin = Stored(double{book.Commission} + value + double{book.VatAmount} +
-                           double{book.UsedMargin});
+  book.UsedMargin =
+      Stored(double{book.Commission} + value + double{book.VatAmount} + double{book.UsedMargin});
   if (book.UsedMargin > book.Portfolio) {
     book.UsedMargin = used_before;
     return Refuse(kNotEnough);
@@ -109,16 +109,14 @@ void OrderDesk::Average(const Side& side) {
   const double held = book.*side.Accum;
   const double added = book.*side.Amount;
   if (Stored(held + added) > 0) {
-    book.*side.AvgPrice = Stored((double{book.*side.AvgPrice} * held +
-                                  added * double{book.MarketPrice}) /
-                                 (held + added));
+    book.*side.AvgPrice = Stored(
+        (double{book.*side.AvgPrice} * held + added * double{book.MarketPrice}) / (held + added));
   } else {
     book.*side.AvgPrice = 0;
   }
 }
 
-OrderResult OrderDesk::Close(const Side& side, std::string_view position,
-                             const OrderTexts& texts) {
+OrderResult OrderDesk::Close(const Side& side, std::string_view position, const OrderTexts& texts) {
   Book& book = session_;
   const Book before = book;
   book.*side.Accum = Stored(double{book.*side.Accum} - texts.quantity);
@@ -127,8 +125,8 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position,
     return OrderResult::kTooMuch;
   }
   const double value = Costs(texts);
-  book.UsedMargin = Stored(double{book.UsedMargin} -
-                           (double{book.Commission} + value + double{book.VatAmount}));
+  book.UsedMargin =
+      Stored(double{book.UsedMargin} - (double{book.Commission} + value + double{book.VatAmount}));
   book.*side.Realised = Stored(texts.quantity * side.Points(book, book.MarketPrice));
   book.*side.RealisedMoney = Stored(double{book.ProfitPerContract} * double{book.*side.Realised});
   book.BalancePoint = Stored(double{book.LRealised} + double{book.SRealised});

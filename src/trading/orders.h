@@ -57,8 +57,7 @@ class OrderDesk {
                const OrderTexts& texts);
   // Runs an order's work on the book; whatever fails in it leaves the book as it was.
   OrderResult Whole(const std::function<OrderResult()>& work);
-  void WriteRow(const Side& side, std::string_view position, bool offset,
-                const OrderTexts& texts);
+  void WriteRow(const Side& side, std::string_view position, bool offset, const OrderTexts& texts);
   LedgerDetail Detail(const OrderTexts& texts) const;
   OrderResult Refuse(std::string_view why);
 

@@ -7,12 +7,12 @@
 
 namespace velumar {
 
-const Side kLongSide{&Book::LAccum,      &Book::LAmount,   &Book::LAvgPrice,
-                     &Book::LUnrealisedMoney, &Book::LUnrealised, &Book::LRealised,
-                     &Book::LRealisedMoney,   true};
-const Side kShortSide{&Book::SAccum,      &Book::SAmount,   &Book::SAvgPrice,
-                      &Book::SUnrealisedMoney, &Book::SUnrealised, &Book::SRealised,
-                      &Book::SRealisedMoney,   false};
+const Side kLongSide{
+    &Book::LAccum,      &Book::LAmount,   &Book::LAvgPrice,      &Book::LUnrealisedMoney,
+    &Book::LUnrealised, &Book::LRealised, &Book::LRealisedMoney, true};
+const Side kShortSide{
+    &Book::SAccum,      &Book::SAmount,   &Book::SAvgPrice,      &Book::SUnrealisedMoney,
+    &Book::SUnrealised, &Book::SRealised, &Book::SRealisedMoney, false};
 
 namespace {
 

@@ -9,13 +9,19 @@ TEST(Dates, ThePatternDecidesOrderAndWidth) {
     const char* pattern;
     const char* text;
   } cases[] = {
-      {20070125, "dd/MM/yyyy", "25/01/2007"}, {20070125, "M/d/yy", "1/25/07"},
-      {20070125, "yyyy-MM-dd", "2007-01-25"}, {20070203, "d/M/yyyy", "3/2/2007"},
-      {20070203, "dd.MM.yyyy", "03.02.2007"}, {20070203, "yyyyMMdd", "20070203"},
-      {20070203, "d MMM yyyy", "3 Feb 2007"}, {20070203, "dddd, d. MMMM yyyy", "Saturday, 3. February 2007"},
-      {20070203, "dd.MM.yyyy 'den'", "03.02.2007 den"}, {0, "dd/MM/yyyy", "N/A"},
+      {20070125, "dd/MM/yyyy", "25/01/2007"},
+      {20070125, "M/d/yy", "1/25/07"},
+      {20070125, "yyyy-MM-dd", "2007-01-25"},
+      {20070203, "d/M/yyyy", "3/2/2007"},
+      {20070203, "dd.MM.yyyy", "03.02.2007"},
+      {20070203, "yyyyMMdd", "20070203"},
+      {20070203, "d MMM yyyy", "3 Feb 2007"},
+      {20070203, "dddd, d. MMMM yyyy", "Saturday, 3. February 2007"},
+      {20070203, "dd.MM.yyyy 'den'", "03.02.2007 den"},
+      {0, "dd/MM/yyyy", "N/A"},
       // A damaged bar shows what it holds.
-      {20071345, "dd/MM/yyyy", "45/13/2007"}, {20071345, "d MMM yyyy", "45 13 2007"},
+      {20071345, "dd/MM/yyyy", "45/13/2007"},
+      {20071345, "d MMM yyyy", "45 13 2007"},
   };
   for (const auto& c : cases) EXPECT_EQ(DateText(c.date, c.pattern), c.text);
 }

@@ -14,14 +14,25 @@ TEST(NumberText, PlainTextHasSevenSignificantDigits) {
     float value;
     const char* text;
   } cases[] = {
-      {0.0F, "0"},           {-0.0F, "0"},           {1.0F, "1"},
-      {100.5F, "100.5"},     {-2.25F, "-2.25"},      {0.1F, "0.1"},
-      {1.0F / 3, "0.3333333"}, {1234567.0F, "1234567"}, {9999999.0F, "9999999"},
-      {1e7F, "1E+07"},       {123456789.0F, "1.234568E+08"},
-      {0.0001F, "0.0001"},   {0.00005F, "5E-05"},    {-2.5e-6F, "-2.5E-06"},
-      {1e10F, "1E+10"},      {1.5e-38F, "1.5E-38"},
+      {0.0F, "0"},
+      {-0.0F, "0"},
+      {1.0F, "1"},
+      {100.5F, "100.5"},
+      {-2.25F, "-2.25"},
+      {0.1F, "0.1"},
+      {1.0F / 3, "0.3333333"},
+      {1234567.0F, "1234567"},
+      {9999999.0F, "9999999"},
+      {1e7F, "1E+07"},
+      {123456789.0F, "1.234568E+08"},
+      {0.0001F, "0.0001"},
+      {0.00005F, "5E-05"},
+      {-2.5e-6F, "-2.5E-06"},
+      {1e10F, "1E+10"},
+      {1.5e-38F, "1.5E-38"},
       // Ties at the eighth digit go to the even one: both are exact floats.
-      {1048576.5F, "1048576"}, {1048577.5F, "1048578"},
+      {1048576.5F, "1048576"},
+      {1048577.5F, "1048578"},
       // Rounding up to the limit takes the exponent.
       {9999999.5F, "1E+07"},
   };
@@ -84,11 +95,18 @@ TEST(NumberText, TextToSingle) {
   const struct {
     const char* text;
     float value;
-  } cases[] = {{"2,000,000", 2e6F}, {" -1.5 ", -1.5F}, {"+3", 3.0F},     {".5", 0.5F},
-               {"1.", 1.0F},        {"1e3", 1000.0F},  {"16777217", 16777216.0F},
-               {"1e-60", 0.0F},     {"3.4028235e38", std::numeric_limits<float>::max()}};
+  } cases[] = {{"2,000,000", 2e6F},
+               {" -1.5 ", -1.5F},
+               {"+3", 3.0F},
+               {".5", 0.5F},
+               {"1.", 1.0F},
+               {"1e3", 1000.0F},
+               {"16777217", 16777216.0F},
+               {"1e-60", 0.0F},
+               {"3.4028235e38", std::numeric_limits<float>::max()}};
   for (const auto& c : cases) EXPECT_EQ(ToSingle(c.text), c.value) << c.text;
-  for (const char* text : {"", " ", "abc", "1 2", "nan", "inf", "1e39", "99999999999999999999999999999999999999999999", "0x10", ",5"}) {
+  for (const char* text : {"", " ", "abc", "1 2", "nan", "inf", "1e39",
+                           "99999999999999999999999999999999999999999999", "0x10", ",5"}) {
     EXPECT_EQ(ToSingle(text), std::nullopt) << text;
   }
   EXPECT_EQ(ToDouble("0.1"), 0.1);
@@ -99,7 +117,7 @@ TEST(NumberText, TextToInt16RoundsToEven) {
   const struct {
     const char* text;
     int value;
-  } cases[] = {{"7", 7},     {"2.5", 2},         {"3.5", 4},          {"-2.5", -2}, {"0.5", 0},
+  } cases[] = {{"7", 7},        {"2.5", 2},         {"3.5", 4},           {"-2.5", -2}, {"0.5", 0},
                {"1,000", 1000}, {"32767.4", 32767}, {"-32768.5", -32768}, {"1e3", 1000}};
   for (const auto& c : cases) EXPECT_EQ(ToInt16(c.text), c.value) << c.text;
   for (const char* text : {"", "x", "32767.5", "32768", "-32769", "1e9999999999"}) {

@@ -25,7 +25,8 @@ TEST(Text, EveryByteSurvivesTheRoundTrip) {
 TEST(Text, FolderTextsBecomePathsOfThePlatform) {
   EXPECT_EQ(WithClosingBackslash("a"), "a\\");
   EXPECT_EQ(WithClosingBackslash("a\\"), "a\\");
-  EXPECT_EQ(NativePath("data\\\\Simulate\\") / "MASTER", std::filesystem::path("data") / "Simulate" / "MASTER");
+  EXPECT_EQ(NativePath("data\\\\Simulate\\") / "MASTER",
+            std::filesystem::path("data") / "Simulate" / "MASTER");
   EXPECT_EQ(PathText(NativePath("caf\xC3\xA9")), "caf\xC3\xA9");
 }
 

@@ -23,8 +23,7 @@ void Settle(int milliseconds) {
 // By a program of its own: the search itself stumbles over windows that go away meanwhile.
 std::vector<Window> ShownWindows(const std::string& title) {
   std::vector<Window> windows;
-  const std::string command =
-      "xdotool search --onlyvisible --name '^" + title + "' 2>/dev/null";
+  const std::string command = "xdotool search --onlyvisible --name '^" + title + "' 2>/dev/null";
   FILE* const found = popen(command.c_str(), "r");
   if (found == nullptr) return windows;
   unsigned long window = 0;

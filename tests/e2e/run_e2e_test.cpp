@@ -92,8 +92,10 @@ TEST_F(RunE2e, ATraderPlaysStepsPausesOpensASecondChartAndReturns) {
   const struct {
     const PictureButton& button;
     int bars;
-  } steps[] = {{navigator.Image1, paused + 1}, {navigator.Image2, paused},
-               {navigator.Image7, paused + 30}, {navigator.Image6, paused}};
+  } steps[] = {{navigator.Image1, paused + 1},
+               {navigator.Image2, paused},
+               {navigator.Image7, paused + 30},
+               {navigator.Image6, paused}};
   for (const auto& step : steps) {
     ClickOn(navigator, step.button);
     EXPECT_TRUE(Eventually([&] { return StandsOn(step.bars); }))

@@ -118,9 +118,9 @@ TEST(Desktop, TheListenerHearsEachChangeOnce) {
   form.Show();
   form.StartDrag();
   desktop.Unload(form);
-  EXPECT_EQ(listener.seen, (std::vector<std::string>{"loaded Form2", "Form2.Label6",
-                                                     "changed Form2", "drag Form2",
-                                                     "unloaded Form2"}));
+  EXPECT_EQ(listener.seen,
+            (std::vector<std::string>{"loaded Form2", "Form2.Label6", "changed Form2", "drag Form2",
+                                      "unloaded Form2"}));
 }
 
 // The windows' tables: no control lies outside its window, no name stands twice.

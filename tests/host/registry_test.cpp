@@ -11,15 +11,16 @@ class RegistryTest : public testing::Test {
   RegInfo info{outside.registry, outside.boxes};
 
   void Install(const std::string& version) {
-    registry.CreateKey("HKEY_LOCAL_MACHINE\\SOFTWARE\\Equis International\\MetaStock Professional\\" +
-                       version);
-    for (const std::string& key : {"Common\\" + version + "\\File Paths",
-                                  "MetaStock Pro " + version + "\\DataPath",
-                                  "MetaStock Pro " + version + "\\OpenFileData"}) {
+    registry.CreateKey(
+        "HKEY_LOCAL_MACHINE\\SOFTWARE\\Equis International\\MetaStock Professional\\" + version);
+    for (const std::string& key :
+         {"Common\\" + version + "\\File Paths", "MetaStock Pro " + version + "\\DataPath",
+          "MetaStock Pro " + version + "\\OpenFileData"}) {
       registry.CreateKey("HKEY_CURRENT_USER\\Software\\Equis\\" + key);
     }
-    registry.SetStringValue("HKEY_CURRENT_USER\\Software\\Equis\\Common\\" + version + "\\File Paths",
-                            "ProgramPath", "/chart/" + version);
+    registry.SetStringValue(
+        "HKEY_CURRENT_USER\\Software\\Equis\\Common\\" + version + "\\File Paths", "ProgramPath",
+        "/chart/" + version);
   }
 };
 
@@ -34,9 +35,10 @@ TEST_F(RegistryTest, TheNewerInstallationWins) {
   EXPECT_EQ(info.HostProgramPath(), "/chart/9.0");
   EXPECT_TRUE(info.SaveHostDataPath("/data"));
   EXPECT_TRUE(info.SaveHostChartsPath("/data"));
-  EXPECT_EQ(registry.GetStringValue("HKEY_CURRENT_USER\\Software\\Equis\\MetaStock Pro 9.0\\OpenFileData",
-                                    "SmartChartsPath"),
-            "/data");
+  EXPECT_EQ(
+      registry.GetStringValue("HKEY_CURRENT_USER\\Software\\Equis\\MetaStock Pro 9.0\\OpenFileData",
+                              "SmartChartsPath"),
+      "/data");
   EXPECT_TRUE(outside.boxes.shown.empty());
 }
 

@@ -45,13 +45,18 @@ TEST_F(LedgerTest, TheSelectsOfTheResults) {
     return values;
   };
   using Values = std::vector<LedgerValue>;
-  EXPECT_EQ(column("select actdate, acttime, Portfolio From MyPortfolio order by actdate desc, acttime desc ", 2),
+  EXPECT_EQ(column("select actdate, acttime, Portfolio From MyPortfolio order by actdate desc, "
+                   "acttime desc ",
+                   2),
             (Values{3.0, 1.0, 2.0}));
-  EXPECT_EQ(column("select actdate, acttime From MyPortfolio order by actdate asc, acttime asc ", 0),
-            (Values{"<2007-01-24>", "<2007-01-25>", "<2007-01-25>"}));
-  EXPECT_EQ(column("select format(actdate & ' ' & acttime ,'dd-mmm-yy HH:MM')  as ActionDate, Portfolio  "
-                   "From MyPortfolio  where balancepoint <> 0 order by actdate ", 0),
-            (Values{"24-Jan-07 10:00", "25-Jan-07 16:30"}));
+  EXPECT_EQ(
+      column("select actdate, acttime From MyPortfolio order by actdate asc, acttime asc ", 0),
+      (Values{"<2007-01-24>", "<2007-01-25>", "<2007-01-25>"}));
+  EXPECT_EQ(
+      column("select format(actdate & ' ' & acttime ,'dd-mmm-yy HH:MM')  as ActionDate, Portfolio  "
+             "From MyPortfolio  where balancepoint <> 0 order by actdate ",
+             0),
+      (Values{"24-Jan-07 10:00", "25-Jan-07 16:30"}));
   EXPECT_EQ(column("select symbol , SymbolInterval From MyPortfolio", 0),
             (Values{"ABC", "ABC", "O'Neill"}));
   const LedgerRecordset sums = LedgerQuery(
@@ -73,8 +78,9 @@ TEST_F(LedgerTest, EmptyingArchivesTheRowsOfTheirRun) {
   LedgerDeleteAll(ledger, kPortfolioTable);
   EXPECT_TRUE(LedgerQuery(ledger, "select * From MyPortfolio").Empty());
   const LedgerRecordset archive =
-      LedgerQuery(ledger, "select Archive.Run, Archive.Portfolio, Details.NewestShown From Archive "
-                          "join Details on Details.Run = Archive.Run and Details.Place = Archive.Place");
+      LedgerQuery(ledger,
+                  "select Archive.Run, Archive.Portfolio, Details.NewestShown From Archive "
+                  "join Details on Details.Run = Archive.Run and Details.Place = Archive.Place");
   ASSERT_EQ(archive.rows.size(), 1U);
   EXPECT_EQ(archive.rows[0], (std::vector<LedgerValue>{1.0, 1.0, 20.0}));
 }
@@ -125,7 +131,8 @@ TEST_F(LedgerTest, AFullDiskLeavesWholeRowsOnly) {
   ledger.ForWriting().Execute("PRAGMA max_page_count = 1");  // as small as what is there
   int done = 0;
   try {
-    for (; done < 10000; ++done) LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, done), {});
+    for (; done < 10000; ++done)
+      LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, done), {});
     FAIL() << "the disk never filled";
   } catch (const LedgerError& error) {
     EXPECT_THAT(error.what(), testing::HasSubstr("full"));

@@ -101,7 +101,8 @@ TEST_F(PrepareStoreTest, ASymbolInLowerCaseIsNamedAsTheReason) {
     std::string bytes(std::filesystem::file_size(file), '\0');
     std::fstream stream(file, std::ios::in | std::ios::out | std::ios::binary);
     stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    for (std::size_t at = bytes.find("ABC"); at != std::string::npos; at = bytes.find("ABC", at + 1)) {
+    for (std::size_t at = bytes.find("ABC"); at != std::string::npos;
+         at = bytes.find("ABC", at + 1)) {
       bytes.replace(at, 3, "abc");
     }
     stream.seekp(0);

@@ -15,10 +15,10 @@ TEST_F(ChartRoadTest, TheChartIsOpenedByTheseKeysInThisOrder) {
   });
   StartAt(198);
   const std::string folder = EscapedKeys(data);
-  EXPECT_EQ(keys, (std::vector<std::string>{"%Fe", "%FO", folder + "\\Simulate\\", "{SPACE}",
-                                            "{SPACE}", "{SPACE}", "{ENTER}", "ABC", "{SPACE}",
-                                            "{SPACE}", "{SPACE}", "{END}", "{TAB}", "S",
-                                            "{ENTER}"}));
+  EXPECT_EQ(keys,
+            (std::vector<std::string>{"%Fe", "%FO", folder + "\\Simulate\\", "{SPACE}", "{SPACE}",
+                                      "{SPACE}", "{ENTER}", "ABC", "{SPACE}", "{SPACE}", "{SPACE}",
+                                      "{END}", "{TAB}", "S", "{ENTER}"}));
   EXPECT_TRUE(all->outside.programs.started.empty());
   EXPECT_EQ(all->outside.chart.maximized.size(), 3U);
   EXPECT_EQ(all->outside.chart.front, "Velumar");

@@ -68,11 +68,11 @@ TEST_F(RunTest, TheFourStepsByHand) {
   const struct {
     PictureButton& button;
     int index;
-  } steps[] = {{all->Navigator().Image1, 63},  {all->Navigator().Image7, 93},
-               {all->Navigator().Image2, 92},  {all->Navigator().Image6, 62},
-               {all->Navigator().Image6, 32},  {all->Navigator().Image6, 2},
-               {all->Navigator().Image6, 0},   {all->Navigator().Image2, -1},
-               {all->Navigator().Image2, -1},  {all->Navigator().Image1, 0}};
+  } steps[] = {{all->Navigator().Image1, 63}, {all->Navigator().Image7, 93},
+               {all->Navigator().Image2, 92}, {all->Navigator().Image6, 62},
+               {all->Navigator().Image6, 32}, {all->Navigator().Image6, 2},
+               {all->Navigator().Image6, 0},  {all->Navigator().Image2, -1},
+               {all->Navigator().Image2, -1}, {all->Navigator().Image1, 0}};
   for (const auto& step : steps) {
     step.button.UserClick();
     EXPECT_EQ(all->session.BarIndex, step.index);

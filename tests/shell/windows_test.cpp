@@ -62,10 +62,21 @@ struct FullDisk : MemorySettings {
 TEST_F(WindowsTest, SettingsThatCannotBeKeptAreToldOnceAndStopNothing) {
   FullDisk full;
   VirtualPlatform outside;
-  Platform platform{outside.events,   outside.chart,  outside.chart,   outside.boxes,
-                    outside.folders,  full,           outside.registry, outside.screen,
-                    outside.locale,   outside.clock,  outside.programs, "",
-                    data,             "",             ":memory:"};
+  Platform platform{outside.events,
+                    outside.chart,
+                    outside.chart,
+                    outside.boxes,
+                    outside.folders,
+                    full,
+                    outside.registry,
+                    outside.screen,
+                    outside.locale,
+                    outside.clock,
+                    outside.programs,
+                    "",
+                    data,
+                    "",
+                    ":memory:"};
   SimSession session;
   Desktop desktop;
   IndexCache cache;
@@ -81,9 +92,14 @@ TEST_F(WindowsTest, SettingsThatCannotBeKeptAreToldOnceAndStopNothing) {
 }
 
 TEST_F(WindowsTest, OddSettingsNeverKeepTheWindowAway) {
-  for (const auto& [key, text] : std::map<std::string, std::string>{
-           {"Top", "left"}, {"Left", ""}, {"Refresh", "abc"}, {"SelectDate", "soon"},
-           {"NavTop", "99999"}, {"ControlPannelTransparent", "-3"}, {"PorfolioTransparent", "x"}}) {
+  for (const auto& [key, text] :
+       std::map<std::string, std::string>{{"Top", "left"},
+                                          {"Left", ""},
+                                          {"Refresh", "abc"},
+                                          {"SelectDate", "soon"},
+                                          {"NavTop", "99999"},
+                                          {"ControlPannelTransparent", "-3"},
+                                          {"PorfolioTransparent", "x"}}) {
     all->outside.settings.Save(key, text);
   }
   all->program.Start();

@@ -57,8 +57,9 @@ class OrderFixture : public testing::Test {
   }
   // A column of the newest row.
   LedgerValue Newest(const std::string& column) {
-    return LedgerQuery(ledger, "select " + column +
-                                   " From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)")
+    return LedgerQuery(ledger,
+                       "select " + column +
+                           " From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)")
         .rows.at(0)
         .at(0);
   }

@@ -19,8 +19,8 @@ class RunFixture : public testing::Test {
 
   // A new process over the settings that the last one left.
   void Reopen() {
-    const auto settings = all ? all->outside.settings.texts
-                              : std::map<std::string, std::string, std::less<>>{};
+    const auto settings =
+        all ? all->outside.settings.texts : std::map<std::string, std::string, std::less<>>{};
     all = std::make_unique<WholeProgram>(data);
     all->outside.settings.texts.insert(settings.begin(), settings.end());
   }

@@ -14,11 +14,14 @@ namespace velumar {
 // Bar i of a made series: its close tells its index (100 + i / 4), rising and falling.
 inline Bar MadeBar(int i, int date, int time = 0) {
   const float close = 100.0F + static_cast<float>(i % 7) - static_cast<float>(i % 5);
-  return {date, time, close - 0.5F, close + 1, close - 1, close, 1000.0F + static_cast<float>(i), 7};
+  return {date, time, close - 0.5F, close + 1, close - 1, close, 1000.0F + static_cast<float>(i),
+          7};
 }
 
 // The calendar is of no matter to a store: months of 28 days.
-inline int MadeDate(int i) { return (2000 + i / 336) * 10000 + (i / 28 % 12 + 1) * 100 + i % 28 + 1; }
+inline int MadeDate(int i) {
+  return (2000 + i / 336) * 10000 + (i / 28 % 12 + 1) * 100 + i % 28 + 1;
+}
 
 inline std::vector<Bar> DailyBars(int count) {
   std::vector<Bar> bars;

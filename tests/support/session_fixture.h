@@ -39,7 +39,9 @@ class SessionFixture : public testing::Test {
     desktop.form1().DTPicker1.SetValue(date);
   }
 
-  std::vector<Bar> StoreBars(int interval = -1) { return ReadBars(store, session.Symbol, interval); }
+  std::vector<Bar> StoreBars(int interval = -1) {
+    return ReadBars(store, session.Symbol, interval);
+  }
 
   ScratchFolder scratch;
   std::string data = scratch.Sub("data");

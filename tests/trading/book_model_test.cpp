@@ -44,19 +44,19 @@ struct PlainAccount {
   void Value(float price) {
     double worth = balance;
     for (int side = 0; side < 2; ++side) {
-      const double gain = side == 0 ? double{price} - double{average[side]}
-                                    : double{average[side]} - double{price};
-      const auto money = held[side] > 0
-                             ? static_cast<float>(gain * double{held[side]} * double{profit})
-                             : 0.0F;
+      const double gain =
+          side == 0 ? double{price} - double{average[side]} : double{average[side]} - double{price};
+      const auto money =
+          held[side] > 0 ? static_cast<float>(gain * double{held[side]} * double{profit}) : 0.0F;
       worth += double{money};
     }
     portfolio = static_cast<float>(worth);
   }
-  float Costs(double quantity, float price, double commission, double vat, float& order_value) const {
+  float Costs(double quantity, float price, double commission, double vat,
+              float& order_value) const {
     order_value = static_cast<float>(quantity * double{stock ? price : margin});
-    const auto fee = static_cast<float>(stock ? commission / 100 * double{order_value}
-                                              : commission * quantity);
+    const auto fee =
+        static_cast<float>(stock ? commission / 100 * double{order_value} : commission * quantity);
     const auto tax = static_cast<float>(vat / 100 * double{fee});
     fees = fee;
     taxes = tax;
@@ -76,7 +76,8 @@ struct PlainAccount {
     if (static_cast<float>(double{margin} + double{used}) > portfolio) return false;
     float value = 0;
     Costs(quantity, price, commission, vat, value);
-    const auto now = static_cast<float>(double{fees} + double{value} + double{taxes} + double{used});
+    const auto now =
+        static_cast<float>(double{fees} + double{value} + double{taxes} + double{used});
     if (now > portfolio) return false;
     used = now;
     const double before = held[side];
@@ -99,8 +100,8 @@ struct PlainAccount {
     float value = 0;
     Costs(quantity, price, commission, vat, value);
     used = static_cast<float>(double{used} - (double{fees} + double{value} + double{taxes}));
-    const double gain = side == 0 ? double{price} - double{average[side]}
-                                  : double{average[side]} - double{price};
+    const double gain =
+        side == 0 ? double{price} - double{average[side]} : double{average[side]} - double{price};
     realised[side] = static_cast<float>(quantity * gain);
     const auto money = static_cast<float>(double{profit} * double{realised[side]});
     points = static_cast<float>(double{realised[0]} + double{realised[1]});
@@ -115,7 +116,9 @@ class BookModelTest : public OrderFixture, public testing::WithParamInterface<bo
 
 TEST_P(BookModelTest, TenThousandOrdersAndSteps) {
   std::mt19937 random(GetParam() ? 5 : 3);
-  const auto pick = [&random](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+  const auto pick = [&random](int count) {
+    return static_cast<int>(random() % static_cast<unsigned>(count));
+  };
   PlainAccount model;
   model.stock = GetParam();
   if (model.stock) StockMarket();

@@ -85,9 +85,9 @@ TEST_F(OrdersTest, WhatTheMoneyTestsRefuseChangesNothing) {
     float used;
     const char* quantity;
     OrderResult result;
-  } cases[] = {{0, "3", OrderResult::kRefused},       // passes one contract's test, fails the sum
-               {40000, "1", OrderResult::kRefused},   // one contract's margin is not there
-               {8930, "2", OrderResult::kDone},       // 8,930 + 41,070 is exactly all there is
+  } cases[] = {{0, "3", OrderResult::kRefused},      // passes one contract's test, fails the sum
+               {40000, "1", OrderResult::kRefused},  // one contract's margin is not there
+               {8930, "2", OrderResult::kDone},      // 8,930 + 41,070 is exactly all there is
                {8931, "2", OrderResult::kRefused}};
   for (const auto& c : cases) {
     session.UsedMargin = c.used;
