@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <utility>
 
 #include "base/ignoring.h"
 #include "base/number_text.h"
@@ -195,7 +194,7 @@ std::string HostControl::Warning() const {
 }
 
 void HostControl::Wait(std::int16_t milliseconds) {
-  WaitMilliseconds(platform_.events, std::move(milliseconds));
+  WaitMilliseconds(platform_.events, milliseconds);
 }
 
 }  // namespace velumar
