@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QTimer>
+#include <QToolTip>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
@@ -19,6 +20,7 @@
 #include "app/qt_message_boxes.h"
 #include "app/qt_screen.h"
 #include "app/termination.h"
+#include "app/unattended.h"
 #include "base/dates.h"
 #include "ledger/ledger.h"
 #include "shell/program.h"
@@ -48,6 +50,7 @@ Appearance Dress(QApplication& application, const Options& options, const Locale
                   QString::fromStdString(locale.ShortDatePattern())};
   QApplication::setStyle(new FormStyle(look.theme));
   QApplication::setPalette(look.theme.Palette());
+  QToolTip::setPalette(look.theme.Palette());
   QApplication::setFont(look.faces.Plain(kDialogPixels));
   constexpr int kIconPixels = 192;
   application.setWindowIcon(
@@ -72,9 +75,11 @@ int Run(QApplication& application, const Options& options) {
   QtEventLoop events;
   QtMessageBoxes shown_boxes;
   PrintedMessageBoxes printed_boxes;
-  MessageBoxes& boxes =
-      options.PlaysAlone() ? static_cast<MessageBoxes&>(printed_boxes) : shown_boxes;
-  QtFolderDialog folders;
+  QtFolderDialog shown_folders;
+  UnansweredFolderDialog no_folders(Fail);
+  const bool alone = options.PlaysAlone();
+  MessageBoxes& boxes = alone ? static_cast<MessageBoxes&>(printed_boxes) : shown_boxes;
+  FolderDialog& folders = alone ? static_cast<FolderDialog&>(no_folders) : shown_folders;
   QtScreen screen;
   Platform platform{.events = events,
                     .chart_windows = *ends.chart_windows,
@@ -106,16 +111,26 @@ int Run(QApplication& application, const Options& options) {
   AutoPlay auto_play({options.screenshot_dir, options.play}, desktop, view, session, program, Fail);
   const Termination termination([&] {
     // As the button "Close Program", which keeps the settings.
-    const auto close = desktop.Untouched().form1.on_close;
-    desktop.form1().Loaded() ? close() : platform.programs.EndProcess();
+    const Form1& setup = desktop.Untouched().form1;
+    const auto close = setup.on_close;
+    setup.Loaded() ? close() : platform.programs.EndProcess();
   });
 
   QTimer::singleShot(0, &application, [&] {
     ShowProblems(boxes, ends.problems);
     program.Start();
-    if (options.PlaysAlone()) auto_play.Begin();
+    if (alone) auto_play.Begin();
   });
   return QApplication::exec();
+}
+
+std::optional<Options> UsableOptions() {
+  try {
+    return ReadOptions(QApplication::arguments());
+  } catch (const std::invalid_argument& error) {
+    std::cerr << "velumar: " << error.what() << std::endl;
+    return std::nullopt;
+  }
 }
 
 int Main(int argument_count, char** arguments) {
@@ -128,12 +143,8 @@ int Main(int argument_count, char** arguments) {
   QApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
   // Windows come and go; the program ends by its own buttons.
   QApplication::setQuitOnLastWindowClosed(false);
-  try {
-    return Run(application, ReadOptions(QApplication::arguments()));
-  } catch (const std::invalid_argument& error) {
-    std::cerr << "velumar: " << error.what() << std::endl;
-    return kBadArguments;
-  }
+  const std::optional<Options> options = UsableOptions();
+  return options ? Run(application, *options) : kBadArguments;
 }
 
 }  // namespace

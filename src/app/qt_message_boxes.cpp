@@ -3,7 +3,6 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <algorithm>
-#include <iostream>
 
 namespace velumar {
 
@@ -45,10 +44,6 @@ void QtMessageBoxes::Show(std::string_view text, BoxIcon icon) {
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
   WrapLongText(box);
   box.exec();
-}
-
-void PrintedMessageBoxes::Show(std::string_view text, BoxIcon) {
-  std::cerr << "velumar: " << text << std::endl;
 }
 
 }  // namespace velumar

@@ -10,10 +10,4 @@ class QtMessageBoxes : public MessageBoxes {
   void Show(std::string_view text, BoxIcon icon) override;
 };
 
-// For runs without anybody to answer: the text goes to the standard error output.
-class PrintedMessageBoxes : public MessageBoxes {
- public:
-  void Show(std::string_view text, BoxIcon icon) override;
-};
-
 }  // namespace velumar

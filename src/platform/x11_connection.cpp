@@ -48,6 +48,12 @@ void X11Connection::RequireAlive() const {
                            " is lost");
 }
 
+void X11Connection::RequireAnswer() const {
+  const XOwned<xcb_get_input_focus_reply_t> answer(
+      xcb_get_input_focus_reply(Xcb(), xcb_get_input_focus(Xcb()), nullptr));
+  RequireAlive();
+}
+
 // A window manager that died leaves its window's number behind, but not the window.
 bool X11Connection::HasWindowManager() {
   const xcb_window_t sign = NumberProperty(root_, ewmh_._NET_SUPPORTING_WM_CHECK);

@@ -30,8 +30,10 @@ class X11Connection {
   X11Connection& operator=(const X11Connection&) = delete;
   ~X11Connection();
 
-  // Throws std::runtime_error once the connection is broken.
+  // Throws std::runtime_error once the connection was found broken.
   void RequireAlive() const;
+  // The same, by asking the server.
+  void RequireAnswer() const;
 
   xcb_connection_t* Xcb() const { return ewmh_.connection; }
   // The atoms of the protocols between programs and window managers.

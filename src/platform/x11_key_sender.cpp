@@ -126,7 +126,7 @@ KeyOutcome X11KeySender::Send(std::string_view keys) {
   if (!std::all_of(strokes.begin(), strokes.end(), X11Layout::CanType)) {
     throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
   }
-  connection_->RequireAlive();
+  connection_->RequireAnswer();
   return Typing(*connection_, host_title_, display_name_).TypeAll(strokes);
 }
 

@@ -346,8 +346,8 @@ TEST_F(X11WithoutWindowManager, MoreStrangeCharactersThanSpareKeys) {
 }
 
 TEST(X11WithoutDisplay, ALostDisplayIsAnErrorAndNoCrash) {
-  EXPECT_THROW(X11ChartWindows("MetaStock", ":9999"), std::runtime_error);
-  EXPECT_THROW(X11KeySender("MetaStock", ":9999"), std::runtime_error);
+  EXPECT_THROW(X11ChartWindows("MetaStock", "unix/:9999"), std::runtime_error);
+  EXPECT_THROW(X11KeySender("MetaStock", "unix/:9999"), std::runtime_error);
   if (!XServer::Installed()) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
   auto server = std::make_unique<XServer>(false);
   X11ChartWindows windows("MetaStock", server->Display());
