@@ -56,7 +56,7 @@ class X11Layout {
     unsigned modifiers;
   };
   struct MapFreer {
-    void operator()(XkbDescRec* map) const { XkbFreeClientMap(map, 0, True); }
+    void operator()(XkbDescRec* map) const { XkbFreeKeyboard(map, 0, True); }
   };
 
   void ReadMap();
