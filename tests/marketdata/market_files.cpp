@@ -163,6 +163,7 @@ std::string DataBytes(int fields, int told, const std::vector<std::string>& reco
 
 std::string DailyBytes(const std::vector<Bar>& bars) {
   std::vector<std::string> records;
+  records.reserve(bars.size());
   for (const Bar& bar : bars) {
     records.push_back(Word(bar.date - 19000000) + Word(bar.open) + Word(bar.high) + Word(bar.low) +
                       Word(bar.close) + Word(bar.volume) + Word(bar.open_interest));

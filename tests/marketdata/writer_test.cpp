@@ -19,7 +19,6 @@ namespace velumar {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class Writer : public testing::Test {
  protected:
@@ -94,7 +93,9 @@ TEST_F(Writer, RandomWorkLeavesWhatASortedMapHolds) {
   std::mt19937 random(11);
   const auto below = [&](unsigned limit) { return static_cast<int>(random() % limit); };
   const auto some_date = [&] { return 20050101 + below(4) * 100 + below(25); };
-  for (const auto& [symbol, interval] : {std::pair("AAA", -1), std::pair("BBB", 15)}) {
+  for (const auto& series : {std::pair("AAA", -1), std::pair("BBB", 15)}) {
+    const char* const symbol = series.first;
+    const int interval = series.second;
     Model model(interval != -1);
     for (int round = 0; round < 400; ++round) {
       const int time = interval == -1 ? 0 : 93000 + 1500 * below(3);
