@@ -7,6 +7,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "host/store_files.h"
+#include "marketdata/index_dates.h"
 #include "platform/key_notation.h"
 #include "platform/waiting.h"
 #include "session/status_line.h"
@@ -81,11 +82,13 @@ void HostControl::StartHost(const std::function<bool()>& superseded) {
   if (!superseded()) Wait(kHostStartMs);
 }
 
-// Charts are closed by now: the index files come back fresh, and no bar does.
+// Charts are closed by now: the index files come back fresh, but without the dates of bars to come,
+// and no bar does.
 void HostControl::RefillStore() {
   IgnoringErrors([&] { ClearWorkingStore(session_.SimDir); });
   SetStatusLine(desktop_, "Copy MASTER ... ");
   IgnoringErrors([&] { CopyFiles(session_.DataDir, session_.SimDir, "MASTER"); });
+  IgnoringErrors([&] { ForgetSeriesEnds(session_.SimDir); });
   SetStatusLine(desktop_, "Copy MSSmart ... ");
   std::string from = session_.DataDir + "\\MSSmart";
   std::string to = session_.SimDir + "\\MSSmart";

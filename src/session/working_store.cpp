@@ -57,18 +57,32 @@ void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
   SelectBoth(reader, writer);
   reader.ReadSeries();
   RequireReplayable(reader);
-  writer.WriteSeries(reader.GetDates(), reader.GetTimes(), reader.GetOpens(), reader.GetHighs(),
-                     reader.GetLows(), reader.GetCloses(), reader.GetVolumes(),
-                     reader.GetOpenInterests());
   const std::int32_t cut_start = CutStart(reader);
   reader.MoveToEnd();
   reader.MoveBy(-1);
   reader.ReadBar();
-  writer.DeleteDateRange(cut_start, reader.BarDateAtCursor());
+  WriteHistory(reader, writer, {cut_start, reader.BarDateAtCursor()});
   reader.CloseSecurity();
   reader.CloseDirectory();
   writer.CloseSecurity();
   writer.CloseDirectory();
+}
+
+// The bars of the cut never reach the disk: a run that dies here leaves no future behind.
+void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer, Dates cut) {
+  const std::vector<std::int32_t>& dates = reader.GetDates();
+  const auto kept = [&](const auto& values) {
+    auto copy = values;
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < dates.size(); ++i) {
+      if (dates[i] < cut.first || dates[i] > cut.last) copy[count++] = values[i];
+    }
+    copy.resize(count);
+    return copy;
+  };
+  writer.WriteSeries(kept(dates), kept(reader.GetTimes()), kept(reader.GetOpens()),
+                     kept(reader.GetHighs()), kept(reader.GetLows()), kept(reader.GetCloses()),
+                     kept(reader.GetVolumes()), kept(reader.GetOpenInterests()));
 }
 
 void WorkingStore::OpenStore(MetaLibWriter& writer) {

@@ -21,13 +21,19 @@ class WorkingStore {
   WorkingStore(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache)
       : session_(session), desktop_(desktop), platform_(platform), cache_(cache) {}
 
-  // Writes the whole series into SimDir and cuts it from the first bar on or after the picked date.
+  // Writes into SimDir what the series holds before the first bar on or after the picked date.
   // A date behind the last bar starts 250 bars after the first, or in the middle of a series of at
   // most 251. -1 when the store is ready; 0 after a message box when it is not.
   std::int16_t PrepareStore();
 
  private:
+  struct Dates {
+    std::int32_t first;
+    std::int32_t last;  // included
+  };
+
   void Fill(MetaLibReader& reader, MetaLibWriter& writer);
+  static void WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer, Dates cut);
   void OpenStore(MetaLibWriter& writer);
   void SelectBoth(MetaLibReader& reader, MetaLibWriter& writer);
   void RequireReplayable(const MetaLibReader& reader) const;
