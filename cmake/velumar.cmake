@@ -18,6 +18,11 @@ if(VELUMAR_SANITIZE)
   target_link_options(velumar_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(VELUMAR_FUZZ)
+  # Every library tells the fuzzer which of its paths a text has taken.
+  target_compile_options(velumar_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # One library per folder of src/. A folder links only what stands behind USES, and headers are
 # reached through the library alone, so a dependency that points the wrong way does not build.
 #   velumar_library(session SOURCES run_control.cpp ... USES base marketdata)

@@ -13,10 +13,10 @@ std::vector<T> DecodeColumn(const BarLayout& layout, BarField field, ByteView re
   std::vector<T> values(bars);
   const auto column = layout.ColumnOf(field);
   if (!column) return values;
-  const std::byte* at = records.data() + 4 * *column;
-  for (std::size_t i = 0; i < bars; ++i, at += size) {
+  const std::size_t place = 4 * *column;
+  for (std::size_t i = 0; i < bars; ++i) {
     std::uint32_t word;
-    std::memcpy(&word, at, sizeof word);
+    std::memcpy(&word, records.data() + i * size + place, sizeof word);
     values[i] = Convert(FloatFromMbf(word));
   }
   return values;

@@ -1,0 +1,30 @@
+// A price file of any text: it comes in whole or is refused in words, and what came in goes out
+// again as it came.
+
+#include <cstdlib>
+
+#include "marketdata/csv_error.h"
+#include "marketdata/csv_series.h"
+#include "scratch_folder.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  using namespace velumar;
+  std::string_view text = AsText(data, size);
+  // The first line is the date format; an empty one stands for the usual forms.
+  const std::size_t end = std::min(text.find('\n'), text.size());
+  try {
+    const std::string pattern(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+    CsvSeries series =
+        ReadCsvSeries(text, pattern.empty() ? CsvDateFormat() : CsvDateFormat(pattern));
+    if (series.bars.size() != series.lines.size()) std::abort();
+    for (std::size_t i = 1; i < series.bars.size(); ++i) {
+      const Bar& before = series.bars[i - 1];
+      const Bar& bar = series.bars[i];
+      if (std::pair(before.date, before.time) >= std::pair(bar.date, bar.time)) std::abort();
+    }
+    MakeDaily(series);
+  } catch (const CsvError&) {
+  }
+  return 0;
+}

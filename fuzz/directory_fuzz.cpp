@@ -1,0 +1,111 @@
+// A market data directory of any bytes: it is listed, read, stepped through and grows, and what was
+// written reads back.
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "marketdata/index_cache.h"
+#include "marketdata/index_dates.h"
+#include "marketdata/metalib_error.h"
+#include "marketdata/metalib_reader.h"
+#include "marketdata/metalib_writer.h"
+#include "packed_files.h"
+#include "scratch_folder.h"
+
+namespace velumar {
+namespace {
+
+constexpr std::int32_t kAddedDate = 20240229;
+constexpr std::int32_t kAddedTime = 93000;
+
+std::vector<SecurityInfo> Listed(const std::string& folder, IndexCache& cache) {
+  std::vector<SecurityInfo> listed;
+  MetaLibReader reader(cache);
+  reader.OpenDirectory(folder);
+  while (reader.NextSecurity() >= 1) {
+    try {
+      reader.ReadSecurityHeader();
+      listed.push_back(reader.Security());
+      reader.CloseSecurity();
+    } catch (const MetaLibError&) {
+    }
+  }
+  return listed;
+}
+
+void Select(auto& library, const SecurityInfo& security) {
+  library.SelectSeries(security.symbol, security.interval == -1 ? 1 : 0, security.interval);
+}
+
+void ReadThrough(const std::string& folder, const SecurityInfo& security, IndexCache& cache) {
+  MetaLibReader reader(cache);
+  reader.OpenDirectory(folder);
+  Select(reader, security);
+  reader.ReadSeries();
+  if (reader.GetDates().size() != reader.GetOpenInterests().size()) std::abort();
+  reader.SeekDate("20000101", 0);
+  reader.ReadBar();
+  reader.MoveToEnd();
+  reader.MoveBy(-1);
+  reader.ReadBar();
+}
+
+bool Holds(const std::string& folder, const SecurityInfo& security, IndexCache& cache) {
+  MetaLibWriter writer(cache);
+  writer.OpenDirectory(folder);
+  Select(writer, security);
+  return security.interval == -1 ? writer.DailyBarExists(kAddedDate)
+                                 : writer.IntradayBarExists(kAddedDate, kAddedTime);
+}
+
+void AddBar(const std::string& folder, const SecurityInfo& security, IndexCache& cache) {
+  MetaLibWriter writer(cache);
+  writer.OpenDirectory(folder);
+  Select(writer, security);
+  writer.AppendBar(kAddedDate, kAddedTime, 1, 2, 0.5F, 1.5F, 100, 7);
+  writer.CloseSecurity();
+  writer.CloseDirectory();
+}
+
+void RemoveBars(const std::string& folder, const SecurityInfo& security, IndexCache& cache) {
+  MetaLibWriter writer(cache);
+  writer.OpenDirectory(folder);
+  Select(writer, security);
+  writer.DeleteDateRange(20000101, 20301231);
+  writer.CloseSecurity();
+  writer.CloseDirectory();
+}
+
+void TryAll(const std::string& folder) {
+  IndexCache cache;
+  const std::vector<SecurityInfo> listed = Listed(folder, cache);
+  for (std::size_t i = 0; i < listed.size() && i < 4; ++i) {
+    try {
+      ReadThrough(folder, listed[i], cache);
+    } catch (const MetaLibError&) {
+    }
+    try {
+      AddBar(folder, listed[i], cache);
+      IndexCache fresh;
+      if (!Holds(folder, listed[i], cache) || !Holds(folder, listed[i], fresh)) std::abort();
+      RemoveBars(folder, listed[i], cache);
+    } catch (const MetaLibError&) {
+    }
+  }
+  ForgetSeriesEnds(folder);
+}
+
+}  // namespace
+}  // namespace velumar
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  const std::filesystem::path folder = velumar::EmptyScratchFolder();
+  velumar::UnpackFiles(velumar::AsText(data, size), folder);
+  try {
+    velumar::TryAll(folder.string());
+  } catch (const velumar::MetaLibError&) {
+    // A refusal in words is what damage deserves.
+  }
+  return 0;
+}

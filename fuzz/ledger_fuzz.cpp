@@ -1,0 +1,49 @@
+// A ledger file of any bytes: it opens or says why not, and its rows are read or refused in words.
+
+#include "ledger/ledger.h"
+#include "ledger/sqlite_database.h"
+#include "scratch_folder.h"
+
+namespace velumar {
+namespace {
+
+void Read(LedgerConnection& ledger) {
+  try {
+    LedgerQuery(ledger, "select * From MyPortfolio");
+    LedgerQuery(ledger,
+                "select actdate, acttime, Portfolio From MyPortfolio order by actdate desc, "
+                "acttime desc ");
+    LedgerQuery(ledger,
+                "select format(actdate & ' ' & acttime ,'dd-mmm-yy HH:MM')  as ActionDate, "
+                "Portfolio  From MyPortfolio  where balancepoint <> 0 order by actdate ");
+  } catch (const LedgerError&) {
+  }
+}
+
+void Write(LedgerConnection& ledger) {
+  try {
+    LedgerBeginRun(ledger, {});
+    LedgerDeleteAll(ledger, kPortfolioTable);
+  } catch (const LedgerError&) {
+  }
+}
+
+}  // namespace
+}  // namespace velumar
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  using namespace velumar;
+  const std::filesystem::path file = EmptyScratchFolder() / "Portfolio.mdb";
+  WriteWhole(file, AsText(data, size));
+  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
+  try {
+    LedgerOpenToRead(ledger, file.string());
+    Read(ledger);
+  } catch (const LedgerError&) {
+  }
+  LedgerClose(ledger);
+  LedgerOpen(ledger, file.string());
+  Read(ledger);
+  Write(ledger);
+  return 0;
+}

@@ -1,0 +1,77 @@
+// make_corpus FOLDER: one good example or more for each fuzzer, in FOLDER/directory, csv, texts and
+// ledger.
+
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+#include "ledger/ledger.h"
+#include "marketdata/directory_editor.h"
+#include "marketdata/index_cache.h"
+#include "packed_files.h"
+#include "scratch_folder.h"
+
+namespace velumar {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<Bar> Bars(int count, bool intraday) {
+  std::vector<Bar> bars;
+  for (int i = 0; i < count; ++i) {
+    const int date = intraday ? 20070102 : 20070102 + i;
+    bars.push_back({date, intraday ? 100000 + i * 1500 : 0, 10, 12, 9, 11, 500, 3});
+  }
+  return bars;
+}
+
+void MakeDirectories(const fs::path& corpus) {
+  int number = 0;
+  for (const int interval : {-1, 15}) {
+    for (const int count : {0, 1, 9}) {
+      const fs::path folder = EmptyScratchFolder();
+      IndexCache cache;
+      StoreSecurity(folder.string(), {"ABC", "Abc", interval}, Bars(count, interval != -1), cache);
+      StoreSecurity(folder.string(), {"XYZ", "Xyz Ltd", -1}, Bars(3, false), cache);
+      WriteWhole(corpus / std::to_string(number++), PackFiles(folder));
+    }
+  }
+}
+
+void MakeLedger(const fs::path& corpus) {
+  const fs::path file = EmptyScratchFolder() / "Portfolio.mdb";
+  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
+  LedgerOpen(ledger, file.string());
+  LedgerBeginRun(ledger, {});
+  LedgerClose(ledger);
+  fs::copy_file(file, corpus / "empty", fs::copy_options::overwrite_existing);
+}
+
+void MakeTexts(const fs::path& csv, const fs::path& texts) {
+  WriteWhole(csv / "plain", "\nDate,Open,High,Low,Close,Volume\n20070102,10,12,9,11,500\n");
+  WriteWhole(csv / "format", "%d.%m.%Y %H:%M\nDate;Time;Close\n02.01.2007 10:00;10:00;11,5\n");
+  WriteWhole(csv / "iso", "\ndate\topen\thigh\tlow\tclose\n2007-01-02T10:00:00\t1\t2\t0.5\t1.5\n");
+  WriteWhole(texts / "keys", std::string(1, '\0') + "%(FO)^{TAB}+a{ENTER}{%}~");
+  WriteWhole(texts / "sections", "\1[Settings]\nLastPath=C:\\Prices%0A\n# text\nTop=15\n");
+  WriteWhole(texts / "value", "\2dword:0000002a");
+  WriteWhole(texts / "number", "\3-1,234.5e2");
+  WriteWhole(texts / "date", "\00331/12/2007dd/MM/yyyy");
+}
+
+}  // namespace
+}  // namespace velumar
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::cerr << "usage: make_corpus FOLDER\n";
+    return 2;
+  }
+  const std::filesystem::path corpus = argv[1];
+  for (const char* kind : {"directory", "csv", "texts", "ledger"}) {
+    std::filesystem::create_directories(corpus / kind);
+  }
+  velumar::MakeDirectories(corpus / "directory");
+  velumar::MakeTexts(corpus / "csv", corpus / "texts");
+  velumar::MakeLedger(corpus / "ledger");
+  return 0;
+}

@@ -1,0 +1,25 @@
+#include "scratch_folder.h"
+
+#include <unistd.h>
+
+#include <fstream>
+#include <string>
+
+namespace velumar {
+
+namespace fs = std::filesystem;
+
+fs::path EmptyScratchFolder() {
+  const fs::path memory = "/dev/shm";
+  const fs::path folder = (fs::is_directory(memory) ? memory : fs::temp_directory_path()) /
+                          ("velumar-fuzz-" + std::to_string(getpid()));
+  fs::remove_all(folder);
+  fs::create_directory(folder);
+  return folder;
+}
+
+void WriteWhole(const fs::path& file, std::string_view bytes) {
+  std::ofstream(file, std::ios::binary) << bytes;
+}
+
+}  // namespace velumar

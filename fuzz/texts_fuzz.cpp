@@ -1,0 +1,86 @@
+// The small texts from outside: keystrokes, settings, registry values, numbers and dates. The first
+// byte says which.
+
+#include <cmath>
+#include <cstdlib>
+#include <stdexcept>
+
+#include "base/dates.h"
+#include "base/number_text.h"
+#include "platform/key_notation.h"
+#include "platform/registry_value_text.h"
+#include "platform/section_text.h"
+#include "scratch_folder.h"
+
+namespace velumar {
+namespace {
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+// Any text can be typed as it stands.
+void TryKeys(std::string_view text) {
+  try {
+    ParseKeys(text);
+  } catch (const std::invalid_argument&) {
+  }
+  try {
+    ParseKeys(EscapedKeys(text));
+  } catch (const std::invalid_argument&) {
+    // Text that is no UTF-8 has no keys.
+  }
+}
+
+void TrySections(std::string_view text) {
+  try {
+    const Sections sections = ParseSections(text);
+    Require(ParseSections(FormatSections(sections)) == sections);
+  } catch (const std::invalid_argument&) {
+  }
+}
+
+void TryRegistryValue(std::string_view text) {
+  const auto value = ParseRegistryValue(text);
+  if (!value) return;
+  const auto again = ParseRegistryValue(RegistryValueText(*value));
+  Require(again && again->type == value->type && again->bytes == value->bytes);
+}
+
+void TryNumbers(std::string_view text) {
+  ToDouble(text);
+  ToInt16(text);
+  PatternText(text, kTwoDecimalsPattern);
+  if (const auto single = ToSingle(text)) {
+    Require(std::isfinite(*single));
+    PlainNumberText(*single);
+    PatternText(*single, kTwoDecimalsPattern);
+  }
+  const std::size_t middle = text.size() / 2;
+  PatternText(1234.5F, text);
+  DateFromText(text.substr(0, middle), text.substr(middle));
+  DateText(20051107, text);
+}
+
+}  // namespace
+}  // namespace velumar
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  using namespace velumar;
+  if (size == 0) return 0;
+  const std::string_view text = AsText(data + 1, size - 1);
+  switch (data[0] % 4) {
+    case 0:
+      TryKeys(text);
+      break;
+    case 1:
+      TrySections(text);
+      break;
+    case 2:
+      TryRegistryValue(text);
+      break;
+    default:
+      TryNumbers(text);
+  }
+  return 0;
+}
