@@ -1,10 +1,13 @@
 #include "session/bar_stepping.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "base/ignoring.h"
 #include "base/text.h"
 #include "marketdata/metalib_error.h"
+#include "marketdata/metalib_reader.h"
 #include "session/intervals.h"
 
 namespace velumar {
@@ -35,9 +38,8 @@ std::int16_t BarStepper::FeedBar(int& index, std::string& symbol) {
 std::int16_t BarStepper::FastFeed(std::int16_t& index, std::string& symbol) {
   const int start = std::max<int>(index, 0);
   const int newest = std::min(start + kFastStep, session_.LastArrayIndex());
-  Change(symbol, {start + 1, newest}, Direction::kForward);
-  index = static_cast<std::int16_t>(newest);
-  ShowMoment(newest);
+  index = static_cast<std::int16_t>(Change(symbol, {start + 1, newest}, Direction::kForward));
+  ShowMoment(index);
   return index;
 }
 
@@ -57,27 +59,58 @@ std::int16_t BarStepper::UnfeedBar(std::int16_t& index, std::string& symbol) {
 
 std::int16_t BarStepper::FastUnfeed(std::int16_t& index, std::string& symbol) {
   const int newest = std::max<int>(index, 0);
-  const int left = std::max(newest - kFastStep, 0);
-  Change(symbol, {left + 1, newest}, Direction::kBackward);
+  const int wanted = std::max(newest - kFastStep, 0);
+  const int left = Change(symbol, {wanted + 1, newest}, Direction::kBackward);
   index = static_cast<std::int16_t>(newest);
   ShowPrice(left);
   return static_cast<std::int16_t>(left);
 }
 
 // The store is changed and closed, or it is as it was: a chart that ran ahead of the cursor would
-// show the future.
-void BarStepper::Change(std::string& symbol, Bars bars, Direction direction) {
+// show the future. On a disk that takes nothing back either, the step has gone as far as it went.
+int BarStepper::Change(std::string& symbol, Bars bars, Direction direction) {
   symbol = NormalisedSymbol(symbol);
   MetaLibWriter writer(cache_);
   Open(writer, symbol);
   try {
     Apply(writer, bars, direction);
     Close(writer);
+    return direction == Direction::kForward ? bars.last : bars.first - 1;
   } catch (const MetaLibError&) {
     IgnoringErrors([&] { Close(writer); });
     IgnoringErrors([&] { TakeBack(symbol, bars, direction); });
-    throw;
+    const std::optional<int> reached = Reached(symbol, bars, direction);
+    if (!reached) throw;
+    return *reached;
   }
+}
+
+std::optional<int> BarStepper::Reached(const std::string& symbol, Bars bars,
+                                       Direction direction) const {
+  std::set<std::pair<std::int32_t, std::int32_t>> stored;
+  IgnoringErrors([&] {
+    const auto series = ReplayableInterval(desktop_.form1().cbxPeriod.Text());
+    MetaLibReader reader(cache_);
+    reader.OpenDirectory(session_.SimDir);
+    if (series) reader.SelectSeries(symbol, series->daily, series->minutes);
+    reader.ReadSeries();
+    for (std::size_t i = 0; i < reader.GetDates().size(); ++i) {
+      stored.emplace(reader.GetDates()[i], Daily() ? 0 : reader.GetTimes()[i]);
+    }
+  });
+  const auto holds = [&](int bar) {
+    const auto i = static_cast<std::size_t>(bar);
+    return stored.contains({session_.BarDate.at(i), Daily() ? 0 : session_.BarTime.at(i)});
+  };
+  const bool forward = direction == Direction::kForward;
+  const int before = forward ? bars.first - 1 : bars.last;
+  int newest = before;
+  if (forward) {
+    while (newest < bars.last && holds(newest + 1)) ++newest;
+  } else {
+    while (newest >= bars.first && !holds(newest)) --newest;
+  }
+  return newest == before ? std::nullopt : std::optional(newest);
 }
 
 void BarStepper::Apply(MetaLibWriter& writer, Bars bars, Direction direction) const {

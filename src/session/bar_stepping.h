@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "forms/desktop.h"
@@ -12,7 +13,8 @@ namespace velumar {
 
 // Moves the simulated time by changing what the working store holds. The series in memory stays;
 // BarIndex says how far the store reaches. Each operation opens the store, works and closes it. All
-// need loaded bars (HasBars) and throw MetaLibError; the store then holds what it held before.
+// need loaded bars (HasBars) and throw MetaLibError; the store then holds what it held before. Only
+// where a broken disk takes nothing back does a step stand as far as it came.
 class BarStepper {
  public:
   static constexpr int kFastStep = 30;
@@ -39,7 +41,10 @@ class BarStepper {
     int last = -1;  // none
   };
 
-  void Change(std::string& symbol, Bars bars, Direction direction);
+  // The newest bar of the step that the store holds behind it.
+  int Change(std::string& symbol, Bars bars, Direction direction);
+  // The same after a failure; nothing where the store is as it was.
+  std::optional<int> Reached(const std::string& symbol, Bars bars, Direction direction) const;
   void Apply(MetaLibWriter& writer, Bars bars, Direction direction) const;
   void TakeBack(const std::string& symbol, Bars bars, Direction direction) const;
   // A store that doesn't know the symbol gets no selection, and the library says so at the next

@@ -1,8 +1,4 @@
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/ptrace.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <functional>
 #include <memory>
@@ -10,33 +6,27 @@
 #include "marketdata/directory_editor.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/market_files.h"
+#include "marketdata/metalib_error.h"
 #include "marketdata/metalib_writer.h"
+#include "support/traced_child.h"
 
 namespace velumar {
 
 namespace {
 
-// Runs `work` in a child process and stops it at each of its system calls: what is on the disk then
-// is what a kill there would leave, and `look` may look at it. False where it can't be traced.
+// Stops `work` at each of its system calls and lets `look` look at the disk. False where it can't
+// be traced.
 bool StopAtEachCall(const std::function<void()>& work, const std::function<void()>& look) {
-  const pid_t child = fork();
-  if (child == 0) {
-    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(1);
-    raise(SIGSTOP);
+  TracedChild child([&] {
     work();
-    _exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (WIFEXITED(status)) return false;
-  ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_EXITKILL);
+    return 0;
+  });
   // A call stops twice, and between leaving one and entering the next the disk is the same.
-  for (int stop = 0; !WIFEXITED(status); ++stop) {
+  for (int stop = 0; child.Traced() && !child.Ended(); ++stop) {
     if (stop % 2 == 1) look();
-    ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
-    waitpid(child, &status, 0);
+    child.Go();
   }
-  return true;
+  return child.Traced();
 }
 
 // What a reader finds: the bars of three series, empty where there is no such series.
@@ -145,6 +135,48 @@ TEST(KillPoints, WhereverAWritingCallDiesTheSeriesAreAsBeforeOrAfter) {
     }
     EXPECT_GT(looks_before, 5) << one.name;
     EXPECT_GT(looks_after, 1) << one.name;
+  }
+}
+
+TEST(FailPoints, WhateverCallFailsTheSeriesAreAsBeforeOrAfter) {
+  const Found before = FindAll(*Prepared());
+  for (const Case& one : Cases()) {
+    const auto whole = Prepared();
+    one.work(whole->Text());
+    const Found after = FindAll(*whole);
+    int refused = 0;
+    for (int number = 1, reached = 1; reached != 0; ++number) {
+      reached = 0;
+      for (const auto& [error, stays_broken] :
+           {std::pair(EIO, false), std::pair(ENOSPC, true), std::pair(EACCES, false)}) {
+        const auto directory = Prepared();
+        const auto work = [&] {
+          try {
+            one.work(directory->Text());
+            return 0;
+          } catch (const MetaLibError&) {
+            return 2;
+          }
+        };
+        const FailedWork failed = FailAt(number, error, stays_broken, work);
+        if (!failed.traced) GTEST_SKIP() << "no permission to trace a process";
+        if (!failed.reached) continue;
+        ++reached;
+        const std::string where =
+            std::string(one.name) + ", change " + std::to_string(number) + ", " + strerror(error);
+        const Found found = FindAll(*directory);
+        EXPECT_TRUE(found == before || found == after) << where;
+        if (failed.exit_code == 0) {
+          EXPECT_EQ(found, after) << where << ": told as done";
+        } else {
+          EXPECT_EQ(failed.exit_code, 2) << where;
+          ++refused;
+        }
+        one.work(directory->Text());
+        EXPECT_EQ(FindAll(*directory), after) << where << ": done again";
+      }
+    }
+    EXPECT_GT(refused, 2) << one.name;
   }
 }
 
