@@ -1,0 +1,66 @@
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "support/whole_program.h"
+
+namespace velumar {
+namespace {
+
+constexpr int kBars = 32000;
+constexpr int kWarmUp = 2000;
+
+struct Use {
+  long pages = 0;
+  long files = 0;
+};
+
+// Of this process, as the system counts it.
+Use UseNow() {
+  Use use;
+  long size = 0;
+  std::ifstream("/proc/self/statm") >> size >> use.pages;
+  using Files = std::filesystem::directory_iterator;
+  use.files = std::distance(Files("/proc/self/fd"), Files());
+  return use;
+}
+
+// A whole working life at the shortest delay, with an order every eighth bar.
+TEST(LongRun, MemoryAndFilesStayFlatAndEveryClickIsServed) {
+  const ScratchFolder scratch;
+  const std::string data = scratch.Sub("data");
+  IndexCache cache;
+  StoreSecurity(data, {"ABC", "Abc", -1}, DailyBars(kBars), cache);
+  WholeProgram all(data);
+  int clicks = 0;
+  int served = 0;
+  Use warm;
+  all.outside.events.SetOnPending([&] {
+    all.outside.chart.sent.clear();
+    const int bar = all.session.BarIndex;
+    if (bar == kWarmUp) warm = UseNow();
+    if (bar % 8 != 0) return;
+    ++clicks;
+    all.At(1 + bar % 400, [&all, &served, bar] {
+      (bar % 16 == 0 ? all.Panel().imgLong : all.Panel().imgOffsetLong).UserClick();
+      if (all.program.LastOrder() == OrderResult::kDone) ++served;
+    });
+  });
+  all.program.Start();
+  all.Panel().Combo2.UserType("1");
+  all.Setup().DTPicker1.UserPick(MadeDate(16));
+  all.Setup().Image3.UserClick();
+  EXPECT_EQ(all.session.BarIndex, kBars - 1);
+  EXPECT_EQ(ReadBars(all.session.SimDir, "ABC", -1).size(), static_cast<std::size_t>(kBars));
+  EXPECT_GT(clicks, 3900);
+  EXPECT_EQ(served, clicks);
+  const auto rows = LedgerQuery(all.ledger, "select count(*) From MyPortfolio").rows;
+  EXPECT_EQ(std::get<double>(rows[0][0]), served);
+  const Use end = UseNow();
+  EXPECT_LE(end.files, warm.files + 1);
+  EXPECT_LT(end.pages - warm.pages, 2000) << "pages of memory, beside 4000 rows kept in memory";
+  EXPECT_TRUE(all.outside.boxes.shown.empty());
+}
+
+}  // namespace
+}  // namespace velumar
