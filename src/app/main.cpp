@@ -14,11 +14,13 @@
 #include "app/desktop_view.h"
 #include "app/display.h"
 #include "app/form_style.h"
+#include "app/mail_notice.h"
 #include "app/options.h"
 #include "app/qt_event_loop.h"
 #include "app/qt_folder_dialog.h"
 #include "app/qt_message_boxes.h"
 #include "app/qt_screen.h"
+#include "app/run_key_filter.h"
 #include "app/termination.h"
 #include "app/unattended.h"
 #include "base/dates.h"
@@ -108,6 +110,12 @@ int Run(QApplication& application, const Options& options) {
   DesktopView view(desktop, Dress(application, options, *ends.locale),
                    [&boxes](const std::string& text) { boxes.Show(text, BoxIcon::kExclamation); });
   Program program(session, desktop, platform, cache, ledger);
+  const RunKeyFilter run_keys(program.Keys());
+  const auto keys_from_chart = OpenMailbox(kRunKeyMailbox, [&program](const Mail& mail) {
+    program.Keys().PressFromChart({.code = static_cast<int>(mail.first),
+                                   .shift = (mail.second & kMailShift) != 0,
+                                   .repeated = (mail.second & kMailRepeated) != 0});
+  });
   AutoPlay auto_play({options.screenshot_dir, options.play}, desktop, view, session, program, Fail);
   const Termination termination([&] {
     // As the button "Close Program", which keeps the settings.

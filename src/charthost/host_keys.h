@@ -4,7 +4,7 @@ namespace velumar {
 
 // A key that went down. `letter` is an upper-case Latin letter, '\t' for Tab, '\x1b' for Escape and
 // 0 for every other key; modifier keys themselves don't count as keys.
-struct KeyStroke {
+struct ChartKey {
   char letter = 0;
   bool alt = false;
   bool control = false;
@@ -26,9 +26,9 @@ class HostKeys {
     HostAction action = HostAction::kNone;
   };
 
-  Answer Press(const KeyStroke& key);
+  Answer Press(const ChartKey& key);
   // What Press would answer, nothing changed.
-  Answer Peek(const KeyStroke& key) const;
+  Answer Peek(const ChartKey& key) const;
 
   // The menu whose keys act now.
   HostMenu Armed() const { return armed_; }

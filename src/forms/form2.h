@@ -23,10 +23,10 @@ class Form2 : public Form {
   TextBox txtRefresh{*this, {"txtRefresh", 2640, 120, 255, 150, "1", "", {.colour = kDarkBlue}}};
   PictureButton Image5{*this, {"Image5", 3000, 80, 1140, 195, "close", "Close & Return"}};
   PictureButton Image6{*this, {"Image6", 240, 645, 435, 390, "rewind", ""}};
-  PictureButton Image2{*this, {"Image2", 960, 645, 405, 360, "previous", "Previous"}};
-  PictureButton Image3{*this, {"Image3", 1680, 645, 390, 375, "play", "Play"}};
-  PictureButton Image4{*this, {"Image4", 2280, 645, 405, 375, "pause", "Pause"}};
-  PictureButton Image1{*this, {"Image1", 2880, 645, 390, 375, "next", "Next"}};
+  PictureButton Image2{*this, {"Image2", 960, 645, 405, 360, "previous", "Previous (Left)"}};
+  PictureButton Image3{*this, {"Image3", 1680, 645, 390, 375, "play", "Play (Space)"}};
+  PictureButton Image4{*this, {"Image4", 2280, 645, 405, 375, "pause", "Pause (Space)"}};
+  PictureButton Image1{*this, {"Image1", 2880, 645, 390, 375, "next", "Next (Right)"}};
   PictureButton Image7{*this, {"Image7", 3600, 645, 420, 405, "forward", ""}};
 };
 

@@ -21,9 +21,9 @@ class Form3 : public Form {
   Label Label1{
       *this,
       {"Label1", 240, 1080, 495, 255, " Long", "", {.colour = kBlue, .face = FontFace::kVerdana}}};
-  PictureButton imgLong{*this, {"imgLong", 840, 1080, 390, 375, "long", "Long"}};
+  PictureButton imgLong{*this, {"imgLong", 840, 1080, 390, 375, "long", "Long (L)"}};
   PictureButton imgOffsetLong{
-      *this, {"imgOffsetLong", 1320, 1080, 390, 375, "offset-long", "Offset Long"}};
+      *this, {"imgOffsetLong", 1320, 1080, 390, 375, "offset-long", "Offset Long (Shift+L)"}};
   Label Label2{*this,
                {"Label2",
                 240,
@@ -33,9 +33,9 @@ class Form3 : public Form {
                 " Short",
                 "",
                 {.colour = kLightRed, .face = FontFace::kVerdana}}};
-  PictureButton ImgShort{*this, {"ImgShort", 840, 1560, 390, 375, "short", "Short"}};
+  PictureButton ImgShort{*this, {"ImgShort", 840, 1560, 390, 375, "short", "Short (S)"}};
   PictureButton ImgOffsetShort{
-      *this, {"ImgOffsetShort", 1320, 1560, 390, 375, "offset-short", "Offset Short"}};
+      *this, {"ImgOffsetShort", 1320, 1560, 390, 375, "offset-short", "Offset Short (Shift+S)"}};
   TextBox txtContractVol{*this,
                          {"txtContractVol",
                           1920,

@@ -42,21 +42,25 @@ void HostControl::OpenHostChart(const std::function<bool()>& superseded) {
   if (superseded()) return;
   MaximizeHost();
   BringHostToFront();
+  ++opening_;
+  TypeChartOpen(superseded);
+  --opening_;
+  // The box of a dialog that never came lets clicks run.
+  if (superseded()) return;
+  BringHostToFront();
+  SetStatusLine(desktop_, "Ready to rock with [" + session_.Symbol + "] ....");
+}
+
+void HostControl::TypeChartOpen(const std::function<bool()>& superseded) {
   SetStatusLine(desktop_, "Wait for  close all chart  ....");
   BringHostToFront();
   Send(kCloseCharts);
   RefillStore();
   SetStatusLine(desktop_, "Open data for [" + session_.Symbol + "] ....");
   Send(kOpenDialog);
-  if (WaitForDialog()) {
-    Wait(0);
-    if (superseded()) return;
-    OpenChartInDialog();
-  }
-  // The box of a dialog that never came lets clicks run.
-  if (superseded()) return;
-  BringHostToFront();
-  SetStatusLine(desktop_, "Ready to rock with [" + session_.Symbol + "] ....");
+  if (!WaitForDialog()) return;
+  Wait(0);
+  if (!superseded()) OpenChartInDialog();
 }
 
 void HostControl::BlinkLoadingNotice() {

@@ -30,8 +30,11 @@ class HostControl : public ChartSide {
   void MaximizeHost() override;
   bool BringHostToFront() override;
   void RefreshCharts() override;
+  // From the first key of opening a chart to the last one.
+  bool OpeningChart() const { return opening_ > 0; }
 
  private:
+  void TypeChartOpen(const std::function<bool()>& superseded);
   void BlinkLoadingNotice();
   void StartHost(const std::function<bool()>& superseded);
   void RefillStore();
@@ -51,6 +54,7 @@ class HostControl : public ChartSide {
   RegInfo& registry_;
   StatusDisplay& status_;
   bool host_running_ = true;
+  int opening_ = 0;  // charts being opened: a second run may begin inside the first one's waits
   KeyOutcome worst_outcome_ = KeyOutcome::kTakenIn;  // of the refresh in hand
 };
 

@@ -13,8 +13,9 @@ namespace {
 constexpr std::string_view kOpacityKey = "ControlPannelTransparent";
 constexpr std::int16_t kAfterFastStepMs = 5;
 
-std::string FastStepTip(std::string_view word) {
-  return std::string(word) + std::to_string(BarStepper::kFastStep) + " Bars";
+std::string FastStepTip(std::string_view word, std::string_view key) {
+  return std::string(word) + std::to_string(BarStepper::kFastStep) + " Bars (" + std::string(key) +
+         ")";
 }
 
 }  // namespace
@@ -58,8 +59,8 @@ void NavigatorWindow::Load() {
   form.Image8.SetSize(form.Width(), form.Height());
   RoundWindow(form, kCornerWidth, kCornerHeight);
   LoadOpacity(form, form.HScrollx, platform_.settings, kOpacityKey);
-  form.Image6.SetToolTip(FastStepTip("Previous "));
-  form.Image7.SetToolTip(FastStepTip("Next "));
+  form.Image6.SetToolTip(FastStepTip("Previous ", "PageUp"));
+  form.Image7.SetToolTip(FastStepTip("Next ", "PageDown"));
   session_.NavTop = platform_.settings.Read("NavTop").value_or("0");
   session_.NavLeft = platform_.settings.Read("NavLeft").value_or("0");
   IgnoringErrors([this] { Place(); });

@@ -50,7 +50,8 @@ struct Program::Parts {
         navigator(session, desktop, platform, run),
         orders(session, desktop, platform, ledger, status),
         panel(session, desktop, platform, status, orders),
-        big(session, desktop, platform) {}
+        big(session, desktop, platform),
+        keys(desktop, [this] { return chart.OpeningChart(); }) {}
 
   TellingSettings settings;
   Platform platform;
@@ -64,6 +65,7 @@ struct Program::Parts {
   OrderDesk orders;
   TradePanel panel;
   BigDisplays big;
+  RunKeys keys;
 };
 
 Program::Program(SimSession& session, Desktop& desktop, const Platform& platform, IndexCache& cache,
@@ -79,6 +81,8 @@ Program::~Program() = default;
 void Program::Start() { desktop_.form1().Show(); }
 
 bool Program::Feeding() const { return parts_->run.Feeding(); }
+
+RunKeys& Program::Keys() { return parts_->keys; }
 
 OrderResult Program::LastOrder() const { return parts_->orders.LastResult(); }
 

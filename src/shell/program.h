@@ -7,6 +7,7 @@
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"
+#include "shell/run_keys.h"
 #include "trading/orders.h"
 
 namespace velumar {
@@ -23,6 +24,8 @@ class Program {
   void Start();
   // True while a feed loop is on that will feed another bar or look at the stop flag.
   bool Feeding() const;
+  // What the keyboard does in a run.
+  RunKeys& Keys();
   // How the last click on an order ended.
   OrderResult LastOrder() const;
 

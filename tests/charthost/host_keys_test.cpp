@@ -9,8 +9,8 @@ namespace velumar {
 namespace {
 
 // Keys in short: "%F" with Alt, "^\t" with Control, "+O" with Shift, in any mixture.
-KeyStroke Stroke(const std::string& text) {
-  KeyStroke key;
+ChartKey Stroke(const std::string& text) {
+  ChartKey key;
   for (const char c : text) {
     if (c == '%')
       key.alt = true;

@@ -97,4 +97,15 @@ void DesktopHand::Activate(const std::string& title) {
   Settle(300);
 }
 
+std::string DesktopHand::FrontTitle() {
+  std::string title;
+  FILE* const told = popen("xdotool getactivewindow getwindowname 2>/dev/null", "r");
+  if (told == nullptr) return title;
+  for (int c = std::fgetc(told); c != EOF && c != '\n'; c = std::fgetc(told)) {
+    title += static_cast<char>(c);
+  }
+  pclose(told);
+  return title;
+}
+
 }  // namespace velumar

@@ -38,6 +38,8 @@ class DesktopHand {
   void Press(const std::string& keys);
   void Type(const std::string& text);
   void Activate(const std::string& title);
+  // Of the window that has the focus.
+  std::string FrontTitle();
 
  private:
   xdo_t* xdo_;

@@ -1,11 +1,14 @@
 #include "charthost/view/key_filter.h"
 
+#include <QApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QWindow>
 
 #include "charthost/view/main_window.h"
 #include "charthost/view/open_dialog.h"
+#include "platform/mailbox.h"
+#include "platform/run_key.h"
 
 namespace velumar {
 namespace {
@@ -13,6 +16,8 @@ namespace {
 // Longer than a program takes between two keys, shorter than a person waits.
 constexpr int kMenuMilliseconds = 180;
 constexpr int kAbsenceMilliseconds = 1000;
+// For all the keys that open a chart, when somebody closes the dialog in their middle.
+constexpr int kBlindMilliseconds = 2500;
 
 bool IsModifier(const QKeyEvent& key) {
   switch (key.key()) {
@@ -34,7 +39,26 @@ char LetterOf(int key) {
   return key == Qt::Key_Escape ? '\x1b' : '\0';
 }
 
-KeyStroke StrokeOf(const QKeyEvent& key) {
+int RunKeyCode(int key) {
+  switch (key) {
+    case Qt::Key_Left:
+      return run_key::kLeft;
+    case Qt::Key_Right:
+      return run_key::kRight;
+    case Qt::Key_PageUp:
+      return run_key::kPageUp;
+    case Qt::Key_PageDown:
+      return run_key::kPageDown;
+    case Qt::Key_Space:
+    case Qt::Key_L:
+    case Qt::Key_S:
+      return key;
+    default:
+      return 0;
+  }
+}
+
+ChartKey StrokeOf(const QKeyEvent& key) {
   const Qt::KeyboardModifiers held = key.modifiers();
   return {LetterOf(key.key()), held.testFlag(Qt::AltModifier), held.testFlag(Qt::ControlModifier),
           held.testFlag(Qt::ShiftModifier), held.testFlag(Qt::MetaModifier)};
@@ -76,11 +100,13 @@ bool KeyFilter::TakesShortcut(QWindow* receiver, QKeyEvent* key) {
 }
 
 bool KeyFilter::TakesKey(QWindow* receiver, QKeyEvent* key) {
+  if (window_.FileDialog().isVisible()) blind_.setRemainingTime(kBlindMilliseconds);
   if (IsModifier(*key)) return Forward(receiver, key);
   const HostMenu armed = keys_.Armed();
   const HostKeys::Answer answer = keys_.Press(StrokeOf(*key));
   if (answer.action != HostAction::kNone) {
     menu_timer_.stop();
+    if (answer.action == HostAction::kOpen) blind_.setRemainingTime(kBlindMilliseconds);
     if (!key->isAutoRepeat()) window_.Act(answer.action);
     return true;
   }
@@ -94,7 +120,26 @@ bool KeyFilter::TakesKey(QWindow* receiver, QKeyEvent* key) {
     ShowArmedMenu();
     return false;
   }
-  return Forward(receiver, key);
+  return Forward(receiver, key) || HandOn(receiver, *key);
+}
+
+// Only what is typed to the charts themselves. Who opens a chart types blind: letters of a folder
+// or a symbol that come too late for the dialog must not deal.
+bool KeyFilter::HandOn(QWindow* receiver, const QKeyEvent& key) {
+  const bool to_charts = receiver == window_.windowHandle() && !window_.IsMenuShown() &&
+                         QApplication::activePopupWidget() == nullptr &&
+                         keys_.Armed() == HostMenu::kNone;
+  constexpr auto kOthers = ~(Qt::ShiftModifier | Qt::KeypadModifier);
+  if (!to_charts || !blind_.hasExpired() || (key.modifiers() & kOthers) != Qt::NoModifier) {
+    return false;
+  }
+  const RunKeyPress press{.code = RunKeyCode(key.key()),
+                          .shift = key.modifiers().testFlag(Qt::ShiftModifier),
+                          .repeated = key.isAutoRepeat()};
+  return IsRunKey(press) &&
+         PostMail(kRunKeyMailbox, {.first = static_cast<std::uint32_t>(press.code),
+                                   .second = (press.shift ? kMailShift : 0) |
+                                             (press.repeated ? kMailRepeated : 0)});
 }
 
 QWindow* KeyFilter::RightfulWindow(QWindow* receiver) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -14,7 +15,8 @@ class MainWindow;
 
 // Sees every key of the program first. It runs the keys that other programs send without waiting
 // for menus, and brings keys to the file dialog that were typed while it was still on its way to
-// the front, or to the main window while the dialog was on its way out.
+// the front, or to the main window while the dialog was on its way out. The keys of a run go to the
+// simulator that replays the chart, so that it doesn't matter which window is in front.
 class KeyFilter : public QObject {
   Q_OBJECT
 
@@ -30,6 +32,7 @@ class KeyFilter : public QObject {
   // The window that should get a key sent to `receiver`.
   QWindow* RightfulWindow(QWindow* receiver) const;
   bool Forward(QWindow* receiver, QKeyEvent* key);
+  bool HandOn(QWindow* receiver, const QKeyEvent& key);
   void ShowArmedMenu();
   void Disarm();
 
@@ -37,6 +40,7 @@ class KeyFilter : public QObject {
   HostKeys keys_;
   QTimer menu_timer_;
   bool forwarding_ = false;
+  QDeadlineTimer blind_;  // until then keys may be meant for a dialog that has gone
 };
 
 }  // namespace velumar

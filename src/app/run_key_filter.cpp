@@ -1,0 +1,83 @@
+#include "app/run_key_filter.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+#include "app/form_view.h"
+#include "app/key_codes.h"
+
+namespace velumar {
+
+namespace {
+
+bool IsTypedInto(const QWidget* widget) {
+  const auto* const line = qobject_cast<const QLineEdit*>(widget);
+  if (line != nullptr) return !line->isReadOnly();
+  return qobject_cast<const QAbstractSpinBox*>(widget) != nullptr;
+}
+
+// One of the small windows, and nothing in front of it.
+bool OverOurWindow() {
+  return QApplication::activePopupWidget() == nullptr &&
+         QApplication::activeModalWidget() == nullptr &&
+         dynamic_cast<FormView*>(QApplication::activeWindow()) != nullptr;
+}
+
+}  // namespace
+
+RunKeyFilter::RunKeyFilter(RunKeys& keys) : keys_(keys) { qApp->installEventFilter(this); }
+
+bool RunKeyFilter::eventFilter(QObject* receiver, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::FocusIn:
+      NoteFocus(receiver, static_cast<const QFocusEvent&>(*event));
+      return false;
+    case QEvent::KeyPress:
+      return receiver->isWindowType() && TakesPress(static_cast<const QKeyEvent&>(*event));
+    case QEvent::KeyRelease:
+      if (receiver->isWindowType()) LeaveBoxBehind(static_cast<const QKeyEvent&>(*event));
+      return false;
+    default:
+      return false;
+  }
+}
+
+// Another window or a popup in between doesn't change how a control was reached.
+void RunKeyFilter::NoteFocus(QObject* receiver, const QFocusEvent& focus) {
+  switch (focus.reason()) {
+    case Qt::TabFocusReason:
+    case Qt::BacktabFocusReason:
+      reached_by_tab_ = receiver;
+      break;
+    case Qt::ActiveWindowFocusReason:
+    case Qt::PopupFocusReason:
+      break;
+    default:
+      reached_by_tab_ = nullptr;
+  }
+}
+
+bool RunKeyFilter::TakesPress(const QKeyEvent& key) {
+  constexpr auto kOthers = ~(Qt::ShiftModifier | Qt::KeypadModifier);
+  if (!OverOurWindow() || (key.modifiers() & kOthers) != Qt::NoModifier) return false;
+  const QWidget* const focus = QApplication::focusWidget();
+  if (focus != nullptr && (IsTypedInto(focus) || focus == reached_by_tab_)) return false;
+  return keys_.Press({.code = VirtualKeyCode(key),
+                      .shift = key.modifiers().testFlag(Qt::ShiftModifier),
+                      .repeated = key.isAutoRepeat()});
+}
+
+// Behind the release, which the box itself still gets.
+void RunKeyFilter::LeaveBoxBehind(const QKeyEvent& key) {
+  const bool leaves =
+      key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_Escape;
+  QWidget* const focus = QApplication::focusWidget();
+  if (!leaves || !keys_.InRun() || !OverOurWindow() || !IsTypedInto(focus)) return;
+  QMetaObject::invokeMethod(
+      focus, [focus] { focus->clearFocus(); }, Qt::QueuedConnection);
+}
+
+}  // namespace velumar

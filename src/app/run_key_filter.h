@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include "shell/run_keys.h"
+
+class QFocusEvent;
+class QKeyEvent;
+
+namespace velumar {
+
+// Sees every key of the program first and gives those of a run to the run, whichever of our windows
+// has the focus. A box that is typed into keeps its keys until Enter or Escape leaves it; sliders,
+// lists and buttons keep theirs only when the keyboard has led there by Tab.
+class RunKeyFilter : public QObject {
+ public:
+  explicit RunKeyFilter(RunKeys& keys);
+
+ protected:
+  bool eventFilter(QObject* receiver, QEvent* event) override;
+
+ private:
+  bool TakesPress(const QKeyEvent& key);
+  void LeaveBoxBehind(const QKeyEvent& key);
+  void NoteFocus(QObject* receiver, const QFocusEvent& focus);
+
+  RunKeys& keys_;
+  QPointer<QObject> reached_by_tab_;
+};
+
+}  // namespace velumar

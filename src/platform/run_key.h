@@ -1,0 +1,43 @@
+#pragma once
+
+namespace velumar {
+
+// A key that deals or steps in a run, by its virtual key code: letters, digits and the blank are
+// their own character in upper case.
+struct RunKeyPress {
+  int code = 0;
+  bool shift = false;
+  bool repeated = false;  // by the keyboard, while it is held down
+};
+
+namespace run_key {
+
+inline constexpr int kSpace = 32;
+inline constexpr int kPageUp = 33;
+inline constexpr int kPageDown = 34;
+inline constexpr int kLeft = 37;
+inline constexpr int kRight = 39;
+inline constexpr int kLong = 'L';
+inline constexpr int kShort = 'S';
+
+}  // namespace run_key
+
+// Whether the key means anything in a run. Steps are taken without Shift, which is left to who
+// moves or selects with it.
+constexpr bool IsRunKey(const RunKeyPress& press) {
+  switch (press.code) {
+    case run_key::kLong:
+    case run_key::kShort:
+      return true;
+    case run_key::kSpace:
+    case run_key::kPageUp:
+    case run_key::kPageDown:
+    case run_key::kLeft:
+    case run_key::kRight:
+      return !press.shift;
+    default:
+      return false;
+  }
+}
+
+}  // namespace velumar

@@ -1,0 +1,52 @@
+#include "shell/run_keys.h"
+
+#include <utility>
+
+namespace velumar {
+
+namespace {
+
+bool Steps(int code) {
+  return code == run_key::kLeft || code == run_key::kRight || code == run_key::kPageUp ||
+         code == run_key::kPageDown;
+}
+
+}  // namespace
+
+bool RunKeys::InRun() const { return desktop_.Untouched().form2.Visible(); }
+
+PictureButton* RunKeys::ButtonOf(const RunKeyPress& press) const {
+  const Desktop::Windows windows = desktop_.Untouched();
+  Form2& navigator = windows.form2;
+  Form3& panel = windows.form3;
+  switch (press.code) {
+    case run_key::kSpace:
+      return navigator.Image4.Reachable() ? &navigator.Image4 : &navigator.Image3;
+    case run_key::kLeft:
+      return &navigator.Image2;
+    case run_key::kRight:
+      return &navigator.Image1;
+    case run_key::kPageUp:
+      return &navigator.Image6;
+    case run_key::kPageDown:
+      return &navigator.Image7;
+    case run_key::kLong:
+      return press.shift ? &panel.imgOffsetLong : &panel.imgLong;
+    default:
+      return press.shift ? &panel.ImgOffsetShort : &panel.ImgShort;
+  }
+}
+
+bool RunKeys::Press(const RunKeyPress& press) {
+  if (!IsRunKey(press) || !InRun()) return false;
+  // A held key goes on stepping, but no faster than the chart follows; an order is one press.
+  if (press.repeated && (!Steps(press.code) || stepping_)) return true;
+  const bool before = std::exchange(stepping_, stepping_ || Steps(press.code));
+  ButtonOf(press)->UserClick();
+  stepping_ = before;
+  return true;
+}
+
+bool RunKeys::PressFromChart(const RunKeyPress& press) { return !chart_opening_() && Press(press); }
+
+}  // namespace velumar

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+
+#include "forms/desktop.h"
+#include "platform/run_key.h"
+
+namespace velumar {
+
+// The keys of a run: Space plays and pauses, Left and Right step, PageUp and PageDown step 30 bars,
+// L and S order Long and Short, with Shift they offset. A key clicks the button that stands for it,
+// so what can't be clicked can't be typed either.
+class RunKeys {
+ public:
+  // `chart_opening`: the chart program is being typed into, and may hand such keys back.
+  RunKeys(Desktop& desktop, std::function<bool()> chart_opening)
+      : desktop_(desktop), chart_opening_(std::move(chart_opening)) {}
+
+  // Keys mean something from the start of a run until the way back to the setup.
+  bool InRun() const;
+  // A key typed to one of our windows. False for one that means nothing here.
+  bool Press(const RunKeyPress& press);
+  // The same, typed to the chart and handed on.
+  bool PressFromChart(const RunKeyPress& press);
+
+ private:
+  PictureButton* ButtonOf(const RunKeyPress& press) const;
+
+  Desktop& desktop_;
+  std::function<bool()> chart_opening_;
+  bool stepping_ = false;  // a step by key is on its way
+};
+
+}  // namespace velumar

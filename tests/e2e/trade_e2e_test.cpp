@@ -1,0 +1,87 @@
+#include <cmath>
+
+#include "e2e/trader_fixture.h"
+#include "ledger/ledger.h"
+
+namespace velumar {
+namespace {
+
+// Deals with the mouse, with the keys of the panel and with keys typed to the chart; then what lies
+// in the ledger is held against what was done.
+class TradeE2e : public TraderFixture {
+ protected:
+  std::vector<std::vector<LedgerValue>> Rows() {
+    const std::string folder = std::filesystem::path(VELUMAR_PROGRAM).parent_path().string();
+    LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
+    try {
+      LedgerOpenToRead(ledger, folder + "/Portfolio.mdb");
+      return LedgerQuery(ledger,
+                         "select Symbol, Position, MarketPrice, LAccum, SAccum, ActDate From "
+                         "MyPortfolio order by rowid asc")
+          .rows;
+    } catch (const LedgerError&) {
+      return {};
+    }
+  }
+  bool RowsAre(std::size_t count) {
+    return Eventually([&] { return Rows().size() == count; }, 10);
+  }
+  std::string Front() { return hand.FrontTitle(); }
+};
+
+TEST_F(TradeE2e, MouseAndKeysDealAndTheLedgerKeepsIt) {
+  ClickOn(setup, setup.Image3);
+  ASSERT_TRUE(Eventually([&] { return ChartBars() >= kStartBar + 1; }, 60)) << "the chart opens";
+  ClickOn(panel, panel.imgGraph);  // a hidden button takes no click
+  hand.Activate("Velumar");
+  hand.Press("space");
+  Sleep(4000);  // the bar that still comes
+  const int paused = StoreBars();
+  EXPECT_EQ(Rows().size(), 0U);
+
+  // The quantity keeps the letters that are typed into it; Enter leaves the box.
+  ClickOn(panel, panel.txtContractVol);
+  hand.Press("ctrl+a");
+  hand.Type("2");
+  hand.Press("Return");
+  Sleep(300);
+  ClickOn(panel, panel.imgLong);
+  ASSERT_TRUE(RowsAre(1)) << "long by the mouse";
+  hand.Press("Right");
+  EXPECT_TRUE(Eventually([&] { return StandsOn(paused + 1); })) << "a step by key";
+  Sleep(500);
+  hand.Press("shift+l");
+  ASSERT_TRUE(RowsAre(2)) << "offset by key";
+  EXPECT_EQ(StoreBars(), paused + 1);
+
+  hand.Activate("MetaStock");
+  hand.Press("s");
+  ASSERT_TRUE(RowsAre(3)) << "short by a key typed to the chart";
+  EXPECT_EQ(Front().rfind("MetaStock", 0), 0U) << "an order leaves the chart in front: " << Front();
+  hand.Press("Next");
+  EXPECT_TRUE(Eventually([&] { return StandsOn(paused + 31); })) << "30 bars from the chart";
+  Sleep(500);
+  hand.Activate("MetaStock");
+  hand.Press("shift+s");
+  ASSERT_TRUE(RowsAre(4));
+
+  hand.Press("space");
+  EXPECT_TRUE(Eventually([&] { return StoreBars() >= paused + 33; })) << "plays";
+  hand.Press("space");
+  Sleep(4000);
+  const int end = StoreBars();
+  Sleep(2500);
+  EXPECT_EQ(StoreBars(), end) << "paused again";
+
+  // Play emptied the table, as each start of the feed does; the archive has the four.
+  ClickOn(panel, panel.ImgShort);
+  ASSERT_TRUE(RowsAre(1));
+  const auto row = Rows().front();
+  EXPECT_EQ(std::get<std::string>(row[0]), "ABC");
+  EXPECT_EQ(std::get<std::string>(row[1]), "Short");
+  EXPECT_NEAR(std::get<double>(row[2]), MadeBar(end - 1, 0).close, 0.005);
+  EXPECT_EQ(std::get<double>(row[4]), 2);
+}
+
+}  // namespace
+}  // namespace velumar
