@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,6 +27,9 @@ struct BackEnds {
   // Sentences for the user about what couldn't be read or written.
   std::vector<std::string> problems;
 };
+
+// Where settings and registry lie: as the options name it, or the user's own.
+QString SettingsFolder(const Options& options);
 
 // `program_folder` has no separator at its end. Throws std::runtime_error where the window system
 // can't be reached.

@@ -39,6 +39,10 @@ void RegisterChartProgram(Registry& registry, const std::string& program_folder,
 
 }  // namespace
 
+QString SettingsFolder(const Options& options) {
+  return QString::fromStdString(PathText(UserFileIn(options, "settings").parent_path()));
+}
+
 BackEnds SystemBackEnds(const Options& options, const std::string& program_folder) {
   auto settings = std::make_unique<FileSettings>(UserFileIn(options, "settings"));
   auto registry = std::make_unique<FileRegistry>(UserFileIn(options, "registry"));

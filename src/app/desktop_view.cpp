@@ -19,6 +19,12 @@ FormView* DesktopView::Find(const Form& form) const {
   return found == views_.end() ? nullptr : found->second;
 }
 
+void DesktopView::Raise() {
+  for (const auto& [form, view] : views_) {
+    if (form->Visible()) view->raise();
+  }
+}
+
 void DesktopView::FormLoaded(Form& form) { views_[&form] = new FormView(form, look_, report_); }
 
 void DesktopView::FormUnloaded(Form& form) {

@@ -19,6 +19,9 @@ class DesktopView : public FormListener {
   // Null while the window is unloaded.
   FormView* Find(const Form& form) const;
 
+  // Brings all shown windows above those of other programs.
+  void Raise();
+
   void FormLoaded(Form& form) override;
   void FormUnloaded(Form& form) override;
   void FormChanged(Form& form) override;

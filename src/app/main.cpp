@@ -21,6 +21,7 @@
 #include "app/qt_message_boxes.h"
 #include "app/qt_screen.h"
 #include "app/run_key_filter.h"
+#include "app/single_instance.h"
 #include "app/termination.h"
 #include "app/unattended.h"
 #include "base/dates.h"
@@ -71,7 +72,7 @@ void ShowProblems(MessageBoxes& boxes, const std::vector<std::string>& problems)
   std::quick_exit(kFailure);
 }
 
-int Run(QApplication& application, const Options& options) {
+int Run(QApplication& application, const Options& options, SingleInstance& instance) {
   const std::string program_folder = QApplication::applicationDirPath().toStdString();
   BackEnds ends = SystemBackEnds(options, program_folder);
   QtEventLoop events;
@@ -116,6 +117,11 @@ int Run(QApplication& application, const Options& options) {
                                    .shift = (mail.second & kMailShift) != 0,
                                    .repeated = (mail.second & kMailRepeated) != 0});
   });
+  instance.Listen([&] {
+    program.ShowAgain();
+    view.Raise();
+    ends.chart_windows->BringToFront("Velumar");
+  });
   AutoPlay auto_play({options.screenshot_dir, options.play}, desktop, view, session, program, Fail);
   const Termination termination([&] {
     // As the button "Close Program", which keeps the settings.
@@ -152,7 +158,13 @@ int Main(int argument_count, char** arguments) {
   // Windows come and go; the program ends by its own buttons.
   QApplication::setQuitOnLastWindowClosed(false);
   const std::optional<Options> options = UsableOptions();
-  return options ? Run(application, *options) : kBadArguments;
+  if (!options) return kBadArguments;
+  SingleInstance instance(SettingsFolder(*options));
+  if (instance.First()) return Run(application, *options, instance);
+  if (instance.CallOther()) return EXIT_SUCCESS;
+  std::cerr << "velumar: another Velumar uses the settings in "
+            << SettingsFolder(*options).toStdString() << ", on another display" << std::endl;
+  return kFailure;
 }
 
 }  // namespace

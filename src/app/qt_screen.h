@@ -9,6 +9,7 @@ class QtScreen : public Screen {
  public:
   float WidthTwips() const override;
   float HeightTwips() const override;
+  bool Shows(float left, float top, float width, float height) const override;
 };
 
 }  // namespace velumar

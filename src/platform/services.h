@@ -37,6 +37,8 @@ class Screen {
   virtual ~Screen() = default;
   virtual float WidthTwips() const = 0;
   virtual float HeightTwips() const = 0;
+  // Whether any screen shows enough of a window there for a hand to take it. Twips.
+  virtual bool Shows(float left, float top, float width, float height) const = 0;
 };
 
 class LocaleInfo {

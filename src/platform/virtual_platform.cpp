@@ -20,6 +20,10 @@ std::vector<WindowId> RecordingChart::TopLevelWindows() {
 
 std::string RecordingChart::WindowTitle(WindowId) { return std::string(kChartTitle); }
 
+bool FixedScreen::Shows(float left, float top, float window_width, float window_height) const {
+  return left < width && top < height && left + window_width > 0 && top + window_height > 0;
+}
+
 bool RecordingChart::BringToFront(std::string_view title) {
   const bool there = title == kOwnTitle || (title == kChartTitle && running);
   if (there) front = title;

@@ -90,6 +90,7 @@ class FixedScreen : public Screen {
  public:
   float WidthTwips() const override { return width; }
   float HeightTwips() const override { return height; }
+  bool Shows(float left, float top, float window_width, float window_height) const override;
   float width = 15360;
   float height = 11520;
 };

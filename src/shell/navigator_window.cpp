@@ -68,7 +68,7 @@ void NavigatorWindow::Load() {
 
 void NavigatorWindow::Place() {
   Form2& form = Window();
-  if (session_.NavTop != "0") {
+  if (KnowsPlace(session_.NavTop, session_.NavLeft, form, platform_.screen)) {
     form.SetTop(PlaceFromText(session_.NavTop));
     form.SetLeft(PlaceFromText(session_.NavLeft));
     return;

@@ -82,6 +82,13 @@ void Program::Start() { desktop_.form1().Show(); }
 
 bool Program::Feeding() const { return parts_->run.Feeding(); }
 
+void Program::ShowAgain() {
+  constexpr int kSeen = 250;
+  const Desktop::Windows windows = desktop_.Untouched();
+  if (windows.form2.Loaded()) windows.form2.HScrollx.SetValue(kSeen);
+  if (windows.form3.Loaded()) windows.form3.HScrollx.SetValue(kSeen);
+}
+
 RunKeys& Program::Keys() { return parts_->keys; }
 
 OrderResult Program::LastOrder() const { return parts_->orders.LastResult(); }

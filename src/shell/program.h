@@ -24,6 +24,8 @@ class Program {
   void Start();
   // True while a feed loop is on that will feed another bar or look at the stop flag.
   bool Feeding() const;
+  // The program was started once more: windows that were made invisible can be seen again.
+  void ShowAgain();
   // What the keyboard does in a run.
   RunKeys& Keys();
   // How the last click on an order ended.

@@ -125,7 +125,7 @@ void SetupWindow::ReadSettings() {
 
 void SetupWindow::PlaceWindows() {
   Form1& form = Window();
-  if (session_.SetupTop != "0") {
+  if (KnowsPlace(session_.SetupTop, session_.SetupLeft, form, platform_.screen)) {
     form.SetTop(PlaceFromText(session_.SetupTop));
     form.SetLeft(PlaceFromText(session_.SetupLeft));
     // Its load takes its first place where none is kept.

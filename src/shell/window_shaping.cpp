@@ -57,6 +57,28 @@ std::int16_t PlaceFromText(std::string_view text) {
   return *far < 0 ? INT16_MIN : INT16_MAX;
 }
 
+namespace {
+
+// Throws std::invalid_argument for a text that is no number.
+void BringIntoMeasure(std::string& place, float size, std::int16_t measure) {
+  const std::optional<double> wanted = ToDouble(place);
+  if (!wanted) throw std::invalid_argument("no place");
+  if (*wanted > INT16_MAX) place = PlaceText(static_cast<float>(measure) - size);
+}
+
+}  // namespace
+
+bool KnowsPlace(std::string& top, std::string& left, const Form& window, const Screen& screen) {
+  if (top == "0") return false;
+  try {
+    BringIntoMeasure(top, window.Height(), ScreenHeight(screen));
+    BringIntoMeasure(left, window.Width(), ScreenWidth(screen));
+    return screen.Shows(PlaceFromText(left), PlaceFromText(top), window.Width(), window.Height());
+  } catch (const std::invalid_argument&) {
+    return false;
+  }
+}
+
 std::string PlaceText(float place) { return PlainNumberText(place); }
 
 void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoop& events,

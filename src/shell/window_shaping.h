@@ -30,6 +30,10 @@ void ReleaseImage(Control& image);
 std::int16_t ScreenWidth(const Screen& screen);
 std::int16_t ScreenHeight(const Screen& screen);
 
+// Whether the two texts of a kept place are a place of the window that a screen shows. A place
+// beyond what 16 bits hold is first brought to the largest that shows the window whole.
+bool KnowsPlace(std::string& top, std::string& left, const Form& window, const Screen& screen);
+
 // A kept place as 16-bit twips; one beyond them counts as the outermost that they hold. Throws
 // std::invalid_argument for a text that is no number.
 std::int16_t PlaceFromText(std::string_view text);

@@ -69,5 +69,14 @@ TEST_F(RunE2e, ATraderPlaysStepsPausesOpensASecondChartAndReturns) {
   EXPECT_NE(settings.Read("NavTop"), std::nullopt);
 }
 
+TEST_F(RunE2e, AnotherStartBringsTheRunningOneToTheFront) {
+  RunningProgram another(scratch.Path(), scratch.Sub("another"));
+  ASSERT_TRUE(Eventually([&] { return another.Ended(); }, 10));
+  EXPECT_EQ(another.ExitCode(), 0);
+  EXPECT_TRUE(hand.Find("Velumar1.0", 4290, 2865).has_value());
+  EXPECT_TRUE(Eventually([&] { return hand.FrontTitle().rfind("Velumar", 0) == 0; }));
+  EXPECT_FALSE(program->Ended());
+}
+
 }  // namespace
 }  // namespace velumar

@@ -56,5 +56,34 @@ TEST_F(ShapingTest, APressedImageSinksByAPixelAndComesBack) {
   EXPECT_EQ(form.Image3.Left(), 1680);
 }
 
+TEST_F(ShapingTest, AKeptPlaceMustBeSeen) {
+  const struct {
+    const char* top;
+    const char* left;
+    bool known;
+    const char* top_then;
+    const char* left_then;
+  } cases[] = {
+      {"8155", "11020", true, "8155", "11020"},
+      {"8155.5", "-200", true, "8155.5", "-200"},
+      {"0", "500", false, "0", "500"},
+      {"11600", "500", false, "11600", "500"},  // below the screen
+      {"100", "15400", false, "100", "15400"},  // beside it
+      {"-1200", "500", false, "-1200", "500"},  // above it
+      {"40000", "500", true, "10365", "500"},   // beyond 16 bits: the lowest that shows it whole
+      {"300", "1E+09", true, "300", "11145"},
+      {"-99999", "500", false, "-99999", "500"},
+      {"left", "500", false, "left", "500"},
+      {"100", "", false, "100", ""},
+  };
+  for (const auto& c : cases) {
+    std::string top = c.top;
+    std::string left = c.left;
+    EXPECT_EQ(KnowsPlace(top, left, form, outside.screen), c.known) << c.top << ", " << c.left;
+    EXPECT_EQ(top, c.top_then);
+    EXPECT_EQ(left, c.left_then);
+  }
+}
+
 }  // namespace
 }  // namespace velumar
