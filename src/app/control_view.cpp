@@ -59,6 +59,8 @@ ControlView* MakeControlView(FormCanvas& canvas, QWidget& window, Control& contr
       return new DatePickerView(canvas, window, static_cast<DatePicker&>(control));
     case ControlKind::kSlider:
       return new SliderView(canvas, window, static_cast<Slider&>(control));
+    case ControlKind::kProgressLine:
+      return new ProgressLineView(canvas, window, static_cast<ProgressLine&>(control));
     case ControlKind::kCheckBox:
       return new CheckBoxView(canvas, window, static_cast<CheckBox&>(control));
   }

@@ -1,5 +1,6 @@
 #include "app/small_views.h"
 
+#include <QPainter>
 #include <QSignalBlocker>
 
 #include "app/text_fit.h"
@@ -43,6 +44,29 @@ void SliderView::Update() {
   if (slider_.Value() == value()) return;
   const QSignalBlocker quiet(this);
   setValue(slider_.Value());
+}
+
+ProgressLineView::ProgressLineView(FormCanvas& canvas, QWidget& window, ProgressLine& line)
+    : QWidget(&window), canvas_(canvas), line_(line) {}
+
+void ProgressLineView::Update() {
+  ApplyCommon(*this, line_);
+  setAccessibleName(line_.ToolTip().empty() ? QStringLiteral("Progress of the run")
+                                            : ToQString(line_.ToolTip()));
+  update();
+}
+
+void ProgressLineView::paintEvent(QPaintEvent*) {
+  if (line_.ToolTip().empty()) return;  // no run yet
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  const double radius = height() / 2.0;
+  painter.setBrush(canvas_.Look().theme.border);
+  painter.drawRoundedRect(rect(), radius, radius);
+  painter.setBrush(canvas_.Look().theme.accent);
+  painter.drawRoundedRect(QRectF(0, 0, width() * double{line_.Fraction()}, height()), radius,
+                          radius);
 }
 
 CheckBoxView::CheckBoxView(FormCanvas& canvas, QWidget& window, CheckBox& box)

@@ -30,6 +30,21 @@ class SliderView : public QSlider, public ControlView {
   Slider& slider_;
 };
 
+// A press on it goes through to the window.
+class ProgressLineView : public QWidget, public ControlView {
+ public:
+  ProgressLineView(FormCanvas& canvas, QWidget& window, ProgressLine& line);
+  QWidget& Widget() override { return *this; }
+  void Update() override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  FormCanvas& canvas_;
+  ProgressLine& line_;
+};
+
 class CheckBoxView : public QCheckBox, public ControlView {
  public:
   CheckBoxView(FormCanvas& canvas, QWidget& window, CheckBox& box);

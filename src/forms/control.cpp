@@ -228,6 +228,17 @@ void Slider::UserMove(int value) {
   if (Reachable()) SetValue(std::clamp(value, range_.low, range_.high));
 }
 
+void ProgressLine::Reset() {
+  fraction_ = 0;
+  Control::Reset();
+}
+
+void ProgressLine::SetFraction(float fraction) {
+  if (fraction == fraction_) return;
+  fraction_ = fraction;
+  Changed();
+}
+
 void CheckBox::Reset() {
   Control::Reset();
   checked_ = false;

@@ -59,7 +59,8 @@ enum class ControlKind : std::uint8_t {
   kComboBox,
   kDatePicker,
   kSlider,
-  kCheckBox
+  kCheckBox,
+  kProgressLine
 };
 
 // What one control holds as far as the logic uses it. Setting a property from the logic fires the
@@ -240,6 +241,20 @@ class Slider : public Control {
   Range range_;
   int start_value_;
   int value_;
+};
+
+// A thin line that fills from the left as something goes on.
+class ProgressLine : public Control {
+ public:
+  ProgressLine(Form& form, const ControlSpec& spec)
+      : Control(form, ControlKind::kProgressLine, spec) {}
+  void Reset() override;
+  // 0 to 1.
+  float Fraction() const { return fraction_; }
+  void SetFraction(float fraction);
+
+ private:
+  float fraction_ = 0;
 };
 
 class CheckBox : public Control {

@@ -28,6 +28,8 @@ class Form2 : public Form {
   PictureButton Image4{*this, {"Image4", 2280, 645, 405, 375, "pause", "Pause (Space)"}};
   PictureButton Image1{*this, {"Image1", 2880, 645, 390, 375, "next", "Next (Right)"}};
   PictureButton Image7{*this, {"Image7", 3600, 645, 420, 405, "forward", ""}};
+  // Bars done of all bars to come, along the lower edge.
+  ProgressLine Progress{*this, {"Progress", 180, 1095, 3855, 45}};
 };
 
 }  // namespace velumar

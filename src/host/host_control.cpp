@@ -10,6 +10,7 @@
 #include "marketdata/index_dates.h"
 #include "platform/key_notation.h"
 #include "platform/waiting.h"
+#include "session/run_progress.h"
 #include "session/status_line.h"
 #include "trading/position_book.h"
 
@@ -155,12 +156,15 @@ void HostControl::RefreshCharts() {
   BringHostToFront();
   IgnoringErrors([&] { RefreshEachChart(); });
   desktop_.form2().txtRefresh.SetEnabled(true);
-  session_.ChartWarning = Warning();
+  const Trouble trouble = TroubleWithHost();
+  session_.ChartWarning = trouble.warning;
+  desktop_.form2().Label6.SetToolTip(trouble.advice);
   if (session_.HasBar(session_.BarIndex)) {
     SetStatusLine(desktop_, BarLine(session_, platform_.locale));
   }
   RevaluePositions(session_);
   status_.ShowStatus();
+  ShowRunProgress(desktop_, session_, MillisecondsPerBar());
   IgnoringErrors([&] { platform_.chart_windows.BringToFront(kOwnTitle); });
 }
 
@@ -180,6 +184,11 @@ void HostControl::RefreshEachChart() {
   }
 }
 
+int HostControl::MillisecondsPerBar() const {
+  return session_.RefreshDelay +
+         std::max(ChartCount(), 1) * (kBeforeRefreshMs + kBeforeNextChartMs);
+}
+
 int HostControl::ChartCount() const {
   return ToInt16(desktop_.form2().txtRefresh.Text()).value_or(0);
 }
@@ -192,12 +201,24 @@ void HostControl::SendEach(std::initializer_list<std::string_view> keys) {
   for (const std::string_view key : keys) Send(key);
 }
 
-std::string HostControl::Warning() const {
-  if (!host_running_) return "Chart program not running! ";
-  if (worst_outcome_ == KeyOutcome::kHeldBack)
-    return "Keys held back: bring the chart to the front! ";
-  if (worst_outcome_ == KeyOutcome::kNotAnswered) return "Chart program doesn't answer! ";
-  return "";
+HostControl::Trouble HostControl::TroubleWithHost() const {
+  if (!host_running_) {
+    return {"Chart program not running! ",
+            "Start the chart program and open the chart, or go back and press Start. The next "
+            "refresh finds it."};
+  }
+  if (worst_outcome_ == KeyOutcome::kHeldBack) {
+    return {
+        "Keys held back: bring the chart to the front! ",
+        "Another window is in front of the chart, or the chart is in another workspace. Nothing "
+        "is ever typed into other programs."};
+  }
+  if (worst_outcome_ == KeyOutcome::kNotAnswered) {
+    return {"Chart program doesn't answer! ",
+            "The chart program is busy or hangs. The run goes on, and the next refresh tries "
+            "again."};
+  }
+  return {};
 }
 
 void HostControl::Wait(std::int16_t milliseconds) {

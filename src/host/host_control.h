@@ -34,6 +34,12 @@ class HostControl : public ChartSide {
   bool OpeningChart() const { return opening_ > 0; }
 
  private:
+  // What the status line says in front of the bar, and its tooltip about what to do.
+  struct Trouble {
+    std::string warning;
+    std::string advice;
+  };
+
   void TypeChartOpen(const std::function<bool()>& superseded);
   void BlinkLoadingNotice();
   void StartHost(const std::function<bool()>& superseded);
@@ -44,8 +50,9 @@ class HostControl : public ChartSide {
   void Send(std::string_view keys);
   void SendEach(std::initializer_list<std::string_view> keys);
   void RefreshEachChart();
+  int MillisecondsPerBar() const;
   int ChartCount() const;
-  std::string Warning() const;
+  Trouble TroubleWithHost() const;
   void Wait(std::int16_t milliseconds);
 
   SimSession& session_;

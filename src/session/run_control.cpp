@@ -101,6 +101,7 @@ void RunControl::LoadSeries() {
   session_.BarIndex = loader_.LoadBars(session_.Symbol, session_.SimDir);
   if (session_.BarIndex == -1) session_.BarIndex = 0;
   session_.LastBarIndex = loader_.LoadBars(session_.Symbol, session_.DataDir);
+  session_.FirstShownBar = session_.BarIndex;
   session_.NewestShownBar = session_.BarIndex;
   ledger_.NoteSeries();
   if (!session_.HasBar(session_.BarIndex)) return;

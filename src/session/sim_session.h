@@ -64,6 +64,7 @@ struct SimSession : Book {
   // Replay cursor and run.
   std::int16_t BarIndex = 0;        // newest bar of the store; -1: none
   std::int16_t LastBarIndex = 0;    // last index of the full series
+  std::int16_t FirstShownBar = 0;   // where this run began
   std::int16_t NewestShownBar = 0;  // the newest bar that this run's chart has shown so far
   std::string StartDate;
   std::string StartTime;

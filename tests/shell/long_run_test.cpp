@@ -41,13 +41,13 @@ TEST(LongRun, MemoryAndFilesStayFlatAndEveryClickIsServed) {
     if (bar == kWarmUp) warm = UseNow();
     if (bar % 8 != 0) return;
     ++clicks;
-    all.At(1 + bar % 400, [&all, &served, bar] {
+    all.At(1 + bar % 900, [&all, &served, bar] {
       (bar % 16 == 0 ? all.Panel().imgLong : all.Panel().imgOffsetLong).UserClick();
       if (all.program.LastOrder() == OrderResult::kDone) ++served;
     });
   });
   all.program.Start();
-  all.Panel().Combo2.UserType("1");
+  all.Panel().Combo2.SetText("1");
   all.Setup().DTPicker1.UserPick(MadeDate(16));
   all.Setup().Image3.UserClick();
   EXPECT_EQ(all.session.BarIndex, kBars - 1);

@@ -80,6 +80,25 @@ TEST_F(RunTest, TheFourStepsByHand) {
   }
 }
 
+TEST_F(RunTest, TheProgressLineTellsHowFarTheRunIs) {
+  InPauseOf(99, [this] { all->Navigator().Image4.UserClick(); });
+  all->program.Start();
+  all->Panel().Combo2.SetText("10");
+  all->Setup().DTPicker1.UserPick(MadeDate(60));
+  all->Setup().Image3.UserClick();
+  const ProgressLine& line = all->Navigator().Progress;
+  ASSERT_EQ(all->session.BarIndex, 100);
+  EXPECT_FLOAT_EQ(line.Fraction(), 41.0F / 140);
+  EXPECT_EQ(line.ToolTip(), "41 of 140 bars, about 17 min left");  // 99 bars of 10.51 s
+  all->Navigator().Image6.UserClick();
+  all->Navigator().Image6.UserClick();
+  EXPECT_EQ(line.Fraction(), 0) << "behind the start";
+  all->session.BarIndex = 198;
+  all->Navigator().Image1.UserClick();
+  EXPECT_EQ(line.ToolTip(), "140 of 140 bars");
+  EXPECT_EQ(line.Fraction(), 1);
+}
+
 TEST_F(RunTest, PlayInsideTheStoppedLoopsPauseEndsTheOldLoop) {
   InPauseOf(100, [this] {
     all->outside.events.SetOnPending(nullptr);
