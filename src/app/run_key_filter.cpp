@@ -13,11 +13,14 @@ namespace velumar {
 
 namespace {
 
-bool IsTypedInto(const QWidget* widget) {
-  const auto* const line = qobject_cast<const QLineEdit*>(widget);
-  if (line != nullptr) return !line->isReadOnly();
+bool TakesText(const QWidget* widget) {
+  if (const auto* const line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
+  if (const auto* const list = qobject_cast<const QComboBox*>(widget)) return list->isEditable();
   return qobject_cast<const QAbstractSpinBox*>(widget) != nullptr;
 }
+
+// The line of a list gives the focus to the list itself.
+QComboBox* ListOf(QObject* line) { return qobject_cast<QComboBox*>(line->parent()); }
 
 // One of the small windows, and nothing in front of it.
 bool OverOurWindow() {
@@ -33,7 +36,11 @@ RunKeyFilter::RunKeyFilter(RunKeys& keys) : keys_(keys) { qApp->installEventFilt
 bool RunKeyFilter::eventFilter(QObject* receiver, QEvent* event) {
   switch (event->type()) {
     case QEvent::FocusIn:
-      NoteFocus(receiver, static_cast<const QFocusEvent&>(*event));
+      // A widget passes the event on to its style.
+      if (receiver->isWidgetType()) NoteFocus(receiver, static_cast<const QFocusEvent&>(*event));
+      return false;
+    case QEvent::MouseButtonPress:
+      NoteMouse(receiver);
       return false;
     case QEvent::KeyPress:
       return receiver->isWindowType() && TakesPress(static_cast<const QKeyEvent&>(*event));
@@ -60,14 +67,28 @@ void RunKeyFilter::NoteFocus(QObject* receiver, const QFocusEvent& focus) {
   }
 }
 
+// A press on the line of a list wants to type there, one on its arrow wants to choose.
+void RunKeyFilter::NoteMouse(QObject* receiver) {
+  if (qobject_cast<QLineEdit*>(receiver) != nullptr) typed_list_ = ListOf(receiver);
+  if (qobject_cast<QComboBox*>(receiver) != nullptr) typed_list_ = nullptr;
+}
+
+// After a choice from a list the list has the focus, but nobody types into it.
+bool RunKeyFilter::IsTypedInto(const QWidget* widget) const {
+  return TakesText(widget) &&
+         (qobject_cast<const QComboBox*>(widget) == nullptr || typed_list_ == widget);
+}
+
 bool RunKeyFilter::TakesPress(const QKeyEvent& key) {
   constexpr auto kOthers = ~(Qt::ShiftModifier | Qt::KeypadModifier);
   if (!OverOurWindow() || (key.modifiers() & kOthers) != Qt::NoModifier) return false;
-  const QWidget* const focus = QApplication::focusWidget();
+  const RunKeyPress press{.code = VirtualKeyCode(key),
+                          .shift = key.modifiers().testFlag(Qt::ShiftModifier),
+                          .repeated = key.isAutoRepeat()};
+  QWidget* const focus = QApplication::focusWidget();
+  if (!IsRunKey(press) && !key.text().isEmpty() && TakesText(focus)) typed_list_ = focus;
   if (focus != nullptr && (IsTypedInto(focus) || focus == reached_by_tab_)) return false;
-  return keys_.Press({.code = VirtualKeyCode(key),
-                      .shift = key.modifiers().testFlag(Qt::ShiftModifier),
-                      .repeated = key.isAutoRepeat()});
+  return keys_.Press(press);
 }
 
 // Behind the release, which the box itself still gets.
@@ -75,7 +96,7 @@ void RunKeyFilter::LeaveBoxBehind(const QKeyEvent& key) {
   const bool leaves =
       key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_Escape;
   QWidget* const focus = QApplication::focusWidget();
-  if (!leaves || !keys_.InRun() || !OverOurWindow() || !IsTypedInto(focus)) return;
+  if (!leaves || !keys_.InRun() || !OverOurWindow() || !TakesText(focus)) return;
   QMetaObject::invokeMethod(
       focus, [focus] { focus->clearFocus(); }, Qt::QueuedConnection);
 }

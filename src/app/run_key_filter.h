@@ -25,9 +25,12 @@ class RunKeyFilter : public QObject {
   bool TakesPress(const QKeyEvent& key);
   void LeaveBoxBehind(const QKeyEvent& key);
   void NoteFocus(QObject* receiver, const QFocusEvent& focus);
+  void NoteMouse(QObject* receiver);
+  bool IsTypedInto(const QWidget* widget) const;
 
   RunKeys& keys_;
   QPointer<QObject> reached_by_tab_;
+  QPointer<QObject> typed_list_;  // once somebody types into its line
 };
 
 }  // namespace velumar

@@ -1,0 +1,117 @@
+#include "app/run_key_filter.h"
+
+#include <gmock/gmock.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QSlider>
+#include <QWindow>
+
+#include "shown_desktop.h"
+
+namespace velumar {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// Keys come to the window in front, as from a keyboard, and find the focus by themselves.
+class RunKeyFilterTest : public ShownDesktop {
+ protected:
+  RunKeyFilterTest() {
+    Form2& run = desktop.form2();
+    for (Form* form : {static_cast<Form*>(&run), static_cast<Form*>(&panel)}) {
+      form->Show();
+      for (Control* control : form->Controls()) {
+        if (control->Kind() != ControlKind::kPictureButton) continue;
+        control->on_click = [this, control] { clicks.push_back(control->Name()); };
+      }
+    }
+    run.Image4.SetVisible(false);
+    View(panel).activateWindow();
+    QApplication::setActiveWindow(&View(panel));
+  }
+
+  std::vector<std::string> After(Qt::Key key, Qt::KeyboardModifiers held = Qt::NoModifier) {
+    clicks.clear();
+    QTest::keyClick(View(panel).windowHandle(), key, held);
+    QApplication::processEvents();
+    return clicks;
+  }
+
+  RunKeys keys{desktop, [this] { return chart_opening; }};
+  RunKeyFilter filter{keys};
+  Form3& panel = desktop.form3();
+  bool chart_opening = false;
+  std::vector<std::string> clicks;
+};
+
+TEST_F(RunKeyFilterTest, SlidersAndTheCheckBoxKeepKeysOnlyWhenReachedByTab) {
+  auto& slider = WidgetOf<QSlider>(panel.HScrollx);
+  auto& box = WidgetOf<QCheckBox>(panel.chkShowBigform);
+  slider.setFocus(Qt::MouseFocusReason);
+  EXPECT_THAT(After(Qt::Key_Left), ElementsAre("Image2"));
+  EXPECT_THAT(After(Qt::Key_L, Qt::ShiftModifier), ElementsAre("imgOffsetLong"));
+  EXPECT_THAT(After(Qt::Key_L, Qt::ControlModifier), IsEmpty());
+  box.setFocus(Qt::MouseFocusReason);
+  EXPECT_THAT(After(Qt::Key_Space), ElementsAre("Image3"));
+  EXPECT_EQ(panel.HScrollx.Value(), 250);
+  EXPECT_FALSE(panel.chkShowBigform.Checked());
+
+  slider.setFocus(Qt::TabFocusReason);
+  EXPECT_THAT(After(Qt::Key_Left), IsEmpty());
+  EXPECT_EQ(panel.HScrollx.Value(), 245);
+  box.setFocus(Qt::BacktabFocusReason);
+  EXPECT_THAT(After(Qt::Key_Space), IsEmpty());
+  EXPECT_TRUE(panel.chkShowBigform.Checked());
+}
+
+TEST_F(RunKeyFilterTest, ABoxKeepsWhatIsTypedUntilItIsLeft) {
+  auto& quantity = WidgetOf<QLineEdit>(panel.txtContractVol);
+  int left = 0;
+  panel.txtContractVol.on_leave = [&left] { ++left; };
+  for (const Qt::Key way_out : {Qt::Key_Return, Qt::Key_Escape}) {
+    quantity.setFocus(Qt::MouseFocusReason);
+    quantity.selectAll();
+    EXPECT_THAT(After(Qt::Key_L), IsEmpty());
+    EXPECT_EQ(panel.txtContractVol.Text(), "l");
+    After(way_out);
+    EXPECT_FALSE(quantity.hasFocus());
+    EXPECT_THAT(After(Qt::Key_L), ElementsAre("imgLong"));
+  }
+  EXPECT_GE(left, 2);
+}
+
+TEST_F(RunKeyFilterTest, AListKeepsKeysOnlyOnceItsLineIsTypedInto) {
+  auto& list = WidgetOf<QComboBox>(panel.Combo2);
+  list.setFocus(Qt::MouseFocusReason);
+  EXPECT_THAT(After(Qt::Key_S), ElementsAre("ImgShort")) << "a line was only chosen";
+  Click(*list.lineEdit());
+  EXPECT_THAT(After(Qt::Key_S), IsEmpty());
+  After(Qt::Key_Return);
+  EXPECT_THAT(After(Qt::Key_S), ElementsAre("ImgShort"));
+  list.setFocus(Qt::TabFocusReason);
+  EXPECT_THAT(After(Qt::Key_S), IsEmpty());
+}
+
+TEST_F(RunKeyFilterTest, AHeldKeyStepsOneAfterTheOtherAndDealsOnce) {
+  const RunKeyPress held{.code = run_key::kRight, .repeated = true};
+  desktop.form2().Image1.on_click = [&] {
+    clicks.emplace_back("Image1");
+    if (clicks.size() < 9) keys.PressFromChart(held);
+  };
+  keys.PressFromChart(held);
+  keys.PressFromChart(held);
+  EXPECT_THAT(clicks, ElementsAre("Image1", "Image1"));
+  clicks.clear();
+  for (const int code : {run_key::kSpace, run_key::kLong, run_key::kShort}) {
+    keys.PressFromChart({.code = code, .repeated = true});
+  }
+  chart_opening = true;
+  keys.PressFromChart({.code = run_key::kLong});
+  EXPECT_THAT(clicks, IsEmpty());
+}
+
+}  // namespace
+}  // namespace velumar
