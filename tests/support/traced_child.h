@@ -13,6 +13,9 @@
 
 namespace velumar {
 
+// Who waits patiently for a lock makes a slow test.
+enum class Locks { kFailToo, kWork };
+
 // A child process that does some work and stops at each of its system calls. What is on the disk
 // at a stop is what a kill there would leave; and a call may be made to fail as on a broken disk.
 class TracedChild {
@@ -47,14 +50,15 @@ class TracedChild {
     waitpid(process_, &status_, 0);
   }
 
-  // At the beginning of a call: does it change something on the disk?
-  bool AtChange() const {
+  // At the beginning of a call: does it change something on the disk, or lock it?
+  bool AtChange(Locks locks) const {
     const user_regs_struct registers = Registers();
     switch (registers.orig_rax) {
       case SYS_openat:
         return (registers.rdx & (O_CREAT | O_WRONLY | O_RDWR)) != 0;
       case SYS_fcntl:
-        return registers.rsi == F_SETLK || registers.rsi == F_OFD_SETLK;
+        return locks == Locks::kFailToo &&
+               (registers.rsi == F_SETLK || registers.rsi == F_OFD_SETLK);
       case SYS_write:
       case SYS_pwrite64:
       case SYS_ftruncate:
@@ -108,15 +112,15 @@ struct FailedWork {
   int exit_code = -1;
 };
 
-inline FailedWork FailAt(int number, int error, bool stays_broken,
-                         const std::function<int()>& work) {
+inline FailedWork FailAt(int number, int error, bool stays_broken, const std::function<int()>& work,
+                         Locks locks = Locks::kFailToo) {
   TracedChild child(work);
   FailedWork result{child.Traced()};
   int changes = 0;
   while (result.traced) {
     child.Go();  // a call begins
     if (child.Ended()) break;
-    if (child.AtChange() && (++changes == number || (stays_broken && changes > number))) {
+    if (child.AtChange(locks) && (++changes == number || (stays_broken && changes > number))) {
       result.reached = true;
       child.Fail(error);
       continue;
