@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ledger/ledger.h"
+
+namespace velumar {
+
+struct PortfolioChartRow {
+  std::string label;  // "25-Jan-07 16:30"
+  float value = 0;    // realised money after the order
+};
+
+// The money after each order that carries points of closed trades, by date: from the first offset
+// on, without the rows where the last offsets of both sides cancel. Throws LedgerError.
+std::vector<PortfolioChartRow> LoadPortfolioChart(LedgerConnection& connection);
+
+}  // namespace velumar

@@ -1,0 +1,93 @@
+#include "results/result_figures.h"
+
+#include <map>
+
+#include "results/portfolio_chart.h"
+
+namespace velumar {
+namespace {
+
+class ResultFiguresTest : public testing::Test {
+ protected:
+  ResultFiguresTest() { LedgerOpen(ledger, ":memory:"); }
+
+  // An entry where amount is above 0, else an offset that realised points.
+  void Order(const std::string& moment, bool is_long, double amount, double points,
+             double balance_point, double portfolio) {
+    std::vector<LedgerValue> row(22, LedgerValue(0.0));
+    row[1] = "ABC";
+    row[2] = 5.0;
+    row[3] = moment.substr(0, 10);
+    row[4] = moment.substr(11);
+    row[is_long ? 8 : 14] = amount;
+    row[is_long ? 12 : 18] = points;
+    row[19] = balance_point;
+    row[20] = 100.0;
+    row[21] = portfolio;
+    LedgerInsertOrder(ledger, row, {});
+  }
+  std::map<std::string_view, std::string> Labels() {
+    LoadResultFigures(ledger, figures);
+    std::map<std::string_view, std::string> labels;
+    for (const ResultFigureText& text : ResultFigureTexts(figures)) labels[text.label] = text.text;
+    return labels;
+  }
+
+  LedgerConnection ledger{[](std::string_view iso) { return "<" + std::string(iso) + ">"; }};
+  ResultFigures figures;
+};
+
+TEST_F(ResultFiguresTest, FiguresWithoutRowsKeepTheirValues) {
+  EXPECT_EQ(Labels()["lblPortfolio"], "");
+  EXPECT_EQ(Labels()["lblTotalComm"], "0");
+  Order("2007-01-25 16:30:00", true, 2, 0, 0, 1500000);
+  Order("2007-01-24 10:00:00", false, 3, 0, 0, 1);
+  Order("2007-01-25 16:30:00", true, 0, -7.25, -7.25, 1492750.5);
+  auto labels = Labels();
+  EXPECT_EQ(labels["lblSymbol"], "ABC");
+  EXPECT_EQ(labels["lblInterval"], "5");
+  EXPECT_EQ(labels["lblStartDate"], "<2007-01-24>");
+  EXPECT_EQ(labels["lblStartDateTime"], "10:00:00");
+  EXPECT_EQ(labels["lblEndDate"], "<2007-01-25>");
+  EXPECT_EQ(labels["lblPortfolio"], "1,492,751");  // the later of two orders on one bar
+  EXPECT_EQ(labels["lblLong"], "2");
+  EXPECT_EQ(labels["lblShort"], "3");
+  EXPECT_EQ(labels["lblLongProfitLoss"], "-7.25");
+  EXPECT_EQ(labels["lblLongComm"], "100");  // the offset's isn't in it
+  EXPECT_EQ(labels["lblTotalComm"], "200");
+
+  LedgerDeleteAll(ledger, kPortfolioTable);
+  EXPECT_EQ(Labels(), labels);
+
+  Order("2007-02-01 09:00:00", false, 1, 0, 0, 5);
+  labels = Labels();
+  EXPECT_EQ(labels["lblLong"], "0");
+  EXPECT_EQ(labels["lblLongComm"], "100");  // no long entry: kept
+  EXPECT_EQ(labels["lblShortComm"], "100");
+}
+
+TEST_F(ResultFiguresTest, AFailingQueryLeavesEveryFigure) {
+  Order("2007-01-25 16:30:00", true, 2, 0, 0, 10);
+  Labels();
+  const ResultFigures before = figures;
+  Order("2007-01-26 16:30:00", true, 2, 0, 0, 20);
+  // The first queries would still succeed.
+  ledger.ForWriting().Execute("ALTER TABLE MyPortfolio DROP COLUMN Commission");
+  EXPECT_THROW(LoadResultFigures(ledger, figures), LedgerError);
+  EXPECT_EQ(figures, before);
+}
+
+TEST_F(ResultFiguresTest, TheChartBeginsWithTheFirstClosedTrade) {
+  EXPECT_TRUE(LoadPortfolioChart(ledger).empty());
+  Order("2007-01-25 16:30:00", true, 2, 0, 0, 10);
+  Order("2007-01-26 09:05:00", true, 0, 4, 4, 14.5);
+  Order("2007-01-26 09:05:00", true, 1, 0, 4, 14.25);
+  const auto rows = LoadPortfolioChart(ledger);
+  ASSERT_EQ(rows.size(), 2U);
+  EXPECT_EQ(rows[0].label, "26-Jan-07 09:05");
+  EXPECT_EQ(rows[0].value, 14.5F);
+  EXPECT_EQ(rows[1].value, 14.25F);
+}
+
+}  // namespace
+}  // namespace velumar
