@@ -1,5 +1,6 @@
 #include "app/combo_box_view.h"
 
+#include <QAbstractProxyModel>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
@@ -9,6 +10,7 @@
 
 #include "app/key_codes.h"
 #include "app/text_fit.h"
+#include "forms/combo_search.h"
 
 namespace velumar {
 
@@ -17,10 +19,18 @@ namespace {
 constexpr int kVisibleRows = 16;
 constexpr int kListPixels = 12;
 
-bool Same(const std::vector<ComboBox::Row>& rows, const std::vector<std::string>& texts) {
-  return std::equal(
-      rows.begin(), rows.end(), texts.begin(), texts.end(),
-      [](const ComboBox::Row& row, const std::string& text) { return row.text == text; });
+// The chosen line comes to the box as its bare text. Which lines are offered is decided outside.
+class Offered : public QCompleter {
+ public:
+  using QCompleter::QCompleter;
+  QString pathFromIndex(const QModelIndex& index) const override {
+    return index.data(Qt::DisplayRole).toString();
+  }
+};
+
+void DressList(QAbstractItemView& list, const Appearance& look) {
+  list.setPalette(look.theme.Palette());
+  list.setFont(look.faces.Plain(kListPixels));
 }
 
 }  // namespace
@@ -31,7 +41,8 @@ ComboBoxView::ComboBoxView(FormCanvas& canvas, QWidget& window, ComboBox& box)
   auto* list = new QListView(this);
   list->setUniformItemSizes(true);  // a list of thousands opens without measuring each line
   setView(list);
-  list->setFont(canvas.Look().faces.Plain(kListPixels));
+  setItemDelegate(new ComboRowPainter(this));
+  DressList(*list, canvas.Look());
   setLineEdit(&line_);
   setCompleter(nullptr);
   setInsertPolicy(QComboBox::NoInsert);
@@ -39,6 +50,12 @@ ComboBoxView::ComboBoxView(FormCanvas& canvas, QWidget& window, ComboBox& box)
   setMaxVisibleItems(kVisibleRows);
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   setFocusPolicy(Qt::StrongFocus);
+  BindLine();
+  if (box.Sorted()) OfferMatches();
+  connect(this, &QComboBox::activated, this, [this](int index) { Choose(index); });
+}
+
+void ComboBoxView::BindLine() {
   // A typed text stays typed: leaving the line or Enter doesn't choose the row that reads the same.
   QObject::disconnect(&line_, &QLineEdit::editingFinished, this, nullptr);
   QObject::disconnect(&line_, &QLineEdit::returnPressed, this, nullptr);
@@ -47,12 +64,39 @@ ComboBoxView::ComboBoxView(FormCanvas& canvas, QWidget& window, ComboBox& box)
     canvas_.Deliver([this, &text] {
       if (box_.Reachable()) box_.SetText(text.toStdString());
     });
+    if (offer_ != nullptr) Offer(text);
     setToolTip(line_.ToolTipFor(ToQString(box_.ToolTip())));
   });
-  connect(this, &QComboBox::activated, this, [this](int index) {
-    canvas_.Deliver([this, index] { box_.UserChoose(index); });
-    Update();
-  });
+}
+
+void ComboBoxView::OfferMatches() {
+  offer_ = new Offered(&matches_, this);
+  offer_->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
+  // Only a line that the arrow keys went to is taken by Enter, never the one that reads the same.
+  offer_->setCompletionRole(ComboRows::kNoRole);
+  offer_->setMaxVisibleItems(kVisibleRows);
+  auto* list = new QListView;
+  list->setUniformItemSizes(true);
+  offer_->setPopup(list);
+  list->setItemDelegate(new ComboRowPainter(list));
+  list->installEventFilter(this);
+  line_.setCompleter(offer_);
+  connect(offer_, qOverload<const QModelIndex&>(&QCompleter::activated), this,
+          [this](const QModelIndex& index) {
+            if (index.isValid()) Choose(index.data(ComboRows::kRowRole).toInt());
+          });
+}
+
+void ComboBoxView::Offer(const QString& typed) {
+  matches_.Show(box_.Rows(), MatchingRows(box_.Rows(), typed.toStdString()));
+  DressList(*offer_->popup(), canvas_.Look());
+  offer_->popup()->setMinimumWidth(
+      rows_.ListWidth(offer_->popup()->fontMetrics(), width(), screen()->geometry().width() / 2));
+}
+
+void ComboBoxView::Choose(int row) {
+  canvas_.Deliver([this, row] { box_.UserChoose(row); });
+  Update();
 }
 
 void ComboBoxView::Update() {
@@ -67,16 +111,10 @@ void ComboBoxView::Update() {
 }
 
 void ComboBoxView::UpdateRows() {
-  if (Same(box_.Rows(), shown_rows_)) return;
-  shown_rows_.clear();
-  QStringList texts;
-  for (const ComboBox::Row& row : box_.Rows()) {
-    shown_rows_.push_back(row.text);
-    texts.push_back(ToQString(row.text));
-  }
+  if (rows_.Shows(box_.Rows())) return;
   const QSignalBlocker quiet(this);
   const QSignalBlocker quiet_line(&line_);
-  rows_.setStringList(texts);
+  rows_.Show(box_.Rows());
 }
 
 void ComboBoxView::UpdateText() {
@@ -94,21 +132,21 @@ void ComboBoxView::UpdateText() {
 }
 
 void ComboBoxView::showPopup() {
-  constexpr int kScrollBarRoom = 40;
-  const auto longest = std::max_element(
-      shown_rows_.begin(), shown_rows_.end(),
-      [](const std::string& a, const std::string& b) { return a.size() < b.size(); });
-  if (longest != shown_rows_.end()) {
-    const int needed =
-        view()->fontMetrics().horizontalAdvance(ToQString(*longest)) + kScrollBarRoom;
-    view()->setMinimumWidth(std::clamp(needed, width(), screen()->geometry().width() / 2));
-  }
+  view()->setMinimumWidth(
+      rows_.ListWidth(view()->fontMetrics(), width(), screen()->geometry().width() / 2));
   QComboBox::showPopup();
 }
 
 bool ComboBoxView::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != &line_) return QComboBox::eventFilter(watched, event);
-  if (event->type() == QEvent::MouseButtonDblClick) {
+  const bool offered = offer_ != nullptr && watched == offer_->popup();
+  if (offered && event->type() == QEvent::Hide) {
+    // The arrow keys have shown other lines meanwhile; what wasn't taken leaves the typed text.
+    QMetaObject::invokeMethod(
+        this, [this] { Update(); }, Qt::QueuedConnection);
+    return false;
+  }
+  if (watched != &line_ && !offered) return QComboBox::eventFilter(watched, event);
+  if (event->type() == QEvent::MouseButtonDblClick && !offered) {
     canvas_.Deliver([this] { box_.UserDoubleClick(); });
   } else if (event->type() == QEvent::KeyRelease) {
     // The line has the focus and keeps the event to itself.

@@ -1,16 +1,17 @@
 #pragma once
 
 #include <QComboBox>
-#include <QStringListModel>
-#include <vector>
+#include <QCompleter>
 
+#include "app/combo_rows.h"
 #include "app/control_view.h"
 #include "app/fitting_line_edit.h"
 
 namespace velumar {
 
-// A list with a line to type into. What is chosen in the list or by the arrow keys is a choice of
-// the model's row; what is typed is a text, even when a row reads the same.
+// A list with a line to type into, which offers the lines that a typed text may mean. What is
+// chosen in the list or by the arrow keys is a choice of the model's row; what is typed is a text,
+// even when a row reads the same.
 class ComboBoxView : public QComboBox, public ControlView {
  public:
   ComboBoxView(FormCanvas& canvas, QWidget& window, ComboBox& box);
@@ -24,14 +25,19 @@ class ComboBoxView : public QComboBox, public ControlView {
   void wheelEvent(QWheelEvent* event) override;
 
  private:
+  void BindLine();
+  void OfferMatches();
+  void Offer(const QString& typed);
+  void Choose(int row);
   void UpdateRows();
   void UpdateText();
 
   FormCanvas& canvas_;
   ComboBox& box_;
   FittingLineEdit& line_;
-  QStringListModel rows_;
-  std::vector<std::string> shown_rows_;
+  ComboRows rows_;
+  ComboRows matches_;
+  QCompleter* offer_ = nullptr;  // where the box offers matches
 };
 
 }  // namespace velumar

@@ -180,7 +180,8 @@ class ComboBox : public Control {
  public:
   struct Row {
     std::string text;
-    int data = 0;  // what the logic ties to the line
+    int data = 0;        // what the logic ties to the line
+    std::string note{};  // shown beside the line in the list, never part of the text
   };
 
   ComboBox(Form& form, const ControlSpec& spec, std::vector<std::string> items = {},
@@ -188,6 +189,8 @@ class ComboBox : public Control {
   void Reset() override;
 
   const std::vector<Row>& Rows() const { return rows_; }
+  // A sorted list is one to search in: it offers what a typed text may mean.
+  bool Sorted() const { return sorted_; }
   // -1: the text was typed, or nothing is chosen.
   int Index() const { return index_; }
   void Clear();

@@ -115,6 +115,8 @@ void MetaLibReader::ReadSecurityHeader() {
 
 const std::string& MetaLibReader::SecuritySymbol() const { return state_->Current().told.symbol; }
 
+const std::string& MetaLibReader::SecurityName() const { return state_->Current().told.name; }
+
 int MetaLibReader::SecurityInterval() const {
   state_->Current();
   return state_->interval;

@@ -42,9 +42,10 @@ class MetaLibReader {
   // 1: one more security, now current; 0: there is none. The order is MASTER's (EMASTER's where
   // there is no MASTER), then XMASTER's.
   int NextSecurity();
-  // Makes the next three valid for the current security. SelectSeries does so too.
+  // Makes the next four valid for the current security. SelectSeries does so too.
   void ReadSecurityHeader();
   const std::string& SecuritySymbol() const;
+  const std::string& SecurityName() const;
   int SecurityInterval() const;
   SecurityInfo Security() const;
   void CloseSecurity();

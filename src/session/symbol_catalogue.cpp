@@ -15,6 +15,21 @@ namespace {
 constexpr std::string_view kNoDataText =
     "Directory not contain a  Meta Stock's Data. Click OK to select a new one.";
 
+// Often enough that no key or repaint waits longer than a blink.
+constexpr std::size_t kSecuritiesBetweenEvents = 100;
+
+// Counts up for as long as it lives.
+class Counted {
+ public:
+  explicit Counted(int& count) : count_(count) { ++count_; }
+  ~Counted() { --count_; }
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+
+ private:
+  int& count_;
+};
+
 std::string IntervalText(int interval) {
   return interval == -1 ? std::string(kDailyInterval) : std::to_string(interval);
 }
@@ -22,10 +37,12 @@ std::string IntervalText(int interval) {
 }  // namespace
 
 void SymbolCatalogue::BuildSymbolList() {
+  const int build = ++builds_;
+  const Counted on_the_stack(building_);
   desktop_.form1().Combo1.Clear();
-  while (true) {
+  while (StillWanted(build)) {
     try {
-      ListSecurities();
+      ListSecurities(build);
       return;
     } catch (const MetaLibError& error) {
       if (error.Number() != MetaLibError::kNoData) return;
@@ -35,28 +52,37 @@ void SymbolCatalogue::BuildSymbolList() {
   }
 }
 
-void SymbolCatalogue::ListSecurities() {
+bool SymbolCatalogue::StillWanted(int build) const {
+  return build == builds_ && desktop_.Untouched().form1.Loaded();
+}
+
+void SymbolCatalogue::ListSecurities(int build) {
   MetaLibReader reader(cache_);
   reader.OpenDirectory(session_.DataDir);
   const auto count = static_cast<std::size_t>(reader.SecurityCount());
-  session_.PeriodBySymbol.assign(count + 1, "");
+  std::vector<std::string> intervals(count + 1);
   std::vector<ComboBox::Row> rows;
   rows.reserve(count);
-  ComboBox& list = desktop_.form1().Combo1;
+  const auto take_over = [&] {
+    session_.PeriodBySymbol = std::move(intervals);
+    desktop_.form1().Combo1.SetRows(std::move(rows));
+  };
   try {
     for (std::size_t i = 0; i < count && reader.NextSecurity() >= 1; ++i) {
       reader.ReadSecurityHeader();
-      session_.PeriodBySymbol[i] = IntervalText(reader.SecurityInterval());
-      rows.push_back({reader.SecuritySymbol(), static_cast<int>(i)});
+      intervals[i] = IntervalText(reader.SecurityInterval());
+      rows.push_back({reader.SecuritySymbol(), static_cast<int>(i), reader.SecurityName()});
       reader.CloseSecurity();
+      if ((i + 1) % kSecuritiesBetweenEvents != 0) continue;
+      platform_.events.ProcessPending();
+      if (!StillWanted(build)) return;
     }
   } catch (const MetaLibError&) {
-    list.SetRows(std::move(rows));
+    take_over();
     throw;
   }
-  const bool any = !rows.empty();
-  list.SetRows(std::move(rows));
-  if (any) list.SetIndex(0);
+  take_over();
+  if (count > 0 && !desktop_.form1().Combo1.Rows().empty()) desktop_.form1().Combo1.SetIndex(0);
   reader.CloseDirectory();
 }
 

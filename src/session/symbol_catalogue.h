@@ -18,8 +18,11 @@ class SymbolCatalogue {
 
   // Fills Combo1 and PeriodBySymbol and chooses the first line. A directory without data is
   // answered by a message and the folder dialog, until one with data is chosen; any other failure
-  // ends it, and what was listed until then stays.
+  // ends it, and what was listed until then stays. Window events run meanwhile: where one of them
+  // lists again or closes the window, the older listing ends and touches nothing more.
   void BuildSymbolList();
+  // True while a list is being built, inside whose waits a click can't start a run.
+  bool Building() const { return building_ > 0; }
   void PickDataDirectory();
   // A line of Combo1 was chosen: it is the symbol, and its interval the period.
   void SymbolChosen();
@@ -28,7 +31,8 @@ class SymbolCatalogue {
   void SymbolTyped();
 
  private:
-  void ListSecurities();
+  void ListSecurities(int build);
+  bool StillWanted(int build) const;
   bool ListsSecurities() const { return session_.PeriodBySymbol.size() > 1; }
   void SetPeriod(std::string_view interval);
 
@@ -36,6 +40,8 @@ class SymbolCatalogue {
   Desktop& desktop_;
   Platform& platform_;
   IndexCache& cache_;
+  int builds_ = 0;    // the number of the newest listing
+  int building_ = 0;  // listings on the stack
 };
 
 inline constexpr std::string_view kPickDirectoryPrompt =

@@ -228,9 +228,10 @@ void SetupWindow::PickDirectory() {
   catalogue_.BuildSymbolList();
 }
 
-// The slides let clicks run: a second click on "Start" is the same wish.
+// The slides let clicks run: a second click on "Start" is the same wish. While the list is being
+// built there is no security chosen yet that a run could start with.
 void SetupWindow::StartRun() {
-  if (starting_) return;
+  if (starting_ || catalogue_.Building()) return;
   starting_ = true;
   bool ready = false;
   IgnoringErrors([&] { ready = SlideToRun(); });

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <QAbstractItemView>
 #include <QComboBox>
+#include <QCompleter>
 #include <QElapsedTimer>
 #include <QLineEdit>
 
@@ -53,6 +55,39 @@ TEST_F(ComboBoxTest, ATypedTextStaysTyped) {
   EXPECT_THAT(events, ElementsAre("key 80 P", "key 84 PT", "key 84 PTT", "key 13 PTT"));
 }
 
+TEST_F(ComboBoxTest, ATypedTextOffersSymbolsAndNames) {
+  form.Combo1.SetRows({{"AAPL", 0, "Orchard Fruits"},
+                       {"FRU", 1, "Northern Rail"},
+                       {"PTT", 2, "Grand Fruit Trading"},
+                       {"PTT", 3, "Grand Fruit Trading"}});
+  auto& box = WidgetOf<QComboBox>(form.Combo1);
+  auto& line = *box.lineEdit();
+  line.setFocus();
+  line.selectAll();
+  QTest::keyClicks(&line, QStringLiteral("fru"));
+  ASSERT_NE(line.completer(), nullptr);
+  QAbstractItemView& offer = *line.completer()->popup();
+  ASSERT_TRUE(offer.isVisible());
+  QStringList offered;
+  for (int i = 0; i < offer.model()->rowCount(); ++i) {
+    offered.push_back(offer.model()->index(i, 0).data().toString());
+  }
+  EXPECT_EQ(offered.join(QLatin1Char(' ')), QStringLiteral("FRU AAPL PTT PTT"));
+  for (int i = 0; i < 3; ++i) QTest::keyClick(&offer, Qt::Key_Down);
+  EXPECT_EQ(line.text(), QStringLiteral("PTT")) << "the text stays the bare symbol";
+  QTest::keyClick(&offer, Qt::Key_Escape);
+  QApplication::processEvents();
+  EXPECT_EQ(line.text(), QStringLiteral("fru")) << "what wasn't taken goes again";
+  QTest::keyClicks(&line, QStringLiteral("i"));
+  events.clear();
+  for (int i = 0; i < 3; ++i) QTest::keyClick(&offer, Qt::Key_Down);
+  QTest::keyClick(&offer, Qt::Key_Return);
+  QApplication::processEvents();
+  EXPECT_EQ(Chosen(), "PTT 3");
+  EXPECT_EQ(line.text(), QStringLiteral("PTT"));
+  EXPECT_THAT(events, testing::Contains("click PTT 3"));
+}
+
 TEST_F(ComboBoxTest, TheLogicMayReplaceListAndTextBehindAChoice) {
   form.Combo1.on_click = [this] {
     form.cbxPeriod.Clear();
@@ -86,7 +121,8 @@ TEST_F(ComboBoxTest, RollingTheWheelOverItChangesNothingWithoutTheFocus) {
 
 TEST_F(ComboBoxTest, ThousandsOfSecuritiesOpenWithoutAPause) {
   std::vector<ComboBox::Row> rows;
-  for (int i = 0; i < 6000; ++i) rows.push_back({"SYM" + std::to_string(10000 + i), i});
+  for (int i = 0; i < 6000; ++i)
+    rows.push_back({"SYM" + std::to_string(10000 + i), i, "Company " + std::to_string(i)});
   QElapsedTimer time;
   time.start();
   form.Combo1.SetRows(std::move(rows));
@@ -97,6 +133,11 @@ TEST_F(ComboBoxTest, ThousandsOfSecuritiesOpenWithoutAPause) {
   // Measuring every line would take seconds.
   EXPECT_LT(time.elapsed(), 1000);
   box.hidePopup();
+  time.restart();
+  box.lineEdit()->setFocus();
+  QTest::keyClicks(box.lineEdit(), QStringLiteral("COMPANY 5"));
+  QApplication::processEvents();
+  EXPECT_LT(time.elapsed() / 9, 200) << "ms for a key";
 }
 
 }  // namespace

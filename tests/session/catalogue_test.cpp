@@ -74,5 +74,35 @@ TEST_F(CatalogueTest, AnEmptyIndexLeavesChoiceAndPeriod) {
   EXPECT_EQ(Period(), "30");
 }
 
+TEST_F(CatalogueTest, ClicksWhileALargeDirectoryIsListed) {
+  for (int i = 0; i < 220; ++i) Store("S" + std::to_string(1000 + i), DailyBars(1));
+  const std::string other = scratch.Sub("other");
+  StoreSecurity(other, {"ZED", "Zed", 60}, IntradayBars(60, 60), cache);
+  int pauses = 0;
+  outside.events.SetOnPending([&] {
+    ++pauses;
+    EXPECT_TRUE(catalogue.Building());
+  });
+  catalogue.BuildSymbolList();
+  EXPECT_EQ(pauses, 2);
+  EXPECT_EQ(desktop.form1().Combo1.Rows().size(), 220U);
+  EXPECT_EQ(desktop.form1().Combo1.Rows().front().note, "S1000 name");
+  // Another directory, listed inside a wait of the first: the newer wish counts.
+  outside.events.SetOnPending([&] {
+    session.DataDir = other;
+    catalogue.BuildSymbolList();
+  });
+  catalogue.BuildSymbolList();
+  EXPECT_EQ(desktop.form1().Combo1.Rows().size(), 1U);
+  EXPECT_EQ(session.Symbol, "ZED");
+  EXPECT_EQ(Period(), "60");
+  // The window was closed: the listing brings it back to no life.
+  session.DataDir = data;
+  outside.events.SetOnPending([&] { desktop.Unload(desktop.Untouched().form1); });
+  catalogue.BuildSymbolList();
+  EXPECT_FALSE(desktop.Untouched().form1.Loaded());
+  EXPECT_FALSE(catalogue.Building());
+}
+
 }  // namespace
 }  // namespace velumar
