@@ -1,11 +1,24 @@
 #pragma once
 
+#include <array>
+#include <optional>
+#include <string>
+
 #include "forms/form1.h"
 
 namespace velumar {
 
-// Reads a figure of the account from its box. A text that is no figure leaves the field as it was
-// and marks the box: red, with the reason as the second line of its tooltip.
-void ReadFigure(TextBox& box, float& field);
+// The boxes of the account, as they stand in the setup window from the top.
+std::array<TextBox*, 5> AccountBoxes(Form1& setup);
+
+// Why the text of an account box can't be used, as a sentence that names the box by its caption.
+std::optional<std::string> FigureProblem(const Form1& setup, const TextBox& box);
+
+// Marks a box whose text can't be used: red, with the reason as the second line of its tooltip.
+void MarkFigure(const Form1& setup, TextBox& box);
+
+// Reads a figure of the account from its box and marks the box. A text that is no figure leaves the
+// field as it was.
+void ReadFigure(const Form1& setup, TextBox& box, float& field);
 
 }  // namespace velumar

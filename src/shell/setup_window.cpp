@@ -66,6 +66,9 @@ void SetupWindow::BindEvents() {
     if (key == kEnterKey) catalogue_.BuildSymbolList();
   });
   form.Command5.on_click = guarded([this] { PickDirectory(); });
+  for (TextBox* box : AccountBoxes(form)) {
+    box->on_change = [&form, box] { MarkFigure(form, *box); };
+  }
   form.Combo1.on_click = guarded([this] { catalogue_.SymbolChosen(); });
   form.Combo1.on_key_up = guarded([this](int) { catalogue_.SymbolTyped(); });
   for (PictureButton* button : {&form.Image3, &form.Image5}) {
@@ -215,8 +218,10 @@ void SetupWindow::ApplyPresets() {
 }
 
 void SetupWindow::ReadContractFigures() {
-  ReadFigure(Window().txtContractValue, session_.InitMargin);
-  ReadFigure(Window().txtProfitperContract, session_.ProfitPerContract);
+  Form1& form = Window();
+  ReadFigure(form, form.txtContractValue, session_.InitMargin);
+  ReadFigure(form, form.txtProfitperContract, session_.ProfitPerContract);
+  MarkFigure(form, form.txtcomm);  // the percent sign has come or gone
 }
 
 void SetupWindow::PickDirectory() {
@@ -231,12 +236,23 @@ void SetupWindow::PickDirectory() {
 // The slides let clicks run: a second click on "Start" is the same wish. While the list is being
 // built there is no security chosen yet that a run could start with.
 void SetupWindow::StartRun() {
-  if (starting_ || catalogue_.Building()) return;
+  if (starting_ || catalogue_.Building() || !RequireFigures()) return;
   starting_ = true;
   bool ready = false;
   IgnoringErrors([&] { ready = SlideToRun(); });
   starting_ = false;
   if (ready) run_.BeginRun(Window());
+}
+
+// Says of the first account text that can't be used why not, as its box does.
+bool SetupWindow::RequireFigures() {
+  for (const TextBox* box : AccountBoxes(Window())) {
+    if (const std::optional<std::string> problem = FigureProblem(Window(), *box)) {
+      platform_.boxes.Show(*problem, BoxIcon::kExclamation);
+      return false;
+    }
+  }
+  return true;
 }
 
 // False when the user went back to the setup while the windows slid.

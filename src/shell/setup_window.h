@@ -37,6 +37,7 @@ class SetupWindow {
   void ReadContractFigures();
   void PickDirectory();
   void StartRun();
+  bool RequireFigures();
   bool SlideToRun();
   void OpenSupportPage();
   void Unload();

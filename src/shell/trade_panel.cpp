@@ -56,9 +56,9 @@ void TradePanel::Load() {
 
 void TradePanel::StartAccount() {
   Form1& setup = desktop_.form1();
-  ReadFigure(setup.txtContractValue, session_.InitMargin);
-  ReadFigure(setup.txtProfitperContract, session_.ProfitPerContract);
-  ReadFigure(setup.txtInitPorfolio, session_.Balance);
+  ReadFigure(setup, setup.txtContractValue, session_.InitMargin);
+  ReadFigure(setup, setup.txtProfitperContract, session_.ProfitPerContract);
+  ReadFigure(setup, setup.txtInitPorfolio, session_.Balance);
   session_.Portfolio = session_.Balance;
   session_.UsedMargin = 0;
   session_.LAccum = 0;

@@ -155,6 +155,39 @@ TEST_F(WindowsTest, MarketWordsInTheDirectorySetTheBoxes) {
   EXPECT_EQ(all->session.SimDir, data + "\\Simulate") << "the store stays where the start put it";
 }
 
+TEST_F(WindowsTest, BadAccountTextsAreMarkedWhileTypedAndRefuseTheStart) {
+  all->program.Start();
+  Form1& setup = all->Setup();
+  const struct {
+    TextBox& box;
+    const char* text;
+    const char* problem;
+  } cases[] = {
+      {setup.txtcomm, "", "Comm.: \"\" is not a number"},
+      {setup.txtcomm, "40,000", "Comm.: \"40,000\" is out of range"},
+      {setup.txtInitPorfolio, "-1", "Portfolio: \"-1\" is negative"},
+      {setup.txtVAT, "7%", "VAT: \"7%\" is not a number"},
+      {setup.txtContractValue, "1e99", "Initial Margin: \"1e99\" is out of range"},
+      {setup.txtProfitperContract, "x", "Profit/Contract: \"x\" is not a number"},
+  };
+  for (const auto& c : cases) {
+    const std::string good = c.box.Text();
+    all->outside.boxes.shown.clear();
+    c.box.UserType(c.text);
+    EXPECT_EQ(c.box.ForeColour(), kRed) << c.problem;
+    EXPECT_EQ(c.box.ToolTip(), std::string(Form1::kPathTip) + "\n" + c.problem);
+    setup.Image3.UserClick();
+    EXPECT_EQ(all->outside.boxes.shown, std::vector<std::string>{c.problem});
+    EXPECT_TRUE(setup.Visible()) << "no run has begun";
+    c.box.UserType(good);
+    EXPECT_EQ(c.box.ForeColour(), Form1::kField.colour);
+    EXPECT_EQ(c.box.ToolTip(), Form1::kPathTip);
+  }
+  setup.DTPicker1.UserPick(MadeDate(198));
+  setup.Image3.UserClick();
+  EXPECT_EQ(all->session.BarIndex, 199);
+}
+
 TEST_F(WindowsTest, EnterInTheDirectoryListsItsSecurities) {
   IndexCache cache;
   const std::string other = scratch.Sub("other");
