@@ -1,3 +1,5 @@
+#include <fstream>
+
 #include "support/run_fixture.h"
 
 namespace velumar {
@@ -186,6 +188,33 @@ TEST_F(WindowsTest, BadAccountTextsAreMarkedWhileTypedAndRefuseTheStart) {
   setup.DTPicker1.UserPick(MadeDate(198));
   setup.Image3.UserClick();
   EXPECT_EQ(all->session.BarIndex, 199);
+}
+
+TEST_F(WindowsTest, DonateOpensTheOwnPageOrTheOneOfTheSetting) {
+  VirtualPlatform outside;
+  outside.settings.Save("LastPath", data);
+  Platform platform = outside.References();
+  const std::filesystem::path root = scratch.Sub("my tools");
+  platform.program_folder = (root / "bin").string();
+  std::filesystem::create_directories(root / "bin");
+  SimSession session;
+  Desktop desktop;
+  IndexCache cache;
+  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
+  Program program(session, desktop, platform, cache, ledger);
+  program.Start();
+  Form1& setup = desktop.form1();
+  setup.ImgDonate.SetVisible(true);
+  setup.ImgDonate.UserClick();
+  std::ofstream(root / "bin/support.html") << "<p>";
+  setup.ImgDonate.UserClick();
+  outside.settings.Save("DonateUrl", "https://example.org/?a=b c");
+  setup.ImgDonate.UserClick();
+  const std::string parent = "file://" + root.parent_path().string();
+  EXPECT_EQ(outside.programs.opened,
+            (std::vector<std::string>{parent + "/my%20tools/share/doc/velumar/support.html",
+                                      parent + "/my%20tools/bin/support.html",
+                                      "https://example.org/?a=b c"}));
 }
 
 TEST_F(WindowsTest, EnterInTheDirectoryListsItsSecurities) {
