@@ -74,7 +74,6 @@ TEST_F(ComboBoxTest, ATypedTextOffersSymbolsAndNames) {
   }
   EXPECT_EQ(offered.join(QLatin1Char(' ')), QStringLiteral("FRU AAPL PTT PTT"));
   for (int i = 0; i < 3; ++i) QTest::keyClick(&offer, Qt::Key_Down);
-  EXPECT_EQ(line.text(), QStringLiteral("PTT")) << "the text stays the bare symbol";
   QTest::keyClick(&offer, Qt::Key_Escape);
   QApplication::processEvents();
   EXPECT_EQ(line.text(), QStringLiteral("fru")) << "what wasn't taken goes again";
