@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 #include <algorithm>
 
 namespace velumar {
@@ -33,17 +34,39 @@ void WrapLongText(QMessageBox& box) {
   label->setMinimumWidth(std::min(widest + 8, kLineWidth));
 }
 
-}  // namespace
+QString FromUtf8(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
 
-void QtMessageBoxes::Show(std::string_view text, BoxIcon icon) {
-  QMessageBox box(QtIcon(icon), QStringLiteral("Velumar"),
-                  QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
-                  QMessageBox::Ok);
+void Dress(QMessageBox& box) {
   box.setWindowFlag(Qt::WindowStaysOnTopHint);
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
   WrapLongText(box);
+}
+
+}  // namespace
+
+void QtMessageBoxes::Show(std::string_view text, BoxIcon icon) {
+  QMessageBox box(QtIcon(icon), QStringLiteral("Velumar"), FromUtf8(text), QMessageBox::Ok);
+  Dress(box);
   box.exec();
+}
+
+std::size_t QtMessageBoxes::Ask(std::string_view text, const std::vector<std::string>& answers) {
+  QMessageBox box(QMessageBox::Question, QStringLiteral("Velumar"), FromUtf8(text));
+  std::vector<QAbstractButton*> buttons;
+  for (const std::string& answer : answers) {
+    buttons.push_back(box.addButton(FromUtf8(answer), QMessageBox::ActionRole));
+  }
+  auto* const least = static_cast<QPushButton*>(buttons.back());
+  box.setDefaultButton(least);
+  box.setEscapeButton(least);
+  Dress(box);
+  box.exec();
+  const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
+  return clicked == buttons.end() ? answers.size() - 1
+                                  : static_cast<std::size_t>(clicked - buttons.begin());
 }
 
 }  // namespace velumar

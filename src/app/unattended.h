@@ -8,10 +8,11 @@
 namespace velumar {
 
 // What stands for the user in runs that nobody watches: the text of a box goes to the standard
-// error output, and it counts as answered.
+// error output, and it counts as answered, a question by its last answer.
 class PrintedMessageBoxes : public MessageBoxes {
  public:
   void Show(std::string_view text, BoxIcon icon) override;
+  std::size_t Ask(std::string_view text, const std::vector<std::string>& answers) override;
 };
 
 // Nobody can choose a folder either, so such a run ends: `fail` doesn't come back.

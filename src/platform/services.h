@@ -1,19 +1,24 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velumar {
 
 enum class BoxIcon : std::uint8_t { kNone, kInformation, kExclamation };
 
-// A box with an OK button; the call returns when it was answered.
 class MessageBoxes {
  public:
   virtual ~MessageBoxes() = default;
+  // A box with an OK button; the call returns when it was answered.
   virtual void Show(std::string_view text, BoxIcon icon) = 0;
+  // A box with a button for each answer; the index of the one that was clicked. The last is the one
+  // that does least: closing the box means it.
+  virtual std::size_t Ask(std::string_view text, const std::vector<std::string>& answers) = 0;
 };
 
 class FolderDialog {

@@ -35,6 +35,14 @@ KeyOutcome RecordingChart::Send(std::string_view keys) {
   return outcome;
 }
 
+std::size_t RecordingBoxes::Ask(std::string_view text, const std::vector<std::string>& offered) {
+  shown.emplace_back(text);
+  if (answers.empty()) return offered.size() - 1;
+  const std::size_t answer = answers.front();
+  answers.erase(answers.begin());
+  return answer;
+}
+
 std::string ScriptedFolders::BrowseForFolder(std::string_view) {
   if (answers.empty()) throw std::runtime_error("there is nobody to choose a folder");
   std::string answer = answers.front();

@@ -34,11 +34,13 @@ class RecordingChart : public ChartWindows, public KeySender {
   std::string front;  // title last brought to the front
 };
 
-// Boxes answered at once with OK.
+// Boxes answered at once with OK; questions with what is prepared, else with their last answer.
 class RecordingBoxes : public MessageBoxes {
  public:
   void Show(std::string_view text, BoxIcon) override { shown.emplace_back(text); }
+  std::size_t Ask(std::string_view text, const std::vector<std::string>& offered) override;
   std::vector<std::string> shown;
+  std::vector<std::size_t> answers;
 };
 
 // Gives the folders in turn; throws std::runtime_error when none is left, since nobody is there to

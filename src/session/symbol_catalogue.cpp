@@ -15,6 +15,8 @@ namespace {
 constexpr std::string_view kNoDataText =
     "Directory not contain a  Meta Stock's Data. Click OK to select a new one.";
 
+constexpr int kCancelsUntilWayOut = 2;
+
 // Often enough that no key or repaint waits longer than a blink.
 constexpr std::size_t kSecuritiesBetweenEvents = 100;
 
@@ -39,6 +41,7 @@ std::string IntervalText(int interval) {
 void SymbolCatalogue::BuildSymbolList() {
   const int build = ++builds_;
   const Counted on_the_stack(building_);
+  int cancels = 0;
   desktop_.form1().Combo1.Clear();
   while (StillWanted(build)) {
     try {
@@ -48,7 +51,22 @@ void SymbolCatalogue::BuildSymbolList() {
       if (error.Number() != MetaLibError::kNoData) return;
     }
     platform_.boxes.Show(kNoDataText, BoxIcon::kInformation);
-    PickDataDirectory();
+    cancels = PickDataDirectory() ? 0 : cancels + 1;
+    if (cancels == kCancelsUntilWayOut) {
+      cancels = 0;
+      OfferWayOut();
+    }
+  }
+}
+
+void SymbolCatalogue::OfferWayOut() {
+  const std::size_t answer =
+      platform_.boxes.Ask("Velumar needs a directory with market data. What do you want to do?",
+                          {"Quit", "Use the samples", "Choose a directory"});
+  if (answer == 0) {
+    if (const auto close = desktop_.form1().on_close) close();
+  } else if (answer == 1) {
+    SetDataDirectory(platform_.default_data_dir);
   }
 }
 
@@ -86,13 +104,18 @@ void SymbolCatalogue::ListSecurities(int build) {
   reader.CloseDirectory();
 }
 
-void SymbolCatalogue::PickDataDirectory() {
+bool SymbolCatalogue::PickDataDirectory() {
   const std::string chosen = platform_.folders.BrowseForFolder(kPickDirectoryPrompt);
-  if (chosen.empty()) return;
-  TextBox& directory = desktop_.form1().Text3;
-  directory.SetText(chosen);
-  session_.DataDir = directory.Text();
-  platform_.settings.Save("LastPath", directory.Text());
+  if (chosen.empty()) return false;
+  SetDataDirectory(chosen);
+  return true;
+}
+
+void SymbolCatalogue::SetDataDirectory(std::string_view directory) {
+  TextBox& box = desktop_.form1().Text3;
+  box.SetText(directory);
+  session_.DataDir = box.Text();
+  platform_.settings.Save("LastPath", box.Text());
 }
 
 void SymbolCatalogue::SymbolChosen() {

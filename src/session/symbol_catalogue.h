@@ -17,13 +17,15 @@ class SymbolCatalogue {
       : session_(session), desktop_(desktop), platform_(platform), cache_(cache) {}
 
   // Fills Combo1 and PeriodBySymbol and chooses the first line. A directory without data is
-  // answered by a message and the folder dialog, until one with data is chosen; any other failure
+  // answered by a message and the folder dialog, until one with data is chosen; who cancels twice in
+  // a row is offered to quit or to take the samples. Any other failure
   // ends it, and what was listed until then stays. Window events run meanwhile: where one of them
   // lists again or closes the window, the older listing ends and touches nothing more.
   void BuildSymbolList();
   // True while a list is being built, inside whose waits a click can't start a run.
   bool Building() const { return building_ > 0; }
-  void PickDataDirectory();
+  // False when the user cancelled.
+  bool PickDataDirectory();
   // A line of Combo1 was chosen: it is the symbol, and its interval the period.
   void SymbolChosen();
   // A key was released in Combo1: its text is the symbol. Of equal lines the last one's interval
@@ -33,6 +35,8 @@ class SymbolCatalogue {
  private:
   void ListSecurities(int build);
   bool StillWanted(int build) const;
+  void OfferWayOut();
+  void SetDataDirectory(std::string_view directory);
   bool ListsSecurities() const { return session_.PeriodBySymbol.size() > 1; }
   void SetPeriod(std::string_view interval);
 

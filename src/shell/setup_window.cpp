@@ -115,6 +115,7 @@ void SetupWindow::Load() {
   IgnoringErrors([this] { ReadSelectDate(); });
   IgnoringErrors([this] { FillDelay(); });
   IgnoringErrors([this] { OpenDataDirectory(); });
+  if (!desktop_.Untouched().form1.Loaded()) return;  // quit instead of choosing a directory
   session_.SimDir =
       platform_.store_dir.empty() ? session_.DataDir + "\\Simulate" : platform_.store_dir;
   if (session_.Symbol.empty()) session_.Symbol = "SET";

@@ -63,6 +63,31 @@ TEST_F(CatalogueTest, ADirectoryWithoutDataAsksUntilOneHasData) {
   EXPECT_EQ(session.Symbol, "A");
 }
 
+TEST_F(CatalogueTest, ASecondCancelInARowOffersAWayOut) {
+  Store("A", DailyBars(10));
+  const std::string nowhere = scratch.Sub("nowhere");
+  platform.default_data_dir = data;
+  session.DataDir = nowhere;
+  outside.folders.answers = {"", nowhere, "", "", "", ""};
+  outside.boxes.answers = {2, 1};
+  catalogue.BuildSymbolList();
+  EXPECT_TRUE(outside.folders.answers.empty()) << "asked after the fourth and the sixth dialog";
+  EXPECT_EQ(outside.boxes.shown.size(), 6U + 2U);
+  EXPECT_EQ(session.Symbol, "A");
+  EXPECT_EQ(outside.settings.texts["LastPath"], data);
+  int closed = 0;
+  desktop.form1().on_close = [&] {
+    ++closed;
+    desktop.Unload(desktop.form1());
+  };
+  session.DataDir = nowhere;
+  outside.folders.answers = {"", ""};
+  outside.boxes.answers = {0};
+  catalogue.BuildSymbolList();
+  EXPECT_EQ(closed, 1);
+  EXPECT_FALSE(desktop.Untouched().form1.Loaded());
+}
+
 TEST_F(CatalogueTest, AnEmptyIndexLeavesChoiceAndPeriod) {
   std::filesystem::create_directories(data);
   std::ofstream(std::filesystem::path(data) / "MASTER") << std::string(53, '\0');
