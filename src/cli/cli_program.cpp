@@ -20,6 +20,7 @@ void AddCommands(CLI::App& app, CliContext& context) {
   AddImportCommand(app, context);
   AddListCommand(app, context);
   AddDumpCommand(app, context);
+  AddFiguresCommand(app, context);
   AddLedgerCommand(app, context);
   AddReplayCommand(app, context);
 }

@@ -24,6 +24,7 @@ void AddDemoCommand(CLI::App& app, CliContext& context);
 void AddImportCommand(CLI::App& app, CliContext& context);
 void AddListCommand(CLI::App& app, CliContext& context);
 void AddDumpCommand(CLI::App& app, CliContext& context);
+void AddFiguresCommand(CLI::App& app, CliContext& context);
 void AddLedgerCommand(CLI::App& app, CliContext& context);
 void AddReplayCommand(CLI::App& app, CliContext& context);
 

@@ -1,0 +1,65 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <string>
+
+#include "cli/commands.h"
+#include "cli/ledger_texts.h"
+#include "cli/text_table.h"
+#include "ledger/ledger.h"
+#include "platform/system_locale.h"
+#include "results/result_figures.h"
+
+namespace velumar {
+
+namespace {
+
+struct FiguresArguments {
+  std::string file;
+  bool json = false;
+  std::string date_pattern;
+};
+
+std::string Json(const ResultFigures& figures) {
+  nlohmann::ordered_json object;
+  for (const ResultFigureText& figure : ResultFigureTexts(figures)) {
+    object[std::string(figure.field)] = figure.text;
+  }
+  constexpr int kIndent = 2;
+  return object.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+std::string Table(const ResultFigures& figures) {
+  TextTable table({{"Figure"}, {"Value"}});
+  for (const ResultFigureText& figure : ResultFigureTexts(figures)) {
+    table.AddRow({std::string(figure.field), figure.text});
+  }
+  return table.Text();
+}
+
+void PrintFigures(const FiguresArguments& arguments, CliContext& context) {
+  const std::string pattern =
+      arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
+  LedgerConnection ledger([&](std::string_view date) { return ShownDate(date, pattern); });
+  LedgerOpenToRead(ledger, arguments.file);
+  ResultFigures figures;
+  LoadResultFigures(ledger, figures);
+  context.out << (arguments.json ? Json(figures) : Table(figures));
+}
+
+}  // namespace
+
+void AddFiguresCommand(CLI::App& app, CliContext& context) {
+  const auto arguments = std::make_shared<FiguresArguments>();
+  CLI::App* command =
+      app.add_subcommand("figures", "Print what the orders of the newest run come to.");
+  command->add_option("FILE", arguments->file, "the ledger, as Portfolio.mdb")->required();
+  command->add_flag("--json", arguments->json, "as one JSON object of texts");
+  command->add_option("--date-pattern", arguments->date_pattern,
+                      "how dates are shown, such as dd/MM/yyyy (by default as the user's locale "
+                      "has it)");
+  command->callback([arguments, &context] { PrintFigures(*arguments, context); });
+}
+
+}  // namespace velumar
