@@ -1,11 +1,14 @@
 #include "app/form_view.h"
 
 #include <QCloseEvent>
+#include <QDragEnterEvent>
 #include <QGuiApplication>
 #include <QImage>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QUrl>
 #include <QWindow>
 #include <algorithm>
 #include <chrono>
@@ -53,6 +56,7 @@ FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
     views_[control] = MakeControlView(*this, *this, *control);
   }
   for (const auto& [control, view] : views_) view->Update();
+  setAcceptDrops(true);
   Update();
 }
 
@@ -207,6 +211,22 @@ void FormView::closeEvent(QCloseEvent* event) {
   Deliver([this] {
     if (const auto close = form_.on_close) close();
   });
+}
+
+void FormView::dragEnterEvent(QDragEnterEvent* event) {
+  if (form_.on_drop && event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void FormView::dropEvent(QDropEvent* event) {
+  std::vector<std::string> files;
+  for (const QUrl& url : event->mimeData()->urls()) {
+    if (url.isLocalFile()) files.push_back(url.toLocalFile().toStdString());
+  }
+  event->acceptProposedAction();
+  // The program that the files come from waits until the drop is over: no box may stand in its way.
+  QMetaObject::invokeMethod(
+      this, [this, files] { Deliver([this, &files] { form_.UserDrop(files); }); },
+      Qt::QueuedConnection);
 }
 
 }  // namespace velumar

@@ -66,6 +66,11 @@ Control* Form::Find(std::string_view name) const {
   return nullptr;
 }
 
+void Form::UserDrop(const std::vector<std::string>& files) {
+  if (!visible_) return;
+  if (const auto drop = on_drop) drop(files);
+}
+
 void Form::UserPress() {
   if (visible_ && on_press) on_press();
 }

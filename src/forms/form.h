@@ -75,10 +75,13 @@ class Form {
   Control* Find(std::string_view name) const;
 
   void UserPress();  // a mouse press on the window itself, whatever the button
+  // Files let go over the window; nothing where the window takes none.
+  void UserDrop(const std::vector<std::string>& files);
 
   std::function<void()> on_load;
   std::function<void()> on_unload;
   std::function<void()> on_press;
+  std::function<void(const std::vector<std::string>& files)> on_drop;
   // What stands for closing the window from outside, as by Alt+F4.
   std::function<void()> on_close;
 

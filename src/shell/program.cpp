@@ -46,7 +46,8 @@ struct Program::Parts {
         chart(session, desktop, platform, registry, status),
         catalogue(session, desktop, platform, cache),
         run(session, desktop, platform, cache, ledger, chart),
-        setup(session, desktop, platform, catalogue, run, registry, ledger),
+        drop(session, desktop, platform, catalogue, cache),
+        setup(session, desktop, platform, catalogue, run, registry, ledger, drop),
         navigator(session, desktop, platform, run),
         orders(session, desktop, platform, ledger, status),
         panel(session, desktop, platform, status, orders),
@@ -60,6 +61,7 @@ struct Program::Parts {
   HostControl chart;
   SymbolCatalogue catalogue;
   RunControl run;
+  CsvDrop drop;
   SetupWindow setup;
   NavigatorWindow navigator;
   OrderDesk orders;

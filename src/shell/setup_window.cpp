@@ -69,14 +69,15 @@ std::string SupportPage(const std::string& program_folder) {
 
 SetupWindow::SetupWindow(SimSession& session, Desktop& desktop, Platform& platform,
                          SymbolCatalogue& catalogue, RunControl& run, RegInfo& registry,
-                         LedgerConnection& ledger)
+                         LedgerConnection& ledger, CsvDrop& drop)
     : session_(session),
       desktop_(desktop),
       platform_(platform),
       catalogue_(catalogue),
       run_(run),
       registry_(registry),
-      ledger_(ledger) {
+      ledger_(ledger),
+      drop_(drop) {
   BindEvents();
 }
 
@@ -87,6 +88,7 @@ void SetupWindow::BindEvents() {
   form.on_unload = guarded([this] { Unload(); });
   form.on_close = guarded([this] { Close(); });
   form.on_press = form.Image12.on_press = guarded([this] { DragWindow(Window()); });
+  form.on_drop = guarded([this](const std::vector<std::string>& files) { drop_.Import(files); });
   form.Text3.on_change = guarded([this] { DirectoryChanged(); });
   form.Text3.on_key_up = guarded([this](int key) {
     if (key == kEnterKey) catalogue_.BuildSymbolList();

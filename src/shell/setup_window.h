@@ -9,6 +9,7 @@
 #include "session/run_control.h"
 #include "session/sim_session.h"
 #include "session/symbol_catalogue.h"
+#include "shell/csv_drop.h"
 
 namespace velumar {
 
@@ -17,7 +18,7 @@ namespace velumar {
 class SetupWindow {
  public:
   SetupWindow(SimSession& session, Desktop& desktop, Platform& platform, SymbolCatalogue& catalogue,
-              RunControl& run, RegInfo& registry, LedgerConnection& ledger);
+              RunControl& run, RegInfo& registry, LedgerConnection& ledger, CsvDrop& drop);
 
  private:
   void BindEvents();
@@ -54,6 +55,7 @@ class SetupWindow {
   RunControl& run_;
   RegInfo& registry_;
   LedgerConnection& ledger_;
+  CsvDrop& drop_;
   bool starting_ = false;  // between the click on "Start" and its run
 };
 

@@ -113,6 +113,31 @@ TEST_F(WindowsTest, OddSettingsNeverKeepTheWindowAway) {
   EXPECT_EQ(all->session.Symbol, "ABC");
 }
 
+TEST_F(WindowsTest, DroppedPriceFilesComeInOnceTheDirectoryIsAgreedTo) {
+  const auto file = [this](const std::string& name, const std::string& text) {
+    std::ofstream(scratch.Path() / name) << text;
+    return scratch.Sub(name);
+  };
+  const std::string good =
+      file("MINE_D.csv", "Date,Open,High,Low,Close\n20070102,1,2,0.5,1.5\n20070103,1,2,0.5,1.5\n");
+  const std::string bad = file("BAD_D.csv", "Date,Open,High,Low,Close\n20070102,1,2,0.5,x\n");
+  const std::string text = file("notes.txt", "nothing");
+  all->program.Start();
+  auto& boxes = all->outside.boxes;
+  all->Setup().UserDrop({text});
+  EXPECT_THAT(boxes.shown, testing::ElementsAre(testing::HasSubstr("\".csv\"")));
+  all->Setup().UserDrop({good});
+  EXPECT_THAT(boxes.shown.back(), testing::HasSubstr(data)) << "asks with the directory's name";
+  EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U) << "who doesn't agree imports nothing";
+  boxes.answers = {0};
+  all->Setup().UserDrop({bad, text, good});
+  EXPECT_THAT(boxes.shown.back(), testing::AllOf(testing::HasSubstr("1 of 2 files came in"),
+                                                 testing::HasSubstr("BAD_D.csv")));
+  EXPECT_EQ(all->Setup().Combo1.Text(), "MINE");
+  EXPECT_EQ(all->session.Symbol, "MINE");
+  EXPECT_EQ(ReadBars(data, "MINE", -1).size(), 2U);
+}
+
 TEST_F(WindowsTest, TheRefreshSettingIsBroughtIntoRange) {
   all->outside.settings.Save("Refresh", "99");
   all->program.Start();

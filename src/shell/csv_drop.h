@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "forms/desktop.h"
+#include "marketdata/index_cache.h"
+#include "platform/platform.h"
+#include "session/sim_session.h"
+#include "session/symbol_catalogue.h"
+
+namespace velumar {
+
+// Price files that a hand drops on the setup window: they are imported into the data directory, as
+// velumar-cli does it, once the user has agreed to the directory by its name. Then the list is
+// built again and stands on the first security that came in. What can't come in is told file by
+// file, and never comes in by half.
+class CsvDrop {
+ public:
+  CsvDrop(SimSession& session, Desktop& desktop, Platform& platform, SymbolCatalogue& catalogue,
+          IndexCache& cache)
+      : session_(session),
+        desktop_(desktop),
+        platform_(platform),
+        catalogue_(catalogue),
+        cache_(cache) {}
+
+  void Import(const std::vector<std::string>& files);
+
+ private:
+  bool Agreed(std::size_t files);
+  void Choose(const std::string& symbol);
+
+  SimSession& session_;
+  Desktop& desktop_;
+  Platform& platform_;
+  SymbolCatalogue& catalogue_;
+  IndexCache& cache_;
+};
+
+}  // namespace velumar
