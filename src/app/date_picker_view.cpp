@@ -1,12 +1,11 @@
 #include "app/date_picker_view.h"
 
-#include <QCalendarWidget>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSignalBlocker>
-#include <QTextCharFormat>
 
 #include "app/key_codes.h"
+#include "app/series_calendar.h"
 #include "app/text_fit.h"
 
 namespace velumar {
@@ -22,17 +21,6 @@ QString DisplayFormat(const QString& pattern) {
   return format;
 }
 
-void DressCalendar(QCalendarWidget& calendar, const Appearance& look) {
-  constexpr int kCalendarPixels = 12;
-  calendar.setPalette(look.theme.Palette());
-  calendar.setFont(look.faces.Plain(kCalendarPixels));
-  calendar.setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
-  QTextCharFormat weekend;
-  weekend.setForeground(ReadableOn(look.theme.field, ToQColor(kRed)));
-  calendar.setWeekdayTextFormat(Qt::Saturday, weekend);
-  calendar.setWeekdayTextFormat(Qt::Sunday, weekend);
-}
-
 }  // namespace
 
 QDate ToQDate(std::int32_t date) { return {date / 10000, date / 100 % 100, date % 100}; }
@@ -46,7 +34,7 @@ DatePickerView::DatePickerView(FormCanvas& canvas, QWidget& window, DatePicker& 
   setCalendarPopup(true);
   setDisplayFormat(DisplayFormat(canvas.Look().date_format));
   setMinimumDate(QDate(1800, 1, 1));
-  DressCalendar(*calendarWidget(), canvas.Look());
+  setCalendarWidget(new SeriesCalendar(canvas, picker));
   setFocusPolicy(Qt::StrongFocus);
   connect(this, &QDateEdit::dateChanged, this, [this](const QDate& date) {
     canvas_.Deliver([this, &date] { picker_.UserPick(ToDateNumber(date)); });

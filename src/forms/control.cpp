@@ -203,6 +203,11 @@ void DatePicker::UserPick(std::int32_t date) {
   if (Reachable()) SetValue(date);
 }
 
+void DatePicker::UserChoose(DayChoice choice) {
+  if (!Reachable()) return;
+  if (const auto chosen = on_choice) chosen(choice);
+}
+
 Slider::Slider(Form& form, const ControlSpec& spec, Range range, int start_value)
     : Control(form, ControlKind::kSlider, spec),
       range_(range),

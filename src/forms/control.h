@@ -209,6 +209,8 @@ class ComboBox : public Control {
   int index_ = -1;
 };
 
+enum class DayChoice : std::uint8_t { kFirst, kLast, kRandom };
+
 // A day, as yyyymmdd.
 class DatePicker : public Control {
  public:
@@ -217,6 +219,12 @@ class DatePicker : public Control {
   std::int32_t Value() const { return value_; }
   void SetValue(std::int32_t date);
   void UserPick(std::int32_t date);
+  void UserChoose(DayChoice choice);
+
+  // One of the choices that are offered beside the days.
+  std::function<void(DayChoice choice)> on_choice;
+  // The days to be marked, asked for when the calendar opens.
+  std::function<std::vector<std::int32_t>()> covered_days;
 
  private:
   std::int32_t start_value_;

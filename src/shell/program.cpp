@@ -47,7 +47,7 @@ struct Program::Parts {
         catalogue(session, desktop, platform, cache),
         run(session, desktop, platform, cache, ledger, chart),
         drop(session, desktop, platform, catalogue, cache),
-        setup(session, desktop, platform, catalogue, run, registry, ledger, drop),
+        setup(session, desktop, platform, catalogue, run, registry, ledger, drop, cache),
         navigator(session, desktop, platform, run),
         orders(session, desktop, platform, ledger, status),
         panel(session, desktop, platform, status, orders),

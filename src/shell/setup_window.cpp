@@ -9,6 +9,7 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "session/start_days.h"
 #include "session/status_line.h"
 #include "shell/account_box.h"
 #include "shell/event_guard.h"
@@ -69,7 +70,7 @@ std::string SupportPage(const std::string& program_folder) {
 
 SetupWindow::SetupWindow(SimSession& session, Desktop& desktop, Platform& platform,
                          SymbolCatalogue& catalogue, RunControl& run, RegInfo& registry,
-                         LedgerConnection& ledger, CsvDrop& drop)
+                         LedgerConnection& ledger, CsvDrop& drop, IndexCache& cache)
     : session_(session),
       desktop_(desktop),
       platform_(platform),
@@ -77,7 +78,8 @@ SetupWindow::SetupWindow(SimSession& session, Desktop& desktop, Platform& platfo
       run_(run),
       registry_(registry),
       ledger_(ledger),
-      drop_(drop) {
+      drop_(drop),
+      cache_(cache) {
   BindEvents();
 }
 
@@ -103,6 +105,10 @@ void SetupWindow::BindEvents() {
     button->on_press = [button] { PressImage(*button); };
     button->on_release = [button] { ReleaseImage(*button); };
   }
+  form.DTPicker1.covered_days = [this] { return StartDays(); };
+  form.DTPicker1.on_choice = guarded([this](DayChoice choice) {
+    if (const auto day = StartDay(StartDays(), choice, random_)) Window().DTPicker1.SetValue(*day);
+  });
   form.Image3.on_click = guarded([this] { StartRun(); });
   form.ImgDonate.on_click = guarded([this] { OpenSupportPage(); });
   form.Image5.on_click = guarded([this] { Close(); });
@@ -301,6 +307,10 @@ bool SetupWindow::SlideToRun() {
   if (!navigator.Visible()) return false;
   desktop_.form3().Show();
   return true;
+}
+
+std::vector<std::int32_t> SetupWindow::StartDays() {
+  return BarDays(session_, Window().cbxPeriod.Text(), cache_);
 }
 
 // The project's own page, or the one that a setting names.

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
+#include <random>
 #include <string_view>
+#include <vector>
 
 #include "forms/desktop.h"
 #include "host/reg_info.h"
@@ -18,7 +21,8 @@ namespace velumar {
 class SetupWindow {
  public:
   SetupWindow(SimSession& session, Desktop& desktop, Platform& platform, SymbolCatalogue& catalogue,
-              RunControl& run, RegInfo& registry, LedgerConnection& ledger, CsvDrop& drop);
+              RunControl& run, RegInfo& registry, LedgerConnection& ledger, CsvDrop& drop,
+              IndexCache& cache);
 
  private:
   void BindEvents();
@@ -40,6 +44,7 @@ class SetupWindow {
   void StartRun();
   bool RequireFigures();
   bool SlideToRun();
+  std::vector<std::int32_t> StartDays();
   void OpenSupportPage();
   void Unload();
   void Close();
@@ -56,7 +61,9 @@ class SetupWindow {
   RegInfo& registry_;
   LedgerConnection& ledger_;
   CsvDrop& drop_;
-  bool starting_ = false;  // between the click on "Start" and its run
+  IndexCache& cache_;
+  std::mt19937 random_{std::random_device()()};  // of start days
+  bool starting_ = false;                        // between the click on "Start" and its run
 };
 
 }  // namespace velumar
