@@ -41,6 +41,10 @@ void SeriesCalendar::AddButtons() {
   layout()->addWidget(buttons_);
 }
 
+QSize SeriesCalendar::WithButtons(QSize size) const {
+  return {size.width(), size.height() + buttons_->sizeHint().height()};
+}
+
 void SeriesCalendar::showEvent(QShowEvent* event) {
   const std::vector<std::int32_t> days =
       picker_.covered_days ? picker_.covered_days() : std::vector<std::int32_t>();

@@ -14,6 +14,8 @@ namespace velumar {
 class SeriesCalendar : public QCalendarWidget {
  public:
   SeriesCalendar(FormCanvas& canvas, DatePicker& picker);
+  QSize sizeHint() const override { return WithButtons(QCalendarWidget::sizeHint()); }
+  QSize minimumSizeHint() const override { return WithButtons(QCalendarWidget::minimumSizeHint()); }
 
  protected:
   void paintCell(QPainter* painter, const QRect& rect, QDate date) const override;
@@ -21,6 +23,8 @@ class SeriesCalendar : public QCalendarWidget {
 
  private:
   void AddButtons();
+  // The calendar's own measures know nothing of the row under it.
+  QSize WithButtons(QSize size) const;
 
   FormCanvas& canvas_;
   DatePicker& picker_;

@@ -36,6 +36,11 @@ std::string IntervalText(int interval) {
   return interval == -1 ? std::string(kDailyInterval) : std::to_string(interval);
 }
 
+// What stands beside the symbol: one symbol may have a series of each interval.
+std::string NoteOf(const std::string& name, const std::string& interval) {
+  return name + (interval == kDailyInterval ? ", daily" : ", " + interval + " min");
+}
+
 }  // namespace
 
 void SymbolCatalogue::BuildSymbolList() {
@@ -89,7 +94,8 @@ void SymbolCatalogue::ListSecurities(int build) {
     for (std::size_t i = 0; i < count && reader.NextSecurity() >= 1; ++i) {
       reader.ReadSecurityHeader();
       intervals[i] = IntervalText(reader.SecurityInterval());
-      rows.push_back({reader.SecuritySymbol(), static_cast<int>(i), reader.SecurityName()});
+      rows.push_back({reader.SecuritySymbol(), static_cast<int>(i),
+                      NoteOf(reader.SecurityName(), intervals[i])});
       reader.CloseSecurity();
       if ((i + 1) % kSecuritiesBetweenEvents != 0) continue;
       platform_.events.ProcessPending();

@@ -111,7 +111,7 @@ TEST_F(CatalogueTest, ClicksWhileALargeDirectoryIsListed) {
   catalogue.BuildSymbolList();
   EXPECT_EQ(pauses, 2);
   EXPECT_EQ(desktop.form1().Combo1.Rows().size(), 220U);
-  EXPECT_EQ(desktop.form1().Combo1.Rows().front().note, "S1000 name");
+  EXPECT_EQ(desktop.form1().Combo1.Rows().front().note, "S1000 name, daily");
   // Another directory, listed inside a wait of the first: the newer wish counts.
   outside.events.SetOnPending([&] {
     session.DataDir = other;
