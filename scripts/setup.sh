@@ -7,6 +7,7 @@ packages=(
   libxdo-dev libx11-dev libxcb1-dev libxcb-ewmh-dev libxcb-xkb-dev
   libsqlite3-dev libcli11-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  dpkg-dev appstream
   xvfb openbox xdotool x11-utils x11-xkb-utils xauth imagemagick fonts-dejavu-core
 )
 

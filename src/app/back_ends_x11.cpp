@@ -37,6 +37,15 @@ void RegisterChartProgram(Registry& registry, const std::string& program_folder,
   }
 }
 
+std::string Samples(const std::string& program_folder, std::vector<std::string>& problems) {
+  try {
+    return PathText(SampleDirectory(program_folder)) + "/";
+  } catch (const std::exception& error) {
+    problems.emplace_back(std::string("The samples can't be copied for you: ") + error.what());
+    return {};
+  }
+}
+
 }  // namespace
 
 QString SettingsFolder(const Options& options) {
@@ -57,7 +66,7 @@ BackEnds SystemBackEnds(const Options& options, const std::string& program_folde
   ends.locale = SystemLocale();
   ends.clock = std::make_unique<SystemClock>();
   ends.programs = std::make_unique<PosixPrograms>(options.chart_arguments);
-  ends.default_data_dir = program_folder + "/samples/";
+  ends.default_data_dir = Samples(program_folder, ends.problems);
   ends.ledger_file = PathText(LedgerFile(program_folder));
   return ends;
 }

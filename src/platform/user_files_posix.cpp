@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <string>
 #include <system_error>
 
 namespace velumar {
@@ -24,6 +25,22 @@ fs::path HomeFolder() {
   return user == nullptr ? fs::current_path() : fs::path(user->pw_dir);
 }
 
+// The samples that an installed program shares with all users; empty where the samples stand beside
+// the program, as they do where it was built.
+fs::path SharedSamples(const fs::path& program_folder) {
+  if (fs::exists(program_folder / "samples")) return {};
+  fs::path samples = program_folder / ".." / ".." / "share" / "velumar" / "samples";
+  return fs::exists(samples) ? samples : fs::path();
+}
+
+// "velumar" under $XDG_DATA_HOME, else ~/.local/share.
+fs::path UserDataFolder() {
+  fs::path folder = Environment("XDG_DATA_HOME");
+  // A relative folder is to be passed over.
+  if (!folder.is_absolute()) folder = HomeFolder() / ".local" / "share";
+  return folder / "velumar";
+}
+
 }  // namespace
 
 fs::path UserFile(std::string_view name) {
@@ -35,13 +52,32 @@ fs::path UserFile(std::string_view name) {
 
 fs::path LedgerFile(const fs::path& program_folder) {
   constexpr const char* kName = "Portfolio.mdb";
-  if (::access(program_folder.c_str(), W_OK) == 0) return program_folder / kName;
-  fs::path folder = Environment("XDG_DATA_HOME");
-  if (!folder.is_absolute()) folder = HomeFolder() / ".local" / "share";
-  folder /= "velumar";
+  const bool own_folder =
+      SharedSamples(program_folder).empty() && ::access(program_folder.c_str(), W_OK) == 0;
+  if (own_folder) return program_folder / kName;
+  const fs::path folder = UserDataFolder();
   std::error_code told_by_the_ledger;
   fs::create_directories(folder, told_by_the_ledger);
   return folder / kName;
+}
+
+fs::path SampleDirectory(const fs::path& program_folder) {
+  const fs::path shared = SharedSamples(program_folder);
+  if (shared.empty()) return program_folder / "samples";
+  fs::path own = UserDataFolder() / "samples";
+  if (fs::exists(own)) return own;
+  // Whole or not at all.
+  const fs::path unfinished = UserDataFolder() / (".samples-" + std::to_string(::getpid()));
+  try {
+    fs::create_directories(unfinished.parent_path());
+    fs::copy(shared, unfinished, fs::copy_options::recursive);
+    fs::rename(unfinished, own);
+  } catch (const fs::filesystem_error&) {
+    std::error_code first_one_counts;
+    fs::remove_all(unfinished, first_one_counts);
+    throw;
+  }
+  return own;
 }
 
 }  // namespace velumar

@@ -9,8 +9,14 @@ namespace velumar {
 // ~/.config. Nothing is created.
 std::filesystem::path UserFile(std::string_view name);
 
-// "Portfolio.mdb" in the program's folder, or, where that can't be written, in "velumar" under
-// $XDG_DATA_HOME, else ~/.local/share; that folder is created.
+// "Portfolio.mdb" in the program's folder. Where that can't be written, and always where the
+// program is installed for all users, in "velumar" under $XDG_DATA_HOME, else ~/.local/share; that
+// folder is created.
 std::filesystem::path LedgerFile(const std::filesystem::path& program_folder);
+
+// The sample directory, which a run writes into: beside the program, or, where the program is
+// installed for all users, this user's own copy beside the ledger, made at the first call. Throws
+// std::filesystem::filesystem_error where the copy can't be made.
+std::filesystem::path SampleDirectory(const std::filesystem::path& program_folder);
 
 }  // namespace velumar
