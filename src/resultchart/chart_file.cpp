@@ -1,0 +1,79 @@
+#include "resultchart/chart_file.h"
+
+#include <QFileInfo>
+#include <QPageLayout>
+#include <QPdfWriter>
+#include <QSaveFile>
+#include <stdexcept>
+
+#include "resultchart/result_plot.h"
+#include "resultchart/svg_file.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr double kUnitsPerInch = 96;
+
+void WritePicture(ResultPlot& plot, const QSize& size, QIODevice& device, const char* form) {
+  const double scale = plot.devicePixelRatioF();
+  QImage picture(size * scale, QImage::Format_RGB32);
+  picture.fill(plot.Scene().colours.ground);
+  {
+    QCPPainter painter;
+    painter.begin(&picture);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    painter.scale(scale, scale);
+    plot.PaintTo(painter, size);
+  }
+  if (!picture.save(&device, form)) throw std::runtime_error("the picture can't be written");
+}
+
+void WritePdf(ResultPlot& plot, const QSize& size, QIODevice& device) {
+  constexpr double kPointsPerInch = 72;
+  QPdfWriter writer(&device);
+  writer.setTitle(QStringLiteral("Portfolio Graph."));
+  const QSizeF points = QSizeF(size) * (kPointsPerInch / kUnitsPerInch);
+  writer.setPageLayout({QPageSize(points, QPageSize::Point), QPageLayout::Portrait, QMarginsF()});
+  QCPPainter painter;
+  if (!painter.begin(&writer)) throw std::runtime_error("the page can't be written");
+  painter.setMode(QCPPainter::pmVectorized);
+  painter.scale(writer.resolution() / kUnitsPerInch, writer.resolution() / kUnitsPerInch);
+  plot.PaintTo(painter, size);
+}
+
+void WriteForm(ResultPlot& plot, const QSize& size, QIODevice& device, const QString& ending) {
+  if (ending == u"pdf") return WritePdf(plot, size, device);
+  if (ending == u"svg") return WriteSvg(plot, size, device);
+  WritePicture(plot, size, device, ending == u"bmp" ? "BMP" : "PNG");
+}
+
+}  // namespace
+
+QStringList ChartFileEndings() {
+  QStringList endings = {QStringLiteral("bmp"), QStringLiteral("png")};
+  if (SvgOffered()) endings.append(QStringLiteral("svg"));
+  endings.append(QStringLiteral("pdf"));
+  return endings;
+}
+
+void SaveChartFile(ResultPlot& plot, const QSize& size, const QString& file) {
+  const auto fail = [&file](const QString& why) {
+    throw std::runtime_error((file + QStringLiteral(": ") + why).toStdString());
+  };
+  const QString ending = QFileInfo(file).suffix().toLower();
+  const QStringList endings = ChartFileEndings();
+  if (!endings.contains(ending)) {
+    fail(QStringLiteral("a chart is saved as .") + endings.join(QStringLiteral(", .")));
+  }
+  QSaveFile saved(file);
+  if (!saved.open(QIODevice::WriteOnly)) fail(saved.errorString());
+  try {
+    WriteForm(plot, size, saved, ending);
+  } catch (const std::runtime_error& error) {
+    fail(QString::fromUtf8(error.what()));
+  }
+  if (!saved.commit()) fail(saved.errorString());
+}
+
+}  // namespace velumar
