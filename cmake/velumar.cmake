@@ -34,7 +34,9 @@ function(velumar_library name)
   foreach(use IN LISTS LIB_USES)
     target_link_libraries(${target} PUBLIC velumar_${use})
   endforeach()
-  velumar_check_includes(${target} ${name} "${LIB_USES}")
+  set(used ${LIB_USES} ${LIB_PRIVATE})
+  list(TRANSFORM used REPLACE "^velumar_" "")
+  velumar_check_includes(${target} ${name} "${used}")
 endfunction()
 
 # Fails the configuration when a file of a folder includes a header of a folder that it may not use.

@@ -22,6 +22,7 @@ void AddCommands(CLI::App& app, CliContext& context) {
   AddDumpCommand(app, context);
   AddFiguresCommand(app, context);
   AddLedgerCommand(app, context);
+  AddChartCommand(app, context);
   AddReplayCommand(app, context);
 }
 

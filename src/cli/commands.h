@@ -26,6 +26,7 @@ void AddListCommand(CLI::App& app, CliContext& context);
 void AddDumpCommand(CLI::App& app, CliContext& context);
 void AddFiguresCommand(CLI::App& app, CliContext& context);
 void AddLedgerCommand(CLI::App& app, CliContext& context);
+void AddChartCommand(CLI::App& app, CliContext& context);
 void AddReplayCommand(CLI::App& app, CliContext& context);
 
 }  // namespace velumar

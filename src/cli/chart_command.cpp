@@ -1,0 +1,66 @@
+#include <CLI/CLI.hpp>
+#include <QApplication>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "cli/commands.h"
+#include "ledger/ledger.h"
+#include "resultchart/chart_file.h"
+#include "resultchart/result_plot.h"
+#include "results/portfolio_chart.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr QSize kPictureSize(1000, 640);
+
+struct ChartArguments {
+  std::string file;
+  std::string out;
+  std::string type = "2D Line";
+};
+
+ChartPoints PointsOf(const std::string& file) {
+  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
+  LedgerOpenToRead(ledger, file);
+  ChartPoints points;
+  for (const PortfolioChartRow& row : LoadPortfolioChart(ledger)) {
+    points.labels.push_back(row.label);
+    points.values.push_back(double{row.value});
+  }
+  return points;
+}
+
+void DrawChart(const ChartArguments& arguments) {
+  const std::optional<ChartType> type = ChartTypeOf(std::string_view(arguments.type));
+  if (!type) throw std::runtime_error("--type: there is no chart of the type " + arguments.type);
+  ChartPoints points = PointsOf(arguments.file);
+  // Nobody needs a display to draw into a file.
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  int count = 1;
+  std::string name = "velumar-cli";
+  char* names[] = {name.data(), nullptr};
+  const QApplication application(count, names);
+  ResultPlot plot;
+  plot.resize(kPictureSize);
+  plot.SetPoints(std::move(points));
+  plot.SetType(*type);
+  SaveChartFile(plot, kPictureSize, QString::fromStdString(arguments.out));
+}
+
+}  // namespace
+
+void AddChartCommand(CLI::App& app, CliContext&) {
+  const auto arguments = std::make_shared<ChartArguments>();
+  CLI::App* command = app.add_subcommand("chart", "Draw the portfolio of a ledger into a file.");
+  command->add_option("FILE", arguments->file, "the ledger, as Portfolio.mdb")->required();
+  command->add_option("--out", arguments->out, "the picture: .bmp, .png, .svg or .pdf")->required();
+  command->add_option(
+      "--type", arguments->type,
+      "\"2D Bar\", \"3D Bar\", \"2D Line\", \"2D Area\", \"3D Line\" or \"3D Step\"");
+  command->callback([arguments] { DrawChart(*arguments); });
+}
+
+}  // namespace velumar

@@ -1,0 +1,8 @@
+#include "cli/commands.h"
+
+namespace velumar {
+
+// Built without the windows there is nothing to draw with.
+void AddChartCommand(CLI::App&, CliContext&) {}
+
+}  // namespace velumar
