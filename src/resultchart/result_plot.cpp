@@ -16,6 +16,7 @@ namespace {
 const QString kPointerLayer = QStringLiteral("pointer");
 constexpr double kFewestPoints = 5;  // that a zoom leaves in sight
 constexpr int kAroundPlot = 14;
+constexpr int kPlainPixels = 12;
 
 QPointF DepthFor(const QSize& size) {
   const double across = std::clamp(size.width() * 0.035, 8.0, 26.0);
@@ -25,6 +26,10 @@ QPointF DepthFor(const QSize& size) {
 }  // namespace
 
 ResultPlot::ResultPlot(QWidget* parent) : QCustomPlot(parent) {
+  // In pixels: a size in points would follow the printer's, not the picture's.
+  QFont plain = font();
+  plain.setPixelSize(kPlainPixels);
+  setFont(plain);
   plotLayout()->clear();
   plotLayout()->setMargins(QMargins(kAroundPlot, kAroundPlot / 2, kAroundPlot, kAroundPlot));
   title_ = new QCPTextElement(this);
@@ -147,6 +152,13 @@ void ResultPlot::Arrange(const QSize& size) {
   rect_->setMinimumMargins(QMargins(8, 10 - depth.y(), 14 + depth.x(), 8));
   const ValueSpan values = FittingValues(scene_.points.values, Span(), StandsOnBase(scene_.type));
   rect_->axis(QCPAxis::atLeft)->setRange(values.lower, values.upper);
+  // The marks are made before the rectangle has its size, and go by the size that it has: so it
+  // gets it here.
+  plotLayout()->setOuterRect(QRect(QPoint(), size));
+  for (const auto phase :
+       {QCPLayoutElement::upPreparation, QCPLayoutElement::upMargins, QCPLayoutElement::upLayout}) {
+    plotLayout()->update(phase);
+  }
 }
 
 void ResultPlot::PaintTo(QCPPainter& painter, const QSize& size) {
