@@ -74,6 +74,12 @@ std::vector<LedgerValue> RunValues(const LedgerRun& run) {
           run.market,    run.starting_money, run.margin,   run.money_per_point};
 }
 
+// Gives a select the rows of an archived run under the name of the table that it reads.
+std::string OverArchive(int run, const std::string& sql) {
+  return "WITH MyPortfolio AS (SELECT " + Listed(PortfolioColumns()) +
+         ", Place AS rowid FROM Archive WHERE Run = " + std::to_string(run) + ") " + sql;
+}
+
 void ArchiveRows(SqliteDatabase& database) {
   const std::string columns = Listed(PortfolioColumns());
   database.Execute("INSERT INTO Archive (Run, Place, " + columns + ") SELECT " + kCurrentRun +
@@ -151,8 +157,11 @@ void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_sour
   connection.database_ = std::move(database);
 }
 
-LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text) {
-  SqliteStatement select = connection.ForReading().Prepare(Translated(select_text));
+LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text,
+                            int archived_run) {
+  const std::string sql = Translated(select_text);
+  SqliteStatement select =
+      connection.ForReading().Prepare(archived_run == 0 ? sql : OverArchive(archived_run, sql));
   LedgerRecordset records;
   std::vector<bool> dates;
   for (int i = 0; i < select.Columns(); ++i) {
@@ -222,18 +231,21 @@ void LedgerDescribeRun(LedgerConnection& connection, const LedgerRun& run) {
   update.Step();
 }
 
-void LedgerNoteWiped(LedgerConnection& connection, std::string_view position, double held,
-                     double average, const LedgerDetail& detail) {
+void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
+                     const LedgerDetail& detail) {
   SqliteStatement insert = connection.ForWriting().Prepare(
-      "INSERT INTO Wiped (Run, Position, Held, AvgPrice, Quantity, BarIndex, NewestShown) VALUES "
-      "(" +
-      std::string(kCurrentRun) + ", ?, ?, ?, ?, ?, ?)");
-  insert.Bind(1, std::string(position));
-  insert.Bind(2, held);
-  insert.Bind(3, average);
-  insert.Bind(4, detail.quantity);
-  insert.Bind(5, static_cast<double>(detail.bar_index));
-  insert.Bind(6, static_cast<double>(detail.newest_shown));
+      "INSERT INTO Wiped (Run, Place, Position, Held, AvgPrice, Quantity, BarIndex, NewestShown, "
+      "BarDate, BarTime, MarketPrice) VALUES (" +
+      std::string(kCurrentRun) +
+      ", (SELECT coalesce(max(rowid), 0) FROM MyPortfolio), ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+  int place = 0;
+  for (const LedgerValue& value :
+       {LedgerValue(wiped.position), LedgerValue(wiped.held), LedgerValue(wiped.average),
+        LedgerValue(detail.quantity), LedgerValue(double(detail.bar_index)),
+        LedgerValue(double(detail.newest_shown)), LedgerValue(wiped.date), LedgerValue(wiped.time),
+        LedgerValue(wiped.price)}) {
+    insert.Bind(++place, value);
+  }
   insert.Step();
 }
 

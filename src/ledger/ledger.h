@@ -38,6 +38,17 @@ struct LedgerDetail {
   int newest_shown = 0;  // newest bar that the trader had seen by then
 };
 
+// A holding that too large an offset wiped out; it left no row.
+struct LedgerWiped {
+  std::string position;  // "Offset Long" or "Offset Short"
+  double held = 0;
+  double average = 0;
+  // The bar, as a row has it.
+  std::string date;
+  std::string time;
+  double price = 0;
+};
+
 // How dates are handed out: ISO text in, display text out.
 using LedgerDateText = std::function<std::string(std::string_view iso_date)>;
 
@@ -90,8 +101,10 @@ void LedgerClose(LedgerConnection& connection);
 
 // Runs a select. Values of the column ActDate come as the user's date text; joined dates and times
 // through format(…, 'dd-mmm-yy HH:MM') with English month names. Rows of equal date and time come
-// in the order of their insertion, or against it where the select descends.
-LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text);
+// in the order of their insertion, or against it where the select descends. With the number of an
+// archived run, MyPortfolio stands for the rows of that run.
+LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text,
+                            int archived_run = 0);
 
 // Appends one row; values stand for the columns in their order. Safe on the disk when it returns.
 void LedgerInsert(LedgerConnection& connection, std::string_view table,
@@ -108,8 +121,8 @@ void LedgerDeleteAll(LedgerConnection& connection, std::string_view table);
 void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run);
 // Puts what is known by now in place of what it began with.
 void LedgerDescribeRun(LedgerConnection& connection, const LedgerRun& run);
-// Notes a holding that was wiped out by too large an offset and so left no row.
-void LedgerNoteWiped(LedgerConnection& connection, std::string_view position, double held,
-                     double average, const LedgerDetail& detail);
+// Notes a wiped holding behind the newest row; the detail's quantity is the one asked for.
+void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
+                     const LedgerDetail& detail);
 
 }  // namespace velumar

@@ -42,6 +42,22 @@ void FormatJoined(sqlite3_context* context, int, sqlite3_value** arguments) {
   sqlite3_result_text(context, shown.c_str(), static_cast<int>(shown.size()), SQLITE_TRANSIENT);
 }
 
+bool HasColumn(SqliteDatabase& database, const std::string& table, const std::string& column) {
+  SqliteStatement info = database.Prepare("SELECT 1 FROM pragma_table_info(?) WHERE name = ?");
+  info.Bind(1, table);
+  info.Bind(2, column);
+  return info.Step();
+}
+
+// Ledgers of before told of a wiped holding neither the row behind which it fell nor its bar.
+void AddPlaceOfWiped(SqliteDatabase& database) {
+  if (HasColumn(database, "Wiped", "Place")) return;
+  for (const char* column :
+       {"Place INTEGER", "BarDate TEXT", "BarTime TEXT", "MarketPrice NUMERIC"}) {
+    database.Execute("ALTER TABLE Wiped ADD COLUMN " + std::string(column));
+  }
+}
+
 }  // namespace
 
 void MakeLedgerTables(SqliteDatabase& database) {
@@ -63,6 +79,7 @@ void MakeLedgerTables(SqliteDatabase& database) {
   database.Execute(
       "CREATE TABLE IF NOT EXISTS Wiped (Run INTEGER, Position TEXT, Held NUMERIC, "
       "AvgPrice NUMERIC, Quantity NUMERIC, BarIndex INTEGER, NewestShown INTEGER)");
+  AddPlaceOfWiped(database);
   transaction.Commit();
 }
 

@@ -5,11 +5,12 @@
 
 namespace velumar {
 
-std::vector<PortfolioChartRow> LoadPortfolioChart(LedgerConnection& connection) {
+std::vector<PortfolioChartRow> LoadPortfolioChart(LedgerConnection& connection, int archived_run) {
   LedgerRecordset records = LedgerQuery(
       connection,
       "select format(actdate & ' ' & acttime ,'dd-mmm-yy HH:MM')  as ActionDate, Portfolio  From "
-      "MyPortfolio  where balancepoint <> 0 order by actdate ");
+      "MyPortfolio  where balancepoint <> 0 order by actdate ",
+      archived_run);
   std::vector<PortfolioChartRow> rows;
   rows.reserve(records.rows.size());
   for (std::vector<LedgerValue>& record : records.rows) {

@@ -13,7 +13,9 @@ struct PortfolioChartRow {
 };
 
 // The money after each order that carries points of closed trades, by date: from the first offset
-// on, without the rows where the last offsets of both sides cancel. Throws LedgerError.
-std::vector<PortfolioChartRow> LoadPortfolioChart(LedgerConnection& connection);
+// on, without the rows where the last offsets of both sides cancel. Of the rows now in the ledger,
+// or of an archived run. Throws LedgerError.
+std::vector<PortfolioChartRow> LoadPortfolioChart(LedgerConnection& connection,
+                                                  int archived_run = 0);
 
 }  // namespace velumar

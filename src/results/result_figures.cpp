@@ -12,6 +12,23 @@ constexpr std::string_view kPortfolioPattern = "###,###,###,###";
 
 using Row = std::vector<LedgerValue>;
 
+// The first row of a select, over the rows now in the ledger or those of an archived run; empty
+// where there is none.
+class FirstRows {
+ public:
+  FirstRows(LedgerConnection& connection, int archived_run)
+      : connection_(connection), archived_run_(archived_run) {}
+
+  Row Of(std::string_view select) const {
+    LedgerRecordset records = LedgerQuery(connection_, select, archived_run_);
+    return records.Empty() ? Row() : std::move(records.rows.front());
+  }
+
+ private:
+  LedgerConnection& connection_;
+  int archived_run_;
+};
+
 bool IsNull(const LedgerValue& value) { return std::holds_alternative<std::monostate>(value); }
 
 float Single(const LedgerValue& value) {
@@ -25,40 +42,33 @@ std::string Text(const LedgerValue& value) {
   return IsNull(value) ? std::string() : PlainNumberText(Single(value));
 }
 
-// The first row of a select; empty where there is none.
-Row FirstRow(LedgerConnection& connection, std::string_view select) {
-  LedgerRecordset records = LedgerQuery(connection, select);
-  return records.Empty() ? Row() : std::move(records.rows.front());
-}
-
-void LoadSeries(LedgerConnection& connection, ResultFigures& figures) {
-  const Row row = FirstRow(connection, "select symbol , SymbolInterval From MyPortfolio");
+void LoadSeries(const FirstRows& first, ResultFigures& figures) {
+  const Row row = first.Of("select symbol , SymbolInterval From MyPortfolio");
   if (row.empty()) return;
   figures.ResSymbol = Text(row[0]);
   figures.ResInterval = Text(row[1]);
 }
 
-void LoadStart(LedgerConnection& connection, ResultFigures& figures) {
-  const Row row = FirstRow(
-      connection, "select actdate, acttime From MyPortfolio order by actdate asc, acttime asc ");
+void LoadStart(const FirstRows& first, ResultFigures& figures) {
+  const Row row =
+      first.Of("select actdate, acttime From MyPortfolio order by actdate asc, acttime asc ");
   if (row.empty()) return;
   figures.ResStartDate = Text(row[0]);
   figures.ResStartTime = Text(row[1]);
 }
 
-void LoadEnd(LedgerConnection& connection, ResultFigures& figures) {
-  const Row row = FirstRow(connection,
-                           "select actdate, acttime, Portfolio From MyPortfolio order by actdate "
-                           "desc, acttime desc ");
+void LoadEnd(const FirstRows& first, ResultFigures& figures) {
+  const Row row = first.Of(
+      "select actdate, acttime, Portfolio From MyPortfolio order by actdate "
+      "desc, acttime desc ");
   if (row.empty()) return;
   figures.ResEndDate = Text(row[0]);
   figures.ResEndTime = Text(row[1]);
   figures.ResPortfolio = Single(row[2]);
 }
 
-void LoadSums(LedgerConnection& connection, ResultFigures& figures) {
-  const Row row = FirstRow(
-      connection,
+void LoadSums(const FirstRows& first, ResultFigures& figures) {
+  const Row row = first.Of(
       "select sum(LAmount), sum(SAmount), sum(LRealised), sum(SRealised) From MyPortfolio");
   if (row.empty() || IsNull(row[0])) return;
   figures.ResLongAmount = Single(row[0]);
@@ -67,22 +77,23 @@ void LoadSums(LedgerConnection& connection, ResultFigures& figures) {
   figures.ResShortProfitLoss = Single(row[3]);
 }
 
-void LoadCommission(LedgerConnection& connection, std::string_view select, float& commission) {
-  const Row row = FirstRow(connection, select);
+void LoadCommission(const FirstRows& first, std::string_view select, float& commission) {
+  const Row row = first.Of(select);
   if (!row.empty() && !IsNull(row[0])) commission = Single(row[0]);
 }
 
 }  // namespace
 
-void LoadResultFigures(LedgerConnection& connection, ResultFigures& figures) {
+void LoadResultFigures(LedgerConnection& connection, ResultFigures& figures, int archived_run) {
+  const FirstRows first(connection, archived_run);
   ResultFigures loaded = figures;
-  LoadSeries(connection, loaded);
-  LoadStart(connection, loaded);
-  LoadEnd(connection, loaded);
-  LoadSums(connection, loaded);
-  LoadCommission(connection, "select sum(Commission) From MyPortfolio where LAmount > 0 ",
+  LoadSeries(first, loaded);
+  LoadStart(first, loaded);
+  LoadEnd(first, loaded);
+  LoadSums(first, loaded);
+  LoadCommission(first, "select sum(Commission) From MyPortfolio where LAmount > 0 ",
                  loaded.ResLongComm);
-  LoadCommission(connection, "select sum(Commission) From MyPortfolio where SAmount > 0 ",
+  LoadCommission(first, "select sum(Commission) From MyPortfolio where SAmount > 0 ",
                  loaded.ResShortComm);
   loaded.ResTotalComm =
       static_cast<float>(static_cast<double>(loaded.ResLongComm) + loaded.ResShortComm);

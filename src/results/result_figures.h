@@ -32,9 +32,9 @@ struct ResultFigures {
   bool operator==(const ResultFigures&) const = default;
 };
 
-// Reads all figures from MyPortfolio. Throws LedgerError when a query fails, and then every figure
-// is as it was before.
-void LoadResultFigures(LedgerConnection& connection, ResultFigures& figures);
+// Reads all figures from MyPortfolio, or from the rows of an archived run. Throws LedgerError when
+// a query fails, and then every figure is as it was before.
+void LoadResultFigures(LedgerConnection& connection, ResultFigures& figures, int archived_run = 0);
 
 struct ResultFigureText {
   std::string_view field;  // "ResPortfolio"

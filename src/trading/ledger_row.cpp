@@ -24,22 +24,33 @@ std::vector<LedgerValue> SideValues(const Book& book, const Side& side, bool off
           offset ? PlainValue(book.*side.Realised) : 0.0};
 }
 
+std::string IsoDate(const SimSession& session) {
+  return DateText(session.BarDate.at(static_cast<std::size_t>(session.BarIndex)), "yyyy-MM-dd");
+}
+
+std::string RowTime(const SimSession& session) {
+  return PatternText(session.BarTime.at(static_cast<std::size_t>(session.BarIndex)), kTimePattern);
+}
+
+double RowPrice(const SimSession& session) {
+  const float close = session.BarClose.at(static_cast<std::size_t>(session.BarIndex));
+  return ToDouble(PatternText(close, kClosePattern)).value_or(0);
+}
+
 }  // namespace
 
 std::vector<LedgerValue> LedgerRow(const SimSession& session, const Side& side,
                                    std::string_view position, bool offset) {
-  const auto bar = static_cast<std::size_t>(session.BarIndex);
   const std::vector<LedgerValue> nothing(6, LedgerValue(0.0));
   const std::vector<LedgerValue> own = SideValues(session, side, offset);
   const bool is_long = side.gains_on_rise;
-  std::vector<LedgerValue> row{
-      1.0,
-      session.Symbol,
-      IntervalValue(session.SymbolInterval),
-      DateText(session.BarDate.at(bar), "yyyy-MM-dd"),
-      PatternText(session.BarTime.at(bar), kTimePattern),
-      ToDouble(PatternText(session.BarClose.at(bar), kClosePattern)).value_or(0),
-      std::string(position)};
+  std::vector<LedgerValue> row{1.0,
+                               session.Symbol,
+                               IntervalValue(session.SymbolInterval),
+                               IsoDate(session),
+                               RowTime(session),
+                               RowPrice(session),
+                               std::string(position)};
   const auto append = [&row](const std::vector<LedgerValue>& values) {
     row.insert(row.end(), values.begin(), values.end());
   };
@@ -48,6 +59,16 @@ std::vector<LedgerValue> LedgerRow(const SimSession& session, const Side& side,
   append({PlainValue(session.BalancePoint), PlainValue(session.Commission),
           PlainValue(session.Balance)});
   return row;
+}
+
+LedgerWiped WipedHolding(const SimSession& session, std::string_view position, const Book& before,
+                         const Side& side) {
+  return {std::string(position),
+          PlainValue(before.*side.Accum),
+          PlainValue(before.*side.AvgPrice),
+          IsoDate(session),
+          RowTime(session),
+          RowPrice(session)};
 }
 
 }  // namespace velumar

@@ -13,4 +13,8 @@ namespace velumar {
 std::vector<LedgerValue> LedgerRow(const SimSession& session, const Side& side,
                                    std::string_view position, bool offset);
 
+// What is noted of a side's holding in `before` that too large an offset wiped out at this bar.
+LedgerWiped WipedHolding(const SimSession& session, std::string_view position, const Book& before,
+                         const Side& side);
+
 }  // namespace velumar

@@ -142,7 +142,7 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position, const 
 void OrderDesk::WipeOut(const Side& side, std::string_view position, const Book& before,
                         const OrderTexts& texts) {
   if (ledger_.CanWrite()) {
-    LedgerNoteWiped(ledger_, position, before.*side.Accum, before.*side.AvgPrice, Detail(texts));
+    LedgerNoteWiped(ledger_, WipedHolding(session_, position, before, side), Detail(texts));
   }
   session_.*side.Accum = 0;
   session_.*side.AvgPrice = 0;
