@@ -1,0 +1,123 @@
+#include "results/trade_list.h"
+
+#include <algorithm>
+#include <cmath>
+#include <deque>
+
+namespace velumar {
+
+namespace {
+
+// Quantities pass through 32-bit floats and seven digits on their way into a row.
+constexpr double kExact = 2e-6;
+
+TradeEnd EndOf(const RunOrder& order) { return {order.date, order.time, order.price, order.bar}; }
+
+// The lots of one side, matched with its orders one after the other.
+class SideLots {
+ public:
+  explicit SideLots(bool is_long) : is_long_(is_long) {}
+
+  // Appends what the order closes.
+  void Take(const RunOrder& order, std::vector<Trade>& closed) {
+    KeepInStep(order);
+    switch (order.kind) {
+      case RunOrder::Kind::kEntry:
+        if (Ordered(order) > 0) lots_.push_back({is_long_, Ordered(order), EndOf(order)});
+        held_ = order.held;
+        break;
+      case RunOrder::Kind::kOffset:
+        Close(Ordered(order), order, closed);
+        held_ = order.held;
+        break;
+      case RunOrder::Kind::kWiped:
+        for (const OpenLot& lot : lots_) closed.push_back({lot, EndOf(order), true, {}, {}});
+        lots_.clear();
+        held_ = 0;
+        break;
+    }
+  }
+  const std::deque<OpenLot>& Open() const { return lots_; }
+
+ private:
+  // An offset without a detail closed what the holding fell by.
+  double Ordered(const RunOrder& order) const {
+    return order.quantity.value_or(std::max(0.0, held_ - order.held));
+  }
+
+  double HeldBefore(const RunOrder& order) const {
+    switch (order.kind) {
+      case RunOrder::Kind::kEntry:
+        return HeldNothingBefore(order) ? 0 : order.held - Ordered(order);
+      case RunOrder::Kind::kOffset:
+        return order.held + Ordered(order);
+      case RunOrder::Kind::kWiped:
+        break;
+    }
+    return order.held;
+  }
+
+  // An account that began anew in between holds nothing; what the rows don't explain is held
+  // without an entry.
+  void KeepInStep(const RunOrder& order) {
+    const double before = HeldBefore(order);
+    if (std::abs(before - held_) <= kExact * std::max({before, held_, order.held})) return;
+    lots_.clear();
+    if (before > 0) lots_.push_back({is_long_, before, std::nullopt});
+    held_ = before;
+  }
+
+  void Close(double quantity, const RunOrder& order, std::vector<Trade>& closed) {
+    const double rest_that_counts = kExact * quantity;
+    while (quantity > rest_that_counts && !lots_.empty()) {
+      OpenLot& lot = lots_.front();
+      OpenLot part = lot;
+      part.quantity = std::min(lot.quantity, quantity);
+      closed.push_back(Closed(part, order));
+      quantity -= part.quantity;
+      lot.quantity -= part.quantity;
+      if (lot.quantity <= kExact * part.quantity) lots_.pop_front();
+    }
+    if (order.held == 0) lots_.clear();
+  }
+
+  Trade Closed(const OpenLot& part, const RunOrder& order) const {
+    Trade trade{part, EndOf(order), false, {}, {}};
+    if (part.entry) {
+      const double rise = order.price - part.entry->price;
+      trade.points = part.quantity * (is_long_ ? rise : -rise);
+    }
+    return trade;
+  }
+
+  bool is_long_;
+  std::deque<OpenLot> lots_;
+  double held_ = 0;
+};
+
+void AddMoney(const RunRecord& run, std::vector<Trade>& trades) {
+  if (!run.began) return;
+  for (Trade& trade : trades) {
+    if (trade.points) trade.money = *trade.points * run.began->money_per_point;
+  }
+}
+
+}  // namespace
+
+TradeList ListTrades(const std::vector<RunRecord>& account) {
+  SideLots long_lots(true);
+  SideLots short_lots(false);
+  TradeList list;
+  for (const RunRecord& run : account) {
+    list.trades.clear();
+    for (const RunOrder& order : run.orders) {
+      (order.is_long ? long_lots : short_lots).Take(order, list.trades);
+    }
+  }
+  AddMoney(account.back(), list.trades);
+  list.open.assign(long_lots.Open().begin(), long_lots.Open().end());
+  list.open.insert(list.open.end(), short_lots.Open().begin(), short_lots.Open().end());
+  return list;
+}
+
+}  // namespace velumar
