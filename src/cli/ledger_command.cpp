@@ -4,6 +4,7 @@
 #include <ostream>
 #include <string>
 
+#include "base/csv_field.h"
 #include "cli/commands.h"
 #include "cli/ledger_texts.h"
 #include "cli/text_table.h"
@@ -41,14 +42,6 @@ std::string Json(const LedgerRecordset& records) {
   for (std::size_t i = 0; i < records.rows.size(); ++i) rows.push_back(LedgerRowObject(records, i));
   constexpr int kIndent = 2;
   return rows.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
-}
-
-// A field in quotes where its text would end it.
-std::string CsvField(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return quoted + "\"";
 }
 
 std::string Csv(const LedgerRecordset& records) {

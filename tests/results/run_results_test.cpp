@@ -1,0 +1,240 @@
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "results/order_list.h"
+#include "results/portfolio_chart.h"
+#include "results/result_figures.h"
+#include "results/statistics.h"
+
+namespace velumar {
+namespace {
+
+using testing::ElementsAre;
+
+// Writes orders as a trader's rows have them: one contract moves 1,000 a point and costs 100 and 7
+// percent VAT.
+class RunResultsTest : public testing::Test {
+ protected:
+  RunResultsTest() { LedgerOpen(ledger, ":memory:"); }
+
+  void Begin(double money) {
+    LedgerBeginRun(ledger, {"/data", "ABC", "D", "20070110", "0", "futures", money, 5e4, 1000});
+  }
+  static std::string Date(int bar) { return "2007-01-" + std::to_string(bar); }
+
+  std::vector<LedgerValue> Row(int bar, const std::string& position, double quantity, double price,
+                               double held, double points, double money) const {
+    const std::size_t side = position.ends_with("Long") ? 7 : 13;
+    const bool offset = position.starts_with("Offset");
+    std::vector<LedgerValue> row(22, LedgerValue(0.0));
+    row[1] = "ABC";
+    row[2] = -1.0;
+    row[3] = Date(bar);
+    row[4] = "16:30:00";
+    row[5] = price;
+    row[6] = position;
+    row[side + 1] = offset ? 0.0 : quantity;
+    row[side + 2] = offset ? 1.0 : 0.0;
+    row[side + 3] = held;
+    row[side + 5] = points;
+    row[19] = points;
+    row[20] = 100 * quantity;
+    row[21] = money;
+    return row;
+  }
+  void Order(int bar, const std::string& position, double quantity, double price, double held,
+             double points, double money, int newest_shown = 0) {
+    LedgerInsertOrder(ledger, Row(bar, position, quantity, price, held, points, money),
+                      {quantity, 7 * quantity, bar, std::max(bar, newest_shown)});
+  }
+
+  // Loses first, closes parts of two entries at once, steps back, and gives three contracts away.
+  void TradeARun() {
+    Begin(2000000);
+    Order(10, "Long", 2, 100, 2, 0, 2000000);
+    Order(12, "Long", 1, 103, 3, 0, 2000000);
+    Order(14, "Offset Long", 1, 98, 2, -3, 1997000);  // the book goes by the average of 101
+    Order(15, "Short", 4, 99, 4, 0, 1997000);
+    Order(16, "Offset Long", 2, 106, 0, 10, 2007000);
+    Order(15, "Offset Short", 1, 97, 3, 2, 2009000, 16);
+    LedgerNoteWiped(ledger, {"Offset Short", 3, 99, Date(20), "16:30:00", 90}, {9, 0, 20, 20});
+    Order(24, "Long", 1, 100, 1, 0, 2009000);
+    Order(25, "Short", 1, 95, 1, 0, 2009000);
+  }
+
+  std::map<std::string_view, std::string> Statistics(int run = kRunNow) {
+    std::map<std::string_view, std::string> values;
+    for (const Statistic& statistic : RunStatistics(ReadAccount(ledger, run))) {
+      values[statistic.name] = statistic.value;
+    }
+    return values;
+  }
+  // "Long 2 from 100 to 98: -4000", one for each trade.
+  std::vector<std::string> Trades(int run = kRunNow) {
+    std::vector<std::string> texts;
+    for (const Trade& trade : ListTrades(ReadAccount(ledger, run)).trades) {
+      std::ostringstream text;
+      text << (trade.lot.is_long ? "Long " : "Short ") << trade.lot.quantity << " from ";
+      trade.lot.entry ? text << trade.lot.entry->price : text << "?";
+      text << " to " << trade.exit.price << ": ";
+      trade.money ? text << *trade.money : text << (trade.wiped ? "wiped" : "?");
+      texts.push_back(text.str());
+    }
+    return texts;
+  }
+
+  LedgerConnection ledger{[](std::string_view iso) { return "<" + std::string(iso) + ">"; }};
+};
+
+TEST_F(RunResultsTest, ARunReckonedByHand) {
+  TradeARun();
+  EXPECT_THAT(Trades(), ElementsAre("Long 1 from 100 to 98: -2000", "Long 1 from 100 to 106: 6000",
+                                    "Long 1 from 103 to 106: 3000", "Short 1 from 99 to 97: 2000",
+                                    "Short 3 from 99 to 90: wiped"));
+  const std::map<std::string_view, std::string> expected{
+      {"Trades", "5"},
+      {"Closed without a result", "1"},
+      {"Win rate", "75.00 %"},
+      {"Average win", "3,666.67"},
+      {"Average loss", "-2,000.00"},
+      {"Payoff", "1.83"},
+      {"Profit factor", "5.50"},
+      {"Expectancy", "2,250.00"},
+      {"Largest win", "6,000.00"},
+      {"Largest loss", "-2,000.00"},
+      {"Longest run of wins", "3"},
+      {"Longest run of losses", "1"},
+      {"Maximum drawdown", "3,000.00"},
+      {"Maximum drawdown in percent", "0.15 %"},
+      {"Dates of the drawdown", "start to <2007-01-14> 16:30:00"},
+      {"Time in the market", "73.33 %"},  // bars 10 to 20 and 24 of the 15 from 10 to 25
+      {"Exposure", "9.99 %"},             // (4 * 100 + 6 * 100 + 4 * 103 + 5 * 297 + 100) / 15
+      {"Return", "0.45 %"},
+      {"Commission", "1,300.00"},
+      {"VAT", "91.00"},
+      {"Net after both", "7,609.00"},
+      {"Hindsight", "1 of 8 orders with hindsight"},
+  };
+  EXPECT_EQ(Statistics(), expected);
+}
+
+TEST_F(RunResultsTest, AnArchivedRunReadsAsItDidBefore) {
+  TradeARun();
+  const auto statistics = Statistics();
+  const auto trades = Trades();
+  const std::string csv = OrdersCsv(ListOrders(ReadRun(ledger, kRunNow)));
+  ResultFigures figures;
+  LoadResultFigures(ledger, figures);
+  const auto chart = LoadPortfolioChart(ledger);
+
+  Begin(5);
+  Order(28, "Long", 7, 1, 7, 0, 5);
+  Begin(6);
+  ASSERT_EQ(RunChoices(ledger).size(), 3U);
+  EXPECT_EQ(RunChoices(ledger)[1].title, "2: ABC D from <2007-01-10>, 1 order");
+  EXPECT_EQ(RunChoices(ledger)[2].title, "1: ABC D from <2007-01-10>, 8 orders");
+  EXPECT_EQ(Statistics(1), statistics);
+  EXPECT_EQ(Trades(1), trades);
+  EXPECT_EQ(OrdersCsv(ListOrders(ReadRun(ledger, 1))), csv);
+  ResultFigures archived;
+  LoadResultFigures(ledger, archived, 1);
+  EXPECT_EQ(archived, figures);
+  const auto archived_chart = LoadPortfolioChart(ledger, 1);
+  ASSERT_EQ(archived_chart.size(), chart.size());
+  for (std::size_t i = 0; i < chart.size(); ++i) {
+    EXPECT_EQ(archived_chart[i].label, chart[i].label);
+    EXPECT_EQ(archived_chart[i].value, chart[i].value);
+  }
+  EXPECT_THROW(ReadRun(ledger, 3), LedgerError);  // placed no order
+}
+
+TEST_F(RunResultsTest, HoldingsOfThePauseBeforeKeepTheirEntries) {
+  TradeARun();
+  Begin(2009000);
+  Order(26, "Short", 2, 93, 3, 0, 2009000);
+  Begin(2009000);
+  Order(27, "Offset Short", 2, 90, 1, 0, 2014000);  // entered at 95 and 93, two runs apart
+  Order(28, "Offset Long", 1, 104, 0, 4, 2018000);
+  EXPECT_THAT(Trades(), ElementsAre("Short 1 from 95 to 90: 5000", "Short 1 from 93 to 90: 3000",
+                                    "Long 1 from 100 to 104: 4000"));
+  EXPECT_EQ(Statistics()["Time in the market"], "100.00 %");
+
+  // Another account holds nothing of it; its first short is its own.
+  Begin(1000);
+  Order(10, "Short", 2, 50, 2, 0, 1000);
+  Order(11, "Offset Short", 2, 51, 0, -2, -1000);
+  EXPECT_THAT(Trades(), ElementsAre("Short 2 from 50 to 51: -2000"));
+  EXPECT_EQ(Statistics()["Maximum drawdown in percent"], "200.00 %");
+
+  // More than any row explains: no guess.
+  Begin(1000);
+  Order(12, "Offset Long", 1, 60, 4, 2, 3000);
+  EXPECT_THAT(Trades(), ElementsAre("Long 1 from ? to 60: ?"));
+  EXPECT_EQ(Statistics()["Expectancy"], "-");
+}
+
+TEST_F(RunResultsTest, WhatTheLedgerDoesNotTellIsADash) {
+  const auto only_counted = [](const std::map<std::string_view, std::string>& statistics) {
+    std::map<std::string_view, std::string> others = statistics;
+    std::erase_if(others, [](const auto& statistic) { return statistic.second == "-"; });
+    return others;
+  };
+  using Values = std::map<std::string_view, std::string>;
+  EXPECT_EQ(only_counted(Statistics()), (Values{{"Trades", "0"},
+                                                {"Closed without a result", "0"},
+                                                {"Commission", "0.00"},
+                                                {"VAT", "0.00"},
+                                                {"Hindsight", "0 of 0 orders with hindsight"}}));
+  // Rows of a time when neither runs nor details were noted; what fell tells the quantity.
+  for (const auto& row :
+       {Row(10, "Long", 2, 100, 2, 0, 9), Row(11, "Offset Long", 2, 99, 0, -2, 7)})
+    LedgerInsert(ledger, kPortfolioTable, PortfolioColumns(), row);
+  EXPECT_EQ(only_counted(Statistics()),
+            (Values{{"Trades", "1"}, {"Closed without a result", "1"}, {"Commission", "400.00"}}));
+  EXPECT_EQ(ListTrades(ReadAccount(ledger, kRunNow)).trades.at(0).points, -2.0);
+}
+
+TEST_F(RunResultsTest, TheOrdersAsATableAndAsCsv) {
+  TradeARun();
+  std::vector<OrderListRow> rows = ListOrders(ReadRun(ledger, kRunNow));
+  ASSERT_EQ(rows.size(), 9U);
+  const auto texts = [](const OrderListRow& row) {
+    std::string text;
+    for (const OrderCell& cell : row) text += cell.text + "|";
+    return text;
+  };
+  EXPECT_EQ(texts(rows[5]),
+            "6|<2007-01-15>|16:30:00|ABC|Offset Short|1|97.00|3|0.00|2.00|100.00|7.00|"
+            "2,009,000.00|hindsight|");
+  EXPECT_EQ(texts(rows[6]),
+            "7|<2007-01-20>|16:30:00|ABC|Offset Short|9|90.00|0|-|-|0.00|0.00|2,009,000.00|"
+            "more than the 3 held: closed without a result|");
+  std::istringstream csv(OrdersCsv(rows));
+  std::string line;
+  std::getline(csv, line);
+  EXPECT_EQ(line,
+            "No.,Date,Time,Symbol,Order,Quantity,Price,Held,Average,Points,Commission,VAT,Balance,"
+            "Note");
+  std::getline(csv, line);
+  EXPECT_EQ(line, "1,2007-01-10,16:30:00,ABC,Long,2,100,2,0,,200,14,2000000,");
+
+  // By balance downward: numbers, not texts, and equal ones as they were placed.
+  SortOrders(rows, 12, true);
+  std::string numbers;
+  for (const OrderListRow& row : rows) numbers += row[0].text + " ";
+  EXPECT_EQ(numbers, "6 7 8 9 5 1 2 3 4 ");
+}
+
+TEST_F(RunResultsTest, EveryFormulaIsWrittenDown) {
+  std::ifstream page(VELUMAR_STATISTICS_PAGE);
+  const std::string text(std::istreambuf_iterator<char>(page), {});
+  for (const Statistic& statistic : RunStatistics(ReadAccount(ledger, kRunNow))) {
+    const std::string line =
+        "| " + std::string(statistic.name) + " | " + std::string(statistic.formula) + " |\n";
+    EXPECT_THAT(text, testing::HasSubstr(line));
+  }
+}
+
+}  // namespace
+}  // namespace velumar
