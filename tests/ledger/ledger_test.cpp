@@ -97,6 +97,26 @@ TEST_F(LedgerTest, RowsOutliveTheProgram) {
   EXPECT_EQ(LedgerQuery(ledger, "select * From MyPortfolio").rows.size(), 1U);
 }
 
+TEST_F(LedgerTest, AnOlderFileLearnsWhereHoldingsWereWiped) {
+  SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
+      .Execute(
+          "CREATE TABLE Wiped (Run INTEGER, Position TEXT, Held NUMERIC, AvgPrice NUMERIC, "
+          "Quantity NUMERIC, BarIndex INTEGER, NewestShown INTEGER); "
+          "INSERT INTO Wiped (Held) VALUES (1)");
+  for (double held = 2; held <= 3; ++held) {
+    LedgerConnection ledger = Connection();
+    LedgerOpen(ledger, file);
+    LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, 1), {});
+    LedgerNoteWiped(ledger, {"Offset Long", held, 99, "2007-01-26", "16:30:00", 98}, {9, 0, 5, 6});
+  }
+  LedgerConnection ledger = Connection();
+  LedgerOpenToRead(ledger, file);
+  const LedgerRecordset wiped = LedgerQuery(ledger, "select Place, Held, BarDate From Wiped");
+  using Values = std::vector<LedgerValue>;
+  EXPECT_EQ(wiped.rows, (std::vector<Values>{
+                            {{}, 1.0, {}}, {1.0, 2.0, "2007-01-26"}, {2.0, 3.0, "2007-01-26"}}));
+}
+
 TEST_F(LedgerTest, ASecondProgramReadsButDoesNotWrite) {
   LedgerConnection first = Connection();
   LedgerOpen(first, file);

@@ -114,9 +114,14 @@ TEST_F(OrdersTest, TheOtherExits) {
   EXPECT_EQ(session.UsedMargin, used);
   EXPECT_EQ(session.Balance, 2000000);
   EXPECT_EQ(Rows(), 1);
-  const LedgerRecordset wiped = LedgerQuery(ledger, "select Position, Held, Quantity From Wiped");
+  // Noted behind the row of the entry, at the same bar.
+  const LedgerRecordset wiped =
+      LedgerQuery(ledger,
+                  "select Held, Quantity From Wiped, MyPortfolio where Place = MyPortfolio.rowid "
+                  "and BarDate = ActDate and BarTime = ActTime and Wiped.MarketPrice = "
+                  "MyPortfolio.MarketPrice and Wiped.Position = 'Offset Long'");
   ASSERT_EQ(wiped.rows.size(), 1U);
-  EXPECT_EQ(wiped.rows[0][1], LedgerValue(1.0));
+  EXPECT_EQ(wiped.rows[0], (std::vector<LedgerValue>{1.0, 3.0}));
   EXPECT_EQ(Order(&OrderDesk::Short, "0"), OrderResult::kDone) << "moves nothing";
   EXPECT_EQ(Rows(), 1);
   session.BarIndex = -1;
