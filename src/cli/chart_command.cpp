@@ -20,13 +20,14 @@ struct ChartArguments {
   std::string file;
   std::string out;
   std::string type = "2D Line";
+  int run = 0;
 };
 
-ChartPoints PointsOf(const std::string& file) {
+ChartPoints PointsOf(const std::string& file, int run) {
   LedgerConnection ledger([](std::string_view date) { return std::string(date); });
   LedgerOpenToRead(ledger, file);
   ChartPoints points;
-  for (const PortfolioChartRow& row : LoadPortfolioChart(ledger)) {
+  for (const PortfolioChartRow& row : LoadPortfolioChart(ledger, run)) {
     points.labels.push_back(row.label);
     points.values.push_back(double{row.value});
   }
@@ -36,7 +37,7 @@ ChartPoints PointsOf(const std::string& file) {
 void DrawChart(const ChartArguments& arguments) {
   const std::optional<ChartType> type = ChartTypeOf(std::string_view(arguments.type));
   if (!type) throw std::runtime_error("--type: there is no chart of the type " + arguments.type);
-  ChartPoints points = PointsOf(arguments.file);
+  ChartPoints points = PointsOf(arguments.file, arguments.run);
   // Nobody needs a display to draw into a file.
   qputenv("QT_QPA_PLATFORM", "offscreen");
   int count = 1;
@@ -60,6 +61,8 @@ void AddChartCommand(CLI::App& app, CliContext&) {
   command->add_option(
       "--type", arguments->type,
       "\"2D Bar\", \"3D Bar\", \"2D Line\", \"2D Area\", \"3D Line\" or \"3D Step\"");
+  command->add_option("--run", arguments->run, "the archived run of this number")
+      ->check(CLI::PositiveNumber);
   command->callback([arguments] { DrawChart(*arguments); });
 }
 

@@ -10,6 +10,8 @@
 #include "ledger/ledger.h"
 #include "platform/system_locale.h"
 #include "results/result_figures.h"
+#include "results/run_choice.h"
+#include "results/statistics.h"
 
 namespace velumar {
 
@@ -18,22 +20,30 @@ namespace {
 struct FiguresArguments {
   std::string file;
   bool json = false;
+  int run = kRunNow;
   std::string date_pattern;
 };
 
-std::string Json(const ResultFigures& figures) {
+std::string Json(const ResultFigures& figures, const std::vector<Statistic>& statistics) {
   nlohmann::ordered_json object;
   for (const ResultFigureText& figure : ResultFigureTexts(figures)) {
     object[std::string(figure.field)] = figure.text;
+  }
+  object["statistics"] = nlohmann::ordered_json::object();
+  for (const Statistic& statistic : statistics) {
+    object["statistics"][std::string(statistic.name)] = statistic.value;
   }
   constexpr int kIndent = 2;
   return object.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
-std::string Table(const ResultFigures& figures) {
+std::string Table(const ResultFigures& figures, const std::vector<Statistic>& statistics) {
   TextTable table({{"Figure"}, {"Value"}});
   for (const ResultFigureText& figure : ResultFigureTexts(figures)) {
     table.AddRow({std::string(figure.field), figure.text});
+  }
+  for (const Statistic& statistic : statistics) {
+    table.AddRow({std::string(statistic.name), statistic.value});
   }
   return table.Text();
 }
@@ -44,18 +54,22 @@ void PrintFigures(const FiguresArguments& arguments, CliContext& context) {
   LedgerConnection ledger([&](std::string_view date) { return ShownDate(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
   ResultFigures figures;
-  LoadResultFigures(ledger, figures);
-  context.out << (arguments.json ? Json(figures) : Table(figures));
+  const std::vector<RunRecord> account = ReadAccount(ledger, arguments.run);
+  LoadResultFigures(ledger, figures, arguments.run);
+  const std::vector<Statistic> statistics = RunStatistics(account);
+  context.out << (arguments.json ? Json(figures, statistics) : Table(figures, statistics));
 }
 
 }  // namespace
 
 void AddFiguresCommand(CLI::App& app, CliContext& context) {
   const auto arguments = std::make_shared<FiguresArguments>();
-  CLI::App* command =
-      app.add_subcommand("figures", "Print what the orders of the newest run come to.");
+  CLI::App* command = app.add_subcommand(
+      "figures", "Print what the orders of a run come to: the newest one's, or an archived one's.");
   command->add_option("FILE", arguments->file, "the ledger, as Portfolio.mdb")->required();
   command->add_flag("--json", arguments->json, "as one JSON object of texts");
+  command->add_option("--run", arguments->run, "the archived run of this number")
+      ->check(CLI::PositiveNumber);
   command->add_option("--date-pattern", arguments->date_pattern,
                       "how dates are shown, such as dd/MM/yyyy (by default as the user's locale "
                       "has it)");

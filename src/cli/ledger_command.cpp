@@ -10,6 +10,8 @@
 #include "cli/text_table.h"
 #include "ledger/ledger.h"
 #include "platform/system_locale.h"
+#include "results/order_list.h"
+#include "results/run_choice.h"
 
 namespace velumar {
 
@@ -20,6 +22,7 @@ struct LedgerArguments {
   bool csv = false;
   bool json = false;
   bool runs = false;
+  bool orders = false;
   int run = 0;
   std::string date_pattern;
 };
@@ -74,6 +77,10 @@ void PrintLedger(const LedgerArguments& arguments, CliContext& context) {
       arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
   LedgerConnection ledger([&](std::string_view date) { return ShownDate(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
+  if (arguments.orders) {
+    context.out << OrdersCsv(ListOrders(ReadRun(ledger, arguments.run)));
+    return;
+  }
   const LedgerRecordset records = LedgerQuery(ledger, SelectOf(arguments));
   if (arguments.run != 0 && records.Empty()) {
     throw LedgerError(arguments.file + ": no archived run has the number " +
@@ -91,8 +98,12 @@ void AddLedgerCommand(CLI::App& app, CliContext& context) {
   command->add_option("FILE", arguments->file, "the ledger, as Portfolio.mdb")->required();
   CLI::Option* csv = command->add_flag("--csv", arguments->csv, "as CSV with a line of titles");
   command->add_flag("--json", arguments->json, "as one JSON array of objects")->excludes(csv);
+  CLI::Option* orders =
+      command->add_flag("--orders", arguments->orders,
+                        "the orders with their quantities, running balance and hindsight, as CSV");
   CLI::Option* runs =
-      command->add_flag("--runs", arguments->runs, "the runs whose rows are in the archive");
+      command->add_flag("--runs", arguments->runs, "the runs whose rows are in the archive")
+          ->excludes(orders);
   command->add_option("--run", arguments->run, "the rows of the archived run of this number")
       ->check(CLI::PositiveNumber)
       ->excludes(runs);
