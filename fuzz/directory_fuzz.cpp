@@ -68,11 +68,12 @@ void AddBar(const std::string& folder, const SecurityInfo& security, IndexCache&
   writer.CloseDirectory();
 }
 
-void RemoveBars(const std::string& folder, const SecurityInfo& security, IndexCache& cache) {
+void RemoveBar(const std::string& folder, const SecurityInfo& security, IndexCache& cache) {
   MetaLibWriter writer(cache);
   writer.OpenDirectory(folder);
   Select(writer, security);
-  writer.DeleteDateRange(20000101, 20301231);
+  security.interval == -1 ? writer.DeleteDailyBar(kAddedDate)
+                          : writer.DeleteIntradayBar(kAddedDate, kAddedTime);
   writer.CloseSecurity();
   writer.CloseDirectory();
 }
@@ -89,7 +90,7 @@ void TryAll(const std::string& folder) {
       AddBar(folder, listed[i], cache);
       IndexCache fresh;
       if (!Holds(folder, listed[i], cache) || !Holds(folder, listed[i], fresh)) std::abort();
-      RemoveBars(folder, listed[i], cache);
+      RemoveBar(folder, listed[i], cache);
     } catch (const MetaLibError&) {
     }
   }

@@ -20,6 +20,7 @@ namespace {
 struct FiguresArguments {
   std::string file;
   bool json = false;
+  bool explain = false;
   int run = kRunNow;
   std::string date_pattern;
 };
@@ -48,6 +49,15 @@ std::string Table(const ResultFigures& figures, const std::vector<Statistic>& st
   return table.Text();
 }
 
+std::string Formulas(const std::vector<Statistic>& statistics) {
+  std::string text;
+  for (const Statistic& statistic : statistics) {
+    text += std::string(statistic.name) + ": " + statistic.value + "\n  " +
+            std::string(statistic.formula) + "\n";
+  }
+  return text;
+}
+
 void PrintFigures(const FiguresArguments& arguments, CliContext& context) {
   const std::string pattern =
       arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
@@ -57,6 +67,10 @@ void PrintFigures(const FiguresArguments& arguments, CliContext& context) {
   const std::vector<RunRecord> account = ReadAccount(ledger, arguments.run);
   LoadResultFigures(ledger, figures, arguments.run);
   const std::vector<Statistic> statistics = RunStatistics(account);
+  if (arguments.explain) {
+    context.out << Formulas(statistics);
+    return;
+  }
   context.out << (arguments.json ? Json(figures, statistics) : Table(figures, statistics));
 }
 
@@ -67,7 +81,9 @@ void AddFiguresCommand(CLI::App& app, CliContext& context) {
   CLI::App* command = app.add_subcommand(
       "figures", "Print what the orders of a run come to: the newest one's, or an archived one's.");
   command->add_option("FILE", arguments->file, "the ledger, as Portfolio.mdb")->required();
-  command->add_flag("--json", arguments->json, "as one JSON object of texts");
+  CLI::Option* json = command->add_flag("--json", arguments->json, "as one JSON object of texts");
+  command->add_flag("--explain", arguments->explain, "the statistics, each with its formula")
+      ->excludes(json);
   command->add_option("--run", arguments->run, "the archived run of this number")
       ->check(CLI::PositiveNumber);
   command->add_option("--date-pattern", arguments->date_pattern,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "base/counted.h"
 #include "base/ignoring.h"
 #include "base/number_text.h"
 #include "base/text.h"
@@ -43,9 +44,7 @@ void HostControl::OpenHostChart(const std::function<bool()>& superseded) {
   if (superseded()) return;
   MaximizeHost();
   BringHostToFront();
-  ++opening_;
   TypeChartOpen(superseded);
-  --opening_;
   // The box of a dialog that never came lets clicks run.
   if (superseded()) return;
   BringHostToFront();
@@ -53,6 +52,7 @@ void HostControl::OpenHostChart(const std::function<bool()>& superseded) {
 }
 
 void HostControl::TypeChartOpen(const std::function<bool()>& superseded) {
+  const Counted opening(opening_);
   SetStatusLine(desktop_, "Wait for  close all chart  ....");
   BringHostToFront();
   Send(kCloseCharts);

@@ -177,8 +177,4 @@ void MetaLibWriter::DeleteIntradayBar(std::int32_t date, std::int32_t time) {
   state_->Series("DeleteIntradayBar").Remove(date, time);
 }
 
-void MetaLibWriter::DeleteDateRange(std::int32_t from_date, std::int32_t to_date) {
-  state_->Series("DeleteDateRange").RemoveDates(from_date, to_date);
-}
-
 }  // namespace velumar

@@ -50,7 +50,6 @@ class MetaLibWriter {
   // Deleting what isn't stored is no error.
   void DeleteDailyBar(std::int32_t date);
   void DeleteIntradayBar(std::int32_t date, std::int32_t time);
-  void DeleteDateRange(std::int32_t from_date, std::int32_t to_date);  // both ends included
 
  private:
   struct State;

@@ -110,6 +110,11 @@ void RawFile::Truncate(std::int64_t size) {
   }
 }
 
+void RawFile::RenameTo(const std::filesystem::path& target) {
+  if (rename(path_.c_str(), target.c_str()) != 0) ThrowWriteFailed(target, errno);
+  path_ = target;
+}
+
 FileStamp RawFile::Stamp() const {
   struct stat info {};
   if (fstat(handle_, &info) != 0) ThrowReadFailed(path_, errno);

@@ -3,8 +3,6 @@
 #include <system_error>
 #include <utility>
 
-#include "marketdata/file_error.h"
-
 namespace velumar {
 
 namespace {
@@ -26,11 +24,10 @@ ReplacementFile::ReplacementFile(ReplacementFile&& other) noexcept
       file_(std::move(other.file_)),
       pending_(std::exchange(other.pending_, false)) {}
 
-void ReplacementFile::Commit() {
-  std::error_code error;
-  std::filesystem::rename(file_.Path(), target_, error);
-  if (error) ThrowWriteFailed(target_, error.value());
+RawFile ReplacementFile::Commit() {
+  file_.RenameTo(target_);
   pending_ = false;
+  return std::move(file_);
 }
 
 }  // namespace velumar

@@ -16,7 +16,7 @@ class ReplacementFile {
   ReplacementFile& operator=(ReplacementFile&&) = delete;
 
   void Write(ByteView whole) { file_.WriteAt(0, whole); }
-  void Commit();
+  RawFile Commit();  // the new version, still open
 
  private:
   std::filesystem::path target_;

@@ -48,11 +48,11 @@ std::vector<std::size_t> PlacesInOrder(const std::vector<std::int64_t>& keys) {
 SeriesFile::SeriesFile(Series series)
     : series_(std::move(series)),
       has_times_(series_.is_intraday && series_.layout.Has(BarField::kTime)) {
-  if (StampOf(series_.path)) Open();
+  if (StampOf(series_.path)) TakeIn(RawFile(series_.path, RawFile::Mode::kChange));
 }
 
-void SeriesFile::Open() {
-  file_.emplace(series_.path, RawFile::Mode::kChange);
+void SeriesFile::TakeIn(RawFile file) {
+  file_.emplace(std::move(file));
   const FileStamp stamp = file_->Stamp();
   size_ = stamp.size;
   std::array<std::byte, kCountsSize> counts{};
@@ -153,15 +153,7 @@ void SeriesFile::Remove(std::int32_t date, std::int32_t time) {
   const Key key = KeyOf(date, time);
   if (!Contains(date, time)) return;
   PutInOrder();
-  const int index = LowerBound(key);
-  RemoveRange(index, index + 1);
-}
-
-void SeriesFile::RemoveDates(std::int32_t from_date, std::int32_t to_date) {
-  if (bars_ == 0 || from_date > to_date) return;
-  PutInOrder();
-  RemoveRange(LowerBound(from_date * kTimesPerDate),
-              LowerBound((to_date + Key{1}) * kTimesPerDate));
+  RemoveAt(LowerBound(key));
 }
 
 void SeriesFile::PutInOrder() {
@@ -225,15 +217,14 @@ void SeriesFile::Insert(int index, ByteView record) {
   Rewrite(records);
 }
 
-void SeriesFile::RemoveRange(int first, int last) {
-  if (first == last) return;
-  if (last == bars_) {
-    CutTo(first);
+void SeriesFile::RemoveAt(int index) {
+  if (index == bars_ - 1) {
+    CutTo(index);
     return;
   }
   std::vector<std::byte> records = AllRecords();
-  records.erase(records.begin() + EndOf(first) - EndOf(0),
-                records.begin() + EndOf(last) - EndOf(0));
+  const auto record = records.begin() + EndOf(index) - EndOf(0);
+  records.erase(record, record + static_cast<std::ptrdiff_t>(series_.layout.RecordSize()));
   Rewrite(records);
 }
 
@@ -282,9 +273,8 @@ void SeriesFile::StageRecords(ByteView records) {
 }
 
 void SeriesFile::CommitStaged() {
-  staged_->Commit();
+  TakeIn(staged_->Commit());
   staged_.reset();
-  Open();
 }
 
 void SeriesFile::Rewrite(ByteView records) {

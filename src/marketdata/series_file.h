@@ -36,7 +36,6 @@ class SeriesFile {
 
   void Put(const Bar& bar);
   void Remove(std::int32_t date, std::int32_t time);
-  void RemoveDates(std::int32_t from_date, std::int32_t to_date);
 
   // The whole series anew, written beside the file; it counts from CommitStaged on.
   void Stage(std::vector<Bar> bars);
@@ -62,13 +61,13 @@ class SeriesFile {
   std::vector<std::byte> AllRecords() const;
   std::vector<std::byte> Header(int bars) const;
 
-  void Open();
+  void TakeIn(RawFile file);
   void RequireColumns() const;
   void PutInOrder();
   void Append(ByteView record);
   void Overwrite(int index, ByteView record);
   void Insert(int index, ByteView record);
-  void RemoveRange(int first, int last);
+  void RemoveAt(int index);
   void CutTo(int bars);
   void MakeRoomAtEnd();
   void WriteCount(int bars);

@@ -16,17 +16,11 @@ double RoundStep(double least) {
   return 10 * power;
 }
 
-}  // namespace
-
-int DateTicker::LabelWidth() const {
-  // All labels have one form, so the widest letters bound them.
-  const QFontMetrics metrics(axis_.tickLabelFont());
-  qsizetype letters = 0;
-  for (const std::string& label : scene_.points.labels) {
-    letters = std::max(letters, static_cast<qsizetype>(label.size()));
-  }
-  return metrics.horizontalAdvance(QString(letters, u'0'));
+QString MoneyText(double value, int decimals) {
+  return QLocale(QLocale::English, QLocale::UnitedStates).toString(value, 'f', decimals);
 }
+
+}  // namespace
 
 bool DateTicker::FitsInPicture(double place, int label_width) const {
   const double x = axis_.coordToPixel(place);
@@ -44,7 +38,10 @@ void DateTicker::generate(const QCPRange& range, const QLocale&, QChar, int, QVe
   const auto count = static_cast<double>(scene_.points.labels.size());
   if (width <= 0 || count == 0) return;
   constexpr int kGap = 18;
-  const int label_width = LabelWidth();
+  // The widest letters bound a label of that many.
+  const auto letters = static_cast<qsizetype>(scene_.points.labels.front().size());
+  const int label_width =
+      QFontMetrics(axis_.tickLabelFont()).horizontalAdvance(QString(letters, u'0'));
   const double step = std::max(1.0, RoundStep((label_width + kGap) * range.size() / width));
   const double last = std::min(std::floor(range.upper), count - 1);
   for (double at = std::max(0.0, std::ceil(range.lower / step) * step); at <= last; at += step) {
@@ -75,10 +72,6 @@ void MoneyTicker::generate(const QCPRange& range, const QLocale&, QChar, int,
     if (labels != nullptr) labels->append(MoneyText(ticks.last(), decimals));
   }
   marks_ = ticks;
-}
-
-QString MoneyText(double value, int decimals) {
-  return QLocale(QLocale::English, QLocale::UnitedStates).toString(value, 'f', decimals);
 }
 
 }  // namespace velumar

@@ -7,6 +7,7 @@
 namespace velumar {
 
 // Marks of the date axis: as many as have room beside each other, none cut by the picture's edge.
+// All labels are of one length, as dd-mmm-yy HH:MM.
 class DateTicker : public QCPAxisTicker {
  public:
   DateTicker(const QCPAxis& axis, const ChartScene& scene) : axis_(axis), scene_(scene) {}
@@ -18,7 +19,6 @@ class DateTicker : public QCPAxisTicker {
   const QVector<double>& Marks() const { return marks_; }
 
  private:
-  int LabelWidth() const;
   bool FitsInPicture(double place, int label_width) const;
 
   const QCPAxis& axis_;
@@ -41,7 +41,5 @@ class MoneyTicker : public QCPAxisTicker {
   const ChartScene& scene_;
   QVector<double> marks_;
 };
-
-QString MoneyText(double value, int decimals);
 
 }  // namespace velumar

@@ -4,22 +4,9 @@
 
 namespace velumar {
 
-namespace {
-
-template <typename Matches>
-std::optional<ChartType> FirstOf(const Matches& matches) {
-  const auto found = std::ranges::find_if(kChartTypes, matches);
-  return found == kChartTypes.end() ? std::nullopt : std::optional(found->type);
-}
-
-}  // namespace
-
 std::optional<ChartType> ChartTypeOf(std::string_view text) {
-  return FirstOf([text](const ChartTypeName& name) { return name.text == text; });
-}
-
-std::optional<ChartType> ChartTypeOf(int number) {
-  return FirstOf([number](const ChartTypeName& name) { return int(name.type) == number; });
+  const auto found = std::ranges::find(kChartTypes, text, &ChartTypeName::text);
+  return found == kChartTypes.end() ? std::nullopt : std::optional(found->type);
 }
 
 bool HasDepth(ChartType type) {

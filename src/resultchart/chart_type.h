@@ -22,7 +22,6 @@ inline constexpr std::array<ChartTypeName, 6> kChartTypes = {{{ChartType::k2DBar
                                                               {ChartType::k3DStep, "3D Step"}}};
 
 std::optional<ChartType> ChartTypeOf(std::string_view text);
-std::optional<ChartType> ChartTypeOf(int number);
 bool HasDepth(ChartType type);
 // True for what is filled from a base line, so that its height is read.
 bool StandsOnBase(ChartType type);

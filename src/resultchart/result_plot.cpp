@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "resultchart/chart_pointer.h"
+#include "resultchart/chart_colours.h"
 #include "resultchart/chart_tickers.h"
 #include "resultchart/chart_wall.h"
 #include "resultchart/portfolio_series.h"
@@ -13,10 +13,9 @@ namespace velumar {
 
 namespace {
 
-const QString kPointerLayer = QStringLiteral("pointer");
-constexpr double kFewestPoints = 5;  // that a zoom leaves in sight
 constexpr int kAroundPlot = 14;
 constexpr int kPlainPixels = 12;
+constexpr int kTitlePixels = 16;
 
 QPointF DepthFor(const QSize& size) {
   const double across = std::clamp(size.width() * 0.035, 8.0, 26.0);
@@ -25,11 +24,8 @@ QPointF DepthFor(const QSize& size) {
 
 }  // namespace
 
-ResultPlot::ResultPlot(QWidget* parent) : QCustomPlot(parent) {
-  // In pixels: a size in points would follow the printer's, not the picture's.
-  QFont plain = font();
-  plain.setPixelSize(kPlainPixels);
-  setFont(plain);
+ResultPlot::ResultPlot() {
+  setBackground(QBrush(chart_colours::kGround));
   plotLayout()->clear();
   plotLayout()->setMargins(QMargins(kAroundPlot, kAroundPlot / 2, kAroundPlot, kAroundPlot));
   title_ = new QCPTextElement(this);
@@ -44,20 +40,29 @@ ResultPlot::ResultPlot(QWidget* parent) : QCustomPlot(parent) {
   plotLayout()->addElement(1, 0, rect_);
   new ChartWall(rect_, scene_, *dates, *money);
   new PortfolioSeries(places, values, scene_);
-  addLayer(kPointerLayer);
-  layer(kPointerLayer)->setMode(QCPLayer::lmBuffered);
-  pointer_ = new ChartPointer(rect_, kPointerLayer, scene_);
-  setMouseTracking(true);
-  connect(this, &QCustomPlot::beforeReplot, this, [this] { Arrange(viewport().size()); });
-  SetColours(scene_.colours);
+  SetFonts();
+  StyleAxes();
   SetPoints({});
+}
+
+// In pixels: sizes in points would follow the printer's, not the picture's.
+void ResultPlot::SetFonts() {
+  QFont plain = font();
+  plain.setPixelSize(kPlainPixels);
+  setFont(plain);
+  QFont heading = plain;
+  heading.setPixelSize(kTitlePixels);
+  heading.setBold(true);
+  title_->setFont(heading);
+  title_->setTextColor(chart_colours::kText);
 }
 
 void ResultPlot::SetPoints(ChartPoints points) {
   scene_.points = std::move(points);
-  pointer_->Follow(std::nullopt);
-  SetTitles(!scene_.points.values.empty());
-  ShowSpan(WholeSpan());
+  const std::size_t count = scene_.points.values.size();
+  SetTitles(count > 0);
+  // Half a place of room beside the first point and the last.
+  rect_->axis(QCPAxis::atBottom)->setRange(-0.5, std::max(1.0, static_cast<double>(count)) - 0.5);
 }
 
 void ResultPlot::SetTitles(bool with_points) {
@@ -70,87 +75,31 @@ void ResultPlot::SetTitles(bool with_points) {
   values->setVisible(with_points);
 }
 
-void ResultPlot::SetType(ChartType type) {
-  scene_.type = type;
-  Changed();
-}
-
-void ResultPlot::SetSeriesColour(const QColor& colour) {
-  scene_.series = colour;
-  Changed();
-}
-
-void ResultPlot::SetShadow(bool shadow) {
-  scene_.shadow = shadow;
-  Changed();
-}
-
-void ResultPlot::PaintWallWhite() {
-  scene_.white_wall = true;
-  Changed();
-}
-
-void ResultPlot::RestoreDefaults() {
-  scene_.type = ChartType::k2DLine;
-  scene_.shadow = false;
-  scene_.white_wall = false;
-  ShowSpan(WholeSpan());
-}
-
-void ResultPlot::SetColours(const ChartColours& colours) {
-  scene_.colours = colours;
-  setBackground(QBrush(colours.ground));
-  QFont title_font = font();
-  title_font.setPixelSize(16);
-  title_font.setBold(true);
-  title_->setFont(title_font);
-  title_->setTextColor(colours.text);
-  StyleAxes();
-  Changed();
-}
-
 void ResultPlot::StyleAxes() {
   for (QCPAxis* const axis : rect_->axes()) {
     axis->setLayer(QStringLiteral("axes"));
     axis->grid()->setVisible(false);
     axis->setSubTicks(false);
     axis->setTickLength(0, 4);
-    axis->setBasePen(QPen(scene_.colours.frame, 0));
-    axis->setTickPen(QPen(scene_.colours.frame, 0));
-    axis->setTickLabelColor(scene_.colours.faint);
+    axis->setBasePen(QPen(chart_colours::kFrame, 0));
+    axis->setTickPen(QPen(chart_colours::kFrame, 0));
+    axis->setTickLabelColor(chart_colours::kFaint);
     axis->setTickLabelFont(font());
-    axis->setLabelColor(scene_.colours.text);
+    axis->setLabelColor(chart_colours::kText);
     axis->setLabelFont(font());
     axis->setLabelPadding(6);
     axis->setTickLabelPadding(5);
   }
 }
 
-AxisSpan ResultPlot::WholeSpan() const {
-  return {-0.5, std::max(1.0, static_cast<double>(scene_.points.values.size())) - 0.5};
-}
-
-AxisSpan ResultPlot::Span() const {
-  const QCPRange range = rect_->axis(QCPAxis::atBottom)->range();
-  return {range.lower, range.upper};
-}
-
-void ResultPlot::ShowSpan(AxisSpan span) {
-  const AxisSpan whole = WholeSpan();
-  const double size = std::clamp(span.Size(), std::min(kFewestPoints, whole.Size()), whole.Size());
-  const double first = std::clamp(span.first, whole.first, whole.last - size);
-  rect_->axis(QCPAxis::atBottom)->setRange(first, first + size);
-  Changed();
-}
-
-void ResultPlot::Changed() { replot(QCustomPlot::rpQueuedReplot); }
-
-// Depth and values follow the size and what is in sight.
+// Depth follows the size, values what is in sight.
 void ResultPlot::Arrange(const QSize& size) {
   scene_.depth = HasDepth(scene_.type) ? DepthFor(size) : QPointF();
   const QPoint depth = scene_.depth.toPoint();
   rect_->setMinimumMargins(QMargins(8, 10 - depth.y(), 14 + depth.x(), 8));
-  const ValueSpan values = FittingValues(scene_.points.values, Span(), StandsOnBase(scene_.type));
+  const QCPRange places = rect_->axis(QCPAxis::atBottom)->range();
+  const ValueSpan values =
+      FittingValues(scene_.points.values, {places.lower, places.upper}, StandsOnBase(scene_.type));
   rect_->axis(QCPAxis::atLeft)->setRange(values.lower, values.upper);
   // The marks are made before the rectangle has its size, and go by the size that it has: so it
   // gets it here.
@@ -162,50 +111,8 @@ void ResultPlot::Arrange(const QSize& size) {
 }
 
 void ResultPlot::PaintTo(QCPPainter& painter, const QSize& size) {
-  pointer_->Follow(std::nullopt);
   Arrange(size);
   toPainter(&painter, size.width(), size.height());
-  Changed();
 }
-
-void ResultPlot::Follow(std::optional<QPointF> pixel) {
-  pointer_->Follow(pixel);
-  layer(kPointerLayer)->replot();
-}
-
-void ResultPlot::mousePressEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton) return;
-  grip_ = rect_->axis(QCPAxis::atBottom)->pixelToCoord(event->position().x());
-}
-
-void ResultPlot::mouseMoveEvent(QMouseEvent* event) {
-  if (grip_) {
-    const double here = rect_->axis(QCPAxis::atBottom)->pixelToCoord(event->position().x());
-    const AxisSpan span = Span();
-    ShowSpan({span.first + *grip_ - here, span.last + *grip_ - here});
-  }
-  Follow(event->position());
-}
-
-void ResultPlot::mouseReleaseEvent(QMouseEvent*) { grip_.reset(); }
-
-void ResultPlot::mouseDoubleClickEvent(QMouseEvent*) {
-  grip_.reset();
-  ShowSpan(WholeSpan());
-}
-
-void ResultPlot::wheelEvent(QWheelEvent* event) {
-  constexpr double kStep = 120;
-  constexpr double kNearer = 0.8;
-  const double factor = std::pow(kNearer, event->angleDelta().y() / kStep);
-  const double here = rect_->axis(QCPAxis::atBottom)->pixelToCoord(event->position().x());
-  const AxisSpan span = Span();
-  const double least = std::min(kFewestPoints, WholeSpan().Size());
-  const double part = std::max(factor, least / span.Size());
-  ShowSpan({here - (here - span.first) * part, here + (span.last - here) * part});
-  Follow(event->position());
-}
-
-void ResultPlot::leaveEvent(QEvent*) { Follow(std::nullopt); }
 
 }  // namespace velumar

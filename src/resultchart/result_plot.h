@@ -2,64 +2,33 @@
 
 #include <qcustomplot.h>
 
-#include <optional>
-
 #include "resultchart/chart_scene.h"
 #include "resultchart/thinning.h"
 
 namespace velumar {
 
-class ChartPointer;
-
-// The portfolio's value over the closings of a run. The wheel zooms at the pointer, a drag pans, a
-// double click shows the whole.
+// The portfolio's value over the closings of a run.
 class ResultPlot : public QCustomPlot {
-  Q_OBJECT
-
  public:
-  explicit ResultPlot(QWidget* parent = nullptr);
+  ResultPlot();
 
   // Both lists have one length. Without points a sentence stands in place of axes and titles.
   void SetPoints(ChartPoints points);
-  void SetType(ChartType type);
-  void SetSeriesColour(const QColor& colour);
-  void SetShadow(bool shadow);
-  // Paints the wall behind the series solid white.
-  void PaintWallWhite();
-  // Flat line, no shadow, no wall, the whole in sight; points and colour stay.
-  void RestoreDefaults();
-  void SetColours(const ChartColours& colours);
+  void SetType(ChartType type) { scene_.type = type; }
 
-  const ChartScene& Scene() const { return scene_; }
-  // The part of the points that is in sight.
-  AxisSpan Span() const;
-
-  // Draws the chart as a picture of that many units, 96 to an inch, without the pointer's cross.
-  // Vectors where the painter's device takes them.
+  // Draws the chart as a picture of that many units, 96 to an inch. Vectors where the painter's
+  // device takes them.
   void PaintTo(QCPPainter& painter, const QSize& size);
 
- protected:
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseMoveEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override;
-  void leaveEvent(QEvent* event) override;
-
  private:
-  AxisSpan WholeSpan() const;
-  void ShowSpan(AxisSpan span);
-  void Changed();
-  void Arrange(const QSize& size);
-  void StyleAxes();
+  void SetFonts();
   void SetTitles(bool with_points);
-  void Follow(std::optional<QPointF> pixel);
+  void StyleAxes();
+  void Arrange(const QSize& size);
 
   ChartScene scene_;
   QCPAxisRect* rect_;
   QCPTextElement* title_;
-  ChartPointer* pointer_;
-  std::optional<double> grip_;  // the place on the axis that a drag holds
 };
 
 }  // namespace velumar

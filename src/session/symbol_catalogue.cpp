@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/counted.h"
 #include "base/text.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
@@ -19,18 +20,6 @@ constexpr int kCancelsUntilWayOut = 2;
 
 // Often enough that no key or repaint waits longer than a blink.
 constexpr std::size_t kSecuritiesBetweenEvents = 100;
-
-// Counts up for as long as it lives.
-class Counted {
- public:
-  explicit Counted(int& count) : count_(count) { ++count_; }
-  ~Counted() { --count_; }
-  Counted(const Counted&) = delete;
-  Counted& operator=(const Counted&) = delete;
-
- private:
-  int& count_;
-};
 
 std::string IntervalText(int interval) {
   return interval == -1 ? std::string(kDailyInterval) : std::to_string(interval);

@@ -13,8 +13,6 @@ namespace velumar {
 
 namespace {
 
-constexpr std::string_view kFilesAsk = "Import into the market data directory";
-
 bool IsCsv(const std::string& file) {
   return UpperCased(PathText(NativePath(file).extension())) == ".CSV";
 }
@@ -59,7 +57,7 @@ void CsvDrop::Import(const std::vector<std::string>& files) {
 // is replaced there.
 bool CsvDrop::Agreed(std::size_t files) {
   const std::string question =
-      std::string(kFilesAsk) + "\n" + session_.DataDir + "\n\n" + Files(files) +
+      "Import into the market data directory\n" + session_.DataDir + "\n\n" + Files(files) +
       " will be added. A security of the same symbol and interval is replaced.";
   return platform_.boxes.Ask(question, {"Import", "Cancel"}) == 0;
 }

@@ -40,30 +40,12 @@ constexpr std::array<MarketPreset, 3> kPresets{{{"SET", "100", "1,000", "1", "0.
                                                 {"AFET", "20,000", "1", "5,000", "500", false},
                                                 {"TFEX", "50,000", "1", "1,000", "450", false}}};
 
-// A path as the address of a page.
-std::string FileAddress(const std::filesystem::path& file) {
-  constexpr std::string_view kPlain = "/-._~:";
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string address = "file://";
-  for (const char c : PathText(file)) {
-    const auto byte = static_cast<unsigned char>(c);
-    const bool alphanumeric =
-        (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-    if (alphanumeric || kPlain.find(c) != std::string_view::npos) {
-      address += c;
-    } else {
-      address += {'%', kDigits[byte >> 4U], kDigits[byte & 15U]};
-    }
-  }
-  return address;
-}
-
 // Beside the program as it is built, with the documentation once it is installed.
 std::string SupportPage(const std::string& program_folder) {
   const std::filesystem::path folder = NativePath(program_folder);
   const std::filesystem::path built = folder / "support.html";
-  if (std::filesystem::exists(built)) return FileAddress(built);
-  return FileAddress((folder / "../share/doc/velumar/support.html").lexically_normal());
+  if (std::filesystem::exists(built)) return PathText(built);
+  return PathText((folder / "../share/doc/velumar/support.html").lexically_normal());
 }
 
 }  // namespace

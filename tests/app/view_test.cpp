@@ -182,18 +182,5 @@ TEST_F(ViewTest, WhatAHandlerThrowsIsReported) {
   EXPECT_THAT(reports, ElementsAre("F12.DAT: no permission to write"));
 }
 
-TEST(KeyCodes, AreTheUsualVirtualCodes) {
-  const struct {
-    int key;
-    int code;
-  } rows[] = {{Qt::Key_Return, 13}, {Qt::Key_Enter, 13},  {Qt::Key_Escape, 27}, {Qt::Key_A, 65},
-              {Qt::Key_Z, 90},      {Qt::Key_0, 48},      {Qt::Key_Space, 32},  {Qt::Key_F1, 112},
-              {Qt::Key_F12, 123},   {Qt::Key_Delete, 46}, {Qt::Key_Left, 37},   {Qt::Key_AltGr, 0}};
-  for (const auto& row : rows) {
-    const QKeyEvent event(QEvent::KeyRelease, row.key, Qt::NoModifier);
-    EXPECT_EQ(VirtualKeyCode(event), row.code) << "key " << row.key;
-  }
-}
-
 }  // namespace
 }  // namespace velumar

@@ -26,7 +26,7 @@ class ChartDocumentTest : public testing::Test {
     writer.OpenDirectory(folder_);
     writer.SelectSeries(symbol, interval < 0 ? 1 : 0, interval);
     const auto bars = interval < 0 ? DailyBars(count) : IntradayBars(count, interval);
-    writer.DeleteDateRange(10000101, 99991231);
+    writer.WriteSeries({}, {}, {}, {}, {}, {}, {}, {});
     for (const Bar& bar : bars) {
       writer.AppendBar(bar.date, bar.time, bar.open, bar.high, bar.low, bar.close, bar.volume,
                        bar.open_interest);

@@ -145,24 +145,5 @@ TEST_F(LedgerTest, AFileThatIsNoLedgerIsKept) {
   }
 }
 
-TEST_F(LedgerTest, AFullDiskLeavesWholeRowsOnly) {
-  LedgerConnection ledger = Connection();
-  LedgerOpen(ledger, file);
-  ledger.ForWriting().Execute("PRAGMA max_page_count = 1");  // as small as what is there
-  int done = 0;
-  try {
-    for (; done < 10000; ++done)
-      LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, done), {});
-    FAIL() << "the disk never filled";
-  } catch (const LedgerError& error) {
-    EXPECT_THAT(error.what(), testing::HasSubstr("full"));
-  }
-  const auto count = [&](const char* table) {
-    return LedgerQuery(ledger, std::string("select count(*) From ") + table).rows[0][0];
-  };
-  EXPECT_EQ(count("MyPortfolio"), LedgerValue(static_cast<double>(done)));
-  EXPECT_EQ(count("Details"), LedgerValue(static_cast<double>(done)));
-}
-
 }  // namespace
 }  // namespace velumar

@@ -294,7 +294,7 @@ TEST(DirectoryReading, NoBytesWhateverBringItDown) {
         writer.OpenDirectory(directory.Text());
         writer.SelectSeries(info.symbol, interval == -1 ? 1 : 0, interval);
         writer.AppendBar(20200102, 0, 1, 2, 3, 4, 5, 6);
-        writer.DeleteDateRange(20100101, 20191231);
+        writer.DeleteDailyBar(20100101);
         writer.CloseDirectory();
       });
     }

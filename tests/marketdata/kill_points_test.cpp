@@ -98,7 +98,6 @@ std::vector<Case> Cases() {
       WriterCase("delete last",
                  [](auto& writer) { writer.DeleteDailyBar(Numbered(2 * kBars - 2).date); }),
       WriterCase("delete", [](auto& writer) { writer.DeleteDailyBar(Numbered(4).date); }),
-      WriterCase("cut", [](auto& writer) { writer.DeleteDateRange(Numbered(7).date, 20991231); }),
       WriterCase(
           "write",
           [](auto& writer) {

@@ -68,11 +68,6 @@ class Model {
 
   void Put(const Bar& bar) { bars_[KeyOf(bar.date, bar.time)] = bar; }
   void Remove(int date, int time) { bars_.erase(KeyOf(date, time)); }
-  void RemoveDates(int from, int to) {
-    std::erase_if(bars_, [=](const auto& entry) {
-      return entry.first.first >= from && entry.first.first <= to;
-    });
-  }
   std::vector<Bar> Bars() const {
     std::vector<Bar> bars;
     for (const auto& entry : bars_) bars.push_back(entry.second);
@@ -109,14 +104,9 @@ TEST_F(Writer, RandomWorkLeavesWhatASortedMapHolds) {
           EXPECT_TRUE(interval == -1 ? writer.DailyBarExists(bar.date)
                                      : writer.IntradayBarExists(bar.date, bar.time));
         }
-        if (kind >= 6 && kind < 10) {
+        if (kind >= 6 && kind < 11) {
           interval == -1 ? writer.DeleteDailyBar(date) : writer.DeleteIntradayBar(date, time);
           model.Remove(date, time);
-        }
-        if (kind == 10) {
-          const int last = below(2) == 0 ? 20991231 : date + below(9);
-          writer.DeleteDateRange(date, last);
-          model.RemoveDates(date, last);
         }
         if (kind == 11 && below(5) == 0) {
           std::vector<Bar> bars = model.Bars();
@@ -142,7 +132,8 @@ TEST_F(Writer, StepsTouchTheEndOfTheFileAlone) {
   With("AAA", -1, [&](MetaLibWriter& writer) {
     Append(writer, DailyBar(20050106));
     writer.DeleteDailyBar(20050106);
-    writer.DeleteDateRange(20050104, 20991231);
+    writer.DeleteDailyBar(20050105);
+    writer.DeleteDailyBar(20050104);
     writer.DeleteDailyBar(20010101);
     EXPECT_TRUE(in_place());
     EXPECT_EQ(directory_.Read("F1.DAT").size(), 28U * 2);
@@ -215,7 +206,7 @@ TEST_F(Writer, TheIndexesTellTheDatesOfTheBarsAndKeepWhatIsNotOurs) {
   EXPECT_EQ(number(112), 93000);
   EXPECT_EQ(number(116), 20050105);
   EXPECT_EQ(number(80), 0);
-  With("AAA", -1, [](MetaLibWriter& writer) { writer.DeleteDateRange(0, 99999999); });
+  With("AAA", -1, [](MetaLibWriter& writer) { Write(writer, {}); });
   told[0].first = told[0].last = 0;
   EXPECT_EQ(directory_.Read("EMASTER"), Emaster(told));
 }

@@ -29,7 +29,7 @@ class ResultFiguresTest : public testing::Test {
   std::map<std::string_view, std::string> Labels() {
     LoadResultFigures(ledger, figures);
     std::map<std::string_view, std::string> labels;
-    for (const ResultFigureText& text : ResultFigureTexts(figures)) labels[text.label] = text.text;
+    for (const ResultFigureText& text : ResultFigureTexts(figures)) labels[text.field] = text.text;
     return labels;
   }
 
@@ -38,32 +38,32 @@ class ResultFiguresTest : public testing::Test {
 };
 
 TEST_F(ResultFiguresTest, FiguresWithoutRowsKeepTheirValues) {
-  EXPECT_EQ(Labels()["lblPortfolio"], "");
-  EXPECT_EQ(Labels()["lblTotalComm"], "0");
+  EXPECT_EQ(Labels()["ResPortfolio"], "");
+  EXPECT_EQ(Labels()["ResTotalComm"], "0");
   Order("2007-01-25 16:30:00", true, 2, 0, 0, 1500000);
   Order("2007-01-24 10:00:00", false, 3, 0, 0, 1);
   Order("2007-01-25 16:30:00", true, 0, -7.25, -7.25, 1492750.5);
   auto labels = Labels();
-  EXPECT_EQ(labels["lblSymbol"], "ABC");
-  EXPECT_EQ(labels["lblInterval"], "5");
-  EXPECT_EQ(labels["lblStartDate"], "<2007-01-24>");
-  EXPECT_EQ(labels["lblStartDateTime"], "10:00:00");
-  EXPECT_EQ(labels["lblEndDate"], "<2007-01-25>");
-  EXPECT_EQ(labels["lblPortfolio"], "1,492,751");  // the later of two orders on one bar
-  EXPECT_EQ(labels["lblLong"], "2");
-  EXPECT_EQ(labels["lblShort"], "3");
-  EXPECT_EQ(labels["lblLongProfitLoss"], "-7.25");
-  EXPECT_EQ(labels["lblLongComm"], "100");  // the offset's isn't in it
-  EXPECT_EQ(labels["lblTotalComm"], "200");
+  EXPECT_EQ(labels["ResSymbol"], "ABC");
+  EXPECT_EQ(labels["ResInterval"], "5");
+  EXPECT_EQ(labels["ResStartDate"], "<2007-01-24>");
+  EXPECT_EQ(labels["ResStartTime"], "10:00:00");
+  EXPECT_EQ(labels["ResEndDate"], "<2007-01-25>");
+  EXPECT_EQ(labels["ResPortfolio"], "1,492,751");  // the later of two orders on one bar
+  EXPECT_EQ(labels["ResLongAmount"], "2");
+  EXPECT_EQ(labels["ResShortAmount"], "3");
+  EXPECT_EQ(labels["ResLongProfitLoss"], "-7.25");
+  EXPECT_EQ(labels["ResLongComm"], "100");  // the offset's isn't in it
+  EXPECT_EQ(labels["ResTotalComm"], "200");
 
   LedgerDeleteAll(ledger, kPortfolioTable);
   EXPECT_EQ(Labels(), labels);
 
   Order("2007-02-01 09:00:00", false, 1, 0, 0, 5);
   labels = Labels();
-  EXPECT_EQ(labels["lblLong"], "0");
-  EXPECT_EQ(labels["lblLongComm"], "100");  // no long entry: kept
-  EXPECT_EQ(labels["lblShortComm"], "100");
+  EXPECT_EQ(labels["ResLongAmount"], "0");
+  EXPECT_EQ(labels["ResLongComm"], "100");  // no long entry: kept
+  EXPECT_EQ(labels["ResShortComm"], "100");
 }
 
 TEST_F(ResultFiguresTest, AFailingQueryLeavesEveryFigure) {

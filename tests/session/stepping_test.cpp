@@ -118,36 +118,5 @@ TEST_F(SteppingTest, AMissingStoreIsAnErrorThatMovesNothing) {
   EXPECT_EQ(session.MarketPrice, price);
 }
 
-// Whatever a trader clicks, the store holds what a plain set of indexes says it should.
-TEST_F(SteppingTest, RandomStepsAgainstASet) {
-  Prepare(DailyBars(150), -1, 75);
-  std::mt19937 random(11);
-  std::set<int> model = UpTo(74);
-  int at = 74;
-  for (int step = 0; step < 400; ++step) {
-    const int base = std::max(at, 0);
-    switch (random() % 4) {
-      case 0:
-        at = Feed(at + 1);
-        model.insert(at);
-        break;
-      case 1:
-        at = Unfeed(static_cast<std::int16_t>(at));
-        model.erase(base);
-        break;
-      case 2:
-        at = FastFeed(static_cast<std::int16_t>(at));
-        for (int i = base + 1; i <= at; ++i) model.insert(i);
-        break;
-      default:
-        at = FastUnfeed(static_cast<std::int16_t>(at));
-        for (int i = base; i > at; --i) model.erase(i);
-    }
-    ASSERT_EQ(Held(), model) << "step " << step;
-    if (at < 0) continue;
-    ASSERT_EQ(session.MarketPrice, session.BarClose[static_cast<std::size_t>(at)]);
-  }
-}
-
 }  // namespace
 }  // namespace velumar

@@ -46,16 +46,6 @@ TEST_F(PrepareStoreTest, AnIntradayRunStartsWithAWholeDay) {
   EXPECT_EQ(StoreBars(15).back().date, MadeDate(1));
 }
 
-TEST_F(PrepareStoreTest, TheStoreNeverTellsHowFarTheHistoryGoes) {
-  Store("ABC", DailyBars(400));
-  EXPECT_EQ(Prepared("ABC", "D", MadeDate(120)), 120);
-  MetaLibReader reader(cache);
-  reader.OpenDirectory(store);
-  reader.NextSecurity();
-  reader.ReadSecurityHeader();
-  EXPECT_EQ(reader.Security().last_date, MadeDate(119));
-}
-
 TEST_F(PrepareStoreTest, WhatCannotBeReplayedIsRefusedInWords) {
   Store("ABC", DailyBars(40));
   Store("EMPTY", {});

@@ -27,15 +27,6 @@ TEST_F(RunTest, ARunFeedsEveryBarOnceAndEnds) {
   EXPECT_TRUE(all->outside.boxes.shown.empty());
 }
 
-TEST_F(RunTest, TheStoreNeverHoldsABarTooEarly) {
-  all->outside.events.SetOnPending([this] {
-    const auto bars = ReadBars(all->session.SimDir, "ABC", -1);
-    ASSERT_EQ(static_cast<int>(bars.size()), all->session.BarIndex + 1);
-    ASSERT_EQ(bars.back().date, all->session.BarDate[bars.size() - 1]);
-  });
-  StartAt(150);
-}
-
 TEST_F(RunTest, PauseFeedsOneMoreBarAndPlayGoesOn) {
   InPauseOf(100, [this] { all->Navigator().Image4.UserClick(); });
   StartAt(60);
@@ -48,36 +39,6 @@ TEST_F(RunTest, PauseFeedsOneMoreBarAndPlayGoesOn) {
   all->Navigator().Image3.UserClick();
   EXPECT_EQ(all->session.BarIndex, 106);
   EXPECT_EQ(StoreSize(), 107);
-}
-
-TEST_F(RunTest, StepsInAPauseDontMoveTheLoopsOwnIndex) {
-  InPauseOf(100, [this] {
-    all->Navigator().Image1.UserClick();
-    EXPECT_EQ(all->session.BarIndex, 101);
-    all->Navigator().Image4.UserClick();
-  });
-  StartAt(90);
-  EXPECT_EQ(all->session.BarIndex, 101);
-  EXPECT_EQ(StoreSize(), 102);
-}
-
-TEST_F(RunTest, TheFourStepsByHand) {
-  InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
-  StartAt(60);
-  ASSERT_EQ(all->session.BarIndex, 62);
-  const struct {
-    PictureButton& button;
-    int index;
-  } steps[] = {{all->Navigator().Image1, 63}, {all->Navigator().Image7, 93},
-               {all->Navigator().Image2, 92}, {all->Navigator().Image6, 62},
-               {all->Navigator().Image6, 32}, {all->Navigator().Image6, 2},
-               {all->Navigator().Image6, 0},  {all->Navigator().Image2, -1},
-               {all->Navigator().Image2, -1}, {all->Navigator().Image1, 0}};
-  for (const auto& step : steps) {
-    step.button.UserClick();
-    EXPECT_EQ(all->session.BarIndex, step.index);
-    EXPECT_EQ(StoreSize(), step.index + 1);
-  }
 }
 
 TEST_F(RunTest, TheProgressLineTellsHowFarTheRunIs) {
@@ -241,14 +202,6 @@ TEST_F(RunTest, ADelayOfZeroIsASecondAndChangesTakeEffectAtOnce) {
   EXPECT_EQ(moments[2] - moments[1], 1500);
   EXPECT_EQ(moments[4] - moments[3], 10500);
   EXPECT_EQ(all->session.RefreshDelay, 10000);
-}
-
-TEST_F(RunTest, ARunOfAThousandBarsCostsOnlyItsComputing) {
-  IndexCache cache;
-  StoreSecurity(data, {"AAA", "Long", -1}, DailyBars(1100), cache);
-  StartAt(100);
-  EXPECT_EQ(all->session.BarIndex, 1099);
-  EXPECT_GT(all->Now(), 1000 * 3500);
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <map>
 
 #include "marketdata/metalib_error.h"
@@ -12,16 +10,6 @@ namespace {
 
 constexpr int kBars = 120;
 constexpr int kStart = 60;
-
-std::map<std::string, std::string> FilesOf(const std::string& folder) {
-  std::map<std::string, std::string> files;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    if (!entry.is_regular_file()) continue;
-    std::ifstream in(entry.path(), std::ios::binary);
-    files[entry.path().filename().string()] = {std::istreambuf_iterator<char>(in), {}};
-  }
-  return files;
-}
 
 // A run of three bars, a pause, and one step of each kind. Answers the newest bar that was shown.
 int TradeALittle(const std::string& data) {

@@ -1,7 +1,5 @@
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <optional>
 #include <random>
@@ -82,16 +80,6 @@ struct PlainStore {
     for (int bar = start; bar > index; --bar) Take(symbol, bar);
   }
 };
-
-std::map<std::string, std::string> FilesOf(const std::string& folder) {
-  std::map<std::string, std::string> files;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    if (!entry.is_regular_file()) continue;
-    std::ifstream in(entry.path(), std::ios::binary);
-    files[entry.path().filename().string()] = {std::istreambuf_iterator<char>(in), {}};
-  }
-  return files;
-}
 
 class RandomRun {
  public:

@@ -235,10 +235,10 @@ TEST_F(WindowsTest, DonateOpensTheOwnPageOrTheOneOfTheSetting) {
   setup.ImgDonate.UserClick();
   outside.settings.Save("DonateUrl", "https://example.org/?a=b c");
   setup.ImgDonate.UserClick();
-  const std::string parent = "file://" + root.parent_path().string();
+  const std::string parent = root.parent_path().string();
   EXPECT_EQ(outside.programs.opened,
-            (std::vector<std::string>{parent + "/my%20tools/share/doc/velumar/support.html",
-                                      parent + "/my%20tools/bin/support.html",
+            (std::vector<std::string>{parent + "/my tools/share/doc/velumar/support.html",
+                                      parent + "/my tools/bin/support.html",
                                       "https://example.org/?a=b c"}));
 }
 

@@ -44,9 +44,10 @@ class TracedChild {
   bool Ended() const { return WIFEXITED(status_) || WIFSIGNALED(status_); }
   int ExitCode() const { return WIFEXITED(status_) ? WEXITSTATUS(status_) : -1; }
 
-  // On to where the next call begins or ends.
+  // On to where the next call begins or ends. A fault of the child's own goes to the child.
   void Go() {
-    ptrace(PTRACE_SYSCALL, process_, nullptr, nullptr);
+    const bool faulted = WIFSTOPPED(status_) && WSTOPSIG(status_) == SIGSEGV;
+    ptrace(PTRACE_SYSCALL, process_, nullptr, faulted ? SIGSEGV : 0);
     waitpid(process_, &status_, 0);
   }
 
