@@ -150,6 +150,9 @@ bool ReplayDriver::Execute() {
       Order(windows.form3.ImgOffsetShort, rest);
     } else if (name == "set") {
       Set(rest);
+    } else if (name == "figures") {
+      LoadResultFigures(world_.ledger, world_.figures);
+      figures_asked_ = true;
     } else if (name == "feed") {
       return Feed(rest);
     } else if (name == "pause") {
@@ -223,6 +226,7 @@ void ReplayDriver::Answer() {
   answer["keys"] = std::exchange(world_.outside.chart.sent, {});
   answer["messages"] = std::exchange(world_.outside.boxes.shown, {});
   AddOrder(answer);
+  if (std::exchange(figures_asked_, false)) AddFigures(answer);
   const std::chrono::milliseconds now = world_.outside.events.Now();
   answer["waited"] = (now - std::exchange(answered_at_, now)).count();
   if (!error_.empty()) answer["error"] = std::exchange(error_, {});
@@ -238,6 +242,12 @@ void ReplayDriver::AddOrder(nlohmann::ordered_json& answer) {
   answer["rows"] = rows;
   answer["result"] = nullptr;
   if (ordered) answer["result"] = OrderResultText(world_.program.LastOrder());
+}
+
+void ReplayDriver::AddFigures(nlohmann::ordered_json& answer) {
+  for (const ResultFigureText& figure : ResultFigureTexts(world_.figures)) {
+    answer[std::string(figure.field)] = figure.text;
+  }
 }
 
 void ReplayDriver::AnswerError(const std::string& error) {

@@ -34,6 +34,7 @@ class ReplayDriver {
   void AnswerIfDue();
   void Answer();
   void AddOrder(nlohmann::ordered_json& answer);
+  void AddFigures(nlohmann::ordered_json& answer);
   void AnswerError(const std::string& error);
 
   ReplayWorld& world_;
@@ -42,6 +43,7 @@ class ReplayDriver {
   std::string command_ = "begin";
   bool answer_due_ = false;
   bool ordered_ = false;
+  bool figures_asked_ = false;
   long rows_before_ = 0;
   std::string error_;  // what was wrong with the command in hand, beside its state
   int passes_ = 0;     // of the feed loop, before the next command

@@ -7,6 +7,7 @@
 #include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "platform/virtual_platform.h"
+#include "results/result_figures.h"
 #include "session/sim_session.h"
 #include "shell/program.h"
 
@@ -41,6 +42,7 @@ class ReplayWorld {
   SimSession session;
   Desktop desktop;
   LedgerConnection ledger;
+  ResultFigures figures;  // as last asked for
   Program program;
   IndexCache& index_cache;
 
