@@ -5,6 +5,7 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 
@@ -26,6 +27,7 @@
 #include "app/unattended.h"
 #include "base/dates.h"
 #include "ledger/ledger.h"
+#include "platform/web_client.h"
 #include "shell/program.h"
 
 namespace velumar {
@@ -76,6 +78,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   const std::string program_folder = QApplication::applicationDirPath().toStdString();
   BackEnds ends = SystemBackEnds(options, program_folder);
   QtEventLoop events;
+  const std::unique_ptr<WebClient> web = SystemWebClient(events);
   QtMessageBoxes shown_boxes;
   PrintedMessageBoxes printed_boxes;
   QtFolderDialog shown_folders;
@@ -95,6 +98,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
                     .locale = *ends.locale,
                     .clock = *ends.clock,
                     .programs = *ends.programs,
+                    .web = *web,
                     .program_folder = program_folder,
                     .default_data_dir = ends.default_data_dir,
                     .store_dir = {},

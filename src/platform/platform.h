@@ -6,6 +6,7 @@
 #include "platform/event_loop.h"
 #include "platform/registry.h"
 #include "platform/services.h"
+#include "platform/web_client.h"
 
 namespace velumar {
 
@@ -22,6 +23,7 @@ struct Platform {
   LocaleInfo& locale;
   WallClock& clock;
   Programs& programs;
+  WebClient& web;
   std::string program_folder;
   // What "LastPath" and the directory box start from.
   std::string default_data_dir;

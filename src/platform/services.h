@@ -34,6 +34,11 @@ class SettingsStore {
   virtual ~SettingsStore() = default;
   // Nothing when the key isn't there.
   virtual std::optional<std::string> Read(std::string_view key) const = 0;
+  // The same from another section, which only the user's own hand writes.
+  virtual std::optional<std::string> ReadFrom(std::string_view section,
+                                              std::string_view key) const = 0;
+  // Where that hand finds the texts, as the path of a file.
+  virtual std::string Place() const = 0;
   virtual void Save(std::string_view key, std::string_view text) = 0;
 };
 

@@ -18,6 +18,9 @@ class FileSettings : public SettingsStore {
   explicit FileSettings(std::filesystem::path file) : file_(std::move(file)) {}
 
   std::optional<std::string> Read(std::string_view key) const override;
+  std::optional<std::string> ReadFrom(std::string_view section,
+                                      std::string_view key) const override;
+  std::string Place() const override;
   // Throws std::system_error naming the file when it can't be written.
   void Save(std::string_view key, std::string_view text) override;
 

@@ -15,6 +15,12 @@ class TellingSettings : public SettingsStore {
 
   std::optional<std::string> Read(std::string_view key) const override { return kept_.Read(key); }
 
+  std::optional<std::string> ReadFrom(std::string_view section,
+                                      std::string_view key) const override {
+    return kept_.ReadFrom(section, key);
+  }
+  std::string Place() const override { return kept_.Place(); }
+
   void Save(std::string_view key, std::string_view text) override {
     try {
       kept_.Save(key, text);

@@ -56,6 +56,11 @@ std::optional<std::string> MemorySettings::Read(std::string_view key) const {
   return found->second;
 }
 
+std::optional<std::string> MemorySettings::ReadFrom(std::string_view section,
+                                                    std::string_view key) const {
+  return Read(std::string(section) + "/" + std::string(key));
+}
+
 void MemorySettings::Save(std::string_view key, std::string_view text) {
   texts.insert_or_assign(std::string(key), std::string(text));
 }
@@ -111,22 +116,21 @@ long MemoryRegistry::DeleteKey(RegistryRoot root, std::string_view sub_key) {
   return 0;
 }
 
+std::string ScriptedWeb::Get(const std::string& address, std::string_view target,
+                             const std::function<bool()>& wanted) {
+  asked.push_back(address + std::string(target));
+  if (meanwhile) meanwhile();
+  if (!wanted()) throw WebError("it was given up");
+  if (answers.empty()) throw WebError("there is no net here");
+  std::string answer = answers.front();
+  answers.erase(answers.begin());
+  return answer;
+}
+
 Platform VirtualPlatform::References() {
-  return {events,
-          chart,
-          chart,
-          boxes,
-          folders,
-          settings,
-          registry,
-          screen,
-          locale,
-          clock,
-          programs,
-          "",
-          std::string(kBuiltInDirectory),
-          "",
-          ":memory:"};
+  return {events, chart,     chart, boxes,    folders, settings, registry,
+          screen, locale,    clock, programs, web,     "",       std::string(kBuiltInDirectory),
+          "",     ":memory:"};
 }
 
 }  // namespace velumar

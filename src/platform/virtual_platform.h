@@ -54,8 +54,11 @@ class ScriptedFolders : public FolderDialog {
 class MemorySettings : public SettingsStore {
  public:
   std::optional<std::string> Read(std::string_view key) const override;
+  std::optional<std::string> ReadFrom(std::string_view section,
+                                      std::string_view key) const override;
+  std::string Place() const override { return "settings"; }
   void Save(std::string_view key, std::string_view text) override;
-  std::map<std::string, std::string, std::less<>> texts;
+  std::map<std::string, std::string, std::less<>> texts;  // other sections' as "Section/Key"
 };
 
 // Keys and values of one process; names are compared as they stand.
@@ -111,6 +114,16 @@ class FixedClock : public WallClock {
   std::int32_t today = 20071018;
 };
 
+// No net: answers with the texts in turn and remembers what was asked for.
+class ScriptedWeb : public WebClient {
+ public:
+  std::string Get(const std::string& address, std::string_view target,
+                  const std::function<bool()>& wanted) override;
+  std::vector<std::string> asked;
+  std::vector<std::string> answers;  // none left: nobody answers
+  std::function<void()> meanwhile;   // what a hand does while a request is on
+};
+
 class RecordingPrograms : public Programs {
  public:
   void Start(std::string_view command_line) override { started.emplace_back(command_line); }
@@ -133,6 +146,7 @@ struct VirtualPlatform {
   FixedLocale locale;
   FixedClock clock;
   RecordingPrograms programs;
+  ScriptedWeb web;
 
   // References into this object, which must outlive it.
   Platform References();

@@ -28,6 +28,7 @@ Platform WithSettings(const Platform& outside, SettingsStore& settings) {
           outside.locale,
           outside.clock,
           outside.programs,
+          outside.web,
           outside.program_folder,
           outside.default_data_dir,
           outside.store_dir,

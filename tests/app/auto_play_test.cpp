@@ -61,6 +61,7 @@ TEST_F(AutoPlayTest, PlaysSavesPicturesAndClosesTheProgram) {
                     .locale = real.locale,
                     .clock = real.clock,
                     .programs = real.programs,
+                    .web = real.web,
                     .program_folder = real.program_folder,
                     .default_data_dir = real.default_data_dir,
                     .store_dir = folder.filePath(QStringLiteral("store")).toStdString(),

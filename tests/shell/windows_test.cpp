@@ -75,6 +75,7 @@ TEST_F(WindowsTest, SettingsThatCannotBeKeptAreToldOnceAndStopNothing) {
                     outside.locale,
                     outside.clock,
                     outside.programs,
+                    outside.web,
                     "",
                     data,
                     "",

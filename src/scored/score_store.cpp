@@ -1,0 +1,64 @@
+#include "scored/score_store.h"
+
+#include <cstdint>
+#include <variant>
+
+namespace velumar {
+
+namespace {
+
+std::string Text(const LedgerValue& value) {
+  const auto* const text = std::get_if<std::string>(&value);
+  return text == nullptr ? std::string() : *text;
+}
+
+double Number(const LedgerValue& value) {
+  const auto* const number = std::get_if<double>(&value);
+  return number == nullptr ? 0 : *number;
+}
+
+}  // namespace
+
+ScoreStore::ScoreStore(const std::string& file) : database_(file, SqliteDatabase::Mode::kCreate) {
+  database_.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL;");
+  database_.Execute(
+      "CREATE TABLE IF NOT EXISTS scores (id INTEGER PRIMARY KEY, posted TEXT DEFAULT "
+      "CURRENT_TIMESTAMP, name TEXT, money REAL, symbol TEXT, start_date INTEGER, end_date "
+      "INTEGER);"
+      "CREATE INDEX IF NOT EXISTS by_money ON scores (money DESC, id);");
+}
+
+void ScoreStore::Add(const Score& score) {
+  SqliteTransaction transaction(database_);
+  SqliteStatement insert = database_.Prepare(
+      "INSERT INTO scores (name, money, symbol, start_date, end_date) VALUES (?, ?, ?, ?, ?)");
+  insert.Bind(1, score.name);
+  insert.Bind(2, score.money);
+  insert.Bind(3, score.symbol);
+  insert.Bind(4, static_cast<double>(score.start_date));
+  insert.Bind(5, static_cast<double>(score.end_date));
+  insert.Step();
+  database_.Execute(
+      "DELETE FROM scores WHERE id IN (SELECT id FROM scores ORDER BY money DESC, id "
+      "LIMIT -1 OFFSET " +
+      std::to_string(kKept) + ")");
+  transaction.Commit();
+}
+
+std::vector<Score> ScoreStore::Top(int count) const {
+  SqliteStatement select = database_.Prepare(
+      "SELECT name, money, symbol, start_date, end_date FROM scores ORDER BY money DESC, id LIMIT "
+      "?");
+  select.Bind(1, static_cast<double>(count));
+  std::vector<Score> scores;
+  while (select.Step()) {
+    scores.push_back({.name = Text(select.Value(0)),
+                      .money = Number(select.Value(1)),
+                      .symbol = Text(select.Value(2)),
+                      .start_date = static_cast<std::int32_t>(Number(select.Value(3))),
+                      .end_date = static_cast<std::int32_t>(Number(select.Value(4)))});
+  }
+  return scores;
+}
+
+}  // namespace velumar
