@@ -22,7 +22,8 @@ bool SpansWindow(const Control& label) {
 }
 
 bool TakesInput(const Control& control) {
-  return control.Kind() != ControlKind::kLabel && control.Kind() != ControlKind::kPicture;
+  return control.Kind() != ControlKind::kLabel && control.Kind() != ControlKind::kPicture &&
+         control.Kind() != ControlKind::kFrame && control.Kind() != ControlKind::kListBox;
 }
 
 // Two places stand level when they share at least half the height of the lower one.

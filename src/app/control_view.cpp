@@ -5,13 +5,27 @@
 
 #include "app/combo_box_view.h"
 #include "app/date_picker_view.h"
+#include "app/frame_view.h"
 #include "app/label_view.h"
+#include "app/list_box_view.h"
 #include "app/picture_view.h"
 #include "app/small_views.h"
 #include "app/text_box_view.h"
 #include "forms/form.h"
 
 namespace velumar {
+
+namespace {
+
+// The ground with a breath of the colour.
+QColor Mixed(const QColor& ground, const QColor& colour) {
+  constexpr float kPart = 0.18F;
+  const auto mix = [](float a, float b) { return a + (b - a) * kPart; };
+  return QColor::fromRgbF(mix(ground.redF(), colour.redF()), mix(ground.greenF(), colour.greenF()),
+                          mix(ground.blueF(), colour.blueF()));
+}
+
+}  // namespace
 
 int LogicalPixels(float twips) { return static_cast<int>(std::lround(twips / kTwipsPerPixel)); }
 
@@ -34,9 +48,16 @@ void ApplyCommon(QWidget& widget, const Control& control) {
 
 void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& theme) {
   QPalette palette = widget.palette();
-  const QColor text = ReadableOn(theme.field, ToQColor(control.ForeColour()));
+  const bool blue = control.DesignLook().backdrop == Backdrop::kBluePaper;
+  const QColor ground = blue ? Mixed(theme.field, theme.accent) : theme.field;
+  const QColor text = ReadableOn(ground, ToQColor(control.ForeColour()));
   for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
     palette.setColor(group, QPalette::Text, text);
+  }
+  // A text that nobody types, but everybody reads.
+  if (blue) {
+    palette.setColor(QPalette::Base, ground);
+    palette.setColor(QPalette::Text, text);
   }
   widget.setPalette(palette);
 }
@@ -63,6 +84,10 @@ ControlView* MakeControlView(FormCanvas& canvas, QWidget& window, Control& contr
       return new ProgressLineView(canvas, window, static_cast<ProgressLine&>(control));
     case ControlKind::kCheckBox:
       return new CheckBoxView(canvas, window, static_cast<CheckBox&>(control));
+    case ControlKind::kFrame:
+      return new FrameView(canvas, window, static_cast<Frame&>(control));
+    case ControlKind::kListBox:
+      return new ListBoxView(canvas, window, static_cast<ListBox&>(control));
   }
   return nullptr;
 }

@@ -39,7 +39,8 @@ void FormStyle::DrawField(QPainter& painter, const QStyleOption& option, bool fo
   const bool enabled = option.state.testFlag(State_Enabled);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(focus ? theme_.accent : theme_.border, focus ? 1.5 : 1));
-  painter.setBrush(enabled ? option.palette.color(QPalette::Base) : theme_.window);
+  painter.setBrush(
+      option.palette.color(enabled ? QPalette::Normal : QPalette::Disabled, QPalette::Base));
   painter.drawRoundedRect(Edge(option.rect), kRound, kRound);
 }
 

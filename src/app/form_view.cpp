@@ -4,6 +4,7 @@
 #include <QDragEnterEvent>
 #include <QGuiApplication>
 #include <QImage>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
@@ -136,6 +137,7 @@ QColor FormView::GroundUnder(const QRect& place) const {
   QColor ground = look_.theme.window;
   for (const Control* control : form_.Controls()) {
     const QRect whole = LogicalPlace(*control);
+    if (control->Kind() == ControlKind::kFrame && whole.contains(place)) ground = look_.theme.field;
     if (control->Kind() != ControlKind::kPicture || !control->Visible() ||
         !whole.intersects(place)) {
       continue;
@@ -163,6 +165,16 @@ void FormView::paintEvent(QPaintEvent*) {
   painter.setPen(look_.theme.edge);
   painter.setBrush(look_.theme.window);
   painter.drawPath(Outline());
+}
+
+void FormView::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Escape || !form_.on_escape) {
+    QWidget::keyPressEvent(event);
+    return;
+  }
+  Deliver([this] {
+    if (const auto escape = form_.on_escape) escape();
+  });
 }
 
 void FormView::mousePressEvent(QMouseEvent*) {

@@ -24,8 +24,9 @@ void ButtonView::Update() {
   const FittedText fitted = FitText(caption, canvas_.Look().faces.For(button_.DesignLook()),
                                     QSizeF(width() - 4, height() - 2));
   setFont(fitted.font);
-  // A caption shows its ampersands.
-  setText(QString(fitted.shown).replace(QLatin1Char('&'), QLatin1String("&&")));
+  setAccessibleName(QString(caption).remove(QLatin1Char('&')));
+  // An ampersand stands before the letter of the button's key.
+  setText(fitted.shown);
 }
 
 SliderView::SliderView(FormCanvas& canvas, QWidget& window, Slider& slider)

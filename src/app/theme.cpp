@@ -65,6 +65,7 @@ QString Theme::ArtSet() const { return dark ? QStringLiteral("dark") : QStringLi
 QPalette Theme::Palette() const {
   QPalette palette(text, button, button.lighter(115), border, groove, text, on_accent, field,
                    window);
+  palette.setColor(QPalette::Disabled, QPalette::Base, window);
   palette.setColor(QPalette::Highlight, accent);
   palette.setColor(QPalette::HighlightedText, on_accent);
   palette.setColor(QPalette::AlternateBase, window);

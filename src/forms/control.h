@@ -24,7 +24,7 @@ inline constexpr Colour kLightGreen = 12648384;
 
 enum class FontFace : std::uint8_t { kPlain, kVerdana, kImpact };
 enum class Alignment : std::uint8_t { kLeft, kCentre };
-enum class Backdrop : std::uint8_t { kNone, kWhitePaper, kGreenPaper };
+enum class Backdrop : std::uint8_t { kNone, kWhitePaper, kGreenPaper, kBluePaper };
 
 // How a control is drawn, as far as the logic or the design says so.
 struct Look {
@@ -60,7 +60,9 @@ enum class ControlKind : std::uint8_t {
   kDatePicker,
   kSlider,
   kCheckBox,
-  kProgressLine
+  kProgressLine,
+  kFrame,
+  kListBox
 };
 
 // What one control holds as far as the logic uses it. Setting a property from the logic fires the

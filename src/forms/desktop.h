@@ -6,6 +6,7 @@
 #include "forms/form1.h"
 #include "forms/form2.h"
 #include "forms/form3.h"
+#include "forms/frm_score.h"
 
 namespace velumar {
 
@@ -23,6 +24,7 @@ class Desktop {
   BigWindow& frmBigDateTime() { return Touched(big_date_time_); }
   BigWindow& frmBigScore() { return Touched(big_score_); }
   BigWindow& frmBigPrice() { return Touched(big_price_); }
+  FrmScore& frmScore() { return Touched(frm_score_); }
 
   // A touch of any window: an unloaded one loads.
   void Load(Form& form);
@@ -37,9 +39,10 @@ class Desktop {
     BigWindow& frmBigDateTime;
     BigWindow& frmBigScore;
     BigWindow& frmBigPrice;
+    FrmScore& frmScore;
   };
   Windows Untouched();
-  std::array<Form*, 6> All();
+  std::array<Form*, 7> All();
   // Null when there is no window of that name.
   Form* Find(std::string_view name);
 
@@ -58,6 +61,7 @@ class Desktop {
   BigWindow big_date_time_;
   BigWindow big_score_;
   BigWindow big_price_;
+  FrmScore frm_score_;
 };
 
 }  // namespace velumar

@@ -84,6 +84,8 @@ class Form {
   std::function<void(const std::vector<std::string>& files)> on_drop;
   // What stands for closing the window from outside, as by Alt+F4.
   std::function<void()> on_close;
+  // The Esc key, where no control has a use for it.
+  std::function<void()> on_escape;
 
   // For the window's own controls and its desktop.
   void Register(Control& control) { controls_.push_back(&control); }

@@ -6,7 +6,9 @@
 #include "session/run_control.h"
 #include "session/symbol_catalogue.h"
 #include "shell/big_displays.h"
+#include "shell/event_guard.h"
 #include "shell/navigator_window.h"
+#include "shell/score_board.h"
 #include "shell/setup_window.h"
 #include "shell/trade_panel.h"
 #include "trading/status_display.h"
@@ -17,21 +19,11 @@ namespace {
 
 // The same outside, with settings that never throw.`store_dir` and the rest are read at Start.
 Platform WithSettings(const Platform& outside, SettingsStore& settings) {
-  return {outside.events,
-          outside.chart_windows,
-          outside.keys,
-          outside.boxes,
-          outside.folders,
-          settings,
-          outside.registry,
-          outside.screen,
-          outside.locale,
-          outside.clock,
-          outside.programs,
-          outside.web,
-          outside.program_folder,
-          outside.default_data_dir,
-          outside.store_dir,
+  return {outside.events,         outside.chart_windows,    outside.keys,
+          outside.boxes,          outside.folders,          settings,
+          outside.registry,       outside.screen,           outside.locale,
+          outside.clock,          outside.programs,         outside.web,
+          outside.program_folder, outside.default_data_dir, outside.store_dir,
           outside.ledger_file};
 }
 
@@ -53,6 +45,7 @@ struct Program::Parts {
         orders(session, desktop, platform, ledger, status),
         panel(session, desktop, platform, status, orders),
         big(session, desktop, platform),
+        score_board(session, desktop, platform),
         keys(desktop, [this] { return chart.OpeningChart(); }) {}
 
   TellingSettings settings;
@@ -68,6 +61,7 @@ struct Program::Parts {
   OrderDesk orders;
   TradePanel panel;
   BigDisplays big;
+  ScoreBoard score_board;
   RunKeys keys;
 };
 
@@ -93,6 +87,10 @@ void Program::ShowAgain() {
 }
 
 RunKeys& Program::Keys() { return parts_->keys; }
+
+void Program::OpenScoreBoard() {
+  Guarded(parts_->platform.boxes, [this] { parts_->score_board.Open(); })();
+}
 
 OrderResult Program::LastOrder() const { return parts_->orders.LastResult(); }
 

@@ -23,7 +23,7 @@ TEST_F(ViewTest, ShowsWhatTheModelHolds) {
   form.Text3.SetText("/data/SET/");
   form.DTPicker1.SetValue(20070203);
   form.Label6.SetText("Loading");
-  form.Command5.SetText("A & B");
+  form.Command5.SetText("A &B");
   form.txtVAT.SetEnabled(false);
   form.ImgDonate.SetVisible(false);
   desktop.form3().HScrollx.SetValue(125);
@@ -34,7 +34,7 @@ TEST_F(ViewTest, ShowsWhatTheModelHolds) {
   EXPECT_EQ(WidgetOf<QLineEdit>(form.Text3).text(), QStringLiteral("/data/SET/"));
   EXPECT_EQ(WidgetOf<QDateEdit>(form.DTPicker1).text(), QStringLiteral("03/02/2007"));
   EXPECT_EQ(WidgetOf<QLabel>(form.Label6).text(), QStringLiteral("Loading"));
-  EXPECT_EQ(WidgetOf<QPushButton>(form.Command5).text(), QStringLiteral("A && B"));
+  EXPECT_EQ(WidgetOf<QPushButton>(form.Command5).text(), QStringLiteral("A &B"));
   EXPECT_FALSE(WidgetOf<QLineEdit>(form.txtVAT).isEnabled());
   EXPECT_FALSE(WidgetOf<QAbstractButton>(form.ImgDonate).isVisible());
   EXPECT_EQ(WidgetOf<QSlider>(desktop.form3().HScrollx).value(), 125);

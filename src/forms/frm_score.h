@@ -1,0 +1,55 @@
+#pragma once
+
+#include "forms/form.h"
+#include "forms/frame.h"
+#include "forms/list_box.h"
+
+namespace velumar {
+
+// The score board: the best scores of a service, and a trader's own to be sent there.
+class FrmScore : public Form {
+ public:
+  FrmScore() : Form({"frmScore", "Velumar: score board", 7125, 5925}) {}
+
+  // The corner of the frame, in which all the rest stands.
+  static constexpr float kLeft = 120;
+  static constexpr float kTop = 240;
+  static constexpr Look kCaption{.colour = kDarkBlue, .bold = true};
+  static constexpr Look kField{.colour = kDarkBlue};
+  static constexpr Look kFixed{.colour = kDarkBlue, .backdrop = Backdrop::kBluePaper};
+  static constexpr Look kHelp{.colour = kDarkBlue};
+  static constexpr Look kStatus{.colour = kDarkBlue, .points = 9};
+  static constexpr Look kPaper{.colour = kDarkBlue, .backdrop = Backdrop::kWhitePaper};
+
+  Picture Image1{*this, {"Image1", 0, 0, 9990, 9075, "backdrop-result"}};
+  Frame Frame2{*this, {"Frame2", kLeft, kTop, 6855, 5535, "Top 10 score", "", kCaption}};
+  ListBox List1{*this, {"List1", kLeft + 1200, kTop + 360, 5415, 3570, "", "The best scores"}};
+  // In place of the list while nobody knows where to ask.
+  Label lblHelp1{*this, HelpLine("lblHelp1", 0, "No score service is set yet.")};
+  Label lblHelp2{*this, HelpLine("lblHelp2", 1, "Write its address into the settings file")};
+  Label lblPlace{*this, {"lblPlace", kLeft + 1320, kTop + 1320, 5175, 285, "", "", kPaper}};
+  Label lblHelp3{*this, HelpLine("lblHelp3", 3, "in these two lines, and open this window again:")};
+  Label lblHelp4{*this, HelpLine("lblHelp4", 5, "[Score]")};
+  Label lblHelp5{*this, HelpLine("lblHelp5", 6, "Address=http://127.0.0.1:8080")};
+  Label lblStatus{*this, {"lblStatus", kLeft + 1200, kTop + 3945, 5415, 240, "", "", kStatus}};
+  Label Label1{*this, {"Label1", kLeft + 720, kTop + 4200, 1020, 285, "Your Name", "", kCaption}};
+  TextBox txtName{
+      *this,
+      {"txtName", kLeft + 1800, kTop + 4200, 3975, 285, "", "Your name on the list", kField}};
+  Label Label2{*this, {"Label2", kLeft + 720, kTop + 4680, 1020, 285, "Last Score", "", kCaption}};
+  TextBox txtScore{*this,
+                   {"txtScore", kLeft + 1800, kTop + 4680, 3975, 285, "",
+                    "The portfolio's value when this window was opened", kFixed}};
+  Button btnSend{*this, {"btnSend", kLeft + 2640, kTop + 5160, 2055, 255, "&Send Score", ""}};
+  PictureButton Image5{*this, {"Image5", kLeft + 5475, kTop + 135, 1140, 195, "close", "Close"}};
+
+ private:
+  static constexpr ControlSpec HelpLine(std::string_view name, int line, std::string_view text) {
+    constexpr float kFirst = kTop + 720;
+    constexpr float kHeight = 300;
+    return {name, kLeft + 1320, kFirst + kHeight * static_cast<float>(line), 5175, 255, text,
+            "",   kHelp};
+  }
+};
+
+}  // namespace velumar

@@ -1,0 +1,119 @@
+#include <gmock/gmock.h>
+
+#include "support/whole_program.h"
+
+namespace velumar {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class ScoreBoardTest : public ::testing::Test {
+ protected:
+  ScoreBoardTest() {
+    all.outside.settings.texts["Score/Address"] = "scores.example:8080";
+    all.session.Symbol = "ABC";
+    all.session.Portfolio = -1234.5F;
+    all.session.StartDate = "20050103";
+    all.session.CurrentDate = "20050630";
+  }
+  FrmScore& Board() { return all.windows.frmScore; }
+  ScriptedWeb& Web() { return all.outside.web; }
+  // Opens the board on a service that answers so.
+  void Open(const std::string& answer) {
+    Web().answers = {answer};
+    all.program.OpenScoreBoard();
+    Web().asked.clear();
+  }
+
+  WholeProgram all{"/nowhere"};
+};
+
+TEST_F(ScoreBoardTest, ListsTheAnswersLinesAsTheyCome) {
+  const std::vector<std::pair<std::string, std::vector<std::string>>> cases = {
+      {"", {}},
+      {"one", {"one"}},
+      {"one\r\ntwo\r\n", {"one", "two", ""}},
+      {"\r\n\r\n a\nb\r", {"", "", " a\nb\r"}}};
+  for (const auto& [answer, lines] : cases) {
+    Open(answer);
+    EXPECT_EQ(Board().List1.Lines(), lines);
+  }
+  all.program.OpenScoreBoard();  // nobody answers now
+  EXPECT_THAT(Web().asked, ElementsAre("scores.example:8080/zanno/getscore.php"));
+  EXPECT_THAT(Board().List1.Lines(), IsEmpty());
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Failed: "));
+}
+
+TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
+  Open("");
+  const std::string target =
+      "scores.example:8080/zanno/postscore.php?username=A "
+      "b&c=%?#&score=-1234.5&zanno=yes&symbol=ABC&"
+      "startdate=20050103&enddate=20050630";
+  all.session.Portfolio = 99;  // the box keeps the value of its opening
+  Board().txtName.UserType("A b&c=%?#\r\n");
+  EXPECT_EQ(Board().txtName.Text(), "A b&c=%?#");
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("line ends"));
+  Board().txtScore.UserType("1000000");
+  Web().answers = {"whatever"};
+  Board().btnSend.UserClick();
+  EXPECT_EQ(Board().lblStatus.Text(), "Sent.");
+  Board().txtName.UserKeyUp(13);
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Failed: there is no net here."));
+  EXPECT_THAT(Web().asked, ElementsAre(target, target));
+  EXPECT_THAT(Board().List1.Lines(), IsEmpty());
+
+  for (std::string* date : {&all.session.CurrentDate, &all.session.StartDate}) {
+    date->clear();
+    Board().btnSend.UserClick();
+    EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Nothing sent"));
+  }
+  EXPECT_EQ(Web().asked.size(), 2);
+}
+
+TEST_F(ScoreBoardTest, SaysHowToSetAnAddressUntilThereIsOne) {
+  all.outside.settings.texts.clear();
+  all.program.OpenScoreBoard();
+  EXPECT_TRUE(Board().lblHelp1.Visible());
+  EXPECT_EQ(Board().lblPlace.Text(), "settings");
+  Board().btnSend.UserClick();
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Nothing sent"));
+  EXPECT_THAT(Web().asked, IsEmpty());
+  all.outside.settings.texts["Score/Address"] = "http://a";
+  Open("x");
+  EXPECT_FALSE(Board().lblHelp1.Visible());
+  EXPECT_THAT(Board().List1.Lines(), ElementsAre("x"));
+}
+
+// Clicks run while a request is on: a second one is passed over, closing gives the request up, and
+// an answer that comes for a window closed and opened again doesn't touch the new one.
+TEST_F(ScoreBoardTest, StaysAliveWhileItAsks) {
+  Open("old");
+  Web().answers = {"taken"};
+  Web().meanwhile = [this] {
+    EXPECT_EQ(Board().lblStatus.Text(), "Sending...");
+    Board().btnSend.UserClick();
+  };
+  Board().btnSend.UserClick();
+  EXPECT_EQ(Web().asked.size(), 1);
+  EXPECT_EQ(Board().lblStatus.Text(), "Sent.");
+
+  Web().meanwhile = [this] {
+    Web().meanwhile = nullptr;
+    Board().Image5.UserClick();
+    Open("new");
+  };
+  Board().btnSend.UserClick();
+  EXPECT_THAT(Board().List1.Lines(), ElementsAre("new"));
+  EXPECT_EQ(Board().lblStatus.Text(), "");
+
+  Web().meanwhile = [this] { Board().on_escape(); };
+  Board().btnSend.UserClick();
+  EXPECT_FALSE(Board().Loaded());
+  EXPECT_THAT(all.outside.boxes.shown, IsEmpty());
+}
+
+}  // namespace
+}  // namespace velumar
