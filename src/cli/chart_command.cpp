@@ -1,14 +1,14 @@
 #include <CLI/CLI.hpp>
-#include <QApplication>
 #include <memory>
 #include <stdexcept>
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/offscreen.h"
 #include "ledger/ledger.h"
 #include "resultchart/chart_file.h"
 #include "resultchart/result_plot.h"
-#include "results/portfolio_chart.h"
+#include "resultchart/run_points.h"
 
 namespace velumar {
 
@@ -23,27 +23,13 @@ struct ChartArguments {
   int run = 0;
 };
 
-ChartPoints PointsOf(const std::string& file, int run) {
-  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
-  LedgerOpenToRead(ledger, file);
-  ChartPoints points;
-  for (const PortfolioChartRow& row : LoadPortfolioChart(ledger, run)) {
-    points.labels.push_back(row.label);
-    points.values.push_back(double{row.value});
-  }
-  return points;
-}
-
 void DrawChart(const ChartArguments& arguments) {
   const std::optional<ChartType> type = ChartTypeOf(std::string_view(arguments.type));
   if (!type) throw std::runtime_error("--type: there is no chart of the type " + arguments.type);
-  ChartPoints points = PointsOf(arguments.file, arguments.run);
-  // Nobody needs a display to draw into a file.
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  int count = 1;
-  std::string name = "velumar-cli";
-  char* names[] = {name.data(), nullptr};
-  const QApplication application(count, names);
+  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
+  LedgerOpenToRead(ledger, arguments.file);
+  ChartPoints points = PointsOfRun(ledger, arguments.run);
+  const OffscreenApplication application;
   ResultPlot plot;
   plot.resize(kPictureSize);
   plot.SetPoints(std::move(points));

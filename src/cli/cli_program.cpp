@@ -23,6 +23,7 @@ void AddCommands(CLI::App& app, CliContext& context) {
   AddFiguresCommand(app, context);
   AddLedgerCommand(app, context);
   AddChartCommand(app, context);
+  AddReportCommand(app, context);
   AddReplayCommand(app, context);
 }
 

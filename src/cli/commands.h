@@ -27,6 +27,7 @@ void AddDumpCommand(CLI::App& app, CliContext& context);
 void AddFiguresCommand(CLI::App& app, CliContext& context);
 void AddLedgerCommand(CLI::App& app, CliContext& context);
 void AddChartCommand(CLI::App& app, CliContext& context);
+void AddReportCommand(CLI::App& app, CliContext& context);
 void AddReplayCommand(CLI::App& app, CliContext& context);
 
 }  // namespace velumar

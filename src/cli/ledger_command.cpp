@@ -78,7 +78,7 @@ void PrintLedger(const LedgerArguments& arguments, CliContext& context) {
   LedgerConnection ledger([&](std::string_view date) { return ShownDate(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
   if (arguments.orders) {
-    context.out << OrdersCsv(ReadRun(ledger, arguments.run));
+    context.out << OrdersCsv(ListOrders(ReadRun(ledger, arguments.run)));
     return;
   }
   const LedgerRecordset records = LedgerQuery(ledger, SelectOf(arguments));

@@ -11,6 +11,8 @@ inline constexpr const char* kNoFigure = "-";
 std::string MoneyText(std::optional<double> money);
 // "58.33 %" for 0.5833; "-" for nothing.
 std::string PercentText(std::optional<double> share);
+// Up to two decimals, without grouping or trailing zeros: "1000", "12.5".
+std::string QuantityText(double quantity);
 // The shortest decimal that reads back as the number, for other programs.
 std::string DecimalText(double number);
 

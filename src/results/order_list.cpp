@@ -1,6 +1,6 @@
 #include "results/order_list.h"
 
-#include <array>
+#include <algorithm>
 
 #include "base/csv_field.h"
 #include "results/figure_texts.h"
@@ -9,56 +9,83 @@ namespace velumar {
 
 namespace {
 
-constexpr std::string_view kTitles =
-    "No.,Date,Time,Symbol,Order,Quantity,Price,Held,Average,Points,Commission,VAT,Balance,Note\n";
+OrderCell TextCell(const std::string& text) { return {text, text}; }
 
-std::string NumberField(std::optional<double> number) {
-  return number ? DecimalText(*number) : std::string();
+OrderCell MoneyCell(std::optional<double> money) {
+  return {MoneyText(money), money ? LedgerValue(*money) : LedgerValue()};
+}
+
+OrderCell QuantityCell(std::optional<double> quantity) {
+  if (!quantity) return {kNoFigure, {}};
+  return {QuantityText(*quantity), *quantity};
 }
 
 std::string Note(const RunOrder& order) {
   std::string note;
   if (order.kind == RunOrder::Kind::kWiped) {
-    note = "more than the " + DecimalText(order.held) + " held: closed without a result";
+    note = "more than the " + QuantityText(order.held) + " held: closed without a result";
   }
-  if (!order.Hindsight().value_or(false)) return note;
-  return note.empty() ? "hindsight" : note + ", hindsight";
+  if (order.Hindsight().value_or(false))
+    note += (note.empty() ? "" : ", ") + std::string("hindsight");
+  return note;
 }
 
-std::string Line(const RunOrder& order, std::size_t number, std::optional<double> balance) {
+OrderListRow RowOf(const RunOrder& order, std::size_t number, std::optional<double> balance) {
   const bool wiped = order.kind == RunOrder::Kind::kWiped;
   const bool closed = order.kind == RunOrder::Kind::kOffset;
-  const std::array<std::string, 14> fields = {
-      std::to_string(number),
-      order.iso_date,
-      order.time,
-      CsvField(order.symbol),
-      order.position,
-      NumberField(order.quantity),
-      NumberField(order.price),
-      NumberField(wiped ? 0 : order.held),
-      NumberField(wiped ? std::nullopt : std::optional(order.average)),
-      NumberField(closed ? std::optional(order.points) : std::nullopt),
-      NumberField(order.commission),
-      NumberField(order.vat),
-      NumberField(balance),
-      CsvField(Note(order))};
-  std::string line;
-  for (const std::string& field : fields) line += field + ",";
-  line.back() = '\n';
-  return line;
+  return {QuantityCell(static_cast<double>(number)),
+          OrderCell{order.date, order.iso_date},
+          TextCell(order.time),
+          TextCell(order.symbol),
+          TextCell(order.position),
+          QuantityCell(order.quantity),
+          MoneyCell(order.price),
+          QuantityCell(wiped ? 0 : order.held),
+          MoneyCell(wiped ? std::nullopt : std::optional(order.average)),
+          MoneyCell(closed ? std::optional(order.points) : std::nullopt),
+          MoneyCell(order.commission),
+          MoneyCell(order.vat),
+          MoneyCell(balance),
+          TextCell(Note(order))};
+}
+
+std::string Exported(const LedgerValue& value) {
+  if (const auto* number = std::get_if<double>(&value)) return DecimalText(*number);
+  const auto* text = std::get_if<std::string>(&value);
+  return text == nullptr ? std::string() : *text;
 }
 
 }  // namespace
 
-std::string OrdersCsv(const RunRecord& run) {
-  std::string csv(kTitles);
+std::vector<OrderListRow> ListOrders(const RunRecord& run) {
+  std::vector<OrderListRow> rows;
   std::optional<double> balance;
   if (run.began) balance = run.began->starting_money;
-  for (std::size_t i = 0; i < run.orders.size(); ++i) {
-    const RunOrder& order = run.orders[i];
+  for (const RunOrder& order : run.orders) {
     if (order.kind != RunOrder::Kind::kWiped) balance = order.money;
-    csv += Line(order, i + 1, balance);
+    rows.push_back(RowOf(order, rows.size() + 1, balance));
+  }
+  return rows;
+}
+
+void SortOrders(std::vector<OrderListRow>& rows, std::size_t column, bool descending) {
+  std::stable_sort(rows.begin(), rows.end(), [&](const OrderListRow& a, const OrderListRow& b) {
+    const LedgerValue& first = a.at(column).exact;
+    const LedgerValue& second = b.at(column).exact;
+    return descending ? second < first : first < second;
+  });
+}
+
+std::string OrdersCsv(const std::vector<OrderListRow>& rows) {
+  std::string csv;
+  for (const OrderColumn& column : kOrderColumns) {
+    csv += (csv.empty() ? "" : ",") + CsvField(std::string(column.title));
+  }
+  csv += '\n';
+  for (const OrderListRow& row : rows) {
+    for (std::size_t i = 0; i < row.size(); ++i)
+      csv += (i == 0 ? "" : ",") + CsvField(Exported(row.at(i).exact));
+    csv += '\n';
   }
   return csv;
 }

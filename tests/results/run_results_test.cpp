@@ -123,7 +123,7 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsItDidBefore) {
   TradeARun();
   const auto statistics = Statistics();
   const auto trades = Trades();
-  const std::string csv = OrdersCsv(ReadRun(ledger, kRunNow));
+  const std::string csv = OrdersCsv(ListOrders(ReadRun(ledger, kRunNow)));
   ResultFigures figures;
   LoadResultFigures(ledger, figures);
   const auto chart = LoadPortfolioChart(ledger);
@@ -133,7 +133,7 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsItDidBefore) {
   Begin(6);
   EXPECT_EQ(Statistics(1), statistics);
   EXPECT_EQ(Trades(1), trades);
-  EXPECT_EQ(OrdersCsv(ReadRun(ledger, 1)), csv);
+  EXPECT_EQ(OrdersCsv(ListOrders(ReadRun(ledger, 1))), csv);
   ResultFigures archived;
   LoadResultFigures(ledger, archived, 1);
   EXPECT_EQ(archived, figures);
@@ -192,17 +192,35 @@ TEST_F(RunResultsTest, WhatTheLedgerDoesNotTellIsADash) {
   EXPECT_EQ(ListTrades(ReadAccount(ledger, kRunNow)).trades.at(0).points, -2.0);
 }
 
-TEST_F(RunResultsTest, TheOrdersAsCsv) {
+TEST_F(RunResultsTest, TheOrdersAsATableAndAsCsv) {
   TradeARun();
-  const std::string csv = OrdersCsv(ReadRun(ledger, kRunNow));
-  EXPECT_EQ(std::ranges::count(csv, '\n'), 10);
-  for (const char* line :
-       {"1,2007-01-10,16:30:00,ABC,Long,2,100,2,0,,200,14,2000000,\n",
-        "6,2007-01-15,16:30:00,ABC,Offset Short,1,97,3,0,2,100,7,2009000,hindsight\n",
-        "7,2007-01-20,16:30:00,ABC,Offset Short,9,90,0,,,0,0,2009000,more than the 3 held: closed "
-        "without a result\n"}) {
-    EXPECT_THAT(csv, testing::HasSubstr(line));
-  }
+  std::vector<OrderListRow> rows = ListOrders(ReadRun(ledger, kRunNow));
+  ASSERT_EQ(rows.size(), 9U);
+  const auto texts = [](const OrderListRow& row) {
+    std::string text;
+    for (const OrderCell& cell : row) text += cell.text + "|";
+    return text;
+  };
+  EXPECT_EQ(texts(rows[5]),
+            "6|<2007-01-15>|16:30:00|ABC|Offset Short|1|97.00|3|0.00|2.00|100.00|7.00|"
+            "2,009,000.00|hindsight|");
+  EXPECT_EQ(texts(rows[6]),
+            "7|<2007-01-20>|16:30:00|ABC|Offset Short|9|90.00|0|-|-|0.00|0.00|2,009,000.00|"
+            "more than the 3 held: closed without a result|");
+  std::istringstream csv(OrdersCsv(rows));
+  std::string line;
+  std::getline(csv, line);
+  EXPECT_EQ(line,
+            "No.,Date,Time,Symbol,Order,Quantity,Price,Held,Average,Points,Commission,VAT,Balance,"
+            "Note");
+  std::getline(csv, line);
+  EXPECT_EQ(line, "1,2007-01-10,16:30:00,ABC,Long,2,100,2,0,,200,14,2000000,");
+
+  // By balance downward: numbers, not texts, and equal ones as they were placed.
+  SortOrders(rows, 12, true);
+  std::string numbers;
+  for (const OrderListRow& row : rows) numbers += row[0].text + " ";
+  EXPECT_EQ(numbers, "6 7 8 9 5 1 2 3 4 ");
 }
 
 TEST_F(RunResultsTest, EveryFormulaIsWrittenDown) {

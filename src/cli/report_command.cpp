@@ -1,0 +1,50 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+
+#include "cli/commands.h"
+#include "cli/ledger_texts.h"
+#include "cli/offscreen.h"
+#include "ledger/ledger.h"
+#include "platform/system_locale.h"
+#include "resultchart/report_pages.h"
+#include "results/run_choice.h"
+
+namespace velumar {
+
+namespace {
+
+struct ReportArguments {
+  std::string file;
+  std::string out;
+  int run = kRunNow;
+  std::string date_pattern;
+};
+
+void WriteReport(const ReportArguments& arguments) {
+  const std::string pattern =
+      arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
+  LedgerConnection ledger([&](std::string_view date) { return ShownDate(date, pattern); });
+  LedgerOpenToRead(ledger, arguments.file);
+  const Report report = ReadReport(ledger, arguments.run);
+  const OffscreenApplication application;
+  SaveReport(report, QString::fromStdString(arguments.out));
+}
+
+}  // namespace
+
+void AddReportCommand(CLI::App& app, CliContext&) {
+  const auto arguments = std::make_shared<ReportArguments>();
+  CLI::App* command = app.add_subcommand(
+      "report", "Write a run's figures, statistics, chart and orders as pages to hand on.");
+  command->add_option("FILE", arguments->file, "the ledger, as Portfolio.mdb")->required();
+  command->add_option("--out", arguments->out, "the report, a .pdf")->required();
+  command->add_option("--run", arguments->run, "the archived run of this number")
+      ->check(CLI::PositiveNumber);
+  command->add_option("--date-pattern", arguments->date_pattern,
+                      "how dates are shown, such as dd/MM/yyyy (by default as the user's locale "
+                      "has it)");
+  command->callback([arguments] { WriteReport(*arguments); });
+}
+
+}  // namespace velumar

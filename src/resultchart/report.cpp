@@ -1,0 +1,99 @@
+#include "resultchart/report.h"
+
+#include <algorithm>
+#include <map>
+#include <string_view>
+
+#include "resultchart/run_points.h"
+#include "results/figure_texts.h"
+#include "results/result_figures.h"
+#include "results/statistics.h"
+
+namespace velumar {
+
+namespace {
+
+using Texts = std::map<std::string_view, std::string>;
+
+Texts FigureTexts(LedgerConnection& connection, int run) {
+  ResultFigures figures;
+  LoadResultFigures(connection, figures, run);
+  Texts texts;
+  for (ResultFigureText& figure : ResultFigureTexts(figures)) {
+    texts[figure.field] = std::move(figure.text);
+  }
+  return texts;
+}
+
+// "daily bars" for -1 and D, as a row and a run write it.
+std::string Bars(const std::string& interval) {
+  if (interval == "-1" || interval == "D") return "daily bars";
+  return interval + "-minute bars";
+}
+
+std::string Title(const Texts& figures, const std::optional<LedgerRun>& began) {
+  if (!figures.at("ResSymbol").empty()) {
+    return figures.at("ResSymbol") + ", " + Bars(figures.at("ResInterval"));
+  }
+  if (began) return began->symbol + ", " + Bars(began->interval);
+  return "No run yet";
+}
+
+std::string OrNone(const std::string& text) { return text.empty() ? kNoFigure : text; }
+
+// A holding that was wiped out stands in the list too, but nobody ordered that.
+std::string OrderCount(const RunRecord& record) {
+  return std::to_string(std::ranges::count_if(
+      record.orders, [](const RunOrder& order) { return order.kind != RunOrder::Kind::kWiped; }));
+}
+
+std::vector<Report::Line> RunLines(const Texts& figures, const RunRecord& record, int run) {
+  const auto began = [&](auto text) {
+    return record.began ? text(*record.began) : std::string(kNoFigure);
+  };
+  const auto moment = [&](const char* date, const char* time) {
+    const std::string& day = figures.at(date);
+    return day.empty() ? std::string(kNoFigure) : day + "  " + figures.at(time);
+  };
+  return {
+      {"Run", run == kRunNow ? "the newest" : "number " + std::to_string(run)},
+      {"Market", began([](const LedgerRun& r) { return r.market; })},
+      {"First order", moment("ResStartDate", "ResStartTime")},
+      {"Last order", moment("ResEndDate", "ResEndTime")},
+      {"Orders", OrderCount(record)},
+      {"Starting money", began([](const LedgerRun& r) { return MoneyText(r.starting_money); })},
+      {"Margin", began([](const LedgerRun& r) { return MoneyText(r.margin); })},
+      {"Money per point", began([](const LedgerRun& r) { return MoneyText(r.money_per_point); })}};
+}
+
+std::vector<Report::Line> FigureLines(const Texts& figures) {
+  return {{"Portfolio", OrNone(figures.at("ResPortfolio"))},
+          {"Long, quantity entered", figures.at("ResLongAmount")},
+          {"Long, points realised", figures.at("ResLongProfitLoss")},
+          {"Long, commission of entries", figures.at("ResLongComm")},
+          {"Short, quantity entered", figures.at("ResShortAmount")},
+          {"Short, points realised", figures.at("ResShortProfitLoss")},
+          {"Short, commission of entries", figures.at("ResShortComm")},
+          {"Commission of all entries", figures.at("ResTotalComm")}};
+}
+
+}  // namespace
+
+Report ReadReport(LedgerConnection& connection, int run) {
+  const std::vector<RunRecord> account = ReadAccount(connection, run);
+  const RunRecord& record = account.back();
+  const Texts figures = FigureTexts(connection, run);
+  Report report;
+  report.title = Title(figures, record.began);
+  if (record.began) report.subtitle = record.began->directory;
+  report.run = RunLines(figures, record, run);
+  report.figures = FigureLines(figures);
+  for (const Statistic& statistic : RunStatistics(account)) {
+    report.statistics.push_back({std::string(statistic.name), statistic.value});
+  }
+  report.points = PointsOfRun(connection, run);
+  report.orders = ListOrders(record);
+  return report;
+}
+
+}  // namespace velumar

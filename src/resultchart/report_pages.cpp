@@ -1,0 +1,262 @@
+#include "resultchart/report_pages.h"
+
+#include <QApplication>
+#include <QPageLayout>
+#include <QPagedPaintDevice>
+#include <QPdfWriter>
+#include <QSaveFile>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <stdexcept>
+
+#include "resultchart/result_plot.h"
+
+namespace velumar {
+
+namespace {
+
+// All measures are units of 1/96 inch.
+constexpr double kUnitsPerInch = 96;
+constexpr double kUnitsPerPoint = kUnitsPerInch / 72;
+constexpr double kMarginMm = 14;
+constexpr double kGap = 24;             // between the two columns
+constexpr double kNarrowColumn = 0.44;  // of both
+constexpr double kRow = 16;
+constexpr double kHeading = 24;
+constexpr double kHeader = 52;
+constexpr double kFooter = 26;
+constexpr int kTitlePixels = 22;
+constexpr int kHeadingPixels = 14;
+constexpr int kTextPixels = 11;
+constexpr int kSmallPixels = 9;
+constexpr int kSmallestPixels = 6;
+
+const QColor kInk(0x1b, 0x25, 0x36);
+const QColor kFaint(0x5c, 0x67, 0x7a);
+const QColor kRule(0xb9, 0xc5, 0xd8);
+const QColor kBand(0xf1, 0xf4, 0xf9);
+
+QString Text(const std::string& text) { return QString::fromStdString(text); }
+
+QFont Face(int pixels, bool bold = false) {
+  QFont font = QApplication::font();
+  font.setPixelSize(pixels);
+  font.setBold(bold);
+  font.setHintingPreference(QFont::PreferNoHinting);
+  return font;
+}
+
+double Width(const QString& text, const QFont& font) {
+  return QFontMetricsF(font).horizontalAdvance(text);
+}
+
+// In one line of its place: smaller where it must be, its middle left out where even that is too
+// long.
+void DrawFitting(QPainter& painter, const QRectF& place, Qt::Alignment alignment, QFont font,
+                 const QString& text) {
+  while (font.pixelSize() > kSmallestPixels && Width(text, font) > place.width()) {
+    font.setPixelSize(font.pixelSize() - 1);
+  }
+  painter.setFont(font);
+  painter.drawText(place, static_cast<int>(alignment | Qt::AlignVCenter | Qt::TextSingleLine),
+                   QFontMetricsF(font).elidedText(text, Qt::ElideMiddle, place.width()));
+}
+
+// The columns of the orders: how wide each is, in a type in which all stand side by side.
+struct OrderTable {
+  static constexpr double kPadding = 5;
+
+  int pixels = kTextPixels;
+  std::array<double, kOrderColumns.size()> widths{};
+
+  OrderTable(const std::vector<OrderListRow>& rows, double room) {
+    while (Measure(rows) > room && pixels > kSmallestPixels) --pixels;
+    widths.back() += std::max(room - Measure(rows), 0.0);
+  }
+
+  double RowHeight() const { return pixels + 5.0; }
+
+ private:
+  // The longest text of a column is the one with the most characters, near enough: a hundred
+  // thousand orders needn't be measured one by one.
+  double Measure(const std::vector<OrderListRow>& rows) {
+    const QFontMetricsF plain(Face(pixels));
+    const QFontMetricsF bold(Face(pixels, true));
+    const double digit = plain.horizontalAdvance(QLatin1Char('0'));
+    double sum = 0;
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+      const std::string* longest = nullptr;
+      for (const OrderListRow& row : rows) {
+        const std::string& text = row.at(i).text;
+        if (longest == nullptr || text.size() > longest->size()) longest = &text;
+      }
+      const double title = bold.horizontalAdvance(Text(std::string(kOrderColumns.at(i).title)));
+      const double text = longest == nullptr ? 0 : plain.horizontalAdvance(Text(*longest)) + digit;
+      widths.at(i) = std::max(title, text) + 2 * kPadding;
+      sum += widths.at(i);
+    }
+    return sum;
+  }
+};
+
+// One report on its way to a device.
+class Pages {
+ public:
+  Pages(const Report& report, QPagedPaintDevice& device) : report_(report), device_(device) {}
+
+  void Print() {
+    SetPage(QPageLayout::Portrait);
+    if (!painter_.begin(&device_)) throw std::runtime_error("the page can't be begun");
+    painter_.setMode(QCPPainter::pmVectorized);
+    const OrderTable table(report_.orders, PageAcross().width());
+    const std::size_t on_a_page = RowsOnAPage(table);
+    pages_ = 1 + (report_.orders.size() + on_a_page - 1) / on_a_page;
+    PrintSummary();
+    for (std::size_t first = 0; first < report_.orders.size(); first += on_a_page) {
+      PrintOrders(table, first, std::min(report_.orders.size(), first + on_a_page));
+    }
+  }
+
+ private:
+  void SetPage(QPageLayout::Orientation orientation) {
+    const QMarginsF margins(kMarginMm, kMarginMm, kMarginMm, kMarginMm);
+    device_.setPageLayout(
+        QPageLayout(QPageSize(QPageSize::A4), orientation, margins, QPageLayout::Millimeter));
+  }
+
+  // What can be written on of the page as it lies, and of one laid across.
+  QRectF Page() const {
+    const QRectF points = device_.pageLayout().paintRect(QPageLayout::Point);
+    return {0, 0, points.width() * kUnitsPerPoint, points.height() * kUnitsPerPoint};
+  }
+  QRectF PageAcross() const {
+    const QRectF page = Page();
+    return {0, 0, std::max(page.width(), page.height()), std::min(page.width(), page.height())};
+  }
+
+  std::size_t RowsOnAPage(const OrderTable& table) const {
+    const double room = PageAcross().height() - kHeader - kFooter - table.RowHeight();
+    return static_cast<std::size_t>(std::max(room / table.RowHeight(), 1.0));
+  }
+
+  void BeginPage(const QString& title, const QString& subtitle) {
+    painter_.resetTransform();
+    const double scale = device_.logicalDpiX() / kUnitsPerInch;
+    painter_.scale(scale, scale);
+    ++page_;
+    const QRectF page = Page();
+    painter_.setPen(kInk);
+    DrawFitting(painter_, {0, 0, page.width(), 28}, Qt::AlignLeft, Face(kTitlePixels, true), title);
+    painter_.setPen(kFaint);
+    DrawFitting(painter_, {0, 28, page.width(), 16}, Qt::AlignLeft, Face(kTextPixels), subtitle);
+    const QRectF foot(0, page.height() - 16, page.width(), 16);
+    DrawFitting(painter_, foot, Qt::AlignLeft, Face(kSmallPixels), QStringLiteral("Velumar"));
+    DrawFitting(painter_, foot, Qt::AlignRight, Face(kSmallPixels),
+                QStringLiteral("Page %1 of %2").arg(page_).arg(pages_));
+  }
+
+  double PrintLines(const QString& heading, const std::vector<Report::Line>& lines, double left,
+                    double top, double width) {
+    painter_.setPen(kInk);
+    DrawFitting(painter_, {left, top, width, kHeading}, Qt::AlignLeft, Face(kHeadingPixels, true),
+                heading);
+    top += kHeading;
+    for (const Report::Line& line : lines) {
+      const QString name = Text(line.name);
+      const double name_width = Width(name, Face(kTextPixels)) + 8;
+      painter_.setPen(kFaint);
+      DrawFitting(painter_, {left, top, name_width, kRow}, Qt::AlignLeft, Face(kTextPixels), name);
+      painter_.setPen(kInk);
+      DrawFitting(painter_, {left + name_width, top, width - name_width, kRow}, Qt::AlignRight,
+                  Face(kTextPixels), Text(line.value));
+      top += kRow;
+      painter_.setPen(QPen(kRule, 0.5));
+      painter_.drawLine(QPointF(left, top), QPointF(left + width, top));
+    }
+    return top;
+  }
+
+  void PrintSummary() {
+    BeginPage(QStringLiteral("Practice run: ") + Text(report_.title), Text(report_.subtitle));
+    const QRectF page = Page();
+    const double width = (page.width() - kGap) * kNarrowColumn;
+    const double run = PrintLines(QStringLiteral("Run"), report_.run, 0, kHeader, width);
+    const double figures =
+        PrintLines(QStringLiteral("Figures"), report_.figures, 0, run + kRow / 2, width);
+    const double statistics = PrintLines(QStringLiteral("Statistics"), report_.statistics,
+                                         width + kGap, kHeader, page.width() - width - kGap);
+    PrintChart(std::max(figures, statistics) + kRow);
+  }
+
+  void PrintChart(double top) {
+    const QRectF page = Page();
+    const QSizeF room(page.width(), page.height() - kFooter - top);
+    ResultPlot plot;
+    plot.SetPoints(report_.points);
+    painter_.save();
+    painter_.translate(0, top);
+    plot.PaintTo(painter_, room.toSize());
+    painter_.restore();
+  }
+
+  void PrintOrders(const OrderTable& table, std::size_t first, std::size_t end) {
+    SetPage(QPageLayout::Landscape);
+    if (!device_.newPage()) throw std::runtime_error("the next page can't be begun");
+    BeginPage(QStringLiteral("Orders"), Text(report_.title));
+    painter_.setPen(kInk);
+    PrintRow(table, kHeader, Face(table.pixels, true),
+             [](std::size_t column) { return std::string(kOrderColumns.at(column).title); });
+    double top = kHeader + table.RowHeight();
+    painter_.setPen(QPen(kInk, 1));
+    painter_.drawLine(QPointF(0, top), QPointF(Page().width(), top));
+    for (std::size_t i = first; i < end; ++i, top += table.RowHeight()) {
+      const QRectF band(0, top, Page().width(), table.RowHeight());
+      if ((i - first) % 2 == 1) painter_.fillRect(band, kBand);
+      painter_.setPen(kInk);
+      PrintRow(table, top, Face(table.pixels),
+               [&](std::size_t column) { return report_.orders[i].at(column).text; });
+    }
+  }
+
+  void PrintRow(const OrderTable& table, double top, const QFont& font, const auto& text_of) {
+    double left = 0;
+    for (std::size_t column = 0; column < table.widths.size(); ++column) {
+      const double width = table.widths.at(column);
+      const QRectF place(left + OrderTable::kPadding, top, width - 2 * OrderTable::kPadding,
+                         table.RowHeight());
+      DrawFitting(painter_, place,
+                  kOrderColumns.at(column).numeric ? Qt::AlignRight : Qt::AlignLeft, font,
+                  Text(text_of(column)));
+      left += width;
+    }
+  }
+
+  const Report& report_;
+  QPagedPaintDevice& device_;
+  QCPPainter painter_;
+  std::size_t page_ = 0;
+  std::size_t pages_ = 1;
+};
+
+}  // namespace
+
+void PrintReport(const Report& report, QPagedPaintDevice& device) { Pages(report, device).Print(); }
+
+void SaveReport(const Report& report, const QString& file) {
+  const auto fail = [&file](const QString& why) {
+    throw std::runtime_error((file + QStringLiteral(": ") + why).toStdString());
+  };
+  QSaveFile saved(file);
+  if (!saved.open(QIODevice::WriteOnly)) fail(saved.errorString());
+  try {
+    QPdfWriter writer(&saved);
+    writer.setTitle(Text(report.title));
+    PrintReport(report, writer);
+  } catch (const std::runtime_error& error) {
+    fail(QString::fromUtf8(error.what()));
+  }
+  if (!saved.commit()) fail(saved.errorString());
+}
+
+}  // namespace velumar

@@ -1,0 +1,82 @@
+#include <cstdio>
+#include <cstdlib>
+
+#include "cli/sandbox.h"
+#include "ledger/ledger.h"
+
+namespace velumar {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+// A run of so many orders, a new one each bar, in a ledger of the sandbox.
+std::string LedgerOf(const Sandbox& box, int orders, const std::string& symbol) {
+  const std::string file = box.At(std::to_string(orders) + ".mdb");
+  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
+  LedgerOpen(ledger, file);
+  LedgerBeginRun(ledger, {"/data", symbol, "D", "20070110", "0", "futures", 1e9, 5e4, 1000});
+  for (int i = 1; i <= orders; ++i) {
+    std::vector<LedgerValue> row(22, LedgerValue(0.0));
+    row[1] = symbol;
+    row[2] = -1.0;
+    row[3] = "2007-01-10";
+    row[4] = "16:30:00";
+    row[5] = 7000.0 + i;
+    row[6] = "Long";
+    row[8] = 1.0;
+    row[21] = 999999999.0 - i;
+    LedgerInsertOrder(ledger, row, {1, 0.07, i, i});
+  }
+  return file;
+}
+
+// The pages of a PDF as lines of text.
+std::vector<std::string> Pages(const std::string& file) {
+  std::FILE* const pipe = popen(("pdftotext -layout '" + file + "' -").c_str(), "r");
+  std::vector<std::string> pages(1);
+  for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) {
+    c == '\f' ? pages.emplace_back() : pages.back() += static_cast<char>(c);
+  }
+  pclose(pipe);
+  pages.pop_back();
+  return pages;
+}
+
+TEST(Report, HoldsEveryOrderOnceOnPagesWithHeadings) {
+  if (std::system("pdftotext -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftotext is missing";
+  Sandbox box;
+  const std::string symbol = "WWWWWWWWWWWWWW";
+  for (const auto& [orders, pages] : {std::pair(0, 1U), std::pair(1, 2U), std::pair(100, 4U)}) {
+    const std::string out = box.At("report.pdf");
+    const auto answer = box.Run({"report", LedgerOf(box, orders, symbol), "--out", out});
+    ASSERT_EQ(answer.code, 0) << answer.err;
+    const std::vector<std::string> texts = Pages(out);
+    ASSERT_EQ(texts.size(), pages);
+    EXPECT_THAT(texts[0], HasSubstr("Practice run: " + symbol + ", daily bars"));
+    EXPECT_THAT(texts[0], HasSubstr("No closed trades yet"));
+    EXPECT_THAT(texts[0], HasSubstr("Hindsight"));
+    std::string all;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+      EXPECT_THAT(texts[i],
+                  HasSubstr("Page " + std::to_string(i + 1) + " of " + std::to_string(pages)));
+      EXPECT_THAT(texts[i], HasSubstr(i == 0 ? "Portfolio" : "Average"));
+      EXPECT_THAT(texts[i], Not(HasSubstr("\u2026")));  // nothing was cut
+      all += texts[i];
+    }
+    for (int i = 1; i <= orders; ++i) {
+      const std::string price = "7," + std::to_string(1000 + i).substr(1) + ".00";
+      const std::size_t place = all.find(price);
+      ASSERT_NE(place, std::string::npos) << price;
+      EXPECT_EQ(all.find(price, place + 1), std::string::npos) << price;
+    }
+  }
+  const auto nowhere = box.Run({"report", box.At("1.mdb"), "--out", "/nowhere/x.pdf"});
+  EXPECT_EQ(nowhere.code, 1);
+  EXPECT_THAT(nowhere.err, HasSubstr("/nowhere/x.pdf"));
+  EXPECT_THAT(box.Run({"report", box.At("1.mdb"), "--out", box.At("r.pdf"), "--run", "7"}).err,
+              HasSubstr("7"));
+}
+
+}  // namespace
+}  // namespace velumar
