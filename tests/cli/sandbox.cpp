@@ -44,8 +44,8 @@ std::map<std::string, std::string> Sandbox::Files() const {
   return files;
 }
 
-Sandbox::Answer Sandbox::Run(const std::vector<std::string>& arguments) {
-  std::istringstream in;
+Sandbox::Answer Sandbox::Run(const std::vector<std::string>& arguments, const std::string& input) {
+  std::istringstream in(input);
   std::ostringstream out;
   std::ostringstream err;
   CliContext context{cache_, in, out, err};

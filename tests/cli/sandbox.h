@@ -29,7 +29,7 @@ class Sandbox {
     std::string out;
     std::string err;
   };
-  Answer Run(const std::vector<std::string>& arguments);
+  Answer Run(const std::vector<std::string>& arguments, const std::string& input = "");
 
  private:
   std::filesystem::path folder_;
