@@ -23,7 +23,8 @@ class FrmScore : public Form {
 
   Picture Image1{*this, {"Image1", 0, 0, 9990, 9075, "backdrop-result"}};
   Frame Frame2{*this, {"Frame2", kLeft, kTop, 6855, 5535, "Top 10 score", "", kCaption}};
-  ListBox List1{*this, {"List1", kLeft + 1200, kTop + 360, 5415, 3570, "", "The best scores"}};
+  ListBox List1{*this,
+                {"List1", kLeft + 1200, kTop + 360, 5415, 3570, "", "The best scores", kField}};
   // In place of the list while nobody knows where to ask.
   Label lblHelp1{*this, HelpLine("lblHelp1", 0, "No score service is set yet.")};
   Label lblHelp2{*this, HelpLine("lblHelp2", 1, "Write its address into the settings file")};
