@@ -26,6 +26,7 @@ class FormView : public QWidget, public FormCanvas {
   void UpdateControl(Control& control);
   // The window was unloaded: it vanishes now and dies once no handler of it is on the stack.
   void Retire();
+  bool KeepsKeys() const { return form_.KeepsKeys(); }
   // Moves with the mouse until its button is released.
   void StartDrag();
 

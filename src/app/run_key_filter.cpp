@@ -22,11 +22,11 @@ bool TakesText(const QWidget* widget) {
 // The line of a list gives the focus to the list itself.
 QComboBox* ListOf(QObject* line) { return qobject_cast<QComboBox*>(line->parent()); }
 
-// One of the small windows, and nothing in front of it.
+// One of the small windows that deal, and nothing in front of it.
 bool OverOurWindow() {
+  const auto* const window = dynamic_cast<FormView*>(QApplication::activeWindow());
   return QApplication::activePopupWidget() == nullptr &&
-         QApplication::activeModalWidget() == nullptr &&
-         dynamic_cast<FormView*>(QApplication::activeWindow()) != nullptr;
+         QApplication::activeModalWidget() == nullptr && window != nullptr && !window->KeepsKeys();
 }
 
 }  // namespace

@@ -69,6 +69,10 @@ class Form {
   void SetCorners(int width, int height);
   void StartDrag();
 
+  // A window to type in: the keys of a run mean nothing here.
+  bool KeepsKeys() const { return keeps_keys_; }
+  void SetKeepsKeys(bool keeps_keys) { keeps_keys_ = keeps_keys; }
+
   // In the order of the table, which is from the back to the front.
   const std::vector<Control*>& Controls() const { return controls_; }
   // Null when the window has no control of that name.
@@ -108,6 +112,7 @@ class Form {
   bool loaded_ = false;
   bool visible_ = false;
   bool topmost_ = false;
+  bool keeps_keys_ = false;
   int opacity_ = 255;
   int corner_width_ = 0;
   int corner_height_ = 0;

@@ -9,7 +9,7 @@ namespace velumar {
 // The score board: the best scores of a service, and a trader's own to be sent there.
 class FrmScore : public Form {
  public:
-  FrmScore() : Form({"frmScore", "Velumar: score board", 7125, 5925}) {}
+  FrmScore() : Form({"frmScore", "Velumar: score board", 7125, 5925}) { SetKeepsKeys(true); }
 
   // The corner of the frame, in which all the rest stands.
   static constexpr float kLeft = 120;
@@ -23,8 +23,6 @@ class FrmScore : public Form {
 
   Picture Image1{*this, {"Image1", 0, 0, 9990, 9075, "backdrop-result"}};
   Frame Frame2{*this, {"Frame2", kLeft, kTop, 6855, 5535, "Top 10 score", "", kCaption}};
-  ListBox List1{*this,
-                {"List1", kLeft + 1200, kTop + 360, 5415, 3570, "", "The best scores", kField}};
   // In place of the list while nobody knows where to ask.
   Label lblHelp1{*this, HelpLine("lblHelp1", 0, "No score service is set yet.")};
   Label lblHelp2{*this, HelpLine("lblHelp2", 1, "Write its address into the settings file")};
@@ -42,6 +40,8 @@ class FrmScore : public Form {
                    {"txtScore", kLeft + 1800, kTop + 4680, 3975, 285, "",
                     "The portfolio's value when this window was opened", kFixed}};
   Button btnSend{*this, {"btnSend", kLeft + 2640, kTop + 5160, 2055, 255, "&Send Score", ""}};
+  ListBox List1{*this,
+                {"List1", kLeft + 1200, kTop + 360, 5415, 3570, "", "The best scores", kField}};
   PictureButton Image5{*this, {"Image5", kLeft + 5475, kTop + 135, 1140, 195, "close", "Close"}};
 
  private:

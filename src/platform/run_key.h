@@ -19,6 +19,7 @@ inline constexpr int kLeft = 37;
 inline constexpr int kRight = 39;
 inline constexpr int kLong = 'L';
 inline constexpr int kShort = 'S';
+inline constexpr int kBoard = 'B';
 
 }  // namespace run_key
 
@@ -29,6 +30,7 @@ constexpr bool IsRunKey(const RunKeyPress& press) {
     case run_key::kLong:
     case run_key::kShort:
       return true;
+    case run_key::kBoard:
     case run_key::kSpace:
     case run_key::kPageUp:
     case run_key::kPageDown:

@@ -46,7 +46,9 @@ struct Program::Parts {
         panel(session, desktop, platform, status, orders),
         big(session, desktop, platform),
         score_board(session, desktop, platform),
-        keys(desktop, [this] { return chart.OpeningChart(); }) {}
+        keys(
+            desktop, [this] { return chart.OpeningChart(); },
+            Guarded(platform.boxes, [this] { score_board.Open(); })) {}
 
   TellingSettings settings;
   Platform platform;
@@ -87,10 +89,6 @@ void Program::ShowAgain() {
 }
 
 RunKeys& Program::Keys() { return parts_->keys; }
-
-void Program::OpenScoreBoard() {
-  Guarded(parts_->platform.boxes, [this] { parts_->score_board.Open(); })();
-}
 
 OrderResult Program::LastOrder() const { return parts_->orders.LastResult(); }
 

@@ -28,8 +28,6 @@ class Program {
   void ShowAgain();
   // What the keyboard does in a run.
   RunKeys& Keys();
-  // The best scores, and this run's to be sent there.
-  void OpenScoreBoard();
   // How the last click on an order ended.
   OrderResult LastOrder() const;
 

@@ -41,6 +41,10 @@ bool RunKeys::Press(const RunKeyPress& press) {
   if (!IsRunKey(press) || !InRun()) return false;
   // A held key goes on stepping, but no faster than the chart follows; an order is one press.
   if (press.repeated && (!Steps(press.code) || stepping_)) return true;
+  if (press.code == run_key::kBoard) {
+    open_board_();
+    return true;
+  }
   const bool before = std::exchange(stepping_, stepping_ || Steps(press.code));
   ButtonOf(press)->UserClick();
   stepping_ = before;

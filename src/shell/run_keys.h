@@ -9,13 +9,15 @@
 namespace velumar {
 
 // The keys of a run: Space plays and pauses, Left and Right step, PageUp and PageDown step 30 bars,
-// L and S order Long and Short, with Shift they offset. A key clicks the button that stands for it,
-// so what can't be clicked can't be typed either.
+// L and S order Long and Short, with Shift they offset. Such a key clicks the button that stands
+// for it, so what can't be clicked can't be typed either. B opens the score board.
 class RunKeys {
  public:
   // `chart_opening`: the chart program is being typed into, and may hand such keys back.
-  RunKeys(Desktop& desktop, std::function<bool()> chart_opening)
-      : desktop_(desktop), chart_opening_(std::move(chart_opening)) {}
+  RunKeys(Desktop& desktop, std::function<bool()> chart_opening, std::function<void()> open_board)
+      : desktop_(desktop),
+        chart_opening_(std::move(chart_opening)),
+        open_board_(std::move(open_board)) {}
 
   // Keys mean something from the start of a run until the way back to the setup.
   bool InRun() const;
@@ -29,6 +31,7 @@ class RunKeys {
 
   Desktop& desktop_;
   std::function<bool()> chart_opening_;
+  std::function<void()> open_board_;
   bool stepping_ = false;  // a step by key is on its way
 };
 

@@ -40,7 +40,8 @@ class RunKeyFilterTest : public ShownDesktop {
     return clicks;
   }
 
-  RunKeys keys{desktop, [this] { return chart_opening; }};
+  RunKeys keys{desktop, [this] { return chart_opening; },
+               [this] { clicks.emplace_back("frmScore"); }};
   RunKeyFilter filter{keys};
   Form3& panel = desktop.form3();
   bool chart_opening = false;
@@ -81,6 +82,20 @@ TEST_F(RunKeyFilterTest, ABoxKeepsWhatIsTypedUntilItIsLeft) {
     EXPECT_THAT(After(Qt::Key_L), ElementsAre("imgLong"));
   }
   EXPECT_GE(left, 2);
+}
+
+// Whoever types a name there must not deal by it.
+TEST_F(RunKeyFilterTest, TheScoreBoardKeepsAllKeys) {
+  EXPECT_THAT(After(Qt::Key_B), ElementsAre("frmScore"));
+  desktop.frmScore().Show();
+  QWidget& board = View(desktop.frmScore());
+  QApplication::setActiveWindow(&board);
+  clicks.clear();
+  for (const Qt::Key key : {Qt::Key_L, Qt::Key_S, Qt::Key_Space, Qt::Key_B}) {
+    QTest::keyClick(board.windowHandle(), key);
+  }
+  QApplication::processEvents();
+  EXPECT_THAT(clicks, IsEmpty());
 }
 
 TEST_F(RunKeyFilterTest, AListKeepsKeysOnlyOnceItsLineIsTypedInto) {

@@ -17,13 +17,17 @@ class ScoreBoardTest : public ::testing::Test {
     all.session.Portfolio = -1234.5F;
     all.session.StartDate = "20050103";
     all.session.CurrentDate = "20050630";
+    Press();
+    EXPECT_FALSE(Board().Loaded());  // keys mean something only in a run
+    all.windows.form2.Show();
   }
   FrmScore& Board() { return all.windows.frmScore; }
   ScriptedWeb& Web() { return all.outside.web; }
+  void Press() { all.program.Keys().Press({.code = run_key::kBoard}); }
   // Opens the board on a service that answers so.
   void Open(const std::string& answer) {
     Web().answers = {answer};
-    all.program.OpenScoreBoard();
+    Press();
     Web().asked.clear();
   }
 
@@ -40,7 +44,7 @@ TEST_F(ScoreBoardTest, ListsTheAnswersLinesAsTheyCome) {
     Open(answer);
     EXPECT_EQ(Board().List1.Lines(), lines);
   }
-  all.program.OpenScoreBoard();  // nobody answers now
+  Press();  // nobody answers now
   EXPECT_THAT(Web().asked, ElementsAre("scores.example:8080/zanno/getscore.php"));
   EXPECT_THAT(Board().List1.Lines(), IsEmpty());
   EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Failed: "));
@@ -75,7 +79,7 @@ TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
 
 TEST_F(ScoreBoardTest, SaysHowToSetAnAddressUntilThereIsOne) {
   all.outside.settings.texts.clear();
-  all.program.OpenScoreBoard();
+  Press();
   EXPECT_TRUE(Board().lblHelp1.Visible());
   EXPECT_EQ(Board().lblPlace.Text(), "settings");
   Board().btnSend.UserClick();

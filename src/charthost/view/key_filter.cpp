@@ -52,6 +52,7 @@ int RunKeyCode(int key) {
     case Qt::Key_Space:
     case Qt::Key_L:
     case Qt::Key_S:
+    case Qt::Key_B:
       return key;
     default:
       return 0;
