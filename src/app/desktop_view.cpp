@@ -19,6 +19,11 @@ FormView* DesktopView::Find(const Form& form) const {
   return found == views_.end() ? nullptr : found->second;
 }
 
+void DesktopView::SetTheme(const Theme& theme) {
+  look_.theme = theme;
+  for (const auto& [form, view] : views_) view->Redress();
+}
+
 void DesktopView::Raise() {
   for (const auto& [form, view] : views_) {
     if (form->Visible()) view->raise();

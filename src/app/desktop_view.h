@@ -19,6 +19,9 @@ class DesktopView : public FormListener {
   // Null while the window is unloaded.
   FormView* Find(const Form& form) const;
 
+  // Draws all windows, those to come too, in these colours.
+  void SetTheme(const Theme& theme);
+
   // Brings all shown windows above those of other programs.
   void Raise();
 

@@ -77,6 +77,12 @@ void FormView::UpdateControl(Control& control) {
   if (!retired_ && view != views_.end()) view->second->Update();
 }
 
+void FormView::Redress() {
+  if (retired_) return;
+  for (const auto& [control, view] : views_) view->Update();
+  update();
+}
+
 void FormView::UpdateFlags() {
   const Qt::WindowFlags flags = FlagsFor(form_);
   if (windowFlags() != flags) setWindowFlags(flags);

@@ -24,6 +24,8 @@ class FormView : public QWidget, public FormCanvas {
   // Takes over everything that the model holds of the window itself.
   void Update();
   void UpdateControl(Control& control);
+  // The appearance has changed under the window.
+  void Redress();
   // The window was unloaded: it vanishes now and dies once no handler of it is on the stack.
   void Retire();
   bool KeepsKeys() const { return form_.KeepsKeys(); }

@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QTimer>
-#include <QToolTip>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
@@ -9,12 +8,11 @@
 #include <optional>
 #include <stdexcept>
 
-#include "app/artwork.h"
 #include "app/auto_play.h"
 #include "app/back_ends.h"
 #include "app/desktop_view.h"
 #include "app/display.h"
-#include "app/form_style.h"
+#include "app/dress.h"
 #include "app/mail_notice.h"
 #include "app/options.h"
 #include "app/qt_event_loop.h"
@@ -37,29 +35,11 @@ namespace {
 constexpr int kFailure = 1;
 constexpr int kBadArguments = 2;
 
-Theme ChosenTheme(ThemeChoice choice) {
-  switch (choice) {
-    case ThemeChoice::kLight:
-      return Theme::Light();
-    case ThemeChoice::kDark:
-      return Theme::Dark();
-    case ThemeChoice::kSystem:
-      break;
-  }
-  return Theme::Following(QApplication::palette());
-}
-
-Appearance Dress(QApplication& application, const Options& options, const LocaleInfo& locale) {
+Appearance Dress(const Theme& theme, const LocaleInfo& locale) {
   constexpr int kDialogPixels = 13;
-  Appearance look{ChosenTheme(options.theme), Typefaces::Installed(),
-                  QString::fromStdString(locale.ShortDatePattern())};
-  QApplication::setStyle(new FormStyle(look.theme));
-  QApplication::setPalette(look.theme.Palette());
-  QToolTip::setPalette(look.theme.Palette());
+  Appearance look{theme, Typefaces::Installed(), QString::fromStdString(locale.ShortDatePattern())};
+  DressApplication(theme);
   QApplication::setFont(look.faces.Plain(kDialogPixels));
-  constexpr int kIconPixels = 192;
-  application.setWindowIcon(
-      QIcon(ArtPixmap(look.theme.ArtSet(), QStringLiteral("velumar"), {kIconPixels, kIconPixels})));
   return look;
 }
 
@@ -112,8 +92,10 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
     const auto date = DateFromText(iso_date, "yyyy-MM-dd");
     return date ? DateText(*date, locale.ShortDatePattern()) : std::string(iso_date);
   });
-  DesktopView view(desktop, Dress(application, options, *ends.locale),
+  ThemeFollower theme(options.theme);
+  DesktopView view(desktop, Dress(theme.Current(), *ends.locale),
                    [&boxes](const std::string& text) { boxes.Show(text, BoxIcon::kExclamation); });
+  theme.OnChange([&view](const Theme& changed) { view.SetTheme(changed); });
   Program program(session, desktop, platform, cache, ledger);
   const RunKeyFilter run_keys(program.Keys());
   const auto keys_from_chart = OpenMailbox(kRunKeyMailbox, [&program](const Mail& mail) {
