@@ -43,7 +43,7 @@ void ApplyCommon(QWidget& widget, const Control& control) {
   widget.setEnabled(control.Enabled());
   widget.setToolTip(tip);
   widget.setObjectName(ToQString(control.Name()));
-  widget.setAccessibleName(tip.isEmpty() ? ToQString(control.Text()) : tip.trimmed());
+  widget.setAccessibleName(ToQString(control.SpokenName()).trimmed());
 }
 
 void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& theme) {

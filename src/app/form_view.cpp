@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 #include "app/artwork.h"
@@ -57,8 +58,27 @@ FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
     views_[control] = MakeControlView(*this, *this, *control);
   }
   for (const auto& [control, view] : views_) view->Update();
+  OrderTabs();
   setAcceptDrops(true);
   Update();
+}
+
+// As the table has them, but whoever opens a window begins at its first box and not at the picture
+// buttons of its head.
+void FormView::OrderTabs() {
+  const std::vector<Control*>& controls = form_.Controls();
+  const auto picture = [](const Control* control) {
+    return control->Kind() == ControlKind::kPictureButton;
+  };
+  const auto first = std::find_if(controls.begin(), controls.end(), [&](const Control* control) {
+    return views_.at(control)->Widget().focusPolicy() != Qt::NoFocus && !picture(control);
+  });
+  std::vector<Control*> order(first, controls.end());
+  std::copy_if(controls.begin(), first, std::back_inserter(order), picture);
+  for (std::size_t i = 1; i < order.size(); ++i) {
+    setTabOrder(&views_.at(order[i - 1])->Widget(), &views_.at(order[i])->Widget());
+  }
+  if (first != controls.end()) views_.at(*first)->Widget().setFocus();
 }
 
 void FormView::Update() {

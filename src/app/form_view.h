@@ -49,6 +49,7 @@ class FormView : public QWidget, public FormCanvas {
   void dropEvent(QDropEvent* event) override;
 
  private:
+  void OrderTabs();
   void UpdateFlags();
   void UpdatePlace();
   void UpdateShape();

@@ -1,5 +1,6 @@
 #include "app/picture_view.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -8,6 +9,8 @@
 namespace velumar {
 
 namespace {
+
+constexpr QColor kFocusRing(0xff, 0xc8, 0x3d);
 
 // Lays a colour over what is drawn of the picture, so that each shows its state the same way.
 QPixmap Tinted(const QPixmap& art, const QColor& tint) {
@@ -53,7 +56,7 @@ void PictureView::mousePressEvent(QMouseEvent* event) {
 
 PictureButtonView::PictureButtonView(FormCanvas& canvas, QWidget& window, PictureButton& button)
     : QAbstractButton(&window), canvas_(canvas), button_(button) {
-  setFocusPolicy(Qt::NoFocus);
+  setFocusPolicy(Qt::TabFocus);
   setAttribute(Qt::WA_Hover);
   connect(this, &QAbstractButton::pressed, this,
           [this] { canvas_.Deliver([this] { button_.UserPress(); }); });
@@ -80,8 +83,33 @@ void PictureButtonView::paintEvent(QPaintEvent*) {
   }
   QPainter painter(this);
   if (!isEnabled()) painter.setOpacity(0.4);
+  painter.save();
   PaintInDevicePixels(painter);
   painter.drawPixmap(0, 0, art);
+  painter.restore();
+  if (hasFocus()) PaintFocus(painter);
+}
+
+// A double ring, to be seen on bright and on dark pictures alike.
+void PictureButtonView::PaintFocus(QPainter& painter) const {
+  constexpr double kRound = 5;
+  const QRectF edge = QRectF(rect()).adjusted(1, 1, -1, -1);
+  painter.setOpacity(1);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(kFocusRing, 2));
+  painter.drawRoundedRect(edge, kRound, kRound);
+  painter.setPen(QPen(Qt::black, 1));
+  painter.drawRoundedRect(edge.adjusted(1.5, 1.5, -1.5, -1.5), kRound - 1, kRound - 1);
+}
+
+void PictureButtonView::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (enter && !event->isAutoRepeat()) {
+    click();
+  } else {
+    QAbstractButton::keyPressEvent(event);
+  }
 }
 
 }  // namespace velumar

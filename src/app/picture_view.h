@@ -32,8 +32,11 @@ class PictureButtonView : public QAbstractButton, public ControlView {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void PaintFocus(QPainter& painter) const;
+
   FormCanvas& canvas_;
   PictureButton& button_;
 };

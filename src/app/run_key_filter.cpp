@@ -1,5 +1,6 @@
 #include "app/run_key_filter.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QDateEdit>
@@ -79,6 +80,12 @@ bool RunKeyFilter::IsTypedInto(const QWidget* widget) const {
          (qobject_cast<const QComboBox*>(widget) == nullptr || typed_list_ == widget);
 }
 
+// What was reached by the Tab key is worked by keys. A button needs the space bar alone for it.
+bool RunKeyFilter::OwnKey(const QWidget* focus, const QKeyEvent& key) const {
+  const bool button = qobject_cast<const QAbstractButton*>(focus) != nullptr;
+  return focus == reached_by_tab_ && (!button || key.key() == Qt::Key_Space);
+}
+
 bool RunKeyFilter::TakesPress(const QKeyEvent& key) {
   constexpr auto kOthers = ~(Qt::ShiftModifier | Qt::KeypadModifier);
   if (!OverOurWindow() || (key.modifiers() & kOthers) != Qt::NoModifier) return false;
@@ -87,7 +94,7 @@ bool RunKeyFilter::TakesPress(const QKeyEvent& key) {
                           .repeated = key.isAutoRepeat()};
   QWidget* const focus = QApplication::focusWidget();
   if (!IsRunKey(press) && !key.text().isEmpty() && TakesText(focus)) typed_list_ = focus;
-  if (focus != nullptr && (IsTypedInto(focus) || focus == reached_by_tab_)) return false;
+  if (focus != nullptr && (IsTypedInto(focus) || OwnKey(focus, key))) return false;
   return keys_.Press(press);
 }
 

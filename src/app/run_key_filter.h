@@ -27,6 +27,7 @@ class RunKeyFilter : public QObject {
   void NoteFocus(QObject* receiver, const QFocusEvent& focus);
   void NoteMouse(QObject* receiver);
   bool IsTypedInto(const QWidget* widget) const;
+  bool OwnKey(const QWidget* focus, const QKeyEvent& key) const;
 
   RunKeys& keys_;
   QPointer<QObject> reached_by_tab_;

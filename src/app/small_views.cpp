@@ -7,6 +7,12 @@
 
 namespace velumar {
 
+namespace {
+
+constexpr int kProgressSteps = 1000;
+
+}  // namespace
+
 ButtonView::ButtonView(FormCanvas& canvas, QWidget& window, Button& button)
     : QPushButton(&window), canvas_(canvas), button_(button) {
   setAutoDefault(false);
@@ -24,7 +30,6 @@ void ButtonView::Update() {
   const FittedText fitted = FitText(caption, canvas_.Look().faces.For(button_.DesignLook()),
                                     QSizeF(width() - 4, height() - 2));
   setFont(fitted.font);
-  setAccessibleName(QString(caption).remove(QLatin1Char('&')));
   // An ampersand stands before the letter of the button's key.
   setText(fitted.shown);
 }
@@ -48,12 +53,13 @@ void SliderView::Update() {
 }
 
 ProgressLineView::ProgressLineView(FormCanvas& canvas, QWidget& window, ProgressLine& line)
-    : QWidget(&window), canvas_(canvas), line_(line) {}
+    : QProgressBar(&window), canvas_(canvas), line_(line) {
+  setRange(0, kProgressSteps);
+}
 
 void ProgressLineView::Update() {
   ApplyCommon(*this, line_);
-  setAccessibleName(line_.ToolTip().empty() ? QStringLiteral("Progress of the run")
-                                            : ToQString(line_.ToolTip()));
+  setValue(static_cast<int>(line_.Fraction() * kProgressSteps));  // for screen readers
   update();
 }
 

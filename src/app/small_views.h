@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSlider>
 
@@ -31,7 +32,7 @@ class SliderView : public QSlider, public ControlView {
 };
 
 // A press on it goes through to the window.
-class ProgressLineView : public QWidget, public ControlView {
+class ProgressLineView : public QProgressBar, public ControlView {
  public:
   ProgressLineView(FormCanvas& canvas, QWidget& window, ProgressLine& line);
   QWidget& Widget() override { return *this; }

@@ -53,6 +53,16 @@ void Control::SetText(std::string_view text) {
   Changed();
 }
 
+std::string Control::SpokenName() const {
+  if (!spec_.spoken.empty()) return std::string(spec_.spoken);
+  if (kind_ == ControlKind::kLabel) return text_;
+  if (!tooltip_.empty()) return tooltip_.substr(0, tooltip_.find('\n'));
+  const bool caption = kind_ == ControlKind::kButton || kind_ == ControlKind::kFrame;
+  std::string name = caption ? text_ : std::string();
+  name.erase(std::remove(name.begin(), name.end(), '&'), name.end());
+  return name;
+}
+
 void Control::SetToolTip(std::string_view text) {
   if (text == tooltip_) return;
   tooltip_ = text;

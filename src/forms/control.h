@@ -38,7 +38,7 @@ struct Look {
 };
 
 // A row of a window's control table: places in twips, the start text (of a picture: the name of
-// its artwork) and the tooltip.
+// its artwork), the tooltip, and what a screen reader says where neither of them names it.
 struct ControlSpec {
   std::string_view name;
   float left = 0;
@@ -48,6 +48,7 @@ struct ControlSpec {
   std::string_view text = {};
   std::string_view tooltip = {};
   Look look = {};
+  std::string_view spoken = {};
 };
 
 enum class ControlKind : std::uint8_t {
@@ -89,6 +90,8 @@ class Control {
   // What Reset puts into Text from the next load on.
   void SetStartText(std::string_view text) { start_text_ = text; }
 
+  // One line by which somebody who doesn't see the window knows the control.
+  std::string SpokenName() const;
   const std::string& ToolTip() const { return tooltip_; }
   void SetToolTip(std::string_view text);
   bool Visible() const { return visible_; }
@@ -151,7 +154,7 @@ class Picture : public Control {
   Picture(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kPicture, spec) {}
 };
 
-// Pictures take no keyboard focus: clicking one leaves it where the user types.
+// Clicking a picture leaves the keyboard focus where the user types; the Tab key gets there.
 class PictureButton : public Control {
  public:
   PictureButton(Form& form, const ControlSpec& spec)

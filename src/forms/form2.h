@@ -19,8 +19,18 @@ class Form2 : public Form {
                 "",
                 "",
                 {.colour = kBlue, .backdrop = Backdrop::kWhitePaper}}};
-  Slider HScrollx{*this, {"HScrollx", 120, 120, 2415, 150, "", ""}, {0, 250, 5}, 250};
-  TextBox txtRefresh{*this, {"txtRefresh", 2640, 120, 255, 150, "1", "", {.colour = kDarkBlue}}};
+  Slider HScrollx{
+      *this, {"HScrollx", 120, 120, 2415, 150, "", "", {}, "Opacity"}, {0, 250, 5}, 250};
+  TextBox txtRefresh{*this,
+                     {"txtRefresh",
+                      2640,
+                      120,
+                      255,
+                      150,
+                      "1",
+                      "",
+                      {.colour = kDarkBlue},
+                      "Number of charts to refresh"}};
   PictureButton Image5{*this, {"Image5", 3000, 80, 1140, 195, "close", "Close & Return"}};
   PictureButton Image6{*this, {"Image6", 240, 645, 435, 390, "rewind", ""}};
   PictureButton Image2{*this, {"Image2", 960, 645, 405, 360, "previous", "Previous (Left)"}};
@@ -29,7 +39,8 @@ class Form2 : public Form {
   PictureButton Image1{*this, {"Image1", 2880, 645, 390, 375, "next", "Next (Right)"}};
   PictureButton Image7{*this, {"Image7", 3600, 645, 420, 405, "forward", ""}};
   // Bars done of all bars to come, along the lower edge.
-  ProgressLine Progress{*this, {"Progress", 180, 1095, 3855, 45}};
+  ProgressLine Progress{*this,
+                        {"Progress", 180, 1095, 3855, 45, "", "", {}, "Progress of the run"}};
 };
 
 }  // namespace velumar

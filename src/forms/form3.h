@@ -13,8 +13,9 @@ class Form3 : public Form {
   static constexpr Look kCaption{.colour = kWhite};
 
   Picture Image1{*this, {"Image1", 0, 0, 4260, 2130, "backdrop-panel"}};
-  Slider HScrollx{*this, {"HScrollx", 200, 120, 2415, 150, "", ""}, {0, 250, 5}, 250};
-  PictureButton imgGraph{*this, {"imgGraph", 2700, 80, 240, 210, "graph", ""}};
+  Slider HScrollx{
+      *this, {"HScrollx", 200, 120, 2415, 150, "", "", {}, "Opacity"}, {0, 250, 5}, 250};
+  PictureButton imgGraph{*this, {"imgGraph", 2700, 80, 240, 210, "graph", "", {}, "Results"}};
   PictureButton Image5{*this, {"Image5", 3000, 80, 1140, 195, "close", "Close & Return"}};
   Label Label6{*this, {"Label6", 200, 320, 3855, 300, "", "", kLine}};
   Label lblinfo{*this, {"lblinfo", 200, 640, 3855, 300, "", "", kLine}};
@@ -44,7 +45,8 @@ class Form3 : public Form {
                           195,
                           "1",
                           "Read Meta Stock Data from which path",
-                          {.colour = kDarkBlue}}};
+                          {.colour = kDarkBlue},
+                          "Quantity of an order"}};
   Label Label4{*this, {"Label4", 3240, 1080, 855, 255, "Vol/Contract", "", kCaption}};
   ComboBox Combo2{*this,
                   {"Combo2",
@@ -54,12 +56,21 @@ class Form3 : public Form {
                    330,
                    "",
                    "Select Delay Interval time during running simulate",
-                   {.colour = kDarkBlue}},
+                   {.colour = kDarkBlue},
+                   "Seconds between bars"},
                   {"0", "3", "5", "10"}};
   Label Label3{
       *this, {"Label3", 2640, 1440, 705, 255, "Refresh", "", {.colour = kDarkBlue, .bold = true}}};
-  CheckBox chkShowBigform{
-      *this, {"chkShowBigform", 3840, 1800, 255, 210, "", "", {.backdrop = Backdrop::kGreenPaper}}};
+  CheckBox chkShowBigform{*this,
+                          {"chkShowBigform",
+                           3840,
+                           1800,
+                           255,
+                           210,
+                           "",
+                           "",
+                           {.backdrop = Backdrop::kGreenPaper},
+                           "Big numbers"}};
   Label Label5{*this, {"Label5", 2880, 1800, 855, 255, "Big Number", "", kCaption}};
 };
 
