@@ -32,8 +32,16 @@ std::vector<Window> ShownWindows(const std::string& title) {
   return windows;
 }
 
-bool Near(unsigned pixels, float twips) {
-  return std::abs(static_cast<float>(pixels) - twips / kTwipsPerPixel) <= 2;
+// What a program says first.
+std::string FirstLine(const std::string& command) {
+  std::string line;
+  FILE* const told = popen((command + " 2>/dev/null").c_str(), "r");
+  if (told == nullptr) return line;
+  for (int c = std::fgetc(told); c != EOF && c != '\n'; c = std::fgetc(told)) {
+    line += static_cast<char>(c);
+  }
+  pclose(told);
+  return line;
 }
 
 }  // namespace
@@ -55,10 +63,18 @@ DesktopHand::DesktopHand() : xdo_(xdo_new(nullptr)) {
 
 DesktopHand::~DesktopHand() { xdo_free(xdo_); }
 
+int DesktopHand::Pixels(float twips) const {
+  return static_cast<int>(twips / kTwipsPerPixel) * scale_;
+}
+
+bool DesktopHand::Near(unsigned pixels, float twips) const {
+  return std::abs(static_cast<int>(pixels) - Pixels(twips)) <= 2 * scale_;
+}
+
 std::optional<ScreenRect> DesktopHand::Find(const std::string& title, float width_twips,
                                             float height_twips) {
   for (const Window window : ShownWindows(title)) {
-    ScreenRect rect;
+    ScreenRect rect{.window = window};
     if (xdo_get_window_size(xdo_, window, &rect.width, &rect.height) != 0) continue;
     if (!Near(rect.width, width_twips) || !Near(rect.height, height_twips)) continue;
     if (xdo_get_window_location(xdo_, window, &rect.x, &rect.y, nullptr) == 0) return rect;
@@ -68,8 +84,7 @@ std::optional<ScreenRect> DesktopHand::Find(const std::string& title, float widt
 
 void DesktopHand::Click(const ScreenRect& window, float left, float top, float width,
                         float height) {
-  ClickAt(window.x + static_cast<int>((left + width / 2) / kTwipsPerPixel),
-          window.y + static_cast<int>((top + height / 2) / kTwipsPerPixel));
+  ClickAt(window.x + Pixels(left + width / 2), window.y + Pixels(top + height / 2));
 }
 
 void DesktopHand::ClickAt(int x, int y) {
@@ -97,15 +112,37 @@ void DesktopHand::Activate(const std::string& title) {
   Settle(300);
 }
 
-std::string DesktopHand::FrontTitle() {
-  std::string title;
-  FILE* const told = popen("xdotool getactivewindow getwindowname 2>/dev/null", "r");
-  if (told == nullptr) return title;
-  for (int c = std::fgetc(told); c != EOF && c != '\n'; c = std::fgetc(told)) {
-    title += static_cast<char>(c);
-  }
-  pclose(told);
-  return title;
+void DesktopHand::Activate(const ScreenRect& window) {
+  xdo_activate_window(xdo_, window.window);
+  Settle(300);
 }
+
+void DesktopHand::Drag(const ScreenRect& window, float left, float top, int dx, int dy) {
+  constexpr int kSteps = 10;
+  const int x = window.x + Pixels(left);
+  const int y = window.y + Pixels(top);
+  xdo_move_mouse(xdo_, x, y, 0);
+  Settle(100);
+  xdo_mouse_down(xdo_, CURRENTWINDOW, 1);
+  Settle(100);
+  for (int step = 1; step <= kSteps; ++step) {
+    xdo_move_mouse(xdo_, x + dx * step / kSteps, y + dy * step / kSteps, 0);
+    Settle(30);
+  }
+  xdo_mouse_up(xdo_, CURRENTWINDOW, 1);
+  Settle(300);
+}
+
+double DesktopHand::Opacity(const ScreenRect& window) {
+  const std::string told =
+      FirstLine("xprop -notype -id " + std::to_string(window.window) + " _NET_WM_WINDOW_OPACITY");
+  const std::size_t number = told.find("= ");
+  if (number == std::string::npos) return 1;
+  return std::stod(told.substr(number + 2)) / 0xffffffffU;
+}
+
+void DesktopHand::Look(const std::string& file) { FirstLine("import -window root '" + file + "'"); }
+
+std::string DesktopHand::FrontTitle() { return FirstLine("xdotool getactivewindow getwindowname"); }
 
 }  // namespace velumar

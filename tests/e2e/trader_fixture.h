@@ -31,8 +31,12 @@ class TraderFixture : public testing::Test {
     settings.Save("LastPath", data);
     settings.Save("Refresh", "1");
     settings.Save("SelectDate", StartDate());
+    StartProgram();
+  }
+
+  void StartProgram() {
     program = std::make_unique<RunningProgram>(scratch.Path(), scratch.Sub("output"));
-    ASSERT_TRUE(Eventually([&] { return hand.Find("Velumar1.0", 4290, 2865).has_value(); }));
+    ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
     Sleep(1500);  // the window slides in
   }
 
@@ -43,9 +47,12 @@ class TraderFixture : public testing::Test {
   }
   static void Sleep(int ms) { usleep(static_cast<useconds_t>(ms) * 1000); }
 
-  void ClickOn(const Form& form, const Control& control) {
+  std::optional<ScreenRect> Find(const Form& form) {
     const std::string title = form.Name() == "Form1" ? "Velumar1.0" : "Velumar";
-    const auto window = hand.Find(title, form.Width(), form.Height());
+    return hand.Find(title, form.Width(), form.Height());
+  }
+  void ClickOn(const Form& form, const Control& control) {
+    const auto window = Find(form);
     ASSERT_TRUE(window) << form.Name() << " isn't shown";
     hand.Click(*window, control.Left(), control.Top(), control.Width(), control.Height());
   }
