@@ -39,6 +39,7 @@ const Control* Neighbour(const Control& label) {
   int nearest_gap = std::numeric_limits<int>::max();
   for (const Control* control : label.Owner().Controls()) {
     const QRect other = LogicalPlace(*control);
+    if (control->Container() != label.Container()) continue;
     if (!TakesInput(*control) || !Level(place, other)) continue;
     const int gap = std::max({other.left() - place.right(), place.left() - other.right(), 0});
     if (gap < nearest_gap) {

@@ -51,6 +51,7 @@ ComboBoxView::ComboBoxView(FormCanvas& canvas, QWidget& window, ComboBox& box)
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   setFocusPolicy(Qt::StrongFocus);
   BindLine();
+  line_.setReadOnly(!box.Typable());
   if (box.Sorted()) OfferMatches();
   connect(this, &QComboBox::activated, this, [this](int index) { Choose(index); });
 }
@@ -146,6 +147,8 @@ bool ComboBoxView::eventFilter(QObject* watched, QEvent* event) {
     return false;
   }
   if (watched != &line_ && !offered) return QComboBox::eventFilter(watched, event);
+  // There is nothing else to do on a line that nobody types into.
+  if (event->type() == QEvent::MouseButtonRelease && !box_.Typable()) showPopup();
   if (event->type() == QEvent::MouseButtonDblClick && !offered) {
     canvas_.Deliver([this] { box_.UserDoubleClick(); });
   } else if (event->type() == QEvent::KeyRelease) {

@@ -3,13 +3,16 @@
 #include <QWidget>
 #include <cmath>
 
+#include "app/chart_view.h"
 #include "app/combo_box_view.h"
 #include "app/date_picker_view.h"
 #include "app/frame_view.h"
 #include "app/label_view.h"
 #include "app/list_box_view.h"
+#include "app/panel_views.h"
 #include "app/picture_view.h"
 #include "app/small_views.h"
+#include "app/table_view.h"
 #include "app/text_box_view.h"
 #include "forms/form.h"
 
@@ -46,11 +49,16 @@ void ApplyCommon(QWidget& widget, const Control& control) {
   widget.setAccessibleName(ToQString(control.SpokenName()).trimmed());
 }
 
+QColor TextColour(const Control& control, const QColor& ground, const Theme& theme) {
+  return ReadableOn(ground,
+                    control.ForeColour() == 0 ? theme.text : ToQColor(control.ForeColour()));
+}
+
 void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& theme) {
   QPalette palette = widget.palette();
   const bool blue = control.DesignLook().backdrop == Backdrop::kBluePaper;
   const QColor ground = blue ? Mixed(theme.field, theme.accent) : theme.field;
-  const QColor text = ReadableOn(ground, ToQColor(control.ForeColour()));
+  const QColor text = TextColour(control, ground, theme);
   for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
     palette.setColor(group, QPalette::Text, text);
   }
@@ -88,6 +96,28 @@ ControlView* MakeControlView(FormCanvas& canvas, QWidget& window, Control& contr
       return new FrameView(canvas, window, static_cast<Frame&>(control));
     case ControlKind::kListBox:
       return new ListBoxView(canvas, window, static_cast<ListBox&>(control));
+    case ControlKind::kToolbar:
+      return new ToolbarView(canvas, window, static_cast<Toolbar&>(control));
+    case ControlKind::kTabBar:
+      return new TabBarView(canvas, window, static_cast<TabBar&>(control));
+    case ControlKind::kSwatch:
+      return new SwatchView(canvas, window, static_cast<Swatch&>(control));
+    case ControlKind::kTable:
+      return new TableView(canvas, window, static_cast<Table&>(control));
+    case ControlKind::kChart:
+      return new ChartView(canvas, window, static_cast<Chart&>(control));
+    case ControlKind::kChartPicture:
+      return new ChartPictureView(canvas, window, static_cast<ChartPicture&>(control));
+    case ControlKind::kScrollBar:
+      return new ScrollBarView(canvas, window, static_cast<ScrollBar&>(control));
+    case ControlKind::kMenu:
+      return new MenuView(canvas, window, static_cast<Menu&>(control));
+    case ControlKind::kLine:
+      return new LineView(window, static_cast<Line&>(control));
+    case ControlKind::kSheet:
+      return new SheetView(canvas, window, static_cast<Sheet&>(control));
+    case ControlKind::kLink:
+      return new LinkView(canvas, window, static_cast<Link&>(control));
   }
   return nullptr;
 }

@@ -28,6 +28,9 @@ QString ToQString(const std::string& text);
 // What all kinds have in common: place, visible, enabled, tooltip, the name for screen readers.
 void ApplyCommon(QWidget& widget, const Control& control);
 
+// The control's own colour as it can be read on that ground, or the theme's where it has none.
+QColor TextColour(const Control& control, const QColor& ground, const Theme& theme);
+
 // Text and ground of a box in which texts are edited.
 void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& theme);
 

@@ -42,6 +42,12 @@ bool TakesInput(const Form& form) {
 // give the focus to. One that only shows a number never takes the focus from the chart.
 Qt::WindowFlags FlagsFor(const Form& form) {
   Qt::WindowFlags flags = Qt::FramelessWindowHint;
+  if (form.Bordered()) {
+    flags = Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint;
+    flags |= Qt::Dialog;
+    if (form.Topmost()) flags |= Qt::WindowStaysOnTopHint;
+    return flags;
+  }
   flags |= TakesInput(form) ? Qt::Window : Qt::Tool | Qt::WindowDoesNotAcceptFocus;
   if (form.Topmost()) flags |= Qt::WindowStaysOnTopHint;
   return flags;
@@ -52,11 +58,9 @@ Qt::WindowFlags FlagsFor(const Form& form) {
 FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
     : form_(form), look_(look), report_(std::move(report)) {
   setObjectName(ToQString(form.Name()));
-  setAttribute(Qt::WA_TranslucentBackground);
+  setAttribute(Qt::WA_TranslucentBackground, !form.Bordered());
   setAttribute(Qt::WA_ShowWithoutActivating, !TakesInput(form));
-  for (Control* control : form.Controls()) {
-    views_[control] = MakeControlView(*this, *this, *control);
-  }
+  MakeViews();
   for (const auto& [control, view] : views_) view->Update();
   OrderTabs();
   setAcceptDrops(true);
@@ -81,11 +85,29 @@ void FormView::OrderTabs() {
   if (first != controls.end()) views_.at(*first)->Widget().setFocus();
 }
 
+// What stands in a container is cut by it. A menu bar stands above all else.
+void FormView::MakeViews() {
+  QWidget* inside = this;
+  for (Control* control : form_.Controls()) {
+    const Control* container = control->Container();
+    QWidget& parent = container == nullptr ? *inside : views_.at(container)->Widget();
+    views_[control] = MakeControlView(*this, parent, *control);
+    if (control->Kind() != ControlKind::kMenu) continue;
+    QWidget& bar = views_[control]->Widget();
+    menu_height_ = bar.sizeHint().height();
+    bar.setGeometry(0, 0, LogicalPixels(form_.Width()), menu_height_);
+    inside = new QWidget(this);
+    inside->setGeometry(0, menu_height_, LogicalPixels(form_.Width()),
+                        LogicalPixels(form_.Height()));
+  }
+}
+
 void FormView::Update() {
   if (retired_) return;
   // A number can't have the focus, so it must not be found where the focus is given by title.
-  setWindowTitle(ToQString(TakesInput(form_) ? form_.Caption() : form_.Name()));
-  setFixedSize(LogicalPixels(form_.Width()), LogicalPixels(form_.Height()));
+  const std::string& title = TakesInput(form_) ? form_.Caption() : form_.Name();
+  setWindowTitle(title.empty() ? QStringLiteral(" ") : ToQString(title));
+  setFixedSize(LogicalPixels(form_.Width()), LogicalPixels(form_.Height()) + menu_height_);
   UpdateFlags();
   UpdatePlace();
   UpdateShape();
@@ -121,6 +143,7 @@ void FormView::UpdatePlace() {
 
 void FormView::UpdateShape() {
   setWindowOpacity(form_.Opacity() / 255.0);
+  if (form_.Bordered()) return;
   const QSize corners(form_.CornerWidth(), form_.CornerHeight());
   const bool appears = form_.Visible() && !isVisible();
   if (corners == corners_ && !appears) return;
@@ -185,6 +208,7 @@ QPainterPath FormView::Outline() const {
 
 void FormView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
+  if (form_.Bordered()) return painter.fillRect(rect(), look_.theme.window);
   // What is left between the outline and a mask of whole pixels.
   if (!blended_) painter.fillRect(rect(), look_.theme.edge);
   painter.setRenderHint(QPainter::Antialiasing);

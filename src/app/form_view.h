@@ -50,6 +50,7 @@ class FormView : public QWidget, public FormCanvas {
 
  private:
   void OrderTabs();
+  void MakeViews();
   void UpdateFlags();
   void UpdatePlace();
   void UpdateShape();
@@ -60,6 +61,7 @@ class FormView : public QWidget, public FormCanvas {
   const Appearance& look_;
   ErrorReport report_;
   std::map<const Control*, ControlView*> views_;
+  int menu_height_ = 0;
   int handlers_on_stack_ = 0;
   bool retired_ = false;
 

@@ -24,7 +24,9 @@ void FrameView::paintEvent(QPaintEvent*) {
   const QString caption = ToQString(frame_.Text()).trimmed();
   const QFontMetrics metrics(painter.font());
   const int line = caption.isEmpty() ? 0 : metrics.height() / 2;
-  const QRectF box = QRectF(rect()).adjusted(.5, line + .5, -.5, -.5);
+  // A frame may reach over the edge of its window by a hair.
+  const QRect seen = rect() & parentWidget()->rect().translated(-pos());
+  const QRectF box = QRectF(seen).adjusted(.5, line + .5, -.5, -.5);
   painter.setPen(theme.border);
   painter.setBrush(theme.field);
   painter.drawRoundedRect(box, kRound, kRound);

@@ -26,8 +26,15 @@ void LabelView::Update() {
 }
 
 QColor LabelView::Ground() const {
-  if (label_.DesignLook().backdrop != Backdrop::kNone) return canvas_.Look().theme.field;
-  return canvas_.GroundUnder(geometry());
+  const Theme& theme = canvas_.Look().theme;
+  switch (label_.DesignLook().backdrop) {
+    case Backdrop::kYellowPaper:
+      return theme.value;
+    case Backdrop::kNone:
+      return label_.Container() == nullptr ? canvas_.GroundUnder(geometry()) : theme.field;
+    default:
+      return theme.field;
+  }
 }
 
 void LabelView::paintEvent(QPaintEvent*) {
@@ -35,7 +42,7 @@ void LabelView::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   if (label_.DesignLook().backdrop != Backdrop::kNone) {
     painter.setPen(canvas_.Look().theme.border);
-    painter.setBrush(canvas_.Look().theme.field);
+    painter.setBrush(Ground());
     painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), 4, 4);
   }
   const int margin = TextMargin(label_);
@@ -43,7 +50,7 @@ void LabelView::paintEvent(QPaintEvent*) {
   const double spare = width() - 2.0 * margin - metrics.horizontalAdvance(fitted_.shown);
   const bool centred = label_.DesignLook().alignment == Alignment::kCentre;
   painter.setFont(fitted_.font);
-  painter.setPen(ReadableOn(Ground(), ToQColor(label_.ForeColour())));
+  painter.setPen(TextColour(label_, Ground(), canvas_.Look().theme));
   painter.drawText(QPointF(margin + (centred ? spare / 2 : 0),
                            Baseline(label_, fitted_.font, fitted_.shown) - y()),
                    fitted_.shown);

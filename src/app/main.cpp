@@ -15,9 +15,11 @@
 #include "app/dress.h"
 #include "app/mail_notice.h"
 #include "app/options.h"
+#include "app/qt_dialogs.h"
 #include "app/qt_event_loop.h"
 #include "app/qt_folder_dialog.h"
 #include "app/qt_message_boxes.h"
+#include "app/qt_printers.h"
 #include "app/qt_screen.h"
 #include "app/run_key_filter.h"
 #include "app/single_instance.h"
@@ -67,11 +69,24 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   MessageBoxes& boxes = alone ? static_cast<MessageBoxes&>(printed_boxes) : shown_boxes;
   FolderDialog& folders = alone ? static_cast<FolderDialog&>(no_folders) : shown_folders;
   QtScreen screen;
+  const LocaleInfo& locale = *ends.locale;
+  LedgerConnection ledger([&locale](std::string_view iso_date) {
+    const auto date = DateFromText(iso_date, "yyyy-MM-dd");
+    return date ? DateText(*date, locale.ShortDatePattern()) : std::string(iso_date);
+  });
+  QtSaveDialog files;
+  QtColourDialog colours;
+  QtClipboard clipboard;
+  QtPrinters printers(ledger);
   Platform platform{.events = events,
                     .chart_windows = *ends.chart_windows,
                     .keys = *ends.keys,
                     .boxes = boxes,
                     .folders = folders,
+                    .files = files,
+                    .colours = colours,
+                    .clipboard = clipboard,
+                    .printers = printers,
                     .settings = *ends.settings,
                     .registry = *ends.registry,
                     .screen = screen,
@@ -87,11 +102,6 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   SimSession session;
   Desktop desktop;
   IndexCache cache;
-  const LocaleInfo& locale = *ends.locale;
-  LedgerConnection ledger([&locale](std::string_view iso_date) {
-    const auto date = DateFromText(iso_date, "yyyy-MM-dd");
-    return date ? DateText(*date, locale.ShortDatePattern()) : std::string(iso_date);
-  });
   ThemeFollower theme(options.theme);
   DesktopView view(desktop, Dress(theme.Current(), *ends.locale),
                    [&boxes](const std::string& text) { boxes.Show(text, BoxIcon::kExclamation); });

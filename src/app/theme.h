@@ -15,6 +15,7 @@ struct Theme {
   QColor edge;    // outline of windows
   QColor field;   // ground of boxes and lines
   QColor tick;    // ground of a check box on light green
+  QColor value;   // ground of a figure that was reckoned
   QColor text;    // on window and field, where the logic names no colour
   QColor faint;   // disabled texts
   QColor border;  // outline of boxes

@@ -218,11 +218,8 @@ void DatePicker::UserChoose(DayChoice choice) {
   if (const auto chosen = on_choice) chosen(choice);
 }
 
-Slider::Slider(Form& form, const ControlSpec& spec, Range range, int start_value)
-    : Control(form, ControlKind::kSlider, spec),
-      range_(range),
-      start_value_(start_value),
-      value_(start_value) {}
+Slider::Slider(Form& form, const ControlSpec& spec, Range range, int start_value, ControlKind kind)
+    : Control(form, kind, spec), range_(range), start_value_(start_value), value_(start_value) {}
 
 void Slider::Reset() {
   Control::Reset();

@@ -24,7 +24,7 @@ inline constexpr Colour kLightGreen = 12648384;
 
 enum class FontFace : std::uint8_t { kPlain, kVerdana, kImpact };
 enum class Alignment : std::uint8_t { kLeft, kCentre };
-enum class Backdrop : std::uint8_t { kNone, kWhitePaper, kGreenPaper, kBluePaper };
+enum class Backdrop : std::uint8_t { kNone, kWhitePaper, kGreenPaper, kBluePaper, kYellowPaper };
 
 // How a control is drawn, as far as the logic or the design says so.
 struct Look {
@@ -63,7 +63,18 @@ enum class ControlKind : std::uint8_t {
   kCheckBox,
   kProgressLine,
   kFrame,
-  kListBox
+  kListBox,
+  kToolbar,
+  kTabBar,
+  kSwatch,
+  kTable,
+  kChart,
+  kChartPicture,
+  kScrollBar,
+  kMenu,
+  kLine,
+  kSheet,
+  kLink
 };
 
 // What one control holds as far as the logic uses it. Setting a property from the logic fires the
@@ -84,6 +95,9 @@ class Control {
   const std::string& Name() const { return name_; }
   Form& Owner() const { return form_; }
   const Look& DesignLook() const { return look_; }
+  // The control that it stands in and is cut by; null where it stands in the window itself.
+  const Control* Container() const { return container_; }
+  void PlaceIn(const Control& container) { container_ = &container; }
 
   const std::string& Text() const { return text_; }
   virtual void SetText(std::string_view text);
@@ -101,7 +115,7 @@ class Control {
   Colour ForeColour() const { return colour_; }
   void SetForeColour(Colour colour);
 
-  // Twips, relative to the window.
+  // Twips, relative to the window or the container.
   float Left() const { return left_; }
   float Top() const { return top_; }
   float Width() const { return width_; }
@@ -135,6 +149,7 @@ class Control {
   ControlKind kind_;
   std::string name_;
   ControlSpec spec_;
+  const Control* container_ = nullptr;
   std::string start_text_;
   Look look_;
   std::string text_;
@@ -206,10 +221,14 @@ class ComboBox : public Control {
   void SetText(std::string_view text) override;
   void UserChoose(int index);
   void UserType(std::string_view text, int key_code = 0);
+  // Where only the list's lines are meant, its text can't be typed.
+  bool Typable() const { return typable_; }
+  void SetTypable(bool typable) { typable_ = typable; }
 
  private:
   std::vector<std::string> start_items_;
   bool sorted_;
+  bool typable_ = true;
   std::vector<Row> rows_;
   int index_ = -1;
 };
@@ -243,9 +262,11 @@ class Slider : public Control {
     int low = 0;
     int high = 0;
     int step = 1;
+    int large_step = 0;  // 0: as the small one
   };
 
-  Slider(Form& form, const ControlSpec& spec, Range range, int start_value);
+  Slider(Form& form, const ControlSpec& spec, Range range, int start_value,
+         ControlKind kind = ControlKind::kSlider);
   void Reset() override;
   const Range& Limits() const { return range_; }
   int Value() const { return value_; }

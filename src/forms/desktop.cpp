@@ -22,11 +22,13 @@ void Desktop::Unload(Form& form) {
 }
 
 Desktop::Windows Desktop::Untouched() {
-  return {form1_, form2_, form3_, big_date_time_, big_score_, big_price_, frm_score_};
+  return {form1_,     form2_,     form3_,      big_date_time_, big_score_,
+          big_price_, frm_score_, frm_result_, graph2_};
 }
 
-std::array<Form*, 7> Desktop::All() {
-  return {&form1_, &form2_, &form3_, &big_date_time_, &big_score_, &big_price_, &frm_score_};
+std::array<Form*, 9> Desktop::All() {
+  return {&form1_,     &form2_,     &form3_,      &big_date_time_, &big_score_,
+          &big_price_, &frm_score_, &frm_result_, &graph2_};
 }
 
 Form* Desktop::Find(std::string_view name) {

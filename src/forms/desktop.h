@@ -6,7 +6,9 @@
 #include "forms/form1.h"
 #include "forms/form2.h"
 #include "forms/form3.h"
+#include "forms/frm_result.h"
 #include "forms/frm_score.h"
+#include "forms/graph2.h"
 
 namespace velumar {
 
@@ -25,6 +27,8 @@ class Desktop {
   BigWindow& frmBigScore() { return Touched(big_score_); }
   BigWindow& frmBigPrice() { return Touched(big_price_); }
   FrmScore& frmScore() { return Touched(frm_score_); }
+  FrmResult& frmResult() { return Touched(frm_result_); }
+  Graph2& graph2() { return Touched(graph2_); }
 
   // A touch of any window: an unloaded one loads.
   void Load(Form& form);
@@ -40,9 +44,11 @@ class Desktop {
     BigWindow& frmBigScore;
     BigWindow& frmBigPrice;
     FrmScore& frmScore;
+    FrmResult& frmResult;
+    Graph2& graph2;
   };
   Windows Untouched();
-  std::array<Form*, 7> All();
+  std::array<Form*, 9> All();
   // Null when there is no window of that name.
   Form* Find(std::string_view name);
 
@@ -62,6 +68,8 @@ class Desktop {
   BigWindow big_score_;
   BigWindow big_price_;
   FrmScore frm_score_;
+  FrmResult frm_result_;
+  Graph2 graph2_;
 };
 
 }  // namespace velumar

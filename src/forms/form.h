@@ -30,6 +30,8 @@ struct FormSpec {
   std::string_view caption;
   float width = 0;   // twips
   float height = 0;  // twips
+  // With the narrow border and the closing box of a tool window; the size is what is inside.
+  bool bordered = false;
 };
 
 // A window without its picture on the screen. An unloaded window is as new at its next load; the
@@ -53,6 +55,7 @@ class Form {
   void SetLeft(float left);
   void SetTop(float top);
 
+  bool Bordered() const { return spec_.bordered; }
   bool Loaded() const { return loaded_; }
   bool Visible() const { return visible_; }
   void Show();

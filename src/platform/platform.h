@@ -17,6 +17,10 @@ struct Platform {
   KeySender& keys;
   MessageBoxes& boxes;
   FolderDialog& folders;
+  SaveDialog& files;
+  ColourDialog& colours;
+  Clipboard& clipboard;
+  Printers& printers;
   SettingsStore& settings;
   Registry& registry;
   Screen& screen;

@@ -28,6 +28,42 @@ class FolderDialog {
   virtual std::string BrowseForFolder(std::string_view prompt) = 0;
 };
 
+// A form that a file can be saved in: "Pictures (*.bmp)" and "bmp".
+struct FileForm {
+  std::string title;
+  std::string ending;
+};
+
+class SaveDialog {
+ public:
+  virtual ~SaveDialog() = default;
+  // The chosen file, with the ending of the chosen form where none was typed; nothing on cancel. A
+  // file that exists is only chosen when the user agreed to lose it.
+  virtual std::optional<std::string> ChooseFile(const std::vector<FileForm>& forms) = 0;
+};
+
+class ColourDialog {
+ public:
+  virtual ~ColourDialog() = default;
+  // In blue-green-red order; nothing on cancel.
+  virtual std::optional<std::uint32_t> ChooseColour(std::uint32_t present) = 0;
+};
+
+class Clipboard {
+ public:
+  virtual ~Clipboard() = default;
+  virtual void SetText(std::string_view text) = 0;
+};
+
+class Printers {
+ public:
+  virtual ~Printers() = default;
+  virtual bool Any() const = 0;
+  // Prints the report of the rows now in the ledger (0), or of an archived run, or makes the PDF
+  // file of it where one is named. Throws std::runtime_error with the reason.
+  virtual void PrintReport(int run, const std::string& pdf_file) = 0;
+};
+
 // The per-user store of texts of the application `Velumar`, section "Settings".
 class SettingsStore {
  public:

@@ -50,6 +50,14 @@ std::string ScriptedFolders::BrowseForFolder(std::string_view) {
   return answer;
 }
 
+std::optional<std::string> ScriptedFiles::ChooseFile(const std::vector<FileForm>& forms) {
+  offered = forms;
+  if (answers.empty()) return std::nullopt;
+  std::string file = std::move(answers.front());
+  answers.erase(answers.begin());
+  return file;
+}
+
 std::optional<std::string> MemorySettings::Read(std::string_view key) const {
   const auto found = texts.find(key);
   if (found == texts.end()) return std::nullopt;
@@ -128,9 +136,10 @@ std::string ScriptedWeb::Get(const std::string& address, std::string_view target
 }
 
 Platform VirtualPlatform::References() {
-  return {events, chart,     chart, boxes,    folders, settings, registry,
-          screen, locale,    clock, programs, web,     "",       std::string(kBuiltInDirectory),
-          "",     ":memory:"};
+  return {events,  chart,     chart,    boxes,    folders,  files,
+          colours, clipboard, printers, settings, registry, screen,
+          locale,  clock,     programs, web,      "",       std::string(kBuiltInDirectory),
+          "",      ":memory:"};
 }
 
 }  // namespace velumar

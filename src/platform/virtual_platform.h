@@ -51,6 +51,36 @@ class ScriptedFolders : public FolderDialog {
   std::vector<std::string> answers;
 };
 
+// Gives the files in turn; when none is left, the dialogs count as cancelled.
+class ScriptedFiles : public SaveDialog {
+ public:
+  std::optional<std::string> ChooseFile(const std::vector<FileForm>& forms) override;
+  std::vector<std::string> answers;
+  std::vector<FileForm> offered;  // at the last time
+};
+
+class ScriptedColours : public ColourDialog {
+ public:
+  std::optional<std::uint32_t> ChooseColour(std::uint32_t) override { return answer; }
+  std::optional<std::uint32_t> answer;
+};
+
+class MemoryClipboard : public Clipboard {
+ public:
+  void SetText(std::string_view new_text) override { text = new_text; }
+  std::string text;
+};
+
+class FixedPrinters : public Printers {
+ public:
+  bool Any() const override { return any; }
+  void PrintReport(int run, const std::string& pdf_file) override {
+    printed.push_back(std::to_string(run) + ":" + pdf_file);
+  }
+  bool any = false;
+  std::vector<std::string> printed;
+};
+
 class MemorySettings : public SettingsStore {
  public:
   std::optional<std::string> Read(std::string_view key) const override;
@@ -140,6 +170,10 @@ struct VirtualPlatform {
   RecordingChart chart;
   RecordingBoxes boxes;
   ScriptedFolders folders;
+  ScriptedFiles files;
+  ScriptedColours colours;
+  MemoryClipboard clipboard;
+  FixedPrinters printers;
   MemorySettings settings;
   MemoryRegistry registry;
   FixedScreen screen;

@@ -4,17 +4,23 @@
 
 namespace velumar {
 
-// The colours of a saved chart, which prints well too.
-namespace chart_colours {
+inline constexpr QColor kSeriesGreen(0, 192, 0);
 
-inline constexpr QColor kSeries(0, 192, 0);
-inline constexpr QColor kGround(0xf3, 0xf6, 0xfa);
-inline constexpr QColor kText(0x1b, 0x25, 0x36);
-inline constexpr QColor kFaint(0x4a, 0x57, 0x6b);  // numbers and dates
-inline constexpr QColor kFrame(0x6c, 0x7a, 0x91);
-inline constexpr QColor kGrid(0xd3, 0xda, 0xe4);
-inline constexpr QColor kFloor(0xdd, 0xe3, 0xec);  // of a chart with depth
+// The colours of a chart's ground; the series has its own.
+struct ChartColours {
+  QColor ground;
+  QColor text;
+  QColor faint;  // numbers and dates
+  QColor frame;
+  QColor grid;
+  QColor floor;  // of a chart with depth
+  QColor shadow;
+  QColor hint;  // ground of the pointer's text
 
-}  // namespace chart_colours
+  static ChartColours Light();
+  static ChartColours Dark();
+  // The same on a wall that was painted white.
+  ChartColours OnWhiteWall() const;
+};
 
 }  // namespace velumar

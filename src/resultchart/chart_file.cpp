@@ -6,7 +6,6 @@
 #include <QSaveFile>
 #include <stdexcept>
 
-#include "resultchart/chart_colours.h"
 #include "resultchart/result_plot.h"
 #include "resultchart/svg_file.h"
 
@@ -19,7 +18,7 @@ constexpr double kUnitsPerInch = 96;
 void WritePicture(ResultPlot& plot, const QSize& size, QIODevice& device, const char* form) {
   const double scale = plot.devicePixelRatioF();
   QImage picture(size * scale, QImage::Format_RGB32);
-  picture.fill(chart_colours::kGround);
+  picture.fill(plot.Scene().colours.ground);
   {
     QCPPainter painter;
     painter.begin(&picture);

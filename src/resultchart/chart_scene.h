@@ -1,9 +1,12 @@
 #pragma once
 
+#include <QColor>
 #include <QPointF>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "resultchart/chart_colours.h"
 #include "resultchart/chart_type.h"
 
 namespace velumar {
@@ -18,7 +21,13 @@ struct ChartPoints {
 struct ChartScene {
   ChartPoints points;
   ChartType type = ChartType::k2DLine;
+  QColor series = kSeriesGreen;
+  bool shadow = false;
+  bool white_wall = false;
+  ChartColours colours = ChartColours::Light();
   QPointF depth;  // from the front to the back in pixels; null for a flat chart
+
+  ChartColours WallColours() const { return white_wall ? colours.OnWhiteWall() : colours; }
 };
 
 }  // namespace velumar

@@ -16,10 +16,6 @@ double RoundStep(double least) {
   return 10 * power;
 }
 
-QString MoneyText(double value, int decimals) {
-  return QLocale(QLocale::English, QLocale::UnitedStates).toString(value, 'f', decimals);
-}
-
 }  // namespace
 
 bool DateTicker::FitsInPicture(double place, int label_width) const {
@@ -72,6 +68,10 @@ void MoneyTicker::generate(const QCPRange& range, const QLocale&, QChar, int,
     if (labels != nullptr) labels->append(MoneyText(ticks.last(), decimals));
   }
   marks_ = ticks;
+}
+
+QString MoneyText(double value, int decimals) {
+  return QLocale(QLocale::English, QLocale::UnitedStates).toString(value, 'f', decimals);
 }
 
 }  // namespace velumar

@@ -7,7 +7,6 @@
 namespace velumar {
 
 // Marks of the date axis: as many as have room beside each other, none cut by the picture's edge.
-// All labels are of one length, as dd-mmm-yy HH:MM.
 class DateTicker : public QCPAxisTicker {
  public:
   DateTicker(const QCPAxis& axis, const ChartScene& scene) : axis_(axis), scene_(scene) {}
@@ -41,5 +40,7 @@ class MoneyTicker : public QCPAxisTicker {
   const ChartScene& scene_;
   QVector<double> marks_;
 };
+
+QString MoneyText(double value, int decimals);
 
 }  // namespace velumar

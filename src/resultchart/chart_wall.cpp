@@ -1,10 +1,10 @@
 #include "resultchart/chart_wall.h"
 
-#include "resultchart/chart_colours.h"
-
 namespace velumar {
 
 namespace {
+
+constexpr int kShadowOffset = 7;
 
 QPolygonF Swept(QPointF from, QPointF to, QPointF depth) {
   return QPolygonF({from, to, to + depth, from + depth});
@@ -25,19 +25,30 @@ void ChartWall::applyDefaultAntialiasingHint(QCPPainter* painter) const {
 }
 
 void ChartWall::draw(QCPPainter* painter) {
+  if (scene_.shadow) DrawBackdrop(*painter);
   DrawWalls(*painter);
   scene_.points.values.empty() ? DrawHint(*painter) : DrawGrid(*painter);
 }
 
+void ChartWall::DrawBackdrop(QCPPainter& painter) const {
+  const QRect backdrop = rect_->outerRect();
+  painter.fillRect(backdrop.translated(kShadowOffset, kShadowOffset), scene_.colours.shadow);
+  painter.setPen(QPen(scene_.colours.frame, 0));
+  painter.setBrush(scene_.colours.ground);
+  painter.drawRect(backdrop);
+}
+
 void ChartWall::DrawWalls(QCPPainter& painter) const {
   const QRectF front(rect_->rect());
-  painter.setPen(QPen(chart_colours::kFrame, 0));
-  painter.setBrush(Qt::NoBrush);
+  const ChartColours colours = scene_.WallColours();
+  const QBrush wall = scene_.white_wall ? QBrush(Qt::white) : QBrush(Qt::NoBrush);
+  painter.setPen(QPen(colours.frame, 0));
+  painter.setBrush(wall);
   painter.drawRect(front.translated(scene_.depth));
   if (scene_.depth.isNull()) return;
   painter.setAntialiasing(true);
   painter.drawPolygon(Swept(front.topLeft(), front.bottomLeft(), scene_.depth));
-  painter.setBrush(chart_colours::kFloor);
+  painter.setBrush(scene_.white_wall ? QColor(0xe8, 0xec, 0xf1) : colours.floor);
   painter.drawPolygon(Swept(front.bottomLeft(), front.bottomRight(), scene_.depth));
   painter.setAntialiasing(false);
 }
@@ -45,7 +56,7 @@ void ChartWall::DrawWalls(QCPPainter& painter) const {
 void ChartWall::DrawGrid(QCPPainter& painter) const {
   const QRectF front(rect_->rect());
   const QPointF depth = scene_.depth;
-  painter.setPen(QPen(chart_colours::kGrid, 0));
+  painter.setPen(QPen(scene_.WallColours().grid, 0));
   const QCPAxis& values = *rect_->axis(QCPAxis::atLeft);
   for (const double value : money_.Marks()) {
     const QPointF edge(front.left(), values.coordToPixel(value));
@@ -62,7 +73,7 @@ void ChartWall::DrawGrid(QCPPainter& painter) const {
 }
 
 void ChartWall::DrawHint(QCPPainter& painter) const {
-  painter.setPen(chart_colours::kFaint);
+  painter.setPen(scene_.colours.faint);
   QFont font = mParentPlot->font();
   font.setPixelSize(18);
   painter.setFont(font);

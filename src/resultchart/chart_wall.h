@@ -7,7 +7,7 @@
 
 namespace velumar {
 
-// What lies behind the series: walls and floor, and the grid.
+// What lies behind the series: the backdrop with its shadow, walls and floor, and the grid.
 class ChartWall : public QCPLayerable {
  public:
   ChartWall(QCPAxisRect* rect, const ChartScene& scene, const DateTicker& dates,
@@ -18,6 +18,7 @@ class ChartWall : public QCPLayerable {
   void applyDefaultAntialiasingHint(QCPPainter* painter) const override;
 
  private:
+  void DrawBackdrop(QCPPainter& painter) const;
   void DrawWalls(QCPPainter& painter) const;
   void DrawGrid(QCPPainter& painter) const;
   void DrawHint(QCPPainter& painter) const;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "resultchart/chart_colours.h"
 #include "resultchart/solid_painter.h"
 
 namespace velumar {
@@ -34,7 +33,7 @@ QCPRange PortfolioSeries::getValueRange(bool& found, QCP::SignDomain, const QCPR
 }
 
 void PortfolioSeries::drawLegendIcon(QCPPainter* painter, const QRectF& rect) const {
-  painter->fillRect(rect, chart_colours::kSeries);
+  painter->fillRect(rect, scene_.series);
 }
 
 QRect PortfolioSeries::clipRect() const {
@@ -85,8 +84,7 @@ QPolygonF PortfolioSeries::FrontLine() const {
 }
 
 void PortfolioSeries::DrawLine(QCPPainter& painter) const {
-  painter.setPen(
-      QPen(chart_colours::kSeries, kLineWidth, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
+  painter.setPen(QPen(scene_.series, kLineWidth, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
   painter.setBrush(Qt::NoBrush);
   painter.drawPolyline(FrontLine());
 }
@@ -96,8 +94,8 @@ void PortfolioSeries::DrawArea(QCPPainter& painter) const {
   const double base = mValueAxis->coordToPixel(BaseValue());
   area.prepend({area.first().x(), base});
   area.append({area.last().x(), base});
-  painter.setPen(QPen(chart_colours::kSeries.darker(), 0));
-  painter.setBrush(chart_colours::kSeries);
+  painter.setPen(QPen(scene_.series.darker(), 0));
+  painter.setBrush(scene_.series);
   painter.drawPolygon(area);
 }
 
@@ -114,7 +112,7 @@ void PortfolioSeries::DrawBars(QCPPainter& painter) const {
   const int columns = mKeyAxis->axisRect()->width();
   painter.setAntialiasing(false);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(chart_colours::kSeries);
+  painter.setBrush(scene_.series);
   for (const Slot& slot : ThinnedSlots(scene_.points.values, Span(), columns, BaseValue())) {
     painter.drawRect(Front(slot, kBarShare));
   }
@@ -122,13 +120,13 @@ void PortfolioSeries::DrawBars(QCPPainter& painter) const {
 
 void PortfolioSeries::DrawRibbon(QCPPainter& painter) const {
   const QPolygonF line = FrontLine();
-  SolidPainter solid(painter, scene_.depth, chart_colours::kSeries);
+  SolidPainter solid(painter, scene_.depth, scene_.series);
   for (qsizetype i = 1; i < line.size(); ++i) solid.Ribbon(line[i - 1], line[i]);
 }
 
 void PortfolioSeries::DrawBoxes(QCPPainter& painter, double share) const {
   const int columns = mKeyAxis->axisRect()->width();
-  SolidPainter solid(painter, scene_.depth, chart_colours::kSeries);
+  SolidPainter solid(painter, scene_.depth, scene_.series);
   for (const Slot& slot : ThinnedSlots(scene_.points.values, Span(), columns, BaseValue())) {
     solid.Box(Front(slot, share));
   }

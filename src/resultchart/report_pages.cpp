@@ -3,13 +3,12 @@
 #include <QApplication>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
-#include <QPdfWriter>
-#include <QSaveFile>
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <stdexcept>
 
+#include "resultchart/page_file.h"
 #include "resultchart/result_plot.h"
 
 namespace velumar {
@@ -244,19 +243,8 @@ class Pages {
 void PrintReport(const Report& report, QPagedPaintDevice& device) { Pages(report, device).Print(); }
 
 void SaveReport(const Report& report, const QString& file) {
-  const auto fail = [&file](const QString& why) {
-    throw std::runtime_error((file + QStringLiteral(": ") + why).toStdString());
-  };
-  QSaveFile saved(file);
-  if (!saved.open(QIODevice::WriteOnly)) fail(saved.errorString());
-  try {
-    QPdfWriter writer(&saved);
-    writer.setTitle(Text(report.title));
-    PrintReport(report, writer);
-  } catch (const std::runtime_error& error) {
-    fail(QString::fromUtf8(error.what()));
-  }
-  if (!saved.commit()) fail(saved.errorString());
+  SavePages(file, Text(report.title),
+            [&report](QPagedPaintDevice& device) { PrintReport(report, device); });
 }
 
 }  // namespace velumar

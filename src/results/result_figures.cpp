@@ -102,20 +102,20 @@ void LoadResultFigures(LedgerConnection& connection, ResultFigures& figures, int
 
 std::array<ResultFigureText, 14> ResultFigureTexts(const ResultFigures& figures) {
   return {{
-      {"ResSymbol", figures.ResSymbol},
-      {"ResInterval", figures.ResInterval},
-      {"ResStartDate", figures.ResStartDate},
-      {"ResStartTime", figures.ResStartTime},
-      {"ResEndDate", figures.ResEndDate},
-      {"ResEndTime", figures.ResEndTime},
-      {"ResPortfolio", PatternText(figures.ResPortfolio, kPortfolioPattern)},
-      {"ResLongAmount", PlainNumberText(figures.ResLongAmount)},
-      {"ResShortAmount", PlainNumberText(figures.ResShortAmount)},
-      {"ResLongProfitLoss", PlainNumberText(figures.ResLongProfitLoss)},
-      {"ResShortProfitLoss", PlainNumberText(figures.ResShortProfitLoss)},
-      {"ResLongComm", PlainNumberText(figures.ResLongComm)},
-      {"ResShortComm", PlainNumberText(figures.ResShortComm)},
-      {"ResTotalComm", PlainNumberText(figures.ResTotalComm)},
+      {"ResSymbol", "lblSymbol", figures.ResSymbol},
+      {"ResInterval", "lblInterval", figures.ResInterval},
+      {"ResStartDate", "lblStartDate", figures.ResStartDate},
+      {"ResStartTime", "lblStartDateTime", figures.ResStartTime},
+      {"ResEndDate", "lblEndDate", figures.ResEndDate},
+      {"ResEndTime", "lblEndDateTime", figures.ResEndTime},
+      {"ResPortfolio", "lblPortfolio", PatternText(figures.ResPortfolio, kPortfolioPattern)},
+      {"ResLongAmount", "lblLong", PlainNumberText(figures.ResLongAmount)},
+      {"ResShortAmount", "lblShort", PlainNumberText(figures.ResShortAmount)},
+      {"ResLongProfitLoss", "lblLongProfitLoss", PlainNumberText(figures.ResLongProfitLoss)},
+      {"ResShortProfitLoss", "lblShortProfitLoss", PlainNumberText(figures.ResShortProfitLoss)},
+      {"ResLongComm", "lblLongComm", PlainNumberText(figures.ResLongComm)},
+      {"ResShortComm", "lblShortComm", PlainNumberText(figures.ResShortComm)},
+      {"ResTotalComm", "lblTotalComm", PlainNumberText(figures.ResTotalComm)},
   }};
 }
 

@@ -38,6 +38,7 @@ void LoadResultFigures(LedgerConnection& connection, ResultFigures& figures, int
 
 struct ResultFigureText {
   std::string_view field;  // "ResPortfolio"
+  std::string_view label;  // "lblPortfolio"
   std::string text;
 };
 

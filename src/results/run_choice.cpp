@@ -54,6 +54,17 @@ std::string RunKey(int number) {
   return number == kRunNow ? "(select coalesce(max(Id), 0) From Runs)" : std::to_string(number);
 }
 
+// "20070125" as "2007-01-25".
+std::string IsoDate(const std::string& digits) {
+  constexpr std::size_t kLength = 8;
+  if (digits.size() != kLength) return digits;
+  return digits.substr(0, 4) + "-" + digits.substr(4, 2) + "-" + digits.substr(6, 2);
+}
+
+std::string Orders(double count) {
+  return PlainNumberText(static_cast<float>(count)) + (count == 1 ? " order" : " orders");
+}
+
 bool IsLong(const std::string& position) { return position == "Long" || position == "Offset Long"; }
 
 std::optional<LedgerRun> ReadBeginning(LedgerConnection& connection, int number) {
@@ -182,6 +193,24 @@ bool HeldNothingBefore(const RunOrder& order) {
   // Seven digits of a quantity reach the row.
   constexpr double kExact = 2e-6;
   return std::abs(order.held - order.quantity.value_or(0)) <= kExact * order.held;
+}
+
+std::vector<RunChoice> RunChoices(LedgerConnection& connection) {
+  std::vector<RunChoice> choices{{kRunNow, "Now in the ledger"}};
+  const LedgerRecordset records =
+      LedgerQuery(connection,
+                  "select Id, Symbol, SymbolInterval, StartDate, Rows From Runs join (select Run, "
+                  "count(*) as Rows From Archive group by Run) on Run = Id");
+  for (const NamedValues& row : Rows(records)) {
+    const int number = row.Whole("Id").value_or(0);
+    choices.push_back({number, std::to_string(number) + ": " + row.Text("Symbol") + " " +
+                                   row.Text("SymbolInterval") + " from " +
+                                   connection.DateText(IsoDate(row.Text("StartDate"))) + ", " +
+                                   Orders(row.Number("Rows"))});
+  }
+  std::sort(choices.begin() + 1, choices.end(),
+            [](const RunChoice& a, const RunChoice& b) { return a.number > b.number; });
+  return choices;
 }
 
 RunRecord ReadRun(LedgerConnection& connection, int number) {

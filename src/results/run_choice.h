@@ -12,6 +12,15 @@ namespace velumar {
 // Whose results are shown: an archived run's by its number, or those of the rows now in the ledger.
 inline constexpr int kRunNow = 0;
 
+struct RunChoice {
+  int number = kRunNow;
+  std::string title;  // "3: ABC D from 25/01/2007, 14 orders"
+};
+
+// What can be chosen: the rows now in the ledger, then the archived runs that placed orders, newest
+// first. Throws LedgerError.
+std::vector<RunChoice> RunChoices(LedgerConnection& connection);
+
 // An order as its row and its detail tell it, or a holding that too large an offset wiped out.
 struct RunOrder {
   enum class Kind : std::uint8_t { kEntry, kOffset, kWiped };

@@ -8,6 +8,8 @@
 #include "shell/big_displays.h"
 #include "shell/event_guard.h"
 #include "shell/navigator_window.h"
+#include "shell/preview_window.h"
+#include "shell/result_window.h"
 #include "shell/score_board.h"
 #include "shell/setup_window.h"
 #include "shell/trade_panel.h"
@@ -19,12 +21,13 @@ namespace {
 
 // The same outside, with settings that never throw.`store_dir` and the rest are read at Start.
 Platform WithSettings(const Platform& outside, SettingsStore& settings) {
-  return {outside.events,         outside.chart_windows,    outside.keys,
-          outside.boxes,          outside.folders,          settings,
-          outside.registry,       outside.screen,           outside.locale,
-          outside.clock,          outside.programs,         outside.web,
-          outside.program_folder, outside.default_data_dir, outside.store_dir,
-          outside.ledger_file};
+  return {outside.events,    outside.chart_windows,  outside.keys,
+          outside.boxes,     outside.folders,        outside.files,
+          outside.colours,   outside.clipboard,      outside.printers,
+          settings,          outside.registry,       outside.screen,
+          outside.locale,    outside.clock,          outside.programs,
+          outside.web,       outside.program_folder, outside.default_data_dir,
+          outside.store_dir, outside.ledger_file};
 }
 
 }  // namespace
@@ -46,6 +49,8 @@ struct Program::Parts {
         panel(session, desktop, platform, status, orders),
         big(session, desktop, platform),
         score_board(session, desktop, platform),
+        results(desktop, platform, ledger, score_board),
+        preview(desktop, platform),
         keys(
             desktop, [this] { return chart.OpeningChart(); },
             Guarded(platform.boxes, [this] { score_board.Open(); })) {}
@@ -64,6 +69,8 @@ struct Program::Parts {
   TradePanel panel;
   BigDisplays big;
   ScoreBoard score_board;
+  ResultWindow results;
+  PreviewWindow preview;
   RunKeys keys;
 };
 

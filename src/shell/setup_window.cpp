@@ -127,7 +127,6 @@ void SetupWindow::ShapeAndName() {
   SetWindowAlpha(form, kAlpha);
   form.lblPercentComm.SetVisible(false);
   form.ImgDonate.SetVisible(false);
-  form.imgGraph.SetVisible(false);
   form.SetCaption(std::string(kTitle) + std::string(kVersion) + " build " + std::string(kBuild));
   form.Label5.SetText(kTitle);
   form.Label8.SetText("version " + std::string(kVersion));
@@ -200,7 +199,7 @@ void SetupWindow::MakeStore() {
 // The replay runs without a ledger; its orders then say what this box has said.
 void SetupWindow::OpenLedger() {
   LedgerOpen(ledger_, platform_.ledger_file);
-  Window().imgGraph.SetToolTip("Ledger: " + platform_.ledger_file);
+  Window().imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
   if (!ledger_.CanWrite()) {
     platform_.boxes.Show("Orders can't be placed. " + ledger_.WhyNot(), BoxIcon::kExclamation);
   }

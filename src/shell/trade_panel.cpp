@@ -43,8 +43,7 @@ void TradePanel::BindEvents() {
 
 void TradePanel::Load() {
   Form3& form = Window();
-  form.imgGraph.SetVisible(false);
-  form.imgGraph.SetToolTip("Ledger: " + platform_.ledger_file);
+  form.imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
   StartAccount();
   form.SetTopmost(true);
   RoundWindow(form, kCornerWidth, kCornerHeight);

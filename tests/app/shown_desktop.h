@@ -17,6 +17,9 @@ class ShownDesktop : public ::testing::Test {
  protected:
   ShownDesktop() { QApplication::setStyle(new FormStyle(Theme::Light())); }
 
+  // Windows that were unloaded die before their models.
+  ~ShownDesktop() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
   static Appearance Look(const Theme& theme = Theme::Light()) {
     return {theme, Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")};
   }
@@ -25,9 +28,8 @@ class ShownDesktop : public ::testing::Test {
 
   template <typename Widget>
   Widget& WidgetOf(Control& control) {
-    auto* widget = View(control.Owner())
-                       .findChild<QWidget*>(QString::fromStdString(control.Name()),
-                                            Qt::FindDirectChildrenOnly);
+    auto* widget =
+        View(control.Owner()).findChild<QWidget*>(QString::fromStdString(control.Name()));
     auto* wanted = dynamic_cast<Widget*>(widget);
     if (wanted == nullptr) throw std::logic_error("no such widget for " + control.Name());
     return *wanted;

@@ -6,48 +6,16 @@
 #include "results/portfolio_chart.h"
 #include "results/result_figures.h"
 #include "results/statistics.h"
+#include "support/ledger_rows.h"
 
 namespace velumar {
 namespace {
 
 using testing::ElementsAre;
 
-// Writes orders as a trader's rows have them: one contract moves 1,000 a point and costs 100 and 7
-// percent VAT.
-class RunResultsTest : public testing::Test {
+class RunResultsTest : public testing::Test, protected LedgerRows {
  protected:
-  RunResultsTest() { LedgerOpen(ledger, ":memory:"); }
-
-  void Begin(double money) {
-    LedgerBeginRun(ledger, {"/data", "ABC", "D", "20070110", "0", "futures", money, 5e4, 1000});
-  }
-  static std::string Date(int bar) { return "2007-01-" + std::to_string(bar); }
-
-  std::vector<LedgerValue> Row(int bar, const std::string& position, double quantity, double price,
-                               double held, double points, double money) const {
-    const std::size_t side = position.ends_with("Long") ? 7 : 13;
-    const bool offset = position.starts_with("Offset");
-    std::vector<LedgerValue> row(22, LedgerValue(0.0));
-    row[1] = "ABC";
-    row[2] = -1.0;
-    row[3] = Date(bar);
-    row[4] = "16:30:00";
-    row[5] = price;
-    row[6] = position;
-    row[side + 1] = offset ? 0.0 : quantity;
-    row[side + 2] = offset ? 1.0 : 0.0;
-    row[side + 3] = held;
-    row[side + 5] = points;
-    row[19] = points;
-    row[20] = 100 * quantity;
-    row[21] = money;
-    return row;
-  }
-  void Order(int bar, const std::string& position, double quantity, double price, double held,
-             double points, double money, int newest_shown = 0) {
-    LedgerInsertOrder(ledger, Row(bar, position, quantity, price, held, points, money),
-                      {quantity, 7 * quantity, bar, std::max(bar, newest_shown)});
-  }
+  RunResultsTest() : LedgerRows{connection} { LedgerOpen(ledger, ":memory:"); }
 
   // Loses first, closes parts of two entries at once, steps back, and gives three contracts away.
   void TradeARun() {
@@ -84,7 +52,7 @@ class RunResultsTest : public testing::Test {
     return texts;
   }
 
-  LedgerConnection ledger{[](std::string_view iso) { return "<" + std::string(iso) + ">"; }};
+  LedgerConnection connection{[](std::string_view iso) { return "<" + std::string(iso) + ">"; }};
 };
 
 TEST_F(RunResultsTest, ARunReckonedByHand) {
@@ -131,6 +99,9 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsItDidBefore) {
   Begin(5);
   Order(28, "Long", 7, 1, 7, 0, 5);
   Begin(6);
+  ASSERT_EQ(RunChoices(ledger).size(), 3U);
+  EXPECT_EQ(RunChoices(ledger)[1].title, "2: ABC D from <2007-01-10>, 1 order");
+  EXPECT_EQ(RunChoices(ledger)[2].title, "1: ABC D from <2007-01-10>, 8 orders");
   EXPECT_EQ(Statistics(1), statistics);
   EXPECT_EQ(Trades(1), trades);
   EXPECT_EQ(OrdersCsv(ListOrders(ReadRun(ledger, 1))), csv);

@@ -1,0 +1,56 @@
+#include "app/qt_dialogs.h"
+
+#include <QClipboard>
+#include <QColorDialog>
+#include <QDir>
+#include <QFileDialog>
+#include <QGuiApplication>
+
+#include "app/theme.h"
+
+namespace velumar {
+
+namespace {
+
+// In front of windows that stay on top, which the dialogs of the desktops can't be.
+template <typename Dialog>
+void KeepInFront(Dialog& dialog) {
+  dialog.setOption(Dialog::DontUseNativeDialog);
+  dialog.setWindowFlag(Qt::WindowStaysOnTopHint);
+}
+
+// The first glob of a filter such as "Pictures (*.bmp)".
+QString EndingOf(const QString& filter) {
+  return filter.section(QStringLiteral("*."), -1).chopped(1);
+}
+
+}  // namespace
+
+std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>& forms) {
+  QFileDialog dialog(nullptr, QStringLiteral("Save As"));
+  KeepInFront(dialog);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  QStringList filters;
+  for (const FileForm& form : forms) filters.append(QString::fromStdString(form.title));
+  dialog.setNameFilters(filters);
+  dialog.setDefaultSuffix(QString::fromStdString(forms.front().ending));
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                   [&dialog](const QString& chosen) { dialog.setDefaultSuffix(EndingOf(chosen)); });
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return QDir::toNativeSeparators(dialog.selectedFiles().constFirst()).toStdString();
+}
+
+std::optional<std::uint32_t> QtColourDialog::ChooseColour(std::uint32_t present) {
+  QColorDialog dialog(ToQColor(present));
+  KeepInFront(dialog);
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  const QColor chosen = dialog.selectedColor();
+  return static_cast<std::uint32_t>(chosen.red() | chosen.green() << 8 | chosen.blue() << 16);
+}
+
+void QtClipboard::SetText(std::string_view text) {
+  QGuiApplication::clipboard()->setText(
+      QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+}
+
+}  // namespace velumar

@@ -1,0 +1,84 @@
+#include "forms/chart.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace velumar {
+
+void Chart::Reset() {
+  Control::Reset();
+  content_ = {};
+  endings.clear();
+  save = nullptr;
+}
+
+float Chart::Covered() const { return std::max(0.F, Top() + Height() - strip_top_); }
+
+void Chart::SetRows(ChartRows rows) {
+  content_.rows = std::make_shared<const ChartRows>(std::move(rows));
+  content_.span.reset();
+  Changed();
+}
+
+void Chart::SetType(int type) {
+  content_.type = type;
+  Changed();
+}
+
+void Chart::SetSeriesColour(int red, int green, int blue) {
+  content_.series = static_cast<Colour>(red | green << 8 | blue << 16);
+  Changed();
+}
+
+void Chart::SetShadow(bool shadow) {
+  content_.shadow = shadow;
+  Changed();
+}
+
+void Chart::SetWallWhite() {
+  content_.white_wall = true;
+  Changed();
+}
+
+void Chart::ToDefaults() {
+  ChartContent plain;
+  plain.rows = content_.rows;
+  plain.series = content_.series;
+  content_ = std::move(plain);
+  Changed();
+}
+
+void Chart::SaveTo(const std::string& file) const {
+  if (!save) throw std::runtime_error(file + ": nothing here draws the chart");
+  save(file);
+}
+
+void ChartPicture::Reset() {
+  Control::Reset();
+  content_ = {};
+  print = nullptr;
+}
+
+void ChartPicture::SetContent(ChartContent content) {
+  content_ = std::move(content);
+  Changed();
+}
+
+void ChartPicture::PrintPages(const PrintJob& job) const {
+  if (!print) throw std::runtime_error("Nothing here prints.");
+  print(job);
+}
+
+void ChartPicture::UserMouseDown(float x, float y) {
+  if (Reachable() && on_mouse_down) on_mouse_down(x, y);
+}
+
+void ChartPicture::UserMouseMove(float x, float y) {
+  if (Reachable() && on_mouse_move) on_mouse_move(x, y);
+}
+
+void ChartPicture::UserMouseUp(float x, float y) {
+  if (Reachable() && on_mouse_up) on_mouse_up(x, y);
+}
+
+}  // namespace velumar

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <utility>
+
+#include "forms/control.h"
+
+namespace velumar {
+
+// A sheet of paper, white under any light; other controls lie on it.
+class Sheet : public Control {
+ public:
+  Sheet(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kSheet, spec) {}
+};
+
+// A text that leads to another window.
+class Link : public Control {
+ public:
+  Link(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kLink, spec) {}
+};
+
+// A straight stroke along the top of its place.
+class Line : public Control {
+ public:
+  Line(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kLine, spec) {}
+};
+
+// A patch of its ForeColour that can be clicked.
+class Swatch : public Control {
+ public:
+  Swatch(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kSwatch, spec) {}
+};
+
+// Its value moves what is seen; upright where it is higher than wide.
+class ScrollBar : public Slider {
+ public:
+  ScrollBar(Form& form, const ControlSpec& spec, Range range, int start_value)
+      : Slider(form, spec, range, start_value, ControlKind::kScrollBar) {}
+};
+
+// Buttons in a row. Each has a number; the numbers between them are gaps.
+class Toolbar : public Control {
+ public:
+  struct Item {
+    int index = 0;
+    std::string_view caption;  // "&" stands before the letter of its key
+    std::string_view tooltip;
+    std::string_view art;
+  };
+
+  Toolbar(Form& form, const ControlSpec& spec, std::vector<Item> items)
+      : Control(form, ControlKind::kToolbar, spec), items_(std::move(items)) {}
+  const std::vector<Item>& Items() const { return items_; }
+  void UserButton(int index);
+
+  std::function<void(int index)> on_button;
+
+ private:
+  std::vector<Item> items_;
+};
+
+// Tells which of several sheets lies on top. Setting the index fires on_click when it changes.
+class TabBar : public Control {
+ public:
+  TabBar(Form& form, const ControlSpec& spec, std::vector<std::string> titles)
+      : Control(form, ControlKind::kTabBar, spec), titles_(std::move(titles)) {}
+  void Reset() override;
+  const std::vector<std::string>& Titles() const { return titles_; }
+  int Index() const { return index_; }
+  void SetIndex(int index);
+  void UserChoose(int index);
+
+ private:
+  std::vector<std::string> titles_;
+  int index_ = 0;
+};
+
+// A menu bar with one entry at the top, Text, whose lists hold entries to be ticked.
+class Menu : public Control {
+ public:
+  struct List {
+    std::string_view caption;
+    std::vector<std::string> entries;
+    int start = 0;  // the entry that is ticked at first
+  };
+
+  Menu(Form& form, const ControlSpec& spec, std::vector<List> lists);
+  void Reset() override;
+  const std::vector<List>& Lists() const { return lists_; }
+  bool Ticked(std::size_t list, std::size_t entry) const { return ticks_.at(list).at(entry); }
+  void Tick(std::size_t list, std::size_t entry, bool ticked);
+  // Ticks one entry and no other of its list.
+  void TickOnly(std::size_t list, std::size_t entry);
+  void UserEntry(std::size_t list, std::size_t entry);
+
+  std::function<void(std::size_t list, std::size_t entry)> on_entry;
+
+ private:
+  std::vector<List> lists_;
+  std::vector<std::vector<bool>> ticks_;
+};
+
+}  // namespace velumar

@@ -1,0 +1,65 @@
+#include "forms/table.h"
+
+namespace velumar {
+
+void Table::Reset() {
+  Control::Reset();
+  columns_.clear();
+  rows_ = {};
+  sorting_ = {};
+  selected_.clear();
+  ++version_;
+}
+
+void Table::SetColumns(std::vector<Column> columns) {
+  columns_ = std::move(columns);
+  Renewed();
+}
+
+void Table::SetContent(Rows rows) {
+  rows_ = std::move(rows);
+  selected_.clear();
+  Renewed();
+}
+
+void Table::MarkSorting(Sorting sorting) {
+  sorting_ = sorting;
+  Renewed();
+}
+
+void Table::Renewed() {
+  ++version_;
+  Changed();
+}
+
+void Table::AppendLine(std::string& text, std::size_t row) const {
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    text += (i == 0 ? "" : "\t") + rows_.text(row, i);
+  }
+  text += '\n';
+}
+
+std::string Table::CopyText() const {
+  std::string text;
+  for (const Column& column : columns_) text += (text.empty() ? "" : "\t") + column.title;
+  text += '\n';
+  for (const std::size_t row : selected_) AppendLine(text, row);
+  for (std::size_t row = 0; selected_.empty() && row < rows_.count; ++row) AppendLine(text, row);
+  return text;
+}
+
+void Table::UserHeader(std::size_t column) {
+  if (!Reachable()) return;
+  if (const auto handler = on_header) handler(column);
+}
+
+void Table::UserSelect(std::vector<std::size_t> rows) {
+  if (Reachable()) selected_ = std::move(rows);
+}
+
+void Table::UserCopy() {
+  if (!Reachable()) return;
+  if (const auto handler = on_copy) handler();
+}
+
+}  // namespace velumar

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "forms/control.h"
+
+namespace velumar {
+
+// Rows under titled columns. The rows are asked for as they come into sight, so a hundred thousand
+// cost nothing until then.
+class Table : public Control {
+ public:
+  struct Column {
+    std::string title;
+    bool numeric = false;
+  };
+  struct Rows {
+    std::size_t count = 0;
+    std::function<std::string(std::size_t row, std::size_t column)> text;
+    std::function<std::string(std::size_t row)> tip;  // none where it is empty
+  };
+
+  Table(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kTable, spec) {}
+  void Reset() override;
+
+  const std::vector<Column>& Columns() const { return columns_; }
+  void SetColumns(std::vector<Column> columns);
+  const Rows& Content() const { return rows_; }
+  // Nothing is selected afterwards.
+  void SetContent(Rows rows);
+
+  // What the rows are sorted by.
+  struct Sorting {
+    std::size_t column = 0;
+    bool descending = false;
+    bool operator==(const Sorting&) const = default;
+  };
+  const Sorting& SortedBy() const { return sorting_; }
+  // Grows with each change of columns, rows or order.
+  unsigned Version() const { return version_; }
+  void MarkSorting(Sorting sorting);
+
+  // The selected rows, or all where none is, under their titles; fields part by tabs.
+  std::string CopyText() const;
+
+  void UserHeader(std::size_t column);
+  void UserSelect(std::vector<std::size_t> rows);
+  void UserCopy();
+
+  std::function<void(std::size_t column)> on_header;
+  std::function<void()> on_copy;
+
+ private:
+  void AppendLine(std::string& text, std::size_t row) const;
+  void Renewed();
+
+  std::vector<Column> columns_;
+  Rows rows_;
+  Sorting sorting_;
+  unsigned version_ = 1;
+  std::vector<std::size_t> selected_;
+};
+
+}  // namespace velumar

@@ -1,0 +1,116 @@
+#include "shell/preview_window.h"
+
+#include <algorithm>
+#include <string>
+
+#include "shell/event_guard.h"
+
+namespace velumar {
+
+namespace {
+
+float Twips(double length) { return static_cast<float>(length); }
+
+}  // namespace
+
+PreviewWindow::PreviewWindow(Desktop& desktop, Platform& platform)
+    : desktop_(desktop), platform_(platform) {
+  BindEvents();
+}
+
+void PreviewWindow::BindEvents() {
+  Graph2& form = desktop_.Untouched().graph2;
+  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
+  // A change of the sheet, drawn at once.
+  const auto changing = [this, guarded](auto change) {
+    return guarded([this, change](auto... arguments) {
+      change(arguments...);
+      ShowSheet();
+    });
+  };
+  form.on_load = guarded([this] { Load(); });
+  form.on_close = form.on_escape = form.cmdcancel.on_click =
+      guarded([this] { desktop_.Unload(Window()); });
+  form.cmdPrint.on_click = guarded([this] { Print(); });
+  form.HScroll2.on_change = changing([this] { preview_->SetZoom(Window().HScroll2.Value()); });
+  form.chtscroll0.on_change = changing(
+      [this] { preview_->SetChartPercent(PictureSide::kHeight, Window().chtscroll0.Value()); });
+  form.chtscroll1.on_change = changing(
+      [this] { preview_->SetChartPercent(PictureSide::kWidth, Window().chtscroll1.Value()); });
+  form.HScroll1.on_change = form.VScroll1.on_change = changing(
+      [this] { preview_->ScrollSheet(Window().HScroll1.Value(), Window().VScroll1.Value()); });
+  form.Picture2.on_mouse_down = changing([this](float x, float y) { preview_->Press({x, y}); });
+  form.Picture2.on_mouse_move = changing([this](float x, float y) { preview_->Move({x, y}); });
+  form.Picture2.on_mouse_up = changing([this](float x, float y) { preview_->Release({x, y}); });
+  form.op1.on_entry =
+      changing([this](std::size_t list, std::size_t entry) { ChooseEntry(list, entry); });
+}
+
+void PreviewWindow::Load() {
+  Graph2& form = Window();
+  form.SetTopmost(true);
+  form.SetLeft(std::max(0.F, (platform_.screen.WidthTwips() - form.Width()) / 2));
+  form.SetTop(std::max(0.F, (platform_.screen.HeightTwips() - form.Height()) / 2));
+  preview_.emplace(static_cast<PreviewChart&>(*this));
+  form.HScroll2.SetValue(PrintPreview::kStartZoom);  // where the preview stands already
+  ShowSheet();
+}
+
+void PreviewWindow::ShowSheet() {
+  Graph2& form = Window();
+  form.Label1.SetText(std::to_string(preview_->ZoomPercent()) + "%");
+  form.Picture1.SetPlace(Twips(preview_->SheetPlace().x), Twips(preview_->SheetPlace().y));
+  form.Picture1.SetSize(Twips(preview_->Sheet().width), Twips(preview_->Sheet().height));
+  form.Picture2.SetPlace(Twips(preview_->ChartPlace().x), Twips(preview_->ChartPlace().y));
+  form.Picture2.SetSize(Twips(Width()), Twips(Height()));
+  form.Picture2.SetContent(ShownChart().Content());
+}
+
+void PreviewWindow::ChooseEntry(std::size_t list, std::size_t entry) {
+  Menu& menu = Window().op1;
+  switch (list) {
+    case Graph2::kOrientation:
+      preview_->ToggleOrientation();
+      return menu.Tick(list, entry, preview_->Portrait());
+    case Graph2::kPrintQuality:
+      preview_->SetQuality(static_cast<int>(entry));
+      return menu.TickOnly(list, entry);
+    case Graph2::kNoOfCopies:
+      preview_->SetCopies(static_cast<int>(entry) + 1);
+      return menu.TickOnly(list, entry);
+    default:
+      return;  // the paper is always A4
+  }
+}
+
+void PreviewWindow::Print() {
+  Graph2& form = Window();
+  form.HScroll2.SetValue(PrintPreview::kMostPercent);
+  PrintJob job{.orientation = preview_->PrintOrientation(),
+               .quality = preview_->PrintQualityCode(),
+               .copies = preview_->NoOfCopies(),
+               .pdf_file = {}};
+  if (!platform_.printers.Any()) {
+    const auto file = platform_.files.ChooseFile({{"No printer: save the page (*.pdf)", "pdf"}});
+    if (!file || file->empty()) return;
+    job.pdf_file = *file;
+  }
+  form.Picture2.PrintPages(job);
+  platform_.boxes.Show("bbb", BoxIcon::kNone);
+}
+
+double PreviewWindow::Width() const { return double{ShownChart().Width()}; }
+
+double PreviewWindow::Height() const { return double{ShownChart().Height()}; }
+
+void PreviewWindow::SetWidth(double width) {
+  Chart& chart = ShownChart();
+  chart.SetSize(Twips(width), chart.Height());
+}
+
+void PreviewWindow::SetHeight(double height) {
+  Chart& chart = ShownChart();
+  chart.SetSize(chart.Width(), Twips(height));
+}
+
+}  // namespace velumar

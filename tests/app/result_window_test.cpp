@@ -1,0 +1,163 @@
+#include <gmock/gmock.h>
+
+#include <QHeaderView>
+#include <QImage>
+#include <QProcess>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QToolButton>
+
+#include "app/chart_view.h"
+#include "app/qt_printers.h"
+#include "ledger/ledger.h"
+#include "marketdata/index_cache.h"
+#include "platform/virtual_platform.h"
+#include "shell/program.h"
+#include "shown_desktop.h"
+#include "support/ledger_rows.h"
+
+namespace velumar {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// The real widgets over a ledger of two runs; only the dialogs are scripted.
+class ResultViewTest : public ShownDesktop {
+ protected:
+  ResultViewTest() {
+    LedgerOpen(ledger, ":memory:");
+    LedgerRows{ledger}.TradeTwoRuns();
+    desktop.frmResult().Show();
+  }
+  QToolButton& ToolbarButton(int index) {
+    return *WidgetOf<QWidget>(form.Toolbar1)
+                .findChild<QToolButton*>(QStringLiteral("Toolbar1.%1").arg(index));
+  }
+  QString File(const char* name) { return folder.filePath(QString::fromUtf8(name)); }
+  void Answer(const QString& file) { world.files.answers = {file.toStdString()}; }
+  // What a program prints about a file; nothing where it isn't installed.
+  static QString Printed(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return QString::fromUtf8(process.readAllStandardOutput());
+  }
+
+  QTemporaryDir folder;
+  VirtualPlatform world;
+  SimSession session;
+  IndexCache cache;
+  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
+  Program program{session, desktop, world.References(), cache, ledger};
+  FrmResult& form = desktop.Untouched().frmResult;
+};
+
+TEST_F(ResultViewTest, TabsTableAndRunsAreReachedByHand) {
+  WidgetOf<QTabBar>(form.tabSheets).setCurrentIndex(FrmResult::kOrdersSheet);
+  auto& orders = WidgetOf<QTableView>(form.lstOrders);
+  ASSERT_TRUE(orders.isVisible());
+  EXPECT_FALSE(WidgetOf<QWidget>(form.MSChart1).isVisible());
+  const auto cell = [&](int row, int column) {
+    return orders.model()->index(row, column).data().toString();
+  };
+  EXPECT_EQ(cell(0, 4), QStringLiteral("Short"));
+  QTest::mouseClick(orders.horizontalHeader()->viewport(), Qt::LeftButton, {},
+                    QPoint(orders.horizontalHeader()->sectionViewportPosition(6) + 8, 8));
+  EXPECT_EQ(cell(0, 6), QStringLiteral("48.00"));
+  for (int column = 0; column < orders.model()->columnCount() - 1; ++column) {
+    EXPECT_GE(orders.columnWidth(column),
+              orders.fontMetrics().horizontalAdvance(cell(0, column)) + 4);
+  }
+  orders.selectRow(0);
+  QTest::keyClick(&orders, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_THAT(world.clipboard.text, HasSubstr("Offset Short\t1\t48.00"));
+
+  auto& runs = WidgetOf<QComboBox>(form.cbxRun);
+  QTest::keyClick(&runs, Qt::Key_Down);
+  EXPECT_EQ(form.lblPortfolio.Text(), "2,004,000");
+  EXPECT_EQ(orders.model()->rowCount(), 3);
+}
+
+TEST_F(ResultViewTest, TheChartIsSavedInEveryFormAsItIsShown) {
+  auto& plot = WidgetOf<ChartView>(form.MSChart1);
+  EXPECT_EQ(plot.Scene().points.values.size(), 3U);
+  for (const std::string& ending : form.MSChart1.endings) {
+    const QString file = File(("it's." + ending).c_str());
+    Answer(file);
+    Click(ToolbarButton(FrmResult::kSaveAs));
+    EXPECT_GT(QFileInfo(file).size(), 1000) << ending;
+    if (ending == "bmp") {
+      EXPECT_EQ(QImage(file).size(), QSize(705, 553));
+    }
+  }
+  EXPECT_THAT(world.boxes.shown, IsEmpty());
+  const auto profiles = [this] {
+    return LedgerQuery(ledger, "select * From Portfolio_Profile").rows.size();
+  };
+  EXPECT_EQ(profiles(), form.MSChart1.endings.size());
+  Answer(File("no such folder/x.png"));
+  Click(ToolbarButton(FrmResult::kSaveAs));
+  EXPECT_THAT(world.boxes.shown.back(), HasSubstr("no such folder/x.png: "));
+  EXPECT_EQ(profiles(), form.MSChart1.endings.size());
+}
+
+// A zoom by hand is the chart's own: it stands through a change of colour and goes with the rows.
+TEST_F(ResultViewTest, WhatTheWheelHasZoomedStays) {
+  LedgerRows rows{ledger};
+  for (int i = 0; i < 40; ++i) rows.Order(19, "Offset Short", 1, 55, 0, -1, 995000 - i);
+  desktop.Unload(form);
+  desktop.frmResult().Show();
+  auto& plot = WidgetOf<ChartView>(form.MSChart1);
+  const double whole = plot.Span().Size();
+  const QPoint middle = plot.rect().center();
+  QWheelEvent wheel(middle, plot.mapToGlobal(middle), {}, {0, 480}, Qt::NoButton, {},
+                    Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&plot, &wheel);
+  const double nearer = plot.Span().Size();
+  EXPECT_LT(nearer, whole);
+  world.colours.answer = kRed;
+  Click(WidgetOf<QWidget>(form.picCommonDialog));
+  EXPECT_EQ(plot.Scene().series, QColor(Qt::red));
+  EXPECT_EQ(plot.Span().Size(), nearer);
+  form.Toolbar1.UserButton(FrmResult::kDefault);
+  EXPECT_EQ(plot.Span().Size(), whole);
+}
+
+TEST_F(ResultViewTest, ThePageIsPrintedAsVectorsWhereTheHandPutTheChart) {
+  Click(ToolbarButton(FrmResult::kPreview));
+  Graph2& preview = desktop.graph2();
+  auto& picture = WidgetOf<QWidget>(preview.Picture2);
+  QTest::mousePress(&picture, Qt::LeftButton, {}, {10, 10});
+  QTest::mouseRelease(&picture, Qt::LeftButton, {}, {40, 110});
+  EXPECT_EQ(picture.pos(), QPoint(30, 100));
+  preview.op1.UserEntry(Graph2::kNoOfCopies, 1);
+  const QString page = File("page.pdf");
+  Answer(page);
+  Click(WidgetOf<QWidget>(preview.cmdPrint));
+  EXPECT_EQ(world.boxes.shown.back(), "bbb");
+  EXPECT_EQ(WidgetOf<QScrollBar>(preview.HScroll2).value(), 100);
+
+  const QString fonts = Printed(QStringLiteral("pdffonts"), {page});
+  if (fonts.isEmpty()) GTEST_SKIP() << "poppler's tools aren't installed";
+  EXPECT_EQ(Printed(QStringLiteral("pdfimages"), {QStringLiteral("-list"), page})
+                .count(QLatin1Char('\n')),
+            2);
+  EXPECT_GT(fonts.count(QLatin1Char('\n')), 2) << "texts are texts";
+  Printed(QStringLiteral("pdftoppm"), {QStringLiteral("-png"), QStringLiteral("-r"),
+                                       QStringLiteral("96"), page, File("drawn")});
+  const QImage second(File("drawn-2.png"));
+  EXPECT_EQ(second.size(), QSize(794, 1123)) << "two sheets of A4";
+  EXPECT_TRUE(QFile::exists(File("drawn-1.png")) && !QFile::exists(File("drawn-3.png")));
+  int first_ink = second.height();
+  for (int y = 0; y < second.height() && first_ink == second.height(); ++y) {
+    for (int x = 0; x < second.width(); ++x) {
+      if (second.pixelColor(x, y).lightness() < 128) first_ink = y;
+    }
+  }
+  EXPECT_NEAR(first_ink, 200, 20) << "the title, twice as far down as at half the size";
+}
+
+}  // namespace
+}  // namespace velumar

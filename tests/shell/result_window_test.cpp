@@ -1,0 +1,206 @@
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "support/ledger_rows.h"
+#include "support/whole_program.h"
+
+namespace velumar {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class ResultWindowTest : public ::testing::Test {
+ protected:
+  ResultWindowTest() {
+    LedgerOpen(all.ledger, ":memory:");
+    rows.TradeTwoRuns();
+    all.windows.form1.Show();
+  }
+  FrmResult& Open() {
+    all.windows.form1.imgGraph.UserClick();
+    form.MSChart1.save = [this](const std::string& file) {
+      if (file.starts_with("/nowhere"))
+        throw std::runtime_error(file + ": there is no such folder");
+      saved.push_back(file);
+    };
+    form.MSChart1.endings = {"bmp", "pdf"};
+    return form;
+  }
+  std::vector<std::string> Profiles() {
+    std::vector<std::string> texts;
+    for (const auto& row : LedgerQuery(all.ledger, "select * From Portfolio_Profile").rows) {
+      std::string text;
+      for (const LedgerValue& value : row) text += std::get<std::string>(value) + ";";
+      texts.push_back(text);
+    }
+    return texts;
+  }
+  std::vector<std::string> Column(const Table& table, std::size_t column) {
+    std::vector<std::string> texts;
+    for (std::size_t row = 0; row < table.Content().count; ++row) {
+      texts.push_back(table.Content().text(row, column));
+    }
+    return texts;
+  }
+  void BreakLedger() { LedgerClose(all.ledger); }
+  std::vector<std::string>& Boxes() { return all.outside.boxes.shown; }
+
+  WholeProgram all{"/nowhere"};
+  LedgerRows rows{all.ledger};
+  FrmResult& form = all.windows.frmResult;
+  std::vector<std::string> saved;
+};
+
+TEST_F(ResultWindowTest, LoadsFiguresAndChartOnceAndAgainWhenItWasClosed) {
+  Open();
+  EXPECT_TRUE(form.Visible() && form.Topmost());
+  EXPECT_EQ(form.Left(), (all.outside.screen.WidthTwips() - 10560) / 2);
+  EXPECT_EQ(form.lblPortfolio.Text(), "995,000");
+  EXPECT_EQ(form.lblShortProfitLoss.Text(), "-5");
+  EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(998000, 1000000, 995000));
+  EXPECT_EQ(form.MSChart1.Width(), form.Frame3.Width());
+
+  form.Combo1.UserChoose(3);
+  form.Combo1.UserChoose(6);
+  EXPECT_EQ(form.MSChart1.Content().type, kChart2DArea) << "the last entry chooses nothing";
+  all.outside.colours.answer = kRed;
+  form.picCommonDialog.UserClick();
+  for (const int button : {FrmResult::kShadow, FrmResult::kEffect})
+    form.Toolbar1.UserButton(button);
+  rows.Order(19, "Long", 1, 60, 1, 0, 990000);
+  all.windows.form1.imgGraph.UserClick();
+  EXPECT_EQ(form.lblPortfolio.Text(), "995,000") << "it is open: shown again, not read again";
+  const ChartContent& chart = form.MSChart1.Content();
+  EXPECT_TRUE(chart.shadow && chart.white_wall && chart.series == kRed);
+  form.Toolbar1.UserButton(FrmResult::kNoShadow);
+  EXPECT_FALSE(chart.shadow);
+  form.Toolbar1.UserButton(FrmResult::kDefault);
+  EXPECT_TRUE(chart.type == kChart2DLine && !chart.white_wall && chart.series == kRed);
+  EXPECT_EQ(form.Combo1.Text(), "2D Line");
+
+  form.Toolbar1.UserButton(FrmResult::kClose);
+  EXPECT_FALSE(form.Loaded());
+  LedgerDeleteAll(all.ledger, kPortfolioTable);
+  Open();
+  EXPECT_EQ(form.lblPortfolio.Text(), "995,000") << "nothing found: the figure keeps its value";
+  EXPECT_THAT(form.MSChart1.Content().rows->values, IsEmpty());
+  EXPECT_EQ(form.MSChart1.Content().series, 49152U);
+  EXPECT_THAT(Boxes(), IsEmpty());
+}
+
+TEST_F(ResultWindowTest, ALedgerThatFailsLeavesWhatIsShown) {
+  Open();
+  BreakLedger();
+  form.cbxRun.UserChoose(1);
+  EXPECT_EQ(form.cbxRun.Index(), 0);
+  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
+  EXPECT_EQ(form.tabSheets.Index(), FrmResult::kChartSheet);
+  EXPECT_TRUE(form.MSChart1.Visible());
+  EXPECT_EQ(form.lblPortfolio.Text(), "995,000");
+  form.Toolbar1.UserButton(FrmResult::kClose);
+  Open();
+  EXPECT_EQ(form.lblPortfolio.Text(), "995,000");
+  EXPECT_FALSE(form.cbxRun.Enabled());
+  EXPECT_EQ(Boxes().size(), 3) << "each says why";
+}
+
+TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
+  Open();
+  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
+  EXPECT_TRUE(form.lstOrders.Visible() && !form.MSChart1.Visible());
+  EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("-", "-2.00", "2.00", "-5.00"));
+  form.lstOrders.UserHeader(9);
+  EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("-", "-5.00", "-2.00", "2.00"));
+  form.lstOrders.UserHeader(9);
+  EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("2.00", "-2.00", "-5.00", "-"));
+  form.lstOrders.UserSelect({1});
+  form.cmdCopy.UserClick();
+  EXPECT_THAT(all.outside.clipboard.text, HasSubstr("Note\n2\t2007-01-16\t16:30:00\tABC"));
+
+  form.cbxRun.UserChoose(1);
+  EXPECT_EQ(form.cbxRun.Text(), "1: ABC D from 2007-01-10, 3 orders");
+  EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("4.00", "3.00", "-")) << "sorted as before";
+  EXPECT_THAT(Column(form.lstOrders, 13), ElementsAre("", "hindsight", ""));
+  EXPECT_EQ(form.lblPortfolio.Text(), "2,004,000") << "after the latest bar";
+  EXPECT_EQ(form.lblShort.Text(), "0") << "no figure of another run";
+  EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(2007000, 2004000));
+  form.tabSheets.UserChoose(FrmResult::kStatisticsSheet);
+  EXPECT_EQ(form.lstStatistics.Content().text(0, 1), "2");
+  EXPECT_THAT(form.lstStatistics.Content().tip(2), HasSubstr("trades"));
+
+  const ScratchFolder folder;
+  const std::string file = (folder.Path() / "it's.csv").string();
+  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
+  all.outside.files.answers = {file, "/nowhere/orders.csv"};
+  for (int i = 0; i < 3; ++i) form.cmdExport.UserClick();  // the last one is cancelled
+  std::ostringstream csv;
+  csv << std::ifstream(file).rdbuf();
+  EXPECT_THAT(csv.str(), HasSubstr("\n2,2007-01-12,16:30:00,ABC,Offset Long,1,104,1,"));
+  EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("orders.csv")));
+}
+
+TEST_F(ResultWindowTest, SavesPrintsAndNotesProfiles) {
+  Open();
+  all.outside.files.answers = {"/tmp/it's.bmp", "/nowhere/x.bmp"};
+  for (int i = 0; i < 3; ++i) form.Toolbar1.UserButton(FrmResult::kSaveAs);
+  EXPECT_EQ(all.outside.files.offered.front().title, "Pictures (*.bmp)");
+  EXPECT_THAT(saved, ElementsAre("/tmp/it's.bmp"));
+  EXPECT_THAT(Profiles(), ElementsAre("/tmp/it's.bmp;01/01/06;01/01/07;"));
+  EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("/nowhere/x.bmp"), HasSubstr("Cancel")));
+
+  form.cbxRun.UserChoose(1);
+  all.outside.files.answers = {"/tmp/r.pdf", "/tmp/s.pdf"};
+  form.Toolbar1.UserButton(FrmResult::kReport);
+  all.outside.printers.any = true;
+  all.outside.boxes.answers = {0, 1, 2};
+  for (int i = 0; i < 3; ++i) form.Toolbar1.UserButton(FrmResult::kReport);
+  EXPECT_THAT(all.outside.printers.printed, ElementsAre("1:/tmp/r.pdf", "1:", "1:/tmp/s.pdf"));
+
+  form.lnkScore.UserClick();
+  EXPECT_TRUE(all.windows.frmScore.Visible());
+}
+
+TEST_F(ResultWindowTest, ThePreviewWorksOnTheChartItself) {
+  Open();
+  form.Toolbar1.UserButton(FrmResult::kPreview);
+  Graph2& preview = all.windows.graph2;
+  std::vector<PrintJob> jobs;
+  preview.Picture2.print = [&](const PrintJob& job) { jobs.push_back(job); };
+  EXPECT_EQ(preview.Label1.Text(), "50%");
+  EXPECT_EQ(form.MSChart1.Width(), 5287.5F);
+  preview.Picture2.UserMouseDown(10, 10);
+  preview.Picture2.UserMouseUp(1010, 210);
+  preview.HScroll1.UserMove(2);
+  preview.op1.UserEntry(Graph2::kOrientation, 0);
+  preview.op1.UserEntry(Graph2::kPrintQuality, 2);
+  preview.op1.UserEntry(Graph2::kNoOfCopies, 2);
+  EXPECT_FALSE(preview.op1.Ticked(Graph2::kOrientation, 0));
+  EXPECT_FALSE(preview.op1.Ticked(Graph2::kNoOfCopies, 0));
+
+  preview.cmdPrint.UserClick();
+  EXPECT_THAT(jobs, IsEmpty()) << "no printer, and no file was chosen";
+  EXPECT_THAT(Boxes(), IsEmpty());
+  all.outside.printers.any = true;
+  preview.cmdPrint.UserClick();
+  ASSERT_EQ(jobs.size(), 1);
+  EXPECT_TRUE(jobs[0].orientation == 2 && jobs[0].quality == -4 && jobs[0].copies == 3);
+  EXPECT_THAT(Boxes(), ElementsAre("bbb"));
+  EXPECT_EQ(preview.Picture2.Left(), 2000);
+  EXPECT_EQ(preview.Picture1.Left(), -800);
+  EXPECT_EQ(preview.Picture1.Width(), 17000);
+
+  form.Toolbar1.UserButton(FrmResult::kClose);
+  preview.chtscroll1.UserMove(50);
+  EXPECT_TRUE(form.Loaded() && !form.Visible()) << "it comes back hidden";
+  EXPECT_EQ(form.MSChart1.Width(), 21150);
+  EXPECT_EQ(preview.Picture2.Width(), 21150);
+  preview.cmdcancel.UserClick();
+  EXPECT_FALSE(preview.Loaded());
+}
+
+}  // namespace
+}  // namespace velumar
