@@ -32,8 +32,6 @@ class Graph2 : public Form {
   ChartPicture Picture2{
       *this, {"Picture2", 120, 120, 9000, 6000, "", "Drag and drop anywhere on the page"}};
   Line Line1{*this, {"Line1", 0, 0, 9000, 45, "", "", {.colour = kRed}}};
-  ScrollBar HScroll1{*this, {"HScroll1", 0, 6600, 9495, 255}, kScroll, 0};
-  ScrollBar VScroll1{*this, {"VScroll1", 9240, 0, 255, 6615}, kScroll, 0};
 
   Frame Frame1{*this, {"Frame1", 0, 6720, 9495, 975}};
   Frame Frame2{*this, {"Frame2", 0, 120, 3615, 855, "ZOOM", "", kHeading}};
@@ -49,6 +47,10 @@ class Graph2 : public Form {
       *this, {"chtscroll(1)", 2160, 480, 1575, 255, "", "Width of the chart"}, kPercent, kSmallest};
   Button cmdcancel{*this, {"cmdcancel", 7560, 120, 975, 855, "&Cancel", "Cancel"}};
   Button cmdPrint{*this, {"cmdPrint", 8520, 120, 975, 855, "P&rint", "Print"}};
+
+  // Over the panel, which would hide half of the lower one.
+  ScrollBar HScroll1{*this, {"HScroll1", 0, 6600, 9495, 255}, kScroll, 0};
+  ScrollBar VScroll1{*this, {"VScroll1", 9240, 0, 255, 6615}, kScroll, 0};
 };
 
 }  // namespace velumar

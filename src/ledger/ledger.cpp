@@ -158,7 +158,7 @@ void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_sour
 }
 
 LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text,
-                            int archived_run) {
+                            int archived_run, std::size_t most_rows) {
   const std::string sql = Translated(select_text);
   SqliteStatement select =
       connection.ForReading().Prepare(archived_run == 0 ? sql : OverArchive(archived_run, sql));
@@ -168,7 +168,7 @@ LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view selec
     records.columns.push_back(select.ColumnName(i));
     dates.push_back(Lower(records.columns.back()) == "actdate");
   }
-  while (select.Step()) {
+  while (records.rows.size() < most_rows && select.Step()) {
     std::vector<LedgerValue>& row = records.rows.emplace_back();
     for (int i = 0; i < select.Columns(); ++i) {
       LedgerValue value = select.Value(i);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -102,9 +103,9 @@ void LedgerClose(LedgerConnection& connection);
 // Runs a select. Values of the column ActDate come as the user's date text; joined dates and times
 // through format(…, 'dd-mmm-yy HH:MM') with English month names. Rows of equal date and time come
 // in the order of their insertion, or against it where the select descends. With the number of an
-// archived run, MyPortfolio stands for the rows of that run.
+// archived run, MyPortfolio stands for the rows of that run. No more than `most_rows` are fetched.
 LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text,
-                            int archived_run = 0);
+                            int archived_run = 0, std::size_t most_rows = SIZE_MAX);
 
 // Appends one row; values stand for the columns in their order. Safe on the disk when it returns.
 void LedgerInsert(LedgerConnection& connection, std::string_view table,

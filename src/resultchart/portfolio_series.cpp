@@ -83,10 +83,18 @@ QPolygonF PortfolioSeries::FrontLine() const {
   return line;
 }
 
+// In pieces: the painter's time for a wide line grows with the square of its length, and a long
+// ledger's runs up and down thousands of times.
 void PortfolioSeries::DrawLine(QCPPainter& painter) const {
-  painter.setPen(QPen(scene_.series, kLineWidth, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
+  constexpr qsizetype kPiece = 24;
+  const QPolygonF line = FrontLine();
+  const bool vectors = painter.modes().testFlag(QCPPainter::pmVectorized);
+  const qsizetype piece = vectors ? line.size() : kPiece;
+  painter.setPen(QPen(scene_.series, kLineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(Qt::NoBrush);
-  painter.drawPolyline(FrontLine());
+  for (qsizetype first = 0; first + 1 < line.size(); first += piece) {
+    painter.drawPolyline(QPolygonF(line.mid(first, piece + 1)));
+  }
 }
 
 void PortfolioSeries::DrawArea(QCPPainter& painter) const {

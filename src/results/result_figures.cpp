@@ -20,7 +20,7 @@ class FirstRows {
       : connection_(connection), archived_run_(archived_run) {}
 
   Row Of(std::string_view select) const {
-    LedgerRecordset records = LedgerQuery(connection_, select, archived_run_);
+    LedgerRecordset records = LedgerQuery(connection_, select, archived_run_, 1);
     return records.Empty() ? Row() : std::move(records.rows.front());
   }
 

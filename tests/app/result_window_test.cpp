@@ -121,6 +121,8 @@ TEST_F(ResultViewTest, WhatTheWheelHasZoomedStays) {
   Click(WidgetOf<QWidget>(form.picCommonDialog));
   EXPECT_EQ(plot.Scene().series, QColor(Qt::red));
   EXPECT_EQ(plot.Span().Size(), nearer);
+  view.SetTheme(Theme::Dark());
+  EXPECT_LT(plot.Scene().colours.ground.lightness(), 80);
   form.Toolbar1.UserButton(FrmResult::kDefault);
   EXPECT_EQ(plot.Span().Size(), whole);
 }
