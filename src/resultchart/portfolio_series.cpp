@@ -86,10 +86,11 @@ QPolygonF PortfolioSeries::FrontLine() const {
 // In pieces: the painter's time for a wide line grows with the square of its length, and a long
 // ledger's runs up and down thousands of times.
 void PortfolioSeries::DrawLine(QCPPainter& painter) const {
-  constexpr qsizetype kPiece = 24;
+  constexpr qsizetype kPiece = 3;
+  constexpr qsizetype kLong = 500;
   const QPolygonF line = FrontLine();
   const bool vectors = painter.modes().testFlag(QCPPainter::pmVectorized);
-  const qsizetype piece = vectors ? line.size() : kPiece;
+  const qsizetype piece = vectors || line.size() < kLong ? line.size() : kPiece;
   painter.setPen(QPen(scene_.series, kLineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(Qt::NoBrush);
   for (qsizetype first = 0; first + 1 < line.size(); first += piece) {
