@@ -80,6 +80,18 @@ TEST_F(TradeE2e, MouseAndKeysDealAndTheLedgerKeepsIt) {
   EXPECT_EQ(std::get<std::string>(row[1]), "Short");
   EXPECT_NEAR(std::get<double>(row[2]), MadeBar(end - 1, 0).close, 0.005);
   EXPECT_EQ(std::get<double>(row[4]), 2);
+
+  // Over the results no key deals; once they are closed, keys do again.
+  ClickOn(panel, panel.imgGraph);
+  ASSERT_TRUE(Eventually([&] { return Front().rfind("Velumar", 0) != 0; })) << "they come to front";
+  hand.Press("l");
+  Sleep(500);
+  EXPECT_EQ(Rows().size(), 1U);
+  hand.Press("Escape");
+  Sleep(500);
+  hand.Activate("Velumar");
+  hand.Press("l");
+  EXPECT_TRUE(RowsAre(2));
 }
 
 }  // namespace
