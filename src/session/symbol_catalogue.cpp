@@ -44,6 +44,7 @@ void SymbolCatalogue::BuildSymbolList() {
     } catch (const MetaLibError& error) {
       if (error.Number() != MetaLibError::kNoData) return;
     }
+    if (offer_ && offer_()) continue;
     platform_.boxes.Show(kNoDataText, BoxIcon::kInformation);
     cancels = PickDataDirectory() ? 0 : cancels + 1;
     if (cancels == kCancelsUntilWayOut) {

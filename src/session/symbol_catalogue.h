@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "forms/desktop.h"
 #include "marketdata/index_cache.h"
@@ -16,11 +18,15 @@ class SymbolCatalogue {
   SymbolCatalogue(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache)
       : session_(session), desktop_(desktop), platform_(platform), cache_(cache) {}
 
+  // What may bring data into a directory that has none, before another one is asked for; true when
+  // it did.
+  void OfferWhenEmpty(std::function<bool()> offer) { offer_ = std::move(offer); }
+
   // Fills Combo1 and PeriodBySymbol and chooses the first line. A directory without data is
-  // answered by a message and the folder dialog, until one with data is chosen; who cancels twice in
-  // a row is offered to quit or to take the samples. Any other failure
-  // ends it, and what was listed until then stays. Window events run meanwhile: where one of them
-  // lists again or closes the window, the older listing ends and touches nothing more.
+  // answered by a message and the folder dialog, until one with data is chosen; who cancels twice
+  // in a row is offered to quit or to take the samples. Any other failure ends it, and what was
+  // listed until then stays. Window events run meanwhile: where one of them lists again or closes
+  // the window, the older listing ends and touches nothing more.
   void BuildSymbolList();
   // True while a list is being built, inside whose waits a click can't start a run.
   bool Building() const { return building_ > 0; }
@@ -44,6 +50,7 @@ class SymbolCatalogue {
   Desktop& desktop_;
   Platform& platform_;
   IndexCache& cache_;
+  std::function<bool()> offer_;
   int builds_ = 0;    // the number of the newest listing
   int building_ = 0;  // listings on the stack
 };

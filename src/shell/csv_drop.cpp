@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <iterator>
+#include <system_error>
 
 #include "base/paths.h"
 #include "base/text.h"
@@ -15,6 +16,18 @@ namespace {
 
 bool IsCsv(const std::string& file) {
   return UpperCased(PathText(NativePath(file).extension())) == ".CSV";
+}
+
+// In the order of their names; none where the directory can't be read.
+std::vector<std::string> PriceFilesIn(const std::string& directory) {
+  std::vector<std::string> prices;
+  std::error_code unreadable;
+  for (const auto& entry : std::filesystem::directory_iterator(NativePath(directory), unreadable)) {
+    const std::string file = PathText(entry.path());
+    if (IsCsv(file) && entry.is_regular_file(unreadable)) prices.push_back(file);
+  }
+  std::sort(prices.begin(), prices.end());
+  return prices;
 }
 
 std::string Files(std::size_t count) {
@@ -32,25 +45,39 @@ void CsvDrop::Import(const std::vector<std::string>& files) {
     return;
   }
   if (!Agreed(prices.size())) return;
-  std::string first_symbol;
+  const Arrival arrival = ImportAll(prices);
+  if (arrival.files == 0) return;
+  catalogue_.BuildSymbolList();
+  Choose(arrival.first_symbol);
+}
+
+bool CsvDrop::OfferDirectory() {
+  const std::vector<std::string> prices = PriceFilesIn(session_.DataDir);
+  if (prices.empty()) return false;
+  const std::string question = session_.DataDir + "\nholds no market data yet, but " +
+                               Files(prices.size()) +
+                               " of prices. Velumar can make market data of them there.";
+  if (platform_.boxes.Ask(question, {"Import", "Choose another directory"}) != 0) return false;
+  return ImportAll(prices).files > 0;
+}
+
+CsvDrop::Arrival CsvDrop::ImportAll(const std::vector<std::string>& prices) {
+  Arrival arrival;
   std::string problems;
-  std::size_t came_in = 0;
   for (const std::string& file : prices) {
     try {
       const CsvImportReport report = ImportCsv(NativePath(file), session_.DataDir, {}, cache_);
-      if (came_in++ == 0) first_symbol = report.symbol;
+      if (arrival.files++ == 0) arrival.first_symbol = report.symbol;
     } catch (const std::exception& error) {
       problems += "\n" + std::string(error.what());
     }
   }
   if (!problems.empty()) {
     platform_.boxes.Show(
-        std::to_string(came_in) + " of " + Files(prices.size()) + " came in." + problems,
+        std::to_string(arrival.files) + " of " + Files(prices.size()) + " came in." + problems,
         BoxIcon::kExclamation);
   }
-  if (came_in == 0) return;
-  catalogue_.BuildSymbolList();
-  Choose(first_symbol);
+  return arrival;
 }
 
 // Asked once for all files, with the directory's name: a security of the same symbol and interval

@@ -26,9 +26,18 @@ class CsvDrop {
         cache_(cache) {}
 
   void Import(const std::vector<std::string>& files);
+  // For a data directory that holds no market data, but price files: offers to make market data of
+  // them, in that directory. True when some came in.
+  bool OfferDirectory();
 
  private:
+  struct Arrival {
+    std::size_t files = 0;     // that came in
+    std::string first_symbol;  // of these
+  };
+
   bool Agreed(std::size_t files);
+  Arrival ImportAll(const std::vector<std::string>& prices);
   void Choose(const std::string& symbol);
 
   SimSession& session_;

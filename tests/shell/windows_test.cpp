@@ -143,6 +143,30 @@ TEST_F(WindowsTest, DroppedPriceFilesComeInOnceTheDirectoryIsAgreedTo) {
   EXPECT_EQ(ReadBars(data, "MINE", -1).size(), 2U);
 }
 
+TEST_F(WindowsTest, AFolderOfPriceFilesBecomesADataDirectoryIfTheTraderWantsIt) {
+  const std::string folder = scratch.Sub("prices");
+  const std::string days = "Date,Open,High,Low,Close\n20070102,1,2,0.5,1.5\n";
+  std::filesystem::create_directory(folder);
+  for (const char* name : {"B_D.csv", "A_D.CSV"}) std::ofstream(folder + "/" + name) << days;
+  std::ofstream(folder + "/BAD_D.csv") << "nothing";
+  all->program.Start();
+  auto& boxes = all->outside.boxes;
+  auto& folders = all->outside.folders;
+  folders.answers = {folder, data};
+  all->Setup().Command5.UserClick();
+  EXPECT_THAT(boxes.shown, testing::Contains(testing::HasSubstr("3 files of prices")));
+  EXPECT_EQ(all->session.DataDir, data) << "who doesn't want it chooses another directory";
+
+  boxes.answers = {0};
+  folders.answers = {folder};
+  all->Setup().Command5.UserClick();
+  EXPECT_THAT(boxes.shown.back(), testing::AllOf(testing::HasSubstr("2 of 3 files came in"),
+                                                 testing::HasSubstr("BAD_D.csv")));
+  EXPECT_EQ(all->session.DataDir, folder);
+  EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U);
+  EXPECT_EQ(all->session.Symbol, "A");
+}
+
 TEST_F(WindowsTest, TheRefreshSettingIsBroughtIntoRange) {
   all->outside.settings.Save("Refresh", "99");
   all->program.Start();
