@@ -1,6 +1,5 @@
 #include "app/qt_message_boxes.h"
 
-#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <algorithm>
@@ -21,19 +20,6 @@ QMessageBox::Icon QtIcon(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
-// Short texts stand on one line, long ones break at a width that reads well.
-void WrapLongText(QMessageBox& box) {
-  constexpr int kLineWidth = 420;
-  auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-  if (label == nullptr) return;
-  label->setWordWrap(true);
-  int widest = 0;
-  for (const QString& line : box.text().split(QLatin1Char('\n'))) {
-    widest = std::max(widest, label->fontMetrics().horizontalAdvance(line));
-  }
-  label->setMinimumWidth(std::min(widest + 8, kLineWidth));
-}
-
 QString FromUtf8(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
@@ -42,7 +28,6 @@ void Dress(QMessageBox& box) {
   box.setWindowFlag(Qt::WindowStaysOnTopHint);
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-  WrapLongText(box);
 }
 
 }  // namespace
