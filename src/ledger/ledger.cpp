@@ -191,13 +191,15 @@ void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerVal
   SqliteTransaction transaction(database);
   InsertRow(database, kPortfolioTable, PortfolioColumns(), values);
   SqliteStatement insert = database.Prepare(
-      "INSERT INTO Details (Run, Place, Quantity, Vat, BarIndex, NewestShown) VALUES (" +
-      std::string(kCurrentRun) + ", ?, ?, ?, ?, ?)");
+      "INSERT INTO Details (Run, Place, Quantity, Vat, BarIndex, NewestShown, ClosePrice) VALUES "
+      "(" +
+      std::string(kCurrentRun) + ", ?, ?, ?, ?, ?, ?)");
   insert.Bind(1, static_cast<double>(database.LastRow()));
   insert.Bind(2, detail.quantity);
   insert.Bind(3, detail.vat);
   insert.Bind(4, static_cast<double>(detail.bar_index));
   insert.Bind(5, static_cast<double>(detail.newest_shown));
+  insert.Bind(6, detail.close ? LedgerValue(*detail.close) : LedgerValue());
   insert.Step();
   transaction.Commit();
 }

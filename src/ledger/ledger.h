@@ -36,7 +36,8 @@ struct LedgerDetail {
   double quantity = 0;
   double vat = 0;
   int bar_index = 0;
-  int newest_shown = 0;  // newest bar that the trader had seen by then
+  int newest_shown = 0;           // newest bar that the trader had seen by then
+  std::optional<double> close{};  // what the order was dealt at; the row holds two decimals of it
 };
 
 // A holding that too large an offset wiped out; it left no row.

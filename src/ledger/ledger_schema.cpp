@@ -49,12 +49,17 @@ bool HasColumn(SqliteDatabase& database, const std::string& table, const std::st
   return info.Step();
 }
 
-// Ledgers of before told of a wiped holding neither the row behind which it fell nor its bar.
-void AddPlaceOfWiped(SqliteDatabase& database) {
-  if (HasColumn(database, "Wiped", "Place")) return;
-  for (const char* column :
-       {"Place INTEGER", "BarDate TEXT", "BarTime TEXT", "MarketPrice NUMERIC"}) {
-    database.Execute("ALTER TABLE Wiped ADD COLUMN " + std::string(column));
+// Ledgers of before told of a wiped holding neither the row behind which it fell nor its bar, and
+// of an order's price no more than the two decimals in its row.
+void AddNewerColumns(SqliteDatabase& database) {
+  if (!HasColumn(database, "Wiped", "Place")) {
+    for (const char* column :
+         {"Place INTEGER", "BarDate TEXT", "BarTime TEXT", "MarketPrice NUMERIC"}) {
+      database.Execute("ALTER TABLE Wiped ADD COLUMN " + std::string(column));
+    }
+  }
+  if (!HasColumn(database, "Details", "ClosePrice")) {
+    database.Execute("ALTER TABLE Details ADD COLUMN ClosePrice NUMERIC");
   }
 }
 
@@ -79,7 +84,7 @@ void MakeLedgerTables(SqliteDatabase& database) {
   database.Execute(
       "CREATE TABLE IF NOT EXISTS Wiped (Run INTEGER, Position TEXT, Held NUMERIC, "
       "AvgPrice NUMERIC, Quantity NUMERIC, BarIndex INTEGER, NewestShown INTEGER)");
-  AddPlaceOfWiped(database);
+  AddNewerColumns(database);
   transaction.Commit();
 }
 

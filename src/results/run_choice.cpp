@@ -67,6 +67,11 @@ std::string Orders(double count) {
 
 bool IsLong(const std::string& position) { return position == "Long" || position == "Offset Long"; }
 
+// A 32-bit figure as the decimal that a row would hold.
+std::optional<double> AsInRow(std::optional<double> figure) {
+  return figure ? ToDouble(PlainNumberText(static_cast<float>(*figure))) : std::nullopt;
+}
+
 std::optional<LedgerRun> ReadBeginning(LedgerConnection& connection, int number) {
   const LedgerRecordset records =
       LedgerQuery(connection, "select * From Runs where Id = " + RunKey(number));
@@ -78,7 +83,7 @@ std::optional<LedgerRun> ReadBeginning(LedgerConnection& connection, int number)
                    .start_date = row.Text("StartDate"),
                    .start_time = row.Text("StartTime"),
                    .market = row.Text("Market"),
-                   .starting_money = row.Number("StartingMoney"),
+                   .starting_money = AsInRow(row.Number("StartingMoney")).value_or(0),
                    .margin = row.Number("Margin"),
                    .money_per_point = row.Number("MoneyPerPoint")};
 }
@@ -103,14 +108,10 @@ RunOrder OrderOfRow(const NamedValues& row) {
   return order;
 }
 
-// A 32-bit figure as the decimal that a row would hold.
-std::optional<double> AsInRow(std::optional<double> figure) {
-  return figure ? ToDouble(PlainNumberText(static_cast<float>(*figure))) : std::nullopt;
-}
-
 void AddDetail(RunOrder& order, const NamedValues& detail) {
   order.quantity = detail.Number("Quantity");
   order.vat = AsInRow(detail.Figure("Vat"));
+  order.close = detail.Figure("ClosePrice");
   order.bar = detail.Whole("BarIndex");
   order.newest_shown = detail.Whole("NewestShown");
 }
@@ -200,7 +201,8 @@ std::vector<RunChoice> RunChoices(LedgerConnection& connection) {
   const LedgerRecordset records =
       LedgerQuery(connection,
                   "select Id, Symbol, SymbolInterval, StartDate, Rows From Runs join (select Run, "
-                  "count(*) as Rows From Archive group by Run) on Run = Id");
+                  "count(*) as Rows From (select Run From Archive union all select Run From Wiped "
+                  "where Run < (select max(Id) From Runs)) group by Run) on Run = Id");
   for (const NamedValues& row : Rows(records)) {
     const int number = row.Whole("Id").value_or(0);
     choices.push_back({number, std::to_string(number) + ": " + row.Text("Symbol") + " " +

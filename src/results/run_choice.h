@@ -40,6 +40,7 @@ struct RunOrder {
   double commission = 0;
   double money = 0;  // realised money of the account after the order
   // From the detail.
+  std::optional<double> close;  // `price` with all its decimals
   std::optional<double> vat;
   std::optional<int> bar;
   std::optional<int> newest_shown;

@@ -11,7 +11,12 @@ namespace {
 // Quantities pass through 32-bit floats and seven digits on their way into a row.
 constexpr double kExact = 2e-6;
 
-TradeEnd EndOf(const RunOrder& order) { return {order.date, order.time, order.price, order.bar}; }
+// The account keeps its average entry price to two decimals, as the row has it, and closes at the
+// exact close of the bar.
+TradeEnd EntryOf(const RunOrder& order) { return {order.date, order.time, order.price, order.bar}; }
+TradeEnd ExitOf(const RunOrder& order) {
+  return {order.date, order.time, order.close.value_or(order.price), order.bar};
+}
 
 // The lots of one side, matched with its orders one after the other.
 class SideLots {
@@ -23,7 +28,7 @@ class SideLots {
     KeepInStep(order);
     switch (order.kind) {
       case RunOrder::Kind::kEntry:
-        if (Ordered(order) > 0) lots_.push_back({is_long_, Ordered(order), EndOf(order)});
+        if (Ordered(order) > 0) lots_.push_back({is_long_, Ordered(order), EntryOf(order)});
         held_ = order.held;
         break;
       case RunOrder::Kind::kOffset:
@@ -31,7 +36,7 @@ class SideLots {
         held_ = order.held;
         break;
       case RunOrder::Kind::kWiped:
-        for (const OpenLot& lot : lots_) closed.push_back({lot, EndOf(order), true, {}, {}});
+        for (const OpenLot& lot : lots_) closed.push_back({lot, ExitOf(order), true, {}, {}});
         lots_.clear();
         held_ = 0;
         break;
@@ -82,9 +87,9 @@ class SideLots {
   }
 
   Trade Closed(const OpenLot& part, const RunOrder& order) const {
-    Trade trade{part, EndOf(order), false, {}, {}};
+    Trade trade{part, ExitOf(order), false, {}, {}};
     if (part.entry) {
-      const double rise = order.price - part.entry->price;
+      const double rise = trade.exit.price - part.entry->price;
       trade.points = part.quantity * (is_long_ ? rise : -rise);
     }
     return trade;

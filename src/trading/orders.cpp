@@ -1,5 +1,6 @@
 #include "trading/orders.h"
 
+#include "base/decimal.h"
 #include "base/number_text.h"
 #include "session/status_line.h"
 #include "trading/ledger_row.h"
@@ -155,7 +156,8 @@ void OrderDesk::WriteRow(const Side& side, std::string_view position, bool offse
 }
 
 LedgerDetail OrderDesk::Detail(const OrderTexts& texts) const {
-  return {texts.quantity, session_.VatAmount, session_.BarIndex, session_.NewestShownBar};
+  return {texts.quantity, session_.VatAmount, session_.BarIndex, session_.NewestShownBar,
+          ToDouble(Decimal::Shortest(session_.MarketPrice).Canonical())};
 }
 
 OrderResult OrderDesk::Refuse(std::string_view why) {

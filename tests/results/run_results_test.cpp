@@ -1,3 +1,4 @@
+#include <cmath>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -101,7 +102,7 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsItDidBefore) {
   Begin(6);
   ASSERT_EQ(RunChoices(ledger).size(), 3U);
   EXPECT_EQ(RunChoices(ledger)[1].title, "2: ABC D from <2007-01-10>, 1 order");
-  EXPECT_EQ(RunChoices(ledger)[2].title, "1: ABC D from <2007-01-10>, 8 orders");
+  EXPECT_EQ(RunChoices(ledger)[2].title, "1: ABC D from <2007-01-10>, 9 orders");
   EXPECT_EQ(Statistics(1), statistics);
   EXPECT_EQ(Trades(1), trades);
   EXPECT_EQ(OrdersCsv(ListOrders(ReadRun(ledger, 1))), csv);
@@ -140,6 +141,39 @@ TEST_F(RunResultsTest, HoldingsOfThePauseBeforeKeepTheirEntries) {
   Order(12, "Offset Long", 1, 60, 4, 2, 3000);
   EXPECT_THAT(Trades(), ElementsAre("Long 1 from ? to 60: ?"));
   EXPECT_EQ(Statistics()["Expectancy"], "-");
+}
+
+// A row's price has two decimals. The account averages entries to as many, and closes at all of the
+// bar's decimals: two wins of 5, not one of 0 and one of 10.
+TEST_F(RunResultsTest, PricesFinerThanARowTellsCountWhole) {
+  Begin(12345674);
+  const auto order = [this](int bar, const std::string& position, double quantity, double close,
+                            double held, double money) {
+    const double two_decimals = std::round(close * 100) / 100;
+    LedgerInsertOrder(ledger, Row(bar, position, quantity, two_decimals, held, 0.01, money),
+                      {quantity, 0, bar, bar, close});
+  };
+  order(10, "Long", 2, 1.2304, 2, 12345670);  // the start, as a row has it
+  order(11, "Offset Long", 1, 1.2349, 1, 12345680);
+  order(12, "Offset Long", 1, 1.2351, 0, 12345690);
+  EXPECT_THAT(Trades(),
+              ElementsAre("Long 1 from 1.23 to 1.2349: 4.9", "Long 1 from 1.23 to 1.2351: 5.1"));
+  const auto statistics = Statistics();
+  EXPECT_EQ(statistics.at("Win rate"), "100.00 %");
+  EXPECT_EQ(statistics.at("Expectancy"), "5.00");
+  EXPECT_EQ(statistics.at("Maximum drawdown"), "0.00");
+}
+
+TEST_F(RunResultsTest, ARunThatOnlyGaveAHoldingAwayCanBeChosen) {
+  TradeARun();
+  Begin(2009000);
+  LedgerNoteWiped(ledger, {"Offset Long", 1, 100, Date(26), "16:30:00", 90}, {9, 0, 26, 26});
+  EXPECT_EQ(RunChoices(ledger).size(), 2U) << "it isn't archived yet";
+  Begin(2009000);
+  ASSERT_EQ(RunChoices(ledger).size(), 3U);
+  EXPECT_EQ(RunChoices(ledger)[1].title, "2: ABC D from <2007-01-10>, 1 order");
+  EXPECT_EQ(RunChoices(ledger)[2].title, "1: ABC D from <2007-01-10>, 9 orders");
+  EXPECT_THAT(Trades(2), ElementsAre("Long 1 from 100 to 90: wiped"));
 }
 
 TEST_F(RunResultsTest, WhatTheLedgerDoesNotTellIsADash) {
