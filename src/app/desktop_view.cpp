@@ -47,6 +47,13 @@ void DesktopView::ControlChanged(Form& form, Control& control) {
   if (FormView* view = Find(form)) view->UpdateControl(control);
 }
 
+void DesktopView::FormRaised(Form& form) {
+  FormView* view = Find(form);
+  if (view == nullptr) return;
+  view->raise();
+  view->activateWindow();
+}
+
 void DesktopView::DragStarted(Form& form) {
   if (FormView* view = Find(form)) view->StartDrag();
 }

@@ -29,6 +29,7 @@ class DesktopView : public FormListener {
   void FormUnloaded(Form& form) override;
   void FormChanged(Form& form) override;
   void ControlChanged(Form& form, Control& control) override;
+  void FormRaised(Form& form) override;
   void DragStarted(Form& form) override;
 
  private:

@@ -27,8 +27,20 @@ void Form::SetTop(float top) {
   Changed();
 }
 
+int Form::BeginSlide(float rest_top) {
+  rest_top_ = rest_top;
+  return ++slide_;
+}
+
+void Form::EndSlide(int slide) {
+  if (Slides(slide)) rest_top_.reset();
+}
+
 void Form::Show() {
-  if (visible_) return;
+  if (visible_) {
+    if (listener_ != nullptr) listener_->FormRaised(*this);
+    return;
+  }
   visible_ = true;
   Changed();
 }
@@ -101,6 +113,8 @@ void Form::Reset() {
   caption_ = spec_.caption;
   left_ = 0;
   top_ = 0;
+  ++slide_;
+  rest_top_.reset();
   width_ = spec_.width;
   height_ = spec_.height;
   visible_ = false;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,8 @@ class FormListener {
   // Place, size, opacity, corners, caption, visibility.
   virtual void FormChanged(Form& form) = 0;
   virtual void ControlChanged(Form& form, Control& control) = 0;
+  // The window is shown, perhaps behind others, and is to come before them.
+  virtual void FormRaised(Form& form) = 0;
   // The window moves with the mouse until its button is released.
   virtual void DragStarted(Form& form) = 0;
 };
@@ -54,10 +57,17 @@ class Form {
   float Height() const { return height_; }
   void SetLeft(float left);
   void SetTop(float top);
+  // A slide moves the window step by step while clicks run, until a newer one begins. Between its
+  // steps the window counts as standing at `rest_top`, which is where it is to be found again.
+  int BeginSlide(float rest_top);
+  bool Slides(int slide) const { return slide == slide_; }
+  void EndSlide(int slide);
+  float RestTop() const { return rest_top_.value_or(top_); }
 
   bool Bordered() const { return spec_.bordered; }
   bool Loaded() const { return loaded_; }
   bool Visible() const { return visible_; }
+  // A window that is shown already comes before all others.
   void Show();
   void Hide();
 
@@ -112,6 +122,8 @@ class Form {
   float top_ = 0;
   float width_ = 0;
   float height_ = 0;
+  int slide_ = 0;
+  std::optional<float> rest_top_;
   bool loaded_ = false;
   bool visible_ = false;
   bool topmost_ = false;

@@ -25,17 +25,22 @@ void PreviewWindow::BindEvents() {
   const auto changing = [this, guarded](auto change) {
     return guarded([this, change](auto... arguments) {
       change(arguments...);
-      ShowSheet();
+      ShowPlaces();
+    });
+  };
+  const auto resizing = [this, changing](auto change) {
+    return changing([this, change] {
+      change();
+      TakePicture();
     });
   };
   form.on_load = guarded([this] { Load(); });
-  form.on_close = form.on_escape = form.cmdcancel.on_click =
-      guarded([this] { desktop_.Unload(Window()); });
+  form.on_close = form.on_escape = form.cmdcancel.on_click = guarded([this] { Close(); });
   form.cmdPrint.on_click = guarded([this] { Print(); });
-  form.HScroll2.on_change = changing([this] { preview_->SetZoom(Window().HScroll2.Value()); });
-  form.chtscroll0.on_change = changing(
+  form.HScroll2.on_change = resizing([this] { preview_->SetZoom(Window().HScroll2.Value()); });
+  form.chtscroll0.on_change = resizing(
       [this] { preview_->SetChartPercent(PictureSide::kHeight, Window().chtscroll0.Value()); });
-  form.chtscroll1.on_change = changing(
+  form.chtscroll1.on_change = resizing(
       [this] { preview_->SetChartPercent(PictureSide::kWidth, Window().chtscroll1.Value()); });
   form.HScroll1.on_change = form.VScroll1.on_change = changing(
       [this] { preview_->ScrollSheet(Window().HScroll1.Value(), Window().VScroll1.Value()); });
@@ -53,15 +58,28 @@ void PreviewWindow::Load() {
   form.SetTop(std::max(0.F, (platform_.screen.HeightTwips() - form.Height()) / 2));
   preview_.emplace(static_cast<PreviewChart&>(*this));
   form.HScroll2.SetValue(PrintPreview::kStartZoom);  // where the preview stands already
-  ShowSheet();
+  TakePicture();
+  ShowPlaces();
 }
 
-void PreviewWindow::ShowSheet() {
+// A result window that came back for the preview alone goes with it: the next one that the trader
+// opens reads the ledger anew.
+void PreviewWindow::Close() {
+  desktop_.Unload(Window());
+  const FrmResult& results = desktop_.Untouched().frmResult;
+  if (results.Loaded() && !results.Visible()) desktop_.Unload(desktop_.frmResult());
+}
+
+void PreviewWindow::ShowPlaces() {
   Graph2& form = Window();
   form.Label1.SetText(std::to_string(preview_->ZoomPercent()) + "%");
   form.Picture1.SetPlace(Twips(preview_->SheetPlace().x), Twips(preview_->SheetPlace().y));
   form.Picture1.SetSize(Twips(preview_->Sheet().width), Twips(preview_->Sheet().height));
   form.Picture2.SetPlace(Twips(preview_->ChartPlace().x), Twips(preview_->ChartPlace().y));
+}
+
+void PreviewWindow::TakePicture() {
+  Graph2& form = Window();
   form.Picture2.SetSize(Twips(Width()), Twips(Height()));
   form.Picture2.SetContent(ShownChart().Content());
 }

@@ -19,8 +19,11 @@ class PreviewWindow : private PreviewChart {
  private:
   void BindEvents();
   void Load();
-  // Shows what the preview holds.
-  void ShowSheet();
+  void Close();
+  // Shows where the sheet and the picture on it are.
+  void ShowPlaces();
+  // Takes the chart as it is now for the picture on the sheet, as each change of its size does.
+  void TakePicture();
   void ChooseEntry(std::size_t list, std::size_t entry);
   void Print();
   Graph2& Window() { return desktop_.graph2(); }

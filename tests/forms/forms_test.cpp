@@ -103,6 +103,7 @@ struct RecordingListener : FormListener {
   void ControlChanged(Form& form, Control& control) override {
     seen.push_back(form.Name() + "." + control.Name());
   }
+  void FormRaised(Form& form) override { seen.push_back("raise " + form.Name()); }
   void DragStarted(Form& form) override { seen.push_back("drag " + form.Name()); }
   std::vector<std::string> seen;
 };
@@ -119,8 +120,8 @@ TEST(Desktop, TheListenerHearsEachChangeOnce) {
   form.StartDrag();
   desktop.Unload(form);
   EXPECT_EQ(listener.seen,
-            (std::vector<std::string>{"loaded Form2", "Form2.Label6", "changed Form2", "drag Form2",
-                                      "unloaded Form2"}));
+            (std::vector<std::string>{"loaded Form2", "Form2.Label6", "changed Form2",
+                                      "raise Form2", "drag Form2", "unloaded Form2"}));
 }
 
 // The windows' tables: no control lies outside its window, no name stands twice.

@@ -200,6 +200,44 @@ TEST_F(ResultWindowTest, ThePreviewWorksOnTheChartItself) {
   EXPECT_EQ(preview.Picture2.Width(), 21150);
   preview.cmdcancel.UserClick();
   EXPECT_FALSE(preview.Loaded());
+  EXPECT_FALSE(form.Loaded()) << "the next one reads the ledger anew";
+}
+
+TEST_F(ResultWindowTest, ThePreviewKeepsItsPictureUntilItsSizeChanges) {
+  Open();
+  form.Toolbar1.UserButton(FrmResult::kPreview);
+  Graph2& preview = all.windows.graph2;
+  const auto kept = [&] {
+    return preview.Picture2.Width() == 5287.5F && preview.Picture2.Content().type == kChart2DLine;
+  };
+  form.Combo1.UserChoose(1);  // "3D Bar"
+  EXPECT_TRUE(kept());
+  form.Toolbar1.UserButton(FrmResult::kClose);
+  preview.Picture2.UserMouseDown(10, 10);
+  preview.Picture2.UserMouseUp(1010, 210);
+  preview.HScroll1.UserMove(2);
+  preview.op1.UserEntry(Graph2::kOrientation, 0);
+  EXPECT_TRUE(kept());
+  EXPECT_FALSE(form.Loaded());
+}
+
+TEST_F(ResultWindowTest, AFurtherClickBringsAWindowBeforeTheOthers) {
+  struct Raised : FormListener {
+    void FormLoaded(Form&) override {}
+    void FormUnloaded(Form&) override {}
+    void FormChanged(Form&) override {}
+    void ControlChanged(Form&, Control&) override {}
+    void FormRaised(Form& window) override { names.push_back(window.Name()); }
+    void DragStarted(Form&) override {}
+    std::vector<std::string> names;
+  } raised;
+  Open();
+  form.Toolbar1.UserButton(FrmResult::kPreview);
+  all.desktop.SetListener(&raised);
+  form.Toolbar1.UserButton(FrmResult::kPreview);
+  all.Setup().imgGraph.UserClick();
+  EXPECT_THAT(raised.names, ElementsAre("graph2", "FrmResult"));
+  all.desktop.SetListener(nullptr);
 }
 
 }  // namespace
