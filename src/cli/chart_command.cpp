@@ -9,6 +9,7 @@
 #include "resultchart/chart_file.h"
 #include "resultchart/result_plot.h"
 #include "resultchart/run_points.h"
+#include "results/run_choice.h"
 
 namespace velumar {
 
@@ -28,6 +29,7 @@ void DrawChart(const ChartArguments& arguments) {
   if (!type) throw std::runtime_error("--type: there is no chart of the type " + arguments.type);
   LedgerConnection ledger([](std::string_view date) { return std::string(date); });
   LedgerOpenToRead(ledger, arguments.file);
+  if (arguments.run != kRunNow) ReadRun(ledger, arguments.run);  // refuses a number of no run
   ChartPoints points = PointsOfRun(ledger, arguments.run);
   const OffscreenApplication application;
   ResultPlot plot;

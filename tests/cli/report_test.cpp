@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 #include "cli/sandbox.h"
 #include "ledger/ledger.h"
@@ -41,6 +42,23 @@ std::vector<std::string> Pages(const std::string& file) {
   pclose(pipe);
   pages.pop_back();
   return pages;
+}
+
+TEST(Chart, IsDrawnForARunThatThereIs) {
+  Sandbox box;
+  const std::string ledger = LedgerOf(box, 3, "ABC");
+  for (const std::string ending : {"png", "bmp", "svg", "pdf"}) {
+    const std::string out = box.At("chart." + ending);
+    const auto answer = box.Run({"chart", ledger, "--out", out, "--type", "3D Step"});
+    EXPECT_EQ(answer.code, 0) << answer.err;
+    EXPECT_TRUE(std::filesystem::exists(out)) << out;
+  }
+  const std::string nothing = box.At("nothing.png");
+  const auto unknown = box.Run({"chart", ledger, "--out", nothing, "--run", "99"});
+  EXPECT_EQ(unknown.code, 1);
+  EXPECT_THAT(unknown.err, HasSubstr("no archived run has the number 99"));
+  EXPECT_THAT(box.Run({"chart", ledger, "--out", nothing, "--type", "4D"}).err, HasSubstr("4D"));
+  EXPECT_FALSE(std::filesystem::exists(nothing));
 }
 
 TEST(Report, HoldsEveryOrderOnceOnPagesWithHeadings) {
