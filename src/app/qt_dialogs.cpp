@@ -4,7 +4,9 @@
 #include <QColorDialog>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QGuiApplication>
+#include <QMessageBox>
 
 #include "app/theme.h"
 
@@ -24,6 +26,23 @@ QString EndingOf(const QString& filter) {
   return filter.section(QStringLiteral("*."), -1).chopped(1);
 }
 
+// The dialog's own ending stands behind any name without one of these: "run v1.5" has none yet.
+QString WithEnding(QString file, const std::vector<FileForm>& forms, const QString& ending) {
+  for (const FileForm& form : forms) {
+    if (file.endsWith(QLatin1Char('.') + QString::fromStdString(form.ending), Qt::CaseInsensitive))
+      return file;
+  }
+  return file + QLatin1Char('.') + ending;
+}
+
+bool MayBeLost(QWidget* window, const QString& file) {
+  const QString name = QFileInfo(file).fileName();
+  return QMessageBox::question(window, QStringLiteral("Save As"),
+                               name + QStringLiteral(" exists already. Replace it?"),
+                               QMessageBox::Yes | QMessageBox::No,
+                               QMessageBox::No) == QMessageBox::Yes;
+}
+
 }  // namespace
 
 std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>& forms) {
@@ -36,8 +55,13 @@ std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>&
   dialog.setDefaultSuffix(QString::fromStdString(forms.front().ending));
   QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
                    [&dialog](const QString& chosen) { dialog.setDefaultSuffix(EndingOf(chosen)); });
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  return QDir::toNativeSeparators(dialog.selectedFiles().constFirst()).toStdString();
+  while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+    const QString typed = dialog.selectedFiles().constFirst();
+    const QString file = WithEnding(typed, forms, EndingOf(dialog.selectedNameFilter()));
+    if (file == typed || !QFileInfo::exists(file) || MayBeLost(&dialog, file))
+      return QDir::toNativeSeparators(file).toStdString();
+  }
+  return std::nullopt;
 }
 
 std::optional<std::uint32_t> QtColourDialog::ChooseColour(std::uint32_t present) {

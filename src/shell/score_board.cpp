@@ -124,6 +124,7 @@ std::optional<std::string> ScoreBoard::Ask(std::string_view target, std::string_
   std::string answer;
   std::string status(afterwards);
   form.lblStatus.SetText(meanwhile);
+  form.btnSend.SetEnabled(false);
   try {
     answer = platform_.web.Get(Address(), target, wanted);
   } catch (const std::exception& error) {
@@ -132,6 +133,7 @@ std::optional<std::string> ScoreBoard::Ask(std::string_view target, std::string_
   asking_load_ = before;
   if (!wanted()) return std::nullopt;
   form.lblStatus.SetText(status);
+  form.btnSend.SetEnabled(true);
   return answer;
 }
 

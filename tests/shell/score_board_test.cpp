@@ -98,11 +98,13 @@ TEST_F(ScoreBoardTest, StaysAliveWhileItAsks) {
   Web().answers = {"taken"};
   Web().meanwhile = [this] {
     EXPECT_EQ(Board().lblStatus.Text(), "Sending...");
-    Board().btnSend.UserClick();
+    EXPECT_FALSE(Board().btnSend.Enabled());
+    Board().txtName.UserKeyUp(13);
   };
   Board().btnSend.UserClick();
   EXPECT_EQ(Web().asked.size(), 1);
   EXPECT_EQ(Board().lblStatus.Text(), "Sent.");
+  EXPECT_TRUE(Board().btnSend.Enabled());
 
   Web().meanwhile = [this] {
     Web().meanwhile = nullptr;
