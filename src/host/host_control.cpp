@@ -161,6 +161,8 @@ void HostControl::RefreshCharts() {
   desktop_.form2().Label6.SetToolTip(trouble.advice);
   if (session_.HasBar(session_.BarIndex)) {
     SetStatusLine(desktop_, BarLine(session_, platform_.locale));
+  } else if (!trouble.warning.empty()) {
+    SetStatusLine(desktop_, trouble.warning);
   }
   RevaluePositions(session_);
   status_.ShowStatus();
@@ -203,7 +205,7 @@ void HostControl::SendEach(std::initializer_list<std::string_view> keys) {
 
 HostControl::Trouble HostControl::TroubleWithHost() const {
   if (!host_running_) {
-    return {"Chart program not running! ",
+    return {"No chart program, start it! ",
             "Start the chart program and open the chart, or go back and press Start. The next "
             "refresh finds it."};
   }
@@ -214,7 +216,7 @@ HostControl::Trouble HostControl::TroubleWithHost() const {
         "is ever typed into other programs."};
   }
   if (worst_outcome_ == KeyOutcome::kNotAnswered) {
-    return {"Chart program doesn't answer! ",
+    return {"Chart program busy, wait for it! ",
             "The chart program is busy or hangs. The run goes on, and the next refresh tries "
             "again."};
   }

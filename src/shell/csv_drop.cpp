@@ -8,7 +8,7 @@
 
 #include "base/paths.h"
 #include "base/text.h"
-#include "marketdata/csv_import.h"
+#include "session/intervals.h"
 
 namespace velumar {
 
@@ -48,7 +48,7 @@ void CsvDrop::Import(const std::vector<std::string>& files) {
   const Arrival arrival = ImportAll(prices);
   if (arrival.files == 0) return;
   catalogue_.BuildSymbolList();
-  Choose(arrival.first_symbol);
+  Choose(arrival.first);
 }
 
 bool CsvDrop::OfferDirectory() {
@@ -67,7 +67,7 @@ CsvDrop::Arrival CsvDrop::ImportAll(const std::vector<std::string>& prices) {
   for (const std::string& file : prices) {
     try {
       const CsvImportReport report = ImportCsv(NativePath(file), session_.DataDir, {}, cache_);
-      if (arrival.files++ == 0) arrival.first_symbol = report.symbol;
+      if (arrival.files++ == 0) arrival.first = report;
     } catch (const std::exception& error) {
       problems += "\n" + std::string(error.what());
     }
@@ -89,12 +89,15 @@ bool CsvDrop::Agreed(std::size_t files) {
   return platform_.boxes.Ask(question, {"Import", "Cancel"}) == 0;
 }
 
-void CsvDrop::Choose(const std::string& symbol) {
-  const ComboBox& list = desktop_.form1().Combo1;
+void CsvDrop::Choose(const CsvImportReport& series) {
+  ComboBox& list = desktop_.form1().Combo1;
   const auto& rows = list.Rows();
-  const auto row = std::find_if(rows.begin(), rows.end(),
-                                [&](const ComboBox::Row& one) { return one.text == symbol; });
-  if (row != rows.end()) desktop_.form1().Combo1.SetIndex(static_cast<int>(row - rows.begin()));
+  const auto row = std::ranges::find_if(rows, [&](const ComboBox::Row& one) {
+    const std::string& interval = session_.PeriodBySymbol.at(static_cast<std::size_t>(one.data));
+    return one.text == series.symbol &&
+           IntervalToMatch(interval) == std::to_string(series.interval);
+  });
+  if (row != rows.end()) list.SetIndex(static_cast<int>(row - rows.begin()));
 }
 
 }  // namespace velumar

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "forms/desktop.h"
+#include "marketdata/csv_import.h"
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"
@@ -32,13 +33,13 @@ class CsvDrop {
 
  private:
   struct Arrival {
-    std::size_t files = 0;     // that came in
-    std::string first_symbol;  // of these
+    std::size_t files = 0;  // that came in
+    CsvImportReport first;  // of these
   };
 
   bool Agreed(std::size_t files);
   Arrival ImportAll(const std::vector<std::string>& prices);
-  void Choose(const std::string& symbol);
+  void Choose(const CsvImportReport& series);
 
   SimSession& session_;
   Desktop& desktop_;

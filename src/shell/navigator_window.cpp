@@ -91,7 +91,7 @@ void NavigatorWindow::CloseAndReturn() {
   closing_ = true;
   const std::string top = PlaceText(form.Top());
   const std::string left = PlaceText(form.Left());
-  platform_.settings.Save("NavTop", top);
+  platform_.settings.Save("NavTop", PlaceText(form.RestTop()));
   platform_.settings.Save("NavLeft", left);
   IgnoringErrors([&] { SlideOut(form, top, left, platform_.events, platform_.screen); });
   closing_ = false;

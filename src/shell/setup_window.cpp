@@ -72,7 +72,7 @@ void SetupWindow::BindEvents() {
   form.on_unload = guarded([this] { Unload(); });
   form.on_close = guarded([this] { Close(); });
   form.on_press = form.Image12.on_press = guarded([this] { DragWindow(Window()); });
-  form.on_drop = guarded([this](const std::vector<std::string>& files) { drop_.Import(files); });
+  form.on_drop = guarded([this](const std::vector<std::string>& files) { TakeFiles(files); });
   form.Text3.on_change = guarded([this] { DirectoryChanged(); });
   form.Text3.on_key_up = guarded([this](int key) {
     if (key == kEnterKey) catalogue_.BuildSymbolList();
@@ -114,9 +114,12 @@ void SetupWindow::Load() {
   Window().Label6.SetVisible(false);
   IgnoringErrors([this] { MakeStore(); });
   Window().Show();
+  // Clicks run while it slides in, but no run may begin before its ledger is open.
+  starting_ = true;
   IgnoringErrors([this] {
     SlideIn(Window(), session_.SetupTop, session_.SetupLeft, platform_.events, platform_.screen);
   });
+  starting_ = false;
   OpenLedger();
 }
 
@@ -249,6 +252,13 @@ void SetupWindow::PickDirectory() {
   catalogue_.BuildSymbolList();
 }
 
+// An import chooses a security, and a feed keeps to the one that it began with.
+void SetupWindow::TakeFiles(const std::vector<std::string>& files) {
+  if (!run_.Feeding()) return drop_.Import(files);
+  platform_.boxes.Show("A run is on. Price files can come in once it is paused.",
+                       BoxIcon::kInformation);
+}
+
 // The slides let clicks run: a second click on "Start" is the same wish. While the list is being
 // built there is no security chosen yet that a run could start with.
 void SetupWindow::StartRun() {
@@ -276,7 +286,7 @@ bool SetupWindow::SlideToRun() {
   Form1& form = Window();
   const std::string top = PlaceText(form.Top());
   const std::string left = PlaceText(form.Left());
-  Save("Top", top);
+  Save("Top", PlaceText(form.RestTop()));
   Save("Left", left);
   SlideOut(form, top, left, platform_.events, platform_.screen);
   form.Hide();
@@ -302,7 +312,7 @@ void SetupWindow::OpenSupportPage() {
 void SetupWindow::Unload() {
   Save("Symbol", session_.Symbol);
   Save("Refresh", desktop_.form3().Combo2.Text());
-  Save("Top", PlaceText(Window().Top()));
+  Save("Top", PlaceText(Window().RestTop()));
   Save("Left", PlaceText(Window().Left()));
   Save("SelectDate", DateDisplayText(Window().DTPicker1.Value(), platform_.locale));
   const std::string directory = Trimmed(Window().Text3.Text());

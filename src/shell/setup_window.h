@@ -41,6 +41,7 @@ class SetupWindow {
   void ApplyPresets();
   void ReadContractFigures();
   void PickDirectory();
+  void TakeFiles(const std::vector<std::string>& files);
   void StartRun();
   bool RequireFigures();
   bool SlideToRun();
@@ -63,7 +64,7 @@ class SetupWindow {
   CsvDrop& drop_;
   IndexCache& cache_;
   std::mt19937 random_{std::random_device()()};  // of start days
-  bool starting_ = false;                        // between the click on "Start" and its run
+  bool starting_ = false;  // a click on "Start" means nothing now: a run comes, or can't yet
 };
 
 }  // namespace velumar

@@ -69,7 +69,8 @@ void TradePanel::StartAccount() {
 // Right under the navigator's kept place, not where it was dragged to since.
 void TradePanel::Place() {
   Form3& form = Window();
-  form.SetTop(desktop_.form2().Height() + static_cast<float>(PlaceFromText(session_.NavTop)) +
+  const float navigator_height = desktop_.form2().Height();  // its load may set its place
+  form.SetTop(navigator_height + static_cast<float>(PlaceFromText(session_.NavTop)) +
               kUnderNavigator);
   form.SetLeft(PlaceFromText(session_.NavLeft));
 }

@@ -85,22 +85,27 @@ void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoo
              const Screen& screen) {
   window.SetLeft(PlaceFromText(left));
   const int end = PlaceFromText(top);
+  const int slide = window.BeginSlide(static_cast<float>(end));
   clsWaitableTimer timer(events);
-  for (int y = ScreenHeight(screen); y >= end; y -= kSlideStep) {
+  for (int y = ScreenHeight(screen); y >= end && window.Slides(slide); y -= kSlideStep) {
     window.SetTop(static_cast<float>(y));
     timer.Wait(kSlidePause);
   }
+  window.EndSlide(slide);
 }
 
 void SlideOut(Form& window, std::string_view top, std::string_view left, EventLoop& events,
               const Screen& screen) {
   window.SetLeft(PlaceFromText(left));
   const int end = ScreenHeight(screen);
+  const int begin = PlaceFromText(top);
+  const int slide = window.BeginSlide(static_cast<float>(begin));
   clsWaitableTimer timer(events);
-  for (int y = PlaceFromText(top); y <= end; y += kSlideStep) {
+  for (int y = begin; y <= end && window.Slides(slide); y += kSlideStep) {
     window.SetTop(static_cast<float>(y));
     timer.Wait(kSlidePause);
   }
+  window.EndSlide(slide);
 }
 
 void PlaceSetupFirst(Form& setup, const Screen& screen) {

@@ -88,8 +88,11 @@ TEST_F(ChartRoadTest, TheStatusLineSaysWhatIsWrongWithTheChart) {
   all->outside.chart.outcome = KeyOutcome::kHeldBack;
   EXPECT_THAT(line(), testing::MatchesRegex("Keys held back.*! \\[ABC\\]  Date: .*"));
   all->outside.chart.running = false;
-  EXPECT_THAT(line(), testing::MatchesRegex("Chart program not running! \\[ABC\\]  Date: .*"));
+  EXPECT_THAT(line(), testing::MatchesRegex("No chart program, start it! \\[ABC\\]  Date: .*"));
   all->outside.chart.running = true;
+  all->outside.chart.outcome = KeyOutcome::kNotAnswered;
+  EXPECT_THAT(line(),
+              testing::MatchesRegex("Chart program busy, wait for it! \\[ABC\\]  Date: .*"));
   all->outside.chart.outcome = KeyOutcome::kTakenIn;
   EXPECT_THAT(line(), testing::StartsWith("[ABC]  Date: "));
 }

@@ -1,5 +1,6 @@
 #include <fstream>
 
+#include "shell/window_shaping.h"
 #include "support/run_fixture.h"
 
 namespace velumar {
@@ -141,6 +142,75 @@ TEST_F(WindowsTest, DroppedPriceFilesComeInOnceTheDirectoryIsAgreedTo) {
   EXPECT_EQ(all->Setup().Combo1.Text(), "MINE");
   EXPECT_EQ(all->session.Symbol, "MINE");
   EXPECT_EQ(ReadBars(data, "MINE", -1).size(), 2U);
+
+  // Of a symbol with several intervals, the line of the file's own is chosen.
+  const std::string quarters =
+      file("ABC_15.csv", "Date,Time,Open,High,Low,Close\n20070102,100000,1,2,0.5,1.5\n");
+  boxes.answers = {0};
+  all->Setup().UserDrop({quarters});
+  EXPECT_EQ(all->session.Symbol, "ABC");
+  EXPECT_EQ(all->Setup().cbxPeriod.Text(), "15");
+}
+
+TEST_F(WindowsTest, PriceFilesDroppedInAFeedLeaveItsSecurityAlone) {
+  const std::string file = scratch.Sub("MINE_D.csv");
+  std::ofstream(file) << "Date,Open,High,Low,Close\n20070102,1,2,0.5,1.5\n";
+  all->outside.boxes.answers = {0};
+  InPauseOf(197, [&] {
+    all->Navigator().Image5.UserClick();
+    all->outside.boxes.shown.clear();
+    all->Setup().UserDrop({file});
+    EXPECT_THAT(all->outside.boxes.shown, testing::ElementsAre(testing::HasSubstr("paused")));
+  });
+  StartAt(190);
+  EXPECT_EQ(all->session.Symbol, "ABC");
+  EXPECT_EQ(all->session.BarIndex, 199);
+  EXPECT_TRUE(ReadBars(data, "ABC", -1).size() == 200 && StoreSize() == 200);
+}
+
+TEST_F(WindowsTest, WindowsThatWereMadeUnseenComeBackWithAnotherStart) {
+  InPauseOf(198, [this] {
+    all->Navigator().HScrollx.UserMove(0);
+    all->Panel().HScrollx.UserMove(0);
+    ASSERT_TRUE(all->Navigator().Opacity() == 0 && all->Panel().Opacity() == 0);
+    all->program.ShowAgain();
+    EXPECT_TRUE(all->Navigator().Opacity() == 250 && all->Panel().Opacity() == 250);
+  });
+  StartAt(197);
+}
+
+// The window slides in with clicks running; its ledger opens behind that.
+TEST_F(WindowsTest, AStartWhileTheWindowComesUpBeginsNoRunWithoutALedger) {
+  all->At(300, [this] { all->Setup().Image3.UserClick(); });
+  all->program.Start();
+  EXPECT_TRUE(all->Setup().Visible());
+  EXPECT_TRUE(all->session.BarDate.empty());
+  EXPECT_TRUE(all->ledger.CanWrite());
+  all->Setup().DTPicker1.UserPick(MadeDate(198));
+  all->Setup().Image3.UserClick();
+  EXPECT_EQ(all->session.BarIndex, 199);
+}
+
+// Whatever is clicked in a slide, the windows are found again where they were put.
+TEST_F(WindowsTest, APlaceInMidSlideIsNeverKept) {
+  all->program.Start();
+  const std::string top = PlaceText(all->Setup().Top());
+  all->At(200, [this] { all->Setup().Image5.UserClick(); });  // as the setup goes down
+  all->Setup().Image3.UserClick();
+  EXPECT_EQ(all->outside.settings.texts["Top"], top);
+
+  Reopen();
+  all->program.Start();
+  all->Setup().DTPicker1.UserPick(MadeDate(198));
+  all->Setup().Image3.UserClick();
+  const std::string place = all->session.SetupTop;
+  all->At(950, [&] {  // as the setup comes up again
+    ASSERT_TRUE(all->Setup().Visible());
+    EXPECT_NE(PlaceText(all->Setup().Top()), place);
+    all->Setup().Image5.UserClick();
+  });
+  all->Navigator().Image5.UserClick();
+  EXPECT_EQ(all->outside.settings.texts["Top"], place);
 }
 
 TEST_F(WindowsTest, AFolderOfPriceFilesBecomesADataDirectoryIfTheTraderWantsIt) {
