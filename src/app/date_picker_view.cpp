@@ -33,7 +33,7 @@ DatePickerView::DatePickerView(FormCanvas& canvas, QWidget& window, DatePicker& 
     : QDateEdit(&window), canvas_(canvas), picker_(picker) {
   setCalendarPopup(true);
   setDisplayFormat(DisplayFormat(canvas.Look().date_format));
-  setMinimumDate(QDate(1800, 1, 1));
+  clearMinimumDate();
   setCalendarWidget(new SeriesCalendar(canvas, picker));
   setFocusPolicy(Qt::StrongFocus);
   connect(this, &QDateEdit::dateChanged, this, [this](const QDate& date) {

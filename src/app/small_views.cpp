@@ -1,5 +1,6 @@
 #include "app/small_views.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QSignalBlocker>
 
@@ -32,6 +33,15 @@ void ButtonView::Update() {
   setFont(fitted.font);
   // An ampersand stands before the letter of the button's key.
   setText(fitted.shown);
+}
+
+void ButtonView::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (enter && !event->isAutoRepeat()) {
+    click();
+  } else {
+    QPushButton::keyPressEvent(event);
+  }
 }
 
 SliderView::SliderView(FormCanvas& canvas, QWidget& window, Slider& slider)

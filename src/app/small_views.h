@@ -15,6 +15,10 @@ class ButtonView : public QPushButton, public ControlView {
   QWidget& Widget() override { return *this; }
   void Update() override;
 
+ protected:
+  // Enter clicks it, as it clicks a picture.
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   FormCanvas& canvas_;
   Button& button_;

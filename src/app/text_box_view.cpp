@@ -37,15 +37,22 @@ void TextBoxView::Update() {
   setToolTip(ToolTipFor(ToQString(box_.ToolTip())));
 }
 
+void TextBoxView::keyPressEvent(QKeyEvent* event) {
+  pressed_.insert(event->key());
+  FittingLineEdit::keyPressEvent(event);
+}
+
+// A key that went down elsewhere, as the Enter that closed a message box, isn't typed here.
 void TextBoxView::keyReleaseEvent(QKeyEvent* event) {
   FittingLineEdit::keyReleaseEvent(event);
-  if (event->isAutoRepeat()) return;
+  if (event->isAutoRepeat() || pressed_.erase(event->key()) == 0) return;
   const int code = VirtualKeyCode(*event);
   canvas_.Deliver([this, code] { box_.UserKeyUp(code); });
 }
 
 void TextBoxView::focusOutEvent(QFocusEvent* event) {
   FittingLineEdit::focusOutEvent(event);
+  pressed_.clear();
   if (ComesBack(event->reason())) return;
   canvas_.Deliver([this] { box_.UserLeave(); });
 }

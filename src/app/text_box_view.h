@@ -1,5 +1,7 @@
 #pragma once
 
+#include <set>
+
 #include "app/control_view.h"
 #include "app/fitting_line_edit.h"
 
@@ -13,12 +15,14 @@ class TextBoxView : public FittingLineEdit, public ControlView {
   void Update() override;
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
   FormCanvas& canvas_;
   TextBox& box_;
+  std::set<int> pressed_;  // keys that went down here
 };
 
 }  // namespace velumar

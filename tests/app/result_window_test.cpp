@@ -89,7 +89,7 @@ TEST_F(ResultViewTest, TheChartIsSavedInEveryFormAsItIsShown) {
     Click(ToolbarButton(FrmResult::kSaveAs));
     EXPECT_GT(QFileInfo(file).size(), 1000) << ending;
     if (ending == "bmp") {
-      EXPECT_EQ(QImage(file).size(), QSize(705, 553));
+      EXPECT_EQ(QImage(file).size(), (QSizeF(705, 553) * qApp->devicePixelRatio()).toSize());
     }
   }
   EXPECT_THAT(world.boxes.shown, IsEmpty());

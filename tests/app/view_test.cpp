@@ -1,10 +1,13 @@
 #include <gmock/gmock.h>
 
 #include <QAbstractButton>
+#include <QCalendarWidget>
 #include <QCheckBox>
 #include <QDateEdit>
+#include <QDragEnterEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPushButton>
 #include <QSlider>
 #include <stdexcept>
@@ -100,6 +103,78 @@ TEST_F(ViewTest, TypingFiresAChangeForEachStrokeAndThenTheKey) {
   QTest::keyClicks(&WidgetOf<QLineEdit>(form.Text3), QStringLiteral("d\\"));
   QTest::keyClick(&WidgetOf<QLineEdit>(form.Text3), Qt::Key_Return);
   EXPECT_THAT(events, ElementsAre("d", "68", "d\\", "0", "13"));
+}
+
+// A box that an Enter has closed hands the focus over while the key is still down.
+TEST_F(ViewTest, AKeyThatWentDownElsewhereIsNotTyped) {
+  Form1& form = desktop.form1();
+  form.Show();
+  int keys = 0;
+  form.Text3.on_key_up = [&](int) { ++keys; };
+  auto& line = WidgetOf<QLineEdit>(form.Text3);
+  QTest::keyRelease(&line, Qt::Key_Return);
+  EXPECT_EQ(keys, 0);
+  QTest::keyClick(&line, Qt::Key_Return);
+  EXPECT_EQ(keys, 1);
+}
+
+TEST_F(ViewTest, EnterClicksAButtonThatHasTheFocus) {
+  Form1& form = desktop.form1();
+  form.Show();
+  int clicks = 0;
+  form.Command5.on_click = [&] { ++clicks; };
+  QTest::keyClick(&WidgetOf<QPushButton>(form.Command5), Qt::Key_Return);
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(ViewTest, TheCalendarMarksTheDaysOfTheSeriesAndOffersThreeOfThem) {
+  Form1& form = desktop.form1();
+  form.Show();
+  form.DTPicker1.SetValue(20050614);
+  std::vector<DayChoice> choices;
+  form.DTPicker1.on_choice = [&](DayChoice choice) { choices.push_back(choice); };
+  std::vector<std::int32_t> days;
+  form.DTPicker1.covered_days = [&] { return days; };
+  QCalendarWidget& calendar = *WidgetOf<QDateEdit>(form.DTPicker1).calendarWidget();
+  calendar.setSelectedDate(QDate(2005, 6, 14));
+  const auto shown = [&] {
+    QShowEvent opening;
+    QApplication::sendEvent(&calendar, &opening);
+    return calendar.grab().toImage();
+  };
+  const QImage without = shown();
+  const auto buttons = calendar.findChildren<QPushButton*>();
+  ASSERT_EQ(buttons.size(), 3);
+  for (QPushButton* button : buttons) EXPECT_FALSE(button->isEnabled());
+  days = {20050613, 20050615};
+  EXPECT_NE(shown(), without);
+  for (QPushButton* button : buttons) button->click();
+  EXPECT_THAT(choices, ElementsAre(DayChoice::kFirst, DayChoice::kLast, DayChoice::kRandom));
+}
+
+TEST_F(ViewTest, FilesLetGoOverTheSetupReachItOnceTheDropIsOver) {
+  Form1& form = desktop.form1();
+  form.Show();
+  std::vector<std::string> dropped;
+  form.on_drop = [&](const std::vector<std::string>& files) { dropped = files; };
+  QMimeData files;
+  files.setUrls({QUrl::fromLocalFile(QStringLiteral("/prices/\u00c4BC_D.csv")),
+                 QUrl(QStringLiteral("https://example.org/x.csv"))});
+  QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &files, Qt::LeftButton, {});
+  QApplication::sendEvent(&View(form), &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &files, Qt::LeftButton, {});
+  QApplication::sendEvent(&View(form), &drop);
+  EXPECT_THAT(dropped, testing::IsEmpty());
+  QApplication::processEvents();
+  EXPECT_THAT(dropped, ElementsAre("/prices/\u00c4BC_D.csv"));
+
+  Form2& navigator = desktop.form2();
+  navigator.Show();
+  QDragEnterEvent elsewhere(QPoint(50, 50), Qt::CopyAction, &files, Qt::LeftButton, {});
+  elsewhere.ignore();
+  QApplication::sendEvent(&View(navigator), &elsewhere);
+  EXPECT_FALSE(elsewhere.isAccepted());
 }
 
 TEST_F(ViewTest, ATextBeingTypedKeepsItsCursor) {
