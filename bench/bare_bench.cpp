@@ -11,7 +11,7 @@
 #include <memory>
 #include <string>
 
-#include "bench_directory.h"
+#include "support/large_directory.h"
 
 namespace velumar {
 
@@ -38,7 +38,7 @@ class BareFile {
 
 // The bytes of a series of 32,767 bars from the system's own cache, without a look at one.
 void BareReadOfLongSeries(benchmark::State& state) {
-  const BenchDirectory directory(1, kBars, 0);
+  const LargeDirectory directory(1, kBars, 0);
   const BareFile file(directory.Text() + "/F1.DAT");
   const std::size_t size = (kBars + 1) * kRecord;
   const auto bytes = std::make_unique_for_overwrite<char[]>(size);
@@ -58,7 +58,7 @@ void WriteBar(const BareFile& file, int bar) {
 }
 
 void BareWriteOfOneBar(benchmark::State& state) {
-  const BenchDirectory directory(1, kBars, 0);
+  const LargeDirectory directory(1, kBars, 0);
   const BareFile file(directory.Text() + "/F1.DAT");
   while (state.KeepRunning()) WriteBar(file, kBars);
 }
@@ -66,7 +66,7 @@ BENCHMARK(BareWriteOfOneBar)->UseRealTime()->Unit(benchmark::kMicrosecond);
 
 // The same, safe from a power cut.
 void BareWriteAndFlushOfOneBar(benchmark::State& state) {
-  const BenchDirectory directory(1, kBars, 0);
+  const LargeDirectory directory(1, kBars, 0);
   const BareFile file(directory.Text() + "/F1.DAT");
   while (state.KeepRunning()) {
     WriteBar(file, kBars);

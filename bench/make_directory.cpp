@@ -5,13 +5,13 @@
 #include <iostream>
 #include <string>
 
-#include "bench_directory.h"
+#include "support/large_directory.h"
 
 int main(int argc, char** argv) {
   try {
     if (argc != 4)
       throw std::invalid_argument("usage: velumar_bench_directory FOLDER SECURITIES BARS");
-    const velumar::BenchDirectory made(std::stoi(argv[2]), std::stoi(argv[3]), 10);
+    const velumar::LargeDirectory made(std::stoi(argv[2]), std::stoi(argv[3]), 10);
     std::filesystem::copy(made.Path(), argv[1]);
   } catch (const std::exception& error) {
     std::cerr << error.what() << '\n';

@@ -62,7 +62,7 @@ void BM_OrderWithoutDisk(benchmark::State& state) {
 BENCHMARK(BM_OrderWithoutDisk)->Unit(benchmark::kMicrosecond);
 
 void BM_OrderWithDisk(benchmark::State& state) {
-  Desk desk(FreshFile("velumar-bench-orders.mdb"));
+  Desk desk(FreshFile("velumar-large-orders.mdb"));
   for (auto _ : state) desk.Trade();
   state.SetItemsProcessed(state.iterations() * 2);
 }
@@ -70,7 +70,7 @@ BENCHMARK(BM_OrderWithDisk)->Unit(benchmark::kMicrosecond);
 
 // What the disk alone takes for a row: one insert, committed and flushed.
 void BM_BareCommitOfOneRow(benchmark::State& state) {
-  SqliteDatabase database(FreshFile("velumar-bench-bare.mdb"), SqliteDatabase::Mode::kCreate);
+  SqliteDatabase database(FreshFile("velumar-large-bare.mdb"), SqliteDatabase::Mode::kCreate);
   database.Execute("PRAGMA journal_mode=WAL");
   database.Execute("PRAGMA synchronous=FULL");
   database.Execute("CREATE TABLE Rows (Number NUMERIC, Symbol TEXT)");

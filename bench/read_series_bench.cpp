@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "bench_directory.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_reader.h"
+#include "support/large_directory.h"
 
 namespace velumar {
 
@@ -68,7 +68,7 @@ double Seconds(Clock::duration duration) { return std::chrono::duration<double>(
 
 // The whole of opening, selecting and reading; "ratio" is its cost over that of the bare loop.
 void ReadLongSeries(benchmark::State& state) {
-  const BenchDirectory directory(1, kBars, 0);
+  const LargeDirectory directory(1, kBars, 0);
   const std::string file_name = directory.Text() + "/F1.DAT";
   IndexCache cache;
   Clock::duration bare{};

@@ -1,8 +1,8 @@
 #include <benchmark/benchmark.h>
 
-#include "bench_directory.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_writer.h"
+#include "support/large_directory.h"
 
 namespace velumar {
 
@@ -24,10 +24,11 @@ class Step {
   Step(const Step&) = delete;
   Step& operator=(const Step&) = delete;
 
-  void Forward(int bar) { writer_.AppendBar(BenchDate(bar), 0, 1, 2, 3, 4, 5, 6); }
+  void Forward(int bar) { writer_.AppendBar(LargeDirectoryDate(bar), 0, 1, 2, 3, 4, 5, 6); }
   void Back(int bar) {
     Forward(bar);
-    if (writer_.DailyBarExists(BenchDate(bar))) writer_.DeleteDailyBar(BenchDate(bar));
+    if (writer_.DailyBarExists(LargeDirectoryDate(bar)))
+      writer_.DeleteDailyBar(LargeDirectoryDate(bar));
   }
 
  private:
@@ -37,7 +38,7 @@ class Step {
 // Arguments: securities in the directory, bars in the series.
 void StepForward(benchmark::State& state) {
   const int bars = static_cast<int>(state.range(1));
-  const BenchDirectory directory(static_cast<int>(state.range(0)), bars, 10);
+  const LargeDirectory directory(static_cast<int>(state.range(0)), bars, 10);
   IndexCache cache;
   while (state.KeepRunning()) {
     Step(cache, directory.Text()).Forward(bars);
@@ -49,7 +50,7 @@ void StepForward(benchmark::State& state) {
 
 void StepBack(benchmark::State& state) {
   const int bars = static_cast<int>(state.range(1));
-  const BenchDirectory directory(static_cast<int>(state.range(0)), bars, 10);
+  const LargeDirectory directory(static_cast<int>(state.range(0)), bars, 10);
   IndexCache cache;
   while (state.KeepRunning()) {
     state.PauseTiming();

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "bench_directory.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_reader.h"
+#include "support/large_directory.h"
 
 namespace velumar {
 
@@ -30,7 +30,7 @@ std::vector<std::string> Symbols(IndexCache& cache, const std::string& directory
 
 // The list of all symbols, at the start of the program (nothing kept) and later on.
 void ListSymbolsAtFirst(benchmark::State& state) {
-  const BenchDirectory directory(kSecurities, 100, 10);
+  const LargeDirectory directory(kSecurities, 100, 10);
   while (state.KeepRunning()) {
     IndexCache cache;
     benchmark::DoNotOptimize(Symbols(cache, directory.Text()));
@@ -39,7 +39,7 @@ void ListSymbolsAtFirst(benchmark::State& state) {
 BENCHMARK(ListSymbolsAtFirst)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 void ListSymbolsAgain(benchmark::State& state) {
-  const BenchDirectory directory(kSecurities, 100, 10);
+  const LargeDirectory directory(kSecurities, 100, 10);
   IndexCache cache;
   while (state.KeepRunning()) benchmark::DoNotOptimize(Symbols(cache, directory.Text()));
 }

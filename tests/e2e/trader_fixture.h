@@ -25,8 +25,7 @@ class TraderFixture : public testing::Test {
     if (std::getenv("VELUMAR_E2E") == nullptr) {
       GTEST_SKIP() << "takes over mouse and keys: scripts/test runs it on a display of its own";
     }
-    IndexCache cache;
-    StoreSecurity(data, {"ABC", "A made series", -1}, DailyBars(kBars), cache);
+    MakeData();
     FileSettings settings(scratch.Sub("settings"));
     settings.Save("LastPath", data);
     settings.Save("Refresh", "1");
@@ -34,7 +33,12 @@ class TraderFixture : public testing::Test {
     StartProgram();
   }
 
-  void StartProgram() {
+  virtual void MakeData() {
+    IndexCache cache;
+    StoreSecurity(data, {"ABC", "A made series", -1}, DailyBars(kBars), cache);
+  }
+
+  virtual void StartProgram() {
     program = std::make_unique<RunningProgram>(scratch.Path(), scratch.Sub("output"));
     ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
     Sleep(1500);  // the window slides in

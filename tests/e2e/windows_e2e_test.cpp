@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <fstream>
 #include <set>
 
 #include "e2e/trader_fixture.h"
@@ -109,6 +110,35 @@ TEST_P(WindowsE2e, ARunByKeysAloneAndWindowsThatStayWhereTheyWerePut) {
   const auto below = Find(panel);
   ASSERT_TRUE(below);
   EXPECT_EQ(below->x, moved->x) << "the panel follows the navigator's kept place";
+}
+
+// A folder that holds nothing but a trader's own prices.
+class OwnPricesE2e : public TraderFixture {
+ protected:
+  void MakeData() override {
+    std::filesystem::create_directories(data);
+    std::ofstream prices(data + "/ABC_D.csv");
+    prices << "Date,Open,High,Low,Close,Volume\n";
+    for (const Bar& bar : DailyBars(kBars)) {
+      prices << bar.date << ',' << bar.open << ',' << bar.high << ',' << bar.low << ',' << bar.close
+             << ',' << bar.volume << '\n';
+    }
+  }
+  void StartProgram() override {
+    program = std::make_unique<RunningProgram>(scratch.Path(), scratch.Sub("output"));
+    Sleep(2500);  // the box that offers to import them, its focus on what does least
+    hand.Press("Tab");
+    hand.Press("Return");
+    ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
+    Sleep(1500);
+  }
+};
+
+TEST_F(OwnPricesE2e, ARunOfATradersOwnPricesByKeysAlone) {
+  for (int i = 0; i < 12; ++i) hand.Press("Tab");
+  hand.Press("Return");
+  ASSERT_TRUE(Eventually([&] { return ChartBars() >= kStartBar + 2; }, 60)) << State();
+  EXPECT_EQ(ReadBars(data, "ABC", -1).size(), kBars);
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, WindowsE2e, testing::Values(1, 2));

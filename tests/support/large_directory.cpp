@@ -1,4 +1,4 @@
-#include "bench_directory.h"
+#include "support/large_directory.h"
 
 #include <unistd.h>
 
@@ -19,7 +19,7 @@ constexpr int kDailyFields = 7;
 std::filesystem::path NewFolder() {
   static std::atomic<int> made = 0;
   auto path = std::filesystem::temp_directory_path() /
-              ("velumar-bench-" + std::to_string(getpid()) + "-" + std::to_string(made++));
+              ("velumar-large-" + std::to_string(getpid()) + "-" + std::to_string(made++));
   std::filesystem::create_directories(path);
   return path;
 }
@@ -29,7 +29,7 @@ std::vector<Bar> WalkingBars(int count) {
   float price = 100;
   for (int i = 0; i < count; ++i) {
     price += static_cast<float>(i * 37 % 11 - 5) / 8;
-    bars.push_back({.date = BenchDate(i),
+    bars.push_back({.date = LargeDirectoryDate(i),
                     .open = price,
                     .high = price + 1,
                     .low = price - 1,
@@ -49,11 +49,11 @@ void WriteBars(const std::filesystem::path& path, int count) {
 
 }  // namespace
 
-int BenchDate(int bar) {
+int LargeDirectoryDate(int bar) {
   return (1900 + bar / 336) * 10000 + (bar / 28 % 12 + 1) * 100 + bar % 28 + 1;
 }
 
-BenchDirectory::BenchDirectory(int securities, int long_bars, int short_bars) : path_(NewFolder()) {
+LargeDirectory::LargeDirectory(int securities, int long_bars, int short_bars) : path_(NewFolder()) {
   IndexImage master(IndexKind::kMaster, {});
   IndexImage emaster(IndexKind::kEmaster, {});
   IndexImage xmaster(IndexKind::kXmaster, {});
@@ -82,11 +82,11 @@ BenchDirectory::BenchDirectory(int securities, int long_bars, int short_bars) : 
   RawFile(path_ / "XMASTER", RawFile::Mode::kRenew).WriteAt(0, xmaster.Sealed());
 }
 
-BenchDirectory::~BenchDirectory() {
+LargeDirectory::~LargeDirectory() {
   std::error_code ignored;
   std::filesystem::remove_all(path_, ignored);
 }
 
-std::string BenchDirectory::Text() const { return PathText(path_); }
+std::string LargeDirectory::Text() const { return PathText(path_); }
 
 }  // namespace velumar
