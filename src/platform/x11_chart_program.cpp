@@ -45,13 +45,14 @@ bool X11ChartProgram::TakesKeys(xcb_window_t window) {
          BelongsTo(main_windows, window);
 }
 
-bool X11ChartProgram::ShowsDialog(std::string_view title) {
+std::optional<xcb_window_t> X11ChartProgram::ShownDialog(std::string_view title) {
   const std::vector<xcb_window_t> main_windows = MainWindows();
   const std::vector<xcb_window_t> windows = connection_.TopLevelWindows();
-  return std::any_of(windows.begin(), windows.end(), [&](xcb_window_t window) {
+  const auto dialog = std::find_if(windows.begin(), windows.end(), [&](xcb_window_t window) {
     return connection_.Title(window) == title && connection_.IsMapped(window) &&
            BelongsTo(main_windows, window);
   });
+  return dialog == windows.end() ? std::nullopt : std::optional(*dialog);
 }
 
 bool X11ChartProgram::BelongsTo(const std::vector<xcb_window_t>& main_windows,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,7 +22,8 @@ class X11ChartProgram {
   std::vector<xcb_window_t> MainWindows();
   // Whether keys may go into this window: a main window, or the file dialog of one.
   bool TakesKeys(xcb_window_t window);
-  bool ShowsDialog(std::string_view title);
+  // The dialog of that title, where one is on the screen.
+  std::optional<xcb_window_t> ShownDialog(std::string_view title);
 
  private:
   bool BelongsTo(const std::vector<xcb_window_t>& main_windows, xcb_window_t window);

@@ -78,6 +78,20 @@ bool IsInFront(X11Connection& connection, xcb_window_t window) {
   return connection.FrontWindow() == window && IsShown(connection, window);
 }
 
+// Asks for it and waits a little until it is so.
+void PutInFront(X11Connection& connection, xcb_window_t window) {
+  if (connection.HasWindowManager()) {
+    AskToActivate(connection, window);
+  } else {
+    RaiseAndFocus(connection, window);
+  }
+  xcb_flush(connection.Xcb());
+  const auto end = std::chrono::steady_clock::now() + kActivationPatience;
+  while (!IsInFront(connection, window) && std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(kLook);
+  }
+}
+
 // Nothing here reads events, but errors about windows that have vanished arrive as such.
 void PassOverErrors(X11Connection& connection) {
   while (const XOwned<xcb_generic_event_t> event{xcb_poll_for_event(connection.Xcb())}) {
@@ -141,24 +155,19 @@ bool X11ChartWindows::BringToFront(std::string_view title) {
     window = WithTitle(*connection_, title);
   }
   if (!window) return false;
-  if (connection_->HasWindowManager()) {
-    AskToActivate(*connection_, *window);
-  } else {
-    RaiseAndFocus(*connection_, *window);
-  }
-  xcb_flush(connection_->Xcb());
-  const auto end = std::chrono::steady_clock::now() + kActivationPatience;
-  while (!IsInFront(*connection_, *window) && std::chrono::steady_clock::now() < end) {
-    std::this_thread::sleep_for(kLook);
-  }
+  PutInFront(*connection_, *window);
   PassOverErrors(*connection_);
   return true;
 }
 
+// A dialog is found to be typed into: a click of the trader's elsewhere, or a slow window manager,
+// may not lead its first keys into another window.
 bool X11ChartWindows::DialogExists(std::string_view, std::string_view title) {
-  const bool shown = X11ChartProgram(*connection_, host_title_).ShowsDialog(title);
+  const std::optional<xcb_window_t> dialog =
+      X11ChartProgram(*connection_, host_title_).ShownDialog(title);
+  if (dialog && !IsInFront(*connection_, *dialog)) PutInFront(*connection_, *dialog);
   PassOverErrors(*connection_);
-  return shown;
+  return dialog.has_value();
 }
 
 }  // namespace velumar

@@ -181,6 +181,16 @@ TEST_F(X11, OnlyTheChartProgramsOwnDialogCounts) {
   EXPECT_EQ(editor_->TakeTyped(helper), "x");
 }
 
+TEST_F(X11, ADialogThatIsFoundTakesTheKeysWhateverTheTraderClickedMeanwhile) {
+  const Window chart = OpenInFront(*chart_, kChart);
+  const Window dialog = OpenInFront(*chart_, {.title = "Open", .owner = chart});
+  const Window notes = OpenInFront(*editor_, {.title = "Notes"});
+  ASSERT_TRUE(windows_->DialogExists("#32770", "Open"));
+  EXPECT_EQ(keys_->Send("x"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(chart_->TakeTyped(dialog), "x");
+  EXPECT_EQ(editor_->TakeTyped(notes), "");
+}
+
 TEST_F(X11, KeysArriveAsWritten) {
   const Window chart = OpenInFront(*chart_, kChart);
   ASSERT_TRUE(windows_->BringToFront("MetaStock"));
