@@ -2,16 +2,25 @@
 
 add_library(velumar_options INTERFACE)
 target_include_directories(velumar_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
-target_compile_options(velumar_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
-  -Wold-style-cast -Woverloaded-virtual -Werror)
+if(MSVC)
+  target_compile_options(velumar_options INTERFACE /W3 /utf-8 /permissive- /fp:precise)
+else()
+  target_compile_options(velumar_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
+    -Wold-style-cast -Woverloaded-virtual -Werror)
+  # An exact replay needs exact floats: no fused or reordered arithmetic.
+  target_compile_options(velumar_options INTERFACE -ffp-contract=off)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # GCC 12 sees overlapping copies in inlined std::string insertions, and uninitialised texts in
   # moved std::variants, where there are none.
   target_compile_options(velumar_options INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
 endif()
-# An exact replay needs exact floats: no fused or reordered arithmetic.
-target_compile_options(velumar_options INTERFACE -ffp-contract=off)
+if(WIN32)
+  # Windows 10, wide functions, and no macros that take over names of ours.
+  target_compile_definitions(velumar_options INTERFACE
+    NOMINMAX UNICODE WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
+endif()
 if(VELUMAR_SANITIZE)
   target_compile_options(velumar_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

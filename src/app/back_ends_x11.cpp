@@ -9,7 +9,7 @@
 #include "platform/registry_file.h"
 #include "platform/settings_file.h"
 #include "platform/system_locale.h"
-#include "platform/user_files_posix.h"
+#include "platform/user_files.h"
 #include "platform/x11_chart_windows.h"
 #include "platform/x11_key_sender.h"
 

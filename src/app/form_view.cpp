@@ -10,7 +10,6 @@
 #include <QPainter>
 #include <QScreen>
 #include <QUrl>
-#include <QWindow>
 #include <algorithm>
 #include <chrono>
 #include <exception>
@@ -19,6 +18,7 @@
 
 #include "app/artwork.h"
 #include "app/compositing.h"
+#include "app/native_form.h"
 
 namespace velumar {
 
@@ -58,7 +58,7 @@ Qt::WindowFlags FlagsFor(const Form& form) {
 FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
     : form_(form), look_(look), report_(std::move(report)) {
   setObjectName(ToQString(form.Name()));
-  setAttribute(Qt::WA_TranslucentBackground, !form.Bordered());
+  setAttribute(Qt::WA_TranslucentBackground, !form.Bordered() && WindowsMayBlend());
   setAttribute(Qt::WA_ShowWithoutActivating, !TakesInput(form));
   MakeViews();
   for (const auto& [control, view] : views_) view->Update();
@@ -142,7 +142,7 @@ void FormView::UpdatePlace() {
 }
 
 void FormView::UpdateShape() {
-  setWindowOpacity(form_.Opacity() / 255.0);
+  SetAlpha(*this, form_.Opacity());
   if (form_.Bordered()) return;
   const QSize corners(form_.CornerWidth(), form_.CornerHeight());
   const bool appears = form_.Visible() && !isVisible();
@@ -153,9 +153,7 @@ void FormView::UpdateShape() {
   if (blended_) {
     clearMask();
   } else {
-    QPainterPath shape;
-    shape.addRoundedRect(rect(), corners_.width() / 2.0, corners_.height() / 2.0);
-    setMask(QRegion(shape.toFillPolygon().toPolygon()));
+    CutCorners(*this, corners_);
   }
 }
 
@@ -236,9 +234,7 @@ void FormView::StartDrag() {
   if (!isVisible() || held == Qt::NoButton) return;
   dragging_ = true;
   // Window systems move windows by the left button alone.
-  if (held == Qt::LeftButton && windowHandle() != nullptr && windowHandle()->startSystemMove()) {
-    return;
-  }
+  if (held == Qt::LeftButton && MoveWithMouse(*this)) return;
   grip_ = QCursor::pos() - pos();
   grabMouse();
 }

@@ -27,6 +27,7 @@
 #include "app/unattended.h"
 #include "base/dates.h"
 #include "ledger/ledger.h"
+#include "platform/process_end.h"
 #include "platform/web_client.h"
 #include "shell/program.h"
 
@@ -53,7 +54,7 @@ void ShowProblems(MessageBoxes& boxes, const std::vector<std::string>& problems)
 
 [[noreturn]] void Fail(const std::string& why) {
   std::cerr << "velumar: " << why << std::endl;
-  std::quick_exit(kFailure);
+  EndProcessAtOnce(kFailure);
 }
 
 int Run(QApplication& application, const Options& options, SingleInstance& instance) {

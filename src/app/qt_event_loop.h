@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "platform/event_loop.h"
 
 namespace velumar {
@@ -7,9 +9,16 @@ namespace velumar {
 // The window events of this process. Once the application quits, waits come back at once.
 class QtEventLoop : public EventLoop {
  public:
+  QtEventLoop();
+  ~QtEventLoop() override;
+
   void ProcessPending() override;
   void WaitFor(std::chrono::milliseconds time) override;
   void Sleep(std::chrono::milliseconds time) override;
+
+ private:
+  class QuitWatch;
+  std::unique_ptr<QuitWatch> quit_watch_;  // where waits can't see it by themselves
 };
 
 }  // namespace velumar

@@ -32,6 +32,8 @@ void AddCommands(CLI::App& app, CliContext& context) {
 int RunCli(const std::vector<std::string>& arguments, CliContext& context) {
   CLI::App app("Velumar without a window: market data directories from the command line.",
                "velumar-cli");
+  // The same words mean the same on every system: "/data" is a folder.
+  app.allow_windows_style_options(false);
   AddCommands(app, context);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

@@ -2,22 +2,13 @@
 
 #include <filesystem>
 
+#include "base/file_copy.h"
 #include "base/paths.h"
 #include "base/text.h"
 
 namespace velumar {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-// A copy of a file that the user may only read must still be a file that steps can write.
-void CopyWritable(const fs::path& from, const fs::path& to) {
-  fs::copy_file(from, to, fs::copy_options::overwrite_existing);
-  fs::permissions(to, fs::perms::owner_read | fs::perms::owner_write, fs::perm_options::add);
-}
-
-}  // namespace
 
 void ClearWorkingStore(std::string_view sim_dir) {
   for (const fs::directory_entry& entry : fs::directory_iterator(NativePath(sim_dir))) {

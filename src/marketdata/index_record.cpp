@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "base/text.h"
 #include "marketdata/number_format.h"
+#include "marketdata/stored_text.h"
 
 namespace velumar {
 
@@ -66,12 +66,12 @@ std::string TextAt(ByteView record, std::size_t offset, std::size_t size) {
   const char* const start = reinterpret_cast<const char*>(record.data() + offset);
   std::string_view text(start, strnlen(start, size));
   while (text.ends_with(' ')) text.remove_suffix(1);
-  return Latin1ToUtf8(text);
+  return TextFromFile(text);
 }
 
 void SetTextAt(ByteSpan record, std::size_t offset, std::size_t size, std::string_view utf8,
                char padding) {
-  std::string bytes = Utf8ToLatin1(utf8);
+  std::string bytes = TextForFile(utf8);
   bytes.resize(size, padding);
   std::memcpy(record.data() + offset, bytes.data(), size);
 }
@@ -181,7 +181,7 @@ void SetName(IndexKind kind, ByteSpan record, const std::string& name) {
   const RecordPlaces& places = PlacesOf(kind);
   SetTextAt(record, places.name, places.name_size, name, places.padding);
   if (kind == IndexKind::kEmaster) {
-    const bool is_long = Utf8ToLatin1(name).size() > places.name_size;
+    const bool is_long = TextForFile(name).size() > places.name_size;
     SetTextAt(record, emaster::kLongName, emaster::kLongNameSize, is_long ? name : "", '\0');
   }
 }

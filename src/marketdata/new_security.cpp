@@ -8,6 +8,7 @@
 #include "marketdata/bar_codec.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/series_error.h"
+#include "marketdata/stored_text.h"
 
 namespace velumar {
 
@@ -29,7 +30,7 @@ bool HasControls(std::string_view text) {
 
 std::size_t StoredSize(std::string_view text) {
   try {
-    return Utf8ToLatin1(text).size();
+    return TextForFile(text).size();
   } catch (const std::invalid_argument& error) {
     ThrowBadIdentity(error.what());
   }
@@ -55,7 +56,7 @@ BarLayout WantedLayout(int interval) {
 
 std::string StoredName(const std::string& name) {
   StoredSize(name);
-  return Trimmed(Latin1ToUtf8(Utf8ToLatin1(name).substr(0, kLongestName)));
+  return Trimmed(TextFromFile(TextForFile(name).substr(0, kLongestName)));
 }
 
 void CheckIdentity(const NewSecurity& security) {

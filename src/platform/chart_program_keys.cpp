@@ -41,6 +41,14 @@ void EnsureText(Registry& registry, const std::string& sub_key, std::string_view
   Require(code, sub_key);
 }
 
+// Where only administrators may write for all users, the mark stays missing: version 8 is what
+// counts without any.
+void MarkAsInstalled(Registry& registry, const std::string& sub_key) {
+  constexpr long kDenied = 5;
+  const long code = registry.CreateKey(RegistryRoot::kLocalMachine, sub_key);
+  if (code != kDenied) Require(code, sub_key);
+}
+
 bool HoldsProgram(const std::string& folder) {
   std::error_code error;
   return std::filesystem::exists(NativePath(folder + "\\MSWIN.EXE"), error);
@@ -62,7 +70,7 @@ void EnsureChartProgramKeys(Registry& registry, std::string_view program_folder)
   constexpr RegistryRoot kRoot = RegistryRoot::kLocalMachine;
   const std::string installed(kInstalled);
   const bool newer = KeyExists(registry, kRoot, installed + "9.0");
-  if (!newer) Require(registry.CreateKey(kRoot, installed + "8.0"), installed + "8.0");
+  if (!newer) MarkAsInstalled(registry, installed + "8.0");
   EnsureVersion(registry, newer ? "9.0" : "8.0", program_folder);
 }
 

@@ -14,16 +14,15 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "base/paths.h"
-#include "platform/posix_file.h"
+#include "platform/command_line.h"
+#include "platform/descriptor.h"
+#include "platform/process_end.h"
 
 namespace velumar {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr std::string_view kChartProgramFile = "MSWIN.EXE";
 
 [[noreturn]] void FailToStart(const std::string& program, int error) {
   const std::string why = error == ENOEXEC ? "this system can't run that kind of file"
@@ -105,38 +104,7 @@ std::string FindInPath(std::string_view name) {
   return {};
 }
 
-std::size_t ProgramLength(std::string_view command_line) {
-  const std::size_t at = command_line.rfind(kChartProgramFile);
-  if (at != std::string_view::npos) return at + kChartProgramFile.size();
-  return std::min(command_line.find(' '), command_line.size());
-}
-
-std::vector<std::string> SplitAtBlanks(std::string_view text) {
-  std::vector<std::string> words;
-  while (true) {
-    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-    if (text.empty()) return words;
-    const std::size_t end = std::min(text.find(' '), text.size());
-    words.emplace_back(text.substr(0, end));
-    text.remove_prefix(end);
-  }
-}
-
 }  // namespace
-
-std::vector<std::string> SplitCommandLine(std::string_view command_line) {
-  std::size_t length = ProgramLength(command_line);
-  std::string_view program = command_line.substr(0, length);
-  if (program.starts_with('"')) {
-    program.remove_prefix(1);
-    const std::size_t close = command_line.find('"', 1);
-    length = close == std::string_view::npos ? command_line.size() : close + 1;
-    program = command_line.substr(1, std::min(close, command_line.size()) - 1);
-  }
-  std::vector<std::string> words = SplitAtBlanks(command_line.substr(length));
-  words.insert(words.begin(), NativePath(program).string());
-  return words;
-}
 
 void PosixPrograms::Start(std::string_view command_line) {
   std::vector<std::string> command = SplitCommandLine(command_line);
@@ -153,10 +121,12 @@ void PosixPrograms::OpenInBrowser(std::string_view address) {
   StartApart({opener, std::string(address)});
 }
 
-void PosixPrograms::EndProcess() {
+void PosixPrograms::EndProcess() { EndProcessAtOnce(0); }
+
+void EndProcessAtOnce(int code) {
   std::cout.flush();
   std::fflush(nullptr);
-  ::_exit(0);
+  ::_exit(code);
 }
 
 }  // namespace velumar

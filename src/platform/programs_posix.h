@@ -24,9 +24,4 @@ class PosixPrograms : public Programs {
   std::vector<std::string> extra_arguments_;
 };
 
-// A command line as program and arguments, each text an element of its own. All up to the last
-// "MSWIN.EXE" is the program's path, in the platform's separators; without that name, the path ends
-// at the first blank, or at the closing quote when it begins with one.
-std::vector<std::string> SplitCommandLine(std::string_view command_line);
-
 }  // namespace velumar

@@ -1,13 +1,11 @@
 #include "platform/section_file.h"
 
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <exception>
 #include <system_error>
 #include <utility>
 
-#include "platform/posix_file.h"
+#include "base/paths.h"
 
 namespace velumar {
 
@@ -49,36 +47,29 @@ void SectionFile::Change(const std::function<void(Sections&)>& change) {
   Refresh();
   if (blocked_) {
     throw std::system_error(EBUSY, std::generic_category(),
-                            file_.string() + " is damaged and can't be put aside");
+                            PathText(file_) + " is damaged and can't be put aside");
   }
   Sections changed = sections_;
   change(changed);
   if (changed == sections_) return;
-  ReplaceFile(file_, FormatSections(changed));
+  ReplaceWholeFile(file_, FormatSections(changed));
   sections_ = std::move(changed);
-  stamp_ = StampOnDisk();
+  stamp_ = StateOf(file_);
 }
 
 std::vector<std::string> SectionFile::TakeProblems() { return std::exchange(problems_, {}); }
 
-SectionFile::Stamp SectionFile::StampOnDisk() const {
-  struct stat status {};
-  if (::stat(file_.c_str(), &status) != 0) return {};
-  return {status.st_dev, status.st_ino, status.st_mtim.tv_sec, status.st_mtim.tv_nsec,
-          status.st_size};
-}
-
 void SectionFile::Refresh() {
-  const Stamp stamp = StampOnDisk();
+  const FileState stamp = StateOf(file_);
   if (stamp != stamp_) Load(stamp);
 }
 
 // A change between the stamp and the reading is seen by the next look, since its stamp differs.
-void SectionFile::Load(const Stamp& stamp) {
+void SectionFile::Load(const FileState& stamp) {
   blocked_ = false;
   stamp_ = stamp;
   sections_.clear();
-  if (stamp.size == kNoFile) return;
+  if (stamp.size == FileState::kNoFile) return;
   try {
     sections_ = ParseSections(ReadWholeFile(file_));
   } catch (const std::system_error& error) {
@@ -92,17 +83,17 @@ void SectionFile::Load(const Stamp& stamp) {
 
 bool SectionFile::KeepAside(const std::string& why) {
   // Another process may have put it aside and begun a sound one.
-  if (StampOnDisk() != stamp_) return true;
+  if (StateOf(file_) != stamp_) return true;
   const fs::path aside = FreeNameAside(file_);
   std::error_code error;
   fs::rename(file_, aside, error);
   if (error) {
-    problems_.push_back(file_.string() + " can't be read (" + why + ") and can't be renamed (" +
+    problems_.push_back(PathText(file_) + " can't be read (" + why + ") and can't be renamed (" +
                         error.message() + "). Until it's gone, nothing is saved to it.");
     return false;
   }
-  problems_.push_back(file_.string() + " can't be read (" + why + "). It was kept as " +
-                      aside.filename().string() + ", and a new one begins.");
+  problems_.push_back(PathText(file_) + " can't be read (" + why + "). It was kept as " +
+                      PathText(aside.filename()) + ", and a new one begins.");
   stamp_ = {};
   return true;
 }

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "platform/section_text.h"
+#include "platform/whole_file.h"
 
 namespace velumar {
 
@@ -33,25 +33,13 @@ class SectionFile {
   std::vector<std::string> TakeProblems();
 
  private:
-  // Tells one state of the file on disk from another.
-  struct Stamp {
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    std::int64_t seconds = 0;
-    std::int64_t nanoseconds = 0;
-    std::int64_t size = kNoFile;
-    bool operator==(const Stamp&) const = default;
-  };
-  static constexpr std::int64_t kNoFile = -1;
-
-  Stamp StampOnDisk() const;
   void Refresh();
-  void Load(const Stamp& stamp);
+  void Load(const FileState& stamp);
   bool KeepAside(const std::string& why);
 
   std::filesystem::path file_;
   Sections sections_;
-  Stamp stamp_;
+  FileState stamp_;
   bool blocked_ = false;
   std::vector<std::string> problems_;
 };

@@ -1,24 +1,17 @@
 #include "cli/sandbox.h"
 
-#include <unistd.h>
-
-#include <atomic>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 
 #include "cli/cli_program.h"
+#include "support/fresh_folder.h"
 
 namespace velumar {
 
 namespace fs = std::filesystem;
 
-Sandbox::Sandbox() {
-  static std::atomic<int> count = 0;
-  folder_ = fs::temp_directory_path() /
-            ("velumar-cli-test-" + std::to_string(getpid()) + "-" + std::to_string(++count));
-  fs::create_directory(folder_);
-}
+Sandbox::Sandbox() : folder_(FreshFolder()) {}
 
 Sandbox::~Sandbox() {
   std::error_code ignored;

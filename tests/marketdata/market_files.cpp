@@ -1,7 +1,5 @@
 #include "marketdata/market_files.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <cmath>
 #include <fstream>
@@ -9,6 +7,7 @@
 
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_reader.h"
+#include "support/fresh_folder.h"
 
 namespace velumar {
 
@@ -44,10 +43,7 @@ std::string Header(std::size_t size, const std::vector<Listed>& securities, int 
 
 }  // namespace
 
-Scratch::Scratch() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "velumar-test-XXXXXX").string();
-  path_ = mkdtemp(pattern.data());
-}
+Scratch::Scratch() : path_(FreshFolder()) {}
 
 Scratch::Scratch(const Scratch& other) : Scratch() {
   std::filesystem::copy(other.path_, path_, std::filesystem::copy_options::recursive);

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "platform/clock_system.h"
+#include "platform/command_line.h"
 #include "platform/temp_folder.h"
 
 namespace velumar {

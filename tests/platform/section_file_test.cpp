@@ -10,7 +10,7 @@
 #include <random>
 #include <system_error>
 
-#include "platform/posix_file.h"
+#include "platform/whole_file.h"
 #include "platform/settings_file.h"
 #include "platform/temp_folder.h"
 

@@ -1,16 +1,13 @@
 #include "platform/temp_folder.h"
 
-#include <stdlib.h>
-
 #include <fstream>
 #include <iterator>
 
+#include "support/fresh_folder.h"
+
 namespace velumar {
 
-TempFolder::TempFolder() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "velumar-XXXXXX").string();
-  path_ = ::mkdtemp(pattern.data());
-}
+TempFolder::TempFolder() : path_(FreshFolder()) {}
 
 TempFolder::~TempFolder() {
   std::error_code ignored;

@@ -1,4 +1,4 @@
-#include "platform/user_files_posix.h"
+#include "platform/user_files.h"
 
 #include <cstdlib>
 

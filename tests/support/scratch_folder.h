@@ -6,15 +6,14 @@
 #include <map>
 #include <string>
 
+#include "support/fresh_folder.h"
+
 namespace velumar {
 
 // A folder of its own that goes away with the test.
 class ScratchFolder {
  public:
-  ScratchFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "velumar-XXXXXX").string();
-    path_ = mkdtemp(name.data());
-  }
+  ScratchFolder() : path_(FreshFolder()) {}
   ~ScratchFolder() {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);

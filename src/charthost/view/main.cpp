@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QCommandLineParser>
-#include <csignal>
 #include <iostream>
 
 #include "charthost/series_source.h"
@@ -10,6 +9,7 @@
 #include "charthost/view/settings_store.h"
 #include "charthost/view/theme.h"
 #include "marketdata/index_cache.h"
+#include "platform/console.h"
 
 namespace {
 
@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
       QStringLiteral("Print a line of JSON after each change of the open charts."));
   parser.addOption(state);
   parser.process(WithoutForeignSwitches(QApplication::arguments()));
-  std::signal(SIGPIPE, SIG_IGN);  // whoever read the lines may go away before us
+  velumar::IgnoreClosedPipes();  // whoever read the lines may go away before us
 
   velumar::InstallStyle();
   QApplication::setWindowIcon(velumar::ProgramIcon());

@@ -138,6 +138,12 @@ void OpenDialog::Start(const QString& folder) {
 void OpenDialog::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   folder_line_->setFocus();
+  plate_.PutUp();
+}
+
+void OpenDialog::hideEvent(QHideEvent* event) {
+  QDialog::hideEvent(event);
+  plate_.TakeDown();
 }
 
 void OpenDialog::Leave() {

@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "charthost/series_source.h"
+#include "charthost/view/dialog_plate.h"
 
 class QComboBox;
 class QFileDialog;
@@ -41,6 +42,7 @@ class OpenDialog : public QDialog {
 
  protected:
   void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
@@ -75,6 +77,7 @@ class OpenDialog : public QDialog {
   bool had_focus_ = false;  // since it was last started
   QTimer look_;
   int looks_ = 0;
+  DialogPlate plate_;
 };
 
 }  // namespace velumar

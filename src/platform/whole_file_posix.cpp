@@ -1,4 +1,4 @@
-#include "platform/posix_file.h"
+#include "platform/whole_file.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -10,6 +10,8 @@
 #include <chrono>
 #include <system_error>
 #include <thread>
+
+#include "platform/descriptor.h"
 
 namespace velumar {
 
@@ -58,19 +60,6 @@ void FlushFolder(const fs::path& folder) {
 
 }  // namespace
 
-Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
-  if (this != &other) {
-    Close();
-    fd_ = std::exchange(other.fd_, -1);
-  }
-  return *this;
-}
-
-void Descriptor::Close() {
-  if (fd_ >= 0) ::close(fd_);
-  fd_ = -1;
-}
-
 std::string ReadWholeFile(const fs::path& file) {
   const Descriptor descriptor = OpenOrFail(file, O_RDONLY, "can't be read");
   std::string bytes;
@@ -84,7 +73,7 @@ std::string ReadWholeFile(const fs::path& file) {
   }
 }
 
-void ReplaceFile(const fs::path& file, std::string_view bytes) {
+void ReplaceWholeFile(const fs::path& file, std::string_view bytes) {
   // A link to a file elsewhere stays a link.
   const fs::path target = fs::weakly_canonical(file);
   MakeFolders(target.parent_path());
@@ -104,17 +93,30 @@ void ReplaceFile(const fs::path& file, std::string_view bytes) {
   FlushFolder(target.parent_path());
 }
 
-FileLock::FileLock(const fs::path& file) {
+struct FileLock::Held {
+  Descriptor descriptor;
+};
+
+FileLock::FileLock(const fs::path& file) : held_(std::make_unique<Held>()) {
   using Clock = std::chrono::steady_clock;
   MakeFolders(file.parent_path());
-  descriptor_ = OpenOrFail(file, O_RDWR | O_CREAT, "can't be written");
+  held_->descriptor = OpenOrFail(file, O_RDWR | O_CREAT, "can't be written");
   const auto end = Clock::now() + std::chrono::seconds(5);
-  while (::flock(descriptor_.Get(), LOCK_EX | LOCK_NB) != 0) {
+  while (::flock(held_->descriptor.Get(), LOCK_EX | LOCK_NB) != 0) {
     if (errno == ENOLCK || errno == EOPNOTSUPP || errno == ENOSYS) return;
     if (errno != EWOULDBLOCK && errno != EINTR) Fail(errno, file, "can't be locked");
     if (Clock::now() >= end) Fail(EBUSY, file, "is locked by another program");
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
+}
+
+FileLock::~FileLock() = default;
+
+FileState StateOf(const fs::path& file) {
+  struct stat status {};
+  if (::stat(file.c_str(), &status) != 0) return {};
+  return {status.st_dev, status.st_ino, status.st_mtim.tv_sec, status.st_mtim.tv_nsec,
+          status.st_size};
 }
 
 }  // namespace velumar

@@ -8,6 +8,13 @@
 
 namespace velumar {
 
+// A loop of the toolkit ends with the application.
+class QtEventLoop::QuitWatch {};
+
+QtEventLoop::QtEventLoop() = default;
+
+QtEventLoop::~QtEventLoop() = default;
+
 void QtEventLoop::ProcessPending() { QCoreApplication::processEvents(); }
 
 void QtEventLoop::WaitFor(std::chrono::milliseconds time) {

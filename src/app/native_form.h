@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QSize>
+#include <QWidget>
+
+namespace velumar {
+
+// What the window system of this platform does to a window's form.
+
+// Whether windows may be see-through in places, pixel by pixel.
+bool WindowsMayBlend();
+// Cuts the corners by ellipses of that size, in logical pixels.
+void CutCorners(QWidget& window, const QSize& corners);
+// From 0, invisible, to 255, solid.
+void SetAlpha(QWidget& window, int alpha);
+// Lets the window system move the window until the left button is released; false where it can't.
+bool MoveWithMouse(QWidget& window);
+
+}  // namespace velumar

@@ -1,0 +1,37 @@
+#include <cmath>
+
+#include "app/native_form.h"
+#include "platform/windows/window_form.h"
+
+namespace velumar {
+
+namespace {
+
+bool HasNativeWindow(const QWidget& window) {
+  return QGuiApplication::platformName() == QLatin1String("windows") && window.isWindow();
+}
+
+}  // namespace
+
+// One opacity for the whole window, which excludes blending by pixels.
+bool WindowsMayBlend() { return false; }
+
+void CutCorners(QWidget& window, const QSize& corners) {
+  if (!HasNativeWindow(window)) return;
+  const double scale = window.devicePixelRatioF();
+  const auto pixels = [scale](int logical) { return static_cast<int>(std::lround(logical * scale)); };
+  RoundNativeWindow(window.winId(), pixels(window.width()), pixels(window.height()),
+                    pixels(corners.width()), pixels(corners.height()));
+}
+
+void SetAlpha(QWidget& window, int alpha) {
+  if (HasNativeWindow(window)) SetNativeAlpha(window.winId(), alpha);
+}
+
+bool MoveWithMouse(QWidget& window) {
+  if (!HasNativeWindow(window)) return false;
+  DragNativeWindow(window.winId());
+  return true;
+}
+
+}  // namespace velumar

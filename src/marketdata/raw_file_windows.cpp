@@ -1,0 +1,230 @@
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/windows_text.h"
+#include "marketdata/file_error.h"
+#include "marketdata/raw_file.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::int64_t kLongestTick = 20'000'000;
+// Everybody may go on reading, writing and replacing a file that is open here.
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+std::int64_t Nanoseconds(const FILETIME& time) {
+  constexpr std::int64_t kUnixEpoch = 116'444'736'000'000'000;  // in 100 nanoseconds since 1601
+  const auto ticks = static_cast<std::int64_t>((std::uint64_t{time.dwHighDateTime} << 32) |
+                                               time.dwLowDateTime);
+  return (ticks - kUnixEpoch) * 100;
+}
+
+FILETIME Now() {
+  FILETIME now{};
+  ::GetSystemTimePreciseAsFileTime(&now);
+  return now;
+}
+
+HANDLE Native(int handle) {
+  return reinterpret_cast<HANDLE>(_get_osfhandle(handle));  // NOLINT: what the runtime gives
+}
+
+std::optional<FileStamp> StampFrom(HANDLE handle) {
+  BY_HANDLE_FILE_INFORMATION info{};
+  if (::GetFileInformationByHandle(handle, &info) == 0) return std::nullopt;
+  return FileStamp{
+      .device = info.dwVolumeSerialNumber,
+      .inode = (std::uint64_t{info.nFileIndexHigh} << 32) | info.nFileIndexLow,
+      .size =
+          static_cast<std::int64_t>((std::uint64_t{info.nFileSizeHigh} << 32) | info.nFileSizeLow),
+      .changed_ns = Nanoseconds(info.ftLastWriteTime)};
+}
+
+DWORD Disposition(RawFile::Mode mode) {
+  switch (mode) {
+    case RawFile::Mode::kCreate:
+      return OPEN_ALWAYS;
+    case RawFile::Mode::kRenew:
+      return CREATE_ALWAYS;
+    default:
+      return OPEN_EXISTING;
+  }
+}
+
+DWORD Access(RawFile::Mode mode) {
+  if (mode == RawFile::Mode::kRead) return GENERIC_READ;
+  const DWORD change = GENERIC_READ | GENERIC_WRITE;
+  // A file can only be renamed by a handle that might also delete it.
+  return mode == RawFile::Mode::kRenew ? change | DELETE : change;
+}
+
+int Open(const std::filesystem::path& path, RawFile::Mode mode) {
+  const HANDLE handle = ::CreateFileW(path.c_str(), Access(mode), kShareAll, nullptr,
+                                      Disposition(mode), FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) {
+    const DWORD code = ::GetLastError();
+    const DWORD attributes = ::GetFileAttributesW(path.c_str());
+    const bool folder =
+        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    errno = folder ? EISDIR : ErrorNumber(code);
+    return -1;
+  }
+  return _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY);
+}
+
+OVERLAPPED At(std::int64_t offset) {
+  OVERLAPPED place{};
+  place.Offset = static_cast<DWORD>(offset);
+  place.OffsetHigh = static_cast<DWORD>(static_cast<std::uint64_t>(offset) >> 32);
+  return place;
+}
+
+// In the place of a file that others may have open: they keep the old one.
+bool RenameUnderReaders(HANDLE handle, const std::filesystem::path& target) {
+  constexpr auto kRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
+  constexpr DWORD kReplaceAsPosix = 0x1 | 0x2;
+  const std::wstring name = std::filesystem::absolute(target).wstring();
+  const std::size_t name_bytes = name.size() * sizeof(wchar_t);
+  std::vector<std::byte> buffer(sizeof(FILE_RENAME_INFO) + name_bytes);
+  auto& info = *reinterpret_cast<FILE_RENAME_INFO*>(buffer.data());
+  std::memcpy(&info, &kReplaceAsPosix, sizeof kReplaceAsPosix);
+  info.FileNameLength = static_cast<DWORD>(name_bytes);
+  std::memcpy(info.FileName, name.data(), name_bytes);
+  return ::SetFileInformationByHandle(handle, kRenameInfoEx, &info,
+                                      static_cast<DWORD>(buffer.size())) != 0;
+}
+
+bool Move(const std::filesystem::path& from, const std::filesystem::path& to) {
+  return ::MoveFileExW(from.c_str(), to.c_str(),
+                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+// A name in the folder that nobody has or looks at.
+std::filesystem::path NameAside(const std::filesystem::path& folder) {
+  static std::atomic<unsigned> count = 0;
+  return folder / (".velumar.old-" + std::to_string(::GetCurrentProcessId()) + "-" +
+                   std::to_string(++count));
+}
+
+// For disks that know no renaming under readers. A file that somebody has open moves out of the way
+// first; it goes when the last one closes it.
+bool RenameByMoving(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (Move(from, to)) return true;
+  const DWORD code = ::GetLastError();
+  const std::filesystem::path aside = NameAside(to.parent_path());
+  if (!Move(to, aside)) {
+    ::SetLastError(code);
+    return false;
+  }
+  if (Move(from, to)) {
+    ::DeleteFileW(aside.c_str());
+    return true;
+  }
+  const DWORD refusal = ::GetLastError();
+  Move(aside, to);
+  ::SetLastError(refusal);
+  return false;
+}
+
+}  // namespace
+
+bool FileStamp::IsSettled() const { return Nanoseconds(Now()) - changed_ns > kLongestTick; }
+
+std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
+  const HANDLE handle = ::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr,
+                                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
+  const std::optional<FileStamp> stamp = StampFrom(handle);
+  ::CloseHandle(handle);
+  return stamp;
+}
+
+RawFile::RawFile(const std::filesystem::path& path, Mode mode)
+    : path_(path), handle_(Open(path, mode)) {
+  if (handle_ < 0) {
+    if (mode == Mode::kRead) ThrowReadFailed(path_, errno);
+    ThrowWriteFailed(path_, errno);
+  }
+}
+
+RawFile::~RawFile() {
+  if (handle_ >= 0) _close(handle_);
+}
+
+RawFile::RawFile(RawFile&& other) noexcept
+    : path_(std::move(other.path_)), handle_(std::exchange(other.handle_, -1)) {}
+
+RawFile& RawFile::operator=(RawFile&& other) noexcept {
+  std::swap(path_, other.path_);
+  std::swap(handle_, other.handle_);
+  return *this;
+}
+
+std::size_t RawFile::ReadAt(std::int64_t offset, ByteSpan into) const {
+  std::size_t done = 0;
+  while (done < into.size()) {
+    OVERLAPPED place = At(offset + static_cast<std::int64_t>(done));
+    DWORD got = 0;
+    if (::ReadFile(Native(handle_), into.data() + done, static_cast<DWORD>(into.size() - done),
+                   &got, &place) == 0) {
+      const DWORD code = ::GetLastError();
+      if (code == ERROR_HANDLE_EOF) break;
+      ThrowReadFailed(path_, ErrorNumber(code));
+    }
+    if (got == 0) break;
+    done += got;
+  }
+  return done;
+}
+
+void RawFile::WriteAt(std::int64_t offset, ByteView bytes) {
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    OVERLAPPED place = At(offset + static_cast<std::int64_t>(done));
+    DWORD put = 0;
+    if (::WriteFile(Native(handle_), bytes.data() + done, static_cast<DWORD>(bytes.size() - done),
+                    &put, &place) == 0) {
+      ThrowWriteFailed(path_, ErrorNumber(::GetLastError()));
+    }
+    done += put;
+  }
+}
+
+void RawFile::Truncate(std::int64_t size) {
+  FILE_END_OF_FILE_INFO info{};
+  info.EndOfFile.QuadPart = size;
+  if (::SetFileInformationByHandle(Native(handle_), FileEndOfFileInfo, &info, sizeof info) == 0) {
+    ThrowWriteFailed(path_, ErrorNumber(::GetLastError()));
+  }
+}
+
+void RawFile::RenameTo(const std::filesystem::path& target) {
+  const bool renamed = RenameUnderReaders(Native(handle_), target) ||
+                       RenameByMoving(path_, target);
+  if (!renamed) ThrowWriteFailed(target, ErrorNumber(::GetLastError()));
+  // Others mostly allow no handle beside theirs that might delete the file.
+  *this = RawFile(target, Mode::kChange);
+}
+
+FileStamp RawFile::Stamp() const {
+  const std::optional<FileStamp> stamp = StampFrom(Native(handle_));
+  if (!stamp) ThrowReadFailed(path_, ErrorNumber(::GetLastError()));
+  return *stamp;
+}
+
+void RawFile::StampNow() {
+  const FILETIME now = Now();
+  // A refusal leaves the time of the change itself, which serves too.
+  ::SetFileTime(Native(handle_), nullptr, nullptr, &now);
+}
+
+}  // namespace velumar

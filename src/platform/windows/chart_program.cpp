@@ -1,0 +1,85 @@
+#include "platform/windows/chart_program.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <functional>
+
+#include "base/paths.h"
+#include "base/text.h"
+#include "base/windows_text.h"
+#include "platform/windows/handle.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kProgramFile = "MSWIN.EXE";
+constexpr std::string_view kFileDialog = "Open";
+
+// Keeps the windows that the test accepts, if any is accepted.
+void Prefer(std::vector<HWND>& windows, const std::function<bool(HWND)>& accepts) {
+  std::vector<HWND> accepted;
+  std::copy_if(windows.begin(), windows.end(), std::back_inserter(accepted), accepts);
+  if (!accepted.empty()) windows = std::move(accepted);
+}
+
+// The file that the window's process runs; empty where that isn't told.
+std::string ProgramOf(HWND window) {
+  const NativeHandle process =
+      OwnedHandle(::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, ProcessOf(window)));
+  std::array<wchar_t, 32768> path{};
+  auto length = static_cast<DWORD>(path.size());
+  if (!process || ::QueryFullProcessImageNameW(process.get(), 0, path.data(), &length) == 0) {
+    return {};
+  }
+  return PathText(std::filesystem::path(std::wstring(path.data(), length)).filename());
+}
+
+}  // namespace
+
+std::string TitleOf(HWND window) {
+  const int length = ::GetWindowTextLengthW(window);
+  if (length <= 0) return {};
+  std::wstring title(static_cast<std::size_t>(length) + 1, L'\0');
+  const int copied = ::GetWindowTextW(window, title.data(), length + 1);
+  return Utf8Text({title.data(), static_cast<std::size_t>(std::max(copied, 0))});
+}
+
+std::vector<HWND> AllTopLevelWindows() {
+  std::vector<HWND> windows;
+  // A window that is raised meanwhile would send the walk over the same ones again.
+  constexpr std::size_t kMost = 10000;
+  for (HWND window = ::GetWindow(::GetDesktopWindow(), GW_CHILD);
+       window != nullptr && windows.size() < kMost; window = ::GetWindow(window, GW_HWNDNEXT)) {
+    windows.push_back(window);
+  }
+  return windows;
+}
+
+DWORD ProcessOf(HWND window) {
+  DWORD process = 0;
+  ::GetWindowThreadProcessId(window, &process);
+  return process;
+}
+
+std::vector<HWND> WindowsChartProgram::MainWindows() const {
+  std::vector<HWND> windows = AllTopLevelWindows();
+  std::erase_if(windows, [&](HWND window) {
+    return ::IsWindowVisible(window) == 0 || !TitleOf(window).starts_with(host_title_);
+  });
+  Prefer(windows, [](HWND window) { return UpperCased(ProgramOf(window)) == kProgramFile; });
+  Prefer(windows, [&](HWND window) { return TitleOf(window) == host_title_; });
+  return windows;
+}
+
+bool WindowsChartProgram::TakesKeys(HWND window) const {
+  const std::string title = TitleOf(window);
+  if (title != kFileDialog && !title.starts_with(host_title_)) return false;
+  const std::vector<HWND> main = MainWindows();
+  return std::any_of(main.begin(), main.end(), [&](HWND main_window) {
+    return ProcessOf(main_window) == ProcessOf(window);
+  });
+}
+
+}  // namespace velumar

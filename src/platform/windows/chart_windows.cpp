@@ -1,0 +1,130 @@
+#include "platform/windows/chart_windows.h"
+
+#include <windows.h>
+
+#include <optional>
+
+#include "platform/windows/chart_program.h"
+#include "platform/windows/serving_wait.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr DWORD kActivationPatienceMs = 500;
+constexpr DWORD kLookMs = 5;
+
+HWND Native(WindowId window) {
+  return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window));
+}
+
+std::optional<HWND> WithTitle(std::string_view title) {
+  std::optional<HWND> beginning;
+  for (const HWND window : AllTopLevelWindows()) {
+    if (::IsWindowVisible(window) == 0) continue;
+    const std::string text = TitleOf(window);
+    if (text == title) return window;
+    if (!beginning && text.starts_with(title)) beginning = window;
+  }
+  return beginning;
+}
+
+// Windows that share their input may pass the focus on to each other.
+class SharedInput {
+ public:
+  explicit SharedInput(DWORD other_thread)
+      : other_(other_thread),
+        shared_(other_ != 0 && other_ != kOwn &&
+                ::AttachThreadInput(kOwn, other_, TRUE) != 0) {}
+  ~SharedInput() {
+    if (shared_) ::AttachThreadInput(kOwn, other_, FALSE);
+  }
+  SharedInput(const SharedInput&) = delete;
+  SharedInput& operator=(const SharedInput&) = delete;
+
+ private:
+  const DWORD kOwn = ::GetCurrentThreadId();
+  DWORD other_;
+  bool shared_;
+};
+
+void PressAlt(bool down) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = VK_MENU;
+  input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
+  ::SendInput(1, &input, sizeof input);
+}
+
+bool IsInFront(HWND window) { return ::GetForegroundWindow() == window; }
+
+// A program in the background may not simply take the focus. It may give it away when it shares the
+// input of the program that has it, and whoever's key went down last may too: Alt is let go in the
+// new window, where it opens no menu without having gone down.
+void TakeFocus(HWND window) {
+  ::SetForegroundWindow(window);
+  if (IsInFront(window)) return;
+  {
+    const SharedInput shared(::GetWindowThreadProcessId(::GetForegroundWindow(), nullptr));
+    ::BringWindowToTop(window);
+    ::SetForegroundWindow(window);
+  }
+  if (IsInFront(window)) return;
+  PressAlt(true);
+  ::SetForegroundWindow(window);
+  PressAlt(false);
+}
+
+}  // namespace
+
+std::vector<WindowId> WindowsChartWindows::TopLevelWindows() {
+  std::vector<WindowId> windows;
+  for (const HWND window : AllTopLevelWindows()) {
+    windows.push_back(reinterpret_cast<std::uintptr_t>(window));
+  }
+  return windows;
+}
+
+std::string WindowsChartWindows::WindowTitle(WindowId window) { return TitleOf(Native(window)); }
+
+bool WindowsChartWindows::IsWindowVisible(WindowId window) {
+  return ::IsWindowVisible(Native(window)) != 0;
+}
+
+bool WindowsChartWindows::HasOwner(WindowId window) {
+  return ::GetWindow(Native(window), GW_OWNER) != nullptr;
+}
+
+void WindowsChartWindows::Maximize(WindowId window) {
+  WINDOWPLACEMENT placement{};
+  placement.length = sizeof placement;
+  if (::GetWindowPlacement(Native(window), &placement) == 0) return;
+  placement.showCmd = SW_SHOWMAXIMIZED;
+  ::SetWindowPlacement(Native(window), &placement);
+}
+
+bool WindowsChartWindows::BringToFront(std::string_view title) {
+  std::optional<HWND> window;
+  if (title == host_title_) {
+    const std::vector<HWND> main = WindowsChartProgram(host_title_).MainWindows();
+    if (!main.empty()) window = main.front();
+  } else {
+    window = WithTitle(title);
+  }
+  if (!window) return false;
+  // A program that hangs must not hang this one: it is only asked.
+  if (::IsIconic(*window) != 0) ::ShowWindowAsync(*window, SW_RESTORE);
+  // Where a window has a dialog open, the dialog is what can have the focus.
+  const HWND target = ::IsWindowEnabled(*window) != 0 ? *window : ::GetLastActivePopup(*window);
+  if (!IsInFront(target)) TakeFocus(target);
+  for (DWORD waited = 0; !IsInFront(target) && waited < kActivationPatienceMs; waited += kLookMs) {
+    WaitServingOthers(kLookMs);
+  }
+  return true;
+}
+
+bool WindowsChartWindows::DialogExists(std::string_view window_class, std::string_view title) {
+  return ::FindWindowA(std::string(window_class).c_str(), std::string(title).c_str()) != nullptr;
+}
+
+}  // namespace velumar

@@ -1,0 +1,81 @@
+#include "platform/windows/programs.h"
+
+#include <windows.h>
+// Behind windows.h, whose names it needs.
+#include <shellapi.h>
+
+#include <cstdio>
+#include <iostream>
+#include <stdexcept>
+
+#include "base/windows_text.h"
+#include "platform/command_line.h"
+#include "platform/process_end.h"
+#include "platform/windows/handle.h"
+
+namespace velumar {
+
+namespace {
+
+[[noreturn]] void FailToStart(const std::string& program, DWORD code) {
+  throw std::runtime_error("the program " + program +
+                           " can't be started: " + SystemErrorText(code));
+}
+
+}  // namespace
+
+// Backslashes only mean something in front of a quote: each is doubled there.
+std::wstring QuotedArgument(std::string_view argument) {
+  const std::wstring text = WideText(argument);
+  if (!text.empty() && text.find_first_of(L" \t\"") == std::wstring::npos) return text;
+  std::wstring quoted = L"\"";
+  std::size_t backslashes = 0;
+  for (const wchar_t c : text) {
+    if (c == L'"') quoted.append(backslashes + 1, L'\\');
+    backslashes = c == L'\\' ? backslashes + 1 : 0;
+    quoted += c;
+  }
+  quoted.append(backslashes, L'\\');
+  return quoted + L'"';
+}
+
+void WindowsPrograms::Start(std::string_view command_line) {
+  std::vector<std::string> command = SplitCommandLine(command_line);
+  command.insert(command.end(), extra_arguments_.begin(), extra_arguments_.end());
+  // Always in quotes, so that no other program can be taken for it.
+  std::wstring line = L"\"" + WideText(command.front()) + L"\"";
+  for (std::size_t i = 1; i < command.size(); ++i) line += L" " + QuotedArgument(command[i]);
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESHOWWINDOW;
+  startup.wShowWindow = SW_SHOWNORMAL;
+  PROCESS_INFORMATION started{};
+  if (::CreateProcessW(WideText(command.front()).c_str(), line.data(), nullptr, nullptr, FALSE, 0,
+                       nullptr, nullptr, &startup, &started) == 0) {
+    FailToStart(command.front(), ::GetLastError());
+  }
+  const NativeHandle process = OwnedHandle(started.hProcess);
+  const NativeHandle thread = OwnedHandle(started.hThread);
+  // Its window comes up with the focus.
+  ::AllowSetForegroundWindow(started.dwProcessId);
+}
+
+void WindowsPrograms::OpenInBrowser(std::string_view address) {
+  constexpr std::intptr_t kLastError = 32;
+  const HINSTANCE answer = ::ShellExecuteW(nullptr, L"open", WideText(address).c_str(), nullptr,
+                                           nullptr, SW_SHOWNORMAL);
+  if (reinterpret_cast<std::intptr_t>(answer) > kLastError) return;
+  throw std::runtime_error("there is no program to open " + std::string(address) +
+                           " with: " + SystemErrorText(::GetLastError()));
+}
+
+void WindowsPrograms::EndProcess() { EndProcessAtOnce(0); }
+
+void EndProcessAtOnce(int code) {
+  std::cout.flush();
+  std::fflush(nullptr);
+  ::TerminateProcess(::GetCurrentProcess(), static_cast<UINT>(code));
+  std::abort();
+}
+
+}  // namespace velumar

@@ -1,0 +1,72 @@
+#include "platform/user_files.h"
+
+#include <windows.h>
+
+#include <array>
+#include <string>
+#include <system_error>
+
+namespace velumar {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path Environment(const wchar_t* name) {
+  std::array<wchar_t, 32768> text{};
+  const DWORD length =
+      ::GetEnvironmentVariableW(name, text.data(), static_cast<DWORD>(text.size()));
+  return fs::path(std::wstring(text.data(), length));
+}
+
+// This user's folder on this machine.
+fs::path UserFolder() {
+  fs::path local = Environment(L"LOCALAPPDATA");
+  if (!local.is_absolute()) local = Environment(L"USERPROFILE") / "AppData" / "Local";
+  return local / "Velumar";
+}
+
+// Attributes don't tell: only a file that is made shows it.
+bool CanWriteIn(const fs::path& folder) {
+  const fs::path probe =
+      folder / (".velumar-" + std::to_string(::GetCurrentProcessId()) + ".probe");
+  const HANDLE handle = ::CreateFileW(probe.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                      FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return false;
+  ::CloseHandle(handle);
+  return true;
+}
+
+}  // namespace
+
+fs::path UserFile(std::string_view name) { return UserFolder() / name; }
+
+fs::path LedgerFile(const fs::path& program_folder) {
+  constexpr const char* kName = "Portfolio.mdb";
+  if (CanWriteIn(program_folder)) return program_folder / kName;
+  std::error_code told_by_the_ledger;
+  fs::create_directories(UserFolder(), told_by_the_ledger);
+  return UserFolder() / kName;
+}
+
+fs::path SampleDirectory(const fs::path& program_folder) {
+  const fs::path shared = program_folder / "samples";
+  if (!fs::exists(shared) || CanWriteIn(shared)) return shared;
+  fs::path own = UserFolder() / "samples";
+  if (fs::exists(own)) return own;
+  // Whole or not at all.
+  const fs::path unfinished =
+      UserFolder() / (".samples-" + std::to_string(::GetCurrentProcessId()));
+  try {
+    fs::create_directories(unfinished.parent_path());
+    fs::copy(shared, unfinished, fs::copy_options::recursive);
+    fs::rename(unfinished, own);
+  } catch (const fs::filesystem_error&) {
+    std::error_code first_one_counts;
+    fs::remove_all(unfinished, first_one_counts);
+    throw;
+  }
+  return own;
+}
+
+}  // namespace velumar

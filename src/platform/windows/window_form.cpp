@@ -1,0 +1,38 @@
+#include "platform/windows/window_form.h"
+
+#include <windows.h>
+
+namespace velumar {
+
+namespace {
+
+HWND Native(NativeWindow window) { return reinterpret_cast<HWND>(window); }
+
+}  // namespace
+
+void RoundNativeWindow(NativeWindow window, int width, int height, int corner_width,
+                       int corner_height) {
+  const HRGN region = ::CreateRoundRectRgn(0, 0, width, height, corner_width, corner_height);
+  // From then on the region is the window's.
+  if (::SetWindowRgn(Native(window), region, TRUE) == 0) ::DeleteObject(region);
+}
+
+void SetNativeAlpha(NativeWindow window, int alpha) {
+  constexpr int kSolid = 255;
+  if (alpha < 0 || alpha > kSolid) return;
+  const LONG style = ::GetWindowLongA(Native(window), GWL_EXSTYLE);
+  ::SetWindowLongA(Native(window), GWL_EXSTYLE, style | WS_EX_LAYERED);
+  ::SetLayeredWindowAttributes(Native(window), 0, static_cast<BYTE>(alpha), LWA_ALPHA);
+}
+
+void KeepNativeOnTop(NativeWindow window) {
+  ::SetWindowPos(Native(window), HWND_TOPMOST, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+void DragNativeWindow(NativeWindow window) {
+  ::ReleaseCapture();
+  ::SendMessageA(Native(window), WM_NCLBUTTONDOWN, HTCAPTION, 0);
+}
+
+}  // namespace velumar

@@ -1,0 +1,176 @@
+#include <windows.h>
+
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "base/windows_text.h"
+#include "platform/key_notation.h"
+#include "platform/windows/chart_windows.h"
+#include "platform/windows/key_sender.h"
+
+namespace velumar {
+namespace {
+
+using std::chrono_literals::operator""ms;
+
+constexpr const char* kHost = "VelumarTestHost";
+
+// A window with a thread of its own, as another program's: a line to type into.
+class TypingWindow {
+ public:
+  explicit TypingWindow(std::string title) : title_(WideText(title)), thread_([this] { Run(); }) {
+    while (window_ == nullptr) std::this_thread::sleep_for(1ms);
+  }
+  ~TypingWindow() {
+    busy_ms_ = 0;
+    ::PostThreadMessageW(::GetWindowThreadProcessId(window_, nullptr), WM_QUIT, 0, 0);
+  }
+  TypingWindow(const TypingWindow&) = delete;
+  TypingWindow& operator=(const TypingWindow&) = delete;
+
+  HWND Window() const { return window_; }
+  // Every key takes that long from now on.
+  void Linger(int ms) { busy_ms_ = ms; }
+  // What has been typed since the last call, without asking the window's thread.
+  std::string Taken() { return Utf8Text(std::exchange(text_, {})); }
+
+ private:
+  void Run() {
+    const HWND window =
+        ::CreateWindowExW(0, L"STATIC", title_.c_str(), WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20,
+                          300, 200, nullptr, nullptr, ::GetModuleHandleW(nullptr), nullptr);
+    ::SetFocus(window);
+    window_ = window;
+    MSG message;
+    while (::GetMessageW(&message, nullptr, 0, 0) > 0) Handle(message);
+    ::DestroyWindow(window);
+  }
+
+  void Handle(const MSG& message) {
+    const bool key = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    if (key) std::this_thread::sleep_for(std::chrono::milliseconds(busy_ms_));
+    if (message.message == WM_SYSKEYDOWN && message.wParam != VK_MENU) {
+      text_ += L"<alt " + std::wstring(1, static_cast<wchar_t>(message.wParam)) + L">";
+    } else if (key && message.wParam == VK_END) {
+      text_ += L"<end>";
+    } else if (key && message.wParam == VK_TAB && ::GetKeyState(VK_CONTROL) < 0) {
+      text_ += L"<ctrl tab>";
+    }
+    if (message.message == WM_SYSKEYDOWN || message.message == WM_SYSKEYUP) return;
+    ::TranslateMessage(&message);
+    if (message.message == WM_CHAR) text_ += static_cast<wchar_t>(message.wParam);
+    ::DispatchMessageW(&message);
+  }
+
+  std::wstring title_;
+  std::wstring text_;
+  std::atomic<int> busy_ms_ = 0;
+  std::atomic<HWND> window_ = nullptr;
+  std::jthread thread_;
+};
+
+class WindowsKeysTest : public ::testing::Test {
+ protected:
+  WindowsChartWindows windows{kHost};
+  WindowsKeySender keys{kHost};
+};
+
+TEST_F(WindowsKeysTest, AWindowComesToTheFrontByItsTitle) {
+  TypingWindow host(std::string(kHost) + " - [Alpha]");
+  TypingWindow other("VelumarTestOther");
+  EXPECT_TRUE(windows.BringToFront("VelumarTestOther"));
+  EXPECT_EQ(::GetForegroundWindow(), other.Window());
+  ::ShowWindow(host.Window(), SW_MINIMIZE);
+  EXPECT_TRUE(windows.BringToFront(kHost)) << "by the beginning of the title";
+  EXPECT_EQ(::GetForegroundWindow(), host.Window());
+  EXPECT_EQ(::IsIconic(host.Window()), 0);
+  EXPECT_FALSE(windows.BringToFront("VelumarTestNobody"));
+  EXPECT_EQ(::GetForegroundWindow(), host.Window()) << "a failure changes nothing";
+
+  const auto id = static_cast<WindowId>(reinterpret_cast<std::uintptr_t>(host.Window()));
+  const std::vector<WindowId> all = windows.TopLevelWindows();
+  EXPECT_NE(std::find(all.begin(), all.end(), id), all.end());
+  EXPECT_EQ(windows.WindowTitle(id), std::string(kHost) + " - [Alpha]");
+  EXPECT_TRUE(windows.IsWindowVisible(id));
+  EXPECT_FALSE(windows.HasOwner(id));
+  windows.Maximize(id);
+  EXPECT_NE(::IsZoomed(host.Window()), 0);
+}
+
+TEST_F(WindowsKeysTest, TheFileDialogIsFoundByClassAndTitle) {
+  EXPECT_FALSE(windows.DialogExists("#32770", "VelumarTestOpen"));
+  const HWND dialog = ::CreateWindowExW(0, L"#32770", L"VelumarTestOpen", WS_POPUP, 0, 0, 10, 10,
+                                        nullptr, nullptr, ::GetModuleHandleW(nullptr), nullptr);
+  EXPECT_TRUE(windows.DialogExists("#32770", "VelumarTestOpen"));
+  EXPECT_FALSE(windows.DialogExists("STATIC", "VelumarTestOpen"));
+  ::DestroyWindow(dialog);
+}
+
+TEST_F(WindowsKeysTest, TextsArriveWholeAndInOrder) {
+  TypingWindow host(kHost);
+  ASSERT_TRUE(windows.BringToFront(kHost));
+  host.Taken();
+  const std::string text = "Z:\\B\xC3\xB6rse (100%)\\{a}~+^ \xE2\x82\xAC \xD0\x96\xF0\x9F\x93\x88 Zz";
+  EXPECT_EQ(keys.Send(EscapedKeys(text)), KeyOutcome::kTakenIn);
+  EXPECT_EQ(host.Taken(), text);
+  EXPECT_EQ(keys.Send("{SPACE}{END}S~"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(host.Taken(), " <end>S\r");
+  EXPECT_EQ(keys.Send("%FO^{TAB}x"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(host.Taken(), "<alt F>O<ctrl tab>x");
+  EXPECT_THROW(keys.Send("\x01"), std::invalid_argument);
+}
+
+TEST_F(WindowsKeysTest, ASendReturnsWhenTheKeysAreReadAndNotMuchLater) {
+  TypingWindow host(kHost);
+  ASSERT_TRUE(windows.BringToFront(kHost));
+  host.Taken();
+  host.Linger(30);
+  EXPECT_EQ(keys.Send("abcdefgh"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(host.Taken(), "abcdefgh");
+  host.Linger(4000);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(keys.Send("x"), KeyOutcome::kNotAnswered);
+  const auto time = std::chrono::steady_clock::now() - start;
+  EXPECT_GE(time, 1900ms);
+  EXPECT_LT(time, 3500ms);
+}
+
+TEST_F(WindowsKeysTest, NoOtherWindowEverGetsAKey) {
+  TypingWindow host(kHost);
+  TypingWindow other("VelumarTestOther");
+  ASSERT_TRUE(windows.BringToFront("VelumarTestOther"));
+  EXPECT_EQ(keys.Send("secret"), KeyOutcome::kHeldBack);
+  EXPECT_EQ(other.Taken() + host.Taken(), "");
+}
+
+TEST_F(WindowsKeysTest, APersonsModifierIsWaitedFor) {
+  TypingWindow host(kHost);
+  ASSERT_TRUE(windows.BringToFront(kHost));
+  host.Taken();
+  const auto hold = [](DWORD flags) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = VK_SHIFT;
+    input.ki.dwFlags = flags;
+    ::SendInput(1, &input, sizeof input);
+  };
+  hold(0);
+  auto let_go = std::async(std::launch::async, [&] {
+    std::this_thread::sleep_for(300ms);
+    hold(KEYEVENTF_KEYUP);
+  });
+  EXPECT_EQ(keys.Send("abc"), KeyOutcome::kTakenIn);
+  let_go.wait();
+  EXPECT_EQ(host.Taken(), "abc");
+  hold(0);
+  EXPECT_EQ(keys.Send("abc"), KeyOutcome::kHeldBack);
+  hold(KEYEVENTF_KEYUP);
+  EXPECT_EQ(host.Taken(), "");
+}
+
+}  // namespace
+}  // namespace velumar
