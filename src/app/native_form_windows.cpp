@@ -19,7 +19,9 @@ bool WindowsMayBlend() { return false; }
 void CutCorners(QWidget& window, const QSize& corners) {
   if (!HasNativeWindow(window)) return;
   const double scale = window.devicePixelRatioF();
-  const auto pixels = [scale](int logical) { return static_cast<int>(std::lround(logical * scale)); };
+  const auto pixels = [scale](int logical) {
+    return static_cast<int>(std::lround(logical * scale));
+  };
   RoundNativeWindow(window.winId(), pixels(window.width()), pixels(window.height()),
                     pixels(corners.width()), pixels(corners.height()));
 }

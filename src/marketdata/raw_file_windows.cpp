@@ -23,8 +23,8 @@ constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELE
 
 std::int64_t Nanoseconds(const FILETIME& time) {
   constexpr std::int64_t kUnixEpoch = 116'444'736'000'000'000;  // in 100 nanoseconds since 1601
-  const auto ticks = static_cast<std::int64_t>((std::uint64_t{time.dwHighDateTime} << 32) |
-                                               time.dwLowDateTime);
+  const auto ticks =
+      static_cast<std::int64_t>((std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime);
   return (ticks - kUnixEpoch) * 100;
 }
 
@@ -41,12 +41,11 @@ HANDLE Native(int handle) {
 std::optional<FileStamp> StampFrom(HANDLE handle) {
   BY_HANDLE_FILE_INFORMATION info{};
   if (::GetFileInformationByHandle(handle, &info) == 0) return std::nullopt;
-  return FileStamp{
-      .device = info.dwVolumeSerialNumber,
-      .inode = (std::uint64_t{info.nFileIndexHigh} << 32) | info.nFileIndexLow,
-      .size =
-          static_cast<std::int64_t>((std::uint64_t{info.nFileSizeHigh} << 32) | info.nFileSizeLow),
-      .changed_ns = Nanoseconds(info.ftLastWriteTime)};
+  return FileStamp{.device = info.dwVolumeSerialNumber,
+                   .inode = (std::uint64_t{info.nFileIndexHigh} << 32) | info.nFileIndexLow,
+                   .size = static_cast<std::int64_t>((std::uint64_t{info.nFileSizeHigh} << 32) |
+                                                     info.nFileSizeLow),
+                   .changed_ns = Nanoseconds(info.ftLastWriteTime)};
 }
 
 DWORD Disposition(RawFile::Mode mode) {
@@ -208,8 +207,7 @@ void RawFile::Truncate(std::int64_t size) {
 }
 
 void RawFile::RenameTo(const std::filesystem::path& target) {
-  const bool renamed = RenameUnderReaders(Native(handle_), target) ||
-                       RenameByMoving(path_, target);
+  const bool renamed = RenameUnderReaders(Native(handle_), target) || RenameByMoving(path_, target);
   if (!renamed) ThrowWriteFailed(target, ErrorNumber(::GetLastError()));
   // Others mostly allow no handle beside theirs that might delete the file.
   *this = RawFile(target, Mode::kChange);

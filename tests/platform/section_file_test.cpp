@@ -10,9 +10,9 @@
 #include <random>
 #include <system_error>
 
-#include "platform/whole_file.h"
 #include "platform/settings_file.h"
 #include "platform/temp_folder.h"
+#include "platform/whole_file.h"
 
 namespace velumar {
 namespace {

@@ -114,7 +114,8 @@ TEST_F(WindowsKeysTest, TextsArriveWholeAndInOrder) {
   TypingWindow host(kHost);
   ASSERT_TRUE(windows.BringToFront(kHost));
   host.Taken();
-  const std::string text = "Z:\\B\xC3\xB6rse (100%)\\{a}~+^ \xE2\x82\xAC \xD0\x96\xF0\x9F\x93\x88 Zz";
+  const std::string text =
+      "Z:\\B\xC3\xB6rse (100%)\\{a}~+^ \xE2\x82\xAC \xD0\x96\xF0\x9F\x93\x88 Zz";
   EXPECT_EQ(keys.Send(EscapedKeys(text)), KeyOutcome::kTakenIn);
   EXPECT_EQ(host.Taken(), text);
   EXPECT_EQ(keys.Send("{SPACE}{END}S~"), KeyOutcome::kTakenIn);

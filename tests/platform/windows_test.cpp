@@ -53,8 +53,8 @@ TEST(SystemRegistry, KeepsValuesAndTellsByCodesWhatFails) {
   RegistryType type = RegistryType::kDWord;
   std::string bytes;
   EXPECT_EQ(registry.QueryValue(key, "LastPath", type, bytes), 2);
-  for (const std::string& text : {std::string("C:\\Kurse\\\xC3\x9C\xE2\x82\xAC"), std::string(),
-                                  std::string(3000, 'x')}) {
+  for (const std::string& text :
+       {std::string("C:\\Kurse\\\xC3\x9C\xE2\x82\xAC"), std::string(), std::string(3000, 'x')}) {
     EXPECT_EQ(registry.SetValue(key, "LastPath", RegistryType::kString, text), 0);
     EXPECT_EQ(registry.QueryValue(key, "lastpath", type, bytes), 0);
     EXPECT_EQ(type, RegistryType::kString);
@@ -216,8 +216,7 @@ TEST(WindowsPrograms, StartWithTheirArguments) {
   std::filesystem::create_directory(folder / "my charts");
   std::filesystem::copy_file("C:\\windows\\system32\\cmd.exe", folder / "my charts/MSWIN.EXE");
   const std::string told = PathText(folder / "told");
-  WindowsPrograms({"/c", "echo here> " + told})
-      .Start(PathText(folder / "my charts" / "MSWIN.EXE"));
+  WindowsPrograms({"/c", "echo here> " + told}).Start(PathText(folder / "my charts" / "MSWIN.EXE"));
   for (int wait = 0; wait < 500 && StateOf(folder / "told").size <= 0; ++wait) {
     std::this_thread::sleep_for(10ms);
   }
@@ -228,9 +227,9 @@ TEST(WindowsPrograms, StartWithTheirArguments) {
 }
 
 TEST(WindowsPrograms, ArgumentsComeBackAsTheyWere) {
-  const std::vector<std::string> arguments{"plain",  "two words", "",          "a\"b",
-                                           "end\\",  "my dir\\",  "\\\\\"q\"", "C:\\a b\\\\",
-                                           "\xC3\xA9"};
+  const std::vector<std::string> arguments{"plain",     "two words",   "",
+                                           "a\"b",      "end\\",       "my dir\\",
+                                           "\\\\\"q\"", "C:\\a b\\\\", "\xC3\xA9"};
   std::wstring line = L"program";
   for (const std::string& argument : arguments) line += L" " + QuotedArgument(argument);
   int count = 0;

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "base/file_copy.h"
 #include "forms/desktop.h"
 #include "marketdata/index_cache.h"
 #include "platform/virtual_platform.h"
@@ -26,8 +27,7 @@ class SessionFixture : public testing::Test {
     for (const char* name : {"MASTER", "EMASTER", "XMASTER"}) {
       const std::filesystem::path from = std::filesystem::path(data) / name;
       if (!std::filesystem::exists(from)) continue;
-      std::filesystem::copy_file(from, std::filesystem::path(store) / name,
-                                 std::filesystem::copy_options::overwrite_existing);
+      CopyWritable(from, std::filesystem::path(store) / name);
     }
   }
 

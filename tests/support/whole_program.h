@@ -26,7 +26,7 @@ struct WholeProgram {
   void At(int ms, std::function<void()> action) {
     outside.events.Schedule(std::chrono::milliseconds(ms), std::move(action));
   }
-  long Now() const { return outside.events.Now().count(); }
+  long Now() const { return static_cast<long>(outside.events.Now().count()); }
 
   VirtualPlatform outside;
   Platform platform = outside.References();

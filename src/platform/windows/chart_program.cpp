@@ -77,9 +77,8 @@ bool WindowsChartProgram::TakesKeys(HWND window) const {
   const std::string title = TitleOf(window);
   if (title != kFileDialog && !title.starts_with(host_title_)) return false;
   const std::vector<HWND> main = MainWindows();
-  return std::any_of(main.begin(), main.end(), [&](HWND main_window) {
-    return ProcessOf(main_window) == ProcessOf(window);
-  });
+  return std::any_of(main.begin(), main.end(),
+                     [&](HWND main_window) { return ProcessOf(main_window) == ProcessOf(window); });
 }
 
 }  // namespace velumar

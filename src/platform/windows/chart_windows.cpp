@@ -14,9 +14,7 @@ namespace {
 constexpr DWORD kActivationPatienceMs = 500;
 constexpr DWORD kLookMs = 5;
 
-HWND Native(WindowId window) {
-  return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window));
-}
+HWND Native(WindowId window) { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window)); }
 
 std::optional<HWND> WithTitle(std::string_view title) {
   std::optional<HWND> beginning;
@@ -34,8 +32,7 @@ class SharedInput {
  public:
   explicit SharedInput(DWORD other_thread)
       : other_(other_thread),
-        shared_(other_ != 0 && other_ != kOwn &&
-                ::AttachThreadInput(kOwn, other_, TRUE) != 0) {}
+        shared_(other_ != 0 && other_ != kOwn && ::AttachThreadInput(kOwn, other_, TRUE) != 0) {}
   ~SharedInput() {
     if (shared_) ::AttachThreadInput(kOwn, other_, FALSE);
   }

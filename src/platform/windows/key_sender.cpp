@@ -233,7 +233,8 @@ KeyOutcome WindowsKeySender::Send(std::string_view keys) {
   const bool control = std::any_of(strokes.begin(), strokes.end(), [](const KeyStroke& stroke) {
     return stroke.named == NamedKey::kNone && stroke.character < kFirstPrintable;
   });
-  if (control) throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
+  if (control)
+    throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
   return Typing(host_title_).TypeAll(strokes);
 }
 

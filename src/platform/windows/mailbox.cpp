@@ -48,9 +48,8 @@ WindowsMailbox::WindowsMailbox(std::string_view name, std::function<void(const M
     : box_(std::make_unique<Box>()) {
   box_->receive = std::move(receive);
   Box::RegisterClass();
-  box_->window =
-      ::CreateWindowExW(0, kClass, WideText(name).c_str(), 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                        ::GetModuleHandleW(nullptr), nullptr);
+  box_->window = ::CreateWindowExW(0, kClass, WideText(name).c_str(), 0, 0, 0, 0, 0, HWND_MESSAGE,
+                                   nullptr, ::GetModuleHandleW(nullptr), nullptr);
   if (box_->window == nullptr) {
     throw std::runtime_error("there is no mailbox: " + SystemErrorText(::GetLastError()));
   }

@@ -62,8 +62,8 @@ void WindowsPrograms::Start(std::string_view command_line) {
 
 void WindowsPrograms::OpenInBrowser(std::string_view address) {
   constexpr std::intptr_t kLastError = 32;
-  const HINSTANCE answer = ::ShellExecuteW(nullptr, L"open", WideText(address).c_str(), nullptr,
-                                           nullptr, SW_SHOWNORMAL);
+  const HINSTANCE answer =
+      ::ShellExecuteW(nullptr, L"open", WideText(address).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
   if (reinterpret_cast<std::intptr_t>(answer) > kLastError) return;
   throw std::runtime_error("there is no program to open " + std::string(address) +
                            " with: " + SystemErrorText(::GetLastError()));

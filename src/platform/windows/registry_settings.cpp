@@ -40,9 +40,9 @@ void RegistrySettings::Save(std::string_view key, std::string_view text) {
   if (code == 0) code = registry.OpenKey(kRoot, path, Registry::kWrite, opened);
   if (code == 0) code = registry.SetValue(opened, key, RegistryType::kString, text);
   if (code == 0) return;
-  throw std::runtime_error("The registry key " + Place() + "\\" + std::string(kSection) +
-                           " can't be written: " +
-                           SystemErrorText(static_cast<unsigned long>(code)));
+  throw std::runtime_error(
+      "The registry key " + Place() + "\\" + std::string(kSection) +
+      " can't be written: " + SystemErrorText(static_cast<unsigned long>(code)));
 }
 
 }  // namespace velumar

@@ -106,11 +106,10 @@ long SystemRegistry::SetValue(RegistryKey key, std::string_view name, RegistryTy
   }
   const std::wstring text = type == RegistryType::kString ? WideText(bytes) : std::wstring();
   // As long as its characters: no closing zero is counted.
-  const std::string_view stored =
-      type == RegistryType::kString
-          ? std::string_view(reinterpret_cast<const char*>(text.data()),
-                             text.size() * sizeof(wchar_t))
-          : bytes;
+  const std::string_view stored = type == RegistryType::kString
+                                      ? std::string_view(reinterpret_cast<const char*>(text.data()),
+                                                         text.size() * sizeof(wchar_t))
+                                      : bytes;
   return ::RegSetValueExW(opened->second.key, WideText(name).c_str(), 0, static_cast<DWORD>(type),
                           reinterpret_cast<const BYTE*>(stored.data()),
                           static_cast<DWORD>(stored.size()));
@@ -124,9 +123,9 @@ long SystemRegistry::DeleteValue(RegistryKey key, std::string_view name) {
 
 long SystemRegistry::CreateKey(RegistryRoot root, std::string_view sub_key) {
   HKEY native = nullptr;
-  const LSTATUS code = ::RegCreateKeyExW(RootHandle(root), WideText(sub_key).c_str(), 0, nullptr,
-                                         REG_OPTION_NON_VOLATILE, KEY_READ, nullptr, &native,
-                                         nullptr);
+  const LSTATUS code =
+      ::RegCreateKeyExW(RootHandle(root), WideText(sub_key).c_str(), 0, nullptr,
+                        REG_OPTION_NON_VOLATILE, KEY_READ, nullptr, &native, nullptr);
   if (code == ERROR_SUCCESS) ::RegCloseKey(native);
   return code;
 }
