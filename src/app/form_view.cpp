@@ -161,6 +161,7 @@ void FormView::UpdateVisible() {
   if (form_.Visible() == isVisible()) return;
   settling_ = QDeadlineTimer(kSettlingTime);
   setVisible(form_.Visible());
+  if (form_.Visible() && form_.Topmost()) KeepOnTop(*this);
 }
 
 void FormView::Retire() {

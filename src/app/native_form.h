@@ -13,6 +13,8 @@ bool WindowsMayBlend();
 void CutCorners(QWidget& window, const QSize& corners);
 // From 0, invisible, to 255, solid.
 void SetAlpha(QWidget& window, int alpha);
+// Puts the window above all others, where the toolkit's own flag doesn't do.
+void KeepOnTop(QWidget& window);
 // Lets the window system move the window until the left button is released; false where it can't.
 bool MoveWithMouse(QWidget& window);
 

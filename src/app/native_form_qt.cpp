@@ -16,6 +16,8 @@ void CutCorners(QWidget& window, const QSize& corners) {
 
 void SetAlpha(QWidget& window, int alpha) { window.setWindowOpacity(alpha / 255.0); }
 
+void KeepOnTop(QWidget&) {}
+
 bool MoveWithMouse(QWidget& window) {
   return window.windowHandle() != nullptr && window.windowHandle()->startSystemMove();
 }

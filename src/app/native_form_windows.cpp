@@ -30,6 +30,10 @@ void SetAlpha(QWidget& window, int alpha) {
   if (HasNativeWindow(window)) SetNativeAlpha(window.winId(), alpha);
 }
 
+void KeepOnTop(QWidget& window) {
+  if (HasNativeWindow(window)) KeepNativeOnTop(window.winId());
+}
+
 bool MoveWithMouse(QWidget& window) {
   if (!HasNativeWindow(window)) return false;
   DragNativeWindow(window.winId());

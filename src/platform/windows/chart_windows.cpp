@@ -95,9 +95,11 @@ bool WindowsChartWindows::HasOwner(WindowId window) {
 void WindowsChartWindows::Maximize(WindowId window) {
   WINDOWPLACEMENT placement{};
   placement.length = sizeof placement;
-  if (::GetWindowPlacement(Native(window), &placement) == 0) return;
+  bool placed = ::GetWindowPlacement(Native(window), &placement) != 0;
   placement.showCmd = SW_SHOWMAXIMIZED;
-  ::SetWindowPlacement(Native(window), &placement);
+  placed = placed && ::SetWindowPlacement(Native(window), &placement) != 0;
+  // Where a program may not place another's windows, it may ask for it.
+  if (!placed) ::ShowWindowAsync(Native(window), SW_SHOWMAXIMIZED);
 }
 
 bool WindowsChartWindows::BringToFront(std::string_view title) {

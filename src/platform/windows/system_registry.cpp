@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "base/windows_text.h"
@@ -105,10 +106,10 @@ long SystemRegistry::SetValue(RegistryKey key, std::string_view name, RegistryTy
     return ERROR_INVALID_PARAMETER;
   }
   const std::wstring text = type == RegistryType::kString ? WideText(bytes) : std::wstring();
-  // As long as its characters: no closing zero is counted.
+  // As long as its characters: no closing zero is counted. An empty text has nothing but that.
   const std::string_view stored = type == RegistryType::kString
                                       ? std::string_view(reinterpret_cast<const char*>(text.data()),
-                                                         text.size() * sizeof(wchar_t))
+                                                         std::max<std::size_t>(text.size(), 1) * sizeof(wchar_t))
                                       : bytes;
   return ::RegSetValueExW(opened->second.key, WideText(name).c_str(), 0, static_cast<DWORD>(type),
                           reinterpret_cast<const BYTE*>(stored.data()),

@@ -30,7 +30,10 @@ void KeepNativeOnTop(NativeWindow window) {
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
+// A press that is handled late, when the button is up again, would leave the window at the mouse.
 void DragNativeWindow(NativeWindow window) {
+  const int button = ::GetSystemMetrics(SM_SWAPBUTTON) != 0 ? VK_RBUTTON : VK_LBUTTON;
+  if ((::GetAsyncKeyState(button) & 0x8000) == 0) return;
   ::ReleaseCapture();
   ::SendMessageA(Native(window), WM_NCLBUTTONDOWN, HTCAPTION, 0);
 }
