@@ -123,7 +123,16 @@ bool WindowsChartWindows::BringToFront(std::string_view title) {
 }
 
 bool WindowsChartWindows::DialogExists(std::string_view window_class, std::string_view title) {
-  return ::FindWindowA(std::string(window_class).c_str(), std::string(title).c_str()) != nullptr;
+  const HWND found = ::FindWindowA(std::string(window_class).c_str(), std::string(title).c_str());
+  if (found == nullptr) return false;
+  // The program may show the dialog itself as a window of another class.
+  for (const HWND window : AllTopLevelWindows()) {
+    const bool dialog = ::IsWindowVisible(window) != 0 && TitleOf(window) == title &&
+                        ProcessOf(window) == ProcessOf(found);
+    if (dialog && !IsInFront(window)) TakeFocus(window);
+    if (dialog) break;
+  }
+  return true;
 }
 
 }  // namespace velumar

@@ -107,10 +107,11 @@ long SystemRegistry::SetValue(RegistryKey key, std::string_view name, RegistryTy
   }
   const std::wstring text = type == RegistryType::kString ? WideText(bytes) : std::wstring();
   // As long as its characters: no closing zero is counted. An empty text has nothing but that.
-  const std::string_view stored = type == RegistryType::kString
-                                      ? std::string_view(reinterpret_cast<const char*>(text.data()),
-                                                         std::max<std::size_t>(text.size(), 1) * sizeof(wchar_t))
-                                      : bytes;
+  const std::string_view stored =
+      type == RegistryType::kString
+          ? std::string_view(reinterpret_cast<const char*>(text.data()),
+                             std::max<std::size_t>(text.size(), 1) * sizeof(wchar_t))
+          : bytes;
   return ::RegSetValueExW(opened->second.key, WideText(name).c_str(), 0, static_cast<DWORD>(type),
                           reinterpret_cast<const BYTE*>(stored.data()),
                           static_cast<DWORD>(stored.size()));
