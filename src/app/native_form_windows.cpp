@@ -26,7 +26,9 @@ void CutCorners(QWidget& window, const QSize& corners) {
                     pixels(corners.width()), pixels(corners.height()));
 }
 
+// The toolkit must know it too: it takes the layer away from windows that it believes to be solid.
 void SetAlpha(QWidget& window, int alpha) {
+  window.setWindowOpacity(alpha / 255.0);
   if (HasNativeWindow(window)) SetNativeAlpha(window.winId(), alpha);
 }
 

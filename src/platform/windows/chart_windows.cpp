@@ -53,6 +53,17 @@ void PressAlt(bool down) {
   ::SendInput(1, &input, sizeof input);
 }
 
+// Where another program's window has been raised above those of ours that stay on top, they come up
+// again with the one that gets the focus.
+void RaiseOwnOnTop() {
+  for (const HWND window : AllTopLevelWindows()) {
+    const bool on_top = (::GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+    if (!on_top || ::IsWindowVisible(window) == 0) continue;
+    if (ProcessOf(window) != ::GetCurrentProcessId()) continue;
+    ::SetWindowPos(window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  }
+}
+
 bool IsInFront(HWND window) { return ::GetForegroundWindow() == window; }
 
 // A program in the background may not simply take the focus. It may give it away when it shares the
@@ -116,6 +127,7 @@ bool WindowsChartWindows::BringToFront(std::string_view title) {
   // Where a window has a dialog open, the dialog is what can have the focus.
   const HWND target = ::IsWindowEnabled(*window) != 0 ? *window : ::GetLastActivePopup(*window);
   if (!IsInFront(target)) TakeFocus(target);
+  if (ProcessOf(target) == ::GetCurrentProcessId()) RaiseOwnOnTop();
   for (DWORD waited = 0; !IsInFront(target) && waited < kActivationPatienceMs; waited += kLookMs) {
     WaitServingOthers(kLookMs);
   }
