@@ -334,11 +334,12 @@ TEST_F(WindowsTest, DonateOpensTheOwnPageOrTheOneOfTheSetting) {
   setup.ImgDonate.UserClick();
   outside.settings.Save("DonateUrl", "https://example.org/?a=b c");
   setup.ImgDonate.UserClick();
-  const std::string parent = root.parent_path().string();
+  const auto below = [&root](const char* name) {
+    return (root.parent_path() / "my tools" / name).make_preferred().string();
+  };
   EXPECT_EQ(outside.programs.opened,
-            (std::vector<std::string>{parent + "/my tools/share/doc/velumar/support.html",
-                                      parent + "/my tools/bin/support.html",
-                                      "https://example.org/?a=b c"}));
+            (std::vector<std::string>{below("share/doc/velumar/support.html"),
+                                      below("bin/support.html"), "https://example.org/?a=b c"}));
 }
 
 TEST_F(WindowsTest, EnterInTheDirectoryListsItsSecurities) {
