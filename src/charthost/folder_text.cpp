@@ -10,6 +10,8 @@
 namespace velumar {
 namespace {
 
+constexpr auto kSeparator = static_cast<char>(std::filesystem::path::preferred_separator);
+
 bool IsSeparator(char c) { return c == '/' || c == '\\'; }
 
 std::string WithHome(const std::string& text) {
@@ -21,13 +23,20 @@ std::string WithHome(const std::string& text) {
 std::string WithSingleSeparators(const std::string& text) {
   std::string single;
   for (const char c : text) {
+    // Two in front name a computer where drives have letters.
+    const bool computer = kSeparator == '\\' && single.size() == 1;
     if (!IsSeparator(c)) {
       single += c;
-    } else if (!single.ends_with('/')) {
-      single += '/';
+    } else if (!single.ends_with(kSeparator) || computer) {
+      single += kSeparator;
     }
   }
   return single;
+}
+
+// "/", or "C:\": without its separator a drive is the folder that a program stands in there.
+bool IsRoot(const std::string& folder) {
+  return folder.size() == 1 || (kSeparator == '\\' && folder.size() == 3 && folder[1] == ':');
 }
 
 bool IsHidden(const std::string& name) { return name.starts_with('.'); }
@@ -36,13 +45,13 @@ bool IsHidden(const std::string& name) { return name.starts_with('.'); }
 
 std::string NormalFolder(std::string_view typed) {
   std::string folder = WithSingleSeparators(WithHome(Trimmed(typed)));
-  if (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
+  if (folder.ends_with(kSeparator) && !IsRoot(folder)) folder.pop_back();
   return folder;
 }
 
 std::vector<std::string> FoldersBeginningWith(std::string_view typed, std::size_t limit) {
   const std::string text = WithSingleSeparators(WithHome(std::string(typed)));
-  const auto slash = text.rfind('/');
+  const auto slash = text.rfind(kSeparator);
   if (slash == std::string::npos) return {};
   const std::string parent = text.substr(0, slash + 1);
   const std::string beginning = text.substr(slash + 1);

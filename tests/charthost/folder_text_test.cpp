@@ -3,12 +3,21 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 
 #include "support/scratch.h"
 
 namespace velumar {
 namespace {
+
+// A folder in the system's own form.
+std::string Native(std::string folder) {
+  std::replace(folder.begin(), folder.end(), '/',
+               static_cast<char>(std::filesystem::path::preferred_separator));
+  return folder;
+}
 
 TEST(NormalFolder, TakesBothSeparatorsDoubledAndClosingOnes) {
   const std::vector<std::pair<const char*, const char*>> cases = {
@@ -19,7 +28,7 @@ TEST(NormalFolder, TakesBothSeparatorsDoubledAndClosingOnes) {
       {"\\", "/"},
       {"", ""},
       {"/a~/b", "/a~/b"}};
-  for (const auto& [typed, folder] : cases) EXPECT_EQ(NormalFolder(typed), folder) << typed;
+  for (const auto& [typed, folder] : cases) EXPECT_EQ(NormalFolder(typed), Native(folder)) << typed;
 }
 
 TEST(FoldersBeginningWith, OffersFoldersAloneAndCompletesWhatTheyShare) {
@@ -30,11 +39,13 @@ TEST(FoldersBeginningWith, OffersFoldersAloneAndCompletesWhatTheyShare) {
   std::ofstream(scratch.Sub("daily.txt")) << "no folder";
   const std::string root = scratch.Path().string();
   const auto daily = FoldersBeginningWith(root + "\\da", 9);
-  EXPECT_THAT(daily, testing::ElementsAre(root + "/daily nyse", root + "/daily set"));
-  EXPECT_EQ(CommonBeginning(daily), root + "/daily ");
+  EXPECT_THAT(daily,
+              testing::ElementsAre(Native(root + "/daily nyse"), Native(root + "/daily set")));
+  EXPECT_EQ(CommonBeginning(daily), Native(root + "/daily "));
   EXPECT_EQ(FoldersBeginningWith(root + "/", 9).size(), 3U);
   EXPECT_EQ(FoldersBeginningWith(root + "/", 2).size(), 2U);
-  EXPECT_THAT(FoldersBeginningWith(root + "/.", 9), testing::ElementsAre(root + "/.hidden"));
+  EXPECT_THAT(FoldersBeginningWith(root + "/.", 9),
+              testing::ElementsAre(Native(root + "/.hidden")));
   EXPECT_TRUE(FoldersBeginningWith(root + "/nothing/here", 9).empty());
   EXPECT_TRUE(FoldersBeginningWith("relative", 9).empty());
 }
