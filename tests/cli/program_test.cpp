@@ -40,7 +40,7 @@ TEST(Program, HelpsWithEachCommand) {
     EXPECT_THAT(answer.out, testing::HasSubstr("DIR"));
     EXPECT_THAT(box.Run({"--help"}).out, testing::HasSubstr(command));
   }
-  EXPECT_THAT(box.Run({"--version"}).out, testing::MatchesRegex("velumar-cli [0-9.]+\n"));
+  EXPECT_THAT(box.Run({"--version"}).out, testing::MatchesRegex("velumar-cli .+\n"));
 }
 
 TEST(Program, SaysWhatIsMissing) {

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <sstream>
 
+#include "base/paths.h"
 #include "cli/cli_program.h"
 #include "support/fresh_folder.h"
 
@@ -18,11 +19,14 @@ Sandbox::~Sandbox() {
   fs::remove_all(folder_, ignored);
 }
 
-std::string Sandbox::At(const std::string& name) const { return (folder_ / name).string(); }
+std::string Sandbox::At(const std::string& name) const {
+  return PathText(folder_ / NativePath(name));
+}
 
 std::string Sandbox::File(const std::string& name, const std::string& text) const {
-  fs::create_directories((folder_ / name).parent_path());
-  std::ofstream(folder_ / name, std::ios::binary) << text;
+  const fs::path file = folder_ / NativePath(name);
+  fs::create_directories(file.parent_path());
+  std::ofstream(file, std::ios::binary) << text;
   return At(name);
 }
 
@@ -31,7 +35,7 @@ std::map<std::string, std::string> Sandbox::Files() const {
   for (const auto& entry : fs::recursive_directory_iterator(folder_)) {
     const bool lock = entry.path().extension() == ".lock";
     if (entry.is_regular_file() && !lock) {
-      files[entry.path().lexically_relative(folder_).string()] = BytesOfFile(entry.path());
+      files[entry.path().lexically_relative(folder_).generic_string()] = BytesOfFile(entry.path());
     }
   }
   return files;
