@@ -6,12 +6,12 @@
 namespace velumar {
 
 // Where a file of this user and program lies: in "velumar" under $XDG_CONFIG_HOME, else under
-// ~/.config. Nothing is created.
+// ~/.config; on Windows in "Velumar" under %LOCALAPPDATA%. Nothing is created.
 std::filesystem::path UserFile(std::string_view name);
 
 // "Portfolio.mdb" in the program's folder. Where that can't be written, and always where the
-// program is installed for all users, in "velumar" under $XDG_DATA_HOME, else ~/.local/share; that
-// folder is created.
+// program is installed, in "velumar" under $XDG_DATA_HOME, else ~/.local/share, on Windows in
+// "Velumar" under %LOCALAPPDATA%; that folder is created.
 std::filesystem::path LedgerFile(const std::filesystem::path& program_folder);
 
 // The sample directory, which a run writes into: beside the program, or, where the program is

@@ -38,21 +38,32 @@ bool CanWriteIn(const fs::path& folder) {
   return true;
 }
 
+// The samples that the installer lays down; empty where they stand beside the program, as they do
+// where it was built or unpacked.
+fs::path InstalledSamples(const fs::path& program_folder) {
+  if (fs::exists(program_folder / "samples")) return {};
+  fs::path samples = program_folder / "share" / "samples";
+  return fs::exists(samples) ? samples : fs::path();
+}
+
 }  // namespace
 
 fs::path UserFile(std::string_view name) { return UserFolder() / name; }
 
 fs::path LedgerFile(const fs::path& program_folder) {
   constexpr const char* kName = "Portfolio.mdb";
-  if (CanWriteIn(program_folder)) return program_folder / kName;
+  const bool own_folder = InstalledSamples(program_folder).empty() && CanWriteIn(program_folder);
+  if (own_folder) return program_folder / kName;
   std::error_code told_by_the_ledger;
   fs::create_directories(UserFolder(), told_by_the_ledger);
   return UserFolder() / kName;
 }
 
 fs::path SampleDirectory(const fs::path& program_folder) {
-  const fs::path shared = program_folder / "samples";
-  if (!fs::exists(shared) || CanWriteIn(shared)) return shared;
+  const fs::path beside = program_folder / "samples";
+  const fs::path installed = InstalledSamples(program_folder);
+  if (installed.empty() && (!fs::exists(beside) || CanWriteIn(beside))) return beside;
+  const fs::path shared = installed.empty() ? beside : installed;
   fs::path own = UserFolder() / "samples";
   if (fs::exists(own)) return own;
   // Whole or not at all.

@@ -1,0 +1,98 @@
+#include "e2e/wine_programs.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace velumar {
+
+namespace {
+
+std::string Wine() {
+  const char* const wine = std::getenv("VELUMAR_WINE");
+  return wine == nullptr ? "wine" : wine;
+}
+
+// What stands in a file of the system, such as a process's environment.
+std::string Content(const std::filesystem::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// The processes of that name in our prefix: others may run the same program in theirs.
+std::vector<pid_t> Processes(const std::string& name) {
+  const char* const prefix = std::getenv("WINEPREFIX");
+  const std::string ours = std::string("WINEPREFIX=") + (prefix == nullptr ? "" : prefix) + '\0';
+  std::vector<pid_t> processes;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    const pid_t process = std::atoi(entry.path().filename().c_str());
+    if (process == 0 || Content(entry.path() / "comm") != name + "\n") continue;
+    if (Content(entry.path() / "environ").find(ours) != std::string::npos) {
+      processes.push_back(process);
+    }
+  }
+  return processes;
+}
+
+}  // namespace
+
+WineDesktop::WineDesktop(const std::string& program) {
+  pid_ = fork();
+  if (pid_ != 0) return;
+  const std::string wine = Wine();
+  execl(wine.c_str(), wine.c_str(), "explorer", "/desktop=velumar,1600x1000",
+        WindowsPath(program).c_str(), nullptr);
+  _exit(127);
+}
+
+WineDesktop::~WineDesktop() {
+  std::system("/usr/lib/wine/wineserver64 -k");
+  waitpid(pid_, nullptr, 0);
+}
+
+bool WineDesktop::Runs(const std::string& name) { return !Processes(name).empty(); }
+
+void WineDesktop::Kill(const std::string& name) {
+  for (const pid_t process : Processes(name)) kill(process, SIGKILL);
+}
+
+std::vector<std::string> WineAnswer(const std::string& arguments) {
+  std::vector<std::string> lines(1);
+  const std::string command = "timeout 60 " + Wine() + " " + arguments + " 2>/dev/null </dev/null";
+  FILE* const told = popen(command.c_str(), "r");
+  if (told == nullptr) return {};
+  for (int c = std::fgetc(told); c != EOF; c = std::fgetc(told)) {
+    if (c == '\n') {
+      lines.emplace_back();
+    } else if (c != '\r') {
+      lines.back() += static_cast<char>(c);
+    }
+  }
+  pclose(told);
+  if (lines.back().empty()) lines.pop_back();
+  return lines;
+}
+
+std::string RegistryText(const std::string& key, const std::string& name) {
+  constexpr const char* kType = "    REG_SZ    ";
+  for (const std::string& line : WineAnswer("reg query '" + key + "' /v '" + name + "'")) {
+    const std::size_t type = line.find(kType);
+    if (type != std::string::npos) return line.substr(type + std::string(kType).size());
+  }
+  return {};
+}
+
+std::string WindowsPath(const std::string& path) {
+  std::string name = "Z:" + path;
+  std::replace(name.begin(), name.end(), '/', '\\');
+  return name;
+}
+
+}  // namespace velumar
