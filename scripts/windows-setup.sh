@@ -1,7 +1,10 @@
 # Shared by the scripts for Windows beside it: what they need of a bare Debian 12 machine, and where the
 # Windows build of the libraries is. To be sourced after setup.sh; `root` is the checkout.
 
-packages+=(g++-mingw-w64-x86-64-posix wine wine64 nsis zip unzip zstd xz-utils tcl make)
+install_missing_for_windows() {
+  packages+=(g++-mingw-w64-x86-64-posix wine wine64 nsis zip unzip zstd xz-utils tcl make python3)
+  install_missing
+}
 
 windows_cache=${XDG_CACHE_HOME:-$HOME/.cache}/velumar/windows-sdk
 
