@@ -74,14 +74,16 @@ class WineTrader : public testing::Test {
       return -1;
     }
   }
-  // Until no bar comes any more; then so many.
+  // Once no bar comes any more; -1 where the feed doesn't pause.
   int BarsAtRest() {
-    int bars = -1;
-    while (bars != StoreBars()) {
-      bars = StoreBars();
+    int bars = StoreBars();
+    for (int look = 0; look < 4; ++look) {
       Sleep(4500);
+      const int now = StoreBars();
+      if (now == bars) return bars;
+      bars = now;
     }
-    return bars;
+    return -1;
   }
 
   // The whole screen as it is drawn. Without a mouse over a button, it is the same again wherever
@@ -144,6 +146,7 @@ TEST_F(WineTrader, PlaysStepsTradesIsKilledAndFindsAllAgain) {
 
   ClickOn(navigator, navigator.Image4);
   const int paused = BarsAtRest();
+  ASSERT_GT(paused, 0) << "the pause button is reached, and it pauses";
   std::string before = Screen();
   const struct {
     const PictureButton& button;
