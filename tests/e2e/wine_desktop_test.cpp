@@ -59,7 +59,13 @@ class WineTrader : public testing::Test {
 
   std::optional<ScreenRect> Find(const Form& form) {
     const std::string title = form.Name() == "Form1" ? "Velumar1.0" : "Velumar";
-    return hand.Find(title, form.Width(), form.Height());
+    auto window = hand.Find(title, form.Width(), form.Height());
+    if (window) {
+      // The place of a window within the virtual desktop's is counted twice.
+      window->x /= 2;
+      window->y /= 2;
+    }
+    return window;
   }
   void ClickOn(const Form& form, const Control& control) {
     const auto window = Find(form);
