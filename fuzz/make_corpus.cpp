@@ -1,5 +1,5 @@
-// make_corpus FOLDER: one good example or more for each fuzzer, in FOLDER/directory, csv, texts and
-// ledger.
+// make_corpus FOLDER: one good example or more for each fuzzer, in FOLDER/directory, csv, texts,
+// ledger and scores.
 
 #include <fstream>
 #include <iostream>
@@ -58,6 +58,14 @@ void MakeTexts(const fs::path& csv, const fs::path& texts) {
   WriteWhole(texts / "date", "\00331/12/2007dd/MM/yyyy");
 }
 
+void MakeScores(const fs::path& corpus) {
+  WriteWhole(corpus / "answer",
+             std::string(1, '\0') + " 1.  2,012.50  Ann  ABC\r\n 2.  9.00  B\r\n");
+  WriteWhole(
+      corpus / "post",
+      "\1username=A b&c&score=-12.5&zanno=yes&symbol=ABC&startdate=20050103&enddate=20050630");
+}
+
 }  // namespace
 }  // namespace velumar
 
@@ -67,11 +75,12 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::filesystem::path corpus = argv[1];
-  for (const char* kind : {"directory", "csv", "texts", "ledger"}) {
+  for (const char* kind : {"directory", "csv", "texts", "ledger", "scores"}) {
     std::filesystem::create_directories(corpus / kind);
   }
   velumar::MakeDirectories(corpus / "directory");
   velumar::MakeTexts(corpus / "csv", corpus / "texts");
   velumar::MakeLedger(corpus / "ledger");
+  velumar::MakeScores(corpus / "scores");
   return 0;
 }

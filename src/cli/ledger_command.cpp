@@ -62,6 +62,7 @@ std::string Csv(const LedgerRecordset& records) {
 
 std::string Table(const LedgerRecordset& records) {
   std::vector<TextTable::Column> columns;
+  columns.reserve(records.columns.size());
   for (const std::string& column : records.columns) columns.push_back({column});
   TextTable table(std::move(columns));
   for (const auto& row : records.rows) {

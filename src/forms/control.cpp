@@ -140,7 +140,7 @@ void TextBox::UserType(std::string_view text, int key_code) {
 
 ComboBox::ComboBox(Form& form, const ControlSpec& spec, std::vector<std::string> items, bool sorted)
     : Control(form, ControlKind::kComboBox, spec), start_items_(std::move(items)), sorted_(sorted) {
-  Reset();
+  ComboBox::Reset();
 }
 
 void ComboBox::Reset() {

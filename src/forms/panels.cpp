@@ -25,7 +25,7 @@ void TabBar::UserChoose(int index) {
 
 Menu::Menu(Form& form, const ControlSpec& spec, std::vector<List> lists)
     : Control(form, ControlKind::kMenu, spec), lists_(std::move(lists)) {
-  Reset();
+  Menu::Reset();
 }
 
 void Menu::Reset() {

@@ -142,7 +142,7 @@ TEST(CsvDateFormat, RefusesOtherTexts) {
   };
   for (const auto& [pattern, text] : cases) {
     const CsvDateFormat format = pattern.empty() ? CsvDateFormat() : CsvDateFormat(pattern);
-    EXPECT_NE(Complaint([&] { format.Read(text); }), "") << pattern << " reads " << text;
+    EXPECT_NE(Complaint([&, text = text] { format.Read(text); }), "") << pattern << " reads " << text;
   }
 }
 
