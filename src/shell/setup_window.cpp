@@ -20,7 +20,7 @@ namespace velumar {
 namespace {
 
 constexpr std::string_view kTitle = "Velumar";
-constexpr std::string_view kVersion = "1.0";
+constexpr std::string_view kVersion = VELUMAR_VERSION;
 constexpr std::string_view kBuild = "20071018";
 constexpr std::int16_t kAlpha = 250;
 constexpr int kEnterKey = 13;

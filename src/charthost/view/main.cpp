@@ -29,7 +29,7 @@ void PrintLine(const std::string& line) { std::cout << line << std::endl; }
 int main(int argc, char** argv) {
   velumar::ChooseDisplay();
   QApplication application(argc, argv);
-  QApplication::setApplicationVersion(QStringLiteral("1.0"));
+  QApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("Draws charts of market data directories."));
   parser.addHelpOption();
