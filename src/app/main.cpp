@@ -72,8 +72,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   QtScreen screen;
   const LocaleInfo& locale = *ends.locale;
   LedgerConnection ledger([&locale](std::string_view iso_date) {
-    const auto date = DateFromText(iso_date, "yyyy-MM-dd");
-    return date ? DateText(*date, locale.ShortDatePattern()) : std::string(iso_date);
+    return IsoDateText(iso_date, locale.ShortDatePattern());
   });
   QtSaveDialog files;
   QtColourDialog colours;

@@ -124,6 +124,19 @@ std::string DateText(std::int32_t date, std::string_view pattern) {
   return text;
 }
 
+std::string IsoDateText(std::string_view iso_date, std::string_view pattern) {
+  constexpr std::string_view kForm = "0000-00-00";
+  std::int32_t date = 0;
+  for (std::size_t i = 0; i < iso_date.size(); ++i) {
+    const bool digit = iso_date[i] >= '0' && iso_date[i] <= '9';
+    const bool fits =
+        iso_date.size() == kForm.size() && (kForm[i] == '0' ? digit : iso_date[i] == kForm[i]);
+    if (!fits) return std::string(iso_date);
+    if (digit) date = date * 10 + (iso_date[i] - '0');
+  }
+  return iso_date.empty() ? std::string() : DateText(date, pattern);
+}
+
 std::optional<std::int32_t> DateFromText(std::string_view text, std::string_view pattern) {
   int day = 0;
   int month = 0;

@@ -18,6 +18,9 @@ std::int32_t DaysLater(std::int32_t date, int days);
 // quotes and all other characters stand for themselves.
 std::string DateText(std::int32_t date, std::string_view pattern);
 
+// The same for "2007-01-25", as dates lie in a ledger; any other text as it is.
+std::string IsoDateText(std::string_view iso_date, std::string_view pattern);
+
 // The way back: the numbers of the text in the order of the pattern. Two-digit years are 1930 to
 // 2029. Nothing when the text is no such date.
 std::optional<std::int32_t> DateFromText(std::string_view text, std::string_view pattern);

@@ -4,6 +4,7 @@
 #include <ostream>
 #include <string>
 
+#include "base/dates.h"
 #include "cli/commands.h"
 #include "cli/ledger_texts.h"
 #include "cli/text_table.h"
@@ -61,7 +62,7 @@ std::string Formulas(const std::vector<Statistic>& statistics) {
 void PrintFigures(const FiguresArguments& arguments, CliContext& context) {
   const std::string pattern =
       arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
-  LedgerConnection ledger([&](std::string_view date) { return ShownDate(date, pattern); });
+  LedgerConnection ledger([&](std::string_view date) { return IsoDateText(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
   ResultFigures figures;
   const std::vector<RunRecord> account = ReadAccount(ledger, arguments.run);

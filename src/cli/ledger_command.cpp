@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/csv_field.h"
+#include "base/dates.h"
 #include "cli/commands.h"
 #include "cli/ledger_texts.h"
 #include "cli/text_table.h"
@@ -76,7 +77,7 @@ std::string Table(const LedgerRecordset& records) {
 void PrintLedger(const LedgerArguments& arguments, CliContext& context) {
   const std::string pattern =
       arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
-  LedgerConnection ledger([&](std::string_view date) { return ShownDate(date, pattern); });
+  LedgerConnection ledger([&](std::string_view date) { return IsoDateText(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
   if (arguments.orders) {
     context.out << OrdersCsv(ListOrders(ReadRun(ledger, arguments.run)));

@@ -5,11 +5,6 @@
 
 namespace velumar {
 
-std::string ShownDate(std::string_view iso_date, std::string_view pattern) {
-  const auto date = DateFromText(iso_date, "yyyy-MM-dd");
-  return date ? DateText(*date, pattern) : std::string(iso_date);
-}
-
 std::string LedgerText(const LedgerValue& value) {
   if (const auto* number = std::get_if<double>(&value)) {
     return PlainNumberText(static_cast<float>(*number));

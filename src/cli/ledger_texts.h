@@ -8,9 +8,6 @@
 
 namespace velumar {
 
-// A stored ISO date through a short date pattern; another text as it stands.
-std::string ShownDate(std::string_view iso_date, std::string_view pattern);
-
 // A value of a row as text: numbers as plain number text, null as an empty one.
 std::string LedgerText(const LedgerValue& value);
 

@@ -1,4 +1,5 @@
 #include "cli/replay_world.h"
+#include "base/dates.h"
 
 #include <filesystem>
 #include <fstream>
@@ -65,7 +66,7 @@ void ClaimStore(const std::string& folder) {
 
 ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
     : platform(PlatformFor(arguments, outside)),
-      ledger([this](std::string_view date) { return ShownDate(date, outside.locale.pattern); }),
+      ledger([this](std::string_view date) { return IsoDateText(date, outside.locale.pattern); }),
       program(session, desktop, platform, cache, ledger),
       index_cache(cache) {
   RequireData(arguments.directory, cache);

@@ -2,6 +2,7 @@
 #include <memory>
 #include <string>
 
+#include "base/dates.h"
 #include "cli/commands.h"
 #include "cli/ledger_texts.h"
 #include "cli/offscreen.h"
@@ -24,7 +25,7 @@ struct ReportArguments {
 void WriteReport(const ReportArguments& arguments) {
   const std::string pattern =
       arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
-  LedgerConnection ledger([&](std::string_view date) { return ShownDate(date, pattern); });
+  LedgerConnection ledger([&](std::string_view date) { return IsoDateText(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
   const Report report = ReadReport(ledger, arguments.run);
   const OffscreenApplication application;

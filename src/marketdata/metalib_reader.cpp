@@ -4,6 +4,7 @@
 #include <charconv>
 #include <optional>
 
+#include "marketdata/bar_order.h"
 #include "marketdata/data_file.h"
 #include "marketdata/index_entries.h"
 #include "marketdata/metalib_error.h"
@@ -159,7 +160,10 @@ void MetaLibReader::ReadSeries() {
   const IndexedSecurity& selected = state.Selected("ReadSeries");
   const DirectoryIndex& index = state.Open();
   const auto path = index.DataPath(selected);
-  state.bars = path ? DataFile(*path, index.LayoutOf(selected)).ReadAll() : BarArrays();
+  BarArrays bars = path ? DataFile(*path, index.LayoutOf(selected)).ReadAll() : BarArrays();
+  // An intraday series without times keeps all its bars, which none but their places tell apart.
+  if (state.interval == -1 || index.LayoutOf(selected).Has(BarField::kTime)) PutInOrder(bars);
+  state.bars = std::move(bars);
   state.MoveTo(0);
 }
 

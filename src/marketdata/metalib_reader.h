@@ -55,7 +55,8 @@ class MetaLibReader {
   void SelectSeries(std::string_view symbol, int daily, int minutes);
   void ReadSeries();
 
-  // Eight parallel arrays of the series that was read, oldest bar first.
+  // Eight parallel arrays of the series that was read, oldest bar first. A file whose bars are out
+  // of order reads as the writer would leave it: in order, of bars of one moment the last.
   const std::vector<std::int32_t>& GetDates() const;
   const std::vector<std::int32_t>& GetTimes() const;
   const std::vector<float>& GetOpens() const;

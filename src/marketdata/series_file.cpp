@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
-#include <numeric>
 #include <utility>
 
 #include "base/paths.h"
+#include "marketdata/bar_order.h"
 #include "marketdata/data_file.h"
 #include "marketdata/series_error.h"
 
@@ -17,30 +16,12 @@ namespace {
 constexpr std::size_t kCountsSize = 4;
 constexpr std::size_t kMostOffset = 0;
 constexpr std::size_t kRecordsOffset = 2;
-constexpr std::int64_t kTimesPerDate = 100'000'000;
 
 // A write within one page is done before the system ends a process; one across may be half done.
 constexpr std::int64_t kPageSize = 4096;
 
 bool CrossesPage(std::int64_t offset, std::size_t size) {
   return offset / kPageSize != (offset + static_cast<std::int64_t>(size) - 1) / kPageSize;
-}
-
-bool IsStrictlyRising(const std::vector<std::int64_t>& keys) {
-  return std::ranges::adjacent_find(keys, std::greater_equal<>()) == keys.end();
-}
-
-// The places of `keys` in rising order; of equal keys the last place alone.
-std::vector<std::size_t> PlacesInOrder(const std::vector<std::int64_t>& keys) {
-  std::vector<std::size_t> places(keys.size());
-  std::iota(places.begin(), places.end(), std::size_t{0});
-  std::ranges::stable_sort(places, {}, [&](std::size_t place) { return keys[place]; });
-  std::vector<std::size_t> kept;
-  for (const std::size_t place : places) {
-    if (!kept.empty() && keys[kept.back()] == keys[place]) kept.pop_back();
-    kept.push_back(place);
-  }
-  return kept;
 }
 
 }  // namespace
@@ -69,7 +50,7 @@ std::int64_t SeriesFile::EndOf(int bars) const {
 }
 
 SeriesFile::Key SeriesFile::KeyOf(std::int32_t date, std::int32_t time) const {
-  return date * kTimesPerDate + (has_times_ ? time : 0);
+  return KeyOfMoment(date, has_times_ ? time : 0);
 }
 
 Bar SeriesFile::BarAt(int index) const {

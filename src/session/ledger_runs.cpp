@@ -5,9 +5,14 @@
 
 namespace velumar {
 
-void LedgerRuns::Begin() { Guarded(LedgerBeginRun); }
+bool LedgerRuns::Begin() {
+  return Guarded(LedgerBeginRun,
+                 "No run was begun, and the ledger of the last one stays as it was.");
+}
 
-void LedgerRuns::NoteSeries() { Guarded(LedgerDescribeRun); }
+void LedgerRuns::NoteSeries() {
+  Guarded(LedgerDescribeRun, "The ledger doesn't tell from which bar on this run goes.");
+}
 
 LedgerRun LedgerRuns::Described() const {
   LedgerRun run{.directory = session_.DataDir,
@@ -27,13 +32,15 @@ LedgerRun LedgerRuns::Described() const {
   return run;
 }
 
-void LedgerRuns::Guarded(void (*change)(LedgerConnection&, const LedgerRun&)) {
-  if (!ledger_.CanWrite()) return;
+bool LedgerRuns::Guarded(void (*change)(LedgerConnection&, const LedgerRun&),
+                         std::string_view problem) {
+  if (!ledger_.CanWrite()) return true;
   try {
     change(ledger_, Described());
+    return true;
   } catch (const LedgerError& error) {
-    boxes_.Show("The ledger of the last run stays as it was.\n" + std::string(error.what()),
-                BoxIcon::kExclamation);
+    boxes_.Show(std::string(problem) + "\n" + error.what(), BoxIcon::kExclamation);
+    return false;
   }
 }
 

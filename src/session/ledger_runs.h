@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "platform/services.h"
@@ -7,21 +9,23 @@
 
 namespace velumar {
 
-// What a run does to the ledger. A ledger that can't be written leaves the run alone: it replays,
-// and orders say why they are refused.
+// What a run does to the ledger. One that was never open for writing leaves the run alone: it
+// replays, and orders say why they are refused.
 class LedgerRuns {
  public:
   LedgerRuns(SimSession& session, Desktop& desktop, MessageBoxes& boxes, LedgerConnection& ledger)
       : session_(session), desktop_(desktop), boxes_(boxes), ledger_(ledger) {}
 
-  // Moves the rows of the run before to the archive and begins a new one.
-  void Begin();
+  // Moves the rows of the run before to the archive and begins a new one. False, behind a box, when
+  // the ledger can't: orders of a new run would join the rows of the old one.
+  bool Begin();
   // Notes what is known once the series is loaded.
   void NoteSeries();
 
  private:
   LedgerRun Described() const;
-  void Guarded(void (*change)(LedgerConnection&, const LedgerRun&));
+  // False when the change failed and a box said so.
+  bool Guarded(void (*change)(LedgerConnection&, const LedgerRun&), std::string_view problem);
 
   SimSession& session_;
   Desktop& desktop_;

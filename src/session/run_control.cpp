@@ -41,10 +41,11 @@ void RunControl::BeginRun(const Form& window) {
   const bool from_setup = &window == &desktop_.form1();
   const RunNumber run = ++newest_run_;
   feeding_ = false;
-  ledger_.Begin();
+  const bool begun = ledger_.Begin();
   // The box of a ledger that failed lets clicks run.
   if (Superseded(run)) return;
-  session_.StopRequested = 0;
+  session_.StopRequested = begun ? 0 : -1;
+  if (!begun) return;
   if (desktop_.form1().Combo1.Text().empty()) {
     platform_.boxes.Show("Plase specificy Symbol to simulate!", BoxIcon::kInformation);
     session_.StopRequested = -1;

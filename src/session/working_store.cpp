@@ -113,6 +113,13 @@ void WorkingStore::RequireReplayable(const MetaLibReader& reader) const {
     throw MetaLibError(kNotReplayable,
                        series + " holds " + std::to_string(bars) + " bars; " + limit + ".");
   }
+  for (std::size_t i = 1; i < bars; ++i) {
+    if (reader.GetDates()[i] != reader.GetDates()[i - 1]) continue;
+    if (reader.GetTimes()[i] != reader.GetTimes()[i - 1]) continue;
+    throw MetaLibError(kNotReplayable, series + " holds several bars of " +
+                                           std::to_string(reader.GetDates()[i]) +
+                                           " without times that tell them apart.");
+  }
 }
 
 std::int32_t WorkingStore::CutStart(MetaLibReader& reader) const {

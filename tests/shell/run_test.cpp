@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 
 #include "base/paths.h"
 #include "support/run_fixture.h"
@@ -25,6 +27,52 @@ TEST_F(RunTest, ARunFeedsEveryBarOnceAndEnds) {
   EXPECT_FALSE(all->Navigator().Image4.Visible());
   EXPECT_FALSE(all->Setup().Text3.Enabled()) << "only a pause gives the inputs back";
   EXPECT_TRUE(all->outside.boxes.shown.empty());
+}
+
+// Other programs leave bars out of order and one twice. The chart and the trader stand on the same
+// bar all the same.
+TEST_F(RunTest, ADisorderedFileIsReplayedInOrder) {
+  constexpr std::size_t kRecord = 28;
+  const std::string file = data + "/F1.DAT";
+  std::ifstream in(file, std::ios::binary);
+  std::string bytes{std::istreambuf_iterator<char>(in), {}};
+  const auto record = [&](std::size_t bar) { return bytes.substr((bar + 1) * kRecord, kRecord); };
+  ASSERT_EQ(bytes.size(), 201 * kRecord);
+  const std::string late = record(150);
+  bytes.replace(151 * kRecord, kRecord, record(10));
+  bytes.replace(11 * kRecord, kRecord, late);
+  bytes += record(3) + record(90);  // two days a second time
+  bytes[2] = static_cast<char>(203);
+  std::ofstream(file, std::ios::binary) << bytes;
+
+  int looks = 0;
+  all->outside.events.SetOnPending([&] {
+    const std::vector<Bar> shown = ReadBars(all->session.SimDir, "ABC", -1);
+    ASSERT_EQ(shown.size(), all->session.BarIndex + 1U);
+    EXPECT_EQ(shown.back().date, MadeDate(all->session.BarIndex));
+    EXPECT_EQ(all->session.BarDate.at(shown.size() - 1), shown.back().date);
+    ++looks;
+  });
+  StartAt(60);
+  EXPECT_EQ(looks, 140);
+  EXPECT_EQ(all->session.LastBarIndex, 199);
+}
+
+// Orders of a run that the ledger doesn't know would join the rows of the one before.
+TEST_F(RunTest, NoRunBeginsThatTheLedgerCannotBegin) {
+  all->program.Start();
+  all->ledger.ForWriting().Execute(
+      "CREATE TRIGGER full BEFORE INSERT ON Runs BEGIN SELECT RAISE(ABORT, 'no room'); END");
+  all->Setup().DTPicker1.UserPick(MadeDate(198));
+  all->Setup().Image3.UserClick();
+  ASSERT_EQ(all->outside.boxes.shown.size(), 1U);
+  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("No run was begun"));
+  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("no room"));
+  EXPECT_TRUE(all->session.BarDate.empty());
+  all->ledger.ForWriting().Execute("DROP TRIGGER full");
+  all->Navigator().Image5.UserClick();
+  all->Setup().Image3.UserClick();
+  EXPECT_EQ(all->session.BarIndex, 199);
 }
 
 TEST_F(RunTest, PauseFeedsOneMoreBarAndPlayGoesOn) {
