@@ -1,7 +1,10 @@
 #include "app/single_instance.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
+#include <QFile>
+#include <QSysInfo>
 #include <utility>
 
 #include "platform/mailbox.h"
@@ -17,6 +20,18 @@ std::string MailboxOf(const QString& folder) {
          QCryptographicHash::hash(path, QCryptographicHash::Sha1).toHex().toStdString();
 }
 
+QString LockOf(const QString& folder) { return QDir(folder).filePath(QStringLiteral("running")); }
+
+// After a crash or a power cut the process number in the lock may be given to us: nobody else has
+// it.
+bool NamesThisProcess(const QLockFile& lock) {
+  qint64 process = 0;
+  QString host;
+  QString program;
+  return lock.getLockInfo(&process, &host, &program) && host == QSysInfo::machineHostName() &&
+         process == QCoreApplication::applicationPid();
+}
+
 QString Made(const QString& folder) {
   QDir().mkpath(folder);
   return folder;
@@ -25,10 +40,10 @@ QString Made(const QString& folder) {
 }  // namespace
 
 SingleInstance::SingleInstance(const QString& settings_folder)
-    : mailbox_(MailboxOf(Made(settings_folder))),
-      lock_(QDir(settings_folder).filePath(QStringLiteral("running"))) {
+    : mailbox_(MailboxOf(Made(settings_folder))), lock_(LockOf(settings_folder)) {
   lock_.setStaleLockTime(0);  // a process that lives keeps it, however long
   // A folder that can't be written can't be written over by two either.
+  if (NamesThisProcess(lock_)) QFile::remove(LockOf(settings_folder));
   first_ = lock_.tryLock(0) || lock_.error() != QLockFile::LockFailedError;
 }
 

@@ -77,7 +77,12 @@ std::optional<ScreenRect> DesktopHand::Find(const std::string& title, float widt
     ScreenRect rect{.window = window};
     if (xdo_get_window_size(xdo_, window, &rect.width, &rect.height) != 0) continue;
     if (!Near(rect.width, width_twips) || !Near(rect.height, height_twips)) continue;
-    if (xdo_get_window_location(xdo_, window, &rect.x, &rect.y, nullptr) == 0) return rect;
+    Window below = 0;
+    // Also where the window lies in another, as a virtual desktop is one.
+    if (XTranslateCoordinates(xdo_->xdpy, window, DefaultRootWindow(xdo_->xdpy), 0, 0, &rect.x,
+                              &rect.y, &below) != 0) {
+      return rect;
+    }
   }
   return std::nullopt;
 }
