@@ -31,7 +31,7 @@ void DrawChart(const ChartArguments& arguments) {
   LedgerOpenToRead(ledger, arguments.file);
   if (arguments.run != kRunNow) ReadRun(ledger, arguments.run);  // refuses a number of no run
   ChartPoints points = PointsOfRun(ledger, arguments.run);
-  const OffscreenApplication application;
+  StartDrawingOffscreen();
   ResultPlot plot;
   plot.resize(kPictureSize);
   plot.SetPoints(std::move(points));

@@ -5,17 +5,18 @@
 
 namespace velumar {
 
-// What drawing into files needs of the toolkit: nobody has to have a display for it.
-class OffscreenApplication {
- public:
-  OffscreenApplication() = default;
-
- private:
-  bool platform_ = qputenv("QT_QPA_PLATFORM", "offscreen");
-  int count_ = 1;
-  std::string name_ = "velumar-cli";
-  char* names_[2] = {name_.data(), nullptr};
-  QApplication application_{count_, names_};
-};
+// What drawing into files needs of the toolkit: nobody has to have a display for it. The process
+// keeps it until it ends: a second one after the first is more than the toolkit bears everywhere.
+inline void StartDrawingOffscreen() {
+  struct Application {
+    bool platform = qputenv("QT_QPA_PLATFORM", "offscreen");
+    int count = 1;
+    std::string name = "velumar-cli";
+    char* names[2] = {name.data(), nullptr};
+    QApplication application{count, names};
+  };
+  static const auto* const kept = new Application;
+  static_cast<void>(kept);
+}
 
 }  // namespace velumar

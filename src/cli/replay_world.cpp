@@ -60,7 +60,8 @@ void ClaimStore(const std::string& folder) {
                              "delete them. Name a new or an empty folder as the store.");
   }
   fs::create_directories(path);
-  std::ofstream(mark) << "The working store of a replay: each run empties this folder.\n";
+  std::ofstream(mark, std::ios::binary)
+      << "The working store of a replay: each run empties this folder.\n";
   if (!fs::exists(mark)) throw std::runtime_error(folder + ": no permission to write");
 }
 

@@ -28,7 +28,7 @@ void WriteReport(const ReportArguments& arguments) {
   LedgerConnection ledger([&](std::string_view date) { return IsoDateText(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
   const Report report = ReadReport(ledger, arguments.run);
-  const OffscreenApplication application;
+  StartDrawingOffscreen();
   SaveReport(report, QString::fromStdString(arguments.out));
 }
 
