@@ -92,9 +92,13 @@ void DesktopHand::Click(const ScreenRect& window, float left, float top, float w
   ClickAt(window.x + Pixels(left + width / 2), window.y + Pixels(top + height / 2));
 }
 
-void DesktopHand::ClickAt(int x, int y) {
+void DesktopHand::PointAt(int x, int y) {
   xdo_move_mouse(xdo_, x, y, 0);
   Settle(60);
+}
+
+void DesktopHand::ClickAt(int x, int y) {
+  PointAt(x, y);
   xdo_mouse_down(xdo_, CURRENTWINDOW, 1);
   Settle(40);
   xdo_mouse_up(xdo_, CURRENTWINDOW, 1);

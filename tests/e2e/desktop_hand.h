@@ -37,6 +37,7 @@ class DesktopHand {
   // Clicks into the middle of a control of that window, twips relative to it.
   void Click(const ScreenRect& window, float left, float top, float width, float height);
   void ClickAt(int x, int y);
+  void PointAt(int x, int y);
   // "alt+f", "Return"; and a text as it stands.
   void Press(const std::string& keys);
   void Type(const std::string& text);

@@ -47,6 +47,8 @@ WineDesktop::WineDesktop(const std::string& program) {
   pid_ = fork();
   if (pid_ != 0) return;
   const std::string wine = Wine();
+  // Wine tells there of each drive without a label, once for each look of a file dialog.
+  std::freopen("/dev/null", "w", stderr);
   execl(wine.c_str(), wine.c_str(), "explorer", "/desktop=velumar,1600x1000",
         WindowsPath(program).c_str(), nullptr);
   _exit(127);

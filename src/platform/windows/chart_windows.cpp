@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <optional>
 
 #include "platform/windows/chart_program.h"
@@ -53,13 +54,19 @@ void PressAlt(bool down) {
   ::SendInput(1, &input, sizeof input);
 }
 
-// Where another program's window has been raised above those of ours that stay on top, they come up
-// again with the one that gets the focus.
-void RaiseOwnOnTop() {
-  for (const HWND window : AllTopLevelWindows()) {
-    const bool on_top = (::GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
-    if (!on_top || ::IsWindowVisible(window) == 0) continue;
-    if (ProcessOf(window) != ::GetCurrentProcessId()) continue;
+// Some desktops draw the window that gets the focus above those that stay on top. Ours come up
+// again, the lowest first, so that their order stays. Before that the window has to have taken the
+// focus in: what is sent to it is answered behind it.
+void RaiseOwnOnTop(HWND focused) {
+  DWORD_PTR ignored = 0;
+  ::SendMessageTimeoutW(focused, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, kActivationPatienceMs, &ignored);
+  std::vector<HWND> windows = AllTopLevelWindows();
+  std::erase_if(windows, [](HWND window) {
+    return (::GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) == 0 ||
+           ::IsWindowVisible(window) == 0 || ProcessOf(window) != ::GetCurrentProcessId();
+  });
+  std::reverse(windows.begin(), windows.end());
+  for (const HWND window : windows) {
     ::SetWindowPos(window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   }
 }
@@ -127,10 +134,10 @@ bool WindowsChartWindows::BringToFront(std::string_view title) {
   // Where a window has a dialog open, the dialog is what can have the focus.
   const HWND target = ::IsWindowEnabled(*window) != 0 ? *window : ::GetLastActivePopup(*window);
   if (!IsInFront(target)) TakeFocus(target);
-  if (ProcessOf(target) == ::GetCurrentProcessId()) RaiseOwnOnTop();
   for (DWORD waited = 0; !IsInFront(target) && waited < kActivationPatienceMs; waited += kLookMs) {
     WaitServingOthers(kLookMs);
   }
+  RaiseOwnOnTop(target);
   return true;
 }
 
