@@ -94,6 +94,27 @@ TEST(SystemRegistry, OtherProgramsReadTheTexts) {
   EXPECT_STREQ(text.data(), "C:\\A");
 }
 
+// Where a chart program of 32 bits looks.
+TEST(SystemRegistry, WhatIsForAllUsersLiesInTheViewOf32Bits) {
+  constexpr RegistryRoot kAll = RegistryRoot::kLocalMachine;
+  constexpr const wchar_t* kName = L"Software\\VelumarTest";
+  SystemRegistry registry;
+  RegistryKey key = 0;
+  const auto opens = [](REGSAM view) {
+    HKEY native = nullptr;
+    if (::RegOpenKeyExW(HKEY_LOCAL_MACHINE, kName, 0, KEY_READ | view, &native) != 0) return false;
+    ::RegCloseKey(native);
+    return true;
+  };
+  if (registry.CreateKey(kAll, TestKey::kPath) == 5) GTEST_SKIP() << "only for administrators";
+  EXPECT_TRUE(opens(KEY_WOW64_32KEY));
+  EXPECT_FALSE(opens(KEY_WOW64_64KEY));
+  EXPECT_EQ(registry.OpenKey(kAll, TestKey::kPath, Registry::kRead, key), 0);
+  registry.CloseKey(key);
+  EXPECT_EQ(registry.DeleteKey(kAll, TestKey::kPath), 0);
+  EXPECT_FALSE(opens(KEY_WOW64_32KEY));
+}
+
 TEST(RegistrySettings, KeepTextsForTheNextProcess) {
   const TestKey cleaned;
   RegistrySettings settings(TestKey::kPath);

@@ -33,6 +33,12 @@ HKEY RootHandle(RegistryRoot root) {
   return nullptr;
 }
 
+// Chart programs are of 32 bits mostly: what they keep for all users lies in a view of its own,
+// which programs of 64 bits must ask for. The other roots they share.
+REGSAM ViewOf(RegistryRoot root) {
+  return root == RegistryRoot::kLocalMachine ? KEY_WOW64_32KEY : 0;
+}
+
 bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ; }
 
 // What stands in the value, as it lies there.
@@ -75,8 +81,8 @@ SystemRegistry::~SystemRegistry() = default;
 long SystemRegistry::OpenKey(RegistryRoot root, std::string_view sub_key, std::uint32_t access,
                              RegistryKey& key) {
   HKEY native = nullptr;
-  const LSTATUS code =
-      ::RegOpenKeyExW(RootHandle(root), WideText(sub_key).c_str(), 0, access, &native);
+  const LSTATUS code = ::RegOpenKeyExW(RootHandle(root), WideText(sub_key).c_str(), 0,
+                                       access | ViewOf(root), &native);
   if (code != ERROR_SUCCESS) return code;
   key = ++last_key_;
   opened_.emplace(key, Opened(native));
@@ -125,15 +131,15 @@ long SystemRegistry::DeleteValue(RegistryKey key, std::string_view name) {
 
 long SystemRegistry::CreateKey(RegistryRoot root, std::string_view sub_key) {
   HKEY native = nullptr;
-  const LSTATUS code =
-      ::RegCreateKeyExW(RootHandle(root), WideText(sub_key).c_str(), 0, nullptr,
-                        REG_OPTION_NON_VOLATILE, KEY_READ, nullptr, &native, nullptr);
+  const LSTATUS code = ::RegCreateKeyExW(RootHandle(root), WideText(sub_key).c_str(), 0, nullptr,
+                                         REG_OPTION_NON_VOLATILE, KEY_READ | ViewOf(root), nullptr,
+                                         &native, nullptr);
   if (code == ERROR_SUCCESS) ::RegCloseKey(native);
   return code;
 }
 
 long SystemRegistry::DeleteKey(RegistryRoot root, std::string_view sub_key) {
-  return ::RegDeleteKeyW(RootHandle(root), WideText(sub_key).c_str());
+  return ::RegDeleteKeyExW(RootHandle(root), WideText(sub_key).c_str(), ViewOf(root), 0);
 }
 
 }  // namespace velumar

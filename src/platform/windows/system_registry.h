@@ -10,7 +10,8 @@
 
 namespace velumar {
 
-// The registry of the system. Names and texts are UTF-8 here and UTF-16 there.
+// The registry of the system, as programs of 32 bits see it. Names and texts are UTF-8 here and
+// UTF-16 there.
 class SystemRegistry : public Registry {
  public:
   SystemRegistry();
