@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <future>
@@ -102,10 +103,12 @@ TEST_F(WindowsKeysTest, AWindowComesToTheFrontByItsTitle) {
 }
 
 TEST_F(WindowsKeysTest, TheFileDialogIsFoundByClassAndTitle) {
-  EXPECT_FALSE(windows.DialogExists("#32770", "VelumarTestOpen"));
   const HWND dialog = ::CreateWindowExW(0, L"#32770", L"VelumarTestOpen", WS_POPUP, 0, 0, 10, 10,
                                         nullptr, nullptr, ::GetModuleHandleW(nullptr), nullptr);
+  EXPECT_FALSE(windows.DialogExists("#32770", "VelumarTestOpen")) << "another program's";
+  const TypingWindow host(kHost);
   EXPECT_TRUE(windows.DialogExists("#32770", "VelumarTestOpen"));
+  EXPECT_FALSE(windows.DialogExists("#32770", "VelumarTestOther"));
   EXPECT_FALSE(windows.DialogExists("STATIC", "VelumarTestOpen"));
   ::DestroyWindow(dialog);
 }
@@ -123,6 +126,40 @@ TEST_F(WindowsKeysTest, TextsArriveWholeAndInOrder) {
   EXPECT_EQ(keys.Send("%FO^{TAB}x"), KeyOutcome::kTakenIn);
   EXPECT_EQ(host.Taken(), "<alt F>O<ctrl tab>x");
   EXPECT_THROW(keys.Send("\x01"), std::invalid_argument);
+}
+
+void PressAndRelease(WORD code) {
+  std::array<INPUT, 2> inputs{};
+  for (INPUT& input : inputs) {
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = code;
+  }
+  inputs[1].ki.dwFlags = KEYEVENTF_KEYUP;
+  ::SendInput(2, inputs.data(), sizeof(INPUT));
+}
+
+TEST_F(WindowsKeysTest, CapsLockChangesNothing) {
+  TypingWindow host(kHost);
+  ASSERT_TRUE(windows.BringToFront(kHost));
+  PressAndRelease(VK_CAPITAL);
+  host.Taken();
+  EXPECT_EQ(keys.Send("aZ 1!"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(host.Taken(), "aZ 1!");
+  EXPECT_EQ(keys.Send("%FO"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(host.Taken(), "<alt F>O");
+  PressAndRelease(VK_CAPITAL);
+}
+
+TEST_F(WindowsKeysTest, AShortcutThatTheKeyboardLacksIsNotTypedBare) {
+  TypingWindow host(kHost);
+  ASSERT_TRUE(windows.BringToFront(kHost));
+  host.Taken();
+  EXPECT_EQ(keys.Send("a%\xD0\x96"
+                      "b"),
+            KeyOutcome::kHeldBack);
+  EXPECT_EQ(host.Taken(), "a");
+  EXPECT_EQ(keys.Send("b"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(host.Taken(), "b") << "and nothing stays pressed";
 }
 
 TEST_F(WindowsKeysTest, ASendReturnsWhenTheKeysAreReadAndNotMuchLater) {

@@ -73,12 +73,15 @@ std::vector<HWND> WindowsChartProgram::MainWindows() const {
   return windows;
 }
 
-bool WindowsChartProgram::TakesKeys(HWND window) const {
-  const std::string title = TitleOf(window);
-  if (title != kFileDialog && !title.starts_with(host_title_)) return false;
+bool WindowsChartProgram::Owns(HWND window) const {
   const std::vector<HWND> main = MainWindows();
   return std::any_of(main.begin(), main.end(),
                      [&](HWND main_window) { return ProcessOf(main_window) == ProcessOf(window); });
+}
+
+bool WindowsChartProgram::TakesKeys(HWND window) const {
+  const std::string title = TitleOf(window);
+  return (title == kFileDialog || title.starts_with(host_title_)) && Owns(window);
 }
 
 }  // namespace velumar

@@ -23,6 +23,8 @@ class WindowsChartProgram {
 
   // Front to back; empty while the program doesn't run.
   std::vector<HWND> MainWindows() const;
+  // Whether the window belongs to a process with a main window.
+  bool Owns(HWND window) const;
   // Whether keys may go into this window: a main window, or the file dialog of one.
   bool TakesKeys(HWND window) const;
 

@@ -3,17 +3,24 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <chrono>
 #include <optional>
 
 #include "platform/windows/chart_program.h"
+#include "platform/windows/held_modifiers.h"
 #include "platform/windows/serving_wait.h"
 
 namespace velumar {
 
 namespace {
 
-constexpr DWORD kActivationPatienceMs = 500;
-constexpr DWORD kLookMs = 5;
+using std::chrono_literals::operator""ms;
+
+constexpr auto kActivationPatience = 500ms;
+constexpr auto kMeansPatience = 150ms;
+constexpr auto kLook = 5ms;
+constexpr auto kAnswerPatience = 200ms;
+constexpr UINT kWherever = SWP_NOMOVE | SWP_NOSIZE;
 
 HWND Native(WindowId window) { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window)); }
 
@@ -28,12 +35,20 @@ std::optional<HWND> WithTitle(std::string_view title) {
   return beginning;
 }
 
-// Windows that share their input may pass the focus on to each other.
+bool Answers(HWND window, std::chrono::milliseconds patience) {
+  DWORD_PTR ignored = 0;
+  return ::SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG,
+                               static_cast<UINT>(patience.count()), &ignored) != 0;
+}
+
+// Windows that share their input may pass the focus on to each other. They wait for each other too,
+// so nothing is shared with a program that hangs.
 class SharedInput {
  public:
-  explicit SharedInput(DWORD other_thread)
-      : other_(other_thread),
-        shared_(other_ != 0 && other_ != kOwn && ::AttachThreadInput(kOwn, other_, TRUE) != 0) {}
+  explicit SharedInput(HWND other)
+      : other_(::GetWindowThreadProcessId(other, nullptr)),
+        shared_(other_ != 0 && other_ != kOwn && Answers(other, kAnswerPatience) &&
+                ::AttachThreadInput(kOwn, other_, TRUE) != 0) {}
   ~SharedInput() {
     if (shared_) ::AttachThreadInput(kOwn, other_, FALSE);
   }
@@ -58,8 +73,7 @@ void PressAlt(bool down) {
 // again, the lowest first, so that their order stays. Before that the window has to have taken the
 // focus in: what is sent to it is answered behind it.
 void RaiseOwnOnTop(HWND focused) {
-  DWORD_PTR ignored = 0;
-  ::SendMessageTimeoutW(focused, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, kActivationPatienceMs, &ignored);
+  Answers(focused, kActivationPatience);
   std::vector<HWND> windows = AllTopLevelWindows();
   std::erase_if(windows, [](HWND window) {
     return (::GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) == 0 ||
@@ -67,27 +81,50 @@ void RaiseOwnOnTop(HWND focused) {
   });
   std::reverse(windows.begin(), windows.end());
   for (const HWND window : windows) {
-    ::SetWindowPos(window, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    ::SetWindowPos(window, HWND_TOPMOST, 0, 0, 0, 0, kWherever | SWP_NOACTIVATE);
   }
 }
 
 bool IsInFront(HWND window) { return ::GetForegroundWindow() == window; }
 
+bool ComesToFront(HWND window, std::chrono::milliseconds patience) {
+  const auto end = std::chrono::steady_clock::now() + patience;
+  while (!IsInFront(window) && std::chrono::steady_clock::now() < end) WaitServingOthers(kLook);
+  return IsInFront(window);
+}
+
+// What the system grants comes about in the other program, a moment later.
+bool AskForFront(HWND window) {
+  return ::SetForegroundWindow(window) != 0 && ComesToFront(window, kMeansPatience);
+}
+
 // A program in the background may not simply take the focus. It may give it away when it shares the
 // input of the program that has it, and whoever's key went down last may too: Alt is let go in the
-// new window, where it opens no menu without having gone down.
+// new window, where it opens no menu without having gone down. With a key that somebody holds it
+// would be a shortcut. Nothing waits for the window's own program, which may hang.
 void TakeFocus(HWND window) {
-  ::SetForegroundWindow(window);
-  if (IsInFront(window)) return;
+  if (AskForFront(window)) return;
   {
-    const SharedInput shared(::GetWindowThreadProcessId(::GetForegroundWindow(), nullptr));
-    ::BringWindowToTop(window);
+    const SharedInput shared(::GetForegroundWindow());
+    ::SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, kWherever | SWP_ASYNCWINDOWPOS);
     ::SetForegroundWindow(window);
   }
-  if (IsInFront(window)) return;
+  if (ComesToFront(window, kMeansPatience) || PersonHoldsModifier()) return;
   PressAlt(true);
   ::SetForegroundWindow(window);
   PressAlt(false);
+}
+
+// The walk ends early where the window that it has come to goes away.
+std::vector<HWND> WithClassAndTitle(const std::string& window_class, const std::string& title) {
+  constexpr std::size_t kMost = 1000;
+  std::vector<HWND> found;
+  HWND window = nullptr;
+  do {
+    window = ::FindWindowExA(nullptr, window, window_class.c_str(), title.c_str());
+    if (window != nullptr) found.push_back(window);
+  } while (window != nullptr && found.size() < kMost);
+  return found;
 }
 
 }  // namespace
@@ -115,6 +152,7 @@ void WindowsChartWindows::Maximize(WindowId window) {
   placement.length = sizeof placement;
   bool placed = ::GetWindowPlacement(Native(window), &placement) != 0;
   placement.showCmd = SW_SHOWMAXIMIZED;
+  placement.flags |= WPF_ASYNCWINDOWPLACEMENT;
   placed = placed && ::SetWindowPlacement(Native(window), &placement) != 0;
   // Where a program may not place another's windows, it may ask for it.
   if (!placed) ::ShowWindowAsync(Native(window), SW_SHOWMAXIMIZED);
@@ -134,20 +172,21 @@ bool WindowsChartWindows::BringToFront(std::string_view title) {
   // Where a window has a dialog open, the dialog is what can have the focus.
   const HWND target = ::IsWindowEnabled(*window) != 0 ? *window : ::GetLastActivePopup(*window);
   if (!IsInFront(target)) TakeFocus(target);
-  for (DWORD waited = 0; !IsInFront(target) && waited < kActivationPatienceMs; waited += kLookMs) {
-    WaitServingOthers(kLookMs);
-  }
+  ComesToFront(target, kActivationPatience);
   RaiseOwnOnTop(target);
   return true;
 }
 
 bool WindowsChartWindows::DialogExists(std::string_view window_class, std::string_view title) {
-  const HWND found = ::FindWindowA(std::string(window_class).c_str(), std::string(title).c_str());
-  if (found == nullptr) return false;
+  const std::vector<HWND> found = WithClassAndTitle(std::string(window_class), std::string(title));
+  const WindowsChartProgram program(host_title_);
+  const auto of_chart_program =
+      std::find_if(found.begin(), found.end(), [&](HWND window) { return program.Owns(window); });
+  if (of_chart_program == found.end()) return false;
   // The program may show the dialog itself as a window of another class.
   for (const HWND window : AllTopLevelWindows()) {
     const bool dialog = ::IsWindowVisible(window) != 0 && TitleOf(window) == title &&
-                        ProcessOf(window) == ProcessOf(found);
+                        ProcessOf(window) == ProcessOf(*of_chart_program);
     if (dialog && !IsInFront(window)) TakeFocus(window);
     if (dialog) break;
   }

@@ -3,14 +3,15 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <array>
-#include <cwctype>
+#include <chrono>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
 #include "base/windows_text.h"
 #include "platform/key_notation.h"
 #include "platform/windows/chart_program.h"
+#include "platform/windows/held_modifiers.h"
 #include "platform/windows/serving_wait.h"
 
 namespace velumar {
@@ -21,11 +22,9 @@ constexpr DWORD kAnswerPatienceMs = 2000;
 constexpr DWORD kPersonPatienceMs = 1000;
 // While a window is coming up or going away, none has the focus.
 constexpr DWORD kFocusPatienceMs = 500;
-constexpr DWORD kLookMs = 10;
+constexpr std::chrono::milliseconds kLook{10};
 
-constexpr std::array<int, 5> kModifiers{VK_SHIFT, VK_CONTROL, VK_MENU, VK_LWIN, VK_RWIN};
-
-enum class Obstacle : std::uint8_t { kNone, kOtherWindow, kNoFocus, kPersonTypes };
+enum class Obstacle : std::uint8_t { kNone, kOtherWindow, kNoFocus, kPersonTypes, kNoSuchKey };
 
 DWORD PatienceWith(Obstacle obstacle) {
   switch (obstacle) {
@@ -36,11 +35,6 @@ DWORD PatienceWith(Obstacle obstacle) {
     default:
       return 0;
   }
-}
-
-bool PersonHoldsModifier() {
-  return std::any_of(kModifiers.begin(), kModifiers.end(),
-                     [](int key) { return (::GetAsyncKeyState(key) & 0x8000) != 0; });
 }
 
 // A key of the keyboard with what has to be held around it.
@@ -69,31 +63,50 @@ WORD NamedCode(NamedKey key) {
   return 0;
 }
 
-// The place of a key with the stroke's modifiers; without a scan code where the layout lacks the
-// character.
-Place PlaceOf(const KeyStroke& stroke, HKL layout) {
+bool IsLetter(char32_t c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+bool IsDigit(char32_t c) { return c >= '0' && c <= '9'; }
+
+// The key that types the character, by the layout; its code is 0 where there is none.
+Place PlaceOfCharacter(const KeyStroke& stroke, HKL layout) {
   Place place{.shift = stroke.shift, .ctrl = stroke.ctrl, .alt = stroke.alt};
-  WORD code = NamedCode(stroke.named);
-  if (stroke.named == NamedKey::kNone) {
-    if (stroke.character > 0xFFFF) return {};
-    const bool text = !stroke.alt && !stroke.ctrl;
-    // A shortcut's letter is a key, whatever its case.
-    const auto character = static_cast<wchar_t>(
-        text ? stroke.character : std::towlower(static_cast<std::wint_t>(stroke.character)));
-    const SHORT key = ::VkKeyScanExW(character, layout);
-    if (key == -1) return {};
-    const auto held = static_cast<unsigned>(key) >> 8;
-    if (held > 7) return {};
-    code = static_cast<WORD>(key & 0xFF);
-    place.shift |= (held & 1U) != 0;
-    place.ctrl |= (held & 2U) != 0;
-    place.alt |= (held & 4U) != 0;
-    const bool locked = (::GetKeyState(VK_CAPITAL) & 1) != 0;
-    if (locked && text && ::IsCharAlphaW(character) != 0) place.shift = !place.shift;
+  const bool shortcut = stroke.alt || stroke.ctrl;
+  // A shortcut's letter is a key, whatever its case, and whether the layout types that letter or,
+  // say, a Cyrillic one with it.
+  if (shortcut && (IsLetter(stroke.character) || IsDigit(stroke.character))) {
+    constexpr char32_t kCaseBit = 0x20;
+    place.code = static_cast<WORD>(IsLetter(stroke.character) ? stroke.character & ~kCaseBit
+                                                              : stroke.character);
+    return place;
   }
-  place.code = code;
-  place.scan = static_cast<WORD>(::MapVirtualKeyExW(code, MAPVK_VK_TO_VSC, layout));
-  place.extended = stroke.named == NamedKey::kEnd;
+  if (stroke.character > 0xFFFF) return {};
+  const SHORT key = ::VkKeyScanExW(static_cast<wchar_t>(stroke.character), layout);
+  const auto held = static_cast<unsigned>(key) >> 8;
+  if (key == -1 || held > 7) return {};
+  place.code = static_cast<WORD>(key & 0xFF);
+  place.shift |= (held & 1U) != 0;
+  place.ctrl |= (held & 2U) != 0;
+  place.alt |= (held & 4U) != 0;
+  const bool caps_lock = (::GetKeyState(VK_CAPITAL) & 1) != 0;
+  if (caps_lock && !shortcut && IsLetter(stroke.character)) place.shift = !place.shift;
+  return place;
+}
+
+// The place of a key with the stroke's modifiers; none where the keyboard lacks it.
+std::optional<Place> PlaceOf(const KeyStroke& stroke, HKL layout) {
+  Place place;
+  if (stroke.named == NamedKey::kNone) {
+    place = PlaceOfCharacter(stroke, layout);
+  } else {
+    place = {.code = NamedCode(stroke.named),
+             .extended = stroke.named == NamedKey::kEnd,
+             .shift = stroke.shift,
+             .ctrl = stroke.ctrl,
+             .alt = stroke.alt};
+  }
+  if (place.code == 0) return std::nullopt;
+  place.scan = static_cast<WORD>(::MapVirtualKeyExW(place.code, MAPVK_VK_TO_VSC, layout));
+  if (place.scan == 0) return std::nullopt;
   return place;
 }
 
@@ -146,6 +159,29 @@ std::vector<INPUT> InputsOfCharacter(char32_t character) {
   return inputs;
 }
 
+bool IsText(const KeyStroke& stroke) {
+  return stroke.named == NamedKey::kNone && !stroke.alt && !stroke.ctrl && !stroke.shift;
+}
+
+// Empty where no key is the one that the stroke means: bare, without what is held around it, it
+// would do something else. Letters of a text are typed by their keys, which menus, lists and charts
+// know them by. All else of it is sent as the character that it is: dead keys, Caps Lock and input
+// methods make something else of its key.
+std::vector<INPUT> InputsOfStroke(const KeyStroke& stroke, HKL layout) {
+  const bool text = IsText(stroke);
+  if (text && !IsLetter(stroke.character)) return InputsOfCharacter(stroke.character);
+  if (const std::optional<Place> place = PlaceOf(stroke, layout)) return InputsOf(*place);
+  return text ? InputsOfCharacter(stroke.character) : std::vector<INPUT>();
+}
+
+// Nothing stays pressed of keys that were only taken in part.
+void LetGo(const std::vector<INPUT>& inputs, UINT taken) {
+  std::vector<INPUT> releases;
+  std::copy_if(inputs.begin() + taken, inputs.end(), std::back_inserter(releases),
+               [](const INPUT& input) { return (input.ki.dwFlags & KEYEVENTF_KEYUP) != 0; });
+  ::SendInput(static_cast<UINT>(releases.size()), releases.data(), sizeof(INPUT));
+}
+
 // The keys of one text on their way into the chart program.
 class Typing {
  public:
@@ -171,7 +207,7 @@ class Typing {
       const Obstacle obstacle = Try(stroke);
       if (obstacle == Obstacle::kNone) return true;
       if (::GetTickCount64() - start >= PatienceWith(obstacle)) return false;
-      WaitServingOthers(kLookMs);
+      WaitServingOthers(kLook);
     }
   }
 
@@ -181,12 +217,14 @@ class Typing {
     if (!program_.TakesKeys(front)) return Obstacle::kOtherWindow;
     if (PersonHoldsModifier()) return Obstacle::kPersonTypes;
     const HKL layout = ::GetKeyboardLayout(::GetWindowThreadProcessId(front, nullptr));
-    const Place place = PlaceOf(stroke, layout);
-    std::vector<INPUT> inputs =
-        place.scan != 0 ? InputsOf(place) : InputsOfCharacter(stroke.character);
+    std::vector<INPUT> inputs = InputsOfStroke(stroke, layout);
+    if (inputs.empty()) return Obstacle::kNoSuchKey;
     const auto count = static_cast<UINT>(inputs.size());
-    if (::SendInput(count, inputs.data(), sizeof(INPUT)) != count) {
-      throw std::runtime_error("the system takes no keys: " + SystemErrorText(::GetLastError()));
+    const UINT taken = ::SendInput(count, inputs.data(), sizeof(INPUT));
+    if (taken != count) {
+      const DWORD code = ::GetLastError();
+      if (taken != 0) LetGo(inputs, taken);
+      throw std::runtime_error("the system takes no keys: " + SystemErrorText(code));
     }
     unread_in_ = front;
     unread_ += count;

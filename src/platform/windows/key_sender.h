@@ -12,13 +12,15 @@ namespace velumar {
 //
 // A person's own keys come first: while one holds Ctrl, Alt, Shift or a Windows key, a key waits up
 // to a second and is then held back. Keys arrive the same under Caps Lock and in every keyboard
-// layout: characters that the layout lacks are typed as such.
+// layout: all text but its letters is typed as characters, and shortcuts by the keys that carry
+// their letters elsewhere where the layout has none.
 class WindowsKeySender : public KeySender {
  public:
   // As in WindowsChartWindows.
   explicit WindowsKeySender(std::string host_title) : host_title_(std::move(host_title)) {}
 
-  // kHeldBack: the keys from the first that found another window in front were not typed.
+  // kHeldBack: the keys from the first that found another window in front, or that the keyboard
+  // lacks, were not typed.
   // kNotAnswered: after two seconds in all. Throws std::runtime_error when the system takes no keys
   // from programs.
   KeyOutcome Send(std::string_view keys) override;

@@ -2,14 +2,25 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <chrono>
+
 namespace velumar {
 
 // Waits without letting window events run. What other programs send to windows of this thread is
-// answered all the same: they would hang meanwhile.
-inline void WaitServingOthers(DWORD milliseconds) {
-  const ULONGLONG end = ::GetTickCount64() + milliseconds;
-  for (ULONGLONG now = ::GetTickCount64(); now < end; now = ::GetTickCount64()) {
-    ::MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(end - now), QS_SENDMESSAGE);
+// answered all the same: they would hang meanwhile. The system takes the windows of a thread that
+// hasn't looked for seconds to hang, and fades them: so it looks unasked too.
+inline void WaitServingOthers(std::chrono::milliseconds time) {
+  using std::chrono::milliseconds;
+  constexpr milliseconds kLongestLook{500};
+  const auto end = std::chrono::steady_clock::now() + time;
+  const auto left = [end] {
+    return std::chrono::ceil<milliseconds>(end - std::chrono::steady_clock::now());
+  };
+  for (milliseconds rest = left(); rest.count() > 0; rest = left()) {
+    ::MsgWaitForMultipleObjects(0, nullptr, FALSE,
+                                static_cast<DWORD>(std::min(rest, kLongestLook).count()),
+                                QS_SENDMESSAGE);
     MSG message;
     ::PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
   }
