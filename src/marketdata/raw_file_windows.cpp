@@ -87,19 +87,27 @@ OVERLAPPED At(std::int64_t offset) {
   return place;
 }
 
-// In the place of a file that others may have open: they keep the old one.
-bool RenameUnderReaders(HANDLE handle, const std::filesystem::path& target) {
+constexpr DWORD kReplaceAsPosix = 0x1 | 0x2;
+constexpr DWORD kReplaceReadOnly = 0x40;  // not before Windows 10 1809
+
+bool RenameByHandle(HANDLE handle, const std::filesystem::path& target, DWORD flags) {
   constexpr auto kRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
-  constexpr DWORD kReplaceAsPosix = 0x1 | 0x2;
   const std::wstring name = std::filesystem::absolute(target).wstring();
   const std::size_t name_bytes = name.size() * sizeof(wchar_t);
   std::vector<std::byte> buffer(sizeof(FILE_RENAME_INFO) + name_bytes);
   auto& info = *reinterpret_cast<FILE_RENAME_INFO*>(buffer.data());
-  std::memcpy(&info, &kReplaceAsPosix, sizeof kReplaceAsPosix);
+  std::memcpy(&info, &flags, sizeof flags);
   info.FileNameLength = static_cast<DWORD>(name_bytes);
   std::memcpy(info.FileName, name.data(), name_bytes);
   return ::SetFileInformationByHandle(handle, kRenameInfoEx, &info,
                                       static_cast<DWORD>(buffer.size())) != 0;
+}
+
+// In the place of a file that others may have open: they keep the old one. Data copied from a disc
+// is read-only.
+bool RenameUnderReaders(HANDLE handle, const std::filesystem::path& target) {
+  return RenameByHandle(handle, target, kReplaceAsPosix | kReplaceReadOnly) ||
+         RenameByHandle(handle, target, kReplaceAsPosix);
 }
 
 bool Move(const std::filesystem::path& from, const std::filesystem::path& to) {
@@ -125,6 +133,8 @@ bool RenameByMoving(const std::filesystem::path& from, const std::filesystem::pa
     return false;
   }
   if (Move(from, to)) {
+    // A read-only file can be moved, but not deleted.
+    ::SetFileAttributesW(aside.c_str(), FILE_ATTRIBUTE_NORMAL);
     ::DeleteFileW(aside.c_str());
     return true;
   }

@@ -42,6 +42,21 @@ TEST(ReplacementFile, TakesThePlaceOfAFileThatAReaderHasOpen) {
   EXPECT_EQ(directory.Names(), std::vector<std::string>{"F1.DAT"});
 }
 
+// Data copied from a disc.
+TEST(ReplacementFile, TakesThePlaceOfAReadOnlyFile) {
+  const Scratch directory;
+  directory.Write("F1.DAT", "the old bars");
+  constexpr auto kWrite = std::filesystem::perms::owner_write |
+                          std::filesystem::perms::group_write |
+                          std::filesystem::perms::others_write;
+  std::filesystem::permissions(directory / "F1.DAT", kWrite, std::filesystem::perm_options::remove);
+  ReplacementFile fresh(directory / "F1.DAT");
+  fresh.Write(Bytes("new bars"));
+  fresh.Commit();
+  EXPECT_EQ(directory.Read("F1.DAT"), "new bars");
+  EXPECT_EQ(directory.Names(), std::vector<std::string>{"F1.DAT"}) << "the old one is gone";
+}
+
 TEST(RawFile, GrowsIsCutAndReadsToItsEnd) {
   const Scratch directory;
   RawFile file(directory / "F1.DAT", RawFile::Mode::kCreate);
