@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -100,6 +101,21 @@ TEST_P(MainWindowTest, ShowsTheMenuToAPersonWhoWaits) {
   Key(Qt::Key_Down);
   Key(Qt::Key_O);
   EXPECT_FALSE(program_.window->IsMenuShown());
+  EXPECT_TRUE(Dialog().isVisible());
+}
+
+// A Cyrillic layout types other letters with the same keys.
+TEST_P(MainWindowTest, KnowsItsKeysWhateverLettersTheyType) {
+  const auto press = [this](char32_t letter, quint32 code, Qt::KeyboardModifiers held) {
+    QKeyEvent key(QEvent::KeyPress, static_cast<int>(letter), held, 0, code, 0);
+    QCoreApplication::sendEvent(Target(), &key);
+  };
+  constexpr quint32 kKeysymOfCyrillicEf = 0x6C6;
+  press(U'\u0424', kKeysymOfCyrillicEf, Qt::AltModifier);
+  press(U'\u0429', 'O', Qt::NoModifier);
+  EXPECT_FALSE(Dialog().isVisible()) << "no menu was asked for";
+  press(U'\u0410', 'F', Qt::AltModifier);
+  press(U'\u0429', 'O', Qt::NoModifier);
   EXPECT_TRUE(Dialog().isVisible());
 }
 

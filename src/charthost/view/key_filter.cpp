@@ -33,6 +33,14 @@ bool IsModifier(const QKeyEvent& key) {
   }
 }
 
+// The key that carries a Latin letter. Where the layout has others, Windows still tells which key
+// it would be; no other window system has these numbers for other keys.
+int KeyOf(const QKeyEvent& key) {
+  const quint32 native = key.nativeVirtualKey();
+  const bool other_script = key.key() > 0x7F && key.key() < Qt::Key_Escape;
+  return other_script && native >= 'A' && native <= 'Z' ? static_cast<int>(native) : key.key();
+}
+
 char LetterOf(int key) {
   if (key >= Qt::Key_A && key <= Qt::Key_Z) return static_cast<char>('A' + (key - Qt::Key_A));
   if (key == Qt::Key_Tab || key == Qt::Key_Backtab) return '\t';
@@ -61,7 +69,7 @@ int RunKeyCode(int key) {
 
 ChartKey StrokeOf(const QKeyEvent& key) {
   const Qt::KeyboardModifiers held = key.modifiers();
-  return {LetterOf(key.key()), held.testFlag(Qt::AltModifier), held.testFlag(Qt::ControlModifier),
+  return {LetterOf(KeyOf(key)), held.testFlag(Qt::AltModifier), held.testFlag(Qt::ControlModifier),
           held.testFlag(Qt::ShiftModifier), held.testFlag(Qt::MetaModifier)};
 }
 
@@ -134,7 +142,7 @@ bool KeyFilter::HandOn(QWindow* receiver, const QKeyEvent& key) {
   if (!to_charts || !blind_.hasExpired() || (key.modifiers() & kOthers) != Qt::NoModifier) {
     return false;
   }
-  const RunKeyPress press{.code = RunKeyCode(key.key()),
+  const RunKeyPress press{.code = RunKeyCode(KeyOf(key)),
                           .shift = key.modifiers().testFlag(Qt::ShiftModifier),
                           .repeated = key.isAutoRepeat()};
   return IsRunKey(press) &&
