@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QUrl>
+#include <QWindow>
 #include <algorithm>
 #include <chrono>
 #include <exception>
@@ -155,6 +156,17 @@ void FormView::UpdateShape() {
   } else {
     CutCorners(*this, corners_);
   }
+}
+
+// Another screen may have another scale, and the cut is made in the pixels of the screen.
+void FormView::CutAgain() {
+  if (!retired_ && !blended_ && !form_.Bordered()) CutCorners(*this, corners_);
+}
+
+void FormView::showEvent(QShowEvent* event) {
+  constexpr auto kOnceBehindAll = Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection);
+  connect(windowHandle(), &QWindow::screenChanged, this, &FormView::CutAgain, kOnceBehindAll);
+  QWidget::showEvent(event);
 }
 
 void FormView::UpdateVisible() {

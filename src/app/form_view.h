@@ -47,6 +47,7 @@ class FormView : public QWidget, public FormCanvas {
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
+  void showEvent(QShowEvent* event) override;
 
  private:
   void OrderTabs();
@@ -54,6 +55,7 @@ class FormView : public QWidget, public FormCanvas {
   void UpdateFlags();
   void UpdatePlace();
   void UpdateShape();
+  void CutAgain();
   void UpdateVisible();
   void FollowTheUser();
 

@@ -23,6 +23,7 @@
 #include "app/qt_screen.h"
 #include "app/run_key_filter.h"
 #include "app/single_instance.h"
+#include "app/start_failure.h"
 #include "app/termination.h"
 #include "app/unattended.h"
 #include "base/dates.h"
@@ -107,11 +108,11 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
                    [&boxes](const std::string& text) { boxes.Show(text, BoxIcon::kExclamation); });
   theme.OnChange([&view](const Theme& changed) { view.SetTheme(changed); });
   Program program(session, desktop, platform, cache, ledger);
-  const RunKeyFilter run_keys(program.Keys());
-  const auto keys_from_chart = OpenMailbox(kRunKeyMailbox, [&program](const Mail& mail) {
-    program.Keys().PressFromChart({.code = static_cast<int>(mail.first),
-                                   .shift = (mail.second & kMailShift) != 0,
-                                   .repeated = (mail.second & kMailRepeated) != 0});
+  RunKeyFilter run_keys(program.Keys());
+  const auto keys_from_chart = OpenMailbox(kRunKeyMailbox, [&run_keys](const Mail& mail) {
+    run_keys.PressFromChart({.code = static_cast<int>(mail.first),
+                             .shift = (mail.second & kMailShift) != 0,
+                             .repeated = (mail.second & kMailRepeated) != 0});
   });
   instance.Listen([&] {
     program.ShowAgain();
@@ -138,14 +139,14 @@ std::optional<Options> UsableOptions() {
   try {
     return ReadOptions(QApplication::arguments());
   } catch (const std::invalid_argument& error) {
-    std::cerr << "velumar: " << error.what() << std::endl;
+    TellStartFailure(error.what());
     return std::nullopt;
   }
 }
 
 int Main(int argument_count, char** arguments) {
   if (const std::optional<std::string> missing = ChooseDisplay()) {
-    std::cerr << "velumar: " << *missing << std::endl;
+    TellStartFailure(*missing);
     return kFailure;
   }
   QApplication application(argument_count, arguments);
@@ -158,8 +159,8 @@ int Main(int argument_count, char** arguments) {
   SingleInstance instance(SettingsFolder(*options));
   if (instance.First()) return Run(application, *options, instance);
   if (instance.CallOther()) return EXIT_SUCCESS;
-  std::cerr << "velumar: another Velumar uses the settings in "
-            << SettingsFolder(*options).toStdString() << ", on another display" << std::endl;
+  TellStartFailure("another Velumar uses the settings in " +
+                   SettingsFolder(*options).toStdString() + ", on another display");
   return kFailure;
 }
 
@@ -171,7 +172,7 @@ int main(int argument_count, char** arguments) {
   try {
     return velumar::Main(argument_count, arguments);
   } catch (const std::exception& error) {
-    std::cerr << "velumar: " << error.what() << std::endl;
+    velumar::TellStartFailure(error.what());
     return velumar::kFailure;
   }
 }

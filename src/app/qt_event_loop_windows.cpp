@@ -1,8 +1,8 @@
 #include <QCoreApplication>
 #include <QEvent>
-#include <thread>
 
 #include "app/qt_event_loop.h"
+#include "platform/windows/serving_wait.h"
 #include "platform/windows/waitable_timer.h"
 
 namespace velumar {
@@ -39,7 +39,7 @@ void QtEventLoop::WaitFor(std::chrono::milliseconds time) {
   }
 }
 
-// Nothing of ours may run meanwhile, and other programs wait for a moment only.
-void QtEventLoop::Sleep(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
+// Nothing of ours may run meanwhile.
+void QtEventLoop::Sleep(std::chrono::milliseconds time) { WaitServingOthers(time); }
 
 }  // namespace velumar

@@ -34,6 +34,10 @@ bool OverOurWindow() {
 
 RunKeyFilter::RunKeyFilter(RunKeys& keys) : keys_(keys) { qApp->installEventFilter(this); }
 
+void RunKeyFilter::PressFromChart(const RunKeyPress& press) {
+  if (QGuiApplication::modalWindow() == nullptr) keys_.PressFromChart(press);
+}
+
 bool RunKeyFilter::eventFilter(QObject* receiver, QEvent* event) {
   switch (event->type()) {
     case QEvent::FocusIn:

@@ -18,6 +18,9 @@ class RunKeyFilter : public QObject {
  public:
   explicit RunKeyFilter(RunKeys& keys);
 
+  // A key that was typed to the chart. It doesn't go past a box that waits for an answer.
+  void PressFromChart(const RunKeyPress& press);
+
  protected:
   bool eventFilter(QObject* receiver, QEvent* event) override;
 

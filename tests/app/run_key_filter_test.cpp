@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QSlider>
 #include <QWindow>
 
@@ -96,6 +97,18 @@ TEST_F(RunKeyFilterTest, TheScoreBoardKeepsAllKeys) {
   }
   QApplication::processEvents();
   EXPECT_THAT(clicks, IsEmpty());
+}
+
+// The person who answers a box can't see what its keys would deal behind it.
+TEST_F(RunKeyFilterTest, NoKeyFromTheChartGoesPastABox) {
+  const RunKeyPress press{.code = run_key::kLong};
+  QMessageBox box;
+  box.open();
+  filter.PressFromChart(press);
+  EXPECT_THAT(clicks, IsEmpty());
+  box.close();
+  filter.PressFromChart(press);
+  EXPECT_THAT(clicks, ElementsAre("imgLong"));
 }
 
 TEST_F(RunKeyFilterTest, AListKeepsKeysOnlyOnceItsLineIsTypedInto) {
