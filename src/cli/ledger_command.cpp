@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <ostream>
@@ -67,8 +68,8 @@ std::string Table(const LedgerRecordset& records) {
   for (const std::string& column : records.columns) columns.push_back({column});
   TextTable table(std::move(columns));
   for (const auto& row : records.rows) {
-    std::vector<std::string> cells;
-    for (const LedgerValue& value : row) cells.push_back(LedgerText(value));
+    std::vector<std::string> cells(row.size());
+    std::ranges::transform(row, cells.begin(), LedgerText);
     table.AddRow(std::move(cells));
   }
   return table.Text();

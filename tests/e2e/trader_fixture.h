@@ -56,8 +56,9 @@ class TraderFixture : public testing::Test {
     return hand.Find(title, form.Width(), form.Height());
   }
   void ClickOn(const Form& form, const Control& control) {
-    const auto window = Find(form);
-    ASSERT_TRUE(window) << form.Name() << " isn't shown";
+    std::optional<ScreenRect> window;
+    ASSERT_TRUE(Eventually([&] { return (window = Find(form)).has_value(); }, 3))
+        << form.Name() << " isn't shown";
     hand.Click(*window, control.Left(), control.Top(), control.Width(), control.Height());
   }
 

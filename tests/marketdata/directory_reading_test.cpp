@@ -126,7 +126,10 @@ TEST(DirectoryReading, BitsThatTellNoUsableFieldsGiveWayToTheUsualSeven) {
 }
 
 TEST(DirectoryReading, CountsAreBelievedAsFarAsTheFilesHoldThem) {
-  const std::string record = RecordOf(Shapes()[3]);
+  constexpr std::size_t kRecord = 28;
+  const std::string whole =
+      DailyBytes({DailyBar(20050103), DailyBar(20050104), DailyBar(20050105)});
+  const auto record = [&](std::size_t bar) { return whole.substr((bar + 1) * kRecord, kRecord); };
   const struct {
     int told;
     int records;
@@ -137,9 +140,12 @@ TEST(DirectoryReading, CountsAreBelievedAsFarAsTheFilesHoldThem) {
   for (const auto& row : kRows) {
     const Scratch directory;
     directory.Write("MASTER", Master({{}}));
-    const std::vector<std::string> records(static_cast<std::size_t>(row.records), record);
+    std::vector<std::string> records;
+    for (int bar = 0; bar < row.records; ++bar) {
+      records.push_back(record(static_cast<std::size_t>(bar)));
+    }
     directory.Write("F1.DAT", DataBytes(7, row.told, records) +
-                                  record.substr(0, static_cast<std::size_t>(row.torn_bytes)));
+                                  record(0).substr(0, static_cast<std::size_t>(row.torn_bytes)));
     EXPECT_EQ(ReadBars(directory).size(), row.bars) << row.told << " told, " << row.records;
     EXPECT_EQ(List(directory).front().bars, static_cast<int>(row.bars));
   }
