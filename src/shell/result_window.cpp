@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 #include <cmath>
+#include <iterator>
 #include <memory>
 #include <span>
 #include <utility>
@@ -114,6 +115,7 @@ void ResultWindow::SetUpTables() {
   FrmResult& form = Window();
   form.lstStatistics.SetColumns({{"Figure"}, {"Value", true}});
   std::vector<Table::Column> columns;
+  columns.reserve(std::size(kOrderColumns));
   for (const OrderColumn& column : kOrderColumns) {
     columns.push_back({std::string(column.title), column.numeric});
   }
