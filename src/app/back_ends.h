@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,8 +29,15 @@ struct BackEnds {
   std::vector<std::string> problems;
 };
 
+// The beginning of the title of the chart program's window.
+inline constexpr const char* kHostTitle = "MetaStock";
+
 // Where settings and registry lie: as the options name it, or the user's own.
 QString SettingsFolder(const Options& options);
+
+// What all systems have in the same way, once the registry is there: the chart program's keys in
+// it, samples and ledger.
+void AddCommonBackEnds(BackEnds& ends, const std::filesystem::path& program_folder);
 
 // `program_folder` has no separator at its end. Throws std::runtime_error where the window system
 // can't be reached.

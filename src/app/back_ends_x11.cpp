@@ -1,11 +1,9 @@
-#include <exception>
 #include <filesystem>
 
 #include "app/back_ends.h"
 #include "base/paths.h"
-#include "platform/chart_program_keys.h"
 #include "platform/clock_system.h"
-#include "platform/programs_posix.h"
+#include "platform/programs.h"
 #include "platform/registry_file.h"
 #include "platform/settings_file.h"
 #include "platform/system_locale.h"
@@ -17,8 +15,6 @@ namespace velumar {
 
 namespace {
 
-constexpr std::string_view kHostTitle = "MetaStock";
-
 std::filesystem::path UserFileIn(const Options& options, std::string_view name) {
   if (options.settings_dir.isEmpty()) return UserFile(name);
   return NativePath(options.settings_dir.toStdString()) / name;
@@ -26,24 +22,6 @@ std::filesystem::path UserFileIn(const Options& options, std::string_view name) 
 
 void Append(std::vector<std::string>& all, std::vector<std::string> more) {
   for (std::string& text : more) all.push_back(std::move(text));
-}
-
-void RegisterChartProgram(Registry& registry, const std::string& program_folder,
-                          std::vector<std::string>& problems) {
-  try {
-    EnsureChartProgramKeys(registry, program_folder + "/charthost");
-  } catch (const std::exception& error) {
-    problems.emplace_back(error.what());
-  }
-}
-
-std::string Samples(const std::string& program_folder, std::vector<std::string>& problems) {
-  try {
-    return PathText(SampleDirectory(program_folder)) + "/";
-  } catch (const std::exception& error) {
-    problems.emplace_back(std::string("The samples can't be copied for you: ") + error.what());
-    return {};
-  }
 }
 
 }  // namespace
@@ -58,16 +36,14 @@ BackEnds SystemBackEnds(const Options& options, const std::string& program_folde
   BackEnds ends;
   Append(ends.problems, settings->TakeProblems());
   Append(ends.problems, registry->TakeProblems());
-  RegisterChartProgram(*registry, program_folder, ends.problems);
-  ends.chart_windows = std::make_unique<X11ChartWindows>(std::string(kHostTitle));
-  ends.keys = std::make_unique<X11KeySender>(std::string(kHostTitle));
+  ends.chart_windows = std::make_unique<X11ChartWindows>(kHostTitle);
+  ends.keys = std::make_unique<X11KeySender>(kHostTitle);
   ends.settings = std::move(settings);
   ends.registry = std::move(registry);
   ends.locale = SystemLocale();
   ends.clock = std::make_unique<SystemClock>();
-  ends.programs = std::make_unique<PosixPrograms>(options.chart_arguments);
-  ends.default_data_dir = Samples(program_folder, ends.problems);
-  ends.ledger_file = PathText(LedgerFile(program_folder));
+  ends.programs = std::make_unique<SystemPrograms>(options.chart_arguments);
+  AddCommonBackEnds(ends, NativePath(program_folder));
   return ends;
 }
 

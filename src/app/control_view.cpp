@@ -37,6 +37,11 @@ QRect LogicalPlace(const Control& control) {
           LogicalPixels(control.Width()), LogicalPixels(control.Height())};
 }
 
+bool IsEnter(const QKeyEvent& event) {
+  const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+  return enter && !event.isAutoRepeat();
+}
+
 QString ToQString(const std::string& text) { return QString::fromStdString(text); }
 
 void ApplyCommon(QWidget& widget, const Control& control) {

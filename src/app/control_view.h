@@ -6,6 +6,7 @@
 #include "app/form_canvas.h"
 #include "forms/control.h"
 
+class QKeyEvent;
 class QWidget;
 
 namespace velumar {
@@ -24,6 +25,9 @@ int LogicalPixels(float twips);
 QRect LogicalPlace(const Control& control);
 
 QString ToQString(const std::string& text);
+
+// A press of Enter, which clicks a button that has the focus; holding it down is one press.
+bool IsEnter(const QKeyEvent& event);
 
 // What all kinds have in common: place, visible, enabled, tooltip, the name for screen readers.
 void ApplyCommon(QWidget& widget, const Control& control);

@@ -104,8 +104,7 @@ void PictureButtonView::PaintFocus(QPainter& painter) const {
 }
 
 void PictureButtonView::keyPressEvent(QKeyEvent* event) {
-  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (enter && !event->isAutoRepeat()) {
+  if (IsEnter(*event)) {
     click();
   } else {
     QAbstractButton::keyPressEvent(event);

@@ -36,8 +36,7 @@ void ButtonView::Update() {
 }
 
 void ButtonView::keyPressEvent(QKeyEvent* event) {
-  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (enter && !event->isAutoRepeat()) {
+  if (IsEnter(*event)) {
     click();
   } else {
     QPushButton::keyPressEvent(event);

@@ -14,7 +14,6 @@ namespace velumar {
 namespace {
 
 constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
-constexpr std::int64_t kLongestTick = 20'000'000;
 
 std::int64_t Nanoseconds(const timespec& time) {
   return std::int64_t{time.tv_sec} * kNanosecondsPerSecond + time.tv_nsec;
@@ -51,8 +50,6 @@ constexpr mode_t kNewFileMode = 0666;
 
 }  // namespace
 
-bool FileStamp::IsSettled() const { return Nanoseconds(Now()) - changed_ns > kLongestTick; }
-
 std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
   struct stat info {};
   if (stat(path.c_str(), &info) != 0) return std::nullopt;
@@ -69,15 +66,6 @@ RawFile::RawFile(const std::filesystem::path& path, Mode mode)
 
 RawFile::~RawFile() {
   if (handle_ >= 0) close(handle_);
-}
-
-RawFile::RawFile(RawFile&& other) noexcept
-    : path_(std::move(other.path_)), handle_(std::exchange(other.handle_, -1)) {}
-
-RawFile& RawFile::operator=(RawFile&& other) noexcept {
-  std::swap(path_, other.path_);
-  std::swap(handle_, other.handle_);
-  return *this;
 }
 
 std::size_t RawFile::ReadAt(std::int64_t offset, ByteSpan into) const {

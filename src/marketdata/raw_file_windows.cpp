@@ -17,7 +17,6 @@ namespace velumar {
 
 namespace {
 
-constexpr std::int64_t kLongestTick = 20'000'000;
 // Everybody may go on reading, writing and replacing a file that is open here.
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
@@ -146,8 +145,6 @@ bool RenameByMoving(const std::filesystem::path& from, const std::filesystem::pa
 
 }  // namespace
 
-bool FileStamp::IsSettled() const { return Nanoseconds(Now()) - changed_ns > kLongestTick; }
-
 std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
   const HANDLE handle = ::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr,
                                       OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
@@ -167,15 +164,6 @@ RawFile::RawFile(const std::filesystem::path& path, Mode mode)
 
 RawFile::~RawFile() {
   if (handle_ >= 0) _close(handle_);
-}
-
-RawFile::RawFile(RawFile&& other) noexcept
-    : path_(std::move(other.path_)), handle_(std::exchange(other.handle_, -1)) {}
-
-RawFile& RawFile::operator=(RawFile&& other) noexcept {
-  std::swap(path_, other.path_);
-  std::swap(handle_, other.handle_);
-  return *this;
 }
 
 std::size_t RawFile::ReadAt(std::int64_t offset, ByteSpan into) const {

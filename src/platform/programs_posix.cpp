@@ -1,4 +1,4 @@
-#include "platform/programs_posix.h"
+#include "platform/programs.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -106,13 +106,13 @@ std::string FindInPath(std::string_view name) {
 
 }  // namespace
 
-void PosixPrograms::Start(std::string_view command_line) {
+void SystemPrograms::Start(std::string_view command_line) {
   std::vector<std::string> command = SplitCommandLine(command_line);
   command.insert(command.end(), extra_arguments_.begin(), extra_arguments_.end());
   StartApart(std::move(command));
 }
 
-void PosixPrograms::OpenInBrowser(std::string_view address) {
+void SystemPrograms::OpenInBrowser(std::string_view address) {
   const std::string opener = FindInPath("xdg-open");
   if (opener.empty()) {
     throw std::runtime_error("there is no program to open " + std::string(address) +
@@ -121,7 +121,7 @@ void PosixPrograms::OpenInBrowser(std::string_view address) {
   StartApart({opener, std::string(address)});
 }
 
-void PosixPrograms::EndProcess() { EndProcessAtOnce(0); }
+void SystemPrograms::EndProcess() { EndProcessAtOnce(0); }
 
 void EndProcessAtOnce(int code) {
   std::cout.flush();

@@ -7,6 +7,8 @@
 #include <string>
 #include <system_error>
 
+#include "platform/user_files_common.h"
+
 namespace velumar {
 
 namespace fs = std::filesystem;
@@ -64,20 +66,7 @@ fs::path LedgerFile(const fs::path& program_folder) {
 fs::path SampleDirectory(const fs::path& program_folder) {
   const fs::path shared = SharedSamples(program_folder);
   if (shared.empty()) return program_folder / "samples";
-  fs::path own = UserDataFolder() / "samples";
-  if (fs::exists(own)) return own;
-  // Whole or not at all.
-  const fs::path unfinished = UserDataFolder() / (".samples-" + std::to_string(::getpid()));
-  try {
-    fs::create_directories(unfinished.parent_path());
-    fs::copy(shared, unfinished, fs::copy_options::recursive);
-    fs::rename(unfinished, own);
-  } catch (const fs::filesystem_error&) {
-    std::error_code first_one_counts;
-    fs::remove_all(unfinished, first_one_counts);
-    throw;
-  }
-  return own;
+  return OwnCopy(shared, UserDataFolder() / "samples");
 }
 
 }  // namespace velumar

@@ -1,38 +1,19 @@
 #include "platform/x11_chart_program.h"
 
 #include <algorithm>
-#include <functional>
 
-#include "base/text.h"
+#include "platform/chart_main_windows.h"
 
 namespace velumar {
 
-namespace {
-
-constexpr std::string_view kProgramFile = "MSWIN.EXE";
-constexpr std::string_view kFileDialog = "Open";
-
-// Keeps the windows that the test accepts, if any is accepted.
-void Prefer(std::vector<xcb_window_t>& windows, const std::function<bool(xcb_window_t)>& accepts) {
-  std::vector<xcb_window_t> accepted;
-  std::copy_if(windows.begin(), windows.end(), std::back_inserter(accepted), accepts);
-  if (!accepted.empty()) windows = std::move(accepted);
-}
-
-}  // namespace
-
 std::vector<xcb_window_t> X11ChartProgram::MainWindows() {
-  std::vector<xcb_window_t> windows = connection_.TopLevelWindows();
-  std::erase_if(windows, [&](xcb_window_t window) {
-    return !connection_.Title(window).starts_with(host_title_);
-  });
-  Prefer(windows, [&](xcb_window_t window) {
-    const std::vector<std::string> texts = connection_.ClassTexts(window);
-    return std::any_of(texts.begin(), texts.end(),
-                       [](const std::string& text) { return UpperCased(text) == kProgramFile; });
-  });
-  Prefer(windows, [&](xcb_window_t window) { return connection_.Title(window) == host_title_; });
-  return windows;
+  return ChartMainWindows(
+      connection_.TopLevelWindows(), host_title_,
+      [&](xcb_window_t window) { return connection_.Title(window); },
+      [&](xcb_window_t window) {
+        const std::vector<std::string> texts = connection_.ClassTexts(window);
+        return std::any_of(texts.begin(), texts.end(), IsChartProgramFile);
+      });
 }
 
 bool X11ChartProgram::TakesKeys(xcb_window_t window) {
@@ -41,7 +22,7 @@ bool X11ChartProgram::TakesKeys(xcb_window_t window) {
     return true;
   }
   const std::string title = connection_.Title(window);
-  return (title == kFileDialog || title.starts_with(host_title_)) &&
+  return (title == kChartFileDialog || title.starts_with(host_title_)) &&
          BelongsTo(main_windows, window);
 }
 

@@ -9,9 +9,8 @@
 
 namespace velumar {
 
-// Tells the chart program's windows from all others. A folder or a letter may be called like the
-// chart program too: where a window names the program's own file as its class, only that program's
-// windows count; else those whose title is exactly the host title; else those that begin with it.
+// Tells the chart program's windows from all others. A window names its program's file as its
+// class.
 class X11ChartProgram {
  public:
   // `connection` must outlive the object.

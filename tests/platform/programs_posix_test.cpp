@@ -1,4 +1,4 @@
-#include "platform/programs_posix.h"
+#include "platform/programs.h"
 
 #include <sys/wait.h>
 
@@ -41,21 +41,21 @@ void MakeProgram(const fs::path& file, std::string_view script, fs::perms perms)
 
 std::string ErrorOfStarting(const std::string& command_line) {
   try {
-    PosixPrograms().Start(command_line);
+    SystemPrograms().Start(command_line);
     return "started";
   } catch (const std::runtime_error& error) {
     return error.what();
   }
 }
 
-TEST(PosixPrograms, StartsApartWithItsArguments) {
+TEST(SystemPrograms, StartsApartWithItsArguments) {
   const TempFolder folder;
   fs::create_directory(folder / "my charts");
   MakeProgram(folder / "my charts/MSWIN.EXE",
               "#!/bin/sh\nread line\necho \"$@\" \"<$line>\" > \"$(dirname \"$0\")/part\"\n"
               "mv \"$(dirname \"$0\")/part\" \"$(dirname \"$0\")/told\"\n",
               fs::perms::owner_all);
-  PosixPrograms({"--state", "a b"}).Start(folder.Path().string() + "\\my charts\\MSWIN.EXE /l /e");
+  SystemPrograms({"--state", "a b"}).Start(folder.Path().string() + "\\my charts\\MSWIN.EXE /l /e");
   const fs::path told = folder / "my charts/told";
   for (int wait = 0; wait < 500 && !fs::exists(told); ++wait) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -66,7 +66,7 @@ TEST(PosixPrograms, StartsApartWithItsArguments) {
   EXPECT_EQ(errno, ECHILD);
 }
 
-TEST(PosixPrograms, AProgramThatCantStartIsNamed) {
+TEST(SystemPrograms, AProgramThatCantStartIsNamed) {
   const TempFolder folder;
   const std::string path = folder.Path().string() + "/MSWIN.EXE";
   EXPECT_THAT(ErrorOfStarting(path + " /l /e"), AllOf(HasSubstr(path), HasSubstr("No such file")));
@@ -76,7 +76,7 @@ TEST(PosixPrograms, AProgramThatCantStartIsNamed) {
   EXPECT_THAT(ErrorOfStarting(path), AllOf(HasSubstr(path), HasSubstr("can't run that kind")));
 }
 
-TEST(PosixPrograms, TheBrowserIsFoundInThePath) {
+TEST(SystemPrograms, TheBrowserIsFoundInThePath) {
   const TempFolder folder;
   const char* const path = std::getenv("PATH");
   const std::string before = path == nullptr ? "" : path;
@@ -84,21 +84,21 @@ TEST(PosixPrograms, TheBrowserIsFoundInThePath) {
   MakeProgram(folder / "xdg-open",
               "#!/bin/sh\necho \"$1\" > \"$0.part\"; mv \"$0.part\" \"$0.told\"\n",
               fs::perms::owner_all);
-  PosixPrograms().OpenInBrowser("https://example.org/?a=1&b=2");
+  SystemPrograms().OpenInBrowser("https://example.org/?a=1&b=2");
   const fs::path told = folder / "xdg-open.told";
   for (int wait = 0; wait < 500 && !fs::exists(told); ++wait) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   EXPECT_EQ(ReadFile(told), "https://example.org/?a=1&b=2\n");
   ::setenv("PATH", "/nowhere", 1);
-  EXPECT_THROW(PosixPrograms().OpenInBrowser("https://example.org"), std::runtime_error);
+  EXPECT_THROW(SystemPrograms().OpenInBrowser("https://example.org"), std::runtime_error);
   ::setenv("PATH", before.c_str(), 1);
 }
 
-TEST(PosixPrograms, EndProcessLosesNoOutput) {
+TEST(SystemPrograms, EndProcessLosesNoOutput) {
   const auto end = [] {
     std::fputs("last words", stderr);
-    PosixPrograms().EndProcess();
+    SystemPrograms().EndProcess();
   };
   EXPECT_EXIT(end(), ::testing::ExitedWithCode(0), "last words");
 }

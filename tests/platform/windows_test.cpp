@@ -12,13 +12,14 @@
 #include "base/paths.h"
 #include "base/windows_text.h"
 #include "platform/clock_system.h"
+#include "platform/programs.h"
 #include "platform/settings_file.h"
 #include "platform/temp_folder.h"
 #include "platform/whole_file.h"
 #include "platform/windows/chart_windows.h"
 #include "platform/windows/key_sender.h"
 #include "platform/windows/mailbox.h"
-#include "platform/windows/programs.h"
+#include "platform/windows/quoted_argument.h"
 #include "platform/windows/registry_settings.h"
 #include "platform/windows/system_locale.h"
 #include "platform/windows/system_registry.h"
@@ -225,19 +226,19 @@ TEST(Mailbox, BringsTheNumbersToTheOneOfItsName) {
 
 std::string ErrorOfStarting(const std::string& command_line) {
   try {
-    WindowsPrograms().Start(command_line);
+    SystemPrograms().Start(command_line);
     return "started";
   } catch (const std::runtime_error& error) {
     return error.what();
   }
 }
 
-TEST(WindowsPrograms, StartWithTheirArguments) {
+TEST(SystemPrograms, StartWithTheirArguments) {
   const TempFolder folder;
   std::filesystem::create_directory(folder / "my charts");
   std::filesystem::copy_file("C:\\windows\\system32\\cmd.exe", folder / "my charts/MSWIN.EXE");
   const std::string told = PathText(folder / "told");
-  WindowsPrograms({"/c", "echo here> " + told}).Start(PathText(folder / "my charts" / "MSWIN.EXE"));
+  SystemPrograms({"/c", "echo here> " + told}).Start(PathText(folder / "my charts" / "MSWIN.EXE"));
   for (int wait = 0; wait < 500 && StateOf(folder / "told").size <= 0; ++wait) {
     std::this_thread::sleep_for(10ms);
   }
@@ -247,7 +248,7 @@ TEST(WindowsPrograms, StartWithTheirArguments) {
               AllOf(HasSubstr(missing), HasSubstr("can't be started: ")));
 }
 
-TEST(WindowsPrograms, ArgumentsComeBackAsTheyWere) {
+TEST(SystemPrograms, ArgumentsComeBackAsTheyWere) {
   const std::vector<std::string> arguments{"plain",     "two words",   "",
                                            "a\"b",      "end\\",       "my dir\\",
                                            "\\\\\"q\"", "C:\\a b\\\\", "\xC3\xA9"};

@@ -3,26 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <functional>
 
 #include "base/paths.h"
-#include "base/text.h"
 #include "base/windows_text.h"
+#include "platform/chart_main_windows.h"
 #include "platform/windows/handle.h"
 
 namespace velumar {
 
 namespace {
-
-constexpr std::string_view kProgramFile = "MSWIN.EXE";
-constexpr std::string_view kFileDialog = "Open";
-
-// Keeps the windows that the test accepts, if any is accepted.
-void Prefer(std::vector<HWND>& windows, const std::function<bool(HWND)>& accepts) {
-  std::vector<HWND> accepted;
-  std::copy_if(windows.begin(), windows.end(), std::back_inserter(accepted), accepts);
-  if (!accepted.empty()) windows = std::move(accepted);
-}
 
 // The file that the window's process runs; empty where that isn't told.
 std::string ProgramOf(HWND window) {
@@ -65,12 +54,9 @@ DWORD ProcessOf(HWND window) {
 
 std::vector<HWND> WindowsChartProgram::MainWindows() const {
   std::vector<HWND> windows = AllTopLevelWindows();
-  std::erase_if(windows, [&](HWND window) {
-    return ::IsWindowVisible(window) == 0 || !TitleOf(window).starts_with(host_title_);
-  });
-  Prefer(windows, [](HWND window) { return UpperCased(ProgramOf(window)) == kProgramFile; });
-  Prefer(windows, [&](HWND window) { return TitleOf(window) == host_title_; });
-  return windows;
+  std::erase_if(windows, [](HWND window) { return ::IsWindowVisible(window) == 0; });
+  return ChartMainWindows(windows, host_title_, TitleOf,
+                          [](HWND window) { return IsChartProgramFile(ProgramOf(window)); });
 }
 
 bool WindowsChartProgram::Owns(HWND window) const {
@@ -81,7 +67,7 @@ bool WindowsChartProgram::Owns(HWND window) const {
 
 bool WindowsChartProgram::TakesKeys(HWND window) const {
   const std::string title = TitleOf(window);
-  return (title == kFileDialog || title.starts_with(host_title_)) && Owns(window);
+  return (title == kChartFileDialog || title.starts_with(host_title_)) && Owns(window);
 }
 
 }  // namespace velumar

@@ -1,4 +1,4 @@
-#include "platform/windows/programs.h"
+#include "platform/programs.h"
 
 #include <windows.h>
 // Behind windows.h, whose names it needs.
@@ -12,6 +12,7 @@
 #include "platform/command_line.h"
 #include "platform/process_end.h"
 #include "platform/windows/handle.h"
+#include "platform/windows/quoted_argument.h"
 
 namespace velumar {
 
@@ -39,7 +40,7 @@ std::wstring QuotedArgument(std::string_view argument) {
   return quoted + L'"';
 }
 
-void WindowsPrograms::Start(std::string_view command_line) {
+void SystemPrograms::Start(std::string_view command_line) {
   std::vector<std::string> command = SplitCommandLine(command_line);
   command.insert(command.end(), extra_arguments_.begin(), extra_arguments_.end());
   // Always in quotes, so that no other program can be taken for it.
@@ -60,7 +61,7 @@ void WindowsPrograms::Start(std::string_view command_line) {
   ::AllowSetForegroundWindow(started.dwProcessId);
 }
 
-void WindowsPrograms::OpenInBrowser(std::string_view address) {
+void SystemPrograms::OpenInBrowser(std::string_view address) {
   constexpr std::intptr_t kLastError = 32;
   const HINSTANCE answer =
       ::ShellExecuteW(nullptr, L"open", WideText(address).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
@@ -69,7 +70,7 @@ void WindowsPrograms::OpenInBrowser(std::string_view address) {
                            " with: " + SystemErrorText(::GetLastError()));
 }
 
-void WindowsPrograms::EndProcess() { EndProcessAtOnce(0); }
+void SystemPrograms::EndProcess() { EndProcessAtOnce(0); }
 
 void EndProcessAtOnce(int code) {
   std::cout.flush();

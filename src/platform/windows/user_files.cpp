@@ -6,6 +6,8 @@
 #include <string>
 #include <system_error>
 
+#include "platform/user_files_common.h"
+
 namespace velumar {
 
 namespace fs = std::filesystem;
@@ -64,21 +66,7 @@ fs::path SampleDirectory(const fs::path& program_folder) {
   const fs::path installed = InstalledSamples(program_folder);
   if (installed.empty() && (!fs::exists(beside) || CanWriteIn(beside))) return beside;
   const fs::path shared = installed.empty() ? beside : installed;
-  fs::path own = UserFolder() / "samples";
-  if (fs::exists(own)) return own;
-  // Whole or not at all.
-  const fs::path unfinished =
-      UserFolder() / (".samples-" + std::to_string(::GetCurrentProcessId()));
-  try {
-    fs::create_directories(unfinished.parent_path());
-    fs::copy(shared, unfinished, fs::copy_options::recursive);
-    fs::rename(unfinished, own);
-  } catch (const fs::filesystem_error&) {
-    std::error_code first_one_counts;
-    fs::remove_all(unfinished, first_one_counts);
-    throw;
-  }
-  return own;
+  return OwnCopy(shared, UserFolder() / "samples");
 }
 
 }  // namespace velumar

@@ -8,11 +8,12 @@
 
 namespace velumar {
 
-// Programs are started apart from this process and outlive it.
-class WindowsPrograms : public Programs {
+// Programs are started apart from this process and outlive it; on a system with consoles their
+// output goes where this one's goes.
+class SystemPrograms : public Programs {
  public:
   // `extra_arguments` are added behind those of every command line.
-  explicit WindowsPrograms(std::vector<std::string> extra_arguments = {})
+  explicit SystemPrograms(std::vector<std::string> extra_arguments = {})
       : extra_arguments_(std::move(extra_arguments)) {}
 
   void Start(std::string_view command_line) override;
@@ -22,8 +23,5 @@ class WindowsPrograms : public Programs {
  private:
   std::vector<std::string> extra_arguments_;
 };
-
-// One argument as a program finds it again in its command line.
-std::wstring QuotedArgument(std::string_view argument);
 
 }  // namespace velumar

@@ -1,0 +1,23 @@
+#include "marketdata/raw_file.h"
+
+#include <chrono>
+#include <utility>
+
+namespace velumar {
+
+bool FileStamp::IsSettled() const {
+  constexpr std::chrono::milliseconds kLongestTick{20};
+  const std::chrono::nanoseconds changed(changed_ns);
+  return std::chrono::system_clock::now().time_since_epoch() - changed > kLongestTick;
+}
+
+RawFile::RawFile(RawFile&& other) noexcept
+    : path_(std::move(other.path_)), handle_(std::exchange(other.handle_, -1)) {}
+
+RawFile& RawFile::operator=(RawFile&& other) noexcept {
+  std::swap(path_, other.path_);
+  std::swap(handle_, other.handle_);
+  return *this;
+}
+
+}  // namespace velumar
