@@ -6,8 +6,8 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QMessageBox>
 
+#include "app/qt_message_boxes.h"
 #include "app/theme.h"
 
 namespace velumar {
@@ -35,12 +35,10 @@ QString WithEnding(QString file, const std::vector<FileForm>& forms, const QStri
   return file + QLatin1Char('.') + ending;
 }
 
-bool MayBeLost(QWidget* window, const QString& file) {
-  const QString name = QFileInfo(file).fileName();
-  return QMessageBox::question(window, QStringLiteral("Save As"),
-                               name + QStringLiteral(" exists already. Replace it?"),
-                               QMessageBox::Yes | QMessageBox::No,
-                               QMessageBox::No) == QMessageBox::Yes;
+bool MayBeLost(const QString& file) {
+  const std::string question =
+      QFileInfo(file).fileName().toStdString() + " exists already. Replace it?";
+  return QtMessageBoxes().Ask(question, {"Replace", "Cancel"}) == 0;
 }
 
 }  // namespace
@@ -58,7 +56,7 @@ std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>&
   while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
     const QString typed = dialog.selectedFiles().constFirst();
     const QString file = WithEnding(typed, forms, EndingOf(dialog.selectedNameFilter()));
-    if (file == typed || !QFileInfo::exists(file) || MayBeLost(&dialog, file))
+    if (file == typed || !QFileInfo::exists(file) || MayBeLost(file))
       return QDir::toNativeSeparators(file).toStdString();
   }
   return std::nullopt;

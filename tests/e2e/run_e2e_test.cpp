@@ -17,14 +17,7 @@ TEST_F(RunE2e, ATraderPlaysStepsPausesOpensASecondChartAndReturns) {
   EXPECT_TRUE(Eventually([&] { return StandsOn(paused); }));
   EXPECT_LE(paused, kStartBar + 12);
 
-  const struct {
-    const PictureButton& button;
-    int bars;
-  } steps[] = {{navigator.Image1, paused + 1},
-               {navigator.Image2, paused},
-               {navigator.Image7, paused + 30},
-               {navigator.Image6, paused}};
-  for (const auto& step : steps) {
+  for (const StepByHand& step : StepsFrom(paused)) {
     ClickOn(navigator, step.button);
     EXPECT_TRUE(Eventually([&] { return StandsOn(step.bars); }))
         << step.button.Name() << ": chart " << ChartBars() << ", store " << StoreBars();

@@ -1,22 +1,17 @@
 #pragma once
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <memory>
 #include <string>
 
-#include "e2e/desktop_hand.h"
 #include "e2e/programs.h"
-#include "forms/desktop.h"
+#include "e2e/trader_hand.h"
 #include "platform/settings_file.h"
-#include "support/scratch.h"
 
 namespace velumar {
 
-// The real program on a directory of its own, with the hand and the eyes of a trader. The places of
-// the controls come from the windows' own tables.
-class TraderFixture : public testing::Test {
+// The real program on a directory of its own, in a trader's hands.
+class TraderFixture : public TraderHand {
  protected:
   static constexpr int kBars = 300;
   static constexpr int kStartBar = 150;
@@ -49,19 +44,6 @@ class TraderFixture : public testing::Test {
     return std::to_string(date / 100 % 100) + "/" + std::to_string(date % 100) + "/" +
            std::to_string(date / 10000);
   }
-  static void Sleep(int ms) { usleep(static_cast<useconds_t>(ms) * 1000); }
-
-  std::optional<ScreenRect> Find(const Form& form) {
-    const std::string title = form.Name() == "Form1" ? "Velumar1.0" : "Velumar";
-    return hand.Find(title, form.Width(), form.Height());
-  }
-  void ClickOn(const Form& form, const Control& control) {
-    std::optional<ScreenRect> window;
-    ASSERT_TRUE(Eventually([&] { return (window = Find(form)).has_value(); }, 3))
-        << form.Name() << " isn't shown";
-    hand.Click(*window, control.Left(), control.Top(), control.Width(), control.Height());
-  }
-
   nlohmann::json State() {
     const auto states = program->States();
     return states.empty() ? nlohmann::json() : states.back();
@@ -70,13 +52,7 @@ class TraderFixture : public testing::Test {
     const nlohmann::json state = State();
     return state.is_null() || state["chart"].is_null() ? -1 : state["chart"]["bars"].get<int>();
   }
-  int StoreBars() {
-    try {
-      return static_cast<int>(ReadBars(data + "/Simulate", "ABC", -1).size());
-    } catch (const std::exception&) {
-      return -1;
-    }
-  }
+  int StoreBars() { return BarsOf(data + "/Simulate", "ABC"); }
   // Chart and store stand on the same number of bars.
   bool StandsOn(int bars) { return ChartBars() == bars && StoreBars() == bars; }
   long Refreshes() {
@@ -85,13 +61,7 @@ class TraderFixture : public testing::Test {
     return count;
   }
 
-  ScratchFolder scratch;
   std::string data = scratch.Sub("data");
-  DesktopHand hand;
-  Desktop tables;
-  Form1& setup = tables.Untouched().form1;
-  Form2& navigator = tables.Untouched().form2;
-  Form3& panel = tables.Untouched().form3;
   std::unique_ptr<RunningProgram> program;
 };
 

@@ -1,17 +1,13 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
-#include <optional>
 
-#include "e2e/desktop_hand.h"
+#include "e2e/trader_hand.h"
 #include "e2e/wine_programs.h"
-#include "forms/desktop.h"
-#include "support/scratch.h"
 
 namespace velumar {
 namespace {
@@ -25,7 +21,7 @@ constexpr int kNowhereY = 400;
 
 // A trader at a Windows machine on which Velumar was just installed: scripts/test-windows installs
 // it and tells where. What stands in store, ledger and registry is held against what was done.
-class WineTrader : public testing::Test {
+class WineTrader : public TraderHand {
  protected:
   void SetUp() override {
     if (std::getenv("VELUMAR_INSTALLED") == nullptr) {
@@ -36,7 +32,6 @@ class WineTrader : public testing::Test {
   }
 
   static fs::path Folder(const char* variable) { return fs::path(std::getenv(variable)); }
-  static void Sleep(int ms) { usleep(static_cast<useconds_t>(ms) * 1000); }
 
   void StartProgram() {
     desktop.reset();
@@ -57,23 +52,7 @@ class WineTrader : public testing::Test {
     })) << form.Name();
   }
 
-  std::optional<ScreenRect> Find(const Form& form) {
-    const std::string title = form.Name() == "Form1" ? "Velumar1.0" : "Velumar";
-    return hand.Find(title, form.Width(), form.Height());
-  }
-  void ClickOn(const Form& form, const Control& control) {
-    const auto window = Find(form);
-    ASSERT_TRUE(window) << form.Name() << " isn't shown";
-    hand.Click(*window, control.Left(), control.Top(), control.Width(), control.Height());
-  }
-
-  int StoreBars() {
-    try {
-      return static_cast<int>(ReadBars(data / "Simulate", kSymbol, -1).size());
-    } catch (const std::exception&) {
-      return -1;
-    }
-  }
+  int StoreBars() { return BarsOf(data / "Simulate", kSymbol); }
   // Once no bar comes any more; -1 where the feed doesn't pause.
   int BarsAtRest() {
     int bars = StoreBars();
@@ -162,13 +141,7 @@ class WineTrader : public testing::Test {
 
   static constexpr const char* kSymbol = "ALBRUN";
 
-  ScratchFolder scratch;
   fs::path data = Folder("VELUMAR_USER_FOLDER") / "samples";
-  DesktopHand hand;
-  Desktop tables;
-  Form1& setup = tables.Untouched().form1;
-  Form2& navigator = tables.Untouched().form2;
-  Form3& panel = tables.Untouched().form3;
   std::unique_ptr<WineDesktop> desktop;
 };
 
@@ -185,14 +158,7 @@ TEST_F(WineTrader, PlaysStepsTradesIsKilledAndFindsAllAgain) {
   const int paused = BarsAtRest();
   ASSERT_GT(paused, 0) << "the pause button is reached, and it pauses";
   std::string before = Screen();
-  const struct {
-    const PictureButton& button;
-    int bars;
-  } steps[] = {{navigator.Image1, paused + 1},
-               {navigator.Image2, paused},
-               {navigator.Image7, paused + 30},
-               {navigator.Image6, paused}};
-  for (const auto& step : steps) {
+  for (const StepByHand& step : StepsFrom(paused)) {
     ClickOn(navigator, step.button);
     EXPECT_TRUE(Eventually([&] { return StoreBars() == step.bars; }))
         << step.button.Name() << ": " << StoreBars();

@@ -173,23 +173,8 @@ Bar TimedBar(int date, int time, float close) {
   return {date, time, close - 1, close + 2, close - 2, close, 1000 * close, 7};
 }
 
-std::vector<Bar> ReadBars(const std::string& directory, std::string_view symbol, int interval) {
-  IndexCache cache;
-  MetaLibReader reader(cache);
-  reader.OpenDirectory(directory);
-  reader.SelectSeries(symbol, interval == -1 ? 1 : 0, interval);
-  reader.ReadSeries();
-  std::vector<Bar> bars;
-  for (std::size_t i = 0; i < reader.GetDates().size(); ++i) {
-    bars.push_back({reader.GetDates()[i], reader.GetTimes()[i], reader.GetOpens()[i],
-                    reader.GetHighs()[i], reader.GetLows()[i], reader.GetCloses()[i],
-                    reader.GetVolumes()[i], reader.GetOpenInterests()[i]});
-  }
-  return bars;
-}
-
 std::vector<Bar> ReadBars(const Scratch& directory, std::string_view symbol, int interval) {
-  return ReadBars(directory.Text(), symbol, interval);
+  return ReadBars(directory.Text(), std::string(symbol), interval);
 }
 
 }  // namespace velumar

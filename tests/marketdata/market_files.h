@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "marketdata/bar.h"
+#include "support/scratch.h"
 
 namespace velumar {
 
@@ -59,7 +60,6 @@ Bar DailyBar(int date, float close = 10);
 Bar TimedBar(int date, int time, float close = 10);
 
 // By a fresh reader that keeps nothing.
-std::vector<Bar> ReadBars(const std::string& directory, std::string_view symbol, int interval);
 std::vector<Bar> ReadBars(const Scratch& directory, std::string_view symbol = "AAA",
                           int interval = -1);
 
