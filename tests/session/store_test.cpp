@@ -1,5 +1,6 @@
 #include <fstream>
 
+#include "marketdata/market_files.h"
 #include "marketdata/metalib_writer.h"
 #include "support/session_fixture.h"
 
@@ -101,6 +102,24 @@ TEST_F(PrepareStoreTest, ASymbolInLowerCaseIsNamedAsTheReason) {
   EXPECT_EQ(Prepared("ABC", "D", 20000110), -1);
   ASSERT_EQ(outside.boxes.shown.size(), 1U);
   EXPECT_THAT(outside.boxes.shown[0], testing::HasSubstr("lower case"));
+}
+
+// None but their places tell its bars apart, and the store would keep one a day.
+TEST_F(PrepareStoreTest, AnIntradayFileWithoutTimesIsNotReplayed) {
+  const Scratch other;
+  other.Write("MASTER", Master({{.symbol = "ABC", .frame = 'I', .fields = 6, .minutes = 15}}));
+  std::vector<std::string> records;
+  for (const int date : {1050103, 1050103, 1050104}) {
+    records.push_back(Word(date));
+    for (int price = 0; price < 5; ++price) records.back() += Word(10);
+  }
+  other.Write("F1.DAT", DataBytes(6, 4, records));
+  EXPECT_EQ(ReadBars(other, "ABC", 15).size(), 3);
+  data = other.Text();
+  CopyIndexes();
+  EXPECT_EQ(Prepared("ABC", "15", 20050104), -1);
+  ASSERT_EQ(outside.boxes.shown.size(), 1U);
+  EXPECT_THAT(outside.boxes.shown[0], testing::HasSubstr("20050103 without times"));
 }
 
 }  // namespace
