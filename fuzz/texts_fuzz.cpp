@@ -8,7 +8,7 @@
 #include "base/dates.h"
 #include "base/number_text.h"
 #include "platform/key_notation.h"
-#include "platform/registry_value_text.h"
+#include "platform/posix/registry_value_text.h"
 #include "platform/section_text.h"
 #include "scratch_folder.h"
 

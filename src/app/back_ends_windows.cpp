@@ -2,9 +2,9 @@
 
 #include "app/back_ends.h"
 #include "base/paths.h"
-#include "platform/clock_system.h"
 #include "platform/programs.h"
 #include "platform/settings_file.h"
+#include "platform/system_clock.h"
 #include "platform/system_locale.h"
 #include "platform/user_files.h"
 #include "platform/windows/chart_windows.h"

@@ -2,14 +2,14 @@
 
 #include "app/back_ends.h"
 #include "base/paths.h"
-#include "platform/clock_system.h"
+#include "platform/posix/registry_file.h"
 #include "platform/programs.h"
-#include "platform/registry_file.h"
 #include "platform/settings_file.h"
+#include "platform/system_clock.h"
 #include "platform/system_locale.h"
 #include "platform/user_files.h"
-#include "platform/x11_chart_windows.h"
-#include "platform/x11_key_sender.h"
+#include "platform/x11/chart_windows.h"
+#include "platform/x11/key_sender.h"
 
 namespace velumar {
 

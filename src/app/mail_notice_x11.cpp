@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "app/mail_notice.h"
-#include "platform/x11_mailbox.h"
+#include "platform/x11/mailbox.h"
 
 namespace velumar {
 

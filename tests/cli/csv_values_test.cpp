@@ -142,7 +142,8 @@ TEST(CsvDateFormat, RefusesOtherTexts) {
   };
   for (const auto& [pattern, text] : cases) {
     const CsvDateFormat format = pattern.empty() ? CsvDateFormat() : CsvDateFormat(pattern);
-    EXPECT_NE(Complaint([&, text = text] { format.Read(text); }), "") << pattern << " reads " << text;
+    EXPECT_NE(Complaint([&, text = text] { format.Read(text); }), "")
+        << pattern << " reads " << text;
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "platform/registry_file.h"
+#include "platform/posix/registry_file.h"
 #include "platform/temp_folder.h"
 
 namespace velumar {

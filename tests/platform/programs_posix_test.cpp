@@ -10,8 +10,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "platform/clock_system.h"
 #include "platform/command_line.h"
+#include "platform/system_clock.h"
 #include "platform/temp_folder.h"
 
 namespace velumar {

@@ -1,4 +1,4 @@
-#include "platform/registry_file.h"
+#include "platform/posix/registry_file.h"
 
 #include "platform/temp_folder.h"
 

@@ -11,9 +11,9 @@
 
 #include "base/paths.h"
 #include "base/windows_text.h"
-#include "platform/clock_system.h"
 #include "platform/programs.h"
 #include "platform/settings_file.h"
+#include "platform/system_clock.h"
 #include "platform/temp_folder.h"
 #include "platform/whole_file.h"
 #include "platform/windows/chart_windows.h"

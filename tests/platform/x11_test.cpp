@@ -1,4 +1,4 @@
-#include "platform/x11_connection.h"
+#include "platform/x11/connection.h"
 // The X library's own names come behind all others: some are macros.
 #include <X11/XKBlib.h>
 
@@ -8,8 +8,8 @@
 
 #include "platform/key_notation.h"
 #include "platform/typing_target.h"
-#include "platform/x11_chart_windows.h"
-#include "platform/x11_key_sender.h"
+#include "platform/x11/chart_windows.h"
+#include "platform/x11/key_sender.h"
 #include "platform/x_server.h"
 extern "C" {
 #include <xdo.h>

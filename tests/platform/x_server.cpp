@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "platform/x11_connection.h"
+#include "platform/x11/connection.h"
 
 namespace velumar {
 

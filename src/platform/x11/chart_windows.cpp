@@ -1,4 +1,4 @@
-#include "platform/x11_chart_windows.h"
+#include "platform/x11/chart_windows.h"
 
 #include <algorithm>
 #include <chrono>
@@ -6,8 +6,8 @@
 #include <thread>
 #include <utility>
 
-#include "platform/x11_chart_program.h"
-#include "platform/x11_connection.h"
+#include "platform/x11/chart_program.h"
+#include "platform/x11/connection.h"
 
 namespace velumar {
 

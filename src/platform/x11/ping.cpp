@@ -1,4 +1,4 @@
-#include "platform/x11_ping.h"
+#include "platform/x11/ping.h"
 
 #include <poll.h>
 

@@ -1,8 +1,8 @@
-#include "platform/x11_keyboard.h"
+#include "platform/x11/keyboard.h"
 
 #include <stdexcept>
 
-#include "platform/x11_server_grab.h"
+#include "platform/x11/server_grab.h"
 
 namespace velumar {
 

@@ -1,4 +1,4 @@
-#include "platform/descriptor.h"
+#include "platform/posix/descriptor.h"
 
 #include <unistd.h>
 

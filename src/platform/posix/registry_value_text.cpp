@@ -1,4 +1,4 @@
-#include "platform/registry_value_text.h"
+#include "platform/posix/registry_value_text.h"
 
 #include <algorithm>
 #include <charconv>

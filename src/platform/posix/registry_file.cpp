@@ -1,8 +1,8 @@
-#include "platform/registry_file.h"
+#include "platform/posix/registry_file.h"
 
 #include <system_error>
 
-#include "platform/registry_value_text.h"
+#include "platform/posix/registry_value_text.h"
 
 namespace velumar {
 

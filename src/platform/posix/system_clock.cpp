@@ -1,4 +1,4 @@
-#include "platform/clock_system.h"
+#include "platform/system_clock.h"
 
 #include <chrono>
 #include <ctime>

@@ -1,6 +1,6 @@
 #include <windows.h>
 
-#include "platform/clock_system.h"
+#include "platform/system_clock.h"
 
 namespace velumar {
 

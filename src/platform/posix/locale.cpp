@@ -1,4 +1,4 @@
-#include "platform/locale_posix.h"
+#include "platform/posix/locale.h"
 
 #include <langinfo.h>
 

@@ -11,7 +11,7 @@
 #include <system_error>
 #include <thread>
 
-#include "platform/descriptor.h"
+#include "platform/posix/descriptor.h"
 
 namespace velumar {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/mailbox.h"
-#include "platform/x11_connection.h"
+#include "platform/x11/connection.h"
 
 namespace velumar {
 

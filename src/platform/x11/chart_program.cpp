@@ -1,4 +1,4 @@
-#include "platform/x11_chart_program.h"
+#include "platform/x11/chart_program.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "platform/x11_key_sender.h"
+#include "platform/x11/key_sender.h"
 
 #include <algorithm>
 #include <chrono>
@@ -8,10 +8,10 @@
 #include <utility>
 
 #include "platform/key_notation.h"
-#include "platform/x11_chart_program.h"
-#include "platform/x11_connection.h"
-#include "platform/x11_keyboard.h"
-#include "platform/x11_ping.h"
+#include "platform/x11/chart_program.h"
+#include "platform/x11/connection.h"
+#include "platform/x11/keyboard.h"
+#include "platform/x11/ping.h"
 
 namespace velumar {
 

@@ -1,4 +1,4 @@
-#include "platform/x11_mailbox.h"
+#include "platform/x11/mailbox.h"
 
 #include <stdexcept>
 #include <string>

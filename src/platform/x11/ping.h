@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "platform/x11_connection.h"
+#include "platform/x11/connection.h"
 
 namespace velumar {
 

@@ -15,7 +15,7 @@
 #include <system_error>
 
 #include "platform/command_line.h"
-#include "platform/descriptor.h"
+#include "platform/posix/descriptor.h"
 #include "platform/process_end.h"
 
 namespace velumar {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/key_notation.h"
-#include "platform/x11_layout.h"
+#include "platform/x11/layout.h"
 
 namespace velumar {
 

@@ -1,5 +1,5 @@
-#include "platform/locale_posix.h"
 #include "platform/system_locale.h"
+#include "platform/posix/locale.h"
 
 namespace velumar {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/x11_connection.h"
+#include "platform/x11/connection.h"
 
 namespace velumar {
 

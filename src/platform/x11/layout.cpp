@@ -1,4 +1,4 @@
-#include "platform/x11_layout.h"
+#include "platform/x11/layout.h"
 
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/x11_server_grab.h"
+#include "platform/x11/server_grab.h"
 
 namespace velumar {
 
