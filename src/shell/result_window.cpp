@@ -4,17 +4,13 @@
 #include <array>
 #include <cctype>
 #include <cmath>
-#include <iterator>
-#include <memory>
-#include <span>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "base/ignoring.h"
-#include "base/paths.h"
-#include "marketdata/replacement_file.h"
 #include "results/portfolio_chart.h"
 #include "results/run_choice.h"
-#include "results/statistics.h"
 #include "shell/event_guard.h"
 #include "shell/window_shaping.h"
 
@@ -63,7 +59,11 @@ void SplitColour(std::int32_t colour, std::int16_t& red, std::int16_t& green, st
 
 ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
                            ScoreBoard& score_board)
-    : desktop_(desktop), platform_(platform), ledger_(ledger), score_board_(score_board) {
+    : desktop_(desktop),
+      platform_(platform),
+      ledger_(ledger),
+      score_board_(score_board),
+      sheets_(desktop, platform, ledger) {
   BindEvents();
 }
 
@@ -80,17 +80,7 @@ void ResultWindow::BindEvents() {
   form.Combo1.on_key_up = guarded([this](int) { ApplyChartType(); });
   form.picCommonDialog.on_click = guarded([this] { ChooseColour(); });
   form.lnkScore.on_click = guarded([this] { score_board_.Open(); });
-  BindSheets(form);
-}
-
-void ResultWindow::BindSheets(FrmResult& form) {
-  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
   form.cbxRun.on_click = guarded([this] { ChooseRun(); });
-  form.tabSheets.on_click = guarded([this] { ChooseSheet(); });
-  form.lstOrders.on_header = guarded([this](std::size_t column) { SortOrdersBy(column); });
-  form.cmdCopy.on_click = guarded([this] { Copy(); });
-  form.lstOrders.on_copy = form.lstStatistics.on_copy = form.cmdCopy.on_click;
-  form.cmdExport.on_click = guarded([this] { ExportOrders(); });
 }
 
 void ResultWindow::Load() {
@@ -101,25 +91,11 @@ void ResultWindow::Load() {
   form.MSChart1.SetSize(form.Frame3.Width(), form.Frame3.Height());
   form.chwd = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
   form.chht = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
-  SetUpTables();
   run_ = kRunNow;
-  sheet_ = FrmResult::kChartSheet;
-  account_.reset();
-  ShowSheet();
+  sheets_.Load();
   ListRuns();
   ShowResultFigures();
   ApplySeriesColour();
-}
-
-void ResultWindow::SetUpTables() {
-  FrmResult& form = Window();
-  form.lstStatistics.SetColumns({{"Figure"}, {"Value", true}});
-  std::vector<Table::Column> columns;
-  columns.reserve(std::size(kOrderColumns));
-  for (const OrderColumn& column : kOrderColumns) {
-    columns.push_back({std::string(column.title), column.numeric});
-  }
-  form.lstOrders.SetColumns(std::move(columns));
 }
 
 // A ledger that can't be read says so with the figures.
@@ -252,88 +228,10 @@ void ResultWindow::LoadRun(int number) {
   ResultFigures& figures = number == kRunNow ? figures_ : archived;
   LoadResultFigures(ledger_, figures, number);
   ChartRows rows = RowsOf(velumar::LoadPortfolioChart(ledger_, number));
-  const bool looked_at = sheet_ != FrmResult::kChartSheet;
-  account_ = looked_at ? std::optional(ReadAccount(ledger_, number)) : std::nullopt;
+  sheets_.ShowRun(number);
   run_ = number;
   WriteFigures(figures);
   Window().MSChart1.SetRows(std::move(rows));
-  if (account_) ShowAccount();
-}
-
-void ResultWindow::ChooseSheet() {
-  TabBar& tabs = Window().tabSheets;
-  if (tabs.Index() == sheet_) return;
-  try {
-    if (tabs.Index() != FrmResult::kChartSheet && !account_) {
-      account_ = ReadAccount(ledger_, run_);
-      ShowAccount();
-    }
-  } catch (const std::exception&) {
-    tabs.SetIndex(sheet_);
-    throw;
-  }
-  sheet_ = tabs.Index();
-  ShowSheet();
-}
-
-void ResultWindow::ShowAccount() {
-  ShowStatistics();
-  ShowOrders();
-}
-
-void ResultWindow::ShowSheet() {
-  FrmResult& form = Window();
-  form.MSChart1.SetVisible(sheet_ == FrmResult::kChartSheet);
-  form.lstStatistics.SetVisible(sheet_ == FrmResult::kStatisticsSheet);
-  form.lstOrders.SetVisible(sheet_ == FrmResult::kOrdersSheet);
-  form.cmdCopy.SetVisible(sheet_ != FrmResult::kChartSheet);
-  form.cmdExport.SetVisible(sheet_ == FrmResult::kOrdersSheet);
-}
-
-void ResultWindow::ShowStatistics() {
-  const auto statistics = std::make_shared<const std::vector<Statistic>>(RunStatistics(*account_));
-  Window().lstStatistics.SetContent(
-      {statistics->size(),
-       [statistics](std::size_t row, std::size_t column) {
-         const Statistic& statistic = statistics->at(row);
-         return column == 0 ? std::string(statistic.name) : statistic.value;
-       },
-       [statistics](std::size_t row) { return std::string(statistics->at(row).formula); }});
-}
-
-void ResultWindow::ShowOrders() {
-  std::vector<OrderListRow> rows = ListOrders(account_->back());
-  const Table::Sorting& sorting = Window().lstOrders.SortedBy();
-  SortOrders(rows, sorting.column, sorting.descending);
-  orders_ = std::make_shared<const std::vector<OrderListRow>>(std::move(rows));
-  Window().lstOrders.SetContent({orders_->size(),
-                                 [orders = orders_](std::size_t row, std::size_t column) {
-                                   return orders->at(row).at(column).text;
-                                 },
-                                 nullptr});
-}
-
-// A second click on a title turns the order round.
-void ResultWindow::SortOrdersBy(std::size_t column) {
-  Table& list = Window().lstOrders;
-  const Table::Sorting before = list.SortedBy();
-  list.MarkSorting({column, before.column == column && !before.descending});
-  ShowOrders();
-}
-
-void ResultWindow::Copy() {
-  const FrmResult& form = Window();
-  const Table& table = sheet_ == FrmResult::kOrdersSheet ? form.lstOrders : form.lstStatistics;
-  platform_.clipboard.SetText(table.CopyText());
-}
-
-void ResultWindow::ExportOrders() {
-  const auto file = platform_.files.ChooseFile({{"Orders (*.csv)", "csv"}});
-  if (!file || file->empty()) return;
-  const std::string csv = OrdersCsv(*orders_);
-  ReplacementFile replacement{NativePath(*file)};
-  replacement.Write(std::as_bytes(std::span(csv)));
-  replacement.Commit();
 }
 
 void ResultWindow::PrintReport() {

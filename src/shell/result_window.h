@@ -1,16 +1,13 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
-#include <optional>
-#include <vector>
 
 #include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "platform/platform.h"
-#include "results/order_list.h"
 #include "results/result_figures.h"
 #include "results/run_choice.h"
+#include "shell/account_sheets.h"
 #include "shell/score_board.h"
 
 namespace velumar {
@@ -19,8 +16,7 @@ namespace velumar {
 void SplitColour(std::int32_t colour, std::int16_t& red, std::int16_t& green, std::int16_t& blue);
 
 // The logic of the result window. It reads the ledger when the window loads and when another run is
-// chosen; what is ordered meanwhile shows at the next load. The sheets of statistics and orders are
-// read when they are first looked at.
+// chosen; what is ordered meanwhile shows at the next load.
 class ResultWindow {
  public:
   ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
@@ -28,10 +24,8 @@ class ResultWindow {
 
  private:
   void BindEvents();
-  void BindSheets(FrmResult& form);
   void Load();
   void ListRuns();
-  void SetUpTables();
 
   void ShowResultFigures();
   void WriteFigures(const ResultFigures& figures);
@@ -48,14 +42,6 @@ class ResultWindow {
   void ChooseColour();
   void ChooseRun();
   void LoadRun(int number);
-  void ChooseSheet();
-  void ShowSheet();
-  void ShowAccount();
-  void ShowStatistics();
-  void ShowOrders();
-  void SortOrdersBy(std::size_t column);
-  void Copy();
-  void ExportOrders();
   void PrintReport();
   FrmResult& Window() { return desktop_.frmResult(); }
 
@@ -63,11 +49,9 @@ class ResultWindow {
   Platform& platform_;
   LedgerConnection& ledger_;
   ScoreBoard& score_board_;
+  AccountSheets sheets_;
   ResultFigures figures_;  // of the rows now in the ledger; they outlive the window's loads
   int run_ = kRunNow;
-  int sheet_ = FrmResult::kChartSheet;
-  std::optional<std::vector<RunRecord>> account_;            // read for the sheets behind the chart
-  std::shared_ptr<const std::vector<OrderListRow>> orders_;  // sorted as they are shown
 };
 
 }  // namespace velumar

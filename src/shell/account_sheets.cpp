@@ -1,0 +1,131 @@
+#include "shell/account_sheets.h"
+
+#include <iterator>
+#include <span>
+#include <utility>
+
+#include "base/paths.h"
+#include "marketdata/replacement_file.h"
+#include "results/statistics.h"
+#include "shell/event_guard.h"
+
+namespace velumar {
+
+AccountSheets::AccountSheets(Desktop& desktop, Platform& platform, LedgerConnection& ledger)
+    : desktop_(desktop), platform_(platform), ledger_(ledger) {
+  BindEvents();
+}
+
+void AccountSheets::BindEvents() {
+  FrmResult& form = desktop_.Untouched().frmResult;
+  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
+  form.tabSheets.on_click = guarded([this] { ChooseSheet(); });
+  form.lstOrders.on_header = guarded([this](std::size_t column) { SortOrdersBy(column); });
+  form.cmdCopy.on_click = guarded([this] { Copy(); });
+  form.lstOrders.on_copy = form.lstStatistics.on_copy = form.cmdCopy.on_click;
+  form.cmdExport.on_click = guarded([this] { ExportOrders(); });
+}
+
+void AccountSheets::Load() {
+  SetUpTables();
+  run_ = kRunNow;
+  sheet_ = FrmResult::kChartSheet;
+  account_.reset();
+  ShowSheet();
+}
+
+void AccountSheets::SetUpTables() {
+  FrmResult& form = Window();
+  form.lstStatistics.SetColumns({{"Figure"}, {"Value", true}});
+  std::vector<Table::Column> columns;
+  columns.reserve(std::size(kOrderColumns));
+  for (const OrderColumn& column : kOrderColumns) {
+    columns.push_back({std::string(column.title), column.numeric});
+  }
+  form.lstOrders.SetColumns(std::move(columns));
+}
+
+void AccountSheets::ShowRun(int run) {
+  const bool looked_at = sheet_ != FrmResult::kChartSheet;
+  account_ = looked_at ? std::optional(ReadAccount(ledger_, run)) : std::nullopt;
+  run_ = run;
+  if (account_) ShowAccount();
+}
+
+void AccountSheets::ChooseSheet() {
+  TabBar& tabs = Window().tabSheets;
+  if (tabs.Index() == sheet_) return;
+  try {
+    if (tabs.Index() != FrmResult::kChartSheet && !account_) {
+      account_ = ReadAccount(ledger_, run_);
+      ShowAccount();
+    }
+  } catch (const std::exception&) {
+    tabs.SetIndex(sheet_);
+    throw;
+  }
+  sheet_ = tabs.Index();
+  ShowSheet();
+}
+
+void AccountSheets::ShowAccount() {
+  ShowStatistics();
+  ShowOrders();
+}
+
+void AccountSheets::ShowSheet() {
+  FrmResult& form = Window();
+  form.MSChart1.SetVisible(sheet_ == FrmResult::kChartSheet);
+  form.lstStatistics.SetVisible(sheet_ == FrmResult::kStatisticsSheet);
+  form.lstOrders.SetVisible(sheet_ == FrmResult::kOrdersSheet);
+  form.cmdCopy.SetVisible(sheet_ != FrmResult::kChartSheet);
+  form.cmdExport.SetVisible(sheet_ == FrmResult::kOrdersSheet);
+}
+
+void AccountSheets::ShowStatistics() {
+  const auto statistics = std::make_shared<const std::vector<Statistic>>(RunStatistics(*account_));
+  Window().lstStatistics.SetContent(
+      {statistics->size(),
+       [statistics](std::size_t row, std::size_t column) {
+         const Statistic& statistic = statistics->at(row);
+         return column == 0 ? std::string(statistic.name) : statistic.value;
+       },
+       [statistics](std::size_t row) { return std::string(statistics->at(row).formula); }});
+}
+
+void AccountSheets::ShowOrders() {
+  std::vector<OrderListRow> rows = ListOrders(account_->back());
+  const Table::Sorting& sorting = Window().lstOrders.SortedBy();
+  SortOrders(rows, sorting.column, sorting.descending);
+  orders_ = std::make_shared<const std::vector<OrderListRow>>(std::move(rows));
+  Window().lstOrders.SetContent({orders_->size(),
+                                 [orders = orders_](std::size_t row, std::size_t column) {
+                                   return orders->at(row).at(column).text;
+                                 },
+                                 nullptr});
+}
+
+// A second click on a title turns the order round.
+void AccountSheets::SortOrdersBy(std::size_t column) {
+  Table& list = Window().lstOrders;
+  const Table::Sorting before = list.SortedBy();
+  list.MarkSorting({column, before.column == column && !before.descending});
+  ShowOrders();
+}
+
+void AccountSheets::Copy() {
+  const FrmResult& form = Window();
+  const Table& table = sheet_ == FrmResult::kOrdersSheet ? form.lstOrders : form.lstStatistics;
+  platform_.clipboard.SetText(table.CopyText());
+}
+
+void AccountSheets::ExportOrders() {
+  const auto file = platform_.files.ChooseFile({{"Orders (*.csv)", "csv"}});
+  if (!file || file->empty()) return;
+  const std::string csv = OrdersCsv(*orders_);
+  ReplacementFile replacement{NativePath(*file)};
+  replacement.Write(std::as_bytes(std::span(csv)));
+  replacement.Commit();
+}
+
+}  // namespace velumar

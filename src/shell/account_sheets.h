@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "forms/desktop.h"
+#include "ledger/ledger.h"
+#include "platform/platform.h"
+#include "results/order_list.h"
+#include "results/run_choice.h"
+
+namespace velumar {
+
+// The sheets of the result window behind its chart, statistics and orders of one run. What they
+// show is read from the ledger when one of them is first looked at.
+class AccountSheets {
+ public:
+  AccountSheets(Desktop& desktop, Platform& platform, LedgerConnection& ledger);
+
+  // As the window comes up: with its chart, and the run that is now in the ledger.
+  void Load();
+  // Throws a LedgerError where the run can't be read; the sheets then show what they showed.
+  void ShowRun(int run);
+
+ private:
+  void BindEvents();
+  void SetUpTables();
+  void ChooseSheet();
+  void ShowSheet();
+  void ShowAccount();
+  void ShowStatistics();
+  void ShowOrders();
+  void SortOrdersBy(std::size_t column);
+  void Copy();
+  void ExportOrders();
+  FrmResult& Window() { return desktop_.frmResult(); }
+
+  Desktop& desktop_;
+  Platform& platform_;
+  LedgerConnection& ledger_;
+  int run_ = kRunNow;
+  int sheet_ = FrmResult::kChartSheet;
+  std::optional<std::vector<RunRecord>> account_;            // of the run, once it was read
+  std::shared_ptr<const std::vector<OrderListRow>> orders_;  // sorted as they are shown
+};
+
+}  // namespace velumar
