@@ -16,6 +16,7 @@ void SetAlpha(QWidget& window, int alpha);
 // Puts the window above all others, where the toolkit's own flag doesn't do.
 void KeepOnTop(QWidget& window);
 // Lets the window system move the window until the left button is released; false where it can't.
+// Where it is released already, the window stays.
 bool MoveWithMouse(QWidget& window);
 
 }  // namespace velumar

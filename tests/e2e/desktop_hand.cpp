@@ -105,6 +105,13 @@ void DesktopHand::ClickAt(int x, int y) {
   Settle(60);
 }
 
+void DesktopHand::Tap(const ScreenRect& window, float left, float top) {
+  PointAt(window.x + Pixels(left), window.y + Pixels(top));
+  xdo_mouse_down(xdo_, CURRENTWINDOW, 1);
+  xdo_mouse_up(xdo_, CURRENTWINDOW, 1);
+  Settle(300);
+}
+
 void DesktopHand::Press(const std::string& keys) {
   xdo_send_keysequence_window(xdo_, CURRENTWINDOW, keys.c_str(), kKeyDelayUs);
   Settle(40);

@@ -85,6 +85,10 @@ TEST_P(WindowsE2e, ARunByKeysAloneAndWindowsThatStayWhereTheyWerePut) {
   ASSERT_TRUE(moved);
   EXPECT_EQ(moved->x, window->x + 130);
   EXPECT_EQ(moved->y, window->y - 90);
+  hand.Tap(*moved, 60, 900);
+  hand.PointAt(moved->x + 300, moved->y - 200);
+  Sleep(500);
+  EXPECT_EQ(Find(navigator)->x, moved->x) << "a tap takes no window along";
 
   hand.Activate(*moved);
   PressTimes(2, "Tab");
