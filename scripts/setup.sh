@@ -38,6 +38,30 @@ configure_and_build() {
   (cd "$root" && cmake --preset release >/dev/null && cmake --build --preset release "$@")
 }
 
+# The test programs that a build folder's own rules make, without what older builds left there.
+built_tests() {
+  ninja -C "$1" -t targets all | sed -n 's#^tests/\([a-z0-9]*_tests\(\.exe\)\?\): .*#\1#p' | sort
+}
+
+# run_tests NAME COMMAND...: runs a test program and leaves its report in the folder `reports`. One
+# that dies, before its report or behind it, counts as a failure.
+run_tests() {
+  local name=$1 ended report=$reports/$1.xml
+  shift
+  echo "== $name"
+  (cd "$reports" && "$@" --gtest_brief=1 "--gtest_output=xml:$name.xml" </dev/null)
+  ended=$?
+  [ "$ended" -eq 0 ] && [ -s "$report" ] && return
+  echo "$name ended with $ended"
+  grep -qs '<testsuites [^>]*\bfailures="[1-9]' "$report" ||
+    echo '<testsuites tests="1" failures="1" />' >"$reports/$name-end.xml"
+}
+
+# Adds up what the reports say: count_reports tests, count_reports failures.
+count_reports() {
+  cat "$reports"/*.xml | sed -n "s/.*<testsuites [^>]*\b$1=\"\([0-9]*\)\".*/\1/p" | awk '{ sum += $1 } END { print sum + 0 }'
+}
+
 # Starts a virtual display with a window manager and sets DISPLAY; both end with the script.
 virtual_display() {
   local pipe
