@@ -1,5 +1,5 @@
-// A price file of any text: it comes in whole or is refused in words, and what came in goes out
-// again as it came.
+// A price file of any text: it is refused in words or comes in whole, its bars in the order of
+// time.
 
 #include <cstdlib>
 

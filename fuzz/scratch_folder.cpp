@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <string>
 
@@ -10,8 +11,8 @@ namespace velumar {
 namespace fs = std::filesystem;
 
 fs::path EmptyScratchFolder() {
-  const fs::path memory = "/dev/shm";
-  const fs::path folder = (fs::is_directory(memory) ? memory : fs::temp_directory_path()) /
+  const char* const given = std::getenv("VELUMAR_FUZZ_FOLDER");
+  const fs::path folder = (given != nullptr ? fs::path(given) : fs::temp_directory_path()) /
                           ("velumar-fuzz-" + std::to_string(getpid()));
   fs::remove_all(folder);
   fs::create_directory(folder);

@@ -6,7 +6,7 @@
 
 namespace velumar {
 
-// An empty folder of this process, in memory where the system has such a place.
+// An empty folder of this process, in the one that VELUMAR_FUZZ_FOLDER names.
 std::filesystem::path EmptyScratchFolder();
 
 void WriteWhole(const std::filesystem::path& file, std::string_view bytes);

@@ -1,6 +1,7 @@
 // The small texts from outside: keystrokes, settings, registry values, numbers and dates. The first
 // byte says which.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <stdexcept>
@@ -19,12 +20,17 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// Any text can be typed as it stands.
+bool IsPlain(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return c >= 0x20 && c < 0x7F; });
+}
+
+// Any text can be typed as it stands: plain text by one key for each character.
 void TryKeys(std::string_view text) {
   try {
     ParseKeys(text);
   } catch (const std::invalid_argument&) {
   }
+  if (IsPlain(text)) return Require(ParseKeys(EscapedKeys(text)).size() == text.size());
   try {
     ParseKeys(EscapedKeys(text));
   } catch (const std::invalid_argument&) {
