@@ -5,6 +5,9 @@ set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(target x86_64-w64-mingw32)
 set(CMAKE_C_COMPILER ${target}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${target}-g++-posix)
+# GCC reckons with the registers that its own copy of an inline function leaves alone, and the linker
+# may keep another object's copy.
+set(CMAKE_CXX_FLAGS_INIT -fno-ipa-ra)
 set(CMAKE_RC_COMPILER ${target}-windres)
 set(CMAKE_AR ${target}-gcc-ar-posix CACHE FILEPATH "")
 set(CMAKE_RANLIB ${target}-gcc-ranlib-posix CACHE FILEPATH "")

@@ -16,6 +16,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   # moved std::variants, where there are none.
   target_compile_options(velumar_options INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
 endif()
+if(MINGW)
+  # GCC reckons with the registers that its own copy of an inline function leaves alone, and the
+  # linker may keep another object's copy.
+  target_compile_options(velumar_options INTERFACE -fno-ipa-ra)
+endif()
 if(WIN32)
   # Windows 10, wide functions, and no macros that take over names of ours.
   target_compile_definitions(velumar_options INTERFACE
@@ -38,8 +43,8 @@ if(VELUMAR_FUZZ)
   target_compile_options(velumar_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# One library per folder of src/. A folder links only what stands behind USES, and headers are
-# reached through the library alone, so a dependency that points the wrong way does not build.
+# One library per folder of src/. A folder links and includes only what stands behind USES, so a
+# dependency that points the wrong way is not even configured.
 #   velumar_library(session SOURCES run_control.cpp ... USES base marketdata)
 function(velumar_library name)
   cmake_parse_arguments(LIB "" "" "SOURCES;USES;PRIVATE" ${ARGN})
@@ -76,6 +81,14 @@ function(velumar_check_includes target name uses sources)
       endif()
     endforeach()
   endforeach()
+endfunction()
+
+# A program that draws without a display: a static Qt holds only the plugins that are asked for.
+function(velumar_draws_offscreen target)
+  find_package(Qt6 REQUIRED COMPONENTS Gui)
+  if(TARGET Qt6::QOffscreenIntegrationPlugin)
+    qt_import_plugins(${target} INCLUDE Qt6::QOffscreenIntegrationPlugin)
+  endif()
 endfunction()
 
 # One test program per folder of tests/.

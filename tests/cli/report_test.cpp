@@ -50,6 +50,10 @@ TEST(Chart, IsDrawnForARunThatThereIs) {
   for (const std::string ending : {"png", "bmp", "svg", "pdf"}) {
     const std::string out = box.At("chart." + ending);
     const auto answer = box.Run({"chart", ledger, "--out", out, "--type", "3D Step"});
+    if (ending == "svg" && answer.code != 0) {  // the toolkit may come without it
+      EXPECT_THAT(answer.err, HasSubstr("a chart is saved as .bmp"));
+      continue;
+    }
     EXPECT_EQ(answer.code, 0) << answer.err;
     EXPECT_TRUE(std::filesystem::exists(out)) << out;
   }
