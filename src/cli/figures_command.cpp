@@ -6,10 +6,9 @@
 
 #include "base/dates.h"
 #include "cli/commands.h"
-#include "cli/ledger_texts.h"
+#include "cli/date_pattern.h"
 #include "cli/text_table.h"
 #include "ledger/ledger.h"
-#include "platform/system_locale.h"
 #include "results/result_figures.h"
 #include "results/run_choice.h"
 #include "results/statistics.h"
@@ -60,8 +59,7 @@ std::string Formulas(const std::vector<Statistic>& statistics) {
 }
 
 void PrintFigures(const FiguresArguments& arguments, CliContext& context) {
-  const std::string pattern =
-      arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
+  const std::string pattern = UsedDatePattern(arguments.date_pattern);
   LedgerConnection ledger([&](std::string_view date) { return IsoDateText(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
   ResultFigures figures;
@@ -87,9 +85,7 @@ void AddFiguresCommand(CLI::App& app, CliContext& context) {
       ->excludes(json);
   command->add_option("--run", arguments->run, "the archived run of this number")
       ->check(CLI::PositiveNumber);
-  command->add_option("--date-pattern", arguments->date_pattern,
-                      "how dates are shown, such as dd/MM/yyyy (by default as the user's locale "
-                      "has it)");
+  AddDatePattern(*command, arguments->date_pattern);
   command->callback([arguments, &context] { PrintFigures(*arguments, context); });
 }
 

@@ -8,10 +8,10 @@
 #include "base/csv_field.h"
 #include "base/dates.h"
 #include "cli/commands.h"
+#include "cli/date_pattern.h"
 #include "cli/ledger_texts.h"
 #include "cli/text_table.h"
 #include "ledger/ledger.h"
-#include "platform/system_locale.h"
 #include "results/order_list.h"
 #include "results/run_choice.h"
 
@@ -76,8 +76,7 @@ std::string Table(const LedgerRecordset& records) {
 }
 
 void PrintLedger(const LedgerArguments& arguments, CliContext& context) {
-  const std::string pattern =
-      arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
+  const std::string pattern = UsedDatePattern(arguments.date_pattern);
   LedgerConnection ledger([&](std::string_view date) { return IsoDateText(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
   if (arguments.orders) {
@@ -100,19 +99,20 @@ void AddLedgerCommand(CLI::App& app, CliContext& context) {
       app.add_subcommand("ledger", "Print the rows of a ledger in the order of their insertion.");
   command->add_option("FILE", arguments->file, "the ledger, as Portfolio.mdb")->required();
   CLI::Option* csv = command->add_flag("--csv", arguments->csv, "as CSV with a line of titles");
-  command->add_flag("--json", arguments->json, "as one JSON array of objects")->excludes(csv);
+  CLI::Option* json =
+      command->add_flag("--json", arguments->json, "as one JSON array of objects")->excludes(csv);
   CLI::Option* orders =
-      command->add_flag("--orders", arguments->orders,
-                        "the orders with their quantities, running balance and hindsight, as CSV");
+      command
+          ->add_flag("--orders", arguments->orders,
+                     "the orders with their quantities, running balance and hindsight, as CSV")
+          ->excludes(json);
   CLI::Option* runs =
       command->add_flag("--runs", arguments->runs, "the runs whose rows are in the archive")
           ->excludes(orders);
   command->add_option("--run", arguments->run, "the rows of the archived run of this number")
       ->check(CLI::PositiveNumber)
       ->excludes(runs);
-  command->add_option("--date-pattern", arguments->date_pattern,
-                      "how dates are shown, such as dd/MM/yyyy (by default as the user's locale "
-                      "has it)");
+  AddDatePattern(*command, arguments->date_pattern);
   command->callback([arguments, &context] { PrintLedger(*arguments, context); });
 }
 

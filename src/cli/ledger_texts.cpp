@@ -1,6 +1,5 @@
 #include "cli/ledger_texts.h"
 
-#include "base/dates.h"
 #include "base/number_text.h"
 
 namespace velumar {

@@ -4,6 +4,7 @@
 
 #include "base/dates.h"
 #include "cli/commands.h"
+#include "cli/date_pattern.h"
 #include "cli/replay_driver.h"
 #include "cli/replay_world.h"
 
@@ -70,9 +71,7 @@ void AddReplayCommand(CLI::App& app, CliContext& context) {
       ->check(RequireControl);
   command->add_option("--ledger", arguments->ledger,
                       "the ledger's file, made when it is missing (by default nothing is kept)");
-  command->add_option("--date-pattern", arguments->date_pattern,
-                      "how dates are shown, such as dd/MM/yyyy (by default as the user's locale "
-                      "has it)");
+  AddDatePattern(*command, arguments->date_pattern);
   command->callback([arguments, &context] { RunReplay(*arguments, context); });
 }
 

@@ -1,16 +1,15 @@
 #include "cli/replay_world.h"
-#include "base/dates.h"
 
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
+#include "base/dates.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "cli/ledger_texts.h"
+#include "cli/date_pattern.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_reader.h"
-#include "platform/system_locale.h"
 #include "session/intervals.h"
 
 namespace velumar {
@@ -41,9 +40,6 @@ Platform PlatformFor(const ReplayArguments& arguments, VirtualPlatform& outside)
 
 void ApplyText(ReplayWorld& world, const std::string& assignment) {
   const std::size_t equals = assignment.find('=');
-  if (equals == std::string::npos) {
-    throw std::invalid_argument("--set takes NAME=TEXT, not \"" + assignment + "\"");
-  }
   world.FindControl(assignment.substr(0, equals)).SetStartText(assignment.substr(equals + 1));
 }
 
@@ -72,8 +68,7 @@ ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
       index_cache(cache) {
   RequireData(arguments.directory, cache);
   if (!arguments.store.empty()) ClaimStore(arguments.store);
-  outside.locale.pattern =
-      arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
+  outside.locale.pattern = UsedDatePattern(arguments.date_pattern);
   outside.settings.Save("LastPath", arguments.directory);
   for (const std::string& assignment : arguments.texts) ApplyText(*this, assignment);
   program.Start();

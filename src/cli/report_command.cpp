@@ -4,10 +4,9 @@
 
 #include "base/dates.h"
 #include "cli/commands.h"
-#include "cli/ledger_texts.h"
+#include "cli/date_pattern.h"
 #include "cli/offscreen.h"
 #include "ledger/ledger.h"
-#include "platform/system_locale.h"
 #include "resultchart/report_pages.h"
 #include "results/run_choice.h"
 
@@ -23,8 +22,7 @@ struct ReportArguments {
 };
 
 void WriteReport(const ReportArguments& arguments) {
-  const std::string pattern =
-      arguments.date_pattern.empty() ? SystemLocale()->ShortDatePattern() : arguments.date_pattern;
+  const std::string pattern = UsedDatePattern(arguments.date_pattern);
   LedgerConnection ledger([&](std::string_view date) { return IsoDateText(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
   const Report report = ReadReport(ledger, arguments.run);
@@ -42,9 +40,7 @@ void AddReportCommand(CLI::App& app, CliContext&) {
   command->add_option("--out", arguments->out, "the report, a .pdf")->required();
   command->add_option("--run", arguments->run, "the archived run of this number")
       ->check(CLI::PositiveNumber);
-  command->add_option("--date-pattern", arguments->date_pattern,
-                      "how dates are shown, such as dd/MM/yyyy (by default as the user's locale "
-                      "has it)");
+  AddDatePattern(*command, arguments->date_pattern);
   command->callback([arguments] { WriteReport(*arguments); });
 }
 
