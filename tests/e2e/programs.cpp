@@ -8,11 +8,13 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "e2e/processes.h"
+
 namespace velumar {
 
 RunningProgram::RunningProgram(const std::filesystem::path& settings,
                                const std::filesystem::path& output)
-    : output_(output) {
+    : settings_(settings), output_(output) {
   pid_ = fork();
   if (pid_ != 0) return;
   setpgid(0, 0);
@@ -25,9 +27,12 @@ RunningProgram::RunningProgram(const std::filesystem::path& settings,
 }
 
 RunningProgram::~RunningProgram() {
-  if (!Ended()) kill(pid_, SIGKILL);
+  if (!Ended()) {
+    kill(pid_, SIGKILL);
+    waitpid(pid_, nullptr, 0);
+  }
   // The chart program runs apart, in a session of its own.
-  std::system("pkill -x MSWIN.EXE");
+  KillProcesses("MSWIN.EXE", "XDG_CONFIG_HOME=" + settings_.string());
 }
 
 bool RunningProgram::Ended() {

@@ -26,6 +26,7 @@ class RunningProgram {
   std::vector<nlohmann::json> States() const;
 
  private:
+  std::filesystem::path settings_;
   std::filesystem::path output_;
   pid_t pid_ = 0;
   bool ended_ = false;

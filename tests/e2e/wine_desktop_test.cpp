@@ -31,7 +31,10 @@ class WineTrader : public TraderHand {
     StartProgram();
   }
 
-  static fs::path Folder(const char* variable) { return fs::path(std::getenv(variable)); }
+  static fs::path Folder(const char* variable) {
+    const char* const folder = std::getenv(variable);
+    return folder == nullptr ? fs::path() : fs::path(folder);
+  }
 
   void StartProgram() {
     desktop.reset();

@@ -4,12 +4,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+
+#include "e2e/processes.h"
 
 namespace velumar {
 
@@ -20,25 +18,10 @@ std::string Wine() {
   return wine == nullptr ? "wine" : wine;
 }
 
-// What stands in a file of the system, such as a process's environment.
-std::string Content(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-// The processes of that name in our prefix: others may run the same program in theirs.
-std::vector<pid_t> Processes(const std::string& name) {
+// Others may run the same program in a prefix of theirs.
+std::string OurPrefix() {
   const char* const prefix = std::getenv("WINEPREFIX");
-  const std::string ours = std::string("WINEPREFIX=") + (prefix == nullptr ? "" : prefix) + '\0';
-  std::vector<pid_t> processes;
-  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-    const pid_t process = std::atoi(entry.path().filename().c_str());
-    if (process == 0 || Content(entry.path() / "comm") != name + "\n") continue;
-    if (Content(entry.path() / "environ").find(ours) != std::string::npos) {
-      processes.push_back(process);
-    }
-  }
-  return processes;
+  return std::string("WINEPREFIX=") + (prefix == nullptr ? "" : prefix);
 }
 
 }  // namespace
@@ -59,11 +42,9 @@ WineDesktop::~WineDesktop() {
   waitpid(pid_, nullptr, 0);
 }
 
-bool WineDesktop::Runs(const std::string& name) { return !Processes(name).empty(); }
+bool WineDesktop::Runs(const std::string& name) { return !ProcessesOf(name, OurPrefix()).empty(); }
 
-void WineDesktop::Kill(const std::string& name) {
-  for (const pid_t process : Processes(name)) kill(process, SIGKILL);
-}
+void WineDesktop::Kill(const std::string& name) { KillProcesses(name, OurPrefix()); }
 
 std::vector<std::string> WineAnswer(const std::string& arguments) {
   std::vector<std::string> lines(1);
