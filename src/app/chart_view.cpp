@@ -94,7 +94,7 @@ void ChartPictureView::Print(const PrintJob& job) {
   if (job.pdf_file.empty()) {
     PrintOnPaper(job.quality, print);
   } else {
-    SavePages(ToQString(job.pdf_file), QStringLiteral("Portfolio Graph."), print);
+    SavePages(ToQString(job.pdf_file), kPlotTitle, print);
   }
 }
 

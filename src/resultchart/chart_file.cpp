@@ -3,17 +3,15 @@
 #include <QFileInfo>
 #include <QPageLayout>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <stdexcept>
 
 #include "resultchart/result_plot.h"
+#include "resultchart/saved_file.h"
 #include "resultchart/svg_file.h"
 
 namespace velumar {
 
 namespace {
-
-constexpr double kUnitsPerInch = 96;
 
 void WritePicture(ResultPlot& plot, const QSize& size, QIODevice& device, const char* form) {
   const double scale = plot.devicePixelRatioF();
@@ -32,7 +30,7 @@ void WritePicture(ResultPlot& plot, const QSize& size, QIODevice& device, const 
 void WritePdf(ResultPlot& plot, const QSize& size, QIODevice& device) {
   constexpr double kPointsPerInch = 72;
   QPdfWriter writer(&device);
-  writer.setTitle(QStringLiteral("Portfolio Graph."));
+  writer.setTitle(kPlotTitle);
   const QSizeF points = QSizeF(size) * (kPointsPerInch / kUnitsPerInch);
   writer.setPageLayout({QPageSize(points, QPageSize::Point), QPageLayout::Portrait, QMarginsF()});
   QCPPainter painter;
@@ -58,22 +56,12 @@ QStringList ChartFileEndings() {
 }
 
 void SaveChartFile(ResultPlot& plot, const QSize& size, const QString& file) {
-  const auto fail = [&file](const QString& why) {
-    throw std::runtime_error((file + QStringLiteral(": ") + why).toStdString());
-  };
   const QString ending = QFileInfo(file).suffix().toLower();
   const QStringList endings = ChartFileEndings();
   if (!endings.contains(ending)) {
-    fail(QStringLiteral("a chart is saved as .") + endings.join(QStringLiteral(", .")));
+    FailToSave(file, QStringLiteral("a chart is saved as .") + endings.join(QStringLiteral(", .")));
   }
-  QSaveFile saved(file);
-  if (!saved.open(QIODevice::WriteOnly)) fail(saved.errorString());
-  try {
-    WriteForm(plot, size, saved, ending);
-  } catch (const std::runtime_error& error) {
-    fail(QString::fromUtf8(error.what()));
-  }
-  if (!saved.commit()) fail(saved.errorString());
+  SaveWhole(file, [&](QIODevice& device) { WriteForm(plot, size, device, ending); });
 }
 
 }  // namespace velumar

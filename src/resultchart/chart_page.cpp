@@ -8,7 +8,6 @@
 namespace velumar {
 
 void PrintChartPages(ResultPlot& plot, const ChartPage& page, QPagedPaintDevice& device) {
-  constexpr double kUnitsPerInch = 96;
   device.setPageLayout({QPageSize(QPageSize::A4), page.orientation, QMarginsF()});
   QCPPainter painter;
   if (!painter.begin(&device)) throw std::runtime_error("the page can't be begun");

@@ -16,7 +16,6 @@ namespace velumar {
 namespace {
 
 // All measures are units of 1/96 inch.
-constexpr double kUnitsPerInch = 96;
 constexpr double kUnitsPerPoint = kUnitsPerInch / 72;
 constexpr double kMarginMm = 14;
 constexpr double kGap = 24;             // between the two columns

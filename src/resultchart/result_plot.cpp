@@ -62,7 +62,7 @@ void ResultPlot::SetPoints(ChartPoints points) {
 }
 
 void ResultPlot::SetTitles(bool with_points) {
-  title_->setText(with_points ? QStringLiteral("Portfolio Graph.") : QString());
+  title_->setText(with_points ? QString(kPlotTitle) : QString());
   QCPAxis* const places = rect_->axis(QCPAxis::atBottom);
   QCPAxis* const values = rect_->axis(QCPAxis::atLeft);
   places->setLabel(with_points ? QStringLiteral("Action Date") : QString());

@@ -9,6 +9,10 @@
 
 namespace velumar {
 
+inline constexpr QLatin1String kPlotTitle("Portfolio Graph.");
+// A plot is laid out in units of which an inch of paper has so many.
+inline constexpr double kUnitsPerInch = 96;
+
 class ChartPointer;
 
 // The portfolio's value over the closings of a run. The wheel zooms at the pointer, a drag pans, a

@@ -10,13 +10,12 @@ namespace velumar {
 bool SvgOffered() { return true; }
 
 void WriteSvg(ResultPlot& plot, const QSize& size, QIODevice& device) {
-  constexpr int kUnitsPerInch = 96;
   QSvgGenerator generator;
   generator.setOutputDevice(&device);
   generator.setSize(size);
   generator.setViewBox(QRect(QPoint(), size));
-  generator.setResolution(kUnitsPerInch);
-  generator.setTitle(QStringLiteral("Portfolio Graph."));
+  generator.setResolution(static_cast<int>(kUnitsPerInch));
+  generator.setTitle(kPlotTitle);
   QCPPainter painter;
   painter.begin(&generator);
   plot.PaintTo(painter, size);
