@@ -4,6 +4,7 @@
 #include <atomic>
 #include <chrono>
 #include <future>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -37,7 +38,10 @@ class TypingWindow {
   // Every key takes that long from now on.
   void Linger(int ms) { busy_ms_ = ms; }
   // What has been typed since the last call, without asking the window's thread.
-  std::string Taken() { return Utf8Text(std::exchange(text_, {})); }
+  std::string Taken() {
+    const std::lock_guard lock(guard_);
+    return Utf8Text(std::exchange(text_, {}));
+  }
 
  private:
   void Run() {
@@ -54,20 +58,27 @@ class TypingWindow {
   void Handle(const MSG& message) {
     const bool key = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
     if (key) std::this_thread::sleep_for(std::chrono::milliseconds(busy_ms_));
+    Note(message, key);
+    if (message.message == WM_SYSKEYDOWN || message.message == WM_SYSKEYUP) return;
+    ::TranslateMessage(&message);
+    ::DispatchMessageW(&message);
+  }
+
+  void Note(const MSG& message, bool key) {
+    const std::lock_guard lock(guard_);
     if (message.message == WM_SYSKEYDOWN && message.wParam != VK_MENU) {
       text_ += L"<alt " + std::wstring(1, static_cast<wchar_t>(message.wParam)) + L">";
     } else if (key && message.wParam == VK_END) {
       text_ += L"<end>";
     } else if (key && message.wParam == VK_TAB && ::GetKeyState(VK_CONTROL) < 0) {
       text_ += L"<ctrl tab>";
+    } else if (message.message == WM_CHAR) {
+      text_ += static_cast<wchar_t>(message.wParam);
     }
-    if (message.message == WM_SYSKEYDOWN || message.message == WM_SYSKEYUP) return;
-    ::TranslateMessage(&message);
-    if (message.message == WM_CHAR) text_ += static_cast<wchar_t>(message.wParam);
-    ::DispatchMessageW(&message);
   }
 
   std::wstring title_;
+  std::mutex guard_;
   std::wstring text_;
   std::atomic<int> busy_ms_ = 0;
   std::atomic<HWND> window_ = nullptr;

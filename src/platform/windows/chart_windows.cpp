@@ -61,10 +61,10 @@ class SharedInput {
   bool shared_;
 };
 
-void PressAlt(bool down) {
+void PressKey(WORD key, bool down) {
   INPUT input{};
   input.type = INPUT_KEYBOARD;
-  input.ki.wVk = VK_MENU;
+  input.ki.wVk = key;
   input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
   ::SendInput(1, &input, sizeof input);
 }
@@ -99,9 +99,9 @@ bool AskForFront(HWND window) {
 }
 
 // A program in the background may not simply take the focus. It may give it away when it shares the
-// input of the program that has it, and whoever's key went down last may too: Alt is let go in the
-// new window, where it opens no menu without having gone down. With a key that somebody holds it
-// would be a shortcut. Nothing waits for the window's own program, which may hang.
+// input of the program that has it, and whoever's key went down last may too. A key that no program
+// knows comes between: Alt alone would open a menu wherever it is let go. With a key that somebody
+// holds it would be a shortcut. Nothing waits for the window's own program, which may hang.
 void TakeFocus(HWND window) {
   if (AskForFront(window)) return;
   {
@@ -110,9 +110,12 @@ void TakeFocus(HWND window) {
     ::SetForegroundWindow(window);
   }
   if (ComesToFront(window, kMeansPatience) || PersonHoldsModifier()) return;
-  PressAlt(true);
+  constexpr WORD kNoKey = 0xE8;
+  PressKey(VK_MENU, true);
   ::SetForegroundWindow(window);
-  PressAlt(false);
+  PressKey(kNoKey, true);
+  PressKey(kNoKey, false);
+  PressKey(VK_MENU, false);
 }
 
 // The walk ends early where the window that it has come to goes away.

@@ -10,6 +10,7 @@
 
 #include "base/windows_text.h"
 #include "platform/key_notation.h"
+#include "platform/typing_patience.h"
 #include "platform/windows/chart_program.h"
 #include "platform/windows/held_modifiers.h"
 #include "platform/windows/serving_wait.h"
@@ -17,25 +18,6 @@
 namespace velumar {
 
 namespace {
-
-constexpr DWORD kAnswerPatienceMs = 2000;
-constexpr DWORD kPersonPatienceMs = 1000;
-// While a window is coming up or going away, none has the focus.
-constexpr DWORD kFocusPatienceMs = 500;
-constexpr std::chrono::milliseconds kLook{10};
-
-enum class Obstacle : std::uint8_t { kNone, kOtherWindow, kNoFocus, kPersonTypes, kNoSuchKey };
-
-DWORD PatienceWith(Obstacle obstacle) {
-  switch (obstacle) {
-    case Obstacle::kNoFocus:
-      return kFocusPatienceMs;
-    case Obstacle::kPersonTypes:
-      return kPersonPatienceMs;
-    default:
-      return 0;
-  }
-}
 
 // A key of the keyboard with what has to be held around it.
 struct Place {
@@ -202,11 +184,11 @@ class Typing {
 
  private:
   bool TypeWithPatience(const KeyStroke& stroke) {
-    const ULONGLONG start = ::GetTickCount64();
+    const auto start = std::chrono::steady_clock::now();
     while (true) {
       const Obstacle obstacle = Try(stroke);
       if (obstacle == Obstacle::kNone) return true;
-      if (::GetTickCount64() - start >= PatienceWith(obstacle)) return false;
+      if (std::chrono::steady_clock::now() - start >= PatienceWith(obstacle)) return false;
       WaitServingOthers(kLook);
     }
   }
@@ -259,7 +241,7 @@ class Typing {
   WindowsChartProgram program_;
   HWND unread_in_ = nullptr;
   UINT unread_ = 0;
-  DWORD patience_ms_ = kAnswerPatienceMs;
+  DWORD patience_ms_{kAnswerPatience.count()};
   bool answered_ = true;
 };
 

@@ -107,8 +107,6 @@ X11ChartWindows::X11ChartWindows(std::string host_title, const std::string& disp
 
 X11ChartWindows::~X11ChartWindows() = default;
 
-bool X11ChartWindows::HasWindowManager() const { return connection_->HasWindowManager(); }
-
 std::vector<WindowId> X11ChartWindows::TopLevelWindows() {
   const std::vector<xcb_window_t> windows = connection_->TopLevelWindows();
   return {windows.begin(), windows.end()};

@@ -24,9 +24,6 @@ class X11ChartWindows : public ChartWindows {
   explicit X11ChartWindows(std::string host_title, const std::string& display_name = {});
   ~X11ChartWindows() override;
 
-  // Asks anew at each call: window managers are started and replaced at any time.
-  bool HasWindowManager() const;
-
   std::vector<WindowId> TopLevelWindows() override;
   std::string WindowTitle(WindowId window) override;
   bool IsWindowVisible(WindowId window) override;

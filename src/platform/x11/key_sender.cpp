@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/key_notation.h"
+#include "platform/typing_patience.h"
 #include "platform/x11/chart_program.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/keyboard.h"
@@ -18,26 +19,6 @@ namespace velumar {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
-
-constexpr milliseconds kAnswerPatience{2000};
-constexpr milliseconds kPersonPatience{1000};
-// While a window is coming up or going away, none has the focus.
-constexpr milliseconds kFocusPatience{500};
-constexpr milliseconds kLook{10};
-
-enum class Obstacle : std::uint8_t { kNone, kOtherWindow, kNoFocus, kPersonTypes };
-
-milliseconds PatienceWith(Obstacle obstacle) {
-  switch (obstacle) {
-    case Obstacle::kNoFocus:
-      return kFocusPatience;
-    case Obstacle::kPersonTypes:
-      return kPersonPatience;
-    default:
-      return milliseconds(0);
-  }
-}
 
 // The keys of one text on their way into the chart program.
 class Typing {

@@ -26,8 +26,7 @@ KeySym NamedSymbol(const KeyStroke& stroke) {
   for (const auto& [named, symbol] : kNamedSymbols) {
     if (named == stroke.named) return symbol;
   }
-  if (stroke.character == U'\t') return XK_Tab;
-  return stroke.character == U'\r' || stroke.character == U'\n' ? XK_Return : NoSymbol;
+  return NoSymbol;
 }
 
 // Characters up to U+00FF are their own symbols, all others have one in a range of their own.
