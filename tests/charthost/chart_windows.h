@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "charthost/series_source.h"
+#include "charthost/view/chart_settings.h"
 #include "charthost/view/key_filter.h"
 #include "charthost/view/main_window.h"
-#include "charthost/view/settings_store.h"
 #include "support/scratch.h"
 
 namespace velumar {
@@ -47,7 +47,7 @@ class ChartProgram {
   std::string folder = scratch.Sub("my data 50%");
   IndexCache cache;
   SeriesSource source{cache};
-  std::optional<SettingsStore> settings;
+  std::optional<ChartSettings> settings;
   std::vector<nlohmann::json> events;
   std::optional<MainWindow> window;
   std::optional<KeyFilter> filter;

@@ -123,7 +123,7 @@ TEST_P(MainWindowTest, SaysInTheDialogWhatIsMissing) {
   OpenBlind(program_.folder, "SC");
   EXPECT_TRUE(Dialog().isVisible());
   EXPECT_NE(DialogText().find("There is no security \"SC\""), std::string::npos) << DialogText();
-  EXPECT_EQ(program_.window->ChartCount(), 0);
+  EXPECT_EQ(program_.window->ActiveChart(), nullptr);
   Chord(Qt::Key_F, Qt::Key_O);
   Type("/no/such/place");
   Key(Qt::Key_Return);
@@ -182,7 +182,7 @@ TEST_P(MainWindowTest, RemembersTheLookAndTheFolder) {
   Key(Qt::Key_V, Qt::AltModifier);
   ASSERT_TRUE(QTest::qWaitFor([&] { return program_.window->IsMenuShown(); }, 3000));
   QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_2);
-  const SettingsStore kept;
+  const ChartSettings kept;
   EXPECT_EQ(kept.Options().style, ChartStyle::kLine);
   EXPECT_FALSE(kept.Options().averages[1].shown);
   EXPECT_TRUE(kept.Options().averages[0].shown);

@@ -7,8 +7,9 @@
 
 namespace velumar {
 
-void DateTicker::generate(const QCPRange& range, const QLocale&, QChar, int, QVector<double>& ticks,
-                          QVector<double>* sub_ticks, QVector<QString>* labels) {
+void BarDateTicker::generate(const QCPRange& range, const QLocale&, QChar, int,
+                             QVector<double>& ticks, QVector<double>* sub_ticks,
+                             QVector<QString>* labels) {
   ticks.clear();
   strong_.clear();
   if (sub_ticks != nullptr) sub_ticks->clear();

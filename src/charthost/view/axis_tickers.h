@@ -7,9 +7,9 @@
 namespace velumar {
 
 // Marks of the date axis. Keeps the strong ones, which get stronger lines.
-class DateTicker : public QCPAxisTicker {
+class BarDateTicker : public QCPAxisTicker {
  public:
-  DateTicker(const QCPAxis* axis, const ChartModel& model) : axis_(axis), model_(model) {}
+  BarDateTicker(const QCPAxis* axis, const ChartModel& model) : axis_(axis), model_(model) {}
 
   void generate(const QCPRange& range, const QLocale& locale, QChar format, int precision,
                 QVector<double>& ticks, QVector<double>* sub_ticks,

@@ -8,7 +8,7 @@
 namespace velumar {
 
 // What the painted layers of a chart share. Colours may change between two paintings.
-struct ChartScene {
+struct BarChartScene {
   const ChartModel& model;
   const ChartColors* colors;
 };
@@ -16,7 +16,7 @@ struct ChartScene {
 // Something painted inside one axis rect, clipped to it.
 class RectLayer : public QCPLayerable {
  public:
-  RectLayer(QCPAxisRect* rect, const QString& layer, const ChartScene& scene)
+  RectLayer(QCPAxisRect* rect, const QString& layer, const BarChartScene& scene)
       : QCPLayerable(rect->parentPlot(), layer), rect_(rect), scene_(scene) {}
 
  protected:
@@ -33,7 +33,7 @@ class RectLayer : public QCPLayerable {
   QCPAxisRect* const rect_;
 
  private:
-  const ChartScene& scene_;
+  const BarChartScene& scene_;
 };
 
 // Candles, bars or a line, whichever the options say.

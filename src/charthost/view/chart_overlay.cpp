@@ -29,7 +29,7 @@ void DrawAxisTag(QCPPainter* painter, const QCPAxisRect* rect, double y, const Q
 
 void StrongGridLayer::draw(QCPPainter* painter) {
   const QCPAxis* const axis = rect_->axis(QCPAxis::atBottom);
-  const auto ticker = axis->ticker().dynamicCast<DateTicker>();
+  const auto ticker = axis->ticker().dynamicCast<BarDateTicker>();
   if (!ticker) return;
   painter->setPen(QPen(Colors().strong_grid, 0));
   for (const double place : ticker->StrongPlaces()) {

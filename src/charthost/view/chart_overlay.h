@@ -11,7 +11,7 @@ namespace velumar {
 // Stronger lines at new years, months or days, behind the prices.
 class StrongGridLayer : public RectLayer {
  public:
-  StrongGridLayer(QCPAxisRect* rect, const ChartScene& scene)
+  StrongGridLayer(QCPAxisRect* rect, const BarChartScene& scene)
       : RectLayer(rect, QStringLiteral("grid"), scene) {}
 
  protected:
@@ -21,7 +21,7 @@ class StrongGridLayer : public RectLayer {
 // The tag with the last close on the price axis, and a dotted line towards it.
 class LastPriceLayer : public QCPLayerable {
  public:
-  LastPriceLayer(QCPAxisRect* rect, const ChartScene& scene)
+  LastPriceLayer(QCPAxisRect* rect, const BarChartScene& scene)
       : QCPLayerable(rect->parentPlot(), QStringLiteral("axes")), rect_(rect), scene_(scene) {}
 
  protected:
@@ -32,14 +32,14 @@ class LastPriceLayer : public QCPLayerable {
 
  private:
   QCPAxisRect* const rect_;
-  const ChartScene& scene_;
+  const BarChartScene& scene_;
 };
 
 // The crosshair with its tags on both axes, and the stretch that is being marked for a zoom. It
 // stands on a paint buffer of its own, so that moving the mouse redraws nothing else.
 class PointerLayer : public QCPLayerable {
  public:
-  PointerLayer(QCPAxisRect* prices, QCPAxisRect* volumes, const ChartScene& scene,
+  PointerLayer(QCPAxisRect* prices, QCPAxisRect* volumes, const BarChartScene& scene,
                const QString& layer)
       : QCPLayerable(prices->parentPlot(), layer),
         prices_(prices),
@@ -66,7 +66,7 @@ class PointerLayer : public QCPLayerable {
 
   QCPAxisRect* const prices_;
   QCPAxisRect* const volumes_;
-  const ChartScene& scene_;
+  const BarChartScene& scene_;
   std::optional<QPointF> pointer_;
   std::optional<std::pair<double, double>> marked_;
 };

@@ -48,7 +48,7 @@ QCPAxisRect* ChartPlot::AddRect(int row, ValueKind kind) {
     axis->setLayer(QStringLiteral("axes"));
     axis->grid()->setLayer(QStringLiteral("grid"));
   }
-  dates->setTicker(QSharedPointer<DateTicker>::create(dates, model_));
+  dates->setTicker(QSharedPointer<BarDateTicker>::create(dates, model_));
   values->setTicker(QSharedPointer<ValueTicker>::create(values, model_, kind));
   rect->setMinimumMargins(QMargins(1, 1, 48, 1));
   plotLayout()->addElement(row, 0, rect);

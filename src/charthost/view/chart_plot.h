@@ -50,7 +50,7 @@ class ChartPlot : public QCustomPlot {
   double PlaceAt(double pixel) const;
 
   ChartModel& model_;
-  ChartScene scene_;
+  BarChartScene scene_;
   QCPAxisRect* prices_;
   QCPAxisRect* volumes_;
   PointerLayer* pointer_;

@@ -4,6 +4,6 @@ namespace velumar {
 
 // To be called before the application object is made. Other programs work this one by its windows
 // and keys, which takes a display that lets them.
-void ChooseDisplay();
+void ChooseChartDisplay();
 
 }  // namespace velumar

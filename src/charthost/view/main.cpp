@@ -3,10 +3,10 @@
 #include <iostream>
 
 #include "charthost/series_source.h"
+#include "charthost/view/chart_settings.h"
 #include "charthost/view/display_choice.h"
 #include "charthost/view/key_filter.h"
 #include "charthost/view/main_window.h"
-#include "charthost/view/settings_store.h"
 #include "charthost/view/theme.h"
 #include "marketdata/index_cache.h"
 #include "platform/console.h"
@@ -27,7 +27,7 @@ void PrintLine(const std::string& line) { std::cout << line << std::endl; }
 }  // namespace
 
 int main(int argc, char** argv) {
-  velumar::ChooseDisplay();
+  velumar::ChooseChartDisplay();
   QApplication application(argc, argv);
   QApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
   QCommandLineParser parser;
@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(velumar::ProgramIcon());
   velumar::IndexCache cache;
   const velumar::SeriesSource source(cache);
-  velumar::SettingsStore settings;
+  velumar::ChartSettings settings;
   velumar::MainWindow window(
       source, settings,
       parser.isSet(state) ? velumar::MainWindow::Report(PrintLine) : velumar::MainWindow::Report());

@@ -26,7 +26,7 @@ constexpr double kZoomIn = 0.8;
 
 }  // namespace
 
-MainWindow::MainWindow(const SeriesSource& source, SettingsStore& settings, Report report)
+MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Report report)
     : source_(source),
       settings_(settings),
       report_(std::move(report)),
@@ -99,8 +99,8 @@ void MainWindow::BuildViewMenu() {
   view_menu_->addSeparator();
   AddStyleActions();
   view_menu_->addSeparator();
-  AddToggle(view_menu_, tr("&Volume"), &ChartOptions::volume);
-  AddToggle(view_menu_, tr("Lo&g scale"), &ChartOptions::logarithmic);
+  AddToggle(tr("&Volume"), &ChartOptions::volume);
+  AddToggle(tr("Lo&g scale"), &ChartOptions::logarithmic);
   AddAverageActions();
   view_menu_->addSeparator();
   AddWindowActions();
@@ -127,15 +127,14 @@ void MainWindow::AddStyleActions() {
   }
 }
 
-QAction* MainWindow::AddToggle(QMenu* menu, const QString& text, bool ChartOptions::*option) {
-  QAction* const action = menu->addAction(text, this, [this, option] {
+void MainWindow::AddToggle(const QString& text, bool ChartOptions::*option) {
+  QAction* const action = view_menu_->addAction(text, this, [this, option] {
     ChartOptions options = options_;
     options.*option = !(options.*option);
     SetOptions(options);
   });
   action->setCheckable(true);
   option_views_.emplace_back([this, action, option] { action->setChecked(options_.*option); });
-  return action;
 }
 
 void MainWindow::AddAverageActions() {
@@ -223,8 +222,6 @@ ChartPane* MainWindow::Chart(int index) const {
 }
 
 ChartPane* MainWindow::ActiveChart() const { return Chart(tabs_->currentIndex()); }
-
-int MainWindow::ChartCount() const { return tabs_->count(); }
 
 void MainWindow::OpenFile() { dialog_->Start(settings_.Folder()); }
 

@@ -7,10 +7,9 @@
 
 #include "charthost/host_keys.h"
 #include "charthost/series_source.h"
-#include "charthost/view/settings_store.h"
+#include "charthost/view/chart_settings.h"
 #include "charthost/view_window.h"
 
-class QActionGroup;
 class QMenu;
 class QStackedWidget;
 class QTabWidget;
@@ -29,17 +28,15 @@ class MainWindow : public QMainWindow {
   // `report` gets a line of JSON after each change of the open charts; it may be empty.
   using Report = std::function<void(const std::string& line)>;
 
-  MainWindow(const SeriesSource& source, SettingsStore& settings, Report report);
+  MainWindow(const SeriesSource& source, ChartSettings& settings, Report report);
 
   // What the keys of other programs ask for.
   void Act(HostAction action);
   void ShowMenu(HostMenu menu);
-  void HideMenus();
   bool IsMenuShown() const;
 
   OpenDialog& FileDialog() { return *dialog_; }
   ChartPane* ActiveChart() const;
-  int ChartCount() const;
 
  signals:
   void MenuClosed();
@@ -56,8 +53,9 @@ class MainWindow : public QMainWindow {
   void AddAverageActions();
   void AddWindowActions();
   void AddThemeMenu();
+  void HideMenus();
   QMenu* AddMenu(const QString& title);
-  QAction* AddToggle(QMenu* menu, const QString& text, bool ChartOptions::*option);
+  void AddToggle(const QString& text, bool ChartOptions::*option);
 
   void OpenFile();
   void OpenChart(const SeriesRequest& request);
@@ -76,7 +74,7 @@ class MainWindow : public QMainWindow {
   void Changed(const char* event);
 
   const SeriesSource& source_;
-  SettingsStore& settings_;
+  ChartSettings& settings_;
   Report report_;
   ChartOptions options_;
   QStackedWidget* centre_;

@@ -169,8 +169,6 @@ void OpenDialog::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) had_focus_ = true;
 }
 
-QString OpenDialog::Folder() const { return ToQt(folder_); }
-
 // Enter, or the button: first the folder, then the chart.
 void OpenDialog::Proceed() {
   const bool other_folder = NormalFolder(FromQt(folder_line_->text())) != folder_;

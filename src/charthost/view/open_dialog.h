@@ -35,7 +35,6 @@ class OpenDialog : public QDialog {
   // that still come belong to the main window.
   void Leave();
   bool IsLeaving() const { return leaving_; }
-  QString Folder() const;
 
  signals:
   void Chosen(const velumar::SeriesRequest& request);

@@ -10,9 +10,9 @@ namespace velumar {
 
 // What the program remembers of its user, one store per user. Values that make no sense read as
 // the built-in ones.
-class SettingsStore {
+class ChartSettings {
  public:
-  SettingsStore();
+  ChartSettings();
 
   ChartOptions Options() const;
   void SetOptions(const ChartOptions& options);

@@ -2,6 +2,6 @@
 
 namespace velumar {
 
-void ChooseDisplay() {}
+void ChooseChartDisplay() {}
 
 }  // namespace velumar

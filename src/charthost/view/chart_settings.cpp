@@ -1,4 +1,4 @@
-#include "charthost/view/settings_store.h"
+#include "charthost/view/chart_settings.h"
 
 #include <algorithm>
 #include <array>
@@ -31,13 +31,13 @@ QString AverageKey(std::size_t index, const char* what) {
 
 }  // namespace
 
-SettingsStore::SettingsStore()
+ChartSettings::ChartSettings()
     : settings_(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Velumar"),
                 QStringLiteral("Chart")) {
   settings_.setFallbacksEnabled(false);
 }
 
-ChartOptions SettingsStore::Options() const {
+ChartOptions ChartSettings::Options() const {
   ChartOptions options;
   options.style = FromName(kStyleNames, settings_.value(kStyle).toString(), options.style);
   options.theme = FromName(kThemeNames, settings_.value(kTheme).toString(), options.theme);
@@ -52,7 +52,7 @@ ChartOptions SettingsStore::Options() const {
   return options;
 }
 
-void SettingsStore::SetOptions(const ChartOptions& options) {
+void ChartSettings::SetOptions(const ChartOptions& options) {
   settings_.setValue(kStyle, kStyleNames[static_cast<std::size_t>(options.style)]);
   settings_.setValue(kTheme, kThemeNames[static_cast<std::size_t>(options.theme)]);
   settings_.setValue(kVolume, options.volume);
@@ -63,13 +63,13 @@ void SettingsStore::SetOptions(const ChartOptions& options) {
   }
 }
 
-QString SettingsStore::Folder() const { return settings_.value(kFolder).toString(); }
+QString ChartSettings::Folder() const { return settings_.value(kFolder).toString(); }
 
-void SettingsStore::SetFolder(const QString& folder) { settings_.setValue(kFolder, folder); }
+void ChartSettings::SetFolder(const QString& folder) { settings_.setValue(kFolder, folder); }
 
-QByteArray SettingsStore::Geometry() const { return settings_.value(kGeometry).toByteArray(); }
+QByteArray ChartSettings::Geometry() const { return settings_.value(kGeometry).toByteArray(); }
 
-void SettingsStore::SetGeometry(const QByteArray& geometry) {
+void ChartSettings::SetGeometry(const QByteArray& geometry) {
   settings_.setValue(kGeometry, geometry);
 }
 
