@@ -42,7 +42,7 @@ bool IsEnter(const QKeyEvent& event) {
   return enter && !event.isAutoRepeat();
 }
 
-QString ToQString(const std::string& text) { return QString::fromStdString(text); }
+QString ToQString(std::string_view text) { return QString::fromUtf8(text); }
 
 void ApplyCommon(QWidget& widget, const Control& control) {
   const QString tip = ToQString(control.ToolTip());

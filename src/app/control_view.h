@@ -24,7 +24,7 @@ class ControlView {
 int LogicalPixels(float twips);
 QRect LogicalPlace(const Control& control);
 
-QString ToQString(const std::string& text);
+QString ToQString(std::string_view text);
 
 // A press of Enter, which clicks a button that has the focus; holding it down is one press.
 bool IsEnter(const QKeyEvent& event);

@@ -12,7 +12,8 @@ namespace velumar {
 // Gives the whole application the colours of a theme: boxes, dialogs, tooltips and the icon.
 void DressApplication(const Theme& theme);
 
-// What the desktop asks for underneath the palette that we have set.
+// What the desktop asks for. Takes our palette off the application, which hides it; the next
+// dressing sets it again.
 QPalette DesktopPalette();
 
 // The theme that was chosen, and for "system" the one that the desktop's own colours call for. It

@@ -18,7 +18,6 @@
 #include <utility>
 
 #include "app/artwork.h"
-#include "app/compositing.h"
 #include "app/native_form.h"
 
 namespace velumar {
@@ -150,7 +149,7 @@ void FormView::UpdateShape() {
   if (corners == corners_ && !appears) return;
   corners_ = corners;
   update();
-  blended_ = CompositingActive();
+  blended_ = SoftCornersShow();
   if (blended_) {
     clearMask();
   } else {

@@ -17,7 +17,6 @@
 #include "app/options.h"
 #include "app/qt_dialogs.h"
 #include "app/qt_event_loop.h"
-#include "app/qt_folder_dialog.h"
 #include "app/qt_message_boxes.h"
 #include "app/qt_printers.h"
 #include "app/qt_screen.h"
@@ -160,7 +159,7 @@ int Main(int argument_count, char** arguments) {
   if (instance.First()) return Run(application, *options, instance);
   if (instance.CallOther()) return EXIT_SUCCESS;
   TellStartFailure("another Velumar uses the settings in " +
-                   SettingsFolder(*options).toStdString() + ", on another display");
+                   SettingsFolder(*options).toStdString() + ", and doesn't answer here");
   return kFailure;
 }
 

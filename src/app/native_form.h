@@ -9,6 +9,8 @@ namespace velumar {
 
 // Whether windows may be see-through in places, pixel by pixel.
 bool WindowsMayBlend();
+// Whether it does so now, so that soft corners show. Window by window opacity is another matter.
+bool SoftCornersShow();
 // Cuts the corners by ellipses of that size, in logical pixels.
 void CutCorners(QWidget& window, const QSize& corners);
 // From 0, invisible, to 255, solid.

@@ -16,6 +16,8 @@ bool HasNativeWindow(const QWidget& window) {
 // One opacity for the whole window, which excludes blending by pixels.
 bool WindowsMayBlend() { return false; }
 
+bool SoftCornersShow() { return false; }
+
 void CutCorners(QWidget& window, const QSize& corners) {
   if (!HasNativeWindow(window)) return;
   const double scale = window.devicePixelRatioF();

@@ -14,10 +14,6 @@ namespace {
 
 constexpr int kTextPixels = 11;
 
-QString FromView(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 }  // namespace
 
 ToolbarView::ToolbarView(FormCanvas& canvas, QWidget& window, Toolbar& toolbar)
@@ -34,8 +30,8 @@ ToolbarView::ToolbarView(FormCanvas& canvas, QWidget& window, Toolbar& toolbar)
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     button->setIconSize({kIconPixels, kIconPixels});
     button->setFont(canvas.Look().faces.Plain(kTextPixels));
-    button->setText(FromView(item.caption));
-    button->setToolTip(FromView(item.tooltip));
+    button->setText(ToQString(item.caption));
+    button->setToolTip(ToQString(item.tooltip));
     button->setObjectName(ToQString(toolbar.Name() + "." + std::to_string(item.index)));
     const QString shown = button->text().remove(QLatin1Char('&'));
     button->setFixedWidth(kIconPixels + kAroundText +
@@ -54,8 +50,9 @@ void ToolbarView::Update() {
   ApplyCommon(*this, toolbar_);
   for (std::size_t i = 0; i < buttons_.size(); ++i) {
     QToolButton& button = *buttons_[i];
-    button.setIcon(QIcon(ArtPixmap(canvas_.Look().theme.ArtSet(), FromView(toolbar_.Items()[i].art),
-                                   button.iconSize() * devicePixelRatioF())));
+    button.setIcon(
+        QIcon(ArtPixmap(canvas_.Look().theme.ArtSet(), ToQString(toolbar_.Items()[i].art),
+                        button.iconSize() * devicePixelRatioF())));
   }
 }
 
@@ -150,7 +147,7 @@ MenuView::MenuView(FormCanvas& canvas, QWidget& window, Menu& menu)
 }
 
 void MenuView::AddList(QMenu& top, std::size_t list) {
-  QMenu* sub = top.addMenu(FromView(menu_.Lists()[list].caption));
+  QMenu* sub = top.addMenu(ToQString(menu_.Lists()[list].caption));
   actions_.emplace_back();
   for (const std::string& text : menu_.Lists()[list].entries) {
     QAction* action = sub->addAction(ToQString(text));

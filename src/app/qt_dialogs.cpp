@@ -43,6 +43,15 @@ bool MayBeLost(const QString& file) {
 
 }  // namespace
 
+std::string QtFolderDialog::BrowseForFolder(std::string_view prompt) {
+  QFileDialog dialog(nullptr, QString::fromUtf8(prompt));
+  KeepInFront(dialog);
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+  return QDir::toNativeSeparators(dialog.selectedFiles().constFirst()).toStdString();
+}
+
 std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>& forms) {
   QFileDialog dialog(nullptr, QStringLiteral("Save As"));
   KeepInFront(dialog);
@@ -71,8 +80,7 @@ std::optional<std::uint32_t> QtColourDialog::ChooseColour(std::uint32_t present)
 }
 
 void QtClipboard::SetText(std::string_view text) {
-  QGuiApplication::clipboard()->setText(
-      QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+  QGuiApplication::clipboard()->setText(QString::fromUtf8(text));
 }
 
 }  // namespace velumar

@@ -4,6 +4,11 @@
 
 namespace velumar {
 
+class QtFolderDialog : public FolderDialog {
+ public:
+  std::string BrowseForFolder(std::string_view prompt) override;
+};
+
 class QtSaveDialog : public SaveDialog {
  public:
   std::optional<std::string> ChooseFile(const std::vector<FileForm>& forms) override;

@@ -20,10 +20,6 @@ QMessageBox::Icon QtIcon(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
-QString FromUtf8(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 void Dress(QMessageBox& box) {
   box.setWindowFlag(Qt::WindowStaysOnTopHint);
   box.setTextFormat(Qt::PlainText);
@@ -33,16 +29,17 @@ void Dress(QMessageBox& box) {
 }  // namespace
 
 void QtMessageBoxes::Show(std::string_view text, BoxIcon icon) {
-  QMessageBox box(QtIcon(icon), QStringLiteral("Velumar"), FromUtf8(text), QMessageBox::Ok);
+  QMessageBox box(QtIcon(icon), QStringLiteral("Velumar"), QString::fromUtf8(text),
+                  QMessageBox::Ok);
   Dress(box);
   box.exec();
 }
 
 std::size_t QtMessageBoxes::Ask(std::string_view text, const std::vector<std::string>& answers) {
-  QMessageBox box(QMessageBox::Question, QStringLiteral("Velumar"), FromUtf8(text));
+  QMessageBox box(QMessageBox::Question, QStringLiteral("Velumar"), QString::fromUtf8(text));
   std::vector<QAbstractButton*> buttons;
   for (const std::string& answer : answers) {
-    buttons.push_back(box.addButton(FromUtf8(answer), QMessageBox::ActionRole));
+    buttons.push_back(box.addButton(QString::fromUtf8(answer), QMessageBox::ActionRole));
   }
   auto* const least = static_cast<QPushButton*>(buttons.back());
   box.setDefaultButton(least);

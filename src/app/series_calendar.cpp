@@ -11,16 +11,20 @@ namespace velumar {
 
 SeriesCalendar::SeriesCalendar(FormCanvas& canvas, DatePicker& picker)
     : canvas_(canvas), picker_(picker) {
+  setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+  AddButtons();
+}
+
+// The desktop may have turned dark since it was last open.
+void SeriesCalendar::Dress() {
   constexpr int kCalendarPixels = 12;
-  const Appearance& look = canvas.Look();
+  const Appearance& look = canvas_.Look();
   setPalette(look.theme.Palette());
   setFont(look.faces.Plain(kCalendarPixels));
-  setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
   QTextCharFormat weekend;
   weekend.setForeground(ReadableOn(look.theme.field, ToQColor(kRed)));
   setWeekdayTextFormat(Qt::Saturday, weekend);
   setWeekdayTextFormat(Qt::Sunday, weekend);
-  AddButtons();
 }
 
 void SeriesCalendar::AddButtons() {
@@ -46,6 +50,7 @@ QSize SeriesCalendar::WithButtons(QSize size) const {
 }
 
 void SeriesCalendar::showEvent(QShowEvent* event) {
+  Dress();
   const std::vector<std::int32_t> days =
       picker_.covered_days ? picker_.covered_days() : std::vector<std::int32_t>();
   days_ = {days.begin(), days.end()};

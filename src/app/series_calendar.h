@@ -22,6 +22,7 @@ class SeriesCalendar : public QCalendarWidget {
   void showEvent(QShowEvent* event) override;
 
  private:
+  void Dress();
   void AddButtons();
   // The calendar's own measures know nothing of the row under it.
   QSize WithButtons(QSize size) const;

@@ -2,9 +2,11 @@
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QSysInfo>
+#include <QThread>
 #include <utility>
 
 #include "platform/mailbox.h"
@@ -47,7 +49,17 @@ SingleInstance::SingleInstance(const QString& settings_folder)
   first_ = lock_.tryLock(0) || lock_.error() != QLockFile::LockFailedError;
 }
 
-bool SingleInstance::CallOther() const { return PostMail(mailbox_, {}); }
+// One that is only just starting opens its mailbox in a moment.
+bool SingleInstance::CallOther() const {
+  constexpr int kPatienceMs = 3000;
+  constexpr int kLookMs = 100;
+  const QDeadlineTimer patience(kPatienceMs);
+  while (!PostMail(mailbox_, {})) {
+    if (patience.hasExpired()) return false;
+    QThread::msleep(kLookMs);
+  }
+  return true;
+}
 
 void SingleInstance::Listen(std::function<void()> come) {
   notice_ = OpenMailbox(mailbox_, [come = std::move(come)](const Mail&) { come(); });

@@ -19,7 +19,8 @@ class SingleInstance {
 
   // False while another process has the folder.
   bool First() const { return first_; }
-  // Asks the one that has it to come to the front. False where it can't be reached.
+  // Asks the one that has it to come to the front. False where it can't be reached in three
+  // seconds.
   bool CallOther() const;
   // From here on `come` runs when another start asks so.
   void Listen(std::function<void()> come);

@@ -26,7 +26,7 @@ struct Theme {
 
   static Theme Light();
   static Theme Dark();
-  // The set that goes with the colours the system gave the program at its start.
+  // The set that goes with the colours that the desktop asks for.
   static Theme Following(const QPalette& system);
 
   QString ArtSet() const;

@@ -90,11 +90,20 @@ TEST(MessageBoxes, AreReadableAndInFront) {
   EXPECT_TRUE(on_top);
 }
 
-TEST(Screen, IsMeasuredInFifteenthsOfALogicalPixel) {
+// Whether a kept place counts: enough of the window must be in sight to take hold of it.
+TEST(Screen, ShowsAWindowOfWhichAHandfulIsInSight) {
   const QtScreen screen;
-  const QSize size = QApplication::primaryScreen()->geometry().size();
-  EXPECT_EQ(screen.WidthTwips(), static_cast<float>(size.width() * 15));
-  EXPECT_EQ(screen.HeightTwips(), static_cast<float>(size.height() * 15));
+  constexpr float kWidth = 3000;
+  constexpr float kHeight = 1500;
+  constexpr float kHandful = 24 * 15;
+  const float right = screen.WidthTwips();
+  const float bottom = screen.HeightTwips();
+  EXPECT_TRUE(screen.Shows(0, 0, kWidth, kHeight));
+  EXPECT_TRUE(screen.Shows(right - kHandful, bottom - kHandful, kWidth, kHeight));
+  EXPECT_TRUE(screen.Shows(kHandful - kWidth, kHandful - kHeight, kWidth, kHeight));
+  EXPECT_FALSE(screen.Shows(right - kHandful + 30, 0, kWidth, kHeight));
+  EXPECT_FALSE(screen.Shows(0, bottom - kHandful + 30, kWidth, kHeight));
+  EXPECT_FALSE(screen.Shows(kHandful - kWidth - 30, 0, kWidth, kHeight));
 }
 
 }  // namespace

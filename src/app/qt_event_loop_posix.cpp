@@ -23,20 +23,17 @@ void QtEventLoop::WaitFor(std::chrono::milliseconds time) {
   QTimer timer;
   timer.setTimerType(Qt::PreciseTimer);
   timer.setSingleShot(true);
-  bool due = false;
   // A timer may fire within the millisecond before its time: then it runs once more.
   QObject::connect(&timer, &QTimer::timeout, &loop, [&] {
-    due = end.hasExpired();
-    if (due) {
+    if (end.hasExpired()) {
       loop.quit();
     } else {
       timer.start(1);
     }
   });
   timer.start(time);
+  // It may end earlier, with the application, which is quitting.
   loop.exec();
-  // Ended by the application, which is quitting: there is nothing left to wait for.
-  if (!due) timer.stop();
 }
 
 void QtEventLoop::Sleep(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
