@@ -36,7 +36,7 @@ constexpr std::chrono::milliseconds kDialogPatience{15000};
 }  // namespace
 
 void HostControl::OpenHostChart(const std::function<bool()>& superseded) {
-  IgnoringErrors([&] { BlinkLoadingNotice(); });
+  IgnoringErrors([&] { BlinkLoadingNotice(superseded); });
   if (superseded()) return;
   const bool running = BringHostToFront();
   SetStatusLine(desktop_, "");
@@ -64,14 +64,15 @@ void HostControl::TypeChartOpen(const std::function<bool()>& superseded) {
   if (!superseded()) OpenChartInDialog();
 }
 
-void HostControl::BlinkLoadingNotice() {
+void HostControl::BlinkLoadingNotice(const std::function<bool()>& superseded) {
   constexpr int kRounds = 2;
   constexpr std::int16_t kBlinkMs = 1000;
   for (int round = 0; round < kRounds; ++round) {
-    desktop_.form2().Label6.SetText(kLoadingNotice);
-    Wait(kBlinkMs);
-    desktop_.form2().Label6.SetText("");
-    Wait(kBlinkMs);
+    for (const std::string_view notice : {kLoadingNotice, std::string_view()}) {
+      desktop_.form2().Label6.SetText(notice);
+      Wait(kBlinkMs);
+      if (superseded()) return;
+    }
   }
 }
 

@@ -41,7 +41,7 @@ class HostControl : public ChartSide {
   };
 
   void TypeChartOpen(const std::function<bool()>& superseded);
-  void BlinkLoadingNotice();
+  void BlinkLoadingNotice(const std::function<bool()>& superseded);
   void StartHost(const std::function<bool()>& superseded);
   void RefillStore();
   bool WaitForDialog();

@@ -41,6 +41,7 @@ void RunControl::BeginRun(const Form& window) {
   const bool from_setup = &window == &desktop_.form1();
   const RunNumber run = ++newest_run_;
   feeding_ = false;
+  session_.Preparing = false;
   const bool begun = ledger_.Begin();
   // The box of a ledger that failed lets clicks run.
   if (Superseded(run)) return;
@@ -56,18 +57,32 @@ void RunControl::BeginRun(const Form& window) {
   SetStatusLine(desktop_, "Begin ... ");
   session_.HostTitle = "MetaStock";
   SetStatusLine(desktop_, "Activate Program ...");
-  if (from_setup) chart_.OpenHostChart([this, run] { return Superseded(run); });
-  if (Superseded(run)) return;
-  SetStatusLine(desktop_, from_setup ? "Mode [Date]... " : "Mode [Continues]... ");
-  chart_.MaximizeHost();
-  chart_.BringHostToFront();
-  if (from_setup) Prepare();
-  // The boxes of a failed preparation let clicks run.
+  if (from_setup) {
+    PrepareRun(run);
+  } else {
+    SetStatusLine(desktop_, "Mode [Continues]... ");
+    BringChartUp();
+  }
+  // The waits and the boxes of a preparation let clicks run.
   if (Superseded(run)) return;
   SetStatusLine(desktop_, "Begin of data feed ... ");
+  BringChartUp();
+  Feed(run);
+}
+
+void RunControl::PrepareRun(RunNumber run) {
+  session_.Preparing = true;
+  chart_.OpenHostChart([this, run] { return Superseded(run); });
+  if (Superseded(run)) return;
+  SetStatusLine(desktop_, "Mode [Date]... ");
+  BringChartUp();
+  Prepare();
+  if (!Superseded(run)) session_.Preparing = false;
+}
+
+void RunControl::BringChartUp() {
   chart_.MaximizeHost();
   chart_.BringHostToFront();
-  Feed(run);
 }
 
 void RunControl::ShowRunning() {
@@ -104,11 +119,13 @@ void RunControl::LoadSeries() {
   session_.LastBarIndex = loader_.LoadBars(session_.Symbol, session_.DataDir);
   session_.FirstShownBar = session_.BarIndex;
   session_.NewestShownBar = session_.BarIndex;
+  if (session_.HasBar(session_.BarIndex)) {
+    const auto bar = static_cast<std::size_t>(session_.BarIndex);
+    session_.StartDate = std::to_string(session_.BarDate[bar]);
+    session_.StartTime = std::to_string(session_.BarTime[bar]);
+  }
+  // Last: its box lets clicks run, and one of them may begin another run.
   ledger_.NoteSeries();
-  if (!session_.HasBar(session_.BarIndex)) return;
-  const auto bar = static_cast<std::size_t>(session_.BarIndex);
-  session_.StartDate = std::to_string(session_.BarDate[bar]);
-  session_.StartTime = std::to_string(session_.BarTime[bar]);
 }
 
 void RunControl::Feed(RunNumber run) {
@@ -195,6 +212,7 @@ void RunControl::GoFastRewind() {
 }
 
 void RunControl::Step(std::string_view status, const std::function<void()>& step) {
+  if (session_.Preparing) return;
   SetStatusLine(desktop_, status);
   if (stepper_.HasBars()) {
     try {

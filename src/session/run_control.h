@@ -29,6 +29,8 @@ class RunControl {
   // Only sets the flag that the loop looks at once per bar.
   void EndRun();
 
+  // A run that is being prepared takes no step: the cursor and the bars are still those of the run
+  // before, the store is being filled, and the chart program's file dialog takes every key.
   void GoNext();
   void GoFastForward();
   void GoPrevious();
@@ -42,6 +44,8 @@ class RunControl {
   using RunNumber = std::uint32_t;
 
   bool Superseded(RunNumber run) const { return run != newest_run_; }
+  void PrepareRun(RunNumber run);
+  void BringChartUp();
   void ShowRunning();
   void ReadDelay();
   void Prepare();

@@ -64,13 +64,14 @@ struct SimSession : Book {
   // Replay cursor and run.
   std::int16_t BarIndex = 0;        // newest bar of the store; -1: none
   std::int16_t LastBarIndex = 0;    // last index of the full series
-  std::int16_t FirstShownBar = 0;   // where this run began
+  std::int16_t FirstShownBar = 0;   // where the series was last begun at a date
   std::int16_t NewestShownBar = 0;  // the newest bar that this run's chart has shown so far
   std::string StartDate;
   std::string StartTime;
   std::string CurrentDate;
   std::string CurrentTime;
   std::int16_t StopRequested = 0;  // 0 or -1
+  bool Preparing = false;          // the ledger has the run, but its bars aren't loaded yet
   std::int16_t RefreshDelay = 0;   // ms
 
   // Kept window positions, twips as number text; a top of "0": none known.

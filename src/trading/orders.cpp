@@ -47,6 +47,10 @@ OrderResult OrderDesk::Offset(const Side& side, std::string_view position) {
 }
 
 bool OrderDesk::OnBar() {
+  if (session_.Preparing) {
+    Refuse("not yet: the run is being prepared");
+    return false;
+  }
   if (session_.HasBar(session_.BarIndex)) return true;
   Refuse(session_.BarDate.empty() ? "No bars loaded" : "No current bar");
   return false;

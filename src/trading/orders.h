@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -19,7 +20,7 @@ enum class OrderResult : std::uint8_t {
   kRefused,      // a money test, a result that no field holds, a row that can't be written
   kNothingHeld,  // an offset of a side that holds nothing
   kTooMuch,      // an offset of more than is held: the holding is wiped out
-  kInvalid,      // no bar, or a box whose text can't be used
+  kInvalid,      // no bar of this run yet, or a box whose text can't be used
 };
 
 // The four orders, filled at once and in full at the close of the current bar, or not at all. Each

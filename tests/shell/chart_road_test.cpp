@@ -119,7 +119,7 @@ TEST_F(ChartRoadTest, TheStoreGetsTheIndexFilesAndNoOldData) {
 TEST_F(ChartRoadTest, APauseAndPlayWhileTheChartOpensLeaveOneRun) {
   all->program.Start();
   all->Setup().DTPicker1.UserPick(MadeDate(60));
-  all->At(5000, [this] {
+  all->At(2000, [this] {
     all->Navigator().Image4.UserClick();
     all->Navigator().Image3.UserClick();
   });

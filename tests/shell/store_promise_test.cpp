@@ -232,7 +232,7 @@ class RandomRun {
             void (PlainStore::*step)(const std::string&)) {
     if (!button.Reachable()) return;
     Note(name);
-    if (!plain_.loaded.empty()) {
+    if (!plain_.loaded.empty() && !all_.session.Preparing) {
       (plain_.*step)(Symbol());
       plain_.fed_ahead = plain_.fed_ahead || all_.program.Feeding();
     }
