@@ -1,6 +1,9 @@
 #include "session/working_store.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
+#include <vector>
 
 #include "base/ignoring.h"
 #include "base/text.h"
@@ -57,11 +60,7 @@ void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
   SelectBoth(reader, writer);
   reader.ReadSeries();
   RequireReplayable(reader);
-  const std::int32_t cut_start = CutStart(reader);
-  reader.MoveToEnd();
-  reader.MoveBy(-1);
-  reader.ReadBar();
-  WriteHistory(reader, writer, {cut_start, reader.BarDateAtCursor()});
+  WriteHistory(reader, writer, CutStart(reader));
   reader.CloseSecurity();
   reader.CloseDirectory();
   writer.CloseSecurity();
@@ -69,16 +68,12 @@ void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
 }
 
 // The bars of the cut never reach the disk: a run that dies here leaves no future behind.
-void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer, Dates cut) {
+void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer,
+                                std::int32_t cut_start) {
   const std::vector<std::int32_t>& dates = reader.GetDates();
-  const auto kept = [&](const auto& values) {
-    auto copy = values;
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < dates.size(); ++i) {
-      if (dates[i] < cut.first || dates[i] > cut.last) copy[count++] = values[i];
-    }
-    copy.resize(count);
-    return copy;
+  const auto count = std::lower_bound(dates.begin(), dates.end(), cut_start) - dates.begin();
+  const auto kept = [count](const auto& values) {
+    return std::vector(values.begin(), values.begin() + count);
   };
   writer.WriteSeries(kept(dates), kept(reader.GetTimes()), kept(reader.GetOpens()),
                      kept(reader.GetHighs()), kept(reader.GetLows()), kept(reader.GetCloses()),
@@ -113,12 +108,14 @@ void WorkingStore::RequireReplayable(const MetaLibReader& reader) const {
     throw MetaLibError(kNotReplayable,
                        series + " holds " + std::to_string(bars) + " bars; " + limit + ".");
   }
+  const auto moment = [&reader](std::size_t bar) {
+    return std::pair(reader.GetDates()[bar], reader.GetTimes()[bar]);
+  };
   for (std::size_t i = 1; i < bars; ++i) {
-    if (reader.GetDates()[i] != reader.GetDates()[i - 1]) continue;
-    if (reader.GetTimes()[i] != reader.GetTimes()[i - 1]) continue;
-    throw MetaLibError(kNotReplayable, series + " holds several bars of " +
+    if (moment(i - 1) < moment(i)) continue;
+    throw MetaLibError(kNotReplayable, series + " holds a bar of " +
                                            std::to_string(reader.GetDates()[i]) +
-                                           " without times that tell them apart.");
+                                           " without a time that puts it behind the one before.");
   }
 }
 

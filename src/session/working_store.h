@@ -27,13 +27,9 @@ class WorkingStore {
   std::int16_t PrepareStore();
 
  private:
-  struct Dates {
-    std::int32_t first;
-    std::int32_t last;  // included
-  };
-
   void Fill(MetaLibReader& reader, MetaLibWriter& writer);
-  static void WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer, Dates cut);
+  static void WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer,
+                           std::int32_t cut_start);
   void OpenStore(MetaLibWriter& writer);
   void SelectBoth(MetaLibReader& reader, MetaLibWriter& writer);
   void RequireReplayable(const MetaLibReader& reader) const;

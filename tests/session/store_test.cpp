@@ -104,22 +104,28 @@ TEST_F(PrepareStoreTest, ASymbolInLowerCaseIsNamedAsTheReason) {
   EXPECT_THAT(outside.boxes.shown[0], testing::HasSubstr("lower case"));
 }
 
-// None but their places tell its bars apart, and the store would keep one a day.
+// None but their places tell its bars apart: the store would keep one a day, and bars of later days
+// that stand before the start's would be in it.
 TEST_F(PrepareStoreTest, AnIntradayFileWithoutTimesIsNotReplayed) {
-  const Scratch other;
-  other.Write("MASTER", Master({{.symbol = "ABC", .frame = 'I', .fields = 6, .minutes = 15}}));
-  std::vector<std::string> records;
-  for (const int date : {1050103, 1050103, 1050104}) {
-    records.push_back(Word(date));
-    for (int price = 0; price < 5; ++price) records.back() += Word(10);
+  for (const std::vector<int>& dates :
+       {std::vector{1050103, 1050103, 1050104}, std::vector{1050104, 1050103, 1050105}}) {
+    const Scratch other;
+    other.Write("MASTER", Master({{.symbol = "ABC", .frame = 'I', .fields = 6, .minutes = 15}}));
+    std::vector<std::string> records;
+    for (const int date : dates) {
+      records.push_back(Word(date));
+      for (int price = 0; price < 5; ++price) records.back() += Word(10);
+    }
+    other.Write("F1.DAT", DataBytes(6, 4, records));
+    EXPECT_EQ(ReadBars(other, "ABC", 15).size(), 3);
+    data = other.Text();
+    store = other.Text() + "/Simulate";
+    outside.boxes.shown.clear();
+    EXPECT_EQ(Prepared("ABC", "15", 20050104), -1);
+    ASSERT_EQ(outside.boxes.shown.size(), 1U);
+    EXPECT_THAT(outside.boxes.shown[0], testing::HasSubstr("20050103 without a time"));
+    EXPECT_TRUE(ReadBars(store, "ABC", 15).empty());
   }
-  other.Write("F1.DAT", DataBytes(6, 4, records));
-  EXPECT_EQ(ReadBars(other, "ABC", 15).size(), 3);
-  data = other.Text();
-  CopyIndexes();
-  EXPECT_EQ(Prepared("ABC", "15", 20050104), -1);
-  ASSERT_EQ(outside.boxes.shown.size(), 1U);
-  EXPECT_THAT(outside.boxes.shown[0], testing::HasSubstr("20050103 without times"));
 }
 
 }  // namespace
