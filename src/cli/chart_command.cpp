@@ -9,7 +9,7 @@
 #include "resultchart/chart_file.h"
 #include "resultchart/result_plot.h"
 #include "resultchart/run_points.h"
-#include "results/run_choice.h"
+#include "results/run_record.h"
 
 namespace velumar {
 

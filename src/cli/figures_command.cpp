@@ -10,7 +10,7 @@
 #include "cli/text_table.h"
 #include "ledger/ledger.h"
 #include "results/result_figures.h"
-#include "results/run_choice.h"
+#include "results/run_record.h"
 #include "results/statistics.h"
 
 namespace velumar {

@@ -13,7 +13,7 @@
 #include "cli/text_table.h"
 #include "ledger/ledger.h"
 #include "results/order_list.h"
-#include "results/run_choice.h"
+#include "results/run_record.h"
 
 namespace velumar {
 

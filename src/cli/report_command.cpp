@@ -8,7 +8,7 @@
 #include "cli/offscreen.h"
 #include "ledger/ledger.h"
 #include "resultchart/report_pages.h"
-#include "results/run_choice.h"
+#include "results/run_record.h"
 
 namespace velumar {
 

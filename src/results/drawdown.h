@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "results/run_choice.h"
+#include "results/run_record.h"
 
 namespace velumar {
 

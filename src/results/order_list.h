@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "results/run_choice.h"
+#include "results/run_record.h"
 
 namespace velumar {
 

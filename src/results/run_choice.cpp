@@ -1,58 +1,13 @@
 #include "results/run_choice.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
-#include <map>
 
 #include "base/number_text.h"
+#include "results/named_values.h"
 
 namespace velumar {
 
 namespace {
-
-// Values of one row by the names of their columns; a column that isn't there counts as null.
-class NamedValues {
- public:
-  NamedValues(const LedgerRecordset& records, std::size_t row)
-      : columns_(records.columns), values_(records.rows.at(row)) {}
-
-  std::optional<double> Figure(std::string_view column) const {
-    const auto* number = std::get_if<double>(Find(column));
-    return number == nullptr ? std::nullopt : std::optional(*number);
-  }
-  double Number(std::string_view column) const { return Figure(column).value_or(0); }
-  std::optional<int> Whole(std::string_view column) const {
-    const auto number = Figure(column);
-    return number ? std::optional(static_cast<int>(*number)) : std::nullopt;
-  }
-  std::string Text(std::string_view column) const {
-    const auto* text = std::get_if<std::string>(Find(column));
-    return text == nullptr ? std::string() : *text;
-  }
-
- private:
-  const LedgerValue* Find(std::string_view column) const {
-    static const LedgerValue kNull;
-    const auto at = std::find(columns_.begin(), columns_.end(), column);
-    return at == columns_.end() ? &kNull
-                                : &values_[static_cast<std::size_t>(at - columns_.begin())];
-  }
-
-  const std::vector<std::string>& columns_;
-  const std::vector<LedgerValue>& values_;
-};
-
-std::vector<NamedValues> Rows(const LedgerRecordset& records) {
-  std::vector<NamedValues> rows;
-  for (std::size_t i = 0; i < records.rows.size(); ++i) rows.emplace_back(records, i);
-  return rows;
-}
-
-// The run's number in the side tables: rows now in the ledger belong to the newest run.
-std::string RunKey(int number) {
-  return number == kRunNow ? "(select coalesce(max(Id), 0) From Runs)" : std::to_string(number);
-}
 
 // "20070125" as "2007-01-25".
 std::string IsoDate(const std::string& digits) {
@@ -65,190 +20,35 @@ std::string Orders(double count) {
   return PlainNumberText(static_cast<float>(count)) + (count == 1 ? " order" : " orders");
 }
 
-bool IsLong(const std::string& position) { return position == "Long" || position == "Offset Long"; }
-
-// A 32-bit figure as the decimal that a row would hold.
-std::optional<double> AsInRow(std::optional<double> figure) {
-  return figure ? ToDouble(PlainNumberText(static_cast<float>(*figure))) : std::nullopt;
-}
-
-std::optional<LedgerRun> ReadBeginning(LedgerConnection& connection, int number) {
-  const LedgerRecordset records =
-      LedgerQuery(connection, "select * From Runs where Id = " + RunKey(number));
-  if (records.Empty()) return std::nullopt;
-  const NamedValues row(records, 0);
-  return LedgerRun{.directory = row.Text("Directory"),
-                   .symbol = row.Text("Symbol"),
-                   .interval = row.Text("SymbolInterval"),
-                   .start_date = row.Text("StartDate"),
-                   .start_time = row.Text("StartTime"),
-                   .market = row.Text("Market"),
-                   .starting_money = AsInRow(row.Number("StartingMoney")).value_or(0),
-                   .margin = row.Number("Margin"),
-                   .money_per_point = row.Number("MoneyPerPoint")};
-}
-
-RunOrder OrderOfRow(const NamedValues& row) {
-  RunOrder order;
-  order.position = row.Text("Position");
-  order.is_long = IsLong(order.position);
-  const std::string side = order.is_long ? "L" : "S";
-  order.kind = row.Number(side + "offset") == 0 ? RunOrder::Kind::kEntry : RunOrder::Kind::kOffset;
-  order.symbol = row.Text("Symbol");
-  order.iso_date = row.Text("IsoDate");
-  order.date = row.Text("ActDate");
-  order.time = row.Text("ActTime");
-  order.price = row.Number("MarketPrice");
-  order.held = row.Number(side + "Accum");
-  order.average = row.Number(side + "AvgPrice");
-  order.points = row.Number(side + "Realised");
-  order.commission = row.Number("Commission");
-  order.money = row.Number("Portfolio");
-  if (order.kind == RunOrder::Kind::kEntry) order.quantity = row.Number(side + "Amount");
-  return order;
-}
-
-void AddDetail(RunOrder& order, const NamedValues& detail) {
-  order.quantity = detail.Number("Quantity");
-  order.vat = AsInRow(detail.Figure("Vat"));
-  order.close = detail.Figure("ClosePrice");
-  order.bar = detail.Whole("BarIndex");
-  order.newest_shown = detail.Whole("NewestShown");
-}
-
-RunOrder OrderOfWiped(const LedgerConnection& connection, const NamedValues& row) {
-  RunOrder order;
-  order.kind = RunOrder::Kind::kWiped;
-  order.position = row.Text("Position");
-  order.is_long = IsLong(order.position);
-  order.iso_date = row.Text("BarDate");
-  order.date = order.iso_date.empty() ? "" : connection.DateText(order.iso_date);
-  order.time = row.Text("BarTime");
-  order.price = row.Number("MarketPrice");
-  order.held = row.Number("Held");
-  order.average = row.Number("AvgPrice");
-  AddDetail(order, row);
-  order.vat = 0;
-  return order;
-}
-
-using Places = std::multimap<double, RunOrder>;
-
-Places ReadRows(LedgerConnection& connection, int number) {
-  Places orders;
-  const LedgerRecordset records = LedgerQuery(
-      connection, "select rowid as Place, *, ActDate || '' as IsoDate From MyPortfolio", number);
-  for (const NamedValues& row : Rows(records)) {
-    orders.emplace(row.Number("Place"), OrderOfRow(row));
-  }
-  return orders;
-}
-
-void AddDetails(LedgerConnection& connection, int number, Places& orders) {
-  const LedgerRecordset records =
-      LedgerQuery(connection, "select * From Details where Run = " + RunKey(number));
-  for (const NamedValues& detail : Rows(records)) {
-    const auto order = orders.find(detail.Number("Place"));
-    if (order != orders.end()) AddDetail(order->second, detail);
-  }
-}
-
-// Equal places keep their order, so a wiped holding stands behind the row that it fell behind.
-void AddWiped(LedgerConnection& connection, int number, Places& orders) {
-  const LedgerRecordset records =
-      LedgerQuery(connection, "select * From Wiped where Run = " + RunKey(number));
-  for (const NamedValues& row : Rows(records)) {
-    orders.emplace(row.Figure("Place").value_or(std::numeric_limits<double>::infinity()),
-                   OrderOfWiped(connection, row));
-  }
-}
-
-// The order that a side begins the run with; none when it does nothing in it.
-const RunOrder* FirstOf(const RunRecord& record, bool is_long) {
-  const auto first =
-      std::find_if(record.orders.begin(), record.orders.end(),
-                   [is_long](const RunOrder& order) { return order.is_long == is_long; });
-  return first == record.orders.end() ? nullptr : &*first;
-}
-
-// Newest first.
-std::vector<int> ArchivedBefore(LedgerConnection& connection, int number) {
-  const std::string before = number == kRunNow ? "" : " where Run < " + std::to_string(number);
-  const LedgerRecordset records =
-      LedgerQuery(connection, "select Run From Archive" + before + " group by Run");
-  std::vector<int> numbers;
-  for (const NamedValues& row : Rows(records)) numbers.push_back(row.Whole("Run").value_or(0));
-  std::sort(numbers.rbegin(), numbers.rend());
-  return numbers;
-}
-
 }  // namespace
-
-std::optional<bool> RunOrder::Hindsight() const {
-  if (!bar || !newest_shown) return std::nullopt;
-  return *newest_shown > *bar;
-}
-
-bool HeldNothingBefore(const RunOrder& order) {
-  if (order.kind != RunOrder::Kind::kEntry) return false;
-  // Seven digits of a quantity reach the row.
-  constexpr double kExact = 2e-6;
-  return std::abs(order.held - order.quantity.value_or(0)) <= kExact * order.held;
-}
 
 std::vector<RunChoice> RunChoices(LedgerConnection& connection) {
   std::vector<RunChoice> choices{{kRunNow, "Now in the ledger"}};
   const LedgerRecordset records =
       LedgerQuery(connection,
-                  "select Id, Symbol, SymbolInterval, StartDate, Rows From Runs join (select Run, "
-                  "count(*) as Rows From (select Run From Archive union all select Run From Wiped "
-                  "where Run < (select max(Id) From Runs)) group by Run) on Run = Id");
-  for (const NamedValues& row : Rows(records)) {
+                  "select Id, Symbol, SymbolInterval, StartDate, Orders From Runs join (select "
+                  "Run, sum(Placed) as Orders From (select Run, 1 as Placed From Archive union all "
+                  "select Run, 0 From Wiped where Run < (select max(Id) From Runs)) group by Run) "
+                  "on Run = Id");
+  for (const NamedValues& row : NamedRows(records)) {
     const int number = row.Whole("Id").value_or(0);
     choices.push_back({number, std::to_string(number) + ": " + row.Text("Symbol") + " " +
                                    row.Text("SymbolInterval") + " from " +
                                    connection.DateText(IsoDate(row.Text("StartDate"))) + ", " +
-                                   Orders(row.Number("Rows"))});
+                                   Orders(row.Number("Orders"))});
   }
   std::sort(choices.begin() + 1, choices.end(),
             [](const RunChoice& a, const RunChoice& b) { return a.number > b.number; });
   return choices;
 }
 
-RunRecord ReadRun(LedgerConnection& connection, int number) {
-  Places orders = ReadRows(connection, number);
-  AddDetails(connection, number, orders);
-  AddWiped(connection, number, orders);
-  if (number != kRunNow && orders.empty()) {
-    throw LedgerError(connection.File() + ": no archived run has the number " +
-                      std::to_string(number));
-  }
-  RunRecord record{ReadBeginning(connection, number), {}};
-  for (auto& [place, order] : orders) {
-    if (order.symbol.empty() && record.began) order.symbol = record.began->symbol;
-    record.orders.push_back(std::move(order));
-  }
-  return record;
+int NewestRun(LedgerConnection& connection) {
+  const LedgerRecordset records = LedgerQuery(connection, "select max(Id) as Newest From Runs");
+  return NamedValues(records, 0).Whole("Newest").value_or(0);
 }
 
-std::vector<RunRecord> ReadAccount(LedgerConnection& connection, int number) {
-  std::vector<RunRecord> account{ReadRun(connection, number)};
-  // Sides whose holding was entered before the runs that were read so far.
-  std::vector<bool> carried_sides;
-  for (const bool is_long : {true, false}) {
-    const RunOrder* first = FirstOf(account.front(), is_long);
-    if (first != nullptr && !HeldNothingBefore(*first)) carried_sides.push_back(is_long);
-  }
-  for (const int earlier : ArchivedBefore(connection, number)) {
-    if (carried_sides.empty()) break;
-    account.insert(account.begin(), ReadRun(connection, earlier));
-    const auto entered_here = [&account](bool is_long) {
-      const RunOrder* first = FirstOf(account.front(), is_long);
-      return first != nullptr && HeldNothingBefore(*first);
-    };
-    std::erase_if(carried_sides, entered_here);
-  }
-  return account;
+int RunToRead(LedgerConnection& connection, int run, int newest) {
+  return run == kRunNow && NewestRun(connection) != newest ? newest : run;
 }
 
 }  // namespace velumar

@@ -8,9 +8,6 @@ namespace velumar {
 
 namespace {
 
-// Quantities pass through 32-bit floats and seven digits on their way into a row.
-constexpr double kExact = 2e-6;
-
 // The account keeps its average entry price to two decimals, as the row has it, and closes at the
 // exact close of the bar.
 TradeEnd EntryOf(const RunOrder& order) { return {order.date, order.time, order.price, order.bar}; }
@@ -66,14 +63,14 @@ class SideLots {
   // without an entry.
   void KeepInStep(const RunOrder& order) {
     const double before = HeldBefore(order);
-    if (std::abs(before - held_) <= kExact * std::max({before, held_, order.held})) return;
+    if (std::abs(before - held_) <= kExactQuantity * std::max({before, held_, order.held})) return;
     lots_.clear();
     if (before > 0) lots_.push_back({is_long_, before, std::nullopt});
     held_ = before;
   }
 
   void Close(double quantity, const RunOrder& order, std::vector<Trade>& closed) {
-    const double rest_that_counts = kExact * quantity;
+    const double rest_that_counts = kExactQuantity * quantity;
     while (quantity > rest_that_counts && !lots_.empty()) {
       OpenLot& lot = lots_.front();
       OpenLot part = lot;
@@ -81,7 +78,7 @@ class SideLots {
       closed.push_back(Closed(part, order));
       quantity -= part.quantity;
       lot.quantity -= part.quantity;
-      if (lot.quantity <= kExact * part.quantity) lots_.pop_front();
+      if (lot.quantity <= kExactQuantity * part.quantity) lots_.pop_front();
     }
     if (order.held == 0) lots_.clear();
   }

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "results/run_choice.h"
+#include "results/run_record.h"
 
 namespace velumar {
 

@@ -6,6 +6,7 @@
 
 #include "base/paths.h"
 #include "marketdata/replacement_file.h"
+#include "results/run_choice.h"
 #include "results/statistics.h"
 #include "shell/event_guard.h"
 
@@ -26,9 +27,10 @@ void AccountSheets::BindEvents() {
   form.cmdExport.on_click = guarded([this] { ExportOrders(); });
 }
 
-void AccountSheets::Load() {
+void AccountSheets::Load(int newest_run) {
   SetUpTables();
   run_ = kRunNow;
+  newest_run_ = newest_run;
   sheet_ = FrmResult::kChartSheet;
   account_.reset();
   ShowSheet();
@@ -47,9 +49,13 @@ void AccountSheets::SetUpTables() {
 
 void AccountSheets::ShowRun(int run) {
   const bool looked_at = sheet_ != FrmResult::kChartSheet;
-  account_ = looked_at ? std::optional(ReadAccount(ledger_, run)) : std::nullopt;
+  account_ = looked_at ? std::optional(Read(run)) : std::nullopt;
   run_ = run;
   if (account_) ShowAccount();
+}
+
+std::vector<RunRecord> AccountSheets::Read(int run) {
+  return ReadAccount(ledger_, RunToRead(ledger_, run, newest_run_));
 }
 
 void AccountSheets::ChooseSheet() {
@@ -57,7 +63,7 @@ void AccountSheets::ChooseSheet() {
   if (tabs.Index() == sheet_) return;
   try {
     if (tabs.Index() != FrmResult::kChartSheet && !account_) {
-      account_ = ReadAccount(ledger_, run_);
+      account_ = Read(run_);
       ShowAccount();
     }
   } catch (const std::exception&) {

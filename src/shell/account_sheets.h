@@ -9,7 +9,7 @@
 #include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "results/order_list.h"
-#include "results/run_choice.h"
+#include "results/run_record.h"
 
 namespace velumar {
 
@@ -19,8 +19,9 @@ class AccountSheets {
  public:
   AccountSheets(Desktop& desktop, Platform& platform, LedgerConnection& ledger);
 
-  // As the window comes up: with its chart, and the run that is now in the ledger.
-  void Load();
+  // As the window comes up: with its chart, and the run that is now in the ledger, which is the
+  // newest one.
+  void Load(int newest_run);
   // Throws a LedgerError where the run can't be read; the sheets then show what they showed.
   void ShowRun(int run);
 
@@ -28,6 +29,7 @@ class AccountSheets {
   void BindEvents();
   void SetUpTables();
   void ChooseSheet();
+  std::vector<RunRecord> Read(int run);
   void ShowSheet();
   void ShowAccount();
   void ShowStatistics();
@@ -41,6 +43,7 @@ class AccountSheets {
   Platform& platform_;
   LedgerConnection& ledger_;
   int run_ = kRunNow;
+  int newest_run_ = 0;  // as the window came up
   int sheet_ = FrmResult::kChartSheet;
   std::optional<std::vector<RunRecord>> account_;            // of the run, once it was read
   std::shared_ptr<const std::vector<OrderListRow>> orders_;  // sorted as they are shown

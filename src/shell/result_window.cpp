@@ -92,13 +92,15 @@ void ResultWindow::Load() {
   form.chwd = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
   form.chht = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
   run_ = kRunNow;
-  sheets_.Load();
+  newest_run_ = 0;
+  // A ledger that can't be read says so with the figures.
+  IgnoringErrors([this] { newest_run_ = NewestRun(ledger_); });
+  sheets_.Load(newest_run_);
   ListRuns();
   ShowResultFigures();
   ApplySeriesColour();
 }
 
-// A ledger that can't be read says so with the figures.
 void ResultWindow::ListRuns() {
   std::vector<ComboBox::Row> rows;
   IgnoringErrors([&] {
@@ -224,10 +226,11 @@ void ResultWindow::ChooseRun() {
 
 // An archived run has figures of its own: none of another run's fills its gaps.
 void ResultWindow::LoadRun(int number) {
+  const int run = RunToRead(ledger_, number, newest_run_);
   ResultFigures archived;
-  ResultFigures& figures = number == kRunNow ? figures_ : archived;
-  LoadResultFigures(ledger_, figures, number);
-  ChartRows rows = RowsOf(velumar::LoadPortfolioChart(ledger_, number));
+  ResultFigures& figures = run == kRunNow ? figures_ : archived;
+  LoadResultFigures(ledger_, figures, run);
+  ChartRows rows = RowsOf(velumar::LoadPortfolioChart(ledger_, run));
   sheets_.ShowRun(number);
   run_ = number;
   WriteFigures(figures);
@@ -241,9 +244,12 @@ void ResultWindow::PrintReport() {
     answer = platform_.boxes.Ask("The report of this run:", {"Print", "Save as PDF", "Cancel"});
   }
   if (answer == kCancel) return;
-  if (answer == kPrint) return platform_.printers.PrintReport(run_, "");
-  const auto file = platform_.files.ChooseFile({{"Report (*.pdf)", "pdf"}});
-  if (file && !file->empty()) platform_.printers.PrintReport(run_, *file);
+  std::string file;
+  if (answer == kSave) {
+    file = platform_.files.ChooseFile({{"Report (*.pdf)", "pdf"}}).value_or("");
+    if (file.empty()) return;
+  }
+  platform_.printers.PrintReport(RunToRead(ledger_, run_, newest_run_), file);
 }
 
 }  // namespace velumar

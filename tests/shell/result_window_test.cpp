@@ -143,6 +143,33 @@ TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
   EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("orders.csv")));
 }
 
+// "Play" begins a run while the window stands open: all of it goes on telling of the one before.
+TEST_F(ResultWindowTest, TheRunThatWasNowInTheLedgerStaysTheSameOne) {
+  Open();
+  rows.Begin(500);
+  rows.Order(19, "Long", 1, 60, 1, 0, 500);
+  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
+  EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("-", "-2.00", "2.00", "-5.00"));
+  form.cbxRun.UserChoose(1);
+  form.cbxRun.UserChoose(0);
+  EXPECT_EQ(form.lblPortfolio.Text(), "995,000");
+  EXPECT_EQ(form.lstOrders.Content().count, 4U);
+  all.outside.files.answers = {"/tmp/r.pdf"};
+  form.Toolbar1.UserButton(FrmResult::kReport);
+  EXPECT_THAT(all.outside.printers.printed, ElementsAre("2:/tmp/r.pdf"));
+  form.Toolbar1.UserButton(FrmResult::kClose);
+  Open();
+  EXPECT_EQ(form.lblPortfolio.Text(), "500");
+  rows.Begin(600);
+  rows.Begin(700);
+  form.Toolbar1.UserButton(FrmResult::kClose);
+  Open();
+  rows.Begin(800);
+  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
+  EXPECT_EQ(form.lstOrders.Content().count, 0U) << "that run placed no order";
+  EXPECT_THAT(Boxes(), IsEmpty());
+}
+
 TEST_F(ResultWindowTest, SavesPrintsAndNotesProfiles) {
   Open();
   all.outside.files.answers = {"/tmp/it's.bmp", "/nowhere/x.bmp"};

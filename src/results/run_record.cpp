@@ -1,0 +1,193 @@
+#include "results/run_record.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <map>
+#include <utility>
+
+#include "base/number_text.h"
+#include "results/named_values.h"
+
+namespace velumar {
+
+namespace {
+
+// The run's number in the side tables: rows now in the ledger belong to the newest run.
+std::string RunKey(int number) {
+  return number == kRunNow ? "(select coalesce(max(Id), 0) From Runs)" : std::to_string(number);
+}
+
+bool IsLong(const std::string& position) { return position == "Long" || position == "Offset Long"; }
+
+// A 32-bit figure as the decimal that a row would hold.
+std::optional<double> AsInRow(std::optional<double> figure) {
+  return figure ? ToDouble(PlainNumberText(static_cast<float>(*figure))) : std::nullopt;
+}
+
+std::optional<LedgerRun> ReadBeginning(LedgerConnection& connection, int number) {
+  const LedgerRecordset records =
+      LedgerQuery(connection, "select * From Runs where Id = " + RunKey(number));
+  if (records.Empty()) return std::nullopt;
+  const NamedValues row(records, 0);
+  return LedgerRun{.directory = row.Text("Directory"),
+                   .symbol = row.Text("Symbol"),
+                   .interval = row.Text("SymbolInterval"),
+                   .start_date = row.Text("StartDate"),
+                   .start_time = row.Text("StartTime"),
+                   .market = row.Text("Market"),
+                   .starting_money = AsInRow(row.Number("StartingMoney")).value_or(0),
+                   .margin = row.Number("Margin"),
+                   .money_per_point = row.Number("MoneyPerPoint")};
+}
+
+RunOrder OrderOfRow(const NamedValues& row) {
+  RunOrder order;
+  order.position = row.Text("Position");
+  order.is_long = IsLong(order.position);
+  const std::string side = order.is_long ? "L" : "S";
+  order.kind = row.Number(side + "offset") == 0 ? RunOrder::Kind::kEntry : RunOrder::Kind::kOffset;
+  order.symbol = row.Text("Symbol");
+  order.iso_date = row.Text("IsoDate");
+  order.date = row.Text("ActDate");
+  order.time = row.Text("ActTime");
+  order.price = row.Number("MarketPrice");
+  order.held = row.Number(side + "Accum");
+  order.average = row.Number(side + "AvgPrice");
+  order.points = row.Number(side + "Realised");
+  order.commission = row.Number("Commission");
+  order.money = row.Number("Portfolio");
+  if (order.kind == RunOrder::Kind::kEntry) order.quantity = row.Number(side + "Amount");
+  return order;
+}
+
+void AddDetail(RunOrder& order, const NamedValues& detail) {
+  order.quantity = detail.Number("Quantity");
+  order.vat = AsInRow(detail.Figure("Vat"));
+  order.close = detail.Figure("ClosePrice");
+  order.bar = detail.Whole("BarIndex");
+  order.newest_shown = detail.Whole("NewestShown");
+}
+
+RunOrder OrderOfWiped(const LedgerConnection& connection, const NamedValues& row) {
+  RunOrder order;
+  order.kind = RunOrder::Kind::kWiped;
+  order.position = row.Text("Position");
+  order.is_long = IsLong(order.position);
+  order.iso_date = row.Text("BarDate");
+  order.date = order.iso_date.empty() ? "" : connection.DateText(order.iso_date);
+  order.time = row.Text("BarTime");
+  order.price = row.Number("MarketPrice");
+  order.held = row.Number("Held");
+  order.average = row.Number("AvgPrice");
+  AddDetail(order, row);
+  order.vat = 0;
+  return order;
+}
+
+using Places = std::multimap<double, RunOrder>;
+
+Places ReadRows(LedgerConnection& connection, int number) {
+  Places orders;
+  const LedgerRecordset records = LedgerQuery(
+      connection, "select rowid as Place, *, ActDate || '' as IsoDate From MyPortfolio", number);
+  for (const NamedValues& row : NamedRows(records)) {
+    orders.emplace(row.Number("Place"), OrderOfRow(row));
+  }
+  return orders;
+}
+
+void AddDetails(LedgerConnection& connection, int number, Places& orders) {
+  const LedgerRecordset records =
+      LedgerQuery(connection, "select * From Details where Run = " + RunKey(number));
+  for (const NamedValues& detail : NamedRows(records)) {
+    const auto order = orders.find(detail.Number("Place"));
+    if (order != orders.end()) AddDetail(order->second, detail);
+  }
+}
+
+// Equal places keep their order, so a wiped holding stands behind the row that it fell behind.
+void AddWiped(LedgerConnection& connection, int number, Places& orders) {
+  const LedgerRecordset records =
+      LedgerQuery(connection, "select * From Wiped where Run = " + RunKey(number));
+  for (const NamedValues& row : NamedRows(records)) {
+    orders.emplace(row.Figure("Place").value_or(std::numeric_limits<double>::infinity()),
+                   OrderOfWiped(connection, row));
+  }
+}
+
+bool Archived(LedgerConnection& connection, int number) {
+  const std::string id = std::to_string(number);
+  return !LedgerQuery(connection, "select Id From Runs where Id = " + id +
+                                      " and Id < (select max(Id) From Runs)")
+              .Empty();
+}
+
+// The order that a side begins the run with; none when it does nothing in it.
+const RunOrder* FirstOf(const RunRecord& record, bool is_long) {
+  const auto first =
+      std::find_if(record.orders.begin(), record.orders.end(),
+                   [is_long](const RunOrder& order) { return order.is_long == is_long; });
+  return first == record.orders.end() ? nullptr : &*first;
+}
+
+// Newest first.
+std::vector<int> ArchivedBefore(LedgerConnection& connection, int number) {
+  const std::string before = number == kRunNow ? "" : " where Run < " + std::to_string(number);
+  const LedgerRecordset records =
+      LedgerQuery(connection, "select Run From Archive" + before + " group by Run");
+  std::vector<int> numbers;
+  for (const NamedValues& row : NamedRows(records)) numbers.push_back(row.Whole("Run").value_or(0));
+  std::sort(numbers.rbegin(), numbers.rend());
+  return numbers;
+}
+
+}  // namespace
+
+std::optional<bool> RunOrder::Hindsight() const {
+  if (!bar || !newest_shown) return std::nullopt;
+  return *newest_shown > *bar;
+}
+
+bool HeldNothingBefore(const RunOrder& order) {
+  if (order.kind != RunOrder::Kind::kEntry) return false;
+  return std::abs(order.held - order.quantity.value_or(0)) <= kExactQuantity * order.held;
+}
+
+RunRecord ReadRun(LedgerConnection& connection, int number) {
+  Places orders = ReadRows(connection, number);
+  AddDetails(connection, number, orders);
+  AddWiped(connection, number, orders);
+  if (number != kRunNow && orders.empty() && !Archived(connection, number)) {
+    throw LedgerError(connection.File() + ": no archived run has the number " +
+                      std::to_string(number));
+  }
+  RunRecord record{ReadBeginning(connection, number), {}};
+  for (auto& [place, order] : orders) {
+    if (order.symbol.empty() && record.began) order.symbol = record.began->symbol;
+    record.orders.push_back(std::move(order));
+  }
+  return record;
+}
+
+std::vector<RunRecord> ReadAccount(LedgerConnection& connection, int number) {
+  std::vector<RunRecord> account{ReadRun(connection, number)};
+  // Sides whose holding was entered before the runs that were read so far.
+  std::vector<bool> carried_sides;
+  for (const bool is_long : {true, false}) {
+    const RunOrder* first = FirstOf(account.front(), is_long);
+    if (first != nullptr && !HeldNothingBefore(*first)) carried_sides.push_back(is_long);
+  }
+  for (const int earlier : ArchivedBefore(connection, number)) {
+    if (carried_sides.empty()) break;
+    account.insert(account.begin(), ReadRun(connection, earlier));
+    const auto entered_here = [&account](bool is_long) {
+      const RunOrder* first = FirstOf(account.front(), is_long);
+      return first != nullptr && HeldNothingBefore(*first);
+    };
+    std::erase_if(carried_sides, entered_here);
+  }
+  return account;
+}
+
+}  // namespace velumar
