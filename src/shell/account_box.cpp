@@ -1,23 +1,23 @@
 #include "shell/account_box.h"
 
-#include "base/decimal.h"
 #include "base/number_text.h"
+#include "trading/account_text.h"
 
 namespace velumar {
 
 namespace {
 
 std::string_view CaptionOf(const Form1& setup, const TextBox& box) {
-  if (&box == &setup.txtcomm) return "Comm.";
+  if (&box == &setup.txtcomm) return kCommissionCaption;
   if (&box == &setup.txtInitPorfolio) return "Portfolio";
-  if (&box == &setup.txtVAT) return "VAT";
-  if (&box == &setup.txtContractValue) return "Initial Margin";
+  if (&box == &setup.txtVAT) return kVatCaption;
+  if (&box == &setup.txtContractValue) return kMarginCaption;
   return "Profit/Contract";
 }
 
-// The tax and a commission in money are counted in 16 bits by the orders.
-bool IsCountedSmall(const Form1& setup, const TextBox& box) {
-  return &box == &setup.txtVAT || (&box == &setup.txtcomm && !setup.lblPercentComm.Visible());
+FigureWidth WidthOf(const Form1& setup, const TextBox& box, bool stock) {
+  if (&box == &setup.txtVAT) return FigureWidth::kInt16;
+  return &box == &setup.txtcomm ? CommissionWidth(stock) : FigureWidth::kSingle;
 }
 
 }  // namespace
@@ -27,26 +27,19 @@ std::array<TextBox*, 5> AccountBoxes(Form1& setup) {
           &setup.txtProfitperContract};
 }
 
-std::optional<std::string> FigureProblem(const Form1& setup, const TextBox& box) {
-  const std::string& text = box.Text();
-  const std::string quoted = std::string(CaptionOf(setup, box)) + ": \"" + text + "\" ";
-  const std::optional<Decimal> number = Decimal::FromText(text);
-  if (!number) return quoted + "is not a number";
-  if (number->Negative() && !number->IsZero()) return quoted + "is negative";
-  const bool fits =
-      IsCountedSmall(setup, box) ? ToInt16(text).has_value() : ToSingle(text).has_value();
-  return fits ? std::nullopt : std::optional(quoted + "is out of range");
+std::optional<std::string> FigureProblem(const Form1& setup, const TextBox& box, bool stock) {
+  return AccountTextProblem(CaptionOf(setup, box), box.Text(), WidthOf(setup, box, stock));
 }
 
-void MarkFigure(const Form1& setup, TextBox& box) {
-  const std::optional<std::string> problem = FigureProblem(setup, box);
+void MarkFigure(const Form1& setup, TextBox& box, bool stock) {
+  const std::optional<std::string> problem = FigureProblem(setup, box, stock);
   box.SetForeColour(problem ? kRed : Form1::kField.colour);
   box.SetToolTip(std::string(Form1::kPathTip) + (problem ? "\n" + *problem : ""));
 }
 
-void ReadFigure(const Form1& setup, TextBox& box, float& field) {
-  field = ToSingle(box.Text()).value_or(field);
-  MarkFigure(setup, box);
+void ReadFigure(const Form1& setup, TextBox& box, bool stock, float& field) {
+  if (!FigureProblem(setup, box, stock)) field = ToSingle(box.Text()).value_or(field);
+  MarkFigure(setup, box, stock);
 }
 
 }  // namespace velumar

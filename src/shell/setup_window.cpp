@@ -9,6 +9,7 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "session/market_family.h"
 #include "session/start_days.h"
 #include "session/status_line.h"
 #include "shell/account_box.h"
@@ -79,7 +80,7 @@ void SetupWindow::BindEvents() {
   });
   form.Command5.on_click = guarded([this] { PickDirectory(); });
   for (TextBox* box : AccountBoxes(form)) {
-    box->on_change = [&form, box] { MarkFigure(form, *box); };
+    box->on_change = [this, &form, box] { MarkFigure(form, *box, IsStockMarket(session_)); };
   }
   form.Combo1.on_click = guarded([this] { catalogue_.SymbolChosen(); });
   form.Combo1.on_key_up = guarded([this](int) { catalogue_.SymbolTyped(); });
@@ -188,8 +189,12 @@ void SetupWindow::FillDelay() {
 
 void SetupWindow::OpenDataDirectory() {
   session_.DataDir = Setting("LastPath", platform_.default_data_dir);
-  Window().Text3.SetText(session_.DataDir);
+  TextBox& box = Window().Text3;
+  const bool stood_there = box.Text() == session_.DataDir;
+  box.SetText(session_.DataDir);
   Save("LastPath", session_.DataDir);
+  // No change was fired, and the word of a market in the path counts all the same.
+  if (stood_there) DirectoryChanged();
   session_.HostTitle = "MetaStock";
   catalogue_.BuildSymbolList();
 }
@@ -238,9 +243,10 @@ void SetupWindow::ApplyPresets() {
 
 void SetupWindow::ReadContractFigures() {
   Form1& form = Window();
-  ReadFigure(form, form.txtContractValue, session_.InitMargin);
-  ReadFigure(form, form.txtProfitperContract, session_.ProfitPerContract);
-  MarkFigure(form, form.txtcomm);  // the percent sign has come or gone
+  const bool stock = IsStockMarket(session_);
+  ReadFigure(form, form.txtContractValue, stock, session_.InitMargin);
+  ReadFigure(form, form.txtProfitperContract, stock, session_.ProfitPerContract);
+  MarkFigure(form, form.txtcomm, stock);  // the percent sign has come or gone
 }
 
 void SetupWindow::PickDirectory() {
@@ -273,7 +279,8 @@ void SetupWindow::StartRun() {
 // Says of the first account text that can't be used why not, as its box does.
 bool SetupWindow::RequireFigures() {
   for (const TextBox* box : AccountBoxes(Window())) {
-    if (const std::optional<std::string> problem = FigureProblem(Window(), *box)) {
+    if (const std::optional<std::string> problem =
+            FigureProblem(Window(), *box, IsStockMarket(session_))) {
       platform_.boxes.Show(*problem, BoxIcon::kExclamation);
       return false;
     }
@@ -311,14 +318,23 @@ void SetupWindow::OpenSupportPage() {
 
 void SetupWindow::Unload() {
   Save("Symbol", session_.Symbol);
-  Save("Refresh", desktop_.form3().Combo2.Text());
-  Save("Top", PlaceText(Window().RestTop()));
-  Save("Left", PlaceText(Window().Left()));
+  Save("Refresh", DelayToKeep());
+  // While a run hides it, the window lies below the screen; the start has kept its place.
+  if (Window().Visible()) {
+    Save("Top", PlaceText(Window().RestTop()));
+    Save("Left", PlaceText(Window().Left()));
+  }
   Save("SelectDate", DateDisplayText(Window().DTPicker1.Value(), platform_.locale));
   const std::string directory = Trimmed(Window().Text3.Text());
   registry_.SaveHostDataPath(directory);
   registry_.SaveHostChartsPath(directory);
   LedgerClose(ledger_);
+}
+
+// The box is empty between two runs, as the panel is unloaded then.
+std::string SetupWindow::DelayToKeep() const {
+  const std::string& typed = desktop_.Untouched().form3.Combo2.Text();
+  return typed.empty() ? std::to_string(session_.RefreshDelay / 1000) : typed;
 }
 
 void SetupWindow::Close() {

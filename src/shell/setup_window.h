@@ -48,6 +48,7 @@ class SetupWindow {
   std::vector<std::int32_t> StartDays();
   void OpenSupportPage();
   void Unload();
+  std::string DelayToKeep() const;
   void Close();
 
   std::string Setting(std::string_view key, std::string_view otherwise) const;

@@ -2,6 +2,7 @@
 
 #include "base/ignoring.h"
 #include "base/number_text.h"
+#include "session/market_family.h"
 #include "session/run_control.h"
 #include "shell/account_box.h"
 #include "shell/event_guard.h"
@@ -43,6 +44,7 @@ void TradePanel::BindEvents() {
 
 void TradePanel::Load() {
   Form3& form = Window();
+  closing_ = false;
   form.imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
   StartAccount();
   form.SetTopmost(true);
@@ -55,9 +57,10 @@ void TradePanel::Load() {
 
 void TradePanel::StartAccount() {
   Form1& setup = desktop_.form1();
-  ReadFigure(setup, setup.txtContractValue, session_.InitMargin);
-  ReadFigure(setup, setup.txtProfitperContract, session_.ProfitPerContract);
-  ReadFigure(setup, setup.txtInitPorfolio, session_.Balance);
+  const bool stock = IsStockMarket(session_);
+  ReadFigure(setup, setup.txtContractValue, stock, session_.InitMargin);
+  ReadFigure(setup, setup.txtProfitperContract, stock, session_.ProfitPerContract);
+  ReadFigure(setup, setup.txtInitPorfolio, stock, session_.Balance);
   session_.Portfolio = session_.Balance;
   session_.UsedMargin = 0;
   session_.LAccum = 0;
@@ -107,10 +110,11 @@ void TradePanel::CloseAndReturn() {
   Form3& form = Window();
   if (closing_) return;
   closing_ = true;
-  IgnoringErrors([&] {
-    SlideOut(form, PlaceText(form.Top()), PlaceText(form.Left()), platform_.events,
-             platform_.screen);
-  });
+  // A window that was unloaded in its slide may be another run's by now.
+  if (!SlideOut(form, PlaceText(form.Top()), PlaceText(form.Left()), platform_.events,
+                platform_.screen)) {
+    return;
+  }
   closing_ = false;
   desktop_.Unload(form);
   desktop_.Unload(desktop_.Untouched().frmBigScore);

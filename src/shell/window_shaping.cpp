@@ -94,7 +94,7 @@ void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoo
   window.EndSlide(slide);
 }
 
-void SlideOut(Form& window, std::string_view top, std::string_view left, EventLoop& events,
+bool SlideOut(Form& window, std::string_view top, std::string_view left, EventLoop& events,
               const Screen& screen) {
   window.SetLeft(PlaceFromText(left));
   const int end = ScreenHeight(screen);
@@ -106,6 +106,7 @@ void SlideOut(Form& window, std::string_view top, std::string_view left, EventLo
     timer.Wait(kSlidePause);
   }
   window.EndSlide(slide);
+  return window.Slides(slide);
 }
 
 void PlaceSetupFirst(Form& setup, const Screen& screen) {

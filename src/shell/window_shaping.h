@@ -40,12 +40,12 @@ std::int16_t PlaceFromText(std::string_view text);
 std::string PlaceText(float place);
 
 // The window comes up from, or goes down through, the bottom edge of the screen in steps of 50
-// twips, 10 ms each; clicks run meanwhile, and a newer slide of the window ends this one. Neither
-// shows nor hides it. A text that is no number
-// throws std::invalid_argument.
+// twips, 10 ms each; clicks run meanwhile, and a newer slide or an unload of the window ends this
+// one. Neither shows nor hides it. A text that is no number throws std::invalid_argument.
 void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoop& events,
              const Screen& screen);
-void SlideOut(Form& window, std::string_view top, std::string_view left, EventLoop& events,
+// False when it didn't come to its end.
+bool SlideOut(Form& window, std::string_view top, std::string_view left, EventLoop& events,
               const Screen& screen);
 
 // The lower right and the lower left corner of the screen, for windows without a known place.

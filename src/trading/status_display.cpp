@@ -1,6 +1,7 @@
 #include "trading/status_display.h"
 
 #include "base/number_text.h"
+#include "session/market_family.h"
 #include "session/status_line.h"
 
 namespace velumar {
@@ -33,8 +34,7 @@ void StatusDisplay::ShowStatus() {
 }
 
 void StatusDisplay::ShowAccount() {
-  // The box holds DataDir, and this is the display's own look at it.
-  const bool stock = desktop_.form1().Text3.Text().find("SET") != std::string::npos;
+  const bool stock = IsStockMarket(session_);
   Form3& panel = desktop_.form3();
   panel.Label6.SetText(stock ? StockPositions(session_) : FuturesPositions(session_));
   panel.lblinfo.SetText((stock ? "Vol. Buy [" : "Initial Margin [") + Whole(session_.UsedMargin) +

@@ -58,6 +58,35 @@ TEST_F(WindowsTest, SettingsComeBackInTheNextProcess) {
   EXPECT_EQ(all->outside.settings.texts["Symbol"], "ABC");
 }
 
+TEST_F(WindowsTest, ADelayIsKeptBehindTheEndOfItsRun) {
+  all->program.Start();
+  all->Panel().Combo2.SetText("10");
+  all->Setup().DTPicker1.UserPick(MadeDate(198));
+  all->Setup().Image3.UserClick();
+  all->Navigator().Image5.UserClick();
+  ASSERT_FALSE(all->Panel().Loaded());
+  all->Setup().Image5.UserClick();
+  Reopen();
+  all->program.Start();
+  EXPECT_EQ(all->Panel().Combo2.Text(), "10");
+  EXPECT_EQ(all->session.RefreshDelay, 10000);
+}
+
+TEST_F(WindowsTest, ALogOutInARunKeepsThePlaceFromBeforeIt) {
+  all->program.Start();
+  all->Setup().SetTop(3000);
+  all->Setup().SetLeft(-200);
+  InPauseOf(198, [this] {
+    all->Setup().on_close();
+    EXPECT_EQ(all->outside.settings.texts["Top"], "3000");
+    EXPECT_EQ(all->outside.settings.texts["Left"], "-200");
+    EXPECT_EQ(all->outside.settings.texts["Refresh"], "3");
+  });
+  all->Setup().DTPicker1.UserPick(MadeDate(198));
+  all->Setup().Image3.UserClick();
+  EXPECT_TRUE(all->outside.programs.ended);
+}
+
 struct FullDisk : MemorySettings {
   void Save(std::string_view, std::string_view) override { throw std::runtime_error("disk full"); }
 };
@@ -274,11 +303,32 @@ TEST_F(WindowsTest, MarketWordsInTheDirectorySetTheBoxes) {
     EXPECT_EQ(all->session.DataDir, c.directory);
     EXPECT_EQ(all->outside.settings.texts["LastPath"], c.directory);
   }
-  setup.txtContractValue.SetText("many");
-  setup.Text3.UserType("D:\\other");
-  EXPECT_EQ(all->session.InitMargin, 50000);
-  EXPECT_THAT(setup.txtContractValue.ToolTip(), testing::HasSubstr("\"many\" is not a number"));
+  for (const auto& [text, problem] :
+       std::map<std::string, std::string>{{"many", "is not a number"}, {"-5", "is negative"}}) {
+    setup.txtContractValue.SetText(text);
+    setup.Text3.UserType("D:\\other" + text);
+    EXPECT_EQ(all->session.InitMargin, 50000);
+    EXPECT_THAT(setup.txtContractValue.ToolTip(), testing::HasSubstr(problem));
+  }
   EXPECT_EQ(all->session.SimDir, data + "\\Simulate") << "the store stays where the start put it";
+}
+
+// A directory that the box holds from the start fires no change.
+TEST_F(WindowsTest, TheSamplesOwnPathCountsForTheMarketToo) {
+  const std::string samples = scratch.Sub("ASSETS");
+  std::filesystem::rename(data, samples);
+  VirtualPlatform outside;
+  Platform platform = outside.References();
+  platform.default_data_dir = samples;
+  SimSession session;
+  Desktop desktop;
+  IndexCache cache;
+  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
+  Program program(session, desktop, platform, cache, ledger);
+  program.Start();
+  EXPECT_EQ(desktop.form1().txtcomm.Text(), "0.25");
+  EXPECT_TRUE(desktop.form1().lblPercentComm.Visible());
+  EXPECT_EQ(session.InitMargin, 100);
 }
 
 TEST_F(WindowsTest, BadAccountTextsAreMarkedWhileTypedAndRefuseTheStart) {
@@ -418,6 +468,23 @@ TEST_F(WindowsTest, ClosingThePanelInARunBringsItBackHiddenWithAFreshAccount) {
   EXPECT_TRUE(all->Panel().Loaded());
   EXPECT_FALSE(all->Panel().Visible());
   EXPECT_EQ(all->session.LAccum, 0);
+}
+
+TEST_F(WindowsTest, APanelThatSlidesAwayLeavesTheNextRunsPanelAlone) {
+  InPauseOf(61, [this] {
+    all->outside.events.SetOnPending(nullptr);
+    all->At(100, [this] {
+      all->Navigator().Image5.UserClick();
+      all->At(9000, [this] { all->session.LAccum = 2; });
+      all->Setup().Image3.UserClick();
+    });
+    all->Panel().Image5.UserClick();
+    EXPECT_TRUE(all->Panel().Visible());
+    EXPECT_EQ(all->session.LAccum, 2) << "its account goes on";
+    all->Panel().Image5.UserClick();
+    EXPECT_FALSE(all->Panel().Loaded());
+  });
+  StartAt(60);
 }
 
 }  // namespace

@@ -28,10 +28,7 @@ class OrderFixture : public testing::Test {
     session.ProfitPerContract = profit;
     session.Balance = session.Portfolio = money;
   }
-  void StockMarket() {
-    session.DataDir = "/data/SET";
-    desktop.form1().Text3.SetText(session.DataDir);
-  }
+  void StockMarket() { session.DataDir = "/data/SET"; }
 
   // One more bar with this close, on which the replay now stands.
   void AddBar(float close) {

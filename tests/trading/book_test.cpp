@@ -60,7 +60,7 @@ TEST_F(StatusTest, FuturesShowBothSidesAndStocksOnlyTheLong) {
   status.ShowStatus();
   EXPECT_EQ(desktop.form3().Label6.Text(), "( L=2 Avg=100.5 )  ( S=0 Avg= 0.0 ) ");
   EXPECT_EQ(desktop.form3().lblinfo.Text(), "Initial Margin [41,070]   Porfolio [2,000,000]");
-  desktop.form1().Text3.SetText("/data/SET");
+  session.DataDir = "/data/SET";
   session.LAccum = 0;
   session.LAvgPrice = 0;
   session.UsedMargin = 0;
