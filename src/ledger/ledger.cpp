@@ -19,7 +19,7 @@ std::string Lower(std::string_view text) {
 }
 
 // The process that keeps a ledger holds a second small file beside it for as long as it lives; the
-// system frees it when the process dies. Nothing when another process holds it.
+// system frees it when the process dies. Throws LedgerError when another process holds it.
 std::unique_ptr<SqliteDatabase> TakeOwnership(const std::string& file) {
   auto owner = std::make_unique<SqliteDatabase>(file + "-owner", SqliteDatabase::Mode::kCreate);
   owner->Execute("PRAGMA busy_timeout=0");
@@ -84,6 +84,12 @@ void ArchiveRows(SqliteDatabase& database) {
   const std::string columns = Listed(PortfolioColumns());
   database.Execute("INSERT INTO Archive (Run, Place, " + columns + ") SELECT " + kCurrentRun +
                    ", rowid, " + columns + " FROM MyPortfolio ORDER BY rowid");
+}
+
+// Within a transaction of the caller.
+void Empty(SqliteDatabase& database, std::string_view table) {
+  if (table == kPortfolioTable) ArchiveRows(database);
+  database.Execute("DELETE FROM " + std::string(table));
 }
 
 }  // namespace
@@ -207,16 +213,14 @@ void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerVal
 void LedgerDeleteAll(LedgerConnection& connection, std::string_view table) {
   SqliteDatabase& database = connection.ForWriting();
   SqliteTransaction transaction(database);
-  if (table == kPortfolioTable) ArchiveRows(database);
-  database.Execute("DELETE FROM " + std::string(table));
+  Empty(database, table);
   transaction.Commit();
 }
 
 void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run) {
   SqliteDatabase& database = connection.ForWriting();
   SqliteTransaction transaction(database);
-  ArchiveRows(database);
-  database.Execute("DELETE FROM MyPortfolio");
+  Empty(database, kPortfolioTable);
   InsertRow(database, "Runs", RunColumns(), RunValues(run));
   transaction.Commit();
 }

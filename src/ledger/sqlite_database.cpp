@@ -12,14 +12,8 @@ namespace {
 }
 
 int Flags(SqliteDatabase::Mode mode) {
-  switch (mode) {
-    case SqliteDatabase::Mode::kCreate:
-      return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-    case SqliteDatabase::Mode::kExisting:
-      return SQLITE_OPEN_READWRITE;
-    default:
-      return SQLITE_OPEN_READONLY;
-  }
+  return mode == SqliteDatabase::Mode::kCreate ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE
+                                               : SQLITE_OPEN_READONLY;
 }
 
 // Another process that reads holds the file for moments only.

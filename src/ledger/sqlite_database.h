@@ -2,12 +2,10 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
-#include <vector>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -55,7 +53,7 @@ class SqliteStatement {
 // One SQLite file, closed with the object. Every call throws LedgerError.
 class SqliteDatabase {
  public:
-  enum class Mode : std::uint8_t { kCreate, kExisting, kReadOnly };
+  enum class Mode : std::uint8_t { kCreate, kReadOnly };
 
   SqliteDatabase(const std::string& file, Mode mode);
 

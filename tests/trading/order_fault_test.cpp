@@ -48,7 +48,7 @@ struct Kept {
 };
 
 Kept KeptIn(const std::string& file) {
-  SqliteDatabase database(file, SqliteDatabase::Mode::kExisting);
+  SqliteDatabase database(file, SqliteDatabase::Mode::kCreate);
   const auto text = [&](const char* sql) {
     SqliteStatement select = database.Prepare(sql);
     select.Step();
