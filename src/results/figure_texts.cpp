@@ -24,6 +24,8 @@ std::string PercentText(std::optional<double> share) {
   return share ? MoneyText(*share * kPercent) + " %" : kNoFigure;
 }
 
-std::string QuantityText(double quantity) { return PlainNumberText(static_cast<float>(quantity)); }
+std::string QuantityText(double quantity) {
+  return PatternText(DecimalText(quantity), "########0.##");
+}
 
 }  // namespace velumar

@@ -3,6 +3,7 @@
 #include <map>
 #include <sstream>
 
+#include "results/figure_texts.h"
 #include "results/order_list.h"
 #include "results/portfolio_chart.h"
 #include "results/result_figures.h"
@@ -177,6 +178,13 @@ TEST_F(RunResultsTest, ARunThatOnlyGaveAHoldingAwayCanBeChosen) {
   ASSERT_EQ(RunChoices(ledger).size(), 3U);
   EXPECT_EQ(RunChoices(ledger)[1].title, "2: ABC D from <2007-01-10>, 0 orders");
   EXPECT_THAT(Trades(2), ElementsAre("Long 1 from 100 to 90: wiped"));
+}
+
+TEST(FigureTexts, QuantitiesShowUpToTwoDecimalsAndNoExponent) {
+  for (const auto& [quantity, text] : std::map<double, std::string>{
+           {0, "0"}, {0.125, "0.13"}, {1000, "1000"}, {12.5, "12.5"}, {1e7, "10000000"}}) {
+    EXPECT_EQ(QuantityText(quantity), text);
+  }
 }
 
 TEST_F(RunResultsTest, WhatTheLedgerDoesNotTellIsADash) {
