@@ -37,7 +37,6 @@ TEST(Dates, ALedgersDateShowsAsItsBarsDoes) {
 TEST(Dates, TextsComeBack) {
   for (const char* pattern : {"dd/MM/yyyy", "M/d/yy", "yyyy-MM-dd", "yyyyMMdd", "d MMM yyyy"}) {
     for (const std::int32_t date : {20070203, 19991231, 20290101, 19300101, 20240229}) {
-      if (pattern == std::string("yyyyMMdd")) continue;
       EXPECT_EQ(DateFromText(DateText(date, pattern), pattern), date) << pattern;
     }
   }
