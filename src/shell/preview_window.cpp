@@ -1,9 +1,9 @@
 #include "shell/preview_window.h"
 
-#include <algorithm>
 #include <string>
 
 #include "shell/event_guard.h"
+#include "shell/window_shaping.h"
 
 namespace velumar {
 
@@ -54,12 +54,9 @@ void PreviewWindow::BindEvents() {
 void PreviewWindow::Load() {
   Graph2& form = Window();
   form.SetTopmost(true);
-  form.SetLeft(std::max(0.F, (platform_.screen.WidthTwips() - form.Width()) / 2));
-  form.SetTop(std::max(0.F, (platform_.screen.HeightTwips() - form.Height()) / 2));
+  CentreOnScreen(form, platform_.screen);
   preview_.emplace(static_cast<PreviewChart&>(*this));
-  form.HScroll2.SetValue(PrintPreview::kStartZoom);  // where the preview stands already
-  TakePicture();
-  ShowPlaces();
+  form.HScroll2.SetValue(PrintPreview::kStartZoom);  // takes the picture and shows the places
 }
 
 // A result window that came back for the preview alone goes with it: the next one that the trader

@@ -18,8 +18,7 @@ namespace velumar {
 
 namespace {
 
-constexpr int kFirstType = 2;     // "2D Line" in the list of chart types
-constexpr float kTitleBar = 360;  // twips that a border takes above the window
+constexpr int kFirstType = 2;  // "2D Line" in the list of chart types
 
 // By the index in the list of chart types; the last entry chooses nothing.
 constexpr std::array kTypes = {kChart2DBar,  kChart3DBar,  kChart2DLine,
@@ -41,11 +40,6 @@ ChartRows RowsOf(std::vector<PortfolioChartRow> portfolio) {
     rows.values.push_back(double{row.value});
   }
   return rows;
-}
-
-void CentreOnScreen(Form& form, const Screen& screen) {
-  form.SetLeft(std::max(0.F, (screen.WidthTwips() - form.Width()) / 2));
-  form.SetTop(std::max(0.F, (screen.HeightTwips() - form.Height() - kTitleBar) / 2));
 }
 
 }  // namespace

@@ -66,8 +66,7 @@ void ScoreBoard::Load() {
   ExplainAddress(Address().empty());
   form.SetTopmost(true);
   RoundWindow(form, kCornerWidth, kCornerHeight);
-  form.SetLeft((static_cast<float>(ScreenWidth(platform_.screen)) - form.Width()) / 2);
-  form.SetTop((static_cast<float>(ScreenHeight(platform_.screen)) - form.Height()) / 2);
+  CentreOnScreen(form, platform_.screen);
 }
 
 std::string ScoreBoard::Address() const {

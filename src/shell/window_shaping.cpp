@@ -16,6 +16,7 @@ namespace {
 constexpr int kSlideStep = 50;     // twips
 constexpr int kSlidePause = 10;    // ms
 constexpr float kPressDepth = 15;  // twips: a pixel
+constexpr float kTitleBar = 360;   // twips that a border takes above the window
 constexpr float kFirstPlaceBottomGap = 500;
 constexpr float kFirstPlaceSideGap = 50;
 constexpr float kNavigatorFirstLeft = 100;
@@ -107,6 +108,12 @@ bool SlideOut(Form& window, std::string_view top, std::string_view left, EventLo
   }
   window.EndSlide(slide);
   return window.Slides(slide);
+}
+
+void CentreOnScreen(Form& window, const Screen& screen) {
+  const float height = window.Height() + (window.Bordered() ? kTitleBar : 0);
+  window.SetLeft(std::max(0.0F, (screen.WidthTwips() - window.Width()) / 2));
+  window.SetTop(std::max(0.0F, (screen.HeightTwips() - height) / 2));
 }
 
 void PlaceSetupFirst(Form& setup, const Screen& screen) {

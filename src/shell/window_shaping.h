@@ -48,6 +48,10 @@ void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoo
 bool SlideOut(Form& window, std::string_view top, std::string_view left, EventLoop& events,
               const Screen& screen);
 
+// In the middle of the screen, with the title bar of a window that has one; never so high or so far
+// left that its corner is off the screen.
+void CentreOnScreen(Form& window, const Screen& screen);
+
 // The lower right and the lower left corner of the screen, for windows without a known place.
 void PlaceSetupFirst(Form& setup, const Screen& screen);
 void PlaceNavigatorFirst(Form& navigator, const Screen& screen);
