@@ -5,7 +5,7 @@
 
 #include "cli/commands.h"
 #include "marketdata/csv_export.h"
-#include "marketdata/csv_guess.h"
+#include "marketdata/interval.h"
 
 namespace velumar {
 

@@ -6,8 +6,8 @@
 #include "base/paths.h"
 #include "cli/commands.h"
 #include "marketdata/csv_error.h"
-#include "marketdata/csv_guess.h"
 #include "marketdata/csv_import.h"
+#include "marketdata/interval.h"
 
 namespace velumar {
 

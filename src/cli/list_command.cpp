@@ -7,7 +7,7 @@
 
 #include "cli/commands.h"
 #include "cli/text_table.h"
-#include "marketdata/csv_guess.h"
+#include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
 
 namespace velumar {

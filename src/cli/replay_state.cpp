@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
-#include "session/intervals.h"
 
 namespace velumar {
 

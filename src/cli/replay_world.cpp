@@ -9,8 +9,8 @@
 #include "base/text.h"
 #include "cli/date_pattern.h"
 #include "marketdata/index_cache.h"
+#include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
-#include "session/intervals.h"
 
 namespace velumar {
 

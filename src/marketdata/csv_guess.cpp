@@ -1,19 +1,16 @@
 #include "marketdata/csv_guess.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <map>
 
 #include "base/text.h"
 #include "marketdata/csv_error.h"
+#include "marketdata/interval.h"
 
 namespace velumar {
 
 namespace {
 
-constexpr std::array kReplayIntervals = {-1, 5, 10, 15, 30, 60};
-constexpr int kMostMinutes = 65535;  // of two bytes in the index files
 constexpr std::string_view kAsk = "; say the interval";
 
 int SecondOfDay(std::int32_t time) {
@@ -39,37 +36,22 @@ bool LookDaily(const std::vector<Bar>& bars) {
 // From the bars alone; none where they don't tell.
 std::optional<int> IntervalOfBars(const std::vector<Bar>& bars) {
   const std::map<int, int> gaps = GapsWithinDays(bars);
-  if (gaps.empty()) return LookDaily(bars) ? std::optional(-1) : std::nullopt;
+  if (gaps.empty()) return LookDaily(bars) ? std::optional(kDaily) : std::nullopt;
   const auto [seconds, count] = *std::ranges::max_element(
       gaps, {}, [](const auto& gap) { return std::pair(gap.second, -gap.first); });
   return seconds / 60;
 }
 
 std::string Spoken(int interval) {
-  return interval == -1 ? "daily" : std::to_string(interval) + " minutes apart";
+  return interval == kDaily ? "daily" : std::to_string(interval) + " minutes apart";
 }
 
 // A thin market may leave out most of its bars, so wider gaps than the name tells are no surprise.
 bool Agree(int from_name, int from_bars) {
-  return from_name == -1 ? from_bars == -1 : from_bars >= from_name;
+  return from_name == kDaily ? from_bars == kDaily : from_bars >= from_name;
 }
 
 }  // namespace
-
-std::optional<int> IntervalFromText(std::string_view text) {
-  if (UpperCased(text) == "D") return -1;
-  int minutes = 0;
-  const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), minutes);
-  const bool whole = fault == std::errc() && end == text.data() + text.size();
-  if (!whole || minutes < 0 || minutes > kMostMinutes) return std::nullopt;
-  return minutes;
-}
-
-std::string IntervalText(int interval) { return interval == -1 ? "D" : std::to_string(interval); }
-
-bool IsReplayInterval(int interval) {
-  return std::ranges::find(kReplayIntervals, interval) != kReplayIntervals.end();
-}
 
 CsvNameGuess GuessFromName(std::string_view stem) {
   const auto line = stem.rfind('_');

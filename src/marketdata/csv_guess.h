@@ -9,12 +9,6 @@
 
 namespace velumar {
 
-// An interval is -1 for daily bars, else minutes. As people write it: "D" (or "d") or the minutes.
-std::optional<int> IntervalFromText(std::string_view text);
-std::string IntervalText(int interval);
-// The intervals that can be replayed, and so the ones that an import brings.
-bool IsReplayInterval(int interval);
-
 // What the name of a CSV file tells, without its folder and extension: "AAPL_D" is AAPL's daily
 // bars, "TEST_15" TEST's of 15 minutes. Without such an ending the whole is the symbol.
 struct CsvNameGuess {

@@ -3,9 +3,9 @@
 #include <optional>
 
 #include "base/text.h"
+#include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
-#include "session/intervals.h"
 
 namespace velumar {
 

@@ -6,9 +6,9 @@
 
 #include "base/ignoring.h"
 #include "base/text.h"
+#include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
-#include "session/intervals.h"
 
 namespace velumar {
 

@@ -25,11 +25,11 @@ class BarStepper {
   bool HasBars() const { return !session_.BarDate.empty(); }
 
   // Writes bar `index`; behind the last bar it writes none. `index` comes back as the bar now
-  // newest. Always -1. Wide enough to name the bar behind the longest series.
+  // newest; it is wide enough to name the bar behind the longest series. Always returns -1.
   std::int16_t FeedBar(int& index, std::string& symbol);
   // Writes up to 30 bars behind `index`. Returns the bar now newest, also left in `index`.
   std::int16_t FastFeed(std::int16_t& index, std::string& symbol);
-  // Takes bar `index` out; `index` comes back one lower. Always -1.
+  // Takes bar `index` out; `index` comes back one lower. Always returns -1.
   std::int16_t UnfeedBar(std::int16_t& index, std::string& symbol);
   // Takes up to 30 bars out, never bar 0. Returns the bar now newest.
   std::int16_t FastUnfeed(std::int16_t& index, std::string& symbol);

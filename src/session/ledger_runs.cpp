@@ -1,6 +1,5 @@
 #include "session/ledger_runs.h"
 
-#include "base/number_text.h"
 #include "session/market_family.h"
 
 namespace velumar {

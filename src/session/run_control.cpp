@@ -1,30 +1,10 @@
 #include "session/run_control.h"
 
-#include "base/decimal.h"
-#include "base/number_text.h"
 #include "platform/waiting.h"
+#include "session/delay.h"
 #include "session/status_line.h"
 
 namespace velumar {
-
-namespace {
-
-constexpr std::string_view kDefaultDelay = "3";
-constexpr std::string_view kLongestDelay = "32";
-constexpr int kLongestDelaySeconds = 32;
-constexpr int kMillisecondsPerSecond = 1000;
-
-}  // namespace
-
-std::string UsableDelay(std::string_view seconds) {
-  const std::optional<Decimal> number = Decimal::FromText(seconds);
-  if (!number || !number->IsWhole() || (number->Negative() && !number->IsZero())) {
-    return std::string(kDefaultDelay);
-  }
-  const std::optional<std::int16_t> whole = ToInt16(seconds);
-  if (!whole || *whole > kLongestDelaySeconds) return std::string(kLongestDelay);
-  return std::string(seconds);
-}
 
 RunControl::RunControl(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
                        LedgerConnection& ledger, ChartSide& chart)
@@ -104,8 +84,7 @@ void RunControl::ShowRunning() {
 void RunControl::ReadDelay() {
   ComboBox& delay = desktop_.form3().Combo2;
   delay.SetText(UsableDelay(delay.Text()));
-  session_.RefreshDelay =
-      static_cast<std::int16_t>(ToInt16(delay.Text()).value_or(0) * kMillisecondsPerSecond);
+  session_.RefreshDelay = DelayMilliseconds(delay.Text());
 }
 
 void RunControl::Prepare() {

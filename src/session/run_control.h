@@ -69,8 +69,4 @@ class RunControl {
   bool feeding_ = false;
 };
 
-// The seconds between two fed bars as the box holds them, brought into what the clock can hold: a
-// text that is no whole number, or is negative, counts as "3", one of 33 and above as "32".
-std::string UsableDelay(std::string_view seconds);
-
 }  // namespace velumar

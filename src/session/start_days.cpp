@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "base/ignoring.h"
+#include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
-#include "session/intervals.h"
 
 namespace velumar {
 
@@ -14,7 +14,7 @@ constexpr std::ptrdiff_t kHistory = 250;
 constexpr std::ptrdiff_t kFuture = 100;
 
 std::int32_t RandomDay(const std::vector<std::int32_t>& days, std::ptrdiff_t first,
-                       std::mt19937& random) {
+                       std::mt19937_64& random) {
   const auto count = static_cast<std::ptrdiff_t>(days.size());
   std::ptrdiff_t low = std::max(first, kHistory);
   std::ptrdiff_t high = count - 1 - kFuture;
@@ -49,7 +49,7 @@ std::vector<std::int32_t> BarDays(const SimSession& session, std::string_view in
 }
 
 std::optional<std::int32_t> StartDay(const std::vector<std::int32_t>& days, DayChoice choice,
-                                     std::mt19937& random) {
+                                     std::mt19937_64& random) {
   if (days.empty()) return std::nullopt;
   const auto first = std::upper_bound(days.begin(), days.end(), days.front());
   if (first == days.end()) return std::nullopt;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <random>
+#include <string_view>
 #include <vector>
 
 #include "forms/control.h"
@@ -20,6 +21,6 @@ std::vector<std::int32_t> BarDays(const SimSession& session, std::string_view in
 // "Random" leaves at least 250 bars before it and 100 from it on where the series has them, else as
 // many on either side as it has.
 std::optional<std::int32_t> StartDay(const std::vector<std::int32_t>& days, DayChoice choice,
-                                     std::mt19937& random);
+                                     std::mt19937_64& random);
 
 }  // namespace velumar

@@ -5,9 +5,9 @@
 
 #include "base/counted.h"
 #include "base/text.h"
+#include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
-#include "session/intervals.h"
 
 namespace velumar {
 
@@ -16,14 +16,13 @@ namespace {
 constexpr std::string_view kNoDataText =
     "Directory not contain a  Meta Stock's Data. Click OK to select a new one.";
 
+constexpr std::string_view kPickDirectoryPrompt =
+    "Select a directory that contains MetaStock files!";
+
 constexpr int kCancelsUntilWayOut = 2;
 
 // Often enough that no key or repaint waits longer than a blink.
 constexpr std::size_t kSecuritiesBetweenEvents = 100;
-
-std::string IntervalText(int interval) {
-  return interval == -1 ? std::string(kDailyInterval) : std::to_string(interval);
-}
 
 // What stands beside the symbol: one symbol may have a series of each interval.
 std::string NoteOf(const std::string& name, const std::string& interval) {

@@ -55,7 +55,4 @@ class SymbolCatalogue {
   int building_ = 0;  // listings on the stack
 };
 
-inline constexpr std::string_view kPickDirectoryPrompt =
-    "Select a directory that contains MetaStock files!";
-
 }  // namespace velumar

@@ -7,6 +7,7 @@
 
 #include "base/ignoring.h"
 #include "base/text.h"
+#include "marketdata/interval.h"
 #include "session/bar_loading.h"
 
 namespace velumar {
@@ -136,7 +137,7 @@ std::string WorkingStore::Explained(const MetaLibError& error) const {
   std::string text = LibraryErrorText(error);
   if (!ReplayableInterval(interval)) {
     text += "\rThe interval \"" + interval + "\" of " + session_.Symbol +
-            " can't be replayed: choose D, 5, 10, 15, 30 or 60.";
+            " can't be replayed: choose " + ReplayIntervalsText() + ".";
   } else if (error.Number() == MetaLibError::kSeriesNotFound && StoredInLowerCase()) {
     text += "\rThe directory holds " + session_.Symbol +
             " in lower case; only symbols in upper case can be replayed.";

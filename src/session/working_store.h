@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "forms/desktop.h"
 #include "marketdata/index_cache.h"
@@ -10,7 +9,6 @@
 #include "marketdata/metalib_reader.h"
 #include "marketdata/metalib_writer.h"
 #include "platform/platform.h"
-#include "session/intervals.h"
 #include "session/sim_session.h"
 
 namespace velumar {

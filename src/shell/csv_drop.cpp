@@ -8,7 +8,7 @@
 
 #include "base/paths.h"
 #include "base/text.h"
-#include "session/intervals.h"
+#include "marketdata/interval.h"
 
 namespace velumar {
 

@@ -19,7 +19,7 @@ namespace velumar {
 
 namespace {
 
-// The same outside, with settings that never throw.`store_dir` and the rest are read at Start.
+// The same outside, with settings that never throw. `store_dir` and the rest are copied here.
 Platform WithSettings(const Platform& outside, SettingsStore& settings) {
   return {outside.events,    outside.chart_windows,  outside.keys,
           outside.boxes,     outside.folders,        outside.files,

@@ -1,6 +1,5 @@
 #include "shell/setup_window.h"
 
-#include <array>
 #include <filesystem>
 #include <optional>
 
@@ -9,11 +8,13 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "session/delay.h"
 #include "session/market_family.h"
 #include "session/start_days.h"
 #include "session/status_line.h"
 #include "shell/account_box.h"
 #include "shell/event_guard.h"
+#include "shell/support_page.h"
 #include "shell/window_shaping.h"
 
 namespace velumar {
@@ -26,28 +27,6 @@ constexpr std::string_view kBuild = "20071018";
 constexpr std::int16_t kAlpha = 250;
 constexpr int kEnterKey = 13;
 constexpr int kDaysBack = 365;
-constexpr std::string_view kAccountPattern = "###,###,###,###";
-
-// What a market's word in the directory's name sets.
-struct MarketPreset {
-  std::string_view word;
-  std::string_view margin;
-  std::string_view quantity;
-  std::string_view profit;
-  std::string_view commission;
-  bool percent;
-};
-constexpr std::array<MarketPreset, 3> kPresets{{{"SET", "100", "1,000", "1", "0.25", true},
-                                                {"AFET", "20,000", "1", "5,000", "500", false},
-                                                {"TFEX", "50,000", "1", "1,000", "450", false}}};
-
-// Beside the program as it is built, with the documentation once it is installed.
-std::string SupportPage(const std::string& program_folder) {
-  const std::filesystem::path folder = NativePath(program_folder);
-  const std::filesystem::path built = folder / "support.html";
-  if (std::filesystem::exists(built)) return PathText(built);
-  return PathText((folder / "../share/doc/velumar/support.html").lexically_normal());
-}
 
 }  // namespace
 
@@ -62,7 +41,8 @@ SetupWindow::SetupWindow(SimSession& session, Desktop& desktop, Platform& platfo
       registry_(registry),
       ledger_(ledger),
       drop_(drop),
-      cache_(cache) {
+      cache_(cache),
+      presets_(session, desktop) {
   BindEvents();
 }
 
@@ -93,7 +73,7 @@ void SetupWindow::BindEvents() {
     if (const auto day = StartDay(StartDays(), choice, random_)) Window().DTPicker1.SetValue(*day);
   });
   form.Image3.on_click = guarded([this] { StartRun(); });
-  form.ImgDonate.on_click = guarded([this] { OpenSupportPage(); });
+  form.ImgDonate.on_click = guarded([this] { OpenSupportPage(platform_); });
   form.Image5.on_click = guarded([this] { Close(); });
 }
 
@@ -111,7 +91,7 @@ void SetupWindow::Load() {
       platform_.store_dir.empty() ? session_.DataDir + "\\Simulate" : platform_.store_dir;
   if (session_.Symbol.empty()) session_.Symbol = "SET";
   session_.BarIndex = 0;
-  GroupAccountTexts();
+  presets_.GroupTexts();
   Window().Label6.SetVisible(false);
   IgnoringErrors([this] { MakeStore(); });
   Window().Show();
@@ -139,11 +119,8 @@ void SetupWindow::ShapeAndName() {
 
 void SetupWindow::ReadSettings() {
   session_.Symbol = Setting("Symbol", "");
-  session_.RefreshDelay = ToInt16(Setting("Refresh", "3")).value_or(0);
   session_.SetupTop = Setting("Top", "0");
   session_.SetupLeft = Setting("Left", "0");
-  session_.NavTop = Setting("NavTop", "0");
-  session_.NavLeft = Setting("NavLeft", "0");
 }
 
 void SetupWindow::PlaceWindows() {
@@ -151,10 +128,7 @@ void SetupWindow::PlaceWindows() {
   if (KnowsPlace(session_.SetupTop, session_.SetupLeft, form, platform_.screen)) {
     form.SetTop(PlaceFromText(session_.SetupTop));
     form.SetLeft(PlaceFromText(session_.SetupLeft));
-    // Its load takes its first place where none is kept.
-    Form2& navigator = desktop_.form2();
-    navigator.SetTop(PlaceFromText(session_.NavTop));
-    navigator.SetLeft(PlaceFromText(session_.NavLeft));
+    desktop_.form2();  // its load takes its kept place, or its first one
     return;
   }
   Form2& navigator = desktop_.form2();
@@ -184,7 +158,7 @@ void SetupWindow::FillDelay() {
   Window().cbxPeriod.SetIndex(kThirdItem);
   const std::string kept = Setting("Refresh", "3");
   delay.SetText(ToInt16(kept) == 0 ? "3" : UsableDelay(kept));
-  session_.RefreshDelay = static_cast<std::int16_t>(ToInt16(delay.Text()).value_or(0) * 1000);
+  session_.RefreshDelay = DelayMilliseconds(delay.Text());
 }
 
 void SetupWindow::OpenDataDirectory() {
@@ -213,49 +187,14 @@ void SetupWindow::OpenLedger() {
   }
 }
 
-void SetupWindow::GroupAccountTexts() {
-  Form1& form = Window();
-  for (TextBox* box : {&form.txtInitPorfolio, &form.txtContractValue, &form.txtProfitperContract}) {
-    box->SetText(PatternText(box->Text(), kAccountPattern));
-  }
-}
-
 void SetupWindow::DirectoryChanged() {
   session_.DataDir = Window().Text3.Text();
   Save("LastPath", session_.DataDir);
-  Window().lblPercentComm.SetVisible(false);
-  ApplyPresets();
-  ReadContractFigures();
-}
-
-// A later word overrides an earlier one.
-void SetupWindow::ApplyPresets() {
-  Form1& form = Window();
-  for (const MarketPreset& preset : kPresets) {
-    if (session_.DataDir.find(preset.word) == std::string::npos) continue;
-    form.txtContractValue.SetText(preset.margin);
-    desktop_.form3().txtContractVol.SetText(preset.quantity);
-    form.txtProfitperContract.SetText(preset.profit);
-    form.txtcomm.SetText(preset.commission);
-    if (preset.percent) form.lblPercentComm.SetVisible(true);
-  }
-}
-
-void SetupWindow::ReadContractFigures() {
-  Form1& form = Window();
-  const bool stock = IsStockMarket(session_);
-  ReadFigure(form, form.txtContractValue, stock, session_.InitMargin);
-  ReadFigure(form, form.txtProfitperContract, stock, session_.ProfitPerContract);
-  MarkFigure(form, form.txtcomm, stock);  // the percent sign has come or gone
+  presets_.DirectoryChanged();
 }
 
 void SetupWindow::PickDirectory() {
-  const std::string chosen = platform_.folders.BrowseForFolder(kPickDirectoryPrompt);
-  if (chosen.empty()) return;
-  Window().Text3.SetText(chosen);
-  session_.DataDir = Window().Text3.Text();
-  Save("LastPath", session_.DataDir);
-  catalogue_.BuildSymbolList();
+  if (catalogue_.PickDataDirectory()) catalogue_.BuildSymbolList();
 }
 
 // An import chooses a security, and a feed keeps to the one that it began with.
@@ -311,11 +250,6 @@ std::vector<std::int32_t> SetupWindow::StartDays() {
   return BarDays(session_, Window().cbxPeriod.Text(), cache_);
 }
 
-// The project's own page, or the one that a setting names.
-void SetupWindow::OpenSupportPage() {
-  platform_.programs.OpenInBrowser(Setting("DonateUrl", SupportPage(platform_.program_folder)));
-}
-
 void SetupWindow::Unload() {
   Save("Symbol", session_.Symbol);
   Save("Refresh", DelayToKeep());
@@ -334,7 +268,7 @@ void SetupWindow::Unload() {
 // The box is empty between two runs, as the panel is unloaded then.
 std::string SetupWindow::DelayToKeep() const {
   const std::string& typed = desktop_.Untouched().form3.Combo2.Text();
-  return typed.empty() ? std::to_string(session_.RefreshDelay / 1000) : typed;
+  return typed.empty() ? DelaySeconds(session_.RefreshDelay) : typed;
 }
 
 void SetupWindow::Close() {

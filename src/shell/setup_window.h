@@ -13,6 +13,7 @@
 #include "session/sim_session.h"
 #include "session/symbol_catalogue.h"
 #include "shell/csv_drop.h"
+#include "shell/market_presets.h"
 
 namespace velumar {
 
@@ -35,18 +36,14 @@ class SetupWindow {
   void OpenDataDirectory();
   void MakeStore();
   void OpenLedger();
-  void GroupAccountTexts();
 
   void DirectoryChanged();
-  void ApplyPresets();
-  void ReadContractFigures();
   void PickDirectory();
   void TakeFiles(const std::vector<std::string>& files);
   void StartRun();
   bool RequireFigures();
   bool SlideToRun();
   std::vector<std::int32_t> StartDays();
-  void OpenSupportPage();
   void Unload();
   std::string DelayToKeep() const;
   void Close();
@@ -64,7 +61,8 @@ class SetupWindow {
   LedgerConnection& ledger_;
   CsvDrop& drop_;
   IndexCache& cache_;
-  std::mt19937 random_{std::random_device()()};  // of start days
+  MarketPresets presets_;
+  std::mt19937_64 random_{std::random_device()()};  // of start days
   bool starting_ = false;  // a click on "Start" means nothing now: a run comes, or can't yet
 };
 

@@ -2,8 +2,8 @@
 
 #include "base/ignoring.h"
 #include "base/number_text.h"
+#include "session/delay.h"
 #include "session/market_family.h"
-#include "session/run_control.h"
 #include "shell/account_box.h"
 #include "shell/event_guard.h"
 #include "shell/opacity_setting.h"
@@ -83,7 +83,7 @@ void TradePanel::DelayConfirmed() {
   const std::string usable = UsableDelay(delay.Text());
   // An emptied box is about to be typed into: it stays empty, and counts as "3" meanwhile.
   if (!delay.Text().empty()) delay.SetText(usable);
-  session_.RefreshDelay = static_cast<std::int16_t>(ToInt16(usable).value_or(0) * 1000);
+  session_.RefreshDelay = DelayMilliseconds(usable);
 }
 
 void TradePanel::BigNumbersToggled() {

@@ -2,6 +2,7 @@
 
 #include "base/decimal.h"
 #include "base/number_text.h"
+#include "session/market_family.h"
 #include "session/status_line.h"
 #include "trading/ledger_row.h"
 

@@ -2,7 +2,6 @@
 
 #include <stdexcept>
 
-#include "session/market_family.h"
 #include "session/sim_session.h"
 
 namespace velumar {

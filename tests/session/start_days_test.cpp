@@ -14,7 +14,7 @@ std::vector<std::int32_t> Days(int bars, int bars_a_day = 1) {
 }
 
 TEST(StartDays, FirstAndLastLeaveARunSomethingToBeginBehind) {
-  std::mt19937 random(1);
+  std::mt19937_64 random(1);
   const struct {
     std::vector<std::int32_t> days;
     std::optional<std::int32_t> first;
@@ -32,7 +32,7 @@ TEST(StartDays, FirstAndLastLeaveARunSomethingToBeginBehind) {
 }
 
 TEST(StartDays, RandomLeavesHistoryAndFutureWhereTheSeriesHasThem) {
-  std::mt19937 random(2);
+  std::mt19937_64 random(2);
   for (const int bars_a_day : {1, 20}) {
     for (const int bars : {2 * bars_a_day, 340, 350, 360, 2000}) {
       const std::vector<std::int32_t> days = Days(bars, bars_a_day);

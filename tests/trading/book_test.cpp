@@ -1,4 +1,5 @@
 #include "platform/virtual_platform.h"
+#include "session/market_family.h"
 #include "session/status_line.h"
 #include "trading/position_book.h"
 #include "trading/status_display.h"

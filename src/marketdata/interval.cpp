@@ -1,0 +1,56 @@
+#include "marketdata/interval.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+
+#include "base/text.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr int kMostMinutes = 65535;  // of two bytes in the index files
+
+}  // namespace
+
+bool IsReplayInterval(int interval) {
+  return std::ranges::find(kReplayIntervals, interval) != kReplayIntervals.end();
+}
+
+std::optional<int> IntervalFromText(std::string_view text) {
+  if (UpperCased(text) == kDailyInterval) return kDaily;
+  int minutes = 0;
+  const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), minutes);
+  const bool whole = fault == std::errc() && end == text.data() + text.size();
+  if (!whole || minutes < 0 || minutes > kMostMinutes) return std::nullopt;
+  return minutes;
+}
+
+std::string IntervalText(int interval) {
+  return interval == kDaily ? std::string(kDailyInterval) : std::to_string(interval);
+}
+
+std::string ReplayIntervalsText() {
+  std::string list = IntervalText(kReplayIntervals.front());
+  for (std::size_t i = 1; i < kReplayIntervals.size(); ++i) {
+    list +=
+        (i + 1 < kReplayIntervals.size() ? ", " : " or ") + IntervalText(kReplayIntervals.at(i));
+  }
+  return list;
+}
+
+std::optional<SeriesArguments> ReplayableInterval(std::string_view text) {
+  const auto interval = std::ranges::find_if(kReplayIntervals, [text](int one) {
+    return text == IntervalText(one) || (one == 5 && text == "05");
+  });
+  if (interval == kReplayIntervals.end()) return std::nullopt;
+  return SeriesArguments{*interval == kDaily ? 1 : 0, *interval};
+}
+
+std::string IntervalToMatch(std::string_view text) {
+  const std::optional<SeriesArguments> arguments = ReplayableInterval(text);
+  return arguments ? std::to_string(arguments->minutes) : std::string(text);
+}
+
+}  // namespace velumar
