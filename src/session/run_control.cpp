@@ -51,13 +51,21 @@ void RunControl::BeginRun(const Form& window) {
 }
 
 void RunControl::PrepareRun(RunNumber run) {
+  // However it ends, unless another run has begun meanwhile.
+  struct Ending {
+    const RunControl& control;
+    RunNumber run;
+    ~Ending() {
+      if (!control.Superseded(run)) control.session_.Preparing = false;
+    }
+  };
   session_.Preparing = true;
+  const Ending ending{*this, run};
   chart_.OpenHostChart([this, run] { return Superseded(run); });
   if (Superseded(run)) return;
   SetStatusLine(desktop_, "Mode [Date]... ");
   BringChartUp();
   Prepare();
-  if (!Superseded(run)) session_.Preparing = false;
 }
 
 void RunControl::BringChartUp() {

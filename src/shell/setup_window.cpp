@@ -265,10 +265,11 @@ void SetupWindow::Unload() {
   LedgerClose(ledger_);
 }
 
-// The box is empty between two runs, as the panel is unloaded then.
+// Between two runs the panel is unloaded, or was loaded anew with nothing in its box.
 std::string SetupWindow::DelayToKeep() const {
-  const std::string& typed = desktop_.Untouched().form3.Combo2.Text();
-  return typed.empty() ? DelaySeconds(session_.RefreshDelay) : typed;
+  const Form3& panel = desktop_.Untouched().form3;
+  const bool typed = panel.Loaded() && !panel.Combo2.Text().empty();
+  return typed ? panel.Combo2.Text() : DelaySeconds(session_.RefreshDelay);
 }
 
 void SetupWindow::Close() {
