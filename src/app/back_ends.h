@@ -29,9 +29,6 @@ struct BackEnds {
   std::vector<std::string> problems;
 };
 
-// The beginning of the title of the chart program's window.
-inline constexpr const char* kHostTitle = "MetaStock";
-
 // Where settings and registry lie: as the options name it, or the user's own.
 QString SettingsFolder(const Options& options);
 

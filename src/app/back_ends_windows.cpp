@@ -2,6 +2,7 @@
 
 #include "app/back_ends.h"
 #include "base/paths.h"
+#include "platform/chart_program_names.h"
 #include "platform/programs.h"
 #include "platform/settings_file.h"
 #include "platform/system_clock.h"
@@ -37,8 +38,8 @@ BackEnds SystemBackEnds(const Options& options, const std::string& program_folde
   BackEnds ends;
   ends.settings = OpenSettings(options, ends.problems);
   ends.registry = std::make_unique<SystemRegistry>();
-  ends.chart_windows = std::make_unique<WindowsChartWindows>(kHostTitle);
-  ends.keys = std::make_unique<WindowsKeySender>(kHostTitle);
+  ends.chart_windows = std::make_unique<WindowsChartWindows>(std::string(kChartTitle));
+  ends.keys = std::make_unique<WindowsKeySender>(std::string(kChartTitle));
   ends.locale = SystemLocale();
   ends.clock = std::make_unique<SystemClock>();
   ends.programs = std::make_unique<SystemPrograms>(options.chart_arguments);

@@ -2,6 +2,7 @@
 
 #include "app/back_ends.h"
 #include "base/paths.h"
+#include "platform/chart_program_names.h"
 #include "platform/posix/registry_file.h"
 #include "platform/programs.h"
 #include "platform/settings_file.h"
@@ -36,8 +37,8 @@ BackEnds SystemBackEnds(const Options& options, const std::string& program_folde
   BackEnds ends;
   Append(ends.problems, settings->TakeProblems());
   Append(ends.problems, registry->TakeProblems());
-  ends.chart_windows = std::make_unique<X11ChartWindows>(kHostTitle);
-  ends.keys = std::make_unique<X11KeySender>(kHostTitle);
+  ends.chart_windows = std::make_unique<X11ChartWindows>(std::string(kChartTitle));
+  ends.keys = std::make_unique<X11KeySender>(std::string(kChartTitle));
   ends.settings = std::move(settings);
   ends.registry = std::move(registry);
   ends.locale = SystemLocale();

@@ -7,6 +7,7 @@
 #include "cli/date_pattern.h"
 #include "cli/replay_driver.h"
 #include "cli/replay_world.h"
+#include "marketdata/interval.h"
 
 namespace velumar {
 
@@ -59,7 +60,7 @@ void AddReplayCommand(CLI::App& app, CliContext& context) {
   command->footer(kCommands);
   command->add_option("DIR", arguments->directory, "the market data directory")->required();
   command->add_option("SYMBOL", arguments->symbol, "the security")->required();
-  command->add_option("INTERVAL", arguments->interval, "D, 5, 10, 15, 30 or 60")->required();
+  command->add_option("INTERVAL", arguments->interval, ReplayIntervalsText())->required();
   command->add_option("START", arguments->start, "the start date, yyyymmdd")
       ->required()
       ->check(RequireDate);

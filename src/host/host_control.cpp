@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "host/store_files.h"
 #include "marketdata/index_dates.h"
+#include "platform/chart_program_names.h"
 #include "platform/key_notation.h"
 #include "platform/waiting.h"
 #include "session/run_progress.h"
@@ -23,8 +24,6 @@ constexpr std::string_view kCloseCharts = "%Fe";
 constexpr std::string_view kOpenDialog = "%FO";
 constexpr std::string_view kRefresh = "%VR";
 constexpr std::string_view kNextChart = "^{TAB}";
-constexpr std::string_view kDialogClass = "#32770";
-constexpr std::string_view kDialogTitle = "Open";
 constexpr std::string_view kOwnTitle = "Velumar";
 
 constexpr std::int16_t kHostStartMs = 10000;
@@ -80,7 +79,8 @@ void HostControl::StartHost(const std::function<bool()>& superseded) {
   const std::string folder = registry_.HostProgramPath();
   if (folder.empty()) return;
   SetStatusLine(desktop_, "Loading Meta Stock Program ....");
-  const std::string command_line = WithClosingBackslash(folder) + "MSWIN.EXE /l /e";
+  const std::string command_line =
+      WithClosingBackslash(folder) + std::string(kChartProgramFile) + " /l /e";
   SetStatusLine(desktop_, "Loading ... " + command_line);
   IgnoringErrors([&] { platform_.programs.Start(command_line); });
   BringHostToFront();
@@ -105,8 +105,9 @@ void HostControl::RefillStore() {
 bool HostControl::WaitForDialog() {
   for (std::chrono::milliseconds waited{0}; waited < kDialogPatience; waited += kDialogLook) {
     bool found = false;
-    IgnoringErrors(
-        [&] { found = platform_.chart_windows.DialogExists(kDialogClass, kDialogTitle); });
+    IgnoringErrors([&] {
+      found = platform_.chart_windows.DialogExists(kChartFileDialogClass, kChartFileDialog);
+    });
     if (found) return true;
     platform_.events.Sleep(kDialogLook);
   }
@@ -132,7 +133,7 @@ void HostControl::MaximizeHost() {
     for (const WindowId window : platform_.chart_windows.TopLevelWindows()) {
       if (!IsTaskWindow(window)) continue;
       const std::string title = platform_.chart_windows.WindowTitle(window);
-      if (title.find("MetaStock") != std::string::npos) platform_.chart_windows.Maximize(window);
+      if (title.find(kChartTitle) != std::string::npos) platform_.chart_windows.Maximize(window);
     }
   });
 }

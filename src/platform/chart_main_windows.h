@@ -7,11 +7,9 @@
 #include <vector>
 
 #include "base/text.h"
+#include "platform/chart_program_names.h"
 
 namespace velumar {
-
-inline constexpr std::string_view kChartProgramFile = "MSWIN.EXE";
-inline constexpr std::string_view kChartFileDialog = "Open";
 
 inline bool IsChartProgramFile(std::string_view name) {
   return UpperCased(name) == kChartProgramFile;

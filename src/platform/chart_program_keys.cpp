@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/paths.h"
+#include "platform/chart_program_names.h"
 
 namespace velumar {
 
@@ -51,7 +52,7 @@ void MarkAsInstalled(Registry& registry, const std::string& sub_key) {
 
 bool HoldsProgram(const std::string& folder) {
   std::error_code error;
-  return std::filesystem::exists(NativePath(folder + "\\MSWIN.EXE"), error);
+  return std::filesystem::exists(NativePath(folder + "\\" + std::string(kChartProgramFile)), error);
 }
 
 void EnsureVersion(Registry& registry, const std::string& version,

@@ -3,12 +3,11 @@
 #include <algorithm>
 
 #include "base/paths.h"
+#include "platform/chart_program_names.h"
 
 namespace velumar {
 
 namespace {
-
-constexpr std::string_view kChartProgramFile = "MSWIN.EXE";
 
 std::size_t ProgramLength(std::string_view command_line) {
   const std::size_t at = command_line.rfind(kChartProgramFile);

@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "platform/chart_program_names.h"
+
 namespace velumar {
 
 namespace {
 
-constexpr std::string_view kChartTitle = "MetaStock";
 constexpr std::string_view kOwnTitle = "Velumar";
 constexpr std::string_view kBuiltInDirectory = "C:\\MetaStock Data\\Samples\\";
 constexpr long kNotThere = 2;

@@ -1,5 +1,6 @@
 #include "session/run_control.h"
 
+#include "platform/chart_program_names.h"
 #include "platform/waiting.h"
 #include "session/delay.h"
 #include "session/status_line.h"
@@ -35,7 +36,7 @@ void RunControl::BeginRun(const Form& window) {
   ShowRunning();
   ReadDelay();
   SetStatusLine(desktop_, "Begin ... ");
-  session_.HostTitle = "MetaStock";
+  session_.HostTitle = kChartTitle;
   SetStatusLine(desktop_, "Activate Program ...");
   if (from_setup) {
     PrepareRun(run);

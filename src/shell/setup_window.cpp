@@ -8,6 +8,7 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "platform/chart_program_names.h"
 #include "session/delay.h"
 #include "session/market_family.h"
 #include "session/start_days.h"
@@ -169,7 +170,7 @@ void SetupWindow::OpenDataDirectory() {
   Save("LastPath", session_.DataDir);
   // No change was fired, and the word of a market in the path counts all the same.
   if (stood_there) DirectoryChanged();
-  session_.HostTitle = "MetaStock";
+  session_.HostTitle = kChartTitle;
   catalogue_.BuildSymbolList();
 }
 

@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include "charthost/view/dialog_plate.h"
+#include "platform/chart_program_names.h"
 
 namespace velumar {
 
@@ -11,9 +12,9 @@ struct DialogPlate::Plate {
   };
 
   // Hidden, so that nobody can give it the focus.
-  std::unique_ptr<HWND, Destroy> window{
-      ::CreateWindowExW(WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, L"#32770", L"Open", WS_POPUP, 0, 0, 0,
-                        0, nullptr, nullptr, ::GetModuleHandleW(nullptr), nullptr)};
+  std::unique_ptr<HWND, Destroy> window{::CreateWindowExA(
+      WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, kChartFileDialogClass.data(), kChartFileDialog.data(),
+      WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, ::GetModuleHandleA(nullptr), nullptr)};
 };
 
 DialogPlate::DialogPlate() = default;

@@ -15,12 +15,10 @@
 #include "charthost/view/open_dialog.h"
 #include "charthost/view/qt_text.h"
 #include "charthost/view/theme.h"
+#include "platform/chart_program_names.h"
 
 namespace velumar {
 namespace {
-
-// Programs that work this one find its window by this beginning.
-const QString kHostTitle = QStringLiteral("MetaStock");
 
 constexpr double kZoomIn = 0.8;
 
@@ -31,7 +29,7 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
       settings_(settings),
       report_(std::move(report)),
       options_(settings.Options()) {
-  setWindowTitle(kHostTitle);
+  setWindowTitle(ToQt(kChartTitle));
   setMinimumSize(420, 320);
   BuildCentre();
   dialog_ = new OpenDialog(source, this);
@@ -328,8 +326,8 @@ void MainWindow::Changed(const char* event) {
   for (int i = 0; i < tabs_->count(); ++i) tabs_->setTabText(i, Chart(i)->Title());
   const ChartPane* const chart = ActiveChart();
   centre_->setCurrentIndex(chart == nullptr ? 0 : 1);
-  setWindowTitle(chart == nullptr ? kHostTitle
-                                  : kHostTitle + QStringLiteral(" - ") + chart->Title());
+  const QString title = ToQt(kChartTitle);
+  setWindowTitle(chart == nullptr ? title : title + QStringLiteral(" - ") + chart->Title());
   if (!report_) return;
   const HostState host = {tabs_->count(), tabs_->currentIndex(), FromQt(windowTitle())};
   if (chart == nullptr) {

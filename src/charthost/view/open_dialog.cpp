@@ -18,6 +18,7 @@
 #include "charthost/view/qt_text.h"
 #include "charthost/view/security_table.h"
 #include "marketdata/metalib_error.h"
+#include "platform/chart_program_names.h"
 
 namespace velumar {
 namespace {
@@ -38,7 +39,7 @@ QLabel* LabelFor(QWidget* field, const QString& text, QWidget* parent) {
 
 OpenDialog::OpenDialog(const SeriesSource& source, QWidget* parent)
     : QDialog(parent), source_(source) {
-  setWindowTitle(tr("Open"));
+  setWindowTitle(ToQt(kChartFileDialog));
   look_.setSingleShot(true);
   look_.setInterval(kLookMilliseconds);
   BuildWidgets();
