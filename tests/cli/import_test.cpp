@@ -21,7 +21,7 @@ std::string EdgeRows() {
 
 // Rows of random bit patterns among the floats that can be stored, in the program's own digits.
 std::string RandomRows(int count) {
-  std::mt19937 random(7);
+  std::mt19937_64 random(7);
   std::ostringstream text;
   text.precision(9);
   for (int i = 0; i < count; ++i) {

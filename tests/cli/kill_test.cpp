@@ -73,7 +73,7 @@ TEST(Kill, TheLedgerHoldsEveryOrderThatWasAnswered) {
   const std::string file = scratch.Sub("Portfolio.mdb");
   IndexCache cache;
   StoreSecurity(data, {"ABC", "Abc", -1}, DailyBars(100), cache);
-  std::mt19937 random(7);
+  std::mt19937_64 random(7);
   int orders = 0;
   for (int round = 0; orders < 200; ++round) {
     ASSERT_LT(round, 200) << "hardly an order was placed";

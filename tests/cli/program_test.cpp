@@ -84,7 +84,7 @@ TEST(Program, SurvivesDamagedDirectories) {
     box.Run({"import", csv, box.At("data"), "--symbol", symbol});
   }
   const auto sound = box.Files();
-  std::mt19937 random(11);
+  std::mt19937_64 random(11);
   for (int round = 0; round < 100; ++round) {
     for (auto [name, bytes] : sound) {
       if (!name.starts_with("data")) continue;
