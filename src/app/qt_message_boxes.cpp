@@ -38,6 +38,7 @@ void QtMessageBoxes::Show(std::string_view text, BoxIcon icon) {
 std::size_t QtMessageBoxes::Ask(std::string_view text, const std::vector<std::string>& answers) {
   QMessageBox box(QMessageBox::Question, QStringLiteral("Velumar"), QString::fromUtf8(text));
   std::vector<QAbstractButton*> buttons;
+  buttons.reserve(answers.size());
   for (const std::string& answer : answers) {
     buttons.push_back(box.addButton(QString::fromUtf8(answer), QMessageBox::ActionRole));
   }

@@ -19,14 +19,17 @@ double RoundStep(double least) {
 std::vector<double> LinearTicks(double lower, double upper, int wanted) {
   const double step = RoundStep((upper - lower) / wanted);
   std::vector<double> ticks;
-  const double last = std::floor(upper / step);
-  for (double n = std::ceil(lower / step); n <= last; ++n) ticks.push_back(n * step);
+  const double first = std::ceil(lower / step);
+  const auto count = static_cast<int>(std::floor(upper / step) - first) + 1;
+  ticks.reserve(static_cast<std::size_t>(std::max(0, count)));
+  for (int n = 0; n < count; ++n) ticks.push_back((first + n) * step);
   return ticks;
 }
 
 std::vector<double> DecadeTicks(double lower, double upper, std::span<const double> factors) {
   std::vector<double> ticks;
-  for (double decade = std::floor(std::log10(lower)); decade <= std::log10(upper); ++decade) {
+  const auto last = static_cast<int>(std::floor(std::log10(upper)));
+  for (auto decade = static_cast<int>(std::floor(std::log10(lower))); decade <= last; ++decade) {
     for (const double factor : factors) {
       const double tick = factor * std::pow(10, decade);
       if (tick >= lower && tick <= upper) ticks.push_back(tick);

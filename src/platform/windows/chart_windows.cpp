@@ -87,10 +87,15 @@ void RaiseOwnOnTop(HWND focused) {
 
 bool IsInFront(HWND window) { return ::GetForegroundWindow() == window; }
 
-bool ComesToFront(HWND window, std::chrono::milliseconds patience) {
+template <typename Condition>
+bool ComesAbout(std::chrono::milliseconds patience, Condition condition) {
   const auto end = std::chrono::steady_clock::now() + patience;
-  while (!IsInFront(window) && std::chrono::steady_clock::now() < end) WaitServingOthers(kLook);
-  return IsInFront(window);
+  while (!condition() && std::chrono::steady_clock::now() < end) WaitServingOthers(kLook);
+  return condition();
+}
+
+bool ComesToFront(HWND window, std::chrono::milliseconds patience) {
+  return ComesAbout(patience, [window] { return IsInFront(window); });
 }
 
 // What the system grants comes about in the other program, a moment later.
@@ -175,7 +180,7 @@ bool WindowsChartWindows::BringToFront(std::string_view title) {
   // Where a window has a dialog open, the dialog is what can have the focus.
   const HWND target = ::IsWindowEnabled(*window) != 0 ? *window : ::GetLastActivePopup(*window);
   if (!IsInFront(target)) TakeFocus(target);
-  ComesToFront(target, kActivationPatience);
+  ComesAbout(kActivationPatience, [&] { return IsInFront(target) && ::IsIconic(*window) == 0; });
   RaiseOwnOnTop(target);
   return true;
 }

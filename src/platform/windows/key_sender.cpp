@@ -213,12 +213,12 @@ class Typing {
     return Obstacle::kNone;
   }
 
-  // What is sent to a window is answered before it reads its next key: with as many answers as
-  // there were keys, and one more, all of them are read. All waits of one text together stay within
-  // the patience.
+  // What is sent to a window is answered before it reads its next key or the character that a key
+  // has made: with two answers for each key, and one more, all of them are read. All waits of one
+  // text together stay within the patience.
   void WaitUntilRead() {
     const HWND window = unread_in_;
-    const UINT rounds = unread_ + 1;
+    const UINT rounds = 2 * unread_ + 1;
     unread_in_ = nullptr;
     unread_ = 0;
     for (UINT round = 0; window != nullptr && round < rounds; ++round) {
