@@ -47,8 +47,9 @@ int NewestRun(LedgerConnection& connection) {
   return NamedValues(records, 0).Whole("Newest").value_or(0);
 }
 
-int RunToRead(LedgerConnection& connection, int run, int newest) {
-  return run == kRunNow && NewestRun(connection) != newest ? newest : run;
+int RunToRead(LedgerConnection& connection, ShownRun shown) {
+  const bool archived = shown.number == kRunNow && NewestRun(connection) != shown.newest;
+  return archived ? shown.newest : shown.number;
 }
 
 }  // namespace velumar

@@ -20,9 +20,14 @@ std::vector<RunChoice> RunChoices(LedgerConnection& connection);
 // The run that the rows now in the ledger belong to; 0 before runs were noted. Throws LedgerError.
 int NewestRun(LedgerConnection& connection);
 
-// Where the rows of a run are found again that was chosen while `newest` was the newest one: rows
-// that were now in the ledger then are in the archive once another run has begun. Throws
-// LedgerError.
-int RunToRead(LedgerConnection& connection, int run, int newest);
+// A run that is shown, and the newest one when its window came up.
+struct ShownRun {
+  int number = kRunNow;
+  int newest = 0;
+};
+
+// Where its rows are found now: those that were in the ledger then are in the archive once another
+// run has begun. Throws LedgerError.
+int RunToRead(LedgerConnection& connection, ShownRun shown);
 
 }  // namespace velumar

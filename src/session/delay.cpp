@@ -10,7 +10,6 @@ namespace velumar {
 namespace {
 
 constexpr std::string_view kDefaultDelay = "3";
-constexpr std::string_view kLongestDelay = "32";
 constexpr int kLongestDelaySeconds = 32;
 constexpr int kMillisecondsPerSecond = 1000;
 
@@ -22,8 +21,8 @@ std::string UsableDelay(std::string_view seconds) {
     return std::string(kDefaultDelay);
   }
   const std::optional<std::int16_t> whole = ToInt16(seconds);
-  if (!whole || *whole > kLongestDelaySeconds) return std::string(kLongestDelay);
-  return std::string(seconds);
+  const bool fits = whole && *whole <= kLongestDelaySeconds;
+  return fits ? std::string(seconds) : std::to_string(kLongestDelaySeconds);
 }
 
 std::int16_t DelayMilliseconds(std::string_view seconds) {

@@ -27,10 +27,9 @@ void AccountSheets::BindEvents() {
   form.cmdExport.on_click = guarded([this] { ExportOrders(); });
 }
 
-void AccountSheets::Load(int newest_run) {
+void AccountSheets::Load(ShownRun run) {
   SetUpTables();
-  run_ = kRunNow;
-  newest_run_ = newest_run;
+  run_ = run;
   sheet_ = FrmResult::kChartSheet;
   account_.reset();
   ShowSheet();
@@ -47,15 +46,15 @@ void AccountSheets::SetUpTables() {
   form.lstOrders.SetColumns(std::move(columns));
 }
 
-void AccountSheets::ShowRun(int run) {
+void AccountSheets::ShowRun(ShownRun run) {
   const bool looked_at = sheet_ != FrmResult::kChartSheet;
   account_ = looked_at ? std::optional(Read(run)) : std::nullopt;
   run_ = run;
   if (account_) ShowAccount();
 }
 
-std::vector<RunRecord> AccountSheets::Read(int run) {
-  return ReadAccount(ledger_, RunToRead(ledger_, run, newest_run_));
+std::vector<RunRecord> AccountSheets::Read(ShownRun run) {
+  return ReadAccount(ledger_, RunToRead(ledger_, run));
 }
 
 void AccountSheets::ChooseSheet() {

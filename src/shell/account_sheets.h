@@ -9,7 +9,7 @@
 #include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "results/order_list.h"
-#include "results/run_record.h"
+#include "results/run_choice.h"
 
 namespace velumar {
 
@@ -19,17 +19,16 @@ class AccountSheets {
  public:
   AccountSheets(Desktop& desktop, Platform& platform, LedgerConnection& ledger);
 
-  // As the window comes up: with its chart, and the run that is now in the ledger, which is the
-  // newest one.
-  void Load(int newest_run);
+  // As the window comes up with a run: with its chart.
+  void Load(ShownRun run);
   // Throws a LedgerError where the run can't be read; the sheets then show what they showed.
-  void ShowRun(int run);
+  void ShowRun(ShownRun run);
 
  private:
   void BindEvents();
   void SetUpTables();
   void ChooseSheet();
-  std::vector<RunRecord> Read(int run);
+  std::vector<RunRecord> Read(ShownRun run);
   void ShowSheet();
   void ShowAccount();
   void ShowStatistics();
@@ -42,8 +41,7 @@ class AccountSheets {
   Desktop& desktop_;
   Platform& platform_;
   LedgerConnection& ledger_;
-  int run_ = kRunNow;
-  int newest_run_ = 0;  // as the window came up
+  ShownRun run_;
   int sheet_ = FrmResult::kChartSheet;
   std::optional<std::vector<RunRecord>> account_;            // of the run, once it was read
   std::shared_ptr<const std::vector<OrderListRow>> orders_;  // sorted as they are shown

@@ -85,11 +85,10 @@ void ResultWindow::Load() {
   form.MSChart1.SetSize(form.Frame3.Width(), form.Frame3.Height());
   form.chwd = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
   form.chht = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
-  run_ = kRunNow;
-  newest_run_ = 0;
+  run_ = {};
   // A ledger that can't be read says so with the figures.
-  IgnoringErrors([this] { newest_run_ = NewestRun(ledger_); });
-  sheets_.Load(newest_run_);
+  IgnoringErrors([this] { run_.newest = NewestRun(ledger_); });
+  sheets_.Load(run_);
   ListRuns();
   ShowResultFigures();
   ApplySeriesColour();
@@ -208,11 +207,11 @@ void ResultWindow::ChooseColour() {
 void ResultWindow::ChooseRun() {
   ComboBox& list = Window().cbxRun;
   const int number = list.Rows().at(static_cast<std::size_t>(list.Index())).data;
-  if (number == run_) return;
+  if (number == run_.number) return;
   try {
     LoadRun(number);
   } catch (const std::exception&) {
-    const auto shown = std::ranges::find(list.Rows(), run_, &ComboBox::Row::data);
+    const auto shown = std::ranges::find(list.Rows(), run_.number, &ComboBox::Row::data);
     list.SetIndex(static_cast<int>(shown - list.Rows().begin()));
     throw;
   }
@@ -220,13 +219,14 @@ void ResultWindow::ChooseRun() {
 
 // An archived run has figures of its own: none of another run's fills its gaps.
 void ResultWindow::LoadRun(int number) {
-  const int run = RunToRead(ledger_, number, newest_run_);
+  const ShownRun chosen{number, run_.newest};
+  const int run = RunToRead(ledger_, chosen);
   ResultFigures archived;
   ResultFigures& figures = run == kRunNow ? figures_ : archived;
   LoadResultFigures(ledger_, figures, run);
   ChartRows rows = RowsOf(velumar::LoadPortfolioChart(ledger_, run));
-  sheets_.ShowRun(number);
-  run_ = number;
+  sheets_.ShowRun(chosen);
+  run_ = chosen;
   WriteFigures(figures);
   Window().MSChart1.SetRows(std::move(rows));
 }
@@ -243,7 +243,7 @@ void ResultWindow::PrintReport() {
     file = platform_.files.ChooseFile({{"Report (*.pdf)", "pdf"}}).value_or("");
     if (file.empty()) return;
   }
-  platform_.printers.PrintReport(RunToRead(ledger_, run_, newest_run_), file);
+  platform_.printers.PrintReport(RunToRead(ledger_, run_), file);
 }
 
 }  // namespace velumar

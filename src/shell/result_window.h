@@ -6,7 +6,7 @@
 #include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "results/result_figures.h"
-#include "results/run_record.h"
+#include "results/run_choice.h"
 #include "shell/account_sheets.h"
 #include "shell/score_board.h"
 
@@ -51,8 +51,7 @@ class ResultWindow {
   ScoreBoard& score_board_;
   AccountSheets sheets_;
   ResultFigures figures_;  // of the rows now in the ledger; they outlive the window's loads
-  int run_ = kRunNow;
-  int newest_run_ = 0;  // as the window came up
+  ShownRun run_;
 };
 
 }  // namespace velumar

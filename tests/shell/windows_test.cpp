@@ -8,6 +8,19 @@ namespace {
 
 using WindowsTest = RunFixture;
 
+// A program on a platform of the test's own making.
+struct StartedProgram {
+  explicit StartedProgram(Platform& platform) : program(session, desktop, platform, cache, ledger) {
+    program.Start();
+  }
+
+  SimSession session;
+  Desktop desktop;
+  IndexCache cache;
+  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
+  Program program;
+};
+
 TEST_F(WindowsTest, FirstStartOfAll) {
   all->program.Start();
   EXPECT_EQ(all->session.SetupTop, "8155");
@@ -114,16 +127,12 @@ TEST_F(WindowsTest, SettingsThatCannotBeKeptAreToldOnceAndStopNothing) {
                     data,
                     "",
                     ":memory:"};
-  SimSession session;
-  Desktop desktop;
-  IndexCache cache;
-  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
-  Program program(session, desktop, platform, cache, ledger);
-  program.Start();
-  EXPECT_EQ(session.Symbol, "ABC");
+  StartedProgram started(platform);
+  Desktop& desktop = started.desktop;
+  EXPECT_EQ(started.session.Symbol, "ABC");
   desktop.form1().DTPicker1.UserPick(MadeDate(198));
   desktop.form1().Image3.UserClick();
-  EXPECT_EQ(session.BarIndex, 199);
+  EXPECT_EQ(started.session.BarIndex, 199);
   ASSERT_EQ(outside.boxes.shown.size(), 1U);
   EXPECT_THAT(outside.boxes.shown[0], testing::HasSubstr("disk full"));
 }
@@ -320,15 +329,11 @@ TEST_F(WindowsTest, TheSamplesOwnPathCountsForTheMarketToo) {
   VirtualPlatform outside;
   Platform platform = outside.References();
   platform.default_data_dir = samples;
-  SimSession session;
-  Desktop desktop;
-  IndexCache cache;
-  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
-  Program program(session, desktop, platform, cache, ledger);
-  program.Start();
+  StartedProgram started(platform);
+  Desktop& desktop = started.desktop;
   EXPECT_EQ(desktop.form1().txtcomm.Text(), "0.25");
   EXPECT_TRUE(desktop.form1().lblPercentComm.Visible());
-  EXPECT_EQ(session.InitMargin, 100);
+  EXPECT_EQ(started.session.InitMargin, 100);
 }
 
 TEST_F(WindowsTest, BadAccountTextsAreMarkedWhileTypedAndRefuseTheStart) {
@@ -371,12 +376,8 @@ TEST_F(WindowsTest, DonateOpensTheOwnPageOrTheOneOfTheSetting) {
   const std::filesystem::path root = scratch.Sub("my tools");
   platform.program_folder = (root / "bin").string();
   std::filesystem::create_directories(root / "bin");
-  SimSession session;
-  Desktop desktop;
-  IndexCache cache;
-  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
-  Program program(session, desktop, platform, cache, ledger);
-  program.Start();
+  StartedProgram started(platform);
+  Desktop& desktop = started.desktop;
   Form1& setup = desktop.form1();
   setup.ImgDonate.SetVisible(true);
   setup.ImgDonate.UserClick();
