@@ -16,7 +16,6 @@ constexpr int kBadArguments = 2;
 void AddCommands(CLI::App& app, CliContext& context) {
   app.set_version_flag("--version", "velumar-cli " VELUMAR_VERSION);
   app.require_subcommand(1);
-  AddDemoCommand(app, context);
   AddImportCommand(app, context);
   AddListCommand(app, context);
   AddDumpCommand(app, context);

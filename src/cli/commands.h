@@ -20,7 +20,6 @@ struct CliContext {
 
 // Each adds one command to the program, with its help and the arguments it takes. A command throws
 // when it fails; the program then says why on `err` and ends with 1. `context` outlives `app`.
-void AddDemoCommand(CLI::App& app, CliContext& context);
 void AddImportCommand(CLI::App& app, CliContext& context);
 void AddListCommand(CLI::App& app, CliContext& context);
 void AddDumpCommand(CLI::App& app, CliContext& context);

@@ -22,7 +22,6 @@ TEST(Program, EndsWith2AfterBadArguments) {
       {"import", "a", "b", "--interval", ""},
       {"import", "a", "b", "--symbol", " "},
       {"import", "a", "b", "--date-format", "%Y"},
-      {"demo"},
   };
   for (const auto& line : lines) {
     const auto answer = box.Run(line);
@@ -34,7 +33,7 @@ TEST(Program, EndsWith2AfterBadArguments) {
 
 TEST(Program, HelpsWithEachCommand) {
   Sandbox box;
-  for (const std::string command : {"demo", "import", "list", "dump"}) {
+  for (const std::string command : {"import", "list", "dump"}) {
     const auto answer = box.Run({command, "--help"});
     EXPECT_EQ(answer.code, 0);
     EXPECT_THAT(answer.out, testing::HasSubstr("DIR"));
