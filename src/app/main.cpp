@@ -27,6 +27,7 @@
 #include "app/unattended.h"
 #include "base/dates.h"
 #include "ledger/ledger.h"
+#include "platform/command_line.h"
 #include "platform/process_end.h"
 #include "platform/web_client.h"
 #include "shell/program.h"
@@ -143,14 +144,27 @@ std::optional<Options> UsableOptions() {
   }
 }
 
+void NameApplication() {
+  QCoreApplication::setApplicationName(QStringLiteral("velumar"));
+  QCoreApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
+}
+
+// Ends the process if the arguments are fine: help and version need no display.
+int AnswerHelp(int argument_count, char** arguments) {
+  const QCoreApplication application(argument_count, arguments);
+  NameApplication();
+  UsableOptions();
+  return kBadArguments;
+}
+
 int Main(int argument_count, char** arguments) {
+  if (AsksForHelp(argument_count, arguments)) return AnswerHelp(argument_count, arguments);
   if (const std::optional<std::string> missing = ChooseDisplay()) {
     TellStartFailure(*missing);
     return kFailure;
   }
   QApplication application(argument_count, arguments);
-  QApplication::setApplicationName(QStringLiteral("velumar"));
-  QApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
+  NameApplication();
   // Windows come and go; the program ends by its own buttons.
   QApplication::setQuitOnLastWindowClosed(false);
   const std::optional<Options> options = UsableOptions();

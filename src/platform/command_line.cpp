@@ -1,6 +1,7 @@
 #include "platform/command_line.h"
 
 #include <algorithm>
+#include <array>
 
 #include "base/paths.h"
 #include "platform/chart_program_names.h"
@@ -40,6 +41,14 @@ std::vector<std::string> SplitCommandLine(std::string_view command_line) {
   std::vector<std::string> words = SplitAtBlanks(command_line.substr(length));
   words.insert(words.begin(), PathText(NativePath(program)));
   return words;
+}
+
+bool AsksForHelp(int argument_count, const char* const* arguments) {
+  constexpr std::array<std::string_view, 5> kQuestions = {"-h", "--help", "--help-all", "-v",
+                                                          "--version"};
+  return std::any_of(arguments, arguments + argument_count, [&](std::string_view argument) {
+    return std::ranges::find(kQuestions, argument) != kQuestions.end();
+  });
 }
 
 }  // namespace velumar

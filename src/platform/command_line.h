@@ -11,4 +11,7 @@ namespace velumar {
 // at the first blank, or at the closing quote when it begins with one.
 std::vector<std::string> SplitCommandLine(std::string_view command_line);
 
+// True if the arguments of a process ask only for its help or version, which need no display.
+bool AsksForHelp(int argument_count, const char* const* arguments);
+
 }  // namespace velumar

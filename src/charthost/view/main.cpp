@@ -9,6 +9,7 @@
 #include "charthost/view/main_window.h"
 #include "charthost/view/theme.h"
 #include "marketdata/index_cache.h"
+#include "platform/command_line.h"
 #include "platform/console.h"
 
 namespace {
@@ -24,12 +25,10 @@ QStringList WithoutForeignSwitches(const QStringList& arguments) {
 
 void PrintLine(const std::string& line) { std::cout << line << std::endl; }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  velumar::ChooseChartDisplay();
-  QApplication application(argc, argv);
-  QApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
+// Whether to print states. Answers --help and --version itself and ends the process, and ends it
+// too after an argument that it does not know.
+bool ReadArguments() {
+  QCoreApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("Draws charts of market data directories."));
   parser.addHelpOption();
@@ -38,7 +37,20 @@ int main(int argc, char** argv) {
       QStringLiteral("state"),
       QStringLiteral("Print a line of JSON after each change of the open charts."));
   parser.addOption(state);
-  parser.process(WithoutForeignSwitches(QApplication::arguments()));
+  parser.process(WithoutForeignSwitches(QCoreApplication::arguments()));
+  return parser.isSet(state);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (velumar::AsksForHelp(argc, argv)) {
+    const QCoreApplication application(argc, argv);  // which needs no display
+    ReadArguments();
+  }
+  velumar::ChooseChartDisplay();
+  QApplication application(argc, argv);
+  const bool prints_states = ReadArguments();
   velumar::IgnoreClosedPipes();  // whoever read the lines may go away before us
 
   velumar::InstallStyle();
@@ -48,7 +60,7 @@ int main(int argc, char** argv) {
   velumar::ChartSettings settings;
   velumar::MainWindow window(
       source, settings,
-      parser.isSet(state) ? velumar::MainWindow::Report(PrintLine) : velumar::MainWindow::Report());
+      prints_states ? velumar::MainWindow::Report(PrintLine) : velumar::MainWindow::Report());
   const velumar::KeyFilter keys(window);
   window.show();
   return QApplication::exec();
