@@ -27,6 +27,56 @@ bool TakeSign(std::string_view& text) {
   return negative;
 }
 
+// Takes the digits before the point, without their commas. False when the commas don't group
+// thousands.
+bool TakeWholeDigits(std::string_view& text, std::string& digits) {
+  constexpr std::size_t kGroup = 3;
+  bool grouped = false;
+  std::size_t group = 0;
+  for (; !text.empty() && (IsDigit(text.front()) || text.front() == ','); text.remove_prefix(1)) {
+    if (text.front() != ',') {
+      digits += text.front();
+      ++group;
+      continue;
+    }
+    if (grouped ? group != kGroup : group == 0 || group > kGroup) return false;
+    grouped = true;
+    group = 0;
+  }
+  return !grouped || group == kGroup;
+}
+
+void TakeFractionDigits(std::string_view& text, std::string& digits) {
+  if (!text.starts_with('.')) return;
+  text.remove_prefix(1);
+  for (; !text.empty() && IsDigit(text.front()); text.remove_prefix(1)) digits += text.front();
+}
+
+// Digit strings of one length.
+std::string Sum(const std::string& a, const std::string& b) {
+  std::string sum(a.size() + 1, '0');
+  int carry = 0;
+  for (std::size_t i = a.size(); i-- > 0;) {
+    const int digit = (a[i] - '0') + (b[i] - '0') + carry;
+    sum[i + 1] = static_cast<char>('0' + digit % 10);
+    carry = digit / 10;
+  }
+  sum[0] = static_cast<char>('0' + carry);
+  return sum;
+}
+
+// Digit strings of one length, the first one not the smaller.
+std::string Difference(const std::string& a, const std::string& b) {
+  std::string difference(a.size(), '0');
+  int borrow = 0;
+  for (std::size_t i = a.size(); i-- > 0;) {
+    const int digit = (a[i] - '0') - (b[i] - '0') - borrow;
+    borrow = digit < 0 ? 1 : 0;
+    difference[i] = static_cast<char>('0' + digit + 10 * borrow);
+  }
+  return difference;
+}
+
 // The exponent behind the digits, 0 where there is none; nothing when it is malformed.
 std::optional<int> TakeExponent(std::string_view text) {
   if (text.empty()) return 0;
@@ -62,18 +112,11 @@ std::optional<Decimal> Decimal::FromText(std::string_view text) {
   text = WithoutSpace(text);
   const bool negative = TakeSign(text);
   std::string digits;
-  int point = 0;
-  std::size_t at = 0;
-  // Thousands grouping stands only behind a first digit, and only in front of the point.
-  for (; at < text.size() && (IsDigit(text[at]) || (text[at] == ',' && at > 0)); ++at) {
-    if (text[at] != ',') digits += text[at];
-  }
-  point = static_cast<int>(digits.size());
-  if (at < text.size() && text[at] == '.') {
-    for (++at; at < text.size() && IsDigit(text[at]); ++at) digits += text[at];
-  }
+  if (!TakeWholeDigits(text, digits)) return std::nullopt;
+  const int point = static_cast<int>(digits.size());
+  TakeFractionDigits(text, digits);
   if (digits.empty()) return std::nullopt;
-  const std::optional<int> exponent = TakeExponent(text.substr(at));
+  const std::optional<int> exponent = TakeExponent(text);
   if (!exponent) return std::nullopt;
   return Decimal(negative, std::move(digits), point + *exponent);
 }
@@ -93,6 +136,24 @@ Decimal Decimal::FromInteger(std::int64_t value) {
   if (negative) digits.erase(0, 1);
   const int point = static_cast<int>(digits.size());
   return {negative, std::move(digits), point};
+}
+
+Decimal Decimal::Minus(const Decimal& other) const {
+  const int point = std::max(point_, other.point_);
+  const auto scale = [](const Decimal& number) {
+    return number.point_ - static_cast<int>(number.digits_.size());
+  };
+  const auto length = static_cast<std::size_t>(point - std::min(scale(*this), scale(other)));
+  const auto aligned = [&](const Decimal& number) {
+    std::string digits(static_cast<std::size_t>(point - number.point_), '0');
+    digits += number.digits_;
+    return digits.append(length - digits.size(), '0');
+  };
+  const std::string a = aligned(*this);
+  const std::string b = aligned(other);
+  if (negative_ != other.negative_) return {negative_, Sum(a, b), point + 1};
+  if (a >= b) return {negative_, Difference(a, b), point};
+  return {!negative_, Difference(b, a), point};
 }
 
 Decimal Decimal::Rounded(int places, Tie tie) const {

@@ -13,7 +13,8 @@ class Decimal {
  public:
   enum class Tie : std::uint8_t { kAwayFromZero, kToEven };
 
-  // A text such as "-1,234.5e2" with blanks around it; nothing when it holds no number.
+  // A text such as "-1,234.5e2" with blanks around it; nothing when it holds no number. Commas
+  // stand only between groups of three digits: "1,5" may mean 1.5 or 15 and is no number.
   static std::optional<Decimal> FromText(std::string_view text);
   // The fewest significant digits that read back as the same 32-bit float, which must be finite.
   static Decimal Shortest(float value);
@@ -22,6 +23,8 @@ class Decimal {
   bool Negative() const { return negative_; }
   bool IsZero() const { return digits_.empty(); }
   bool IsWhole() const { return point_ >= static_cast<int>(digits_.size()); }
+  // The exact difference.
+  Decimal Minus(const Decimal& other) const;
   // The number rounded to `places` decimals.
   Decimal Rounded(int places, Tie tie) const;
   // Digits before the point, without leading zeros; and those behind it, without trailing ones.

@@ -161,6 +161,12 @@ std::string PlainNumberText(float value) {
   return sign + (plain ? WithoutExponent(number) : WithExponent(number));
 }
 
+std::string ReadableNumberText(float value) {
+  constexpr float kSmallestPlain = 0.0001F;  // below it the plain text has an exponent
+  const bool small = std::isfinite(value) && std::fabs(value) < kSmallestPlain;
+  return small ? PatternText(value, "0.######") : PlainNumberText(value);
+}
+
 std::string PatternText(float value, std::string_view pattern) {
   if (!std::isfinite(value)) return PlainNumberText(value);
   return Formatted(Decimal::Shortest(value), pattern);

@@ -20,7 +20,8 @@ inline constexpr std::string_view kVatCaption = "VAT";
 inline constexpr std::string_view kMarginCaption = "Initial Margin";
 
 // Why the text of a box can't be used, as a sentence that names the box by its caption: no number,
-// a negative one, or one that the width doesn't hold. Nothing where it can.
+// commas that don't group thousands, a negative number, or one that the width doesn't hold. Nothing
+// if it can be used.
 std::optional<std::string> AccountTextProblem(std::string_view caption, std::string_view text,
                                               FigureWidth width);
 

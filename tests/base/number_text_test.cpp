@@ -6,6 +6,8 @@
 #include <limits>
 #include <random>
 
+#include "base/decimal.h"
+
 namespace velumar {
 namespace {
 
@@ -37,6 +39,41 @@ TEST(NumberText, PlainTextHasSevenSignificantDigits) {
       {9999999.5F, "1E+07"},
   };
   for (const auto& c : cases) EXPECT_EQ(PlainNumberText(c.value), c.text);
+}
+
+TEST(NumberText, ReadableTextHasNoSmallExponent) {
+  const struct {
+    float value;
+    const char* text;
+  } cases[] = {{1.490116E-09F, "0"},
+               {-5.551115E-17F, "0"},
+               {0.00005F, "0.00005"},
+               {-2.5e-6F, "-0.000003"},
+               {0.0001F, "0.0001"},
+               {100.5F, "100.5"},
+               {0.0F, "0"}};
+  for (const auto& c : cases) EXPECT_EQ(ReadableNumberText(c.value), c.text);
+}
+
+TEST(Decimal, DifferencesAreExact) {
+  const struct {
+    const char* a;
+    const char* b;
+    const char* difference;
+  } cases[] = {{"0.7", "0.7", "0"},
+               {"0.3", "0.1", "0.2e0"},
+               {"1", "1e-9", "0.999999999e0"},
+               {"1e9", "0.5", "0.9999999995e9"},
+               {"0.1", "0.35", "-0.25e0"},
+               {"-0.5", "99.5", "-0.1e3"},
+               {"5", "-5", "0.1e2"},
+               {"0", "12.5", "-0.125e2"},
+               {"12.5", "0", "0.125e2"}};
+  for (const auto& c : cases) {
+    const Decimal a = Decimal::FromText(c.a).value();
+    const Decimal b = Decimal::FromText(c.b).value();
+    EXPECT_EQ(a.Minus(b).Canonical(), c.difference) << c.a << " - " << c.b;
+  }
 }
 
 TEST(NumberText, PatternsFillTheirPlaces) {
@@ -86,7 +123,7 @@ TEST(NumberText, TextsThroughPatterns) {
   EXPECT_EQ(PatternText("1500", kWholePattern), "1,500");
   EXPECT_EQ(PatternText("2.5", kWholePattern), "3");
   EXPECT_EQ(PatternText(" 1,000 ", kWholePattern), "1,000");
-  for (const char* text : {"", "abc", "1,2,3x", "--1", ".", "1e", ","}) {
+  for (const char* text : {"", "abc", "1,2,3x", "--1", ".", "1e", ",", "1,5"}) {
     EXPECT_EQ(PatternText(text, kWholePattern), text);
   }
 }
@@ -105,8 +142,9 @@ TEST(NumberText, TextToSingle) {
                {"1e-60", 0.0F},
                {"3.4028235e38", std::numeric_limits<float>::max()}};
   for (const auto& c : cases) EXPECT_EQ(ToSingle(c.text), c.value) << c.text;
-  for (const char* text : {"", " ", "abc", "1 2", "nan", "inf", "1e39",
-                           "99999999999999999999999999999999999999999999", "0x10", ",5"}) {
+  for (const char* text :
+       {"", " ", "abc", "1 2", "nan", "inf", "1e39", "99999999999999999999999999999999999999999999",
+        "0x10", ",5", "1,5", "1,50,000", "1000,000", "1,000,", "1,,000"}) {
     EXPECT_EQ(ToSingle(text), std::nullopt) << text;
   }
   EXPECT_EQ(ToDouble("0.1"), 0.1);
