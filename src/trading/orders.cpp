@@ -18,6 +18,28 @@ std::string NotPlaced(const LedgerError& error) {
          std::string(error.what());
 }
 
+// What an offset leaves, in the decimals that the trader reads: 0.7 less 0.7 is 0, although the
+// float held is a little less than 0.7. A sum of entries may be off by a digit that the panel
+// doesn't show; a quantity that reads the same closes it whole. Negative if more is offset than
+// held.
+float LeftOf(float held, float quantity) {
+  constexpr float kAllWholeDigitsShow = 1e7F;
+  const bool reads_the_same = PlainNumberText(held) == PlainNumberText(quantity);
+  if (reads_the_same && held < kAllWholeDigitsShow) return 0;
+  const Decimal left = Decimal::Shortest(held).Minus(Decimal::Shortest(quantity));
+  return ToSingle(left.Canonical()).value_or(0);
+}
+
+std::string TooMuchText(float quantity, float held) {
+  return PatternText(quantity, kQuantityPattern) + " is more than the " +
+         PatternText(held, kQuantityPattern) + " held: position dropped, no P/L booked";
+}
+
+std::string NothingHeldText(const Side& side) {
+  return std::string("nothing to offset: no ") + (side.gains_on_rise ? "long" : "short") +
+         " position is held";
+}
+
 }  // namespace
 
 OrderResult OrderDesk::Finished(OrderResult result) { return last_result_ = result; }
@@ -37,7 +59,10 @@ OrderResult OrderDesk::Enter(const Side& side, std::string_view position) {
 OrderResult OrderDesk::Offset(const Side& side, std::string_view position) {
   if (!OnBar()) return Finished(OrderResult::kInvalid);
   session_.MarketPrice = session_.BarClose[static_cast<std::size_t>(session_.BarIndex)];
-  if (session_.*side.Accum == 0) return Finished(OrderResult::kNothingHeld);
+  if (session_.*side.Accum == 0) {
+    Warn(NothingHeldText(side));
+    return Finished(OrderResult::kNothingHeld);
+  }
   const OrderTexts texts =
       ReadOrderTexts(desktop_, desktop_.form3().txtContractVol.Text(), IsStockMarket(session_));
   if (!texts.problem.empty()) {
@@ -95,6 +120,7 @@ OrderResult OrderDesk::Fill(const Side& side, std::string_view position, const O
     WriteRow(side, position, false, texts);
   }
   status_.ShowStatus();
+  if (book.*side.Amount == 0) Warn("the quantity is 0: nothing was opened");
   book.*side.Amount = 0;
   return OrderResult::kDone;
 }
@@ -125,7 +151,7 @@ void OrderDesk::Average(const Side& side) {
 OrderResult OrderDesk::Close(const Side& side, std::string_view position, const OrderTexts& texts) {
   Book& book = session_;
   const Book before = book;
-  book.*side.Accum = Stored(double{book.*side.Accum} - texts.quantity);
+  book.*side.Accum = LeftOf(before.*side.Accum, texts.quantity_single);
   if (book.*side.Accum < 0) {
     WipeOut(side, position, before, texts);
     return OrderResult::kTooMuch;
@@ -141,6 +167,7 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position, const 
   ApplyOrderToBook(session_);
   WriteRow(side, position, true, texts);
   status_.ShowStatus();
+  if (texts.quantity_single == 0) Warn("the quantity is 0: nothing was closed");
   return OrderResult::kDone;
 }
 
@@ -153,6 +180,7 @@ void OrderDesk::WipeOut(const Side& side, std::string_view position, const Book&
   session_.*side.Accum = 0;
   session_.*side.AvgPrice = 0;
   status_.ShowStatus();
+  Warn(TooMuchText(texts.quantity_single, before.*side.Accum));
 }
 
 void OrderDesk::WriteRow(const Side& side, std::string_view position, bool offset,
@@ -165,10 +193,14 @@ LedgerDetail OrderDesk::Detail(const OrderTexts& texts) const {
           ToDouble(Decimal::Shortest(session_.MarketPrice).Canonical())};
 }
 
-OrderResult OrderDesk::Refuse(std::string_view why) {
+void OrderDesk::Warn(std::string_view text) {
   Label& info = desktop_.form3().lblinfo;
-  info.SetText(why);
+  info.SetText(text);
   info.SetForeColour(kRed);
+}
+
+OrderResult OrderDesk::Refuse(std::string_view why) {
+  Warn(why);
   return OrderResult::kRefused;
 }
 

@@ -60,6 +60,8 @@ class OrderDesk {
   OrderResult Whole(const std::function<OrderResult()>& work);
   void WriteRow(const Side& side, std::string_view position, bool offset, const OrderTexts& texts);
   LedgerDetail Detail(const OrderTexts& texts) const;
+  // Tells the trader in red, until the next display of the state.
+  void Warn(std::string_view text);
   OrderResult Refuse(std::string_view why);
 
   SimSession& session_;

@@ -21,8 +21,9 @@ std::string StockPositions(const SimSession& book) {
 }
 
 std::string FuturesPositions(const SimSession& book) {
-  return "( L=" + PlainNumberText(book.LAccum) + " Avg=" + TwoDecimals(book.LAvgPrice) +
-         " )  ( S=" + PlainNumberText(book.SAccum) + " Avg= " + TwoDecimals(book.SAvgPrice) + " ) ";
+  return "( L=" + ReadableNumberText(book.LAccum) + " Avg=" + TwoDecimals(book.LAvgPrice) +
+         " )  ( S=" + ReadableNumberText(book.SAccum) + " Avg= " + TwoDecimals(book.SAvgPrice) +
+         " ) ";
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <cstring>
 #include <limits>
 
+#include "base/number_text.h"
 #include "support/order_fixture.h"
 
 namespace velumar {
@@ -103,12 +104,50 @@ TEST_F(OrdersTest, WhatTheMoneyTestsRefuseChangesNothing) {
   EXPECT_EQ(desktop.form3().lblinfo.ForeColour(), kBlue);
 }
 
-TEST_F(OrdersTest, TheOtherExits) {
+// What a trader has bought he can close, whatever binary digits stand for his decimals.
+TEST_F(OrdersTest, OffsetsCountInTheDecimalsThatTheTraderReads) {
+  const struct {
+    std::vector<const char*> bought;
+    const char* closed;
+    float left;
+  } cases[] = {{{"0.7"}, "0.7", 0},
+               {{"0.9"}, "0.9", 0},
+               {{"0.35"}, "0.35", 0},
+               {{"1.4"}, "1.4", 0},
+               {{"0.3"}, "0.1", 0.2F},
+               {{"1,000.1"}, "0.1", 1000},
+               {{"0.123456781"}, "0.123456781", 0},
+               {{"16777217"}, "16777217", 0},
+               {{"0.3", "0.3", "0.3"}, "0.9", 0},  // the sum of floats is 0.90000004
+               {{"16,000,000"}, "15,999,999", 1},  // reads alike at seven digits
+               {{"0.0000001"}, "0.00000004", 0.00000006F}};
+  for (const auto& c : cases) {
+    for (const bool is_long : {true, false}) {
+      Account(0, 1000, "0", 3e9F);
+      session.LAccum = session.SAccum = session.UsedMargin = 0;
+      float& held = is_long ? session.LAccum : session.SAccum;
+      AddBar(100);
+      for (const char* quantity : c.bought) {
+        Order(is_long ? &OrderDesk::Long : &OrderDesk::Short, quantity);
+      }
+      AddBar(is_long ? 102 : 98);
+      const auto offset = is_long ? &OrderDesk::OffsetLong : &OrderDesk::OffsetShort;
+      EXPECT_EQ(Order(offset, c.closed), OrderResult::kDone) << c.closed;
+      EXPECT_EQ(held, c.left) << c.closed;
+      EXPECT_EQ(is_long ? session.LRealised : session.SRealised,
+                ToSingle(PatternText(2 * ToSingle(c.closed).value(), kTwoDecimalsPattern)));
+    }
+  }
+}
+
+TEST_F(OrdersTest, AnOffsetOfMoreThanIsHeldDropsThePositionAndSaysSo) {
   Account(20000, 1000, "500", 2000000);
-  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "abc"), OrderResult::kNothingHeld);
   Order(&OrderDesk::Long, "1");
   const float used = session.UsedMargin;
-  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "3"), OrderResult::kTooMuch);
+  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "5"), OrderResult::kTooMuch);
+  EXPECT_EQ(Info(), "5 is more than the 1 held: position dropped, no P/L booked");
+  EXPECT_EQ(desktop.form3().lblinfo.ForeColour(), kRed);
+  EXPECT_EQ(desktop.form3().Label6.Text(), "( L=0 Avg=0.0 )  ( S=0 Avg= 0.0 ) ");
   EXPECT_EQ(session.LAccum, 0);
   EXPECT_EQ(session.LAvgPrice, 0);
   EXPECT_EQ(session.UsedMargin, used);
@@ -121,15 +160,28 @@ TEST_F(OrdersTest, TheOtherExits) {
                   "and BarDate = ActDate and BarTime = ActTime and Wiped.MarketPrice = "
                   "MyPortfolio.MarketPrice and Wiped.Position = 'Offset Long'");
   ASSERT_EQ(wiped.rows.size(), 1U);
-  EXPECT_EQ(wiped.rows[0], (std::vector<LedgerValue>{1.0, 3.0}));
-  EXPECT_EQ(Order(&OrderDesk::Short, "0"), OrderResult::kDone) << "moves nothing";
-  EXPECT_EQ(Rows(), 1);
+  EXPECT_EQ(wiped.rows[0], (std::vector<LedgerValue>{1.0, 5.0}));
+}
+
+TEST_F(OrdersTest, OrdersWithoutEffectSayWhy) {
+  Account(20000, 1000, "500", 2000000);
+  const auto expect = [&](OrderResult (OrderDesk::*order)(), const char* quantity,
+                          OrderResult result, const char* info) {
+    EXPECT_EQ(Order(order, quantity), result);
+    EXPECT_EQ(Info(), info);
+    EXPECT_EQ(desktop.form3().lblinfo.ForeColour(), kRed);
+    EXPECT_EQ(Rows(), 0);
+  };
+  expect(&OrderDesk::OffsetLong, "abc", OrderResult::kNothingHeld,
+         "nothing to offset: no long position is held");
+  expect(&OrderDesk::OffsetShort, "1", OrderResult::kNothingHeld,
+         "nothing to offset: no short position is held");
+  expect(&OrderDesk::Long, "0", OrderResult::kDone, "the quantity is 0: nothing was opened");
+  expect(&OrderDesk::Short, "0.0", OrderResult::kDone, "the quantity is 0: nothing was opened");
   session.BarIndex = -1;
-  EXPECT_EQ(Order(&OrderDesk::Long, "1"), OrderResult::kInvalid);
-  EXPECT_EQ(Info(), "No current bar");
+  expect(&OrderDesk::Long, "1", OrderResult::kInvalid, "No current bar");
   session.BarDate.clear();
-  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "1"), OrderResult::kInvalid);
-  EXPECT_EQ(Info(), "No bars loaded");
+  expect(&OrderDesk::OffsetLong, "1", OrderResult::kInvalid, "No bars loaded");
 }
 
 bool SameBook(const Book& a, const Book& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
@@ -146,6 +198,8 @@ TEST_F(OrdersTest, BoxesThatCannotBeUsedAreNamed) {
   } cases[] = {
       {quantity, "abc", "Vol/Contract: \"abc\" is not a number"},
       {quantity, "", "Vol/Contract: \"\" is not a number"},
+      {quantity, "1,5",
+       "Vol/Contract: \"1,5\" is unclear: commas group thousands, a point starts the decimals"},
       {quantity, "-1", "Vol/Contract: \"-1\" is negative"},
       {quantity, "1e99", "Vol/Contract: \"1e99\" is out of range"},
       {quantity, "nan", "Vol/Contract: \"nan\" is not a number"},
