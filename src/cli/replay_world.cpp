@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 
 #include "base/dates.h"
 #include "base/paths.h"
@@ -38,9 +39,28 @@ Platform PlatformFor(const ReplayArguments& arguments, VirtualPlatform& outside)
   return platform;
 }
 
-void ApplyText(ReplayWorld& world, const std::string& assignment) {
+std::pair<std::string, std::string> Parts(const std::string& assignment) {
   const std::size_t equals = assignment.find('=');
-  world.FindControl(assignment.substr(0, equals)).SetStartText(assignment.substr(equals + 1));
+  return {assignment.substr(0, equals), assignment.substr(equals + 1)};
+}
+
+// At each load of its window, the first one included.
+void SetStartText(ReplayWorld& world, const std::string& assignment) {
+  const auto [name, text] = Parts(assignment);
+  world.FindControl(name).SetStartText(text);
+}
+
+// The start has filled boxes from the settings and from the market's word in the path, and grouped
+// the money. Directory, symbol and interval are arguments of their own.
+void SetTextAgain(ReplayWorld& world, const std::string& assignment) {
+  const auto [name, text] = Parts(assignment);
+  Control& control = world.FindControl(name);
+  const Form1& setup = world.Windows().form1;
+  const bool argument =
+      &control == &setup.Text3 || &control == &setup.Combo1 || &control == &setup.cbxPeriod;
+  const bool typable =
+      dynamic_cast<TextBox*>(&control) != nullptr || dynamic_cast<ComboBox*>(&control) != nullptr;
+  if (typable && !argument && control.Owner().Loaded()) control.SetText(text);
 }
 
 }  // namespace
@@ -70,8 +90,9 @@ ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
   if (!arguments.store.empty()) ClaimStore(arguments.store);
   outside.locale.pattern = UsedDatePattern(arguments.date_pattern);
   outside.settings.Save("LastPath", arguments.directory);
-  for (const std::string& assignment : arguments.texts) ApplyText(*this, assignment);
+  for (const std::string& assignment : arguments.texts) SetStartText(*this, assignment);
   program.Start();
+  for (const std::string& assignment : arguments.texts) SetTextAgain(*this, assignment);
   ChooseSeries(arguments);
   desktop.form1().DTPicker1.UserPick(arguments.start);
 }

@@ -43,10 +43,10 @@ struct Program::Parts {
         catalogue(session, desktop, platform, cache),
         run(session, desktop, platform, cache, ledger, chart),
         drop(session, desktop, platform, catalogue, cache),
-        setup(session, desktop, platform, catalogue, run, registry, ledger, drop, cache),
-        navigator(session, desktop, platform, run),
         orders(session, desktop, platform, ledger, status),
         panel(session, desktop, platform, status, orders),
+        setup(session, desktop, platform, catalogue, run, panel, registry, ledger, drop, cache),
+        navigator(session, desktop, platform, run),
         big(session, desktop, platform),
         score_board(session, desktop, platform),
         results(desktop, platform, ledger, score_board),
@@ -63,10 +63,10 @@ struct Program::Parts {
   SymbolCatalogue catalogue;
   RunControl run;
   CsvDrop drop;
-  SetupWindow setup;
-  NavigatorWindow navigator;
   OrderDesk orders;
   TradePanel panel;
+  SetupWindow setup;
+  NavigatorWindow navigator;
   BigDisplays big;
   ScoreBoard score_board;
   ResultWindow results;

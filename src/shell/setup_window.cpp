@@ -32,13 +32,15 @@ constexpr int kDaysBack = 365;
 }  // namespace
 
 SetupWindow::SetupWindow(SimSession& session, Desktop& desktop, Platform& platform,
-                         SymbolCatalogue& catalogue, RunControl& run, RegInfo& registry,
-                         LedgerConnection& ledger, CsvDrop& drop, IndexCache& cache)
+                         SymbolCatalogue& catalogue, RunControl& run, TradePanel& panel,
+                         RegInfo& registry, LedgerConnection& ledger, CsvDrop& drop,
+                         IndexCache& cache)
     : session_(session),
       desktop_(desktop),
       platform_(platform),
       catalogue_(catalogue),
       run_(run),
+      panel_(panel),
       registry_(registry),
       ledger_(ledger),
       drop_(drop),
@@ -243,7 +245,7 @@ bool SetupWindow::SlideToRun() {
     SlideIn(navigator, session_.NavTop, session_.NavLeft, platform_.events, platform_.screen);
   });
   if (!navigator.Visible()) return false;
-  desktop_.form3().Show();
+  panel_.ShowForRun();
   return true;
 }
 

@@ -14,6 +14,7 @@
 #include "session/symbol_catalogue.h"
 #include "shell/csv_drop.h"
 #include "shell/market_presets.h"
+#include "shell/trade_panel.h"
 
 namespace velumar {
 
@@ -22,8 +23,8 @@ namespace velumar {
 class SetupWindow {
  public:
   SetupWindow(SimSession& session, Desktop& desktop, Platform& platform, SymbolCatalogue& catalogue,
-              RunControl& run, RegInfo& registry, LedgerConnection& ledger, CsvDrop& drop,
-              IndexCache& cache);
+              RunControl& run, TradePanel& panel, RegInfo& registry, LedgerConnection& ledger,
+              CsvDrop& drop, IndexCache& cache);
 
  private:
   void BindEvents();
@@ -57,6 +58,7 @@ class SetupWindow {
   Platform& platform_;
   SymbolCatalogue& catalogue_;
   RunControl& run_;
+  TradePanel& panel_;
   RegInfo& registry_;
   LedgerConnection& ledger_;
   CsvDrop& drop_;

@@ -55,6 +55,16 @@ void TradePanel::Load() {
   status_.ShowStatus();
 }
 
+void TradePanel::ShowForRun() {
+  const bool was_loaded = desktop_.Untouched().form3.Loaded();
+  Form3& form = Window();  // a load starts the account itself
+  if (was_loaded) {
+    StartAccount();
+    status_.ShowStatus();
+  }
+  form.Show();
+}
+
 void TradePanel::StartAccount() {
   Form1& setup = desktop_.form1();
   const bool stock = IsStockMarket(session_);

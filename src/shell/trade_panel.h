@@ -14,6 +14,10 @@ class TradePanel {
   TradePanel(SimSession& session, Desktop& desktop, Platform& platform, StatusDisplay& status,
              OrderDesk& orders);
 
+  // Shows the panel for a run from the setup window. The account starts from the setup boxes as
+  // they stand now, also when the panel was loaded earlier.
+  void ShowForRun();
+
  private:
   void BindEvents();
   void Load();

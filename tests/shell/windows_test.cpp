@@ -416,7 +416,6 @@ TEST_F(WindowsTest, ThePanelsLoadStartsTheAccountFromTheBoxes) {
   all->Setup().txtInitPorfolio.UserType("500,000.5");
   all->session.LAccum = 3;
   all->session.BalancePoint = 9;
-  EXPECT_EQ(all->session.Balance, 2000000);
   all->desktop.Unload(all->Panel());
   all->desktop.form3();
   EXPECT_EQ(all->session.Balance, 500000.5F);
@@ -424,6 +423,29 @@ TEST_F(WindowsTest, ThePanelsLoadStartsTheAccountFromTheBoxes) {
   EXPECT_EQ(all->session.LAccum, 0);
   EXPECT_EQ(all->session.BalancePoint, 9) << "the last offsets' points go on";
   EXPECT_EQ(all->windows.frmBigScore.lblScore.Text(), "500,001");
+}
+
+// The panel is loaded before the directory and the texts of the first run are known.
+TEST_F(WindowsTest, TheFirstRunTakesWhatIsTypedBeforeItAndSpeaksItsMarketsWords) {
+  const std::string stock = scratch.Sub("SET");
+  std::filesystem::rename(data, stock);
+  all = std::make_unique<WholeProgram>(stock);
+  all->program.Start();
+  all->Setup().txtInitPorfolio.UserType("500,000");
+  all->Setup().txtContractValue.UserType("80");
+  all->Setup().txtProfitperContract.UserType("2");
+  int passes = 0;
+  all->outside.events.SetOnPending([&] {
+    if (passes++ > 0) return;
+    EXPECT_EQ(all->Panel().txtContractVol.Text(), "1,000") << "the market's own lot stays";
+    EXPECT_EQ(all->Panel().Label6.Text(), "(Buy:= 0 Shares   Avg. Buy:=0.0 ) ");
+    EXPECT_EQ(all->Panel().lblinfo.Text(), "Vol. Buy [0]   Porfolio [500,000]");
+    EXPECT_EQ(all->session.Balance, 500000);
+    EXPECT_EQ(all->session.InitMargin, 80);
+    EXPECT_EQ(all->session.ProfitPerContract, 2);
+  });
+  StartAt(198);
+  EXPECT_GT(passes, 0);
 }
 
 TEST_F(WindowsTest, TheBigWindowsStandWhereTheScreenSays) {
