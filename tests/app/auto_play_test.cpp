@@ -9,11 +9,11 @@
 #include "app/qt_event_loop.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
-#include "marketdata/sample_directory.h"
 #include "platform/chart_program_keys.h"
 #include "platform/virtual_platform.h"
 #include "shell/program.h"
 #include "shown_desktop.h"
+#include "support/scratch.h"
 
 namespace velumar {
 namespace {
@@ -36,7 +36,7 @@ class AutoPlayTest : public ShownDesktop {
   AutoPlayTest() {
     world.settings.texts["LastPath"] = folder.filePath(QStringLiteral("data")).toStdString();
     EnsureChartProgramKeys(world.registry, "/opt/velumar/charthost");
-    WriteSampleDirectory(world.settings.texts["LastPath"], cache);
+    StoreSecurity(world.settings.texts["LastPath"], {"ABC", "Abc", -1}, DailyBars(200), cache);
   }
 
   QTemporaryDir folder;
@@ -75,7 +75,7 @@ TEST_F(AutoPlayTest, PlaysSavesPicturesAndClosesTheProgram) {
   AutoPlay play({folder.filePath(QStringLiteral("out")), 3}, desktop, view, session, program,
                 [&failures](const std::string& why) { failures.push_back(why); });
   program.Start();
-  desktop.form1().DTPicker1.SetValue(20060601);
+  desktop.form1().DTPicker1.SetValue(MadeDate(100));
   play.Begin();
   EXPECT_TRUE(QTest::qWaitFor([this] { return world.programs.ended; }, 20'000));
 
