@@ -79,6 +79,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   QtColourDialog colours;
   QtClipboard clipboard;
   QtPrinters printers(ledger);
+  ReleasingPrograms programs(*ends.programs, instance);
   Platform platform{.events = events,
                     .chart_windows = *ends.chart_windows,
                     .keys = *ends.keys,
@@ -93,7 +94,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
                     .screen = screen,
                     .locale = *ends.locale,
                     .clock = *ends.clock,
-                    .programs = *ends.programs,
+                    .programs = programs,
                     .web = *web,
                     .program_folder = program_folder,
                     .default_data_dir = ends.default_data_dir,

@@ -1,11 +1,9 @@
 #include "app/single_instance.h"
 
-#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
-#include <QFile>
-#include <QSysInfo>
+#include <QFileInfo>
 #include <QThread>
 #include <utility>
 
@@ -17,21 +15,14 @@ namespace {
 
 // A name for the folder that any desktop's mailboxes take.
 std::string MailboxOf(const QString& folder) {
-  const QByteArray path = QDir(folder).canonicalPath().toUtf8();
+  const QFileInfo info(folder);
+  const QString path = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
   return "_VELUMAR_" +
-         QCryptographicHash::hash(path, QCryptographicHash::Sha1).toHex().toStdString();
+         QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha1).toHex().toStdString();
 }
 
-QString LockOf(const QString& folder) { return QDir(folder).filePath(QStringLiteral("running")); }
-
-// After a crash or a power cut the process number in the lock may be given to us: nobody else has
-// it.
-bool NamesThisProcess(const QLockFile& lock) {
-  qint64 process = 0;
-  QString host;
-  QString program;
-  return lock.getLockInfo(&process, &host, &program) && host == QSysInfo::machineHostName() &&
-         process == QCoreApplication::applicationPid();
+std::filesystem::path LockOf(const QString& folder) {
+  return QFileInfo(QDir(folder).filePath(QStringLiteral("running"))).filesystemFilePath();
 }
 
 QString Made(const QString& folder) {
@@ -43,10 +34,9 @@ QString Made(const QString& folder) {
 
 SingleInstance::SingleInstance(const QString& settings_folder)
     : mailbox_(MailboxOf(Made(settings_folder))), lock_(LockOf(settings_folder)) {
-  lock_.setStaleLockTime(0);  // a process that lives keeps it, however long
-  // A folder that can't be written can't be written over by two either.
-  if (NamesThisProcess(lock_)) QFile::remove(LockOf(settings_folder));
-  first_ = lock_.tryLock(0) || lock_.error() != QLockFile::LockFailedError;
+  // In a folder that can't be locked, a Velumar that runs is known by its mailbox.
+  const bool unlocked = lock_.Held() == ProcessLock::State::kImpossible;
+  first_ = lock_.Held() == ProcessLock::State::kHeld || (unlocked && !PostMail(mailbox_, {}));
 }
 
 // One that is only just starting opens its mailbox in a moment.
@@ -63,6 +53,11 @@ bool SingleInstance::CallOther() const {
 
 void SingleInstance::Listen(std::function<void()> come) {
   notice_ = OpenMailbox(mailbox_, [come = std::move(come)](const Mail&) { come(); });
+}
+
+void ReleasingPrograms::EndProcess() {
+  instance_.Release();
+  programs_.EndProcess();
 }
 
 }  // namespace velumar

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/paths.h"
+#include "base/whole_file.h"
 
 namespace velumar {
 
@@ -52,7 +53,7 @@ void SectionFile::Change(const std::function<void(Sections&)>& change) {
   Sections changed = sections_;
   change(changed);
   if (changed == sections_) return;
-  ReplaceWholeFile(file_, FormatSections(changed));
+  ReplaceWholeFile(file_, FormatSections(changed), FileAccess::kUserAlone);
   sections_ = std::move(changed);
   stamp_ = StateOf(file_);
 }
@@ -71,11 +72,11 @@ void SectionFile::Load(const FileState& stamp) {
   sections_.clear();
   if (stamp.size == FileState::kNoFile) return;
   try {
-    sections_ = ParseSections(ReadWholeFile(file_));
-  } catch (const std::system_error& error) {
+    sections_ = ParseSections(ReadWholeFile(file_, kLargest));
+  } catch (const FileError& error) {
     // Another process may have put it aside just now.
     if (error.code() == std::errc::no_such_file_or_directory) return;
-    blocked_ = !KeepAside(error.code().message());
+    blocked_ = !KeepAside(error.Reason());
   } catch (const std::invalid_argument& error) {
     blocked_ = !KeepAside(error.what());
   }

@@ -5,18 +5,20 @@
 #include <string>
 #include <vector>
 
+#include "platform/file_lock.h"
 #include "platform/section_text.h"
-#include "platform/whole_file.h"
 
 namespace velumar {
 
 // A file of sections that several processes may use at once: each look reads it again when another
 // has changed it, and a change takes in what others wrote. It's written to a new file that then
 // replaces the old, so neither a crash nor a full disk harms what stood there. A file that can't be
-// read or isn't of the form of section_text.h is renamed to "NAME.damaged-1" (-2, ...) and
-// reported, never written over.
+// read, is no regular file, is larger than kLargest or isn't of the form of section_text.h is
+// renamed to "NAME.damaged-1" (-2, ...) and reported, never written over.
 class SectionFile {
  public:
+  static constexpr std::size_t kLargest = 4 << 20;  // bytes
+
   // Reads the file at once. It and its folder needn't exist.
   explicit SectionFile(std::filesystem::path file);
 

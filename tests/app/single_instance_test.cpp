@@ -2,29 +2,49 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QTemporaryDir>
+#include <filesystem>
+#include <fstream>
 
 namespace velumar {
 namespace {
 
-// A lock as a crash leaves it: still there, naming the process that had it.
-void LeaveLock(const QString& file) {
-  const QString aside = file + QStringLiteral(".aside");
+namespace fs = std::filesystem;
+
+TEST(SingleInstance, OneHasTheFolderUntilItEnds) {
+  const QTemporaryDir folder;
+  const fs::path running = fs::path(folder.path().toStdString()) / "running";
   {
-    QLockFile lock(file);
-    lock.setStaleLockTime(0);
-    ASSERT_TRUE(lock.tryLock(0));
-    ASSERT_TRUE(QFile::copy(file, aside));
+    SingleInstance first(folder.path());
+    EXPECT_TRUE(first.First());
+    EXPECT_FALSE(SingleInstance(folder.path()).First());
+    EXPECT_TRUE(fs::exists(running)) << "the second start leaves the lock of the first";
+    first.Release();
+    EXPECT_FALSE(fs::exists(running));
+    EXPECT_TRUE(SingleInstance(folder.path()).First());
   }
-  ASSERT_TRUE(QFile::rename(aside, file));
+  EXPECT_FALSE(fs::exists(running));
 }
 
-TEST(SingleInstance, StartsOverALockThatNamesItsOwnProcessNumber) {
+// What a folder may hold that was copied, belongs to someone else or lies on a read-only disk.
+TEST(SingleInstance, StartsInAnyFolderThatNoneRunsIn) {
   const QTemporaryDir folder;
-  LeaveLock(folder.filePath(QStringLiteral("running")));
-  EXPECT_TRUE(SingleInstance(folder.path()).First());
+  const fs::path base = folder.path().toStdString();
+  const auto starts = [&](const fs::path& settings) {
+    return SingleInstance(QString::fromStdString(settings.string())).First();
+  };
+  fs::create_directories(base / "copied");
+  std::ofstream(base / "copied/running") << "4711\nvelumar\nanother-machine\n";
+  EXPECT_TRUE(starts(base / "copied"));
+  std::ofstream(base / "copied/running") << "1\nvelumar\n";
+  fs::permissions(base / "copied/running", fs::perms::owner_read);
+  EXPECT_TRUE(starts(base / "copied"));
+  fs::create_directories(base / "folder/running");
+  EXPECT_TRUE(starts(base / "folder"));
+  EXPECT_TRUE(fs::exists(base / "folder/running"));
+  EXPECT_TRUE(starts("/proc/velumar/settings")) << "a folder that can't be made";
+  EXPECT_TRUE(starts("/proc/self")) << "a folder that can't be written";
 }
 
 }  // namespace

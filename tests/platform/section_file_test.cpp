@@ -7,12 +7,13 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <functional>
 #include <random>
 #include <system_error>
 
+#include "platform/file_lock.h"
 #include "platform/settings_file.h"
 #include "platform/temp_folder.h"
-#include "platform/whole_file.h"
 
 namespace velumar {
 namespace {
@@ -122,14 +123,32 @@ TEST(SettingsFile, DamagedFilesAreKeptAsideAndTold) {
   }
 }
 
-TEST(SettingsFile, AFolderInItsPlaceIsMovedAsideToo) {
+// What is no file of a size that settings have is moved aside, and read neither forever nor whole.
+TEST(SettingsFile, MovesAsideWhatIsNoFileOfItsKind) {
   const TempFolder folder;
-  std::filesystem::create_directories(folder / "settings/inside");
-  FileSettings settings(folder / "settings");
-  EXPECT_EQ(settings.TakeProblems().size(), 1u);
-  EXPECT_TRUE(std::filesystem::exists(folder / "settings.damaged-1/inside"));
-  settings.Save("Top", "2");
-  EXPECT_EQ(settings.Read("Top"), "2");
+  const auto file = folder / "settings";
+  const std::vector<std::pair<std::function<void()>, std::string>> cases{
+      {[&] { std::filesystem::create_directories(file / "inside"); }, "a folder"},
+      {[&] { ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0); }, "a pipe or a device"},
+      {[&] { std::filesystem::create_symlink("/dev/zero", file); }, "a pipe or a device"},
+      {[&] {
+         WriteFile(file, "");
+         std::filesystem::resize_file(file, 5'000'000'000);
+       },
+       "5000000000 bytes"},
+  };
+  int number = 0;
+  for (const auto& [make, why] : cases) {
+    make();
+    FileSettings settings(file);
+    EXPECT_THAT(settings.TakeProblems(),
+                ElementsAre(AllOf(HasSubstr(file.string()), HasSubstr(why))));
+    EXPECT_TRUE(std::filesystem::exists(std::filesystem::symlink_status(
+        folder / ("settings.damaged-" + std::to_string(++number)))));
+    settings.Save("Top", "2");
+    EXPECT_EQ(settings.Read("Top"), "2");
+    std::filesystem::remove(file);
+  }
 }
 
 // Files of this process end after `bytes` for as long as the object lives, as on a full disk.
@@ -166,7 +185,9 @@ TEST(SettingsFile, AFullDiskChangesNothing) {
   }
   EXPECT_EQ(settings.Read("Top"), "1");
   EXPECT_EQ(FileSettings(file).Read("Top"), "1");
-  EXPECT_FALSE(std::filesystem::exists(folder / "settings.new"));
+  for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
+    EXPECT_THAT(entry.path().filename(), ::testing::AnyOf("settings", "settings.lock"));
+  }
   settings.Save("Top", "3");
   EXPECT_EQ(FileSettings(file).Read("Top"), "3");
 }

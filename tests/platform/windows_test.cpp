@@ -10,12 +10,13 @@
 #include <thread>
 
 #include "base/paths.h"
+#include "base/whole_file.h"
 #include "base/windows_text.h"
+#include "platform/file_lock.h"
 #include "platform/programs.h"
 #include "platform/settings_file.h"
 #include "platform/system_clock.h"
 #include "platform/temp_folder.h"
-#include "platform/whole_file.h"
 #include "platform/windows/chart_windows.h"
 #include "platform/windows/key_sender.h"
 #include "platform/windows/mailbox.h"
@@ -133,30 +134,45 @@ TEST(RegistrySettings, KeepTextsForTheNextProcess) {
 
 TEST(WholeFile, IsReplacedWholeAndAloneUnderItsLock) {
   const TempFolder folder;
-  const auto file = folder / "new/deeper/settings";
-  ReplaceWholeFile(file, "one");
+  const auto file = folder / "settings";
+  constexpr std::size_t kLimit = 7;
+  ReplaceWholeFile(file, "one", FileAccess::kUserAlone);
   const FileState before = StateOf(file);
-  ReplaceWholeFile(file, "three\r\n");
-  EXPECT_EQ(ReadWholeFile(file), "three\r\n");
+  ReplaceWholeFile(file, "three\r\n", FileAccess::kUserAlone);
+  EXPECT_EQ(ReadWholeFile(file, kLimit), "three\r\n");
+  EXPECT_THROW(ReadWholeFile(file, kLimit - 1), FileError);
+  EXPECT_THROW(ReadWholeFile("NUL", kLimit), FileError);
   EXPECT_NE(StateOf(file), before);
   EXPECT_EQ(StateOf(folder / "none").size, FileState::kNoFile);
   try {
-    ReadWholeFile(folder / "none");
+    ReadWholeFile(folder / "none", kLimit);
     ADD_FAILURE();
   } catch (const std::system_error& error) {
     EXPECT_EQ(error.code(), std::errc::no_such_file_or_directory);
     EXPECT_THAT(error.what(), HasSubstr("none can't be read"));
   }
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
-  EXPECT_THROW(ReplaceWholeFile(file, "no"), std::system_error);
+  EXPECT_THROW(ReplaceWholeFile(file, "no", FileAccess::kUsual), FileError);
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
-  EXPECT_EQ(ReadWholeFile(file), "three\r\n");
+  EXPECT_EQ(ReadWholeFile(file, kLimit), "three\r\n");
 
   auto held = std::make_unique<FileLock>(folder / "a.lock");
   auto second = std::async(std::launch::async, [&] { const FileLock lock(folder / "a.lock"); });
   EXPECT_EQ(second.wait_for(100ms), std::future_status::timeout);
   held.reset();
   EXPECT_EQ(second.wait_for(4000ms), std::future_status::ready);
+}
+
+TEST(ProcessLock, IsHeldByOneAndRemovedAtItsEnd) {
+  using State = ProcessLock::State;
+  const TempFolder folder;
+  WriteFile(folder / "running", "left by another machine");
+  ProcessLock first(folder / "running");
+  EXPECT_EQ(first.Held(), State::kHeld);
+  EXPECT_EQ(ProcessLock(folder / "running").Held(), State::kHeldByAnother);
+  first.Release();
+  EXPECT_FALSE(std::filesystem::exists(folder / "running"));
+  EXPECT_EQ(ProcessLock(folder.Path()).Held(), State::kImpossible);
 }
 
 TEST(FileSettings, KeepAsideWhatIsDamagedInAnyFolder) {

@@ -3,21 +3,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <string>
-#include <string_view>
 
 namespace velumar {
 
-// All of these throw std::system_error naming the file, with an error number of errno.h.
-
-std::string ReadWholeFile(const std::filesystem::path& file);
-
-// Writes a new file, for this user alone, and renames it over `file` once it is on the disk.
-// Missing folders are made.
-void ReplaceWholeFile(const std::filesystem::path& file, std::string_view bytes);
-
 // Held by one process at a time while the object lives; the system frees it when the process dies.
 // Waits up to five seconds for another process. File systems that can't lock are used without.
+// Throws std::system_error naming the file; missing folders are made.
 class FileLock {
  public:
   explicit FileLock(const std::filesystem::path& file);
@@ -26,6 +17,30 @@ class FileLock {
  private:
   struct Held;
   std::unique_ptr<Held> held_;
+};
+
+// Held by one process for as long as it runs. A file that was left over by a crash or a copy of the
+// folder locks nothing.
+class ProcessLock {
+ public:
+  enum class State : std::uint8_t {
+    kHeld,
+    kHeldByAnother,
+    kImpossible,  // the folder is read-only, something else has that name, ...
+  };
+
+  explicit ProcessLock(const std::filesystem::path& file);
+  ~ProcessLock();
+
+  State Held() const { return state_; }
+  // Removes the file and frees the lock.
+  void Release();
+
+ private:
+  struct Handle;
+  std::filesystem::path file_;
+  std::unique_ptr<Handle> handle_;
+  State state_ = State::kImpossible;
 };
 
 // Tells one state of a file on disk from another.

@@ -1,8 +1,10 @@
-#include "platform/whole_file.h"
+#include "platform/file_lock.h"
 
 #include <chrono>
+#include <string>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include "base/paths.h"
 #include "base/windows_text.h"
@@ -37,71 +39,23 @@ void MakeFolders(const fs::path& folder) {
   }
 }
 
-void WriteToDisk(const fs::path& file, std::string_view bytes) {
-  const NativeHandle handle = OpenOrFail(file, GENERIC_WRITE, CREATE_ALWAYS, "can't be written");
-  DWORD written = 0;
-  const bool whole = ::WriteFile(handle.get(), bytes.data(), static_cast<DWORD>(bytes.size()),
-                                 &written, nullptr) != 0 &&
-                     written == bytes.size();
-  if (!whole || ::FlushFileBuffers(handle.get()) == 0) {
-    Fail(::GetLastError(), file, "can't be written");
-  }
-}
-
-// Another process may be reading the old file just now: it is done in a moment.
-bool MoveOver(const fs::path& from, const fs::path& to) {
-  constexpr int kTries = 50;
-  for (int tries = 1; tries < kTries; ++tries) {
-    if (::MoveFileExW(from.c_str(), to.c_str(),
-                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) {
-      return true;
-    }
-    const DWORD code = ::GetLastError();
-    if (code != ERROR_ACCESS_DENIED && code != ERROR_SHARING_VIOLATION) return false;
-    ::Sleep(2);
-  }
-  return false;
-}
-
 std::int64_t Wide(DWORD high, DWORD low) {
   return static_cast<std::int64_t>((std::uint64_t{high} << 32) | low);
 }
 
+// One that may only be read can be locked as well.
+NativeHandle OpenLock(const fs::path& file) {
+  const auto open = [&file](DWORD access, DWORD disposition) {
+    return OwnedHandle(::CreateFileW(file.c_str(), access, kShareAll, nullptr, disposition,
+                                     FILE_ATTRIBUTE_NORMAL, nullptr));
+  };
+  NativeHandle opened = open(GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
+  if (!opened) opened = open(GENERIC_READ, OPEN_EXISTING);
+  return opened && ::GetFileType(opened.get()) == FILE_TYPE_DISK ? std::move(opened)
+                                                                 : NativeHandle();
+}
+
 }  // namespace
-
-std::string ReadWholeFile(const fs::path& file) {
-  const NativeHandle handle = OpenOrFail(file, GENERIC_READ, OPEN_EXISTING, "can't be read");
-  std::string bytes;
-  std::string block(16384, '\0');
-  DWORD read = 0;
-  do {
-    if (::ReadFile(handle.get(), block.data(), static_cast<DWORD>(block.size()), &read, nullptr) ==
-        0) {
-      Fail(::GetLastError(), file, "can't be read");
-    }
-    bytes.append(block.data(), read);
-  } while (read > 0);
-  return bytes;
-}
-
-void ReplaceWholeFile(const fs::path& file, std::string_view bytes) {
-  const fs::path target = fs::weakly_canonical(file);
-  MakeFolders(target.parent_path());
-  // A file that the user has forbidden to write isn't replaced either.
-  const DWORD attributes = ::GetFileAttributesW(target.c_str());
-  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-    Fail(ERROR_ACCESS_DENIED, file, "can't be written");
-  }
-  fs::path fresh = target;
-  fresh += ".new";
-  try {
-    WriteToDisk(fresh, bytes);
-    if (!MoveOver(fresh, target)) Fail(::GetLastError(), file, "can't be replaced");
-  } catch (const std::system_error&) {
-    ::DeleteFileW(fresh.c_str());
-    throw;
-  }
-}
 
 struct FileLock::Held {
   NativeHandle handle;
@@ -126,6 +80,34 @@ FileLock::FileLock(const fs::path& file) : held_(std::make_unique<Held>()) {
 }
 
 FileLock::~FileLock() = default;
+
+struct ProcessLock::Handle {
+  NativeHandle handle;
+};
+
+ProcessLock::ProcessLock(const fs::path& file) : file_(file), handle_(std::make_unique<Handle>()) {
+  NativeHandle opened = OpenLock(file);
+  if (!opened) return;
+  OVERLAPPED start{};
+  if (::LockFileEx(opened.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
+                   &start) == 0) {
+    const DWORD code = ::GetLastError();
+    const bool taken = code == ERROR_LOCK_VIOLATION || code == ERROR_IO_PENDING;
+    if (taken) state_ = State::kHeldByAnother;
+    return;
+  }
+  handle_->handle = std::move(opened);
+  state_ = State::kHeld;
+}
+
+ProcessLock::~ProcessLock() { Release(); }
+
+// The file goes when its last handle is closed.
+void ProcessLock::Release() {
+  if (state_ == State::kHeld) ::DeleteFileW(file_.c_str());
+  handle_->handle.reset();
+  state_ = State::kImpossible;
+}
 
 FileState StateOf(const fs::path& file) {
   const NativeHandle handle =

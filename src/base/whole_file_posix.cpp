@@ -1,0 +1,114 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+
+#include "base/whole_file.h"
+
+namespace velumar {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr mode_t kUserMode = 0600;
+constexpr mode_t kUsualMode = 0666;  // less the user's mask
+constexpr mode_t kPermissions = 07777;
+
+// Closed with the object. Opening a regular file never waits.
+class OpenFile {
+ public:
+  OpenFile(const fs::path& file, int flags, mode_t mode = 0)
+      : handle_(::open(file.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode)) {}
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  ~OpenFile() {
+    if (handle_ >= 0) ::close(handle_);
+  }
+  int Get() const { return handle_; }
+
+ private:
+  int handle_;
+};
+
+void RequireRegular(const struct stat& status, const fs::path& file, std::string_view failure) {
+  if (S_ISDIR(status.st_mode)) RefuseFolder(file, failure);
+  if (!S_ISREG(status.st_mode)) RefuseDevice(file, failure);
+}
+
+void WriteAll(const OpenFile& out, std::string_view bytes, const fs::path& file) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(out.Get(), bytes.data(), bytes.size());
+    if (written < 0 && errno != EINTR) throw FileError(file, kCantWrite, errno);
+    if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+// A rename is on the disk once its folder is. Some file systems can't do that, which is harmless.
+void FlushFolder(const fs::path& folder) {
+  const OpenFile opened(folder, O_RDONLY | O_DIRECTORY);
+  if (opened.Get() >= 0) ::fsync(opened.Get());
+}
+
+// The status of what stands there, with a size of -1 where there is nothing.
+struct stat StatusBefore(const fs::path& target, const fs::path& file) {
+  struct stat status {};
+  if (::stat(target.c_str(), &status) != 0) {
+    status.st_size = -1;
+    return status;
+  }
+  RequireRegular(status, file, kCantWrite);
+  // A rename would succeed even where the user has forbidden writing.
+  if (::access(target.c_str(), W_OK) != 0) throw FileError(file, kCantWrite, errno);
+  return status;
+}
+
+}  // namespace
+
+std::string ReadWholeFile(const fs::path& file, std::size_t limit) {
+  struct stat status {};
+  // Looked at before it is opened: that alone wakes some devices.
+  if (::stat(file.c_str(), &status) != 0) throw FileError(file, kCantRead, errno);
+  RequireRegular(status, file, kCantRead);
+  if (static_cast<std::uintmax_t>(status.st_size) > limit) {
+    RefuseLargeFile(file, static_cast<std::uintmax_t>(status.st_size), limit);
+  }
+  const OpenFile in(file, O_RDONLY);
+  if (in.Get() < 0) throw FileError(file, kCantRead, errno);
+  std::string bytes;
+  bytes.reserve(static_cast<std::size_t>(status.st_size));
+  std::array<char, 65536> block;
+  while (true) {
+    const ssize_t read = ::read(in.Get(), block.data(), block.size());
+    if (read < 0 && errno == EINTR) continue;
+    if (read < 0) throw FileError(file, kCantRead, errno);
+    if (read == 0) return bytes;
+    bytes.append(block.data(), static_cast<std::size_t>(read));
+    if (bytes.size() > limit) RefuseLargeFile(file, bytes.size(), limit);
+  }
+}
+
+void ReplaceWholeFile(const fs::path& file, std::string_view bytes, FileAccess access) {
+  std::error_code unresolved;
+  fs::path target = fs::weakly_canonical(file, unresolved);
+  if (unresolved) throw FileError(file, kCantWrite, unresolved.value());
+  const struct stat before = StatusBefore(target, file);
+  const fs::path fresh = NewNameBeside(target);
+  const bool usual = access == FileAccess::kUsual;
+  const OpenFile out(fresh, O_WRONLY | O_CREAT | O_EXCL, usual ? kUsualMode : kUserMode);
+  if (out.Get() < 0) throw FileError(file, kCantWrite, errno);
+  try {
+    if (usual && before.st_size >= 0) ::fchmod(out.Get(), before.st_mode & kPermissions);
+    WriteAll(out, bytes, file);
+    if (::fsync(out.Get()) != 0) throw FileError(file, kCantWrite, errno);
+    if (::rename(fresh.c_str(), target.c_str()) != 0) throw FileError(file, kCantWrite, errno);
+  } catch (const FileError&) {
+    ::unlink(fresh.c_str());
+    throw;
+  }
+  FlushFolder(target.parent_path());
+}
+
+}  // namespace velumar
