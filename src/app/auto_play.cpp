@@ -2,7 +2,10 @@
 
 #include <QDir>
 #include <chrono>
+#include <stdexcept>
 #include <utility>
+
+#include "resultchart/saved_file.h"
 
 namespace velumar {
 
@@ -71,7 +74,13 @@ void AutoPlay::SavePicture(const Form& form) {
   if (window == nullptr) return;
   const QString file =
       QDir(plan_.folder).filePath(QString::fromStdString(form.Name()) + QStringLiteral(".png"));
-  if (!window->grab().save(file)) fail_("the picture " + file.toStdString() + " can't be written");
+  try {
+    SaveWhole(file, [window](QIODevice& device) {
+      if (!window->grab().save(&device, "PNG")) throw std::runtime_error("it can't be drawn");
+    });
+  } catch (const std::runtime_error& error) {
+    fail_(error.what());
+  }
 }
 
 }  // namespace velumar

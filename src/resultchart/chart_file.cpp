@@ -1,6 +1,5 @@
 #include "resultchart/chart_file.h"
 
-#include <QFileInfo>
 #include <QPageLayout>
 #include <QPdfWriter>
 #include <stdexcept>
@@ -16,6 +15,7 @@ namespace {
 void WritePicture(ResultPlot& plot, const QSize& size, QIODevice& device, const char* form) {
   const double scale = plot.devicePixelRatioF();
   QImage picture(size * scale, QImage::Format_RGB32);
+  if (picture.isNull()) throw std::runtime_error("there is no memory for the picture");
   picture.fill(plot.Scene().colours.ground);
   {
     QCPPainter painter;
@@ -56,11 +56,7 @@ QStringList ChartFileEndings() {
 }
 
 void SaveChartFile(ResultPlot& plot, const QSize& size, const QString& file) {
-  const QString ending = QFileInfo(file).suffix().toLower();
-  const QStringList endings = ChartFileEndings();
-  if (!endings.contains(ending)) {
-    FailToSave(file, QStringLiteral("a chart is saved as .") + endings.join(QStringLiteral(", .")));
-  }
+  const QString ending = RequireEnding(file, ChartFileEndings(), QStringLiteral("a chart"));
   SaveWhole(file, [&](QIODevice& device) { WriteForm(plot, size, device, ending); });
 }
 

@@ -10,6 +10,7 @@
 
 #include "resultchart/page_file.h"
 #include "resultchart/result_plot.h"
+#include "resultchart/saved_file.h"
 
 namespace velumar {
 
@@ -242,6 +243,7 @@ class Pages {
 void PrintReport(const Report& report, QPagedPaintDevice& device) { Pages(report, device).Print(); }
 
 void SaveReport(const Report& report, const QString& file) {
+  RequireEnding(file, {QStringLiteral("pdf")}, QStringLiteral("a report"));
   SavePages(file, Text(report.title),
             [&report](QPagedPaintDevice& device) { PrintReport(report, device); });
 }

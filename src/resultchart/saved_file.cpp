@@ -1,7 +1,10 @@
 #include "resultchart/saved_file.h"
 
-#include <QSaveFile>
+#include <QBuffer>
+#include <QFileInfo>
 #include <stdexcept>
+
+#include "base/whole_file.h"
 
 namespace velumar {
 
@@ -9,15 +12,24 @@ void FailToSave(const QString& file, const QString& why) {
   throw std::runtime_error((file + QStringLiteral(": ") + why).toStdString());
 }
 
+// Into memory first: the writers of the toolkit don't report a full disk.
 void SaveWhole(const QString& file, const std::function<void(QIODevice& device)>& write) {
-  QSaveFile saved(file);
-  if (!saved.open(QIODevice::WriteOnly)) FailToSave(file, saved.errorString());
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
   try {
-    write(saved);
+    write(buffer);
   } catch (const std::runtime_error& error) {
     FailToSave(file, QString::fromUtf8(error.what()));
   }
-  if (!saved.commit()) FailToSave(file, saved.errorString());
+  const QByteArray& bytes = buffer.data();
+  ReplaceWholeFile(QFileInfo(file).filesystemFilePath(),
+                   {bytes.constData(), static_cast<std::size_t>(bytes.size())}, FileAccess::kUsual);
+}
+
+QString RequireEnding(const QString& file, const QStringList& endings, const QString& what) {
+  const QString ending = QFileInfo(file).suffix().toLower();
+  if (endings.contains(ending)) return ending;
+  FailToSave(file, what + QStringLiteral(" is saved as .") + endings.join(QStringLiteral(", .")));
 }
 
 }  // namespace velumar

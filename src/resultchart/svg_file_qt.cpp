@@ -1,6 +1,7 @@
 #include <qcustomplot.h>
 
 #include <QSvgGenerator>
+#include <stdexcept>
 
 #include "resultchart/result_plot.h"
 #include "resultchart/svg_file.h"
@@ -17,7 +18,7 @@ void WriteSvg(ResultPlot& plot, const QSize& size, QIODevice& device) {
   generator.setResolution(static_cast<int>(kUnitsPerInch));
   generator.setTitle(kPlotTitle);
   QCPPainter painter;
-  painter.begin(&generator);
+  if (!painter.begin(&generator)) throw std::runtime_error("the picture can't be begun");
   plot.PaintTo(painter, size);
 }
 

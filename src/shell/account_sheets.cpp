@@ -1,11 +1,10 @@
 #include "shell/account_sheets.h"
 
 #include <iterator>
-#include <span>
 #include <utility>
 
 #include "base/paths.h"
-#include "marketdata/replacement_file.h"
+#include "base/whole_file.h"
 #include "results/run_choice.h"
 #include "results/statistics.h"
 #include "shell/event_guard.h"
@@ -127,10 +126,7 @@ void AccountSheets::Copy() {
 void AccountSheets::ExportOrders() {
   const auto file = platform_.files.ChooseFile({{"Orders (*.csv)", "csv"}});
   if (!file || file->empty()) return;
-  const std::string csv = OrdersCsv(*orders_);
-  ReplacementFile replacement{NativePath(*file)};
-  replacement.Write(std::as_bytes(std::span(csv)));
-  replacement.Commit();
+  ReplaceWholeFile(NativePath(*file), OrdersCsv(*orders_), FileAccess::kUsual);
 }
 
 }  // namespace velumar

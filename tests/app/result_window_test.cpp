@@ -99,7 +99,7 @@ TEST_F(ResultViewTest, TheChartIsSavedInEveryFormAsItIsShown) {
   EXPECT_EQ(profiles(), form.MSChart1.endings.size());
   Answer(File("no such folder/x.png"));
   Click(ToolbarButton(FrmResult::kSaveAs));
-  EXPECT_THAT(world.boxes.shown.back(), HasSubstr("no such folder/x.png: "));
+  EXPECT_THAT(world.boxes.shown.back(), HasSubstr("no such folder/x.png can't be written"));
   EXPECT_EQ(profiles(), form.MSChart1.endings.size());
 }
 

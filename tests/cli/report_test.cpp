@@ -96,6 +96,9 @@ TEST(Report, HoldsEveryOrderOnceOnPagesWithHeadings) {
   const auto nowhere = box.Run({"report", box.At("1.mdb"), "--out", "/nowhere/x.pdf"});
   EXPECT_EQ(nowhere.code, 1);
   EXPECT_THAT(nowhere.err, HasSubstr("/nowhere/x.pdf"));
+  const auto text = box.Run({"report", box.At("1.mdb"), "--out", box.At("r.txt")});
+  EXPECT_EQ(text.code, 1);
+  EXPECT_THAT(text.err, HasSubstr("r.txt: a report is saved as .pdf"));
   EXPECT_THAT(box.Run({"report", box.At("1.mdb"), "--out", box.At("r.pdf"), "--run", "7"}).err,
               HasSubstr("7"));
 }

@@ -1,12 +1,10 @@
 #include "platform/section_file.h"
 
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <functional>
 #include <random>
 #include <system_error>
@@ -14,6 +12,7 @@
 #include "platform/file_lock.h"
 #include "platform/settings_file.h"
 #include "platform/temp_folder.h"
+#include "support/full_disk.h"
 
 namespace velumar {
 namespace {
@@ -150,24 +149,6 @@ TEST(SettingsFile, MovesAsideWhatIsNoFileOfItsKind) {
     std::filesystem::remove(file);
   }
 }
-
-// Files of this process end after `bytes` for as long as the object lives, as on a full disk.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit small{bytes, before_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &small);
-  }
-  ~FullDisk() {
-    ::setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, handler_);
-  }
-
- private:
-  rlimit before_{};
-  void (*handler_)(int);
-};
 
 TEST(SettingsFile, AFullDiskChangesNothing) {
   const TempFolder folder;
