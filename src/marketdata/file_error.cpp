@@ -20,6 +20,10 @@ std::string Reason(int system_error, const char* what_for) {
       return "there is no such file or folder";
     case EISDIR:
       return "is a folder, not a file";
+    case ELOOP:
+      return "is a link, which is not followed here";
+    case ENOTSUP:
+      return "is not a regular file";
     case ENOSPC:
       return "the disk is full";
     case EFBIG:

@@ -26,8 +26,8 @@ struct FileStamp {
 // Of a file or directory; nullopt where there is none.
 std::optional<FileStamp> StampOf(const std::filesystem::path& path);
 
-// An open file, closed with the object. Failures throw MetaLibError (kReadFailed, kWriteFailed)
-// with the file's name, what went wrong and the folder.
+// An open regular file, closed with the object. Failures throw MetaLibError (kReadFailed,
+// kWriteFailed) with the file's name, what went wrong and the folder.
 class RawFile {
  public:
   enum class Mode {

@@ -48,6 +48,16 @@ int OpenFlags(RawFile::Mode mode) {
 
 constexpr mode_t kNewFileMode = 0666;
 
+// A pipe or a device would keep the program waiting, or feed it bytes without end.
+int OpenRegular(const std::filesystem::path& path, RawFile::Mode mode) {
+  struct stat info {};
+  if (stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode) && !S_ISDIR(info.st_mode)) {
+    errno = ENOTSUP;
+    return -1;
+  }
+  return open(path.c_str(), OpenFlags(mode) | O_CLOEXEC | O_NONBLOCK, kNewFileMode);
+}
+
 }  // namespace
 
 std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
@@ -57,7 +67,7 @@ std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
 }
 
 RawFile::RawFile(const std::filesystem::path& path, Mode mode)
-    : path_(path), handle_(open(path.c_str(), OpenFlags(mode) | O_CLOEXEC, kNewFileMode)) {
+    : path_(path), handle_(OpenRegular(path, mode)) {
   if (handle_ < 0) {
     if (mode == Mode::kRead) ThrowReadFailed(path_, errno);
     ThrowWriteFailed(path_, errno);

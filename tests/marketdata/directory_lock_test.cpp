@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <new>
 
 #include "marketdata/directory_editor.h"
+#include "marketdata/directory_lock.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/market_files.h"
 #include "marketdata/metalib_reader.h"
@@ -91,6 +93,30 @@ TEST(DirectoryLock, TheLockKeepsOthersOutAndDiesWithItsHolder) {
   writer.CloseDirectory();
   EXPECT_FALSE(other.IsDirectoryInUse(directory.Text()));
   EXPECT_FALSE(other.IsDirectoryInUse(directory.Text() + "/nowhere"));
+}
+
+TEST(DirectoryLock, AFileThatIsNoLockFileIsNamedAndNotWaitedFor) {
+  for (const bool pipe : {true, false}) {
+    const Scratch directory;
+    directory.Write("MASTER", Master({{}}));
+    const auto lock = directory / DirectoryLock::kFileName;
+    if (pipe) {
+      ASSERT_EQ(mkfifo(lock.c_str(), 0600), 0);
+    } else {
+      std::filesystem::create_symlink(directory / "elsewhere", lock);
+    }
+    IndexCache cache;
+    MetaLibWriter writer(cache);
+    std::string text;
+    EXPECT_EQ(ErrorOf([&] { writer.OpenDirectory(directory.Text()); }, &text),
+              MetaLibError::kWriteFailed);
+    EXPECT_THAT(text, testing::HasSubstr(pipe ? "not a regular file" : "link"));
+    if (pipe) {
+      EXPECT_EQ(ErrorOf([&] { writer.IsDirectoryInUse(directory.Text()); }),
+                MetaLibError::kReadFailed);
+    }
+    EXPECT_FALSE(std::filesystem::exists(directory / "elsewhere"));
+  }
 }
 
 }  // namespace
