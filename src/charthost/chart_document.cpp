@@ -1,8 +1,7 @@
 #include "charthost/chart_document.h"
 
+#include <exception>
 #include <utility>
-
-#include "marketdata/metalib_error.h"
 
 namespace velumar {
 
@@ -22,7 +21,8 @@ void ChartDocument::Refresh() {
     security_ = std::move(loaded.security);
     shown_file_ = security_.file_number;
     error_.clear();
-  } catch (const MetaLibError& failure) {
+  } catch (const std::exception& failure) {
+    model_.UpdateSeries({});
     error_ = failure.what();
   }
 }

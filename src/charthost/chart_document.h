@@ -15,8 +15,8 @@ class ChartDocument {
   // Reads the series for the first time.
   ChartDocument(const SeriesSource& source, SeriesRequest request);
 
-  // Reads the series again. A failure leaves the bars as they were and stands in Error until a
-  // later reading succeeds.
+  // Reads the series again. If that fails, the chart has no bars and Error says why, until a later
+  // reading succeeds: the old bars may lie after the simulated moment.
   void Refresh();
 
   ChartModel& Model() { return model_; }

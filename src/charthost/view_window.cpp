@@ -34,7 +34,8 @@ void ViewWindow::Reset(int bars) {
 
 void ViewWindow::SetBars(int bars) {
   if (bars_ == 0) {
-    Reset(bars);
+    bars_ = bars;
+    ShowNewest();
     return;
   }
   const bool newest_shown = Shows(bars_ - 1);

@@ -19,9 +19,9 @@ class ViewWindow {
 
   // A series of that many bars, in the usual zoom at its newest bar.
   void Reset(int bars);
-  // The same series has that many bars now. Zoom and place stay, unless the newest bar was in
-  // view and no longer would be, or nothing at all would be left: then the window scrolls until
-  // the newest bar stands in it with a little room at its right.
+  // The same series has that many bars now. Zoom and place stay, unless the newest bar was in view
+  // and no longer would be, or there was or would be nothing in view: then the window scrolls to
+  // the newest bar, with a little room to its right.
   void SetBars(int bars);
 
   void ShowAll();

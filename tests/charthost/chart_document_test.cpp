@@ -97,12 +97,15 @@ TEST_F(ChartDocumentTest, AChosenRowStaysChosen) {
   EXPECT_EQ(chart.Model().Series().size(), 0);
 }
 
-TEST_F(ChartDocumentTest, SaysWhatIsWrongAndKeepsItsBars) {
+TEST_F(ChartDocumentTest, ShowsTheReasonAndNoBarsWhileItCannotBeRead) {
   ChartDocument chart = Open("SCB");
+  chart.Model().Window().Zoom(0.5);
+  const double span = chart.Model().Window().Span();
   std::filesystem::rename(folder_, folder_ + ".away");
   chart.Refresh();
   EXPECT_EQ(chart.Error(), "There is no folder \"" + folder_ + "\".");
-  EXPECT_EQ(chart.Model().Series().size(), 300);
+  EXPECT_EQ(chart.State().bars, 0);
+  EXPECT_TRUE(chart.Model().Average(0).empty());
   std::filesystem::create_directory(folder_);
   chart.Refresh();
   EXPECT_NE(chart.Error().find("No market data in"), std::string::npos);
@@ -110,6 +113,8 @@ TEST_F(ChartDocumentTest, SaysWhatIsWrongAndKeepsItsBars) {
   std::filesystem::rename(folder_ + ".away", folder_);
   chart.Refresh();
   EXPECT_EQ(chart.Error(), "");
+  EXPECT_EQ(chart.State().bars, 300);
+  EXPECT_EQ(chart.Model().Window().Span(), span);
   EXPECT_EQ(Open("XYZ").Error(), "There is no security \"XYZ\" in \"" + folder_ + "\".");
 }
 
