@@ -1,7 +1,6 @@
 #include "cli/replay_world.h"
 
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <utility>
 
@@ -12,6 +11,7 @@
 #include "marketdata/index_cache.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
+#include "session/store_folder.h"
 
 namespace velumar {
 
@@ -19,12 +19,20 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view kStoreMark = ".velumar-store";
-
 // Before the program asks for another directory that nobody is there to choose.
 void RequireData(const std::string& directory, IndexCache& cache) {
   MetaLibReader reader(cache);
   reader.OpenDirectory(directory);
+}
+
+// Claims the store and lets go of it at once: the run claims it again, but could only show a box.
+void RequireStore(const ReplayArguments& arguments) {
+  const std::string store =
+      arguments.store.empty() ? arguments.directory + "\\Simulate" : arguments.store;
+  if (!arguments.store.empty()) {
+    fs::create_directories(fs::absolute(NativePath(store)).parent_path());
+  }
+  const StoreFolder claimed(store, arguments.directory);
 }
 
 [[noreturn]] void RefuseSeries(const ReplayArguments& wanted, const std::string& why) {
@@ -65,29 +73,13 @@ void SetTextAgain(ReplayWorld& world, const std::string& assignment) {
 
 }  // namespace
 
-void ClaimStore(const std::string& folder) {
-  const fs::path path = NativePath(folder);
-  const fs::path mark = path / kStoreMark;
-  if (fs::exists(path) && !fs::is_directory(path)) {
-    throw std::runtime_error(folder + " is no folder and can't be the working store");
-  }
-  if (fs::exists(path) && !fs::is_empty(path) && !fs::exists(mark)) {
-    throw std::runtime_error(folder + " holds files that no replay has put there; a run would " +
-                             "delete them. Name a new or an empty folder as the store.");
-  }
-  fs::create_directories(path);
-  std::ofstream(mark, std::ios::binary)
-      << "The working store of a replay: each run empties this folder.\n";
-  if (!fs::exists(mark)) throw std::runtime_error(folder + ": no permission to write");
-}
-
 ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
     : platform(PlatformFor(arguments, outside)),
       ledger([this](std::string_view date) { return IsoDateText(date, outside.locale.pattern); }),
       program(session, desktop, platform, cache, ledger),
       index_cache(cache) {
   RequireData(arguments.directory, cache);
-  if (!arguments.store.empty()) ClaimStore(arguments.store);
+  RequireStore(arguments);
   outside.locale.pattern = UsedDatePattern(arguments.date_pattern);
   outside.settings.Save("LastPath", arguments.directory);
   for (const std::string& assignment : arguments.texts) SetStartText(*this, assignment);

@@ -50,8 +50,4 @@ class ReplayWorld {
   void ChooseSeries(const ReplayArguments& arguments);
 };
 
-// Makes a folder ready to be a working store: one that is new, empty, or marked by an earlier
-// replay. Any other is refused, since a run empties its store.
-void ClaimStore(const std::string& folder);
-
 }  // namespace velumar

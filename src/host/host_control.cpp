@@ -7,8 +7,6 @@
 #include "base/ignoring.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "host/store_files.h"
-#include "marketdata/index_dates.h"
 #include "platform/chart_program_names.h"
 #include "platform/key_notation.h"
 #include "platform/waiting.h"
@@ -34,7 +32,7 @@ constexpr std::chrono::milliseconds kDialogPatience{15000};
 
 }  // namespace
 
-void HostControl::OpenHostChart(const std::function<bool()>& superseded) {
+void HostControl::CloseCharts(const std::function<bool()>& superseded) {
   IgnoringErrors([&] { BlinkLoadingNotice(superseded); });
   if (superseded()) return;
   const bool running = BringHostToFront();
@@ -43,24 +41,26 @@ void HostControl::OpenHostChart(const std::function<bool()>& superseded) {
   if (superseded()) return;
   MaximizeHost();
   BringHostToFront();
-  TypeChartOpen(superseded);
+  SetStatusLine(desktop_, "Wait for  close all chart  ....");
+  BringHostToFront();
+  const Counted opening(opening_);
+  Send(kCloseCharts);
+}
+
+void HostControl::OpenChart(const std::function<bool()>& superseded) {
+  {
+    const Counted opening(opening_);
+    SetStatusLine(desktop_, "Open data for [" + session_.Symbol + "] ....");
+    Send(kOpenDialog);
+    if (WaitForDialog()) {
+      Wait(0);
+      if (!superseded()) OpenChartInDialog();
+    }
+  }
   // The box of a dialog that never came lets clicks run.
   if (superseded()) return;
   BringHostToFront();
   SetStatusLine(desktop_, "Ready to rock with [" + session_.Symbol + "] ....");
-}
-
-void HostControl::TypeChartOpen(const std::function<bool()>& superseded) {
-  const Counted opening(opening_);
-  SetStatusLine(desktop_, "Wait for  close all chart  ....");
-  BringHostToFront();
-  Send(kCloseCharts);
-  RefillStore();
-  SetStatusLine(desktop_, "Open data for [" + session_.Symbol + "] ....");
-  Send(kOpenDialog);
-  if (!WaitForDialog()) return;
-  Wait(0);
-  if (!superseded()) OpenChartInDialog();
 }
 
 void HostControl::BlinkLoadingNotice(const std::function<bool()>& superseded) {
@@ -86,19 +86,6 @@ void HostControl::StartHost(const std::function<bool()>& superseded) {
   BringHostToFront();
   SetStatusLine(desktop_, "Wait  for  [Meta Stock] ready ....");
   if (!superseded()) Wait(kHostStartMs);
-}
-
-// Charts are closed by now: the index files come back fresh, but without the dates of bars to come,
-// and no bar does.
-void HostControl::RefillStore() {
-  IgnoringErrors([&] { ClearWorkingStore(session_.SimDir); });
-  SetStatusLine(desktop_, "Copy MASTER ... ");
-  IgnoringErrors([&] { CopyFiles(session_.DataDir, session_.SimDir, "MASTER"); });
-  IgnoringErrors([&] { ForgetSeriesEnds(session_.SimDir); });
-  SetStatusLine(desktop_, "Copy MSSmart ... ");
-  std::string from = session_.DataDir + "\\MSSmart";
-  std::string to = session_.SimDir + "\\MSSmart";
-  IgnoringErrors([&] { CopyFiles(from, to, ""); });
 }
 
 // No event runs meanwhile. A chart program that never answers must not hang the trader.

@@ -26,11 +26,12 @@ class HostControl : public ChartSide {
         registry_(registry),
         status_(status) {}
 
-  void OpenHostChart(const std::function<bool()>& superseded) override;
+  void CloseCharts(const std::function<bool()>& superseded) override;
+  void OpenChart(const std::function<bool()>& superseded) override;
   void MaximizeHost() override;
   bool BringHostToFront() override;
   void RefreshCharts() override;
-  // From the first key of opening a chart to the last one.
+  // True while keys that open a chart are being typed.
   bool OpeningChart() const { return opening_ > 0; }
 
  private:
@@ -40,10 +41,8 @@ class HostControl : public ChartSide {
     std::string advice;
   };
 
-  void TypeChartOpen(const std::function<bool()>& superseded);
   void BlinkLoadingNotice(const std::function<bool()>& superseded);
   void StartHost(const std::function<bool()>& superseded);
-  void RefillStore();
   bool WaitForDialog();
   void OpenChartInDialog();
   bool IsTaskWindow(WindowId window);

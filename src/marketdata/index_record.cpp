@@ -256,6 +256,12 @@ void SetIndexEnds(IndexKind kind, ByteSpan record, const SeriesEnds& ends) {
   }
 }
 
+void ClearIndexDates(IndexKind kind, ByteSpan record) {
+  SetIndexEnds(kind, record, {});
+  if (kind == IndexKind::kEmaster) StoreAt<std::int32_t>(record, emaster::kWholeFirstDate, 0);
+  if (kind == IndexKind::kXmaster) StoreAt<std::int32_t>(record, xmaster::kCollectionDate, 0);
+}
+
 void SetIndexMinutes(IndexKind kind, ByteSpan record, int minutes) {
   StoreAt<std::uint16_t>(record, PlacesOf(kind).minutes, static_cast<std::uint16_t>(minutes));
 }

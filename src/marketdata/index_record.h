@@ -52,6 +52,9 @@ IndexRecord ReadIndexRecord(IndexKind kind, ByteView record);
 
 // Changes to one record; every byte that they don't mean stays as it is.
 void SetIndexEnds(IndexKind kind, ByteSpan record, const SeriesEnds& ends);
+// Removes every date and time of bars, also the date of collection and first dates kept as
+// integers.
+void ClearIndexDates(IndexKind kind, ByteSpan record);
 void SetIndexMinutes(IndexKind kind, ByteSpan record, int minutes);
 // Symbol and name are cut to what the record holds; `told.first_date` and `last_date` play no part.
 void SetIndexIdentity(IndexKind kind, ByteSpan record, const IndexRecord& told);

@@ -9,9 +9,11 @@ namespace velumar {
 class ChartSide {
  public:
   virtual ~ChartSide() = default;
-  // Brings the chart program up and opens the chart of the symbol on the emptied store. Its waits
+  // Brings the chart program up and closes its charts, so that the store can be filled. Its waits
   // let clicks run; it gives up as soon as one of them has begun another run.
-  virtual void OpenHostChart(const std::function<bool()>& superseded) = 0;
+  virtual void CloseCharts(const std::function<bool()>& superseded) = 0;
+  // Opens the chart of the symbol on the store. Gives up as CloseCharts does.
+  virtual void OpenChart(const std::function<bool()>& superseded) = 0;
   virtual void MaximizeHost() = 0;
   // False when the chart program isn't there.
   virtual bool BringHostToFront() = 0;

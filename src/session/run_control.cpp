@@ -39,7 +39,7 @@ void RunControl::BeginRun(const Form& window) {
   session_.HostTitle = kChartTitle;
   SetStatusLine(desktop_, "Activate Program ...");
   if (from_setup) {
-    PrepareRun(run);
+    if (!PrepareRun(run)) return;
   } else {
     SetStatusLine(desktop_, "Mode [Continues]... ");
     BringChartUp();
@@ -51,7 +51,7 @@ void RunControl::BeginRun(const Form& window) {
   Feed(run);
 }
 
-void RunControl::PrepareRun(RunNumber run) {
+bool RunControl::PrepareRun(RunNumber run) {
   // However it ends, unless another run has begun meanwhile.
   struct Ending {
     const RunControl& control;
@@ -62,11 +62,19 @@ void RunControl::PrepareRun(RunNumber run) {
   };
   session_.Preparing = true;
   const Ending ending{*this, run};
-  chart_.OpenHostChart([this, run] { return Superseded(run); });
-  if (Superseded(run)) return;
+  const auto superseded = [this, run] { return Superseded(run); };
+  chart_.CloseCharts(superseded);
+  if (Superseded(run)) return false;
+  if (!store_.Refill()) {
+    if (!Superseded(run)) ShowPlay();
+    return false;
+  }
+  chart_.OpenChart(superseded);
+  if (Superseded(run)) return false;
   SetStatusLine(desktop_, "Mode [Date]... ");
   BringChartUp();
   Prepare();
+  return true;
 }
 
 void RunControl::BringChartUp() {

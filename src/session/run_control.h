@@ -22,6 +22,9 @@ class RunControl {
   RunControl(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
              LedgerConnection& ledger, ChartSide& chart);
 
+  // Claims the working store for the run that "Start" is about to begin. False after a message box
+  // if the folder can't be the store; nothing has changed then.
+  bool ClaimStore() { return store_.Claim(); }
   // The setup window as argument begins a run at the picked date, the navigator one that goes on
   // from BarIndex. Returns when the feed has ended, was stopped, or gave way to a later BeginRun
   // whose click fell into one of its waits: two loops never feed at once.
@@ -44,7 +47,8 @@ class RunControl {
   using RunNumber = std::uint32_t;
 
   bool Superseded(RunNumber run) const { return run != newest_run_; }
-  void PrepareRun(RunNumber run);
+  // False after a message box if the run can't begin.
+  bool PrepareRun(RunNumber run);
   void BringChartUp();
   void ShowRunning();
   void ReadDelay();

@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "marketdata/interval.h"
 #include "session/bar_loading.h"
+#include "session/status_line.h"
 
 namespace velumar {
 
@@ -40,6 +41,36 @@ void MoveToFallback(MetaLibReader& reader) {
 
 std::string LibraryErrorText(const MetaLibError& error) {
   return std::to_string(error.Number()) + "\r" + error.what();
+}
+
+bool WorkingStore::Claim() {
+  folder_.reset();
+  return Reported([this] { folder_.emplace(session_.SimDir, session_.DataDir); });
+}
+
+bool WorkingStore::Refill() {
+  if (!folder_ && !Claim()) return false;
+  session_.DataDir = WithClosingBackslash(session_.DataDir);
+  session_.SimDir = WithClosingBackslash(session_.SimDir);
+  return Reported([this] {
+    folder_->Clear();
+    SetStatusLine(desktop_, "Copy MASTER ... ");
+    folder_->CopyIndexes();
+    SetStatusLine(desktop_, "Copy MSSmart ... ");
+    folder_->CopyChartFiles();
+  });
+}
+
+bool WorkingStore::Reported(const std::function<void()>& step) {
+  try {
+    step();
+    return true;
+  } catch (const MetaLibError& error) {
+    platform_.boxes.Show(LibraryErrorText(error), BoxIcon::kExclamation);
+  } catch (const std::exception& error) {
+    platform_.boxes.Show(error.what(), BoxIcon::kExclamation);
+  }
+  return false;
 }
 
 std::int16_t WorkingStore::PrepareStore() {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 
 #include "forms/desktop.h"
@@ -10,14 +12,24 @@
 #include "marketdata/metalib_writer.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"
+#include "session/store_folder.h"
 
 namespace velumar {
 
-// Fills the working store for a run that starts at the picked date.
+// Prepares the working store for a run that starts at the picked date.
 class WorkingStore {
  public:
   WorkingStore(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache)
       : session_(session), desktop_(desktop), platform_(platform), cache_(cache) {}
+
+  // Claims the folder SimDir for a run over DataDir, and holds it until the next claim or the end
+  // of the program. False after a message box if it can't be the store; nothing was changed then.
+  bool Claim();
+
+  // Empties the claimed folder and copies the files that a chart needs next to the bars. SimDir and
+  // DataDir come back with a closing "\". False after a message box if old bars are left or the
+  // index files can't be copied.
+  bool Refill();
 
   // Writes into SimDir what the series holds before the first bar on or after the picked date.
   // A date behind the last bar starts 250 bars after the first, or in the middle of a series of at
@@ -25,6 +37,7 @@ class WorkingStore {
   std::int16_t PrepareStore();
 
  private:
+  bool Reported(const std::function<void()>& step);
   void Fill(MetaLibReader& reader, MetaLibWriter& writer);
   static void WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer,
                            std::int32_t cut_start);
@@ -39,6 +52,7 @@ class WorkingStore {
   Desktop& desktop_;
   Platform& platform_;
   IndexCache& cache_;
+  std::optional<StoreFolder> folder_;  // of the run in hand
 };
 
 // How a failure of the market data library is told: its number, a carriage return, its sentence.

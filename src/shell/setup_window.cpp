@@ -211,6 +211,7 @@ void SetupWindow::TakeFiles(const std::vector<std::string>& files) {
 // built there is no security chosen yet that a run could start with.
 void SetupWindow::StartRun() {
   if (starting_ || catalogue_.Building() || !RequireFigures()) return;
+  if (!run_.ClaimStore()) return;
   starting_ = true;
   bool ready = false;
   IgnoringErrors([&] { ready = SlideToRun(); });

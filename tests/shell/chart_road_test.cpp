@@ -99,20 +99,39 @@ TEST_F(ChartRoadTest, TheStatusLineSaysWhatIsWrongWithTheChart) {
 
 TEST_F(ChartRoadTest, TheStoreGetsTheIndexFilesAndNoOldData) {
   const auto folder = std::filesystem::path(data);
-  std::filesystem::create_directories(folder / "MSSmart");
-  std::ofstream(folder / "MSSmart" / "chart.mwc") << "x";
+  const auto store = folder / "Simulate";
+  std::filesystem::create_directories(folder / "mssmart");
+  std::ofstream(folder / "mssmart" / "chart.mwc") << "x";
   std::ofstream(folder / "notes.txt") << "mine";
-  std::filesystem::create_directories(folder / "Simulate" / "MSSmart");
-  std::ofstream(folder / "Simulate" / "F77.DAT") << "old";
-  std::ofstream(folder / "Simulate" / "MSSmart" / "old.mwc") << "stays";
+  std::filesystem::create_directories(store / "MSSmart");
+  std::ofstream(store / ".velumar-store");
+  std::ofstream(store / "F77.DAT") << "old";
+  std::ofstream(store / "MSSmart" / "old.mwc") << "stays";
   StartAt(198);
-  EXPECT_FALSE(std::filesystem::exists(folder / "Simulate" / "F77.DAT"));
-  EXPECT_FALSE(std::filesystem::exists(folder / "Simulate" / "notes.txt"));
-  EXPECT_FALSE(std::filesystem::exists(folder / "Simulate" / "F2.DAT"));
-  EXPECT_TRUE(std::filesystem::exists(folder / "Simulate" / "MASTER"));
-  EXPECT_TRUE(std::filesystem::exists(folder / "Simulate" / "MSSmart" / "old.mwc"));
-  EXPECT_TRUE(std::filesystem::exists(folder / "Simulate" / "MSSmart" / "chart.mwc"));
+  EXPECT_FALSE(std::filesystem::exists(store / "F77.DAT"));
+  EXPECT_FALSE(std::filesystem::exists(store / "notes.txt"));
+  EXPECT_FALSE(std::filesystem::exists(store / "F2.DAT"));
+  EXPECT_TRUE(std::filesystem::exists(store / "MASTER"));
+  EXPECT_TRUE(std::filesystem::exists(store / "MSSmart" / "old.mwc"));
+  EXPECT_TRUE(std::filesystem::exists(store / "MSSmart" / "chart.mwc"));
   EXPECT_TRUE(std::filesystem::exists(folder / "notes.txt"));
+}
+
+// A folder of the trader's own that happens to be called so.
+TEST_F(ChartRoadTest, AFolderThatIsNoStoreLeavesTheSetupWindowAsItWas) {
+  const auto store = std::filesystem::path(data) / "Simulate";
+  std::filesystem::create_directories(store);
+  std::ofstream(store / "F1.DAT") << "mine";
+  StartAt(60);
+  ASSERT_EQ(all->outside.boxes.shown.size(), 1U);
+  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("F1.DAT"));
+  EXPECT_TRUE(all->Setup().Visible());
+  EXPECT_TRUE(all->Setup().Image3.Reachable());
+  EXPECT_TRUE(all->outside.chart.sent.empty());
+  std::filesystem::remove(store / "F1.DAT");
+  InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
+  all->Setup().Image3.UserClick();
+  EXPECT_GT(StoreSize(), 60);
 }
 
 // The road before the feed has waits of its own: a second run that is begun there is the only one.

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "marketdata/directory_lock.h"
+
+namespace velumar {
+
+// Why a folder can't serve as the working store. what() is a message for the trader: which folder,
+// what is wrong with it, what to do.
+class StoreError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// The folder of the working store, held for one run. A run deletes the files in it, so it must be
+// ours: the file kMark says so, and is locked while the object lives. The system frees the lock
+// when the process dies.
+class StoreFolder {
+ public:
+  static constexpr std::string_view kMark = ".velumar-store";
+
+  // Makes a missing folder (one level), marks and locks it. Throws StoreError, and has changed
+  // nothing, unless the folder is empty, has the mark or is a store of an earlier version. Refused
+  // as well: a link, the folder `data` itself, one that contains it or lies deeper inside it than
+  // one level, and a store that another program's run holds.
+  StoreFolder(std::string_view store, std::string_view data);
+
+  // Deletes the files whose name doesn't begin with a point. Subfolders stay, and of links only the
+  // link goes. Goes on if a file can't be deleted; throws StoreError if series files are left,
+  // whose bars a chart would show.
+  void Clear() const;
+
+  // Copies the index files of `data` without the dates of their series. Throws MetaLibError.
+  void CopyIndexes() const;
+
+  // Copies the files of the folder MSSmart in `data`, which are the chart program's own. Files that
+  // can't be copied are skipped.
+  void CopyChartFiles() const;
+
+ private:
+  std::filesystem::path path_;
+  std::filesystem::path data_;
+  DirectoryLock lock_;
+};
+
+// "F12.DAT" or "F300.MWD", in upper case.
+bool IsSeriesFile(std::string_view upper_name);
+
+}  // namespace velumar

@@ -1,0 +1,221 @@
+#include "session/store_folder.h"
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <fstream>
+
+#include "base/this_program.h"
+#include "support/session_fixture.h"
+
+namespace velumar {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Every name below a folder with the bytes of the file or the target of the link.
+std::map<std::string, std::string> Everything(const fs::path& folder) {
+  std::map<std::string, std::string> all;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    std::string& what = all[entry.path().string()];
+    if (entry.is_symlink()) {
+      what = "-> " + fs::read_symlink(entry.path()).string();
+    } else if (entry.is_regular_file()) {
+      std::ifstream in(entry.path(), std::ios::binary);
+      what.assign(std::istreambuf_iterator<char>(in), {});
+    }
+  }
+  return all;
+}
+
+class StoreFolderTest : public SessionFixture {
+ protected:
+  StoreFolderTest() {
+    Store("ABC", DailyBars(40));
+    Store("XYZ", DailyBars(50));
+  }
+
+  static void Write(const fs::path& file, const std::string& text) {
+    fs::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << text;
+  }
+
+  // What a run of an earlier version leaves: no mark, but the writer's lock.
+  void MakeEarlierStore() {
+    CopyIndexes();
+    Choose("ABC", "D", MadeDate(20));
+    ASSERT_EQ(working_store.PrepareStore(), -1);
+    Write(at / "MSSmart" / "chart.mwc", "x");
+    ASSERT_FALSE(fs::exists(at / StoreFolder::kMark));
+    ASSERT_TRUE(fs::exists(at / "F1.DAT"));
+  }
+  void Mark() { Write(at / StoreFolder::kMark, ""); }
+
+  std::string Refusal(const std::string& folder) {
+    try {
+      const StoreFolder claimed(folder, data);
+      return "";
+    } catch (const StoreError& error) {
+      return error.what();
+    }
+  }
+
+  fs::path at = store;  // the store below the data directory
+  fs::path others = scratch.Path() / "others";
+};
+
+TEST_F(StoreFolderTest, RefusesWhatIsNotAStoreAndTouchesNothing) {
+  Write(others / "F1.DAT", "bars of another program");
+  const std::string default_store = store;
+  const std::string foreign = "no run has put there";
+  const struct {
+    const char* what;
+    std::string folder;
+    std::function<void()> make;
+    std::string word;
+  } cases[] = {
+      {"a link to a folder", store, [&] { fs::create_directory_symlink(others, at); }, "a link"},
+      {"typed with a closing separator", store + "\\",
+       [&] { fs::create_directory_symlink(others, at); }, "a link"},
+      {"a link to the data", store, [&] { fs::create_directory_symlink(".", at); }, "a link"},
+      {"a link to nothing", store, [&] { fs::create_directory_symlink("gone", at); }, "a link"},
+      {"a file", store, [&] { Write(at, "mine"); }, "a file"},
+      {"a note", store, [&] { Write(at / "note.txt", "mine"); },
+       "1 file (note.txt) that " + foreign},
+      {"a copy of the directory", store,
+       [&] { fs::copy(data, scratch.Sub("copy")), fs::rename(scratch.Sub("copy"), at); },
+       "4 files (EMASTER, F1.DAT, F2.DAT, ...)"},
+      {"an earlier store with a folder", store,
+       [&] { MakeEarlierStore(), fs::create_directory(at / "mine"); }, foreign},
+      {"an earlier store with a link", store,
+       [&] { MakeEarlierStore(), fs::create_symlink(others / "F1.DAT", at / "F2.DAT"); }, foreign},
+      {"one series with bars of its own", store,
+       [&] {
+         StoreSecurity(store, {"ABC", "ABC name", -1}, {MadeBar(3, 19991231)}, cache);
+       },
+       foreign},
+      {"another series", store,
+       [&] {
+         StoreSecurity(store, {"OWN", "Own", -1}, DailyBars(3), cache);
+       },
+       foreign},
+      {"a series without an index", store, [&] { Write(at / "F1.DAT", "bars"); }, foreign},
+      {"a mark that is a link", store,
+       [&] {
+         fs::create_directory(at);
+         fs::create_symlink(others / "F1.DAT", at / StoreFolder::kMark);
+       },
+       "link"},
+      {"the data", data, [&] { Write(fs::path(data) / StoreFolder::kMark, ""); }, "is the market"},
+      {"the data by another way", data + "/../data/.",
+       [&] { Write(fs::path(data) / StoreFolder::kMark, ""); }, "is the market"},
+      {"above the data", scratch.Path().string(),
+       [&] { Write(scratch.Path() / StoreFolder::kMark, ""); }, "contains the market"},
+      {"deep below the data", store + "/deeper", [&] { fs::create_directories(at / "deeper"); },
+       "deep inside"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    c.make();
+    const auto before = Everything(scratch.Path());
+    const std::string refusal = Refusal(c.folder);
+    EXPECT_THAT(refusal, testing::HasSubstr(c.word));
+    EXPECT_THAT(refusal, testing::HasSubstr("The "));
+    EXPECT_EQ(Everything(scratch.Path()), before);
+    fs::remove_all(at);
+    for (const fs::path& folder : {fs::path(data), scratch.Path()}) {
+      fs::remove(folder / StoreFolder::kMark);
+    }
+  }
+}
+
+TEST_F(StoreFolderTest, TakesWhatIsItsOwn) {
+  const std::pair<const char*, std::function<void()>> cases[] = {
+      {"missing", [] {}},
+      {"empty", [&] { fs::create_directory(at); }},
+      {"marked", [&] { Mark(), Write(at / "anything", "x"); }},
+      {"of an earlier version", [&] { MakeEarlierStore(); }},
+      {"and its copies",
+       [&] {
+         MakeEarlierStore();
+         Write(fs::path(data) / "MASTER.BAK", "x");
+         Write(at / "MASTER.BAK", "x");
+       }},
+      {"before its first bar", [&] { CopyIndexes(); }},
+  };
+  for (const auto& [what, make] : cases) {
+    make();
+    EXPECT_EQ(Refusal(store), "") << what;
+    EXPECT_TRUE(fs::is_regular_file(at / StoreFolder::kMark)) << what;
+    fs::remove_all(at);
+  }
+  fs::remove(fs::path(data) / "MASTER.BAK");
+  EXPECT_EQ(Refusal(scratch.Sub("apart")), "");
+  EXPECT_THAT(Refusal(scratch.Sub("no/such")), testing::HasSubstr("No such file"));
+}
+
+TEST_F(StoreFolderTest, FollowsNoLinkInside) {
+  Write(others / "F9.DAT", "bars");
+  Write(others / "chart.mwc", "mine");
+  Write(fs::path(data) / "MSSmart" / "chart.mwc", "new");
+  Write(fs::path(data) / "MSSmart" / "other.mwc", "new");
+  Mark();
+  fs::create_symlink(others / "F9.DAT", at / "F9.DAT");
+  fs::create_symlink(others / "F9.DAT", at / "MASTER");
+  fs::create_hard_link(others / "chart.mwc", at / "EMASTER");
+  fs::create_directory_symlink(others, at / "folder");
+  ASSERT_EQ(mkfifo((at / "pipe").c_str(), 0600), 0);
+  const auto before = Everything(others);
+  const auto fill = [&] {
+    const StoreFolder claimed(store, data);
+    claimed.Clear();
+    claimed.CopyIndexes();
+    claimed.CopyChartFiles();
+  };
+  fs::create_directory_symlink(others, at / "MSSmart");
+  fill();
+  EXPECT_EQ(Everything(others), before);
+  EXPECT_FALSE(fs::is_symlink(at / "F9.DAT"));
+  EXPECT_FALSE(fs::exists(at / "pipe"));
+  EXPECT_TRUE(fs::is_symlink(at / "folder"));
+  EXPECT_FALSE(fs::is_symlink(at / "MASTER"));
+  fs::remove(at / "MSSmart");
+  fs::create_directory(at / "MSSmart");
+  fs::create_symlink(others / "chart.mwc", at / "MSSmart" / "chart.mwc");
+  fs::create_hard_link(others / "chart.mwc", at / "MSSmart" / "other.mwc");
+  fill();
+  EXPECT_EQ(Everything(others), before);
+  EXPECT_EQ(FilesOf(store + "/MSSmart")["other.mwc"], "new");
+}
+
+TEST_F(StoreFolderTest, OneProgramHoldsItUntilItDies) {
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    const StoreFolder claimed(store, data);
+    if (write(ready[1], "x", 1) == 1) pause();
+    _exit(0);
+  }
+  char byte = 0;
+  ASSERT_EQ(read(ready[0], &byte, 1), 1);
+  EXPECT_THAT(Refusal(store), testing::HasSubstr("in use by session_tests (process " +
+                                                 std::to_string(child) + ")"));
+  EXPECT_FALSE(working_store.Claim());
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  close(ready[0]);
+  close(ready[1]);
+  EXPECT_EQ(Refusal(store), "");
+}
+
+TEST_F(StoreFolderTest, AMarkThatIsAPipeIsNotWaitedFor) {
+  fs::create_directory(at);
+  ASSERT_EQ(mkfifo((at / StoreFolder::kMark).c_str(), 0600), 0);
+  EXPECT_THAT(Refusal(store), testing::HasSubstr("not a regular file"));
+}
+
+}  // namespace
+}  // namespace velumar
