@@ -19,7 +19,7 @@ constexpr double kTwipsPerInch = 1440;
 void Apply(ResultPlot& plot, const ChartContent& content, std::shared_ptr<const ChartRows>& rows) {
   if (rows != content.rows) {
     rows = content.rows;
-    plot.SetPoints({rows->labels, rows->values});
+    plot.SetPoints({rows->labels, rows->values, rows->hint});
   }
   plot.SetType(static_cast<ChartType>(content.type));
   plot.SetSeriesColour(ToQColor(content.series));
@@ -43,7 +43,7 @@ ChartView::ChartView(FormCanvas& canvas, QWidget& window, Chart& chart)
   chart_.save = [this](const std::string& file) {
     SaveChartFile(*this, LogicalPlace(chart_).size(), ToQString(file));
   };
-  SetPoints({rows_->labels, rows_->values});
+  SetPoints({rows_->labels, rows_->values, rows_->hint});
 }
 
 void ChartView::Update() {

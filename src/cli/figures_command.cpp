@@ -62,9 +62,8 @@ void PrintFigures(const FiguresArguments& arguments, CliContext& context) {
   const std::string pattern = UsedDatePattern(arguments.date_pattern);
   LedgerConnection ledger([&](std::string_view date) { return IsoDateText(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
-  ResultFigures figures;
   const std::vector<RunRecord> account = ReadAccount(ledger, arguments.run);
-  LoadResultFigures(ledger, figures, arguments.run);
+  const ResultFigures figures = LoadResultFigures(ledger, arguments.run);
   const std::vector<Statistic> statistics = RunStatistics(account);
   if (arguments.explain) {
     context.out << Formulas(statistics);

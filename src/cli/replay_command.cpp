@@ -24,7 +24,7 @@ constexpr const char* kCommands =
     "                        an order of the quantity Q, as typed into the panel\n"
     "  play                  a run that goes on from the current bar\n"
     "  return, start         back to the setup window; \"Start\" there\n"
-    "  figures               the fourteen figures of the ledger's rows, as their labels show them\n"
+    "  figures               the fourteen figures of the ledger's rows\n"
     "  set NAME TEXT         a text typed into a control, such as Form2.txtRefresh";
 
 std::string RequireDate(const std::string& text) {

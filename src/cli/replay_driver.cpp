@@ -151,7 +151,7 @@ bool ReplayDriver::Execute() {
     } else if (name == "set") {
       Set(rest);
     } else if (name == "figures") {
-      LoadResultFigures(world_.ledger, world_.figures);
+      world_.figures = LoadResultFigures(world_.ledger);
       figures_asked_ = true;
     } else if (name == "feed") {
       return Feed(rest);

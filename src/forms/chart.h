@@ -15,6 +15,8 @@ namespace velumar {
 struct ChartRows {
   std::vector<std::string> labels;
   std::vector<double> values;
+  std::string hint;  // shown instead when there are no values
+  bool operator==(const ChartRows&) const = default;
 };
 
 // The numbers of the types that a chart is drawn as.

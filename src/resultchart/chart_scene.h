@@ -15,6 +15,7 @@ namespace velumar {
 struct ChartPoints {
   std::vector<std::string> labels;
   std::vector<double> values;
+  std::string hint;  // in place of the series when there are no values
 };
 
 // What the painted parts of one chart share.

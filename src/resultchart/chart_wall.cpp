@@ -77,7 +77,7 @@ void ChartWall::DrawHint(QCPPainter& painter) const {
   QFont font = mParentPlot->font();
   font.setPixelSize(18);
   painter.setFont(font);
-  painter.drawText(rect_->rect(), Qt::AlignCenter, QStringLiteral("No closed trades yet"));
+  painter.drawText(rect_->rect(), Qt::AlignCenter, QString::fromStdString(scene_.points.hint));
 }
 
 }  // namespace velumar

@@ -16,10 +16,8 @@ namespace {
 using Texts = std::map<std::string_view, std::string>;
 
 Texts FigureTexts(LedgerConnection& connection, int run) {
-  ResultFigures figures;
-  LoadResultFigures(connection, figures, run);
   Texts texts;
-  for (ResultFigureText& figure : ResultFigureTexts(figures)) {
+  for (ResultFigureText& figure : ResultFigureTexts(LoadResultFigures(connection, run))) {
     texts[figure.field] = std::move(figure.text);
   }
   return texts;

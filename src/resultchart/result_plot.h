@@ -23,7 +23,7 @@ class ResultPlot : public QCustomPlot {
  public:
   explicit ResultPlot(QWidget* parent = nullptr);
 
-  // Both lists have one length. Without points a sentence stands in place of axes and titles.
+  // Both lists have one length. Without points the hint stands in place of axes and titles.
   void SetPoints(ChartPoints points);
   void SetType(ChartType type);
   void SetSeriesColour(const QColor& colour);

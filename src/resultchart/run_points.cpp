@@ -7,8 +7,10 @@
 namespace velumar {
 
 ChartPoints PointsOfRun(LedgerConnection& connection, int run) {
+  PortfolioChart chart = LoadPortfolioChart(connection, run);
   ChartPoints points;
-  for (PortfolioChartRow& row : LoadPortfolioChart(connection, run)) {
+  points.hint = std::move(chart.hint);
+  for (PortfolioChartRow& row : chart.rows) {
     points.labels.push_back(std::move(row.label));
     points.values.push_back(double{row.value});
   }

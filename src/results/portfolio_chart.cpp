@@ -1,16 +1,26 @@
 #include "results/portfolio_chart.h"
 
+#include <cstddef>
+#include <string_view>
 #include <utility>
 #include <variant>
 
+#include "results/trade_list.h"
+
 namespace velumar {
 
-std::vector<PortfolioChartRow> LoadPortfolioChart(LedgerConnection& connection, int archived_run) {
-  LedgerRecordset records = LedgerQuery(
-      connection,
-      "select format(actdate & ' ' & acttime ,'dd-mmm-yy HH:MM')  as ActionDate, Portfolio  From "
-      "MyPortfolio  where balancepoint <> 0 order by actdate ",
-      archived_run);
+namespace {
+
+constexpr std::string_view kOrdersWithPoints =
+    "select format(actdate & ' ' & acttime ,'dd-mmm-yy HH:MM')  as ActionDate, Portfolio  From "
+    "MyPortfolio  where balancepoint <> 0 order by actdate ";
+constexpr std::string_view kOffsets =
+    "select format(actdate & ' ' & acttime ,'dd-mmm-yy HH:MM')  as ActionDate, Portfolio  From "
+    "MyPortfolio  where Loffset <> 0 or Soffset <> 0 order by actdate ";
+
+std::vector<PortfolioChartRow> Rows(LedgerConnection& connection, std::string_view select,
+                                    int archived_run) {
+  LedgerRecordset records = LedgerQuery(connection, select, archived_run);
   std::vector<PortfolioChartRow> rows;
   rows.reserve(records.rows.size());
   for (std::vector<LedgerValue>& record : records.rows) {
@@ -19,6 +29,23 @@ std::vector<PortfolioChartRow> LoadPortfolioChart(LedgerConnection& connection, 
     if (const auto* value = std::get_if<double>(&record[1])) row.value = static_cast<float>(*value);
   }
   return rows;
+}
+
+// Trades can be closed without an offset row: an offset of more than was held books nothing.
+std::string Hint(LedgerConnection& connection, int archived_run) {
+  const std::size_t closed = ListTrades(ReadAccount(connection, archived_run)).trades.size();
+  if (closed == 0) return "No closed trades yet";
+  return std::to_string(closed) + (closed == 1 ? " closed trade" : " closed trades") +
+         ", without a result";
+}
+
+}  // namespace
+
+PortfolioChart LoadPortfolioChart(LedgerConnection& connection, int archived_run) {
+  PortfolioChart chart{Rows(connection, kOrdersWithPoints, archived_run), {}};
+  if (chart.rows.empty()) chart.rows = Rows(connection, kOffsets, archived_run);
+  if (chart.rows.empty()) chart.hint = Hint(connection, archived_run);
+  return chart;
 }
 
 }  // namespace velumar

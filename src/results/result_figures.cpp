@@ -44,6 +44,7 @@ std::string Text(const LedgerValue& value) {
 
 void LoadSeries(const FirstRows& first, ResultFigures& figures) {
   const Row row = first.Of("select symbol , SymbolInterval From MyPortfolio");
+  figures.any_orders = !row.empty();
   if (row.empty()) return;
   figures.ResSymbol = Text(row[0]);
   figures.ResInterval = Text(row[1]);
@@ -84,20 +85,20 @@ void LoadCommission(const FirstRows& first, std::string_view select, float& comm
 
 }  // namespace
 
-void LoadResultFigures(LedgerConnection& connection, ResultFigures& figures, int archived_run) {
+ResultFigures LoadResultFigures(LedgerConnection& connection, int archived_run) {
   const FirstRows first(connection, archived_run);
-  ResultFigures loaded = figures;
-  LoadSeries(first, loaded);
-  LoadStart(first, loaded);
-  LoadEnd(first, loaded);
-  LoadSums(first, loaded);
+  ResultFigures figures;
+  LoadSeries(first, figures);
+  LoadStart(first, figures);
+  LoadEnd(first, figures);
+  LoadSums(first, figures);
   LoadCommission(first, "select sum(Commission) From MyPortfolio where LAmount > 0 ",
-                 loaded.ResLongComm);
+                 figures.ResLongComm);
   LoadCommission(first, "select sum(Commission) From MyPortfolio where SAmount > 0 ",
-                 loaded.ResShortComm);
-  loaded.ResTotalComm =
-      static_cast<float>(static_cast<double>(loaded.ResLongComm) + loaded.ResShortComm);
-  figures = std::move(loaded);
+                 figures.ResShortComm);
+  figures.ResTotalComm =
+      static_cast<float>(static_cast<double>(figures.ResLongComm) + figures.ResShortComm);
+  return figures;
 }
 
 std::array<ResultFigureText, 14> ResultFigureTexts(const ResultFigures& figures) {

@@ -8,9 +8,9 @@
 
 namespace velumar {
 
-// What the ledger's rows come to. One record, owned by the program, lives as long as it: a figure
-// that a loading finds nothing for keeps the value of the loading before.
+// What the orders of a run come to. A figure that no row counts for is empty or 0.
 struct ResultFigures {
+  bool any_orders = false;
   std::string ResSymbol;
   std::string ResInterval;  // -1 for daily bars, else minutes
   std::string ResStartDate;
@@ -32,9 +32,8 @@ struct ResultFigures {
   bool operator==(const ResultFigures&) const = default;
 };
 
-// Reads all figures from MyPortfolio, or from the rows of an archived run. Throws LedgerError when
-// a query fails, and then every figure is as it was before.
-void LoadResultFigures(LedgerConnection& connection, ResultFigures& figures, int archived_run = 0);
+// Reads all figures from MyPortfolio, or from the rows of an archived run. Throws LedgerError.
+ResultFigures LoadResultFigures(LedgerConnection& connection, int archived_run = 0);
 
 struct ResultFigureText {
   std::string_view field;  // "ResPortfolio"
@@ -42,7 +41,8 @@ struct ResultFigureText {
   std::string text;
 };
 
-// The fourteen as their labels show them.
+// The fourteen as their labels show them. Without orders the window leaves its labels blank
+// instead.
 std::array<ResultFigureText, 14> ResultFigureTexts(const ResultFigures& figures);
 
 }  // namespace velumar

@@ -61,7 +61,9 @@ void AccountSheets::ChooseSheet() {
   if (tabs.Index() == sheet_) return;
   try {
     if (tabs.Index() != FrmResult::kChartSheet && !account_) {
-      account_ = Read(run_);
+      std::vector<RunRecord> account = Read(run_);
+      on_read();
+      account_ = std::move(account);
       ShowAccount();
     }
   } catch (const std::exception&) {

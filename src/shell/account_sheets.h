@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -23,6 +24,10 @@ class AccountSheets {
   void Load(ShownRun run);
   // Throws a LedgerError where the run can't be read; the sheets then show what they showed.
   void ShowRun(ShownRun run);
+
+  // Runs when the sheets of the run that is shown were read at their first look. What it throws
+  // leaves the tab where it was.
+  std::function<void()> on_read;
 
  private:
   void BindEvents();

@@ -31,11 +31,12 @@ std::string FormTitle(const std::string& ending) {
   return capitals + " (*." + ending + ")";
 }
 
-ChartRows RowsOf(std::vector<PortfolioChartRow> portfolio) {
+ChartRows RowsOf(PortfolioChart portfolio) {
   ChartRows rows;
-  rows.labels.reserve(portfolio.size());
-  rows.values.reserve(portfolio.size());
-  for (PortfolioChartRow& row : portfolio) {
+  rows.hint = std::move(portfolio.hint);
+  rows.labels.reserve(portfolio.rows.size());
+  rows.values.reserve(portfolio.rows.size());
+  for (PortfolioChartRow& row : portfolio.rows) {
     rows.labels.push_back(std::move(row.label));
     rows.values.push_back(double{row.value});
   }
@@ -64,8 +65,7 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
 void ResultWindow::BindEvents() {
   const Desktop::Windows windows = desktop_.Untouched();
   const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
-  windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click =
-      guarded([this] { Window().Show(); });
+  windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click = guarded([this] { Open(); });
   FrmResult& form = windows.frmResult;
   form.on_load = guarded([this] { Load(); });
   form.on_close = form.on_escape = guarded([this] { desktop_.Unload(Window()); });
@@ -75,6 +75,14 @@ void ResultWindow::BindEvents() {
   form.picCommonDialog.on_click = guarded([this] { ChooseColour(); });
   form.lnkScore.on_click = guarded([this] { score_board_.Open(); });
   form.cbxRun.on_click = guarded([this] { ChooseRun(); });
+  sheets_.on_read = [this] { RefreshFiguresAndChart(); };
+}
+
+// A window that the preview loaded hidden may be older than the newest orders.
+void ResultWindow::Open() {
+  FrmResult& form = desktop_.Untouched().frmResult;
+  if (!form.Visible()) desktop_.Unload(form);
+  Window().Show();
 }
 
 void ResultWindow::Load() {
@@ -108,24 +116,26 @@ void ResultWindow::ListRuns() {
 void ResultWindow::ShowResultFigures() {
   Window().Combo1.SetIndex(kFirstType);
   try {
-    LoadResultFigures(ledger_, figures_);
-    WriteFigures(figures_);
-    LoadPortfolioChart();
+    RefreshFiguresAndChart();
   } catch (const LedgerError& error) {
-    WriteFigures(figures_);
     platform_.boxes.Show(error.what(), BoxIcon::kExclamation);
   }
 }
 
-void ResultWindow::WriteFigures(const ResultFigures& figures) {
-  for (const ResultFigureText& figure : ResultFigureTexts(figures)) {
-    Window().Find(figure.label)->SetText(figure.text);
-  }
+void ResultWindow::RefreshFiguresAndChart() {
+  const int run = RunToRead(ledger_, run_);
+  const ResultFigures figures = LoadResultFigures(ledger_, run);
+  ChartRows rows = RowsOf(LoadPortfolioChart(ledger_, run));
+  WriteFigures(figures);
+  // New rows show the whole chart, so the same ones leave a zoom as it is.
+  Chart& chart = Window().MSChart1;
+  if (rows != *chart.Content().rows) chart.SetRows(std::move(rows));
 }
 
-void ResultWindow::LoadPortfolioChart() {
-  std::vector<PortfolioChartRow> rows = velumar::LoadPortfolioChart(ledger_);
-  if (!rows.empty()) Window().MSChart1.SetRows(RowsOf(std::move(rows)));
+void ResultWindow::WriteFigures(const ResultFigures& figures) {
+  for (const ResultFigureText& figure : ResultFigureTexts(figures)) {
+    Window().Find(figure.label)->SetText(figures.any_orders ? figure.text : "");
+  }
 }
 
 void ResultWindow::ApplySeriesColour() {
@@ -217,14 +227,11 @@ void ResultWindow::ChooseRun() {
   }
 }
 
-// An archived run has figures of its own: none of another run's fills its gaps.
 void ResultWindow::LoadRun(int number) {
   const ShownRun chosen{number, run_.newest};
   const int run = RunToRead(ledger_, chosen);
-  ResultFigures archived;
-  ResultFigures& figures = run == kRunNow ? figures_ : archived;
-  LoadResultFigures(ledger_, figures, run);
-  ChartRows rows = RowsOf(velumar::LoadPortfolioChart(ledger_, run));
+  const ResultFigures figures = LoadResultFigures(ledger_, run);
+  ChartRows rows = RowsOf(LoadPortfolioChart(ledger_, run));
   sheets_.ShowRun(chosen);
   run_ = chosen;
   WriteFigures(figures);

@@ -15,8 +15,10 @@ namespace velumar {
 // Parts of a 32-bit colour, each 0 to 255 where the colour has no more than 24 bits.
 void SplitColour(std::int32_t colour, std::int16_t& red, std::int16_t& green, std::int16_t& blue);
 
-// The logic of the result window. It reads the ledger when the window loads and when another run is
-// chosen; what is ordered meanwhile shows at the next load.
+// The logic of the result window. It reads the ledger when the window opens, when statistics or
+// orders are first looked at, and when another run is chosen: each time figures, chart and sheets
+// together, so that they never contradict each other. Orders placed in between show at the next
+// reading.
 class ResultWindow {
  public:
   ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
@@ -24,12 +26,15 @@ class ResultWindow {
 
  private:
   void BindEvents();
+  // Shows the window, freshly loaded unless it is visible already.
+  void Open();
   void Load();
   void ListRuns();
 
   void ShowResultFigures();
+  // Of the run that is shown. Throws LedgerError, and then changes nothing.
+  void RefreshFiguresAndChart();
   void WriteFigures(const ResultFigures& figures);
-  void LoadPortfolioChart();
   void ApplySeriesColour();
   void ApplyChartType();
   void SetChartShadow(std::int16_t mode);
@@ -50,7 +55,6 @@ class ResultWindow {
   LedgerConnection& ledger_;
   ScoreBoard& score_board_;
   AccountSheets sheets_;
-  ResultFigures figures_;  // of the rows now in the ledger; they outlive the window's loads
   ShownRun run_;
 };
 

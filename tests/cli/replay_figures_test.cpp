@@ -42,8 +42,8 @@ TEST(ReplayCommand, TextsThatAreSetOutlastTheMarketsPresets) {
   EXPECT_EQ(last["RefreshDelay"], 1000);
 }
 
-// What a replay answers is what the figures of its ledger are; a run that begins anew empties the
-// ledger, and what nothing is found for keeps its value.
+// What a replay answers is what the figures of its ledger are; those of a run begin with its first
+// order.
 TEST(ReplayFigures, AreThoseOfTheLedger) {
   Sandbox box;
   const std::string data = StockDirectory(box);
@@ -70,10 +70,10 @@ TEST(ReplayFigures, AreThoseOfTheLedger) {
   const auto again = box.Run({"replay", data, "ABC", "D", "20000110", "--store", box.At("store"),
                               "--ledger", box.At("l.mdb")},
                              "long 1\nfigures\nreturn\nstart\nfigures\n");
-  const nlohmann::json kept = Answers(again.out).back();
-  EXPECT_EQ(kept["rows"], 0);
-  EXPECT_EQ(kept["ResLongAmount"], "1");
-  EXPECT_EQ(kept["ResSymbol"], "ABC");
+  const nlohmann::json anew = Answers(again.out).back();
+  EXPECT_EQ(anew["rows"], 0);
+  EXPECT_EQ(anew["ResLongAmount"], "0");
+  EXPECT_EQ(anew["ResSymbol"], "");
 }
 
 }  // namespace

@@ -95,9 +95,8 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsItDidBefore) {
   const auto statistics = Statistics();
   const auto trades = Trades();
   const std::string csv = OrdersCsv(ListOrders(ReadRun(ledger, kRunNow)));
-  ResultFigures figures;
-  LoadResultFigures(ledger, figures);
-  const auto chart = LoadPortfolioChart(ledger);
+  const ResultFigures figures = LoadResultFigures(ledger);
+  const auto chart = LoadPortfolioChart(ledger).rows;
 
   Begin(5);
   Order(28, "Long", 7, 1, 7, 0, 5);
@@ -109,10 +108,8 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsItDidBefore) {
   EXPECT_EQ(Statistics(1), statistics);
   EXPECT_EQ(Trades(1), trades);
   EXPECT_EQ(OrdersCsv(ListOrders(ReadRun(ledger, 1))), csv);
-  ResultFigures archived;
-  LoadResultFigures(ledger, archived, 1);
-  EXPECT_EQ(archived, figures);
-  const auto archived_chart = LoadPortfolioChart(ledger, 1);
+  EXPECT_EQ(LoadResultFigures(ledger, 1), figures);
+  const auto archived_chart = LoadPortfolioChart(ledger, 1).rows;
   ASSERT_EQ(archived_chart.size(), chart.size());
   for (std::size_t i = 0; i < chart.size(); ++i) {
     EXPECT_EQ(archived_chart[i].label, chart[i].label);
@@ -178,6 +175,7 @@ TEST_F(RunResultsTest, ARunThatOnlyGaveAHoldingAwayCanBeChosen) {
   ASSERT_EQ(RunChoices(ledger).size(), 3U);
   EXPECT_EQ(RunChoices(ledger)[1].title, "2: ABC D from <2007-01-10>, 0 orders");
   EXPECT_THAT(Trades(2), ElementsAre("Long 1 from 100 to 90: wiped"));
+  EXPECT_EQ(LoadPortfolioChart(ledger, 2).hint, "1 closed trade, without a result");
 }
 
 TEST(FigureTexts, QuantitiesShowUpToTwoDecimalsAndNoExponent) {

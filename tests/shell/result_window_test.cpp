@@ -86,8 +86,13 @@ TEST_F(ResultWindowTest, LoadsFiguresAndChartOnceAndAgainWhenItWasClosed) {
   EXPECT_FALSE(form.Loaded());
   LedgerDeleteAll(all.ledger, kPortfolioTable);
   Open();
-  EXPECT_EQ(form.lblPortfolio.Text(), "995,000") << "nothing found: the figure keeps its value";
+  for (const Control* label : form.Controls()) {
+    if (label->DesignLook().backdrop != Backdrop::kYellowPaper) continue;
+    EXPECT_EQ(label->Text(), "") << label->Name() << " before the first order";
+    EXPECT_NE(label->ToolTip(), "") << label->Name();
+  }
   EXPECT_THAT(form.MSChart1.Content().rows->values, IsEmpty());
+  EXPECT_EQ(form.MSChart1.Content().rows->hint, "No closed trades yet");
   EXPECT_EQ(form.MSChart1.Content().series, 49152U);
   EXPECT_THAT(Boxes(), IsEmpty());
 }
@@ -103,7 +108,7 @@ TEST_F(ResultWindowTest, ALedgerThatFailsLeavesWhatIsShown) {
   EXPECT_EQ(form.lblPortfolio.Text(), "995,000");
   form.Toolbar1.UserButton(FrmResult::kClose);
   Open();
-  EXPECT_EQ(form.lblPortfolio.Text(), "995,000");
+  EXPECT_EQ(form.lblPortfolio.Text(), "");
   EXPECT_FALSE(form.cbxRun.Enabled());
   EXPECT_EQ(Boxes().size(), 3) << "each says why";
 }
@@ -141,6 +146,21 @@ TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
   csv << std::ifstream(file).rdbuf();
   EXPECT_THAT(csv.str(), HasSubstr("\n2,2007-01-12,16:30:00,ABC,Offset Long,1,104,1,"));
   EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("orders.csv")));
+}
+
+// Two trades are closed while the window shows the chart of a run that had closed none.
+TEST_F(ResultWindowTest, ChartAndFiguresAreAsNewAsTheStatistics) {
+  rows.Begin(1000);
+  rows.Order(19, "Long", 2, 60, 2, 0, 1000);
+  Open();
+  EXPECT_EQ(form.MSChart1.Content().rows->hint, "No closed trades yet");
+  rows.Order(20, "Offset Long", 1, 61, 1, 1, 2000);
+  rows.Order(21, "Offset Long", 1, 62, 0, 2, 4000);
+  form.tabSheets.UserChoose(FrmResult::kStatisticsSheet);
+  EXPECT_EQ(form.lstStatistics.Content().text(0, 1), "2");
+  EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(2000, 4000));
+  EXPECT_EQ(form.MSChart1.Content().rows->hint, "");
+  EXPECT_EQ(form.lblPortfolio.Text(), "4,000");
 }
 
 // "Play" begins a run while the window stands open: all of it goes on telling of the one before.
@@ -225,6 +245,12 @@ TEST_F(ResultWindowTest, ThePreviewWorksOnTheChartItself) {
   EXPECT_TRUE(form.Loaded() && !form.Visible()) << "it comes back hidden";
   EXPECT_EQ(form.MSChart1.Width(), 21150);
   EXPECT_EQ(preview.Picture2.Width(), 21150);
+  rows.Order(19, "Long", 1, 60, 1, 0, 990000);
+  Open();
+  EXPECT_EQ(form.lblPortfolio.Text(), "990,000") << "read again";
+  form.Toolbar1.UserButton(FrmResult::kClose);
+  preview.chtscroll1.UserMove(25);
+  EXPECT_TRUE(form.Loaded() && !form.Visible());
   preview.cmdcancel.UserClick();
   EXPECT_FALSE(preview.Loaded());
   EXPECT_FALSE(form.Loaded()) << "the next one reads the ledger anew";
