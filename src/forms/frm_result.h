@@ -32,6 +32,7 @@ class FrmResult : public Form {
 
   static constexpr Look kCaption{.colour = kBlue};
   static constexpr Look kHeading{.colour = kBlue, .bold = true};
+  static constexpr Look kNote{.colour = kDarkBlue, .points = 9};
   static constexpr Look kValue{.alignment = Alignment::kCentre, .backdrop = Backdrop::kYellowPaper};
 
   // The chart's size in twips at the full zoom of the print preview.
@@ -42,7 +43,8 @@ class FrmResult : public Form {
                    {"Toolbar1", 0, 0, 8220, 480},
                    {{kSaveAs, "&Save As", "Save As", "result-save"},
                     {kPreview, "&Preview", "Preview", "result-preview"},
-                    {kShadow, "&Shadow", "Shadow", "result-shadow"},
+                    // Alt+S is Save As.
+                    {kShadow, "S&hadow", "Shadow", "result-shadow"},
                     {kNoShadow, "&No Shadow", "No Shadow", "result-no-shadow"},
                     {kEffect, "&Effect", "Effect", "result-effect"},
                     {kDefault, "&Default", "Restore Default", "result-default"},
@@ -57,7 +59,13 @@ class FrmResult : public Form {
 
   Frame Frame3{*this, {"Frame3", 0, 480, 10575, 8295}};
   Chart MSChart1{*this, {"MSChart1", 0, 0, 10575, 8295, "", ""}, kStripTop};
-  Table lstStatistics{*this, {"lstStatistics", 120, 120, 10335, 7740, "", "Statistics"}};
+  Table lstStatistics{*this, {"lstStatistics", 120, 120, 10335, 7380, "", "Statistics"}};
+  Label lblSheetNote{
+      *this,
+      {"lblSheetNote", 120, 7530, 10335, 300,
+       "Statistics: profit in money, commission of all orders. Figures below: profit "
+       "in points, commission of entries only.",
+       "", kNote}};
   Table lstOrders{*this, {"lstOrders", 120, 120, 10335, 7740, "", "Orders"}};
   TabBar tabSheets{
       *this, {"tabSheets", 60, 7920, 3525, 345, "", ""}, {"Chart", "Statistics", "Orders"}};
@@ -70,35 +78,64 @@ class FrmResult : public Form {
 
   Frame Frame1{*this, {"Frame1", 0, 8760, 5295, 2175, " Summary ", "", kHeading}};
   Label Label1{*this, {"Label1", 240, 360, 900, 300, "Symbol:", "", kCaption}};
-  Label lblSymbol{*this, {"lblSymbol", 1200, 360, 1560, 300, "", "", kValue}};
+  Label lblSymbol{*this, {"lblSymbol", 1200, 360, 1560, 300, "", "Security of the orders", kValue}};
   Label Label2{*this, {"Label2", 240, 780, 900, 300, "Interval:", "", kCaption}};
-  Label lblInterval{*this, {"lblInterval", 1200, 780, 1560, 300, "", "", kValue}};
+  Label lblInterval{
+      *this,
+      {"lblInterval", 1200, 780, 1560, 300, "", "Minutes of a bar; -1: a daily series", kValue}};
   Label Label3{*this, {"Label3", 240, 1200, 900, 300, "Start Date:", "", kCaption}};
-  Label lblStartDate{*this, {"lblStartDate", 1200, 1200, 1560, 300, "", "", kValue}};
+  Label lblStartDate{*this,
+                     {"lblStartDate", 1200, 1200, 1560, 300, "",
+                      "Date of the earliest bar with an order", kValue}};
   Label Label4{*this, {"Label4", 2910, 1200, 600, 300, " Time:", "", kCaption}};
-  Label lblStartDateTime{*this, {"lblStartDateTime", 3540, 1200, 1560, 300, "", "", kValue}};
+  Label lblStartDateTime{*this,
+                         {"lblStartDateTime", 3540, 1200, 1560, 300, "",
+                          "Time of the earliest bar with an order", kValue}};
   Label Label5{*this, {"Label5", 240, 1620, 900, 300, "End Date:", "", kCaption}};
-  Label lblEndDate{*this, {"lblEndDate", 1200, 1620, 1560, 300, "", "", kValue}};
+  Label lblEndDate{
+      *this,
+      {"lblEndDate", 1200, 1620, 1560, 300, "", "Date of the latest bar with an order", kValue}};
   Label Label6{*this, {"Label6", 2910, 1620, 600, 300, "Time:", "", kCaption}};
-  Label lblEndDateTime{*this, {"lblEndDateTime", 3540, 1620, 1560, 300, "", "", kValue}};
+  Label lblEndDateTime{*this,
+                       {"lblEndDateTime", 3540, 1620, 1560, 300, "",
+                        "Time of the latest bar with an order", kValue}};
 
   Frame Frame2{*this, {"Frame2", 5280, 8760, 5295, 2175, " Trading Profit/Loss ", "", kHeading}};
   Label Label7{*this, {"Label7", 150, 360, 480, 300, "Long", "", kCaption}};
-  Label lblLong{*this, {"lblLong", 660, 360, 1020, 300, "", "", kValue}};
+  Label lblLong{*this,
+                {"lblLong", 660, 360, 1020, 300, "",
+                 "Quantity of all Long orders: entered, not held", kValue}};
   Label Label8{*this, {"Label8", 1800, 360, 900, 300, "Profit/Loss", "", kCaption}};
-  Label lblLongProfitLoss{*this, {"lblLongProfitLoss", 2700, 360, 1020, 300, "", "", kValue}};
+  Label lblLongProfitLoss{*this,
+                          {"lblLongProfitLoss", 2700, 360, 1020, 300, "",
+                           "Realised by Offset Long orders, in points, not money", kValue}};
   Label Label9{*this, {"Label9", 3795, 360, 555, 300, "Comm.", "", kCaption}};
-  Label lblLongComm{*this, {"lblLongComm", 4380, 360, 810, 300, "", "", kValue}};
+  Label lblLongComm{*this,
+                    {"lblLongComm", 4380, 360, 810, 300, "",
+                     "Commission of Long orders only, without offsets and VAT", kValue}};
   Label Label10{*this, {"Label10", 150, 780, 480, 300, "Short", "", kCaption}};
-  Label lblShort{*this, {"lblShort", 660, 780, 1020, 300, "", "", kValue}};
+  Label lblShort{*this,
+                 {"lblShort", 660, 780, 1020, 300, "",
+                  "Quantity of all Short orders: entered, not held", kValue}};
   Label Label11{*this, {"Label11", 1800, 780, 900, 300, "Profit/Loss", "", kCaption}};
-  Label lblShortProfitLoss{*this, {"lblShortProfitLoss", 2700, 780, 1020, 300, "", "", kValue}};
+  Label lblShortProfitLoss{*this,
+                           {"lblShortProfitLoss", 2700, 780, 1020, 300, "",
+                            "Realised by Offset Short orders, in points, not money", kValue}};
   Label Label12{*this, {"Label12", 3795, 780, 555, 300, "Comm.", "", kCaption}};
-  Label lblShortComm{*this, {"lblShortComm", 4380, 780, 810, 300, "", "", kValue}};
+  Label lblShortComm{*this,
+                     {"lblShortComm", 4380, 780, 810, 300, "",
+                      "Commission of Short orders only, without offsets and VAT", kValue}};
   Label Label13{*this, {"Label13", 150, 1200, 1080, 300, "Total Comm.:", "", kCaption}};
-  Label lblTotalComm{*this, {"lblTotalComm", 1260, 1200, 1620, 300, "", "", kValue}};
+  Label lblTotalComm{
+      *this,
+      {"lblTotalComm", 1260, 1200, 1620, 300, "",
+       "Commission of entries only (Long and Short orders), without offsets and VAT", kValue}};
   Label Label14{*this, {"Label14", 150, 1620, 1080, 300, "Portfolio:", "", kCaption}};
-  Label lblPortfolio{*this, {"lblPortfolio", 1260, 1620, 1620, 300, "", "", kValue}};
+  Label lblPortfolio{*this,
+                     {"lblPortfolio", 1260, 1620, 1620, 300, "",
+                      "Money after the order at the latest bar: starting money and realised "
+                      "profit, before commission and VAT; open positions do not count",
+                      kValue}};
   Link lnkScore{*this,
                 {"lnkScore", 3840, 1620, 1350, 300, "Score board...", "Compare with others"}};
 };

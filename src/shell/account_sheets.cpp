@@ -83,6 +83,7 @@ void AccountSheets::ShowSheet() {
   FrmResult& form = Window();
   form.MSChart1.SetVisible(sheet_ == FrmResult::kChartSheet);
   form.lstStatistics.SetVisible(sheet_ == FrmResult::kStatisticsSheet);
+  form.lblSheetNote.SetVisible(sheet_ == FrmResult::kStatisticsSheet);
   form.lstOrders.SetVisible(sheet_ == FrmResult::kOrdersSheet);
   form.cmdCopy.SetVisible(sheet_ != FrmResult::kChartSheet);
   form.cmdExport.SetVisible(sheet_ == FrmResult::kOrdersSheet);
@@ -108,7 +109,9 @@ void AccountSheets::ShowOrders() {
                                  [orders = orders_](std::size_t row, std::size_t column) {
                                    return orders->at(row).at(column).text;
                                  },
-                                 nullptr});
+                                 [orders = orders_](std::size_t row) {
+                                   return orders->at(row).back().text;  // the note
+                                 }});
 }
 
 // A second click on a title turns the order round.

@@ -133,7 +133,10 @@ TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
   EXPECT_EQ(form.lblPortfolio.Text(), "2,004,000") << "after the latest bar";
   EXPECT_EQ(form.lblShort.Text(), "0") << "no figure of another run";
   EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(2007000, 2004000));
+  EXPECT_EQ(form.lstOrders.Content().tip(1), "hindsight");
+  EXPECT_FALSE(form.lblSheetNote.Visible());
   form.tabSheets.UserChoose(FrmResult::kStatisticsSheet);
+  EXPECT_TRUE(form.lblSheetNote.Visible());
   EXPECT_EQ(form.lstStatistics.Content().text(0, 1), "2");
   EXPECT_THAT(form.lstStatistics.Content().tip(2), HasSubstr("trades"));
 
