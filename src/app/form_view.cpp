@@ -9,6 +9,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QUrl>
 #include <QWindow>
 #include <algorithm>
@@ -85,20 +87,54 @@ void FormView::OrderTabs() {
   if (first != controls.end()) views_.at(*first)->Widget().setFocus();
 }
 
-// What stands in a container is cut by it. A menu bar stands above all else.
+// What stands in a container is cut by it. A menu bar stands above all else and doesn't scroll.
 void FormView::MakeViews() {
-  QWidget* inside = this;
+  QWidget& inside = form_.Bordered() ? MakeScrolledInside() : *this;
   for (Control* control : form_.Controls()) {
     const Control* container = control->Container();
-    QWidget& parent = container == nullptr ? *inside : views_.at(container)->Widget();
+    const bool menu = control->Kind() == ControlKind::kMenu;
+    QWidget& ground = menu ? *this : inside;
+    QWidget& parent = container == nullptr ? ground : views_.at(container)->Widget();
     views_[control] = MakeControlView(*this, parent, *control);
-    if (control->Kind() != ControlKind::kMenu) continue;
-    QWidget& bar = views_[control]->Widget();
-    menu_height_ = bar.sizeHint().height();
-    bar.setGeometry(0, 0, LogicalPixels(form_.Width()), menu_height_);
-    inside = new QWidget(this);
-    inside->setGeometry(0, menu_height_, LogicalPixels(form_.Width()),
-                        LogicalPixels(form_.Height()));
+    if (menu) menu_height_ = views_[control]->Widget().sizeHint().height();
+  }
+}
+
+// A window may be larger than the screen, at 200 % above all. The Tab key scrolls along.
+QWidget& FormView::MakeScrolledInside() {
+  scroll_ = new QScrollArea(this);
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setFocusPolicy(Qt::NoFocus);
+  auto* inside = new QWidget;
+  inside->setFixedSize(LogicalPixels(form_.Width()), LogicalPixels(form_.Height()));
+  scroll_->setWidget(inside);
+  // The window's own ground shows.
+  scroll_->viewport()->setAutoFillBackground(false);
+  inside->setAutoFillBackground(false);
+  return *inside;
+}
+
+QSize FormView::WholeSize() const {
+  return {LogicalPixels(form_.Width()), LogicalPixels(form_.Height()) + menu_height_};
+}
+
+void FormView::FitSize() {
+  const QSize whole = WholeSize();
+  if (scroll_ == nullptr) return setFixedSize(whole);
+  const QSize border(16, 40);  // at most, with the title bar
+  const QSize room = screen()->availableSize() - border;
+  // A bar takes its room from the other direction.
+  QSize wanted = whole;
+  if (whole.height() > room.height())
+    wanted += {scroll_->verticalScrollBar()->sizeHint().width(), 0};
+  if (whole.width() > room.width())
+    wanted += {0, scroll_->horizontalScrollBar()->sizeHint().height()};
+  setFixedSize(wanted.boundedTo(room));
+  scroll_->setGeometry(0, menu_height_, width(), height() - menu_height_);
+  for (const auto& [control, view] : views_) {
+    if (control->Kind() == ControlKind::kMenu) {
+      view->Widget().setGeometry(0, 0, width(), menu_height_);
+    }
   }
 }
 
@@ -107,7 +143,7 @@ void FormView::Update() {
   // A number can't have the focus, so it must not be found where the focus is given by title.
   const std::string& title = TakesInput(form_) ? form_.Caption() : form_.Name();
   setWindowTitle(title.empty() ? QStringLiteral(" ") : ToQString(title));
-  setFixedSize(LogicalPixels(form_.Width()), LogicalPixels(form_.Height()) + menu_height_);
+  FitSize();
   UpdateFlags();
   UpdatePlace();
   UpdateShape();
@@ -157,14 +193,16 @@ void FormView::UpdateShape() {
   }
 }
 
-// Another screen may have another scale, and the cut is made in the pixels of the screen.
-void FormView::CutAgain() {
-  if (!retired_ && !blended_ && !form_.Bordered()) CutCorners(*this, corners_);
+// Another screen may have another size or scale, and corners are cut in the pixels of the screen.
+void FormView::FollowScreen() {
+  if (retired_) return;
+  FitSize();
+  if (!blended_ && !form_.Bordered()) CutCorners(*this, corners_);
 }
 
 void FormView::showEvent(QShowEvent* event) {
   constexpr auto kOnceBehindAll = Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection);
-  connect(windowHandle(), &QWindow::screenChanged, this, &FormView::CutAgain, kOnceBehindAll);
+  connect(windowHandle(), &QWindow::screenChanged, this, &FormView::FollowScreen, kOnceBehindAll);
   QWidget::showEvent(event);
 }
 

@@ -10,6 +10,8 @@
 #include "app/form_canvas.h"
 #include "forms/form.h"
 
+class QScrollArea;
+
 namespace velumar {
 
 using ErrorReport = std::function<void(const std::string& text)>;
@@ -52,10 +54,14 @@ class FormView : public QWidget, public FormCanvas {
  private:
   void OrderTabs();
   void MakeViews();
+  QWidget& MakeScrolledInside();
+  QSize WholeSize() const;
+  // Of a window with a border, as much as the screen has room for.
+  void FitSize();
   void UpdateFlags();
   void UpdatePlace();
   void UpdateShape();
-  void CutAgain();
+  void FollowScreen();
   void UpdateVisible();
   void FollowTheUser();
 
@@ -64,6 +70,7 @@ class FormView : public QWidget, public FormCanvas {
   ErrorReport report_;
   std::map<const Control*, ControlView*> views_;
   int menu_height_ = 0;
+  QScrollArea* scroll_ = nullptr;  // in a window with a border
   int handlers_on_stack_ = 0;
   bool retired_ = false;
 
