@@ -2,7 +2,11 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <algorithm>
+#include <numeric>
+
+#include "app/text_fit.h"
 
 namespace velumar {
 
@@ -52,7 +56,6 @@ QVariant TableRows::headerData(int section, Qt::Orientation orientation, int rol
 TableView::TableView(FormCanvas& canvas, QWidget& window, Table& table)
     : QTableView(&window), canvas_(canvas), table_(table), rows_(table) {
   constexpr int kRowPixels = 20;
-  constexpr int kMeasuredRows = 200;
   setModel(&rows_);
   setSelectionBehavior(QAbstractItemView::SelectRows);
   setAlternatingRowColors(true);
@@ -63,7 +66,6 @@ TableView::TableView(FormCanvas& canvas, QWidget& window, Table& table)
   verticalHeader()->hide();
   verticalHeader()->setDefaultSectionSize(kRowPixels);
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  horizontalHeader()->setResizeContentsPrecision(kMeasuredRows);
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setSectionsClickable(table.on_header != nullptr);
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) {
@@ -74,10 +76,6 @@ TableView::TableView(FormCanvas& canvas, QWidget& window, Table& table)
 void TableView::Update() {
   ApplyCommon(*this, table_);
   setToolTip(QString());  // the rows have their own
-  constexpr int kPixels = 12;
-  constexpr int kManyPixels = 11;
-  setFont(canvas_.Look().faces.Plain(rows_.columnCount() > kFewColumns ? kManyPixels : kPixels));
-  horizontalHeader()->setFont(font());
   if (shown_ == table_.Version()) return;
   shown_ = table_.Version();
   rows_.Renew();
@@ -93,15 +91,54 @@ void TableView::MarkSorting() {
       table_.SortedBy().descending ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
-// A few columns share the room; many are as wide as their texts.
+// A few columns share the room. Many are as wide as their texts, in the largest type in which all
+// of them are in sight; the last one takes what is left.
 void TableView::FitColumns() {
+  constexpr int kFewPixels = 12;
+  constexpr int kManyPixels = 11;
   if (rows_.columnCount() == 0) return;
-  if (rows_.columnCount() <= kFewColumns) {
-    horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    return;
+  const bool few = rows_.columnCount() <= kFewColumns;
+  QFont font = canvas_.Look().faces.Plain(few ? kFewPixels : kManyPixels);
+  std::vector<int> widths;
+  if (!few) {
+    const int room = width() - 2 * frameWidth() - verticalScrollBar()->sizeHint().width();
+    widths = ColumnWidths(font);
+    while (std::accumulate(widths.begin(), widths.end(), 0) > room &&
+           font.pixelSize() > kSmallestPixelSize) {
+      font.setPixelSize(font.pixelSize() - 1);
+      widths = ColumnWidths(font);
+    }
   }
-  resizeColumnsToContents();
-  horizontalHeader()->setStretchLastSection(true);
+  setFont(font);
+  horizontalHeader()->setFont(font);
+  horizontalHeader()->setSectionResizeMode(few ? QHeaderView::Stretch : QHeaderView::Interactive);
+  horizontalHeader()->setStretchLastSection(!few);
+  for (std::size_t i = 0; i < widths.size(); ++i) setColumnWidth(static_cast<int>(i), widths[i]);
+}
+
+// Wide enough for the titles and the texts, but for those of the last column.
+std::vector<int> TableView::ColumnWidths(const QFont& font) const {
+  constexpr std::size_t kMeasuredRows = 2000;  // of a long table, spread over all of it
+  constexpr int kAroundText = 7;
+  const QFontMetrics metrics(font);
+  const std::size_t count = table_.Content().count;
+  const std::size_t step = std::max<std::size_t>(1, count / kMeasuredRows);
+  std::vector<int> widths;
+  for (std::size_t column = 0; column < table_.Columns().size(); ++column) {
+    const bool sorted = table_.on_header && table_.SortedBy().column == column;
+    const int mark = sorted ? style()->pixelMetric(QStyle::PM_HeaderMarkSize) + kAroundText : 0;
+    std::string longest;
+    const bool last = column + 1 == table_.Columns().size();
+    for (std::size_t row = 0; row < count && !last; row += step) {
+      std::string text = table_.Content().text(row, column);
+      if (text.size() > longest.size()) longest = std::move(text);
+    }
+    const int title = metrics.horizontalAdvance(ToQString(table_.Columns()[column].title)) + mark;
+    // Among texts of one length, some are a digit wider.
+    const int text = metrics.horizontalAdvance(ToQString(longest)) + 1;
+    widths.push_back(std::max(title, text) + kAroundText);
+  }
+  return widths;
 }
 
 void TableView::keyPressEvent(QKeyEvent* event) {

@@ -2,6 +2,7 @@
 
 #include <QAbstractTableModel>
 #include <QTableView>
+#include <vector>
 
 #include "app/control_view.h"
 #include "forms/table.h"
@@ -37,6 +38,7 @@ class TableView : public QTableView, public ControlView {
  private:
   void MarkSorting();
   void FitColumns();
+  std::vector<int> ColumnWidths(const QFont& font) const;
 
   FormCanvas& canvas_;
   Table& table_;
