@@ -159,13 +159,17 @@ void HostControl::RefreshCharts() {
   IgnoringErrors([&] { platform_.chart_windows.BringToFront(kOwnTitle); });
 }
 
+// A pause that is clicked meanwhile ends it after the chart in hand; the ring is closed all the
+// same, so the chart that was in front is in front again.
 void HostControl::RefreshEachChart() {
+  const bool stopped_before = session_.StopRequested != 0;
   Wait(kBeforeRefreshMs);
   Send(kRefresh);
   const int charts = ChartCount();
   for (int other = 1; other < charts; ++other) {
     Wait(kBeforeNextChartMs);
     Send(kNextChart);
+    if (!stopped_before && session_.StopRequested != 0) continue;
     Wait(kBeforeRefreshMs);
     Send(kRefresh);
   }

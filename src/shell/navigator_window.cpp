@@ -1,6 +1,7 @@
 #include "shell/navigator_window.h"
 
 #include "base/ignoring.h"
+#include "base/number_text.h"
 #include "platform/waiting.h"
 #include "shell/event_guard.h"
 #include "shell/opacity_setting.h"
@@ -12,6 +13,7 @@ namespace {
 
 constexpr std::string_view kOpacityKey = "ControlPannelTransparent";
 constexpr std::int16_t kAfterFastStepMs = 5;
+constexpr int kMostCharts = 20;
 
 std::string FastStepTip(std::string_view word, std::string_view key) {
   return std::string(word) + std::to_string(BarStepper::kFastStep) + " Bars (" + std::string(key) +
@@ -34,6 +36,7 @@ void NavigatorWindow::BindEvents() {
   form.on_close = form.Image5.on_click = guarded([this] { CloseAndReturn(); });
   form.on_press = form.Image8.on_press = guarded([this] { DragWindow(Window()); });
   form.HScrollx.on_change = guarded([this] { OpacityMoved(); });
+  form.txtRefresh.on_change = guarded([this] { ChartCountTyped(); });
   BindButtons(form);
 }
 
@@ -61,6 +64,7 @@ void NavigatorWindow::Load() {
   LoadOpacity(form, form.HScrollx, platform_.settings, kOpacityKey);
   form.Image6.SetToolTip(FastStepTip("Previous ", "PageUp"));
   form.Image7.SetToolTip(FastStepTip("Next ", "PageDown"));
+  chart_count_ = form.txtRefresh.Text();
   session_.NavTop = platform_.settings.Read("NavTop").value_or("0");
   session_.NavLeft = platform_.settings.Read("NavLeft").value_or("0");
   IgnoringErrors([this] { Place(); });
@@ -81,6 +85,19 @@ void NavigatorWindow::Place() {
 }
 
 void NavigatorWindow::OpacityMoved() { ApplyOpacity(Window(), Window().HScrollx); }
+
+void NavigatorWindow::ChartCountTyped() {
+  TextBox& box = Window().txtRefresh;
+  if (ToDouble(box.Text()).value_or(1) <= kMostCharts) {
+    chart_count_ = box.Text();
+    return;
+  }
+  const std::string typed = box.Text();
+  box.SetText(chart_count_);
+  platform_.boxes.Show("At most " + std::to_string(kMostCharts) +
+                           " charts can be refreshed at each bar, not " + typed + ".",
+                       BoxIcon::kExclamation);
+}
 
 void NavigatorWindow::Unload() { SaveOpacity(Window(), platform_.settings, kOpacityKey); }
 

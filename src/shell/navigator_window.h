@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "forms/desktop.h"
 #include "platform/platform.h"
 #include "session/run_control.h"
@@ -18,6 +20,8 @@ class NavigatorWindow {
   void Load();
   void Place();
   void OpacityMoved();
+  // A number of charts that no screen holds is refused, and the box keeps the one before.
+  void ChartCountTyped();
   void Unload();
   void CloseAndReturn();
   Form2& Window() { return desktop_.form2(); }
@@ -27,6 +31,7 @@ class NavigatorWindow {
   Platform& platform_;
   RunControl& run_;
   bool closing_ = false;  // while it slides away
+  std::string chart_count_;
 };
 
 }  // namespace velumar

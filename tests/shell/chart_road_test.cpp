@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <fstream>
 
 #include "platform/key_notation.h"
@@ -36,7 +37,7 @@ TEST_F(ChartRoadTest, EachOpenChartIsRefreshedAndTheRingClosed) {
                {"3", {"%VR", "^{TAB}", "%VR", "^{TAB}", "%VR", "^{TAB}"}, 1530},
                {"0", {"%VR"}, 500},
                {"abc", {"%VR"}, 500},
-               {"99999", {"%VR"}, 500}};
+               {"-3", {"%VR"}, 500}};
   for (const auto& c : cases) {
     all->Navigator().txtRefresh.UserType(c.charts);
     all->outside.chart.sent.clear();
@@ -46,6 +47,35 @@ TEST_F(ChartRoadTest, EachOpenChartIsRefreshedAndTheRingClosed) {
     EXPECT_EQ(all->Now() - before, c.waited) << c.charts;
     EXPECT_TRUE(all->Navigator().txtRefresh.Enabled());
   }
+}
+
+TEST_F(ChartRoadTest, MoreChartsThanAScreenHoldsAreRefused) {
+  all->program.Start();
+  all->Navigator().Show();
+  TextBox& count = all->Navigator().txtRefresh;
+  for (const char* text : {"20", "21", "99999999999", "1,000"}) {
+    count.UserType(text);
+    EXPECT_EQ(count.Text(), "20") << text;
+  }
+  EXPECT_EQ(all->outside.boxes.shown.size(), 3U);
+  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("not 21"));
+}
+
+// The remaining charts are only passed by, until the one in front is in front again.
+TEST_F(ChartRoadTest, APauseEndsARefreshBetweenTwoCharts) {
+  all->outside.events.SetOnPending([this] {
+    if (all->session.BarIndex != 59) return;
+    all->Navigator().txtRefresh.UserType("4");
+    all->outside.chart.sent.clear();
+    all->At(700, [this] { all->Navigator().Image4.UserClick(); });
+  });
+  StartAt(60);
+  const auto& sent = all->outside.chart.sent;
+  EXPECT_EQ(sent, (std::vector<std::string>{"%VR", "^{TAB}", "%VR", "^{TAB}", "^{TAB}", "^{TAB}"}));
+  EXPECT_EQ(all->session.BarIndex, 60);
+  all->outside.chart.sent.clear();
+  all->Navigator().Image1.UserClick();
+  EXPECT_EQ(std::count(sent.begin(), sent.end(), "%VR"), 4) << "a step in the pause refreshes all";
 }
 
 TEST_F(ChartRoadTest, AProgramThatIsNotThereIsStartedFromItsFolder) {
