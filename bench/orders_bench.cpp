@@ -19,7 +19,7 @@ std::string AsItIs(std::string_view date) { return std::string(date); }
 struct Desk {
   explicit Desk(const std::string& file) {
     LedgerOpen(ledger, file);
-    session.Symbol = "ABC";
+    session.Symbol = session.Run.symbol = "ABC";
     session.SymbolInterval = "-1";
     session.BarDate = {20070125};
     session.BarTime = {163000};

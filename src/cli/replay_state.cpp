@@ -78,12 +78,13 @@ void AddCaptions(Json& state, const Desktop::Windows& windows) {
 
 Json StoreState(ReplayWorld& world) {
   Json store = {{"bars", 0}, {"first", nullptr}, {"last", nullptr}};
-  const auto series = ReplayableInterval(world.Windows().form1.cbxPeriod.Text());
+  const RunSeries& run = world.session.Run;
+  const auto series = ReplayableInterval(run.interval);
   if (!series) return store;
   try {
     MetaLibReader reader(world.index_cache);
     reader.OpenDirectory(world.session.SimDir);
-    reader.SelectSeries(world.session.Symbol, series->daily, series->minutes);
+    reader.SelectSeries(run.symbol, series->daily, series->minutes);
     reader.ReadSeries();
     const auto& dates = reader.GetDates();
     const auto& times = reader.GetTimes();

@@ -32,13 +32,11 @@ constexpr std::chrono::milliseconds kDialogPatience{15000};
 
 }  // namespace
 
-void HostControl::CloseCharts(const std::function<bool()>& superseded) {
-  IgnoringErrors([&] { BlinkLoadingNotice(superseded); });
-  if (superseded()) return;
+void HostControl::CloseCharts() {
+  IgnoringErrors([&] { BlinkLoadingNotice(); });
   const bool running = BringHostToFront();
   SetStatusLine(desktop_, "");
-  if (!running) IgnoringErrors([&] { StartHost(superseded); });
-  if (superseded()) return;
+  if (!running) IgnoringErrors([&] { StartHost(); });
   MaximizeHost();
   BringHostToFront();
   SetStatusLine(desktop_, "Wait for  close all chart  ....");
@@ -47,35 +45,32 @@ void HostControl::CloseCharts(const std::function<bool()>& superseded) {
   Send(kCloseCharts);
 }
 
-void HostControl::OpenChart(const std::function<bool()>& superseded) {
+void HostControl::OpenChart() {
   {
     const Counted opening(opening_);
-    SetStatusLine(desktop_, "Open data for [" + session_.Symbol + "] ....");
+    SetStatusLine(desktop_, "Open data for [" + session_.Run.symbol + "] ....");
     Send(kOpenDialog);
     if (WaitForDialog()) {
       Wait(0);
-      if (!superseded()) OpenChartInDialog();
+      OpenChartInDialog();
     }
   }
-  // The box of a dialog that never came lets clicks run.
-  if (superseded()) return;
   BringHostToFront();
-  SetStatusLine(desktop_, "Ready to rock with [" + session_.Symbol + "] ....");
+  SetStatusLine(desktop_, "Ready to rock with [" + session_.Run.symbol + "] ....");
 }
 
-void HostControl::BlinkLoadingNotice(const std::function<bool()>& superseded) {
+void HostControl::BlinkLoadingNotice() {
   constexpr int kRounds = 2;
   constexpr std::int16_t kBlinkMs = 1000;
   for (int round = 0; round < kRounds; ++round) {
     for (const std::string_view notice : {kLoadingNotice, std::string_view()}) {
       desktop_.form2().Label6.SetText(notice);
       Wait(kBlinkMs);
-      if (superseded()) return;
     }
   }
 }
 
-void HostControl::StartHost(const std::function<bool()>& superseded) {
+void HostControl::StartHost() {
   const std::string folder = registry_.HostProgramPath();
   if (folder.empty()) return;
   SetStatusLine(desktop_, "Loading Meta Stock Program ....");
@@ -85,7 +80,7 @@ void HostControl::StartHost(const std::function<bool()>& superseded) {
   IgnoringErrors([&] { platform_.programs.Start(command_line); });
   BringHostToFront();
   SetStatusLine(desktop_, "Wait  for  [Meta Stock] ready ....");
-  if (!superseded()) Wait(kHostStartMs);
+  Wait(kHostStartMs);
 }
 
 // No event runs meanwhile. A chart program that never answers must not hang the trader.
@@ -101,7 +96,7 @@ bool HostControl::WaitForDialog() {
   platform_.boxes.Show(
       "The chart program showed no \"Open\" dialog within 15 seconds. The run goes "
       "on: open the chart of " +
-          session_.Symbol + " by hand in the folder " + session_.SimDir + ".",
+          session_.Run.symbol + " by hand in the folder " + session_.SimDir + ".",
       BoxIcon::kExclamation);
   return false;
 }
@@ -110,7 +105,7 @@ bool HostControl::WaitForDialog() {
 void HostControl::OpenChartInDialog() {
   Send(EscapedKeys(session_.SimDir));
   SendEach({"{SPACE}", "{SPACE}", "{SPACE}", "{ENTER}"});
-  Send(EscapedKeys(session_.Symbol));
+  Send(EscapedKeys(session_.Run.symbol));
   SendEach({"{SPACE}", "{SPACE}", "{SPACE}", "{END}", "{TAB}", "S", "{ENTER}"});
 }
 

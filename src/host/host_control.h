@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -26,8 +25,8 @@ class HostControl : public ChartSide {
         registry_(registry),
         status_(status) {}
 
-  void CloseCharts(const std::function<bool()>& superseded) override;
-  void OpenChart(const std::function<bool()>& superseded) override;
+  void CloseCharts() override;
+  void OpenChart() override;
   void MaximizeHost() override;
   bool BringHostToFront() override;
   void RefreshCharts() override;
@@ -41,8 +40,8 @@ class HostControl : public ChartSide {
     std::string advice;
   };
 
-  void BlinkLoadingNotice(const std::function<bool()>& superseded);
-  void StartHost(const std::function<bool()>& superseded);
+  void BlinkLoadingNotice();
+  void StartHost();
   bool WaitForDialog();
   void OpenChartInDialog();
   bool IsTaskWindow(WindowId window);

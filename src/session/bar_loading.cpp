@@ -2,7 +2,6 @@
 
 #include <optional>
 
-#include "base/text.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
@@ -35,30 +34,27 @@ bool FindSecurity(MetaLibReader& reader, const std::string& symbol, const std::s
 
 }  // namespace
 
-std::int16_t BarLoader::LoadBars(std::string& symbol, std::string_view directory) {
-  symbol = NormalisedSymbol(symbol);
-  try {
-    return Load(symbol, directory);
-  } catch (const MetaLibError&) {
-    return 0;
-  }
-}
-
-std::int16_t BarLoader::Load(const std::string& symbol, std::string_view directory) {
-  const std::string interval = desktop_.form1().cbxPeriod.Text();
+std::int16_t BarLoader::LoadBars(std::string_view directory) {
+  const auto& [run_directory, symbol, interval, start_day] = session_.Run;
+  const std::optional<SeriesArguments> series = ReplayableInterval(interval);
   MetaLibReader reader(cache_);
   reader.OpenDirectory(directory);
-  if (!FindSecurity(reader, symbol, IntervalToMatch(interval), session_)) return 0;
-  if (const std::optional<SeriesArguments> series = ReplayableInterval(interval)) {
-    reader.SelectSeries(symbol, series->daily, series->minutes);
+  if (!series || !FindSecurity(reader, symbol, IntervalToMatch(interval), session_)) {
+    throw MetaLibError(MetaLibError::kSeriesNotFound, "There is no series \"" + symbol +
+                                                          "\" at interval " + interval + " in \"" +
+                                                          std::string(directory) + "\"");
   }
+  reader.SelectSeries(symbol, series->daily, series->minutes);
   reader.ReadSeries();
+  if (reader.GetDates().size() > kLongestSeries) {
+    throw MetaLibError(kNotReplayable, "The series " + symbol + " at interval " + interval +
+                                           " holds more than " + std::to_string(kLongestSeries) +
+                                           " bars.");
+  }
   StoreArrays(reader, session_);
-  const int last = session_.LastArrayIndex();
-  if (last >= kLongestSeries) return 0;
   reader.CloseSecurity();
   reader.CloseDirectory();
-  return static_cast<std::int16_t>(last);
+  return static_cast<std::int16_t>(session_.LastArrayIndex());
 }
 
 }  // namespace velumar

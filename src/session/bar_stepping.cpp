@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "base/ignoring.h"
-#include "base/text.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
@@ -21,78 +20,57 @@ void Close(MetaLibWriter& writer) {
 
 }  // namespace
 
-std::int16_t BarStepper::FeedBar(int& index, std::string& symbol) {
-  int bar = std::max(index, 0);
-  const int last = session_.LastArrayIndex();
-  if (bar > last) {
-    bar = last;
-    Change(symbol, {}, Direction::kForward);
-  } else {
-    Change(symbol, {bar, bar}, Direction::kForward);
-  }
-  index = bar;
-  ShowMoment(bar);
-  return -1;
-}
-
-std::int16_t BarStepper::FastFeed(std::int16_t& index, std::string& symbol) {
-  const int start = std::max<int>(index, 0);
-  const int newest = std::min(start + kFastStep, session_.LastArrayIndex());
-  index = static_cast<std::int16_t>(Change(symbol, {start + 1, newest}, Direction::kForward));
+void BarStepper::FeedBar(std::int16_t& index) {
+  const int newest = std::min(index + 1, session_.LastArrayIndex());
+  index = static_cast<std::int16_t>(Change({index + 1, newest}, Direction::kForward));
   ShowMoment(index);
-  return index;
 }
 
-std::int16_t BarStepper::UnfeedBar(std::int16_t& index, std::string& symbol) {
-  int bar = std::max<int>(index, 0);
-  if (bar > session_.LastArrayIndex()) {
-    Change(symbol, {}, Direction::kBackward);
-    bar = 0;
-  } else {
-    Change(symbol, {bar, bar}, Direction::kBackwardOne);
-    --bar;
-  }
-  index = static_cast<std::int16_t>(bar);
-  ShowPrice(bar);
-  return -1;
+void BarStepper::FastFeed(std::int16_t& index) {
+  const int newest = std::min(std::max<int>(index, 0) + kFastStep, session_.LastArrayIndex());
+  index = static_cast<std::int16_t>(Change({index + 1, newest}, Direction::kForward));
+  ShowMoment(index);
 }
 
-std::int16_t BarStepper::FastUnfeed(std::int16_t& index, std::string& symbol) {
-  const int newest = std::max<int>(index, 0);
-  const int wanted = std::max(newest - kFastStep, 0);
-  const int left = Change(symbol, {wanted + 1, newest}, Direction::kBackward);
-  index = static_cast<std::int16_t>(newest);
+void BarStepper::UnfeedBar(std::int16_t& index) {
+  if (index < 0) return;
+  index = static_cast<std::int16_t>(Change({index, index}, Direction::kBackward));
+  ShowPrice(index);
+}
+
+void BarStepper::FastUnfeed(std::int16_t& index) {
+  const Bars bars{std::max(index - kFastStep, 0) + 1, index};
+  const int left =
+      index < 0 ? Change({0, 0}, Direction::kForward) : Change(bars, Direction::kBackward);
+  index = static_cast<std::int16_t>(left);
   ShowPrice(left);
-  return static_cast<std::int16_t>(left);
 }
 
 // The store is changed and closed, or it is as it was: a chart that ran ahead of the cursor would
 // show the future. On a disk that takes nothing back either, the step has gone as far as it went.
-int BarStepper::Change(std::string& symbol, Bars bars, Direction direction) {
-  symbol = NormalisedSymbol(symbol);
+int BarStepper::Change(Bars bars, Direction direction) {
   MetaLibWriter writer(cache_);
-  Open(writer, symbol);
+  Open(writer);
   try {
     Apply(writer, bars, direction);
     Close(writer);
     return direction == Direction::kForward ? bars.last : bars.first - 1;
   } catch (const MetaLibError&) {
     IgnoringErrors([&] { Close(writer); });
-    IgnoringErrors([&] { TakeBack(symbol, bars, direction); });
-    const std::optional<int> reached = Reached(symbol, bars, direction);
+    IgnoringErrors([&] { TakeBack(bars, direction); });
+    const std::optional<int> reached = Reached(bars, direction);
     if (!reached) throw;
     return *reached;
   }
 }
 
-std::optional<int> BarStepper::Reached(const std::string& symbol, Bars bars,
-                                       Direction direction) const {
+std::optional<int> BarStepper::Reached(Bars bars, Direction direction) const {
   std::set<std::pair<std::int32_t, std::int32_t>> stored;
   IgnoringErrors([&] {
-    const auto series = ReplayableInterval(desktop_.form1().cbxPeriod.Text());
+    const auto series = ReplayableInterval(session_.Run.interval);
     MetaLibReader reader(cache_);
     reader.OpenDirectory(session_.SimDir);
-    if (series) reader.SelectSeries(symbol, series->daily, series->minutes);
+    if (series) reader.SelectSeries(session_.Run.symbol, series->daily, series->minutes);
     reader.ReadSeries();
     for (std::size_t i = 0; i < reader.GetDates().size(); ++i) {
       stored.emplace(reader.GetDates()[i], Daily() ? 0 : reader.GetTimes()[i]);
@@ -116,18 +94,15 @@ std::optional<int> BarStepper::Reached(const std::string& symbol, Bars bars,
 void BarStepper::Apply(MetaLibWriter& writer, Bars bars, Direction direction) const {
   if (direction == Direction::kForward) {
     for (int bar = bars.first; bar <= bars.last; ++bar) Append(writer, bar);
-  } else if (direction == Direction::kBackwardOne) {
-    Append(writer, bars.last);
-    DeleteIfStored(writer, bars.last);
   } else {
     for (int bar = bars.last; bar >= bars.first; --bar) Delete(writer, bar);
   }
 }
 
 // Through a writer of its own, as the failed one may be in any state.
-void BarStepper::TakeBack(const std::string& symbol, Bars bars, Direction direction) const {
+void BarStepper::TakeBack(Bars bars, Direction direction) const {
   MetaLibWriter writer(cache_);
-  Open(writer, symbol);
+  Open(writer);
   IgnoringErrors([&] {
     Apply(writer, bars,
           direction == Direction::kForward ? Direction::kBackward : Direction::kForward);
@@ -135,10 +110,11 @@ void BarStepper::TakeBack(const std::string& symbol, Bars bars, Direction direct
   IgnoringErrors([&] { Close(writer); });
 }
 
-void BarStepper::Open(MetaLibWriter& writer, const std::string& symbol) const {
+void BarStepper::Open(MetaLibWriter& writer) const {
+  const std::string& symbol = session_.Run.symbol;
   writer.OpenDirectory(session_.SimDir);
   if (!writer.SecurityExists(symbol)) return;
-  if (const auto series = ReplayableInterval(desktop_.form1().cbxPeriod.Text())) {
+  if (const auto series = ReplayableInterval(session_.Run.interval)) {
     writer.SelectSeries(symbol, series->daily, series->minutes);
   }
 }
@@ -159,15 +135,7 @@ void BarStepper::Delete(MetaLibWriter& writer, int bar) const {
   }
 }
 
-void BarStepper::DeleteIfStored(MetaLibWriter& writer, int bar) const {
-  const auto i = static_cast<std::size_t>(bar);
-  const bool stored =
-      Daily() ? writer.DailyBarExists(session_.BarDate.at(i))
-              : writer.IntradayBarExists(session_.BarDate.at(i), session_.BarTime.at(i));
-  if (stored) Delete(writer, bar);
-}
-
-bool BarStepper::Daily() const { return desktop_.form1().cbxPeriod.Text() == kDailyInterval; }
+bool BarStepper::Daily() const { return session_.Run.interval == kDailyInterval; }
 
 void BarStepper::ShowPrice(int bar) {
   if (bar < 0) return;

@@ -14,9 +14,9 @@ void LedgerRuns::NoteSeries() {
 }
 
 LedgerRun LedgerRuns::Described() const {
-  LedgerRun run{.directory = session_.DataDir,
-                .symbol = session_.Symbol,
-                .interval = desktop_.form1().cbxPeriod.Text(),
+  LedgerRun run{.directory = session_.Run.directory,
+                .symbol = session_.Run.symbol,
+                .interval = session_.Run.interval,
                 .start_date = {},
                 .start_time = {},
                 .market = IsStockMarket(session_) ? "stock" : "futures",

@@ -2,7 +2,6 @@
 
 #include <string_view>
 
-#include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "platform/services.h"
 #include "session/sim_session.h"
@@ -13,8 +12,8 @@ namespace velumar {
 // replays, and orders say why they are refused.
 class LedgerRuns {
  public:
-  LedgerRuns(SimSession& session, Desktop& desktop, MessageBoxes& boxes, LedgerConnection& ledger)
-      : session_(session), desktop_(desktop), boxes_(boxes), ledger_(ledger) {}
+  LedgerRuns(SimSession& session, MessageBoxes& boxes, LedgerConnection& ledger)
+      : session_(session), boxes_(boxes), ledger_(ledger) {}
 
   // Moves the rows of the run before to the archive and begins a new one. False, behind a box, when
   // the ledger can't: orders of a new run would join the rows of the old one.
@@ -28,7 +27,6 @@ class LedgerRuns {
   bool Guarded(void (*change)(LedgerConnection&, const LedgerRun&), std::string_view problem);
 
   SimSession& session_;
-  Desktop& desktop_;
   MessageBoxes& boxes_;
   LedgerConnection& ledger_;
 };

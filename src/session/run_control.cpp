@@ -1,8 +1,10 @@
 #include "session/run_control.h"
 
+#include "base/text.h"
 #include "platform/chart_program_names.h"
 #include "platform/waiting.h"
 #include "session/delay.h"
+#include "session/loaded_series.h"
 #include "session/status_line.h"
 
 namespace velumar {
@@ -13,67 +15,85 @@ RunControl::RunControl(SimSession& session, Desktop& desktop, Platform& platform
       desktop_(desktop),
       platform_(platform),
       chart_(chart),
-      ledger_(session, desktop, platform.boxes, ledger),
-      loader_(session, desktop, cache),
+      ledger_(session, platform.boxes, ledger),
+      loader_(session, cache),
       store_(session, desktop, platform, cache),
-      stepper_(session, desktop, cache) {}
+      stepper_(session, cache) {}
 
-void RunControl::BeginRun(const Form& window) {
+bool RunControl::BeginRun(const Form& window) {
+  if (session_.Preparing || !RequireSymbol()) return true;
   const bool from_setup = &window == &desktop_.form1();
+  if (!from_setup && !RequireLoadedSeries()) return true;
   const RunNumber run = ++newest_run_;
   feeding_ = false;
-  session_.Preparing = false;
-  const bool begun = ledger_.Begin();
-  // The box of a ledger that failed lets clicks run.
-  if (Superseded(run)) return;
-  session_.StopRequested = begun ? 0 : -1;
-  if (!begun) return;
-  if (desktop_.form1().Combo1.Text().empty()) {
-    platform_.boxes.Show("Plase specificy Symbol to simulate!", BoxIcon::kInformation);
-    session_.StopRequested = -1;
-    return;
-  }
-  ShowRunning();
-  ReadDelay();
-  SetStatusLine(desktop_, "Begin ... ");
-  session_.HostTitle = kChartTitle;
-  SetStatusLine(desktop_, "Activate Program ...");
   if (from_setup) {
-    if (!PrepareRun(run)) return;
-  } else {
-    SetStatusLine(desktop_, "Mode [Continues]... ");
-    BringChartUp();
+    if (!PrepareRun()) return false;
+  } else if (!Resume(run)) {
+    return true;
   }
-  // The waits and the boxes of a preparation let clicks run.
-  if (Superseded(run)) return;
   SetStatusLine(desktop_, "Begin of data feed ... ");
   BringChartUp();
   Feed(run);
+  return true;
 }
 
-bool RunControl::PrepareRun(RunNumber run) {
-  // However it ends, unless another run has begun meanwhile.
-  struct Ending {
-    const RunControl& control;
-    RunNumber run;
-    ~Ending() {
-      if (!control.Superseded(run)) control.session_.Preparing = false;
-    }
-  };
-  session_.Preparing = true;
-  const Ending ending{*this, run};
-  const auto superseded = [this, run] { return Superseded(run); };
-  chart_.CloseCharts(superseded);
-  if (Superseded(run)) return false;
-  if (!store_.Refill()) {
-    if (!Superseded(run)) ShowPlay();
-    return false;
+bool RunControl::RequireSymbol() {
+  if (!desktop_.form1().Combo1.Text().empty()) return true;
+  platform_.boxes.Show("Plase specificy Symbol to simulate!", BoxIcon::kInformation);
+  session_.StopRequested = -1;
+  return false;
+}
+
+bool RunControl::RequireLoadedSeries() {
+  const std::string problem = LoadedSeriesProblem(session_, desktop_);
+  if (!problem.empty()) platform_.boxes.Show(problem + ".", BoxIcon::kExclamation);
+  return problem.empty();
+}
+
+// No other run begins in the waits and boxes of a preparation, and whatever fails in it leaves
+// nothing in memory that could be fed or dealt in.
+bool RunControl::PrepareRun() {
+  const Form1& setup = desktop_.form1();
+  const PreparingScope preparing(session_);
+  session_.ForgetBars();
+  session_.Run = {session_.DataDir, NormalisedSymbol(session_.Symbol), setup.cbxPeriod.Text(),
+                  setup.DTPicker1.Value()};
+  session_.StopRequested = 0;
+  try {
+    if (ledger_.Begin() && PrepareChartAndStore()) return true;
+  } catch (const MetaLibError& error) {
+    ShowLibraryError(error);
+  } catch (const std::exception& error) {
+    platform_.boxes.Show(error.what(), BoxIcon::kExclamation);
   }
-  chart_.OpenChart(superseded);
-  if (Superseded(run)) return false;
+  session_.ForgetBars();
+  session_.StopRequested = -1;
+  UnlockSetup();
+  return false;
+}
+
+bool RunControl::PrepareChartAndStore() {
+  ShowRunning();
+  chart_.CloseCharts();
+  if (!store_.Refill()) return false;
+  chart_.OpenChart();
   SetStatusLine(desktop_, "Mode [Date]... ");
   BringChartUp();
-  Prepare();
+  SetStatusLine(desktop_, "Init Data... ");
+  if (store_.PrepareStore() == 0) return false;
+  LoadSeries();
+  return true;
+}
+
+bool RunControl::Resume(RunNumber run) {
+  const bool begun = ledger_.Begin();
+  // The box of a ledger that failed lets clicks run.
+  if (Superseded(run)) return false;
+  session_.StopRequested = begun ? 0 : -1;
+  if (!begun) return false;
+  ShowRunning();
+  SetStatusLine(desktop_, "Mode [Continues]... ");
+  BringChartUp();
   return true;
 }
 
@@ -96,6 +116,10 @@ void RunControl::ShowRunning() {
   setup.Label6.SetVisible(true);
   setup.Text3.SetVisible(false);
   setup.Command5.SetVisible(false);
+  ReadDelay();
+  SetStatusLine(desktop_, "Begin ... ");
+  session_.HostTitle = kChartTitle;
+  SetStatusLine(desktop_, "Activate Program ...");
 }
 
 void RunControl::ReadDelay() {
@@ -104,34 +128,25 @@ void RunControl::ReadDelay() {
   session_.RefreshDelay = DelayMilliseconds(delay.Text());
 }
 
-void RunControl::Prepare() {
-  SetStatusLine(desktop_, "Init Data... ");
-  if (store_.PrepareStore() == -1) LoadSeries();
-}
-
 void RunControl::LoadSeries() {
-  session_.BarIndex = loader_.LoadBars(session_.Symbol, session_.SimDir);
-  if (session_.BarIndex == -1) session_.BarIndex = 0;
-  session_.LastBarIndex = loader_.LoadBars(session_.Symbol, session_.DataDir);
+  session_.BarIndex = loader_.LoadBars(session_.SimDir);
+  session_.LastBarIndex = loader_.LoadBars(session_.Run.directory);
   session_.FirstShownBar = session_.BarIndex;
   session_.NewestShownBar = session_.BarIndex;
-  if (session_.HasBar(session_.BarIndex)) {
-    const auto bar = static_cast<std::size_t>(session_.BarIndex);
-    session_.StartDate = std::to_string(session_.BarDate[bar]);
-    session_.StartTime = std::to_string(session_.BarTime[bar]);
-  }
-  // Last: its box lets clicks run, and one of them may begin another run.
+  const auto bar = static_cast<std::size_t>(session_.BarIndex);
+  session_.StartDate = std::to_string(session_.BarDate.at(bar));
+  session_.StartTime = std::to_string(session_.BarTime.at(bar));
   ledger_.NoteSeries();
 }
 
+// Each bar is the one after BarIndex, wherever a step by hand has put that: the store never shows
+// more than BarIndex says.
 void RunControl::Feed(RunNumber run) {
-  const int limit = session_.LastBarIndex;
-  // The loop's own index: steps by hand in a pause don't move it.
-  for (int i = session_.BarIndex + 1; i <= limit; ++i) {
+  while (session_.BarIndex < session_.LastBarIndex) {
     feeding_ = true;
     bool go_on = false;
     try {
-      go_on = FeedOne(i, run);
+      go_on = FeedOne(run);
     } catch (const std::exception& error) {
       // A handler that ran in the pause, or the market data library: the feed can't go on.
       if (Superseded(run)) return;
@@ -147,17 +162,17 @@ void RunControl::Feed(RunNumber run) {
 }
 
 // False when the loop was stopped, or another run has begun: whoever did that has set the windows.
-bool RunControl::FeedOne(int bar, RunNumber run) {
+bool RunControl::FeedOne(RunNumber run) {
   platform_.events.ProcessPending();
   if (Superseded(run)) return false;
+  if (session_.BarIndex >= session_.LastBarIndex) return true;
   try {
-    stepper_.FeedBar(bar, session_.Symbol);
+    stepper_.FeedBar(session_.BarIndex);
   } catch (const MetaLibError& error) {
     ShowPlay();
     ShowLibraryError(error);
     return false;
   }
-  session_.BarIndex = static_cast<std::int16_t>(bar);
   chart_.RefreshCharts();
   if (Superseded(run) || session_.StopRequested != 0) return false;
   WaitMilliseconds(platform_.events, session_.RefreshDelay);
@@ -172,9 +187,12 @@ void RunControl::ShowPlay() {
 void RunControl::EndRun() {
   session_.StopRequested = -1;
   ShowPlay();
-  Form1& setup = desktop_.form1();
-  setup.DTPicker1.SetEnabled(false);
   desktop_.form3().Combo2.SetEnabled(true);
+  UnlockSetup();
+}
+
+void RunControl::UnlockSetup() {
+  Form1& setup = desktop_.form1();
   setup.Text3.SetEnabled(true);
   setup.Combo1.SetEnabled(true);
   setup.Command5.SetEnabled(true);
@@ -183,41 +201,33 @@ void RunControl::EndRun() {
   setup.Command5.SetVisible(true);
 }
 
-void RunControl::GoNext() {
-  Step("Goto Next Date Plase wait ...", [this] {
-    // The cursor moves with the store, so a failed write leaves it.
-    int bar = session_.BarIndex + 1;
-    stepper_.FeedBar(bar, session_.Symbol);
-    session_.BarIndex = static_cast<std::int16_t>(bar);
-  });
-}
+void RunControl::GoNext() { Step("Goto Next Date Plase wait ...", &BarStepper::FeedBar); }
 
 void RunControl::GoFastForward() {
   Step("Fast Forward " + std::to_string(BarStepper::kFastStep) + " Dates Plase wait ...",
-       [this] { session_.BarIndex = stepper_.FastFeed(session_.BarIndex, session_.Symbol); });
+       &BarStepper::FastFeed);
 }
 
 void RunControl::GoPrevious() {
-  Step("Goto Previous  Date Plase wait ...",
-       [this] { stepper_.UnfeedBar(session_.BarIndex, session_.Symbol); });
+  Step("Goto Previous  Date Plase wait ...", &BarStepper::UnfeedBar);
 }
 
 void RunControl::GoFastRewind() {
   Step("Fast Rewind " + std::to_string(BarStepper::kFastStep) + "  Dates Plase wait ...",
-       [this] { session_.BarIndex = stepper_.FastUnfeed(session_.BarIndex, session_.Symbol); });
+       &BarStepper::FastUnfeed);
 }
 
-void RunControl::Step(std::string_view status, const std::function<void()>& step) {
+void RunControl::Step(std::string_view status, void (BarStepper::*step)(std::int16_t& index)) {
   if (session_.Preparing) return;
   SetStatusLine(desktop_, status);
-  if (stepper_.HasBars()) {
+  if (!stepper_.HasBars()) {
+    SetStatusLine(desktop_, "No bars loaded");
+  } else if (RequireLoadedSeries()) {
     try {
-      step();
+      (stepper_.*step)(session_.BarIndex);
     } catch (const MetaLibError& error) {
       ShowLibraryError(error);
     }
-  } else {
-    SetStatusLine(desktop_, "No bars loaded");
   }
   chart_.RefreshCharts();
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -27,13 +26,19 @@ class RunControl {
   bool ClaimStore() { return store_.Claim(); }
   // The setup window as argument begins a run at the picked date, the navigator one that goes on
   // from BarIndex. Returns when the feed has ended, was stopped, or gave way to a later BeginRun
-  // whose click fell into one of its waits: two loops never feed at once.
-  void BeginRun(const Form& window);
+  // whose click fell into one of its waits: two loops never feed at once. Does nothing while a run
+  // is being prepared. Returns false if a run from the setup window could not be prepared: the user
+  // has read why, no bars are loaded, and the setup window is to come back.
+  bool BeginRun(const Form& window);
   // Only sets the flag that the loop looks at once per bar.
   void EndRun();
+  // Gives the setup window's boxes back to the user, who may choose the next run's series there
+  // while a feed goes on: it keeps to its own.
+  void UnlockSetup();
 
-  // A run that is being prepared takes no step: the cursor and the bars are still those of the run
-  // before, the store is being filled, and the chart program's file dialog takes every key.
+  // A run that is being prepared takes no step: no bars are loaded yet, the store is being filled,
+  // and the chart program's file dialog takes every key. Nor do bars of another series than the
+  // setup window names, after a box.
   void GoNext();
   void GoFastForward();
   void GoPrevious();
@@ -47,18 +52,21 @@ class RunControl {
   using RunNumber = std::uint32_t;
 
   bool Superseded(RunNumber run) const { return run != newest_run_; }
-  // False after a message box if the run can't begin.
-  bool PrepareRun(RunNumber run);
+  // False after a box.
+  bool RequireSymbol();
+  bool RequireLoadedSeries();
+  bool PrepareRun();
+  bool PrepareChartAndStore();
+  bool Resume(RunNumber run);
   void BringChartUp();
   void ShowRunning();
   void ReadDelay();
-  void Prepare();
   void LoadSeries();
   void Feed(RunNumber run);
-  bool FeedOne(int bar, RunNumber run);
+  bool FeedOne(RunNumber run);
   void ShowPlay();
-  // Runs a step and the refresh behind it. A failing library leaves all as it was, after a box.
-  void Step(std::string_view status, const std::function<void()>& step);
+  // Runs a step and the refresh after it. A failing library leaves all as it was, after a box.
+  void Step(std::string_view status, void (BarStepper::*step)(std::int16_t& index));
   void ShowLibraryError(const MetaLibError& error);
 
   SimSession& session_;

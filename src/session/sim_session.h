@@ -38,6 +38,15 @@ struct Book {
   float SRealisedMoney = 0;
 };
 
+// What the setup window's boxes said when "Start" was clicked. A run keeps to it, whatever is
+// chosen for the next one meanwhile.
+struct RunSeries {
+  std::string directory;
+  std::string symbol;
+  std::string interval;        // as cbxPeriod has it: "D" or minutes
+  std::int32_t start_day = 0;  // yyyymmdd
+};
+
 // The one record of the program: directories and symbol, the whole series in memory, the replay
 // cursor and the trader's book. main builds it and hands it on by reference. The widths are limits
 // of the system.
@@ -45,11 +54,13 @@ struct SimSession : Book {
   // Paths, symbol, host.
   std::string DataDir;  // the directory that holds the full series
   std::string SimDir;   // the working store: what the chart program reads
-  std::string Symbol;   // trimmed and upper-cased
+  std::string Symbol;   // the one chosen in the setup window, trimmed and upper-cased
   std::string SymbolInterval;
   std::vector<std::string> PeriodBySymbol;  // "D" or minutes, in the reader's order, one spare
   std::string HostTitle;
   std::string ChartWarning;  // what is wrong with the chart program, in front of the bar's text
+
+  RunSeries Run;  // of the run being prepared, then of the bars in memory
 
   // Bars: eight parallel arrays from index 0, oldest first.
   std::vector<std::int32_t> BarDate;  // yyyymmdd
@@ -62,7 +73,7 @@ struct SimSession : Book {
   std::vector<float> BarOpenInt;
 
   // Replay cursor and run.
-  std::int16_t BarIndex = 0;        // newest bar of the store; -1: none
+  std::int16_t BarIndex = 0;        // the store holds bars 0 to BarIndex; -1: none
   std::int16_t LastBarIndex = 0;    // last index of the full series
   std::int16_t FirstShownBar = 0;   // where the series was last begun at a date
   std::int16_t NewestShownBar = 0;  // the newest bar that this run's chart has shown so far
@@ -71,7 +82,7 @@ struct SimSession : Book {
   std::string CurrentDate;
   std::string CurrentTime;
   std::int16_t StopRequested = 0;  // 0 or -1
-  bool Preparing = false;          // the ledger has the run, but its bars aren't loaded yet
+  bool Preparing = false;          // from the click on "Start" until the bars are loaded
   std::int16_t RefreshDelay = 0;   // ms
 
   // Kept window positions, twips as number text; a top of "0": none known.
@@ -84,6 +95,28 @@ struct SimSession : Book {
   int LastArrayIndex() const { return static_cast<int>(BarDate.size()) - 1; }
   // True when `index` names a bar of the arrays.
   bool HasBar(int index) const { return index >= 0 && index <= LastArrayIndex(); }
+  // Leaves no series in memory, so nothing can be fed, stepped or ordered.
+  void ForgetBars() {
+    BarDate.clear();
+    BarTime.clear();
+    for (auto* values : {&BarOpen, &BarHigh, &BarLow, &BarClose, &BarVolume, &BarOpenInt}) {
+      values->clear();
+    }
+    BarIndex = -1;
+    LastBarIndex = -1;
+  }
+};
+
+// Marks a session as being prepared for as long as it lives.
+class PreparingScope {
+ public:
+  explicit PreparingScope(SimSession& session) : session_(session) { session_.Preparing = true; }
+  ~PreparingScope() { session_.Preparing = false; }
+  PreparingScope(const PreparingScope&) = delete;
+  PreparingScope& operator=(const PreparingScope&) = delete;
+
+ private:
+  SimSession& session_;
 };
 
 }  // namespace velumar

@@ -16,7 +16,7 @@ std::string DateDisplayText(std::int32_t date, const LocaleInfo& locale) {
 
 std::string BarLine(const SimSession& session, const LocaleInfo& locale) {
   const auto bar = static_cast<std::size_t>(session.BarIndex);
-  return session.ChartWarning + "[" + Trimmed(session.Symbol) +
+  return session.ChartWarning + "[" + session.Run.symbol +
          "]  Date: " + DateDisplayText(session.BarDate.at(bar), locale) + " " +
          PatternText(session.BarTime.at(bar), kTimePattern) +
          "  Close: " + PatternText(session.BarClose.at(bar), kClosePattern);

@@ -18,9 +18,6 @@ namespace {
 // Where a run starts whose date the series doesn't know.
 constexpr int kFallbackBar = 250;
 
-// Ours, for a series that the replay itself can't take.
-constexpr int kNotReplayable = 1720;
-
 void CloseBoth(MetaLibReader& reader, MetaLibWriter& writer) {
   IgnoringErrors([&] { reader.CloseSecurity(); });
   IgnoringErrors([&] { reader.CloseDirectory(); });
@@ -87,7 +84,7 @@ std::int16_t WorkingStore::PrepareStore() {
 }
 
 void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
-  reader.OpenDirectory(session_.DataDir);
+  reader.OpenDirectory(session_.Run.directory);
   OpenStore(writer);
   SelectBoth(reader, writer);
   reader.ReadSeries();
@@ -99,11 +96,13 @@ void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
   writer.CloseDirectory();
 }
 
-// The bars of the cut never reach the disk: a run that dies here leaves no future behind.
+// The bars of the cut never reach the disk: a run that dies here leaves no future behind. A run has
+// a bar to stand on from its beginning, so the first one is always written.
 void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer,
                                 std::int32_t cut_start) {
   const std::vector<std::int32_t>& dates = reader.GetDates();
-  const auto count = std::lower_bound(dates.begin(), dates.end(), cut_start) - dates.begin();
+  const auto cut = std::lower_bound(dates.begin(), dates.end(), cut_start) - dates.begin();
+  const auto count = std::max<std::ptrdiff_t>(cut, 1);
   const auto kept = [count](const auto& values) {
     return std::vector(values.begin(), values.begin() + count);
   };
@@ -121,17 +120,38 @@ void WorkingStore::OpenStore(MetaLibWriter& writer) {
 }
 
 void WorkingStore::SelectBoth(MetaLibReader& reader, MetaLibWriter& writer) {
-  const auto series = ReplayableInterval(desktop_.form1().cbxPeriod.Text());
-  if (!series) return;
-  reader.SelectSeries(session_.Symbol, series->daily, series->minutes);
-  writer.SelectSeries(session_.Symbol, series->daily, series->minutes);
+  const std::string& symbol = session_.Run.symbol;
+  const std::string& interval = session_.Run.interval;
+  const auto series = ReplayableInterval(interval);
+  if (!series) {
+    throw MetaLibError(kNotReplayable, "The interval \"" + interval + "\" of " + symbol +
+                                           " can't be replayed: choose " + ReplayIntervalsText() +
+                                           ".");
+  }
+  reader.SelectSeries(symbol, series->daily, series->minutes);
+  if (series->daily == 0) RequireKnownMinutes(series->minutes);
+  writer.SelectSeries(symbol, series->daily, series->minutes);
+}
+
+// The library finds a series of unknown minutes under any interval.
+void WorkingStore::RequireKnownMinutes(int minutes) const {
+  const std::string& symbol = session_.Run.symbol;
+  MetaLibReader reader(cache_);
+  reader.OpenDirectory(session_.Run.directory);
+  while (reader.NextSecurity() >= 1) {
+    reader.ReadSecurityHeader();
+    if (reader.SecuritySymbol() == symbol && reader.SecurityInterval() == minutes) return;
+  }
+  throw MetaLibError(kNotReplayable, "The series " + symbol +
+                                         " can't be replayed, because the minutes of its bars "
+                                         "are unknown. Import it again with an interval.");
 }
 
 // Refused before anything is written: the store would show what can't be stepped through.
 void WorkingStore::RequireReplayable(const MetaLibReader& reader) const {
   const std::size_t bars = reader.GetDates().size();
   const std::string series =
-      "The series " + session_.Symbol + " at interval " + desktop_.form1().cbxPeriod.Text();
+      "The series " + session_.Run.symbol + " at interval " + session_.Run.interval;
   const std::string limit = "at most " + std::to_string(kLongestSeries) + " bars can be replayed";
   if (bars == 0) {
     throw MetaLibError(kNotReplayable, series + " holds no bars (0; " + limit + ").");
@@ -152,7 +172,7 @@ void WorkingStore::RequireReplayable(const MetaLibReader& reader) const {
 }
 
 std::int32_t WorkingStore::CutStart(MetaLibReader& reader) const {
-  const std::string start_text = std::to_string(desktop_.form1().DTPicker1.Value());
+  const std::string start_text = std::to_string(session_.Run.start_day);
   try {
     reader.SeekDate(start_text, 0);
   } catch (const MetaLibError& error) {
@@ -164,13 +184,9 @@ std::int32_t WorkingStore::CutStart(MetaLibReader& reader) const {
 }
 
 std::string WorkingStore::Explained(const MetaLibError& error) const {
-  const std::string interval = desktop_.form1().cbxPeriod.Text();
   std::string text = LibraryErrorText(error);
-  if (!ReplayableInterval(interval)) {
-    text += "\rThe interval \"" + interval + "\" of " + session_.Symbol +
-            " can't be replayed: choose " + ReplayIntervalsText() + ".";
-  } else if (error.Number() == MetaLibError::kSeriesNotFound && StoredInLowerCase()) {
-    text += "\rThe directory holds " + session_.Symbol +
+  if (error.Number() == MetaLibError::kSeriesNotFound && StoredInLowerCase()) {
+    text += "\rThe directory holds " + session_.Run.symbol +
             " in lower case; only symbols in upper case can be replayed.";
   }
   return text;
@@ -180,11 +196,11 @@ bool WorkingStore::StoredInLowerCase() const {
   bool found = false;
   IgnoringErrors([&] {
     MetaLibReader reader(cache_);
-    reader.OpenDirectory(session_.DataDir);
+    reader.OpenDirectory(session_.Run.directory);
     while (!found && reader.NextSecurity() >= 1) {
       reader.ReadSecurityHeader();
       const std::string& symbol = reader.SecuritySymbol();
-      found = symbol != session_.Symbol && UpperCased(symbol) == session_.Symbol;
+      found = symbol != session_.Run.symbol && UpperCased(symbol) == session_.Run.symbol;
     }
   });
   return found;

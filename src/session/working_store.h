@@ -31,9 +31,10 @@ class WorkingStore {
   // index files can't be copied.
   bool Refill();
 
-  // Writes into SimDir what the series holds before the first bar on or after the picked date.
-  // A date behind the last bar starts 250 bars after the first, or in the middle of a series of at
-  // most 251. -1 when the store is ready; 0 after a message box when it is not.
+  // Writes into SimDir what the run's series holds before the first bar on or after the start day,
+  // and its first bar in any case. A day after the last bar starts 250 bars after the first, or in
+  // the middle of a series of at most 251. -1 when the store is ready; 0 after a message box when
+  // it is not.
   std::int16_t PrepareStore();
 
  private:
@@ -43,6 +44,7 @@ class WorkingStore {
                            std::int32_t cut_start);
   void OpenStore(MetaLibWriter& writer);
   void SelectBoth(MetaLibReader& reader, MetaLibWriter& writer);
+  void RequireKnownMinutes(int minutes) const;
   void RequireReplayable(const MetaLibReader& reader) const;
   std::int32_t CutStart(MetaLibReader& reader) const;
   std::string Explained(const MetaLibError& error) const;

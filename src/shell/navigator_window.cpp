@@ -101,7 +101,8 @@ void NavigatorWindow::ChartCountTyped() {
 
 void NavigatorWindow::Unload() { SaveOpacity(Window(), platform_.settings, kOpacityKey); }
 
-// A run that is going on goes on: pausing it is the work of another button.
+// A run that is going on goes on: pausing it is the work of another button. The next one can be
+// chosen meanwhile.
 void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
   if (closing_) return;
@@ -114,6 +115,7 @@ void NavigatorWindow::CloseAndReturn() {
   closing_ = false;
   desktop_.Unload(form);
   desktop_.Unload(desktop_.Untouched().form3);
+  run_.UnlockSetup();
   Form1& setup = desktop_.form1();
   setup.Show();
   setup.ImgDonate.SetVisible(true);

@@ -52,7 +52,7 @@ struct Program::Parts {
         results(desktop, platform, ledger, score_board),
         preview(desktop, platform),
         keys(
-            desktop, [this] { return chart.OpeningChart(); },
+            session, desktop, [this] { return chart.OpeningChart(); },
             Guarded(platform.boxes, [this] { score_board.Open(); })) {}
 
   TellingSettings settings;

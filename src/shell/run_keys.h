@@ -5,6 +5,7 @@
 
 #include "forms/desktop.h"
 #include "platform/run_key.h"
+#include "session/sim_session.h"
 
 namespace velumar {
 
@@ -14,8 +15,10 @@ namespace velumar {
 class RunKeys {
  public:
   // `chart_opening`: the chart program is being typed into, and may hand such keys back.
-  RunKeys(Desktop& desktop, std::function<bool()> chart_opening, std::function<void()> open_board)
-      : desktop_(desktop),
+  RunKeys(const SimSession& session, Desktop& desktop, std::function<bool()> chart_opening,
+          std::function<void()> open_board)
+      : session_(session),
+        desktop_(desktop),
         chart_opening_(std::move(chart_opening)),
         open_board_(std::move(open_board)) {}
 
@@ -29,6 +32,7 @@ class RunKeys {
  private:
   PictureButton* ButtonOf(const RunKeyPress& press) const;
 
+  const SimSession& session_;
   Desktop& desktop_;
   std::function<bool()> chart_opening_;
   std::function<void()> open_board_;

@@ -109,7 +109,7 @@ void ScoreBoard::SendScore() {
 std::string ScoreBoard::Query() {
   FrmScore& form = Window();
   return "username=" + form.txtName.Text() + "&score=" + form.txtScore.Text() +
-         "&zanno=yes&symbol=" + session_.Symbol + "&startdate=" + session_.StartDate +
+         "&zanno=yes&symbol=" + session_.Run.symbol + "&startdate=" + session_.StartDate +
          "&enddate=" + session_.CurrentDate;
 }
 

@@ -99,11 +99,11 @@ void SetupWindow::Load() {
   IgnoringErrors([this] { MakeStore(); });
   Window().Show();
   // Clicks run while it slides in, but no run may begin before its ledger is open.
-  starting_ = true;
+  loading_ = true;
   IgnoringErrors([this] {
     SlideIn(Window(), session_.SetupTop, session_.SetupLeft, platform_.events, platform_.screen);
   });
-  starting_ = false;
+  loading_ = false;
   OpenLedger();
 }
 
@@ -200,23 +200,26 @@ void SetupWindow::PickDirectory() {
   if (catalogue_.PickDataDirectory()) catalogue_.BuildSymbolList();
 }
 
-// An import chooses a security, and a feed keeps to the one that it began with.
+// The files that a run reads while it is prepared must stay as they are.
 void SetupWindow::TakeFiles(const std::vector<std::string>& files) {
-  if (!run_.Feeding()) return drop_.Import(files);
+  if (!run_.Feeding() && !session_.Preparing) return drop_.Import(files);
   platform_.boxes.Show("A run is on. Price files can come in once it is paused.",
                        BoxIcon::kInformation);
 }
 
-// The slides let clicks run: a second click on "Start" is the same wish. While the list is being
-// built there is no security chosen yet that a run could start with.
+// The slides let clicks run, and a run counts as being prepared from here on. While the list is
+// being built there is no security chosen yet that a run could start with.
 void SetupWindow::StartRun() {
-  if (starting_ || catalogue_.Building() || !RequireFigures()) return;
+  if (loading_ || session_.Preparing || catalogue_.Building() || !RequireFigures()) return;
   if (!run_.ClaimStore()) return;
-  starting_ = true;
   bool ready = false;
-  IgnoringErrors([&] { ready = SlideToRun(); });
-  starting_ = false;
-  if (ready) run_.BeginRun(Window());
+  IgnoringErrors([&] {
+    const PreparingScope preparing(session_);
+    ready = SlideToRun();
+  });
+  if (!ready || run_.BeginRun(Window())) return;
+  const Form2& navigator = desktop_.Untouched().form2;
+  if (navigator.Visible()) navigator.on_close();
 }
 
 // Says of the first account text that can't be used why not, as its box does.

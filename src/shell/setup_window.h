@@ -65,7 +65,7 @@ class SetupWindow {
   IndexCache& cache_;
   MarketPresets presets_;
   std::mt19937_64 random_{std::random_device()()};  // of start days
-  bool starting_ = false;  // a click on "Start" means nothing now: a run comes, or can't yet
+  bool loading_ = false;                            // no run can start yet
 };
 
 }  // namespace velumar

@@ -2,6 +2,7 @@
 
 #include "base/decimal.h"
 #include "base/number_text.h"
+#include "session/loaded_series.h"
 #include "session/market_family.h"
 #include "session/status_line.h"
 #include "trading/ledger_row.h"
@@ -77,9 +78,10 @@ bool OrderDesk::OnBar() {
     Refuse("not yet: the run is being prepared");
     return false;
   }
-  if (session_.HasBar(session_.BarIndex)) return true;
-  Refuse(session_.BarDate.empty() ? "No bars loaded" : "No current bar");
-  return false;
+  std::string problem = LoadedSeriesProblem(session_, desktop_);
+  if (problem.empty() && !session_.HasBar(session_.BarIndex)) problem = "No current bar";
+  if (!problem.empty()) Refuse(problem);
+  return problem.empty();
 }
 
 OrderResult OrderDesk::Whole(const std::function<OrderResult()>& work) {

@@ -41,7 +41,8 @@ class RunKeyFilterTest : public ShownDesktop {
     return clicks;
   }
 
-  RunKeys keys{desktop, [this] { return chart_opening; },
+  SimSession session;
+  RunKeys keys{session, desktop, [this] { return chart_opening; },
                [this] { clicks.emplace_back("frmScore"); }};
   RunKeyFilter filter{keys};
   Form3& panel = desktop.form3();

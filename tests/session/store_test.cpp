@@ -28,8 +28,8 @@ TEST_F(PrepareStoreTest, CutsFromTheFirstBarOnOrAfterTheDate) {
   const int behind = 20991231;
   EXPECT_EQ(Prepared("ABC", "D", MadeDate(120)), 120);
   EXPECT_EQ(Prepared("ABC", "D", 20000129), 28) << "no bar that day: the next one";
-  EXPECT_EQ(Prepared("ABC", "D", MadeDate(0)), 0);
-  EXPECT_EQ(Prepared("ABC", "D", 19000101), 0);
+  EXPECT_EQ(Prepared("ABC", "D", MadeDate(0)), 1) << "a run stands on the first bar at least";
+  EXPECT_EQ(Prepared("ABC", "D", 19000101), 1);
   EXPECT_EQ(Prepared("ABC", "D", MadeDate(399)), 399);
   // A date behind the last bar: 250 bars on, or the middle, a half to the even neighbour.
   EXPECT_EQ(Prepared("ABC", "D", behind), 250);
@@ -37,7 +37,7 @@ TEST_F(PrepareStoreTest, CutsFromTheFirstBarOnOrAfterTheDate) {
   EXPECT_EQ(Prepared("B251", "D", behind), 125);
   EXPECT_EQ(Prepared("B101", "D", behind), 50);
   EXPECT_EQ(Prepared("B4", "D", behind), 2) << "half of 3 goes to 2";
-  EXPECT_EQ(Prepared("ONE", "D", behind), 0);
+  EXPECT_EQ(Prepared("ONE", "D", behind), 1);
   EXPECT_TRUE(outside.boxes.shown.empty());
 }
 
@@ -61,7 +61,7 @@ TEST_F(PrepareStoreTest, WhatCannotBeReplayedIsRefusedInWords) {
       {"LONG", "D", {"LONG", "interval D", "32769 bars", "32768"}},
       {"NONE", "D", {"1701", "NONE"}},
       {"ABC", "60", {"1701", "ABC", "60"}},
-      {"I120", "120", {"\"120\"", "I120", "D, 5, 10, 15, 30 or 60"}},
+      {"I120", "120", {"1720", "\"120\"", "I120", "D, 5, 10, 15, 30 or 60"}},
   };
   for (const auto& c : cases) {
     outside.boxes.shown.clear();
@@ -102,6 +102,22 @@ TEST_F(PrepareStoreTest, ASymbolInLowerCaseIsNamedAsTheReason) {
   EXPECT_EQ(Prepared("ABC", "D", 20000110), -1);
   ASSERT_EQ(outside.boxes.shown.size(), 1U);
   EXPECT_THAT(outside.boxes.shown[0], testing::HasSubstr("lower case"));
+}
+
+// Nothing tells the interval of a single bar. The library finds the series under any interval.
+TEST_F(PrepareStoreTest, ASeriesOfUnknownMinutesIsNotReplayed) {
+  const Scratch other;
+  other.Write("MASTER", Master({{.symbol = "ABC", .frame = 'I', .fields = 6, .minutes = 0}}));
+  other.Write(
+      "F1.DAT",
+      DataBytes(6, 4, {Word(1050103) + Word(10) + Word(10) + Word(10) + Word(10) + Word(10)}));
+  data = other.Text();
+  store = other.Text() + "/Simulate";
+  for (const char* interval : {"0", "15"}) {
+    outside.boxes.shown.clear();
+    EXPECT_EQ(Prepared("ABC", interval, 20050104), -1);
+    EXPECT_THAT(outside.boxes.shown, testing::ElementsAre(testing::StartsWith("1720\r")));
+  }
 }
 
 // None but their places tell its bars apart: the store would keep one a day, and bars of later days

@@ -8,7 +8,30 @@
 namespace velumar {
 namespace {
 
-using RunTest = RunFixture;
+class RunTest : public RunFixture {
+ protected:
+  // Back in the setup, the next run can be chosen.
+  void ExpectFreeSetup() {
+    all->Navigator().Image5.UserClick();
+    Form1& setup = all->Setup();
+    for (const Control* box : std::initializer_list<Control*>{
+             &setup.Text3, &setup.Command5, &setup.Combo1, &setup.cbxPeriod, &setup.DTPicker1}) {
+      EXPECT_TRUE(box->Reachable()) << box->Name();
+    }
+    EXPECT_FALSE(setup.Label6.Visible());
+  }
+  void Choose(const std::string& symbol) {
+    const auto& rows = all->Setup().Combo1.Rows();
+    const auto row = std::ranges::find(rows, symbol, &ComboBox::Row::text);
+    ASSERT_NE(row, rows.end());
+    all->Setup().Combo1.UserChoose(static_cast<int>(row - rows.begin()));
+  }
+  // As typed while the setup window is hidden.
+  void TypeSymbol(const std::string& symbol) {
+    all->Setup().Combo1.SetText(symbol);
+    all->Setup().Combo1.on_key_up(0);
+  }
+};
 
 TEST_F(RunTest, ARunFeedsEveryBarOnceAndEnds) {
   std::vector<int> fed;
@@ -25,8 +48,8 @@ TEST_F(RunTest, ARunFeedsEveryBarOnceAndEnds) {
   EXPECT_EQ(all->Navigator().Label6.Text(), "End of data feed... ");
   EXPECT_TRUE(all->Navigator().Image3.Visible());
   EXPECT_FALSE(all->Navigator().Image4.Visible());
-  EXPECT_FALSE(all->Setup().Text3.Enabled()) << "only a pause gives the inputs back";
   EXPECT_TRUE(all->outside.boxes.shown.empty());
+  ExpectFreeSetup();
 }
 
 // Other programs leave bars out of order and one twice. The chart and the trader stand on the same
@@ -81,12 +104,11 @@ TEST_F(RunTest, PauseFeedsOneMoreBarAndPlayGoesOn) {
   EXPECT_EQ(all->session.BarIndex, 101);
   EXPECT_THAT(all->Navigator().Label6.Text(), testing::StartsWith("[ABC]  Date: "));
   EXPECT_TRUE(all->Navigator().Image3.Visible());
-  EXPECT_TRUE(all->Setup().Text3.Enabled());
-  EXPECT_FALSE(all->Setup().DTPicker1.Enabled());
   InPauseOf(105, [this] { all->Navigator().Image4.UserClick(); });
   all->Navigator().Image3.UserClick();
   EXPECT_EQ(all->session.BarIndex, 106);
   EXPECT_EQ(StoreSize(), 107);
+  ExpectFreeSetup();
 }
 
 TEST_F(RunTest, TheProgressLineTellsHowFarTheRunIs) {
@@ -200,9 +222,8 @@ TEST_F(RunTest, AnOrderInAPauseFillsAtItsBarAndIsKept) {
   EXPECT_EQ(all->session.LAccum, 2) << "the book goes on";
 }
 
-// Until the series is loaded, cursor and bars are those of the run before, and the store is being
-// filled anew.
-TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderAndNoStep) {
+// Until the series is loaded there are no bars, and the store is being filled anew.
+TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderNoStepAndNoOtherRun) {
   StartAt(198);
   all->Navigator().Image5.UserClick();
   all->outside.chart.sent.clear();
@@ -217,7 +238,9 @@ TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderAndNoStep) {
                                 &all->Navigator().Image6, &all->Navigator().Image7}) {
       step->UserClick();
     }
-    EXPECT_EQ(all->session.BarIndex, 199);
+    all->program.Keys().Press({run_key::kSpace});
+    EXPECT_EQ(all->session.StopRequested, 0) << "Space doesn't pause it either";
+    EXPECT_EQ(all->session.BarIndex, -1);
     EXPECT_THAT(all->outside.chart.sent, testing::Not(testing::Contains("%VR")))
         << "the file dialog would take it";
   };
@@ -234,6 +257,86 @@ TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderAndNoStep) {
   EXPECT_EQ(StoreSize(), 200);
   EXPECT_EQ(LedgerQuery(all->ledger, "select * From MyPortfolio").rows.size(), 1U)
       << "the order at the first bar";
+}
+
+// Going back while it is prepared gives the setup's boxes back, but the run keeps to its series.
+TEST_F(RunTest, WhatIsChosenWhileARunIsPreparedIsForTheNextOne) {
+  all->program.Start();
+  all->Setup().DTPicker1.UserPick(MadeDate(190));
+  all->At(2500, [this] {
+    all->Navigator().Image5.UserClick();
+    Choose("FAST");
+    all->Setup().DTPicker1.UserPick(MadeDate(5));
+    all->Setup().Image3.UserClick();
+    EXPECT_TRUE(all->Setup().Visible()) << "Start means nothing now";
+  });
+  all->Setup().Image3.UserClick();
+  const auto& sent = all->outside.chart.sent;
+  EXPECT_EQ(std::count(sent.begin(), sent.end(), "%FO"), 1);
+  EXPECT_EQ(std::count(sent.begin(), sent.end(), "ABC"), 1);
+  EXPECT_EQ(all->session.FirstShownBar, 189);
+  EXPECT_EQ(ReadBars(all->session.SimDir, "ABC", -1).size(), 200U);
+  EXPECT_TRUE(ReadBars(all->session.SimDir, "FAST", 15).empty());
+  all->Setup().Image3.UserClick();
+  EXPECT_EQ(ReadBars(all->session.SimDir, "FAST", 15).size(), 200U);
+}
+
+TEST_F(RunTest, AFailedPreparationFeedsNothingAndBringsTheSetupBack) {
+  IndexCache cache;
+  StoreSecurity(data, {"EMPTY", "Empty", -1}, {}, cache);
+  StartAt(190);
+  ExpectFreeSetup();
+  Choose("EMPTY");
+  all->Setup().Image3.UserClick();
+  EXPECT_THAT(all->outside.boxes.shown, testing::ElementsAre(testing::StartsWith("1720\r")));
+  EXPECT_TRUE(all->Setup().Visible());
+  EXPECT_FALSE(all->Navigator().Visible() || all->Panel().Visible());
+  ExpectFreeSetup();
+  EXPECT_TRUE(all->session.BarDate.empty());
+  EXPECT_FALSE(all->program.Feeding());
+  EXPECT_TRUE(ReadBars(all->session.SimDir, "ABC", -1).empty());
+  Choose("ABC");
+  all->Setup().Image3.UserClick();
+  EXPECT_EQ(StoreSize(), 200);
+}
+
+TEST_F(RunTest, AnotherSymbolChosenInTheLastPauseLeavesTheFeedAlone) {
+  InPauseOf(100, [this] {
+    all->Navigator().Image4.UserClick();
+    all->Navigator().Image5.UserClick();
+    Choose("FAST");
+  });
+  StartAt(90);
+  EXPECT_EQ(all->session.BarIndex, 101);
+  EXPECT_EQ(ReadBars(all->session.SimDir, "ABC", -1).size(), 102U);
+  EXPECT_TRUE(ReadBars(all->session.SimDir, "FAST", 15).empty());
+  EXPECT_THAT(all->Navigator().Label6.Text(), testing::StartsWith("[ABC]"));
+  EXPECT_TRUE(all->outside.boxes.shown.empty());
+}
+
+TEST_F(RunTest, BarsOfAnotherSymbolThanTheChosenOneAreNotStepped) {
+  InPauseOf(100, [this] {
+    all->Panel().imgLong.UserClick();
+    all->Navigator().Image4.UserClick();
+  });
+  StartAt(90);
+  TypeSymbol("FAST");
+  for (PictureButton* button :
+       {&all->Navigator().Image1, &all->Navigator().Image2, &all->Navigator().Image6,
+        &all->Navigator().Image7, &all->Navigator().Image3}) {
+    all->outside.boxes.shown.clear();
+    button->UserClick();
+    EXPECT_THAT(all->outside.boxes.shown,
+                testing::ElementsAre(testing::HasSubstr("of ABC (D), not of FAST (15)")));
+    EXPECT_EQ(all->session.BarIndex, 101);
+  }
+  EXPECT_EQ(LedgerQuery(all->ledger, "select * From MyPortfolio").rows.size(), 1U)
+      << "Play has begun no run";
+  all->Panel().imgLong.UserClick();
+  EXPECT_EQ(all->program.LastOrder(), OrderResult::kInvalid);
+  TypeSymbol("ABC");
+  all->Navigator().Image1.UserClick();
+  EXPECT_EQ(all->session.BarIndex, 102);
 }
 
 TEST_F(RunTest, AnEmptySymbolIsAskedFor) {

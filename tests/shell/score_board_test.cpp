@@ -13,7 +13,7 @@ class ScoreBoardTest : public ::testing::Test {
  protected:
   ScoreBoardTest() {
     all.outside.settings.texts["Score/Address"] = "scores.example:8080";
-    all.session.Symbol = "ABC";
+    all.session.Run.symbol = "ABC";
     all.session.Portfolio = -1234.5F;
     all.session.StartDate = "20050103";
     all.session.CurrentDate = "20050630";

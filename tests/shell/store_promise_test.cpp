@@ -11,74 +11,44 @@
 namespace velumar {
 namespace {
 
-// The promise that matters most: the store holds the bars that the steps so far put there, whatever
-// a trader clicks and wherever in a wait the click falls. A plain list of bars is driven by the
-// same clicks beside the program, and both are compared whenever window events run.
+// The promise that matters most: the store holds bars 0 to BarIndex of the run's series and nothing
+// else, whatever a trader clicks and wherever in a wait the click falls. A plain index is driven by
+// the same clicks beside the program, and both are compared whenever window events run.
 
 constexpr int kCommands = 200;
 constexpr int kFastStep = 30;
-
-using StoreKey = std::pair<std::int32_t, std::int32_t>;
-using PlainSeries = std::map<StoreKey, Bar>;
 
 int HalfToEven(int whole) {
   const int half = whole / 2;
   return whole % 2 == 0 || half % 2 == 0 ? half : half + 1;
 }
 
-// What the store must hold, and where the loop and the cursor must stand.
+// What the store must hold, and where the cursor must stand.
 struct PlainStore {
-  std::map<std::string, PlainSeries> series;
+  std::string symbol;
   std::vector<Bar> loaded;  // the whole series of the run
-  int index = 0;
-  int loop_next = 0;
-  bool fed_ahead = false;  // a step by hand put bars before a feed that was going on
+  int index = -1;
 
   int Last() const { return static_cast<int>(loaded.size()) - 1; }
-  void Put(const std::string& symbol, int bar) {
-    const Bar& added = loaded.at(static_cast<std::size_t>(bar));
-    series[symbol][{added.date, added.time}] = added;
-  }
-  void Take(const std::string& symbol, int bar) {
-    const Bar& gone = loaded.at(static_cast<std::size_t>(bar));
-    series[symbol].erase({gone.date, gone.time});
-  }
-  void Begin(const std::string& symbol, const std::vector<Bar>& whole, std::int32_t date) {
+  void Begin(const std::string& name, const std::vector<Bar>& whole, std::int32_t date) {
     const int last = static_cast<int>(whole.size()) - 1;
     auto cut =
         std::find_if(whole.begin(), whole.end(), [&](auto& bar) { return bar.date >= date; });
     if (cut == whole.end()) cut = whole.begin() + (last > 250 ? 250 : HalfToEven(last));
+    const std::int32_t day = cut->date;
+    while (cut != whole.begin() && (cut - 1)->date == day) --cut;
+    symbol = name;
     loaded = whole;
-    PlainSeries& stored = series[symbol];
-    stored.clear();
-    for (const Bar& bar : whole) {
-      if (bar.date < cut->date) stored[{bar.date, bar.time}] = bar;
-    }
-    index = std::max(static_cast<int>(stored.size()) - 1, 0);
-    loop_next = index + 1;
-    fed_ahead = false;
+    index = std::max(static_cast<int>(cut - whole.begin()) - 1, 0);
   }
-  void Pass(const std::string& symbol) {
-    Put(symbol, loop_next);
-    index = loop_next++;
+  void Clear() {
+    loaded.clear();
+    index = -1;
   }
-  void Next(const std::string& symbol) {
-    if (index < Last()) Put(symbol, ++index);
-  }
-  void Forward(const std::string& symbol) {
-    const int start = std::max(index, 0);
-    index = std::min(start + kFastStep, Last());
-    for (int bar = start + 1; bar <= index; ++bar) Put(symbol, bar);
-  }
-  void Previous(const std::string& symbol) {
-    index = std::max(index, 0);
-    Take(symbol, index--);
-  }
-  void Rewind(const std::string& symbol) {
-    const int start = std::max(index, 0);
-    index = std::max(start - kFastStep, 0);
-    for (int bar = start; bar > index; --bar) Take(symbol, bar);
-  }
+  void Next() { index = std::min(index + 1, Last()); }
+  void Forward() { index = std::min(std::max(index, 0) + kFastStep, Last()); }
+  void Previous() { index = std::max(index - 1, -1); }
+  void Rewind() { index = std::max(index - kFastStep, 0); }
 };
 
 class RandomRun {
@@ -111,7 +81,7 @@ class RandomRun {
   // The feed's own look at the events, from which it goes on with a bar.
   void Pending() {
     Check();
-    pass_due_ = depth_ == loop_depth_ && all_.program.Feeding();
+    pass_due_ = depth_ == loop_depth_ && all_.program.Feeding() && plain_.index < plain_.Last();
   }
 
   // What the program did on its own since the last look.
@@ -119,42 +89,36 @@ class RandomRun {
     const auto& sent = all_.outside.chart.sent;
     for (; keys_seen_ < sent.size(); ++keys_seen_) {
       if (sent[keys_seen_] != "%FO") continue;
-      plain_.series.clear();
+      plain_.Clear();
       started_ = prepare_due_ = true;
       pass_due_ = false;
       loop_depth_ = depth_;
     }
-    if (prepare_due_ && all_.Navigator().Label6.Text() == "GetWindow... ") {
+    if (prepare_due_ && !all_.session.Preparing) {
       prepare_due_ = false;
-      plain_.Begin(Symbol(), market_.at(Symbol()), all_.Setup().DTPicker1.Value());
+      const RunSeries& run = all_.session.Run;
+      plain_.Begin(run.symbol, market_.at(run.symbol), run.start_day);
     }
     if (pass_due_) {
       pass_due_ = false;
       ++feeds_;
-      plain_.Pass(Symbol());
+      plain_.Next();
     }
   }
 
   void Check() {
     CatchUp();
     if (!started_ || testing::Test::HasFatalFailure()) return;
-    ASSERT_EQ(all_.session.BarIndex, plain_.index) << Log();
+    const int index = all_.session.BarIndex;
+    const bool forgotten = all_.session.Preparing && index == -1;
+    ASSERT_TRUE(index == plain_.index || forgotten) << index << "\n" << Log();
     for (const auto& [symbol, whole] : market_) {
       const std::vector<Bar> stored = ReadBars(all_.session.SimDir, symbol, interval_);
-      const PlainSeries& plain = plain_.series[symbol];
-      ASSERT_EQ(stored.size(), plain.size()) << symbol << "\n" << Log();
-      auto expected = plain.begin();
-      for (const Bar& bar : stored) ASSERT_TRUE(bar == (expected++)->second) << Log();
+      const int held = symbol == plain_.symbol ? plain_.index + 1 : 0;
+      ASSERT_EQ(static_cast<int>(stored.size()), held) << symbol << "\n" << Log();
+      ASSERT_TRUE(std::equal(stored.begin(), stored.end(), whole.begin())) << symbol << Log();
     }
-    if (!prepare_due_ && !all_.program.Feeding() && !plain_.fed_ahead) NothingLater();
     NoRecordTellsMore();
-  }
-
-  void NothingLater() {
-    const PlainSeries& plain = plain_.series[Symbol()];
-    if (plain.empty() || plain_.index < 0) return;
-    const Bar& now = plain_.loaded.at(static_cast<std::size_t>(plain_.index));
-    ASSERT_LE(plain.rbegin()->first, StoreKey(now.date, now.time)) << Log();
   }
 
   // Index records are what a chart program lists before it opens a series.
@@ -165,9 +129,11 @@ class RandomRun {
     while (reader.NextSecurity() >= 1) {
       reader.ReadSecurityHeader();
       const SecurityInfo info = reader.Security();
-      const PlainSeries& plain = plain_.series[info.symbol];
-      const std::int32_t newest = plain.empty() ? 0 : plain.rbegin()->first.first;
-      ASSERT_LE(info.told_last_date, newest) << info.symbol << "\n" << Log();
+      const bool held = info.symbol == plain_.symbol && plain_.index >= 0;
+      const auto newest = static_cast<std::size_t>(plain_.index);
+      ASSERT_LE(info.told_last_date, held ? plain_.loaded.at(newest).date : 0)
+          << info.symbol << "\n"
+          << Log();
     }
   }
 
@@ -228,23 +194,20 @@ class RandomRun {
     button.UserClick();
   }
 
-  void Step(PictureButton& button, const std::string& name,
-            void (PlainStore::*step)(const std::string&)) {
+  void Step(PictureButton& button, const std::string& name, void (PlainStore::*step)()) {
     if (!button.Reachable()) return;
     Note(name);
-    if (!plain_.loaded.empty() && !all_.session.Preparing) {
-      (plain_.*step)(Symbol());
-      plain_.fed_ahead = plain_.fed_ahead || all_.program.Feeding();
-    }
+    if (!plain_.loaded.empty() && !all_.session.Preparing) (plain_.*step)();
     button.UserClick();
   }
 
   void Resume() {
     if (!all_.Navigator().Image3.Reachable()) return;
     Note("play");
-    plain_.loop_next = plain_.index + 1;
-    loop_depth_ = depth_;
-    prepare_due_ = pass_due_ = false;
+    if (!all_.session.Preparing) {
+      loop_depth_ = depth_;
+      pass_due_ = false;
+    }
     all_.Navigator().Image3.UserClick();
   }
 

@@ -16,7 +16,7 @@ class OrderFixture : public testing::Test {
  protected:
   OrderFixture() {
     LedgerOpen(ledger, ":memory:");
-    session.Symbol = "ABC";
+    session.Symbol = session.Run.symbol = "ABC";
     session.SymbolInterval = "-1";
     AddBar(100);
   }

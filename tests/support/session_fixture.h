@@ -32,15 +32,13 @@ class SessionFixture : public testing::Test {
   }
 
   void Choose(const std::string& symbol, const std::string& interval, int date = 20000101) {
-    session.Symbol = symbol;
     session.DataDir = data;
+    session.Run = {data, symbol, interval, date};
     session.SimDir = store;
-    desktop.form1().cbxPeriod.SetText(interval);
-    desktop.form1().DTPicker1.SetValue(date);
   }
 
   std::vector<Bar> StoreBars(int interval = -1) {
-    return ReadBars(store, session.Symbol, interval);
+    return ReadBars(store, session.Run.symbol, interval);
   }
 
   ScratchFolder scratch;
@@ -51,9 +49,9 @@ class SessionFixture : public testing::Test {
   Desktop desktop;
   VirtualPlatform outside;
   Platform platform = outside.References();
-  BarLoader loader{session, desktop, cache};
+  BarLoader loader{session, cache};
   WorkingStore working_store{session, desktop, platform, cache};
-  BarStepper stepper{session, desktop, cache};
+  BarStepper stepper{session, cache};
 };
 
 }  // namespace velumar

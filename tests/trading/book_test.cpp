@@ -109,7 +109,7 @@ TEST_F(StatusTest, TheScoreIsRedBelowZeroAlone) {
 TEST_F(StatusTest, TheStatusLine) {
   SetStatusLine(desktop, "");
   EXPECT_EQ(desktop.form2().Label6.Text(), "Loading... Please wait.");
-  session.Symbol = " ABC ";
+  session.Run.symbol = "ABC";
   session.BarIndex = 1;
   EXPECT_EQ(BarLine(session, outside.locale), "[ABC]  Date: 1/25/2007 16:30:00  Close: 1.25");
 }

@@ -178,6 +178,10 @@ TEST_F(OrdersTest, OrdersWithoutEffectSayWhy) {
          "nothing to offset: no short position is held");
   expect(&OrderDesk::Long, "0", OrderResult::kDone, "the quantity is 0: nothing was opened");
   expect(&OrderDesk::Short, "0.0", OrderResult::kDone, "the quantity is 0: nothing was opened");
+  session.Symbol = "XYZ";
+  expect(&OrderDesk::Long, "1", OrderResult::kInvalid,
+         "The bars are of ABC (), not of XYZ (): press Start in the setup window");
+  session.Symbol = "ABC";
   session.BarIndex = -1;
   expect(&OrderDesk::Long, "1", OrderResult::kInvalid, "No current bar");
   session.BarDate.clear();
