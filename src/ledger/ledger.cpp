@@ -9,29 +9,11 @@ namespace velumar {
 
 namespace {
 
-constexpr std::string_view kInMemory = ":memory:";
-
 std::string Lower(std::string_view text) {
   std::string lower(text);
   std::transform(lower.begin(), lower.end(), lower.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return lower;
-}
-
-// The process that keeps a ledger holds a second small file beside it for as long as it lives; the
-// system frees it when the process dies. Throws LedgerError when another process holds it.
-std::unique_ptr<SqliteDatabase> TakeOwnership(const std::string& file) {
-  auto owner = std::make_unique<SqliteDatabase>(file + "-owner", SqliteDatabase::Mode::kCreate);
-  owner->Execute("PRAGMA busy_timeout=0");
-  owner->Execute("BEGIN EXCLUSIVE");
-  return owner;
-}
-
-void RequireSound(SqliteDatabase& database) {
-  SqliteStatement check = database.Prepare("PRAGMA quick_check(1)");
-  if (!check.Step() || check.Value(0) != LedgerValue("ok")) {
-    throw LedgerError(database.File() + ": the database is damaged");
-  }
 }
 
 // In our SQL, texts are joined by "||", and equal moments keep the order of insertion. No literal
@@ -104,63 +86,51 @@ const std::vector<std::string>& PortfolioColumns() {
 }
 
 SqliteDatabase& LedgerConnection::ForReading() {
-  if (!database_) throw LedgerError(why_not_.empty() ? "the ledger isn't open" : why_not_);
-  return *database_;
+  if (kept_) return kept_->ForReading();
+  if (!read_) throw LedgerError(why_not_.empty() ? "the ledger isn't open" : why_not_);
+  if (read_->Outdated()) OpenToRead();
+  return *read_;
 }
 
 SqliteDatabase& LedgerConnection::ForWriting() {
-  if (!CanWrite()) throw LedgerError(why_not_.empty() ? "the ledger isn't open" : why_not_);
-  return *database_;
+  if (!kept_) throw LedgerError(why_not_.empty() ? "the ledger isn't open" : why_not_);
+  return kept_->ForWriting();
+}
+
+void LedgerConnection::OpenToRead() {
+  read_ = velumar::OpenToRead(file_, LedgerKind());
+  AddLedgerFunctions(*read_);
 }
 
 void LedgerOpen(LedgerConnection& connection, const std::string& data_source) {
+  LedgerClose(connection);
   connection.file_ = data_source;
-  connection.why_not_.clear();
-  connection.database_.reset();
-  connection.owner_.reset();
-  const bool on_disk = data_source != kInMemory;
-  if (on_disk) {
-    try {
-      connection.owner_ = TakeOwnership(data_source);
-    } catch (const LedgerError& error) {
-      connection.why_not_ =
-          data_source + (error.InUse() ? ": the ledger is in use by another Velumar"
-                                       : ": its folder can't be written");
-    }
+  try {
+    connection.kept_ = std::make_unique<KeptDatabase>(data_source, LedgerKind());
+    AddLedgerFunctions(connection.kept_->ForReading());
+    connection.why_not_.clear();
+    return;
+  } catch (const LedgerError& error) {
+    connection.why_not_ = error.what();
   }
   try {
-    const bool keeps = connection.why_not_.empty();
-    auto database = std::make_unique<SqliteDatabase>(
-        data_source, keeps ? SqliteDatabase::Mode::kCreate : SqliteDatabase::Mode::kReadOnly);
-    RequireSound(*database);
-    if (keeps && database->ReadOnly()) {
-      connection.why_not_ = data_source + ": the file can only be read";
-    } else if (keeps) {
-      // Acknowledged means on the platter, also after a power cut.
-      database->Execute("PRAGMA journal_mode=WAL");
-      database->Execute("PRAGMA synchronous=FULL");
-      MakeLedgerTables(*database);
-    }
-    AddLedgerFunctions(*database);
-    connection.database_ = std::move(database);
-  } catch (const LedgerError& error) {
-    if (connection.why_not_.empty()) connection.why_not_ = error.what();
+    connection.OpenToRead();
+  } catch (const LedgerError&) {
+    // WhyNot says why already.
   }
 }
 
 void LedgerClose(LedgerConnection& connection) {
-  connection.database_.reset();
-  connection.owner_.reset();
+  connection.kept_.reset();
+  connection.read_.reset();
   connection.why_not_ = connection.file_ + ": the ledger is closed";
 }
 
 void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_source) {
-  auto database = std::make_unique<SqliteDatabase>(data_source, SqliteDatabase::Mode::kReadOnly);
-  RequireSound(*database);
-  AddLedgerFunctions(*database);
+  LedgerClose(connection);
   connection.file_ = data_source;
   connection.why_not_ = data_source + ": opened to be read";
-  connection.database_ = std::move(database);
+  connection.OpenToRead();
 }
 
 LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text,

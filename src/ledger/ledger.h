@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "ledger/sqlite_database.h"
+#include "ledger/kept_database.h"
 
 namespace velumar {
 
@@ -62,13 +62,14 @@ class LedgerConnection {
  public:
   explicit LedgerConnection(LedgerDateText date_text) : date_text_(std::move(date_text)) {}
 
-  bool CanRead() const { return database_ != nullptr; }
-  bool CanWrite() const { return CanRead() && why_not_.empty(); }
+  bool CanRead() const { return kept_ || read_; }
+  bool CanWrite() const { return kept_ != nullptr; }
   // Why orders can't be kept; empty when they can.
   const std::string& WhyNot() const { return why_not_; }
   const std::string& File() const { return file_; }
 
   SqliteDatabase& ForReading();
+  // Throws, too, once the file has been moved, deleted, replaced or cut short.
   SqliteDatabase& ForWriting();
   std::string DateText(std::string_view iso_date) const { return date_text_(iso_date); }
 
@@ -77,11 +78,13 @@ class LedgerConnection {
   friend void LedgerClose(LedgerConnection& connection);
   friend void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_source);
 
+  void OpenToRead();
+
   LedgerDateText date_text_;
   std::string file_;
   std::string why_not_;
-  std::unique_ptr<SqliteDatabase> owner_;  // held while this process keeps the ledger
-  std::unique_ptr<SqliteDatabase> database_;
+  std::unique_ptr<KeptDatabase> kept_;    // while this process keeps the ledger
+  std::unique_ptr<SqliteDatabase> read_;  // else, where it can be read
 };
 
 // The rows of one select, fetched whole.
@@ -93,11 +96,12 @@ struct LedgerRecordset {
 };
 
 // Opens the file, made with its tables when it is missing; ":memory:" keeps nothing on disk. Never
-// throws: a file that is no database, is damaged, read-only or in use by another program stays as
-// it is, and WhyNot says so.
+// throws: a file that is no ledger, is damaged, read-only or in use by another program stays as it
+// is, and WhyNot says so.
 void LedgerOpen(LedgerConnection& connection, const std::string& data_source);
 
-// The same without keeping it, for who only reads; the file must exist. Throws LedgerError.
+// Opens an existing file to read it, also in a folder or on a disk that can't be written, and
+// leaves no trace there. Throws LedgerError.
 void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_source);
 
 // Lets go of the file; another program may keep it from here on.

@@ -11,12 +11,32 @@ namespace velumar {
 namespace {
 
 // The 22 columns of a row; NUMERIC stores whole numbers as such, so any tool shows them plainly.
-constexpr const char* kRowColumns =
+constexpr std::string_view kRowColumns =
     "Profile NUMERIC, Symbol TEXT, SymbolInterval NUMERIC, ActDate TEXT, ActTime TEXT, "
     "MarketPrice NUMERIC, Position TEXT, LAvgPrice NUMERIC, LAmount NUMERIC, Loffset NUMERIC, "
     "LAccum NUMERIC, LUnrealised NUMERIC, LRealised NUMERIC, SAvgPrice NUMERIC, SAmount NUMERIC, "
     "Soffset NUMERIC, SAccum NUMERIC, SUnrealised NUMERIC, SRealised NUMERIC, "
     "BalancePoint NUMERIC, Commission NUMERIC, Portfolio NUMERIC";
+
+const std::array<OwnTable, 6>& Tables() {
+  static const std::string kArchiveColumns =
+      "Run INTEGER, Place INTEGER, " + std::string(kRowColumns);
+  static const std::array<OwnTable, 6> kTables{
+      {{"MyPortfolio", kRowColumns},
+       {"Portfolio_Profile", "[Profile Name] TEXT, [Start Period] TEXT, [End Period] TEXT"},
+       {"Runs",
+        "Id INTEGER PRIMARY KEY AUTOINCREMENT, Directory TEXT, Symbol TEXT, SymbolInterval TEXT, "
+        "StartDate TEXT, StartTime TEXT, Market TEXT, StartingMoney NUMERIC, Margin NUMERIC, "
+        "MoneyPerPoint NUMERIC"},
+       {"Archive", kArchiveColumns},
+       {"Details",
+        "Run INTEGER, Place INTEGER, Quantity NUMERIC, Vat NUMERIC, BarIndex INTEGER, "
+        "NewestShown INTEGER"},
+       {"Wiped",
+        "Run INTEGER, Position TEXT, Held NUMERIC, AvgPrice NUMERIC, Quantity NUMERIC, "
+        "BarIndex INTEGER, NewestShown INTEGER"}}};
+  return kTables;
+}
 
 constexpr std::array<std::string_view, 12> kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                    "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -63,29 +83,16 @@ void AddNewerColumns(SqliteDatabase& database) {
   }
 }
 
+void MakeLedgerTables(SqliteDatabase& database) {
+  MakeTables(database, Tables());
+  AddNewerColumns(database);
+}
+
 }  // namespace
 
-void MakeLedgerTables(SqliteDatabase& database) {
-  const std::string columns = kRowColumns;
-  SqliteTransaction transaction(database);
-  database.Execute("CREATE TABLE IF NOT EXISTS MyPortfolio (" + columns + ")");
-  database.Execute(
-      "CREATE TABLE IF NOT EXISTS Portfolio_Profile ([Profile Name] TEXT, [Start Period] TEXT, "
-      "[End Period] TEXT)");
-  database.Execute(
-      "CREATE TABLE IF NOT EXISTS Runs (Id INTEGER PRIMARY KEY AUTOINCREMENT, Directory TEXT, "
-      "Symbol TEXT, SymbolInterval TEXT, StartDate TEXT, StartTime TEXT, Market TEXT, "
-      "StartingMoney NUMERIC, Margin NUMERIC, MoneyPerPoint NUMERIC)");
-  database.Execute("CREATE TABLE IF NOT EXISTS Archive (Run INTEGER, Place INTEGER, " + columns +
-                   ")");
-  database.Execute(
-      "CREATE TABLE IF NOT EXISTS Details (Run INTEGER, Place INTEGER, Quantity NUMERIC, "
-      "Vat NUMERIC, BarIndex INTEGER, NewestShown INTEGER)");
-  database.Execute(
-      "CREATE TABLE IF NOT EXISTS Wiped (Run INTEGER, Position TEXT, Held NUMERIC, "
-      "AvgPrice NUMERIC, Quantity NUMERIC, BarIndex INTEGER, NewestShown INTEGER)");
-  AddNewerColumns(database);
-  transaction.Commit();
+const DatabaseKind& LedgerKind() {
+  static const DatabaseKind kKind{"ledger", Tables(), MakeLedgerTables};
+  return kKind;
 }
 
 void AddLedgerFunctions(SqliteDatabase& database) {

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "ledger/sqlite_database.h"
+#include "ledger/kept_database.h"
 
 namespace velumar {
 
-// Makes what is missing of the ledger's tables: the two that results read, and beside them the
-// archive, the runs and the details of the rows.
-void MakeLedgerTables(SqliteDatabase& database);
+// A ledger's tables: the two that results read, and with them the archive, the runs and the details
+// of the rows.
+const DatabaseKind& LedgerKind();
 
 // What the selects of the results need of SQL: format() of a joined date and time.
 void AddLedgerFunctions(SqliteDatabase& database);

@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <cctype>
+
 namespace velumar {
 
 namespace {
@@ -11,13 +13,43 @@ namespace {
                     sqlite3_errcode(database) == SQLITE_BUSY);
 }
 
-int Flags(SqliteDatabase::Mode mode) {
-  return mode == SqliteDatabase::Mode::kCreate ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE
-                                               : SQLITE_OPEN_READONLY;
-}
-
 // Another process that reads holds the file for moments only.
 constexpr int kPatienceMs = 2000;
+
+// Larger than any ledger (some four million orders) and any text or row in it.
+constexpr std::uint64_t kLargestFile = std::uint64_t{1} << 30;
+constexpr int kLongestValue = 1 << 20;
+
+// SQLite opens these without a look at what they are; a pipe would hold it up forever.
+void RequireRegularFiles(const std::string& file, const std::string& path) {
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
+    const FileIdentity found = IdentityOf(path + suffix);
+    if (found.kind == FileIdentity::Kind::kOther) {
+      throw LedgerError((*suffix == '\0' ? file : path + suffix) +
+                        ": this is a folder, a pipe or a device and no file");
+    }
+    if (*suffix == '\0' && found.size > kLargestFile) {
+      throw LedgerError(file + ": the file is larger than any ledger (1 GiB)");
+    }
+  }
+}
+
+// The path as "file:" and what SQLite's rules for URIs ask for.
+std::string Uri(const std::string& path) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string uri = "file:";
+  for (const char byte : path) {
+    const auto value = static_cast<unsigned char>(byte);
+    const bool plain =
+        std::isalnum(value) != 0 || std::string_view("/._-:").find(byte) != std::string_view::npos;
+    uri +=
+        plain ? std::string(1, byte) : std::string{'%', kDigits[value >> 4U], kDigits[value & 15U]};
+  }
+  return uri;
+}
+
+// The form of the system's file access that takes no locks.
+std::string LocklessAccess() { return std::string(sqlite3_vfs_find(nullptr)->zName) + "-none"; }
 
 }  // namespace
 
@@ -76,12 +108,51 @@ LedgerValue SqliteStatement::Value(int column) const {
   }
 }
 
-SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode) : file_(file) {
+SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode)
+    : file_(file), path_(file == kInMemory ? file : CanonicalPath(file)) {
+  if (file != kInMemory) RequireRegularFiles(file_, path_);
+  if (mode == Mode::kReadOnly) {
+    OpenToRead();
+  } else {
+    Open(path_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  }
+}
+
+void SqliteDatabase::Open(const std::string& name, int flags) {
   sqlite3* database = nullptr;
-  const int code = sqlite3_open_v2(file.c_str(), &database, Flags(mode), nullptr);
+  const int code = sqlite3_open_v2(name.c_str(), &database, flags, nullptr);
   handle_.reset(database);
-  if (code != SQLITE_OK) Throw(file, database);
+  if (code != SQLITE_OK) Throw(file_, database);
   sqlite3_busy_timeout(database, kPatienceMs);
+  sqlite3_limit(database, SQLITE_LIMIT_LENGTH, kLongestValue);
+  for (const int trust : {SQLITE_DBCONFIG_TRUSTED_SCHEMA, SQLITE_DBCONFIG_ENABLE_TRIGGER,
+                          SQLITE_DBCONFIG_ENABLE_VIEW}) {
+    sqlite3_db_config(database, trust, 0, nullptr);
+  }
+}
+
+// Without rows in a write-ahead log nobody is writing: the file is read as it stands. With them,
+// either a program is at work, and its locks are kept to, or one has died. The index of the log may
+// have died with it; then it is built in memory.
+void SqliteDatabase::OpenToRead() {
+  constexpr int kFlags = SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+  const FileIdentity found = IdentityOf(path_);
+  if (found.kind == FileIdentity::Kind::kMissing) throw LedgerError(file_ + ": no such file");
+  if (!IdentityOf(path_ + "-wal").HoldsBytes()) {
+    Open(Uri(path_) + "?immutable=1", kFlags);
+    unchanged_ = found;
+  } else if (IdentityOf(path_ + "-shm").kind == FileIdentity::Kind::kRegular) {
+    Open(Uri(path_) + "?readonly_shm=1", kFlags);
+  } else {
+    Open(Uri(path_) + "?vfs=" + LocklessAccess(), kFlags);
+    sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    Execute("PRAGMA locking_mode=EXCLUSIVE");
+  }
+}
+
+bool SqliteDatabase::Outdated() const {
+  return unchanged_ &&
+         (IdentityOf(path_) != *unchanged_ || IdentityOf(path_ + "-wal").HoldsBytes());
 }
 
 void SqliteDatabase::Close::operator()(sqlite3* database) const { sqlite3_close_v2(database); }

@@ -2,10 +2,13 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
+
+#include "ledger/file_identity.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -50,10 +53,18 @@ class SqliteStatement {
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
-// One SQLite file, closed with the object. Every call throws LedgerError.
+inline constexpr std::string_view kInMemory = ":memory:";
+
+// One SQLite file, closed with the object. Only regular files are opened, of up to 1 GiB, and of
+// another program's triggers and views none runs. Every call throws LedgerError.
 class SqliteDatabase {
  public:
-  enum class Mode : std::uint8_t { kCreate, kReadOnly };
+  enum class Mode : std::uint8_t {
+    kCreate,
+    // Nothing is created or changed, neither in the file nor next to it, so a read-only folder is
+    // as good as any.
+    kReadOnly
+  };
 
   SqliteDatabase(const std::string& file, Mode mode);
 
@@ -61,7 +72,12 @@ class SqliteDatabase {
   SqliteStatement Prepare(std::string_view sql) const { return {handle_.get(), file_, sql}; }
   bool ReadOnly() const;
   std::int64_t LastRow() const;
+  // As it was named to the constructor, and the one name behind all links.
   const std::string& File() const { return file_; }
+  const std::string& Path() const { return path_; }
+  // True once a file that nobody wrote when it was opened to be read has changed: then it has to
+  // be opened again.
+  bool Outdated() const;
   // For what this class doesn't wrap.
   sqlite3* Handle() const { return handle_.get(); }
 
@@ -70,7 +86,12 @@ class SqliteDatabase {
     void operator()(sqlite3* database) const;
   };
 
+  void Open(const std::string& name, int flags);
+  void OpenToRead();
+
   std::string file_;
+  std::string path_;
+  std::optional<FileIdentity> unchanged_;  // while it can be read without locks
   std::unique_ptr<sqlite3, Close> handle_;
 };
 

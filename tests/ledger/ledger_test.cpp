@@ -1,11 +1,16 @@
 #include "ledger/ledger.h"
 
 #include <fstream>
+#include <functional>
 
 #include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
+
+namespace fs = std::filesystem;
+using testing::AllOf;
+using testing::HasSubstr;
 
 class LedgerTest : public testing::Test {
  protected:
@@ -27,6 +32,23 @@ class LedgerTest : public testing::Test {
     row[20] = 100.0;
     row[21] = portfolio;
     return row;
+  }
+  static void AddRow(LedgerConnection& ledger, double portfolio) {
+    LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, portfolio), {});
+  }
+  static std::size_t Rows(LedgerConnection& ledger) {
+    return LedgerQuery(ledger, "select * From MyPortfolio").rows.size();
+  }
+  // The ledger of a folder is neither read nor written, and not a byte beside it changes.
+  static void ExpectRefused(const ScratchFolder& folder, const std::string& why) {
+    const auto before = FilesOf(folder.Path().string());
+    LedgerConnection ledger = Connection();
+    LedgerOpen(ledger, folder.Sub("l.mdb"));
+    EXPECT_THAT(ledger.WhyNot(), AllOf(HasSubstr(folder.Sub("l.mdb")), HasSubstr(why)));
+    EXPECT_THROW(LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, 1), {}), LedgerError);
+    EXPECT_THROW(Rows(ledger), LedgerError) << why;
+    EXPECT_THROW(LedgerOpenToRead(ledger, folder.Sub("l.mdb")), LedgerError) << why;
+    EXPECT_EQ(FilesOf(folder.Path().string()), before) << why;
   }
   ScratchFolder scratch;
   std::string file = scratch.Sub("Portfolio.mdb");
@@ -85,22 +107,15 @@ TEST_F(LedgerTest, EmptyingArchivesTheRowsOfTheirRun) {
   EXPECT_EQ(archive.rows[0], (std::vector<LedgerValue>{1.0, 1.0, 20.0}));
 }
 
-TEST_F(LedgerTest, RowsOutliveTheProgram) {
+TEST_F(LedgerTest, AnOlderFileLearnsWhereHoldingsWereWiped) {
   {
     LedgerConnection ledger = Connection();
     LedgerOpen(ledger, file);
-    LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, 1), {});
   }
-  LedgerConnection ledger = Connection();
-  LedgerOpen(ledger, file);
-  EXPECT_TRUE(ledger.CanWrite());
-  EXPECT_EQ(LedgerQuery(ledger, "select * From MyPortfolio").rows.size(), 1U);
-}
-
-TEST_F(LedgerTest, AnOlderFileLearnsWhereHoldingsWereWiped) {
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
       .Execute(
-          "CREATE TABLE Wiped (Run INTEGER, Position TEXT, Held NUMERIC, AvgPrice NUMERIC, "
+          "DROP TABLE Wiped; CREATE TABLE Wiped (Run INTEGER, Position TEXT, Held NUMERIC, "
+          "AvgPrice NUMERIC, "
           "Quantity NUMERIC, BarIndex INTEGER, NewestShown INTEGER); "
           "INSERT INTO Wiped (Held) VALUES (1)");
   for (double held = 2; held <= 3; ++held) {
@@ -117,32 +132,203 @@ TEST_F(LedgerTest, AnOlderFileLearnsWhereHoldingsWereWiped) {
                             {{}, 1.0, {}}, {1.0, 2.0, "2007-01-26"}, {2.0, 3.0, "2007-01-26"}}));
 }
 
-TEST_F(LedgerTest, ASecondProgramReadsButDoesNotWrite) {
+TEST_F(LedgerTest, OneProgramKeepsALedgerWhicheverLinksLeadToIt) {
+  fs::create_directory(scratch.Path() / "deep");
+  fs::create_symlink("../deep/real.mdb", scratch.Path() / "deep/link.mdb");
+  fs::create_directory_symlink("deep", scratch.Path() / "folder");
+  fs::create_symlink("folder/link.mdb", file);  // leads to no file yet
   LedgerConnection first = Connection();
   LedgerOpen(first, file);
-  LedgerInsertOrder(first, Row("2007-01-25", "16:30:00", 0, 1), {});
-  LedgerConnection second = Connection();
-  LedgerOpen(second, file);
-  EXPECT_FALSE(second.CanWrite());
-  EXPECT_THAT(second.WhyNot(), testing::HasSubstr("in use"));
-  EXPECT_EQ(LedgerQuery(second, "select * From MyPortfolio").rows.size(), 1U);
-  EXPECT_THROW(LedgerDeleteAll(second, kPortfolioTable), LedgerError);
-  EXPECT_EQ(LedgerQuery(first, "select * From MyPortfolio").rows.size(), 1U);
+  ASSERT_TRUE(first.CanWrite()) << first.WhyNot();
+  AddRow(first, 1);
+  for (const char* name : {"Portfolio.mdb", "folder/real.mdb", "deep/../deep/link.mdb"}) {
+    LedgerConnection second = Connection();
+    LedgerOpen(second, scratch.Sub(name));
+    EXPECT_THAT(second.WhyNot(), HasSubstr("in use"));
+    EXPECT_EQ(Rows(second), 1U);
+    EXPECT_THROW(LedgerDeleteAll(second, kPortfolioTable), LedgerError);
+    AddRow(first, 2);
+    EXPECT_EQ(Rows(second), 2U);
+    LedgerDeleteAll(first, kPortfolioTable);
+    AddRow(first, 1);
+  }
+  LedgerClose(first);
+  // A log under one name is missed under the other.
+  fs::create_hard_link(scratch.Path() / "deep/real.mdb", scratch.Path() / "second.mdb");
+  LedgerOpen(first, scratch.Sub("second.mdb"));
+  EXPECT_THAT(first.WhyNot(), HasSubstr("hard link"));
+  EXPECT_EQ(Rows(first), 1U);
 }
 
-TEST_F(LedgerTest, AFileThatIsNoLedgerIsKept) {
+TEST_F(LedgerTest, ARowIsRefusedOnceItWouldBeLost) {
+  const std::string moved = scratch.Sub("moved.mdb");
+  file = scratch.Sub("home/Portfolio.mdb");
+  struct Case {
+    const char* what;
+    std::function<void()> harm;
+    std::string kept_in;  // where the rows are afterwards
+  };
+  const auto replace = [&](const std::string& suffix) {
+    fs::rename(file + suffix, scratch.Sub("aside"));
+    std::ofstream(file + suffix) << "another file";
+  };
+  const std::vector<Case> cases = {
+      {"moved", [&] { fs::rename(file, moved); }, moved},
+      {"replaced",
+       [&] {
+         fs::rename(file, moved);
+         fs::copy_file(moved, file);
+       },
+       moved},
+      {"folder moved", [&] { fs::rename(scratch.Sub("home"), scratch.Sub("new")); },
+       scratch.Sub("new/Portfolio.mdb")},
+      {"deleted", [&] { fs::remove(file); }, ""},
+      {"log deleted", [&] { fs::remove(file + "-wal"); }, file},
+      {"log replaced", [&] { replace("-wal"); }, ""},
+      {"index replaced", [&] { replace("-shm"); }, ""},
+      {"lock deleted", [&] { fs::remove(file + "-owner"); }, file},
+      {"log cut", [&] { fs::resize_file(file + "-wal", 0); }, ""}};
+  for (const Case& one : cases) {
+    for (const auto& entry : fs::directory_iterator(scratch.Path())) fs::remove_all(entry);
+    fs::create_directory(scratch.Sub("home"));
+    LedgerConnection ledger = Connection();
+    LedgerOpen(ledger, file);
+    AddRow(ledger, 1);
+    AddRow(ledger, 2);
+    one.harm();
+    try {
+      AddRow(ledger, 3);
+      ADD_FAILURE() << one.what << ": the row was taken";
+    } catch (const LedgerError& error) {
+      EXPECT_THAT(error.what(), HasSubstr("home/Portfolio.mdb")) << one.what;
+    }
+    EXPECT_THROW(LedgerBeginRun(ledger, {}), LedgerError) << one.what;
+    LedgerClose(ledger);
+    if (one.kept_in.empty()) continue;
+    LedgerOpenToRead(ledger, one.kept_in);
+    EXPECT_EQ(Rows(ledger), 2U) << one.what;
+    LedgerOpen(ledger, one.kept_in);
+    EXPECT_NO_THROW(AddRow(ledger, 3)) << one.what << ledger.WhyNot();
+  }
+}
+
+TEST_F(LedgerTest, ALogEmptiedInOrderKeepsNoRowOut) {
+  LedgerConnection ledger = Connection();
+  LedgerOpen(ledger, file);
+  AddRow(ledger, 1);
+  SqliteDatabase(file, SqliteDatabase::Mode::kCreate).Execute("PRAGMA wal_checkpoint(TRUNCATE)");
+  for (int i = 2; i <= 300; ++i) AddRow(ledger, i);
+  EXPECT_EQ(Rows(ledger), 300U);
+  EXPECT_LT(fs::file_size(file + "-wal"), 5'000'000U) << "it is emptied on the way, too";
+}
+
+// The log holds rows of a file that was moved without it; a new file would delete it.
+TEST_F(LedgerTest, ALogWithoutItsFileIsKept) {
+  LedgerConnection ledger = Connection();
+  LedgerOpen(ledger, file);
+  AddRow(ledger, 1);
+  const std::string copy = scratch.Sub("copy.mdb");
+  fs::copy_file(file + "-wal", copy + "-wal");
+  LedgerConnection other = Connection();
+  LedgerOpen(other, copy);
+  EXPECT_THAT(other.WhyNot(), HasSubstr("copy.mdb-wal"));
+  EXPECT_FALSE(fs::exists(copy));
+  EXPECT_TRUE(fs::exists(copy + "-wal"));
+}
+
+// After a clean end, after a death, and after one whose files were copied without their index:
+// reading neither needs to write nor does it.
+TEST_F(LedgerTest, ReadingLeavesNoTrace) {
+  LedgerConnection ledger = Connection();
+  LedgerOpen(ledger, file);
+  AddRow(ledger, 1);
+  for (const auto& [folder, suffixes] :
+       {std::pair("died", std::vector<std::string>{"", "-wal", "-shm"}),
+        std::pair("bare", std::vector<std::string>{"", "-wal"})}) {
+    fs::create_directory(scratch.Sub(folder));
+    for (const std::string& suffix : suffixes) {
+      fs::copy_file(file + suffix, scratch.Sub(std::string(folder) + "/a%20 ?#.mdb" + suffix));
+    }
+  }
+  LedgerClose(ledger);
+  fs::create_directory(scratch.Sub("closed"));
+  fs::copy_file(file, scratch.Sub("closed/a%20 ?#.mdb"));
+  EXPECT_FALSE(fs::exists(file + "-wal"));
+  for (const std::string folder : {"died", "bare", "closed"}) {
+    const auto before = FilesOf(scratch.Sub(folder));
+    for (int i = 0; i < 2; ++i) {
+      LedgerConnection reader = Connection();
+      LedgerOpenToRead(reader, scratch.Sub(folder + "/a%20 ?#.mdb"));
+      EXPECT_EQ(Rows(reader), 1U) << folder;
+      EXPECT_FALSE(reader.CanWrite());
+    }
+    EXPECT_EQ(FilesOf(scratch.Sub(folder)), before) << folder;
+    LedgerConnection writer = Connection();
+    LedgerOpen(writer, scratch.Sub(folder + "/a%20 ?#.mdb"));
+    AddRow(writer, 2);
+    EXPECT_EQ(Rows(writer), 2U) << folder;
+  }
+}
+
+TEST_F(LedgerTest, WhoReadsSeesWhatIsWrittenLater) {
+  LedgerConnection writer = Connection();
+  LedgerOpen(writer, file);
+  LedgerClose(writer);
+  LedgerConnection reader = Connection();
+  LedgerOpenToRead(reader, file);
+  EXPECT_EQ(Rows(reader), 0U);
+  LedgerOpen(writer, file);
+  AddRow(writer, 1);
+  EXPECT_EQ(Rows(reader), 1U);
+  AddRow(writer, 2);
+  EXPECT_EQ(Rows(reader), 2U);
+  LedgerClose(writer);
+  EXPECT_EQ(Rows(reader), 2U);
+}
+
+TEST_F(LedgerTest, AFileThatIsNotOursIsLeftAsItIs) {
+  const std::string endless =
+      "VIEW MyPortfolio AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT ";
+  std::string columns;
+  for (const std::string& column : PortfolioColumns()) {
+    columns += (columns.empty() ? "i AS " : ", i AS ") + column;
+  }
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"DROP TABLE MyPortfolio", "another program's SQLite file"},
+      {"PRAGMA application_id = 7", "another program's SQLite file"},
+      {"PRAGMA user_version = 1", "newer version"},
+      {"CREATE TRIGGER t AFTER INSERT ON myportfolio BEGIN DELETE FROM Runs; END", "trigger \"t\""},
+      {"CREATE UNIQUE INDEX i ON Details (Vat)", "unique index"},
+      {"DROP TABLE Runs; CREATE VIEW Runs AS SELECT 1 AS Id", "Runs must be a table"},
+      {"DROP TABLE Runs; CREATE TABLE Runs (Id)", "no such column"},
+      {"DROP TABLE MyPortfolio; CREATE " + endless + columns + " FROM n", "must be a table"}};
+  for (const auto& [harm, why] : cases) {
+    for (const bool dies : {false, true}) {
+      const ScratchFolder made;
+      const ScratchFolder folder;
+      {
+        LedgerConnection ledger = Connection();
+        LedgerOpen(ledger, made.Sub("l.mdb"));
+      }
+      SqliteDatabase database(made.Sub("l.mdb"), SqliteDatabase::Mode::kCreate);
+      database.Execute(harm);
+      if (!dies) database.Execute("PRAGMA wal_checkpoint(TRUNCATE)");
+      for (const char* suffix : {"", "-wal", "-shm"}) {
+        fs::copy_file(made.Sub("l.mdb") + suffix, folder.Sub("l.mdb") + suffix);
+      }
+      ExpectRefused(folder, why);
+    }
+  }
   for (const std::string& content :
        {std::string("not a database, but somebody's file, long enough to be read as one"),
         std::string("SQLite format 3\0", 16) + std::string(4000, 'x')}) {
-    std::ofstream(file, std::ios::binary) << content;
-    LedgerConnection ledger = Connection();
-    LedgerOpen(ledger, file);
-    EXPECT_FALSE(ledger.CanWrite());
-    EXPECT_THAT(ledger.WhyNot(), testing::HasSubstr("Portfolio.mdb"));
-    EXPECT_THROW(LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, 1), {}), LedgerError);
-    std::ifstream in(file, std::ios::binary);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), content);
+    const ScratchFolder folder;
+    std::ofstream(folder.Sub("l.mdb"), std::ios::binary) << content;
+    ExpectRefused(folder, "l.mdb");
   }
+  const ScratchFolder folder;
+  fs::create_directory(folder.Sub("l.mdb"));
+  ExpectRefused(folder, "folder");
 }
 
 }  // namespace
