@@ -1,5 +1,7 @@
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <csignal>
+#include <cstdint>
 #include <exception>
 #include <iostream>
 
@@ -11,6 +13,22 @@ namespace {
 
 constexpr int kFailure = 1;
 constexpr int kBadArguments = 2;
+
+constexpr int kMostPosts = 1'000'000;
+
+std::string NotEmpty(const std::string& text) { return text.empty() ? "must not be empty" : ""; }
+
+// Refuses everything else in words that name what is asked for.
+auto WholeNumber(int least, int most) {
+  return [least, most](const std::string& text) -> std::string {
+    int number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    if (error == std::errc() && rest == end && number >= least && number <= most) return "";
+    return "\"" + text + "\" is no whole number from " + std::to_string(least) + " to " +
+           std::to_string(most);
+  };
+}
 
 // All threads leave the signals that end a service to the one that waits for them.
 sigset_t BlockEndings() {
@@ -44,15 +62,21 @@ int Main(int count, char** arguments) {
   ScoreServerSettings settings;
   app.add_option("--database", settings.database,
                  "the scores' file (SQLite), made when it is missing")
-      ->required();
+      ->required()
+      ->check(NotEmpty);
   app.add_option("--listen", settings.listen, "the address to listen on, in figures")
       ->capture_default_str();
   app.add_option("--port", settings.port, "the port; 0 for any that is free")
+      ->check(WholeNumber(0, UINT16_MAX))
       ->capture_default_str();
   app.add_option("--posts-per-minute", settings.posts_per_minute,
                  "how many scores are taken from one address")
-      ->check(CLI::PositiveNumber)
+      ->check(WholeNumber(1, kMostPosts))
       ->capture_default_str();
+  app.add_option("--allow-host", settings.allowed_hosts,
+                 "one more name by which the service may be asked, beside addresses, \"localhost\" "
+                 "and the machine's own name")
+      ->check(NotEmpty);
   try {
     app.parse(count, arguments);
     Serve(settings);

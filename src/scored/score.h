@@ -27,12 +27,8 @@ inline constexpr std::size_t kLongestSymbol = 32;
 
 // Reads "username=…&score=…&zanno=yes&symbol=…&startdate=…&enddate=…", which comes without any
 // encoding: the keys and their order tell where a value ends, so that a name may hold "&" and "=".
-// Throws BadScore.
+// Throws BadScore, also for a blank name and for characters that no screen shows.
 Score ParseScore(std::string_view query);
-
-// The text as anybody's screen can show it: control characters, marks that turn the direction of a
-// line and bytes that aren't UTF-8 stand as "\x" and two hexadecimal digits a byte, "\" as "\\".
-std::string Escaped(std::string_view text);
 
 // A line of the list: " 1.  2,012,345.50  Ann  ABC  2005-01-03 to 2005-06-30".
 std::string ScoreLine(std::size_t rank, const Score& score);

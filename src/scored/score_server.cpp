@@ -3,6 +3,7 @@
 #include <arpa/inet.h>
 #include <microhttpd.h>
 #include <netinet/in.h>
+#include <strings.h>
 #include <sys/socket.h>
 
 #include <cstring>
@@ -20,6 +21,7 @@ constexpr int kTop = 10;
 
 constexpr unsigned kOk = 200;
 constexpr unsigned kBadRequest = 400;
+constexpr unsigned kForbidden = 403;
 constexpr unsigned kNotFound = 404;
 constexpr unsigned kNotAllowed = 405;
 constexpr unsigned kTooMany = 429;
@@ -29,7 +31,6 @@ constexpr unsigned kFailed = 500;
 constexpr std::size_t kConnectionMemory = 16 * 1024;  // bytes; longer requests are refused
 constexpr unsigned kConnections = 200;
 constexpr unsigned kConnectionsOfOne = 20;
-constexpr unsigned kPatience = 10;  // seconds
 
 struct Listening {
   sockaddr_storage address{};
@@ -73,6 +74,7 @@ MHD_Result Send(MHD_Connection* connection, const ScoreServer::Reply& reply) {
   MHD_add_response_header(response, "Content-Type", "text/plain; charset=utf-8");
   MHD_add_response_header(response, "X-Content-Type-Options", "nosniff");
   MHD_add_response_header(response, "Cache-Control", "no-store");
+  MHD_add_response_header(response, MHD_HTTP_HEADER_CONNECTION, "close");
   const MHD_Result sent = MHD_queue_response(connection, reply.status, response);
   MHD_destroy_response(response);
   return sent;
@@ -86,9 +88,33 @@ void DropTarget(void*, MHD_Connection*, void** target, MHD_RequestTerminationCod
   *target = nullptr;
 }
 
+void FollowConnection(void* deadlines, MHD_Connection* connection, void**,
+                      MHD_ConnectionNotificationCode code) {
+  auto& all = *static_cast<ConnectionDeadlines*>(deadlines);
+  const MHD_ConnectionInfo* const info =
+      MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
+  if (info == nullptr) return;
+  code == MHD_CONNECTION_NOTIFY_STARTED ? all.Began(info->connect_fd) : all.Ended(info->connect_fd);
+}
+
+// What speaks against a request, line by line of its headers.
+struct HeaderLook {
+  const ScoreServer& server;
+  std::string refusal;
+};
+
+MHD_Result LookAtHeader(void* look, MHD_ValueKind, const char* header, const char* value) {
+  auto& [server, refusal] = *static_cast<HeaderLook*>(look);
+  refusal = server.WhyRefused(header, value == nullptr ? "" : value);
+  return refusal.empty() ? MHD_YES : MHD_NO;
+}
+
 MHD_Result Handle(void* server, MHD_Connection* connection, const char*, const char* method,
                   const char*, const char*, std::size_t* body, void** target) {
   if (*body != 0) return MHD_NO;
+  HeaderLook look{*static_cast<const ScoreServer*>(server), {}};
+  MHD_get_connection_values(connection, MHD_HEADER_KIND, &LookAtHeader, &look);
+  if (!look.refusal.empty()) return Send(connection, {kForbidden, look.refusal});
   if (std::strcmp(method, MHD_HTTP_METHOD_GET) != 0) {
     return Send(connection, {kNotAllowed, "Only GET is answered here."});
   }
@@ -99,18 +125,22 @@ MHD_Result Handle(void* server, MHD_Connection* connection, const char*, const c
 }  // namespace
 
 ScoreServer::ScoreServer(const ScoreServerSettings& settings)
-    : store_(settings.database), limit_(settings.posts_per_minute) {
+    : store_(settings.database),
+      limit_(settings.posts_per_minute),
+      hosts_(settings.allowed_hosts),
+      deadlines_(settings.longest_connection) {
   const Listening listening = ListeningOn(settings.listen, settings.port);
   const unsigned flags =
       MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_AUTO | (listening.v6 ? unsigned{MHD_USE_IPv6} : 0U);
-  daemon_.reset(MHD_start_daemon(flags, 0, nullptr, nullptr, &Handle, this,              //
-                                 MHD_OPTION_SOCK_ADDR, &listening.address,               //
-                                 MHD_OPTION_URI_LOG_CALLBACK, &KeepTarget, nullptr,      //
-                                 MHD_OPTION_NOTIFY_COMPLETED, &DropTarget, nullptr,      //
+  daemon_.reset(MHD_start_daemon(flags, 0, nullptr, nullptr, &Handle, this,          //
+                                 MHD_OPTION_SOCK_ADDR, &listening.address,           //
+                                 MHD_OPTION_URI_LOG_CALLBACK, &KeepTarget, nullptr,  //
+                                 MHD_OPTION_NOTIFY_COMPLETED, &DropTarget, nullptr,  //
+                                 MHD_OPTION_NOTIFY_CONNECTION, &FollowConnection, &deadlines_,
                                  MHD_OPTION_CONNECTION_MEMORY_LIMIT, kConnectionMemory,  //
                                  MHD_OPTION_CONNECTION_LIMIT, kConnections,              //
                                  MHD_OPTION_PER_IP_CONNECTION_LIMIT, kConnectionsOfOne,  //
-                                 MHD_OPTION_CONNECTION_TIMEOUT, kPatience, MHD_OPTION_END));
+                                 MHD_OPTION_END));
   if (!daemon_) {
     throw std::runtime_error("can't listen on " + settings.listen + ", port " +
                              std::to_string(settings.port) + ": " + std::strerror(errno));
@@ -140,16 +170,32 @@ ScoreServer::Reply ScoreServer::Answer(const std::string& target, const std::str
   }
 }
 
+std::string ScoreServer::WhyRefused(std::string_view header, std::string_view value) const {
+  const auto is = [header](const char* name) {
+    return strcasecmp(std::string(header).c_str(), name) == 0;
+  };
+  if (is("Origin") || (is("Sec-Fetch-Site") && value != "none" && value != "same-origin")) {
+    return "Requests from web pages are refused.";
+  }
+  if (is("Host") && !hosts_.Allows(value)) {
+    return "The service doesn't answer under this host name; --allow-host adds one.";
+  }
+  return {};
+}
+
 ScoreServer::Reply ScoreServer::Post(std::string_view query, const std::string& address) {
   const Score score = ParseScore(query);
   if (!limit_.Allows(address, PostLimit::Moment::clock::now())) {
     return {kTooMany, "Too many scores within a minute."};
   }
-  store_.Add(score);
+  if (!store_.Add(score)) {
+    return {kOk,
+            "Not kept: the score isn't among the best " + std::to_string(ScoreStore::kKept) + "."};
+  }
   return {kOk, "Taken."};
 }
 
-std::string ScoreServer::List() const {
+std::string ScoreServer::List() {
   std::string text;
   std::size_t rank = 0;
   for (const Score& score : store_.Top(kTop)) {

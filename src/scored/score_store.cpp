@@ -1,6 +1,8 @@
 #include "scored/score_store.h"
 
+#include <array>
 #include <cstdint>
+#include <string>
 #include <variant>
 
 namespace velumar {
@@ -17,20 +19,29 @@ double Number(const LedgerValue& value) {
   return number == nullptr ? 0 : *number;
 }
 
-}  // namespace
+constexpr std::array<OwnTable, 1> kTables{
+    {{"scores",
+      "id INTEGER PRIMARY KEY, posted TEXT DEFAULT CURRENT_TIMESTAMP, name TEXT, money REAL, "
+      "symbol TEXT, start_date INTEGER, end_date INTEGER"}}};
 
-ScoreStore::ScoreStore(const std::string& file) : database_(file, SqliteDatabase::Mode::kCreate) {
-  database_.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL;");
-  database_.Execute(
-      "CREATE TABLE IF NOT EXISTS scores (id INTEGER PRIMARY KEY, posted TEXT DEFAULT "
-      "CURRENT_TIMESTAMP, name TEXT, money REAL, symbol TEXT, start_date INTEGER, end_date "
-      "INTEGER);"
-      "CREATE INDEX IF NOT EXISTS by_money ON scores (money DESC, id);");
+void MakeScoreTables(SqliteDatabase& database) {
+  MakeTables(database, kTables);
+  database.Execute("CREATE INDEX IF NOT EXISTS by_money ON scores (money DESC, id)");
 }
 
-void ScoreStore::Add(const Score& score) {
-  SqliteTransaction transaction(database_);
-  SqliteStatement insert = database_.Prepare(
+const DatabaseKind& ScoresKind() {
+  static const DatabaseKind kKind{"file of scores", kTables, MakeScoreTables};
+  return kKind;
+}
+
+}  // namespace
+
+ScoreStore::ScoreStore(const std::string& file) : database_(file, ScoresKind()) {}
+
+bool ScoreStore::Add(const Score& score) {
+  SqliteDatabase& database = database_.ForWriting();
+  SqliteTransaction transaction(database);
+  SqliteStatement insert = database.Prepare(
       "INSERT INTO scores (name, money, symbol, start_date, end_date) VALUES (?, ?, ?, ?, ?)");
   insert.Bind(1, score.name);
   insert.Bind(2, score.money);
@@ -38,15 +49,20 @@ void ScoreStore::Add(const Score& score) {
   insert.Bind(4, static_cast<double>(score.start_date));
   insert.Bind(5, static_cast<double>(score.end_date));
   insert.Step();
-  database_.Execute(
+  const auto id = static_cast<double>(database.LastRow());
+  database.Execute(
       "DELETE FROM scores WHERE id IN (SELECT id FROM scores ORDER BY money DESC, id "
       "LIMIT -1 OFFSET " +
       std::to_string(kKept) + ")");
+  SqliteStatement find = database.Prepare("SELECT 1 FROM scores WHERE id = ?");
+  find.Bind(1, id);
+  if (!find.Step()) return false;
   transaction.Commit();
+  return true;
 }
 
-std::vector<Score> ScoreStore::Top(int count) const {
-  SqliteStatement select = database_.Prepare(
+std::vector<Score> ScoreStore::Top(int count) {
+  SqliteStatement select = database_.ForReading().Prepare(
       "SELECT name, money, symbol, start_date, end_date FROM scores ORDER BY money DESC, id LIMIT "
       "?");
   select.Bind(1, static_cast<double>(count));

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "ledger/sqlite_database.h"
+#include "ledger/kept_database.h"
 #include "scored/score.h"
 
 namespace velumar {
@@ -14,15 +14,18 @@ class ScoreStore {
  public:
   static constexpr int kKept = 1000;
 
-  // The file is made when it is missing.
+  // The file is made when it is missing. One that another program keeps, or that holds anything
+  // but scores, is refused and stays as it is.
   explicit ScoreStore(const std::string& file);
 
-  void Add(const Score& score);
-  // The best first; of equal ones the older.
-  std::vector<Score> Top(int count) const;
+  // Returns true once the score is on the disk, and false if it isn't among the best thousand. Of
+  // equal scores the older ones are better.
+  bool Add(const Score& score);
+  // The best first.
+  std::vector<Score> Top(int count);
 
  private:
-  SqliteDatabase database_;
+  KeptDatabase database_;
 };
 
 }  // namespace velumar
