@@ -45,7 +45,8 @@ std::unique_ptr<SqliteDatabase> TakeOwnership(const std::string& file, const std
   const std::string lock = path + "-owner";
   try {
     auto owner = std::make_unique<SqliteDatabase>(lock, SqliteDatabase::Mode::kCreate);
-    owner->Execute("PRAGMA busy_timeout=0");
+    // Nothing is ever written to it, so it needs no journal, which a killed program would leave.
+    owner->Execute("PRAGMA busy_timeout=0; PRAGMA journal_mode=OFF");
     owner->Execute("BEGIN EXCLUSIVE");
     return owner;
   } catch (const LedgerError& error) {

@@ -26,7 +26,7 @@ void RequireRegularFiles(const std::string& file, const std::string& path) {
     const FileIdentity found = IdentityOf(path + suffix);
     if (found.kind == FileIdentity::Kind::kOther) {
       throw LedgerError((*suffix == '\0' ? file : path + suffix) +
-                        ": this is a folder, a pipe or a device and no file");
+                        ": not a regular file, but a folder, a pipe or a device");
     }
     if (*suffix == '\0' && found.size > kLargestFile) {
       throw LedgerError(file + ": the file is larger than any ledger (1 GiB)");
