@@ -111,6 +111,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   Program program(session, desktop, platform, cache, ledger);
   RunKeyFilter run_keys(program.Keys());
   const auto keys_from_chart = OpenMailbox(kRunKeyMailbox, [&run_keys](const Mail& mail) {
+    if (mail.first == 0) return run_keys.ClickFromChart();
     run_keys.PressFromChart({.code = static_cast<int>(mail.first),
                              .shift = (mail.second & kMailShift) != 0,
                              .repeated = (mail.second & kMailRepeated) != 0});

@@ -6,9 +6,12 @@
 #include <QDateEdit>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <chrono>
+#include <utility>
 
 #include "app/form_view.h"
 #include "app/key_codes.h"
+#include "base/ignoring.h"
 
 namespace velumar {
 
@@ -32,10 +35,34 @@ bool OverOurWindow() {
 
 }  // namespace
 
-RunKeyFilter::RunKeyFilter(RunKeys& keys) : keys_(keys) { qApp->installEventFilter(this); }
+RunKeyFilter::RunKeyFilter(RunKeys& keys) : keys_(keys) {
+  constexpr std::chrono::milliseconds kLook{200};
+  connect(&watch_, &QTimer::timeout, this, &RunKeyFilter::WatchTrader);
+  watch_.start(kLook);
+  qApp->installEventFilter(this);
+}
 
 void RunKeyFilter::PressFromChart(const RunKeyPress& press) {
-  if (QGuiApplication::modalWindow() == nullptr) keys_.PressFromChart(press);
+  if (QGuiApplication::modalWindow() == nullptr && !TraderElsewhere()) keys_.PressFromChart(press);
+}
+
+// A box that opens takes the focus from whatever program has it, and leaves it to the next window.
+void RunKeyFilter::WatchTrader() {
+  if (!keys_.InRun()) return;
+  IgnoringErrors([this] {
+    if (QGuiApplication::modalWindow() != nullptr) {
+      box_open_ = true;
+    } else if (std::exchange(box_open_, false)) {
+      keys_.Trader().Moved();
+    } else {
+      keys_.Trader().Look();
+    }
+  });
+}
+
+bool RunKeyFilter::TraderElsewhere() {
+  WatchTrader();
+  return !keys_.Trader().AtRun();
 }
 
 bool RunKeyFilter::eventFilter(QObject* receiver, QEvent* event) {
@@ -45,6 +72,7 @@ bool RunKeyFilter::eventFilter(QObject* receiver, QEvent* event) {
       if (receiver->isWidgetType()) NoteFocus(receiver, static_cast<const QFocusEvent&>(*event));
       return false;
     case QEvent::MouseButtonPress:
+      if (receiver->isWindowType()) keys_.Trader().ComeToRun();
       NoteMouse(receiver);
       return false;
     case QEvent::KeyPress:
@@ -92,7 +120,9 @@ bool RunKeyFilter::OwnKey(const QWidget* focus, const QKeyEvent& key) const {
 
 bool RunKeyFilter::TakesPress(const QKeyEvent& key) {
   constexpr auto kOthers = ~(Qt::ShiftModifier | Qt::KeypadModifier);
-  if (!OverOurWindow() || (key.modifiers() & kOthers) != Qt::NoModifier) return false;
+  if (!OverOurWindow()) return false;
+  if (keys_.InRun() && TraderElsewhere()) return true;
+  if ((key.modifiers() & kOthers) != Qt::NoModifier) return false;
   const RunKeyPress press{.code = VirtualKeyCode(key),
                           .shift = key.modifiers().testFlag(Qt::ShiftModifier),
                           .repeated = key.isAutoRepeat()};

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 
 #include "shell/run_keys.h"
@@ -13,18 +14,23 @@ namespace velumar {
 
 // Sees every key of the program first and gives those of a run to the run, whichever of our windows
 // has the focus. A box that is typed into keeps its keys until Enter or Escape leaves it; sliders,
-// lists and buttons keep theirs only when the keyboard has led there by Tab.
+// lists and buttons keep theirs only when the keyboard has led there by Tab. Keys that arrive here
+// while the trader works in another program go nowhere.
 class RunKeyFilter : public QObject {
  public:
   explicit RunKeyFilter(RunKeys& keys);
 
   // A key that was typed to the chart. It doesn't go past a box that waits for an answer.
   void PressFromChart(const RunKeyPress& press);
+  // The mouse was pressed in the chart program.
+  void ClickFromChart() { keys_.Trader().ComeToRun(); }
 
  protected:
   bool eventFilter(QObject* receiver, QEvent* event) override;
 
  private:
+  void WatchTrader();
+  bool TraderElsewhere();
   bool TakesPress(const QKeyEvent& key);
   void LeaveBoxBehind(const QKeyEvent& key);
   void NoteFocus(QObject* receiver, const QFocusEvent& focus);
@@ -33,6 +39,8 @@ class RunKeyFilter : public QObject {
   bool OwnKey(const QWidget* focus, const QKeyEvent& key) const;
 
   RunKeys& keys_;
+  QTimer watch_;
+  bool box_open_ = false;
   QPointer<QObject> reached_by_tab_;
   QPointer<QObject> typed_list_;  // once somebody types into its line
 };

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
+#include <utility>
+#include <vector>
 
 #include "base/counted.h"
 #include "base/ignoring.h"
@@ -22,7 +25,6 @@ constexpr std::string_view kCloseCharts = "%Fe";
 constexpr std::string_view kOpenDialog = "%FO";
 constexpr std::string_view kRefresh = "%VR";
 constexpr std::string_view kNextChart = "^{TAB}";
-constexpr std::string_view kOwnTitle = "Velumar";
 
 constexpr std::int16_t kHostStartMs = 10000;
 constexpr std::int16_t kBeforeRefreshMs = 500;
@@ -32,22 +34,29 @@ constexpr std::chrono::milliseconds kDialogPatience{15000};
 
 }  // namespace
 
+// A chart opens in front of all else, as its dialog must have the focus. A trader who has turned to
+// another program meanwhile is back there afterwards.
 void HostControl::CloseCharts() {
+  const FocusReturn returning(platform_.chart_windows, trader_);
+  trader_.ComeToRun();
   IgnoringErrors([&] { BlinkLoadingNotice(); });
   const bool running = BringHostToFront();
   SetStatusLine(desktop_, "");
   if (!running) IgnoringErrors([&] { StartHost(); });
   MaximizeHost();
-  BringHostToFront();
-  SetStatusLine(desktop_, "Wait for  close all chart  ....");
-  BringHostToFront();
   const Counted opening(opening_);
+  const Counted chart_comes = trader_.ExpectChart();
+  SetStatusLine(desktop_, "Wait for  close all chart  ....");
+  FocusHost();
   Send(kCloseCharts);
 }
 
 void HostControl::OpenChart() {
+  const FocusReturn returning(platform_.chart_windows, trader_);
   {
     const Counted opening(opening_);
+    const Counted chart_comes = trader_.ExpectChart();
+    FocusHost();
     SetStatusLine(desktop_, "Open data for [" + session_.Run.symbol + "] ....");
     Send(kOpenDialog);
     if (WaitForDialog()) {
@@ -73,6 +82,7 @@ void HostControl::BlinkLoadingNotice() {
 void HostControl::StartHost() {
   const std::string folder = registry_.HostProgramPath();
   if (folder.empty()) return;
+  const Counted chart_comes = trader_.ExpectChart();
   SetStatusLine(desktop_, "Loading Meta Stock Program ....");
   const std::string command_line =
       WithClosingBackslash(folder) + std::string(kChartProgramFile) + " /l /e";
@@ -90,7 +100,10 @@ bool HostControl::WaitForDialog() {
     IgnoringErrors([&] {
       found = platform_.chart_windows.DialogExists(kChartFileDialogClass, kChartFileDialog);
     });
-    if (found) return true;
+    if (found) {
+      IgnoringErrors([&] { trader_.Moved(); });
+      return true;
+    }
     platform_.events.Sleep(kDialogLook);
   }
   platform_.boxes.Show(
@@ -126,18 +139,49 @@ bool HostControl::IsTaskWindow(WindowId window) {
          !windows.HasOwner(window);
 }
 
+// Shows the chart to a trader who works at the run. The focus stays where it was.
 bool HostControl::BringHostToFront() {
-  bool found = false;
-  IgnoringErrors([&] { found = platform_.chart_windows.BringToFront(session_.HostTitle); });
-  host_running_ = found;
-  return found;
+  if (TraderIsElsewhere()) return HostIsThere();
+  const FocusReturn returning(platform_.chart_windows, trader_);
+  return FocusHost();
+}
+
+bool HostControl::FocusHost() {
+  host_running_ = false;
+  IgnoringErrors([&] {
+    host_running_ = platform_.chart_windows.BringToFront(session_.HostTitle);
+    trader_.Moved();
+  });
+  return host_running_;
+}
+
+bool HostControl::HostIsThere() {
+  host_running_ = false;
+  IgnoringErrors([&] {
+    ChartWindows& windows = platform_.chart_windows;
+    const std::vector<WindowId> all = windows.TopLevelWindows();
+    host_running_ = std::any_of(all.begin(), all.end(), [&](WindowId window) {
+      return windows.WindowTitle(window).starts_with(session_.HostTitle);
+    });
+  });
+  return host_running_;
+}
+
+bool HostControl::TraderIsElsewhere() {
+  bool elsewhere = false;
+  IgnoringErrors([&] {
+    trader_.Look();
+    ChartWindows& windows = platform_.chart_windows;
+    const WindowId focused = windows.FocusedWindow();
+    elsewhere = focused == 0 || windows.OwnerOf(focused) == WindowOwner::kOther;
+  });
+  return elsewhere;
 }
 
 void HostControl::RefreshCharts() {
   TextBox& count = desktop_.form2().txtRefresh;
   count.SetEnabled(false);
   worst_outcome_ = KeyOutcome::kTakenIn;
-  BringHostToFront();
   IgnoringErrors([&] { RefreshEachChart(); });
   desktop_.form2().txtRefresh.SetEnabled(true);
   const Trouble trouble = TroubleWithHost();
@@ -151,26 +195,40 @@ void HostControl::RefreshCharts() {
   RevaluePositions(session_);
   status_.ShowStatus();
   ShowRunProgress(desktop_, session_, MillisecondsPerBar());
-  IgnoringErrors([&] { platform_.chart_windows.BringToFront(kOwnTitle); });
 }
 
-// A pause that is clicked meanwhile ends it after the chart in hand; the ring is closed all the
-// same, so the chart that was in front is in front again.
+// Each chart is refreshed and left within one visit to the chart program. A click on Pause in
+// between ends the refreshes after that chart, but not the way round the ring of charts, so the
+// chart that was active is active again.
 void HostControl::RefreshEachChart() {
   const bool stopped_before = session_.StopRequested != 0;
   Wait(kBeforeRefreshMs);
-  Send(kRefresh);
   const int charts = ChartCount();
-  for (int other = 1; other < charts; ++other) {
-    Wait(kBeforeNextChartMs);
-    Send(kNextChart);
-    if (!stopped_before && session_.StopRequested != 0) continue;
-    Wait(kBeforeRefreshMs);
-    Send(kRefresh);
+  if (charts <= 1) return Refresh({kRefresh});
+  for (int chart = 0; chart < charts; ++chart) {
+    if (chart > 0 && !stopped_before && session_.StopRequested != 0) {
+      Wait(kBeforeNextChartMs);
+      Refresh({kNextChart});
+      continue;
+    }
+    if (chart > 0) Wait(kBeforeRefreshMs);
+    Refresh({kRefresh, kNextChart});
   }
-  if (charts > 1) {
-    Wait(kBeforeNextChartMs);
-    Send(kNextChart);
+}
+
+// The waits are over: what is typed meanwhile, the trader types where the focus is.
+void HostControl::Refresh(std::initializer_list<std::string_view> keys) {
+  const bool behind = TraderIsElsewhere();
+  std::optional<FocusReturn> returning;
+  if (!behind) returning.emplace(platform_.chart_windows, trader_);
+  if (behind ? !HostIsThere() : !FocusHost()) return;
+  bool first = true;
+  for (const std::string_view key : keys) {
+    if (!std::exchange(first, false)) Wait(kBeforeNextChartMs);
+    IgnoringErrors([&] {
+      KeySender& sender = platform_.keys;
+      worst_outcome_ = std::max(worst_outcome_, behind ? sender.SendBehind(key) : sender.Send(key));
+    });
   }
 }
 

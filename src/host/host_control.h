@@ -5,6 +5,7 @@
 
 #include "forms/desktop.h"
 #include "host/reg_info.h"
+#include "host/trader_focus.h"
 #include "platform/platform.h"
 #include "session/chart_side.h"
 #include "session/sim_session.h"
@@ -18,12 +19,13 @@ namespace velumar {
 class HostControl : public ChartSide {
  public:
   HostControl(SimSession& session, Desktop& desktop, Platform& platform, RegInfo& registry,
-              StatusDisplay& status)
+              StatusDisplay& status, TraderFocus& trader)
       : session_(session),
         desktop_(desktop),
         platform_(platform),
         registry_(registry),
-        status_(status) {}
+        status_(status),
+        trader_(trader) {}
 
   void CloseCharts() override;
   void OpenChart() override;
@@ -42,10 +44,14 @@ class HostControl : public ChartSide {
 
   void BlinkLoadingNotice();
   void StartHost();
+  bool FocusHost();
+  bool HostIsThere();
+  bool TraderIsElsewhere();
   bool WaitForDialog();
   void OpenChartInDialog();
   bool IsTaskWindow(WindowId window);
   void Send(std::string_view keys);
+  void Refresh(std::initializer_list<std::string_view> keys);
   void SendEach(std::initializer_list<std::string_view> keys);
   void RefreshEachChart();
   int MillisecondsPerBar() const;
@@ -58,6 +64,7 @@ class HostControl : public ChartSide {
   Platform& platform_;
   RegInfo& registry_;
   StatusDisplay& status_;
+  TraderFocus& trader_;
   bool host_running_ = true;
   int opening_ = 0;  // charts being opened: a second run may begin inside the first one's waits
   KeyOutcome worst_outcome_ = KeyOutcome::kTakenIn;  // of the refresh in hand

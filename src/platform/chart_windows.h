@@ -7,7 +7,10 @@
 
 namespace velumar {
 
-using WindowId = std::uint64_t;
+using WindowId = std::uint64_t;  // 0 is no window
+
+// Whose window it is: of this process, of the chart program or of any other.
+enum class WindowOwner : std::uint8_t { kOwn, kChartProgram, kOther };
 
 // The top-level windows of all programs.
 class ChartWindows {
@@ -22,6 +25,11 @@ class ChartWindows {
   // Gives the focus to the window with exactly that title, else to one whose title begins with it.
   // False when there is none.
   virtual bool BringToFront(std::string_view title) = 0;
+  // The top-level window that has the focus; 0 while none has.
+  virtual WindowId FocusedWindow() = 0;
+  virtual WindowOwner OwnerOf(WindowId window) = 0;
+  // Gives the focus to that window. False, and nothing happens, when it is gone or isn't shown.
+  virtual bool GiveFocus(WindowId window) = 0;
   // The file dialog: a top-level window of that class and title. Where windows have no such
   // classes, the title of a dialog decides.
   virtual bool DialogExists(std::string_view window_class, std::string_view title) = 0;
@@ -39,6 +47,10 @@ class KeySender {
   // Types a text in the notation of key_notation.h into the window that has the focus and returns
   // once it has taken the keys in. Throws std::invalid_argument for a text that isn't in it.
   virtual KeyOutcome Send(std::string_view keys) = 0;
+  // Types into the chart program's main window while the trader works in another program. The
+  // window in front stays in front, and no key that is typed meanwhile is lost to it. kHeldBack
+  // when the chart isn't on the screen.
+  virtual KeyOutcome SendBehind(std::string_view keys) = 0;
 };
 
 }  // namespace velumar

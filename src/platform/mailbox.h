@@ -13,7 +13,7 @@ struct Mail {
 };
 
 // Where Velumar hears of the keys that were typed to the chart: code, and 1 for Shift, 2 for a
-// repeated key.
+// repeated key. The code 0 stands for a press of the mouse.
 inline constexpr std::string_view kRunKeyMailbox = "_VELUMAR_RUN_KEYS";
 inline constexpr std::uint32_t kMailShift = 1;
 inline constexpr std::uint32_t kMailRepeated = 2;

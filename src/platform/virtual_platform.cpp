@@ -27,14 +27,30 @@ bool FixedScreen::Shows(float left, float top, float window_width, float window_
 
 bool RecordingChart::BringToFront(std::string_view title) {
   const bool there = title == kOwnTitle || (title == kChartTitle && running);
-  if (there) front = title;
-  return there;
+  if (!there) return false;
+  front = title;
+  focused = title == kOwnTitle ? kOwnWindow : kWindow;
+  return true;
+}
+
+WindowOwner RecordingChart::OwnerOf(WindowId window) {
+  if (window == kOwnWindow) return WindowOwner::kOwn;
+  return window == kWindow ? WindowOwner::kChartProgram : WindowOwner::kOther;
+}
+
+bool RecordingChart::GiveFocus(WindowId window) {
+  if (window == hidden) return false;
+  focused = window;
+  front = window == kOwnWindow ? kOwnTitle : window == kWindow ? kChartTitle : "";
+  return true;
 }
 
 KeyOutcome RecordingChart::Send(std::string_view keys) {
   sent.emplace_back(keys);
   return outcome;
 }
+
+KeyOutcome RecordingChart::SendBehind(std::string_view keys) { return Send(keys); }
 
 std::size_t RecordingBoxes::Ask(std::string_view text, const std::vector<std::string>& offered) {
   shown.emplace_back(text);

@@ -14,15 +14,21 @@ namespace velumar {
 class RecordingChart : public ChartWindows, public KeySender {
  public:
   static constexpr WindowId kWindow = 1;
+  static constexpr WindowId kOwnWindow = 2;
+  static constexpr WindowId kOtherWindow = 3;
 
   std::vector<WindowId> TopLevelWindows() override;
   std::string WindowTitle(WindowId window) override;
-  bool IsWindowVisible(WindowId) override { return true; }
+  bool IsWindowVisible(WindowId window) override { return window != hidden; }
   bool HasOwner(WindowId) override { return false; }
   void Maximize(WindowId window) override { maximized.push_back(window); }
   bool BringToFront(std::string_view title) override;
+  WindowId FocusedWindow() override { return focused; }
+  WindowOwner OwnerOf(WindowId window) override;
+  bool GiveFocus(WindowId window) override;
   bool DialogExists(std::string_view, std::string_view) override { return dialog_comes; }
   KeyOutcome Send(std::string_view keys) override;
+  KeyOutcome SendBehind(std::string_view keys) override;
 
   // What a test or a script may turn: is the program there, does its dialog come, how do keys end.
   bool running = true;
@@ -31,6 +37,8 @@ class RecordingChart : public ChartWindows, public KeySender {
 
   std::vector<std::string> sent;
   std::vector<WindowId> maximized;
+  WindowId focused = kOwnWindow;
+  WindowId hidden = 0;
   std::string front;  // title last brought to the front
 };
 

@@ -39,7 +39,8 @@ struct Program::Parts {
         platform(WithSettings(outside, settings)),
         registry(platform.registry, platform.boxes),
         status(session, desktop, platform.locale),
-        chart(session, desktop, platform, registry, status),
+        trader(platform.chart_windows),
+        chart(session, desktop, platform, registry, status, trader),
         catalogue(session, desktop, platform, cache),
         run(session, desktop, platform, cache, ledger, chart),
         drop(session, desktop, platform, catalogue, cache),
@@ -52,13 +53,14 @@ struct Program::Parts {
         results(desktop, platform, ledger, score_board),
         preview(desktop, platform),
         keys(
-            session, desktop, [this] { return chart.OpeningChart(); },
+            session, desktop, trader, [this] { return chart.OpeningChart(); },
             Guarded(platform.boxes, [this] { score_board.Open(); })) {}
 
   TellingSettings settings;
   Platform platform;
   RegInfo registry;
   StatusDisplay status;
+  TraderFocus trader;
   HostControl chart;
   SymbolCatalogue catalogue;
   RunControl run;

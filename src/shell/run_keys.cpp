@@ -39,6 +39,7 @@ PictureButton* RunKeys::ButtonOf(const RunKeyPress& press) const {
 
 bool RunKeys::Press(const RunKeyPress& press) {
   if (!IsRunKey(press) || !InRun()) return false;
+  if (!trader_.AtRun()) return true;
   // A held key goes on stepping, but no faster than the chart follows; an order is one press.
   if (press.repeated && (!Steps(press.code) || stepping_)) return true;
   if (press.code == run_key::kBoard) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "forms/desktop.h"
+#include "host/trader_focus.h"
 #include "platform/run_key.h"
 #include "session/sim_session.h"
 
@@ -15,16 +16,19 @@ namespace velumar {
 class RunKeys {
  public:
   // `chart_opening`: the chart program is being typed into, and may hand such keys back.
-  RunKeys(const SimSession& session, Desktop& desktop, std::function<bool()> chart_opening,
-          std::function<void()> open_board)
+  RunKeys(const SimSession& session, Desktop& desktop, TraderFocus& trader,
+          std::function<bool()> chart_opening, std::function<void()> open_board)
       : session_(session),
         desktop_(desktop),
+        trader_(trader),
         chart_opening_(std::move(chart_opening)),
         open_board_(std::move(open_board)) {}
 
   // Keys mean something from the start of a run until the way back to the setup.
   bool InRun() const;
-  // A key typed to one of our windows. False for one that means nothing here.
+  TraderFocus& Trader() const { return trader_; }
+  // A key typed to one of our windows. False for one that means nothing here. While the trader
+  // works in another program, no key does anything.
   bool Press(const RunKeyPress& press);
   // The same, typed to the chart and handed on.
   bool PressFromChart(const RunKeyPress& press);
@@ -34,6 +38,7 @@ class RunKeys {
 
   const SimSession& session_;
   Desktop& desktop_;
+  TraderFocus& trader_;
   std::function<bool()> chart_opening_;
   std::function<void()> open_board_;
   bool stepping_ = false;  // a step by key is on its way

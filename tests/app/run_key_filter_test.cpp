@@ -9,6 +9,7 @@
 #include <QSlider>
 #include <QWindow>
 
+#include "platform/virtual_platform.h"
 #include "shown_desktop.h"
 
 namespace velumar {
@@ -42,7 +43,9 @@ class RunKeyFilterTest : public ShownDesktop {
   }
 
   SimSession session;
-  RunKeys keys{session, desktop, [this] { return chart_opening; },
+  RecordingChart chart;
+  TraderFocus trader{chart};
+  RunKeys keys{session, desktop, trader, [this] { return chart_opening; },
                [this] { clicks.emplace_back("frmScore"); }};
   RunKeyFilter filter{keys};
   Form3& panel = desktop.form3();

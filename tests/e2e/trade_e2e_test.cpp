@@ -2,6 +2,7 @@
 
 #include "e2e/trader_fixture.h"
 #include "ledger/ledger.h"
+#include "platform/typing_target.h"
 
 namespace velumar {
 namespace {
@@ -92,6 +93,43 @@ TEST_F(TradeE2e, MouseAndKeysDealAndTheLedgerKeepsIt) {
   hand.Activate("Velumar");
   hand.Press("l");
   EXPECT_TRUE(RowsAre(2));
+}
+
+// Each second a bar comes and the chart is refreshed, while the trader writes a letter full of the
+// keys that deal, step and pause.
+TEST_F(TradeE2e, WhatIsTypedInAnotherProgramStaysThere) {
+  ClickOn(setup, setup.Image3);
+  ASSERT_TRUE(Eventually([&] { return ChartBars() >= kStartBar + 1; }, 60)) << "the chart opens";
+  Sleep(1500);
+  TypingTarget editor(std::getenv("DISPLAY"));
+  const Window notes = editor.Open({.title = "Notes"});
+  hand.Activate("Notes");
+  const int before = ChartBars();
+  const std::string phrase = "lets sell-some-shares b";
+  std::string letter;
+  while (letter.size() < 200) letter += phrase[letter.size() % phrase.size()];
+  for (const char c : letter) {
+    hand.Type(std::string(1, c));
+    Sleep(40 + static_cast<int>(letter.size() * static_cast<unsigned char>(c)) % 80);
+  }
+  Sleep(200);
+  EXPECT_EQ(editor.TakeTyped(notes), letter);
+  EXPECT_TRUE(Rows().empty()) << Rows().size() << " orders";
+  EXPECT_GE(ChartBars(), before + 5) << "the chart follows the feed";
+  EXPECT_EQ(Front(), "Notes");
+
+  // The window closes, and the focus falls to one of ours, or to the chart.
+  editor.Close(notes);
+  Sleep(500);
+  hand.Press("l");
+  Sleep(1000);
+  EXPECT_TRUE(Rows().empty()) << "nobody has turned to the run yet";
+  ClickOn(panel, panel.Label4);
+  hand.Press("l");
+  EXPECT_TRUE(RowsAre(1));
+  Sleep(3500);
+  hand.Press("s");
+  EXPECT_TRUE(RowsAre(2)) << "after a refresh has returned the focus";
 }
 
 }  // namespace

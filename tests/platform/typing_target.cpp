@@ -117,6 +117,11 @@ std::string TypingTarget::TakeTyped(Window window) {
   return std::exchange(fields_.at(window).typed, "");
 }
 
+std::string TypingTarget::Typed(Window window) {
+  const std::lock_guard lock(mutex_);
+  return fields_.at(window).typed;
+}
+
 void TypingTarget::SetOnKey(std::function<void(const std::string&)> on_key) {
   const std::lock_guard lock(mutex_);
   on_key_ = std::move(on_key);

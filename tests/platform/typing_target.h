@@ -39,6 +39,8 @@ class TypingTarget {
   // Characters as they are, other keys as "<Return>", with "%" and "^" before keys under Alt and
   // Ctrl. Forgets what it returns.
   std::string TakeTyped(Window window);
+  // The same, and forgets nothing.
+  std::string Typed(Window window);
   // Reads no events while it is busy, like a program that computes.
   void SetBusy(bool busy) { busy_ = busy; }
   // Runs on the program's thread at each key, before the program answers anything.

@@ -41,6 +41,17 @@ class Person {
 
   void Hold(const char* key) { xdo_send_keysequence_window_down(display_, CURRENTWINDOW, key, 0); }
   void LetGo(const char* key) { xdo_send_keysequence_window_up(display_, CURRENTWINDOW, key, 0); }
+  void Press(const char* key) { xdo_send_keysequence_window(display_, CURRENTWINDOW, key, 0); }
+  // As a program with an open menu does.
+  void KeepKeyboard() {
+    XGrabKeyboard(display_->xdpy, DefaultRootWindow(display_->xdpy), True, GrabModeAsync,
+                  GrabModeAsync, CurrentTime);
+    XSync(display_->xdpy, False);
+  }
+  void LeaveKeyboard() {
+    XUngrabKeyboard(display_->xdpy, CurrentTime);
+    XSync(display_->xdpy, False);
+  }
   void SetCapsLock(bool on) {
     XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, on ? LockMask : 0u);
     XSync(display_->xdpy, False);
@@ -236,6 +247,57 @@ TEST_F(X11, NobodyElsesWindowReceivesAKey) {
   ASSERT_TRUE(windows_->BringToFront("Error"));
   EXPECT_EQ(keys_->Send("{ENTER}"), KeyOutcome::kHeldBack);
   EXPECT_THAT(chart_->TakeTyped(box), IsEmpty());
+}
+
+TEST_F(X11, ATraderWhoTypesElsewhereLosesNoKeyToARefresh) {
+  const Window chart = OpenInFront(*chart_, kChart);
+  const Window notes = OpenInFront(*editor_, {.title = "Notes"});
+  Person person(server_->Display());
+  constexpr int kLetters = 60;
+  std::thread typing([&] {
+    for (int i = 0; i < kLetters; ++i) {
+      person.Press(i % 2 == 0 ? "l" : "s");
+      std::this_thread::sleep_for(milliseconds(25));
+    }
+  });
+  std::string refreshes;
+  for (int i = 0; i < 10; ++i) {
+    EXPECT_EQ(keys_->SendBehind("%VR"), KeyOutcome::kTakenIn);
+    EXPECT_EQ(windows_->FocusedWindow(), notes);
+    refreshes += "%vR";
+    std::this_thread::sleep_for(milliseconds(100));
+  }
+  typing.join();
+  EXPECT_TRUE(Eventually([&] { return editor_->Typed(notes).size() >= kLetters; }));
+  std::string letters;
+  for (int i = 0; i < kLetters / 2; ++i) letters += "ls";
+  EXPECT_EQ(editor_->TakeTyped(notes), letters);
+  EXPECT_EQ(chart_->TakeTyped(chart), refreshes);
+  EXPECT_THAT(windows_->TopLevelWindows(), ElementsAre(notes, chart)) << "nothing was raised";
+
+  // An open menu takes all keys, wherever the focus is.
+  person.KeepKeyboard();
+  EXPECT_EQ(keys_->SendBehind("%VR"), KeyOutcome::kHeldBack);
+  person.LeaveKeyboard();
+  chart_->Iconify(chart);
+  ASSERT_TRUE(Eventually([&] { return !windows_->IsWindowVisible(chart); }));
+  EXPECT_EQ(keys_->SendBehind("%VR"), KeyOutcome::kHeldBack);
+  EXPECT_FALSE(windows_->IsWindowVisible(chart)) << "an icon stays an icon";
+  EXPECT_THAT(editor_->TakeTyped(notes), IsEmpty());
+}
+
+TEST_F(X11, TheFocusIsKnownAndGivenBack) {
+  const Window chart = OpenInFront(*chart_, kChart);
+  const Window notes = OpenInFront(*editor_, {.title = "Notes"});
+  EXPECT_EQ(windows_->FocusedWindow(), notes);
+  EXPECT_EQ(windows_->OwnerOf(notes), WindowOwner::kOther);
+  EXPECT_EQ(windows_->OwnerOf(chart), WindowOwner::kChartProgram);
+  ASSERT_TRUE(windows_->BringToFront("MetaStock"));
+  EXPECT_EQ(windows_->FocusedWindow(), chart);
+  EXPECT_TRUE(windows_->GiveFocus(notes));
+  EXPECT_EQ(windows_->FocusedWindow(), notes);
+  editor_->Close(notes);
+  EXPECT_FALSE(windows_->GiveFocus(notes));
 }
 
 TEST_F(X11, AnotherWindowInTheMidstOfATextGetsNothing) {

@@ -94,6 +94,8 @@ bool KeyFilter::eventFilter(QObject* receiver, QEvent* event) {
       return Forward(receiving_window, static_cast<QKeyEvent*>(event));
     case QEvent::MouseButtonPress:
       if (!window_.IsMenuShown()) Disarm();
+      // Whoever has worked in another program is back at the run.
+      PostMail(kRunKeyMailbox, {});
       return false;
     default:
       return false;

@@ -7,8 +7,7 @@
 #include <optional>
 
 #include "platform/windows/chart_program.h"
-#include "platform/windows/held_modifiers.h"
-#include "platform/windows/serving_wait.h"
+#include "platform/windows/foreground.h"
 
 namespace velumar {
 
@@ -17,9 +16,6 @@ namespace {
 using std::chrono_literals::operator""ms;
 
 constexpr auto kActivationPatience = 500ms;
-constexpr auto kMeansPatience = 150ms;
-constexpr auto kLook = 5ms;
-constexpr auto kAnswerPatience = 200ms;
 constexpr UINT kWherever = SWP_NOMOVE | SWP_NOSIZE;
 
 HWND Native(WindowId window) { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window)); }
@@ -33,40 +29,6 @@ std::optional<HWND> WithTitle(std::string_view title) {
     if (!beginning && text.starts_with(title)) beginning = window;
   }
   return beginning;
-}
-
-bool Answers(HWND window, std::chrono::milliseconds patience) {
-  DWORD_PTR ignored = 0;
-  return ::SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG,
-                               static_cast<UINT>(patience.count()), &ignored) != 0;
-}
-
-// Windows that share their input may pass the focus on to each other. They wait for each other too,
-// so nothing is shared with a program that hangs.
-class SharedInput {
- public:
-  explicit SharedInput(HWND other)
-      : other_(::GetWindowThreadProcessId(other, nullptr)),
-        shared_(other_ != 0 && other_ != kOwn && Answers(other, kAnswerPatience) &&
-                ::AttachThreadInput(kOwn, other_, TRUE) != 0) {}
-  ~SharedInput() {
-    if (shared_) ::AttachThreadInput(kOwn, other_, FALSE);
-  }
-  SharedInput(const SharedInput&) = delete;
-  SharedInput& operator=(const SharedInput&) = delete;
-
- private:
-  const DWORD kOwn = ::GetCurrentThreadId();
-  DWORD other_;
-  bool shared_;
-};
-
-void PressKey(WORD key, bool down) {
-  INPUT input{};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wVk = key;
-  input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
-  ::SendInput(1, &input, sizeof input);
 }
 
 // Some desktops draw the window that gets the focus above those that stay on top. Ours come up
@@ -83,44 +45,6 @@ void RaiseOwnOnTop(HWND focused) {
   for (const HWND window : windows) {
     ::SetWindowPos(window, HWND_TOPMOST, 0, 0, 0, 0, kWherever | SWP_NOACTIVATE);
   }
-}
-
-bool IsInFront(HWND window) { return ::GetForegroundWindow() == window; }
-
-template <typename Condition>
-bool ComesAbout(std::chrono::milliseconds patience, Condition condition) {
-  const auto end = std::chrono::steady_clock::now() + patience;
-  while (!condition() && std::chrono::steady_clock::now() < end) WaitServingOthers(kLook);
-  return condition();
-}
-
-bool ComesToFront(HWND window, std::chrono::milliseconds patience) {
-  return ComesAbout(patience, [window] { return IsInFront(window); });
-}
-
-// What the system grants comes about in the other program, a moment later.
-bool AskForFront(HWND window) {
-  return ::SetForegroundWindow(window) != 0 && ComesToFront(window, kMeansPatience);
-}
-
-// A program in the background may not simply take the focus. It may give it away when it shares the
-// input of the program that has it, and whoever's key went down last may too. A key that no program
-// knows comes between: Alt alone would open a menu wherever it is let go. With a key that somebody
-// holds it would be a shortcut. Nothing waits for the window's own program, which may hang.
-void TakeFocus(HWND window) {
-  if (AskForFront(window)) return;
-  {
-    const SharedInput shared(::GetForegroundWindow());
-    ::SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, kWherever | SWP_ASYNCWINDOWPOS);
-    ::SetForegroundWindow(window);
-  }
-  if (ComesToFront(window, kMeansPatience) || PersonHoldsModifier()) return;
-  constexpr WORD kNoKey = 0xE8;
-  PressKey(VK_MENU, true);
-  ::SetForegroundWindow(window);
-  PressKey(kNoKey, true);
-  PressKey(kNoKey, false);
-  PressKey(VK_MENU, false);
 }
 
 // The walk ends early where the window that it has come to goes away.
@@ -181,6 +105,25 @@ bool WindowsChartWindows::BringToFront(std::string_view title) {
   const HWND target = ::IsWindowEnabled(*window) != 0 ? *window : ::GetLastActivePopup(*window);
   if (!IsInFront(target)) TakeFocus(target);
   ComesAbout(kActivationPatience, [&] { return IsInFront(target) && ::IsIconic(*window) == 0; });
+  RaiseOwnOnTop(target);
+  return true;
+}
+
+WindowId WindowsChartWindows::FocusedWindow() {
+  return reinterpret_cast<std::uintptr_t>(::GetForegroundWindow());
+}
+
+WindowOwner WindowsChartWindows::OwnerOf(WindowId window) {
+  if (ProcessOf(Native(window)) == ::GetCurrentProcessId()) return WindowOwner::kOwn;
+  const bool chart = WindowsChartProgram(host_title_).Owns(Native(window));
+  return chart ? WindowOwner::kChartProgram : WindowOwner::kOther;
+}
+
+bool WindowsChartWindows::GiveFocus(WindowId window) {
+  const HWND target = Native(window);
+  if (::IsWindowVisible(target) == 0 || ::IsIconic(target) != 0) return false;
+  if (!IsInFront(target)) TakeFocus(target);
+  ComesAbout(kActivationPatience, [target] { return IsInFront(target); });
   RaiseOwnOnTop(target);
   return true;
 }

@@ -21,6 +21,10 @@ class WindowsChartWindows : public ChartWindows {
   void Maximize(WindowId window) override;
   // Brings the window up from an icon too, and waits up to half a second until it has the focus.
   bool BringToFront(std::string_view title) override;
+  WindowId FocusedWindow() override;
+  WindowOwner OwnerOf(WindowId window) override;
+  // Waits as BringToFront does.
+  bool GiveFocus(WindowId window) override;
   // Only a dialog of the chart program is found, and comes to the front: other programs have such
   // dialogs too.
   bool DialogExists(std::string_view window_class, std::string_view title) override;

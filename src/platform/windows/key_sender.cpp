@@ -12,6 +12,8 @@
 #include "platform/key_notation.h"
 #include "platform/typing_patience.h"
 #include "platform/windows/chart_program.h"
+#include "platform/windows/foreground.h"
+#include "platform/windows/held_keys.h"
 #include "platform/windows/held_modifiers.h"
 #include "platform/windows/serving_wait.h"
 
@@ -98,6 +100,7 @@ INPUT KeyInput(WORD code, WORD scan, DWORD flags) {
   input.ki.wVk = code;
   input.ki.wScan = scan;
   input.ki.dwFlags = flags;
+  input.ki.dwExtraInfo = kOwnKeyMark;
   return input;
 }
 
@@ -245,6 +248,24 @@ class Typing {
   bool answered_ = true;
 };
 
+// The window in front while keys go to another.
+class FrontLoan {
+ public:
+  FrontLoan(HWND before, HWND window) : before_(before) { BringUp(window); }
+  ~FrontLoan() { BringUp(before_); }
+  FrontLoan(const FrontLoan&) = delete;
+  FrontLoan& operator=(const FrontLoan&) = delete;
+
+ private:
+  static void BringUp(HWND window) {
+    constexpr std::chrono::milliseconds kPatience{500};
+    TakeFocus(window);
+    ComesAbout(kPatience, [window] { return IsInFront(window); });
+  }
+
+  HWND before_;
+};
+
 }  // namespace
 
 KeyOutcome WindowsKeySender::Send(std::string_view keys) {
@@ -256,6 +277,22 @@ KeyOutcome WindowsKeySender::Send(std::string_view keys) {
   if (control)
     throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
   return Typing(host_title_).TypeAll(strokes);
+}
+
+KeyOutcome WindowsKeySender::SendBehind(std::string_view keys) {
+  const HWND front = ::GetForegroundWindow();
+  const WindowsChartProgram program(host_title_);
+  if (front != nullptr && program.TakesKeys(front)) return Send(keys);
+  const std::vector<HWND> charts = program.MainWindows();
+  // A modifier that is down already can't be let go of once keys are held.
+  const bool free =
+      front != nullptr && !charts.empty() && ::IsIconic(charts.front()) == 0 &&
+      ::IsWindowEnabled(charts.front()) != 0 &&
+      ComesAbout(PatienceWith(Obstacle::kPersonTypes), [] { return !PersonHoldsModifier(); });
+  if (!free) return KeyOutcome::kHeldBack;
+  const HeldKeys held;
+  const FrontLoan loan(front, charts.front());
+  return Send(keys);
 }
 
 }  // namespace velumar

@@ -24,6 +24,9 @@ class WindowsKeySender : public KeySender {
   // kNotAnswered: after two seconds in all. Throws std::runtime_error when the system takes no keys
   // from programs.
   KeyOutcome Send(std::string_view keys) override;
+  // The chart is in front for a moment. The trader's keys are held meanwhile and typed again into
+  // the window that was in front before.
+  KeyOutcome SendBehind(std::string_view keys) override;
 
  private:
   std::string host_title_;

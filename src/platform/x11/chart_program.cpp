@@ -26,6 +26,8 @@ bool X11ChartProgram::TakesKeys(xcb_window_t window) {
          BelongsTo(main_windows, window);
 }
 
+bool X11ChartProgram::Owns(xcb_window_t window) { return BelongsTo(MainWindows(), window); }
+
 std::optional<xcb_window_t> X11ChartProgram::ShownDialog(std::string_view title) {
   const std::vector<xcb_window_t> main_windows = MainWindows();
   const std::vector<xcb_window_t> windows = connection_.TopLevelWindows();

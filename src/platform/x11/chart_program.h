@@ -21,6 +21,8 @@ class X11ChartProgram {
   std::vector<xcb_window_t> MainWindows();
   // Whether keys may go into this window: a main window, or the file dialog of one.
   bool TakesKeys(xcb_window_t window);
+  // Whether the window is of the program that has the main windows.
+  bool Owns(xcb_window_t window);
   // The dialog of that title, where one is on the screen.
   std::optional<xcb_window_t> ShownDialog(std::string_view title);
 

@@ -1,5 +1,7 @@
 #include "platform/x11/chart_windows.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <optional>
@@ -154,6 +156,25 @@ bool X11ChartWindows::BringToFront(std::string_view title) {
   }
   if (!window) return false;
   PutInFront(*connection_, *window);
+  PassOverErrors(*connection_);
+  return true;
+}
+
+WindowId X11ChartWindows::FocusedWindow() { return connection_->FocusedWindow(); }
+
+WindowOwner X11ChartWindows::OwnerOf(WindowId window) {
+  const auto process = static_cast<std::uint32_t>(::getpid());
+  const bool own =
+      connection_->NumberProperty(Native(window), connection_->Ewmh()->_NET_WM_PID) == process;
+  connection_->RequireAlive();
+  if (own) return WindowOwner::kOwn;
+  const bool chart = X11ChartProgram(*connection_, host_title_).Owns(Native(window));
+  return chart ? WindowOwner::kChartProgram : WindowOwner::kOther;
+}
+
+bool X11ChartWindows::GiveFocus(WindowId window) {
+  if (!IsShown(*connection_, Native(window))) return false;
+  if (!IsInFront(*connection_, Native(window))) PutInFront(*connection_, Native(window));
   PassOverErrors(*connection_);
   return true;
 }

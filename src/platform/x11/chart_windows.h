@@ -32,6 +32,11 @@ class X11ChartWindows : public ChartWindows {
   // Brings the window up from an icon or another workspace too, and waits up to half a second until
   // it has the focus.
   bool BringToFront(std::string_view title) override;
+  WindowId FocusedWindow() override;
+  // Windows of this process carry its number.
+  WindowOwner OwnerOf(WindowId window) override;
+  // Waits as BringToFront does.
+  bool GiveFocus(WindowId window) override;
   // `window_class` isn't looked at: only a dialog of the chart program itself counts.
   bool DialogExists(std::string_view window_class, std::string_view title) override;
 

@@ -83,6 +83,19 @@ xcb_window_t X11Connection::FrontWindow() {
   return front;
 }
 
+xcb_window_t X11Connection::FocusedWindow() {
+  const std::vector<xcb_window_t> clients = TopLevelWindows();
+  const XOwned<xcb_get_input_focus_reply_t> focus(
+      xcb_get_input_focus_reply(Xcb(), xcb_get_input_focus(Xcb()), nullptr));
+  xcb_window_t window = focus ? focus->focus : static_cast<xcb_window_t>(XCB_NONE);
+  if (window <= XCB_INPUT_FOCUS_POINTER_ROOT) return XCB_NONE;
+  while (window != XCB_NONE && std::find(clients.begin(), clients.end(), window) == clients.end()) {
+    window = Parent(window);
+  }
+  RequireAlive();
+  return window;
+}
+
 // An old window manager puts a frame without a title around each window.
 xcb_window_t X11Connection::ClientBelow(xcb_window_t window) {
   if (window == XCB_NONE) return XCB_NONE;

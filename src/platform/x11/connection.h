@@ -44,8 +44,12 @@ class X11Connection {
   bool HasWindowManager();
   // Front to back. Without a window manager, the titled children of the root.
   std::vector<xcb_window_t> TopLevelWindows();
-  // The top-level window that has the focus; XCB_NONE when none has.
+  // The top-level window that the window manager calls active, else the focused one; XCB_NONE when
+  // none is.
   xcb_window_t FrontWindow();
+  // The top-level window that has the focus by the X server, which knows it at once; XCB_NONE when
+  // none has.
+  xcb_window_t FocusedWindow();
 
   std::string Title(xcb_window_t window);
   // Both texts of the window's class: the program's name and its kind.

@@ -23,11 +23,14 @@ using Clock = std::chrono::steady_clock;
 // The keys of one text on their way into the chart program.
 class Typing {
  public:
-  Typing(X11Connection& connection, const std::string& host_title, const std::string& display_name)
+  // `behind`: whatever window is in front.
+  Typing(X11Connection& connection, const std::string& host_title, const std::string& display_name,
+         bool behind)
       : connection_(connection),
         program_(connection, host_title),
         ping_(connection),
-        keyboard_(display_name) {}
+        keyboard_(display_name),
+        behind_(behind) {}
 
   KeyOutcome TypeAll(const std::vector<KeyStroke>& strokes) {
     bool held_back = false;
@@ -54,20 +57,33 @@ class Typing {
 
   Obstacle Try(const KeyStroke& stroke) {
     const xcb_window_t front = connection_.FrontWindow();
-    if (front == XCB_NONE) return Obstacle::kNoFocus;
-    if (!program_.TakesKeys(front)) return Obstacle::kOtherWindow;
-    X11Keyboard::Outcome outcome = keyboard_.Type(stroke, front);
+    if (front != XCB_NONE && program_.TakesKeys(front)) {
+      return TypeInto(front, stroke, X11Keyboard::Reach::kFocused);
+    }
+    if (behind_) return TryBehind(stroke);
+    return front == XCB_NONE ? Obstacle::kNoFocus : Obstacle::kOtherWindow;
+  }
+
+  // A chart that is an icon or on another workspace can't have the focus.
+  Obstacle TryBehind(const KeyStroke& stroke) {
+    const std::vector<xcb_window_t> charts = program_.MainWindows();
+    if (charts.empty() || !connection_.IsMapped(charts.front())) return Obstacle::kOtherWindow;
+    return TypeInto(charts.front(), stroke, X11Keyboard::Reach::kBehind);
+  }
+
+  Obstacle TypeInto(xcb_window_t window, const KeyStroke& stroke, X11Keyboard::Reach reach) {
+    X11Keyboard::Outcome outcome = keyboard_.Type(stroke, window, reach);
     if (outcome == X11Keyboard::Outcome::kNoKey) {
       WaitUntilRead();
       keyboard_.Prepare(rest_);
-      outcome = keyboard_.Type(stroke, front);
+      outcome = keyboard_.Type(stroke, window, reach);
     }
     if (outcome == X11Keyboard::Outcome::kNoKey) {
       throw std::runtime_error("the keyboard layout lacks a character and has no spare key for it");
     }
-    if (outcome == X11Keyboard::Outcome::kModifierHeld) return Obstacle::kPersonTypes;
+    if (outcome == X11Keyboard::Outcome::kPersonTypes) return Obstacle::kPersonTypes;
     if (outcome != X11Keyboard::Outcome::kTyped) return Obstacle::kNoFocus;
-    unread_in_ = front;
+    unread_in_ = window;
     return Obstacle::kNone;
   }
 
@@ -87,6 +103,7 @@ class Typing {
   X11ChartProgram program_;
   X11Ping ping_;
   X11Keyboard keyboard_;
+  bool behind_;
   std::span<const KeyStroke> rest_;
   xcb_window_t unread_in_ = XCB_NONE;
   Clock::duration patience_ = kAnswerPatience;
@@ -102,13 +119,17 @@ X11KeySender::X11KeySender(std::string host_title, std::string display_name)
 
 X11KeySender::~X11KeySender() = default;
 
-KeyOutcome X11KeySender::Send(std::string_view keys) {
+KeyOutcome X11KeySender::Send(std::string_view keys) { return TypeAll(keys, false); }
+
+KeyOutcome X11KeySender::SendBehind(std::string_view keys) { return TypeAll(keys, true); }
+
+KeyOutcome X11KeySender::TypeAll(std::string_view keys, bool behind) {
   const std::vector<KeyStroke> strokes = ParseKeys(keys);
   if (!std::all_of(strokes.begin(), strokes.end(), X11Layout::CanType)) {
     throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
   }
   connection_->RequireAnswer();
-  return Typing(*connection_, host_title_, display_name_).TypeAll(strokes);
+  return Typing(*connection_, host_title_, display_name_, behind).TypeAll(strokes);
 }
 
 }  // namespace velumar

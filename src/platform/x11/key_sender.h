@@ -29,8 +29,14 @@ class X11KeySender : public KeySender {
   // a short moment and counts as having taken them in. Throws std::runtime_error when the display
   // is gone or takes no keys from programs.
   KeyOutcome Send(std::string_view keys) override;
+  // The focus goes to the chart and back within one grab of the X server for each key, less than a
+  // millisecond, so the trader's own keys don't come between. While another program keeps the
+  // keyboard to itself, as an open menu does, a key waits like for a held modifier.
+  KeyOutcome SendBehind(std::string_view keys) override;
 
  private:
+  KeyOutcome TypeAll(std::string_view keys, bool behind);
+
   std::string host_title_;
   std::string display_name_;
   std::unique_ptr<X11Connection> connection_;

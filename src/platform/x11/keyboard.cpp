@@ -31,6 +31,26 @@ Window ParentOf(Display* display, Window window) {
   return parent;
 }
 
+// The window has the focus while it lives; then the one that had it before has it again.
+class FocusLoan {
+ public:
+  FocusLoan(Display* display, Window window) : display_(display) {
+    XGetInputFocus(display_, &before_, &revert_);
+    XSetInputFocus(display_, window, RevertToParent, CurrentTime);
+  }
+  ~FocusLoan() {
+    XSetInputFocus(display_, before_, revert_, CurrentTime);
+    XSync(display_, False);
+  }
+  FocusLoan(const FocusLoan&) = delete;
+  FocusLoan& operator=(const FocusLoan&) = delete;
+
+ private:
+  Display* display_;
+  Window before_ = 0;
+  int revert_ = 0;
+};
+
 }  // namespace
 
 X11Keyboard::X11Keyboard(const std::string& display_name)
@@ -60,32 +80,50 @@ void X11Keyboard::Prepare(std::span<const KeyStroke> strokes) {
   RequireAlive();
 }
 
-X11Keyboard::Outcome X11Keyboard::Type(const KeyStroke& stroke, Window window) {
-  const Outcome outcome = TypeGrabbed(stroke, window);
+X11Keyboard::Outcome X11Keyboard::Type(const KeyStroke& stroke, Window window, Reach reach) {
+  const Outcome outcome = TypeGrabbed(stroke, window, reach);
   RequireAlive();
   return outcome;
 }
 
-X11Keyboard::Outcome X11Keyboard::TypeGrabbed(const KeyStroke& stroke, Window window) {
+X11Keyboard::Outcome X11Keyboard::TypeGrabbed(const KeyStroke& stroke, Window window, Reach reach) {
   const X11ServerGrab grab(display_->xdpy);
-  XkbStateRec state = State();
-  if (!FocusIsInside(window)) return Outcome::kFocusElsewhere;
+  const XkbStateRec state = State();
+  if (reach == Reach::kFocused && !FocusIsInside(window)) return Outcome::kFocusElsewhere;
   constexpr unsigned kShortcutLocks = ShiftMask | ControlMask | Mod1Mask | Mod4Mask;
-  if ((state.base_mods | state.latched_mods | (state.locked_mods & kShortcutLocks)) != 0) {
-    return Outcome::kModifierHeld;
+  if ((state.base_mods | state.latched_mods | (state.locked_mods & kShortcutLocks)) != 0 ||
+      (reach == Reach::kBehind && KeptByAnotherProgram())) {
+    return Outcome::kPersonTypes;
   }
-  if (const auto key = layout_->Find(stroke, state)) {
-    Press(*key);
-    return Outcome::kTyped;
-  }
-  // There are letters that Caps Lock turns to a case from which Shift doesn't bring them back.
-  state.locked_mods = static_cast<unsigned char>(state.locked_mods & ~LockMask);
-  const auto key = layout_->Find(stroke, state);
+  const std::optional<X11Layout::Key> key = FindKey(stroke, state);
   if (!key) return Outcome::kNoKey;
-  XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, 0);
+  std::optional<FocusLoan> loan;
+  if (reach == Reach::kBehind) loan.emplace(display_->xdpy, window);
+  // A window that isn't on the screen is refused the focus.
+  if (!FocusIsInside(window)) return Outcome::kFocusElsewhere;
+  // There are letters that Caps Lock turns to a case from which Shift doesn't bring them back.
+  const bool without_caps_lock = !layout_->Find(stroke, state);
+  if (without_caps_lock) XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, 0);
   Press(*key);
-  XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, LockMask);
+  if (without_caps_lock) XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, LockMask);
   return Outcome::kTyped;
+}
+
+std::optional<X11Layout::Key> X11Keyboard::FindKey(const KeyStroke& stroke,
+                                                   XkbStateRec state) const {
+  if (const auto key = layout_->Find(stroke, state)) return key;
+  state.locked_mods = static_cast<unsigned char>(state.locked_mods & ~LockMask);
+  return layout_->Find(stroke, state);
+}
+
+// Keys would go to that program, whatever window has the focus. The only way to know is to ask for
+// the keyboard.
+bool X11Keyboard::KeptByAnotherProgram() const {
+  Display* const display = display_->xdpy;
+  const int answer = XGrabKeyboard(display, DefaultRootWindow(display), True, GrabModeAsync,
+                                   GrabModeAsync, CurrentTime);
+  if (answer == GrabSuccess) XUngrabKeyboard(display, CurrentTime);
+  return answer != GrabSuccess;
 }
 
 XkbStateRec X11Keyboard::State() const {

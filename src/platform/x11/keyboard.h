@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -17,8 +18,12 @@ class X11Keyboard {
   enum class Outcome : std::uint8_t {
     kTyped,
     kFocusElsewhere,  // the focus isn't inside the window
-    kModifierHeld,    // a person holds Ctrl, Alt, Shift or another modifier
+    kPersonTypes,     // a person holds Ctrl, Alt or Shift, or a menu of another program is open
     kNoKey,           // the layout lacks the character
+  };
+  enum class Reach : std::uint8_t {
+    kFocused,  // only while the window or one inside it has the focus
+    kBehind,   // the window gets the focus for the key alone
   };
 
   // An empty name is the display of the environment. Throws std::runtime_error for one that can't
@@ -34,16 +39,18 @@ class X11Keyboard {
   // For a program that hasn't read its keys yet: those made so far stay on the keyboard.
   void KeepPrepared() { layout_->Keep(); }
 
-  // Types the key while `window` or one inside it has the focus, and nothing otherwise: nothing can
-  // come between the look and the key. Both throw std::runtime_error when the display is gone.
-  Outcome Type(const KeyStroke& stroke, Window window);
+  // Types the key into `window`, and nothing when it can't have it: no other program can come
+  // between the look and the key. Both throw std::runtime_error when the display is gone.
+  Outcome Type(const KeyStroke& stroke, Window window, Reach reach);
 
  private:
   struct Closer {
     void operator()(xdo_t* display) const { xdo_free(display); }
   };
 
-  Outcome TypeGrabbed(const KeyStroke& stroke, Window window);
+  Outcome TypeGrabbed(const KeyStroke& stroke, Window window, Reach reach);
+  std::optional<X11Layout::Key> FindKey(const KeyStroke& stroke, XkbStateRec state) const;
+  bool KeptByAnotherProgram() const;
   XkbStateRec State() const;
   bool FocusIsInside(Window window) const;
   void Press(const X11Layout::Key& key);
