@@ -26,7 +26,7 @@ void DesktopView::SetTheme(const Theme& theme) {
 
 void DesktopView::Raise() {
   for (const auto& [form, view] : views_) {
-    if (form->Visible()) view->raise();
+    if (form->Visible()) view->ComeUp();
   }
 }
 
@@ -50,7 +50,7 @@ void DesktopView::ControlChanged(Form& form, Control& control) {
 void DesktopView::FormRaised(Form& form) {
   FormView* view = Find(form);
   if (view == nullptr) return;
-  view->raise();
+  view->ComeUp();
   view->activateWindow();
 }
 

@@ -22,7 +22,7 @@ class DesktopView : public FormListener {
   // Draws all windows, those to come too, in these colours.
   void SetTheme(const Theme& theme);
 
-  // Brings all shown windows above those of other programs.
+  // Brings all shown windows above those of other programs, icons too.
   void Raise();
 
   void FormLoaded(Form& form) override;

@@ -213,6 +213,11 @@ void FormView::UpdateVisible() {
   if (form_.Visible() && form_.Topmost()) KeepOnTop(*this);
 }
 
+void FormView::ComeUp() {
+  if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
+  raise();
+}
+
 void FormView::Retire() {
   retired_ = true;
   hide();

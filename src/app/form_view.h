@@ -31,6 +31,8 @@ class FormView : public QWidget, public FormCanvas {
   // The window was unloaded: it vanishes now and dies once no handler of it is on the stack.
   void Retire();
   bool KeepsKeys() const { return form_.KeepsKeys(); }
+  // Above all other windows that don't stay on top, and no longer an icon.
+  void ComeUp();
   // Moves with the mouse until its button is released.
   void StartDrag();
 

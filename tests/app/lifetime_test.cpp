@@ -97,6 +97,21 @@ TEST_F(LifetimeTest, EventsOfAnUnloadedWindowAreDropped) {
   Settle();
 }
 
+// A click that shows the window again, and another start of the program.
+TEST_F(LifetimeTest, IconsBecomeWindowsAgain) {
+  for (Form* form :
+       {static_cast<Form*>(&desktop.form2()), static_cast<Form*>(&desktop.frmResult())}) {
+    form->Show();
+    View(*form).showMinimized();
+    form->Show();
+    EXPECT_FALSE(View(*form).isMinimized()) << form->Name();
+    View(*form).showMinimized();
+  }
+  view.Raise();
+  EXPECT_FALSE(View(desktop.form2()).isMinimized());
+  EXPECT_FALSE(View(desktop.frmResult()).isMinimized());
+}
+
 TEST_F(LifetimeTest, ClosingFromOutsideAsksTheModel) {
   Form1& form = desktop.form1();
   form.Show();
