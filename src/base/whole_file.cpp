@@ -28,7 +28,7 @@ void RefuseDevice(const fs::path& file, std::string_view failure) {
 
 void RefuseLargeFile(const fs::path& file, std::uintmax_t size, std::size_t limit) {
   throw FileError(file, kCantRead, EFBIG,
-                  "it holds " + std::to_string(size) + " bytes or more, the limit is " +
+                  "it holds " + std::to_string(size) + " bytes, more than the limit of " +
                       std::to_string(limit) + " bytes");
 }
 

@@ -1,5 +1,6 @@
 #include "cli/replay_driver.h"
 
+#include <array>
 #include <charconv>
 #include <istream>
 #include <ostream>
@@ -13,6 +14,8 @@
 namespace velumar {
 
 namespace {
+
+constexpr std::size_t kLongestCommand = 16384;
 
 // Leaves every loop and handler that the end of the input finds running. No error: nothing on the
 // way may take it for one.
@@ -93,6 +96,10 @@ void ReplayDriver::Run() {
   } catch (const EndOfInput&) {
     // Whatever was on has been left.
   }
+  if (too_long_) {
+    throw std::runtime_error("a command on stdin is longer than " +
+                             std::to_string(kLongestCommand) + " bytes");
+  }
 }
 
 // The moment before a feed loop would feed its next bar.
@@ -112,8 +119,13 @@ void ReplayDriver::AtFeedLoop() {
 }
 
 bool ReplayDriver::ReadCommand() {
+  std::array<char, kLongestCommand + 1> line;
   do {
-    if (!std::getline(in_, command_)) return false;
+    in_.getline(line.data(), line.size());
+    too_long_ = in_.fail() && !in_.eof();
+    if (in_.fail()) return false;
+    const std::streamsize end_of_line = in_.eof() ? 0 : 1;
+    command_.assign(line.data(), static_cast<std::size_t>(in_.gcount() - end_of_line));
     if (command_.ends_with('\r')) command_.pop_back();
   } while (command_.empty());
   return true;

@@ -41,6 +41,7 @@ class ReplayDriver {
   std::istream& in_;
   std::ostream& out_;
   std::string command_ = "begin";
+  bool too_long_ = false;  // the command that ended the input
   bool answer_due_ = false;
   bool ordered_ = false;
   bool figures_asked_ = false;

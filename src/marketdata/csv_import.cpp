@@ -1,16 +1,15 @@
 #include "marketdata/csv_import.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "base/whole_file.h"
 #include "marketdata/csv_error.h"
 #include "marketdata/csv_guess.h"
 #include "marketdata/csv_series.h"
+#include "marketdata/data_file.h"
 #include "marketdata/directory_editor.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
@@ -26,13 +25,18 @@ struct Draft {
   int times_left_out = 0;
 };
 
+// A thousand bytes for each bar of the longest series.
+constexpr std::size_t kLargestFile = 64 << 20;
+
 std::string WholeText(const std::filesystem::path& file) {
-  if (std::filesystem::is_directory(file)) throw CsvError("is a folder, not a CSV file");
-  errno = 0;
-  std::ifstream in(file, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  if (in.good() || in.eof()) return text;
-  throw CsvError("can't be read: " + std::generic_category().message(errno));
+  try {
+    return ReadWholeFile(file, kLargestFile);
+  } catch (const FileError& error) {
+    std::string why = std::string(kCantRead) + ": " + error.Reason();
+    const bool too_large = error.code() == std::errc::file_too_large;
+    if (too_large) why += "; a series holds at most " + std::to_string(kMostBars) + " bars";
+    throw CsvError(why);
+  }
 }
 
 Draft ReadDraft(const std::filesystem::path& file, const CsvImportOptions& options) {

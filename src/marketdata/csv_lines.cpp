@@ -9,6 +9,7 @@ namespace velumar {
 
 namespace {
 
+constexpr std::size_t kMostCells = 1000;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool IsEmpty(std::string_view line) {
@@ -58,6 +59,9 @@ const std::vector<std::string>& CsvLines::Cells() {
     line_.remove_prefix(std::min(line_.find_first_not_of(' '), line_.size()));
     cells_.push_back(line_.starts_with('"') ? TakeQuoted() : TakePlain());
     if (line_.empty()) return cells_;
+    if (cells_.size() == kMostCells) {
+      throw CsvError("has more than " + std::to_string(kMostCells) + " cells");
+    }
     line_.remove_prefix(1);
   }
 }

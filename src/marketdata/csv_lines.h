@@ -20,7 +20,8 @@ class CsvLines {
   // Of the current line; the first is 1.
   int Number() const { return number_; }
   // Cuts the current line at the separator, which is the tab, semicolon or comma that the first
-  // line of the file holds most of. Throws CsvError for a quote that isn't closed.
+  // line of the file holds most of. Throws CsvError for a quote that isn't closed and for a line of
+  // more than a thousand cells.
   const std::vector<std::string>& Cells();
 
  private:

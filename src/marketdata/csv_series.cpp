@@ -8,6 +8,7 @@
 #include "marketdata/csv_error.h"
 #include "marketdata/csv_lines.h"
 #include "marketdata/csv_values.h"
+#include "marketdata/data_file.h"
 
 namespace velumar {
 
@@ -66,6 +67,15 @@ void RequireLater(const Bar& bar, const CsvSeries& before) {
                  std::to_string(before.lines.back()) + "; bars go from the oldest to the newest");
 }
 
+// Counted before any is read: a file of millions ends here.
+void RequireRoomFor(CsvLines lines) {
+  int bars = 0;
+  while (lines.Next()) ++bars;
+  if (bars <= kMostBars) return;
+  throw CsvError("holds " + std::to_string(bars) + " bars; a series holds at most " +
+                 std::to_string(kMostBars));
+}
+
 // The first fault in full, the others counted.
 class Faults {
  public:
@@ -91,6 +101,7 @@ CsvSeries ReadCsvSeries(std::string_view text, const CsvDateFormat& date_format)
   CsvLines lines(text);
   if (!lines.Next()) throw CsvError("the file is empty");
   const CsvColumns columns(lines.Cells());
+  RequireRoomFor(lines);
   CsvSeries series;
   Faults faults;
   while (lines.Next()) {

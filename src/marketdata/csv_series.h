@@ -14,9 +14,10 @@ struct CsvSeries {
   std::vector<int> lines;
 };
 
-// Reads the text of a CSV file whole or throws CsvError, which names the first line that can't come
-// in and how many more there are: cells that can't be read or stored, and bars that come before the
-// bar above or again. Columns that may be missing read as 0.
+// Reads the text of a CSV file. Throws CsvError that names the first line with a fault and counts
+// the others: a cell that can't be read or stored, or a bar that is not later than the one above.
+// More than kMostBars bars are refused before any is read. Optional columns that are missing read
+// as 0.
 CsvSeries ReadCsvSeries(std::string_view text, const CsvDateFormat& date_format);
 
 // Makes the bars those of a daily series, which keeps no times: takes the times off and answers how

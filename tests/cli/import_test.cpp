@@ -152,13 +152,19 @@ TEST(Import, WritesNothingWhenSomethingIsWrong) {
 
 TEST(Import, NamesAFileThatCannotBeRead) {
   Sandbox box;
-  const auto missing = box.Run({"import", box.At("none.csv"), box.At("data")});
-  EXPECT_EQ(missing.code, 1);
-  EXPECT_EQ(missing.err,
-            "velumar-cli: " + box.At("none.csv") + ": can't be read: No such file or directory\n");
   std::filesystem::create_directory(box.At("folder.csv"));
-  EXPECT_THAT(box.Run({"import", box.At("folder.csv"), box.At("data")}).err,
-              testing::HasSubstr("folder.csv: is a folder"));
+  std::filesystem::resize_file(box.File("huge.csv", ""), 5'000'000'000);
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"none.csv", "No such file or directory"},
+      {"folder.csv", "it is a folder, not a file"},
+      {"huge.csv",
+       "it holds 5000000000 bytes, more than the limit of 67108864 bytes; a series holds at most "
+       "65534 bars"}};
+  for (const auto& [name, why] : cases) {
+    const auto answer = box.Run({"import", box.At(name), box.At("data")});
+    EXPECT_EQ(answer.code, 1);
+    EXPECT_EQ(answer.err, "velumar-cli: " + box.At(name) + ": can't be read: " + why + "\n");
+  }
   EXPECT_FALSE(std::filesystem::exists(box.At("data")));
 }
 

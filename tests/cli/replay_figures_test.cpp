@@ -42,6 +42,16 @@ TEST(ReplayCommand, TextsThatAreSetOutlastTheMarketsPresets) {
   EXPECT_EQ(last["RefreshDelay"], 1000);
 }
 
+TEST(ReplayCommand, EndsAtACommandWithoutEnd) {
+  Sandbox box;
+  const auto replay =
+      box.Run({"replay", StockDirectory(box), "ABC", "D", "20000110", "--store", box.At("store")},
+              "next\n" + std::string(1 << 20, 'n'));
+  EXPECT_EQ(replay.code, 1);
+  EXPECT_THAT(replay.err, testing::HasSubstr("longer than 16384 bytes"));
+  EXPECT_EQ(Answers(replay.out).size(), 2U) << "begin and next";
+}
+
 // What a replay answers is what the figures of its ledger are; those of a run begin with its first
 // order.
 TEST(ReplayFigures, AreThoseOfTheLedger) {

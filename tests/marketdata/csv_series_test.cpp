@@ -58,6 +58,12 @@ TEST(CsvSeries, ReadsMissingColumnsAsZero) {
   EXPECT_THAT(series.lines, testing::ElementsAre(2, 4));
 }
 
+std::string Repeated(std::string_view text, int times) {
+  std::string all;
+  for (int i = 0; i < times; ++i) all += text;
+  return all;
+}
+
 TEST(CsvSeries, NamesTheLineThatCannotComeIn) {
   const std::string header = "date,time,open,high,low,close\n";
   const std::string first = "20200102,93000,1,2,1,1\n";
@@ -85,9 +91,13 @@ TEST(CsvSeries, NamesTheLineThatCannotComeIn) {
       {"", "the file is empty"},
       {"\xEF\xBB\xBF\r\n\r\n", "the file is empty"},
       {header, "the file has a header but no bars"},
+      {std::string(5000, ','), "has more than 1000 cells"},
+      {header + std::string(2 * 65535, '\n') + Repeated("x\n", 65535),
+       "holds 65535 bars; a series holds at most 65534"},
       {std::string("d\0a\0", 4), "this is no plain text; save it as CSV in UTF-8"},
   };
-  for (const auto& [text, complaint] : cases) EXPECT_EQ(Complaint(text), complaint) << text;
+  for (const auto& [text, complaint] : cases)
+    EXPECT_EQ(Complaint(text), complaint) << text.substr(0, 200);
 }
 
 TEST(CsvSeries, BecomesDailyWithoutTimes) {

@@ -79,6 +79,18 @@ TEST_F(SavedFile, StaysAsItWasWhenTheDrawingFails) {
       "chart.svg", [&](const QString& file) { SaveWhole(file, half); }, "no more ink");
 }
 
+TEST_F(SavedFile, KeepsItsPermissionsAndItsLink) {
+  const fs::path file = folder_ / "real.txt";
+  std::ofstream(file) << "old";
+  fs::permissions(file, fs::perms::owner_all);
+  fs::create_symlink("real.txt", folder_ / "link.txt");
+  SaveWhole(QString::fromStdString((folder_ / "link.txt").string()),
+            [](QIODevice& device) { device.write("new chart"); });
+  EXPECT_EQ(fs::file_size(file), 9U);
+  EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_all);
+  EXPECT_TRUE(fs::is_symlink(folder_ / "link.txt"));
+}
+
 TEST_F(SavedFile, HasTheEndingOfItsKind) {
   ResultPlot plot;
   Refuse(
