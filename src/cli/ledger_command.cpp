@@ -69,7 +69,7 @@ std::string Table(const LedgerRecordset& records) {
   TextTable table(std::move(columns));
   for (const auto& row : records.rows) {
     std::vector<std::string> cells(row.size());
-    std::ranges::transform(row, cells.begin(), LedgerText);
+    std::ranges::transform(row, cells.begin(), ReadableLedgerText);
     table.AddRow(std::move(cells));
   }
   return table.Text();

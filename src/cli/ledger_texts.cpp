@@ -12,6 +12,11 @@ std::string LedgerText(const LedgerValue& value) {
   return text == nullptr ? std::string() : *text;
 }
 
+std::string ReadableLedgerText(const LedgerValue& value) {
+  const auto* number = std::get_if<double>(&value);
+  return number == nullptr ? LedgerText(value) : ReadableNumberText(static_cast<float>(*number));
+}
+
 nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size_t row) {
   nlohmann::ordered_json object;
   for (std::size_t i = 0; i < records.columns.size(); ++i) {

@@ -110,13 +110,13 @@ std::array<ResultFigureText, 14> ResultFigureTexts(const ResultFigures& figures)
       {"ResEndDate", "lblEndDate", figures.ResEndDate},
       {"ResEndTime", "lblEndDateTime", figures.ResEndTime},
       {"ResPortfolio", "lblPortfolio", PatternText(figures.ResPortfolio, kPortfolioPattern)},
-      {"ResLongAmount", "lblLong", PlainNumberText(figures.ResLongAmount)},
-      {"ResShortAmount", "lblShort", PlainNumberText(figures.ResShortAmount)},
-      {"ResLongProfitLoss", "lblLongProfitLoss", PlainNumberText(figures.ResLongProfitLoss)},
-      {"ResShortProfitLoss", "lblShortProfitLoss", PlainNumberText(figures.ResShortProfitLoss)},
-      {"ResLongComm", "lblLongComm", PlainNumberText(figures.ResLongComm)},
-      {"ResShortComm", "lblShortComm", PlainNumberText(figures.ResShortComm)},
-      {"ResTotalComm", "lblTotalComm", PlainNumberText(figures.ResTotalComm)},
+      {"ResLongAmount", "lblLong", ReadableNumberText(figures.ResLongAmount)},
+      {"ResShortAmount", "lblShort", ReadableNumberText(figures.ResShortAmount)},
+      {"ResLongProfitLoss", "lblLongProfitLoss", ReadableNumberText(figures.ResLongProfitLoss)},
+      {"ResShortProfitLoss", "lblShortProfitLoss", ReadableNumberText(figures.ResShortProfitLoss)},
+      {"ResLongComm", "lblLongComm", ReadableNumberText(figures.ResLongComm)},
+      {"ResShortComm", "lblShortComm", ReadableNumberText(figures.ResShortComm)},
+      {"ResTotalComm", "lblTotalComm", ReadableNumberText(figures.ResTotalComm)},
   }};
 }
 

@@ -65,6 +65,11 @@ TEST_F(ResultFiguresTest, FiguresCountTheRowsThatThereAre) {
   EXPECT_EQ(labels["ResTotalComm"], "100");
 }
 
+TEST_F(ResultFiguresTest, WhatRoundingLeavesOfASumReadsZero) {
+  for (const double points : {0.1, 0.2, -0.3}) Order("2007-01-25 16:30:00", true, 0, points, 0, 1);
+  EXPECT_EQ(Labels()["ResLongProfitLoss"], "0");
+}
+
 TEST_F(ResultFiguresTest, TheChartBeginsWithTheFirstClosedTrade) {
   EXPECT_EQ(LoadPortfolioChart(ledger).hint, "No closed trades yet");
   Order("2007-01-25 16:30:00", true, 2, 0, 0, 10);
