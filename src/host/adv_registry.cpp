@@ -97,12 +97,14 @@ std::string ADVRegistry::GetStringValue(std::string_view path, std::string_view 
 
 bool ADVRegistry::CreateKey(std::string_view path) {
   KeyPath parts;
-  return SplitKeyPath(path, parts) && Succeeded(registry_.CreateKey(parts.root, parts.sub_key));
+  return SplitKeyPath(path, parts) &&
+         Succeeded(registry_.CreateKey(parts.root, parts.sub_key), path);
 }
 
 bool ADVRegistry::DeleteKey(std::string_view path) {
   KeyPath parts;
-  return SplitKeyPath(path, parts) && Succeeded(registry_.DeleteKey(parts.root, parts.sub_key));
+  return SplitKeyPath(path, parts) &&
+         Succeeded(registry_.DeleteKey(parts.root, parts.sub_key), path);
 }
 
 bool ADVRegistry::DeleteKeyValue(std::string_view path, std::string_view name) {
@@ -144,10 +146,10 @@ bool ADVRegistry::WithKey(std::string_view path, std::uint32_t access,
   if (!SplitKeyPath(path, parts)) return false;
   RegistryKey key = 0;
   const long opened = registry_.OpenKey(parts.root, parts.sub_key, access, key);
-  if (opened != 0) return Succeeded(opened);
+  if (opened != 0) return Succeeded(opened, path);
   const long code = call(key);
   registry_.CloseKey(key);
-  return Succeeded(code);
+  return Succeeded(code, path);
 }
 
 bool ADVRegistry::Set(std::string_view path, std::string_view name, RegistryType type,
@@ -163,9 +165,11 @@ bool ADVRegistry::Get(std::string_view path, std::string_view name, std::string&
   });
 }
 
-bool ADVRegistry::Succeeded(long code) {
+bool ADVRegistry::Succeeded(long code, std::string_view path) {
   if (code == 0) return true;
-  if (show_errors_) boxes_.Show(RegErrorText(code), BoxIcon::kExclamation);
+  if (show_errors_) {
+    boxes_.Show(RegErrorText(code) + ": \n\n" + std::string(path), BoxIcon::kExclamation);
+  }
   return false;
 }
 

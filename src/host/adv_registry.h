@@ -46,7 +46,7 @@ class ADVRegistry {
                const std::function<long(RegistryKey)>& call);
   bool Set(std::string_view path, std::string_view name, RegistryType type, std::string_view bytes);
   bool Get(std::string_view path, std::string_view name, std::string& bytes);
-  bool Succeeded(long code);
+  bool Succeeded(long code, std::string_view path);
 
   Registry& registry_;
   MessageBoxes& boxes_;

@@ -9,6 +9,7 @@
 #include "base/counted.h"
 #include "base/ignoring.h"
 #include "base/number_text.h"
+#include "base/paths.h"
 #include "base/text.h"
 #include "platform/chart_program_names.h"
 #include "platform/key_notation.h"
@@ -109,7 +110,8 @@ bool HostControl::WaitForDialog() {
   platform_.boxes.Show(
       "The chart program showed no \"Open\" dialog within 15 seconds. The run goes "
       "on: open the chart of " +
-          session_.Run.symbol + " by hand in the folder " + session_.SimDir + ".",
+          session_.Run.symbol + " by hand in the folder " +
+          PathText(NativePath(session_.SimDir).make_preferred()) + ".",
       BoxIcon::kExclamation);
   return false;
 }

@@ -30,6 +30,11 @@ std::vector<std::string> PriceFilesIn(const std::string& directory) {
   return prices;
 }
 
+// As the system writes paths, whatever was typed.
+std::string Shown(const std::string& directory) {
+  return PathText(NativePath(directory).make_preferred());
+}
+
 std::string Files(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " file" : " files");
 }
@@ -54,7 +59,7 @@ void CsvDrop::Import(const std::vector<std::string>& files) {
 bool CsvDrop::OfferDirectory() {
   const std::vector<std::string> prices = PriceFilesIn(session_.DataDir);
   if (prices.empty()) return false;
-  const std::string question = session_.DataDir + "\nholds no market data yet, but " +
+  const std::string question = Shown(session_.DataDir) + "\nholds no market data yet, but " +
                                Files(prices.size()) +
                                " of prices. Velumar can make market data of them there.";
   if (platform_.boxes.Ask(question, {"Import", "Choose another directory"}) != 0) return false;
@@ -84,7 +89,7 @@ CsvDrop::Arrival CsvDrop::ImportAll(const std::vector<std::string>& prices) {
 // is replaced there.
 bool CsvDrop::Agreed(std::size_t files) {
   const std::string question =
-      "Import into the market data directory\n" + session_.DataDir + "\n\n" + Files(files) +
+      "Import into the market data directory\n" + Shown(session_.DataDir) + "\n\n" + Files(files) +
       " will be added. A security of the same symbol and interval is replaced.";
   return platform_.boxes.Ask(question, {"Import", "Cancel"}) == 0;
 }

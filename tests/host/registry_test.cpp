@@ -49,7 +49,9 @@ TEST_F(RegistryTest, FailuresShowTheirReason) {
   EXPECT_FALSE(registry.KeyExist("HKEY_USERS\\x\\"));
   EXPECT_FALSE(registry.KeyExist("HKEY_SOMETHING\\x")) << "an unknown root is silent";
   EXPECT_EQ(outside.boxes.shown,
-            (std::vector<std::string>{"Bad Key Name", "Bad Key Name",
+            (std::vector<std::string>{"Bad Key Name: \n\nHKEY_CURRENT_USER\\Software\\Equis\\"
+                                      "MetaStock Pro 8.0\\DataPath",
+                                      "Bad Key Name: \n\nHKEY_CURRENT_USER\\Nothing",
                                       "Incorrect Format: \n\nNOT_A_ROOT\\x",
                                       "Incorrect Format: \n\nHKEY_USERS\\x\\"}));
   registry.SetDisplayErrorMsg(false);
