@@ -19,17 +19,17 @@ class FrmScore : public Form {
   static constexpr Look kFixed{.colour = kDarkBlue, .backdrop = Backdrop::kBluePaper};
   static constexpr Look kHelp{.colour = kDarkBlue};
   static constexpr Look kStatus{.colour = kDarkBlue, .points = 9};
-  static constexpr Look kPaper{.colour = kDarkBlue, .backdrop = Backdrop::kWhitePaper};
 
   Picture Image1{*this, {"Image1", 0, 0, 9990, 9075, "backdrop-result"}};
   Frame Frame2{*this, {"Frame2", kLeft, kTop, 6855, 5535, "Top 10 score", "", kCaption}};
-  // In place of the list while nobody knows where to ask.
+  // In place of the list while no service is known.
   Label lblHelp1{*this, HelpLine("lblHelp1", 0, "No score service is set yet.")};
-  Label lblHelp2{*this, HelpLine("lblHelp2", 1, "Write its address into the settings file")};
-  Label lblPlace{*this, {"lblPlace", kLeft + 1320, kTop + 1320, 5175, 285, "", "", kPaper}};
-  Label lblHelp3{*this, HelpLine("lblHelp3", 3, "in these two lines, and open this window again:")};
-  Label lblHelp4{*this, HelpLine("lblHelp4", 5, "[Score]")};
-  Label lblHelp5{*this, HelpLine("lblHelp5", 6, "Address=http://127.0.0.1:8080")};
+  Label lblHelp2{*this, HelpLine("lblHelp2", 1, "Type its address below and press Enter,")};
+  Label lblHelp3{*this, HelpLine("lblHelp3", 2, "such as http://127.0.0.1:8080")};
+  Label Label3{*this, {"Label3", kLeft + 720, kTop + 3600, 1020, 285, "Service", "", kCaption}};
+  TextBox txtAddress{*this,
+                     {"txtAddress", kLeft + 1800, kTop + 3600, 3975, 285, "",
+                      "Address of the score service", kField}};
   Label lblStatus{*this, {"lblStatus", kLeft + 1200, kTop + 3945, 5415, 240, "", "", kStatus}};
   Label Label1{*this, {"Label1", kLeft + 720, kTop + 4200, 1020, 285, "Your Name", "", kCaption}};
   TextBox txtName{
@@ -41,7 +41,7 @@ class FrmScore : public Form {
                     "The portfolio's value when this window was opened", kFixed}};
   Button btnSend{*this, {"btnSend", kLeft + 2640, kTop + 5160, 2055, 255, "&Send Score", ""}};
   ListBox List1{*this,
-                {"List1", kLeft + 1200, kTop + 360, 5415, 3570, "", "The best scores", kField}};
+                {"List1", kLeft + 1200, kTop + 360, 5415, 3195, "", "The best scores", kField}};
   PictureButton Image5{*this, {"Image5", kLeft + 5475, kTop + 135, 1140, 195, "close", "Close"}};
 
  private:

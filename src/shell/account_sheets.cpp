@@ -18,7 +18,9 @@ AccountSheets::AccountSheets(Desktop& desktop, Platform& platform, LedgerConnect
 
 void AccountSheets::BindEvents() {
   FrmResult& form = desktop_.Untouched().frmResult;
-  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
+  const auto guarded = [this](auto handler) {
+    return Guarded(platform_.boxes, "Showing the account", handler);
+  };
   form.tabSheets.on_click = guarded([this] { ChooseSheet(); });
   form.lstOrders.on_header = guarded([this](std::size_t column) { SortOrdersBy(column); });
   form.cmdCopy.on_click = guarded([this] { Copy(); });

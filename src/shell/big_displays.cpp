@@ -18,7 +18,9 @@ constexpr float kWidthsFromTheRight = 1.25F;
 BigDisplays::BigDisplays(const SimSession& session, Desktop& desktop, Platform& platform)
     : session_(session), desktop_(desktop), platform_(platform) {
   const Desktop::Windows windows = desktop.Untouched();
-  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
+  const auto guarded = [this](auto handler) {
+    return Guarded(platform_.boxes, "Showing the big numbers", handler);
+  };
   windows.frmBigDateTime.on_load = guarded([this] { LoadDateTime(); });
   windows.frmBigScore.on_load = guarded([this] { LoadScore(); });
   windows.frmBigPrice.on_load = guarded([this] { LoadPrice(); });

@@ -30,30 +30,37 @@ NavigatorWindow::NavigatorWindow(SimSession& session, Desktop& desktop, Platform
 
 void NavigatorWindow::BindEvents() {
   Form2& form = desktop_.Untouched().form2;
-  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
-  form.on_load = guarded([this] { Load(); });
-  form.on_unload = guarded([this] { Unload(); });
-  form.on_close = form.Image5.on_click = guarded([this] { CloseAndReturn(); });
-  form.on_press = form.Image8.on_press = guarded([this] { DragWindow(Window()); });
-  form.HScrollx.on_change = guarded([this] { OpacityMoved(); });
-  form.txtRefresh.on_change = guarded([this] { ChartCountTyped(); });
+  const auto guarded = [this](std::string_view task, auto handler) {
+    return Guarded(platform_.boxes, task, handler);
+  };
+  form.on_load = guarded("Opening the navigator", [this] { Load(); });
+  form.on_unload = guarded("Closing the navigator", [this] { Unload(); });
+  form.on_close = form.Image5.on_click =
+      guarded("Going back to the setup", [this] { CloseAndReturn(); });
+  form.on_press = form.Image8.on_press =
+      guarded("Moving the navigator", [this] { DragWindow(Window()); });
+  form.HScrollx.on_change = guarded("Changing the opacity", [this] { OpacityMoved(); });
+  form.txtRefresh.on_change =
+      guarded("Changing the number of charts", [this] { ChartCountTyped(); });
   BindButtons(form);
 }
 
 void NavigatorWindow::BindButtons(Form2& form) {
-  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
-  form.Image6.on_click = guarded([this] {
+  const auto guarded = [this](std::string_view task, auto handler) {
+    return Guarded(platform_.boxes, task, handler);
+  };
+  form.Image6.on_click = guarded("Stepping back", [this] {
     run_.GoFastRewind();
     WaitMilliseconds(platform_.events, std::int16_t{kAfterFastStepMs});
   });
-  form.Image7.on_click = guarded([this] {
+  form.Image7.on_click = guarded("Stepping forward", [this] {
     run_.GoFastForward();
     WaitMilliseconds(platform_.events, std::int16_t{kAfterFastStepMs});
   });
-  form.Image2.on_click = guarded([this] { run_.GoPrevious(); });
-  form.Image1.on_click = guarded([this] { run_.GoNext(); });
-  form.Image3.on_click = guarded([this] { run_.BeginRun(Window()); });
-  form.Image4.on_click = guarded([this] { run_.EndRun(); });
+  form.Image2.on_click = guarded("Stepping back", [this] { run_.GoPrevious(); });
+  form.Image1.on_click = guarded("Stepping forward", [this] { run_.GoNext(); });
+  form.Image3.on_click = guarded("Continuing the run", [this] { run_.BeginRun(Window()); });
+  form.Image4.on_click = guarded("Pausing the run", [this] { run_.EndRun(); });
 }
 
 void NavigatorWindow::Load() {

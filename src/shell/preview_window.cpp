@@ -20,7 +20,9 @@ PreviewWindow::PreviewWindow(Desktop& desktop, Platform& platform)
 
 void PreviewWindow::BindEvents() {
   Graph2& form = desktop_.Untouched().graph2;
-  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
+  const auto guarded = [this](auto handler) {
+    return Guarded(platform_.boxes, "The print preview", handler);
+  };
   // A change of the sheet, drawn at once.
   const auto changing = [this, guarded](auto change) {
     return guarded([this, change](auto... arguments) {

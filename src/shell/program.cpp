@@ -54,7 +54,7 @@ struct Program::Parts {
         preview(desktop, platform),
         keys(
             session, desktop, trader, [this] { return chart.OpeningChart(); },
-            Guarded(platform.boxes, [this] { score_board.Open(); })) {}
+            Guarded(platform.boxes, "Opening the score board", [this] { score_board.Open(); })) {}
 
   TellingSettings settings;
   Platform platform;

@@ -64,7 +64,9 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
 
 void ResultWindow::BindEvents() {
   const Desktop::Windows windows = desktop_.Untouched();
-  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
+  const auto guarded = [this](auto handler) {
+    return Guarded(platform_.boxes, "The result window", handler);
+  };
   windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click = guarded([this] { Open(); });
   FrmResult& form = windows.frmResult;
   form.on_load = guarded([this] { Load(); });

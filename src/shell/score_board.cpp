@@ -16,6 +16,8 @@ constexpr std::string_view kScoresTarget = "/zanno/getscore.php";
 constexpr std::string_view kPostTarget = "/zanno/postscore.php?";
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr int kEnterKey = 13;
+constexpr std::string_view kAddressKey = "ScoreAddress";
+constexpr std::string_view kNameKey = "ScoreName";
 
 // What would end the line that a name travels in.
 bool EndsALine(char character) {
@@ -34,22 +36,39 @@ std::vector<std::string> Lines(std::string_view answer) {
   return lines;
 }
 
+// A service may have more to say than that it has the score: its first line, unless it is too long.
+std::string SentText(std::string_view answer) {
+  constexpr std::size_t kLongestRemark = 120;
+  const std::string_view remark = answer.substr(0, answer.find_first_of("\r\n"));
+  const bool plain = remark.empty() || remark == "Taken." || remark.size() > kLongestRemark;
+  return plain ? "Sent." : "Sent. The service says: " + std::string(remark);
+}
+
 }  // namespace
 
 ScoreBoard::ScoreBoard(const SimSession& session, Desktop& desktop, Platform& platform)
     : session_(session), desktop_(desktop), platform_(platform) {
   FrmScore& form = desktop_.Untouched().frmScore;
-  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
-  form.on_load = guarded([this] { Load(); });
+  const auto guarded = [this](std::string_view task, auto handler) {
+    return Guarded(platform_.boxes, task, handler);
+  };
+  form.on_load = guarded("Opening the score board", [this] { Load(); });
   form.on_close = form.on_escape = form.Image5.on_click =
-      guarded([this] { desktop_.Unload(Window()); });
+      guarded("Closing the score board", [this] { desktop_.Unload(Window()); });
   form.on_press = form.Image1.on_press = form.Frame2.on_press =
-      guarded([this] { DragWindow(Window()); });
-  form.txtName.on_change = guarded([this] { NameChanged(); });
-  form.txtName.on_key_up = guarded([this](int key) {
+      guarded("Moving the score board", [this] { DragWindow(Window()); });
+  form.txtName.on_change = guarded("Reading the name", [this] { NameChanged(); });
+  form.txtName.on_key_up = guarded("Sending the score", [this](int key) {
     if (key == kEnterKey) SendScore();
   });
-  form.btnSend.on_click = guarded([this] { SendScore(); });
+  form.on_unload = form.txtAddress.on_leave =
+      guarded("Keeping the address", [this] { KeepAddress(); });
+  form.txtAddress.on_key_up = guarded("Fetching the scores", [this](int key) {
+    if (key != kEnterKey) return;
+    KeepAddress();
+    RefreshTopScores();
+  });
+  form.btnSend.on_click = guarded("Sending the score", [this] { SendScore(); });
 }
 
 void ScoreBoard::Open() {
@@ -60,49 +79,71 @@ void ScoreBoard::Open() {
 void ScoreBoard::Load() {
   FrmScore& form = Window();
   ++load_;
-  form.txtScore.SetText(PlainNumberText(session_.Portfolio));
+  form.txtScore.SetText(ReadableNumberText(session_.Portfolio));
   form.txtScore.SetEnabled(false);
-  form.lblPlace.SetText(platform_.settings.Place());
-  ExplainAddress(Address().empty());
+  form.txtName.SetText(platform_.settings.Read(kNameKey).value_or(""));
+  form.txtAddress.SetText(Address());
+  ExplainAddress();
   form.SetTopmost(true);
   RoundWindow(form, kCornerWidth, kCornerHeight);
   CentreOnScreen(form, platform_.screen);
 }
 
 std::string ScoreBoard::Address() const {
+  const std::string typed = Trimmed(platform_.settings.Read(kAddressKey).value_or(""));
+  if (!typed.empty()) return typed;
   return Trimmed(platform_.settings.ReadFrom("Score", "Address").value_or(""));
 }
 
-void ScoreBoard::ExplainAddress(bool missing) {
+void ScoreBoard::KeepAddress() {
+  const std::string typed = Trimmed(Window().txtAddress.Text());
+  if (typed != Address()) platform_.settings.Save(kAddressKey, typed);
+  ExplainAddress();
+}
+
+void ScoreBoard::ExplainAddress() {
   FrmScore& form = Window();
+  const bool missing = Address().empty();
   form.List1.SetVisible(!missing);
-  for (Label* line : {&form.lblHelp1, &form.lblHelp2, &form.lblPlace, &form.lblHelp3,
-                      &form.lblHelp4, &form.lblHelp5}) {
-    line->SetVisible(missing);
-  }
+  for (Label* line : {&form.lblHelp1, &form.lblHelp2, &form.lblHelp3}) line->SetVisible(missing);
 }
 
 void ScoreBoard::RefreshTopScores() {
-  const bool missing = Address().empty();
-  ExplainAddress(missing);
-  if (missing) return;
-  const std::optional<std::string> answer = Ask(kScoresTarget, "Fetching the scores...", "");
+  ExplainAddress();
+  if (!Address().empty()) ListScores("");
+}
+
+// Ends with the status, or with why there is no list.
+void ScoreBoard::ListScores(const std::string& status) {
+  const std::optional<Answer> answer = Ask(kScoresTarget, "Fetching the scores...");
   if (!answer) return;
-  FrmScore& form = Window();
-  form.List1.SetLines(Lines(*answer));
-  if (answer->empty() && form.lblStatus.Text().empty()) {
-    form.lblStatus.SetText("There are no scores yet.");
+  Window().List1.SetLines(answer->failed ? std::vector<std::string>() : Lines(answer->text));
+  if (answer->failed) {
+    ShowStatus(status + (status.empty() ? "" : " ") + "The scores can't be read: " + answer->text);
+  } else if (answer->text.empty() && status.empty()) {
+    ShowStatus("There are no scores yet.");
+  } else {
+    ShowStatus(status);
   }
 }
 
 void ScoreBoard::SendScore() {
-  Label& status = Window().lblStatus;
+  KeepAddress();
   if (session_.StartDate.empty() || session_.CurrentDate.empty()) {
-    status.SetText("Nothing sent: no bar of a run has been played yet.");
-  } else if (Address().empty()) {
-    status.SetText("Nothing sent: no score service is set.");
+    ShowStatus("Nothing sent: no bar of a run has been played yet.");
+    return;
+  }
+  if (Address().empty()) {
+    ShowStatus("Nothing sent: no score service is set.");
+    return;
+  }
+  platform_.settings.Save(kNameKey, Window().txtName.Text());
+  const std::optional<Answer> answer = Ask(std::string(kPostTarget) + Query(), "Sending...");
+  if (!answer) return;
+  if (answer->failed) {
+    ShowStatus("Not sent: " + answer->text);
   } else {
-    Ask(std::string(kPostTarget) + Query(), "Sending...", "Sent.");
+    ListScores(SentText(answer->text));
   }
 }
 
@@ -113,25 +154,23 @@ std::string ScoreBoard::Query() {
          "&enddate=" + session_.CurrentDate;
 }
 
-std::optional<std::string> ScoreBoard::Ask(std::string_view target, std::string_view meanwhile,
-                                           std::string_view afterwards) {
+std::optional<ScoreBoard::Answer> ScoreBoard::Ask(std::string_view target,
+                                                  std::string_view meanwhile) {
   FrmScore& form = Window();
   const int load = load_;
   if (asking_load_ == load) return std::nullopt;
   const int before = std::exchange(asking_load_, load);
   const auto wanted = [&] { return load == load_ && form.Loaded(); };
-  std::string answer;
-  std::string status(afterwards);
-  form.lblStatus.SetText(meanwhile);
+  Answer answer;
+  ShowStatus(meanwhile);
   form.btnSend.SetEnabled(false);
   try {
-    answer = platform_.web.Get(Address(), target, wanted);
+    answer.text = platform_.web.Get(Address(), target, wanted);
   } catch (const std::exception& error) {
-    status = std::string("Failed: ") + error.what() + ".";
+    answer = {true, std::string(error.what()) + "."};
   }
   asking_load_ = before;
   if (!wanted()) return std::nullopt;
-  form.lblStatus.SetText(status);
   form.btnSend.SetEnabled(true);
   return answer;
 }

@@ -21,16 +21,24 @@ class ScoreBoard {
 
  private:
   void Load();
+  void KeepAddress();
   void RefreshTopScores();
   void SendScore();
+  void ListScores(const std::string& status);
   std::string Query();
+  // As typed into the window last; else as the settings file has it in its section [Score].
   std::string Address() const;
-  void ExplainAddress(bool missing);
+  void ExplainAddress();
   void NameChanged();
-  // Asks the service for the target. The status line says `meanwhile`, then `afterwards` or why it
-  // failed, with an empty answer. Nothing when another request is on or the window was closed.
-  std::optional<std::string> Ask(std::string_view target, std::string_view meanwhile,
-                                 std::string_view afterwards);
+
+  struct Answer {
+    bool failed = false;
+    std::string text;  // the answer, or why there is none
+  };
+  // Asks the service for the target while the status line says `meanwhile`. Nothing if another
+  // request is on or the window was closed.
+  std::optional<Answer> Ask(std::string_view target, std::string_view meanwhile);
+  void ShowStatus(std::string_view text) { Window().lblStatus.SetText(text); }
   FrmScore& Window() { return desktop_.frmScore(); }
 
   const SimSession& session_;

@@ -51,33 +51,39 @@ SetupWindow::SetupWindow(SimSession& session, Desktop& desktop, Platform& platfo
 
 void SetupWindow::BindEvents() {
   Form1& form = desktop_.Untouched().form1;
-  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
-  form.on_load = guarded([this] { Load(); });
-  form.on_unload = guarded([this] { Unload(); });
-  form.on_close = guarded([this] { Close(); });
-  form.on_press = form.Image12.on_press = guarded([this] { DragWindow(Window()); });
-  form.on_drop = guarded([this](const std::vector<std::string>& files) { TakeFiles(files); });
-  form.Text3.on_change = guarded([this] { DirectoryChanged(); });
-  form.Text3.on_key_up = guarded([this](int key) {
+  const auto guarded = [this](std::string_view task, auto handler) {
+    return Guarded(platform_.boxes, task, handler);
+  };
+  form.on_load = guarded("Opening the setup", [this] { Load(); });
+  form.on_unload = guarded("Saving the settings", [this] { Unload(); });
+  form.on_close = guarded("Closing Velumar", [this] { Close(); });
+  form.on_press = form.Image12.on_press =
+      guarded("Moving the setup", [this] { DragWindow(Window()); });
+  form.on_drop = guarded("Importing the price files",
+                         [this](const std::vector<std::string>& files) { TakeFiles(files); });
+  form.Text3.on_change = guarded("Changing the data directory", [this] { DirectoryChanged(); });
+  form.Text3.on_key_up = guarded("Listing the securities", [this](int key) {
     if (key == kEnterKey) catalogue_.BuildSymbolList();
   });
-  form.Command5.on_click = guarded([this] { PickDirectory(); });
+  form.Command5.on_click = guarded("Choosing the data directory", [this] { PickDirectory(); });
   for (TextBox* box : AccountBoxes(form)) {
     box->on_change = [this, &form, box] { MarkFigure(form, *box, IsStockMarket(session_)); };
   }
-  form.Combo1.on_click = guarded([this] { catalogue_.SymbolChosen(); });
-  form.Combo1.on_key_up = guarded([this](int) { catalogue_.SymbolTyped(); });
+  form.Combo1.on_click = guarded("Choosing the security", [this] { catalogue_.SymbolChosen(); });
+  form.Combo1.on_key_up =
+      guarded("Choosing the security", [this](int) { catalogue_.SymbolTyped(); });
   for (PictureButton* button : {&form.Image3, &form.Image5}) {
     button->on_press = [button] { PressImage(*button); };
     button->on_release = [button] { ReleaseImage(*button); };
   }
   form.DTPicker1.covered_days = [this] { return StartDays(); };
-  form.DTPicker1.on_choice = guarded([this](DayChoice choice) {
+  form.DTPicker1.on_choice = guarded("Choosing the start date", [this](DayChoice choice) {
     if (const auto day = StartDay(StartDays(), choice, random_)) Window().DTPicker1.SetValue(*day);
   });
-  form.Image3.on_click = guarded([this] { StartRun(); });
-  form.ImgDonate.on_click = guarded([this] { OpenSupportPage(platform_); });
-  form.Image5.on_click = guarded([this] { Close(); });
+  form.Image3.on_click = guarded("Starting the run", [this] { StartRun(); });
+  form.ImgDonate.on_click =
+      guarded("Opening the support page", [this] { OpenSupportPage(platform_); });
+  form.Image5.on_click = guarded("Closing Velumar", [this] { Close(); });
 }
 
 // A step that fails is passed over, and the next one runs: whatever is wrong with the settings or

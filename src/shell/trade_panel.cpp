@@ -26,20 +26,27 @@ TradePanel::TradePanel(SimSession& session, Desktop& desktop, Platform& platform
 
 void TradePanel::BindEvents() {
   Form3& form = desktop_.Untouched().form3;
-  const auto guarded = [this](auto handler) { return Guarded(platform_.boxes, handler); };
-  form.on_load = guarded([this] { Load(); });
-  form.on_unload = guarded([this] { Unload(); });
-  form.on_close = form.Image5.on_click = guarded([this] { CloseAndReturn(); });
-  form.on_press = form.Image1.on_press = guarded([this] { DragWindow(Window()); });
-  form.HScrollx.on_change = guarded([this] { ApplyOpacity(Window(), Window().HScrollx); });
-  form.Combo2.on_double_click = guarded([this] { DelayConfirmed(); });
-  form.Combo2.on_key_up = guarded([this](int) { DelayConfirmed(); });
-  form.chkShowBigform.on_click = guarded([this] { BigNumbersToggled(); });
-  form.imgLong.on_click = guarded([this] { orders_.Long(); });
-  form.ImgShort.on_click = guarded([this] { orders_.Short(); });
-  form.imgOffsetLong.on_click = guarded([this] { orders_.OffsetLong(); });
-  form.ImgOffsetShort.on_click = guarded([this] { orders_.OffsetShort(); });
-  form.txtContractVol.on_leave = guarded([this] { QuantityLeft(); });
+  const auto guarded = [this](std::string_view task, auto handler) {
+    return Guarded(platform_.boxes, task, handler);
+  };
+  form.on_load = guarded("Opening the trade panel", [this] { Load(); });
+  form.on_unload = guarded("Closing the trade panel", [this] { Unload(); });
+  form.on_close = form.Image5.on_click =
+      guarded("Closing the trade panel", [this] { CloseAndReturn(); });
+  form.on_press = form.Image1.on_press =
+      guarded("Moving the trade panel", [this] { DragWindow(Window()); });
+  form.HScrollx.on_change =
+      guarded("Changing the opacity", [this] { ApplyOpacity(Window(), Window().HScrollx); });
+  form.Combo2.on_double_click = guarded("Changing the delay", [this] { DelayConfirmed(); });
+  form.Combo2.on_key_up = guarded("Changing the delay", [this](int) { DelayConfirmed(); });
+  form.chkShowBigform.on_click =
+      guarded("Showing the big numbers", [this] { BigNumbersToggled(); });
+  form.imgLong.on_click = guarded("The order Long", [this] { orders_.Long(); });
+  form.ImgShort.on_click = guarded("The order Short", [this] { orders_.Short(); });
+  form.imgOffsetLong.on_click = guarded("The order Offset Long", [this] { orders_.OffsetLong(); });
+  form.ImgOffsetShort.on_click =
+      guarded("The order Offset Short", [this] { orders_.OffsetShort(); });
+  form.txtContractVol.on_leave = guarded("Reading the quantity", [this] { QuantityLeft(); });
 }
 
 void TradePanel::Load() {

@@ -47,7 +47,7 @@ TEST_F(ScoreBoardTest, ListsTheAnswersLinesAsTheyCome) {
   Press();  // nobody answers now
   EXPECT_THAT(Web().asked, ElementsAre("scores.example:8080/zanno/getscore.php"));
   EXPECT_THAT(Board().List1.Lines(), IsEmpty());
-  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Failed: "));
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("The scores can't be read: "));
 }
 
 TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
@@ -61,49 +61,75 @@ TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
   EXPECT_EQ(Board().txtName.Text(), "A b&c=%?#");
   EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("line ends"));
   Board().txtScore.UserType("1000000");
-  Web().answers = {"whatever"};
+  Web().answers = {"Taken.", "1. A b\r\n2. C"};
   Board().btnSend.UserClick();
   EXPECT_EQ(Board().lblStatus.Text(), "Sent.");
+  EXPECT_THAT(Board().List1.Lines(), ElementsAre("1. A b", "2. C")) << "the list is read again";
   Board().txtName.UserKeyUp(13);
-  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Failed: there is no net here."));
-  EXPECT_THAT(Web().asked, ElementsAre(target, target));
-  EXPECT_THAT(Board().List1.Lines(), IsEmpty());
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Not sent: there is no net here."));
+  const std::string list = "scores.example:8080/zanno/getscore.php";
+  EXPECT_THAT(Web().asked, ElementsAre(target, list, target));
+  Web().answers = {"Not among the best.\r\nmore", "1. C"};
+  Board().btnSend.UserClick();
+  EXPECT_EQ(Board().lblStatus.Text(), "Sent. The service says: Not among the best.");
+  Web().answers = {"Taken."};
+  Board().btnSend.UserClick();
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Sent. The scores can't be read: "));
+  Web().asked.clear();
 
   for (std::string* date : {&all.session.CurrentDate, &all.session.StartDate}) {
     date->clear();
     Board().btnSend.UserClick();
     EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Nothing sent"));
   }
-  EXPECT_EQ(Web().asked.size(), 2);
+  EXPECT_THAT(Web().asked, IsEmpty());
+
+  Board().on_escape();
+  Press();
+  EXPECT_EQ(Board().txtName.Text(), "A b&c=%?#") << "the name is remembered";
 }
 
-TEST_F(ScoreBoardTest, SaysHowToSetAnAddressUntilThereIsOne) {
+TEST_F(ScoreBoardTest, TakesItsAddressFromTheWindowOrTheSettingsFile) {
   all.outside.settings.texts.clear();
   Press();
   EXPECT_TRUE(Board().lblHelp1.Visible());
-  EXPECT_EQ(Board().lblPlace.Text(), "settings");
   Board().btnSend.UserClick();
   EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Nothing sent"));
   EXPECT_THAT(Web().asked, IsEmpty());
-  all.outside.settings.texts["Score/Address"] = "http://a";
-  Open("x");
+
+  Board().txtAddress.UserType(" http://a ");
+  Web().answers = {"x"};
+  Board().txtAddress.UserKeyUp(13);
   EXPECT_FALSE(Board().lblHelp1.Visible());
+  EXPECT_THAT(Web().asked, ElementsAre("http://a/zanno/getscore.php"));
   EXPECT_THAT(Board().List1.Lines(), ElementsAre("x"));
+
+  all.outside.settings.texts["Score/Address"] = "http://file";
+  Board().txtAddress.UserType("http://b");
+  Board().Image5.UserClick();
+  Open("");
+  EXPECT_EQ(Board().txtAddress.Text(), "http://b") << "kept without Enter too";
+  Board().txtAddress.UserType("");
+  Board().txtAddress.UserLeave();
+  Board().Image5.UserClick();
+  Open("");
+  EXPECT_EQ(Board().txtAddress.Text(), "http://file");
 }
 
 // Clicks run while a request is on: a second one is passed over, closing gives the request up, and
 // an answer that comes for a window closed and opened again doesn't touch the new one.
 TEST_F(ScoreBoardTest, StaysAliveWhileItAsks) {
   Open("old");
-  Web().answers = {"taken"};
+  Web().answers = {"taken", "list"};
   Web().meanwhile = [this] {
+    Web().meanwhile = nullptr;
     EXPECT_EQ(Board().lblStatus.Text(), "Sending...");
     EXPECT_FALSE(Board().btnSend.Enabled());
     Board().txtName.UserKeyUp(13);
   };
   Board().btnSend.UserClick();
-  EXPECT_EQ(Web().asked.size(), 1);
-  EXPECT_EQ(Board().lblStatus.Text(), "Sent.");
+  EXPECT_EQ(Web().asked.size(), 2);
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Sent."));
   EXPECT_TRUE(Board().btnSend.Enabled());
 
   Web().meanwhile = [this] {

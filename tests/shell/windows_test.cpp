@@ -1,5 +1,6 @@
 #include <fstream>
 
+#include "shell/event_guard.h"
 #include "shell/window_shaping.h"
 #include "support/run_fixture.h"
 
@@ -20,6 +21,12 @@ struct StartedProgram {
   LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
   Program program;
 };
+
+TEST(EventGuard, ABoxNamesWhatFailedAndWhy) {
+  RecordingBoxes boxes;
+  Guarded(boxes, "Starting the run", [](int) { throw std::runtime_error("no room"); })(1);
+  EXPECT_EQ(boxes.shown, std::vector<std::string>{"Starting the run failed.\nno room"});
+}
 
 TEST_F(WindowsTest, FirstStartOfAll) {
   all->program.Start();
@@ -58,7 +65,8 @@ TEST_F(WindowsTest, SettingsComeBackInTheNextProcess) {
   all->desktop.Unload(all->Navigator());
   all->Setup().Image5.UserClick();
   EXPECT_TRUE(all->outside.programs.ended);
-  EXPECT_EQ(all->outside.boxes.shown, (std::vector<std::string>{"Bad Key Name", "Bad Key Name"}))
+  EXPECT_THAT(all->outside.boxes.shown, testing::ElementsAre(testing::HasSubstr("DataPath"),
+                                                             testing::HasSubstr("OpenFileData")))
       << "no chart program has ever been here";
   Reopen();
   all->program.Start();
