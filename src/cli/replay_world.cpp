@@ -1,11 +1,9 @@
 #include "cli/replay_world.h"
 
-#include <filesystem>
 #include <stdexcept>
 #include <utility>
 
 #include "base/dates.h"
-#include "base/paths.h"
 #include "base/text.h"
 #include "cli/date_pattern.h"
 #include "marketdata/index_cache.h"
@@ -14,8 +12,6 @@
 #include "session/store_folder.h"
 
 namespace velumar {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -29,9 +25,6 @@ void RequireData(const std::string& directory, IndexCache& cache) {
 void RequireStore(const ReplayArguments& arguments) {
   const std::string store =
       arguments.store.empty() ? arguments.directory + "\\Simulate" : arguments.store;
-  if (!arguments.store.empty()) {
-    fs::create_directories(fs::absolute(NativePath(store)).parent_path());
-  }
   const StoreFolder claimed(store, arguments.directory);
 }
 

@@ -36,7 +36,8 @@ std::string Quoted(const fs::path& path) { return "\"" + PathText(path) + "\""; 
 }
 
 [[noreturn]] void RefuseUnusable(const fs::path& store, const std::string& why) {
-  throw StoreError("The working store " + Quoted(store) + " can't be used: " + why);
+  throw StoreError("The working store " + Quoted(store) + " can't be used: " + why +
+                   ". A run needs to write there.");
 }
 
 // Without a closing separator, which would lead through a link.
@@ -109,6 +110,12 @@ void RequireOurs(const fs::path& store) {
   Refuse(store, "it holds " + Holding(store) + " that no run has put there", kMoveIt);
 }
 
+// A data directory that has gone, perhaps with its disk, is not made anew.
+void Make(const fs::path& store, const fs::path& data) {
+  if (store.parent_path() != data) fs::create_directories(store.parent_path());
+  fs::create_directory(store);
+}
+
 // Changes nothing but to make a missing folder.
 fs::path Checked(std::string_view store_text, std::string_view data) {
   const fs::path store = FolderPath(store_text);
@@ -116,9 +123,9 @@ fs::path Checked(std::string_view store_text, std::string_view data) {
     RequireNoLink(store);
     RequirePlace(store, FolderPath(data));
     RequireOurs(store);
-    fs::create_directory(store);
+    Make(store, FolderPath(data));
   } catch (const fs::filesystem_error& error) {
-    RefuseUnusable(store, error.code().message() + ".");
+    RefuseUnusable(store, error.code().message());
   }
   return store;
 }
@@ -141,7 +148,7 @@ DirectoryLock Held(const fs::path& store) {
     const std::string contents = std::string(kMarkText) + ThisProgram() + "\n";
     if (lock) lock->Write(std::as_bytes(std::span(contents)));
   } catch (const MetaLibError& error) {
-    RefuseUnusable(store, std::string(error.what()) + ".");
+    RefuseUnusable(store, error.what());
   }
   if (lock) return std::move(*lock);
   throw StoreError("The working store " + Quoted(store) + " is in use by " +
@@ -191,7 +198,7 @@ void StoreFolder::Clear() const {
       if (error && IsSeriesFile(UpperCased(name))) left = name + ": " + error.message();
     }
   } catch (const fs::filesystem_error& error) {
-    RefuseUnusable(path_, error.code().message() + ".");
+    RefuseUnusable(path_, error.code().message());
   }
   if (left.empty()) return;
   throw StoreError("The working store " + Quoted(path_) +

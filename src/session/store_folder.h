@@ -23,7 +23,7 @@ class StoreFolder {
  public:
   static constexpr std::string_view kMark = ".velumar-store";
 
-  // Makes a missing folder (one level), marks and locks it. Throws StoreError, and has changed
+  // Makes a missing folder, marks and locks it. Throws StoreError, and has changed
   // nothing, unless the folder is empty, has the mark or is a store of an earlier version. Refused
   // as well: a link, the folder `data` itself, one that contains it or lies deeper inside it than
   // one level, and a store that another program's run holds.

@@ -74,6 +74,25 @@ TEST(Program, TakesADirectoryNamedLikeACommand) {
   std::filesystem::current_path(here);
 }
 
+// A store that is refused before the run is an error, not a box that nobody sees.
+TEST(Program, ReplaysIntoNoFolderOfTheUsers) {
+  Sandbox box;
+  const auto csv = box.File("MINE_D.csv", "date,open,high,low,close\n20200102,1,1,1,1\n");
+  box.Run({"import", csv, box.At("data")});
+  box.File("data/Simulate/F1.DAT", "mine");
+  const std::vector<std::string> replay = {"replay", box.At("data"), "MINE", "D", "20200102"};
+  const auto before = box.Files();
+  for (const std::string store : {"", "data", "data/Simulate"}) {
+    std::vector<std::string> line = replay;
+    if (!store.empty()) line.insert(line.end(), {"--store", box.At(store)});
+    const auto answer = box.Run(line);
+    EXPECT_EQ(answer.code, 1) << store;
+    EXPECT_EQ(answer.out, "") << store;
+    EXPECT_THAT(answer.err, testing::HasSubstr("can't be the working store")) << store;
+    EXPECT_EQ(box.Files(), before) << store;
+  }
+}
+
 // Bytes of real files changed at random: any answer will do, as long as there is one.
 TEST(Program, SurvivesDamagedDirectories) {
   Sandbox box;

@@ -115,6 +115,7 @@ TEST_F(StoreFolderTest, RefusesWhatIsNotAStoreAndTouchesNothing) {
        [&] { Write(scratch.Path() / StoreFolder::kMark, ""); }, "contains the market"},
       {"deep below the data", store + "/deeper", [&] { fs::create_directories(at / "deeper"); },
        "deep inside"},
+      {"deep below the data and missing", store + "/deeper", [] {}, "deep inside"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -153,7 +154,10 @@ TEST_F(StoreFolderTest, TakesWhatIsItsOwn) {
   }
   fs::remove(fs::path(data) / "MASTER.BAK");
   EXPECT_EQ(Refusal(scratch.Sub("apart")), "");
-  EXPECT_THAT(Refusal(scratch.Sub("no/such")), testing::HasSubstr("No such file"));
+  EXPECT_EQ(Refusal(scratch.Sub("two/levels")), "");
+  fs::remove_all(data);
+  EXPECT_THAT(Refusal(store), testing::HasSubstr("No such file"));
+  EXPECT_FALSE(fs::exists(data));
 }
 
 TEST_F(StoreFolderTest, FollowsNoLinkInside) {
