@@ -4,6 +4,7 @@
 #include <map>
 #include <string_view>
 
+#include "base/paths.h"
 #include "resultchart/run_points.h"
 #include "results/figure_texts.h"
 #include "results/result_figures.h"
@@ -83,7 +84,10 @@ Report ReadReport(LedgerConnection& connection, int run) {
   const Texts figures = FigureTexts(connection, run);
   Report report;
   report.title = Title(figures, record.began);
-  if (record.began) report.subtitle = record.began->directory;
+  // Typed with either separator, or both.
+  if (record.began) {
+    report.subtitle = PathText(NativePath(record.began->directory).lexically_normal());
+  }
   report.run = RunLines(figures, record, run);
   report.figures = FigureLines(figures);
   for (const Statistic& statistic : RunStatistics(account)) {

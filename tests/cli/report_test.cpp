@@ -16,7 +16,7 @@ std::string LedgerOf(const Sandbox& box, int orders, const std::string& symbol) 
   const std::string file = box.At(std::to_string(orders) + ".mdb");
   LedgerConnection ledger([](std::string_view date) { return std::string(date); });
   LedgerOpen(ledger, file);
-  LedgerBeginRun(ledger, {"/data", symbol, "D", "20070110", "0", "futures", 1e9, 5e4, 1000});
+  LedgerBeginRun(ledger, {"/data/\\", symbol, "D", "20070110", "0", "futures", 1e9, 5e4, 1000});
   for (int i = 1; i <= orders; ++i) {
     std::vector<LedgerValue> row(22, LedgerValue(0.0));
     row[1] = symbol;
@@ -76,6 +76,8 @@ TEST(Report, HoldsEveryOrderOnceOnPagesWithHeadings) {
     const std::vector<std::string> texts = Pages(out);
     ASSERT_EQ(texts.size(), pages);
     EXPECT_THAT(texts[0], HasSubstr("Practice run: " + symbol + ", daily bars"));
+    EXPECT_THAT(texts[0], HasSubstr("/data/"));
+    EXPECT_THAT(texts[0], Not(HasSubstr("\\")));
     EXPECT_THAT(texts[0], HasSubstr("No closed trades yet"));
     EXPECT_THAT(texts[0], HasSubstr("Hindsight"));
     std::string all;
