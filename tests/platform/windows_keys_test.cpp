@@ -101,6 +101,36 @@ class WindowsKeysTest : public ::testing::Test {
   WindowsKeySender keys{kHost};
 };
 
+// A person's keys, which are not marked as ours.
+void TypeLetters(int count) {
+  for (int i = 0; i < count; ++i) {
+    std::array<INPUT, 2> inputs{};
+    for (INPUT& input : inputs) {
+      input.type = INPUT_KEYBOARD;
+      input.ki.wVk = 'L';
+      input.ki.wScan = static_cast<WORD>(::MapVirtualKeyW('L', MAPVK_VK_TO_VSC));
+    }
+    inputs[1].ki.dwFlags = KEYEVENTF_KEYUP;
+    ::SendInput(2, inputs.data(), sizeof(INPUT));
+    std::this_thread::sleep_for(20ms);
+  }
+}
+
+TEST_F(WindowsKeysTest, ATraderWhoTypesElsewhereLosesNoKeyToARefresh) {
+  constexpr int kLetters = 40;
+  TypingWindow host(kHost);
+  TypingWindow other("VelumarTestOther");
+  ASSERT_TRUE(windows.BringToFront("VelumarTestOther"));
+  std::jthread person([] { TypeLetters(kLetters); });
+  for (int refresh = 0; refresh < 3; ++refresh) {
+    EXPECT_EQ(keys.SendBehind("^{TAB}"), KeyOutcome::kTakenIn);
+    EXPECT_EQ(::GetForegroundWindow(), other.Window());
+  }
+  person.join();
+  EXPECT_EQ(TakenInTime(other, kLetters), std::string(kLetters, 'l'));
+  EXPECT_EQ(host.Taken(), "<ctrl tab><ctrl tab><ctrl tab>");
+}
+
 TEST_F(WindowsKeysTest, AWindowComesToTheFrontByItsTitle) {
   TypingWindow host(std::string(kHost) + " - [Alpha]");
   TypingWindow other("VelumarTestOther");

@@ -20,9 +20,9 @@ void TakeFocus(HWND window);
 // Waits until the condition holds, that long at most, and returns whether it does.
 template <typename Condition>
 bool ComesAbout(std::chrono::milliseconds patience, Condition condition) {
-  constexpr std::chrono::milliseconds kLook{5};
+  constexpr std::chrono::milliseconds kPause{5};
   const auto end = std::chrono::steady_clock::now() + patience;
-  while (!condition() && std::chrono::steady_clock::now() < end) WaitServingOthers(kLook);
+  while (!condition() && std::chrono::steady_clock::now() < end) WaitServingOthers(kPause);
   return condition();
 }
 
