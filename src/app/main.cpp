@@ -75,7 +75,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   LedgerConnection ledger([&locale](std::string_view iso_date) {
     return IsoDateText(iso_date, locale.ShortDatePattern());
   });
-  QtSaveDialog files;
+  QtSaveDialog files(*ends.settings);
   QtColourDialog colours;
   QtClipboard clipboard;
   QtPrinters printers(ledger);

@@ -6,13 +6,18 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QStandardPaths>
+#include <utility>
 
 #include "app/qt_message_boxes.h"
 #include "app/theme.h"
+#include "base/ignoring.h"
 
 namespace velumar {
 
 namespace {
+
+constexpr std::string_view kSaveFolder = "SaveFolder";
 
 // In front of windows that stay on top, which the dialogs of the desktops can't be.
 template <typename Dialog>
@@ -52,21 +57,38 @@ std::string QtFolderDialog::BrowseForFolder(std::string_view prompt) {
   return QDir::toNativeSeparators(dialog.selectedFiles().constFirst()).toStdString();
 }
 
-std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>& forms) {
-  QFileDialog dialog(nullptr, QStringLiteral("Save As"));
+QString QtSaveDialog::Folder() const {
+  const QString kept = QString::fromStdString(settings_.Read(kSaveFolder).value_or(""));
+  for (const QString& folder : {folder_, kept}) {
+    if (!folder.isEmpty() && QFileInfo(folder).isDir()) return folder;
+  }
+  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+void QtSaveDialog::KeepFolderOf(const QString& file) {
+  const QString folder = QFileInfo(file).absolutePath();
+  if (folder == std::exchange(folder_, folder)) return;
+  IgnoringErrors([&] { settings_.Save(kSaveFolder, folder.toStdString()); });
+}
+
+std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>& forms,
+                                                    std::string_view suggestion) {
+  QFileDialog dialog(nullptr, QStringLiteral("Save As"), Folder());
   KeepInFront(dialog);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   QStringList filters;
   for (const FileForm& form : forms) filters.append(QString::fromStdString(form.title));
   dialog.setNameFilters(filters);
   dialog.setDefaultSuffix(QString::fromStdString(forms.front().ending));
+  dialog.selectFile(QString::fromUtf8(suggestion));
   QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
                    [&dialog](const QString& chosen) { dialog.setDefaultSuffix(EndingOf(chosen)); });
   while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
     const QString typed = dialog.selectedFiles().constFirst();
     const QString file = WithEnding(typed, forms, EndingOf(dialog.selectedNameFilter()));
-    if (file == typed || !QFileInfo::exists(file) || MayBeLost(file))
-      return QDir::toNativeSeparators(file).toStdString();
+    if (file != typed && QFileInfo::exists(file) && !MayBeLost(file)) continue;
+    KeepFolderOf(file);
+    return QDir::toNativeSeparators(file).toStdString();
   }
   return std::nullopt;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include "platform/services.h"
 
 namespace velumar {
@@ -9,9 +11,19 @@ class QtFolderDialog : public FolderDialog {
   std::string BrowseForFolder(std::string_view prompt) override;
 };
 
+// Keeps the folder of the last file in the settings, as "SaveFolder".
 class QtSaveDialog : public SaveDialog {
  public:
-  std::optional<std::string> ChooseFile(const std::vector<FileForm>& forms) override;
+  explicit QtSaveDialog(SettingsStore& settings) : settings_(settings) {}
+  std::optional<std::string> ChooseFile(const std::vector<FileForm>& forms,
+                                        std::string_view suggestion) override;
+
+ private:
+  QString Folder() const;
+  void KeepFolderOf(const QString& file);
+
+  SettingsStore& settings_;
+  QString folder_;  // of the last file, even if the settings can't be saved
 };
 
 class QtColourDialog : public ColourDialog {

@@ -29,8 +29,11 @@ void Dress(QMessageBox& box) {
 }  // namespace
 
 void QtMessageBoxes::Show(std::string_view text, BoxIcon icon) {
-  QMessageBox box(QtIcon(icon), QStringLiteral("Velumar"), QString::fromUtf8(text),
-                  QMessageBox::Ok);
+  ShowTitled("Velumar", text, icon);
+}
+
+void QtMessageBoxes::ShowTitled(std::string_view title, std::string_view text, BoxIcon icon) {
+  QMessageBox box(QtIcon(icon), QString::fromUtf8(title), QString::fromUtf8(text), QMessageBox::Ok);
   Dress(box);
   box.exec();
 }

@@ -12,6 +12,9 @@ namespace velumar {
 class PrintedMessageBoxes : public MessageBoxes {
  public:
   void Show(std::string_view text, BoxIcon icon) override;
+  void ShowTitled(std::string_view, std::string_view text, BoxIcon icon) override {
+    Show(text, icon);
+  }
   std::size_t Ask(std::string_view text, const std::vector<std::string>& answers) override;
 };
 

@@ -16,6 +16,8 @@ class MessageBoxes {
   virtual ~MessageBoxes() = default;
   // A box with an OK button; the call returns when it was answered.
   virtual void Show(std::string_view text, BoxIcon icon) = 0;
+  // The same under a title other than the program's name.
+  virtual void ShowTitled(std::string_view title, std::string_view text, BoxIcon icon) = 0;
   // A box with a button for each answer; the index of the one that was clicked. The last is the one
   // that does least: closing the box means it.
   virtual std::size_t Ask(std::string_view text, const std::vector<std::string>& answers) = 0;
@@ -37,9 +39,11 @@ struct FileForm {
 class SaveDialog {
  public:
   virtual ~SaveDialog() = default;
-  // The chosen file, with the ending of the chosen form where none was typed; nothing on cancel. A
-  // file that exists is only chosen when the user agreed to lose it.
-  virtual std::optional<std::string> ChooseFile(const std::vector<FileForm>& forms) = 0;
+  // Opens in the folder of the last file and suggests a name, which has no ending. Returns the
+  // chosen file, with the ending of the chosen form if none was typed; nothing on cancel. A file
+  // that exists is only chosen if the user agreed to lose it.
+  virtual std::optional<std::string> ChooseFile(const std::vector<FileForm>& forms,
+                                                std::string_view suggestion) = 0;
 };
 
 class ColourDialog {

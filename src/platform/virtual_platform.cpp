@@ -67,12 +67,19 @@ std::string ScriptedFolders::BrowseForFolder(std::string_view) {
   return answer;
 }
 
-std::optional<std::string> ScriptedFiles::ChooseFile(const std::vector<FileForm>& forms) {
+std::optional<std::string> ScriptedFiles::ChooseFile(const std::vector<FileForm>& forms,
+                                                     std::string_view suggestion) {
   offered = forms;
+  suggested = suggestion;
   if (answers.empty()) return std::nullopt;
   std::string file = std::move(answers.front());
   answers.erase(answers.begin());
   return file;
+}
+
+std::optional<std::uint32_t> ScriptedColours::ChooseColour(std::uint32_t) {
+  if (!failure.empty()) throw std::runtime_error(failure);
+  return answer;
 }
 
 std::optional<std::string> MemorySettings::Read(std::string_view key) const {

@@ -46,6 +46,9 @@ class RecordingChart : public ChartWindows, public KeySender {
 class RecordingBoxes : public MessageBoxes {
  public:
   void Show(std::string_view text, BoxIcon) override { shown.emplace_back(text); }
+  void ShowTitled(std::string_view title, std::string_view text, BoxIcon) override {
+    shown.emplace_back(std::string(title) + ": " + std::string(text));
+  }
   std::size_t Ask(std::string_view text, const std::vector<std::string>& offered) override;
   std::vector<std::string> shown;
   std::vector<std::size_t> answers;
@@ -62,15 +65,18 @@ class ScriptedFolders : public FolderDialog {
 // Gives the files in turn; when none is left, the dialogs count as cancelled.
 class ScriptedFiles : public SaveDialog {
  public:
-  std::optional<std::string> ChooseFile(const std::vector<FileForm>& forms) override;
+  std::optional<std::string> ChooseFile(const std::vector<FileForm>& forms,
+                                        std::string_view suggestion) override;
   std::vector<std::string> answers;
+  std::string suggested;          // at the last time
   std::vector<FileForm> offered;  // at the last time
 };
 
 class ScriptedColours : public ColourDialog {
  public:
-  std::optional<std::uint32_t> ChooseColour(std::uint32_t) override { return answer; }
+  std::optional<std::uint32_t> ChooseColour(std::uint32_t) override;
   std::optional<std::uint32_t> answer;
+  std::string failure;  // why there is no dialog
 };
 
 class MemoryClipboard : public Clipboard {

@@ -131,7 +131,7 @@ void AccountSheets::Copy() {
 }
 
 void AccountSheets::ExportOrders() {
-  const auto file = platform_.files.ChooseFile({{"Orders (*.csv)", "csv"}});
+  const auto file = platform_.files.ChooseFile({{"Orders (*.csv)", "csv"}}, "Orders");
   if (!file || file->empty()) return;
   ReplaceWholeFile(NativePath(*file), OrdersCsv(*orders_), FileAccess::kUsual);
 }

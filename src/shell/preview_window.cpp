@@ -108,7 +108,8 @@ void PreviewWindow::Print() {
                .copies = preview_->NoOfCopies(),
                .pdf_file = {}};
   if (!platform_.printers.Any()) {
-    const auto file = platform_.files.ChooseFile({{"No printer: save the page (*.pdf)", "pdf"}});
+    const auto file =
+        platform_.files.ChooseFile({{"No printer: save the page (*.pdf)", "pdf"}}, "Portfolio");
     if (!file || file->empty()) return;
     job.pdf_file = *file;
   }

@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cmath>
 #include <optional>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -192,7 +193,7 @@ void ResultWindow::SaveChartAs() {
   for (const std::string& ending : Window().MSChart1.endings) {
     forms.push_back({FormTitle(ending), ending});
   }
-  const std::optional<std::string> file = platform_.files.ChooseFile(forms);
+  const std::optional<std::string> file = platform_.files.ChooseFile(forms, "Portfolio");
   if (!file) return platform_.boxes.Show("Cancelled: nothing was saved.", BoxIcon::kNone);
   if (file->empty()) return;
   Window().MSChart1.SaveTo(*file);
@@ -209,7 +210,16 @@ void ResultWindow::OpenPreview() {
 
 void ResultWindow::ChooseColour() {
   Swatch& swatch = Window().picCommonDialog;
-  const auto colour = platform_.colours.ChooseColour(swatch.ForeColour());
+  std::optional<std::uint32_t> colour;
+  try {
+    colour = platform_.colours.ChooseColour(swatch.ForeColour());
+  } catch (const std::exception& error) {
+    const auto* numbered = dynamic_cast<const std::system_error*>(&error);
+    const int number = numbered == nullptr ? 0 : numbered->code().value();
+    platform_.boxes.ShowTitled(
+        "Error", "Error " + std::to_string(number) + " selecting color.\r" + error.what(),
+        BoxIcon::kExclamation);
+  }
   if (!colour) return;
   swatch.SetForeColour(*colour);
   ApplySeriesColour();
@@ -249,10 +259,13 @@ void ResultWindow::PrintReport() {
   if (answer == kCancel) return;
   std::string file;
   if (answer == kSave) {
-    file = platform_.files.ChooseFile({{"Report (*.pdf)", "pdf"}}).value_or("");
+    file = platform_.files.ChooseFile({{"Report (*.pdf)", "pdf"}}, "Report").value_or("");
     if (file.empty()) return;
   }
   platform_.printers.PrintReport(RunToRead(ledger_, run_), file);
+  if (!file.empty()) {
+    platform_.boxes.Show("The report was saved as " + file + ".", BoxIcon::kInformation);
+  }
 }
 
 }  // namespace velumar

@@ -180,6 +180,9 @@ TEST_F(ResultWindowTest, TheRunThatWasNowInTheLedgerStaysTheSameOne) {
   all.outside.files.answers = {"/tmp/r.pdf"};
   form.Toolbar1.UserButton(FrmResult::kReport);
   EXPECT_THAT(all.outside.printers.printed, ElementsAre("2:/tmp/r.pdf"));
+  EXPECT_EQ(all.outside.files.suggested, "Report");
+  EXPECT_THAT(Boxes(), ElementsAre("The report was saved as /tmp/r.pdf."));
+  Boxes().clear();
   form.Toolbar1.UserButton(FrmResult::kClose);
   Open();
   EXPECT_EQ(form.lblPortfolio.Text(), "500");
@@ -212,6 +215,13 @@ TEST_F(ResultWindowTest, SavesPrintsAndNotesProfiles) {
 
   form.lnkScore.UserClick();
   EXPECT_TRUE(all.windows.frmScore.Visible());
+}
+
+TEST_F(ResultWindowTest, SaysWhyNoColourCanBeChosen) {
+  Open();
+  all.outside.colours.failure = "no dialog";
+  form.picCommonDialog.UserClick();
+  EXPECT_THAT(Boxes(), ElementsAre("Error: Error 0 selecting color.\rno dialog"));
 }
 
 TEST_F(ResultWindowTest, ThePreviewWorksOnTheChartItself) {
