@@ -2,6 +2,7 @@
 
 #include "base/dates.h"
 #include "base/number_text.h"
+#include "marketdata/interval.h"
 
 namespace velumar {
 
@@ -45,8 +46,8 @@ std::vector<LedgerValue> LedgerRow(const SimSession& session, const Side& side,
   const std::vector<LedgerValue> own = SideValues(session, side, offset);
   const bool is_long = side.gains_on_rise;
   std::vector<LedgerValue> row{1.0,
-                               session.Symbol,
-                               IntervalValue(session.SymbolInterval),
+                               session.Run.symbol,
+                               IntervalValue(IntervalToMatch(session.Run.interval)),
                                IsoDate(session),
                                RowTime(session),
                                RowPrice(session),

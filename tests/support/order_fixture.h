@@ -17,7 +17,8 @@ class OrderFixture : public testing::Test {
   OrderFixture() {
     LedgerOpen(ledger, ":memory:");
     session.Symbol = session.Run.symbol = "ABC";
-    session.SymbolInterval = "-1";
+    session.Run.interval = "D";
+    desktop.form1().cbxPeriod.SetText("D");
     AddBar(100);
   }
 

@@ -180,7 +180,7 @@ TEST_F(OrdersTest, OrdersWithoutEffectSayWhy) {
   expect(&OrderDesk::Short, "0.0", OrderResult::kDone, "the quantity is 0: nothing was opened");
   session.Symbol = "XYZ";
   expect(&OrderDesk::Long, "1", OrderResult::kInvalid,
-         "The bars are of ABC (), not of XYZ (): press Start in the setup window");
+         "The bars are of ABC (D), not of XYZ (D): press Start in the setup window");
   session.Symbol = "ABC";
   session.BarIndex = -1;
   expect(&OrderDesk::Long, "1", OrderResult::kInvalid, "No current bar");
