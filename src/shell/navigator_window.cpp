@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::string_view kOpacityKey = "ControlPannelTransparent";
 constexpr std::int16_t kAfterFastStepMs = 5;
+constexpr std::string_view kOneChart = "1";
 constexpr int kMostCharts = 20;
 
 std::string FastStepTip(std::string_view word, std::string_view key) {
@@ -71,7 +72,8 @@ void NavigatorWindow::Load() {
   LoadOpacity(form, form.HScrollx, platform_.settings, kOpacityKey);
   form.Image6.SetToolTip(FastStepTip("Previous ", "PageUp"));
   form.Image7.SetToolTip(FastStepTip("Next ", "PageDown"));
-  chart_count_ = form.txtRefresh.Text();
+  chart_count_ = kOneChart;
+  ChartCountTyped();
   session_.NavTop = platform_.settings.Read("NavTop").value_or("0");
   session_.NavLeft = platform_.settings.Read("NavLeft").value_or("0");
   IgnoringErrors([this] { Place(); });
