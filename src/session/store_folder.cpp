@@ -90,12 +90,13 @@ void RequirePlace(const fs::path& store, const fs::path& data) {
            "Choose another market data directory.");
   }
   if (below > 1) {
-    Refuse(store, "it lies deep inside the market data directory " + Quoted(data),
-           "Choose a folder directly inside that directory, or outside it.");
+    Refuse(
+        store, "it lies deep inside the market data directory " + Quoted(data),
+        "Restart Velumar with that directory, or choose a store directly inside it or outside it.");
   }
   if (LevelsBelow(data, store) > 0) {
     Refuse(store, "it contains the market data directory " + Quoted(data),
-           "Choose another folder.");
+           "Choose another market data directory or another store.");
   }
 }
 
@@ -184,6 +185,8 @@ void CopyFresh(const fs::path& from, const fs::path& to) {
 
 StoreFolder::StoreFolder(std::string_view store, std::string_view data)
     : path_(Checked(store, data)), data_(FolderPath(data)), lock_(Held(path_)) {}
+
+void StoreFolder::Require(std::string_view store, std::string_view data) { Checked(store, data); }
 
 void StoreFolder::Clear() const {
   std::string left;

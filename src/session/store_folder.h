@@ -28,6 +28,8 @@ class StoreFolder {
   // as well: a link, the folder `data` itself, one that contains it or lies deeper inside it than
   // one level, and a store that another program's run holds.
   StoreFolder(std::string_view store, std::string_view data);
+  // Throws what the constructor would, but for a store that is held: it may be by ourselves.
+  static void Require(std::string_view store, std::string_view data);
 
   // Deletes the files whose name doesn't begin with a point. Subfolders stay, and of links only the
   // link goes. Goes on if a file can't be deleted; throws StoreError if series files are left,

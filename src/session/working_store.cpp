@@ -41,8 +41,12 @@ std::string LibraryErrorText(const MetaLibError& error) {
 }
 
 bool WorkingStore::Claim() {
-  folder_.reset();
-  return Reported([this] { folder_.emplace(session_.SimDir, session_.DataDir); });
+  return Reported([this] {
+    // A refused folder leaves the hold to the run before, whose feed may still go on.
+    StoreFolder::Require(session_.SimDir, session_.DataDir);
+    folder_.reset();
+    folder_.emplace(session_.SimDir, session_.DataDir);
+  });
 }
 
 bool WorkingStore::Refill() {
@@ -64,8 +68,11 @@ bool WorkingStore::Reported(const std::function<void()>& step) {
     return true;
   } catch (const MetaLibError& error) {
     platform_.boxes.Show(LibraryErrorText(error), BoxIcon::kExclamation);
-  } catch (const std::exception& error) {
+  } catch (const StoreError& error) {
     platform_.boxes.Show(error.what(), BoxIcon::kExclamation);
+  } catch (const std::exception& error) {
+    platform_.boxes.Show("The working store can't be filled.\n" + std::string(error.what()),
+                         BoxIcon::kExclamation);
   }
   return false;
 }

@@ -215,6 +215,14 @@ TEST_F(StoreFolderTest, OneProgramHoldsItUntilItDies) {
   EXPECT_EQ(Refusal(store), "");
 }
 
+TEST_F(StoreFolderTest, ARefusedClaimKeepsTheHoldOfTheRunBefore) {
+  Choose("ABC", "D");
+  ASSERT_TRUE(working_store.Claim());
+  session.DataDir = store;
+  EXPECT_FALSE(working_store.Claim());
+  EXPECT_THAT(Refusal(store), testing::HasSubstr("in use by"));
+}
+
 TEST_F(StoreFolderTest, AMarkThatIsAPipeIsNotWaitedFor) {
   fs::create_directory(at);
   ASSERT_EQ(mkfifo((at / StoreFolder::kMark).c_str(), 0600), 0);
