@@ -195,18 +195,6 @@ void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run) {
   transaction.Commit();
 }
 
-void LedgerDescribeRun(LedgerConnection& connection, const LedgerRun& run) {
-  std::string changes;
-  for (const std::string& column : RunColumns()) {
-    changes += (changes.empty() ? "" : ", ") + column + " = ?";
-  }
-  SqliteStatement update =
-      connection.ForWriting().Prepare("UPDATE Runs SET " + changes + " WHERE Id = " + kCurrentRun);
-  int place = 0;
-  for (const LedgerValue& value : RunValues(run)) update.Bind(++place, value);
-  update.Step();
-}
-
 void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
                      const LedgerDetail& detail) {
   SqliteStatement insert = connection.ForWriting().Prepare(

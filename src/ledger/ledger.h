@@ -127,8 +127,6 @@ void LedgerDeleteAll(LedgerConnection& connection, std::string_view table);
 // Begins a run: MyPortfolio is emptied as above, and the rows from here on belong to the run. All
 // of it happens or nothing.
 void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run);
-// Puts what is known by now in place of what it began with.
-void LedgerDescribeRun(LedgerConnection& connection, const LedgerRun& run);
 // Notes a wiped holding behind the newest row; the detail's quantity is the one asked for.
 void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
                      const LedgerDetail& detail);

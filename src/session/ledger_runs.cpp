@@ -5,12 +5,16 @@
 namespace velumar {
 
 bool LedgerRuns::Begin() {
-  return Guarded(LedgerBeginRun,
-                 "No run was begun, and the ledger of the last one stays as it was.");
-}
-
-void LedgerRuns::NoteSeries() {
-  Guarded(LedgerDescribeRun, "The ledger doesn't tell from which bar on this run goes.");
+  if (!ledger_.CanWrite()) return true;
+  try {
+    LedgerBeginRun(ledger_, Described());
+    return true;
+  } catch (const LedgerError& error) {
+    boxes_.Show("No run was begun, and the ledger of the last one stays as it was.\n" +
+                    std::string(error.what()),
+                BoxIcon::kExclamation);
+    return false;
+  }
 }
 
 LedgerRun LedgerRuns::Described() const {
@@ -29,18 +33,6 @@ LedgerRun LedgerRuns::Described() const {
     run.start_time = std::to_string(session_.BarTime[bar]);
   }
   return run;
-}
-
-bool LedgerRuns::Guarded(void (*change)(LedgerConnection&, const LedgerRun&),
-                         std::string_view problem) {
-  if (!ledger_.CanWrite()) return true;
-  try {
-    change(ledger_, Described());
-    return true;
-  } catch (const LedgerError& error) {
-    boxes_.Show(std::string(problem) + "\n" + error.what(), BoxIcon::kExclamation);
-    return false;
-  }
 }
 
 }  // namespace velumar

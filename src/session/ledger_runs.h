@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string_view>
-
 #include "ledger/ledger.h"
 #include "platform/services.h"
 #include "session/sim_session.h"
@@ -18,13 +16,9 @@ class LedgerRuns {
   // Moves the rows of the run before to the archive and begins a new one. False, behind a box, when
   // the ledger can't: orders of a new run would join the rows of the old one.
   bool Begin();
-  // Notes what is known once the series is loaded.
-  void NoteSeries();
 
  private:
   LedgerRun Described() const;
-  // False when the change failed and a box said so.
-  bool Guarded(void (*change)(LedgerConnection&, const LedgerRun&), std::string_view problem);
 
   SimSession& session_;
   MessageBoxes& boxes_;

@@ -20,10 +20,20 @@ RunControl::RunControl(SimSession& session, Desktop& desktop, Platform& platform
       store_(session, desktop, platform, cache),
       stepper_(session, cache) {}
 
+bool RunControl::ClaimStore() {
+  if (!RequireSymbol()) return false;
+  const Form1& setup = desktop_.form1();
+  next_ = {session_.DataDir, NormalisedSymbol(session_.Symbol), setup.cbxPeriod.Text(),
+           setup.DTPicker1.Value()};
+  if (!store_.Claim()) return false;
+  LockSetup();
+  return true;
+}
+
 bool RunControl::BeginRun(const Form& window) {
-  if (session_.Preparing || !RequireSymbol()) return true;
+  if (session_.Preparing) return true;
   const bool from_setup = &window == &desktop_.form1();
-  if (!from_setup && !RequireLoadedSeries()) return true;
+  if (!from_setup && (!RequireSymbol() || !RequireLoadedSeries())) return true;
   const RunNumber run = ++newest_run_;
   feeding_ = false;
   if (from_setup) {
@@ -53,18 +63,15 @@ bool RunControl::RequireLoadedSeries() {
 // No other run begins in the waits and boxes of a preparation, and whatever fails in it leaves
 // nothing in memory that could be fed or dealt in.
 bool RunControl::PrepareRun() {
-  const Form1& setup = desktop_.form1();
   const PreparingScope preparing(session_);
   session_.ForgetBars();
-  session_.Run = {session_.DataDir, NormalisedSymbol(session_.Symbol), setup.cbxPeriod.Text(),
-                  setup.DTPicker1.Value()};
+  session_.Run = next_;
   session_.StopRequested = 0;
   try {
-    if (ledger_.Begin() && PrepareChartAndStore()) return true;
-  } catch (const MetaLibError& error) {
-    ShowLibraryError(error);
+    // The rows of the run before stay in place until there is a run to follow it.
+    if (PrepareChartAndStore() && ledger_.Begin()) return true;
   } catch (const std::exception& error) {
-    platform_.boxes.Show(error.what(), BoxIcon::kExclamation);
+    ShowFailure("The run was not started.", error);
   }
   session_.ForgetBars();
   session_.StopRequested = -1;
@@ -109,13 +116,7 @@ void RunControl::ShowRunning() {
                           &navigator.Image6, &navigator.Image7}) {
     button->SetVisible(true);
   }
-  Form1& setup = desktop_.form1();
-  setup.Text3.SetEnabled(false);
-  setup.Combo1.SetEnabled(false);
-  setup.Command5.SetEnabled(false);
-  setup.Label6.SetVisible(true);
-  setup.Text3.SetVisible(false);
-  setup.Command5.SetVisible(false);
+  LockSetup();
   ReadDelay();
   SetStatusLine(desktop_, "Begin ... ");
   session_.HostTitle = kChartTitle;
@@ -136,7 +137,6 @@ void RunControl::LoadSeries() {
   const auto bar = static_cast<std::size_t>(session_.BarIndex);
   session_.StartDate = std::to_string(session_.BarDate.at(bar));
   session_.StartTime = std::to_string(session_.BarTime.at(bar));
-  ledger_.NoteSeries();
 }
 
 // Each bar is the one after BarIndex, wherever a step by hand has put that: the store never shows
@@ -151,7 +151,7 @@ void RunControl::Feed(RunNumber run) {
       // A handler that ran in the pause, or the market data library: the feed can't go on.
       if (Superseded(run)) return;
       ShowPlay();
-      platform_.boxes.Show(error.what(), BoxIcon::kExclamation);
+      ShowFailure("The feed stopped.", error);
     }
     if (Superseded(run)) return;
     feeding_ = false;
@@ -166,13 +166,7 @@ bool RunControl::FeedOne(RunNumber run) {
   platform_.events.ProcessPending();
   if (Superseded(run)) return false;
   if (session_.BarIndex >= session_.LastBarIndex) return true;
-  try {
-    stepper_.FeedBar(session_.BarIndex);
-  } catch (const MetaLibError& error) {
-    ShowPlay();
-    ShowLibraryError(error);
-    return false;
-  }
+  stepper_.FeedBar(session_.BarIndex);
   chart_.RefreshCharts();
   if (Superseded(run) || session_.StopRequested != 0) return false;
   WaitMilliseconds(platform_.events, session_.RefreshDelay);
@@ -189,6 +183,16 @@ void RunControl::EndRun() {
   ShowPlay();
   desktop_.form3().Combo2.SetEnabled(true);
   UnlockSetup();
+}
+
+void RunControl::LockSetup() {
+  Form1& setup = desktop_.form1();
+  setup.Text3.SetEnabled(false);
+  setup.Combo1.SetEnabled(false);
+  setup.Command5.SetEnabled(false);
+  setup.Label6.SetVisible(true);
+  setup.Text3.SetVisible(false);
+  setup.Command5.SetVisible(false);
 }
 
 void RunControl::UnlockSetup() {
@@ -226,14 +230,17 @@ void RunControl::Step(std::string_view status, void (BarStepper::*step)(std::int
     try {
       (stepper_.*step)(session_.BarIndex);
     } catch (const MetaLibError& error) {
-      ShowLibraryError(error);
+      ShowFailure("The step was not made.", error);
     }
   }
   chart_.RefreshCharts();
 }
 
-void RunControl::ShowLibraryError(const MetaLibError& error) {
-  platform_.boxes.Show(LibraryErrorText(error), BoxIcon::kExclamation);
+void RunControl::ShowFailure(const std::string& what, const std::exception& error) {
+  const auto* library = dynamic_cast<const MetaLibError*>(&error);
+  const std::string text =
+      library != nullptr ? LibraryErrorText(*library) + "\r" + what : what + "\n" + error.what();
+  platform_.boxes.Show(text, BoxIcon::kExclamation);
 }
 
 }  // namespace velumar

@@ -21,11 +21,12 @@ class RunControl {
   RunControl(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
              LedgerConnection& ledger, ChartSide& chart);
 
-  // Claims the working store for the run that "Start" is about to begin. False after a message box
-  // if the folder can't be the store; nothing has changed then.
-  bool ClaimStore() { return store_.Claim(); }
-  // The setup window as argument begins a run at the picked date, the navigator one that goes on
-  // from BarIndex. Returns when the feed has ended, was stopped, or gave way to a later BeginRun
+  // Takes from the setup window what the run that "Start" is about to begin replays, claims the
+  // working store for it and locks the window's boxes. False after a message box if no symbol is
+  // chosen or the folder can't be the store; nothing else has changed then.
+  bool ClaimStore();
+  // The setup window as argument begins the run of the last ClaimStore, the navigator one that goes
+  // on from BarIndex. Returns when the feed has ended, was stopped, or gave way to a later BeginRun
   // whose click fell into one of its waits: two loops never feed at once. Does nothing while a run
   // is being prepared. Returns false if a run from the setup window could not be prepared: the user
   // has read why, no bars are loaded, and the setup window is to come back.
@@ -58,6 +59,7 @@ class RunControl {
   bool PrepareRun();
   bool PrepareChartAndStore();
   bool Resume(RunNumber run);
+  void LockSetup();
   void BringChartUp();
   void ShowRunning();
   void ReadDelay();
@@ -67,7 +69,8 @@ class RunControl {
   void ShowPlay();
   // Runs a step and the refresh after it. A failing library leaves all as it was, after a box.
   void Step(std::string_view status, void (BarStepper::*step)(std::int16_t& index));
-  void ShowLibraryError(const MetaLibError& error);
+  // A box: what failed, and the error's text. Number and sentence of a library error come first.
+  void ShowFailure(const std::string& what, const std::exception& error);
 
   SimSession& session_;
   Desktop& desktop_;
@@ -77,6 +80,7 @@ class RunControl {
   BarLoader loader_;
   WorkingStore store_;
   BarStepper stepper_;
+  RunSeries next_;  // what "Start" was clicked for
   RunNumber newest_run_ = 0;
   bool feeding_ = false;
 };

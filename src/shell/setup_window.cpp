@@ -223,7 +223,8 @@ void SetupWindow::StartRun() {
     const PreparingScope preparing(session_);
     ready = SlideToRun();
   });
-  if (!ready || run_.BeginRun(Window())) return;
+  if (!ready) return run_.UnlockSetup();
+  if (run_.BeginRun(Window())) return;
   const Form2& navigator = desktop_.Untouched().form2;
   if (navigator.Visible()) navigator.on_close();
 }

@@ -283,11 +283,14 @@ TEST_F(RunTest, WhatIsChosenWhileARunIsPreparedIsForTheNextOne) {
 TEST_F(RunTest, AFailedPreparationFeedsNothingAndBringsTheSetupBack) {
   IndexCache cache;
   StoreSecurity(data, {"EMPTY", "Empty", -1}, {}, cache);
+  InPauseOf(195, [this] { all->Panel().imgLong.UserClick(); });
   StartAt(190);
   ExpectFreeSetup();
   Choose("EMPTY");
   all->Setup().Image3.UserClick();
   EXPECT_THAT(all->outside.boxes.shown, testing::ElementsAre(testing::StartsWith("1720\r")));
+  EXPECT_EQ(LedgerQuery(all->ledger, "select * From MyPortfolio").rows.size(), 1U)
+      << "no run follows the last one";
   EXPECT_TRUE(all->Setup().Visible());
   EXPECT_FALSE(all->Navigator().Visible() || all->Panel().Visible());
   ExpectFreeSetup();
@@ -333,9 +336,14 @@ TEST_F(RunTest, BarsOfAnotherSymbolThanTheChosenOneAreNotStepped) {
       << "Play has begun no run";
   all->Panel().imgLong.UserClick();
   EXPECT_EQ(all->program.LastOrder(), OrderResult::kInvalid);
-  TypeSymbol("ABC");
+  TypeSymbol("abc");
   all->Navigator().Image1.UserClick();
   EXPECT_EQ(all->session.BarIndex, 102);
+  all->Panel().imgLong.UserClick();
+  EXPECT_EQ(LedgerQuery(all->ledger,
+                        "select * From MyPortfolio where Symbol = 'ABC' and SymbolInterval = -1")
+                .rows.size(),
+            2U);
 }
 
 TEST_F(RunTest, AnEmptySymbolIsAskedFor) {
@@ -346,10 +354,19 @@ TEST_F(RunTest, AnEmptySymbolIsAskedFor) {
             std::vector<std::string>{"Plase specificy Symbol to simulate!"});
   EXPECT_EQ(all->session.StopRequested, -1);
   EXPECT_TRUE(all->outside.chart.sent.empty());
-  EXPECT_TRUE(all->Navigator().Visible());
-  EXPECT_TRUE(all->Navigator().Image3.Visible());
-  all->Navigator().Image1.UserClick();
-  EXPECT_EQ(all->Navigator().Label6.Text(), "No bars loaded");
+  EXPECT_TRUE(all->Setup().Visible());
+  EXPECT_FALSE(all->Navigator().Visible() || all->Panel().Visible());
+}
+
+TEST_F(RunTest, WhatIsChosenInTheStartsSlideIsForTheNextRun) {
+  all->program.Start();
+  all->Setup().DTPicker1.UserPick(MadeDate(190));
+  all->At(50, [this] {
+    EXPECT_FALSE(all->Setup().Text3.Reachable() || all->Setup().Combo1.Reachable());
+    all->Setup().DTPicker1.SetValue(MadeDate(5));
+  });
+  all->Setup().Image3.UserClick();
+  EXPECT_EQ(all->session.FirstShownBar, 189);
 }
 
 TEST_F(RunTest, AStoreThatFailsInAStepIsTold) {
@@ -362,11 +379,13 @@ TEST_F(RunTest, AStoreThatFailsInAStepIsTold) {
     all->outside.boxes.shown.clear();
     button->UserClick();
     EXPECT_EQ(all->session.BarIndex, before);
-    EXPECT_EQ(all->outside.boxes.shown.size(), 1U);
+    EXPECT_THAT(all->outside.boxes.shown,
+                testing::ElementsAre(testing::EndsWith("\rThe step was not made.")));
   }
   all->outside.boxes.shown.clear();
   all->Navigator().Image3.UserClick();
-  EXPECT_EQ(all->outside.boxes.shown.size(), 1U);
+  EXPECT_THAT(all->outside.boxes.shown,
+              testing::ElementsAre(testing::EndsWith("\rThe feed stopped.")));
   EXPECT_EQ(all->session.BarIndex, before);
   EXPECT_TRUE(all->Navigator().Image3.Visible()) << "the feed has ended";
 }
