@@ -44,7 +44,10 @@ enum class FileAccess : std::uint8_t {
 // device or a file that may not be written is never replaced. Throws FileError.
 void ReplaceWholeFile(const std::filesystem::path& file, std::string_view bytes, FileAccess access);
 
-// For the two functions on all systems.
+// A rename is on the disk once its folder is. Does nothing where a system can't flush folders.
+void FlushFolder(const std::filesystem::path& folder);
+
+// For the functions above on all systems.
 
 [[noreturn]] void RefuseFolder(const std::filesystem::path& file, std::string_view failure);
 [[noreturn]] void RefuseDevice(const std::filesystem::path& file, std::string_view failure);

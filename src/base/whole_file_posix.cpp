@@ -46,12 +46,6 @@ void WriteAll(const OpenFile& out, std::string_view bytes, const fs::path& file)
   }
 }
 
-// A rename is on the disk once its folder is. Some file systems can't do that, which is harmless.
-void FlushFolder(const fs::path& folder) {
-  const OpenFile opened(folder, O_RDONLY | O_DIRECTORY);
-  if (opened.Get() >= 0) ::fsync(opened.Get());
-}
-
 // The status of what stands there, with a size of -1 where there is nothing.
 struct stat StatusBefore(const fs::path& target, const fs::path& file) {
   struct stat status {};
@@ -66,6 +60,12 @@ struct stat StatusBefore(const fs::path& target, const fs::path& file) {
 }
 
 }  // namespace
+
+void FlushFolder(const fs::path& folder) {
+  // A file named without a folder lies in the present one.
+  const OpenFile opened(folder.empty() ? fs::path(".") : folder, O_RDONLY | O_DIRECTORY);
+  if (opened.Get() >= 0) ::fsync(opened.Get());
+}
 
 std::string ReadWholeFile(const fs::path& file, std::size_t limit) {
   struct stat status {};
