@@ -46,6 +46,7 @@ class RawFile {
   std::size_t ReadAt(std::int64_t offset, ByteSpan into) const;
   void WriteAt(std::int64_t offset, ByteView bytes);
   void Truncate(std::int64_t size);
+  void Flush();  // what was written is on the disk when it returns
   void RenameTo(const std::filesystem::path& target);  // in the place of what is there
   FileStamp Stamp() const;
   std::int64_t Size() const { return Stamp().size; }

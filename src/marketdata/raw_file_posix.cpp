@@ -108,6 +108,13 @@ void RawFile::Truncate(std::int64_t size) {
   }
 }
 
+void RawFile::Flush() {
+  while (fsync(handle_) != 0) {
+    if (errno == EINVAL || errno == ENOTSUP) return;  // the file system knows no flushing
+    if (errno != EINTR) ThrowWriteFailed(path_, errno);
+  }
+}
+
 void RawFile::RenameTo(const std::filesystem::path& target) {
   if (rename(path_.c_str(), target.c_str()) != 0) ThrowWriteFailed(target, errno);
   path_ = target;

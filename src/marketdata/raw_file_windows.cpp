@@ -204,6 +204,12 @@ void RawFile::Truncate(std::int64_t size) {
   }
 }
 
+void RawFile::Flush() {
+  if (::FlushFileBuffers(Native(handle_)) == 0) {
+    ThrowWriteFailed(path_, ErrorNumber(::GetLastError()));
+  }
+}
+
 void RawFile::RenameTo(const std::filesystem::path& target) {
   const bool renamed = RenameUnderReaders(Native(handle_), target) || RenameByMoving(path_, target);
   if (!renamed) ThrowWriteFailed(target, ErrorNumber(::GetLastError()));

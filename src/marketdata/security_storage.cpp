@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/paths.h"
+#include "base/whole_file.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/new_security.h"
 #include "marketdata/series_file.h"
@@ -141,8 +142,12 @@ void SecurityStorage::Store(std::vector<Bar> bars) {
   data.Stage(std::move(bars));
   ChangeImages(ends);
   std::vector<ReplacementFile> staged = StageImages();
+  data.FlushStaged();
+  for (ReplacementFile& file : staged) file.Flush();
   data.CommitStaged();
+  FlushFolder(index_.Path());
   for (ReplacementFile& file : staged) file.Commit();
+  FlushFolder(index_.Path());
   if (moves_) RemoveOldData();
 }
 

@@ -39,6 +39,7 @@ class SeriesFile {
 
   // The whole series anew, written beside the file; it counts from CommitStaged on.
   void Stage(std::vector<Bar> bars);
+  void FlushStaged() { staged_->Flush(); }
   void CommitStaged();
 
   // Of the file with its bars in order; an empty stamp where it is missing or in disorder.
