@@ -153,7 +153,14 @@ std::string Reason(CURLcode code, const Answer& answer, std::chrono::millisecond
   }
 }
 
-void RequireSuccess(CURL* request) {
+// The first line of what a service says with a refusal, unless it is a page or too long to show.
+std::string Remark(const std::string& text) {
+  constexpr std::size_t kLongest = 120;
+  const std::string line = text.substr(0, text.find_first_of("\r\n"));
+  return line.size() > kLongest || line.starts_with('<') ? "" : line;
+}
+
+void RequireSuccess(CURL* request, const std::string& text) {
   constexpr long kSuccess = 200;
   constexpr long kMovedElsewhere = 300;
   constexpr long kRefused = 400;
@@ -161,8 +168,11 @@ void RequireSuccess(CURL* request) {
   curl_easy_getinfo(request, CURLINFO_RESPONSE_CODE, &status);
   if (status >= kSuccess && status < kMovedElsewhere) return;
   const bool elsewhere = status >= kMovedElsewhere && status < kRefused;
-  throw WebError((elsewhere ? "the server points elsewhere (" : "the server refused it (") +
-                 std::to_string(status) + ")");
+  std::string why = (elsewhere ? "the server points elsewhere (" : "the server refused it (") +
+                    std::to_string(status) + ")";
+  std::string remark = elsewhere ? "" : Remark(text);
+  if (remark.ends_with('.')) remark.pop_back();  // a sentence is made of it
+  throw WebError(remark.empty() ? why : why + ": " + remark);
 }
 
 bool StartLibrary() {
@@ -188,7 +198,7 @@ std::string CurlWebClient::Get(const std::string& address, std::string_view targ
   const Request request = MakeRequest(place, whole, answer, time_out_);
   const CURLcode code = Transfer(request.get(), events_).Run(wanted);
   if (code != CURLE_OK) throw WebError(Reason(code, answer, time_out_));
-  RequireSuccess(request.get());
+  RequireSuccess(request.get(), answer.text);
   return std::move(answer.text);
 }
 

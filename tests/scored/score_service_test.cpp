@@ -70,11 +70,12 @@ TEST_F(ScoreServiceTest, ListsTheBestTenAsTheyWerePostedByteForByte) {
   EXPECT_THAT(list, testing::EndsWith("\r\n10.  1.00  p1  ABC  2005-01-03 to 2005-06-30"));
 
   const std::vector<std::pair<std::string, std::string>> refused = {
-      {Post(std::string(61, 'n'), "1"), "refused it (400)"},
-      {Post("n", "much"), "refused it (400)"},
+      {Post(std::string(61, 'n'), "1"),
+       "refused it (400): The score isn't taken: the name is longer than 60 bytes"},
+      {Post("n", "much"), "refused it (400): The score isn't taken: "},
       {Post("n", "1e40"), "refused it (400)"},
       {Post("n", "1") + "0", "refused it (400)"},
-      {Post(std::string(20'000, 'n'), "1"), "refused it (414)"},
+      {Post(std::string(20'000, 'n'), "1"), "refused it (414)"},  // with a page
       {"/zanno/", "refused it (404)"},
       {"/zanno/getscore.php\r\nHost: x", "line end"}};
   for (const auto& [target, why] : refused) {
