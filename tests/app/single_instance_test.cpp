@@ -25,6 +25,12 @@ TEST(SingleInstance, OneHasTheFolderUntilItEnds) {
     EXPECT_TRUE(SingleInstance(folder.path()).First());
   }
   EXPECT_FALSE(fs::exists(running));
+
+  SingleInstance deleted(folder.path());
+  fs::remove(running);
+  const SingleInstance other(folder.path());
+  deleted.Release();
+  EXPECT_TRUE(fs::exists(running)) << "the lock of the other one";
 }
 
 // What a folder may hold that was copied, belongs to someone else or lies on a read-only disk.

@@ -99,7 +99,8 @@ ProcessLock::ProcessLock(const fs::path& file) : file_(file), handle_(std::make_
 ProcessLock::~ProcessLock() { Release(); }
 
 void ProcessLock::Release() {
-  if (state_ == State::kHeld) ::unlink(file_.c_str());
+  // Another process may have a file of its own there, if somebody has deleted ours.
+  if (state_ == State::kHeld && IsStillThere(handle_->descriptor, file_)) ::unlink(file_.c_str());
   handle_->descriptor.Close();
   state_ = State::kImpossible;
 }
