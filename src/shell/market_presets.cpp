@@ -1,7 +1,7 @@
 #include "shell/market_presets.h"
 
 #include <array>
-#include <string_view>
+#include <string>
 
 #include "base/number_text.h"
 #include "session/market_family.h"
@@ -27,6 +27,14 @@ constexpr std::array<MarketPreset, 3> kPresets{{{"SET", "100", "1,000", "1", "0.
                                                 {"TFEX", "50,000", "1", "1,000", "450", false}}};
 
 }  // namespace
+
+std::optional<std::string_view> PresetQuantity(std::string_view data_dir) {
+  std::optional<std::string_view> quantity;
+  for (const MarketPreset& preset : kPresets) {
+    if (data_dir.find(preset.word) != std::string_view::npos) quantity = preset.quantity;
+  }
+  return quantity;
+}
 
 void MarketPresets::DirectoryChanged() {
   desktop_.form1().lblPercentComm.SetVisible(false);

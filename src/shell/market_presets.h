@@ -1,9 +1,16 @@
 #pragma once
 
+#include <optional>
+#include <string_view>
+
 #include "forms/desktop.h"
 #include "session/sim_session.h"
 
 namespace velumar {
+
+// What an order's quantity starts with in the market of this data directory; nothing where its path
+// holds no market's word.
+std::optional<std::string_view> PresetQuantity(std::string_view data_dir);
 
 // The figures of the account, as the market in the data directory's path sets them.
 class MarketPresets {

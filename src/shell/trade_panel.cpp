@@ -6,6 +6,7 @@
 #include "session/market_family.h"
 #include "shell/account_box.h"
 #include "shell/event_guard.h"
+#include "shell/market_presets.h"
 #include "shell/opacity_setting.h"
 #include "shell/window_shaping.h"
 
@@ -52,6 +53,9 @@ void TradePanel::BindEvents() {
 void TradePanel::Load() {
   Form3& form = Window();
   closing_ = false;
+  // A later run starts with its market's lot, as the first one does.
+  if (const auto quantity = PresetQuantity(session_.DataDir))
+    form.txtContractVol.SetText(*quantity);
   form.imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
   StartAccount();
   form.SetTopmost(true);

@@ -454,6 +454,8 @@ TEST_F(WindowsTest, TheFirstRunTakesWhatIsTypedBeforeItAndSpeaksItsMarketsWords)
   });
   StartAt(198);
   EXPECT_GT(passes, 0);
+  all->desktop.Unload(all->Panel());
+  EXPECT_EQ(all->desktop.form3().txtContractVol.Text(), "1,000") << "in the next run too";
 }
 
 TEST_F(WindowsTest, TheBigWindowsStandWhereTheScreenSays) {
