@@ -18,14 +18,15 @@ AccountSheets::AccountSheets(Desktop& desktop, Platform& platform, LedgerConnect
 
 void AccountSheets::BindEvents() {
   FrmResult& form = desktop_.Untouched().frmResult;
-  const auto guarded = [this](auto handler) {
-    return Guarded(platform_.boxes, "Showing the account", handler);
+  const auto guarded = [this](std::string_view task, auto handler) {
+    return Guarded(platform_.boxes, task, handler);
   };
-  form.tabSheets.on_click = guarded([this] { ChooseSheet(); });
-  form.lstOrders.on_header = guarded([this](std::size_t column) { SortOrdersBy(column); });
-  form.cmdCopy.on_click = guarded([this] { Copy(); });
+  form.tabSheets.on_click = guarded("Reading the account", [this] { ChooseSheet(); });
+  form.lstOrders.on_header =
+      guarded("Sorting the orders", [this](std::size_t column) { SortOrdersBy(column); });
+  form.cmdCopy.on_click = guarded("Copying", [this] { Copy(); });
   form.lstOrders.on_copy = form.lstStatistics.on_copy = form.cmdCopy.on_click;
-  form.cmdExport.on_click = guarded([this] { ExportOrders(); });
+  form.cmdExport.on_click = guarded("Saving the orders", [this] { ExportOrders(); });
 }
 
 void AccountSheets::Load(ShownRun run) {

@@ -1,6 +1,7 @@
 #include "shell/preview_window.h"
 
 #include <string>
+#include <string_view>
 
 #include "shell/event_guard.h"
 #include "shell/window_shaping.h"
@@ -20,8 +21,8 @@ PreviewWindow::PreviewWindow(Desktop& desktop, Platform& platform)
 
 void PreviewWindow::BindEvents() {
   Graph2& form = desktop_.Untouched().graph2;
-  const auto guarded = [this](auto handler) {
-    return Guarded(platform_.boxes, "The print preview", handler);
+  const auto guarded = [this](auto handler, std::string_view task = "The print preview") {
+    return Guarded(platform_.boxes, task, handler);
   };
   // A change of the sheet, drawn at once.
   const auto changing = [this, guarded](auto change) {
@@ -38,7 +39,7 @@ void PreviewWindow::BindEvents() {
   };
   form.on_load = guarded([this] { Load(); });
   form.on_close = form.on_escape = form.cmdcancel.on_click = guarded([this] { Close(); });
-  form.cmdPrint.on_click = guarded([this] { Print(); });
+  form.cmdPrint.on_click = guarded([this] { Print(); }, "Printing");
   form.HScroll2.on_change = resizing([this] { preview_->SetZoom(Window().HScroll2.Value()); });
   form.chtscroll0.on_change = resizing(
       [this] { preview_->SetChartPercent(PictureSide::kHeight, Window().chtscroll0.Value()); });

@@ -25,6 +25,24 @@ constexpr int kFirstType = 2;  // "2D Line" in the list of chart types
 constexpr std::array kTypes = {kChart2DBar,  kChart3DBar,  kChart2DLine,
                                kChart2DArea, kChart3DLine, kChart3DStep};
 
+constexpr std::string_view kChangingTheChart = "Changing the chart";
+
+// What a toolbar button does, for a box that says what failed.
+std::string_view TaskOf(int button) {
+  switch (button) {
+    case FrmResult::kSaveAs:
+      return "Saving the chart";
+    case FrmResult::kPreview:
+      return "Opening the print preview";
+    case FrmResult::kReport:
+      return "Printing the report";
+    case FrmResult::kClose:
+      return "Closing the results";
+    default:
+      return kChangingTheChart;
+  }
+}
+
 std::string FormTitle(const std::string& ending) {
   if (ending == "bmp") return "Pictures (*.bmp)";
   std::string capitals;
@@ -65,19 +83,23 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
 
 void ResultWindow::BindEvents() {
   const Desktop::Windows windows = desktop_.Untouched();
-  const auto guarded = [this](auto handler) {
-    return Guarded(platform_.boxes, "The result window", handler);
+  const auto guarded = [this](std::string_view task, auto handler) {
+    return Guarded(platform_.boxes, task, handler);
   };
-  windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click = guarded([this] { Open(); });
+  windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click =
+      guarded("Opening the results", [this] { Open(); });
   FrmResult& form = windows.frmResult;
-  form.on_load = guarded([this] { Load(); });
-  form.on_close = form.on_escape = guarded([this] { desktop_.Unload(Window()); });
-  form.Toolbar1.on_button = guarded([this](int button) { PressToolbar(button); });
-  form.Combo1.on_click = guarded([this] { ApplyChartType(); });
-  form.Combo1.on_key_up = guarded([this](int) { ApplyChartType(); });
-  form.picCommonDialog.on_click = guarded([this] { ChooseColour(); });
-  form.lnkScore.on_click = guarded([this] { score_board_.Open(); });
-  form.cbxRun.on_click = guarded([this] { ChooseRun(); });
+  form.on_load = guarded("Opening the results", [this] { Load(); });
+  form.on_close = form.on_escape =
+      guarded("Closing the results", [this] { desktop_.Unload(Window()); });
+  form.Toolbar1.on_button = [this, guarded](int button) {
+    guarded(TaskOf(button), [this, button] { PressToolbar(button); })();
+  };
+  form.Combo1.on_click = guarded(kChangingTheChart, [this] { ApplyChartType(); });
+  form.Combo1.on_key_up = guarded(kChangingTheChart, [this](int) { ApplyChartType(); });
+  form.picCommonDialog.on_click = guarded(kChangingTheChart, [this] { ChooseColour(); });
+  form.lnkScore.on_click = guarded("Opening the score board", [this] { score_board_.Open(); });
+  form.cbxRun.on_click = guarded("Reading the run", [this] { ChooseRun(); });
   sheets_.on_read = [this] { RefreshFiguresAndChart(); };
 }
 
@@ -121,7 +143,8 @@ void ResultWindow::ShowResultFigures() {
   try {
     RefreshFiguresAndChart();
   } catch (const LedgerError& error) {
-    platform_.boxes.Show(error.what(), BoxIcon::kExclamation);
+    platform_.boxes.Show(std::string("The results can't be read.\n") + error.what(),
+                         BoxIcon::kExclamation);
   }
 }
 
@@ -197,8 +220,14 @@ void ResultWindow::SaveChartAs() {
   if (!file) return platform_.boxes.Show("Cancelled: nothing was saved.", BoxIcon::kNone);
   if (file->empty()) return;
   Window().MSChart1.SaveTo(*file);
-  LedgerInsert(ledger_, kProfileTable, {"Profile Name", "Start Period", "End Period"},
-               {*file, "01/01/06", "01/01/07"});
+  try {
+    LedgerInsert(ledger_, kProfileTable, {"Profile Name", "Start Period", "End Period"},
+                 {*file, "01/01/06", "01/01/07"});
+  } catch (const LedgerError& error) {
+    platform_.boxes.Show(
+        "The chart was saved, but the ledger can't note that.\n" + std::string(error.what()),
+        BoxIcon::kExclamation);
+  }
 }
 
 void ResultWindow::OpenPreview() {

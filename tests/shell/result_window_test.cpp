@@ -111,6 +111,7 @@ TEST_F(ResultWindowTest, ALedgerThatFailsLeavesWhatIsShown) {
   EXPECT_EQ(form.lblPortfolio.Text(), "");
   EXPECT_FALSE(form.cbxRun.Enabled());
   EXPECT_EQ(Boxes().size(), 3) << "each says why";
+  EXPECT_THAT(Boxes().back(), testing::StartsWith("The results can't be read.\n"));
 }
 
 TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
@@ -148,7 +149,7 @@ TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
   std::ostringstream csv;
   csv << std::ifstream(file).rdbuf();
   EXPECT_THAT(csv.str(), HasSubstr("\n2,2007-01-12,16:30:00,ABC,Offset Long,1,104,1,"));
-  EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("orders.csv")));
+  EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("Saving the orders failed.\n/nowhere/orders.csv")));
 }
 
 // Two trades are closed while the window shows the chart of a run that had closed none.
@@ -203,7 +204,8 @@ TEST_F(ResultWindowTest, SavesPrintsAndNotesProfiles) {
   EXPECT_EQ(all.outside.files.offered.front().title, "Pictures (*.bmp)");
   EXPECT_THAT(saved, ElementsAre("/tmp/it's.bmp"));
   EXPECT_THAT(Profiles(), ElementsAre("/tmp/it's.bmp;01/01/06;01/01/07;"));
-  EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("/nowhere/x.bmp"), HasSubstr("Cancel")));
+  EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("Saving the chart failed.\n/nowhere/x.bmp"),
+                                   HasSubstr("Cancel")));
 
   form.cbxRun.UserChoose(1);
   all.outside.files.answers = {"/tmp/r.pdf", "/tmp/s.pdf"};
@@ -215,6 +217,12 @@ TEST_F(ResultWindowTest, SavesPrintsAndNotesProfiles) {
 
   form.lnkScore.UserClick();
   EXPECT_TRUE(all.windows.frmScore.Visible());
+
+  BreakLedger();
+  all.outside.files.answers = {"/tmp/kept.bmp"};
+  form.Toolbar1.UserButton(FrmResult::kSaveAs);
+  EXPECT_EQ(saved.back(), "/tmp/kept.bmp");
+  EXPECT_THAT(Boxes().back(), HasSubstr("The chart was saved, but the ledger can't note that.\n"));
 }
 
 TEST_F(ResultWindowTest, SaysWhyNoColourCanBeChosen) {
