@@ -28,7 +28,7 @@ bool TakeSign(std::string_view& text) {
 }
 
 // Takes the digits before the point, without their commas. False when the commas don't group
-// thousands.
+// thousands: nobody groups "0,500", which is a half where commas start the decimals.
 bool TakeWholeDigits(std::string_view& text, std::string& digits) {
   constexpr std::size_t kGroup = 3;
   bool grouped = false;
@@ -39,7 +39,8 @@ bool TakeWholeDigits(std::string_view& text, std::string& digits) {
       ++group;
       continue;
     }
-    if (grouped ? group != kGroup : group == 0 || group > kGroup) return false;
+    const bool first_group = group > 0 && group <= kGroup && !digits.starts_with('0');
+    if (grouped ? group != kGroup : !first_group) return false;
     grouped = true;
     group = 0;
   }

@@ -14,7 +14,8 @@ class Decimal {
   enum class Tie : std::uint8_t { kAwayFromZero, kToEven };
 
   // A text such as "-1,234.5e2" with blanks around it; nothing when it holds no number. Commas
-  // stand only between groups of three digits: "1,5" may mean 1.5 or 15 and is no number.
+  // stand only between groups of three digits: "1,5" may mean 1.5 or 15, and "0,500" a half, so
+  // neither is a number.
   static std::optional<Decimal> FromText(std::string_view text);
   // The fewest significant digits that read back as the same 32-bit float, which must be finite.
   static Decimal Shortest(float value);

@@ -144,7 +144,7 @@ TEST(NumberText, TextToSingle) {
   for (const auto& c : cases) EXPECT_EQ(ToSingle(c.text), c.value) << c.text;
   for (const char* text :
        {"", " ", "abc", "1 2", "nan", "inf", "1e39", "99999999999999999999999999999999999999999999",
-        "0x10", ",5", "1,5", "1,50,000", "1000,000", "1,000,", "1,,000"}) {
+        "0x10", ",5", "1,5", "1,50,000", "1000,000", "1,000,", "1,,000", "0,500"}) {
     EXPECT_EQ(ToSingle(text), std::nullopt) << text;
   }
   EXPECT_EQ(ToDouble("0.1"), 0.1);
