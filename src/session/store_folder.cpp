@@ -25,6 +25,7 @@ namespace {
 constexpr std::string_view kMarkText =
     "The working store of a replay: each run empties this folder.\n";
 constexpr std::string_view kChartFiles = "MSSmart";
+constexpr std::uintmax_t kLargestChartFile = 64 << 20;  // bytes
 constexpr std::string_view kMoveIt = "Move or rename it, then start the run again.";
 
 std::string Quoted(const fs::path& path) { return "\"" + PathText(path) + "\""; }
@@ -219,8 +220,10 @@ void StoreFolder::CopyChartFiles() const {
     const fs::path from = ChartFilesOf(data_);
     if (from.empty()) return;
     for (const fs::directory_entry& entry : fs::directory_iterator(from)) {
-      if (!entry.is_regular_file()) continue;
-      IgnoringErrors([&] { CopyFresh(entry.path(), to / entry.path().filename()); });
+      IgnoringErrors([&] {
+        if (!entry.is_regular_file() || entry.file_size() > kLargestChartFile) return;
+        CopyFresh(entry.path(), to / entry.path().filename());
+      });
     }
   });
 }

@@ -40,7 +40,7 @@ class StoreFolder {
   void CopyIndexes() const;
 
   // Copies the files of the folder MSSmart in `data`, which are the chart program's own. Files that
-  // can't be copied are skipped.
+  // can't be copied or are larger than 64 MiB are skipped.
   void CopyChartFiles() const;
 
  private:

@@ -160,11 +160,13 @@ TEST_F(StoreFolderTest, TakesWhatIsItsOwn) {
   EXPECT_FALSE(fs::exists(data));
 }
 
-TEST_F(StoreFolderTest, FollowsNoLinkInside) {
+TEST_F(StoreFolderTest, FollowsNoLinkInsideAndCopiesNoHugeFile) {
   Write(others / "F9.DAT", "bars");
   Write(others / "chart.mwc", "mine");
   Write(fs::path(data) / "MSSmart" / "chart.mwc", "new");
   Write(fs::path(data) / "MSSmart" / "other.mwc", "new");
+  Write(fs::path(data) / "MSSmart" / "huge.mwc", "");
+  fs::resize_file(fs::path(data) / "MSSmart" / "huge.mwc", (64 << 20) + 1);
   Mark();
   fs::create_symlink(others / "F9.DAT", at / "F9.DAT");
   fs::create_symlink(others / "F9.DAT", at / "MASTER");
@@ -192,6 +194,7 @@ TEST_F(StoreFolderTest, FollowsNoLinkInside) {
   fill();
   EXPECT_EQ(Everything(others), before);
   EXPECT_EQ(FilesOf(store + "/MSSmart")["other.mwc"], "new");
+  EXPECT_FALSE(fs::exists(at / "MSSmart" / "huge.mwc"));
 }
 
 TEST_F(StoreFolderTest, OneProgramHoldsItUntilItDies) {
