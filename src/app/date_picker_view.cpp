@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSignalBlocker>
+#include <utility>
 
 #include "app/key_codes.h"
 #include "app/series_calendar.h"
@@ -50,6 +51,28 @@ void DatePickerView::Update() {
   if (!date.isValid() || date == this->date()) return;
   const QSignalBlocker quiet(this);
   setDate(date);
+}
+
+// Typing "10/12/2005" replaces the date. Without this a digit typed over the whole date or in front
+// of a full part is dropped, and a separator typed after a part that is complete skips the next
+// part: the old month stays, and nothing shows it.
+void DatePickerView::keyPressEvent(QKeyEvent* event) {
+  const QChar typed = event->text().isEmpty() ? QChar() : event->text().front();
+  const bool separator = typed.isPrint() && !typed.isLetterOrNumber();
+  if (std::exchange(part_complete_, false) && separator) return;
+  if (typed.isDigit() && lineEdit()->selectedText() == text()) {
+    setSelectedSection(sectionAt(0));
+  } else if (typed.isDigit() && !lineEdit()->hasSelectedText() && AtStartOfPart()) {
+    setSelectedSection(currentSection());
+  }
+  const Section part = currentSection();
+  QDateEdit::keyPressEvent(event);
+  part_complete_ = typed.isDigit() && currentSection() != part;
+}
+
+bool DatePickerView::AtStartOfPart() const {
+  const int cursor = lineEdit()->cursorPosition();
+  return cursor == 0 || !text().at(cursor - 1).isDigit();
 }
 
 void DatePickerView::keyReleaseEvent(QKeyEvent* event) {

@@ -14,12 +14,17 @@ class DatePickerView : public QDateEdit, public ControlView {
   void Update() override;
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
 
  private:
+  // Whether the cursor stands before a month, day or year.
+  bool AtStartOfPart() const;
+
   FormCanvas& canvas_;
   DatePicker& picker_;
+  bool part_complete_ = false;  // the last digit moved the cursor to the next part
 };
 
 // Between days and numbers of the form yyyymmdd; a number that names no day gives an invalid date.

@@ -93,6 +93,24 @@ TEST_F(ViewTest, TheUsersHandReachesTheModel) {
   EXPECT_EQ(form.DTPicker1.Value(), 20030405);
 }
 
+TEST_F(ViewTest, ADateTypedOverAnotherReplacesAllOfIt) {
+  Form1& form = desktop.form1();
+  form.DTPicker1.SetValue(20071120);
+  form.Show();
+  auto& box = WidgetOf<QDateEdit>(form.DTPicker1);
+  box.setFocus();
+
+  QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(&box, QStringLiteral("12/10/2005"));
+  EXPECT_EQ(form.DTPicker1.Value(), 20051012);
+  QTest::keyClick(&box, Qt::Key_Home);
+  QTest::keyClicks(&box, QStringLiteral("06012004"));
+  EXPECT_EQ(form.DTPicker1.Value(), 20040106);
+  QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(&box, QStringLiteral("7/8/2003"));
+  EXPECT_EQ(form.DTPicker1.Value(), 20030807);
+}
+
 TEST_F(ViewTest, TypingFiresAChangeForEachStrokeAndThenTheKey) {
   Form1& form = desktop.form1();
   form.Show();
