@@ -19,7 +19,7 @@ class ChartWindows {
   // Front to back. Empty where the window system can't tell.
   virtual std::vector<WindowId> TopLevelWindows() = 0;
   virtual std::string WindowTitle(WindowId window) = 0;
-  virtual bool IsWindowVisible(WindowId window) = 0;
+  virtual bool IsWindowVisible(WindowId window) = 0;  // on the screen, so not minimised
   virtual bool HasOwner(WindowId window) = 0;
   virtual void Maximize(WindowId window) = 0;
   // Gives the focus to the window with exactly that title, else to one whose title begins with it.

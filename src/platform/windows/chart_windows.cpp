@@ -72,7 +72,7 @@ std::vector<WindowId> WindowsChartWindows::TopLevelWindows() {
 std::string WindowsChartWindows::WindowTitle(WindowId window) { return TitleOf(Native(window)); }
 
 bool WindowsChartWindows::IsWindowVisible(WindowId window) {
-  return ::IsWindowVisible(Native(window)) != 0;
+  return ::IsWindowVisible(Native(window)) != 0 && ::IsIconic(Native(window)) == 0;
 }
 
 bool WindowsChartWindows::HasOwner(WindowId window) {

@@ -13,6 +13,8 @@ inline constexpr ULONG_PTR kOwnKeyMark = 0x56454C55;
 class HeldKeys {
  public:
   HeldKeys();
+  // False if the system refuses: keys then go on to the window in front.
+  explicit operator bool() const { return hook_ != nullptr; }
   ~HeldKeys();
   HeldKeys(const HeldKeys&) = delete;
   HeldKeys& operator=(const HeldKeys&) = delete;

@@ -291,6 +291,7 @@ KeyOutcome WindowsKeySender::SendBehind(std::string_view keys) {
       ComesAbout(PatienceWith(Obstacle::kPersonTypes), [] { return !PersonHoldsModifier(); });
   if (!free) return KeyOutcome::kHeldBack;
   const HeldKeys held;
+  if (!held) return KeyOutcome::kHeldBack;
   const FrontLoan loan(front, charts.front());
   return Send(keys);
 }
