@@ -2,11 +2,12 @@
 // written reads back.
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "marketdata/index_cache.h"
-#include "marketdata/index_dates.h"
+#include "marketdata/index_copy.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
 #include "marketdata/metalib_writer.h"
@@ -94,7 +95,9 @@ void TryAll(const std::string& folder) {
     } catch (const MetaLibError&) {
     }
   }
-  ForgetSeriesEnds(folder);
+  const std::filesystem::path copy = std::filesystem::path(folder) / "copy";
+  std::filesystem::create_directory(copy);
+  CopyIndexFiles(folder, copy);
 }
 
 }  // namespace
