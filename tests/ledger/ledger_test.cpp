@@ -12,6 +12,10 @@ namespace fs = std::filesystem;
 using testing::AllOf;
 using testing::HasSubstr;
 
+constexpr bool kPosixFiles = fs::path::preferred_separator == '/';
+// Every character in it means something in the address of a database.
+constexpr const char* kOddName = kPosixFiles ? "a%20 ?#.mdb" : "a%20 #.mdb";
+
 class LedgerTest : public testing::Test {
  protected:
   static LedgerConnection Connection() {
@@ -134,7 +138,9 @@ TEST_F(LedgerTest, AnOlderFileLearnsWhereHoldingsWereWiped) {
 
 TEST_F(LedgerTest, OneProgramKeepsALedgerWhicheverLinksLeadToIt) {
   fs::create_directory(scratch.Path() / "deep");
-  fs::create_symlink("../deep/real.mdb", scratch.Path() / "deep/link.mdb");
+  std::error_code refused;
+  fs::create_symlink("../deep/real.mdb", scratch.Path() / "deep/link.mdb", refused);
+  if (refused) GTEST_SKIP() << "no links here: " << refused.message();
   fs::create_directory_symlink("deep", scratch.Path() / "folder");
   fs::create_symlink("folder/link.mdb", file);  // leads to no file yet
   LedgerConnection first = Connection();
@@ -161,6 +167,7 @@ TEST_F(LedgerTest, OneProgramKeepsALedgerWhicheverLinksLeadToIt) {
 }
 
 TEST_F(LedgerTest, ARowIsRefusedOnceItWouldBeLost) {
+  if (!kPosixFiles) GTEST_SKIP() << "the system lets nobody move or delete an open ledger";
   const std::string moved = scratch.Sub("moved.mdb");
   file = scratch.Sub("home/Portfolio.mdb");
   struct Case {
@@ -247,24 +254,24 @@ TEST_F(LedgerTest, ReadingLeavesNoTrace) {
         std::pair("bare", std::vector<std::string>{"", "-wal"})}) {
     fs::create_directory(scratch.Sub(folder));
     for (const std::string& suffix : suffixes) {
-      fs::copy_file(file + suffix, scratch.Sub(std::string(folder) + "/a%20 ?#.mdb" + suffix));
+      fs::copy_file(file + suffix, scratch.Sub(std::string(folder) + "/" + kOddName + suffix));
     }
   }
   LedgerClose(ledger);
   fs::create_directory(scratch.Sub("closed"));
-  fs::copy_file(file, scratch.Sub("closed/a%20 ?#.mdb"));
+  fs::copy_file(file, scratch.Sub(std::string("closed/") + kOddName));
   EXPECT_FALSE(fs::exists(file + "-wal"));
   for (const std::string folder : {"died", "bare", "closed"}) {
     const auto before = FilesOf(scratch.Sub(folder));
     for (int i = 0; i < 2; ++i) {
       LedgerConnection reader = Connection();
-      LedgerOpenToRead(reader, scratch.Sub(folder + "/a%20 ?#.mdb"));
+      LedgerOpenToRead(reader, scratch.Sub(folder + "/" + kOddName));
       EXPECT_EQ(Rows(reader), 1U) << folder;
       EXPECT_FALSE(reader.CanWrite());
     }
     EXPECT_EQ(FilesOf(scratch.Sub(folder)), before) << folder;
     LedgerConnection writer = Connection();
-    LedgerOpen(writer, scratch.Sub(folder + "/a%20 ?#.mdb"));
+    LedgerOpen(writer, scratch.Sub(folder + "/" + kOddName));
     AddRow(writer, 2);
     EXPECT_EQ(Rows(writer), 2U) << folder;
   }
