@@ -372,7 +372,9 @@ TEST_F(RunTest, WhatIsChosenInTheStartsSlideIsForTheNextRun) {
 TEST_F(RunTest, AStoreThatFailsInAStepIsTold) {
   InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
   StartAt(60);
-  ASSERT_GT(std::filesystem::remove_all(NativePath(all->session.SimDir)), 0U);
+  for (const char* index : {"MASTER", "EMASTER", "XMASTER"}) {
+    std::filesystem::remove(NativePath(all->session.SimDir) / index);
+  }
   const int before = all->session.BarIndex;
   for (PictureButton* button : {&all->Navigator().Image1, &all->Navigator().Image2,
                                 &all->Navigator().Image6, &all->Navigator().Image7}) {
