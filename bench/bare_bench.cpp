@@ -11,7 +11,7 @@
 #include <memory>
 #include <string>
 
-#include "support/large_directory.h"
+#include "large_directory.h"
 
 namespace velumar {
 

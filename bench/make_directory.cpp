@@ -5,7 +5,7 @@
 #include <iostream>
 #include <string>
 
-#include "support/large_directory.h"
+#include "large_directory.h"
 
 int main(int argc, char** argv) {
   try {

@@ -1,8 +1,8 @@
 #include <benchmark/benchmark.h>
 
+#include "large_directory.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_writer.h"
-#include "support/large_directory.h"
 
 namespace velumar {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "large_directory.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_reader.h"
-#include "support/large_directory.h"
 
 namespace velumar {
 

@@ -10,7 +10,7 @@
 
 namespace velumar {
 
-// What a run was worth: a chart, and sheets behind it, over the figures.
+// The results of a run: a chart, two more sheets in its place, and the figures below.
 class FrmResult : public Form {
  public:
   enum Sheet { kChartSheet, kStatisticsSheet, kOrdersSheet };

@@ -35,8 +35,8 @@ constexpr std::chrono::milliseconds kDialogPatience{15000};
 
 }  // namespace
 
-// A chart opens in front of all else, as its dialog must have the focus. A trader who has turned to
-// another program meanwhile is back there afterwards.
+// A chart opens in front of all other windows, as its dialog needs the focus. A trader who turns to
+// another program during that gets the focus back there.
 void HostControl::CloseCharts() {
   const FocusReturn returning(platform_.chart_windows, trader_);
   trader_.ComeToRun();
@@ -94,7 +94,7 @@ void HostControl::StartHost() {
   Wait(kHostStartMs);
 }
 
-// No event runs meanwhile. A chart program that never answers must not hang the trader.
+// No window events run here. A chart program that never answers must not hang the trader.
 bool HostControl::WaitForDialog() {
   for (std::chrono::milliseconds waited{0}; waited < kDialogPatience; waited += kDialogLook) {
     bool found = false;
@@ -141,7 +141,7 @@ bool HostControl::IsTaskWindow(WindowId window) {
          !windows.HasOwner(window);
 }
 
-// Shows the chart to a trader who works at the run. The focus stays where it was.
+// Shows the chart if the trader works at the run. The focus stays where it was.
 bool HostControl::BringHostToFront() {
   if (TraderIsElsewhere()) return HostIsThere();
   const FocusReturn returning(platform_.chart_windows, trader_);
@@ -199,9 +199,9 @@ void HostControl::RefreshCharts() {
   ShowRunProgress(desktop_, session_, MillisecondsPerBar());
 }
 
-// Each chart is refreshed and left within one visit to the chart program. A click on Pause in
-// between ends the refreshes after that chart, but not the way round the ring of charts, so the
-// chart that was active is active again.
+// Refreshes each chart and goes on to the next one while the chart program has the focus. After a
+// click on Pause the rest are not refreshed, only passed through, so the chart that was active
+// before is active again.
 void HostControl::RefreshEachChart() {
   const bool stopped_before = session_.StopRequested != 0;
   Wait(kBeforeRefreshMs);
@@ -218,7 +218,7 @@ void HostControl::RefreshEachChart() {
   }
 }
 
-// The waits are over: what is typed meanwhile, the trader types where the focus is.
+// Called after the wait: the focus leaves the trader's window only while the keys are sent.
 void HostControl::Refresh(std::initializer_list<std::string_view> keys) {
   const bool behind = TraderIsElsewhere();
   std::optional<FocusReturn> returning;

@@ -13,9 +13,8 @@
 
 namespace velumar {
 
-// Drives the chart program through its windows and keystrokes. Failures are passed over, as a chart
-// program that is slow or gone must not end a run; what the user can do about them stands on the
-// status line.
+// Drives the chart program through its windows and keystrokes. Failures are ignored, as a chart
+// program that is slow or gone must not end a run; the status line says what the user can do.
 class HostControl : public ChartSide {
  public:
   HostControl(SimSession& session, Desktop& desktop, Platform& platform, RegInfo& registry,
@@ -67,7 +66,7 @@ class HostControl : public ChartSide {
   TraderFocus& trader_;
   bool host_running_ = true;
   int opening_ = 0;  // charts being opened: a second run may begin inside the first one's waits
-  KeyOutcome worst_outcome_ = KeyOutcome::kTakenIn;  // of the refresh in hand
+  KeyOutcome worst_outcome_ = KeyOutcome::kTakenIn;  // of the current refresh
 };
 
 }  // namespace velumar

@@ -14,9 +14,9 @@ std::string RegInfo::HostVersion() {
   return registry_.KeyExist(std::string(kPresenceKey) + "9.0") ? "9" : "8";
 }
 
-std::string RegInfo::KeyOf(std::string_view before, std::string_view behind) {
-  return "HKEY_CURRENT_USER\\Software\\Equis\\" + std::string(before) + HostVersion() + ".0\\" +
-         std::string(behind);
+std::string RegInfo::KeyOf(std::string_view product, std::string_view sub_key) {
+  return "HKEY_CURRENT_USER\\Software\\Equis\\" + std::string(product) + HostVersion() + ".0\\" +
+         std::string(sub_key);
 }
 
 std::string RegInfo::HostProgramPath() {

@@ -21,7 +21,7 @@ class RegInfo {
   bool SaveHostChartsPath(std::string_view path);
 
  private:
-  std::string KeyOf(std::string_view before, std::string_view behind);
+  std::string KeyOf(std::string_view product, std::string_view sub_key);
 
   ADVRegistry registry_;
 };

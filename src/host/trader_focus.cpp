@@ -14,7 +14,7 @@ constexpr std::string_view kOwnTitle = "Velumar";
 
 void TraderFocus::Follow(Cause cause) {
   const WindowId focused = windows_.FocusedWindow();
-  // On its way from one window to the next nobody has the focus.
+  // No window has the focus while it moves from one to the next.
   if (focused == 0 || focused == seen_) return;
   seen_ = focused;
   const WindowOwner before = std::exchange(owner_, windows_.OwnerOf(focused));
@@ -47,7 +47,7 @@ FocusReturn::~FocusReturn() {
 void FocusReturn::GiveBack() {
   trader_.Look();
   const WindowId now = windows_.FocusedWindow();
-  // Anywhere else but in the chart program, the focus is where the trader wants it.
+  // If it isn't in the chart program, the trader has put it there.
   if (now == before_ || (now != 0 && windows_.OwnerOf(now) != WindowOwner::kChartProgram)) return;
   const bool in_chart = before_ != 0 && windows_.OwnerOf(before_) == WindowOwner::kChartProgram;
   if (!trader_.AtRun() && windows_.GiveFocus(trader_.Elsewhere())) {

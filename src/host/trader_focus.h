@@ -5,24 +5,24 @@
 
 namespace velumar {
 
-// Where the trader works: at the run, in Velumar or the chart program, or in another program. Keys
-// may deal and step at the run alone.
+// Where the trader works: at the run, which is Velumar and the chart program, or in another
+// program. Keys place orders and step only at the run.
 //
-// The focus shows it, but it also moves without the trader: when a box opens, when the chart
-// program starts, when this program types into it, or when the window of another program closes and
-// the focus falls to the next one. Only a click, or a choice of the window manager's among windows
-// that are all still there, brings the trader back to the run.
+// The focus alone doesn't show it. It also moves without the trader: when a box opens, when the
+// chart program starts, when this program types into it, or when another program's window closes.
+// So the trader is back at the run only after a click, or after a change of focus while the other
+// window is still open.
 class TraderFocus {
  public:
   explicit TraderFocus(ChartWindows& windows) : windows_(windows) {}
 
-  // Follows the focus. Called often, so that no visit to another program is missed.
+  // Reads the focus. Called often, so that no visit to another program is missed.
   void Look() { Follow(Cause::kTrader); }
   // The same right after the program itself has moved the focus.
   void Moved() { Follow(Cause::kProgram); }
   // The trader has clicked at the run or started one.
   void ComeToRun() { elsewhere_ = 0; }
-  // While the result lives, the chart program's windows may come to the front by themselves.
+  // While the result lives, the chart program's windows may take the focus by themselves.
   [[nodiscard]] Counted ExpectChart() { return Counted(expecting_chart_); }
 
   bool AtRun() const { return elsewhere_ == 0; }
@@ -41,9 +41,9 @@ class TraderFocus {
   int expecting_chart_ = 0;
 };
 
-// Has the focus go back to where it was when its scope ends: to the trader's window of another
-// program, to the chart, or to the window of ours that had it. A trader who turns to another
-// program meanwhile stays there.
+// Returns the focus at the end of its scope: to the other program's window that the trader works
+// in, to the chart, or to the window of ours that had it. If the trader turns to another program in
+// between, the focus stays there.
 class FocusReturn {
  public:
   FocusReturn(ChartWindows& windows, TraderFocus& trader);

@@ -46,8 +46,8 @@ void BarStepper::FastUnfeed(std::int16_t& index) {
   ShowPrice(left);
 }
 
-// The store is changed and closed, or it is as it was: a chart that ran ahead of the cursor would
-// show the future. On a disk that takes nothing back either, the step has gone as far as it went.
+// If a step fails, the store is put back as it was: a chart ahead of the cursor would show the
+// future. If the disk refuses that too, the step ends where it got to.
 int BarStepper::Change(Bars bars, Direction direction) {
   MetaLibWriter writer(cache_);
   Open(writer);
@@ -99,7 +99,7 @@ void BarStepper::Apply(MetaLibWriter& writer, Bars bars, Direction direction) co
   }
 }
 
-// Through a writer of its own, as the failed one may be in any state.
+// With a new writer, as the failed one may be in any state.
 void BarStepper::TakeBack(Bars bars, Direction direction) const {
   MetaLibWriter writer(cache_);
   Open(writer);

@@ -12,7 +12,7 @@ namespace velumar {
 // Moves the simulated time by changing what the working store holds. The series in memory stays;
 // the store holds its bars 0 to BarIndex. Each operation opens the store, works and closes it. All
 // need loaded bars (HasBars) and throw MetaLibError; the store then holds what it held before. Only
-// where a broken disk takes nothing back does a step stand as far as it came.
+// if a broken disk prevents that, the step ends where it got to.
 class BarStepper {
  public:
   static constexpr int kFastStep = 30;
@@ -21,7 +21,7 @@ class BarStepper {
 
   bool HasBars() const { return !session_.BarDate.empty(); }
 
-  // In all four `index` is the newest bar of the store, -1 if it has none, and comes back as that.
+  // In all four, `index` is the newest bar of the store, -1 if it has none, and is updated.
 
   // Writes the bar after `index`; none after the last bar of the series.
   void FeedBar(std::int16_t& index);

@@ -15,7 +15,7 @@ class ChartSide {
   virtual void MaximizeHost() = 0;
   // False when the chart program isn't there.
   virtual bool BringHostToFront() = 0;
-  // Makes every open chart read the store again, then tells the user where the replay stands.
+  // Makes every open chart read the store again, then shows the user where the replay is.
   virtual void RefreshCharts() = 0;
 };
 

@@ -13,8 +13,8 @@ class LedgerRuns {
   LedgerRuns(SimSession& session, MessageBoxes& boxes, LedgerConnection& ledger)
       : session_(session), boxes_(boxes), ledger_(ledger) {}
 
-  // Moves the rows of the run before to the archive and begins a new one. False, behind a box, when
-  // the ledger can't: orders of a new run would join the rows of the old one.
+  // Moves the rows of the last run to the archive and begins a new one. If the ledger can't, shows
+  // a box and returns false: orders of a new run would join the rows of the old one.
   bool Begin();
 
  private:

@@ -30,21 +30,22 @@ bool RunControl::ClaimStore() {
   return true;
 }
 
-bool RunControl::BeginRun(const Form& window) {
-  if (session_.Preparing) return true;
-  const bool from_setup = &window == &desktop_.form1();
-  if (!from_setup && (!RequireSymbol() || !RequireLoadedSeries())) return true;
-  const RunNumber run = ++newest_run_;
-  feeding_ = false;
-  if (from_setup) {
-    if (!PrepareRun()) return false;
-  } else if (!Resume(run)) {
-    return true;
-  }
-  SetStatusLine(desktop_, "Begin of data feed ... ");
-  BringChartUp();
+bool RunControl::Start() {
+  const RunNumber run = NewRun();
+  if (!PrepareRun()) return false;
   Feed(run);
   return true;
+}
+
+void RunControl::Continue() {
+  if (session_.Preparing || !RequireSymbol() || !RequireLoadedSeries()) return;
+  const RunNumber run = NewRun();
+  if (Resume(run)) Feed(run);
+}
+
+RunControl::RunNumber RunControl::NewRun() {
+  feeding_ = false;
+  return ++newest_run_;
 }
 
 bool RunControl::RequireSymbol() {
@@ -60,8 +61,8 @@ bool RunControl::RequireLoadedSeries() {
   return problem.empty();
 }
 
-// No other run begins in the waits and boxes of a preparation, and whatever fails in it leaves
-// nothing in memory that could be fed or dealt in.
+// No other run begins in the waits and boxes of a preparation. If it fails, no bars are left in
+// memory that could be fed or traded.
 bool RunControl::PrepareRun() {
   const PreparingScope preparing(session_);
   session_.ForgetBars();
@@ -139,16 +140,17 @@ void RunControl::LoadSeries() {
   session_.StartTime = std::to_string(session_.BarTime.at(bar));
 }
 
-// Each bar is the one after BarIndex, wherever a step by hand has put that: the store never shows
-// more than BarIndex says.
+// Each bar is the one after BarIndex, which a step by hand may have moved.
 void RunControl::Feed(RunNumber run) {
+  SetStatusLine(desktop_, "Begin of data feed ... ");
+  BringChartUp();
   while (session_.BarIndex < session_.LastBarIndex) {
     feeding_ = true;
     bool go_on = false;
     try {
       go_on = FeedOne(run);
     } catch (const std::exception& error) {
-      // A handler that ran in the pause, or the market data library: the feed can't go on.
+      // From the market data library or a handler that ran in the pause.
       if (Superseded(run)) return;
       ShowPlay();
       ShowFailure("The feed stopped.", error);
@@ -161,7 +163,7 @@ void RunControl::Feed(RunNumber run) {
   SetStatusLine(desktop_, "End of data feed... ");
 }
 
-// False when the loop was stopped, or another run has begun: whoever did that has set the windows.
+// False if the loop was stopped or another run has begun. Either has already set the windows.
 bool RunControl::FeedOne(RunNumber run) {
   platform_.events.ProcessPending();
   if (Superseded(run)) return false;

@@ -15,43 +15,46 @@
 
 namespace velumar {
 
-// The road of a run, from the click on a start button to its end, and the four steps by hand.
+// A run from the click on a start button to its end, and the four steps by hand.
 class RunControl {
  public:
   RunControl(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
              LedgerConnection& ledger, ChartSide& chart);
 
-  // Takes from the setup window what the run that "Start" is about to begin replays, claims the
-  // working store for it and locks the window's boxes. False after a message box if no symbol is
-  // chosen or the folder can't be the store; nothing else has changed then.
+  // Takes what the setup window has chosen for the next run, claims the working store for it and
+  // locks the window's boxes. False after a message box if no symbol is chosen or the folder can't
+  // be the store; nothing has changed then.
   bool ClaimStore();
-  // The setup window as argument begins the run of the last ClaimStore, the navigator one that goes
-  // on from BarIndex. Returns when the feed has ended, was stopped, or gave way to a later BeginRun
-  // whose click fell into one of its waits: two loops never feed at once. Does nothing while a run
-  // is being prepared. Returns false if a run from the setup window could not be prepared: the user
-  // has read why, no bars are loaded, and the setup window is to come back.
-  bool BeginRun(const Form& window);
-  // Only sets the flag that the loop looks at once per bar.
+  // Begins the run of the last ClaimStore and feeds its bars. Returns when the feed has ended, was
+  // stopped, or gave way to a later run that was begun in one of its waits: two loops never feed at
+  // once. False if the run could not be prepared: a box has said why, no bars are loaded, and the
+  // caller brings the setup window back.
+  bool Start();
+  // Begins a run that goes on from BarIndex, and returns as Start does. Does nothing while a run is
+  // being prepared, and only shows a box if the setup window names another series than the bars'.
+  void Continue();
+  // Sets the flag that the loop reads once per bar.
   void EndRun();
-  // Gives the setup window's boxes back to the user, who may choose the next run's series there
-  // while a feed goes on: it keeps to its own.
+  // Unlocks the boxes of the setup window, where the next run's series may be chosen while a feed
+  // goes on with its own.
   void UnlockSetup();
 
-  // A run that is being prepared takes no step: no bars are loaded yet, the store is being filled,
-  // and the chart program's file dialog takes every key. Nor do bars of another series than the
-  // setup window names, after a box.
+  // The steps do nothing while a run is being prepared: no bars are loaded yet, the store is being
+  // filled, and the chart program's file dialog takes every key. If the setup window names another
+  // series than the bars', a box says so instead.
   void GoNext();
   void GoFastForward();
   void GoPrevious();
   void GoFastRewind();
 
-  // True while a loop is on that will feed a bar.
+  // True while a loop is running that will feed another bar.
   bool Feeding() const { return feeding_; }
 
  private:
   // A run knows by its number whether a later one has begun.
   using RunNumber = std::uint32_t;
 
+  RunNumber NewRun();
   bool Superseded(RunNumber run) const { return run != newest_run_; }
   // False after a box.
   bool RequireSymbol();
@@ -67,9 +70,9 @@ class RunControl {
   void Feed(RunNumber run);
   bool FeedOne(RunNumber run);
   void ShowPlay();
-  // Runs a step and the refresh after it. A failing library leaves all as it was, after a box.
+  // Runs a step and the refresh after it. If the step fails, a box says why and nothing has moved.
   void Step(std::string_view status, void (BarStepper::*step)(std::int16_t& index));
-  // A box: what failed, and the error's text. Number and sentence of a library error come first.
+  // Shows a box with what failed and the error's text. A library error's number comes first.
   void ShowFailure(const std::string& what, const std::exception& error);
 
   SimSession& session_;

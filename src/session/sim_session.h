@@ -38,8 +38,8 @@ struct Book {
   float SRealisedMoney = 0;
 };
 
-// What the setup window's boxes said when "Start" was clicked. A run keeps to it, whatever is
-// chosen for the next one meanwhile.
+// What the setup window held when "Start" was clicked. The run keeps to it, whatever is chosen for
+// the next one.
 struct RunSeries {
   std::string directory;
   std::string symbol;

@@ -19,7 +19,7 @@ void SetStatusLine(Desktop& desktop, std::string_view text);
 std::string DateDisplayText(std::int32_t date, const LocaleInfo& locale);
 
 // "[SYMBOL]  Date: 1/25/2007 00:00:00  Close: 100.5" of the bar under BarIndex, which must exist,
-// behind the warning about the chart program, if there is one.
+// after the warning about the chart program, if there is one.
 std::string BarLine(const SimSession& session, const LocaleInfo& locale);
 
 }  // namespace velumar

@@ -112,13 +112,13 @@ void RequireOurs(const fs::path& store) {
   Refuse(store, "it holds " + Holding(store) + " that no run has put there", kMoveIt);
 }
 
-// A data directory that has gone, perhaps with its disk, is not made anew.
+// A missing data directory, perhaps on an unmounted disk, is not created.
 void Make(const fs::path& store, const fs::path& data) {
   if (store.parent_path() != data) fs::create_directories(store.parent_path());
   fs::create_directory(store);
 }
 
-// Changes nothing but to make a missing folder.
+// Changes nothing, except that a missing folder is created.
 fs::path Checked(std::string_view store_text, std::string_view data) {
   const fs::path store = FolderPath(store_text);
   try {
@@ -175,7 +175,7 @@ fs::path ChartFilesOf(const fs::path& data) {
   return {};
 }
 
-// A fresh file, so that nothing is written through a link to the old one.
+// The old file is removed first, so that nothing is written through a link.
 void CopyFresh(const fs::path& from, const fs::path& to) {
   if (IsLink(to)) return;
   IgnoringErrors([&] { fs::remove(to); });

@@ -16,24 +16,24 @@ class StoreError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// The folder of the working store, held for one run. A run deletes the files in it, so it must be
-// ours: the file kMark says so, and is locked while the object lives. The system frees the lock
-// when the process dies.
+// The folder of the working store, held for one run. Since a run deletes the files in it, it must
+// be marked as ours by the file kMark. The mark is locked while the object lives; the system
+// releases the lock when the process dies.
 class StoreFolder {
  public:
   static constexpr std::string_view kMark = ".velumar-store";
 
-  // Makes a missing folder, marks and locks it. Throws StoreError, and has changed
-  // nothing, unless the folder is empty, has the mark or is a store of an earlier version. Refused
-  // as well: a link, the folder `data` itself, one that contains it or lies deeper inside it than
-  // one level, and a store that another program's run holds.
+  // Creates the folder if it is missing, marks and locks it. Throws StoreError, and has changed
+  // nothing, unless the folder is empty, has the mark or is a store of an earlier version. Also
+  // refuses a link, the folder `data` itself, a folder that contains it or is more than one level
+  // inside it, and a store that another program's run holds.
   StoreFolder(std::string_view store, std::string_view data);
-  // Throws what the constructor would, but for a store that is held: it may be by ourselves.
+  // Throws what the constructor would throw, except for a store that is held: we may hold it.
   static void Require(std::string_view store, std::string_view data);
 
-  // Deletes the files whose name doesn't begin with a point. Subfolders stay, and of links only the
-  // link goes. Goes on if a file can't be deleted; throws StoreError if series files are left,
-  // whose bars a chart would show.
+  // Deletes the files and links whose names don't begin with a point, and follows no link.
+  // Subfolders stay. Goes on if a file can't be deleted; throws StoreError if series files are
+  // left, whose bars a chart would show.
   void Clear() const;
 
   // Copies the index files of `data` without the dates of their series. Throws MetaLibError.

@@ -42,7 +42,7 @@ std::string LibraryErrorText(const MetaLibError& error) {
 
 bool WorkingStore::Claim() {
   return Reported([this] {
-    // A refused folder leaves the hold to the run before, whose feed may still go on.
+    // A refused claim must not release the store of the last run, whose feed may still go on.
     StoreFolder::Require(session_.SimDir, session_.DataDir);
     folder_.reset();
     folder_.emplace(session_.SimDir, session_.DataDir);
@@ -50,7 +50,6 @@ bool WorkingStore::Claim() {
 }
 
 bool WorkingStore::Refill() {
-  if (!folder_ && !Claim()) return false;
   session_.DataDir = WithClosingBackslash(session_.DataDir);
   session_.SimDir = WithClosingBackslash(session_.SimDir);
   return Reported([this] {
@@ -103,8 +102,8 @@ void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
   writer.CloseDirectory();
 }
 
-// The bars of the cut never reach the disk: a run that dies here leaves no future behind. A run has
-// a bar to stand on from its beginning, so the first one is always written.
+// The bars after the start are never written, so a run that dies here leaves no future on the disk.
+// The first bar always is: a run needs a current bar.
 void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer,
                                 std::int32_t cut_start) {
   const std::vector<std::int32_t>& dates = reader.GetDates();
@@ -174,7 +173,7 @@ void WorkingStore::RequireReplayable(const MetaLibReader& reader) const {
     if (moment(i - 1) < moment(i)) continue;
     throw MetaLibError(kNotReplayable, series + " holds a bar of " +
                                            std::to_string(reader.GetDates()[i]) +
-                                           " without a time that puts it behind the one before.");
+                                           " without a time after the one before it.");
   }
 }
 

@@ -22,13 +22,13 @@ class WorkingStore {
   WorkingStore(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache)
       : session_(session), desktop_(desktop), platform_(platform), cache_(cache) {}
 
-  // Claims the folder SimDir for a run over DataDir, and holds it until the next claim or the end
-  // of the program. False after a message box if it can't be the store; nothing was changed then.
+  // Claims the folder SimDir for a run over DataDir and holds it until the next claim or the end of
+  // the program. If it can't be the store, shows a box, changes nothing and returns false.
   bool Claim();
 
-  // Empties the claimed folder and copies the files that a chart needs next to the bars. SimDir and
-  // DataDir come back with a closing "\". False after a message box if old bars are left or the
-  // index files can't be copied.
+  // Empties the claimed folder and copies the files that a chart needs besides the bars. SimDir and
+  // DataDir get a closing "\". If old bars are left or the index files can't be copied, shows a box
+  // and returns false.
   bool Refill();
 
   // Writes into SimDir what the run's series holds before the first bar on or after the start day,
@@ -54,10 +54,10 @@ class WorkingStore {
   Desktop& desktop_;
   Platform& platform_;
   IndexCache& cache_;
-  std::optional<StoreFolder> folder_;  // of the run in hand
+  std::optional<StoreFolder> folder_;  // of the last claim
 };
 
-// How a failure of the market data library is told: its number, a carriage return, its sentence.
+// The text of a library error for a box: its number, a carriage return, its sentence.
 std::string LibraryErrorText(const MetaLibError& error);
 
 }  // namespace velumar

@@ -18,9 +18,7 @@ AccountSheets::AccountSheets(Desktop& desktop, Platform& platform, LedgerConnect
 
 void AccountSheets::BindEvents() {
   FrmResult& form = desktop_.Untouched().frmResult;
-  const auto guarded = [this](std::string_view task, auto handler) {
-    return Guarded(platform_.boxes, task, handler);
-  };
+  const EventGuard guarded(platform_.boxes);
   form.tabSheets.on_click = guarded("Reading the account", [this] { ChooseSheet(); });
   form.lstOrders.on_header =
       guarded("Sorting the orders", [this](std::size_t column) { SortOrdersBy(column); });
@@ -117,7 +115,7 @@ void AccountSheets::ShowOrders() {
                                  }});
 }
 
-// A second click on a title turns the order round.
+// A second click on a title reverses the order.
 void AccountSheets::SortOrdersBy(std::size_t column) {
   Table& list = Window().lstOrders;
   const Table::Sorting before = list.SortedBy();

@@ -14,8 +14,8 @@
 
 namespace velumar {
 
-// The sheets of the result window behind its chart, statistics and orders of one run. What they
-// show is read from the ledger when one of them is first looked at.
+// The result window's two sheets next to its chart: statistics and orders of one run. They are read
+// from the ledger when one of them is first shown.
 class AccountSheets {
  public:
   AccountSheets(Desktop& desktop, Platform& platform, LedgerConnection& ledger);
@@ -25,8 +25,8 @@ class AccountSheets {
   // Throws a LedgerError where the run can't be read; the sheets then show what they showed.
   void ShowRun(ShownRun run);
 
-  // Runs when the sheets of the run that is shown were read at their first look. What it throws
-  // leaves the tab where it was.
+  // Runs after the sheets were read because one was first shown. If it throws, the tab stays where
+  // it was.
   std::function<void()> on_read;
 
  private:

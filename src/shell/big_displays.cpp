@@ -7,6 +7,7 @@ namespace velumar {
 
 namespace {
 
+constexpr std::string_view kShowing = "Showing the big numbers";
 constexpr std::int16_t kAlpha = 200;
 constexpr float kTop = 250;
 constexpr float kDateTimeLeft = 150;
@@ -18,12 +19,10 @@ constexpr float kWidthsFromTheRight = 1.25F;
 BigDisplays::BigDisplays(const SimSession& session, Desktop& desktop, Platform& platform)
     : session_(session), desktop_(desktop), platform_(platform) {
   const Desktop::Windows windows = desktop.Untouched();
-  const auto guarded = [this](auto handler) {
-    return Guarded(platform_.boxes, "Showing the big numbers", handler);
-  };
-  windows.frmBigDateTime.on_load = guarded([this] { LoadDateTime(); });
-  windows.frmBigScore.on_load = guarded([this] { LoadScore(); });
-  windows.frmBigPrice.on_load = guarded([this] { LoadPrice(); });
+  const EventGuard guarded(platform_.boxes);
+  windows.frmBigDateTime.on_load = guarded(kShowing, [this] { LoadDateTime(); });
+  windows.frmBigScore.on_load = guarded(kShowing, [this] { LoadScore(); });
+  windows.frmBigPrice.on_load = guarded(kShowing, [this] { LoadPrice(); });
   for (BigWindow* window : {&windows.frmBigDateTime, &windows.frmBigScore, &windows.frmBigPrice}) {
     window->on_press = window->lblScore.on_press = [window] { DragWindow(*window); };
     window->on_close = [this, window] { desktop_.Unload(*window); };

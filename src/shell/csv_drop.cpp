@@ -45,7 +45,7 @@ void CsvDrop::Import(const std::vector<std::string>& files) {
   std::vector<std::string> prices;
   std::copy_if(files.begin(), files.end(), std::back_inserter(prices), IsCsv);
   if (prices.empty()) {
-    platform_.boxes.Show("Only price files come in this way: their names end in \".csv\".",
+    platform_.boxes.Show("Only price files can be imported this way: their names end in \".csv\".",
                          BoxIcon::kInformation);
     return;
   }
@@ -78,9 +78,9 @@ CsvDrop::Arrival CsvDrop::ImportAll(const std::vector<std::string>& prices) {
     }
   }
   if (!problems.empty()) {
-    platform_.boxes.Show(
-        std::to_string(arrival.files) + " of " + Files(prices.size()) + " came in." + problems,
-        BoxIcon::kExclamation);
+    platform_.boxes.Show(std::to_string(arrival.files) + " of " + Files(prices.size()) +
+                             " were imported." + problems,
+                         BoxIcon::kExclamation);
   }
   return arrival;
 }

@@ -12,10 +12,10 @@
 
 namespace velumar {
 
-// Price files that a hand drops on the setup window: they are imported into the data directory, as
-// velumar-cli does it, once the user has agreed to the directory by its name. Then the list is
-// built again and stands on the first security that came in. What can't come in is told file by
-// file, and never comes in by half.
+// Imports price files that are dropped on the setup window into the data directory, as velumar-cli
+// does, after the user has confirmed the directory by its name. Then the list is built again with
+// the first imported security chosen. A box names each file that can't be imported, and why; no
+// file is imported by half.
 class CsvDrop {
  public:
   CsvDrop(SimSession& session, Desktop& desktop, Platform& platform, SymbolCatalogue& catalogue,
@@ -27,13 +27,13 @@ class CsvDrop {
         cache_(cache) {}
 
   void Import(const std::vector<std::string>& files);
-  // For a data directory that holds no market data, but price files: offers to make market data of
-  // them, in that directory. True when some came in.
+  // For a data directory that holds price files but no market data: offers to import them there.
+  // True if some were imported.
   bool OfferDirectory();
 
  private:
   struct Arrival {
-    std::size_t files = 0;  // that came in
+    std::size_t files = 0;  // imported
     CsvImportReport first;  // of these
   };
 

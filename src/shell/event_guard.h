@@ -9,17 +9,26 @@
 
 namespace velumar {
 
-// Wraps an event's handler: an error that nothing in it has caught ends the handler, and a box says
-// what failed and why. `task` is what the handler does, "Placing the order", and must outlive it.
-template <typename Handler>
-auto Guarded(MessageBoxes& boxes, std::string_view task, Handler handler) {
-  return [&boxes, task, handler = std::move(handler)](auto... arguments) {
-    try {
-      handler(arguments...);
-    } catch (const std::exception& error) {
-      boxes.Show(std::string(task) + " failed.\n" + error.what(), BoxIcon::kExclamation);
-    }
-  };
-}
+// Wraps the handlers of events: an error that a handler doesn't catch ends it, and a box says what
+// failed and why. `boxes` must outlive the wrapped handlers.
+class EventGuard {
+ public:
+  explicit EventGuard(MessageBoxes& boxes) : boxes_(boxes) {}
+
+  // `task` is what the handler does, "Placing the order", and must outlive the result.
+  template <typename Handler>
+  auto operator()(std::string_view task, Handler handler) const {
+    return [&boxes = boxes_, task, handler = std::move(handler)](auto... arguments) {
+      try {
+        handler(arguments...);
+      } catch (const std::exception& error) {
+        boxes.Show(std::string(task) + " failed.\n" + error.what(), BoxIcon::kExclamation);
+      }
+    };
+  }
+
+ private:
+  MessageBoxes& boxes_;
+};
 
 }  // namespace velumar

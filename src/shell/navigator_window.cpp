@@ -31,9 +31,7 @@ NavigatorWindow::NavigatorWindow(SimSession& session, Desktop& desktop, Platform
 
 void NavigatorWindow::BindEvents() {
   Form2& form = desktop_.Untouched().form2;
-  const auto guarded = [this](std::string_view task, auto handler) {
-    return Guarded(platform_.boxes, task, handler);
-  };
+  const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the navigator", [this] { Load(); });
   form.on_unload = guarded("Closing the navigator", [this] { Unload(); });
   form.on_close = form.Image5.on_click =
@@ -43,24 +41,17 @@ void NavigatorWindow::BindEvents() {
   form.HScrollx.on_change = guarded("Changing the opacity", [this] { OpacityMoved(); });
   form.txtRefresh.on_change =
       guarded("Changing the number of charts", [this] { ChartCountTyped(); });
-  BindButtons(form);
-}
-
-void NavigatorWindow::BindButtons(Form2& form) {
-  const auto guarded = [this](std::string_view task, auto handler) {
-    return Guarded(platform_.boxes, task, handler);
+  const auto fast_step = [this](void (RunControl::*step)()) {
+    return [this, step] {
+      (run_.*step)();
+      WaitMilliseconds(platform_.events, std::int16_t{kAfterFastStepMs});
+    };
   };
-  form.Image6.on_click = guarded("Stepping back", [this] {
-    run_.GoFastRewind();
-    WaitMilliseconds(platform_.events, std::int16_t{kAfterFastStepMs});
-  });
-  form.Image7.on_click = guarded("Stepping forward", [this] {
-    run_.GoFastForward();
-    WaitMilliseconds(platform_.events, std::int16_t{kAfterFastStepMs});
-  });
+  form.Image6.on_click = guarded("Stepping back", fast_step(&RunControl::GoFastRewind));
+  form.Image7.on_click = guarded("Stepping forward", fast_step(&RunControl::GoFastForward));
   form.Image2.on_click = guarded("Stepping back", [this] { run_.GoPrevious(); });
   form.Image1.on_click = guarded("Stepping forward", [this] { run_.GoNext(); });
-  form.Image3.on_click = guarded("Continuing the run", [this] { run_.BeginRun(Window()); });
+  form.Image3.on_click = guarded("Continuing the run", [this] { run_.Continue(); });
   form.Image4.on_click = guarded("Pausing the run", [this] { run_.EndRun(); });
 }
 
@@ -110,8 +101,7 @@ void NavigatorWindow::ChartCountTyped() {
 
 void NavigatorWindow::Unload() { SaveOpacity(Window(), platform_.settings, kOpacityKey); }
 
-// A run that is going on goes on: pausing it is the work of another button. The next one can be
-// chosen meanwhile.
+// A feed goes on: pausing it is the work of another button. The next run can be chosen during it.
 void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
   if (closing_) return;

@@ -16,7 +16,6 @@ class NavigatorWindow {
 
  private:
   void BindEvents();
-  void BindButtons(Form2& form);
   void Load();
   void Place();
   void OpacityMoved();

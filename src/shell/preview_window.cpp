@@ -21,12 +21,11 @@ PreviewWindow::PreviewWindow(Desktop& desktop, Platform& platform)
 
 void PreviewWindow::BindEvents() {
   Graph2& form = desktop_.Untouched().graph2;
-  const auto guarded = [this](auto handler, std::string_view task = "The print preview") {
-    return Guarded(platform_.boxes, task, handler);
-  };
+  constexpr std::string_view kPreview = "The print preview";
+  const EventGuard guarded(platform_.boxes);
   // A change of the sheet, drawn at once.
   const auto changing = [this, guarded](auto change) {
-    return guarded([this, change](auto... arguments) {
+    return guarded(kPreview, [this, change](auto... arguments) {
       change(arguments...);
       ShowPlaces();
     });
@@ -37,9 +36,9 @@ void PreviewWindow::BindEvents() {
       TakePicture();
     });
   };
-  form.on_load = guarded([this] { Load(); });
-  form.on_close = form.on_escape = form.cmdcancel.on_click = guarded([this] { Close(); });
-  form.cmdPrint.on_click = guarded([this] { Print(); }, "Printing");
+  form.on_load = guarded(kPreview, [this] { Load(); });
+  form.on_close = form.on_escape = form.cmdcancel.on_click = guarded(kPreview, [this] { Close(); });
+  form.cmdPrint.on_click = guarded("Printing", [this] { Print(); });
   form.HScroll2.on_change = resizing([this] { preview_->SetZoom(Window().HScroll2.Value()); });
   form.chtscroll0.on_change = resizing(
       [this] { preview_->SetChartPercent(PictureSide::kHeight, Window().chtscroll0.Value()); });
@@ -62,8 +61,8 @@ void PreviewWindow::Load() {
   form.HScroll2.SetValue(PrintPreview::kStartZoom);  // takes the picture and shows the places
 }
 
-// A result window that came back for the preview alone goes with it: the next one that the trader
-// opens reads the ledger anew.
+// A result window that was loaded for the preview alone is unloaded with it: the next one that the
+// trader opens reads the ledger again.
 void PreviewWindow::Close() {
   desktop_.Unload(Window());
   const FrmResult& results = desktop_.Untouched().frmResult;

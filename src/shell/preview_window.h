@@ -11,7 +11,7 @@
 namespace velumar {
 
 // The logic of the print preview. It works on the chart of the result window itself, so that one
-// changes its size with the preview; a result window that was closed meanwhile comes back hidden.
+// changes its size with the preview; a result window that was closed comes back hidden.
 class PreviewWindow : private PreviewChart {
  public:
   PreviewWindow(Desktop& desktop, Platform& platform);

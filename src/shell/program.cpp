@@ -54,7 +54,8 @@ struct Program::Parts {
         preview(desktop, platform),
         keys(
             session, desktop, trader, [this] { return chart.OpeningChart(); },
-            Guarded(platform.boxes, "Opening the score board", [this] { score_board.Open(); })) {}
+            EventGuard(platform.boxes)("Opening the score board", [this] { score_board.Open(); })) {
+  }
 
   TellingSettings settings;
   Platform platform;

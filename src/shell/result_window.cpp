@@ -83,9 +83,7 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
 
 void ResultWindow::BindEvents() {
   const Desktop::Windows windows = desktop_.Untouched();
-  const auto guarded = [this](std::string_view task, auto handler) {
-    return Guarded(platform_.boxes, task, handler);
-  };
+  const EventGuard guarded(platform_.boxes);
   windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click =
       guarded("Opening the results", [this] { Open(); });
   FrmResult& form = windows.frmResult;
@@ -148,14 +146,18 @@ void ResultWindow::ShowResultFigures() {
   }
 }
 
-void ResultWindow::RefreshFiguresAndChart() {
-  const int run = RunToRead(ledger_, run_);
-  const ResultFigures figures = LoadResultFigures(ledger_, run);
-  ChartRows rows = RowsOf(LoadPortfolioChart(ledger_, run));
-  WriteFigures(figures);
+void ResultWindow::RefreshFiguresAndChart() { Show(Read(run_)); }
+
+ResultWindow::Reading ResultWindow::Read(const ShownRun& run) {
+  const int number = RunToRead(ledger_, run);
+  return {LoadResultFigures(ledger_, number), RowsOf(LoadPortfolioChart(ledger_, number))};
+}
+
+void ResultWindow::Show(Reading reading) {
+  WriteFigures(reading.figures);
   // New rows show the whole chart, so the same ones leave a zoom as it is.
   Chart& chart = Window().MSChart1;
-  if (rows != *chart.Content().rows) chart.SetRows(std::move(rows));
+  if (reading.rows != *chart.Content().rows) chart.SetRows(std::move(reading.rows));
 }
 
 void ResultWindow::WriteFigures(const ResultFigures& figures) {
@@ -184,7 +186,7 @@ void ResultWindow::SetWallEffect() { Window().MSChart1.SetWallWhite(); }
 
 void ResultWindow::RestoreChart() {
   Window().MSChart1.ToDefaults();
-  Window().Combo1.SetIndex(kFirstType);  // the list tells what the chart shows
+  Window().Combo1.SetIndex(kFirstType);  // the list names what the chart shows
 }
 
 void ResultWindow::PressToolbar(int button) {
@@ -254,7 +256,7 @@ void ResultWindow::ChooseColour() {
   ApplySeriesColour();
 }
 
-// What can't be read leaves the list at the run that is shown.
+// If the run can't be read, the list goes back to the one that is shown.
 void ResultWindow::ChooseRun() {
   ComboBox& list = Window().cbxRun;
   const int number = list.Rows().at(static_cast<std::size_t>(list.Index())).data;
@@ -270,13 +272,10 @@ void ResultWindow::ChooseRun() {
 
 void ResultWindow::LoadRun(int number) {
   const ShownRun chosen{number, run_.newest};
-  const int run = RunToRead(ledger_, chosen);
-  const ResultFigures figures = LoadResultFigures(ledger_, run);
-  ChartRows rows = RowsOf(LoadPortfolioChart(ledger_, run));
+  Reading reading = Read(chosen);
   sheets_.ShowRun(chosen);
   run_ = chosen;
-  WriteFigures(figures);
-  Window().MSChart1.SetRows(std::move(rows));
+  Show(std::move(reading));
 }
 
 void ResultWindow::PrintReport() {

@@ -31,6 +31,14 @@ class ResultWindow {
   void Load();
   void ListRuns();
 
+  // What the figures and the chart show of a run.
+  struct Reading {
+    ResultFigures figures;
+    ChartRows rows;
+  };
+  // Throws LedgerError.
+  Reading Read(const ShownRun& run);
+  void Show(Reading reading);
   void ShowResultFigures();
   // Of the run that is shown. Throws LedgerError, and then changes nothing.
   void RefreshFiguresAndChart();

@@ -46,7 +46,7 @@ bool RunKeys::Press(const RunKeyPress& press) {
     open_board_();
     return true;
   }
-  // A run that is being prepared is neither paused nor begun anew by a stray Space.
+  // A stray Space neither pauses nor restarts a run that is being prepared.
   if (press.code == run_key::kSpace && session_.Preparing) return true;
   const bool before = std::exchange(stepping_, stepping_ || Steps(press.code));
   ButtonOf(press)->UserClick();

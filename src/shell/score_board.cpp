@@ -19,7 +19,7 @@ constexpr int kEnterKey = 13;
 constexpr std::string_view kAddressKey = "ScoreAddress";
 constexpr std::string_view kNameKey = "ScoreName";
 
-// What would end the line that a name travels in.
+// Characters that would end the line a name is sent in.
 bool EndsALine(char character) {
   return character == '\r' || character == '\n' || character == '\0';
 }
@@ -49,9 +49,7 @@ std::string SentText(std::string_view answer) {
 ScoreBoard::ScoreBoard(const SimSession& session, Desktop& desktop, Platform& platform)
     : session_(session), desktop_(desktop), platform_(platform) {
   FrmScore& form = desktop_.Untouched().frmScore;
-  const auto guarded = [this](std::string_view task, auto handler) {
-    return Guarded(platform_.boxes, task, handler);
-  };
+  const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the score board", [this] { Load(); });
   form.on_close = form.on_escape = form.Image5.on_click =
       guarded("Closing the score board", [this] { desktop_.Unload(Window()); });
@@ -155,14 +153,14 @@ std::string ScoreBoard::Query() {
 }
 
 std::optional<ScoreBoard::Answer> ScoreBoard::Ask(std::string_view target,
-                                                  std::string_view meanwhile) {
+                                                  std::string_view status) {
   FrmScore& form = Window();
   const int load = load_;
   if (asking_load_ == load) return std::nullopt;
   const int before = std::exchange(asking_load_, load);
   const auto wanted = [&] { return load == load_ && form.Loaded(); };
   Answer answer;
-  ShowStatus(meanwhile);
+  ShowStatus(status);
   form.btnSend.SetEnabled(false);
   try {
     answer.text = platform_.web.Get(Address(), target, wanted);

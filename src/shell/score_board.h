@@ -10,8 +10,7 @@
 
 namespace velumar {
 
-// The logic of the score board. While a request is on, windows stay alive; closing the board gives
-// the request up.
+// The logic of the score board. Window events run during a request; closing the board ends it.
 class ScoreBoard {
  public:
   ScoreBoard(const SimSession& session, Desktop& desktop, Platform& platform);
@@ -26,7 +25,7 @@ class ScoreBoard {
   void SendScore();
   void ListScores(const std::string& status);
   std::string Query();
-  // As typed into the window last; else as the settings file has it in its section [Score].
+  // The one typed into the window last, else the one in section [Score] of the settings file.
   std::string Address() const;
   void ExplainAddress();
   void NameChanged();
@@ -35,9 +34,9 @@ class ScoreBoard {
     bool failed = false;
     std::string text;  // the answer, or why there is none
   };
-  // Asks the service for the target while the status line says `meanwhile`. Nothing if another
-  // request is on or the window was closed.
-  std::optional<Answer> Ask(std::string_view target, std::string_view meanwhile);
+  // Asks the service for the target while the status line shows `status`. Nothing if another
+  // request is running or the window was closed.
+  std::optional<Answer> Ask(std::string_view target, std::string_view status);
   void ShowStatus(std::string_view text) { Window().lblStatus.SetText(text); }
   FrmScore& Window() { return desktop_.frmScore(); }
 
@@ -45,7 +44,7 @@ class ScoreBoard {
   Desktop& desktop_;
   Platform& platform_;
   int load_ = 0;         // of the window, counted
-  int asking_load_ = 0;  // the one that a request is on for
+  int asking_load_ = 0;  // the one that a request is running for
 };
 
 }  // namespace velumar

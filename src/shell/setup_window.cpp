@@ -51,9 +51,7 @@ SetupWindow::SetupWindow(SimSession& session, Desktop& desktop, Platform& platfo
 
 void SetupWindow::BindEvents() {
   Form1& form = desktop_.Untouched().form1;
-  const auto guarded = [this](std::string_view task, auto handler) {
-    return Guarded(platform_.boxes, task, handler);
-  };
+  const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the setup", [this] { Load(); });
   form.on_unload = guarded("Saving the settings", [this] { Unload(); });
   form.on_close = guarded("Closing Velumar", [this] { Close(); });
@@ -86,8 +84,8 @@ void SetupWindow::BindEvents() {
   form.Image5.on_click = guarded("Closing Velumar", [this] { Close(); });
 }
 
-// A step that fails is passed over, and the next one runs: whatever is wrong with the settings or
-// the directory, the window comes up.
+// A step that fails is skipped: whatever is wrong with the settings or the directory, the window is
+// shown.
 void SetupWindow::Load() {
   IgnoringErrors([this] { ShapeAndName(); });
   ReadSettings();
@@ -209,12 +207,11 @@ void SetupWindow::PickDirectory() {
 // The files that a run reads while it is prepared must stay as they are.
 void SetupWindow::TakeFiles(const std::vector<std::string>& files) {
   if (!run_.Feeding() && !session_.Preparing) return drop_.Import(files);
-  platform_.boxes.Show("A run is on. Price files can come in once it is paused.",
-                       BoxIcon::kInformation);
+  platform_.boxes.Show("Pause the replay before importing price files.", BoxIcon::kInformation);
 }
 
-// The slides let clicks run, and a run counts as being prepared from here on. While the list is
-// being built there is no security chosen yet that a run could start with.
+// Clicks run during the slides, so the run counts as being prepared from here on. While the list is
+// being built, no security is chosen yet.
 void SetupWindow::StartRun() {
   if (loading_ || session_.Preparing || catalogue_.Building() || !RequireFigures()) return;
   if (!run_.ClaimStore()) return;
@@ -224,12 +221,12 @@ void SetupWindow::StartRun() {
     ready = SlideToRun();
   });
   if (!ready) return run_.UnlockSetup();
-  if (run_.BeginRun(Window())) return;
+  if (run_.Start()) return;
   const Form2& navigator = desktop_.Untouched().form2;
   if (navigator.Visible()) navigator.on_close();
 }
 
-// Says of the first account text that can't be used why not, as its box does.
+// Shows why the first unusable account text can't be used, as the tooltip of its box does.
 bool SetupWindow::RequireFigures() {
   for (const TextBox* box : AccountBoxes(Window())) {
     if (const std::optional<std::string> problem =

@@ -27,9 +27,7 @@ TradePanel::TradePanel(SimSession& session, Desktop& desktop, Platform& platform
 
 void TradePanel::BindEvents() {
   Form3& form = desktop_.Untouched().form3;
-  const auto guarded = [this](std::string_view task, auto handler) {
-    return Guarded(platform_.boxes, task, handler);
-  };
+  const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the trade panel", [this] { Load(); });
   form.on_unload = guarded("Closing the trade panel", [this] { Unload(); });
   form.on_close = form.Image5.on_click =
@@ -102,7 +100,7 @@ void TradePanel::Place() {
 void TradePanel::DelayConfirmed() {
   ComboBox& delay = Window().Combo2;
   const std::string usable = UsableDelay(delay.Text());
-  // An emptied box is about to be typed into: it stays empty, and counts as "3" meanwhile.
+  // An emptied box is about to be typed into: it stays empty, and counts as "3".
   if (!delay.Text().empty()) delay.SetText(usable);
   session_.RefreshDelay = DelayMilliseconds(usable);
 }

@@ -5,65 +5,6 @@
 namespace velumar {
 namespace {
 
-TEST(Desktop, AWindowLoadsHiddenAtItsFirstTouchAndOnlyThen) {
-  Desktop desktop;
-  int loads = 0;
-  desktop.Untouched().form2.on_load = [&] {
-    ++loads;
-    desktop.form2().Label6.SetText("loading");  // a touch while loading is no second load
-  };
-  EXPECT_FALSE(desktop.Untouched().form2.Loaded());
-  desktop.form2().Label6.SetText("first");
-  EXPECT_EQ(loads, 1);
-  EXPECT_FALSE(desktop.form2().Visible());
-  EXPECT_EQ(desktop.form2().Label6.Text(), "first");
-}
-
-TEST(Desktop, AReloadedWindowIsAsNew) {
-  Desktop desktop;
-  Form2& form = desktop.form2();
-  form.Show();
-  form.txtRefresh.UserType("4");
-  form.Image4.SetVisible(false);
-  form.HScrollx.SetValue(10);
-  form.SetLeft(300);
-  desktop.Unload(form);
-  EXPECT_FALSE(form.Visible());
-  desktop.form2();
-  EXPECT_EQ(form.txtRefresh.Text(), "1");
-  EXPECT_TRUE(form.Image4.Visible());
-  EXPECT_EQ(form.HScrollx.Value(), 250);
-  EXPECT_EQ(form.Left(), 0);
-}
-
-TEST(Desktop, AHandlerMayUnloadItsOwnWindow) {
-  Desktop desktop;
-  Form2& form = desktop.form2();
-  form.Show();
-  bool came_back = false;
-  form.Image5.on_click = [&, text = std::string("kept while it runs")] {
-    desktop.Unload(form);
-    form.Image5.on_click = nullptr;
-    came_back = text == "kept while it runs";
-  };
-  form.Image5.UserClick();
-  EXPECT_TRUE(came_back);
-  EXPECT_FALSE(form.Loaded());
-}
-
-TEST(Desktop, UnloadRunsItsStepsOnceAndOnlyForALoadedWindow) {
-  Desktop desktop;
-  int unloads = 0;
-  Form3& form = desktop.Untouched().form3;
-  form.on_unload = [&] { ++unloads; };
-  desktop.Unload(form);
-  EXPECT_EQ(unloads, 0);
-  desktop.form3();
-  desktop.Unload(form);
-  desktop.Unload(form);
-  EXPECT_EQ(unloads, 1);
-}
-
 TEST(Controls, AHandReachesOnlyWhatIsShownAndEnabled) {
   Desktop desktop;
   Form2& form = desktop.form2();

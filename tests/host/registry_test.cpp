@@ -74,12 +74,5 @@ TEST_F(RegistryTest, ValuesOfEachTypeComeBack) {
   EXPECT_TRUE(outside.boxes.shown.empty());
 }
 
-TEST(RegistryCodes, HaveSentences) {
-  EXPECT_EQ(RegErrorText(5), "Access To this key Is Denied");
-  EXPECT_EQ(RegErrorText(14), RegErrorText(8));
-  EXPECT_EQ(RegErrorText(77), "Undefined Error Code :  77");
-  EXPECT_EQ(RegErrorText(-1), "Undefined Error Code : -1");
-}
-
 }  // namespace
 }  // namespace velumar

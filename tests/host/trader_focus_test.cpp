@@ -31,7 +31,7 @@ TEST_F(TraderFocusTest, FollowsTheTraderFromWindowToWindow) {
   EXPECT_TRUE(AtRunIn(kChart));
   EXPECT_FALSE(AtRunIn(kOther));
   EXPECT_FALSE(AtRunIn(kNone));
-  EXPECT_TRUE(AtRunIn(kChart)) << "chosen while the other window still stands";
+  EXPECT_TRUE(AtRunIn(kChart)) << "chosen while the other window is still open";
   EXPECT_FALSE(AtRunIn(kOther));
   EXPECT_TRUE(AtRunIn(kOwn));
 }
@@ -41,7 +41,7 @@ TEST_F(TraderFocusTest, AFocusThatOnlyFallsToTheRunDoesNotCount) {
   desk.hidden = kOther;
   EXPECT_FALSE(AtRunIn(kNone));
   EXPECT_FALSE(AtRunIn(kOwn)) << "the other window has closed";
-  EXPECT_TRUE(AtRunIn(kChart)) << "a choice between windows that both stand";
+  EXPECT_TRUE(AtRunIn(kChart)) << "a choice between windows that are both open";
 
   ASSERT_FALSE(AtRunIn(kOther));
   ASSERT_FALSE(AtRunIn(kOwn));
@@ -62,8 +62,8 @@ TEST_F(TraderFocusTest, WhatTheProgramMovesDoesNotCount) {
   }
 }
 
-// Who has the focus, what happens meanwhile, and who has it in the end.
-TEST_F(TraderFocusTest, TheFocusGoesBackToWhoHadIt) {
+// Which window has the focus, what happens, and which window has it in the end.
+TEST_F(TraderFocusTest, TheFocusGoesBackToTheWindowThatHadIt) {
   const struct {
     const char* story;
     WindowId before;

@@ -34,11 +34,9 @@ TEST_F(CatalogueTest, LinesAreSortedAndKeepTheirOwnIntervals) {
   EXPECT_EQ(lines, (std::vector<std::string>{"A", "B", "C", "C"}));
   EXPECT_EQ(session.PeriodBySymbol, (std::vector<std::string>{"15", "D", "D", "5", ""}));
   EXPECT_EQ(session.Symbol, "A");
-  EXPECT_EQ(Period(), "D");
   list.UserChoose(1);
   EXPECT_EQ(session.Symbol, "B");
   EXPECT_EQ(Period(), "15");
-  EXPECT_TRUE(desktop.form1().cbxPeriod.Rows().empty());
   list.UserChoose(2);
   EXPECT_EQ(Period(), "D") << "a click takes the clicked line's interval";
   list.UserType(" c ");
@@ -100,7 +98,7 @@ TEST_F(CatalogueTest, AnEmptyIndexLeavesChoiceAndPeriod) {
 }
 
 TEST_F(CatalogueTest, ClicksWhileALargeDirectoryIsListed) {
-  for (int i = 0; i < 220; ++i) Store("S" + std::to_string(1000 + i), DailyBars(1));
+  for (int i = 0; i < 260; ++i) Store("S" + std::to_string(1000 + i), DailyBars(2));
   const std::string other = scratch.Sub("other");
   StoreSecurity(other, {"ZED", "Zed", 60}, IntradayBars(60, 60), cache);
   int pauses = 0;
@@ -110,9 +108,15 @@ TEST_F(CatalogueTest, ClicksWhileALargeDirectoryIsListed) {
   });
   catalogue.BuildSymbolList();
   EXPECT_EQ(pauses, 2);
-  EXPECT_EQ(desktop.form1().Combo1.Rows().size(), 220U);
+  EXPECT_EQ(desktop.form1().Combo1.Rows().size(), 260U);
   EXPECT_EQ(desktop.form1().Combo1.Rows().front().note, "S1000 name, daily");
-  // Another directory, listed inside a wait of the first: the newer wish counts.
+  // A security of the second index can be replayed too.
+  CopyIndexes();
+  Choose("S1259", "D", MadeDate(1));
+  EXPECT_EQ(working_store.PrepareStore(), -1);
+  EXPECT_EQ(StoreBars().size(), 1U);
+  EXPECT_TRUE(FilesOf(store).contains("F260.MWD") && !FilesOf(store).contains("F1.DAT"));
+  // Another directory, listed inside a wait of the first: the newer one counts.
   outside.events.SetOnPending([&] {
     session.DataDir = other;
     catalogue.BuildSymbolList();
@@ -121,7 +125,7 @@ TEST_F(CatalogueTest, ClicksWhileALargeDirectoryIsListed) {
   EXPECT_EQ(desktop.form1().Combo1.Rows().size(), 1U);
   EXPECT_EQ(session.Symbol, "ZED");
   EXPECT_EQ(Period(), "60");
-  // The window was closed: the listing brings it back to no life.
+  // A listing doesn't reload a window that was closed.
   session.DataDir = data;
   outside.events.SetOnPending([&] { desktop.Unload(desktop.Untouched().form1); });
   catalogue.BuildSymbolList();

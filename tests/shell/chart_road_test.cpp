@@ -131,26 +131,6 @@ TEST_F(ChartRoadTest, TheStatusLineSaysWhatIsWrongWithTheChart) {
   EXPECT_THAT(line(), testing::StartsWith("[ABC]  Date: "));
 }
 
-TEST_F(ChartRoadTest, TheStoreGetsTheIndexFilesAndNoOldData) {
-  const auto folder = std::filesystem::path(data);
-  const auto store = folder / "Simulate";
-  std::filesystem::create_directories(folder / "mssmart");
-  std::ofstream(folder / "mssmart" / "chart.mwc") << "x";
-  std::ofstream(folder / "notes.txt") << "mine";
-  std::filesystem::create_directories(store / "MSSmart");
-  std::ofstream(store / ".velumar-store");
-  std::ofstream(store / "F77.DAT") << "old";
-  std::ofstream(store / "MSSmart" / "old.mwc") << "stays";
-  StartAt(198);
-  EXPECT_FALSE(std::filesystem::exists(store / "F77.DAT"));
-  EXPECT_FALSE(std::filesystem::exists(store / "notes.txt"));
-  EXPECT_FALSE(std::filesystem::exists(store / "F2.DAT"));
-  EXPECT_TRUE(std::filesystem::exists(store / "MASTER"));
-  EXPECT_TRUE(std::filesystem::exists(store / "MSSmart" / "old.mwc"));
-  EXPECT_TRUE(std::filesystem::exists(store / "MSSmart" / "chart.mwc"));
-  EXPECT_TRUE(std::filesystem::exists(folder / "notes.txt"));
-}
-
 // A folder of the trader's own that happens to be called so.
 TEST_F(ChartRoadTest, AFolderThatIsNoStoreLeavesTheSetupWindowAsItWas) {
   const auto store = std::filesystem::path(data) / "Simulate";
@@ -166,22 +146,6 @@ TEST_F(ChartRoadTest, AFolderThatIsNoStoreLeavesTheSetupWindowAsItWas) {
   InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
   all->Setup().Image3.UserClick();
   EXPECT_GT(StoreSize(), 60);
-}
-
-// The pause counts for the run that is being prepared: it ends after its first bar.
-TEST_F(ChartRoadTest, APauseAndPlayWhileTheChartOpensLeaveOneRun) {
-  all->program.Start();
-  all->Setup().DTPicker1.UserPick(MadeDate(60));
-  all->At(2000, [this] {
-    all->Navigator().Image4.UserClick();
-    all->Navigator().Image3.UserClick();
-  });
-  all->Setup().Image3.UserClick();
-  const auto& sent = all->outside.chart.sent;
-  EXPECT_EQ(std::count(sent.begin(), sent.end(), "%FO"), 1);
-  EXPECT_EQ(sent.back(), "%VR");
-  EXPECT_EQ(all->session.BarIndex, 60);
-  EXPECT_EQ(StoreSize(), 61);
 }
 
 }  // namespace

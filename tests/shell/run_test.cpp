@@ -1,6 +1,4 @@
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
 #include "base/paths.h"
 #include "support/run_fixture.h"
@@ -52,35 +50,6 @@ TEST_F(RunTest, ARunFeedsEveryBarOnceAndEnds) {
   ExpectFreeSetup();
 }
 
-// Other programs leave bars out of order and one twice. The chart and the trader stand on the same
-// bar all the same.
-TEST_F(RunTest, ADisorderedFileIsReplayedInOrder) {
-  constexpr std::size_t kRecord = 28;
-  const std::string file = data + "/F1.DAT";
-  std::ifstream in(file, std::ios::binary);
-  std::string bytes{std::istreambuf_iterator<char>(in), {}};
-  const auto record = [&](std::size_t bar) { return bytes.substr((bar + 1) * kRecord, kRecord); };
-  ASSERT_EQ(bytes.size(), 201 * kRecord);
-  const std::string late = record(150);
-  bytes.replace(151 * kRecord, kRecord, record(10));
-  bytes.replace(11 * kRecord, kRecord, late);
-  bytes += record(3) + record(90);  // two days a second time
-  bytes[2] = static_cast<char>(203);
-  std::ofstream(file, std::ios::binary) << bytes;
-
-  int looks = 0;
-  all->outside.events.SetOnPending([&] {
-    const std::vector<Bar> shown = ReadBars(all->session.SimDir, "ABC", -1);
-    ASSERT_EQ(shown.size(), all->session.BarIndex + 1U);
-    EXPECT_EQ(shown.back().date, MadeDate(all->session.BarIndex));
-    EXPECT_EQ(all->session.BarDate.at(shown.size() - 1), shown.back().date);
-    ++looks;
-  });
-  StartAt(60);
-  EXPECT_EQ(looks, 140);
-  EXPECT_EQ(all->session.LastBarIndex, 199);
-}
-
 // Orders of a run that the ledger doesn't know would join the rows of the one before.
 TEST_F(RunTest, NoRunBeginsThatTheLedgerCannotBegin) {
   all->program.Start();
@@ -106,84 +75,49 @@ TEST_F(RunTest, PauseFeedsOneMoreBarAndPlayGoesOn) {
   InPauseOf(105, [this] { all->Navigator().Image4.UserClick(); });
   all->Navigator().Image3.UserClick();
   EXPECT_EQ(all->session.BarIndex, 106);
-  EXPECT_EQ(StoreSize(), 107);
+  const auto expect_price_of = [&](std::size_t bar) {
+    EXPECT_EQ(all->session.BarIndex, bar);
+    EXPECT_EQ(all->session.MarketPrice, all->session.BarClose[bar]);
+    EXPECT_EQ(all->session.CurrentDate, std::to_string(MadeDate(107))) << "the newest bar played";
+  };
+  all->Navigator().Image1.UserClick();
+  expect_price_of(107);
+  all->Navigator().Image2.UserClick();
+  expect_price_of(106);
+  all->Navigator().Image6.UserClick();
+  expect_price_of(76);
+  EXPECT_EQ(StoreSize(), 77);
   ExpectFreeSetup();
 }
 
-TEST_F(RunTest, TheProgressLineTellsHowFarTheRunIs) {
+TEST_F(RunTest, TheProgressLineShowsHowFarTheRunIs) {
   InPauseOf(99, [this] { all->Navigator().Image4.UserClick(); });
   all->program.Start();
   all->Panel().Combo2.SetText("10");
   all->Setup().DTPicker1.UserPick(MadeDate(60));
   all->Setup().Image3.UserClick();
   const ProgressLine& line = all->Navigator().Progress;
-  ASSERT_EQ(all->session.BarIndex, 100);
   EXPECT_FLOAT_EQ(line.Fraction(), 41.0F / 140);
   EXPECT_EQ(line.ToolTip(), "41 of 140 bars, about 17 min left");  // 99 bars of 10.51 s
   all->Navigator().Image6.UserClick();
   all->Navigator().Image6.UserClick();
-  EXPECT_EQ(line.Fraction(), 0) << "behind the start";
+  EXPECT_EQ(line.Fraction(), 0) << "before the start";
   all->session.BarIndex = 198;
   all->Navigator().Image1.UserClick();
   EXPECT_EQ(line.ToolTip(), "140 of 140 bars");
   EXPECT_EQ(line.Fraction(), 1);
 }
 
-TEST_F(RunTest, PlayInsideTheStoppedLoopsPauseEndsTheOldLoop) {
-  InPauseOf(100, [this] {
-    all->outside.events.SetOnPending(nullptr);
-    all->Navigator().Image4.UserClick();
-    all->At(50, [this] { all->Navigator().Image4.UserClick(); });
-    all->Navigator().Image3.UserClick();
-    EXPECT_EQ(all->session.BarIndex, 101);
-    EXPECT_FALSE(all->program.Feeding());
-  });
-  StartAt(90);
-  EXPECT_EQ(all->session.BarIndex, 101) << "the old loop feeds no further bar";
-  EXPECT_NE(all->Navigator().Label6.Text(), "End of data feed... ");
-}
-
-TEST_F(RunTest, CloseAndReturnInAFeedThenStartHasOneLoop) {
-  int starts = 0;
-  std::vector<int> fed;
-  all->outside.events.SetOnPending([&] {
-    fed.push_back(all->session.BarIndex + 1);
-    if (all->session.BarIndex + 1 == 70 && ++starts == 1) {
-      all->At(1000, [this] {
-        all->Navigator().Image5.UserClick();
-        EXPECT_FALSE(all->Navigator().Loaded());
-        EXPECT_TRUE(all->Setup().Visible());
-        EXPECT_TRUE(all->Setup().ImgDonate.Visible());
-        all->Setup().Image3.UserClick();
-      });
-    }
-  });
-  StartAt(60);
-  // Bars 60 to 70 of the first run, then the whole second one.
-  std::vector<int> expected;
-  for (int bar = 60; bar <= 70; ++bar) expected.push_back(bar);
-  for (int bar = 60; bar < 200; ++bar) expected.push_back(bar);
-  EXPECT_EQ(fed, expected);
-  EXPECT_EQ(StoreSize(), 200);
-}
-
-TEST_F(RunTest, AFeedBehindCloseAndReturnRestartsTheAccount) {
-  InPauseOf(100, [this] {
-    all->session.LAccum = 5;
-    all->Navigator().Image5.UserClick();
-  });
-  StartAt(90);
-  EXPECT_EQ(all->session.BarIndex, 199);
-  EXPECT_EQ(all->session.LAccum, 0);
-  EXPECT_TRUE(all->Panel().Loaded());
-  EXPECT_FALSE(all->Panel().Visible());
-}
-
-TEST_F(RunTest, ASecondClickInASlideIsTheSameWish) {
+TEST_F(RunTest, ClicksDuringASlideAreIgnoredOrMeantForTheNextRun) {
   all->program.Start();
   all->Setup().DTPicker1.UserPick(MadeDate(190));
-  all->At(100, [this] { all->Setup().Image3.UserClick(); });
+  all->At(100, [this] {
+    all->Setup().Image3.UserClick();
+    EXPECT_FALSE(all->Setup().Text3.Reachable() || all->Setup().Combo1.Reachable());
+    all->Setup().DTPicker1.SetValue(MadeDate(5));
+  });
   all->Setup().Image3.UserClick();
+  EXPECT_EQ(all->session.FirstShownBar, 189);
   const auto& sent = all->outside.chart.sent;
   EXPECT_EQ(std::count(sent.begin(), sent.end(), "%Fe"), 1);
   all->At(100, [this] { all->Navigator().Image5.UserClick(); });
@@ -302,20 +236,6 @@ TEST_F(RunTest, AFailedPreparationFeedsNothingAndBringsTheSetupBack) {
   EXPECT_EQ(StoreSize(), 200);
 }
 
-TEST_F(RunTest, AnotherSymbolChosenInTheLastPauseLeavesTheFeedAlone) {
-  InPauseOf(100, [this] {
-    all->Navigator().Image4.UserClick();
-    all->Navigator().Image5.UserClick();
-    Choose("FAST");
-  });
-  StartAt(90);
-  EXPECT_EQ(all->session.BarIndex, 101);
-  EXPECT_EQ(ReadBars(all->session.SimDir, "ABC", -1).size(), 102U);
-  EXPECT_TRUE(ReadBars(all->session.SimDir, "FAST", 15).empty());
-  EXPECT_THAT(all->Navigator().Label6.Text(), testing::StartsWith("[ABC]"));
-  EXPECT_TRUE(all->outside.boxes.shown.empty());
-}
-
 TEST_F(RunTest, BarsOfAnotherSymbolThanTheChosenOneAreNotStepped) {
   InPauseOf(100, [this] {
     all->Panel().imgLong.UserClick();
@@ -358,18 +278,7 @@ TEST_F(RunTest, AnEmptySymbolIsAskedFor) {
   EXPECT_FALSE(all->Navigator().Visible() || all->Panel().Visible());
 }
 
-TEST_F(RunTest, WhatIsChosenInTheStartsSlideIsForTheNextRun) {
-  all->program.Start();
-  all->Setup().DTPicker1.UserPick(MadeDate(190));
-  all->At(50, [this] {
-    EXPECT_FALSE(all->Setup().Text3.Reachable() || all->Setup().Combo1.Reachable());
-    all->Setup().DTPicker1.SetValue(MadeDate(5));
-  });
-  all->Setup().Image3.UserClick();
-  EXPECT_EQ(all->session.FirstShownBar, 189);
-}
-
-TEST_F(RunTest, AStoreThatFailsInAStepIsTold) {
+TEST_F(RunTest, AStoreThatFailsInAStepIsReported) {
   InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
   StartAt(60);
   for (const char* index : {"MASTER", "EMASTER", "XMASTER"}) {

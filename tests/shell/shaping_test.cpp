@@ -32,30 +32,6 @@ TEST_F(ShapingTest, APlaceBelowTheScreenMovesOnlySideways) {
   EXPECT_THROW(SlideIn(form, "abc", "0", outside.events, outside.screen), std::invalid_argument);
 }
 
-TEST_F(ShapingTest, AlphaOutOfRangeChangesNothing) {
-  SetWindowAlpha(form, 100);
-  SetWindowAlpha(form, 256);
-  SetWindowAlpha(form, -1);
-  EXPECT_EQ(form.Opacity(), 100);
-  SetWindowAlpha(form, 0);
-  EXPECT_EQ(form.Opacity(), 0);
-}
-
-TEST_F(ShapingTest, AHugeScreenCountsAsWhatSixteenBitsHold) {
-  outside.screen.height = 57600;
-  EXPECT_EQ(ScreenHeight(outside.screen), 32767);
-  PlaceSetupFirst(desktop.form1(), outside.screen);
-  EXPECT_EQ(desktop.form1().Top(), 32767 - 2865 - 500);
-}
-
-TEST_F(ShapingTest, APressedImageSinksByAPixelAndComesBack) {
-  PressImage(form.Image3);
-  EXPECT_EQ(form.Image3.Left(), 1695);
-  EXPECT_EQ(form.Image3.Top(), 660);
-  ReleaseImage(form.Image3);
-  EXPECT_EQ(form.Image3.Left(), 1680);
-}
-
 TEST_F(ShapingTest, AKeptPlaceMustBeSeen) {
   const struct {
     const char* top;

@@ -6,8 +6,6 @@
 #include "forms/desktop.h"
 #include "marketdata/index_cache.h"
 #include "platform/virtual_platform.h"
-#include "session/bar_loading.h"
-#include "session/bar_stepping.h"
 #include "session/sim_session.h"
 #include "session/working_store.h"
 #include "support/scratch.h"
@@ -37,9 +35,7 @@ class SessionFixture : public testing::Test {
     session.SimDir = store;
   }
 
-  std::vector<Bar> StoreBars(int interval = -1) {
-    return ReadBars(store, session.Run.symbol, interval);
-  }
+  std::vector<Bar> StoreBars() { return ReadBars(store, session.Run.symbol, -1); }
 
   ScratchFolder scratch;
   std::string data = scratch.Sub("data");
@@ -49,9 +45,7 @@ class SessionFixture : public testing::Test {
   Desktop desktop;
   VirtualPlatform outside;
   Platform platform = outside.References();
-  BarLoader loader{session, cache};
   WorkingStore working_store{session, desktop, platform, cache};
-  BarStepper stepper{session, cache};
 };
 
 }  // namespace velumar

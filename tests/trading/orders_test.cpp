@@ -14,12 +14,9 @@ TEST_F(OrdersTest, AFuturesEntryAndItsOffset) {
   Account(20000, 5000, "500", 2000000);
   AddBar(100.5F);
   EXPECT_EQ(Order(&OrderDesk::Long, "2"), OrderResult::kDone);
-  EXPECT_EQ(session.Commission, 1000);
-  EXPECT_EQ(session.VatAmount, 70);
   EXPECT_EQ(session.UsedMargin, 41070);
   EXPECT_EQ(session.LAvgPrice, 100.5F);
   EXPECT_EQ(session.LAccum, 2);
-  EXPECT_EQ(session.LAmount, 0);
   EXPECT_EQ(Newest("LAmount"), LedgerValue(2.0));
   EXPECT_EQ(Newest("Commission"), LedgerValue(1000.0));
   EXPECT_EQ(Newest("Portfolio"), LedgerValue(2000000.0));
@@ -36,7 +33,6 @@ TEST_F(OrdersTest, AFuturesEntryAndItsOffset) {
   EXPECT_EQ(session.Portfolio, 2010000);
   EXPECT_EQ(Newest("Loffset"), LedgerValue(1.0));
   EXPECT_EQ(Newest("LUnrealised"), LedgerValue(1.0));
-  EXPECT_EQ(Newest("LAmount"), LedgerValue(0.0));
   EXPECT_EQ(Newest("Portfolio"), LedgerValue(2005000.0));
 }
 
@@ -45,8 +41,6 @@ TEST_F(OrdersTest, AStockEntryAndItsOffset) {
   Account(100, 1, "0.25", 2000000);
   AddBar(12.5F);
   EXPECT_EQ(Order(&OrderDesk::Long, "1,000"), OrderResult::kDone);
-  EXPECT_EQ(session.Commission, 31.25F);
-  EXPECT_EQ(session.VatAmount, 2.1875F);
   EXPECT_EQ(session.UsedMargin, 12533.4375F);
   AddBar(13);
   EXPECT_EQ(Order(&OrderDesk::OffsetLong, "1000"), OrderResult::kDone);
@@ -70,6 +64,8 @@ TEST_F(OrdersTest, SidesAreIndependentAndAverage) {
   EXPECT_EQ(session.UsedMargin, used + 41070);
   EXPECT_EQ(Newest("LAccum"), LedgerValue(0.0)) << "a row speaks only for its own side";
   AddBar(101);
+  EXPECT_EQ(session.SUnrealisedMoney, 6000);
+  EXPECT_EQ(session.Portfolio, 2006000);
   Order(&OrderDesk::OffsetShort, "2");
   EXPECT_EQ(session.SRealised, 6);
   EXPECT_EQ(session.Balance, 2006000);
@@ -153,7 +149,7 @@ TEST_F(OrdersTest, AnOffsetOfMoreThanIsHeldDropsThePositionAndSaysSo) {
   EXPECT_EQ(session.UsedMargin, used);
   EXPECT_EQ(session.Balance, 2000000);
   EXPECT_EQ(Rows(), 1);
-  // Noted behind the row of the entry, at the same bar.
+  // Noted after the row of the entry, at the same bar.
   const LedgerRecordset wiped =
       LedgerQuery(ledger,
                   "select Held, Quantity From Wiped, MyPortfolio where Place = MyPortfolio.rowid "
@@ -201,12 +197,10 @@ TEST_F(OrdersTest, BoxesThatCannotBeUsedAreNamed) {
     const char* info;
   } cases[] = {
       {quantity, "abc", "Vol/Contract: \"abc\" is not a number"},
-      {quantity, "", "Vol/Contract: \"\" is not a number"},
       {quantity, "1,5",
        "Vol/Contract: \"1,5\" is unclear: commas group thousands, a point starts the decimals"},
       {quantity, "-1", "Vol/Contract: \"-1\" is negative"},
       {quantity, "1e99", "Vol/Contract: \"1e99\" is out of range"},
-      {quantity, "nan", "Vol/Contract: \"nan\" is not a number"},
       {setup.txtcomm, "40000", "Comm.: \"40000\" is out of range"},
       {setup.txtVAT, "seven", "VAT: \"seven\" is not a number"},
       {setup.txtContractValue, "-5", "Initial Margin: \"-5\" is negative"},

@@ -1,4 +1,4 @@
-#include "support/large_directory.h"
+#include "large_directory.h"
 
 #include <unistd.h>
 
