@@ -41,14 +41,9 @@ ScoreStore::ScoreStore(const std::string& file) : database_(file, ScoresKind()) 
 bool ScoreStore::Add(const Score& score) {
   SqliteDatabase& database = database_.ForWriting();
   SqliteTransaction transaction(database);
-  SqliteStatement insert = database.Prepare(
-      "INSERT INTO scores (name, money, symbol, start_date, end_date) VALUES (?, ?, ?, ?, ?)");
-  insert.Bind(1, score.name);
-  insert.Bind(2, score.money);
-  insert.Bind(3, score.symbol);
-  insert.Bind(4, static_cast<double>(score.start_date));
-  insert.Bind(5, static_cast<double>(score.end_date));
-  insert.Step();
+  database.Run(
+      "INSERT INTO scores (name, money, symbol, start_date, end_date) VALUES (?, ?, ?, ?, ?)",
+      {score.name, score.money, score.symbol, double(score.start_date), double(score.end_date)});
   const auto id = static_cast<double>(database.LastRow());
   database.Execute(
       "DELETE FROM scores WHERE id IN (SELECT id FROM scores ORDER BY money DESC, id "
