@@ -37,9 +37,9 @@ void InsertRow(SqliteDatabase& database, std::string_view table,
                const std::vector<std::string>& columns, const std::vector<LedgerValue>& values) {
   std::string places;
   for (std::size_t i = 0; i < values.size(); ++i) places += i == 0 ? "?" : ", ?";
-  database.Run("INSERT INTO " + std::string(table) + " (" + Listed(columns) + ") VALUES (" +
-                   places + ")",
-               values);
+  database.Run(
+      "INSERT INTO " + std::string(table) + " (" + Listed(columns) + ") VALUES (" + places + ")",
+      values);
 }
 
 // The run that rows belong to now: 0 where none was noted.

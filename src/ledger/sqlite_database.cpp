@@ -69,17 +69,21 @@ void SqliteStatement::Finalize::operator()(sqlite3_stmt* statement) const {
 
 void SqliteStatement::Fail() const { Throw(file_, database_); }
 
-void SqliteStatement::Bind(int place, const LedgerValue& value) {
-  int code = SQLITE_OK;
-  if (const auto* number = std::get_if<double>(&value)) {
-    code = sqlite3_bind_double(statement_.get(), place, *number);
-  } else if (const auto* text = std::get_if<std::string>(&value)) {
-    code = sqlite3_bind_text64(statement_.get(), place, text->data(), text->size(),
-                               SQLITE_TRANSIENT, SQLITE_UTF8);
-  } else {
-    code = sqlite3_bind_null(statement_.get(), place);
+void SqliteStatement::Bind(std::span<const LedgerValue> values) {
+  int place = 0;
+  for (const LedgerValue& value : values) {
+    ++place;
+    int code = SQLITE_OK;
+    if (const auto* number = std::get_if<double>(&value)) {
+      code = sqlite3_bind_double(statement_.get(), place, *number);
+    } else if (const auto* text = std::get_if<std::string>(&value)) {
+      code = sqlite3_bind_text64(statement_.get(), place, text->data(), text->size(),
+                                 SQLITE_TRANSIENT, SQLITE_UTF8);
+    } else {
+      code = sqlite3_bind_null(statement_.get(), place);
+    }
+    if (code != SQLITE_OK) Fail();
   }
-  if (code != SQLITE_OK) Fail();
 }
 
 bool SqliteStatement::Step() {
@@ -171,9 +175,15 @@ void SqliteDatabase::Run(std::string_view sql, std::span<const LedgerValue> valu
   if (found == prepared_.end()) found = prepared_.emplace(sql, Prepare(sql)).first;
   SqliteStatement& statement = found->second;
   statement.Reset();
-  int place = 0;
-  for (const LedgerValue& value : values) statement.Bind(++place, value);
+  statement.Bind(values);
   statement.Step();
+}
+
+LedgerValue SqliteDatabase::FirstValue(std::string_view sql,
+                                       std::initializer_list<LedgerValue> values) const {
+  SqliteStatement select = Prepare(sql);
+  select.Bind(values);
+  return select.Step() ? select.Value(0) : LedgerValue();
 }
 
 bool SqliteDatabase::ReadOnly() const { return sqlite3_db_readonly(handle_.get(), "main") == 1; }

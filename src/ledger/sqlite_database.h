@@ -39,7 +39,7 @@ class SqliteStatement {
  public:
   SqliteStatement(sqlite3* database, const std::string& file, std::string_view sql);
 
-  void Bind(int place, const LedgerValue& value);  // places count from 1
+  void Bind(std::span<const LedgerValue> values);  // one for each "?"
   // Returns false after the last row.
   bool Step();
   // Makes it ready to be bound and run again.
@@ -81,6 +81,9 @@ class SqliteDatabase {
   void Run(std::string_view sql, std::initializer_list<LedgerValue> values = {}) {
     Run(sql, std::span(values.begin(), values.size()));
   }
+  // The first column of a select's first row; null if there is no row.
+  LedgerValue FirstValue(std::string_view sql,
+                         std::initializer_list<LedgerValue> values = {}) const;
   SqliteStatement Prepare(std::string_view sql) const { return {handle_.get(), file_, sql}; }
   bool ReadOnly() const;
   std::int64_t LastRow() const;

@@ -44,23 +44,21 @@ bool ScoreStore::Add(const Score& score) {
   database.Run(
       "INSERT INTO scores (name, money, symbol, start_date, end_date) VALUES (?, ?, ?, ?, ?)",
       {score.name, score.money, score.symbol, double(score.start_date), double(score.end_date)});
-  const auto id = static_cast<double>(database.LastRow());
+  const auto id = double(database.LastRow());
   database.Execute(
       "DELETE FROM scores WHERE id IN (SELECT id FROM scores ORDER BY money DESC, id "
       "LIMIT -1 OFFSET " +
       std::to_string(kKept) + ")");
-  SqliteStatement find = database.Prepare("SELECT 1 FROM scores WHERE id = ?");
-  find.Bind(1, id);
-  if (!find.Step()) return false;
+  if (database.FirstValue("SELECT 1 FROM scores WHERE id = ?", {id}) == LedgerValue()) return false;
   transaction.Commit();
   return true;
 }
 
 std::vector<Score> ScoreStore::Top(int count) {
   SqliteStatement select = database_.ForReading().Prepare(
-      "SELECT name, money, symbol, start_date, end_date FROM scores ORDER BY money DESC, id LIMIT "
-      "?");
-  select.Bind(1, static_cast<double>(count));
+      "SELECT name, money, symbol, start_date, end_date FROM scores ORDER BY money DESC, id "
+      "LIMIT " +
+      std::to_string(count));
   std::vector<Score> scores;
   while (select.Step()) {
     scores.push_back({.name = Text(select.Value(0)),
