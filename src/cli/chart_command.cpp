@@ -4,12 +4,11 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "cli/common_options.h"
 #include "cli/offscreen.h"
-#include "ledger/ledger.h"
 #include "resultchart/chart_file.h"
 #include "resultchart/result_plot.h"
 #include "resultchart/run_points.h"
-#include "results/run_record.h"
 
 namespace velumar {
 
@@ -17,19 +16,15 @@ namespace {
 
 constexpr QSize kPictureSize(1000, 640);
 
-struct ChartArguments {
-  std::string file;
+struct ChartArguments : RunArguments {
   std::string out;
   std::string type = "2D Line";
-  int run = 0;
 };
 
 void DrawChart(const ChartArguments& arguments) {
   const std::optional<ChartType> type = ChartTypeOf(std::string_view(arguments.type));
   if (!type) throw std::runtime_error("--type: there is no chart of the type " + arguments.type);
-  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
-  LedgerOpenToRead(ledger, arguments.file);
-  if (arguments.run != kRunNow) ReadRun(ledger, arguments.run);  // refuses a number of no run
+  LedgerConnection ledger = OpenRun(arguments);
   ChartPoints points = PointsOfRun(ledger, arguments.run);
   StartDrawingOffscreen();
   ResultPlot plot;
@@ -44,13 +39,11 @@ void DrawChart(const ChartArguments& arguments) {
 void AddChartCommand(CLI::App& app, CliContext&) {
   const auto arguments = std::make_shared<ChartArguments>();
   CLI::App* command = app.add_subcommand("chart", "Draw the portfolio of a ledger into a file.");
-  command->add_option("FILE", arguments->file, "the ledger, as Portfolio.mdb")->required();
+  AddRunArguments(*command, *arguments);
   command->add_option("--out", arguments->out, "the picture: .bmp, .png, .svg or .pdf")->required();
   command->add_option(
       "--type", arguments->type,
       "\"2D Bar\", \"3D Bar\", \"2D Line\", \"2D Area\", \"3D Line\" or \"3D Step\"");
-  command->add_option("--run", arguments->run, "the archived run of this number")
-      ->check(CLI::PositiveNumber);
   command->callback([arguments] { DrawChart(*arguments); });
 }
 

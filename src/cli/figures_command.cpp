@@ -1,28 +1,22 @@
 #include <CLI/CLI.hpp>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 
-#include "base/dates.h"
 #include "cli/commands.h"
-#include "cli/date_pattern.h"
+#include "cli/common_options.h"
+#include "cli/json_text.h"
 #include "cli/text_table.h"
-#include "ledger/ledger.h"
 #include "results/result_figures.h"
-#include "results/run_record.h"
 #include "results/statistics.h"
 
 namespace velumar {
 
 namespace {
 
-struct FiguresArguments {
-  std::string file;
+struct FiguresArguments : RunArguments {
   bool json = false;
   bool explain = false;
-  int run = kRunNow;
-  std::string date_pattern;
 };
 
 std::string Json(const ResultFigures& figures, const std::vector<Statistic>& statistics) {
@@ -34,8 +28,7 @@ std::string Json(const ResultFigures& figures, const std::vector<Statistic>& sta
   for (const Statistic& statistic : statistics) {
     object["statistics"][std::string(statistic.name)] = statistic.value;
   }
-  constexpr int kIndent = 2;
-  return object.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  return JsonText(object, kIndented);
 }
 
 std::string Table(const ResultFigures& figures, const std::vector<Statistic>& statistics) {
@@ -59,9 +52,7 @@ std::string Formulas(const std::vector<Statistic>& statistics) {
 }
 
 void PrintFigures(const FiguresArguments& arguments, CliContext& context) {
-  const std::string pattern = UsedDatePattern(arguments.date_pattern);
-  LedgerConnection ledger([&](std::string_view date) { return IsoDateText(date, pattern); });
-  LedgerOpenToRead(ledger, arguments.file);
+  LedgerConnection ledger = OpenRun(arguments);
   const std::vector<RunRecord> account = ReadAccount(ledger, arguments.run);
   const ResultFigures figures = LoadResultFigures(ledger, arguments.run);
   const std::vector<Statistic> statistics = RunStatistics(account);
@@ -76,14 +67,12 @@ void PrintFigures(const FiguresArguments& arguments, CliContext& context) {
 
 void AddFiguresCommand(CLI::App& app, CliContext& context) {
   const auto arguments = std::make_shared<FiguresArguments>();
-  CLI::App* command = app.add_subcommand(
-      "figures", "Print what the orders of a run come to: the newest one's, or an archived one's.");
-  command->add_option("FILE", arguments->file, "the ledger, as Portfolio.mdb")->required();
+  CLI::App* command =
+      app.add_subcommand("figures", "Print the results of the newest run, or of an archived one.");
+  AddRunArguments(*command, *arguments);
   CLI::Option* json = command->add_flag("--json", arguments->json, "as one JSON object of texts");
   command->add_flag("--explain", arguments->explain, "the statistics, each with its formula")
       ->excludes(json);
-  command->add_option("--run", arguments->run, "the archived run of this number")
-      ->check(CLI::PositiveNumber);
   AddDatePattern(*command, arguments->date_pattern);
   command->callback([arguments, &context] { PrintFigures(*arguments, context); });
 }

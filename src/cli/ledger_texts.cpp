@@ -25,14 +25,6 @@ nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size
   return object;
 }
 
-std::string LedgerColumnList() {
-  std::string list;
-  for (const std::string& column : PortfolioColumns()) {
-    list += (list.empty() ? "[" : ", [") + column + "]";
-  }
-  return list;
-}
-
 long LedgerRowCount(LedgerConnection& ledger) {
   if (!ledger.CanRead()) return 0;
   const LedgerRecordset count = LedgerQuery(ledger, "select count(*) From MyPortfolio");
@@ -41,8 +33,7 @@ long LedgerRowCount(LedgerConnection& ledger) {
 
 nlohmann::ordered_json NewestLedgerRow(LedgerConnection& ledger) {
   const LedgerRecordset newest = LedgerQuery(
-      ledger, "select " + LedgerColumnList() +
-                  " From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)");
+      ledger, "select * From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)");
   return LedgerRowObject(newest, 0);
 }
 

@@ -8,10 +8,10 @@
 
 namespace velumar {
 
-// A value of a row as text: numbers as plain number text, null as an empty one. For programs: JSON
-// and CSV have every digit.
+// A value of a row as text for programs (JSON and CSV): numbers with every digit, null as an empty
+// text.
 std::string LedgerText(const LedgerValue& value);
-// The same for people: what rounding has left of a number reads 0.
+// The same for people: a rounding residue is shown as 0.
 std::string ReadableLedgerText(const LedgerValue& value);
 
 // The ledger's columns by name, values as text.
@@ -19,8 +19,5 @@ nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size
 
 long LedgerRowCount(LedgerConnection& ledger);
 nlohmann::ordered_json NewestLedgerRow(LedgerConnection& ledger);
-
-// "[Profile], [Symbol], …": the ledger's columns for a select.
-std::string LedgerColumnList();
 
 }  // namespace velumar

@@ -1,11 +1,11 @@
 #include <CLI/CLI.hpp>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "cli/commands.h"
+#include "cli/json_text.h"
 #include "cli/text_table.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
@@ -42,8 +42,7 @@ std::string Json(const std::vector<SecurityInfo>& securities) {
                     {"first", security.first_date},
                     {"last", security.last_date}});
   }
-  constexpr int kIndent = 2;
-  return rows.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  return JsonText(rows, kIndented);
 }
 
 std::string Table(const std::vector<SecurityInfo>& securities) {

@@ -4,7 +4,7 @@
 
 #include "base/dates.h"
 #include "cli/commands.h"
-#include "cli/date_pattern.h"
+#include "cli/common_options.h"
 #include "cli/replay_driver.h"
 #include "cli/replay_world.h"
 #include "marketdata/interval.h"
@@ -32,18 +32,14 @@ std::string RequireDate(const std::string& text) {
   return digits && IsRealDate(std::stoi(text)) ? "" : "START is a date yyyymmdd, not " + text;
 }
 
-// A control that isn't there, a text without "=".
 std::string RequireControl(const std::string& assignment) {
-  Desktop tables;
-  const std::size_t dot = assignment.find('.');
   const std::size_t equals = assignment.find('=');
-  if (dot == std::string::npos || equals == std::string::npos || equals < dot) {
+  if (equals == std::string::npos) {
     return "--set takes NAME=TEXT, such as Form1.txtcomm=500, not " + assignment;
   }
-  const Form* form = tables.Find(assignment.substr(0, dot));
-  const bool there =
-      form != nullptr && form->Find(assignment.substr(dot + 1, equals - dot - 1)) != nullptr;
-  return there ? "" : "there is no control " + assignment.substr(0, equals);
+  Desktop tables;
+  const std::string name = assignment.substr(0, equals);
+  return FindControl(tables, name) != nullptr ? "" : "there is no control " + name;
 }
 
 void RunReplay(const ReplayArguments& arguments, CliContext& context) {

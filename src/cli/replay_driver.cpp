@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/dates.h"
+#include "cli/json_text.h"
 #include "cli/ledger_texts.h"
 #include "cli/replay_state.h"
 
@@ -215,7 +216,7 @@ void ReplayDriver::Click(Control& button) {
 
 void ReplayDriver::Set(std::string_view assignment) {
   const auto [name, text] = Split(assignment);
-  Control& control = world_.FindControl(std::string(name));
+  Control& control = world_.NamedControl(std::string(name));
   world_.desktop.Load(control.Owner());
   TypeInto(control, text);
 }
@@ -242,8 +243,7 @@ void ReplayDriver::Answer() {
   const std::chrono::milliseconds now = world_.outside.events.Now();
   answer["waited"] = (now - std::exchange(answered_at_, now)).count();
   if (!error_.empty()) answer["error"] = std::exchange(error_, {});
-  out_ << answer.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
-       << std::endl;
+  out_ << JsonText(answer) << std::flush;
 }
 
 void ReplayDriver::AddOrder(nlohmann::ordered_json& answer) {
@@ -264,9 +264,7 @@ void ReplayDriver::AddFigures(nlohmann::ordered_json& answer) {
 
 void ReplayDriver::AnswerError(const std::string& error) {
   answer_due_ = false;
-  const nlohmann::ordered_json answer = {{"error", error}};
-  out_ << answer.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
-       << std::endl;
+  out_ << JsonText({{"error", error}}) << std::flush;
 }
 
 }  // namespace velumar

@@ -5,7 +5,7 @@
 
 #include "base/dates.h"
 #include "base/text.h"
-#include "cli/date_pattern.h"
+#include "cli/common_options.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
@@ -21,7 +21,7 @@ void RequireData(const std::string& directory, IndexCache& cache) {
   reader.OpenDirectory(directory);
 }
 
-// Claims the store and lets go of it at once: the run claims it again, but could only show a box.
+// Refuses a store that can't be used before the run, which could only show a box.
 void RequireStore(const ReplayArguments& arguments) {
   const std::string store =
       arguments.store.empty() ? arguments.directory + "\\Simulate" : arguments.store;
@@ -48,14 +48,14 @@ std::pair<std::string, std::string> Parts(const std::string& assignment) {
 // At each load of its window, the first one included.
 void SetStartText(ReplayWorld& world, const std::string& assignment) {
   const auto [name, text] = Parts(assignment);
-  world.FindControl(name).SetStartText(text);
+  world.NamedControl(name).SetStartText(text);
 }
 
-// The start has filled boxes from the settings and from the market's word in the path, and grouped
-// the money. Directory, symbol and interval are arguments of their own.
+// The start fills boxes from the settings and the market's presets, and groups the digits of money.
+// Directory, symbol and interval are arguments of their own.
 void SetTextAgain(ReplayWorld& world, const std::string& assignment) {
   const auto [name, text] = Parts(assignment);
-  Control& control = world.FindControl(name);
+  Control& control = world.NamedControl(name);
   const Form1& setup = world.Windows().form1;
   const bool argument =
       &control == &setup.Text3 || &control == &setup.Combo1 || &control == &setup.cbxPeriod;
@@ -82,11 +82,15 @@ ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
   desktop.form1().DTPicker1.UserPick(arguments.start);
 }
 
-Control& ReplayWorld::FindControl(const std::string& name) {
+Control* FindControl(Desktop& desktop, const std::string& name) {
   const std::size_t dot = name.find('.');
+  if (dot == std::string::npos) return nullptr;
   Form* form = desktop.Find(name.substr(0, dot));
-  Control* control =
-      form == nullptr || dot == std::string::npos ? nullptr : form->Find(name.substr(dot + 1));
+  return form == nullptr ? nullptr : form->Find(name.substr(dot + 1));
+}
+
+Control& ReplayWorld::NamedControl(const std::string& name) {
+  Control* control = FindControl(desktop, name);
   if (control == nullptr) throw std::invalid_argument("there is no control \"" + name + "\"");
   return *control;
 }

@@ -26,6 +26,9 @@ struct ReplayArguments {
   std::string ledger;              // empty: kept nowhere
 };
 
+// The control of a name such as "Form1.txtcomm"; null if there is none.
+Control* FindControl(Desktop& desktop, const std::string& name);
+
 // The whole program on a virtual clock, with the series chosen and the start date picked: one click
 // on "Start" away from its run.
 class ReplayWorld {
@@ -34,7 +37,8 @@ class ReplayWorld {
   // for a directory, series or store that can't be used.
   ReplayWorld(const ReplayArguments& arguments, IndexCache& cache);
 
-  Control& FindControl(const std::string& name);  // "Form1.txtcomm"
+  // Throws std::invalid_argument for a control that isn't there.
+  Control& NamedControl(const std::string& name);
   Desktop::Windows Windows() { return desktop.Untouched(); }
 
   VirtualPlatform outside;

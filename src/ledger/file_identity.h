@@ -5,8 +5,8 @@
 
 namespace velumar {
 
-// What a path leads to at one moment, links followed. Nothing is opened for it: closing a file
-// would drop the locks that SQLite holds on it.
+// What a path leads to at one moment, links followed. The file is not opened for it, since closing
+// it would drop the locks that SQLite holds on it.
 struct FileIdentity {
   enum class Kind : std::uint8_t { kMissing, kRegular, kOther };
 
@@ -27,7 +27,7 @@ struct FileIdentity {
 // `path` is UTF-8. A path that can't be looked at counts as missing.
 FileIdentity IdentityOf(const std::string& path);
 
-// The one name of a file, whichever links lead to it; it may be missing, its folder may not.
+// The path of a file with all links resolved. The file may be missing, its folder may not.
 std::string CanonicalPath(const std::string& path);
 
 }  // namespace velumar

@@ -6,7 +6,7 @@ namespace velumar {
 
 namespace {
 
-// Counts the pages of the write-ahead log, and empties it into the file as SQLite does by itself.
+// Counts the pages of the write-ahead log, and checkpoints it as SQLite does without a hook.
 int AfterCommit(void* pages, sqlite3* database, const char*, int count) {
   constexpr int kManyPages = 1000;
   *static_cast<int*>(pages) = count;
@@ -17,13 +17,12 @@ int AfterCommit(void* pages, sqlite3* database, const char*, int count) {
 }
 
 void RequireSound(const SqliteDatabase& database) {
-  SqliteStatement check = database.Prepare("PRAGMA quick_check(1)");
-  if (!check.Step() || check.Value(0) != LedgerValue("ok")) {
+  if (database.FirstValue("PRAGMA quick_check(1)") != LedgerValue("ok")) {
     throw LedgerError(database.File() + ": the database is damaged");
   }
 }
 
-// What may be kept: a file of this kind, or none yet.
+// Throws unless the file is of this kind or there is none yet.
 void RequireKeepable(const std::string& file, const std::string& path, const DatabaseKind& kind) {
   const FileIdentity found = IdentityOf(path);
   if (found.kind == FileIdentity::Kind::kOther || found.HoldsBytes()) {
@@ -32,7 +31,7 @@ void RequireKeepable(const std::string& file, const std::string& path, const Dat
     RequireSound(present);
   } else if (IdentityOf(path + "-wal").HoldsBytes()) {
     throw LedgerError(path + "-wal: it holds rows of a " + std::string(kind.what) +
-                      " that is no longer next to it; move both together");
+                      " that is no longer next to it; move the two files together");
   }
   if (found.links > 1) {
     throw LedgerError(file + ": the file has a second name (a hard link), under which another " +
@@ -45,7 +44,7 @@ std::unique_ptr<SqliteDatabase> TakeOwnership(const std::string& file, const std
   const std::string lock = path + "-owner";
   try {
     auto owner = std::make_unique<SqliteDatabase>(lock, SqliteDatabase::Mode::kCreate);
-    // Nothing is ever written to it, so it needs no journal, which a killed program would leave.
+    // Nothing is ever written to it. A journal would remain after a kill.
     owner->Execute("PRAGMA busy_timeout=0; PRAGMA journal_mode=OFF");
     owner->Execute("BEGIN EXCLUSIVE");
     return owner;
@@ -83,9 +82,8 @@ KeptDatabase::KeptDatabase(const std::string& file, const DatabaseKind& kind) {
   if (database_->ReadOnly()) throw LedgerError(file + ": the file can only be read");
   Prepare(kind);
   if (on_disk) {
-    for (const char* suffix : {"", "-wal", "-shm", "-owner"}) Watch(database_->Path() + suffix);
-    // A link that is turned elsewhere counts as a file replaced.
-    if (file != database_->Path()) Watch(file);
+    Watch(file);  // by the name that was given: a link that now leads elsewhere counts as replaced
+    for (const char* suffix : {"-wal", "-shm", "-owner"}) Watch(database_->Path() + suffix);
   }
 }
 
@@ -97,52 +95,50 @@ void KeptDatabase::Prepare(const DatabaseKind& kind) {
   SqliteTransaction transaction(*database_);
   kind.make_tables(*database_);
   transaction.Commit();
-  SqliteStatement page_size = database_->Prepare("PRAGMA page_size");
-  page_size.Step();
-  page_size_ = static_cast<std::uint64_t>(std::get<double>(page_size.Value(0)));
+  page_size_ =
+      static_cast<std::uint64_t>(std::get<double>(database_->FirstValue("PRAGMA page_size")));
 }
 
 void KeptDatabase::Watch(const std::string& file) {
-  // Where the file system knows no shared memory, there is no log.
+  // There is no log on a file system without shared memory.
   const FileIdentity identity = IdentityOf(file);
-  if (identity.kind != FileIdentity::Kind::kMissing) watched_.push_back({file, identity});
+  if (identity.kind == FileIdentity::Kind::kMissing) return;
+  watched_.push_back({file, identity, file.ends_with("-wal")});
 }
 
 SqliteDatabase& KeptDatabase::ForWriting() {
   for (const Watched& file : watched_) {
     const FileIdentity now = IdentityOf(file.path);
-    if (now.SameFile(file.identity)) continue;
-    MoveRowsIntoFile();
-    throw LedgerError(file.path +
-                      (now.kind == FileIdentity::Kind::kMissing
-                           ? ": the file was moved or deleted"
-                           : ": the file was replaced by another one") +
-                      "; put it back, or start the program again");
-  }
-  if (CutShort() && !MoveRowsIntoFile()) {
-    throw LedgerError(database_->Path() + "-wal: another program has cut the file short; " +
-                      "start the program again and check the newest rows");
+    if (!now.SameFile(file.identity)) {
+      MoveRowsIntoFile();
+      throw LedgerError(file.path +
+                        (now.kind == FileIdentity::Kind::kMissing
+                             ? ": the file was moved or deleted"
+                             : ": the file was replaced by another one") +
+                        "; put it back, or start the program again");
+    }
+    if (file.is_log && now.size < LogSize() && !MoveRowsIntoFile()) {
+      throw LedgerError(file.path + ": another program has cut the file short; start the program " +
+                        "again and check the newest rows");
+    }
   }
   return *database_;
 }
 
-bool KeptDatabase::CutShort() const {
+std::uint64_t KeptDatabase::LogSize() const {
   constexpr std::uint64_t kLogHeader = 32;
   constexpr std::uint64_t kPageHeader = 24;
-  if (log_pages_ == 0 || watched_.empty()) return false;
-  const std::uint64_t pages = static_cast<std::uint64_t>(log_pages_);
-  return IdentityOf(database_->Path() + "-wal").size <
-         kLogHeader + pages * (kPageHeader + page_size_);
+  const auto pages = static_cast<std::uint64_t>(log_pages_);
+  return pages == 0 ? 0 : kLogHeader + pages * (kPageHeader + page_size_);
 }
 
-// The rows that only the log holds go to the file that is still open, wherever it lies by now. They
-// aren't lost then, and whatever lies in its old place isn't taken for the file of this log.
+// Saves the rows that only the log holds to the file that is still open, wherever it is now. A file
+// that has taken its place then gets none of them.
 bool KeptDatabase::MoveRowsIntoFile() {
   try {
-    SqliteStatement checkpoint = database_->Prepare("PRAGMA wal_checkpoint(TRUNCATE)");
-    const bool blocked = !checkpoint.Step() || checkpoint.Value(0) != LedgerValue(0.0);
-    if (!blocked) log_pages_ = 0;
-    return !blocked;
+    if (database_->FirstValue("PRAGMA wal_checkpoint(TRUNCATE)") != LedgerValue(0.0)) return false;
+    log_pages_ = 0;
+    return true;
   } catch (const LedgerError&) {
     return false;
   }

@@ -37,10 +37,9 @@ void InsertRow(SqliteDatabase& database, std::string_view table,
                const std::vector<std::string>& columns, const std::vector<LedgerValue>& values) {
   std::string places;
   for (std::size_t i = 0; i < values.size(); ++i) places += i == 0 ? "?" : ", ?";
-  SqliteStatement insert = database.Prepare("INSERT INTO " + std::string(table) + " (" +
-                                            Listed(columns) + ") VALUES (" + places + ")");
-  for (std::size_t i = 0; i < values.size(); ++i) insert.Bind(static_cast<int>(i) + 1, values[i]);
-  insert.Step();
+  database.Run(
+      "INSERT INTO " + std::string(table) + " (" + Listed(columns) + ") VALUES (" + places + ")",
+      values);
 }
 
 // The run that rows belong to now: 0 where none was noted.
@@ -166,17 +165,12 @@ void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerVal
   SqliteDatabase& database = connection.ForWriting();
   SqliteTransaction transaction(database);
   InsertRow(database, kPortfolioTable, PortfolioColumns(), values);
-  SqliteStatement insert = database.Prepare(
+  database.Run(
       "INSERT INTO Details (Run, Place, Quantity, Vat, BarIndex, NewestShown, ClosePrice) VALUES "
       "(" +
-      std::string(kCurrentRun) + ", ?, ?, ?, ?, ?, ?)");
-  insert.Bind(1, static_cast<double>(database.LastRow()));
-  insert.Bind(2, detail.quantity);
-  insert.Bind(3, detail.vat);
-  insert.Bind(4, static_cast<double>(detail.bar_index));
-  insert.Bind(5, static_cast<double>(detail.newest_shown));
-  insert.Bind(6, detail.close ? LedgerValue(*detail.close) : LedgerValue());
-  insert.Step();
+          std::string(kCurrentRun) + ", ?, ?, ?, ?, ?, ?)",
+      {double(database.LastRow()), detail.quantity, detail.vat, double(detail.bar_index),
+       double(detail.newest_shown), detail.close ? LedgerValue(*detail.close) : LedgerValue()});
   transaction.Commit();
 }
 
@@ -197,20 +191,13 @@ void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run) {
 
 void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
                      const LedgerDetail& detail) {
-  SqliteStatement insert = connection.ForWriting().Prepare(
+  connection.ForWriting().Run(
       "INSERT INTO Wiped (Run, Place, Position, Held, AvgPrice, Quantity, BarIndex, NewestShown, "
       "BarDate, BarTime, MarketPrice) VALUES (" +
-      std::string(kCurrentRun) +
-      ", (SELECT coalesce(max(rowid), 0) FROM MyPortfolio), ?, ?, ?, ?, ?, ?, ?, ?, ?)");
-  int place = 0;
-  for (const LedgerValue& value :
-       {LedgerValue(wiped.position), LedgerValue(wiped.held), LedgerValue(wiped.average),
-        LedgerValue(detail.quantity), LedgerValue(double(detail.bar_index)),
-        LedgerValue(double(detail.newest_shown)), LedgerValue(wiped.date), LedgerValue(wiped.time),
-        LedgerValue(wiped.price)}) {
-    insert.Bind(++place, value);
-  }
-  insert.Step();
+          std::string(kCurrentRun) +
+          ", (SELECT coalesce(max(rowid), 0) FROM MyPortfolio), ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      {wiped.position, wiped.held, wiped.average, detail.quantity, double(detail.bar_index),
+       double(detail.newest_shown), wiped.date, wiped.time, wiped.price});
 }
 
 }  // namespace velumar

@@ -62,15 +62,14 @@ void FormatJoined(sqlite3_context* context, int, sqlite3_value** arguments) {
   sqlite3_result_text(context, shown.c_str(), static_cast<int>(shown.size()), SQLITE_TRANSIENT);
 }
 
-bool HasColumn(SqliteDatabase& database, const std::string& table, const std::string& column) {
-  SqliteStatement info = database.Prepare("SELECT 1 FROM pragma_table_info(?) WHERE name = ?");
-  info.Bind(1, table);
-  info.Bind(2, column);
-  return info.Step();
+bool HasColumn(const SqliteDatabase& database, const std::string& table,
+               const std::string& column) {
+  return database.FirstValue("SELECT 1 FROM pragma_table_info(?) WHERE name = ?",
+                             {table, column}) != LedgerValue();
 }
 
-// Ledgers of before told of a wiped holding neither the row behind which it fell nor its bar, and
-// of an order's price no more than the two decimals in its row.
+// Ledgers of earlier versions hold neither the place and the bar of a wiped holding nor all
+// decimals of an order's price.
 void AddNewerColumns(SqliteDatabase& database) {
   if (!HasColumn(database, "Wiped", "Place")) {
     for (const char* column :

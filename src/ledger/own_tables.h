@@ -16,10 +16,10 @@ struct OwnTable {
 // Makes the tables that are missing.
 void MakeTables(SqliteDatabase& database, std::span<const OwnTable> tables);
 
-// Looks whether a file is one of ours: it has the first of the tables, each table that it has is a
-// plain one with its columns, and nothing of another program's sits on them (triggers would change
-// rows, unique indexes drop them). Returns false for a database without any tables. Throws
-// LedgerError for any other, naming what is wrong with it; `what` says what the file should be.
+// Returns true for a file of ours and false for a database without any tables; throws LedgerError
+// for any other. Ours has the first of the tables. Each table that it has is a plain one with its
+// columns, without triggers (they would change rows) and unique indexes (they would drop rows).
+// `what` names the kind of file in messages.
 bool HasOwnTables(const SqliteDatabase& database, std::span<const OwnTable> tables,
                   std::string_view what);
 

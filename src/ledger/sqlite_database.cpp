@@ -13,14 +13,14 @@ namespace {
                     sqlite3_errcode(database) == SQLITE_BUSY);
 }
 
-// Another process that reads holds the file for moments only.
+// Other processes that read hold a lock for moments only.
 constexpr int kPatienceMs = 2000;
 
 // Larger than any ledger (some four million orders) and any text or row in it.
 constexpr std::uint64_t kLargestFile = std::uint64_t{1} << 30;
 constexpr int kLongestValue = 1 << 20;
 
-// SQLite opens these without a look at what they are; a pipe would hold it up forever.
+// SQLite opens these whatever they are, and would wait for a pipe forever.
 void RequireRegularFiles(const std::string& file, const std::string& path) {
   for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
     const FileIdentity found = IdentityOf(path + suffix);
@@ -34,7 +34,7 @@ void RequireRegularFiles(const std::string& file, const std::string& path) {
   }
 }
 
-// The path as "file:" and what SQLite's rules for URIs ask for.
+// The path as a "file:" URI.
 std::string Uri(const std::string& path) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string uri = "file:";
@@ -69,17 +69,21 @@ void SqliteStatement::Finalize::operator()(sqlite3_stmt* statement) const {
 
 void SqliteStatement::Fail() const { Throw(file_, database_); }
 
-void SqliteStatement::Bind(int place, const LedgerValue& value) {
-  int code = SQLITE_OK;
-  if (const auto* number = std::get_if<double>(&value)) {
-    code = sqlite3_bind_double(statement_.get(), place, *number);
-  } else if (const auto* text = std::get_if<std::string>(&value)) {
-    code = sqlite3_bind_text64(statement_.get(), place, text->data(), text->size(),
-                               SQLITE_TRANSIENT, SQLITE_UTF8);
-  } else {
-    code = sqlite3_bind_null(statement_.get(), place);
+void SqliteStatement::Bind(std::span<const LedgerValue> values) {
+  int place = 0;
+  for (const LedgerValue& value : values) {
+    ++place;
+    int code = SQLITE_OK;
+    if (const auto* number = std::get_if<double>(&value)) {
+      code = sqlite3_bind_double(statement_.get(), place, *number);
+    } else if (const auto* text = std::get_if<std::string>(&value)) {
+      code = sqlite3_bind_text64(statement_.get(), place, text->data(), text->size(),
+                                 SQLITE_TRANSIENT, SQLITE_UTF8);
+    } else {
+      code = sqlite3_bind_null(statement_.get(), place);
+    }
+    if (code != SQLITE_OK) Fail();
   }
-  if (code != SQLITE_OK) Fail();
 }
 
 bool SqliteStatement::Step() {
@@ -88,6 +92,9 @@ bool SqliteStatement::Step() {
   if (code != SQLITE_DONE) Fail();
   return false;
 }
+
+// Its result repeats the failure of the last Step, which has been reported.
+void SqliteStatement::Reset() { sqlite3_reset(statement_.get()); }
 
 int SqliteStatement::Columns() const { return sqlite3_column_count(statement_.get()); }
 
@@ -131,9 +138,9 @@ void SqliteDatabase::Open(const std::string& name, int flags) {
   }
 }
 
-// Without rows in a write-ahead log nobody is writing: the file is read as it stands. With them,
-// either a program is at work, and its locks are kept to, or one has died. The index of the log may
-// have died with it; then it is built in memory.
+// Without rows in the write-ahead log nobody is writing, and the file is read without locks. Rows
+// in it belong to a program that is running, whose locks are respected, or to one that died. If the
+// index of the log is missing, SQLite builds it in memory.
 void SqliteDatabase::OpenToRead() {
   constexpr int kFlags = SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
   const FileIdentity found = IdentityOf(path_);
@@ -163,25 +170,41 @@ void SqliteDatabase::Execute(const std::string& sql) {
   }
 }
 
+void SqliteDatabase::Run(std::string_view sql, std::span<const LedgerValue> values) {
+  auto found = prepared_.find(sql);
+  if (found == prepared_.end()) found = prepared_.emplace(sql, Prepare(sql)).first;
+  SqliteStatement& statement = found->second;
+  statement.Reset();
+  statement.Bind(values);
+  statement.Step();
+}
+
+LedgerValue SqliteDatabase::FirstValue(std::string_view sql,
+                                       std::initializer_list<LedgerValue> values) const {
+  SqliteStatement select = Prepare(sql);
+  select.Bind(values);
+  return select.Step() ? select.Value(0) : LedgerValue();
+}
+
 bool SqliteDatabase::ReadOnly() const { return sqlite3_db_readonly(handle_.get(), "main") == 1; }
 
 std::int64_t SqliteDatabase::LastRow() const { return sqlite3_last_insert_rowid(handle_.get()); }
 
 SqliteTransaction::SqliteTransaction(SqliteDatabase& database) : database_(database) {
-  database_.Execute("BEGIN IMMEDIATE");
+  database_.Run("BEGIN IMMEDIATE");
 }
 
 SqliteTransaction::~SqliteTransaction() {
   if (!open_) return;
   try {
-    database_.Execute("ROLLBACK");
+    database_.Run("ROLLBACK");
   } catch (const LedgerError&) {
-    // SQLite has already taken the changes back itself.
+    // SQLite has already rolled back.
   }
 }
 
 void SqliteTransaction::Commit() {
-  database_.Execute("COMMIT");
+  database_.Run("COMMIT");
   open_ = false;
 }
 

@@ -1,8 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -35,9 +39,11 @@ class SqliteStatement {
  public:
   SqliteStatement(sqlite3* database, const std::string& file, std::string_view sql);
 
-  void Bind(int place, const LedgerValue& value);  // places count from 1
-  // False behind the last row.
+  void Bind(std::span<const LedgerValue> values);  // one for each "?"
+  // Returns false after the last row.
   bool Step();
+  // Makes it ready to be bound and run again.
+  void Reset();
   int Columns() const;
   std::string ColumnName(int column) const;  // columns count from 0
   LedgerValue Value(int column) const;
@@ -55,30 +61,39 @@ class SqliteStatement {
 
 inline constexpr std::string_view kInMemory = ":memory:";
 
-// One SQLite file, closed with the object. Only regular files are opened, of up to 1 GiB, and of
-// another program's triggers and views none runs. Every call throws LedgerError.
+// One SQLite file, closed with the object. Opens regular files of up to 1 GiB only, and never runs
+// another program's triggers or views. Every call throws LedgerError.
 class SqliteDatabase {
  public:
   enum class Mode : std::uint8_t {
     kCreate,
-    // Nothing is created or changed, neither in the file nor next to it, so a read-only folder is
-    // as good as any.
+    // Creates and changes nothing, neither the file nor those next to it, so a read-only folder
+    // will do.
     kReadOnly
   };
 
   SqliteDatabase(const std::string& file, Mode mode);
 
   void Execute(const std::string& sql);
+  // Runs one statement that returns no rows. It stays prepared for the next time: compiling the
+  // inserts of an order takes longer than running them.
+  void Run(std::string_view sql, std::span<const LedgerValue> values);
+  void Run(std::string_view sql, std::initializer_list<LedgerValue> values = {}) {
+    Run(sql, std::span(values.begin(), values.size()));
+  }
+  // The first column of a select's first row; null if there is no row.
+  LedgerValue FirstValue(std::string_view sql,
+                         std::initializer_list<LedgerValue> values = {}) const;
   SqliteStatement Prepare(std::string_view sql) const { return {handle_.get(), file_, sql}; }
   bool ReadOnly() const;
   std::int64_t LastRow() const;
-  // As it was named to the constructor, and the one name behind all links.
+  // The file as named to the constructor, and its canonical path.
   const std::string& File() const { return file_; }
   const std::string& Path() const { return path_; }
-  // True once a file that nobody wrote when it was opened to be read has changed: then it has to
-  // be opened again.
+  // Returns true if a file that was opened to be read, and that nobody was writing then, has
+  // changed. It must be opened again.
   bool Outdated() const;
-  // For what this class doesn't wrap.
+  // For calls that this class doesn't wrap.
   sqlite3* Handle() const { return handle_.get(); }
 
  private:
@@ -93,9 +108,10 @@ class SqliteDatabase {
   std::string path_;
   std::optional<FileIdentity> unchanged_;  // while it can be read without locks
   std::unique_ptr<sqlite3, Close> handle_;
+  std::map<std::string, SqliteStatement, std::less<>> prepared_;  // by their text
 };
 
-// Changes between construction and Commit are taken back unless Commit was reached.
+// Rolls back at its end unless Commit was called.
 class SqliteTransaction {
  public:
   explicit SqliteTransaction(SqliteDatabase& database);

@@ -116,13 +116,6 @@ void AddWiped(LedgerConnection& connection, int number, Places& orders) {
   }
 }
 
-bool Archived(LedgerConnection& connection, int number) {
-  const std::string id = std::to_string(number);
-  return !LedgerQuery(connection, "select Id From Runs where Id = " + id +
-                                      " and Id < (select max(Id) From Runs)")
-              .Empty();
-}
-
 // The order that a side begins the run with; none when it does nothing in it.
 const RunOrder* FirstOf(const RunRecord& record, bool is_long) {
   const auto first =
@@ -154,14 +147,21 @@ bool HeldNothingBefore(const RunOrder& order) {
   return std::abs(order.held - order.quantity.value_or(0)) <= kExactQuantity * order.held;
 }
 
+void RequireRun(LedgerConnection& connection, int number) {
+  if (number == kRunNow) return;
+  const std::string id = std::to_string(number);
+  if (LedgerQuery(connection,
+                  "select Id From Runs where Id = " + id + " and Id < (select max(Id) From Runs)")
+          .Empty()) {
+    throw LedgerError(connection.File() + ": no archived run has the number " + id);
+  }
+}
+
 RunRecord ReadRun(LedgerConnection& connection, int number) {
+  RequireRun(connection, number);
   Places orders = ReadRows(connection, number);
   AddDetails(connection, number, orders);
   AddWiped(connection, number, orders);
-  if (number != kRunNow && orders.empty() && !Archived(connection, number)) {
-    throw LedgerError(connection.File() + ": no archived run has the number " +
-                      std::to_string(number));
-  }
   RunRecord record{ReadBeginning(connection, number), {}};
   for (auto& [place, order] : orders) {
     if (order.symbol.empty() && record.began) order.symbol = record.began->symbol;

@@ -45,8 +45,10 @@ struct RunRecord {
   std::vector<RunOrder> orders;    // as they were placed
 };
 
-// Throws LedgerError, also when no archived run has the number. One that placed no order reads as
-// empty.
+// Throws LedgerError when no archived run has the number; kRunNow always passes.
+void RequireRun(LedgerConnection& connection, int number);
+
+// Throws as RequireRun. A run that placed no order reads as empty.
 RunRecord ReadRun(LedgerConnection& connection, int number);
 
 // The run as the last of as many runs as it takes to find where its holdings were entered: "Play"

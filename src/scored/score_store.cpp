@@ -41,31 +41,24 @@ ScoreStore::ScoreStore(const std::string& file) : database_(file, ScoresKind()) 
 bool ScoreStore::Add(const Score& score) {
   SqliteDatabase& database = database_.ForWriting();
   SqliteTransaction transaction(database);
-  SqliteStatement insert = database.Prepare(
-      "INSERT INTO scores (name, money, symbol, start_date, end_date) VALUES (?, ?, ?, ?, ?)");
-  insert.Bind(1, score.name);
-  insert.Bind(2, score.money);
-  insert.Bind(3, score.symbol);
-  insert.Bind(4, static_cast<double>(score.start_date));
-  insert.Bind(5, static_cast<double>(score.end_date));
-  insert.Step();
-  const auto id = static_cast<double>(database.LastRow());
+  database.Run(
+      "INSERT INTO scores (name, money, symbol, start_date, end_date) VALUES (?, ?, ?, ?, ?)",
+      {score.name, score.money, score.symbol, double(score.start_date), double(score.end_date)});
+  const auto id = double(database.LastRow());
   database.Execute(
       "DELETE FROM scores WHERE id IN (SELECT id FROM scores ORDER BY money DESC, id "
       "LIMIT -1 OFFSET " +
       std::to_string(kKept) + ")");
-  SqliteStatement find = database.Prepare("SELECT 1 FROM scores WHERE id = ?");
-  find.Bind(1, id);
-  if (!find.Step()) return false;
+  if (database.FirstValue("SELECT 1 FROM scores WHERE id = ?", {id}) == LedgerValue()) return false;
   transaction.Commit();
   return true;
 }
 
 std::vector<Score> ScoreStore::Top(int count) {
   SqliteStatement select = database_.ForReading().Prepare(
-      "SELECT name, money, symbol, start_date, end_date FROM scores ORDER BY money DESC, id LIMIT "
-      "?");
-  select.Bind(1, static_cast<double>(count));
+      "SELECT name, money, symbol, start_date, end_date FROM scores ORDER BY money DESC, id "
+      "LIMIT " +
+      std::to_string(count));
   std::vector<Score> scores;
   while (select.Step()) {
     scores.push_back({.name = Text(select.Value(0)),

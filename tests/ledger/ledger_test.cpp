@@ -21,35 +21,19 @@ class LedgerTest : public testing::Test {
   static LedgerConnection Connection() {
     return LedgerConnection([](std::string_view iso) { return "<" + std::string(iso) + ">"; });
   }
-  static std::vector<LedgerValue> Row(const std::string& date, const std::string& time,
-                                      double points, double portfolio,
-                                      const std::string& symbol = "ABC") {
-    std::vector<LedgerValue> row(22, LedgerValue(0.0));
-    row[1] = symbol;
-    row[2] = -1.0;
-    row[3] = date;
-    row[4] = time;
-    row[6] = "Long";
-    row[8] = 2.0;
-    row[12] = points;
-    row[19] = points;
-    row[20] = 100.0;
-    row[21] = portfolio;
-    return row;
-  }
-  static void AddRow(LedgerConnection& ledger, double portfolio) {
-    LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, portfolio), {});
+  static void AddRow(LedgerConnection& ledger) {
+    LedgerInsertOrder(ledger, std::vector<LedgerValue>(22, 0.0), {});
   }
   static std::size_t Rows(LedgerConnection& ledger) {
     return LedgerQuery(ledger, "select * From MyPortfolio").rows.size();
   }
-  // The ledger of a folder is neither read nor written, and not a byte beside it changes.
+  // The ledger of a folder is neither read nor written, and no file next to it changes.
   static void ExpectRefused(const ScratchFolder& folder, const std::string& why) {
     const auto before = FilesOf(folder.Path().string());
     LedgerConnection ledger = Connection();
     LedgerOpen(ledger, folder.Sub("l.mdb"));
     EXPECT_THAT(ledger.WhyNot(), AllOf(HasSubstr(folder.Sub("l.mdb")), HasSubstr(why)));
-    EXPECT_THROW(LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, 1), {}), LedgerError);
+    EXPECT_THROW(AddRow(ledger), LedgerError);
     EXPECT_THROW(Rows(ledger), LedgerError) << why;
     EXPECT_THROW(LedgerOpenToRead(ledger, folder.Sub("l.mdb")), LedgerError) << why;
     EXPECT_EQ(FilesOf(folder.Path().string()), before) << why;
@@ -57,59 +41,6 @@ class LedgerTest : public testing::Test {
   ScratchFolder scratch;
   std::string file = scratch.Sub("Portfolio.mdb");
 };
-
-TEST_F(LedgerTest, TheSelectsOfTheResults) {
-  LedgerConnection ledger = Connection();
-  LedgerOpen(ledger, file);
-  ASSERT_TRUE(ledger.CanWrite()) << ledger.WhyNot();
-  LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, 1), {});
-  LedgerInsertOrder(ledger, Row("2007-01-24", "10:00:00", 4, 2), {});
-  LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 5, 3, "O'Neill"), {});
-  const auto column = [&](const char* select, std::size_t place) {
-    std::vector<LedgerValue> values;
-    for (const auto& row : LedgerQuery(ledger, select).rows) values.push_back(row[place]);
-    return values;
-  };
-  using Values = std::vector<LedgerValue>;
-  EXPECT_EQ(column("select actdate, acttime, Portfolio From MyPortfolio order by actdate desc, "
-                   "acttime desc ",
-                   2),
-            (Values{3.0, 1.0, 2.0}));
-  EXPECT_EQ(
-      column("select actdate, acttime From MyPortfolio order by actdate asc, acttime asc ", 0),
-      (Values{"<2007-01-24>", "<2007-01-25>", "<2007-01-25>"}));
-  EXPECT_EQ(
-      column("select format(actdate & ' ' & acttime ,'dd-mmm-yy HH:MM')  as ActionDate, Portfolio  "
-             "From MyPortfolio  where balancepoint <> 0 order by actdate ",
-             0),
-      (Values{"24-Jan-07 10:00", "25-Jan-07 16:30"}));
-  EXPECT_EQ(column("select symbol , SymbolInterval From MyPortfolio", 0),
-            (Values{"ABC", "ABC", "O'Neill"}));
-  const LedgerRecordset sums = LedgerQuery(
-      ledger, "select sum(LAmount), sum(SAmount), sum(LRealised), sum(SRealised) From MyPortfolio");
-  EXPECT_EQ(sums.rows[0], (Values{6.0, 0.0, 9.0, 0.0}));
-  EXPECT_EQ(column("select sum(Commission) From MyPortfolio where LAmount > 0 ", 0), Values{300.0});
-  EXPECT_EQ(column("select sum(Commission) From MyPortfolio where SAmount > 0 ", 0),
-            Values{std::monostate()});
-}
-
-TEST_F(LedgerTest, EmptyingArchivesTheRowsOfTheirRun) {
-  LedgerConnection ledger = Connection();
-  LedgerOpen(ledger, file);
-  const LedgerRun run{"/data", "ABC", "D", "20070101", "0", "futures", 2e6, 5e4, 1000};
-  LedgerBeginRun(ledger, run);
-  LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, 1), {2, 70, 14, 20});
-  LedgerDeleteAll(ledger, kPortfolioTable);
-  LedgerBeginRun(ledger, run);
-  LedgerDeleteAll(ledger, kPortfolioTable);
-  EXPECT_TRUE(LedgerQuery(ledger, "select * From MyPortfolio").Empty());
-  const LedgerRecordset archive =
-      LedgerQuery(ledger,
-                  "select Archive.Run, Archive.Portfolio, Details.NewestShown From Archive "
-                  "join Details on Details.Run = Archive.Run and Details.Place = Archive.Place");
-  ASSERT_EQ(archive.rows.size(), 1U);
-  EXPECT_EQ(archive.rows[0], (std::vector<LedgerValue>{1.0, 1.0, 20.0}));
-}
 
 TEST_F(LedgerTest, AnOlderFileLearnsWhereHoldingsWereWiped) {
   {
@@ -125,7 +56,7 @@ TEST_F(LedgerTest, AnOlderFileLearnsWhereHoldingsWereWiped) {
   for (double held = 2; held <= 3; ++held) {
     LedgerConnection ledger = Connection();
     LedgerOpen(ledger, file);
-    LedgerInsertOrder(ledger, Row("2007-01-25", "16:30:00", 0, 1), {});
+    AddRow(ledger);
     LedgerNoteWiped(ledger, {"Offset Long", held, 99, "2007-01-26", "16:30:00", 98}, {9, 0, 5, 6});
   }
   LedgerConnection ledger = Connection();
@@ -146,17 +77,17 @@ TEST_F(LedgerTest, OneProgramKeepsALedgerWhicheverLinksLeadToIt) {
   LedgerConnection first = Connection();
   LedgerOpen(first, file);
   ASSERT_TRUE(first.CanWrite()) << first.WhyNot();
-  AddRow(first, 1);
+  AddRow(first);
   for (const char* name : {"Portfolio.mdb", "folder/real.mdb", "deep/../deep/link.mdb"}) {
     LedgerConnection second = Connection();
     LedgerOpen(second, scratch.Sub(name));
     EXPECT_THAT(second.WhyNot(), HasSubstr("in use"));
     EXPECT_EQ(Rows(second), 1U);
-    EXPECT_THROW(LedgerDeleteAll(second, kPortfolioTable), LedgerError);
-    AddRow(first, 2);
+    EXPECT_THROW(LedgerBeginRun(second, {}), LedgerError);
+    AddRow(first);
     EXPECT_EQ(Rows(second), 2U);
-    LedgerDeleteAll(first, kPortfolioTable);
-    AddRow(first, 1);
+    LedgerBeginRun(first, {});
+    AddRow(first);
   }
   LedgerClose(first);
   // A log under one name is missed under the other.
@@ -200,31 +131,27 @@ TEST_F(LedgerTest, ARowIsRefusedOnceItWouldBeLost) {
     fs::create_directory(scratch.Sub("home"));
     LedgerConnection ledger = Connection();
     LedgerOpen(ledger, file);
-    AddRow(ledger, 1);
-    AddRow(ledger, 2);
+    AddRow(ledger);
+    AddRow(ledger);
     one.harm();
-    try {
-      AddRow(ledger, 3);
-      ADD_FAILURE() << one.what << ": the row was taken";
-    } catch (const LedgerError& error) {
-      EXPECT_THAT(error.what(), HasSubstr("home/Portfolio.mdb")) << one.what;
-    }
-    EXPECT_THROW(LedgerBeginRun(ledger, {}), LedgerError) << one.what;
+    EXPECT_THAT([&] { AddRow(ledger); },
+                testing::ThrowsMessage<LedgerError>(HasSubstr("home/Portfolio.mdb")))
+        << one.what;
     LedgerClose(ledger);
     if (one.kept_in.empty()) continue;
     LedgerOpenToRead(ledger, one.kept_in);
     EXPECT_EQ(Rows(ledger), 2U) << one.what;
     LedgerOpen(ledger, one.kept_in);
-    EXPECT_NO_THROW(AddRow(ledger, 3)) << one.what << ledger.WhyNot();
+    EXPECT_NO_THROW(AddRow(ledger)) << one.what << ledger.WhyNot();
   }
 }
 
 TEST_F(LedgerTest, ALogEmptiedInOrderKeepsNoRowOut) {
   LedgerConnection ledger = Connection();
   LedgerOpen(ledger, file);
-  AddRow(ledger, 1);
+  AddRow(ledger);
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate).Execute("PRAGMA wal_checkpoint(TRUNCATE)");
-  for (int i = 2; i <= 300; ++i) AddRow(ledger, i);
+  for (int i = 2; i <= 300; ++i) AddRow(ledger);
   EXPECT_EQ(Rows(ledger), 300U);
   EXPECT_LT(fs::file_size(file + "-wal"), 5'000'000U) << "it is emptied on the way, too";
 }
@@ -233,7 +160,7 @@ TEST_F(LedgerTest, ALogEmptiedInOrderKeepsNoRowOut) {
 TEST_F(LedgerTest, ALogWithoutItsFileIsKept) {
   LedgerConnection ledger = Connection();
   LedgerOpen(ledger, file);
-  AddRow(ledger, 1);
+  AddRow(ledger);
   const std::string copy = scratch.Sub("copy.mdb");
   fs::copy_file(file + "-wal", copy + "-wal");
   LedgerConnection other = Connection();
@@ -248,7 +175,7 @@ TEST_F(LedgerTest, ALogWithoutItsFileIsKept) {
 TEST_F(LedgerTest, ReadingLeavesNoTrace) {
   LedgerConnection ledger = Connection();
   LedgerOpen(ledger, file);
-  AddRow(ledger, 1);
+  AddRow(ledger);
   for (const auto& [folder, suffixes] :
        {std::pair("died", std::vector<std::string>{"", "-wal", "-shm"}),
         std::pair("bare", std::vector<std::string>{"", "-wal"})}) {
@@ -272,7 +199,7 @@ TEST_F(LedgerTest, ReadingLeavesNoTrace) {
     EXPECT_EQ(FilesOf(scratch.Sub(folder)), before) << folder;
     LedgerConnection writer = Connection();
     LedgerOpen(writer, scratch.Sub(folder + "/" + kOddName));
-    AddRow(writer, 2);
+    AddRow(writer);
     EXPECT_EQ(Rows(writer), 2U) << folder;
   }
 }
@@ -285,30 +212,23 @@ TEST_F(LedgerTest, WhoReadsSeesWhatIsWrittenLater) {
   LedgerOpenToRead(reader, file);
   EXPECT_EQ(Rows(reader), 0U);
   LedgerOpen(writer, file);
-  AddRow(writer, 1);
+  AddRow(writer);
   EXPECT_EQ(Rows(reader), 1U);
-  AddRow(writer, 2);
-  EXPECT_EQ(Rows(reader), 2U);
-  LedgerClose(writer);
+  AddRow(writer);
   EXPECT_EQ(Rows(reader), 2U);
 }
 
 TEST_F(LedgerTest, AFileThatIsNotOursIsLeftAsItIs) {
-  const std::string endless =
-      "VIEW MyPortfolio AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT ";
-  std::string columns;
-  for (const std::string& column : PortfolioColumns()) {
-    columns += (columns.empty() ? "i AS " : ", i AS ") + column;
-  }
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"DROP TABLE MyPortfolio", "another program's SQLite file"},
       {"PRAGMA application_id = 7", "another program's SQLite file"},
       {"PRAGMA user_version = 1", "newer version"},
       {"CREATE TRIGGER t AFTER INSERT ON myportfolio BEGIN DELETE FROM Runs; END", "trigger \"t\""},
       {"CREATE UNIQUE INDEX i ON Details (Vat)", "unique index"},
-      {"DROP TABLE Runs; CREATE VIEW Runs AS SELECT 1 AS Id", "Runs must be a table"},
       {"DROP TABLE Runs; CREATE TABLE Runs (Id)", "no such column"},
-      {"DROP TABLE MyPortfolio; CREATE " + endless + columns + " FROM n", "must be a table"}};
+      {"DROP TABLE MyPortfolio; CREATE VIEW MyPortfolio AS WITH RECURSIVE n(i) AS (SELECT 1 UNION "
+       "ALL SELECT i + 1 FROM n) SELECT i AS Profile FROM n",
+       "MyPortfolio must be a table"}};
   for (const auto& [harm, why] : cases) {
     for (const bool dies : {false, true}) {
       const ScratchFolder made;
