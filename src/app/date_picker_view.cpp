@@ -53,9 +53,9 @@ void DatePickerView::Update() {
   setDate(date);
 }
 
-// Typing "10/12/2005" replaces the date. Without this a digit typed over the whole date or in front
-// of a full part is dropped, and a separator typed after a part that is complete skips the next
-// part: the old month stays, and nothing shows it.
+// Lets a typed "10/12/2005" replace the date. The base class drops a digit typed over the whole
+// date or before a full part, and a separator after a complete part skips the next one: the old
+// month would stay unnoticed.
 void DatePickerView::keyPressEvent(QKeyEvent* event) {
   const QChar typed = event->text().isEmpty() ? QChar() : event->text().front();
   const bool separator = typed.isPrint() && !typed.isLetterOrNumber();

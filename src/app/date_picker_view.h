@@ -19,7 +19,7 @@ class DatePickerView : public QDateEdit, public ControlView {
   void wheelEvent(QWheelEvent* event) override;
 
  private:
-  // Whether the cursor stands before a month, day or year.
+  // True if the cursor is before a month, day or year.
   bool AtStartOfPart() const;
 
   FormCanvas& canvas_;

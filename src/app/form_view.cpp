@@ -87,7 +87,7 @@ void FormView::OrderTabs() {
   if (first != controls.end()) views_.at(*first)->Widget().setFocus();
 }
 
-// What stands in a container is cut by it. A menu bar stands above all else and doesn't scroll.
+// A container clips its controls. A menu bar is above all else and doesn't scroll.
 void FormView::MakeViews() {
   QWidget& inside = form_.Bordered() ? MakeScrolledInside() : *this;
   for (Control* control : form_.Controls()) {
@@ -96,11 +96,11 @@ void FormView::MakeViews() {
     QWidget& ground = menu ? *this : inside;
     QWidget& parent = container == nullptr ? ground : views_.at(container)->Widget();
     views_[control] = MakeControlView(*this, parent, *control);
-    if (menu) menu_height_ = views_[control]->Widget().sizeHint().height();
+    if (menu) menu_bar_ = &views_[control]->Widget();
   }
 }
 
-// A window may be larger than the screen, at 200 % above all. The Tab key scrolls along.
+// A window may be larger than the screen, above all at 200 %. The Tab key scrolls to its controls.
 QWidget& FormView::MakeScrolledInside() {
   scroll_ = new QScrollArea(this);
   scroll_->setFrameShape(QFrame::NoFrame);
@@ -108,18 +108,15 @@ QWidget& FormView::MakeScrolledInside() {
   auto* inside = new QWidget;
   inside->setFixedSize(LogicalPixels(form_.Width()), LogicalPixels(form_.Height()));
   scroll_->setWidget(inside);
-  // The window's own ground shows.
+  // Both leave the window's own background visible.
   scroll_->viewport()->setAutoFillBackground(false);
   inside->setAutoFillBackground(false);
   return *inside;
 }
 
-QSize FormView::WholeSize() const {
-  return {LogicalPixels(form_.Width()), LogicalPixels(form_.Height()) + menu_height_};
-}
-
 void FormView::FitSize() {
-  const QSize whole = WholeSize();
+  const int menu_height = menu_bar_ == nullptr ? 0 : menu_bar_->sizeHint().height();
+  const QSize whole(LogicalPixels(form_.Width()), LogicalPixels(form_.Height()) + menu_height);
   if (scroll_ == nullptr) return setFixedSize(whole);
   const QSize border(16, 40);  // at most, with the title bar
   const QSize room = screen()->availableSize() - border;
@@ -130,12 +127,8 @@ void FormView::FitSize() {
   if (whole.width() > room.width())
     wanted += {0, scroll_->horizontalScrollBar()->sizeHint().height()};
   setFixedSize(wanted.boundedTo(room));
-  scroll_->setGeometry(0, menu_height_, width(), height() - menu_height_);
-  for (const auto& [control, view] : views_) {
-    if (control->Kind() == ControlKind::kMenu) {
-      view->Widget().setGeometry(0, 0, width(), menu_height_);
-    }
-  }
+  scroll_->setGeometry(0, menu_height, width(), height() - menu_height);
+  if (menu_bar_ != nullptr) menu_bar_->setGeometry(0, 0, width(), menu_height);
 }
 
 void FormView::Update() {

@@ -31,7 +31,7 @@ class FormView : public QWidget, public FormCanvas {
   // The window was unloaded: it vanishes now and dies once no handler of it is on the stack.
   void Retire();
   bool KeepsKeys() const { return form_.KeepsKeys(); }
-  // Above all other windows that don't stay on top, and no longer an icon.
+  // Restores a minimised window and raises it.
   void ComeUp();
   // Moves with the mouse until its button is released.
   void StartDrag();
@@ -57,8 +57,7 @@ class FormView : public QWidget, public FormCanvas {
   void OrderTabs();
   void MakeViews();
   QWidget& MakeScrolledInside();
-  QSize WholeSize() const;
-  // Of a window with a border, as much as the screen has room for.
+  // A window with a border is no larger than the screen.
   void FitSize();
   void UpdateFlags();
   void UpdatePlace();
@@ -71,7 +70,7 @@ class FormView : public QWidget, public FormCanvas {
   const Appearance& look_;
   ErrorReport report_;
   std::map<const Control*, ControlView*> views_;
-  int menu_height_ = 0;
+  QWidget* menu_bar_ = nullptr;
   QScrollArea* scroll_ = nullptr;  // in a window with a border
   int handlers_on_stack_ = 0;
   bool retired_ = false;

@@ -46,7 +46,8 @@ void RunKeyFilter::PressFromChart(const RunKeyPress& press) {
   if (QGuiApplication::modalWindow() == nullptr && !TraderElsewhere()) keys_.PressFromChart(press);
 }
 
-// A box that opens takes the focus from whatever program has it, and leaves it to the next window.
+// A message box takes the focus from whatever program has it, and at its end another window gets
+// it. Neither is a choice of the trader's.
 void RunKeyFilter::WatchTrader() {
   if (!keys_.InRun()) return;
   IgnoringErrors([this] {

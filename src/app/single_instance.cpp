@@ -34,9 +34,9 @@ QString Made(const QString& folder) {
 
 SingleInstance::SingleInstance(const QString& settings_folder)
     : mailbox_(MailboxOf(Made(settings_folder))), lock_(LockOf(settings_folder)) {
-  // In a folder that can't be locked, a Velumar that runs is known by its mailbox.
-  const bool unlocked = lock_.Held() == ProcessLock::State::kImpossible;
-  first_ = lock_.Held() == ProcessLock::State::kHeld || (unlocked && !PostMail(mailbox_, {}));
+  // Where the folder can't be locked, another Velumar is found by its mailbox.
+  const bool unlocked = lock_.Held() == FileLock::State::kImpossible;
+  first_ = lock_.Held() == FileLock::State::kHeld || (unlocked && !PostMail(mailbox_, {}));
 }
 
 // One that is only just starting opens its mailbox in a moment.

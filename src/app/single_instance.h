@@ -18,6 +18,7 @@ class SingleInstance {
  public:
   // The folder is made when it is missing.
   explicit SingleInstance(const QString& settings_folder);
+  ~SingleInstance() { Release(); }
 
   // False while another process has the folder.
   bool First() const { return first_; }
@@ -26,12 +27,12 @@ class SingleInstance {
   bool CallOther() const;
   // From here on `come` runs when another start asks so.
   void Listen(std::function<void()> come);
-  // Removes the lock, for a process that ends without leaving its functions.
-  void Release() { lock_.Release(); }
+  // Removes the lock, for a process that ends without running destructors.
+  void Release() { lock_.Remove(); }
 
  private:
   std::string mailbox_;
-  ProcessLock lock_;
+  FileLock lock_;
   bool first_ = false;
   std::unique_ptr<MailNotice> notice_;
 };

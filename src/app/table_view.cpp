@@ -91,8 +91,8 @@ void TableView::MarkSorting() {
       table_.SortedBy().descending ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
-// A few columns share the room. Many are as wide as their texts, in the largest type in which all
-// of them are in sight; the last one takes what is left.
+// A few columns share the room. Many are as wide as their texts, in the largest font that shows all
+// of them; the last one takes the rest.
 void TableView::FitColumns() {
   constexpr int kFewPixels = 12;
   constexpr int kManyPixels = 11;
@@ -101,12 +101,13 @@ void TableView::FitColumns() {
   QFont font = canvas_.Look().faces.Plain(few ? kFewPixels : kManyPixels);
   std::vector<int> widths;
   if (!few) {
+    const QStringList texts = LongestTexts();
     const int room = width() - 2 * frameWidth() - verticalScrollBar()->sizeHint().width();
-    widths = ColumnWidths(font);
+    widths = ColumnWidths(font, texts);
     while (std::accumulate(widths.begin(), widths.end(), 0) > room &&
            font.pixelSize() > kSmallestPixelSize) {
       font.setPixelSize(font.pixelSize() - 1);
-      widths = ColumnWidths(font);
+      widths = ColumnWidths(font, texts);
     }
   }
   setFont(font);
@@ -116,26 +117,35 @@ void TableView::FitColumns() {
   for (std::size_t i = 0; i < widths.size(); ++i) setColumnWidth(static_cast<int>(i), widths[i]);
 }
 
-// Wide enough for the titles and the texts, but for those of the last column.
-std::vector<int> TableView::ColumnWidths(const QFont& font) const {
-  constexpr std::size_t kMeasuredRows = 2000;  // of a long table, spread over all of it
-  constexpr int kAroundText = 7;
-  const QFontMetrics metrics(font);
+// Of a long table, rows spread over all of it are measured. The last column's texts don't count.
+QStringList TableView::LongestTexts() const {
+  constexpr std::size_t kMeasuredRows = 2000;
   const std::size_t count = table_.Content().count;
   const std::size_t step = std::max<std::size_t>(1, count / kMeasuredRows);
-  std::vector<int> widths;
+  QStringList texts;
   for (std::size_t column = 0; column < table_.Columns().size(); ++column) {
-    const bool sorted = table_.on_header && table_.SortedBy().column == column;
-    const int mark = sorted ? style()->pixelMetric(QStyle::PM_HeaderMarkSize) + kAroundText : 0;
-    std::string longest;
     const bool last = column + 1 == table_.Columns().size();
+    std::string longest;
     for (std::size_t row = 0; row < count && !last; row += step) {
       std::string text = table_.Content().text(row, column);
       if (text.size() > longest.size()) longest = std::move(text);
     }
+    texts.append(ToQString(longest));
+  }
+  return texts;
+}
+
+// Wide enough for the titles and these texts.
+std::vector<int> TableView::ColumnWidths(const QFont& font, const QStringList& texts) const {
+  constexpr int kAroundText = 7;
+  const QFontMetrics metrics(font);
+  std::vector<int> widths;
+  for (std::size_t column = 0; column < table_.Columns().size(); ++column) {
+    const bool sorted = table_.on_header && table_.SortedBy().column == column;
+    const int mark = sorted ? style()->pixelMetric(QStyle::PM_HeaderMarkSize) + kAroundText : 0;
     const int title = metrics.horizontalAdvance(ToQString(table_.Columns()[column].title)) + mark;
     // Among texts of one length, some are a digit wider.
-    const int text = metrics.horizontalAdvance(ToQString(longest)) + 1;
+    const int text = metrics.horizontalAdvance(texts[static_cast<qsizetype>(column)]) + 1;
     widths.push_back(std::max(title, text) + kAroundText);
   }
   return widths;

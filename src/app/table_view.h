@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QStringList>
 #include <QTableView>
 #include <vector>
 
@@ -38,7 +39,8 @@ class TableView : public QTableView, public ControlView {
  private:
   void MarkSorting();
   void FitColumns();
-  std::vector<int> ColumnWidths(const QFont& font) const;
+  QStringList LongestTexts() const;
+  std::vector<int> ColumnWidths(const QFont& font, const QStringList& texts) const;
 
   FormCanvas& canvas_;
   Table& table_;

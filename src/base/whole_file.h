@@ -53,7 +53,7 @@ void FlushFolder(const std::filesystem::path& folder);
 [[noreturn]] void RefuseDevice(const std::filesystem::path& file, std::string_view failure);
 [[noreturn]] void RefuseLargeFile(const std::filesystem::path& file, std::uintmax_t size,
                                   std::size_t limit);
-// A new name in the folder of `file`, which nobody has yet.
+// A random name in the folder of `file`.
 std::filesystem::path NewNameBeside(const std::filesystem::path& file);
 
 }  // namespace velumar

@@ -4,7 +4,9 @@
 
 #include <array>
 #include <cerrno>
+#include <optional>
 
+#include "base/descriptor_posix.h"
 #include "base/whole_file.h"
 
 namespace velumar {
@@ -15,30 +17,18 @@ namespace {
 
 constexpr mode_t kUserMode = 0600;
 constexpr mode_t kUsualMode = 0666;  // less the user's mask
-constexpr mode_t kPermissions = 07777;
 
-// Closed with the object. Opening a regular file never waits.
-class OpenFile {
- public:
-  OpenFile(const fs::path& file, int flags, mode_t mode = 0)
-      : handle_(::open(file.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode)) {}
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-  ~OpenFile() {
-    if (handle_ >= 0) ::close(handle_);
-  }
-  int Get() const { return handle_; }
-
- private:
-  int handle_;
-};
+// Opening a regular file never waits.
+Descriptor Open(const fs::path& file, int flags, mode_t mode = 0) {
+  return Descriptor(::open(file.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode));
+}
 
 void RequireRegular(const struct stat& status, const fs::path& file, std::string_view failure) {
   if (S_ISDIR(status.st_mode)) RefuseFolder(file, failure);
   if (!S_ISREG(status.st_mode)) RefuseDevice(file, failure);
 }
 
-void WriteAll(const OpenFile& out, std::string_view bytes, const fs::path& file) {
+void WriteAll(const Descriptor& out, std::string_view bytes, const fs::path& file) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(out.Get(), bytes.data(), bytes.size());
     if (written < 0 && errno != EINTR) throw FileError(file, kCantWrite, errno);
@@ -46,37 +36,34 @@ void WriteAll(const OpenFile& out, std::string_view bytes, const fs::path& file)
   }
 }
 
-// The status of what stands there, with a size of -1 where there is nothing.
-struct stat StatusBefore(const fs::path& target, const fs::path& file) {
+// The permissions of the file to replace; nothing if there is none.
+std::optional<mode_t> PermissionsOf(const fs::path& target, const fs::path& file) {
   struct stat status {};
-  if (::stat(target.c_str(), &status) != 0) {
-    status.st_size = -1;
-    return status;
-  }
+  if (::stat(target.c_str(), &status) != 0) return std::nullopt;
   RequireRegular(status, file, kCantWrite);
   // A rename would succeed even where the user has forbidden writing.
   if (::access(target.c_str(), W_OK) != 0) throw FileError(file, kCantWrite, errno);
-  return status;
+  return status.st_mode & 07777;
 }
 
 }  // namespace
 
 void FlushFolder(const fs::path& folder) {
-  // A file named without a folder lies in the present one.
-  const OpenFile opened(folder.empty() ? fs::path(".") : folder, O_RDONLY | O_DIRECTORY);
-  if (opened.Get() >= 0) ::fsync(opened.Get());
+  // A file named without a folder lies in the current one.
+  const Descriptor opened = Open(folder.empty() ? fs::path(".") : folder, O_RDONLY | O_DIRECTORY);
+  if (opened.Valid()) ::fsync(opened.Get());
 }
 
 std::string ReadWholeFile(const fs::path& file, std::size_t limit) {
   struct stat status {};
-  // Looked at before it is opened: that alone wakes some devices.
+  // Checked before it is opened: opening alone wakes some devices.
   if (::stat(file.c_str(), &status) != 0) throw FileError(file, kCantRead, errno);
   RequireRegular(status, file, kCantRead);
   if (static_cast<std::uintmax_t>(status.st_size) > limit) {
     RefuseLargeFile(file, static_cast<std::uintmax_t>(status.st_size), limit);
   }
-  const OpenFile in(file, O_RDONLY);
-  if (in.Get() < 0) throw FileError(file, kCantRead, errno);
+  const Descriptor in = Open(file, O_RDONLY);
+  if (!in.Valid()) throw FileError(file, kCantRead, errno);
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(status.st_size));
   std::array<char, 65536> block;
@@ -92,15 +79,15 @@ std::string ReadWholeFile(const fs::path& file, std::size_t limit) {
 
 void ReplaceWholeFile(const fs::path& file, std::string_view bytes, FileAccess access) {
   std::error_code unresolved;
-  fs::path target = fs::weakly_canonical(file, unresolved);
+  const fs::path target = fs::weakly_canonical(file, unresolved);
   if (unresolved) throw FileError(file, kCantWrite, unresolved.value());
-  const struct stat before = StatusBefore(target, file);
+  const std::optional<mode_t> permissions = PermissionsOf(target, file);
   const fs::path fresh = NewNameBeside(target);
   const bool usual = access == FileAccess::kUsual;
-  const OpenFile out(fresh, O_WRONLY | O_CREAT | O_EXCL, usual ? kUsualMode : kUserMode);
-  if (out.Get() < 0) throw FileError(file, kCantWrite, errno);
+  const Descriptor out = Open(fresh, O_WRONLY | O_CREAT | O_EXCL, usual ? kUsualMode : kUserMode);
+  if (!out.Valid()) throw FileError(file, kCantWrite, errno);
   try {
-    if (usual && before.st_size >= 0) ::fchmod(out.Get(), before.st_mode & kPermissions);
+    if (usual && permissions) ::fchmod(out.Get(), *permissions);
     WriteAll(out, bytes, file);
     if (::fsync(out.Get()) != 0) throw FileError(file, kCantWrite, errno);
     if (::rename(fresh.c_str(), target.c_str()) != 0) throw FileError(file, kCantWrite, errno);

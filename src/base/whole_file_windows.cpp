@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <utility>
 
+#include "base/handle_windows.h"
 #include "base/whole_file.h"
 #include "base/windows_text.h"
 
@@ -15,24 +15,10 @@ namespace {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-// Closed with the object.
-class OpenFile {
- public:
-  OpenFile(const fs::path& file, DWORD access, DWORD disposition)
-      : handle_(::CreateFileW(file.c_str(), access, kShareAll, nullptr, disposition,
-                              FILE_ATTRIBUTE_NORMAL, nullptr)) {}
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-  ~OpenFile() { Close(); }
-  bool Valid() const { return handle_ != INVALID_HANDLE_VALUE; }
-  HANDLE Get() const { return handle_; }
-  void Close() {
-    if (Valid()) ::CloseHandle(std::exchange(handle_, INVALID_HANDLE_VALUE));
-  }
-
- private:
-  HANDLE handle_;
-};
+NativeHandle Open(const fs::path& file, DWORD access, DWORD disposition) {
+  return OwnedHandle(::CreateFileW(file.c_str(), access, kShareAll, nullptr, disposition,
+                                   FILE_ATTRIBUTE_NORMAL, nullptr));
+}
 
 [[noreturn]] void Fail(const fs::path& file, std::string_view failure) {
   throw FileError(file, failure, ErrorNumber(::GetLastError()));
@@ -45,15 +31,15 @@ DWORD AttributesOf(const fs::path& file, std::string_view failure) {
   return there ? attributes : 0;
 }
 
-void WriteToDisk(const OpenFile& out, std::string_view bytes, const fs::path& file) {
+void WriteToDisk(const NativeHandle& out, std::string_view bytes, const fs::path& file) {
   constexpr std::size_t kBlock = 1 << 20;
   while (!bytes.empty()) {
     const auto size = static_cast<DWORD>(std::min(bytes.size(), kBlock));
     DWORD written = 0;
-    if (::WriteFile(out.Get(), bytes.data(), size, &written, nullptr) == 0) Fail(file, kCantWrite);
+    if (::WriteFile(out.get(), bytes.data(), size, &written, nullptr) == 0) Fail(file, kCantWrite);
     bytes.remove_prefix(written);
   }
-  if (::FlushFileBuffers(out.Get()) == 0) Fail(file, kCantWrite);
+  if (::FlushFileBuffers(out.get()) == 0) Fail(file, kCantWrite);
 }
 
 // Another process may be reading the old file, which takes it a moment.
@@ -78,19 +64,19 @@ void FlushFolder(const fs::path&) {}
 
 std::string ReadWholeFile(const fs::path& file, std::size_t limit) {
   AttributesOf(file, kCantRead);
-  const OpenFile in(file, GENERIC_READ, OPEN_EXISTING);
-  if (!in.Valid()) Fail(file, kCantRead);
-  if (::GetFileType(in.Get()) != FILE_TYPE_DISK) RefuseDevice(file, kCantRead);
-  LARGE_INTEGER told{};
-  if (::GetFileSizeEx(in.Get(), &told) == 0) Fail(file, kCantRead);
-  const auto size = static_cast<std::uintmax_t>(told.QuadPart);
+  const NativeHandle in = Open(file, GENERIC_READ, OPEN_EXISTING);
+  if (!in) Fail(file, kCantRead);
+  if (::GetFileType(in.get()) != FILE_TYPE_DISK) RefuseDevice(file, kCantRead);
+  LARGE_INTEGER end{};
+  if (::GetFileSizeEx(in.get(), &end) == 0) Fail(file, kCantRead);
+  const auto size = static_cast<std::uintmax_t>(end.QuadPart);
   if (size > limit) RefuseLargeFile(file, size, limit);
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(size));
   std::string block(65536, '\0');
   DWORD read = 0;
   do {
-    if (::ReadFile(in.Get(), block.data(), static_cast<DWORD>(block.size()), &read, nullptr) == 0) {
+    if (::ReadFile(in.get(), block.data(), static_cast<DWORD>(block.size()), &read, nullptr) == 0) {
       Fail(file, kCantRead);
     }
     bytes.append(block.data(), read);
@@ -109,14 +95,14 @@ void ReplaceWholeFile(const fs::path& file, std::string_view bytes, FileAccess) 
     throw FileError(file, kCantWrite, EACCES);
   }
   const fs::path fresh = NewNameBeside(target);
-  OpenFile out(fresh, GENERIC_WRITE, CREATE_NEW);
-  if (!out.Valid()) Fail(file, kCantWrite);
+  NativeHandle out = Open(fresh, GENERIC_WRITE, CREATE_NEW);
+  if (!out) Fail(file, kCantWrite);
   try {
     WriteToDisk(out, bytes, file);
-    out.Close();
+    out.reset();
     if (!MoveOver(fresh, target)) Fail(file, kCantWrite);
   } catch (const FileError&) {
-    out.Close();
+    out.reset();
     ::DeleteFileW(fresh.c_str());
     throw;
   }

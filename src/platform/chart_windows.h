@@ -48,8 +48,8 @@ class KeySender {
   // once it has taken the keys in. Throws std::invalid_argument for a text that isn't in it.
   virtual KeyOutcome Send(std::string_view keys) = 0;
   // Types into the chart program's main window while the trader works in another program. The
-  // window in front stays in front, and no key that is typed meanwhile is lost to it. kHeldBack
-  // when the chart isn't on the screen.
+  // window in front stays in front and still receives every key of the trader. kHeldBack if the
+  // chart isn't on the screen.
   virtual KeyOutcome SendBehind(std::string_view keys) = 0;
 };
 

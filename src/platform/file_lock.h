@@ -6,22 +6,10 @@
 
 namespace velumar {
 
-// Held by one process at a time while the object lives; the system frees it when the process dies.
-// Waits up to five seconds for another process. File systems that can't lock are used without.
-// Throws std::system_error naming the file; missing folders are made.
+// The system's exclusive lock on a file, which is made if it is missing. The constructor tries once
+// and doesn't wait. The lock ends with the object or the process; a file left over by a crash or
+// copied with its folder locks nothing.
 class FileLock {
- public:
-  explicit FileLock(const std::filesystem::path& file);
-  ~FileLock();
-
- private:
-  struct Held;
-  std::unique_ptr<Held> held_;
-};
-
-// Held by one process for as long as it runs. A file that was left over by a crash or a copy of the
-// folder locks nothing.
-class ProcessLock {
  public:
   enum class State : std::uint8_t {
     kHeld,
@@ -29,12 +17,13 @@ class ProcessLock {
     kImpossible,  // the folder is read-only, something else has that name, ...
   };
 
-  explicit ProcessLock(const std::filesystem::path& file);
-  ~ProcessLock();
+  explicit FileLock(std::filesystem::path file);
+  FileLock(FileLock&&) noexcept;
+  ~FileLock();
 
   State Held() const { return state_; }
-  // Removes the file and frees the lock.
-  void Release();
+  // Removes the file and releases the lock.
+  void Remove();
 
  private:
   struct Handle;

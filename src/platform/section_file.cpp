@@ -1,8 +1,10 @@
 #include "platform/section_file.h"
 
 #include <cerrno>
+#include <chrono>
 #include <exception>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "base/paths.h"
@@ -18,6 +20,31 @@ fs::path WithEnding(const fs::path& file, const std::string& ending) {
   fs::path other = file;
   other += ending;
   return other;
+}
+
+// New folders are for this user alone.
+void MakeFolders(const fs::path& folder) {
+  if (folder.empty() || fs::is_directory(folder)) return;
+  MakeFolders(folder.parent_path());
+  std::error_code error;
+  if (fs::create_directory(folder, error)) fs::permissions(folder, fs::perms::owner_all, error);
+  if (error) throw FileError(folder, "can't be made", error.default_error_condition().value());
+}
+
+// Waits up to five seconds for another process. A folder in which nothing can be locked is used
+// without a lock.
+FileLock WaitForLock(const fs::path& file) {
+  using Clock = std::chrono::steady_clock;
+  const auto end = Clock::now() + std::chrono::seconds(5);
+  while (true) {
+    FileLock lock(file);
+    if (lock.Held() != FileLock::State::kHeldByAnother) return lock;
+    if (Clock::now() >= end) {
+      throw std::system_error(EBUSY, std::generic_category(),
+                              PathText(file) + " is locked by another program");
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
 }
 
 fs::path FreeNameAside(const fs::path& file) {
@@ -44,7 +71,8 @@ bool SectionFile::Blocked() {
 }
 
 void SectionFile::Change(const std::function<void(Sections&)>& change) {
-  const FileLock lock(WithEnding(file_, ".lock"));
+  MakeFolders(file_.parent_path());
+  const FileLock lock = WaitForLock(WithEnding(file_, ".lock"));
   Refresh();
   if (blocked_) {
     throw std::system_error(EBUSY, std::generic_category(),

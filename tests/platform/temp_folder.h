@@ -1,27 +1,24 @@
 #pragma once
 
-#include <filesystem>
-#include <string>
+#include <fstream>
+#include <iterator>
 #include <string_view>
+
+#include "support/scratch_folder.h"
 
 namespace velumar {
 
-// A folder of its own for one test, gone when the test ends.
-class TempFolder {
- public:
-  TempFolder();
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  ~TempFolder();
-
-  const std::filesystem::path& Path() const { return path_; }
-  std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
-
- private:
-  std::filesystem::path path_;
+struct TempFolder : ScratchFolder {
+  std::filesystem::path operator/(std::string_view name) const { return Path() / name; }
 };
 
-void WriteFile(const std::filesystem::path& file, std::string_view bytes);
-std::string ReadFile(const std::filesystem::path& file);
+inline void WriteFile(const std::filesystem::path& file, std::string_view bytes) {
+  std::ofstream(file, std::ios::binary) << bytes;
+}
+
+inline std::string ReadFile(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
 
 }  // namespace velumar

@@ -1,6 +1,5 @@
 #include "platform/typing_target.h"
 
-#include <X11/Xatom.h>
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
 
@@ -96,30 +95,16 @@ void TypingTarget::AskRoot(Window window, const char* message, long first, long 
   XFlush(display_);
 }
 
-bool TypingTarget::HasState(Window window, const char* state) {
+int TypingTarget::Width(Window window) {
   const std::lock_guard lock(mutex_);
-  Atom type = 0;
-  int format = 0;
-  unsigned long count = 0;
-  unsigned long left = 0;
-  unsigned char* bytes = nullptr;
-  XGetWindowProperty(display_, window, AtomOf("_NET_WM_STATE"), 0, 64, False, XA_ATOM, &type,
-                     &format, &count, &left, &bytes);
-  const auto* const states = reinterpret_cast<const Atom*>(bytes);
-  bool found = false;
-  for (unsigned long i = 0; i < count; ++i) found |= states[i] == AtomOf(state);
-  if (bytes != nullptr) XFree(bytes);
-  return found;
+  XWindowAttributes attributes{};
+  XGetWindowAttributes(display_, window, &attributes);
+  return attributes.width;
 }
 
 std::string TypingTarget::TakeTyped(Window window) {
   const std::lock_guard lock(mutex_);
   return std::exchange(fields_.at(window).typed, "");
-}
-
-std::string TypingTarget::Typed(Window window) {
-  const std::lock_guard lock(mutex_);
-  return fields_.at(window).typed;
 }
 
 void TypingTarget::SetOnKey(std::function<void(const std::string&)> on_key) {

@@ -34,13 +34,11 @@ class TypingTarget {
   void Iconify(Window window);
   // Puts the window on another of the window manager's workspaces.
   void MoveToWorkspace(Window window, long workspace);
-  bool HasState(Window window, const char* state);
+  int Width(Window window);
 
   // Characters as they are, other keys as "<Return>", with "%" and "^" before keys under Alt and
   // Ctrl. Forgets what it returns.
   std::string TakeTyped(Window window);
-  // The same, and forgets nothing.
-  std::string Typed(Window window);
   // Reads no events while it is busy, like a program that computes.
   void SetBusy(bool busy) { busy_ = busy; }
   // Runs on the program's thread at each key, before the program answers anything.

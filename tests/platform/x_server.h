@@ -24,6 +24,7 @@ class ChildProcess {
 // A virtual X display of its own, with or without a window manager.
 class XServer {
  public:
+  static constexpr int kWidth = 800;
   // Whether the programs that it needs are installed.
   static bool Installed();
 

@@ -14,8 +14,8 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "base/descriptor_posix.h"
 #include "platform/command_line.h"
-#include "platform/posix/descriptor.h"
 #include "platform/process_end.h"
 
 namespace velumar {

@@ -4,10 +4,10 @@
 #include <array>
 #include <filesystem>
 
+#include "base/handle_windows.h"
 #include "base/paths.h"
 #include "base/windows_text.h"
 #include "platform/chart_main_windows.h"
-#include "platform/windows/handle.h"
 
 namespace velumar {
 

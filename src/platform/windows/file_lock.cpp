@@ -1,14 +1,8 @@
 #include "platform/file_lock.h"
 
-#include <chrono>
-#include <string>
-#include <system_error>
-#include <thread>
 #include <utility>
 
-#include "base/paths.h"
-#include "base/windows_text.h"
-#include "platform/windows/handle.h"
+#include "base/handle_windows.h"
 
 namespace velumar {
 
@@ -17,27 +11,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
-[[noreturn]] void Fail(DWORD code, const fs::path& file, const std::string& what) {
-  throw std::system_error(ErrorNumber(code), std::generic_category(), PathText(file) + " " + what);
-}
-
-NativeHandle OpenOrFail(const fs::path& file, DWORD access, DWORD disposition,
-                        const std::string& what) {
-  NativeHandle handle = OwnedHandle(::CreateFileW(file.c_str(), access, kShareAll, nullptr,
-                                                  disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!handle) Fail(::GetLastError(), file, what);
-  return handle;
-}
-
-void MakeFolders(const fs::path& folder) {
-  if (folder.empty() || fs::is_directory(folder)) return;
-  MakeFolders(folder.parent_path());
-  const bool made = ::CreateDirectoryW(folder.c_str(), nullptr) != 0;
-  if (!made && ::GetLastError() != ERROR_ALREADY_EXISTS) {
-    Fail(::GetLastError(), folder, "can't be made");
-  }
-}
 
 std::int64_t Wide(DWORD high, DWORD low) {
   return static_cast<std::int64_t>((std::uint64_t{high} << 32) | low);
@@ -57,36 +30,12 @@ NativeHandle OpenLock(const fs::path& file) {
 
 }  // namespace
 
-struct FileLock::Held {
+struct FileLock::Handle {
   NativeHandle handle;
 };
 
-FileLock::FileLock(const fs::path& file) : held_(std::make_unique<Held>()) {
-  using Clock = std::chrono::steady_clock;
-  MakeFolders(file.parent_path());
-  held_->handle = OpenOrFail(file, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS, "can't be written");
-  const auto end = Clock::now() + std::chrono::seconds(5);
-  OVERLAPPED start{};
-  while (::LockFileEx(held_->handle.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0,
-                      1, 0, &start) == 0) {
-    const DWORD code = ::GetLastError();
-    if (code == ERROR_INVALID_FUNCTION || code == ERROR_NOT_SUPPORTED) return;
-    if (code != ERROR_LOCK_VIOLATION && code != ERROR_IO_PENDING) {
-      Fail(code, file, "can't be locked");
-    }
-    if (Clock::now() >= end) Fail(ERROR_LOCK_VIOLATION, file, "is locked by another program");
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-}
-
-FileLock::~FileLock() = default;
-
-struct ProcessLock::Handle {
-  NativeHandle handle;
-};
-
-ProcessLock::ProcessLock(const fs::path& file) : file_(file), handle_(std::make_unique<Handle>()) {
-  NativeHandle opened = OpenLock(file);
+FileLock::FileLock(fs::path file) : file_(std::move(file)), handle_(std::make_unique<Handle>()) {
+  NativeHandle opened = OpenLock(file_);
   if (!opened) return;
   OVERLAPPED start{};
   if (::LockFileEx(opened.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
@@ -100,10 +49,12 @@ ProcessLock::ProcessLock(const fs::path& file) : file_(file), handle_(std::make_
   state_ = State::kHeld;
 }
 
-ProcessLock::~ProcessLock() { Release(); }
+FileLock::FileLock(FileLock&&) noexcept = default;
 
-// The file goes when its last handle is closed.
-void ProcessLock::Release() {
+FileLock::~FileLock() = default;
+
+// The file is gone once its last handle is closed.
+void FileLock::Remove() {
   if (state_ == State::kHeld) ::DeleteFileW(file_.c_str());
   handle_->handle.reset();
   state_ = State::kImpossible;

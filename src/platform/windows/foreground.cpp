@@ -33,11 +33,7 @@ class SharedInput {
 };
 
 void PressKey(WORD key, bool down) {
-  INPUT input{};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wVk = key;
-  input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
-  input.ki.dwExtraInfo = kOwnKeyMark;
+  INPUT input = OwnKey(key, 0, down ? 0 : KEYEVENTF_KEYUP);
   ::SendInput(1, &input, sizeof input);
 }
 

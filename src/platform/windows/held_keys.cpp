@@ -3,9 +3,13 @@
 #include <utility>
 #include <vector>
 
+#include "platform/windows/foreground.h"
+
 namespace velumar {
 
 namespace {
+
+constexpr ULONG_PTR kOwnKeyMark = 0x56454C55;
 
 // The system calls a function that knows of no object.
 std::vector<INPUT>& Held() {
@@ -13,18 +17,14 @@ std::vector<INPUT>& Held() {
   return held;
 }
 
-// The key once more. What types characters without keys has them in place of the key's number.
+// The same key again. A character typed without a key has its code unit in place of the scan code.
 INPUT Again(const KBDLLHOOKSTRUCT& key) {
-  INPUT input{};
-  input.type = INPUT_KEYBOARD;
   const bool character = key.vkCode == VK_PACKET;
-  input.ki.wVk = character ? WORD{0} : static_cast<WORD>(key.vkCode);
-  input.ki.wScan = static_cast<WORD>(key.scanCode);
-  input.ki.dwFlags = (character ? KEYEVENTF_UNICODE : 0) |
-                     ((key.flags & LLKHF_EXTENDED) != 0 ? KEYEVENTF_EXTENDEDKEY : 0) |
-                     ((key.flags & LLKHF_UP) != 0 ? KEYEVENTF_KEYUP : 0);
-  input.ki.dwExtraInfo = kOwnKeyMark;
-  return input;
+  const DWORD flags = (character ? KEYEVENTF_UNICODE : 0) |
+                      ((key.flags & LLKHF_EXTENDED) != 0 ? KEYEVENTF_EXTENDEDKEY : 0) |
+                      ((key.flags & LLKHF_UP) != 0 ? KEYEVENTF_KEYUP : 0);
+  return OwnKey(character ? WORD{0} : static_cast<WORD>(key.vkCode),
+                static_cast<WORD>(key.scanCode), flags);
 }
 
 LRESULT CALLBACK Hold(int code, WPARAM message, LPARAM event) {
@@ -38,13 +38,28 @@ LRESULT CALLBACK Hold(int code, WPARAM message, LPARAM event) {
 
 }  // namespace
 
-HeldKeys::HeldKeys()
-    : hook_(::SetWindowsHookExW(WH_KEYBOARD_LL, Hold, ::GetModuleHandleW(nullptr), 0)) {}
+INPUT OwnKey(WORD code, WORD scan, DWORD flags) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = code;
+  input.ki.wScan = scan;
+  input.ki.dwFlags = flags;
+  input.ki.dwExtraInfo = kOwnKeyMark;
+  return input;
+}
 
-// Keys that come meanwhile have to wait for those before them.
+HeldKeys::HeldKeys(HWND window)
+    : window_(window),
+      hook_(::SetWindowsHookExW(WH_KEYBOARD_LL, Hold, ::GetModuleHandleW(nullptr), 0)) {}
+
+// Keys typed during the loop have to wait for those before them. Releases always go on: a key may
+// have gone down before it was held.
 HeldKeys::~HeldKeys() {
   while (!Held().empty()) {
     std::vector<INPUT> keys = std::exchange(Held(), {});
+    if (!IsInFront(window_)) {
+      std::erase_if(keys, [](const INPUT& key) { return (key.ki.dwFlags & KEYEVENTF_KEYUP) == 0; });
+    }
     ::SendInput(static_cast<UINT>(keys.size()), keys.data(), sizeof(INPUT));
   }
   if (hook_ != nullptr) ::UnhookWindowsHookEx(hook_);

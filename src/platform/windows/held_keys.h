@@ -4,15 +4,16 @@
 
 namespace velumar {
 
-// What this program writes into its own keys, to know them again.
-inline constexpr ULONG_PTR kOwnKeyMark = 0x56454C55;
+// A press or release as SendInput takes it, marked so that this program knows its own keys.
+INPUT OwnKey(WORD code, WORD scan, DWORD flags);
 
-// While it lives, no program receives a key that isn't this program's own. When it ends, they are
-// typed in their order into the window that is in front by then. One object at a time; its thread
-// has to serve what is sent to it, or the system passes the keys on after 300 ms.
+// While it lives, no program receives a key that isn't this program's own. At its end the keys are
+// typed in their order into `window`. If another window is in front by then, they are dropped: they
+// were not meant for it. One object at a time; its thread has to serve what is sent to it, or the
+// system passes the keys on after 300 ms.
 class HeldKeys {
  public:
-  HeldKeys();
+  explicit HeldKeys(HWND window);
   // False if the system refuses: keys then go on to the window in front.
   explicit operator bool() const { return hook_ != nullptr; }
   ~HeldKeys();
@@ -20,6 +21,7 @@ class HeldKeys {
   HeldKeys& operator=(const HeldKeys&) = delete;
 
  private:
+  HWND window_;
   HHOOK hook_;
 };
 

@@ -94,16 +94,6 @@ std::optional<Place> PlaceOf(const KeyStroke& stroke, HKL layout) {
   return place;
 }
 
-INPUT KeyInput(WORD code, WORD scan, DWORD flags) {
-  INPUT input{};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wVk = code;
-  input.ki.wScan = scan;
-  input.ki.dwFlags = flags;
-  input.ki.dwExtraInfo = kOwnKeyMark;
-  return input;
-}
-
 std::vector<INPUT> InputsOf(const Place& place) {
   struct Modifier {
     WORD code;
@@ -115,14 +105,14 @@ std::vector<INPUT> InputsOf(const Place& place) {
   if (place.shift) held.push_back({VK_SHIFT, 0x2A});
   std::vector<INPUT> inputs;
   for (const auto& [code, scan] : held) {
-    inputs.push_back(KeyInput(code, scan, KEYEVENTF_SCANCODE));
+    inputs.push_back(OwnKey(code, scan, KEYEVENTF_SCANCODE));
   }
   const DWORD key = KEYEVENTF_SCANCODE | (place.extended ? KEYEVENTF_EXTENDEDKEY : 0);
-  inputs.push_back(KeyInput(place.code, place.scan, key));
-  inputs.push_back(KeyInput(place.code, place.scan, key | KEYEVENTF_KEYUP));
+  inputs.push_back(OwnKey(place.code, place.scan, key));
+  inputs.push_back(OwnKey(place.code, place.scan, key | KEYEVENTF_KEYUP));
   std::reverse(held.begin(), held.end());
   for (const auto& [code, scan] : held) {
-    inputs.push_back(KeyInput(code, scan, KEYEVENTF_SCANCODE | KEYEVENTF_KEYUP));
+    inputs.push_back(OwnKey(code, scan, KEYEVENTF_SCANCODE | KEYEVENTF_KEYUP));
   }
   return inputs;
 }
@@ -138,8 +128,8 @@ std::vector<INPUT> InputsOfCharacter(char32_t character) {
   }
   std::vector<INPUT> inputs;
   for (const WORD unit : units) {
-    inputs.push_back(KeyInput(0, unit, KEYEVENTF_UNICODE));
-    inputs.push_back(KeyInput(0, unit, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP));
+    inputs.push_back(OwnKey(0, unit, KEYEVENTF_UNICODE));
+    inputs.push_back(OwnKey(0, unit, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP));
   }
   return inputs;
 }
@@ -290,7 +280,7 @@ KeyOutcome WindowsKeySender::SendBehind(std::string_view keys) {
       ::IsWindowEnabled(charts.front()) != 0 &&
       ComesAbout(PatienceWith(Obstacle::kPersonTypes), [] { return !PersonHoldsModifier(); });
   if (!free) return KeyOutcome::kHeldBack;
-  const HeldKeys held;
+  const HeldKeys held(front);
   if (!held) return KeyOutcome::kHeldBack;
   const FrontLoan loan(front, charts.front());
   return Send(keys);

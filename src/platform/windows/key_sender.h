@@ -24,8 +24,9 @@ class WindowsKeySender : public KeySender {
   // kNotAnswered: after two seconds in all. Throws std::runtime_error when the system takes no keys
   // from programs.
   KeyOutcome Send(std::string_view keys) override;
-  // The chart is in front for a moment. The trader's keys are held meanwhile and typed again into
-  // the window that was in front before.
+  // The chart is in front for a moment. The trader's keys are held until the window that was in
+  // front before is back, and typed into it then. If it doesn't come back, they are dropped: typed
+  // into the chart they could place orders.
   KeyOutcome SendBehind(std::string_view keys) override;
 
  private:

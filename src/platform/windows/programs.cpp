@@ -8,10 +8,10 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "base/handle_windows.h"
 #include "base/windows_text.h"
 #include "platform/command_line.h"
 #include "platform/process_end.h"
-#include "platform/windows/handle.h"
 #include "platform/windows/quoted_argument.h"
 
 namespace velumar {

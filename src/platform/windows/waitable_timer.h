@@ -3,7 +3,7 @@
 #include <chrono>
 #include <functional>
 
-#include "platform/windows/handle.h"
+#include "base/handle_windows.h"
 
 namespace velumar {
 

@@ -1,5 +1,6 @@
 #include "platform/x11/keyboard.h"
 
+#include <optional>
 #include <stdexcept>
 
 #include "platform/x11/server_grab.h"
@@ -88,32 +89,29 @@ X11Keyboard::Outcome X11Keyboard::Type(const KeyStroke& stroke, Window window, R
 
 X11Keyboard::Outcome X11Keyboard::TypeGrabbed(const KeyStroke& stroke, Window window, Reach reach) {
   const X11ServerGrab grab(display_->xdpy);
-  const XkbStateRec state = State();
+  XkbStateRec state = State();
   if (reach == Reach::kFocused && !FocusIsInside(window)) return Outcome::kFocusElsewhere;
   constexpr unsigned kShortcutLocks = ShiftMask | ControlMask | Mod1Mask | Mod4Mask;
   if ((state.base_mods | state.latched_mods | (state.locked_mods & kShortcutLocks)) != 0 ||
       (reach == Reach::kBehind && KeptByAnotherProgram())) {
     return Outcome::kPersonTypes;
   }
-  const std::optional<X11Layout::Key> key = FindKey(stroke, state);
+  std::optional<X11Layout::Key> key = layout_->Find(stroke, state);
+  // Caps Lock turns some letters to a case from which Shift doesn't bring them back.
+  const bool without_caps_lock = !key;
+  if (without_caps_lock) {
+    state.locked_mods = static_cast<unsigned char>(state.locked_mods & ~LockMask);
+    key = layout_->Find(stroke, state);
+  }
   if (!key) return Outcome::kNoKey;
   std::optional<FocusLoan> loan;
   if (reach == Reach::kBehind) loan.emplace(display_->xdpy, window);
   // A window that isn't on the screen is refused the focus.
   if (!FocusIsInside(window)) return Outcome::kFocusElsewhere;
-  // There are letters that Caps Lock turns to a case from which Shift doesn't bring them back.
-  const bool without_caps_lock = !layout_->Find(stroke, state);
   if (without_caps_lock) XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, 0);
   Press(*key);
   if (without_caps_lock) XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, LockMask);
   return Outcome::kTyped;
-}
-
-std::optional<X11Layout::Key> X11Keyboard::FindKey(const KeyStroke& stroke,
-                                                   XkbStateRec state) const {
-  if (const auto key = layout_->Find(stroke, state)) return key;
-  state.locked_mods = static_cast<unsigned char>(state.locked_mods & ~LockMask);
-  return layout_->Find(stroke, state);
 }
 
 // Keys would go to that program, whatever window has the focus. The only way to know is to ask for

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 
@@ -49,7 +48,6 @@ class X11Keyboard {
   };
 
   Outcome TypeGrabbed(const KeyStroke& stroke, Window window, Reach reach);
-  std::optional<X11Layout::Key> FindKey(const KeyStroke& stroke, XkbStateRec state) const;
   bool KeptByAnotherProgram() const;
   XkbStateRec State() const;
   bool FocusIsInside(Window window) const;

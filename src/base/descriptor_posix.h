@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unistd.h>
+
 #include <utility>
 
 namespace velumar {
@@ -9,12 +11,17 @@ class Descriptor {
  public:
   explicit Descriptor(int fd = -1) : fd_(fd) {}
   Descriptor(Descriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept;
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(fd_, other.fd_);
+    return *this;
+  }
   ~Descriptor() { Close(); }
 
   int Get() const { return fd_; }
   bool Valid() const { return fd_ >= 0; }
-  void Close();
+  void Close() {
+    if (Valid()) ::close(std::exchange(fd_, -1));
+  }
 
  private:
   int fd_;

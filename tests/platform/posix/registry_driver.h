@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/posix/registry_file.h"
+#include "platform/temp_folder.h"
+
+namespace velumar {
+
+// A registry in which a test may change everything below kRoot.
+class RegistryDriver {
+ public:
+  static constexpr const char* kRoot = "Software\\VelumarTest";
+
+  std::unique_ptr<Registry> Open() const {
+    return std::make_unique<FileRegistry>(folder_ / "registry");
+  }
+
+ private:
+  TempFolder folder_;
+};
+
+}  // namespace velumar

@@ -1,0 +1,139 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <atomic>
+#include <cctype>
+#include <chrono>
+#include <map>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "base/windows_text.h"
+#include "platform/windows/chart_windows.h"
+#include "platform/windows/key_sender.h"
+
+namespace velumar {
+
+// A window with a thread of its own, as another program's: a line to type into.
+class TypingWindow {
+ public:
+  explicit TypingWindow(std::string title) : title_(WideText(title)), thread_([this] { Run(); }) {
+    while (window_ == nullptr) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  ~TypingWindow() {
+    busy_ = false;
+    ::PostThreadMessageW(::GetWindowThreadProcessId(window_, nullptr), WM_QUIT, 0, 0);
+  }
+  TypingWindow(const TypingWindow&) = delete;
+  TypingWindow& operator=(const TypingWindow&) = delete;
+
+  HWND Window() const { return window_; }
+  void SetBusy(bool busy) { busy_ = busy; }
+  // What has been typed since the last call, without asking the window's thread.
+  std::string Taken() {
+    const std::lock_guard lock(guard_);
+    return Utf8Text(std::exchange(text_, {}));
+  }
+
+ private:
+  void Run() {
+    const HWND window =
+        ::CreateWindowExW(0, L"STATIC", title_.c_str(), WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20,
+                          300, 200, nullptr, nullptr, ::GetModuleHandleW(nullptr), nullptr);
+    ::SetFocus(window);
+    window_ = window;
+    MSG message;
+    while (::GetMessageW(&message, nullptr, 0, 0) > 0) Handle(message);
+    ::DestroyWindow(window);
+  }
+
+  void Handle(const MSG& message) {
+    const bool key = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    while (key && busy_) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    Note(message, key);
+    if (message.message == WM_SYSKEYDOWN || message.message == WM_SYSKEYUP) return;
+    ::TranslateMessage(&message);
+    ::DispatchMessageW(&message);
+  }
+
+  void Note(const MSG& message, bool key) {
+    const std::lock_guard lock(guard_);
+    if (message.message == WM_SYSKEYDOWN && message.wParam != VK_MENU) {
+      text_ += {L'%', static_cast<wchar_t>(std::tolower(static_cast<int>(message.wParam)))};
+    } else if (key && message.wParam == VK_END) {
+      text_ += L"<End>";
+    } else if (key && message.wParam == VK_TAB) {
+      text_ += ::GetKeyState(VK_CONTROL) < 0 ? L"^<Tab>" : L"<Tab>";
+    } else if (message.message == WM_CHAR && message.wParam == L'\r') {
+      text_ += L"<Return>";
+    } else if (message.message == WM_CHAR && message.wParam != L'\t') {
+      text_ += static_cast<wchar_t>(message.wParam);
+    }
+  }
+
+  std::wstring title_;
+  std::mutex guard_;
+  std::wstring text_;
+  std::atomic<bool> busy_ = false;
+  std::atomic<HWND> window_ = nullptr;
+  std::jthread thread_;
+};
+
+// A person's key, which is not marked as ours.
+inline void PersonKey(WORD code, bool down) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = code;
+  input.ki.wScan = static_cast<WORD>(::MapVirtualKeyW(code, MAPVK_VK_TO_VSC));
+  input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
+  ::SendInput(1, &input, sizeof input);
+}
+
+// The chart program, another program and a person on the desktop.
+class KeyDriver {
+ public:
+  static constexpr const char* kHost = "VelumarTestHost";
+  static bool Available() { return true; }
+
+  ~KeyDriver() { SetCapsLock(false); }
+
+  WindowId OpenChart(const std::string& title) { return OpenOther(title); }
+  WindowId OpenOther(const std::string& title) {
+    auto opened = std::make_unique<TypingWindow>(title);
+    const auto window = static_cast<WindowId>(reinterpret_cast<std::uintptr_t>(opened->Window()));
+    opened_[window] = std::move(opened);
+    EXPECT_TRUE(windows.BringToFront(title));
+    return window;
+  }
+  void Minimise(WindowId window) { ::ShowWindow(opened_.at(window)->Window(), SW_MINIMIZE); }
+  std::string Taken(WindowId window) { return opened_.at(window)->Taken(); }
+  void SetBusy(WindowId window, bool busy) { opened_.at(window)->SetBusy(busy); }
+
+  void PressL() {
+    PersonKey('L', true);
+    PersonKey('L', false);
+  }
+  void HoldShift(bool down) { PersonKey(VK_SHIFT, down); }
+  void SetCapsLock(bool on) {
+    if (on == HasCapsLock()) return;
+    PersonKey(VK_CAPITAL, true);
+    PersonKey(VK_CAPITAL, false);
+    caps_lock_ = on;
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));  // until every program knows of it
+  }
+  bool HasCapsLock() const { return caps_lock_; }
+
+ private:
+  std::map<WindowId, std::unique_ptr<TypingWindow>> opened_;
+  bool caps_lock_ = false;
+
+ public:
+  WindowsChartWindows windows{kHost};
+  WindowsKeySender keys{kHost};
+};
+
+}  // namespace velumar
