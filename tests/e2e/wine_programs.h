@@ -19,8 +19,6 @@ class WineDesktop {
 
   // Whether a program of that file name runs in the prefix, as "velumar.exe".
   static bool Runs(const std::string& name);
-  // As a crash ends it, without a word to it.
-  static void Kill(const std::string& name);
 
  private:
   pid_t pid_ = 0;
@@ -28,9 +26,6 @@ class WineDesktop {
 
 // What a Windows program writes, line by line, when it is run with these arguments.
 std::vector<std::string> WineAnswer(const std::string& arguments);
-
-// A text of the registry; empty where there is none.
-std::string RegistryText(const std::string& key, const std::string& name);
 
 // "/tmp/x" as Windows programs name it there.
 std::string WindowsPath(const std::string& path);
