@@ -23,10 +23,6 @@ TEST(ViewWindow, OpensAtTheNewestBar) {
     EXPECT_DOUBLE_EQ(window.Span(), ViewWindow::kUsualSpan) << bars;
     EXPECT_GE(RoomBehind(window, bars), 1.5) << bars;
   }
-  const ViewWindow few = Opened(20);
-  EXPECT_TRUE(few.Shows(0));
-  EXPECT_EQ(few.FirstBar(), 0);
-  EXPECT_EQ(few.LastBar(), 19);
 }
 
 TEST(ViewWindow, StaysWhileTheNewestBarIsInViewAndScrollsWhenItWouldLeave) {

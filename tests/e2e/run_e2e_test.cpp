@@ -46,7 +46,7 @@ TEST_F(RunE2e, ATraderPlaysStepsPausesOpensASecondChartAndReturns) {
   EXPECT_TRUE(Eventually([&] { return State()["active"] == active; })) << "the ring is closed";
 
   ClickOn(navigator, navigator.Image5);
-  ASSERT_TRUE(Eventually([&] { return hand.Find("Velumar1.0", 4290, 2865).has_value(); }));
+  ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
   Sleep(2500);
   ClickOn(setup, setup.Image5);
   EXPECT_TRUE(Eventually([&] { return program->Ended(); }));
@@ -57,7 +57,7 @@ TEST_F(RunE2e, AnotherStartBringsTheRunningOneToTheFront) {
   RunningProgram another(scratch.Path(), scratch.Sub("another"));
   ASSERT_TRUE(Eventually([&] { return another.Ended(); }, 10));
   EXPECT_EQ(another.ExitCode(), 0);
-  EXPECT_TRUE(hand.Find("Velumar1.0", 4290, 2865).has_value());
+  EXPECT_TRUE(Find(setup).has_value());
   EXPECT_TRUE(Eventually([&] { return hand.FrontTitle().rfind("Velumar", 0) == 0; }));
   EXPECT_FALSE(program->Ended());
 }

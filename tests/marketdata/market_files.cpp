@@ -5,7 +5,6 @@
 #include <fstream>
 #include <iterator>
 
-#include "marketdata/index_cache.h"
 #include "marketdata/metalib_reader.h"
 #include "support/fresh_folder.h"
 
@@ -175,6 +174,19 @@ Bar TimedBar(int date, int time, float close) {
 
 std::vector<Bar> ReadBars(const Scratch& directory, std::string_view symbol, int interval) {
   return ReadBars(directory.Text(), std::string(symbol), interval);
+}
+
+std::vector<std::string> ListOf(const std::string& directory, IndexCache& cache) {
+  MetaLibReader reader(cache);
+  reader.OpenDirectory(directory);
+  std::vector<std::string> list;
+  while (reader.NextSecurity() > 0) {
+    reader.ReadSecurityHeader();
+    const SecurityInfo info = reader.Security();
+    list.push_back(info.symbol + ":" + std::to_string(info.interval) + " F" +
+                   std::to_string(info.file_number) + " " + info.name);
+  }
+  return list;
 }
 
 }  // namespace velumar

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "marketdata/bar.h"
+#include "marketdata/index_cache.h"
 #include "support/scratch.h"
 
 namespace velumar {
@@ -62,6 +63,9 @@ Bar TimedBar(int date, int time, float close = 10);
 // By a fresh reader that keeps nothing.
 std::vector<Bar> ReadBars(const Scratch& directory, std::string_view symbol = "AAA",
                           int interval = -1);
+
+// "AAA:-1 F1 Alpha": symbol, interval, file number and name of each security, in order.
+std::vector<std::string> ListOf(const std::string& directory, IndexCache& cache);
 
 // The number of the MetaLibError that `act` ends with, 0 without one; its text goes to `text`.
 template <typename Act>
