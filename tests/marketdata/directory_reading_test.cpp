@@ -11,18 +11,7 @@ namespace {
 
 std::vector<SecurityInfo> List(const Scratch& directory) {
   IndexCache cache;
-  MetaLibReader reader(cache);
-  reader.OpenDirectory(directory.Text());
-  std::vector<SecurityInfo> securities;
-  while (reader.NextSecurity() > 0) {
-    reader.ReadSecurityHeader();
-    securities.push_back(reader.Security());
-    EXPECT_EQ(reader.SecuritySymbol(), securities.back().symbol);
-    EXPECT_EQ(reader.SecurityInterval(), securities.back().interval);
-    reader.CloseSecurity();
-  }
-  EXPECT_EQ(static_cast<std::size_t>(reader.SecurityCount()), securities.size());
-  return securities;
+  return SecuritiesIn(directory.Text(), cache);
 }
 
 std::vector<std::string> Brief(const Scratch& directory) {

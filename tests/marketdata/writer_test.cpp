@@ -249,12 +249,9 @@ TEST_F(Writer, TheCacheSeesWhatOtherProgramsChange) {
   directory_.Write("MASTER", Master({{}}));
   Append("AAA", -1, DailyBar(20050103));
   const auto symbols = [&] {
-    MetaLibReader reader(cache_);
-    reader.OpenDirectory(directory_.Text());
     std::string found;
-    while (reader.NextSecurity() > 0) {
-      reader.ReadSecurityHeader();
-      found += reader.SecuritySymbol() + std::to_string(reader.Security().bars) + " ";
+    for (const SecurityInfo& info : SecuritiesIn(directory_.Text(), cache_)) {
+      found += info.symbol + std::to_string(info.bars) + " ";
     }
     return found;
   };
