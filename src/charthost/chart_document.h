@@ -15,8 +15,8 @@ class ChartDocument {
   // Reads the series for the first time.
   ChartDocument(const SeriesSource& source, SeriesRequest request);
 
-  // Reads the series again. If that fails, the chart has no bars and Error says why, until a later
-  // reading succeeds: the old bars may lie after the simulated moment.
+  // Reads the series again. If that fails, the chart shows no bars, since the old ones may lie
+  // after the simulated moment, and Error says why.
   void Refresh();
 
   ChartModel& Model() { return model_; }

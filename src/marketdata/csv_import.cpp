@@ -25,7 +25,7 @@ struct Draft {
   int times_left_out = 0;
 };
 
-// A thousand bytes for each bar of the longest series.
+// Bytes: a thousand for each bar of the longest series.
 constexpr std::size_t kLargestFile = 64 << 20;
 
 std::string WholeText(const std::filesystem::path& file) {

@@ -33,9 +33,8 @@ struct CsvImportReport {
 };
 
 // Adds one security with the bars of a CSV file to a market data directory, or replaces the one of
-// the same symbol and interval, whole or not at all. Reads regular files of at most 64 MiB and as
-// many bars as a data file holds. Throws CsvError, naming file and line, and
-// MetaLibError.
+// the same symbol and interval, whole or not at all. Reads regular files of at most 64 MiB and
+// kMostBars bars. Throws CsvError, naming file and line, and MetaLibError.
 CsvImportReport ImportCsv(const std::filesystem::path& file, std::string_view directory,
                           const CsvImportOptions& options, IndexCache& cache);
 

@@ -67,7 +67,7 @@ void RequireLater(const Bar& bar, const CsvSeries& before) {
                  std::to_string(before.lines.back()) + "; bars go from the oldest to the newest");
 }
 
-// Counted before any is read: a file of millions ends here.
+// Counts the lines first, so a file with millions of them is refused at once.
 void RequireRoomFor(CsvLines lines) {
   int bars = 0;
   while (lines.Next()) ++bars;

@@ -15,14 +15,17 @@ class DirectoryLock {
  public:
   static constexpr std::string_view kFileName = ".velumar.lock";
 
-  // nullopt: another writer holds the directory. Throws MetaLibError (kWriteFailed) if the file
-  // can't be locked: it can't be made, is a link or no regular file.
+  // Returns nullopt if another writer holds the directory. Throws MetaLibError (kWriteFailed) if
+  // the file can't be created or locked, is a link or is not a regular file.
   static std::optional<DirectoryLock> TryHold(const std::filesystem::path& directory,
                                               std::string_view file_name = kFileName);
   static bool IsHeld(const std::filesystem::path& directory);
 
   // Replaces the contents of the locked file, which others may read.
-  void Write(ByteView contents);
+  void Write(ByteView contents) {
+    file_.WriteAt(0, contents);
+    file_.Truncate(static_cast<std::int64_t>(contents.size()));
+  }
 
  private:
   explicit DirectoryLock(RawFile file) : file_(std::move(file)) {}

@@ -3,7 +3,6 @@
 
 #include <cerrno>
 
-#include "base/links.h"
 #include "marketdata/directory_lock.h"
 #include "marketdata/file_error.h"
 
@@ -19,16 +18,11 @@ struct flock WholeFile() {
   return range;
 }
 
-RawFile OpenLockFile(const std::filesystem::path& path) {
-  if (IsLink(path)) ThrowWriteFailed(path, ELOOP);
-  return RawFile(path, RawFile::Mode::kCreate);
-}
-
 }  // namespace
 
 std::optional<DirectoryLock> DirectoryLock::TryHold(const std::filesystem::path& directory,
                                                     std::string_view file_name) {
-  RawFile file = OpenLockFile(directory / file_name);
+  RawFile file = RawFile::OpenUnlinked(directory / file_name, RawFile::Mode::kCreate);
   struct flock range = WholeFile();
   if (fcntl(file.Handle(), F_OFD_SETLK, &range) == 0) return DirectoryLock(std::move(file));
   if (errno != EAGAIN && errno != EACCES) ThrowWriteFailed(file.Path(), errno);
@@ -41,11 +35,6 @@ bool DirectoryLock::IsHeld(const std::filesystem::path& directory) {
   struct flock range = WholeFile();
   if (fcntl(file.Handle(), F_OFD_GETLK, &range) != 0) ThrowReadFailed(file.Path(), errno);
   return range.l_type != F_UNLCK;
-}
-
-void DirectoryLock::Write(ByteView contents) {
-  file_.WriteAt(0, contents);
-  file_.Truncate(static_cast<std::int64_t>(contents.size()));
 }
 
 }  // namespace velumar

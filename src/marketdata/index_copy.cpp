@@ -1,12 +1,9 @@
 #include "marketdata/index_copy.h"
 
-#include <cerrno>
 #include <span>
 #include <vector>
 
-#include "base/links.h"
 #include "marketdata/directory_listing.h"
-#include "marketdata/file_error.h"
 #include "marketdata/index_image.h"
 #include "marketdata/index_record.h"
 #include "marketdata/raw_file.h"
@@ -34,8 +31,7 @@ void CopyIndexFiles(const std::filesystem::path& from, const std::filesystem::pa
     const std::string_view name = files.Find(IndexFileName(kind));
     if (name.empty()) continue;
     const std::vector<std::byte> bytes = WithoutDates(kind, ReadIndexBytes(kind, from / name));
-    if (IsLink(to / name)) ThrowWriteFailed(to / name, ELOOP);
-    RawFile(to / name, RawFile::Mode::kRenew).WriteAt(0, bytes);
+    RawFile::OpenUnlinked(to / name, RawFile::Mode::kRenew).WriteAt(0, bytes);
   }
 }
 

@@ -4,10 +4,10 @@
 
 namespace velumar {
 
-// Copies MASTER, EMASTER and XMASTER, in whatever letter case they are named, without the first and
-// last dates of any series. The copies list the securities of `from` and nothing of how far their
-// bars go; the dates never reach the disk of `to`. Missing index files are skipped. Throws
-// MetaLibError if `from` can't be listed, a file can't be read or written, or a link is in the way.
+// Copies MASTER, EMASTER and XMASTER, in any letter case, without the dates of the series: they are
+// removed before anything is written, so a store never says how far its series go. Missing index
+// files are skipped. Throws MetaLibError if `from` can't be listed, a file can't be read or
+// written, or a link has the name of a copy.
 void CopyIndexFiles(const std::filesystem::path& from, const std::filesystem::path& to);
 
 }  // namespace velumar

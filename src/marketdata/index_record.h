@@ -52,7 +52,7 @@ IndexRecord ReadIndexRecord(IndexKind kind, ByteView record);
 
 // Changes to one record; every byte that they don't mean stays as it is.
 void SetIndexEnds(IndexKind kind, ByteSpan record, const SeriesEnds& ends);
-// Removes every date and time of bars, also the date of collection and first dates kept as
+// Clears every date and time of bars, including the collection date and first dates stored as
 // integers.
 void ClearIndexDates(IndexKind kind, ByteSpan record);
 void SetIndexMinutes(IndexKind kind, ByteSpan record, int minutes);

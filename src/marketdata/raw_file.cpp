@@ -1,7 +1,11 @@
 #include "marketdata/raw_file.h"
 
+#include <cerrno>
 #include <chrono>
 #include <utility>
+
+#include "base/links.h"
+#include "marketdata/file_error.h"
 
 namespace velumar {
 
@@ -9,6 +13,11 @@ bool FileStamp::IsSettled() const {
   constexpr std::chrono::milliseconds kLongestTick{20};
   const std::chrono::nanoseconds changed(changed_ns);
   return std::chrono::system_clock::now().time_since_epoch() - changed > kLongestTick;
+}
+
+RawFile RawFile::OpenUnlinked(const std::filesystem::path& path, Mode mode) {
+  if (IsLink(path)) ThrowWriteFailed(path, ELOOP);
+  return RawFile(path, mode);
 }
 
 RawFile::RawFile(RawFile&& other) noexcept

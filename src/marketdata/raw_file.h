@@ -38,6 +38,8 @@ class RawFile {
   };
 
   RawFile(const std::filesystem::path& path, Mode mode);
+  // The same for writing, but refuses a link instead of writing to the file that it leads to.
+  static RawFile OpenUnlinked(const std::filesystem::path& path, Mode mode);
   ~RawFile();
   RawFile(RawFile&& other) noexcept;
   RawFile& operator=(RawFile&& other) noexcept;
@@ -46,7 +48,7 @@ class RawFile {
   std::size_t ReadAt(std::int64_t offset, ByteSpan into) const;
   void WriteAt(std::int64_t offset, ByteView bytes);
   void Truncate(std::int64_t size);
-  void Flush();  // what was written is on the disk when it returns
+  void Flush();  // returns once everything written is on the disk
   void RenameTo(const std::filesystem::path& target);  // in the place of what is there
   FileStamp Stamp() const;
   std::int64_t Size() const { return Stamp().size; }

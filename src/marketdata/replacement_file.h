@@ -16,8 +16,8 @@ class ReplacementFile {
   ReplacementFile& operator=(ReplacementFile&&) = delete;
 
   void Write(ByteView whole) { file_.WriteAt(0, whole); }
-  // Before Commit, so that a power cut leaves the old version or the new one. Not done by itself: a
-  // working store is filled anew by its next run.
+  // Called before Commit, it makes a power cut leave the old version or the new one. Commit doesn't
+  // flush by itself, since a working store is filled again by its next run.
   void Flush() { file_.Flush(); }
   RawFile Commit();  // the new version, still open
 

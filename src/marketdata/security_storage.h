@@ -13,9 +13,9 @@
 namespace velumar {
 
 // One addition or replacement of a security in a directory that is held. Everything new is first
-// written beside the files in use and flushed to the disk; then renames put it in place, the data
-// file before the index files. A security whose records change their shape moves to a data file of
-// a new number, so that no index record ever tells of a file of another shape.
+// written next to the files in use and flushed to the disk; then renames put it in place, the data
+// file before the index files. A security whose records change their shape moves to a data file
+// with a new number, so no index record ever describes a file of another shape.
 class SecurityStorage {
  public:
   // Plans alone. Throws MetaLibError, kDirectoryFull where no file number is left.

@@ -42,17 +42,14 @@ TEST(FoldersBeginningWith, OffersFoldersAloneAndCompletesWhatTheyShare) {
   EXPECT_THAT(daily,
               testing::ElementsAre(Native(root + "/daily nyse"), Native(root + "/daily set")));
   EXPECT_EQ(CommonBeginning(daily), Native(root + "/daily "));
-  EXPECT_EQ(FoldersBeginningWith(root + "/", 9).size(), 3U);
+  EXPECT_EQ(FoldersBeginningWith(root + "/", 9).size(), 3U) << "none that is hidden";
   EXPECT_EQ(FoldersBeginningWith(root + "/", 2).size(), 2U);
   EXPECT_THAT(FoldersBeginningWith(root + "/.", 9),
               testing::ElementsAre(Native(root + "/.hidden")));
   EXPECT_TRUE(FoldersBeginningWith(root + "/nothing/here", 9).empty());
   EXPECT_TRUE(FoldersBeginningWith("relative", 9).empty());
-}
-
-TEST(CommonBeginning, CutsNoCharacterInHalf) {
+  // No character is cut in half.
   EXPECT_EQ(CommonBeginning({"/caf\u00E9", "/caf\u00E8"}), "/caf");
-  EXPECT_EQ(CommonBeginning({}), "");
 }
 
 }  // namespace

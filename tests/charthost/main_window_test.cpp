@@ -82,10 +82,6 @@ TEST_P(MainWindowTest, TakesAWholeRunOfKeysFromOutside) {
   Key(Qt::Key_Tab, Qt::ControlModifier);
   EXPECT_EQ(program_.Last()["event"], "activated");
   EXPECT_EQ(program_.Last()["chart"]["symbol"], "SCB");
-  Chord(Qt::Key_V, Qt::Key_R, Qt::AltModifier);
-  EXPECT_EQ(program_.Last()["chart"]["symbol"], "SCB");
-  Key(Qt::Key_Tab, Qt::ControlModifier);
-  EXPECT_EQ(program_.Last()["active"], 1);
 
   Chord(Qt::Key_F, Qt::Key_E);
   EXPECT_EQ(program_.Last()["event"], "closed");
@@ -175,18 +171,15 @@ TEST_P(MainWindowTest, CompletesFoldersWithoutTakingOtherKeys) {
 
 TEST_P(MainWindowTest, RemembersTheLookAndTheFolder) {
   OpenBlind(program_.folder, "SCB");
-  ChartOptions options = program_.settings->Options();
-  EXPECT_EQ(options, ChartOptions());
-  Key(Qt::Key_V, Qt::AltModifier);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return program_.window->IsMenuShown(); }, 3000));
-  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_L);
-  Key(Qt::Key_V, Qt::AltModifier);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return program_.window->IsMenuShown(); }, 3000));
-  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_2);
+  EXPECT_EQ(program_.settings->Options(), ChartOptions());
+  for (const Qt::Key entry : {Qt::Key_L, Qt::Key_2}) {
+    Key(Qt::Key_V, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return program_.window->IsMenuShown(); }, 3000));
+    QTest::keyClick(QApplication::activePopupWidget(), entry);
+  }
   const ChartSettings kept;
   EXPECT_EQ(kept.Options().style, ChartStyle::kLine);
   EXPECT_FALSE(kept.Options().averages[1].shown);
-  EXPECT_TRUE(kept.Options().averages[0].shown);
   EXPECT_EQ(kept.Folder().toStdString(), program_.folder);
   program_.settings->SetOptions(ChartOptions());
 }

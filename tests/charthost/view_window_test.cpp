@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <random>
 
 namespace velumar {
@@ -22,10 +23,6 @@ TEST(ViewWindow, OpensAtTheNewestBar) {
     EXPECT_DOUBLE_EQ(window.Span(), ViewWindow::kUsualSpan) << bars;
     EXPECT_GE(RoomBehind(window, bars), 1.5) << bars;
   }
-  const ViewWindow few = Opened(20);
-  EXPECT_TRUE(few.Shows(0));
-  EXPECT_EQ(few.FirstBar(), 0);
-  EXPECT_EQ(few.LastBar(), 19);
 }
 
 TEST(ViewWindow, StaysWhileTheNewestBarIsInViewAndScrollsWhenItWouldLeave) {
@@ -58,16 +55,6 @@ TEST(ViewWindow, KeepsItsPlaceInThePast) {
   EXPECT_TRUE(window.Shows(299));
 }
 
-TEST(ViewWindow, StepsBackWithoutMovingUntilNothingIsLeft) {
-  ViewWindow window = Opened(1000);
-  const double place = window.First();
-  window.SetBars(970);
-  EXPECT_DOUBLE_EQ(window.First(), place);
-  window.SetBars(400);
-  EXPECT_TRUE(window.Shows(399));
-  EXPECT_GT(window.FirstBar(), 200);
-}
-
 TEST(ViewWindow, AnEmptySeriesOpensWithItsFirstBars) {
   ViewWindow window = Opened(0);
   EXPECT_GT(window.FirstBar(), window.LastBar());
@@ -80,54 +67,35 @@ TEST(ViewWindow, AnEmptySeriesOpensWithItsFirstBars) {
   EXPECT_TRUE(window.Shows(899));
 }
 
-TEST(ViewWindow, ZoomsAroundThePointerAndTheNewestBar) {
+TEST(ViewWindow, ZoomsAroundThePointerOrTheNewestBar) {
   ViewWindow window = Opened(1000);
-  const double anchor = 900;
-  const double share = (anchor - window.First()) / window.Span();
-  window.Zoom(0.5, anchor);
+  const double share = (900 - window.First()) / window.Span();
+  window.Zoom(0.5, 900);
   EXPECT_DOUBLE_EQ(window.Span(), ViewWindow::kUsualSpan / 2);
-  EXPECT_NEAR((anchor - window.First()) / window.Span(), share, 1e-9);
+  EXPECT_NEAR((900 - window.First()) / window.Span(), share, 1e-9);
   window.Reset(1000);
-  for (int i = 0; i < 40; ++i) window.Zoom(0.8);
+  window.Zoom(1e-6);
   EXPECT_DOUBLE_EQ(window.Span(), ViewWindow::kSmallestSpan);
   EXPECT_TRUE(window.Shows(999));
-  window.ShowAll();
-  EXPECT_TRUE(window.Shows(0) && window.Shows(999));
 }
 
-// Whatever is done to it, bars stay in view and the span stays within its bounds.
-TEST(ViewWindow, NeverLosesTheBars) {
+TEST(ViewWindow, AlwaysShowsBarsWithinTheBoundsOfItsSpan) {
   std::mt19937 random(7);
   const auto between = [&](double low, double high) {
     return std::uniform_real_distribution<double>(low, high)(random);
   };
   ViewWindow window = Opened(300);
-  int bars = 300;
+  const std::function<void()> kActs[] = {
+      [&] { window.Pan(between(-500, 500)); },
+      [&] { window.Zoom(between(0.2, 5), between(-100, 500)); },
+      [&] { window.Zoom(between(0.2, 5)); },
+      [&] { window.ShowBetween(between(-300, 900), between(-300, 900)); },
+      [&] { window.SetBars(1 + static_cast<int>(random() % 600)); },
+      [&] { window.ShowOldest(); },
+      [&] { window.ShowNewest(); },
+      [&] { window.ShowAll(); }};
   for (int i = 0; i < 20000; ++i) {
-    switch (random() % 7) {
-      case 0:
-        window.Pan(between(-500, 500));
-        break;
-      case 1:
-        window.Zoom(between(0.2, 5), between(-100, 500));
-        break;
-      case 2:
-        window.Zoom(between(0.2, 5));
-        break;
-      case 3:
-        window.ShowBetween(between(-300, 900), between(-300, 900));
-        break;
-      case 4:
-        bars = 1 + static_cast<int>(random() % 600);
-        window.SetBars(bars);
-        break;
-      case 5:
-        window.ShowOldest();
-        break;
-      default:
-        window.ShowNewest();
-        break;
-    }
+    kActs[random() % std::size(kActs)]();
     ASSERT_LE(window.FirstBar(), window.LastBar()) << i;
     ASSERT_GE(window.Span(), ViewWindow::kSmallestSpan - 1e-9) << i;
     ASSERT_LE(window.Span(), 1000) << i;

@@ -4,10 +4,11 @@
 
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <stdexcept>
 #include <thread>
 #include <vector>
+
+#include "e2e/processes.h"
 
 namespace velumar {
 
@@ -20,28 +21,18 @@ void Settle(int milliseconds) {
   std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
-// By a program of its own: the search itself stumbles over windows that go away meanwhile.
+// With xdotool, since xdo_search_windows stumbles over windows that are closed in its course.
 std::vector<Window> ShownWindows(const std::string& title) {
   std::vector<Window> windows;
-  const std::string command = "xdotool search --onlyvisible --name '^" + title + "' 2>/dev/null";
-  FILE* const found = popen(command.c_str(), "r");
-  if (found == nullptr) return windows;
-  unsigned long window = 0;
-  while (std::fscanf(found, "%lu", &window) == 1) windows.push_back(window);
-  pclose(found);
+  for (const std::string& line : OutputOf("xdotool search --onlyvisible --name '^" + title + "'")) {
+    windows.push_back(std::stoul(line));
+  }
   return windows;
 }
 
-// What a program says first.
 std::string FirstLine(const std::string& command) {
-  std::string line;
-  FILE* const told = popen((command + " 2>/dev/null").c_str(), "r");
-  if (told == nullptr) return line;
-  for (int c = std::fgetc(told); c != EOF && c != '\n'; c = std::fgetc(told)) {
-    line += static_cast<char>(c);
-  }
-  pclose(told);
-  return line;
+  const std::vector<std::string> lines = OutputOf(command);
+  return lines.empty() ? "" : lines.front();
 }
 
 }  // namespace
@@ -56,7 +47,7 @@ bool Eventually(const std::function<bool()>& condition, double seconds) {
 }
 
 DesktopHand::DesktopHand() : xdo_(xdo_new(nullptr)) {
-  // A window that goes away while it is looked at is no fault of anybody.
+  // A window may be closed while it is looked at.
   XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
   if (xdo_ == nullptr) throw std::runtime_error("there is no display for the hand");
 }

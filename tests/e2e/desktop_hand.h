@@ -38,7 +38,7 @@ class DesktopHand {
   void Click(const ScreenRect& window, float left, float top, float width, float height);
   void ClickAt(int x, int y);
   void PointAt(int x, int y);
-  // As a finger taps: the button is up again before anybody has read that it went down.
+  // A click so short that the button is up before any program has read that it went down.
   void Tap(const ScreenRect& window, float left, float top);
   // "alt+f", "Return"; and a text as it stands.
   void Press(const std::string& keys);

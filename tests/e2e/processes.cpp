@@ -1,6 +1,7 @@
 #include "e2e/processes.h"
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -10,7 +11,7 @@ namespace velumar {
 
 namespace {
 
-// What stands in a file of the system, such as a process's environment.
+// A file of the system, such as a process's environment, has no size.
 std::string Content(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
@@ -31,6 +32,22 @@ std::vector<pid_t> ProcessesOf(const std::string& name, const std::string& varia
 
 void KillProcesses(const std::string& name, const std::string& variable) {
   for (const pid_t process : ProcessesOf(name, variable)) kill(process, SIGKILL);
+}
+
+std::vector<std::string> OutputOf(const std::string& command) {
+  std::vector<std::string> lines(1);
+  FILE* const output = popen((command + " 2>/dev/null </dev/null").c_str(), "r");
+  if (output == nullptr) return {};
+  for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output)) {
+    if (c == '\n') {
+      lines.emplace_back();
+    } else if (c != '\r') {
+      lines.back() += static_cast<char>(c);
+    }
+  }
+  pclose(output);
+  if (lines.back().empty()) lines.pop_back();
+  return lines;
 }
 
 }  // namespace velumar

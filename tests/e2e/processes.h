@@ -11,7 +11,10 @@ namespace velumar {
 // "HOME=/root": others on this machine may run the same program.
 std::vector<pid_t> ProcessesOf(const std::string& name, const std::string& variable);
 
-// As a crash ends them, without a word to them.
+// Kills them as a crash would.
 void KillProcesses(const std::string& name, const std::string& variable);
+
+// What a command of the shell prints, line by line and without carriage returns.
+std::vector<std::string> OutputOf(const std::string& command);
 
 }  // namespace velumar

@@ -20,7 +20,8 @@ class TraderFixture : public TraderHand {
     if (std::getenv("VELUMAR_E2E") == nullptr) {
       GTEST_SKIP() << "takes over mouse and keys: scripts/test runs it on a display of its own";
     }
-    MakeData();
+    IndexCache cache;
+    StoreSecurity(data, {"ABC", "A made series", -1}, DailyBars(kBars), cache);
     FileSettings settings(scratch.Sub("settings"));
     settings.Save("LastPath", data);
     settings.Save("Refresh", "1");
@@ -28,12 +29,7 @@ class TraderFixture : public TraderHand {
     StartProgram();
   }
 
-  virtual void MakeData() {
-    IndexCache cache;
-    StoreSecurity(data, {"ABC", "A made series", -1}, DailyBars(kBars), cache);
-  }
-
-  virtual void StartProgram() {
+  void StartProgram() {
     program = std::make_unique<RunningProgram>(scratch.Path(), scratch.Sub("output"));
     ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
     Sleep(1500);  // the window slides in
@@ -53,7 +49,7 @@ class TraderFixture : public TraderHand {
     return state.is_null() || state["chart"].is_null() ? -1 : state["chart"]["bars"].get<int>();
   }
   int StoreBars() { return BarsOf(data + "/Simulate", "ABC"); }
-  // Chart and store stand on the same number of bars.
+  // True if chart and store both hold so many bars.
   bool StandsOn(int bars) { return ChartBars() == bars && StoreBars() == bars; }
   long Refreshes() {
     long count = 0;

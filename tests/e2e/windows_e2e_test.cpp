@@ -1,6 +1,4 @@
 #include <cstdlib>
-#include <fstream>
-#include <set>
 
 #include "e2e/trader_fixture.h"
 
@@ -41,14 +39,6 @@ class WindowsE2e : public TraderFixture, public testing::WithParamInterface<int>
     Look("setup");
     hand.Press("Return");
   }
-  std::set<int> HeightsOnTheWay(const Form& form) {
-    std::set<int> heights;
-    for (int look = 0; look < 20; ++look) {
-      if (const auto window = Find(form)) heights.insert(window->y);
-      Sleep(20);
-    }
-    return heights;
-  }
   // Where the slide ends, a step of it may be left out.
   void ExpectNear(const std::optional<ScreenRect>& now, const ScreenRect& before) {
     ASSERT_TRUE(now);
@@ -61,7 +51,6 @@ TEST_P(WindowsE2e, ARunByKeysAloneAndWindowsThatStayWhereTheyWerePut) {
   const auto setup_place = Find(setup);
   ASSERT_TRUE(setup_place);
   StartByKeys();
-  EXPECT_GE(HeightsOnTheWay(setup).size(), 3U) << "it slides";
   ASSERT_TRUE(Eventually([&] { return ChartBars() >= kStartBar + 1; }, 60)) << "the chart opens";
   auto window = Find(navigator);
   ASSERT_TRUE(window);
@@ -114,35 +103,6 @@ TEST_P(WindowsE2e, ARunByKeysAloneAndWindowsThatStayWhereTheyWerePut) {
   const auto below = Find(panel);
   ASSERT_TRUE(below);
   EXPECT_EQ(below->x, moved->x) << "the panel follows the navigator's kept place";
-}
-
-// A folder that holds nothing but a trader's own prices.
-class OwnPricesE2e : public TraderFixture {
- protected:
-  void MakeData() override {
-    std::filesystem::create_directories(data);
-    std::ofstream prices(data + "/ABC_D.csv");
-    prices << "Date,Open,High,Low,Close,Volume\n";
-    for (const Bar& bar : DailyBars(kBars)) {
-      prices << bar.date << ',' << bar.open << ',' << bar.high << ',' << bar.low << ',' << bar.close
-             << ',' << bar.volume << '\n';
-    }
-  }
-  void StartProgram() override {
-    program = std::make_unique<RunningProgram>(scratch.Path(), scratch.Sub("output"));
-    Sleep(2500);  // the box that offers to import them, its focus on what does least
-    hand.Press("Tab");
-    hand.Press("Return");
-    ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
-    Sleep(1500);
-  }
-};
-
-TEST_F(OwnPricesE2e, ARunOfATradersOwnPricesByKeysAlone) {
-  for (int i = 0; i < 12; ++i) hand.Press("Tab");
-  hand.Press("Return");
-  ASSERT_TRUE(Eventually([&] { return ChartBars() >= kStartBar + 2; }, 60)) << State();
-  EXPECT_EQ(ReadBars(data, "ABC", -1).size(), kBars);
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, WindowsE2e, testing::Values(1, 2));

@@ -64,7 +64,7 @@ std::string Repeated(std::string_view text, int times) {
   return all;
 }
 
-TEST(CsvSeries, NamesTheLineThatCannotComeIn) {
+TEST(CsvSeries, NamesTheLineThatCannotBeRead) {
   const std::string header = "date,time,open,high,low,close\n";
   const std::string first = "20200102,93000,1,2,1,1\n";
   const std::vector<std::pair<std::string, std::string>> cases = {
@@ -115,17 +115,14 @@ TEST(CsvSeries, BecomesDailyWithoutTimes) {
   }
 }
 
-TEST(CsvSeries, TellsPricesThatContradict) {
-  const auto bar = [](float open, float high, float low, float close) {
-    return Bar{.open = open, .high = high, .low = low, .close = close};
-  };
-  EXPECT_FALSE(PricesContradict(bar(1, 2, 1, 2)));
-  EXPECT_FALSE(PricesContradict(bar(-1, -1, -1, -1)));
-  EXPECT_TRUE(PricesContradict(bar(1, 3, 2, 2)));
-  EXPECT_TRUE(PricesContradict(bar(2, 3, 2, 1)));
-  EXPECT_TRUE(PricesContradict(bar(4, 3, 2, 2)));
-  EXPECT_TRUE(PricesContradict(bar(2, 3, 2, 4)));
-  EXPECT_TRUE(PricesContradict(bar(2, 1, 3, 2)));
+TEST(CsvSeries, FindsPricesThatContradict) {
+  // Open, high, low, close.
+  for (const auto& [bar, contradict] :
+       {std::pair(Bar{0, 0, 1, 2, 1, 2}, false), std::pair(Bar{0, 0, -1, -1, -1, -1}, false),
+        std::pair(Bar{0, 0, 1, 3, 2, 2}, true), std::pair(Bar{0, 0, 2, 3, 2, 1}, true),
+        std::pair(Bar{0, 0, 4, 3, 2, 2}, true), std::pair(Bar{0, 0, 2, 3, 2, 4}, true)}) {
+    EXPECT_EQ(PricesContradict(bar), contradict) << bar.open << " " << bar.close;
+  }
 }
 
 TEST(CsvGuess, TakesSymbolAndIntervalFromTheName) {
@@ -143,39 +140,36 @@ TEST(CsvGuess, TakesSymbolAndIntervalFromTheName) {
   }
 }
 
-std::vector<Bar> BarsAt(std::initializer_list<std::pair<int, int>> moments) {
-  std::vector<Bar> bars;
-  for (const auto& [date, time] : moments) bars.push_back({.date = date, .time = time});
-  return bars;
-}
-
 TEST(CsvGuess, TakesTheIntervalFromTheGaps) {
-  const auto days = BarsAt({{20200102, 0}, {20200103, 0}, {20200106, 0}});
-  const auto closes = BarsAt({{20200102, 160000}, {20200103, 160000}});
-  // The hour that begins half past nine is cut short; at night there is none.
-  const auto hours = BarsAt({{20200102, 93000},
-                             {20200102, 100000},
-                             {20200102, 110000},
-                             {20200102, 120000},
-                             {20200103, 93000}});
-  const auto thin = BarsAt({{20200102, 90000}, {20200102, 93000}, {20200102, 100000}});
-  const auto sevens = BarsAt({{20200102, 90000}, {20200102, 90700}});
-  const auto lone = BarsAt({{20200102, 93000}});
-  const auto strewn = BarsAt({{20200102, 93000}, {20200103, 110000}});
-  EXPECT_EQ(GuessInterval(days, {}), -1);
-  EXPECT_EQ(GuessInterval(days, -1), -1);
-  EXPECT_EQ(GuessInterval(closes, {}), -1);
-  EXPECT_EQ(GuessInterval(hours, {}), 60);
-  EXPECT_EQ(GuessInterval(thin, {}), 30);
-  EXPECT_EQ(GuessInterval(thin, 5), 5);
-  EXPECT_EQ(GuessInterval(lone, 15), 15);
-  EXPECT_EQ(GuessInterval(strewn, 60), 60);
-  EXPECT_THROW(GuessInterval(days, 5), CsvError);
-  EXPECT_THROW(GuessInterval(hours, -1), CsvError);
-  EXPECT_THROW(GuessInterval(thin, 60), CsvError);
-  EXPECT_THROW(GuessInterval(sevens, {}), CsvError);
-  EXPECT_THROW(GuessInterval(lone, {}), CsvError);
-  EXPECT_THROW(GuessInterval(strewn, {}), CsvError);
+  using Moments = std::vector<std::pair<int, int>>;
+  const Moments days = {{20200102, 0}, {20200103, 0}, {20200106, 0}};
+  const Moments closes = {{20200102, 160000}, {20200103, 160000}};
+  // The hour that begins at half past nine is cut short; the night has no bars.
+  const Moments hours = {{20200102, 93000},
+                         {20200102, 100000},
+                         {20200102, 110000},
+                         {20200102, 120000},
+                         {20200103, 93000}};
+  const Moments thin = {{20200102, 90000}, {20200102, 93000}, {20200102, 100000}};
+  const Moments sevens = {{20200102, 90000}, {20200102, 90700}};
+  const Moments strewn = {{20200102, 93000}, {20200103, 110000}};
+  const struct {
+    Moments moments;
+    std::optional<int> named;
+    int interval;  // 0: refused
+  } kRows[] = {{days, {}, -1},  {days, -1, -1},  {days, 5, 0},     {closes, {}, -1},
+               {hours, {}, 60}, {hours, -1, 0},  {thin, {}, 30},   {thin, 5, 5},
+               {thin, 60, 0},   {sevens, {}, 0}, {strewn, 60, 60}, {strewn, {}, 0}};
+  for (const auto& row : kRows) {
+    std::vector<Bar> bars;
+    for (const auto& [date, time] : row.moments) bars.push_back({.date = date, .time = time});
+    int interval = 0;
+    try {
+      interval = GuessInterval(bars, row.named);
+    } catch (const CsvError&) {
+    }
+    EXPECT_EQ(interval, row.interval) << &row - kRows;
+  }
 }
 
 }  // namespace

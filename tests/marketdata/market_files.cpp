@@ -5,9 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "marketdata/index_cache.h"
 #include "marketdata/metalib_reader.h"
-#include "support/fresh_folder.h"
 
 namespace velumar {
 
@@ -43,26 +41,22 @@ std::string Header(std::size_t size, const std::vector<Listed>& securities, int 
 
 }  // namespace
 
-Scratch::Scratch() : path_(FreshFolder()) {}
-
-Scratch::Scratch(const Scratch& other) : Scratch() {
-  std::filesystem::copy(other.path_, path_, std::filesystem::copy_options::recursive);
+Scratch::Scratch(const Scratch& other) : ScratchFolder() {
+  std::filesystem::copy(other.Path(), Path(), std::filesystem::copy_options::recursive);
 }
 
-Scratch::~Scratch() { std::filesystem::remove_all(path_); }
-
 void Scratch::Write(std::string_view name, std::string_view bytes) const {
-  std::ofstream(path_ / name, std::ios::binary) << bytes;
+  std::ofstream(*this / name, std::ios::binary) << bytes;
 }
 
 std::string Scratch::Read(std::string_view name) const {
-  std::ifstream file(path_ / name, std::ios::binary);
+  std::ifstream file(*this / name, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
 std::vector<std::string> Scratch::Names() const {
   std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+  for (const auto& entry : std::filesystem::directory_iterator(Path())) {
     const std::string name = entry.path().filename().string();
     if (name != ".velumar.lock") names.push_back(name);
   }
@@ -175,6 +169,26 @@ Bar TimedBar(int date, int time, float close) {
 
 std::vector<Bar> ReadBars(const Scratch& directory, std::string_view symbol, int interval) {
   return ReadBars(directory.Text(), std::string(symbol), interval);
+}
+
+std::vector<SecurityInfo> SecuritiesIn(const std::string& directory, IndexCache& cache) {
+  MetaLibReader reader(cache);
+  reader.OpenDirectory(directory);
+  std::vector<SecurityInfo> securities;
+  while (reader.NextSecurity() > 0) {
+    reader.ReadSecurityHeader();
+    securities.push_back(reader.Security());
+  }
+  return securities;
+}
+
+std::vector<std::string> ListOf(const std::string& directory, IndexCache& cache) {
+  std::vector<std::string> list;
+  for (const SecurityInfo& info : SecuritiesIn(directory, cache)) {
+    list.push_back(info.symbol + ":" + std::to_string(info.interval) + " F" +
+                   std::to_string(info.file_number) + " " + info.name);
+  }
+  return list;
 }
 
 }  // namespace velumar

@@ -7,26 +7,22 @@
 #include <vector>
 
 #include "marketdata/bar.h"
+#include "marketdata/index_cache.h"
 #include "support/scratch.h"
 
 namespace velumar {
 
-// A folder of its own for one test, gone with it.
-class Scratch {
+class Scratch : public ScratchFolder {
  public:
-  Scratch();
+  Scratch() = default;
   Scratch(const Scratch& other);  // with a copy of its files
-  ~Scratch();
   Scratch& operator=(const Scratch&) = delete;
 
-  std::string Text() const { return path_.string(); }
-  std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
+  std::string Text() const { return Path().string(); }
+  std::filesystem::path operator/(std::string_view name) const { return Path() / name; }
   void Write(std::string_view name, std::string_view bytes) const;
   std::string Read(std::string_view name) const;
   std::vector<std::string> Names() const;  // sorted, without the lock file
-
- private:
-  std::filesystem::path path_;
 };
 
 // "5D FE 58 4D" as four bytes.
@@ -62,6 +58,10 @@ Bar TimedBar(int date, int time, float close = 10);
 // By a fresh reader that keeps nothing.
 std::vector<Bar> ReadBars(const Scratch& directory, std::string_view symbol = "AAA",
                           int interval = -1);
+
+std::vector<SecurityInfo> SecuritiesIn(const std::string& directory, IndexCache& cache);
+// "AAA:-1 F1 Alpha": symbol, interval, file number and name of each security.
+std::vector<std::string> ListOf(const std::string& directory, IndexCache& cache);
 
 // The number of the MetaLibError that `act` ends with, 0 without one; its text goes to `text`.
 template <typename Act>

@@ -43,16 +43,13 @@ TEST(NumberFormat, HoldsTheseBytesForTheseNumbers) {
   }
 }
 
-TEST(NumberFormat, ReadsWhatLiesBelowTheSmallestFloatAsZero) {
+TEST(NumberFormat, HasNoNumbersBelowOrAboveItsRange) {
   for (const char* bytes : {"01 02 03 00", "01 02 83 00", "01 02 03 01", "FF FF FF 02"}) {
     EXPECT_EQ(FloatFromMbf(WordOf(bytes)), 0) << bytes;
   }
   EXPECT_EQ(MbfFromFloat(std::numeric_limits<float>::denorm_min()), 0U);
   EXPECT_EQ(MbfFromFloat(-0.0F), 0U);
-}
-
-TEST(NumberFormat, RefusesWhatHasNoPartner) {
-  for (const float value : {0x1p127F, -0x1p127F, 3e38F, kInfinity, -kInfinity, std::nanf("")}) {
+  for (const float value : {0x1p127F, -3e38F, kInfinity, std::nanf("")}) {
     EXPECT_EQ(MbfFromFloat(value), std::nullopt) << value;
   }
 }

@@ -94,7 +94,7 @@ bool KeyFilter::eventFilter(QObject* receiver, QEvent* event) {
       return Forward(receiving_window, static_cast<QKeyEvent*>(event));
     case QEvent::MouseButtonPress:
       if (!window_.IsMenuShown()) Disarm();
-      // Whoever has worked in another program is back at the run.
+      // A click on a chart brings the trader back to the run.
       PostMail(kRunKeyMailbox, {});
       return false;
     default:

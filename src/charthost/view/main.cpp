@@ -25,8 +25,7 @@ QStringList WithoutForeignSwitches(const QStringList& arguments) {
 
 void PrintLine(const std::string& line) { std::cout << line << std::endl; }
 
-// Whether to print states. Answers --help and --version itself and ends the process, and ends it
-// too after an argument that it does not know.
+// Returns whether to print states. Exits after --help, --version or an unknown option.
 bool ReadArguments() {
   QCoreApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
   QCommandLineParser parser;
@@ -45,13 +44,13 @@ bool ReadArguments() {
 
 int main(int argc, char** argv) {
   if (velumar::AsksForHelp(argc, argv)) {
-    const QCoreApplication application(argc, argv);  // which needs no display
+    const QCoreApplication application(argc, argv);  // needs no display
     ReadArguments();
   }
   velumar::ChooseChartDisplay();
   QApplication application(argc, argv);
   const bool prints_states = ReadArguments();
-  velumar::IgnoreClosedPipes();  // whoever read the lines may go away before us
+  velumar::IgnoreClosedPipes();  // the reader of the lines may end first
 
   velumar::InstallStyle();
   QApplication::setWindowIcon(velumar::ProgramIcon());
