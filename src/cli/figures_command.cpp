@@ -31,7 +31,7 @@ std::string Json(const ResultFigures& figures, const std::vector<Statistic>& sta
   return JsonText(object, kIndented);
 }
 
-std::string Table(const ResultFigures& figures, const std::vector<Statistic>& statistics) {
+std::string FigureTable(const ResultFigures& figures, const std::vector<Statistic>& statistics) {
   TextTable table({{"Figure"}, {"Value"}});
   for (const ResultFigureText& figure : ResultFigureTexts(figures)) {
     table.AddRow({std::string(figure.field), figure.text});
@@ -60,7 +60,7 @@ void PrintFigures(const FiguresArguments& arguments, CliContext& context) {
     context.out << Formulas(statistics);
     return;
   }
-  context.out << (arguments.json ? Json(figures, statistics) : Table(figures, statistics));
+  context.out << (arguments.json ? Json(figures, statistics) : FigureTable(figures, statistics));
 }
 
 }  // namespace

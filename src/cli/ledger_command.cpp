@@ -57,7 +57,7 @@ std::string Csv(const LedgerRecordset& records) {
   return text;
 }
 
-std::string Table(const LedgerRecordset& records) {
+std::string RowTable(const LedgerRecordset& records) {
   std::vector<TextTable::Column> columns;
   columns.reserve(records.columns.size());
   for (const std::string& column : records.columns) columns.push_back({column});
@@ -77,7 +77,9 @@ void PrintLedger(const LedgerArguments& arguments, CliContext& context) {
     return;
   }
   const LedgerRecordset records = Records(ledger, arguments);
-  context.out << (arguments.json ? Json(records) : arguments.csv ? Csv(records) : Table(records));
+  context.out << (arguments.json  ? Json(records)
+                  : arguments.csv ? Csv(records)
+                                  : RowTable(records));
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ std::string Json(const std::vector<SecurityInfo>& securities) {
   return JsonText(rows, kIndented);
 }
 
-std::string Table(const std::vector<SecurityInfo>& securities) {
+std::string SecurityTable(const std::vector<SecurityInfo>& securities) {
   TextTable table({{"symbol"},
                    {"name"},
                    {"interval", TextTable::kRight},
@@ -75,7 +75,7 @@ void AddListCommand(CLI::App& app, CliContext& context) {
                     "without bars");
   command->callback([arguments, &context] {
     const std::vector<SecurityInfo> securities = Securities(arguments->directory, context.cache);
-    context.out << (arguments->json ? Json(securities) : Table(securities));
+    context.out << (arguments->json ? Json(securities) : SecurityTable(securities));
   });
 }
 

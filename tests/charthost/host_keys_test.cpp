@@ -24,7 +24,7 @@ ChartKey Stroke(const std::string& text) {
   return key;
 }
 
-struct Case {
+struct KeyCase {
   const char* name;
   std::vector<std::string> keys;
   std::vector<HostAction> actions;
@@ -34,7 +34,7 @@ struct Case {
 constexpr auto kNone = HostAction::kNone;
 
 TEST(HostKeys, AnswersWhatProgramsSend) {
-  const std::vector<Case> cases = {
+  const std::vector<KeyCase> cases = {
       {"close all", {"%F", "E"}, {kNone, HostAction::kCloseAll}},
       {"open, Alt released", {"%F", "+O"}, {kNone, HostAction::kOpen}},
       {"open, Alt still held", {"%F", "%+O"}, {kNone, HostAction::kOpen}},
@@ -55,7 +55,7 @@ TEST(HostKeys, AnswersWhatProgramsSend) {
        {kNone, kNone, kNone, HostAction::kRefresh}},
       {"Ctrl+Alt is another key", {"^%F", "E"}, {kNone, kNone}},
   };
-  for (const Case& c : cases) {
+  for (const KeyCase& c : cases) {
     HostKeys keys;
     std::vector<HostAction> actions;
     for (const std::string& text : c.keys) {

@@ -11,7 +11,7 @@ namespace velumar {
 
 namespace {
 
-std::string Bytes(auto value) {
+std::string RawBytes(auto value) {
   std::string bytes(sizeof value, '\0');
   std::memcpy(bytes.data(), &value, sizeof value);
   return bytes;
@@ -20,7 +20,7 @@ std::string Bytes(auto value) {
 // Into each record.
 std::string WithNumber(std::string file, std::size_t record_size, std::size_t offset, int number) {
   for (std::size_t at = record_size; at < file.size(); at += record_size) {
-    file.replace(at + offset, 4, Bytes(number));
+    file.replace(at + offset, 4, RawBytes(number));
   }
   return file;
 }
@@ -33,7 +33,8 @@ constexpr int kCollected = 20310105;
 bool HoldsDate(const std::string& file) {
   for (const std::int32_t date : {kFirst, kLast, kCollected}) {
     const std::int32_t stored = date - 19000000;
-    for (const std::string& word : {Bytes(date), Bytes(static_cast<float>(stored)), Word(stored)}) {
+    for (const std::string& word :
+         {RawBytes(date), RawBytes(static_cast<float>(stored)), Word(stored)}) {
       if (file.find(word) != std::string::npos) return true;
     }
   }

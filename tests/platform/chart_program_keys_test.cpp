@@ -8,11 +8,11 @@
 namespace velumar {
 namespace {
 
-constexpr RegistryRoot kUser = RegistryRoot::kCurrentUser;
+constexpr RegistryRoot kCurrentUser = RegistryRoot::kCurrentUser;
 
 std::string Text(Registry& registry, const std::string& sub_key, std::string_view name) {
   RegistryKey key = 0;
-  if (registry.OpenKey(kUser, sub_key, Registry::kRead, key) != 0) return "no key";
+  if (registry.OpenKey(kCurrentUser, sub_key, Registry::kRead, key) != 0) return "no key";
   RegistryType type{};
   std::string text;
   const long code = registry.QueryValue(key, name, type, text);
@@ -33,7 +33,7 @@ TEST(ChartProgramKeys, AreMadeOnceAndFollowTheProgram) {
   WriteFile(folder / "MSWIN.EXE", "");
   const std::string chosen = folder.Path().string();
   RegistryKey key = 0;
-  ASSERT_EQ(registry.OpenKey(kUser, paths, Registry::kWrite, key), 0);
+  ASSERT_EQ(registry.OpenKey(kCurrentUser, paths, Registry::kWrite, key), 0);
   ASSERT_EQ(registry.SetValue(key, "ProgramPath", RegistryType::kString, chosen), 0);
   EnsureChartProgramKeys(registry, "/third");
   EXPECT_EQ(Text(registry, paths, "ProgramPath"), chosen);

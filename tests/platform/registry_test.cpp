@@ -4,18 +4,18 @@
 namespace velumar {
 namespace {
 
-constexpr RegistryRoot kUser = RegistryRoot::kCurrentUser;
+constexpr RegistryRoot kUserRoot = RegistryRoot::kCurrentUser;
 constexpr std::uint32_t kBoth = Registry::kRead | Registry::kWrite;
 
 struct RegistryTest : testing::Test {
   RegistryKey Opened(std::string_view sub_key, std::uint32_t access = kBoth) {
     RegistryKey key = 0;
-    EXPECT_EQ(registry->OpenKey(kUser, sub_key, access, key), 0) << sub_key;
+    EXPECT_EQ(registry->OpenKey(kUserRoot, sub_key, access, key), 0) << sub_key;
     return key;
   }
-  long Opens(RegistryRoot root, std::string_view sub_key) {
+  long Opens(RegistryRoot from, std::string_view sub_key) {
     RegistryKey key = 0;
-    const long code = registry->OpenKey(root, sub_key, Registry::kRead, key);
+    const long code = registry->OpenKey(from, sub_key, Registry::kRead, key);
     registry->CloseKey(key);
     return code;
   }
@@ -36,7 +36,7 @@ TEST_F(RegistryTest, ValuesOfAllTypesComeBackInTheNextProcess) {
       {"Blob", RegistryType::kBinary, std::string("\0\n\xFF=", 4)},
       {"Nothing", RegistryType::kBinary, ""},
   };
-  ASSERT_EQ(registry->CreateKey(kUser, path), 0);
+  ASSERT_EQ(registry->CreateKey(kUserRoot, path), 0);
   const RegistryKey writing = Opened(path);
   for (const auto& [name, type, bytes] : values) {
     ASSERT_EQ(registry->SetValue(writing, name, type, bytes), 0) << name;
@@ -54,17 +54,17 @@ TEST_F(RegistryTest, ValuesOfAllTypesComeBackInTheNextProcess) {
 }
 
 TEST_F(RegistryTest, KeysExistWithTheirParentsUntilTheyAreDeleted) {
-  EXPECT_EQ(Opens(kUser, root), 2);
-  EXPECT_EQ(registry->DeleteKey(kUser, root), 2);
-  ASSERT_EQ(registry->CreateKey(kUser, root + "\\Charts\\8.0"), 0);
-  EXPECT_EQ(Opens(kUser, root + "\\Charts"), 0);
-  EXPECT_EQ(Opens(kUser, root + "\\Chart"), 2);
+  EXPECT_EQ(Opens(kUserRoot, root), 2);
+  EXPECT_EQ(registry->DeleteKey(kUserRoot, root), 2);
+  ASSERT_EQ(registry->CreateKey(kUserRoot, root + "\\Charts\\8.0"), 0);
+  EXPECT_EQ(Opens(kUserRoot, root + "\\Charts"), 0);
+  EXPECT_EQ(Opens(kUserRoot, root + "\\Chart"), 2);
   EXPECT_EQ(Opens(RegistryRoot::kLocalMachine, root + "\\Charts"), 2);
-  EXPECT_NE(registry->DeleteKey(kUser, root), 0) << "there is a key under it";
-  EXPECT_EQ(registry->DeleteKey(kUser, root + "\\CHARTS\\8.0"), 0);
-  EXPECT_EQ(Opens(kUser, root + "\\Charts\\8.0"), 2);
-  EXPECT_EQ(registry->DeleteKey(kUser, root + "\\Charts"), 0);
-  EXPECT_EQ(Opens(kUser, root), 0);
+  EXPECT_NE(registry->DeleteKey(kUserRoot, root), 0) << "there is a key under it";
+  EXPECT_EQ(registry->DeleteKey(kUserRoot, root + "\\CHARTS\\8.0"), 0);
+  EXPECT_EQ(Opens(kUserRoot, root + "\\Charts\\8.0"), 2);
+  EXPECT_EQ(registry->DeleteKey(kUserRoot, root + "\\Charts"), 0);
+  EXPECT_EQ(Opens(kUserRoot, root), 0);
 }
 
 TEST_F(RegistryTest, FailuresHaveTheirCodes) {
@@ -72,7 +72,7 @@ TEST_F(RegistryTest, FailuresHaveTheirCodes) {
   RegistryType type{};
   std::string bytes;
   EXPECT_EQ(registry->OpenKey(RegistryRoot::kNone, root, kBoth, key), 6);
-  ASSERT_EQ(registry->CreateKey(kUser, root), 0);
+  ASSERT_EQ(registry->CreateKey(kUserRoot, root), 0);
   const RegistryKey reading = Opened(root, Registry::kRead);
   EXPECT_EQ(registry->QueryValue(reading, "missing", type, bytes), 2);
   EXPECT_EQ(registry->SetValue(reading, "v", RegistryType::kString, "x"), 5);

@@ -7,7 +7,7 @@
 namespace velumar {
 namespace {
 
-constexpr int kBars = 32000;
+constexpr int kRunBars = 32000;
 constexpr int kWarmUp = 2000;
 
 struct Use {
@@ -30,7 +30,7 @@ TEST(LongRun, MemoryAndFilesStayFlatAndEveryClickIsServed) {
   const ScratchFolder scratch;
   const std::string data = scratch.Sub("data");
   IndexCache cache;
-  StoreSecurity(data, {"ABC", "Abc", -1}, DailyBars(kBars), cache);
+  StoreSecurity(data, {"ABC", "Abc", -1}, DailyBars(kRunBars), cache);
   WholeProgram all(data);
   int clicks = 0;
   int served = 0;
@@ -50,8 +50,8 @@ TEST(LongRun, MemoryAndFilesStayFlatAndEveryClickIsServed) {
   all.Panel().Combo2.SetText("1");
   all.Setup().DTPicker1.UserPick(MadeDate(16));
   all.Setup().Image3.UserClick();
-  EXPECT_EQ(all.session.BarIndex, kBars - 1);
-  EXPECT_EQ(ReadBars(all.session.SimDir, "ABC", -1).size(), static_cast<std::size_t>(kBars));
+  EXPECT_EQ(all.session.BarIndex, kRunBars - 1);
+  EXPECT_EQ(ReadBars(all.session.SimDir, "ABC", -1).size(), static_cast<std::size_t>(kRunBars));
   EXPECT_GT(clicks, 3900);
   EXPECT_EQ(served, clicks);
   const auto rows = LedgerQuery(all.ledger, "select count(*) From MyPortfolio").rows;

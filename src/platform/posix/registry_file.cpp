@@ -15,7 +15,7 @@ constexpr long kDenied = 5;
 constexpr long kBadHandle = 6;
 constexpr long kBadParameter = 87;
 constexpr long kDamaged = 1009;
-constexpr long kCantWrite = 1013;
+constexpr long kWriteFailed = 1013;
 
 constexpr std::uint32_t kMaySetValues = 0x0002;
 
@@ -151,7 +151,7 @@ long FileRegistry::Change(const std::function<void(Sections&)>& change) {
     const bool denied = error.code() == std::errc::permission_denied ||
                         error.code() == std::errc::operation_not_permitted ||
                         error.code() == std::errc::read_only_file_system;
-    return denied ? kDenied : kCantWrite;
+    return denied ? kDenied : kWriteFailed;
   }
 }
 
