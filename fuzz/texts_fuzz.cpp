@@ -10,7 +10,7 @@
 #include "base/number_text.h"
 #include "platform/key_notation.h"
 #include "platform/posix/registry_value_text.h"
-#include "platform/section_text.h"
+#include "platform/common/section_text.h"
 #include "scratch_folder.h"
 
 namespace velumar {

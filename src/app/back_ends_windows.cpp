@@ -4,7 +4,7 @@
 #include "base/paths.h"
 #include "platform/chart_program_names.h"
 #include "platform/programs.h"
-#include "platform/settings_file.h"
+#include "platform/common/settings_file.h"
 #include "platform/system_clock.h"
 #include "platform/system_locale.h"
 #include "platform/user_files.h"

@@ -5,7 +5,7 @@
 #include "platform/chart_program_names.h"
 #include "platform/posix/registry_file.h"
 #include "platform/programs.h"
-#include "platform/settings_file.h"
+#include "platform/common/settings_file.h"
 #include "platform/system_clock.h"
 #include "platform/system_locale.h"
 #include "platform/user_files.h"

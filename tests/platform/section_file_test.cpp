@@ -1,4 +1,4 @@
-#include "platform/section_file.h"
+#include "platform/common/section_file.h"
 
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -10,7 +10,7 @@
 #include <system_error>
 
 #include "platform/file_lock.h"
-#include "platform/settings_file.h"
+#include "platform/common/settings_file.h"
 #include "platform/temp_folder.h"
 #include "support/full_disk.h"
 

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <thread>
 
-#include "platform/curl_web_client.h"
+#include "platform/common/curl_web_client.h"
 #include "scored/hostile_server.h"
 #include "scored/plain_connection.h"
 #include "scored/score_server.h"

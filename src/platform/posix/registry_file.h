@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/registry.h"
-#include "platform/section_file.h"
+#include "platform/common/section_file.h"
 
 namespace velumar {
 

@@ -10,7 +10,7 @@
 
 #include "base/windows_text.h"
 #include "platform/key_notation.h"
-#include "platform/typing_patience.h"
+#include "platform/common/key_timeouts.h"
 #include "platform/windows/chart_program.h"
 #include "platform/windows/foreground.h"
 #include "platform/windows/held_keys.h"

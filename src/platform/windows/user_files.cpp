@@ -6,7 +6,7 @@
 #include <string>
 #include <system_error>
 
-#include "platform/user_files_common.h"
+#include "platform/common/user_files_common.h"
 
 namespace velumar {
 

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "platform/key_notation.h"
-#include "platform/typing_patience.h"
+#include "platform/common/key_timeouts.h"
 #include "platform/x11/chart_program.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/keyboard.h"

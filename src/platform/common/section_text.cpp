@@ -1,4 +1,4 @@
-#include "platform/section_text.h"
+#include "platform/common/section_text.h"
 
 #include <algorithm>
 #include <charconv>

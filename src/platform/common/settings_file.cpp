@@ -1,4 +1,4 @@
-#include "platform/settings_file.h"
+#include "platform/common/settings_file.h"
 
 #include "base/paths.h"
 

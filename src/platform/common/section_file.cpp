@@ -1,4 +1,4 @@
-#include "platform/section_file.h"
+#include "platform/common/section_file.h"
 
 #include <cerrno>
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "platform/curl_web_client.h"
+#include "platform/common/curl_web_client.h"
 
 #include <curl/curl.h>
 

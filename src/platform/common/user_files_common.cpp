@@ -1,4 +1,4 @@
-#include "platform/user_files_common.h"
+#include "platform/common/user_files_common.h"
 
 #include <random>
 #include <string>

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/file_lock.h"
-#include "platform/section_text.h"
+#include "platform/common/section_text.h"
 
 namespace velumar {
 

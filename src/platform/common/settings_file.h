@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/section_file.h"
+#include "platform/common/section_file.h"
 #include "platform/services.h"
 
 namespace velumar {
