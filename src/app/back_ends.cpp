@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "base/paths.h"
-#include "platform/chart_program_keys.h"
+#include "platform/chart_program.h"
 #include "platform/user_files.h"
 
 namespace velumar {

@@ -13,7 +13,6 @@
 #include "app/desktop_view.h"
 #include "app/display.h"
 #include "app/dress.h"
-#include "app/mail_notice.h"
 #include "app/options.h"
 #include "app/qt_dialogs.h"
 #include "app/qt_event_loop.h"
@@ -28,7 +27,8 @@
 #include "base/dates.h"
 #include "ledger/ledger.h"
 #include "platform/command_line.h"
-#include "platform/process_end.h"
+#include "platform/ipc.h"
+#include "platform/process.h"
 #include "platform/web_client.h"
 #include "shell/program.h"
 
@@ -110,12 +110,13 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   theme.OnChange([&view](const Theme& changed) { view.SetTheme(changed); });
   Program program(session, desktop, platform, cache, ledger);
   RunKeyFilter run_keys(program.Keys());
-  const auto keys_from_chart = OpenMailbox(kRunKeyMailbox, [&run_keys](const Mail& mail) {
-    if (mail.first == 0) return run_keys.ClickFromChart();
-    run_keys.PressFromChart({.code = static_cast<int>(mail.first),
-                             .shift = (mail.second & kMailShift) != 0,
-                             .repeated = (mail.second & kMailRepeated) != 0});
-  });
+  const auto keys_from_chart =
+      ListenForMessages(kRunKeyListener, [&run_keys](const IpcMessage& mail) {
+        if (mail.first == 0) return run_keys.ClickFromChart();
+        run_keys.PressFromChart({.code = static_cast<int>(mail.first),
+                                 .shift = (mail.second & kMessageShift) != 0,
+                                 .repeated = (mail.second & kMessageRepeated) != 0});
+      });
   instance.Listen([&] {
     program.ShowAgain();
     view.Raise();

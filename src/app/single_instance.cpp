@@ -7,7 +7,7 @@
 #include <QThread>
 #include <utility>
 
-#include "platform/mailbox.h"
+#include "platform/ipc.h"
 
 namespace velumar {
 
@@ -36,7 +36,7 @@ SingleInstance::SingleInstance(const QString& settings_folder)
     : mailbox_(MailboxOf(Made(settings_folder))), lock_(LockOf(settings_folder)) {
   // Where the folder can't be locked, another Velumar is found by its mailbox.
   const bool unlocked = lock_.Held() == FileLock::State::kImpossible;
-  first_ = lock_.Held() == FileLock::State::kHeld || (unlocked && !PostMail(mailbox_, {}));
+  first_ = lock_.Held() == FileLock::State::kHeld || (unlocked && !SendIpcMessage(mailbox_, {}));
 }
 
 // One that is only just starting opens its mailbox in a moment.
@@ -44,7 +44,7 @@ bool SingleInstance::CallOther() const {
   constexpr int kPatienceMs = 3000;
   constexpr int kLookMs = 100;
   const QDeadlineTimer patience(kPatienceMs);
-  while (!PostMail(mailbox_, {})) {
+  while (!SendIpcMessage(mailbox_, {})) {
     if (patience.hasExpired()) return false;
     QThread::msleep(kLookMs);
   }
@@ -52,7 +52,7 @@ bool SingleInstance::CallOther() const {
 }
 
 void SingleInstance::Listen(std::function<void()> come) {
-  notice_ = OpenMailbox(mailbox_, [come = std::move(come)](const Mail&) { come(); });
+  notice_ = ListenForMessages(mailbox_, [come = std::move(come)](const IpcMessage&) { come(); });
 }
 
 void ReleasingPrograms::EndProcess() {

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "app/mail_notice.h"
 #include "platform/file_lock.h"
+#include "platform/ipc.h"
 #include "platform/services.h"
 
 namespace velumar {
@@ -34,7 +34,7 @@ class SingleInstance {
   std::string mailbox_;
   FileLock lock_;
   bool first_ = false;
-  std::unique_ptr<MailNotice> notice_;
+  std::unique_ptr<MessageListener> notice_;
 };
 
 // Programs that release the lock before they end this process.

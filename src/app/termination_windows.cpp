@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "app/termination.h"
-#include "platform/windows/session_end.h"
+#include "platform/windows/native_window.h"
 
 namespace velumar {
 

@@ -1,7 +1,7 @@
 #include "cli/common_options.h"
 
 #include "base/dates.h"
-#include "platform/system_locale.h"
+#include "platform/system.h"
 
 namespace velumar {
 

@@ -11,9 +11,9 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
+#include "platform/event_loop.h"
 #include "platform/key_notation.h"
-#include "platform/waiting.h"
 #include "session/run_progress.h"
 #include "session/status_line.h"
 #include "trading/position_book.h"
@@ -183,7 +183,7 @@ bool HostControl::TraderIsElsewhere() {
 void HostControl::RefreshCharts() {
   TextBox& count = desktop_.form2().txtRefresh;
   count.SetEnabled(false);
-  worst_outcome_ = KeyOutcome::kTakenIn;
+  worst_outcome_ = KeyOutcome::kAccepted;
   IgnoringErrors([&] { RefreshEachChart(); });
   desktop_.form2().txtRefresh.SetEnabled(true);
   const Trouble trouble = TroubleWithHost();
@@ -257,7 +257,7 @@ HostControl::Trouble HostControl::TroubleWithHost() const {
             "Start the chart program and open the chart, or go back and press Start. The next "
             "refresh finds it."};
   }
-  if (worst_outcome_ == KeyOutcome::kHeldBack) {
+  if (worst_outcome_ == KeyOutcome::kNotSent) {
     return {
         "Keys held back: bring the chart to the front! ",
         "Another window is in front of the chart, or the chart is in another workspace. Nothing "

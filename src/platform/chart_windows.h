@@ -36,8 +36,8 @@ class ChartWindows {
 };
 
 enum class KeyOutcome : std::uint8_t {
-  kTakenIn,
-  kHeldBack,     // the window in front isn't the chart program's: nothing was typed
+  kAccepted,
+  kNotSent,      // the window in front isn't the chart program's: nothing was typed
   kNotAnswered,  // typed, but the window in front didn't answer in time
 };
 
@@ -48,7 +48,7 @@ class KeySender {
   // once it has taken the keys in. Throws std::invalid_argument for a text that isn't in it.
   virtual KeyOutcome Send(std::string_view keys) = 0;
   // Types into the chart program's main window while the trader works in another program. The
-  // window in front stays in front and still receives every key of the trader. kHeldBack if the
+  // window in front stays in front and still receives every key of the trader. kNotSent if the
   // chart isn't on the screen.
   virtual KeyOutcome SendBehind(std::string_view keys) = 0;
 };

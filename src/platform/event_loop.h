@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 
 namespace velumar {
 
@@ -15,5 +16,22 @@ class EventLoop {
   // The same without letting any event run.
   virtual void Sleep(std::chrono::milliseconds time) = 0;
 };
+
+// One wait at a time, or a row of them as in a slide. Window events run meanwhile, so a handler can
+// wait again inside; each wait ends at its own time.
+class clsWaitableTimer {
+ public:
+  explicit clsWaitableTimer(EventLoop& events) : events_(events) {}
+  // A failure of the wait is thrown on with "[clsWaitableTimer.Wait]" in front of its text.
+  void Wait(std::int32_t milliseconds);
+
+ private:
+  EventLoop& events_;
+};
+
+// The one wait of the system. 0 means a second, and the caller's variable then says so.
+void WaitMilliseconds(EventLoop& events, std::int16_t& milliseconds);
+// The same for a fixed time.
+void WaitMilliseconds(EventLoop& events, std::int16_t&& milliseconds);
 
 }  // namespace velumar

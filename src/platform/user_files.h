@@ -19,4 +19,9 @@ std::filesystem::path LedgerFile(const std::filesystem::path& program_folder);
 // std::filesystem::filesystem_error where the copy can't be made.
 std::filesystem::path SampleDirectory(const std::filesystem::path& program_folder);
 
+// This user's own copy of what all users share, made at the first call, whole or not at all. Throws
+// std::filesystem::filesystem_error.
+std::filesystem::path OwnCopy(const std::filesystem::path& shared,
+                              const std::filesystem::path& own);
+
 }  // namespace velumar

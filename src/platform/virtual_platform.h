@@ -33,7 +33,7 @@ class RecordingChart : public ChartWindows, public KeySender {
   // What a test or a script may turn: is the program there, does its dialog come, how do keys end.
   bool running = true;
   bool dialog_comes = true;
-  KeyOutcome outcome = KeyOutcome::kTakenIn;
+  KeyOutcome outcome = KeyOutcome::kAccepted;
 
   std::vector<std::string> sent;
   std::vector<WindowId> maximized;

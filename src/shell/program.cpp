@@ -2,7 +2,7 @@
 
 #include "host/host_control.h"
 #include "host/reg_info.h"
-#include "platform/telling_settings.h"
+#include "platform/warn_once_settings.h"
 #include "session/run_control.h"
 #include "session/symbol_catalogue.h"
 #include "shell/big_displays.h"
@@ -57,7 +57,7 @@ struct Program::Parts {
             EventGuard(platform.boxes)("Opening the score board", [this] { score_board.Open(); })) {
   }
 
-  TellingSettings settings;
+  WarnOnceSettings settings;
   Platform platform;
   RegInfo registry;
   StatusDisplay status;

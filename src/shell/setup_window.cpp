@@ -8,7 +8,7 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
 #include "session/delay.h"
 #include "session/market_family.h"
 #include "session/start_days.h"

@@ -9,7 +9,7 @@
 #include "app/qt_event_loop.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
-#include "platform/chart_program_keys.h"
+#include "platform/chart_program.h"
 #include "platform/virtual_platform.h"
 #include "shell/program.h"
 #include "shown_desktop.h"

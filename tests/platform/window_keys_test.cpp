@@ -75,7 +75,7 @@ TEST_F(WindowKeys, KeysArriveAsWritten) {
     driver->SetCapsLock(caps_lock);
     driver->Taken(chart);
     for (const auto& [keys, typed] : texts) {
-      EXPECT_EQ(Keys().Send(keys), KeyOutcome::kTakenIn);
+      EXPECT_EQ(Keys().Send(keys), KeyOutcome::kAccepted);
       EXPECT_EQ(Taken(chart, typed.size()), typed) << keys << " Caps Lock " << caps_lock;
     }
     EXPECT_EQ(driver->HasCapsLock(), caps_lock);
@@ -90,7 +90,7 @@ TEST_F(WindowKeys, ATraderWhoTypesElsewhereLosesNoKeyToARefresh) {
   constexpr int kLetters = 60;
   const WindowId chart = driver->OpenChart(kHost);
   const WindowId other = driver->OpenOther(kOther);
-  EXPECT_EQ(Keys().Send("secret"), KeyOutcome::kHeldBack);
+  EXPECT_EQ(Keys().Send("secret"), KeyOutcome::kNotSent);
   EXPECT_EQ(driver->Taken(other) + driver->Taken(chart), "");
   std::thread typing([&] {
     for (int i = 0; i < kLetters; ++i) {
@@ -100,7 +100,7 @@ TEST_F(WindowKeys, ATraderWhoTypesElsewhereLosesNoKeyToARefresh) {
   });
   std::string refreshes;
   for (int i = 0; i < 6; ++i) {
-    EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kTakenIn);
+    EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kAccepted);
     EXPECT_EQ(Windows().FocusedWindow(), other);
     refreshes += "%vR";
     std::this_thread::sleep_for(100ms);
@@ -113,12 +113,12 @@ TEST_F(WindowKeys, ATraderWhoTypesElsewhereLosesNoKeyToARefresh) {
 TEST_F(WindowKeys, KeysWaitWhileAPersonHoldsAModifier) {
   const WindowId chart = driver->OpenChart(kHost);
   driver->HoldShift(true);
-  EXPECT_EQ(Keys().Send("a"), KeyOutcome::kHeldBack);
+  EXPECT_EQ(Keys().Send("a"), KeyOutcome::kNotSent);
   std::thread later([&] {
     std::this_thread::sleep_for(300ms);
     driver->HoldShift(false);
   });
-  EXPECT_EQ(Keys().Send("abc"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(Keys().Send("abc"), KeyOutcome::kAccepted);
   later.join();
   EXPECT_EQ(Taken(chart, 3), "abc");
 }
@@ -131,7 +131,7 @@ TEST_F(WindowKeys, TakenInMeansThatTheProgramHasReadTheKeys) {
     std::this_thread::sleep_for(300ms);
     driver->SetBusy(chart, false);
   });
-  EXPECT_EQ(Keys().Send("%VR"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(Keys().Send("%VR"), KeyOutcome::kAccepted);
   EXPECT_EQ(driver->Taken(chart), "%vR");
   later.join();
 

@@ -11,8 +11,8 @@
 #include "base/windows_text.h"
 #include "platform/file_lock.h"
 #include "platform/temp_folder.h"
-#include "platform/windows/quoted_argument.h"
-#include "platform/windows/waitable_timer.h"
+#include "platform/windows/programs.h"
+#include "platform/windows/waits.h"
 #include "registry_driver.h"
 
 namespace velumar {

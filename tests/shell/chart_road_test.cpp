@@ -119,7 +119,7 @@ TEST_F(ChartRoadTest, TheStatusLineSaysWhatIsWrongWithTheChart) {
     all->Navigator().Image1.UserClick();
     return all->Navigator().Label6.Text();
   };
-  all->outside.chart.outcome = KeyOutcome::kHeldBack;
+  all->outside.chart.outcome = KeyOutcome::kNotSent;
   EXPECT_THAT(line(), testing::MatchesRegex("Keys held back.*! \\[ABC\\]  Date: .*"));
   all->outside.chart.running = false;
   EXPECT_THAT(line(), testing::MatchesRegex("No chart program, start it! \\[ABC\\]  Date: .*"));
@@ -127,7 +127,7 @@ TEST_F(ChartRoadTest, TheStatusLineSaysWhatIsWrongWithTheChart) {
   all->outside.chart.outcome = KeyOutcome::kNotAnswered;
   EXPECT_THAT(line(),
               testing::MatchesRegex("Chart program busy, wait for it! \\[ABC\\]  Date: .*"));
-  all->outside.chart.outcome = KeyOutcome::kTakenIn;
+  all->outside.chart.outcome = KeyOutcome::kAccepted;
   EXPECT_THAT(line(), testing::StartsWith("[ABC]  Date: "));
 }
 

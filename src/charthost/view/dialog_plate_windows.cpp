@@ -1,7 +1,7 @@
 #include <windows.h>
 
 #include "charthost/view/dialog_plate.h"
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
 
 namespace velumar {
 

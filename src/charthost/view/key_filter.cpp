@@ -7,7 +7,7 @@
 
 #include "charthost/view/main_window.h"
 #include "charthost/view/open_dialog.h"
-#include "platform/mailbox.h"
+#include "platform/ipc.h"
 #include "platform/run_key.h"
 
 namespace velumar {
@@ -95,7 +95,7 @@ bool KeyFilter::eventFilter(QObject* receiver, QEvent* event) {
     case QEvent::MouseButtonPress:
       if (!window_.IsMenuShown()) Disarm();
       // A click on a chart brings the trader back to the run.
-      PostMail(kRunKeyMailbox, {});
+      SendIpcMessage(kRunKeyListener, {});
       return false;
     default:
       return false;
@@ -148,9 +148,9 @@ bool KeyFilter::HandOn(QWindow* receiver, const QKeyEvent& key) {
                           .shift = key.modifiers().testFlag(Qt::ShiftModifier),
                           .repeated = key.isAutoRepeat()};
   return IsRunKey(press) &&
-         PostMail(kRunKeyMailbox, {.first = static_cast<std::uint32_t>(press.code),
-                                   .second = (press.shift ? kMailShift : 0) |
-                                             (press.repeated ? kMailRepeated : 0)});
+         SendIpcMessage(kRunKeyListener, {.first = static_cast<std::uint32_t>(press.code),
+                                          .second = (press.shift ? kMessageShift : 0) |
+                                                    (press.repeated ? kMessageRepeated : 0)});
 }
 
 QWindow* KeyFilter::RightfulWindow(QWindow* receiver) const {

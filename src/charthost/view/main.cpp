@@ -10,7 +10,7 @@
 #include "charthost/view/theme.h"
 #include "marketdata/index_cache.h"
 #include "platform/command_line.h"
-#include "platform/console.h"
+#include "platform/process.h"
 
 namespace {
 

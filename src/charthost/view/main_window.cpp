@@ -15,7 +15,7 @@
 #include "charthost/view/open_dialog.h"
 #include "charthost/view/qt_text.h"
 #include "charthost/view/theme.h"
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
 
 namespace velumar {
 namespace {

@@ -18,7 +18,7 @@
 #include "charthost/view/qt_text.h"
 #include "charthost/view/security_table.h"
 #include "marketdata/metalib_error.h"
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
 
 namespace velumar {
 namespace {

@@ -9,6 +9,8 @@
 #include <optional>
 #include <utility>
 
+#include "platform/system.h"
+
 namespace velumar {
 
 namespace {
@@ -157,5 +159,7 @@ std::string SeparatorOfPattern(std::string_view pattern) {
 
 PosixLocale::PosixLocale()
     : pattern_(PatternOfEnvironment()), separator_(SeparatorOfPattern(pattern_)) {}
+
+std::unique_ptr<LocaleInfo> SystemLocale() { return std::make_unique<PosixLocale>(); }
 
 }  // namespace velumar

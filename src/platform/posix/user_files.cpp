@@ -7,8 +7,6 @@
 #include <string>
 #include <system_error>
 
-#include "platform/common/user_files_common.h"
-
 namespace velumar {
 
 namespace fs = std::filesystem;

@@ -7,7 +7,7 @@
 #include "base/handle_windows.h"
 #include "base/paths.h"
 #include "base/windows_text.h"
-#include "platform/chart_main_windows.h"
+#include "platform/chart_program.h"
 
 namespace velumar {
 

@@ -1,7 +1,6 @@
 #include "platform/windows/foreground.h"
 
 #include "platform/windows/held_keys.h"
-#include "platform/windows/held_modifiers.h"
 
 namespace velumar {
 

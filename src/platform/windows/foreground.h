@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-#include "platform/windows/serving_wait.h"
+#include "platform/windows/waits.h"
 
 namespace velumar {
 

@@ -9,13 +9,12 @@
 #include <vector>
 
 #include "base/windows_text.h"
-#include "platform/key_notation.h"
 #include "platform/common/key_timeouts.h"
+#include "platform/key_notation.h"
 #include "platform/windows/chart_program.h"
 #include "platform/windows/foreground.h"
 #include "platform/windows/held_keys.h"
-#include "platform/windows/held_modifiers.h"
-#include "platform/windows/serving_wait.h"
+#include "platform/windows/waits.h"
 
 namespace velumar {
 
@@ -166,13 +165,13 @@ class Typing {
     for (const KeyStroke& stroke : strokes) {
       if (!TypeWithPatience(stroke)) {
         WaitUntilRead();
-        return KeyOutcome::kHeldBack;
+        return KeyOutcome::kNotSent;
       }
       // A shortcut opens a menu that takes the next key.
       if (stroke.alt || stroke.ctrl) WaitUntilRead();
     }
     WaitUntilRead();
-    return answered_ ? KeyOutcome::kTakenIn : KeyOutcome::kNotAnswered;
+    return answered_ ? KeyOutcome::kAccepted : KeyOutcome::kNotAnswered;
   }
 
  private:
@@ -279,9 +278,9 @@ KeyOutcome WindowsKeySender::SendBehind(std::string_view keys) {
       front != nullptr && !charts.empty() && ::IsIconic(charts.front()) == 0 &&
       ::IsWindowEnabled(charts.front()) != 0 &&
       ComesAbout(PatienceWith(Obstacle::kPersonTypes), [] { return !PersonHoldsModifier(); });
-  if (!free) return KeyOutcome::kHeldBack;
+  if (!free) return KeyOutcome::kNotSent;
   const HeldKeys held(front);
-  if (!held) return KeyOutcome::kHeldBack;
+  if (!held) return KeyOutcome::kNotSent;
   const FrontLoan loan(front, charts.front());
   return Send(keys);
 }

@@ -19,7 +19,7 @@ class WindowsKeySender : public KeySender {
   // As in WindowsChartWindows.
   explicit WindowsKeySender(std::string host_title) : host_title_(std::move(host_title)) {}
 
-  // kHeldBack: the keys from the first that found another window in front, or that the keyboard
+  // kNotSent: the keys from the first that found another window in front, or that the keyboard
   // lacks, were not typed.
   // kNotAnswered: after two seconds in all. Throws std::runtime_error when the system takes no keys
   // from programs.

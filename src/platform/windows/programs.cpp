@@ -1,18 +1,16 @@
-#include "platform/programs.h"
+#include "platform/system.h"
 
 #include <windows.h>
-// Behind windows.h, whose names it needs.
+// Needs the names of windows.h.
 #include <shellapi.h>
 
-#include <cstdio>
-#include <iostream>
 #include <stdexcept>
 
 #include "base/handle_windows.h"
 #include "base/windows_text.h"
 #include "platform/command_line.h"
-#include "platform/process_end.h"
-#include "platform/windows/quoted_argument.h"
+#include "platform/process.h"
+#include "platform/windows/programs.h"
 
 namespace velumar {
 
@@ -71,12 +69,5 @@ void SystemPrograms::OpenInBrowser(std::string_view address) {
 }
 
 void SystemPrograms::EndProcess() { EndProcessAtOnce(0); }
-
-void EndProcessAtOnce(int code) {
-  std::cout.flush();
-  std::fflush(nullptr);
-  ::TerminateProcess(::GetCurrentProcess(), static_cast<UINT>(code));
-  std::abort();
-}
 
 }  // namespace velumar

@@ -7,8 +7,8 @@
 #include <thread>
 #include <utility>
 
-#include "platform/key_notation.h"
 #include "platform/common/key_timeouts.h"
+#include "platform/key_notation.h"
 #include "platform/x11/chart_program.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/keyboard.h"
@@ -40,8 +40,8 @@ class Typing {
       if (rest_.front().alt || rest_.front().ctrl) WaitUntilRead();
     }
     WaitUntilRead();
-    if (held_back) return KeyOutcome::kHeldBack;
-    return answered_ ? KeyOutcome::kTakenIn : KeyOutcome::kNotAnswered;
+    if (held_back) return KeyOutcome::kNotSent;
+    return answered_ ? KeyOutcome::kAccepted : KeyOutcome::kNotAnswered;
   }
 
  private:

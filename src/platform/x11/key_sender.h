@@ -24,7 +24,7 @@ class X11KeySender : public KeySender {
   explicit X11KeySender(std::string host_title, std::string display_name = {});
   ~X11KeySender() override;
 
-  // kHeldBack: the keys from the first that found another window in front were not typed.
+  // kNotSent: the keys from the first that found another window in front were not typed.
   // kNotAnswered: after two seconds in all. A window that can't say when it has read its keys gets
   // a short moment and counts as having taken them in. Throws std::runtime_error when the display
   // is gone or takes no keys from programs.

@@ -3,8 +3,6 @@
 #include <optional>
 #include <stdexcept>
 
-#include "platform/x11/server_grab.h"
-
 namespace velumar {
 
 namespace {

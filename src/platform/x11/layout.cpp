@@ -8,8 +8,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/x11/server_grab.h"
-
 namespace velumar {
 
 namespace {

@@ -15,6 +15,22 @@ extern "C" {
 
 namespace velumar {
 
+// While it lives, no other program gets a word in at the X server: none can move the focus or
+// change the layout. Everything asked meanwhile must go through the same display.
+class X11ServerGrab {
+ public:
+  explicit X11ServerGrab(Display* display) : display_(display) { XGrabServer(display_); }
+  X11ServerGrab(const X11ServerGrab&) = delete;
+  X11ServerGrab& operator=(const X11ServerGrab&) = delete;
+  ~X11ServerGrab() {
+    XUngrabServer(display_);
+    XSync(display_, False);
+  }
+
+ private:
+  Display* display_;
+};
+
 // The keyboard layout of a display at one moment: which key gives a character, and with which
 // modifiers. Spare keys of the layout can be lent to characters that it lacks.
 class X11Layout {
