@@ -45,7 +45,7 @@ std::vector<std::size_t> PlacesInOrder(const std::vector<BarKey>& keys) {
 void PutInOrder(BarArrays& bars) {
   if (InOrder(bars)) return;
   std::vector<BarKey> keys(bars.dates.size());
-  std::ranges::transform(bars.dates, bars.times, keys.begin(), KeyOfMoment);
+  std::ranges::transform(bars.dates, bars.times, keys.begin(), TimestampKey);
   const std::vector<std::size_t> places = PlacesInOrder(keys);
   Pick(bars.dates, places);
   Pick(bars.times, places);

@@ -11,7 +11,7 @@ namespace velumar {
 // Bars are in order by their moments: keys that rise with the date, then the time.
 using BarKey = std::int64_t;
 
-inline BarKey KeyOfMoment(std::int32_t date, std::int32_t time) {
+inline BarKey TimestampKey(std::int32_t date, std::int32_t time) {
   constexpr BarKey kTimesPerDate = 100'000'000;
   return date * kTimesPerDate + time;
 }

@@ -15,7 +15,7 @@ int MinutesOfDay(std::int32_t time) { return time / 10000 * 60 + time / 100 % 10
 
 }  // namespace
 
-int SoundBars(int told_records, std::int64_t file_size, std::size_t record_size) {
+int UsableBarCount(int told_records, std::int64_t file_size, std::size_t record_size) {
   if (record_size == 0) return 0;
   const std::int64_t whole = file_size / static_cast<std::int64_t>(record_size) - 1;
   return static_cast<int>(
@@ -26,8 +26,8 @@ DataFile::DataFile(const std::filesystem::path& path, const BarLayout& layout)
     : file_(path, RawFile::Mode::kRead), layout_(layout) {
   std::array<std::byte, kCountsSize> counts{};
   if (file_.ReadAt(0, counts) < counts.size()) return;
-  bars_ =
-      SoundBars(LoadAt<std::uint16_t>(counts, kRecordsOffset), file_.Size(), layout_.RecordSize());
+  bars_ = UsableBarCount(LoadAt<std::uint16_t>(counts, kRecordsOffset), file_.Size(),
+                         layout_.RecordSize());
 }
 
 Bar DataFile::BarAt(int index) const {

@@ -14,7 +14,7 @@ namespace velumar {
 inline constexpr int kMostBars = 65534;
 
 // The bars that can be believed: those that the count tells and the file holds whole.
-int SoundBars(int told_records, std::int64_t file_size, std::size_t record_size);
+int UsableBarCount(int told_records, std::int64_t file_size, std::size_t record_size);
 
 // Reads one data file.
 class DataFile {

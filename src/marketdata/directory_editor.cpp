@@ -16,9 +16,9 @@ namespace velumar {
 namespace {
 
 // A directory that was missing; it goes again, unless Keep is called.
-class MadeDirectory {
+class CreatedDirectory {
  public:
-  explicit MadeDirectory(const std::filesystem::path& path) : path_(path) {
+  explicit CreatedDirectory(const std::filesystem::path& path) : path_(path) {
     std::error_code error;
     made_ = std::filesystem::create_directories(path_, error);
     if (error) {
@@ -26,12 +26,12 @@ class MadeDirectory {
                                                          "\" can't be made: " + error.message());
     }
   }
-  ~MadeDirectory() {
+  ~CreatedDirectory() {
     std::error_code ignored;
     if (made_) std::filesystem::remove_all(path_, ignored);
   }
-  MadeDirectory(const MadeDirectory&) = delete;
-  MadeDirectory& operator=(const MadeDirectory&) = delete;
+  CreatedDirectory(const CreatedDirectory&) = delete;
+  CreatedDirectory& operator=(const CreatedDirectory&) = delete;
 
   void Keep() { made_ = false; }
 
@@ -58,7 +58,7 @@ void StoreSecurity(std::string_view directory, const NewSecurity& security,
   CheckIdentity(security);
   CheckBars(security, bars, directory);
   const std::filesystem::path path = NativePath(directory);
-  MadeDirectory made(path);
+  CreatedDirectory made(path);
   const auto lock = DirectoryLock::TryHold(path);
   if (!lock) ThrowInUse(path);
   const auto index = LoadOrStart(cache.Kept(), directory);

@@ -131,8 +131,8 @@ SecurityInfo MetaLibReader::Security() const {
                     .interval = state_->interval,
                     .fields = security.told.layout.Columns(),
                     .file_number = security.told.file_number,
-                    .told_first_date = security.told.first_date,
-                    .told_last_date = security.told.last_date};
+                    .indexed_first_date = security.told.first_date,
+                    .indexed_last_date = security.told.last_date};
   const auto path = index.DataPath(security);
   if (!path) return info;
   const DataFile file(*path, index.LayoutOf(security));

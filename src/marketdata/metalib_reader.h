@@ -21,8 +21,8 @@ struct SecurityInfo {
   std::int32_t first_date = 0;  // of the first and last bar, yyyymmdd, 0 without bars
   std::int32_t last_date = 0;
   // What the index files tell of the same two, for a security whose data file is missing.
-  std::int32_t told_first_date = 0;
-  std::int32_t told_last_date = 0;
+  std::int32_t indexed_first_date = 0;
+  std::int32_t indexed_last_date = 0;
 };
 
 // Reads one market data directory. An object serves one operation and is then dropped. Every

@@ -28,7 +28,7 @@ struct MetaLibWriter::State {
   }
 
   // The index may not have told the minutes that the series answered to.
-  void TellMinutes() {
+  void UpdateIndexMinutes() {
     if (!security->IsIntraday() || security->told.minutes != 0) return;
     UpdateIndexRecords(cache, *index, *security, [this](IndexKind kind, ByteSpan record) {
       SetIndexMinutes(kind, record, interval);
@@ -36,7 +36,7 @@ struct MetaLibWriter::State {
     security->told.minutes = interval;
   }
 
-  void TellEnds(const SeriesFile& file) {
+  void UpdateIndexDates(const SeriesFile& file) {
     const SeriesEnds ends = file.Ends();
     UpdateIndexRecords(cache, *index, *security, [&ends](IndexKind kind, ByteSpan record) {
       SetIndexEnds(kind, record, ends);
@@ -128,7 +128,7 @@ void MetaLibWriter::CloseSecurity() {
     state.security->gap = state.interval;
     state.security->gap_stamp = closing->OrderedStamp();
   }
-  state.TellEnds(*closing);
+  state.UpdateIndexDates(*closing);
 }
 
 void MetaLibWriter::WriteSeries(const std::vector<std::int32_t>& dates,
@@ -152,7 +152,7 @@ void MetaLibWriter::WriteSeries(const std::vector<std::int32_t>& dates,
                lows[i],  closes[i], volumes[i], open_interests[i]};
   }
   series.Stage(std::move(bars));
-  state_->TellMinutes();
+  state_->UpdateIndexMinutes();
   series.CommitStaged();
 }
 

@@ -38,8 +38,8 @@ void SeriesFile::TakeIn(RawFile file) {
   size_ = stamp.size;
   std::array<std::byte, kCountsSize> counts{};
   file_->ReadAt(0, counts);
-  bars_ =
-      SoundBars(LoadAt<std::uint16_t>(counts, kRecordsOffset), size_, series_.layout.RecordSize());
+  bars_ = UsableBarCount(LoadAt<std::uint16_t>(counts, kRecordsOffset), size_,
+                         series_.layout.RecordSize());
   is_ordered_ = stamp == series_.ordered || IsStrictlyRising(AllKeys());
 }
 
@@ -50,7 +50,7 @@ std::int64_t SeriesFile::EndOf(int bars) const {
 }
 
 SeriesFile::Key SeriesFile::KeyOf(std::int32_t date, std::int32_t time) const {
-  return KeyOfMoment(date, has_times_ ? time : 0);
+  return TimestampKey(date, has_times_ ? time : 0);
 }
 
 Bar SeriesFile::BarAt(int index) const {

@@ -132,8 +132,8 @@ TEST(DirectoryReading, FilesOfNoUseAreSeriesWithoutBars) {
   const SecurityInfo missing = List(directory)[2];
   EXPECT_EQ(missing.bars, 0);
   EXPECT_EQ(missing.first_date, 0);
-  EXPECT_EQ(missing.told_first_date, 20050103);
-  EXPECT_EQ(missing.told_last_date, 20051107);
+  EXPECT_EQ(missing.indexed_first_date, 20050103);
+  EXPECT_EQ(missing.indexed_last_date, 20051107);
 }
 
 TEST(DirectoryReading, NamesComeInAnyCaseAndUpperCaseWins) {
@@ -170,8 +170,9 @@ TEST(DirectoryReading, ThreeIndexesMakeOneList) {
   EXPECT_THAT(Brief(directory), ElementsAre("BBB:-1 F2 Beta", "AAA:-1 F1 " + long_name,
                                             "ONLY:5 F9 Alpha", "CCC:-1 F700 Caf\xC3\xA9"));
   EXPECT_EQ(list[1].fields, 7);
-  EXPECT_EQ(list[3].told_first_date, 19980105) << "a first date after the last is a century late";
-  EXPECT_EQ(list[3].told_last_date, 20051107);
+  EXPECT_EQ(list[3].indexed_first_date, 19980105)
+      << "a first date after the last is a century late";
+  EXPECT_EQ(list[3].indexed_last_date, 20051107);
 }
 
 TEST(DirectoryReading, AListOfColumnNamesOverridesTheirOrder) {
