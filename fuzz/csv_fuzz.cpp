@@ -3,8 +3,8 @@
 
 #include <cstdlib>
 
-#include "marketdata/csv_error.h"
-#include "marketdata/csv_series.h"
+#include "csv/csv_series.h"
+#include "csv/csv_text.h"
 #include "scratch_folder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {

@@ -4,14 +4,14 @@
 #include <array>
 #include <memory>
 
+#include "base/dates.h"
+
 namespace velumar {
 
 namespace {
 
 constexpr std::size_t kCountsSize = 4;
 constexpr std::size_t kRecordsOffset = 2;
-
-int MinutesOfDay(std::int32_t time) { return time / 10000 * 60 + time / 100 % 100; }
 
 }  // namespace
 
@@ -52,7 +52,7 @@ int SmallestGap(const BarArrays& bars) {
   int smallest = 0;
   for (std::size_t i = 1; i < bars.dates.size(); ++i) {
     if (bars.dates[i] != bars.dates[i - 1]) continue;
-    const int gap = MinutesOfDay(bars.times[i]) - MinutesOfDay(bars.times[i - 1]);
+    const int gap = MinuteOfDay(bars.times[i]) - MinuteOfDay(bars.times[i - 1]);
     if (gap > 0 && (smallest == 0 || gap < smallest)) smallest = gap;
   }
   return smallest;

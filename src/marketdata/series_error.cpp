@@ -5,6 +5,7 @@
 
 #include "base/paths.h"
 #include "marketdata/data_file.h"
+#include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
 
 namespace velumar {
@@ -44,10 +45,6 @@ std::string FileAndSymbol(std::string_view file, std::string_view symbol) {
 }
 
 }  // namespace
-
-std::string IntervalName(int interval) {
-  return interval < 0 ? "daily" : std::to_string(interval) + " minutes";
-}
 
 void ThrowNotOpen() { throw MetaLibError(MetaLibError::kNotOpen, "No directory is open"); }
 

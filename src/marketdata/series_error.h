@@ -9,9 +9,6 @@
 
 namespace velumar {
 
-// "daily", "15 minutes": how messages name an interval (-1 or minutes).
-std::string IntervalName(int interval);
-
 // MetaLibError with a sentence for a trader; `file` is the name that the sentence begins with.
 [[noreturn]] void ThrowNotOpen();
 [[noreturn]] void ThrowNoSeriesSelected(std::string_view call);

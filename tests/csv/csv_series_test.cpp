@@ -1,7 +1,7 @@
-#include "marketdata/csv_series.h"
+#include "csv/csv_series.h"
 
-#include "marketdata/csv_error.h"
-#include "marketdata/csv_guess.h"
+#include "csv/csv_text.h"
+#include "csv/csv_guess.h"
 
 namespace velumar {
 namespace {

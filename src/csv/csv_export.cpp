@@ -1,4 +1,4 @@
-#include "marketdata/csv_export.h"
+#include "csv/csv_export.h"
 
 #include <array>
 #include <charconv>

@@ -1,9 +1,8 @@
-#include "marketdata/csv_values.h"
+#include "csv/csv_values.h"
 
 #include <limits>
 
-#include "marketdata/csv_date_format.h"
-#include "marketdata/csv_error.h"
+#include "csv/csv_text.h"
 
 namespace velumar {
 namespace {

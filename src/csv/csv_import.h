@@ -6,21 +6,21 @@
 #include <string>
 #include <string_view>
 
-#include "marketdata/csv_date_format.h"
+#include "csv/csv_values.h"
 
 namespace velumar {
 
 class IndexCache;
 
-// What is told beside the file; the rest is guessed from its name and its bars.
+// What the user sets; the rest is taken from the file's name and its bars.
 struct CsvImportOptions {
   std::optional<std::string> symbol;  // any case
-  std::optional<std::string> name;    // without it a replaced security keeps its name
+  std::optional<std::string> name;    // default: the name of the replaced security, or the symbol
   std::optional<int> interval;        // -1 or minutes
   CsvDateFormat date_format;
 };
 
-// What came in.
+// What was imported.
 struct CsvImportReport {
   std::string symbol;
   int interval = -1;
@@ -32,9 +32,10 @@ struct CsvImportReport {
   int times_left_out = 0;            // bars of a daily series that had a time
 };
 
-// Adds one security with the bars of a CSV file to a market data directory, or replaces the one of
-// the same symbol and interval, whole or not at all. Reads regular files of at most 64 MiB and
-// kMostBars bars. Throws CsvError, naming file and line, and MetaLibError.
+// Adds the bars of a CSV file to a market data directory as one security, or replaces the one of
+// the same symbol and interval, whole or not at all. The stages are bytes, lines, fields
+// (csv_text.h), columns (csv_columns.h), values (csv_values.h), bars (csv_series.h), then symbol
+// and interval (csv_guess.h). Throws CsvError, naming file and line, and MetaLibError.
 CsvImportReport ImportCsv(const std::filesystem::path& file, std::string_view directory,
                           const CsvImportOptions& options, IndexCache& cache);
 

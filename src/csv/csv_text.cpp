@@ -1,20 +1,19 @@
-#include "marketdata/csv_lines.h"
+#include "csv/csv_text.h"
 
 #include <algorithm>
+#include <system_error>
 
 #include "base/text.h"
-#include "marketdata/csv_error.h"
+#include "base/whole_file.h"
+#include "marketdata/data_file.h"
 
 namespace velumar {
 
 namespace {
 
-constexpr std::size_t kMostCells = 1000;
+constexpr std::size_t kLargestFile = 64 << 20;  // bytes: a thousand per bar of the longest series
+constexpr std::size_t kMostFields = 1000;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-bool IsEmpty(std::string_view line) {
-  return line.find_first_not_of(" \t") == std::string_view::npos;
-}
 
 char SeparatorOf(std::string_view header) {
   char best = ',';
@@ -26,9 +25,20 @@ char SeparatorOf(std::string_view header) {
 
 }  // namespace
 
+std::string ReadCsvBytes(const std::filesystem::path& file) {
+  try {
+    return ReadWholeFile(file, kLargestFile);
+  } catch (const FileError& error) {
+    std::string why = std::string(kCantRead) + ": " + error.Reason();
+    const bool too_large = error.code() == std::errc::file_too_large;
+    if (too_large) why += "; a series holds at most " + std::to_string(kMostBars) + " bars";
+    throw CsvError(why);
+  }
+}
+
 CsvLines::CsvLines(std::string_view text) : rest_(text) {
   if (text.find('\0') != std::string_view::npos) {
-    throw CsvError("this is no plain text; save it as CSV in UTF-8");
+    throw CsvError("this is not plain text; save it as CSV in UTF-8");
   }
   if (rest_.starts_with(kByteOrderMark)) rest_.remove_prefix(kByteOrderMark.size());
   const auto start = rest_.find_first_not_of(" \r\n");
@@ -41,26 +51,26 @@ bool CsvLines::Next() {
     if (rest_.empty()) return false;
     line_ = TakeLine();
     ++number_;
-  } while (IsEmpty(line_));
+  } while (line_.find_first_not_of(" \t") == std::string_view::npos);
   return true;
 }
 
 std::string_view CsvLines::TakeLine() {
   const auto end = std::min(rest_.find_first_of("\r\n"), rest_.size());
   const std::string_view line = rest_.substr(0, end);
-  const std::size_t mark = rest_.substr(end).starts_with("\r\n") ? 2 : 1;
-  rest_.remove_prefix(std::min(end + mark, rest_.size()));
+  const std::size_t line_end = rest_.substr(end).starts_with("\r\n") ? 2 : 1;
+  rest_.remove_prefix(std::min(end + line_end, rest_.size()));
   return line;
 }
 
-const std::vector<std::string>& CsvLines::Cells() {
-  cells_.clear();
+const std::vector<std::string>& CsvLines::Fields() {
+  fields_.clear();
   for (;;) {
     line_.remove_prefix(std::min(line_.find_first_not_of(' '), line_.size()));
-    cells_.push_back(line_.starts_with('"') ? TakeQuoted() : TakePlain());
-    if (line_.empty()) return cells_;
-    if (cells_.size() == kMostCells) {
-      throw CsvError("has more than " + std::to_string(kMostCells) + " cells");
+    fields_.push_back(line_.starts_with('"') ? TakeQuoted() : TakePlain());
+    if (line_.empty()) return fields_;
+    if (fields_.size() == kMostFields) {
+      throw CsvError("has more than " + std::to_string(kMostFields) + " fields");
     }
     line_.remove_prefix(1);
   }
@@ -69,25 +79,25 @@ const std::vector<std::string>& CsvLines::Cells() {
 // Both leave `line_` empty or at a separator.
 
 std::string CsvLines::TakeQuoted() {
-  std::string cell;
+  std::string field;
   for (std::size_t i = 1; i < line_.size(); ++i) {
     if (line_[i] != '"') {
-      cell += line_[i];
+      field += line_[i];
     } else if (line_.substr(i + 1).starts_with('"')) {
-      cell += line_[i++];
+      field += line_[i++];
     } else {
       line_.remove_prefix(i + 1);
-      return Trimmed(cell + TakePlain());
+      return Trimmed(field + TakePlain());
     }
   }
-  throw CsvError("a quote is opened but not closed");
+  throw CsvError("has a quote that is not closed");
 }
 
 std::string CsvLines::TakePlain() {
   const auto end = std::min(line_.find(separator_), line_.size());
-  std::string cell = Trimmed(line_.substr(0, end));
+  std::string field = Trimmed(line_.substr(0, end));
   line_.remove_prefix(end);
-  return cell;
+  return field;
 }
 
 }  // namespace velumar
