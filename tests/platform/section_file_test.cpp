@@ -11,8 +11,8 @@
 
 #include "platform/file_lock.h"
 #include "platform/settings_file.h"
-#include "platform/temp_folder.h"
 #include "support/full_disk.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -55,7 +55,7 @@ TEST(SectionText, TakesWhatAPersonEdits) {
 }
 
 TEST(SettingsFile, KeepsTextsForTheNextProcess) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto file = folder / "new folder/deeper/settings";
   FileSettings settings(file);
   EXPECT_EQ(settings.Read("LastPath"), std::nullopt);
@@ -79,7 +79,7 @@ TEST(SettingsFile, KeepsTextsForTheNextProcess) {
 }
 
 TEST(SettingsFile, TwoProcessesLoseNothingOfEachOther) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto file = folder / "settings";
   constexpr int kSaves = 25;
   const auto save_all = [&](const std::string& prefix) {
@@ -104,7 +104,7 @@ TEST(SettingsFile, TwoProcessesLoseNothingOfEachOther) {
 
 // Damage is kept, and nothing is read without end: neither a device nor a file of any size.
 TEST(SettingsFile, WhatCantBeReadIsKeptAsideAndReported) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto file = folder / "settings";
   const auto holds = [&](const std::string& bytes) {
     return [&, bytes] { WriteFile(file, bytes); };
@@ -145,7 +145,7 @@ TEST(SettingsFile, WhatCantBeReadIsKeptAsideAndReported) {
 }
 
 TEST(SettingsFile, AFullDiskChangesNothing) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto file = folder / "settings";
   FileSettings settings(file);
   settings.Save("Top", "1");
@@ -168,7 +168,7 @@ TEST(SettingsFile, AFullDiskChangesNothing) {
 }
 
 TEST(SettingsFile, WaitsFiveSecondsForAnotherProgram) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   FileSettings settings(folder / "settings");
   const FileLock held(folder / "settings.lock");
   try {
