@@ -1,7 +1,7 @@
 #include "csv/csv_series.h"
 
-#include "csv/csv_text.h"
 #include "csv/csv_guess.h"
+#include "csv/csv_text.h"
 
 namespace velumar {
 namespace {
@@ -68,33 +68,30 @@ TEST(CsvSeries, NamesTheLineThatCannotBeRead) {
   const std::string header = "date,time,open,high,low,close\n";
   const std::string first = "20200102,93000,1,2,1,1\n";
   const std::vector<std::pair<std::string, std::string>> cases = {
-      {header + "20201341,0,1,1,1,1\n", "line 2: the date \"20201341\" is no day of the calendar"},
-      {header + first + "\n20200102,93500,1,2,1,x\n", "line 4: the close \"x\" is no number"},
-      {header + first + "20200102,9:75,1,2,1,1\n", "line 3: the time \"9:75\" is no time of a day"},
+      {header + "20201341,0,1,1,1,1\n", "line 2: the date \"20201341\" is not a valid date"},
+      {header + first + "\n20200102,93500,1,2,1,x\n", "line 4: the close \"x\" is not a number"},
+      {header + first + "20200102,9:75,1,2,1,1\n", "line 3: the time \"9:75\" is not a valid time"},
       {header + first + "20200102,,1,2,1,1\n", "line 3: the time is empty"},
-      {header + first + "20200102,93500,1,2,1\n", "line 3: has 5 cells, the header has 6"},
-      {header + first + "20200102,93500,1,2,1,1,5\n", "line 3: has 7 cells, the header has 6"},
-      {header + first + "20200102,93500,1,\"2,1,1\n", "line 3: a quote is opened but not closed"},
+      {header + first + "20200102,93500,1,2,1\n", "line 3: has 5 fields, the header has 6"},
+      {header + first + "20200102,93500,1,2,1,1,5\n", "line 3: has 7 fields, the header has 6"},
+      {header + first + "20200102,93500,1,\"2,1,1\n", "line 3: has a quote that is not closed"},
       {header + first + first,
-       "line 3: has the date and time of line 2; bars go from the oldest to the newest"},
+       "line 3: has the date and time of line 2; bars must be sorted, oldest first"},
       {header + first + "20200101,94000,1,2,1,1\n20200102,93500,a,2,1,1\n20200103,0,b,2,1,1\n",
-       "line 3: comes before the bar of line 2; bars go from the oldest to the newest (and 2 more "
-       "lines)"},
+       "line 3: is older than line 2; bars must be sorted, oldest first (and 2 more bad lines)"},
       {header + "2020-01-02 09:30,10:00,1,1,1,1\n",
-       "line 2: the date holds another time than the column Time"},
-      {"time,open,high,low\n",
-       "no column Date, Close; the first line is a header that names the columns"},
+       "line 2: the date has another time than the column Time"},
+      {"time,open,high,low\n", "no column Date, Close; the first line must name the columns"},
       {"20200102,1,2,1,1\n",
-       "no column Date, Open, High, Low, Close; the first line is a header that "
-       "names the columns"},
-      {"date,open,high,low,close,Close\n", "the column Close stands twice in the header"},
+       "no column Date, Open, High, Low, Close; the first line must name the columns"},
+      {"date,open,high,low,close,Close\n", "the header names the column Close twice"},
       {"", "the file is empty"},
       {"\xEF\xBB\xBF\r\n\r\n", "the file is empty"},
       {header, "the file has a header but no bars"},
-      {std::string(5000, ','), "has more than 1000 cells"},
+      {std::string(5000, ','), "has more than 1000 fields"},
       {header + std::string(2 * 65535, '\n') + Repeated("x\n", 65535),
-       "holds 65535 bars; a series holds at most 65534"},
-      {std::string("d\0a\0", 4), "this is no plain text; save it as CSV in UTF-8"},
+       "has 65535 bars; a series holds at most 65534"},
+      {std::string("d\0a\0", 4), "this is not plain text; save it as CSV in UTF-8"},
   };
   for (const auto& [text, complaint] : cases)
     EXPECT_EQ(Complaint(text), complaint) << text.substr(0, 200);
@@ -111,7 +108,7 @@ TEST(CsvSeries, BecomesDailyWithoutTimes) {
     ADD_FAILURE() << "two bars on one day";
   } catch (const CsvError& error) {
     EXPECT_STREQ(error.what(),
-                 "line 4: the day 20200102 comes again; a daily series has one bar a day");
+                 "line 4: a second bar of 20200102; a daily series has one bar a day");
   }
 }
 

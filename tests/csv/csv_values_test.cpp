@@ -38,7 +38,7 @@ TEST(CsvNumber, ReadsTheNearestFloat) {
 TEST(CsvNumber, RefusesWhatIsNoNumber) {
   for (const std::string text : {"x", "1x", "1 2", "1,5", "1.2.3", "0x10", "--1", "+-1", "+", "1e",
                                  "1e+", "$5", "null", "-"}) {
-    EXPECT_EQ(Complaint([&] { CsvNumber(text); }), "\"" + text + "\" is no number");
+    EXPECT_EQ(Complaint([&] { CsvNumber(text); }), "\"" + text + "\" is not a number");
   }
   EXPECT_EQ(Complaint([] { CsvNumber(""); }), "is empty");
 }

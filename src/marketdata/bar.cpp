@@ -1,4 +1,4 @@
-#include "marketdata/bar_order.h"
+#include "marketdata/bar.h"
 
 #include <algorithm>
 #include <functional>
@@ -16,7 +16,7 @@ void Pick(std::vector<Value>& values, const std::vector<std::size_t>& places) {
   values = std::move(picked);
 }
 
-bool InOrder(const BarArrays& bars) {
+bool IsSorted(const BarArrays& bars) {
   for (std::size_t i = 1; i < bars.dates.size(); ++i) {
     if (bars.dates[i] < bars.dates[i - 1]) return false;
     if (bars.dates[i] == bars.dates[i - 1] && bars.times[i] <= bars.times[i - 1]) return false;
@@ -30,7 +30,7 @@ bool IsStrictlyRising(const std::vector<BarKey>& keys) {
   return std::ranges::adjacent_find(keys, std::greater_equal<>()) == keys.end();
 }
 
-std::vector<std::size_t> PlacesInOrder(const std::vector<BarKey>& keys) {
+std::vector<std::size_t> SortedPlaces(const std::vector<BarKey>& keys) {
   std::vector<std::size_t> places(keys.size());
   std::iota(places.begin(), places.end(), std::size_t{0});
   std::ranges::stable_sort(places, {}, [&](std::size_t place) { return keys[place]; });
@@ -42,11 +42,11 @@ std::vector<std::size_t> PlacesInOrder(const std::vector<BarKey>& keys) {
   return kept;
 }
 
-void PutInOrder(BarArrays& bars) {
-  if (InOrder(bars)) return;
+void SortBars(BarArrays& bars) {
+  if (IsSorted(bars)) return;
   std::vector<BarKey> keys(bars.dates.size());
   std::ranges::transform(bars.dates, bars.times, keys.begin(), TimestampKey);
-  const std::vector<std::size_t> places = PlacesInOrder(keys);
+  const std::vector<std::size_t> places = SortedPlaces(keys);
   Pick(bars.dates, places);
   Pick(bars.times, places);
   for (auto* values :

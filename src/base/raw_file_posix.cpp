@@ -6,8 +6,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "marketdata/file_error.h"
-#include "marketdata/raw_file.h"
+#include "base/raw_file.h"
 
 namespace velumar {
 
@@ -42,20 +41,20 @@ int OpenFlags(RawFile::Mode mode) {
       return O_RDWR | O_CREAT;
     case RawFile::Mode::kRenew:
       return O_RDWR | O_CREAT | O_TRUNC;
+    default:
+      return O_RDWR | O_CREAT | O_EXCL;
   }
-  return O_RDONLY;
 }
 
-constexpr mode_t kNewFileMode = 0666;
-
-// A pipe or a device would keep the program waiting, or feed it bytes without end.
+// Checked before the file is opened: opening alone wakes some devices.
 int OpenRegular(const std::filesystem::path& path, RawFile::Mode mode) {
   struct stat info {};
-  if (stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode) && !S_ISDIR(info.st_mode)) {
-    errno = ENOTSUP;
+  if (stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode)) {
+    errno = S_ISDIR(info.st_mode) ? EISDIR : ENOTSUP;
     return -1;
   }
-  return open(path.c_str(), OpenFlags(mode) | O_CLOEXEC | O_NONBLOCK, kNewFileMode);
+  const mode_t permissions = mode == RawFile::Mode::kNewPrivate ? 0600 : 0666;
+  return open(path.c_str(), OpenFlags(mode) | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, permissions);
 }
 
 }  // namespace
@@ -66,12 +65,25 @@ std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
   return StampFrom(info);
 }
 
-RawFile::RawFile(const std::filesystem::path& path, Mode mode)
-    : path_(path), handle_(OpenRegular(path, mode)) {
-  if (handle_ < 0) {
-    if (mode == Mode::kRead) ThrowReadFailed(path_, errno);
-    ThrowWriteFailed(path_, errno);
-  }
+bool IsLink(const std::filesystem::path& path) {
+  std::error_code missing;
+  return std::filesystem::is_symlink(path, missing);
+}
+
+bool IsWritable(const std::filesystem::path& file) { return access(file.c_str(), W_OK) == 0; }
+
+void FlushFolder(const std::filesystem::path& folder) {
+  // A file named without a folder is in the current one.
+  const char* const path = folder.empty() ? "." : folder.c_str();
+  const int opened = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (opened < 0) return;
+  fsync(opened);
+  close(opened);
+}
+
+RawFile::RawFile(const std::filesystem::path& path, Mode mode, FileFailure fail)
+    : path_(path), fail_(fail), handle_(OpenRegular(path, mode)) {
+  if (handle_ < 0) fail_(path_, mode == Mode::kRead ? kCantRead : kCantWrite, errno);
 }
 
 RawFile::~RawFile() {
@@ -84,7 +96,7 @@ std::size_t RawFile::ReadAt(std::int64_t offset, ByteSpan into) const {
     const ssize_t got = pread(handle_, into.data() + done, into.size() - done,
                               offset + static_cast<std::int64_t>(done));
     if (got < 0 && errno == EINTR) continue;
-    if (got < 0) ThrowReadFailed(path_, errno);
+    if (got < 0) fail_(path_, kCantRead, errno);
     if (got == 0) break;
     done += static_cast<std::size_t>(got);
   }
@@ -97,38 +109,38 @@ void RawFile::WriteAt(std::int64_t offset, ByteView bytes) {
     const ssize_t put = pwrite(handle_, bytes.data() + done, bytes.size() - done,
                                offset + static_cast<std::int64_t>(done));
     if (put < 0 && errno == EINTR) continue;
-    if (put < 0) ThrowWriteFailed(path_, errno);
+    if (put < 0) fail_(path_, kCantWrite, errno);
     done += static_cast<std::size_t>(put);
   }
 }
 
 void RawFile::Truncate(std::int64_t size) {
   while (ftruncate(handle_, size) != 0) {
-    if (errno != EINTR) ThrowWriteFailed(path_, errno);
+    if (errno != EINTR) fail_(path_, kCantWrite, errno);
   }
 }
 
 void RawFile::Flush() {
   while (fsync(handle_) != 0) {
-    if (errno == EINVAL || errno == ENOTSUP) return;  // the file system knows no flushing
-    if (errno != EINTR) ThrowWriteFailed(path_, errno);
+    if (errno == EINVAL || errno == ENOTSUP) return;  // not supported by the file system
+    if (errno != EINTR) fail_(path_, kCantWrite, errno);
   }
 }
 
 void RawFile::RenameTo(const std::filesystem::path& target) {
-  if (rename(path_.c_str(), target.c_str()) != 0) ThrowWriteFailed(target, errno);
+  if (rename(path_.c_str(), target.c_str()) != 0) fail_(target, kCantWrite, errno);
   path_ = target;
 }
 
 FileStamp RawFile::Stamp() const {
   struct stat info {};
-  if (fstat(handle_, &info) != 0) ThrowReadFailed(path_, errno);
+  if (fstat(handle_, &info) != 0) fail_(path_, kCantRead, errno);
   return StampFrom(info);
 }
 
 void RawFile::StampNow() {
   const timespec times[2] = {{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, Now()};
-  futimens(handle_, times);  // a refusal leaves the time of the change itself, which serves too
+  futimens(handle_, times);  // on failure the file keeps the time of the change, which works too
 }
 
 }  // namespace velumar

@@ -1,43 +1,47 @@
-#include "marketdata/series_error.h"
+#include "marketdata/metalib_error.h"
 
+#include <cerrno>
 #include <charconv>
-#include <string>
+#include <system_error>
 
 #include "base/paths.h"
+#include "marketdata/bar_layout.h"
 #include "marketdata/data_file.h"
 #include "marketdata/interval.h"
-#include "marketdata/metalib_error.h"
 
 namespace velumar {
 
 namespace {
 
-std::string NumberText(float value) {
-  char buffer[32];
-  const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
-  return {buffer, end};
+std::string ReasonText(int error, const std::string& action) {
+  switch (error) {
+    case EACCES:
+    case EPERM:
+      return "no permission to " + action;
+    case ENOENT:
+      return "there is no such file or folder";
+    case EISDIR:
+      return "is a folder, not a file";
+    case ELOOP:
+      return "is a link, which is not followed here";
+    case ENOTSUP:
+      return "is not a regular file";
+    case ENOSPC:
+      return "the disk is full";
+    case EFBIG:
+      return "the file has reached the largest size allowed";
+    case EROFS:
+      return "the disk is read-only";
+    default:
+      return "failed to " + action + ": " + std::generic_category().message(error);
+  }
 }
 
 std::string FieldText(const Bar& bar, BarField field) {
-  switch (field) {
-    case BarField::kDate:
-      return std::to_string(bar.date);
-    case BarField::kTime:
-      return std::to_string(bar.time);
-    case BarField::kOpen:
-      return NumberText(bar.open);
-    case BarField::kHigh:
-      return NumberText(bar.high);
-    case BarField::kLow:
-      return NumberText(bar.low);
-    case BarField::kClose:
-      return NumberText(bar.close);
-    case BarField::kVolume:
-      return NumberText(bar.volume);
-    case BarField::kOpenInterest:
-      return NumberText(bar.open_interest);
-  }
-  return {};
+  if (field == BarField::kDate) return std::to_string(bar.date);
+  if (field == BarField::kTime) return std::to_string(bar.time);
+  char buffer[32];
+  return {buffer, std::to_chars(buffer, buffer + sizeof buffer, bar.*FloatField(field)).ptr};
 }
 
 std::string FileAndSymbol(std::string_view file, std::string_view symbol) {
@@ -45,6 +49,14 @@ std::string FileAndSymbol(std::string_view file, std::string_view symbol) {
 }
 
 }  // namespace
+
+void ThrowMarketFileError(const std::filesystem::path& file, std::string_view failure, int error) {
+  const bool reading = failure == kCantRead;
+  throw MetaLibError(reading ? MetaLibError::kReadFailed : MetaLibError::kWriteFailed,
+                     PathText(file.filename()) + ": " +
+                         ReasonText(error, reading ? "read" : "write") + " (in " +
+                         PathText(file.parent_path()) + ")");
+}
 
 void ThrowNotOpen() { throw MetaLibError(MetaLibError::kNotOpen, "No directory is open"); }
 
@@ -78,7 +90,7 @@ void ThrowSeriesFull(std::string_view file, std::string_view symbol) {
 void ThrowNoColumns(std::string_view file, std::string_view symbol) {
   throw MetaLibError(
       MetaLibError::kNotStorable,
-      FileAndSymbol(file, symbol) + ": the index files don't tell which fields its bars have");
+      FileAndSymbol(file, symbol) + ": the index files do not say which fields its bars have");
 }
 
 void ThrowInUse(const std::filesystem::path& directory) {

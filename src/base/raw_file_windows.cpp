@@ -5,19 +5,20 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "base/handle_windows.h"
+#include "base/raw_file.h"
 #include "base/windows_text.h"
-#include "marketdata/file_error.h"
-#include "marketdata/raw_file.h"
 
 namespace velumar {
 
 namespace {
 
-// Everybody may go on reading, writing and replacing a file that is open here.
+// Others can still read, write and replace a file that is open here.
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 std::int64_t Nanoseconds(const FILETIME& time) {
@@ -53,6 +54,9 @@ DWORD Disposition(RawFile::Mode mode) {
       return OPEN_ALWAYS;
     case RawFile::Mode::kRenew:
       return CREATE_ALWAYS;
+    case RawFile::Mode::kNew:
+    case RawFile::Mode::kNewPrivate:  // a user's own folder is private here, with its files
+      return CREATE_NEW;
     default:
       return OPEN_EXISTING;
   }
@@ -61,22 +65,28 @@ DWORD Disposition(RawFile::Mode mode) {
 DWORD Access(RawFile::Mode mode) {
   if (mode == RawFile::Mode::kRead) return GENERIC_READ;
   const DWORD change = GENERIC_READ | GENERIC_WRITE;
-  // A file can only be renamed by a handle that might also delete it.
-  return mode == RawFile::Mode::kRenew ? change | DELETE : change;
+  // A file can only be renamed through a handle that may also delete it.
+  return Disposition(mode) == CREATE_NEW ? change | DELETE : change;
 }
 
 int Open(const std::filesystem::path& path, RawFile::Mode mode) {
-  const HANDLE handle = ::CreateFileW(path.c_str(), Access(mode), kShareAll, nullptr,
-                                      Disposition(mode), FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (handle == INVALID_HANDLE_VALUE) {
+  NativeHandle handle =
+      OwnedHandle(::CreateFileW(path.c_str(), Access(mode), kShareAll, nullptr, Disposition(mode),
+                                FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!handle) {
     const DWORD code = ::GetLastError();
     const DWORD attributes = ::GetFileAttributesW(path.c_str());
     const bool folder =
         attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     errno = folder ? EISDIR : ErrorNumber(code);
+    ::SetLastError(code);
     return -1;
   }
-  return _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY);
+  if (::GetFileType(handle.get()) != FILE_TYPE_DISK) {
+    errno = ENOTSUP;
+    return -1;
+  }
+  return _open_osfhandle(reinterpret_cast<std::intptr_t>(handle.release()), _O_BINARY);
 }
 
 OVERLAPPED At(std::int64_t offset) {
@@ -102,8 +112,8 @@ bool RenameByHandle(HANDLE handle, const std::filesystem::path& target, DWORD fl
                                       static_cast<DWORD>(buffer.size())) != 0;
 }
 
-// In the place of a file that others may have open: they keep the old one. Data copied from a disc
-// is read-only.
+// Replaces a file that others may have open: they keep the old one. Data copied from a disc is
+// read-only.
 bool RenameUnderReaders(HANDLE handle, const std::filesystem::path& target) {
   return RenameByHandle(handle, target, kReplaceAsPosix | kReplaceReadOnly) ||
          RenameByHandle(handle, target, kReplaceAsPosix);
@@ -114,15 +124,15 @@ bool Move(const std::filesystem::path& from, const std::filesystem::path& to) {
                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
 
-// A name in the folder that nobody has or looks at.
+// An unused name in the folder.
 std::filesystem::path NameAside(const std::filesystem::path& folder) {
   static std::atomic<unsigned> count = 0;
   return folder / (".velumar.old-" + std::to_string(::GetCurrentProcessId()) + "-" +
                    std::to_string(++count));
 }
 
-// For disks that know no renaming under readers. A file that somebody has open moves out of the way
-// first; it goes when the last one closes it.
+// For disks without POSIX renames. A file that somebody has open is renamed first and deleted when
+// the last one closes it.
 bool RenameByMoving(const std::filesystem::path& from, const std::filesystem::path& to) {
   if (Move(from, to)) return true;
   const DWORD code = ::GetLastError();
@@ -143,6 +153,21 @@ bool RenameByMoving(const std::filesystem::path& from, const std::filesystem::pa
   return false;
 }
 
+// Another program may be reading the file, which takes it a moment.
+bool Retried(const std::function<bool()>& attempt) {
+  constexpr int kTries = 50;
+  for (int tries = 1; !attempt(); ++tries) {
+    const DWORD code = ::GetLastError();
+    const bool busy = code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION;
+    if (!busy || tries == kTries) {
+      ::SetLastError(code);
+      return false;
+    }
+    ::Sleep(2);
+  }
+  return true;
+}
+
 }  // namespace
 
 std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
@@ -154,12 +179,28 @@ std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
   return stamp;
 }
 
-RawFile::RawFile(const std::filesystem::path& path, Mode mode)
-    : path_(path), handle_(Open(path, mode)) {
-  if (handle_ < 0) {
-    if (mode == Mode::kRead) ThrowReadFailed(path_, errno);
-    ThrowWriteFailed(path_, errno);
-  }
+// Files kept in a cloud are reparse points too; only those that stand for another name are links.
+bool IsLink(const std::filesystem::path& path) {
+  constexpr DWORD kStandsForAnotherName = 0x20000000;
+  WIN32_FIND_DATAW found{};
+  const HANDLE search = ::FindFirstFileW(path.c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return false;
+  ::FindClose(search);
+  return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         (found.dwReserved0 & kStandsForAnotherName) != 0;
+}
+
+bool IsWritable(const std::filesystem::path& file) {
+  const DWORD attributes = ::GetFileAttributesW(file.c_str());
+  return attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_READONLY) == 0;
+}
+
+// The journal of the file system keeps renames in order.
+void FlushFolder(const std::filesystem::path&) {}
+
+RawFile::RawFile(const std::filesystem::path& path, Mode mode, FileFailure fail)
+    : path_(path), fail_(fail), handle_(Open(path, mode)) {
+  if (handle_ < 0) fail_(path_, mode == Mode::kRead ? kCantRead : kCantWrite, errno);
 }
 
 RawFile::~RawFile() {
@@ -175,7 +216,7 @@ std::size_t RawFile::ReadAt(std::int64_t offset, ByteSpan into) const {
                    &got, &place) == 0) {
       const DWORD code = ::GetLastError();
       if (code == ERROR_HANDLE_EOF) break;
-      ThrowReadFailed(path_, ErrorNumber(code));
+      fail_(path_, kCantRead, ErrorNumber(code));
     }
     if (got == 0) break;
     done += got;
@@ -190,7 +231,7 @@ void RawFile::WriteAt(std::int64_t offset, ByteView bytes) {
     DWORD put = 0;
     if (::WriteFile(Native(handle_), bytes.data() + done, static_cast<DWORD>(bytes.size() - done),
                     &put, &place) == 0) {
-      ThrowWriteFailed(path_, ErrorNumber(::GetLastError()));
+      fail_(path_, kCantWrite, ErrorNumber(::GetLastError()));
     }
     done += put;
   }
@@ -200,32 +241,36 @@ void RawFile::Truncate(std::int64_t size) {
   FILE_END_OF_FILE_INFO info{};
   info.EndOfFile.QuadPart = size;
   if (::SetFileInformationByHandle(Native(handle_), FileEndOfFileInfo, &info, sizeof info) == 0) {
-    ThrowWriteFailed(path_, ErrorNumber(::GetLastError()));
+    fail_(path_, kCantWrite, ErrorNumber(::GetLastError()));
   }
 }
 
 void RawFile::Flush() {
   if (::FlushFileBuffers(Native(handle_)) == 0) {
-    ThrowWriteFailed(path_, ErrorNumber(::GetLastError()));
+    fail_(path_, kCantWrite, ErrorNumber(::GetLastError()));
   }
 }
 
 void RawFile::RenameTo(const std::filesystem::path& target) {
-  const bool renamed = RenameUnderReaders(Native(handle_), target) || RenameByMoving(path_, target);
-  if (!renamed) ThrowWriteFailed(target, ErrorNumber(::GetLastError()));
-  // Others mostly allow no handle beside theirs that might delete the file.
-  *this = RawFile(target, Mode::kChange);
+  const bool renamed = Retried(
+      [&] { return RenameUnderReaders(Native(handle_), target) || RenameByMoving(path_, target); });
+  if (!renamed) fail_(target, kCantWrite, ErrorNumber(::GetLastError()));
+  // Most programs cannot open a file next to a handle that may delete it.
+  _close(std::exchange(handle_, -1));
+  path_ = target;
+  Retried([&] { return (handle_ = Open(target, Mode::kChange)) >= 0; });
+  if (handle_ < 0) fail_(target, kCantWrite, errno);
 }
 
 FileStamp RawFile::Stamp() const {
   const std::optional<FileStamp> stamp = StampFrom(Native(handle_));
-  if (!stamp) ThrowReadFailed(path_, ErrorNumber(::GetLastError()));
+  if (!stamp) fail_(path_, kCantRead, ErrorNumber(::GetLastError()));
   return *stamp;
 }
 
 void RawFile::StampNow() {
   const FILETIME now = Now();
-  // A refusal leaves the time of the change itself, which serves too.
+  // On failure the file keeps the time of the change, which works too.
   ::SetFileTime(Native(handle_), nullptr, nullptr, &now);
 }
 

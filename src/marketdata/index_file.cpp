@@ -1,8 +1,10 @@
-#include "marketdata/index_image.h"
+#include "marketdata/index_file.h"
 
 #include <algorithm>
+#include <span>
 
-#include "marketdata/raw_file.h"
+#include "marketdata/directory_index.h"
+#include "marketdata/metalib_error.h"
 
 namespace velumar {
 
@@ -10,11 +12,22 @@ namespace {
 
 constexpr std::size_t kMostRecordsRead = 65536;  // with the header
 
+// The header's count may be wrong, so every record of the file is cleared. An incomplete record at
+// the end is dropped.
+std::vector<std::byte> WithoutDates(IndexKind kind, std::vector<std::byte> bytes) {
+  const std::size_t size = IndexRecordSize(kind);
+  bytes.resize(bytes.size() - bytes.size() % size);
+  for (std::size_t offset = size; offset < bytes.size(); offset += size) {
+    ClearIndexDates(kind, std::span(bytes).subspan(offset, size));
+  }
+  return bytes;
+}
+
 }  // namespace
 
 std::vector<std::byte> ReadIndexBytes(IndexKind kind, const std::filesystem::path& path) {
   if (path.empty()) return {};
-  const RawFile file(path, RawFile::Mode::kRead);
+  const RawFile file(path, RawFile::Mode::kRead, ThrowMarketFileError);
   const auto most = static_cast<std::int64_t>(kMostRecordsRead * IndexRecordSize(kind));
   std::vector<std::byte> bytes(static_cast<std::size_t>(std::min(file.Size(), most)));
   bytes.resize(file.ReadAt(0, bytes));
@@ -26,7 +39,7 @@ IndexImage::IndexImage(IndexKind kind, const std::filesystem::path& path)
   records_ = IndexRecordCount(kind_, bytes_);
   const std::size_t size = IndexRecordSize(kind_);
   if (bytes_.size() < size) bytes_ = NewIndexHeader(kind_);
-  bytes_.resize(size * (records_ + 1));  // what lies behind the last record is no security
+  bytes_.resize(size * (records_ + 1));  // bytes after the last record are no security
 }
 
 std::vector<int> IndexImage::FileNumbers() const {
@@ -56,11 +69,21 @@ void IndexImage::RemoveAt(std::int64_t offset) {
   --records_;
 }
 
-ByteView IndexImage::Sealed() {
+ByteView IndexImage::Finished() {
   const std::vector<int> numbers = FileNumbers();
   const int highest = numbers.empty() ? 0 : *std::ranges::max_element(numbers);
   SetIndexCount(kind_, ByteSpan(bytes_).first(IndexRecordSize(kind_)), records_, highest);
   return bytes_;
+}
+
+void CopyIndexFiles(const std::filesystem::path& from, const std::filesystem::path& to) {
+  const DirectoryListing files = DirectoryListing::Read(from);
+  for (const IndexKind kind : kIndexKinds) {
+    const std::string_view name = files.Find(IndexFileName(kind));
+    if (name.empty()) continue;
+    const std::vector<std::byte> bytes = WithoutDates(kind, ReadIndexBytes(kind, from / name));
+    RawFile::OpenUnlinked(to / name, RawFile::Mode::kRenew, ThrowMarketFileError).WriteAt(0, bytes);
+  }
 }
 
 }  // namespace velumar
