@@ -5,7 +5,7 @@
 
 #include "csv/csv_series.h"
 #include "csv/csv_text.h"
-#include "scratch_folder.h"
+#include "packed_files.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
   using namespace velumar;

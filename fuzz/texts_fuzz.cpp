@@ -8,10 +8,10 @@
 
 #include "base/dates.h"
 #include "base/number_text.h"
+#include "packed_files.h"
 #include "platform/key_notation.h"
 #include "platform/posix/registry_value_text.h"
 #include "platform/section_text.h"
-#include "scratch_folder.h"
 
 namespace velumar {
 namespace {
