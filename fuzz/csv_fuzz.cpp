@@ -3,9 +3,9 @@
 
 #include <cstdlib>
 
-#include "marketdata/csv_error.h"
-#include "marketdata/csv_series.h"
-#include "scratch_folder.h"
+#include "csv/csv_series.h"
+#include "csv/csv_text.h"
+#include "packed_files.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
   using namespace velumar;

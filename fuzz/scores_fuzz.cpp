@@ -5,9 +5,9 @@
 #include <cstdlib>
 
 #include "forms/desktop.h"
+#include "packed_files.h"
 #include "platform/virtual_platform.h"
 #include "scored/score.h"
-#include "scratch_folder.h"
 #include "session/sim_session.h"
 #include "shell/score_board.h"
 

@@ -7,8 +7,8 @@
 
 #include "base/dates.h"
 #include "base/number_text.h"
+#include "packed_files.h"
 #include "platform/key_notation.h"
-#include "scratch_folder.h"
 
 namespace velumar {
 namespace {

@@ -52,15 +52,6 @@ std::size_t FixedPlaces(std::string_view whole) {
       std::count_if(whole.begin() + static_cast<std::ptrdiff_t>(zero), whole.end(), IsPlace));
 }
 
-std::string Grouped(std::string_view digits) {
-  std::string text;
-  for (std::size_t i = 0; i < digits.size(); ++i) {
-    if (i > 0 && (digits.size() - i) % 3 == 0) text += ',';
-    text += digits[i];
-  }
-  return text;
-}
-
 // Digits fill the places from the point outward; literals stand between them as the pattern says,
 // and digits beyond the leftmost place in front.
 std::string Filled(std::string_view whole, std::string_view digits) {
@@ -85,7 +76,7 @@ std::string Formatted(const Decimal& number, std::string_view pattern) {
   if (digits.size() < fixed) digits.insert(0, fixed - digits.size(), '0');
 
   const bool grouped = places.whole.find(',') != std::string_view::npos;
-  std::string text = grouped ? Grouped(digits) : Filled(places.whole, digits);
+  std::string text = grouped ? GroupedNumber(digits) : Filled(places.whole, digits);
   std::string fraction = rounded.FractionDigits();
   if (fraction.size() < places.fixed_decimals) fraction.resize(places.fixed_decimals, '0');
   if (!fraction.empty()) text += "." + fraction;
@@ -179,6 +170,15 @@ std::string PatternText(std::int32_t value, std::string_view pattern) {
 std::string PatternText(std::string_view text, std::string_view pattern) {
   const std::optional<Decimal> decimal = Decimal::FromText(text);
   return decimal ? Formatted(*decimal, pattern) : std::string(text);
+}
+
+std::string GroupedNumber(std::string number) {
+  const std::size_t first_digit = number.starts_with('-') ? 1 : 0;
+  for (std::size_t at = std::min(number.find('.'), number.size()); at > first_digit + 3;) {
+    at -= 3;
+    number.insert(at, 1, ',');
+  }
+  return number;
 }
 
 }  // namespace velumar

@@ -31,6 +31,9 @@ std::string PatternText(std::int32_t value, std::string_view pattern);
 // A text that holds no number passes unchanged.
 std::string PatternText(std::string_view text, std::string_view pattern);
 
+// Thousands grouping of a number's plain digits: "-1234567.25" becomes "-1,234,567.25".
+std::string GroupedNumber(std::string number);
+
 inline constexpr std::string_view kWholePattern = "###,###,##0";
 inline constexpr std::string_view kTwoDecimalsPattern = "###,###,##0.0#";
 inline constexpr std::string_view kQuantityPattern = "###,###,##0.#########";

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "cli/commands.h"
-#include "marketdata/csv_export.h"
+#include "csv/csv_export.h"
 #include "marketdata/interval.h"
 
 namespace velumar {

@@ -5,8 +5,8 @@
 
 #include "base/paths.h"
 #include "cli/commands.h"
-#include "marketdata/csv_error.h"
-#include "marketdata/csv_import.h"
+#include "csv/csv_import.h"
+#include "csv/csv_text.h"
 #include "marketdata/interval.h"
 
 namespace velumar {

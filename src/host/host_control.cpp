@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "base/counted.h"
 #include "base/ignoring.h"
 #include "base/number_text.h"
 #include "base/paths.h"
+#include "base/scoped_counter.h"
 #include "base/text.h"
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
@@ -45,8 +45,8 @@ void HostControl::CloseCharts() {
   SetStatusLine(desktop_, "");
   if (!running) IgnoringErrors([&] { StartHost(); });
   MaximizeHost();
-  const Counted opening(opening_);
-  const Counted chart_comes = trader_.ExpectChart();
+  const ScopedCounter opening(opening_);
+  const ScopedCounter chart_comes = trader_.ExpectChart();
   SetStatusLine(desktop_, "Wait for  close all chart  ....");
   FocusHost();
   Send(kCloseCharts);
@@ -55,8 +55,8 @@ void HostControl::CloseCharts() {
 void HostControl::OpenChart() {
   const FocusReturn returning(platform_.chart_windows, trader_);
   {
-    const Counted opening(opening_);
-    const Counted chart_comes = trader_.ExpectChart();
+    const ScopedCounter opening(opening_);
+    const ScopedCounter chart_comes = trader_.ExpectChart();
     FocusHost();
     SetStatusLine(desktop_, "Open data for [" + session_.Run.symbol + "] ....");
     Send(kOpenDialog);
@@ -83,7 +83,7 @@ void HostControl::BlinkLoadingNotice() {
 void HostControl::StartHost() {
   const std::string folder = registry_.HostProgramPath();
   if (folder.empty()) return;
-  const Counted chart_comes = trader_.ExpectChart();
+  const ScopedCounter chart_comes = trader_.ExpectChart();
   SetStatusLine(desktop_, "Loading Meta Stock Program ....");
   const std::string command_line =
       WithClosingBackslash(folder) + std::string(kChartProgramFile) + " /l /e";

@@ -20,6 +20,9 @@ inline constexpr std::string_view kDailyInterval = "D";
 std::optional<int> IntervalFromText(std::string_view text);
 std::string IntervalText(int interval);
 
+// As messages name it: "daily", "15 minutes".
+std::string IntervalName(int interval);
+
 // What an interval text asks of the reader and the writer.
 struct SeriesArguments {
   int daily = 0;         // 1 for a daily series

@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/counted.h"
+#include "base/scoped_counter.h"
 #include "base/text.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
@@ -33,7 +33,7 @@ std::string NoteOf(const std::string& name, const std::string& interval) {
 
 void SymbolCatalogue::BuildSymbolList() {
   const int build = ++builds_;
-  const Counted on_the_stack(building_);
+  const ScopedCounter on_the_stack(building_);
   int cancels = 0;
   desktop_.form1().Combo1.Clear();
   while (StillWanted(build)) {

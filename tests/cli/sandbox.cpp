@@ -6,7 +6,7 @@
 
 #include "base/paths.h"
 #include "cli/cli_program.h"
-#include "support/fresh_folder.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 

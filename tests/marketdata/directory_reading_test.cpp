@@ -9,12 +9,12 @@ namespace velumar {
 
 namespace {
 
-std::vector<SecurityInfo> List(const Scratch& directory) {
+std::vector<SecurityInfo> List(const ScratchFolder& directory) {
   IndexCache cache;
   return SecuritiesIn(directory.Text(), cache);
 }
 
-std::vector<std::string> Brief(const Scratch& directory) {
+std::vector<std::string> Brief(const ScratchFolder& directory) {
   IndexCache cache;
   return ListOf(directory.Text(), cache);
 }
@@ -72,7 +72,7 @@ TEST(DirectoryReading, EveryShapeOfRecordInEveryIndex) {
                     {"EMASTER", Emaster({with_bits}), "F1.DAT"},
                     {"XMASTER", Xmaster({bits_alone}), "F256.MWD"}};
     for (const auto& index : kIndexes) {
-      const Scratch directory;
+      const ScratchFolder directory;
       directory.Write(index.index, index.bytes);
       directory.Write(index.data, DataBytes(shape.fields, 2, {RecordOf(shape)}));
       EXPECT_THAT(ReadBars(directory, "AAA", interval), ElementsAre(shape.bar))
@@ -83,7 +83,7 @@ TEST(DirectoryReading, EveryShapeOfRecordInEveryIndex) {
 
 TEST(DirectoryReading, BitsOfNoUsableFieldsMeanTheUsualSeven) {
   for (const int bits : {0x00, 0x01, 0x19, 0xFE}) {
-    const Scratch directory;
+    const ScratchFolder directory;
     directory.Write("XMASTER", Xmaster({{.number = 300, .bits = bits}}));
     directory.Write("F300.MWD", DataBytes(7, 2, {RecordOf(kUsual)}));
     EXPECT_THAT(ReadBars(directory), ElementsAre(kUsual.bar)) << bits;
@@ -106,7 +106,7 @@ TEST(DirectoryReading, CountsAreBelievedAsFarAsTheFilesHoldThem) {
                {0, 3 * kRecord, 0},
                {4, 5, 0}};
   for (const auto& row : kRows) {
-    const Scratch directory;
+    const ScratchFolder directory;
     directory.Write("MASTER", Master({{}}));
     directory.Write("F1.DAT", DataBytes(7, row.told, {whole.substr(0, row.bytes)}));
     EXPECT_EQ(ReadBars(directory).size(), row.bars) << row.told << " told, " << row.bytes;
@@ -115,7 +115,7 @@ TEST(DirectoryReading, CountsAreBelievedAsFarAsTheFilesHoldThem) {
 }
 
 TEST(DirectoryReading, FilesOfNoUseAreSeriesWithoutBars) {
-  const Scratch directory;
+  const ScratchFolder directory;
   directory.Write("MASTER",
                   Master({{.number = 1, .symbol = "EMPTY"},
                           {.number = 2, .symbol = "SHORT"},
@@ -132,12 +132,12 @@ TEST(DirectoryReading, FilesOfNoUseAreSeriesWithoutBars) {
   const SecurityInfo missing = List(directory)[2];
   EXPECT_EQ(missing.bars, 0);
   EXPECT_EQ(missing.first_date, 0);
-  EXPECT_EQ(missing.told_first_date, 20050103);
-  EXPECT_EQ(missing.told_last_date, 20051107);
+  EXPECT_EQ(missing.indexed_first_date, 20050103);
+  EXPECT_EQ(missing.indexed_last_date, 20051107);
 }
 
 TEST(DirectoryReading, NamesComeInAnyCaseAndUpperCaseWins) {
-  const Scratch directory;
+  const ScratchFolder directory;
   directory.Write("master", Master({{.number = 12, .symbol = "LOWER"}}));
   directory.Write("f12.dat", DailyBytes({DailyBar(20051107)}));
   EXPECT_THAT(ReadBars(directory, "LOWER"), ElementsAre(DailyBar(20051107)));
@@ -149,7 +149,7 @@ TEST(DirectoryReading, NamesComeInAnyCaseAndUpperCaseWins) {
 
 TEST(DirectoryReading, ThreeIndexesMakeOneList) {
   const std::string long_name = "Alpha and Omega Holdings";
-  const Scratch directory;
+  const ScratchFolder directory;
   // MASTER tells more securities than it has, EMASTER is torn inside its third record.
   directory.Write("MASTER", Master({{.number = 2, .symbol = "BBB", .name = "Beta"},
                                     {.number = 0, .symbol = "GONE"},
@@ -170,12 +170,13 @@ TEST(DirectoryReading, ThreeIndexesMakeOneList) {
   EXPECT_THAT(Brief(directory), ElementsAre("BBB:-1 F2 Beta", "AAA:-1 F1 " + long_name,
                                             "ONLY:5 F9 Alpha", "CCC:-1 F700 Caf\xC3\xA9"));
   EXPECT_EQ(list[1].fields, 7);
-  EXPECT_EQ(list[3].told_first_date, 19980105) << "a first date after the last is a century late";
-  EXPECT_EQ(list[3].told_last_date, 20051107);
+  EXPECT_EQ(list[3].indexed_first_date, 19980105)
+      << "a first date after the last is a century late";
+  EXPECT_EQ(list[3].indexed_last_date, 20051107);
 }
 
 TEST(DirectoryReading, AListOfColumnNamesOverridesTheirOrder) {
-  const Scratch directory;
+  const ScratchFolder directory;
   directory.Write("MASTER", Master({{.fields = 5}}));
   directory.Write("F1.DAT",
                   DataBytes(5, 2, {Word(1) + Word(1051107) + Word(2) + Word(3) + Word(4)}));
@@ -193,7 +194,7 @@ TEST(DirectoryReading, AListOfColumnNamesOverridesTheirOrder) {
 }
 
 TEST(DirectoryReading, MinutesThatTheIndexDoesNotTellComeFromTheBars) {
-  const Scratch directory;
+  const ScratchFolder directory;
   const auto intraday = [](std::initializer_list<std::pair<int, int>> moments) {
     std::vector<std::string> records;
     for (const auto& [date, time] : moments) {

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <iterator>
 
 #include "marketdata/metalib_reader.h"
 
@@ -40,29 +38,6 @@ std::string Header(std::size_t size, const std::vector<Listed>& securities, int 
 }
 
 }  // namespace
-
-Scratch::Scratch(const Scratch& other) : ScratchFolder() {
-  std::filesystem::copy(other.Path(), Path(), std::filesystem::copy_options::recursive);
-}
-
-void Scratch::Write(std::string_view name, std::string_view bytes) const {
-  std::ofstream(*this / name, std::ios::binary) << bytes;
-}
-
-std::string Scratch::Read(std::string_view name) const {
-  std::ifstream file(*this / name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::vector<std::string> Scratch::Names() const {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(Path())) {
-    const std::string name = entry.path().filename().string();
-    if (name != ".velumar.lock") names.push_back(name);
-  }
-  std::ranges::sort(names);
-  return names;
-}
 
 std::string Hex(std::string_view digits) {
   std::string bytes;
@@ -167,7 +142,7 @@ Bar TimedBar(int date, int time, float close) {
   return {date, time, close - 1, close + 2, close - 2, close, 1000 * close, 7};
 }
 
-std::vector<Bar> ReadBars(const Scratch& directory, std::string_view symbol, int interval) {
+std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbol, int interval) {
   return ReadBars(directory.Text(), std::string(symbol), interval);
 }
 

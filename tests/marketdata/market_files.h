@@ -12,19 +12,6 @@
 
 namespace velumar {
 
-class Scratch : public ScratchFolder {
- public:
-  Scratch() = default;
-  Scratch(const Scratch& other);  // with a copy of its files
-  Scratch& operator=(const Scratch&) = delete;
-
-  std::string Text() const { return Path().string(); }
-  std::filesystem::path operator/(std::string_view name) const { return Path() / name; }
-  void Write(std::string_view name, std::string_view bytes) const;
-  std::string Read(std::string_view name) const;
-  std::vector<std::string> Names() const;  // sorted, without the lock file
-};
-
 // "5D FE 58 4D" as four bytes.
 std::string Hex(std::string_view digits);
 
@@ -56,7 +43,7 @@ Bar DailyBar(int date, float close = 10);
 Bar TimedBar(int date, int time, float close = 10);
 
 // By a fresh reader that keeps nothing.
-std::vector<Bar> ReadBars(const Scratch& directory, std::string_view symbol = "AAA",
+std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbol = "AAA",
                           int interval = -1);
 
 std::vector<SecurityInfo> SecuritiesIn(const std::string& directory, IndexCache& cache);

@@ -3,9 +3,9 @@
 #include <array>
 #include <optional>
 
+#include "marketdata/data_file.h"
 #include "marketdata/directory_lock.h"
 #include "marketdata/market_files.h"
-#include "marketdata/replacement_file.h"
 
 namespace velumar {
 
@@ -20,13 +20,13 @@ std::string ReadThrough(const RawFile& file) {
 }
 
 // The chart program may have a file open at the moment in which a step replaces it.
-TEST(ReplacementFile, TakesThePlaceOfAFileThatAReaderHasOpen) {
-  const Scratch directory;
+TEST(FileReplacement, TakesThePlaceOfAFileThatAReaderHasOpen) {
+  const ScratchFolder directory;
   directory.Write("F1.DAT", "the old bars");
   std::optional<RawFile> reader(std::in_place, directory / "F1.DAT", RawFile::Mode::kRead);
   const auto before = StampOf(directory / "F1.DAT");
   for (const std::string_view bars : {"new bars", "newer bars, and more of them"}) {
-    ReplacementFile fresh(directory / "F1.DAT");
+    FileReplacement fresh = ReplacementOf(directory / "F1.DAT");
     fresh.Write(Bytes(bars));
     EXPECT_NE(directory.Read("F1.DAT"), bars);
     const RawFile written = fresh.Commit();
@@ -38,19 +38,19 @@ TEST(ReplacementFile, TakesThePlaceOfAFileThatAReaderHasOpen) {
   EXPECT_NE(StampOf(directory / "F1.DAT"), before);
   reader.reset();
   EXPECT_EQ(directory.Names(), std::vector<std::string>{"F1.DAT"}) << "the old one is gone";
-  { ReplacementFile given_up(directory / "F1.DAT"); }
+  { const FileReplacement given_up = ReplacementOf(directory / "F1.DAT"); }
   EXPECT_EQ(directory.Names(), std::vector<std::string>{"F1.DAT"});
 }
 
 // Data copied from a disc.
-TEST(ReplacementFile, TakesThePlaceOfAReadOnlyFile) {
-  const Scratch directory;
+TEST(FileReplacement, TakesThePlaceOfAReadOnlyFile) {
+  const ScratchFolder directory;
   directory.Write("F1.DAT", "the old bars");
   constexpr auto kWrite = std::filesystem::perms::owner_write |
                           std::filesystem::perms::group_write |
                           std::filesystem::perms::others_write;
   std::filesystem::permissions(directory / "F1.DAT", kWrite, std::filesystem::perm_options::remove);
-  ReplacementFile fresh(directory / "F1.DAT");
+  FileReplacement fresh = ReplacementOf(directory / "F1.DAT");
   fresh.Write(Bytes("new bars"));
   fresh.Commit();
   EXPECT_EQ(directory.Read("F1.DAT"), "new bars");
@@ -58,7 +58,7 @@ TEST(ReplacementFile, TakesThePlaceOfAReadOnlyFile) {
 }
 
 TEST(RawFile, GrowsIsCutAndReadsToItsEnd) {
-  const Scratch directory;
+  const ScratchFolder directory;
   RawFile file(directory / "F1.DAT", RawFile::Mode::kCreate);
   file.WriteAt(4, Bytes("5678"));
   file.WriteAt(0, Bytes("1234"));
@@ -74,7 +74,7 @@ TEST(RawFile, GrowsIsCutAndReadsToItsEnd) {
 }
 
 TEST(DirectoryLock, OneWriterHoldsItWithoutHidingAnything) {
-  const Scratch directory;
+  const ScratchFolder directory;
   EXPECT_FALSE(DirectoryLock::IsHeld(directory.Text()));
   auto held = DirectoryLock::TryHold(directory.Text());
   ASSERT_TRUE(held);

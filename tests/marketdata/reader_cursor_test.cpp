@@ -29,7 +29,7 @@ class ReaderCursor : public testing::Test {
     return reader_.BarDateAtCursor();
   }
 
-  Scratch directory_;
+  ScratchFolder directory_;
   IndexCache cache_;
   MetaLibReader reader_{cache_};
 };

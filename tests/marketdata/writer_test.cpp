@@ -57,7 +57,7 @@ class Writer : public testing::Test {
     With(symbol, interval, [&](MetaLibWriter& writer) { Append(writer, bar); });
   }
 
-  Scratch directory_;
+  ScratchFolder directory_;
   IndexCache cache_;
 };
 

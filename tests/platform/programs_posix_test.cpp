@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "platform/command_line.h"
-#include "platform/temp_folder.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -55,7 +55,7 @@ std::string ErrorOfStarting(const std::string& command_line) {
 }
 
 TEST(SystemPrograms, StartsApartWithItsArguments) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   fs::create_directory(folder / "my charts");
   MakeProgram(folder / "my charts/MSWIN.EXE",
               "#!/bin/sh\nread line\necho \"$@\" \"<$line>\" > \"$(dirname \"$0\")/part\"\n"
@@ -69,7 +69,7 @@ TEST(SystemPrograms, StartsApartWithItsArguments) {
 }
 
 TEST(SystemPrograms, AProgramThatCantStartIsNamed) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const std::string path = folder.Path().string() + "/MSWIN.EXE";
   EXPECT_THAT(ErrorOfStarting(path + " /l /e"), AllOf(HasSubstr(path), HasSubstr("no such file")));
   MakeProgram(path, "#!/bin/sh\n", fs::perms::owner_read);
@@ -79,7 +79,7 @@ TEST(SystemPrograms, AProgramThatCantStartIsNamed) {
 }
 
 TEST(SystemPrograms, TheBrowserIsFoundInThePath) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const char* const path = std::getenv("PATH");
   const std::string before = path == nullptr ? "" : path;
   ::setenv("PATH", ("/nowhere:" + folder.Path().string() + ":" + before).c_str(), 1);

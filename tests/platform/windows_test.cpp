@@ -10,10 +10,10 @@
 #include "base/whole_file.h"
 #include "base/windows_text.h"
 #include "platform/file_lock.h"
-#include "platform/temp_folder.h"
 #include "platform/windows/programs.h"
 #include "platform/windows/waits.h"
 #include "registry_driver.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -44,7 +44,7 @@ TEST(SystemRegistry, WhatIsForAllUsersLiesInTheViewOf32Bits) {
 }
 
 TEST(WholeFile, IsReplacedWholeOrNotAtAll) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto file = folder / "settings";
   constexpr std::size_t kLimit = 7;
   ReplaceWholeFile(file, "one", FileAccess::kUserAlone);
@@ -70,7 +70,7 @@ TEST(WholeFile, IsReplacedWholeOrNotAtAll) {
 
 TEST(FileLock, IsHeldByOneUntilItEnds) {
   using State = FileLock::State;
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto file = folder / "running";
   WriteFile(file, "left by another machine");
   FileLock first(file);

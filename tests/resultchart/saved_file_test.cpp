@@ -12,8 +12,8 @@
 #include "resultchart/chart_file.h"
 #include "resultchart/report_pages.h"
 #include "resultchart/result_plot.h"
-#include "support/fresh_folder.h"
 #include "support/full_disk.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
