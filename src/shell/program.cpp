@@ -4,7 +4,7 @@
 #include "host/reg_info.h"
 #include "platform/telling_settings.h"
 #include "session/run_control.h"
-#include "session/symbol_catalogue.h"
+#include "shell/symbol_catalogue.h"
 #include "shell/big_displays.h"
 #include "shell/event_guard.h"
 #include "shell/navigator_window.h"

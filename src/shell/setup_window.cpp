@@ -11,7 +11,7 @@
 #include "platform/chart_program_names.h"
 #include "session/delay.h"
 #include "session/market_family.h"
-#include "session/start_days.h"
+#include "shell/start_days.h"
 #include "session/status_line.h"
 #include "shell/account_box.h"
 #include "shell/event_guard.h"

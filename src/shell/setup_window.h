@@ -11,7 +11,7 @@
 #include "platform/platform.h"
 #include "session/run_control.h"
 #include "session/sim_session.h"
-#include "session/symbol_catalogue.h"
+#include "shell/symbol_catalogue.h"
 #include "shell/csv_drop.h"
 #include "shell/market_presets.h"
 #include "shell/trade_panel.h"

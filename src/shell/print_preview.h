@@ -4,21 +4,6 @@
 
 namespace velumar {
 
-// The chart that a preview resizes, in twips.
-class PreviewChart {
- public:
-  virtual ~PreviewChart() = default;
-  virtual double Width() const = 0;
-  virtual double Height() const = 0;
-  virtual void SetWidth(double width) = 0;
-  virtual void SetHeight(double height) = 0;
-  // Its size at 100 percent.
-  virtual std::int32_t chwd() const = 0;
-  virtual std::int32_t chht() const = 0;
-  virtual void SetChwd(std::int32_t width) = 0;
-  virtual void SetChht(std::int32_t height) = 0;
-};
-
 struct TwipsPoint {
   double x = 0;
   double y = 0;
@@ -33,6 +18,13 @@ struct TwipsSize {
   bool operator==(const TwipsSize&) const = default;
 };
 
+// The chart that a preview resizes: its size as it is shown, and at 100 percent.
+struct PreviewChart {
+  TwipsSize shown;
+  std::int32_t whole_width = 0;
+  std::int32_t whole_height = 0;
+};
+
 enum class PictureSide : std::uint8_t { kHeight, kWidth };
 
 // The arithmetic of the print preview: a sheet of A4 with the chart on it, shown at a zoom. All
@@ -44,13 +36,16 @@ class PrintPreview {
   static constexpr int kStartZoom = 50;
   static constexpr int kMostCopies = 10;
 
-  // The preview as it opens: the chart at the sheet's corner, portrait, medium quality, one copy.
-  explicit PrintPreview(PreviewChart& chart);
+  // Opens with the chart at the sheet's corner, in portrait, at medium quality, for one copy. Show
+  // follows.
+  PrintPreview() = default;
 
-  int ZoomPercent() const { return zoom_percent_; }
-  void SetZoom(int percent);
+  // Brings sheet and chart to the zoom.
+  void Show(PreviewChart& chart);
+  // Nothing changes at the same zoom.
+  void SetZoom(int percent, PreviewChart& chart);
   // 25 means the size after the last zoom, 100 four times that.
-  void SetChartPercent(PictureSide side, int percent);
+  void SetChartPercent(PictureSide side, int percent, PreviewChart& chart);
 
   // The mouse within the chart's picture. The chart may leave the sheet.
   void Press(TwipsPoint mouse);
@@ -66,7 +61,6 @@ class PrintPreview {
   TwipsPoint SheetPlace() const { return sheet_place_; }
   TwipsSize Sheet() const { return sheet_; }
   TwipsPoint ChartPlace() const { return chart_place_; }
-  TwipsSize ChartSize() const { return {chart_.Width(), chart_.Height()}; }
   bool Portrait() const { return portrait_; }
   int PrintOrientation() const { return portrait_ ? 1 : 2; }
   int PrintQualityCode() const { return -2 - quality_; }
@@ -74,9 +68,7 @@ class PrintPreview {
 
  private:
   double Zoom() const { return zoom_percent_ / 100.0; }
-  void ApplyZoom();
 
-  PreviewChart& chart_;
   int zoom_percent_ = kStartZoom;
   double zoom_at_drop_ = 0.25;
   TwipsSize base_;  // of the chart, after the last zoom

@@ -1,4 +1,4 @@
-#include "session/start_days.h"
+#include "shell/start_days.h"
 
 #include <algorithm>
 

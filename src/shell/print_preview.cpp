@@ -1,4 +1,4 @@
-#include "results/print_preview.h"
+#include "shell/print_preview.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,36 +19,33 @@ int Held(int percent) {
 
 }  // namespace
 
-PrintPreview::PrintPreview(PreviewChart& chart) : chart_(chart) { ApplyZoom(); }
-
-void PrintPreview::SetZoom(int percent) {
+void PrintPreview::SetZoom(int percent, PreviewChart& chart) {
   percent = Held(percent);
   if (percent == zoom_percent_) return;
   zoom_percent_ = percent;
-  ApplyZoom();
+  Show(chart);
 }
 
-void PrintPreview::ApplyZoom() {
+void PrintPreview::Show(PreviewChart& chart) {
   const double z = Zoom();
   sheet_ = {z * kPortraitSheet.width, z * kPortraitSheet.height};
   if (!portrait_) std::swap(sheet_.width, sheet_.height);
-  chart_.SetWidth(z * chart_.chwd());
-  chart_.SetHeight(z * chart_.chht());
-  base_ = ChartSize();
+  chart.shown = {z * chart.whole_width, z * chart.whole_height};
+  base_ = chart.shown;
   chart_place_ = {z * chart_at_drop_.x / zoom_at_drop_, z * chart_at_drop_.y / zoom_at_drop_};
 }
 
-void PrintPreview::SetChartPercent(PictureSide side, int percent) {
+void PrintPreview::SetChartPercent(PictureSide side, int percent, PreviewChart& chart) {
   const double factor = Held(percent) / 100.0 / kChartUnit;
   const auto whole = [this](double length) {
     return static_cast<std::int32_t>(std::lround(length / Zoom()));
   };
   if (side == PictureSide::kHeight) {
-    chart_.SetHeight(factor * base_.height);
-    chart_.SetChht(whole(chart_.Height()));
+    chart.shown.height = factor * base_.height;
+    chart.whole_height = whole(chart.shown.height);
   } else {
-    chart_.SetWidth(factor * base_.width);
-    chart_.SetChwd(whole(chart_.Width()));
+    chart.shown.width = factor * base_.width;
+    chart.whole_width = whole(chart.shown.width);
   }
 }
 

@@ -1,4 +1,4 @@
-#include "session/symbol_catalogue.h"
+#include "shell/symbol_catalogue.h"
 
 #include <fstream>
 
