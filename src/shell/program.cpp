@@ -2,7 +2,6 @@
 
 #include "host/host_control.h"
 #include "host/reg_info.h"
-#include "platform/telling_settings.h"
 #include "session/run_control.h"
 #include "shell/symbol_catalogue.h"
 #include "shell/big_displays.h"
@@ -17,26 +16,10 @@
 
 namespace velumar {
 
-namespace {
-
-// The same outside, with settings that never throw. `store_dir` and the rest are copied here.
-Platform WithSettings(const Platform& outside, SettingsStore& settings) {
-  return {outside.events,    outside.chart_windows,  outside.keys,
-          outside.boxes,     outside.folders,        outside.files,
-          outside.colours,   outside.clipboard,      outside.printers,
-          settings,          outside.registry,       outside.screen,
-          outside.locale,    outside.clock,          outside.programs,
-          outside.web,       outside.program_folder, outside.default_data_dir,
-          outside.store_dir, outside.ledger_file};
-}
-
-}  // namespace
-
 struct Program::Parts {
   Parts(SimSession& session, Desktop& desktop, const Platform& outside, IndexCache& cache,
         LedgerConnection& ledger)
-      : settings(outside.settings, outside.boxes),
-        platform(WithSettings(outside, settings)),
+      : platform(outside),
         registry(platform.registry, platform.boxes),
         status(session, desktop, platform.locale),
         trader(platform.chart_windows),
@@ -57,7 +40,6 @@ struct Program::Parts {
             EventGuard(platform.boxes)("Opening the score board", [this] { score_board.Open(); })) {
   }
 
-  TellingSettings settings;
   Platform platform;
   RegInfo registry;
   StatusDisplay status;

@@ -99,41 +99,12 @@ TEST_F(WindowsTest, ALogOutInARunKeepsThePlaceFromBeforeIt) {
   EXPECT_TRUE(all->outside.programs.ended);
 }
 
-struct FullDisk : MemorySettings {
-  void Save(std::string_view, std::string_view) override { throw std::runtime_error("disk full"); }
-};
-
 TEST_F(WindowsTest, SettingsThatCannotBeSavedAreReportedOnceAndStopNothing) {
-  FullDisk full;
-  VirtualPlatform outside;
-  Platform platform{outside.events,
-                    outside.chart,
-                    outside.chart,
-                    outside.boxes,
-                    outside.folders,
-                    outside.files,
-                    outside.colours,
-                    outside.clipboard,
-                    outside.printers,
-                    full,
-                    outside.registry,
-                    outside.screen,
-                    outside.locale,
-                    outside.clock,
-                    outside.programs,
-                    outside.web,
-                    "",
-                    data,
-                    "",
-                    ":memory:"};
-  StartedProgram started(platform);
-  Desktop& desktop = started.desktop;
-  EXPECT_EQ(started.session.Symbol, "ABC");
-  desktop.form1().DTPicker1.UserPick(MadeDate(198));
-  desktop.form1().Image3.UserClick();
-  EXPECT_EQ(started.session.BarIndex, 199);
-  ASSERT_EQ(outside.boxes.shown.size(), 1U);
-  EXPECT_THAT(outside.boxes.shown[0], testing::HasSubstr("disk full"));
+  all->outside.settings.failure = "disk full";
+  StartAt(198);
+  EXPECT_EQ(all->session.BarIndex, 199);
+  ASSERT_EQ(all->outside.boxes.shown.size(), 1U);
+  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("disk full"));
 }
 
 TEST_F(WindowsTest, OddSettingsNeverKeepTheWindowAway) {
