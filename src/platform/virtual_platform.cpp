@@ -161,10 +161,16 @@ std::string ScriptedWeb::Get(const std::string& address, std::string_view target
 }
 
 Platform VirtualPlatform::References() {
-  return {events,  chart,     chart,    boxes,             folders,  files,
-          colours, clipboard, printers, warning_settings_, registry, screen,
-          locale,  clock,     programs, web,               "",       std::string(kBuiltInDirectory),
-          "",      ":memory:"};
+  return {events,   chart,
+          chart,    boxes,
+          folders,  files,
+          colours,  clipboard,
+          printers, warning_settings_,
+          registry, screen,
+          locale,   clock,
+          programs, web,
+          "",       std::string(kBuiltInDirectory),
+          "",       ":memory:"};
 }
 
 }  // namespace velumar

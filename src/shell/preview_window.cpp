@@ -36,8 +36,8 @@ void PreviewWindow::BindEvents() {
   form.on_load = guarded(kPreview, [this] { Load(); });
   form.on_close = form.on_escape = form.cmdcancel.on_click = guarded(kPreview, [this] { Close(); });
   form.cmdPrint.on_click = guarded("Printing", [this] { Print(); });
-  form.HScroll2.on_change = resizing(
-      [this](PreviewChart& chart) { preview_.SetZoom(Window().HScroll2.Value(), chart); });
+  form.HScroll2.on_change =
+      resizing([this](PreviewChart& chart) { preview_.SetZoom(Window().HScroll2.Value(), chart); });
   form.chtscroll0.on_change = resizing([this](PreviewChart& chart) {
     preview_.SetChartPercent(PictureSide::kHeight, Window().chtscroll0.Value(), chart);
   });

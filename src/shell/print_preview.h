@@ -40,6 +40,7 @@ class PrintPreview {
   // follows.
   PrintPreview() = default;
 
+  int ZoomPercent() const { return zoom_percent_; }
   // Brings sheet and chart to the zoom.
   void Show(PreviewChart& chart);
   // Nothing changes at the same zoom.

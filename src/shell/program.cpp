@@ -1,18 +1,18 @@
 #include "shell/program.h"
 
+#include "host/chart_registry.h"
 #include "host/host_control.h"
-#include "host/reg_info.h"
 #include "session/run_control.h"
-#include "shell/symbol_catalogue.h"
 #include "shell/big_displays.h"
 #include "shell/event_guard.h"
 #include "shell/navigator_window.h"
 #include "shell/preview_window.h"
 #include "shell/result_window.h"
+#include "shell/run_windows.h"
 #include "shell/score_board.h"
 #include "shell/setup_window.h"
+#include "shell/symbol_catalogue.h"
 #include "shell/trade_panel.h"
-#include "trading/status_display.h"
 
 namespace velumar {
 
@@ -20,17 +20,19 @@ struct Program::Parts {
   Parts(SimSession& session, Desktop& desktop, const Platform& outside, IndexCache& cache,
         LedgerConnection& ledger)
       : platform(outside),
+        windows(desktop),
         registry(platform.registry, platform.boxes),
-        status(session, desktop, platform.locale),
         trader(platform.chart_windows),
-        chart(session, desktop, platform, registry, status, trader),
+        chart(session, windows, windows, platform, registry, trader),
         catalogue(session, desktop, platform, cache),
-        run(session, desktop, platform, cache, ledger, chart),
+        run(session, windows, windows, platform, cache, ledger, chart),
         drop(session, desktop, platform, catalogue, cache),
-        orders(session, desktop, platform, ledger, status),
-        panel(session, desktop, platform, status, orders),
-        setup(session, desktop, platform, catalogue, run, panel, registry, ledger, drop, cache),
-        navigator(session, desktop, platform, run),
+        orders(session, windows, windows, platform, ledger),
+        account(session, windows, desktop),
+        panel(session, windows, desktop, platform, account, orders),
+        setup(session, windows, desktop, platform, catalogue, run, panel, account, registry, ledger,
+              drop, cache),
+        navigator(session, windows, desktop, platform, run),
         big(session, desktop, platform),
         score_board(session, desktop, platform),
         results(desktop, platform, ledger, score_board),
@@ -41,14 +43,15 @@ struct Program::Parts {
   }
 
   Platform platform;
-  RegInfo registry;
-  StatusDisplay status;
+  RunWindows windows;
+  ChartRegistry registry;
   TraderFocus trader;
   HostControl chart;
   SymbolCatalogue catalogue;
   RunControl run;
   CsvDrop drop;
   OrderDesk orders;
+  AccountBoxes account;
   TradePanel panel;
   SetupWindow setup;
   NavigatorWindow navigator;

@@ -11,7 +11,7 @@ class PrepareStoreTest : public SessionFixture {
   int Prepared(const std::string& symbol, const std::string& interval, int date) {
     CopyIndexes();
     Choose(symbol, interval, date);
-    if (working_store.PrepareStore() == 0) return -1;
+    if (!working_store.Prepare()) return -1;
     return static_cast<int>(StoreBars().size());
   }
   void ExpectRefused(const char* symbol, const char* interval,

@@ -2,6 +2,7 @@
 
 #include <fstream>
 
+#include "forms/desktop.h"
 #include "support/session_fixture.h"
 
 namespace velumar {
@@ -19,6 +20,7 @@ class CatalogueTest : public SessionFixture {
     form.cbxPeriod.SetIndex(2);
   }
   std::string Period() { return desktop.form1().cbxPeriod.Text(); }
+  Desktop desktop;
   SymbolCatalogue catalogue{session, desktop, platform, cache};
 };
 
@@ -113,7 +115,7 @@ TEST_F(CatalogueTest, ClicksWhileALargeDirectoryIsListed) {
   // A security of the second index can be replayed too.
   CopyIndexes();
   Choose("S1259", "D", MadeDate(1));
-  EXPECT_EQ(working_store.PrepareStore(), -1);
+  EXPECT_TRUE(working_store.Prepare());
   EXPECT_EQ(StoreBars().size(), 1U);
   EXPECT_TRUE(FilesOf(store).contains("F260.MWD") && !FilesOf(store).contains("F1.DAT"));
   // Another directory, listed inside a wait of the first: the newer one counts.

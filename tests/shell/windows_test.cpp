@@ -403,5 +403,20 @@ TEST_F(WindowsTest, APanelThatSlidesAwayLeavesTheNextRunsPanelAlone) {
   StartAt(60);
 }
 
+TEST_F(WindowsTest, MoreChartsThanAScreenHoldsAreRefused) {
+  TextBox& count = all->Navigator().txtRefresh;
+  count.SetStartText("500");
+  all->program.Start();
+  EXPECT_EQ(count.Text(), "1");
+  all->outside.boxes.shown.clear();
+  all->Navigator().Show();
+  for (const char* text : {"20", "21", "99999999999", "1,000"}) {
+    count.UserType(text);
+    EXPECT_EQ(count.Text(), "20") << text;
+  }
+  EXPECT_EQ(all->outside.boxes.shown.size(), 3U);
+  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("not 21"));
+}
+
 }  // namespace
 }  // namespace velumar

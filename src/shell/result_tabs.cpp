@@ -1,4 +1,4 @@
-#include "shell/account_sheets.h"
+#include "shell/result_tabs.h"
 
 #include <iterator>
 #include <utility>
@@ -11,15 +11,15 @@
 
 namespace velumar {
 
-AccountSheets::AccountSheets(Desktop& desktop, Platform& platform, LedgerConnection& ledger)
+ResultTabs::ResultTabs(Desktop& desktop, Platform& platform, LedgerConnection& ledger)
     : desktop_(desktop), platform_(platform), ledger_(ledger) {
   BindEvents();
 }
 
-void AccountSheets::BindEvents() {
+void ResultTabs::BindEvents() {
   FrmResult& form = desktop_.Untouched().frmResult;
   const EventGuard guarded(platform_.boxes);
-  form.tabSheets.on_click = guarded("Reading the account", [this] { ChooseSheet(); });
+  form.tabSheets.on_click = guarded("Reading the account", [this] { ChooseTab(); });
   form.lstOrders.on_header =
       guarded("Sorting the orders", [this](std::size_t column) { SortOrdersBy(column); });
   form.cmdCopy.on_click = guarded("Copying", [this] { Copy(); });
@@ -27,15 +27,15 @@ void AccountSheets::BindEvents() {
   form.cmdExport.on_click = guarded("Saving the orders", [this] { ExportOrders(); });
 }
 
-void AccountSheets::Load(ShownRun run) {
+void ResultTabs::Load(ShownRun run) {
   SetUpTables();
   run_ = run;
-  sheet_ = FrmResult::kChartSheet;
+  tab_ = FrmResult::kChartTab;
   account_.reset();
-  ShowSheet();
+  ShowTab();
 }
 
-void AccountSheets::SetUpTables() {
+void ResultTabs::SetUpTables() {
   FrmResult& form = Window();
   form.lstStatistics.SetColumns({{"Figure"}, {"Value", true}});
   std::vector<Table::Column> columns;
@@ -46,51 +46,51 @@ void AccountSheets::SetUpTables() {
   form.lstOrders.SetColumns(std::move(columns));
 }
 
-void AccountSheets::ShowRun(ShownRun run) {
-  const bool looked_at = sheet_ != FrmResult::kChartSheet;
+void ResultTabs::ShowRun(ShownRun run) {
+  const bool looked_at = tab_ != FrmResult::kChartTab;
   account_ = looked_at ? std::optional(Read(run)) : std::nullopt;
   run_ = run;
   if (account_) ShowAccount();
 }
 
-std::vector<RunRecord> AccountSheets::Read(ShownRun run) {
+std::vector<RunRecord> ResultTabs::Read(ShownRun run) {
   return ReadAccount(ledger_, RunToRead(ledger_, run));
 }
 
-void AccountSheets::ChooseSheet() {
+void ResultTabs::ChooseTab() {
   TabBar& tabs = Window().tabSheets;
-  if (tabs.Index() == sheet_) return;
+  if (tabs.Index() == tab_) return;
   try {
-    if (tabs.Index() != FrmResult::kChartSheet && !account_) {
+    if (tabs.Index() != FrmResult::kChartTab && !account_) {
       std::vector<RunRecord> account = Read(run_);
       on_read();
       account_ = std::move(account);
       ShowAccount();
     }
   } catch (const std::exception&) {
-    tabs.SetIndex(sheet_);
+    tabs.SetIndex(tab_);
     throw;
   }
-  sheet_ = tabs.Index();
-  ShowSheet();
+  tab_ = tabs.Index();
+  ShowTab();
 }
 
-void AccountSheets::ShowAccount() {
+void ResultTabs::ShowAccount() {
   ShowStatistics();
   ShowOrders();
 }
 
-void AccountSheets::ShowSheet() {
+void ResultTabs::ShowTab() {
   FrmResult& form = Window();
-  form.MSChart1.SetVisible(sheet_ == FrmResult::kChartSheet);
-  form.lstStatistics.SetVisible(sheet_ == FrmResult::kStatisticsSheet);
-  form.lblSheetNote.SetVisible(sheet_ == FrmResult::kStatisticsSheet);
-  form.lstOrders.SetVisible(sheet_ == FrmResult::kOrdersSheet);
-  form.cmdCopy.SetVisible(sheet_ != FrmResult::kChartSheet);
-  form.cmdExport.SetVisible(sheet_ == FrmResult::kOrdersSheet);
+  form.MSChart1.SetVisible(tab_ == FrmResult::kChartTab);
+  form.lstStatistics.SetVisible(tab_ == FrmResult::kStatisticsTab);
+  form.lblSheetNote.SetVisible(tab_ == FrmResult::kStatisticsTab);
+  form.lstOrders.SetVisible(tab_ == FrmResult::kOrdersTab);
+  form.cmdCopy.SetVisible(tab_ != FrmResult::kChartTab);
+  form.cmdExport.SetVisible(tab_ == FrmResult::kOrdersTab);
 }
 
-void AccountSheets::ShowStatistics() {
+void ResultTabs::ShowStatistics() {
   const auto statistics = std::make_shared<const std::vector<Statistic>>(RunStatistics(*account_));
   Window().lstStatistics.SetContent(
       {statistics->size(),
@@ -101,7 +101,7 @@ void AccountSheets::ShowStatistics() {
        [statistics](std::size_t row) { return std::string(statistics->at(row).formula); }});
 }
 
-void AccountSheets::ShowOrders() {
+void ResultTabs::ShowOrders() {
   std::vector<OrderListRow> rows = ListOrders(account_->back());
   const Table::Sorting& sorting = Window().lstOrders.SortedBy();
   SortOrders(rows, sorting.column, sorting.descending);
@@ -116,20 +116,20 @@ void AccountSheets::ShowOrders() {
 }
 
 // A second click on a title reverses the order.
-void AccountSheets::SortOrdersBy(std::size_t column) {
+void ResultTabs::SortOrdersBy(std::size_t column) {
   Table& list = Window().lstOrders;
   const Table::Sorting before = list.SortedBy();
   list.MarkSorting({column, before.column == column && !before.descending});
   ShowOrders();
 }
 
-void AccountSheets::Copy() {
+void ResultTabs::Copy() {
   const FrmResult& form = Window();
-  const Table& table = sheet_ == FrmResult::kOrdersSheet ? form.lstOrders : form.lstStatistics;
+  const Table& table = tab_ == FrmResult::kOrdersTab ? form.lstOrders : form.lstStatistics;
   platform_.clipboard.SetText(table.CopyText());
 }
 
-void AccountSheets::ExportOrders() {
+void ResultTabs::ExportOrders() {
   const auto file = platform_.files.ChooseFile({{"Orders (*.csv)", "csv"}}, "Orders");
   if (!file || file->empty()) return;
   ReplaceWholeFile(NativePath(*file), OrdersCsv(*orders_), FileAccess::kUsual);

@@ -1,4 +1,4 @@
-#include "session/loaded_series.h"
+#include "session/run_inputs.h"
 
 #include "base/text.h"
 #include "marketdata/interval.h"
@@ -13,9 +13,9 @@ std::string SeriesName(const std::string& symbol, const std::string& interval) {
 
 }  // namespace
 
-std::string LoadedSeriesProblem(const SimSession& session, Desktop& desktop) {
+std::string LoadedSeriesProblem(const SimSession& session, const RunInputs& inputs) {
   if (session.BarDate.empty()) return "No bars loaded";
-  const std::string& interval = desktop.form1().cbxPeriod.Text();
+  const std::string interval = inputs.Interval();
   const RunSeries& loaded = session.Run;
   const std::string symbol = NormalisedSymbol(session.Symbol);
   const bool same =

@@ -1,11 +1,9 @@
-#include "shell/market_presets.h"
+#include "shell/account_boxes.h"
 
 #include <array>
-#include <string>
 
 #include "base/number_text.h"
-#include "session/market_family.h"
-#include "shell/account_box.h"
+#include "trading/account.h"
 
 namespace velumar {
 
@@ -13,7 +11,7 @@ namespace {
 
 constexpr std::string_view kAccountPattern = "###,###,###,###";
 
-// What a market's word in the directory's name sets.
+// What a market's word in the directory's path sets.
 struct MarketPreset {
   std::string_view word;
   std::string_view margin;
@@ -26,6 +24,26 @@ constexpr std::array<MarketPreset, 3> kPresets{{{"SET", "100", "1,000", "1", "0.
                                                 {"AFET", "20,000", "1", "5,000", "500", false},
                                                 {"TFEX", "50,000", "1", "1,000", "450", false}}};
 
+struct AccountBox {
+  TextBox& box;
+  AccountFigure figure;
+};
+
+// From the top of the window.
+std::array<AccountBox, 5> BoxesOf(Form1& setup) {
+  return {{{setup.txtcomm, AccountFigure::kCommission},
+           {setup.txtInitPorfolio, AccountFigure::kStartingMoney},
+           {setup.txtVAT, AccountFigure::kVat},
+           {setup.txtContractValue, AccountFigure::kMargin},
+           {setup.txtProfitperContract, AccountFigure::kProfitPerContract}}};
+}
+
+void Mark(const AccountBox& account, bool stock) {
+  const auto problem = FigureProblem(account.figure, account.box.Text(), stock);
+  account.box.SetForeColour(problem ? kRed : Form1::kField.colour);
+  account.box.SetToolTip(std::string(Form1::kPathTip) + (problem ? "\n" + *problem : ""));
+}
+
 }  // namespace
 
 std::optional<std::string_view> PresetQuantity(std::string_view data_dir) {
@@ -36,13 +54,33 @@ std::optional<std::string_view> PresetQuantity(std::string_view data_dir) {
   return quantity;
 }
 
-void MarketPresets::DirectoryChanged() {
-  desktop_.form1().lblPercentComm.SetVisible(false);
-  FillBoxes();
-  ReadContractFigures();
+void AccountBoxes::BindEvents() {
+  for (const AccountBox& account : BoxesOf(desktop_.Untouched().form1)) {
+    account.box.on_change = [this, account] { Mark(account, session_.IsStockMarket()); };
+  }
 }
 
-void MarketPresets::GroupTexts() {
+void AccountBoxes::MarkAll() {
+  for (const AccountBox& account : BoxesOf(desktop_.form1())) {
+    Mark(account, session_.IsStockMarket());
+  }
+}
+
+std::optional<std::string> AccountBoxes::Problem() {
+  for (const auto& [box, figure] : BoxesOf(desktop_.form1())) {
+    if (auto problem = FigureProblem(figure, box.Text(), session_.IsStockMarket())) return problem;
+  }
+  return std::nullopt;
+}
+
+void AccountBoxes::DirectoryChanged() {
+  desktop_.form1().lblPercentComm.SetVisible(false);
+  FillBoxes();
+  ReadContract(session_, inputs_);
+  MarkAll();
+}
+
+void AccountBoxes::GroupTexts() {
   Form1& form = desktop_.form1();
   for (TextBox* box : {&form.txtInitPorfolio, &form.txtContractValue, &form.txtProfitperContract}) {
     box->SetText(PatternText(box->Text(), kAccountPattern));
@@ -50,7 +88,7 @@ void MarketPresets::GroupTexts() {
 }
 
 // A later word overrides an earlier one.
-void MarketPresets::FillBoxes() {
+void AccountBoxes::FillBoxes() {
   Form1& form = desktop_.form1();
   for (const MarketPreset& preset : kPresets) {
     if (session_.DataDir.find(preset.word) == std::string::npos) continue;
@@ -60,14 +98,6 @@ void MarketPresets::FillBoxes() {
     form.txtcomm.SetText(preset.commission);
     if (preset.percent) form.lblPercentComm.SetVisible(true);
   }
-}
-
-void MarketPresets::ReadContractFigures() {
-  Form1& form = desktop_.form1();
-  const bool stock = IsStockMarket(session_);
-  ReadFigure(form, form.txtContractValue, stock, session_.InitMargin);
-  ReadFigure(form, form.txtProfitperContract, stock, session_.ProfitPerContract);
-  MarkFigure(form, form.txtcomm, stock);  // the percent sign has come or gone
 }
 
 }  // namespace velumar

@@ -16,9 +16,9 @@ namespace velumar {
 
 // The result window's two sheets next to its chart: statistics and orders of one run. They are read
 // from the ledger when one of them is first shown.
-class AccountSheets {
+class ResultTabs {
  public:
-  AccountSheets(Desktop& desktop, Platform& platform, LedgerConnection& ledger);
+  ResultTabs(Desktop& desktop, Platform& platform, LedgerConnection& ledger);
 
   // As the window comes up with a run: with its chart.
   void Load(ShownRun run);
@@ -32,9 +32,9 @@ class AccountSheets {
  private:
   void BindEvents();
   void SetUpTables();
-  void ChooseSheet();
+  void ChooseTab();
   std::vector<RunRecord> Read(ShownRun run);
-  void ShowSheet();
+  void ShowTab();
   void ShowAccount();
   void ShowStatistics();
   void ShowOrders();
@@ -47,7 +47,7 @@ class AccountSheets {
   Platform& platform_;
   LedgerConnection& ledger_;
   ShownRun run_;
-  int sheet_ = FrmResult::kChartSheet;
+  int tab_ = FrmResult::kChartTab;
   std::optional<std::vector<RunRecord>> account_;            // of the run, once it was read
   std::shared_ptr<const std::vector<OrderListRow>> orders_;  // sorted as they are shown
 };
