@@ -29,6 +29,7 @@
 #include "platform/command_line.h"
 #include "platform/ipc.h"
 #include "platform/process.h"
+#include "platform/warn_once_settings.h"
 #include "platform/web_client.h"
 #include "shell/program.h"
 
@@ -79,6 +80,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   QtColourDialog colours;
   QtClipboard clipboard;
   QtPrinters printers(ledger);
+  WarnOnceSettings settings(*ends.settings, boxes);
   ReleasingPrograms programs(*ends.programs, instance);
   Platform platform{.events = events,
                     .chart_windows = *ends.chart_windows,
@@ -89,7 +91,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
                     .colours = colours,
                     .clipboard = clipboard,
                     .printers = printers,
-                    .settings = *ends.settings,
+                    .settings = settings,
                     .registry = *ends.registry,
                     .screen = screen,
                     .locale = *ends.locale,

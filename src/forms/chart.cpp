@@ -20,23 +20,8 @@ void Chart::SetRows(ChartRows rows) {
   Changed();
 }
 
-void Chart::SetType(int type) {
-  content_.type = type;
-  Changed();
-}
-
 void Chart::SetSeriesColour(int red, int green, int blue) {
   content_.series = static_cast<Colour>(red | green << 8 | blue << 16);
-  Changed();
-}
-
-void Chart::SetShadow(bool shadow) {
-  content_.shadow = shadow;
-  Changed();
-}
-
-void Chart::SetWallWhite() {
-  content_.white_wall = true;
   Changed();
 }
 

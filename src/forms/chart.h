@@ -51,10 +51,10 @@ class Chart : public Control {
 
   const ChartContent& Content() const { return content_; }
   void SetRows(ChartRows rows);
-  void SetType(int type);
+  void SetType(int type) { Assign(content_.type, type); }
   void SetSeriesColour(int red, int green, int blue);
-  void SetShadow(bool shadow);
-  void SetWallWhite();
+  void SetShadow(bool shadow) { Assign(content_.shadow, shadow); }
+  void SetWallWhite() { Assign(content_.white_wall, true); }
   // A flat line without shadow on a plain wall, all of it in sight. Rows and colour stay.
   void ToDefaults();
   // The hand on the wheel or dragging; who draws the chart shows it already.

@@ -100,20 +100,20 @@ class Control {
   void PlaceIn(const Control& container) { container_ = &container; }
 
   const std::string& Text() const { return text_; }
-  virtual void SetText(std::string_view text);
+  virtual void SetText(std::string_view text) { Assign(text_, text); }
   // What Reset puts into Text from the next load on.
   void SetStartText(std::string_view text) { start_text_ = text; }
 
   // One line by which somebody who doesn't see the window knows the control.
   std::string SpokenName() const;
   const std::string& ToolTip() const { return tooltip_; }
-  void SetToolTip(std::string_view text);
+  void SetToolTip(std::string_view text) { Assign(tooltip_, text); }
   bool Visible() const { return visible_; }
-  void SetVisible(bool visible);
+  void SetVisible(bool visible) { Assign(visible_, visible); }
   bool Enabled() const { return enabled_; }
-  void SetEnabled(bool enabled);
+  void SetEnabled(bool enabled) { Assign(enabled_, enabled); }
   Colour ForeColour() const { return colour_; }
-  void SetForeColour(Colour colour);
+  void SetForeColour(Colour colour) { Assign(colour_, colour); }
 
   // Twips, relative to the window or the container.
   float Left() const { return left_; }
@@ -142,6 +142,14 @@ class Control {
 
  protected:
   void Changed();
+  // Returns false, and tells nobody, if the field has that value.
+  template <typename Field, typename Value>
+  bool Assign(Field& field, const Value& value) {
+    if (field == value) return false;
+    field = value;
+    Changed();
+    return true;
+  }
   void AssignText(std::string_view text) { text_ = text; }
 
  private:
@@ -163,28 +171,29 @@ class Control {
   float height_ = 0;
 };
 
-// A picture without a click is a backdrop; its Text names the artwork.
-class Picture : public Control {
+// A control that has nothing beyond what all controls have.
+template <ControlKind kKind>
+class PlainControl : public Control {
  public:
-  Picture(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kPicture, spec) {}
+  PlainControl(Form& form, const ControlSpec& spec) : Control(form, kKind, spec) {}
 };
 
-// Clicking a picture leaves the keyboard focus where the user types; the Tab key gets there.
-class PictureButton : public Control {
- public:
-  PictureButton(Form& form, const ControlSpec& spec)
-      : Control(form, ControlKind::kPictureButton, spec) {}
-};
-
-class Label : public Control {
- public:
-  Label(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kLabel, spec) {}
-};
-
-class Button : public Control {
- public:
-  Button(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kButton, spec) {}
-};
+// A backdrop; its Text names the artwork.
+using Picture = PlainControl<ControlKind::kPicture>;
+// Clicking a picture leaves the keyboard focus where the trader types; the Tab key reaches it.
+using PictureButton = PlainControl<ControlKind::kPictureButton>;
+using Label = PlainControl<ControlKind::kLabel>;
+using Button = PlainControl<ControlKind::kButton>;
+// White paper with a line around it and its Text in that line; other controls lie on it.
+using Frame = PlainControl<ControlKind::kFrame>;
+// A sheet of paper, white in every theme; other controls lie on it.
+using Sheet = PlainControl<ControlKind::kSheet>;
+// A text that opens another window.
+using Link = PlainControl<ControlKind::kLink>;
+// A straight line along the top of its place.
+using Line = PlainControl<ControlKind::kLine>;
+// A patch of its ForeColour that can be clicked.
+using Swatch = PlainControl<ControlKind::kSwatch>;
 
 class TextBox : public Control {
  public:
@@ -288,7 +297,7 @@ class ProgressLine : public Control {
   void Reset() override;
   // 0 to 1.
   float Fraction() const { return fraction_; }
-  void SetFraction(float fraction);
+  void SetFraction(float fraction) { Assign(fraction_, fraction); }
 
  private:
   float fraction_ = 0;

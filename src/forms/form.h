@@ -47,15 +47,15 @@ class Form {
 
   const std::string& Name() const { return name_; }
   const std::string& Caption() const { return caption_; }
-  void SetCaption(std::string_view caption);
+  void SetCaption(std::string_view caption) { Assign(caption_, caption); }
 
   // Twips on the screen.
   float Left() const { return left_; }
   float Top() const { return top_; }
   float Width() const { return width_; }
   float Height() const { return height_; }
-  void SetLeft(float left);
-  void SetTop(float top);
+  void SetLeft(float left) { Assign(left_, left); }
+  void SetTop(float top) { Assign(top_, top); }
   // A slide moves the window step by step while clicks run, until a newer one begins. Between its
   // steps the window counts as standing at `rest_top`, which is where it is to be found again.
   int BeginSlide(float rest_top);
@@ -68,13 +68,13 @@ class Form {
   bool Visible() const { return visible_; }
   // A window that is shown already comes before all others.
   void Show();
-  void Hide();
+  void Hide() { Assign(visible_, false); }
 
   bool Topmost() const { return topmost_; }
-  void SetTopmost(bool topmost);
+  void SetTopmost(bool topmost) { Assign(topmost_, topmost); }
   // 0 (invisible) to 255 (solid).
   int Opacity() const { return opacity_; }
-  void SetOpacity(int opacity);
+  void SetOpacity(int opacity) { Assign(opacity_, opacity); }
   // Size of the corner ellipse in pixels; 0 by 0 is square.
   int CornerWidth() const { return corner_width_; }
   int CornerHeight() const { return corner_height_; }
@@ -111,6 +111,13 @@ class Form {
   void BeUnloaded();
 
  private:
+  // Tells nobody if the field has that value.
+  template <typename Field, typename Value>
+  void Assign(Field& field, const Value& value) {
+    if (field == value) return;
+    field = value;
+    Changed();
+  }
   void Changed();
   void Reset();
 

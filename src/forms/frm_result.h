@@ -13,7 +13,7 @@ namespace velumar {
 // The results of a run: a chart, two more sheets in its place, and the figures below.
 class FrmResult : public Form {
  public:
-  enum Sheet { kChartSheet, kStatisticsSheet, kOrdersSheet };
+  enum Tab { kChartTab, kStatisticsTab, kOrdersTab };
   enum ToolbarButton {
     kSaveAs = 1,
     kPreview = 3,

@@ -6,30 +6,6 @@
 
 namespace velumar {
 
-// A sheet of paper, white under any light; other controls lie on it.
-class Sheet : public Control {
- public:
-  Sheet(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kSheet, spec) {}
-};
-
-// A text that leads to another window.
-class Link : public Control {
- public:
-  Link(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kLink, spec) {}
-};
-
-// A straight stroke along the top of its place.
-class Line : public Control {
- public:
-  Line(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kLine, spec) {}
-};
-
-// A patch of its ForeColour that can be clicked.
-class Swatch : public Control {
- public:
-  Swatch(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kSwatch, spec) {}
-};
-
 // Its value moves what is seen; upright where it is higher than wide.
 class ScrollBar : public Slider {
  public:

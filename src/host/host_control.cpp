@@ -7,16 +7,15 @@
 #include <vector>
 
 #include "base/ignoring.h"
-#include "base/number_text.h"
 #include "base/paths.h"
 #include "base/scoped_counter.h"
 #include "base/text.h"
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
 #include "platform/key_notation.h"
-#include "session/run_progress.h"
-#include "session/status_line.h"
+#include "platform/event_loop.h"
 #include "trading/position_book.h"
+#include "trading/status_texts.h"
 
 namespace velumar {
 
@@ -33,6 +32,16 @@ constexpr std::int16_t kBeforeNextChartMs = 10;
 constexpr std::chrono::milliseconds kDialogLook{20};
 constexpr std::chrono::milliseconds kDialogPatience{15000};
 
+std::string TimeText(long ms) {
+  constexpr long kMinute = 60;
+  constexpr long kHour = 60 * kMinute;
+  const long seconds = (ms + 999) / 1000;
+  if (seconds < kMinute) return std::to_string(seconds) + " s";
+  if (seconds < kHour) return std::to_string((seconds + kMinute / 2) / kMinute) + " min";
+  const long minutes = (seconds + kMinute / 2) / kMinute;
+  return std::to_string(minutes / 60) + " h " + std::to_string(minutes % 60) + " min";
+}
+
 }  // namespace
 
 // A chart opens in front of all other windows, as its dialog needs the focus. A trader who turns to
@@ -42,12 +51,12 @@ void HostControl::CloseCharts() {
   trader_.ComeToRun();
   IgnoringErrors([&] { BlinkLoadingNotice(); });
   const bool running = BringHostToFront();
-  SetStatusLine(desktop_, "");
+  view_.SetStatusLine(kLoadingNotice);
   if (!running) IgnoringErrors([&] { StartHost(); });
   MaximizeHost();
   const ScopedCounter opening(opening_);
   const ScopedCounter chart_comes = trader_.ExpectChart();
-  SetStatusLine(desktop_, "Wait for  close all chart  ....");
+  view_.SetStatusLine("Wait for  close all chart  ....");
   FocusHost();
   Send(kCloseCharts);
 }
@@ -58,7 +67,7 @@ void HostControl::OpenChart() {
     const ScopedCounter opening(opening_);
     const ScopedCounter chart_comes = trader_.ExpectChart();
     FocusHost();
-    SetStatusLine(desktop_, "Open data for [" + session_.Run.symbol + "] ....");
+    view_.SetStatusLine("Open data for [" + session_.Run.symbol + "] ....");
     Send(kOpenDialog);
     if (WaitForDialog()) {
       Wait(0);
@@ -66,7 +75,7 @@ void HostControl::OpenChart() {
     }
   }
   BringHostToFront();
-  SetStatusLine(desktop_, "Ready to rock with [" + session_.Run.symbol + "] ....");
+  view_.SetStatusLine("Ready to rock with [" + session_.Run.symbol + "] ....");
 }
 
 void HostControl::BlinkLoadingNotice() {
@@ -74,23 +83,23 @@ void HostControl::BlinkLoadingNotice() {
   constexpr std::int16_t kBlinkMs = 1000;
   for (int round = 0; round < kRounds; ++round) {
     for (const std::string_view notice : {kLoadingNotice, std::string_view()}) {
-      desktop_.form2().Label6.SetText(notice);
+      view_.SetStatusLine(notice);
       Wait(kBlinkMs);
     }
   }
 }
 
 void HostControl::StartHost() {
-  const std::string folder = registry_.HostProgramPath();
+  const std::string folder = registry_.ProgramFolder();
   if (folder.empty()) return;
   const ScopedCounter chart_comes = trader_.ExpectChart();
-  SetStatusLine(desktop_, "Loading Meta Stock Program ....");
+  view_.SetStatusLine("Loading Meta Stock Program ....");
   const std::string command_line =
       WithClosingBackslash(folder) + std::string(kChartProgramFile) + " /l /e";
-  SetStatusLine(desktop_, "Loading ... " + command_line);
+  view_.SetStatusLine("Loading ... " + command_line);
   IgnoringErrors([&] { platform_.programs.Start(command_line); });
   BringHostToFront();
-  SetStatusLine(desktop_, "Wait  for  [Meta Stock] ready ....");
+  view_.SetStatusLine("Wait  for  [Meta Stock] ready ....");
   Wait(kHostStartMs);
 }
 
@@ -125,7 +134,7 @@ void HostControl::OpenChartInDialog() {
 }
 
 void HostControl::MaximizeHost() {
-  SetStatusLine(desktop_, "GetWindow... ");
+  view_.SetStatusLine("GetWindow... ");
   IgnoringErrors([&] {
     for (const WindowId window : platform_.chart_windows.TopLevelWindows()) {
       if (!IsTaskWindow(window)) continue;
@@ -181,22 +190,21 @@ bool HostControl::TraderIsElsewhere() {
 }
 
 void HostControl::RefreshCharts() {
-  TextBox& count = desktop_.form2().txtRefresh;
-  count.SetEnabled(false);
+  view_.LockChartCount();
   worst_outcome_ = KeyOutcome::kAccepted;
   IgnoringErrors([&] { RefreshEachChart(); });
-  desktop_.form2().txtRefresh.SetEnabled(true);
+  view_.UnlockChartCount();
   const Trouble trouble = TroubleWithHost();
   session_.ChartWarning = trouble.warning;
-  desktop_.form2().Label6.SetToolTip(trouble.advice);
+  view_.SetStatusAdvice(trouble.advice);
   if (session_.HasBar(session_.BarIndex)) {
-    SetStatusLine(desktop_, BarLine(session_, platform_.locale));
+    view_.SetStatusLine(BarLine(session_, platform_.locale));
   } else if (!trouble.warning.empty()) {
-    SetStatusLine(desktop_, trouble.warning);
+    view_.SetStatusLine(trouble.warning);
   }
   RevaluePositions(session_);
-  status_.ShowStatus();
-  ShowRunProgress(desktop_, session_, MillisecondsPerBar());
+  ShowStatus(session_, view_, platform_.locale);
+  ShowProgress();
 }
 
 // Refreshes each chart and goes on to the next one while the chart program has the focus. After a
@@ -205,7 +213,7 @@ void HostControl::RefreshCharts() {
 void HostControl::RefreshEachChart() {
   const bool stopped_before = session_.StopRequested != 0;
   Wait(kBeforeRefreshMs);
-  const int charts = ChartCount();
+  const int charts = inputs_.ChartCount();
   if (charts <= 1) return Refresh({kRefresh});
   for (int chart = 0; chart < charts; ++chart) {
     if (chart > 0 && !stopped_before && session_.StopRequested != 0) {
@@ -234,13 +242,17 @@ void HostControl::Refresh(std::initializer_list<std::string_view> keys) {
   }
 }
 
-int HostControl::MillisecondsPerBar() const {
-  return session_.RefreshDelay +
-         std::max(ChartCount(), 1) * (kBeforeRefreshMs + kBeforeNextChartMs);
-}
-
-int HostControl::ChartCount() const {
-  return ToInt16(desktop_.form2().txtRefresh.Text()).value_or(0);
+void HostControl::ShowProgress() {
+  const int all = session_.LastBarIndex - session_.FirstShownBar;
+  if (all <= 0) return;
+  const int done = std::clamp(session_.BarIndex - session_.FirstShownBar, 0, all);
+  std::string text = std::to_string(done) + " of " + std::to_string(all) + " bars";
+  if (done < all) {
+    const long ms_per_bar = session_.RefreshDelay + std::max(inputs_.ChartCount(), 1) *
+                                                        (kBeforeRefreshMs + kBeforeNextChartMs);
+    text += ", about " + TimeText((all - done) * ms_per_bar) + " left";
+  }
+  view_.ShowProgress(static_cast<float>(done) / static_cast<float>(all), text);
 }
 
 void HostControl::Send(std::string_view keys) {
@@ -259,9 +271,9 @@ HostControl::Trouble HostControl::TroubleWithHost() const {
   }
   if (worst_outcome_ == KeyOutcome::kNotSent) {
     return {
-        "Keys held back: bring the chart to the front! ",
-        "Another window is in front of the chart, or the chart is in another workspace. Nothing "
-        "is ever typed into other programs."};
+        "Chart not refreshed: another window is in front! ",
+        "Another window is in front of the chart, or the chart is on another workspace. Bring the "
+        "chart to the front. Keys are never typed into other programs."};
   }
   if (worst_outcome_ == KeyOutcome::kNotAnswered) {
     return {"Chart program busy, wait for it! ",

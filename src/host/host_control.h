@@ -3,13 +3,13 @@
 #include <string>
 #include <string_view>
 
-#include "forms/desktop.h"
-#include "host/reg_info.h"
+#include "host/chart_registry.h"
 #include "host/trader_focus.h"
 #include "platform/platform.h"
 #include "session/chart_side.h"
+#include "session/run_inputs.h"
+#include "session/run_view.h"
 #include "session/sim_session.h"
-#include "trading/status_display.h"
 
 namespace velumar {
 
@@ -17,13 +17,13 @@ namespace velumar {
 // program that is slow or gone must not end a run; the status line says what the user can do.
 class HostControl : public ChartSide {
  public:
-  HostControl(SimSession& session, Desktop& desktop, Platform& platform, RegInfo& registry,
-              StatusDisplay& status, TraderFocus& trader)
+  HostControl(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
+              ChartRegistry& registry, TraderFocus& trader)
       : session_(session),
-        desktop_(desktop),
+        inputs_(inputs),
+        view_(view),
         platform_(platform),
         registry_(registry),
-        status_(status),
         trader_(trader) {}
 
   void CloseCharts() override;
@@ -53,16 +53,16 @@ class HostControl : public ChartSide {
   void Refresh(std::initializer_list<std::string_view> keys);
   void SendEach(std::initializer_list<std::string_view> keys);
   void RefreshEachChart();
-  int MillisecondsPerBar() const;
-  int ChartCount() const;
+  // How much of the run is done, and how long the rest takes.
+  void ShowProgress();
   Trouble TroubleWithHost() const;
   void Wait(std::int16_t milliseconds);
 
   SimSession& session_;
-  Desktop& desktop_;
+  RunInputs& inputs_;
+  RunView& view_;
   Platform& platform_;
-  RegInfo& registry_;
-  StatusDisplay& status_;
+  ChartRegistry& registry_;
   TraderFocus& trader_;
   bool host_running_ = true;
   int opening_ = 0;  // charts being opened: a second run may begin inside the first one's waits

@@ -34,12 +34,12 @@ bool FindSecurity(MetaLibReader& reader, const std::string& symbol, const std::s
 
 }  // namespace
 
-std::int16_t BarLoader::LoadBars(std::string_view directory) {
-  const auto& [run_directory, symbol, interval, start_day] = session_.Run;
+std::int16_t LoadBars(SimSession& session, IndexCache& cache, std::string_view directory) {
+  const auto& [run_directory, symbol, interval, start_day] = session.Run;
   const std::optional<SeriesArguments> series = ReplayableInterval(interval);
-  MetaLibReader reader(cache_);
+  MetaLibReader reader(cache);
   reader.OpenDirectory(directory);
-  if (!series || !FindSecurity(reader, symbol, IntervalToMatch(interval), session_)) {
+  if (!series || !FindSecurity(reader, symbol, IntervalToMatch(interval), session)) {
     throw MetaLibError(MetaLibError::kSeriesNotFound, "There is no series \"" + symbol +
                                                           "\" at interval " + interval + " in \"" +
                                                           std::string(directory) + "\"");
@@ -51,10 +51,10 @@ std::int16_t BarLoader::LoadBars(std::string_view directory) {
                                            " holds more than " + std::to_string(kLongestSeries) +
                                            " bars.");
   }
-  StoreArrays(reader, session_);
+  StoreArrays(reader, session);
   reader.CloseSecurity();
   reader.CloseDirectory();
-  return static_cast<std::int16_t>(session_.LastArrayIndex());
+  return static_cast<std::int16_t>(session.LastArrayIndex());
 }
 
 }  // namespace velumar

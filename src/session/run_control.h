@@ -4,12 +4,14 @@
 #include <string>
 #include <string_view>
 
-#include "forms/desktop.h"
+#include "ledger/ledger.h"
+#include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/bar_loading.h"
 #include "session/bar_stepping.h"
 #include "session/chart_side.h"
-#include "session/ledger_runs.h"
+#include "session/run_inputs.h"
+#include "session/run_view.h"
 #include "session/sim_session.h"
 #include "session/working_store.h"
 
@@ -18,8 +20,8 @@ namespace velumar {
 // A run from the click on a start button to its end, and the four steps by hand.
 class RunControl {
  public:
-  RunControl(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
-             LedgerConnection& ledger, ChartSide& chart);
+  RunControl(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
+             IndexCache& cache, LedgerConnection& ledger, ChartSide& chart);
 
   // Takes what the setup window has chosen for the next run, claims the working store for it and
   // locks the window's boxes. False after a message box if no symbol is chosen or the folder can't
@@ -35,9 +37,6 @@ class RunControl {
   void Continue();
   // Sets the flag that the loop reads once per bar.
   void EndRun();
-  // Unlocks the boxes of the setup window, where the next run's series may be chosen while a feed
-  // goes on with its own.
-  void UnlockSetup();
 
   // The steps do nothing while a run is being prepared: no bars are loaded yet, the store is being
   // filled, and the chart program's file dialog takes every key. If the setup window names another
@@ -62,25 +61,26 @@ class RunControl {
   bool PrepareRun();
   bool PrepareChartAndStore();
   bool Resume(RunNumber run);
-  void LockSetup();
+  // Moves the rows of the last run to the archive and begins a new one. If the ledger can't, shows
+  // a box and returns false: orders of a new run would join the rows of the old one.
+  bool BeginInLedger();
   void BringChartUp();
   void ShowRunning();
-  void ReadDelay();
   void LoadSeries();
   void Feed(RunNumber run);
   bool FeedOne(RunNumber run);
-  void ShowPlay();
   // Runs a step and the refresh after it. If the step fails, a box says why and nothing has moved.
   void Step(std::string_view status, void (BarStepper::*step)(std::int16_t& index));
   // Shows a box with what failed and the error's text. A library error's number comes first.
   void ShowFailure(const std::string& what, const std::exception& error);
 
   SimSession& session_;
-  Desktop& desktop_;
+  RunInputs& inputs_;
+  RunView& view_;
   Platform& platform_;
+  IndexCache& cache_;
+  LedgerConnection& ledger_;
   ChartSide& chart_;
-  LedgerRuns ledger_;
-  BarLoader loader_;
   WorkingStore store_;
   BarStepper stepper_;
   RunSeries next_;  // what "Start" was clicked for

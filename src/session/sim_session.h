@@ -91,6 +91,9 @@ struct SimSession : Book {
   std::string NavTop;
   std::string NavLeft;
 
+  // The two market families: a directory whose path holds the capital letters "SET" is a stock
+  // market, every other one a futures market.
+  bool IsStockMarket() const { return DataDir.find("SET") != std::string::npos; }
   // Last index of the bar arrays, -1 without bars.
   int LastArrayIndex() const { return static_cast<int>(BarDate.size()) - 1; }
   // True when `index` names a bar of the arrays.

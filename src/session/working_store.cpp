@@ -9,7 +9,6 @@
 #include "base/text.h"
 #include "marketdata/interval.h"
 #include "session/bar_loading.h"
-#include "session/status_line.h"
 
 namespace velumar {
 
@@ -54,9 +53,9 @@ bool WorkingStore::Refill() {
   session_.SimDir = WithClosingBackslash(session_.SimDir);
   return Reported([this] {
     folder_->Clear();
-    SetStatusLine(desktop_, "Copy MASTER ... ");
+    view_.SetStatusLine("Copy MASTER ... ");
     folder_->CopyIndexes();
-    SetStatusLine(desktop_, "Copy MSSmart ... ");
+    view_.SetStatusLine("Copy MSSmart ... ");
     folder_->CopyChartFiles();
   });
 }
@@ -66,26 +65,26 @@ bool WorkingStore::Reported(const std::function<void()>& step) {
     step();
     return true;
   } catch (const MetaLibError& error) {
-    platform_.boxes.Show(LibraryErrorText(error), BoxIcon::kExclamation);
+    boxes_.Show(LibraryErrorText(error), BoxIcon::kExclamation);
   } catch (const StoreError& error) {
-    platform_.boxes.Show(error.what(), BoxIcon::kExclamation);
+    boxes_.Show(error.what(), BoxIcon::kExclamation);
   } catch (const std::exception& error) {
-    platform_.boxes.Show("The working store can't be filled.\n" + std::string(error.what()),
-                         BoxIcon::kExclamation);
+    boxes_.Show("The working store can't be filled.\n" + std::string(error.what()),
+                BoxIcon::kExclamation);
   }
   return false;
 }
 
-std::int16_t WorkingStore::PrepareStore() {
+bool WorkingStore::Prepare() {
   MetaLibReader reader(cache_);
   MetaLibWriter writer(cache_);
   try {
     Fill(reader, writer);
-    return -1;
+    return true;
   } catch (const MetaLibError& error) {
     CloseBoth(reader, writer);
-    platform_.boxes.Show(Explained(error), BoxIcon::kNone);
-    return 0;
+    boxes_.Show(Explained(error), BoxIcon::kNone);
+    return false;
   }
 }
 
@@ -119,7 +118,7 @@ void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writ
 
 void WorkingStore::OpenStore(MetaLibWriter& writer) {
   if (writer.IsDirectoryInUse(session_.SimDir)) {
-    platform_.boxes.Show("File is in used!!", BoxIcon::kNone);
+    boxes_.Show("File is in used!!", BoxIcon::kNone);
   } else {
     writer.OpenDirectory(session_.SimDir);
   }

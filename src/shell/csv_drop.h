@@ -8,7 +8,7 @@
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"
-#include "session/symbol_catalogue.h"
+#include "shell/symbol_catalogue.h"
 
 namespace velumar {
 

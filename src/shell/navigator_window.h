@@ -5,6 +5,7 @@
 #include "forms/desktop.h"
 #include "platform/platform.h"
 #include "session/run_control.h"
+#include "session/run_view.h"
 #include "session/sim_session.h"
 
 namespace velumar {
@@ -12,7 +13,8 @@ namespace velumar {
 // The logic of the navigator.
 class NavigatorWindow {
  public:
-  NavigatorWindow(SimSession& session, Desktop& desktop, Platform& platform, RunControl& run);
+  NavigatorWindow(SimSession& session, RunView& view, Desktop& desktop, Platform& platform,
+                  RunControl& run);
 
  private:
   void BindEvents();
@@ -26,6 +28,7 @@ class NavigatorWindow {
   Form2& Window() { return desktop_.form2(); }
 
   SimSession& session_;
+  RunView& view_;
   Desktop& desktop_;
   Platform& platform_;
   RunControl& run_;

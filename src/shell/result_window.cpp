@@ -77,7 +77,7 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
       platform_(platform),
       ledger_(ledger),
       score_board_(score_board),
-      sheets_(desktop, platform, ledger) {
+      tabs_(desktop, platform, ledger) {
   BindEvents();
 }
 
@@ -98,7 +98,7 @@ void ResultWindow::BindEvents() {
   form.picCommonDialog.on_click = guarded(kChangingTheChart, [this] { ChooseColour(); });
   form.lnkScore.on_click = guarded("Opening the score board", [this] { score_board_.Open(); });
   form.cbxRun.on_click = guarded("Reading the run", [this] { ChooseRun(); });
-  sheets_.on_read = [this] { RefreshFiguresAndChart(); };
+  tabs_.on_read = [this] { RefreshFiguresAndChart(); };
 }
 
 // A window that the preview loaded hidden may be older than the newest orders.
@@ -119,7 +119,7 @@ void ResultWindow::Load() {
   run_ = {};
   // A ledger that can't be read says so with the figures.
   IgnoringErrors([this] { run_.newest = NewestRun(ledger_); });
-  sheets_.Load(run_);
+  tabs_.Load(run_);
   ListRuns();
   ShowResultFigures();
   ApplySeriesColour();
@@ -273,7 +273,7 @@ void ResultWindow::ChooseRun() {
 void ResultWindow::LoadRun(int number) {
   const ShownRun chosen{number, run_.newest};
   Reading reading = Read(chosen);
-  sheets_.ShowRun(chosen);
+  tabs_.ShowRun(chosen);
   run_ = chosen;
   Show(std::move(reading));
 }

@@ -7,7 +7,7 @@
 #include "platform/platform.h"
 #include "results/result_figures.h"
 #include "results/run_choice.h"
-#include "shell/account_sheets.h"
+#include "shell/result_tabs.h"
 #include "shell/score_board.h"
 
 namespace velumar {
@@ -62,7 +62,7 @@ class ResultWindow {
   Platform& platform_;
   LedgerConnection& ledger_;
   ScoreBoard& score_board_;
-  AccountSheets sheets_;
+  ResultTabs tabs_;
   ShownRun run_;
 };
 

@@ -10,12 +10,8 @@
 #include "base/text.h"
 #include "platform/chart_program.h"
 #include "session/delay.h"
-#include "session/market_family.h"
-#include "session/start_days.h"
-#include "session/status_line.h"
-#include "shell/account_box.h"
 #include "shell/event_guard.h"
-#include "shell/support_page.h"
+#include "shell/start_days.h"
 #include "shell/window_shaping.h"
 
 namespace velumar {
@@ -29,23 +25,32 @@ constexpr std::int16_t kAlpha = 250;
 constexpr int kEnterKey = 13;
 constexpr int kDaysBack = 365;
 
+// Next to the program in a build folder, with the documentation once it is installed.
+std::string SupportPage(const std::string& program_folder) {
+  const std::filesystem::path folder = NativePath(program_folder);
+  const std::filesystem::path built = folder / "support.html";
+  if (std::filesystem::exists(built)) return PathText(built);
+  return PathText((folder / "../share/doc/velumar/support.html").lexically_normal());
+}
+
 }  // namespace
 
-SetupWindow::SetupWindow(SimSession& session, Desktop& desktop, Platform& platform,
+SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, Platform& platform,
                          SymbolCatalogue& catalogue, RunControl& run, TradePanel& panel,
-                         RegInfo& registry, LedgerConnection& ledger, CsvDrop& drop,
-                         IndexCache& cache)
+                         AccountBoxes& account, ChartRegistry& registry, LedgerConnection& ledger,
+                         CsvDrop& drop, IndexCache& cache)
     : session_(session),
+      view_(view),
       desktop_(desktop),
       platform_(platform),
       catalogue_(catalogue),
       run_(run),
       panel_(panel),
+      account_(account),
       registry_(registry),
       ledger_(ledger),
       drop_(drop),
-      cache_(cache),
-      presets_(session, desktop) {
+      cache_(cache) {
   BindEvents();
 }
 
@@ -64,9 +69,7 @@ void SetupWindow::BindEvents() {
     if (key == kEnterKey) catalogue_.BuildSymbolList();
   });
   form.Command5.on_click = guarded("Choosing the data directory", [this] { PickDirectory(); });
-  for (TextBox* box : AccountBoxes(form)) {
-    box->on_change = [this, &form, box] { MarkFigure(form, *box, IsStockMarket(session_)); };
-  }
+  account_.BindEvents();
   form.Combo1.on_click = guarded("Choosing the security", [this] { catalogue_.SymbolChosen(); });
   form.Combo1.on_key_up =
       guarded("Choosing the security", [this](int) { catalogue_.SymbolTyped(); });
@@ -79,8 +82,7 @@ void SetupWindow::BindEvents() {
     if (const auto day = StartDay(StartDays(), choice, random_)) Window().DTPicker1.SetValue(*day);
   });
   form.Image3.on_click = guarded("Starting the run", [this] { StartRun(); });
-  form.ImgDonate.on_click =
-      guarded("Opening the support page", [this] { OpenSupportPage(platform_); });
+  form.ImgDonate.on_click = guarded("Opening the support page", [this] { OpenSupportPage(); });
   form.Image5.on_click = guarded("Closing Velumar", [this] { Close(); });
 }
 
@@ -98,7 +100,7 @@ void SetupWindow::Load() {
       platform_.store_dir.empty() ? session_.DataDir + "\\Simulate" : platform_.store_dir;
   if (session_.Symbol.empty()) session_.Symbol = "SET";
   session_.BarIndex = 0;
-  presets_.GroupTexts();
+  account_.GroupTexts();
   Window().Label6.SetVisible(false);
   IgnoringErrors([this] { MakeStore(); });
   Window().Show();
@@ -197,7 +199,7 @@ void SetupWindow::OpenLedger() {
 void SetupWindow::DirectoryChanged() {
   session_.DataDir = Window().Text3.Text();
   Save("LastPath", session_.DataDir);
-  presets_.DirectoryChanged();
+  account_.DirectoryChanged();
 }
 
 void SetupWindow::PickDirectory() {
@@ -213,29 +215,20 @@ void SetupWindow::TakeFiles(const std::vector<std::string>& files) {
 // Clicks run during the slides, so the run counts as being prepared from here on. While the list is
 // being built, no security is chosen yet.
 void SetupWindow::StartRun() {
-  if (loading_ || session_.Preparing || catalogue_.Building() || !RequireFigures()) return;
+  if (loading_ || session_.Preparing || catalogue_.Building()) return;
+  if (const auto problem = account_.Problem()) {
+    return platform_.boxes.Show(*problem, BoxIcon::kExclamation);
+  }
   if (!run_.ClaimStore()) return;
   bool ready = false;
   IgnoringErrors([&] {
     const PreparingScope preparing(session_);
     ready = SlideToRun();
   });
-  if (!ready) return run_.UnlockSetup();
+  if (!ready) return view_.UnlockSetup();
   if (run_.Start()) return;
   const Form2& navigator = desktop_.Untouched().form2;
   if (navigator.Visible()) navigator.on_close();
-}
-
-// Shows why the first unusable account text can't be used, as the tooltip of its box does.
-bool SetupWindow::RequireFigures() {
-  for (const TextBox* box : AccountBoxes(Window())) {
-    if (const std::optional<std::string> problem =
-            FigureProblem(Window(), *box, IsStockMarket(session_))) {
-      platform_.boxes.Show(*problem, BoxIcon::kExclamation);
-      return false;
-    }
-  }
-  return true;
 }
 
 // False when the user went back to the setup while the windows slid.
@@ -269,10 +262,10 @@ void SetupWindow::Unload() {
     Save("Top", PlaceText(Window().RestTop()));
     Save("Left", PlaceText(Window().Left()));
   }
-  Save("SelectDate", DateDisplayText(Window().DTPicker1.Value(), platform_.locale));
+  Save("SelectDate", DateText(Window().DTPicker1.Value(), platform_.locale.ShortDatePattern()));
   const std::string directory = Trimmed(Window().Text3.Text());
-  registry_.SaveHostDataPath(directory);
-  registry_.SaveHostChartsPath(directory);
+  registry_.SaveDataFolder(directory);
+  registry_.SaveChartsFolder(directory);
   LedgerClose(ledger_);
 }
 
@@ -281,6 +274,11 @@ std::string SetupWindow::DelayToKeep() const {
   const Form3& panel = desktop_.Untouched().form3;
   const bool typed = panel.Loaded() && !panel.Combo2.Text().empty();
   return typed ? panel.Combo2.Text() : DelaySeconds(session_.RefreshDelay);
+}
+
+void SetupWindow::OpenSupportPage() {
+  platform_.programs.OpenInBrowser(
+      platform_.settings.Read("DonateUrl").value_or(SupportPage(platform_.program_folder)));
 }
 
 void SetupWindow::Close() {

@@ -3,12 +3,9 @@
 #include "base/ignoring.h"
 #include "base/number_text.h"
 #include "session/delay.h"
-#include "session/market_family.h"
-#include "shell/account_box.h"
 #include "shell/event_guard.h"
-#include "shell/market_presets.h"
-#include "shell/opacity_setting.h"
 #include "shell/window_shaping.h"
+#include "trading/status_texts.h"
 
 namespace velumar {
 
@@ -19,9 +16,14 @@ constexpr float kUnderNavigator = 100;  // twips
 
 }  // namespace
 
-TradePanel::TradePanel(SimSession& session, Desktop& desktop, Platform& platform,
-                       StatusDisplay& status, OrderDesk& orders)
-    : session_(session), desktop_(desktop), platform_(platform), status_(status), orders_(orders) {
+TradePanel::TradePanel(SimSession& session, RunWindows& run, Desktop& desktop, Platform& platform,
+                       AccountBoxes& account, OrderDesk& orders)
+    : session_(session),
+      run_(run),
+      desktop_(desktop),
+      platform_(platform),
+      account_(account),
+      orders_(orders) {
   BindEvents();
 }
 
@@ -55,37 +57,28 @@ void TradePanel::Load() {
   if (const auto quantity = PresetQuantity(session_.DataDir))
     form.txtContractVol.SetText(*quantity);
   form.imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
-  StartAccount();
+  RestartAccount();
   form.SetTopmost(true);
   RoundWindow(form, kCornerWidth, kCornerHeight);
   LoadOpacity(form, form.HScrollx, platform_.settings, kOpacityKey);
   form.Image1.SetSize(form.Width(), form.Height());
   IgnoringErrors([this] { Place(); });
-  status_.ShowStatus();
+  ShowStatus(session_, run_, platform_.locale);
 }
 
 void TradePanel::ShowForRun() {
   const bool was_loaded = desktop_.Untouched().form3.Loaded();
   Form3& form = Window();  // a load starts the account itself
   if (was_loaded) {
-    StartAccount();
-    status_.ShowStatus();
+    RestartAccount();
+    ShowStatus(session_, run_, platform_.locale);
   }
   form.Show();
 }
 
-void TradePanel::StartAccount() {
-  Form1& setup = desktop_.form1();
-  const bool stock = IsStockMarket(session_);
-  ReadFigure(setup, setup.txtContractValue, stock, session_.InitMargin);
-  ReadFigure(setup, setup.txtProfitperContract, stock, session_.ProfitPerContract);
-  ReadFigure(setup, setup.txtInitPorfolio, stock, session_.Balance);
-  session_.Portfolio = session_.Balance;
-  session_.UsedMargin = 0;
-  session_.LAccum = 0;
-  session_.SAccum = 0;
-  session_.LAvgPrice = 0;
-  session_.SAvgPrice = 0;
+void TradePanel::RestartAccount() {
+  StartAccount(session_, run_);
+  account_.MarkAll();
 }
 
 // Right under the navigator's kept place, not where it was dragged to since.

@@ -20,6 +20,11 @@ inline constexpr std::int16_t kCornerHeight = 12;
 void RoundWindow(Form& window, std::int16_t corner_width, std::int16_t corner_height);
 // 0 (invisible) to 255 (solid); any other value changes nothing.
 void SetWindowAlpha(Form& window, std::int16_t alpha);
+// The opacity of a window is the value of its slider and is saved under a key. A saved text that is
+// not in the slider's range counts as 250.
+void LoadOpacity(Form& window, Slider& slider, const SettingsStore& settings, std::string_view key);
+void ApplyOpacity(Form& window, const Slider& slider);
+void SaveOpacity(const Form& window, SettingsStore& settings, std::string_view key);
 // To be called on a mouse press on a drag surface, whatever the button.
 void DragWindow(Form& window);
 // A pressed picture sinks by a pixel.

@@ -5,13 +5,13 @@
 #include <string>
 #include <string_view>
 
-#include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "platform/platform.h"
+#include "session/run_inputs.h"
+#include "session/run_view.h"
 #include "session/sim_session.h"
-#include "trading/order_texts.h"
+#include "trading/account.h"
 #include "trading/position_book.h"
-#include "trading/status_display.h"
 
 namespace velumar {
 
@@ -27,13 +27,9 @@ enum class OrderResult : std::uint8_t {
 // that is done has its row in the ledger before the call returns.
 class OrderDesk {
  public:
-  OrderDesk(SimSession& session, Desktop& desktop, Platform& platform, LedgerConnection& ledger,
-            StatusDisplay& status)
-      : session_(session),
-        desktop_(desktop),
-        platform_(platform),
-        ledger_(ledger),
-        status_(status) {}
+  OrderDesk(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
+            LedgerConnection& ledger)
+      : session_(session), inputs_(inputs), view_(view), platform_(platform), ledger_(ledger) {}
 
   OrderResult Long() { return Enter(kLongSide, "Long"); }
   OrderResult Short() { return Enter(kShortSide, "Short"); }
@@ -49,26 +45,25 @@ class OrderDesk {
   OrderResult Finished(OrderResult result);
 
   bool OnBar();
-  OrderResult Fill(const Side& side, std::string_view position, const OrderTexts& texts);
-  OrderResult Close(const Side& side, std::string_view position, const OrderTexts& texts);
+  OrderResult Fill(const Side& side, std::string_view position, const OrderFigures& figures);
+  OrderResult Close(const Side& side, std::string_view position, const OrderFigures& figures);
   // The order's value; Commission and VatAmount are left in the book.
-  double Costs(const OrderTexts& texts);
+  double Costs(const OrderFigures& figures);
   void Average(const Side& side);
   void WipeOut(const Side& side, std::string_view position, const Book& before,
-               const OrderTexts& texts);
+               const OrderFigures& figures);
   // Runs an order's work on the book; whatever fails in it leaves the book as it was.
   OrderResult Whole(const std::function<OrderResult()>& work);
-  void WriteRow(const Side& side, std::string_view position, bool offset, const OrderTexts& texts);
-  LedgerDetail Detail(const OrderTexts& texts) const;
-  // Tells the trader in red, until the next display of the state.
-  void Warn(std::string_view text);
+  void WriteRow(const Side& side, std::string_view position, bool offset,
+                const OrderFigures& figures);
+  LedgerDetail Detail(const OrderFigures& figures) const;
   OrderResult Refuse(std::string_view why);
 
   SimSession& session_;
-  Desktop& desktop_;
+  RunInputs& inputs_;
+  RunView& view_;
   Platform& platform_;
   LedgerConnection& ledger_;
-  StatusDisplay& status_;
   OrderResult last_result_ = OrderResult::kDone;
 };
 

@@ -56,7 +56,7 @@ class ResultViewTest : public ShownDesktop {
 };
 
 TEST_F(ResultViewTest, TabsTableAndRunsAreReachedByHand) {
-  WidgetOf<QTabBar>(form.tabSheets).setCurrentIndex(FrmResult::kOrdersSheet);
+  WidgetOf<QTabBar>(form.tabSheets).setCurrentIndex(FrmResult::kOrdersTab);
   auto& orders = WidgetOf<QTableView>(form.lstOrders);
   ASSERT_TRUE(orders.isVisible());
   EXPECT_FALSE(WidgetOf<QWidget>(form.MSChart1).isVisible());

@@ -102,8 +102,8 @@ TEST_F(ResultWindowTest, ALedgerThatFailsLeavesWhatIsShown) {
   BreakLedger();
   form.cbxRun.UserChoose(1);
   EXPECT_EQ(form.cbxRun.Index(), 0);
-  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
-  EXPECT_EQ(form.tabSheets.Index(), FrmResult::kChartSheet);
+  form.tabSheets.UserChoose(FrmResult::kOrdersTab);
+  EXPECT_EQ(form.tabSheets.Index(), FrmResult::kChartTab);
   EXPECT_TRUE(form.MSChart1.Visible());
   EXPECT_EQ(form.lblPortfolio.Text(), "995,000");
   form.Toolbar1.UserButton(FrmResult::kClose);
@@ -116,7 +116,7 @@ TEST_F(ResultWindowTest, ALedgerThatFailsLeavesWhatIsShown) {
 
 TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
   Open();
-  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
+  form.tabSheets.UserChoose(FrmResult::kOrdersTab);
   EXPECT_TRUE(form.lstOrders.Visible() && !form.MSChart1.Visible());
   EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("-", "-2.00", "2.00", "-5.00"));
   form.lstOrders.UserHeader(9);
@@ -136,14 +136,14 @@ TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
   EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(2007000, 2004000));
   EXPECT_EQ(form.lstOrders.Content().tip(1), "hindsight");
   EXPECT_FALSE(form.lblSheetNote.Visible());
-  form.tabSheets.UserChoose(FrmResult::kStatisticsSheet);
+  form.tabSheets.UserChoose(FrmResult::kStatisticsTab);
   EXPECT_TRUE(form.lblSheetNote.Visible());
   EXPECT_EQ(form.lstStatistics.Content().text(0, 1), "2");
   EXPECT_THAT(form.lstStatistics.Content().tip(2), HasSubstr("trades"));
 
   const ScratchFolder folder;
   const std::string file = (folder.Path() / "it's.csv").string();
-  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
+  form.tabSheets.UserChoose(FrmResult::kOrdersTab);
   all.outside.files.answers = {file, "/nowhere/orders.csv"};
   for (int i = 0; i < 3; ++i) form.cmdExport.UserClick();  // the last one is cancelled
   std::ostringstream csv;
@@ -160,7 +160,7 @@ TEST_F(ResultWindowTest, ChartAndFiguresAreAsNewAsTheStatistics) {
   EXPECT_EQ(form.MSChart1.Content().rows->hint, "No closed trades yet");
   rows.Order(20, "Offset Long", 1, 61, 1, 1, 2000);
   rows.Order(21, "Offset Long", 1, 62, 0, 2, 4000);
-  form.tabSheets.UserChoose(FrmResult::kStatisticsSheet);
+  form.tabSheets.UserChoose(FrmResult::kStatisticsTab);
   EXPECT_EQ(form.lstStatistics.Content().text(0, 1), "2");
   EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(2000, 4000));
   EXPECT_EQ(form.MSChart1.Content().rows->hint, "");
@@ -172,7 +172,7 @@ TEST_F(ResultWindowTest, ARunThatBeginsLeavesAnOpenWindowAtItsOwnRun) {
   Open();
   rows.Begin(500);
   rows.Order(19, "Long", 1, 60, 1, 0, 500);
-  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
+  form.tabSheets.UserChoose(FrmResult::kOrdersTab);
   EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("-", "-2.00", "2.00", "-5.00"));
   form.cbxRun.UserChoose(1);
   form.cbxRun.UserChoose(0);
