@@ -34,7 +34,7 @@ void Chart::ToDefaults() {
 }
 
 void Chart::SaveTo(const std::string& file) const {
-  if (!save) throw std::runtime_error(file + ": nothing here draws the chart");
+  if (!save) throw std::runtime_error(file + ": no window shows the chart");
   save(file);
 }
 
@@ -50,7 +50,7 @@ void ChartPicture::SetContent(ChartContent content) {
 }
 
 void ChartPicture::PrintPages(const PrintJob& job) const {
-  if (!print) throw std::runtime_error("Nothing here prints.");
+  if (!print) throw std::runtime_error("No window shows the page.");
   print(job);
 }
 

@@ -7,9 +7,9 @@
 
 namespace velumar {
 
-// The lines of a list that a typed text may mean, as indexes, the likeliest first: lines that begin
-// with it, then lines with a word of the note that does. Case doesn't count, nor blanks around the
-// text; an empty text means none.
+// The indexes of the lines that match a typed text, best matches first: lines that begin with it,
+// then lines whose note has a word that does. Ignores case and surrounding blanks; an empty text
+// matches nothing.
 std::vector<int> MatchingRows(const std::vector<ComboBox::Row>& rows, std::string_view typed);
 
 }  // namespace velumar

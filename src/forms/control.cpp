@@ -83,7 +83,7 @@ void Control::UserPress() {
   if (Reachable()) Fire(on_press);
 }
 
-// A release follows its press even where the press has hidden the control.
+// A release follows its press even if the press has hidden the control.
 void Control::UserRelease() { Fire(on_release); }
 
 void Control::UserKeyUp(int key_code) {
@@ -195,7 +195,8 @@ void Slider::Reset() {
 
 void Slider::SetValue(int value) {
   if (value < range_.low || value > range_.high) {
-    throw std::out_of_range(Name() + ": " + std::to_string(value) + " is outside the slider");
+    throw std::out_of_range(Name() + ": " + std::to_string(value) +
+                            " is outside the range of the slider");
   }
   if (Assign(value_, value)) Fire(on_change);
 }

@@ -4,7 +4,7 @@
 
 namespace velumar {
 
-// The navigator: the bar that the trader holds during a run.
+// The navigator: status line, steps, play and pause.
 class Form2 : public Form {
  public:
   Form2() : Form({"Form2", "Velumar", 4215, 1155}) {}
@@ -25,7 +25,7 @@ class Form2 : public Form {
   PictureButton Image4{*this, {"Image4", 2280, 645, 405, 375, "pause", "Pause (Space)"}};
   PictureButton Image1{*this, {"Image1", 2880, 645, 390, 375, "next", "Next (Right)"}};
   PictureButton Image7{*this, {"Image7", 3600, 645, 420, 405, "forward", ""}};
-  // Bars done of all bars to come, along the lower edge.
+  // Along the lower edge.
   ProgressLine Progress{*this,
                         {"Progress", 180, 1095, 3855, 45, "", "", {}, "Progress of the run"}};
 };

@@ -4,7 +4,7 @@
 
 namespace velumar {
 
-// The trade panel: the order desk under the navigator.
+// The trade panel: orders and account, below the navigator.
 class Form3 : public Form {
  public:
   Form3() : Form({"Form3", "Velumar", 4260, 2115}) {}

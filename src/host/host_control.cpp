@@ -44,8 +44,8 @@ std::string TimeText(long ms) {
 
 }  // namespace
 
-// A chart opens in front of all other windows, as its dialog needs the focus. A trader who turns to
-// another program during that gets the focus back there.
+// A chart opens in front of all windows, since its dialog needs the focus. If the trader turns to
+// another program meanwhile, the focus returns there.
 void HostControl::CloseCharts() {
   const FocusReturn returning(platform_.chart_windows, trader_);
   trader_.ComeToRun();
@@ -103,7 +103,7 @@ void HostControl::StartHost() {
   Wait(kHostStartMs);
 }
 
-// No window events run here. A chart program that never answers must not hang the trader.
+// No clicks run here, so the wait is limited.
 bool HostControl::WaitForDialog() {
   for (std::chrono::milliseconds waited{0}; waited < kDialogPatience; waited += kDialogLook) {
     bool found = false;
@@ -117,9 +117,9 @@ bool HostControl::WaitForDialog() {
     platform_.events.Sleep(kDialogLook);
   }
   platform_.boxes.Show(
-      "The chart program showed no \"Open\" dialog within 15 seconds. The run goes "
-      "on: open the chart of " +
-          session_.Run.symbol + " by hand in the folder " +
+      "The chart program showed no \"Open\" dialog within 15 seconds. The run "
+      "continues; open the chart of " +
+          session_.Run.symbol + " yourself from the folder " +
           PathText(NativePath(session_.SimDir).make_preferred()) + ".",
       BoxIcon::kExclamation);
   return false;
@@ -207,9 +207,8 @@ void HostControl::RefreshCharts() {
   ShowProgress();
 }
 
-// Refreshes each chart and goes on to the next one while the chart program has the focus. After a
-// click on Pause the rest are not refreshed, only passed through, so the chart that was active
-// before is active again.
+// Refreshes each chart and switches to the next. After a click on "Pause" the remaining charts are
+// not refreshed, but still switched through, so that the first one is active again.
 void HostControl::RefreshEachChart() {
   const bool stopped_before = session_.StopRequested != 0;
   Wait(kBeforeRefreshMs);
@@ -226,7 +225,7 @@ void HostControl::RefreshEachChart() {
   }
 }
 
-// Called after the wait: the focus leaves the trader's window only while the keys are sent.
+// Called after the wait, so that the focus leaves the trader's window only while keys are sent.
 void HostControl::Refresh(std::initializer_list<std::string_view> keys) {
   const bool behind = TraderIsElsewhere();
   std::optional<FocusReturn> returning;
@@ -277,7 +276,7 @@ HostControl::Trouble HostControl::TroubleWithHost() const {
   }
   if (worst_outcome_ == KeyOutcome::kNotAnswered) {
     return {"Chart program busy, wait for it! ",
-            "The chart program is busy or hangs. The run goes on, and the next refresh tries "
+            "The chart program is busy or hangs. The run continues, and the next refresh tries "
             "again."};
   }
   return {};

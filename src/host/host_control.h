@@ -13,8 +13,8 @@
 
 namespace velumar {
 
-// Drives the chart program through its windows and keystrokes. Failures are ignored, as a chart
-// program that is slow or gone must not end a run; the status line says what the user can do.
+// Drives the chart program through its windows and keystrokes. Failures are ignored, since a chart
+// program that is slow or gone must not end a run; the status line says what the trader can do.
 class HostControl : public ChartSide {
  public:
   HostControl(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
@@ -35,7 +35,7 @@ class HostControl : public ChartSide {
   bool OpeningChart() const { return opening_ > 0; }
 
  private:
-  // What the status line says in front of the bar, and its tooltip about what to do.
+  // What precedes the bar in the status line, and the advice in its tooltip.
   struct Trouble {
     std::string warning;
     std::string advice;
@@ -65,7 +65,7 @@ class HostControl : public ChartSide {
   ChartRegistry& registry_;
   TraderFocus& trader_;
   bool host_running_ = true;
-  int opening_ = 0;  // charts being opened: a second run may begin inside the first one's waits
+  int opening_ = 0;  // nested: a second run may begin in the waits of the first
   KeyOutcome worst_outcome_ = KeyOutcome::kAccepted;  // of the current refresh
 };
 

@@ -21,7 +21,7 @@ void StoreArrays(const MetaLibReader& reader, SimSession& session) {
   session.BarOpenInt = reader.GetOpenInterests();
 }
 
-// Walks to the wanted security. SymbolInterval is left as the last one looked at gives it.
+// Moves the reader to the security. SymbolInterval is that of the last one looked at.
 bool FindSecurity(MetaLibReader& reader, const std::string& symbol, const std::string& interval,
                   SimSession& session) {
   while (reader.NextSecurity() >= 1) {

@@ -11,7 +11,7 @@ namespace velumar {
 // A series of more bars than this doesn't fit the 16-bit cursor.
 inline constexpr int kLongestSeries = 32768;
 
-// Ours, for a series that can't be replayed.
+// The replay's own error number, for a series that can't be replayed.
 inline constexpr int kNotReplayable = 1720;
 
 // Reads the series of session.Run from a directory into the bar arrays. Returns the last index of

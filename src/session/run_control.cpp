@@ -81,15 +81,15 @@ bool RunControl::RequireLoadedSeries() {
   return problem.empty();
 }
 
-// No other run begins in the waits and boxes of a preparation. If it fails, no bars are left in
-// memory that could be fed or traded.
+// No other run begins in the waits and boxes of a preparation. If it fails, no bars are left that
+// could be fed or traded.
 bool RunControl::PrepareRun() {
   const PreparingScope preparing(session_);
   session_.ForgetBars();
   session_.Run = next_;
   session_.StopRequested = 0;
   try {
-    // The rows of the run before stay in place until there is a run to follow it.
+    // The rows of the last run stay until the next one can begin.
     if (PrepareChartAndStore() && BeginInLedger()) return true;
   } catch (const std::exception& error) {
     ShowFailure("The run was not started.", error);
@@ -115,7 +115,7 @@ bool RunControl::PrepareChartAndStore() {
 
 bool RunControl::Resume(RunNumber run) {
   const bool begun = BeginInLedger();
-  // The box of a ledger that failed lets clicks run.
+  // Clicks run while a box about the ledger is open.
   if (Superseded(run)) return false;
   session_.StopRequested = begun ? 0 : -1;
   if (!begun) return false;
@@ -125,8 +125,7 @@ bool RunControl::Resume(RunNumber run) {
   return true;
 }
 
-// A ledger that was never open for writing leaves the run alone: it replays, and orders say why
-// they are refused.
+// Without a ledger that can be written, a run replays all the same, and its orders are refused.
 bool RunControl::BeginInLedger() {
   if (!ledger_.CanWrite()) return true;
   try {
@@ -166,7 +165,7 @@ void RunControl::LoadSeries() {
   session_.StartTime = std::to_string(session_.BarTime.at(bar));
 }
 
-// Each bar is the one after BarIndex, which a step by hand may have moved.
+// Each bar is the one after BarIndex, which a manual step may have moved.
 void RunControl::Feed(RunNumber run) {
   view_.SetStatusLine("Begin of data feed ... ");
   BringChartUp();
@@ -189,7 +188,7 @@ void RunControl::Feed(RunNumber run) {
   view_.SetStatusLine("End of data feed... ");
 }
 
-// False if the loop was stopped or another run has begun. Either has already set the windows.
+// False if the run was paused or another one has begun. Either has already shown that.
 bool RunControl::FeedOne(RunNumber run) {
   platform_.events.ProcessPending();
   if (Superseded(run)) return false;

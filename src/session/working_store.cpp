@@ -14,7 +14,7 @@ namespace velumar {
 
 namespace {
 
-// Where a run starts whose date the series doesn't know.
+// Where a run starts whose date is after the last bar.
 constexpr int kFallbackBar = 250;
 
 void CloseBoth(MetaLibReader& reader, MetaLibWriter& writer) {
@@ -24,7 +24,7 @@ void CloseBoth(MetaLibReader& reader, MetaLibWriter& writer) {
   IgnoringErrors([&] { writer.CloseDirectory(); });
 }
 
-// Half of the last index, an exact half to the even neighbour.
+// Half of the last index, rounded to even.
 int Middle(int last_index) { return static_cast<int>(std::nearbyint(last_index / 2.0)); }
 
 void MoveToFallback(MetaLibReader& reader) {
@@ -69,7 +69,7 @@ bool WorkingStore::Reported(const std::function<void()>& step) {
   } catch (const StoreError& error) {
     boxes_.Show(error.what(), BoxIcon::kExclamation);
   } catch (const std::exception& error) {
-    boxes_.Show("The working store can't be filled.\n" + std::string(error.what()),
+    boxes_.Show("The working store could not be filled.\n" + std::string(error.what()),
                 BoxIcon::kExclamation);
   }
   return false;
@@ -101,8 +101,8 @@ void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
   writer.CloseDirectory();
 }
 
-// The bars after the start are never written, so a run that dies here leaves no future on the disk.
-// The first bar always is: a run needs a current bar.
+// Bars after the start are never written, so a run that dies here leaves no future on the disk. The
+// first bar always is written: a run needs a current bar.
 void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer,
                                 std::int32_t cut_start) {
   const std::vector<std::int32_t>& dates = reader.GetDates();
@@ -138,7 +138,7 @@ void WorkingStore::SelectBoth(MetaLibReader& reader, MetaLibWriter& writer) {
   writer.SelectSeries(symbol, series->daily, series->minutes);
 }
 
-// The library finds a series of unknown minutes under any interval.
+// A series of unknown minutes is found under any interval.
 void WorkingStore::RequireKnownMinutes(int minutes) const {
   const std::string& symbol = session_.Run.symbol;
   MetaLibReader reader(cache_);
@@ -152,7 +152,7 @@ void WorkingStore::RequireKnownMinutes(int minutes) const {
                                          "are unknown. Import it again with an interval.");
 }
 
-// Refused before anything is written: the store would show what can't be stepped through.
+// Checked before anything is written, so that no chart shows what can't be stepped through.
 void WorkingStore::RequireReplayable(const MetaLibReader& reader) const {
   const std::size_t bars = reader.GetDates().size();
   const std::string series =

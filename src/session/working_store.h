@@ -62,7 +62,7 @@ class WorkingStore {
   std::optional<StoreFolder> folder_;  // of the last claim
 };
 
-// The text of a library error for a box: its number, a carriage return, its sentence.
+// A library error as the text of a box: number, carriage return, sentence.
 std::string LibraryErrorText(const MetaLibError& error);
 
 }  // namespace velumar

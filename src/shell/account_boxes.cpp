@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kAccountPattern = "###,###,###,###";
 
-// What a market's word in the directory's path sets.
+// The defaults of a market whose name is in the path of the data directory.
 struct MarketPreset {
   std::string_view word;
   std::string_view margin;
@@ -87,7 +87,7 @@ void AccountBoxes::GroupTexts() {
   }
 }
 
-// A later word overrides an earlier one.
+// If the path names several markets, the last one of the table wins.
 void AccountBoxes::FillBoxes() {
   Form1& form = desktop_.form1();
   for (const MarketPreset& preset : kPresets) {

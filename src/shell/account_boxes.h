@@ -10,8 +10,8 @@
 
 namespace velumar {
 
-// The quantity that an order starts with in the market of this data directory; nothing if its path
-// holds no market's word.
+// The default quantity of an order in the market of this data directory; nothing if its path names
+// no market.
 std::optional<std::string_view> PresetQuantity(std::string_view data_dir);
 
 // The five boxes of the account in the setup window. A box whose text can't be used is red, and the
@@ -27,10 +27,10 @@ class AccountBoxes {
   // Why the first unusable box can't be used; nothing if all can.
   std::optional<std::string> Problem();
 
-  // The data directory has changed: its market's words fill the boxes, the figures of a contract
-  // are read from them, and all that can't be used is marked.
+  // To be called after a change of the data directory: fills the boxes with its market's defaults,
+  // reads the figures of a contract and marks what can't be used.
   void DirectoryChanged();
-  // Groups the thousands of the boxes of money.
+  // Groups the thousands in the boxes that hold money.
   void GroupTexts();
 
  private:

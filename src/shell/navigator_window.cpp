@@ -71,7 +71,7 @@ void NavigatorWindow::Load() {
 
 void NavigatorWindow::Place() {
   Form2& form = Window();
-  if (KnowsPlace(session_.NavTop, session_.NavLeft, form, platform_.screen)) {
+  if (CanRestorePlace(session_.NavTop, session_.NavLeft, form, platform_.screen)) {
     form.SetTop(PlaceFromText(session_.NavTop));
     form.SetLeft(PlaceFromText(session_.NavLeft));
     return;
@@ -100,7 +100,7 @@ void NavigatorWindow::ChartCountTyped() {
 
 void NavigatorWindow::Unload() { SaveOpacity(Window(), platform_.settings, kOpacityKey); }
 
-// A feed goes on: pausing it is the work of another button. The next run can be chosen during it.
+// Doesn't pause the run: the next one can be entered while this one feeds.
 void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
   if (closing_) return;

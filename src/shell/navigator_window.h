@@ -10,7 +10,7 @@
 
 namespace velumar {
 
-// The logic of the navigator.
+// What the controls of the navigator do.
 class NavigatorWindow {
  public:
   NavigatorWindow(SimSession& session, RunView& view, Desktop& desktop, Platform& platform,
@@ -21,7 +21,7 @@ class NavigatorWindow {
   void Load();
   void Place();
   void OpacityMoved();
-  // A number of charts that no screen holds is refused, and the box keeps the one before.
+  // Refuses a number of charts that doesn't fit any screen; the box then keeps the last one.
   void ChartCountTyped();
   void Unload();
   void CloseAndReturn();
@@ -32,7 +32,7 @@ class NavigatorWindow {
   Desktop& desktop_;
   Platform& platform_;
   RunControl& run_;
-  bool closing_ = false;  // while it slides away
+  bool closing_ = false;  // while it slides out
   std::string chart_count_;
 };
 

@@ -23,7 +23,7 @@ void PreviewWindow::BindEvents() {
   Graph2& form = desktop_.Untouched().graph2;
   constexpr std::string_view kPreview = "The print preview";
   const EventGuard guarded(platform_.boxes);
-  // A change of the sheet, drawn at once.
+  // Changes the sheet and shows that.
   const auto changing = [this, guarded](auto change) {
     return guarded(kPreview, [this, change](auto... arguments) {
       change(arguments...);
@@ -62,8 +62,8 @@ void PreviewWindow::Load() {
   form.HScroll2.SetValue(PrintPreview::kStartZoom);  // takes the picture and shows the places
 }
 
-// A result window that was loaded for the preview alone is unloaded with it: the next one that the
-// trader opens reads the ledger again.
+// A result window that was only opened for the preview closes with it, so that the next one reads
+// the ledger again.
 void PreviewWindow::Close() {
   desktop_.Unload(Window());
   const FrmResult& results = desktop_.Untouched().frmResult;

@@ -9,8 +9,8 @@
 
 namespace velumar {
 
-// The logic of the print preview. It works on the chart of the result window itself, so that one
-// changes its size with the preview; a result window that was closed comes back hidden.
+// What the controls of the print preview do. They resize the result window's own chart; a result
+// window that was closed opens hidden.
 class PreviewWindow {
  public:
   PreviewWindow(Desktop& desktop, Platform& platform);

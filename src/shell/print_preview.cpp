@@ -9,7 +9,7 @@ namespace velumar {
 namespace {
 
 constexpr TwipsSize kPortraitSheet = {12000, 17000};
-constexpr double kChartUnit = 0.25;  // of the chart's bars: their start value counts as one
+constexpr double kChartUnit = 0.25;  // the start value of the size bars counts as 1
 constexpr double kScrollAcross = 400;
 constexpr double kScrollDown = 900;
 

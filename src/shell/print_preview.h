@@ -27,8 +27,8 @@ struct PreviewChart {
 
 enum class PictureSide : std::uint8_t { kHeight, kWidth };
 
-// The arithmetic of the print preview: a sheet of A4 with the chart on it, shown at a zoom. All
-// lengths are twips; percents lie between kLeastPercent and kMostPercent and are held there.
+// The arithmetic of the print preview: an A4 sheet with the chart on it, shown at a zoom. All
+// lengths are twips; percentages are limited to kLeastPercent to kMostPercent.
 class PrintPreview {
  public:
   static constexpr int kLeastPercent = 25;
@@ -36,24 +36,23 @@ class PrintPreview {
   static constexpr int kStartZoom = 50;
   static constexpr int kMostCopies = 10;
 
-  // Opens with the chart at the sheet's corner, in portrait, at medium quality, for one copy. Show
-  // follows.
+  // The chart is at the corner of the sheet; portrait, medium quality, one copy. Call Show next.
   PrintPreview() = default;
 
   int ZoomPercent() const { return zoom_percent_; }
-  // Brings sheet and chart to the zoom.
+  // Sizes sheet and chart for the zoom.
   void Show(PreviewChart& chart);
-  // Nothing changes at the same zoom.
+  // Does nothing if that is the zoom already.
   void SetZoom(int percent, PreviewChart& chart);
   // 25 means the size after the last zoom, 100 four times that.
   void SetChartPercent(PictureSide side, int percent, PreviewChart& chart);
 
-  // The mouse within the chart's picture. The chart may leave the sheet.
+  // Drags the chart; positions are within its picture. It may leave the sheet.
   void Press(TwipsPoint mouse);
   void Move(TwipsPoint mouse);
   void Release(TwipsPoint mouse);
 
-  // Moves the view of the sheet by the values of its scroll bars; nothing printed changes.
+  // Scrolls the view by the values of the scroll bars; what is printed doesn't change.
   void ScrollSheet(int across, int down);
   void ToggleOrientation();
   void SetQuality(int index);  // 0 low, 1 medium, 2 high

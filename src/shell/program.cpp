@@ -67,7 +67,7 @@ Program::Program(SimSession& session, Desktop& desktop, const Platform& platform
     : desktop_(desktop),
       parts_(std::make_unique<Parts>(session, desktop, platform, cache, ledger)) {
   parts_->catalogue.OfferWhenEmpty([this] { return parts_->drop.OfferDirectory(); });
-  // The directory box starts from what the platform calls its samples.
+  // The directory box starts with the samples.
   desktop.Untouched().form1.Text3.SetStartText(platform.default_data_dir);
 }
 

@@ -14,19 +14,19 @@
 
 namespace velumar {
 
-// The result window's two sheets next to its chart: statistics and orders of one run. They are read
-// from the ledger when one of them is first shown.
+// The result window's tabs "Statistics" and "Orders". They are read from the ledger when one of
+// them is first shown.
 class ResultTabs {
  public:
   ResultTabs(Desktop& desktop, Platform& platform, LedgerConnection& ledger);
 
-  // As the window comes up with a run: with its chart.
+  // Called when the window opens. Shows the chart.
   void Load(ShownRun run);
-  // Throws a LedgerError where the run can't be read; the sheets then show what they showed.
+  // If the run can't be read, throws LedgerError and the tabs keep their contents.
   void ShowRun(ShownRun run);
 
-  // Runs after the sheets were read because one was first shown. If it throws, the tab stays where
-  // it was.
+  // Called after the tabs were read because one was first shown. If it throws, the tab doesn't
+  // change.
   std::function<void()> on_read;
 
  private:
@@ -48,8 +48,8 @@ class ResultTabs {
   LedgerConnection& ledger_;
   ShownRun run_;
   int tab_ = FrmResult::kChartTab;
-  std::optional<std::vector<RunRecord>> account_;            // of the run, once it was read
-  std::shared_ptr<const std::vector<OrderListRow>> orders_;  // sorted as they are shown
+  std::optional<std::vector<RunRecord>> account_;            // of the run, once read
+  std::shared_ptr<const std::vector<OrderListRow>> orders_;  // as sorted in the table
 };
 
 }  // namespace velumar

@@ -6,8 +6,8 @@
 
 namespace velumar {
 
-// Inputs and view of a run on the windows: the boxes of setup window, navigator and trade panel,
-// and the labels and buttons next to them.
+// Reads a run's inputs from the boxes of setup window, navigator and trade panel, and shows the run
+// there and in the big displays.
 class RunWindows : public RunInputs, public RunView {
  public:
   explicit RunWindows(Desktop& desktop) : desktop_(desktop) {}

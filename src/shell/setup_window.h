@@ -18,7 +18,7 @@
 
 namespace velumar {
 
-// The logic of the setup window: its load brings the whole process up, its unload saves the
+// What the controls of the setup window do. Opening it starts the program; closing it saves the
 // settings.
 class SetupWindow {
  public:
@@ -45,7 +45,7 @@ class SetupWindow {
   bool SlideToRun();
   std::vector<std::int32_t> StartDays();
   void Unload();
-  std::string DelayToKeep() const;
+  std::string DelayToSave() const;
   // Opens the project's own page in the browser, or the one that a setting names.
   void OpenSupportPage();
   void Close();
@@ -67,7 +67,7 @@ class SetupWindow {
   CsvDrop& drop_;
   IndexCache& cache_;
   std::mt19937_64 random_{std::random_device()()};  // of start days
-  bool loading_ = false;                            // no run can start yet
+  bool loading_ = false;                            // while the window opens, no run can start
 };
 
 }  // namespace velumar

@@ -18,7 +18,7 @@ std::int32_t RandomDay(const std::vector<std::int32_t>& days, std::ptrdiff_t fir
   const auto count = static_cast<std::ptrdiff_t>(days.size());
   std::ptrdiff_t low = std::max(first, kHistory);
   std::ptrdiff_t high = count - 1 - kFuture;
-  if (low > high) {  // too short for both: somewhere in the middle
+  if (low > high) {  // too short for both
     low = std::clamp(count / 2, first, count - 1);
     high = low;
   }

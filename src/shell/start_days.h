@@ -12,14 +12,13 @@
 
 namespace velumar {
 
-// The date of each bar of the chosen series, yyyymmdd, oldest first; none where it can't be read.
+// The date of each bar of the chosen series, yyyymmdd, oldest first; none if it can't be read.
 std::vector<std::int32_t> BarDays(const SimSession& session, std::string_view interval,
                                   IndexCache& cache);
 
-// A day to start a run at; nothing where no run can start in the series, since a run begins behind
-// the bars of an earlier day. "First" leaves one such day, "Last" is the last day with bars.
-// "Random" leaves at least 250 bars before it and 100 from it on where the series has them, else as
-// many on either side as it has.
+// A day to start a run at; nothing if no run can start in the series, since a run needs bars of an
+// earlier day. "First" is the second day with bars, "Last" the last one. "Random" leaves at least
+// 250 bars before the start and 100 after it; in a shorter series it is in the middle.
 std::optional<std::int32_t> StartDay(const std::vector<std::int32_t>& days, DayChoice choice,
                                      std::mt19937_64& random);
 

@@ -21,10 +21,10 @@ constexpr std::string_view kPickDirectoryPrompt =
 
 constexpr int kCancelsUntilWayOut = 2;
 
-// Often enough that no key or repaint waits longer than a blink.
+// Often enough that the windows stay responsive.
 constexpr std::size_t kSecuritiesBetweenEvents = 100;
 
-// What stands beside the symbol: one symbol may have a series of each interval.
+// Shown next to the symbol, which may have a series at each interval.
 std::string NoteOf(const std::string& name, const std::string& interval) {
   return name + (interval == kDailyInterval ? ", daily" : ", " + interval + " min");
 }
@@ -33,7 +33,7 @@ std::string NoteOf(const std::string& name, const std::string& interval) {
 
 void SymbolCatalogue::BuildSymbolList() {
   const int build = ++builds_;
-  const ScopedCounter on_the_stack(building_);
+  const ScopedCounter running(building_);
   int cancels = 0;
   desktop_.form1().Combo1.Clear();
   while (StillWanted(build)) {

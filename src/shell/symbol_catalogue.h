@@ -12,30 +12,30 @@
 
 namespace velumar {
 
-// The securities of DataDir in the setup window's list, and the interval that each is stored at.
+// The securities of the data directory in the setup window's list, each with its interval.
 class SymbolCatalogue {
  public:
   SymbolCatalogue(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache)
       : session_(session), desktop_(desktop), platform_(platform), cache_(cache) {}
 
-  // What may bring data into a directory that has none, before another one is asked for; true when
-  // it did.
+  // Sets what is tried for a directory without data before the trader is asked for another one. It
+  // returns true if there are data now.
   void OfferWhenEmpty(std::function<bool()> offer) { offer_ = std::move(offer); }
 
-  // Fills Combo1 and PeriodBySymbol and chooses the first line. A directory without data is
-  // answered by a message and the folder dialog, until one with data is chosen; who cancels twice
-  // in a row is offered to quit or to take the samples. Any other failure ends it, and what was
-  // listed until then stays. Window events run meanwhile: where one of them lists again or closes
-  // the window, the older listing ends and touches nothing more.
+  // Fills the list and PeriodBySymbol and chooses the first line. If the directory has no data,
+  // shows a message and the folder dialog until one with data is chosen; after two cancels in a row
+  // offers to quit or to use the samples. Any other failure ends the listing and keeps what is
+  // listed so far. Clicks run meanwhile: if one of them lists again or closes the window, the older
+  // listing ends and changes nothing more.
   void BuildSymbolList();
-  // True while a list is being built, inside whose waits a click can't start a run.
+  // True while a list is being built. A click then can't start a run.
   bool Building() const { return building_ > 0; }
-  // False when the user cancelled.
+  // False if the trader cancels.
   bool PickDataDirectory();
-  // A line of Combo1 was chosen: it is the symbol, and its interval the period.
+  // To be called after a line was chosen: takes its symbol and interval.
   void SymbolChosen();
-  // A key was released in Combo1: its text is the symbol. Of equal lines the last one's interval
-  // counts.
+  // To be called after a key was typed in the list: takes its text as the symbol, and the interval
+  // of the last line with that symbol.
   void SymbolTyped();
 
  private:

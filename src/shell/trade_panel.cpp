@@ -11,7 +11,7 @@ namespace velumar {
 
 namespace {
 
-constexpr std::string_view kOpacityKey = "PorfolioTransparent";
+constexpr std::string_view kPanelOpacityKey = "PorfolioTransparent";
 constexpr float kUnderNavigator = 100;  // twips
 
 }  // namespace
@@ -53,14 +53,14 @@ void TradePanel::BindEvents() {
 void TradePanel::Load() {
   Form3& form = Window();
   closing_ = false;
-  // A later run starts with its market's lot, as the first one does.
+  // Each run starts with its market's default quantity.
   if (const auto quantity = PresetQuantity(session_.DataDir))
     form.txtContractVol.SetText(*quantity);
   form.imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
   RestartAccount();
   form.SetTopmost(true);
   RoundWindow(form, kCornerWidth, kCornerHeight);
-  LoadOpacity(form, form.HScrollx, platform_.settings, kOpacityKey);
+  LoadOpacity(form, form.HScrollx, platform_.settings, kPanelOpacityKey);
   form.Image1.SetSize(form.Width(), form.Height());
   IgnoringErrors([this] { Place(); });
   ShowStatus(session_, run_, platform_.locale);
@@ -68,7 +68,7 @@ void TradePanel::Load() {
 
 void TradePanel::ShowForRun() {
   const bool was_loaded = desktop_.Untouched().form3.Loaded();
-  Form3& form = Window();  // a load starts the account itself
+  Form3& form = Window();  // loading starts the account
   if (was_loaded) {
     RestartAccount();
     ShowStatus(session_, run_, platform_.locale);
@@ -81,10 +81,10 @@ void TradePanel::RestartAccount() {
   account_.MarkAll();
 }
 
-// Right under the navigator's kept place, not where it was dragged to since.
+// Below the navigator's saved place, not where it was dragged since.
 void TradePanel::Place() {
   Form3& form = Window();
-  const float navigator_height = desktop_.form2().Height();  // its load may set its place
+  const float navigator_height = desktop_.form2().Height();  // loading may set its place
   form.SetTop(navigator_height + static_cast<float>(PlaceFromText(session_.NavTop)) +
               kUnderNavigator);
   form.SetLeft(PlaceFromText(session_.NavLeft));
@@ -93,7 +93,7 @@ void TradePanel::Place() {
 void TradePanel::DelayConfirmed() {
   ComboBox& delay = Window().Combo2;
   const std::string usable = UsableDelay(delay.Text());
-  // An emptied box is about to be typed into: it stays empty, and counts as "3".
+  // An empty box is about to be typed into: it stays empty, and counts as "3".
   if (!delay.Text().empty()) delay.SetText(usable);
   session_.RefreshDelay = DelayMilliseconds(usable);
 }
@@ -116,13 +116,13 @@ void TradePanel::QuantityLeft() {
   quantity.SetText(PatternText(quantity.Text(), kWholePattern));
 }
 
-void TradePanel::Unload() { SaveOpacity(Window(), platform_.settings, kOpacityKey); }
+void TradePanel::Unload() { SaveOpacity(Window(), platform_.settings, kPanelOpacityKey); }
 
 void TradePanel::CloseAndReturn() {
   Form3& form = Window();
   if (closing_) return;
   closing_ = true;
-  // A window that was unloaded in its slide may be another run's by now.
+  // A panel that was unloaded during its slide may belong to another run by now.
   if (!SlideOut(form, PlaceText(form.Top()), PlaceText(form.Left()), platform_.events,
                 platform_.screen)) {
     return;

@@ -9,14 +9,14 @@
 
 namespace velumar {
 
-// The logic of the trade panel. Its load starts the account.
+// What the controls of the trade panel do. Opening the panel starts the account.
 class TradePanel {
  public:
   TradePanel(SimSession& session, RunWindows& run, Desktop& desktop, Platform& platform,
              AccountBoxes& account, OrderDesk& orders);
 
-  // Shows the panel for a run from the setup window. The account starts from the setup boxes as
-  // they stand now, also when the panel was loaded earlier.
+  // Shows the panel for a run. The account starts with what is entered now, even if the panel was
+  // opened earlier.
   void ShowForRun();
 
  private:
@@ -37,7 +37,7 @@ class TradePanel {
   Platform& platform_;
   AccountBoxes& account_;
   OrderDesk& orders_;
-  bool closing_ = false;  // while it slides away
+  bool closing_ = false;  // while it slides out
 };
 
 }  // namespace velumar

@@ -11,15 +11,14 @@ namespace {
 
 constexpr std::string_view kNotEnough = "not enuogh money";
 
-// A row that the ledger didn't take: the order is not placed.
 std::string NotPlaced(const LedgerError& error) {
-  return "The order was not placed, because its row can't be written to the ledger.\n" +
+  return "The order was not placed, because its row could not be written to the ledger.\n" +
          std::string(error.what());
 }
 
-// What an offset leaves, in the decimals that the trader reads: 0.7 less 0.7 is 0, although the
-// float held is a little less than 0.7. A sum of entries may be off by a digit that the panel
-// doesn't show; a quantity that reads the same closes it whole. Negative if more is offset than
+// What an offset leaves, computed in the decimals that the trader sees: 0.7 less 0.7 is 0, although
+// the float held is a little less than 0.7. A sum of entries may be off by a digit that the panel
+// doesn't show; a quantity that looks the same closes all of it. Negative if more is offset than
 // held.
 float LeftOf(float held, float quantity) {
   constexpr float kAllWholeDigitsShow = 1e7F;
@@ -90,7 +89,7 @@ OrderResult OrderDesk::Whole(const std::function<OrderResult()>& work) {
     return Refuse(error.what());
   } catch (const LedgerError& error) {
     restore();
-    Refuse("order not placed: the ledger can't keep it");
+    Refuse("order not placed: it could not be saved in the ledger");
     platform_.boxes.Show(NotPlaced(error), BoxIcon::kExclamation);
     return OrderResult::kRefused;
   }
@@ -101,7 +100,7 @@ OrderResult OrderDesk::Fill(const Side& side, std::string_view position,
   Book& book = session_;
   book.MarketPrice = session_.BarClose[static_cast<std::size_t>(session_.BarIndex)];
   const float used_before = book.UsedMargin;
-  // One contract's margin, whatever the quantity and the market.
+  // The margin of one contract, whatever the quantity and the market.
   if (Stored(double{book.InitMargin} + double{book.UsedMargin}) > book.Portfolio) {
     return Refuse(kNotEnough);
   }
@@ -171,7 +170,7 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position,
   return OrderResult::kDone;
 }
 
-// No money moves and no row is written; only the side table remembers what was given away.
+// No money moves and no row is written, but the ledger keeps what was dropped.
 void OrderDesk::WipeOut(const Side& side, std::string_view position, const Book& before,
                         const OrderFigures& figures) {
   if (ledger_.CanWrite()) {

@@ -17,14 +17,14 @@ namespace velumar {
 
 enum class OrderResult : std::uint8_t {
   kDone,
-  kRefused,      // a money test, a result that no field holds, a row that can't be written
+  kRefused,      // not enough money, a result out of range, or a row that can't be written
   kNothingHeld,  // an offset of a side that holds nothing
-  kTooMuch,      // an offset of more than is held: the holding is wiped out
-  kInvalid,      // no bar of this run yet, or a box whose text can't be used
+  kTooMuch,      // an offset of more than is held: the position is dropped
+  kInvalid,      // no bar of this run yet, or an entered figure that can't be used
 };
 
-// The four orders, filled at once and in full at the close of the current bar, or not at all. Each
-// that is done has its row in the ledger before the call returns.
+// The four orders. An order fills at once and in full at the close of the current bar, or not at
+// all. When it returns kDone, its row is safe in the ledger.
 class OrderDesk {
  public:
   OrderDesk(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
@@ -36,7 +36,7 @@ class OrderDesk {
   OrderResult OffsetLong() { return Offset(kLongSide, "Offset Long"); }
   OrderResult OffsetShort() { return Offset(kShortSide, "Offset Short"); }
 
-  // Of the last click on an order.
+  // Of the last order.
   OrderResult LastResult() const { return last_result_; }
 
  private:
@@ -47,12 +47,12 @@ class OrderDesk {
   bool OnBar();
   OrderResult Fill(const Side& side, std::string_view position, const OrderFigures& figures);
   OrderResult Close(const Side& side, std::string_view position, const OrderFigures& figures);
-  // The order's value; Commission and VatAmount are left in the book.
+  // Returns the order's value and sets Commission and VatAmount in the book.
   double Costs(const OrderFigures& figures);
   void Average(const Side& side);
   void WipeOut(const Side& side, std::string_view position, const Book& before,
                const OrderFigures& figures);
-  // Runs an order's work on the book; whatever fails in it leaves the book as it was.
+  // Runs `work`. If it fails, the book is as it was.
   OrderResult Whole(const std::function<OrderResult()>& work);
   void WriteRow(const Side& side, std::string_view position, bool offset,
                 const OrderFigures& figures);

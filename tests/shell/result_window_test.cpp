@@ -111,7 +111,7 @@ TEST_F(ResultWindowTest, ALedgerThatFailsLeavesWhatIsShown) {
   EXPECT_EQ(form.lblPortfolio.Text(), "");
   EXPECT_FALSE(form.cbxRun.Enabled());
   EXPECT_EQ(Boxes().size(), 3) << "each says why";
-  EXPECT_THAT(Boxes().back(), testing::StartsWith("The results can't be read.\n"));
+  EXPECT_THAT(Boxes().back(), testing::StartsWith("The results could not be read.\n"));
 }
 
 TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
@@ -213,7 +213,7 @@ TEST_F(ResultWindowTest, SavesPrintsAndNotesProfiles) {
   all.outside.files.answers = {"/tmp/kept.bmp"};
   form.Toolbar1.UserButton(FrmResult::kSaveAs);
   EXPECT_EQ(saved.back(), "/tmp/kept.bmp");
-  EXPECT_THAT(Boxes().back(), HasSubstr("The chart was saved, but the ledger can't note that.\n"));
+  EXPECT_THAT(Boxes().back(), HasSubstr("The chart was saved, but that could not be recorded in the ledger.\n"));
 }
 
 TEST_F(ResultWindowTest, SaysWhyNoColourCanBeChosen) {

@@ -139,13 +139,13 @@ TEST_F(WindowsTest, DroppedPriceFilesAreImportedAfterTheDirectoryIsConfirmed) {
   all->program.Start();
   auto& boxes = all->outside.boxes;
   all->Setup().UserDrop({text});
-  EXPECT_THAT(boxes.shown, testing::ElementsAre(testing::HasSubstr("\".csv\"")));
+  EXPECT_THAT(boxes.shown, testing::ElementsAre("Only .csv files can be imported."));
   all->Setup().UserDrop({good});
   EXPECT_THAT(boxes.shown.back(), testing::HasSubstr(data)) << "asks, and names the directory";
   EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U) << "who doesn't agree imports nothing";
   boxes.answers = {0};
   all->Setup().UserDrop({bad, text, good});
-  EXPECT_THAT(boxes.shown.back(), testing::AllOf(testing::HasSubstr("1 of 2 files were imported"),
+  EXPECT_THAT(boxes.shown.back(), testing::AllOf(testing::HasSubstr("Imported 1 of 2 files."),
                                                  testing::HasSubstr("BAD_D.csv")));
   EXPECT_EQ(all->session.Symbol, "MINE");
   EXPECT_EQ(ReadBars(data, "MINE", -1).size(), 2U);
@@ -217,7 +217,7 @@ TEST_F(WindowsTest, AFolderOfPriceFilesBecomesADataDirectoryIfTheTraderWantsIt) 
   auto& folders = all->outside.folders;
   folders.answers = {folder, data};
   all->Setup().Command5.UserClick();
-  EXPECT_THAT(boxes.shown, testing::Contains(testing::HasSubstr("2 files of prices")));
+  EXPECT_THAT(boxes.shown, testing::Contains(testing::HasSubstr("2 files with prices")));
   EXPECT_EQ(all->session.DataDir, data) << "who doesn't want it chooses another directory";
 
   boxes.answers = {0};

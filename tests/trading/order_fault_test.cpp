@@ -88,6 +88,7 @@ TEST(OrderFault, ABrokenDiskBeginsARunWholeOrNotAtAll) {
   for (int number = 1, reached = 1; reached != 0; ++number) {
     reached = 0;
     for (const auto& [error, stays_broken] : {std::pair(EIO, false), std::pair(ENOSPC, true)}) {
+      if (!stays_broken && number % 2 == 0) continue;
       const ScratchFolder scratch;
       const std::string file = scratch.Sub("Portfolio.mdb");
       ASSERT_EQ(FaultyDesk(file).Trade(), kOrders);
