@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 fs::path OwnCopy(const fs::path& shared, const fs::path& own) {
   if (fs::exists(own)) return own;
-  // A second process that copies too makes a folder of its own; one of them becomes the copy.
+  // If two processes copy at once, each uses a folder of its own, and the first rename wins.
   const fs::path unfinished = own.parent_path() / ("." + own.filename().string() + "-" +
                                                    std::to_string(std::random_device()()));
   try {

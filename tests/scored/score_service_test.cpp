@@ -200,8 +200,8 @@ TEST_F(ScoreServiceTest, OutlivesHostileServersInBoundedTimeAndMemory) {
     std::string why;
   };
   const std::vector<Case> cases = {
-      {{.first = ""}, "nobody answered within 1 second"},
-      {{.first = ok + "\r\n", .again = "x", .pause_ms = 50}, "nobody answered within 1 second"},
+      {{.first = ""}, "no answer within 1 second"},
+      {{.first = ok + "\r\n", .again = "x", .pause_ms = 50}, "no answer within 1 second"},
       {{.first = ok + "\r\n", .again = mebibyte}, "too long"},
       {{.first = ok + "Content-Length: 99999999999\r\n\r\n", .again = mebibyte}, "too long"},
       {{.first = ok, .again = "X: " + std::string(1000, 'y') + "\r\n"}, "too long"},

@@ -23,7 +23,7 @@ struct CloseTransfers {
   void operator()(CURLM* transfers) const { curl_multi_cleanup(transfers); }
 };
 
-// Where a service stands, taken apart.
+// The parts of a service's address.
 struct Place {
   std::string server;  // "http://scores.example:8080/"
   std::string folder;  // "" or "/practice"
@@ -42,13 +42,13 @@ Place PlaceOf(const std::string& address) {
   const std::string whole =
       address.find("://") == std::string::npos ? "http://" + address : address;
   if (!url || curl_url_set(url.get(), CURLUPART_URL, whole.c_str(), 0) != CURLUE_OK) {
-    throw WebError("\"" + address + "\" is no web address");
+    throw WebError("\"" + address + "\" is not a valid URL");
   }
   if (Piece(url.get(), CURLUPART_SCHEME) != "http") {
-    throw WebError("\"" + address + "\" doesn't begin with http://");
+    throw WebError("\"" + address + "\" must begin with http://");
   }
   if (!Piece(url.get(), CURLUPART_QUERY).empty() || !Piece(url.get(), CURLUPART_USER).empty()) {
-    throw WebError("\"" + address + "\" holds more than a server, a port and a folder");
+    throw WebError("\"" + address + "\" may only have a server, a port and a folder");
   }
   std::string folder = Piece(url.get(), CURLUPART_PATH);
   while (folder.ends_with('/')) folder.pop_back();
@@ -57,14 +57,14 @@ Place PlaceOf(const std::string& address) {
   return {Piece(url.get(), CURLUPART_URL), std::move(folder)};
 }
 
-// What has come so far, no more of it than was agreed.
+// What has been received so far, within the limits.
 struct Answer {
   std::string text;
   std::size_t header_bytes = 0;
   bool too_large = false;
 };
 
-// Fewer bytes taken than offered end a transfer.
+// Returning less than `count` ends a transfer.
 std::size_t TakeText(const char* bytes, std::size_t, std::size_t count, void* taker) {
   Answer& answer = *static_cast<Answer*>(taker);
   answer.too_large = answer.text.size() + count > CurlWebClient::kLargestAnswer;
@@ -86,18 +86,18 @@ Request MakeRequest(const Place& place, const std::string& target, Answer& answe
                     std::chrono::milliseconds time_out) {
   Request request(curl_easy_init());
   CURL* const handle = request.get();
-  if (handle == nullptr) throw WebError("there is no memory for it");
+  if (handle == nullptr) throw WebError("out of memory");
   curl_easy_setopt(handle, CURLOPT_URL, place.server.c_str());
   curl_easy_setopt(handle, CURLOPT_REQUEST_TARGET, target.c_str());
   curl_easy_setopt(handle, CURLOPT_USERAGENT, "Velumar");
   curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, "http");
   curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, 0L);
-  // What stands between would have to be told the whole address, which takes no blanks.
+  // A proxy would need the whole address, which can't have blanks.
   curl_easy_setopt(handle, CURLOPT_PROXY, "");
   curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(time_out.count()));
   curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(time_out.count()));
   curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
-  curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L);  // a name that isn't found holds nobody up
+  curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L);  // don't wait for a name lookup
   curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, &TakeText);
   curl_easy_setopt(handle, CURLOPT_WRITEDATA, &answer);
   curl_easy_setopt(handle, CURLOPT_HEADERFUNCTION, &TakeHeader);
@@ -105,12 +105,12 @@ Request MakeRequest(const Place& place, const std::string& target, Answer& answe
   return request;
 }
 
-// Runs one request for as long as it is wanted.
+// Runs one request until it ends or is no longer wanted.
 class Transfer {
  public:
   Transfer(CURL* request, EventLoop& events)
       : transfers_(curl_multi_init()), request_(request), events_(events) {
-    if (!transfers_) throw WebError("there is no memory for it");
+    if (!transfers_) throw WebError("out of memory");
     curl_multi_add_handle(transfers_.get(), request_);
   }
   ~Transfer() { curl_multi_remove_handle(transfers_.get(), request_); }
@@ -121,7 +121,7 @@ class Transfer {
     int running = 1;
     while (curl_multi_perform(transfers_.get(), &running) == CURLM_OK && running > 0) {
       events_.WaitFor(kBetweenLooks);
-      if (!wanted()) throw WebError("it was given up");
+      if (!wanted()) throw WebError("cancelled");
     }
     int left = 0;
     const CURLMsg* const message = curl_multi_info_read(transfers_.get(), &left);
@@ -143,17 +143,17 @@ std::string Reason(CURLcode code, const Answer& answer, std::chrono::millisecond
   if (answer.too_large) return "the answer is too long";
   switch (code) {
     case CURLE_COULDNT_RESOLVE_HOST:
-      return "there is no server of that name";
+      return "there is no server with that name";
     case CURLE_COULDNT_CONNECT:
       return "the server can't be reached";
     case CURLE_OPERATION_TIMEDOUT:
-      return "nobody answered within " + InSeconds(time_out);
+      return "no answer within " + InSeconds(time_out);
     default:
       return std::string("the connection failed (") + curl_easy_strerror(code) + ")";
   }
 }
 
-// The first line of what a service says with a refusal, unless it is a page or too long to show.
+// The first line of a refusal's text, unless it is a web page or too long to show.
 std::string Remark(const std::string& text) {
   constexpr std::size_t kLongest = 120;
   const std::string line = text.substr(0, text.find_first_of("\r\n"));
@@ -168,10 +168,11 @@ void RequireSuccess(CURL* request, const std::string& text) {
   curl_easy_getinfo(request, CURLINFO_RESPONSE_CODE, &status);
   if (status >= kSuccess && status < kMovedElsewhere) return;
   const bool elsewhere = status >= kMovedElsewhere && status < kRefused;
-  std::string why = (elsewhere ? "the server points elsewhere (" : "the server refused it (") +
-                    std::to_string(status) + ")";
+  std::string why =
+      (elsewhere ? "the server redirects to another address (" : "the server refused it (") +
+      std::to_string(status) + ")";
   std::string remark = elsewhere ? "" : Remark(text);
-  if (remark.ends_with('.')) remark.pop_back();  // a sentence is made of it
+  if (remark.ends_with('.')) remark.pop_back();  // the caller adds its own
   throw WebError(remark.empty() ? why : why + ": " + remark);
 }
 
@@ -189,9 +190,9 @@ std::string CurlWebClient::Get(const std::string& address, std::string_view targ
                                const std::function<bool()>& wanted) {
   constexpr std::string_view kEndsOfALine("\r\n\0", 3);
   if (target.find_first_of(kEndsOfALine) != std::string_view::npos) {
-    throw WebError("there is a line end in it");
+    throw WebError("the text has a line end");
   }
-  if (!StartLibrary()) throw WebError("libcurl doesn't start");
+  if (!StartLibrary()) throw WebError("libcurl could not be started");
   const Place place = PlaceOf(address);
   Answer answer;
   const std::string whole = place.folder + std::string(target);

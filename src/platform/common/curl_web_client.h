@@ -7,10 +7,10 @@
 
 namespace velumar {
 
-// Requests by libcurl, on the program's one thread.
+// Runs requests with libcurl on the program's one thread.
 class CurlWebClient : public WebClient {
  public:
-  static constexpr std::size_t kLargestAnswer = std::size_t{1} << 20;  // bytes, headers apart
+  static constexpr std::size_t kLargestAnswer = std::size_t{1} << 20;  // bytes, without headers
   static constexpr std::size_t kLargestHeaders = std::size_t{1} << 16;
 
   explicit CurlWebClient(EventLoop& events,

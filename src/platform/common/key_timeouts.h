@@ -5,24 +5,23 @@
 
 namespace velumar {
 
-// What keeps a key from being typed into the chart program just now.
-enum class Obstacle : std::uint8_t { kNone, kOtherWindow, kNoFocus, kPersonTypes, kNoSuchKey };
+// Why a key can't be typed into the chart program at the moment.
+enum class Obstacle : std::uint8_t { kNone, kOtherWindow, kNoFocus, kUserTypes, kNoSuchKey };
 
-// How long the keys of one text wait altogether to be taken in.
-inline constexpr std::chrono::milliseconds kAnswerPatience{2000};
-// How often an obstacle is looked at.
-inline constexpr std::chrono::milliseconds kLook{10};
+// How long the chart program may take in all to process the keys of one text.
+inline constexpr std::chrono::milliseconds kAnswerTimeout{2000};
+// How often an obstacle is checked.
+inline constexpr std::chrono::milliseconds kCheckInterval{10};
 
-// How long an obstacle is borne with. While a window is coming up or going away, none has the
-// focus.
-constexpr std::chrono::milliseconds PatienceWith(Obstacle obstacle) {
-  constexpr std::chrono::milliseconds kFocusPatience{500};
-  constexpr std::chrono::milliseconds kPersonPatience{1000};
+// How long to wait for an obstacle to go away. No window has the focus while one opens or closes.
+constexpr std::chrono::milliseconds TimeoutFor(Obstacle obstacle) {
+  constexpr std::chrono::milliseconds kFocusTimeout{500};
+  constexpr std::chrono::milliseconds kUserTimeout{1000};
   switch (obstacle) {
     case Obstacle::kNoFocus:
-      return kFocusPatience;
-    case Obstacle::kPersonTypes:
-      return kPersonPatience;
+      return kFocusTimeout;
+    case Obstacle::kUserTypes:
+      return kUserTimeout;
     default:
       return std::chrono::milliseconds(0);
   }

@@ -17,8 +17,8 @@ namespace {
 
 constexpr std::string_view kPlainPattern = "M/d/yyyy";
 
-// The fields of a format. Digits of other scripts (%O) and years of an era (%E) stand as the plain
-// numbers that bars are dated by.
+// The fields of a format. Digits of other scripts (%O) and years of an era (%E) become plain
+// numbers, as in the dates of bars.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 18> kFields{{
     {"d", "dd"},
     {"e", "d"},
@@ -40,7 +40,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 18> kFields{
     {"A", "dddd"},
 }};
 
-// Shorthands, and pieces that make one field together.
+// Abbreviations, and pieces that are one field together.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kShorthands{{
     {"%D", "%m/%d/%y"},
     {"%F", "%Y-%m-%d"},
@@ -82,7 +82,7 @@ std::string Quoted(std::string_view text) {
   return quoted;
 }
 
-// Runs of one letter in the pattern that stand for a number or the name of a month.
+// Counts the fields of a letter that are numbers or names of months.
 int CountOf(std::string_view pattern, char letter) {
   int runs = 0;
   bool quoted = false;
@@ -97,7 +97,7 @@ int CountOf(std::string_view pattern, char letter) {
 
 bool IsFieldLetter(char c) { return c == 'd' || c == 'M' || c == 'y'; }
 
-// What LC_TIME is set to, as the C library looks it up.
+// The name of the time locale, looked up as the C library does.
 std::string_view NameOfTimeLocale() {
   for (const char* const variable : {"LC_ALL", "LC_TIME", "LANG"}) {
     const char* const name = std::getenv(variable);
@@ -123,7 +123,7 @@ std::string PatternOfEnvironment() {
 
 std::string PatternOfDateFormat(std::string_view format) {
   const std::string spelled = SpelledOut(std::string(format));
-  // A pattern has no way to write the quote itself.
+  // A pattern can't contain a quote.
   if (spelled.find('\'') != std::string::npos) return std::string(kPlainPattern);
   std::string pattern;
   for (std::string_view rest = spelled; !rest.empty();) {

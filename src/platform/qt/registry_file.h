@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/qt/shared_ini_file.h"
+#include "platform/qt/settings_file.h"
 #include "platform/registry.h"
 
 namespace velumar {

@@ -13,7 +13,7 @@ HWND Native(NativeWindow window) { return reinterpret_cast<HWND>(window); }
 void RoundNativeWindow(NativeWindow window, int width, int height, int corner_width,
                        int corner_height) {
   const HRGN region = ::CreateRoundRectRgn(0, 0, width, height, corner_width, corner_height);
-  // From then on the region is the window's.
+  // The window owns the region from then on.
   if (::SetWindowRgn(Native(window), region, TRUE) == 0) ::DeleteObject(region);
 }
 
@@ -30,7 +30,7 @@ void KeepNativeOnTop(NativeWindow window) {
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
-// A press that is handled late, when the button is up again, would leave the window at the mouse.
+// If the button is up already, the window would stay attached to the mouse.
 void DragNativeWindow(NativeWindow window) {
   const int button = ::GetSystemMetrics(SM_SWAPBUTTON) != 0 ? VK_RBUTTON : VK_LBUTTON;
   if ((::GetAsyncKeyState(button) & 0x8000) == 0) return;
@@ -39,8 +39,8 @@ void DragNativeWindow(NativeWindow window) {
 }
 
 bool IsSessionEnd(const void* message) {
-  const MSG& told = *static_cast<const MSG*>(message);
-  return told.message == WM_ENDSESSION && told.wParam != 0;
+  const MSG& ended = *static_cast<const MSG*>(message);
+  return ended.message == WM_ENDSESSION && ended.wParam != 0;
 }
 
 }  // namespace velumar

@@ -4,20 +4,21 @@
 
 namespace velumar {
 
-// What can be done to a window of ours by its handle. Sizes are pixels of the screen.
+// Operations on a window of this process by its handle. Sizes are in screen pixels.
 using NativeWindow = std::uintptr_t;
 
-// Cuts the corners by ellipses of that size.
+// Rounds the corners by ellipses of that size.
 void RoundNativeWindow(NativeWindow window, int width, int height, int corner_width,
                        int corner_height);
-// From 0, invisible, to 255, solid; nothing happens beyond.
+// Sets the opacity from 0 (invisible) to 255; ignores other values.
 void SetNativeAlpha(NativeWindow window, int alpha);
 // Keeps the window above all others.
 void KeepNativeOnTop(NativeWindow window);
-// Lets the window system move the window by the mouse until its button is released.
+// Lets the system move the window with the mouse until the button is released.
 void DragNativeWindow(NativeWindow window);
 
-// Whether a window's message (a MSG) says that the user logs out or the system goes down.
+// Returns true if a window's message (a MSG) reports that the user logs out or the system shuts
+// down.
 bool IsSessionEnd(const void* message);
 
 }  // namespace velumar

@@ -5,7 +5,7 @@
 
 namespace velumar {
 
-// One argument as a program finds it again in its command line.
+// Quotes one argument for a command line.
 std::wstring QuotedArgument(std::string_view argument);
 
 }  // namespace velumar

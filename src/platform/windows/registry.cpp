@@ -37,15 +37,15 @@ HKEY RootHandle(RegistryRoot root) {
   return nullptr;
 }
 
-// Chart programs are of 32 bits mostly: what they keep for all users lies in a view of its own,
-// which programs of 64 bits must ask for. The other roots they share.
+// Most chart programs have 32 bits: what they store for all users is in a separate view, which
+// 64-bit programs must ask for. They share the other roots.
 REGSAM ViewOf(RegistryRoot root) {
   return root == RegistryRoot::kLocalMachine ? KEY_WOW64_32KEY : 0;
 }
 
 bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ; }
 
-// What stands in the value, as it lies there.
+// Reads the value as it is stored.
 LSTATUS QueryBytes(HKEY key, const std::wstring& name, DWORD& type, std::string& bytes) {
   constexpr DWORD kUsual = 512;
   DWORD size = kUsual;
@@ -116,7 +116,7 @@ long SystemRegistry::SetValue(RegistryKey key, std::string_view name, RegistryTy
     return ERROR_INVALID_PARAMETER;
   }
   const std::wstring text = type == RegistryType::kString ? WideText(bytes) : std::wstring();
-  // As long as its characters: no closing zero is counted. An empty text has nothing but that.
+  // The length counts no terminating zero, except for an empty text.
   const std::string_view stored =
       type == RegistryType::kString
           ? std::string_view(reinterpret_cast<const char*>(text.data()),
@@ -174,7 +174,7 @@ void RegistrySettings::Save(std::string_view key, std::string_view text) {
   if (code == 0) return;
   throw std::runtime_error(
       "The registry key " + Place() + "\\" + std::string(kSettingsKey) +
-      " can't be written: " + SystemErrorText(static_cast<unsigned long>(code)));
+      " could not be written: " + SystemErrorText(static_cast<unsigned long>(code)));
 }
 
 }  // namespace velumar

@@ -12,8 +12,7 @@
 
 namespace velumar {
 
-// The registry of the system, as programs of 32 bits see it. Names and texts are UTF-8 here and
-// UTF-16 there.
+// The registry of Windows, in the view of 32-bit programs. Names and texts are UTF-8.
 class SystemRegistry : public Registry {
  public:
   SystemRegistry();
@@ -28,7 +27,7 @@ class SystemRegistry : public Registry {
                 std::string_view bytes) override;
   long DeleteValue(RegistryKey key, std::string_view name) override;
   long CreateKey(RegistryRoot root, std::string_view sub_key) override;
-  // A key with other keys under it isn't deleted: 5.
+  // A key with other keys below it isn't deleted: 5.
   long DeleteKey(RegistryRoot root, std::string_view sub_key) override;
 
  private:
@@ -37,11 +36,11 @@ class SystemRegistry : public Registry {
   RegistryKey last_key_ = 0;
 };
 
-// The settings of this user in the system's registry: a key for each section below
-// "Software\Velumar", a text for each setting.
+// The user's settings in the registry: a key for each section below "Software\Velumar", a text for
+// each setting.
 class RegistrySettings : public SettingsStore {
  public:
-  // Another place for tests, below the user's own root.
+  // `application` is a path below HKEY_CURRENT_USER.
   explicit RegistrySettings(std::string_view application = "Software\\Velumar")
       : application_(application) {}
 
@@ -49,7 +48,7 @@ class RegistrySettings : public SettingsStore {
   std::optional<std::string> ReadFrom(std::string_view section,
                                       std::string_view key) const override;
   std::string Place() const override;
-  // Throws std::runtime_error with the system's reason when it can't be written.
+  // Throws std::runtime_error with the system's reason if the registry can't be written.
   void Save(std::string_view key, std::string_view text) override;
 
  private:

@@ -9,18 +9,18 @@ namespace velumar {
 namespace {
 
 [[noreturn]] void Fail() {
-  throw std::runtime_error("a timer fails: " + SystemErrorText(::GetLastError()));
+  throw std::runtime_error("A timer failed: " + SystemErrorText(::GetLastError()));
 }
 
 }  // namespace
 
-// Without a name: two timers of one name would be one.
+// The timer has no name, since two timers with one name would be the same.
 WaitableTimer::WaitableTimer(std::chrono::milliseconds time)
     : timer_(::CreateWaitableTimerW(nullptr, TRUE, nullptr)) {
   constexpr LONGLONG kTicksPerMillisecond = 10000;
   if (!timer_) Fail();
   LARGE_INTEGER due;
-  due.QuadPart = -time.count() * kTicksPerMillisecond;  // from now on
+  due.QuadPart = -time.count() * kTicksPerMillisecond;  // negative: from now
   if (::SetWaitableTimer(timer_.get(), &due, 0, nullptr, nullptr, FALSE) == 0) Fail();
 }
 
