@@ -6,7 +6,7 @@
 
 #include "forms/desktop.h"
 #include "platform/virtual_platform.h"
-#include "scored/score.h"
+#include "scoreserver/score.h"
 #include "scratch_folder.h"
 #include "session/sim_session.h"
 #include "shell/score_board.h"

@@ -7,32 +7,29 @@
 #include <string_view>
 #include <vector>
 
-#include "scored/allowed_hosts.h"
-#include "scored/connection_deadlines.h"
-#include "scored/post_limit.h"
-#include "scored/score_store.h"
+#include "scoreserver/client_limits.h"
+#include "scoreserver/score_store.h"
 
 struct MHD_Daemon;
 
 namespace velumar {
 
 struct ScoreServerSettings {
-  std::string listen = "127.0.0.1";  // an address in figures, of either kind
-  std::uint16_t port = 8080;         // 0: any that is free
+  std::string listen = "127.0.0.1";  // a numeric IPv4 or IPv6 address
+  std::uint16_t port = 8080;         // 0: any free port
   std::string database;
-  int posts_per_minute = 30;                 // of one address
-  std::vector<std::string> allowed_hosts{};  // names in a Host header, beside those of AllowedHosts
+  int posts_per_minute = 30;                 // per address
+  std::vector<std::string> allowed_hosts{};  // host names, in addition to those of AllowedHosts
   std::chrono::milliseconds longest_connection = std::chrono::seconds{10};
 };
 
-// Takes scores and lists the best ten, over HTTP, on a thread of its own for as long as the object
-// lives:
+// Accepts scores and lists the best ten over HTTP, on its own thread until it is destroyed:
 //   GET /zanno/getscore.php        the list as text, lines separated by CR LF
-//   GET /zanno/postscore.php?…     a score, as ParseScore reads it
-// A browser sends the requests of any web page here, so those that a page makes are refused.
+//   GET /zanno/postscore.php?…     posts a score, see ParseScore
+// Any web page can make a browser send requests here, so those are refused.
 class ScoreServer {
  public:
-  // Throws std::runtime_error naming what can't be used: address, port or database.
+  // Throws std::runtime_error naming the address, port or database that can't be used.
   explicit ScoreServer(const ScoreServerSettings& settings);
   ~ScoreServer();
   ScoreServer(const ScoreServer&) = delete;
@@ -44,9 +41,9 @@ class ScoreServer {
     unsigned status = 200;
     std::string text;
   };
-  // The answer to a request's target as it came over the line, from that address.
+  // Answers a request. `target` is the undecoded request target, `address` the client's.
   Reply Answer(const std::string& target, const std::string& address);
-  // Why a request with this header line isn't answered; empty when nothing speaks against it.
+  // Why a request with this header is refused; empty if it isn't.
   std::string WhyRefused(std::string_view header, std::string_view value) const;
 
  private:

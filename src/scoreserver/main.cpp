@@ -5,7 +5,7 @@
 #include <exception>
 #include <iostream>
 
-#include "scored/score_server.h"
+#include "scoreserver/score_server.h"
 
 namespace velumar {
 
@@ -18,26 +18,26 @@ constexpr int kMostPosts = 1'000'000;
 
 std::string NotEmpty(const std::string& text) { return text.empty() ? "must not be empty" : ""; }
 
-// Refuses everything else in words that name what is asked for.
+// CLI11's own message would not name the range.
 auto WholeNumber(int least, int most) {
   return [least, most](const std::string& text) -> std::string {
     int number = 0;
     const char* const end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, number);
     if (error == std::errc() && rest == end && number >= least && number <= most) return "";
-    return "\"" + text + "\" is no whole number from " + std::to_string(least) + " to " +
+    return "\"" + text + "\" is not a whole number from " + std::to_string(least) + " to " +
            std::to_string(most);
   };
 }
 
-// All threads leave the signals that end a service to the one that waits for them.
-sigset_t BlockEndings() {
-  sigset_t endings;
-  sigemptyset(&endings);
-  sigaddset(&endings, SIGINT);
-  sigaddset(&endings, SIGTERM);
-  pthread_sigmask(SIG_BLOCK, &endings, nullptr);
-  return endings;
+// Blocks the signals that stop the service in all threads, so that sigwait gets them.
+sigset_t BlockStopSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGINT);
+  sigaddset(&signals, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  return signals;
 }
 
 std::string WebAddress(const ScoreServerSettings& settings, std::uint16_t port) {
@@ -47,35 +47,33 @@ std::string WebAddress(const ScoreServerSettings& settings, std::uint16_t port) 
 }
 
 void Serve(const ScoreServerSettings& settings) {
-  const sigset_t endings = BlockEndings();
+  const sigset_t signals = BlockStopSignals();
   const ScoreServer server(settings);
   std::cout << "velumar-scored: listening on " << WebAddress(settings, server.Port()) << std::endl;
-  int ending = 0;
-  sigwait(&endings, &ending);
+  int received = 0;
+  sigwait(&signals, &received);
 }
 
 int Main(int count, char** arguments) {
-  CLI::App app("Takes the scores that traders post from Velumar, and lists the best ten.",
+  CLI::App app("Accepts the scores that traders post from Velumar, and lists the best ten.",
                "velumar-scored");
-  app.footer("Anybody who reaches the port can post any score: see velumar-scored(1).");
+  app.footer("Anyone who can reach the port can post any score: see velumar-scored(1).");
   app.set_version_flag("--version", "velumar-scored " VELUMAR_VERSION);
   ScoreServerSettings settings;
-  app.add_option("--database", settings.database,
-                 "the scores' file (SQLite), made when it is missing")
+  app.add_option("--database", settings.database, "the score file (SQLite), created if missing")
       ->required()
       ->check(NotEmpty);
-  app.add_option("--listen", settings.listen, "the address to listen on, in figures")
-      ->capture_default_str();
-  app.add_option("--port", settings.port, "the port; 0 for any that is free")
+  app.add_option("--listen", settings.listen, "the IP address to listen on")->capture_default_str();
+  app.add_option("--port", settings.port, "the port; 0 for any free one")
       ->check(WholeNumber(0, UINT16_MAX))
       ->capture_default_str();
   app.add_option("--posts-per-minute", settings.posts_per_minute,
-                 "how many scores are taken from one address")
+                 "how many scores one address may post per minute")
       ->check(WholeNumber(1, kMostPosts))
       ->capture_default_str();
   app.add_option("--allow-host", settings.allowed_hosts,
-                 "one more name by which the service may be asked, beside addresses, \"localhost\" "
-                 "and the machine's own name")
+                 "another host name to answer to, besides IP addresses, \"localhost\" and the "
+                 "machine's own name; can be repeated")
       ->check(NotEmpty);
   try {
     app.parse(count, arguments);

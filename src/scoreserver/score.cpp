@@ -1,4 +1,4 @@
-#include "scored/score.h"
+#include "scoreserver/score.h"
 
 #include <algorithm>
 #include <array>
@@ -8,13 +8,13 @@
 
 #include "base/dates.h"
 #include "results/figure_texts.h"
-#include "scored/shown_text.h"
+#include "scoreserver/visible_text.h"
 
 namespace velumar {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> kBetween = {
+constexpr std::array<std::string_view, 4> kKeys = {
     "&score=", "&zanno=yes&symbol=", "&startdate=", "&enddate="};
 
 std::string Limited(std::string_view text, std::size_t longest, const std::string& what) {
@@ -24,7 +24,7 @@ std::string Limited(std::string_view text, std::size_t longest, const std::strin
   if (const auto character = InvisibleCharacter(text)) {
     std::array<char, 16> number{};
     std::snprintf(number.data(), number.size(), "U+%04X", static_cast<unsigned>(*character));
-    throw BadScore("the " + what + " has an invisible character (" + number.data() + ")");
+    throw BadScore("the " + what + " contains an invisible character (" + number.data() + ")");
   }
   return std::string(text);
 }
@@ -34,15 +34,15 @@ std::string Name(std::string_view text) {
   return Limited(text, kLongestName, "name");
 }
 
-// A run counts its money as a single, so none comes to more.
+// A run stores its money as a 32-bit float, so no score is larger.
 double Money(std::string_view text) {
   constexpr double kMost = 1e39;
   double money = 0;
   const auto end = text.data() + text.size();
   const auto [rest, error] = std::from_chars(text.data(), end, money);
-  // A finite number alone passes the last comparison.
+  // The comparison is false for a NaN.
   if (error != std::errc() || rest != end || !(std::abs(money) <= kMost)) {
-    throw BadScore("the score is no number that a run comes to");
+    throw BadScore("the score is not a number, or out of range");
   }
   return money;
 }
@@ -53,7 +53,7 @@ std::int32_t Date(std::string_view text, const std::string& what) {
   const auto end = text.data() + text.size();
   const auto [rest, error] = std::from_chars(text.data(), end, date);
   if (text.size() != kDigits || error != std::errc() || rest != end || !IsRealDate(date)) {
-    throw BadScore("the " + what + " is no date yyyymmdd");
+    throw BadScore("the " + what + " is not a date yyyymmdd");
   }
   return date;
 }
@@ -64,16 +64,16 @@ std::string IsoDate(std::int32_t date) { return DateText(date, "yyyy-MM-dd"); }
 
 Score ParseScore(std::string_view query) {
   constexpr std::string_view kFirst = "username=";
-  if (!query.starts_with(kFirst)) throw BadScore("there is no username");
+  if (!query.starts_with(kFirst)) throw BadScore("\"username=\" is missing");
   query.remove_prefix(kFirst.size());
-  std::array<std::string_view, kBetween.size()> values;
-  // From the end, where the values can hold no keys: what is left over is the name.
-  for (std::size_t i = kBetween.size(); i-- > 0;) {
-    const std::size_t key = query.rfind(kBetween[i]);
+  std::array<std::string_view, kKeys.size()> values;
+  // From the end, since only the name may contain something like a key.
+  for (std::size_t i = kKeys.size(); i-- > 0;) {
+    const std::size_t key = query.rfind(kKeys[i]);
     if (key == std::string_view::npos) {
-      throw BadScore("there is no \"" + std::string(kBetween[i]) + "\"");
+      throw BadScore("\"" + std::string(kKeys[i]) + "\" is missing");
     }
-    values[i] = query.substr(key + kBetween[i].size());
+    values[i] = query.substr(key + kKeys[i].size());
     query = query.substr(0, key);
   }
   return {.name = Name(query),

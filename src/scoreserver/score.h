@@ -7,7 +7,7 @@
 
 namespace velumar {
 
-// What a trader posts at the end of a run.
+// The score of a run, as a trader posts it.
 struct Score {
   std::string name;
   double money = 0;
@@ -16,7 +16,7 @@ struct Score {
   std::int32_t end_date = 0;
 };
 
-// A post that can't be taken, in words for who posted it.
+// A post that is refused; the text is for the trader.
 class BadScore : public std::invalid_argument {
  public:
   using std::invalid_argument::invalid_argument;
@@ -25,9 +25,9 @@ class BadScore : public std::invalid_argument {
 inline constexpr std::size_t kLongestName = 60;  // bytes
 inline constexpr std::size_t kLongestSymbol = 32;
 
-// Reads "username=…&score=…&zanno=yes&symbol=…&startdate=…&enddate=…", which comes without any
-// encoding: the keys and their order tell where a value ends, so that a name may hold "&" and "=".
-// Throws BadScore, also for a blank name and for characters that no screen shows.
+// Parses "username=…&score=…&zanno=yes&symbol=…&startdate=…&enddate=…". Values are not encoded: the
+// keys and their order delimit them, so a name may contain "&" and "=".
+// Throws BadScore, also for a blank name and for invisible characters.
 Score ParseScore(std::string_view query);
 
 // A line of the list: " 1.  2,012,345.50  Ann  ABC  2005-01-03 to 2005-06-30".

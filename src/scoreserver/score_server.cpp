@@ -1,4 +1,4 @@
-#include "scored/score_server.h"
+#include "scoreserver/score_server.h"
 
 #include <arpa/inet.h>
 #include <microhttpd.h>
@@ -27,10 +27,10 @@ constexpr unsigned kNotAllowed = 405;
 constexpr unsigned kTooMany = 429;
 constexpr unsigned kFailed = 500;
 
-// What one connection may cost.
+// Limits of the connections.
 constexpr std::size_t kConnectionMemory = 16 * 1024;  // bytes; longer requests are refused
 constexpr unsigned kConnections = 200;
-constexpr unsigned kConnectionsOfOne = 20;
+constexpr unsigned kConnectionsPerAddress = 20;
 
 struct Listening {
   sockaddr_storage address{};
@@ -49,12 +49,12 @@ Listening ListeningOn(const std::string& text, std::uint16_t port) {
     v6.sin6_port = htons(port);
     listening.v6 = true;
   } else {
-    throw std::runtime_error("\"" + text + "\" is no address such as 127.0.0.1 or ::1");
+    throw std::runtime_error("\"" + text + "\" is not an IP address such as 127.0.0.1 or ::1");
   }
   return listening;
 }
 
-// Who posts: an address, of the newer kind the half that a household shares.
+// The client's address; of an IPv6 address the first half, which a household shares.
 std::string AddressOf(MHD_Connection* connection) {
   const MHD_ConnectionInfo* const info =
       MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
@@ -80,7 +80,7 @@ MHD_Result Send(MHD_Connection* connection, const ScoreServer::Reply& reply) {
   return sent;
 }
 
-// The target before anything is taken apart or decoded in it; it stays with its request.
+// Keeps the undecoded target with its request.
 void* KeepTarget(void*, const char* target, MHD_Connection*) { return new std::string(target); }
 
 void DropTarget(void*, MHD_Connection*, void** target, MHD_RequestTerminationCode) {
@@ -94,17 +94,18 @@ void FollowConnection(void* deadlines, MHD_Connection* connection, void**,
   const MHD_ConnectionInfo* const info =
       MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
   if (info == nullptr) return;
-  code == MHD_CONNECTION_NOTIFY_STARTED ? all.Began(info->connect_fd) : all.Ended(info->connect_fd);
+  code == MHD_CONNECTION_NOTIFY_STARTED ? all.Opened(info->connect_fd)
+                                        : all.Closed(info->connect_fd);
 }
 
-// What speaks against a request, line by line of its headers.
-struct HeaderLook {
+// Checks the headers of a request one by one.
+struct HeaderCheck {
   const ScoreServer& server;
   std::string refusal;
 };
 
-MHD_Result LookAtHeader(void* look, MHD_ValueKind, const char* header, const char* value) {
-  auto& [server, refusal] = *static_cast<HeaderLook*>(look);
+MHD_Result CheckHeader(void* check, MHD_ValueKind, const char* header, const char* value) {
+  auto& [server, refusal] = *static_cast<HeaderCheck*>(check);
   refusal = server.WhyRefused(header, value == nullptr ? "" : value);
   return refusal.empty() ? MHD_YES : MHD_NO;
 }
@@ -112,11 +113,11 @@ MHD_Result LookAtHeader(void* look, MHD_ValueKind, const char* header, const cha
 MHD_Result Handle(void* server, MHD_Connection* connection, const char*, const char* method,
                   const char*, const char*, std::size_t* body, void** target) {
   if (*body != 0) return MHD_NO;
-  HeaderLook look{*static_cast<const ScoreServer*>(server), {}};
-  MHD_get_connection_values(connection, MHD_HEADER_KIND, &LookAtHeader, &look);
-  if (!look.refusal.empty()) return Send(connection, {kForbidden, look.refusal});
+  HeaderCheck check{*static_cast<const ScoreServer*>(server), {}};
+  MHD_get_connection_values(connection, MHD_HEADER_KIND, &CheckHeader, &check);
+  if (!check.refusal.empty()) return Send(connection, {kForbidden, check.refusal});
   if (std::strcmp(method, MHD_HTTP_METHOD_GET) != 0) {
-    return Send(connection, {kNotAllowed, "Only GET is answered here."});
+    return Send(connection, {kNotAllowed, "Only GET is supported."});
   }
   return Send(connection, static_cast<ScoreServer*>(server)->Answer(
                               *static_cast<std::string*>(*target), AddressOf(connection)));
@@ -137,12 +138,12 @@ ScoreServer::ScoreServer(const ScoreServerSettings& settings)
                                  MHD_OPTION_URI_LOG_CALLBACK, &KeepTarget, nullptr,  //
                                  MHD_OPTION_NOTIFY_COMPLETED, &DropTarget, nullptr,  //
                                  MHD_OPTION_NOTIFY_CONNECTION, &FollowConnection, &deadlines_,
-                                 MHD_OPTION_CONNECTION_MEMORY_LIMIT, kConnectionMemory,  //
-                                 MHD_OPTION_CONNECTION_LIMIT, kConnections,              //
-                                 MHD_OPTION_PER_IP_CONNECTION_LIMIT, kConnectionsOfOne,  //
+                                 MHD_OPTION_CONNECTION_MEMORY_LIMIT, kConnectionMemory,       //
+                                 MHD_OPTION_CONNECTION_LIMIT, kConnections,                   //
+                                 MHD_OPTION_PER_IP_CONNECTION_LIMIT, kConnectionsPerAddress,  //
                                  MHD_OPTION_END));
   if (!daemon_) {
-    throw std::runtime_error("can't listen on " + settings.listen + ", port " +
+    throw std::runtime_error("cannot listen on " + settings.listen + ", port " +
                              std::to_string(settings.port) + ": " + std::strerror(errno));
   }
 }
@@ -161,12 +162,12 @@ ScoreServer::Reply ScoreServer::Answer(const std::string& target, const std::str
     if (target.starts_with(kPostPath)) {
       return Post(std::string_view(target).substr(kPostPath.size()), address);
     }
-    return {kNotFound, "There is nothing here."};
+    return {kNotFound, "Not found."};
   } catch (const BadScore& error) {
-    return {kBadRequest, std::string("The score isn't taken: ") + error.what() + "."};
+    return {kBadRequest, std::string("The score was refused: ") + error.what() + "."};
   } catch (const std::exception& error) {
     std::cerr << "velumar-scored: " << error.what() << std::endl;
-    return {kFailed, "The scores can't be reached now."};
+    return {kFailed, "The scores are not available at the moment."};
   }
 }
 
@@ -178,7 +179,7 @@ std::string ScoreServer::WhyRefused(std::string_view header, std::string_view va
     return "Requests from web pages are refused.";
   }
   if (is("Host") && !hosts_.Allows(value)) {
-    return "The service doesn't answer under this host name; --allow-host adds one.";
+    return "The service does not answer to this host name; allow it with --allow-host.";
   }
   return {};
 }
@@ -186,11 +187,11 @@ std::string ScoreServer::WhyRefused(std::string_view header, std::string_view va
 ScoreServer::Reply ScoreServer::Post(std::string_view query, const std::string& address) {
   const Score score = ParseScore(query);
   if (!limit_.Allows(address, PostLimit::Moment::clock::now())) {
-    return {kTooMany, "Too many scores within a minute."};
+    return {kTooMany, "Too many scores in one minute; try again later."};
   }
   if (!store_.Add(score)) {
     return {kOk,
-            "Not kept: the score isn't among the best " + std::to_string(ScoreStore::kKept) + "."};
+            "Not kept: the score is not among the best " + std::to_string(ScoreStore::kKept) + "."};
   }
   return {kOk, "Taken."};
 }

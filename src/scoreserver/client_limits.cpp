@@ -1,6 +1,7 @@
-#include "scored/allowed_hosts.h"
+#include "scoreserver/client_limits.h"
 
 #include <arpa/inet.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -53,6 +54,61 @@ bool AllowedHosts::Allows(std::string_view host) const {
   }
   const std::string name = Lower(host);
   return IsAddress(name, AF_INET) || std::ranges::find(names_, name) != names_.end();
+}
+
+bool PostLimit::Allows(const std::string& address, Moment now) {
+  if (now - minute_ >= std::chrono::minutes{1}) {
+    minute_ = now;
+    posts_.clear();
+  }
+  if (posts_.size() >= kAddresses && !posts_.contains(address)) return false;
+  int& posts = posts_[address];
+  if (posts >= per_minute_) return false;
+  ++posts;
+  return true;
+}
+
+ConnectionDeadlines::ConnectionDeadlines(std::chrono::milliseconds longest)
+    : longest_(longest), watch_([this] { Watch(); }) {}
+
+ConnectionDeadlines::~ConnectionDeadlines() {
+  {
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
+  }
+  changed_.notify_one();
+  watch_.join();
+}
+
+void ConnectionDeadlines::Opened(int socket) {
+  {
+    const std::lock_guard lock(mutex_);
+    deadlines_[socket] = Clock::now() + longest_;
+  }
+  changed_.notify_one();
+}
+
+void ConnectionDeadlines::Closed(int socket) {
+  const std::lock_guard lock(mutex_);
+  deadlines_.erase(socket);
+}
+
+void ConnectionDeadlines::Watch() {
+  std::unique_lock lock(mutex_);
+  while (!stopping_) {
+    const Clock::time_point now = Clock::now();
+    Clock::time_point next = now + longest_;
+    std::erase_if(deadlines_, [&](const auto& connection) {
+      if (connection.second > now) {
+        next = std::min(next, connection.second);
+        return false;
+      }
+      // The server notices and closes the connection.
+      ::shutdown(connection.first, SHUT_RDWR);
+      return true;
+    });
+    changed_.wait_until(lock, next);
+  }
 }
 
 }  // namespace velumar

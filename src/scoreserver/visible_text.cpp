@@ -1,4 +1,4 @@
-#include "scored/shown_text.h"
+#include "scoreserver/visible_text.h"
 
 #include <algorithm>
 #include <array>
@@ -13,8 +13,8 @@ struct Range {
   char32_t last;
 };
 
-// Unicode 15: the categories Cc, Cf, Zl and Zp of DerivedGeneralCategory.txt, and what is left of
-// the property Default_Ignorable_Code_Point of DerivedCoreProperties.txt.
+// Unicode 15: the categories Cc, Cf, Zl and Zp (DerivedGeneralCategory.txt), and the rest of
+// Default_Ignorable_Code_Point (DerivedCoreProperties.txt).
 constexpr std::array<Range, 27> kInvisible{
     {{0x0, 0x1F},        {0x7F, 0x9F},       {0xAD, 0xAD},       {0x34F, 0x34F},
      {0x600, 0x605},     {0x61C, 0x61C},     {0x6DD, 0x6DD},     {0x70F, 0x70F},
@@ -24,7 +24,7 @@ constexpr std::array<Range, 27> kInvisible{
      {0xFFF0, 0xFFFB},   {0x110BD, 0x110BD}, {0x110CD, 0x110CD}, {0x13430, 0x1343F},
      {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF}}};
 
-// The category Zs, and the pattern of Braille that has no dots.
+// The category Zs, and the blank Braille pattern.
 constexpr std::array<Range, 8> kSpaces{{{0x20, 0x20},
                                         {0xA0, 0xA0},
                                         {0x1680, 0x1680},
@@ -41,7 +41,7 @@ bool In(const std::array<Range, Count>& ranges, char32_t character) {
   });
 }
 
-// A character at the front of a text, or a byte that begins none.
+// The first character of a text, or a byte that is not UTF-8.
 struct Character {
   std::optional<char32_t> value;
   std::size_t length = 1;  // bytes
@@ -63,8 +63,8 @@ Character FirstOf(std::string_view text) {
     value = value << 6U | (at(i) & 0x3FU);
   }
   const bool overlong = (length == 3 && value < 0x800) || (length == 4 && value < 0x10000);
-  const bool half_of_a_pair = value >= 0xD800 && value <= 0xDFFF;
-  if (overlong || half_of_a_pair || value > 0x10FFFF) return {};
+  const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
+  if (overlong || surrogate || value > 0x10FFFF) return {};
   return {value, length};
 }
 

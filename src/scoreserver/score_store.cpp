@@ -1,4 +1,4 @@
-#include "scored/score_store.h"
+#include "scoreserver/score_store.h"
 
 #include <array>
 #include <cstdint>
@@ -19,18 +19,18 @@ double Number(const LedgerValue& value) {
   return number == nullptr ? 0 : *number;
 }
 
-constexpr std::array<OwnTable, 1> kTables{
+constexpr std::array<TableSchema, 1> kTables{
     {{"scores",
       "id INTEGER PRIMARY KEY, posted TEXT DEFAULT CURRENT_TIMESTAMP, name TEXT, money REAL, "
       "symbol TEXT, start_date INTEGER, end_date INTEGER"}}};
 
-void MakeScoreTables(SqliteDatabase& database) {
-  MakeTables(database, kTables);
+void CreateScoreTables(SqliteDatabase& database) {
+  CreateTables(database, kTables);
   database.Execute("CREATE INDEX IF NOT EXISTS by_money ON scores (money DESC, id)");
 }
 
 const DatabaseKind& ScoresKind() {
-  static const DatabaseKind kKind{"file of scores", kTables, MakeScoreTables};
+  static const DatabaseKind kKind{"score file", kTables, CreateScoreTables};
   return kKind;
 }
 

@@ -7,9 +7,8 @@
 #include <thread>
 
 #include "platform/curl_web_client.h"
-#include "scored/hostile_server.h"
-#include "scored/plain_connection.h"
-#include "scored/score_server.h"
+#include "scoreserver/raw_sockets.h"
+#include "scoreserver/score_server.h"
 #include "support/scratch_folder.h"
 
 namespace velumar {
@@ -17,9 +16,10 @@ namespace {
 
 using std::chrono_literals::operator""ms;
 using std::chrono_literals::operator""s;
+using std::chrono_literals::operator""h;
 using testing::HasSubstr;
 
-// Counts how often windows were given the time to live.
+// Counts how often window events could run.
 class CountingEvents : public EventLoop {
  public:
   void ProcessPending() override {}
@@ -36,7 +36,7 @@ class ScoreServiceTest : public ::testing::Test {
   std::string Get(const std::string& address, std::string_view target) {
     return client.Get(address, target, [] { return true; });
   }
-  // Why a request came to nothing.
+  // The error of a request.
   std::string Failure(const std::string& address, std::string_view target) {
     try {
       return "answered: " + Get(address, target);
@@ -53,7 +53,7 @@ class ScoreServiceTest : public ::testing::Test {
   CurlWebClient client{events, 1s};
 };
 
-TEST_F(ScoreServiceTest, ListsTheBestTenAsTheyWerePostedByteForByte) {
+TEST_F(ScoreServiceTest, ListsTheBestTenByteForByte) {
   const ScoreServer server({.port = 0, .database = ":memory:", .posts_per_minute = 15});
   const std::string address = "127.0.0.1:" + std::to_string(server.Port()) + "/";
   EXPECT_EQ(Get(address, "/zanno/getscore.php"), "");
@@ -71,8 +71,8 @@ TEST_F(ScoreServiceTest, ListsTheBestTenAsTheyWerePostedByteForByte) {
 
   const std::vector<std::pair<std::string, std::string>> refused = {
       {Post(std::string(61, 'n'), "1"),
-       "refused it (400): The score isn't taken: the name is longer than 60 bytes"},
-      {Post("n", "much"), "refused it (400): The score isn't taken: "},
+       "refused it (400): The score was refused: the name is longer than 60 bytes"},
+      {Post("n", "much"), "refused it (400): The score was refused: the score is not a number"},
       {Post("n", "1e40"), "refused it (400)"},
       {Post("n", "1") + "0", "refused it (400)"},
       {Post(std::string(20'000, 'n'), "1"), "refused it (414)"},  // with a page
@@ -81,19 +81,19 @@ TEST_F(ScoreServiceTest, ListsTheBestTenAsTheyWerePostedByteForByte) {
   for (const auto& [target, why] : refused) {
     EXPECT_THAT(Failure(address, target), HasSubstr(why)) << target;
   }
-  // Twelve were taken; those that were no scores don't count.
+  // Twelve were accepted; refused posts don't count.
   for (int i = 0; i < 3; ++i) Get(address, Post("last", "1"));
   EXPECT_THAT(Failure(address, Post("one too many", "1")), HasSubstr("(429)"));
 }
 
-// Rows of earlier versions may hold what is refused by now.
-TEST(Score, ShowsOnAnyScreen) {
+// Earlier versions accepted such names.
+TEST(Score, IsListedInVisibleCharacters) {
   EXPECT_EQ(
       ScoreLine(3, {"\x1b[2J\xE2\x80\xAE\xFFz\\ \xC3\xA9", -12.5, "A\n", 20050103, 20050104}),
       " 3.  -12.50  \\x1B[2J\\xE2\\x80\\xAE\\xFFz\\\\ \xC3\xA9  A\\x0A  2005-01-03 to 2005-01-04");
 }
 
-TEST(Score, IsRefusedWhenItsNameCannotBeSeen) {
+TEST(Score, WithAnInvisibleNameIsRefused) {
   const auto why = [](const std::string& name) -> std::string {
     try {
       ParseScore("username=" + name +
@@ -116,10 +116,10 @@ TEST(Score, IsRefusedWhenItsNameCannotBeSeen) {
   }
 }
 
-TEST(ScoreStore, KeepsWhatItTakes) {
+TEST(ScoreStore, KeepsTheBestThousandOnDisk) {
   ScoreStore full(":memory:");
   for (int i = 0; i < ScoreStore::kKept; ++i) EXPECT_TRUE(full.Add({"n", 5, "ABC", 1, 2}));
-  EXPECT_FALSE(full.Add({"as good, but later", 5, "ABC", 1, 2}));
+  EXPECT_FALSE(full.Add({"equal, but later", 5, "ABC", 1, 2}));
   EXPECT_TRUE(full.Add({"better", 6, "ABC", 1, 2}));
   EXPECT_EQ(full.Top(1)[0].name, "better");
   EXPECT_EQ(full.Top(2000).size(), std::size_t{ScoreStore::kKept});
@@ -128,7 +128,7 @@ TEST(ScoreStore, KeepsWhatItTakes) {
   const std::string file = scratch.Sub("scores.db");
   ScoreStore store(file);
   EXPECT_TRUE(store.Add({"first", 1, "ABC", 1, 2}));
-  EXPECT_THROW(ScoreStore{file}, LedgerError) << "two services would cut each other's scores";
+  EXPECT_THROW(ScoreStore{file}, LedgerError) << "one service per file";
   std::filesystem::rename(file, scratch.Sub("moved.db"));
   EXPECT_THROW(store.Add({"lost", 2, "ABC", 1, 2}), LedgerError);
   std::filesystem::rename(scratch.Sub("moved.db"), file);
@@ -140,7 +140,35 @@ TEST(ScoreStore, KeepsWhatItTakes) {
   EXPECT_THROW(ScoreStore{scratch.Sub("other.db")}, LedgerError);
 }
 
-TEST(ScoreServer, AnswersNoWebPageAndNoNameButItsOwn) {
+// Whoever opens the file after the answer finds the score.
+TEST(ScoreServer, AnswersOnlyWhenTheScoreIsOnDisk) {
+  const ScratchFolder scratch;
+  const std::string file = scratch.Sub("scores.db");
+  ScoreServer server({.port = 0, .database = file});
+  const std::string post =
+      "/zanno/postscore.php?username=n&score=-0.5&zanno=yes&symbol=ABC&startdate=20050103"
+      "&enddate=20050630";
+  for (double posted = 1; posted <= 2; ++posted) {
+    EXPECT_EQ(server.Answer(post, "a").text, "Taken.");
+    const SqliteDatabase other(file, SqliteDatabase::Mode::kReadOnly);
+    EXPECT_EQ(other.FirstValue("SELECT count(*) FROM scores WHERE money = -0.5"),
+              LedgerValue(posted));
+  }
+  std::filesystem::remove(file);
+  EXPECT_EQ(server.Answer(post, "a").status, 500U);
+}
+
+TEST(PostLimit, CountsPerAddressAndMinute) {
+  PostLimit limit(2);
+  const PostLimit::Moment start{1h};
+  EXPECT_TRUE(limit.Allows("a", start));
+  EXPECT_TRUE(limit.Allows("a", start + 59s));
+  EXPECT_FALSE(limit.Allows("a", start + 59s));
+  EXPECT_TRUE(limit.Allows("b", start + 59s));
+  EXPECT_TRUE(limit.Allows("a", start + 60s));
+}
+
+TEST(ScoreServer, RefusesWebPagesAndUnknownHostNames) {
   const ScoreServer server(
       {.port = 0, .database = ":memory:", .allowed_hosts = {"Scores.example"}});
   std::array<char, 256> machine{};
@@ -159,31 +187,32 @@ TEST(ScoreServer, AnswersNoWebPageAndNoNameButItsOwn) {
   EXPECT_NE(server.WhyRefused("Sec-Fetch-Site", "cross-site"), "");
   EXPECT_EQ(server.WhyRefused("Sec-Fetch-Site", "none"), "");
 
-  PlainConnection connection(server.Port());
-  connection.Say("GET /zanno/getscore.php HTTP/1.1\r\nHost: localhost\r\nOrigin: null\r\n\r\n");
-  EXPECT_THAT(connection.HearAll(), testing::StartsWith("HTTP/1.1 403"));
+  RawClient client(server.Port());
+  client.Send("GET /zanno/getscore.php HTTP/1.1\r\nHost: localhost\r\nOrigin: null\r\n\r\n");
+  EXPECT_THAT(client.ReceiveAll(), testing::StartsWith("HTTP/1.1 403"));
 }
 
-TEST(ScoreServer, EndsConnectionsHoweverTheyTrickle) {
+TEST(ScoreServer, ClosesConnectionsThatTrickle) {
   const ScoreServer server({.port = 0, .database = ":memory:", .longest_connection = 300ms});
-  for (const std::string manner : {"", "x", "X: y\r\n"}) {
-    PlainConnection connection(server.Port());
-    connection.Say("GET /zanno/getscore.php HTTP/1.1\r\n");
+  for (const std::string trickle : {"", "x", "X: y\r\n"}) {
+    RawClient client(server.Port());
+    client.Send("GET /zanno/getscore.php HTTP/1.1\r\n");
     const auto began = std::chrono::steady_clock::now();
-    while (connection.Open() && std::chrono::steady_clock::now() - began < 5s) {
-      connection.Say(manner);
+    while (client.Open() && std::chrono::steady_clock::now() - began < 5s) {
+      client.Send(trickle);
       std::this_thread::sleep_for(20ms);
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - began, 3s) << manner;
+    EXPECT_LT(std::chrono::steady_clock::now() - began, 3s) << trickle;
   }
 }
 
-TEST(ScoredProgram, SaysWhatIsWrongWithItsOptions) {
+TEST(ScoredProgram, ExplainsInvalidOptions) {
   for (const auto& [options, why] : std::vector<std::pair<std::string, std::string>>{
            {"--database ''", "--database: must not be empty"},
            {"--database x --posts-per-minute 0",
-            "--posts-per-minute: \"0\" is no whole number from 1 to 1000000"},
-           {"--database x --port 65536", "--port: \"65536\" is no whole number from 0 to 65535"}}) {
+            "--posts-per-minute: \"0\" is not a whole number from 1 to 1000000"},
+           {"--database x --port 65536",
+            "--port: \"65536\" is not a whole number from 0 to 65535"}}) {
     std::FILE* const pipe = popen((VELUMAR_SCORED_PROGRAM " " + options + " 2>&1").c_str(), "r");
     std::array<char, 1024> text{};
     const std::size_t size = std::fread(text.data(), 1, text.size(), pipe);
@@ -192,27 +221,27 @@ TEST(ScoredProgram, SaysWhatIsWrongWithItsOptions) {
   }
 }
 
-TEST_F(ScoreServiceTest, OutlivesHostileServersInBoundedTimeAndMemory) {
+TEST_F(ScoreServiceTest, SurvivesHostileServersInBoundedTimeAndMemory) {
   const std::string ok = "HTTP/1.1 200 OK\r\n";
   const std::string mebibyte(std::size_t{1} << 20, 'x');
   struct Case {
-    HostileServer::Manner manner;
+    HostileServer::Answer answer;
     std::string why;
   };
   const std::vector<Case> cases = {
       {{.first = ""}, "nobody answered within 1 second"},
-      {{.first = ok + "\r\n", .again = "x", .pause_ms = 50}, "nobody answered within 1 second"},
-      {{.first = ok + "\r\n", .again = mebibyte}, "too long"},
-      {{.first = ok + "Content-Length: 99999999999\r\n\r\n", .again = mebibyte}, "too long"},
-      {{.first = ok, .again = "X: " + std::string(1000, 'y') + "\r\n"}, "too long"},
-      {{.first = ok + "X: ", .again = mebibyte}, "failed"},
-      {{.first = std::string("\0\xFF\x01", 3), .again = mebibyte}, "failed"},
+      {{.first = ok + "\r\n", .repeated = "x", .pause_ms = 50}, "nobody answered within 1 second"},
+      {{.first = ok + "\r\n", .repeated = mebibyte}, "too long"},
+      {{.first = ok + "Content-Length: 99999999999\r\n\r\n", .repeated = mebibyte}, "too long"},
+      {{.first = ok, .repeated = "X: " + std::string(1000, 'y') + "\r\n"}, "too long"},
+      {{.first = ok + "X: ", .repeated = mebibyte}, "failed"},
+      {{.first = std::string("\0\xFF\x01", 3), .repeated = mebibyte}, "failed"},
       {{.first = "", .hangs_up = true}, "failed"},
       {{.first = "HTTP/1.1 302 F\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n"},
        "elsewhere (302)"},
       {{.first = "HTTP/1.1 500 E\r\nContent-Length: 0\r\n\r\n"}, "refused it (500)"}};
   for (const Case& one : cases) {
-    HostileServer server(one.manner);
+    HostileServer server(one.answer);
     events.waits = 0;
     const auto began = std::chrono::steady_clock::now();
     EXPECT_THAT(Failure(server.Address(), "/zanno/getscore.php"), HasSubstr(one.why));
@@ -225,7 +254,7 @@ TEST_F(ScoreServiceTest, OutlivesHostileServersInBoundedTimeAndMemory) {
   EXPECT_EQ(Get(binary.Address(), "/"), std::string("a\0\xFF\r\n", 5));
 }
 
-TEST_F(ScoreServiceTest, GivesUpWhenItIsNoLongerWantedAndSaysWhatIsWrongWithAnAddress) {
+TEST_F(ScoreServiceTest, CanBeCancelledAndExplainsInvalidAddresses) {
   HostileServer silent({.first = ""});
   CurlWebClient patient(events);
   const auto began = std::chrono::steady_clock::now();
