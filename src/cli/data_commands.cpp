@@ -1,12 +1,10 @@
-#include <CLI/CLI.hpp>
-#include <memory>
 #include <ostream>
-#include <string>
-#include <vector>
 
+#include "base/paths.h"
 #include "cli/commands.h"
 #include "cli/json_text.h"
 #include "cli/text_table.h"
+#include "marketdata/csv_export.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
 
@@ -14,10 +12,10 @@ namespace velumar {
 
 namespace {
 
-struct ListArguments {
-  std::string directory;
-  bool json = false;
-};
+// "1 bar has", "2 bars have".
+std::string BarsHave(int count) {
+  return std::to_string(count) + (count == 1 ? " bar has" : " bars have");
+}
 
 std::vector<SecurityInfo> Securities(const std::string& directory, IndexCache& cache) {
   MetaLibReader reader(cache);
@@ -30,7 +28,7 @@ std::vector<SecurityInfo> Securities(const std::string& directory, IndexCache& c
   return securities;
 }
 
-std::string Json(const std::vector<SecurityInfo>& securities) {
+std::string SecurityJson(const std::vector<SecurityInfo>& securities) {
   auto rows = nlohmann::ordered_json::array();
   for (const SecurityInfo& security : securities) {
     rows.push_back({{"symbol", security.symbol},
@@ -65,18 +63,31 @@ std::string SecurityTable(const std::vector<SecurityInfo>& securities) {
 
 }  // namespace
 
-void AddListCommand(CLI::App& app, CliContext& context) {
-  const auto arguments = std::make_shared<ListArguments>();
-  CLI::App* command = app.add_subcommand(
-      "list", "List the securities of a market data directory in the order of its index.");
-  command->add_option("DIR", arguments->directory, "the market data directory")->required();
-  command->add_flag("--json", arguments->json,
-                    "one JSON array; interval is -1 for daily bars, first and last are yyyymmdd, 0 "
-                    "without bars");
-  command->callback([arguments, &context] {
-    const std::vector<SecurityInfo> securities = Securities(arguments->directory, context.cache);
-    context.out << (arguments->json ? Json(securities) : SecurityTable(securities));
-  });
+void Import(const ImportArguments& arguments, CliContext& context) {
+  const CsvImportReport report =
+      ImportCsv(NativePath(arguments.file), arguments.directory, arguments.options, context.cache);
+  if (report.contradictions > 0) {
+    context.err << arguments.file << ": " << BarsHave(report.contradictions)
+                << " contradictory prices, imported unchanged (first on line "
+                << report.first_contradiction_line << ")\n";
+  }
+  if (report.times_left_out > 0) {
+    context.err << arguments.file << ": " << BarsHave(report.times_left_out)
+                << " a time, ignored because the series is daily\n";
+  }
+  context.out << report.symbol << ' ' << IntervalText(report.interval) << ": " << report.bars
+              << (report.bars == 1 ? " bar, " : " bars, ") << report.first_date << " to "
+              << report.last_date << '\n';
+}
+
+void ListSecurities(const ListArguments& arguments, CliContext& context) {
+  const std::vector<SecurityInfo> securities = Securities(arguments.directory, context.cache);
+  context.out << (arguments.json ? SecurityJson(securities) : SecurityTable(securities));
+}
+
+void Dump(const DumpArguments& arguments, CliContext& context) {
+  context.out << CsvOfSeries(arguments.directory, arguments.symbol,
+                             *IntervalFromText(arguments.interval), context.cache);
 }
 
 }  // namespace velumar

@@ -1,8 +1,12 @@
-#include "cli/ledger_texts.h"
+#include "cli/json_text.h"
 
 #include "base/number_text.h"
 
 namespace velumar {
+
+std::string JsonText(const nlohmann::ordered_json& json, int indent) {
+  return json.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
 
 std::string LedgerText(const LedgerValue& value) {
   if (const auto* number = std::get_if<double>(&value)) {
@@ -10,11 +14,6 @@ std::string LedgerText(const LedgerValue& value) {
   }
   const auto* text = std::get_if<std::string>(&value);
   return text == nullptr ? std::string() : *text;
-}
-
-std::string ReadableLedgerText(const LedgerValue& value) {
-  const auto* number = std::get_if<double>(&value);
-  return number == nullptr ? LedgerText(value) : ReadableNumberText(static_cast<float>(*number));
 }
 
 nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size_t row) {
