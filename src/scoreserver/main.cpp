@@ -1,5 +1,4 @@
 #include <CLI/CLI.hpp>
-#include <charconv>
 #include <csignal>
 #include <cstdint>
 #include <exception>
@@ -17,18 +16,6 @@ constexpr int kBadArguments = 2;
 constexpr int kMostPosts = 1'000'000;
 
 std::string NotEmpty(const std::string& text) { return text.empty() ? "must not be empty" : ""; }
-
-// CLI11's own message would not name the range.
-auto WholeNumber(int least, int most) {
-  return [least, most](const std::string& text) -> std::string {
-    int number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error == std::errc() && rest == end && number >= least && number <= most) return "";
-    return "\"" + text + "\" is not a whole number from " + std::to_string(least) + " to " +
-           std::to_string(most);
-  };
-}
 
 // Blocks the signals that stop the service in all threads, so that sigwait gets them.
 sigset_t BlockStopSignals() {
@@ -65,11 +52,11 @@ int Main(int count, char** arguments) {
       ->check(NotEmpty);
   app.add_option("--listen", settings.listen, "the IP address to listen on")->capture_default_str();
   app.add_option("--port", settings.port, "the port; 0 for any free one")
-      ->check(WholeNumber(0, UINT16_MAX))
+      ->check(CLI::Range(0, int{UINT16_MAX}))
       ->capture_default_str();
   app.add_option("--posts-per-minute", settings.posts_per_minute,
                  "how many scores one address may post per minute")
-      ->check(WholeNumber(1, kMostPosts))
+      ->check(CLI::Range(1, kMostPosts))
       ->capture_default_str();
   app.add_option("--allow-host", settings.allowed_hosts,
                  "another host name to answer to, besides IP addresses, \"localhost\" and the "
