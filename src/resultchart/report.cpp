@@ -55,7 +55,7 @@ std::vector<Report::Line> RunLines(const Texts& figures, const RunRecord& record
     return day.empty() ? std::string(kNoFigure) : day + "  " + figures.at(time);
   };
   return {
-      {"Run", run == kRunNow ? "the newest" : "number " + std::to_string(run)},
+      {"Run", run == kCurrentRun ? "the newest" : "number " + std::to_string(run)},
       {"Market", began([](const LedgerRun& r) { return r.market; })},
       {"First order", moment("ResStartDate", "ResStartTime")},
       {"Last order", moment("ResEndDate", "ResEndTime")},
