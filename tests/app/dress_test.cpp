@@ -1,4 +1,4 @@
-#include "app/dress.h"
+#include "app/theme/dress.h"
 
 #include <QWindow>
 

@@ -7,9 +7,9 @@
 #include <QTimer>
 #include <chrono>
 
-#include "app/qt_event_loop.h"
-#include "app/qt_message_boxes.h"
-#include "app/qt_screen.h"
+#include "app/services/qt_event_loop.h"
+#include "app/services/qt_message_boxes.h"
+#include "app/services/qt_screen.h"
 
 namespace velumar {
 namespace {

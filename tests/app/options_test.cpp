@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "app/options.h"
+#include "app/wiring/options.h"
 
 namespace velumar {
 namespace {

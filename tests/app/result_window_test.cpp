@@ -9,8 +9,8 @@
 #include <QTemporaryDir>
 #include <QToolButton>
 
-#include "app/chart_view.h"
-#include "app/qt_printers.h"
+#include "app/controls/chart_view.h"
+#include "app/services/qt_printers.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "platform/virtual_platform.h"

@@ -1,4 +1,4 @@
-#include "app/run_key_filter.h"
+#include "app/wiring/run_key_filter.h"
 
 #include <gmock/gmock.h>
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "app/desktop_view.h"
-#include "app/form_style.h"
+#include "app/theme/form_style.h"
+#include "app/windows/desktop_view.h"
 
 namespace velumar {
 

@@ -1,10 +1,10 @@
 #include <QLineEdit>
 
-#include "app/artwork.h"
-#include "app/caption_layout.h"
-#include "app/fitting_line_edit.h"
-#include "app/label_view.h"
-#include "app/text_fit.h"
+#include "app/controls/caption_layout.h"
+#include "app/controls/fitting_line_edit.h"
+#include "app/controls/label_view.h"
+#include "app/theme/artwork.h"
+#include "app/theme/text_fit.h"
 #include "shown_desktop.h"
 
 namespace velumar {

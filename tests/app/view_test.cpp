@@ -11,7 +11,7 @@
 #include <QSlider>
 #include <stdexcept>
 
-#include "app/key_codes.h"
+#include "app/controls/key_codes.h"
 #include "shown_desktop.h"
 
 namespace velumar {

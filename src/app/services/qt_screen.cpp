@@ -1,0 +1,31 @@
+#include "app/services/qt_screen.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <algorithm>
+
+#include "forms/form.h"
+
+namespace velumar {
+
+float QtScreen::WidthTwips() const {
+  return static_cast<float>(QGuiApplication::primaryScreen()->geometry().width()) * kTwipsPerPixel;
+}
+
+float QtScreen::HeightTwips() const {
+  return static_cast<float>(QGuiApplication::primaryScreen()->geometry().height()) * kTwipsPerPixel;
+}
+
+bool QtScreen::Shows(float left, float top, float width, float height) const {
+  constexpr double kHandful = 24;  // logical pixels
+  const QPointF origin = QGuiApplication::primaryScreen()->geometry().topLeft();
+  const QRectF window(origin + QPointF(left, top) / kTwipsPerPixel,
+                      QSizeF(width, height) / kTwipsPerPixel);
+  const auto screens = QGuiApplication::screens();
+  return std::any_of(screens.begin(), screens.end(), [&](const QScreen* screen) {
+    const QRectF seen = QRectF(screen->geometry()).intersected(window);
+    return seen.width() >= kHandful && seen.height() >= kHandful;
+  });
+}
+
+}  // namespace velumar
