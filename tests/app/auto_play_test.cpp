@@ -1,4 +1,4 @@
-#include "app/wiring/auto_play.h"
+#include "app/wiring/unattended.h"
 
 #include <gmock/gmock.h>
 
@@ -6,7 +6,7 @@
 #include <QTemporaryDir>
 #include <algorithm>
 
-#include "app/services/qt_event_loop.h"
+#include "app/services/event_loop.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "platform/chart_program_keys.h"

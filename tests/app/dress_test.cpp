@@ -1,4 +1,4 @@
-#include "app/theme/dress.h"
+#include "app/theme/theme_follower.h"
 
 #include <QWindow>
 
@@ -36,12 +36,12 @@ TEST_F(DressTest, AllWindowsFollowTheDesktopUnlessAThemeWasChosen) {
   const int dark = Lightness(desktop.form1());
   EXPECT_LT(dark, light - 40);
   desktop.form2().Show();
-  EXPECT_TRUE(View(desktop.form2()).Look().theme.dark);
+  EXPECT_TRUE(View(desktop.form2()).Context().Look().theme.dark);
   EXPECT_LT(QApplication::palette().color(QPalette::Base).lightness(), 80) << "dialogs too";
 
   TurnTo(Qt::white);
   EXPECT_EQ(Lightness(desktop.form1()), light);
-  EXPECT_FALSE(View(desktop.form2()).Look().theme.dark);
+  EXPECT_FALSE(View(desktop.form2()).Context().Look().theme.dark);
 
   ThemeFollower chosen(ThemeChoice::kLight, [this] { return palette; });
   TurnTo(Qt::black);

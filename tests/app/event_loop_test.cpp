@@ -7,9 +7,9 @@
 #include <QTimer>
 #include <chrono>
 
-#include "app/services/qt_event_loop.h"
-#include "app/services/qt_message_boxes.h"
-#include "app/services/qt_screen.h"
+#include "app/services/dialogs.h"
+#include "app/services/event_loop.h"
+#include "app/services/screen.h"
 
 namespace velumar {
 namespace {

@@ -5,7 +5,7 @@
 #include <QPointer>
 #include <QTimer>
 
-#include "app/services/qt_event_loop.h"
+#include "app/services/event_loop.h"
 #include "shown_desktop.h"
 
 namespace velumar {

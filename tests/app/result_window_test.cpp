@@ -9,11 +9,11 @@
 #include <QTemporaryDir>
 #include <QToolButton>
 
-#include "app/controls/chart_view.h"
-#include "app/services/qt_printers.h"
+#include "app/services/printers.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "platform/virtual_platform.h"
+#include "resultchart/result_plot.h"
 #include "shell/program.h"
 #include "shown_desktop.h"
 #include "support/ledger_rows.h"
@@ -99,7 +99,7 @@ TEST_F(ResultViewTest, EveryControlCanBeReachedOnAnyScreen) {
 }
 
 TEST_F(ResultViewTest, TheChartIsSavedInEveryFormAsItIsShown) {
-  auto& plot = WidgetOf<ChartView>(form.MSChart1);
+  auto& plot = WidgetOf<ResultPlot>(form.MSChart1);
   EXPECT_EQ(plot.Scene().points.values.size(), 3U);
   for (const std::string& ending : form.MSChart1.endings) {
     const QString file = File(("it's." + ending).c_str());
@@ -129,7 +129,7 @@ TEST_F(ResultViewTest, WhatTheWheelHasZoomedStays) {
   for (int i = 0; i < 40; ++i) rows.Order(19, "Offset Short", 1, 55, 0, -1, 995000 - i);
   desktop.Unload(form);
   desktop.frmResult().Show();
-  auto& plot = WidgetOf<ChartView>(form.MSChart1);
+  auto& plot = WidgetOf<ResultPlot>(form.MSChart1);
   const double whole = plot.Span().Size();
   const QPoint middle = plot.rect().center();
   QWheelEvent wheel(middle, plot.mapToGlobal(middle), {}, {0, 480}, Qt::NoButton, {},

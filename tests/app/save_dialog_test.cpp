@@ -7,7 +7,7 @@
 #include <QTimer>
 #include <functional>
 
-#include "app/services/qt_dialogs.h"
+#include "app/services/dialogs.h"
 #include "platform/virtual_platform.h"
 
 namespace velumar {

@@ -1,10 +1,9 @@
 #include <QLineEdit>
 
-#include "app/controls/caption_layout.h"
-#include "app/controls/fitting_line_edit.h"
 #include "app/controls/label_view.h"
+#include "app/controls/text_box.h"
 #include "app/theme/artwork.h"
-#include "app/theme/text_fit.h"
+#include "app/theme/fonts.h"
 #include "shown_desktop.h"
 
 namespace velumar {
@@ -84,8 +83,8 @@ TEST_F(TextFitTest, EveryTextCanBeReadOnItsGround) {
   ForEachLabel([this](const Control& label, const LabelView& widget) {
     if (label.DesignLook().backdrop != Backdrop::kNone) return;
     const QColor ground = label.Container() == nullptr
-                              ? View(label.Owner()).GroundUnder(widget.geometry())
-                              : View(label.Owner()).Look().theme.field;
+                              ? View(label.Owner()).Context().BackgroundAt(widget.geometry())
+                              : View(label.Owner()).Context().Look().theme.field;
     const QColor colour = ToQColor(label.ForeColour());
     EXPECT_GE(Contrast(ground, ReadableOn(ground, colour)), 4.4)
         << label.Owner().Name() << " " << label.Text();

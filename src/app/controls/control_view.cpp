@@ -1,34 +1,74 @@
 #include "app/controls/control_view.h"
 
-#include <QWidget>
+#include <QImage>
 #include <cmath>
+#include <exception>
+#include <utility>
 
-#include "app/controls/chart_view.h"
-#include "app/controls/combo_box_view.h"
-#include "app/controls/date_picker_view.h"
-#include "app/controls/frame_view.h"
-#include "app/controls/label_view.h"
-#include "app/controls/list_box_view.h"
-#include "app/controls/panel_views.h"
-#include "app/controls/picture_view.h"
-#include "app/controls/small_views.h"
-#include "app/controls/table_view.h"
-#include "app/controls/text_box_view.h"
+#include "app/theme/artwork.h"
 #include "forms/form.h"
 
 namespace velumar {
 
 namespace {
 
-// The ground with a breath of the colour.
-QColor Mixed(const QColor& ground, const QColor& colour) {
+// The background with a little of the colour.
+QColor Mixed(const QColor& background, const QColor& colour) {
   constexpr float kPart = 0.18F;
   const auto mix = [](float a, float b) { return a + (b - a) * kPart; };
-  return QColor::fromRgbF(mix(ground.redF(), colour.redF()), mix(ground.greenF(), colour.greenF()),
-                          mix(ground.blueF(), colour.blueF()));
+  return QColor::fromRgbF(mix(background.redF(), colour.redF()),
+                          mix(background.greenF(), colour.greenF()),
+                          mix(background.blueF(), colour.blueF()));
 }
 
 }  // namespace
+
+FormContext::FormContext(QWidget& window, const Form& form, const Appearance& look,
+                         ErrorReport report)
+    : window_(window), form_(form), look_(look), report_(std::move(report)) {}
+
+void FormContext::Deliver(const std::function<void()>& event) {
+  if (retired_) return;
+  ++running_handlers_;
+  try {
+    event();
+  } catch (const std::exception& error) {
+    report_(error.what());
+  }
+  if (--running_handlers_ == 0 && retired_) window_.deleteLater();
+}
+
+void FormContext::Retire() {
+  retired_ = true;
+  if (running_handlers_ == 0) window_.deleteLater();
+}
+
+QColor FormContext::BackgroundAt(const QRect& place) const {
+  QColor background = look_.theme.window;
+  for (const Control* control : form_.Controls()) {
+    const QRect whole = LogicalPlace(*control);
+    if (control->Kind() == ControlKind::kFrame && whole.contains(place)) {
+      background = look_.theme.field;
+    }
+    if (control->Kind() != ControlKind::kPicture || !control->Visible() ||
+        !whole.intersects(place)) {
+      continue;
+    }
+    const QPixmap art = ArtPixmap(look_.theme.ArtSet(), ToQString(control->Text()), whole.size());
+    if (art.isNull()) continue;
+    const QImage part = art.copy(place.intersected(whole).translated(-whole.topLeft())).toImage();
+    background =
+        part.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).pixelColor(0, 0);
+  }
+  return background;
+}
+
+QPainterPath FormContext::Outline() const {
+  QPainterPath outline;
+  outline.addRoundedRect(QRectF(window_.rect()).adjusted(.5, .5, -.5, -.5),
+                         form_.CornerWidth() / 2.0, form_.CornerHeight() / 2.0);
+  return outline;
+}
 
 int LogicalPixels(float twips) { return static_cast<int>(std::lround(twips / kTwipsPerPixel)); }
 
@@ -37,92 +77,86 @@ QRect LogicalPlace(const Control& control) {
           LogicalPixels(control.Width()), LogicalPixels(control.Height())};
 }
 
-bool IsEnter(const QKeyEvent& event) {
-  const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-  return enter && !event.isAutoRepeat();
-}
-
 QString ToQString(std::string_view text) { return QString::fromUtf8(text); }
 
 void ApplyCommon(QWidget& widget, const Control& control) {
-  const QString tip = ToQString(control.ToolTip());
   widget.setGeometry(LogicalPlace(control));
   widget.setVisible(control.Visible());
   widget.setEnabled(control.Enabled());
-  widget.setToolTip(tip);
+  widget.setToolTip(ToQString(control.ToolTip()));
   widget.setObjectName(ToQString(control.Name()));
   widget.setAccessibleName(ToQString(control.SpokenName()).trimmed());
 }
 
-QColor TextColour(const Control& control, const QColor& ground, const Theme& theme) {
-  return ReadableOn(ground,
+QColor TextColour(const Control& control, const QColor& background, const Theme& theme) {
+  return ReadableOn(background,
                     control.ForeColour() == 0 ? theme.text : ToQColor(control.ForeColour()));
 }
 
 void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& theme) {
   QPalette palette = widget.palette();
   const bool blue = control.DesignLook().backdrop == Backdrop::kBluePaper;
-  const QColor ground = blue ? Mixed(theme.field, theme.accent) : theme.field;
-  const QColor text = TextColour(control, ground, theme);
+  const QColor background = blue ? Mixed(theme.field, theme.accent) : theme.field;
+  const QColor text = TextColour(control, background, theme);
   for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
     palette.setColor(group, QPalette::Text, text);
   }
-  // A text that nobody types, but everybody reads.
+  // Text on blue is read, never typed, so it is as clear when the box is disabled.
   if (blue) {
-    palette.setColor(QPalette::Base, ground);
+    palette.setColor(QPalette::Base, background);
     palette.setColor(QPalette::Text, text);
   }
   widget.setPalette(palette);
 }
 
-ControlView* MakeControlView(FormCanvas& canvas, QWidget& window, Control& control) {
+ControlView* MakeControlView(FormContext& context, QWidget& parent, Control& control) {
   switch (control.Kind()) {
     case ControlKind::kPicture:
-      return new PictureView(canvas, window, static_cast<Picture&>(control));
+      return MakeView(context, parent, static_cast<Picture&>(control));
     case ControlKind::kPictureButton:
-      return new PictureButtonView(canvas, window, static_cast<PictureButton&>(control));
+      return MakeView(context, parent, static_cast<PictureButton&>(control));
     case ControlKind::kLabel:
-      return new LabelView(canvas, window, static_cast<Label&>(control));
+      return MakeView(context, parent, static_cast<Label&>(control));
     case ControlKind::kTextBox:
-      return new TextBoxView(canvas, window, static_cast<TextBox&>(control));
+      return MakeView(context, parent, static_cast<TextBox&>(control));
     case ControlKind::kButton:
-      return new ButtonView(canvas, window, static_cast<Button&>(control));
+      return MakeView(context, parent, static_cast<Button&>(control));
     case ControlKind::kComboBox:
-      return new ComboBoxView(canvas, window, static_cast<ComboBox&>(control));
+      return MakeView(context, parent, static_cast<ComboBox&>(control));
     case ControlKind::kDatePicker:
-      return new DatePickerView(canvas, window, static_cast<DatePicker&>(control));
+      return MakeView(context, parent, static_cast<DatePicker&>(control));
     case ControlKind::kSlider:
-      return new SliderView(canvas, window, static_cast<Slider&>(control));
-    case ControlKind::kProgressLine:
-      return new ProgressLineView(canvas, window, static_cast<ProgressLine&>(control));
+      return MakeView(context, parent, static_cast<Slider&>(control));
     case ControlKind::kCheckBox:
-      return new CheckBoxView(canvas, window, static_cast<CheckBox&>(control));
+      return MakeView(context, parent, static_cast<CheckBox&>(control));
+    case ControlKind::kProgressLine:
+      return MakeView(context, parent, static_cast<ProgressLine&>(control));
     case ControlKind::kFrame:
-      return new FrameView(canvas, window, static_cast<Frame&>(control));
+      return MakeView(context, parent, static_cast<Frame&>(control));
     case ControlKind::kListBox:
-      return new ListBoxView(canvas, window, static_cast<ListBox&>(control));
+      return MakeView(context, parent, static_cast<ListBox&>(control));
     case ControlKind::kToolbar:
-      return new ToolbarView(canvas, window, static_cast<Toolbar&>(control));
+      return MakeView(context, parent, static_cast<Toolbar&>(control));
     case ControlKind::kTabBar:
-      return new TabBarView(canvas, window, static_cast<TabBar&>(control));
+      return MakeView(context, parent, static_cast<TabBar&>(control));
     case ControlKind::kSwatch:
-      return new SwatchView(canvas, window, static_cast<Swatch&>(control));
+      return MakeView(context, parent, static_cast<Swatch&>(control));
     case ControlKind::kTable:
-      return new TableView(canvas, window, static_cast<Table&>(control));
+      return MakeView(context, parent, static_cast<Table&>(control));
     case ControlKind::kChart:
-      return new ChartView(canvas, window, static_cast<Chart&>(control));
+      return MakeView(context, parent, static_cast<Chart&>(control));
     case ControlKind::kChartPicture:
-      return new ChartPictureView(canvas, window, static_cast<ChartPicture&>(control));
+      return MakeView(context, parent, static_cast<ChartPicture&>(control));
     case ControlKind::kScrollBar:
-      return new ScrollBarView(canvas, window, static_cast<ScrollBar&>(control));
+      return MakeView(context, parent, static_cast<ScrollBar&>(control));
     case ControlKind::kMenu:
-      return new MenuView(canvas, window, static_cast<Menu&>(control));
+      return MakeView(context, parent, static_cast<Menu&>(control));
     case ControlKind::kLine:
-      return new LineView(window, static_cast<Line&>(control));
+      return MakeView(context, parent, static_cast<Line&>(control));
     case ControlKind::kSheet:
-      return new SheetView(canvas, window, static_cast<Sheet&>(control));
+      return MakeView(context, parent, static_cast<Sheet&>(control));
     case ControlKind::kLink:
-      return new LinkView(canvas, window, static_cast<Link&>(control));
+      return MakeView(context, parent, static_cast<Link&>(control));
   }
   return nullptr;
 }

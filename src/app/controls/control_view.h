@@ -1,23 +1,89 @@
 #pragma once
 
+#include <QPainterPath>
 #include <QRect>
-#include <QString>
+#include <QWidget>
+#include <functional>
+#include <string>
 
-#include "app/controls/form_canvas.h"
-#include "forms/control.h"
-
-class QKeyEvent;
-class QWidget;
+#include "app/theme/theme.h"
+#include "forms/chart.h"
+#include "forms/frame.h"
+#include "forms/list_box.h"
+#include "forms/panels.h"
+#include "forms/table.h"
 
 namespace velumar {
 
-// The widget that draws one control. It is a child of the window's widget and dies with it.
+class Form;
+
+using ErrorReport = std::function<void(const std::string& text)>;
+
+// What the views in one window share: how they look, and how the user's events reach the model.
+class FormContext {
+ public:
+  // Exceptions of handlers go to `report`. `look` may change while the window is shown.
+  FormContext(QWidget& window, const Form& form, const Appearance& look, ErrorReport report);
+
+  const Appearance& Look() const { return look_; }
+  // Calls a handler of the model. The window lives until the handler returns, even if the handler
+  // unloads it or waits inside. Events for an unloaded window are dropped.
+  void Deliver(const std::function<void()>& event);
+  // Drops all further events, and deletes the window once none of its handlers is running.
+  void Retire();
+  bool Retired() const { return retired_; }
+
+  // The mean colour of the artwork at a place, or the background of the window.
+  QColor BackgroundAt(const QRect& place) const;
+  // The rounded outline of the window, in logical pixels.
+  QPainterPath Outline() const;
+
+ private:
+  QWidget& window_;
+  const Form& form_;
+  const Appearance& look_;
+  ErrorReport report_;
+  int running_handlers_ = 0;
+  bool retired_ = false;
+};
+
+// The widget that shows one control. It is a child of the window's widget, which deletes it.
 class ControlView {
  public:
   virtual ~ControlView() = default;
   virtual QWidget& Widget() = 0;
-  // Takes over what the model holds; tells nothing back.
+  // Shows the state of the model, without sending any event back.
   virtual void Update() = 0;
+};
+
+// Place, visible, enabled, tooltip, and the name for screen readers: the same for all controls.
+void ApplyCommon(QWidget& widget, const Control& control);
+
+// A view that is itself a widget of the toolkit.
+template <typename Base, typename Model>
+class View : public Base, public ControlView {
+ public:
+  View(FormContext& context, QWidget& parent, Model& model)
+      : Base(&parent), context_(context), model_(model) {}
+  QWidget& Widget() final { return *this; }
+  void Update() override {
+    ApplyCommon(*this, model_);
+    this->update();
+  }
+
+ protected:
+  const Theme& Colours() const { return context_.Look().theme; }
+  QFont DesignFont() const { return context_.Look().faces.For(model_.DesignLook()); }
+  // A slot that passes its signal to a handler of the model.
+  template <typename Handled, typename... Arguments>
+  auto To(void (Handled::*handler)(Arguments...)) {
+    return [this, handler](Arguments... arguments) {
+      context_.Deliver([&] { (model_.*handler)(arguments...); });
+    };
+  }
+
+  FormContext& context_;
+  Model& model_;
 };
 
 // Twips to whole logical pixels.
@@ -26,19 +92,36 @@ QRect LogicalPlace(const Control& control);
 
 QString ToQString(std::string_view text);
 
-// A press of Enter, which clicks a button that has the focus; holding it down is one press.
-bool IsEnter(const QKeyEvent& event);
+// The control's own colour, or the theme's if it has none, made readable on that background.
+QColor TextColour(const Control& control, const QColor& background, const Theme& theme);
 
-// What all kinds have in common: place, visible, enabled, tooltip, the name for screen readers.
-void ApplyCommon(QWidget& widget, const Control& control);
-
-// The control's own colour as it can be read on that ground, or the theme's where it has none.
-QColor TextColour(const Control& control, const QColor& ground, const Theme& theme);
-
-// Text and ground of a box in which texts are edited.
+// Text and background of a box in which text is edited.
 void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& theme);
 
-// The view that goes with the control's kind.
-ControlView* MakeControlView(FormCanvas& canvas, QWidget& window, Control& control);
+ControlView* MakeControlView(FormContext& context, QWidget& parent, Control& control);
+
+ControlView* MakeView(FormContext& context, QWidget& parent, Picture& picture);
+ControlView* MakeView(FormContext& context, QWidget& parent, PictureButton& button);
+ControlView* MakeView(FormContext& context, QWidget& parent, Label& label);
+ControlView* MakeView(FormContext& context, QWidget& parent, TextBox& box);
+ControlView* MakeView(FormContext& context, QWidget& parent, Button& button);
+ControlView* MakeView(FormContext& context, QWidget& parent, ComboBox& box);
+ControlView* MakeView(FormContext& context, QWidget& parent, DatePicker& picker);
+ControlView* MakeView(FormContext& context, QWidget& parent, Slider& slider);
+ControlView* MakeView(FormContext& context, QWidget& parent, CheckBox& box);
+ControlView* MakeView(FormContext& context, QWidget& parent, ProgressLine& line);
+ControlView* MakeView(FormContext& context, QWidget& parent, Frame& frame);
+ControlView* MakeView(FormContext& context, QWidget& parent, ListBox& box);
+ControlView* MakeView(FormContext& context, QWidget& parent, Toolbar& toolbar);
+ControlView* MakeView(FormContext& context, QWidget& parent, TabBar& tabs);
+ControlView* MakeView(FormContext& context, QWidget& parent, Swatch& swatch);
+ControlView* MakeView(FormContext& context, QWidget& parent, Table& table);
+ControlView* MakeView(FormContext& context, QWidget& parent, Chart& chart);
+ControlView* MakeView(FormContext& context, QWidget& parent, ChartPicture& picture);
+ControlView* MakeView(FormContext& context, QWidget& parent, ScrollBar& bar);
+ControlView* MakeView(FormContext& context, QWidget& parent, Menu& menu);
+ControlView* MakeView(FormContext& context, QWidget& parent, Line& line);
+ControlView* MakeView(FormContext& context, QWidget& parent, Sheet& sheet);
+ControlView* MakeView(FormContext& context, QWidget& parent, Link& link);
 
 }  // namespace velumar

@@ -4,8 +4,12 @@ class QKeyEvent;
 
 namespace velumar {
 
-// The usual virtual code of the key: 13 for Enter, 27 for Esc, letters by their capital.
-// 0 for a key that has none.
+// The virtual key code of a key: 13 for Enter, 27 for Esc, letters by their capital; 0 if there is
+// none.
 int VirtualKeyCode(const QKeyEvent& event);
+
+// True for a press of Enter, which clicks the button that has the focus. Holding it down counts
+// once.
+bool IsEnter(const QKeyEvent& event);
 
 }  // namespace velumar

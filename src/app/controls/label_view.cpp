@@ -1,59 +1,153 @@
 #include "app/controls/label_view.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
+#include <algorithm>
+#include <cmath>
+#include <limits>
 
-#include "app/controls/caption_layout.h"
+#include "forms/form.h"
 
 namespace velumar {
 
-LabelView::LabelView(FormCanvas& canvas, QWidget& window, Label& label)
-    : QLabel(&window), canvas_(canvas), label_(label) {
+namespace {
+
+constexpr double kDisplayBase = 5;  // from the baseline of display type to the edge of its label
+
+bool IsDisplay(const Control& label) { return label.DesignLook().face == FontFace::kImpact; }
+
+// True for a text on the artwork that names the control next to it.
+bool IsCaption(const Control& control) {
+  return control.Kind() == ControlKind::kLabel && !IsDisplay(control) &&
+         control.DesignLook().backdrop == Backdrop::kNone;
+}
+
+bool SpansWindow(const Control& label) {
+  return label.Width() >= 0.9F * label.Owner().Width() &&
+         label.Height() >= 0.6F * label.Owner().Height();
+}
+
+bool TakesInput(const Control& control) {
+  return control.Kind() != ControlKind::kLabel && control.Kind() != ControlKind::kPicture &&
+         control.Kind() != ControlKind::kFrame && control.Kind() != ControlKind::kListBox;
+}
+
+// True if two places share at least half the height of the smaller one.
+bool AreLevel(const QRect& a, const QRect& b) {
+  const int shared = std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top()) + 1;
+  return 2 * shared >= std::min(a.height(), b.height());
+}
+
+// The nearest box or button at the same height.
+const Control* Neighbour(const Control& label) {
+  const QRect place = LogicalPlace(label);
+  const Control* nearest = nullptr;
+  int nearest_gap = std::numeric_limits<int>::max();
+  for (const Control* control : label.Owner().Controls()) {
+    const QRect other = LogicalPlace(*control);
+    if (control->Container() != label.Container()) continue;
+    if (!TakesInput(*control) || !AreLevel(place, other)) continue;
+    const int gap = std::max({other.left() - place.right(), place.left() - other.right(), 0});
+    if (gap < nearest_gap) {
+      nearest = control;
+      nearest_gap = gap;
+    }
+  }
+  return nearest;
+}
+
+double MiddleOf(const QRect& place) { return place.top() + place.height() / 2.0; }
+
+double WantedBaseline(const Control& label, const QFont& font) {
+  const QRect place = LogicalPlace(label);
+  const double half_capital = QFontMetricsF(font).capHeight() / 2;
+  if (SpansWindow(label)) return LogicalPixels(label.Owner().Height()) / 2.0 + half_capital;
+  if (IsDisplay(label)) return place.top() + place.height() - kDisplayBase;
+  const Control* neighbour = IsCaption(label) ? Neighbour(label) : nullptr;
+  return MiddleOf(neighbour == nullptr ? place : LogicalPlace(*neighbour)) + half_capital;
+}
+
+// Logical pixels between the edge of a label and its text.
+int TextMargin(const Control& label) {
+  if (label.DesignLook().backdrop != Backdrop::kNone) return 5;
+  return SpansWindow(label) ? 12 : 0;
+}
+
+// The largest font size, in pixels, at which all captions of that look in the window fit into their
+// places, so that they look alike.
+int CaptionPixels(const Form& form, const Look& look, const Typefaces& faces) {
+  QFont font = faces.For(look);
+  for (const Control* control : form.Controls()) {
+    const Look& other = control->DesignLook();
+    if (!IsCaption(*control) || other.face != look.face || other.points != look.points) continue;
+    const QFont fitted =
+        FitText(ToQString(control->Text()), faces.For(other), LogicalPlace(*control).size()).font;
+    font.setPixelSize(std::min(font.pixelSize(), fitted.pixelSize()));
+  }
+  return font.pixelSize();
+}
+
+}  // namespace
+
+double Baseline(const Control& label, const QFont& font, const QString& text) {
+  const QRect place = LogicalPlace(label);
+  const QRectF ink = QFontMetricsF(font).tightBoundingRect(text);
+  const double highest = place.top() - ink.top();
+  const double lowest = place.top() + place.height() - ink.bottom();
+  const double wanted = std::round(WantedBaseline(label, font));
+  return lowest < highest ? highest : std::clamp(wanted, highest, lowest);
+}
+
+LabelView::LabelView(FormContext& context, QWidget& parent, Label& label)
+    : View(context, parent, label) {
   setTextFormat(Qt::PlainText);
 }
 
 void LabelView::Update() {
-  ApplyCommon(*this, label_);
-  const QString text = ToQString(label_.Text());
-  if (text != this->text()) setText(text);  // for screen readers; the painting is our own
-  QFont font = canvas_.Look().faces.For(label_.DesignLook());
-  if (IsCaption(label_)) {
-    font.setPixelSize(CaptionPixels(label_.Owner(), label_.DesignLook(), canvas_.Look().faces));
+  View::Update();
+  const QString text = ToQString(model_.Text());
+  if (text != this->text()) setText(text);  // for screen readers
+  QFont font = DesignFont();
+  if (IsCaption(model_)) {
+    font.setPixelSize(CaptionPixels(model_.Owner(), model_.DesignLook(), context_.Look().faces));
   }
-  const QSizeF room(width() - 2 * TextMargin(label_), height());
+  const QSizeF room(width() - 2 * TextMargin(model_), height());
   fitted_ = FitText(text, font, room);
-  if (fitted_.shortened) setToolTip(ToQString(label_.ToolTip()) + QLatin1Char('\n') + text);
-  update();
+  if (fitted_.shortened) setToolTip(ToQString(model_.ToolTip()) + QLatin1Char('\n') + text);
 }
 
-QColor LabelView::Ground() const {
-  const Theme& theme = canvas_.Look().theme;
-  switch (label_.DesignLook().backdrop) {
+QColor LabelView::Background() const {
+  switch (model_.DesignLook().backdrop) {
     case Backdrop::kYellowPaper:
-      return theme.value;
+      return Colours().value;
     case Backdrop::kNone:
-      return label_.Container() == nullptr ? canvas_.GroundUnder(geometry()) : theme.field;
+      return model_.Container() == nullptr ? context_.BackgroundAt(geometry()) : Colours().field;
     default:
-      return theme.field;
+      return Colours().field;
   }
 }
 
 void LabelView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (label_.DesignLook().backdrop != Backdrop::kNone) {
-    painter.setPen(canvas_.Look().theme.border);
-    painter.setBrush(Ground());
+  if (model_.DesignLook().backdrop != Backdrop::kNone) {
+    painter.setPen(Colours().border);
+    painter.setBrush(Background());
     painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), 4, 4);
   }
-  const int margin = TextMargin(label_);
+  const int margin = TextMargin(model_);
   const QFontMetricsF metrics(fitted_.font);
   const double spare = width() - 2.0 * margin - metrics.horizontalAdvance(fitted_.shown);
-  const bool centred = label_.DesignLook().alignment == Alignment::kCentre;
+  const bool centred = model_.DesignLook().alignment == Alignment::kCentre;
   painter.setFont(fitted_.font);
-  painter.setPen(TextColour(label_, Ground(), canvas_.Look().theme));
+  painter.setPen(TextColour(model_, Background(), Colours()));
   painter.drawText(QPointF(margin + (centred ? spare / 2 : 0),
-                           Baseline(label_, fitted_.font, fitted_.shown) - y()),
+                           Baseline(model_, fitted_.font, fitted_.shown) - y()),
                    fitted_.shown);
+}
+
+ControlView* MakeView(FormContext& context, QWidget& parent, Label& label) {
+  return new LabelView(context, parent, label);
 }
 
 }  // namespace velumar

@@ -3,16 +3,15 @@
 #include <QLabel>
 
 #include "app/controls/control_view.h"
-#include "app/theme/text_fit.h"
+#include "app/theme/fonts.h"
 
 namespace velumar {
 
-// A text that is never cut: it shrinks, and a text too long even for that shows its ends, with the
-// whole of it as the second line of the tooltip. A press on it goes through to the window.
-class LabelView : public QLabel, public ControlView {
+// A text that is never cut off: its font shrinks, and if that isn't enough, its middle is elided
+// and the tooltip has the whole text. A press on it goes through to the window.
+class LabelView : public View<QLabel, Label> {
  public:
-  LabelView(FormCanvas& canvas, QWidget& window, Label& label);
-  QWidget& Widget() override { return *this; }
+  LabelView(FormContext& context, QWidget& parent, Label& label);
   void Update() override;
 
   const FittedText& Fitted() const { return fitted_; }
@@ -21,11 +20,13 @@ class LabelView : public QLabel, public ControlView {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  QColor Ground() const;
+  QColor Background() const;
 
-  FormCanvas& canvas_;
-  Label& label_;
   FittedText fitted_;
 };
+
+// The baseline of a label's text, in logical pixels of the window. Captions are level with the box
+// or button next to them, display type has a line of its own, and no text leaves its label.
+double Baseline(const Control& label, const QFont& font, const QString& text);
 
 }  // namespace velumar

@@ -10,7 +10,7 @@ namespace velumar {
 
 namespace {
 
-// The smallest drawing that is at least as large as asked, else the largest.
+// The smallest drawing that is at least that large, or the largest of all.
 QPixmap DrawnFor(const QString& set, const QString& name, const QSize& pixels) {
   QPixmap drawn;
   for (const int percent : {100, 150, 200, 300}) {

@@ -9,15 +9,15 @@ class QWidget;
 
 namespace velumar {
 
-// The picture of that name in a set ("light", "dark"), at exactly that many pixels of the screen.
-// Null where there is none.
+// The picture of that name in a set ("light", "dark"), scaled to exactly that many device pixels;
+// null if there is none.
 QPixmap ArtPixmap(const QString& set, const QString& name, const QSize& pixels);
 
-// How many pixels of the screen the widget covers.
+// The size of the widget in device pixels.
 QSize DevicePixels(const QWidget& widget);
 
-// Moves the painter's origin to the nearest whole pixel of the screen and makes that its unit, so
-// that a pixmap of DevicePixels comes out sharp at every scale.
+// Makes device pixels the unit of the painter and moves its origin to the nearest whole one, so
+// that a pixmap of DevicePixels is drawn sharp at every scale.
 void PaintInDevicePixels(QPainter& painter);
 
 }  // namespace velumar

@@ -11,14 +11,14 @@ namespace velumar {
 
 namespace {
 
-constexpr double kRound = 3.5;
+constexpr double kFieldRound = 3.5;
 constexpr int kArrowRoom = 16;
 constexpr int kHandle = 10;
 
 QRectF Edge(const QRect& rect) { return QRectF(rect).adjusted(.5, .5, -.5, -.5); }
 
-// A line inside a combo box or date picker: the box around it has the ground.
-bool StandsInBox(const QWidget* widget) {
+// True for the line in a combo box or date picker, which draws the background itself.
+bool IsPartOfBox(const QWidget* widget) {
   const QWidget* parent = widget == nullptr ? nullptr : widget->parentWidget();
   return qobject_cast<const QComboBox*>(parent) != nullptr ||
          qobject_cast<const QAbstractSpinBox*>(parent) != nullptr;
@@ -41,7 +41,7 @@ void FormStyle::DrawField(QPainter& painter, const QStyleOption& option, bool fo
   painter.setPen(QPen(focus ? theme_.accent : theme_.border, focus ? 1.5 : 1));
   painter.setBrush(
       option.palette.color(enabled ? QPalette::Normal : QPalette::Disabled, QPalette::Base));
-  painter.drawRoundedRect(Edge(option.rect), kRound, kRound);
+  painter.drawRoundedRect(Edge(option.rect), kFieldRound, kFieldRound);
 }
 
 void FormStyle::DrawTick(QPainter& painter, const QStyleOption& option) const {
@@ -71,7 +71,7 @@ void FormStyle::DrawButton(QPainter& painter, const QStyleOption& option) const 
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(focus ? theme_.accent : theme_.border, focus ? 1.5 : 1));
   painter.setBrush(face);
-  painter.drawRoundedRect(Edge(option.rect), kRound, kRound);
+  painter.drawRoundedRect(Edge(option.rect), kFieldRound, kFieldRound);
 }
 
 void FormStyle::DrawComboBox(QPainter& painter, const QStyleOptionComplex& option,
@@ -112,7 +112,7 @@ void FormStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
   painter->save();
   switch (element) {
     case PE_PanelLineEdit:
-      if (!StandsInBox(widget)) {
+      if (!IsPartOfBox(widget)) {
         DrawField(*painter, *option, option->state.testFlag(State_HasFocus));
       }
       break;
@@ -185,7 +185,7 @@ int FormStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
 
 int FormStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                          QStyleHintReturn* data) const {
-  if (hint == SH_ComboBox_Popup) return 0;  // the list opens below the box, not over it
+  if (hint == SH_ComboBox_Popup) return 0;  // the list opens below the box
   if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
   return QProxyStyle::styleHint(hint, option, widget, data);
 }

@@ -6,8 +6,8 @@
 
 namespace velumar {
 
-// Draws boxes, lists, sliders, ticks and buttons flat and with round corners, and small enough for
-// windows in which a line is thirteen pixels high.
+// Draws boxes, lists, sliders, ticks and buttons flat, with round corners, and small enough for
+// windows whose lines are thirteen pixels high.
 class FormStyle : public QProxyStyle {
  public:
   explicit FormStyle(const Theme& theme);

@@ -16,7 +16,7 @@ double Luminance(const QColor& colour) {
          0.0722 * Linear(colour.blueF());
 }
 
-// Pure blue turns violet when it is lightened; to the eye the sky's blue stays blue.
+// Pure blue looks violet when it is lightened; sky blue still looks blue.
 float HueForLightening(const QColor& colour) {
   constexpr float kPureBlue = 240.F / 360;
   constexpr float kSkyBlue = 216.F / 360;
@@ -94,14 +94,15 @@ double Contrast(const QColor& a, const QColor& b) {
   return (light + 0.05) / (dark + 0.05);
 }
 
-QColor ReadableOn(const QColor& ground, const QColor& colour) {
-  const bool lighter = Luminance(ground) < 0.18;
-  const double contrast = lighter ? 6 : 4.5;  // thin letters need more on dark grounds
-  if (Contrast(ground, colour) >= contrast) return colour;
+QColor ReadableOn(const QColor& background, const QColor& colour) {
+  const bool lighter = Luminance(background) < 0.18;
+  const double contrast = lighter ? 6 : 4.5;  // thin letters need more on a dark background
+  if (Contrast(background, colour) >= contrast) return colour;
   QColor shade = colour.toHsl();
   const float hue = lighter ? HueForLightening(colour) : colour.hslHueF();
   constexpr float kStep = 0.02F;
-  for (float part = kStep; part < 1 + kStep && Contrast(ground, shade) < contrast; part += kStep) {
+  for (float part = kStep; part < 1 + kStep && Contrast(background, shade) < contrast;
+       part += kStep) {
     const float end = lighter ? 1.F : 0.F;
     const float lightness = colour.lightnessF() + (end - colour.lightnessF()) * std::min(part, 1.F);
     shade.setHslF(hue, colour.hslSaturationF(), lightness);

@@ -4,20 +4,20 @@
 #include <QPalette>
 #include <QString>
 
-#include "forms/control.h"
+#include "app/theme/fonts.h"
 
 namespace velumar {
 
-// The colours of everything that is drawn by code; the artwork has a set of the same name.
+// The colours of everything drawn by code. The artwork has a set of pictures for each theme.
 struct Theme {
   bool dark;
-  QColor window;  // ground of a window without artwork, and of dialogs
+  QColor window;  // background of windows without artwork, and of dialogs
   QColor edge;    // outline of windows
-  QColor field;   // ground of boxes and lines
-  QColor tick;    // ground of a check box on light green
-  QColor value;   // ground of a figure that was reckoned
-  QColor text;    // on window and field, where the logic names no colour
-  QColor faint;   // disabled texts
+  QColor field;   // background of boxes and lines
+  QColor tick;    // background of a check box on light green
+  QColor value;   // background of a computed figure
+  QColor text;    // on window and field, unless the logic sets a colour
+  QColor faint;   // disabled text
   QColor border;  // outline of boxes
   QColor accent;  // focus, selection, slider
   QColor on_accent;
@@ -26,20 +26,27 @@ struct Theme {
 
   static Theme Light();
   static Theme Dark();
-  // The set that goes with the colours that the desktop asks for.
+  // Dark if the windows of the desktop are dark.
   static Theme Following(const QPalette& system);
 
   QString ArtSet() const;
   QPalette Palette() const;
 };
 
+// How all windows of this process look.
+struct Appearance {
+  Theme theme;
+  Typefaces faces;
+  QString date_format;  // in the letters d, M, y
+};
+
 QColor ToQColor(Colour colour);
 
-// Contrast of two solid colours, 1 (none) to 21 (black on white).
+// Contrast of two opaque colours, 1 (none) to 21 (black on white).
 double Contrast(const QColor& a, const QColor& b);
 
-// The colour itself where it can be read well on that ground, else the nearest shade of it that
+// The colour itself if it can be read on that background, otherwise the nearest shade of it that
 // can.
-QColor ReadableOn(const QColor& ground, const QColor& colour);
+QColor ReadableOn(const QColor& background, const QColor& colour);
 
 }  // namespace velumar

@@ -21,7 +21,7 @@ FormView* DesktopView::Find(const Form& form) const {
 
 void DesktopView::SetTheme(const Theme& theme) {
   look_.theme = theme;
-  for (const auto& [form, view] : views_) view->Redress();
+  for (const auto& [form, view] : views_) view->ApplyLook();
 }
 
 void DesktopView::Raise() {

@@ -7,22 +7,22 @@
 
 namespace velumar {
 
-// Shows the windows of a desktop on the screen for as long as it lives.
+// Shows the windows of a desktop on the screen.
 class DesktopView : public FormListener {
  public:
-  // `report` shows what a handler of an event throws.
+  // Exceptions of handlers go to `report`.
   DesktopView(Desktop& desktop, Appearance look, ErrorReport report);
   ~DesktopView() override;
   DesktopView(const DesktopView&) = delete;
   DesktopView& operator=(const DesktopView&) = delete;
 
-  // Null while the window is unloaded.
+  // Null if the window is not loaded.
   FormView* Find(const Form& form) const;
 
-  // Draws all windows, those to come too, in these colours.
+  // For all windows, also those that are loaded later.
   void SetTheme(const Theme& theme);
 
-  // Brings all shown windows above those of other programs, icons too.
+  // Raises all shown windows above those of other programs, and restores minimised ones.
   void Raise();
 
   void FormLoaded(Form& form) override;

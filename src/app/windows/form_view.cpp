@@ -3,7 +3,6 @@
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QGuiApplication>
-#include <QImage>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -15,11 +14,9 @@
 #include <QWindow>
 #include <algorithm>
 #include <chrono>
-#include <exception>
 #include <iterator>
 #include <utility>
 
-#include "app/theme/artwork.h"
 #include "app/windows/native_form.h"
 
 namespace velumar {
@@ -30,7 +27,7 @@ using std::chrono_literals::operator""ms;
 
 constexpr auto kSettlingTime = 300ms;
 
-// The logic counts from the corner of the primary screen.
+// The origin of the logic's coordinates.
 QPoint ScreenOrigin() { return QGuiApplication::primaryScreen()->geometry().topLeft(); }
 
 bool TakesInput(const Form& form) {
@@ -40,17 +37,16 @@ bool TakesInput(const Form& form) {
   });
 }
 
-// A window with something to press is an ordinary window, which other programs and the taskbar can
-// give the focus to. One that only shows a number never takes the focus from the chart.
+// A window with something to click is an ordinary window, to which other programs and the taskbar
+// can give the focus. One that only shows a number never takes the focus from the chart.
 Qt::WindowFlags FlagsFor(const Form& form) {
-  Qt::WindowFlags flags = Qt::FramelessWindowHint;
+  Qt::WindowFlags flags;
   if (form.Bordered()) {
-    flags = Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint;
-    flags |= Qt::Dialog;
-    if (form.Topmost()) flags |= Qt::WindowStaysOnTopHint;
-    return flags;
+    flags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint;
+  } else {
+    flags = Qt::FramelessWindowHint;
+    flags |= TakesInput(form) ? Qt::Window : Qt::Tool | Qt::WindowDoesNotAcceptFocus;
   }
-  flags |= TakesInput(form) ? Qt::Window : Qt::Tool | Qt::WindowDoesNotAcceptFocus;
   if (form.Topmost()) flags |= Qt::WindowStaysOnTopHint;
   return flags;
 }
@@ -58,7 +54,7 @@ Qt::WindowFlags FlagsFor(const Form& form) {
 }  // namespace
 
 FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
-    : form_(form), look_(look), report_(std::move(report)) {
+    : form_(form), context_(*this, form, look, std::move(report)) {
   setObjectName(ToQString(form.Name()));
   setAttribute(Qt::WA_TranslucentBackground, !form.Bordered() && WindowsMayBlend());
   setAttribute(Qt::WA_ShowWithoutActivating, !TakesInput(form));
@@ -69,8 +65,8 @@ FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
   Update();
 }
 
-// As the table has them, but whoever opens a window begins at its first box and not at the picture
-// buttons of its head.
+// The order of the table, but starting at the first box: the picture buttons in the title come
+// last.
 void FormView::OrderTabs() {
   const std::vector<Control*>& controls = form_.Controls();
   const auto picture = [](const Control* control) {
@@ -87,31 +83,31 @@ void FormView::OrderTabs() {
   if (first != controls.end()) views_.at(*first)->Widget().setFocus();
 }
 
-// A container clips its controls. A menu bar is above all else and doesn't scroll.
+// Containers clip their controls. A menu bar lies above the contents and doesn't scroll.
 void FormView::MakeViews() {
-  QWidget& inside = form_.Bordered() ? MakeScrolledInside() : *this;
+  QWidget& contents = form_.Bordered() ? MakeScrolledContents() : *this;
   for (Control* control : form_.Controls()) {
     const Control* container = control->Container();
     const bool menu = control->Kind() == ControlKind::kMenu;
-    QWidget& ground = menu ? *this : inside;
-    QWidget& parent = container == nullptr ? ground : views_.at(container)->Widget();
-    views_[control] = MakeControlView(*this, parent, *control);
+    QWidget& window = menu ? *this : contents;
+    QWidget& parent = container == nullptr ? window : views_.at(container)->Widget();
+    views_[control] = MakeControlView(context_, parent, *control);
     if (menu) menu_bar_ = &views_[control]->Widget();
   }
 }
 
-// A window may be larger than the screen, above all at 200 %. The Tab key scrolls to its controls.
-QWidget& FormView::MakeScrolledInside() {
+// A window may be larger than the screen, especially at 200 %. The Tab key scrolls to its controls.
+QWidget& FormView::MakeScrolledContents() {
   scroll_ = new QScrollArea(this);
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setFocusPolicy(Qt::NoFocus);
-  auto* inside = new QWidget;
-  inside->setFixedSize(LogicalPixels(form_.Width()), LogicalPixels(form_.Height()));
-  scroll_->setWidget(inside);
+  auto* contents = new QWidget;
+  contents->setFixedSize(LogicalPixels(form_.Width()), LogicalPixels(form_.Height()));
+  scroll_->setWidget(contents);
   // Both leave the window's own background visible.
   scroll_->viewport()->setAutoFillBackground(false);
-  inside->setAutoFillBackground(false);
-  return *inside;
+  contents->setAutoFillBackground(false);
+  return *contents;
 }
 
 void FormView::FitSize() {
@@ -120,7 +116,7 @@ void FormView::FitSize() {
   if (scroll_ == nullptr) return setFixedSize(whole);
   const QSize border(16, 40);  // at most, with the title bar
   const QSize room = screen()->availableSize() - border;
-  // A bar takes its room from the other direction.
+  // A scroll bar takes room in the other direction.
   QSize wanted = whole;
   if (whole.height() > room.height())
     wanted += {scroll_->verticalScrollBar()->sizeHint().width(), 0};
@@ -132,8 +128,8 @@ void FormView::FitSize() {
 }
 
 void FormView::Update() {
-  if (retired_) return;
-  // A number can't have the focus, so it must not be found where the focus is given by title.
+  if (context_.Retired()) return;
+  // The program gives the focus to windows by their title, so a window that can't take it has none.
   const std::string& title = TakesInput(form_) ? form_.Caption() : form_.Name();
   setWindowTitle(title.empty() ? QStringLiteral(" ") : ToQString(title));
   FitSize();
@@ -145,11 +141,11 @@ void FormView::Update() {
 
 void FormView::UpdateControl(Control& control) {
   const auto view = views_.find(&control);
-  if (!retired_ && view != views_.end()) view->second->Update();
+  if (!context_.Retired() && view != views_.end()) view->second->Update();
 }
 
-void FormView::Redress() {
-  if (retired_) return;
+void FormView::ApplyLook() {
+  if (context_.Retired()) return;
   for (const auto& [control, view] : views_) view->Update();
   update();
 }
@@ -186,16 +182,16 @@ void FormView::UpdateShape() {
   }
 }
 
-// Another screen may have another size or scale, and corners are cut in the pixels of the screen.
+// Another screen may have another size or scale, and corners are cut in device pixels.
 void FormView::FollowScreen() {
-  if (retired_) return;
+  if (context_.Retired()) return;
   FitSize();
   if (!blended_ && !form_.Bordered()) CutCorners(*this, corners_);
 }
 
 void FormView::showEvent(QShowEvent* event) {
-  constexpr auto kOnceBehindAll = Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection);
-  connect(windowHandle(), &QWindow::screenChanged, this, &FormView::FollowScreen, kOnceBehindAll);
+  constexpr auto kOnceLater = Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection);
+  connect(windowHandle(), &QWindow::screenChanged, this, &FormView::FollowScreen, kOnceLater);
   QWidget::showEvent(event);
 }
 
@@ -212,55 +208,19 @@ void FormView::ComeUp() {
 }
 
 void FormView::Retire() {
-  retired_ = true;
   hide();
-  if (handlers_on_stack_ == 0) deleteLater();
-}
-
-void FormView::Deliver(const std::function<void()>& event) {
-  if (retired_) return;
-  ++handlers_on_stack_;
-  try {
-    event();
-  } catch (const std::exception& error) {
-    report_(error.what());
-  }
-  if (--handlers_on_stack_ == 0 && retired_) deleteLater();
-}
-
-QColor FormView::GroundUnder(const QRect& place) const {
-  QColor ground = look_.theme.window;
-  for (const Control* control : form_.Controls()) {
-    const QRect whole = LogicalPlace(*control);
-    if (control->Kind() == ControlKind::kFrame && whole.contains(place)) ground = look_.theme.field;
-    if (control->Kind() != ControlKind::kPicture || !control->Visible() ||
-        !whole.intersects(place)) {
-      continue;
-    }
-    const QPixmap art = ArtPixmap(look_.theme.ArtSet(), ToQString(control->Text()), whole.size());
-    if (art.isNull()) continue;
-    const QImage part = art.copy(place.intersected(whole).translated(-whole.topLeft())).toImage();
-    ground = part.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).pixelColor(0, 0);
-  }
-  return ground;
-}
-
-QPainterPath FormView::Outline() const {
-  QPainterPath outline;
-  outline.addRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), form_.CornerWidth() / 2.0,
-                         form_.CornerHeight() / 2.0);
-  return outline;
+  context_.Retire();
 }
 
 void FormView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  if (form_.Bordered()) return painter.fillRect(rect(), look_.theme.window);
-  // What is left between the outline and a mask of whole pixels.
-  if (!blended_) painter.fillRect(rect(), look_.theme.edge);
+  if (form_.Bordered()) return painter.fillRect(rect(), context_.Look().theme.window);
+  // The pixels between the outline and the mask.
+  if (!blended_) painter.fillRect(rect(), context_.Look().theme.edge);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(look_.theme.edge);
-  painter.setBrush(look_.theme.window);
-  painter.drawPath(Outline());
+  painter.setPen(context_.Look().theme.edge);
+  painter.setBrush(context_.Look().theme.window);
+  painter.drawPath(context_.Outline());
 }
 
 void FormView::keyPressEvent(QKeyEvent* event) {
@@ -268,20 +228,20 @@ void FormView::keyPressEvent(QKeyEvent* event) {
     QWidget::keyPressEvent(event);
     return;
   }
-  Deliver([this] {
+  context_.Deliver([this] {
     if (const auto escape = form_.on_escape) escape();
   });
 }
 
 void FormView::mousePressEvent(QMouseEvent*) {
-  Deliver([this] { form_.UserPress(); });
+  context_.Deliver([this] { form_.UserPress(); });
 }
 
 void FormView::StartDrag() {
   const Qt::MouseButtons held = QGuiApplication::mouseButtons();
   if (!isVisible() || held == Qt::NoButton) return;
   dragging_ = true;
-  // Window systems move windows by the left button alone.
+  // Window systems move windows only with the left button.
   if (held == Qt::LeftButton && MoveWithMouse(*this)) return;
   grip_ = QCursor::pos() - pos();
   grabMouse();
@@ -296,14 +256,14 @@ void FormView::mouseReleaseEvent(QMouseEvent*) {
 }
 
 void FormView::moveEvent(QMoveEvent*) {
-  if (!isVisible() || retired_ || pos() == wanted_) return;
-  // Reports of our own earlier moves come late, and window managers keep windows on the screen:
-  // neither is the user's hand.
+  if (!isVisible() || context_.Retired() || pos() == wanted_) return;
+  // Our own moves are reported late, and window managers move windows onto the screen: neither is a
+  // move by the user.
   if (!dragging_ && !settling_.hasExpired()) return;
-  FollowTheUser();
+  ReportPlace();
 }
 
-void FormView::FollowTheUser() {
+void FormView::ReportPlace() {
   const QPoint place = pos() - ScreenOrigin();
   wanted_ = pos();
   following_ = true;
@@ -314,7 +274,7 @@ void FormView::FollowTheUser() {
 
 void FormView::closeEvent(QCloseEvent* event) {
   event->ignore();
-  Deliver([this] {
+  context_.Deliver([this] {
     if (const auto close = form_.on_close) close();
   });
 }
@@ -329,9 +289,9 @@ void FormView::dropEvent(QDropEvent* event) {
     if (url.isLocalFile()) files.push_back(url.toLocalFile().toStdString());
   }
   event->acceptProposedAction();
-  // The program that the files come from waits until the drop is over: no box may stand in its way.
+  // The other program waits until the drop is over, so a message box must not delay it.
   QMetaObject::invokeMethod(
-      this, [this, files] { Deliver([this, &files] { form_.UserDrop(files); }); },
+      this, [this, files] { context_.Deliver([this, &files] { form_.UserDrop(files); }); },
       Qt::QueuedConnection);
 }
 

@@ -2,44 +2,35 @@
 
 #include <QDeadlineTimer>
 #include <QWidget>
-#include <functional>
 #include <map>
-#include <string>
 
 #include "app/controls/control_view.h"
-#include "app/controls/form_canvas.h"
 #include "forms/form.h"
 
 class QScrollArea;
 
 namespace velumar {
 
-using ErrorReport = std::function<void(const std::string& text)>;
-
-// Draws any window from its control table and turns the user's hand into the model's events. One
-// object per load of the window.
-class FormView : public QWidget, public FormCanvas {
+// Shows any window from its control table, and passes mouse and keys to the model as events. One
+// object for each time that the window is loaded.
+class FormView : public QWidget {
  public:
-  // What a handler throws goes to `report`.
+  // Exceptions of handlers go to `report`. `look` may change; call ApplyLook afterwards.
   FormView(Form& form, const Appearance& look, ErrorReport report);
 
-  // Takes over everything that the model holds of the window itself.
+  // Shows the state of the window itself, without its controls.
   void Update();
   void UpdateControl(Control& control);
-  // The appearance has changed under the window.
-  void Redress();
-  // The window was unloaded: it vanishes now and dies once no handler of it is on the stack.
+  void ApplyLook();
+  // Call when the window was unloaded: it vanishes now and is deleted once none of its handlers
+  // runs.
   void Retire();
   bool KeepsKeys() const { return form_.KeepsKeys(); }
+  const FormContext& Context() const { return context_; }
   // Restores a minimised window and raises it.
   void ComeUp();
   // Moves with the mouse until its button is released.
   void StartDrag();
-
-  const Appearance& Look() const override { return look_; }
-  void Deliver(const std::function<void()>& event) override;
-  QColor GroundUnder(const QRect& place) const override;
-  QPainterPath Outline() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -56,32 +47,29 @@ class FormView : public QWidget, public FormCanvas {
  private:
   void OrderTabs();
   void MakeViews();
-  QWidget& MakeScrolledInside();
-  // A window with a border is no larger than the screen.
+  QWidget& MakeScrolledContents();
+  // Keeps a window with a border within the screen.
   void FitSize();
   void UpdateFlags();
   void UpdatePlace();
   void UpdateShape();
   void FollowScreen();
   void UpdateVisible();
-  void FollowTheUser();
+  void ReportPlace();
 
   Form& form_;
-  const Appearance& look_;
-  ErrorReport report_;
+  FormContext context_;
   std::map<const Control*, ControlView*> views_;
   QWidget* menu_bar_ = nullptr;
   QScrollArea* scroll_ = nullptr;  // in a window with a border
-  int handlers_on_stack_ = 0;
-  bool retired_ = false;
 
-  bool blended_ = true;      // soft corners show
-  QSize corners_;            // as last drawn
-  QPoint wanted_;            // where the model wants the window
+  bool blended_ = true;      // the compositor draws soft corners
+  QSize corners_;            // as drawn last
+  QPoint wanted_;            // where the model puts the window
   QDeadlineTimer settling_;  // until then a move may be an echo of our own
   bool dragging_ = false;
   bool following_ = false;
-  QPoint grip_;  // of a drag that the window system leaves to us: from the corner to the mouse
+  QPoint grip_;  // from the corner to the mouse, in a drag that the window system leaves to us
 };
 
 }  // namespace velumar

@@ -5,20 +5,20 @@
 
 namespace velumar {
 
-// What the window system of this platform does to a window's form.
+// What depends on the window system of this platform.
 
-// Whether windows may be see-through in places, pixel by pixel.
+// True if windows may be translucent pixel by pixel.
 bool WindowsMayBlend();
-// Whether it does so now, so that soft corners show. Window by window opacity is another matter.
+// True if they are at the moment, so that soft corners are visible.
 bool SoftCornersShow();
 // Cuts the corners by ellipses of that size, in logical pixels.
 void CutCorners(QWidget& window, const QSize& corners);
-// From 0, invisible, to 255, solid.
+// From 0, invisible, to 255, opaque.
 void SetAlpha(QWidget& window, int alpha);
-// Puts the window above all others, where the toolkit's own flag doesn't do.
+// Puts the window above all others if the toolkit's own flag isn't enough.
 void KeepOnTop(QWidget& window);
-// Lets the window system move the window until the left button is released; false where it can't.
-// Where it is released already, the window stays.
+// Has the window system move the window until the left button is released; returns false if it
+// can't. If the button is already released, the window stays where it is.
 bool MoveWithMouse(QWidget& window);
 
 }  // namespace velumar

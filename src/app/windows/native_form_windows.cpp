@@ -13,7 +13,7 @@ bool HasNativeWindow(const QWidget& window) {
 
 }  // namespace
 
-// One opacity for the whole window, which excludes blending by pixels.
+// A window has one opacity here, which excludes translucent pixels.
 bool WindowsMayBlend() { return false; }
 
 bool SoftCornersShow() { return false; }
@@ -28,7 +28,8 @@ void CutCorners(QWidget& window, const QSize& corners) {
                     pixels(corners.width()), pixels(corners.height()));
 }
 
-// The toolkit must know it too: it takes the layer away from windows that it believes to be solid.
+// The toolkit must know the opacity too: it removes the layer from windows that it takes for
+// opaque.
 void SetAlpha(QWidget& window, int alpha) {
   window.setWindowOpacity(alpha / 255.0);
   if (HasNativeWindow(window)) SetNativeAlpha(window.winId(), alpha);

@@ -19,13 +19,13 @@ std::unique_ptr<Reply, decltype(&std::free)> Owned(Reply* reply) {
   return {reply, &std::free};
 }
 
-// Null where there is no X server, as in tests.
+// Null without an X server, as in tests.
 xcb_connection_t* Server() {
   const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
   return x11 == nullptr ? nullptr : x11->connection();
 }
 
-// As the server knows it: what our own events say of the mouse is older.
+// Asks the server, since our own events lag behind.
 bool LeftButtonDown() {
   xcb_connection_t* const server = Server();
   if (server == nullptr) return true;
@@ -39,7 +39,7 @@ bool LeftButtonDown() {
 
 bool WindowsMayBlend() { return true; }
 
-// Where a compositing manager runs, which owns a selection as long as it does.
+// True if a compositing manager runs: it owns this selection.
 bool SoftCornersShow() {
   xcb_connection_t* const server = Server();
   if (server == nullptr) return true;
@@ -63,8 +63,8 @@ void SetAlpha(QWidget& window, int alpha) { window.setWindowOpacity(alpha / 255.
 
 void KeepOnTop(QWidget&) {}
 
-// A move that begins behind the release, as at the tap of a finger, would have the window follow
-// the mouse until the next click.
+// A move that begins after the release, as at a tap of a finger, would make the window follow the
+// mouse until the next click.
 bool MoveWithMouse(QWidget& window) {
   if (!LeftButtonDown()) return true;
   return window.windowHandle() != nullptr && window.windowHandle()->startSystemMove();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,7 +12,7 @@
 
 namespace velumar {
 
-// What this platform has behind the interfaces that need no windows of our own.
+// This platform's implementations of the interfaces that need no windows of our own.
 struct BackEnds {
   std::unique_ptr<ChartWindows> chart_windows;
   std::unique_ptr<KeySender> keys;
@@ -22,22 +21,14 @@ struct BackEnds {
   std::unique_ptr<LocaleInfo> locale;
   std::unique_ptr<WallClock> clock;
   std::unique_ptr<Programs> programs;
-  std::string default_data_dir;
-  // Beside the program, or in the user's data folder where that can't be written.
-  std::string ledger_file;
-  // Sentences for the user about what couldn't be read or written.
+  // Sentences for the user about what could not be read or written.
   std::vector<std::string> problems;
 };
 
-// Where settings and registry lie: as the options name it, or the user's own.
+// The folder of settings and registry: the one in the options, or the user's own.
 QString SettingsFolder(const Options& options);
 
-// What all systems have in the same way, once the registry is there: the chart program's keys in
-// it, samples and ledger.
-void AddCommonBackEnds(BackEnds& ends, const std::filesystem::path& program_folder);
-
-// `program_folder` has no separator at its end. Throws std::runtime_error where the window system
-// can't be reached.
-BackEnds SystemBackEnds(const Options& options, const std::string& program_folder);
+// Throws std::runtime_error if the window system can't be reached.
+BackEnds SystemBackEnds(const Options& options);
 
 }  // namespace velumar

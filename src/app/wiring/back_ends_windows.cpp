@@ -17,7 +17,7 @@ namespace velumar {
 
 namespace {
 
-// The user's own settings stand in the registry, those of a folder in a file there.
+// The user's own settings are in the registry, those of a folder in a file in it.
 std::unique_ptr<SettingsStore> OpenSettings(const Options& options,
                                             std::vector<std::string>& problems) {
   if (options.settings_dir.isEmpty()) return std::make_unique<RegistrySettings>();
@@ -34,7 +34,7 @@ QString SettingsFolder(const Options& options) {
   return QString::fromStdString(PathText(UserFile("settings").parent_path()));
 }
 
-BackEnds SystemBackEnds(const Options& options, const std::string& program_folder) {
+BackEnds SystemBackEnds(const Options& options) {
   BackEnds ends;
   ends.settings = OpenSettings(options, ends.problems);
   ends.registry = std::make_unique<SystemRegistry>();
@@ -43,7 +43,6 @@ BackEnds SystemBackEnds(const Options& options, const std::string& program_folde
   ends.locale = SystemLocale();
   ends.clock = std::make_unique<SystemClock>();
   ends.programs = std::make_unique<SystemPrograms>(options.chart_arguments);
-  AddCommonBackEnds(ends, NativePath(program_folder).make_preferred());
   return ends;
 }
 

@@ -31,7 +31,7 @@ QString SettingsFolder(const Options& options) {
   return QString::fromStdString(PathText(UserFileIn(options, "settings").parent_path()));
 }
 
-BackEnds SystemBackEnds(const Options& options, const std::string& program_folder) {
+BackEnds SystemBackEnds(const Options& options) {
   auto settings = std::make_unique<FileSettings>(UserFileIn(options, "settings"));
   auto registry = std::make_unique<FileRegistry>(UserFileIn(options, "registry"));
   BackEnds ends;
@@ -44,7 +44,6 @@ BackEnds SystemBackEnds(const Options& options, const std::string& program_folde
   ends.locale = SystemLocale();
   ends.clock = std::make_unique<SystemClock>();
   ends.programs = std::make_unique<SystemPrograms>(options.chart_arguments);
-  AddCommonBackEnds(ends, NativePath(program_folder));
   return ends;
 }
 

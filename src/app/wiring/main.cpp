@@ -8,27 +8,26 @@
 #include <optional>
 #include <stdexcept>
 
-#include "app/services/qt_dialogs.h"
-#include "app/services/qt_event_loop.h"
-#include "app/services/qt_message_boxes.h"
-#include "app/services/qt_printers.h"
-#include "app/services/qt_screen.h"
-#include "app/theme/dress.h"
+#include "app/services/dialogs.h"
+#include "app/services/event_loop.h"
+#include "app/services/printers.h"
+#include "app/services/screen.h"
+#include "app/theme/theme_follower.h"
 #include "app/windows/desktop_view.h"
-#include "app/wiring/auto_play.h"
 #include "app/wiring/back_ends.h"
-#include "app/wiring/display.h"
-#include "app/wiring/mail_notice.h"
+#include "app/wiring/message_listener.h"
 #include "app/wiring/options.h"
+#include "app/wiring/process.h"
 #include "app/wiring/run_key_filter.h"
 #include "app/wiring/single_instance.h"
-#include "app/wiring/start_failure.h"
-#include "app/wiring/termination.h"
 #include "app/wiring/unattended.h"
 #include "base/dates.h"
+#include "base/paths.h"
 #include "ledger/ledger.h"
+#include "platform/chart_program_keys.h"
 #include "platform/command_line.h"
 #include "platform/process_end.h"
+#include "platform/user_files.h"
 #include "platform/web_client.h"
 #include "shell/program.h"
 
@@ -39,12 +38,32 @@ namespace {
 constexpr int kFailure = 1;
 constexpr int kBadArguments = 2;
 
-Appearance Dress(const Theme& theme, const LocaleInfo& locale) {
+Appearance ApplyLook(const Theme& theme, const LocaleInfo& locale) {
   constexpr int kDialogPixels = 13;
   Appearance look{theme, Typefaces::Installed(), QString::fromStdString(locale.ShortDatePattern())};
-  DressApplication(theme);
+  ApplyTheme(theme);
   QApplication::setFont(look.faces.Plain(kDialogPixels));
   return look;
+}
+
+// Adds the chart program's keys to the registry. If that fails, the program starts without them.
+void AddChartProgramKeys(BackEnds& ends, const std::filesystem::path& program_folder) {
+  try {
+    EnsureChartProgramKeys(*ends.registry, PathText(program_folder / "charthost"));
+  } catch (const std::exception& error) {
+    ends.problems.emplace_back(error.what());
+  }
+}
+
+// The user's samples, with a separator at the end; empty if they could not be copied.
+std::string SampleFolder(BackEnds& ends, const std::filesystem::path& program_folder) {
+  try {
+    return PathText(SampleDirectory(program_folder) / "");
+  } catch (const std::exception& error) {
+    ends.problems.push_back(std::string("Could not copy the samples to your folder: ") +
+                            error.what());
+    return {};
+  }
 }
 
 void ShowProblems(MessageBoxes& boxes, const std::vector<std::string>& problems) {
@@ -58,9 +77,30 @@ void ShowProblems(MessageBoxes& boxes, const std::vector<std::string>& problems)
   EndProcessAtOnce(kFailure);
 }
 
+// Releases the lock of the settings folder before it ends this process.
+class ReleasingPrograms : public Programs {
+ public:
+  ReleasingPrograms(Programs& programs, SingleInstance& instance)
+      : programs_(programs), instance_(instance) {}
+
+  void Start(std::string_view command_line) override { programs_.Start(command_line); }
+  void OpenInBrowser(std::string_view address) override { programs_.OpenInBrowser(address); }
+  void EndProcess() override {
+    instance_.Release();
+    programs_.EndProcess();
+  }
+
+ private:
+  Programs& programs_;
+  SingleInstance& instance_;
+};
+
 int Run(QApplication& application, const Options& options, SingleInstance& instance) {
-  const std::string program_folder = QApplication::applicationDirPath().toStdString();
-  BackEnds ends = SystemBackEnds(options, program_folder);
+  const std::string folder_text = QApplication::applicationDirPath().toStdString();
+  const std::filesystem::path program_folder = NativePath(folder_text).make_preferred();
+  BackEnds ends = SystemBackEnds(options);
+  AddChartProgramKeys(ends, program_folder);
+  const std::string samples = SampleFolder(ends, program_folder);
   QtEventLoop events;
   const std::unique_ptr<WebClient> web = SystemWebClient(events);
   QtMessageBoxes shown_boxes;
@@ -96,21 +136,21 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
                     .clock = *ends.clock,
                     .programs = programs,
                     .web = *web,
-                    .program_folder = program_folder,
-                    .default_data_dir = ends.default_data_dir,
+                    .program_folder = folder_text,
+                    .default_data_dir = samples,
                     .store_dir = {},
-                    .ledger_file = ends.ledger_file};
+                    .ledger_file = PathText(LedgerFile(program_folder))};
 
   SimSession session;
   Desktop desktop;
   IndexCache cache;
   ThemeFollower theme(options.theme);
-  DesktopView view(desktop, Dress(theme.Current(), *ends.locale),
+  DesktopView view(desktop, ApplyLook(theme.Current(), *ends.locale),
                    [&boxes](const std::string& text) { boxes.Show(text, BoxIcon::kExclamation); });
   theme.OnChange([&view](const Theme& changed) { view.SetTheme(changed); });
   Program program(session, desktop, platform, cache, ledger);
   RunKeyFilter run_keys(program.Keys());
-  const auto keys_from_chart = OpenMailbox(kRunKeyMailbox, [&run_keys](const Mail& mail) {
+  const MessageListener keys_from_chart(kRunKeyMailbox, [&run_keys](const Mail& mail) {
     if (mail.first == 0) return run_keys.ClickFromChart();
     run_keys.PressFromChart({.code = static_cast<int>(mail.first),
                              .shift = (mail.second & kMailShift) != 0,
@@ -123,7 +163,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   });
   AutoPlay auto_play({options.screenshot_dir, options.play}, desktop, view, session, program, Fail);
   const Termination termination([&] {
-    // As the button "Close Program", which keeps the settings.
+    // Closing the setup window saves the settings.
     const Form1& setup = desktop.Untouched().form1;
     const auto close = setup.on_close;
     setup.Loaded() ? close() : platform.programs.EndProcess();
@@ -137,11 +177,12 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   return QApplication::exec();
 }
 
+// Nothing if an argument is wrong, which was reported.
 std::optional<Options> UsableOptions() {
   try {
     return ReadOptions(QApplication::arguments());
   } catch (const std::invalid_argument& error) {
-    TellStartFailure(error.what());
+    ReportStartFailure(error.what());
     return std::nullopt;
   }
 }
@@ -151,7 +192,7 @@ void NameApplication() {
   QCoreApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
 }
 
-// Ends the process if the arguments are fine: help and version need no display.
+// Help and version need no display. Returns only if an argument is wrong.
 int AnswerHelp(int argument_count, char** arguments) {
   const QCoreApplication application(argument_count, arguments);
   NameApplication();
@@ -162,20 +203,21 @@ int AnswerHelp(int argument_count, char** arguments) {
 int Main(int argument_count, char** arguments) {
   if (AsksForHelp(argument_count, arguments)) return AnswerHelp(argument_count, arguments);
   if (const std::optional<std::string> missing = ChooseDisplay()) {
-    TellStartFailure(*missing);
+    ReportStartFailure(*missing);
     return kFailure;
   }
   QApplication application(argument_count, arguments);
   NameApplication();
-  // Windows come and go; the program ends by its own buttons.
+  // Windows come and go; only the program's own buttons end it.
   QApplication::setQuitOnLastWindowClosed(false);
   const std::optional<Options> options = UsableOptions();
   if (!options) return kBadArguments;
   SingleInstance instance(SettingsFolder(*options));
   if (instance.First()) return Run(application, *options, instance);
   if (instance.CallOther()) return EXIT_SUCCESS;
-  TellStartFailure("another Velumar uses the settings in " +
-                   SettingsFolder(*options).toStdString() + ", and doesn't answer here");
+  ReportStartFailure(
+      "another Velumar uses the settings in " + SettingsFolder(*options).toStdString() +
+      " and does not answer. Close it, or choose other settings with --settings-dir.");
   return kFailure;
 }
 
@@ -187,7 +229,7 @@ int main(int argument_count, char** arguments) {
   try {
     return velumar::Main(argument_count, arguments);
   } catch (const std::exception& error) {
-    velumar::TellStartFailure(error.what());
+    velumar::ReportStartFailure(error.what());
     return velumar::kFailure;
   }
 }

@@ -1,74 +1,46 @@
 #include "app/wiring/options.h"
 
 #include <QCommandLineParser>
+#include <QHash>
 #include <stdexcept>
 
 namespace velumar {
 
 namespace {
 
-const QCommandLineOption& SettingsDir() {
-  static const QCommandLineOption option(
-      QStringLiteral("settings-dir"),
-      QStringLiteral("Keep the settings in <folder> instead of the user's own folder."),
-      QStringLiteral("folder"));
-  return option;
-}
-
-const QCommandLineOption& ThemeName() {
-  static const QCommandLineOption option(
-      QStringLiteral("theme"),
-      QStringLiteral("Colours of the windows: system (the default), light or dark."),
-      QStringLiteral("name"), QStringLiteral("system"));
-  return option;
-}
-
-const QCommandLineOption& Play() {
-  static const QCommandLineOption option(
-      QStringLiteral("play"),
-      QStringLiteral("Start a run at once, play <bars> bars, save pictures and end. "
-                     "Message boxes go to the standard error output."),
-      QStringLiteral("bars"));
-  return option;
-}
-
-const QCommandLineOption& ScreenshotDir() {
-  static const QCommandLineOption option(QStringLiteral("screenshot-dir"),
-                                         QStringLiteral("Where --play saves its pictures."),
-                                         QStringLiteral("folder"));
-  return option;
-}
-
-const QCommandLineOption& ChartArgument() {
-  static const QCommandLineOption option(
-      QStringLiteral("chart-argument"),
-      QStringLiteral("Start the chart program with <argument> too; may be given again."),
-      QStringLiteral("argument"));
-  return option;
-}
-
 ThemeChoice ReadTheme(const QString& name) {
-  if (name == QLatin1String("system")) return ThemeChoice::kSystem;
-  if (name == QLatin1String("light")) return ThemeChoice::kLight;
-  if (name == QLatin1String("dark")) return ThemeChoice::kDark;
-  throw std::invalid_argument("--theme " + name.toStdString() +
-                              ": the themes are system, light and dark");
+  static const QHash<QString, ThemeChoice> kThemes{{QStringLiteral("system"), ThemeChoice::kSystem},
+                                                   {QStringLiteral("light"), ThemeChoice::kLight},
+                                                   {QStringLiteral("dark"), ThemeChoice::kDark}};
+  if (kThemes.contains(name)) return kThemes.value(name);
+  throw std::invalid_argument("--theme " + name.toStdString() + ": choose system, light or dark");
 }
 
 int ReadBars(const QString& text) {
-  bool whole = false;
-  const int bars = text.toInt(&whole);
-  if (whole && bars > 0) return bars;
+  bool is_number = false;
+  const int bars = text.toInt(&is_number);
+  if (is_number && bars > 0) return bars;
   throw std::invalid_argument("--play " + text.toStdString() +
-                              ": the number of bars is a whole number above 0");
+                              ": the number of bars must be a whole number above 0");
 }
 
 void Parse(QCommandLineParser& parser, const QStringList& arguments) {
   parser.setApplicationDescription(
-      QStringLiteral("Replays the history of a security bar by bar beside a chart."));
+      QStringLiteral("Replays the price history of a security bar by bar next to a chart."));
   const QCommandLineOption help = parser.addHelpOption();
   const QCommandLineOption version = parser.addVersionOption();
-  parser.addOptions({SettingsDir(), ThemeName(), Play(), ScreenshotDir(), ChartArgument()});
+  const auto add = [&parser](const char* name, const char* text, const char* value) {
+    parser.addOption(
+        {QString::fromLatin1(name), QString::fromLatin1(text), QString::fromLatin1(value)});
+  };
+  add("settings-dir", "Keep the settings in <folder> instead of the user's own folder.", "folder");
+  add("theme", "Colours of the windows: system (the default), light or dark.", "name");
+  add("play",
+      "Start a run at once, play <bars> bars, save pictures of the windows and exit. "
+      "Messages go to standard error.",
+      "bars");
+  add("screenshot-dir", "The folder in which --play saves its pictures.", "folder");
+  add("chart-argument", "Pass <argument> to the chart program; can be repeated.", "argument");
   if (!parser.parse(arguments)) throw std::invalid_argument(parser.errorText().toStdString());
   if (parser.isSet(help)) parser.showHelp();
   if (parser.isSet(version)) parser.showVersion();
@@ -83,15 +55,21 @@ void Parse(QCommandLineParser& parser, const QStringList& arguments) {
 Options ReadOptions(const QStringList& arguments) {
   QCommandLineParser parser;
   Parse(parser, arguments);
+  const auto is_set = [&parser](const char* name) {
+    return parser.isSet(QString::fromLatin1(name));
+  };
+  const auto value = [&parser](const char* name) {
+    return parser.value(QString::fromLatin1(name));
+  };
   Options options;
-  options.settings_dir = parser.value(SettingsDir());
-  options.theme = ReadTheme(parser.value(ThemeName()));
-  options.screenshot_dir = parser.value(ScreenshotDir());
-  if (parser.isSet(Play())) options.play = ReadBars(parser.value(Play()));
+  options.settings_dir = value("settings-dir");
+  if (is_set("theme")) options.theme = ReadTheme(value("theme"));
+  options.screenshot_dir = value("screenshot-dir");
+  if (is_set("play")) options.play = ReadBars(value("play"));
   if (options.PlaysAlone() == options.screenshot_dir.isEmpty()) {
-    throw std::invalid_argument("--play and --screenshot-dir go together");
+    throw std::invalid_argument("use --play and --screenshot-dir together");
   }
-  for (const QString& argument : parser.values(ChartArgument())) {
+  for (const QString& argument : parser.values(QStringLiteral("chart-argument"))) {
     options.chart_arguments.push_back(argument.toStdString());
   }
   return options;

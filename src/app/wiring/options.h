@@ -5,24 +5,23 @@
 #include <string>
 #include <vector>
 
-namespace velumar {
+#include "app/theme/theme_follower.h"
 
-enum class ThemeChoice { kSystem, kLight, kDark };
+namespace velumar {
 
 struct Options {
   QString settings_dir;  // empty: the user's own
   ThemeChoice theme = ThemeChoice::kSystem;
-  // A run that nobody watches: so many bars, pictures of the windows into the folder, the end.
-  QString screenshot_dir;
+  // A run without a user: the number of bars (0: none), and the folder for pictures of the windows.
   int play = 0;
-  // Handed on to the chart program behind the arguments of its start.
-  std::vector<std::string> chart_arguments;
+  QString screenshot_dir;
+  std::vector<std::string> chart_arguments;  // added to the command line of the chart program
 
   bool PlaysAlone() const { return play > 0; }
 };
 
-// Throws std::invalid_argument with a sentence about an argument that isn't one. Answers --help and
-// --version itself and ends the process. Needs the application object.
+// Throws std::invalid_argument with a sentence about a wrong argument. Answers --help and --version
+// itself and ends the process. Needs the application object.
 Options ReadOptions(const QStringList& arguments);
 
 }  // namespace velumar

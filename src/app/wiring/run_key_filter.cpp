@@ -23,11 +23,11 @@ bool TakesText(const QWidget* widget) {
   return qobject_cast<const QAbstractSpinBox*>(widget) != nullptr;
 }
 
-// The line of a list gives the focus to the list itself.
+// The line of a list passes the focus to the list.
 QComboBox* ListOf(QObject* line) { return qobject_cast<QComboBox*>(line->parent()); }
 
-// One of the small windows that deal, and nothing in front of it.
-bool OverOurWindow() {
+// True if a window of the run has the focus, and no popup or box is in front of it.
+bool RunWindowIsActive() {
   const auto* const window = dynamic_cast<FormView*>(QApplication::activeWindow());
   return QApplication::activePopupWidget() == nullptr &&
          QApplication::activeModalWidget() == nullptr && window != nullptr && !window->KeepsKeys();
@@ -36,9 +36,9 @@ bool OverOurWindow() {
 }  // namespace
 
 RunKeyFilter::RunKeyFilter(RunKeys& keys) : keys_(keys) {
-  constexpr std::chrono::milliseconds kLook{200};
+  constexpr std::chrono::milliseconds kInterval{200};
   connect(&watch_, &QTimer::timeout, this, &RunKeyFilter::WatchTrader);
-  watch_.start(kLook);
+  watch_.start(kInterval);
   qApp->installEventFilter(this);
 }
 
@@ -46,8 +46,8 @@ void RunKeyFilter::PressFromChart(const RunKeyPress& press) {
   if (QGuiApplication::modalWindow() == nullptr && !TraderElsewhere()) keys_.PressFromChart(press);
 }
 
-// A message box takes the focus from whatever program has it, and at its end another window gets
-// it. Neither is a choice of the trader's.
+// A message box takes the focus from any program, and when it closes another window gets it.
+// Neither was chosen by the trader.
 void RunKeyFilter::WatchTrader() {
   if (!keys_.InRun()) return;
   IgnoringErrors([this] {
@@ -69,7 +69,7 @@ bool RunKeyFilter::TraderElsewhere() {
 bool RunKeyFilter::eventFilter(QObject* receiver, QEvent* event) {
   switch (event->type()) {
     case QEvent::FocusIn:
-      // A widget passes the event on to its style.
+      // Not only widgets but also their styles get the event.
       if (receiver->isWidgetType()) NoteFocus(receiver, static_cast<const QFocusEvent&>(*event));
       return false;
     case QEvent::MouseButtonPress:
@@ -79,14 +79,14 @@ bool RunKeyFilter::eventFilter(QObject* receiver, QEvent* event) {
     case QEvent::KeyPress:
       return receiver->isWindowType() && TakesPress(static_cast<const QKeyEvent&>(*event));
     case QEvent::KeyRelease:
-      if (receiver->isWindowType()) LeaveBoxBehind(static_cast<const QKeyEvent&>(*event));
+      if (receiver->isWindowType()) LeaveBox(static_cast<const QKeyEvent&>(*event));
       return false;
     default:
       return false;
   }
 }
 
-// Another window or a popup in between doesn't change how a control was reached.
+// A visit to another window or a popup doesn't change how a control was reached.
 void RunKeyFilter::NoteFocus(QObject* receiver, const QFocusEvent& focus) {
   switch (focus.reason()) {
     case Qt::TabFocusReason:
@@ -101,29 +101,29 @@ void RunKeyFilter::NoteFocus(QObject* receiver, const QFocusEvent& focus) {
   }
 }
 
-// A press on the line of a list wants to type there, one on its arrow wants to choose.
+// A click on the line of a list means typing, one on its arrow means choosing.
 void RunKeyFilter::NoteMouse(QObject* receiver) {
   if (qobject_cast<QLineEdit*>(receiver) != nullptr) typed_list_ = ListOf(receiver);
   if (qobject_cast<QComboBox*>(receiver) != nullptr) typed_list_ = nullptr;
 }
 
-// After a choice from a list the list has the focus, but nobody types into it.
+// After a choice from a list, the list has the focus although nobody types into it.
 bool RunKeyFilter::IsTypedInto(const QWidget* widget) const {
   return TakesText(widget) &&
          (qobject_cast<const QComboBox*>(widget) == nullptr || typed_list_ == widget);
 }
 
-// What was reached by the Tab key is worked by keys. A button needs the space bar alone for it.
+// A control reached with Tab is operated by keys. A button needs only the space bar.
 bool RunKeyFilter::OwnKey(const QWidget* focus, const QKeyEvent& key) const {
   const bool button = qobject_cast<const QAbstractButton*>(focus) != nullptr;
   return focus == reached_by_tab_ && (!button || key.key() == Qt::Key_Space);
 }
 
 bool RunKeyFilter::TakesPress(const QKeyEvent& key) {
-  constexpr auto kOthers = ~(Qt::ShiftModifier | Qt::KeypadModifier);
-  if (!OverOurWindow()) return false;
+  constexpr auto kOtherModifiers = ~(Qt::ShiftModifier | Qt::KeypadModifier);
+  if (!RunWindowIsActive()) return false;
   if (keys_.InRun() && TraderElsewhere()) return true;
-  if ((key.modifiers() & kOthers) != Qt::NoModifier) return false;
+  if ((key.modifiers() & kOtherModifiers) != Qt::NoModifier) return false;
   const RunKeyPress press{.code = VirtualKeyCode(key),
                           .shift = key.modifiers().testFlag(Qt::ShiftModifier),
                           .repeated = key.isAutoRepeat()};
@@ -133,12 +133,12 @@ bool RunKeyFilter::TakesPress(const QKeyEvent& key) {
   return keys_.Press(press);
 }
 
-// Behind the release, which the box itself still gets.
-void RunKeyFilter::LeaveBoxBehind(const QKeyEvent& key) {
+// After the release, which still goes to the box.
+void RunKeyFilter::LeaveBox(const QKeyEvent& key) {
   const bool leaves =
       key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_Escape;
   QWidget* const focus = QApplication::focusWidget();
-  if (!leaves || !keys_.InRun() || !OverOurWindow() || !TakesText(focus)) return;
+  if (!leaves || !keys_.InRun() || !RunWindowIsActive() || !TakesText(focus)) return;
   QMetaObject::invokeMethod(
       focus, [focus] { focus->clearFocus(); }, Qt::QueuedConnection);
 }

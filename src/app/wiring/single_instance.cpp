@@ -13,7 +13,7 @@ namespace velumar {
 
 namespace {
 
-// A name for the folder that any desktop's mailboxes take.
+// The name of the mailbox of the process that uses the folder.
 std::string MailboxOf(const QString& folder) {
   const QFileInfo info(folder);
   const QString path = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
@@ -25,7 +25,7 @@ std::filesystem::path LockOf(const QString& folder) {
   return QFileInfo(QDir(folder).filePath(QStringLiteral("running"))).filesystemFilePath();
 }
 
-QString Made(const QString& folder) {
+QString CreatedDirectory(const QString& folder) {
   QDir().mkpath(folder);
   return folder;
 }
@@ -33,31 +33,26 @@ QString Made(const QString& folder) {
 }  // namespace
 
 SingleInstance::SingleInstance(const QString& settings_folder)
-    : mailbox_(MailboxOf(Made(settings_folder))), lock_(LockOf(settings_folder)) {
-  // Where the folder can't be locked, another Velumar is found by its mailbox.
+    : mailbox_(MailboxOf(CreatedDirectory(settings_folder))), lock_(LockOf(settings_folder)) {
+  // If the folder can't be locked, another Velumar is found by its mailbox.
   const bool unlocked = lock_.Held() == FileLock::State::kImpossible;
   first_ = lock_.Held() == FileLock::State::kHeld || (unlocked && !PostMail(mailbox_, {}));
 }
 
-// One that is only just starting opens its mailbox in a moment.
+// A process that has just started may not have opened its mailbox yet.
 bool SingleInstance::CallOther() const {
-  constexpr int kPatienceMs = 3000;
-  constexpr int kLookMs = 100;
-  const QDeadlineTimer patience(kPatienceMs);
+  constexpr int kTimeoutMs = 3000;
+  constexpr int kIntervalMs = 100;
+  const QDeadlineTimer timeout(kTimeoutMs);
   while (!PostMail(mailbox_, {})) {
-    if (patience.hasExpired()) return false;
-    QThread::msleep(kLookMs);
+    if (timeout.hasExpired()) return false;
+    QThread::msleep(kIntervalMs);
   }
   return true;
 }
 
 void SingleInstance::Listen(std::function<void()> come) {
-  notice_ = OpenMailbox(mailbox_, [come = std::move(come)](const Mail&) { come(); });
-}
-
-void ReleasingPrograms::EndProcess() {
-  instance_.Release();
-  programs_.EndProcess();
+  listener_.emplace(mailbox_, [come = std::move(come)](const Mail&) { come(); });
 }
 
 }  // namespace velumar
