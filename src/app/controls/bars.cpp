@@ -66,7 +66,7 @@ QToolButton* ToolbarView::NewButton(const Toolbar::Item& item) {
 void ToolbarView::Update() {
   View::Update();
   for (std::size_t i = 0; i < buttons_.size(); ++i) {
-    buttons_[i]->setIcon(QIcon(ArtPixmap(Colours().ArtSet(), ToQString(model_.Items()[i].art),
+    buttons_[i]->setIcon(QIcon(ArtPixmap(Colours(), ToQString(model_.Items()[i].art),
                                          buttons_[i]->iconSize() * devicePixelRatioF())));
   }
 }

@@ -75,7 +75,7 @@ class PictureButtonView : public PressedView<QAbstractButton, PictureButton> {
 };
 
 void PictureButtonView::paintEvent(QPaintEvent*) {
-  QPixmap art = ArtPixmap(Colours().ArtSet(), ToQString(model_.Text()), DevicePixels(*this));
+  QPixmap art = ArtPixmap(Colours(), ToQString(model_.Text()), DevicePixels(*this));
   if (art.isNull()) return;
   if (isDown()) {
     art = Tinted(art, QColor(0, 0, 0, 70));

@@ -54,7 +54,7 @@ QColor FormContext::BackgroundAt(const QRect& place) const {
         !whole.intersects(place)) {
       continue;
     }
-    const QPixmap art = ArtPixmap(look_.theme.ArtSet(), ToQString(control->Text()), whole.size());
+    const QPixmap art = ArtPixmap(look_.theme, ToQString(control->Text()), whole.size());
     if (art.isNull()) continue;
     const QImage part = art.copy(place.intersected(whole).translated(-whole.topLeft())).toImage();
     background =

@@ -28,8 +28,7 @@ class PictureView : public SurfaceView<Picture> {
 
  protected:
   void paintEvent(QPaintEvent*) override {
-    const QPixmap art =
-        ArtPixmap(Colours().ArtSet(), ToQString(model_.Text()), DevicePixels(*this));
+    const QPixmap art = ArtPixmap(Colours(), ToQString(model_.Text()), DevicePixels(*this));
     if (art.isNull()) return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

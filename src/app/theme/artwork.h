@@ -4,14 +4,16 @@
 #include <QSize>
 #include <QString>
 
+#include "app/theme/theme.h"
+
 class QPainter;
 class QWidget;
 
 namespace velumar {
 
-// The picture of that name in a set ("light", "dark"), scaled to exactly that many device pixels;
-// null if there is none.
-QPixmap ArtPixmap(const QString& set, const QString& name, const QSize& pixels);
+// The picture of that name for the theme, scaled to exactly that many device pixels; null if there
+// is none.
+QPixmap ArtPixmap(const Theme& theme, const QString& name, const QSize& pixels);
 
 // The size of the widget in device pixels.
 QSize DevicePixels(const QWidget& widget);

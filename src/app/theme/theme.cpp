@@ -62,8 +62,6 @@ Theme Theme::Following(const QPalette& system) {
   return system.color(QPalette::Window).lightness() < 128 ? Dark() : Light();
 }
 
-QString Theme::ArtSet() const { return dark ? QStringLiteral("dark") : QStringLiteral("light"); }
-
 QPalette Theme::Palette() const {
   QPalette palette(text, button, button.lighter(115), border, groove, text, on_accent, field,
                    window);

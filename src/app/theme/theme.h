@@ -29,7 +29,6 @@ struct Theme {
   // Dark if the windows of the desktop are dark.
   static Theme Following(const QPalette& system);
 
-  QString ArtSet() const;
   QPalette Palette() const;
 };
 

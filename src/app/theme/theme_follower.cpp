@@ -25,7 +25,7 @@ void ApplyTheme(const Theme& theme) {
   QApplication::setPalette(theme.Palette());
   QToolTip::setPalette(theme.Palette());
   QApplication::setWindowIcon(
-      QIcon(ArtPixmap(theme.ArtSet(), QStringLiteral("velumar"), {kIconPixels, kIconPixels})));
+      QIcon(ArtPixmap(theme, QStringLiteral("velumar"), {kIconPixels, kIconPixels})));
 }
 
 QPalette DesktopPalette() {
