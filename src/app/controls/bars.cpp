@@ -12,6 +12,7 @@
 
 #include "app/controls/control_view.h"
 #include "app/theme/artwork.h"
+#include "forms/panels.h"
 
 namespace velumar {
 
@@ -182,28 +183,13 @@ class ProgressLineView : public View<QProgressBar, ProgressLine> {
 
 }  // namespace
 
-ControlView* MakeView(FormContext& context, QWidget& parent, Toolbar& toolbar) {
-  return new ToolbarView(context, parent, toolbar);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, TabBar& tabs) {
-  return new TabBarView(context, parent, tabs);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, Menu& menu) {
-  return new MenuView(context, parent, menu);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, Slider& slider) {
-  return new SliderView<QSlider, Slider>(context, parent, slider);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, ScrollBar& bar) {
-  return new SliderView<QScrollBar, ScrollBar>(context, parent, bar);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, ProgressLine& line) {
-  return new ProgressLineView(context, parent, line);
+void AddBarViews(ViewMakers& makers) {
+  makers[ControlKind::kToolbar] = MakeView<ToolbarView>;
+  makers[ControlKind::kTabBar] = MakeView<TabBarView>;
+  makers[ControlKind::kMenu] = MakeView<MenuView>;
+  makers[ControlKind::kSlider] = MakeView<SliderView<QSlider, Slider>>;
+  makers[ControlKind::kScrollBar] = MakeView<SliderView<QScrollBar, ScrollBar>>;
+  makers[ControlKind::kProgressLine] = MakeView<ProgressLineView>;
 }
 
 }  // namespace velumar

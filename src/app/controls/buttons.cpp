@@ -8,6 +8,7 @@
 #include "app/controls/key_codes.h"
 #include "app/theme/artwork.h"
 #include "app/theme/fonts.h"
+#include "forms/panels.h"
 
 namespace velumar {
 
@@ -166,24 +167,12 @@ class CheckBoxView : public View<QCheckBox, CheckBox> {
 
 }  // namespace
 
-ControlView* MakeView(FormContext& context, QWidget& parent, Button& button) {
-  return new ButtonView(context, parent, button);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, PictureButton& button) {
-  return new PictureButtonView(context, parent, button);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, Swatch& swatch) {
-  return new SwatchView(context, parent, swatch);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, Link& link) {
-  return new LinkView(context, parent, link);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, CheckBox& box) {
-  return new CheckBoxView(context, parent, box);
+void AddButtonViews(ViewMakers& makers) {
+  makers[ControlKind::kButton] = MakeView<ButtonView>;
+  makers[ControlKind::kPictureButton] = MakeView<PictureButtonView>;
+  makers[ControlKind::kSwatch] = MakeView<SwatchView>;
+  makers[ControlKind::kLink] = MakeView<LinkView>;
+  makers[ControlKind::kCheckBox] = MakeView<CheckBoxView>;
 }
 
 }  // namespace velumar

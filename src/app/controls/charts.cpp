@@ -4,6 +4,7 @@
 
 #include "app/controls/control_view.h"
 #include "app/services/printers.h"
+#include "forms/chart.h"
 #include "forms/form.h"
 #include "resultchart/chart_file.h"
 #include "resultchart/chart_page.h"
@@ -150,12 +151,9 @@ void ChartPictureView::mouseReleaseEvent(QMouseEvent* event) {
 
 }  // namespace
 
-ControlView* MakeView(FormContext& context, QWidget& parent, Chart& chart) {
-  return new ChartView(context, parent, chart);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, ChartPicture& picture) {
-  return new ChartPictureView(context, parent, picture);
+void AddChartViews(ViewMakers& makers) {
+  makers[ControlKind::kChart] = MakeView<ChartView>;
+  makers[ControlKind::kChartPicture] = MakeView<ChartPictureView>;
 }
 
 }  // namespace velumar

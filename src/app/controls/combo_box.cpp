@@ -331,8 +331,8 @@ void ComboBoxView::wheelEvent(QWheelEvent* event) {
 
 }  // namespace
 
-ControlView* MakeView(FormContext& context, QWidget& parent, ComboBox& box) {
-  return new ComboBoxView(context, parent, box);
+void AddComboBoxView(ViewMakers& makers) {
+  makers[ControlKind::kComboBox] = MakeView<ComboBoxView>;
 }
 
 }  // namespace velumar

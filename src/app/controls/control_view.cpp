@@ -110,55 +110,16 @@ void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& the
 }
 
 ControlView* MakeControlView(FormContext& context, QWidget& parent, Control& control) {
-  switch (control.Kind()) {
-    case ControlKind::kPicture:
-      return MakeView(context, parent, static_cast<Picture&>(control));
-    case ControlKind::kPictureButton:
-      return MakeView(context, parent, static_cast<PictureButton&>(control));
-    case ControlKind::kLabel:
-      return MakeView(context, parent, static_cast<Label&>(control));
-    case ControlKind::kTextBox:
-      return MakeView(context, parent, static_cast<TextBox&>(control));
-    case ControlKind::kButton:
-      return MakeView(context, parent, static_cast<Button&>(control));
-    case ControlKind::kComboBox:
-      return MakeView(context, parent, static_cast<ComboBox&>(control));
-    case ControlKind::kDatePicker:
-      return MakeView(context, parent, static_cast<DatePicker&>(control));
-    case ControlKind::kSlider:
-      return MakeView(context, parent, static_cast<Slider&>(control));
-    case ControlKind::kCheckBox:
-      return MakeView(context, parent, static_cast<CheckBox&>(control));
-    case ControlKind::kProgressLine:
-      return MakeView(context, parent, static_cast<ProgressLine&>(control));
-    case ControlKind::kFrame:
-      return MakeView(context, parent, static_cast<Frame&>(control));
-    case ControlKind::kListBox:
-      return MakeView(context, parent, static_cast<ListBox&>(control));
-    case ControlKind::kToolbar:
-      return MakeView(context, parent, static_cast<Toolbar&>(control));
-    case ControlKind::kTabBar:
-      return MakeView(context, parent, static_cast<TabBar&>(control));
-    case ControlKind::kSwatch:
-      return MakeView(context, parent, static_cast<Swatch&>(control));
-    case ControlKind::kTable:
-      return MakeView(context, parent, static_cast<Table&>(control));
-    case ControlKind::kChart:
-      return MakeView(context, parent, static_cast<Chart&>(control));
-    case ControlKind::kChartPicture:
-      return MakeView(context, parent, static_cast<ChartPicture&>(control));
-    case ControlKind::kScrollBar:
-      return MakeView(context, parent, static_cast<ScrollBar&>(control));
-    case ControlKind::kMenu:
-      return MakeView(context, parent, static_cast<Menu&>(control));
-    case ControlKind::kLine:
-      return MakeView(context, parent, static_cast<Line&>(control));
-    case ControlKind::kSheet:
-      return MakeView(context, parent, static_cast<Sheet&>(control));
-    case ControlKind::kLink:
-      return MakeView(context, parent, static_cast<Link&>(control));
-  }
-  return nullptr;
+  static const ViewMakers makers = [] {
+    ViewMakers all;
+    for (const auto add :
+         {AddBarViews, AddButtonViews, AddSurfaceViews, AddListViews, AddChartViews,
+          AddComboBoxView, AddDatePickerView, AddLabelView, AddTextBoxView}) {
+      add(all);
+    }
+    return all;
+  }();
+  return makers.at(control.Kind())(context, parent, control);
 }
 
 }  // namespace velumar

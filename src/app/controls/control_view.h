@@ -4,14 +4,11 @@
 #include <QRect>
 #include <QWidget>
 #include <functional>
+#include <map>
 #include <string>
 
 #include "app/theme/theme.h"
-#include "forms/chart.h"
-#include "forms/frame.h"
-#include "forms/list_box.h"
-#include "forms/panels.h"
-#include "forms/table.h"
+#include "forms/control.h"
 
 namespace velumar {
 
@@ -63,6 +60,8 @@ void ApplyCommon(QWidget& widget, const Control& control);
 template <typename Base, typename Model>
 class View : public Base, public ControlView {
  public:
+  using ModelType = Model;
+
   View(FormContext& context, QWidget& parent, Model& model)
       : Base(&parent), context_(context), model_(model) {}
   QWidget& Widget() final { return *this; }
@@ -100,28 +99,23 @@ void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& the
 
 ControlView* MakeControlView(FormContext& context, QWidget& parent, Control& control);
 
-ControlView* MakeView(FormContext& context, QWidget& parent, Picture& picture);
-ControlView* MakeView(FormContext& context, QWidget& parent, PictureButton& button);
-ControlView* MakeView(FormContext& context, QWidget& parent, Label& label);
-ControlView* MakeView(FormContext& context, QWidget& parent, TextBox& box);
-ControlView* MakeView(FormContext& context, QWidget& parent, Button& button);
-ControlView* MakeView(FormContext& context, QWidget& parent, ComboBox& box);
-ControlView* MakeView(FormContext& context, QWidget& parent, DatePicker& picker);
-ControlView* MakeView(FormContext& context, QWidget& parent, Slider& slider);
-ControlView* MakeView(FormContext& context, QWidget& parent, CheckBox& box);
-ControlView* MakeView(FormContext& context, QWidget& parent, ProgressLine& line);
-ControlView* MakeView(FormContext& context, QWidget& parent, Frame& frame);
-ControlView* MakeView(FormContext& context, QWidget& parent, ListBox& box);
-ControlView* MakeView(FormContext& context, QWidget& parent, Toolbar& toolbar);
-ControlView* MakeView(FormContext& context, QWidget& parent, TabBar& tabs);
-ControlView* MakeView(FormContext& context, QWidget& parent, Swatch& swatch);
-ControlView* MakeView(FormContext& context, QWidget& parent, Table& table);
-ControlView* MakeView(FormContext& context, QWidget& parent, Chart& chart);
-ControlView* MakeView(FormContext& context, QWidget& parent, ChartPicture& picture);
-ControlView* MakeView(FormContext& context, QWidget& parent, ScrollBar& bar);
-ControlView* MakeView(FormContext& context, QWidget& parent, Menu& menu);
-ControlView* MakeView(FormContext& context, QWidget& parent, Line& line);
-ControlView* MakeView(FormContext& context, QWidget& parent, Sheet& sheet);
-ControlView* MakeView(FormContext& context, QWidget& parent, Link& link);
+// What makes the view for each kind of control. Each file of views adds its own.
+using ViewMaker = ControlView* (*)(FormContext& context, QWidget& parent, Control& control);
+using ViewMakers = std::map<ControlKind, ViewMaker>;
+
+template <typename AnyView>
+ControlView* MakeView(FormContext& context, QWidget& parent, Control& control) {
+  return new AnyView(context, parent, static_cast<typename AnyView::ModelType&>(control));
+}
+
+void AddBarViews(ViewMakers& makers);
+void AddButtonViews(ViewMakers& makers);
+void AddSurfaceViews(ViewMakers& makers);
+void AddListViews(ViewMakers& makers);
+void AddChartViews(ViewMakers& makers);
+void AddComboBoxView(ViewMakers& makers);
+void AddDatePickerView(ViewMakers& makers);
+void AddLabelView(ViewMakers& makers);
+void AddTextBoxView(ViewMakers& makers);
 
 }  // namespace velumar

@@ -197,8 +197,8 @@ void DatePickerView::wheelEvent(QWheelEvent* event) {
 
 }  // namespace
 
-ControlView* MakeView(FormContext& context, QWidget& parent, DatePicker& picker) {
-  return new DatePickerView(context, parent, picker);
+void AddDatePickerView(ViewMakers& makers) {
+  makers[ControlKind::kDatePicker] = MakeView<DatePickerView>;
 }
 
 }  // namespace velumar

@@ -146,8 +146,6 @@ void LabelView::paintEvent(QPaintEvent*) {
                    fitted_.shown);
 }
 
-ControlView* MakeView(FormContext& context, QWidget& parent, Label& label) {
-  return new LabelView(context, parent, label);
-}
+void AddLabelView(ViewMakers& makers) { makers[ControlKind::kLabel] = MakeView<LabelView>; }
 
 }  // namespace velumar

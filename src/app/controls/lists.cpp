@@ -11,6 +11,8 @@
 
 #include "app/controls/control_view.h"
 #include "app/theme/fonts.h"
+#include "forms/list_box.h"
+#include "forms/table.h"
 
 namespace velumar {
 
@@ -245,12 +247,9 @@ void TableView::selectionChanged(const QItemSelection& selected, const QItemSele
 
 }  // namespace
 
-ControlView* MakeView(FormContext& context, QWidget& parent, ListBox& box) {
-  return new ListBoxView(context, parent, box);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, Table& table) {
-  return new TableView(context, parent, table);
+void AddListViews(ViewMakers& makers) {
+  makers[ControlKind::kListBox] = MakeView<ListBoxView>;
+  makers[ControlKind::kTable] = MakeView<TableView>;
 }
 
 }  // namespace velumar

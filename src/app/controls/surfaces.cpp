@@ -3,6 +3,8 @@
 
 #include "app/controls/control_view.h"
 #include "app/theme/artwork.h"
+#include "forms/frame.h"
+#include "forms/panels.h"
 
 namespace velumar {
 
@@ -100,20 +102,11 @@ class SheetView : public View<QWidget, Sheet> {
 
 }  // namespace
 
-ControlView* MakeView(FormContext& context, QWidget& parent, Picture& picture) {
-  return new PictureView(context, parent, picture);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, Frame& frame) {
-  return new FrameView(context, parent, frame);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, Line& line) {
-  return new LineView(context, parent, line);
-}
-
-ControlView* MakeView(FormContext& context, QWidget& parent, Sheet& sheet) {
-  return new SheetView(context, parent, sheet);
+void AddSurfaceViews(ViewMakers& makers) {
+  makers[ControlKind::kPicture] = MakeView<PictureView>;
+  makers[ControlKind::kFrame] = MakeView<FrameView>;
+  makers[ControlKind::kLine] = MakeView<LineView>;
+  makers[ControlKind::kSheet] = MakeView<SheetView>;
 }
 
 }  // namespace velumar

@@ -142,8 +142,6 @@ void TextBoxView::focusOutEvent(QFocusEvent* event) {
 
 }  // namespace
 
-ControlView* MakeView(FormContext& context, QWidget& parent, TextBox& box) {
-  return new TextBoxView(context, parent, box);
-}
+void AddTextBoxView(ViewMakers& makers) { makers[ControlKind::kTextBox] = MakeView<TextBoxView>; }
 
 }  // namespace velumar
