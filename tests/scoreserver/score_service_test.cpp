@@ -237,7 +237,7 @@ TEST_F(ScoreServiceTest, SurvivesHostileServersInBoundedTimeAndMemory) {
       {{.first = std::string("\0\xFF\x01", 3), .repeated = mebibyte}, "failed"},
       {{.first = "", .hangs_up = true}, "failed"},
       {{.first = "HTTP/1.1 302 F\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n"},
-       "elsewhere (302)"},
+       "redirects to another address (302)"},
       {{.first = "HTTP/1.1 500 E\r\nContent-Length: 0\r\n\r\n"}, "refused it (500)"}};
   for (const Case& one : cases) {
     HostileServer server(one.answer);
