@@ -26,6 +26,10 @@ if(WIN32)
   target_compile_definitions(velumar_options INTERFACE
     NOMINMAX UNICODE WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
 endif()
+if(UNIX)
+  # A program loads only the libraries that it calls; velumar-cli needs no network.
+  target_link_options(velumar_options INTERFACE -Wl,--as-needed)
+endif()
 if(VELUMAR_SANITIZE)
   target_compile_options(velumar_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize=vptr -fno-sanitize-recover=all

@@ -1,8 +1,5 @@
 #include "platform/system.h"
 
-#include <sys/wait.h>
-
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -63,9 +60,6 @@ TEST(SystemPrograms, StartsApartWithItsArguments) {
               fs::perms::owner_all);
   SystemPrograms({"--state", "a b"}).Start(folder.Path().string() + "\\my charts\\MSWIN.EXE /l /e");
   EXPECT_EQ(WrittenTo(folder / "my charts/told"), "/l /e --state a b <>\n");
-  // It is nobody's child here, so it leaves no zombie.
-  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
-  EXPECT_EQ(errno, ECHILD);
 }
 
 TEST(SystemPrograms, AProgramThatCantStartIsNamed) {

@@ -32,6 +32,14 @@ class WindowKeys : public ::testing::Test {
     return taken;
   }
 
+  // On a busy machine the focus moves after the call that asked for it has given up waiting.
+  bool GetsFocus(WindowId window) {
+    for (int wait = 0; wait < 100 && Windows().FocusedWindow() != window; ++wait) {
+      std::this_thread::sleep_for(10ms);
+    }
+    return Windows().FocusedWindow() == window;
+  }
+
   std::optional<KeyDriver> driver;
 };
 
@@ -41,15 +49,15 @@ TEST_F(WindowKeys, AWindowComesToTheFrontByItsTitle) {
   const WindowId chart = driver->OpenChart(kHost);
   const WindowId other = driver->OpenOther(kOther);
   EXPECT_TRUE(Windows().BringToFront(kHost));
-  EXPECT_EQ(Windows().FocusedWindow(), chart) << "the exact title comes first";
+  EXPECT_TRUE(GetsFocus(chart)) << "the exact title comes first";
   driver->Minimise(longer);
   EXPECT_TRUE(Windows().BringToFront(title.substr(0, title.size() - 3)));
-  EXPECT_EQ(Windows().FocusedWindow(), longer);
+  EXPECT_TRUE(GetsFocus(longer));
   EXPECT_TRUE(Windows().IsWindowVisible(longer));
   EXPECT_FALSE(Windows().BringToFront("VelumarTestNobody"));
   EXPECT_EQ(Windows().FocusedWindow(), longer) << "a failure changes nothing";
   EXPECT_TRUE(Windows().GiveFocus(other));
-  EXPECT_EQ(Windows().FocusedWindow(), other);
+  EXPECT_TRUE(GetsFocus(other));
   driver->Minimise(chart);
   for (int wait = 0; wait < 100 && Windows().IsWindowVisible(chart); ++wait) {
     std::this_thread::sleep_for(10ms);

@@ -9,7 +9,6 @@
 
 #include "base/whole_file.h"
 #include "base/windows_text.h"
-#include "platform/file_lock.h"
 #include "platform/windows/programs.h"
 #include "platform/windows/waits.h"
 #include "registry_driver.h"
@@ -63,21 +62,6 @@ TEST(WholeFile, IsReplacedWholeOrNotAtAll) {
   EXPECT_THROW(ReplaceWholeFile(file, "no", FileAccess::kUsual), FileError);
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
   EXPECT_EQ(ReadWholeFile(file, kLimit), "three\r\n");
-}
-
-TEST(FileLock, IsHeldByOneUntilItEnds) {
-  using State = FileLock::State;
-  const ScratchFolder folder;
-  const auto file = folder / "running";
-  WriteFile(file, "left by another machine");
-  FileLock first(file);
-  EXPECT_EQ(first.Held(), State::kHeld);
-  EXPECT_EQ(FileLock(file).Held(), State::kHeldByAnother);
-  first.Remove();
-  EXPECT_FALSE(std::filesystem::exists(file));
-  EXPECT_EQ(FileLock(file).Held(), State::kHeld);
-  EXPECT_TRUE(std::filesystem::exists(file)) << "only Remove deletes it";
-  EXPECT_EQ(FileLock(folder.Path()).Held(), State::kImpossible);
 }
 
 TEST(WaitableTimer, IsNeverShortAndLetsMessagesThrough) {
