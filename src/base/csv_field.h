@@ -4,7 +4,7 @@
 
 namespace velumar {
 
-// A text as a field of a CSV line: in quotes where a character of it would end the field.
+// A text as a field of a CSV line, in quotes if a character of it would end the field.
 std::string CsvField(const std::string& text);
 
 }  // namespace velumar
