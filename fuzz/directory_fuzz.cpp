@@ -1,5 +1,5 @@
-// A market data directory of any bytes: it is listed, read, stepped through and grows, and what was
-// written reads back.
+// A market data directory of any bytes is listed, read and extended, and what was written reads
+// back.
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,4 +1,4 @@
-// A ledger file of any bytes: it opens or says why not, and its rows are read or refused in words.
+// A ledger file of any bytes is opened or refused with an error, and so are its rows.
 
 #include "ledger/ledger.h"
 #include "ledger/sqlite_database.h"

@@ -1,5 +1,5 @@
-// Scores cross the net both ways: any answer is listed line by line on the trader's board, and any
-// query posted to the service is taken or refused in words.
+// Any answer of the service is listed line by line on the score board, and any query posted to the
+// service is accepted or refused with an error.
 
 #include <cmath>
 #include <cstdlib>
@@ -39,7 +39,7 @@ class Board {
   ScoreBoard board_{session_, desktop_, platform_};
 };
 
-// What a list shows of a post is one line of characters that any screen can show.
+// A list shows a post as one line without control characters.
 void TryPost(std::string_view query) {
   try {
     const Score score = ParseScore(query);

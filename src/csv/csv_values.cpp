@@ -135,8 +135,8 @@ CsvDateFormat::CsvDateFormat(std::string pattern) : pattern_(std::move(pattern))
   }
 }
 
-// The two usual formats are read digit by digit: the stream of a pattern costs twenty times as much
-// as the rest of a line.
+// The two usual formats are read digit by digit, since a stream for each date nearly doubles the
+// time that an import takes.
 CsvDateTime CsvDateFormat::Read(std::string_view field) const {
   if (!pattern_.empty()) return ReadPattern(field);
   const bool compact = HasShape(field, "00000000");

@@ -5,6 +5,7 @@
 
 #include <limits>
 
+#include "marketdata/directory_lock.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/market_files.h"
 #include "marketdata/metalib_reader.h"
@@ -83,7 +84,7 @@ TEST_F(DirectoryEditor, ReplacingKeepsTheFileAndWideningTakesANewOne) {
               ElementsAre("EMASTER", "F1.DAT", "F4.DAT", "F5.DAT", "F6.DAT", "MASTER"));
 }
 
-TEST_F(DirectoryEditor, BehindTheLastNumberOfMasterComesXmaster) {
+TEST_F(DirectoryEditor, XmasterFollowsTheLastNumberOfMaster) {
   std::vector<Listed> full;
   for (int i = 1; i <= 254; ++i) {
     full.push_back(
@@ -127,6 +128,19 @@ TEST_F(DirectoryEditor, WhatCanNotBeStoredIsNamedAndNothingIsMade) {
     EXPECT_THAT(text, HasSubstr(row.part));
   }
   EXPECT_THAT(directory_.Names(), ElementsAre());
+}
+
+TEST(DirectoryLock, OneWriterHoldsItAndHidesNothing) {
+  const ScratchFolder directory;
+  EXPECT_FALSE(DirectoryLock::IsHeld(directory.Text()));
+  auto held = DirectoryLock::TryHold(directory.Text());
+  ASSERT_TRUE(held);
+  EXPECT_TRUE(DirectoryLock::IsHeld(directory.Text()));
+  EXPECT_FALSE(DirectoryLock::TryHold(directory.Text()));
+  EXPECT_EQ(directory.Read(DirectoryLock::kFileName), "");
+  held.reset();
+  EXPECT_FALSE(DirectoryLock::IsHeld(directory.Text()));
+  EXPECT_TRUE(DirectoryLock::TryHold(directory.Text()));
 }
 
 }  // namespace

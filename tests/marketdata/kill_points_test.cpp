@@ -137,6 +137,16 @@ TEST(KillPoints, WhereverAWritingCallDiesTheSeriesAreAsBeforeOrAfter) {
   }
 }
 
+// Everything new is flushed before the first rename, and each round of renames before the next.
+TEST(KillPoints, AnImportIsOnTheDiskInTheOrderOfItsSteps) {
+  for (const char* symbol : {"NEW", "AAA", "BBB"}) {
+    const auto directory = Prepared();
+    const std::string calls = DiskCallsOf([&] { StoreCase("", symbol).work(directory->Text()); });
+    if (calls.empty()) GTEST_SKIP() << "no permission to trace a process";
+    EXPECT_EQ(calls, "WFFFRFRRF") << symbol;
+  }
+}
+
 TEST(FailPoints, WhateverCallFailsTheSeriesAreAsBeforeOrAfter) {
   const Found before = FindAll(*Prepared());
   for (const Case& one : Cases()) {
@@ -166,7 +176,7 @@ TEST(FailPoints, WhateverCallFailsTheSeriesAreAsBeforeOrAfter) {
         const Found found = FindAll(*directory);
         EXPECT_TRUE(found == before || found == after) << where;
         if (failed.exit_code == 0) {
-          EXPECT_EQ(found, after) << where << ": told as done";
+          EXPECT_EQ(found, after) << where << ": reported as done";
         } else {
           EXPECT_EQ(failed.exit_code, 2) << where;
           ++refused;

@@ -1,3 +1,4 @@
+#include "support/scratch_folder.h"
 #include "platform/file_lock.h"
 
 
@@ -6,7 +7,7 @@ namespace {
 
 TEST(FileLock, IsHeldByOneUntilItEnds) {
   using State = FileLock::State;
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto file = folder / "running";
   WriteFile(file, "left by another machine");
   FileLock first(file);
