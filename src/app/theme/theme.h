@@ -44,8 +44,7 @@ QColor ToQColor(Colour colour);
 // Contrast of two opaque colours, 1 (none) to 21 (black on white).
 double Contrast(const QColor& a, const QColor& b);
 
-// The colour itself if it can be read on that background, otherwise the nearest shade of it that
-// can.
+// The colour, or the nearest shade of it that can be read on that background.
 QColor ReadableOn(const QColor& background, const QColor& colour);
 
 }  // namespace velumar

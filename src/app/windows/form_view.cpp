@@ -37,8 +37,8 @@ bool TakesInput(const Form& form) {
   });
 }
 
-// A window with something to click is an ordinary window, to which other programs and the taskbar
-// can give the focus. One that only shows a number never takes the focus from the chart.
+// Other programs and the taskbar can give the focus to a window with something to click. One that
+// only shows a number never takes the focus from the chart.
 Qt::WindowFlags FlagsFor(const Form& form) {
   Qt::WindowFlags flags;
   if (form.Bordered()) {
@@ -65,8 +65,7 @@ FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
   Update();
 }
 
-// The order of the table, but starting at the first box: the picture buttons in the title come
-// last.
+// The order of the table, except that the picture buttons in the title come last.
 void FormView::OrderTabs() {
   const std::vector<Control*>& controls = form_.Controls();
   const auto picture = [](const Control* control) {

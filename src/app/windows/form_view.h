@@ -22,8 +22,7 @@ class FormView : public QWidget {
   void Update();
   void UpdateControl(Control& control);
   void ApplyLook();
-  // Call when the window was unloaded: it vanishes now and is deleted once none of its handlers
-  // runs.
+  // The window was unloaded: hides it, and deletes it once none of its handlers is running.
   void Retire();
   bool KeepsKeys() const { return form_.KeepsKeys(); }
   const FormContext& Context() const { return context_; }

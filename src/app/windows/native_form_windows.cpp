@@ -28,8 +28,7 @@ void CutCorners(QWidget& window, const QSize& corners) {
                     pixels(corners.width()), pixels(corners.height()));
 }
 
-// The toolkit must know the opacity too: it removes the layer from windows that it takes for
-// opaque.
+// The toolkit must know the opacity too: it removes the layer of opaque windows.
 void SetAlpha(QWidget& window, int alpha) {
   window.setWindowOpacity(alpha / 255.0);
   if (HasNativeWindow(window)) SetNativeAlpha(window.winId(), alpha);

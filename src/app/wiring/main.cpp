@@ -180,7 +180,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   return QApplication::exec();
 }
 
-// Nothing if an argument is wrong, which was reported.
+// Nothing if an argument is wrong, after reporting it.
 std::optional<Options> UsableOptions() {
   try {
     return ReadOptions(QApplication::arguments());
