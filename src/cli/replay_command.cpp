@@ -9,11 +9,11 @@ namespace velumar {
 std::string AssignmentProblem(const std::string& assignment) {
   const std::size_t equals = assignment.find('=');
   if (equals == std::string::npos) {
-    return "--set takes NAME=TEXT, such as Form1.txtcomm=500, not " + assignment;
+    return "--set needs NAME=TEXT, such as Form1.txtcomm=500, not " + assignment;
   }
   Desktop tables;
   const std::string name = assignment.substr(0, equals);
-  return FindControl(tables, name) != nullptr ? "" : "there is no control " + name;
+  return FindControl(tables, name) != nullptr ? "" : "unknown control " + name;
 }
 
 void Replay(const ReplayArguments& arguments, CliContext& context) {
