@@ -19,17 +19,17 @@ constexpr int kFailure = 1;
 constexpr int kBadArguments = 2;
 
 constexpr const char* kReplayCommands =
-    "Reads one command per line from stdin and answers each with one line of JSON on stdout,\n"
-    "beginning with \"begin\":\n"
-    "  next, prev, ff, rew   step by hand\n"
-    "  feed [N]              feed N bars, each with its refresh and delay\n"
-    "  stop                  click \"Pause\"; the feed ends at its next check\n"
-    "  pause                 click \"Pause\" and run the feed to its end\n"
+    "Reads commands from stdin, one per line, and answers each with one line of JSON on stdout;\n"
+    "the first answer is for \"begin\":\n"
+    "  next, prev, ff, rew   make one of the four manual steps\n"
+    "  feed [N]              feed N bars (1 by default), each with its refresh and delay\n"
+    "  stop                  click \"Pause\"; the feed stops at its next check\n"
+    "  pause                 click \"Pause\" and wait until the feed has stopped\n"
     "  long Q, short Q, offset-long Q, offset-short Q\n"
-    "                        place an order of the quantity Q, as typed into the panel\n"
-    "  play                  start a run from the current bar\n"
+    "                        place an order of quantity Q, as typed into the panel\n"
+    "  play                  continue from the current bar\n"
     "  return, start         go back to the setup window; click \"Start\" there\n"
-    "  figures               read the fourteen figures from the ledger\n"
+    "  figures               show the fourteen figures of the current run\n"
     "  set NAME TEXT         type a text into a control, such as Form2.txtRefresh";
 
 std::string DateProblem(const std::string& text) {
@@ -203,7 +203,7 @@ class CommandLine {
 
   void AddReplay() {
     CLI::App& command = AddCommand(
-        "replay", "Replay one security without a window, driven by commands.", replay_, Replay);
+        "replay", "Replay a security without windows, controlled by commands.", replay_, Replay);
     command.footer(kReplayCommands);
     command.add_option("DIR", replay_.directory, "the market data directory")->required();
     command.add_option("SYMBOL", replay_.symbol, "the security")->required();
@@ -215,10 +215,10 @@ class CommandLine {
                        "the working store: a new or empty folder, or that of an earlier replay");
     command
         .add_option("--set", replay_.texts,
-                    "NAME=TEXT: the initial value of a control, such as Form1.txtcomm=500")
+                    "NAME=TEXT: the start text of a control, such as Form1.txtcomm=500")
         ->check(AssignmentProblem);
     command.add_option("--ledger", replay_.ledger,
-                       "the ledger file, created if missing (default: none, orders are not kept)");
+                       "the ledger file, created if missing (by default nothing is saved)");
     AddDatePattern(command, replay_.date_pattern);
   }
 
