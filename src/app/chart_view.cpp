@@ -6,8 +6,6 @@
 #include "app/qt_printers.h"
 #include "forms/form.h"
 #include "resultchart/chart_file.h"
-#include "resultchart/chart_page.h"
-#include "resultchart/page_file.h"
 
 namespace velumar {
 
@@ -49,7 +47,7 @@ ChartView::ChartView(FormCanvas& canvas, QWidget& window, Chart& chart)
 void ChartView::Update() {
   ApplyCommon(*this, chart_);
   setAccessibleName(QStringLiteral("The portfolio's value after each closing"));
-  SetColours(canvas_.Look().theme.dark ? ChartColours::Dark() : ChartColours::Light());
+  SetColours(canvas_.Look().theme.dark ? Palette::Dark() : Palette::Light());
   SetCovered(LogicalPixels(chart_.Covered()));
   Apply(*this, chart_.Content(), rows_);
 }
@@ -58,7 +56,7 @@ ChartPictureView::ChartPictureView(FormCanvas& canvas, QWidget& window, ChartPic
     : QWidget(&window), canvas_(canvas), picture_(picture) {
   setCursor(Qt::SizeAllCursor);
   plot_.setFont(canvas.Look().faces.Plain(plot_.font().pixelSize()));
-  ChartColours ink = ChartColours::Light();
+  Palette ink = Palette::Light();
   ink.ground = Qt::white;
   plot_.SetColours(ink);
   picture_.print = [this](const PrintJob& job) { Print(job); };

@@ -7,8 +7,8 @@
 #include "cli/common_options.h"
 #include "cli/offscreen.h"
 #include "resultchart/chart_file.h"
+#include "resultchart/report.h"
 #include "resultchart/result_plot.h"
-#include "resultchart/run_points.h"
 
 namespace velumar {
 

@@ -1,4 +1,4 @@
-#include "resultchart/chart_type.h"
+#include "resultchart/chart_scene.h"
 
 #include <algorithm>
 
@@ -11,6 +11,10 @@ std::optional<ChartType> ChartTypeOf(std::string_view text) {
 
 bool HasDepth(ChartType type) {
   return type == ChartType::k3DBar || type == ChartType::k3DLine || type == ChartType::k3DStep;
+}
+
+bool IsLine(ChartType type) {
+  return type == ChartType::k2DLine || type == ChartType::k2DArea || type == ChartType::k3DLine;
 }
 
 bool StandsOnBase(ChartType type) {

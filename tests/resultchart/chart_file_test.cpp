@@ -1,4 +1,4 @@
-#include "resultchart/saved_file.h"
+#include "resultchart/chart_file.h"
 
 #include <gmock/gmock.h>
 
@@ -9,7 +9,6 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "resultchart/chart_file.h"
 #include "resultchart/report_pages.h"
 #include "resultchart/result_plot.h"
 #include "support/fresh_folder.h"
@@ -27,15 +26,14 @@ class SavedFile : public testing::Test {
  protected:
   ~SavedFile() override { fs::remove_all(folder_); }
 
-  // Saves over an older file; that it fails, names the file and leaves the old one alone in its
-  // folder.
+  // Saves over an older file and expects an error that names it, and the folder unchanged.
   void Refuse(const std::string& name, const std::function<void(const QString&)>& save,
               const std::string& why) {
     const fs::path file = folder_ / name;
     std::ofstream(file) << "old";
     try {
       save(QString::fromStdString(file.string()));
-      ADD_FAILURE() << name << " counts as saved";
+      ADD_FAILURE() << name << " was saved";
     } catch (const std::runtime_error& error) {
       EXPECT_THAT(error.what(), AllOf(HasSubstr(file.string()), HasSubstr(why)));
     }
