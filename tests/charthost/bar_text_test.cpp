@@ -1,9 +1,8 @@
+#include "charthost/bar_text.h"
+
 #include <gtest/gtest.h>
 
 #include "charthost/bar_series.h"
-#include "charthost/date_text.h"
-#include "charthost/price_text.h"
-#include "charthost/readout.h"
 
 namespace velumar {
 namespace {
@@ -46,7 +45,7 @@ TEST(BarSeries, IsShownWithTheDecimalsOfItsQuotes) {
   EXPECT_EQ(SeriesOf({3600, 3617}).decimals, 2);
   EXPECT_EQ(SeriesOf({1.07214F, 1.0726F}).decimals, 5);
   EXPECT_EQ(SeriesOf({2117.39F}).decimals, 2);
-  EXPECT_EQ(SeriesOf({76.24992F}).decimals, 4);  // a float tells no more of it
+  EXPECT_EQ(SeriesOf({76.24992F}).decimals, 4);  // a float holds no more digits
 }
 
 std::string LineOf(const std::vector<ReadoutPart>& parts) {

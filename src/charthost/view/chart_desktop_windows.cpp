@@ -1,30 +1,32 @@
 #include <windows.h>
 
-#include "charthost/view/dialog_plate.h"
+#include "charthost/view/chart_desktop.h"
 #include "platform/chart_program_names.h"
 
 namespace velumar {
 
-struct DialogPlate::Plate {
+void ChooseChartDisplay() {}
+
+struct DialogMarker::Marker {
   struct Destroy {
     using pointer = HWND;
     void operator()(HWND window) const { ::DestroyWindow(window); }
   };
 
-  // Hidden, so that nobody can give it the focus.
+  // Hidden, so that it never gets the focus.
   std::unique_ptr<HWND, Destroy> window{::CreateWindowExA(
       WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, kChartFileDialogClass.data(), kChartFileDialog.data(),
       WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, ::GetModuleHandleA(nullptr), nullptr)};
 };
 
-DialogPlate::DialogPlate() = default;
+DialogMarker::DialogMarker() = default;
 
-DialogPlate::~DialogPlate() = default;
+DialogMarker::~DialogMarker() = default;
 
-void DialogPlate::PutUp() {
-  if (!plate_) plate_ = std::make_unique<Plate>();
+void DialogMarker::Show() {
+  if (!marker_) marker_ = std::make_unique<Marker>();
 }
 
-void DialogPlate::TakeDown() { plate_.reset(); }
+void DialogMarker::Hide() { marker_.reset(); }
 
 }  // namespace velumar
