@@ -1,11 +1,11 @@
 # The cross compiler of Debian 12 for 64-bit Windows, with posix threads. scripts/windows-sdk builds the
-# libraries with it and lays it beside them.
+# libraries with it and copies it next to them.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(target x86_64-w64-mingw32)
 set(CMAKE_C_COMPILER ${target}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${target}-g++-posix)
-# GCC reckons with the registers that its own copy of an inline function leaves alone, and the linker
+# GCC assumes that an inline function changes the registers that its own copy changes, but the linker
 # may keep another object's copy.
 set(CMAKE_CXX_FLAGS_INIT -fno-ipa-ra)
 set(CMAKE_RC_COMPILER ${target}-windres)

@@ -17,7 +17,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   target_compile_options(velumar_options INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
 endif()
 if(MINGW)
-  # GCC reckons with the registers that its own copy of an inline function leaves alone, and the
+  # GCC assumes that an inline function changes the registers that its own copy changes, but the
   # linker may keep another object's copy.
   target_compile_options(velumar_options INTERFACE -fno-ipa-ra)
 endif()
@@ -43,7 +43,7 @@ if(VELUMAR_COVERAGE)
 endif()
 
 if(VELUMAR_FUZZ)
-  # Every library tells the fuzzer which of its paths a text has taken.
+  # Every library reports to the fuzzer which of its branches an input has taken.
   target_compile_options(velumar_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
