@@ -148,9 +148,10 @@ TEST_F(RunResultsTest, HoldingsFromBeforeAPauseKeepTheirEntries) {
 
   // A quantity that no row explains.
   Begin(1000);
-  Order(12, "Offset Long", 1, 60, 4, 2, 3000);
+  Order(12, "Offset Long", 1, 60, 4, -2, -1000);
   EXPECT_THAT(Trades(), ElementsAre("Long 1 from ? to 60: ?"));
   EXPECT_EQ(Statistics()["Expectancy"], "-");
+  EXPECT_EQ(Statistics()["Max drawdown"], "2,000.00") << "the first order lost";
 }
 
 // A row's price has two decimals. The account averages entries to two as well, but closes at all
