@@ -6,8 +6,7 @@
 #include <vector>
 
 #include "base/paths.h"
-#include "marketdata/index_image.h"
-#include "marketdata/raw_file.h"
+#include "marketdata/index_file.h"
 #include "marketdata/series_file.h"
 
 namespace velumar {
@@ -76,10 +75,10 @@ LargeDirectory::LargeDirectory(int securities, int long_bars, int short_bars) : 
     const IndexKind kind = is_low ? IndexKind::kMaster : IndexKind::kXmaster;
     WriteBars(path_ / DataFileName(kind, record.file_number), i == 0 ? long_bars : short_bars);
   }
-  RawFile(path_ / "MASTER", RawFile::Mode::kRenew).WriteAt(0, master.Sealed());
-  RawFile(path_ / "EMASTER", RawFile::Mode::kRenew).WriteAt(0, emaster.Sealed());
+  RawFile(path_ / "MASTER", RawFile::Mode::kRenew).WriteAt(0, master.Finished());
+  RawFile(path_ / "EMASTER", RawFile::Mode::kRenew).WriteAt(0, emaster.Finished());
   if (xmaster.Records() == 0) return;
-  RawFile(path_ / "XMASTER", RawFile::Mode::kRenew).WriteAt(0, xmaster.Sealed());
+  RawFile(path_ / "XMASTER", RawFile::Mode::kRenew).WriteAt(0, xmaster.Finished());
 }
 
 LargeDirectory::~LargeDirectory() {

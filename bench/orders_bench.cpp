@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <string>
 
-#include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "platform/virtual_platform.h"
 #include "session/sim_session.h"
+#include "support/recorded_run.h"
 #include "trading/orders.h"
-#include "trading/status_display.h"
+#include "trading/status_texts.h"
 
 namespace velumar {
 namespace {
@@ -28,7 +28,7 @@ struct Desk {
     }
     session.ProfitPerContract = 1000;
     session.Balance = session.Portfolio = 2000000;
-    desktop.form1().txtcomm.SetText("0");
+    run.commission = "0";
   }
 
   void Trade() {
@@ -37,12 +37,11 @@ struct Desk {
   }
 
   SimSession session;
-  Desktop desktop;
+  RecordedRun run;
   VirtualPlatform outside;
   Platform platform = outside.References();
   LedgerConnection ledger{AsItIs};
-  StatusDisplay status{session, desktop, outside.locale};
-  OrderDesk orders{session, desktop, platform, ledger, status};
+  OrderDesk orders{session, run, run, platform, ledger};
 };
 
 std::string FreshFile(const std::string& name) {
@@ -81,7 +80,7 @@ BENCHMARK(BM_BareCommitOfOneRow)->Unit(benchmark::kMicrosecond);
 
 void BM_ShowStatus(benchmark::State& state) {
   Desk desk(":memory:");
-  for (auto _ : state) desk.status.ShowStatus();
+  for (auto _ : state) ShowStatus(desk.session, desk.run, desk.outside.locale);
 }
 BENCHMARK(BM_ShowStatus)->Unit(benchmark::kMicrosecond);
 

@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <string>
 
-#include "app/desktop_view.h"
+#include "app/windows/desktop_view.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "platform/virtual_platform.h"

@@ -6,7 +6,7 @@
 #include "base/dates.h"
 #include "cli/commands.h"
 #include "cli/replay_world.h"
-#include "marketdata/csv_error.h"
+#include "csv/csv_text.h"
 #include "marketdata/interval.h"
 
 // The only file that includes CLI11, whose headers take seconds to compile.

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "marketdata/csv_import.h"
+#include "csv/csv_import.h"
 #include "results/run_record.h"
 
 namespace velumar {

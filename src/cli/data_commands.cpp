@@ -4,7 +4,7 @@
 #include "cli/commands.h"
 #include "cli/json_text.h"
 #include "cli/text_table.h"
-#include "marketdata/csv_export.h"
+#include "csv/csv_export.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
 

@@ -6,7 +6,7 @@
 #include "resultchart/chart_file.h"
 #include "resultchart/report_pages.h"
 #include "resultchart/result_plot.h"
-#include "resultchart/run_points.h"
+#include "resultchart/report.h"
 
 namespace velumar {
 

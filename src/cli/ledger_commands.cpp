@@ -6,7 +6,7 @@
 #include "cli/commands.h"
 #include "cli/json_text.h"
 #include "cli/text_table.h"
-#include "platform/system_locale.h"
+#include "platform/system.h"
 #include "results/figure_texts.h"
 #include "results/order_list.h"
 #include "results/result_figures.h"

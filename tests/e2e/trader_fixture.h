@@ -6,7 +6,7 @@
 
 #include "e2e/programs.h"
 #include "e2e/trader_hand.h"
-#include "platform/settings_file.h"
+#include "platform/qt/settings_file.h"
 
 namespace velumar {
 

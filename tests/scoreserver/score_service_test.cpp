@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <thread>
 
-#include "platform/curl_web_client.h"
+#include "platform/common/curl_web_client.h"
 #include "scoreserver/raw_sockets.h"
 #include "scoreserver/score_server.h"
 #include "support/scratch_folder.h"
@@ -228,8 +228,8 @@ TEST_F(ScoreServiceTest, SurvivesHostileServersInBoundedTimeAndMemory) {
     std::string why;
   };
   const std::vector<Case> cases = {
-      {{.first = ""}, "nobody answered within 1 second"},
-      {{.first = ok + "\r\n", .repeated = "x", .pause_ms = 50}, "nobody answered within 1 second"},
+      {{.first = ""}, "no answer within 1 second"},
+      {{.first = ok + "\r\n", .repeated = "x", .pause_ms = 50}, "no answer within 1 second"},
       {{.first = ok + "\r\n", .repeated = mebibyte}, "too long"},
       {{.first = ok + "Content-Length: 99999999999\r\n\r\n", .repeated = mebibyte}, "too long"},
       {{.first = ok, .repeated = "X: " + std::string(1000, 'y') + "\r\n"}, "too long"},
@@ -237,7 +237,7 @@ TEST_F(ScoreServiceTest, SurvivesHostileServersInBoundedTimeAndMemory) {
       {{.first = std::string("\0\xFF\x01", 3), .repeated = mebibyte}, "failed"},
       {{.first = "", .hangs_up = true}, "failed"},
       {{.first = "HTTP/1.1 302 F\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n"},
-       "elsewhere (302)"},
+       "redirects to another address (302)"},
       {{.first = "HTTP/1.1 500 E\r\nContent-Length: 0\r\n\r\n"}, "refused it (500)"}};
   for (const Case& one : cases) {
     HostileServer server(one.answer);
