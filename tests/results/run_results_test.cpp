@@ -189,6 +189,7 @@ TEST_F(RunResultsTest, LargeAndNegativeMoneyKeepsItsSign) {
   EXPECT_EQ(statistics.at("Largest win"), "2,000,000,000.00");
   EXPECT_EQ(statistics.at("Largest loss"), "-4,000,000,000.00");
   EXPECT_EQ(statistics.at("Max consecutive wins"), "1");
+  EXPECT_EQ(statistics.at("Max consecutive losses"), "1");
   EXPECT_EQ(statistics.at("Max drawdown"), "4,000,000,000.00");
   EXPECT_EQ(statistics.at("Max drawdown in percent"), "133.33 %");
   EXPECT_EQ(statistics.at("Drawdown period"), "<2007-01-11> 16:30:00 to <2007-01-13> 16:30:00");
