@@ -96,13 +96,13 @@ class CommandLine {
   }
 
   void AddImport() {
-    CLI::App& command = AddCommand(
-        "import",
-        "Import a CSV file into a market data directory as one security. A security with the same "
-        "symbol and interval is replaced. The first line names the columns: Date, Open, High, Low, "
-        "Close and optionally Time, Volume and OpenInterest. If a line cannot be read, nothing is "
-        "written.",
-        import_, Import);
+    CLI::App& command =
+        AddCommand("import", "Import a CSV file into a market data directory as one security.",
+                   import_, Import);
+    command.footer(
+        "A security with the same symbol and interval is replaced. The first line names the\n"
+        "columns: Date, Open, High, Low, Close and optionally Time, Volume and OpenInterest.\n"
+        "If a line cannot be read, nothing is written.");
     command.add_option("CSV", import_.file, "the file, separated by commas, semicolons or tabs")
         ->required();
     command.add_option("DIR", import_.directory, "the market data directory, created if missing")

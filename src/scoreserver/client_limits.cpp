@@ -69,23 +69,12 @@ bool PostLimit::Allows(const std::string& address, Moment now) {
 }
 
 ConnectionDeadlines::ConnectionDeadlines(std::chrono::milliseconds longest)
-    : longest_(longest), watch_([this] { Watch(); }) {}
+    : longest_(longest), watch_([this](const std::stop_token& stop) { Watch(stop); }) {}
 
-ConnectionDeadlines::~ConnectionDeadlines() {
-  {
-    const std::lock_guard lock(mutex_);
-    stopping_ = true;
-  }
-  changed_.notify_one();
-  watch_.join();
-}
-
+// The watch need not be woken: it looks again before this deadline.
 void ConnectionDeadlines::Opened(int socket) {
-  {
-    const std::lock_guard lock(mutex_);
-    deadlines_[socket] = Clock::now() + longest_;
-  }
-  changed_.notify_one();
+  const std::lock_guard lock(mutex_);
+  deadlines_[socket] = Clock::now() + longest_;
 }
 
 void ConnectionDeadlines::Closed(int socket) {
@@ -93,9 +82,9 @@ void ConnectionDeadlines::Closed(int socket) {
   deadlines_.erase(socket);
 }
 
-void ConnectionDeadlines::Watch() {
+void ConnectionDeadlines::Watch(const std::stop_token& stop) {
   std::unique_lock lock(mutex_);
-  while (!stopping_) {
+  while (!stop.stop_requested()) {
     const Clock::time_point now = Clock::now();
     Clock::time_point next = now + longest_;
     std::erase_if(deadlines_, [&](const auto& connection) {
@@ -107,7 +96,7 @@ void ConnectionDeadlines::Watch() {
       ::shutdown(connection.first, SHUT_RDWR);
       return true;
     });
-    changed_.wait_until(lock, next);
+    stopped_.wait_until(lock, stop, next, [] { return false; });
   }
 }
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <map>
 #include <mutex>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -46,9 +47,6 @@ class PostLimit {
 class ConnectionDeadlines {
  public:
   explicit ConnectionDeadlines(std::chrono::milliseconds longest);
-  ~ConnectionDeadlines();
-  ConnectionDeadlines(const ConnectionDeadlines&) = delete;
-  ConnectionDeadlines& operator=(const ConnectionDeadlines&) = delete;
 
   void Opened(int socket);
   // Call before the socket is closed: its number may be reused at once.
@@ -57,14 +55,13 @@ class ConnectionDeadlines {
  private:
   using Clock = std::chrono::steady_clock;
 
-  void Watch();
+  void Watch(const std::stop_token& stop);
 
   std::chrono::milliseconds longest_;
   std::mutex mutex_;
-  std::condition_variable changed_;
+  std::condition_variable_any stopped_;
   std::map<int, Clock::time_point> deadlines_;  // by socket
-  bool stopping_ = false;
-  std::thread watch_;
+  std::jthread watch_;                          // last, since it uses the others
 };
 
 }  // namespace velumar

@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 std::string Sandbox::File(const std::string& name, const std::string& text) const {
   fs::create_directories(fs::path(At(name)).parent_path());
-  std::ofstream(At(name), std::ios::binary) << text;
+  WriteFile(At(name), text);
   return At(name);
 }
 
@@ -28,8 +28,7 @@ std::map<std::string, std::string> Sandbox::Files() const {
   std::map<std::string, std::string> files;
   for (const auto& entry : fs::recursive_directory_iterator(folder_.Path())) {
     if (!entry.is_regular_file() || entry.path().extension() == ".lock") continue;
-    std::ifstream in(entry.path(), std::ios::binary);
-    files[entry.path().string()] = {std::istreambuf_iterator<char>(in), {}};
+    files[entry.path().string()] = ReadFile(entry.path());
   }
   return files;
 }

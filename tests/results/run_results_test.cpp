@@ -148,9 +148,10 @@ TEST_F(RunResultsTest, HoldingsFromBeforeAPauseKeepTheirEntries) {
 
   // A quantity that no row explains.
   Begin(1000);
-  Order(12, "Offset Long", 1, 60, 4, 2, 3000);
+  Order(12, "Offset Long", 1, 60, 4, -2, -1000);
   EXPECT_THAT(Trades(), ElementsAre("Long 1 from ? to 60: ?"));
   EXPECT_EQ(Statistics()["Expectancy"], "-");
+  EXPECT_EQ(Statistics()["Max drawdown"], "2,000.00") << "the first order lost";
 }
 
 // A row's price has two decimals. The account averages entries to two as well, but closes at all
@@ -188,6 +189,7 @@ TEST_F(RunResultsTest, LargeAndNegativeMoneyKeepsItsSign) {
   EXPECT_EQ(statistics.at("Largest win"), "2,000,000,000.00");
   EXPECT_EQ(statistics.at("Largest loss"), "-4,000,000,000.00");
   EXPECT_EQ(statistics.at("Max consecutive wins"), "1");
+  EXPECT_EQ(statistics.at("Max consecutive losses"), "1");
   EXPECT_EQ(statistics.at("Max drawdown"), "4,000,000,000.00");
   EXPECT_EQ(statistics.at("Max drawdown in percent"), "133.33 %");
   EXPECT_EQ(statistics.at("Drawdown period"), "<2007-01-11> 16:30:00 to <2007-01-13> 16:30:00");
