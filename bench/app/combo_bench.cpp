@@ -20,7 +20,7 @@ std::vector<ComboBox::Row> Securities(std::int64_t count) {
   return rows;
 }
 
-// The setup window with so many securities in its list.
+// The setup window with that many securities in its list.
 class SetupWindow {
  public:
   explicit SetupWindow(std::int64_t securities) {
@@ -59,7 +59,7 @@ void OpenList(benchmark::State& state) {
   }
 }
 
-// A key into the line, until what it may mean is offered and drawn.
+// From a key typed into the line until the matches are drawn.
 void TypeAKey(benchmark::State& state) {
   SetupWindow window(state.range(0));
   QLineEdit& line = *window.List().lineEdit();
