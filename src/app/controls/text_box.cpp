@@ -13,14 +13,8 @@
 
 namespace velumar {
 
-namespace {
-
-constexpr int kMargin = 3;          // between the edge of the line and its text
-constexpr int kLineEditMargin = 2;  // the part of it that QLineEdit adds by itself
-
-}  // namespace
-
 FittingLineEdit::FittingLineEdit(QWidget* parent) : QLineEdit(parent), full_font_(font()) {
+  constexpr int kLineEditMargin = 2;  // the part of the margin that QLineEdit adds by itself
   setFrame(false);
   setTextMargins(kMargin - kLineEditMargin, 0, kMargin - kLineEditMargin, 0);
   connect(this, &QLineEdit::textChanged, this, [this] { FitFont(); });
