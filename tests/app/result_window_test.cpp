@@ -54,7 +54,7 @@ class ResultViewTest : public ShownDesktop {
 };
 
 TEST_F(ResultViewTest, TabsTableAndRunsWorkWithMouseAndKeys) {
-  WidgetOf<QTabBar>(form.tabSheets).setCurrentIndex(FrmResult::kOrdersSheet);
+  WidgetOf<QTabBar>(form.tabSheets).setCurrentIndex(FrmResult::kOrdersTab);
   auto& orders = WidgetOf<QTableView>(form.lstOrders);
   ASSERT_TRUE(orders.isVisible());
   EXPECT_FALSE(WidgetOf(form.MSChart1).isVisible());

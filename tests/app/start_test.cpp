@@ -12,7 +12,7 @@
 #include "app/wiring/unattended.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
-#include "platform/chart_program_keys.h"
+#include "platform/chart_program.h"
 #include "platform/virtual_platform.h"
 #include "shown_desktop.h"
 #include "support/scratch.h"

@@ -7,8 +7,6 @@
 #include "forms/chart.h"
 #include "forms/form.h"
 #include "resultchart/chart_file.h"
-#include "resultchart/chart_page.h"
-#include "resultchart/page_file.h"
 #include "resultchart/result_plot.h"
 
 namespace velumar {
@@ -59,7 +57,7 @@ ChartView::ChartView(FormContext& context, QWidget& parent, Chart& chart)
 void ChartView::Update() {
   ApplyCommon(*this, model_);
   setAccessibleName(QStringLiteral("The portfolio's value after each closing"));
-  SetColours(Colours().dark ? ChartColours::Dark() : ChartColours::Light());
+  SetColours(Colours().dark ? Palette::Dark() : Palette::Light());
   SetCovered(LogicalPixels(model_.Covered()));
   Apply(*this, model_.Content(), rows_);
 }
@@ -90,7 +88,7 @@ ChartPictureView::ChartPictureView(FormContext& context, QWidget& parent, ChartP
     : View(context, parent, picture) {
   setCursor(Qt::SizeAllCursor);
   plot_.setFont(context.Look().faces.Plain(plot_.font().pixelSize()));
-  ChartColours ink = ChartColours::Light();
+  Palette ink = Palette::Light();
   ink.ground = Qt::white;
   plot_.SetColours(ink);
   model_.print = [this](const PrintJob& job) { Print(job); };

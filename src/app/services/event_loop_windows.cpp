@@ -2,8 +2,7 @@
 #include <QEvent>
 
 #include "app/services/event_loop.h"
-#include "platform/windows/serving_wait.h"
-#include "platform/windows/waitable_timer.h"
+#include "platform/windows/waits.h"
 
 namespace velumar {
 

@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "app/windows/native_form.h"
-#include "platform/windows/window_form.h"
+#include "platform/windows/native_window.h"
 
 namespace velumar {
 

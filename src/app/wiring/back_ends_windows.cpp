@@ -2,16 +2,13 @@
 
 #include "app/wiring/back_ends.h"
 #include "base/paths.h"
-#include "platform/chart_program_names.h"
-#include "platform/programs.h"
-#include "platform/settings_file.h"
-#include "platform/system_clock.h"
-#include "platform/system_locale.h"
+#include "platform/chart_program.h"
+#include "platform/qt/settings_file.h"
+#include "platform/system.h"
 #include "platform/user_files.h"
 #include "platform/windows/chart_windows.h"
 #include "platform/windows/key_sender.h"
-#include "platform/windows/registry_settings.h"
-#include "platform/windows/system_registry.h"
+#include "platform/windows/registry.h"
 
 namespace velumar {
 

@@ -15,7 +15,6 @@
 #include "app/theme/theme_follower.h"
 #include "app/windows/desktop_view.h"
 #include "app/wiring/back_ends.h"
-#include "app/wiring/message_listener.h"
 #include "app/wiring/options.h"
 #include "app/wiring/process.h"
 #include "app/wiring/run_key_filter.h"
@@ -24,10 +23,12 @@
 #include "base/dates.h"
 #include "base/paths.h"
 #include "ledger/ledger.h"
-#include "platform/chart_program_keys.h"
+#include "platform/chart_program.h"
 #include "platform/command_line.h"
-#include "platform/process_end.h"
+#include "platform/ipc.h"
+#include "platform/process.h"
 #include "platform/user_files.h"
+#include "platform/warn_once_settings.h"
 #include "platform/web_client.h"
 #include "shell/program.h"
 
@@ -119,6 +120,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   QtColourDialog colours;
   QtClipboard clipboard;
   QtPrinters printers(ledger);
+  WarnOnceSettings settings(*ends.settings, boxes);
   ReleasingPrograms programs(*ends.programs, instance);
   Platform platform{.events = events,
                     .chart_windows = *ends.chart_windows,
@@ -129,7 +131,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
                     .colours = colours,
                     .clipboard = clipboard,
                     .printers = printers,
-                    .settings = *ends.settings,
+                    .settings = settings,
                     .registry = *ends.registry,
                     .screen = screen,
                     .locale = *ends.locale,
@@ -150,12 +152,13 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   theme.OnChange([&view](const Theme& changed) { view.SetTheme(changed); });
   Program program(session, desktop, platform, cache, ledger);
   RunKeyFilter run_keys(program.Keys());
-  const MessageListener keys_from_chart(kRunKeyMailbox, [&run_keys](const Mail& mail) {
-    if (mail.first == 0) return run_keys.ClickFromChart();
-    run_keys.PressFromChart({.code = static_cast<int>(mail.first),
-                             .shift = (mail.second & kMailShift) != 0,
-                             .repeated = (mail.second & kMailRepeated) != 0});
-  });
+  const auto keys_from_chart =
+      ListenForMessages(kRunKeyListener, [&run_keys](const IpcMessage& mail) {
+        if (mail.first == 0) return run_keys.ClickFromChart();
+        run_keys.PressFromChart({.code = static_cast<int>(mail.first),
+                                 .shift = (mail.second & kMessageShift) != 0,
+                                 .repeated = (mail.second & kMessageRepeated) != 0});
+      });
   instance.Listen([&] {
     program.ShowAgain();
     view.Raise();

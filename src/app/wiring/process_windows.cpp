@@ -7,7 +7,7 @@
 
 #include "app/wiring/process.h"
 #include "base/windows_text.h"
-#include "platform/windows/session_end.h"
+#include "platform/windows/native_window.h"
 
 namespace velumar {
 

@@ -7,7 +7,7 @@
 #include <QThread>
 #include <utility>
 
-#include "platform/mailbox.h"
+#include "platform/ipc.h"
 
 namespace velumar {
 
@@ -36,7 +36,7 @@ SingleInstance::SingleInstance(const QString& settings_folder)
     : mailbox_(MailboxOf(CreatedDirectory(settings_folder))), lock_(LockOf(settings_folder)) {
   // If the folder can't be locked, another Velumar is found by its mailbox.
   const bool unlocked = lock_.Held() == FileLock::State::kImpossible;
-  first_ = lock_.Held() == FileLock::State::kHeld || (unlocked && !PostMail(mailbox_, {}));
+  first_ = lock_.Held() == FileLock::State::kHeld || (unlocked && !SendIpcMessage(mailbox_, {}));
 }
 
 // A process that has just started may not have opened its mailbox yet.
@@ -44,7 +44,7 @@ bool SingleInstance::CallOther() const {
   constexpr int kTimeoutMs = 3000;
   constexpr int kIntervalMs = 100;
   const QDeadlineTimer timeout(kTimeoutMs);
-  while (!PostMail(mailbox_, {})) {
+  while (!SendIpcMessage(mailbox_, {})) {
     if (timeout.hasExpired()) return false;
     QThread::msleep(kIntervalMs);
   }
@@ -52,7 +52,7 @@ bool SingleInstance::CallOther() const {
 }
 
 void SingleInstance::Listen(std::function<void()> come) {
-  listener_.emplace(mailbox_, [come = std::move(come)](const Mail&) { come(); });
+  listener_ = ListenForMessages(mailbox_, [come = std::move(come)](const IpcMessage&) { come(); });
 }
 
 }  // namespace velumar

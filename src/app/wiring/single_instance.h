@@ -2,10 +2,10 @@
 
 #include <QString>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <string>
 
-#include "app/wiring/message_listener.h"
+#include "platform/ipc.h"
 #include "platform/file_lock.h"
 
 namespace velumar {
@@ -32,7 +32,7 @@ class SingleInstance {
   std::string mailbox_;
   FileLock lock_;
   bool first_ = false;
-  std::optional<MessageListener> listener_;
+  std::unique_ptr<MessageListener> listener_;
 };
 
 }  // namespace velumar

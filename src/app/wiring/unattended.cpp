@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "resultchart/saved_file.h"
+#include "resultchart/chart_file.h"
 
 namespace velumar {
 
