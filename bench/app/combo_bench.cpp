@@ -24,7 +24,7 @@ std::vector<ComboBox::Row> Securities(std::int64_t count) {
 class SetupWindow {
  public:
   explicit SetupWindow(std::int64_t securities) {
-    QApplication::setStyle(new FormStyle(Theme::Light()));
+    QApplication::setStyle(new FormStyle(Palette::Light()));
     desktop_.form1().Show();
     desktop_.form1().Combo1.SetRows(Securities(securities));
     QApplication::processEvents();
@@ -37,7 +37,7 @@ class SetupWindow {
  private:
   Desktop desktop_;
   DesktopView view_{desktop_,
-                    {Theme::Light(), Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")},
+                    {Palette::Light(), Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")},
                     [](const std::string&) {}};
 };
 

@@ -44,17 +44,17 @@ void FormContext::Retire() {
 }
 
 QColor FormContext::BackgroundAt(const QRect& place) const {
-  QColor background = look_.theme.window;
+  QColor background = look_.palette.window;
   for (const Control* control : form_.Controls()) {
     const QRect whole = LogicalPlace(*control);
     if (control->Kind() == ControlKind::kFrame && whole.contains(place)) {
-      background = look_.theme.field;
+      background = look_.palette.field;
     }
     if (control->Kind() != ControlKind::kPicture || !control->Visible() ||
         !whole.intersects(place)) {
       continue;
     }
-    const QPixmap art = ArtPixmap(look_.theme, ToQString(control->Text()), whole.size());
+    const QPixmap art = ArtPixmap(look_.palette, ToQt(control->Text()), whole.size());
     if (art.isNull()) continue;
     const QImage part = art.copy(place.intersected(whole).translated(-whole.topLeft())).toImage();
     background =
@@ -77,36 +77,34 @@ QRect LogicalPlace(const Control& control) {
           LogicalPixels(control.Width()), LogicalPixels(control.Height())};
 }
 
-QString ToQString(std::string_view text) { return QString::fromUtf8(text); }
-
 void ApplyCommon(QWidget& widget, const Control& control) {
   widget.setGeometry(LogicalPlace(control));
   widget.setVisible(control.Visible());
   widget.setEnabled(control.Enabled());
-  widget.setToolTip(ToQString(control.ToolTip()));
-  widget.setObjectName(ToQString(control.Name()));
-  widget.setAccessibleName(ToQString(control.SpokenName()).trimmed());
+  widget.setToolTip(ToQt(control.ToolTip()));
+  widget.setObjectName(ToQt(control.Name()));
+  widget.setAccessibleName(ToQt(control.SpokenName()).trimmed());
 }
 
-QColor TextColour(const Control& control, const QColor& background, const Theme& theme) {
+QColor TextColour(const Control& control, const QColor& background, const Palette& palette) {
   return ReadableOn(background,
-                    control.ForeColour() == 0 ? theme.text : ToQColor(control.ForeColour()));
+                    control.ForeColour() == 0 ? palette.text : ToQColor(control.ForeColour()));
 }
 
-void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& theme) {
-  QPalette palette = widget.palette();
+void ApplyFieldColours(QWidget& widget, const Control& control, const Palette& palette) {
+  QPalette colours = widget.palette();
   const bool blue = control.DesignLook().backdrop == Backdrop::kBluePaper;
-  const QColor background = blue ? Mixed(theme.field, theme.accent) : theme.field;
-  const QColor text = TextColour(control, background, theme);
+  const QColor background = blue ? Mixed(palette.field, palette.accent) : palette.field;
+  const QColor text = TextColour(control, background, palette);
   for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-    palette.setColor(group, QPalette::Text, text);
+    colours.setColor(group, QPalette::Text, text);
   }
   // Text on blue is read, never typed, so it is as clear when the box is disabled.
   if (blue) {
-    palette.setColor(QPalette::Base, background);
-    palette.setColor(QPalette::Text, text);
+    colours.setColor(QPalette::Base, background);
+    colours.setColor(QPalette::Text, text);
   }
-  widget.setPalette(palette);
+  widget.setPalette(colours);
 }
 
 ControlView* MakeControlView(FormContext& context, QWidget& parent, Control& control) {

@@ -94,15 +94,15 @@ class TextBoxView : public View<FittingLineEdit, TextBox> {
       context_.Deliver([this, &text] {
         if (model_.Reachable()) model_.SetText(text.toStdString());
       });
-      setToolTip(ToolTipFor(ToQString(model_.ToolTip())));
+      setToolTip(ToolTipFor(ToQt(model_.ToolTip())));
     });
   }
   void Update() override {
     View::Update();
     ApplyFieldColours(*this, model_, Colours());
     SetFullFont(FitLine(DesignFont(), height()));
-    SetShownText(ToQString(model_.Text()));
-    setToolTip(ToolTipFor(ToQString(model_.ToolTip())));
+    SetShownText(ToQt(model_.Text()));
+    setToolTip(ToolTipFor(ToQt(model_.ToolTip())));
   }
 
  protected:

@@ -12,6 +12,7 @@
 
 #include "app/theme/theme.h"
 #include "base/ignoring.h"
+#include "charts/qt_text.h"
 
 namespace velumar {
 
@@ -47,8 +48,7 @@ QString ExtensionOf(const QString& filter) {
 QString WithExtension(const QString& file, const std::vector<FileForm>& forms,
                       const QString& extension) {
   for (const FileForm& form : forms) {
-    if (file.endsWith(QLatin1Char('.') + QString::fromStdString(form.ending), Qt::CaseInsensitive))
-      return file;
+    if (file.endsWith(QLatin1Char('.') + ToQt(form.ending), Qt::CaseInsensitive)) return file;
   }
   return file + QLatin1Char('.') + extension;
 }
@@ -66,17 +66,17 @@ void QtMessageBoxes::Show(std::string_view text, BoxIcon icon) {
 }
 
 void QtMessageBoxes::ShowTitled(std::string_view title, std::string_view text, BoxIcon icon) {
-  QMessageBox box(QtIcon(icon), QString::fromUtf8(title), QString::fromUtf8(text), QMessageBox::Ok);
+  QMessageBox box(QtIcon(icon), ToQt(title), ToQt(text), QMessageBox::Ok);
   SetUp(box);
   box.exec();
 }
 
 std::size_t QtMessageBoxes::Ask(std::string_view text, const std::vector<std::string>& answers) {
-  QMessageBox box(QMessageBox::Question, QStringLiteral("Velumar"), QString::fromUtf8(text));
+  QMessageBox box(QMessageBox::Question, QStringLiteral("Velumar"), ToQt(text));
   std::vector<QAbstractButton*> buttons;
   buttons.reserve(answers.size());
   for (const std::string& answer : answers) {
-    buttons.push_back(box.addButton(QString::fromUtf8(answer), QMessageBox::ActionRole));
+    buttons.push_back(box.addButton(ToQt(answer), QMessageBox::ActionRole));
   }
   auto* const safest = static_cast<QPushButton*>(buttons.back());
   box.setDefaultButton(safest);
@@ -89,7 +89,7 @@ std::size_t QtMessageBoxes::Ask(std::string_view text, const std::vector<std::st
 }
 
 std::string QtFolderDialog::BrowseForFolder(std::string_view prompt) {
-  QFileDialog dialog(nullptr, QString::fromUtf8(prompt));
+  QFileDialog dialog(nullptr, ToQt(prompt));
   KeepInFront(dialog);
   dialog.setFileMode(QFileDialog::Directory);
   dialog.setOption(QFileDialog::ShowDirsOnly);
@@ -98,7 +98,7 @@ std::string QtFolderDialog::BrowseForFolder(std::string_view prompt) {
 }
 
 QString QtSaveDialog::Folder() const {
-  const QString saved = QString::fromStdString(settings_.Read(kSaveFolder).value_or(""));
+  const QString saved = ToQt(settings_.Read(kSaveFolder).value_or(""));
   for (const QString& folder : {folder_, saved}) {
     if (!folder.isEmpty() && QFileInfo(folder).isDir()) return folder;
   }
@@ -117,10 +117,10 @@ std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>&
   KeepInFront(dialog);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   QStringList filters;
-  for (const FileForm& form : forms) filters.append(QString::fromStdString(form.title));
+  for (const FileForm& form : forms) filters.append(ToQt(form.title));
   dialog.setNameFilters(filters);
-  dialog.setDefaultSuffix(QString::fromStdString(forms.front().ending));
-  dialog.selectFile(QString::fromUtf8(suggestion));
+  dialog.setDefaultSuffix(ToQt(forms.front().ending));
+  dialog.selectFile(ToQt(suggestion));
   QObject::connect(
       &dialog, &QFileDialog::filterSelected, &dialog,
       [&dialog](const QString& chosen) { dialog.setDefaultSuffix(ExtensionOf(chosen)); });

@@ -5,6 +5,7 @@
 #include <QScreen>
 #include <algorithm>
 
+#include "charts/qt_text.h"
 #include "forms/form.h"
 
 namespace velumar {
@@ -30,7 +31,7 @@ bool QtScreen::Shows(float left, float top, float width, float height) const {
 }
 
 void QtClipboard::SetText(std::string_view text) {
-  QGuiApplication::clipboard()->setText(QString::fromUtf8(text));
+  QGuiApplication::clipboard()->setText(ToQt(text));
 }
 
 }  // namespace velumar

@@ -23,8 +23,8 @@ QPixmap DrawnFor(const QString& set, const QString& name, const QSize& pixels) {
 
 }  // namespace
 
-QPixmap ArtPixmap(const Theme& theme, const QString& name, const QSize& pixels) {
-  const QString set = theme.dark ? QStringLiteral("dark") : QStringLiteral("light");
+QPixmap ArtPixmap(const Palette& palette, const QString& name, const QSize& pixels) {
+  const QString set = palette.dark ? QStringLiteral("dark") : QStringLiteral("light");
   const QString key =
       QStringLiteral("%1/%2 %3x%4").arg(set, name).arg(pixels.width()).arg(pixels.height());
   QPixmap art;

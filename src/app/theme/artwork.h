@@ -12,7 +12,7 @@ class QWidget;
 namespace velumar {
 
 // The picture of that name, scaled to exactly that many device pixels; null if there is none.
-QPixmap ArtPixmap(const Theme& theme, const QString& name, const QSize& pixels);
+QPixmap ArtPixmap(const Palette& palette, const QString& name, const QSize& pixels);
 
 // The size of the widget in device pixels.
 QSize DevicePixels(const QWidget& widget);

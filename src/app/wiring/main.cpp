@@ -39,10 +39,10 @@ namespace {
 constexpr int kFailure = 1;
 constexpr int kBadArguments = 2;
 
-Appearance ApplyLook(const Theme& theme, const LocaleInfo& locale) {
+Appearance ApplyLook(const Palette& palette, const LocaleInfo& locale) {
   constexpr int kDialogPixels = 13;
-  Appearance look{theme, Typefaces::Installed(), QString::fromStdString(locale.ShortDatePattern())};
-  ApplyTheme(theme);
+  Appearance look{palette, Typefaces::Installed(), ToQt(locale.ShortDatePattern())};
+  ApplyTheme(palette);
   QApplication::setFont(look.faces.Plain(kDialogPixels));
   return look;
 }
@@ -149,7 +149,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   ThemeFollower theme(options.theme);
   DesktopView view(desktop, ApplyLook(theme.Current(), *ends.locale),
                    [&boxes](const std::string& text) { boxes.Show(text, BoxIcon::kExclamation); });
-  theme.OnChange([&view](const Theme& changed) { view.SetTheme(changed); });
+  theme.OnChange([&view](const Palette& changed) { view.SetTheme(changed); });
   Program program(session, desktop, platform, cache, ledger);
   RunKeyFilter run_keys(program.Keys());
   const auto keys_from_chart =
