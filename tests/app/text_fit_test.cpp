@@ -2,7 +2,7 @@
 
 #include "app/controls/label_view.h"
 #include "app/controls/text_box.h"
-#include "app/theme/artwork.h"
+#include "app/theme/theme.h"
 #include "shown_desktop.h"
 
 namespace velumar {

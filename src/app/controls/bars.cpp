@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "app/controls/control_view.h"
-#include "app/theme/artwork.h"
 #include "forms/panels.h"
 
 namespace velumar {

@@ -5,8 +5,6 @@
 #include <QSignalBlocker>
 
 #include "app/controls/control_view.h"
-#include "app/controls/key_codes.h"
-#include "app/theme/artwork.h"
 #include "app/theme/fonts.h"
 #include "forms/panels.h"
 

@@ -11,7 +11,6 @@
 #include <numeric>
 
 #include "app/controls/control_view.h"
-#include "app/controls/key_codes.h"
 #include "app/controls/text_box.h"
 #include "app/theme/fonts.h"
 #include "base/text.h"

@@ -11,6 +11,8 @@
 #include "charts/qt_text.h"
 #include "forms/control.h"
 
+class QKeyEvent;
+
 namespace velumar {
 
 class Form;
@@ -95,6 +97,14 @@ QColor TextColour(const Control& control, const QColor& background, const Palett
 
 // Text and background of a box in which text is edited.
 void ApplyFieldColours(QWidget& widget, const Control& control, const Palette& palette);
+
+// The virtual key code of a key: 13 for Enter, 27 for Esc, letters by their capital; 0 if there is
+// none.
+int VirtualKeyCode(const QKeyEvent& event);
+
+// True for a press of Enter, which clicks the button that has the focus. Holding it down counts
+// once.
+bool IsEnter(const QKeyEvent& event);
 
 ControlView* MakeControlView(FormContext& context, QWidget& parent, Control& control);
 

@@ -11,7 +11,6 @@
 #include <utility>
 
 #include "app/controls/control_view.h"
-#include "app/controls/key_codes.h"
 #include "app/theme/fonts.h"
 
 namespace velumar {

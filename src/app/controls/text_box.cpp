@@ -8,7 +8,6 @@
 #include <set>
 
 #include "app/controls/control_view.h"
-#include "app/controls/key_codes.h"
 #include "app/theme/fonts.h"
 
 namespace velumar {

@@ -1,10 +1,15 @@
 #pragma once
 
 #include <QColor>
+#include <QPixmap>
+#include <QSize>
 #include <QString>
 
 #include "app/theme/fonts.h"
 #include "charts/palette.h"
+
+class QPainter;
+class QWidget;
 
 namespace velumar {
 
@@ -22,5 +27,15 @@ double Contrast(const QColor& a, const QColor& b);
 
 // The colour, or the nearest shade of it that can be read on that background.
 QColor ReadableOn(const QColor& background, const QColor& colour);
+
+// The picture of that name, scaled to exactly that many device pixels; null if there is none.
+QPixmap ArtPixmap(const Palette& palette, const QString& name, const QSize& pixels);
+
+// The size of the widget in device pixels.
+QSize DevicePixels(const QWidget& widget);
+
+// Makes device pixels the unit of the painter and moves its origin to the nearest whole one, so
+// that a pixmap of DevicePixels is drawn sharp at every scale.
+void PaintInDevicePixels(QPainter& painter);
 
 }  // namespace velumar

@@ -5,8 +5,8 @@
 #include <QToolTip>
 #include <utility>
 
-#include "app/theme/artwork.h"
 #include "app/theme/form_style.h"
+#include "app/theme/theme.h"
 
 namespace velumar {
 

@@ -8,10 +8,9 @@
 #include <optional>
 #include <stdexcept>
 
-#include "app/services/dialogs.h"
+#include "app/services/desktop_services.h"
 #include "app/services/event_loop.h"
 #include "app/services/printers.h"
-#include "app/services/screen.h"
 #include "app/theme/theme_follower.h"
 #include "app/windows/desktop_view.h"
 #include "app/wiring/back_ends.h"

@@ -1,11 +1,14 @@
-#include "app/services/dialogs.h"
+#include "app/services/desktop_services.h"
 
+#include <QClipboard>
 #include <QColorDialog>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QStandardPaths>
 #include <algorithm>
 #include <utility>
@@ -13,6 +16,7 @@
 #include "app/theme/theme.h"
 #include "base/ignoring.h"
 #include "charts/qt_text.h"
+#include "forms/form.h"
 
 namespace velumar {
 
@@ -140,6 +144,30 @@ std::optional<std::uint32_t> QtColourDialog::ChooseColour(std::uint32_t current)
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
   const QColor chosen = dialog.selectedColor();
   return static_cast<std::uint32_t>(chosen.red() | chosen.green() << 8 | chosen.blue() << 16);
+}
+
+float QtScreen::WidthTwips() const {
+  return static_cast<float>(QGuiApplication::primaryScreen()->geometry().width()) * kTwipsPerPixel;
+}
+
+float QtScreen::HeightTwips() const {
+  return static_cast<float>(QGuiApplication::primaryScreen()->geometry().height()) * kTwipsPerPixel;
+}
+
+bool QtScreen::Shows(float left, float top, float width, float height) const {
+  constexpr double kGrip = 24;  // logical pixels, enough to take hold of the window
+  const QPointF origin = QGuiApplication::primaryScreen()->geometry().topLeft();
+  const QRectF window(origin + QPointF(left, top) / kTwipsPerPixel,
+                      QSizeF(width, height) / kTwipsPerPixel);
+  const auto screens = QGuiApplication::screens();
+  return std::any_of(screens.begin(), screens.end(), [&](const QScreen* screen) {
+    const QRectF seen = QRectF(screen->geometry()).intersected(window);
+    return seen.width() >= kGrip && seen.height() >= kGrip;
+  });
+}
+
+void QtClipboard::SetText(std::string_view text) {
+  QGuiApplication::clipboard()->setText(ToQt(text));
 }
 
 }  // namespace velumar
