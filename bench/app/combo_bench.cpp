@@ -20,11 +20,11 @@ std::vector<ComboBox::Row> Securities(std::int64_t count) {
   return rows;
 }
 
-// The setup window with so many securities in its list.
+// The setup window with that many securities in its list.
 class SetupWindow {
  public:
   explicit SetupWindow(std::int64_t securities) {
-    QApplication::setStyle(new FormStyle(Theme::Light()));
+    QApplication::setStyle(new FormStyle(Palette::Light()));
     desktop_.form1().Show();
     desktop_.form1().Combo1.SetRows(Securities(securities));
     QApplication::processEvents();
@@ -37,7 +37,7 @@ class SetupWindow {
  private:
   Desktop desktop_;
   DesktopView view_{desktop_,
-                    {Theme::Light(), Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")},
+                    {Palette::Light(), Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")},
                     [](const std::string&) {}};
 };
 
@@ -59,7 +59,7 @@ void OpenList(benchmark::State& state) {
   }
 }
 
-// A key into the line, until what it may mean is offered and drawn.
+// From a key typed into the line until the matches are drawn.
 void TypeAKey(benchmark::State& state) {
   SetupWindow window(state.range(0));
   QLineEdit& line = *window.List().lineEdit();

@@ -35,7 +35,7 @@ struct Results {
   VirtualPlatform outside;
   Desktop desktop;
   DesktopView view{desktop,
-                   {Theme::Light(), Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")},
+                   {Palette::Light(), Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")},
                    [](const std::string&) {}};
   IndexCache cache;
   LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};

@@ -10,7 +10,7 @@
 #include <QSlider>
 #include <stdexcept>
 
-#include "app/controls/key_codes.h"
+#include "app/controls/control_view.h"
 #include "shown_desktop.h"
 
 namespace velumar {

@@ -132,7 +132,7 @@ TEST_F(ResultViewTest, AZoomWithTheWheelStays) {
   Click(WidgetOf(form.picCommonDialog));
   EXPECT_EQ(plot.Scene().series, QColor(Qt::red));
   EXPECT_EQ(plot.Span().Size(), nearer);
-  view.SetTheme(Theme::Dark());
+  view.SetTheme(Palette::Dark());
   EXPECT_LT(plot.Scene().colours.ground.lightness(), 80);
   form.Toolbar1.UserButton(FrmResult::kDefault);
   EXPECT_EQ(plot.Span().Size(), whole);

@@ -9,9 +9,8 @@
 #include <QTimer>
 #include <chrono>
 
-#include "app/services/dialogs.h"
+#include "app/services/desktop_services.h"
 #include "app/services/event_loop.h"
-#include "app/services/screen.h"
 #include "platform/virtual_platform.h"
 
 namespace velumar {

@@ -15,7 +15,7 @@ namespace velumar {
 // A desktop on the screen, with no logic except what a test binds.
 class ShownDesktop : public ::testing::Test {
  protected:
-  ShownDesktop() { QApplication::setStyle(new FormStyle(Theme::Light())); }
+  ShownDesktop() { QApplication::setStyle(new FormStyle(Palette::Light())); }
 
   // Deletes unloaded windows before their models.
   ~ShownDesktop() override { Settle(); }
@@ -54,7 +54,7 @@ class ShownDesktop : public ::testing::Test {
   Desktop desktop;
   std::vector<std::string> reports;
   DesktopView view{desktop,
-                   {Theme::Light(), Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")},
+                   {Palette::Light(), Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")},
                    [this](const std::string& text) { reports.push_back(text); }};
 };
 

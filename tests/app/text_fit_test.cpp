@@ -2,7 +2,7 @@
 
 #include "app/controls/label_view.h"
 #include "app/controls/text_box.h"
-#include "app/theme/artwork.h"
+#include "app/theme/theme.h"
 #include "shown_desktop.h"
 
 namespace velumar {
@@ -80,7 +80,7 @@ TEST_F(TextFitTest, EveryTextIsReadableOnItsBackground) {
     if (label.DesignLook().backdrop != Backdrop::kNone) return;
     const FormContext& context = View(label.Owner()).Context();
     const QColor background = label.Container() == nullptr ? context.BackgroundAt(widget.geometry())
-                                                           : context.Look().theme.field;
+                                                           : context.Look().palette.field;
     const QColor colour = ToQColor(label.ForeColour());
     EXPECT_GE(Contrast(background, ReadableOn(background, colour)), 4.4);
     const bool big = label.Owner().Name().starts_with("frmBig");
@@ -98,8 +98,8 @@ TEST(Artwork, HasEveryPictureInBothThemes) {
           control->Kind() != ControlKind::kPictureButton) {
         continue;
       }
-      for (const Theme& theme : {Theme::Light(), Theme::Dark()}) {
-        EXPECT_EQ(ArtPixmap(theme, ToQString(control->Text()), pixels).size(), pixels)
+      for (const Palette& theme : {Palette::Light(), Palette::Dark()}) {
+        EXPECT_EQ(ArtPixmap(theme, ToQt(control->Text()), pixels).size(), pixels)
             << theme.dark << " " << control->Text();
       }
     }

@@ -198,9 +198,9 @@ TEST_F(WindowsTest, AllWindowsFollowTheDesktopUnlessAThemeWasChosen) {
     QEvent change(QEvent::ThemeChange);
     QCoreApplication::sendEvent(View(desktop.form1()).windowHandle(), &change);
   };
-  const auto is_dark = [this](Form& form) { return View(form).Context().Look().theme.dark; };
+  const auto is_dark = [this](Form& form) { return View(form).Context().Look().palette.dark; };
   ThemeFollower follower(ThemeChoice::kSystem, [&] { return palette; });
-  follower.OnChange([this](const Theme& theme) { view.SetTheme(theme); });
+  follower.OnChange([this](const Palette& theme) { view.SetTheme(theme); });
   desktop.form1().Show();
   const int light = Lightness(desktop.form1());
 

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "app/controls/control_view.h"
-#include "app/theme/artwork.h"
 #include "forms/panels.h"
 
 namespace velumar {
@@ -52,9 +51,9 @@ QToolButton* ToolbarView::NewButton(const Toolbar::Item& item) {
   button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   button->setIconSize({kIconPixels, kIconPixels});
   button->setFont(context_.Look().faces.Plain(kBarFontPixels - 1));
-  button->setText(ToQString(item.caption));
-  button->setToolTip(ToQString(item.tooltip));
-  button->setObjectName(ToQString(model_.Name() + "." + std::to_string(item.index)));
+  button->setText(ToQt(item.caption));
+  button->setToolTip(ToQt(item.tooltip));
+  button->setObjectName(ToQt(model_.Name() + "." + std::to_string(item.index)));
   const QString shown = button->text().remove(QLatin1Char('&'));
   button->setFixedWidth(kIconPixels + kAroundText + button->fontMetrics().horizontalAdvance(shown));
   button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
@@ -67,7 +66,7 @@ QToolButton* ToolbarView::NewButton(const Toolbar::Item& item) {
 void ToolbarView::Update() {
   View::Update();
   for (std::size_t i = 0; i < buttons_.size(); ++i) {
-    buttons_[i]->setIcon(QIcon(ArtPixmap(Colours(), ToQString(model_.Items()[i].art),
+    buttons_[i]->setIcon(QIcon(ArtPixmap(Colours(), ToQt(model_.Items()[i].art),
                                          buttons_[i]->iconSize() * devicePixelRatioF())));
   }
 }
@@ -78,7 +77,7 @@ class TabBarView : public View<QTabBar, TabBar> {
     setShape(QTabBar::RoundedSouth);
     setDrawBase(false);
     setFont(context.Look().faces.Plain(kBarFontPixels));
-    for (const std::string& title : tabs.Titles()) addTab(ToQString(title));
+    for (const std::string& title : tabs.Titles()) addTab(ToQt(title));
     connect(this, &QTabBar::currentChanged, this, To(&TabBar::UserChoose));
     connect(this, &QTabBar::currentChanged, this, &TabBarView::Update);
   }
@@ -95,7 +94,7 @@ class MenuView : public View<QMenuBar, Menu> {
   MenuView(FormContext& context, QWidget& parent, Menu& menu) : View(context, parent, menu) {
     setNativeMenuBar(false);
     setFont(context.Look().faces.Plain(kBarFontPixels));
-    QMenu* top = addMenu(ToQString(menu.Text()));
+    QMenu* top = addMenu(ToQt(menu.Text()));
     for (std::size_t list = 0; list < menu.Lists().size(); ++list) AddList(*top, list);
   }
   void Update() override;
@@ -107,10 +106,10 @@ class MenuView : public View<QMenuBar, Menu> {
 };
 
 void MenuView::AddList(QMenu& top, std::size_t list) {
-  QMenu* sub = top.addMenu(ToQString(model_.Lists()[list].caption));
+  QMenu* sub = top.addMenu(ToQt(model_.Lists()[list].caption));
   actions_.emplace_back();
   for (const std::string& text : model_.Lists()[list].entries) {
-    QAction* action = sub->addAction(ToQString(text));
+    QAction* action = sub->addAction(ToQt(text));
     action->setCheckable(true);
     const std::size_t entry = actions_.back().size();
     connect(action, &QAction::triggered, this, [this, list, entry] {
@@ -122,7 +121,7 @@ void MenuView::AddList(QMenu& top, std::size_t list) {
 }
 
 void MenuView::Update() {
-  setObjectName(ToQString(model_.Name()));
+  setObjectName(ToQt(model_.Name()));
   for (std::size_t list = 0; list < actions_.size(); ++list) {
     for (std::size_t entry = 0; entry < actions_[list].size(); ++entry) {
       actions_[list][entry]->setChecked(model_.Ticked(list, entry));

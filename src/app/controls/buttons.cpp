@@ -5,8 +5,6 @@
 #include <QSignalBlocker>
 
 #include "app/controls/control_view.h"
-#include "app/controls/key_codes.h"
-#include "app/theme/artwork.h"
 #include "app/theme/fonts.h"
 #include "forms/panels.h"
 
@@ -44,7 +42,7 @@ class ButtonView : public PressedView<QPushButton, Button> {
   void Update() override {
     PressedView::Update();
     const FittedText fitted =
-        FitText(ToQString(model_.Text()), DesignFont(), QSizeF(width() - 4, height() - 2));
+        FitText(ToQt(model_.Text()), DesignFont(), QSizeF(width() - 4, height() - 2));
     setFont(fitted.font);
     setText(fitted.shown);  // with an ampersand before the letter of its shortcut
   }
@@ -76,7 +74,7 @@ class PictureButtonView : public PressedView<QAbstractButton, PictureButton> {
 };
 
 void PictureButtonView::paintEvent(QPaintEvent*) {
-  QPixmap art = ArtPixmap(Colours(), ToQString(model_.Text()), DevicePixels(*this));
+  QPixmap art = ArtPixmap(Colours(), ToQt(model_.Text()), DevicePixels(*this));
   if (art.isNull()) return;
   if (isDown()) {
     art = Tinted(art, QColor(0, 0, 0, 70));
@@ -134,7 +132,7 @@ class LinkView : public View<QAbstractButton, Link> {
   }
   void Update() override {
     View::Update();
-    setText(ToQString(model_.Text()));
+    setText(ToQt(model_.Text()));
   }
 
  protected:

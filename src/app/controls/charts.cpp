@@ -49,7 +49,7 @@ ChartView::ChartView(FormContext& context, QWidget& parent, Chart& chart)
   model_.endings.clear();
   for (const QString& ending : ChartFileEndings()) model_.endings.push_back(ending.toStdString());
   model_.save = [this](const std::string& file) {
-    SaveChartFile(*this, LogicalPlace(model_).size(), ToQString(file));
+    SaveChartFile(*this, LogicalPlace(model_).size(), ToQt(file));
   };
   SetPoints({rows_->labels, rows_->values, rows_->hint});
 }
@@ -57,7 +57,7 @@ ChartView::ChartView(FormContext& context, QWidget& parent, Chart& chart)
 void ChartView::Update() {
   ApplyCommon(*this, model_);
   setAccessibleName(QStringLiteral("The portfolio's value after each closing"));
-  SetColours(Colours().dark ? Palette::Dark() : Palette::Light());
+  SetColours(Colours());
   SetCovered(LogicalPixels(model_.Covered()));
   Apply(*this, model_.Content(), rows_);
 }
@@ -124,7 +124,7 @@ void ChartPictureView::Print(const PrintJob& job) {
   if (job.pdf_file.empty()) {
     PrintOnPaper(job.quality, print);
   } else {
-    SavePages(ToQString(job.pdf_file), kPlotTitle, print);
+    SavePages(ToQt(job.pdf_file), kPlotTitle, print);
   }
 }
 

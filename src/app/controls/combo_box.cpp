@@ -11,7 +11,6 @@
 #include <numeric>
 
 #include "app/controls/control_view.h"
-#include "app/controls/key_codes.h"
 #include "app/controls/text_box.h"
 #include "app/theme/fonts.h"
 #include "base/text.h"
@@ -33,7 +32,7 @@ int NoteColumn(const QFontMetrics& metrics) {
 }
 
 QString NoteOf(const ComboBox::Row& row) {
-  return row.note == row.text ? QString() : ToQString(row.note);
+  return row.note == row.text ? QString() : ToQt(row.note);
 }
 
 bool HasWordThatBeginsWith(std::string_view note, std::string_view wanted) {
@@ -120,8 +119,8 @@ bool ComboRows::Shows(const std::vector<ComboBox::Row>& rows) const {
 
 int ComboRows::ListWidth(const QFontMetrics& metrics, int least, int most) const {
   constexpr int kScrollBarRoom = 24;
-  const int text = metrics.horizontalAdvance(ToQString(longest_text_));
-  const int note = metrics.horizontalAdvance(ToQString(longest_note_));
+  const int text = metrics.horizontalAdvance(ToQt(longest_text_));
+  const int note = metrics.horizontalAdvance(ToQt(longest_note_));
   const int wanted = note == 0 ? text : NoteColumn(metrics) + note;
   return std::clamp(wanted + 2 * kListMargin + kScrollBarRoom, least, std::max(least, most));
 }
@@ -133,7 +132,7 @@ int ComboRows::rowCount(const QModelIndex& parent) const {
 QVariant ComboRows::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const Line& line = lines_.at(static_cast<std::size_t>(index.row()));
-  const QString text = ToQString(line.row.text);
+  const QString text = ToQt(line.row.text);
   const QString note = NoteOf(line.row);
   switch (role) {
     case Qt::DisplayRole:
@@ -238,7 +237,7 @@ QListView* ComboBoxView::NewList() {
 }
 
 void ComboBoxView::StyleList(QAbstractItemView& list) const {
-  list.setPalette(Colours().Palette());
+  list.setPalette(Colours().ForWidgets());
   list.setFont(context_.Look().faces.Plain(kListPixels));
 }
 
@@ -261,7 +260,7 @@ void ComboBoxView::ConnectLine() {
       StyleList(*completer_->popup());
       FitList(*completer_->popup());
     }
-    setToolTip(line_.ToolTipFor(ToQString(model_.ToolTip())));
+    setToolTip(line_.ToolTipFor(ToQt(model_.ToolTip())));
   });
 }
 
@@ -293,7 +292,7 @@ void ComboBoxView::Update() {
   const QFont font = FitLine(DesignFont(), height());
   setFont(font);
   line_.SetFullFont(font);
-  view()->setPalette(Colours().Palette());
+  view()->setPalette(Colours().ForWidgets());
   if (!rows_.Shows(model_.Rows())) {
     const QSignalBlocker quiet(this);
     const QSignalBlocker quiet_line(&line_);
@@ -303,7 +302,7 @@ void ComboBoxView::Update() {
 }
 
 void ComboBoxView::UpdateText() {
-  const QString wanted = ToQString(model_.Text());
+  const QString wanted = ToQt(model_.Text());
   if (currentIndex() != model_.Index() || line_.text() != wanted) {
     const QSignalBlocker quiet(this);
     const QSignalBlocker quiet_line(&line_);
@@ -313,7 +312,7 @@ void ComboBoxView::UpdateText() {
     line_.setCursorPosition(std::min(cursor, static_cast<int>(wanted.size())));
     line_.SetFullFont(font());
   }
-  setToolTip(line_.ToolTipFor(ToQString(model_.ToolTip())));
+  setToolTip(line_.ToolTipFor(ToQt(model_.ToolTip())));
 }
 
 void ComboBoxView::showPopup() {

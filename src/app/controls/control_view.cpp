@@ -1,11 +1,12 @@
 #include "app/controls/control_view.h"
 
+#include <QHash>
 #include <QImage>
+#include <QKeyEvent>
 #include <cmath>
 #include <exception>
 #include <utility>
 
-#include "app/theme/artwork.h"
 #include "forms/form.h"
 
 namespace velumar {
@@ -44,17 +45,17 @@ void FormContext::Retire() {
 }
 
 QColor FormContext::BackgroundAt(const QRect& place) const {
-  QColor background = look_.theme.window;
+  QColor background = look_.palette.window;
   for (const Control* control : form_.Controls()) {
     const QRect whole = LogicalPlace(*control);
     if (control->Kind() == ControlKind::kFrame && whole.contains(place)) {
-      background = look_.theme.field;
+      background = look_.palette.field;
     }
     if (control->Kind() != ControlKind::kPicture || !control->Visible() ||
         !whole.intersects(place)) {
       continue;
     }
-    const QPixmap art = ArtPixmap(look_.theme, ToQString(control->Text()), whole.size());
+    const QPixmap art = ArtPixmap(look_.palette, ToQt(control->Text()), whole.size());
     if (art.isNull()) continue;
     const QImage part = art.copy(place.intersected(whole).translated(-whole.topLeft())).toImage();
     background =
@@ -77,36 +78,58 @@ QRect LogicalPlace(const Control& control) {
           LogicalPixels(control.Width()), LogicalPixels(control.Height())};
 }
 
-QString ToQString(std::string_view text) { return QString::fromUtf8(text); }
-
 void ApplyCommon(QWidget& widget, const Control& control) {
   widget.setGeometry(LogicalPlace(control));
   widget.setVisible(control.Visible());
   widget.setEnabled(control.Enabled());
-  widget.setToolTip(ToQString(control.ToolTip()));
-  widget.setObjectName(ToQString(control.Name()));
-  widget.setAccessibleName(ToQString(control.SpokenName()).trimmed());
+  widget.setToolTip(ToQt(control.ToolTip()));
+  widget.setObjectName(ToQt(control.Name()));
+  widget.setAccessibleName(ToQt(control.SpokenName()).trimmed());
 }
 
-QColor TextColour(const Control& control, const QColor& background, const Theme& theme) {
+QColor TextColour(const Control& control, const QColor& background, const Palette& palette) {
   return ReadableOn(background,
-                    control.ForeColour() == 0 ? theme.text : ToQColor(control.ForeColour()));
+                    control.ForeColour() == 0 ? palette.text : ToQColor(control.ForeColour()));
 }
 
-void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& theme) {
-  QPalette palette = widget.palette();
+void ApplyFieldColours(QWidget& widget, const Control& control, const Palette& palette) {
+  QPalette colours = widget.palette();
   const bool blue = control.DesignLook().backdrop == Backdrop::kBluePaper;
-  const QColor background = blue ? Mixed(theme.field, theme.accent) : theme.field;
-  const QColor text = TextColour(control, background, theme);
+  const QColor background = blue ? Mixed(palette.field, palette.accent) : palette.field;
+  const QColor text = TextColour(control, background, palette);
   for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-    palette.setColor(group, QPalette::Text, text);
+    colours.setColor(group, QPalette::Text, text);
   }
   // Text on blue is read, never typed, so it is as clear when the box is disabled.
   if (blue) {
-    palette.setColor(QPalette::Base, background);
-    palette.setColor(QPalette::Text, text);
+    colours.setColor(QPalette::Base, background);
+    colours.setColor(QPalette::Text, text);
   }
-  widget.setPalette(palette);
+  widget.setPalette(colours);
+}
+
+int VirtualKeyCode(const QKeyEvent& event) {
+  const int key = event.key();
+  // Space, digits and letters: the code is the character itself.
+  if (key == Qt::Key_Space || (key >= Qt::Key_0 && key <= Qt::Key_9) ||
+      (key >= Qt::Key_A && key <= Qt::Key_Z)) {
+    return key;
+  }
+  constexpr int kF1 = 112;
+  if (key >= Qt::Key_F1 && key <= Qt::Key_F16) return kF1 + key - Qt::Key_F1;
+  static const QHash<int, int> kNamedKeys{
+      {Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},       {Qt::Key_Backtab, 9},  {Qt::Key_Return, 13},
+      {Qt::Key_Enter, 13},    {Qt::Key_Shift, 16},    {Qt::Key_Control, 17}, {Qt::Key_Alt, 18},
+      {Qt::Key_Pause, 19},    {Qt::Key_CapsLock, 20}, {Qt::Key_Escape, 27},  {Qt::Key_PageUp, 33},
+      {Qt::Key_PageDown, 34}, {Qt::Key_End, 35},      {Qt::Key_Home, 36},    {Qt::Key_Left, 37},
+      {Qt::Key_Up, 38},       {Qt::Key_Right, 39},    {Qt::Key_Down, 40},    {Qt::Key_Insert, 45},
+      {Qt::Key_Delete, 46},   {Qt::Key_NumLock, 144}};
+  return kNamedKeys.value(key);
+}
+
+bool IsEnter(const QKeyEvent& event) {
+  const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+  return enter && !event.isAutoRepeat();
 }
 
 ControlView* MakeControlView(FormContext& context, QWidget& parent, Control& control) {

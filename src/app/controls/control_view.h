@@ -8,7 +8,10 @@
 #include <string>
 
 #include "app/theme/theme.h"
+#include "charts/qt_text.h"
 #include "forms/control.h"
+
+class QKeyEvent;
 
 namespace velumar {
 
@@ -71,7 +74,7 @@ class View : public Base, public ControlView {
   }
 
  protected:
-  const Theme& Colours() const { return context_.Look().theme; }
+  const Palette& Colours() const { return context_.Look().palette; }
   QFont DesignFont() const { return context_.Look().faces.For(model_.DesignLook()); }
   // A slot that passes its signal to a handler of the model.
   template <typename Handled, typename... Arguments>
@@ -89,13 +92,19 @@ class View : public Base, public ControlView {
 int LogicalPixels(float twips);
 QRect LogicalPlace(const Control& control);
 
-QString ToQString(std::string_view text);
-
 // The control's own colour, or the theme's if it has none, made readable on that background.
-QColor TextColour(const Control& control, const QColor& background, const Theme& theme);
+QColor TextColour(const Control& control, const QColor& background, const Palette& palette);
 
 // Text and background of a box in which text is edited.
-void ApplyFieldColours(QWidget& widget, const Control& control, const Theme& theme);
+void ApplyFieldColours(QWidget& widget, const Control& control, const Palette& palette);
+
+// The virtual key code of a key: 13 for Enter, 27 for Esc, letters by their capital; 0 if there is
+// none.
+int VirtualKeyCode(const QKeyEvent& event);
+
+// True for a press of Enter, which clicks the button that has the focus. Holding it down counts
+// once.
+bool IsEnter(const QKeyEvent& event);
 
 ControlView* MakeControlView(FormContext& context, QWidget& parent, Control& control);
 

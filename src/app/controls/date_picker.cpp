@@ -11,7 +11,6 @@
 #include <utility>
 
 #include "app/controls/control_view.h"
-#include "app/controls/key_codes.h"
 #include "app/theme/fonts.h"
 
 namespace velumar {
@@ -68,10 +67,10 @@ class SeriesCalendar : public QCalendarWidget {
 void SeriesCalendar::ApplyLook() {
   constexpr int kCalendarPixels = 12;
   const Appearance& look = context_.Look();
-  setPalette(look.theme.Palette());
+  setPalette(look.palette.ForWidgets());
   setFont(look.faces.Plain(kCalendarPixels));
   QTextCharFormat weekend;
-  weekend.setForeground(ReadableOn(look.theme.field, ToQColor(kRed)));
+  weekend.setForeground(ReadableOn(look.palette.field, ToQColor(kRed)));
   setWeekdayTextFormat(Qt::Saturday, weekend);
   setWeekdayTextFormat(Qt::Sunday, weekend);
 }
@@ -108,11 +107,11 @@ void SeriesCalendar::paintCell(QPainter* painter, const QRect& rect, QDate date)
   QCalendarWidget::paintCell(painter, rect, date);
   if (!days_.contains(ToDateNumber(date))) return;
   constexpr double kDot = 2;
-  const Theme& theme = context_.Look().theme;
+  const Palette& palette = context_.Look().palette;
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
   painter->setPen(Qt::NoPen);
-  painter->setBrush(date == selectedDate() ? theme.on_accent : theme.accent);
+  painter->setBrush(date == selectedDate() ? palette.on_accent : palette.accent);
   painter->drawEllipse(QPointF(rect.center().x() + 0.5, rect.bottom() - 2.5), kDot, kDot);
   painter->restore();
 }

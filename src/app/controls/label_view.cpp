@@ -81,7 +81,7 @@ int CaptionPixels(const Form& form, const Look& look, const Typefaces& faces) {
     const Look& other = control->DesignLook();
     if (!IsCaption(*control) || other.face != look.face || other.points != look.points) continue;
     const QFont fitted =
-        FitText(ToQString(control->Text()), faces.For(other), LogicalPlace(*control).size()).font;
+        FitText(ToQt(control->Text()), faces.For(other), LogicalPlace(*control).size()).font;
     font.setPixelSize(std::min(font.pixelSize(), fitted.pixelSize()));
   }
   return font.pixelSize();
@@ -105,7 +105,7 @@ LabelView::LabelView(FormContext& context, QWidget& parent, Label& label)
 
 void LabelView::Update() {
   View::Update();
-  const QString text = ToQString(model_.Text());
+  const QString text = ToQt(model_.Text());
   if (text != this->text()) setText(text);  // for screen readers
   QFont font = DesignFont();
   if (IsCaption(model_)) {
@@ -113,7 +113,7 @@ void LabelView::Update() {
   }
   const QSizeF room(width() - 2 * TextMargin(model_), height());
   fitted_ = FitText(text, font, room);
-  if (fitted_.shortened) setToolTip(ToQString(model_.ToolTip()) + QLatin1Char('\n') + text);
+  if (fitted_.shortened) setToolTip(ToQt(model_.ToolTip()) + QLatin1Char('\n') + text);
 }
 
 QColor LabelView::Background() const {

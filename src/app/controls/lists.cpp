@@ -23,7 +23,7 @@ constexpr std::size_t kLongestLine =
 constexpr std::size_t kMeasuredLines = 500;
 
 QString ShownLine(const std::string& line) {
-  QString shown = ToQString(line.substr(0, kLongestLine));
+  QString shown = ToQt(line.substr(0, kLongestLine));
   for (QChar& character : shown) {
     if (!character.isPrint() && !character.isSurrogate()) character = QLatin1Char(' ');
   }
@@ -94,8 +94,8 @@ QVariant TableRows::data(const QModelIndex& index, int role) const {
   const auto row = static_cast<std::size_t>(index.row());
   const auto column = static_cast<std::size_t>(index.column());
   if (row >= table_.Content().count || column >= table_.Columns().size()) return {};
-  if (role == Qt::DisplayRole) return ToQString(table_.Content().text(row, column));
-  if (role == Qt::ToolTipRole && table_.Content().tip) return ToQString(table_.Content().tip(row));
+  if (role == Qt::DisplayRole) return ToQt(table_.Content().text(row, column));
+  if (role == Qt::ToolTipRole && table_.Content().tip) return ToQt(table_.Content().tip(row));
   if (role == Qt::TextAlignmentRole) return Aligned(table_.Columns()[column]);
   return {};
 }
@@ -105,7 +105,7 @@ QVariant TableRows::headerData(int section, Qt::Orientation orientation, int rol
   // A header may still ask for a column that the window had before it was loaded again.
   if (orientation != Qt::Horizontal || place >= table_.Columns().size()) return {};
   const Table::Column& column = table_.Columns()[place];
-  if (role == Qt::DisplayRole) return ToQString(column.title);
+  if (role == Qt::DisplayRole) return ToQt(column.title);
   if (role == Qt::TextAlignmentRole) return Aligned(column);
   return {};
 }
@@ -206,7 +206,7 @@ QStringList TableView::LongestTexts() const {
       std::string text = model_.Content().text(row, column);
       if (text.size() > longest.size()) longest = std::move(text);
     }
-    texts.append(ToQString(longest));
+    texts.append(ToQt(longest));
   }
   return texts;
 }
@@ -219,7 +219,7 @@ std::vector<int> TableView::ColumnWidths(const QFont& font, const QStringList& t
   for (std::size_t column = 0; column < model_.Columns().size(); ++column) {
     const bool sorted = model_.on_header && model_.SortedBy().column == column;
     const int mark = sorted ? style()->pixelMetric(QStyle::PM_HeaderMarkSize) + kAroundText : 0;
-    const int title = metrics.horizontalAdvance(ToQString(model_.Columns()[column].title)) + mark;
+    const int title = metrics.horizontalAdvance(ToQt(model_.Columns()[column].title)) + mark;
     // Texts of the same length may differ in width by a digit.
     const int text = metrics.horizontalAdvance(texts[static_cast<qsizetype>(column)]) + 1;
     widths.push_back(std::max(title, text) + kAroundText);

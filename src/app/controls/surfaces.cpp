@@ -2,7 +2,6 @@
 #include <QPainter>
 
 #include "app/controls/control_view.h"
-#include "app/theme/artwork.h"
 #include "forms/frame.h"
 #include "forms/panels.h"
 
@@ -30,7 +29,7 @@ class PictureView : public SurfaceView<Picture> {
 
  protected:
   void paintEvent(QPaintEvent*) override {
-    const QPixmap art = ArtPixmap(Colours(), ToQString(model_.Text()), DevicePixels(*this));
+    const QPixmap art = ArtPixmap(Colours(), ToQt(model_.Text()), DevicePixels(*this));
     if (art.isNull()) return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -59,7 +58,7 @@ class FrameView : public SurfaceView<Frame> {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(DesignFont());
-    const QString caption = ToQString(model_.Text()).trimmed();
+    const QString caption = ToQt(model_.Text()).trimmed();
     const QFontMetrics metrics(painter.font());
     const int line = caption.isEmpty() ? 0 : metrics.height() / 2;
     // A frame may reach slightly over the edge of its window.

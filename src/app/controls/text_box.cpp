@@ -8,19 +8,12 @@
 #include <set>
 
 #include "app/controls/control_view.h"
-#include "app/controls/key_codes.h"
 #include "app/theme/fonts.h"
 
 namespace velumar {
 
-namespace {
-
-constexpr int kMargin = 3;          // between the edge of the line and its text
-constexpr int kLineEditMargin = 2;  // the part of it that QLineEdit adds by itself
-
-}  // namespace
-
 FittingLineEdit::FittingLineEdit(QWidget* parent) : QLineEdit(parent), full_font_(font()) {
+  constexpr int kLineEditMargin = 2;  // the part of the margin that QLineEdit adds by itself
   setFrame(false);
   setTextMargins(kMargin - kLineEditMargin, 0, kMargin - kLineEditMargin, 0);
   connect(this, &QLineEdit::textChanged, this, [this] { FitFont(); });
@@ -100,15 +93,15 @@ class TextBoxView : public View<FittingLineEdit, TextBox> {
       context_.Deliver([this, &text] {
         if (model_.Reachable()) model_.SetText(text.toStdString());
       });
-      setToolTip(ToolTipFor(ToQString(model_.ToolTip())));
+      setToolTip(ToolTipFor(ToQt(model_.ToolTip())));
     });
   }
   void Update() override {
     View::Update();
     ApplyFieldColours(*this, model_, Colours());
     SetFullFont(FitLine(DesignFont(), height()));
-    SetShownText(ToQString(model_.Text()));
-    setToolTip(ToolTipFor(ToQString(model_.ToolTip())));
+    SetShownText(ToQt(model_.Text()));
+    setToolTip(ToolTipFor(ToQt(model_.ToolTip())));
   }
 
  protected:

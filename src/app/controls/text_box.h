@@ -26,6 +26,8 @@ class FittingLineEdit : public QLineEdit {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  static constexpr int kMargin = 3;  // between the edge of the line and its text
+
   QRect TextRoom() const;
   void FitFont();
 

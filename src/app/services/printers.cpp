@@ -4,6 +4,7 @@
 #include <QPrinterInfo>
 #include <stdexcept>
 
+#include "charts/qt_text.h"
 #include "resultchart/report_pages.h"
 
 namespace velumar {
@@ -43,7 +44,7 @@ void QtPrinters::PrintReport(int run, const std::string& pdf_file) {
   if (pdf_file.empty()) {
     PrintOnPaper(kMedium, [&](QPagedPaintDevice& device) { velumar::PrintReport(report, device); });
   } else {
-    SaveReport(report, QString::fromStdString(pdf_file));
+    SaveReport(report, ToQt(pdf_file));
   }
 }
 

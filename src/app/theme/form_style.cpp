@@ -32,13 +32,13 @@ void DrawChevron(QPainter& painter, const QPointF& middle) {
 
 }  // namespace
 
-FormStyle::FormStyle(const Theme& theme)
-    : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))), theme_(theme) {}
+FormStyle::FormStyle(const Palette& palette)
+    : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))), palette_(palette) {}
 
 void FormStyle::DrawField(QPainter& painter, const QStyleOption& option, bool focus) const {
   const bool enabled = option.state.testFlag(State_Enabled);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(focus ? theme_.accent : theme_.border, focus ? 1.5 : 1));
+  painter.setPen(QPen(focus ? palette_.accent : palette_.border, focus ? 1.5 : 1));
   painter.setBrush(
       option.palette.color(enabled ? QPalette::Normal : QPalette::Disabled, QPalette::Base));
   painter.drawRoundedRect(Edge(option.rect), kFieldRound, kFieldRound);
@@ -62,14 +62,14 @@ void FormStyle::DrawButton(QPainter& painter, const QStyleOption& option) const 
   const bool down = option.state & (State_Sunken | State_On);
   const bool over = option.state.testFlag(State_MouseOver);
   const bool focus = option.state.testFlag(State_HasFocus);
-  QColor face = theme_.button;
+  QColor face = palette_.button;
   if (down) {
     face = face.darker(115);
   } else if (over) {
-    face = theme_.dark ? face.lighter(118) : QColor(0xe0, 0xec, 0xff);
+    face = palette_.dark ? face.lighter(118) : QColor(0xe0, 0xec, 0xff);
   }
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(focus ? theme_.accent : theme_.border, focus ? 1.5 : 1));
+  painter.setPen(QPen(focus ? palette_.accent : palette_.border, focus ? 1.5 : 1));
   painter.setBrush(face);
   painter.drawRoundedRect(Edge(option.rect), kFieldRound, kFieldRound);
 }
@@ -79,9 +79,9 @@ void FormStyle::DrawComboBox(QPainter& painter, const QStyleOptionComplex& optio
   DrawField(painter, option, option.state.testFlag(State_HasFocus));
   const QRect arrow = subControlRect(CC_ComboBox, &option, SC_ComboBoxArrow, widget);
   const bool over = option.state.testFlag(State_MouseOver) && option.state.testFlag(State_Enabled);
-  const QColor ink = !option.state.testFlag(State_Enabled) ? theme_.faint
-                     : over                                ? theme_.accent
-                                                           : theme_.text;
+  const QColor ink = !option.state.testFlag(State_Enabled) ? palette_.faint
+                     : over                                ? palette_.accent
+                                                           : palette_.text;
   painter.setPen(QPen(ink, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(Qt::NoBrush);
   DrawChevron(painter, QRectF(arrow).center());
@@ -95,15 +95,15 @@ void FormStyle::DrawSlider(QPainter& painter, const QStyleOptionComplex& option,
   groove.moveTop(QRectF(option.rect).center().y() - kGroove / 2);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(theme_.groove);
+  painter.setBrush(palette_.groove);
   painter.drawRoundedRect(groove, kGroove / 2, kGroove / 2);
   QRectF passed = groove;
   passed.setRight(handle.center().x());
-  painter.setBrush(theme_.accent);
+  painter.setBrush(palette_.accent);
   painter.drawRoundedRect(passed, kGroove / 2, kGroove / 2);
   const bool active = option.state & (State_HasFocus | State_MouseOver | State_Sunken);
-  painter.setPen(QPen(active ? theme_.accent : theme_.edge, active ? 2 : 1));
-  painter.setBrush(theme_.dark ? theme_.text : theme_.field);
+  painter.setPen(QPen(active ? palette_.accent : palette_.edge, active ? 2 : 1));
+  painter.setBrush(palette_.dark ? palette_.text : palette_.field);
   painter.drawEllipse(handle.adjusted(1, 1, -1, -1));
 }
 

@@ -10,7 +10,7 @@ namespace velumar {
 // windows whose lines are thirteen pixels high.
 class FormStyle : public QProxyStyle {
  public:
-  explicit FormStyle(const Theme& theme);
+  explicit FormStyle(const Palette& palette);
 
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
@@ -32,7 +32,7 @@ class FormStyle : public QProxyStyle {
   void DrawSlider(QPainter& painter, const QStyleOptionComplex& option,
                   const QWidget* widget) const;
 
-  Theme theme_;
+  Palette palette_;
 };
 
 }  // namespace velumar

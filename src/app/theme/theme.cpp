@@ -1,5 +1,9 @@
 #include "app/theme/theme.h"
 
+#include <QFile>
+#include <QPainter>
+#include <QPixmapCache>
+#include <QWidget>
 #include <algorithm>
 #include <cmath>
 
@@ -24,61 +28,18 @@ float HueForLightening(const QColor& colour) {
   return std::abs(hue - kPureBlue) < 0.04F ? kSkyBlue : hue;
 }
 
-}  // namespace
-
-Theme Theme::Light() {
-  return {.dark = false,
-          .window = QColor(0xdf, 0xe4, 0xec),
-          .edge = QColor(0x18, 0x21, 0x33),
-          .field = QColor(0xff, 0xff, 0xff),
-          .tick = QColor(0xc0, 0xff, 0xc0),
-          .value = QColor(0xff, 0xff, 0x80),
-          .text = QColor(0x1b, 0x25, 0x36),
-          .faint = QColor(0x7d, 0x88, 0x99),
-          .border = QColor(0x6c, 0x7a, 0x91),
-          .accent = QColor(0x1f, 0x6f, 0xeb),
-          .on_accent = QColor(0xff, 0xff, 0xff),
-          .button = QColor(0xf4, 0xf7, 0xfb),
-          .groove = QColor(0xb9, 0xc5, 0xd8)};
-}
-
-Theme Theme::Dark() {
-  return {.dark = true,
-          .window = QColor(0x23, 0x2b, 0x38),
-          .edge = QColor(0x46, 0x54, 0x68),
-          .field = QColor(0x12, 0x18, 0x21),
-          .tick = QColor(0x1d, 0x3a, 0x28),
-          .value = QColor(0x3b, 0x3a, 0x1c),
-          .text = QColor(0xe6, 0xed, 0xf8),
-          .faint = QColor(0x7b, 0x88, 0x9b),
-          .border = QColor(0x5a, 0x69, 0x80),
-          .accent = QColor(0x5b, 0x9b, 0xff),
-          .on_accent = QColor(0x0d, 0x11, 0x18),
-          .button = QColor(0x3a, 0x46, 0x58),
-          .groove = QColor(0x4a, 0x58, 0x6d)};
-}
-
-Theme Theme::Following(const QPalette& system) {
-  return system.color(QPalette::Window).lightness() < 128 ? Dark() : Light();
-}
-
-QPalette Theme::Palette() const {
-  QPalette palette(text, button, button.lighter(115), border, groove, text, on_accent, field,
-                   window);
-  palette.setColor(QPalette::Disabled, QPalette::Base, window);
-  palette.setColor(QPalette::Highlight, accent);
-  palette.setColor(QPalette::HighlightedText, on_accent);
-  palette.setColor(QPalette::AlternateBase, window);
-  palette.setColor(QPalette::ToolTipBase, field);
-  palette.setColor(QPalette::ToolTipText, text);
-  palette.setColor(QPalette::PlaceholderText, faint);
-  palette.setColor(QPalette::Link, accent);
-  for (const QPalette::ColorRole role :
-       {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-    palette.setColor(QPalette::Disabled, role, faint);
+// The smallest drawing that is at least that large, or the largest of all.
+QPixmap DrawnFor(const QString& set, const QString& name, const QSize& pixels) {
+  QPixmap drawn;
+  for (const int percent : {100, 150, 200, 300}) {
+    const QString file = QStringLiteral(":/art/%1/%2@%3.png").arg(set, name).arg(percent);
+    if (!QFile::exists(file) || !drawn.load(file)) break;
+    if (drawn.width() >= pixels.width() && drawn.height() >= pixels.height()) break;
   }
-  return palette;
+  return drawn;
 }
+
+}  // namespace
 
 QColor ToQColor(Colour colour) {
   const auto channel = [colour](unsigned shift) {
@@ -106,6 +67,33 @@ QColor ReadableOn(const QColor& background, const QColor& colour) {
     shade.setHslF(hue, colour.hslSaturationF(), lightness);
   }
   return shade.toRgb();
+}
+
+QPixmap ArtPixmap(const Palette& palette, const QString& name, const QSize& pixels) {
+  const QString set = palette.dark ? QStringLiteral("dark") : QStringLiteral("light");
+  const QString key =
+      QStringLiteral("%1/%2 %3x%4").arg(set, name).arg(pixels.width()).arg(pixels.height());
+  QPixmap art;
+  if (QPixmapCache::find(key, &art)) return art;
+  art = DrawnFor(set, name, pixels);
+  if (!art.isNull() && art.size() != pixels) {
+    art = art.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  }
+  art.setDevicePixelRatio(1);
+  QPixmapCache::insert(key, art);
+  return art;
+}
+
+QSize DevicePixels(const QWidget& widget) {
+  return (QSizeF(widget.size()) * widget.devicePixelRatioF()).toSize();
+}
+
+void PaintInDevicePixels(QPainter& painter) {
+  const double scale = painter.device()->devicePixelRatioF();
+  const QPointF origin = painter.deviceTransform().map(QPointF(0, 0));
+  const QPointF off(std::round(origin.x()) - origin.x(), std::round(origin.y()) - origin.y());
+  painter.scale(1 / scale, 1 / scale);
+  painter.translate(off);
 }
 
 }  // namespace velumar

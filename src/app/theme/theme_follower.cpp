@@ -5,27 +5,27 @@
 #include <QToolTip>
 #include <utility>
 
-#include "app/theme/artwork.h"
 #include "app/theme/form_style.h"
+#include "app/theme/theme.h"
 
 namespace velumar {
 
 namespace {
 
-Theme FirstTheme(ThemeChoice choice, const QPalette& desktop) {
-  if (choice == ThemeChoice::kSystem) return Theme::Following(desktop);
-  return choice == ThemeChoice::kDark ? Theme::Dark() : Theme::Light();
+Palette FirstTheme(ThemeChoice choice, const QPalette& desktop) {
+  if (choice == ThemeChoice::kSystem) return Palette::Following(desktop);
+  return choice == ThemeChoice::kDark ? Palette::Dark() : Palette::Light();
 }
 
 }  // namespace
 
-void ApplyTheme(const Theme& theme) {
+void ApplyTheme(const Palette& palette) {
   constexpr int kIconPixels = 192;
-  QApplication::setStyle(new FormStyle(theme));
-  QApplication::setPalette(theme.Palette());
-  QToolTip::setPalette(theme.Palette());
+  QApplication::setStyle(new FormStyle(palette));
+  QApplication::setPalette(palette.ForWidgets());
+  QToolTip::setPalette(palette.ForWidgets());
   QApplication::setWindowIcon(
-      QIcon(ArtPixmap(theme, QStringLiteral("velumar"), {kIconPixels, kIconPixels})));
+      QIcon(ArtPixmap(palette, QStringLiteral("velumar"), {kIconPixels, kIconPixels})));
 }
 
 QPalette DesktopPalette() {
@@ -51,10 +51,10 @@ bool ThemeFollower::eventFilter(QObject* watched, QEvent* event) {
 
 void ThemeFollower::Follow() {
   following_ = true;
-  const Theme wanted = Theme::Following(desktop_palette_());
+  const Palette wanted = Palette::Following(desktop_palette_());
   const bool same = wanted.dark == current_.dark;
   if (same) {
-    QApplication::setPalette(current_.Palette());
+    QApplication::setPalette(current_.ForWidgets());
   } else {
     current_ = wanted;
     ApplyTheme(current_);

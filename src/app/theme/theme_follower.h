@@ -12,7 +12,7 @@ namespace velumar {
 enum class ThemeChoice { kSystem, kLight, kDark };
 
 // Gives the whole application the colours of a theme: boxes, dialogs, tooltips and the icon.
-void ApplyTheme(const Theme& theme);
+void ApplyTheme(const Palette& palette);
 
 // The palette of the desktop. Removes ours from the application, which hides it; the next
 // ApplyTheme sets it again.
@@ -25,9 +25,9 @@ class ThemeFollower : public QObject {
   explicit ThemeFollower(ThemeChoice choice,
                          std::function<QPalette()> desktop_palette = DesktopPalette);
 
-  const Theme& Current() const { return current_; }
+  const Palette& Current() const { return current_; }
   // Called with the new theme, after it was applied, whenever the desktop turns dark or light.
-  void OnChange(std::function<void(const Theme& theme)> change) { change_ = std::move(change); }
+  void OnChange(std::function<void(const Palette& palette)> change) { change_ = std::move(change); }
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -35,8 +35,8 @@ class ThemeFollower : public QObject {
   void Follow();
 
   std::function<QPalette()> desktop_palette_;
-  Theme current_;
-  std::function<void(const Theme& theme)> change_;
+  Palette current_;
+  std::function<void(const Palette& palette)> change_;
   bool following_ = false;
 };
 

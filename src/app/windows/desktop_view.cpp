@@ -19,8 +19,8 @@ FormView* DesktopView::Find(const Form& form) const {
   return found == views_.end() ? nullptr : found->second;
 }
 
-void DesktopView::SetTheme(const Theme& theme) {
-  look_.theme = theme;
+void DesktopView::SetTheme(const Palette& palette) {
+  look_.palette = palette;
   for (const auto& [form, view] : views_) view->ApplyLook();
 }
 

@@ -20,7 +20,7 @@ class DesktopView : public FormListener {
   FormView* Find(const Form& form) const;
 
   // For all windows, also those that are loaded later.
-  void SetTheme(const Theme& theme);
+  void SetTheme(const Palette& palette);
 
   // Raises all shown windows above those of other programs, and restores minimised ones.
   void Raise();

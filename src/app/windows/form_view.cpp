@@ -55,7 +55,7 @@ Qt::WindowFlags FlagsFor(const Form& form) {
 
 FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
     : form_(form), context_(*this, form, look, std::move(report)) {
-  setObjectName(ToQString(form.Name()));
+  setObjectName(ToQt(form.Name()));
   setAttribute(Qt::WA_TranslucentBackground, !form.Bordered() && WindowsMayBlend());
   setAttribute(Qt::WA_ShowWithoutActivating, !TakesInput(form));
   MakeViews();
@@ -130,7 +130,7 @@ void FormView::Update() {
   if (context_.Retired()) return;
   // The program gives the focus to windows by their title, so a window that can't take it has none.
   const std::string& title = TakesInput(form_) ? form_.Caption() : form_.Name();
-  setWindowTitle(title.empty() ? QStringLiteral(" ") : ToQString(title));
+  setWindowTitle(title.empty() ? QStringLiteral(" ") : ToQt(title));
   FitSize();
   UpdateFlags();
   UpdatePlace();
@@ -213,12 +213,12 @@ void FormView::Retire() {
 
 void FormView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  if (form_.Bordered()) return painter.fillRect(rect(), context_.Look().theme.window);
+  if (form_.Bordered()) return painter.fillRect(rect(), context_.Look().palette.window);
   // The pixels between the outline and the mask.
-  if (!blended_) painter.fillRect(rect(), context_.Look().theme.edge);
+  if (!blended_) painter.fillRect(rect(), context_.Look().palette.edge);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(context_.Look().theme.edge);
-  painter.setBrush(context_.Look().theme.window);
+  painter.setPen(context_.Look().palette.edge);
+  painter.setBrush(context_.Look().palette.window);
   painter.drawPath(context_.Outline());
 }
 

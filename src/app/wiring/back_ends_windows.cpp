@@ -2,6 +2,7 @@
 
 #include "app/wiring/back_ends.h"
 #include "base/paths.h"
+#include "charts/qt_text.h"
 #include "platform/chart_program.h"
 #include "platform/qt/settings_file.h"
 #include "platform/system.h"
@@ -28,7 +29,7 @@ std::unique_ptr<SettingsStore> OpenSettings(const Options& options,
 
 QString SettingsFolder(const Options& options) {
   if (!options.settings_dir.isEmpty()) return options.settings_dir;
-  return QString::fromStdString(PathText(UserFile("settings").parent_path()));
+  return ToQt(PathText(UserFile("settings").parent_path()));
 }
 
 BackEnds SystemBackEnds(const Options& options) {

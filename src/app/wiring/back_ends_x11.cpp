@@ -2,6 +2,7 @@
 
 #include "app/wiring/back_ends.h"
 #include "base/paths.h"
+#include "charts/qt_text.h"
 #include "platform/chart_program.h"
 #include "platform/qt/registry_file.h"
 #include "platform/qt/settings_file.h"
@@ -26,7 +27,7 @@ void Append(std::vector<std::string>& all, std::vector<std::string> more) {
 }  // namespace
 
 QString SettingsFolder(const Options& options) {
-  return QString::fromStdString(PathText(UserFileIn(options, "settings").parent_path()));
+  return ToQt(PathText(UserFileIn(options, "settings").parent_path()));
 }
 
 BackEnds SystemBackEnds(const Options& options) {

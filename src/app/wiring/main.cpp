@@ -8,10 +8,9 @@
 #include <optional>
 #include <stdexcept>
 
-#include "app/services/dialogs.h"
+#include "app/services/desktop_services.h"
 #include "app/services/event_loop.h"
 #include "app/services/printers.h"
-#include "app/services/screen.h"
 #include "app/theme/theme_follower.h"
 #include "app/windows/desktop_view.h"
 #include "app/wiring/back_ends.h"
@@ -39,10 +38,10 @@ namespace {
 constexpr int kFailure = 1;
 constexpr int kBadArguments = 2;
 
-Appearance ApplyLook(const Theme& theme, const LocaleInfo& locale) {
+Appearance ApplyLook(const Palette& palette, const LocaleInfo& locale) {
   constexpr int kDialogPixels = 13;
-  Appearance look{theme, Typefaces::Installed(), QString::fromStdString(locale.ShortDatePattern())};
-  ApplyTheme(theme);
+  Appearance look{palette, Typefaces::Installed(), ToQt(locale.ShortDatePattern())};
+  ApplyTheme(palette);
   QApplication::setFont(look.faces.Plain(kDialogPixels));
   return look;
 }
@@ -149,7 +148,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   ThemeFollower theme(options.theme);
   DesktopView view(desktop, ApplyLook(theme.Current(), *ends.locale),
                    [&boxes](const std::string& text) { boxes.Show(text, BoxIcon::kExclamation); });
-  theme.OnChange([&view](const Theme& changed) { view.SetTheme(changed); });
+  theme.OnChange([&view](const Palette& changed) { view.SetTheme(changed); });
   Program program(session, desktop, platform, cache, ledger);
   RunKeyFilter run_keys(program.Keys());
   const auto keys_from_chart =

@@ -9,7 +9,7 @@
 #include <chrono>
 #include <utility>
 
-#include "app/controls/key_codes.h"
+#include "app/controls/control_view.h"
 #include "app/windows/form_view.h"
 #include "base/ignoring.h"
 

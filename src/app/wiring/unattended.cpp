@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "charts/qt_text.h"
 #include "resultchart/chart_file.h"
 
 namespace velumar {
@@ -73,8 +74,7 @@ void AutoPlay::LastBar() {
 void AutoPlay::SavePicture(const Form& form) {
   FormView* window = view_.Find(form);
   if (window == nullptr) return;
-  const QString file =
-      QDir(plan_.folder).filePath(QString::fromStdString(form.Name()) + QStringLiteral(".png"));
+  const QString file = QDir(plan_.folder).filePath(ToQt(form.Name()) + QStringLiteral(".png"));
   try {
     SaveWhole(file, [window](QIODevice& device) {
       if (!window->grab().save(&device, "PNG"))

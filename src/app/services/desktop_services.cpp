@@ -1,17 +1,22 @@
-#include "app/services/dialogs.h"
+#include "app/services/desktop_services.h"
 
+#include <QClipboard>
 #include <QColorDialog>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QStandardPaths>
 #include <algorithm>
 #include <utility>
 
 #include "app/theme/theme.h"
 #include "base/ignoring.h"
+#include "charts/qt_text.h"
+#include "forms/form.h"
 
 namespace velumar {
 
@@ -47,8 +52,7 @@ QString ExtensionOf(const QString& filter) {
 QString WithExtension(const QString& file, const std::vector<FileForm>& forms,
                       const QString& extension) {
   for (const FileForm& form : forms) {
-    if (file.endsWith(QLatin1Char('.') + QString::fromStdString(form.ending), Qt::CaseInsensitive))
-      return file;
+    if (file.endsWith(QLatin1Char('.') + ToQt(form.ending), Qt::CaseInsensitive)) return file;
   }
   return file + QLatin1Char('.') + extension;
 }
@@ -66,17 +70,17 @@ void QtMessageBoxes::Show(std::string_view text, BoxIcon icon) {
 }
 
 void QtMessageBoxes::ShowTitled(std::string_view title, std::string_view text, BoxIcon icon) {
-  QMessageBox box(QtIcon(icon), QString::fromUtf8(title), QString::fromUtf8(text), QMessageBox::Ok);
+  QMessageBox box(QtIcon(icon), ToQt(title), ToQt(text), QMessageBox::Ok);
   SetUp(box);
   box.exec();
 }
 
 std::size_t QtMessageBoxes::Ask(std::string_view text, const std::vector<std::string>& answers) {
-  QMessageBox box(QMessageBox::Question, QStringLiteral("Velumar"), QString::fromUtf8(text));
+  QMessageBox box(QMessageBox::Question, QStringLiteral("Velumar"), ToQt(text));
   std::vector<QAbstractButton*> buttons;
   buttons.reserve(answers.size());
   for (const std::string& answer : answers) {
-    buttons.push_back(box.addButton(QString::fromUtf8(answer), QMessageBox::ActionRole));
+    buttons.push_back(box.addButton(ToQt(answer), QMessageBox::ActionRole));
   }
   auto* const safest = static_cast<QPushButton*>(buttons.back());
   box.setDefaultButton(safest);
@@ -89,7 +93,7 @@ std::size_t QtMessageBoxes::Ask(std::string_view text, const std::vector<std::st
 }
 
 std::string QtFolderDialog::BrowseForFolder(std::string_view prompt) {
-  QFileDialog dialog(nullptr, QString::fromUtf8(prompt));
+  QFileDialog dialog(nullptr, ToQt(prompt));
   KeepInFront(dialog);
   dialog.setFileMode(QFileDialog::Directory);
   dialog.setOption(QFileDialog::ShowDirsOnly);
@@ -98,7 +102,7 @@ std::string QtFolderDialog::BrowseForFolder(std::string_view prompt) {
 }
 
 QString QtSaveDialog::Folder() const {
-  const QString saved = QString::fromStdString(settings_.Read(kSaveFolder).value_or(""));
+  const QString saved = ToQt(settings_.Read(kSaveFolder).value_or(""));
   for (const QString& folder : {folder_, saved}) {
     if (!folder.isEmpty() && QFileInfo(folder).isDir()) return folder;
   }
@@ -117,10 +121,10 @@ std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>&
   KeepInFront(dialog);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   QStringList filters;
-  for (const FileForm& form : forms) filters.append(QString::fromStdString(form.title));
+  for (const FileForm& form : forms) filters.append(ToQt(form.title));
   dialog.setNameFilters(filters);
-  dialog.setDefaultSuffix(QString::fromStdString(forms.front().ending));
-  dialog.selectFile(QString::fromUtf8(suggestion));
+  dialog.setDefaultSuffix(ToQt(forms.front().ending));
+  dialog.selectFile(ToQt(suggestion));
   QObject::connect(
       &dialog, &QFileDialog::filterSelected, &dialog,
       [&dialog](const QString& chosen) { dialog.setDefaultSuffix(ExtensionOf(chosen)); });
@@ -140,6 +144,30 @@ std::optional<std::uint32_t> QtColourDialog::ChooseColour(std::uint32_t current)
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
   const QColor chosen = dialog.selectedColor();
   return static_cast<std::uint32_t>(chosen.red() | chosen.green() << 8 | chosen.blue() << 16);
+}
+
+float QtScreen::WidthTwips() const {
+  return static_cast<float>(QGuiApplication::primaryScreen()->geometry().width()) * kTwipsPerPixel;
+}
+
+float QtScreen::HeightTwips() const {
+  return static_cast<float>(QGuiApplication::primaryScreen()->geometry().height()) * kTwipsPerPixel;
+}
+
+bool QtScreen::Shows(float left, float top, float width, float height) const {
+  constexpr double kGrip = 24;  // logical pixels, enough to take hold of the window
+  const QPointF origin = QGuiApplication::primaryScreen()->geometry().topLeft();
+  const QRectF window(origin + QPointF(left, top) / kTwipsPerPixel,
+                      QSizeF(width, height) / kTwipsPerPixel);
+  const auto screens = QGuiApplication::screens();
+  return std::any_of(screens.begin(), screens.end(), [&](const QScreen* screen) {
+    const QRectF seen = QRectF(screen->geometry()).intersected(window);
+    return seen.width() >= kGrip && seen.height() >= kGrip;
+  });
+}
+
+void QtClipboard::SetText(std::string_view text) {
+  QGuiApplication::clipboard()->setText(ToQt(text));
 }
 
 }  // namespace velumar

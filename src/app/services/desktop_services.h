@@ -38,4 +38,17 @@ class QtColourDialog : public ColourDialog {
   std::optional<std::uint32_t> ChooseColour(std::uint32_t current) override;
 };
 
+// The primary screen; a logical pixel is 15 twips.
+class QtScreen : public Screen {
+ public:
+  float WidthTwips() const override;
+  float HeightTwips() const override;
+  bool Shows(float left, float top, float width, float height) const override;
+};
+
+class QtClipboard : public Clipboard {
+ public:
+  void SetText(std::string_view text) override;
+};
+
 }  // namespace velumar
