@@ -7,7 +7,7 @@ namespace {
 
 constexpr RegistryRoot kUser = RegistryRoot::kCurrentUser;
 
-TEST(RegistryFile, DamagedValuesOfAnEarlierVersionAreErrorsAndSoIsAFileThatCantBeWritten) {
+TEST(RegistryFile, ReportsDamagedValuesAndAFileThatCantBeWritten) {
   const TempFolder folder;
   const std::string damaged = "[HKEY_CURRENT_USER\\K]\na=dword:12\nb=C:\\plain\nc=binary:0g\n";
   WriteFile(folder / "registry", damaged);

@@ -20,8 +20,8 @@ using ::testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
-TEST(SharedIniFile, AnyBytesComeBackInTheNextProcess) {
-  // The characters that mean something in the file come often.
+TEST(SharedIniFile, KeepsAnyBytes) {
+  // Characters that are special in INI files are frequent.
   constexpr std::string_view kSpecial("%=[]#;@,\"\\\n\r\0/. aZ\xC3\xA9", 20);
   std::mt19937 random(1);
   const TempFolder folder;
@@ -41,7 +41,7 @@ TEST(SharedIniFile, AnyBytesComeBackInTheNextProcess) {
   }
 }
 
-TEST(SettingsFile, KeepsTextsForTheNextProcess) {
+TEST(SettingsFile, KeepsTextsInAPrivateFile) {
   const TempFolder folder;
   const fs::path file = folder / "new folder/deeper/settings";
   const fs::path ini = folder / "new folder/deeper/settings.ini";
@@ -67,7 +67,7 @@ TEST(SettingsFile, KeepsTextsForTheNextProcess) {
   EXPECT_EQ(next.Read("Top"), "2");
 }
 
-TEST(SettingsFile, TakesWhatThePersonWrites) {
+TEST(SettingsFile, ReadsWhatTheUserEdits) {
   const TempFolder folder;
   WriteFile(folder / "settings.ini", "[SCORE]\r\naddress=http://scores:8080\r\n\r\nList=a, b\r\n");
   const FileSettings settings(folder / "settings");
@@ -75,7 +75,7 @@ TEST(SettingsFile, TakesWhatThePersonWrites) {
   EXPECT_EQ(settings.ReadFrom("Score", "List"), "a, b");
 }
 
-TEST(SettingsFile, TheFormOfEarlierVersionsIsReadOnce) {
+TEST(SettingsFile, ImportsTheFileOfAnEarlierVersionOnce) {
   const TempFolder folder;
   const std::string old =
       "# mine\r\n[SETTINGS]\r\n\r\nTop=100% sure\r\ntop= 7 \r\nPath=C:\\Data\\%20x%\n[Score]\nA=b";
@@ -95,7 +95,7 @@ TEST(SettingsFile, TheFormOfEarlierVersionsIsReadOnce) {
   EXPECT_THAT(damaged.TakeProblems(), ElementsAre(HasSubstr("\"rubbish\" is not a setting")));
 }
 
-TEST(SettingsFile, TwoProcessesLoseNothingOfEachOther) {
+TEST(SettingsFile, TwoProcessesKeepEachOthersChanges) {
   const TempFolder folder;
   const auto file = folder / "settings";
   constexpr int kSaves = 25;
@@ -119,8 +119,8 @@ TEST(SettingsFile, TwoProcessesLoseNothingOfEachOther) {
   }
 }
 
-// Nothing is read without end: neither a device nor a file of any size.
-TEST(SettingsFile, WhatCantBeReadIsSetAsideAndReported) {
+// In particular, devices and huge files are not read.
+TEST(SettingsFile, RenamesAndReportsADamagedFile) {
   const TempFolder folder;
   const auto ini = folder / "settings.ini";
   const auto holds = [&](const std::string& bytes) {
@@ -159,7 +159,7 @@ TEST(SettingsFile, WhatCantBeReadIsSetAsideAndReported) {
   }
 }
 
-TEST(SettingsFile, AFullDiskHarmsNothingOnIt) {
+TEST(SettingsFile, KeepsTheOldFileOnAFullDisk) {
   const TempFolder folder;
   const auto ini = folder / "settings.ini";
   FileSettings settings(folder / "settings");

@@ -20,7 +20,7 @@ struct WindowsKeysTest : testing::Test {
   KeyDriver driver;
 };
 
-// What the chart program receives in time, on a busy machine too.
+// What the window receives; waits up to a second for `length` bytes.
 std::string TakenInTime(KeyDriver& driver, WindowId window, std::size_t length) {
   std::string taken = driver.Taken(window);
   for (int wait = 0; wait < 100 && taken.size() < length; ++wait) {
@@ -30,7 +30,7 @@ std::string TakenInTime(KeyDriver& driver, WindowId window, std::size_t length) 
   return taken;
 }
 
-TEST_F(WindowsKeysTest, HeldKeysGoToNoOtherWindow) {
+TEST_F(WindowsKeysTest, HeldKeysAreDroppedForAnotherWindow) {
   const WindowId other = driver.OpenOther("VelumarTestOther");
   const HWND meant = ::GetForegroundWindow();
   const WindowId chart = driver.OpenChart(kHost);
@@ -42,7 +42,7 @@ TEST_F(WindowsKeysTest, HeldKeysGoToNoOtherWindow) {
   EXPECT_EQ(TakenInTime(driver, chart, 1) + driver.Taken(other), "");
 }
 
-TEST_F(WindowsKeysTest, TheFileDialogIsFoundByClassAndTitle) {
+TEST_F(WindowsKeysTest, FindsTheFileDialogByClassAndTitle) {
   const HWND dialog = ::CreateWindowExW(0, L"#32770", L"VelumarTestOpen", WS_POPUP, 0, 0, 10, 10,
                                         nullptr, nullptr, ::GetModuleHandleW(nullptr), nullptr);
   EXPECT_FALSE(driver.windows.DialogExists("#32770", "VelumarTestOpen")) << "another program's";
@@ -53,7 +53,7 @@ TEST_F(WindowsKeysTest, TheFileDialogIsFoundByClassAndTitle) {
   ::DestroyWindow(dialog);
 }
 
-TEST_F(WindowsKeysTest, TextsArriveWholeAndInOrder) {
+TEST_F(WindowsKeysTest, SendsTextsCompletelyAndInOrder) {
   const WindowId chart = driver.OpenChart(kHost);
   driver.Taken(chart);
   const std::string text =
@@ -62,7 +62,7 @@ TEST_F(WindowsKeysTest, TextsArriveWholeAndInOrder) {
   EXPECT_EQ(TakenInTime(driver, chart, text.size()), text);
 }
 
-TEST_F(WindowsKeysTest, AShortcutThatTheKeyboardLacksIsNotTypedBare) {
+TEST_F(WindowsKeysTest, AShortcutWithoutAKeyIsNotSentAsACharacter) {
   const WindowId chart = driver.OpenChart(kHost);
   driver.Taken(chart);
   EXPECT_EQ(driver.keys.Send("a%\xD0\x96"

@@ -1,5 +1,5 @@
 #include "platform/x11/connection.h"
-// The X library's names come after all others: some are macros.
+// The X library comes last, since it defines macros with common names.
 #include <X11/Xlib.h>
 
 #include <optional>
@@ -12,7 +12,7 @@
 #include "platform/x11/person.h"
 #include "platform/x_server.h"
 
-// libxdo leaves 72 bytes of the keyboard's description behind at each xdo_new.
+// libxdo leaks 72 bytes of the keyboard's description at each xdo_new.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer looks for this name.
 extern "C" const char* __lsan_default_suppressions();
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
@@ -26,7 +26,7 @@ using ::testing::IsEmpty;
 
 const TypingTarget::Look kChart{.title = "MetaStock"};
 
-// Two programs on a display with the window manager that `Suite` wants.
+// Two programs on a display, with a window manager if `Suite` wants one.
 template <typename Suite>
 class OnDisplay : public ::testing::Test {
  protected:
@@ -53,7 +53,7 @@ class OnDisplay : public ::testing::Test {
     X11Connection connection(server_->Display());
     return Eventually([&] { return connection.FrontWindow() == window; });
   }
-  // Window managers take their time until a new window has the focus.
+  // Waits until the window manager has given the new window the focus.
   static Window OpenInFront(TypingTarget& program, const TypingTarget::Look& look) {
     const Window window = program.Open(look);
     EXPECT_TRUE(ComesToFront(window)) << look.title;
@@ -65,12 +65,12 @@ struct X11 : OnDisplay<X11> {
   static constexpr bool kWindowManager = true;
 };
 
-// Window managers are slow to take in a new keyboard layout.
+// Without one, since window managers are slow to notice a new keyboard layout.
 struct X11WithoutWindowManager : OnDisplay<X11WithoutWindowManager> {
   static constexpr bool kWindowManager = false;
 };
 
-TEST_F(X11, WindowsAreListedFrontToBack) {
+TEST_F(X11, ListsWindowsFrontToBack) {
   const Window chart = OpenInFront(*chart_, {.title = "MetaStock Börse"});
   const Window notes = OpenInFront(*editor_, {.title = "Notes"});
   EXPECT_THAT(windows_->TopLevelWindows(), ElementsAre(notes, chart));
@@ -86,7 +86,7 @@ TEST_F(X11, WindowsAreListedFrontToBack) {
   windows_->Maximize(chart);
 }
 
-TEST_F(X11, TheChartComesBackFromAnotherWorkspace) {
+TEST_F(X11, BringsTheChartFromAnotherWorkspace) {
   const Window chart = OpenInFront(*chart_, kChart);
   chart_->MoveToWorkspace(chart, 1);
   ASSERT_TRUE(Eventually([&] { return keys_->Send("b") == KeyOutcome::kNotSent; }));
@@ -109,7 +109,7 @@ TEST_F(X11, ARefreshBehindRaisesNothingAndWaitsForAnOpenMenu) {
   chart_->Iconify(chart);
   ASSERT_TRUE(Eventually([&] { return !windows_->IsWindowVisible(chart); }));
   EXPECT_EQ(keys_->SendBehind("%VR"), KeyOutcome::kNotSent);
-  EXPECT_FALSE(windows_->IsWindowVisible(chart)) << "an icon stays an icon";
+  EXPECT_FALSE(windows_->IsWindowVisible(chart)) << "it stays minimised";
   EXPECT_EQ(chart_->TakeTyped(chart), "%vR");
   EXPECT_THAT(editor_->TakeTyped(notes), IsEmpty());
 }
@@ -127,7 +127,7 @@ TEST_F(X11, OnlyTheChartProgramsOwnDialogCounts) {
   EXPECT_FALSE(windows_->HasOwner(chart));
   ASSERT_TRUE(windows_->BringToFront("Notes"));
   ASSERT_TRUE(exists());
-  EXPECT_EQ(keys_->Send("x"), KeyOutcome::kAccepted) << "whatever the trader clicked before";
+  EXPECT_EQ(keys_->Send("x"), KeyOutcome::kAccepted) << "finding the dialog brings it to the front";
   EXPECT_EQ(chart_->TakeTyped(dialog), "x");
   chart_->Close(dialog);
   EXPECT_TRUE(Eventually([&] { return !exists(); }));
@@ -139,7 +139,7 @@ TEST_F(X11, OnlyTheChartProgramsOwnDialogCounts) {
   EXPECT_EQ(editor_->TakeTyped(helper), "x");
 }
 
-TEST_F(X11, NobodyElsesWindowReceivesAKey) {
+TEST_F(X11, NoOtherProgramsWindowReceivesAKey) {
   const std::vector<TypingTarget::Look> others{
       {.title = "Notes"}, {.title = "Open"}, {.title = "MetaStock Data"}, {.title = "MetaStock"}};
   const Window chart = OpenInFront(*chart_, {.title = "MetaStock", .program_file = "MSWIN.EXE"});
@@ -152,14 +152,14 @@ TEST_F(X11, NobodyElsesWindowReceivesAKey) {
     EXPECT_EQ(chart_->TakeTyped(chart), "%fe") << look.title;
     editor_->Close(other);
   }
-  // Its own message box isn't for these keys either.
+  // Nor does the chart program's message box.
   const Window box = OpenInFront(*chart_, {.title = "Error", .owner = chart});
   ASSERT_TRUE(windows_->BringToFront("Error"));
   EXPECT_EQ(keys_->Send("{ENTER}"), KeyOutcome::kNotSent);
   EXPECT_THAT(chart_->TakeTyped(box), IsEmpty());
 }
 
-TEST_F(X11, AnotherWindowInTheMidstOfATextGetsNothing) {
+TEST_F(X11, AWindowThatComesToTheFrontMidwayReceivesNoKey) {
   const Window chart = OpenInFront(*chart_, kChart);
   const Window notes = OpenInFront(*editor_, {.title = "Notes"});
   ASSERT_TRUE(windows_->BringToFront("MetaStock"));
@@ -173,7 +173,7 @@ TEST_F(X11, AnotherWindowInTheMidstOfATextGetsNothing) {
   EXPECT_THAT(editor_->TakeTyped(notes), IsEmpty());
 }
 
-TEST_F(X11, AWindowThatClosesOrCantAnswerIsNoFailure) {
+TEST_F(X11, AcceptsWindowsThatCloseOrCantAnswer) {
   const Window chart = OpenInFront(*chart_, kChart);
   OpenInFront(*chart_, {.title = "Open", .owner = chart, .closes_at_enter = true});
   EXPECT_EQ(keys_->Send("{ENTER}"), KeyOutcome::kAccepted);
@@ -183,7 +183,7 @@ TEST_F(X11, AWindowThatClosesOrCantAnswerIsNoFailure) {
   EXPECT_TRUE(Eventually([&] { return chart_->TakeTyped(mute) == "abc"; }));
 }
 
-TEST_F(X11WithoutWindowManager, TextsArriveInEveryLayout) {
+TEST_F(X11WithoutWindowManager, SendsTextsInEveryLayout) {
   const Window chart = chart_->Open(kChart);
   ASSERT_TRUE(windows_->BringToFront("MetaStock"));
   const std::string text = "C:\\Börse\\éÉ €ßÄ กขค ДЖ ž 100%_{}~^#@ aZ\\";
@@ -203,7 +203,7 @@ TEST_F(X11WithoutWindowManager, TextsArriveInEveryLayout) {
   server_->SetLayout("us");
 }
 
-TEST_F(X11WithoutWindowManager, ABusyProgramStillReadsStrangeCharacters) {
+TEST_F(X11WithoutWindowManager, KeepsSpareKeysForABusyProgram) {
   const Window chart = chart_->Open(kChart);
   ASSERT_TRUE(windows_->BringToFront("MetaStock"));
   chart_->SetBusy(true);
@@ -214,7 +214,7 @@ TEST_F(X11WithoutWindowManager, ABusyProgramStillReadsStrangeCharacters) {
   EXPECT_EQ(chart_->TakeTyped(chart), "bäก");
 }
 
-TEST_F(X11WithoutWindowManager, MoreStrangeCharactersThanSpareKeys) {
+TEST_F(X11WithoutWindowManager, SendsMoreCharactersThanThereAreSpareKeys) {
   const Window chart = chart_->Open(kChart);
   ASSERT_TRUE(windows_->BringToFront("MetaStock"));
   std::string text;
@@ -226,7 +226,7 @@ TEST_F(X11WithoutWindowManager, MoreStrangeCharactersThanSpareKeys) {
   EXPECT_EQ(chart_->TakeTyped(chart), text + "%+x^%<End>AB");
 }
 
-TEST(X11WithoutDisplay, ALostDisplayIsAnErrorAndNoCrash) {
+TEST(X11WithoutDisplay, ALostDisplayIsAnError) {
   EXPECT_THROW(X11ChartWindows("MetaStock", "unix/:9999"), std::runtime_error);
   EXPECT_THROW(X11KeySender("MetaStock", "unix/:9999"), std::runtime_error);
   if (!XServer::Installed()) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";

@@ -12,7 +12,7 @@
 
 namespace velumar {
 
-// The chart program, another program and a person on a display with a window manager.
+// The chart program, another program and a user on a display with a window manager.
 class KeyDriver {
  public:
   static constexpr const char* kHost = "MetaStock";
@@ -38,7 +38,7 @@ class KeyDriver {
   WindowId Open(TypingTarget& program, const std::string& title) {
     const WindowId window = program.Open({.title = title});
     programs_[window] = &program;
-    // The window manager notices the focus after the X server has moved it.
+    // The window manager notices the new focus later than the X server.
     EXPECT_TRUE(Eventually([&] {
       return windows.FocusedWindow() == window && connection_.FrontWindow() == window;
     })) << title;

@@ -10,7 +10,7 @@ extern "C" {
 
 namespace velumar {
 
-// A person at the keyboard of a display.
+// A user at the keyboard of a display.
 class Person {
  public:
   explicit Person(const std::string& display) : display_(xdo_new(display.c_str())) {}
@@ -24,7 +24,7 @@ class Person {
   void Hold(const char* key) { xdo_send_keysequence_window_down(display_, CURRENTWINDOW, key, 0); }
   void LetGo(const char* key) { xdo_send_keysequence_window_up(display_, CURRENTWINDOW, key, 0); }
   void Press(const char* key) { xdo_send_keysequence_window(display_, CURRENTWINDOW, key, 0); }
-  // As a program with an open menu does.
+  // As a program with an open menu.
   void KeepKeyboard() {
     XGrabKeyboard(display_->xdpy, DefaultRootWindow(display_->xdpy), True, GrabModeAsync,
                   GrabModeAsync, CurrentTime);
@@ -47,7 +47,7 @@ class Person {
     XkbGetState(display_->xdpy, XkbUseCoreKbd, &state);
     return (state.locked_mods & LockMask) != 0;
   }
-  // What every key of the layout means.
+  // The symbols of all keys.
   std::vector<KeySym> Layout() const {
     int width = 0;
     const int count = display_->keycode_high - display_->keycode_low + 1;
