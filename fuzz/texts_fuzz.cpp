@@ -7,8 +7,8 @@
 
 #include "base/dates.h"
 #include "base/number_text.h"
+#include "packed_files.h"
 #include "platform/key_notation.h"
-#include "scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -21,7 +21,7 @@ bool IsPlain(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return c >= 0x20 && c < 0x7F; });
 }
 
-// Any text can be typed as it stands: plain text by one key for each character.
+// Any text can be typed unchanged; plain text needs one key for each character.
 void TryKeys(std::string_view text) {
   try {
     ParseKeys(text);
@@ -31,7 +31,7 @@ void TryKeys(std::string_view text) {
   try {
     ParseKeys(EscapedKeys(text));
   } catch (const std::invalid_argument&) {
-    // Text that is no UTF-8 has no keys.
+    // Text that is not UTF-8 has no keys.
   }
 }
 

@@ -1,6 +1,6 @@
 #include <iostream>
 
-#include "cli/cli_program.h"
+#include "cli/commands.h"
 #include "marketdata/index_cache.h"
 #include "platform/process.h"
 

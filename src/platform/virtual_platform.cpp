@@ -94,6 +94,7 @@ std::optional<std::string> MemorySettings::ReadFrom(std::string_view section,
 }
 
 void MemorySettings::Save(std::string_view key, std::string_view text) {
+  if (!failure.empty()) throw std::runtime_error(failure);
   texts.insert_or_assign(std::string(key), std::string(text));
 }
 
@@ -160,10 +161,16 @@ std::string ScriptedWeb::Get(const std::string& address, std::string_view target
 }
 
 Platform VirtualPlatform::References() {
-  return {events,  chart,     chart,    boxes,    folders,  files,
-          colours, clipboard, printers, settings, registry, screen,
-          locale,  clock,     programs, web,      "",       std::string(kBuiltInDirectory),
-          "",      ":memory:"};
+  return {events,   chart,
+          chart,    boxes,
+          folders,  files,
+          colours,  clipboard,
+          printers, warning_settings_,
+          registry, screen,
+          locale,   clock,
+          programs, web,
+          "",       std::string(kBuiltInDirectory),
+          "",       ":memory:"};
 }
 
 }  // namespace velumar

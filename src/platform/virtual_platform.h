@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "platform/warn_once_settings.h"
 #include "platform/virtual_event_loop.h"
 
 namespace velumar {
@@ -102,7 +103,8 @@ class MemorySettings : public SettingsStore {
                                       std::string_view key) const override;
   std::string Place() const override { return "settings"; }
   void Save(std::string_view key, std::string_view text) override;
-  std::map<std::string, std::string, std::less<>> texts;  // of other sections: "Section/Key"
+  std::map<std::string, std::string, std::less<>> texts;  // other sections' as "Section/Key"
+  std::string failure;                                    // why nothing can be saved
 };
 
 // A registry in memory. Names are case-sensitive.
@@ -196,8 +198,12 @@ struct VirtualPlatform {
   RecordingPrograms programs;
   ScriptedWeb web;
 
-  // References to this object's members.
+  // References into this object, which must outlive them. Settings that can't be saved are
+  // reported once, as in the program.
   Platform References();
+
+ private:
+  WarnOnceSettings warning_settings_{settings, boxes};
 };
 
 }  // namespace velumar

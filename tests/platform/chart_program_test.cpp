@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "platform/qt/registry_file.h"
-#include "platform/temp_folder.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -21,7 +21,7 @@ std::string Text(Registry& registry, const std::string& sub_key, std::string_vie
 }
 
 TEST(ChartProgramKeys, AreWrittenOnceAndFollowTheProgramFolder) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const std::string paths = "Software\\Equis\\Common\\8.0\\File Paths";
   FileRegistry registry(folder / "registry");
   EnsureChartProgramKeys(registry, "/first");
@@ -40,7 +40,7 @@ TEST(ChartProgramKeys, AreWrittenOnceAndFollowTheProgramFolder) {
 }
 
 TEST(ChartProgramKeys, AreThoseOfAnInstalledNewerVersion) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   FileRegistry registry(folder / "registry");
   ASSERT_EQ(registry.CreateKey(RegistryRoot::kLocalMachine,
                                "SOFTWARE\\Equis International\\MetaStock Professional\\9.0"),

@@ -1,13 +1,13 @@
 #include "platform/file_lock.h"
 
-#include "platform/temp_folder.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
 
 TEST(FileLock, IsHeldByOneObjectUntilItEnds) {
   using State = FileLock::State;
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto file = folder / "running";
   WriteFile(file, "left by another machine");
   FileLock first(file);

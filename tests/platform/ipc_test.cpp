@@ -7,7 +7,7 @@
 #include <cstdlib>
 
 #include "platform/qt_loop.h"
-#include "platform/temp_folder.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -26,7 +26,7 @@ struct Ipc : testing::Test {
     loop.RunUntil([&] { return received.size() >= count; });
   }
 
-  TempFolder folder;
+  ScratchFolder folder;
   QtLoop loop;
 };
 

@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "platform/command_line.h"
-#include "platform/temp_folder.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -52,7 +52,7 @@ std::string ErrorOfStarting(const std::string& command_line) {
 }
 
 TEST(SystemPrograms, StartsProgramsWithTheirArgumentsAndNoInput) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   fs::create_directory(folder / "my charts");
   MakeProgram(folder / "my charts/MSWIN.EXE",
               "#!/bin/sh\nread line\necho \"$@\" \"<$line>\" > \"$(dirname \"$0\")/part\"\n"
@@ -63,7 +63,7 @@ TEST(SystemPrograms, StartsProgramsWithTheirArgumentsAndNoInput) {
 }
 
 TEST(SystemPrograms, NamesAProgramThatCantBeStarted) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const std::string path = folder.Path().string() + "/MSWIN.EXE";
   EXPECT_THAT(ErrorOfStarting(path + " /l /e"), AllOf(HasSubstr(path), HasSubstr("no such file")));
   MakeProgram(path, "#!/bin/sh\n", fs::perms::owner_read);
@@ -73,7 +73,7 @@ TEST(SystemPrograms, NamesAProgramThatCantBeStarted) {
 }
 
 TEST(SystemPrograms, FindsTheBrowserInThePath) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const char* const path = std::getenv("PATH");
   const std::string before = path == nullptr ? "" : path;
   ::setenv("PATH", ("/nowhere:" + folder.Path().string() + ":" + before).c_str(), 1);

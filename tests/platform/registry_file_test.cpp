@@ -1,6 +1,6 @@
 #include "platform/qt/registry_file.h"
 
-#include "platform/temp_folder.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -8,7 +8,7 @@ namespace {
 constexpr RegistryRoot kUser = RegistryRoot::kCurrentUser;
 
 TEST(RegistryFile, ReportsDamagedValuesAndAFileThatCantBeWritten) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const std::string damaged = "[HKEY_CURRENT_USER\\K]\na=dword:12\nb=C:\\plain\nc=binary:0g\n";
   WriteFile(folder / "registry", damaged);
   FileRegistry registry(folder / "registry");

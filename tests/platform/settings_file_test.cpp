@@ -8,7 +8,7 @@
 #include <random>
 #include <stdexcept>
 
-#include "platform/temp_folder.h"
+#include "support/scratch_folder.h"
 #include "support/full_disk.h"
 
 namespace velumar {
@@ -24,7 +24,7 @@ TEST(SharedIniFile, KeepsAnyBytes) {
   // Characters that are special in INI files are frequent.
   constexpr std::string_view kSpecial("%=[]#;@,\"\\\n\r\0/. aZ\xC3\xA9", 20);
   std::mt19937 random(1);
-  const TempFolder folder;
+  const ScratchFolder folder;
   SharedIniFile file(folder / "settings");
   std::map<std::string, std::string> values;
   for (int i = 0; i < 60; ++i) {
@@ -42,7 +42,7 @@ TEST(SharedIniFile, KeepsAnyBytes) {
 }
 
 TEST(SettingsFile, KeepsTextsInAPrivateFile) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const fs::path file = folder / "new folder/deeper/settings";
   const fs::path ini = folder / "new folder/deeper/settings.ini";
   FileSettings settings(file);
@@ -68,7 +68,7 @@ TEST(SettingsFile, KeepsTextsInAPrivateFile) {
 }
 
 TEST(SettingsFile, ReadsWhatTheUserEdits) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   WriteFile(folder / "settings.ini", "[SCORE]\r\naddress=http://scores:8080\r\n\r\nList=a, b\r\n");
   const FileSettings settings(folder / "settings");
   EXPECT_EQ(settings.ReadFrom("Score", "Address"), "http://scores:8080");
@@ -76,7 +76,7 @@ TEST(SettingsFile, ReadsWhatTheUserEdits) {
 }
 
 TEST(SettingsFile, ImportsTheFileOfAnEarlierVersionOnce) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const std::string old =
       "# mine\r\n[SETTINGS]\r\n\r\nTop=100% sure\r\ntop= 7 \r\nPath=C:\\Data\\%20x%\n[Score]\nA=b";
   WriteFile(folder / "settings", old);
@@ -96,7 +96,7 @@ TEST(SettingsFile, ImportsTheFileOfAnEarlierVersionOnce) {
 }
 
 TEST(SettingsFile, TwoProcessesKeepEachOthersChanges) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto file = folder / "settings";
   constexpr int kSaves = 25;
   const auto save_all = [&](const std::string& prefix) {
@@ -121,7 +121,7 @@ TEST(SettingsFile, TwoProcessesKeepEachOthersChanges) {
 
 // In particular, devices and huge files are not read.
 TEST(SettingsFile, RenamesAndReportsADamagedFile) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto ini = folder / "settings.ini";
   const auto holds = [&](const std::string& bytes) {
     return [&, bytes] { WriteFile(ini, bytes); };
@@ -160,7 +160,7 @@ TEST(SettingsFile, RenamesAndReportsADamagedFile) {
 }
 
 TEST(SettingsFile, KeepsTheOldFileOnAFullDisk) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto ini = folder / "settings.ini";
   FileSettings settings(folder / "settings");
   settings.Save("Top", "1");

@@ -9,10 +9,10 @@
 
 #include "base/whole_file.h"
 #include "base/windows_text.h"
-#include "platform/temp_folder.h"
 #include "platform/windows/programs.h"
 #include "platform/windows/waits.h"
 #include "registry_driver.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -43,7 +43,7 @@ TEST(SystemRegistry, StoresValuesForAllUsersInThe32BitView) {
 }
 
 TEST(WholeFile, IsReplacedCompletelyOrNotAtAll) {
-  const TempFolder folder;
+  const ScratchFolder folder;
   const auto file = folder / "settings";
   constexpr std::size_t kLimit = 7;
   ReplaceWholeFile(file, "one", FileAccess::kUserAlone);
