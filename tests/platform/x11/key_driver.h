@@ -12,48 +12,59 @@
 
 namespace velumar {
 
-// The chart program, another program and a user on a display with a window manager.
+// The chart program, another program and a user on a display.
 class KeyDriver {
  public:
   static constexpr const char* kHost = "MetaStock";
   static bool Available() { return XServer::Installed(); }
 
-  WindowId OpenChart(const std::string& title) { return Open(chart_, title); }
-  WindowId OpenOther(const std::string& title) { return Open(editor_, title); }
+  // On a display with a window manager that all tests share.
+  KeyDriver() : KeyDriver(SharedDisplay()) {}
+  explicit KeyDriver(const std::string& display)
+      : windows(kHost, display),
+        keys(kHost, display),
+        chart(display),
+        editor(display),
+        person(display),
+        connection_(display) {}
+
+  WindowId OpenChart(const std::string& title) { return OpenInFront(chart, {.title = title}); }
+  WindowId OpenOther(const std::string& title) { return OpenInFront(editor, {.title = title}); }
+  // Waits until the window manager has given the new window the focus.
+  Window OpenInFront(TypingTarget& program, const TypingTarget::Look& look) {
+    const Window window = program.Open(look);
+    programs_[window] = &program;
+    EXPECT_TRUE(Eventually([&] { return IsInFront(window); })) << look.title;
+    return window;
+  }
+  // The window manager notices the new focus later than the X server.
+  bool IsInFront(Window window) {
+    return windows.FocusedWindow() == window && connection_.FrontWindow() == window;
+  }
   void Minimise(WindowId window) { programs_.at(window)->Iconify(window); }
   std::string Taken(WindowId window) { return programs_.at(window)->TakeTyped(window); }
   // The chart program reads no keys while it is busy.
-  void SetBusy(WindowId, bool busy) { chart_.SetBusy(busy); }
+  void SetBusy(WindowId, bool busy) { chart.SetBusy(busy); }
 
-  void PressL() { person_.Press("l"); }
-  void HoldShift(bool down) { down ? person_.Hold("Shift_R") : person_.LetGo("Shift_R"); }
-  void SetCapsLock(bool on) { person_.SetCapsLock(on); }
-  bool HasCapsLock() const { return person_.HasCapsLock(); }
+  void PressL() { person.Press("l"); }
+  void HoldShift(bool down) { down ? person.Hold("Shift_R") : person.LetGo("Shift_R"); }
+  void SetCapsLock(bool on) { person.SetCapsLock(on); }
+  bool HasCapsLock() const { return person.HasCapsLock(); }
+
+  X11ChartWindows windows;
+  X11KeySender keys;
+  TypingTarget chart;
+  TypingTarget editor;
+  Person person;
 
  private:
-  static const std::string& Display() {
+  static const std::string& SharedDisplay() {
     static const XServer server(true);
     return server.Display();
   }
-  WindowId Open(TypingTarget& program, const std::string& title) {
-    const WindowId window = program.Open({.title = title});
-    programs_[window] = &program;
-    // The window manager notices the new focus later than the X server.
-    EXPECT_TRUE(Eventually([&] {
-      return windows.FocusedWindow() == window && connection_.FrontWindow() == window;
-    })) << title;
-    return window;
-  }
 
-  X11Connection connection_{Display()};
-  TypingTarget chart_{Display()};
-  TypingTarget editor_{Display()};
-  Person person_{Display()};
+  X11Connection connection_;
   std::map<WindowId, TypingTarget*> programs_;
-
- public:
-  X11ChartWindows windows{kHost, Display()};
-  X11KeySender keys{kHost, Display()};
 };
 
 }  // namespace velumar
