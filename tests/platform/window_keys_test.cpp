@@ -20,8 +20,8 @@ class WindowKeys : public ::testing::Test {
     if (!KeyDriver::Available()) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
     driver.emplace();
   }
-  ChartWindows& Windows() { return driver->windows; }
-  KeySender& Keys() { return driver->keys; }
+  ChartWindows& Windows() { return driver->Windows(); }
+  KeySender& Keys() { return driver->Keys(); }
   // What the window receives; waits up to a second for `length` bytes.
   std::string Taken(WindowId window, std::size_t length) {
     std::string taken = driver->Taken(window);

@@ -29,8 +29,8 @@ struct OnDisplay : ::testing::Test {
     if (!server) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
     driver.emplace(server->Display());
   }
-  ChartWindows& Windows() { return driver->windows; }
-  KeySender& Keys() { return driver->keys; }
+  ChartWindows& Windows() { return driver->Windows(); }
+  KeySender& Keys() { return driver->Keys(); }
   TypingTarget& Chart() { return driver->chart; }
   TypingTarget& Editor() { return driver->editor; }
 
@@ -138,7 +138,7 @@ TEST_F(X11, AWindowThatComesToTheFrontMidwayReceivesNoKey) {
   ASSERT_TRUE(Windows().BringToFront("MetaStock"));
   Chart().SetOnKey([&](const std::string& key) {
     if (key != "%x") return;
-    X11ChartWindows("MetaStock", server->Display()).BringToFront("Notes");
+    MakeX11ChartWindows("MetaStock", server->Display())->BringToFront("Notes");
     X11Connection connection(server->Display());
     Eventually([&] { return connection.FrontWindow() == notes; });
   });
@@ -202,17 +202,17 @@ TEST_F(X11WithoutWindowManager, SendsMoreCharactersThanThereAreSpareKeys) {
 }
 
 TEST(X11WithoutDisplay, ALostDisplayIsAnError) {
-  EXPECT_THROW(X11ChartWindows("MetaStock", "unix/:9999"), std::runtime_error);
-  EXPECT_THROW(X11KeySender("MetaStock", "unix/:9999"), std::runtime_error);
+  EXPECT_THROW(MakeX11ChartWindows("MetaStock", "unix/:9999"), std::runtime_error);
+  EXPECT_THROW(MakeX11KeySender("MetaStock", "unix/:9999"), std::runtime_error);
   if (!XServer::Installed()) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
   auto server = std::make_unique<XServer>(false);
-  X11ChartWindows windows("MetaStock", server->Display());
-  X11KeySender keys("MetaStock", server->Display());
+  const auto windows = MakeX11ChartWindows("MetaStock", server->Display());
+  const auto keys = MakeX11KeySender("MetaStock", server->Display());
   server.reset();
-  EXPECT_THROW(windows.TopLevelWindows(), std::runtime_error);
-  EXPECT_THROW(windows.BringToFront("MetaStock"), std::runtime_error);
-  EXPECT_THROW(windows.DialogExists("#32770", "Open"), std::runtime_error);
-  EXPECT_THROW(keys.Send("%VR"), std::runtime_error);
+  EXPECT_THROW(windows->TopLevelWindows(), std::runtime_error);
+  EXPECT_THROW(windows->BringToFront("MetaStock"), std::runtime_error);
+  EXPECT_THROW(windows->DialogExists("#32770", "Open"), std::runtime_error);
+  EXPECT_THROW(keys->Send("%VR"), std::runtime_error);
 }
 
 }  // namespace

@@ -7,14 +7,14 @@
 #include <cctype>
 #include <chrono>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
 
 #include "base/windows_text.h"
-#include "platform/windows/chart_windows.h"
-#include "platform/windows/key_sender.h"
+#include "platform/windows/chart_desktop.h"
 
 namespace velumar {
 
@@ -101,12 +101,14 @@ class KeyDriver {
 
   ~KeyDriver() { SetCapsLock(false); }
 
+  ChartWindows& Windows() { return *windows_; }
+  KeySender& Keys() { return *keys_; }
   WindowId OpenChart(const std::string& title) { return OpenOther(title); }
   WindowId OpenOther(const std::string& title) {
     auto opened = std::make_unique<TypingWindow>(title);
     const auto window = static_cast<WindowId>(reinterpret_cast<std::uintptr_t>(opened->Window()));
     opened_[window] = std::move(opened);
-    EXPECT_TRUE(windows.BringToFront(title));
+    EXPECT_TRUE(windows_->BringToFront(title));
     return window;
   }
   void Minimise(WindowId window) { ::ShowWindow(opened_.at(window)->Window(), SW_MINIMIZE); }
@@ -131,9 +133,8 @@ class KeyDriver {
   std::map<WindowId, std::unique_ptr<TypingWindow>> opened_;
   bool caps_lock_ = false;
 
- public:
-  WindowsChartWindows windows{kHost};
-  WindowsKeySender keys{kHost};
+  std::unique_ptr<ChartWindows> windows_ = MakeWindowsChartWindows(kHost);
+  std::unique_ptr<KeySender> keys_ = MakeWindowsKeySender(kHost);
 };
 
 }  // namespace velumar

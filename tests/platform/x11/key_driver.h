@@ -1,12 +1,12 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 
 #include "platform/typing_target.h"
-#include "platform/x11/chart_windows.h"
+#include "platform/x11/chart_desktop.h"
 #include "platform/x11/connection.h"
-#include "platform/x11/key_sender.h"
 #include "platform/x11/person.h"
 #include "platform/x_server.h"
 
@@ -21,13 +21,15 @@ class KeyDriver {
   // On a display with a window manager that all tests share.
   KeyDriver() : KeyDriver(SharedDisplay()) {}
   explicit KeyDriver(const std::string& display)
-      : windows(kHost, display),
-        keys(kHost, display),
-        chart(display),
+      : chart(display),
         editor(display),
         person(display),
+        windows_(MakeX11ChartWindows(kHost, display)),
+        keys_(MakeX11KeySender(kHost, display)),
         connection_(display) {}
 
+  ChartWindows& Windows() { return *windows_; }
+  KeySender& Keys() { return *keys_; }
   WindowId OpenChart(const std::string& title) { return OpenInFront(chart, {.title = title}); }
   WindowId OpenOther(const std::string& title) { return OpenInFront(editor, {.title = title}); }
   // Waits until the window manager has given the new window the focus.
@@ -39,7 +41,7 @@ class KeyDriver {
   }
   // The window manager notices the new focus later than the X server.
   bool IsInFront(Window window) {
-    return windows.FocusedWindow() == window && connection_.FrontWindow() == window;
+    return windows_->FocusedWindow() == window && connection_.FrontWindow() == window;
   }
   void Minimise(WindowId window) { programs_.at(window)->Iconify(window); }
   std::string Taken(WindowId window) { return programs_.at(window)->TakeTyped(window); }
@@ -51,8 +53,6 @@ class KeyDriver {
   void SetCapsLock(bool on) { person.SetCapsLock(on); }
   bool HasCapsLock() const { return person.HasCapsLock(); }
 
-  X11ChartWindows windows;
-  X11KeySender keys;
   TypingTarget chart;
   TypingTarget editor;
   Person person;
@@ -63,6 +63,8 @@ class KeyDriver {
     return server.Display();
   }
 
+  std::unique_ptr<ChartWindows> windows_;
+  std::unique_ptr<KeySender> keys_;
   X11Connection connection_;
   std::map<WindowId, TypingTarget*> programs_;
 };
