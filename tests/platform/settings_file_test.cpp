@@ -8,8 +8,9 @@
 #include <random>
 #include <stdexcept>
 
-#include "support/scratch_folder.h"
+#include "platform/qt/registry_file.h"
 #include "support/full_disk.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -178,6 +179,30 @@ TEST(SettingsFile, KeepsTheOldFileOnAFullDisk) {
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
   settings.Save("Left", "3");
   EXPECT_EQ(FileSettings(folder / "settings").Read("Left"), "3");
+}
+
+TEST(RegistryFile, ReportsDamagedValuesAndAFileThatCantBeWritten) {
+  const ScratchFolder folder;
+  const std::string damaged = "[HKEY_CURRENT_USER\\K]\na=dword:12\nb=C:\\plain\nc=binary:0g\n";
+  WriteFile(folder / "registry", damaged);
+  FileRegistry registry(folder / "registry");
+  RegistryKey key = 0;
+  ASSERT_EQ(
+      registry.OpenKey(RegistryRoot::kCurrentUser, "K", Registry::kRead | Registry::kWrite, key),
+      0);
+  RegistryType type{};
+  std::string bytes;
+  for (const char* const name : {"a", "b", "c"}) {
+    EXPECT_EQ(registry.QueryValue(key, name, type, bytes), 1009) << name;
+  }
+  EXPECT_EQ(ReadFile(folder / "registry"), damaged);
+  const std::string number("\x2A\0\0\xFF", 4);
+  EXPECT_EQ(registry.SetValue(key, "Count", RegistryType::kDWord, number), 0);
+  EXPECT_THAT(ReadFile(folder / "registry.ini"), testing::HasSubstr("K\\Count=dword:ff00002a\n"));
+
+  FileRegistry unwritable(folder / "registry/registry");
+  EXPECT_EQ(unwritable.CreateKey(RegistryRoot::kCurrentUser, "K"), 1013);
+  EXPECT_EQ(unwritable.OpenKey(RegistryRoot::kCurrentUser, "K", Registry::kRead, key), 2);
 }
 
 }  // namespace

@@ -74,10 +74,10 @@ TEST_F(X11, ARefreshBehindRaisesNothingAndWaitsForAnOpenMenu) {
   EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kAccepted);
   EXPECT_THAT(Windows().TopLevelWindows(), ElementsAre(notes, chart));
   // An open menu takes all keys, wherever the focus is.
-  Person& person = driver->person;
-  person.KeepKeyboard();
+  User& user = driver->user;
+  user.GrabKeyboard();
   EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kNotSent);
-  person.LeaveKeyboard();
+  user.UngrabKeyboard();
   Chart().Iconify(chart);
   ASSERT_TRUE(Eventually([&] { return !Windows().IsWindowVisible(chart); }));
   EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kNotSent);
@@ -164,16 +164,16 @@ TEST_F(X11WithoutWindowManager, SendsTextsInEveryLayout) {
   const std::string text = "C:\\Börse\\éÉ €ßÄ กขค ДЖ ž 100%_{}~^#@ aZ\\";
   for (const char* const layout : {"us", "de", "fr", "th", "us,ru"}) {
     server->SetLayout(layout);
-    Person& person = driver->person;
-    if (std::string(layout) == "us,ru") person.SwitchToLayout(1);
-    const std::vector<KeySym> before = person.Layout();
+    User& user = driver->user;
+    if (std::string(layout) == "us,ru") user.SwitchToLayout(1);
+    const std::vector<KeySym> before = user.Layout();
     for (const bool caps_lock : {false, true}) {
-      person.SetCapsLock(caps_lock);
+      user.SetCapsLock(caps_lock);
       EXPECT_EQ(Keys().Send(EscapedKeys(text) + "%F"), KeyOutcome::kAccepted);
       EXPECT_EQ(Chart().TakeTyped(chart), text + "%f") << layout << " Caps Lock " << caps_lock;
     }
-    EXPECT_EQ(person.Layout(), before) << layout;
-    person.SwitchToLayout(0);
+    EXPECT_EQ(user.Layout(), before) << layout;
+    user.SwitchToLayout(0);
   }
   server->SetLayout("us");
 }
