@@ -20,16 +20,16 @@ std::string Text(Registry& registry, const std::string& sub_key, std::string_vie
   return code == 0 ? text : "no value";
 }
 
-TEST(ChartProgramKeys, AreMadeOnceAndFollowTheProgram) {
+TEST(ChartProgramKeys, AreWrittenOnceAndFollowTheProgramFolder) {
   const ScratchFolder folder;
   const std::string paths = "Software\\Equis\\Common\\8.0\\File Paths";
   FileRegistry registry(folder / "registry");
   EnsureChartProgramKeys(registry, "/first");
   EXPECT_EQ(Text(registry, paths, "ProgramPath"), "/first");
-  // Moved: nothing lies in the first folder.
+  // The program has moved: the first folder doesn't contain it.
   EnsureChartProgramKeys(registry, "/second");
   EXPECT_EQ(Text(registry, paths, "ProgramPath"), "/second");
-  // What the trader chose is kept.
+  // A folder with the program stays.
   WriteFile(folder / "MSWIN.EXE", "");
   const std::string chosen = folder.Path().string();
   RegistryKey key = 0;
@@ -39,7 +39,7 @@ TEST(ChartProgramKeys, AreMadeOnceAndFollowTheProgram) {
   EXPECT_EQ(Text(registry, paths, "ProgramPath"), chosen);
 }
 
-TEST(ChartProgramKeys, FollowANewerVersion) {
+TEST(ChartProgramKeys, AreThoseOfAnInstalledNewerVersion) {
   const ScratchFolder folder;
   FileRegistry registry(folder / "registry");
   ASSERT_EQ(registry.CreateKey(RegistryRoot::kLocalMachine,

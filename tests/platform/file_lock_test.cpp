@@ -5,7 +5,7 @@
 namespace velumar {
 namespace {
 
-TEST(FileLock, IsHeldByOneUntilItEnds) {
+TEST(FileLock, IsHeldByOneObjectUntilItEnds) {
   using State = FileLock::State;
   const ScratchFolder folder;
   const auto file = folder / "running";

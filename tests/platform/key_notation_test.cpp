@@ -7,7 +7,7 @@ namespace {
 
 constexpr KeyStroke Typed(char32_t character) { return {.character = character}; }
 
-TEST(KeyNotation, TextsBecomeKeys) {
+TEST(KeyNotation, ParsesKeys) {
   const std::vector<std::pair<std::string, std::vector<KeyStroke>>> texts{
       {"", {}},
       {"%VR", {{.alt = true, .character = U'V'}, Typed(U'R')}},
@@ -20,14 +20,14 @@ TEST(KeyNotation, TextsBecomeKeys) {
   for (const auto& [text, keys] : texts) EXPECT_EQ(ParseKeys(text), keys) << text;
 }
 
-TEST(KeyNotation, WhatIsNotInItIsRefused) {
+TEST(KeyNotation, RefusesOtherTexts) {
   for (const char* const text :
        {"%", "a^", "%(ab", "a)", "{TAB", "{NOKEY}", "{}", "}", "[", "\xC3"}) {
     EXPECT_THROW(ParseKeys(text), std::invalid_argument) << text;
   }
 }
 
-TEST(KeyNotation, EscapedTextsStandForThemselves) {
+TEST(KeyNotation, EscapedTextsAreTypedAsTheyAre) {
   const std::string text = "C:\\100% (new)\\~a+b^c{d}[e]\\";
   std::vector<KeyStroke> keys;
   for (const char c : text) keys.push_back(Typed(static_cast<char32_t>(c)));

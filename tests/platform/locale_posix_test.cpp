@@ -5,8 +5,8 @@
 namespace velumar {
 namespace {
 
-// The formats are those of many countries' locales.
-TEST(LocalePosix, FormatsBecomePatterns) {
+// The formats come from the locales of many countries.
+TEST(LocalePosix, TurnsFormatsIntoPatterns) {
   const struct {
     const char* format;
     const char* pattern;
@@ -27,7 +27,7 @@ TEST(LocalePosix, FormatsBecomePatterns) {
       {"%a, %Y.eko %bren %da", "ddd, yyyy.'eko' MMM'ren' dd'a'", "/"},
       {"%OC%Oy %b %Od %A", "yyyy MMM dd dddd", " "},
       {"%C%y%m%d", "yyyyMMdd", "/"},
-      // Without all three fields, with one twice, or with what a pattern can't tell.
+      // A field is missing or there twice, or a pattern can't express the format.
       {"%d %b", "M/d/yyyy", "/"},
       {"%d/%m/%Y (%y)", "M/d/yyyy", "/"},
       {"week %V, %d/%m/%Y", "M/d/yyyy", "/"},
@@ -42,7 +42,7 @@ TEST(LocalePosix, FormatsBecomePatterns) {
   }
 }
 
-TEST(LocalePosix, TheNeutralLocalesAndUnknownOnesAreMonthFirst) {
+TEST(LocalePosix, NeutralAndUnknownLocalesPutTheMonthFirst) {
   for (const char* const name : {"C", "POSIX", "C.UTF-8", "C.utf8", "xx_YY.UTF-8"}) {
     ::setenv("LC_ALL", name, 1);
     const PosixLocale locale;

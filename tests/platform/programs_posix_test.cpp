@@ -19,7 +19,7 @@ using ::testing::HasSubstr;
 
 namespace fs = std::filesystem;
 
-TEST(SplitCommandLine, AllUpToTheChartProgramIsOnePath) {
+TEST(SplitCommandLine, TheProgramPathEndsAfterTheChartProgramsName) {
   EXPECT_THAT(SplitCommandLine("C:\\Program Files\\Charts\\MSWIN.EXE /l /e"),
               ElementsAre("C:/Program Files/Charts/MSWIN.EXE", "/l", "/e"));
   EXPECT_THAT(SplitCommandLine("/opt/MSWIN.EXE files\\MSWIN.EXE"),
@@ -51,7 +51,7 @@ std::string ErrorOfStarting(const std::string& command_line) {
   }
 }
 
-TEST(SystemPrograms, StartsApartWithItsArguments) {
+TEST(SystemPrograms, StartsProgramsWithTheirArgumentsAndNoInput) {
   const ScratchFolder folder;
   fs::create_directory(folder / "my charts");
   MakeProgram(folder / "my charts/MSWIN.EXE",
@@ -62,7 +62,7 @@ TEST(SystemPrograms, StartsApartWithItsArguments) {
   EXPECT_EQ(WrittenTo(folder / "my charts/told"), "/l /e --state a b <>\n");
 }
 
-TEST(SystemPrograms, AProgramThatCantStartIsNamed) {
+TEST(SystemPrograms, NamesAProgramThatCantBeStarted) {
   const ScratchFolder folder;
   const std::string path = folder.Path().string() + "/MSWIN.EXE";
   EXPECT_THAT(ErrorOfStarting(path + " /l /e"), AllOf(HasSubstr(path), HasSubstr("no such file")));
@@ -72,7 +72,7 @@ TEST(SystemPrograms, AProgramThatCantStartIsNamed) {
   EXPECT_THAT(ErrorOfStarting(path), AllOf(HasSubstr(path), HasSubstr("can't run that kind")));
 }
 
-TEST(SystemPrograms, TheBrowserIsFoundInThePath) {
+TEST(SystemPrograms, FindsTheBrowserInThePath) {
   const ScratchFolder folder;
   const char* const path = std::getenv("PATH");
   const std::string before = path == nullptr ? "" : path;
@@ -87,7 +87,7 @@ TEST(SystemPrograms, TheBrowserIsFoundInThePath) {
   ::setenv("PATH", before.c_str(), 1);
 }
 
-TEST(SystemPrograms, EndProcessLosesNoOutput) {
+TEST(SystemPrograms, EndProcessFlushesOutput) {
   const auto end = [] {
     std::fputs("last words", stderr);
     SystemPrograms().EndProcess();
@@ -101,7 +101,7 @@ TEST(SystemClock, TodayIsTheLocalDay) {
   ::setenv("TZ", "UTC+12", 1);
   const std::int32_t west = SystemClock().Today();
   ::unsetenv("TZ");
-  // 26 hours apart, so never on the same day.
+  // The two zones are 26 hours apart, so the day always differs.
   EXPECT_GT(east, west);
   EXPECT_GE(west, 20200101);
 }

@@ -1,4 +1,4 @@
-// The registry of the system, which registry_driver.h opens.
+// The system's registry; registry_driver.h opens it.
 #include "registry_driver.h"
 
 namespace velumar {
@@ -25,7 +25,7 @@ struct RegistryTest : testing::Test {
   const std::string root = RegistryDriver::kRoot;
 };
 
-TEST_F(RegistryTest, ValuesOfAllTypesComeBackInTheNextProcess) {
+TEST_F(RegistryTest, KeepsValuesOfAllTypes) {
   const std::string path = root + "\\B\u00f6rse [9]";
   const std::vector<std::tuple<std::string, RegistryType, std::string>> values{
       {"ProgramPath", RegistryType::kString, "C:\\Program Files\\B\u00f6rse \u20ac"},
@@ -53,7 +53,7 @@ TEST_F(RegistryTest, ValuesOfAllTypesComeBackInTheNextProcess) {
   }
 }
 
-TEST_F(RegistryTest, KeysExistWithTheirParentsUntilTheyAreDeleted) {
+TEST_F(RegistryTest, CreatesAndDeletesKeysWithTheirParents) {
   EXPECT_EQ(Opens(kUserRoot, root), 2);
   EXPECT_EQ(registry->DeleteKey(kUserRoot, root), 2);
   ASSERT_EQ(registry->CreateKey(kUserRoot, root + "\\Charts\\8.0"), 0);
@@ -67,7 +67,7 @@ TEST_F(RegistryTest, KeysExistWithTheirParentsUntilTheyAreDeleted) {
   EXPECT_EQ(Opens(kUserRoot, root), 0);
 }
 
-TEST_F(RegistryTest, FailuresHaveTheirCodes) {
+TEST_F(RegistryTest, ReturnsTheCodeOfEachFailure) {
   RegistryKey key = 0;
   RegistryType type{};
   std::string bytes;

@@ -8,8 +8,9 @@
 #include <random>
 #include <stdexcept>
 
-#include "support/scratch_folder.h"
+#include "platform/qt/registry_file.h"
 #include "support/full_disk.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -20,8 +21,8 @@ using ::testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
-TEST(SharedIniFile, AnyBytesComeBackInTheNextProcess) {
-  // The characters that mean something in the file come often.
+TEST(SharedIniFile, KeepsAnyBytes) {
+  // Characters that are special in INI files are frequent.
   constexpr std::string_view kSpecial("%=[]#;@,\"\\\n\r\0/. aZ\xC3\xA9", 20);
   std::mt19937 random(1);
   const ScratchFolder folder;
@@ -41,7 +42,7 @@ TEST(SharedIniFile, AnyBytesComeBackInTheNextProcess) {
   }
 }
 
-TEST(SettingsFile, KeepsTextsForTheNextProcess) {
+TEST(SettingsFile, KeepsTextsInAPrivateFile) {
   const ScratchFolder folder;
   const fs::path file = folder / "new folder/deeper/settings";
   const fs::path ini = folder / "new folder/deeper/settings.ini";
@@ -67,7 +68,7 @@ TEST(SettingsFile, KeepsTextsForTheNextProcess) {
   EXPECT_EQ(next.Read("Top"), "2");
 }
 
-TEST(SettingsFile, TakesWhatThePersonWrites) {
+TEST(SettingsFile, ReadsWhatTheUserEdits) {
   const ScratchFolder folder;
   WriteFile(folder / "settings.ini", "[SCORE]\r\naddress=http://scores:8080\r\n\r\nList=a, b\r\n");
   const FileSettings settings(folder / "settings");
@@ -75,7 +76,7 @@ TEST(SettingsFile, TakesWhatThePersonWrites) {
   EXPECT_EQ(settings.ReadFrom("Score", "List"), "a, b");
 }
 
-TEST(SettingsFile, TheFormOfEarlierVersionsIsReadOnce) {
+TEST(SettingsFile, ImportsTheFileOfAnEarlierVersionOnce) {
   const ScratchFolder folder;
   const std::string old =
       "# mine\r\n[SETTINGS]\r\n\r\nTop=100% sure\r\ntop= 7 \r\nPath=C:\\Data\\%20x%\n[Score]\nA=b";
@@ -95,7 +96,7 @@ TEST(SettingsFile, TheFormOfEarlierVersionsIsReadOnce) {
   EXPECT_THAT(damaged.TakeProblems(), ElementsAre(HasSubstr("\"rubbish\" is not a setting")));
 }
 
-TEST(SettingsFile, TwoProcessesLoseNothingOfEachOther) {
+TEST(SettingsFile, TwoProcessesKeepEachOthersChanges) {
   const ScratchFolder folder;
   const auto file = folder / "settings";
   constexpr int kSaves = 25;
@@ -119,8 +120,8 @@ TEST(SettingsFile, TwoProcessesLoseNothingOfEachOther) {
   }
 }
 
-// Nothing is read without end: neither a device nor a file of any size.
-TEST(SettingsFile, WhatCantBeReadIsSetAsideAndReported) {
+// In particular, devices and huge files are not read.
+TEST(SettingsFile, RenamesAndReportsADamagedFile) {
   const ScratchFolder folder;
   const auto ini = folder / "settings.ini";
   const auto holds = [&](const std::string& bytes) {
@@ -159,7 +160,7 @@ TEST(SettingsFile, WhatCantBeReadIsSetAsideAndReported) {
   }
 }
 
-TEST(SettingsFile, AFullDiskHarmsNothingOnIt) {
+TEST(SettingsFile, KeepsTheOldFileOnAFullDisk) {
   const ScratchFolder folder;
   const auto ini = folder / "settings.ini";
   FileSettings settings(folder / "settings");
@@ -178,6 +179,30 @@ TEST(SettingsFile, AFullDiskHarmsNothingOnIt) {
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
   settings.Save("Left", "3");
   EXPECT_EQ(FileSettings(folder / "settings").Read("Left"), "3");
+}
+
+TEST(RegistryFile, ReportsDamagedValuesAndAFileThatCantBeWritten) {
+  const ScratchFolder folder;
+  const std::string damaged = "[HKEY_CURRENT_USER\\K]\na=dword:12\nb=C:\\plain\nc=binary:0g\n";
+  WriteFile(folder / "registry", damaged);
+  FileRegistry registry(folder / "registry");
+  RegistryKey key = 0;
+  ASSERT_EQ(
+      registry.OpenKey(RegistryRoot::kCurrentUser, "K", Registry::kRead | Registry::kWrite, key),
+      0);
+  RegistryType type{};
+  std::string bytes;
+  for (const char* const name : {"a", "b", "c"}) {
+    EXPECT_EQ(registry.QueryValue(key, name, type, bytes), 1009) << name;
+  }
+  EXPECT_EQ(ReadFile(folder / "registry"), damaged);
+  const std::string number("\x2A\0\0\xFF", 4);
+  EXPECT_EQ(registry.SetValue(key, "Count", RegistryType::kDWord, number), 0);
+  EXPECT_THAT(ReadFile(folder / "registry.ini"), testing::HasSubstr("K\\Count=dword:ff00002a\n"));
+
+  FileRegistry unwritable(folder / "registry/registry");
+  EXPECT_EQ(unwritable.CreateKey(RegistryRoot::kCurrentUser, "K"), 1013);
+  EXPECT_EQ(unwritable.OpenKey(RegistryRoot::kCurrentUser, "K", Registry::kRead, key), 2);
 }
 
 }  // namespace

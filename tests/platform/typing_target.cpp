@@ -133,7 +133,7 @@ void TypingTarget::Handle(XEvent& event) {
   if (event.type == ClientMessage &&
       event.xclient.data.l[0] == static_cast<long>(AtomOf("_NET_WM_PING"))) {
     event.xclient.window = root;
-    // Toolkits differ in whom they answer.
+    // Toolkits send their answers to one or the other.
     const long audience =
         ++pings_ % 2 == 0 ? StructureNotifyMask : SubstructureRedirectMask | SubstructureNotifyMask;
     XSendEvent(display_, root, False, audience, &event);

@@ -11,8 +11,8 @@
 
 namespace velumar {
 
-// A program with windows that writes down what is typed into them. It runs on a thread and a
-// connection of its own, so to the X server it is another program.
+// A program with windows that records what is typed into them. It has its own thread and
+// connection, so for the X server it is another program.
 class TypingTarget {
  public:
   struct Look {
@@ -36,12 +36,13 @@ class TypingTarget {
   void MoveToWorkspace(Window window, long workspace);
   int Width(Window window);
 
-  // Characters as they are, other keys as "<Return>", with "%" and "^" before keys under Alt and
-  // Ctrl. Forgets what it returns.
+  // Returns and clears what was typed: characters as they are, other keys as "<Return>", with "%"
+  // and
+  // "^" for Alt and Ctrl.
   std::string TakeTyped(Window window);
-  // Reads no events while it is busy, like a program that computes.
+  // A busy program reads no events.
   void SetBusy(bool busy) { busy_ = busy; }
-  // Runs on the program's thread at each key, before the program answers anything.
+  // Called on the program's thread at each key, before the program answers a ping.
   void SetOnKey(std::function<void(const std::string& key)> on_key);
 
  private:

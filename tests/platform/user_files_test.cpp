@@ -19,14 +19,14 @@ struct UserFiles : testing::Test {
   UserTree tree{folder.Path()};
 };
 
-TEST_F(UserFiles, ABuiltProgramKeepsEverythingInItsFolder) {
+TEST_F(UserFiles, AProgramInItsBuildFolderKeepsEverythingThere) {
   fs::create_directories(tree.program / "samples");
   EXPECT_EQ(SampleDirectory(tree.program), tree.program / "samples");
   EXPECT_EQ(LedgerFile(tree.program), tree.program / "Portfolio.mdb");
   EXPECT_FALSE(fs::exists(tree.own));
 }
 
-TEST_F(UserFiles, AnInstalledProgramGivesEachUserSamplesAndALedgerOfTheirOwn) {
+TEST_F(UserFiles, AnInstalledProgramGivesEachUserOwnSamplesAndLedger) {
   Install();
   // Even if the user may write to the program's folder, as the administrator may.
   EXPECT_EQ(LedgerFile(tree.program), tree.own / "Portfolio.mdb");
@@ -38,7 +38,7 @@ TEST_F(UserFiles, AnInstalledProgramGivesEachUserSamplesAndALedgerOfTheirOwn) {
   EXPECT_EQ(ReadFile(tree.own / "samples" / "MASTER"), "with an import");
 }
 
-TEST_F(UserFiles, ACopyThatFailsIsAnError) {
+TEST_F(UserFiles, ReportsACopyThatFails) {
   Install();
   WriteFile(tree.own.parent_path(), "a file where the folder should be");
   EXPECT_THROW(SampleDirectory(tree.program), fs::filesystem_error);

@@ -1,4 +1,4 @@
-// The windows and keys of the chart program, with what the system's own key_driver.h drives.
+// The chart program's windows and keys; key_driver.h drives the system's own.
 #include <chrono>
 #include <optional>
 #include <stdexcept>
@@ -20,9 +20,9 @@ class WindowKeys : public ::testing::Test {
     if (!KeyDriver::Available()) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
     driver.emplace();
   }
-  ChartWindows& Windows() { return driver->windows; }
-  KeySender& Keys() { return driver->keys; }
-  // What is typed within a second, on a busy machine too.
+  ChartWindows& Windows() { return driver->Windows(); }
+  KeySender& Keys() { return driver->Keys(); }
+  // What the window receives; waits up to a second for `length` bytes.
   std::string Taken(WindowId window, std::size_t length) {
     std::string taken = driver->Taken(window);
     for (int wait = 0; wait < 100 && taken.size() < length; ++wait) {
@@ -32,7 +32,7 @@ class WindowKeys : public ::testing::Test {
     return taken;
   }
 
-  // On a busy machine the focus moves after the call that asked for it has given up waiting.
+  // On a busy machine the focus may move only after the call has stopped waiting.
   bool GetsFocus(WindowId window) {
     for (int wait = 0; wait < 100 && Windows().FocusedWindow() != window; ++wait) {
       std::this_thread::sleep_for(10ms);
@@ -43,7 +43,7 @@ class WindowKeys : public ::testing::Test {
   std::optional<KeyDriver> driver;
 };
 
-TEST_F(WindowKeys, AWindowComesToTheFrontByItsTitle) {
+TEST_F(WindowKeys, BringsAWindowToTheFrontByItsTitle) {
   const std::string title = std::string(kHost) + " - [Alpha]";
   const WindowId longer = driver->OpenChart(title);
   const WindowId chart = driver->OpenChart(kHost);
@@ -68,7 +68,7 @@ TEST_F(WindowKeys, AWindowComesToTheFrontByItsTitle) {
   EXPECT_FALSE(Windows().HasOwner(longer));
 }
 
-TEST_F(WindowKeys, KeysArriveAsWritten) {
+TEST_F(WindowKeys, SendsKeysAsWritten) {
   const WindowId chart = driver->OpenChart(kHost);
   const std::vector<std::pair<std::string, std::string>> texts{
       {"%Fe", "%fe"},
@@ -94,7 +94,7 @@ TEST_F(WindowKeys, KeysArriveAsWritten) {
   EXPECT_EQ(driver->Taken(chart), "");
 }
 
-TEST_F(WindowKeys, ATraderWhoTypesElsewhereLosesNoKeyToARefresh) {
+TEST_F(WindowKeys, ARefreshTakesNoKeyFromATraderWhoTypesElsewhere) {
   constexpr int kLetters = 60;
   const WindowId chart = driver->OpenChart(kHost);
   const WindowId other = driver->OpenOther(kOther);
@@ -118,7 +118,7 @@ TEST_F(WindowKeys, ATraderWhoTypesElsewhereLosesNoKeyToARefresh) {
   EXPECT_EQ(Taken(chart, refreshes.size()), refreshes);
 }
 
-TEST_F(WindowKeys, KeysWaitWhileAPersonHoldsAModifier) {
+TEST_F(WindowKeys, WaitsWhileTheUserHoldsAModifier) {
   const WindowId chart = driver->OpenChart(kHost);
   driver->HoldShift(true);
   EXPECT_EQ(Keys().Send("a"), KeyOutcome::kNotSent);
@@ -131,7 +131,7 @@ TEST_F(WindowKeys, KeysWaitWhileAPersonHoldsAModifier) {
   EXPECT_EQ(Taken(chart, 3), "abc");
 }
 
-TEST_F(WindowKeys, TakenInMeansThatTheProgramHasReadTheKeys) {
+TEST_F(WindowKeys, AcceptedMeansThatTheProgramHasReadTheKeys) {
   const WindowId chart = driver->OpenChart(kHost);
   driver->Taken(chart);
   driver->SetBusy(chart, true);

@@ -20,7 +20,7 @@ struct WindowsKeysTest : testing::Test {
   KeyDriver driver;
 };
 
-// What the chart program receives in time, on a busy machine too.
+// What the window receives; waits up to a second for `length` bytes.
 std::string TakenInTime(KeyDriver& driver, WindowId window, std::size_t length) {
   std::string taken = driver.Taken(window);
   for (int wait = 0; wait < 100 && taken.size() < length; ++wait) {
@@ -30,7 +30,7 @@ std::string TakenInTime(KeyDriver& driver, WindowId window, std::size_t length) 
   return taken;
 }
 
-TEST_F(WindowsKeysTest, HeldKeysGoToNoOtherWindow) {
+TEST_F(WindowsKeysTest, HeldKeysAreDroppedForAnotherWindow) {
   const WindowId other = driver.OpenOther("VelumarTestOther");
   const HWND meant = ::GetForegroundWindow();
   const WindowId chart = driver.OpenChart(kHost);
@@ -42,34 +42,34 @@ TEST_F(WindowsKeysTest, HeldKeysGoToNoOtherWindow) {
   EXPECT_EQ(TakenInTime(driver, chart, 1) + driver.Taken(other), "");
 }
 
-TEST_F(WindowsKeysTest, TheFileDialogIsFoundByClassAndTitle) {
+TEST_F(WindowsKeysTest, FindsTheFileDialogByClassAndTitle) {
   const HWND dialog = ::CreateWindowExW(0, L"#32770", L"VelumarTestOpen", WS_POPUP, 0, 0, 10, 10,
                                         nullptr, nullptr, ::GetModuleHandleW(nullptr), nullptr);
-  EXPECT_FALSE(driver.windows.DialogExists("#32770", "VelumarTestOpen")) << "another program's";
+  EXPECT_FALSE(driver.Windows().DialogExists("#32770", "VelumarTestOpen")) << "another program's";
   driver.OpenChart(kHost);
-  EXPECT_TRUE(driver.windows.DialogExists("#32770", "VelumarTestOpen"));
-  EXPECT_FALSE(driver.windows.DialogExists("#32770", "VelumarTestOther"));
-  EXPECT_FALSE(driver.windows.DialogExists("STATIC", "VelumarTestOpen"));
+  EXPECT_TRUE(driver.Windows().DialogExists("#32770", "VelumarTestOpen"));
+  EXPECT_FALSE(driver.Windows().DialogExists("#32770", "VelumarTestOther"));
+  EXPECT_FALSE(driver.Windows().DialogExists("STATIC", "VelumarTestOpen"));
   ::DestroyWindow(dialog);
 }
 
-TEST_F(WindowsKeysTest, TextsArriveWholeAndInOrder) {
+TEST_F(WindowsKeysTest, SendsTextsCompletelyAndInOrder) {
   const WindowId chart = driver.OpenChart(kHost);
   driver.Taken(chart);
   const std::string text =
       "Z:\\B\xC3\xB6rse (100%)\\{a}~+^ \xE2\x82\xAC \xD0\x96\xF0\x9F\x93\x88 Zz";
-  EXPECT_EQ(driver.keys.Send(EscapedKeys(text)), KeyOutcome::kAccepted);
+  EXPECT_EQ(driver.Keys().Send(EscapedKeys(text)), KeyOutcome::kAccepted);
   EXPECT_EQ(TakenInTime(driver, chart, text.size()), text);
 }
 
-TEST_F(WindowsKeysTest, AShortcutThatTheKeyboardLacksIsNotTypedBare) {
+TEST_F(WindowsKeysTest, AShortcutWithoutAKeyIsNotSentAsACharacter) {
   const WindowId chart = driver.OpenChart(kHost);
   driver.Taken(chart);
-  EXPECT_EQ(driver.keys.Send("a%\xD0\x96"
-                             "b"),
+  EXPECT_EQ(driver.Keys().Send("a%\xD0\x96"
+                               "b"),
             KeyOutcome::kNotSent);
   EXPECT_EQ(TakenInTime(driver, chart, 1), "a");
-  EXPECT_EQ(driver.keys.Send("b"), KeyOutcome::kAccepted);
+  EXPECT_EQ(driver.Keys().Send("b"), KeyOutcome::kAccepted);
   EXPECT_EQ(TakenInTime(driver, chart, 1), "b") << "and nothing stays pressed";
 }
 

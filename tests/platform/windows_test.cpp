@@ -1,5 +1,5 @@
 #include <windows.h>
-// Behind windows.h, whose names it needs.
+// Needs the names of windows.h.
 #include <shellapi.h>
 
 #include <chrono>
@@ -20,8 +20,8 @@ namespace {
 using ::testing::HasSubstr;
 using std::chrono_literals::operator""ms;
 
-// Where a chart program of 32 bits looks.
-TEST(SystemRegistry, WhatIsForAllUsersLiesInTheViewOf32Bits) {
+// 32-bit chart programs look there.
+TEST(SystemRegistry, StoresValuesForAllUsersInThe32BitView) {
   constexpr RegistryRoot kAll = RegistryRoot::kLocalMachine;
   constexpr const wchar_t* kName = L"Software\\VelumarTest";
   SystemRegistry registry;
@@ -42,7 +42,7 @@ TEST(SystemRegistry, WhatIsForAllUsersLiesInTheViewOf32Bits) {
   EXPECT_FALSE(opens(KEY_WOW64_32KEY));
 }
 
-TEST(WholeFile, IsReplacedWholeOrNotAtAll) {
+TEST(WholeFile, IsReplacedCompletelyOrNotAtAll) {
   const ScratchFolder folder;
   const auto file = folder / "settings";
   constexpr std::size_t kLimit = 7;
@@ -64,10 +64,10 @@ TEST(WholeFile, IsReplacedWholeOrNotAtAll) {
   EXPECT_EQ(ReadWholeFile(file, kLimit), "three\r\n");
 }
 
-TEST(WaitableTimer, IsNeverShortAndLetsMessagesThrough) {
+TEST(WaitableTimer, IsNeverEarlyAndHandlesMessages) {
   const DWORD thread = ::GetCurrentThreadId();
   MSG message;
-  ::PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);  // from now on there is a queue
+  ::PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);  // creates the queue
   int seen = 0;
   const auto handle = [&] {
     while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
@@ -88,10 +88,11 @@ TEST(WaitableTimer, IsNeverShortAndLetsMessagesThrough) {
   EXPECT_EQ(seen, 5);
   ::PostThreadMessageW(thread, WM_APP, 0, 0);
   WaitableTimer(30000ms).Wait(handle, [&] { return seen == 5; });
-  EXPECT_LT(std::chrono::steady_clock::now() - start, 5000ms) << "one that isn't wanted ends";
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 5000ms)
+      << "a wait that is no longer wanted ends";
 }
 
-TEST(SystemPrograms, ArgumentsComeBackAsTheyWere) {
+TEST(SystemPrograms, QuotesArguments) {
   const std::vector<std::string> arguments{"plain",     "two words",   "",
                                            "a\"b",      "end\\",       "my dir\\",
                                            "\\\\\"q\"", "C:\\a b\\\\", "\xC3\xA9"};

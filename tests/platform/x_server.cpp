@@ -22,7 +22,7 @@ bool InPath(const std::string& program) {
   return std::system(("command -v " + program + " > /dev/null").c_str()) == 0;
 }
 
-// Xvfb writes the number of a free display to this end once it takes connections.
+// Xvfb writes the display number to this pipe once it accepts connections.
 std::string ReadLine(int fd) {
   std::string line;
   char c = 0;
@@ -30,8 +30,8 @@ std::string ReadLine(int fd) {
   return line;
 }
 
-// A window manager that has only just come up misses windows that are shown right then.
-bool TakesCare(X11Connection& connection) {
+// A window manager that has just started misses windows that are shown at that moment.
+bool ManagesWindows(X11Connection& connection) {
   const xcb_window_t window = xcb_generate_id(connection.Xcb());
   xcb_create_window(connection.Xcb(), XCB_COPY_FROM_PARENT, window, connection.Root(), 0, 0, 10, 10,
                     0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
@@ -53,7 +53,7 @@ bool TakesCare(X11Connection& connection) {
 ChildProcess::ChildProcess(const std::vector<std::string>& command, int kept_fd)
     : process_(::fork()) {
   if (process_ != 0) return;
-  // A test that crashes leaves nothing behind.
+  // A crashed test leaves no processes.
   ::prctl(PR_SET_PDEATHSIG, SIGTERM);
   if (kept_fd >= 0) ::fcntl(kept_fd, F_SETFD, 0);
   const int nothing = ::open("/dev/null", O_WRONLY);
@@ -88,7 +88,7 @@ XServer::XServer(bool with_window_manager) {
   window_manager_ = std::make_unique<ChildProcess>(
       std::vector<std::string>{"env", "DISPLAY=" + display_, "openbox", "--sm-disable"}, -1);
   X11Connection connection(display_);
-  if (!Eventually([&] { return connection.HasWindowManager() && TakesCare(connection); })) {
+  if (!Eventually([&] { return connection.HasWindowManager() && ManagesWindows(connection); })) {
     throw std::runtime_error("openbox didn't start");
   }
 }

@@ -21,18 +21,18 @@ class ChildProcess {
   pid_t process_;
 };
 
-// A virtual X display of its own, with or without a window manager.
+// A virtual X display, with or without a window manager.
 class XServer {
  public:
   static constexpr int kWidth = 800;
-  // Whether the programs that it needs are installed.
+  // Returns true if the programs that it needs are installed.
   static bool Installed();
 
   explicit XServer(bool with_window_manager);
 
   // ":7"
   const std::string& Display() const { return display_; }
-  // As "setxkbmap" takes it: "us", "us,ru".
+  // A layout of setxkbmap: "us", "us,ru".
   void SetLayout(const std::string& layout) const;
 
  private:
@@ -41,7 +41,7 @@ class XServer {
   std::string display_;
 };
 
-// Calls the test again and again until it holds, for fifteen seconds at most.
+// Repeats the test until it holds, for at most fifteen seconds.
 template <typename Test>
 bool Eventually(const Test& test);
 

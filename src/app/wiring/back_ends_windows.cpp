@@ -7,8 +7,7 @@
 #include "platform/qt/settings_file.h"
 #include "platform/system.h"
 #include "platform/user_files.h"
-#include "platform/windows/chart_windows.h"
-#include "platform/windows/key_sender.h"
+#include "platform/windows/chart_desktop.h"
 #include "platform/windows/registry.h"
 
 namespace velumar {
@@ -36,8 +35,8 @@ BackEnds SystemBackEnds(const Options& options) {
   BackEnds ends;
   ends.settings = OpenSettings(options, ends.problems);
   ends.registry = std::make_unique<SystemRegistry>();
-  ends.chart_windows = std::make_unique<WindowsChartWindows>(std::string(kChartTitle));
-  ends.keys = std::make_unique<WindowsKeySender>(std::string(kChartTitle));
+  ends.chart_windows = MakeWindowsChartWindows(std::string(kChartTitle));
+  ends.keys = MakeWindowsKeySender(std::string(kChartTitle));
   ends.locale = SystemLocale();
   ends.clock = std::make_unique<SystemClock>();
   ends.programs = std::make_unique<SystemPrograms>(options.chart_arguments);

@@ -8,8 +8,7 @@
 #include "platform/qt/settings_file.h"
 #include "platform/system.h"
 #include "platform/user_files.h"
-#include "platform/x11/chart_windows.h"
-#include "platform/x11/key_sender.h"
+#include "platform/x11/chart_desktop.h"
 
 namespace velumar {
 
@@ -36,8 +35,8 @@ BackEnds SystemBackEnds(const Options& options) {
   BackEnds ends;
   Append(ends.problems, settings->TakeProblems());
   Append(ends.problems, registry->TakeProblems());
-  ends.chart_windows = std::make_unique<X11ChartWindows>(std::string(kChartTitle));
-  ends.keys = std::make_unique<X11KeySender>(std::string(kChartTitle));
+  ends.chart_windows = MakeX11ChartWindows(std::string(kChartTitle));
+  ends.keys = MakeX11KeySender(std::string(kChartTitle));
   ends.settings = std::move(settings);
   ends.registry = std::move(registry);
   ends.locale = SystemLocale();

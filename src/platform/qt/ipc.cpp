@@ -2,6 +2,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <array>
@@ -22,7 +23,7 @@ using Packet = std::array<char, sizeof(IpcMessage)>;
 // shorter than 108 bytes.
 QString SocketOf(std::string_view name) {
   QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-  if (folder.isEmpty()) {
+  if (folder.isEmpty() || !QFileInfo(folder).isWritable()) {
     folder = QString::fromStdString(PathText(UserFile("").parent_path()));
     QDir().mkpath(folder);
   }

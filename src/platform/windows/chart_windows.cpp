@@ -1,4 +1,4 @@
-#include "platform/windows/chart_windows.h"
+#include "platform/windows/chart_desktop.h"
 
 #include <windows.h>
 
@@ -59,89 +59,102 @@ std::vector<HWND> WithClassAndTitle(const std::string& window_class, const std::
   return found;
 }
 
+class WindowsChartWindows : public ChartWindows {
+ public:
+  explicit WindowsChartWindows(std::string host_title) : host_title_(std::move(host_title)) {}
+
+  std::vector<WindowId> TopLevelWindows() override {
+    std::vector<WindowId> windows;
+    for (const HWND window : AllTopLevelWindows()) {
+      windows.push_back(reinterpret_cast<std::uintptr_t>(window));
+    }
+    return windows;
+  }
+
+  std::string WindowTitle(WindowId window) override { return TitleOf(Native(window)); }
+
+  bool IsWindowVisible(WindowId window) override {
+    return ::IsWindowVisible(Native(window)) != 0 && ::IsIconic(Native(window)) == 0;
+  }
+
+  bool HasOwner(WindowId window) override {
+    return ::GetWindow(Native(window), GW_OWNER) != nullptr;
+  }
+
+  void Maximize(WindowId window) override {
+    WINDOWPLACEMENT placement{};
+    placement.length = sizeof placement;
+    bool placed = ::GetWindowPlacement(Native(window), &placement) != 0;
+    placement.showCmd = SW_SHOWMAXIMIZED;
+    placement.flags |= WPF_ASYNCWINDOWPLACEMENT;
+    placed = placed && ::SetWindowPlacement(Native(window), &placement) != 0;
+    // A program that may not place another's windows may still ask for it.
+    if (!placed) ::ShowWindowAsync(Native(window), SW_SHOWMAXIMIZED);
+  }
+
+  bool BringToFront(std::string_view title) override {
+    std::optional<HWND> window;
+    if (title == host_title_) {
+      const std::vector<HWND> main = WindowsChartProgram(host_title_).MainWindows();
+      if (!main.empty()) window = main.front();
+    } else {
+      window = WithTitle(title);
+    }
+    if (!window) return false;
+    // Asynchronous, so that a program that hangs doesn't block this one.
+    if (::IsIconic(*window) != 0) ::ShowWindowAsync(*window, SW_RESTORE);
+    // If the window has a dialog open, only the dialog can have the focus.
+    const HWND target = ::IsWindowEnabled(*window) != 0 ? *window : ::GetLastActivePopup(*window);
+    if (!IsInFront(target)) TakeFocus(target);
+    WaitUntil(kActivationTimeout, [&] { return IsInFront(target) && ::IsIconic(*window) == 0; });
+    RaiseOwnOnTop(target);
+    return true;
+  }
+
+  WindowId FocusedWindow() override {
+    return reinterpret_cast<std::uintptr_t>(::GetForegroundWindow());
+  }
+
+  WindowOwner OwnerOf(WindowId window) override {
+    if (ProcessOf(Native(window)) == ::GetCurrentProcessId()) return WindowOwner::kOwn;
+    const bool chart = WindowsChartProgram(host_title_).Owns(Native(window));
+    return chart ? WindowOwner::kChartProgram : WindowOwner::kOther;
+  }
+
+  bool GiveFocus(WindowId window) override {
+    const HWND target = Native(window);
+    if (::IsWindowVisible(target) == 0 || ::IsIconic(target) != 0) return false;
+    if (!IsInFront(target)) TakeFocus(target);
+    WaitUntil(kActivationTimeout, [target] { return IsInFront(target); });
+    RaiseOwnOnTop(target);
+    return true;
+  }
+
+  bool DialogExists(std::string_view window_class, std::string_view title) override {
+    const std::vector<HWND> found =
+        WithClassAndTitle(std::string(window_class), std::string(title));
+    const WindowsChartProgram program(host_title_);
+    const auto of_chart_program =
+        std::find_if(found.begin(), found.end(), [&](HWND window) { return program.Owns(window); });
+    if (of_chart_program == found.end()) return false;
+    // The dialog that the user sees may be a window of another class.
+    for (const HWND window : AllTopLevelWindows()) {
+      const bool dialog = ::IsWindowVisible(window) != 0 && TitleOf(window) == title &&
+                          ProcessOf(window) == ProcessOf(*of_chart_program);
+      if (dialog && !IsInFront(window)) TakeFocus(window);
+      if (dialog) break;
+    }
+    return true;
+  }
+
+ private:
+  std::string host_title_;
+};
+
 }  // namespace
 
-std::vector<WindowId> WindowsChartWindows::TopLevelWindows() {
-  std::vector<WindowId> windows;
-  for (const HWND window : AllTopLevelWindows()) {
-    windows.push_back(reinterpret_cast<std::uintptr_t>(window));
-  }
-  return windows;
-}
-
-std::string WindowsChartWindows::WindowTitle(WindowId window) { return TitleOf(Native(window)); }
-
-bool WindowsChartWindows::IsWindowVisible(WindowId window) {
-  return ::IsWindowVisible(Native(window)) != 0 && ::IsIconic(Native(window)) == 0;
-}
-
-bool WindowsChartWindows::HasOwner(WindowId window) {
-  return ::GetWindow(Native(window), GW_OWNER) != nullptr;
-}
-
-void WindowsChartWindows::Maximize(WindowId window) {
-  WINDOWPLACEMENT placement{};
-  placement.length = sizeof placement;
-  bool placed = ::GetWindowPlacement(Native(window), &placement) != 0;
-  placement.showCmd = SW_SHOWMAXIMIZED;
-  placement.flags |= WPF_ASYNCWINDOWPLACEMENT;
-  placed = placed && ::SetWindowPlacement(Native(window), &placement) != 0;
-  // A program that may not place another's windows may still ask for it.
-  if (!placed) ::ShowWindowAsync(Native(window), SW_SHOWMAXIMIZED);
-}
-
-bool WindowsChartWindows::BringToFront(std::string_view title) {
-  std::optional<HWND> window;
-  if (title == host_title_) {
-    const std::vector<HWND> main = WindowsChartProgram(host_title_).MainWindows();
-    if (!main.empty()) window = main.front();
-  } else {
-    window = WithTitle(title);
-  }
-  if (!window) return false;
-  // Asynchronous, so that a program that hangs doesn't block this one.
-  if (::IsIconic(*window) != 0) ::ShowWindowAsync(*window, SW_RESTORE);
-  // If the window has a dialog open, only the dialog can have the focus.
-  const HWND target = ::IsWindowEnabled(*window) != 0 ? *window : ::GetLastActivePopup(*window);
-  if (!IsInFront(target)) TakeFocus(target);
-  WaitUntil(kActivationTimeout, [&] { return IsInFront(target) && ::IsIconic(*window) == 0; });
-  RaiseOwnOnTop(target);
-  return true;
-}
-
-WindowId WindowsChartWindows::FocusedWindow() {
-  return reinterpret_cast<std::uintptr_t>(::GetForegroundWindow());
-}
-
-WindowOwner WindowsChartWindows::OwnerOf(WindowId window) {
-  if (ProcessOf(Native(window)) == ::GetCurrentProcessId()) return WindowOwner::kOwn;
-  const bool chart = WindowsChartProgram(host_title_).Owns(Native(window));
-  return chart ? WindowOwner::kChartProgram : WindowOwner::kOther;
-}
-
-bool WindowsChartWindows::GiveFocus(WindowId window) {
-  const HWND target = Native(window);
-  if (::IsWindowVisible(target) == 0 || ::IsIconic(target) != 0) return false;
-  if (!IsInFront(target)) TakeFocus(target);
-  WaitUntil(kActivationTimeout, [target] { return IsInFront(target); });
-  RaiseOwnOnTop(target);
-  return true;
-}
-
-bool WindowsChartWindows::DialogExists(std::string_view window_class, std::string_view title) {
-  const std::vector<HWND> found = WithClassAndTitle(std::string(window_class), std::string(title));
-  const WindowsChartProgram program(host_title_);
-  const auto of_chart_program =
-      std::find_if(found.begin(), found.end(), [&](HWND window) { return program.Owns(window); });
-  if (of_chart_program == found.end()) return false;
-  // The dialog that the user sees may be a window of another class.
-  for (const HWND window : AllTopLevelWindows()) {
-    const bool dialog = ::IsWindowVisible(window) != 0 && TitleOf(window) == title &&
-                        ProcessOf(window) == ProcessOf(*of_chart_program);
-    if (dialog && !IsInFront(window)) TakeFocus(window);
-    if (dialog) break;
-  }
-  return true;
+std::unique_ptr<ChartWindows> MakeWindowsChartWindows(std::string host_title) {
+  return std::make_unique<WindowsChartWindows>(std::move(host_title));
 }
 
 }  // namespace velumar

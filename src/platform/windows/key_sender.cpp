@@ -1,4 +1,4 @@
-#include "platform/windows/key_sender.h"
+#include "platform/windows/chart_desktop.h"
 
 #include <windows.h>
 
@@ -255,35 +255,47 @@ class FrontLoan {
   HWND before_;
 };
 
+class WindowsKeySender : public KeySender {
+ public:
+  explicit WindowsKeySender(std::string host_title) : host_title_(std::move(host_title)) {}
+
+  KeyOutcome Send(std::string_view keys) override {
+    constexpr char32_t kFirstPrintable = 0x20;
+    const std::vector<KeyStroke> strokes = ParseKeys(keys);
+    const bool control = std::any_of(strokes.begin(), strokes.end(), [](const KeyStroke& stroke) {
+      return stroke.named == NamedKey::kNone && stroke.character < kFirstPrintable;
+    });
+    if (control) {
+      throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
+    }
+    return Typing(host_title_).TypeAll(strokes);
+  }
+
+  KeyOutcome SendBehind(std::string_view keys) override {
+    const HWND front = ::GetForegroundWindow();
+    const WindowsChartProgram program(host_title_);
+    if (front != nullptr && program.TakesKeys(front)) return Send(keys);
+    const std::vector<HWND> charts = program.MainWindows();
+    // Once keys are held, the release of a modifier would not arrive either.
+    const bool free =
+        front != nullptr && !charts.empty() && ::IsIconic(charts.front()) == 0 &&
+        ::IsWindowEnabled(charts.front()) != 0 &&
+        WaitUntil(TimeoutFor(Obstacle::kUserTypes), [] { return !UserHoldsModifier(); });
+    if (!free) return KeyOutcome::kNotSent;
+    const HeldKeys held(front);
+    if (!held) return KeyOutcome::kNotSent;
+    const FrontLoan loan(front, charts.front());
+    return Send(keys);
+  }
+
+ private:
+  std::string host_title_;
+};
+
 }  // namespace
 
-KeyOutcome WindowsKeySender::Send(std::string_view keys) {
-  constexpr char32_t kFirstPrintable = 0x20;
-  const std::vector<KeyStroke> strokes = ParseKeys(keys);
-  const bool control = std::any_of(strokes.begin(), strokes.end(), [](const KeyStroke& stroke) {
-    return stroke.named == NamedKey::kNone && stroke.character < kFirstPrintable;
-  });
-  if (control) {
-    throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
-  }
-  return Typing(host_title_).TypeAll(strokes);
-}
-
-KeyOutcome WindowsKeySender::SendBehind(std::string_view keys) {
-  const HWND front = ::GetForegroundWindow();
-  const WindowsChartProgram program(host_title_);
-  if (front != nullptr && program.TakesKeys(front)) return Send(keys);
-  const std::vector<HWND> charts = program.MainWindows();
-  // Once keys are held, the release of a modifier would not arrive either.
-  const bool free =
-      front != nullptr && !charts.empty() && ::IsIconic(charts.front()) == 0 &&
-      ::IsWindowEnabled(charts.front()) != 0 &&
-      WaitUntil(TimeoutFor(Obstacle::kUserTypes), [] { return !UserHoldsModifier(); });
-  if (!free) return KeyOutcome::kNotSent;
-  const HeldKeys held(front);
-  if (!held) return KeyOutcome::kNotSent;
-  const FrontLoan loan(front, charts.front());
-  return Send(keys);
+std::unique_ptr<KeySender> MakeWindowsKeySender(std::string host_title) {
+  return std::make_unique<WindowsKeySender>(std::move(host_title));
 }
 
 }  // namespace velumar

@@ -1,4 +1,4 @@
-#include "platform/x11/chart_windows.h"
+#include "platform/x11/chart_desktop.h"
 
 #include <unistd.h>
 
@@ -101,92 +101,102 @@ void DropErrors(X11Connection& connection) {
   connection.RequireAlive();
 }
 
+class X11ChartWindows : public ChartWindows {
+ public:
+  X11ChartWindows(std::string host_title, const std::string& display_name)
+      : host_title_(std::move(host_title)), connection_(display_name) {}
+
+  std::vector<WindowId> TopLevelWindows() override {
+    const std::vector<xcb_window_t> windows = connection_.TopLevelWindows();
+    return {windows.begin(), windows.end()};
+  }
+
+  std::string WindowTitle(WindowId window) override {
+    std::string title = connection_.Title(Native(window));
+    connection_.RequireAlive();
+    return title;
+  }
+
+  bool IsWindowVisible(WindowId window) override {
+    const bool shown = IsShown(connection_, Native(window));
+    connection_.RequireAlive();
+    return shown;
+  }
+
+  bool HasOwner(WindowId window) override {
+    const bool owned = connection_.Owner(Native(window)) != XCB_NONE;
+    connection_.RequireAlive();
+    return owned;
+  }
+
+  void Maximize(WindowId window) override {
+    xcb_ewmh_connection_t* const ewmh = connection_.Ewmh();
+    if (connection_.HasWindowManager()) {
+      xcb_ewmh_request_change_wm_state(ewmh, connection_.ScreenNumber(), Native(window),
+                                       XCB_EWMH_WM_STATE_ADD, ewmh->_NET_WM_STATE_MAXIMIZED_VERT,
+                                       ewmh->_NET_WM_STATE_MAXIMIZED_HORZ,
+                                       XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
+    } else {
+      FillScreen(connection_, Native(window));
+    }
+    xcb_flush(connection_.Xcb());
+    DropErrors(connection_);
+  }
+
+  bool BringToFront(std::string_view title) override {
+    std::optional<xcb_window_t> window;
+    if (title == host_title_) {
+      const std::vector<xcb_window_t> main =
+          X11ChartProgram(connection_, host_title_).MainWindows();
+      if (!main.empty()) window = main.front();
+    } else {
+      window = WithTitle(connection_, title);
+    }
+    if (!window) return false;
+    PutInFront(connection_, *window);
+    DropErrors(connection_);
+    return true;
+  }
+
+  WindowId FocusedWindow() override { return connection_.FocusedWindow(); }
+
+  WindowOwner OwnerOf(WindowId window) override {
+    const auto process = static_cast<std::uint32_t>(::getpid());
+    const bool own =
+        connection_.NumberProperty(Native(window), connection_.Ewmh()->_NET_WM_PID) == process;
+    connection_.RequireAlive();
+    if (own) return WindowOwner::kOwn;
+    const bool chart = X11ChartProgram(connection_, host_title_).Owns(Native(window));
+    return chart ? WindowOwner::kChartProgram : WindowOwner::kOther;
+  }
+
+  bool GiveFocus(WindowId window) override {
+    if (!IsShown(connection_, Native(window))) return false;
+    if (!IsInFront(connection_, Native(window))) PutInFront(connection_, Native(window));
+    DropErrors(connection_);
+    return true;
+  }
+
+  // The caller types into the dialog next. It comes to the front first, in case the trader clicked
+  // elsewhere or the window manager is slow.
+  bool DialogExists(std::string_view, std::string_view title) override {
+    const std::optional<xcb_window_t> dialog =
+        X11ChartProgram(connection_, host_title_).ShownDialog(title);
+    if (dialog && !IsInFront(connection_, *dialog)) PutInFront(connection_, *dialog);
+    DropErrors(connection_);
+    return dialog.has_value();
+  }
+
+ private:
+  std::string host_title_;
+  X11Connection connection_;
+};
+
 }  // namespace
 
-X11ChartWindows::X11ChartWindows(std::string host_title, const std::string& display_name)
-    : host_title_(std::move(host_title)),
-      connection_(std::make_unique<X11Connection>(display_name)) {}
-
-X11ChartWindows::~X11ChartWindows() = default;
-
-std::vector<WindowId> X11ChartWindows::TopLevelWindows() {
-  const std::vector<xcb_window_t> windows = connection_->TopLevelWindows();
-  return {windows.begin(), windows.end()};
-}
-
-std::string X11ChartWindows::WindowTitle(WindowId window) {
-  std::string title = connection_->Title(Native(window));
-  connection_->RequireAlive();
-  return title;
-}
-
-bool X11ChartWindows::IsWindowVisible(WindowId window) {
-  const bool shown = IsShown(*connection_, Native(window));
-  connection_->RequireAlive();
-  return shown;
-}
-
-bool X11ChartWindows::HasOwner(WindowId window) {
-  const bool owned = connection_->Owner(Native(window)) != XCB_NONE;
-  connection_->RequireAlive();
-  return owned;
-}
-
-void X11ChartWindows::Maximize(WindowId window) {
-  xcb_ewmh_connection_t* const ewmh = connection_->Ewmh();
-  if (connection_->HasWindowManager()) {
-    xcb_ewmh_request_change_wm_state(ewmh, connection_->ScreenNumber(), Native(window),
-                                     XCB_EWMH_WM_STATE_ADD, ewmh->_NET_WM_STATE_MAXIMIZED_VERT,
-                                     ewmh->_NET_WM_STATE_MAXIMIZED_HORZ,
-                                     XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
-  } else {
-    FillScreen(*connection_, Native(window));
-  }
-  xcb_flush(connection_->Xcb());
-  DropErrors(*connection_);
-}
-
-bool X11ChartWindows::BringToFront(std::string_view title) {
-  std::optional<xcb_window_t> window;
-  if (title == host_title_) {
-    const std::vector<xcb_window_t> main = X11ChartProgram(*connection_, host_title_).MainWindows();
-    if (!main.empty()) window = main.front();
-  } else {
-    window = WithTitle(*connection_, title);
-  }
-  if (!window) return false;
-  PutInFront(*connection_, *window);
-  DropErrors(*connection_);
-  return true;
-}
-
-WindowId X11ChartWindows::FocusedWindow() { return connection_->FocusedWindow(); }
-
-WindowOwner X11ChartWindows::OwnerOf(WindowId window) {
-  const auto process = static_cast<std::uint32_t>(::getpid());
-  const bool own =
-      connection_->NumberProperty(Native(window), connection_->Ewmh()->_NET_WM_PID) == process;
-  connection_->RequireAlive();
-  if (own) return WindowOwner::kOwn;
-  const bool chart = X11ChartProgram(*connection_, host_title_).Owns(Native(window));
-  return chart ? WindowOwner::kChartProgram : WindowOwner::kOther;
-}
-
-bool X11ChartWindows::GiveFocus(WindowId window) {
-  if (!IsShown(*connection_, Native(window))) return false;
-  if (!IsInFront(*connection_, Native(window))) PutInFront(*connection_, Native(window));
-  DropErrors(*connection_);
-  return true;
-}
-
-// The caller types into the dialog next. It comes to the front first, in case the trader clicked
-// elsewhere or the window manager is slow.
-bool X11ChartWindows::DialogExists(std::string_view, std::string_view title) {
-  const std::optional<xcb_window_t> dialog =
-      X11ChartProgram(*connection_, host_title_).ShownDialog(title);
-  if (dialog && !IsInFront(*connection_, *dialog)) PutInFront(*connection_, *dialog);
-  DropErrors(*connection_);
-  return dialog.has_value();
+std::unique_ptr<ChartWindows> MakeX11ChartWindows(std::string host_title,
+                                                  const std::string& display_name) {
+  return std::make_unique<X11ChartWindows>(std::move(host_title), display_name);
 }
 
 }  // namespace velumar

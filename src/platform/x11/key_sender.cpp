@@ -1,4 +1,4 @@
-#include "platform/x11/key_sender.h"
+#include "platform/x11/chart_desktop.h"
 
 #include <algorithm>
 #include <chrono>
@@ -110,26 +110,36 @@ class Typing {
   bool answered_ = true;
 };
 
+class X11KeySender : public KeySender {
+ public:
+  X11KeySender(std::string host_title, std::string display_name)
+      : host_title_(std::move(host_title)),
+        display_name_(std::move(display_name)),
+        connection_(display_name_) {}
+
+  KeyOutcome Send(std::string_view keys) override { return TypeAll(keys, false); }
+
+  KeyOutcome SendBehind(std::string_view keys) override { return TypeAll(keys, true); }
+
+ private:
+  KeyOutcome TypeAll(std::string_view keys, bool behind) {
+    const std::vector<KeyStroke> strokes = ParseKeys(keys);
+    if (!std::all_of(strokes.begin(), strokes.end(), X11Layout::CanType)) {
+      throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
+    }
+    connection_.RequireAnswer();
+    return Typing(connection_, host_title_, display_name_, behind).TypeAll(strokes);
+  }
+
+  std::string host_title_;
+  std::string display_name_;
+  X11Connection connection_;
+};
+
 }  // namespace
 
-X11KeySender::X11KeySender(std::string host_title, std::string display_name)
-    : host_title_(std::move(host_title)),
-      display_name_(std::move(display_name)),
-      connection_(std::make_unique<X11Connection>(display_name_)) {}
-
-X11KeySender::~X11KeySender() = default;
-
-KeyOutcome X11KeySender::Send(std::string_view keys) { return TypeAll(keys, false); }
-
-KeyOutcome X11KeySender::SendBehind(std::string_view keys) { return TypeAll(keys, true); }
-
-KeyOutcome X11KeySender::TypeAll(std::string_view keys, bool behind) {
-  const std::vector<KeyStroke> strokes = ParseKeys(keys);
-  if (!std::all_of(strokes.begin(), strokes.end(), X11Layout::CanType)) {
-    throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
-  }
-  connection_->RequireAnswer();
-  return Typing(*connection_, host_title_, display_name_, behind).TypeAll(strokes);
+std::unique_ptr<KeySender> MakeX11KeySender(std::string host_title, std::string display_name) {
+  return std::make_unique<X11KeySender>(std::move(host_title), std::move(display_name));
 }
 
 }  // namespace velumar

@@ -7,18 +7,18 @@
 #include <cctype>
 #include <chrono>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
 
 #include "base/windows_text.h"
-#include "platform/windows/chart_windows.h"
-#include "platform/windows/key_sender.h"
+#include "platform/windows/chart_desktop.h"
 
 namespace velumar {
 
-// A window with a thread of its own, as another program's: a line to type into.
+// A window of another program, with its own thread, that records what is typed into it.
 class TypingWindow {
  public:
   explicit TypingWindow(std::string title) : title_(WideText(title)), thread_([this] { Run(); }) {
@@ -33,7 +33,7 @@ class TypingWindow {
 
   HWND Window() const { return window_; }
   void SetBusy(bool busy) { busy_ = busy; }
-  // What has been typed since the last call, without asking the window's thread.
+  // Returns and clears what was typed, without waiting for the window's thread.
   std::string Taken() {
     const std::lock_guard lock(guard_);
     return Utf8Text(std::exchange(text_, {}));
@@ -83,8 +83,8 @@ class TypingWindow {
   std::jthread thread_;
 };
 
-// A person's key, which is not marked as ours.
-inline void PersonKey(WORD code, bool down) {
+// A key of the user, which is not marked as ours.
+inline void UserKey(WORD code, bool down) {
   INPUT input{};
   input.type = INPUT_KEYBOARD;
   input.ki.wVk = code;
@@ -93,7 +93,7 @@ inline void PersonKey(WORD code, bool down) {
   ::SendInput(1, &input, sizeof input);
 }
 
-// The chart program, another program and a person on the desktop.
+// The chart program, another program and a user on the desktop.
 class KeyDriver {
  public:
   static constexpr const char* kHost = "VelumarTestHost";
@@ -101,12 +101,14 @@ class KeyDriver {
 
   ~KeyDriver() { SetCapsLock(false); }
 
+  ChartWindows& Windows() { return *windows_; }
+  KeySender& Keys() { return *keys_; }
   WindowId OpenChart(const std::string& title) { return OpenOther(title); }
   WindowId OpenOther(const std::string& title) {
     auto opened = std::make_unique<TypingWindow>(title);
     const auto window = static_cast<WindowId>(reinterpret_cast<std::uintptr_t>(opened->Window()));
     opened_[window] = std::move(opened);
-    EXPECT_TRUE(windows.BringToFront(title));
+    EXPECT_TRUE(windows_->BringToFront(title));
     return window;
   }
   void Minimise(WindowId window) { ::ShowWindow(opened_.at(window)->Window(), SW_MINIMIZE); }
@@ -114,16 +116,16 @@ class KeyDriver {
   void SetBusy(WindowId window, bool busy) { opened_.at(window)->SetBusy(busy); }
 
   void PressL() {
-    PersonKey('L', true);
-    PersonKey('L', false);
+    UserKey('L', true);
+    UserKey('L', false);
   }
-  void HoldShift(bool down) { PersonKey(VK_SHIFT, down); }
+  void HoldShift(bool down) { UserKey(VK_SHIFT, down); }
   void SetCapsLock(bool on) {
     if (on == HasCapsLock()) return;
-    PersonKey(VK_CAPITAL, true);
-    PersonKey(VK_CAPITAL, false);
+    UserKey(VK_CAPITAL, true);
+    UserKey(VK_CAPITAL, false);
     caps_lock_ = on;
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));  // until every program knows of it
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));  // until every program has noticed
   }
   bool HasCapsLock() const { return caps_lock_; }
 
@@ -131,9 +133,8 @@ class KeyDriver {
   std::map<WindowId, std::unique_ptr<TypingWindow>> opened_;
   bool caps_lock_ = false;
 
- public:
-  WindowsChartWindows windows{kHost};
-  WindowsKeySender keys{kHost};
+  std::unique_ptr<ChartWindows> windows_ = MakeWindowsChartWindows(kHost);
+  std::unique_ptr<KeySender> keys_ = MakeWindowsKeySender(kHost);
 };
 
 }  // namespace velumar

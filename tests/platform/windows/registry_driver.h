@@ -8,7 +8,7 @@
 
 namespace velumar {
 
-// A registry in which a test may change everything below kRoot.
+// A registry that a test may change below kRoot.
 class RegistryDriver {
  public:
   static constexpr const char* kRoot = "Software\\VelumarTest";

@@ -6,7 +6,7 @@
 
 namespace velumar {
 
-// Where an installed program, its samples and a user's files are below a folder.
+// The folders of an installed program, its samples and a user's files, below `root`.
 struct UserTree {
   explicit UserTree(const std::filesystem::path& root)
       : program(root / "program"),

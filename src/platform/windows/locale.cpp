@@ -28,12 +28,6 @@ class WindowsLocale : public LocaleInfo {
 
 }  // namespace
 
-std::int32_t SystemClock::Today() const {
-  SYSTEMTIME now{};
-  ::GetLocalTime(&now);
-  return now.wYear * 10000 + now.wMonth * 100 + now.wDay;
-}
-
 std::unique_ptr<LocaleInfo> SystemLocale() { return std::make_unique<WindowsLocale>(); }
 
 }  // namespace velumar
