@@ -3,19 +3,19 @@
 #include <filesystem>
 #include <string>
 
-#include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "platform/virtual_platform.h"
 #include "session/sim_session.h"
+#include "support/recorded_run.h"
 #include "trading/orders.h"
-#include "trading/status_display.h"
+#include "trading/status_texts.h"
 
 namespace velumar {
 namespace {
 
 std::string AsItIs(std::string_view date) { return std::string(date); }
 
-// An order desk on one bar, with money enough for any number of orders of nothing but one contract.
+// An order desk on one bar, with enough money for any number of one-contract orders.
 struct Desk {
   explicit Desk(const std::string& file) {
     LedgerOpen(ledger, file);
@@ -28,7 +28,7 @@ struct Desk {
     }
     session.ProfitPerContract = 1000;
     session.Balance = session.Portfolio = 2000000;
-    desktop.form1().txtcomm.SetText("0");
+    run.commission = "0";
   }
 
   void Trade() {
@@ -37,12 +37,11 @@ struct Desk {
   }
 
   SimSession session;
-  Desktop desktop;
+  RecordedRun run;
   VirtualPlatform outside;
   Platform platform = outside.References();
   LedgerConnection ledger{AsItIs};
-  StatusDisplay status{session, desktop, outside.locale};
-  OrderDesk orders{session, desktop, platform, ledger, status};
+  OrderDesk orders{session, run, run, platform, ledger};
 };
 
 std::string FreshFile(const std::string& name) {
@@ -68,7 +67,7 @@ void BM_OrderWithDisk(benchmark::State& state) {
 }
 BENCHMARK(BM_OrderWithDisk)->Unit(benchmark::kMicrosecond);
 
-// What the disk alone takes for a row: one insert, committed and flushed.
+// The time of the disk alone: one insert, committed and flushed.
 void BM_BareCommitOfOneRow(benchmark::State& state) {
   SqliteDatabase database(FreshFile("velumar-large-bare.mdb"), SqliteDatabase::Mode::kCreate);
   database.Execute("PRAGMA journal_mode=WAL");
@@ -81,7 +80,7 @@ BENCHMARK(BM_BareCommitOfOneRow)->Unit(benchmark::kMicrosecond);
 
 void BM_ShowStatus(benchmark::State& state) {
   Desk desk(":memory:");
-  for (auto _ : state) desk.status.ShowStatus();
+  for (auto _ : state) ShowStatus(desk.session, desk.run, desk.outside.locale);
 }
 BENCHMARK(BM_ShowStatus)->Unit(benchmark::kMicrosecond);
 

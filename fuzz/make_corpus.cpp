@@ -53,10 +53,8 @@ void MakeTexts(const fs::path& csv, const fs::path& texts) {
   WriteFile(csv / "format", "%d.%m.%Y %H:%M\nDate;Time;Close\n02.01.2007 10:00;10:00;11,5\n");
   WriteFile(csv / "iso", "\ndate\topen\thigh\tlow\tclose\n2007-01-02T10:00:00\t1\t2\t0.5\t1.5\n");
   WriteFile(texts / "keys", std::string(1, '\0') + "%(FO)^{TAB}+a{ENTER}{%}~");
-  WriteFile(texts / "sections", "\1[Settings]\nLastPath=C:\\Prices%0A\n# text\nTop=15\n");
-  WriteFile(texts / "value", "\2dword:0000002a");
-  WriteFile(texts / "number", "\3-1,234.5e2");
-  WriteFile(texts / "date", "\00331/12/2007dd/MM/yyyy");
+  WriteFile(texts / "number", "\1-1,234.5e2");
+  WriteFile(texts / "date", "\00131/12/2007dd/MM/yyyy");
 }
 
 void MakeScores(const fs::path& corpus) {

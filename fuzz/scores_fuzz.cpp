@@ -7,7 +7,7 @@
 #include "forms/desktop.h"
 #include "packed_files.h"
 #include "platform/virtual_platform.h"
-#include "scored/score.h"
+#include "scoreserver/score.h"
 #include "session/sim_session.h"
 #include "shell/score_board.h"
 

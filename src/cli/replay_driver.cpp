@@ -9,7 +9,6 @@
 
 #include "base/dates.h"
 #include "cli/json_text.h"
-#include "cli/ledger_texts.h"
 #include "cli/replay_state.h"
 
 namespace velumar {
@@ -18,11 +17,11 @@ namespace {
 
 constexpr std::size_t kLongestCommand = 16384;
 
-// Leaves every loop and handler that the end of the input finds running. No error: nothing on the
-// way may take it for one.
+// Thrown to leave all running loops and handlers at the end of the input. Not a std::exception, so
+// that nothing on the way handles it.
 struct EndOfInput {};
 
-// The command's name, and the rest of the line behind the one blank after it.
+// The command's name, and the rest of the line after one blank.
 std::pair<std::string_view, std::string_view> Split(std::string_view line) {
   const std::size_t blank = line.find(' ');
   if (blank == std::string_view::npos) return {line, {}};
@@ -52,7 +51,7 @@ int WholeNumber(std::string_view text) {
   int number = -1;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
   if (result.ec != std::errc() || result.ptr != text.data() + text.size() || number < 0) {
-    throw std::invalid_argument("\"" + std::string(text) + "\" is no whole number");
+    throw std::invalid_argument("\"" + std::string(text) + "\" is not a whole number");
   }
   return number;
 }
@@ -60,13 +59,12 @@ int WholeNumber(std::string_view text) {
 std::int32_t DateOf(std::string_view text) {
   const std::int32_t date = WholeNumber(text);
   if (!IsRealDate(date)) {
-    throw std::invalid_argument("\"" + std::string(text) + "\" is no date yyyymmdd");
+    throw std::invalid_argument("\"" + std::string(text) + "\" is not a date yyyymmdd");
   }
   return date;
 }
 
-// A run is set up in windows that are hidden by now, so the text comes in whether or not a hand
-// could reach the box.
+// During a run the setup window is hidden, so this works on controls that the trader can't reach.
 void TypeInto(Control& control, std::string_view text) {
   if (auto* picker = dynamic_cast<DatePicker*>(&control)) {
     picker->SetValue(DateOf(text));
@@ -95,7 +93,7 @@ void ReplayDriver::Run() {
     Begin(world_.Windows().form1.Image3);
     while (ReadCommand()) Execute();
   } catch (const EndOfInput&) {
-    // Whatever was on has been left.
+    // The run is left as it is.
   }
   if (too_long_) {
     throw std::runtime_error("a command on stdin is longer than " +
@@ -103,7 +101,7 @@ void ReplayDriver::Run() {
   }
 }
 
-// The moment before a feed loop would feed its next bar.
+// Called before the feed feeds its next bar.
 void ReplayDriver::AtFeedLoop() {
   if (passes_ > 0) {
     --passes_;
@@ -113,7 +111,7 @@ void ReplayDriver::AtFeedLoop() {
   AnswerIfDue();
   while (ReadCommand()) {
     const bool loop_goes_on = Execute();
-    // A loop that another run has ended has nothing more to wait for here.
+    // A feed that was superseded by another run must return.
     if (loop_goes_on || !world_.program.Feeding()) return;
   }
   throw EndOfInput();
@@ -197,8 +195,7 @@ bool ReplayDriver::Pause() {
   return draining_;
 }
 
-// Comes back when the run has ended; its commands were read on the way. Whatever command was in
-// hand by then is answered here.
+// Returns when the run has ended; the commands of the run are read inside. Answers the last one.
 void ReplayDriver::Begin(Control& button) {
   answer_due_ = true;
   Click(button);

@@ -11,19 +11,19 @@
 
 namespace velumar {
 
-// Runs commands from a stream where a user's clicks would fall, and answers each by one line of
-// JSON. A feed only goes on as far as the commands let it.
+// Runs commands from a stream at the moments when a trader could click, and answers each with one
+// line of JSON. A feed advances only as far as the commands say.
 class ReplayDriver {
  public:
   ReplayDriver(ReplayWorld& world, std::istream& in, std::ostream& out);
 
-  // Starts the run and returns at the end of the input, also in the middle of a feed.
+  // Starts the run and returns at the end of the input, even during a feed.
   void Run();
 
  private:
   void AtFeedLoop();
   bool ReadCommand();
-  // True when the feed loop must go on before the next command.
+  // Returns true if the feed must continue before the next command.
   bool Execute();
   bool Feed(std::string_view count);
   bool Pause();
@@ -46,8 +46,8 @@ class ReplayDriver {
   bool ordered_ = false;
   bool figures_asked_ = false;
   long rows_before_ = 0;
-  std::string error_;  // what was wrong with the command in hand, beside its state
-  int passes_ = 0;     // of the feed loop, before the next command
+  std::string error_;  // about the current command; answered next to the state
+  int passes_ = 0;     // bars to feed before the next command
   bool draining_ = false;
   std::chrono::milliseconds answered_at_{0};
 };

@@ -94,7 +94,7 @@ Json StoreState(ReplayWorld& world) {
       store["last"] = {dates.back(), times.back()};
     }
   } catch (const MetaLibError&) {
-    // A store that can't be read holds no bar for anybody.
+    // A store that can't be read shows no bars.
   }
   return store;
 }

@@ -5,7 +5,7 @@
 
 #include "base/dates.h"
 #include "base/text.h"
-#include "cli/common_options.h"
+#include "cli/commands.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
@@ -15,13 +15,13 @@ namespace velumar {
 
 namespace {
 
-// Before the program asks for another directory that nobody is there to choose.
+// Checked first, since the program would ask for another directory.
 void RequireData(const std::string& directory, IndexCache& cache) {
   MetaLibReader reader(cache);
   reader.OpenDirectory(directory);
 }
 
-// Refuses a store that can't be used before the run, which could only show a box.
+// Checked first, since the run would only show a box.
 void RequireStore(const ReplayArguments& arguments) {
   const std::string store =
       arguments.store.empty() ? arguments.directory + "\\Simulate" : arguments.store;
@@ -45,14 +45,14 @@ std::pair<std::string, std::string> Parts(const std::string& assignment) {
   return {assignment.substr(0, equals), assignment.substr(equals + 1)};
 }
 
-// At each load of its window, the first one included.
+// For each load of its window, including the first.
 void SetStartText(ReplayWorld& world, const std::string& assignment) {
   const auto [name, text] = Parts(assignment);
   world.NamedControl(name).SetStartText(text);
 }
 
-// The start fills boxes from the settings and the market's presets, and groups the digits of money.
-// Directory, symbol and interval are arguments of their own.
+// The start has filled boxes from the settings and the market's defaults. Directory, symbol and
+// interval are arguments of their own.
 void SetTextAgain(ReplayWorld& world, const std::string& assignment) {
   const auto [name, text] = Parts(assignment);
   Control& control = world.NamedControl(name);
@@ -73,7 +73,7 @@ ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
       index_cache(cache) {
   RequireData(arguments.directory, cache);
   RequireStore(arguments);
-  outside.locale.pattern = UsedDatePattern(arguments.date_pattern);
+  outside.locale.pattern = DatePatternOrDefault(arguments.date_pattern);
   outside.settings.Save("LastPath", arguments.directory);
   for (const std::string& assignment : arguments.texts) SetStartText(*this, assignment);
   program.Start();
@@ -91,7 +91,7 @@ Control* FindControl(Desktop& desktop, const std::string& name) {
 
 Control& ReplayWorld::NamedControl(const std::string& name) {
   Control* control = FindControl(desktop, name);
-  if (control == nullptr) throw std::invalid_argument("there is no control \"" + name + "\"");
+  if (control == nullptr) throw std::invalid_argument("unknown control \"" + name + "\"");
   return *control;
 }
 
@@ -110,7 +110,7 @@ void ReplayWorld::ChooseSeries(const ReplayArguments& arguments) {
   if (found < 0) RefuseSeries(arguments, "no such symbol");
   setup.Combo1.UserChoose(found);
   if (exact) return;
-  // A series whose interval nothing tells answers to the one that is asked for.
+  // A series of unknown interval is found under any.
   const auto series = ReplayableInterval(arguments.interval);
   if (!series) RefuseSeries(arguments, "no such interval");
   MetaLibReader reader(index_cache);

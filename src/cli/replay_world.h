@@ -20,24 +20,24 @@ struct ReplayArguments {
   std::string symbol;
   std::string interval;
   std::int32_t start = 0;          // yyyymmdd
-  std::string store;               // empty: below the directory
+  std::string store;               // empty: in the data directory
   std::vector<std::string> texts;  // NAME=TEXT
   std::string date_pattern;        // empty: the user's
-  std::string ledger;              // empty: kept nowhere
+  std::string ledger;              // empty: not saved
 };
 
 // The control of a name such as "Form1.txtcomm"; null if there is none.
 Control* FindControl(Desktop& desktop, const std::string& name);
 
-// The whole program on a virtual clock, with the series chosen and the start date picked: one click
-// on "Start" away from its run.
+// The whole program on a virtual clock, with series and start date chosen. The next step is a click
+// on "Start".
 class ReplayWorld {
  public:
-  // Throws std::invalid_argument for a control that isn't there, std::runtime_error or MetaLibError
-  // for a directory, series or store that can't be used.
+  // Throws std::invalid_argument for an unknown control, std::runtime_error or MetaLibError for a
+  // directory, series or store that can't be used.
   ReplayWorld(const ReplayArguments& arguments, IndexCache& cache);
 
-  // Throws std::invalid_argument for a control that isn't there.
+  // Throws std::invalid_argument for an unknown control.
   Control& NamedControl(const std::string& name);
   Desktop::Windows Windows() { return desktop.Untouched(); }
 

@@ -20,23 +20,8 @@ void Chart::SetRows(ChartRows rows) {
   Changed();
 }
 
-void Chart::SetType(int type) {
-  content_.type = type;
-  Changed();
-}
-
 void Chart::SetSeriesColour(int red, int green, int blue) {
   content_.series = static_cast<Colour>(red | green << 8 | blue << 16);
-  Changed();
-}
-
-void Chart::SetShadow(bool shadow) {
-  content_.shadow = shadow;
-  Changed();
-}
-
-void Chart::SetWallWhite() {
-  content_.white_wall = true;
   Changed();
 }
 
@@ -49,7 +34,7 @@ void Chart::ToDefaults() {
 }
 
 void Chart::SaveTo(const std::string& file) const {
-  if (!save) throw std::runtime_error(file + ": nothing here draws the chart");
+  if (!save) throw std::runtime_error(file + ": no window shows the chart");
   save(file);
 }
 
@@ -65,7 +50,7 @@ void ChartPicture::SetContent(ChartContent content) {
 }
 
 void ChartPicture::PrintPages(const PrintJob& job) const {
-  if (!print) throw std::runtime_error("Nothing here prints.");
+  if (!print) throw std::runtime_error("No window shows the page.");
   print(job);
 }
 

@@ -11,7 +11,7 @@
 
 namespace velumar {
 
-// A value for each date, in the order in which they are drawn.
+// The values of a chart with their labels, in the order in which they are drawn.
 struct ChartRows {
   std::vector<std::string> labels;
   std::vector<double> values;
@@ -19,7 +19,7 @@ struct ChartRows {
   bool operator==(const ChartRows&) const = default;
 };
 
-// The numbers of the types that a chart is drawn as.
+// The chart types.
 inline constexpr int kChart3DBar = 0;
 inline constexpr int kChart2DBar = 1;
 inline constexpr int kChart3DLine = 2;
@@ -34,37 +34,37 @@ struct ChartContent {
   Colour series = 49152;  // a green
   bool shadow = false;
   bool white_wall = false;
-  std::optional<std::pair<double, double>> span;  // the places in sight; all of them without
+  std::optional<std::pair<double, double>> span;  // the visible rows; without, all of them
 
   bool operator==(const ChartContent&) const = default;
 };
 
 class Chart : public Control {
  public:
-  // Something lies over all that is below `strip_top`, in twips of the container.
+  // What is below `strip_top`, in twips of the container, is covered by other controls.
   Chart(Form& form, const ControlSpec& spec, float strip_top)
       : Control(form, ControlKind::kChart, spec), strip_top_(strip_top) {}
   void Reset() override;
 
-  // The part of the chart's height that is covered, in twips.
+  // The covered part of the chart's height, in twips.
   float Covered() const;
 
   const ChartContent& Content() const { return content_; }
   void SetRows(ChartRows rows);
-  void SetType(int type);
+  void SetType(int type) { Assign(content_.type, type); }
   void SetSeriesColour(int red, int green, int blue);
-  void SetShadow(bool shadow);
-  void SetWallWhite();
-  // A flat line without shadow on a plain wall, all of it in sight. Rows and colour stay.
+  void SetShadow(bool shadow) { Assign(content_.shadow, shadow); }
+  void SetWallWhite() { Assign(content_.white_wall, true); }
+  // A 2D line without shadow on a plain wall, showing all rows. Rows and colour don't change.
   void ToDefaults();
-  // The hand on the wheel or dragging; who draws the chart shows it already.
+  // After a zoom or drag by the trader. The view shows it already.
   void UserSpan(std::optional<std::pair<double, double>> span) { content_.span = span; }
 
-  // Saves the chart as it is shown. Throws std::runtime_error that names the file; an older file
-  // of that name is then untouched.
+  // Saves the chart as it is shown. Throws std::runtime_error that names the file; an existing file
+  // is then unchanged.
   void SaveTo(const std::string& file) const;
 
-  // Bound by who draws the chart: the endings that files can have, and the saving.
+  // Set by the view: the file types, and how to save one.
   std::vector<std::string> endings;
   std::function<void(const std::string& file)> save;
 
@@ -73,15 +73,15 @@ class Chart : public Control {
   ChartContent content_;
 };
 
-// A page to be printed: the picture at its own place and size.
+// How the page of a preview is printed.
 struct PrintJob {
-  int orientation = 1;  // 2 is across
+  int orientation = 1;  // 2 is landscape
   int quality = -3;     // -2 low to -4 high
   int copies = 1;
-  std::string pdf_file;  // in place of the printer, where it isn't empty
+  std::string pdf_file;  // used instead of the printer unless empty
 };
 
-// The picture of a chart at the control's size.
+// A picture of a chart.
 class ChartPicture : public Control {
  public:
   ChartPicture(Form& form, const ControlSpec& spec)
@@ -93,7 +93,7 @@ class ChartPicture : public Control {
   // Throws std::runtime_error with the printer's reason.
   void PrintPages(const PrintJob& job) const;
 
-  // The mouse in twips within the picture.
+  // Mouse positions are in twips within the picture.
   void UserMouseDown(float x, float y);
   void UserMouseMove(float x, float y);
   void UserMouseUp(float x, float y);
@@ -101,7 +101,7 @@ class ChartPicture : public Control {
   std::function<void(float x, float y)> on_mouse_move;
   std::function<void(float x, float y)> on_mouse_up;
 
-  // Bound by who draws the picture.
+  // Set by the view.
   std::function<void(const PrintJob& job)> print;
 
  private:

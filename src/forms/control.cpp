@@ -47,12 +47,6 @@ void Control::Reset() {
   height_ = spec_.height;
 }
 
-void Control::SetText(std::string_view text) {
-  if (text == text_) return;
-  text_ = text;
-  Changed();
-}
-
 std::string Control::SpokenName() const {
   if (!spec_.spoken.empty()) return std::string(spec_.spoken);
   if (kind_ == ControlKind::kLabel) return text_;
@@ -61,30 +55,6 @@ std::string Control::SpokenName() const {
   std::string name = caption ? text_ : std::string();
   name.erase(std::remove(name.begin(), name.end(), '&'), name.end());
   return name;
-}
-
-void Control::SetToolTip(std::string_view text) {
-  if (text == tooltip_) return;
-  tooltip_ = text;
-  Changed();
-}
-
-void Control::SetVisible(bool visible) {
-  if (visible == visible_) return;
-  visible_ = visible;
-  Changed();
-}
-
-void Control::SetEnabled(bool enabled) {
-  if (enabled == enabled_) return;
-  enabled_ = enabled;
-  Changed();
-}
-
-void Control::SetForeColour(Colour colour) {
-  if (colour == colour_) return;
-  colour_ = colour;
-  Changed();
 }
 
 void Control::SetPlace(float left, float top) {
@@ -113,7 +83,7 @@ void Control::UserPress() {
   if (Reachable()) Fire(on_press);
 }
 
-// A release follows its press even where the press has hidden the control.
+// A release follows its press even if the press has hidden the control.
 void Control::UserRelease() { Fire(on_release); }
 
 void Control::UserKeyUp(int key_code) {
@@ -203,10 +173,7 @@ void DatePicker::Reset() {
 }
 
 void DatePicker::SetValue(std::int32_t date) {
-  if (date == value_) return;
-  value_ = date;
-  Changed();
-  Fire(on_change);
+  if (Assign(value_, date)) Fire(on_change);
 }
 
 void DatePicker::UserPick(std::int32_t date) {
@@ -228,12 +195,10 @@ void Slider::Reset() {
 
 void Slider::SetValue(int value) {
   if (value < range_.low || value > range_.high) {
-    throw std::out_of_range(Name() + ": " + std::to_string(value) + " is outside the slider");
+    throw std::out_of_range(Name() + ": " + std::to_string(value) +
+                            " is outside the range of the slider");
   }
-  if (value == value_) return;
-  value_ = value;
-  Changed();
-  Fire(on_change);
+  if (Assign(value_, value)) Fire(on_change);
 }
 
 void Slider::UserMove(int value) {
@@ -245,22 +210,13 @@ void ProgressLine::Reset() {
   Control::Reset();
 }
 
-void ProgressLine::SetFraction(float fraction) {
-  if (fraction == fraction_) return;
-  fraction_ = fraction;
-  Changed();
-}
-
 void CheckBox::Reset() {
   Control::Reset();
   checked_ = false;
 }
 
 void CheckBox::SetChecked(bool checked) {
-  if (checked == checked_) return;
-  checked_ = checked;
-  Changed();
-  Fire(on_click);
+  if (Assign(checked_, checked)) Fire(on_click);
 }
 
 void CheckBox::UserToggle() {

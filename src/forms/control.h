@@ -10,6 +10,8 @@ namespace velumar {
 
 class Form;
 
+inline constexpr int kEnterKey = 13;  // as on_key_up reports it
+
 // Colours are 32-bit values in blue-green-red order.
 using Colour = std::uint32_t;
 inline constexpr Colour kRed = 255;
@@ -26,7 +28,7 @@ enum class FontFace : std::uint8_t { kPlain, kVerdana, kImpact };
 enum class Alignment : std::uint8_t { kLeft, kCentre };
 enum class Backdrop : std::uint8_t { kNone, kWhitePaper, kGreenPaper, kBluePaper, kYellowPaper };
 
-// How a control is drawn, as far as the logic or the design says so.
+// How a control is drawn.
 struct Look {
   Colour colour = 0;
   FontFace face = FontFace::kPlain;
@@ -37,8 +39,8 @@ struct Look {
   Backdrop backdrop = Backdrop::kNone;
 };
 
-// A row of a window's control table: places in twips, the start text (of a picture: the name of
-// its artwork), the tooltip, and what a screen reader says where neither of them names it.
+// A row of a window's control table: place in twips, start text (the name of its artwork for a
+// picture), tooltip, and what a screen reader says if neither of them names the control.
 struct ControlSpec {
   std::string_view name;
   float left = 0;
@@ -77,10 +79,9 @@ enum class ControlKind : std::uint8_t {
   kLink
 };
 
-// What one control holds as far as the logic uses it. Setting a property from the logic fires the
-// same change events as the user's hand, and tells the window's listener. The user's hand comes in
-// through the functions that begin with User; these do nothing on a control that is hidden,
-// disabled, or in a window that isn't shown.
+// A control without its view. Setting a property fires the same events as a change by the trader,
+// and notifies the window's listener. Functions that begin with User are what the trader does; they
+// do nothing if the control is hidden or disabled, or its window isn't shown.
 class Control {
  public:
   Control(Form& form, ControlKind kind, const ControlSpec& spec);
@@ -88,32 +89,32 @@ class Control {
   Control(const Control&) = delete;
   Control& operator=(const Control&) = delete;
 
-  // Back to what the table says, as at each load of the window; events stay bound and don't fire.
+  // Resets to the table, as at each load of the window. Handlers are kept; no events fire.
   virtual void Reset();
 
   ControlKind Kind() const { return kind_; }
   const std::string& Name() const { return name_; }
   Form& Owner() const { return form_; }
   const Look& DesignLook() const { return look_; }
-  // The control that it stands in and is cut by; null where it stands in the window itself.
+  // The control that contains and clips it; null if that is the window.
   const Control* Container() const { return container_; }
   void PlaceIn(const Control& container) { container_ = &container; }
 
   const std::string& Text() const { return text_; }
-  virtual void SetText(std::string_view text);
-  // What Reset puts into Text from the next load on.
+  virtual void SetText(std::string_view text) { Assign(text_, text); }
+  // The text after the next load.
   void SetStartText(std::string_view text) { start_text_ = text; }
 
-  // One line by which somebody who doesn't see the window knows the control.
+  // The name for a screen reader, one line.
   std::string SpokenName() const;
   const std::string& ToolTip() const { return tooltip_; }
-  void SetToolTip(std::string_view text);
+  void SetToolTip(std::string_view text) { Assign(tooltip_, text); }
   bool Visible() const { return visible_; }
-  void SetVisible(bool visible);
+  void SetVisible(bool visible) { Assign(visible_, visible); }
   bool Enabled() const { return enabled_; }
-  void SetEnabled(bool enabled);
+  void SetEnabled(bool enabled) { Assign(enabled_, enabled); }
   Colour ForeColour() const { return colour_; }
-  void SetForeColour(Colour colour);
+  void SetForeColour(Colour colour) { Assign(colour_, colour); }
 
   // Twips, relative to the window or the container.
   float Left() const { return left_; }
@@ -123,7 +124,7 @@ class Control {
   void SetPlace(float left, float top);
   void SetSize(float width, float height);
 
-  // True when a hand can reach it.
+  // True if the trader can use it now.
   bool Reachable() const;
   void UserClick();
   void UserDoubleClick();
@@ -142,6 +143,14 @@ class Control {
 
  protected:
   void Changed();
+  // Returns false, without notifying, if the field has that value.
+  template <typename Field, typename Value>
+  bool Assign(Field& field, const Value& value) {
+    if (field == value) return false;
+    field = value;
+    Changed();
+    return true;
+  }
   void AssignText(std::string_view text) { text_ = text; }
 
  private:
@@ -163,35 +172,36 @@ class Control {
   float height_ = 0;
 };
 
-// A picture without a click is a backdrop; its Text names the artwork.
-class Picture : public Control {
+// A control that has nothing beyond what all controls have.
+template <ControlKind kKind>
+class PlainControl : public Control {
  public:
-  Picture(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kPicture, spec) {}
+  PlainControl(Form& form, const ControlSpec& spec) : Control(form, kKind, spec) {}
 };
 
-// Clicking a picture leaves the keyboard focus where the user types; the Tab key gets there.
-class PictureButton : public Control {
- public:
-  PictureButton(Form& form, const ControlSpec& spec)
-      : Control(form, ControlKind::kPictureButton, spec) {}
-};
-
-class Label : public Control {
- public:
-  Label(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kLabel, spec) {}
-};
-
-class Button : public Control {
- public:
-  Button(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kButton, spec) {}
-};
+// A backdrop; its Text names the artwork.
+using Picture = PlainControl<ControlKind::kPicture>;
+// Clicking a picture leaves the keyboard focus where the trader types; the Tab key reaches it.
+using PictureButton = PlainControl<ControlKind::kPictureButton>;
+using Label = PlainControl<ControlKind::kLabel>;
+using Button = PlainControl<ControlKind::kButton>;
+// White paper with a line around it and its Text in that line; other controls lie on it.
+using Frame = PlainControl<ControlKind::kFrame>;
+// A sheet of paper, white in every theme; other controls lie on it.
+using Sheet = PlainControl<ControlKind::kSheet>;
+// A text that opens another window.
+using Link = PlainControl<ControlKind::kLink>;
+// A straight line along the top of its place.
+using Line = PlainControl<ControlKind::kLine>;
+// A patch of its ForeColour that can be clicked.
+using Swatch = PlainControl<ControlKind::kSwatch>;
 
 class TextBox : public Control {
  public:
   TextBox(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kTextBox, spec) {}
   // Fires on_change when the text differs from what the box holds.
   void SetText(std::string_view text) override;
-  // The text as a hand leaves it there: on_change, then on_key_up of the last key.
+  // Sets the text and fires on_change, then on_key_up of the last key.
   void UserType(std::string_view text, int key_code = 0);
 };
 
@@ -200,8 +210,8 @@ class ComboBox : public Control {
  public:
   struct Row {
     std::string text;
-    int data = 0;        // what the logic ties to the line
-    std::string note{};  // shown beside the line in the list, never part of the text
+    int data = 0;        // of the window's own use
+    std::string note{};  // shown next to the text in the list
   };
 
   ComboBox(Form& form, const ControlSpec& spec, std::vector<std::string> items = {},
@@ -209,19 +219,19 @@ class ComboBox : public Control {
   void Reset() override;
 
   const std::vector<Row>& Rows() const { return rows_; }
-  // A sorted list is one to search in: it offers what a typed text may mean.
+  // A sorted list is searched: it offers the lines that match a typed text.
   bool Sorted() const { return sorted_; }
   // -1: the text was typed, or nothing is chosen.
   int Index() const { return index_; }
   void Clear();
-  // A sorted list takes all lines at once; equal lines keep their order.
+  // A sorted list sorts them; equal lines keep their order.
   void SetRows(std::vector<Row> rows);
-  // Takes the line's text and fires on_click; an index outside the list throws std::out_of_range.
+  // Sets the text of the line and fires on_click. Throws std::out_of_range.
   void SetIndex(int index);
   void SetText(std::string_view text) override;
   void UserChoose(int index);
   void UserType(std::string_view text, int key_code = 0);
-  // Where only the list's lines are meant, its text can't be typed.
+  // If false, only lines of the list can be chosen.
   bool Typable() const { return typable_; }
   void SetTypable(bool typable) { typable_ = typable; }
 
@@ -235,7 +245,7 @@ class ComboBox : public Control {
 
 enum class DayChoice : std::uint8_t { kFirst, kLast, kRandom };
 
-// A day, as yyyymmdd.
+// A date, as yyyymmdd.
 class DatePicker : public Control {
  public:
   DatePicker(Form& form, const ControlSpec& spec, std::int32_t start_value);
@@ -245,9 +255,9 @@ class DatePicker : public Control {
   void UserPick(std::int32_t date);
   void UserChoose(DayChoice choice);
 
-  // One of the choices that are offered beside the days.
+  // Handles one of the choices that the calendar offers.
   std::function<void(DayChoice choice)> on_choice;
-  // The days to be marked, asked for when the calendar opens.
+  // Returns the days to mark; called when the calendar opens.
   std::function<std::vector<std::int32_t>()> covered_days;
 
  private:
@@ -262,7 +272,7 @@ class Slider : public Control {
     int low = 0;
     int high = 0;
     int step = 1;
-    int large_step = 0;  // 0: as the small one
+    int large_step = 0;  // 0: the same as step
   };
 
   Slider(Form& form, const ControlSpec& spec, Range range, int start_value,
@@ -270,7 +280,7 @@ class Slider : public Control {
   void Reset() override;
   const Range& Limits() const { return range_; }
   int Value() const { return value_; }
-  // A value outside the range throws std::out_of_range.
+  // Throws std::out_of_range.
   void SetValue(int value);
   void UserMove(int value);
 
@@ -280,7 +290,7 @@ class Slider : public Control {
   int value_;
 };
 
-// A thin line that fills from the left as something goes on.
+// A thin line that shows progress from left to right.
 class ProgressLine : public Control {
  public:
   ProgressLine(Form& form, const ControlSpec& spec)
@@ -288,7 +298,7 @@ class ProgressLine : public Control {
   void Reset() override;
   // 0 to 1.
   float Fraction() const { return fraction_; }
-  void SetFraction(float fraction);
+  void SetFraction(float fraction) { Assign(fraction_, fraction); }
 
  private:
   float fraction_ = 0;
@@ -299,7 +309,7 @@ class CheckBox : public Control {
   CheckBox(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kCheckBox, spec) {}
   void Reset() override;
   bool Checked() const { return checked_; }
-  // Fires on_click when it changes, as ticking by hand does.
+  // Fires on_click if it changes.
   void SetChecked(bool checked);
   void UserToggle();
 

@@ -12,8 +12,8 @@
 
 namespace velumar {
 
-// Owns the one instance of each window. A window loads at first touch: an accessor of an unloaded
-// window loads it, hidden, and runs its load steps before it answers.
+// Owns the windows, one of each. An accessor of an unloaded window first loads it, hidden. Use
+// Untouched() to look at windows without loading them.
 class Desktop {
  public:
   Desktop();
@@ -30,12 +30,12 @@ class Desktop {
   FrmResult& frmResult() { return Touched(frm_result_); }
   Graph2& graph2() { return Touched(graph2_); }
 
-  // A touch of any window: an unloaded one loads.
+  // Loads the window, hidden, if it isn't loaded.
   void Load(Form& form);
-  // An unloaded window stays as it is. Runs the window's unload steps, then forgets its state.
+  // Runs on_unload; the next load starts from the control table.
   void Unload(Form& form);
 
-  // All windows, without touching them: for who binds events, draws or lists them.
+  // The windows, without loading them.
   struct Windows {
     Form1& form1;
     Form2& form2;
@@ -49,7 +49,7 @@ class Desktop {
   };
   Windows Untouched();
   std::array<Form*, 9> All();
-  // Null when there is no window of that name.
+  // Null if there is no window of that name.
   Form* Find(std::string_view name);
 
   void SetListener(FormListener* listener);

@@ -9,24 +9,6 @@ Form::Form(const FormSpec& spec)
       width_(spec.width),
       height_(spec.height) {}
 
-void Form::SetCaption(std::string_view caption) {
-  if (caption == caption_) return;
-  caption_ = caption;
-  Changed();
-}
-
-void Form::SetLeft(float left) {
-  if (left == left_) return;
-  left_ = left;
-  Changed();
-}
-
-void Form::SetTop(float top) {
-  if (top == top_) return;
-  top_ = top;
-  Changed();
-}
-
 int Form::BeginSlide(float rest_top) {
   rest_top_ = rest_top;
   return ++slide_;
@@ -42,22 +24,6 @@ void Form::Show() {
     return;
   }
   visible_ = true;
-  Changed();
-}
-
-void Form::Hide() {
-  if (!visible_) return;
-  visible_ = false;
-  Changed();
-}
-
-void Form::SetTopmost(bool topmost) {
-  topmost_ = topmost;
-  Changed();
-}
-
-void Form::SetOpacity(int opacity) {
-  opacity_ = opacity;
   Changed();
 }
 

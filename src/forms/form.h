@@ -12,18 +12,18 @@ namespace velumar {
 
 inline constexpr float kTwipsPerPixel = 15;
 
-// Who draws the windows. One listener serves all windows of a desktop.
+// Draws the windows. One listener serves all windows of a desktop.
 class FormListener {
  public:
   virtual ~FormListener() = default;
   virtual void FormLoaded(Form& form) = 0;
   virtual void FormUnloaded(Form& form) = 0;
-  // Place, size, opacity, corners, caption, visibility.
+  // After a change of place, size, opacity, corners, caption or visibility.
   virtual void FormChanged(Form& form) = 0;
   virtual void ControlChanged(Form& form, Control& control) = 0;
-  // The window is shown, perhaps behind others, and is to come before them.
+  // The window is shown already and must come to the front.
   virtual void FormRaised(Form& form) = 0;
-  // The window moves with the mouse until its button is released.
+  // The window must follow the mouse until its button is released.
   virtual void DragStarted(Form& form) = 0;
 };
 
@@ -32,12 +32,12 @@ struct FormSpec {
   std::string_view caption;
   float width = 0;   // twips
   float height = 0;  // twips
-  // With the narrow border and the closing box of a tool window; the size is what is inside.
+  // With the border and close button of a tool window; the size excludes them.
   bool bordered = false;
 };
 
-// A window without its picture on the screen. An unloaded window is as new at its next load; the
-// object itself stays, so a handler that unloads its own window comes back safely.
+// A window without its view. Unloading resets it at the next load but keeps the object, so a
+// handler that unloads its own window returns safely.
 class Form {
  public:
   explicit Form(const FormSpec& spec);
@@ -47,17 +47,17 @@ class Form {
 
   const std::string& Name() const { return name_; }
   const std::string& Caption() const { return caption_; }
-  void SetCaption(std::string_view caption);
+  void SetCaption(std::string_view caption) { Assign(caption_, caption); }
 
   // Twips on the screen.
   float Left() const { return left_; }
   float Top() const { return top_; }
   float Width() const { return width_; }
   float Height() const { return height_; }
-  void SetLeft(float left);
-  void SetTop(float top);
-  // A slide moves the window step by step while clicks run, until a newer one begins. Between its
-  // steps the window counts as standing at `rest_top`, which is where it is to be found again.
+  void SetLeft(float left) { Assign(left_, left); }
+  void SetTop(float top) { Assign(top_, top); }
+  // A slide moves the window step by step while clicks run, until a newer slide begins. Meanwhile
+  // RestTop is `rest_top`, so that no place in mid-slide is saved.
   int BeginSlide(float rest_top);
   bool Slides(int slide) const { return slide == slide_; }
   void EndSlide(int slide);
@@ -66,41 +66,41 @@ class Form {
   bool Bordered() const { return spec_.bordered; }
   bool Loaded() const { return loaded_; }
   bool Visible() const { return visible_; }
-  // A window that is shown already comes before all others.
+  // Brings a window that is shown already to the front.
   void Show();
-  void Hide();
+  void Hide() { Assign(visible_, false); }
 
   bool Topmost() const { return topmost_; }
-  void SetTopmost(bool topmost);
+  void SetTopmost(bool topmost) { Assign(topmost_, topmost); }
   // 0 (invisible) to 255 (solid).
   int Opacity() const { return opacity_; }
-  void SetOpacity(int opacity);
+  void SetOpacity(int opacity) { Assign(opacity_, opacity); }
   // Size of the corner ellipse in pixels; 0 by 0 is square.
   int CornerWidth() const { return corner_width_; }
   int CornerHeight() const { return corner_height_; }
   void SetCorners(int width, int height);
   void StartDrag();
 
-  // A window to type in: the keys of a run mean nothing here.
+  // True for a window to type in, where the keys of a run do nothing.
   bool KeepsKeys() const { return keeps_keys_; }
   void SetKeepsKeys(bool keeps_keys) { keeps_keys_ = keeps_keys; }
 
-  // In the order of the table, which is from the back to the front.
+  // In the order of the table, back to front.
   const std::vector<Control*>& Controls() const { return controls_; }
-  // Null when the window has no control of that name.
+  // Null if the window has no control of that name.
   Control* Find(std::string_view name) const;
 
   void UserPress();  // a mouse press on the window itself, whatever the button
-  // Files let go over the window; nothing where the window takes none.
+  // Files dropped on the window; ignored unless it accepts them.
   void UserDrop(const std::vector<std::string>& files);
 
   std::function<void()> on_load;
   std::function<void()> on_unload;
   std::function<void()> on_press;
   std::function<void(const std::vector<std::string>& files)> on_drop;
-  // What stands for closing the window from outside, as by Alt+F4.
+  // The window is closed from outside, as by Alt+F4.
   std::function<void()> on_close;
-  // The Esc key, where no control has a use for it.
+  // The Esc key, if no control uses it.
   std::function<void()> on_escape;
 
   // For the window's own controls and its desktop.
@@ -111,6 +111,13 @@ class Form {
   void BeUnloaded();
 
  private:
+  // Notifies unless the field has that value.
+  template <typename Field, typename Value>
+  void Assign(Field& field, const Value& value) {
+    if (field == value) return;
+    field = value;
+    Changed();
+  }
   void Changed();
   void Reset();
 

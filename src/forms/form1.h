@@ -13,26 +13,12 @@ class Form1 : public Form {
   static constexpr Look kCaption{.colour = kWhite};
   static constexpr Look kBoldCaption{.colour = kDarkBlue, .bold = true};
   static constexpr Look kField{.colour = kDarkBlue};
+  static constexpr Look kTitle{.colour = kWhite, .face = FontFace::kImpact, .points = 18};
+  static constexpr Look kVersion{.colour = kWhite, .face = FontFace::kImpact, .points = 9};
 
   Picture Image12{*this, {"Image12", 0, 0, 4320, 2910, "backdrop-setup"}};
-  Label Label5{*this,
-               {"Label5",
-                240,
-                120,
-                1755,
-                375,
-                "Velumar",
-                "",
-                {.colour = kWhite, .face = FontFace::kImpact, .points = 18}}};
-  Label Label8{*this,
-               {"Label8",
-                2040,
-                240,
-                1095,
-                255,
-                "",
-                "",
-                {.colour = kWhite, .face = FontFace::kImpact, .points = 9}}};
+  Label Label5{*this, {"Label5", 240, 120, 1755, 375, "Velumar", "", kTitle}};
+  Label Label8{*this, {"Label8", 2040, 240, 1095, 255, "", "", kVersion}};
   PictureButton ImgDonate{*this, {"ImgDonate", 1920, 80, 1080, 435, "donate", "Donate..."}};
   PictureButton Image5{*this, {"Image5", 3000, 80, 1140, 195, "close", "Close Program"}};
   PictureButton imgGraph{*this, {"imgGraph", 3840, 300, 240, 210, "graph", "", {}, "Results"}};

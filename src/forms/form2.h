@@ -4,33 +4,20 @@
 
 namespace velumar {
 
-// The navigator: the bar that the trader holds during a run.
+// The navigator: status line, steps, play and pause.
 class Form2 : public Form {
  public:
   Form2() : Form({"Form2", "Velumar", 4215, 1155}) {}
 
+  static constexpr Look kStatus{.colour = kBlue, .backdrop = Backdrop::kWhitePaper};
+  static constexpr Look kCount{.colour = kDarkBlue};
+
   Picture Image8{*this, {"Image8", 0, 0, 4230, 1155, "backdrop-navigator"}};
-  Label Label6{*this,
-               {"Label6",
-                200,
-                320,
-                3855,
-                300,
-                "",
-                "",
-                {.colour = kBlue, .backdrop = Backdrop::kWhitePaper}}};
+  Label Label6{*this, {"Label6", 200, 320, 3855, 300, "", "", kStatus}};
   Slider HScrollx{
       *this, {"HScrollx", 120, 120, 2415, 150, "", "", {}, "Opacity"}, {0, 250, 5}, 250};
-  TextBox txtRefresh{*this,
-                     {"txtRefresh",
-                      2640,
-                      120,
-                      255,
-                      150,
-                      "1",
-                      "",
-                      {.colour = kDarkBlue},
-                      "Number of charts to refresh"}};
+  TextBox txtRefresh{
+      *this, {"txtRefresh", 2640, 120, 255, 150, "1", "", kCount, "Number of charts to refresh"}};
   PictureButton Image5{*this, {"Image5", 3000, 80, 1140, 195, "close", "Close & Return"}};
   PictureButton Image6{*this, {"Image6", 240, 645, 435, 390, "rewind", ""}};
   PictureButton Image2{*this, {"Image2", 960, 645, 405, 360, "previous", "Previous (Left)"}};
@@ -38,7 +25,7 @@ class Form2 : public Form {
   PictureButton Image4{*this, {"Image4", 2280, 645, 405, 375, "pause", "Pause (Space)"}};
   PictureButton Image1{*this, {"Image1", 2880, 645, 390, 375, "next", "Next (Right)"}};
   PictureButton Image7{*this, {"Image7", 3600, 645, 420, 405, "forward", ""}};
-  // Bars done of all bars to come, along the lower edge.
+  // Along the lower edge.
   ProgressLine Progress{*this,
                         {"Progress", 180, 1095, 3855, 45, "", "", {}, "Progress of the run"}};
 };

@@ -4,13 +4,18 @@
 
 namespace velumar {
 
-// The trade panel: the order desk under the navigator.
+// The trade panel: orders and account, below the navigator.
 class Form3 : public Form {
  public:
   Form3() : Form({"Form3", "Velumar", 4260, 2115}) {}
 
   static constexpr Look kLine{.colour = kBlue, .backdrop = Backdrop::kWhitePaper};
   static constexpr Look kCaption{.colour = kWhite};
+  static constexpr Look kField{.colour = kDarkBlue};
+  static constexpr Look kBoldCaption{.colour = kDarkBlue, .bold = true};
+  static constexpr Look kLongSide{.colour = kBlue, .face = FontFace::kVerdana};
+  static constexpr Look kShortSide{.colour = kLightRed, .face = FontFace::kVerdana};
+  static constexpr Look kTick{.backdrop = Backdrop::kGreenPaper};
 
   Picture Image1{*this, {"Image1", 0, 0, 4260, 2130, "backdrop-panel"}};
   Slider HScrollx{
@@ -19,58 +24,26 @@ class Form3 : public Form {
   PictureButton Image5{*this, {"Image5", 3000, 80, 1140, 195, "close", "Close & Return"}};
   Label Label6{*this, {"Label6", 200, 320, 3855, 300, "", "", kLine}};
   Label lblinfo{*this, {"lblinfo", 200, 640, 3855, 300, "", "", kLine}};
-  Label Label1{
-      *this,
-      {"Label1", 240, 1080, 495, 255, " Long", "", {.colour = kBlue, .face = FontFace::kVerdana}}};
+  Label Label1{*this, {"Label1", 240, 1080, 495, 255, " Long", "", kLongSide}};
   PictureButton imgLong{*this, {"imgLong", 840, 1080, 390, 375, "long", "Long (L)"}};
   PictureButton imgOffsetLong{
       *this, {"imgOffsetLong", 1320, 1080, 390, 375, "offset-long", "Offset Long (Shift+L)"}};
-  Label Label2{*this,
-               {"Label2",
-                240,
-                1560,
-                615,
-                255,
-                " Short",
-                "",
-                {.colour = kLightRed, .face = FontFace::kVerdana}}};
+  Label Label2{*this, {"Label2", 240, 1560, 615, 255, " Short", "", kShortSide}};
   PictureButton ImgShort{*this, {"ImgShort", 840, 1560, 390, 375, "short", "Short (S)"}};
   PictureButton ImgOffsetShort{
       *this, {"ImgOffsetShort", 1320, 1560, 390, 375, "offset-short", "Offset Short (Shift+S)"}};
   TextBox txtContractVol{*this,
-                         {"txtContractVol",
-                          1920,
-                          1080,
-                          1215,
-                          195,
-                          "1",
-                          "Read Meta Stock Data from which path",
-                          {.colour = kDarkBlue},
-                          "Quantity of an order"}};
+                         {"txtContractVol", 1920, 1080, 1215, 195, "1",
+                          "Read Meta Stock Data from which path", kField, "Quantity of an order"}};
   Label Label4{*this, {"Label4", 3240, 1080, 855, 255, "Vol/Contract", "", kCaption}};
-  ComboBox Combo2{*this,
-                  {"Combo2",
-                   3480,
-                   1320,
-                   615,
-                   330,
-                   "",
-                   "Select Delay Interval time during running simulate",
-                   {.colour = kDarkBlue},
-                   "Seconds between bars"},
-                  {"0", "3", "5", "10"}};
-  Label Label3{
-      *this, {"Label3", 2640, 1440, 705, 255, "Refresh", "", {.colour = kDarkBlue, .bold = true}}};
+  ComboBox Combo2{
+      *this,
+      {"Combo2", 3480, 1320, 615, 330, "", "Select Delay Interval time during running simulate",
+       kField, "Seconds between bars"},
+      {"0", "3", "5", "10"}};
+  Label Label3{*this, {"Label3", 2640, 1440, 705, 255, "Refresh", "", kBoldCaption}};
   CheckBox chkShowBigform{*this,
-                          {"chkShowBigform",
-                           3840,
-                           1800,
-                           255,
-                           210,
-                           "",
-                           "",
-                           {.backdrop = Backdrop::kGreenPaper},
-                           "Big numbers"}};
+                          {"chkShowBigform", 3840, 1800, 255, 210, "", "", kTick, "Big numbers"}};
   Label Label5{*this, {"Label5", 2880, 1800, 855, 255, "Big Number", "", kCaption}};
 };
 

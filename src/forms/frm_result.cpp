@@ -4,7 +4,7 @@ namespace velumar {
 
 FrmResult::FrmResult() : Form({"FrmResult", "", 10560, 11115, true}) {
   SetKeepsKeys(true);
-  // Each frame holds what follows it in the table.
+  // A frame contains the controls after it in the table.
   const Control* frame = nullptr;
   for (Control* control : Controls()) {
     if (control->Kind() == ControlKind::kFrame) {

@@ -10,10 +10,10 @@
 
 namespace velumar {
 
-// The results of a run: a chart, two more sheets in its place, and the figures below.
+// The results of a run: tabs with chart, statistics and orders, and the figures below.
 class FrmResult : public Form {
  public:
-  enum Sheet { kChartSheet, kStatisticsSheet, kOrdersSheet };
+  enum Tab { kChartTab, kStatisticsTab, kOrdersTab };
   enum ToolbarButton {
     kSaveAs = 1,
     kPreview = 3,
@@ -27,7 +27,7 @@ class FrmResult : public Form {
 
   FrmResult();
 
-  // The tabs lie over the lower end of the frame that the sheets share.
+  // The tabs cover the lower end of the frame.
   static constexpr float kStripTop = 7890;
 
   static constexpr Look kCaption{.colour = kBlue};
@@ -35,7 +35,7 @@ class FrmResult : public Form {
   static constexpr Look kNote{.colour = kDarkBlue, .points = 9};
   static constexpr Look kValue{.alignment = Alignment::kCentre, .backdrop = Backdrop::kYellowPaper};
 
-  // The chart's size in twips at the full zoom of the print preview.
+  // The size of the chart in twips at 100 percent of the print preview.
   std::int32_t chht = 0;
   std::int32_t chwd = 0;
 

@@ -6,12 +6,12 @@
 
 namespace velumar {
 
-// The score board: the best scores of a service, and a trader's own to be sent there.
+// The score board: the best scores of a service, and the trader's own to send.
 class FrmScore : public Form {
  public:
   FrmScore() : Form({"frmScore", "Velumar: score board", 7125, 5925}) { SetKeepsKeys(true); }
 
-  // The corner of the frame, in which all the rest stands.
+  // The corner of the frame that contains the rest.
   static constexpr float kLeft = 120;
   static constexpr float kTop = 240;
   static constexpr Look kCaption{.colour = kDarkBlue, .bold = true};
@@ -22,7 +22,7 @@ class FrmScore : public Form {
 
   Picture Image1{*this, {"Image1", 0, 0, 9990, 9075, "backdrop-result"}};
   Frame Frame2{*this, {"Frame2", kLeft, kTop, 6855, 5535, "Top 10 score", "", kCaption}};
-  // In place of the list while no service is known.
+  // Shown instead of the list while no service is set.
   Label lblHelp1{*this, HelpLine("lblHelp1", 0, "No score service is set yet.")};
   Label lblHelp2{*this, HelpLine("lblHelp2", 1, "Type its address below and press Enter,")};
   Label lblHelp3{*this, HelpLine("lblHelp3", 2, "such as http://127.0.0.1:8080")};

@@ -48,7 +48,7 @@ class Graph2 : public Form {
   Button cmdcancel{*this, {"cmdcancel", 7560, 120, 975, 855, "&Cancel", "Cancel"}};
   Button cmdPrint{*this, {"cmdPrint", 8520, 120, 975, 855, "P&rint", "Print"}};
 
-  // Over the panel, which would hide half of the lower one.
+  // In front of the panel, which would cover half of the lower one.
   ScrollBar HScroll1{*this, {"HScroll1", 0, 6600, 9495, 255}, kScroll, 0};
   ScrollBar VScroll1{*this, {"VScroll1", 9240, 0, 255, 6615}, kScroll, 0};
 };

@@ -8,7 +8,7 @@
 
 namespace velumar {
 
-// Lines one under another, to be read.
+// A list of lines, read only.
 class ListBox : public Control {
  public:
   ListBox(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kListBox, spec) {}

@@ -13,9 +13,7 @@ void TabBar::Reset() {
 }
 
 void TabBar::SetIndex(int index) {
-  if (index == index_) return;
-  index_ = index;
-  Changed();
+  if (!Assign(index_, index)) return;
   if (const auto handler = on_click) handler();
 }
 

@@ -6,43 +6,19 @@
 
 namespace velumar {
 
-// A sheet of paper, white under any light; other controls lie on it.
-class Sheet : public Control {
- public:
-  Sheet(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kSheet, spec) {}
-};
-
-// A text that leads to another window.
-class Link : public Control {
- public:
-  Link(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kLink, spec) {}
-};
-
-// A straight stroke along the top of its place.
-class Line : public Control {
- public:
-  Line(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kLine, spec) {}
-};
-
-// A patch of its ForeColour that can be clicked.
-class Swatch : public Control {
- public:
-  Swatch(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kSwatch, spec) {}
-};
-
-// Its value moves what is seen; upright where it is higher than wide.
+// Scrolls a view; vertical if it is higher than wide.
 class ScrollBar : public Slider {
  public:
   ScrollBar(Form& form, const ControlSpec& spec, Range range, int start_value)
       : Slider(form, spec, range, start_value, ControlKind::kScrollBar) {}
 };
 
-// Buttons in a row. Each has a number; the numbers between them are gaps.
+// A row of numbered buttons; missing numbers are gaps.
 class Toolbar : public Control {
  public:
   struct Item {
     int index = 0;
-    std::string_view caption;  // "&" stands before the letter of its key
+    std::string_view caption;  // "&" precedes the letter of its key
     std::string_view tooltip;
     std::string_view art;
   };
@@ -58,7 +34,7 @@ class Toolbar : public Control {
   std::vector<Item> items_;
 };
 
-// Tells which of several sheets lies on top. Setting the index fires on_click when it changes.
+// Chooses one of several tabs. Setting the index fires on_click if it changes.
 class TabBar : public Control {
  public:
   TabBar(Form& form, const ControlSpec& spec, std::vector<std::string> titles)
@@ -74,13 +50,13 @@ class TabBar : public Control {
   int index_ = 0;
 };
 
-// A menu bar with one entry at the top, Text, whose lists hold entries to be ticked.
+// A menu bar with one menu, Text, whose lists have entries with check marks.
 class Menu : public Control {
  public:
   struct List {
     std::string_view caption;
     std::vector<std::string> entries;
-    int start = 0;  // the entry that is ticked at first
+    int start = 0;  // the entry that is checked at first
   };
 
   Menu(Form& form, const ControlSpec& spec, std::vector<List> lists);
@@ -88,7 +64,7 @@ class Menu : public Control {
   const std::vector<List>& Lists() const { return lists_; }
   bool Ticked(std::size_t list, std::size_t entry) const { return ticks_.at(list).at(entry); }
   void Tick(std::size_t list, std::size_t entry, bool ticked);
-  // Ticks one entry and no other of its list.
+  // Checks one entry and unchecks the others of its list.
   void TickOnly(std::size_t list, std::size_t entry);
   void UserEntry(std::size_t list, std::size_t entry);
 

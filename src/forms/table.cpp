@@ -13,21 +13,21 @@ void Table::Reset() {
 
 void Table::SetColumns(std::vector<Column> columns) {
   columns_ = std::move(columns);
-  Renewed();
+  ContentChanged();
 }
 
 void Table::SetContent(Rows rows) {
   rows_ = std::move(rows);
   selected_.clear();
-  Renewed();
+  ContentChanged();
 }
 
 void Table::MarkSorting(Sorting sorting) {
   sorting_ = sorting;
-  Renewed();
+  ContentChanged();
 }
 
-void Table::Renewed() {
+void Table::ContentChanged() {
   ++version_;
   Changed();
 }

@@ -4,7 +4,7 @@
 
 namespace velumar {
 
-// Rows under titled columns. The rows are asked for as they come into sight, so a hundred thousand
+// A table with titled columns. Rows are requested when they become visible, so a hundred thousand
 // cost nothing until then.
 class Table : public Control {
  public:
@@ -15,7 +15,7 @@ class Table : public Control {
   struct Rows {
     std::size_t count = 0;
     std::function<std::string(std::size_t row, std::size_t column)> text;
-    std::function<std::string(std::size_t row)> tip;  // none where it is empty
+    std::function<std::string(std::size_t row)> tip;  // empty: none
   };
 
   Table(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kTable, spec) {}
@@ -24,21 +24,20 @@ class Table : public Control {
   const std::vector<Column>& Columns() const { return columns_; }
   void SetColumns(std::vector<Column> columns);
   const Rows& Content() const { return rows_; }
-  // Nothing is selected afterwards.
+  // Clears the selection.
   void SetContent(Rows rows);
 
-  // What the rows are sorted by.
   struct Sorting {
     std::size_t column = 0;
     bool descending = false;
     bool operator==(const Sorting&) const = default;
   };
   const Sorting& SortedBy() const { return sorting_; }
-  // Grows with each change of columns, rows or order.
+  // Increases with each change of columns, rows or order.
   unsigned Version() const { return version_; }
   void MarkSorting(Sorting sorting);
 
-  // The selected rows, or all where none is, under their titles; fields part by tabs.
+  // The selected rows, or all if none is, after a line of titles; fields are separated by tabs.
   std::string CopyText() const;
 
   void UserHeader(std::size_t column);
@@ -50,7 +49,7 @@ class Table : public Control {
 
  private:
   void AppendLine(std::string& text, std::size_t row) const;
-  void Renewed();
+  void ContentChanged();
 
   std::vector<Column> columns_;
   Rows rows_;

@@ -7,16 +7,15 @@
 #include <vector>
 
 #include "base/ignoring.h"
-#include "base/number_text.h"
 #include "base/paths.h"
 #include "base/scoped_counter.h"
 #include "base/text.h"
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
+#include "platform/event_loop.h"
 #include "platform/key_notation.h"
-#include "platform/waiting.h"
-#include "session/run_progress.h"
-#include "session/status_line.h"
+#include "platform/event_loop.h"
 #include "trading/position_book.h"
+#include "trading/status_texts.h"
 
 namespace velumar {
 
@@ -33,21 +32,31 @@ constexpr std::int16_t kBeforeNextChartMs = 10;
 constexpr std::chrono::milliseconds kDialogLook{20};
 constexpr std::chrono::milliseconds kDialogPatience{15000};
 
+std::string TimeText(long ms) {
+  constexpr long kMinute = 60;
+  constexpr long kHour = 60 * kMinute;
+  const long seconds = (ms + 999) / 1000;
+  if (seconds < kMinute) return std::to_string(seconds) + " s";
+  if (seconds < kHour) return std::to_string((seconds + kMinute / 2) / kMinute) + " min";
+  const long minutes = (seconds + kMinute / 2) / kMinute;
+  return std::to_string(minutes / 60) + " h " + std::to_string(minutes % 60) + " min";
+}
+
 }  // namespace
 
-// A chart opens in front of all other windows, as its dialog needs the focus. A trader who turns to
-// another program during that gets the focus back there.
+// A chart opens in front of all windows, since its dialog needs the focus. If the trader turns to
+// another program meanwhile, the focus returns there.
 void HostControl::CloseCharts() {
   const FocusReturn returning(platform_.chart_windows, trader_);
   trader_.ComeToRun();
   IgnoringErrors([&] { BlinkLoadingNotice(); });
   const bool running = BringHostToFront();
-  SetStatusLine(desktop_, "");
+  view_.SetStatusLine(kLoadingNotice);
   if (!running) IgnoringErrors([&] { StartHost(); });
   MaximizeHost();
   const ScopedCounter opening(opening_);
   const ScopedCounter chart_comes = trader_.ExpectChart();
-  SetStatusLine(desktop_, "Wait for  close all chart  ....");
+  view_.SetStatusLine("Wait for  close all chart  ....");
   FocusHost();
   Send(kCloseCharts);
 }
@@ -58,7 +67,7 @@ void HostControl::OpenChart() {
     const ScopedCounter opening(opening_);
     const ScopedCounter chart_comes = trader_.ExpectChart();
     FocusHost();
-    SetStatusLine(desktop_, "Open data for [" + session_.Run.symbol + "] ....");
+    view_.SetStatusLine("Open data for [" + session_.Run.symbol + "] ....");
     Send(kOpenDialog);
     if (WaitForDialog()) {
       Wait(0);
@@ -66,7 +75,7 @@ void HostControl::OpenChart() {
     }
   }
   BringHostToFront();
-  SetStatusLine(desktop_, "Ready to rock with [" + session_.Run.symbol + "] ....");
+  view_.SetStatusLine("Ready to rock with [" + session_.Run.symbol + "] ....");
 }
 
 void HostControl::BlinkLoadingNotice() {
@@ -74,27 +83,27 @@ void HostControl::BlinkLoadingNotice() {
   constexpr std::int16_t kBlinkMs = 1000;
   for (int round = 0; round < kRounds; ++round) {
     for (const std::string_view notice : {kLoadingNotice, std::string_view()}) {
-      desktop_.form2().Label6.SetText(notice);
+      view_.SetStatusLine(notice);
       Wait(kBlinkMs);
     }
   }
 }
 
 void HostControl::StartHost() {
-  const std::string folder = registry_.HostProgramPath();
+  const std::string folder = registry_.ProgramFolder();
   if (folder.empty()) return;
   const ScopedCounter chart_comes = trader_.ExpectChart();
-  SetStatusLine(desktop_, "Loading Meta Stock Program ....");
+  view_.SetStatusLine("Loading Meta Stock Program ....");
   const std::string command_line =
       WithClosingBackslash(folder) + std::string(kChartProgramFile) + " /l /e";
-  SetStatusLine(desktop_, "Loading ... " + command_line);
+  view_.SetStatusLine("Loading ... " + command_line);
   IgnoringErrors([&] { platform_.programs.Start(command_line); });
   BringHostToFront();
-  SetStatusLine(desktop_, "Wait  for  [Meta Stock] ready ....");
+  view_.SetStatusLine("Wait  for  [Meta Stock] ready ....");
   Wait(kHostStartMs);
 }
 
-// No window events run here. A chart program that never answers must not hang the trader.
+// No clicks run here, so the wait is limited.
 bool HostControl::WaitForDialog() {
   for (std::chrono::milliseconds waited{0}; waited < kDialogPatience; waited += kDialogLook) {
     bool found = false;
@@ -108,9 +117,9 @@ bool HostControl::WaitForDialog() {
     platform_.events.Sleep(kDialogLook);
   }
   platform_.boxes.Show(
-      "The chart program showed no \"Open\" dialog within 15 seconds. The run goes "
-      "on: open the chart of " +
-          session_.Run.symbol + " by hand in the folder " +
+      "The chart program showed no \"Open\" dialog within 15 seconds. The run "
+      "continues; open the chart of " +
+          session_.Run.symbol + " yourself from the folder " +
           PathText(NativePath(session_.SimDir).make_preferred()) + ".",
       BoxIcon::kExclamation);
   return false;
@@ -125,7 +134,7 @@ void HostControl::OpenChartInDialog() {
 }
 
 void HostControl::MaximizeHost() {
-  SetStatusLine(desktop_, "GetWindow... ");
+  view_.SetStatusLine("GetWindow... ");
   IgnoringErrors([&] {
     for (const WindowId window : platform_.chart_windows.TopLevelWindows()) {
       if (!IsTaskWindow(window)) continue;
@@ -181,31 +190,29 @@ bool HostControl::TraderIsElsewhere() {
 }
 
 void HostControl::RefreshCharts() {
-  TextBox& count = desktop_.form2().txtRefresh;
-  count.SetEnabled(false);
-  worst_outcome_ = KeyOutcome::kTakenIn;
+  view_.LockChartCount();
+  worst_outcome_ = KeyOutcome::kAccepted;
   IgnoringErrors([&] { RefreshEachChart(); });
-  desktop_.form2().txtRefresh.SetEnabled(true);
+  view_.UnlockChartCount();
   const Trouble trouble = TroubleWithHost();
   session_.ChartWarning = trouble.warning;
-  desktop_.form2().Label6.SetToolTip(trouble.advice);
+  view_.SetStatusAdvice(trouble.advice);
   if (session_.HasBar(session_.BarIndex)) {
-    SetStatusLine(desktop_, BarLine(session_, platform_.locale));
+    view_.SetStatusLine(BarLine(session_, platform_.locale));
   } else if (!trouble.warning.empty()) {
-    SetStatusLine(desktop_, trouble.warning);
+    view_.SetStatusLine(trouble.warning);
   }
   RevaluePositions(session_);
-  status_.ShowStatus();
-  ShowRunProgress(desktop_, session_, MillisecondsPerBar());
+  ShowStatus(session_, view_, platform_.locale);
+  ShowProgress();
 }
 
-// Refreshes each chart and goes on to the next one while the chart program has the focus. After a
-// click on Pause the rest are not refreshed, only passed through, so the chart that was active
-// before is active again.
+// Refreshes each chart and switches to the next. After a click on "Pause" the remaining charts are
+// not refreshed, but still switched through, so that the first one is active again.
 void HostControl::RefreshEachChart() {
   const bool stopped_before = session_.StopRequested != 0;
   Wait(kBeforeRefreshMs);
-  const int charts = ChartCount();
+  const int charts = inputs_.ChartCount();
   if (charts <= 1) return Refresh({kRefresh});
   for (int chart = 0; chart < charts; ++chart) {
     if (chart > 0 && !stopped_before && session_.StopRequested != 0) {
@@ -218,7 +225,7 @@ void HostControl::RefreshEachChart() {
   }
 }
 
-// Called after the wait: the focus leaves the trader's window only while the keys are sent.
+// Called after the wait, so that the focus leaves the trader's window only while keys are sent.
 void HostControl::Refresh(std::initializer_list<std::string_view> keys) {
   const bool behind = TraderIsElsewhere();
   std::optional<FocusReturn> returning;
@@ -234,13 +241,17 @@ void HostControl::Refresh(std::initializer_list<std::string_view> keys) {
   }
 }
 
-int HostControl::MillisecondsPerBar() const {
-  return session_.RefreshDelay +
-         std::max(ChartCount(), 1) * (kBeforeRefreshMs + kBeforeNextChartMs);
-}
-
-int HostControl::ChartCount() const {
-  return ToInt16(desktop_.form2().txtRefresh.Text()).value_or(0);
+void HostControl::ShowProgress() {
+  const int all = session_.LastBarIndex - session_.FirstShownBar;
+  if (all <= 0) return;
+  const int done = std::clamp(session_.BarIndex - session_.FirstShownBar, 0, all);
+  std::string text = std::to_string(done) + " of " + std::to_string(all) + " bars";
+  if (done < all) {
+    const long ms_per_bar = session_.RefreshDelay + std::max(inputs_.ChartCount(), 1) *
+                                                        (kBeforeRefreshMs + kBeforeNextChartMs);
+    text += ", about " + TimeText((all - done) * ms_per_bar) + " left";
+  }
+  view_.ShowProgress(static_cast<float>(done) / static_cast<float>(all), text);
 }
 
 void HostControl::Send(std::string_view keys) {
@@ -257,15 +268,15 @@ HostControl::Trouble HostControl::TroubleWithHost() const {
             "Start the chart program and open the chart, or go back and press Start. The next "
             "refresh finds it."};
   }
-  if (worst_outcome_ == KeyOutcome::kHeldBack) {
+  if (worst_outcome_ == KeyOutcome::kNotSent) {
     return {
-        "Keys held back: bring the chart to the front! ",
-        "Another window is in front of the chart, or the chart is in another workspace. Nothing "
-        "is ever typed into other programs."};
+        "Chart not refreshed: another window is in front! ",
+        "Another window is in front of the chart, or the chart is on another workspace. Bring the "
+        "chart to the front. Keys are never typed into other programs."};
   }
   if (worst_outcome_ == KeyOutcome::kNotAnswered) {
     return {"Chart program busy, wait for it! ",
-            "The chart program is busy or hangs. The run goes on, and the next refresh tries "
+            "The chart program is busy or hangs. The run continues, and the next refresh tries "
             "again."};
   }
   return {};

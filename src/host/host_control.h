@@ -3,27 +3,27 @@
 #include <string>
 #include <string_view>
 
-#include "forms/desktop.h"
-#include "host/reg_info.h"
+#include "host/chart_registry.h"
 #include "host/trader_focus.h"
 #include "platform/platform.h"
 #include "session/chart_side.h"
+#include "session/run_inputs.h"
+#include "session/run_view.h"
 #include "session/sim_session.h"
-#include "trading/status_display.h"
 
 namespace velumar {
 
-// Drives the chart program through its windows and keystrokes. Failures are ignored, as a chart
-// program that is slow or gone must not end a run; the status line says what the user can do.
+// Drives the chart program through its windows and keystrokes. Failures are ignored, since a chart
+// program that is slow or gone must not end a run; the status line says what the trader can do.
 class HostControl : public ChartSide {
  public:
-  HostControl(SimSession& session, Desktop& desktop, Platform& platform, RegInfo& registry,
-              StatusDisplay& status, TraderFocus& trader)
+  HostControl(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
+              ChartRegistry& registry, TraderFocus& trader)
       : session_(session),
-        desktop_(desktop),
+        inputs_(inputs),
+        view_(view),
         platform_(platform),
         registry_(registry),
-        status_(status),
         trader_(trader) {}
 
   void CloseCharts() override;
@@ -35,7 +35,7 @@ class HostControl : public ChartSide {
   bool OpeningChart() const { return opening_ > 0; }
 
  private:
-  // What the status line says in front of the bar, and its tooltip about what to do.
+  // What precedes the bar in the status line, and the advice in its tooltip.
   struct Trouble {
     std::string warning;
     std::string advice;
@@ -53,20 +53,20 @@ class HostControl : public ChartSide {
   void Refresh(std::initializer_list<std::string_view> keys);
   void SendEach(std::initializer_list<std::string_view> keys);
   void RefreshEachChart();
-  int MillisecondsPerBar() const;
-  int ChartCount() const;
+  // How much of the run is done, and how long the rest takes.
+  void ShowProgress();
   Trouble TroubleWithHost() const;
   void Wait(std::int16_t milliseconds);
 
   SimSession& session_;
-  Desktop& desktop_;
+  RunInputs& inputs_;
+  RunView& view_;
   Platform& platform_;
-  RegInfo& registry_;
-  StatusDisplay& status_;
+  ChartRegistry& registry_;
   TraderFocus& trader_;
   bool host_running_ = true;
-  int opening_ = 0;  // charts being opened: a second run may begin inside the first one's waits
-  KeyOutcome worst_outcome_ = KeyOutcome::kTakenIn;  // of the current refresh
+  int opening_ = 0;  // nested: a second run may begin in the waits of the first
+  KeyOutcome worst_outcome_ = KeyOutcome::kAccepted;  // of the current refresh
 };
 
 }  // namespace velumar

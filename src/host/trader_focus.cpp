@@ -47,7 +47,7 @@ FocusReturn::~FocusReturn() {
 void FocusReturn::GiveBack() {
   trader_.Look();
   const WindowId now = windows_.FocusedWindow();
-  // If it isn't in the chart program, the trader has put it there.
+  // Only the trader can have moved it to a window other than the chart program's.
   if (now == before_ || (now != 0 && windows_.OwnerOf(now) != WindowOwner::kChartProgram)) return;
   const bool in_chart = before_ != 0 && windows_.OwnerOf(before_) == WindowOwner::kChartProgram;
   if (!trader_.AtRun() && windows_.GiveFocus(trader_.Elsewhere())) {

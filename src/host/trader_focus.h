@@ -8,21 +8,21 @@ namespace velumar {
 // Where the trader works: at the run, which is Velumar and the chart program, or in another
 // program. Keys place orders and step only at the run.
 //
-// The focus alone doesn't show it. It also moves without the trader: when a box opens, when the
-// chart program starts, when this program types into it, or when another program's window closes.
-// So the trader is back at the run only after a click, or after a change of focus while the other
-// window is still open.
+// The focus alone doesn't show it, since it also moves without the trader: when a box opens, when
+// the chart program starts, when this program types into it, or when another program's window
+// closes. So the trader is back at the run only after a click, or after a change of focus while the
+// other window is still open.
 class TraderFocus {
  public:
   explicit TraderFocus(ChartWindows& windows) : windows_(windows) {}
 
   // Reads the focus. Called often, so that no visit to another program is missed.
   void Look() { Follow(Cause::kTrader); }
-  // The same right after the program itself has moved the focus.
+  // The same after this program has moved the focus.
   void Moved() { Follow(Cause::kProgram); }
-  // The trader has clicked at the run or started one.
+  // The trader has clicked one of our windows or started a run.
   void ComeToRun() { elsewhere_ = 0; }
-  // While the result lives, the chart program's windows may take the focus by themselves.
+  // While the result lives, the chart program may take the focus by itself.
   [[nodiscard]] ScopedCounter ExpectChart() { return ScopedCounter(expecting_chart_); }
 
   bool AtRun() const { return elsewhere_ == 0; }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
 
 namespace velumar {
 
@@ -61,7 +61,7 @@ std::size_t RecordingBoxes::Ask(std::string_view text, const std::vector<std::st
 }
 
 std::string ScriptedFolders::BrowseForFolder(std::string_view) {
-  if (answers.empty()) throw std::runtime_error("there is nobody to choose a folder");
+  if (answers.empty()) throw std::runtime_error("nobody is there to choose a folder");
   std::string answer = answers.front();
   answers.erase(answers.begin());
   return answer;
@@ -94,6 +94,7 @@ std::optional<std::string> MemorySettings::ReadFrom(std::string_view section,
 }
 
 void MemorySettings::Save(std::string_view key, std::string_view text) {
+  if (!failure.empty()) throw std::runtime_error(failure);
   texts.insert_or_assign(std::string(key), std::string(text));
 }
 
@@ -152,18 +153,24 @@ std::string ScriptedWeb::Get(const std::string& address, std::string_view target
                              const std::function<bool()>& wanted) {
   asked.push_back(address + std::string(target));
   if (meanwhile) meanwhile();
-  if (!wanted()) throw WebError("it was given up");
-  if (answers.empty()) throw WebError("there is no net here");
+  if (!wanted()) throw WebError("cancelled");
+  if (answers.empty()) throw WebError("there is no network");
   std::string answer = answers.front();
   answers.erase(answers.begin());
   return answer;
 }
 
 Platform VirtualPlatform::References() {
-  return {events,  chart,     chart,    boxes,    folders,  files,
-          colours, clipboard, printers, settings, registry, screen,
-          locale,  clock,     programs, web,      "",       std::string(kBuiltInDirectory),
-          "",      ":memory:"};
+  return {events,   chart,
+          chart,    boxes,
+          folders,  files,
+          colours,  clipboard,
+          printers, warning_settings_,
+          registry, screen,
+          locale,   clock,
+          programs, web,
+          "",       std::string(kBuiltInDirectory),
+          "",       ":memory:"};
 }
 
 }  // namespace velumar

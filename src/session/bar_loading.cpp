@@ -21,7 +21,7 @@ void StoreArrays(const MetaLibReader& reader, SimSession& session) {
   session.BarOpenInt = reader.GetOpenInterests();
 }
 
-// Walks to the wanted security. SymbolInterval is left as the last one looked at gives it.
+// Moves the reader to the security. SymbolInterval is that of the last one looked at.
 bool FindSecurity(MetaLibReader& reader, const std::string& symbol, const std::string& interval,
                   SimSession& session) {
   while (reader.NextSecurity() >= 1) {
@@ -34,12 +34,12 @@ bool FindSecurity(MetaLibReader& reader, const std::string& symbol, const std::s
 
 }  // namespace
 
-std::int16_t BarLoader::LoadBars(std::string_view directory) {
-  const auto& [run_directory, symbol, interval, start_day] = session_.Run;
+std::int16_t LoadBars(SimSession& session, IndexCache& cache, std::string_view directory) {
+  const auto& [run_directory, symbol, interval, start_day] = session.Run;
   const std::optional<SeriesArguments> series = ReplayableInterval(interval);
-  MetaLibReader reader(cache_);
+  MetaLibReader reader(cache);
   reader.OpenDirectory(directory);
-  if (!series || !FindSecurity(reader, symbol, IntervalToMatch(interval), session_)) {
+  if (!series || !FindSecurity(reader, symbol, IntervalToMatch(interval), session)) {
     throw MetaLibError(MetaLibError::kSeriesNotFound, "There is no series \"" + symbol +
                                                           "\" at interval " + interval + " in \"" +
                                                           std::string(directory) + "\"");
@@ -51,10 +51,10 @@ std::int16_t BarLoader::LoadBars(std::string_view directory) {
                                            " holds more than " + std::to_string(kLongestSeries) +
                                            " bars.");
   }
-  StoreArrays(reader, session_);
+  StoreArrays(reader, session);
   reader.CloseSecurity();
   reader.CloseDirectory();
-  return static_cast<std::int16_t>(session_.LastArrayIndex());
+  return static_cast<std::int16_t>(session.LastArrayIndex());
 }
 
 }  // namespace velumar

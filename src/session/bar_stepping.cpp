@@ -46,8 +46,8 @@ void BarStepper::FastUnfeed(std::int16_t& index) {
   ShowPrice(left);
 }
 
-// If a step fails, the store is put back as it was: a chart ahead of the cursor would show the
-// future. If the disk refuses that too, the step ends where it got to.
+// If a step fails, the store is restored: a chart ahead of the cursor would show the future. If
+// that fails too, the step ends at the bar that it reached.
 int BarStepper::Change(Bars bars, Direction direction) {
   MetaLibWriter writer(cache_);
   Open(writer);
@@ -99,7 +99,7 @@ void BarStepper::Apply(MetaLibWriter& writer, Bars bars, Direction direction) co
   }
 }
 
-// With a new writer, as the failed one may be in any state.
+// Uses a new writer, since the failed one may be in any state.
 void BarStepper::TakeBack(Bars bars, Direction direction) const {
   MetaLibWriter writer(cache_);
   Open(writer);

@@ -9,10 +9,10 @@
 
 namespace velumar {
 
-// Moves the simulated time by changing what the working store holds. The series in memory stays;
-// the store holds its bars 0 to BarIndex. Each operation opens the store, works and closes it. All
-// need loaded bars (HasBars) and throw MetaLibError; the store then holds what it held before. Only
-// if a broken disk prevents that, the step ends where it got to.
+// Moves the simulated time by changing the bars in the working store. The series in memory stays as
+// it is; the store holds its bars 0 to BarIndex. Each step opens the store, changes it and closes
+// it. All steps need loaded bars (HasBars). A step that fails throws MetaLibError and leaves the
+// store as it was. If a broken disk prevents that, the step ends at the bar that it reached.
 class BarStepper {
  public:
   static constexpr int kFastStep = 30;
@@ -25,11 +25,11 @@ class BarStepper {
 
   // Writes the bar after `index`; none after the last bar of the series.
   void FeedBar(std::int16_t& index);
-  // Writes up to the 30th bar after `index`, or after bar 0 where the store is empty.
+  // Writes up to the 30th bar after `index`, or after bar 0 if the store is empty.
   void FastFeed(std::int16_t& index);
-  // Takes bar `index` out.
+  // Removes bar `index`.
   void UnfeedBar(std::int16_t& index);
-  // Takes up to 30 bars out. Ends on bar 0 at the lowest, and writes that into an empty store.
+  // Removes up to 30 bars, but never bar 0, and writes bar 0 into an empty store.
   void FastUnfeed(std::int16_t& index);
 
  private:
@@ -41,12 +41,11 @@ class BarStepper {
 
   // Returns the newest bar of the store after the step.
   int Change(Bars bars, Direction direction);
-  // The same after a failure; nothing where the store is as it was.
+  // The same after a failure; nothing if the store is as it was.
   std::optional<int> Reached(Bars bars, Direction direction) const;
   void Apply(MetaLibWriter& writer, Bars bars, Direction direction) const;
   void TakeBack(Bars bars, Direction direction) const;
-  // A store that doesn't know the symbol gets no selection, and the library says so at the next
-  // call.
+  // Selects nothing if the store doesn't list the symbol; the next call then throws.
   void Open(MetaLibWriter& writer) const;
   void Append(MetaLibWriter& writer, int bar) const;
   void Delete(MetaLibWriter& writer, int bar) const;

@@ -2,20 +2,20 @@
 
 namespace velumar {
 
-// What a run asks of the chart program's side. None of it throws: a chart program that is slow or
-// gone never ends a run.
+// What a run needs of the chart program. Nothing here throws: a chart program that is slow or gone
+// must not end a run.
 class ChartSide {
  public:
   virtual ~ChartSide() = default;
-  // Brings the chart program up and closes its charts, so that the store can be filled. Its waits
-  // let clicks run.
+  // Starts the chart program if necessary and closes its charts, so that the store can be filled.
+  // Clicks run in its waits.
   virtual void CloseCharts() = 0;
-  // Opens the chart of the run's symbol on the store.
+  // Opens the chart of the run's symbol from the store.
   virtual void OpenChart() = 0;
   virtual void MaximizeHost() = 0;
-  // False when the chart program isn't there.
+  // False if the chart program isn't running.
   virtual bool BringHostToFront() = 0;
-  // Makes every open chart read the store again, then shows the user where the replay is.
+  // Makes every open chart read the store again, then shows the current bar and the account.
   virtual void RefreshCharts() = 0;
 };
 

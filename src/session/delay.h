@@ -6,11 +6,11 @@
 
 namespace velumar {
 
-// The seconds between two fed bars as the box holds them, brought into what the clock can hold: a
-// text that is no whole number, or is negative, counts as "3", one of 33 and above as "32".
+// The seconds between two bars, limited to what the 16-bit delay can hold: a text that is not a
+// whole number, or is negative, counts as "3", and 33 and above as "32".
 std::string UsableDelay(std::string_view seconds);
 
-// The same as the milliseconds that the feed waits, and back from them.
+// The same in milliseconds, and back.
 std::int16_t DelayMilliseconds(std::string_view seconds);
 std::string DelaySeconds(std::int16_t milliseconds);
 

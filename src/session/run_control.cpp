@@ -1,32 +1,52 @@
 #include "session/run_control.h"
 
 #include "base/text.h"
-#include "platform/chart_program_names.h"
-#include "platform/waiting.h"
+#include "platform/chart_program.h"
+#include "platform/event_loop.h"
 #include "session/delay.h"
-#include "session/loaded_series.h"
-#include "session/status_line.h"
 
 namespace velumar {
 
-RunControl::RunControl(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
-                       LedgerConnection& ledger, ChartSide& chart)
+namespace {
+
+LedgerRun Described(const SimSession& session) {
+  LedgerRun run{.directory = session.Run.directory,
+                .symbol = session.Run.symbol,
+                .interval = session.Run.interval,
+                .start_date = {},
+                .start_time = {},
+                .market = session.IsStockMarket() ? "stock" : "futures",
+                .starting_money = session.Balance,
+                .margin = session.InitMargin,
+                .money_per_point = session.ProfitPerContract};
+  if (session.HasBar(session.BarIndex)) {
+    const auto bar = static_cast<std::size_t>(session.BarIndex);
+    run.start_date = std::to_string(session.BarDate[bar]);
+    run.start_time = std::to_string(session.BarTime[bar]);
+  }
+  return run;
+}
+
+}  // namespace
+
+RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
+                       IndexCache& cache, LedgerConnection& ledger, ChartSide& chart)
     : session_(session),
-      desktop_(desktop),
+      inputs_(inputs),
+      view_(view),
       platform_(platform),
+      cache_(cache),
+      ledger_(ledger),
       chart_(chart),
-      ledger_(session, platform.boxes, ledger),
-      loader_(session, cache),
-      store_(session, desktop, platform, cache),
+      store_(session, view, platform.boxes, cache),
       stepper_(session, cache) {}
 
 bool RunControl::ClaimStore() {
   if (!RequireSymbol()) return false;
-  const Form1& setup = desktop_.form1();
-  next_ = {session_.DataDir, NormalisedSymbol(session_.Symbol), setup.cbxPeriod.Text(),
-           setup.DTPicker1.Value()};
+  next_ = {session_.DataDir, NormalisedSymbol(session_.Symbol), inputs_.Interval(),
+           inputs_.StartDay()};
   if (!store_.Claim()) return false;
-  LockSetup();
+  view_.LockSetup();
   return true;
 }
 
@@ -49,34 +69,34 @@ RunControl::RunNumber RunControl::NewRun() {
 }
 
 bool RunControl::RequireSymbol() {
-  if (!desktop_.form1().Combo1.Text().empty()) return true;
+  if (!inputs_.Symbol().empty()) return true;
   platform_.boxes.Show("Plase specificy Symbol to simulate!", BoxIcon::kInformation);
   session_.StopRequested = -1;
   return false;
 }
 
 bool RunControl::RequireLoadedSeries() {
-  const std::string problem = LoadedSeriesProblem(session_, desktop_);
+  const std::string problem = LoadedSeriesProblem(session_, inputs_);
   if (!problem.empty()) platform_.boxes.Show(problem + ".", BoxIcon::kExclamation);
   return problem.empty();
 }
 
-// No other run begins in the waits and boxes of a preparation. If it fails, no bars are left in
-// memory that could be fed or traded.
+// No other run begins in the waits and boxes of a preparation. If it fails, no bars are left that
+// could be fed or traded.
 bool RunControl::PrepareRun() {
   const PreparingScope preparing(session_);
   session_.ForgetBars();
   session_.Run = next_;
   session_.StopRequested = 0;
   try {
-    // The rows of the run before stay in place until there is a run to follow it.
-    if (PrepareChartAndStore() && ledger_.Begin()) return true;
+    // The rows of the last run stay until the next one can begin.
+    if (PrepareChartAndStore() && BeginInLedger()) return true;
   } catch (const std::exception& error) {
     ShowFailure("The run was not started.", error);
   }
   session_.ForgetBars();
   session_.StopRequested = -1;
-  UnlockSetup();
+  view_.UnlockSetup();
   return false;
 }
 
@@ -85,24 +105,39 @@ bool RunControl::PrepareChartAndStore() {
   chart_.CloseCharts();
   if (!store_.Refill()) return false;
   chart_.OpenChart();
-  SetStatusLine(desktop_, "Mode [Date]... ");
+  view_.SetStatusLine("Mode [Date]... ");
   BringChartUp();
-  SetStatusLine(desktop_, "Init Data... ");
-  if (store_.PrepareStore() == 0) return false;
+  view_.SetStatusLine("Init Data... ");
+  if (!store_.Prepare()) return false;
   LoadSeries();
   return true;
 }
 
 bool RunControl::Resume(RunNumber run) {
-  const bool begun = ledger_.Begin();
-  // The box of a ledger that failed lets clicks run.
+  const bool begun = BeginInLedger();
+  // Clicks run while a box about the ledger is open.
   if (Superseded(run)) return false;
   session_.StopRequested = begun ? 0 : -1;
   if (!begun) return false;
   ShowRunning();
-  SetStatusLine(desktop_, "Mode [Continues]... ");
+  view_.SetStatusLine("Mode [Continues]... ");
   BringChartUp();
   return true;
+}
+
+// Without a ledger that can be written, a run replays all the same, and its orders are refused.
+bool RunControl::BeginInLedger() {
+  if (!ledger_.CanWrite()) return true;
+  try {
+    LedgerBeginRun(ledger_, Described(session_));
+    return true;
+  } catch (const LedgerError& error) {
+    platform_.boxes.Show(
+        "The run was not started, because it could not be recorded in the ledger.\n" +
+            std::string(error.what()),
+        BoxIcon::kExclamation);
+    return false;
+  }
 }
 
 void RunControl::BringChartUp() {
@@ -111,28 +146,18 @@ void RunControl::BringChartUp() {
 }
 
 void RunControl::ShowRunning() {
-  Form2& navigator = desktop_.form2();
-  navigator.Image3.SetVisible(false);
-  for (Control* button : {&navigator.Image4, &navigator.Image1, &navigator.Image2,
-                          &navigator.Image6, &navigator.Image7}) {
-    button->SetVisible(true);
-  }
-  LockSetup();
-  ReadDelay();
-  SetStatusLine(desktop_, "Begin ... ");
+  view_.ShowRunning();
+  const std::string delay = UsableDelay(inputs_.Delay());
+  view_.ShowDelay(delay);
+  session_.RefreshDelay = DelayMilliseconds(delay);
+  view_.SetStatusLine("Begin ... ");
   session_.HostTitle = kChartTitle;
-  SetStatusLine(desktop_, "Activate Program ...");
-}
-
-void RunControl::ReadDelay() {
-  ComboBox& delay = desktop_.form3().Combo2;
-  delay.SetText(UsableDelay(delay.Text()));
-  session_.RefreshDelay = DelayMilliseconds(delay.Text());
+  view_.SetStatusLine("Activate Program ...");
 }
 
 void RunControl::LoadSeries() {
-  session_.BarIndex = loader_.LoadBars(session_.SimDir);
-  session_.LastBarIndex = loader_.LoadBars(session_.Run.directory);
+  session_.BarIndex = LoadBars(session_, cache_, session_.SimDir);
+  session_.LastBarIndex = LoadBars(session_, cache_, session_.Run.directory);
   session_.FirstShownBar = session_.BarIndex;
   session_.NewestShownBar = session_.BarIndex;
   const auto bar = static_cast<std::size_t>(session_.BarIndex);
@@ -140,9 +165,9 @@ void RunControl::LoadSeries() {
   session_.StartTime = std::to_string(session_.BarTime.at(bar));
 }
 
-// Each bar is the one after BarIndex, which a step by hand may have moved.
+// Each bar is the one after BarIndex, which a manual step may have moved.
 void RunControl::Feed(RunNumber run) {
-  SetStatusLine(desktop_, "Begin of data feed ... ");
+  view_.SetStatusLine("Begin of data feed ... ");
   BringChartUp();
   while (session_.BarIndex < session_.LastBarIndex) {
     feeding_ = true;
@@ -152,18 +177,18 @@ void RunControl::Feed(RunNumber run) {
     } catch (const std::exception& error) {
       // From the market data library or a handler that ran in the pause.
       if (Superseded(run)) return;
-      ShowPlay();
+      view_.ShowEnded();
       ShowFailure("The feed stopped.", error);
     }
     if (Superseded(run)) return;
     feeding_ = false;
     if (!go_on) return;
   }
-  ShowPlay();
-  SetStatusLine(desktop_, "End of data feed... ");
+  view_.ShowEnded();
+  view_.SetStatusLine("End of data feed... ");
 }
 
-// False if the loop was stopped or another run has begun. Either has already set the windows.
+// False if the run was paused or another one has begun. Either has already shown that.
 bool RunControl::FeedOne(RunNumber run) {
   platform_.events.ProcessPending();
   if (Superseded(run)) return false;
@@ -175,36 +200,9 @@ bool RunControl::FeedOne(RunNumber run) {
   return !Superseded(run);
 }
 
-void RunControl::ShowPlay() {
-  desktop_.form2().Image3.SetVisible(true);
-  desktop_.form2().Image4.SetVisible(false);
-}
-
 void RunControl::EndRun() {
   session_.StopRequested = -1;
-  ShowPlay();
-  desktop_.form3().Combo2.SetEnabled(true);
-  UnlockSetup();
-}
-
-void RunControl::LockSetup() {
-  Form1& setup = desktop_.form1();
-  setup.Text3.SetEnabled(false);
-  setup.Combo1.SetEnabled(false);
-  setup.Command5.SetEnabled(false);
-  setup.Label6.SetVisible(true);
-  setup.Text3.SetVisible(false);
-  setup.Command5.SetVisible(false);
-}
-
-void RunControl::UnlockSetup() {
-  Form1& setup = desktop_.form1();
-  setup.Text3.SetEnabled(true);
-  setup.Combo1.SetEnabled(true);
-  setup.Command5.SetEnabled(true);
-  setup.Label6.SetVisible(false);
-  setup.Text3.SetVisible(true);
-  setup.Command5.SetVisible(true);
+  view_.ShowPaused();
 }
 
 void RunControl::GoNext() { Step("Goto Next Date Plase wait ...", &BarStepper::FeedBar); }
@@ -225,9 +223,9 @@ void RunControl::GoFastRewind() {
 
 void RunControl::Step(std::string_view status, void (BarStepper::*step)(std::int16_t& index)) {
   if (session_.Preparing) return;
-  SetStatusLine(desktop_, status);
+  view_.SetStatusLine(status);
   if (!stepper_.HasBars()) {
-    SetStatusLine(desktop_, "No bars loaded");
+    view_.SetStatusLine("No bars loaded");
   } else if (RequireLoadedSeries()) {
     try {
       (stepper_.*step)(session_.BarIndex);

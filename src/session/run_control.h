@@ -4,83 +4,83 @@
 #include <string>
 #include <string_view>
 
-#include "forms/desktop.h"
+#include "ledger/ledger.h"
+#include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/bar_loading.h"
 #include "session/bar_stepping.h"
 #include "session/chart_side.h"
-#include "session/ledger_runs.h"
+#include "session/run_inputs.h"
+#include "session/run_view.h"
 #include "session/sim_session.h"
 #include "session/working_store.h"
 
 namespace velumar {
 
-// A run from the click on a start button to its end, and the four steps by hand.
+// A run from the click on "Start" or "Play" to its end, and the four manual steps.
 class RunControl {
  public:
-  RunControl(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
-             LedgerConnection& ledger, ChartSide& chart);
+  RunControl(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
+             IndexCache& cache, LedgerConnection& ledger, ChartSide& chart);
 
-  // Takes what the setup window has chosen for the next run, claims the working store for it and
-  // locks the window's boxes. False after a message box if no symbol is chosen or the folder can't
-  // be the store; nothing has changed then.
+  // Reads what is entered for the next run, claims the working store for it and locks the setup. If
+  // no symbol is entered or the folder can't be the store, shows a box, changes nothing and returns
+  // false.
   bool ClaimStore();
-  // Begins the run of the last ClaimStore and feeds its bars. Returns when the feed has ended, was
-  // stopped, or gave way to a later run that was begun in one of its waits: two loops never feed at
-  // once. False if the run could not be prepared: a box has said why, no bars are loaded, and the
-  // caller brings the setup window back.
+  // Begins the run of the last ClaimStore and feeds its bars. Returns when the feed has ended or
+  // was stopped, or when a later run began in one of its waits: two loops never feed at once. If
+  // the run can't be prepared, shows a box, leaves no bars loaded and returns false; the caller
+  // then brings the setup window back.
   bool Start();
-  // Begins a run that goes on from BarIndex, and returns as Start does. Does nothing while a run is
-  // being prepared, and only shows a box if the setup window names another series than the bars'.
+  // Begins a run that continues from BarIndex; returns as Start does. Does nothing while a run is
+  // being prepared, and only shows a box if another series than the loaded one is entered.
   void Continue();
-  // Sets the flag that the loop reads once per bar.
+  // Pauses the run: the feed stops after the current bar or the next.
   void EndRun();
-  // Unlocks the boxes of the setup window, where the next run's series may be chosen while a feed
-  // goes on with its own.
-  void UnlockSetup();
 
-  // The steps do nothing while a run is being prepared: no bars are loaded yet, the store is being
-  // filled, and the chart program's file dialog takes every key. If the setup window names another
-  // series than the bars', a box says so instead.
+  // The steps do nothing while a run is being prepared: no bars are loaded yet, and the chart
+  // program's file dialog takes every key. If another series than the loaded one is entered, they
+  // only show a box.
   void GoNext();
   void GoFastForward();
   void GoPrevious();
   void GoFastRewind();
 
-  // True while a loop is running that will feed another bar.
+  // True while a feed is running that will feed another bar.
   bool Feeding() const { return feeding_; }
 
  private:
-  // A run knows by its number whether a later one has begun.
+  // Shows a run whether a later one has begun.
   using RunNumber = std::uint32_t;
 
   RunNumber NewRun();
   bool Superseded(RunNumber run) const { return run != newest_run_; }
-  // False after a box.
+  // These show a box if they return false.
   bool RequireSymbol();
   bool RequireLoadedSeries();
   bool PrepareRun();
   bool PrepareChartAndStore();
   bool Resume(RunNumber run);
-  void LockSetup();
+  // Moves the rows of the last run to the archive and begins a new one in the ledger. If that
+  // fails, shows a box and returns false: the new orders would join the rows of the last run.
+  bool BeginInLedger();
   void BringChartUp();
   void ShowRunning();
-  void ReadDelay();
   void LoadSeries();
   void Feed(RunNumber run);
   bool FeedOne(RunNumber run);
-  void ShowPlay();
-  // Runs a step and the refresh after it. If the step fails, a box says why and nothing has moved.
+  // Makes a step and refreshes the charts. If the step fails, shows a box; nothing has moved.
   void Step(std::string_view status, void (BarStepper::*step)(std::int16_t& index));
-  // Shows a box with what failed and the error's text. A library error's number comes first.
+  // Shows a box with what failed and why. The number of a library error comes first.
   void ShowFailure(const std::string& what, const std::exception& error);
 
   SimSession& session_;
-  Desktop& desktop_;
+  RunInputs& inputs_;
+  RunView& view_;
   Platform& platform_;
+  IndexCache& cache_;
+  LedgerConnection& ledger_;
   ChartSide& chart_;
-  LedgerRuns ledger_;
-  BarLoader loader_;
   WorkingStore store_;
   BarStepper stepper_;
   RunSeries next_;  // what "Start" was clicked for

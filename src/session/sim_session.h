@@ -6,12 +6,12 @@
 
 namespace velumar {
 
-// The trader's money and positions. Two units run through it and never mix: points are a price
-// difference times a quantity, money is points times ProfitPerContract. Every assignment is worked
-// in double precision and rounded once to the 32-bit field.
+// The trader's money and positions. It has two units that never mix: points are a price difference
+// times a quantity, money is points times ProfitPerContract. Every assignment is computed in double
+// precision and rounded once, to the 32-bit field.
 struct Book {
   // Account, money.
-  float MarketPrice = 0;  // close of the bar under BarIndex
+  float MarketPrice = 0;  // close of the current bar
   float InitMargin = 0;
   float ProfitPerContract = 0;
   float UsedMargin = 0;
@@ -38,27 +38,28 @@ struct Book {
   float SRealisedMoney = 0;
 };
 
-// What the setup window held when "Start" was clicked. The run keeps to it, whatever is chosen for
-// the next one.
+// What was entered when "Start" was clicked. The run keeps it, whatever is entered for the next
+// one.
 struct RunSeries {
   std::string directory;
   std::string symbol;
-  std::string interval;        // as cbxPeriod has it: "D" or minutes
+  std::string interval;        // "D" or minutes
   std::int32_t start_day = 0;  // yyyymmdd
 };
 
-// The one record of the program: directories and symbol, the whole series in memory, the replay
-// cursor and the trader's book. main builds it and hands it on by reference. The widths are limits
-// of the system.
+// The state of the program: directories and symbol, the whole series in memory, the replay cursor
+// and the trader's book. There is one, which main builds and passes by reference. The 16-bit and
+// 32-bit fields are limits of the system.
 struct SimSession : Book {
   // Paths, symbol, host.
   std::string DataDir;  // the directory that holds the full series
   std::string SimDir;   // the working store: what the chart program reads
   std::string Symbol;   // the one chosen in the setup window, trimmed and upper-cased
   std::string SymbolInterval;
-  std::vector<std::string> PeriodBySymbol;  // "D" or minutes, in the reader's order, one spare
+  std::vector<std::string>
+      PeriodBySymbol;  // "D" or minutes, in the order of the directory, and one spare
   std::string HostTitle;
-  std::string ChartWarning;  // what is wrong with the chart program, in front of the bar's text
+  std::string ChartWarning;  // what is wrong with the chart program; precedes the bar's text
 
   RunSeries Run;  // of the run being prepared, then of the bars in memory
 
@@ -75,7 +76,7 @@ struct SimSession : Book {
   // Replay cursor and run.
   std::int16_t BarIndex = 0;        // the store holds bars 0 to BarIndex; -1: none
   std::int16_t LastBarIndex = 0;    // last index of the full series
-  std::int16_t FirstShownBar = 0;   // where the series was last begun at a date
+  std::int16_t FirstShownBar = 0;   // where the run began at its start date
   std::int16_t NewestShownBar = 0;  // the newest bar that this run's chart has shown so far
   std::string StartDate;
   std::string StartTime;
@@ -85,17 +86,20 @@ struct SimSession : Book {
   bool Preparing = false;          // from the click on "Start" until the bars are loaded
   std::int16_t RefreshDelay = 0;   // ms
 
-  // Kept window positions, twips as number text; a top of "0": none known.
+  // Saved window positions, twips as number text; a top of "0": none.
   std::string SetupTop;
   std::string SetupLeft;
   std::string NavTop;
   std::string NavLeft;
 
+  // The two market families: a directory whose path holds the capital letters "SET" is a stock
+  // market, every other one a futures market.
+  bool IsStockMarket() const { return DataDir.find("SET") != std::string::npos; }
   // Last index of the bar arrays, -1 without bars.
   int LastArrayIndex() const { return static_cast<int>(BarDate.size()) - 1; }
-  // True when `index` names a bar of the arrays.
+  // True if the arrays have a bar of that index.
   bool HasBar(int index) const { return index >= 0 && index <= LastArrayIndex(); }
-  // Leaves no series in memory, so nothing can be fed, stepped or ordered.
+  // Drops the series, so that nothing can be fed, stepped or ordered.
   void ForgetBars() {
     BarDate.clear();
     BarTime.clear();
@@ -107,7 +111,7 @@ struct SimSession : Book {
   }
 };
 
-// Marks a session as being prepared for as long as it lives.
+// A run is being prepared while this object lives.
 class PreparingScope {
  public:
   explicit PreparingScope(SimSession& session) : session_(session) { session_.Preparing = true; }

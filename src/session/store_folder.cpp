@@ -41,7 +41,7 @@ std::string Quoted(const fs::path& path) { return "\"" + PathText(path) + "\""; 
                    ". A run needs to write there.");
 }
 
-// Without a closing separator, which would lead through a link.
+// Without a closing separator, which would follow a link.
 fs::path FolderPath(std::string_view text) {
   fs::path path = fs::absolute(NativePath(text));
   while ((!path.has_filename() || path.filename() == ".") && path != path.root_path()) {
@@ -50,7 +50,7 @@ fs::path FolderPath(std::string_view text) {
   return path;
 }
 
-// How many levels `inner` lies below `outer`: 0 for the same folder, -1 if it doesn't.
+// How many levels `inner` is below `outer`: 0 for the same folder, -1 if it isn't below.
 int LevelsBelow(const fs::path& inner, const fs::path& outer) {
   int levels = 0;
   for (fs::path at = fs::weakly_canonical(inner);; at = at.parent_path(), ++levels) {
@@ -62,7 +62,7 @@ int LevelsBelow(const fs::path& inner, const fs::path& outer) {
 
 bool IsOurs(const fs::path& entry) { return PathText(entry.filename()).starts_with('.'); }
 
-// "26 files or folders (EMASTER, F1.DAT, F2.DAT, ...)"
+// "26 files (EMASTER, F1.DAT, F2.DAT, ...)"
 std::string Holding(const fs::path& folder) {
   constexpr std::size_t kNamed = 3;
   std::vector<std::string> names;
@@ -192,7 +192,7 @@ void StoreFolder::Require(std::string_view store, std::string_view data) { Check
 void StoreFolder::Clear() const {
   std::string left;
   try {
-    // Since the claim, the chart program was started, and somebody may have moved the folder.
+    // Since the claim the chart program has started, and the folder may have been moved.
     RequireNoLink(path_);
     RequireOurs(path_);
     for (const fs::path& file : FilesIn(path_)) {

@@ -9,26 +9,26 @@
 
 namespace velumar {
 
-// Why a folder can't serve as the working store. what() is a message for the trader: which folder,
-// what is wrong with it, what to do.
+// Why a folder can't be the working store. what() is a message for the trader: which folder, what
+// is wrong with it, what to do.
 class StoreError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// The folder of the working store, held for one run. Since a run deletes the files in it, it must
-// be marked as ours by the file kMark. The mark is locked while the object lives; the system
-// releases the lock when the process dies.
+// The folder of the working store, held for one run. Since a run deletes the files in it, the file
+// kMark must mark it as ours. The mark is locked while the object lives; the system releases the
+// lock when the process dies.
 class StoreFolder {
  public:
   static constexpr std::string_view kMark = ".velumar-store";
 
-  // Creates the folder if it is missing, marks and locks it. Throws StoreError, and has changed
-  // nothing, unless the folder is empty, has the mark or is a store of an earlier version. Also
-  // refuses a link, the folder `data` itself, a folder that contains it or is more than one level
-  // inside it, and a store that another program's run holds.
+  // Creates the folder if it is missing, marks it and locks it. The folder must be empty, marked,
+  // or the store of an earlier version. It must not be a link, the folder `data`, a folder that
+  // contains `data` or is more than one level inside it, or in use by another program. Otherwise
+  // throws StoreError and changes nothing.
   StoreFolder(std::string_view store, std::string_view data);
-  // Throws what the constructor would throw, except for a store that is held: we may hold it.
+  // Throws what the constructor would throw, except for a store in use: we may be the user.
   static void Require(std::string_view store, std::string_view data);
 
   // Deletes the files and links whose names don't begin with a point, and follows no link.

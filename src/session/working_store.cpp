@@ -9,13 +9,12 @@
 #include "base/text.h"
 #include "marketdata/interval.h"
 #include "session/bar_loading.h"
-#include "session/status_line.h"
 
 namespace velumar {
 
 namespace {
 
-// Where a run starts whose date the series doesn't know.
+// Where a run starts whose date is after the last bar.
 constexpr int kFallbackBar = 250;
 
 void CloseBoth(MetaLibReader& reader, MetaLibWriter& writer) {
@@ -25,7 +24,7 @@ void CloseBoth(MetaLibReader& reader, MetaLibWriter& writer) {
   IgnoringErrors([&] { writer.CloseDirectory(); });
 }
 
-// Half of the last index, an exact half to the even neighbour.
+// Half of the last index, rounded to even.
 int Middle(int last_index) { return static_cast<int>(std::nearbyint(last_index / 2.0)); }
 
 void MoveToFallback(MetaLibReader& reader) {
@@ -54,9 +53,9 @@ bool WorkingStore::Refill() {
   session_.SimDir = WithClosingBackslash(session_.SimDir);
   return Reported([this] {
     folder_->Clear();
-    SetStatusLine(desktop_, "Copy MASTER ... ");
+    view_.SetStatusLine("Copy MASTER ... ");
     folder_->CopyIndexes();
-    SetStatusLine(desktop_, "Copy MSSmart ... ");
+    view_.SetStatusLine("Copy MSSmart ... ");
     folder_->CopyChartFiles();
   });
 }
@@ -66,26 +65,26 @@ bool WorkingStore::Reported(const std::function<void()>& step) {
     step();
     return true;
   } catch (const MetaLibError& error) {
-    platform_.boxes.Show(LibraryErrorText(error), BoxIcon::kExclamation);
+    boxes_.Show(LibraryErrorText(error), BoxIcon::kExclamation);
   } catch (const StoreError& error) {
-    platform_.boxes.Show(error.what(), BoxIcon::kExclamation);
+    boxes_.Show(error.what(), BoxIcon::kExclamation);
   } catch (const std::exception& error) {
-    platform_.boxes.Show("The working store can't be filled.\n" + std::string(error.what()),
-                         BoxIcon::kExclamation);
+    boxes_.Show("The working store could not be filled.\n" + std::string(error.what()),
+                BoxIcon::kExclamation);
   }
   return false;
 }
 
-std::int16_t WorkingStore::PrepareStore() {
+bool WorkingStore::Prepare() {
   MetaLibReader reader(cache_);
   MetaLibWriter writer(cache_);
   try {
     Fill(reader, writer);
-    return -1;
+    return true;
   } catch (const MetaLibError& error) {
     CloseBoth(reader, writer);
-    platform_.boxes.Show(Explained(error), BoxIcon::kNone);
-    return 0;
+    boxes_.Show(Explained(error), BoxIcon::kNone);
+    return false;
   }
 }
 
@@ -102,8 +101,8 @@ void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
   writer.CloseDirectory();
 }
 
-// The bars after the start are never written, so a run that dies here leaves no future on the disk.
-// The first bar always is: a run needs a current bar.
+// Bars after the start are never written, so a run that dies here leaves no future on the disk. The
+// first bar always is written: a run needs a current bar.
 void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer,
                                 std::int32_t cut_start) {
   const std::vector<std::int32_t>& dates = reader.GetDates();
@@ -119,7 +118,7 @@ void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writ
 
 void WorkingStore::OpenStore(MetaLibWriter& writer) {
   if (writer.IsDirectoryInUse(session_.SimDir)) {
-    platform_.boxes.Show("File is in used!!", BoxIcon::kNone);
+    boxes_.Show("File is in used!!", BoxIcon::kNone);
   } else {
     writer.OpenDirectory(session_.SimDir);
   }
@@ -139,7 +138,7 @@ void WorkingStore::SelectBoth(MetaLibReader& reader, MetaLibWriter& writer) {
   writer.SelectSeries(symbol, series->daily, series->minutes);
 }
 
-// The library finds a series of unknown minutes under any interval.
+// A series of unknown minutes is found under any interval.
 void WorkingStore::RequireKnownMinutes(int minutes) const {
   const std::string& symbol = session_.Run.symbol;
   MetaLibReader reader(cache_);
@@ -153,7 +152,7 @@ void WorkingStore::RequireKnownMinutes(int minutes) const {
                                          "are unknown. Import it again with an interval.");
 }
 
-// Refused before anything is written: the store would show what can't be stepped through.
+// Checked before anything is written, so that no chart shows what can't be stepped through.
 void WorkingStore::RequireReplayable(const MetaLibReader& reader) const {
   const std::size_t bars = reader.GetDates().size();
   const std::string series =

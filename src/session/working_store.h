@@ -5,22 +5,28 @@
 #include <optional>
 #include <string>
 
-#include "forms/desktop.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
 #include "marketdata/metalib_writer.h"
-#include "platform/platform.h"
+#include "platform/services.h"
+#include "session/run_view.h"
 #include "session/sim_session.h"
 #include "session/store_folder.h"
 
 namespace velumar {
 
-// Prepares the working store for a run that starts at the picked date.
+// Owns the files of the working store, which the chart program reads. What they may hold:
+//   before Refill      what the run before has left; no chart is open
+//   after Refill       index files that list the securities without dates, the chart program's own
+//                      files, and no bars
+//   after Prepare      the bars of the run's series before its start day, at least the first bar
+//   from then on       bars 0 to BarIndex, as BarStepper moves it
+// A bar after BarIndex is never there, not even for a moment or after a fault of the disk.
 class WorkingStore {
  public:
-  WorkingStore(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache)
-      : session_(session), desktop_(desktop), platform_(platform), cache_(cache) {}
+  WorkingStore(SimSession& session, RunView& view, MessageBoxes& boxes, IndexCache& cache)
+      : session_(session), view_(view), boxes_(boxes), cache_(cache) {}
 
   // Claims the folder SimDir for a run over DataDir and holds it until the next claim or the end of
   // the program. If it can't be the store, shows a box, changes nothing and returns false.
@@ -33,9 +39,8 @@ class WorkingStore {
 
   // Writes into SimDir what the run's series holds before the first bar on or after the start day,
   // and its first bar in any case. A day after the last bar starts 250 bars after the first, or in
-  // the middle of a series of at most 251. -1 when the store is ready; 0 after a message box when
-  // it is not.
-  std::int16_t PrepareStore();
+  // the middle of a series of at most 251. Shows a box and returns false if the store isn't ready.
+  bool Prepare();
 
  private:
   bool Reported(const std::function<void()>& step);
@@ -51,13 +56,13 @@ class WorkingStore {
   bool StoredInLowerCase() const;
 
   SimSession& session_;
-  Desktop& desktop_;
-  Platform& platform_;
+  RunView& view_;
+  MessageBoxes& boxes_;
   IndexCache& cache_;
   std::optional<StoreFolder> folder_;  // of the last claim
 };
 
-// The text of a library error for a box: its number, a carriage return, its sentence.
+// A library error as the text of a box: number, carriage return, sentence.
 std::string LibraryErrorText(const MetaLibError& error);
 
 }  // namespace velumar

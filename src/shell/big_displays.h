@@ -6,7 +6,7 @@
 
 namespace velumar {
 
-// The load steps of the three big windows. Each load goes back to the same place.
+// What happens when the three big displays open. Each opens at the same place.
 class BigDisplays {
  public:
   BigDisplays(const SimSession& session, Desktop& desktop, Platform& platform);
@@ -16,7 +16,7 @@ class BigDisplays {
   void LoadDateTime();
   void LoadScore();
   void LoadPrice();
-  // A quarter of the window's width away from the right edge.
+  // Leaves a quarter of the window's width to the right edge of the screen.
   float RightHandLeft(const BigWindow& window) const;
 
   const SimSession& session_;

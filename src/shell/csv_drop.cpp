@@ -18,7 +18,7 @@ bool IsCsv(const std::string& file) {
   return UpperCased(PathText(NativePath(file).extension())) == ".CSV";
 }
 
-// In the order of their names; none where the directory can't be read.
+// Sorted by name; none if the directory can't be read.
 std::vector<std::string> PriceFilesIn(const std::string& directory) {
   std::vector<std::string> prices;
   std::error_code unreadable;
@@ -30,7 +30,7 @@ std::vector<std::string> PriceFilesIn(const std::string& directory) {
   return prices;
 }
 
-// As the system writes paths, whatever was typed.
+// With the system's separators.
 std::string Shown(const std::string& directory) {
   return PathText(NativePath(directory).make_preferred());
 }
@@ -45,15 +45,14 @@ void CsvDrop::Import(const std::vector<std::string>& files) {
   std::vector<std::string> prices;
   std::copy_if(files.begin(), files.end(), std::back_inserter(prices), IsCsv);
   if (prices.empty()) {
-    platform_.boxes.Show("Only price files can be imported this way: their names end in \".csv\".",
-                         BoxIcon::kInformation);
+    platform_.boxes.Show("Only .csv files can be imported.", BoxIcon::kInformation);
     return;
   }
   if (!Agreed(prices.size())) return;
-  const Arrival arrival = ImportAll(prices);
-  if (arrival.files == 0) return;
+  const Imported imported = ImportAll(prices);
+  if (imported.files == 0) return;
   catalogue_.BuildSymbolList();
-  Choose(arrival.first);
+  Choose(imported.first);
 }
 
 bool CsvDrop::OfferDirectory() {
@@ -61,36 +60,35 @@ bool CsvDrop::OfferDirectory() {
   if (prices.empty()) return false;
   const std::string question = Shown(session_.DataDir) + "\nholds no market data yet, but " +
                                Files(prices.size()) +
-                               " of prices. Velumar can make market data of them there.";
+                               " with prices. Velumar can import them there.";
   if (platform_.boxes.Ask(question, {"Import", "Choose another directory"}) != 0) return false;
   return ImportAll(prices).files > 0;
 }
 
-CsvDrop::Arrival CsvDrop::ImportAll(const std::vector<std::string>& prices) {
-  Arrival arrival;
+CsvDrop::Imported CsvDrop::ImportAll(const std::vector<std::string>& prices) {
+  Imported imported;
   std::string problems;
   for (const std::string& file : prices) {
     try {
       const CsvImportReport report = ImportCsv(NativePath(file), session_.DataDir, {}, cache_);
-      if (arrival.files++ == 0) arrival.first = report;
+      if (imported.files++ == 0) imported.first = report;
     } catch (const std::exception& error) {
       problems += "\n" + std::string(error.what());
     }
   }
   if (!problems.empty()) {
-    platform_.boxes.Show(std::to_string(arrival.files) + " of " + Files(prices.size()) +
-                             " were imported." + problems,
+    platform_.boxes.Show("Imported " + std::to_string(imported.files) + " of " +
+                             Files(prices.size()) + "." + problems,
                          BoxIcon::kExclamation);
   }
-  return arrival;
+  return imported;
 }
 
-// Asked once for all files, with the directory's name: a security of the same symbol and interval
-// is replaced there.
+// Asks once for all files, since securities of the same symbol and interval are replaced.
 bool CsvDrop::Agreed(std::size_t files) {
   const std::string question =
       "Import into the market data directory\n" + Shown(session_.DataDir) + "\n\n" + Files(files) +
-      " will be added. A security of the same symbol and interval is replaced.";
+      " will be imported. A security of the same symbol and interval is replaced.";
   return platform_.boxes.Ask(question, {"Import", "Cancel"}) == 0;
 }
 

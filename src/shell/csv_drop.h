@@ -8,14 +8,14 @@
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"
-#include "session/symbol_catalogue.h"
+#include "shell/symbol_catalogue.h"
 
 namespace velumar {
 
 // Imports price files that are dropped on the setup window into the data directory, as velumar-cli
-// does, after the user has confirmed the directory by its name. Then the list is built again with
-// the first imported security chosen. A box names each file that can't be imported, and why; no
-// file is imported by half.
+// does, after the trader has confirmed the directory. Then lists the securities again and chooses
+// the first imported one. A box names each file that can't be imported and why; nothing of such a
+// file is imported.
 class CsvDrop {
  public:
   CsvDrop(SimSession& session, Desktop& desktop, Platform& platform, SymbolCatalogue& catalogue,
@@ -27,18 +27,18 @@ class CsvDrop {
         cache_(cache) {}
 
   void Import(const std::vector<std::string>& files);
-  // For a data directory that holds price files but no market data: offers to import them there.
-  // True if some were imported.
+  // If the data directory holds price files but no market data, offers to import them there.
+  // Returns true if some were imported.
   bool OfferDirectory();
 
  private:
-  struct Arrival {
-    std::size_t files = 0;  // imported
-    CsvImportReport first;  // of these
+  struct Imported {
+    std::size_t files = 0;
+    CsvImportReport first;
   };
 
   bool Agreed(std::size_t files);
-  Arrival ImportAll(const std::vector<std::string>& prices);
+  Imported ImportAll(const std::vector<std::string>& prices);
   void Choose(const CsvImportReport& series);
 
   SimSession& session_;

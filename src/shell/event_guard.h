@@ -9,13 +9,13 @@
 
 namespace velumar {
 
-// Wraps the handlers of events: an error that a handler doesn't catch ends it, and a box says what
+// Wraps event handlers: an error that a handler doesn't catch is shown in a box that says what
 // failed and why. `boxes` must outlive the wrapped handlers.
 class EventGuard {
  public:
   explicit EventGuard(MessageBoxes& boxes) : boxes_(boxes) {}
 
-  // `task` is what the handler does, "Placing the order", and must outlive the result.
+  // `task` says what the handler does, such as "Placing the order", and must outlive the result.
   template <typename Handler>
   auto operator()(std::string_view task, Handler handler) const {
     return [&boxes = boxes_, task, handler = std::move(handler)](auto... arguments) {

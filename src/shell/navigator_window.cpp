@@ -2,9 +2,8 @@
 
 #include "base/ignoring.h"
 #include "base/number_text.h"
-#include "platform/waiting.h"
+#include "platform/event_loop.h"
 #include "shell/event_guard.h"
-#include "shell/opacity_setting.h"
 #include "shell/window_shaping.h"
 
 namespace velumar {
@@ -23,9 +22,9 @@ std::string FastStepTip(std::string_view word, std::string_view key) {
 
 }  // namespace
 
-NavigatorWindow::NavigatorWindow(SimSession& session, Desktop& desktop, Platform& platform,
-                                 RunControl& run)
-    : session_(session), desktop_(desktop), platform_(platform), run_(run) {
+NavigatorWindow::NavigatorWindow(SimSession& session, RunView& view, Desktop& desktop,
+                                 Platform& platform, RunControl& run)
+    : session_(session), view_(view), desktop_(desktop), platform_(platform), run_(run) {
   BindEvents();
 }
 
@@ -72,7 +71,7 @@ void NavigatorWindow::Load() {
 
 void NavigatorWindow::Place() {
   Form2& form = Window();
-  if (KnowsPlace(session_.NavTop, session_.NavLeft, form, platform_.screen)) {
+  if (CanRestorePlace(session_.NavTop, session_.NavLeft, form, platform_.screen)) {
     form.SetTop(PlaceFromText(session_.NavTop));
     form.SetLeft(PlaceFromText(session_.NavLeft));
     return;
@@ -101,7 +100,7 @@ void NavigatorWindow::ChartCountTyped() {
 
 void NavigatorWindow::Unload() { SaveOpacity(Window(), platform_.settings, kOpacityKey); }
 
-// A feed goes on: pausing it is the work of another button. The next run can be chosen during it.
+// Doesn't pause the run: the next one can be entered while this one feeds.
 void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
   if (closing_) return;
@@ -114,7 +113,7 @@ void NavigatorWindow::CloseAndReturn() {
   closing_ = false;
   desktop_.Unload(form);
   desktop_.Unload(desktop_.Untouched().form3);
-  run_.UnlockSetup();
+  view_.UnlockSetup();
   Form1& setup = desktop_.form1();
   setup.Show();
   setup.ImgDonate.SetVisible(true);

@@ -23,7 +23,7 @@ void PreviewWindow::BindEvents() {
   Graph2& form = desktop_.Untouched().graph2;
   constexpr std::string_view kPreview = "The print preview";
   const EventGuard guarded(platform_.boxes);
-  // A change of the sheet, drawn at once.
+  // Changes the sheet and shows that.
   const auto changing = [this, guarded](auto change) {
     return guarded(kPreview, [this, change](auto... arguments) {
       change(arguments...);
@@ -31,24 +31,24 @@ void PreviewWindow::BindEvents() {
     });
   };
   const auto resizing = [this, changing](auto change) {
-    return changing([this, change] {
-      change();
-      TakePicture();
-    });
+    return changing([this, change] { Resize(change); });
   };
   form.on_load = guarded(kPreview, [this] { Load(); });
   form.on_close = form.on_escape = form.cmdcancel.on_click = guarded(kPreview, [this] { Close(); });
   form.cmdPrint.on_click = guarded("Printing", [this] { Print(); });
-  form.HScroll2.on_change = resizing([this] { preview_->SetZoom(Window().HScroll2.Value()); });
-  form.chtscroll0.on_change = resizing(
-      [this] { preview_->SetChartPercent(PictureSide::kHeight, Window().chtscroll0.Value()); });
-  form.chtscroll1.on_change = resizing(
-      [this] { preview_->SetChartPercent(PictureSide::kWidth, Window().chtscroll1.Value()); });
+  form.HScroll2.on_change =
+      resizing([this](PreviewChart& chart) { preview_.SetZoom(Window().HScroll2.Value(), chart); });
+  form.chtscroll0.on_change = resizing([this](PreviewChart& chart) {
+    preview_.SetChartPercent(PictureSide::kHeight, Window().chtscroll0.Value(), chart);
+  });
+  form.chtscroll1.on_change = resizing([this](PreviewChart& chart) {
+    preview_.SetChartPercent(PictureSide::kWidth, Window().chtscroll1.Value(), chart);
+  });
   form.HScroll1.on_change = form.VScroll1.on_change = changing(
-      [this] { preview_->ScrollSheet(Window().HScroll1.Value(), Window().VScroll1.Value()); });
-  form.Picture2.on_mouse_down = changing([this](float x, float y) { preview_->Press({x, y}); });
-  form.Picture2.on_mouse_move = changing([this](float x, float y) { preview_->Move({x, y}); });
-  form.Picture2.on_mouse_up = changing([this](float x, float y) { preview_->Release({x, y}); });
+      [this] { preview_.ScrollSheet(Window().HScroll1.Value(), Window().VScroll1.Value()); });
+  form.Picture2.on_mouse_down = changing([this](float x, float y) { preview_.Press({x, y}); });
+  form.Picture2.on_mouse_move = changing([this](float x, float y) { preview_.Move({x, y}); });
+  form.Picture2.on_mouse_up = changing([this](float x, float y) { preview_.Release({x, y}); });
   form.op1.on_entry =
       changing([this](std::size_t list, std::size_t entry) { ChooseEntry(list, entry); });
 }
@@ -57,12 +57,13 @@ void PreviewWindow::Load() {
   Graph2& form = Window();
   form.SetTopmost(true);
   CentreOnScreen(form, platform_.screen);
-  preview_.emplace(static_cast<PreviewChart&>(*this));
+  preview_ = {};
+  Resize([this](PreviewChart& chart) { preview_.Show(chart); });
   form.HScroll2.SetValue(PrintPreview::kStartZoom);  // takes the picture and shows the places
 }
 
-// A result window that was loaded for the preview alone is unloaded with it: the next one that the
-// trader opens reads the ledger again.
+// A result window that was only opened for the preview closes with it, so that the next one reads
+// the ledger again.
 void PreviewWindow::Close() {
   desktop_.Unload(Window());
   const FrmResult& results = desktop_.Untouched().frmResult;
@@ -71,29 +72,36 @@ void PreviewWindow::Close() {
 
 void PreviewWindow::ShowPlaces() {
   Graph2& form = Window();
-  form.Label1.SetText(std::to_string(preview_->ZoomPercent()) + "%");
-  form.Picture1.SetPlace(Twips(preview_->SheetPlace().x), Twips(preview_->SheetPlace().y));
-  form.Picture1.SetSize(Twips(preview_->Sheet().width), Twips(preview_->Sheet().height));
-  form.Picture2.SetPlace(Twips(preview_->ChartPlace().x), Twips(preview_->ChartPlace().y));
+  form.Label1.SetText(std::to_string(preview_.ZoomPercent()) + "%");
+  form.Picture1.SetPlace(Twips(preview_.SheetPlace().x), Twips(preview_.SheetPlace().y));
+  form.Picture1.SetSize(Twips(preview_.Sheet().width), Twips(preview_.Sheet().height));
+  form.Picture2.SetPlace(Twips(preview_.ChartPlace().x), Twips(preview_.ChartPlace().y));
 }
 
-void PreviewWindow::TakePicture() {
-  Graph2& form = Window();
-  form.Picture2.SetSize(Twips(Width()), Twips(Height()));
-  form.Picture2.SetContent(ShownChart().Content());
+void PreviewWindow::Resize(const std::function<void(PreviewChart&)>& change) {
+  FrmResult& results = desktop_.frmResult();
+  Chart& shown = results.MSChart1;
+  PreviewChart chart{{double{shown.Width()}, double{shown.Height()}}, results.chwd, results.chht};
+  change(chart);
+  shown.SetSize(Twips(chart.shown.width), Twips(chart.shown.height));
+  results.chwd = chart.whole_width;
+  results.chht = chart.whole_height;
+  ChartPicture& picture = Window().Picture2;
+  picture.SetSize(shown.Width(), shown.Height());
+  picture.SetContent(shown.Content());
 }
 
 void PreviewWindow::ChooseEntry(std::size_t list, std::size_t entry) {
   Menu& menu = Window().op1;
   switch (list) {
     case Graph2::kOrientation:
-      preview_->ToggleOrientation();
-      return menu.Tick(list, entry, preview_->Portrait());
+      preview_.ToggleOrientation();
+      return menu.Tick(list, entry, preview_.Portrait());
     case Graph2::kPrintQuality:
-      preview_->SetQuality(static_cast<int>(entry));
+      preview_.SetQuality(static_cast<int>(entry));
       return menu.TickOnly(list, entry);
     case Graph2::kNoOfCopies:
-      preview_->SetCopies(static_cast<int>(entry) + 1);
+      preview_.SetCopies(static_cast<int>(entry) + 1);
       return menu.TickOnly(list, entry);
     default:
       return;  // the paper is always A4
@@ -103,9 +111,9 @@ void PreviewWindow::ChooseEntry(std::size_t list, std::size_t entry) {
 void PreviewWindow::Print() {
   Graph2& form = Window();
   form.HScroll2.SetValue(PrintPreview::kMostPercent);
-  PrintJob job{.orientation = preview_->PrintOrientation(),
-               .quality = preview_->PrintQualityCode(),
-               .copies = preview_->NoOfCopies(),
+  PrintJob job{.orientation = preview_.PrintOrientation(),
+               .quality = preview_.PrintQualityCode(),
+               .copies = preview_.NoOfCopies(),
                .pdf_file = {}};
   if (!platform_.printers.Any()) {
     const auto file =
@@ -115,20 +123,6 @@ void PreviewWindow::Print() {
   }
   form.Picture2.PrintPages(job);
   platform_.boxes.Show("bbb", BoxIcon::kNone);
-}
-
-double PreviewWindow::Width() const { return double{ShownChart().Width()}; }
-
-double PreviewWindow::Height() const { return double{ShownChart().Height()}; }
-
-void PreviewWindow::SetWidth(double width) {
-  Chart& chart = ShownChart();
-  chart.SetSize(Twips(width), chart.Height());
-}
-
-void PreviewWindow::SetHeight(double height) {
-  Chart& chart = ShownChart();
-  chart.SetSize(chart.Width(), Twips(height));
 }
 
 }  // namespace velumar

@@ -1,18 +1,17 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <optional>
+#include <functional>
 
 #include "forms/desktop.h"
 #include "platform/platform.h"
-#include "results/print_preview.h"
+#include "shell/print_preview.h"
 
 namespace velumar {
 
-// The logic of the print preview. It works on the chart of the result window itself, so that one
-// changes its size with the preview; a result window that was closed comes back hidden.
-class PreviewWindow : private PreviewChart {
+// What the controls of the print preview do. They resize the result window's own chart; a result
+// window that was closed opens hidden.
+class PreviewWindow {
  public:
   PreviewWindow(Desktop& desktop, Platform& platform);
 
@@ -22,25 +21,15 @@ class PreviewWindow : private PreviewChart {
   void Close();
   // Shows where the sheet and the picture on it are.
   void ShowPlaces();
-  // Takes the chart as it is now for the picture on the sheet, as each change of its size does.
-  void TakePicture();
+  // Lets `change` resize the chart, then takes its picture for the sheet.
+  void Resize(const std::function<void(PreviewChart& chart)>& change);
   void ChooseEntry(std::size_t list, std::size_t entry);
   void Print();
   Graph2& Window() { return desktop_.graph2(); }
-  Chart& ShownChart() const { return desktop_.frmResult().MSChart1; }
-
-  double Width() const override;
-  double Height() const override;
-  void SetWidth(double width) override;
-  void SetHeight(double height) override;
-  std::int32_t chwd() const override { return desktop_.frmResult().chwd; }
-  std::int32_t chht() const override { return desktop_.frmResult().chht; }
-  void SetChwd(std::int32_t width) override { desktop_.frmResult().chwd = width; }
-  void SetChht(std::int32_t height) override { desktop_.frmResult().chht = height; }
 
   Desktop& desktop_;
   Platform& platform_;
-  std::optional<PrintPreview> preview_;  // made anew at each load
+  PrintPreview preview_;  // new at each load
 };
 
 }  // namespace velumar

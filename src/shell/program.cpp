@@ -1,53 +1,38 @@
 #include "shell/program.h"
 
+#include "host/chart_registry.h"
 #include "host/host_control.h"
-#include "host/reg_info.h"
-#include "platform/telling_settings.h"
 #include "session/run_control.h"
-#include "session/symbol_catalogue.h"
 #include "shell/big_displays.h"
 #include "shell/event_guard.h"
 #include "shell/navigator_window.h"
 #include "shell/preview_window.h"
 #include "shell/result_window.h"
+#include "shell/run_windows.h"
 #include "shell/score_board.h"
 #include "shell/setup_window.h"
+#include "shell/symbol_catalogue.h"
 #include "shell/trade_panel.h"
-#include "trading/status_display.h"
 
 namespace velumar {
-
-namespace {
-
-// The same outside, with settings that never throw. `store_dir` and the rest are copied here.
-Platform WithSettings(const Platform& outside, SettingsStore& settings) {
-  return {outside.events,    outside.chart_windows,  outside.keys,
-          outside.boxes,     outside.folders,        outside.files,
-          outside.colours,   outside.clipboard,      outside.printers,
-          settings,          outside.registry,       outside.screen,
-          outside.locale,    outside.clock,          outside.programs,
-          outside.web,       outside.program_folder, outside.default_data_dir,
-          outside.store_dir, outside.ledger_file};
-}
-
-}  // namespace
 
 struct Program::Parts {
   Parts(SimSession& session, Desktop& desktop, const Platform& outside, IndexCache& cache,
         LedgerConnection& ledger)
-      : settings(outside.settings, outside.boxes),
-        platform(WithSettings(outside, settings)),
+      : platform(outside),
+        windows(desktop),
         registry(platform.registry, platform.boxes),
-        status(session, desktop, platform.locale),
         trader(platform.chart_windows),
-        chart(session, desktop, platform, registry, status, trader),
+        chart(session, windows, windows, platform, registry, trader),
         catalogue(session, desktop, platform, cache),
-        run(session, desktop, platform, cache, ledger, chart),
+        run(session, windows, windows, platform, cache, ledger, chart),
         drop(session, desktop, platform, catalogue, cache),
-        orders(session, desktop, platform, ledger, status),
-        panel(session, desktop, platform, status, orders),
-        setup(session, desktop, platform, catalogue, run, panel, registry, ledger, drop, cache),
-        navigator(session, desktop, platform, run),
+        orders(session, windows, windows, platform, ledger),
+        account(session, windows, desktop),
+        panel(session, windows, desktop, platform, account, orders),
+        setup(session, windows, desktop, platform, catalogue, run, panel, account, registry, ledger,
+              drop, cache),
+        navigator(session, windows, desktop, platform, run),
         big(session, desktop, platform),
         score_board(session, desktop, platform),
         results(desktop, platform, ledger, score_board),
@@ -57,16 +42,16 @@ struct Program::Parts {
             EventGuard(platform.boxes)("Opening the score board", [this] { score_board.Open(); })) {
   }
 
-  TellingSettings settings;
   Platform platform;
-  RegInfo registry;
-  StatusDisplay status;
+  RunWindows windows;
+  ChartRegistry registry;
   TraderFocus trader;
   HostControl chart;
   SymbolCatalogue catalogue;
   RunControl run;
   CsvDrop drop;
   OrderDesk orders;
+  AccountBoxes account;
   TradePanel panel;
   SetupWindow setup;
   NavigatorWindow navigator;
@@ -82,7 +67,7 @@ Program::Program(SimSession& session, Desktop& desktop, const Platform& platform
     : desktop_(desktop),
       parts_(std::make_unique<Parts>(session, desktop, platform, cache, ledger)) {
   parts_->catalogue.OfferWhenEmpty([this] { return parts_->drop.OfferDirectory(); });
-  // The directory box starts from what the platform calls its samples.
+  // The directory box starts with the samples.
   desktop.Untouched().form1.Text3.SetStartText(platform.default_data_dir);
 }
 

@@ -12,23 +12,23 @@
 
 namespace velumar {
 
-// The logic behind all windows, bound to their events at construction. All references must outlive
-// the object.
+// What all windows do, bound to their events by the constructor. All references must outlive the
+// object.
 class Program {
  public:
   Program(SimSession& session, Desktop& desktop, const Platform& platform, IndexCache& cache,
           LedgerConnection& ledger);
   ~Program();
 
-  // Loads the setup window, which brings the whole process up, and shows it.
+  // Opens the setup window, which starts everything else.
   void Start();
-  // True while a feed loop is on that will feed another bar or look at the stop flag.
+  // True while a feed is running that will feed another bar.
   bool Feeding() const;
-  // The program was started once more: windows that were made invisible can be seen again.
+  // Makes fully transparent windows visible again. Called when the program is started once more.
   void ShowAgain();
   // What the keyboard does in a run.
   RunKeys& Keys();
-  // How the last click on an order ended.
+  // The result of the last order.
   OrderResult LastOrder() const;
 
  private:

@@ -11,7 +11,7 @@
 
 #include "base/ignoring.h"
 #include "results/portfolio_chart.h"
-#include "results/run_choice.h"
+#include "results/run_record.h"
 #include "shell/event_guard.h"
 #include "shell/window_shaping.h"
 
@@ -21,13 +21,13 @@ namespace {
 
 constexpr int kFirstType = 2;  // "2D Line" in the list of chart types
 
-// By the index in the list of chart types; the last entry chooses nothing.
+// In the order of the list of chart types; its last entry does nothing.
 constexpr std::array kTypes = {kChart2DBar,  kChart3DBar,  kChart2DLine,
                                kChart2DArea, kChart3DLine, kChart3DStep};
 
 constexpr std::string_view kChangingTheChart = "Changing the chart";
 
-// What a toolbar button does, for a box that says what failed.
+// What a toolbar button does, for the box about a failure.
 std::string_view TaskOf(int button) {
   switch (button) {
     case FrmResult::kSaveAs:
@@ -77,7 +77,7 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
       platform_(platform),
       ledger_(ledger),
       score_board_(score_board),
-      sheets_(desktop, platform, ledger) {
+      tabs_(desktop, platform, ledger) {
   BindEvents();
 }
 
@@ -98,10 +98,10 @@ void ResultWindow::BindEvents() {
   form.picCommonDialog.on_click = guarded(kChangingTheChart, [this] { ChooseColour(); });
   form.lnkScore.on_click = guarded("Opening the score board", [this] { score_board_.Open(); });
   form.cbxRun.on_click = guarded("Reading the run", [this] { ChooseRun(); });
-  sheets_.on_read = [this] { RefreshFiguresAndChart(); };
+  tabs_.on_read = [this] { RefreshFiguresAndChart(); };
 }
 
-// A window that the preview loaded hidden may be older than the newest orders.
+// A window that the preview opened hidden may lack the newest orders.
 void ResultWindow::Open() {
   FrmResult& form = desktop_.Untouched().frmResult;
   if (!form.Visible()) desktop_.Unload(form);
@@ -117,9 +117,9 @@ void ResultWindow::Load() {
   form.chwd = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
   form.chht = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
   run_ = {};
-  // A ledger that can't be read says so with the figures.
+  // If the ledger can't be read, reading the figures says so.
   IgnoringErrors([this] { run_.newest = NewestRun(ledger_); });
-  sheets_.Load(run_);
+  tabs_.Load(run_);
   ListRuns();
   ShowResultFigures();
   ApplySeriesColour();
@@ -141,7 +141,7 @@ void ResultWindow::ShowResultFigures() {
   try {
     RefreshFiguresAndChart();
   } catch (const LedgerError& error) {
-    platform_.boxes.Show(std::string("The results can't be read.\n") + error.what(),
+    platform_.boxes.Show(std::string("The results could not be read.\n") + error.what(),
                          BoxIcon::kExclamation);
   }
 }
@@ -155,7 +155,7 @@ ResultWindow::Reading ResultWindow::Read(const ShownRun& run) {
 
 void ResultWindow::Show(Reading reading) {
   WriteFigures(reading.figures);
-  // New rows show the whole chart, so the same ones leave a zoom as it is.
+  // Setting rows ends a zoom, so only new ones are set.
   Chart& chart = Window().MSChart1;
   if (reading.rows != *chart.Content().rows) chart.SetRows(std::move(reading.rows));
 }
@@ -212,7 +212,7 @@ void ResultWindow::PressToolbar(int button) {
   }
 }
 
-// The file stays when its row in the ledger can't be written.
+// The file is kept even if its row in the ledger can't be written.
 void ResultWindow::SaveChartAs() {
   std::vector<FileForm> forms;
   for (const std::string& ending : Window().MSChart1.endings) {
@@ -226,9 +226,9 @@ void ResultWindow::SaveChartAs() {
     LedgerInsert(ledger_, kProfileTable, {"Profile Name", "Start Period", "End Period"},
                  {*file, "01/01/06", "01/01/07"});
   } catch (const LedgerError& error) {
-    platform_.boxes.Show(
-        "The chart was saved, but the ledger can't note that.\n" + std::string(error.what()),
-        BoxIcon::kExclamation);
+    platform_.boxes.Show("The chart was saved, but that could not be recorded in the ledger.\n" +
+                             std::string(error.what()),
+                         BoxIcon::kExclamation);
   }
 }
 
@@ -256,7 +256,7 @@ void ResultWindow::ChooseColour() {
   ApplySeriesColour();
 }
 
-// If the run can't be read, the list goes back to the one that is shown.
+// If the run can't be read, the list returns to the one that is shown.
 void ResultWindow::ChooseRun() {
   ComboBox& list = Window().cbxRun;
   const int number = list.Rows().at(static_cast<std::size_t>(list.Index())).data;
@@ -273,7 +273,7 @@ void ResultWindow::ChooseRun() {
 void ResultWindow::LoadRun(int number) {
   const ShownRun chosen{number, run_.newest};
   Reading reading = Read(chosen);
-  sheets_.ShowRun(chosen);
+  tabs_.ShowRun(chosen);
   run_ = chosen;
   Show(std::move(reading));
 }

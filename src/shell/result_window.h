@@ -6,19 +6,19 @@
 #include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "results/result_figures.h"
-#include "results/run_choice.h"
-#include "shell/account_sheets.h"
+#include "results/run_record.h"
+#include "shell/result_tabs.h"
 #include "shell/score_board.h"
 
 namespace velumar {
 
-// Parts of a 32-bit colour, each 0 to 255 where the colour has no more than 24 bits.
+// The parts of a colour, each 0 to 255 if the colour has at most 24 bits.
 void SplitColour(std::int32_t colour, std::int16_t& red, std::int16_t& green, std::int16_t& blue);
 
-// The logic of the result window. It reads the ledger when the window opens, when statistics or
-// orders are first looked at, and when another run is chosen: each time figures, chart and sheets
-// together, so that they never contradict each other. Orders placed in between show at the next
-// reading.
+// What the controls of the result window do. The ledger is read when the window opens, when
+// statistics or orders are first shown, and when another run is chosen. Each time figures, chart
+// and tabs are read together, so that they never contradict each other; later orders show at the
+// next reading.
 class ResultWindow {
  public:
   ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
@@ -26,7 +26,7 @@ class ResultWindow {
 
  private:
   void BindEvents();
-  // Shows the window, freshly loaded unless it is visible already.
+  // Shows the window; reads the ledger again unless it is visible already.
   void Open();
   void Load();
   void ListRuns();
@@ -40,7 +40,7 @@ class ResultWindow {
   Reading Read(const ShownRun& run);
   void Show(Reading reading);
   void ShowResultFigures();
-  // Of the run that is shown. Throws LedgerError, and then changes nothing.
+  // Reads the shown run again. Throws LedgerError, and then changes nothing.
   void RefreshFiguresAndChart();
   void WriteFigures(const ResultFigures& figures);
   void ApplySeriesColour();
@@ -62,7 +62,7 @@ class ResultWindow {
   Platform& platform_;
   LedgerConnection& ledger_;
   ScoreBoard& score_board_;
-  AccountSheets sheets_;
+  ResultTabs tabs_;
   ShownRun run_;
 };
 

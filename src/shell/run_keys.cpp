@@ -40,13 +40,13 @@ PictureButton* RunKeys::ButtonOf(const RunKeyPress& press) const {
 bool RunKeys::Press(const RunKeyPress& press) {
   if (!IsRunKey(press) || !InRun()) return false;
   if (!trader_.AtRun()) return true;
-  // A held key goes on stepping, but no faster than the chart follows; an order is one press.
+  // A key held down repeats steps, no faster than the chart follows, but never orders.
   if (press.repeated && (!Steps(press.code) || stepping_)) return true;
   if (press.code == run_key::kBoard) {
     open_board_();
     return true;
   }
-  // A stray Space neither pauses nor restarts a run that is being prepared.
+  // Space neither pauses nor restarts a run that is being prepared.
   if (press.code == run_key::kSpace && session_.Preparing) return true;
   const bool before = std::exchange(stepping_, stepping_ || Steps(press.code));
   ButtonOf(press)->UserClick();

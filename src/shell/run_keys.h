@@ -11,11 +11,12 @@
 namespace velumar {
 
 // The keys of a run: Space plays and pauses, Left and Right step, PageUp and PageDown step 30 bars,
-// L and S order Long and Short, with Shift they offset. Such a key clicks the button that stands
-// for it, so what can't be clicked can't be typed either. B opens the score board.
+// L and S order Long and Short, with Shift they offset. A key clicks its button, so what can't be
+// clicked can't be typed either. B opens the score board.
 class RunKeys {
  public:
-  // `chart_opening`: the chart program is being typed into, and may hand such keys back.
+  // `chart_opening` returns true while keys are typed into the chart program, which may return
+  // them.
   RunKeys(const SimSession& session, Desktop& desktop, TraderFocus& trader,
           std::function<bool()> chart_opening, std::function<void()> open_board)
       : session_(session),
@@ -24,13 +25,13 @@ class RunKeys {
         chart_opening_(std::move(chart_opening)),
         open_board_(std::move(open_board)) {}
 
-  // Keys mean something from the start of a run until the way back to the setup.
+  // True from the start of a run until "Close & Return".
   bool InRun() const;
   TraderFocus& Trader() const { return trader_; }
-  // A key typed to one of our windows. False for one that means nothing here. While the trader
-  // works in another program, no key does anything.
+  // Handles a key typed in one of our windows. Returns false if it is not a key of a run. While the
+  // trader works in another program, no key does anything.
   bool Press(const RunKeyPress& press);
-  // The same, typed to the chart and handed on.
+  // The same for a key that the chart program received and passed on.
   bool PressFromChart(const RunKeyPress& press);
 
  private:
@@ -41,7 +42,7 @@ class RunKeys {
   TraderFocus& trader_;
   std::function<bool()> chart_opening_;
   std::function<void()> open_board_;
-  bool stepping_ = false;  // a step by key is on its way
+  bool stepping_ = false;  // a step by key is running
 };
 
 }  // namespace velumar

@@ -15,12 +15,11 @@ namespace {
 constexpr std::string_view kScoresTarget = "/zanno/getscore.php";
 constexpr std::string_view kPostTarget = "/zanno/postscore.php?";
 constexpr std::string_view kLineEnd = "\r\n";
-constexpr int kEnterKey = 13;
 constexpr std::string_view kAddressKey = "ScoreAddress";
 constexpr std::string_view kNameKey = "ScoreName";
 
-// Characters that would end the line a name is sent in.
-bool EndsALine(char character) {
+// Characters that would end the request line.
+bool IsLineEnd(char character) {
   return character == '\r' || character == '\n' || character == '\0';
 }
 
@@ -36,7 +35,7 @@ std::vector<std::string> Lines(std::string_view answer) {
   return lines;
 }
 
-// A service may have more to say than that it has the score: its first line, unless it is too long.
+// Adds the first line of the service's answer, unless that is too long or just confirms the score.
 std::string SentText(std::string_view answer) {
   constexpr std::size_t kLongestRemark = 120;
   const std::string_view remark = answer.substr(0, answer.find_first_of("\r\n"));
@@ -60,10 +59,10 @@ ScoreBoard::ScoreBoard(const SimSession& session, Desktop& desktop, Platform& pl
     if (key == kEnterKey) SendScore();
   });
   form.on_unload = form.txtAddress.on_leave =
-      guarded("Keeping the address", [this] { KeepAddress(); });
+      guarded("Saving the address", [this] { SaveAddress(); });
   form.txtAddress.on_key_up = guarded("Fetching the scores", [this](int key) {
     if (key != kEnterKey) return;
-    KeepAddress();
+    SaveAddress();
     RefreshTopScores();
   });
   form.btnSend.on_click = guarded("Sending the score", [this] { SendScore(); });
@@ -93,7 +92,7 @@ std::string ScoreBoard::Address() const {
   return Trimmed(platform_.settings.ReadFrom("Score", "Address").value_or(""));
 }
 
-void ScoreBoard::KeepAddress() {
+void ScoreBoard::SaveAddress() {
   const std::string typed = Trimmed(Window().txtAddress.Text());
   if (typed != Address()) platform_.settings.Save(kAddressKey, typed);
   ExplainAddress();
@@ -111,13 +110,14 @@ void ScoreBoard::RefreshTopScores() {
   if (!Address().empty()) ListScores("");
 }
 
-// Ends with the status, or with why there is no list.
+// Then shows `status`, and why there is no list if there is none.
 void ScoreBoard::ListScores(const std::string& status) {
   const std::optional<Answer> answer = Ask(kScoresTarget, "Fetching the scores...");
   if (!answer) return;
   Window().List1.SetLines(answer->failed ? std::vector<std::string>() : Lines(answer->text));
   if (answer->failed) {
-    ShowStatus(status + (status.empty() ? "" : " ") + "The scores can't be read: " + answer->text);
+    ShowStatus(status + (status.empty() ? "" : " ") +
+               "The scores could not be read: " + answer->text);
   } else if (answer->text.empty() && status.empty()) {
     ShowStatus("There are no scores yet.");
   } else {
@@ -126,13 +126,13 @@ void ScoreBoard::ListScores(const std::string& status) {
 }
 
 void ScoreBoard::SendScore() {
-  KeepAddress();
+  SaveAddress();
   if (session_.StartDate.empty() || session_.CurrentDate.empty()) {
-    ShowStatus("Nothing sent: no bar of a run has been played yet.");
+    ShowStatus("Not sent: play a run first.");
     return;
   }
   if (Address().empty()) {
-    ShowStatus("Nothing sent: no score service is set.");
+    ShowStatus("Not sent: no score service is set.");
     return;
   }
   platform_.settings.Save(kNameKey, Window().txtName.Text());
@@ -176,9 +176,9 @@ std::optional<ScoreBoard::Answer> ScoreBoard::Ask(std::string_view target,
 void ScoreBoard::NameChanged() {
   FrmScore& form = Window();
   std::string name = form.txtName.Text();
-  if (std::erase_if(name, EndsALine) == 0) return;
+  if (std::erase_if(name, IsLineEnd) == 0) return;
   form.txtName.SetText(name);
-  form.lblStatus.SetText("A name is one line: the line ends in it were left out.");
+  form.lblStatus.SetText("Line breaks in the name were removed.");
 }
 
 }  // namespace velumar

@@ -10,22 +10,22 @@
 
 namespace velumar {
 
-// The logic of the score board. Window events run during a request; closing the board ends it.
+// What the controls of the score board do. Clicks run during a request; closing the board ends it.
 class ScoreBoard {
  public:
   ScoreBoard(const SimSession& session, Desktop& desktop, Platform& platform);
 
-  // Shows the window, the newest scores in it.
+  // Shows the window and reads the scores.
   void Open();
 
  private:
   void Load();
-  void KeepAddress();
+  void SaveAddress();
   void RefreshTopScores();
   void SendScore();
   void ListScores(const std::string& status);
   std::string Query();
-  // The one typed into the window last, else the one in section [Score] of the settings file.
+  // The one last typed into the window, else the one in section [Score] of the settings file.
   std::string Address() const;
   void ExplainAddress();
   void NameChanged();
@@ -34,8 +34,8 @@ class ScoreBoard {
     bool failed = false;
     std::string text;  // the answer, or why there is none
   };
-  // Asks the service for the target while the status line shows `status`. Nothing if another
-  // request is running or the window was closed.
+  // Requests the target while the status line shows `status`. Returns nothing if another request is
+  // running or the window was closed.
   std::optional<Answer> Ask(std::string_view target, std::string_view status);
   void ShowStatus(std::string_view text) { Window().lblStatus.SetText(text); }
   FrmScore& Window() { return desktop_.frmScore(); }
@@ -43,8 +43,8 @@ class ScoreBoard {
   const SimSession& session_;
   Desktop& desktop_;
   Platform& platform_;
-  int load_ = 0;         // of the window, counted
-  int asking_load_ = 0;  // the one that a request is running for
+  int load_ = 0;         // how often the window was opened
+  int asking_load_ = 0;  // load_ when the running request began; 0: none
 };
 
 }  // namespace velumar

@@ -8,14 +8,10 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
 #include "session/delay.h"
-#include "session/market_family.h"
-#include "session/start_days.h"
-#include "session/status_line.h"
-#include "shell/account_box.h"
 #include "shell/event_guard.h"
-#include "shell/support_page.h"
+#include "shell/start_days.h"
 #include "shell/window_shaping.h"
 
 namespace velumar {
@@ -25,27 +21,35 @@ namespace {
 constexpr std::string_view kTitle = "Velumar";
 constexpr std::string_view kVersion = VELUMAR_VERSION;
 constexpr std::string_view kBuild = "20071018";
-constexpr std::int16_t kAlpha = 250;
-constexpr int kEnterKey = 13;
+constexpr std::int16_t kSetupAlpha = 250;
 constexpr int kDaysBack = 365;
+
+// Next to the program in a build folder; with the documentation if installed.
+std::string SupportPage(const std::string& program_folder) {
+  const std::filesystem::path folder = NativePath(program_folder);
+  const std::filesystem::path built = folder / "support.html";
+  if (std::filesystem::exists(built)) return PathText(built);
+  return PathText((folder / "../share/doc/velumar/support.html").lexically_normal());
+}
 
 }  // namespace
 
-SetupWindow::SetupWindow(SimSession& session, Desktop& desktop, Platform& platform,
+SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, Platform& platform,
                          SymbolCatalogue& catalogue, RunControl& run, TradePanel& panel,
-                         RegInfo& registry, LedgerConnection& ledger, CsvDrop& drop,
-                         IndexCache& cache)
+                         AccountBoxes& account, ChartRegistry& registry, LedgerConnection& ledger,
+                         CsvDrop& drop, IndexCache& cache)
     : session_(session),
+      view_(view),
       desktop_(desktop),
       platform_(platform),
       catalogue_(catalogue),
       run_(run),
       panel_(panel),
+      account_(account),
       registry_(registry),
       ledger_(ledger),
       drop_(drop),
-      cache_(cache),
-      presets_(session, desktop) {
+      cache_(cache) {
   BindEvents();
 }
 
@@ -64,9 +68,7 @@ void SetupWindow::BindEvents() {
     if (key == kEnterKey) catalogue_.BuildSymbolList();
   });
   form.Command5.on_click = guarded("Choosing the data directory", [this] { PickDirectory(); });
-  for (TextBox* box : AccountBoxes(form)) {
-    box->on_change = [this, &form, box] { MarkFigure(form, *box, IsStockMarket(session_)); };
-  }
+  account_.BindEvents();
   form.Combo1.on_click = guarded("Choosing the security", [this] { catalogue_.SymbolChosen(); });
   form.Combo1.on_key_up =
       guarded("Choosing the security", [this](int) { catalogue_.SymbolTyped(); });
@@ -79,13 +81,12 @@ void SetupWindow::BindEvents() {
     if (const auto day = StartDay(StartDays(), choice, random_)) Window().DTPicker1.SetValue(*day);
   });
   form.Image3.on_click = guarded("Starting the run", [this] { StartRun(); });
-  form.ImgDonate.on_click =
-      guarded("Opening the support page", [this] { OpenSupportPage(platform_); });
+  form.ImgDonate.on_click = guarded("Opening the support page", [this] { OpenSupportPage(); });
   form.Image5.on_click = guarded("Closing Velumar", [this] { Close(); });
 }
 
-// A step that fails is skipped: whatever is wrong with the settings or the directory, the window is
-// shown.
+// A step that fails is skipped, so that the window opens whatever is wrong with the settings or the
+// directory.
 void SetupWindow::Load() {
   IgnoringErrors([this] { ShapeAndName(); });
   ReadSettings();
@@ -98,11 +99,11 @@ void SetupWindow::Load() {
       platform_.store_dir.empty() ? session_.DataDir + "\\Simulate" : platform_.store_dir;
   if (session_.Symbol.empty()) session_.Symbol = "SET";
   session_.BarIndex = 0;
-  presets_.GroupTexts();
+  account_.GroupTexts();
   Window().Label6.SetVisible(false);
   IgnoringErrors([this] { MakeStore(); });
   Window().Show();
-  // Clicks run while it slides in, but no run may begin before its ledger is open.
+  // Clicks run while it slides in, but no run may begin before the ledger is open.
   loading_ = true;
   IgnoringErrors([this] {
     SlideIn(Window(), session_.SetupTop, session_.SetupLeft, platform_.events, platform_.screen);
@@ -115,7 +116,7 @@ void SetupWindow::ShapeAndName() {
   Form1& form = Window();
   form.SetTopmost(true);
   RoundWindow(form, kCornerWidth, kCornerHeight);
-  SetWindowAlpha(form, kAlpha);
+  SetWindowAlpha(form, kSetupAlpha);
   form.lblPercentComm.SetVisible(false);
   form.ImgDonate.SetVisible(false);
   form.SetCaption(std::string(kTitle) + std::string(kVersion) + " build " + std::string(kBuild));
@@ -132,10 +133,10 @@ void SetupWindow::ReadSettings() {
 
 void SetupWindow::PlaceWindows() {
   Form1& form = Window();
-  if (KnowsPlace(session_.SetupTop, session_.SetupLeft, form, platform_.screen)) {
+  if (CanRestorePlace(session_.SetupTop, session_.SetupLeft, form, platform_.screen)) {
     form.SetTop(PlaceFromText(session_.SetupTop));
     form.SetLeft(PlaceFromText(session_.SetupLeft));
-    desktop_.form2();  // its load takes its kept place, or its first one
+    desktop_.form2();  // takes its saved place, or its first one, as it loads
     return;
   }
   Form2& navigator = desktop_.form2();
@@ -159,7 +160,7 @@ void SetupWindow::ReadSelectDate() {
 void SetupWindow::FillDelay() {
   constexpr int kFourthItem = 3;
   constexpr int kThirdItem = 2;
-  // This touch creates the panel, and with it the account.
+  // This loads the panel, which starts the account.
   ComboBox& delay = desktop_.form3().Combo2;
   delay.SetIndex(kFourthItem);
   Window().cbxPeriod.SetIndex(kThirdItem);
@@ -171,11 +172,11 @@ void SetupWindow::FillDelay() {
 void SetupWindow::OpenDataDirectory() {
   session_.DataDir = Setting("LastPath", platform_.default_data_dir);
   TextBox& box = Window().Text3;
-  const bool stood_there = box.Text() == session_.DataDir;
+  const bool unchanged = box.Text() == session_.DataDir;
   box.SetText(session_.DataDir);
   Save("LastPath", session_.DataDir);
-  // No change was fired, and the word of a market in the path counts all the same.
-  if (stood_there) DirectoryChanged();
+  // Without a change event, the market in the path still counts.
+  if (unchanged) DirectoryChanged();
   session_.HostTitle = kChartTitle;
   catalogue_.BuildSymbolList();
 }
@@ -185,7 +186,7 @@ void SetupWindow::MakeStore() {
   if (!std::filesystem::exists(store)) std::filesystem::create_directory(store);
 }
 
-// The replay runs without a ledger; its orders then say what this box has said.
+// Without a ledger a run replays; its orders then show the reason.
 void SetupWindow::OpenLedger() {
   LedgerOpen(ledger_, platform_.ledger_file);
   Window().imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
@@ -197,48 +198,39 @@ void SetupWindow::OpenLedger() {
 void SetupWindow::DirectoryChanged() {
   session_.DataDir = Window().Text3.Text();
   Save("LastPath", session_.DataDir);
-  presets_.DirectoryChanged();
+  account_.DirectoryChanged();
 }
 
 void SetupWindow::PickDirectory() {
   if (catalogue_.PickDataDirectory()) catalogue_.BuildSymbolList();
 }
 
-// The files that a run reads while it is prepared must stay as they are.
+// A run reads its files while it is prepared, and a feed keeps the security that it began with.
 void SetupWindow::TakeFiles(const std::vector<std::string>& files) {
   if (!run_.Feeding() && !session_.Preparing) return drop_.Import(files);
   platform_.boxes.Show("Pause the replay before importing price files.", BoxIcon::kInformation);
 }
 
-// Clicks run during the slides, so the run counts as being prepared from here on. While the list is
-// being built, no security is chosen yet.
+// Clicks run during the slides, so the run counts as being prepared from here on. No security is
+// chosen yet while the list is being built.
 void SetupWindow::StartRun() {
-  if (loading_ || session_.Preparing || catalogue_.Building() || !RequireFigures()) return;
+  if (loading_ || session_.Preparing || catalogue_.Building()) return;
+  if (const auto problem = account_.Problem()) {
+    return platform_.boxes.Show(*problem, BoxIcon::kExclamation);
+  }
   if (!run_.ClaimStore()) return;
   bool ready = false;
   IgnoringErrors([&] {
     const PreparingScope preparing(session_);
     ready = SlideToRun();
   });
-  if (!ready) return run_.UnlockSetup();
+  if (!ready) return view_.UnlockSetup();
   if (run_.Start()) return;
   const Form2& navigator = desktop_.Untouched().form2;
   if (navigator.Visible()) navigator.on_close();
 }
 
-// Shows why the first unusable account text can't be used, as the tooltip of its box does.
-bool SetupWindow::RequireFigures() {
-  for (const TextBox* box : AccountBoxes(Window())) {
-    if (const std::optional<std::string> problem =
-            FigureProblem(Window(), *box, IsStockMarket(session_))) {
-      platform_.boxes.Show(*problem, BoxIcon::kExclamation);
-      return false;
-    }
-  }
-  return true;
-}
-
-// False when the user went back to the setup while the windows slid.
+// Returns false if the trader went back to the setup during a slide.
 bool SetupWindow::SlideToRun() {
   Form1& form = Window();
   const std::string top = PlaceText(form.Top());
@@ -263,24 +255,29 @@ std::vector<std::int32_t> SetupWindow::StartDays() {
 
 void SetupWindow::Unload() {
   Save("Symbol", session_.Symbol);
-  Save("Refresh", DelayToKeep());
-  // While a run hides it, the window lies below the screen; the start has kept its place.
+  Save("Refresh", DelayToSave());
+  // During a run the window is below the screen; its place was saved at the start.
   if (Window().Visible()) {
     Save("Top", PlaceText(Window().RestTop()));
     Save("Left", PlaceText(Window().Left()));
   }
-  Save("SelectDate", DateDisplayText(Window().DTPicker1.Value(), platform_.locale));
+  Save("SelectDate", DateText(Window().DTPicker1.Value(), platform_.locale.ShortDatePattern()));
   const std::string directory = Trimmed(Window().Text3.Text());
-  registry_.SaveHostDataPath(directory);
-  registry_.SaveHostChartsPath(directory);
+  registry_.SaveDataFolder(directory);
+  registry_.SaveChartsFolder(directory);
   LedgerClose(ledger_);
 }
 
-// Between two runs the panel is unloaded, or was loaded anew with nothing in its box.
-std::string SetupWindow::DelayToKeep() const {
+// Between two runs the panel is closed, or opened again with an empty box.
+std::string SetupWindow::DelayToSave() const {
   const Form3& panel = desktop_.Untouched().form3;
   const bool typed = panel.Loaded() && !panel.Combo2.Text().empty();
   return typed ? panel.Combo2.Text() : DelaySeconds(session_.RefreshDelay);
+}
+
+void SetupWindow::OpenSupportPage() {
+  platform_.programs.OpenInBrowser(
+      platform_.settings.Read("DonateUrl").value_or(SupportPage(platform_.program_folder)));
 }
 
 void SetupWindow::Close() {

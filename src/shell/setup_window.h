@@ -6,25 +6,25 @@
 #include <vector>
 
 #include "forms/desktop.h"
-#include "host/reg_info.h"
+#include "host/chart_registry.h"
 #include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "session/run_control.h"
 #include "session/sim_session.h"
-#include "session/symbol_catalogue.h"
+#include "shell/account_boxes.h"
 #include "shell/csv_drop.h"
-#include "shell/market_presets.h"
+#include "shell/symbol_catalogue.h"
 #include "shell/trade_panel.h"
 
 namespace velumar {
 
-// The logic of the setup window: its load brings the whole process up, its unload saves the
+// What the controls of the setup window do. Opening it starts the program; closing it saves the
 // settings.
 class SetupWindow {
  public:
-  SetupWindow(SimSession& session, Desktop& desktop, Platform& platform, SymbolCatalogue& catalogue,
-              RunControl& run, TradePanel& panel, RegInfo& registry, LedgerConnection& ledger,
-              CsvDrop& drop, IndexCache& cache);
+  SetupWindow(SimSession& session, RunView& view, Desktop& desktop, Platform& platform,
+              SymbolCatalogue& catalogue, RunControl& run, TradePanel& panel, AccountBoxes& account,
+              ChartRegistry& registry, LedgerConnection& ledger, CsvDrop& drop, IndexCache& cache);
 
  private:
   void BindEvents();
@@ -42,11 +42,12 @@ class SetupWindow {
   void PickDirectory();
   void TakeFiles(const std::vector<std::string>& files);
   void StartRun();
-  bool RequireFigures();
   bool SlideToRun();
   std::vector<std::int32_t> StartDays();
   void Unload();
-  std::string DelayToKeep() const;
+  std::string DelayToSave() const;
+  // Opens the project's own page in the browser, or the one that a setting names.
+  void OpenSupportPage();
   void Close();
 
   std::string Setting(std::string_view key, std::string_view otherwise) const;
@@ -54,18 +55,19 @@ class SetupWindow {
   Form1& Window() { return desktop_.form1(); }
 
   SimSession& session_;
+  RunView& view_;
   Desktop& desktop_;
   Platform& platform_;
   SymbolCatalogue& catalogue_;
   RunControl& run_;
   TradePanel& panel_;
-  RegInfo& registry_;
+  AccountBoxes& account_;
+  ChartRegistry& registry_;
   LedgerConnection& ledger_;
   CsvDrop& drop_;
   IndexCache& cache_;
-  MarketPresets presets_;
   std::mt19937_64 random_{std::random_device()()};  // of start days
-  bool loading_ = false;                            // no run can start yet
+  bool loading_ = false;                            // while the window opens, no run can start
 };
 
 }  // namespace velumar

@@ -3,25 +3,27 @@
 #include "base/ignoring.h"
 #include "base/number_text.h"
 #include "session/delay.h"
-#include "session/market_family.h"
-#include "shell/account_box.h"
 #include "shell/event_guard.h"
-#include "shell/market_presets.h"
-#include "shell/opacity_setting.h"
 #include "shell/window_shaping.h"
+#include "trading/status_texts.h"
 
 namespace velumar {
 
 namespace {
 
-constexpr std::string_view kOpacityKey = "PorfolioTransparent";
+constexpr std::string_view kPanelOpacityKey = "PorfolioTransparent";
 constexpr float kUnderNavigator = 100;  // twips
 
 }  // namespace
 
-TradePanel::TradePanel(SimSession& session, Desktop& desktop, Platform& platform,
-                       StatusDisplay& status, OrderDesk& orders)
-    : session_(session), desktop_(desktop), platform_(platform), status_(status), orders_(orders) {
+TradePanel::TradePanel(SimSession& session, RunWindows& run, Desktop& desktop, Platform& platform,
+                       AccountBoxes& account, OrderDesk& orders)
+    : session_(session),
+      run_(run),
+      desktop_(desktop),
+      platform_(platform),
+      account_(account),
+      orders_(orders) {
   BindEvents();
 }
 
@@ -51,47 +53,38 @@ void TradePanel::BindEvents() {
 void TradePanel::Load() {
   Form3& form = Window();
   closing_ = false;
-  // A later run starts with its market's lot, as the first one does.
+  // Each run starts with its market's default quantity.
   if (const auto quantity = PresetQuantity(session_.DataDir))
     form.txtContractVol.SetText(*quantity);
   form.imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
-  StartAccount();
+  RestartAccount();
   form.SetTopmost(true);
   RoundWindow(form, kCornerWidth, kCornerHeight);
-  LoadOpacity(form, form.HScrollx, platform_.settings, kOpacityKey);
+  LoadOpacity(form, form.HScrollx, platform_.settings, kPanelOpacityKey);
   form.Image1.SetSize(form.Width(), form.Height());
   IgnoringErrors([this] { Place(); });
-  status_.ShowStatus();
+  ShowStatus(session_, run_, platform_.locale);
 }
 
 void TradePanel::ShowForRun() {
   const bool was_loaded = desktop_.Untouched().form3.Loaded();
-  Form3& form = Window();  // a load starts the account itself
+  Form3& form = Window();  // loading starts the account
   if (was_loaded) {
-    StartAccount();
-    status_.ShowStatus();
+    RestartAccount();
+    ShowStatus(session_, run_, platform_.locale);
   }
   form.Show();
 }
 
-void TradePanel::StartAccount() {
-  Form1& setup = desktop_.form1();
-  const bool stock = IsStockMarket(session_);
-  ReadFigure(setup, setup.txtContractValue, stock, session_.InitMargin);
-  ReadFigure(setup, setup.txtProfitperContract, stock, session_.ProfitPerContract);
-  ReadFigure(setup, setup.txtInitPorfolio, stock, session_.Balance);
-  session_.Portfolio = session_.Balance;
-  session_.UsedMargin = 0;
-  session_.LAccum = 0;
-  session_.SAccum = 0;
-  session_.LAvgPrice = 0;
-  session_.SAvgPrice = 0;
+void TradePanel::RestartAccount() {
+  StartAccount(session_, run_);
+  account_.MarkAll();
 }
 
-// Right under the navigator's kept place, not where it was dragged to since.
+// Below the navigator's saved place, not where it was dragged since.
 void TradePanel::Place() {
   Form3& form = Window();
-  const float navigator_height = desktop_.form2().Height();  // its load may set its place
+  const float navigator_height = desktop_.form2().Height();  // loading may set its place
   form.SetTop(navigator_height + static_cast<float>(PlaceFromText(session_.NavTop)) +
               kUnderNavigator);
   form.SetLeft(PlaceFromText(session_.NavLeft));
@@ -100,7 +93,7 @@ void TradePanel::Place() {
 void TradePanel::DelayConfirmed() {
   ComboBox& delay = Window().Combo2;
   const std::string usable = UsableDelay(delay.Text());
-  // An emptied box is about to be typed into: it stays empty, and counts as "3".
+  // An empty box is about to be typed into: it stays empty, and counts as "3".
   if (!delay.Text().empty()) delay.SetText(usable);
   session_.RefreshDelay = DelayMilliseconds(usable);
 }
@@ -123,13 +116,13 @@ void TradePanel::QuantityLeft() {
   quantity.SetText(PatternText(quantity.Text(), kWholePattern));
 }
 
-void TradePanel::Unload() { SaveOpacity(Window(), platform_.settings, kOpacityKey); }
+void TradePanel::Unload() { SaveOpacity(Window(), platform_.settings, kPanelOpacityKey); }
 
 void TradePanel::CloseAndReturn() {
   Form3& form = Window();
   if (closing_) return;
   closing_ = true;
-  // A window that was unloaded in its slide may be another run's by now.
+  // A panel that was unloaded during its slide may belong to another run by now.
   if (!SlideOut(form, PlaceText(form.Top()), PlaceText(form.Left()), platform_.events,
                 platform_.screen)) {
     return;

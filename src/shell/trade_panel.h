@@ -3,25 +3,26 @@
 #include "forms/desktop.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"
+#include "shell/account_boxes.h"
+#include "shell/run_windows.h"
 #include "trading/orders.h"
-#include "trading/status_display.h"
 
 namespace velumar {
 
-// The logic of the trade panel. Its load starts the account.
+// What the controls of the trade panel do. Opening the panel starts the account.
 class TradePanel {
  public:
-  TradePanel(SimSession& session, Desktop& desktop, Platform& platform, StatusDisplay& status,
-             OrderDesk& orders);
+  TradePanel(SimSession& session, RunWindows& run, Desktop& desktop, Platform& platform,
+             AccountBoxes& account, OrderDesk& orders);
 
-  // Shows the panel for a run from the setup window. The account starts from the setup boxes as
-  // they stand now, also when the panel was loaded earlier.
+  // Shows the panel for a run. The account starts with what is entered now, even if the panel was
+  // opened earlier.
   void ShowForRun();
 
  private:
   void BindEvents();
   void Load();
-  void StartAccount();
+  void RestartAccount();
   void Place();
   void DelayConfirmed();
   void BigNumbersToggled();
@@ -31,11 +32,12 @@ class TradePanel {
   Form3& Window() { return desktop_.form3(); }
 
   SimSession& session_;
+  RunWindows& run_;
   Desktop& desktop_;
   Platform& platform_;
-  StatusDisplay& status_;
+  AccountBoxes& account_;
   OrderDesk& orders_;
-  bool closing_ = false;  // while it slides away
+  bool closing_ = false;  // while it slides out
 };
 
 }  // namespace velumar

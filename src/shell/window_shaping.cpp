@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "base/number_text.h"
-#include "platform/waiting.h"
+#include "platform/event_loop.h"
 
 namespace velumar {
 
@@ -16,7 +16,7 @@ namespace {
 constexpr int kSlideStep = 50;     // twips
 constexpr int kSlidePause = 10;    // ms
 constexpr float kPressDepth = 15;  // twips: a pixel
-constexpr float kTitleBar = 360;   // twips that a border takes above the window
+constexpr float kTitleBar = 360;   // twips of a title bar
 constexpr float kFirstPlaceBottomGap = 500;
 constexpr float kFirstPlaceSideGap = 50;
 constexpr float kNavigatorFirstLeft = 100;
@@ -37,6 +37,24 @@ void SetWindowAlpha(Form& window, std::int16_t alpha) {
   if (alpha >= 0 && alpha <= kSolid) window.SetOpacity(alpha);
 }
 
+void LoadOpacity(Form& window, Slider& slider, const SettingsStore& settings,
+                 std::string_view key) {
+  constexpr std::int16_t kDefault = 250;
+  const std::optional<std::int16_t> kept = ToInt16(settings.Read(key).value_or(""));
+  const bool usable = kept && *kept >= slider.Limits().low && *kept <= slider.Limits().high;
+  const std::int16_t opacity = usable ? *kept : kDefault;
+  SetWindowAlpha(window, opacity);
+  slider.SetValue(opacity);
+}
+
+void ApplyOpacity(Form& window, const Slider& slider) {
+  SetWindowAlpha(window, static_cast<std::int16_t>(slider.Value()));
+}
+
+void SaveOpacity(const Form& window, SettingsStore& settings, std::string_view key) {
+  settings.Save(key, std::to_string(window.Opacity()));
+}
+
 void DragWindow(Form& window) { window.StartDrag(); }
 
 void PressImage(Control& image) {
@@ -54,26 +72,27 @@ std::int16_t ScreenHeight(const Screen& screen) { return Measure(screen.HeightTw
 std::int16_t PlaceFromText(std::string_view text) {
   if (const std::optional<std::int16_t> place = ToInt16(text)) return *place;
   const std::optional<double> far = ToDouble(text);
-  if (!far) throw std::invalid_argument("\"" + std::string(text) + "\" is no place of a window");
+  if (!far) throw std::invalid_argument("\"" + std::string(text) + "\" is not a window position");
   return *far < 0 ? INT16_MIN : INT16_MAX;
 }
 
 namespace {
 
-// Throws std::invalid_argument for a text that is no number.
-void BringIntoMeasure(std::string& place, float size, std::int16_t measure) {
+// Throws std::invalid_argument for a text that is not a number.
+void LimitPlace(std::string& place, float size, std::int16_t measure) {
   const std::optional<double> wanted = ToDouble(place);
-  if (!wanted) throw std::invalid_argument("no place");
+  if (!wanted) throw std::invalid_argument("not a window position");
   if (*wanted > INT16_MAX) place = PlaceText(static_cast<float>(measure) - size);
 }
 
 }  // namespace
 
-bool KnowsPlace(std::string& top, std::string& left, const Form& window, const Screen& screen) {
+bool CanRestorePlace(std::string& top, std::string& left, const Form& window,
+                     const Screen& screen) {
   if (top == "0") return false;
   try {
-    BringIntoMeasure(top, window.Height(), ScreenHeight(screen));
-    BringIntoMeasure(left, window.Width(), ScreenWidth(screen));
+    LimitPlace(top, window.Height(), ScreenHeight(screen));
+    LimitPlace(left, window.Width(), ScreenWidth(screen));
     return screen.Shows(PlaceFromText(left), PlaceFromText(top), window.Width(), window.Height());
   } catch (const std::invalid_argument&) {
     return false;

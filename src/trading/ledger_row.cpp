@@ -8,7 +8,7 @@ namespace velumar {
 
 namespace {
 
-// The value of a figure's plain number text: what the ledger stores is what a reader sees.
+// The value of the plain number text: the ledger stores what a trader sees.
 double PlainValue(float figure) { return ToDouble(PlainNumberText(figure)).value_or(0); }
 
 LedgerValue IntervalValue(const std::string& interval) {

@@ -2,10 +2,8 @@
 
 #include "base/decimal.h"
 #include "base/number_text.h"
-#include "session/loaded_series.h"
-#include "session/market_family.h"
-#include "session/status_line.h"
 #include "trading/ledger_row.h"
+#include "trading/status_texts.h"
 
 namespace velumar {
 
@@ -13,15 +11,14 @@ namespace {
 
 constexpr std::string_view kNotEnough = "not enuogh money";
 
-// A row that the ledger didn't take: the order is not placed.
 std::string NotPlaced(const LedgerError& error) {
-  return "The order was not placed, because its row can't be written to the ledger.\n" +
+  return "The order was not placed, because its row could not be written to the ledger.\n" +
          std::string(error.what());
 }
 
-// What an offset leaves, in the decimals that the trader reads: 0.7 less 0.7 is 0, although the
-// float held is a little less than 0.7. A sum of entries may be off by a digit that the panel
-// doesn't show; a quantity that reads the same closes it whole. Negative if more is offset than
+// What an offset leaves, computed in the decimals that the trader sees: 0.7 less 0.7 is 0, although
+// the float held is a little less than 0.7. A sum of entries may be off by a digit that the panel
+// doesn't show; a quantity that looks the same closes all of it. Negative if more is offset than
 // held.
 float LeftOf(float held, float quantity) {
   constexpr float kAllWholeDigitsShow = 1e7F;
@@ -47,30 +44,28 @@ OrderResult OrderDesk::Finished(OrderResult result) { return last_result_ = resu
 
 OrderResult OrderDesk::Enter(const Side& side, std::string_view position) {
   if (!OnBar()) return Finished(OrderResult::kInvalid);
-  const OrderTexts texts =
-      ReadOrderTexts(desktop_, desktop_.form3().txtContractVol.Text(), IsStockMarket(session_));
-  if (!texts.problem.empty()) {
-    Refuse(texts.problem);
+  const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
+  if (!figures.problem.empty()) {
+    Refuse(figures.problem);
     return Finished(OrderResult::kInvalid);
   }
-  SetStatusLine(desktop_, BarLine(session_, platform_.locale));
-  return Finished(Whole([&] { return Fill(side, position, texts); }));
+  view_.SetStatusLine(BarLine(session_, platform_.locale));
+  return Finished(Whole([&] { return Fill(side, position, figures); }));
 }
 
 OrderResult OrderDesk::Offset(const Side& side, std::string_view position) {
   if (!OnBar()) return Finished(OrderResult::kInvalid);
   session_.MarketPrice = session_.BarClose[static_cast<std::size_t>(session_.BarIndex)];
   if (session_.*side.Accum == 0) {
-    Warn(NothingHeldText(side));
+    view_.ShowRefusal(NothingHeldText(side));
     return Finished(OrderResult::kNothingHeld);
   }
-  const OrderTexts texts =
-      ReadOrderTexts(desktop_, desktop_.form3().txtContractVol.Text(), IsStockMarket(session_));
-  if (!texts.problem.empty()) {
-    Refuse(texts.problem);
+  const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
+  if (!figures.problem.empty()) {
+    Refuse(figures.problem);
     return Finished(OrderResult::kInvalid);
   }
-  return Finished(Whole([&] { return Close(side, position, texts); }));
+  return Finished(Whole([&] { return Close(side, position, figures); }));
 }
 
 bool OrderDesk::OnBar() {
@@ -78,7 +73,7 @@ bool OrderDesk::OnBar() {
     Refuse("not yet: the run is being prepared");
     return false;
   }
-  std::string problem = LoadedSeriesProblem(session_, desktop_);
+  std::string problem = LoadedSeriesProblem(session_, inputs_);
   if (problem.empty() && !session_.HasBar(session_.BarIndex)) problem = "No current bar";
   if (!problem.empty()) Refuse(problem);
   return problem.empty();
@@ -94,47 +89,48 @@ OrderResult OrderDesk::Whole(const std::function<OrderResult()>& work) {
     return Refuse(error.what());
   } catch (const LedgerError& error) {
     restore();
-    Refuse("order not placed: the ledger can't keep it");
+    Refuse("order not placed: it could not be saved in the ledger");
     platform_.boxes.Show(NotPlaced(error), BoxIcon::kExclamation);
     return OrderResult::kRefused;
   }
 }
 
-OrderResult OrderDesk::Fill(const Side& side, std::string_view position, const OrderTexts& texts) {
+OrderResult OrderDesk::Fill(const Side& side, std::string_view position,
+                            const OrderFigures& figures) {
   Book& book = session_;
   book.MarketPrice = session_.BarClose[static_cast<std::size_t>(session_.BarIndex)];
   const float used_before = book.UsedMargin;
-  // One contract's margin, whatever the quantity and the market.
+  // The margin of one contract, whatever the quantity and the market.
   if (Stored(double{book.InitMargin} + double{book.UsedMargin}) > book.Portfolio) {
     return Refuse(kNotEnough);
   }
-  const double value = Costs(texts);
+  const double value = Costs(figures);
   book.UsedMargin =
       Stored(double{book.Commission} + value + double{book.VatAmount} + double{book.UsedMargin});
   if (book.UsedMargin > book.Portfolio) {
     book.UsedMargin = used_before;
     return Refuse(kNotEnough);
   }
-  book.*side.Amount = texts.quantity_single;
+  book.*side.Amount = figures.quantity_single;
   Average(side);
   ApplyOrderToBook(session_);
   if (Stored(double{book.*side.Accum} + double{book.*side.Amount}) > 0) {
-    WriteRow(side, position, false, texts);
+    WriteRow(side, position, false, figures);
   }
-  status_.ShowStatus();
-  if (book.*side.Amount == 0) Warn("the quantity is 0: nothing was opened");
+  ShowStatus(session_, view_, platform_.locale);
+  if (book.*side.Amount == 0) view_.ShowRefusal("the quantity is 0: nothing was opened");
   book.*side.Amount = 0;
   return OrderResult::kDone;
 }
 
-double OrderDesk::Costs(const OrderTexts& texts) {
+double OrderDesk::Costs(const OrderFigures& figures) {
   constexpr double kPercent = 100;
-  const bool stock = IsStockMarket(session_);
+  const bool stock = session_.IsStockMarket();
   const double unit = stock ? session_.MarketPrice : session_.InitMargin;
-  const double value = Stored(texts.quantity * unit);
+  const double value = Stored(figures.quantity * unit);
   session_.Commission =
-      Stored(stock ? texts.commission / kPercent * value : texts.commission * texts.quantity);
-  session_.VatAmount = Stored(texts.vat / kPercent * double{session_.Commission});
+      Stored(stock ? figures.commission / kPercent * value : figures.commission * figures.quantity);
+  session_.VatAmount = Stored(figures.vat / kPercent * double{session_.Commission});
   return value;
 }
 
@@ -150,59 +146,54 @@ void OrderDesk::Average(const Side& side) {
   }
 }
 
-OrderResult OrderDesk::Close(const Side& side, std::string_view position, const OrderTexts& texts) {
+OrderResult OrderDesk::Close(const Side& side, std::string_view position,
+                             const OrderFigures& figures) {
   Book& book = session_;
   const Book before = book;
-  book.*side.Accum = LeftOf(before.*side.Accum, texts.quantity_single);
+  book.*side.Accum = LeftOf(before.*side.Accum, figures.quantity_single);
   if (book.*side.Accum < 0) {
-    WipeOut(side, position, before, texts);
+    WipeOut(side, position, before, figures);
     return OrderResult::kTooMuch;
   }
-  const double value = Costs(texts);
+  const double value = Costs(figures);
   book.UsedMargin =
       Stored(double{book.UsedMargin} - (double{book.Commission} + value + double{book.VatAmount}));
-  book.*side.Realised = Stored(texts.quantity * side.Points(book, book.MarketPrice));
+  book.*side.Realised = Stored(figures.quantity * side.Points(book, book.MarketPrice));
   book.*side.RealisedMoney = Stored(double{book.ProfitPerContract} * double{book.*side.Realised});
   book.BalancePoint = Stored(double{book.LRealised} + double{book.SRealised});
   book.Balance = Stored(double{book.Balance} + double{book.*side.RealisedMoney});
   RevaluePositions(session_);
   ApplyOrderToBook(session_);
-  WriteRow(side, position, true, texts);
-  status_.ShowStatus();
-  if (texts.quantity_single == 0) Warn("the quantity is 0: nothing was closed");
+  WriteRow(side, position, true, figures);
+  ShowStatus(session_, view_, platform_.locale);
+  if (figures.quantity_single == 0) view_.ShowRefusal("the quantity is 0: nothing was closed");
   return OrderResult::kDone;
 }
 
-// No money moves and no row is written; only the side table remembers what was given away.
+// No money moves and no row is written, but the ledger keeps what was dropped.
 void OrderDesk::WipeOut(const Side& side, std::string_view position, const Book& before,
-                        const OrderTexts& texts) {
+                        const OrderFigures& figures) {
   if (ledger_.CanWrite()) {
-    LedgerNoteWiped(ledger_, WipedHolding(session_, position, before, side), Detail(texts));
+    LedgerNoteWiped(ledger_, WipedHolding(session_, position, before, side), Detail(figures));
   }
   session_.*side.Accum = 0;
   session_.*side.AvgPrice = 0;
-  status_.ShowStatus();
-  Warn(TooMuchText(texts.quantity_single, before.*side.Accum));
+  ShowStatus(session_, view_, platform_.locale);
+  view_.ShowRefusal(TooMuchText(figures.quantity_single, before.*side.Accum));
 }
 
 void OrderDesk::WriteRow(const Side& side, std::string_view position, bool offset,
-                         const OrderTexts& texts) {
-  LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, offset), Detail(texts));
+                         const OrderFigures& figures) {
+  LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, offset), Detail(figures));
 }
 
-LedgerDetail OrderDesk::Detail(const OrderTexts& texts) const {
-  return {texts.quantity, session_.VatAmount, session_.BarIndex, session_.NewestShownBar,
+LedgerDetail OrderDesk::Detail(const OrderFigures& figures) const {
+  return {figures.quantity, session_.VatAmount, session_.BarIndex, session_.NewestShownBar,
           ToDouble(Decimal::Shortest(session_.MarketPrice).Canonical())};
 }
 
-void OrderDesk::Warn(std::string_view text) {
-  Label& info = desktop_.form3().lblinfo;
-  info.SetText(text);
-  info.SetForeColour(kRed);
-}
-
 OrderResult OrderDesk::Refuse(std::string_view why) {
-  Warn(why);
+  view_.ShowRefusal(why);
   return OrderResult::kRefused;
 }
 

@@ -5,42 +5,38 @@
 #include <string>
 #include <string_view>
 
-#include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "platform/platform.h"
+#include "session/run_inputs.h"
+#include "session/run_view.h"
 #include "session/sim_session.h"
-#include "trading/order_texts.h"
+#include "trading/account.h"
 #include "trading/position_book.h"
-#include "trading/status_display.h"
 
 namespace velumar {
 
 enum class OrderResult : std::uint8_t {
   kDone,
-  kRefused,      // a money test, a result that no field holds, a row that can't be written
+  kRefused,      // not enough money, a result out of range, or a row that can't be written
   kNothingHeld,  // an offset of a side that holds nothing
-  kTooMuch,      // an offset of more than is held: the holding is wiped out
-  kInvalid,      // no bar of this run yet, or a box whose text can't be used
+  kTooMuch,      // an offset of more than is held: the position is dropped
+  kInvalid,      // no bar of this run yet, or an entered figure that can't be used
 };
 
-// The four orders, filled at once and in full at the close of the current bar, or not at all. Each
-// that is done has its row in the ledger before the call returns.
+// The four orders. An order fills at once and in full at the close of the current bar, or not at
+// all. When it returns kDone, its row is safe in the ledger.
 class OrderDesk {
  public:
-  OrderDesk(SimSession& session, Desktop& desktop, Platform& platform, LedgerConnection& ledger,
-            StatusDisplay& status)
-      : session_(session),
-        desktop_(desktop),
-        platform_(platform),
-        ledger_(ledger),
-        status_(status) {}
+  OrderDesk(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
+            LedgerConnection& ledger)
+      : session_(session), inputs_(inputs), view_(view), platform_(platform), ledger_(ledger) {}
 
   OrderResult Long() { return Enter(kLongSide, "Long"); }
   OrderResult Short() { return Enter(kShortSide, "Short"); }
   OrderResult OffsetLong() { return Offset(kLongSide, "Offset Long"); }
   OrderResult OffsetShort() { return Offset(kShortSide, "Offset Short"); }
 
-  // Of the last click on an order.
+  // Of the last order.
   OrderResult LastResult() const { return last_result_; }
 
  private:
@@ -49,26 +45,25 @@ class OrderDesk {
   OrderResult Finished(OrderResult result);
 
   bool OnBar();
-  OrderResult Fill(const Side& side, std::string_view position, const OrderTexts& texts);
-  OrderResult Close(const Side& side, std::string_view position, const OrderTexts& texts);
-  // The order's value; Commission and VatAmount are left in the book.
-  double Costs(const OrderTexts& texts);
+  OrderResult Fill(const Side& side, std::string_view position, const OrderFigures& figures);
+  OrderResult Close(const Side& side, std::string_view position, const OrderFigures& figures);
+  // Returns the order's value and sets Commission and VatAmount in the book.
+  double Costs(const OrderFigures& figures);
   void Average(const Side& side);
   void WipeOut(const Side& side, std::string_view position, const Book& before,
-               const OrderTexts& texts);
-  // Runs an order's work on the book; whatever fails in it leaves the book as it was.
+               const OrderFigures& figures);
+  // Runs `work`. If it fails, the book is as it was.
   OrderResult Whole(const std::function<OrderResult()>& work);
-  void WriteRow(const Side& side, std::string_view position, bool offset, const OrderTexts& texts);
-  LedgerDetail Detail(const OrderTexts& texts) const;
-  // Tells the trader in red, until the next display of the state.
-  void Warn(std::string_view text);
+  void WriteRow(const Side& side, std::string_view position, bool offset,
+                const OrderFigures& figures);
+  LedgerDetail Detail(const OrderFigures& figures) const;
   OrderResult Refuse(std::string_view why);
 
   SimSession& session_;
-  Desktop& desktop_;
+  RunInputs& inputs_;
+  RunView& view_;
   Platform& platform_;
   LedgerConnection& ledger_;
-  StatusDisplay& status_;
   OrderResult last_result_ = OrderResult::kDone;
 };
 

@@ -16,7 +16,7 @@ const Side kShortSide{
 
 namespace {
 
-// The rounding reaches the stored value: the next order works on what the trader saw.
+// The stored value is rounded, so the next order computes with what the trader saw.
 void RoundThrough(float& field, std::string_view pattern) {
   const std::optional<float> rounded = ToSingle(PatternText(field, pattern));
   if (!rounded) throw BookOverflow("a figure is beyond what the book can hold");

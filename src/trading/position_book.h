@@ -6,39 +6,39 @@
 
 namespace velumar {
 
-// A result that no 32-bit float holds.
+// A result that doesn't fit a 32-bit float.
 class BookOverflow : public std::range_error {
  public:
   using std::range_error::range_error;
 };
 
-// The one rounding of an assignment to a field of the book. Throws BookOverflow.
+// Rounds a result to a field of the book. Throws BookOverflow.
 float Stored(double value);
 
-// One side of the book: its fields, and which way a price must go to gain on it.
+// One side of the book: its fields, and which way the price must move for a gain.
 struct Side {
   float Book::*Accum;            // quantity held
-  float Book::*Amount;           // quantity of the order in hand
+  float Book::*Amount;           // quantity of the current order
   float Book::*AvgPrice;         // average entry price
   float Book::*UnrealisedMoney;  // of what is held, at every step
   float Book::*Unrealised;       // points, as of the last order
   float Book::*Realised;         // points of the last offset
-  float Book::*RealisedMoney;    // of the offset in hand
+  float Book::*RealisedMoney;    // of the current offset
   bool gains_on_rise;
 
-  // The price difference that one unit has gained since its entry.
+  // What one unit has gained since its entry, in points.
   double Points(const Book& book, double price) const;
 };
 
 extern const Side kLongSide;
 extern const Side kShortSide;
 
-// Values what is held at MarketPrice: the unrealised money of both sides, and Portfolio.
+// Values both sides at MarketPrice: their unrealised money, and Portfolio.
 void RevaluePositions(SimSession& session);
 
-// Takes the order in hand into the book at the close of the current bar: quantities, unrealised
-// points, and the rounding of averages and points to two decimals and of Balance and Portfolio to
-// whole money. Throws BookOverflow.
+// Enters the current order into the book at the close of the current bar: adds its quantity,
+// computes the unrealised points, and rounds averages and points to two decimals, Balance and
+// Portfolio to whole money. Throws BookOverflow.
 void ApplyOrderToBook(SimSession& session);
 
 }  // namespace velumar

@@ -46,7 +46,7 @@ class StoreFolderTest : public SessionFixture {
   void MakeEarlierStore() {
     CopyIndexes();
     Choose("ABC", "D", MadeDate(20));
-    ASSERT_EQ(working_store.PrepareStore(), -1);
+    ASSERT_TRUE(working_store.Prepare());
     Write(at / "MSSmart" / "chart.mwc", "x");
     ASSERT_FALSE(fs::exists(at / StoreFolder::kMark));
     ASSERT_TRUE(fs::exists(at / "F1.DAT"));

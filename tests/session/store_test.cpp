@@ -11,7 +11,7 @@ class PrepareStoreTest : public SessionFixture {
   int Prepared(const std::string& symbol, const std::string& interval, int date) {
     CopyIndexes();
     Choose(symbol, interval, date);
-    if (working_store.PrepareStore() == 0) return -1;
+    if (!working_store.Prepare()) return -1;
     return static_cast<int>(StoreBars().size());
   }
   void ExpectRefused(const char* symbol, const char* interval,
@@ -84,7 +84,7 @@ TEST_F(PrepareStoreTest, FilesOfOtherProgramsThatCannotBeReplayedAreRefusedToo) 
       {quarters, {1050104, 1050103, 1050105}, "15", "20050103 without a time"},
   };
   for (const auto& c : cases) {
-    const Scratch other;
+    const ScratchFolder other;
     std::vector<std::string> records;
     for (const int date : c.dates) {
       records.push_back(Word(date));

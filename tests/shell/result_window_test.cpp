@@ -102,8 +102,8 @@ TEST_F(ResultWindowTest, ALedgerThatFailsLeavesWhatIsShown) {
   BreakLedger();
   form.cbxRun.UserChoose(1);
   EXPECT_EQ(form.cbxRun.Index(), 0);
-  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
-  EXPECT_EQ(form.tabSheets.Index(), FrmResult::kChartSheet);
+  form.tabSheets.UserChoose(FrmResult::kOrdersTab);
+  EXPECT_EQ(form.tabSheets.Index(), FrmResult::kChartTab);
   EXPECT_TRUE(form.MSChart1.Visible());
   EXPECT_EQ(form.lblPortfolio.Text(), "995,000");
   form.Toolbar1.UserButton(FrmResult::kClose);
@@ -111,12 +111,12 @@ TEST_F(ResultWindowTest, ALedgerThatFailsLeavesWhatIsShown) {
   EXPECT_EQ(form.lblPortfolio.Text(), "");
   EXPECT_FALSE(form.cbxRun.Enabled());
   EXPECT_EQ(Boxes().size(), 3) << "each says why";
-  EXPECT_THAT(Boxes().back(), testing::StartsWith("The results can't be read.\n"));
+  EXPECT_THAT(Boxes().back(), testing::StartsWith("The results could not be read.\n"));
 }
 
 TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
   Open();
-  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
+  form.tabSheets.UserChoose(FrmResult::kOrdersTab);
   EXPECT_TRUE(form.lstOrders.Visible() && !form.MSChart1.Visible());
   EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("-", "-2.00", "2.00", "-5.00"));
   form.lstOrders.UserHeader(9);
@@ -130,20 +130,20 @@ TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
   form.cbxRun.UserChoose(1);
   EXPECT_EQ(form.cbxRun.Text(), "1: ABC D from 2007-01-10, 3 orders");
   EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("4.00", "3.00", "-")) << "sorted as before";
-  EXPECT_THAT(Column(form.lstOrders, 13), ElementsAre("", "hindsight", ""));
+  EXPECT_THAT(Column(form.lstOrders, 13), ElementsAre("", "look-ahead", ""));
   EXPECT_EQ(form.lblPortfolio.Text(), "2,004,000") << "after the latest bar";
   EXPECT_EQ(form.lblShort.Text(), "0") << "no figure of another run";
   EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(2007000, 2004000));
-  EXPECT_EQ(form.lstOrders.Content().tip(1), "hindsight");
+  EXPECT_EQ(form.lstOrders.Content().tip(1), "look-ahead");
   EXPECT_FALSE(form.lblSheetNote.Visible());
-  form.tabSheets.UserChoose(FrmResult::kStatisticsSheet);
+  form.tabSheets.UserChoose(FrmResult::kStatisticsTab);
   EXPECT_TRUE(form.lblSheetNote.Visible());
   EXPECT_EQ(form.lstStatistics.Content().text(0, 1), "2");
   EXPECT_THAT(form.lstStatistics.Content().tip(2), HasSubstr("trades"));
 
   const ScratchFolder folder;
   const std::string file = (folder.Path() / "it's.csv").string();
-  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
+  form.tabSheets.UserChoose(FrmResult::kOrdersTab);
   all.outside.files.answers = {file, "/nowhere/orders.csv"};
   for (int i = 0; i < 3; ++i) form.cmdExport.UserClick();  // the last one is cancelled
   std::ostringstream csv;
@@ -160,7 +160,7 @@ TEST_F(ResultWindowTest, ChartAndFiguresAreAsNewAsTheStatistics) {
   EXPECT_EQ(form.MSChart1.Content().rows->hint, "No closed trades yet");
   rows.Order(20, "Offset Long", 1, 61, 1, 1, 2000);
   rows.Order(21, "Offset Long", 1, 62, 0, 2, 4000);
-  form.tabSheets.UserChoose(FrmResult::kStatisticsSheet);
+  form.tabSheets.UserChoose(FrmResult::kStatisticsTab);
   EXPECT_EQ(form.lstStatistics.Content().text(0, 1), "2");
   EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(2000, 4000));
   EXPECT_EQ(form.MSChart1.Content().rows->hint, "");
@@ -172,7 +172,7 @@ TEST_F(ResultWindowTest, ARunThatBeginsLeavesAnOpenWindowAtItsOwnRun) {
   Open();
   rows.Begin(500);
   rows.Order(19, "Long", 1, 60, 1, 0, 500);
-  form.tabSheets.UserChoose(FrmResult::kOrdersSheet);
+  form.tabSheets.UserChoose(FrmResult::kOrdersTab);
   EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("-", "-2.00", "2.00", "-5.00"));
   form.cbxRun.UserChoose(1);
   form.cbxRun.UserChoose(0);
@@ -213,7 +213,7 @@ TEST_F(ResultWindowTest, SavesPrintsAndNotesProfiles) {
   all.outside.files.answers = {"/tmp/kept.bmp"};
   form.Toolbar1.UserButton(FrmResult::kSaveAs);
   EXPECT_EQ(saved.back(), "/tmp/kept.bmp");
-  EXPECT_THAT(Boxes().back(), HasSubstr("The chart was saved, but the ledger can't note that.\n"));
+  EXPECT_THAT(Boxes().back(), HasSubstr("The chart was saved, but that could not be recorded in the ledger.\n"));
 }
 
 TEST_F(ResultWindowTest, SaysWhyNoColourCanBeChosen) {

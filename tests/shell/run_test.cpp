@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <fstream>
 
 #include "base/paths.h"
 #include "support/run_fixture.h"
@@ -24,68 +25,27 @@ class RunTest : public RunFixture {
     ASSERT_NE(row, rows.end());
     all->Setup().Combo1.UserChoose(static_cast<int>(row - rows.begin()));
   }
-  // As typed while the setup window is hidden.
-  void TypeSymbol(const std::string& symbol) {
-    all->Setup().Combo1.SetText(symbol);
-    all->Setup().Combo1.on_key_up(0);
-  }
 };
 
-TEST_F(RunTest, ARunFeedsEveryBarOnceAndEnds) {
-  std::vector<int> fed;
-  all->outside.events.SetOnPending([&] { fed.push_back(all->session.BarIndex + 1); });
-  StartAt(60);
-  std::vector<int> expected;
-  for (int bar = 60; bar < 200; ++bar) expected.push_back(bar);
-  EXPECT_EQ(fed, expected);
-  EXPECT_EQ(all->session.BarIndex, 199);
-  EXPECT_EQ(all->session.LastBarIndex, 199);
-  EXPECT_EQ(all->session.StartDate, std::to_string(MadeDate(59)));
-  EXPECT_EQ(all->session.SymbolInterval, "-1");
-  EXPECT_EQ(StoreSize(), 200);
-  EXPECT_EQ(all->Navigator().Label6.Text(), "End of data feed... ");
-  EXPECT_TRUE(all->Navigator().Image3.Visible());
-  EXPECT_FALSE(all->Navigator().Image4.Visible());
-  EXPECT_TRUE(all->outside.boxes.shown.empty());
-  ExpectFreeSetup();
-}
-
-// Orders of a run that the ledger doesn't know would join the rows of the one before.
-TEST_F(RunTest, NoRunBeginsThatTheLedgerCannotBegin) {
-  all->program.Start();
-  all->ledger.ForWriting().Execute("ALTER TABLE Runs RENAME TO Away");
-  all->Setup().DTPicker1.UserPick(MadeDate(198));
-  all->Setup().Image3.UserClick();
-  ASSERT_EQ(all->outside.boxes.shown.size(), 1U);
-  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("No run was begun"));
-  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("no such table: Runs"));
-  EXPECT_TRUE(all->session.BarDate.empty());
-  all->ledger.ForWriting().Execute("ALTER TABLE Away RENAME TO Runs");
-  all->Navigator().Image5.UserClick();
-  all->Setup().Image3.UserClick();
-  EXPECT_EQ(all->session.BarIndex, 199);
-}
-
-TEST_F(RunTest, PauseFeedsOneMoreBarAndPlayGoesOn) {
-  InPauseOf(100, [this] { all->Navigator().Image4.UserClick(); });
+TEST_F(RunTest, TheButtonsOfTheNavigatorStepPauseAndPlay) {
+  Form2& navigator = all->Navigator();
+  InPauseOf(100, [&] { navigator.Image4.UserClick(); });
   StartAt(60);
   EXPECT_EQ(all->session.BarIndex, 101);
-  EXPECT_THAT(all->Navigator().Label6.Text(), testing::StartsWith("[ABC]  Date: "));
-  EXPECT_TRUE(all->Navigator().Image3.Visible());
-  InPauseOf(105, [this] { all->Navigator().Image4.UserClick(); });
-  all->Navigator().Image3.UserClick();
-  EXPECT_EQ(all->session.BarIndex, 106);
-  const auto expect_price_of = [&](std::size_t bar) {
+  EXPECT_THAT(navigator.Label6.Text(), testing::StartsWith("[ABC]  Date: "));
+  EXPECT_TRUE(navigator.Image3.Visible() && !navigator.Image4.Visible());
+  InPauseOf(105, [&] {
+    EXPECT_TRUE(!navigator.Image3.Visible() && navigator.Image4.Visible());
+    EXPECT_TRUE(all->Setup().Label6.Visible() && !all->Setup().Text3.Visible());
+    navigator.Image4.UserClick();
+  });
+  navigator.Image3.UserClick();
+  for (const auto& [button, bar] :
+       {std::pair(&navigator.Image1, 107), {&navigator.Image2, 106}, {&navigator.Image6, 76}}) {
+    button->UserClick();
     EXPECT_EQ(all->session.BarIndex, bar);
-    EXPECT_EQ(all->session.MarketPrice, all->session.BarClose[bar]);
     EXPECT_EQ(all->session.CurrentDate, std::to_string(MadeDate(107))) << "the newest bar played";
-  };
-  all->Navigator().Image1.UserClick();
-  expect_price_of(107);
-  all->Navigator().Image2.UserClick();
-  expect_price_of(106);
-  all->Navigator().Image6.UserClick();
-  expect_price_of(76);
+  }
   EXPECT_EQ(StoreSize(), 77);
   ExpectFreeSetup();
 }
@@ -236,88 +196,33 @@ TEST_F(RunTest, AFailedPreparationFeedsNothingAndBringsTheSetupBack) {
   EXPECT_EQ(StoreSize(), 200);
 }
 
-TEST_F(RunTest, BarsOfAnotherSymbolThanTheChosenOneAreNotStepped) {
-  InPauseOf(100, [this] {
-    all->Panel().imgLong.UserClick();
-    all->Navigator().Image4.UserClick();
-  });
-  StartAt(90);
-  TypeSymbol("FAST");
-  for (PictureButton* button :
-       {&all->Navigator().Image1, &all->Navigator().Image2, &all->Navigator().Image6,
-        &all->Navigator().Image7, &all->Navigator().Image3}) {
-    all->outside.boxes.shown.clear();
-    button->UserClick();
-    EXPECT_THAT(all->outside.boxes.shown,
-                testing::ElementsAre(testing::HasSubstr("of ABC (D), not of FAST (15)")));
-    EXPECT_EQ(all->session.BarIndex, 101);
-  }
-  EXPECT_EQ(LedgerQuery(all->ledger, "select * From MyPortfolio").rows.size(), 1U)
-      << "Play has begun no run";
-  all->Panel().imgLong.UserClick();
-  EXPECT_EQ(all->program.LastOrder(), OrderResult::kInvalid);
-  TypeSymbol("abc");
-  all->Navigator().Image1.UserClick();
-  EXPECT_EQ(all->session.BarIndex, 102);
-  all->Panel().imgLong.UserClick();
-  EXPECT_EQ(LedgerQuery(all->ledger,
-                        "select * From MyPortfolio where Symbol = 'ABC' and SymbolInterval = -1")
-                .rows.size(),
-            2U);
-}
-
-TEST_F(RunTest, AnEmptySymbolIsAskedFor) {
-  all->program.Start();
-  all->Setup().Combo1.UserType("");
-  all->Setup().Image3.UserClick();
-  EXPECT_EQ(all->outside.boxes.shown,
-            std::vector<std::string>{"Plase specificy Symbol to simulate!"});
-  EXPECT_EQ(all->session.StopRequested, -1);
-  EXPECT_TRUE(all->outside.chart.sent.empty());
-  EXPECT_TRUE(all->Setup().Visible());
-  EXPECT_FALSE(all->Navigator().Visible() || all->Panel().Visible());
-}
-
-TEST_F(RunTest, AStoreThatFailsInAStepIsReported) {
-  InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
-  StartAt(60);
-  for (const char* index : {"MASTER", "EMASTER", "XMASTER"}) {
-    std::filesystem::remove(NativePath(all->session.SimDir) / index);
-  }
-  const int before = all->session.BarIndex;
-  for (PictureButton* button : {&all->Navigator().Image1, &all->Navigator().Image2,
-                                &all->Navigator().Image6, &all->Navigator().Image7}) {
-    all->outside.boxes.shown.clear();
-    button->UserClick();
-    EXPECT_EQ(all->session.BarIndex, before);
-    EXPECT_THAT(all->outside.boxes.shown,
-                testing::ElementsAre(testing::EndsWith("\rThe step was not made.")));
-  }
-  all->outside.boxes.shown.clear();
-  all->Navigator().Image3.UserClick();
-  EXPECT_THAT(all->outside.boxes.shown,
-              testing::ElementsAre(testing::EndsWith("\rThe feed stopped.")));
-  EXPECT_EQ(all->session.BarIndex, before);
-  EXPECT_TRUE(all->Navigator().Image3.Visible()) << "the feed has ended";
-}
-
-TEST_F(RunTest, ADelayOfZeroIsASecondAndChangesTakeEffectAtOnce) {
-  all->program.Start();
-  all->Panel().Combo2.SetText("0");
-  all->Setup().DTPicker1.UserPick(MadeDate(195));
+TEST_F(RunTest, ADelayTypedInAPauseCountsAtTheNextBar) {
   std::vector<long> moments;
   all->outside.events.SetOnPending([&] {
     moments.push_back(all->Now());
-    if (moments.size() == 3) {
-      all->At(600, [this] { all->Panel().Combo2.UserType("10"); });
-    }
+    if (moments.size() == 2) all->At(600, [this] { all->Panel().Combo2.UserType("10"); });
   });
+  StartAt(196);
+  ASSERT_EQ(moments.size(), 4U);
+  EXPECT_EQ(moments[1] - moments[0], 3500);
+  EXPECT_EQ(moments[3] - moments[2], 10500);
+}
+
+// A folder of the trader's own that happens to be called so.
+TEST_F(RunTest, AFolderThatIsNoStoreLeavesTheSetupWindowAsItWas) {
+  const auto store = std::filesystem::path(data) / "Simulate";
+  std::filesystem::create_directories(store);
+  std::ofstream(store / "F1.DAT") << "mine";
+  StartAt(60);
+  ASSERT_EQ(all->outside.boxes.shown.size(), 1U);
+  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("F1.DAT"));
+  EXPECT_TRUE(all->Setup().Visible());
+  EXPECT_TRUE(all->Setup().Image3.Reachable());
+  EXPECT_TRUE(all->outside.chart.sent.empty());
+  std::filesystem::remove(store / "F1.DAT");
+  InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
   all->Setup().Image3.UserClick();
-  ASSERT_EQ(moments.size(), 5U);
-  EXPECT_EQ(moments[1] - moments[0], 1500);
-  EXPECT_EQ(moments[2] - moments[1], 1500);
-  EXPECT_EQ(moments[4] - moments[3], 10500);
-  EXPECT_EQ(all->session.RefreshDelay, 10000);
+  EXPECT_GT(StoreSize(), 60);
 }
 
 }  // namespace

@@ -47,7 +47,7 @@ TEST_F(ScoreBoardTest, ListsTheAnswersLinesAsTheyCome) {
   Press();  // nobody answers now
   EXPECT_THAT(Web().asked, ElementsAre("scores.example:8080/zanno/getscore.php"));
   EXPECT_THAT(Board().List1.Lines(), IsEmpty());
-  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("The scores can't be read: "));
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("The scores could not be read: "));
 }
 
 TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
@@ -59,14 +59,14 @@ TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
   all.session.Portfolio = 99;  // the box keeps the value of its opening
   Board().txtName.UserType("A b&c=%?#\r\n");
   EXPECT_EQ(Board().txtName.Text(), "A b&c=%?#");
-  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("line ends"));
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Line breaks"));
   Board().txtScore.UserType("1000000");
   Web().answers = {"Taken.", "1. A b\r\n2. C"};
   Board().btnSend.UserClick();
   EXPECT_EQ(Board().lblStatus.Text(), "Sent.");
   EXPECT_THAT(Board().List1.Lines(), ElementsAre("1. A b", "2. C")) << "the list is read again";
   Board().txtName.UserKeyUp(13);
-  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Not sent: there is no net here."));
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Not sent: there is no network."));
   const std::string list = "scores.example:8080/zanno/getscore.php";
   EXPECT_THAT(Web().asked, ElementsAre(target, list, target));
   Web().answers = {"Not among the best.\r\nmore", "1. C"};
@@ -74,13 +74,13 @@ TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
   EXPECT_EQ(Board().lblStatus.Text(), "Sent. The service says: Not among the best.");
   Web().answers = {"Taken."};
   Board().btnSend.UserClick();
-  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Sent. The scores can't be read: "));
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Sent. The scores could not be read: "));
   Web().asked.clear();
 
   for (std::string* date : {&all.session.CurrentDate, &all.session.StartDate}) {
     date->clear();
     Board().btnSend.UserClick();
-    EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Nothing sent"));
+    EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Not sent"));
   }
   EXPECT_THAT(Web().asked, IsEmpty());
 
@@ -94,7 +94,7 @@ TEST_F(ScoreBoardTest, TakesItsAddressFromTheWindowOrTheSettingsFile) {
   Press();
   EXPECT_TRUE(Board().lblHelp1.Visible());
   Board().btnSend.UserClick();
-  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Nothing sent"));
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Not sent"));
   EXPECT_THAT(Web().asked, IsEmpty());
 
   Board().txtAddress.UserType(" http://a ");

@@ -55,7 +55,7 @@ TEST_F(ShapingTest, AKeptPlaceMustBeSeen) {
   for (const auto& c : cases) {
     std::string top = c.top;
     std::string left = c.left;
-    EXPECT_EQ(KnowsPlace(top, left, form, outside.screen), c.known) << c.top << ", " << c.left;
+    EXPECT_EQ(CanRestorePlace(top, left, form, outside.screen), c.known) << c.top << ", " << c.left;
     EXPECT_EQ(top, c.top_then);
     EXPECT_EQ(left, c.left_then);
   }

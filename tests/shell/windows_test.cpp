@@ -99,41 +99,12 @@ TEST_F(WindowsTest, ALogOutInARunKeepsThePlaceFromBeforeIt) {
   EXPECT_TRUE(all->outside.programs.ended);
 }
 
-struct FullDisk : MemorySettings {
-  void Save(std::string_view, std::string_view) override { throw std::runtime_error("disk full"); }
-};
-
 TEST_F(WindowsTest, SettingsThatCannotBeSavedAreReportedOnceAndStopNothing) {
-  FullDisk full;
-  VirtualPlatform outside;
-  Platform platform{outside.events,
-                    outside.chart,
-                    outside.chart,
-                    outside.boxes,
-                    outside.folders,
-                    outside.files,
-                    outside.colours,
-                    outside.clipboard,
-                    outside.printers,
-                    full,
-                    outside.registry,
-                    outside.screen,
-                    outside.locale,
-                    outside.clock,
-                    outside.programs,
-                    outside.web,
-                    "",
-                    data,
-                    "",
-                    ":memory:"};
-  StartedProgram started(platform);
-  Desktop& desktop = started.desktop;
-  EXPECT_EQ(started.session.Symbol, "ABC");
-  desktop.form1().DTPicker1.UserPick(MadeDate(198));
-  desktop.form1().Image3.UserClick();
-  EXPECT_EQ(started.session.BarIndex, 199);
-  ASSERT_EQ(outside.boxes.shown.size(), 1U);
-  EXPECT_THAT(outside.boxes.shown[0], testing::HasSubstr("disk full"));
+  all->outside.settings.failure = "disk full";
+  StartAt(198);
+  EXPECT_EQ(all->session.BarIndex, 199);
+  ASSERT_EQ(all->outside.boxes.shown.size(), 1U);
+  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("disk full"));
 }
 
 TEST_F(WindowsTest, OddSettingsNeverKeepTheWindowAway) {
@@ -168,13 +139,13 @@ TEST_F(WindowsTest, DroppedPriceFilesAreImportedAfterTheDirectoryIsConfirmed) {
   all->program.Start();
   auto& boxes = all->outside.boxes;
   all->Setup().UserDrop({text});
-  EXPECT_THAT(boxes.shown, testing::ElementsAre(testing::HasSubstr("\".csv\"")));
+  EXPECT_THAT(boxes.shown, testing::ElementsAre("Only .csv files can be imported."));
   all->Setup().UserDrop({good});
   EXPECT_THAT(boxes.shown.back(), testing::HasSubstr(data)) << "asks, and names the directory";
   EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U) << "who doesn't agree imports nothing";
   boxes.answers = {0};
   all->Setup().UserDrop({bad, text, good});
-  EXPECT_THAT(boxes.shown.back(), testing::AllOf(testing::HasSubstr("1 of 2 files were imported"),
+  EXPECT_THAT(boxes.shown.back(), testing::AllOf(testing::HasSubstr("Imported 1 of 2 files."),
                                                  testing::HasSubstr("BAD_D.csv")));
   EXPECT_EQ(all->session.Symbol, "MINE");
   EXPECT_EQ(ReadBars(data, "MINE", -1).size(), 2U);
@@ -246,7 +217,7 @@ TEST_F(WindowsTest, AFolderOfPriceFilesBecomesADataDirectoryIfTheTraderWantsIt) 
   auto& folders = all->outside.folders;
   folders.answers = {folder, data};
   all->Setup().Command5.UserClick();
-  EXPECT_THAT(boxes.shown, testing::Contains(testing::HasSubstr("2 files of prices")));
+  EXPECT_THAT(boxes.shown, testing::Contains(testing::HasSubstr("2 files with prices")));
   EXPECT_EQ(all->session.DataDir, data) << "who doesn't want it chooses another directory";
 
   boxes.answers = {0};
@@ -430,6 +401,21 @@ TEST_F(WindowsTest, APanelThatSlidesAwayLeavesTheNextRunsPanelAlone) {
     EXPECT_FALSE(all->Panel().Loaded());
   });
   StartAt(60);
+}
+
+TEST_F(WindowsTest, MoreChartsThanAScreenHoldsAreRefused) {
+  TextBox& count = all->Navigator().txtRefresh;
+  count.SetStartText("500");
+  all->program.Start();
+  EXPECT_EQ(count.Text(), "1");
+  all->outside.boxes.shown.clear();
+  all->Navigator().Show();
+  for (const char* text : {"20", "21", "99999999999", "1,000"}) {
+    count.UserType(text);
+    EXPECT_EQ(count.Text(), "20") << text;
+  }
+  EXPECT_EQ(all->outside.boxes.shown.size(), 3U);
+  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("not 21"));
 }
 
 }  // namespace

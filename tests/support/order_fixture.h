@@ -2,12 +2,11 @@
 
 #include <string>
 
-#include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "platform/virtual_platform.h"
 #include "session/sim_session.h"
+#include "support/recorded_run.h"
 #include "trading/orders.h"
-#include "trading/status_display.h"
 
 namespace velumar {
 
@@ -18,13 +17,12 @@ class OrderFixture : public testing::Test {
     LedgerOpen(ledger, ":memory:");
     session.Symbol = session.Run.symbol = "ABC";
     session.Run.interval = "D";
-    desktop.form1().cbxPeriod.SetText("D");
     AddBar(100);
   }
 
   // Futures with these figures, or a stock market.
   void Account(float margin, float profit, const std::string& commission, float money) {
-    desktop.form1().txtcomm.SetText(commission);
+    run.commission = commission;
     session.InitMargin = margin;
     session.ProfitPerContract = profit;
     session.Balance = session.Portfolio = money;
@@ -45,10 +43,9 @@ class OrderFixture : public testing::Test {
   }
 
   OrderResult Order(OrderResult (OrderDesk::*order)(), const std::string& quantity) {
-    desktop.form3().txtContractVol.SetText(quantity);
+    run.quantity = quantity;
     return (desk.*order)();
   }
-  std::string Info() { return desktop.form3().lblinfo.Text(); }
   long Rows() {
     return static_cast<long>(
         std::get<double>(LedgerQuery(ledger, "select count(*) From MyPortfolio").rows[0][0]));
@@ -63,12 +60,11 @@ class OrderFixture : public testing::Test {
   }
 
   SimSession session;
-  Desktop desktop;
+  RecordedRun run;
   VirtualPlatform outside;
   Platform platform = outside.References();
   LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
-  StatusDisplay status{session, desktop, outside.locale};
-  OrderDesk desk{session, desktop, platform, ledger, status};
+  OrderDesk desk{session, run, run, platform, ledger};
 };
 
 }  // namespace velumar

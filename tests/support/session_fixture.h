@@ -3,16 +3,16 @@
 #include <string>
 
 #include "base/file_copy.h"
-#include "forms/desktop.h"
 #include "marketdata/index_cache.h"
 #include "platform/virtual_platform.h"
 #include "session/sim_session.h"
 #include "session/working_store.h"
+#include "support/recorded_run.h"
 #include "support/scratch.h"
 
 namespace velumar {
 
-// The replay's parts over one data directory with the daily series ABC, with plain windows.
+// The replay's parts over one data directory with the daily series ABC, without windows.
 class SessionFixture : public testing::Test {
  protected:
   void Store(const std::string& symbol, const std::vector<Bar>& bars, int interval = -1) {
@@ -42,10 +42,10 @@ class SessionFixture : public testing::Test {
   std::string store = scratch.Sub("data") + "/Simulate";
   IndexCache cache;
   SimSession session;
-  Desktop desktop;
+  RecordedRun run;
   VirtualPlatform outside;
   Platform platform = outside.References();
-  WorkingStore working_store{session, desktop, platform, cache};
+  WorkingStore working_store{session, run, outside.boxes, cache};
 };
 
 }  // namespace velumar

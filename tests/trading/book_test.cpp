@@ -1,16 +1,18 @@
+#include "support/recorded_run.h"
+
 #include "platform/virtual_platform.h"
-#include "session/market_family.h"
-#include "trading/status_display.h"
+#include "trading/account.h"
+#include "trading/status_texts.h"
 
 namespace velumar {
 namespace {
 
-TEST(Book, TheMarketFamilyStandsInTheDirectorysName) {
+TEST(Book, TheDirectorysPathNamesTheMarketFamily) {
   SimSession session;
   for (const auto& [directory, stock] :
        {std::pair("D:\\SET\\", true), {"D:\\ASSETS", true}, {"D:\\Set", false}, {"", false}}) {
     session.DataDir = directory;
-    EXPECT_EQ(IsStockMarket(session), stock) << directory;
+    EXPECT_EQ(session.IsStockMarket(), stock) << directory;
   }
 }
 
@@ -24,34 +26,50 @@ class StatusTest : public testing::Test {
     session.BarLow = {0.5F, 1230.125F};
     session.BarClose = {1.5F, 1.25F};
   }
-  Label& Price() { return desktop.frmBigPrice().lblScore; }
+  const StatusTexts& Status() {
+    ShowStatus(session, run, outside.locale);
+    return run.status;
+  }
+
   SimSession session;
-  Desktop desktop;
+  RecordedRun run;
   VirtualPlatform outside;
-  StatusDisplay status{session, desktop, outside.locale};
 };
 
-TEST_F(StatusTest, FallsAndLossesAreRed) {
-  const auto expect = [&](std::uint32_t price, std::uint32_t score, const char* moment) {
-    status.ShowStatus();
-    EXPECT_EQ(Price().ForeColour(), price);
-    EXPECT_EQ(desktop.frmBigScore().lblScore.ForeColour(), score);
-    EXPECT_EQ(desktop.frmBigDateTime().lblScore.Text(), moment);
-  };
+TEST_F(StatusTest, FallsAndLossesAreMarked) {
   session.BarIndex = 1;
-  expect(kRed, kBlue, "1/25/2007 16:30");
-  EXPECT_EQ(Price().Text(), "O: 1,234.50 H: 1,235.00 L: 1,230.13 C: 1.25");
-  session.BarIndex = -1;
-  session.Portfolio = -1;
-  expect(kRed, kRed, "1/25/2007 16:30");
-  EXPECT_EQ(Price().Text(), "O: 0.00 H: 0.00 L: 0.00 C: 0.00");
-  session.BarIndex = 0;
-  session.Portfolio = 1e6F;
-  expect(kBlue, kBlue, "1/24/2007 00:00");
-  EXPECT_EQ(desktop.frmBigScore().lblScore.Text(), "1,000,000");
-  session.BarIndex = 1;
+  EXPECT_EQ(Status().prices, "O: 1,234.50 H: 1,235.00 L: 1,230.13 C: 1.25");
+  EXPECT_EQ(Status().moment->text, "1/25/2007 16:30");
+  EXPECT_TRUE(Status().moment->fell);
   session.BarClose[1] = session.BarClose[0];
-  expect(kBlue, kBlue, "1/25/2007 16:30");
+  EXPECT_FALSE(Status().moment->fell) << "an unchanged close";
+  session.BarIndex = 0;
+  EXPECT_EQ(Status().moment->text, "1/24/2007 00:00");
+  EXPECT_FALSE(Status().moment->fell) << "nothing to have fallen from";
+  session.BarIndex = -1;
+  EXPECT_FALSE(Status().moment) << "the last one stays";
+  EXPECT_EQ(Status().prices, "O: 0.00 H: 0.00 L: 0.00 C: 0.00");
+  for (const auto& [portfolio, text, loss] :
+       {std::tuple(0.0F, "0", false), {-1.0F, "-1", true}, {1e6F, "1,000,000", false}}) {
+    session.Portfolio = portfolio;
+    EXPECT_EQ(Status().portfolio, text);
+    EXPECT_EQ(Status().loss, loss) << text;
+  }
+}
+
+// A panel that was closed during a run starts the account anew.
+TEST_F(StatusTest, ShowsTheAccountAfterThePanelHasStartedIt) {
+  session.LAccum = 2;
+  session.UsedMargin = 300;
+  run.panel_closed = true;
+  run.on_open_panel = [this] { StartAccount(session, run); };
+  EXPECT_EQ(Status().positions, "( L=0 Avg=0.0 )  ( S=0 Avg= 0.0 ) ");
+  EXPECT_EQ(Status().account, "Initial Margin [0]   Porfolio [2,000,000]");
+  run.money = "many";
+  run.margin = "20,000";
+  StartAccount(session, run);
+  EXPECT_EQ(session.Balance, 2000000) << "a text that can't be used changes nothing";
+  EXPECT_EQ(session.InitMargin, 20000);
 }
 
 }  // namespace

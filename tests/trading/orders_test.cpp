@@ -91,13 +91,10 @@ TEST_F(OrdersTest, WhatTheMoneyTestsRefuseChangesNothing) {
     const long rows = Rows();
     EXPECT_EQ(Order(&OrderDesk::Long, c.quantity), c.result) << c.used;
     if (c.result == OrderResult::kDone) continue;
-    EXPECT_EQ(Info(), "not enuogh money");
-    EXPECT_EQ(desktop.form3().lblinfo.ForeColour(), kRed);
+    EXPECT_EQ(run.refusal, "not enuogh money");
     EXPECT_EQ(session.UsedMargin, c.used);
     EXPECT_EQ(Rows(), rows);
   }
-  status.ShowStatus();
-  EXPECT_EQ(desktop.form3().lblinfo.ForeColour(), kBlue);
 }
 
 // What a trader has bought he can close, whatever binary digits stand for his decimals.
@@ -141,9 +138,8 @@ TEST_F(OrdersTest, AnOffsetOfMoreThanIsHeldDropsThePositionAndSaysSo) {
   Order(&OrderDesk::Long, "1");
   const float used = session.UsedMargin;
   EXPECT_EQ(Order(&OrderDesk::OffsetLong, "5"), OrderResult::kTooMuch);
-  EXPECT_EQ(Info(), "5 is more than the 1 held: position dropped, no P/L booked");
-  EXPECT_EQ(desktop.form3().lblinfo.ForeColour(), kRed);
-  EXPECT_EQ(desktop.form3().Label6.Text(), "( L=0 Avg=0.0 )  ( S=0 Avg= 0.0 ) ");
+  EXPECT_EQ(run.refusal, "5 is more than the 1 held: position dropped, no P/L booked");
+  EXPECT_EQ(run.status.positions, "( L=0 Avg=0.0 )  ( S=0 Avg= 0.0 ) ");
   EXPECT_EQ(session.LAccum, 0);
   EXPECT_EQ(session.LAvgPrice, 0);
   EXPECT_EQ(session.UsedMargin, used);
@@ -164,8 +160,7 @@ TEST_F(OrdersTest, OrdersWithoutEffectSayWhy) {
   const auto expect = [&](OrderResult (OrderDesk::*order)(), const char* quantity,
                           OrderResult result, const char* info) {
     EXPECT_EQ(Order(order, quantity), result);
-    EXPECT_EQ(Info(), info);
-    EXPECT_EQ(desktop.form3().lblinfo.ForeColour(), kRed);
+    EXPECT_EQ(run.refusal, info);
     EXPECT_EQ(Rows(), 0);
   };
   expect(&OrderDesk::OffsetLong, "abc", OrderResult::kNothingHeld,
@@ -189,33 +184,31 @@ bool SameBook(const Book& a, const Book& b) { return std::memcmp(&a, &b, sizeof 
 TEST_F(OrdersTest, BoxesThatCannotBeUsedAreNamed) {
   Account(20000, 1000, "500", 2000000);
   Order(&OrderDesk::Long, "1");
-  Form1& setup = desktop.form1();
-  TextBox& quantity = desktop.form3().txtContractVol;
   const struct {
-    TextBox& box;
+    std::string& box;
     const char* text;
     const char* info;
   } cases[] = {
-      {quantity, "abc", "Vol/Contract: \"abc\" is not a number"},
-      {quantity, "1,5",
+      {run.quantity, "abc", "Vol/Contract: \"abc\" is not a number"},
+      {run.quantity, "1,5",
        "Vol/Contract: \"1,5\" is unclear: commas group thousands, a point starts the decimals"},
-      {quantity, "-1", "Vol/Contract: \"-1\" is negative"},
-      {quantity, "1e99", "Vol/Contract: \"1e99\" is out of range"},
-      {setup.txtcomm, "40000", "Comm.: \"40000\" is out of range"},
-      {setup.txtVAT, "seven", "VAT: \"seven\" is not a number"},
-      {setup.txtContractValue, "-5", "Initial Margin: \"-5\" is negative"},
+      {run.quantity, "-1", "Vol/Contract: \"-1\" is negative"},
+      {run.quantity, "1e99", "Vol/Contract: \"1e99\" is out of range"},
+      {run.commission, "40000", "Comm.: \"40000\" is out of range"},
+      {run.vat, "seven", "VAT: \"seven\" is not a number"},
+      {run.margin, "-5", "Initial Margin: \"-5\" is negative"},
   };
   for (const auto& c : cases) {
-    const std::string before = c.box.Text();
-    quantity.SetText("1");
-    c.box.SetText(c.text);
+    const std::string before = c.box;
+    run.quantity = "1";
+    c.box = c.text;
     const Book book = session;
     for (const auto order : {&OrderDesk::Long, &OrderDesk::Short, &OrderDesk::OffsetLong}) {
       EXPECT_EQ((desk.*order)(), OrderResult::kInvalid) << c.info;
-      EXPECT_EQ(Info(), c.info);
+      EXPECT_EQ(run.refusal, c.info);
       EXPECT_TRUE(SameBook(book, session)) << c.info;
     }
-    c.box.SetText(before);
+    c.box = before;
   }
   EXPECT_EQ(Rows(), 1);
 }

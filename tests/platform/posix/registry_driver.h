@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/posix/registry_file.h"
+#include "platform/qt/registry_file.h"
 #include "support/scratch_folder.h"
 
 namespace velumar {

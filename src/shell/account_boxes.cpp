@@ -1,0 +1,103 @@
+#include "shell/account_boxes.h"
+
+#include <array>
+
+#include "base/number_text.h"
+#include "trading/account.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kAccountPattern = "###,###,###,###";
+
+// The defaults of a market whose name is in the path of the data directory.
+struct MarketPreset {
+  std::string_view word;
+  std::string_view margin;
+  std::string_view quantity;
+  std::string_view profit;
+  std::string_view commission;
+  bool percent;
+};
+constexpr std::array<MarketPreset, 3> kPresets{{{"SET", "100", "1,000", "1", "0.25", true},
+                                                {"AFET", "20,000", "1", "5,000", "500", false},
+                                                {"TFEX", "50,000", "1", "1,000", "450", false}}};
+
+struct AccountBox {
+  TextBox& box;
+  AccountFigure figure;
+};
+
+// From the top of the window.
+std::array<AccountBox, 5> BoxesOf(Form1& setup) {
+  return {{{setup.txtcomm, AccountFigure::kCommission},
+           {setup.txtInitPorfolio, AccountFigure::kStartingMoney},
+           {setup.txtVAT, AccountFigure::kVat},
+           {setup.txtContractValue, AccountFigure::kMargin},
+           {setup.txtProfitperContract, AccountFigure::kProfitPerContract}}};
+}
+
+void Mark(const AccountBox& account, bool stock) {
+  const auto problem = FigureProblem(account.figure, account.box.Text(), stock);
+  account.box.SetForeColour(problem ? kRed : Form1::kField.colour);
+  account.box.SetToolTip(std::string(Form1::kPathTip) + (problem ? "\n" + *problem : ""));
+}
+
+}  // namespace
+
+std::optional<std::string_view> PresetQuantity(std::string_view data_dir) {
+  std::optional<std::string_view> quantity;
+  for (const MarketPreset& preset : kPresets) {
+    if (data_dir.find(preset.word) != std::string_view::npos) quantity = preset.quantity;
+  }
+  return quantity;
+}
+
+void AccountBoxes::BindEvents() {
+  for (const AccountBox& account : BoxesOf(desktop_.Untouched().form1)) {
+    account.box.on_change = [this, account] { Mark(account, session_.IsStockMarket()); };
+  }
+}
+
+void AccountBoxes::MarkAll() {
+  for (const AccountBox& account : BoxesOf(desktop_.form1())) {
+    Mark(account, session_.IsStockMarket());
+  }
+}
+
+std::optional<std::string> AccountBoxes::Problem() {
+  for (const auto& [box, figure] : BoxesOf(desktop_.form1())) {
+    if (auto problem = FigureProblem(figure, box.Text(), session_.IsStockMarket())) return problem;
+  }
+  return std::nullopt;
+}
+
+void AccountBoxes::DirectoryChanged() {
+  desktop_.form1().lblPercentComm.SetVisible(false);
+  FillBoxes();
+  ReadContract(session_, inputs_);
+  MarkAll();
+}
+
+void AccountBoxes::GroupTexts() {
+  Form1& form = desktop_.form1();
+  for (TextBox* box : {&form.txtInitPorfolio, &form.txtContractValue, &form.txtProfitperContract}) {
+    box->SetText(PatternText(box->Text(), kAccountPattern));
+  }
+}
+
+// If the path names several markets, the last one of the table wins.
+void AccountBoxes::FillBoxes() {
+  Form1& form = desktop_.form1();
+  for (const MarketPreset& preset : kPresets) {
+    if (session_.DataDir.find(preset.word) == std::string::npos) continue;
+    form.txtContractValue.SetText(preset.margin);
+    desktop_.form3().txtContractVol.SetText(preset.quantity);
+    form.txtProfitperContract.SetText(preset.profit);
+    form.txtcomm.SetText(preset.commission);
+    if (preset.percent) form.lblPercentComm.SetVisible(true);
+  }
+}
+
+}  // namespace velumar

@@ -1,0 +1,62 @@
+#include "host/chart_registry.h"
+#include "platform/virtual_platform.h"
+
+namespace velumar {
+namespace {
+
+class ChartRegistryTest : public testing::Test {
+ protected:
+  VirtualPlatform outside;
+  ChartRegistry chart{outside.registry, outside.boxes};
+
+  RegistryKey Open(const std::string& key) {
+    RegistryKey open = 0;
+    outside.registry.OpenKey(RegistryRoot::kCurrentUser, "Software\\Equis\\" + key,
+                             Registry::kRead | Registry::kWrite, open);
+    return open;
+  }
+  std::string Value(const std::string& key, const std::string& name) {
+    RegistryType type = RegistryType::kString;
+    std::string text;
+    outside.registry.QueryValue(Open(key), name, type, text);
+    return text;
+  }
+  void Install(const std::string& version) {
+    outside.registry.CreateKey(RegistryRoot::kLocalMachine,
+                               "SOFTWARE\\Equis International\\MetaStock Professional\\" + version);
+    const std::string paths = "Common\\" + version + "\\File Paths";
+    for (const std::string& key : {paths, "MetaStock Pro " + version + "\\DataPath",
+                                   "MetaStock Pro " + version + "\\OpenFileData"}) {
+      outside.registry.CreateKey(RegistryRoot::kCurrentUser, "Software\\Equis\\" + key);
+    }
+    outside.registry.SetValue(Open(paths), "ProgramPath", RegistryType::kString,
+                              "/chart/" + version);
+  }
+};
+
+TEST_F(ChartRegistryTest, TheNewerInstallationWins) {
+  EXPECT_EQ(chart.Version(), "8");
+  EXPECT_EQ(chart.ProgramFolder(), "C:\\Program Files\\Equis\\MetaStock");
+  Install("8.0");
+  EXPECT_EQ(chart.ProgramFolder(), "/chart/8.0");
+  Install("9.0");
+  EXPECT_EQ(chart.Version(), "9");
+  EXPECT_EQ(chart.ProgramFolder(), "/chart/9.0");
+  EXPECT_TRUE(chart.SaveDataFolder("/data") && chart.SaveChartsFolder("/charts"));
+  EXPECT_EQ(Value("MetaStock Pro 9.0\\DataPath", "LastPath"), "/data");
+  EXPECT_EQ(Value("MetaStock Pro 9.0\\OpenFileData", "SmartChartsPath"), "/charts");
+  EXPECT_TRUE(outside.boxes.shown.empty());
+}
+
+TEST_F(ChartRegistryTest, FailuresShowTheirReason) {
+  EXPECT_FALSE(chart.SaveDataFolder("/data"));
+  Install("8.0");
+  outside.registry.DeleteValue(Open("Common\\8.0\\File Paths"), "ProgramPath");
+  EXPECT_EQ(chart.ProgramFolder(), "Error");
+  const std::string key = "Bad Key Name: \n\nHKEY_CURRENT_USER\\Software\\Equis\\";
+  EXPECT_EQ(outside.boxes.shown,
+            (std::vector{key + "MetaStock Pro 8.0\\DataPath", key + "Common\\8.0\\File Paths"}));
+}
+
+}  // namespace
+}  // namespace velumar

@@ -1,0 +1,172 @@
+#include "host/host_control.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "platform/virtual_platform.h"
+#include "support/recorded_run.h"
+
+namespace velumar {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+// The chart program's side of a run of 141 bars that has just started.
+class HostControlTest : public testing::Test {
+ protected:
+  HostControlTest() {
+    session.HostTitle = "MetaStock";
+    session.SimDir = "/data/Simulate\\";
+    session.Run.symbol = "ABC";
+    session.RefreshDelay = 10000;
+    for (int bar = 0; bar < 200; ++bar) {
+      session.BarDate.push_back(20070125);
+      session.BarTime.push_back(0);
+      for (auto* prices :
+           {&session.BarOpen, &session.BarHigh, &session.BarLow, &session.BarClose}) {
+        prices->push_back(100.5F);
+      }
+    }
+    session.BarIndex = session.FirstShownBar = 59;
+    session.LastBarIndex = 199;
+  }
+
+  // The keys of a refresh of so many charts.
+  std::vector<std::string> Refresh(int charts) {
+    run.charts = charts;
+    chart.sent.clear();
+    host.RefreshCharts();
+    return chart.sent;
+  }
+  long Now() { return static_cast<long>(outside.events.Now().count()); }
+
+  SimSession session;
+  RecordedRun run;
+  VirtualPlatform outside;
+  RecordingChart& chart = outside.chart;
+  Platform platform = outside.References();
+  ChartRegistry registry{outside.registry, outside.boxes};
+  TraderFocus trader{outside.chart};
+  HostControl host{session, run, run, platform, registry, trader};
+};
+
+TEST_F(HostControlTest, TheChartIsOpenedByTheseKeysInThisOrder) {
+  host.CloseCharts();
+  host.OpenChart();
+  EXPECT_THAT(chart.sent, ElementsAre("%Fe", "%FO", "/data/Simulate\\", "{SPACE}", "{SPACE}",
+                                      "{SPACE}", "{ENTER}", "ABC", "{SPACE}", "{SPACE}", "{SPACE}",
+                                      "{END}", "{TAB}", "S", "{ENTER}"));
+  EXPECT_TRUE(outside.programs.started.empty());
+  EXPECT_EQ(chart.focused, RecordingChart::kOwnWindow) << "the trader goes on where he was";
+  EXPECT_EQ(run.line, "Ready to rock with [ABC] ....");
+}
+
+TEST_F(HostControlTest, EachOpenChartIsRefreshedAndTheRingClosed) {
+  const struct {
+    int charts;
+    std::vector<std::string> keys;
+    int waited;
+  } cases[] = {{1, {"%VR"}, 500},
+               {2, {"%VR", "^{TAB}", "%VR", "^{TAB}"}, 1020},
+               {3, {"%VR", "^{TAB}", "%VR", "^{TAB}", "%VR", "^{TAB}"}, 1530},
+               {0, {"%VR"}, 500},
+               {-3, {"%VR"}, 500}};
+  for (const auto& c : cases) {
+    const long before = Now();
+    outside.events.Schedule(std::chrono::milliseconds(1),
+                            [&] { EXPECT_TRUE(run.chart_count_locked); });
+    EXPECT_EQ(Refresh(c.charts), c.keys) << c.charts;
+    EXPECT_EQ(Now() - before, c.waited) << c.charts;
+    EXPECT_FALSE(run.chart_count_locked);
+  }
+  EXPECT_EQ(run.line, "[ABC]  Date: 1/25/2007 00:00:00  Close: 100.5");
+  EXPECT_EQ(run.status.prices, "O: 100.50 H: 100.50 L: 100.50 C: 100.50");
+}
+
+// The remaining charts are only passed, until the one in front is in front again.
+TEST_F(HostControlTest, APauseEndsARefreshBetweenTwoCharts) {
+  outside.events.Schedule(std::chrono::milliseconds(700), [this] { session.StopRequested = -1; });
+  EXPECT_THAT(Refresh(4), ElementsAre("%VR", "^{TAB}", "%VR", "^{TAB}", "^{TAB}", "^{TAB}"));
+  EXPECT_EQ(Refresh(4).size(), 8U) << "a step after the pause refreshes all";
+}
+
+TEST_F(HostControlTest, AProgramThatIsNotThereIsStartedFromItsFolder) {
+  chart.running = false;
+  outside.registry.CreateKey(RegistryRoot::kCurrentUser,
+                             "Software\\Equis\\Common\\8.0\\File Paths");
+  RegistryKey key = 0;
+  outside.registry.OpenKey(RegistryRoot::kCurrentUser, "Software\\Equis\\Common\\8.0\\File Paths",
+                           Registry::kWrite, key);
+  outside.registry.SetValue(key, "ProgramPath", RegistryType::kString, "/opt/chart program");
+  host.CloseCharts();
+  EXPECT_THAT(outside.programs.started, ElementsAre("/opt/chart program\\MSWIN.EXE /l /e"));
+}
+
+TEST_F(HostControlTest, ADialogThatNeverComesEndsTheWaitWithABox) {
+  chart.dialog_comes = false;
+  host.OpenChart();
+  EXPECT_GE(Now(), 15000);
+  EXPECT_THAT(chart.sent, ElementsAre("%FO")) << "nothing is typed into no dialog";
+  ASSERT_EQ(outside.boxes.shown.size(), 1U);
+  EXPECT_THAT(outside.boxes.shown[0], HasSubstr("ABC"));
+  const std::string store = (std::filesystem::path("/data") / "Simulate").make_preferred().string();
+  EXPECT_THAT(outside.boxes.shown[0], HasSubstr(store)) << "separators of one kind";
+}
+
+TEST_F(HostControlTest, TheStatusLineSaysWhatIsWrongWithTheChart) {
+  const struct {
+    bool running;
+    KeyOutcome outcome;
+    const char* warning;
+    const char* advice;
+  } cases[] = {
+      {true, KeyOutcome::kNotSent, "Chart not refreshed: another window is in front! ",
+       "Another window is in front of the chart"},
+      {false, KeyOutcome::kAccepted, "No chart program, start it! ", "Start the chart program"},
+      {true, KeyOutcome::kNotAnswered, "Chart program busy, wait for it! ", "The chart program is"},
+      {true, KeyOutcome::kAccepted, "", ""}};
+  for (const auto& c : cases) {
+    chart.running = c.running;
+    chart.outcome = c.outcome;
+    Refresh(1);
+    EXPECT_EQ(run.line, c.warning + std::string("[ABC]  Date: 1/25/2007 00:00:00  Close: 100.5"));
+    EXPECT_THAT(run.advice, StartsWith(c.advice));
+    session.BarIndex = -1;
+    run.line.clear();
+    Refresh(1);
+    EXPECT_EQ(run.line, c.warning) << "before the first bar only what is wrong";
+    session.BarIndex = 59;
+  }
+}
+
+TEST_F(HostControlTest, ProgressCountsBarsAndEstimatesTheTimeLeft) {
+  const struct {
+    int bar;
+    int delay;
+    int charts;
+    const char* text;
+  } cases[] = {{59, 10000, 1, "0 of 140 bars, about 25 min left"},
+               {20, 10000, 1, "0 of 140 bars, about 25 min left"},  // stepped back before the start
+               {100, 10000, 1, "41 of 140 bars, about 17 min left"},
+               {198, 10000, 1, "139 of 140 bars, about 11 s left"},
+               {194, 11490, 1, "135 of 140 bars, about 1 min left"},  // 60.0 s
+               {194, 11290, 1, "135 of 140 bars, about 59 s left"},
+               {59, 24900, 1, "0 of 140 bars, about 59 min left"},
+               {59, 25200, 1, "0 of 140 bars, about 1 h 0 min left"},
+               {59, 32000, 20, "0 of 140 bars, about 1 h 38 min left"},
+               {199, 10000, 1, "140 of 140 bars"}};
+  for (const auto& c : cases) {
+    session.BarIndex = static_cast<std::int16_t>(c.bar);
+    session.RefreshDelay = static_cast<std::int16_t>(c.delay);
+    Refresh(c.charts);
+    EXPECT_EQ(run.progress, c.text);
+    EXPECT_FLOAT_EQ(run.done, static_cast<float>(std::max(c.bar - 59, 0)) / 140);
+  }
+}
+
+}  // namespace
+}  // namespace velumar

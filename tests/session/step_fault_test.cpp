@@ -1,0 +1,72 @@
+#include <cerrno>
+#include <cstring>
+
+#include "marketdata/metalib_error.h"
+#include "session/bar_loading.h"
+#include "session/bar_stepping.h"
+#include "support/session_fixture.h"
+#include "support/traced_child.h"
+
+namespace velumar {
+namespace {
+
+constexpr int kBars = 120;
+constexpr int kStart = 60;
+
+using StepFunction = void (BarStepper::*)(std::int16_t&);
+
+// Makes a step from the bar before kStart, in the process whose disk breaks. Returns where the
+// cursor is then.
+int StepFrom(const SimSession& chosen, StepFunction step) {
+  SimSession session = chosen;
+  IndexCache cache;
+  LoadBars(session, cache, session.DataDir);
+  session.BarIndex = kStart - 1;
+  BarStepper stepper(session, cache);
+  try {
+    (stepper.*step)(session.BarIndex);
+  } catch (const MetaLibError&) {
+    // The step was not made.
+  }
+  return session.BarIndex;
+}
+
+using StepFaultTest = SessionFixture;
+
+// Whichever write of a step fails, the store holds the bars up to the cursor and no other: a chart
+// ahead of it would show the future, one behind it would hide what was dealt on.
+TEST_F(StepFaultTest, AStepIsWholeOrTakenBack) {
+  Store("ABC", DailyBars(kBars));
+  CopyIndexes();
+  Choose("ABC", "D", MadeDate(kStart));
+  ASSERT_TRUE(working_store.Prepare());
+  const std::string kept = scratch.Sub("kept");
+  std::filesystem::copy(store, kept);
+  int faults = 0;
+  int taken_back = 0;
+  for (const StepFunction step : {&BarStepper::FeedBar, &BarStepper::FastFeed,
+                                  &BarStepper::UnfeedBar, &BarStepper::FastUnfeed}) {
+    for (int number = 1, reached = 1; reached != 0; ++number) {
+      reached = 0;
+      for (const auto& [error, stays_broken] : {std::pair(EIO, false), std::pair(ENOSPC, true)}) {
+        std::filesystem::remove_all(store);
+        std::filesystem::copy(kept, store);
+        const FailedWork failed =
+            FailAt(number, error, stays_broken, [&] { return StepFrom(session, step); });
+        if (!failed.traced) GTEST_SKIP() << "no permission to trace a process";
+        if (!failed.reached) continue;
+        ++reached;
+        ++faults;
+        taken_back += failed.exit_code == kStart - 1 ? 1 : 0;
+        const std::string where = "write " + std::to_string(number) + ", " + strerror(error);
+        ASSERT_GE(failed.exit_code, 0) << where << ": it died";
+        EXPECT_EQ(StoreBars(), DailyBars(failed.exit_code + 1)) << where;
+      }
+    }
+  }
+  EXPECT_GT(faults, 40);
+  EXPECT_GT(taken_back, 10);
+}
+
+}  // namespace
+}  // namespace velumar

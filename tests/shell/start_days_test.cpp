@@ -1,0 +1,59 @@
+#include "shell/start_days.h"
+
+#include <algorithm>
+
+#include "support/session_fixture.h"
+
+namespace velumar {
+namespace {
+
+std::vector<std::int32_t> Days(int bars, int bars_a_day = 1) {
+  std::vector<std::int32_t> days;
+  for (int bar = 0; bar < bars; ++bar) days.push_back(MadeDate(bar / bars_a_day));
+  return days;
+}
+
+TEST(StartDays, FirstAndLastLeaveARunSomethingToBeginBehind) {
+  std::mt19937_64 random(1);
+  const struct {
+    std::vector<std::int32_t> days;
+    std::optional<std::int32_t> first;
+    std::optional<std::int32_t> last;
+  } cases[] = {{{}, {}, {}},
+               {Days(1), {}, {}},
+               {Days(20, 20), {}, {}},  // one day of intraday bars
+               {Days(2), MadeDate(1), MadeDate(1)},
+               {Days(60, 20), MadeDate(1), MadeDate(2)}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(StartDay(c.days, DayChoice::kFirst, random), c.first) << c.days.size();
+    EXPECT_EQ(StartDay(c.days, DayChoice::kLast, random), c.last) << c.days.size();
+    EXPECT_EQ(StartDay(c.days, DayChoice::kRandom, random).has_value(), c.first.has_value());
+  }
+}
+
+TEST(StartDays, RandomLeavesHistoryAndFutureWhereTheSeriesHasThem) {
+  std::mt19937_64 random(2);
+  for (const int bars_a_day : {1, 20}) {
+    for (const int bars : {2 * bars_a_day, 340, 350, 360, 2000}) {
+      const std::vector<std::int32_t> days = Days(bars, bars_a_day);
+      int lowest = bars;
+      int highest = 0;
+      for (int i = 0; i < 2000; ++i) {
+        const std::int32_t day = *StartDay(days, DayChoice::kRandom, random);
+        const auto at = std::find(days.begin(), days.end(), day);
+        ASSERT_NE(at, days.end());
+        lowest = std::min(lowest, static_cast<int>(at - days.begin()));
+        highest = std::max(highest, static_cast<int>(at - days.begin()));
+      }
+      EXPECT_GE(lowest, bars >= 400 ? 250 : 1) << bars;
+      EXPECT_LE(highest, bars >= 400 ? bars - 101 : bars - 1) << bars;
+      if (bars == 2000 && bars_a_day == 1) {
+        EXPECT_LT(lowest, 265);
+        EXPECT_GT(highest, 1885);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace velumar
