@@ -86,12 +86,12 @@ TEST(WholeFile, IsReadAndReplacedOrRefusedByName) {
   const ScratchFolder folder;
   const auto file = folder / "file";
   EXPECT_THAT(Refusal([&] { ReadWholeFile(file, 9); }), testing::StartsWith(file.string()));
-  ReplaceWholeFile(file, "one", FileAccess::kUsual);
-  ReplaceWholeFile(file, "12345", FileAccess::kUserAlone);
+  ReplaceWholeFile(file, "one");
+  ReplaceWholeFile(file, "12345");
   EXPECT_EQ(ReadWholeFile(file, 5), "12345");
   EXPECT_THAT(Refusal([&] { ReadWholeFile(file, 4); }), testing::HasSubstr("limit of 4 bytes"));
   const auto replace = [](const std::filesystem::path& path) {
-    return Refusal([&] { ReplaceWholeFile(path, "no", FileAccess::kUsual); });
+    return Refusal([&] { ReplaceWholeFile(path, "no"); });
   };
   EXPECT_THAT(replace(folder.Path()), testing::HasSubstr("can't be written: it is a folder"));
   EXPECT_THAT(replace(folder / "none/file"), testing::HasSubstr("none/file can't be written"));
