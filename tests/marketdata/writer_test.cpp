@@ -232,36 +232,47 @@ TEST_F(Writer, ASeriesEndsAtTheLastCountThereIs) {
   EXPECT_EQ(ReadBars(directory_).size(), 65534U);
 }
 
-// Two changes within one tick of a file system's clock look the same: same size, same time. The
-// time lies ahead, so it has never settled.
+// Two changes within one tick of a file system's clock look the same: same size, same time. A time
+// ahead has not settled, a time in the past has.
 TEST_F(Writer, TheCacheSeesEveryChangeOfAnotherProgram) {
-  const auto ahead = std::filesystem::file_time_type::clock::now() + std::chrono::hours(1);
-  const auto stamp = [&](const char* name) {
-    std::filesystem::last_write_time(directory_ / name, ahead);
+  using Clock = std::filesystem::file_time_type::clock;
+  const auto ahead = Clock::now() + std::chrono::hours(1);
+  const auto settled = Clock::now() - std::chrono::hours(1);
+  const auto stamp = [&](const char* name, auto time) {
+    std::filesystem::last_write_time(directory_ / name, time);
   };
   const auto change = [&](const char* name, std::size_t offset, const std::string& bytes) {
     std::fstream file(directory_ / name, std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(static_cast<std::streamoff>(offset)) << bytes << std::flush;
     file.close();
-    stamp(name);
+    stamp(name, ahead);
   };
+  const auto listed = [&] { return ListOf(directory_.Text(), cache_); };
+  const std::string zeros(24, '\0');
   directory_.Write("MASTER", Master({{.frame = 'I', .fields = 8}}));
-  directory_.Write("F1.DAT", DataBytes(8, 3,
-                                       {Word(1050103) + Word(93000) + std::string(24, '\0'),
-                                        Word(1050103) + Word(94500) + std::string(24, '\0')}));
-  for (const char* symbol : {"AAA", "BBB", "CCC"}) {
-    change("MASTER", 53 + 36, symbol);
-    for (const int minutes : {30, 45}) {
-      change("F1.DAT", 32 * 2 + 4, Word(93000 + minutes * 100));
-      EXPECT_THAT(ListOf(directory_.Text(), cache_),
-                  ElementsAre(symbol + (":" + std::to_string(minutes)) + " F1 Alpha"));
-    }
+  directory_.Write(
+      "F1.DAT",
+      DataBytes(8, 3, {Word(1050103) + Word(93000) + zeros, Word(1050103) + Word(94500) + zeros}));
+  stamp("MASTER", settled);
+  for (const int minutes : {30, 45}) {
+    change("F1.DAT", 32 * 2 + 4, Word(93000 + minutes * 100));
+    EXPECT_THAT(listed(), ElementsAre("AAA:" + std::to_string(minutes) + " F1 Alpha"));
   }
-  stamp("");
-  EXPECT_EQ(SecuritiesIn(directory_.Text(), cache_).size(), 1U);
+  for (const char* symbol : {"BBB", "CCC"}) {
+    change("MASTER", 53 + 36, symbol);
+    EXPECT_THAT(listed(), ElementsAre(std::string(symbol) + ":45 F1 Alpha"));
+  }
+  stamp("MASTER", settled);
+  EXPECT_EQ(listed().size(), 1U);
+  With("CCC", 45, [&](MetaLibWriter& writer) {
+    change("MASTER", 53 + 7, "Omega");  // next to the dates that the writer updates
+    Append(writer, TimedBar(20050104, 93000));
+  });
+  EXPECT_THAT(listed(), ElementsAre("CCC:45 F1 Omega"));
+  stamp("", settled);
+  EXPECT_EQ(listed().size(), 1U);
   directory_.Write("EMASTER", Emaster({{.number = 9, .symbol = "NEW"}}));
-  stamp("");
-  EXPECT_EQ(SecuritiesIn(directory_.Text(), cache_).size(), 2U);
+  EXPECT_EQ(listed().size(), 2U);
 }
 
 }  // namespace
