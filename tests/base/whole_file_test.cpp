@@ -57,22 +57,6 @@ TEST(FileReplacement, ReplacesAReadOnlyFileAndNoFileBehindALink) {
   EXPECT_THAT(folder.Names(), testing::ElementsAre("F1.DAT", "mine"));
 }
 
-TEST(RawFile, GrowsIsCutAndReadsToItsEnd) {
-  const ScratchFolder folder;
-  RawFile file(folder / "F1.DAT", RawFile::Mode::kCreate);
-  file.WriteAt(4, Bytes("5678"));
-  file.WriteAt(0, Bytes("1234"));
-  EXPECT_EQ(ReadThrough(file), "12345678");
-  file.Truncate(6);
-  EXPECT_EQ(file.Size(), 6);
-  EXPECT_EQ(ReadThrough(file), "123456");
-  std::array<std::byte, 4> rest{};
-  EXPECT_EQ(file.ReadAt(4, rest), 2U);
-  EXPECT_EQ(file.ReadAt(9, rest), 0U);
-  EXPECT_FALSE(file.Stamp().IsSettled());
-  EXPECT_EQ(StampOf(folder / "F1.DAT")->inode, file.Stamp().inode);
-}
-
 std::string Refusal(const std::function<void()>& work) {
   try {
     work();

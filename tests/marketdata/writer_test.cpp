@@ -147,6 +147,12 @@ TEST_F(Writer, AnUnsortedFileIsSortedAndItsTornEndDropped) {
   });
   EXPECT_EQ(directory_.Read("F1.DAT"), DailyBytes({DailyBar(20050103, 2), DailyBar(20050105),
                                                    DailyBar(20050107), DailyBar(20050110)}));
+  // A sorted one with bars after those that it counts.
+  bytes = DailyBytes({DailyBar(20050103), DailyBar(20050104), DailyBar(20050105)});
+  bytes[2] = 2;
+  directory_.Write("F1.DAT", bytes);
+  Append("AAA", -1, DailyBar(20050110));
+  EXPECT_EQ(directory_.Read("F1.DAT"), DailyBytes({DailyBar(20050103), DailyBar(20050110)}));
 }
 
 TEST_F(Writer, TheIndexesHaveTheDatesOfTheBarsAndKeepOtherBytes) {
