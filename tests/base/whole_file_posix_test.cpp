@@ -7,14 +7,14 @@
 namespace velumar {
 namespace {
 
-TEST(WholeFile, IsOnTheDiskBeforeItReplacesTheOldOneAndTheRenameAfterIt) {
+TEST(WholeFile, IsFlushedBeforeTheRenameAndTheFolderAfterIt) {
   const ScratchFolder folder;
   const std::string calls = DiskCallsOf([&] { ReplaceWholeFile(folder / "file", "new"); });
   if (calls.empty()) GTEST_SKIP() << "no permission to trace a process";
   EXPECT_EQ(calls, "WFRF");
 }
 
-TEST(WholeFile, KeepsLinkAndPermissionsAndLeavesPipesAlone) {
+TEST(WholeFile, KeepsLinksAndPermissionsAndRefusesPipes) {
   const ScratchFolder folder;
   folder.Write("real", "old");
   ASSERT_EQ(chmod((folder / "real").c_str(), 0640), 0);

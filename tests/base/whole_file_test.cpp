@@ -42,7 +42,7 @@ TEST(FileReplacement, ReplacesAFileThatAReaderHasOpen) {
   EXPECT_EQ(folder.Names(), std::vector<std::string>{"F1.DAT"});
 }
 
-TEST(FileReplacement, ReplacesAReadOnlyFileAndNoFileBehindALink) {
+TEST(FileReplacement, ReplacesAReadOnlyFileAndFollowsNoLink) {
   const ScratchFolder folder;
   folder.Write("F1.DAT", "copied from a disc");
   std::filesystem::permissions(folder / "F1.DAT", kAllWrite, std::filesystem::perm_options::remove);

@@ -41,7 +41,7 @@ bool HasDate(const std::string& file) {
   });
 }
 
-TEST(IndexCopy, ListsTheSecuritiesWithoutTheirDates) {
+TEST(IndexCopy, KeepsTheSecuritiesButNotTheirDates) {
   const Listed one = {.bits = 0x7F, .first = kFirst - 19000000, .last = kLast - 19000000};
   Listed two = one;
   two.number = 2;

@@ -62,7 +62,7 @@ class Writer : public testing::Test {
   IndexCache cache_;
 };
 
-TEST_F(Writer, RandomWorkLeavesWhatASortedMapHolds) {
+TEST_F(Writer, RandomChangesMatchASortedMap) {
   directory_.Write(
       "MASTER", Master({{.number = 1, .symbol = "AAA"},
                         {.number = 2, .symbol = "BBB", .frame = 'I', .fields = 8, .minutes = 15}}));
@@ -199,7 +199,7 @@ TEST_F(Writer, ASeriesOfUnknownMinutesTakesThoseItIsWrittenWith) {
   EXPECT_EQ(ErrorOf([&] { reader.SelectSeries("AAA", 0, 30); }), MetaLibError::kSeriesNotFound);
 }
 
-TEST_F(Writer, WhatCanNotBeStoredIsNamedAndChangesNothing) {
+TEST_F(Writer, UnstorableValuesAreNamedAndChangeNothing) {
   directory_.Write("MASTER", Master({{}, {.number = 2, .symbol = "ODD", .fields = 99}}));
   Append("AAA", -1, DailyBar(20050103));
   const std::string before = directory_.Read("F1.DAT");
@@ -219,7 +219,7 @@ TEST_F(Writer, WhatCanNotBeStoredIsNamedAndChangesNothing) {
   EXPECT_EQ(ErrorOf([&] { Append("ODD", -1, DailyBar(20050103)); }), MetaLibError::kNotStorable);
 }
 
-TEST_F(Writer, ASeriesEndsAtTheLastCountThereIs) {
+TEST_F(Writer, ASeriesHasNoMoreBarsThanItsHeaderCanCount) {
   directory_.Write("MASTER", Master({{.fields = 4}}));
   std::vector<Bar> bars(65535);
   for (int i = 0; i < 65535; ++i) {
