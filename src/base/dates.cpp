@@ -28,12 +28,15 @@ std::string Padded(int number, std::size_t width) {
 std::string MonthField(std::int32_t date, std::size_t letters) {
   const int month = date / 100 % 100;
   if (letters < 3 || month < 1 || month > 12) return Padded(month, letters < 2 ? 1 : 2);
-  return std::string(MonthName(month).substr(0, letters == 3 ? 3 : std::string_view::npos));
+  const std::string_view name = kMonths.at(static_cast<std::size_t>(month) - 1);
+  return std::string(letters == 3 ? name.substr(0, 3) : name);
 }
 
 std::string DayField(std::int32_t date, std::size_t letters) {
   if (letters < 3 || !IsRealDate(date)) return Padded(date % 100, letters < 2 ? 1 : 2);
-  return std::string(WeekdayName(date).substr(0, letters == 3 ? 3 : std::string_view::npos));
+  const std::chrono::weekday day{std::chrono::sys_days(Calendar(date))};
+  const std::string_view name = kDays.at(day.c_encoding());
+  return std::string(letters == 3 ? name.substr(0, 3) : name);
 }
 
 std::string YearField(std::int32_t date, std::size_t letters) {
@@ -103,12 +106,6 @@ std::int32_t DaysLater(std::int32_t date, int days) {
 }
 
 int MinuteOfDay(std::int32_t time) { return time / 10000 * 60 + time / 100 % 100; }
-
-std::string_view MonthName(int month) { return kMonths.at(static_cast<std::size_t>(month) - 1); }
-
-std::string_view WeekdayName(std::int32_t date) {
-  return kDays.at(std::chrono::weekday(std::chrono::sys_days(Calendar(date))).c_encoding());
-}
 
 std::string DateText(std::int32_t date, std::string_view pattern) {
   if (date == 0) return "N/A";

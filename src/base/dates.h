@@ -11,18 +11,14 @@ namespace velumar {
 
 // True for a date of the calendar in the years 1 to 9999.
 bool IsRealDate(std::int32_t date);
-// Days since 1 January 1970. A date of a damaged bar gives some number.
+// Days since 1 January 1970; any number for a date that is not real.
 std::int64_t DayNumber(std::int32_t date);
 std::int32_t DaysLater(std::int32_t date, int days);
 int MinuteOfDay(std::int32_t time);
 
-// In English: "January" for 1 to "December" for 12, and "Sunday" of a real date.
-std::string_view MonthName(int month);
-std::string_view WeekdayName(std::int32_t date);
-
-// The date in a short date pattern of d, M and y ("dd/MM/yyyy"); "N/A" for 0. Day, month and year
-// are shown as they are, also those of a damaged bar. Text in single quotes and all other
-// characters are copied.
+// The date in a short date pattern of d, M and y ("dd/MM/yyyy"); "N/A" for 0. Names of months and
+// days are English. Day, month and year are shown as they are, also those of a damaged bar. Text in
+// single quotes and all other characters are copied.
 std::string DateText(std::int32_t date, std::string_view pattern);
 
 // The same for a date as a ledger stores it, "2007-01-25"; returns any other text unchanged.

@@ -75,11 +75,10 @@ class RawFile {
  public:
   enum class Mode {
     kRead,
-    kChange,      // read and write an existing file
-    kCreate,      // the same, creating the file if it is missing
-    kRenew,       // the same, creating or emptying it
-    kNew,         // the same, but fails if the file, or a link of that name, exists
-    kNewPrivate,  // the same, with access for this user only
+    kChange,  // read and write an existing file
+    kCreate,  // the same, creating the file if it is missing
+    kRenew,   // the same, creating or emptying it
+    kNew,     // the same, but fails if the file, or a link of that name, exists
   };
 
   RawFile(const std::filesystem::path& path, Mode mode, FileFailure fail = ThrowFileError);

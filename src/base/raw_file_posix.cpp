@@ -41,9 +41,10 @@ int OpenFlags(RawFile::Mode mode) {
       return O_RDWR | O_CREAT;
     case RawFile::Mode::kRenew:
       return O_RDWR | O_CREAT | O_TRUNC;
-    default:
+    case RawFile::Mode::kNew:
       return O_RDWR | O_CREAT | O_EXCL;
   }
+  return O_RDONLY;
 }
 
 // Checked before the file is opened: opening alone wakes some devices.
@@ -53,8 +54,7 @@ int OpenRegular(const std::filesystem::path& path, RawFile::Mode mode) {
     errno = S_ISDIR(info.st_mode) ? EISDIR : ENOTSUP;
     return -1;
   }
-  const mode_t permissions = mode == RawFile::Mode::kNewPrivate ? 0600 : 0666;
-  return open(path.c_str(), OpenFlags(mode) | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, permissions);
+  return open(path.c_str(), OpenFlags(mode) | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666);
 }
 
 }  // namespace

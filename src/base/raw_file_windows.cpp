@@ -55,7 +55,6 @@ DWORD Disposition(RawFile::Mode mode) {
     case RawFile::Mode::kRenew:
       return CREATE_ALWAYS;
     case RawFile::Mode::kNew:
-    case RawFile::Mode::kNewPrivate:  // a user's own folder is private here, with its files
       return CREATE_NEW;
     default:
       return OPEN_EXISTING;

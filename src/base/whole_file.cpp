@@ -26,11 +26,10 @@ void RequireReplaceable(const fs::path& file, const fs::file_status& status) {
   if (!IsWritable(file)) throw FileError(file, kCantWrite, EACCES);
 }
 
-RawFile NewFile(const fs::path& draft, FileAccess access, FileFailure fail) {
+RawFile NewFile(const fs::path& draft, FileFailure fail) {
   std::error_code none;
   fs::remove(draft, none);
-  const bool usual = access == FileAccess::kUsual;
-  return RawFile(draft, usual ? RawFile::Mode::kNew : RawFile::Mode::kNewPrivate, fail);
+  return RawFile(draft, RawFile::Mode::kNew, fail);
 }
 
 fs::path RandomName(const fs::path& folder) {
@@ -57,17 +56,15 @@ std::string ReadWholeFile(const fs::path& file, std::size_t limit) {
   return bytes;
 }
 
-void ReplaceWholeFile(const fs::path& file, std::string_view bytes, FileAccess access) {
+void ReplaceWholeFile(const fs::path& file, std::string_view bytes) {
   try {
     const fs::path target = fs::weakly_canonical(file);
     const fs::file_status old = fs::status(target);
     RequireReplaceable(target, old);
     const fs::path draft = RandomName(target.parent_path());
-    FileReplacement fresh(target, draft, access);
+    FileReplacement fresh(target, draft);
     std::error_code ignored;  // a file system without permissions
-    if (access == FileAccess::kUsual && fs::exists(old)) {
-      fs::permissions(draft, old.permissions(), ignored);
-    }
+    if (fs::exists(old)) fs::permissions(draft, old.permissions(), ignored);
     fresh.Write(std::as_bytes(std::span(bytes)));
     fresh.Flush();
     fresh.Commit();
@@ -77,9 +74,8 @@ void ReplaceWholeFile(const fs::path& file, std::string_view bytes, FileAccess a
   }
 }
 
-FileReplacement::FileReplacement(const fs::path& target, const fs::path& draft, FileAccess access,
-                                 FileFailure fail)
-    : target_(target), file_(NewFile(draft, access, fail)) {}
+FileReplacement::FileReplacement(const fs::path& target, const fs::path& draft, FileFailure fail)
+    : target_(target), file_(NewFile(draft, fail)) {}
 
 FileReplacement::~FileReplacement() {
   std::error_code ignored;

@@ -8,19 +8,14 @@ namespace velumar {
 // the code EFBIG.
 std::string ReadWholeFile(const std::filesystem::path& file, std::size_t limit);
 
-enum class FileAccess : std::uint8_t {
-  kUsual,      // a replaced file keeps its permissions
-  kUserAlone,  // nobody else can read it
-};
-
 // Replaces a file, or creates it. The new contents are written to another file in the same folder,
 // flushed to the disk and renamed over the old file, and the folder is flushed, so that after an
-// error, a crash or a power cut there is either the old file or the new one, whole. A link to a
-// file stays a link to the new one. A pipe, a device or a file that may not be written is never
-// replaced. Throws FileError.
+// error, a crash or a power cut there is either the old file or the new one, whole. The file keeps
+// its permissions, and a link to it stays a link. A pipe, a device or a file that may not be
+// written is never replaced. Throws FileError.
 //
 // QSaveFile would need the toolkit here, ignores a flush that fails, and does not flush the folder.
-void ReplaceWholeFile(const std::filesystem::path& file, std::string_view bytes, FileAccess access);
+void ReplaceWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
 // The steps of a replacement, for several files that change together, or to leave out the flushes.
 class FileReplacement {
@@ -28,7 +23,7 @@ class FileReplacement {
   // Creates the file `draft`, in the folder of `target`. One that a crash left there is removed;
   // it is never written through a link.
   FileReplacement(const std::filesystem::path& target, const std::filesystem::path& draft,
-                  FileAccess access = FileAccess::kUsual, FileFailure fail = ThrowFileError);
+                  FileFailure fail = ThrowFileError);
   // Without Commit the draft is deleted.
   ~FileReplacement();
   FileReplacement(FileReplacement&& other) noexcept;

@@ -31,17 +31,17 @@ std::string CsvOfSeries(std::string_view directory, std::string_view symbol, int
   reader.OpenDirectory(directory);
   reader.SelectSeries(symbol, interval == -1 ? 1 : 0, interval);
   reader.ReadSeries();
-  const std::array columns = {&reader.GetOpens(),   &reader.GetHighs(),
-                              &reader.GetLows(),    &reader.GetCloses(),
-                              &reader.GetVolumes(), &reader.GetOpenInterests()};
+  const BarArrays& bars = reader.Bars();
+  const std::array columns = {&bars.opens,  &bars.highs,   &bars.lows,
+                              &bars.closes, &bars.volumes, &bars.open_interests};
   std::string text = "date,time,open,high,low,close,volume,openinterest\n";
-  for (std::size_t i = 0; i < reader.GetDates().size(); ++i) {
-    Append(text, reader.GetDates()[i]);
+  for (std::size_t i = 0; i < bars.dates.size(); ++i) {
+    Append(text, bars.dates[i]);
     text += ',';
     if (interval == -1) {
       text += '0';
     } else {
-      AppendTime(text, reader.GetTimes()[i]);
+      AppendTime(text, bars.times[i]);
     }
     for (const std::vector<float>* column : columns) {
       text += ',';

@@ -156,7 +156,6 @@ CsvDateTime CsvDateFormat::ReadPattern(std::string_view field) const {
   if (!date::from_stream(stream, pattern_.c_str(), read)) {
     Refuse(field, "is not a date; the date format is \"" + pattern_ + "\"");
   }
-  if (!read.ymd.ok()) Refuse(field, "is not a valid date");
   const std::int32_t day = CheckedDate(static_cast<int>(read.ymd.year()) * 10000 +
                                            static_cast<int>(unsigned{read.ymd.month()}) * 100 +
                                            static_cast<int>(unsigned{read.ymd.day()}),

@@ -55,7 +55,7 @@ int SmallestGap(const BarArrays& bars) {
 FileReplacement ReplacementOf(const std::filesystem::path& target) {
   std::filesystem::path draft = target;
   draft += ".new";
-  return {target, draft, FileAccess::kUsual, ThrowMarketFileError};
+  return {target, draft, ThrowMarketFileError};
 }
 
 }  // namespace velumar

@@ -166,16 +166,15 @@ void MetaLibReader::ReadSeries() {
   state.MoveTo(0);
 }
 
-const std::vector<std::int32_t>& MetaLibReader::GetDates() const { return state_->Read().dates; }
-const std::vector<std::int32_t>& MetaLibReader::GetTimes() const { return state_->Read().times; }
-const std::vector<float>& MetaLibReader::GetOpens() const { return state_->Read().opens; }
-const std::vector<float>& MetaLibReader::GetHighs() const { return state_->Read().highs; }
-const std::vector<float>& MetaLibReader::GetLows() const { return state_->Read().lows; }
-const std::vector<float>& MetaLibReader::GetCloses() const { return state_->Read().closes; }
-const std::vector<float>& MetaLibReader::GetVolumes() const { return state_->Read().volumes; }
-const std::vector<float>& MetaLibReader::GetOpenInterests() const {
-  return state_->Read().open_interests;
-}
+const BarArrays& MetaLibReader::Bars() const { return state_->Read(); }
+const std::vector<std::int32_t>& MetaLibReader::GetDates() const { return Bars().dates; }
+const std::vector<std::int32_t>& MetaLibReader::GetTimes() const { return Bars().times; }
+const std::vector<float>& MetaLibReader::GetOpens() const { return Bars().opens; }
+const std::vector<float>& MetaLibReader::GetHighs() const { return Bars().highs; }
+const std::vector<float>& MetaLibReader::GetLows() const { return Bars().lows; }
+const std::vector<float>& MetaLibReader::GetCloses() const { return Bars().closes; }
+const std::vector<float>& MetaLibReader::GetVolumes() const { return Bars().volumes; }
+const std::vector<float>& MetaLibReader::GetOpenInterests() const { return Bars().open_interests; }
 
 void MetaLibReader::SeekDate(std::string_view date_text, int /*mode*/) {
   const auto& dates = GetDates();

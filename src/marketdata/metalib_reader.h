@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "marketdata/bar.h"
+
 namespace velumar {
 
 class IndexCache;
@@ -57,6 +59,7 @@ class MetaLibReader {
 
   // The series as eight parallel arrays, oldest bar first. If the file is not sorted, the bars are
   // as the writer would leave them: sorted, of bars with the same timestamp only the last.
+  const BarArrays& Bars() const;
   const std::vector<std::int32_t>& GetDates() const;
   const std::vector<std::int32_t>& GetTimes() const;
   const std::vector<float>& GetOpens() const;

@@ -63,7 +63,7 @@ void SaveWhole(const QString& file, const std::function<void(QIODevice& device)>
   }
   const QByteArray& bytes = buffer.data();
   ReplaceWholeFile(QFileInfo(file).filesystemFilePath(),
-                   {bytes.constData(), static_cast<std::size_t>(bytes.size())}, FileAccess::kUsual);
+                   {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
 QString RequireExtension(const QString& file, const QStringList& extensions, const QString& what) {

@@ -6,15 +6,14 @@
 #include <span>
 #include <vector>
 
-#include "base/file_copy.h"
 #include "base/ignoring.h"
 #include "base/paths.h"
 #include "base/raw_file.h"
 #include "base/text.h"
-#include "base/this_program.h"
 #include "marketdata/index_file.h"
 #include "marketdata/metalib_error.h"
 #include "session/earlier_store.h"
+#include "session/store_system.h"
 
 namespace velumar {
 

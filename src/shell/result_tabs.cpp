@@ -132,7 +132,7 @@ void ResultTabs::Copy() {
 void ResultTabs::ExportOrders() {
   const auto file = platform_.files.ChooseFile({{"Orders (*.csv)", "csv"}}, "Orders");
   if (!file || file->empty()) return;
-  ReplaceWholeFile(NativePath(*file), OrdersCsv(*orders_), FileAccess::kUsual);
+  ReplaceWholeFile(NativePath(*file), OrdersCsv(*orders_));
 }
 
 }  // namespace velumar

@@ -23,7 +23,7 @@ TEST(Dates, ThePatternDecidesOrderAndWidth) {
   for (const auto& c : cases) EXPECT_EQ(DateText(c.date, c.pattern), c.text);
 }
 
-TEST(Dates, ALedgersDateShowsAsItsBarsDoes) {
+TEST(Dates, LedgerDatesUseThePatternToo) {
   EXPECT_EQ(IsoDateText("2007-01-25", "d/M/yyyy"), "25/1/2007");
   EXPECT_EQ(IsoDateText("2007-02-31", "M/d/yyyy"), "2/31/2007") << "of a damaged bar";
   for (const char* other : {"", "N/A", "20070125", "2007/01/25", "2007-01-25 10:00"}) {
@@ -31,7 +31,7 @@ TEST(Dates, ALedgersDateShowsAsItsBarsDoes) {
   }
 }
 
-TEST(Dates, TextsComeBack) {
+TEST(Dates, TextsReadBack) {
   for (const char* pattern : {"dd/MM/yyyy", "M/d/yy", "yyyy-MM-dd", "yyyyMMdd", "d MMM yyyy"}) {
     for (const std::int32_t date : {20070203, 19991231, 20290101, 19300101, 20240229}) {
       EXPECT_EQ(DateFromText(DateText(date, pattern), pattern), date) << pattern;

@@ -26,7 +26,7 @@ TEST(NumberText, PlainTextHasSevenSignificantDigits) {
       {0.00005F, "5E-05"},
       {-2.5e-6F, "-2.5E-06"},
       {1.5e-38F, "1.5E-38"},
-      // Ties at the eighth digit go to the even one: both are exact floats.
+      // Halves at the eighth digit round to even: both are exact floats.
       {1048576.5F, "1048576"},
       {1048577.5F, "1048578"},
       // Rounding up to the limit takes the exponent.
@@ -97,7 +97,7 @@ TEST(NumberText, PatternsFillTheirPlaces) {
       {0.0F, "###,###,###,###", ""},
       {0.0F, kTimePattern, "00:00:00"},
       {93000.0F, kTimePattern, "09:30:00"},
-      // Surplus digits go in front of the leftmost place.
+      // Surplus digits come before the leftmost place.
       {160000.0F, "0#:##", "1600:00"},
   };
   for (const auto& c : cases) {
@@ -150,8 +150,8 @@ TEST(NumberText, TextToInt16RoundsToEven) {
   }
 }
 
-// Any float comes back from its digits, and a rounded one differs by no more than half a place.
-TEST(NumberText, RandomFloatsSurviveTheirTexts) {
+// Any float reads back from its digits, and a rounded one differs by at most half a place.
+TEST(NumberText, RandomFloatsReadBackFromTheirText) {
   std::mt19937 random(7);
   std::uniform_int_distribution<std::uint32_t> bits;
   for (int i = 0; i < 5000; ++i) {

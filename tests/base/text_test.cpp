@@ -7,7 +7,7 @@
 namespace velumar {
 namespace {
 
-TEST(Text, SymbolsAreTrimmedOfBlanksAndUpperCasedInAsciiAlone) {
+TEST(Text, SymbolsAreTrimmedAndUpperCasedInAsciiOnly) {
   EXPECT_EQ(NormalisedSymbol("  abc x "), "ABC X");
   EXPECT_EQ(NormalisedSymbol("caf\xC3\xA9"), "CAF\xC3\xA9");
   EXPECT_EQ(NormalisedSymbol("   "), "");
@@ -21,7 +21,7 @@ TEST(Text, EveryByteSurvivesTheRoundTrip) {
   EXPECT_THROW(Utf8ToLatin1("\xC3"), std::invalid_argument);
 }
 
-TEST(Text, FolderTextsBecomePathsOfThePlatform) {
+TEST(Text, FolderTextsBecomeNativePaths) {
   EXPECT_EQ(WithClosingBackslash("a"), "a\\");
   EXPECT_EQ(WithClosingBackslash("a\\"), "a\\");
   EXPECT_EQ(NativePath("data\\\\Simulate\\") / "MASTER",

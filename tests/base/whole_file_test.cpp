@@ -42,7 +42,7 @@ TEST(FileReplacement, ReplacesAFileThatAReaderHasOpen) {
   EXPECT_EQ(folder.Names(), std::vector<std::string>{"F1.DAT"});
 }
 
-TEST(FileReplacement, ReplacesAReadOnlyFileAndNoFileBehindALink) {
+TEST(FileReplacement, ReplacesAReadOnlyFileAndFollowsNoLink) {
   const ScratchFolder folder;
   folder.Write("F1.DAT", "copied from a disc");
   std::filesystem::permissions(folder / "F1.DAT", kAllWrite, std::filesystem::perm_options::remove);
@@ -55,22 +55,6 @@ TEST(FileReplacement, ReplacesAReadOnlyFileAndNoFileBehindALink) {
   EXPECT_EQ(folder.Read("F1.DAT"), "new bars");
   EXPECT_EQ(folder.Read("mine"), "kept");
   EXPECT_THAT(folder.Names(), testing::ElementsAre("F1.DAT", "mine"));
-}
-
-TEST(RawFile, GrowsIsCutAndReadsToItsEnd) {
-  const ScratchFolder folder;
-  RawFile file(folder / "F1.DAT", RawFile::Mode::kCreate);
-  file.WriteAt(4, Bytes("5678"));
-  file.WriteAt(0, Bytes("1234"));
-  EXPECT_EQ(ReadThrough(file), "12345678");
-  file.Truncate(6);
-  EXPECT_EQ(file.Size(), 6);
-  EXPECT_EQ(ReadThrough(file), "123456");
-  std::array<std::byte, 4> rest{};
-  EXPECT_EQ(file.ReadAt(4, rest), 2U);
-  EXPECT_EQ(file.ReadAt(9, rest), 0U);
-  EXPECT_FALSE(file.Stamp().IsSettled());
-  EXPECT_EQ(StampOf(folder / "F1.DAT")->inode, file.Stamp().inode);
 }
 
 std::string Refusal(const std::function<void()>& work) {
@@ -86,12 +70,12 @@ TEST(WholeFile, IsReadAndReplacedOrRefusedByName) {
   const ScratchFolder folder;
   const auto file = folder / "file";
   EXPECT_THAT(Refusal([&] { ReadWholeFile(file, 9); }), testing::StartsWith(file.string()));
-  ReplaceWholeFile(file, "one", FileAccess::kUsual);
-  ReplaceWholeFile(file, "12345", FileAccess::kUserAlone);
+  ReplaceWholeFile(file, "one");
+  ReplaceWholeFile(file, "12345");
   EXPECT_EQ(ReadWholeFile(file, 5), "12345");
   EXPECT_THAT(Refusal([&] { ReadWholeFile(file, 4); }), testing::HasSubstr("limit of 4 bytes"));
   const auto replace = [](const std::filesystem::path& path) {
-    return Refusal([&] { ReplaceWholeFile(path, "no", FileAccess::kUsual); });
+    return Refusal([&] { ReplaceWholeFile(path, "no"); });
   };
   EXPECT_THAT(replace(folder.Path()), testing::HasSubstr("can't be written: it is a folder"));
   EXPECT_THAT(replace(folder / "none/file"), testing::HasSubstr("none/file can't be written"));

@@ -41,7 +41,7 @@ TEST(CsvSeries, FindsItsColumnsHoweverTheyAreWritten) {
            "\n \n\"Date\",\"Time\",\"Open\",\"High\",\"Low\",\"Close\",\"Volume\",\"Open "
            "Interest\"\n"
            "\"20200102\" , \"09:30:00\",\"1\",\"4\",\"0.5\",\"2\",\"100\",\"7\"\n\n",
-           // The name itself goes before a short form.
+           // The full name has priority over a short form.
            "Vol,Timestamp,Date,Time,Open,High,Low,Close,Volume,Note,OI,,\n"
            "x,y,20200102,93000,1,4,0.5,2,100,\"a, \"\"b\"\"\",7,,,,\n",
            "Date,Time,Open,High,Low,Close,Volume,OI,,\n2020-01-02 00:00:00,09:30,1,4,0.5,2,100,7\n",
@@ -141,7 +141,7 @@ TEST(CsvGuess, TakesTheIntervalFromTheGaps) {
   using Moments = std::vector<std::pair<int, int>>;
   const Moments days = {{20200102, 0}, {20200103, 0}, {20200106, 0}};
   const Moments closes = {{20200102, 160000}, {20200103, 160000}};
-  // The hour that begins at half past nine is cut short; the night has no bars.
+  // The first hour is half as long, and there are no bars at night.
   const Moments hours = {{20200102, 93000},
                          {20200102, 100000},
                          {20200102, 110000},

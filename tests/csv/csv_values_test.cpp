@@ -25,7 +25,7 @@ TEST(CsvNumber, ReadsTheNearestFloat) {
       {"5.", 5.0F},
       {"430.890000000000", 430.89F},
       {"1E-3", 0.001F},
-      // Just above the middle of two floats; by way of a double it would fall to the lower one.
+      // Just above the middle of two floats; through a double it would become the lower one.
       {"1.00000005960464477540", 1.0F + std::numeric_limits<float>::epsilon()},
       {"1.17549435e-38", std::numeric_limits<float>::min()},
       {"1.7014117e38", 0x1.fffffep126F},
@@ -35,7 +35,7 @@ TEST(CsvNumber, ReadsTheNearestFloat) {
   EXPECT_FALSE(std::signbit(CsvNumber("-0")));
 }
 
-TEST(CsvNumber, RefusesWhatIsNoNumber) {
+TEST(CsvNumber, RefusesOtherTexts) {
   for (const std::string text : {"x", "1x", "1 2", "1,5", "1.2.3", "0x10", "--1", "+-1", "+", "1e",
                                  "1e+", "$5", "null", "-"}) {
     EXPECT_EQ(Complaint([&] { CsvNumber(text); }), "\"" + text + "\" is not a number");
@@ -43,7 +43,7 @@ TEST(CsvNumber, RefusesWhatIsNoNumber) {
   EXPECT_EQ(Complaint([] { CsvNumber(""); }), "is empty");
 }
 
-TEST(CsvNumber, RefusesWhatTheFilesCannotHold) {
+TEST(CsvNumber, RefusesNumbersThatCannotBeStored) {
   for (const std::string text :
        {"1e39", "-1e39", "1.7014118346046923e38", "1e400", "inf", "-inf", "nan", "1e-39",
         "1.1754942e-38", "-1e-45", "1e-50", "0.000001e-400"}) {

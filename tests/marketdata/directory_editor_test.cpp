@@ -48,7 +48,7 @@ TEST_F(DirectoryEditor, ANewDirectoryGetsBothIndexesAndReadsBackExactly) {
   }
 }
 
-TEST_F(DirectoryEditor, OnlyTheIndexesThatAreThereGrow) {
+TEST_F(DirectoryEditor, OnlyExistingIndexesGrow) {
   std::string emaster = Emaster({{.number = 3, .symbol = "OLD", .bits = 0x7F}});
   emaster[20] = 'S';         // bytes of other programs, in the header
   emaster[192 + 185] = '*';  // and in a record
@@ -93,7 +93,7 @@ TEST_F(DirectoryEditor, XmasterFollowsTheLastNumberOfMaster) {
   directory_.Write("MASTER", Master(full));
   directory_.Write("EMASTER", Emaster(full));
   for (const char* symbol : {"GAP", "HIGH", "NEXT"}) Store({symbol, "", -1}, {DailyBar(20050103)});
-  Store({"S7", "", -1}, {DailyBar(20050104)});  // wider, so that it needs a number too
+  Store({"S7", "", -1}, {DailyBar(20050104)});  // wider, so it needs a new number too
   const auto list = List();
   ASSERT_EQ(list.size(), 257U);
   EXPECT_EQ(list[253], "GAP:-1 F100 ");
@@ -105,7 +105,7 @@ TEST_F(DirectoryEditor, XmasterFollowsTheLastNumberOfMaster) {
   EXPECT_THAT(ReadBars(directory_, "S7"), ElementsAre(DailyBar(20050104)));
 }
 
-TEST_F(DirectoryEditor, WhatCanNotBeStoredIsNamedAndNothingIsMade) {
+TEST_F(DirectoryEditor, UnstorableValuesAreNamedAndNothingIsCreated) {
   const std::vector<Bar> good = {DailyBar(20050103)};
   Bar tiny = DailyBar(20050104);
   tiny.close = std::numeric_limits<float>::denorm_min();
@@ -130,7 +130,7 @@ TEST_F(DirectoryEditor, WhatCanNotBeStoredIsNamedAndNothingIsMade) {
   EXPECT_THAT(directory_.Names(), ElementsAre());
 }
 
-TEST(DirectoryLock, OneWriterHoldsItAndHidesNothing) {
+TEST(DirectoryLock, OneWriterHoldsItAndFilesStayReadable) {
   const ScratchFolder directory;
   EXPECT_FALSE(DirectoryLock::IsHeld(directory.Text()));
   auto held = DirectoryLock::TryHold(directory.Text());

@@ -22,7 +22,7 @@ std::vector<std::string> Brief(const ScratchFolder& directory) {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// A record of 2005-11-07, 09:30 with the numbers 1, 2, 3 ... in the columns that it has.
+// A record of 2005-11-07, 09:30 with the numbers 1, 2, 3 ... in its columns.
 struct Shape {
   int fields;
   char frame;
@@ -53,7 +53,7 @@ std::string RecordOf(const Shape& shape) {
   return record;
 }
 
-TEST(DirectoryReading, EveryShapeOfRecordInEveryIndex) {
+TEST(DirectoryReading, EveryRecordLayoutInEveryIndex) {
   for (const Shape& shape : kShapes) {
     const int minutes = shape.frame == 'I' ? 15 : 0;
     const int interval = shape.frame == 'I' ? 15 : -1;
@@ -81,7 +81,7 @@ TEST(DirectoryReading, EveryShapeOfRecordInEveryIndex) {
   }
 }
 
-TEST(DirectoryReading, BitsOfNoUsableFieldsMeanTheUsualSeven) {
+TEST(DirectoryReading, UnusableBitsMeanTheUsualSevenFields) {
   for (const int bits : {0x00, 0x01, 0x19, 0xFE}) {
     const ScratchFolder directory;
     directory.Write("XMASTER", Xmaster({{.number = 300, .bits = bits}}));
@@ -136,7 +136,7 @@ TEST(DirectoryReading, UnusableFilesAreSeriesWithoutBars) {
   EXPECT_EQ(missing.indexed_last_date, 20051107);
 }
 
-TEST(DirectoryReading, NamesComeInAnyCaseAndUpperCaseWins) {
+TEST(DirectoryReading, NamesMayBeInAnyCaseAndUpperCaseWins) {
   const ScratchFolder directory;
   directory.Write("master", Master({{.number = 12, .symbol = "LOWER"}}));
   directory.Write("f12.dat", DailyBytes({DailyBar(20051107)}));
@@ -183,7 +183,7 @@ TEST(DirectoryReading, AListOfColumnNamesOverridesTheirOrder) {
   directory.Write(
       "f1.dop", "\"Close\",2,0\r\n\"Date\",0,0\r\n\"HIGH\",2,0\r\n\"LOW\",2,0\r\n\"VOL\",0,0\r\n");
   EXPECT_THAT(ReadBars(directory), ElementsAre(Bar{20051107, 0, 0, 2, 3, 1, 4, 0}));
-  // As many columns as there are, each once and all known, or the usual order counts.
+  // Anything but a complete list of known columns leaves the usual order.
   for (const char* unusable : {"", "\"DATE\"\n\"HIGH\"\n\"LOW\"\n\"CLOSE\"\n",
                                "\"DATE\"\n\"HIGH\"\n\"HIGH\"\n\"CLOSE\"\n\"VOL\"\n",
                                "\"DATE\"\n\"HIGH\"\n\"LOW\"\n\"CLOSE\"\n\"MOON\"\n"}) {

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "marketdata/market_files.h"
@@ -29,19 +31,17 @@ constexpr int kFirst = 20050103;
 constexpr int kLast = 20301231;
 constexpr int kCollected = 20310105;
 
-// In each number format that index files use.
-bool HoldsDate(const std::string& file) {
-  for (const std::int32_t date : {kFirst, kLast, kCollected}) {
-    const std::int32_t stored = date - 19000000;
-    for (const std::string& word :
-         {RawBytes(date), RawBytes(static_cast<float>(stored)), Word(stored)}) {
-      if (file.find(word) != std::string::npos) return true;
-    }
-  }
-  return false;
+// In any number format of index files.
+bool HasDate(const std::string& file) {
+  return std::ranges::any_of(std::array{kFirst, kLast, kCollected}, [&](int date) {
+    const int stored = date - 19000000;
+    return file.find(RawBytes(date)) != std::string::npos ||
+           file.find(RawBytes(static_cast<float>(stored))) != std::string::npos ||
+           file.find(Word(stored)) != std::string::npos;
+  });
 }
 
-TEST(IndexCopy, ListsTheSecuritiesWithoutTheirDates) {
+TEST(IndexCopy, KeepsTheSecuritiesButNotTheirDates) {
   const Listed one = {.bits = 0x7F, .first = kFirst - 19000000, .last = kLast - 19000000};
   Listed two = one;
   two.number = 2;
@@ -60,8 +60,8 @@ TEST(IndexCopy, ListsTheSecuritiesWithoutTheirDates) {
   CopyIndexFiles(from / "", to / "");
   EXPECT_THAT(to.Names(), testing::UnorderedElementsAre("Master", "emaster", "XMASTER"));
   for (const std::string& name : to.Names()) {
-    ASSERT_TRUE(HoldsDate(from.Read(name))) << name;
-    EXPECT_FALSE(HoldsDate(to.Read(name))) << name;
+    ASSERT_TRUE(HasDate(from.Read(name))) << name;
+    EXPECT_FALSE(HasDate(to.Read(name))) << name;
     EXPECT_THAT(to.Read(name),
                 testing::AllOf(testing::HasSubstr("AAA"), testing::HasSubstr("BBB")));
   }

@@ -14,8 +14,8 @@ namespace velumar {
 
 namespace {
 
-// Stops `work` at each of its system calls and lets `look` look at the disk. False where it can't
-// be traced.
+// Stops `work` at each system call and lets `look` inspect the disk. False if processes cannot be
+// traced.
 bool StopAtEachCall(const std::function<void()>& work, const std::function<void()>& look) {
   TracedChild child([&] {
     work();
@@ -29,7 +29,7 @@ bool StopAtEachCall(const std::function<void()>& work, const std::function<void(
   return child.Traced();
 }
 
-// What a reader finds: the bars of three series, empty where there is no such series.
+// What a reader finds: the bars of three series, empty if there is no such series.
 using Found = std::vector<std::vector<Bar>>;
 
 Found FindAll(const ScratchFolder& directory) {
@@ -92,7 +92,7 @@ std::vector<Case> Cases() {
   return {
       WriterCase("append", [](auto& writer) { Put(writer, Numbered(2 * kBars), 1); }),
       WriterCase("replace", [](auto& writer) { Put(writer, Numbered(2 * kBars - 2), 1); }),
-      // Record 146 lies across two pages of the file.
+      // Record 146 spans two pages of the file.
       WriterCase("replace across pages", [](auto& writer) { Put(writer, Numbered(2 * 145), 1); }),
       WriterCase("insert", [](auto& writer) { Put(writer, Numbered(5), 1); }),
       WriterCase("delete last",
@@ -110,7 +110,7 @@ std::vector<Case> Cases() {
   };
 }
 
-TEST(KillPoints, WhereverAWritingCallDiesTheSeriesAreAsBeforeOrAfter) {
+TEST(KillPoints, ASeriesIsAsBeforeOrAfterWhereverAWriterDies) {
   const Found before = FindAll(*Prepared());
   for (const Case& one : Cases()) {
     const auto whole = Prepared();
@@ -126,7 +126,7 @@ TEST(KillPoints, WhereverAWritingCallDiesTheSeriesAreAsBeforeOrAfter) {
       EXPECT_TRUE(found == before || found == after) << one.name << ", call " << looks_before;
       ++(found == before ? looks_before : looks_after);
       if (found != before || looks_before % 3 != 0) return;
-      one.work(copy.Text());  // nothing that was left behind is in the way
+      one.work(copy.Text());  // leftovers are not in the way
       EXPECT_EQ(FindAll(copy), after) << one.name << ", call " << looks_before;
     };
     if (!StopAtEachCall([&] { one.work(directory->Text()); }, look)) {
@@ -138,7 +138,7 @@ TEST(KillPoints, WhereverAWritingCallDiesTheSeriesAreAsBeforeOrAfter) {
 }
 
 // Everything new is flushed before the first rename, and each round of renames before the next.
-TEST(KillPoints, AnImportIsOnTheDiskInTheOrderOfItsSteps) {
+TEST(KillPoints, AnImportIsFlushedBeforeEachRoundOfRenames) {
   for (const char* symbol : {"NEW", "AAA", "BBB"}) {
     const auto directory = Prepared();
     const std::string calls = DiskCallsOf([&] { StoreCase("", symbol).work(directory->Text()); });
@@ -147,7 +147,7 @@ TEST(KillPoints, AnImportIsOnTheDiskInTheOrderOfItsSteps) {
   }
 }
 
-TEST(FailPoints, WhateverCallFailsTheSeriesAreAsBeforeOrAfter) {
+TEST(FailPoints, ASeriesIsAsBeforeOrAfterWhateverCallFails) {
   const Found before = FindAll(*Prepared());
   for (const Case& one : Cases()) {
     const auto whole = Prepared();

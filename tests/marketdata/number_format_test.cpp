@@ -21,7 +21,7 @@ std::uint32_t WordOf(std::string_view hex) {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-TEST(NumberFormat, HoldsTheseBytesForTheseNumbers) {
+TEST(NumberFormat, KnownBytesAndNumbers) {
   const struct {
     const char* bytes;
     float value;
@@ -43,7 +43,7 @@ TEST(NumberFormat, HoldsTheseBytesForTheseNumbers) {
   }
 }
 
-TEST(NumberFormat, HasNoNumbersBelowOrAboveItsRange) {
+TEST(NumberFormat, NumbersOutOfRange) {
   for (const char* bytes : {"01 02 03 00", "01 02 83 00", "01 02 03 01", "FF FF FF 02"}) {
     EXPECT_EQ(FloatFromMbf(WordOf(bytes)), 0) << bytes;
   }
@@ -54,7 +54,7 @@ TEST(NumberFormat, HasNoNumbersBelowOrAboveItsRange) {
   }
 }
 
-TEST(NumberFormat, EveryOtherWordSurvivesTheWayThroughAFloat) {
+TEST(NumberFormat, EveryOtherWordReadsBack) {
   std::mt19937 random(1);
   for (int i = 0; i < 100000; ++i) {
     const auto word = static_cast<std::uint32_t>(random()) | 0x04000000U;
@@ -62,7 +62,7 @@ TEST(NumberFormat, EveryOtherWordSurvivesTheWayThroughAFloat) {
   }
 }
 
-TEST(NumberFormat, DatesAndTimesAreReadOnlyWhereTheyCanBe) {
+TEST(NumberFormat, ImpossibleDatesAndTimesReadAsZero) {
   const struct {
     float stored;
     int date;

@@ -62,7 +62,7 @@ class Writer : public testing::Test {
   IndexCache cache_;
 };
 
-TEST_F(Writer, RandomWorkLeavesWhatASortedMapHolds) {
+TEST_F(Writer, RandomChangesMatchASortedMap) {
   directory_.Write(
       "MASTER", Master({{.number = 1, .symbol = "AAA"},
                         {.number = 2, .symbol = "BBB", .frame = 'I', .fields = 8, .minutes = 15}}));
@@ -147,6 +147,12 @@ TEST_F(Writer, AnUnsortedFileIsSortedAndItsTornEndDropped) {
   });
   EXPECT_EQ(directory_.Read("F1.DAT"), DailyBytes({DailyBar(20050103, 2), DailyBar(20050105),
                                                    DailyBar(20050107), DailyBar(20050110)}));
+  // A sorted one with bars after those that it counts.
+  bytes = DailyBytes({DailyBar(20050103), DailyBar(20050104), DailyBar(20050105)});
+  bytes[2] = 2;
+  directory_.Write("F1.DAT", bytes);
+  Append("AAA", -1, DailyBar(20050110));
+  EXPECT_EQ(directory_.Read("F1.DAT"), DailyBytes({DailyBar(20050103), DailyBar(20050110)}));
 }
 
 TEST_F(Writer, TheIndexesHaveTheDatesOfTheBarsAndKeepOtherBytes) {
@@ -193,7 +199,7 @@ TEST_F(Writer, ASeriesOfUnknownMinutesTakesThoseItIsWrittenWith) {
   EXPECT_EQ(ErrorOf([&] { reader.SelectSeries("AAA", 0, 30); }), MetaLibError::kSeriesNotFound);
 }
 
-TEST_F(Writer, WhatCanNotBeStoredIsNamedAndChangesNothing) {
+TEST_F(Writer, UnstorableValuesAreNamedAndChangeNothing) {
   directory_.Write("MASTER", Master({{}, {.number = 2, .symbol = "ODD", .fields = 99}}));
   Append("AAA", -1, DailyBar(20050103));
   const std::string before = directory_.Read("F1.DAT");
@@ -213,7 +219,7 @@ TEST_F(Writer, WhatCanNotBeStoredIsNamedAndChangesNothing) {
   EXPECT_EQ(ErrorOf([&] { Append("ODD", -1, DailyBar(20050103)); }), MetaLibError::kNotStorable);
 }
 
-TEST_F(Writer, ASeriesEndsAtTheLastCountThereIs) {
+TEST_F(Writer, ASeriesHasNoMoreBarsThanItsHeaderCanCount) {
   directory_.Write("MASTER", Master({{.fields = 4}}));
   std::vector<Bar> bars(65535);
   for (int i = 0; i < 65535; ++i) {
@@ -232,36 +238,47 @@ TEST_F(Writer, ASeriesEndsAtTheLastCountThereIs) {
   EXPECT_EQ(ReadBars(directory_).size(), 65534U);
 }
 
-// Two changes within one tick of a file system's clock look the same: same size, same time. The
-// time lies ahead, so it has never settled.
+// Two changes within one tick of a file system's clock look the same: same size, same time. A time
+// ahead has not settled, a time in the past has.
 TEST_F(Writer, TheCacheSeesEveryChangeOfAnotherProgram) {
-  const auto ahead = std::filesystem::file_time_type::clock::now() + std::chrono::hours(1);
-  const auto stamp = [&](const char* name) {
-    std::filesystem::last_write_time(directory_ / name, ahead);
+  using Clock = std::filesystem::file_time_type::clock;
+  const auto ahead = Clock::now() + std::chrono::hours(1);
+  const auto settled = Clock::now() - std::chrono::hours(1);
+  const auto stamp = [&](const char* name, auto time) {
+    std::filesystem::last_write_time(directory_ / name, time);
   };
   const auto change = [&](const char* name, std::size_t offset, const std::string& bytes) {
     std::fstream file(directory_ / name, std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(static_cast<std::streamoff>(offset)) << bytes << std::flush;
     file.close();
-    stamp(name);
+    stamp(name, ahead);
   };
+  const auto listed = [&] { return ListOf(directory_.Text(), cache_); };
+  const std::string zeros(24, '\0');
   directory_.Write("MASTER", Master({{.frame = 'I', .fields = 8}}));
-  directory_.Write("F1.DAT", DataBytes(8, 3,
-                                       {Word(1050103) + Word(93000) + std::string(24, '\0'),
-                                        Word(1050103) + Word(94500) + std::string(24, '\0')}));
-  for (const char* symbol : {"AAA", "BBB", "CCC"}) {
-    change("MASTER", 53 + 36, symbol);
-    for (const int minutes : {30, 45}) {
-      change("F1.DAT", 32 * 2 + 4, Word(93000 + minutes * 100));
-      EXPECT_THAT(ListOf(directory_.Text(), cache_),
-                  ElementsAre(symbol + (":" + std::to_string(minutes)) + " F1 Alpha"));
-    }
+  directory_.Write(
+      "F1.DAT",
+      DataBytes(8, 3, {Word(1050103) + Word(93000) + zeros, Word(1050103) + Word(94500) + zeros}));
+  stamp("MASTER", settled);
+  for (const int minutes : {30, 45}) {
+    change("F1.DAT", 32 * 2 + 4, Word(93000 + minutes * 100));
+    EXPECT_THAT(listed(), ElementsAre("AAA:" + std::to_string(minutes) + " F1 Alpha"));
   }
-  stamp("");
-  EXPECT_EQ(SecuritiesIn(directory_.Text(), cache_).size(), 1U);
+  for (const char* symbol : {"BBB", "CCC"}) {
+    change("MASTER", 53 + 36, symbol);
+    EXPECT_THAT(listed(), ElementsAre(std::string(symbol) + ":45 F1 Alpha"));
+  }
+  stamp("MASTER", settled);
+  EXPECT_EQ(listed().size(), 1U);
+  With("CCC", 45, [&](MetaLibWriter& writer) {
+    change("MASTER", 53 + 7, "Omega");  // next to the dates that the writer updates
+    Append(writer, TimedBar(20050104, 93000));
+  });
+  EXPECT_THAT(listed(), ElementsAre("CCC:45 F1 Omega"));
+  stamp("", settled);
+  EXPECT_EQ(listed().size(), 1U);
   directory_.Write("EMASTER", Emaster({{.number = 9, .symbol = "NEW"}}));
-  stamp("");
-  EXPECT_EQ(SecuritiesIn(directory_.Text(), cache_).size(), 2U);
+  EXPECT_EQ(listed().size(), 2U);
 }
 
 }  // namespace

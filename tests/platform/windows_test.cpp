@@ -46,8 +46,8 @@ TEST(WholeFile, IsReplacedCompletelyOrNotAtAll) {
   const ScratchFolder folder;
   const auto file = folder / "settings";
   constexpr std::size_t kLimit = 7;
-  ReplaceWholeFile(file, "one", FileAccess::kUserAlone);
-  ReplaceWholeFile(file, "three\r\n", FileAccess::kUserAlone);
+  ReplaceWholeFile(file, "one");
+  ReplaceWholeFile(file, "three\r\n");
   EXPECT_EQ(ReadWholeFile(file, kLimit), "three\r\n");
   EXPECT_THROW(ReadWholeFile(file, kLimit - 1), FileError);
   EXPECT_THROW(ReadWholeFile("NUL", kLimit), FileError);
@@ -59,7 +59,7 @@ TEST(WholeFile, IsReplacedCompletelyOrNotAtAll) {
     EXPECT_THAT(error.what(), HasSubstr("none can't be read"));
   }
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
-  EXPECT_THROW(ReplaceWholeFile(file, "no", FileAccess::kUsual), FileError);
+  EXPECT_THROW(ReplaceWholeFile(file, "no"), FileError);
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
   EXPECT_EQ(ReadWholeFile(file, kLimit), "three\r\n");
 }

@@ -7,7 +7,7 @@
 #include <csignal>
 #include <fstream>
 
-#include "base/this_program.h"
+#include "session/store_system.h"
 #include "support/session_fixture.h"
 
 namespace velumar {

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "base/file_copy.h"
 #include "marketdata/index_cache.h"
 #include "platform/virtual_platform.h"
 #include "session/sim_session.h"
@@ -25,7 +24,8 @@ class SessionFixture : public testing::Test {
     for (const char* name : {"MASTER", "EMASTER", "XMASTER"}) {
       const std::filesystem::path from = std::filesystem::path(data) / name;
       if (!std::filesystem::exists(from)) continue;
-      CopyWritable(from, std::filesystem::path(store) / name);
+      std::filesystem::copy_file(from, std::filesystem::path(store) / name,
+                                 std::filesystem::copy_options::overwrite_existing);
     }
   }
 

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "base/descriptor_posix.h"
+#include "platform/posix/descriptor.h"
 
 namespace velumar {
 

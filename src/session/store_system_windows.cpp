@@ -1,10 +1,11 @@
-#include "base/file_copy.h"
-
 #include <windows.h>
 
+#include <array>
 #include <system_error>
 
+#include "base/paths.h"
 #include "base/windows_text.h"
+#include "session/store_system.h"
 
 namespace velumar {
 
@@ -27,6 +28,13 @@ void CopyWritable(const std::filesystem::path& from, const std::filesystem::path
     throw std::filesystem::filesystem_error("can't copy", from, to, reason);
   }
   AllowWriting(to);
+}
+
+std::string ThisProgram() {
+  std::array<wchar_t, 1024> file{};
+  ::GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size() - 1));
+  return PathText(std::filesystem::path(file.data()).stem()) + " (process " +
+         std::to_string(::GetCurrentProcessId()) + ")";
 }
 
 }  // namespace velumar
