@@ -35,7 +35,6 @@ RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Pl
       inputs_(inputs),
       view_(view),
       platform_(platform),
-      cache_(cache),
       ledger_(ledger),
       chart_(chart),
       store_(session, view, platform.boxes, cache),
@@ -109,7 +108,7 @@ bool RunControl::PrepareChartAndStore() {
   BringChartUp();
   view_.SetStatusLine("Init Data... ");
   if (!store_.Prepare()) return false;
-  LoadSeries();
+  store_.LoadSeries();
   return true;
 }
 
@@ -153,16 +152,6 @@ void RunControl::ShowRunning() {
   view_.SetStatusLine("Begin ... ");
   session_.HostTitle = kChartTitle;
   view_.SetStatusLine("Activate Program ...");
-}
-
-void RunControl::LoadSeries() {
-  session_.BarIndex = LoadBars(session_, cache_, session_.SimDir);
-  session_.LastBarIndex = LoadBars(session_, cache_, session_.Run.directory);
-  session_.FirstShownBar = session_.BarIndex;
-  session_.NewestShownBar = session_.BarIndex;
-  const auto bar = static_cast<std::size_t>(session_.BarIndex);
-  session_.StartDate = std::to_string(session_.BarDate.at(bar));
-  session_.StartTime = std::to_string(session_.BarTime.at(bar));
 }
 
 // Each bar is the one after BarIndex, which a manual step may have moved.

@@ -2,7 +2,6 @@
 #include <cstring>
 
 #include "marketdata/metalib_error.h"
-#include "session/bar_loading.h"
 #include "session/bar_stepping.h"
 #include "support/session_fixture.h"
 #include "support/traced_child.h"
@@ -20,8 +19,6 @@ using StepFunction = void (BarStepper::*)(std::int16_t&);
 int StepFrom(const SimSession& chosen, StepFunction step) {
   SimSession session = chosen;
   IndexCache cache;
-  LoadBars(session, cache, session.DataDir);
-  session.BarIndex = kStart - 1;
   BarStepper stepper(session, cache);
   try {
     (stepper.*step)(session.BarIndex);
@@ -40,6 +37,8 @@ TEST_F(StepFaultTest, AStepIsWholeOrTakenBack) {
   CopyIndexes();
   Choose("ABC", "D", MadeDate(kStart));
   ASSERT_TRUE(working_store.Prepare());
+  working_store.LoadSeries();
+  ASSERT_EQ(session.BarIndex, kStart - 1);
   const std::string kept = scratch.Sub("kept");
   std::filesystem::copy(store, kept);
   int faults = 0;
