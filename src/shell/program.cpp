@@ -79,7 +79,7 @@ bool Program::Feeding() const { return parts_->run.Feeding(); }
 
 void Program::ShowAgain() {
   constexpr int kSeen = 250;
-  const Desktop::Windows windows = desktop_.Untouched();
+  Desktop::Windows& windows = desktop_.Untouched();
   if (windows.form2.Loaded()) windows.form2.HScrollx.SetValue(kSeen);
   if (windows.form3.Loaded()) windows.form3.HScrollx.SetValue(kSeen);
 }

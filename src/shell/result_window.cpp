@@ -64,13 +64,6 @@ ChartRows RowsOf(PortfolioChart portfolio) {
 
 }  // namespace
 
-void SplitColour(std::int32_t colour, std::int16_t& red, std::int16_t& green, std::int16_t& blue) {
-  constexpr int kByte = 256;
-  red = static_cast<std::int16_t>(colour % kByte);
-  green = static_cast<std::int16_t>(colour / kByte % kByte);
-  blue = static_cast<std::int16_t>(colour / kByte / kByte);
-}
-
 ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
                            ScoreBoard& score_board)
     : desktop_(desktop),
@@ -82,7 +75,7 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
 }
 
 void ResultWindow::BindEvents() {
-  const Desktop::Windows windows = desktop_.Untouched();
+  Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);
   windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click =
       guarded("Opening the results", [this] { Open(); });
@@ -122,7 +115,7 @@ void ResultWindow::Load() {
   tabs_.Load(run_);
   ListRuns();
   ShowResultFigures();
-  ApplySeriesColour();
+  Window().MSChart1.SetSeriesColour(Window().picCommonDialog.ForeColour());
 }
 
 void ResultWindow::ListRuns() {
@@ -166,23 +159,11 @@ void ResultWindow::WriteFigures(const ResultFigures& figures) {
   }
 }
 
-void ResultWindow::ApplySeriesColour() {
-  std::int16_t red = 0;
-  std::int16_t green = 0;
-  std::int16_t blue = 0;
-  SplitColour(static_cast<std::int32_t>(Window().picCommonDialog.ForeColour()), red, green, blue);
-  Window().MSChart1.SetSeriesColour(red, green, blue);
-}
-
 void ResultWindow::ApplyChartType() {
   const int index = Window().Combo1.Index();
   if (index < 0 || index >= static_cast<int>(kTypes.size())) return;
   Window().MSChart1.SetType(kTypes.at(static_cast<std::size_t>(index)));
 }
-
-void ResultWindow::SetChartShadow(std::int16_t mode) { Window().MSChart1.SetShadow(mode == 0); }
-
-void ResultWindow::SetWallEffect() { Window().MSChart1.SetWallWhite(); }
 
 void ResultWindow::RestoreChart() {
   Window().MSChart1.ToDefaults();
@@ -196,11 +177,11 @@ void ResultWindow::PressToolbar(int button) {
     case FrmResult::kPreview:
       return OpenPreview();
     case FrmResult::kShadow:
-      return SetChartShadow(0);
+      return Window().MSChart1.SetShadow(true);
     case FrmResult::kNoShadow:
-      return SetChartShadow(1);
+      return Window().MSChart1.SetShadow(false);
     case FrmResult::kEffect:
-      return SetWallEffect();
+      return Window().MSChart1.SetWallWhite();
     case FrmResult::kDefault:
       return RestoreChart();
     case FrmResult::kReport:
@@ -253,7 +234,7 @@ void ResultWindow::ChooseColour() {
   }
   if (!colour) return;
   swatch.SetForeColour(*colour);
-  ApplySeriesColour();
+  Window().MSChart1.SetSeriesColour(Window().picCommonDialog.ForeColour());
 }
 
 // If the run can't be read, the list returns to the one that is shown.

@@ -105,7 +105,7 @@ void TradePanel::BigNumbersToggled() {
     desktop_.frmBigPrice().Show();
     return;
   }
-  const Desktop::Windows windows = desktop_.Untouched();
+  Desktop::Windows& windows = desktop_.Untouched();
   desktop_.Unload(windows.frmBigDateTime);
   desktop_.Unload(windows.frmBigScore);
   desktop_.Unload(windows.frmBigPrice);
