@@ -1,4 +1,4 @@
-// The lower bounds: what the machine itself takes for the bytes that the other figures are about.
+// The lower bounds: the time that the machine takes for the same bytes as the other benchmarks.
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
@@ -36,7 +36,7 @@ class BareFile {
   int handle_;
 };
 
-// The bytes of a series of 32,767 bars from the system's own cache, without a look at one.
+// Reads the bytes of a series of 32,767 bars from the system's cache, without decoding them.
 void BareReadOfLongSeries(benchmark::State& state) {
   const LargeDirectory directory(1, kBars, 0);
   const BareFile file(directory.Text() + "/F1.DAT");
@@ -49,7 +49,7 @@ void BareReadOfLongSeries(benchmark::State& state) {
 }
 BENCHMARK(BareReadOfLongSeries)->UseRealTime()->Unit(benchmark::kMicrosecond);
 
-// One bar and the count in the header: what a step can't do without.
+// One bar and the count in the header, the least that a step writes.
 void WriteBar(const BareFile& file, int bar) {
   const std::array<char, kRecord> record{};
   benchmark::DoNotOptimize(
@@ -64,7 +64,7 @@ void BareWriteOfOneBar(benchmark::State& state) {
 }
 BENCHMARK(BareWriteOfOneBar)->UseRealTime()->Unit(benchmark::kMicrosecond);
 
-// The same, safe from a power cut.
+// The same, flushed to the disk.
 void BareWriteAndFlushOfOneBar(benchmark::State& state) {
   const LargeDirectory directory(1, kBars, 0);
   const BareFile file(directory.Text() + "/F1.DAT");

@@ -6,8 +6,7 @@
 #include <vector>
 
 #include "base/paths.h"
-#include "marketdata/index_image.h"
-#include "marketdata/raw_file.h"
+#include "marketdata/index_file.h"
 #include "marketdata/series_file.h"
 
 namespace velumar {
@@ -57,29 +56,29 @@ LargeDirectory::LargeDirectory(int securities, int long_bars, int short_bars) : 
   IndexImage master(IndexKind::kMaster, {});
   IndexImage emaster(IndexKind::kEmaster, {});
   IndexImage xmaster(IndexKind::kXmaster, {});
-  const auto list = [](IndexKind kind, IndexImage& image, const IndexRecord& told) {
-    SetIndexIdentity(kind, image.AddRecord(), told);
+  const auto list = [](IndexKind kind, IndexImage& image, const IndexRecord& record) {
+    SetIndexIdentity(kind, image.AddRecord(), record);
   };
   for (int i = 0; i < securities; ++i) {
-    IndexRecord told;
-    told.symbol = "S" + std::to_string(i);
-    told.name = "Security number " + std::to_string(i);
-    told.file_number = i + 1;
-    told.layout = BarLayout::FromCount(kDailyFields, false);
-    const bool is_low = told.file_number <= kHighestMasterNumber;
+    IndexRecord record;
+    record.symbol = "S" + std::to_string(i);
+    record.name = "Security number " + std::to_string(i);
+    record.file_number = i + 1;
+    record.layout = BarLayout::FromCount(kDailyFields, false);
+    const bool is_low = record.file_number <= kHighestMasterNumber;
     if (is_low) {
-      list(IndexKind::kMaster, master, told);
-      list(IndexKind::kEmaster, emaster, told);
+      list(IndexKind::kMaster, master, record);
+      list(IndexKind::kEmaster, emaster, record);
     } else {
-      list(IndexKind::kXmaster, xmaster, told);
+      list(IndexKind::kXmaster, xmaster, record);
     }
     const IndexKind kind = is_low ? IndexKind::kMaster : IndexKind::kXmaster;
-    WriteBars(path_ / DataFileName(kind, told.file_number), i == 0 ? long_bars : short_bars);
+    WriteBars(path_ / DataFileName(kind, record.file_number), i == 0 ? long_bars : short_bars);
   }
-  RawFile(path_ / "MASTER", RawFile::Mode::kRenew).WriteAt(0, master.Sealed());
-  RawFile(path_ / "EMASTER", RawFile::Mode::kRenew).WriteAt(0, emaster.Sealed());
+  RawFile(path_ / "MASTER", RawFile::Mode::kRenew).WriteAt(0, master.Finished());
+  RawFile(path_ / "EMASTER", RawFile::Mode::kRenew).WriteAt(0, emaster.Finished());
   if (xmaster.Records() == 0) return;
-  RawFile(path_ / "XMASTER", RawFile::Mode::kRenew).WriteAt(0, xmaster.Sealed());
+  RawFile(path_ / "XMASTER", RawFile::Mode::kRenew).WriteAt(0, xmaster.Finished());
 }
 
 LargeDirectory::~LargeDirectory() {

@@ -5,9 +5,9 @@
 
 namespace velumar {
 
-// A market data directory in the folder for temporary files, gone with the object. It holds
-// securities "S0", "S1" and so on, daily with seven fields, and one data file each: "S0" has
-// `long_bars` bars and all others have `short_bars`.
+// A temporary market data directory, deleted with the object. It has the daily securities "S0",
+// "S1" and so on, with seven fields and one data file each: "S0" has `long_bars` bars, all others
+// `short_bars`.
 class LargeDirectory {
  public:
   LargeDirectory(int securities, int long_bars, int short_bars);
@@ -22,7 +22,7 @@ class LargeDirectory {
   std::filesystem::path path_;
 };
 
-// The date of a bar: each is one day behind the one before, 28 days a month.
+// The date of a bar. Each is one day after the previous one, in months of 28 days.
 int LargeDirectoryDate(int bar);
 
 }  // namespace velumar

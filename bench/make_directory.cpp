@@ -1,5 +1,5 @@
-// velumar_bench_directory FOLDER SECURITIES BARS: makes a directory for a measured start of the
-// program. The first security has BARS bars, all others ten.
+// velumar_bench_directory FOLDER SECURITIES BARS: creates a directory for measuring the start of
+// the program. The first security has BARS bars, all others ten.
 
 #include <filesystem>
 #include <iostream>

@@ -15,7 +15,7 @@ namespace {
 
 std::string AsItIs(std::string_view date) { return std::string(date); }
 
-// An order desk on one bar, with money enough for any number of orders of nothing but one contract.
+// An order desk on one bar, with enough money for any number of one-contract orders.
 struct Desk {
   explicit Desk(const std::string& file) {
     LedgerOpen(ledger, file);
@@ -67,7 +67,7 @@ void BM_OrderWithDisk(benchmark::State& state) {
 }
 BENCHMARK(BM_OrderWithDisk)->Unit(benchmark::kMicrosecond);
 
-// What the disk alone takes for a row: one insert, committed and flushed.
+// The time of the disk alone: one insert, committed and flushed.
 void BM_BareCommitOfOneRow(benchmark::State& state) {
   SqliteDatabase database(FreshFile("velumar-large-bare.mdb"), SqliteDatabase::Mode::kCreate);
   database.Execute("PRAGMA journal_mode=WAL");

@@ -28,7 +28,7 @@ float Decoded(const char* bytes) {
   return exponent > 2 ? std::bit_cast<float>(bits) : 0;
 }
 
-// What nobody can do without: the bytes of the file, and one pass over them into eight arrays.
+// The least that reading takes: the bytes of the file, and one pass over them into eight arrays.
 void BareLoop(const std::string& file_name) {
   constexpr std::size_t kRecord = 4 * kFields;
   const auto bytes = std::make_unique_for_overwrite<char[]>((kBars + 1) * kRecord);
@@ -66,7 +66,7 @@ using Clock = std::chrono::steady_clock;
 
 double Seconds(Clock::duration duration) { return std::chrono::duration<double>(duration).count(); }
 
-// The whole of opening, selecting and reading; "ratio" is its cost over that of the bare loop.
+// Opening, selecting and reading; "ratio" is the time relative to the bare loop.
 void ReadLongSeries(benchmark::State& state) {
   const LargeDirectory directory(1, kBars, 0);
   const std::string file_name = directory.Text() + "/F1.DAT";

@@ -28,7 +28,7 @@ std::vector<std::string> Symbols(IndexCache& cache, const std::string& directory
   return symbols;
 }
 
-// The list of all symbols, at the start of the program (nothing kept) and later on.
+// The list of all symbols, at the start of the program (nothing cached) and later.
 void ListSymbolsAtFirst(benchmark::State& state) {
   const LargeDirectory directory(kSecurities, 100, 10);
   while (state.KeepRunning()) {

@@ -26,6 +26,10 @@ if(WIN32)
   target_compile_definitions(velumar_options INTERFACE
     NOMINMAX UNICODE WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
 endif()
+if(UNIX)
+  # A program loads only the libraries that it calls; velumar-cli needs no network.
+  target_link_options(velumar_options INTERFACE -Wl,--as-needed)
+endif()
 if(VELUMAR_SANITIZE)
   target_compile_options(velumar_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize=vptr -fno-sanitize-recover=all
@@ -43,9 +47,10 @@ if(VELUMAR_FUZZ)
   target_compile_options(velumar_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# One library per folder of src/. A folder links and includes only what stands behind USES, so a
-# dependency that points the wrong way is not even configured.
-#   velumar_library(session SOURCES run_control.cpp ... USES base marketdata)
+# One library per folder of src/ that has a CMakeLists.txt, subfolders too. A library links and
+# includes only what its USES and PRIVATE name, and what those use, so a dependency that points the
+# wrong way fails the configuration.
+#   velumar_library(platform_posix SOURCES file_lock.cpp ... USES base platform)
 function(velumar_library name)
   cmake_parse_arguments(LIB "" "" "SOURCES;USES;PRIVATE" ${ARGN})
   set(target velumar_${name})
@@ -56,28 +61,60 @@ function(velumar_library name)
   endforeach()
   set(used ${LIB_USES} ${LIB_PRIVATE})
   list(TRANSFORM used REPLACE "^velumar_" "")
-  velumar_check_includes(${target} ${name} "${used}" "${LIB_SOURCES}")
+  velumar_folder_of(${CMAKE_CURRENT_SOURCE_DIR} folder)
+  velumar_set_reach(${name} "${used}" ${folder})
+  velumar_check_includes(${name} ${folder} "${LIB_SOURCES}")
 endfunction()
 
-# Fails the configuration when a file of a folder includes a header of a folder that it may not use.
-function(velumar_check_includes target name uses sources)
-  set(allowed ${name} ${uses})
-  foreach(use IN LISTS uses)
-    get_property(reach GLOBAL PROPERTY velumar_reach_${use})
-    list(APPEND allowed ${reach})
+# Several libraries under one name, to be linked and used together.
+function(velumar_bundle name)
+  cmake_parse_arguments(BUNDLE "" "" "USES" ${ARGN})
+  add_library(velumar_${name} INTERFACE)
+  foreach(use IN LISTS BUNDLE_USES)
+    target_link_libraries(velumar_${name} INTERFACE velumar_${use})
   endforeach()
-  list(REMOVE_DUPLICATES allowed)
-  set_property(GLOBAL PROPERTY velumar_reach_${name} ${allowed})
+  velumar_set_reach(${name} "${BUNDLE_USES}")
+endfunction()
+
+# Sets `result` to the library's folder that a path below src/ belongs to: "platform/posix" for
+# src/platform/posix/locale.h.
+function(velumar_folder_of path result)
+  while(NOT EXISTS ${path}/CMakeLists.txt)
+    cmake_path(GET path PARENT_PATH path)
+  endwhile()
+  file(RELATIVE_PATH folder ${CMAKE_SOURCE_DIR}/src ${path})
+  set(${result} ${folder} PARENT_SCOPE)
+endfunction()
+
+# Notes which folders the users of a library may include: its own (ARGN) and those of its uses.
+function(velumar_set_reach name uses)
+  set(reach ${ARGN})
+  foreach(use IN LISTS uses)
+    get_property(used GLOBAL PROPERTY velumar_reach_${use})
+    list(APPEND reach ${used})
+  endforeach()
+  list(REMOVE_DUPLICATES reach)
+  set_property(GLOBAL PROPERTY velumar_reach_${name} ${reach})
+endfunction()
+
+# Fails the configuration if a file of a folder includes a header of a folder that it may not use.
+function(velumar_check_includes name folder sources)
+  get_property(allowed GLOBAL PROPERTY velumar_reach_${name})
   file(GLOB_RECURSE files CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
   list(TRANSFORM sources PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
   list(APPEND files ${sources})
   foreach(file IN LISTS files)
+    velumar_folder_of(${file} owner)
+    if(NOT owner STREQUAL folder)
+      continue()
+    endif()
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
-    file(STRINGS ${file} includes REGEX "^#include \"[a-z]+/")
+    file(STRINGS ${file} includes REGEX "^#include \"[a-z0-9_]+/")
     foreach(line IN LISTS includes)
-      string(REGEX REPLACE "^#include \"([a-z]+)/.*" "\\1" folder "${line}")
-      if(NOT folder IN_LIST allowed)
-        message(FATAL_ERROR "${file}: ${name} may not use ${folder} (allowed: ${allowed})")
+      string(REGEX REPLACE "^#include \"([^\"]*)\".*" "\\1" header "${line}")
+      velumar_folder_of(${CMAKE_SOURCE_DIR}/src/${header} included)
+      if(NOT included IN_LIST allowed)
+        message(FATAL_ERROR "${file}: ${name} may not use ${header} (allowed: ${allowed})")
       endif()
     endforeach()
   endforeach()

@@ -1,16 +1,15 @@
-// A price file of any text: it is refused in words or comes in whole, its bars in the order of
-// time.
+// A price file of any text is refused with an error or imported whole, with its bars sorted.
 
 #include <cstdlib>
 
-#include "marketdata/csv_error.h"
-#include "marketdata/csv_series.h"
-#include "scratch_folder.h"
+#include "csv/csv_series.h"
+#include "csv/csv_text.h"
+#include "packed_files.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
   using namespace velumar;
   std::string_view text = AsText(data, size);
-  // The first line is the date format; an empty one stands for the usual forms.
+  // The first line is the date format; an empty one means the usual formats.
   const std::size_t end = std::min(text.find('\n'), text.size());
   try {
     const std::string pattern(text.substr(0, end));

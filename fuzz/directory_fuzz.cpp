@@ -1,5 +1,5 @@
-// A market data directory of any bytes: it is listed, read, stepped through and grows, and what was
-// written reads back.
+// A market data directory of any bytes is listed, read and extended, and what was written reads
+// back.
 
 #include <cstdlib>
 #include <filesystem>
@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "marketdata/index_cache.h"
-#include "marketdata/index_copy.h"
+#include "marketdata/index_file.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
 #include "marketdata/metalib_writer.h"
 #include "packed_files.h"
-#include "scratch_folder.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -104,12 +104,12 @@ void TryAll(const std::string& folder) {
 }  // namespace velumar
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-  const std::filesystem::path folder = velumar::EmptyScratchFolder();
-  velumar::UnpackFiles(velumar::AsText(data, size), folder);
+  const velumar::ScratchFolder folder;
+  velumar::UnpackFiles(velumar::AsText(data, size), folder.Path());
   try {
-    velumar::TryAll(folder.string());
+    velumar::TryAll(folder.Text());
   } catch (const velumar::MetaLibError&) {
-    // A refusal in words is what damage deserves.
+    // Damage is refused with an error.
   }
   return 0;
 }

@@ -1,8 +1,9 @@
-// A ledger file of any bytes: it opens or says why not, and its rows are read or refused in words.
+// A ledger file of any bytes is opened or refused with an error, and so are its rows.
 
 #include "ledger/ledger.h"
 #include "ledger/sqlite_database.h"
-#include "scratch_folder.h"
+#include "packed_files.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -33,8 +34,9 @@ void Write(LedgerConnection& ledger) {
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
   using namespace velumar;
-  const std::filesystem::path file = EmptyScratchFolder() / "Portfolio.mdb";
-  WriteWhole(file, AsText(data, size));
+  const ScratchFolder folder;
+  const std::filesystem::path file = folder / "Portfolio.mdb";
+  WriteFile(file, AsText(data, size));
   LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
   try {
     LedgerOpenToRead(ledger, file.string());

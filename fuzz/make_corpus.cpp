@@ -9,7 +9,7 @@
 #include "marketdata/directory_editor.h"
 #include "marketdata/index_cache.h"
 #include "packed_files.h"
-#include "scratch_folder.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -29,17 +29,18 @@ void MakeDirectories(const fs::path& corpus) {
   int number = 0;
   for (const int interval : {-1, 15}) {
     for (const int count : {0, 1, 9}) {
-      const fs::path folder = EmptyScratchFolder();
+      const ScratchFolder folder;
       IndexCache cache;
-      StoreSecurity(folder.string(), {"ABC", "Abc", interval}, Bars(count, interval != -1), cache);
-      StoreSecurity(folder.string(), {"XYZ", "Xyz Ltd", -1}, Bars(3, false), cache);
-      WriteWhole(corpus / std::to_string(number++), PackFiles(folder));
+      StoreSecurity(folder.Text(), {"ABC", "Abc", interval}, Bars(count, interval != -1), cache);
+      StoreSecurity(folder.Text(), {"XYZ", "Xyz Ltd", -1}, Bars(3, false), cache);
+      WriteFile(corpus / std::to_string(number++), PackFiles(folder.Path()));
     }
   }
 }
 
 void MakeLedger(const fs::path& corpus) {
-  const fs::path file = EmptyScratchFolder() / "Portfolio.mdb";
+  const ScratchFolder folder;
+  const fs::path file = folder / "Portfolio.mdb";
   LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
   LedgerOpen(ledger, file.string());
   LedgerBeginRun(ledger, {});
@@ -48,20 +49,18 @@ void MakeLedger(const fs::path& corpus) {
 }
 
 void MakeTexts(const fs::path& csv, const fs::path& texts) {
-  WriteWhole(csv / "plain", "\nDate,Open,High,Low,Close,Volume\n20070102,10,12,9,11,500\n");
-  WriteWhole(csv / "format", "%d.%m.%Y %H:%M\nDate;Time;Close\n02.01.2007 10:00;10:00;11,5\n");
-  WriteWhole(csv / "iso", "\ndate\topen\thigh\tlow\tclose\n2007-01-02T10:00:00\t1\t2\t0.5\t1.5\n");
-  WriteWhole(texts / "keys", std::string(1, '\0') + "%(FO)^{TAB}+a{ENTER}{%}~");
-  WriteWhole(texts / "sections", "\1[Settings]\nLastPath=C:\\Prices%0A\n# text\nTop=15\n");
-  WriteWhole(texts / "value", "\2dword:0000002a");
-  WriteWhole(texts / "number", "\3-1,234.5e2");
-  WriteWhole(texts / "date", "\00331/12/2007dd/MM/yyyy");
+  WriteFile(csv / "plain", "\nDate,Open,High,Low,Close,Volume\n20070102,10,12,9,11,500\n");
+  WriteFile(csv / "format", "%d.%m.%Y %H:%M\nDate;Time;Close\n02.01.2007 10:00;10:00;11,5\n");
+  WriteFile(csv / "iso", "\ndate\topen\thigh\tlow\tclose\n2007-01-02T10:00:00\t1\t2\t0.5\t1.5\n");
+  WriteFile(texts / "keys", std::string(1, '\0') + "%(FO)^{TAB}+a{ENTER}{%}~");
+  WriteFile(texts / "number", "\1-1,234.5e2");
+  WriteFile(texts / "date", "\00131/12/2007dd/MM/yyyy");
 }
 
 void MakeScores(const fs::path& corpus) {
-  WriteWhole(corpus / "answer",
-             std::string(1, '\0') + " 1.  2,012.50  Ann  ABC\r\n 2.  9.00  B\r\n");
-  WriteWhole(
+  WriteFile(corpus / "answer",
+            std::string(1, '\0') + " 1.  2,012.50  Ann  ABC\r\n 2.  9.00  B\r\n");
+  WriteFile(
       corpus / "post",
       "\1username=A b&c&score=-12.5&zanno=yes&symbol=ABC&startdate=20050103&enddate=20050630");
 }

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "scratch_folder.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 
@@ -39,7 +39,7 @@ void UnpackFiles(std::string_view packed, const std::filesystem::path& folder) {
     const std::string_view name = kNames[Byte(packed[0]) % kNames.size()];
     const std::size_t size = Byte(packed[1]) + 256 * Byte(packed[2]);
     const std::string_view bytes = packed.substr(3, size);
-    WriteWhole(folder / name, bytes);
+    WriteFile(folder / name, bytes);
     packed.remove_prefix(3 + bytes.size());
   }
 }

@@ -6,10 +6,14 @@
 
 namespace velumar {
 
-// A market data directory as one text of bytes, so that a fuzzer can change any of its files: for
-// each file the place of its name in a fixed list, its size as two bytes, the lower first, and its
-// bytes. Whatever is cut short is taken as far as it goes.
+// A market data directory as one string, so that a fuzzer can change any of its files: for each
+// file the index of its name in a fixed list, its size as two bytes, the lower one first, and its
+// bytes. An incomplete last file is unpacked as far as it goes.
 std::string PackFiles(const std::filesystem::path& folder);
 void UnpackFiles(std::string_view packed, const std::filesystem::path& folder);
+
+inline std::string_view AsText(const unsigned char* data, std::size_t size) {
+  return {reinterpret_cast<const char*>(data), size};
+}
 
 }  // namespace velumar

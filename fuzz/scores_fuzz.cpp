@@ -1,13 +1,13 @@
-// Scores cross the net both ways: any answer is listed line by line on the trader's board, and any
-// query posted to the service is taken or refused in words.
+// Any answer of the service is listed line by line on the score board, and any query posted to the
+// service is accepted or refused with an error.
 
 #include <cmath>
 #include <cstdlib>
 
 #include "forms/desktop.h"
+#include "packed_files.h"
 #include "platform/virtual_platform.h"
-#include "scored/score.h"
-#include "scratch_folder.h"
+#include "scoreserver/score.h"
 #include "session/sim_session.h"
 #include "shell/score_board.h"
 
@@ -39,7 +39,7 @@ class Board {
   ScoreBoard board_{session_, desktop_, platform_};
 };
 
-// What a list shows of a post is one line of characters that any screen can show.
+// A list shows a post as one line without control characters.
 void TryPost(std::string_view query) {
   try {
     const Score score = ParseScore(query);

@@ -1,6 +1,6 @@
-# The program's icon for the desktop, in all the sizes that menus, docks and software centres ask for:
+# Draws the program's icon in all sizes that menus, docks and software centres need:
 #   cmake -DRSVG=... -DART=src/app/art -DOUT=DIR -P icons.cmake
-# writes DIR/16x16/apps/velumar.png and so on, and the drawing itself with its colours inside.
+# writes DIR/16x16/apps/velumar.png and so on, and the SVG with its colours embedded.
 file(READ ${ART}/velumar.svg drawing)
 file(READ ${ART}/light.css colours)
 string(REPLACE "  <defs>" "  <style>\n${colours}  </style>\n  <defs>" drawing "${drawing}")

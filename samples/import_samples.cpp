@@ -6,7 +6,7 @@
 #include <span>
 
 #include "base/paths.h"
-#include "marketdata/csv_import.h"
+#include "csv/csv_import.h"
 #include "marketdata/index_cache.h"
 
 int main(int argument_count, char** arguments) {

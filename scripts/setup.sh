@@ -1,11 +1,11 @@
-# Shared by the scripts beside it: brings a bare Debian 12 machine to where the project builds.
-# To be sourced; `root` is the checkout.
+# Shared by the other scripts: installs what the build needs on Debian 12. Source it with `root` set to
+# the checkout.
 
 packages=(
   g++ cmake ninja-build ccache pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqcustomplot-dev librsvg2-bin
   libxdo-dev libx11-dev libxcb1-dev libxcb-ewmh-dev libxcb-xkb-dev
-  libsqlite3-dev libcli11-dev nlohmann-json3-dev libcurl4-openssl-dev libmicrohttpd-dev
+  libsqlite3-dev libcli11-dev nlohmann-json3-dev libhowardhinnant-date-dev libcurl4-openssl-dev libmicrohttpd-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   dpkg-dev appstream
   xvfb openbox xdotool x11-utils x11-xkb-utils xauth imagemagick poppler-utils fonts-dejavu-core
@@ -22,7 +22,7 @@ install_missing() {
   local as_root=()
   if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null; then
-      echo "These packages are missing, and there is neither root nor sudo to install them:" >&2
+      echo "These packages are missing. Install them as root:" >&2
       echo "  apt-get install ${missing[*]}" >&2
       exit 1
     fi
@@ -38,13 +38,13 @@ configure_and_build() {
   (cd "$root" && cmake --preset release >/dev/null && cmake --build --preset release "$@")
 }
 
-# The test programs that a build folder's own rules make, without what older builds left there.
+# The test programs of a build folder, without leftovers of older builds.
 built_tests() {
   ninja -C "$1" -t targets all | sed -n 's#^tests/\([a-z0-9]*_tests\(\.exe\)\?\): .*#\1#p' | sort
 }
 
-# run_tests NAME COMMAND...: runs a test program and leaves its report in the folder `reports`. One
-# that dies, before its report or behind it, counts as a failure.
+# run_tests NAME COMMAND...: runs a test program and writes its report to the folder `reports`. A crash,
+# before or after the report, counts as a failure.
 run_tests() {
   local name=$1 ended report=$reports/$1.xml
   shift
@@ -52,17 +52,17 @@ run_tests() {
   (cd "$reports" && "$@" --gtest_brief=1 "--gtest_output=xml:$name.xml" </dev/null)
   ended=$?
   [ "$ended" -eq 0 ] && [ -s "$report" ] && return
-  echo "$name ended with $ended"
+  echo "$name exited with $ended"
   grep -qs '<testsuites [^>]*\bfailures="[1-9]' "$report" ||
     echo '<testsuites tests="1" failures="1" />' >"$reports/$name-end.xml"
 }
 
-# Adds up what the reports say: count_reports tests, count_reports failures.
+# Sums up the reports: count_reports tests, count_reports failures.
 count_reports() {
   cat "$reports"/*.xml | sed -n "s/.*<testsuites [^>]*\b$1=\"\([0-9]*\)\".*/\1/p" | awk '{ sum += $1 } END { print sum + 0 }'
 }
 
-# Starts a virtual display with a window manager and sets DISPLAY; both end with the script.
+# Starts a virtual display with a window manager and sets DISPLAY. Both stop when the script exits.
 virtual_display() {
   local pipe
   pipe=$(mktemp)
@@ -75,7 +75,7 @@ virtual_display() {
     sleep 0.1
   done
   if [ ! -s "$pipe" ]; then
-    echo "the virtual display (Xvfb) did not start" >&2
+    echo "Could not start the virtual display (Xvfb)" >&2
     exit 1
   fi
   export DISPLAY=:$(cat "$pipe")
@@ -84,7 +84,7 @@ virtual_display() {
   sleep 1
 }
 
-# Ends the display and what still runs on it, so that nothing writes behind the last line.
+# Stops the display and everything on it, so that nothing is printed after the script's last line.
 close_display() {
   local running
   running=$(jobs -p)

@@ -5,8 +5,8 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
-#include "app/desktop_view.h"
-#include "app/form_style.h"
+#include "app/theme/form_style.h"
+#include "app/windows/desktop_view.h"
 
 namespace velumar {
 

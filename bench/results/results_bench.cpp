@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <string>
 
-#include "app/desktop_view.h"
+#include "app/windows/desktop_view.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "platform/virtual_platform.h"
@@ -12,7 +12,7 @@
 namespace velumar {
 namespace {
 
-// The window over a ledger of so many closings, a few for each day.
+// The result window on a ledger with this many closing orders, a few per day.
 struct Results {
   explicit Results(std::int64_t rows) {
     LedgerOpen(ledger, ":memory:");
@@ -27,7 +27,7 @@ struct Results {
 
   void Show() {
     desktop.frmResult().Show();
-    QCoreApplication::processEvents();  // a chart is drawn when nothing else is to be done
+    QCoreApplication::processEvents();  // the chart is drawn when the event loop is idle
     view.Find(desktop.frmResult())->grab();
   }
 

@@ -1,5 +1,5 @@
-; The installer: for one user, without an administrator. It knows by name each file that it lays down
-; (installed.nsh, written by scripts/windows), so that taking it away spares all that came later.
+; The installer, for one user and without administrator rights. It lists every file that it installs
+; (installed.nsh, written by scripts/windows), so that uninstalling removes only these.
 ;   makensis -DVERSION=1.0 -DTREE=FOLDER -DLISTS=FOLDER -DICON=velumar.ico -DOUTPUT=setup.exe velumar.nsi
 Unicode true
 Target amd64-unicode
@@ -32,22 +32,22 @@ VIAddVersionKey "ProductVersion" "${VERSION}"
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_RUN "$INSTDIR\velumar.exe"
 !insertmacro MUI_PAGE_FINISH
-!define MUI_UNCONFIRMPAGE_TEXT_TOP "Your ledger, your market data and your settings stay where they are."
+!define MUI_UNCONFIRMPAGE_TEXT_TOP "Your ledger, market data and settings are kept."
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
-; A program that runs can't be replaced or taken away.
-!macro NotWhileItRuns un
-  Function ${un}NotWhileItRuns
+; A running program can't be replaced or removed.
+!macro RequireNotRunning un
+  Function ${un}RequireNotRunning
     again:
       StrCpy $1 ""
       Push "$INSTDIR\velumar.exe"
-      Call ${un}IsHeld
+      Call ${un}CheckRunning
       Push "$INSTDIR\velumar-cli.exe"
-      Call ${un}IsHeld
+      Call ${un}CheckRunning
       Push "$INSTDIR\charthost\MSWIN.EXE"
-      Call ${un}IsHeld
+      Call ${un}CheckRunning
       StrCmp $1 "" free
       MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$1 is running. Close it first." /SD IDCANCEL IDRETRY again
       SetErrorLevel 2
@@ -55,7 +55,7 @@ VIAddVersionKey "ProductVersion" "${VERSION}"
     free:
   FunctionEnd
 
-  Function ${un}IsHeld
+  Function ${un}CheckRunning
     Pop $2
     IfFileExists "$2" 0 done
     ClearErrors
@@ -68,12 +68,12 @@ VIAddVersionKey "ProductVersion" "${VERSION}"
     done:
   FunctionEnd
 !macroend
-!insertmacro NotWhileItRuns ""
-!insertmacro NotWhileItRuns "un."
+!insertmacro RequireNotRunning ""
+!insertmacro RequireNotRunning "un."
 
 Section
-  Call NotWhileItRuns
-  ; What an older version had and this one hasn't goes with that version's own list.
+  Call RequireNotRunning
+  ; The older version's own list removes files that this version no longer has.
   IfFileExists "$INSTDIR\uninstall.exe" 0 +2
     ExecWait '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
 
@@ -96,11 +96,11 @@ Section
 SectionEnd
 
 Section "Uninstall"
-  Call un.NotWhileItRuns
+  Call un.RequireNotRunning
   !include "${LISTS}/uninstalled.nsh"
   Delete "$SMPROGRAMS\Velumar.lnk"
   Delete "$INSTDIR\uninstall.exe"
-  ; Only where nothing of the user's is left in it.
+  ; Fails if the user has files in it.
   RMDir "$INSTDIR"
   DeleteRegKey HKCU "${ENTRY}"
 SectionEnd

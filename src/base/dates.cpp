@@ -19,12 +19,6 @@ std::chrono::year_month_day Calendar(std::int32_t date) {
           std::chrono::day(static_cast<unsigned>(date % 100))};
 }
 
-std::int32_t Number(const std::chrono::year_month_day& day) {
-  return static_cast<int>(day.year()) * 10000 +
-         static_cast<std::int32_t>(static_cast<unsigned>(day.month())) * 100 +
-         static_cast<std::int32_t>(static_cast<unsigned>(day.day()));
-}
-
 std::string Padded(int number, std::size_t width) {
   std::string text = std::to_string(number);
   if (text.size() < width) text.insert(0, width - text.size(), '0');
@@ -34,15 +28,12 @@ std::string Padded(int number, std::size_t width) {
 std::string MonthField(std::int32_t date, std::size_t letters) {
   const int month = date / 100 % 100;
   if (letters < 3 || month < 1 || month > 12) return Padded(month, letters < 2 ? 1 : 2);
-  const std::string_view name = kMonths.at(static_cast<std::size_t>(month) - 1);
-  return std::string(letters == 3 ? name.substr(0, 3) : name);
+  return std::string(MonthName(month).substr(0, letters == 3 ? 3 : std::string_view::npos));
 }
 
 std::string DayField(std::int32_t date, std::size_t letters) {
   if (letters < 3 || !IsRealDate(date)) return Padded(date % 100, letters < 2 ? 1 : 2);
-  const std::chrono::weekday day{std::chrono::sys_days(Calendar(date))};
-  const std::string_view name = kDays.at(day.c_encoding());
-  return std::string(letters == 3 ? name.substr(0, 3) : name);
+  return std::string(WeekdayName(date).substr(0, letters == 3 ? 3 : std::string_view::npos));
 }
 
 std::string YearField(std::int32_t date, std::size_t letters) {
@@ -63,7 +54,7 @@ std::size_t RunLength(std::string_view pattern, std::size_t at) {
   return (end == std::string_view::npos ? pattern.size() : end) - at;
 }
 
-// The digits that stand next in the text, as many as `most`.
+// The next digits of the text, at most `most`.
 std::optional<int> TakeNumber(std::string_view& text, std::size_t most) {
   const std::size_t start = text.find_first_of("0123456789");
   if (start == std::string_view::npos) return std::nullopt;
@@ -77,7 +68,6 @@ std::optional<int> TakeNumber(std::string_view& text, std::size_t most) {
   return value;
 }
 
-// A month that the pattern writes by its name.
 std::optional<int> TakeMonthName(std::string_view& text) {
   for (std::size_t month = 0; month < kMonths.size(); ++month) {
     const std::size_t at = text.find(kMonths[month].substr(0, 3));
@@ -101,8 +91,23 @@ bool IsRealDate(std::int32_t date) {
   return date >= 10000 && date <= 99991231 && Calendar(date).ok();
 }
 
+std::int64_t DayNumber(std::int32_t date) {
+  return std::chrono::sys_days(Calendar(date)).time_since_epoch().count();
+}
+
 std::int32_t DaysLater(std::int32_t date, int days) {
-  return Number(std::chrono::sys_days(Calendar(date)) + std::chrono::days(days));
+  const std::chrono::year_month_day day(std::chrono::sys_days(Calendar(date)) +
+                                        std::chrono::days(days));
+  return int{day.year()} * 10000 + static_cast<int>(unsigned{day.month()} * 100) +
+         static_cast<int>(unsigned{day.day()});
+}
+
+int MinuteOfDay(std::int32_t time) { return time / 10000 * 60 + time / 100 % 100; }
+
+std::string_view MonthName(int month) { return kMonths.at(static_cast<std::size_t>(month) - 1); }
+
+std::string_view WeekdayName(std::int32_t date) {
+  return kDays.at(std::chrono::weekday(std::chrono::sys_days(Calendar(date))).c_encoding());
 }
 
 std::string DateText(std::int32_t date, std::string_view pattern) {
@@ -126,15 +131,14 @@ std::string DateText(std::int32_t date, std::string_view pattern) {
 
 std::string IsoDateText(std::string_view iso_date, std::string_view pattern) {
   constexpr std::string_view kForm = "0000-00-00";
+  if (iso_date.size() != kForm.size()) return std::string(iso_date);
   std::int32_t date = 0;
-  for (std::size_t i = 0; i < iso_date.size(); ++i) {
+  for (std::size_t i = 0; i < kForm.size(); ++i) {
     const bool digit = iso_date[i] >= '0' && iso_date[i] <= '9';
-    const bool fits =
-        iso_date.size() == kForm.size() && (kForm[i] == '0' ? digit : iso_date[i] == kForm[i]);
-    if (!fits) return std::string(iso_date);
+    if (kForm[i] == '0' ? !digit : iso_date[i] != kForm[i]) return std::string(iso_date);
     if (digit) date = date * 10 + (iso_date[i] - '0');
   }
-  return iso_date.empty() ? std::string() : DateText(date, pattern);
+  return DateText(date, pattern);
 }
 
 std::optional<std::int32_t> DateFromText(std::string_view text, std::string_view pattern) {

@@ -7,22 +7,29 @@
 
 namespace velumar {
 
-// Dates are numbers yyyymmdd; 0 means none.
+// Dates are numbers yyyymmdd, 0 for none; times are numbers hhmmss.
 
-// True for a day of the calendar in the years 1 to 9999.
+// True for a date of the calendar in the years 1 to 9999.
 bool IsRealDate(std::int32_t date);
+// Days since 1 January 1970. A date of a damaged bar gives some number.
+std::int64_t DayNumber(std::int32_t date);
 std::int32_t DaysLater(std::int32_t date, int days);
+int MinuteOfDay(std::int32_t time);
 
-// The date through a short date pattern of the letters d, M and y ("dd/MM/yyyy"); "N/A" for 0. The
-// numbers come straight from the date, so a damaged bar shows what it holds. Text between single
-// quotes and all other characters stand for themselves.
+// In English: "January" for 1 to "December" for 12, and "Sunday" of a real date.
+std::string_view MonthName(int month);
+std::string_view WeekdayName(std::int32_t date);
+
+// The date in a short date pattern of d, M and y ("dd/MM/yyyy"); "N/A" for 0. Day, month and year
+// are shown as they are, also those of a damaged bar. Text in single quotes and all other
+// characters are copied.
 std::string DateText(std::int32_t date, std::string_view pattern);
 
-// The same for "2007-01-25", as dates lie in a ledger; any other text as it is.
+// The same for a date as a ledger stores it, "2007-01-25"; returns any other text unchanged.
 std::string IsoDateText(std::string_view iso_date, std::string_view pattern);
 
-// The way back: the numbers of the text in the order of the pattern. Two-digit years are 1930 to
-// 2029. Nothing when the text is no such date.
+// The opposite of DateText: the numbers of the text in the order of the pattern. Two-digit years
+// are 1930 to 2029. Returns nothing if the text is not a real date in that pattern.
 std::optional<std::int32_t> DateFromText(std::string_view text, std::string_view pattern);
 
 }  // namespace velumar

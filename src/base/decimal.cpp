@@ -9,7 +9,7 @@ namespace velumar {
 
 namespace {
 
-// Beyond these an exponent can't matter to any number that the system holds.
+// A larger exponent makes no difference to any number of the system.
 constexpr int kExponentLimit = 100000;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -27,8 +27,8 @@ bool TakeSign(std::string_view& text) {
   return negative;
 }
 
-// Takes the digits before the point, without their commas. False when the commas don't group
-// thousands: nobody groups "0,500", which is a half where commas start the decimals.
+// Takes the digits before the point, without their commas. False if the commas do not group
+// thousands: "0,500" is a half in countries with a decimal comma.
 bool TakeWholeDigits(std::string_view& text, std::string& digits) {
   constexpr std::size_t kGroup = 3;
   bool grouped = false;
@@ -53,7 +53,7 @@ void TakeFractionDigits(std::string_view& text, std::string& digits) {
   for (; !text.empty() && IsDigit(text.front()); text.remove_prefix(1)) digits += text.front();
 }
 
-// Digit strings of one length.
+// `a` and `b` are digits of the same length.
 std::string Sum(const std::string& a, const std::string& b) {
   std::string sum(a.size() + 1, '0');
   int carry = 0;
@@ -66,7 +66,7 @@ std::string Sum(const std::string& a, const std::string& b) {
   return sum;
 }
 
-// Digit strings of one length, the first one not the smaller.
+// The same, with a >= b.
 std::string Difference(const std::string& a, const std::string& b) {
   std::string difference(a.size(), '0');
   int borrow = 0;
@@ -78,7 +78,7 @@ std::string Difference(const std::string& a, const std::string& b) {
   return difference;
 }
 
-// The exponent behind the digits, 0 where there is none; nothing when it is malformed.
+// The exponent after the digits, 0 if there is none; nothing if it is malformed.
 std::optional<int> TakeExponent(std::string_view text) {
   if (text.empty()) return 0;
   if (text.front() != 'e' && text.front() != 'E') return std::nullopt;
@@ -158,7 +158,7 @@ Decimal Decimal::Minus(const Decimal& other) const {
 }
 
 Decimal Decimal::Rounded(int places, Tie tie) const {
-  const int kept = point_ + places;  // digits in front of the cut
+  const int kept = point_ + places;  // digits before the cut
   if (kept >= static_cast<int>(digits_.size())) return *this;
   if (kept < 0) return {negative_, {}, 0};
   const auto cut = static_cast<std::size_t>(kept);

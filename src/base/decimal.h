@@ -13,9 +13,9 @@ class Decimal {
  public:
   enum class Tie : std::uint8_t { kAwayFromZero, kToEven };
 
-  // A text such as "-1,234.5e2" with blanks around it; nothing when it holds no number. Commas
-  // stand only between groups of three digits: "1,5" may mean 1.5 or 15, and "0,500" a half, so
-  // neither is a number.
+  // Reads a text such as "-1,234.5e2", with or without blanks around it; nothing if it is not a
+  // number. Commas may only separate groups of three digits: "1,5" could mean 1.5 or 15, and
+  // "0,500" a half, so neither is a number.
   static std::optional<Decimal> FromText(std::string_view text);
   // The fewest significant digits that read back as the same 32-bit float, which must be finite.
   static Decimal Shortest(float value);
@@ -28,10 +28,10 @@ class Decimal {
   Decimal Minus(const Decimal& other) const;
   // The number rounded to `places` decimals.
   Decimal Rounded(int places, Tie tie) const;
-  // Digits before the point, without leading zeros; and those behind it, without trailing ones.
+  // The digits before the point, without leading zeros, and after it, without trailing ones.
   std::string WholeDigits() const;
   std::string FractionDigits() const;
-  // Plain digits with sign, point and exponent, as std::from_chars reads them.
+  // Sign, digits, point and exponent, as std::from_chars reads them.
   std::string Canonical() const;
 
  private:

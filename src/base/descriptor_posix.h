@@ -6,7 +6,7 @@
 
 namespace velumar {
 
-// Closes the file descriptor that it holds; -1 is none.
+// A file descriptor, closed with the object; -1 is none.
 class Descriptor {
  public:
   explicit Descriptor(int fd = -1) : fd_(fd) {}

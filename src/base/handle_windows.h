@@ -6,7 +6,7 @@
 
 namespace velumar {
 
-// A handle of the system, closed with the object; null is none.
+// A system handle, closed with the object; null is none.
 struct CloseNative {
   void operator()(void* handle) const { ::CloseHandle(handle); }
 };

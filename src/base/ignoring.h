@@ -5,14 +5,13 @@
 
 namespace velumar {
 
-// Runs a step whose failure is passed over, because the road that it belongs to goes on with its
-// next step and nobody could be told.
+// Runs a step and ignores its exceptions, where the next step must run all the same.
 template <typename Step>
 void IgnoringErrors(Step&& step) {
   try {
     std::forward<Step>(step)();
   } catch (const std::exception&) {
-    // The step's result stays unset.
+    // What the step would have set keeps its value.
   }
 }
 

@@ -27,7 +27,7 @@ std::optional<Number> Nearest(std::string_view text) {
   return value;
 }
 
-// The pattern's part in front of the point, and the decimals behind it.
+// The pattern before the point, and the number of decimals after it.
 struct Places {
   std::string_view whole;
   int decimals = 0;
@@ -44,7 +44,7 @@ Places Split(std::string_view pattern) {
 
 bool IsPlace(char c) { return c == '0' || c == '#'; }
 
-// Places from the leftmost `0` to the point always show a digit.
+// The places from the leftmost `0` to the point always show a digit.
 std::size_t FixedPlaces(std::string_view whole) {
   const std::size_t zero = whole.find('0');
   if (zero == std::string_view::npos) return 0;
@@ -52,17 +52,8 @@ std::size_t FixedPlaces(std::string_view whole) {
       std::count_if(whole.begin() + static_cast<std::ptrdiff_t>(zero), whole.end(), IsPlace));
 }
 
-std::string Grouped(std::string_view digits) {
-  std::string text;
-  for (std::size_t i = 0; i < digits.size(); ++i) {
-    if (i > 0 && (digits.size() - i) % 3 == 0) text += ',';
-    text += digits[i];
-  }
-  return text;
-}
-
-// Digits fill the places from the point outward; literals stand between them as the pattern says,
-// and digits beyond the leftmost place in front.
+// Digits fill the places from the point outward, between the pattern's literals; digits beyond the
+// leftmost place come first.
 std::string Filled(std::string_view whole, std::string_view digits) {
   std::string reversed;
   for (auto place = whole.rbegin(); place != whole.rend(); ++place) {
@@ -85,7 +76,7 @@ std::string Formatted(const Decimal& number, std::string_view pattern) {
   if (digits.size() < fixed) digits.insert(0, fixed - digits.size(), '0');
 
   const bool grouped = places.whole.find(',') != std::string_view::npos;
-  std::string text = grouped ? Grouped(digits) : Filled(places.whole, digits);
+  std::string text = grouped ? GroupedNumber(digits) : Filled(places.whole, digits);
   std::string fraction = rounded.FractionDigits();
   if (fraction.size() < places.fixed_decimals) fraction.resize(places.fixed_decimals, '0');
   if (!fraction.empty()) text += "." + fraction;
@@ -93,19 +84,19 @@ std::string Formatted(const Decimal& number, std::string_view pattern) {
   return minus ? "-" + text : text;
 }
 
-// Seven significant digits of the float's exact value: the digits without zeros at the end, and
-// the power of ten of the first.
+// The float's exact value rounded to seven significant digits: the digits without zeros at the end,
+// and the power of ten of the first.
 struct SevenDigits {
   std::string digits;
   int exponent = 0;
 };
 
 SevenDigits RoundedToSeven(float value) {
-  constexpr int kDigitsBehindPoint = 6;
+  constexpr int kDigitsAfterPoint = 6;
   std::array<char, 32> buffer;
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
                                  std::fabs(static_cast<double>(value)),
-                                 std::chars_format::scientific, kDigitsBehindPoint)
+                                 std::chars_format::scientific, kDigitsAfterPoint)
                        .ptr;
   const std::string text(buffer.data(), end);  // d.dddddde±xx
   const std::size_t mark = text.find('e');
@@ -179,6 +170,15 @@ std::string PatternText(std::int32_t value, std::string_view pattern) {
 std::string PatternText(std::string_view text, std::string_view pattern) {
   const std::optional<Decimal> decimal = Decimal::FromText(text);
   return decimal ? Formatted(*decimal, pattern) : std::string(text);
+}
+
+std::string GroupedNumber(std::string number) {
+  const std::size_t first_digit = number.starts_with('-') ? 1 : 0;
+  for (std::size_t at = std::min(number.find('.'), number.size()); at > first_digit + 3;) {
+    at -= 3;
+    number.insert(at, 1, ',');
+  }
+  return number;
 }
 
 }  // namespace velumar

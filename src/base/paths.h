@@ -6,13 +6,13 @@
 
 namespace velumar {
 
-// Directory texts of the system join their pieces with "\" on every platform, since traders see
-// and type them so. These two are the only border between such texts and the disk.
+// Directory texts are joined with "\" on every platform, as traders see and type them. Only these
+// two functions convert between such texts and paths on the disk.
 
-// Texts are UTF-8; "\" becomes the separator of the platform.
+// From UTF-8; "\" becomes the platform's separator.
 std::filesystem::path NativePath(std::string_view text);
 
-// The other way: a path of the disk as UTF-8 text, with the platform's own separators.
+// To UTF-8, with the platform's separators.
 std::string PathText(const std::filesystem::path& path);
 
 }  // namespace velumar

@@ -53,7 +53,7 @@ std::string Utf8ToLatin1(std::string_view text) {
     const bool fits = (lead == 0xC2 || lead == 0xC3) && i + 1 < text.size();
     if (!fits) {
       throw std::invalid_argument("\"" + std::string(text) +
-                                  "\" holds a character that market data files can't store");
+                                  "\" has a character that market data files can't store");
     }
     const auto follow = static_cast<unsigned char>(text[++i]);
     bytes += static_cast<char>(((lead & 0x03) << 6) | (follow & 0x3F));

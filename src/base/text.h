@@ -5,22 +5,22 @@
 
 namespace velumar {
 
-// Blanks (the character 32 alone) cut off at both ends.
+// Without the blanks (only character 32) at both ends.
 std::string Trimmed(std::string_view text);
 
-// Upper-cases a to z only: symbols may hold bytes of any code page.
+// Upper-cases only a to z: symbols may contain bytes of any code page.
 std::string UpperCased(std::string_view text);
 
-// How symbols are compared everywhere: trimmed, then upper-cased.
+// A symbol in the form in which symbols are compared: trimmed, then upper-cased.
 std::string NormalisedSymbol(std::string_view text);
 
-// `text` with one "\" at its end, added if it is missing.
+// `text` with a "\" at its end, added if it is missing.
 std::string WithClosingBackslash(std::string_view text);
 
-// Names of market data directories are bytes of an unnamed code page, read as Latin-1.
+// Names in market data are bytes of an unnamed code page, read as Latin-1.
 std::string Latin1ToUtf8(std::string_view bytes);
 
-// Characters above U+00FF have no byte and throw std::invalid_argument, naming the text.
+// Throws std::invalid_argument, naming the text, for a character above U+00FF.
 std::string Utf8ToLatin1(std::string_view text);
 
 }  // namespace velumar

@@ -4,7 +4,7 @@
 
 namespace velumar {
 
-// This process as a message names it: "velumar-cli (process 1234)".
+// This process, for messages: "velumar-cli (process 1234)".
 std::string ThisProgram();
 
 }  // namespace velumar

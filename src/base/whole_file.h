@@ -1,59 +1,49 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <filesystem>
-#include <string>
-#include <string_view>
-#include <system_error>
+#include "base/raw_file.h"
 
 namespace velumar {
 
-// A file that can't be read or written: "/data/x.csv can't be read: it is a folder, not a file".
-// The code is one of errno.h.
-class FileError : public std::system_error {
- public:
-  FileError(const std::filesystem::path& file, std::string_view failure, int error);
-  // For what errno.h has no good text: EISDIR, EINVAL (not a regular file), EFBIG (too large).
-  FileError(const std::filesystem::path& file, std::string_view failure, int error,
-            std::string reason);
-
-  const char* what() const noexcept override { return text_.c_str(); }
-  // Without the file's name: "No space left on device".
-  const std::string& Reason() const { return reason_; }
-
- private:
-  std::string reason_;
-  std::string text_;
-};
-
-inline constexpr std::string_view kCantRead = "can't be read";
-inline constexpr std::string_view kCantWrite = "can't be written";
-
-// Reads a regular file of at most `limit` bytes; a pipe or a device is refused without a wait.
-// Throws FileError.
+// Reads a regular file of at most `limit` bytes. Throws FileError; a file that is too large has
+// the code EFBIG.
 std::string ReadWholeFile(const std::filesystem::path& file, std::size_t limit);
 
 enum class FileAccess : std::uint8_t {
-  kUsual,      // an older file keeps its permissions
+  kUsual,      // a replaced file keeps its permissions
   kUserAlone,  // nobody else can read it
 };
 
-// Writes a new file in the same folder and renames it over `file` once it is on the disk, so the
-// old file stays whole until then and after an error. A link to a file stays a link; a pipe, a
-// device or a file that may not be written is never replaced. Throws FileError.
+// Replaces a file, or creates it. The new contents are written to another file in the same folder,
+// flushed to the disk and renamed over the old file, and the folder is flushed, so that after an
+// error, a crash or a power cut there is either the old file or the new one, whole. A link to a
+// file stays a link to the new one. A pipe, a device or a file that may not be written is never
+// replaced. Throws FileError.
+//
+// QSaveFile would need the toolkit here, ignores a flush that fails, and does not flush the folder.
 void ReplaceWholeFile(const std::filesystem::path& file, std::string_view bytes, FileAccess access);
 
-// A rename is on the disk once its folder is. Does nothing where a system can't flush folders.
-void FlushFolder(const std::filesystem::path& folder);
+// The steps of a replacement, for several files that change together, or to leave out the flushes.
+class FileReplacement {
+ public:
+  // Creates the file `draft`, in the folder of `target`. One that a crash left there is removed;
+  // it is never written through a link.
+  FileReplacement(const std::filesystem::path& target, const std::filesystem::path& draft,
+                  FileAccess access = FileAccess::kUsual, FileFailure fail = ThrowFileError);
+  // Without Commit the draft is deleted.
+  ~FileReplacement();
+  FileReplacement(FileReplacement&& other) noexcept;
+  FileReplacement& operator=(FileReplacement&&) = delete;
 
-// For the functions above on all systems.
+  void Write(ByteView whole) { file_.WriteAt(0, whole); }
+  void Flush() { file_.Flush(); }
+  // Renames the draft to the target, and returns it, still open. The rename is on the disk after
+  // FlushFolder.
+  RawFile Commit();
 
-[[noreturn]] void RefuseFolder(const std::filesystem::path& file, std::string_view failure);
-[[noreturn]] void RefuseDevice(const std::filesystem::path& file, std::string_view failure);
-[[noreturn]] void RefuseLargeFile(const std::filesystem::path& file, std::uintmax_t size,
-                                  std::size_t limit);
-// A random name in the folder of `file`.
-std::filesystem::path NewNameBeside(const std::filesystem::path& file);
+ private:
+  std::filesystem::path target_;
+  RawFile file_;
+  bool pending_ = true;
+};
 
 }  // namespace velumar

@@ -53,12 +53,12 @@ ValueRange PriceRange(const std::vector<BarColumn>& columns, bool logarithmic) {
     upper = std::max<double>(upper, column.high);
   }
   if (logarithmic) {
-    const double air = std::max(1.002, std::pow(upper / lower, 0.06));
-    return {lower / air, upper * air};
+    const double margin = std::max(1.002, std::pow(upper / lower, 0.06));
+    return {lower / margin, upper * margin};
   }
   const double flat = std::max(std::abs(upper) * 0.002, 1e-6);
-  const double air = std::max((upper - lower) * 0.06, flat);
-  return {lower - air, upper + air};
+  const double margin = std::max((upper - lower) * 0.06, flat);
+  return {lower - margin, upper + margin};
 }
 
 bool CanBeLogarithmic(const std::vector<BarColumn>& columns) {

@@ -6,8 +6,8 @@
 
 namespace velumar {
 
-// What one candle on the screen stands for: one bar, or several where more bars than pixels are in
-// view. Places count bars, so a column of bars 10 to 13 stands at 11.5.
+// One candle on the screen: one bar, or several if more bars than pixels are in view. Places count
+// bars, so the column of bars 10 to 13 is at 11.5.
 struct BarColumn {
   double place;
   float open;
@@ -21,9 +21,9 @@ struct BarColumn {
 // How many bars share a column so that a column is at least `min_pixels` wide.
 int BarsPerColumn(double pixels_per_bar, double min_pixels);
 
-// Fills `columns` with the bars from `first` to `last`, both included, `bars_per_column` each.
-// Columns begin at multiples of that number, so they don't change while the chart is moved. Highs
-// and lows enclose the closes, and opens lie between both, whatever the file holds.
+// Fills `columns` with the bars from `first` to `last`, both included. A column begins at a
+// multiple of `bars_per_column`, so scrolling doesn't change it. Its high and low are those of its
+// bars and their closes, and its open lies between them, whatever the file holds.
 void BuildColumns(const BarSeries& series, int first, int last, int bars_per_column,
                   std::vector<BarColumn>& columns);
 
@@ -32,8 +32,8 @@ struct ValueRange {
   double upper;
 };
 
-// What a price axis shows for these columns: their lows and highs with some air, never empty.
-// A logarithmic axis needs prices above 0; CanBeLogarithmic tells.
+// The range of the price axis: the lows and highs of these columns with a margin, never empty. A
+// logarithmic axis is possible only if CanBeLogarithmic, which needs prices above 0.
 ValueRange PriceRange(const std::vector<BarColumn>& columns, bool logarithmic);
 bool CanBeLogarithmic(const std::vector<BarColumn>& columns);
 

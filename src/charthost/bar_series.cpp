@@ -1,9 +1,10 @@
 #include "charthost/bar_series.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
-
-#include "charthost/price_text.h"
+#include <limits>
 
 namespace velumar {
 namespace {
@@ -15,8 +16,15 @@ bool HoldsAny(const std::vector<T>& values) {
   return std::any_of(values.begin(), values.end(), [](T value) { return value != T{}; });
 }
 
-// As many decimals as the prices are quoted with, but no more than a 32-bit float can tell apart
-// at the height of the price.
+// Decimals of the shortest text that reads back as the same float: 2 for 55.51, 0 for 3600.
+int DecimalsOf(float value) {
+  std::array<char, 64> digits;
+  const auto end = std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed).ptr;
+  const auto point = std::find(digits.begin(), end, '.');
+  return point == end ? 0 : static_cast<int>(end - point) - 1;
+}
+
+// As many decimals as the quotes have, but no more than a 32-bit float can hold at that price.
 int QuotedDecimals(const BarSeries& series) {
   const int step = std::max(1, series.size() / kSampledBars);
   int decimals = 0;
@@ -37,6 +45,17 @@ void DescribeSeries(BarSeries& series) {
   series.has_volumes = HoldsAny(series.volumes);
   series.has_times = HoldsAny(series.times);
   series.decimals = QuotedDecimals(series);
+}
+
+void MovingAverage(const std::vector<float>& closes, int period, std::vector<double>& averages) {
+  averages.assign(closes.size(), std::numeric_limits<double>::quiet_NaN());
+  const auto length = static_cast<std::size_t>(period);
+  double sum = 0;
+  for (std::size_t i = 0; i < closes.size(); ++i) {
+    sum += closes[i];
+    if (i >= length) sum -= closes[i - length];
+    if (i + 1 >= length) averages[i] = sum / period;
+  }
 }
 
 }  // namespace velumar

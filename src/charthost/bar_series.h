@@ -15,16 +15,20 @@ struct BarSeries {
   std::vector<float> closes;
   std::vector<float> volumes;
 
-  // What DescribeSeries finds out about the arrays.
-  bool has_opens = false;  // false where the data file stores none and every open reads as 0
+  // Set by DescribeSeries.
+  bool has_opens = false;  // false if the data file stores none, so that every open is 0
   bool has_volumes = false;
   bool has_times = false;
-  int decimals = 2;  // that its prices are shown with
+  int decimals = 2;  // of displayed prices
 
   int size() const { return static_cast<int>(dates.size()); }
 };
 
-// Fills in the fields below the arrays. Constant in effort for the decimals, linear else.
+// Fills in the fields below the arrays. The decimals are found from a sample of the bars.
 void DescribeSeries(BarSeries& series);
+
+// The mean of the last `period` (at least 1) closes at each bar; NaN at the bars before there are
+// that many. `averages` keeps its memory from call to call.
+void MovingAverage(const std::vector<float>& closes, int period, std::vector<double>& averages);
 
 }  // namespace velumar

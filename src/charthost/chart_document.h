@@ -1,22 +1,44 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "charthost/chart_model.h"
 #include "charthost/series_source.h"
-#include "charthost/state_line.h"
 
 namespace velumar {
 
-// One open chart: the series it was asked for, the bars last read of it, and what went wrong.
+// The active chart, for a program that watches this one.
+struct ChartState {
+  std::string symbol;
+  std::string name;
+  std::string folder;
+  int interval = -1;  // -1: not intraday; otherwise minutes
+  int bars = 0;
+  std::int32_t last_date = 0;
+  std::int32_t last_time = 0;
+  float last_close = 0;
+  int first_shown = 0;  // bars in view, both included; after last_shown if none is
+  int last_shown = -1;
+  std::string error;  // that the chart shows; empty if there is none
+};
+
+struct HostState {
+  int charts = 0;
+  int active = -1;  // index of the active chart, -1 without charts
+  std::string title;
+};
+
+// One open chart: the series it was asked for, the bars last read, and what went wrong.
 class ChartDocument {
  public:
   // Reads the series for the first time.
   ChartDocument(const SeriesSource& source, SeriesRequest request);
 
-  // Reads the series again. If that fails, the chart shows no bars, since the old ones may lie
-  // after the simulated moment, and Error says why.
+  // Reads the series again. If that fails, the chart shows no bars, since the old ones may be later
+  // than the simulated moment, and Error says why.
   void Refresh();
 
   ChartModel& Model() { return model_; }
@@ -25,7 +47,7 @@ class ChartDocument {
   const std::string& Name() const { return security_.name; }
   const std::string& Folder() const { return request_.folder; }
   int Interval() const { return security_.interval; }
-  // A sentence for the user, empty when all is well.
+  // A sentence to show; empty if the series was read.
   const std::string& Error() const { return error_; }
   ChartState State() const;
 
@@ -37,5 +59,9 @@ class ChartDocument {
   std::optional<int> shown_file_;
   std::string error_;
 };
+
+// One line of JSON without its line end: the event ("ready", "opened", "closed", "refreshed" or
+// "activated") and the state after it. `chart` is null without charts, "last" without bars.
+std::string StateLine(std::string_view event, const HostState& host, const ChartState* chart);
 
 }  // namespace velumar

@@ -2,13 +2,11 @@
 
 #include <utility>
 
-#include "charthost/moving_average.h"
-
 namespace velumar {
 namespace {
 
-// Narrower candles and bars can't show what they are; a line can be as fine as the screen.
-double LeastColumnWidth(ChartStyle style) { return style == ChartStyle::kLine ? 1 : 4; }
+// In pixels. Narrower candles and bars can't be told apart; a line can be as fine as the screen.
+double MinColumnWidth(ChartStyle style) { return style == ChartStyle::kLine ? 1 : 4; }
 
 }  // namespace
 
@@ -41,7 +39,7 @@ void ChartModel::ComputeAverages() {
 
 void ChartModel::Layout(double pixel_width) {
   pixels_per_bar_ = pixel_width / window_.Span();
-  bars_in_column_ = BarsPerColumn(pixels_per_bar_, LeastColumnWidth(options_.style));
+  bars_in_column_ = BarsPerColumn(pixels_per_bar_, MinColumnWidth(options_.style));
   BuildColumns(series_, window_.FirstBar(), window_.LastBar(), bars_in_column_, columns_);
   logarithmic_ = options_.logarithmic && CanBeLogarithmic(columns_);
   prices_ = PriceRange(columns_, logarithmic_);

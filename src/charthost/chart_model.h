@@ -5,13 +5,35 @@
 
 #include "charthost/bar_columns.h"
 #include "charthost/bar_series.h"
-#include "charthost/chart_options.h"
 #include "charthost/view_window.h"
 
 namespace velumar {
 
-// The bars of one chart, the window on them, and what is to be painted for that window. Memory is
-// kept from one layout to the next, so that drawing allocates nothing per bar.
+enum class ChartStyle { kCandles, kBars, kLine };
+enum class ChartTheme { kSystem, kLight, kDark };
+
+struct AverageOptions {
+  bool shown = true;
+  int period = 20;
+
+  bool operator==(const AverageOptions&) const = default;
+};
+
+// How all charts of the program look: the trader's choice, saved between runs of the program.
+struct ChartOptions {
+  static constexpr int kLongestPeriod = 999;
+
+  ChartStyle style = ChartStyle::kCandles;
+  ChartTheme theme = ChartTheme::kSystem;
+  bool volume = true;
+  bool logarithmic = false;
+  std::array<AverageOptions, 2> averages = {AverageOptions{true, 20}, AverageOptions{true, 50}};
+
+  bool operator==(const ChartOptions&) const = default;
+};
+
+// The bars of one chart, the window on them, and what to draw in that window. Memory is kept from
+// one layout to the next.
 class ChartModel {
  public:
   ChartModel() { SetOptions({}); }
@@ -19,16 +41,16 @@ class ChartModel {
   const ChartOptions& Options() const { return options_; }
   void SetOptions(const ChartOptions& options);
 
-  // Another series: the window goes to its newest bar.
+  // Shows another series at its newest bar.
   void ShowSeries(BarSeries series);
-  // The same series read again: the window stays as ViewWindow::SetBars tells.
+  // The same series after it was read again; ViewWindow::SetBars says where the window is then.
   void UpdateSeries(BarSeries series);
 
   const BarSeries& Series() const { return series_; }
   ViewWindow& Window() { return window_; }
   const ViewWindow& Window() const { return window_; }
 
-  // Works out the members below for a plot of this width.
+  // Computes the values below for a plot of this width.
   void Layout(double pixel_width);
   double PixelsPerBar() const { return pixels_per_bar_; }
   int BarsInColumn() const { return bars_in_column_; }
@@ -37,7 +59,7 @@ class ChartModel {
   ValueRange Prices() const { return prices_; }
   double HighestVolume() const { return highest_volume_; }
 
-  // One value per bar, NaN where there is none.
+  // One value per bar, NaN if there is none; empty if the average isn't shown.
   const std::vector<double>& Average(std::size_t index) const { return averages_[index]; }
   bool ShowsVolume() const { return options_.volume && series_.has_volumes; }
 

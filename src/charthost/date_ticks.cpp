@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <optional>
 
-#include "charthost/date_text.h"
+#include "base/dates.h"
+#include "charthost/bar_text.h"
 
 namespace velumar {
 namespace {
@@ -27,19 +29,29 @@ constexpr std::array kSteps = {
     Step{Unit::kMinute, 30},  Step{Unit::kMinute, 15},  Step{Unit::kMinute, 5},
     Step{Unit::kMinute, 1}};
 
-// A step fits when no more of its marks than this have to go for lack of room.
+// A step fits if at least this share of its marks has room.
 constexpr double kLeastShareApart = 0.7;
 
-// Two bars lie in the same period of the step exactly if their keys are equal.
+int Year(std::int32_t date) { return date / 10000; }
+int Month(std::int32_t date) { return date / 100 % 100; }
+
+// Weeks begin on Mondays; 1 January 1970 was a Thursday.
+std::int64_t WeekNumber(std::int32_t date) {
+  const std::chrono::year_month_day day{std::chrono::year(Year(date)),
+                                        std::chrono::month(static_cast<unsigned>(Month(date))),
+                                        std::chrono::day(static_cast<unsigned>(date % 100))};
+  return (std::chrono::sys_days(day).time_since_epoch().count() + 3) / 7;
+}
+
+// Two bars are in the same period of the step if and only if their keys are equal.
 std::int64_t PeriodKey(const Step& step, std::int32_t date, std::int32_t time) {
-  const CalendarDate day = SplitDate(date);
   switch (step.unit) {
     case Unit::kYear:
-      return day.year / step.count;
+      return Year(date) / step.count;
     case Unit::kMonth:
-      return day.year * 12 + (day.month - 1) / step.count;
+      return Year(date) * 12 + (Month(date) - 1) / step.count;
     case Unit::kWeek:
-      return (DayNumber(day) + 3) / 7;  // weeks begin on Mondays
+      return WeekNumber(date);
     case Unit::kDay:
       return date;
     case Unit::kMinute:
@@ -48,7 +60,7 @@ std::int64_t PeriodKey(const Step& step, std::int32_t date, std::int32_t time) {
   return 0;
 }
 
-// Bars that begin a period of the step, the series' first bar included; nothing when more than
+// Bars that begin a period of the step, the first bar of the series included; nothing if more than
 // `limit` do.
 std::optional<std::vector<int>> PeriodStarts(const BarSeries& series, const AxisStretch& stretch,
                                              const Step& step, std::size_t limit) {
@@ -67,20 +79,18 @@ std::optional<std::vector<int>> PeriodStarts(const BarSeries& series, const Axis
   return starts;
 }
 
-// How large a turn of the calendar the bar begins: 3 a year, 2 a month, 1 a day.
+// What is new on `date`: 3 the year, 2 the month, 1 the day, 0 none.
 int CalendarTurn(std::int32_t before, std::int32_t date) {
-  const CalendarDate a = SplitDate(before);
-  const CalendarDate b = SplitDate(date);
-  if (a.year != b.year) return 3;
-  if (a.month != b.month) return 2;
-  return a.day != b.day ? 1 : 0;
+  if (Year(before) != Year(date)) return 3;
+  if (Month(before) != Month(date)) return 2;
+  return before != date ? 1 : 0;
 }
 
 int TurnAt(const BarSeries& series, int bar) {
   return bar == 0 ? 0 : CalendarTurn(series.dates[bar - 1], series.dates[bar]);
 }
 
-// Where marks come too close, that of the larger turn stays.
+// Where marks are too close, the one of the larger turn stays.
 std::vector<int> WithoutCollisions(const BarSeries& series, std::vector<int> bars,
                                    double min_bars) {
   std::stable_sort(bars.begin(), bars.end(),
@@ -96,32 +106,20 @@ std::vector<int> WithoutCollisions(const BarSeries& series, std::vector<int> bar
 }
 
 std::string WholeText(Unit unit, std::int32_t date, std::int32_t time) {
-  const CalendarDate day = SplitDate(date);
-  switch (unit) {
-    case Unit::kYear:
-      return std::to_string(day.year);
-    case Unit::kMonth:
-      return MonthText(day.month) + " " + std::to_string(day.year);
-    case Unit::kWeek:
-    case Unit::kDay:
-      return DayText(date);
-    case Unit::kMinute:
-      return std::to_string(day.day) + " " + MonthText(day.month) + " " + TimeText(time);
-  }
-  return {};
+  if (unit == Unit::kYear) return DateText(date, "yyyy");
+  if (unit == Unit::kMonth) return DateText(date, "MMM yyyy");
+  if (unit == Unit::kMinute) return DateText(date, "d MMM") + " " + TimeText(time);
+  return DayText(date);
 }
 
-// Only what has changed since the mark before.
-std::string ShortText(Unit unit, std::int32_t before, std::int32_t date, std::int32_t time) {
-  const CalendarDate day = SplitDate(date);
-  const int turn = CalendarTurn(before, date);
-  if (unit == Unit::kYear || (turn == 3 && unit != Unit::kMinute)) return std::to_string(day.year);
-  if (unit == Unit::kMonth) return MonthText(day.month);
+// Only what has changed since the previous mark.
+std::string ShortText(Unit unit, int turn, std::int32_t date, std::int32_t time) {
   if (unit == Unit::kMinute) {
-    if (turn == 3) return DayText(date);
-    return turn == 0 ? TimeText(time) : std::to_string(day.day) + " " + MonthText(day.month);
+    if (turn == 0) return TimeText(time);
+    return turn == 3 ? DayText(date) : DateText(date, "d MMM");
   }
-  return turn == 2 ? MonthText(day.month) : std::to_string(day.day);
+  if (unit == Unit::kYear || turn == 3) return DateText(date, "yyyy");
+  return DateText(date, unit == Unit::kMonth || turn == 2 ? "MMM" : "d");
 }
 
 bool IsStrong(Unit unit, int turn) {
@@ -130,16 +128,16 @@ bool IsStrong(Unit unit, int turn) {
   return unit == Unit::kMonth ? turn == 3 : turn >= 2;
 }
 
-// The mark that tells the whole date: the first with room for it on both sides, unless a new year,
-// or among times a new day, has been told by then.
+// The mark that shows the whole date: the first with room on both sides, unless a mark before it
+// shows a new year or, among times, a new day. The number of marks if there is none.
 std::size_t WholeMark(const BarSeries& series, const std::vector<int>& bars, Unit unit,
                       int first_bar, double min_bars) {
-  const int telling_turn = unit == Unit::kMinute ? 1 : 3;
+  const int complete_turn = unit == Unit::kMinute ? 1 : 3;
   for (std::size_t i = 0; i < bars.size(); ++i) {
-    if (TurnAt(series, bars[i]) >= telling_turn) break;
+    if (TurnAt(series, bars[i]) >= complete_turn) break;
     const bool room_before = bars[i] - first_bar >= 0.8 * min_bars;
-    const bool room_behind = i + 1 == bars.size() || bars[i + 1] - bars[i] >= 1.4 * min_bars;
-    if (room_before && room_behind) return i;
+    const bool room_after = i + 1 == bars.size() || bars[i + 1] - bars[i] >= 1.4 * min_bars;
+    if (room_before && room_after) return i;
   }
   return bars.size();
 }
@@ -151,11 +149,10 @@ std::vector<DateTick> Labelled(const BarSeries& series, const std::vector<int>& 
     const std::int32_t date = series.dates[bars[i]];
     const std::int32_t time = series.times[bars[i]];
     const std::int32_t before = series.dates[i > 0 ? bars[i - 1] : std::max(0, bars[i] - 1)];
-    const bool strong = IsStrong(unit, CalendarTurn(before, date));
+    const int turn = CalendarTurn(before, date);
     ticks.push_back(
-        {bars[i],
-         i == whole_mark ? WholeText(unit, date, time) : ShortText(unit, before, date, time),
-         strong});
+        {bars[i], i == whole_mark ? WholeText(unit, date, time) : ShortText(unit, turn, date, time),
+         IsStrong(unit, turn)});
   }
   return ticks;
 }

@@ -7,7 +7,7 @@
 
 namespace velumar {
 
-// A mark on the date axis, which counts bars and so leaves no gap for closed days.
+// A mark on the date axis, which counts bars, so closed days leave no gap.
 struct DateTick {
   int bar;
   std::string text;
@@ -16,16 +16,16 @@ struct DateTick {
   bool operator==(const DateTick&) const = default;
 };
 
-// The part of the series that the axis shows.
+// The bars that the axis shows.
 struct AxisStretch {
   int first_bar;
   int last_bar;  // included
   double pixels_per_bar;
 };
 
-// Marks the bars at which a year, quarter, month, week, day, hour or few minutes begin, in the
-// finest of these steps whose marks keep `min_pixels` from each other. One of the first marks tells
-// the whole date where there is room, so that the reader knows the year.
+// Marks the bars that begin a year, quarter, month, week, day, hour or a few minutes: the finest of
+// these steps whose marks keep `min_pixels` between them. One of the first marks shows the whole
+// date if there is room.
 std::vector<DateTick> DateTicks(const BarSeries& series, const AxisStretch& stretch,
                                 double min_pixels);
 

@@ -2,8 +2,8 @@
 
 namespace velumar {
 
-// A key that went down. `letter` is an upper-case Latin letter, '\t' for Tab, '\x1b' for Escape and
-// 0 for every other key; modifier keys themselves don't count as keys.
+// A pressed key. `letter` is an upper-case Latin letter, '\t' for Tab, '\x1b' for Escape and 0 for
+// every other key. Modifiers alone are no keys.
 struct ChartKey {
   char letter = 0;
   bool alt = false;
@@ -15,22 +15,21 @@ struct ChartKey {
 enum class HostAction { kNone, kOpen, kCloseAll, kRefresh, kNextChart, kPreviousChart };
 enum class HostMenu { kNone, kFile, kView };
 
-// The keys by which other programs work this one: Alt+F and then E or O, Alt+V and then R,
-// Ctrl+Tab. They may come faster than a menu opens, with Alt and Shift still held or not. So Alt+F
-// only arms the File menu: the next key acts at once, and the menu itself is shown when none comes
-// for a while, to a person who looks for the key to press.
+// The keys that other programs send: Alt+F, then E or O; Alt+V, then R; Ctrl+Tab. They may arrive
+// before a menu could open, with or without Alt and Shift still held. So Alt+F only arms the File
+// menu: the next key acts at once. The menu itself opens if no key follows for a while.
 class HostKeys {
  public:
   struct Answer {
-    bool taken = false;  // the key has done its work and goes nowhere else
+    bool taken = false;  // nothing else gets the key
     HostAction action = HostAction::kNone;
   };
 
   Answer Press(const ChartKey& key);
-  // What Press would answer, nothing changed.
+  // What Press would answer, without changing anything.
   Answer Peek(const ChartKey& key) const;
 
-  // The menu whose keys act now.
+  // The menu whose letters act now.
   HostMenu Armed() const { return armed_; }
   void Disarm() { armed_ = HostMenu::kNone; }
 

@@ -6,7 +6,7 @@
 namespace velumar {
 namespace {
 
-// A bar counts as shown when hardly anything of it is cut.
+// A bar counts as shown if hardly anything of it is cut off.
 constexpr double kHalfBar = 0.45;
 
 }  // namespace
@@ -70,18 +70,14 @@ void ViewWindow::ShowBetween(double one, double other) {
   Clamp();
 }
 
-void ViewWindow::Zoom(double factor, double anchor) {
-  const double old_span = Span();
-  const double span = std::clamp(old_span * factor, kSmallestSpan, LargestSpan());
-  const double share = (anchor - first_) / old_span;
-  first_ = anchor - share * span;
-  last_ = first_ + span;
-  Clamp();
-}
-
 void ViewWindow::Zoom(double factor) {
   const bool newest_shown = Shows(bars_ - 1);
-  Zoom(factor, newest_shown ? bars_ - 1 : (first_ + last_) / 2);
+  const double anchor = newest_shown ? bars_ - 1 : (first_ + last_) / 2;
+  const double old_span = Span();
+  const double span = std::clamp(old_span * factor, kSmallestSpan, LargestSpan());
+  first_ = anchor - (anchor - first_) / old_span * span;
+  last_ = first_ + span;
+  Clamp();
   if (newest_shown && !Shows(bars_ - 1)) ShowNewest();
 }
 
@@ -91,7 +87,6 @@ void ViewWindow::Pan(double bars) {
   Clamp();
 }
 
-// Two bars always stay in view.
 void ViewWindow::Clamp() {
   const double span = std::clamp(Span(), kSmallestSpan, LargestSpan());
   const double middle = (first_ + last_) / 2;

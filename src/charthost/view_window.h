@@ -2,8 +2,8 @@
 
 namespace velumar {
 
-// Which bars a chart shows. Bar i takes the places from i - 0.5 to i + 0.5, so the window is a
-// stretch of places that may reach beyond both ends of the series.
+// The bars that a chart shows. Bar i reaches from i - 0.5 to i + 0.5; the window may extend beyond
+// both ends of the series, but always shows at least two bars.
 class ViewWindow {
  public:
   static constexpr double kUsualSpan = 160;
@@ -13,25 +13,24 @@ class ViewWindow {
   double Last() const { return last_; }
   double Span() const { return last_ - first_; }
   bool Shows(int bar) const;
-  // The bars inside, both included; the first lies behind the last when there is none.
+  // The bars inside, both included; FirstBar is above LastBar if there is none.
   int FirstBar() const;
   int LastBar() const;
 
-  // A series of that many bars, in the usual zoom at its newest bar.
+  // Shows the newest bar of another series at the usual zoom.
   void Reset(int bars);
-  // The same series has that many bars now. Zoom and place stay, unless the newest bar was in view
-  // and no longer would be, or there was or would be nothing in view: then the window scrolls to
-  // the newest bar, with a little room to its right.
+  // The series now has that many bars. The window keeps its zoom and place, except when the newest
+  // bar would leave the view or the view was or would be empty: then it scrolls to the newest bar,
+  // with some room to its right.
   void SetBars(int bars);
 
   void ShowAll();
   void ShowNewest();
   void ShowOldest();
-  // The two places may come in any order.
+  // In either order.
   void ShowBetween(double one, double other);
-  // Factors below 1 zoom in; `anchor` keeps its place on the screen.
-  void Zoom(double factor, double anchor);
-  // Keeps the newest bar in its place where it is in view, else the middle.
+  // A factor below 1 zooms in. The newest bar keeps its place if it is in view, otherwise the
+  // middle.
   void Zoom(double factor);
   void Pan(double bars);
 

@@ -1,16 +1,18 @@
 #pragma once
 
 #include <iosfwd>
+#include <string>
+#include <vector>
 
-namespace CLI {
-class App;
-}
+#include "csv/csv_import.h"
+#include "results/run_record.h"
 
 namespace velumar {
 
 class IndexCache;
+struct ReplayArguments;
 
-// What the commands work with. main builds it once; tests put string streams in.
+// What the commands work with. main builds it; tests pass string streams.
 struct CliContext {
   IndexCache& cache;
   std::istream& in;
@@ -18,15 +20,74 @@ struct CliContext {
   std::ostream& err;
 };
 
-// Each adds one command to the program, with its help and the arguments it takes. A command throws
-// when it fails; the program then says why on `err` and ends with 1. `context` outlives `app`.
-void AddImportCommand(CLI::App& app, CliContext& context);
-void AddListCommand(CLI::App& app, CliContext& context);
-void AddDumpCommand(CLI::App& app, CliContext& context);
-void AddFiguresCommand(CLI::App& app, CliContext& context);
-void AddLedgerCommand(CLI::App& app, CliContext& context);
-void AddChartCommand(CLI::App& app, CliContext& context);
-void AddReportCommand(CLI::App& app, CliContext& context);
-void AddReplayCommand(CLI::App& app, CliContext& context);
+// Runs one command; `arguments` are those after the program's name. Returns the exit code: 0, 1
+// after a failure, 2 if the arguments are invalid. After 1 and 2 `context.err` has the reason.
+int RunCli(const std::vector<std::string>& arguments, CliContext& context);
+
+// The commands, with their arguments as they are parsed. A command throws if it fails.
+
+struct ImportArguments {
+  std::string file;
+  std::string directory;
+  CsvImportOptions options;
+};
+void Import(const ImportArguments& arguments, CliContext& context);
+
+struct ListArguments {
+  std::string directory;
+  bool json = false;
+};
+void ListSecurities(const ListArguments& arguments, CliContext& context);
+
+struct DumpArguments {
+  std::string directory;
+  std::string symbol;
+  std::string interval;
+};
+void Dump(const DumpArguments& arguments, CliContext& context);
+
+// The run that a command reads from a ledger.
+struct RunArguments {
+  std::string file;
+  int run = kCurrentRun;
+  std::string date_pattern;  // empty for that of the user's locale
+};
+// Opens the ledger read-only. Throws LedgerError, also if no run has the number.
+LedgerConnection OpenRun(const RunArguments& arguments);
+
+struct LedgerArguments : RunArguments {
+  bool csv = false;
+  bool json = false;
+  bool runs = false;
+  bool orders = false;
+};
+void PrintLedger(const LedgerArguments& arguments, CliContext& context);
+
+struct FiguresArguments : RunArguments {
+  bool json = false;
+  bool explain = false;
+};
+void PrintFigures(const FiguresArguments& arguments, CliContext& context);
+
+struct ChartArguments : RunArguments {
+  std::string out;
+  std::string type = "2D Line";
+};
+struct ReportArguments : RunArguments {
+  std::string out;
+};
+struct DrawingCommands {
+  void (*draw_chart)(const ChartArguments& arguments);
+  void (*write_report)(const ReportArguments& arguments);
+};
+// Null if the program was built without the windows.
+const DrawingCommands* FindDrawingCommands();
+
+void Replay(const ReplayArguments& arguments, CliContext& context);
+// Why NAME=TEXT does not set a control; empty if it does.
+std::string AssignmentProblem(const std::string& assignment);
+
+// The given date pattern, or that of the user's locale if it is empty.
+std::string DatePatternOrDefault(const std::string& given);
 
 }  // namespace velumar

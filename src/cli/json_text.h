@@ -3,13 +3,22 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "ledger/ledger.h"
+
 namespace velumar {
 
 // JSON on one line, or indented for people. Bytes that aren't UTF-8 are replaced.
-inline std::string JsonText(const nlohmann::ordered_json& json, int indent = -1) {
-  return json.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
-}
+std::string JsonText(const nlohmann::ordered_json& json, int indent = -1);
 
 inline constexpr int kIndented = 2;
+
+// A ledger value for programs (JSON and CSV): numbers with every digit, null as an empty text.
+std::string LedgerText(const LedgerValue& value);
+
+// A row of the ledger: column names and values as text.
+nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size_t row);
+
+long LedgerRowCount(LedgerConnection& ledger);
+nlohmann::ordered_json NewestLedgerRow(LedgerConnection& ledger);
 
 }  // namespace velumar

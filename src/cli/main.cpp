@@ -1,8 +1,8 @@
 #include <iostream>
 
-#include "cli/cli_program.h"
+#include "cli/commands.h"
 #include "marketdata/index_cache.h"
-#include "platform/console.h"
+#include "platform/process.h"
 
 int main(int argc, char** argv) {
   velumar::UsePlainStreams();

@@ -9,7 +9,6 @@
 
 #include "base/dates.h"
 #include "cli/json_text.h"
-#include "cli/ledger_texts.h"
 #include "cli/replay_state.h"
 
 namespace velumar {

@@ -5,7 +5,7 @@
 
 #include "base/dates.h"
 #include "base/text.h"
-#include "cli/common_options.h"
+#include "cli/commands.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
@@ -73,7 +73,7 @@ ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
       index_cache(cache) {
   RequireData(arguments.directory, cache);
   RequireStore(arguments);
-  outside.locale.pattern = UsedDatePattern(arguments.date_pattern);
+  outside.locale.pattern = DatePatternOrDefault(arguments.date_pattern);
   outside.settings.Save("LastPath", arguments.directory);
   for (const std::string& assignment : arguments.texts) SetStartText(*this, assignment);
   program.Start();

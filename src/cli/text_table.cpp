@@ -7,14 +7,14 @@ namespace velumar {
 
 namespace {
 
-bool Follows(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
 std::size_t Width(const std::string& text) {
-  return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, Follows));
+  return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, IsContinuation));
 }
 
-// The control characters are those below the blank, DEL, and U+0080 to U+009F, which UTF-8 writes
-// as C2 80 to C2 9F.
+// Control characters are those below the space, DEL, and U+0080 to U+009F (C2 80 to C2 9F in
+// UTF-8).
 std::string Printable(const std::string& text) {
   std::string printable;
   for (std::size_t i = 0; i < text.size(); ++i) {

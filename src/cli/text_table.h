@@ -5,8 +5,8 @@
 
 namespace velumar {
 
-// Lines of aligned columns, two blanks between them, under a line of titles. Texts are UTF-8 of
-// one column per character; control characters show as "?", so that a damaged text can't upset the
+// A title line and rows of aligned columns, separated by two spaces. Texts are UTF-8, one column
+// per character. Control characters are shown as "?", so that a damaged text can't upset the
 // terminal.
 class TextTable {
  public:

@@ -6,13 +6,14 @@
 #include <utility>
 #include <vector>
 
-#include "base/counted.h"
 #include "base/ignoring.h"
 #include "base/paths.h"
+#include "base/scoped_counter.h"
 #include "base/text.h"
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
+#include "platform/event_loop.h"
 #include "platform/key_notation.h"
-#include "platform/waiting.h"
+#include "platform/event_loop.h"
 #include "trading/position_book.h"
 #include "trading/status_texts.h"
 
@@ -53,8 +54,8 @@ void HostControl::CloseCharts() {
   view_.SetStatusLine(kLoadingNotice);
   if (!running) IgnoringErrors([&] { StartHost(); });
   MaximizeHost();
-  const Counted opening(opening_);
-  const Counted chart_comes = trader_.ExpectChart();
+  const ScopedCounter opening(opening_);
+  const ScopedCounter chart_comes = trader_.ExpectChart();
   view_.SetStatusLine("Wait for  close all chart  ....");
   FocusHost();
   Send(kCloseCharts);
@@ -63,8 +64,8 @@ void HostControl::CloseCharts() {
 void HostControl::OpenChart() {
   const FocusReturn returning(platform_.chart_windows, trader_);
   {
-    const Counted opening(opening_);
-    const Counted chart_comes = trader_.ExpectChart();
+    const ScopedCounter opening(opening_);
+    const ScopedCounter chart_comes = trader_.ExpectChart();
     FocusHost();
     view_.SetStatusLine("Open data for [" + session_.Run.symbol + "] ....");
     Send(kOpenDialog);
@@ -91,7 +92,7 @@ void HostControl::BlinkLoadingNotice() {
 void HostControl::StartHost() {
   const std::string folder = registry_.ProgramFolder();
   if (folder.empty()) return;
-  const Counted chart_comes = trader_.ExpectChart();
+  const ScopedCounter chart_comes = trader_.ExpectChart();
   view_.SetStatusLine("Loading Meta Stock Program ....");
   const std::string command_line =
       WithClosingBackslash(folder) + std::string(kChartProgramFile) + " /l /e";
@@ -190,7 +191,7 @@ bool HostControl::TraderIsElsewhere() {
 
 void HostControl::RefreshCharts() {
   view_.LockChartCount();
-  worst_outcome_ = KeyOutcome::kTakenIn;
+  worst_outcome_ = KeyOutcome::kAccepted;
   IgnoringErrors([&] { RefreshEachChart(); });
   view_.UnlockChartCount();
   const Trouble trouble = TroubleWithHost();
@@ -267,7 +268,7 @@ HostControl::Trouble HostControl::TroubleWithHost() const {
             "Start the chart program and open the chart, or go back and press Start. The next "
             "refresh finds it."};
   }
-  if (worst_outcome_ == KeyOutcome::kHeldBack) {
+  if (worst_outcome_ == KeyOutcome::kNotSent) {
     return {
         "Chart not refreshed: another window is in front! ",
         "Another window is in front of the chart, or the chart is on another workspace. Bring the "

@@ -66,7 +66,7 @@ class HostControl : public ChartSide {
   TraderFocus& trader_;
   bool host_running_ = true;
   int opening_ = 0;  // nested: a second run may begin in the waits of the first
-  KeyOutcome worst_outcome_ = KeyOutcome::kTakenIn;  // of the current refresh
+  KeyOutcome worst_outcome_ = KeyOutcome::kAccepted;  // of the current refresh
 };
 
 }  // namespace velumar

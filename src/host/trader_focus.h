@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/counted.h"
+#include "base/scoped_counter.h"
 #include "platform/chart_windows.h"
 
 namespace velumar {
@@ -23,7 +23,7 @@ class TraderFocus {
   // The trader has clicked one of our windows or started a run.
   void ComeToRun() { elsewhere_ = 0; }
   // While the result lives, the chart program may take the focus by itself.
-  [[nodiscard]] Counted ExpectChart() { return Counted(expecting_chart_); }
+  [[nodiscard]] ScopedCounter ExpectChart() { return ScopedCounter(expecting_chart_); }
 
   bool AtRun() const { return elsewhere_ == 0; }
   // The window of another program that the trader works in; 0 at the run.

@@ -18,7 +18,7 @@ std::uint64_t Wide(DWORD high, DWORD low) { return (std::uint64_t{high} << 32) |
 
 }  // namespace
 
-// Locks belong to a handle here, so opening one more harms none.
+// On Windows locks belong to a handle, so opening another one is harmless.
 FileIdentity IdentityOf(const std::string& path) {
   const HANDLE opened = ::CreateFileW(WideText(path).c_str(), FILE_READ_ATTRIBUTES,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,

@@ -1,29 +1,21 @@
 #include "ledger/ledger.h"
 
-#include <algorithm>
-#include <cctype>
-
+#include "base/text.h"
 #include "ledger/ledger_schema.h"
 
 namespace velumar {
 
 namespace {
 
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return lower;
-}
-
-// In our SQL, texts are joined by "||", and equal moments keep the order of insertion. No literal
-// of a ledger's select holds the sign.
+// SQLite joins texts with "||", and rows of equal date and time keep the order of insertion. No
+// literal in the selects contains "&".
 std::string Translated(std::string_view select_text) {
   std::string sql;
   for (const char c : select_text) sql += c == '&' ? std::string("||") : std::string(1, c);
-  const std::string lower = Lower(sql);
-  if (lower.find("order by") == std::string::npos) return sql;
-  const bool descending = lower.find(" desc", lower.find("order by")) != std::string::npos;
+  const std::string upper = UpperCased(sql);
+  const std::size_t order = upper.find("ORDER BY");
+  if (order == std::string::npos) return sql;
+  const bool descending = upper.find(" DESC", order) != std::string::npos;
   return sql + ", rowid" + (descending ? " desc" : "");
 }
 
@@ -42,8 +34,8 @@ void InsertRow(SqliteDatabase& database, std::string_view table,
       values);
 }
 
-// The run that rows belong to now: 0 where none was noted.
-constexpr const char* kCurrentRun = "coalesce((SELECT max(Id) FROM Runs), 0)";
+// The number of the current run; 0 if none was recorded.
+constexpr const char* kNewestRun = "coalesce((SELECT max(Id) FROM Runs), 0)";
 
 std::vector<std::string> RunColumns() {
   return {"Directory", "Symbol",        "SymbolInterval", "StartDate",    "StartTime",
@@ -55,7 +47,7 @@ std::vector<LedgerValue> RunValues(const LedgerRun& run) {
           run.market,    run.starting_money, run.margin,   run.money_per_point};
 }
 
-// Gives a select the rows of an archived run under the name of the table that it reads.
+// Makes a select read the rows of an archived run in place of MyPortfolio.
 std::string OverArchive(int run, const std::string& sql) {
   return "WITH MyPortfolio AS (SELECT " + Listed(PortfolioColumns()) +
          ", Place AS rowid FROM Archive WHERE Run = " + std::to_string(run) + ") " + sql;
@@ -63,11 +55,11 @@ std::string OverArchive(int run, const std::string& sql) {
 
 void ArchiveRows(SqliteDatabase& database) {
   const std::string columns = Listed(PortfolioColumns());
-  database.Execute("INSERT INTO Archive (Run, Place, " + columns + ") SELECT " + kCurrentRun +
+  database.Execute("INSERT INTO Archive (Run, Place, " + columns + ") SELECT " + kNewestRun +
                    ", rowid, " + columns + " FROM MyPortfolio ORDER BY rowid");
 }
 
-// Within a transaction of the caller.
+// The caller holds a transaction.
 void Empty(SqliteDatabase& database, std::string_view table) {
   if (table == kPortfolioTable) ArchiveRows(database);
   database.Execute("DELETE FROM " + std::string(table));
@@ -75,29 +67,20 @@ void Empty(SqliteDatabase& database, std::string_view table) {
 
 }  // namespace
 
-const std::vector<std::string>& PortfolioColumns() {
-  static const std::vector<std::string> kColumns{
-      "Profile",   "Symbol",       "SymbolInterval", "ActDate",  "ActTime", "MarketPrice",
-      "Position",  "LAvgPrice",    "LAmount",        "Loffset",  "LAccum",  "LUnrealised",
-      "LRealised", "SAvgPrice",    "SAmount",        "Soffset",  "SAccum",  "SUnrealised",
-      "SRealised", "BalancePoint", "Commission",     "Portfolio"};
-  return kColumns;
-}
-
 SqliteDatabase& LedgerConnection::ForReading() {
-  if (kept_) return kept_->ForReading();
-  if (!read_) throw LedgerError(why_not_.empty() ? "the ledger isn't open" : why_not_);
-  if (read_->Outdated()) OpenToRead();
+  if (owned_) return owned_->ForReading();
+  if (!read_) throw LedgerError(why_not_.empty() ? "the ledger is not open" : why_not_);
+  if (read_->Outdated()) OpenReadOnly();
   return *read_;
 }
 
 SqliteDatabase& LedgerConnection::ForWriting() {
-  if (!kept_) throw LedgerError(why_not_.empty() ? "the ledger isn't open" : why_not_);
-  return kept_->ForWriting();
+  if (!owned_) throw LedgerError(why_not_.empty() ? "the ledger is not open" : why_not_);
+  return owned_->ForWriting();
 }
 
-void LedgerConnection::OpenToRead() {
-  read_ = velumar::OpenToRead(file_, LedgerKind());
+void LedgerConnection::OpenReadOnly() {
+  read_ = velumar::OpenReadOnly(file_, LedgerKind());
   AddLedgerFunctions(*read_);
 }
 
@@ -105,22 +88,22 @@ void LedgerOpen(LedgerConnection& connection, const std::string& data_source) {
   LedgerClose(connection);
   connection.file_ = data_source;
   try {
-    connection.kept_ = std::make_unique<KeptDatabase>(data_source, LedgerKind());
-    AddLedgerFunctions(connection.kept_->ForReading());
+    connection.owned_ = std::make_unique<OwnedDatabase>(data_source, LedgerKind());
+    AddLedgerFunctions(connection.owned_->ForReading());
     connection.why_not_.clear();
     return;
   } catch (const LedgerError& error) {
     connection.why_not_ = error.what();
   }
   try {
-    connection.OpenToRead();
+    connection.OpenReadOnly();
   } catch (const LedgerError&) {
-    // WhyNot says why already.
+    // WhyNot already says why.
   }
 }
 
 void LedgerClose(LedgerConnection& connection) {
-  connection.kept_.reset();
+  connection.owned_.reset();
   connection.read_.reset();
   connection.why_not_ = connection.file_ + ": the ledger is closed";
 }
@@ -128,8 +111,8 @@ void LedgerClose(LedgerConnection& connection) {
 void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_source) {
   LedgerClose(connection);
   connection.file_ = data_source;
-  connection.why_not_ = data_source + ": opened to be read";
-  connection.OpenToRead();
+  connection.why_not_ = data_source + ": opened read-only";
+  connection.OpenReadOnly();
 }
 
 LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text,
@@ -141,7 +124,7 @@ LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view selec
   std::vector<bool> dates;
   for (int i = 0; i < select.Columns(); ++i) {
     records.columns.push_back(select.ColumnName(i));
-    dates.push_back(Lower(records.columns.back()) == "actdate");
+    dates.push_back(UpperCased(records.columns.back()) == "ACTDATE");
   }
   while (records.rows.size() < most_rows && select.Step()) {
     std::vector<LedgerValue>& row = records.rows.emplace_back();
@@ -168,7 +151,7 @@ void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerVal
   database.Run(
       "INSERT INTO Details (Run, Place, Quantity, Vat, BarIndex, NewestShown, ClosePrice) VALUES "
       "(" +
-          std::string(kCurrentRun) + ", ?, ?, ?, ?, ?, ?)",
+          std::string(kNewestRun) + ", ?, ?, ?, ?, ?, ?)",
       {double(database.LastRow()), detail.quantity, detail.vat, double(detail.bar_index),
        double(detail.newest_shown), detail.close ? LedgerValue(*detail.close) : LedgerValue()});
   transaction.Commit();
@@ -194,7 +177,7 @@ void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
   connection.ForWriting().Run(
       "INSERT INTO Wiped (Run, Place, Position, Held, AvgPrice, Quantity, BarIndex, NewestShown, "
       "BarDate, BarTime, MarketPrice) VALUES (" +
-          std::string(kCurrentRun) +
+          std::string(kNewestRun) +
           ", (SELECT coalesce(max(rowid), 0) FROM MyPortfolio), ?, ?, ?, ?, ?, ?, ?, ?, ?)",
       {wiped.position, wiped.held, wiped.average, detail.quantity, double(detail.bar_index),
        double(detail.newest_shown), wiped.date, wiped.time, wiped.price});

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "ledger/kept_database.h"
+#include "ledger/owned_database.h"
 
 namespace velumar {
 
@@ -20,7 +20,7 @@ const std::vector<std::string>& PortfolioColumns();
 inline constexpr std::string_view kPortfolioTable = "MyPortfolio";
 inline constexpr std::string_view kProfileTable = "Portfolio_Profile";
 
-// What a run began with, kept beside its rows.
+// The state that a run started with, stored next to its rows.
 struct LedgerRun {
   std::string directory;
   std::string symbol;
@@ -33,43 +33,43 @@ struct LedgerRun {
   double money_per_point = 0;
 };
 
-// What an order's row doesn't tell, kept beside it.
+// What an order's row does not say, stored next to it.
 struct LedgerDetail {
   double quantity = 0;
   double vat = 0;
   int bar_index = 0;
-  int newest_shown = 0;           // newest bar that the trader had seen by then
-  std::optional<double> close{};  // what the order was dealt at; the row holds two decimals of it
+  int newest_shown = 0;           // newest bar that the trader had seen
+  std::optional<double> close{};  // the fill price; the row has two decimals of it
 };
 
-// A holding that too large an offset wiped out; it left no row.
+// A holding that was wiped out by an offset of more than was held. It has no row.
 struct LedgerWiped {
   std::string position;  // "Offset Long" or "Offset Short"
   double held = 0;
   double average = 0;
-  // The bar, as a row has it.
+  // The bar, in the format of a row.
   std::string date;
   std::string time;
   double price = 0;
 };
 
-// How dates are handed out: ISO text in, display text out.
+// Converts an ISO date to the date text that queries return.
 using LedgerDateText = std::function<std::string(std::string_view iso_date)>;
 
-// The one connection. It may be closed: then everything that writes throws LedgerError with the
-// reason, and queries do where there is no file to read.
+// The connection to the ledger. While it is closed or read-only, everything that writes throws
+// LedgerError with the reason; queries throw only if there is no file to read.
 class LedgerConnection {
  public:
   explicit LedgerConnection(LedgerDateText date_text) : date_text_(std::move(date_text)) {}
 
-  bool CanRead() const { return kept_ || read_; }
-  bool CanWrite() const { return kept_ != nullptr; }
-  // Why orders can't be kept; empty when they can.
+  bool CanRead() const { return owned_ || read_; }
+  bool CanWrite() const { return owned_ != nullptr; }
+  // Why orders can't be saved; empty if they can.
   const std::string& WhyNot() const { return why_not_; }
   const std::string& File() const { return file_; }
 
   SqliteDatabase& ForReading();
-  // Throws, too, once the file has been moved, deleted, replaced or cut short.
+  // Also throws once the file was moved, deleted, replaced or truncated.
   SqliteDatabase& ForWriting();
   std::string DateText(std::string_view iso_date) const { return date_text_(iso_date); }
 
@@ -78,16 +78,16 @@ class LedgerConnection {
   friend void LedgerClose(LedgerConnection& connection);
   friend void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_source);
 
-  void OpenToRead();
+  void OpenReadOnly();
 
   LedgerDateText date_text_;
   std::string file_;
   std::string why_not_;
-  std::unique_ptr<KeptDatabase> kept_;    // while this process keeps the ledger
-  std::unique_ptr<SqliteDatabase> read_;  // else, where it can be read
+  std::unique_ptr<OwnedDatabase> owned_;  // while this process owns the ledger
+  std::unique_ptr<SqliteDatabase> read_;  // otherwise, if the file can be read
 };
 
-// The rows of one select, fetched whole.
+// All rows of one select.
 struct LedgerRecordset {
   std::vector<std::string> columns;
   std::vector<std::vector<LedgerValue>> rows;
@@ -95,39 +95,38 @@ struct LedgerRecordset {
   bool Empty() const { return rows.empty(); }
 };
 
-// Opens the file, made with its tables when it is missing; ":memory:" keeps nothing on disk. Never
-// throws: a file that is no ledger, is damaged, read-only or in use by another program stays as it
-// is, and WhyNot says so.
+// Opens the file, and creates it with its tables if it is missing; ":memory:" keeps nothing on
+// disk. Never throws: a file that is not a ledger, damaged, read-only or in use by another program
+// is not changed, and WhyNot says why.
 void LedgerOpen(LedgerConnection& connection, const std::string& data_source);
 
-// Opens an existing file to read it, also in a folder or on a disk that can't be written, and
-// leaves no trace there. Throws LedgerError.
+// Opens an existing file read-only, also in a read-only folder, and leaves no trace there. Throws
+// LedgerError.
 void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_source);
 
-// Lets go of the file; another program may keep it from here on.
+// Closes the file, so that another program can own it.
 void LedgerClose(LedgerConnection& connection);
 
-// Runs a select. Values of the column ActDate come as the user's date text; joined dates and times
-// through format(…, 'dd-mmm-yy HH:MM') with English month names. Rows of equal date and time come
-// in the order of their insertion, or against it where the select descends. With the number of an
-// archived run, MyPortfolio stands for the rows of that run. No more than `most_rows` are fetched.
+// Runs a select. The column ActDate is returned as the user writes dates; format(…, 'dd-mmm-yy
+// HH:MM') of a joined date and time has English month names. Rows of equal date and time are
+// returned in the order of insertion, reversed if the select is descending. With the number of an
+// archived run, MyPortfolio holds the rows of that run. Fetches at most `most_rows` rows.
 LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text,
                             int archived_run = 0, std::size_t most_rows = SIZE_MAX);
 
-// Appends one row; values stand for the columns in their order. Safe on the disk when it returns.
+// Appends one row; values are in the order of the columns. The row is on the disk on return.
 void LedgerInsert(LedgerConnection& connection, std::string_view table,
                   const std::vector<std::string>& columns, const std::vector<LedgerValue>& values);
-// The same for an order's row, with its detail, both or neither.
+// Appends an order's row and its detail, both or neither.
 void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerValue>& values,
                        const LedgerDetail& detail);
 
-// Empties a table. The rows of MyPortfolio go to the archive of their run first.
+// Deletes all rows of a table. Those of MyPortfolio are moved to the archive of their run.
 void LedgerDeleteAll(LedgerConnection& connection, std::string_view table);
 
-// Begins a run: MyPortfolio is emptied as above, and the rows from here on belong to the run. All
-// of it happens or nothing.
+// Starts a run in one transaction: empties MyPortfolio as above; later rows belong to the new run.
 void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run);
-// Notes a wiped holding behind the newest row; the detail's quantity is the one asked for.
+// Records a wiped-out holding after the newest row; the detail has the quantity ordered.
 void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
                      const LedgerDetail& detail);
 

@@ -3,14 +3,18 @@
 #include <sqlite3.h>
 
 #include <array>
-#include <charconv>
+#include <sstream>
 #include <string>
+
+#include "base/dates.h"
+#include "ledger/ledger.h"
 
 namespace velumar {
 
 namespace {
 
-// The 22 columns of a row; NUMERIC stores whole numbers as such, so any tool shows them plainly.
+// The 22 columns of a row. NUMERIC stores whole numbers as integers, so other tools show them
+// plainly.
 constexpr std::string_view kRowColumns =
     "Profile NUMERIC, Symbol TEXT, SymbolInterval NUMERIC, ActDate TEXT, ActTime TEXT, "
     "MarketPrice NUMERIC, Position TEXT, LAvgPrice NUMERIC, LAmount NUMERIC, Loffset NUMERIC, "
@@ -18,10 +22,10 @@ constexpr std::string_view kRowColumns =
     "Soffset NUMERIC, SAccum NUMERIC, SUnrealised NUMERIC, SRealised NUMERIC, "
     "BalancePoint NUMERIC, Commission NUMERIC, Portfolio NUMERIC";
 
-const std::array<OwnTable, 6>& Tables() {
+const std::array<TableSchema, 6>& Tables() {
   static const std::string kArchiveColumns =
       "Run INTEGER, Place INTEGER, " + std::string(kRowColumns);
-  static const std::array<OwnTable, 6> kTables{
+  static const std::array<TableSchema, 6> kTables{
       {{"MyPortfolio", kRowColumns},
        {"Portfolio_Profile", "[Profile Name] TEXT, [Start Period] TEXT, [End Period] TEXT"},
        {"Runs",
@@ -38,18 +42,12 @@ const std::array<OwnTable, 6>& Tables() {
   return kTables;
 }
 
-constexpr std::array<std::string_view, 12> kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-
-// "2007-01-25 16:30:00" as "25-Jan-07 16:30"; any other text as it is.
-std::string DayMonthYearTime(std::string_view text) {
+// "2007-01-25 16:30:00" as "25-Jan-07 16:30"; any other text unchanged.
+std::string DayMonthYearTime(const std::string& text) {
+  constexpr std::size_t kDateLength = 10;
   constexpr std::size_t kJoinedLength = 19;
-  if (text.size() != kJoinedLength) return std::string(text);
-  unsigned month = 0;
-  std::from_chars(text.data() + 5, text.data() + 7, month);
-  if (month < 1 || month > kMonths.size()) return std::string(text);
-  return std::string(text.substr(8, 2)) + "-" + std::string(kMonths.at(month - 1)) + "-" +
-         std::string(text.substr(2, 2)) + " " + std::string(text.substr(11, 5));
+  if (text.size() != kJoinedLength) return text;
+  return IsoDateText(text.substr(0, kDateLength), "dd-MMM-yy") + text.substr(kDateLength, 6);
 }
 
 void FormatJoined(sqlite3_context* context, int, sqlite3_value** arguments) {
@@ -68,7 +66,7 @@ bool HasColumn(const SqliteDatabase& database, const std::string& table,
                              {table, column}) != LedgerValue();
 }
 
-// Ledgers of earlier versions hold neither the place and the bar of a wiped holding nor all
+// Ledgers of earlier versions have neither the place and bar of a wiped-out holding nor all
 // decimals of an order's price.
 void AddNewerColumns(SqliteDatabase& database) {
   if (!HasColumn(database, "Wiped", "Place")) {
@@ -82,15 +80,25 @@ void AddNewerColumns(SqliteDatabase& database) {
   }
 }
 
-void MakeLedgerTables(SqliteDatabase& database) {
-  MakeTables(database, Tables());
+void CreateLedgerTables(SqliteDatabase& database) {
+  CreateTables(database, Tables());
   AddNewerColumns(database);
 }
 
 }  // namespace
 
+const std::vector<std::string>& PortfolioColumns() {
+  static const std::vector<std::string> kColumns = [] {
+    std::vector<std::string> columns;
+    std::istringstream declared{std::string(kRowColumns)};
+    for (std::string name, type; declared >> name >> type;) columns.push_back(name);
+    return columns;
+  }();
+  return kColumns;
+}
+
 const DatabaseKind& LedgerKind() {
-  static const DatabaseKind kKind{"ledger", Tables(), MakeLedgerTables};
+  static const DatabaseKind kKind{"ledger", Tables(), CreateLedgerTables};
   return kKind;
 }
 

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "ledger/kept_database.h"
+#include "ledger/owned_database.h"
 
 namespace velumar {
 
-// A ledger's tables: the two that results read, and with them the archive, the runs and the details
-// of the rows.
+// The tables of a ledger: the two that results read, the archive, the runs and the details of rows.
 const DatabaseKind& LedgerKind();
 
-// What the selects of the results need of SQL: format() of a joined date and time.
+// Adds format(text, pattern), which the selects of the results use for a joined date and time.
 void AddLedgerFunctions(SqliteDatabase& database);
 
 }  // namespace velumar

@@ -3,6 +3,9 @@
 #include <sqlite3.h>
 
 #include <cctype>
+#include <filesystem>
+
+#include "base/paths.h"
 
 namespace velumar {
 
@@ -13,14 +16,14 @@ namespace {
                     sqlite3_errcode(database) == SQLITE_BUSY);
 }
 
-// Other processes that read hold a lock for moments only.
-constexpr int kPatienceMs = 2000;
+// Other processes hold a read lock only briefly.
+constexpr int kBusyTimeoutMs = 2000;
 
-// Larger than any ledger (some four million orders) and any text or row in it.
+// Larger than any ledger (1 GiB is some four million orders) and than any value in it.
 constexpr std::uint64_t kLargestFile = std::uint64_t{1} << 30;
 constexpr int kLongestValue = 1 << 20;
 
-// SQLite opens these whatever they are, and would wait for a pipe forever.
+// SQLite opens these whatever they are, and would wait on a pipe forever.
 void RequireRegularFiles(const std::string& file, const std::string& path) {
   for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
     const FileIdentity found = IdentityOf(path + suffix);
@@ -48,10 +51,23 @@ std::string Uri(const std::string& path) {
   return uri;
 }
 
-// The form of the system's file access that takes no locks.
-std::string LocklessAccess() { return std::string(sqlite3_vfs_find(nullptr)->zName) + "-none"; }
+// The name of SQLite's file access that takes no locks.
+std::string LocklessVfs() { return std::string(sqlite3_vfs_find(nullptr)->zName) + "-none"; }
 
 }  // namespace
+
+std::string CanonicalPath(const std::string& path) {
+  namespace fs = std::filesystem;
+  constexpr int kMostLinks = 40;
+  std::error_code error;
+  fs::path file = fs::absolute(fs::path(std::u8string(path.begin(), path.end())), error);
+  // fs::canonical fails for a link whose target does not exist yet.
+  for (int links = 0; links < kMostLinks && fs::is_symlink(file, error); ++links) {
+    file = file.parent_path() / fs::read_symlink(file, error);
+  }
+  const fs::path folder = fs::canonical(file.parent_path(), error);
+  return PathText(error ? file : folder / file.filename());
+}
 
 SqliteStatement::SqliteStatement(sqlite3* database, const std::string& file, std::string_view sql)
     : database_(database), file_(file) {
@@ -93,7 +109,7 @@ bool SqliteStatement::Step() {
   return false;
 }
 
-// Its result repeats the failure of the last Step, which has been reported.
+// The result only repeats the error of the last Step.
 void SqliteStatement::Reset() { sqlite3_reset(statement_.get()); }
 
 int SqliteStatement::Columns() const { return sqlite3_column_count(statement_.get()); }
@@ -119,7 +135,7 @@ SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode)
     : file_(file), path_(file == kInMemory ? file : CanonicalPath(file)) {
   if (file != kInMemory) RequireRegularFiles(file_, path_);
   if (mode == Mode::kReadOnly) {
-    OpenToRead();
+    OpenReadOnly();
   } else {
     Open(path_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   }
@@ -130,7 +146,7 @@ void SqliteDatabase::Open(const std::string& name, int flags) {
   const int code = sqlite3_open_v2(name.c_str(), &database, flags, nullptr);
   handle_.reset(database);
   if (code != SQLITE_OK) Throw(file_, database);
-  sqlite3_busy_timeout(database, kPatienceMs);
+  sqlite3_busy_timeout(database, kBusyTimeoutMs);
   sqlite3_limit(database, SQLITE_LIMIT_LENGTH, kLongestValue);
   for (const int trust : {SQLITE_DBCONFIG_TRUSTED_SCHEMA, SQLITE_DBCONFIG_ENABLE_TRIGGER,
                           SQLITE_DBCONFIG_ENABLE_VIEW}) {
@@ -138,28 +154,27 @@ void SqliteDatabase::Open(const std::string& name, int flags) {
   }
 }
 
-// Without rows in the write-ahead log nobody is writing, and the file is read without locks. Rows
-// in it belong to a program that is running, whose locks are respected, or to one that died. If the
-// index of the log is missing, SQLite builds it in memory.
-void SqliteDatabase::OpenToRead() {
+// If the write-ahead log is empty, nobody is writing and the file is read without locks. Rows in
+// the log belong to a running program, whose locks are respected, or to one that died. If the log's
+// index is missing, SQLite builds it in memory.
+void SqliteDatabase::OpenReadOnly() {
   constexpr int kFlags = SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
   const FileIdentity found = IdentityOf(path_);
   if (found.kind == FileIdentity::Kind::kMissing) throw LedgerError(file_ + ": no such file");
   if (!IdentityOf(path_ + "-wal").HoldsBytes()) {
     Open(Uri(path_) + "?immutable=1", kFlags);
-    unchanged_ = found;
+    unlocked_ = found;
   } else if (IdentityOf(path_ + "-shm").kind == FileIdentity::Kind::kRegular) {
     Open(Uri(path_) + "?readonly_shm=1", kFlags);
   } else {
-    Open(Uri(path_) + "?vfs=" + LocklessAccess(), kFlags);
+    Open(Uri(path_) + "?vfs=" + LocklessVfs(), kFlags);
     sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     Execute("PRAGMA locking_mode=EXCLUSIVE");
   }
 }
 
 bool SqliteDatabase::Outdated() const {
-  return unchanged_ &&
-         (IdentityOf(path_) != *unchanged_ || IdentityOf(path_ + "-wal").HoldsBytes());
+  return unlocked_ && (IdentityOf(path_) != *unlocked_ || IdentityOf(path_ + "-wal").HoldsBytes());
 }
 
 void SqliteDatabase::Close::operator()(sqlite3* database) const { sqlite3_close_v2(database); }

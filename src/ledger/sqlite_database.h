@@ -19,22 +19,25 @@ struct sqlite3_stmt;
 
 namespace velumar {
 
-// A failure of the database, in words that name the file.
+// The path of a file with all links resolved. The file may be missing, its folder may not.
+std::string CanonicalPath(const std::string& path);
+
+// A database error; the text names the file.
 class LedgerError : public std::runtime_error {
  public:
   explicit LedgerError(const std::string& text, bool in_use = false)
       : std::runtime_error(text), in_use_(in_use) {}
-  // Another connection holds what was asked for.
+  // True if another connection holds the lock.
   bool InUse() const { return in_use_; }
 
  private:
   bool in_use_;
 };
 
-// A value of a column: null, a number or a UTF-8 text.
+// A column value: null, a number or UTF-8 text.
 using LedgerValue = std::variant<std::monostate, double, std::string>;
 
-// One row after another of a prepared statement.
+// A prepared statement, read row by row.
 class SqliteStatement {
  public:
   SqliteStatement(sqlite3* database, const std::string& file, std::string_view sql);
@@ -42,7 +45,7 @@ class SqliteStatement {
   void Bind(std::span<const LedgerValue> values);  // one for each "?"
   // Returns false after the last row.
   bool Step();
-  // Makes it ready to be bound and run again.
+  // Prepares it to be bound and run again.
   void Reset();
   int Columns() const;
   std::string ColumnName(int column) const;  // columns count from 0
@@ -61,39 +64,38 @@ class SqliteStatement {
 
 inline constexpr std::string_view kInMemory = ":memory:";
 
-// One SQLite file, closed with the object. Opens regular files of up to 1 GiB only, and never runs
-// another program's triggers or views. Every call throws LedgerError.
+// One SQLite file, closed with the object. Opens only regular files of up to 1 GiB, and never runs
+// triggers or views. Every call can throw LedgerError.
 class SqliteDatabase {
  public:
   enum class Mode : std::uint8_t {
     kCreate,
-    // Creates and changes nothing, neither the file nor those next to it, so a read-only folder
-    // will do.
+    // Creates and changes nothing, not even the files next to it, so a read-only folder is enough.
     kReadOnly
   };
 
   SqliteDatabase(const std::string& file, Mode mode);
 
   void Execute(const std::string& sql);
-  // Runs one statement that returns no rows. It stays prepared for the next time: compiling the
-  // inserts of an order takes longer than running them.
+  // Runs one statement that returns no rows, and caches it: compiling the inserts of an order
+  // takes longer than running them.
   void Run(std::string_view sql, std::span<const LedgerValue> values);
   void Run(std::string_view sql, std::initializer_list<LedgerValue> values = {}) {
     Run(sql, std::span(values.begin(), values.size()));
   }
-  // The first column of a select's first row; null if there is no row.
+  // The first column of the first row; null if there is no row.
   LedgerValue FirstValue(std::string_view sql,
                          std::initializer_list<LedgerValue> values = {}) const;
   SqliteStatement Prepare(std::string_view sql) const { return {handle_.get(), file_, sql}; }
   bool ReadOnly() const;
   std::int64_t LastRow() const;
-  // The file as named to the constructor, and its canonical path.
+  // The file as passed to the constructor, and its canonical path.
   const std::string& File() const { return file_; }
   const std::string& Path() const { return path_; }
-  // Returns true if a file that was opened to be read, and that nobody was writing then, has
-  // changed. It must be opened again.
+  // Returns true if the file was opened read-only while nobody wrote it, and has changed since.
+  // It must be opened again.
   bool Outdated() const;
-  // For calls that this class doesn't wrap.
+  // For calls that this class does not wrap.
   sqlite3* Handle() const { return handle_.get(); }
 
  private:
@@ -102,16 +104,16 @@ class SqliteDatabase {
   };
 
   void Open(const std::string& name, int flags);
-  void OpenToRead();
+  void OpenReadOnly();
 
   std::string file_;
   std::string path_;
-  std::optional<FileIdentity> unchanged_;  // while it can be read without locks
+  std::optional<FileIdentity> unlocked_;  // as it was when opened without locks
   std::unique_ptr<sqlite3, Close> handle_;
-  std::map<std::string, SqliteStatement, std::less<>> prepared_;  // by their text
+  std::map<std::string, SqliteStatement, std::less<>> prepared_;  // by SQL text
 };
 
-// Rolls back at its end unless Commit was called.
+// Rolls back in the destructor unless Commit was called.
 class SqliteTransaction {
  public:
   explicit SqliteTransaction(SqliteDatabase& database);

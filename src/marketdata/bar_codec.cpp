@@ -1,6 +1,6 @@
 #include "marketdata/bar_codec.h"
 
-#include "marketdata/number_format.h"
+#include <vector>
 
 namespace velumar {
 
@@ -25,53 +25,18 @@ std::vector<T> DecodeColumn(const BarLayout& layout, BarField field, ByteView re
 constexpr float Same(float value) { return value; }
 
 std::optional<float> StoredField(const Bar& bar, BarField field) {
-  switch (field) {
-    case BarField::kDate:
-      return StoredDate(bar.date);
-    case BarField::kTime:
-      return StoredTime(bar.time);
-    case BarField::kOpen:
-      return bar.open;
-    case BarField::kHigh:
-      return bar.high;
-    case BarField::kLow:
-      return bar.low;
-    case BarField::kClose:
-      return bar.close;
-    case BarField::kVolume:
-      return bar.volume;
-    case BarField::kOpenInterest:
-      return bar.open_interest;
-  }
-  return std::nullopt;
+  if (field == BarField::kDate) return StoredDate(bar.date);
+  if (field == BarField::kTime) return StoredTime(bar.time);
+  return bar.*FloatField(field);
 }
 
 void SetField(Bar& bar, BarField field, float value) {
-  switch (field) {
-    case BarField::kDate:
-      bar.date = DateFromStored(value);
-      break;
-    case BarField::kTime:
-      bar.time = TimeFromStored(value);
-      break;
-    case BarField::kOpen:
-      bar.open = value;
-      break;
-    case BarField::kHigh:
-      bar.high = value;
-      break;
-    case BarField::kLow:
-      bar.low = value;
-      break;
-    case BarField::kClose:
-      bar.close = value;
-      break;
-    case BarField::kVolume:
-      bar.volume = value;
-      break;
-    case BarField::kOpenInterest:
-      bar.open_interest = value;
-      break;
+  if (field == BarField::kDate) {
+    bar.date = DateFromStored(value);
+  } else if (field == BarField::kTime) {
+    bar.time = TimeFromStored(value);
+  } else {
+    bar.*FloatField(field) = value;
   }
 }
 

@@ -39,7 +39,7 @@ std::optional<BarField> FieldNamed(std::string_view name) {
   return found->second;
 }
 
-// The letters of each piece of the text, upper-cased: `"Open int.",2,0` gives OPENINT alone.
+// The letters of each part of the text in upper case: `"Open int.",2,0` gives only OPENINT.
 std::vector<std::string> NamesIn(std::string_view text) {
   std::vector<std::string> names(1);
   for (const char c : text) {

@@ -7,9 +7,11 @@
 #include <span>
 #include <string_view>
 
+#include "marketdata/bar.h"
+
 namespace velumar {
 
-// The fields of a bar in the order in which the columns of a record stand.
+// The fields of a bar in the usual order of a record's columns.
 enum class BarField : std::uint8_t {
   kDate,
   kTime,
@@ -23,12 +25,20 @@ enum class BarField : std::uint8_t {
 
 inline constexpr std::size_t kBarFields = 8;
 
-// "date", "open interest": how messages name a field.
+// As messages name it: "date", "open interest".
 std::string_view BarFieldName(BarField field);
 
-// Which fields a data file holds and in which order; every column is one 32-bit number. A layout
-// without columns belongs to a security whose index record tells no usable fields: none of its
-// bars can be read or written.
+// The member of a Bar; null for date and time.
+constexpr float Bar::*FloatField(BarField field) {
+  constexpr std::array<float Bar::*, kBarFields> kMembers = {
+      nullptr,   nullptr,     &Bar::open,   &Bar::high,
+      &Bar::low, &Bar::close, &Bar::volume, &Bar::open_interest};
+  return kMembers[static_cast<std::size_t>(field)];
+}
+
+// Which fields a data file has, and in which order; every column is one 32-bit number. A layout
+// without columns belongs to a security whose index record names no usable fields: its bars can be
+// neither read nor written.
 class BarLayout {
  public:
   static constexpr int kFewestColumns = 4;
@@ -38,9 +48,9 @@ class BarLayout {
   // The bit set of index files: bit 0 date, 1 high, 2 low, 3 close, 4 volume, 5 open, 6 open
   // interest, 7 time. Without a date or with fewer than four fields: no columns.
   static BarLayout FromBits(std::uint8_t bits);
-  // What a bare number of fields, 4 to 8, stands for. Any other number: no columns.
+  // The usual fields for a number of fields, 4 to 8. Any other number: no columns.
   static BarLayout FromCount(int fields, bool intraday);
-  // Any order, as long as it begins a bar's identity somewhere (a date) and names no field twice.
+  // Any order with a date and without doubles; else no columns.
   static BarLayout FromColumns(std::span<const BarField> columns);
 
   bool Empty() const { return count_ == 0; }
@@ -58,9 +68,9 @@ class BarLayout {
   std::size_t count_ = 0;
 };
 
-// Old directories name the columns of a data file in a small text file beside it, one quoted name a
-// line, followed by numbers about their display. `layout` in the order that the text tells; the
-// layout itself where the text is no list of as many known columns.
+// Old directories name the columns of a data file in a small text file next to it, one quoted name
+// per line, followed by numbers for their display. Returns `layout` in the order of that text, or
+// unchanged if the text is not a list of as many known columns.
 BarLayout ReorderedByColumnNames(const BarLayout& layout, std::string_view text);
 
 }  // namespace velumar

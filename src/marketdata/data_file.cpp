@@ -4,30 +4,24 @@
 #include <array>
 #include <memory>
 
+#include "base/dates.h"
+#include "marketdata/metalib_error.h"
+
 namespace velumar {
 
-namespace {
-
-constexpr std::size_t kCountsSize = 4;
-constexpr std::size_t kRecordsOffset = 2;
-
-int MinutesOfDay(std::int32_t time) { return time / 10000 * 60 + time / 100 % 100; }
-
-}  // namespace
-
-int SoundBars(int told_records, std::int64_t file_size, std::size_t record_size) {
+int UsableBarCount(int counted_records, std::int64_t file_size, std::size_t record_size) {
   if (record_size == 0) return 0;
   const std::int64_t whole = file_size / static_cast<std::int64_t>(record_size) - 1;
   return static_cast<int>(
-      std::clamp<std::int64_t>(told_records - 1, 0, std::max<std::int64_t>(whole, 0)));
+      std::clamp<std::int64_t>(counted_records - 1, 0, std::max<std::int64_t>(whole, 0)));
 }
 
 DataFile::DataFile(const std::filesystem::path& path, const BarLayout& layout)
-    : file_(path, RawFile::Mode::kRead), layout_(layout) {
+    : file_(path, RawFile::Mode::kRead, ThrowMarketFileError), layout_(layout) {
   std::array<std::byte, kCountsSize> counts{};
   if (file_.ReadAt(0, counts) < counts.size()) return;
-  bars_ =
-      SoundBars(LoadAt<std::uint16_t>(counts, kRecordsOffset), file_.Size(), layout_.RecordSize());
+  bars_ = UsableBarCount(LoadAt<std::uint16_t>(counts, kRecordsOffset), file_.Size(),
+                         layout_.RecordSize());
 }
 
 Bar DataFile::BarAt(int index) const {
@@ -52,10 +46,16 @@ int SmallestGap(const BarArrays& bars) {
   int smallest = 0;
   for (std::size_t i = 1; i < bars.dates.size(); ++i) {
     if (bars.dates[i] != bars.dates[i - 1]) continue;
-    const int gap = MinutesOfDay(bars.times[i]) - MinutesOfDay(bars.times[i - 1]);
+    const int gap = MinuteOfDay(bars.times[i]) - MinuteOfDay(bars.times[i - 1]);
     if (gap > 0 && (smallest == 0 || gap < smallest)) smallest = gap;
   }
   return smallest;
+}
+
+FileReplacement ReplacementOf(const std::filesystem::path& target) {
+  std::filesystem::path draft = target;
+  draft += ".new";
+  return {target, draft, FileAccess::kUsual, ThrowMarketFileError};
 }
 
 }  // namespace velumar

@@ -3,23 +3,25 @@
 #include <cstdint>
 #include <filesystem>
 
+#include "base/whole_file.h"
 #include "marketdata/bar_codec.h"
-#include "marketdata/raw_file.h"
 
 namespace velumar {
 
-// A data file is a header of one record's size and the bars, oldest first. The header holds two
-// 16-bit counts: the most records allowed (0: no limit) and the records there are, where the header
-// counts as the first.
+// A data file is a header of one record's size, followed by the bars, oldest first. The header has
+// two 16-bit counts: the maximum number of records (0: no limit) and their number, the header
+// included.
+inline constexpr std::size_t kCountsSize = 4;
+inline constexpr std::size_t kRecordsOffset = 2;
 inline constexpr int kMostBars = 65534;
 
-// The bars that can be believed: those that the count tells and the file holds whole.
-int SoundBars(int told_records, std::int64_t file_size, std::size_t record_size);
+// The number of bars that are counted in the header and complete in the file.
+int UsableBarCount(int counted_records, std::int64_t file_size, std::size_t record_size);
 
 // Reads one data file.
 class DataFile {
  public:
-  // Throws MetaLibError (kReadFailed). A layout without columns makes a file without bars.
+  // Throws MetaLibError (kReadFailed). With a layout without columns there are no bars.
   DataFile(const std::filesystem::path& path, const BarLayout& layout);
 
   int Bars() const { return bars_; }
@@ -32,7 +34,11 @@ class DataFile {
   int bars_ = 0;
 };
 
-// The smallest gap in minutes between two bars of one day; 0 where no day has two bars.
+// The smallest gap in minutes between two bars of one day; 0 if no day has two bars.
 int SmallestGap(const BarArrays& bars);
+
+// Replaces a file of a directory that is held by its writer, by way of "F12.DAT.new". Throws
+// MetaLibError.
+FileReplacement ReplacementOf(const std::filesystem::path& target);
 
 }  // namespace velumar

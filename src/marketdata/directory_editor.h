@@ -10,7 +10,7 @@ namespace velumar {
 
 class IndexCache;
 
-// A whole security as an import brings it. `interval` is -1 for a daily series, else minutes.
+// A security to be imported. `interval` is -1 for a daily series, else minutes.
 struct NewSecurity {
   std::string symbol;  // UTF-8, at most 14 bytes as Latin-1
   std::string name;    // UTF-8, cut to what the index files hold
@@ -18,10 +18,11 @@ struct NewSecurity {
 };
 
 // Adds the security with its bars, or replaces the one of the same symbol and interval, whole or
-// not at all: throws MetaLibError and leaves the directory as it was. A missing directory or index
-// is made. Bars are sorted and without doubles. A daily series gets seven fields, an intraday one
-// eight; a stored series of fewer fields is widened. All eight values of every bar read back as the
-// same 32-bit floats, or the bar that can't be stored is named and nothing is written.
+// not at all: throws MetaLibError and leaves the directory as it was. Creates a missing directory
+// or index, and sorts the bars, keeping of equal timestamps the last. A daily series gets seven
+// fields, an intraday one eight; a stored series of fewer fields is widened. All values of every
+// bar read back as the same 32-bit floats; otherwise the bar that cannot be stored is named and
+// nothing is written. Everything is on the disk on return.
 void StoreSecurity(std::string_view directory, const NewSecurity& security,
                    const std::vector<Bar>& bars, IndexCache& cache);
 

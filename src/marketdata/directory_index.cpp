@@ -1,16 +1,42 @@
 #include "marketdata/directory_index.h"
 
-#include <string>
+#include <algorithm>
+#include <system_error>
 #include <utility>
+
+#include "base/paths.h"
+#include "base/text.h"
+#include "marketdata/metalib_error.h"
 
 namespace velumar {
 
 namespace {
 
+constexpr std::size_t kExtensionSize = 4;
+
+bool IsMarketDataName(std::string_view upper_name) {
+  if (upper_name.ends_with("MASTER")) return true;
+  if (upper_name.size() <= kExtensionSize || upper_name[0] != 'F') return false;
+  const auto extension = upper_name.substr(upper_name.size() - kExtensionSize);
+  return extension == ".DAT" || extension == ".MWD" || extension == ".DOP";
+}
+
+bool IsRegular(const std::filesystem::directory_entry& entry) {
+  std::error_code unreadable;
+  return entry.is_regular_file(unreadable) && !unreadable;
+}
+
+bool IsLower(char c) { return c >= 'a' && c <= 'z'; }
+
+[[noreturn]] void ThrowNoDirectory(const std::filesystem::path& directory, std::error_code error) {
+  throw MetaLibError(MetaLibError::kNoData, "There is no market data in \"" + PathText(directory) +
+                                                "\": " + error.message());
+}
+
 constexpr std::size_t kLongestColumnFile = 4096;
 
 std::string ReadText(const std::filesystem::path& path) {
-  const RawFile file(path, RawFile::Mode::kRead);
+  const RawFile file(path, RawFile::Mode::kRead, ThrowMarketFileError);
   std::string text(kLongestColumnFile, '\0');
   text.resize(file.ReadAt(0, std::as_writable_bytes(std::span(text))));
   return text;
@@ -18,14 +44,44 @@ std::string ReadText(const std::filesystem::path& path) {
 
 std::string ColumnsFileName(int file_number) { return "F" + std::to_string(file_number) + ".DOP"; }
 
-// MASTER's numbers hold where it tells any; the longer name wins.
-void MergeTwin(IndexRecord& told, IndexRecord twin) {
-  if (told.layout.Empty()) told.layout = twin.layout;
-  if (told.minutes == 0) told.minutes = twin.minutes;
-  if (twin.name.size() > told.name.size()) told.name = std::move(twin.name);
+// MASTER's numbers count, and the longer name.
+void MergeTwin(IndexRecord& record, IndexRecord twin) {
+  if (record.layout.Empty()) record.layout = twin.layout;
+  if (record.minutes == 0) record.minutes = twin.minutes;
+  if (twin.name.size() > record.name.size()) record.name = std::move(twin.name);
 }
 
 }  // namespace
+
+DirectoryListing DirectoryListing::Read(const std::filesystem::path& directory) {
+  DirectoryListing listing;
+  std::error_code error;
+  std::filesystem::directory_iterator at(directory, error);
+  for (; !error && at != std::filesystem::directory_iterator(); at.increment(error)) {
+    const std::string name = PathText(at->path().filename());
+    const std::string upper = UpperCased(name);
+    if (!IsMarketDataName(upper) || !IsRegular(*at)) continue;
+    const auto [entry, is_new] = listing.names_.try_emplace(upper, name);
+    if (!is_new && name < entry->second) entry->second = name;
+    if (listing.sample_.empty() || name < listing.sample_) listing.sample_ = name;
+  }
+  if (error) ThrowNoDirectory(directory, error);
+  return listing;
+}
+
+std::string_view DirectoryListing::Find(std::string_view upper_name) const {
+  const auto found = names_.find(upper_name);
+  return found == names_.end() ? std::string_view() : found->second;
+}
+
+std::string DirectoryListing::Styled(std::string_view upper_name) const {
+  std::string styled(upper_name);
+  if (std::ranges::none_of(sample_, IsLower)) return styled;
+  for (std::size_t i = IsLower(sample_.front()) ? 0 : 1; i < styled.size(); ++i) {
+    if (styled[i] >= 'A' && styled[i] <= 'Z') styled[i] = static_cast<char>(styled[i] - 'A' + 'a');
+  }
+  return styled;
+}
 
 DirectoryIndex::DirectoryIndex(std::filesystem::path path, DirectoryListing files)
     : path_(std::move(path)) {
@@ -55,21 +111,21 @@ void DirectoryIndex::Add(IndexKind kind, ByteView file) {
   by_symbol_.clear();
 }
 
-void DirectoryIndex::AddRecord(IndexKind kind, std::int64_t offset, IndexRecord told) {
+void DirectoryIndex::AddRecord(IndexKind kind, std::int64_t offset, IndexRecord record) {
   const auto slot = static_cast<std::size_t>(kind);
   IndexedSecurity* const twin =
-      kind == IndexKind::kEmaster ? TwinInMaster(told.file_number) : nullptr;
+      kind == IndexKind::kEmaster ? TwinInMaster(record.file_number) : nullptr;
   if (twin != nullptr) {
     twin->offsets[slot] = offset;
-    MergeTwin(twin->told, std::move(told));
+    MergeTwin(twin->record, std::move(record));
     return;
   }
   IndexedSecurity& added = securities_.emplace_back();
-  added.told = std::move(told);
+  added.record = std::move(record);
   added.listed_in = kind;
   added.offsets[slot] = offset;
   if (kind != IndexKind::kMaster) return;
-  std::int32_t& place = by_master_number_[static_cast<std::size_t>(added.told.file_number)];
+  std::int32_t& place = by_master_number_[static_cast<std::size_t>(added.record.file_number)];
   if (place == 0) place = static_cast<std::int32_t>(securities_.size());
 }
 
@@ -81,7 +137,7 @@ IndexedSecurity* DirectoryIndex::TwinInMaster(int file_number) {
 std::span<const std::uint32_t> DirectoryIndex::PlacesOf(std::string_view symbol) {
   if (by_symbol_.empty()) {
     for (std::uint32_t place = 0; place < securities_.size(); ++place) {
-      by_symbol_[securities_[place].told.symbol].push_back(place);
+      by_symbol_[securities_[place].record.symbol].push_back(place);
     }
   }
   const auto found = by_symbol_.find(symbol);
@@ -92,19 +148,19 @@ std::span<const std::uint32_t> DirectoryIndex::PlacesOf(std::string_view symbol)
 bool DirectoryIndex::Knows(std::string_view symbol) { return !PlacesOf(symbol).empty(); }
 
 IndexedSecurity* DirectoryIndex::FindSeries(std::string_view symbol, int interval) {
-  IndexedSecurity* untold = nullptr;
+  IndexedSecurity* unknown = nullptr;
   for (const std::uint32_t place : PlacesOf(symbol)) {
     IndexedSecurity& security = securities_[place];
     const int found = IntervalOf(security);
     if (found == interval) return &security;
-    if (found == 0 && untold == nullptr) untold = &security;
+    if (found == 0 && unknown == nullptr) unknown = &security;
   }
-  return interval > 0 ? untold : nullptr;
+  return interval > 0 ? unknown : nullptr;
 }
 
 int DirectoryIndex::IntervalOf(IndexedSecurity& security) const {
   if (!security.IsIntraday()) return -1;
-  if (security.told.minutes != 0) return security.told.minutes;
+  if (security.record.minutes != 0) return security.record.minutes;
   const auto path = DataPath(security);
   const auto stamp = path ? StampOf(*path) : std::nullopt;
   if (!stamp) return 0;
@@ -123,25 +179,26 @@ std::optional<std::filesystem::path> DirectoryIndex::PathOf(std::string_view upp
 
 std::optional<std::filesystem::path> DirectoryIndex::DataPath(
     const IndexedSecurity& security) const {
-  return PathOf(DataFileName(security.listed_in, security.told.file_number));
+  return PathOf(DataFileName(security.listed_in, security.record.file_number));
 }
 
 std::optional<std::filesystem::path> DirectoryIndex::ColumnsPath(
     const IndexedSecurity& security) const {
-  return PathOf(ColumnsFileName(security.told.file_number));
+  return PathOf(ColumnsFileName(security.record.file_number));
 }
 
 BarLayout DirectoryIndex::LayoutOf(const IndexedSecurity& security) const {
   const auto columns = ColumnsPath(security);
-  if (!columns) return security.told.layout;
-  return ReorderedByColumnNames(security.told.layout, ReadText(*columns));
+  if (!columns) return security.record.layout;
+  return ReorderedByColumnNames(security.record.layout, ReadText(*columns));
 }
 
 bool DirectoryIndex::HasFilesOf(IndexKind listed_in, int file_number) const {
   return PathOf(DataFileName(listed_in, file_number)) || PathOf(ColumnsFileName(file_number));
 }
 
-std::filesystem::path DirectoryIndex::DataPathToBe(IndexKind listed_in, int file_number) const {
+std::filesystem::path DirectoryIndex::DataPathForWriting(IndexKind listed_in,
+                                                         int file_number) const {
   const std::string name = DataFileName(listed_in, file_number);
   return PathOf(name).value_or(path_ / files_.Styled(name));
 }

@@ -4,13 +4,16 @@
 #include <optional>
 #include <string_view>
 
-#include "marketdata/raw_file.h"
+#include "base/raw_file.h"
 
 namespace velumar {
 
-// Holds a directory for one writer: an advisory lock on a small file in it. The system frees the
-// lock when the object or its process dies, however that happens; the file stays and means nothing
-// by itself. Readers and the chart program never look at it.
+// Holds a directory for one writer, with a lock on a small file in it. The system releases the lock
+// when the object or its process ends, however that happens; the file stays, and means nothing by
+// itself. Readers and the chart program ignore it.
+//
+// It is not QLockFile, which works with process numbers, so a crashed writer on another machine or
+// a reused number would keep the directory in use.
 class DirectoryLock {
  public:
   static constexpr std::string_view kFileName = ".velumar.lock";

@@ -3,14 +3,14 @@
 
 #include "base/windows_text.h"
 #include "marketdata/directory_lock.h"
-#include "marketdata/file_error.h"
+#include "marketdata/metalib_error.h"
 
 namespace velumar {
 
 namespace {
 
-// Locks keep others from the bytes themselves here, so the byte lies far after the end of the
-// file, so that the folder can still be copied.
+// A lock keeps others from reading the locked bytes, so it is on one far after the end of the file:
+// the folder can still be copied.
 bool LockByte(const RawFile& file, DWORD kind) {
   OVERLAPPED place{};
   place.OffsetHigh = 0x40000000;
@@ -26,12 +26,13 @@ std::optional<DirectoryLock> DirectoryLock::TryHold(const std::filesystem::path&
                                                     std::string_view file_name) {
   constexpr int kTries = 10;
   constexpr DWORD kBetweenTriesMs = 2;
-  RawFile file = RawFile::OpenUnlinked(directory / file_name, RawFile::Mode::kCreate);
-  // IsHeld of another process holds it for a moment.
+  RawFile file =
+      RawFile::OpenUnlinked(directory / file_name, RawFile::Mode::kCreate, ThrowMarketFileError);
+  // IsHeld in another process takes the lock for a moment.
   for (int tries = 0; tries < kTries; ++tries) {
     if (LockByte(file, LOCKFILE_EXCLUSIVE_LOCK)) return DirectoryLock(std::move(file));
     const DWORD code = ::GetLastError();
-    if (!HeldByAnother(code)) ThrowWriteFailed(file.Path(), ErrorNumber(code));
+    if (!HeldByAnother(code)) ThrowMarketFileError(file.Path(), kCantWrite, ErrorNumber(code));
     ::Sleep(kBetweenTriesMs);
   }
   return std::nullopt;
@@ -39,11 +40,11 @@ std::optional<DirectoryLock> DirectoryLock::TryHold(const std::filesystem::path&
 
 bool DirectoryLock::IsHeld(const std::filesystem::path& directory) {
   if (!StampOf(directory / kFileName)) return false;
-  const RawFile file(directory / kFileName, RawFile::Mode::kRead);
+  const RawFile file(directory / kFileName, RawFile::Mode::kRead, ThrowMarketFileError);
   constexpr DWORD kShared = 0;
   if (LockByte(file, kShared)) return false;
   const DWORD code = ::GetLastError();
-  if (!HeldByAnother(code)) ThrowReadFailed(file.Path(), ErrorNumber(code));
+  if (!HeldByAnother(code)) ThrowMarketFileError(file.Path(), kCantRead, ErrorNumber(code));
   return true;
 }
 

@@ -5,7 +5,7 @@
 
 #include "base/paths.h"
 #include "marketdata/index_entries.h"
-#include "marketdata/index_image.h"
+#include "marketdata/index_file.h"
 #include "marketdata/metalib_error.h"
 
 namespace velumar {
@@ -14,7 +14,6 @@ namespace {
 
 constexpr std::size_t kMostDirectories = 8;
 
-// A missing file has a stamp of its own, as good as any.
 FileStamp StampOrNone(const std::filesystem::path& path) {
   return path.empty() ? FileStamp() : StampOf(path).value_or(FileStamp());
 }
@@ -28,10 +27,18 @@ bool HasIndexFile(const DirectoryIndex& index) {
                              [&](IndexKind kind) { return !index.IndexPath(kind).empty(); });
 }
 
+// Writes the bytes that differ, from the first to the last.
+void WriteDifference(RawFile& file, std::int64_t offset, ByteView before, ByteView after) {
+  const auto first = std::ranges::mismatch(before, after).in1 - before.begin();
+  const auto last =
+      std::mismatch(before.rbegin(), before.rend(), after.rbegin()).first.base() - before.begin();
+  file.WriteAt(offset + first, after.subspan(static_cast<std::size_t>(first),
+                                             static_cast<std::size_t>(last - first)));
+}
+
 [[noreturn]] void ThrowNoIndex(const std::filesystem::path& directory) {
-  throw MetaLibError(MetaLibError::kNoData,
-                     "There is no market data in \"" + PathText(directory) +
-                         "\": none of the files MASTER, EMASTER and XMASTER is there");
+  throw MetaLibError(MetaLibError::kNoData, "There is no market data in \"" + PathText(directory) +
+                                                "\": it has no file MASTER, EMASTER or XMASTER");
 }
 
 }  // namespace
@@ -73,6 +80,26 @@ std::shared_ptr<DirectoryIndex> IndexCache::Entries::Load(std::string_view direc
   std::ranges::transform(stamps, entry.files.begin(), KeptIfSettled);
   entry.index = std::move(index);
   return entry.index;
+}
+
+void IndexCache::Entries::UpdateRecords(const DirectoryIndex& index,
+                                        const IndexedSecurity& security,
+                                        const std::function<void(IndexKind, ByteSpan)>& change) {
+  for (const IndexKind kind : kIndexKinds) {
+    const std::int64_t offset = security.offsets[static_cast<std::size_t>(kind)];
+    if (offset == IndexedSecurity::kNotListed) continue;
+    RawFile file(index.IndexPath(kind), RawFile::Mode::kChange, ThrowMarketFileError);
+    std::vector<std::byte> before(IndexRecordSize(kind));
+    if (file.ReadAt(offset, before) < before.size()) continue;
+    if (FileNumberOf(kind, before) != security.record.file_number) continue;
+    std::vector<std::byte> after = before;
+    change(kind, after);
+    if (before == after) continue;
+    const FileStamp old_stamp = file.Stamp();
+    WriteDifference(file, offset, before, after);
+    file.StampNow();
+    NoteOwnChange(index, kind, old_stamp, file.Stamp());
+  }
 }
 
 void IndexCache::Entries::NoteOwnChange(const DirectoryIndex& index, IndexKind kind,

@@ -4,9 +4,8 @@
 
 namespace velumar {
 
-// What was read of the index files of the directories in use, kept between the short-lived readers
-// and writers. An entry holds as long as inode, size and time of the files do. main builds one and
-// hands it on.
+// Keeps the index files of the directories in use between the short-lived readers and writers, each
+// as long as the file's inode, size and time stay the same. main creates one and passes it on.
 class IndexCache {
  public:
   IndexCache();
@@ -14,8 +13,8 @@ class IndexCache {
   IndexCache(const IndexCache&) = delete;
   IndexCache& operator=(const IndexCache&) = delete;
 
-  struct Entries;
-  Entries& Kept() { return *entries_; }  // for this folder only
+  class Entries;
+  Entries& Kept() { return *entries_; }  // only for this folder
 
  private:
   std::unique_ptr<Entries> entries_;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -12,20 +13,21 @@
 
 namespace velumar {
 
-// What stands in an IndexCache.
-struct IndexCache::Entries {
+// The contents of an IndexCache.
+class IndexCache::Entries {
  public:
-  // The index of a directory, read anew as far as files have changed since it was kept. Throws
-  // MetaLibError: kNoData where there is no directory or no index file in it.
+  // The index of a directory; files that changed since the last call are read again. Throws
+  // MetaLibError: kNoData if there is no directory or no index file in it.
   std::shared_ptr<DirectoryIndex> Load(std::string_view directory);
 
-  // An index file of `index` was changed by ourselves, from the stamp `before`, in a way that
-  // `index` already tells: it need not be read again.
-  void NoteOwnChange(const DirectoryIndex& index, IndexKind kind, const FileStamp& before,
-                     const FileStamp& after);
+  // Changes the records of `security` in all index files that list it, so that `index` need not be
+  // read again. `change` gets the bytes of one record; only what it changes is written. A record
+  // that another program has given to another security stays as it is.
+  void UpdateRecords(const DirectoryIndex& index, const IndexedSecurity& security,
+                     const std::function<void(IndexKind, ByteSpan)>& change);
 
  private:
-  // Unset: nothing that could be trusted without another look.
+  // Unset if the file must be read again.
   using KeptStamp = std::optional<FileStamp>;
 
   struct Entry {
@@ -35,6 +37,8 @@ struct IndexCache::Entries {
   };
 
   Entry& EntryOf(const std::filesystem::path& directory);
+  void NoteOwnChange(const DirectoryIndex& index, IndexKind kind, const FileStamp& before,
+                     const FileStamp& after);
 
   std::vector<Entry> entries_;
 };

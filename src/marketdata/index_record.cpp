@@ -3,25 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "marketdata/number_format.h"
 #include "marketdata/stored_text.h"
 
 namespace velumar {
 
 namespace {
-
-// Where things stand in a record. A long name, where there is one, wins over the short one.
-struct RecordPlaces {
-  std::size_t size;
-  std::size_t symbol, symbol_size;
-  std::size_t name, name_size;
-  std::size_t time_frame, minutes;
-  char padding;
-};
-
-constexpr RecordPlaces kMasterPlaces = {53, 36, 14, 7, 16, 33, 34, ' '};
-constexpr RecordPlaces kEmasterPlaces = {192, 11, 14, 32, 16, 60, 62, '\0'};
-constexpr RecordPlaces kXmasterPlaces = {150, 1, 15, 16, 46, 62, 63, '\0'};
 
 namespace master {
 constexpr std::size_t kNumber = 0, kFileType = 1, kRecordSize = 3, kFields = 4, kFirstDate = 25,
@@ -48,18 +34,6 @@ constexpr std::array kHeaderMark = {std::byte{0x5D}, std::byte{0xFE}, std::byte{
 constexpr int kFieldsWithoutBits = 7;
 constexpr std::int32_t kCentury = 1000000;
 
-const RecordPlaces& PlacesOf(IndexKind kind) {
-  switch (kind) {
-    case IndexKind::kMaster:
-      return kMasterPlaces;
-    case IndexKind::kEmaster:
-      return kEmasterPlaces;
-    case IndexKind::kXmaster:
-      break;
-  }
-  return kXmasterPlaces;
-}
-
 int ByteAt(ByteView record, std::size_t offset) { return std::to_integer<int>(record[offset]); }
 
 std::string TextAt(ByteView record, std::size_t offset, std::size_t size) {
@@ -85,37 +59,31 @@ void SetMbfDate(ByteSpan record, std::size_t offset, std::int32_t date) {
   StoreAt<std::uint32_t>(record, offset, word);
 }
 
-BarLayout MasterLayout(ByteView record, bool intraday) {
-  const BarLayout layout = BarLayout::FromCount(ByteAt(record, master::kFields), intraday);
-  if (!layout.Empty()) return layout;
-  return BarLayout::FromCount(ByteAt(record, master::kRecordSize) / 4, intraday);
+std::uint8_t BitsAt(ByteView record, std::size_t offset) {
+  return std::to_integer<std::uint8_t>(record[offset]);
 }
 
-BarLayout EmasterLayout(ByteView record, bool intraday) {
-  const auto bits = std::to_integer<std::uint8_t>(record[emaster::kBits]);
-  const BarLayout layout = BarLayout::FromBits(bits);
-  if (!layout.Empty()) return layout;
-  return BarLayout::FromCount(ByteAt(record, emaster::kFields), intraday);
+BarLayout FirstUsable(const BarLayout& layout, const BarLayout& otherwise) {
+  return layout.Empty() ? otherwise : layout;
 }
 
-BarLayout XmasterLayout(ByteView record, bool intraday) {
-  const auto bits = std::to_integer<std::uint8_t>(record[xmaster::kBits]);
-  const BarLayout layout = BarLayout::FromBits(bits);
-  return layout.Empty() ? BarLayout::FromCount(kFieldsWithoutBits, intraday) : layout;
+void ReadMaster(ByteView record, IndexRecord& read) {
+  const bool intraday = read.IsIntraday();
+  read.layout =
+      FirstUsable(BarLayout::FromCount(ByteAt(record, master::kFields), intraday),
+                  BarLayout::FromCount(ByteAt(record, master::kRecordSize) / 4, intraday));
+  read.first_date = DateFromStored(MbfAt(record, master::kFirstDate));
+  read.last_date = DateFromStored(MbfAt(record, master::kLastDate));
 }
 
-void ReadMaster(ByteView record, IndexRecord& told) {
-  told.layout = MasterLayout(record, told.IsIntraday());
-  told.first_date = DateFromStored(MbfAt(record, master::kFirstDate));
-  told.last_date = DateFromStored(MbfAt(record, master::kLastDate));
-}
-
-void ReadEmaster(ByteView record, IndexRecord& told) {
-  told.layout = EmasterLayout(record, told.IsIntraday());
-  told.first_date = DateFromStored(LoadAt<float>(record, emaster::kFirstDate));
-  told.last_date = DateFromStored(LoadAt<float>(record, emaster::kLastDate));
+void ReadEmaster(ByteView record, IndexRecord& read) {
+  read.layout =
+      FirstUsable(BarLayout::FromBits(BitsAt(record, emaster::kBits)),
+                  BarLayout::FromCount(ByteAt(record, emaster::kFields), read.IsIntraday()));
+  read.first_date = DateFromStored(LoadAt<float>(record, emaster::kFirstDate));
+  read.last_date = DateFromStored(LoadAt<float>(record, emaster::kLastDate));
   std::string long_name = TextAt(record, emaster::kLongName, emaster::kLongNameSize);
-  if (!long_name.empty()) told.name = std::move(long_name);
+  if (!long_name.empty()) read.name = std::move(long_name);
 }
 
 std::int32_t WholeDateAt(ByteView record, std::size_t offset) {
@@ -123,11 +91,17 @@ std::int32_t WholeDateAt(ByteView record, std::size_t offset) {
   return StoredDate(date) ? date : 0;
 }
 
-void ReadXmaster(ByteView record, IndexRecord& told) {
-  told.layout = XmasterLayout(record, told.IsIntraday());
-  told.first_date = WholeDateAt(record, xmaster::kFirstDate);
-  told.last_date = WholeDateAt(record, xmaster::kLastDate);
-  if (told.last_date == 0) told.last_date = WholeDateAt(record, xmaster::kEarlyLastDate);
+void ReadXmaster(ByteView record, IndexRecord& read) {
+  read.layout = FirstUsable(BarLayout::FromBits(BitsAt(record, xmaster::kBits)),
+                            BarLayout::FromCount(kFieldsWithoutBits, read.IsIntraday()));
+  read.first_date = WholeDateAt(record, xmaster::kFirstDate);
+  read.last_date = WholeDateAt(record, xmaster::kLastDate);
+  if (read.last_date == 0) read.last_date = WholeDateAt(record, xmaster::kEarlyLastDate);
+}
+
+void SetMasterEnds(ByteSpan record, const SeriesEnds& ends) {
+  SetMbfDate(record, master::kFirstDate, ends.first_date);
+  SetMbfDate(record, master::kLastDate, ends.last_date);
 }
 
 void SetEmasterEnds(ByteSpan record, const SeriesEnds& ends) {
@@ -149,7 +123,7 @@ void SetXmasterEnds(ByteSpan record, const SeriesEnds& ends) {
   const auto set = [&](std::size_t offset, std::int32_t value) {
     StoreAt<std::int32_t>(record, offset, value);
   };
-  // Some files keep the date of collection there, which is none of our business.
+  // Some files keep the date of collection there.
   if (at(xmaster::kCollectionDate) == at(xmaster::kFirstDate)) {
     set(xmaster::kCollectionDate, ends.first_date);
   }
@@ -160,47 +134,59 @@ void SetXmasterEnds(ByteSpan record, const SeriesEnds& ends) {
   set(xmaster::kLastTime, ends.last_time);
 }
 
-void SetMasterIdentity(ByteSpan record, const IndexRecord& told) {
-  record[master::kNumber] = static_cast<std::byte>(told.file_number);
-  record[master::kRecordSize] = static_cast<std::byte>(told.layout.RecordSize());
-  record[master::kFields] = static_cast<std::byte>(told.layout.Columns());
+void SetMasterIdentity(ByteSpan record, const IndexRecord& security) {
+  record[master::kNumber] = static_cast<std::byte>(security.file_number);
+  record[master::kRecordSize] = static_cast<std::byte>(security.layout.RecordSize());
+  record[master::kFields] = static_cast<std::byte>(security.layout.Columns());
 }
 
-void SetEmasterIdentity(ByteSpan record, const IndexRecord& told) {
-  record[emaster::kNumber] = static_cast<std::byte>(told.file_number);
-  record[emaster::kFields] = static_cast<std::byte>(told.layout.Columns());
-  record[emaster::kBits] = static_cast<std::byte>(told.layout.Bits());
+void SetEmasterIdentity(ByteSpan record, const IndexRecord& security) {
+  record[emaster::kNumber] = static_cast<std::byte>(security.file_number);
+  record[emaster::kFields] = static_cast<std::byte>(security.layout.Columns());
+  record[emaster::kBits] = static_cast<std::byte>(security.layout.Bits());
 }
 
-void SetXmasterIdentity(ByteSpan record, const IndexRecord& told) {
-  StoreAt<std::uint16_t>(record, xmaster::kNumber, static_cast<std::uint16_t>(told.file_number));
-  record[xmaster::kBits] = static_cast<std::byte>(told.layout.Bits());
+void SetXmasterIdentity(ByteSpan record, const IndexRecord& security) {
+  StoreAt<std::uint16_t>(record, xmaster::kNumber,
+                         static_cast<std::uint16_t>(security.file_number));
+  record[xmaster::kBits] = static_cast<std::byte>(security.layout.Bits());
 }
+
+// What the three kinds differ in. A long name, where there is one, replaces the short one.
+struct IndexFormat {
+  std::string_view file_name;
+  std::size_t size;
+  std::size_t symbol, symbol_size;
+  std::size_t name, name_size;
+  std::size_t time_frame, minutes;
+  char padding;
+  void (*read)(ByteView record, IndexRecord& read);
+  void (*set_ends)(ByteSpan record, const SeriesEnds& ends);
+  void (*set_identity)(ByteSpan record, const IndexRecord& security);
+};
+
+constexpr std::array<IndexFormat, 3> kFormats = {{
+    {"MASTER", 53, 36, 14, 7, 16, 33, 34, ' ', ReadMaster, SetMasterEnds, SetMasterIdentity},
+    {"EMASTER", 192, 11, 14, 32, 16, 60, 62, '\0', ReadEmaster, SetEmasterEnds, SetEmasterIdentity},
+    {"XMASTER", 150, 1, 15, 16, 46, 62, 63, '\0', ReadXmaster, SetXmasterEnds, SetXmasterIdentity},
+}};
+
+const IndexFormat& FormatOf(IndexKind kind) { return kFormats[static_cast<std::size_t>(kind)]; }
 
 void SetName(IndexKind kind, ByteSpan record, const std::string& name) {
-  const RecordPlaces& places = PlacesOf(kind);
-  SetTextAt(record, places.name, places.name_size, name, places.padding);
+  const IndexFormat& format = FormatOf(kind);
+  SetTextAt(record, format.name, format.name_size, name, format.padding);
   if (kind == IndexKind::kEmaster) {
-    const bool is_long = TextForFile(name).size() > places.name_size;
+    const bool is_long = TextForFile(name).size() > format.name_size;
     SetTextAt(record, emaster::kLongName, emaster::kLongNameSize, is_long ? name : "", '\0');
   }
 }
 
 }  // namespace
 
-std::string_view IndexFileName(IndexKind kind) {
-  switch (kind) {
-    case IndexKind::kMaster:
-      return "MASTER";
-    case IndexKind::kEmaster:
-      return "EMASTER";
-    case IndexKind::kXmaster:
-      break;
-  }
-  return "XMASTER";
-}
+std::string_view IndexFileName(IndexKind kind) { return FormatOf(kind).file_name; }
 
-std::size_t IndexRecordSize(IndexKind kind) { return PlacesOf(kind).size; }
+std::size_t IndexRecordSize(IndexKind kind) { return FormatOf(kind).size; }
 
 std::string DataFileName(IndexKind kind, int file_number) {
   return "F" + std::to_string(file_number) + (kind == IndexKind::kXmaster ? ".MWD" : ".DAT");
@@ -209,51 +195,31 @@ std::string DataFileName(IndexKind kind, int file_number) {
 std::size_t IndexRecordCount(IndexKind kind, ByteView file) {
   const std::size_t size = IndexRecordSize(kind);
   if (file.size() < size) return 0;
-  const std::size_t told =
+  const std::size_t count =
       LoadAt<std::uint16_t>(file, kind == IndexKind::kXmaster ? xmaster::kCount : 0);
-  return std::min(told, file.size() / size - 1);
+  return std::min(count, file.size() / size - 1);
 }
 
 int FileNumberOf(IndexKind kind, ByteView record) {
-  switch (kind) {
-    case IndexKind::kMaster:
-      return ByteAt(record, master::kNumber);
-    case IndexKind::kEmaster:
-      return ByteAt(record, emaster::kNumber);
-    case IndexKind::kXmaster:
-      break;
-  }
-  return LoadAt<std::uint16_t>(record, xmaster::kNumber);
+  if (kind == IndexKind::kXmaster) return LoadAt<std::uint16_t>(record, xmaster::kNumber);
+  return ByteAt(record, kind == IndexKind::kMaster ? master::kNumber : emaster::kNumber);
 }
 
 IndexRecord ReadIndexRecord(IndexKind kind, ByteView record) {
-  const RecordPlaces& places = PlacesOf(kind);
-  IndexRecord told;
-  told.symbol = TextAt(record, places.symbol, places.symbol_size);
-  told.name = TextAt(record, places.name, places.name_size);
-  told.file_number = FileNumberOf(kind, record);
-  told.time_frame = static_cast<char>(record[places.time_frame]);
-  told.minutes = LoadAt<std::uint16_t>(record, places.minutes);
-  if (kind == IndexKind::kMaster) ReadMaster(record, told);
-  if (kind == IndexKind::kEmaster) ReadEmaster(record, told);
-  if (kind == IndexKind::kXmaster) ReadXmaster(record, told);
-  if (told.last_date != 0 && told.first_date > told.last_date) told.first_date -= kCentury;
-  return told;
+  const IndexFormat& format = FormatOf(kind);
+  IndexRecord read;
+  read.symbol = TextAt(record, format.symbol, format.symbol_size);
+  read.name = TextAt(record, format.name, format.name_size);
+  read.file_number = FileNumberOf(kind, record);
+  read.time_frame = static_cast<char>(record[format.time_frame]);
+  read.minutes = LoadAt<std::uint16_t>(record, format.minutes);
+  format.read(record, read);
+  if (read.last_date != 0 && read.first_date > read.last_date) read.first_date -= kCentury;
+  return read;
 }
 
 void SetIndexEnds(IndexKind kind, ByteSpan record, const SeriesEnds& ends) {
-  switch (kind) {
-    case IndexKind::kMaster:
-      SetMbfDate(record, master::kFirstDate, ends.first_date);
-      SetMbfDate(record, master::kLastDate, ends.last_date);
-      break;
-    case IndexKind::kEmaster:
-      SetEmasterEnds(record, ends);
-      break;
-    case IndexKind::kXmaster:
-      SetXmasterEnds(record, ends);
-      break;
-  }
+  FormatOf(kind).set_ends(record, ends);
 }
 
 void ClearIndexDates(IndexKind kind, ByteSpan record) {
@@ -263,19 +229,17 @@ void ClearIndexDates(IndexKind kind, ByteSpan record) {
 }
 
 void SetIndexMinutes(IndexKind kind, ByteSpan record, int minutes) {
-  StoreAt<std::uint16_t>(record, PlacesOf(kind).minutes, static_cast<std::uint16_t>(minutes));
+  StoreAt<std::uint16_t>(record, FormatOf(kind).minutes, static_cast<std::uint16_t>(minutes));
 }
 
-void SetIndexIdentity(IndexKind kind, ByteSpan record, const IndexRecord& told) {
-  const RecordPlaces& places = PlacesOf(kind);
-  SetTextAt(record, places.symbol, places.symbol_size, told.symbol, places.padding);
-  // The short name beside an unchanged long one may be another, and stays.
-  if (ReadIndexRecord(kind, record).name != told.name) SetName(kind, record, told.name);
-  record[places.time_frame] = static_cast<std::byte>(told.time_frame);
-  SetIndexMinutes(kind, record, told.minutes);
-  if (kind == IndexKind::kMaster) SetMasterIdentity(record, told);
-  if (kind == IndexKind::kEmaster) SetEmasterIdentity(record, told);
-  if (kind == IndexKind::kXmaster) SetXmasterIdentity(record, told);
+void SetIndexIdentity(IndexKind kind, ByteSpan record, const IndexRecord& security) {
+  const IndexFormat& format = FormatOf(kind);
+  SetTextAt(record, format.symbol, format.symbol_size, security.symbol, format.padding);
+  // The short name of an unchanged long one may be a different text, and stays.
+  if (ReadIndexRecord(kind, record).name != security.name) SetName(kind, record, security.name);
+  record[format.time_frame] = static_cast<std::byte>(security.time_frame);
+  SetIndexMinutes(kind, record, security.minutes);
+  format.set_identity(record, security);
 }
 
 std::vector<std::byte> NewIndexRecord(IndexKind kind) {

@@ -31,6 +31,10 @@ std::string IntervalText(int interval) {
   return interval == kDaily ? std::string(kDailyInterval) : std::to_string(interval);
 }
 
+std::string IntervalName(int interval) {
+  return interval < 0 ? "daily" : std::to_string(interval) + " minutes";
+}
+
 std::string ReplayIntervalsText() {
   std::string list = IntervalText(kReplayIntervals.front());
   for (std::size_t i = 1; i < kReplayIntervals.size(); ++i) {

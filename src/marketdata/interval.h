@@ -10,7 +10,7 @@ namespace velumar {
 // The interval of a series is a number of minutes, or kDaily.
 inline constexpr int kDaily = -1;
 
-// The intervals that can be replayed, and so the ones that an import brings.
+// The intervals that can be replayed, and so imported.
 inline constexpr std::array kReplayIntervals = {kDaily, 5, 10, 15, 30, 60};
 bool IsReplayInterval(int interval);
 std::string ReplayIntervalsText();  // "D, 5, 10, 15, 30 or 60"
@@ -20,18 +20,21 @@ inline constexpr std::string_view kDailyInterval = "D";
 std::optional<int> IntervalFromText(std::string_view text);
 std::string IntervalText(int interval);
 
-// What an interval text asks of the reader and the writer.
+// As messages name it: "daily", "15 minutes".
+std::string IntervalName(int interval);
+
+// The arguments of SelectSeries for an interval text.
 struct SeriesArguments {
   int daily = 0;         // 1 for a daily series
   int minutes = kDaily;  // the interval
   bool operator==(const SeriesArguments&) const = default;
 };
 
-// For the texts of the intervals that can be replayed, and "05". Nothing for any other text.
+// For the intervals that can be replayed, and "05"; nothing for any other text.
 std::optional<SeriesArguments> ReplayableInterval(std::string_view text);
 
-// The decimal text of SecurityInterval that an interval text must match. A text that can't be
-// replayed matches itself.
+// The text of SecurityInterval that belongs to an interval text: "-1" for "D", "5" for "05". Any
+// other text is returned unchanged.
 std::string IntervalToMatch(std::string_view text);
 
 }  // namespace velumar

@@ -4,11 +4,9 @@
 #include <charconv>
 #include <optional>
 
-#include "marketdata/bar_order.h"
 #include "marketdata/data_file.h"
 #include "marketdata/index_entries.h"
 #include "marketdata/metalib_error.h"
-#include "marketdata/series_error.h"
 
 namespace velumar {
 
@@ -37,14 +35,15 @@ struct MetaLibReader::State {
   const BarArrays& Read() const {
     if (!bars) {
       throw MetaLibError(MetaLibError::kNoSeries,
-                         "No series was read before its bars were asked for");
+                         "ReadSeries must be called before its bars are used");
     }
     return *bars;
   }
 
   const IndexedSecurity& Current() const {
     if (current == nullptr) {
-      throw MetaLibError(MetaLibError::kNoSeries, "No security was read before it was asked about");
+      throw MetaLibError(MetaLibError::kNoSeries,
+                         "ReadSecurityHeader must be called before its values are used");
     }
     return *current;
   }
@@ -71,10 +70,10 @@ struct MetaLibReader::State {
 
   IndexCache& cache;
   std::shared_ptr<DirectoryIndex> index;
-  std::size_t next = 0;                      // place of the security that NextSecurity comes to
+  std::size_t next = 0;                      // index of the security after the current one
   const IndexedSecurity* current = nullptr;  // in *index; its header was read, or it was selected
   int interval = -1;                         // of the current security
-  bool selected = false;                     // so that its bars may be read
+  bool selected = false;                     // its bars may be read
   std::optional<BarArrays> bars;
   std::size_t cursor = 0;
   bool bar_read = false;
@@ -114,9 +113,9 @@ void MetaLibReader::ReadSecurityHeader() {
   state.Enter(&security, index.IntervalOf(security));
 }
 
-const std::string& MetaLibReader::SecuritySymbol() const { return state_->Current().told.symbol; }
+const std::string& MetaLibReader::SecuritySymbol() const { return state_->Current().record.symbol; }
 
-const std::string& MetaLibReader::SecurityName() const { return state_->Current().told.name; }
+const std::string& MetaLibReader::SecurityName() const { return state_->Current().record.name; }
 
 int MetaLibReader::SecurityInterval() const {
   state_->Current();
@@ -126,13 +125,13 @@ int MetaLibReader::SecurityInterval() const {
 SecurityInfo MetaLibReader::Security() const {
   const IndexedSecurity& security = state_->Current();
   const DirectoryIndex& index = state_->Open();
-  SecurityInfo info{.symbol = security.told.symbol,
-                    .name = security.told.name,
+  SecurityInfo info{.symbol = security.record.symbol,
+                    .name = security.record.name,
                     .interval = state_->interval,
-                    .fields = security.told.layout.Columns(),
-                    .file_number = security.told.file_number,
-                    .told_first_date = security.told.first_date,
-                    .told_last_date = security.told.last_date};
+                    .fields = security.record.layout.Columns(),
+                    .file_number = security.record.file_number,
+                    .indexed_first_date = security.record.first_date,
+                    .indexed_last_date = security.record.last_date};
   const auto path = index.DataPath(security);
   if (!path) return info;
   const DataFile file(*path, index.LayoutOf(security));
@@ -161,8 +160,8 @@ void MetaLibReader::ReadSeries() {
   const DirectoryIndex& index = state.Open();
   const auto path = index.DataPath(selected);
   BarArrays bars = path ? DataFile(*path, index.LayoutOf(selected)).ReadAll() : BarArrays();
-  // An intraday series without times keeps all its bars, which none but their places tell apart.
-  if (state.interval == -1 || index.LayoutOf(selected).Has(BarField::kTime)) PutInOrder(bars);
+  // Without times, the bars of one day differ only in their position, so all are kept.
+  if (state.interval == -1 || index.LayoutOf(selected).Has(BarField::kTime)) SortBars(bars);
   state.bars = std::move(bars);
   state.MoveTo(0);
 }

@@ -6,9 +6,8 @@
 
 #include "base/paths.h"
 #include "marketdata/directory_lock.h"
-#include "marketdata/index_update.h"
+#include "marketdata/index_entries.h"
 #include "marketdata/metalib_error.h"
-#include "marketdata/series_error.h"
 #include "marketdata/series_file.h"
 
 namespace velumar {
@@ -27,22 +26,22 @@ struct MetaLibWriter::State {
     return *series;
   }
 
-  // The index may not have told the minutes that the series answered to.
-  void TellMinutes() {
-    if (!security->IsIntraday() || security->told.minutes != 0) return;
-    UpdateIndexRecords(cache, *index, *security, [this](IndexKind kind, ByteSpan record) {
+  // If the index did not have the minutes that the series was selected by.
+  void UpdateIndexMinutes() {
+    if (!security->IsIntraday() || security->record.minutes != 0) return;
+    cache.UpdateRecords(*index, *security, [this](IndexKind kind, ByteSpan record) {
       SetIndexMinutes(kind, record, interval);
     });
-    security->told.minutes = interval;
+    security->record.minutes = interval;
   }
 
-  void TellEnds(const SeriesFile& file) {
+  void UpdateIndexDates(const SeriesFile& file) {
     const SeriesEnds ends = file.Ends();
-    UpdateIndexRecords(cache, *index, *security, [&ends](IndexKind kind, ByteSpan record) {
+    cache.UpdateRecords(*index, *security, [&ends](IndexKind kind, ByteSpan record) {
       SetIndexEnds(kind, record, ends);
     });
-    security->told.first_date = ends.first_date;
-    security->told.last_date = ends.last_date;
+    security->record.first_date = ends.first_date;
+    security->record.last_date = ends.last_date;
   }
 
   IndexCache::Entries& cache;
@@ -59,7 +58,7 @@ MetaLibWriter::~MetaLibWriter() {
   try {
     CloseDirectory();
   } catch (const std::exception&) {
-    // Whoever wants to hear of it closes the directory before.
+    // To learn of it, close the directory first.
   }
 }
 
@@ -80,7 +79,7 @@ void MetaLibWriter::OpenDirectory(std::string_view path) {
   const auto seen = state.cache.Load(path);
   auto lock = DirectoryLock::TryHold(seen->Path());
   if (!lock) ThrowInUse(seen->Path());
-  // The writer before may have changed something between the look and the lock.
+  // An earlier writer may have changed something before the lock was taken.
   state.index = state.cache.Load(path);
   state.lock = std::move(lock);
 }
@@ -109,12 +108,12 @@ void MetaLibWriter::SelectSeries(std::string_view symbol, int daily, int minutes
   const int interval = daily != 0 ? -1 : minutes;
   IndexedSecurity* const found = index.FindSeries(symbol, interval);
   if (found == nullptr) ThrowSeriesNotFound(symbol, interval, index.Path());
-  state.series.emplace(
-      SeriesFile::Series{.path = index.DataPathToBe(found->listed_in, found->told.file_number),
-                         .symbol = found->told.symbol,
-                         .layout = index.LayoutOf(*found),
-                         .is_intraday = found->IsIntraday(),
-                         .ordered = found->order_stamp});
+  state.series.emplace(SeriesFile::Series{
+      .path = index.DataPathForWriting(found->listed_in, found->record.file_number),
+      .symbol = found->record.symbol,
+      .layout = index.LayoutOf(*found),
+      .is_intraday = found->IsIntraday(),
+      .sorted = found->order_stamp});
   state.security = found;
   state.interval = interval;
 }
@@ -123,12 +122,12 @@ void MetaLibWriter::CloseSecurity() {
   State& state = *state_;
   const auto closing = std::exchange(state.series, std::nullopt);
   if (!closing) return;
-  state.security->order_stamp = closing->OrderedStamp();
-  if (state.security->IsIntraday() && state.security->told.minutes == 0) {
+  state.security->order_stamp = closing->SortedStamp();
+  if (state.security->IsIntraday() && state.security->record.minutes == 0) {
     state.security->gap = state.interval;
-    state.security->gap_stamp = closing->OrderedStamp();
+    state.security->gap_stamp = closing->SortedStamp();
   }
-  state.TellEnds(*closing);
+  state.UpdateIndexDates(*closing);
 }
 
 void MetaLibWriter::WriteSeries(const std::vector<std::int32_t>& dates,
@@ -143,7 +142,7 @@ void MetaLibWriter::WriteSeries(const std::vector<std::int32_t>& dates,
                                  closes.size(), volumes.size(), open_interests.size()}) {
     if (size == count) continue;
     throw MetaLibError(MetaLibError::kNotStorable,
-                       state_->security->told.symbol + ": a series of " + std::to_string(count) +
+                       state_->security->record.symbol + ": a series of " + std::to_string(count) +
                            " dates has " + std::to_string(size) + " values of another field");
   }
   std::vector<Bar> bars(count);
@@ -152,7 +151,7 @@ void MetaLibWriter::WriteSeries(const std::vector<std::int32_t>& dates,
                lows[i],  closes[i], volumes[i], open_interests[i]};
   }
   series.Stage(std::move(bars));
-  state_->TellMinutes();
+  state_->UpdateIndexMinutes();
   series.CommitStaged();
 }
 

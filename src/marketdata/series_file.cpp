@@ -5,19 +5,16 @@
 #include <utility>
 
 #include "base/paths.h"
-#include "marketdata/bar_order.h"
 #include "marketdata/data_file.h"
-#include "marketdata/series_error.h"
+#include "marketdata/metalib_error.h"
 
 namespace velumar {
 
 namespace {
 
-constexpr std::size_t kCountsSize = 4;
 constexpr std::size_t kMostOffset = 0;
-constexpr std::size_t kRecordsOffset = 2;
 
-// A write within one page is done before the system ends a process; one across may be half done.
+// A write within one page is finished before the system ends a process; a longer one may not be.
 constexpr std::int64_t kPageSize = 4096;
 
 bool CrossesPage(std::int64_t offset, std::size_t size) {
@@ -29,18 +26,19 @@ bool CrossesPage(std::int64_t offset, std::size_t size) {
 SeriesFile::SeriesFile(Series series)
     : series_(std::move(series)),
       has_times_(series_.is_intraday && series_.layout.Has(BarField::kTime)) {
-  if (StampOf(series_.path)) TakeIn(RawFile(series_.path, RawFile::Mode::kChange));
+  if (StampOf(series_.path))
+    Adopt(RawFile(series_.path, RawFile::Mode::kChange, ThrowMarketFileError));
 }
 
-void SeriesFile::TakeIn(RawFile file) {
+void SeriesFile::Adopt(RawFile file) {
   file_.emplace(std::move(file));
   const FileStamp stamp = file_->Stamp();
   size_ = stamp.size;
   std::array<std::byte, kCountsSize> counts{};
   file_->ReadAt(0, counts);
-  bars_ =
-      SoundBars(LoadAt<std::uint16_t>(counts, kRecordsOffset), size_, series_.layout.RecordSize());
-  is_ordered_ = stamp == series_.ordered || IsStrictlyRising(AllKeys());
+  bars_ = UsableBarCount(LoadAt<std::uint16_t>(counts, kRecordsOffset), size_,
+                         series_.layout.RecordSize());
+  is_sorted_ = stamp == series_.sorted || IsStrictlyRising(AllKeys());
 }
 
 std::string SeriesFile::FileName() const { return PathText(series_.path.filename()); }
@@ -50,7 +48,7 @@ std::int64_t SeriesFile::EndOf(int bars) const {
 }
 
 SeriesFile::Key SeriesFile::KeyOf(std::int32_t date, std::int32_t time) const {
-  return KeyOfMoment(date, has_times_ ? time : 0);
+  return TimestampKey(date, has_times_ ? time : 0);
 }
 
 Bar SeriesFile::BarAt(int index) const {
@@ -73,7 +71,7 @@ std::vector<SeriesFile::Key> SeriesFile::AllKeys() const {
   return keys;
 }
 
-// Most work is at the end, so that is where the search begins.
+// Most changes are at the end, so the search begins there.
 int SeriesFile::LowerBound(Key key) const {
   if (bars_ == 0 || KeyAt(bars_ - 1) < key) return bars_;
   int low = 0;
@@ -100,7 +98,7 @@ SeriesEnds SeriesFile::Ends() const {
 
 bool SeriesFile::Contains(std::int32_t date, std::int32_t time) const {
   const Key key = KeyOf(date, time);
-  if (!is_ordered_) return std::ranges::count(AllKeys(), key) != 0;
+  if (!is_sorted_) return std::ranges::count(AllKeys(), key) != 0;
   return Holds(LowerBound(key), key);
 }
 
@@ -118,7 +116,7 @@ std::vector<std::byte> SeriesFile::Encoded(const Bar& bar) const {
 void SeriesFile::Put(const Bar& bar) {
   RequireColumns();
   const std::vector<std::byte> record = Encoded(bar);
-  PutInOrder();
+  Sort();
   const Key key = KeyOf(bar);
   const int index = LowerBound(key);
   if (Holds(index, key)) {
@@ -133,25 +131,25 @@ void SeriesFile::Put(const Bar& bar) {
 void SeriesFile::Remove(std::int32_t date, std::int32_t time) {
   const Key key = KeyOf(date, time);
   if (!Contains(date, time)) return;
-  PutInOrder();
+  Sort();
   RemoveAt(LowerBound(key));
 }
 
-void SeriesFile::PutInOrder() {
-  if (is_ordered_) return;
+void SeriesFile::Sort() {
+  if (is_sorted_) return;
   const std::vector<std::byte> records = AllRecords();
   const std::size_t size = series_.layout.RecordSize();
   std::vector<std::byte> ordered;
   ordered.reserve(records.size());
-  for (const std::size_t place : PlacesInOrder(AllKeys())) {
+  for (const std::size_t place : SortedPlaces(AllKeys())) {
     const auto record = ByteView(records).subspan(place * size, size);
     ordered.insert(ordered.end(), record.begin(), record.end());
   }
   Rewrite(ordered);
 }
 
-// The record comes first and the count last: until then the new bar is not there. Nothing of an
-// older, longer series may stand behind the count when it rises.
+// The count is written last: until then the new bar does not exist. Bytes of an older, longer
+// series must be gone before the count grows.
 void SeriesFile::Append(ByteView record) {
   if (bars_ == kMostBars) ThrowSeriesFull(FileName(), series_.symbol);
   MakeRoomAtEnd();
@@ -169,7 +167,7 @@ void SeriesFile::Append(ByteView record) {
 
 void SeriesFile::MakeRoomAtEnd() {
   if (!file_) {
-    file_.emplace(series_.path, RawFile::Mode::kCreate);
+    file_.emplace(series_.path, RawFile::Mode::kCreate, ThrowMarketFileError);
     size_ = file_->Size();
   }
   if (size_ < EndOf(0)) file_->WriteAt(0, Header(0));
@@ -209,7 +207,7 @@ void SeriesFile::RemoveAt(int index) {
   Rewrite(records);
 }
 
-// The count comes first: what stands behind it is no part of the series any more.
+// The count is written first: bytes after it are not part of the series.
 void SeriesFile::CutTo(int bars) {
   WriteCount(bars);
   bars_ = bars;
@@ -238,7 +236,7 @@ void SeriesFile::Stage(std::vector<Bar> bars) {
   const std::size_t size = series_.layout.RecordSize();
   std::vector<std::byte> records;
   records.reserve(bars.size() * size);
-  for (const std::size_t place : PlacesInOrder(keys)) {
+  for (const std::size_t place : SortedPlaces(keys)) {
     const auto record = Encoded(bars[place]);
     records.insert(records.end(), record.begin(), record.end());
   }
@@ -250,11 +248,11 @@ void SeriesFile::StageRecords(ByteView records) {
   if (bars > kMostBars) ThrowSeriesFull(FileName(), series_.symbol);
   std::vector<std::byte> whole = Header(static_cast<int>(bars));
   whole.insert(whole.end(), records.begin(), records.end());
-  staged_.emplace(series_.path).Write(whole);
+  staged_.emplace(ReplacementOf(series_.path)).Write(whole);
 }
 
 void SeriesFile::CommitStaged() {
-  TakeIn(staged_->Commit());
+  Adopt(staged_->Commit());
   staged_.reset();
 }
 
@@ -263,8 +261,8 @@ void SeriesFile::Rewrite(ByteView records) {
   CommitStaged();
 }
 
-FileStamp SeriesFile::OrderedStamp() const {
-  return file_ && is_ordered_ ? file_->Stamp() : FileStamp();
+FileStamp SeriesFile::SortedStamp() const {
+  return file_ && is_sorted_ ? file_->Stamp() : FileStamp();
 }
 
 }  // namespace velumar

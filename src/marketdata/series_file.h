@@ -6,18 +6,17 @@
 #include <string>
 #include <vector>
 
+#include "base/whole_file.h"
 #include "marketdata/bar_codec.h"
 #include "marketdata/index_record.h"
-#include "marketdata/raw_file.h"
-#include "marketdata/replacement_file.h"
 
 namespace velumar {
 
-// The data file of one series under a writer. Its bars stay sorted and without doubles by date, of
-// an intraday series that stores times by date and time. Work at the end touches the end and the
-// header alone; work in the middle writes a new file that takes the old one's place. The order of
-// the steps makes a reader find the series as it was before or after each call, wherever the
-// process dies. Throws MetaLibError.
+// The data file of one series, for writing. Its bars stay sorted and without doubles by date, or by
+// date and time if it is an intraday series that stores times. A change at the end writes only the
+// end and the header; a change in the middle writes a new file that replaces the old one. Wherever
+// the process dies, a reader finds the series as it was before or after the call. Throws
+// MetaLibError.
 class SeriesFile {
  public:
   struct Series {
@@ -25,7 +24,7 @@ class SeriesFile {
     std::string symbol;          // for messages
     BarLayout layout;
     bool is_intraday = false;
-    FileStamp ordered = {};  // a stamp under which the bars were in order when last looked at
+    FileStamp sorted = {};  // a stamp of the file with its bars sorted
   };
 
   explicit SeriesFile(Series series);
@@ -37,16 +36,16 @@ class SeriesFile {
   void Put(const Bar& bar);
   void Remove(std::int32_t date, std::int32_t time);
 
-  // The whole series anew, written beside the file; it counts from CommitStaged on.
+  // Writes a new series next to the file; CommitStaged makes it the current one.
   void Stage(std::vector<Bar> bars);
   void FlushStaged() { staged_->Flush(); }
   void CommitStaged();
 
-  // Of the file with its bars in order; an empty stamp where it is missing or in disorder.
-  FileStamp OrderedStamp() const;
+  // Of the file with its bars sorted; empty if it is missing or not sorted.
+  FileStamp SortedStamp() const;
 
  private:
-  using Key = std::int64_t;
+  using Key = BarKey;
 
   Key KeyOf(std::int32_t date, std::int32_t time) const;
   Key KeyOf(const Bar& bar) const { return KeyOf(bar.date, bar.time); }
@@ -62,9 +61,9 @@ class SeriesFile {
   std::vector<std::byte> AllRecords() const;
   std::vector<std::byte> Header(int bars) const;
 
-  void TakeIn(RawFile file);
+  void Adopt(RawFile file);
   void RequireColumns() const;
-  void PutInOrder();
+  void Sort();
   void Append(ByteView record);
   void Overwrite(int index, ByteView record);
   void Insert(int index, ByteView record);
@@ -76,12 +75,12 @@ class SeriesFile {
   void Rewrite(ByteView records);
 
   Series series_;
-  bool has_times_;  // that tell the bars of one day apart
+  bool has_times_;  // so that a day can have several bars
   std::optional<RawFile> file_;
-  std::optional<ReplacementFile> staged_;
+  std::optional<FileReplacement> staged_;
   int bars_ = 0;
-  std::int64_t size_ = 0;  // of the file, with what may stand behind the bars
-  bool is_ordered_ = true;
+  std::int64_t size_ = 0;  // of the file, with any bytes after the bars
+  bool is_sorted_ = true;
 };
 
 }  // namespace velumar

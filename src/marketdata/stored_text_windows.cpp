@@ -18,7 +18,7 @@ bool IsPlain(std::string_view text) {
 
 [[noreturn]] void Refuse(std::string_view text) {
   throw std::invalid_argument("\"" + std::string(text) +
-                              "\" holds a character that market data files can't store");
+                              "\" has a character that market data files can't store");
 }
 
 }  // namespace
@@ -40,7 +40,7 @@ std::string TextForFile(std::string_view utf8) {
   const int size = ::WideCharToMultiByte(CP_ACP, 0, wide.data(), length, bytes.data(),
                                          static_cast<int>(bytes.size()), nullptr, nullptr);
   bytes.resize(static_cast<std::size_t>(size));
-  // Similar characters don't do: a symbol must be found again.
+  // A similar character is not enough: a symbol must be found again.
   if (TextFromFile(bytes) != utf8) Refuse(utf8);
   return bytes;
 }

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "base/paths.h"
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
 
 namespace velumar {
 

@@ -1,19 +1,36 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 
 namespace velumar {
 
-// The one thread's window events. Handlers of clicks run inside both calls.
+// The window events of the program's one thread.
 class EventLoop {
  public:
   virtual ~EventLoop() = default;
-  // Lets everything run that is pending, and returns at once when nothing is.
+  // Runs all pending events, click handlers included.
   virtual void ProcessPending() = 0;
-  // Returns when the time has passed, never earlier; events run meanwhile.
+  // Runs events until the time has passed; never returns early.
   virtual void WaitFor(std::chrono::milliseconds time) = 0;
-  // The same without letting any event run.
+  // Waits without running events.
   virtual void Sleep(std::chrono::milliseconds time) = 0;
 };
+
+// Waits, once or repeatedly as in a slide. Events run meanwhile, so a handler may wait inside a
+// wait; each wait ends at its own time.
+class clsWaitableTimer {
+ public:
+  explicit clsWaitableTimer(EventLoop& events) : events_(events) {}
+  // Throws std::runtime_error whose text begins with "[clsWaitableTimer.Wait]" if waiting fails.
+  void Wait(std::int32_t milliseconds);
+
+ private:
+  EventLoop& events_;
+};
+
+// Waits that long. 0 means a second, and the caller's variable is set to 1000 then.
+void WaitMilliseconds(EventLoop& events, std::int16_t& milliseconds);
+void WaitMilliseconds(EventLoop& events, std::int16_t&& milliseconds);
 
 }  // namespace velumar

@@ -6,15 +6,15 @@
 
 namespace velumar {
 
-// The system's exclusive lock on a file, which is made if it is missing. The constructor tries once
-// and doesn't wait. The lock ends with the object or the process; a file left over by a crash or
-// copied with its folder locks nothing.
+// The system's exclusive lock on a file, which is created if it is missing. The constructor tries
+// once and doesn't wait. The lock ends with the object or the process, so a file left by a crash or
+// copied with its folder locks nothing. (QLockFile believes the process number in such a file.)
 class FileLock {
  public:
   enum class State : std::uint8_t {
     kHeld,
     kHeldByAnother,
-    kImpossible,  // the folder is read-only, something else has that name, ...
+    kImpossible,  // the folder is read-only, the name is taken by a folder, ...
   };
 
   explicit FileLock(std::filesystem::path file);
@@ -31,20 +31,5 @@ class FileLock {
   std::unique_ptr<Handle> handle_;
   State state_ = State::kImpossible;
 };
-
-// Tells one state of a file on disk from another.
-struct FileState {
-  static constexpr std::int64_t kNoFile = -1;
-
-  std::uint64_t device = 0;
-  std::uint64_t inode = 0;
-  std::int64_t seconds = 0;
-  std::int64_t nanoseconds = 0;
-  std::int64_t size = kNoFile;
-  bool operator==(const FileState&) const = default;
-};
-
-// kNoFile where there is none.
-FileState StateOf(const std::filesystem::path& file);
 
 }  // namespace velumar

@@ -49,10 +49,10 @@ class Parser {
   }
 
  private:
-  // One key, or a group between parentheses, under the modifiers in front of it.
+  // One key or a group in parentheses, with the modifiers before it.
   void Unit(KeyStroke held) {
     while (at_ < text_.size() && Hold(held)) ++at_;
-    if (at_ >= text_.size()) Refuse(text_, "a modifier without a key");
+    if (at_ >= text_.size()) Refuse(text_, "a modifier has no key");
     if (text_[at_] == '(') {
       Group(held);
     } else {
@@ -76,7 +76,7 @@ class Parser {
   void Group(const KeyStroke& held) {
     ++at_;
     while (at_ < text_.size() && text_[at_] != ')') Unit(held);
-    if (at_ >= text_.size()) Refuse(text_, "a parenthesis that isn't closed");
+    if (at_ >= text_.size()) Refuse(text_, "a parenthesis isn't closed");
     ++at_;
   }
 
@@ -88,7 +88,7 @@ class Parser {
       held.named = NamedKey::kEnter;
       keys_.push_back(held);
     } else if (kSpecial.find(text_[at_]) != std::string_view::npos) {
-      Refuse(text_, std::string("a \"") + text_[at_] + "\" out of place");
+      Refuse(text_, std::string("unexpected \"") + text_[at_] + "\"");
     } else {
       held.character = Character();
       keys_.push_back(held);
@@ -97,7 +97,7 @@ class Parser {
 
   char32_t Character() {
     const std::size_t bytes = CharacterBytes(text_[at_]);
-    if (at_ + bytes > text_.size()) Refuse(text_, "a torn character at the end");
+    if (at_ + bytes > text_.size()) Refuse(text_, "the last character is incomplete");
     const char32_t character = Decode(text_.substr(at_, bytes));
     at_ += bytes;
     return character;
@@ -106,7 +106,7 @@ class Parser {
   void Braced(KeyStroke held) {
     // "{}}" is the closing brace itself.
     const std::size_t close = text_.find('}', at_ + 2);
-    if (close == std::string_view::npos) Refuse(text_, "a brace that isn't closed");
+    if (close == std::string_view::npos) Refuse(text_, "a brace isn't closed");
     const std::string_view word = text_.substr(at_ + 1, close - at_ - 1);
     if (word.size() == CharacterBytes(word[0])) {
       held.character = Decode(word);
@@ -121,7 +121,7 @@ class Parser {
     for (const auto& [name, key] : kNamedKeys) {
       if (name == word) return key;
     }
-    Refuse(text_, "no key is called \"" + std::string(word) + "\"");
+    Refuse(text_, "unknown key \"" + std::string(word) + "\"");
   }
 
   std::string_view text_;

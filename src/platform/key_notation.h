@@ -20,13 +20,13 @@ struct KeyStroke {
   bool operator==(const KeyStroke&) const = default;
 };
 
-// The notation of keystroke texts: "%" holds Alt, "^" Ctrl and "+" Shift for the key behind it, "~"
-// is Enter, a word in braces is that key ("{SPACE}", "{ENTER}", "{END}", "{TAB}"), a single
-// character in braces is that character; all else is typed as it stands. Parentheses hold a
-// modifier for all keys between them. Throws std::invalid_argument for a text that isn't in it.
+// Parses a keystroke text: "%" holds Alt, "^" Ctrl and "+" Shift for the next key, "~" is Enter, a
+// word in braces is that key ("{SPACE}", "{ENTER}", "{END}", "{TAB}"), a single character in braces
+// is that character, and all else is typed as it is. A modifier before parentheses is held for all
+// keys between them. Throws std::invalid_argument saying what is wrong with the text.
 std::vector<KeyStroke> ParseKeys(std::string_view text);
 
-// A text in which every character stands for itself: folders and symbols arrive as they are.
+// Escapes a text so that it is typed character by character, for folders and symbols.
 std::string EscapedKeys(std::string_view text);
 
 }  // namespace velumar

@@ -10,7 +10,7 @@
 
 namespace velumar {
 
-// Everything outside the process that the logic reaches, as main puts it together.
+// Everything outside the process that the logic uses. `main` puts it together.
 struct Platform {
   EventLoop& events;
   ChartWindows& chart_windows;
@@ -29,9 +29,9 @@ struct Platform {
   Programs& programs;
   WebClient& web;
   std::string program_folder;
-  // What "LastPath" and the directory box start from.
+  // The first value of "LastPath" and the directory box.
   std::string default_data_dir;
-  // Where the working store goes; empty: into the folder "Simulate" of the data directory.
+  // The folder of the working store; if empty, "Simulate" in the data directory.
   std::string store_dir;
   // The ledger's database; ":memory:" keeps nothing on disk.
   std::string ledger_file;

@@ -22,9 +22,9 @@ enum class RegistryType : std::uint32_t { kString = 1, kBinary = 3, kDWord = 4 }
 
 using RegistryKey = std::uint64_t;
 
-// The registry functions of the platform. Every call returns a code: 0 for success, 2 for a key or
-// value that isn't there, 5 for denied access, 234 for a value that the buffer doesn't hold, 1009
-// for a damaged store, 1013 for a key that can't be written.
+// The registry functions. Every call returns a code: 0 for success, 2 for a missing key or value, 5
+// for denied access, 234 for a value that doesn't fit the buffer, 1009 for a damaged registry, 1013
+// for a key that can't be written.
 class Registry {
  public:
   static constexpr std::uint32_t kRead = 0x20019;

@@ -2,12 +2,12 @@
 
 namespace velumar {
 
-// A key that deals or steps in a run, by its virtual key code: letters, digits and the blank are
-// their own character in upper case.
+// A key that trades or steps in a run, by its virtual key code: letters, digits and the space have
+// the code of their character in upper case.
 struct RunKeyPress {
   int code = 0;
   bool shift = false;
-  bool repeated = false;  // by the keyboard, while it is held down
+  bool repeated = false;  // by the keyboard, because it is held down
 };
 
 namespace run_key {
@@ -23,8 +23,8 @@ inline constexpr int kBoard = 'B';
 
 }  // namespace run_key
 
-// Whether the key means anything in a run. Steps are taken without Shift, which is left to who
-// moves or selects with it.
+// Returns true for keys that do something in a run. Steps need the key without Shift, which other
+// windows use to move or select.
 constexpr bool IsRunKey(const RunKeyPress& press) {
   switch (press.code) {
     case run_key::kLong:

@@ -14,23 +14,23 @@ enum class BoxIcon : std::uint8_t { kNone, kInformation, kExclamation };
 class MessageBoxes {
  public:
   virtual ~MessageBoxes() = default;
-  // A box with an OK button; the call returns when it was answered.
+  // Shows a box with an OK button and returns once it is closed.
   virtual void Show(std::string_view text, BoxIcon icon) = 0;
-  // The same under a title other than the program's name.
+  // The same with a title other than the program's name.
   virtual void ShowTitled(std::string_view title, std::string_view text, BoxIcon icon) = 0;
-  // A box with a button for each answer; the index of the one that was clicked. The last is the one
-  // that does least: closing the box means it.
+  // Shows a box with a button for each answer and returns the index of the clicked one. The last
+  // one must be the harmless one: closing the box counts as it.
   virtual std::size_t Ask(std::string_view text, const std::vector<std::string>& answers) = 0;
 };
 
 class FolderDialog {
  public:
   virtual ~FolderDialog() = default;
-  // The chosen folder, or an empty text on cancel. A drive root keeps its closing separator.
+  // Returns the chosen folder, or an empty text on cancel. A drive root keeps its separator.
   virtual std::string BrowseForFolder(std::string_view prompt) = 0;
 };
 
-// A form that a file can be saved in: "Pictures (*.bmp)" and "bmp".
+// A file type for saving: "Pictures (*.bmp)" and "bmp".
 struct FileForm {
   std::string title;
   std::string ending;
@@ -39,9 +39,9 @@ struct FileForm {
 class SaveDialog {
  public:
   virtual ~SaveDialog() = default;
-  // Opens in the folder of the last file and suggests a name, which has no ending. Returns the
-  // chosen file, with the ending of the chosen form if none was typed; nothing on cancel. A file
-  // that exists is only chosen if the user agreed to lose it.
+  // Opens in the folder of the last file and suggests a name without an ending. Returns the chosen
+  // file, with the ending of the chosen type if none was typed; nothing on cancel. The user has
+  // agreed to overwrite a file that exists.
   virtual std::optional<std::string> ChooseFile(const std::vector<FileForm>& forms,
                                                 std::string_view suggestion) = 0;
 };
@@ -49,7 +49,7 @@ class SaveDialog {
 class ColourDialog {
  public:
   virtual ~ColourDialog() = default;
-  // In blue-green-red order; nothing on cancel.
+  // Colours are 0xBBGGRR. Returns nothing on cancel.
   virtual std::optional<std::uint32_t> ChooseColour(std::uint32_t present) = 0;
 };
 
@@ -63,21 +63,21 @@ class Printers {
  public:
   virtual ~Printers() = default;
   virtual bool Any() const = 0;
-  // Prints the report of the rows now in the ledger (0), or of an archived run, or makes the PDF
-  // file of it where one is named. Throws std::runtime_error with the reason.
+  // Prints the report of the current run (0) or of an archived one, or writes it to `pdf_file` if
+  // that isn't empty. Throws std::runtime_error with the reason.
   virtual void PrintReport(int run, const std::string& pdf_file) = 0;
 };
 
-// The per-user store of texts of the application `Velumar`, section "Settings".
+// The user's settings of the application `Velumar`: texts in the section "Settings".
 class SettingsStore {
  public:
   virtual ~SettingsStore() = default;
-  // Nothing when the key isn't there.
+  // Returns nothing for a missing key.
   virtual std::optional<std::string> Read(std::string_view key) const = 0;
-  // The same from another section, which only the user's own hand writes.
+  // The same for another section, which only the user edits.
   virtual std::optional<std::string> ReadFrom(std::string_view section,
                                               std::string_view key) const = 0;
-  // Where that hand finds the texts, as the path of a file.
+  // Where the user finds the settings, as a file path or registry key.
   virtual std::string Place() const = 0;
   virtual void Save(std::string_view key, std::string_view text) = 0;
 };
@@ -87,7 +87,7 @@ class Screen {
   virtual ~Screen() = default;
   virtual float WidthTwips() const = 0;
   virtual float HeightTwips() const = 0;
-  // Whether any screen shows enough of a window there for a hand to take it. Twips.
+  // Returns true if a screen shows enough of a window at that place to drag it. Twips.
   virtual bool Shows(float left, float top, float width, float height) const = 0;
 };
 
@@ -95,7 +95,7 @@ class LocaleInfo {
  public:
   virtual ~LocaleInfo() = default;
   virtual std::string DateSeparator() const = 0;
-  // In the letters d, M, y: "dd/MM/yyyy".
+  // A pattern of d, M and y: "dd/MM/yyyy".
   virtual std::string ShortDatePattern() const = 0;
 };
 
@@ -108,12 +108,12 @@ class WallClock {
 class Programs {
  public:
   virtual ~Programs() = default;
-  // Starts a program in a normal window and doesn't wait for it. Everything before "MSWIN.EXE" in
-  // the command line is one path, blanks included. Throws std::runtime_error naming the program.
+  // Starts a program in a normal window, without waiting for it. SplitCommandLine says how the
+  // command line is read. Throws std::runtime_error naming the program.
   virtual void Start(std::string_view command_line) = 0;
-  // Throws std::runtime_error when there is nothing to open the page with.
+  // Throws std::runtime_error if there is no program to open the page with.
   virtual void OpenInBrowser(std::string_view address) = 0;
-  // Ends the process at once, whatever runs.
+  // Ends the process at once, without destructors.
   virtual void EndProcess() = 0;
 };
 

@@ -5,18 +5,23 @@
 
 namespace velumar {
 
-// Where a file of this user and program lies: in "velumar" under $XDG_CONFIG_HOME, else under
-// ~/.config; on Windows in "Velumar" under %LOCALAPPDATA%. Nothing is created.
+// The path of a file of this user: in "velumar" in $XDG_CONFIG_HOME or ~/.config; on Windows in
+// "Velumar" in %LOCALAPPDATA%. Creates nothing.
 std::filesystem::path UserFile(std::string_view name);
 
-// "Portfolio.mdb" in the program's folder. Where that can't be written, and always where the
-// program is installed, in "velumar" under $XDG_DATA_HOME, else ~/.local/share, on Windows in
-// "Velumar" under %LOCALAPPDATA%; that folder is created.
+// The path of "Portfolio.mdb": in the program's folder, or, if that can't be written or the program
+// is installed, in "velumar" in $XDG_DATA_HOME or ~/.local/share, on Windows in "Velumar" in
+// %LOCALAPPDATA%. That folder is created.
 std::filesystem::path LedgerFile(const std::filesystem::path& program_folder);
 
-// The sample directory, which a run writes into: beside the program, or, where the program is
-// installed for all users, this user's own copy beside the ledger, made at the first call. Throws
-// std::filesystem::filesystem_error where the copy can't be made.
+// The sample directory, which a run writes to: next to the program, or, if the program is installed
+// for all users, this user's own copy next to the ledger, created at the first call. Throws
+// std::filesystem::filesystem_error if it can't be copied.
 std::filesystem::path SampleDirectory(const std::filesystem::path& program_folder);
+
+// For SampleDirectory: copies `shared` to `own`, completely or not at all, if `own` doesn't exist.
+// Returns `own`. Throws std::filesystem::filesystem_error.
+std::filesystem::path OwnCopy(const std::filesystem::path& shared,
+                              const std::filesystem::path& own);
 
 }  // namespace velumar

@@ -13,7 +13,7 @@ void VirtualEventLoop::ProcessPending() {
 void VirtualEventLoop::WaitFor(Milliseconds time) {
   const Milliseconds end = now_ + time;
   RunDue(end);
-  // An event may itself have waited beyond this end.
+  // An event may have waited longer itself.
   now_ = std::max(now_, end);
 }
 

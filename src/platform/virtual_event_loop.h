@@ -9,8 +9,8 @@
 
 namespace velumar {
 
-// A clock that moves only where the program waits: a run of a thousand bars takes no longer than
-// its computing. Events scheduled for a moment run inside the wait that reaches it, in their order.
+// A clock that moves only when the program waits, so a run of a thousand bars takes only its
+// computing time. Scheduled events run, in order, inside the wait that reaches their time.
 class VirtualEventLoop : public EventLoop {
  public:
   using Milliseconds = std::chrono::milliseconds;
@@ -19,9 +19,9 @@ class VirtualEventLoop : public EventLoop {
   void WaitFor(Milliseconds time) override;
   void Sleep(Milliseconds time) override { now_ += time; }
 
-  // Runs once the clock has gone on by `delay` from now.
+  // Runs the event `delay` from now.
   void Schedule(Milliseconds delay, std::function<void()> event);
-  // Runs at every ProcessPending, after what was scheduled.
+  // Runs at every ProcessPending, after scheduled events.
   void SetOnPending(std::function<void()> on_pending) { on_pending_ = std::move(on_pending); }
   Milliseconds Now() const { return now_; }
 

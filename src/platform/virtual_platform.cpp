@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
 
 namespace velumar {
 
@@ -61,7 +61,7 @@ std::size_t RecordingBoxes::Ask(std::string_view text, const std::vector<std::st
 }
 
 std::string ScriptedFolders::BrowseForFolder(std::string_view) {
-  if (answers.empty()) throw std::runtime_error("there is nobody to choose a folder");
+  if (answers.empty()) throw std::runtime_error("nobody is there to choose a folder");
   std::string answer = answers.front();
   answers.erase(answers.begin());
   return answer;
@@ -153,8 +153,8 @@ std::string ScriptedWeb::Get(const std::string& address, std::string_view target
                              const std::function<bool()>& wanted) {
   asked.push_back(address + std::string(target));
   if (meanwhile) meanwhile();
-  if (!wanted()) throw WebError("it was given up");
-  if (answers.empty()) throw WebError("there is no net here");
+  if (!wanted()) throw WebError("cancelled");
+  if (answers.empty()) throw WebError("there is no network");
   std::string answer = answers.front();
   answers.erase(answers.begin());
   return answer;

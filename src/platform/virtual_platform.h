@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "platform/platform.h"
-#include "platform/telling_settings.h"
+#include "platform/warn_once_settings.h"
 #include "platform/virtual_event_loop.h"
 
 namespace velumar {
 
-// A chart program that is always there, takes every key at once and remembers them.
+// A chart program that is always running, accepts every key at once and records them.
 class RecordingChart : public ChartWindows, public KeySender {
  public:
   static constexpr WindowId kWindow = 1;
@@ -31,10 +31,10 @@ class RecordingChart : public ChartWindows, public KeySender {
   KeyOutcome Send(std::string_view keys) override;
   KeyOutcome SendBehind(std::string_view keys) override;
 
-  // What a test or a script may turn: is the program there, does its dialog come, how do keys end.
+  // Settings for tests and scripts.
   bool running = true;
   bool dialog_comes = true;
-  KeyOutcome outcome = KeyOutcome::kTakenIn;
+  KeyOutcome outcome = KeyOutcome::kAccepted;
 
   std::vector<std::string> sent;
   std::vector<WindowId> maximized;
@@ -43,7 +43,7 @@ class RecordingChart : public ChartWindows, public KeySender {
   std::string front;  // title last brought to the front
 };
 
-// Boxes answered at once with OK; questions with what is prepared, else with their last answer.
+// Answers boxes with OK, and questions with the prepared answers or their last one.
 class RecordingBoxes : public MessageBoxes {
  public:
   void Show(std::string_view text, BoxIcon) override { shown.emplace_back(text); }
@@ -55,29 +55,29 @@ class RecordingBoxes : public MessageBoxes {
   std::vector<std::size_t> answers;
 };
 
-// Gives the folders in turn; throws std::runtime_error when none is left, since nobody is there to
-// choose another.
+// Returns the prepared folders in turn. Throws std::runtime_error if none is left, since nobody is
+// there to choose one.
 class ScriptedFolders : public FolderDialog {
  public:
   std::string BrowseForFolder(std::string_view prompt) override;
   std::vector<std::string> answers;
 };
 
-// Gives the files in turn; when none is left, the dialogs count as cancelled.
+// Returns the prepared files in turn; a dialog without one is cancelled.
 class ScriptedFiles : public SaveDialog {
  public:
   std::optional<std::string> ChooseFile(const std::vector<FileForm>& forms,
                                         std::string_view suggestion) override;
   std::vector<std::string> answers;
-  std::string suggested;          // at the last time
-  std::vector<FileForm> offered;  // at the last time
+  std::string suggested;          // by the last call
+  std::vector<FileForm> offered;  // by the last call
 };
 
 class ScriptedColours : public ColourDialog {
  public:
   std::optional<std::uint32_t> ChooseColour(std::uint32_t) override;
   std::optional<std::uint32_t> answer;
-  std::string failure;  // why there is no dialog
+  std::string failure;  // thrown if not empty
 };
 
 class MemoryClipboard : public Clipboard {
@@ -107,7 +107,7 @@ class MemorySettings : public SettingsStore {
   std::string failure;                                    // why nothing can be saved
 };
 
-// Keys and values of one process; names are compared as they stand.
+// A registry in memory. Names are case-sensitive.
 class MemoryRegistry : public Registry {
  public:
   long OpenKey(RegistryRoot root, std::string_view sub_key, std::uint32_t access,
@@ -134,7 +134,7 @@ class MemoryRegistry : public Registry {
   };
   Key* Find(RegistryRoot root, std::string_view sub_key);
 
-  std::vector<Key> keys_;  // a handle is an index and one
+  std::vector<Key> keys_;  // a handle is an index plus one
 };
 
 class FixedScreen : public Screen {
@@ -160,14 +160,14 @@ class FixedClock : public WallClock {
   std::int32_t today = 20071018;
 };
 
-// No net: answers with the texts in turn and remembers what was asked for.
+// Answers with the prepared texts in turn and records the requests, without a network.
 class ScriptedWeb : public WebClient {
  public:
   std::string Get(const std::string& address, std::string_view target,
                   const std::function<bool()>& wanted) override;
   std::vector<std::string> asked;
-  std::vector<std::string> answers;  // none left: nobody answers
-  std::function<void()> meanwhile;   // what a hand does while a request is on
+  std::vector<std::string> answers;  // if none is left, the request fails
+  std::function<void()> meanwhile;   // runs during a request
 };
 
 class RecordingPrograms : public Programs {
@@ -180,7 +180,7 @@ class RecordingPrograms : public Programs {
   bool ended = false;
 };
 
-// A whole platform without a display, a disk of settings or a second program.
+// A whole platform in memory, without a display or a second program.
 struct VirtualPlatform {
   VirtualEventLoop events;
   RecordingChart chart;
@@ -203,7 +203,7 @@ struct VirtualPlatform {
   Platform References();
 
  private:
-  TellingSettings warning_settings_{settings, boxes};
+  WarnOnceSettings warning_settings_{settings, boxes};
 };
 
 }  // namespace velumar

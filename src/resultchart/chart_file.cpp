@@ -1,21 +1,25 @@
 #include "resultchart/chart_file.h"
 
-#include <QPageLayout>
+#include <QBuffer>
+#include <QFileInfo>
 #include <QPdfWriter>
 #include <stdexcept>
 
+#include "base/whole_file.h"
 #include "resultchart/result_plot.h"
-#include "resultchart/saved_file.h"
 #include "resultchart/svg_file.h"
 
 namespace velumar {
-
 namespace {
 
-void WritePicture(ResultPlot& plot, const QSize& size, QIODevice& device, const char* form) {
+[[noreturn]] void Fail(const QString& file, const QString& reason) {
+  throw std::runtime_error((file + QStringLiteral(": ") + reason).toStdString());
+}
+
+void WritePicture(ResultPlot& plot, const QSize& size, QIODevice& device, const char* format) {
   const double scale = plot.devicePixelRatioF();
   QImage picture(size * scale, QImage::Format_RGB32);
-  if (picture.isNull()) throw std::runtime_error("there is no memory for the picture");
+  if (picture.isNull()) throw std::runtime_error("not enough memory for the picture");
   picture.fill(plot.Scene().colours.ground);
   {
     QCPPainter painter;
@@ -24,7 +28,7 @@ void WritePicture(ResultPlot& plot, const QSize& size, QIODevice& device, const 
     painter.scale(scale, scale);
     plot.PaintTo(painter, size);
   }
-  if (!picture.save(&device, form)) throw std::runtime_error("the picture can't be written");
+  if (!picture.save(&device, format)) throw std::runtime_error("the picture could not be written");
 }
 
 void WritePdf(ResultPlot& plot, const QSize& size, QIODevice& device) {
@@ -34,30 +38,77 @@ void WritePdf(ResultPlot& plot, const QSize& size, QIODevice& device) {
   const QSizeF points = QSizeF(size) * (kPointsPerInch / kUnitsPerInch);
   writer.setPageLayout({QPageSize(points, QPageSize::Point), QPageLayout::Portrait, QMarginsF()});
   QCPPainter painter;
-  if (!painter.begin(&writer)) throw std::runtime_error("the page can't be written");
+  if (!painter.begin(&writer)) throw std::runtime_error("the page could not be written");
   painter.setMode(QCPPainter::pmVectorized);
   painter.scale(writer.resolution() / kUnitsPerInch, writer.resolution() / kUnitsPerInch);
   plot.PaintTo(painter, size);
 }
 
-void WriteForm(ResultPlot& plot, const QSize& size, QIODevice& device, const QString& ending) {
-  if (ending == u"pdf") return WritePdf(plot, size, device);
-  if (ending == u"svg") return WriteSvg(plot, size, device);
-  WritePicture(plot, size, device, ending == u"bmp" ? "BMP" : "PNG");
+void WriteFormat(ResultPlot& plot, const QSize& size, QIODevice& device, const QString& extension) {
+  if (extension == u"pdf") return WritePdf(plot, size, device);
+  if (extension == u"svg") return WriteSvg(plot, size, device);
+  WritePicture(plot, size, device, extension == u"bmp" ? "BMP" : "PNG");
 }
 
 }  // namespace
 
+// Into memory first: the toolkit's writers don't report a full disk.
+void SaveWhole(const QString& file, const std::function<void(QIODevice& device)>& write) {
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  try {
+    write(buffer);
+  } catch (const std::runtime_error& error) {
+    Fail(file, QString::fromUtf8(error.what()));
+  }
+  const QByteArray& bytes = buffer.data();
+  ReplaceWholeFile(QFileInfo(file).filesystemFilePath(),
+                   {bytes.constData(), static_cast<std::size_t>(bytes.size())}, FileAccess::kUsual);
+}
+
+QString RequireExtension(const QString& file, const QStringList& extensions, const QString& what) {
+  const QString extension = QFileInfo(file).suffix().toLower();
+  if (extensions.contains(extension)) return extension;
+  Fail(file, what + QStringLiteral(" is saved as .") + extensions.join(QStringLiteral(", .")));
+}
+
 QStringList ChartFileEndings() {
-  QStringList endings = {QStringLiteral("bmp"), QStringLiteral("png")};
-  if (SvgOffered()) endings.append(QStringLiteral("svg"));
-  endings.append(QStringLiteral("pdf"));
-  return endings;
+  QStringList extensions = {QStringLiteral("bmp"), QStringLiteral("png")};
+  if (SvgOffered()) extensions.append(QStringLiteral("svg"));
+  extensions.append(QStringLiteral("pdf"));
+  return extensions;
 }
 
 void SaveChartFile(ResultPlot& plot, const QSize& size, const QString& file) {
-  const QString ending = RequireEnding(file, ChartFileEndings(), QStringLiteral("a chart"));
-  SaveWhole(file, [&](QIODevice& device) { WriteForm(plot, size, device, ending); });
+  const QString extension = RequireExtension(file, ChartFileEndings(), QStringLiteral("a chart"));
+  SaveWhole(file, [&](QIODevice& device) { WriteFormat(plot, size, device, extension); });
+}
+
+void PrintChartPages(ResultPlot& plot, const ChartPage& page, QPagedPaintDevice& device) {
+  device.setPageLayout({QPageSize(QPageSize::A4), page.orientation, QMarginsF()});
+  QCPPainter painter;
+  if (!painter.begin(&device)) throw std::runtime_error("the page could not be started");
+  painter.setMode(QCPPainter::pmVectorized);
+  const double scale = device.logicalDpiX() / kUnitsPerInch;
+  for (int copy = 0; copy < page.copies; ++copy) {
+    if (copy > 0 && !device.newPage()) {
+      throw std::runtime_error("the next page could not be started");
+    }
+    painter.save();
+    painter.scale(scale, scale);
+    painter.translate(page.place.topLeft() * kUnitsPerInch);
+    plot.PaintTo(painter, (page.place.size() * kUnitsPerInch).toSize());
+    painter.restore();
+  }
+}
+
+void SavePages(const QString& file, const QString& title,
+               const std::function<void(QPagedPaintDevice& device)>& print) {
+  SaveWhole(file, [&](QIODevice& device) {
+    QPdfWriter writer(&device);
+    writer.setTitle(title);
+    print(writer);
+  });
 }
 
 }  // namespace velumar

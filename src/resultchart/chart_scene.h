@@ -1,34 +1,56 @@
 #pragma once
 
-#include <QColor>
 #include <QPointF>
-#include <span>
+#include <array>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "resultchart/chart_colours.h"
-#include "resultchart/chart_type.h"
+#include "charts/palette.h"
 
 namespace velumar {
 
-// The portfolio's value at each closing, oldest first.
+// The numbers are those of the entries in the result window.
+enum class ChartType { k3DBar = 0, k2DBar = 1, k3DLine = 2, k2DLine = 3, k2DArea = 5, k3DStep = 6 };
+
+struct ChartTypeName {
+  ChartType type;
+  std::string_view text;
+};
+
+inline constexpr std::array<ChartTypeName, 6> kChartTypes = {{{ChartType::k2DBar, "2D Bar"},
+                                                              {ChartType::k3DBar, "3D Bar"},
+                                                              {ChartType::k2DLine, "2D Line"},
+                                                              {ChartType::k2DArea, "2D Area"},
+                                                              {ChartType::k3DLine, "3D Line"},
+                                                              {ChartType::k3DStep, "3D Step"}}};
+
+std::optional<ChartType> ChartTypeOf(std::string_view text);
+bool HasDepth(ChartType type);
+bool IsLine(ChartType type);
+// True if it is filled from a base line, so that its height is read.
+bool StandsOnBase(ChartType type);
+
+// The portfolio's value at each closing, oldest first. Both lists have the same length.
 struct ChartPoints {
   std::vector<std::string> labels;
   std::vector<double> values;
-  std::string hint;  // in place of the series when there are no values
+  std::string hint;  // shown instead of the chart if there are no values
 };
 
-// What the painted parts of one chart share.
+// What the parts of one chart share.
 struct ChartScene {
   ChartPoints points;
   ChartType type = ChartType::k2DLine;
   QColor series = kSeriesGreen;
   bool shadow = false;
   bool white_wall = false;
-  ChartColours colours = ChartColours::Light();
+  Palette colours = Palette::Light();
   QPointF depth;  // from the front to the back in pixels; null for a flat chart
 
-  ChartColours WallColours() const { return white_wall ? colours.OnWhiteWall() : colours; }
+  // For what is drawn on the wall.
+  const Palette& WallColours() const { return white_wall ? Palette::Light() : colours; }
 };
 
 }  // namespace velumar

@@ -3,19 +3,21 @@
 #include <qcustomplot.h>
 
 #include "resultchart/chart_scene.h"
-#include "resultchart/chart_tickers.h"
 
 namespace velumar {
 
-// What lies behind the series: the backdrop with its shadow, walls and floor, and the grid.
+// The background of a result chart: the backdrop with its shadow, walls and floor, and the grid, or
+// the hint if there are no points.
 class ChartWall : public QCPLayerable {
  public:
-  ChartWall(QCPAxisRect* rect, const ChartScene& scene, const DateTicker& dates,
-            const MoneyTicker& money);
+  ChartWall(QCPAxisRect* rect, const ChartScene& scene)
+      : QCPLayerable(rect->parentPlot(), QStringLiteral("grid")), rect_(rect), scene_(scene) {}
 
  protected:
   void draw(QCPPainter* painter) override;
-  void applyDefaultAntialiasingHint(QCPPainter* painter) const override;
+  void applyDefaultAntialiasingHint(QCPPainter* painter) const override {
+    painter->setAntialiasing(false);
+  }
 
  private:
   void DrawBackdrop(QCPPainter& painter) const;
@@ -25,8 +27,6 @@ class ChartWall : public QCPLayerable {
 
   QCPAxisRect* rect_;
   const ChartScene& scene_;
-  const DateTicker& dates_;
-  const MoneyTicker& money_;
 };
 
 }  // namespace velumar

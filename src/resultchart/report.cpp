@@ -3,15 +3,15 @@
 #include <algorithm>
 #include <map>
 #include <string_view>
+#include <utility>
 
 #include "base/paths.h"
-#include "resultchart/run_points.h"
 #include "results/figure_texts.h"
+#include "results/portfolio_chart.h"
 #include "results/result_figures.h"
 #include "results/statistics.h"
 
 namespace velumar {
-
 namespace {
 
 using Texts = std::map<std::string_view, std::string>;
@@ -24,7 +24,7 @@ Texts FigureTexts(LedgerConnection& connection, int run) {
   return texts;
 }
 
-// "daily bars" for -1 and D, as a row and a run write it.
+// -1 in a row and D in a run stand for daily bars.
 std::string Bars(const std::string& interval) {
   if (interval == "-1" || interval == "D") return "daily bars";
   return interval + "-minute bars";
@@ -40,7 +40,7 @@ std::string Title(const Texts& figures, const std::optional<LedgerRun>& began) {
 
 std::string OrNone(const std::string& text) { return text.empty() ? kNoFigure : text; }
 
-// A holding that was wiped out stands in the list too, but nobody ordered that.
+// The list also has holdings that were dropped without an order.
 std::string OrderCount(const RunRecord& record) {
   return std::to_string(std::ranges::count_if(
       record.orders, [](const RunOrder& order) { return order.kind != RunOrder::Kind::kWiped; }));
@@ -55,7 +55,7 @@ std::vector<Report::Line> RunLines(const Texts& figures, const RunRecord& record
     return day.empty() ? std::string(kNoFigure) : day + "  " + figures.at(time);
   };
   return {
-      {"Run", run == kRunNow ? "the newest" : "number " + std::to_string(run)},
+      {"Run", run == kCurrentRun ? "the newest" : "number " + std::to_string(run)},
       {"Market", began([](const LedgerRun& r) { return r.market; })},
       {"First order", moment("ResStartDate", "ResStartTime")},
       {"Last order", moment("ResEndDate", "ResEndTime")},
@@ -78,13 +78,24 @@ std::vector<Report::Line> FigureLines(const Texts& figures) {
 
 }  // namespace
 
+ChartPoints PointsOfRun(LedgerConnection& connection, int run) {
+  PortfolioChart chart = LoadPortfolioChart(connection, run);
+  ChartPoints points;
+  points.hint = std::move(chart.hint);
+  for (PortfolioChartRow& row : chart.rows) {
+    points.labels.push_back(std::move(row.label));
+    points.values.push_back(double{row.value});
+  }
+  return points;
+}
+
 Report ReadReport(LedgerConnection& connection, int run) {
   const std::vector<RunRecord> account = ReadAccount(connection, run);
   const RunRecord& record = account.back();
   const Texts figures = FigureTexts(connection, run);
   Report report;
   report.title = Title(figures, record.began);
-  // Typed with either separator, or both.
+  // It may have been typed with either separator.
   if (record.began) {
     report.subtitle = PathText(NativePath(record.began->directory).lexically_normal());
   }

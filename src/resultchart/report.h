@@ -9,7 +9,7 @@
 
 namespace velumar {
 
-// A run on paper, as a trader hands it to a coach.
+// A run on paper.
 struct Report {
   struct Line {
     std::string name;
@@ -25,7 +25,10 @@ struct Report {
   std::vector<OrderListRow> orders;
 };
 
-// All of the rows now in the ledger, or of an archived run. Throws LedgerError.
+// The chart of the current run (0) or an archived one. Throws LedgerError.
+ChartPoints PointsOfRun(LedgerConnection& connection, int run);
+
+// The whole report of the same run. Throws LedgerError.
 Report ReadReport(LedgerConnection& connection, int run);
 
 }  // namespace velumar

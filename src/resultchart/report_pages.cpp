@@ -8,18 +8,17 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "resultchart/page_file.h"
+#include "charts/qt_text.h"
+#include "resultchart/chart_file.h"
 #include "resultchart/result_plot.h"
-#include "resultchart/saved_file.h"
 
 namespace velumar {
-
 namespace {
 
 // All measures are units of 1/96 inch.
 constexpr double kUnitsPerPoint = kUnitsPerInch / 72;
 constexpr double kMarginMm = 14;
-constexpr double kGap = 24;             // between the two columns
+constexpr double kColumnGap = 24;       // between the two columns
 constexpr double kNarrowColumn = 0.44;  // of both
 constexpr double kRow = 16;
 constexpr double kHeading = 24;
@@ -36,8 +35,6 @@ const QColor kFaint(0x5c, 0x67, 0x7a);
 const QColor kRule(0xb9, 0xc5, 0xd8);
 const QColor kBand(0xf1, 0xf4, 0xf9);
 
-QString Text(const std::string& text) { return QString::fromStdString(text); }
-
 QFont Face(int pixels, bool bold = false) {
   QFont font = QApplication::font();
   font.setPixelSize(pixels);
@@ -50,8 +47,8 @@ double Width(const QString& text, const QFont& font) {
   return QFontMetricsF(font).horizontalAdvance(text);
 }
 
-// In one line of its place: smaller where it must be, its middle left out where even that is too
-// long.
+// In one line of its place: in a smaller size if necessary, and with its middle left out if even
+// that is too long.
 void DrawFitting(QPainter& painter, const QRectF& place, Qt::Alignment alignment, QFont font,
                  const QString& text) {
   while (font.pixelSize() > kSmallestPixels && Width(text, font) > place.width()) {
@@ -62,7 +59,7 @@ void DrawFitting(QPainter& painter, const QRectF& place, Qt::Alignment alignment
                    QFontMetricsF(font).elidedText(text, Qt::ElideMiddle, place.width()));
 }
 
-// The columns of the orders: how wide each is, in a type in which all stand side by side.
+// The columns of the orders: how wide each is, and the text size at which all fit on a page.
 struct OrderTable {
   static constexpr double kPadding = 5;
 
@@ -77,8 +74,7 @@ struct OrderTable {
   double RowHeight() const { return pixels + 5.0; }
 
  private:
-  // The longest text of a column is the one with the most characters, near enough: a hundred
-  // thousand orders needn't be measured one by one.
+  // Measures only the text with the most characters of each column, not a hundred thousand orders.
   double Measure(const std::vector<OrderListRow>& rows) {
     const QFontMetricsF plain(Face(pixels));
     const QFontMetricsF bold(Face(pixels, true));
@@ -90,8 +86,8 @@ struct OrderTable {
         const std::string& text = row.at(i).text;
         if (longest == nullptr || text.size() > longest->size()) longest = &text;
       }
-      const double title = bold.horizontalAdvance(Text(std::string(kOrderColumns.at(i).title)));
-      const double text = longest == nullptr ? 0 : plain.horizontalAdvance(Text(*longest)) + digit;
+      const double title = bold.horizontalAdvance(ToQt(std::string(kOrderColumns.at(i).title)));
+      const double text = longest == nullptr ? 0 : plain.horizontalAdvance(ToQt(*longest)) + digit;
       widths.at(i) = std::max(title, text) + 2 * kPadding;
       sum += widths.at(i);
     }
@@ -99,16 +95,16 @@ struct OrderTable {
   }
 };
 
-// One report on its way to a device.
+// Prints one report.
 class Pages {
  public:
   Pages(const Report& report, QPagedPaintDevice& device) : report_(report), device_(device) {}
 
   void Print() {
     SetPage(QPageLayout::Portrait);
-    if (!painter_.begin(&device_)) throw std::runtime_error("the page can't be begun");
+    if (!painter_.begin(&device_)) throw std::runtime_error("the page could not be started");
     painter_.setMode(QCPPainter::pmVectorized);
-    const OrderTable table(report_.orders, PageAcross().width());
+    const OrderTable table(report_.orders, LandscapePage().width());
     const std::size_t on_a_page = RowsOnAPage(table);
     pages_ = 1 + (report_.orders.size() + on_a_page - 1) / on_a_page;
     PrintSummary();
@@ -124,18 +120,18 @@ class Pages {
         QPageLayout(QPageSize(QPageSize::A4), orientation, margins, QPageLayout::Millimeter));
   }
 
-  // What can be written on of the page as it lies, and of one laid across.
+  // The printable area of the page as it is, and of a landscape page.
   QRectF Page() const {
     const QRectF points = device_.pageLayout().paintRect(QPageLayout::Point);
     return {0, 0, points.width() * kUnitsPerPoint, points.height() * kUnitsPerPoint};
   }
-  QRectF PageAcross() const {
+  QRectF LandscapePage() const {
     const QRectF page = Page();
     return {0, 0, std::max(page.width(), page.height()), std::min(page.width(), page.height())};
   }
 
   std::size_t RowsOnAPage(const OrderTable& table) const {
-    const double room = PageAcross().height() - kHeader - kFooter - table.RowHeight();
+    const double room = LandscapePage().height() - kHeader - kFooter - table.RowHeight();
     return static_cast<std::size_t>(std::max(room / table.RowHeight(), 1.0));
   }
 
@@ -162,13 +158,13 @@ class Pages {
                 heading);
     top += kHeading;
     for (const Report::Line& line : lines) {
-      const QString name = Text(line.name);
+      const QString name = ToQt(line.name);
       const double name_width = Width(name, Face(kTextPixels)) + 8;
       painter_.setPen(kFaint);
       DrawFitting(painter_, {left, top, name_width, kRow}, Qt::AlignLeft, Face(kTextPixels), name);
       painter_.setPen(kInk);
       DrawFitting(painter_, {left + name_width, top, width - name_width, kRow}, Qt::AlignRight,
-                  Face(kTextPixels), Text(line.value));
+                  Face(kTextPixels), ToQt(line.value));
       top += kRow;
       painter_.setPen(QPen(kRule, 0.5));
       painter_.drawLine(QPointF(left, top), QPointF(left + width, top));
@@ -177,14 +173,15 @@ class Pages {
   }
 
   void PrintSummary() {
-    BeginPage(QStringLiteral("Practice run: ") + Text(report_.title), Text(report_.subtitle));
+    BeginPage(QStringLiteral("Practice run: ") + ToQt(report_.title), ToQt(report_.subtitle));
     const QRectF page = Page();
-    const double width = (page.width() - kGap) * kNarrowColumn;
+    const double width = (page.width() - kColumnGap) * kNarrowColumn;
     const double run = PrintLines(QStringLiteral("Run"), report_.run, 0, kHeader, width);
     const double figures =
         PrintLines(QStringLiteral("Figures"), report_.figures, 0, run + kRow / 2, width);
-    const double statistics = PrintLines(QStringLiteral("Statistics"), report_.statistics,
-                                         width + kGap, kHeader, page.width() - width - kGap);
+    const double statistics =
+        PrintLines(QStringLiteral("Statistics"), report_.statistics, width + kColumnGap, kHeader,
+                   page.width() - width - kColumnGap);
     PrintChart(std::max(figures, statistics) + kRow);
   }
 
@@ -201,8 +198,8 @@ class Pages {
 
   void PrintOrders(const OrderTable& table, std::size_t first, std::size_t end) {
     SetPage(QPageLayout::Landscape);
-    if (!device_.newPage()) throw std::runtime_error("the next page can't be begun");
-    BeginPage(QStringLiteral("Orders"), Text(report_.title));
+    if (!device_.newPage()) throw std::runtime_error("the next page could not be started");
+    BeginPage(QStringLiteral("Orders"), ToQt(report_.title));
     painter_.setPen(kInk);
     PrintRow(table, kHeader, Face(table.pixels, true),
              [](std::size_t column) { return std::string(kOrderColumns.at(column).title); });
@@ -226,7 +223,7 @@ class Pages {
                          table.RowHeight());
       DrawFitting(painter_, place,
                   kOrderColumns.at(column).numeric ? Qt::AlignRight : Qt::AlignLeft, font,
-                  Text(text_of(column)));
+                  ToQt(text_of(column)));
       left += width;
     }
   }
@@ -243,8 +240,8 @@ class Pages {
 void PrintReport(const Report& report, QPagedPaintDevice& device) { Pages(report, device).Print(); }
 
 void SaveReport(const Report& report, const QString& file) {
-  RequireEnding(file, {QStringLiteral("pdf")}, QStringLiteral("a report"));
-  SavePages(file, Text(report.title),
+  RequireExtension(file, {QStringLiteral("pdf")}, QStringLiteral("a report"));
+  SavePages(file, ToQt(report.title),
             [&report](QPagedPaintDevice& device) { PrintReport(report, device); });
 }
 

@@ -8,13 +8,11 @@ class QPagedPaintDevice;
 
 namespace velumar {
 
-// Draws the report as vectors: an A4 page with run, figures, statistics and chart, and the orders
-// on as many pages behind it as they take, those across. Throws std::runtime_error when a page
-// can't be begun.
+// Draws the report as vectors: an A4 page with run, figures, statistics and chart, then the orders
+// on as many landscape pages as they need. Throws std::runtime_error if a page can't be started.
 void PrintReport(const Report& report, QPagedPaintDevice& device);
 
-// The same into a PDF file, which appears whole or not at all. Throws std::runtime_error that names
-// the file.
+// Saves the report as a PDF file; see SaveWhole. Throws std::runtime_error with the file's name.
 void SaveReport(const Report& report, const QString& file);
 
 }  // namespace velumar

@@ -4,17 +4,15 @@
 #include <cmath>
 #include <utility>
 
-#include "resultchart/chart_pointer.h"
-#include "resultchart/chart_tickers.h"
+#include "charts/qt_text.h"
+#include "charts/value_ticker.h"
 #include "resultchart/chart_wall.h"
-#include "resultchart/portfolio_series.h"
+#include "resultchart/solid_series.h"
 
 namespace velumar {
-
 namespace {
 
-const QString kPointerLayer = QStringLiteral("pointer");
-constexpr double kFewestPoints = 5;  // that a zoom leaves in sight
+constexpr double kFewestPoints = 5;  // that a zoom leaves visible
 constexpr int kAroundPlot = 14;
 constexpr int kPlainPixels = 12;
 
@@ -23,51 +21,104 @@ QPointF DepthFor(const QSize& size) {
   return {std::round(across), -std::round(across * 0.7)};
 }
 
+QString MoneyLabel(double value, int decimals) {
+  return QLocale(QLocale::English, QLocale::UnitedStates).toString(value, 'f', decimals);
+}
+
+// As many decimals as the distance between two labels needs.
+QString AxisLabel(double value, double step) {
+  return MoneyLabel(value, std::max(0, static_cast<int>(-std::floor(std::log10(step) + 1e-9))));
+}
+
+// The dates of as many points as have room next to each other, none cut off by the picture's edge.
+class DateTicker : public QCPAxisTicker {
+ public:
+  DateTicker(const QCPAxis& axis, const ChartScene& scene) : axis_(axis), scene_(scene) {}
+
+ protected:
+  double getTickStep(const QCPRange& range) override {
+    constexpr int kGap = 18;
+    const int width = std::max(1, axis_.axisRect()->width());
+    return std::max(1.0, RoundStep((LabelWidth() + kGap) * range.size() / width));
+  }
+
+  QVector<double> createTickVector(double step, const QCPRange& range) override {
+    QVector<double> ticks = QCPAxisTicker::createTickVector(step, range);
+    const auto count = static_cast<double>(scene_.points.labels.size());
+    const QRect picture = axis_.parentPlot()->viewport();
+    const double half = LabelWidth() / 2.0;
+    erase_if(ticks, [&](double tick) {
+      const double x = axis_.coordToPixel(tick);
+      return tick < 0 || tick >= count || x - half < picture.left() || x + half > picture.right();
+    });
+    return ticks;
+  }
+
+  QString getTickLabel(double tick, const QLocale&, QChar, int) override {
+    return ToQt(scene_.points.labels[static_cast<std::size_t>(tick)]);
+  }
+
+ private:
+  // All labels have the same number of characters; digits are the widest.
+  int LabelWidth() const {
+    if (scene_.points.labels.empty()) return 0;
+    const auto letters = static_cast<qsizetype>(scene_.points.labels.front().size());
+    return QFontMetrics(axis_.tickLabelFont()).horizontalAdvance(QString(letters, u'0'));
+  }
+
+  const QCPAxis& axis_;
+  const ChartScene& scene_;
+};
+
 }  // namespace
 
-ResultPlot::ResultPlot(QWidget* parent) : QCustomPlot(parent) {
-  // In pixels: a size in points would follow the printer's, not the picture's.
+ResultPlot::ResultPlot(QWidget* parent) : BarPlot(parent) {
+  // In pixels: a size in points would follow the printer's resolution.
   QFont plain = font();
   plain.setPixelSize(kPlainPixels);
   setFont(plain);
-  plotLayout()->clear();
+  setPlottingHint(QCP::phFastPolylines);
   plotLayout()->setMargins(QMargins(kAroundPlot, kAroundPlot / 2, kAroundPlot, kAroundPlot));
   title_ = new QCPTextElement(this);
   plotLayout()->addElement(0, 0, title_);
-  rect_ = new QCPAxisRect(this, false);
-  QCPAxis* const places = rect_->addAxis(QCPAxis::atBottom);
-  QCPAxis* const values = rect_->addAxis(QCPAxis::atLeft);
-  const auto dates = QSharedPointer<DateTicker>::create(*places, scene_);
-  const auto money = QSharedPointer<MoneyTicker>::create(*values, scene_);
-  places->setTicker(dates);
-  values->setTicker(money);
-  plotLayout()->addElement(1, 0, rect_);
-  new ChartWall(rect_, scene_, *dates, *money);
-  new PortfolioSeries(places, values, scene_);
-  addLayer(kPointerLayer);
-  layer(kPointerLayer)->setMode(QCPLayer::lmBuffered);
-  pointer_ = new ChartPointer(rect_, kPointerLayer, scene_);
-  setMouseTracking(true);
+  rect_ = AddRect(1, QCPAxis::atLeft);
+  QCPAxis* const values = rect_->axis(QCPAxis::atLeft);
+  BarAxis().setTicker(QSharedPointer<DateTicker>::create(BarAxis(), scene_));
+  values->setTicker(QSharedPointer<ValueTicker>::create(*values, 46, AxisLabel));
+  for (QCPAxis* const axis : rect_->axes()) {
+    axis->grid()->setVisible(false);
+    axis->setLabelPadding(6);
+    axis->setTickLabelPadding(5);
+  }
+  new ChartWall(rect_, scene_);
+  line_ = new PortfolioLine(&BarAxis(), values, scene_);
+  bars_ = new PortfolioBars(&BarAxis(), values, scene_);
+  pointer_text_ = AddPointerText();
+  pointer_text_->setPadding(QMargins(5, 5, 5, 5));
   connect(this, &QCustomPlot::beforeReplot, this,
           [this] { Arrange(viewport().size() - QSize(0, covered_)); });
+  connect(this, &QCustomPlot::mouseDoubleClick, this, [this] {
+    ShowSpan(WholeSpan());
+    emit SpanMoved();
+  });
   SetColours(scene_.colours);
   SetPoints({});
 }
 
 void ResultPlot::SetPoints(ChartPoints points) {
   scene_.points = std::move(points);
-  pointer_->Follow(std::nullopt);
+  line_->SetPoints();
+  HidePointer();
   SetTitles(!scene_.points.values.empty());
   ShowSpan(WholeSpan());
 }
 
 void ResultPlot::SetTitles(bool with_points) {
   title_->setText(with_points ? QString(kPlotTitle) : QString());
-  QCPAxis* const places = rect_->axis(QCPAxis::atBottom);
   QCPAxis* const values = rect_->axis(QCPAxis::atLeft);
-  places->setLabel(with_points ? QStringLiteral("Action Date") : QString());
+  BarAxis().setLabel(with_points ? QStringLiteral("Action Date") : QString());
   values->setLabel(with_points ? QStringLiteral("Portfolio") : QString());
-  places->setVisible(with_points);
+  BarAxis().setVisible(with_points);
   values->setVisible(with_points);
 }
 
@@ -91,7 +142,8 @@ void ResultPlot::SetWhiteWall(bool white) {
   Changed();
 }
 
-void ResultPlot::SetColours(const ChartColours& colours) {
+void ResultPlot::SetColours(const Palette& colours) {
+  BarPlot::SetColours(colours);
   scene_.colours = colours;
   setBackground(QBrush(colours.ground));
   QFont title_font = font();
@@ -99,47 +151,30 @@ void ResultPlot::SetColours(const ChartColours& colours) {
   title_font.setBold(true);
   title_->setFont(title_font);
   title_->setTextColor(colours.text);
-  StyleAxes();
+  pointer_text_->setFont(font());
+  pointer_text_->setColor(colours.text);
+  pointer_text_->setPen(QPen(colours.border, 0));
+  pointer_text_->setBrush(colours.hint);
   Changed();
-}
-
-void ResultPlot::StyleAxes() {
-  for (QCPAxis* const axis : rect_->axes()) {
-    axis->setLayer(QStringLiteral("axes"));
-    axis->grid()->setVisible(false);
-    axis->setSubTicks(false);
-    axis->setTickLength(0, 4);
-    axis->setBasePen(QPen(scene_.colours.frame, 0));
-    axis->setTickPen(QPen(scene_.colours.frame, 0));
-    axis->setTickLabelColor(scene_.colours.faint);
-    axis->setTickLabelFont(font());
-    axis->setLabelColor(scene_.colours.text);
-    axis->setLabelFont(font());
-    axis->setLabelPadding(6);
-    axis->setTickLabelPadding(5);
-  }
 }
 
 AxisSpan ResultPlot::WholeSpan() const {
   return {-0.5, std::max(1.0, static_cast<double>(scene_.points.values.size())) - 0.5};
 }
 
-AxisSpan ResultPlot::Span() const {
-  const QCPRange range = rect_->axis(QCPAxis::atBottom)->range();
-  return {range.lower, range.upper};
-}
+AxisSpan ResultPlot::Span() const { return {BarAxis().range().lower, BarAxis().range().upper}; }
 
 void ResultPlot::ShowSpan(AxisSpan span) {
-  const AxisSpan whole = WholeSpan();
-  const double size = std::clamp(span.Size(), std::min(kFewestPoints, whole.Size()), whole.Size());
-  const double first = std::clamp(span.first, whole.first, whole.last - size);
-  rect_->axis(QCPAxis::atBottom)->setRange(first, first + size);
+  ShowBars(Bounded({span.first, span.last}));
   Changed();
 }
 
-void ResultPlot::MoveTo(AxisSpan span) {
-  ShowSpan(span);
-  Q_EMIT SpanMoved();
+QCPRange ResultPlot::Bounded(const QCPRange& wanted) const {
+  const AxisSpan whole = WholeSpan();
+  const double size =
+      std::clamp(wanted.size(), std::min(kFewestPoints, whole.Size()), whole.Size());
+  const double first = std::clamp(wanted.lower, whole.first, whole.last - size);
+  return {first, first + size};
 }
 
 void ResultPlot::SetCovered(int pixels) {
@@ -149,67 +184,54 @@ void ResultPlot::SetCovered(int pixels) {
 
 void ResultPlot::Changed() { replot(QCustomPlot::rpQueuedReplot); }
 
-// Depth and values follow the size and what is in sight.
+// Depth and values depend on the size and on what is visible.
 void ResultPlot::Arrange(const QSize& size) {
   scene_.depth = HasDepth(scene_.type) ? DepthFor(size) : QPointF();
   const QPoint depth = scene_.depth.toPoint();
   rect_->setMinimumMargins(QMargins(8, 10 - depth.y(), 14 + depth.x(), 8));
   const ValueSpan values = FittingValues(scene_.points.values, Span(), StandsOnBase(scene_.type));
   rect_->axis(QCPAxis::atLeft)->setRange(values.lower, values.upper);
-  // The marks are made before the rectangle has its size, and go by the size that it has: so it
-  // gets it here.
-  plotLayout()->setOuterRect(QRect(QPoint(), size));
-  for (const auto phase :
-       {QCPLayoutElement::upPreparation, QCPLayoutElement::upMargins, QCPLayoutElement::upLayout}) {
-    plotLayout()->update(phase);
-  }
+  LayOut(size);
+  line_->ApplyStyle();
+  bars_->Fill();
 }
 
 void ResultPlot::PaintTo(QCPPainter& painter, const QSize& size) {
-  pointer_->Follow(std::nullopt);
+  HidePointer();
   Arrange(size);
   toPainter(&painter, size.width(), size.height());
   Changed();
 }
 
-void ResultPlot::Follow(std::optional<QPointF> pixel) {
-  pointer_->Follow(pixel);
-  layer(kPointerLayer)->replot();
-}
-
-void ResultPlot::mousePressEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton) return;
-  grip_ = rect_->axis(QCPAxis::atBottom)->pixelToCoord(event->position().x());
-}
-
-void ResultPlot::mouseMoveEvent(QMouseEvent* event) {
-  if (grip_) {
-    const double here = rect_->axis(QCPAxis::atBottom)->pixelToCoord(event->position().x());
-    const AxisSpan span = Span();
-    MoveTo({span.first + *grip_ - here, span.last + *grip_ - here});
+void ResultPlot::MovePointer(std::optional<QPointF> pixel) {
+  HidePointer();
+  const auto count = static_cast<double>(scene_.points.values.size());
+  if (pixel && count > 0 && rect_->rect().contains(pixel->toPoint())) {
+    const double place = std::clamp(std::round(BarAxis().pixelToCoord(pixel->x())), 0.0, count - 1);
+    const auto point = static_cast<std::size_t>(place);
+    const QPointF centre(BarAxis().coordToPixel(place),
+                         rect_->axis(QCPAxis::atLeft)->coordToPixel(scene_.points.values[point]));
+    ShowCross(centre, rect_->rect());
+    ShowPointerText(point, centre);
   }
-  Follow(event->position());
+  RepaintPointer();
 }
 
-void ResultPlot::mouseReleaseEvent(QMouseEvent*) { grip_.reset(); }
-
-void ResultPlot::mouseDoubleClickEvent(QMouseEvent*) {
-  grip_.reset();
-  MoveTo(WholeSpan());
+// Above and to the right of the point, or on the other side if there is no room.
+void ResultPlot::ShowPointerText(std::size_t point, QPointF centre) {
+  constexpr int kDistance = 10;
+  constexpr int kDecimals = 2;
+  pointer_text_->setText(ToQt(scene_.points.labels[point]) + QStringLiteral("   ") +
+                         MoneyLabel(scene_.points.values[point], kDecimals));
+  const QSize room = QFontMetrics(font()).boundingRect(pointer_text_->text()).size() +
+                     QSize(2 * kDistance, 2 * kDistance);
+  const bool right = centre.x() + room.width() <= rect_->right();
+  const bool above = centre.y() - room.height() >= rect_->top();
+  pointer_text_->setPositionAlignment((right ? Qt::AlignLeft : Qt::AlignRight) |
+                                      (above ? Qt::AlignBottom : Qt::AlignTop));
+  pointer_text_->position->setCoords(
+      centre + QPointF(right ? kDistance : -kDistance, above ? -kDistance : kDistance));
+  pointer_text_->setVisible(true);
 }
-
-void ResultPlot::wheelEvent(QWheelEvent* event) {
-  constexpr double kStep = 120;
-  constexpr double kNearer = 0.8;
-  const double factor = std::pow(kNearer, event->angleDelta().y() / kStep);
-  const double here = rect_->axis(QCPAxis::atBottom)->pixelToCoord(event->position().x());
-  const AxisSpan span = Span();
-  const double least = std::min(kFewestPoints, WholeSpan().Size());
-  const double part = std::max(factor, least / span.Size());
-  MoveTo({here - (here - span.first) * part, here + (span.last - here) * part});
-  Follow(event->position());
-}
-
-void ResultPlot::leaveEvent(QEvent*) { Follow(std::nullopt); }
 
 }  // namespace velumar

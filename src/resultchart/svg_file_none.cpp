@@ -7,7 +7,7 @@ namespace velumar {
 bool SvgOffered() { return false; }
 
 void WriteSvg(ResultPlot&, const QSize&, QIODevice&) {
-  throw std::runtime_error("SVG can't be written on this system; take PDF for vectors");
+  throw std::runtime_error("SVG is not available on this system; save as PDF instead");
 }
 
 }  // namespace velumar

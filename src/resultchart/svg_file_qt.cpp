@@ -18,7 +18,7 @@ void WriteSvg(ResultPlot& plot, const QSize& size, QIODevice& device) {
   generator.setResolution(static_cast<int>(kUnitsPerInch));
   generator.setTitle(kPlotTitle);
   QCPPainter painter;
-  if (!painter.begin(&generator)) throw std::runtime_error("the picture can't be begun");
+  if (!painter.begin(&generator)) throw std::runtime_error("the picture could not be started");
   plot.PaintTo(painter, size);
 }
 

@@ -28,4 +28,19 @@ std::string QuantityText(double quantity) {
   return PatternText(DecimalText(quantity), "########0.##");
 }
 
+std::string CsvLine(std::span<const std::string> fields) {
+  std::string line;
+  for (const std::string& field : fields) {
+    if (&field != fields.data()) line += ',';
+    if (field.find_first_of(",\"\r\n") == std::string::npos) {
+      line += field;
+      continue;
+    }
+    line += '"';
+    for (const char c : field) line += c == '"' ? std::string("\"\"") : std::string(1, c);
+    line += '"';
+  }
+  return line + '\n';
+}
+
 }  // namespace velumar

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 
 namespace velumar {
@@ -15,5 +16,7 @@ std::string PercentText(std::optional<double> share);
 std::string QuantityText(double quantity);
 // The shortest decimal that reads back as the number, for other programs.
 std::string DecimalText(double number);
+// A line of CSV with its line end. Fields are quoted where needed.
+std::string CsvLine(std::span<const std::string> fields);
 
 }  // namespace velumar

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "base/csv_field.h"
 #include "results/figure_texts.h"
 
 namespace velumar {
@@ -23,10 +22,9 @@ OrderCell QuantityCell(std::optional<double> quantity) {
 std::string Note(const RunOrder& order) {
   std::string note;
   if (order.kind == RunOrder::Kind::kWiped) {
-    note = "more than the " + QuantityText(order.held) + " held: closed without a result";
+    note = "more than the " + QuantityText(order.held) + " held: closed without P/L";
   }
-  if (order.Hindsight().value_or(false))
-    note += (note.empty() ? "" : ", ") + std::string("hindsight");
+  if (order.LookAhead().value_or(false)) note += note.empty() ? "look-ahead" : ", look-ahead";
   return note;
 }
 
@@ -77,15 +75,14 @@ void SortOrders(std::vector<OrderListRow>& rows, std::size_t column, bool descen
 }
 
 std::string OrdersCsv(const std::vector<OrderListRow>& rows) {
-  std::string csv;
-  for (const OrderColumn& column : kOrderColumns) {
-    csv += (csv.empty() ? "" : ",") + CsvField(std::string(column.title));
-  }
-  csv += '\n';
+  std::array<std::string, kOrderColumns.size()> fields;
+  std::ranges::transform(kOrderColumns, fields.begin(),
+                         [](const OrderColumn& column) { return std::string(column.title); });
+  std::string csv = CsvLine(fields);
   for (const OrderListRow& row : rows) {
-    for (std::size_t i = 0; i < row.size(); ++i)
-      csv += (i == 0 ? "" : ",") + CsvField(Exported(row.at(i).exact));
-    csv += '\n';
+    std::ranges::transform(row, fields.begin(),
+                           [](const OrderCell& cell) { return Exported(cell.exact); });
+    csv += CsvLine(fields);
   }
   return csv;
 }

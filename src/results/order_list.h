@@ -30,21 +30,21 @@ inline constexpr std::array<OrderColumn, 14> kOrderColumns{{{"No.", true},
                                                             {"Note"}}};
 
 struct OrderCell {
-  std::string text;   // as the table shows it
-  LedgerValue exact;  // as it sorts and is exported; dates are ISO texts
+  std::string text;   // as shown in the table
+  LedgerValue exact;  // for sorting and export; dates are ISO texts
 };
 
 using OrderListRow = std::array<OrderCell, kOrderColumns.size()>;
 
-// The orders as they were placed, each with what the side holds and the realised money after it. A
-// holding that too large an offset wiped out has a row of its own, and its note says so; an order
-// placed with hindsight is noted as such.
+// The orders as they were placed, each with the holding of its side and the realised money after
+// it. A holding wiped out by an offset of more than was held has a row of its own. The note says
+// so, and marks look-ahead orders.
 std::vector<OrderListRow> ListOrders(const RunRecord& run);
 
-// Sorts by a column; rows that are equal there keep their order.
+// Sorts by a column; rows with equal values keep their order.
 void SortOrders(std::vector<OrderListRow>& rows, std::size_t column, bool descending);
 
-// The rows behind a line of titles, with plain numbers and ISO dates.
+// A line of titles and the rows, with plain numbers and ISO dates.
 std::string OrdersCsv(const std::vector<OrderListRow>& rows);
 
 }  // namespace velumar

@@ -36,7 +36,7 @@ std::string Hint(LedgerConnection& connection, int archived_run) {
   const std::size_t closed = ListTrades(ReadAccount(connection, archived_run)).trades.size();
   if (closed == 0) return "No closed trades yet";
   return std::to_string(closed) + (closed == 1 ? " closed trade" : " closed trades") +
-         ", without a result";
+         " without P/L";
 }
 
 }  // namespace

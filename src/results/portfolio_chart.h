@@ -14,13 +14,13 @@ struct PortfolioChartRow {
 
 struct PortfolioChart {
   std::vector<PortfolioChartRow> rows;
-  std::string hint;  // why there are no rows, as one line; empty when there are some
+  std::string hint;  // one line that says why there are no rows; empty if there are some
 };
 
-// The money after each order that carries points of closed trades, by date: from the first offset
-// on, without the rows where the last offsets of both sides cancel. When no order carries points,
-// the money after each offset instead, so that trades closed at their entry price still show.
-// Of the rows now in the ledger, or of an archived run. Throws LedgerError.
+// The money after each order that has points of closed trades, by date: from the first offset on,
+// without the rows where the last offsets of both sides cancel. If no order has points, the money
+// after each offset, so that trades closed at their entry price are still shown.
+// Reads the current or an archived run. Throws LedgerError.
 PortfolioChart LoadPortfolioChart(LedgerConnection& connection, int archived_run = 0);
 
 }  // namespace velumar

@@ -12,8 +12,7 @@ constexpr std::string_view kPortfolioPattern = "###,###,###,###";
 
 using Row = std::vector<LedgerValue>;
 
-// The first row of a select, over the rows now in the ledger or those of an archived run; empty
-// where there is none.
+// Returns the first row of a select on the current or an archived run; empty if there is none.
 class FirstRows {
  public:
   FirstRows(LedgerConnection& connection, int archived_run)

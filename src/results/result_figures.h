@@ -8,7 +8,7 @@
 
 namespace velumar {
 
-// What the orders of a run come to. A figure that no row counts for is empty or 0.
+// The fourteen figures of a run. A figure without any rows is empty or 0.
 struct ResultFigures {
   bool any_orders = false;
   std::string ResSymbol;
@@ -24,7 +24,7 @@ struct ResultFigures {
   // Realised points, not money.
   float ResLongProfitLoss = 0;
   float ResShortProfitLoss = 0;
-  // Of entries only; offsets pay theirs beside these.
+  // Of entries only, although offsets pay commission too.
   float ResLongComm = 0;
   float ResShortComm = 0;
   float ResTotalComm = 0;
@@ -32,7 +32,7 @@ struct ResultFigures {
   bool operator==(const ResultFigures&) const = default;
 };
 
-// Reads all figures from MyPortfolio, or from the rows of an archived run. Throws LedgerError.
+// Reads the figures of the current or an archived run. Throws LedgerError.
 ResultFigures LoadResultFigures(LedgerConnection& connection, int archived_run = 0);
 
 struct ResultFigureText {
@@ -41,8 +41,7 @@ struct ResultFigureText {
   std::string text;
 };
 
-// The fourteen as their labels show them. Without orders the window leaves its labels blank
-// instead.
+// The figures as their labels show them. Without orders the window leaves the labels blank.
 std::array<ResultFigureText, 14> ResultFigureTexts(const ResultFigures& figures);
 
 }  // namespace velumar

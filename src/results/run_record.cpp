@@ -7,20 +7,56 @@
 #include <utility>
 
 #include "base/number_text.h"
-#include "results/named_values.h"
 
 namespace velumar {
 
 namespace {
 
-// The run's number in the side tables: rows now in the ledger belong to the newest run.
+// The values of one row by column name; a missing column counts as null.
+class NamedValues {
+ public:
+  NamedValues(const LedgerRecordset& records, std::size_t row)
+      : columns_(records.columns), values_(records.rows.at(row)) {}
+
+  std::optional<double> Figure(std::string_view column) const { return Get<double>(column); }
+  double Number(std::string_view column) const { return Figure(column).value_or(0); }
+  std::optional<int> Whole(std::string_view column) const {
+    const auto number = Figure(column);
+    return number ? std::optional(static_cast<int>(*number)) : std::nullopt;
+  }
+  std::string Text(std::string_view column) const {
+    return Get<std::string>(column).value_or(std::string());
+  }
+
+ private:
+  template <typename Value>
+  std::optional<Value> Get(std::string_view column) const {
+    const auto at = std::find(columns_.begin(), columns_.end(), column);
+    if (at == columns_.end()) return std::nullopt;
+    const auto* value =
+        std::get_if<Value>(&values_[static_cast<std::size_t>(at - columns_.begin())]);
+    return value == nullptr ? std::nullopt : std::optional(*value);
+  }
+
+  const std::vector<std::string>& columns_;
+  const std::vector<LedgerValue>& values_;
+};
+
+// The records must outlive the result.
+std::vector<NamedValues> NamedRows(const LedgerRecordset& records) {
+  std::vector<NamedValues> rows;
+  for (std::size_t i = 0; i < records.rows.size(); ++i) rows.emplace_back(records, i);
+  return rows;
+}
+
+// The run's number in the side tables; the current run is the newest.
 std::string RunKey(int number) {
-  return number == kRunNow ? "(select coalesce(max(Id), 0) From Runs)" : std::to_string(number);
+  return number == kCurrentRun ? "(select coalesce(max(Id), 0) From Runs)" : std::to_string(number);
 }
 
 bool IsLong(const std::string& position) { return position == "Long" || position == "Offset Long"; }
 
-// A 32-bit figure as the decimal that a row would hold.
+// A 32-bit figure as the decimal that a row would have.
 std::optional<double> AsInRow(std::optional<double> figure) {
   return figure ? ToDouble(PlainNumberText(static_cast<float>(*figure))) : std::nullopt;
 }
@@ -106,7 +142,7 @@ void AddDetails(LedgerConnection& connection, int number, Places& orders) {
   }
 }
 
-// Equal places keep their order, so a wiped holding stands behind the row that it fell behind.
+// Equal places keep their order, so a wiped-out holding follows the row it was recorded after.
 void AddWiped(LedgerConnection& connection, int number, Places& orders) {
   const LedgerRecordset records =
       LedgerQuery(connection, "select * From Wiped where Run = " + RunKey(number));
@@ -116,7 +152,7 @@ void AddWiped(LedgerConnection& connection, int number, Places& orders) {
   }
 }
 
-// The order that a side begins the run with; none when it does nothing in it.
+// The first order of a side; null if it has none.
 const RunOrder* FirstOf(const RunRecord& record, bool is_long) {
   const auto first =
       std::find_if(record.orders.begin(), record.orders.end(),
@@ -126,7 +162,7 @@ const RunOrder* FirstOf(const RunRecord& record, bool is_long) {
 
 // Newest first.
 std::vector<int> ArchivedBefore(LedgerConnection& connection, int number) {
-  const std::string before = number == kRunNow ? "" : " where Run < " + std::to_string(number);
+  const std::string before = number == kCurrentRun ? "" : " where Run < " + std::to_string(number);
   const LedgerRecordset records =
       LedgerQuery(connection, "select Run From Archive" + before + " group by Run");
   std::vector<int> numbers;
@@ -135,9 +171,20 @@ std::vector<int> ArchivedBefore(LedgerConnection& connection, int number) {
   return numbers;
 }
 
+// "20070125" as "2007-01-25".
+std::string IsoDate(const std::string& digits) {
+  constexpr std::size_t kLength = 8;
+  if (digits.size() != kLength) return digits;
+  return digits.substr(0, 4) + "-" + digits.substr(4, 2) + "-" + digits.substr(6, 2);
+}
+
+std::string Orders(double count) {
+  return PlainNumberText(static_cast<float>(count)) + (count == 1 ? " order" : " orders");
+}
+
 }  // namespace
 
-std::optional<bool> RunOrder::Hindsight() const {
+std::optional<bool> RunOrder::LookAhead() const {
   if (!bar || !newest_shown) return std::nullopt;
   return *newest_shown > *bar;
 }
@@ -148,7 +195,7 @@ bool HeldNothingBefore(const RunOrder& order) {
 }
 
 void RequireRun(LedgerConnection& connection, int number) {
-  if (number == kRunNow) return;
+  if (number == kCurrentRun) return;
   const std::string id = std::to_string(number);
   if (LedgerQuery(connection,
                   "select Id From Runs where Id = " + id + " and Id < (select max(Id) From Runs)")
@@ -170,9 +217,39 @@ RunRecord ReadRun(LedgerConnection& connection, int number) {
   return record;
 }
 
+std::vector<RunChoice> RunChoices(LedgerConnection& connection) {
+  std::vector<RunChoice> choices{{kCurrentRun, "Current run"}};
+  const LedgerRecordset records =
+      LedgerQuery(connection,
+                  "select Id, Symbol, SymbolInterval, StartDate, Orders From Runs join (select "
+                  "Run, sum(Placed) as Orders From (select Run, 1 as Placed From Archive union all "
+                  "select Run, 0 From Wiped where Run < (select max(Id) From Runs)) group by Run) "
+                  "on Run = Id");
+  for (const NamedValues& row : NamedRows(records)) {
+    const int number = row.Whole("Id").value_or(0);
+    choices.push_back({number, std::to_string(number) + ": " + row.Text("Symbol") + " " +
+                                   row.Text("SymbolInterval") + " from " +
+                                   connection.DateText(IsoDate(row.Text("StartDate"))) + ", " +
+                                   Orders(row.Number("Orders"))});
+  }
+  std::sort(choices.begin() + 1, choices.end(),
+            [](const RunChoice& a, const RunChoice& b) { return a.number > b.number; });
+  return choices;
+}
+
+int NewestRun(LedgerConnection& connection) {
+  const LedgerRecordset records = LedgerQuery(connection, "select max(Id) as Newest From Runs");
+  return NamedValues(records, 0).Whole("Newest").value_or(0);
+}
+
+int RunToRead(LedgerConnection& connection, ShownRun shown) {
+  const bool archived = shown.number == kCurrentRun && NewestRun(connection) != shown.newest;
+  return archived ? shown.newest : shown.number;
+}
+
 std::vector<RunRecord> ReadAccount(LedgerConnection& connection, int number) {
   std::vector<RunRecord> account{ReadRun(connection, number)};
-  // Sides whose holding was entered before the runs that were read so far.
+  // Sides whose holding was entered before the runs read so far.
   std::vector<bool> carried_sides;
   for (const bool is_long : {true, false}) {
     const RunOrder* first = FirstOf(account.front(), is_long);

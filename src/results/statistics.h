@@ -4,18 +4,18 @@
 #include <string_view>
 #include <vector>
 
-#include "results/trade_list.h"
+#include "results/run_record.h"
 
 namespace velumar {
 
-// docs/statistics.md explains each with the same words.
+// docs/statistics.md has the same names and formulas.
 struct Statistic {
   std::string_view name;
-  std::string value;  // "-" where the ledger doesn't support one
+  std::string value;  // "-" if the ledger lacks what it needs
   std::string_view formula;
 };
 
-// The statistics of the last of the runs (see ReadAccount), in the order in which they are shown.
+// The statistics of the last of the runs (see ReadAccount), in display order.
 std::vector<Statistic> RunStatistics(const std::vector<RunRecord>& account);
 
 }  // namespace velumar

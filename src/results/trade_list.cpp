@@ -8,21 +8,21 @@ namespace velumar {
 
 namespace {
 
-// The account keeps its average entry price to two decimals, as the row has it, and closes at the
-// exact close of the bar.
+// Like the account: it keeps its average entry price to two decimals, as a row has it, and closes
+// at the exact close of the bar.
 TradeEnd EntryOf(const RunOrder& order) { return {order.date, order.time, order.price, order.bar}; }
 TradeEnd ExitOf(const RunOrder& order) {
   return {order.date, order.time, order.close.value_or(order.price), order.bar};
 }
 
-// The lots of one side, matched with its orders one after the other.
+// The open lots of one side, updated order by order.
 class SideLots {
  public:
   explicit SideLots(bool is_long) : is_long_(is_long) {}
 
-  // Appends what the order closes.
+  // Appends the trades that the order closes.
   void Take(const RunOrder& order, std::vector<Trade>& closed) {
-    KeepInStep(order);
+    MatchHolding(order);
     switch (order.kind) {
       case RunOrder::Kind::kEntry:
         if (Ordered(order) > 0) lots_.push_back({is_long_, Ordered(order), EntryOf(order)});
@@ -59,9 +59,9 @@ class SideLots {
     return order.held;
   }
 
-  // An account that began anew in between holds nothing; what the rows don't explain is held
-  // without an entry.
-  void KeepInStep(const RunOrder& order) {
+  // An account that was reset in between holds nothing; a quantity that the rows don't explain is
+  // held without an entry.
+  void MatchHolding(const RunOrder& order) {
     const double before = HeldBefore(order);
     if (std::abs(before - held_) <= kExactQuantity * std::max({before, held_, order.held})) return;
     lots_.clear();
@@ -70,8 +70,8 @@ class SideLots {
   }
 
   void Close(double quantity, const RunOrder& order, std::vector<Trade>& closed) {
-    const double rest_that_counts = kExactQuantity * quantity;
-    while (quantity > rest_that_counts && !lots_.empty()) {
+    const double negligible = kExactQuantity * quantity;
+    while (quantity > negligible && !lots_.empty()) {
       OpenLot& lot = lots_.front();
       OpenLot part = lot;
       part.quantity = std::min(lot.quantity, quantity);

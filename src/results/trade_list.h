@@ -16,11 +16,11 @@ struct TradeEnd {
   std::optional<int> bar;
 };
 
-// A quantity that is held, from one entry.
+// A held quantity from one entry.
 struct OpenLot {
   bool is_long = true;
   double quantity = 0;
-  std::optional<TradeEnd> entry;  // nothing where the ledger doesn't hold the entry
+  std::optional<TradeEnd> entry;  // empty if the entry is not in the ledger
 };
 
 // A closed quantity: first in, first out within its side. An offset that closes parts of two
@@ -30,19 +30,19 @@ struct Trade {
   TradeEnd exit;
   // Closed by an offset of more than was held, which moves no money.
   bool wiped = false;
-  // In points and in money, before costs; nothing for a wiped quantity and where the ledger doesn't
-  // hold the entry. Money needs a run that noted its money per point.
+  // P/L before costs; empty for a wiped quantity and if the entry is not in the ledger. Money also
+  // needs a run that recorded its money per point.
   std::optional<double> points;
   std::optional<double> money;
 };
 
 struct TradeList {
   std::vector<Trade> trades;  // as they were closed
-  std::vector<OpenLot> open;  // what is still held at the end
+  std::vector<OpenLot> open;  // still held at the end
 };
 
-// The trades that were closed in the last of the runs; those before it tell only where its holdings
-// were entered. Needs at least one run.
+// The trades closed in the last of the runs; the earlier ones only show where its holdings were
+// entered. Needs at least one run.
 TradeList ListTrades(const std::vector<RunRecord>& account);
 
 }  // namespace velumar

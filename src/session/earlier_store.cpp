@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "base/links.h"
 #include "base/paths.h"
+#include "base/raw_file.h"
 #include "base/text.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_error.h"

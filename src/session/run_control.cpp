@@ -1,8 +1,8 @@
 #include "session/run_control.h"
 
 #include "base/text.h"
-#include "platform/chart_program_names.h"
-#include "platform/waiting.h"
+#include "platform/chart_program.h"
+#include "platform/event_loop.h"
 #include "session/delay.h"
 
 namespace velumar {

@@ -8,11 +8,11 @@
 
 #include "base/file_copy.h"
 #include "base/ignoring.h"
-#include "base/links.h"
 #include "base/paths.h"
+#include "base/raw_file.h"
 #include "base/text.h"
 #include "base/this_program.h"
-#include "marketdata/index_copy.h"
+#include "marketdata/index_file.h"
 #include "marketdata/metalib_error.h"
 #include "session/earlier_store.h"
 

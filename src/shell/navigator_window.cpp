@@ -2,7 +2,7 @@
 
 #include "base/ignoring.h"
 #include "base/number_text.h"
-#include "platform/waiting.h"
+#include "platform/event_loop.h"
 #include "shell/event_guard.h"
 #include "shell/window_shaping.h"
 

@@ -5,7 +5,7 @@
 
 #include "base/paths.h"
 #include "base/whole_file.h"
-#include "results/run_choice.h"
+#include "results/run_record.h"
 #include "results/statistics.h"
 #include "shell/event_guard.h"
 

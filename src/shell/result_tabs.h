@@ -10,7 +10,7 @@
 #include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "results/order_list.h"
-#include "results/run_choice.h"
+#include "results/run_record.h"
 
 namespace velumar {
 

@@ -11,7 +11,7 @@
 
 #include "base/ignoring.h"
 #include "results/portfolio_chart.h"
-#include "results/run_choice.h"
+#include "results/run_record.h"
 #include "shell/event_guard.h"
 #include "shell/window_shaping.h"
 

@@ -4,7 +4,7 @@
 #include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "results/result_figures.h"
-#include "results/run_choice.h"
+#include "results/run_record.h"
 #include "shell/result_tabs.h"
 #include "shell/score_board.h"
 

@@ -8,7 +8,7 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
 #include "session/delay.h"
 #include "shell/event_guard.h"
 #include "shell/start_days.h"

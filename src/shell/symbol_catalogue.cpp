@@ -7,8 +7,8 @@
 #include <system_error>
 #include <utility>
 
-#include "base/counted.h"
 #include "base/paths.h"
+#include "base/scoped_counter.h"
 #include "base/text.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
@@ -63,7 +63,7 @@ std::string Files(std::size_t count) {
 
 void SymbolCatalogue::BuildSymbolList() {
   const int build = ++builds_;
-  const Counted running(building_);
+  const ScopedCounter running(building_);
   int cancels = 0;
   desktop_.form1().Combo1.Clear();
   while (StillWanted(build)) {

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "csv/csv_import.h"
 #include "forms/desktop.h"
-#include "marketdata/csv_import.h"
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"

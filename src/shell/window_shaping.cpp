@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "base/number_text.h"
-#include "platform/waiting.h"
+#include "platform/event_loop.h"
 
 namespace velumar {
 

@@ -1,12 +1,8 @@
-#include "app/run_key_filter.h"
+#include "app/wiring/run_key_filter.h"
 
-#include <gmock/gmock.h>
-
-#include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QSlider>
 #include <QWindow>
 
 #include "platform/virtual_platform.h"
@@ -18,7 +14,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-// Keys come to the window in front, as from a keyboard, and find the focus by themselves.
+// Keys go to the active window, as from a keyboard.
 class RunKeyFilterTest : public ShownDesktop {
  protected:
   RunKeyFilterTest() {
@@ -31,8 +27,7 @@ class RunKeyFilterTest : public ShownDesktop {
       }
     }
     run.Image4.SetVisible(false);
-    View(panel).activateWindow();
-    QApplication::setActiveWindow(&View(panel));
+    Activate(panel);
   }
 
   std::vector<std::string> After(Qt::Key key, Qt::KeyboardModifiers held = Qt::NoModifier) {
@@ -53,9 +48,9 @@ class RunKeyFilterTest : public ShownDesktop {
   std::vector<std::string> clicks;
 };
 
-TEST_F(RunKeyFilterTest, SlidersAndTheCheckBoxKeepKeysOnlyWhenReachedByTab) {
-  auto& slider = WidgetOf<QSlider>(panel.HScrollx);
-  auto& box = WidgetOf<QCheckBox>(panel.chkShowBigform);
+TEST_F(RunKeyFilterTest, ASliderAndACheckBoxKeepKeysOnlyIfReachedWithTab) {
+  QWidget& slider = WidgetOf(panel.HScrollx);
+  QWidget& box = WidgetOf(panel.chkShowBigform);
   slider.setFocus(Qt::MouseFocusReason);
   EXPECT_THAT(After(Qt::Key_Left), ElementsAre("Image2"));
   EXPECT_THAT(After(Qt::Key_L, Qt::ShiftModifier), ElementsAre("imgOffsetLong"));
@@ -89,12 +84,11 @@ TEST_F(RunKeyFilterTest, ABoxKeepsWhatIsTypedUntilItIsLeft) {
   EXPECT_GE(left, 2);
 }
 
-// A name typed there, or an answer to a box, must not deal.
+// A name typed there, or an answer to a box, must not place an order.
 TEST_F(RunKeyFilterTest, TheScoreBoardAndBoxesKeepAllKeys) {
   EXPECT_THAT(After(Qt::Key_B), ElementsAre("frmScore"));
   desktop.frmScore().Show();
-  QWidget& board = View(desktop.frmScore());
-  QApplication::setActiveWindow(&board);
+  const QWidget& board = Activate(desktop.frmScore());
   clicks.clear();
   for (const Qt::Key key : {Qt::Key_L, Qt::Key_S, Qt::Key_Space, Qt::Key_B}) {
     QTest::keyClick(board.windowHandle(), key);
@@ -110,10 +104,10 @@ TEST_F(RunKeyFilterTest, TheScoreBoardAndBoxesKeepAllKeys) {
   EXPECT_THAT(clicks, ElementsAre("imgLong"));
 }
 
-TEST_F(RunKeyFilterTest, AListKeepsKeysOnlyOnceItsLineIsTypedInto) {
+TEST_F(RunKeyFilterTest, AListKeepsKeysOnlyWhileItsLineIsTypedInto) {
   auto& list = WidgetOf<QComboBox>(panel.Combo2);
   list.setFocus(Qt::MouseFocusReason);
-  EXPECT_THAT(After(Qt::Key_S), ElementsAre("ImgShort")) << "a line was only chosen";
+  EXPECT_THAT(After(Qt::Key_S), ElementsAre("ImgShort")) << "a row was only chosen";
   Click(*list.lineEdit());
   EXPECT_THAT(After(Qt::Key_S), IsEmpty());
   After(Qt::Key_Return);
@@ -122,7 +116,7 @@ TEST_F(RunKeyFilterTest, AListKeepsKeysOnlyOnceItsLineIsTypedInto) {
   EXPECT_THAT(After(Qt::Key_S), IsEmpty());
 }
 
-TEST_F(RunKeyFilterTest, AHeldKeyStepsOneAfterTheOtherAndDealsOnce) {
+TEST_F(RunKeyFilterTest, AHeldKeyStepsOneBarAtATimeAndOrdersNothing) {
   const RunKeyPress held{.code = run_key::kRight, .repeated = true};
   desktop.form2().Image1.on_click = [&] {
     clicks.emplace_back("Image1");

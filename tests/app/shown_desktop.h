@@ -1,32 +1,46 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <QApplication>
 #include <QTest>
 #include <string>
 #include <vector>
 
-#include "app/desktop_view.h"
-#include "app/form_style.h"
+#include "app/theme/form_style.h"
+#include "app/windows/desktop_view.h"
 
 namespace velumar {
 
-// A desktop on the screen with no logic behind it but what a test binds.
+// A desktop on the screen, with no logic except what a test binds.
 class ShownDesktop : public ::testing::Test {
  protected:
   ShownDesktop() { QApplication::setStyle(new FormStyle(Theme::Light())); }
 
-  // Windows that were unloaded die before their models.
-  ~ShownDesktop() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+  // Deletes unloaded windows before their models.
+  ~ShownDesktop() override { Settle(); }
 
-  static Appearance Look(const Theme& theme = Theme::Light()) {
-    return {theme, Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")};
+  static void Settle() {
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
 
   FormView& View(Form& form) { return *view.Find(form); }
 
-  template <typename Widget>
+  // Gives the window the focus, as a click on it does.
+  FormView& Activate(Form& form) {
+    QApplication::setActiveWindow(&View(form));
+    return View(form);
+  }
+
+  void ShowAll() {
+    for (Form* form : desktop.All()) {
+      if (!form->Loaded()) form->BeLoaded();
+      form->Show();
+    }
+  }
+
+  template <typename Widget = QWidget>
   Widget& WidgetOf(Control& control) {
     auto* widget =
         View(control.Owner()).findChild<QWidget*>(QString::fromStdString(control.Name()));
@@ -39,7 +53,9 @@ class ShownDesktop : public ::testing::Test {
 
   Desktop desktop;
   std::vector<std::string> reports;
-  DesktopView view{desktop, Look(), [this](const std::string& text) { reports.push_back(text); }};
+  DesktopView view{desktop,
+                   {Theme::Light(), Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")},
+                   [this](const std::string& text) { reports.push_back(text); }};
 };
 
 }  // namespace velumar

@@ -1,10 +1,8 @@
 #include <QLineEdit>
 
-#include "app/artwork.h"
-#include "app/caption_layout.h"
-#include "app/fitting_line_edit.h"
-#include "app/label_view.h"
-#include "app/text_fit.h"
+#include "app/controls/label_view.h"
+#include "app/controls/text_box.h"
+#include "app/theme/artwork.h"
 #include "shown_desktop.h"
 
 namespace velumar {
@@ -13,14 +11,13 @@ namespace {
 class TextFitTest : public ShownDesktop {
  protected:
   TextFitTest() {
+    ShowAll();
     for (Form* form : desktop.All()) {
-      if (!form->Loaded()) form->BeLoaded();
       for (Control* control : form->Controls()) {
         if (control->Kind() == ControlKind::kPicture) {
           control->SetSize(form->Width(), form->Height());
         }
       }
-      form->Show();
     }
     desktop.form1().Label8.SetText("version 1.0");
   }
@@ -29,9 +26,9 @@ class TextFitTest : public ShownDesktop {
   void ForEachLabel(Check check) {
     for (Form* form : desktop.All()) {
       for (Control* control : form->Controls()) {
-        if (control->Kind() == ControlKind::kLabel) {
-          check(*control, WidgetOf<LabelView>(*control));
-        }
+        if (control->Kind() != ControlKind::kLabel) continue;
+        SCOPED_TRACE(form->Name() + "." + control->Name() + ": " + control->Text());
+        check(*control, WidgetOf<LabelView>(*control));
       }
     }
   }
@@ -47,19 +44,18 @@ TEST_F(TextFitTest, NoLabelIsCut) {
     const FittedText& fitted = widget.Fitted();
     const QRectF ink = QFontMetricsF(fitted.font).tightBoundingRect(fitted.shown);
     const QRect place = LogicalPlace(label);
-    EXPECT_FALSE(fitted.shortened) << label.Owner().Name() << " " << label.Text();
-    EXPECT_LE(ink.width(), place.width()) << label.Text();
+    EXPECT_FALSE(fitted.shortened);
+    EXPECT_LE(ink.width(), place.width());
     if (fitted.shown.trimmed().isEmpty()) return;
     const double baseline = Baseline(label, fitted.font, fitted.shown);
-    EXPECT_GE(baseline + ink.top(), place.top() - 0.5) << label.Text();
-    EXPECT_LE(baseline + ink.bottom(), place.top() + place.height() + 0.5) << label.Text();
-    EXPECT_GE(fitted.font.pixelSize(), kSmallestPixelSize) << label.Text();
+    EXPECT_GE(baseline + ink.top(), place.top() - 0.5);
+    EXPECT_LE(baseline + ink.bottom(), place.top() + place.height() + 0.5);
+    EXPECT_GE(fitted.font.pixelSize(), kSmallestPixelSize);
   });
 }
 
-TEST_F(TextFitTest, ATextThatIsTooLongIsWholeInTheTooltip) {
-  std::string text = "The chart program ";
-  text.append(300, 'm').append(" the end");
+TEST_F(TextFitTest, TheTooltipHasAllOfATextThatIsTooLong) {
+  const std::string text = "The chart program " + std::string(300, 'm') + " the end";
   desktop.form2().Label6.SetToolTip("status");
   desktop.form2().Label6.SetText(text);
   const auto& label = WidgetOf<LabelView>(desktop.form2().Label6);
@@ -75,40 +71,36 @@ TEST_F(TextFitTest, ATextThatIsTooLongIsWholeInTheTooltip) {
   }
   form.Text3.SetText(text);
   EXPECT_TRUE(WidgetOf<FittingLineEdit>(form.Text3).Overflows());
-  EXPECT_EQ(WidgetOf<QWidget>(form.Text3).toolTip().toStdString(),
-            form.Text3.ToolTip() + "\n" + text);
+  EXPECT_EQ(WidgetOf(form.Text3).toolTip().toStdString(), form.Text3.ToolTip() + "\n" + text);
 }
 
-// On the light set the colours of the tables are unchanged.
-TEST_F(TextFitTest, EveryTextCanBeReadOnItsGround) {
+// The light theme shows the colours of the tables unchanged.
+TEST_F(TextFitTest, EveryTextIsReadableOnItsBackground) {
   ForEachLabel([this](const Control& label, const LabelView& widget) {
     if (label.DesignLook().backdrop != Backdrop::kNone) return;
-    const QColor ground = label.Container() == nullptr
-                              ? View(label.Owner()).GroundUnder(widget.geometry())
-                              : View(label.Owner()).Look().theme.field;
+    const FormContext& context = View(label.Owner()).Context();
+    const QColor background = label.Container() == nullptr ? context.BackgroundAt(widget.geometry())
+                                                           : context.Look().theme.field;
     const QColor colour = ToQColor(label.ForeColour());
-    EXPECT_GE(Contrast(ground, ReadableOn(ground, colour)), 4.4)
-        << label.Owner().Name() << " " << label.Text();
-    const bool big = label.Owner().Name().rfind("frmBig", 0) == 0;
-    if (!big && label.Visible()) {
-      EXPECT_EQ(ReadableOn(ground, colour), colour) << label.Owner().Name() << " " << label.Text();
-    }
+    EXPECT_GE(Contrast(background, ReadableOn(background, colour)), 4.4);
+    const bool big = label.Owner().Name().starts_with("frmBig");
+    if (big || !label.Visible()) return;
+    EXPECT_EQ(ReadableOn(background, colour), colour);
   });
 }
 
-TEST(Artwork, IsThereForEveryPictureInBothSets) {
+TEST(Artwork, HasEveryPictureInBothThemes) {
   Desktop desktop;
+  const QSize pixels(101, 97);
   for (Form* form : desktop.All()) {
     for (const Control* control : form->Controls()) {
       if (control->Kind() != ControlKind::kPicture &&
           control->Kind() != ControlKind::kPictureButton) {
         continue;
       }
-      for (const char* set : {"light", "dark"}) {
-        const QSize pixels(101, 97);
-        const QPixmap art =
-            ArtPixmap(QString::fromLatin1(set), QString::fromStdString(control->Text()), pixels);
-        EXPECT_EQ(art.size(), pixels) << set << " " << control->Text();
+      for (const Theme& theme : {Theme::Light(), Theme::Dark()}) {
+        EXPECT_EQ(ArtPixmap(theme, ToQString(control->Text()), pixels).size(), pixels)
+            << theme.dark << " " << control->Text();
       }
     }
   }

@@ -61,6 +61,8 @@ TEST(Decimal, DifferencesAreExact) {
                {"0.1", "0.35", "-0.25e0"},
                {"-0.5", "99.5", "-0.1e3"},
                {"5", "-5", "0.1e2"},
+               {"-3e20", "2e-3", "-0.300000000000000000000002e21"},
+               {"2e-3", "3e20", "-0.299999999999999999999998e21"},
                {"0", "12.5", "-0.125e2"},
                {"12.5", "0", "0.125e2"}};
   for (const auto& c : cases) {
@@ -80,6 +82,9 @@ TEST(NumberText, PatternsFillTheirPlaces) {
       {-1234.0F, kWholePattern, "-1,234"},
       {-0.5F, kWholePattern, "-1"},
       {2.5F, kWholePattern, "3"},
+      {2.499999F, kWholePattern, "2"},
+      {-2.500001F, kWholePattern, "-3"},
+      {-3e20F, kWholePattern, "-300,000,000,000,000,000,000"},
       {-0.4F, kWholePattern, "0"},
       {98765432.0F, kWholePattern, "98,765,430"},
       {100.125F, kTwoDecimalsPattern, "100.13"},
@@ -136,8 +141,9 @@ TEST(NumberText, TextToInt16RoundsToEven) {
   const struct {
     const char* text;
     int value;
-  } cases[] = {{"7", 7},        {"2.5", 2},         {"3.5", 4},           {"-2.5", -2}, {"0.5", 0},
-               {"1,000", 1000}, {"32767.4", 32767}, {"-32768.5", -32768}, {"1e3", 1000}};
+  } cases[] = {{"7", 7},         {"2.5", 2},           {"3.5", 4},         {"-2.5", -2},
+               {"0.5", 0},       {"1,000", 1000},      {"32767.4", 32767}, {"2.5000001", 3},
+               {"2.4999999", 2}, {"-32768.5", -32768}, {"1e3", 1000}};
   for (const auto& c : cases) EXPECT_EQ(ToInt16(c.text), c.value) << c.text;
   for (const char* text : {"", "x", "32767.5", "32768", "-32769", "1e9999999999"}) {
     EXPECT_EQ(ToInt16(text), std::nullopt) << text;

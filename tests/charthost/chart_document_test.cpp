@@ -5,7 +5,6 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "charthost/state_line.h"
 #include "marketdata/metalib_writer.h"
 #include "support/scratch.h"
 
@@ -92,7 +91,7 @@ TEST_F(ChartDocumentTest, ShowsTheReasonAndNoBarsWhileItCannotBeRead) {
   const double span = chart.Model().Window().Span();
   std::filesystem::rename(folder_, folder_ + ".away");
   chart.Refresh();
-  EXPECT_EQ(chart.Error(), "There is no folder \"" + folder_ + "\".");
+  EXPECT_EQ(chart.Error(), "Folder \"" + folder_ + "\" not found.");
   EXPECT_EQ(chart.State().bars, 0);
   EXPECT_TRUE(chart.Model().Average(0).empty());
   std::filesystem::create_directory(folder_);
@@ -112,7 +111,7 @@ TEST_F(ChartDocumentTest, TypedLinesBecomeARequestOrASentence) {
   ASSERT_EQ(securities.size(), 3U);
   EXPECT_FALSE(RequestOf({folder_, "advanc  ", std::nullopt}, securities).file_number);
   const std::pair<TypedChoice, std::string> kRefused[] = {
-      {{folder_, "  ", std::nullopt}, "Type a symbol or choose a security of the list."},
+      {{folder_, "  ", std::nullopt}, "Type a symbol or choose a security from the list."},
       {{folder_, "ADV", std::nullopt}, "There is no security \"ADV\" in this folder."},
       {{folder_, "ADVANC", 5}, "\"ADVANC\" has no series \"5 minutes\" in this folder."}};
   for (const auto& [choice, sentence] : kRefused) {

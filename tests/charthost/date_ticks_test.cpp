@@ -4,8 +4,6 @@
 
 #include <chrono>
 
-#include "charthost/date_text.h"
-
 namespace velumar {
 namespace {
 
@@ -100,12 +98,6 @@ TEST(DateTicks, SurviveDamagedDatesAndEmptyStretches) {
   series.has_times = true;
   EXPECT_FALSE(DateTicks(series, {0, 5, 200}, 64).empty());
   EXPECT_TRUE(DateTicks(series, {3, 2, 10}, 64).empty());
-}
-
-TEST(DayText, KnowsWeekdaysOfEveryDate) {
-  EXPECT_EQ(LongDayText(20000229), "Tue 29 Feb 2000");
-  EXPECT_EQ(LongDayText(19700101), "Thu 1 Jan 1970");
-  EXPECT_EQ(LongDayText(19501231), "Sun 31 Dec 1950");
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,8 +7,6 @@
 
 #include "charthost/bar_columns.h"
 #include "charthost/chart_model.h"
-#include "charthost/moving_average.h"
-#include "charthost/value_ticks.h"
 
 namespace velumar {
 namespace {
@@ -130,14 +127,6 @@ TEST(MovingAverage, IsTheMeanOfTheLastCloses) {
   EXPECT_DOUBLE_EQ(averages[4], 17 / 3.0);
   MovingAverage({5, 6}, 20, averages);
   EXPECT_TRUE(std::isnan(averages[1]));
-}
-
-TEST(ValueTicks, AreRoundAndNeitherTooManyNorTooFew) {
-  EXPECT_THAT(ValueTicks(103.2, 129.9, 6, false), testing::ElementsAre(105, 110, 115, 120, 125));
-  EXPECT_THAT(ValueTicks(0.9, 120, 8, true), testing::ElementsAre(1, 2, 5, 10, 20, 50, 100));
-  EXPECT_THAT(ValueTicks(2, 3e6, 8, true),
-              testing::ElementsAre(10, 100, 1000, 10000, 100000, 1000000));
-  EXPECT_TRUE(ValueTicks(5, 5, 8, false).empty());
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 namespace velumar {
 namespace {
 
-// The replay program at the two ends of a pipe.
+// velumar-cli replay, connected by pipes.
 class Replay {
  public:
   Replay(const std::string& data, const std::string& store, const std::string& ledger) {
@@ -40,18 +40,18 @@ class Replay {
   Replay(const Replay&) = delete;
   Replay& operator=(const Replay&) = delete;
 
-  void Say(const std::string& command) {
+  void Send(const std::string& command) {
     fputs((command + "\n").c_str(), to_);
     fflush(to_);
   }
-  // The next answer; null at the end of the program.
-  nlohmann::json Hear() {
+  // The next answer; null once the program has ended.
+  nlohmann::json Receive() {
     std::string line;
     for (int c = fgetc(from_); c != EOF; c = fgetc(from_)) {
       if (c == '\n') return nlohmann::json::parse(line);
       line += static_cast<char>(c);
     }
-    return nullptr;  // an answer that was cut short told nothing
+    return nullptr;  // an incomplete answer does not count
   }
   void Kill() {
     if (process_ <= 0) return;
@@ -66,7 +66,7 @@ class Replay {
   FILE* from_ = nullptr;
 };
 
-TEST(Kill, TheLedgerHoldsEveryOrderThatWasAnswered) {
+TEST(Kill, LeavesEveryAnsweredOrderInTheLedger) {
   signal(SIGPIPE, SIG_IGN);
   const ScratchFolder scratch;
   const std::string data = scratch.Sub("data");
@@ -76,18 +76,18 @@ TEST(Kill, TheLedgerHoldsEveryOrderThatWasAnswered) {
   std::mt19937_64 random(7);
   int orders = 0;
   for (int round = 0; orders < 200; ++round) {
-    ASSERT_LT(round, 200) << "hardly an order was placed";
+    ASSERT_LT(round, 200) << "too few orders";
     Replay replay(data, scratch.Sub("store"), file);
-    ASSERT_FALSE(replay.Hear().is_null()) << "the run begins";
+    ASSERT_FALSE(replay.Receive().is_null()) << "the run starts";
     std::vector<nlohmann::json> answered;
     const int before_kill = static_cast<int>(random() % 24);
     for (int i = 0; i < before_kill; ++i) {
-      replay.Say(i % 3 == 2 ? "offset-long 1" : "long 1");
-      const nlohmann::json answer = replay.Hear();
+      replay.Send(i % 3 == 2 ? "offset-long 1" : "long 1");
+      const nlohmann::json answer = replay.Receive();
       ASSERT_EQ(answer["result"], "done") << answer;
       answered.push_back(answer["row"]);
     }
-    replay.Say("long 1");  // on its way when the program dies, or not
+    replay.Send("long 1");  // may or may not be placed before the kill
     usleep(static_cast<useconds_t>(random() % 6000));
     replay.Kill();
     orders += before_kill;

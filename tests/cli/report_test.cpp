@@ -3,30 +3,25 @@
 #include <filesystem>
 
 #include "cli/sandbox.h"
-#include "ledger/ledger.h"
+#include "support/ledger_rows.h"
 
 namespace velumar {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-// A run of so many orders, a new one each bar, in a ledger of the sandbox.
+// A ledger with a run of this many orders, one per bar.
 std::string LedgerOf(const Sandbox& box, int orders, const std::string& symbol) {
   const std::string file = box.At(std::to_string(orders) + ".mdb");
   LedgerConnection ledger([](std::string_view date) { return std::string(date); });
   LedgerOpen(ledger, file);
   LedgerBeginRun(ledger, {"/data/\\", symbol, "D", "20070110", "0", "futures", 1e9, 5e4, 1000});
   for (int i = 1; i <= orders; ++i) {
-    std::vector<LedgerValue> row(22, LedgerValue(0.0));
+    LedgerRows rows{ledger};
+    std::vector<LedgerValue> row = rows.Row(10, "Long", 1, 7000 + i, i, 0, 999999999.0 - i);
     row[1] = symbol;
-    row[2] = -1.0;
-    row[3] = "2007-01-10";
-    row[4] = "16:30:00";
-    row[5] = 7000.0 + i;
-    row[6] = "Long";
-    row[8] = 1.0;
-    row[21] = 999999999.0 - i;
     LedgerInsertOrder(ledger, row, {1, 0.07, i, i});
   }
   return file;
@@ -44,14 +39,14 @@ std::vector<std::string> Pages(const std::string& file) {
   return pages;
 }
 
-TEST(Chart, IsDrawnForARunThatThereIs) {
+TEST(Chart, IsDrawnToEveryFileType) {
   Sandbox box;
   const std::string ledger = LedgerOf(box, 3, "ABC");
   for (const std::string ending : {"png", "bmp", "svg", "pdf"}) {
     const std::string out = box.At("chart." + ending);
     const auto answer = box.Run({"chart", ledger, "--out", out, "--type", "3D Step"});
-    if (ending == "svg" && answer.code != 0) {  // the toolkit may come without it
-      EXPECT_THAT(answer.err, HasSubstr("a chart is saved as .bmp"));
+    if (ending == "svg" && answer.code != 0) {  // Qt may lack its SVG module
+      EXPECT_THAT(answer.err, HasSubstr(".bmp"));
       continue;
     }
     EXPECT_EQ(answer.code, 0) << answer.err;
@@ -65,7 +60,7 @@ TEST(Chart, IsDrawnForARunThatThereIs) {
   EXPECT_FALSE(std::filesystem::exists(nothing));
 }
 
-TEST(Report, HoldsEveryOrderOnceOnPagesWithHeadings) {
+TEST(Report, HasEveryOrderOnceAndHeadingsOnEveryPage) {
   if (std::system("pdftotext -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftotext is missing";
   Sandbox box;
   const std::string symbol = "WWWWWWWWWWWWWW";
@@ -79,13 +74,13 @@ TEST(Report, HoldsEveryOrderOnceOnPagesWithHeadings) {
     EXPECT_THAT(texts[0], HasSubstr("/data/"));
     EXPECT_THAT(texts[0], Not(HasSubstr("\\")));
     EXPECT_THAT(texts[0], HasSubstr("No closed trades yet"));
-    EXPECT_THAT(texts[0], HasSubstr("Hindsight"));
+    EXPECT_THAT(texts[0], HasSubstr("Look-ahead orders"));
     std::string all;
     for (std::size_t i = 0; i < texts.size(); ++i) {
       EXPECT_THAT(texts[i],
                   HasSubstr("Page " + std::to_string(i + 1) + " of " + std::to_string(pages)));
       EXPECT_THAT(texts[i], HasSubstr(i == 0 ? "Portfolio" : "Average"));
-      EXPECT_THAT(texts[i], Not(HasSubstr("\u2026")));  // nothing was cut
+      EXPECT_THAT(texts[i], Not(HasSubstr("\u2026")));  // nothing was elided
       all += texts[i];
     }
     for (int i = 1; i <= orders; ++i) {
@@ -100,7 +95,7 @@ TEST(Report, HoldsEveryOrderOnceOnPagesWithHeadings) {
   EXPECT_THAT(nowhere.err, HasSubstr("/nowhere/x.pdf"));
   const auto text = box.Run({"report", box.At("1.mdb"), "--out", box.At("r.txt")});
   EXPECT_EQ(text.code, 1);
-  EXPECT_THAT(text.err, HasSubstr("r.txt: a report is saved as .pdf"));
+  EXPECT_THAT(text.err, AllOf(HasSubstr("r.txt"), HasSubstr(".pdf")));
   EXPECT_THAT(box.Run({"report", box.At("1.mdb"), "--out", box.At("r.pdf"), "--run", "7"}).err,
               HasSubstr("7"));
 }

@@ -1,44 +1,50 @@
 #include "cli/sandbox.h"
 
-#include <fstream>
-#include <iterator>
 #include <sstream>
 
-#include "base/paths.h"
-#include "cli/cli_program.h"
-#include "support/fresh_folder.h"
+#include "cli/commands.h"
 
 namespace velumar {
 
 namespace fs = std::filesystem;
 
-Sandbox::Sandbox() : folder_(FreshFolder()) {}
-
-Sandbox::~Sandbox() {
-  std::error_code ignored;
-  fs::remove_all(folder_, ignored);
-}
-
-std::string Sandbox::At(const std::string& name) const {
-  return PathText(folder_ / NativePath(name));
-}
-
 std::string Sandbox::File(const std::string& name, const std::string& text) const {
-  const fs::path file = folder_ / NativePath(name);
-  fs::create_directories(file.parent_path());
-  std::ofstream(file, std::ios::binary) << text;
+  fs::create_directories(fs::path(At(name)).parent_path());
+  std::ofstream(At(name), std::ios::binary) << text;
   return At(name);
+}
+
+std::string Sandbox::ImportDays(const std::string& directory, const std::string& fraction) {
+  std::string csv = "date,open,high,low,close\n";
+  for (int day = 1; day <= 28; ++day) {
+    const std::string price = "," + std::to_string(100 + day) + fraction;
+    csv += std::to_string(20000100 + day) + price + price + price + price + "\n";
+  }
+  EXPECT_EQ(Run({"import", File("ABC_D.csv", csv), At(directory)}).code, 0);
+  return At(directory);
 }
 
 std::map<std::string, std::string> Sandbox::Files() const {
   std::map<std::string, std::string> files;
-  for (const auto& entry : fs::recursive_directory_iterator(folder_)) {
-    const bool lock = entry.path().extension() == ".lock";
-    if (entry.is_regular_file() && !lock) {
-      files[entry.path().lexically_relative(folder_).generic_string()] = BytesOfFile(entry.path());
-    }
+  for (const auto& entry : fs::recursive_directory_iterator(folder_.Path())) {
+    if (!entry.is_regular_file() || entry.path().extension() == ".lock") continue;
+    std::ifstream in(entry.path(), std::ios::binary);
+    files[entry.path().string()] = {std::istreambuf_iterator<char>(in), {}};
   }
   return files;
+}
+
+std::vector<std::string> Sandbox::Answer::Lines() const {
+  std::vector<std::string> lines;
+  std::istringstream in(out);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+std::vector<nlohmann::json> Sandbox::Answer::Objects() const {
+  std::vector<nlohmann::json> objects;
+  for (const std::string& line : Lines()) objects.push_back(nlohmann::json::parse(line));
+  return objects;
 }
 
 Sandbox::Answer Sandbox::Run(const std::vector<std::string>& arguments, const std::string& input) {
@@ -48,11 +54,6 @@ Sandbox::Answer Sandbox::Run(const std::vector<std::string>& arguments, const st
   CliContext context{cache_, in, out, err};
   const int code = RunCli(arguments, context);
   return {code, out.str(), err.str()};
-}
-
-std::string BytesOfFile(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 }  // namespace velumar

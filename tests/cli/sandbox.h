@@ -1,41 +1,41 @@
 #pragma once
 
-#include <filesystem>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "marketdata/index_cache.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 
-// A folder of its own for one test, gone with the object, and the program run inside it.
+// A folder for one test, and velumar-cli run inside it.
 class Sandbox {
  public:
-  Sandbox();
-  ~Sandbox();
-  Sandbox(const Sandbox&) = delete;
-  Sandbox& operator=(const Sandbox&) = delete;
-
-  // A file or folder of the sandbox.
-  std::string At(const std::string& name) const;
-  // Writes a file of the sandbox and answers its path.
+  // The path of a file or folder in the sandbox.
+  std::string At(const std::string& name) const { return folder_.Sub(name); }
+  // Writes a file in the sandbox and returns its path.
   std::string File(const std::string& name, const std::string& text) const;
-  // Every file below the sandbox with its bytes, locks left out.
+  // Imports daily bars of "ABC" into a directory and returns its path: 28 days from 2000-01-01,
+  // closes 101 and up, plus `fraction`.
+  std::string ImportDays(const std::string& directory, const std::string& fraction = "");
+  // The bytes of all files in the sandbox, without locks.
   std::map<std::string, std::string> Files() const;
 
   struct Answer {
     int code = -1;
     std::string out;
     std::string err;
+
+    std::vector<std::string> Lines() const;       // of `out`
+    std::vector<nlohmann::json> Objects() const;  // one per line of `out`
   };
   Answer Run(const std::vector<std::string>& arguments, const std::string& input = "");
 
  private:
-  std::filesystem::path folder_;
+  ScratchFolder folder_;
   IndexCache cache_;
 };
-
-std::string BytesOfFile(const std::filesystem::path& file);
 
 }  // namespace velumar

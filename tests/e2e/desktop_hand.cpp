@@ -1,38 +1,43 @@
 #include "e2e/desktop_hand.h"
 
-#include <X11/Xlib.h>
-
 #include <chrono>
 #include <cmath>
-#include <stdexcept>
+#include <cstdio>
 #include <thread>
-#include <vector>
-
-#include "e2e/processes.h"
 
 namespace velumar {
 
 namespace {
 
 constexpr float kTwipsPerPixel = 15;
-constexpr useconds_t kKeyDelayUs = 12000;
 
-void Settle(int milliseconds) {
-  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+std::vector<std::string> Xdotool(const std::string& commands) {
+  return OutputOf("xdotool " + commands);
 }
 
-// With xdotool, since xdo_search_windows stumbles over windows that are closed in its course.
-std::vector<Window> ShownWindows(const std::string& title) {
-  std::vector<Window> windows;
-  for (const std::string& line : OutputOf("xdotool search --onlyvisible --name '^" + title + "'")) {
-    windows.push_back(std::stoul(line));
-  }
-  return windows;
+std::vector<std::string> VisibleWindows(const std::string& title) {
+  return Xdotool("search --onlyvisible --name '^" + title + "'");
 }
 
 std::string FirstLine(const std::string& command) {
   const std::vector<std::string> lines = OutputOf(command);
   return lines.empty() ? "" : lines.front();
+}
+
+std::string MouseMove(int x, int y) {
+  return " mousemove " + std::to_string(x) + " " + std::to_string(y) + " sleep 0.06";
+}
+
+// xdotool's own answer is wrong for a window inside another, such as a virtual desktop.
+ScreenRect PlaceOf(const std::string& window) {
+  ScreenRect rect{.window = window};
+  for (const std::string& line : OutputOf("xwininfo -id " + window)) {
+    std::sscanf(line.c_str(), " Absolute upper-left X: %d", &rect.x);
+    std::sscanf(line.c_str(), " Absolute upper-left Y: %d", &rect.y);
+    std::sscanf(line.c_str(), " Width: %d", &rect.width);
+    std::sscanf(line.c_str(), " Height: %d", &rect.height);
+  }
+  return rect;
 }
 
 }  // namespace
@@ -41,115 +46,102 @@ bool Eventually(const std::function<bool()>& condition, double seconds) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
   while (!condition()) {
     if (std::chrono::steady_clock::now() > end) return false;
-    Settle(50);
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
   }
   return true;
 }
 
-DesktopHand::DesktopHand() : xdo_(xdo_new(nullptr)) {
-  // A window may be closed while it is looked at.
-  XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
-  if (xdo_ == nullptr) throw std::runtime_error("there is no display for the hand");
+std::vector<std::string> OutputOf(const std::string& command) {
+  std::vector<std::string> lines(1);
+  FILE* const output = popen((command + " 2>/dev/null </dev/null").c_str(), "r");
+  if (output == nullptr) return {};
+  for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output)) {
+    if (c == '\n') {
+      lines.emplace_back();
+    } else if (c != '\r') {
+      lines.back() += static_cast<char>(c);
+    }
+  }
+  pclose(output);
+  if (lines.back().empty()) lines.pop_back();
+  return lines;
 }
-
-DesktopHand::~DesktopHand() { xdo_free(xdo_); }
 
 int DesktopHand::Pixels(float twips) const {
   return static_cast<int>(twips / kTwipsPerPixel) * scale_;
 }
 
-bool DesktopHand::Near(unsigned pixels, float twips) const {
-  return std::abs(static_cast<int>(pixels) - Pixels(twips)) <= 2 * scale_;
+bool DesktopHand::Near(int pixels, float twips) const {
+  return std::abs(pixels - Pixels(twips)) <= 2 * scale_;
 }
 
 std::optional<ScreenRect> DesktopHand::Find(const std::string& title, float width_twips,
-                                            float height_twips) {
-  for (const Window window : ShownWindows(title)) {
-    ScreenRect rect{.window = window};
-    if (xdo_get_window_size(xdo_, window, &rect.width, &rect.height) != 0) continue;
-    if (!Near(rect.width, width_twips) || !Near(rect.height, height_twips)) continue;
-    Window below = 0;
-    // Also where the window lies in another, as a virtual desktop is one.
-    if (XTranslateCoordinates(xdo_->xdpy, window, DefaultRootWindow(xdo_->xdpy), 0, 0, &rect.x,
-                              &rect.y, &below) != 0) {
-      return rect;
-    }
+                                            float height_twips) const {
+  for (const std::string& window : VisibleWindows(title)) {
+    const ScreenRect rect = PlaceOf(window);
+    if (Near(rect.width, width_twips) && Near(rect.height, height_twips)) return rect;
   }
   return std::nullopt;
 }
 
 void DesktopHand::Click(const ScreenRect& window, float left, float top, float width,
-                        float height) {
+                        float height) const {
   ClickAt(window.x + Pixels(left + width / 2), window.y + Pixels(top + height / 2));
 }
 
-void DesktopHand::PointAt(int x, int y) {
-  xdo_move_mouse(xdo_, x, y, 0);
-  Settle(60);
+void DesktopHand::ClickAt(int x, int y) const {
+  Xdotool(MouseMove(x, y) + " mousedown 1 sleep 0.04 mouseup 1 sleep 0.06");
 }
 
-void DesktopHand::ClickAt(int x, int y) {
-  PointAt(x, y);
-  xdo_mouse_down(xdo_, CURRENTWINDOW, 1);
-  Settle(40);
-  xdo_mouse_up(xdo_, CURRENTWINDOW, 1);
-  Settle(60);
+void DesktopHand::PointAt(int x, int y) const { Xdotool(MouseMove(x, y)); }
+
+void DesktopHand::Tap(const ScreenRect& window, float left, float top) const {
+  Xdotool(MouseMove(window.x + Pixels(left), window.y + Pixels(top)) +
+          " mousedown 1 mouseup 1 sleep 0.3");
 }
 
-void DesktopHand::Tap(const ScreenRect& window, float left, float top) {
-  PointAt(window.x + Pixels(left), window.y + Pixels(top));
-  xdo_mouse_down(xdo_, CURRENTWINDOW, 1);
-  xdo_mouse_up(xdo_, CURRENTWINDOW, 1);
-  Settle(300);
+void DesktopHand::Press(const std::string& keys) const {
+  Xdotool("key --delay 12 " + keys + " sleep 0.04");
 }
 
-void DesktopHand::Press(const std::string& keys) {
-  xdo_send_keysequence_window(xdo_, CURRENTWINDOW, keys.c_str(), kKeyDelayUs);
-  Settle(40);
+void DesktopHand::Type(const std::string& text) const {
+  Xdotool("type --delay 12 -- '" + text + "'");
 }
 
-void DesktopHand::Type(const std::string& text) {
-  xdo_enter_text_window(xdo_, CURRENTWINDOW, text.c_str(), kKeyDelayUs);
-  Settle(40);
+void DesktopHand::Activate(const std::string& title) const {
+  const std::vector<std::string> windows = VisibleWindows(title);
+  if (!windows.empty()) Activate(ScreenRect{.window = windows.front()});
 }
 
-void DesktopHand::Activate(const std::string& title) {
-  const std::vector<Window> windows = ShownWindows(title);
-  if (!windows.empty()) xdo_activate_window(xdo_, windows.front());
-  Settle(300);
+void DesktopHand::Activate(const ScreenRect& window) const {
+  Xdotool("windowactivate " + window.window + " sleep 0.3");
 }
 
-void DesktopHand::Activate(const ScreenRect& window) {
-  xdo_activate_window(xdo_, window.window);
-  Settle(300);
-}
-
-void DesktopHand::Drag(const ScreenRect& window, float left, float top, int dx, int dy) {
+void DesktopHand::Drag(const ScreenRect& window, float left, float top, int dx, int dy) const {
   constexpr int kSteps = 10;
   const int x = window.x + Pixels(left);
   const int y = window.y + Pixels(top);
-  xdo_move_mouse(xdo_, x, y, 0);
-  Settle(100);
-  xdo_mouse_down(xdo_, CURRENTWINDOW, 1);
-  Settle(100);
+  std::string commands = MouseMove(x, y) + " mousedown 1 sleep 0.1";
   for (int step = 1; step <= kSteps; ++step) {
-    xdo_move_mouse(xdo_, x + dx * step / kSteps, y + dy * step / kSteps, 0);
-    Settle(30);
+    commands += MouseMove(x + dx * step / kSteps, y + dy * step / kSteps);
   }
-  xdo_mouse_up(xdo_, CURRENTWINDOW, 1);
-  Settle(300);
+  Xdotool(commands + " mouseup 1 sleep 0.3");
 }
 
-double DesktopHand::Opacity(const ScreenRect& window) {
-  const std::string told =
-      FirstLine("xprop -notype -id " + std::to_string(window.window) + " _NET_WM_WINDOW_OPACITY");
-  const std::size_t number = told.find("= ");
+double DesktopHand::Opacity(const ScreenRect& window) const {
+  const std::string property =
+      FirstLine("xprop -notype -id " + window.window + " _NET_WM_WINDOW_OPACITY");
+  const std::size_t number = property.find("= ");
   if (number == std::string::npos) return 1;
-  return std::stod(told.substr(number + 2)) / 0xffffffffU;
+  return std::stod(property.substr(number + 2)) / 0xffffffffU;
 }
 
-void DesktopHand::Look(const std::string& file) { FirstLine("import -window root '" + file + "'"); }
+void DesktopHand::Screenshot(const std::string& file) const {
+  OutputOf("import -window root '" + file + "'");
+}
 
-std::string DesktopHand::FrontTitle() { return FirstLine("xdotool getactivewindow getwindowname"); }
+std::string DesktopHand::FrontTitle() const {
+  return FirstLine("xdotool getactivewindow getwindowname");
+}
 
 }  // namespace velumar

@@ -3,62 +3,55 @@
 #include <functional>
 #include <optional>
 #include <string>
-
-extern "C" {
-#include <xdo.h>
-}
+#include <vector>
 
 namespace velumar {
 
-// Waits until the condition holds, looking every 50 ms; false when it never did.
+// Checks every 50 ms until the condition holds; false if it never did.
 bool Eventually(const std::function<bool()>& condition, double seconds = 20);
+
+// The lines that a shell command prints, without carriage returns.
+std::vector<std::string> OutputOf(const std::string& command);
 
 // A window and its place on the screen in pixels.
 struct ScreenRect {
-  unsigned long window = 0;
+  std::string window;  // its X id
   int x = 0;
   int y = 0;
-  unsigned width = 0;
-  unsigned height = 0;
+  int width = 0;
+  int height = 0;
 };
 
-// A person's hand and eyes on the X display: finds windows by title and size, clicks and types.
+// A person at the X display: finds windows by title and size, clicks and types (with xdotool).
 class DesktopHand {
  public:
-  DesktopHand();
-  ~DesktopHand();
-  DesktopHand(const DesktopHand&) = delete;
-  DesktopHand& operator=(const DesktopHand&) = delete;
-
-  // The shown window whose title begins so and whose size in pixels is near the one given in twips.
-  std::optional<ScreenRect> Find(const std::string& title, float width_twips, float height_twips);
-  // What a logical pixel has of the screen's: sizes and places in twips grow with it.
+  // The visible window whose title starts like this and whose size is near the given one in twips.
+  std::optional<ScreenRect> Find(const std::string& title, float width_twips,
+                                 float height_twips) const;
+  // Screen pixels per logical pixel.
   void SetScale(int scale) { scale_ = scale; }
-  // Clicks into the middle of a control of that window, twips relative to it.
-  void Click(const ScreenRect& window, float left, float top, float width, float height);
-  void ClickAt(int x, int y);
-  void PointAt(int x, int y);
+  // Clicks the middle of a control, given in twips relative to its window.
+  void Click(const ScreenRect& window, float left, float top, float width, float height) const;
+  void ClickAt(int x, int y) const;
+  void PointAt(int x, int y) const;
   // A click so short that the button is up before any program has read that it went down.
-  void Tap(const ScreenRect& window, float left, float top);
-  // "alt+f", "Return"; and a text as it stands.
-  void Press(const std::string& keys);
-  void Type(const std::string& text);
-  void Activate(const std::string& title);
-  void Activate(const ScreenRect& window);
-  // From a place of that window in twips, by so many pixels, with the button held.
-  void Drag(const ScreenRect& window, float left, float top, int dx, int dy);
-  // 1 is solid.
-  double Opacity(const ScreenRect& window);
-  // The whole screen as a picture file.
-  void Look(const std::string& file);
-  // Of the window that has the focus.
-  std::string FrontTitle();
+  void Tap(const ScreenRect& window, float left, float top) const;
+  void Press(const std::string& keys) const;  // "alt+f", "Return"
+  void Type(const std::string& text) const;
+  void Activate(const std::string& title) const;
+  void Activate(const ScreenRect& window) const;
+  // From a place in the window in twips, by a number of pixels, with the button down.
+  void Drag(const ScreenRect& window, float left, float top, int dx, int dy) const;
+  double Opacity(const ScreenRect& window) const;  // 1 is opaque
+  // Saves a picture of the whole screen.
+  void Screenshot(const std::string& file) const;
+  // The title of the window that has the focus.
+  std::string FrontTitle() const;
 
  private:
-  bool Near(unsigned pixels, float twips) const;
+  bool Near(int pixels, float twips) const;
   int Pixels(float twips) const;
 
-  xdo_t* xdo_;
   int scale_ = 1;
 };
 

@@ -7,10 +7,30 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-
-#include "e2e/processes.h"
+#include <iterator>
 
 namespace velumar {
+
+namespace {
+
+// Files in /proc have no size.
+std::string Content(const std::filesystem::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+}  // namespace
+
+std::vector<pid_t> ProcessesOf(const std::string& name, const std::string& variable) {
+  std::vector<pid_t> processes;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    const pid_t process = std::atoi(entry.path().filename().c_str());
+    if (process == 0 || Content(entry.path() / "comm") != name + "\n") continue;
+    const std::string environment = '\0' + Content(entry.path() / "environ");
+    if (environment.find('\0' + variable + '\0') != std::string::npos) processes.push_back(process);
+  }
+  return processes;
+}
 
 RunningProgram::RunningProgram(const std::filesystem::path& settings,
                                const std::filesystem::path& output)
@@ -31,8 +51,10 @@ RunningProgram::~RunningProgram() {
     kill(pid_, SIGKILL);
     waitpid(pid_, nullptr, 0);
   }
-  // The chart program runs apart, in a session of its own.
-  KillProcesses("MSWIN.EXE", "XDG_CONFIG_HOME=" + settings_.string());
+  // The chart program has its own session.
+  for (const pid_t chart : ProcessesOf("MSWIN.EXE", "XDG_CONFIG_HOME=" + settings_.string())) {
+    kill(chart, SIGKILL);
+  }
 }
 
 bool RunningProgram::Ended() {

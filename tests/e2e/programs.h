@@ -9,20 +9,24 @@
 
 namespace velumar {
 
-// The program under test with a settings folder of its own. Its chart program writes its state, a
-// line of JSON after each change, to the same output.
+// The processes of a program ("MSWIN.EXE") that have a variable ("HOME=/root") in their
+// environment. Other copies of the program may run on this machine.
+std::vector<pid_t> ProcessesOf(const std::string& name, const std::string& variable);
+
+// The program under test, with its own settings folder. Its chart program writes its state to the
+// same output, one line of JSON after each change.
 class RunningProgram {
  public:
   RunningProgram(const std::filesystem::path& settings, const std::filesystem::path& output);
-  // Ends both programs, however they stand.
+  // Kills both programs.
   ~RunningProgram();
   RunningProgram(const RunningProgram&) = delete;
   RunningProgram& operator=(const RunningProgram&) = delete;
 
-  // True once the program has ended by itself; its exit code is then known.
+  // True once the program has ended by itself; then ExitCode() is known.
   bool Ended();
   int ExitCode() const { return exit_code_; }
-  // All states that the chart program has told so far.
+  // All states of the chart program so far.
   std::vector<nlohmann::json> States() const;
 
  private:

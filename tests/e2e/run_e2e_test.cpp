@@ -5,22 +5,24 @@ namespace {
 
 using RunE2e = TraderFixture;
 
-TEST_F(RunE2e, ATraderPlaysStepsPausesOpensASecondChartAndReturns) {
+TEST_F(RunE2e, PlayStepPauseOpenASecondChartAndReturn) {
   ClickOn(setup, setup.Image3);
-  ASSERT_TRUE(Eventually([&] { return ChartBars() >= kStartBar; }, 60)) << "the chart opens";
-  ASSERT_TRUE(Eventually([&] { return ChartBars() >= kStartBar + 5; }, 40)) << "five bars come";
+  WaitForChart();
+  ASSERT_TRUE(Eventually([&] { return ChartBars() >= kStartBar + 5; }, 40)) << "the feed plays";
   EXPECT_EQ(State()["chart"]["symbol"], "ABC");
 
   ClickOn(navigator, navigator.Image4);
-  Sleep(4000);  // the bar that still comes
-  const int paused = StoreBars();
-  EXPECT_TRUE(Eventually([&] { return StandsOn(paused); }));
+  const int paused = BarsAfterPause();
+  EXPECT_TRUE(Shows(paused));
   EXPECT_LE(paused, kStartBar + 12);
 
-  for (const StepByHand& step : StepsFrom(paused)) {
-    ClickOn(navigator, step.button);
-    EXPECT_TRUE(Eventually([&] { return StandsOn(step.bars); }))
-        << step.button.Name() << ": chart " << ChartBars() << ", store " << StoreBars();
+  for (const auto& [button, bars] : {std::pair(&navigator.Image1, paused + 1),
+                                     {&navigator.Image2, paused},
+                                     {&navigator.Image7, paused + 30},
+                                     {&navigator.Image6, paused}}) {
+    ClickOn(navigator, *button);
+    EXPECT_TRUE(Shows(bars)) << button->Name() << ": chart " << ChartBars() << ", store "
+                             << StoreBars();
     Sleep(300);
   }
 
@@ -41,9 +43,9 @@ TEST_F(RunE2e, ATraderPlaysStepsPausesOpensASecondChartAndReturns) {
   const long refreshed = Refreshes();
   const auto active = State()["active"];
   ClickOn(navigator, navigator.Image1);
-  EXPECT_TRUE(Eventually([&] { return Refreshes() >= refreshed + 2; })) << "both are refreshed";
-  EXPECT_TRUE(Eventually([&] { return StandsOn(paused + 1); }));
-  EXPECT_TRUE(Eventually([&] { return State()["active"] == active; })) << "the ring is closed";
+  EXPECT_TRUE(Eventually([&] { return Refreshes() >= refreshed + 2; })) << "refreshes both";
+  EXPECT_TRUE(Shows(paused + 1));
+  EXPECT_TRUE(Eventually([&] { return State()["active"] == active; })) << "the same chart in front";
 
   ClickOn(navigator, navigator.Image5);
   ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
@@ -53,12 +55,12 @@ TEST_F(RunE2e, ATraderPlaysStepsPausesOpensASecondChartAndReturns) {
   EXPECT_EQ(program->ExitCode(), 0);
 }
 
-TEST_F(RunE2e, AnotherStartBringsTheRunningOneToTheFront) {
-  RunningProgram another(scratch.Path(), scratch.Sub("another"));
-  ASSERT_TRUE(Eventually([&] { return another.Ended(); }, 10));
-  EXPECT_EQ(another.ExitCode(), 0);
+TEST_F(RunE2e, ASecondStartBringsTheFirstToTheFront) {
+  RunningProgram second(scratch.Path(), scratch.Sub("second"));
+  ASSERT_TRUE(Eventually([&] { return second.Ended(); }, 10));
+  EXPECT_EQ(second.ExitCode(), 0);
   EXPECT_TRUE(Find(setup).has_value());
-  EXPECT_TRUE(Eventually([&] { return hand.FrontTitle().rfind("Velumar", 0) == 0; }));
+  EXPECT_TRUE(Eventually([&] { return hand.FrontTitle().starts_with("Velumar"); }));
   EXPECT_FALSE(program->Ended());
 }
 

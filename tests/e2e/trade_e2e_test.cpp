@@ -7,7 +7,7 @@
 namespace velumar {
 namespace {
 
-// Deals with the mouse, with the keys of the panel and with keys typed to the chart.
+// Trades with the mouse, with keys in Velumar's windows and with keys in the chart.
 class TradeE2e : public TraderFixture {
  protected:
   std::vector<std::vector<LedgerValue>> Rows() {
@@ -25,19 +25,17 @@ class TradeE2e : public TraderFixture {
   bool RowsAre(std::size_t count) {
     return Eventually([&] { return Rows().size() == count; }, 10);
   }
-  std::string Front() { return hand.FrontTitle(); }
 };
 
-TEST_F(TradeE2e, MouseAndKeysDealAndTheLedgerKeepsIt) {
+TEST_F(TradeE2e, OrdersByMouseAndKeysReachTheLedger) {
   ClickOn(setup, setup.Image3);
-  ASSERT_TRUE(Eventually([&] { return ChartBars() >= kStartBar + 1; }, 60)) << "the chart opens";
+  WaitForChart();
   hand.Activate("Velumar");
   hand.Press("space");
-  Sleep(4000);  // the bar that still comes
-  const int paused = StoreBars();
+  const int paused = BarsAfterPause();
   EXPECT_EQ(Rows().size(), 0U);
 
-  // The quantity keeps the letters that are typed into it; Enter leaves the box.
+  // Typing into the quantity places no orders; Enter leaves the box.
   ClickOn(panel, panel.txtContractVol);
   hand.Press("ctrl+a");
   hand.Type("2");
@@ -46,7 +44,7 @@ TEST_F(TradeE2e, MouseAndKeysDealAndTheLedgerKeepsIt) {
   ClickOn(panel, panel.imgLong);
   ASSERT_TRUE(RowsAre(1)) << "long by the mouse";
   hand.Press("Right");
-  EXPECT_TRUE(Eventually([&] { return StandsOn(paused + 1); })) << "a step by key";
+  EXPECT_TRUE(Shows(paused + 1)) << "a step by key";
   Sleep(500);
   hand.Press("shift+l");
   ASSERT_TRUE(RowsAre(2)) << "offset by key";
@@ -55,9 +53,9 @@ TEST_F(TradeE2e, MouseAndKeysDealAndTheLedgerKeepsIt) {
   hand.Activate("MetaStock");
   hand.Press("s");
   ASSERT_TRUE(RowsAre(3)) << "short by a key typed to the chart";
-  EXPECT_EQ(Front().rfind("MetaStock", 0), 0U) << "an order leaves the chart in front: " << Front();
+  EXPECT_TRUE(hand.FrontTitle().starts_with("MetaStock")) << "an order leaves the chart in front";
   hand.Press("Next");
-  EXPECT_TRUE(Eventually([&] { return StandsOn(paused + 31); })) << "30 bars from the chart";
+  EXPECT_TRUE(Shows(paused + 31)) << "30 bars from the chart";
   Sleep(500);
   hand.Activate("MetaStock");
   hand.Press("shift+s");
@@ -66,9 +64,8 @@ TEST_F(TradeE2e, MouseAndKeysDealAndTheLedgerKeepsIt) {
   hand.Press("space");
   EXPECT_TRUE(Eventually([&] { return StoreBars() >= paused + 33; })) << "plays";
   hand.Press("space");
-  Sleep(4000);
-  const int end = StoreBars();
-  // Play has moved the four rows to the archive.
+  const int end = BarsAfterPause();
+  // Play moved the four rows to the archive.
   ClickOn(panel, panel.ImgShort);
   ASSERT_TRUE(RowsAre(1));
   const auto row = Rows().front();
@@ -76,9 +73,9 @@ TEST_F(TradeE2e, MouseAndKeysDealAndTheLedgerKeepsIt) {
   EXPECT_EQ(std::get<std::string>(row[1]), "Short");
   EXPECT_NEAR(std::get<double>(row[2]), MadeBar(end - 1, 0).close, 0.005);
 
-  // Over the results no key deals; once they are closed, keys do again.
+  // Keys place no orders while the results are in front.
   ClickOn(panel, panel.imgGraph);
-  ASSERT_TRUE(Eventually([&] { return Front().rfind("Velumar", 0) != 0; })) << "they come to front";
+  ASSERT_TRUE(Eventually([&] { return !hand.FrontTitle().starts_with("Velumar"); }));
   hand.Press("l");
   Sleep(500);
   EXPECT_EQ(Rows().size(), 1U);
@@ -89,11 +86,11 @@ TEST_F(TradeE2e, MouseAndKeysDealAndTheLedgerKeepsIt) {
   EXPECT_TRUE(RowsAre(2));
 }
 
-// Each second a bar comes and the chart is refreshed, while the trader writes a letter full of the
-// keys that deal, step and pause.
-TEST_F(TradeE2e, WhatIsTypedInAnotherProgramStaysThere) {
+// Every second the chart is refreshed, while the trader writes a letter full of the keys that
+// trade, step and pause.
+TEST_F(TradeE2e, KeysTypedInAnotherProgramStayThere) {
   ClickOn(setup, setup.Image3);
-  ASSERT_TRUE(Eventually([&] { return ChartBars() >= kStartBar + 1; }, 60)) << "the chart opens";
+  WaitForChart();
   Sleep(1500);
   TypingTarget editor(std::getenv("DISPLAY"));
   const Window notes = editor.Open({.title = "Notes"});
@@ -110,20 +107,20 @@ TEST_F(TradeE2e, WhatIsTypedInAnotherProgramStaysThere) {
   EXPECT_EQ(editor.TakeTyped(notes), letter);
   EXPECT_TRUE(Rows().empty()) << Rows().size() << " orders";
   EXPECT_GE(ChartBars(), before + 5) << "the chart follows the feed";
-  EXPECT_EQ(Front(), "Notes");
+  EXPECT_EQ(hand.FrontTitle(), "Notes");
 
-  // The window closes, and the focus falls to one of ours, or to the chart.
+  // The window closes, and the focus moves to one of ours, or to the chart.
   editor.Close(notes);
   Sleep(500);
   hand.Press("l");
   Sleep(1000);
-  EXPECT_TRUE(Rows().empty()) << "nobody has turned to the run yet";
+  EXPECT_TRUE(Rows().empty()) << "the trader has not returned to the run";
   ClickOn(panel, panel.Label4);
   hand.Press("l");
   EXPECT_TRUE(RowsAre(1));
   Sleep(3500);
   hand.Press("s");
-  EXPECT_TRUE(RowsAre(2)) << "after a refresh has returned the focus";
+  EXPECT_TRUE(RowsAre(2)) << "a refresh returned the focus";
 }
 
 }  // namespace

@@ -6,26 +6,28 @@
 
 #include "e2e/programs.h"
 #include "e2e/trader_hand.h"
-#include "platform/settings_file.h"
+#include "platform/qt/settings_file.h"
 
 namespace velumar {
 
-// The real program on a directory of its own, in a trader's hands.
+// The real program, with its own data directory.
 class TraderFixture : public TraderHand {
  protected:
-  static constexpr int kBars = 300;
   static constexpr int kStartBar = 150;
 
   void SetUp() override {
     if (std::getenv("VELUMAR_E2E") == nullptr) {
-      GTEST_SKIP() << "takes over mouse and keys: scripts/test runs it on a display of its own";
+      GTEST_SKIP() << "takes over mouse and keyboard: scripts/test runs it on a virtual display";
     }
     IndexCache cache;
-    StoreSecurity(data, {"ABC", "A made series", -1}, DailyBars(kBars), cache);
+    StoreSecurity(data, {"ABC", "A made series", -1}, DailyBars(300), cache);
+    const int date = MadeDate(kStartBar);
     FileSettings settings(scratch.Sub("settings"));
     settings.Save("LastPath", data);
     settings.Save("Refresh", "1");
-    settings.Save("SelectDate", StartDate());
+    settings.Save("SelectDate", std::to_string(date / 100 % 100) + "/" +
+                                    std::to_string(date % 100) + "/" +
+                                    std::to_string(date / 10000));
     StartProgram();
   }
 
@@ -34,24 +36,29 @@ class TraderFixture : public TraderHand {
     ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
     Sleep(1500);  // the window slides in
   }
-
-  static std::string StartDate() {
-    const int date = MadeDate(kStartBar);
-    return std::to_string(date / 100 % 100) + "/" + std::to_string(date % 100) + "/" +
-           std::to_string(date / 10000);
+  void WaitForChart() {
+    ASSERT_TRUE(Eventually([&] { return ChartBars() > kStartBar; }, 60)) << "no chart";
   }
-  nlohmann::json State() {
+  // Returns the bars in the store once the last bar of the feed has arrived.
+  int BarsAfterPause() {
+    Sleep(4000);
+    return StoreBars();
+  }
+
+  nlohmann::json State() const {
     const auto states = program->States();
     return states.empty() ? nlohmann::json() : states.back();
   }
-  int ChartBars() {
+  int ChartBars() const {
     const nlohmann::json state = State();
     return state.is_null() || state["chart"].is_null() ? -1 : state["chart"]["bars"].get<int>();
   }
-  int StoreBars() { return BarsOf(data + "/Simulate", "ABC"); }
-  // True if chart and store both hold so many bars.
-  bool StandsOn(int bars) { return ChartBars() == bars && StoreBars() == bars; }
-  long Refreshes() {
+  int StoreBars() const { return BarsOf(data + "/Simulate", "ABC"); }
+  // Waits until chart and store both have this many bars.
+  bool Shows(int bars) {
+    return Eventually([&] { return ChartBars() == bars && StoreBars() == bars; });
+  }
+  long Refreshes() const {
     long count = 0;
     for (const auto& state : program->States()) count += state["event"] == "refreshed" ? 1 : 0;
     return count;

@@ -5,7 +5,7 @@
 namespace velumar {
 namespace {
 
-// The windows in a trader's hands, at the usual size of a pixel and at twice that.
+// The windows at 100 and 200 %.
 class WindowsE2e : public TraderFixture, public testing::WithParamInterface<int> {
  protected:
   void SetUp() override {
@@ -22,11 +22,11 @@ class WindowsE2e : public TraderFixture, public testing::WithParamInterface<int>
   void PressTimes(int times, const std::string& key) {
     for (int i = 0; i < times; ++i) hand.Press(key);
   }
-  // For people to look at.
-  void Look(const std::string& name) {
-    hand.Look(PICTURES_FOLDER "/" + name + "-" + std::to_string(GetParam()) + "00.png");
+  // A picture for people to look at.
+  void Screenshot(const std::string& name) {
+    hand.Screenshot(PICTURES_FOLDER "/" + name + "-" + std::to_string(GetParam()) + "00.png");
   }
-  // From the path through all boxes to the start button.
+  // From the path box through all boxes to the start button.
   void StartByKeys() {
     PressTimes(2, "Tab");
     hand.Press("ctrl+a");
@@ -34,12 +34,12 @@ class WindowsE2e : public TraderFixture, public testing::WithParamInterface<int>
     Sleep(300);
     hand.Press("Down");
     hand.Press("Return");
-    Look("choice");
+    Screenshot("choice");
     PressTimes(10, "Tab");
-    Look("setup");
+    Screenshot("setup");
     hand.Press("Return");
   }
-  // Where the slide ends, a step of it may be left out.
+  // The slide may end a step early.
   void ExpectNear(const std::optional<ScreenRect>& now, const ScreenRect& before) {
     ASSERT_TRUE(now);
     EXPECT_EQ(now->x, before.x);
@@ -47,22 +47,21 @@ class WindowsE2e : public TraderFixture, public testing::WithParamInterface<int>
   }
 };
 
-TEST_P(WindowsE2e, ARunByKeysAloneAndWindowsThatStayWhereTheyWerePut) {
+TEST_P(WindowsE2e, ARunByKeysAloneAndWindowsThatKeepTheirPlace) {
   const auto setup_place = Find(setup);
   ASSERT_TRUE(setup_place);
   StartByKeys();
-  ASSERT_TRUE(Eventually([&] { return ChartBars() >= kStartBar + 1; }, 60)) << "the chart opens";
-  auto window = Find(navigator);
+  WaitForChart();
+  const auto window = Find(navigator);
   ASSERT_TRUE(window);
   hand.Activate(*window);
   hand.Press("space");
-  Sleep(4000);  // the bar that still comes
-  const int paused = StoreBars();
+  const int paused = BarsAfterPause();
   hand.Press("Right");
-  EXPECT_TRUE(Eventually([&] { return StandsOn(paused + 1); }));
-  Look("run");
+  EXPECT_TRUE(Shows(paused + 1));
+  Screenshot("run");
 
-  // A slider that was reached by Tab keeps its arrows.
+  // A slider reached with Tab keeps the arrow keys.
   hand.Press("Tab");
   hand.Press("shift+Tab");
   PressTimes(10, "Left");
@@ -77,7 +76,7 @@ TEST_P(WindowsE2e, ARunByKeysAloneAndWindowsThatStayWhereTheyWerePut) {
   hand.Tap(*moved, 60, 900);
   hand.PointAt(moved->x + 300, moved->y - 200);
   Sleep(500);
-  EXPECT_EQ(Find(navigator)->x, moved->x) << "a tap takes no window along";
+  EXPECT_EQ(Find(navigator)->x, moved->x) << "a tap does not drag the window";
 
   hand.Activate(*moved);
   PressTimes(2, "Tab");
@@ -85,10 +84,10 @@ TEST_P(WindowsE2e, ARunByKeysAloneAndWindowsThatStayWhereTheyWerePut) {
   ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
   Sleep(2500);
   ExpectNear(Find(setup), *setup_place);
-  Look("return");
+  Screenshot("return");
   hand.Press("Escape");
   hand.Press("alt+F4");
-  ASSERT_TRUE(Eventually([&] { return program->Ended(); })) << "the window closes by keys";
+  ASSERT_TRUE(Eventually([&] { return program->Ended(); })) << "Alt+F4 quits";
   EXPECT_EQ(program->ExitCode(), 0);
 
   program.reset();
@@ -102,7 +101,7 @@ TEST_P(WindowsE2e, ARunByKeysAloneAndWindowsThatStayWhereTheyWerePut) {
   EXPECT_NEAR(hand.Opacity(*Find(navigator)), 200 / 255.0, 0.01);
   const auto below = Find(panel);
   ASSERT_TRUE(below);
-  EXPECT_EQ(below->x, moved->x) << "the panel follows the navigator's kept place";
+  EXPECT_EQ(below->x, moved->x) << "the panel opens below the navigator";
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, WindowsE2e, testing::Values(1, 2));

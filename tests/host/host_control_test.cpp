@@ -124,11 +124,11 @@ TEST_F(HostControlTest, TheStatusLineSaysWhatIsWrongWithTheChart) {
     const char* warning;
     const char* advice;
   } cases[] = {
-      {true, KeyOutcome::kHeldBack, "Chart not refreshed: another window is in front! ",
+      {true, KeyOutcome::kNotSent, "Chart not refreshed: another window is in front! ",
        "Another window is in front of the chart"},
-      {false, KeyOutcome::kTakenIn, "No chart program, start it! ", "Start the chart program"},
+      {false, KeyOutcome::kAccepted, "No chart program, start it! ", "Start the chart program"},
       {true, KeyOutcome::kNotAnswered, "Chart program busy, wait for it! ", "The chart program is"},
-      {true, KeyOutcome::kTakenIn, "", ""}};
+      {true, KeyOutcome::kAccepted, "", ""}};
   for (const auto& c : cases) {
     chart.running = c.running;
     chart.outcome = c.outcome;

@@ -56,7 +56,7 @@ TEST_F(TraderFocusTest, WhatTheProgramMovesDoesNotCount) {
   EXPECT_FALSE(AtRunIn(kOwn)) << "a box of ours";
   ASSERT_FALSE(AtRunIn(kOther));
   {
-    const Counted starting = trader.ExpectChart();
+    const ScopedCounter starting = trader.ExpectChart();
     EXPECT_FALSE(AtRunIn(kChart)) << "the chart program starts";
     EXPECT_TRUE(AtRunIn(kOwn));
   }

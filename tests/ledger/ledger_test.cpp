@@ -13,7 +13,7 @@ using testing::AllOf;
 using testing::HasSubstr;
 
 constexpr bool kPosixFiles = fs::path::preferred_separator == '/';
-// Every character in it means something in the address of a database.
+// Each of these characters has a meaning in a database URI.
 constexpr const char* kOddName = kPosixFiles ? "a%20 ?#.mdb" : "a%20 #.mdb";
 
 class LedgerTest : public testing::Test {
@@ -27,7 +27,7 @@ class LedgerTest : public testing::Test {
   static std::size_t Rows(LedgerConnection& ledger) {
     return LedgerQuery(ledger, "select * From MyPortfolio").rows.size();
   }
-  // The ledger of a folder is neither read nor written, and no file next to it changes.
+  // Neither reads nor writes the ledger of a folder, and changes no file there.
   static void ExpectRefused(const ScratchFolder& folder, const std::string& why) {
     const auto before = FilesOf(folder.Path().string());
     LedgerConnection ledger = Connection();
@@ -42,17 +42,15 @@ class LedgerTest : public testing::Test {
   std::string file = scratch.Sub("Portfolio.mdb");
 };
 
-TEST_F(LedgerTest, AnOlderFileLearnsWhereHoldingsWereWiped) {
+TEST_F(LedgerTest, OlderFilesGetTheColumnsOfWipedHoldings) {
   {
     LedgerConnection ledger = Connection();
     LedgerOpen(ledger, file);
   }
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
       .Execute(
-          "DROP TABLE Wiped; CREATE TABLE Wiped (Run INTEGER, Position TEXT, Held NUMERIC, "
-          "AvgPrice NUMERIC, "
-          "Quantity NUMERIC, BarIndex INTEGER, NewestShown INTEGER); "
-          "INSERT INTO Wiped (Held) VALUES (1)");
+          "ALTER TABLE Wiped DROP Place; ALTER TABLE Wiped DROP BarDate; ALTER TABLE Wiped DROP "
+          "BarTime; ALTER TABLE Wiped DROP MarketPrice; INSERT INTO Wiped (Held) VALUES (1)");
   for (double held = 2; held <= 3; ++held) {
     LedgerConnection ledger = Connection();
     LedgerOpen(ledger, file);
@@ -67,11 +65,11 @@ TEST_F(LedgerTest, AnOlderFileLearnsWhereHoldingsWereWiped) {
                             {{}, 1.0, {}}, {1.0, 2.0, "2007-01-26"}, {2.0, 3.0, "2007-01-26"}}));
 }
 
-TEST_F(LedgerTest, OneProgramKeepsALedgerWhicheverLinksLeadToIt) {
+TEST_F(LedgerTest, OneProgramOwnsALedgerWhicheverLinkLeadsToIt) {
   fs::create_directory(scratch.Path() / "deep");
   std::error_code refused;
   fs::create_symlink("../deep/real.mdb", scratch.Path() / "deep/link.mdb", refused);
-  if (refused) GTEST_SKIP() << "no links here: " << refused.message();
+  if (refused) GTEST_SKIP() << "no symbolic links: " << refused.message();
   fs::create_directory_symlink("deep", scratch.Path() / "folder");
   fs::create_symlink("folder/link.mdb", file);  // leads to no file yet
   LedgerConnection first = Connection();
@@ -90,21 +88,21 @@ TEST_F(LedgerTest, OneProgramKeepsALedgerWhicheverLinksLeadToIt) {
     AddRow(first);
   }
   LedgerClose(first);
-  // A log under one name is missed under the other.
+  // The log of one name would be missed under the other.
   fs::create_hard_link(scratch.Path() / "deep/real.mdb", scratch.Path() / "second.mdb");
   LedgerOpen(first, scratch.Sub("second.mdb"));
   EXPECT_THAT(first.WhyNot(), HasSubstr("hard link"));
   EXPECT_EQ(Rows(first), 1U);
 }
 
-TEST_F(LedgerTest, ARowIsRefusedOnceItWouldBeLost) {
-  if (!kPosixFiles) GTEST_SKIP() << "the system lets nobody move or delete an open ledger";
+TEST_F(LedgerTest, ARowThatWouldBeLostIsRefused) {
+  if (!kPosixFiles) GTEST_SKIP() << "the system does not let an open ledger be moved or deleted";
   const std::string moved = scratch.Sub("moved.mdb");
   file = scratch.Sub("home/Portfolio.mdb");
   struct Case {
     const char* what;
     std::function<void()> harm;
-    std::string kept_in;  // where the rows are afterwards
+    std::string rows_in;  // where the rows are afterwards
   };
   const auto replace = [&](const std::string& suffix) {
     fs::rename(file + suffix, scratch.Sub("aside"));
@@ -125,7 +123,7 @@ TEST_F(LedgerTest, ARowIsRefusedOnceItWouldBeLost) {
       {"log replaced", [&] { replace("-wal"); }, ""},
       {"index replaced", [&] { replace("-shm"); }, ""},
       {"lock deleted", [&] { fs::remove(file + "-owner"); }, file},
-      {"log cut", [&] { fs::resize_file(file + "-wal", 0); }, ""}};
+      {"log truncated", [&] { fs::resize_file(file + "-wal", 0); }, ""}};
   for (const Case& one : cases) {
     for (const auto& entry : fs::directory_iterator(scratch.Path())) fs::remove_all(entry);
     fs::create_directory(scratch.Sub("home"));
@@ -138,26 +136,48 @@ TEST_F(LedgerTest, ARowIsRefusedOnceItWouldBeLost) {
                 testing::ThrowsMessage<LedgerError>(HasSubstr("home/Portfolio.mdb")))
         << one.what;
     LedgerClose(ledger);
-    if (one.kept_in.empty()) continue;
-    LedgerOpenToRead(ledger, one.kept_in);
+    if (one.rows_in.empty()) continue;
+    LedgerOpenToRead(ledger, one.rows_in);
     EXPECT_EQ(Rows(ledger), 2U) << one.what;
-    LedgerOpen(ledger, one.kept_in);
+    LedgerOpen(ledger, one.rows_in);
     EXPECT_NO_THROW(AddRow(ledger)) << one.what << ledger.WhyNot();
   }
 }
 
-TEST_F(LedgerTest, ALogEmptiedInOrderKeepsNoRowOut) {
+TEST_F(LedgerTest, ACheckpointByAnotherProgramIsHarmless) {
   LedgerConnection ledger = Connection();
   LedgerOpen(ledger, file);
   AddRow(ledger);
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate).Execute("PRAGMA wal_checkpoint(TRUNCATE)");
   for (int i = 2; i <= 300; ++i) AddRow(ledger);
   EXPECT_EQ(Rows(ledger), 300U);
-  EXPECT_LT(fs::file_size(file + "-wal"), 5'000'000U) << "it is emptied on the way, too";
+  EXPECT_LT(fs::file_size(file + "-wal"), 5'000'000U) << "it is checkpointed regularly";
 }
 
-// The log holds rows of a file that was moved without it; a new file would delete it.
-TEST_F(LedgerTest, ALogWithoutItsFileIsKept) {
+// The last statement of the transaction fails: a value is too long.
+TEST_F(LedgerTest, ARunStartsCompletelyOrNotAtAll) {
+  LedgerConnection ledger = Connection();
+  LedgerOpen(ledger, file);
+  LedgerBeginRun(ledger, {});
+  AddRow(ledger);
+  LedgerRun refused;
+  refused.directory = std::string(2'000'000, 'x');
+  EXPECT_THROW(LedgerBeginRun(ledger, refused), LedgerError);
+  EXPECT_EQ(Rows(ledger), 1U);
+  EXPECT_TRUE(LedgerQuery(ledger, "select * From Archive").Empty());
+  EXPECT_EQ(LedgerQuery(ledger, "select Id From Runs").rows.size(), 1U);
+
+  LedgerBeginRun(ledger, {});
+  LedgerBeginRun(ledger, {});  // the second had no orders
+  AddRow(ledger);
+  LedgerDeleteAll(ledger, kPortfolioTable);
+  EXPECT_EQ(LedgerQuery(ledger, "select * From MyPortfolio", 1).rows.size(), 1U);
+  EXPECT_TRUE(LedgerQuery(ledger, "select * From MyPortfolio", 2).Empty());
+  EXPECT_EQ(LedgerQuery(ledger, "select * From MyPortfolio", 3).rows.size(), 1U);
+}
+
+// The log has rows of a file that was moved without it. Creating a new file would delete it.
+TEST_F(LedgerTest, ALogWithoutItsFileIsNotDeleted) {
   LedgerConnection ledger = Connection();
   LedgerOpen(ledger, file);
   AddRow(ledger);
@@ -170,14 +190,14 @@ TEST_F(LedgerTest, ALogWithoutItsFileIsKept) {
   EXPECT_TRUE(fs::exists(copy + "-wal"));
 }
 
-// After a clean end, after a death, and after one whose files were copied without their index:
-// reading neither needs to write nor does it.
+// After a clean exit, after a crash, and after a crash whose files were copied without the log's
+// index.
 TEST_F(LedgerTest, ReadingLeavesNoTrace) {
   LedgerConnection ledger = Connection();
   LedgerOpen(ledger, file);
   AddRow(ledger);
   for (const auto& [folder, suffixes] :
-       {std::pair("died", std::vector<std::string>{"", "-wal", "-shm"}),
+       {std::pair("crashed", std::vector<std::string>{"", "-wal", "-shm"}),
         std::pair("bare", std::vector<std::string>{"", "-wal"})}) {
     fs::create_directory(scratch.Sub(folder));
     for (const std::string& suffix : suffixes) {
@@ -188,7 +208,7 @@ TEST_F(LedgerTest, ReadingLeavesNoTrace) {
   fs::create_directory(scratch.Sub("closed"));
   fs::copy_file(file, scratch.Sub(std::string("closed/") + kOddName));
   EXPECT_FALSE(fs::exists(file + "-wal"));
-  for (const std::string folder : {"died", "bare", "closed"}) {
+  for (const std::string folder : {"crashed", "bare", "closed"}) {
     const auto before = FilesOf(scratch.Sub(folder));
     for (int i = 0; i < 2; ++i) {
       LedgerConnection reader = Connection();
@@ -204,7 +224,7 @@ TEST_F(LedgerTest, ReadingLeavesNoTrace) {
   }
 }
 
-TEST_F(LedgerTest, WhoReadsSeesWhatIsWrittenLater) {
+TEST_F(LedgerTest, ARowIsFlushedAndReadersSeeItAtOnce) {
   LedgerConnection writer = Connection();
   LedgerOpen(writer, file);
   LedgerClose(writer);
@@ -212,16 +232,19 @@ TEST_F(LedgerTest, WhoReadsSeesWhatIsWrittenLater) {
   LedgerOpenToRead(reader, file);
   EXPECT_EQ(Rows(reader), 0U);
   LedgerOpen(writer, file);
-  AddRow(writer);
-  EXPECT_EQ(Rows(reader), 1U);
-  AddRow(writer);
-  EXPECT_EQ(Rows(reader), 2U);
+  constexpr double kFull = 2;
+  EXPECT_EQ(writer.ForWriting().FirstValue("PRAGMA synchronous"), LedgerValue(kFull));
+  for (std::size_t rows = 1; rows <= 2; ++rows) {
+    AddRow(writer);
+    EXPECT_EQ(Rows(reader), rows);
+    EXPECT_EQ(LedgerQuery(reader, "select * From Details").rows.size(), rows);
+  }
 }
 
-TEST_F(LedgerTest, AFileThatIsNotOursIsLeftAsItIs) {
+TEST_F(LedgerTest, AFileOfAnotherProgramIsNotChanged) {
   const std::vector<std::pair<std::string, std::string>> cases = {
-      {"DROP TABLE MyPortfolio", "another program's SQLite file"},
-      {"PRAGMA application_id = 7", "another program's SQLite file"},
+      {"DROP TABLE MyPortfolio", "belongs to another program"},
+      {"PRAGMA application_id = 7", "belongs to another program"},
       {"PRAGMA user_version = 1", "newer version"},
       {"CREATE TRIGGER t AFTER INSERT ON myportfolio BEGIN DELETE FROM Runs; END", "trigger \"t\""},
       {"CREATE UNIQUE INDEX i ON Details (Vat)", "unique index"},
@@ -230,7 +253,7 @@ TEST_F(LedgerTest, AFileThatIsNotOursIsLeftAsItIs) {
        "ALL SELECT i + 1 FROM n) SELECT i AS Profile FROM n",
        "MyPortfolio must be a table"}};
   for (const auto& [harm, why] : cases) {
-    for (const bool dies : {false, true}) {
+    for (const bool crashed : {false, true}) {
       const ScratchFolder made;
       const ScratchFolder folder;
       {
@@ -239,7 +262,7 @@ TEST_F(LedgerTest, AFileThatIsNotOursIsLeftAsItIs) {
       }
       SqliteDatabase database(made.Sub("l.mdb"), SqliteDatabase::Mode::kCreate);
       database.Execute(harm);
-      if (!dies) database.Execute("PRAGMA wal_checkpoint(TRUNCATE)");
+      if (!crashed) database.Execute("PRAGMA wal_checkpoint(TRUNCATE)");
       for (const char* suffix : {"", "-wal", "-shm"}) {
         fs::copy_file(made.Sub("l.mdb") + suffix, folder.Sub("l.mdb") + suffix);
       }

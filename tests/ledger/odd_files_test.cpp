@@ -8,8 +8,8 @@
 namespace velumar {
 namespace {
 
-// Where a file is looked for, there is a pipe, which nobody writes to, or a device without end.
-TEST(OddFiles, HoldNobodyUp) {
+// A pipe that nobody writes to, or an endless device, in place of a file.
+TEST(OddFiles, NeverBlock) {
   for (const std::string suffix : {"", "-wal", "-shm", "-journal", "-owner"}) {
     for (const std::string device : {"", "/dev/zero"}) {
       const ScratchFolder scratch;

@@ -5,6 +5,7 @@
 
 #include <limits>
 
+#include "marketdata/directory_lock.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/market_files.h"
 #include "marketdata/metalib_reader.h"
@@ -26,7 +27,7 @@ class DirectoryEditor : public testing::Test {
 
   std::vector<std::string> List() { return ListOf(Text(), cache_); }
 
-  Scratch directory_;
+  ScratchFolder directory_;
   IndexCache cache_;
 };
 
@@ -39,7 +40,7 @@ TEST_F(DirectoryEditor, ANewDirectoryGetsBothIndexesAndReadsBackExactly) {
   EXPECT_EQ(ReadBars(path, "AAA", -1), daily);
   EXPECT_THAT(ReadBars(path, "AAA", 15), ElementsAre(intraday[1], intraday[0]));
   for (const char* index : {"MASTER", "EMASTER"}) {
-    const Scratch alone;
+    const ScratchFolder alone;
     const std::filesystem::path from = directory_ / "new/set";
     std::filesystem::copy_file(from / index, alone / index);
     std::filesystem::copy_file(from / "F2.DAT", alone / "F2.DAT");
@@ -57,7 +58,7 @@ TEST_F(DirectoryEditor, OnlyTheIndexesThatAreThereGrow) {
   EXPECT_THAT(List(), ElementsAre("OLD:-1 F3 Alpha", "NEW:5 F4 A name of more than sixteen"));
   Store({"OLD", "", -1}, {});
   EXPECT_EQ(directory_.Read("emaster").substr(4, 2 * 192 - 4), emaster.substr(4));
-  const Scratch high;
+  const ScratchFolder high;
   high.Write("XMASTER", Xmaster({{.number = 300, .symbol = "OLD"}}));
   StoreSecurity(high.Text(), {"NEW", "New", -1}, {DailyBar(20050103)}, cache_);
   EXPECT_THAT(high.Names(), ElementsAre("F301.MWD", "XMASTER"));
@@ -83,7 +84,7 @@ TEST_F(DirectoryEditor, ReplacingKeepsTheFileAndWideningTakesANewOne) {
               ElementsAre("EMASTER", "F1.DAT", "F4.DAT", "F5.DAT", "F6.DAT", "MASTER"));
 }
 
-TEST_F(DirectoryEditor, BehindTheLastNumberOfMasterComesXmaster) {
+TEST_F(DirectoryEditor, XmasterFollowsTheLastNumberOfMaster) {
   std::vector<Listed> full;
   for (int i = 1; i <= 254; ++i) {
     full.push_back(
@@ -127,6 +128,19 @@ TEST_F(DirectoryEditor, WhatCanNotBeStoredIsNamedAndNothingIsMade) {
     EXPECT_THAT(text, HasSubstr(row.part));
   }
   EXPECT_THAT(directory_.Names(), ElementsAre());
+}
+
+TEST(DirectoryLock, OneWriterHoldsItAndHidesNothing) {
+  const ScratchFolder directory;
+  EXPECT_FALSE(DirectoryLock::IsHeld(directory.Text()));
+  auto held = DirectoryLock::TryHold(directory.Text());
+  ASSERT_TRUE(held);
+  EXPECT_TRUE(DirectoryLock::IsHeld(directory.Text()));
+  EXPECT_FALSE(DirectoryLock::TryHold(directory.Text()));
+  EXPECT_EQ(directory.Read(DirectoryLock::kFileName), "");
+  held.reset();
+  EXPECT_FALSE(DirectoryLock::IsHeld(directory.Text()));
+  EXPECT_TRUE(DirectoryLock::TryHold(directory.Text()));
 }
 
 }  // namespace

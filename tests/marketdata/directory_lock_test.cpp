@@ -17,7 +17,7 @@ namespace velumar {
 namespace {
 
 TEST(DirectoryLock, KeepsOthersOutAndDiesWithItsHolder) {
-  const Scratch directory;
+  const ScratchFolder directory;
   directory.Write("MASTER", Master({{}}));
   int held[2];
   ASSERT_EQ(pipe(held), 0);
@@ -53,7 +53,7 @@ TEST(DirectoryLock, KeepsOthersOutAndDiesWithItsHolder) {
 
 TEST(DirectoryLock, AFileThatIsNoLockFileIsNamedAndNotWaitedFor) {
   for (const bool pipe : {true, false}) {
-    const Scratch directory;
+    const ScratchFolder directory;
     directory.Write("MASTER", Master({{}}));
     const auto lock = directory / DirectoryLock::kFileName;
     if (pipe) {

@@ -9,12 +9,12 @@ namespace velumar {
 
 namespace {
 
-std::vector<SecurityInfo> List(const Scratch& directory) {
+std::vector<SecurityInfo> List(const ScratchFolder& directory) {
   IndexCache cache;
   return SecuritiesIn(directory.Text(), cache);
 }
 
-std::vector<std::string> Brief(const Scratch& directory) {
+std::vector<std::string> Brief(const ScratchFolder& directory) {
   IndexCache cache;
   return ListOf(directory.Text(), cache);
 }
@@ -72,7 +72,7 @@ TEST(DirectoryReading, EveryShapeOfRecordInEveryIndex) {
                     {"EMASTER", Emaster({with_bits}), "F1.DAT"},
                     {"XMASTER", Xmaster({bits_alone}), "F256.MWD"}};
     for (const auto& index : kIndexes) {
-      const Scratch directory;
+      const ScratchFolder directory;
       directory.Write(index.index, index.bytes);
       directory.Write(index.data, DataBytes(shape.fields, 2, {RecordOf(shape)}));
       EXPECT_THAT(ReadBars(directory, "AAA", interval), ElementsAre(shape.bar))
@@ -83,20 +83,20 @@ TEST(DirectoryReading, EveryShapeOfRecordInEveryIndex) {
 
 TEST(DirectoryReading, BitsOfNoUsableFieldsMeanTheUsualSeven) {
   for (const int bits : {0x00, 0x01, 0x19, 0xFE}) {
-    const Scratch directory;
+    const ScratchFolder directory;
     directory.Write("XMASTER", Xmaster({{.number = 300, .bits = bits}}));
     directory.Write("F300.MWD", DataBytes(7, 2, {RecordOf(kUsual)}));
     EXPECT_THAT(ReadBars(directory), ElementsAre(kUsual.bar)) << bits;
   }
 }
 
-TEST(DirectoryReading, CountsAreBelievedAsFarAsTheFilesHoldThem) {
+TEST(DirectoryReading, CountsAreLimitedToWhatTheFilesHold) {
   constexpr std::size_t kRecord = 28;
   const std::string whole =
       DailyBytes({DailyBar(20050103), DailyBar(20050104), DailyBar(20050105)}).substr(kRecord);
   const struct {
-    int told;
-    std::size_t bytes;  // behind the header
+    int counted;
+    std::size_t bytes;  // after the header
     std::size_t bars;
   } kRows[] = {{4, 3 * kRecord, 3},
                {4, 3 * kRecord - 1, 2},
@@ -106,16 +106,16 @@ TEST(DirectoryReading, CountsAreBelievedAsFarAsTheFilesHoldThem) {
                {0, 3 * kRecord, 0},
                {4, 5, 0}};
   for (const auto& row : kRows) {
-    const Scratch directory;
+    const ScratchFolder directory;
     directory.Write("MASTER", Master({{}}));
-    directory.Write("F1.DAT", DataBytes(7, row.told, {whole.substr(0, row.bytes)}));
-    EXPECT_EQ(ReadBars(directory).size(), row.bars) << row.told << " told, " << row.bytes;
+    directory.Write("F1.DAT", DataBytes(7, row.counted, {whole.substr(0, row.bytes)}));
+    EXPECT_EQ(ReadBars(directory).size(), row.bars) << row.counted << " counted, " << row.bytes;
     EXPECT_EQ(List(directory).front().bars, static_cast<int>(row.bars));
   }
 }
 
-TEST(DirectoryReading, FilesOfNoUseAreSeriesWithoutBars) {
-  const Scratch directory;
+TEST(DirectoryReading, UnusableFilesAreSeriesWithoutBars) {
+  const ScratchFolder directory;
   directory.Write("MASTER",
                   Master({{.number = 1, .symbol = "EMPTY"},
                           {.number = 2, .symbol = "SHORT"},
@@ -132,12 +132,12 @@ TEST(DirectoryReading, FilesOfNoUseAreSeriesWithoutBars) {
   const SecurityInfo missing = List(directory)[2];
   EXPECT_EQ(missing.bars, 0);
   EXPECT_EQ(missing.first_date, 0);
-  EXPECT_EQ(missing.told_first_date, 20050103);
-  EXPECT_EQ(missing.told_last_date, 20051107);
+  EXPECT_EQ(missing.indexed_first_date, 20050103);
+  EXPECT_EQ(missing.indexed_last_date, 20051107);
 }
 
 TEST(DirectoryReading, NamesComeInAnyCaseAndUpperCaseWins) {
-  const Scratch directory;
+  const ScratchFolder directory;
   directory.Write("master", Master({{.number = 12, .symbol = "LOWER"}}));
   directory.Write("f12.dat", DailyBytes({DailyBar(20051107)}));
   EXPECT_THAT(ReadBars(directory, "LOWER"), ElementsAre(DailyBar(20051107)));
@@ -149,8 +149,8 @@ TEST(DirectoryReading, NamesComeInAnyCaseAndUpperCaseWins) {
 
 TEST(DirectoryReading, ThreeIndexesMakeOneList) {
   const std::string long_name = "Alpha and Omega Holdings";
-  const Scratch directory;
-  // MASTER tells more securities than it has, EMASTER is torn inside its third record.
+  const ScratchFolder directory;
+  // MASTER counts more securities than it has; EMASTER ends inside its third record.
   directory.Write("MASTER", Master({{.number = 2, .symbol = "BBB", .name = "Beta"},
                                     {.number = 0, .symbol = "GONE"},
                                     {.number = 1, .symbol = "AAA", .frame = 'W'}},
@@ -170,19 +170,20 @@ TEST(DirectoryReading, ThreeIndexesMakeOneList) {
   EXPECT_THAT(Brief(directory), ElementsAre("BBB:-1 F2 Beta", "AAA:-1 F1 " + long_name,
                                             "ONLY:5 F9 Alpha", "CCC:-1 F700 Caf\xC3\xA9"));
   EXPECT_EQ(list[1].fields, 7);
-  EXPECT_EQ(list[3].told_first_date, 19980105) << "a first date after the last is a century late";
-  EXPECT_EQ(list[3].told_last_date, 20051107);
+  EXPECT_EQ(list[3].indexed_first_date, 19980105)
+      << "a first date after the last is a century late";
+  EXPECT_EQ(list[3].indexed_last_date, 20051107);
 }
 
 TEST(DirectoryReading, AListOfColumnNamesOverridesTheirOrder) {
-  const Scratch directory;
+  const ScratchFolder directory;
   directory.Write("MASTER", Master({{.fields = 5}}));
   directory.Write("F1.DAT",
                   DataBytes(5, 2, {Word(1) + Word(1051107) + Word(2) + Word(3) + Word(4)}));
   directory.Write(
       "f1.dop", "\"Close\",2,0\r\n\"Date\",0,0\r\n\"HIGH\",2,0\r\n\"LOW\",2,0\r\n\"VOL\",0,0\r\n");
   EXPECT_THAT(ReadBars(directory), ElementsAre(Bar{20051107, 0, 0, 2, 3, 1, 4, 0}));
-  // As many columns as there are, each once and all known, or the usual order stands.
+  // As many columns as there are, each once and all known, or the usual order counts.
   for (const char* unusable : {"", "\"DATE\"\n\"HIGH\"\n\"LOW\"\n\"CLOSE\"\n",
                                "\"DATE\"\n\"HIGH\"\n\"HIGH\"\n\"CLOSE\"\n\"VOL\"\n",
                                "\"DATE\"\n\"HIGH\"\n\"LOW\"\n\"CLOSE\"\n\"MOON\"\n"}) {
@@ -192,8 +193,8 @@ TEST(DirectoryReading, AListOfColumnNamesOverridesTheirOrder) {
   }
 }
 
-TEST(DirectoryReading, MinutesThatTheIndexDoesNotTellComeFromTheBars) {
-  const Scratch directory;
+TEST(DirectoryReading, MinutesMissingInTheIndexComeFromTheBars) {
+  const ScratchFolder directory;
   const auto intraday = [](std::initializer_list<std::pair<int, int>> moments) {
     std::vector<std::string> records;
     for (const auto& [date, time] : moments) {
@@ -214,8 +215,62 @@ TEST(DirectoryReading, MinutesThatTheIndexDoesNotTellComeFromTheBars) {
   EXPECT_THAT(Brief(directory), ElementsAre("AAA:15 F256 Alpha", "AAA:0 F257 Alpha",
                                             "AAA:0 F258 Alpha", "AAA:-1 F259 Alpha"));
   EXPECT_EQ(ReadBars(directory, "AAA", 15).size(), 5U);
-  EXPECT_EQ(ReadBars(directory, "AAA", 60).size(), 2U);  // the first one that nothing is known of
+  EXPECT_EQ(ReadBars(directory, "AAA", 60).size(), 2U);  // the first one of unknown minutes
   EXPECT_EQ(ReadBars(directory, "AAA", -1).size(), 0U);
+}
+
+class ReaderCursor : public testing::Test {
+ protected:
+  ReaderCursor() {
+    directory_.Write("MASTER", Master({{.number = 1}, {.number = 2, .symbol = "NONE"}}));
+    directory_.Write("F1.DAT",
+                     DailyBytes({DailyBar(20050103), DailyBar(20050105), DailyBar(20050110)}));
+    reader_.OpenDirectory(directory_.Text());
+    Read("AAA");
+  }
+
+  void Read(const char* symbol) {
+    reader_.SelectSeries(symbol, 1, -1);
+    reader_.ReadSeries();
+  }
+
+  ScratchFolder directory_;
+  IndexCache cache_;
+  MetaLibReader reader_{cache_};
+};
+
+TEST_F(ReaderCursor, SeeksTheFirstBarOnOrAfterADate) {
+  for (const auto& [sought, found] :
+       {std::pair("19000101", 20050103), std::pair("20050105", 20050105),
+        std::pair("20050106", 20050110)}) {
+    reader_.SeekDate(sought, 0);
+    reader_.ReadBar();
+    EXPECT_EQ(reader_.BarDateAtCursor(), found);
+  }
+  for (const char* sought : {"20050111", "soon", ""}) {
+    EXPECT_EQ(ErrorOf([&] { reader_.SeekDate(sought, 0); }), MetaLibError::kDateNotFound) << sought;
+  }
+  Read("NONE");
+  EXPECT_EQ(ErrorOf([&] { reader_.SeekDate("20050103", 0); }), MetaLibError::kDateNotFound);
+}
+
+TEST_F(ReaderCursor, MovesOnlyInsideTheSeries) {
+  reader_.MoveToEnd();
+  EXPECT_EQ(ErrorOf([&] { reader_.ReadBar(); }), MetaLibError::kNoBar);
+  reader_.MoveBy(-1);
+  EXPECT_EQ(ErrorOf([&] { reader_.BarDateAtCursor(); }), MetaLibError::kNoBar) << "not read yet";
+  reader_.ReadBar();
+  EXPECT_EQ(reader_.BarDateAtCursor(), 20050110);
+  reader_.MoveToStart();
+  for (const int bars : {-1, 3}) {
+    EXPECT_EQ(ErrorOf([&] { reader_.MoveBy(bars); }), MetaLibError::kNoBar);
+  }
+  std::string text;
+  EXPECT_EQ(ErrorOf([&] { reader_.SelectSeries("AAA", 0, 15); }, &text),
+            MetaLibError::kSeriesNotFound);
+  EXPECT_THAT(text, testing::AllOf(testing::HasSubstr("AAA"), testing::HasSubstr("15 minutes"),
+                                   testing::HasSubstr(directory_.Text())));
+  EXPECT_EQ(ErrorOf([&] { reader_.SelectSeries("aaa", 1, -1); }), MetaLibError::kSeriesNotFound);
 }
 
 }  // namespace

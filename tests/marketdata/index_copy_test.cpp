@@ -1,4 +1,4 @@
-#include "marketdata/index_copy.h"
+#include "marketdata/index_file.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -47,7 +47,7 @@ TEST(IndexCopy, ListsTheSecuritiesWithoutTheirDates) {
   two.number = 2;
   two.symbol = "BBB";
   constexpr int kTooFew = 1;  // the count in the headers
-  const Scratch from;
+  const ScratchFolder from;
   from.Write("Master", Master({one, two}, kTooFew) + "\x02 torn" + Word(kLast - 19000000));
   from.Write("emaster", WithNumber(Emaster({one, two}, kTooFew), 192, 126, kFirst));
   const std::string xmaster = WithNumber(Xmaster({one, two}, kTooFew), 150, 80, kLast);
@@ -55,7 +55,7 @@ TEST(IndexCopy, ListsTheSecuritiesWithoutTheirDates) {
   for (const char* other : {"MASTER.BAK", "EMASTER.new", "F1.DAT", "notes"}) {
     from.Write(other, xmaster);
   }
-  const Scratch to;
+  const ScratchFolder to;
   to.Write("XMASTER", "an old one");
   CopyIndexFiles(from / "", to / "");
   EXPECT_THAT(to.Names(), testing::UnorderedElementsAre("Master", "emaster", "XMASTER"));

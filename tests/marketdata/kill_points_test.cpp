@@ -32,7 +32,7 @@ bool StopAtEachCall(const std::function<void()>& work, const std::function<void(
 // What a reader finds: the bars of three series, empty where there is no such series.
 using Found = std::vector<std::vector<Bar>>;
 
-Found FindAll(const Scratch& directory) {
+Found FindAll(const ScratchFolder& directory) {
   Found found;
   for (const char* symbol : {"AAA", "BBB", "NEW"}) {
     std::vector<Bar>& bars = found.emplace_back();
@@ -45,8 +45,8 @@ constexpr int kBars = 200;
 
 Bar Numbered(int i) { return DailyBar((2000 + i / 28) * 10000 + 101 + i % 28, 50); }
 
-std::unique_ptr<Scratch> Prepared() {
-  auto directory = std::make_unique<Scratch>();
+std::unique_ptr<ScratchFolder> Prepared() {
+  auto directory = std::make_unique<ScratchFolder>();
   const std::vector<Listed> listed = {{.number = 1}, {.number = 2, .symbol = "BBB", .fields = 5}};
   directory->Write("MASTER", Master(listed));
   directory->Write("EMASTER", Emaster(listed));
@@ -121,7 +121,7 @@ TEST(KillPoints, WhereverAWritingCallDiesTheSeriesAreAsBeforeOrAfter) {
     int looks_after = 0;
     const auto directory = Prepared();
     const auto look = [&] {
-      const Scratch copy(*directory);
+      const ScratchFolder copy(*directory);
       const Found found = FindAll(copy);
       EXPECT_TRUE(found == before || found == after) << one.name << ", call " << looks_before;
       ++(found == before ? looks_before : looks_after);
@@ -134,6 +134,16 @@ TEST(KillPoints, WhereverAWritingCallDiesTheSeriesAreAsBeforeOrAfter) {
     }
     EXPECT_GT(looks_before, 5) << one.name;
     EXPECT_GT(looks_after, 1) << one.name;
+  }
+}
+
+// Everything new is flushed before the first rename, and each round of renames before the next.
+TEST(KillPoints, AnImportIsOnTheDiskInTheOrderOfItsSteps) {
+  for (const char* symbol : {"NEW", "AAA", "BBB"}) {
+    const auto directory = Prepared();
+    const std::string calls = DiskCallsOf([&] { StoreCase("", symbol).work(directory->Text()); });
+    if (calls.empty()) GTEST_SKIP() << "no permission to trace a process";
+    EXPECT_EQ(calls, "WFFFRFRRF") << symbol;
   }
 }
 
@@ -166,7 +176,7 @@ TEST(FailPoints, WhateverCallFailsTheSeriesAreAsBeforeOrAfter) {
         const Found found = FindAll(*directory);
         EXPECT_TRUE(found == before || found == after) << where;
         if (failed.exit_code == 0) {
-          EXPECT_EQ(found, after) << where << ": told as done";
+          EXPECT_EQ(found, after) << where << ": reported as done";
         } else {
           EXPECT_EQ(failed.exit_code, 2) << where;
           ++refused;

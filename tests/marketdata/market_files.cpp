@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <iterator>
 
 #include "marketdata/metalib_reader.h"
 
@@ -11,20 +9,23 @@ namespace velumar {
 
 namespace {
 
-void Put(std::string& bytes, std::size_t offset, std::string_view what) {
-  bytes.replace(offset, what.size(), what);
+using Field = std::pair<std::size_t, std::string>;  // offset and bytes
+
+std::string Filled(std::size_t size, const std::vector<Field>& fields) {
+  std::string record(size, '\0');
+  for (const auto& [offset, bytes] : fields) record.replace(offset, bytes.size(), bytes);
+  return record;
 }
 
-void PutNumber(std::string& bytes, std::size_t offset, std::uint32_t value, int size) {
-  for (int i = 0; i < size; ++i) bytes[offset + i] = static_cast<char>(value >> (8 * i));
+std::string Padded(const std::string& text, std::size_t size, char padding) {
+  return (text + std::string(size, padding)).substr(0, size);
 }
 
-std::string Padded(std::string text, std::size_t size, char padding) {
-  text.resize(size, padding);
-  return text;
-}
-
-std::string IeeeWord(float value) { return {reinterpret_cast<const char*>(&value), sizeof value}; }
+std::string Byte(int value) { return {static_cast<char>(value)}; }
+std::string Short(int value) { return Byte(value) + Byte(value >> 8); }
+std::string Long(int value) { return Short(value) + Short(value >> 16); }
+std::string WholeDate(int stored) { return Long(stored == 0 ? 0 : stored + 19000000); }
+std::string Ieee(float value) { return {reinterpret_cast<const char*>(&value), sizeof value}; }
 
 int HighestNumber(const std::vector<Listed>& securities) {
   int highest = 0;
@@ -32,37 +33,11 @@ int HighestNumber(const std::vector<Listed>& securities) {
   return highest;
 }
 
-std::string Header(std::size_t size, const std::vector<Listed>& securities, int told) {
-  std::string header(size, '\0');
-  PutNumber(header, 0, told < 0 ? static_cast<int>(securities.size()) : told, 2);
-  PutNumber(header, 2, HighestNumber(securities), 2);
-  return header;
+int CountOf(const std::vector<Listed>& securities, int count) {
+  return count < 0 ? static_cast<int>(securities.size()) : count;
 }
 
 }  // namespace
-
-Scratch::Scratch(const Scratch& other) : ScratchFolder() {
-  std::filesystem::copy(other.Path(), Path(), std::filesystem::copy_options::recursive);
-}
-
-void Scratch::Write(std::string_view name, std::string_view bytes) const {
-  std::ofstream(*this / name, std::ios::binary) << bytes;
-}
-
-std::string Scratch::Read(std::string_view name) const {
-  std::ifstream file(*this / name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::vector<std::string> Scratch::Names() const {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(Path())) {
-    const std::string name = entry.path().filename().string();
-    if (name != ".velumar.lock") names.push_back(name);
-  }
-  std::ranges::sort(names);
-  return names;
-}
 
 std::string Hex(std::string_view digits) {
   std::string bytes;
@@ -73,80 +48,64 @@ std::string Hex(std::string_view digits) {
 }
 
 std::string Word(double value) {
-  std::string bytes(4, '\0');
-  if (value == 0) return bytes;
+  if (value == 0) return std::string(4, '\0');
   int exponent = 0;
   const double mantissa = std::frexp(std::abs(value), &exponent);  // 0.5 <= mantissa < 1
-  PutNumber(bytes, 0, static_cast<std::uint32_t>(std::lround(mantissa * 0x1000000)) & 0x7FFFFF, 3);
-  if (value < 0) bytes[2] = static_cast<char>(bytes[2] | 0x80);
-  bytes[3] = static_cast<char>(exponent + 128);
-  return bytes;
+  const int fraction = static_cast<int>(std::lround(mantissa * 0x1000000)) & 0x7FFFFF;
+  return Short(fraction) + Byte((fraction >> 16) | (value < 0 ? 0x80 : 0)) + Byte(exponent + 128);
 }
 
-std::string Master(const std::vector<Listed>& securities, int told) {
-  std::string file = Header(53, securities, told);
+std::string Master(const std::vector<Listed>& securities, int count) {
+  std::string file =
+      Filled(53, {{0, Short(CountOf(securities, count))}, {2, Short(HighestNumber(securities))}});
   for (const Listed& listed : securities) {
-    std::string record(53, '\0');
-    record[0] = static_cast<char>(listed.number);
-    record[1] = 0x65;
-    record[3] = static_cast<char>(4 * listed.fields);
-    record[4] = static_cast<char>(listed.fields);
-    Put(record, 7, Padded(listed.name, 16, ' '));
-    Put(record, 25, Word(listed.first) + Word(listed.last));
-    record[33] = listed.frame;
-    PutNumber(record, 34, listed.minutes, 2);
-    Put(record, 36, Padded(listed.symbol, 14, ' '));
-    file += record;
+    file += Filled(53, {{0, Byte(listed.number)},
+                        {1, Byte(0x65)},
+                        {3, Byte(4 * listed.fields) + Byte(listed.fields)},
+                        {7, Padded(listed.name, 16, ' ')},
+                        {25, Word(listed.first) + Word(listed.last)},
+                        {33, Byte(listed.frame) + Short(listed.minutes)},
+                        {36, Padded(listed.symbol, 14, ' ')}});
   }
   return file;
 }
 
-std::string Emaster(const std::vector<Listed>& securities, int told) {
-  std::string file = Header(192, securities, told);
+std::string Emaster(const std::vector<Listed>& securities, int count) {
+  std::string file =
+      Filled(192, {{0, Short(CountOf(securities, count))}, {2, Short(HighestNumber(securities))}});
   for (const Listed& listed : securities) {
-    std::string record(192, '\0');
-    Put(record, 0, "30");
-    record[2] = static_cast<char>(listed.number);
-    record[6] = static_cast<char>(listed.fields);
-    record[7] = static_cast<char>(listed.bits);
-    Put(record, 11, Padded(listed.symbol, 14, '\0'));
-    Put(record, 32, Padded(listed.name, 16, '\0'));
-    record[60] = listed.frame;
-    PutNumber(record, 62, listed.minutes, 2);
-    Put(record, 64, IeeeWord(static_cast<float>(listed.first)));
-    Put(record, 72, IeeeWord(static_cast<float>(listed.last)));
-    if (listed.name.size() > 16) Put(record, 139, Padded(listed.name, 45, '\0'));
-    file += record;
+    file += Filled(192, {{0, "30" + Byte(listed.number)},
+                         {6, Byte(listed.fields) + Byte(listed.bits)},
+                         {11, listed.symbol},
+                         {32, listed.name.substr(0, 16)},
+                         {60, Byte(listed.frame)},
+                         {62, Short(listed.minutes)},
+                         {64, Ieee(static_cast<float>(listed.first))},
+                         {72, Ieee(static_cast<float>(listed.last))},
+                         {139, listed.name.size() > 16 ? listed.name : ""}});
   }
   return file;
 }
 
-std::string Xmaster(const std::vector<Listed>& securities, int told) {
-  std::string file(150, '\0');
-  Put(file, 0, Hex("5D FE 58 4D"));
-  const int count = told < 0 ? static_cast<int>(securities.size()) : told;
-  PutNumber(file, 10, count, 2);
-  PutNumber(file, 14, count, 2);
-  PutNumber(file, 18, HighestNumber(securities) + 1, 2);
+std::string Xmaster(const std::vector<Listed>& securities, int count) {
+  const std::string records = Short(CountOf(securities, count));
+  std::string file = Filled(150, {{0, Hex("5D FE 58 4D")},
+                                  {10, records},
+                                  {14, records},
+                                  {18, Short(HighestNumber(securities) + 1)}});
   for (const Listed& listed : securities) {
-    std::string record(150, '\0');
-    record[0] = 1;
-    Put(record, 1, Padded(listed.symbol, 15, '\0'));
-    Put(record, 16, Padded(listed.name, 46, '\0'));
-    record[62] = listed.frame;
-    PutNumber(record, 63, listed.minutes, 2);
-    PutNumber(record, 65, listed.number, 2);
-    record[70] = static_cast<char>(listed.bits);
-    PutNumber(record, 108, listed.first == 0 ? 0 : listed.first + 19000000, 4);
-    PutNumber(record, 116, listed.last == 0 ? 0 : listed.last + 19000000, 4);
-    file += record;
+    file += Filled(150, {{0, Byte(1) + listed.symbol},
+                         {16, listed.name},
+                         {62, Byte(listed.frame) + Short(listed.minutes) + Short(listed.number)},
+                         {70, Byte(listed.bits)},
+                         {108, WholeDate(listed.first)},
+                         {116, WholeDate(listed.last)}});
   }
   return file;
 }
 
-std::string DataBytes(int fields, int told, const std::vector<std::string>& records) {
-  std::string file(4 * static_cast<std::size_t>(fields), '\0');
-  PutNumber(file, 2, told, 2);
+std::string DataBytes(int fields, int count, const std::vector<std::string>& records) {
+  std::string file = Filled(4 * static_cast<std::size_t>(fields), {{2, Short(count)}});
   for (const std::string& record : records) file += record;
   return file;
 }
@@ -167,7 +126,7 @@ Bar TimedBar(int date, int time, float close) {
   return {date, time, close - 1, close + 2, close - 2, close, 1000 * close, 7};
 }
 
-std::vector<Bar> ReadBars(const Scratch& directory, std::string_view symbol, int interval) {
+std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbol, int interval) {
   return ReadBars(directory.Text(), std::string(symbol), interval);
 }
 

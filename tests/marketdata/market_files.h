@@ -8,27 +8,15 @@
 
 #include "marketdata/bar.h"
 #include "marketdata/index_cache.h"
+#include "marketdata/metalib_error.h"
 #include "support/scratch.h"
 
 namespace velumar {
 
-class Scratch : public ScratchFolder {
- public:
-  Scratch() = default;
-  Scratch(const Scratch& other);  // with a copy of its files
-  Scratch& operator=(const Scratch&) = delete;
-
-  std::string Text() const { return Path().string(); }
-  std::filesystem::path operator/(std::string_view name) const { return Path() / name; }
-  void Write(std::string_view name, std::string_view bytes) const;
-  std::string Read(std::string_view name) const;
-  std::vector<std::string> Names() const;  // sorted, without the lock file
-};
-
 // "5D FE 58 4D" as four bytes.
 std::string Hex(std::string_view digits);
 
-// Data files and index files made from the tables of the file format, without the code under test.
+// Data files and index files, built without the code under test.
 std::string Word(double value);  // four bytes of the number format of data files
 
 struct Listed {
@@ -42,37 +30,30 @@ struct Listed {
   int first = 0;  // as stored: years count from 1900
   int last = 0;
 };
-// `told` is the count in the header; -1: the right one.
-std::string Master(const std::vector<Listed>& securities, int told = -1);
-std::string Emaster(const std::vector<Listed>& securities, int told = -1);
-std::string Xmaster(const std::vector<Listed>& securities, int told = -1);
+// `count` is the count in the header; -1: the right one.
+std::string Master(const std::vector<Listed>& securities, int count = -1);
+std::string Emaster(const std::vector<Listed>& securities, int count = -1);
+std::string Xmaster(const std::vector<Listed>& securities, int count = -1);
 
-// `records` stand behind a header of `fields` columns that tells of `told` records, itself counted.
-std::string DataBytes(int fields, int told, const std::vector<std::string>& records);
-// Seven columns, as a right file would have them.
+// A header of `fields` columns with the count `count`, which includes it, and `records`.
+std::string DataBytes(int fields, int count, const std::vector<std::string>& records);
+// A correct file of seven columns.
 std::string DailyBytes(const std::vector<Bar>& bars);
 
 Bar DailyBar(int date, float close = 10);
 Bar TimedBar(int date, int time, float close = 10);
 
-// By a fresh reader that keeps nothing.
-std::vector<Bar> ReadBars(const Scratch& directory, std::string_view symbol = "AAA",
+// By a new reader with an empty cache.
+std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbol = "AAA",
                           int interval = -1);
 
 std::vector<SecurityInfo> SecuritiesIn(const std::string& directory, IndexCache& cache);
 // "AAA:-1 F1 Alpha": symbol, interval, file number and name of each security.
 std::vector<std::string> ListOf(const std::string& directory, IndexCache& cache);
 
-// The number of the MetaLibError that `act` ends with, 0 without one; its text goes to `text`.
+// The number of the MetaLibError that `act` throws, or 0; its text goes to `text`.
 template <typename Act>
-int ErrorOf(Act&& act, std::string* text = nullptr);
-
-}  // namespace velumar
-
-#include "marketdata/metalib_error.h"
-
-template <typename Act>
-int velumar::ErrorOf(Act&& act, std::string* text) {
+int ErrorOf(Act&& act, std::string* text = nullptr) {
   try {
     act();
   } catch (const MetaLibError& error) {
@@ -81,3 +62,5 @@ int velumar::ErrorOf(Act&& act, std::string* text) {
   }
   return 0;
 }
+
+}  // namespace velumar

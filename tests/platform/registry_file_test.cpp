@@ -1,14 +1,14 @@
-#include "platform/posix/registry_file.h"
+#include "platform/qt/registry_file.h"
 
-#include "platform/temp_folder.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
 
 constexpr RegistryRoot kUser = RegistryRoot::kCurrentUser;
 
-TEST(RegistryFile, DamagedValuesAreKeptAndAFileThatCantBeWrittenIsAnError) {
-  const TempFolder folder;
+TEST(RegistryFile, DamagedValuesOfAnEarlierVersionAreErrorsAndSoIsAFileThatCantBeWritten) {
+  const ScratchFolder folder;
   const std::string damaged = "[HKEY_CURRENT_USER\\K]\na=dword:12\nb=C:\\plain\nc=binary:0g\n";
   WriteFile(folder / "registry", damaged);
   FileRegistry registry(folder / "registry");
@@ -22,7 +22,7 @@ TEST(RegistryFile, DamagedValuesAreKeptAndAFileThatCantBeWrittenIsAnError) {
   EXPECT_EQ(ReadFile(folder / "registry"), damaged);
   const std::string number("\x2A\0\0\xFF", 4);
   EXPECT_EQ(registry.SetValue(key, "Count", RegistryType::kDWord, number), 0);
-  EXPECT_THAT(ReadFile(folder / "registry"), testing::HasSubstr("Count=dword:ff00002a\n"));
+  EXPECT_THAT(ReadFile(folder / "registry.ini"), testing::HasSubstr("K\\Count=dword:ff00002a\n"));
 
   FileRegistry unwritable(folder / "registry/registry");
   EXPECT_EQ(unwritable.CreateKey(kUser, "K"), 1013);

@@ -1,6 +1,6 @@
 #include "platform/user_files.h"
 
-#include "platform/temp_folder.h"
+#include "support/scratch_folder.h"
 #include "user_tree.h"
 
 namespace velumar {
@@ -15,7 +15,7 @@ struct UserFiles : testing::Test {
     WriteFile(tree.shared_samples / "MASTER", "shared");
   }
 
-  TempFolder folder;
+  ScratchFolder folder;
   UserTree tree{folder.Path()};
 };
 

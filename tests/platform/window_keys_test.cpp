@@ -32,6 +32,14 @@ class WindowKeys : public ::testing::Test {
     return taken;
   }
 
+  // On a busy machine the focus moves after the call that asked for it has given up waiting.
+  bool GetsFocus(WindowId window) {
+    for (int wait = 0; wait < 100 && Windows().FocusedWindow() != window; ++wait) {
+      std::this_thread::sleep_for(10ms);
+    }
+    return Windows().FocusedWindow() == window;
+  }
+
   std::optional<KeyDriver> driver;
 };
 
@@ -41,15 +49,15 @@ TEST_F(WindowKeys, AWindowComesToTheFrontByItsTitle) {
   const WindowId chart = driver->OpenChart(kHost);
   const WindowId other = driver->OpenOther(kOther);
   EXPECT_TRUE(Windows().BringToFront(kHost));
-  EXPECT_EQ(Windows().FocusedWindow(), chart) << "the exact title comes first";
+  EXPECT_TRUE(GetsFocus(chart)) << "the exact title comes first";
   driver->Minimise(longer);
   EXPECT_TRUE(Windows().BringToFront(title.substr(0, title.size() - 3)));
-  EXPECT_EQ(Windows().FocusedWindow(), longer);
+  EXPECT_TRUE(GetsFocus(longer));
   EXPECT_TRUE(Windows().IsWindowVisible(longer));
   EXPECT_FALSE(Windows().BringToFront("VelumarTestNobody"));
   EXPECT_EQ(Windows().FocusedWindow(), longer) << "a failure changes nothing";
   EXPECT_TRUE(Windows().GiveFocus(other));
-  EXPECT_EQ(Windows().FocusedWindow(), other);
+  EXPECT_TRUE(GetsFocus(other));
   driver->Minimise(chart);
   for (int wait = 0; wait < 100 && Windows().IsWindowVisible(chart); ++wait) {
     std::this_thread::sleep_for(10ms);
@@ -75,7 +83,7 @@ TEST_F(WindowKeys, KeysArriveAsWritten) {
     driver->SetCapsLock(caps_lock);
     driver->Taken(chart);
     for (const auto& [keys, typed] : texts) {
-      EXPECT_EQ(Keys().Send(keys), KeyOutcome::kTakenIn);
+      EXPECT_EQ(Keys().Send(keys), KeyOutcome::kAccepted);
       EXPECT_EQ(Taken(chart, typed.size()), typed) << keys << " Caps Lock " << caps_lock;
     }
     EXPECT_EQ(driver->HasCapsLock(), caps_lock);
@@ -90,7 +98,7 @@ TEST_F(WindowKeys, ATraderWhoTypesElsewhereLosesNoKeyToARefresh) {
   constexpr int kLetters = 60;
   const WindowId chart = driver->OpenChart(kHost);
   const WindowId other = driver->OpenOther(kOther);
-  EXPECT_EQ(Keys().Send("secret"), KeyOutcome::kHeldBack);
+  EXPECT_EQ(Keys().Send("secret"), KeyOutcome::kNotSent);
   EXPECT_EQ(driver->Taken(other) + driver->Taken(chart), "");
   std::thread typing([&] {
     for (int i = 0; i < kLetters; ++i) {
@@ -100,7 +108,7 @@ TEST_F(WindowKeys, ATraderWhoTypesElsewhereLosesNoKeyToARefresh) {
   });
   std::string refreshes;
   for (int i = 0; i < 6; ++i) {
-    EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kTakenIn);
+    EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kAccepted);
     EXPECT_EQ(Windows().FocusedWindow(), other);
     refreshes += "%vR";
     std::this_thread::sleep_for(100ms);
@@ -113,12 +121,12 @@ TEST_F(WindowKeys, ATraderWhoTypesElsewhereLosesNoKeyToARefresh) {
 TEST_F(WindowKeys, KeysWaitWhileAPersonHoldsAModifier) {
   const WindowId chart = driver->OpenChart(kHost);
   driver->HoldShift(true);
-  EXPECT_EQ(Keys().Send("a"), KeyOutcome::kHeldBack);
+  EXPECT_EQ(Keys().Send("a"), KeyOutcome::kNotSent);
   std::thread later([&] {
     std::this_thread::sleep_for(300ms);
     driver->HoldShift(false);
   });
-  EXPECT_EQ(Keys().Send("abc"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(Keys().Send("abc"), KeyOutcome::kAccepted);
   later.join();
   EXPECT_EQ(Taken(chart, 3), "abc");
 }
@@ -131,7 +139,7 @@ TEST_F(WindowKeys, TakenInMeansThatTheProgramHasReadTheKeys) {
     std::this_thread::sleep_for(300ms);
     driver->SetBusy(chart, false);
   });
-  EXPECT_EQ(Keys().Send("%VR"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(Keys().Send("%VR"), KeyOutcome::kAccepted);
   EXPECT_EQ(driver->Taken(chart), "%vR");
   later.join();
 

@@ -7,7 +7,7 @@
 #include "key_driver.h"
 #include "platform/key_notation.h"
 #include "platform/windows/held_keys.h"
-#include "platform/windows/serving_wait.h"
+#include "platform/windows/waits.h"
 
 namespace velumar {
 namespace {
@@ -58,7 +58,7 @@ TEST_F(WindowsKeysTest, TextsArriveWholeAndInOrder) {
   driver.Taken(chart);
   const std::string text =
       "Z:\\B\xC3\xB6rse (100%)\\{a}~+^ \xE2\x82\xAC \xD0\x96\xF0\x9F\x93\x88 Zz";
-  EXPECT_EQ(driver.keys.Send(EscapedKeys(text)), KeyOutcome::kTakenIn);
+  EXPECT_EQ(driver.keys.Send(EscapedKeys(text)), KeyOutcome::kAccepted);
   EXPECT_EQ(TakenInTime(driver, chart, text.size()), text);
 }
 
@@ -67,9 +67,9 @@ TEST_F(WindowsKeysTest, AShortcutThatTheKeyboardLacksIsNotTypedBare) {
   driver.Taken(chart);
   EXPECT_EQ(driver.keys.Send("a%\xD0\x96"
                              "b"),
-            KeyOutcome::kHeldBack);
+            KeyOutcome::kNotSent);
   EXPECT_EQ(TakenInTime(driver, chart, 1), "a");
-  EXPECT_EQ(driver.keys.Send("b"), KeyOutcome::kTakenIn);
+  EXPECT_EQ(driver.keys.Send("b"), KeyOutcome::kAccepted);
   EXPECT_EQ(TakenInTime(driver, chart, 1), "b") << "and nothing stays pressed";
 }
 

@@ -3,12 +3,11 @@
 #include <map>
 #include <sstream>
 
-#include "results/figure_texts.h"
 #include "results/order_list.h"
 #include "results/portfolio_chart.h"
 #include "results/result_figures.h"
-#include "results/run_choice.h"
 #include "results/statistics.h"
+#include "results/trade_list.h"
 #include "support/ledger_rows.h"
 
 namespace velumar {
@@ -20,7 +19,7 @@ class RunResultsTest : public testing::Test, protected LedgerRows {
  protected:
   RunResultsTest() : LedgerRows{connection} { LedgerOpen(ledger, ":memory:"); }
 
-  // Loses first, closes parts of two entries at once, steps back, and gives three contracts away.
+  // Loses first, closes parts of two entries at once, steps back, and wipes out three contracts.
   void TradeARun() {
     Begin(2000000);
     Order(10, "Long", 2, 100, 2, 0, 2000000);
@@ -34,7 +33,7 @@ class RunResultsTest : public testing::Test, protected LedgerRows {
     Order(25, "Short", 1, 95, 1, 0, 2009000);
   }
 
-  std::map<std::string_view, std::string> Statistics(int run = kRunNow) {
+  std::map<std::string_view, std::string> Statistics(int run = kCurrentRun) {
     std::map<std::string_view, std::string> values;
     for (const Statistic& statistic : RunStatistics(ReadAccount(ledger, run))) {
       values[statistic.name] = statistic.value;
@@ -42,7 +41,7 @@ class RunResultsTest : public testing::Test, protected LedgerRows {
     return values;
   }
   // "Long 2 from 100 to 98: -4000", one for each trade.
-  std::vector<std::string> Trades(int run = kRunNow) {
+  std::vector<std::string> Trades(int run = kCurrentRun) {
     std::vector<std::string> texts;
     for (const Trade& trade : ListTrades(ReadAccount(ledger, run)).trades) {
       std::ostringstream text;
@@ -58,43 +57,43 @@ class RunResultsTest : public testing::Test, protected LedgerRows {
   LedgerConnection connection{[](std::string_view iso) { return "<" + std::string(iso) + ">"; }};
 };
 
-TEST_F(RunResultsTest, ARunReckonedByHand) {
+TEST_F(RunResultsTest, StatisticsOfARunComputedByHand) {
   TradeARun();
   EXPECT_THAT(Trades(), ElementsAre("Long 1 from 100 to 98: -2000", "Long 1 from 100 to 106: 6000",
                                     "Long 1 from 103 to 106: 3000", "Short 1 from 99 to 97: 2000",
                                     "Short 3 from 99 to 90: wiped"));
   const std::map<std::string_view, std::string> expected{
       {"Trades", "5"},
-      {"Closed without a result", "1"},
+      {"Trades without P/L", "1"},
       {"Win rate", "75.00 %"},
       {"Average win", "3,666.67"},
       {"Average loss", "-2,000.00"},
-      {"Payoff", "1.83"},
+      {"Payoff ratio", "1.83"},
       {"Profit factor", "5.50"},
       {"Expectancy", "2,250.00"},
       {"Largest win", "6,000.00"},
       {"Largest loss", "-2,000.00"},
-      {"Longest run of wins", "3"},
-      {"Longest run of losses", "1"},
-      {"Maximum drawdown", "3,000.00"},
-      {"Maximum drawdown in percent", "0.15 %"},
-      {"Dates of the drawdown", "start to <2007-01-14> 16:30:00"},
-      {"Time in the market", "73.33 %"},  // bars 10 to 20 and 24 of the 15 from 10 to 25
-      {"Exposure", "9.99 %"},             // (4 * 100 + 6 * 100 + 4 * 103 + 5 * 297 + 100) / 15
+      {"Max consecutive wins", "3"},
+      {"Max consecutive losses", "1"},
+      {"Max drawdown", "3,000.00"},
+      {"Max drawdown in percent", "0.15 %"},
+      {"Drawdown period", "start to <2007-01-14> 16:30:00"},
+      {"Time in market", "73.33 %"},  // bars 10 to 20 and 24 of the 15 from 10 to 25
+      {"Exposure", "9.99 %"},         // (4 * 100 + 6 * 100 + 4 * 103 + 5 * 297 + 100) / 15
       {"Return", "0.45 %"},
       {"Commission", "1,300.00"},
       {"VAT", "91.00"},
-      {"Net after both", "7,609.00"},
-      {"Hindsight", "1 of 8 orders with hindsight"},
+      {"Net profit", "7,609.00"},
+      {"Look-ahead orders", "1 of 8"},
   };
   EXPECT_EQ(Statistics(), expected);
 }
 
-TEST_F(RunResultsTest, AnArchivedRunReadsAsItDidBefore) {
+TEST_F(RunResultsTest, AnArchivedRunReadsAsBefore) {
   TradeARun();
   const auto statistics = Statistics();
   const auto trades = Trades();
-  const std::string csv = OrdersCsv(ListOrders(ReadRun(ledger, kRunNow)));
+  const std::string csv = OrdersCsv(ListOrders(ReadRun(ledger, kCurrentRun)));
   const ResultFigures figures = LoadResultFigures(ledger);
   const auto chart = LoadPortfolioChart(ledger).rows;
 
@@ -104,7 +103,7 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsItDidBefore) {
   ASSERT_EQ(RunChoices(ledger).size(), 3U);
   EXPECT_EQ(RunChoices(ledger)[1].title, "2: ABC D from <2007-01-10>, 1 order");
   EXPECT_EQ(RunChoices(ledger)[2].title, "1: ABC D from <2007-01-10>, 8 orders")
-      << "a holding that was given away is none";
+      << "a wiped-out holding is not an order";
   EXPECT_EQ(Statistics(1), statistics);
   EXPECT_EQ(Trades(1), trades);
   EXPECT_EQ(OrdersCsv(ListOrders(ReadRun(ledger, 1))), csv);
@@ -120,7 +119,7 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsItDidBefore) {
   EXPECT_TRUE(ReadRun(ledger, 3).orders.empty());
 }
 
-TEST_F(RunResultsTest, HoldingsOfThePauseBeforeKeepTheirEntries) {
+TEST_F(RunResultsTest, HoldingsFromBeforeAPauseKeepTheirEntries) {
   TradeARun();
   Begin(2009000);
   Order(26, "Short", 2, 93, 3, 0, 2009000);
@@ -129,25 +128,34 @@ TEST_F(RunResultsTest, HoldingsOfThePauseBeforeKeepTheirEntries) {
   Order(28, "Offset Long", 1, 104, 0, 4, 2018000);
   EXPECT_THAT(Trades(), ElementsAre("Short 1 from 95 to 90: 5000", "Short 1 from 93 to 90: 3000",
                                     "Long 1 from 100 to 104: 4000"));
-  EXPECT_EQ(Statistics()["Time in the market"], "100.00 %");
+  EXPECT_EQ(Statistics()["Time in market"], "100.00 %");
 
-  // Another account holds nothing of it; its first short is its own.
+  // The same once archived, although a run without orders was started in between.
+  const auto trades = Trades();
+  Begin(2018000);
+  Begin(2018000);
+  Order(29, "Short", 9, 1, 10, 0, 2018000);
+  EXPECT_EQ(Trades(3), trades);
+  EXPECT_TRUE(Trades(4).empty());
+  EXPECT_THAT(RunChoices(ledger), testing::SizeIs(4)) << "the current run and 3, 2, 1";
+
+  // Another account: its first short is its own.
   Begin(1000);
   Order(10, "Short", 2, 50, 2, 0, 1000);
   Order(11, "Offset Short", 2, 51, 0, -2, -1000);
   EXPECT_THAT(Trades(), ElementsAre("Short 2 from 50 to 51: -2000"));
-  EXPECT_EQ(Statistics()["Maximum drawdown in percent"], "200.00 %");
+  EXPECT_EQ(Statistics()["Max drawdown in percent"], "200.00 %");
 
-  // More than any row explains: no guess.
+  // A quantity that no row explains.
   Begin(1000);
   Order(12, "Offset Long", 1, 60, 4, 2, 3000);
   EXPECT_THAT(Trades(), ElementsAre("Long 1 from ? to 60: ?"));
   EXPECT_EQ(Statistics()["Expectancy"], "-");
 }
 
-// A row's price has two decimals. The account averages entries to as many, and closes at all of the
-// bar's decimals: two wins of 5, not one of 0 and one of 10.
-TEST_F(RunResultsTest, PricesFinerThanARowTellsCountWhole) {
+// A row's price has two decimals. The account averages entries to two as well, but closes at all
+// decimals: two wins of 5, not one of 0 and one of 10.
+TEST_F(RunResultsTest, PricesCountAtAllDecimals) {
   Begin(12345674);
   const auto order = [this](int bar, const std::string& position, double quantity, double close,
                             double held, double money) {
@@ -155,7 +163,7 @@ TEST_F(RunResultsTest, PricesFinerThanARowTellsCountWhole) {
     LedgerInsertOrder(ledger, Row(bar, position, quantity, two_decimals, held, 0.01, money),
                       {quantity, 0, bar, bar, close});
   };
-  order(10, "Long", 2, 1.2304, 2, 12345670);  // the start, as a row has it
+  order(10, "Long", 2, 1.2304, 2, 12345670);  // the starting money as a row has it
   order(11, "Offset Long", 1, 1.2349, 1, 12345680);
   order(12, "Offset Long", 1, 1.2351, 0, 12345690);
   EXPECT_THAT(Trades(),
@@ -163,52 +171,65 @@ TEST_F(RunResultsTest, PricesFinerThanARowTellsCountWhole) {
   const auto statistics = Statistics();
   EXPECT_EQ(statistics.at("Win rate"), "100.00 %");
   EXPECT_EQ(statistics.at("Expectancy"), "5.00");
-  EXPECT_EQ(statistics.at("Maximum drawdown"), "0.00");
+  EXPECT_EQ(statistics.at("Max drawdown"), "0.00");
 }
 
-TEST_F(RunResultsTest, ARunThatOnlyGaveAHoldingAwayCanBeChosen) {
+TEST_F(RunResultsTest, LargeAndNegativeMoneyKeepsItsSign) {
+  Begin(1000000000);
+  Order(10, "Long", 1, 100, 1, 0, 1000000000);
+  Order(11, "Offset Long", 1, 2000100, 0, 2000000, 3000000000);
+  Order(12, "Short", 1, 100, 1, 0, 3000000000);
+  Order(13, "Offset Short", 1, 4000100, 0, -4000000, -1000000000);
+  Order(14, "Long", 2, 100, 2, 0, -1000000000);
+  Order(15, "Offset Long", 1, 100, 1, 0, -1000000000);  // breaks even
+  Order(16, "Offset Long", 1, 100.5, 0, 0.5, -999999500);
+  const auto statistics = Statistics();
+  EXPECT_EQ(statistics.at("Win rate"), "50.00 %");
+  EXPECT_EQ(statistics.at("Largest win"), "2,000,000,000.00");
+  EXPECT_EQ(statistics.at("Largest loss"), "-4,000,000,000.00");
+  EXPECT_EQ(statistics.at("Max consecutive wins"), "1");
+  EXPECT_EQ(statistics.at("Max drawdown"), "4,000,000,000.00");
+  EXPECT_EQ(statistics.at("Max drawdown in percent"), "133.33 %");
+  EXPECT_EQ(statistics.at("Drawdown period"), "<2007-01-11> 16:30:00 to <2007-01-13> 16:30:00");
+  EXPECT_EQ(statistics.at("Return"), "-200.00 %");
+}
+
+TEST_F(RunResultsTest, ARunWithOnlyAWipedHoldingCanBeChosen) {
   TradeARun();
   Begin(2009000);
   LedgerNoteWiped(ledger, {"Offset Long", 1, 100, Date(26), "16:30:00", 90}, {9, 0, 26, 26});
-  EXPECT_EQ(RunChoices(ledger).size(), 2U) << "it isn't archived yet";
+  EXPECT_EQ(RunChoices(ledger).size(), 2U) << "not archived yet";
   Begin(2009000);
   ASSERT_EQ(RunChoices(ledger).size(), 3U);
   EXPECT_EQ(RunChoices(ledger)[1].title, "2: ABC D from <2007-01-10>, 0 orders");
   EXPECT_THAT(Trades(2), ElementsAre("Long 1 from 100 to 90: wiped"));
-  EXPECT_EQ(LoadPortfolioChart(ledger, 2).hint, "1 closed trade, without a result");
+  EXPECT_EQ(LoadPortfolioChart(ledger, 2).hint, "1 closed trade without P/L");
 }
 
-TEST(FigureTexts, QuantitiesShowUpToTwoDecimalsAndNoExponent) {
-  for (const auto& [quantity, text] : std::map<double, std::string>{
-           {0, "0"}, {0.125, "0.13"}, {1000, "1000"}, {12.5, "12.5"}, {1e7, "10000000"}}) {
-    EXPECT_EQ(QuantityText(quantity), text);
-  }
-}
-
-TEST_F(RunResultsTest, WhatTheLedgerDoesNotTellIsADash) {
-  const auto only_counted = [](const std::map<std::string_view, std::string>& statistics) {
+TEST_F(RunResultsTest, AMissingFigureIsADash) {
+  const auto without_dashes = [](const std::map<std::string_view, std::string>& statistics) {
     std::map<std::string_view, std::string> others = statistics;
     std::erase_if(others, [](const auto& statistic) { return statistic.second == "-"; });
     return others;
   };
   using Values = std::map<std::string_view, std::string>;
-  EXPECT_EQ(only_counted(Statistics()), (Values{{"Trades", "0"},
-                                                {"Closed without a result", "0"},
-                                                {"Commission", "0.00"},
-                                                {"VAT", "0.00"},
-                                                {"Hindsight", "0 of 0 orders with hindsight"}}));
-  // Rows of a time when neither runs nor details were noted; what fell tells the quantity.
+  EXPECT_EQ(without_dashes(Statistics()), (Values{{"Trades", "0"},
+                                                  {"Trades without P/L", "0"},
+                                                  {"Commission", "0.00"},
+                                                  {"VAT", "0.00"},
+                                                  {"Look-ahead orders", "0 of 0"}}));
+  // Rows from before runs and details were recorded.
   for (const auto& row :
        {Row(10, "Long", 2, 100, 2, 0, 9), Row(11, "Offset Long", 2, 99, 0, -2, 7)})
     LedgerInsert(ledger, kPortfolioTable, PortfolioColumns(), row);
-  EXPECT_EQ(only_counted(Statistics()),
-            (Values{{"Trades", "1"}, {"Closed without a result", "1"}, {"Commission", "400.00"}}));
-  EXPECT_EQ(ListTrades(ReadAccount(ledger, kRunNow)).trades.at(0).points, -2.0);
+  EXPECT_EQ(without_dashes(Statistics()),
+            (Values{{"Trades", "1"}, {"Trades without P/L", "1"}, {"Commission", "400.00"}}));
+  EXPECT_EQ(ListTrades(ReadAccount(ledger, kCurrentRun)).trades.at(0).points, -2.0);
 }
 
-TEST_F(RunResultsTest, TheOrdersAsATableAndAsCsv) {
+TEST_F(RunResultsTest, OrdersAsATableAndAsCsv) {
   TradeARun();
-  std::vector<OrderListRow> rows = ListOrders(ReadRun(ledger, kRunNow));
+  std::vector<OrderListRow> rows = ListOrders(ReadRun(ledger, kCurrentRun));
   ASSERT_EQ(rows.size(), 9U);
   const auto texts = [](const OrderListRow& row) {
     std::string text;
@@ -217,10 +238,10 @@ TEST_F(RunResultsTest, TheOrdersAsATableAndAsCsv) {
   };
   EXPECT_EQ(texts(rows[5]),
             "6|<2007-01-15>|16:30:00|ABC|Offset Short|1|97.00|3|0.00|2.00|100.00|7.00|"
-            "2,009,000.00|hindsight|");
+            "2,009,000.00|look-ahead|");
   EXPECT_EQ(texts(rows[6]),
             "7|<2007-01-20>|16:30:00|ABC|Offset Short|9|90.00|0|-|-|0.00|0.00|2,009,000.00|"
-            "more than the 3 held: closed without a result|");
+            "more than the 3 held: closed without P/L|");
   std::istringstream csv(OrdersCsv(rows));
   std::string line;
   std::getline(csv, line);
@@ -230,17 +251,17 @@ TEST_F(RunResultsTest, TheOrdersAsATableAndAsCsv) {
   std::getline(csv, line);
   EXPECT_EQ(line, "1,2007-01-10,16:30:00,ABC,Long,2,100,2,0,,200,14,2000000,");
 
-  // By balance downward: numbers, not texts, and equal ones as they were placed.
+  // By balance, descending: as numbers, and equal ones in the order they were placed.
   SortOrders(rows, 12, true);
   std::string numbers;
   for (const OrderListRow& row : rows) numbers += row[0].text + " ";
   EXPECT_EQ(numbers, "6 7 8 9 5 1 2 3 4 ");
 }
 
-TEST_F(RunResultsTest, EveryFormulaIsWrittenDown) {
+TEST_F(RunResultsTest, EveryFormulaIsInTheManual) {
   std::ifstream page(VELUMAR_STATISTICS_PAGE);
   const std::string text(std::istreambuf_iterator<char>(page), {});
-  for (const Statistic& statistic : RunStatistics(ReadAccount(ledger, kRunNow))) {
+  for (const Statistic& statistic : RunStatistics(ReadAccount(ledger, kCurrentRun))) {
     const std::string line =
         "| " + std::string(statistic.name) + " | " + std::string(statistic.formula) + " |\n";
     EXPECT_THAT(text, testing::HasSubstr(line));

@@ -84,7 +84,7 @@ TEST_F(PrepareStoreTest, FilesOfOtherProgramsThatCannotBeReplayedAreRefusedToo) 
       {quarters, {1050104, 1050103, 1050105}, "15", "20050103 without a time"},
   };
   for (const auto& c : cases) {
-    const Scratch other;
+    const ScratchFolder other;
     std::vector<std::string> records;
     for (const int date : c.dates) {
       records.push_back(Word(date));

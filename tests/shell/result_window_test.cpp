@@ -130,11 +130,11 @@ TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
   form.cbxRun.UserChoose(1);
   EXPECT_EQ(form.cbxRun.Text(), "1: ABC D from 2007-01-10, 3 orders");
   EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("4.00", "3.00", "-")) << "sorted as before";
-  EXPECT_THAT(Column(form.lstOrders, 13), ElementsAre("", "hindsight", ""));
+  EXPECT_THAT(Column(form.lstOrders, 13), ElementsAre("", "look-ahead", ""));
   EXPECT_EQ(form.lblPortfolio.Text(), "2,004,000") << "after the latest bar";
   EXPECT_EQ(form.lblShort.Text(), "0") << "no figure of another run";
   EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(2007000, 2004000));
-  EXPECT_EQ(form.lstOrders.Content().tip(1), "hindsight");
+  EXPECT_EQ(form.lstOrders.Content().tip(1), "look-ahead");
   EXPECT_FALSE(form.lblSheetNote.Visible());
   form.tabSheets.UserChoose(FrmResult::kStatisticsTab);
   EXPECT_TRUE(form.lblSheetNote.Visible());

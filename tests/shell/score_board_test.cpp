@@ -66,7 +66,7 @@ TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
   EXPECT_EQ(Board().lblStatus.Text(), "Sent.");
   EXPECT_THAT(Board().List1.Lines(), ElementsAre("1. A b", "2. C")) << "the list is read again";
   Board().txtName.UserKeyUp(13);
-  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Not sent: there is no net here."));
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Not sent: there is no network."));
   const std::string list = "scores.example:8080/zanno/getscore.php";
   EXPECT_THAT(Web().asked, ElementsAre(target, list, target));
   Web().answers = {"Not among the best.\r\nmore", "1. C"};

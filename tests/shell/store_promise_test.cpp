@@ -131,7 +131,7 @@ class RandomRun {
       const SecurityInfo info = reader.Security();
       const bool held = info.symbol == plain_.symbol && plain_.index >= 0;
       const auto newest = static_cast<std::size_t>(plain_.index);
-      ASSERT_LE(info.told_last_date, held ? plain_.loaded.at(newest).date : 0)
+      ASSERT_LE(info.indexed_last_date, held ? plain_.loaded.at(newest).date : 0)
           << info.symbol << "\n"
           << Log();
     }

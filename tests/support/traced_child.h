@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <functional>
+#include <string>
 
 namespace velumar {
 
@@ -44,12 +45,15 @@ class TracedChild {
   bool Ended() const { return WIFEXITED(status_) || WIFSIGNALED(status_); }
   int ExitCode() const { return WIFEXITED(status_) ? WEXITSTATUS(status_) : -1; }
 
-  // On to where the next call begins or ends. A fault of the child's own goes to the child.
+  // Continues until the next call begins or ends. The child gets its own faults.
   void Go() {
     const bool faulted = WIFSTOPPED(status_) && WSTOPSIG(status_) == SIGSEGV;
     ptrace(PTRACE_SYSCALL, process_, nullptr, faulted ? SIGSEGV : 0);
     waitpid(process_, &status_, 0);
   }
+
+  // At the beginning of a call: its number, such as SYS_fsync.
+  long Call() const { return static_cast<long>(Registers().orig_rax); }
 
   // At the beginning of a call: does it change something on the disk, or lock it?
   bool AtChange(Locks locks) const {
@@ -82,7 +86,7 @@ class TracedChild {
     }
   }
 
-  // At the beginning of a call: it isn't made, and gives this error.
+  // At the beginning of a call: it is not made, and returns this error.
   void Fail(int error) {
     user_regs_struct registers = Registers();
     registers.orig_rax = static_cast<unsigned long long>(-1);
@@ -131,6 +135,28 @@ inline FailedWork FailAt(int number, int error, bool stays_broken, const std::fu
   }
   result.exit_code = child.ExitCode();
   return result;
+}
+
+// The order of writes (W), flushes (F) and renames (R) in some work; writes in a row count as one.
+// Empty where processes cannot be traced.
+inline std::string DiskCallsOf(const std::function<void()>& work) {
+  TracedChild child([&] {
+    work();
+    return 0;
+  });
+  std::string calls;
+  while (child.Traced()) {
+    child.Go();
+    if (child.Ended()) break;
+    const long call = child.Call();
+    const bool writes = call == SYS_write || call == SYS_pwrite64;
+    if (writes && !calls.ends_with('W')) calls += 'W';
+    if (call == SYS_fsync || call == SYS_fdatasync) calls += 'F';
+    if (call == SYS_rename || call == SYS_renameat2) calls += 'R';
+    child.Go();
+    if (child.Ended()) break;
+  }
+  return calls;
 }
 
 }  // namespace velumar

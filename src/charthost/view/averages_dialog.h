@@ -3,15 +3,14 @@
 #include <QDialog>
 #include <array>
 
-#include "charthost/chart_options.h"
+#include "charthost/chart_model.h"
 
 class QCheckBox;
 class QSpinBox;
 
 namespace velumar {
 
-// Which moving averages are shown, and of how many bars. Changes act at once; the window blocks
-// nothing.
+// Which moving averages are shown, and of how many bars. Not modal; changes apply at once.
 class AveragesDialog : public QDialog {
   Q_OBJECT
 

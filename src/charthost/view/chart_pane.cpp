@@ -4,25 +4,24 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "charthost/date_text.h"
-#include "charthost/readout.h"
+#include "charthost/bar_text.h"
 #include "charthost/view/chart_plot.h"
-#include "charthost/view/qt_text.h"
 #include "charthost/view/readout_bar.h"
+#include "charts/qt_text.h"
 
 namespace velumar {
 namespace {
 
-QColor ToneColor(ReadoutTone tone, const ChartColors& colors) {
+QColor ToneColour(ReadoutTone tone, const Palette& colours) {
   switch (tone) {
     case ReadoutTone::kUp:
-      return colors.up;
+      return colours.up;
     case ReadoutTone::kDown:
-      return colors.down;
+      return colours.down;
     case ReadoutTone::kPlain:
       break;
   }
-  return colors.text;
+  return colours.text;
 }
 
 QString HeadText(const ChartDocument& document) {
@@ -32,7 +31,7 @@ QString HeadText(const ChartDocument& document) {
   return text + QStringLiteral("  \u00B7  ") + ToQt(IntervalTitle(document.Interval()));
 }
 
-void SetTextColor(QWidget* widget, const QColor& text, const QColor& background) {
+void SetTextColour(QWidget* widget, const QColor& text, const QColor& background) {
   QPalette palette = widget->palette();
   palette.setColor(QPalette::WindowText, text);
   palette.setColor(QPalette::Window, background);
@@ -66,7 +65,7 @@ ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, const Ch
   connect(plot_, &ChartPlot::BarHovered, this, [this](int bar) {
     if (std::exchange(hovered_bar_, bar) != bar) ShowBar(bar);
   });
-  ApplyColors();
+  ApplyColours();
 }
 
 void ChartPane::Refresh() {
@@ -79,12 +78,12 @@ void ChartPane::SetOptions(const ChartOptions& options) {
   ShowState();
 }
 
-void ChartPane::ApplyColors() {
-  const ChartColors& colors = ColorsFor(palette());
-  readout_->SetColors(colors);
-  plot_->SetColors(colors);
-  SetTextColor(error_, colors.error, colors.background);
-  SetTextColor(notice_, colors.faint_text, colors.background);
+void ChartPane::ApplyColours() {
+  const Palette& colours = Palette::Following(palette());
+  readout_->SetColours(colours);
+  plot_->SetColours(colours);
+  SetTextColour(error_, colours.error, colours.field);
+  SetTextColour(notice_, colours.muted, colours.field);
   ShowState();
 }
 
@@ -102,9 +101,8 @@ void ChartPane::ShowState() {
   error_->setText(ToQt(document_.Error()));
   error_->setVisible(!document_.Error().empty());
   const bool empty = document_.Model().Series().size() == 0;
-  notice_->setText(document_.Error().empty()
-                       ? tr("No bars yet\nWhen there are some, press Alt+V, then R.")
-                       : QString());
+  notice_->setText(document_.Error().empty() ? tr("No bars yet\nPress Alt+V, then R to refresh.")
+                                             : QString());
   notice_->setVisible(empty);
   PlaceNotice();
   ShowBar(hovered_bar_);
@@ -114,20 +112,20 @@ void ChartPane::ShowState() {
 // The bar under the pointer, or the newest one.
 void ChartPane::ShowBar(int bar) {
   const ChartModel& model = document_.Model();
-  const ChartColors& colors = ColorsFor(palette());
+  const Palette& colours = Palette::Following(palette());
   const BarSeries& series = model.Series();
   std::vector<ReadoutItem> items;
-  items.push_back({QString(), HeadText(document_), colors.text, true});
+  items.push_back({QString(), HeadText(document_), colours.text, true});
   const int shown = bar >= 0 && bar < series.size() ? bar : series.size() - 1;
   if (shown >= 0) {
     for (const ReadoutPart& part : BarReadout(series, shown)) {
-      items.push_back({ToQt(part.label), ToQt(part.value), ToneColor(part.tone, colors), false});
+      items.push_back({ToQt(part.label), ToQt(part.value), ToneColour(part.tone, colours), false});
     }
     for (std::size_t i = 0; i < model.Options().averages.size(); ++i) {
       if (model.Average(i).empty()) continue;
       items.push_back({tr("Avg %1").arg(model.Options().averages[i].period),
                        ToQt(AverageText(model.Average(i)[shown], series.decimals)),
-                       colors.averages[i], false});
+                       colours.averages[i], false});
     }
   }
   readout_->SetItems(std::move(items));

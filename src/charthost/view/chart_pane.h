@@ -3,7 +3,7 @@
 #include <QWidget>
 
 #include "charthost/chart_document.h"
-#include "charthost/view/chart_colors.h"
+#include "charts/palette.h"
 
 class QLabel;
 
@@ -12,8 +12,8 @@ namespace velumar {
 class ChartPlot;
 class ReadoutBar;
 
-// One open chart as people see it: the values of a bar, the plot, and sentences where something is
-// missing. It never asks anything, so keys from outside always reach the window.
+// One open chart: the values of a bar, the plot, and a message if something is missing. It never
+// opens a box, so keys from outside always reach the window.
 class ChartPane : public QWidget {
   Q_OBJECT
 
@@ -23,13 +23,13 @@ class ChartPane : public QWidget {
 
   void Refresh();
   void SetOptions(const ChartOptions& options);
-  void ApplyColors();
+  void ApplyColours();
 
   const ChartDocument& Document() const { return document_; }
   // "AAPL, Daily"
   QString Title() const;
   ViewWindow& Window() { return document_.Model().Window(); }
-  // To be called after Window has been moved from outside.
+  // Call after Window was moved from outside.
   void WindowMoved();
   ChartPlot& Plot() { return *plot_; }
 

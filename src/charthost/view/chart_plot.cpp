@@ -2,79 +2,144 @@
 
 #include <cmath>
 
-#include "charthost/view/axis_tickers.h"
-#include "charthost/view/chart_overlay.h"
+#include "charthost/bar_text.h"
+#include "charthost/view/bar_plottables.h"
+#include "charts/qt_text.h"
+#include "charts/value_ticker.h"
 
 namespace velumar {
 namespace {
 
-const QString kPointerLayer = QStringLiteral("pointer");
-constexpr double kLeastMarkedPixels = 6;
+constexpr int kLeastMarkedPixels = 6;
+
+// What is marked reaches over the whole height, since only the bars are zoomed.
+class MarkedBars : public QCPSelectionRect {
+ public:
+  MarkedBars(BarPlot* plot, const std::function<QRect()>& area)
+      : QCPSelectionRect(plot), plot_(*plot), area_(area) {}
+
+ protected:
+  void draw(QCPPainter* painter) override {
+    if (!isActive()) return;
+    QColor fill = plot_.Colours().line;
+    fill.setAlpha(48);
+    QRect marked = rect().normalized();
+    const QRect area = area_();
+    marked.setTop(area.top());
+    marked.setBottom(area.bottom());
+    painter->fillRect(marked & area, fill);
+  }
+
+ private:
+  const BarPlot& plot_;
+  std::function<QRect()> area_;
+};
+
+QCPGraph* AddLine(QCPAxis* bars, QCPAxis* values) {
+  auto* const line = new QCPGraph(bars, values);
+  line->setSelectable(QCP::stNone);
+  return line;
+}
+
+QPen LinePen(const QColor& colour) {
+  return {colour, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
+}
 
 }  // namespace
 
-ChartPlot::ChartPlot(ChartModel& model, QWidget* parent)
-    : QCustomPlot(parent), model_(model), scene_{model, &ColorsFor(palette())} {
-  plotLayout()->clear();
+ChartPlot::ChartPlot(ChartModel& model, QWidget* parent) : BarPlot(parent), model_(model) {
   plotLayout()->setRowSpacing(6);
   setFocusPolicy(Qt::StrongFocus);
-  setMouseTracking(true);
   setCursor(Qt::CrossCursor);
-  prices_ = AddRect(0, ValueKind::kPrice);
-  volumes_ = AddRect(1, ValueKind::kVolume);
-  volume_arranged_ = true;
+  prices_ = AddRect(0, QCPAxis::atRight);
+  volumes_ = AddRect(1, QCPAxis::atRight);
   auto* const margins = new QCPMarginGroup(this);
-  prices_->setMarginGroup(QCP::msRight, margins);
-  volumes_->setMarginGroup(QCP::msRight, margins);
-
-  new StrongGridLayer(prices_, scene_);
-  new StrongGridLayer(volumes_, scene_);
-  new PriceLayer(prices_, QStringLiteral("main"), scene_);
-  new AverageLayer(prices_, QStringLiteral("main"), scene_);
-  new VolumeLayer(volumes_, QStringLiteral("main"), scene_);
-  new LastPriceLayer(prices_, scene_);
-  addLayer(kPointerLayer);
-  layer(kPointerLayer)->setMode(QCPLayer::lmBuffered);
-  pointer_ = new PointerLayer(prices_, volumes_, scene_, kPointerLayer);
+  for (QCPAxisRect* const rect : Rects()) {
+    rect->setMinimumMargins(QMargins(1, 1, 48, 1));
+    rect->setMarginGroup(QCP::msRight, margins);
+    QCPAxis* const bars = rect->axis(QCPAxis::atBottom);
+    const auto ticker = QSharedPointer<BarDateTicker>::create(*bars, model_);
+    bars->setTicker(ticker);
+    new StrongGrid(*this, *rect, *ticker);
+  }
+  QCPAxis* const prices = prices_->axis(QCPAxis::atRight);
+  prices->setTicker(QSharedPointer<ValueTicker>::create(*prices, 52, [this](double value, double) {
+    return ToQt(PriceText(value, model_.Series().decimals));
+  }));
+  QCPAxis* const volumes = volumes_->axis(QCPAxis::atRight);
+  volumes->setTicker(QSharedPointer<ValueTicker>::create(
+      *volumes, 34, [](double value, double) { return ToQt(ShortVolumeText(value)); }));
+  AddPlottables();
+  AddLastPrice();
+  value_tag_ = AddPointerText();
+  value_tag_->setPositionAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  date_tag_ = AddPointerText();
+  date_tag_->setPositionAlignment(Qt::AlignHCenter | Qt::AlignTop);
+  setSelectionRect(new MarkedBars(this, [this] { return PlotArea(); }));
+  selectionRect()->setLayer(QStringLiteral("overlay"));
+  connect(selectionRect(), &QCPSelectionRect::accepted, this, &ChartPlot::ZoomToMarked);
   connect(this, &QCustomPlot::beforeReplot, this, &ChartPlot::BeforeReplot);
+  connect(this, &BarPlot::SpanMoved, this, [this] {
+    model_.Window().ShowBetween(BarAxis().range().lower, BarAxis().range().upper);
+  });
+  connect(this, &QCustomPlot::mouseRelease, this, [this] { setCursor(Qt::CrossCursor); });
+  connect(this, &QCustomPlot::mouseDoubleClick, this, [this] {
+    model_.Window().Reset(model_.Series().size());
+    ModelChanged();
+  });
   ModelChanged();
 }
 
-QCPAxisRect* ChartPlot::AddRect(int row, ValueKind kind) {
-  auto* const rect = new QCPAxisRect(this, false);
-  QCPAxis* const dates = rect->addAxis(QCPAxis::atBottom);
-  QCPAxis* const values = rect->addAxis(QCPAxis::atRight);
-  for (QCPAxis* const axis : rect->axes()) {
-    axis->setLayer(QStringLiteral("axes"));
-    axis->grid()->setLayer(QStringLiteral("grid"));
+void ChartPlot::AddPlottables() {
+  QCPAxis* const prices = prices_->axis(QCPAxis::atRight);
+  bars_ = new PriceBars(&BarAxis(), prices);
+  line_ = AddLine(&BarAxis(), prices);
+  for (QCPGraph*& average : averages_) average = AddLine(&BarAxis(), prices);
+  for (QCPBars** volume : {&up_volume_, &down_volume_}) {
+    *volume = new QCPBars(volumes_->axis(QCPAxis::atBottom), volumes_->axis(QCPAxis::atRight));
+    (*volume)->setAntialiased(false);
+    (*volume)->setSelectable(QCP::stNone);
+    (*volume)->setWidthType(QCPBars::wtAbsolute);
   }
-  dates->setTicker(QSharedPointer<BarDateTicker>::create(dates, model_));
-  values->setTicker(QSharedPointer<ValueTicker>::create(values, model_, kind));
-  rect->setMinimumMargins(QMargins(1, 1, 48, 1));
-  plotLayout()->addElement(row, 0, rect);
-  return rect;
 }
 
-void ChartPlot::StyleAxis(QCPAxis* axis) {
-  const ChartColors& colors = *scene_.colors;
-  axis->grid()->setVisible(true);
-  axis->grid()->setPen(QPen(colors.grid, 0));
-  axis->grid()->setZeroLinePen(Qt::NoPen);
-  axis->setBasePen(QPen(colors.frame, 0));
-  axis->setTickPen(QPen(colors.frame, 0));
-  axis->setSubTicks(false);
-  axis->setTickLength(0, 4);
-  axis->setTickLabelColor(colors.faint_text);
-  axis->setTickLabelFont(font());
+void ChartPlot::AddLastPrice() {
+  last_line_ = new QCPItemLine(this);
+  last_tag_ = new QCPItemText(this);
+  last_tag_->setClipToAxisRect(false);
+  last_tag_->setPadding(QMargins(5, 1, 5, 1));
+  last_tag_->setPositionAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  for (QCPItemPosition* const place : {last_line_->start, last_line_->end, last_tag_->position}) {
+    place->setAxisRect(prices_);
+    place->setAxes(&BarAxis(), prices_->axis(QCPAxis::atRight));
+    place->setTypeX(QCPItemPosition::ptAxisRectRatio);
+    place->setTypeY(QCPItemPosition::ptPlotCoords);
+  }
+  last_line_->setAntialiased(false);
+  last_line_->setLayer(QStringLiteral("axes"));
+  last_tag_->setLayer(QStringLiteral("axes"));
 }
 
-void ChartPlot::SetColors(const ChartColors& colors) {
-  scene_.colors = &colors;
-  setBackground(QBrush(colors.background));
-  for (QCPAxisRect* const rect : {prices_, volumes_}) {
-    for (QCPAxis* const axis : rect->axes()) StyleAxis(axis);
+void ChartPlot::SetColours(const Palette& colours) {
+  BarPlot::SetColours(colours);
+  bars_->SetColours(colours);
+  line_->setPen(LinePen(colours.line));
+  for (std::size_t i = 0; i < averages_.size(); ++i) {
+    averages_[i]->setPen(LinePen(colours.averages[i]));
   }
+  up_volume_->setPen(QPen(colours.up_volume, 1));
+  up_volume_->setBrush(colours.up_volume);
+  down_volume_->setPen(QPen(colours.down_volume, 1));
+  down_volume_->setBrush(colours.down_volume);
+  StyleTag(*value_tag_, colours.tag, colours.on_tag);
+  StyleTag(*date_tag_, colours.tag, colours.on_tag);
   ModelChanged();
+}
+
+void ChartPlot::StyleTag(QCPItemText& tag, const QColor& background, const QColor& text) {
+  tag.setFont(font());
+  tag.setBrush(background);
+  tag.setColor(text);
 }
 
 void ChartPlot::ModelChanged() {
@@ -96,97 +161,152 @@ void ChartPlot::ArrangeRects() {
     volume_arranged_ = with_volume;
   }
   if (with_volume) plotLayout()->setRowStretchFactors({4, 1});
-  prices_->axis(QCPAxis::atBottom)->setTickLabels(!with_volume);
-  prices_->axis(QCPAxis::atBottom)->setTicks(true);
-}
-
-double ChartPlot::PlotWidth() const {
-  return prices_->width() > 0 ? prices_->width() : std::max(1, viewport().width() - 60);
-}
-
-double ChartPlot::PlaceAt(double pixel) const {
-  return prices_->axis(QCPAxis::atBottom)->pixelToCoord(pixel);
+  BarAxis().setTickLabels(!with_volume);
 }
 
 void ChartPlot::BeforeReplot() {
-  model_.Layout(PlotWidth());
-  const ViewWindow& window = model_.Window();
-  for (QCPAxisRect* const rect : {prices_, volumes_}) {
-    rect->axis(QCPAxis::atBottom)->setRange(window.First(), window.Last());
-  }
-  QCPAxis* const price_axis = prices_->axis(QCPAxis::atRight);
-  const ValueRange range = model_.Prices();
-  price_axis->setScaleType(model_.Logarithmic() ? QCPAxis::stLogarithmic : QCPAxis::stLinear);
-  price_axis->setRange(range.lower, range.upper);
+  constexpr double kVolumeRoom = 1.12;
+  const int width = prices_->width() > 0 ? prices_->width() : viewport().width();
+  model_.Layout(width);
+  ShowBars({model_.Window().First(), model_.Window().Last()});
+  QCPAxis* const prices = prices_->axis(QCPAxis::atRight);
+  prices->setScaleType(model_.Logarithmic() ? QCPAxis::stLogarithmic : QCPAxis::stLinear);
+  prices->setRange(model_.Prices().lower, model_.Prices().upper);
   const double highest = model_.HighestVolume();
-  volumes_->axis(QCPAxis::atRight)->setRange(0, highest > 0 ? highest * 1.12 : 1);
+  volumes_->axis(QCPAxis::atRight)->setRange(0, highest > 0 ? highest * kVolumeRoom : 1);
   const bool empty = model_.Series().size() == 0;
-  price_axis->setTickLabels(!empty);
-  price_axis->setTicks(!empty);
-  price_axis->grid()->setVisible(!empty);
+  prices->setTickLabels(!empty);
+  prices->setTicks(!empty);
+  prices->grid()->setVisible(!empty);
+  LayOut(viewport().size());
+  if (prices_->width() != width) model_.Layout(prices_->width());
+  FillPlottables();
 }
 
-void ChartPlot::SetPointer(std::optional<QPointF> position) {
-  pointer_->SetPointer(position);
-  layer(kPointerLayer)->replot();
-  emit BarHovered(pointer_->Bar().value_or(-1));
+void ChartPlot::FillPlottables() {
+  const bool as_line = model_.Options().style == ChartStyle::kLine;
+  bars_->setVisible(!as_line);
+  line_->setVisible(as_line);
+  bars_->Fill(model_);
+  QVector<QCPGraphData> line;
+  QVector<QCPBarsData> rising;
+  QVector<QCPBarsData> falling;
+  for (const BarColumn& column : model_.Columns()) {
+    if (as_line) line.append({column.place, column.close});
+    QVector<QCPBarsData>& volumes = column.close >= column.open ? rising : falling;
+    if (column.volume > 0) {
+      volumes.append({SnappedPlace(BarAxis(), column.place), column.volume});
+    }
+  }
+  line_->data()->set(line, true);
+  up_volume_->data()->set(rising, true);
+  down_volume_->data()->set(falling, true);
+  for (QCPBars* const volume : {up_volume_, down_volume_}) {
+    volume->setWidth(2 * BodyReach(model_));
+  }
+  FillAverages();
+  ShowLastPrice();
+}
+
+void ChartPlot::FillAverages() {
+  for (std::size_t i = 0; i < averages_.size(); ++i) {
+    const std::vector<double>& values = model_.Average(i);
+    QVector<QCPGraphData> points;
+    if (!values.empty()) {
+      for (const BarColumn& column : model_.Columns()) {
+        const double value = values[column.last_bar];
+        const bool drawable = std::isfinite(value) && (!model_.Logarithmic() || value > 0);
+        if (drawable) points.append({column.place, value});
+      }
+    }
+    averages_[i]->data()->set(points, true);
+  }
+}
+
+void ChartPlot::ShowLastPrice() {
+  const BarSeries& series = model_.Series();
+  const int count = series.size();
+  const bool shown =
+      count > 0 && prices_->axis(QCPAxis::atRight)->range().contains(series.closes.back());
+  last_line_->setVisible(shown);
+  last_tag_->setVisible(shown);
+  if (!shown) return;
+  const double close = series.closes.back();
+  const bool rising = count < 2 || close >= series.closes[count - 2];
+  const QColor colour = rising ? Colours().up : Colours().down;
+  last_line_->setPen(QPen(colour, 0, Qt::DotLine));
+  last_line_->start->setCoords(0, close);
+  last_line_->end->setCoords(1, close);
+  StyleTag(*last_tag_, colour, Colours().field);
+  last_tag_->setText(ToQt(PriceText(close, series.decimals)));
+  last_tag_->position->setCoords(1, close);
+}
+
+QCPRange ChartPlot::Bounded(const QCPRange& wanted) const {
+  ViewWindow window = model_.Window();
+  window.ShowBetween(wanted.lower, wanted.upper);
+  return {window.First(), window.Last()};
+}
+
+QRect ChartPlot::PlotArea() const {
+  return volumes_->visible() ? prices_->rect().united(volumes_->rect()) : prices_->rect();
+}
+
+std::optional<int> ChartPlot::BarAt(QPointF pixel) const {
+  if (!PlotArea().contains(pixel.toPoint())) return std::nullopt;
+  const int bar = static_cast<int>(std::lround(BarAxis().pixelToCoord(pixel.x())));
+  if (bar < 0 || bar >= model_.Series().size()) return std::nullopt;
+  return bar;
+}
+
+void ChartPlot::MovePointer(std::optional<QPointF> pixel) {
+  const std::optional<int> bar = pixel ? BarAt(*pixel) : std::nullopt;
+  HidePointer();
+  if (bar && !selectionRect()->isActive()) {
+    ShowCross({BarAxis().coordToPixel(*bar), pixel->y()}, PlotArea());
+    ShowPointerTexts(*bar, *pixel);
+  }
+  RepaintPointer();
+  emit BarHovered(bar.value_or(-1));
+}
+
+void ChartPlot::ShowPointerTexts(int bar, QPointF pixel) {
+  const BarSeries& series = model_.Series();
+  const QRect area = PlotArea();
+  const bool in_prices = prices_->rect().contains(pixel.toPoint());
+  const QCPAxisRect* const rect = in_prices ? prices_ : volumes_;
+  if (rect->rect().contains(pixel.toPoint())) {
+    const double value = rect->axis(QCPAxis::atRight)->pixelToCoord(pixel.y());
+    value_tag_->setText(ToQt(in_prices ? PriceText(value, series.decimals)
+                                       : ShortVolumeText(std::max(0.0, value))));
+    value_tag_->position->setCoords(area.right() + 1, pixel.y());
+    value_tag_->setVisible(true);
+  }
+  std::string date = LongDayText(series.dates[bar]);
+  if (series.has_times) date += "  " + TimeText(series.times[bar]);
+  date_tag_->setText(ToQt(date));
+  const int half = QFontMetrics(font()).horizontalAdvance(date_tag_->text()) / 2 + 5;
+  const int leftmost = area.left() + half;
+  const double middle = std::clamp<double>(BarAxis().coordToPixel(bar), leftmost,
+                                           std::max(leftmost, area.right() - half));
+  date_tag_->position->setCoords(middle, area.bottom() + 2);
+  date_tag_->setVisible(true);
+}
+
+void ChartPlot::ZoomToMarked(const QRect& marked) {
+  if (std::abs(marked.width()) < kLeastMarkedPixels) return;
+  model_.Window().ShowBetween(BarAxis().pixelToCoord(marked.left()),
+                              BarAxis().pixelToCoord(marked.right()));
+  ModelChanged();
 }
 
 void ChartPlot::mousePressEvent(QMouseEvent* event) {
   const bool mark =
-      event->button() == Qt::RightButton ||
-      (event->button() == Qt::LeftButton && event->modifiers().testFlag(Qt::ShiftModifier));
-  if (!mark && event->button() != Qt::LeftButton) return;
-  drag_ = mark ? Drag::kMark : Drag::kPan;
-  drag_start_ = event->position();
-  drag_first_ = model_.Window().First();
-  drag_last_ = model_.Window().Last();
+      event->button() == Qt::RightButton || event->modifiers().testFlag(Qt::ShiftModifier);
+  setSelectionRectMode(mark ? QCP::srmCustom : QCP::srmNone);
+  if (!mark) setCursor(Qt::ClosedHandCursor);
+  BarPlot::mousePressEvent(event);
 }
-
-void ChartPlot::mouseMoveEvent(QMouseEvent* event) {
-  const double moved = event->position().x() - drag_start_.x();
-  if (drag_ == Drag::kPan) {
-    setCursor(Qt::ClosedHandCursor);
-    ViewWindow& window = model_.Window();
-    window.Pan(drag_first_ - moved / model_.PixelsPerBar() - window.First());
-    ModelChanged();
-  } else if (drag_ == Drag::kMark) {
-    pointer_->SetMarked(std::pair(drag_start_.x(), event->position().x()));
-  }
-  SetPointer(event->position());
-}
-
-void ChartPlot::mouseReleaseEvent(QMouseEvent* event) {
-  const double moved = event->position().x() - drag_start_.x();
-  if (drag_ == Drag::kMark && std::abs(moved) >= kLeastMarkedPixels) {
-    model_.Window().ShowBetween(PlaceAt(drag_start_.x()), PlaceAt(event->position().x()));
-    ModelChanged();
-  }
-  drag_ = Drag::kNone;
-  setCursor(Qt::CrossCursor);
-  pointer_->SetMarked(std::nullopt);
-  SetPointer(event->position());
-}
-
-void ChartPlot::mouseDoubleClickEvent(QMouseEvent*) {
-  drag_ = Drag::kNone;
-  model_.Window().Reset(model_.Series().size());
-  ModelChanged();
-}
-
-void ChartPlot::wheelEvent(QWheelEvent* event) {
-  const QPointF steps = QPointF(event->angleDelta()) / 120;
-  const bool sideways = std::abs(steps.x()) > std::abs(steps.y());
-  if (sideways || event->modifiers().testFlag(Qt::ShiftModifier)) {
-    model_.Window().Pan((steps.x() + steps.y()) * -0.1 * model_.Window().Span());
-  } else {
-    model_.Window().Zoom(std::pow(0.85, steps.y()), PlaceAt(event->position().x()));
-  }
-  ModelChanged();
-  SetPointer(event->position());
-}
-
-void ChartPlot::leaveEvent(QEvent*) { SetPointer(std::nullopt); }
 
 void ChartPlot::keyPressEvent(QKeyEvent* event) {
   ViewWindow& window = model_.Window();

@@ -1,64 +1,64 @@
 #pragma once
 
-#include <qcustomplot.h>
-
-#include <optional>
-
 #include "charthost/chart_model.h"
-#include "charthost/view/axis_tickers.h"
-#include "charthost/view/chart_layers.h"
+#include "charts/bar_plot.h"
 
 namespace velumar {
 
-class PointerLayer;
+class BarDateTicker;
+class PriceBars;
 
-// Draws a chart model and lets the mouse move its window: the wheel zooms at the pointer, a drag
-// pans, a drag with Shift or the right button marks a stretch to zoom into, a double click goes
-// back to the newest bar.
-class ChartPlot : public QCustomPlot {
+// Draws a chart model and lets the mouse move its window: see BarPlot; besides, a drag with Shift
+// or the right button marks the bars to zoom to, and a double click returns to the newest bar.
+class ChartPlot : public BarPlot {
   Q_OBJECT
 
  public:
   ChartPlot(ChartModel& model, QWidget* parent);
 
-  void SetColors(const ChartColors& colors);
-  // To be called after the model has changed; draws with the next round of the event loop.
+  void SetColours(const Palette& colours) override;
+  // Call after the model has changed; the next round of the event loop draws it.
   void ModelChanged();
 
  signals:
-  // The bar under the pointer, -1 when there is none.
+  // The bar under the pointer; -1: none.
   void BarHovered(int bar);
 
  protected:
+  QCPRange Bounded(const QCPRange& wanted) const override;
+  void MovePointer(std::optional<QPointF> pixel) override;
   void mousePressEvent(QMouseEvent* event) override;
-  void mouseMoveEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override;
-  void leaveEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  enum class Drag { kNone, kPan, kMark };
-
-  QCPAxisRect* AddRect(int row, ValueKind kind);
-  void StyleAxis(QCPAxis* axis);
+  void AddPlottables();
+  void AddLastPrice();
   void ArrangeRects();
+  // Sets the ranges of the axes, whose labels the layout measures, and fills the plottables, which
+  // need the axes' pixels.
   void BeforeReplot();
-  void SetPointer(std::optional<QPointF> position);
-  double PlotWidth() const;
-  double PlaceAt(double pixel) const;
+  void FillPlottables();
+  void FillAverages();
+  void ShowLastPrice();
+  void ZoomToMarked(const QRect& marked);
+  std::optional<int> BarAt(QPointF pixel) const;
+  QRect PlotArea() const;
+  void ShowPointerTexts(int bar, QPointF pixel);
+  void StyleTag(QCPItemText& tag, const QColor& background, const QColor& text);
 
   ChartModel& model_;
-  BarChartScene scene_;
   QCPAxisRect* prices_;
   QCPAxisRect* volumes_;
-  PointerLayer* pointer_;
-  bool volume_arranged_ = false;
-  Drag drag_ = Drag::kNone;
-  QPointF drag_start_;
-  double drag_first_ = 0;
-  double drag_last_ = 0;
+  PriceBars* bars_;
+  QCPGraph* line_;
+  std::array<QCPGraph*, 2> averages_;
+  QCPBars* up_volume_;
+  QCPBars* down_volume_;
+  QCPItemLine* last_line_;
+  QCPItemText* last_tag_;
+  QCPItemText* value_tag_;
+  QCPItemText* date_tag_;
+  bool volume_arranged_ = true;
 };
 
 }  // namespace velumar

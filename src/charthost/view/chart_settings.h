@@ -4,12 +4,11 @@
 #include <QSettings>
 #include <QString>
 
-#include "charthost/chart_options.h"
+#include "charthost/chart_model.h"
 
 namespace velumar {
 
-// What the program remembers of its user, one store per user. Values that make no sense read as
-// the built-in ones.
+// The user's choices, saved between runs of the program. Invalid values read as the built-in ones.
 class ChartSettings {
  public:
   ChartSettings();

@@ -7,16 +7,16 @@
 
 #include "charthost/view/main_window.h"
 #include "charthost/view/open_dialog.h"
-#include "platform/mailbox.h"
+#include "platform/ipc.h"
 #include "platform/run_key.h"
 
 namespace velumar {
 namespace {
 
-// Longer than a program takes between two keys, shorter than a person waits.
+// Longer than a program takes between two keys, shorter than a user waits.
 constexpr int kMenuMilliseconds = 180;
 constexpr int kAbsenceMilliseconds = 1000;
-// For all the keys that open a chart, when somebody closes the dialog in their middle.
+// Covers all keys that open a chart, in case the dialog is closed between them.
 constexpr int kBlindMilliseconds = 2500;
 
 bool IsModifier(const QKeyEvent& key) {
@@ -33,8 +33,8 @@ bool IsModifier(const QKeyEvent& key) {
   }
 }
 
-// The key that carries a Latin letter. Where the layout has others, Windows still tells which key
-// it would be; no other window system has these numbers for other keys.
+// The Latin letter of a key. For layouts without Latin letters Windows still reports the key's
+// letter; no other window system uses these numbers for other keys.
 int KeyOf(const QKeyEvent& key) {
   const quint32 native = key.nativeVirtualKey();
   const bool other_script = key.key() > 0x7F && key.key() < Qt::Key_Escape;
@@ -94,18 +94,18 @@ bool KeyFilter::eventFilter(QObject* receiver, QEvent* event) {
       return Forward(receiving_window, static_cast<QKeyEvent*>(event));
     case QEvent::MouseButtonPress:
       if (!window_.IsMenuShown()) Disarm();
-      // A click on a chart brings the trader back to the run.
-      PostMail(kRunKeyMailbox, {});
+      // After a click on a chart the keys of a run work again.
+      SendIpcMessage(kRunKeyListener, {});
       return false;
     default:
       return false;
   }
 }
 
-// Answering yes makes the key come as an ordinary key press instead of a shortcut.
+// Returning true makes the key arrive as an ordinary key press instead of a shortcut.
 bool KeyFilter::TakesShortcut(QWindow* receiver, QKeyEvent* key) {
   if (IsModifier(*key)) return false;
-  const bool ours = keys_.Peek(StrokeOf(*key)).taken || RightfulWindow(receiver) != receiver;
+  const bool ours = keys_.Peek(StrokeOf(*key)).taken || IntendedWindow(receiver) != receiver;
   if (ours) key->accept();
   return ours;
 }
@@ -126,17 +126,17 @@ bool KeyFilter::TakesKey(QWindow* receiver, QKeyEvent* key) {
     menu_timer_.start(kMenuMilliseconds);
     return true;
   }
-  // A person who goes on in the menu before it is seen.
+  // The user goes on in the menu before it is shown.
   if (armed != HostMenu::kNone && keys_.Armed() != HostMenu::kNone && !window_.IsMenuShown()) {
     ShowArmedMenu();
     return false;
   }
-  return Forward(receiver, key) || HandOn(receiver, *key);
+  return Forward(receiver, key) || PassToRun(receiver, *key);
 }
 
-// Only what is typed to the charts themselves. Who opens a chart types blind: letters of a folder
-// or a symbol that come too late for the dialog must not deal.
-bool KeyFilter::HandOn(QWindow* receiver, const QKeyEvent& key) {
+// Only keys typed to the charts themselves. A program that opens a chart types blind: letters of a
+// folder or symbol that arrive too late for the dialog must not trade.
+bool KeyFilter::PassToRun(QWindow* receiver, const QKeyEvent& key) {
   const bool to_charts = receiver == window_.windowHandle() && !window_.IsMenuShown() &&
                          QApplication::activePopupWidget() == nullptr &&
                          keys_.Armed() == HostMenu::kNone;
@@ -148,17 +148,17 @@ bool KeyFilter::HandOn(QWindow* receiver, const QKeyEvent& key) {
                           .shift = key.modifiers().testFlag(Qt::ShiftModifier),
                           .repeated = key.isAutoRepeat()};
   return IsRunKey(press) &&
-         PostMail(kRunKeyMailbox, {.first = static_cast<std::uint32_t>(press.code),
-                                   .second = (press.shift ? kMailShift : 0) |
-                                             (press.repeated ? kMailRepeated : 0)});
+         SendIpcMessage(kRunKeyListener, {.first = static_cast<std::uint32_t>(press.code),
+                                          .second = (press.shift ? kMessageShift : 0) |
+                                                    (press.repeated ? kMessageRepeated : 0)});
 }
 
-QWindow* KeyFilter::RightfulWindow(QWindow* receiver) const {
+QWindow* KeyFilter::IntendedWindow(QWindow* receiver) const {
   QWindow* const main = window_.windowHandle();
   OpenDialog& dialog = window_.FileDialog();
   QWindow* const file = dialog.windowHandle();
   if (main == nullptr) return receiver;
-  // A menu that has just been closed still gets the keys that were on their way to it.
+  // A menu that was just closed still gets the keys already sent to it.
   QWindow* const meant = receiver->isVisible() ? receiver : main;
   if (!dialog.isVisible() || file == nullptr) return meant;
   if (dialog.IsLeaving()) return meant == file ? main : meant;
@@ -166,16 +166,16 @@ QWindow* KeyFilter::RightfulWindow(QWindow* receiver) const {
 }
 
 bool KeyFilter::Forward(QWindow* receiver, QKeyEvent* key) {
-  QWindow* const rightful = RightfulWindow(receiver);
-  if (rightful == receiver) return false;
+  QWindow* const intended = IntendedWindow(receiver);
+  if (intended == receiver) return false;
   forwarding_ = true;
-  QCoreApplication::sendEvent(rightful, key);
+  QCoreApplication::sendEvent(intended, key);
   forwarding_ = false;
   return true;
 }
 
-// No window of ours has the focus for a moment while it goes from one to the other. Only a longer
-// absence means that the person has left.
+// While the focus moves from one window to another, none of ours has it. Only a longer absence
+// means that the user has left.
 void KeyFilter::ShowArmedMenu() {
   menu_timer_.stop();
   if (QGuiApplication::applicationState() == Qt::ApplicationActive) {

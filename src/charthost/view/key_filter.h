@@ -13,10 +13,10 @@ namespace velumar {
 
 class MainWindow;
 
-// Sees every key of the program first. It runs the keys that other programs send without waiting
-// for menus, and brings keys to the file dialog that were typed while it was still on its way to
-// the front, or to the main window while the dialog was on its way out. The keys of a run go to the
-// simulator that replays the chart, so that it doesn't matter which window is in front.
+// Sees every key of the program first. It runs the key sequences of other programs without waiting
+// for menus. Keys typed while the file dialog is opening go to the dialog, those typed while it is
+// closing to the main window. The keys of a run are passed on to the simulator, so that they work
+// whichever window is in front.
 class KeyFilter : public QObject {
   Q_OBJECT
 
@@ -29,10 +29,10 @@ class KeyFilter : public QObject {
  private:
   bool TakesShortcut(QWindow* receiver, QKeyEvent* key);
   bool TakesKey(QWindow* receiver, QKeyEvent* key);
-  // The window that should get a key sent to `receiver`.
-  QWindow* RightfulWindow(QWindow* receiver) const;
+  // The window that should get a key that was sent to `receiver`.
+  QWindow* IntendedWindow(QWindow* receiver) const;
   bool Forward(QWindow* receiver, QKeyEvent* key);
-  bool HandOn(QWindow* receiver, const QKeyEvent& key);
+  bool PassToRun(QWindow* receiver, const QKeyEvent& key);
   void ShowArmedMenu();
   void Disarm();
 
@@ -40,7 +40,7 @@ class KeyFilter : public QObject {
   HostKeys keys_;
   QTimer menu_timer_;
   bool forwarding_ = false;
-  QDeadlineTimer blind_;  // until then keys may be meant for a dialog that has gone
+  QDeadlineTimer blind_;  // until then a key may be meant for a dialog that has closed
 };
 
 }  // namespace velumar

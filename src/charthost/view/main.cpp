@@ -3,18 +3,18 @@
 #include <iostream>
 
 #include "charthost/series_source.h"
+#include "charthost/view/chart_desktop.h"
 #include "charthost/view/chart_settings.h"
-#include "charthost/view/display_choice.h"
 #include "charthost/view/key_filter.h"
 #include "charthost/view/main_window.h"
 #include "charthost/view/theme.h"
 #include "marketdata/index_cache.h"
 #include "platform/command_line.h"
-#include "platform/console.h"
+#include "platform/process.h"
 
 namespace {
 
-// Programs that start this one add switches of their own, as "/l": they mean nothing here.
+// Programs that start this one add switches such as "/l", which mean nothing here.
 QStringList WithoutForeignSwitches(const QStringList& arguments) {
   QStringList ours;
   for (const QString& argument : arguments) {

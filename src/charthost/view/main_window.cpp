@@ -13,9 +13,10 @@
 #include "charthost/view/averages_dialog.h"
 #include "charthost/view/chart_pane.h"
 #include "charthost/view/open_dialog.h"
-#include "charthost/view/qt_text.h"
 #include "charthost/view/theme.h"
-#include "platform/chart_program_names.h"
+#include "charts/palette.h"
+#include "charts/qt_text.h"
+#include "platform/chart_program.h"
 
 namespace velumar {
 namespace {
@@ -44,7 +45,7 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
   BuildViewMenu();
   ShowOptions();
   ApplyTheme(options_.theme);
-  ApplyColors();
+  ApplyColours();
   resize(1180, 760);
   restoreGeometry(settings.Geometry());
   Changed("ready");
@@ -91,11 +92,31 @@ void MainWindow::BuildFileMenu() {
   file_menu_->addAction(tr("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q), this, &MainWindow::close);
 }
 
+template <typename T>
+void MainWindow::AddChoice(QMenu& menu, T ChartOptions::*option,
+                           std::initializer_list<std::pair<QString, T>> entries) {
+  auto* const group = new QActionGroup(this);
+  for (const auto& [text, value] : entries) {
+    QAction* const action = menu.addAction(text, this, [this, option, value = value] {
+      ChartOptions options = options_;
+      options.*option = value;
+      SetOptions(options);
+    });
+    action->setCheckable(true);
+    group->addAction(action);
+    option_views_.emplace_back(
+        [this, action, option, value = value] { action->setChecked(options_.*option == value); });
+  }
+}
+
 void MainWindow::BuildViewMenu() {
   view_menu_ = AddMenu(tr("&View"));
   view_menu_->addAction(tr("&Refresh"), QKeySequence(Qt::Key_F5), this, &MainWindow::RefreshActive);
   view_menu_->addSeparator();
-  AddStyleActions();
+  AddChoice(*view_menu_, &ChartOptions::style,
+            {{tr("&Candles"), ChartStyle::kCandles},
+             {tr("&Bars"), ChartStyle::kBars},
+             {tr("&Line"), ChartStyle::kLine}});
   view_menu_->addSeparator();
   AddToggle(tr("&Volume"), &ChartOptions::volume);
   AddToggle(tr("Lo&g scale"), &ChartOptions::logarithmic);
@@ -103,26 +124,10 @@ void MainWindow::BuildViewMenu() {
   view_menu_->addSeparator();
   AddWindowActions();
   view_menu_->addSeparator();
-  AddThemeMenu();
-}
-
-void MainWindow::AddStyleActions() {
-  const std::array<std::pair<QString, ChartStyle>, 3> styles = {
-      {{tr("&Candles"), ChartStyle::kCandles},
-       {tr("&Bars"), ChartStyle::kBars},
-       {tr("&Line"), ChartStyle::kLine}}};
-  auto* const group = new QActionGroup(this);
-  for (const auto& [text, style] : styles) {
-    QAction* const action = view_menu_->addAction(text, this, [this, style = style] {
-      ChartOptions options = options_;
-      options.style = style;
-      SetOptions(options);
-    });
-    action->setCheckable(true);
-    group->addAction(action);
-    option_views_.emplace_back(
-        [this, action, style = style] { action->setChecked(options_.style == style); });
-  }
+  AddChoice(*view_menu_->addMenu(tr("&Theme")), &ChartOptions::theme,
+            {{tr("&System"), ChartTheme::kSystem},
+             {tr("&Light"), ChartTheme::kLight},
+             {tr("&Dark"), ChartTheme::kDark}});
 }
 
 void MainWindow::AddToggle(const QString& text, bool ChartOptions::*option) {
@@ -152,7 +157,7 @@ void MainWindow::AddAverageActions() {
                         [this] { averages_dialog_->Show(options_.averages); });
 }
 
-// The keys beside them work where the chart has the focus; ChartPlot handles them.
+// ChartPlot handles the keys named in these entries.
 void MainWindow::AddWindowActions() {
   view_menu_->addAction(tr("Zoom &in\t+"), this,
                         [this] { MoveWindow([](ViewWindow& window) { window.Zoom(kZoomIn); }); });
@@ -163,26 +168,6 @@ void MainWindow::AddWindowActions() {
                         [this] { MoveWindow([](ViewWindow& window) { window.ShowAll(); }); });
   view_menu_->addAction(tr("&Newest bar\tEnd"), this,
                         [this] { MoveWindow([](ViewWindow& window) { window.ShowNewest(); }); });
-}
-
-void MainWindow::AddThemeMenu() {
-  const std::array<std::pair<QString, ChartTheme>, 3> themes = {
-      {{tr("As the &system"), ChartTheme::kSystem},
-       {tr("&Light"), ChartTheme::kLight},
-       {tr("&Dark"), ChartTheme::kDark}}};
-  QMenu* const menu = view_menu_->addMenu(tr("&Theme"));
-  auto* const group = new QActionGroup(this);
-  for (const auto& [text, theme] : themes) {
-    QAction* const action = menu->addAction(text, this, [this, theme = theme] {
-      ChartOptions options = options_;
-      options.theme = theme;
-      SetOptions(options);
-    });
-    action->setCheckable(true);
-    group->addAction(action);
-    option_views_.emplace_back(
-        [this, action, theme = theme] { action->setChecked(options_.theme == theme); });
-  }
 }
 
 void MainWindow::Act(HostAction action) {
@@ -295,26 +280,26 @@ void MainWindow::ShowOptions() {
   for (const auto& show : option_views_) show();
 }
 
-void MainWindow::ApplyColors() {
+void MainWindow::ApplyColours() {
   StyleTabs();
-  for (int i = 0; i < tabs_->count(); ++i) Chart(i)->ApplyColors();
+  for (int i = 0; i < tabs_->count(); ++i) Chart(i)->ApplyColours();
 }
 
-// The active tab joins the chart below it and carries a line in the highlight colour.
+// The active tab has the colour of the chart below it and a line in the highlight colour.
 void MainWindow::StyleTabs() {
-  const ChartColors& colors = ColorsFor(palette());
+  const Palette& colours = Palette::Following(palette());
   tabs_->setStyleSheet(
       QStringLiteral("QTabBar::tab { padding: 6px 12px; border: 0; border-top: 2px solid "
                      "transparent; color: %1; }"
                      "QTabBar::tab:selected { background: %2; color: %3; border-top-color: %4; }"
                      "QTabBar::tab:hover:!selected { color: %3; }")
-          .arg(colors.faint_text.name(), colors.background.name(), colors.text.name(),
+          .arg(colours.muted.name(), colours.field.name(), colours.text.name(),
                palette().color(QPalette::Highlight).name()));
 }
 
 void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) ApplyColors();
+  if (event->type() == QEvent::PaletteChange) ApplyColours();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

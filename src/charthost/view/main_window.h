@@ -30,7 +30,7 @@ class MainWindow : public QMainWindow {
 
   MainWindow(const SeriesSource& source, ChartSettings& settings, Report report);
 
-  // What the keys of other programs ask for.
+  // Does what the keys of another program ask for.
   void Act(HostAction action);
   void ShowMenu(HostMenu menu);
   bool IsMenuShown() const;
@@ -49,10 +49,12 @@ class MainWindow : public QMainWindow {
   void BuildCentre();
   void BuildFileMenu();
   void BuildViewMenu();
-  void AddStyleActions();
+  // Entries of which one is checked.
+  template <typename T>
+  void AddChoice(QMenu& menu, T ChartOptions::*option,
+                 std::initializer_list<std::pair<QString, T>> entries);
   void AddAverageActions();
   void AddWindowActions();
-  void AddThemeMenu();
   void HideMenus();
   QMenu* AddMenu(const QString& title);
   void AddToggle(const QString& text, bool ChartOptions::*option);
@@ -67,10 +69,10 @@ class MainWindow : public QMainWindow {
   void MoveWindow(const std::function<void(ViewWindow&)>& move);
   void SetOptions(const ChartOptions& options);
   void ShowOptions();
-  void ApplyColors();
+  void ApplyColours();
   void StyleTabs();
   ChartPane* Chart(int index) const;
-  // The titles of tabs and window after a change, and the line that reports it.
+  // Updates the titles of tabs and window after a change, and reports it.
   void Changed(const char* event);
 
   const SeriesSource& source_;
@@ -83,7 +85,7 @@ class MainWindow : public QMainWindow {
   AveragesDialog* averages_dialog_;
   QMenu* file_menu_;
   QMenu* view_menu_;
-  std::vector<std::function<void()>> option_views_;  // bring the checks of the menus up to date
+  std::vector<std::function<void()>> option_views_;  // update the check marks of the menus
 };
 
 }  // namespace velumar

@@ -1,32 +1,34 @@
 #include "charthost/view/open_dialog.h"
 
 #include <QComboBox>
+#include <QCompleter>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QEvent>
 #include <QFileDialog>
+#include <QFileSystemModel>
 #include <QGridLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QTableView>
 #include <set>
 
-#include "charthost/date_text.h"
-#include "charthost/folder_text.h"
-#include "charthost/view/chart_colors.h"
-#include "charthost/view/folder_line.h"
-#include "charthost/view/qt_text.h"
+#include "charthost/bar_text.h"
 #include "charthost/view/security_table.h"
+#include "charts/palette.h"
+#include "charts/qt_text.h"
 #include "marketdata/metalib_error.h"
-#include "platform/chart_program_names.h"
+#include "platform/chart_program.h"
 
 namespace velumar {
 namespace {
 
-// How often to look whether the focus has left, and how many looks to take before leaving anyway.
-// Looks are counted instead of time: a busy machine may be late in telling where the focus is.
-constexpr int kLookMilliseconds = 40;
-constexpr int kMostLooks = 30;
+// How often to check whether the focus has left, and after how many checks to close anyway. Checks
+// are counted instead of time: a busy machine may be late in reporting where the focus is.
+constexpr int kFocusCheckMilliseconds = 40;
+constexpr int kMaxFocusChecks = 30;
 constexpr int kMeasuredRows = 200;
 
 QLabel* LabelFor(QWidget* field, const QString& text, QWidget* parent) {
@@ -35,13 +37,42 @@ QLabel* LabelFor(QWidget* field, const QString& text, QWidget* parent) {
   return label;
 }
 
+// Completes inside the line: a list would be a window, and keys that a program types blind would go
+// to it.
+void CompleteFolders(QLineEdit& line) {
+  auto* const completer = new QCompleter(&line);
+  auto* const folders = new QFileSystemModel(completer);
+  folders->setFilter(QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot);
+  completer->setModel(folders);
+  completer->setCompletionMode(QCompleter::InlineCompletion);
+  line.setCompleter(completer);
+  QObject::connect(&line, &QLineEdit::textEdited, folders, [folders](const QString& text) {
+    if (QDir::isAbsolutePath(text)) folders->setRootPath(QFileInfo(text).path());
+  });
+}
+
+// Enter is for the folder that was typed, or for the completed one if there is no such folder.
+void EndCompletion(QLineEdit& line) {
+  const QString typed = line.text().left(line.selectionStart());
+  const bool completed = line.selectionEnd() == line.text().size() && !typed.isEmpty();
+  if (completed && QFileInfo(typed).isDir()) line.setText(typed);
+  line.deselect();
+}
+
 }  // namespace
+
+QString CleanFolder(const QString& typed) {
+  QString folder = typed.trimmed();
+  folder.replace(u'\\', u'/');
+  if (folder == u"~" || folder.startsWith(u"~/")) folder.replace(0, 1, QDir::homePath());
+  return QDir::toNativeSeparators(QDir::cleanPath(folder));
+}
 
 OpenDialog::OpenDialog(const SeriesSource& source, QWidget* parent)
     : QDialog(parent), source_(source) {
   setWindowTitle(ToQt(kChartFileDialog));
-  look_.setSingleShot(true);
-  look_.setInterval(kLookMilliseconds);
+  focus_check_.setSingleShot(true);
+  focus_check_.setInterval(kFocusCheckMilliseconds);
   BuildWidgets();
   Connect();
   resize(760, 540);
@@ -74,7 +105,9 @@ void OpenDialog::BuildWidgets() {
   message_->setTextFormat(Qt::PlainText);
   message_->setMinimumHeight(2 * fontMetrics().height() + 4);
   browse_ = new QPushButton(tr("&Browse..."), this);
-  folder_line_ = new FolderLine(this);
+  folder_line_ = new QLineEdit(this);
+  CompleteFolders(*folder_line_);
+  folder_line_->installEventFilter(this);
 
   auto* const buttons = new QDialogButtonBox(this);
   open_ = buttons->addButton(tr("&Open"), QDialogButtonBox::ActionRole);
@@ -101,11 +134,10 @@ void OpenDialog::BuildWidgets() {
 }
 
 void OpenDialog::Connect() {
-  connect(&look_, &QTimer::timeout, this, &OpenDialog::GoWhenFocusIsGone);
+  connect(&focus_check_, &QTimer::timeout, this, &OpenDialog::HideOnceFocusIsGone);
   connect(open_, &QPushButton::clicked, this, &OpenDialog::Proceed);
   connect(cancel_, &QPushButton::clicked, this, &OpenDialog::reject);
   connect(browse_, &QPushButton::clicked, this, &OpenDialog::Browse);
-  connect(folder_line_, &FolderLine::FolderTaken, this, &OpenDialog::TurnToFolder);
   connect(list_, &QTableView::doubleClicked, this, &OpenDialog::OpenChosen);
   connect(symbol_line_, &QLineEdit::textChanged, this, [this](const QString& text) {
     list_->clearSelection();
@@ -124,7 +156,7 @@ void OpenDialog::Start(const QString& folder) {
   delete browser_;
   folder_line_->setText(folder);
   symbol_line_->clear();
-  if (ReadFolder(NormalFolder(FromQt(folder)))) {
+  if (ReadFolder(FromQt(CleanFolder(folder)))) {
     ShowCount();
   } else if (folder.isEmpty()) {
     ShowText(tr("Type or browse to a folder with market data, then press Enter."), false);
@@ -139,29 +171,39 @@ void OpenDialog::Start(const QString& folder) {
 void OpenDialog::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   folder_line_->setFocus();
-  plate_.PutUp();
+  marker_.Show();
 }
 
 void OpenDialog::hideEvent(QHideEvent* event) {
   QDialog::hideEvent(event);
-  plate_.TakeDown();
+  marker_.Hide();
+}
+
+// The line itself would take Enter to accept a completion.
+bool OpenDialog::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == folder_line_ && event->type() == QEvent::KeyPress &&
+      folder_line_->hasSelectedText()) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) EndCompletion(*folder_line_);
+  }
+  return QDialog::eventFilter(watched, event);
 }
 
 void OpenDialog::Leave() {
   leaving_ = true;
-  looks_ = 0;
+  focus_checks_ = 0;
   parentWidget()->activateWindow();
-  GoWhenFocusIsGone();
+  HideOnceFocusIsGone();
 }
 
-// The focus may still be on its way into the dialog when the dialog is done already.
-void OpenDialog::GoWhenFocusIsGone() {
+// The focus may still be on its way into the dialog when the dialog is already done.
+void OpenDialog::HideOnceFocusIsGone() {
   if (!leaving_) return;
   const bool gone = had_focus_ && parentWidget()->isActiveWindow();
-  if (gone || ++looks_ > kMostLooks) {
+  if (gone || ++focus_checks_ > kMaxFocusChecks) {
     hide();
   } else {
-    look_.start();
+    focus_check_.start();
   }
 }
 
@@ -172,28 +214,26 @@ void OpenDialog::changeEvent(QEvent* event) {
 
 // Enter, or the button: first the folder, then the chart.
 void OpenDialog::Proceed() {
-  const bool other_folder = NormalFolder(FromQt(folder_line_->text())) != folder_;
+  const bool other_folder = FromQt(CleanFolder(folder_line_->text())) != folder_;
   if (folder_line_->hasFocus() || other_folder || folder_.empty()) {
-    TurnToFolder();
+    ShowFolder();
   } else {
     OpenChosen();
   }
 }
 
-bool OpenDialog::TurnToFolder() {
-  folder_line_->HideSuggestions();
-  const std::string folder = NormalFolder(FromQt(folder_line_->text()));
-  if (!ReadFolder(folder)) {
+void OpenDialog::ShowFolder() {
+  const QString folder = CleanFolder(folder_line_->text());
+  if (!ReadFolder(FromQt(folder))) {
     folder_line_->setFocus();
     folder_line_->selectAll();
-    return false;
+    return;
   }
-  folder_line_->setText(ToQt(folder));
+  folder_line_->setText(folder);
   interval_->setCurrentIndex(0);
   symbol_line_->clear();
   symbol_line_->setFocus();
   ShowCount();
-  return true;
 }
 
 bool OpenDialog::ReadFolder(const std::string& folder) {
@@ -209,7 +249,7 @@ bool OpenDialog::ReadFolder(const std::string& folder) {
   return !folder_.empty();
 }
 
-// The first entry is the one that "S" finds; no interval has a name with that letter.
+// The key "S" selects the first entry; no interval begins with that letter.
 void OpenDialog::FillIntervals() {
   const std::optional<int> before = ChosenInterval();
   std::set<int> intervals;
@@ -252,7 +292,7 @@ void OpenDialog::OpenChosen() {
   }
 }
 
-// The window blocks nothing, since keys from outside may come at any time.
+// Not modal, since keys from outside may arrive at any time.
 void OpenDialog::Browse() {
   delete browser_;
   browser_ = new QFileDialog(this, tr("Choose a folder with market data"), folder_line_->text());
@@ -260,15 +300,15 @@ void OpenDialog::Browse() {
   browser_->setOption(QFileDialog::ShowDirsOnly);
   connect(browser_, &QFileDialog::fileSelected, this, [this](const QString& folder) {
     folder_line_->setText(folder);
-    TurnToFolder();
+    ShowFolder();
   });
   browser_->show();
 }
 
 void OpenDialog::ShowText(const QString& text, bool error) {
-  QPalette colors = palette();
-  if (error) colors.setColor(QPalette::WindowText, ColorsFor(palette()).error);
-  message_->setPalette(colors);
+  QPalette colours = palette();
+  if (error) colours.setColor(QPalette::WindowText, Palette::Following(palette()).error);
+  message_->setPalette(colours);
   message_->setText(text);
 }
 

@@ -5,7 +5,7 @@
 #include <QTimer>
 
 #include "charthost/series_source.h"
-#include "charthost/view/dialog_plate.h"
+#include "charthost/view/chart_desktop.h"
 
 class QComboBox;
 class QFileDialog;
@@ -16,23 +16,26 @@ class QTableView;
 
 namespace velumar {
 
-class FolderLine;
 class SecurityFilter;
 class SecurityTable;
 
-// The file dialog "Open". Programs type into it without looking: a folder, blanks, Enter; a symbol,
-// blanks, End, Tab, "S", Enter. Tab leads from the symbol to the choice of the interval, where "S"
-// stands for "Series with bars". People may also browse, filter, click and choose a row.
+// A folder as it was typed, in the system's own form: "\" and "/" both separate, doubled and
+// closing ones and blanks at both ends are dropped, and "~" at the beginning is the user's home.
+QString CleanFolder(const QString& typed);
+
+// The file dialog "Open". Programs type into it blind: a folder, blanks, Enter; a symbol, blanks,
+// End, Tab, "S", Enter. Tab moves from the symbol to the intervals, where "S" selects "Series with
+// bars". Traders may also browse, filter and choose a row.
 class OpenDialog : public QDialog {
   Q_OBJECT
 
  public:
   OpenDialog(const SeriesSource& source, QWidget* parent);
 
-  // Shows the dialog as if new, the folder line selected whole.
+  // Shows an empty dialog with this folder, selected.
   void Start(const QString& folder);
-  // Goes away once the main window has the focus, so that no key falls between two windows. Keys
-  // that still come belong to the main window.
+  // Closes once the main window has the focus, so that no key is lost between the two. Keys that
+  // still arrive are for the main window.
   void Leave();
   bool IsLeaving() const { return leaving_; }
 
@@ -43,13 +46,14 @@ class OpenDialog : public QDialog {
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void changeEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void BuildWidgets();
   void Connect();
   void Proceed();
-  void GoWhenFocusIsGone();
-  bool TurnToFolder();
+  void HideOnceFocusIsGone();
+  void ShowFolder();
   bool ReadFolder(const std::string& folder);
   void FillIntervals();
   void OpenChosen();
@@ -60,7 +64,7 @@ class OpenDialog : public QDialog {
   void ShowCount();
 
   const SeriesSource& source_;
-  FolderLine* folder_line_;
+  QLineEdit* folder_line_;
   QLineEdit* symbol_line_;
   QComboBox* interval_;
   QTableView* list_;
@@ -71,12 +75,12 @@ class OpenDialog : public QDialog {
   QPointer<QFileDialog> browser_;
   SecurityTable* table_;
   SecurityFilter* filter_;
-  std::string folder_;  // whose securities are listed, empty when none are
+  std::string folder_;  // that is listed; empty if none is
   bool leaving_ = false;
-  bool had_focus_ = false;  // since it was last started
-  QTimer look_;
-  int looks_ = 0;
-  DialogPlate plate_;
+  bool had_focus_ = false;  // since Start
+  QTimer focus_check_;
+  int focus_checks_ = 0;
+  DialogMarker marker_;
 };
 
 }  // namespace velumar

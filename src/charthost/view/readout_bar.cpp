@@ -12,12 +12,13 @@ constexpr int kLabelGap = 4;
 
 }  // namespace
 
-ReadoutBar::ReadoutBar(QWidget* parent) : QWidget(parent), colors_(&ColorsFor(palette())) {
+ReadoutBar::ReadoutBar(QWidget* parent)
+    : QWidget(parent), colours_(&Palette::Following(palette())) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
-void ReadoutBar::SetColors(const ChartColors& colors) {
-  colors_ = &colors;
+void ReadoutBar::SetColours(const Palette& colours) {
+  colours_ = &colours;
   update();
 }
 
@@ -77,19 +78,19 @@ void ReadoutBar::resizeEvent(QResizeEvent*) { FitHeight(); }
 
 void ReadoutBar::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.fillRect(rect(), colors_->background);
+  painter.fillRect(rect(), colours_->field);
   const std::vector<QPoint> places = Places(width());
   for (std::size_t i = 0; i < items_.size(); ++i) {
     const ReadoutItem& item = items_[i];
     QRect cell(places[i], QSize(widths_[i] + kItemGap, RowHeight()));
     painter.setFont(font());
-    painter.setPen(colors_->faint_text);
+    painter.setPen(colours_->muted);
     painter.drawText(cell, Qt::AlignLeft | Qt::AlignVCenter, item.label);
     if (!item.label.isEmpty()) {
       cell.setLeft(cell.left() + fontMetrics().horizontalAdvance(item.label) + kLabelGap);
     }
     painter.setFont(ValueFont(item));
-    painter.setPen(item.color);
+    painter.setPen(item.colour);
     painter.drawText(cell, Qt::AlignLeft | Qt::AlignVCenter, item.value);
   }
 }

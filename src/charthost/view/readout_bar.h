@@ -3,28 +3,28 @@
 #include <QWidget>
 #include <vector>
 
-#include "charthost/view/chart_colors.h"
+#include "charts/palette.h"
 
 namespace velumar {
 
 struct ReadoutItem {
   QString label;
   QString value;
-  QColor color;  // of the value
+  QColor colour;  // of the value
   bool bold = false;
 };
 
-// Values side by side, over as many rows as the width needs: nothing is ever cut. Each place keeps
-// the widest width that it has had, so that the values stand still while the pointer moves.
+// Values next to each other, in as many rows as the width needs: nothing is ever cut off. Each
+// place keeps its widest width so far, so that values don't jump while the pointer moves.
 class ReadoutBar : public QWidget {
   Q_OBJECT
 
  public:
   explicit ReadoutBar(QWidget* parent);
 
-  void SetColors(const ChartColors& colors);
+  void SetColours(const Palette& colours);
   void SetItems(std::vector<ReadoutItem> items);
-  // Forgets the kept widths, for another series.
+  // For another series, whose values may be narrower.
   void ForgetWidths() { widths_.clear(); }
 
   QSize minimumSizeHint() const override;
@@ -38,12 +38,12 @@ class ReadoutBar : public QWidget {
  private:
   QFont ValueFont(const ReadoutItem& item) const;
   int ItemWidth(const ReadoutItem& item) const;
-  // The left upper corner of each item in a bar of that width.
+  // The top left corner of each item in a bar of that width.
   std::vector<QPoint> Places(int width) const;
   int RowHeight() const;
   void FitHeight();
 
-  const ChartColors* colors_;
+  const Palette* colours_;
   std::vector<ReadoutItem> items_;
   std::vector<int> widths_;
 };

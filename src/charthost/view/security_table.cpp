@@ -1,7 +1,7 @@
 #include "charthost/view/security_table.h"
 
-#include "charthost/date_text.h"
-#include "charthost/view/qt_text.h"
+#include "charthost/bar_text.h"
+#include "charts/qt_text.h"
 
 namespace velumar {
 namespace {

@@ -31,7 +31,7 @@ class SecurityTable : public QAbstractTableModel {
   std::vector<SecurityInfo> securities_;
 };
 
-// The rows whose symbol or name holds the text, of one interval or of all.
+// The rows whose symbol or name contains the text, of one interval or of all.
 class SecurityFilter : public QSortFilterProxyModel {
   Q_OBJECT
 

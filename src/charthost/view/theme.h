@@ -2,17 +2,17 @@
 
 #include <QApplication>
 
-#include "charthost/chart_options.h"
+#include "charthost/chart_model.h"
 
 namespace velumar {
 
-// The look of all windows: one style on every desktop, in the palette of the system or in a light
-// or dark one of our own. Alt alone does nothing, so that keys from outside can't end up in the
-// menu bar.
+// The look of all windows: one style on every desktop, in the colours of the system or in our own
+// light or dark ones. Alt alone does nothing, so that keys from outside never end up in the menu
+// bar.
 void InstallStyle();
 void ApplyTheme(ChartTheme theme);
 
-// A drawn icon: three candles.
+// Three candles.
 QIcon ProgramIcon();
 
 }  // namespace velumar

@@ -18,7 +18,8 @@ namespace {
 
 constexpr mode_t kUserAlone = 0600;
 
-// One that may only be read can be locked as well. Invalid for what is no regular file.
+// A file that may only be read can be locked too. Returns an invalid descriptor for anything but a
+// regular file.
 Descriptor OpenLock(const fs::path& file) {
   constexpr int kPlainly = O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW;
   Descriptor opened(::open(file.c_str(), O_RDWR | O_CREAT | kPlainly, kUserAlone));
@@ -43,7 +44,7 @@ struct FileLock::Handle {
 
 FileLock::FileLock(fs::path file) : file_(std::move(file)), handle_(std::make_unique<Handle>()) {
   constexpr int kTries = 10;
-  // The other process may remove its file between our opening and locking it.
+  // Another process may remove its file after we open it and before we lock it.
   for (int tries = 0; tries < kTries; ++tries) {
     Descriptor opened = OpenLock(file_);
     if (!opened.Valid()) return;
@@ -63,17 +64,10 @@ FileLock::FileLock(FileLock&&) noexcept = default;
 FileLock::~FileLock() = default;
 
 void FileLock::Remove() {
-  // Another process may have a file of its own there, if somebody has deleted ours.
+  // If somebody deleted our file, another process may have created its own.
   if (state_ == State::kHeld && IsStillThere(handle_->descriptor, file_)) ::unlink(file_.c_str());
   handle_->descriptor.Close();
   state_ = State::kImpossible;
-}
-
-FileState StateOf(const fs::path& file) {
-  struct stat status {};
-  if (::stat(file.c_str(), &status) != 0) return {};
-  return {status.st_dev, status.st_ino, status.st_mtim.tv_sec, status.st_mtim.tv_nsec,
-          status.st_size};
 }
 
 }  // namespace velumar

@@ -9,14 +9,16 @@
 #include <optional>
 #include <utility>
 
+#include "platform/system.h"
+
 namespace velumar {
 
 namespace {
 
 constexpr std::string_view kPlainPattern = "M/d/yyyy";
 
-// The fields of a format. Digits of other scripts (%O) and years of an era (%E) stand as the plain
-// numbers that bars are dated by.
+// The fields of a format. Digits of other scripts (%O) and years of an era (%E) become plain
+// numbers, as in the dates of bars.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 18> kFields{{
     {"d", "dd"},
     {"e", "d"},
@@ -38,7 +40,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 18> kFields{
     {"A", "dddd"},
 }};
 
-// Shorthands, and pieces that make one field together.
+// Abbreviations, and pieces that are one field together.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kShorthands{{
     {"%D", "%m/%d/%y"},
     {"%F", "%Y-%m-%d"},
@@ -80,7 +82,7 @@ std::string Quoted(std::string_view text) {
   return quoted;
 }
 
-// Runs of one letter in the pattern that stand for a number or the name of a month.
+// Counts the fields of a letter that are numbers or names of months.
 int CountOf(std::string_view pattern, char letter) {
   int runs = 0;
   bool quoted = false;
@@ -95,7 +97,7 @@ int CountOf(std::string_view pattern, char letter) {
 
 bool IsFieldLetter(char c) { return c == 'd' || c == 'M' || c == 'y'; }
 
-// What LC_TIME is set to, as the C library looks it up.
+// The name of the time locale, looked up as the C library does.
 std::string_view NameOfTimeLocale() {
   for (const char* const variable : {"LC_ALL", "LC_TIME", "LANG"}) {
     const char* const name = std::getenv(variable);
@@ -121,7 +123,7 @@ std::string PatternOfEnvironment() {
 
 std::string PatternOfDateFormat(std::string_view format) {
   const std::string spelled = SpelledOut(std::string(format));
-  // A pattern has no way to write the quote itself.
+  // A pattern can't contain a quote.
   if (spelled.find('\'') != std::string::npos) return std::string(kPlainPattern);
   std::string pattern;
   for (std::string_view rest = spelled; !rest.empty();) {
@@ -157,5 +159,7 @@ std::string SeparatorOfPattern(std::string_view pattern) {
 
 PosixLocale::PosixLocale()
     : pattern_(PatternOfEnvironment()), separator_(SeparatorOfPattern(pattern_)) {}
+
+std::unique_ptr<LocaleInfo> SystemLocale() { return std::make_unique<PosixLocale>(); }
 
 }  // namespace velumar

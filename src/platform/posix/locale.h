@@ -7,7 +7,8 @@
 
 namespace velumar {
 
-// Dates as the environment's LC_TIME has them. The process's own locale isn't touched.
+// The date format of the environment's LC_TIME, which the process itself doesn't switch to.
+// QLocale's short format has two-digit years where the system's has four.
 class PosixLocale : public LocaleInfo {
  public:
   PosixLocale();
@@ -20,12 +21,12 @@ class PosixLocale : public LocaleInfo {
   std::string separator_;
 };
 
-// A date format of strftime as a pattern in the letters d, M and y: "dd.MM.yyyy" for "%d.%m.%Y".
-// Texts that could be taken for letters stand in single quotes. "M/d/yyyy" for a format that hasn't
-// day, month and year once each or that a pattern can't tell.
+// Turns a date format of strftime into a pattern of d, M and y: "dd.MM.yyyy" for "%d.%m.%Y". Other
+// letters are put in single quotes. Returns "M/d/yyyy" for a format that hasn't day, month and year
+// once each or can't be written as a pattern.
 std::string PatternOfDateFormat(std::string_view format);
 
-// What stands between the fields of a pattern; "/" where that differs from gap to gap.
+// The text between the fields of a pattern; "/" if it isn't the same between all of them.
 std::string SeparatorOfPattern(std::string_view pattern);
 
 }  // namespace velumar

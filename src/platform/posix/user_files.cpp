@@ -7,8 +7,6 @@
 #include <string>
 #include <system_error>
 
-#include "platform/user_files_common.h"
-
 namespace velumar {
 
 namespace fs = std::filesystem;
@@ -27,8 +25,8 @@ fs::path HomeFolder() {
   return user == nullptr ? fs::current_path() : fs::path(user->pw_dir);
 }
 
-// The samples that an installed program shares with all users; empty where the samples stand beside
-// the program, as they do where it was built.
+// The samples that an installed program shares with all users; empty if they are next to the
+// program, as in the build folder.
 fs::path SharedSamples(const fs::path& program_folder) {
   if (fs::exists(program_folder / "samples")) return {};
   fs::path samples = program_folder / ".." / ".." / "share" / "velumar" / "samples";
@@ -38,7 +36,7 @@ fs::path SharedSamples(const fs::path& program_folder) {
 // "velumar" under $XDG_DATA_HOME, else ~/.local/share.
 fs::path UserDataFolder() {
   fs::path folder = Environment("XDG_DATA_HOME");
-  // A relative folder is to be passed over.
+  // The standard says to ignore relative paths.
   if (!folder.is_absolute()) folder = HomeFolder() / ".local" / "share";
   return folder / "velumar";
 }
@@ -47,7 +45,7 @@ fs::path UserDataFolder() {
 
 fs::path UserFile(std::string_view name) {
   fs::path folder = Environment("XDG_CONFIG_HOME");
-  // A relative folder is to be passed over.
+  // The standard says to ignore relative paths.
   if (!folder.is_absolute()) folder = HomeFolder() / ".config";
   return folder / "velumar" / name;
 }
@@ -58,8 +56,8 @@ fs::path LedgerFile(const fs::path& program_folder) {
       SharedSamples(program_folder).empty() && ::access(program_folder.c_str(), W_OK) == 0;
   if (own_folder) return program_folder / kName;
   const fs::path folder = UserDataFolder();
-  std::error_code told_by_the_ledger;
-  fs::create_directories(folder, told_by_the_ledger);
+  std::error_code reported_by_the_ledger;
+  fs::create_directories(folder, reported_by_the_ledger);
   return folder / kName;
 }
 

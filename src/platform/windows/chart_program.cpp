@@ -7,13 +7,13 @@
 #include "base/handle_windows.h"
 #include "base/paths.h"
 #include "base/windows_text.h"
-#include "platform/chart_main_windows.h"
+#include "platform/chart_program.h"
 
 namespace velumar {
 
 namespace {
 
-// The file that the window's process runs; empty where that isn't told.
+// The file name of the window's program; empty if the system doesn't say.
 std::string ProgramOf(HWND window) {
   const NativeHandle process =
       OwnedHandle(::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, ProcessOf(window)));
@@ -37,7 +37,7 @@ std::string TitleOf(HWND window) {
 
 std::vector<HWND> AllTopLevelWindows() {
   std::vector<HWND> windows;
-  // A window that is raised meanwhile would send the walk over the same ones again.
+  // A window that is raised meanwhile would make the loop see the same windows again.
   constexpr std::size_t kMost = 10000;
   for (HWND window = ::GetWindow(::GetDesktopWindow(), GW_CHILD);
        window != nullptr && windows.size() < kMost; window = ::GetWindow(window, GW_HWNDNEXT)) {

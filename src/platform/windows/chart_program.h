@@ -7,25 +7,22 @@
 
 namespace velumar {
 
-// Empty for a window that is gone.
+// Empty for a closed window.
 std::string TitleOf(HWND window);
-// All of the desktop, front to back.
+// Front to back.
 std::vector<HWND> AllTopLevelWindows();
 DWORD ProcessOf(HWND window);
 
-// Tells the chart program's windows from all others. A folder or a letter may be called like the
-// chart program too: where a window belongs to a process of the program's own file, only that
-// program's windows count; else those whose title is exactly the host title; else those that begin
-// with it.
+// Recognises the chart program's windows; ChartMainWindows says how.
 class WindowsChartProgram {
  public:
   explicit WindowsChartProgram(std::string host_title) : host_title_(std::move(host_title)) {}
 
-  // Front to back; empty while the program doesn't run.
+  // Front to back; empty if the program isn't running.
   std::vector<HWND> MainWindows() const;
-  // Whether the window belongs to a process with a main window.
+  // Returns true if the window belongs to the process of a main window.
   bool Owns(HWND window) const;
-  // Whether keys may go into this window: a main window, or the file dialog of one.
+  // Returns true for windows that may be typed into: main windows and their file dialogs.
   bool TakesKeys(HWND window) const;
 
  private:

@@ -15,7 +15,7 @@ namespace {
 
 using std::chrono_literals::operator""ms;
 
-constexpr auto kActivationPatience = 500ms;
+constexpr auto kActivationTimeout = 500ms;
 constexpr UINT kWherever = SWP_NOMOVE | SWP_NOSIZE;
 
 HWND Native(WindowId window) { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window)); }
@@ -31,11 +31,11 @@ std::optional<HWND> WithTitle(std::string_view title) {
   return beginning;
 }
 
-// Some desktops draw the window that gets the focus above those that stay on top. Ours come up
-// again, the lowest first, so that their order stays. Before that the window has to have taken the
-// focus in: what is sent to it is answered behind it.
+// Some desktops draw the window that gets the focus above those that stay on top. This raises ours
+// again, the lowest first to keep their order. The window must have processed the focus before: it
+// answers a message only then.
 void RaiseOwnOnTop(HWND focused) {
-  Answers(focused, kActivationPatience);
+  Answers(focused, kActivationTimeout);
   std::vector<HWND> windows = AllTopLevelWindows();
   std::erase_if(windows, [](HWND window) {
     return (::GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) == 0 ||
@@ -47,7 +47,7 @@ void RaiseOwnOnTop(HWND focused) {
   }
 }
 
-// The walk ends early where the window that it has come to goes away.
+// The search ends early if the last window found is closed.
 std::vector<HWND> WithClassAndTitle(const std::string& window_class, const std::string& title) {
   constexpr std::size_t kMost = 1000;
   std::vector<HWND> found;
@@ -86,7 +86,7 @@ void WindowsChartWindows::Maximize(WindowId window) {
   placement.showCmd = SW_SHOWMAXIMIZED;
   placement.flags |= WPF_ASYNCWINDOWPLACEMENT;
   placed = placed && ::SetWindowPlacement(Native(window), &placement) != 0;
-  // Where a program may not place another's windows, it may ask for it.
+  // A program that may not place another's windows may still ask for it.
   if (!placed) ::ShowWindowAsync(Native(window), SW_SHOWMAXIMIZED);
 }
 
@@ -99,12 +99,12 @@ bool WindowsChartWindows::BringToFront(std::string_view title) {
     window = WithTitle(title);
   }
   if (!window) return false;
-  // A program that hangs must not hang this one: it is only asked.
+  // Asynchronous, so that a program that hangs doesn't block this one.
   if (::IsIconic(*window) != 0) ::ShowWindowAsync(*window, SW_RESTORE);
-  // Where a window has a dialog open, the dialog is what can have the focus.
+  // If the window has a dialog open, only the dialog can have the focus.
   const HWND target = ::IsWindowEnabled(*window) != 0 ? *window : ::GetLastActivePopup(*window);
   if (!IsInFront(target)) TakeFocus(target);
-  ComesAbout(kActivationPatience, [&] { return IsInFront(target) && ::IsIconic(*window) == 0; });
+  WaitUntil(kActivationTimeout, [&] { return IsInFront(target) && ::IsIconic(*window) == 0; });
   RaiseOwnOnTop(target);
   return true;
 }
@@ -123,7 +123,7 @@ bool WindowsChartWindows::GiveFocus(WindowId window) {
   const HWND target = Native(window);
   if (::IsWindowVisible(target) == 0 || ::IsIconic(target) != 0) return false;
   if (!IsInFront(target)) TakeFocus(target);
-  ComesAbout(kActivationPatience, [target] { return IsInFront(target); });
+  WaitUntil(kActivationTimeout, [target] { return IsInFront(target); });
   RaiseOwnOnTop(target);
   return true;
 }
@@ -134,7 +134,7 @@ bool WindowsChartWindows::DialogExists(std::string_view window_class, std::strin
   const auto of_chart_program =
       std::find_if(found.begin(), found.end(), [&](HWND window) { return program.Owns(window); });
   if (of_chart_program == found.end()) return false;
-  // The program may show the dialog itself as a window of another class.
+  // The dialog that the user sees may be a window of another class.
   for (const HWND window : AllTopLevelWindows()) {
     const bool dialog = ::IsWindowVisible(window) != 0 && TitleOf(window) == title &&
                         ProcessOf(window) == ProcessOf(*of_chart_program);

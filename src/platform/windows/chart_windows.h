@@ -8,10 +8,10 @@
 
 namespace velumar {
 
-// The windows of the desktop.
+// The windows of the Windows desktop.
 class WindowsChartWindows : public ChartWindows {
  public:
-  // `host_title` begins the title of the chart program's main window.
+  // The title of the chart program's main window begins with `host_title`.
   explicit WindowsChartWindows(std::string host_title) : host_title_(std::move(host_title)) {}
 
   std::vector<WindowId> TopLevelWindows() override;
@@ -19,14 +19,14 @@ class WindowsChartWindows : public ChartWindows {
   bool IsWindowVisible(WindowId window) override;
   bool HasOwner(WindowId window) override;
   void Maximize(WindowId window) override;
-  // Brings the window up from an icon too, and waits up to half a second until it has the focus.
+  // Restores the window if it is minimised, and waits up to half a second until it has the focus.
   bool BringToFront(std::string_view title) override;
   WindowId FocusedWindow() override;
   WindowOwner OwnerOf(WindowId window) override;
   // Waits as BringToFront does.
   bool GiveFocus(WindowId window) override;
-  // Only a dialog of the chart program is found, and comes to the front: other programs have such
-  // dialogs too.
+  // Finds only a dialog of the chart program, since others have such dialogs too, and brings it to
+  // the front.
   bool DialogExists(std::string_view window_class, std::string_view title) override;
 
  private:

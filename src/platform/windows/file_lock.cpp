@@ -12,11 +12,7 @@ namespace {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-std::int64_t Wide(DWORD high, DWORD low) {
-  return static_cast<std::int64_t>((std::uint64_t{high} << 32) | low);
-}
-
-// One that may only be read can be locked as well.
+// A file that may only be read can be locked too.
 NativeHandle OpenLock(const fs::path& file) {
   const auto open = [&file](DWORD access, DWORD disposition) {
     return OwnedHandle(::CreateFileW(file.c_str(), access, kShareAll, nullptr, disposition,
@@ -53,27 +49,11 @@ FileLock::FileLock(FileLock&&) noexcept = default;
 
 FileLock::~FileLock() = default;
 
-// The file is gone once its last handle is closed.
+// The file disappears when its last handle is closed.
 void FileLock::Remove() {
   if (state_ == State::kHeld) ::DeleteFileW(file_.c_str());
   handle_->handle.reset();
   state_ = State::kImpossible;
-}
-
-FileState StateOf(const fs::path& file) {
-  const NativeHandle handle =
-      OwnedHandle(::CreateFileW(file.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr,
-                                OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-  BY_HANDLE_FILE_INFORMATION info{};
-  if (!handle || ::GetFileInformationByHandle(handle.get(), &info) == 0) return {};
-  constexpr std::int64_t kTicksPerSecond = 10'000'000;
-  const std::int64_t ticks =
-      Wide(info.ftLastWriteTime.dwHighDateTime, info.ftLastWriteTime.dwLowDateTime);
-  return {.device = info.dwVolumeSerialNumber,
-          .inode = static_cast<std::uint64_t>(Wide(info.nFileIndexHigh, info.nFileIndexLow)),
-          .seconds = ticks / kTicksPerSecond,
-          .nanoseconds = ticks % kTicksPerSecond * 100,
-          .size = Wide(info.nFileSizeHigh, info.nFileSizeLow)};
 }
 
 }  // namespace velumar

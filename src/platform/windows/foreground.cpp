@@ -1,7 +1,6 @@
 #include "platform/windows/foreground.h"
 
 #include "platform/windows/held_keys.h"
-#include "platform/windows/held_modifiers.h"
 
 namespace velumar {
 
@@ -9,16 +8,16 @@ namespace {
 
 using std::chrono_literals::operator""ms;
 
-constexpr auto kMeansPatience = 150ms;
-constexpr auto kAnswerPatience = 200ms;
+constexpr auto kActivationTimeout = 150ms;
+constexpr auto kReplyTimeout = 200ms;
 
-// Windows that share their input may pass the focus on to each other. They wait for each other too,
-// so nothing is shared with a program that hangs.
+// Threads that share their input may give each other's windows the focus. They also wait for each
+// other, so input is never shared with a program that hangs.
 class SharedInput {
  public:
   explicit SharedInput(HWND other)
       : other_(::GetWindowThreadProcessId(other, nullptr)),
-        shared_(other_ != 0 && other_ != kOwn && Answers(other, kAnswerPatience) &&
+        shared_(other_ != 0 && other_ != kOwn && Answers(other, kReplyTimeout) &&
                 ::AttachThreadInput(kOwn, other_, TRUE) != 0) {}
   ~SharedInput() {
     if (shared_) ::AttachThreadInput(kOwn, other_, FALSE);
@@ -37,29 +36,30 @@ void PressKey(WORD key, bool down) {
   ::SendInput(1, &input, sizeof input);
 }
 
-bool ComesToFront(HWND window, std::chrono::milliseconds patience) {
-  return ComesAbout(patience, [window] { return IsInFront(window); });
+bool ComesToFront(HWND window, std::chrono::milliseconds timeout) {
+  return WaitUntil(timeout, [window] { return IsInFront(window); });
 }
 
-// What the system grants comes about in the other program, a moment later.
+// If the system allows it, the other program gets the focus a moment later.
 bool AskForFront(HWND window) {
-  return ::SetForegroundWindow(window) != 0 && ComesToFront(window, kMeansPatience);
+  return ::SetForegroundWindow(window) != 0 && ComesToFront(window, kActivationTimeout);
 }
 
 }  // namespace
 
-bool Answers(HWND window, std::chrono::milliseconds patience) {
+bool Answers(HWND window, std::chrono::milliseconds timeout) {
   DWORD_PTR ignored = 0;
   return ::SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG,
-                               static_cast<UINT>(patience.count()), &ignored) != 0;
+                               static_cast<UINT>(timeout.count()), &ignored) != 0;
 }
 
 bool IsInFront(HWND window) { return ::GetForegroundWindow() == window; }
 
-// A program in the background may not simply take the focus. It may give it away when it shares the
-// input of the program that has it, and whoever's key went down last may too. A key that no program
-// knows comes between: Alt alone would open a menu wherever it is let go. With a key that somebody
-// holds it would be a shortcut. Nothing waits for the window's own program, which may hang.
+// A program in the background may not simply set the focus. It may if it shares the input of the
+// program that has it, or if the last key pressed came from it. Pressing Alt alone would open a
+// menu on release, so a key without a meaning is pressed in between; together with a key that the
+// user holds it would be a shortcut. Nothing here waits for the window's own program, which may
+// hang.
 void TakeFocus(HWND window) {
   if (AskForFront(window)) return;
   {
@@ -67,7 +67,7 @@ void TakeFocus(HWND window) {
     ::SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_ASYNCWINDOWPOS);
     ::SetForegroundWindow(window);
   }
-  if (ComesToFront(window, kMeansPatience) || PersonHoldsModifier()) return;
+  if (ComesToFront(window, kActivationTimeout) || UserHoldsModifier()) return;
   constexpr WORD kNoKey = 0xE8;
   PressKey(VK_MENU, true);
   ::SetForegroundWindow(window);

@@ -4,24 +4,24 @@
 
 #include <chrono>
 
-#include "platform/windows/serving_wait.h"
+#include "platform/windows/waits.h"
 
 namespace velumar {
 
 bool IsInFront(HWND window);
 
-// Whether the window's program answers within that time.
-bool Answers(HWND window, std::chrono::milliseconds patience);
+// Returns true if the window's program answers within that time.
+bool Answers(HWND window, std::chrono::milliseconds timeout);
 
-// Brings the window to the front by the means that the system leaves to a program in the
-// background. It may come there a moment later, or not at all.
+// Brings the window to the front by all means that a program in the background has. It may get
+// there a moment later, or not at all.
 void TakeFocus(HWND window);
 
-// Waits until the condition holds, that long at most, and returns whether it does.
+// Waits until the condition holds, but no longer than `timeout`. Returns true if it holds.
 template <typename Condition>
-bool ComesAbout(std::chrono::milliseconds patience, Condition condition) {
+bool WaitUntil(std::chrono::milliseconds timeout, Condition condition) {
   constexpr std::chrono::milliseconds kPause{5};
-  const auto end = std::chrono::steady_clock::now() + patience;
+  const auto end = std::chrono::steady_clock::now() + timeout;
   while (!condition() && std::chrono::steady_clock::now() < end) WaitServingOthers(kPause);
   return condition();
 }

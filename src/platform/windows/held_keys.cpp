@@ -11,14 +11,15 @@ namespace {
 
 constexpr ULONG_PTR kOwnKeyMark = 0x56454C55;
 
-// The system calls a function that knows of no object.
+// The system calls a function without an argument for an object.
 std::vector<INPUT>& Held() {
   static std::vector<INPUT> held;
   return held;
 }
 
-// The same key again. A character typed without a key has its code unit in place of the scan code.
-INPUT Again(const KBDLLHOOKSTRUCT& key) {
+// Makes an input of the same key. A character typed without a key has its code unit in place of the
+// scan code.
+INPUT ToInput(const KBDLLHOOKSTRUCT& key) {
   const bool character = key.vkCode == VK_PACKET;
   const DWORD flags = (character ? KEYEVENTF_UNICODE : 0) |
                       ((key.flags & LLKHF_EXTENDED) != 0 ? KEYEVENTF_EXTENDEDKEY : 0) |
@@ -32,7 +33,7 @@ LRESULT CALLBACK Hold(int code, WPARAM message, LPARAM event) {
   if (code != HC_ACTION || key.dwExtraInfo == kOwnKeyMark) {
     return ::CallNextHookEx(nullptr, code, message, event);
   }
-  Held().push_back(Again(key));
+  Held().push_back(ToInput(key));
   return 1;
 }
 
@@ -52,8 +53,8 @@ HeldKeys::HeldKeys(HWND window)
     : window_(window),
       hook_(::SetWindowsHookExW(WH_KEYBOARD_LL, Hold, ::GetModuleHandleW(nullptr), 0)) {}
 
-// Keys typed during the loop have to wait for those before them. Releases always go on: a key may
-// have gone down before it was held.
+// Keys that are typed during the loop must come after the earlier ones. Releases are always passed
+// on: the key may have been pressed before keys were held.
 HeldKeys::~HeldKeys() {
   while (!Held().empty()) {
     std::vector<INPUT> keys = std::exchange(Held(), {});

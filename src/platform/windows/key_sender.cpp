@@ -9,19 +9,18 @@
 #include <vector>
 
 #include "base/windows_text.h"
+#include "platform/common/key_timeouts.h"
 #include "platform/key_notation.h"
-#include "platform/typing_patience.h"
 #include "platform/windows/chart_program.h"
 #include "platform/windows/foreground.h"
 #include "platform/windows/held_keys.h"
-#include "platform/windows/held_modifiers.h"
-#include "platform/windows/serving_wait.h"
+#include "platform/windows/waits.h"
 
 namespace velumar {
 
 namespace {
 
-// A key of the keyboard with what has to be held around it.
+// A key of the keyboard with its modifiers.
 struct Place {
   WORD code = 0;
   WORD scan = 0;
@@ -51,12 +50,12 @@ bool IsLetter(char32_t c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= '
 
 bool IsDigit(char32_t c) { return c >= '0' && c <= '9'; }
 
-// The key that types the character, by the layout; its code is 0 where there is none.
+// The key that types the character in the layout; its code is 0 if there is none.
 Place PlaceOfCharacter(const KeyStroke& stroke, HKL layout) {
   Place place{.shift = stroke.shift, .ctrl = stroke.ctrl, .alt = stroke.alt};
   const bool shortcut = stroke.alt || stroke.ctrl;
-  // A shortcut's letter is a key, whatever its case, and whether the layout types that letter or,
-  // say, a Cyrillic one with it.
+  // A shortcut's letter means a key, whatever its case and even if the layout types, say, a
+  // Cyrillic letter with it.
   if (shortcut && (IsLetter(stroke.character) || IsDigit(stroke.character))) {
     constexpr char32_t kCaseBit = 0x20;
     place.code = static_cast<WORD>(IsLetter(stroke.character) ? stroke.character & ~kCaseBit
@@ -76,7 +75,7 @@ Place PlaceOfCharacter(const KeyStroke& stroke, HKL layout) {
   return place;
 }
 
-// The place of a key with the stroke's modifiers; none where the keyboard lacks it.
+// The key with the stroke's modifiers; nothing if the keyboard lacks it.
 std::optional<Place> PlaceOf(const KeyStroke& stroke, HKL layout) {
   Place place;
   if (stroke.named == NamedKey::kNone) {
@@ -138,10 +137,10 @@ bool IsText(const KeyStroke& stroke) {
   return stroke.named == NamedKey::kNone && !stroke.alt && !stroke.ctrl && !stroke.shift;
 }
 
-// Empty where no key is the one that the stroke means: bare, without what is held around it, it
-// would do something else. Letters of a text are typed by their keys, which menus, lists and charts
-// know them by. All else of it is sent as the character that it is: dead keys, Caps Lock and input
-// methods make something else of its key.
+// Letters of a text are sent as keys, by which menus, lists and charts know them. All its other
+// characters are sent as characters, which dead keys, Caps Lock and input methods don't change.
+// Returns nothing for a shortcut whose key the keyboard lacks: sent as a character, without its
+// modifiers, it would do something else.
 std::vector<INPUT> InputsOfStroke(const KeyStroke& stroke, HKL layout) {
   const bool text = IsText(stroke);
   if (text && !IsLetter(stroke.character)) return InputsOfCharacter(stroke.character);
@@ -149,40 +148,40 @@ std::vector<INPUT> InputsOfStroke(const KeyStroke& stroke, HKL layout) {
   return text ? InputsOfCharacter(stroke.character) : std::vector<INPUT>();
 }
 
-// Nothing stays pressed of keys that were only taken in part.
-void LetGo(const std::vector<INPUT>& inputs, UINT taken) {
+// Releases the keys of a sequence that the system took only in part.
+void ReleaseKeys(const std::vector<INPUT>& inputs, UINT taken) {
   std::vector<INPUT> releases;
   std::copy_if(inputs.begin() + taken, inputs.end(), std::back_inserter(releases),
                [](const INPUT& input) { return (input.ki.dwFlags & KEYEVENTF_KEYUP) != 0; });
   ::SendInput(static_cast<UINT>(releases.size()), releases.data(), sizeof(INPUT));
 }
 
-// The keys of one text on their way into the chart program.
+// Types the keys of one text into the chart program.
 class Typing {
  public:
   explicit Typing(const std::string& host_title) : program_(host_title) {}
 
   KeyOutcome TypeAll(const std::vector<KeyStroke>& strokes) {
     for (const KeyStroke& stroke : strokes) {
-      if (!TypeWithPatience(stroke)) {
+      if (!TypeInTime(stroke)) {
         WaitUntilRead();
-        return KeyOutcome::kHeldBack;
+        return KeyOutcome::kNotSent;
       }
       // A shortcut opens a menu that takes the next key.
       if (stroke.alt || stroke.ctrl) WaitUntilRead();
     }
     WaitUntilRead();
-    return answered_ ? KeyOutcome::kTakenIn : KeyOutcome::kNotAnswered;
+    return answered_ ? KeyOutcome::kAccepted : KeyOutcome::kNotAnswered;
   }
 
  private:
-  bool TypeWithPatience(const KeyStroke& stroke) {
+  bool TypeInTime(const KeyStroke& stroke) {
     const auto start = std::chrono::steady_clock::now();
     while (true) {
       const Obstacle obstacle = Try(stroke);
       if (obstacle == Obstacle::kNone) return true;
-      if (std::chrono::steady_clock::now() - start >= PatienceWith(obstacle)) return false;
-      WaitServingOthers(kLook);
+      if (std::chrono::steady_clock::now() - start >= TimeoutFor(obstacle)) return false;
+      WaitServingOthers(kCheckInterval);
     }
   }
 
@@ -190,7 +189,7 @@ class Typing {
     const HWND front = ::GetForegroundWindow();
     if (front == nullptr) return Obstacle::kNoFocus;
     if (!program_.TakesKeys(front)) return Obstacle::kOtherWindow;
-    if (PersonHoldsModifier()) return Obstacle::kPersonTypes;
+    if (UserHoldsModifier()) return Obstacle::kUserTypes;
     const HKL layout = ::GetKeyboardLayout(::GetWindowThreadProcessId(front, nullptr));
     std::vector<INPUT> inputs = InputsOfStroke(stroke, layout);
     if (inputs.empty()) return Obstacle::kNoSuchKey;
@@ -198,17 +197,17 @@ class Typing {
     const UINT taken = ::SendInput(count, inputs.data(), sizeof(INPUT));
     if (taken != count) {
       const DWORD code = ::GetLastError();
-      if (taken != 0) LetGo(inputs, taken);
-      throw std::runtime_error("the system takes no keys: " + SystemErrorText(code));
+      if (taken != 0) ReleaseKeys(inputs, taken);
+      throw std::runtime_error("Windows takes no keys from programs: " + SystemErrorText(code));
     }
     unread_in_ = front;
     unread_ += count;
     return Obstacle::kNone;
   }
 
-  // What is sent to a window is answered before it reads its next key or the character that a key
-  // has made: with two answers for each key, and one more, all of them are read. All waits of one
-  // text together stay within the patience.
+  // A window answers a sent message before it reads its next key, or the character that a key
+  // makes. So after two answers for each key, and one more, it has read all of them. All waits of
+  // one text share one timeout.
   void WaitUntilRead() {
     const HWND window = unread_in_;
     const UINT rounds = 2 * unread_ + 1;
@@ -219,11 +218,11 @@ class Typing {
       DWORD_PTR ignored = 0;
       ::SetLastError(ERROR_SUCCESS);
       const bool answered = ::SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL,
-                                                  std::max(patience_ms_, DWORD{1}), &ignored) != 0;
+                                                  std::max(time_left_ms_, DWORD{1}), &ignored) != 0;
       const auto spent = static_cast<DWORD>(::GetTickCount64() - start);
-      patience_ms_ -= std::min(patience_ms_, spent);
+      time_left_ms_ -= std::min(time_left_ms_, spent);
       if (!answered) {
-        // A dialog that the keys have closed is gone.
+        // The keys may have closed the dialog.
         answered_ = answered_ && ::IsWindow(window) == 0;
         return;
       }
@@ -234,11 +233,11 @@ class Typing {
   WindowsChartProgram program_;
   HWND unread_in_ = nullptr;
   UINT unread_ = 0;
-  DWORD patience_ms_{kAnswerPatience.count()};
+  DWORD time_left_ms_{kAnswerTimeout.count()};
   bool answered_ = true;
 };
 
-// The window in front while keys go to another.
+// Brings a window to the front and returns the focus to the one before at the end.
 class FrontLoan {
  public:
   FrontLoan(HWND before, HWND window) : before_(before) { BringUp(window); }
@@ -248,9 +247,9 @@ class FrontLoan {
 
  private:
   static void BringUp(HWND window) {
-    constexpr std::chrono::milliseconds kPatience{500};
+    constexpr std::chrono::milliseconds kTimeout{500};
     TakeFocus(window);
-    ComesAbout(kPatience, [window] { return IsInFront(window); });
+    WaitUntil(kTimeout, [window] { return IsInFront(window); });
   }
 
   HWND before_;
@@ -264,8 +263,9 @@ KeyOutcome WindowsKeySender::Send(std::string_view keys) {
   const bool control = std::any_of(strokes.begin(), strokes.end(), [](const KeyStroke& stroke) {
     return stroke.named == NamedKey::kNone && stroke.character < kFirstPrintable;
   });
-  if (control)
+  if (control) {
     throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
+  }
   return Typing(host_title_).TypeAll(strokes);
 }
 
@@ -274,14 +274,14 @@ KeyOutcome WindowsKeySender::SendBehind(std::string_view keys) {
   const WindowsChartProgram program(host_title_);
   if (front != nullptr && program.TakesKeys(front)) return Send(keys);
   const std::vector<HWND> charts = program.MainWindows();
-  // A modifier that is down already can't be let go of once keys are held.
+  // Once keys are held, the release of a modifier would not arrive either.
   const bool free =
       front != nullptr && !charts.empty() && ::IsIconic(charts.front()) == 0 &&
       ::IsWindowEnabled(charts.front()) != 0 &&
-      ComesAbout(PatienceWith(Obstacle::kPersonTypes), [] { return !PersonHoldsModifier(); });
-  if (!free) return KeyOutcome::kHeldBack;
+      WaitUntil(TimeoutFor(Obstacle::kUserTypes), [] { return !UserHoldsModifier(); });
+  if (!free) return KeyOutcome::kNotSent;
   const HeldKeys held(front);
-  if (!held) return KeyOutcome::kHeldBack;
+  if (!held) return KeyOutcome::kNotSent;
   const FrontLoan loan(front, charts.front());
   return Send(keys);
 }

@@ -7,26 +7,24 @@
 
 namespace velumar {
 
-// Types into the window in front, and only while that one is the chart program's main window or its
-// file dialog; that is looked at before every single key.
+// Types into the window in front if it is the chart program's main window or its file dialog. This
+// is checked before every key.
 //
-// A person's own keys come first: while one holds Ctrl, Alt, Shift or a Windows key, a key waits up
-// to a second and is then held back. Keys arrive the same under Caps Lock and in every keyboard
-// layout: all text but its letters is typed as characters, and shortcuts by the keys that carry
-// their letters elsewhere where the layout has none.
+// While the user holds Ctrl, Alt, Shift or a Windows key, a key waits up to a second and is then
+// not sent. Caps Lock and the keyboard layout don't matter: text other than letters is sent as
+// characters, and a shortcut whose letter the layout lacks by the key that has it in other layouts.
 class WindowsKeySender : public KeySender {
  public:
-  // As in WindowsChartWindows.
+  // The title of the chart program's main window begins with `host_title`.
   explicit WindowsKeySender(std::string host_title) : host_title_(std::move(host_title)) {}
 
-  // kHeldBack: the keys from the first that found another window in front, or that the keyboard
-  // lacks, were not typed.
-  // kNotAnswered: after two seconds in all. Throws std::runtime_error when the system takes no keys
-  // from programs.
+  // kNotSent: another window was in front from some key on, or the keyboard lacks the key; that key
+  // and the rest were not typed. kNotAnswered: after two seconds in all. Throws std::runtime_error
+  // if the system takes no keys from programs.
   KeyOutcome Send(std::string_view keys) override;
-  // The chart is in front for a moment. The trader's keys are held until the window that was in
-  // front before is back, and typed into it then. If it doesn't come back, they are dropped: typed
-  // into the chart they could place orders.
+  // Brings the chart to the front for a moment. The trader's keys are held meanwhile and typed into
+  // the previous window once it is back. If it isn't back within half a second, they are dropped:
+  // typed into the chart they could place orders.
   KeyOutcome SendBehind(std::string_view keys) override;
 
  private:

@@ -1,31 +1,29 @@
-#include "platform/programs.h"
+#include "platform/system.h"
 
 #include <windows.h>
-// Behind windows.h, whose names it needs.
+// Needs the names of windows.h.
 #include <shellapi.h>
 
-#include <cstdio>
-#include <iostream>
 #include <stdexcept>
 
 #include "base/handle_windows.h"
 #include "base/windows_text.h"
 #include "platform/command_line.h"
-#include "platform/process_end.h"
-#include "platform/windows/quoted_argument.h"
+#include "platform/process.h"
+#include "platform/windows/programs.h"
 
 namespace velumar {
 
 namespace {
 
 [[noreturn]] void FailToStart(const std::string& program, DWORD code) {
-  throw std::runtime_error("the program " + program +
-                           " can't be started: " + SystemErrorText(code));
+  throw std::runtime_error("The program " + program +
+                           " could not be started: " + SystemErrorText(code));
 }
 
 }  // namespace
 
-// Backslashes only mean something in front of a quote: each is doubled there.
+// Backslashes are special only before a quote, where each is doubled.
 std::wstring QuotedArgument(std::string_view argument) {
   const std::wstring text = WideText(argument);
   if (!text.empty() && text.find_first_of(L" \t\"") == std::wstring::npos) return text;
@@ -43,7 +41,7 @@ std::wstring QuotedArgument(std::string_view argument) {
 void SystemPrograms::Start(std::string_view command_line) {
   std::vector<std::string> command = SplitCommandLine(command_line);
   command.insert(command.end(), extra_arguments_.begin(), extra_arguments_.end());
-  // Always in quotes, so that no other program can be taken for it.
+  // Always in quotes, so that a path with blanks can't start another program.
   std::wstring line = L"\"" + WideText(command.front()) + L"\"";
   for (std::size_t i = 1; i < command.size(); ++i) line += L" " + QuotedArgument(command[i]);
   STARTUPINFOW startup{};
@@ -57,7 +55,7 @@ void SystemPrograms::Start(std::string_view command_line) {
   }
   const NativeHandle process = OwnedHandle(started.hProcess);
   const NativeHandle thread = OwnedHandle(started.hThread);
-  // Its window comes up with the focus.
+  // Its window may take the focus.
   ::AllowSetForegroundWindow(started.dwProcessId);
 }
 
@@ -66,17 +64,10 @@ void SystemPrograms::OpenInBrowser(std::string_view address) {
   const HINSTANCE answer =
       ::ShellExecuteW(nullptr, L"open", WideText(address).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
   if (reinterpret_cast<std::intptr_t>(answer) > kLastError) return;
-  throw std::runtime_error("there is no program to open " + std::string(address) +
-                           " with: " + SystemErrorText(::GetLastError()));
+  throw std::runtime_error(std::string(address) +
+                           " could not be opened: " + SystemErrorText(::GetLastError()));
 }
 
 void SystemPrograms::EndProcess() { EndProcessAtOnce(0); }
-
-void EndProcessAtOnce(int code) {
-  std::cout.flush();
-  std::fflush(nullptr);
-  ::TerminateProcess(::GetCurrentProcess(), static_cast<UINT>(code));
-  std::abort();
-}
 
 }  // namespace velumar

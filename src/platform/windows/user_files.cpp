@@ -6,8 +6,6 @@
 #include <string>
 #include <system_error>
 
-#include "platform/user_files_common.h"
-
 namespace velumar {
 
 namespace fs = std::filesystem;
@@ -21,14 +19,14 @@ fs::path Environment(const wchar_t* name) {
   return fs::path(std::wstring(text.data(), length));
 }
 
-// This user's folder on this machine.
+// This user's folder for Velumar.
 fs::path UserFolder() {
   fs::path local = Environment(L"LOCALAPPDATA");
   if (!local.is_absolute()) local = Environment(L"USERPROFILE") / "AppData" / "Local";
   return local / "Velumar";
 }
 
-// Attributes don't tell: only a file that is made shows it.
+// Only creating a file shows whether one can be created.
 bool CanWriteIn(const fs::path& folder) {
   const fs::path probe =
       folder / (".velumar-" + std::to_string(::GetCurrentProcessId()) + ".probe");
@@ -40,8 +38,8 @@ bool CanWriteIn(const fs::path& folder) {
   return true;
 }
 
-// The samples that the installer lays down; empty where they stand beside the program, as they do
-// where it was built or unpacked.
+// The samples that the installer puts there; empty if they are next to the program, as in the build
+// folder or the unpacked archive.
 fs::path InstalledSamples(const fs::path& program_folder) {
   if (fs::exists(program_folder / "samples")) return {};
   fs::path samples = program_folder / "share" / "samples";
@@ -56,8 +54,8 @@ fs::path LedgerFile(const fs::path& program_folder) {
   constexpr const char* kName = "Portfolio.mdb";
   const bool own_folder = InstalledSamples(program_folder).empty() && CanWriteIn(program_folder);
   if (own_folder) return program_folder / kName;
-  std::error_code told_by_the_ledger;
-  fs::create_directories(UserFolder(), told_by_the_ledger);
+  std::error_code reported_by_the_ledger;
+  fs::create_directories(UserFolder(), reported_by_the_ledger);
   return UserFolder() / kName;
 }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/chart_main_windows.h"
+#include "platform/chart_program.h"
 
 namespace velumar {
 

@@ -9,21 +9,20 @@
 
 namespace velumar {
 
-// Tells the chart program's windows from all others. A window names its program's file as its
-// class.
+// Recognises the chart program's windows; a window has the file name of its program as its class.
 class X11ChartProgram {
  public:
   // `connection` must outlive the object.
   X11ChartProgram(X11Connection& connection, std::string host_title)
       : connection_(connection), host_title_(std::move(host_title)) {}
 
-  // Front to back; empty while the program doesn't run.
+  // Front to back; empty if the program isn't running.
   std::vector<xcb_window_t> MainWindows();
-  // Whether keys may go into this window: a main window, or the file dialog of one.
+  // Returns true for windows that may be typed into: main windows and their file dialogs.
   bool TakesKeys(xcb_window_t window);
-  // Whether the window is of the program that has the main windows.
+  // Returns true if the window belongs to the program of a main window.
   bool Owns(xcb_window_t window);
-  // The dialog of that title, where one is on the screen.
+  // The dialog with that title, if it is on the screen.
   std::optional<xcb_window_t> ShownDialog(std::string_view title);
 
  private:

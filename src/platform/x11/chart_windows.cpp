@@ -15,7 +15,7 @@ namespace velumar {
 
 namespace {
 
-constexpr std::chrono::milliseconds kActivationPatience{500};
+constexpr std::chrono::milliseconds kActivationTimeout{500};
 constexpr std::chrono::milliseconds kLook{5};
 
 xcb_window_t Native(WindowId window) { return static_cast<xcb_window_t>(window); }
@@ -30,7 +30,7 @@ std::optional<xcb_window_t> WithTitle(X11Connection& connection, std::string_vie
   return beginning;
 }
 
-// Some window managers only mark a window on another workspace as urgent.
+// Some window managers only mark a window on another workspace as urgent instead.
 void SwitchToWorkspaceOf(X11Connection& connection, xcb_window_t window) {
   constexpr std::uint32_t kOnAll = 0xFFFFFFFF;
   xcb_ewmh_connection_t* const ewmh = connection.Ewmh();
@@ -43,7 +43,7 @@ void SwitchToWorkspaceOf(X11Connection& connection, xcb_window_t window) {
 
 void AskToActivate(X11Connection& connection, xcb_window_t window) {
   SwitchToWorkspaceOf(connection, window);
-  // As a pager asks, so that an icon becomes a window.
+  // The request comes as from a pager, so that a minimised window is restored.
   xcb_ewmh_request_change_active_window(connection.Ewmh(), connection.ScreenNumber(), window,
                                         XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER, XCB_CURRENT_TIME,
                                         connection.FrontWindow());
@@ -75,12 +75,12 @@ bool IsShown(X11Connection& connection, xcb_window_t window) {
   return connection.IsMapped(window) && hidden == states.end();
 }
 
-// The focus may still stand on a window that is just going away.
+// The window that is closing may still have the focus, so this also checks that it is shown.
 bool IsInFront(X11Connection& connection, xcb_window_t window) {
   return connection.FrontWindow() == window && IsShown(connection, window);
 }
 
-// Asks for it and waits a little until it is so.
+// Brings the window to the front and waits a moment for the window manager to do it.
 void PutInFront(X11Connection& connection, xcb_window_t window) {
   if (connection.HasWindowManager()) {
     AskToActivate(connection, window);
@@ -88,14 +88,14 @@ void PutInFront(X11Connection& connection, xcb_window_t window) {
     RaiseAndFocus(connection, window);
   }
   xcb_flush(connection.Xcb());
-  const auto end = std::chrono::steady_clock::now() + kActivationPatience;
+  const auto end = std::chrono::steady_clock::now() + kActivationTimeout;
   while (!IsInFront(connection, window) && std::chrono::steady_clock::now() < end) {
     std::this_thread::sleep_for(kLook);
   }
 }
 
-// Nothing here reads events, but errors about windows that have vanished arrive as such.
-void PassOverErrors(X11Connection& connection) {
+// Errors about windows that have closed arrive as events, which nobody else reads here.
+void DropErrors(X11Connection& connection) {
   while (const XOwned<xcb_generic_event_t> event{xcb_poll_for_event(connection.Xcb())}) {
   }
   connection.RequireAlive();
@@ -143,7 +143,7 @@ void X11ChartWindows::Maximize(WindowId window) {
     FillScreen(*connection_, Native(window));
   }
   xcb_flush(connection_->Xcb());
-  PassOverErrors(*connection_);
+  DropErrors(*connection_);
 }
 
 bool X11ChartWindows::BringToFront(std::string_view title) {
@@ -156,7 +156,7 @@ bool X11ChartWindows::BringToFront(std::string_view title) {
   }
   if (!window) return false;
   PutInFront(*connection_, *window);
-  PassOverErrors(*connection_);
+  DropErrors(*connection_);
   return true;
 }
 
@@ -175,17 +175,17 @@ WindowOwner X11ChartWindows::OwnerOf(WindowId window) {
 bool X11ChartWindows::GiveFocus(WindowId window) {
   if (!IsShown(*connection_, Native(window))) return false;
   if (!IsInFront(*connection_, Native(window))) PutInFront(*connection_, Native(window));
-  PassOverErrors(*connection_);
+  DropErrors(*connection_);
   return true;
 }
 
-// A dialog is found to be typed into: a click of the trader's elsewhere, or a slow window manager,
-// may not lead its first keys into another window.
+// The caller types into the dialog next. It comes to the front first, in case the trader clicked
+// elsewhere or the window manager is slow.
 bool X11ChartWindows::DialogExists(std::string_view, std::string_view title) {
   const std::optional<xcb_window_t> dialog =
       X11ChartProgram(*connection_, host_title_).ShownDialog(title);
   if (dialog && !IsInFront(*connection_, *dialog)) PutInFront(*connection_, *dialog);
-  PassOverErrors(*connection_);
+  DropErrors(*connection_);
   return dialog.has_value();
 }
 

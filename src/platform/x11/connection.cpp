@@ -10,7 +10,7 @@ namespace velumar {
 
 namespace {
 
-std::string NameForPeople(const std::string& display_name) {
+std::string DisplayedName(const std::string& display_name) {
   if (!display_name.empty()) return "\"" + display_name + "\"";
   const char* const name = std::getenv("DISPLAY");
   return name == nullptr ? "(DISPLAY isn't set)" : "\"" + std::string(name) + "\"";
@@ -32,7 +32,8 @@ X11Connection::X11Connection(std::string display_name) : display_name_(std::move
   if (!reached ||
       xcb_ewmh_init_atoms_replies(&ewmh_, xcb_ewmh_init_atoms(connection, &ewmh_), nullptr) == 0) {
     xcb_disconnect(connection);
-    throw std::runtime_error("the X display " + NameForPeople(display_name_) + " can't be reached");
+    throw std::runtime_error("The X display " + DisplayedName(display_name_) +
+                             " can't be reached.");
   }
   root_ = RootOf(connection, screen_number_);
 }
@@ -44,8 +45,8 @@ X11Connection::~X11Connection() {
 
 void X11Connection::RequireAlive() const {
   if (xcb_connection_has_error(Xcb()) == 0) return;
-  throw std::runtime_error("the connection to the X display " + NameForPeople(display_name_) +
-                           " is lost");
+  throw std::runtime_error("The connection to the X display " + DisplayedName(display_name_) +
+                           " is lost.");
 }
 
 void X11Connection::RequireAnswer() const {
@@ -54,7 +55,7 @@ void X11Connection::RequireAnswer() const {
   RequireAlive();
 }
 
-// A window manager that died leaves its window's number behind, but not the window.
+// A window manager that crashed leaves the number of its window on the root, but not the window.
 bool X11Connection::HasWindowManager() {
   const xcb_window_t sign = NumberProperty(root_, ewmh_._NET_SUPPORTING_WM_CHECK);
   return sign != XCB_NONE && NumberProperty(sign, ewmh_._NET_SUPPORTING_WM_CHECK) == sign;
@@ -96,7 +97,7 @@ xcb_window_t X11Connection::FocusedWindow() {
   return window;
 }
 
-// An old window manager puts a frame without a title around each window.
+// Old window managers put a frame without a title around each window.
 xcb_window_t X11Connection::ClientBelow(xcb_window_t window) {
   if (window == XCB_NONE) return XCB_NONE;
   const XOwned<xcb_get_window_attributes_reply_t> attributes(
@@ -150,7 +151,7 @@ xcb_window_t X11Connection::Owner(xcb_window_t window) {
 }
 
 bool X11Connection::SameProgram(xcb_window_t left, xcb_window_t right) {
-  // The server gives all windows of one connection numbers that begin alike.
+  // All windows of one connection have numbers with the same beginning.
   const std::uint32_t own = xcb_get_setup(Xcb())->resource_id_mask;
   if ((left & ~own) == (right & ~own)) return true;
   constexpr int kLongestChain = 10;

@@ -18,21 +18,20 @@ struct FreeMemory {
 template <typename T>
 using XOwned = std::unique_ptr<T, FreeMemory>;
 
-// A connection to one screen of an X display, with the questions that the back ends ask of its
-// windows. Windows of other programs may vanish at any moment: questions about them then have empty
-// answers.
+// A connection to one screen of an X display, with queries about its windows. Windows of other
+// programs may close at any moment; queries about them then return empty values.
 class X11Connection {
  public:
-  // An empty name is the display of the environment. Throws std::runtime_error naming a display
-  // that can't be reached.
+  // An empty name means the display of the environment. Throws std::runtime_error naming the
+  // display if it can't be reached.
   explicit X11Connection(std::string display_name);
   X11Connection(const X11Connection&) = delete;
   X11Connection& operator=(const X11Connection&) = delete;
   ~X11Connection();
 
-  // Throws std::runtime_error once the connection was found broken.
+  // Throws std::runtime_error if a call has found the connection broken.
   void RequireAlive() const;
-  // The same, by asking the server.
+  // The same after a round trip to the server.
   void RequireAnswer() const;
 
   xcb_connection_t* Xcb() const { return ewmh_.connection; }
@@ -44,26 +43,26 @@ class X11Connection {
   bool HasWindowManager();
   // Front to back. Without a window manager, the titled children of the root.
   std::vector<xcb_window_t> TopLevelWindows();
-  // The top-level window that the window manager calls active, else the focused one; XCB_NONE when
-  // none is.
+  // The window manager's active window, without one the focused top-level window; XCB_NONE if there
+  // is none.
   xcb_window_t FrontWindow();
-  // The top-level window that has the focus by the X server, which knows it at once; XCB_NONE when
-  // none has.
+  // The top-level window with the X server's input focus, which is up to date before the window
+  // manager's active window; XCB_NONE if none has it.
   xcb_window_t FocusedWindow();
 
   std::string Title(xcb_window_t window);
-  // Both texts of the window's class: the program's name and its kind.
+  // Both parts of the window's class: instance and class.
   std::vector<std::string> ClassTexts(xcb_window_t window);
   bool IsMapped(xcb_window_t window);
-  // The window that this one is a dialog of, or XCB_NONE.
+  // The window that owns this dialog, or XCB_NONE.
   xcb_window_t Owner(xcb_window_t window);
-  // Whether both windows are of one program, or of a program and its helper for dialogs.
+  // Returns true if both windows belong to one program, or to a program and its helper for dialogs.
   bool SameProgram(xcb_window_t left, xcb_window_t right);
 
   xcb_atom_t Atom(const char* name);
   std::string TextProperty(xcb_window_t window, xcb_atom_t property);
   std::vector<std::uint32_t> NumbersProperty(xcb_window_t window, xcb_atom_t property);
-  // 0 when there is none.
+  // 0 if there is none.
   std::uint32_t NumberProperty(xcb_window_t window, xcb_atom_t property);
   // Back to front.
   std::vector<xcb_window_t> Children(xcb_window_t window);

@@ -7,8 +7,8 @@
 #include <thread>
 #include <utility>
 
+#include "platform/common/key_timeouts.h"
 #include "platform/key_notation.h"
-#include "platform/typing_patience.h"
 #include "platform/x11/chart_program.h"
 #include "platform/x11/connection.h"
 #include "platform/x11/keyboard.h"
@@ -20,10 +20,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// The keys of one text on their way into the chart program.
+// Types the keys of one text into the chart program.
 class Typing {
  public:
-  // `behind`: whatever window is in front.
+  // `behind`: type even if another program's window is in front.
   Typing(X11Connection& connection, const std::string& host_title, const std::string& display_name,
          bool behind)
       : connection_(connection),
@@ -33,25 +33,25 @@ class Typing {
         behind_(behind) {}
 
   KeyOutcome TypeAll(const std::vector<KeyStroke>& strokes) {
-    bool held_back = false;
-    for (rest_ = strokes; !rest_.empty() && !held_back; rest_ = rest_.subspan(1)) {
-      held_back = !TypeWithPatience(rest_.front());
+    bool not_sent = false;
+    for (rest_ = strokes; !rest_.empty() && !not_sent; rest_ = rest_.subspan(1)) {
+      not_sent = !TypeInTime(rest_.front());
       // A shortcut opens a menu that takes the next key.
       if (rest_.front().alt || rest_.front().ctrl) WaitUntilRead();
     }
     WaitUntilRead();
-    if (held_back) return KeyOutcome::kHeldBack;
-    return answered_ ? KeyOutcome::kTakenIn : KeyOutcome::kNotAnswered;
+    if (not_sent) return KeyOutcome::kNotSent;
+    return answered_ ? KeyOutcome::kAccepted : KeyOutcome::kNotAnswered;
   }
 
  private:
-  bool TypeWithPatience(const KeyStroke& stroke) {
+  bool TypeInTime(const KeyStroke& stroke) {
     const Clock::time_point start = Clock::now();
     while (true) {
       const Obstacle obstacle = Try(stroke);
       if (obstacle == Obstacle::kNone) return true;
-      if (Clock::now() - start >= PatienceWith(obstacle)) return false;
-      std::this_thread::sleep_for(kLook);
+      if (Clock::now() - start >= TimeoutFor(obstacle)) return false;
+      std::this_thread::sleep_for(kCheckInterval);
     }
   }
 
@@ -64,7 +64,7 @@ class Typing {
     return front == XCB_NONE ? Obstacle::kNoFocus : Obstacle::kOtherWindow;
   }
 
-  // A chart that is an icon or on another workspace can't have the focus.
+  // A chart that is minimised or on another workspace can't have the focus.
   Obstacle TryBehind(const KeyStroke& stroke) {
     const std::vector<xcb_window_t> charts = program_.MainWindows();
     if (charts.empty() || !connection_.IsMapped(charts.front())) return Obstacle::kOtherWindow;
@@ -79,23 +79,23 @@ class Typing {
       outcome = keyboard_.Type(stroke, window, reach);
     }
     if (outcome == X11Keyboard::Outcome::kNoKey) {
-      throw std::runtime_error("the keyboard layout lacks a character and has no spare key for it");
+      throw std::runtime_error("The keyboard layout has no key for a character and no spare key.");
     }
-    if (outcome == X11Keyboard::Outcome::kPersonTypes) return Obstacle::kPersonTypes;
+    if (outcome == X11Keyboard::Outcome::kUserTypes) return Obstacle::kUserTypes;
     if (outcome != X11Keyboard::Outcome::kTyped) return Obstacle::kNoFocus;
     unread_in_ = window;
     return Obstacle::kNone;
   }
 
-  // All waits of one text together stay within the patience.
+  // All waits of one text share one timeout.
   void WaitUntilRead() {
     if (unread_in_ == XCB_NONE) return;
     const Clock::time_point start = Clock::now();
-    if (!ping_.WaitUntilRead(unread_in_, start + patience_)) {
+    if (!ping_.WaitUntilRead(unread_in_, start + time_left_)) {
       answered_ = false;
       keyboard_.KeepPrepared();
     }
-    patience_ = std::max(Clock::duration::zero(), patience_ - (Clock::now() - start));
+    time_left_ = std::max(Clock::duration::zero(), time_left_ - (Clock::now() - start));
     unread_in_ = XCB_NONE;
   }
 
@@ -106,7 +106,7 @@ class Typing {
   bool behind_;
   std::span<const KeyStroke> rest_;
   xcb_window_t unread_in_ = XCB_NONE;
-  Clock::duration patience_ = kAnswerPatience;
+  Clock::duration time_left_ = kAnswerTimeout;
   bool answered_ = true;
 };
 

@@ -3,17 +3,15 @@
 #include <optional>
 #include <stdexcept>
 
-#include "platform/x11/server_grab.h"
-
 namespace velumar {
 
 namespace {
 
-// A window that vanishes while it's asked for is no reason to end the process.
-int PassOver(Display*, XErrorEvent*) { return 0; }
+// The default handlers end the process if a window has closed meanwhile.
+int IgnoreError(Display*, XErrorEvent*) { return 0; }
 
-// Nor is a display that does. The calls that follow fail one by one.
-void Remember(Display*, void* gone) { *static_cast<bool*>(gone) = true; }
+// The same if the display is gone; all further calls fail.
+void NoteGone(Display*, void* gone) { *static_cast<bool*>(gone) = true; }
 
 bool TakesKeysFromPrograms(Display* display) {
   int opcode = 0;
@@ -32,7 +30,7 @@ Window ParentOf(Display* display, Window window) {
   return parent;
 }
 
-// The window has the focus while it lives; then the one that had it before has it again.
+// Gives a window the focus and returns it to the previous one at the end.
 class FocusLoan {
  public:
   FocusLoan(Display* display, Window window) : display_(display) {
@@ -55,13 +53,14 @@ class FocusLoan {
 }  // namespace
 
 X11Keyboard::X11Keyboard(const std::string& display_name)
-    : errors_before_(XSetErrorHandler(PassOver)),
+    : errors_before_(XSetErrorHandler(IgnoreError)),
       display_(xdo_new(display_name.empty() ? nullptr : display_name.c_str())) {
   try {
-    if (!display_) throw std::runtime_error("the X display can't be reached for keys");
-    XSetIOErrorExitHandler(display_->xdpy, Remember, &gone_);
+    if (!display_) throw std::runtime_error("The X display can't be reached.");
+    XSetIOErrorExitHandler(display_->xdpy, NoteGone, &gone_);
     if (!TakesKeysFromPrograms(display_->xdpy)) {
-      throw std::runtime_error("the X display takes no keys from programs (XTEST is missing)");
+      throw std::runtime_error(
+          "The X display takes no keys from programs: it lacks the XTEST extension.");
     }
     layout_ = std::make_unique<X11Layout>(*display_);
   } catch (...) {
@@ -93,11 +92,11 @@ X11Keyboard::Outcome X11Keyboard::TypeGrabbed(const KeyStroke& stroke, Window wi
   if (reach == Reach::kFocused && !FocusIsInside(window)) return Outcome::kFocusElsewhere;
   constexpr unsigned kShortcutLocks = ShiftMask | ControlMask | Mod1Mask | Mod4Mask;
   if ((state.base_mods | state.latched_mods | (state.locked_mods & kShortcutLocks)) != 0 ||
-      (reach == Reach::kBehind && KeptByAnotherProgram())) {
-    return Outcome::kPersonTypes;
+      (reach == Reach::kBehind && GrabbedByAnotherProgram())) {
+    return Outcome::kUserTypes;
   }
   std::optional<X11Layout::Key> key = layout_->Find(stroke, state);
-  // Caps Lock turns some letters to a case from which Shift doesn't bring them back.
+  // Some letters can't be typed under Caps Lock, with or without Shift.
   const bool without_caps_lock = !key;
   if (without_caps_lock) {
     state.locked_mods = static_cast<unsigned char>(state.locked_mods & ~LockMask);
@@ -106,7 +105,7 @@ X11Keyboard::Outcome X11Keyboard::TypeGrabbed(const KeyStroke& stroke, Window wi
   if (!key) return Outcome::kNoKey;
   std::optional<FocusLoan> loan;
   if (reach == Reach::kBehind) loan.emplace(display_->xdpy, window);
-  // A window that isn't on the screen is refused the focus.
+  // A window that isn't on the screen doesn't get the focus.
   if (!FocusIsInside(window)) return Outcome::kFocusElsewhere;
   if (without_caps_lock) XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, 0);
   Press(*key);
@@ -114,9 +113,9 @@ X11Keyboard::Outcome X11Keyboard::TypeGrabbed(const KeyStroke& stroke, Window wi
   return Outcome::kTyped;
 }
 
-// Keys would go to that program, whatever window has the focus. The only way to know is to ask for
-// the keyboard.
-bool X11Keyboard::KeptByAnotherProgram() const {
+// Keys would then go to that program, whatever window has the focus. Only trying to grab the
+// keyboard shows it.
+bool X11Keyboard::GrabbedByAnotherProgram() const {
   Display* const display = display_->xdpy;
   const int answer = XGrabKeyboard(display, DefaultRootWindow(display), True, GrabModeAsync,
                                    GrabModeAsync, CurrentTime);
@@ -150,7 +149,7 @@ void X11Keyboard::Press(const X11Layout::Key& key) {
 }
 
 void X11Keyboard::RequireAlive() const {
-  if (gone_) throw std::runtime_error("the connection to the X display is lost");
+  if (gone_) throw std::runtime_error("The connection to the X display is lost.");
 }
 
 }  // namespace velumar

@@ -10,36 +10,35 @@
 
 namespace velumar {
 
-// Presses and releases keys of a display as a person would. Characters arrive the same whatever
-// layout is on and under Caps Lock.
+// Presses and releases keys of a display as a user would, whatever the layout and Caps Lock.
 class X11Keyboard {
  public:
   enum class Outcome : std::uint8_t {
     kTyped,
     kFocusElsewhere,  // the focus isn't inside the window
-    kPersonTypes,     // a person holds Ctrl, Alt or Shift, or a menu of another program is open
+    kUserTypes,       // the user holds Ctrl, Alt or Shift, or another program has a menu open
     kNoKey,           // the layout lacks the character
   };
   enum class Reach : std::uint8_t {
-    kFocused,  // only while the window or one inside it has the focus
-    kBehind,   // the window gets the focus for the key alone
+    kFocused,  // only if the window or one inside it has the focus
+    kBehind,   // the window gets the focus for this key only
   };
 
-  // An empty name is the display of the environment. Throws std::runtime_error for one that can't
-  // be reached or takes no keys from programs.
+  // An empty name means the display of the environment. Throws std::runtime_error if it can't be
+  // reached or takes no keys from programs.
   explicit X11Keyboard(const std::string& display_name);
   X11Keyboard(const X11Keyboard&) = delete;
   X11Keyboard& operator=(const X11Keyboard&) = delete;
   ~X11Keyboard();
 
-  // Makes keys for the characters that the layout lacks, as X11Layout::Lend does. The spare keys
-  // are free again when the object ends: programs must have read them by then too.
+  // Assigns spare keys to the characters that the layout lacks, as X11Layout::Lend does. They are
+  // freed by the destructor, so programs must have read their keys by then.
   void Prepare(std::span<const KeyStroke> strokes);
-  // For a program that hasn't read its keys yet: those made so far stay on the keyboard.
+  // Keeps the assigned keys, for a program that hasn't read them yet.
   void KeepPrepared() { layout_->Keep(); }
 
-  // Types the key into `window`, and nothing when it can't have it: no other program can come
-  // between the look and the key. Both throw std::runtime_error when the display is gone.
+  // Types the key into `window`, or nothing if the window can't have it. The focus can't change
+  // between the check and the key. Both throw std::runtime_error if the display is gone.
   Outcome Type(const KeyStroke& stroke, Window window, Reach reach);
 
  private:
@@ -48,7 +47,7 @@ class X11Keyboard {
   };
 
   Outcome TypeGrabbed(const KeyStroke& stroke, Window window, Reach reach);
-  bool KeptByAnotherProgram() const;
+  bool GrabbedByAnotherProgram() const;
   XkbStateRec State() const;
   bool FocusIsInside(Window window) const;
   void Press(const X11Layout::Key& key);

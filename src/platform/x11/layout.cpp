@@ -8,8 +8,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/x11/server_grab.h"
-
 namespace velumar {
 
 namespace {
@@ -29,7 +27,7 @@ KeySym NamedSymbol(const KeyStroke& stroke) {
   return NoSymbol;
 }
 
-// Characters up to U+00FF are their own symbols, all others have one in a range of their own.
+// Characters up to U+00FF are their own symbols; the others are in a separate range.
 KeySym SymbolOf(char32_t character) {
   constexpr KeySym kUnicode = 0x01000000;
   constexpr char32_t kLastLatin1 = 0xFF;
@@ -46,7 +44,7 @@ char32_t LowerCased(char32_t character) {
   return character >= U'A' && character <= U'Z' ? character - U'A' + U'a' : character;
 }
 
-// Shortcuts go by the key: Alt+F is the key F without Shift, whatever the case.
+// The case of a shortcut's letter doesn't matter: Alt+F is the key F without Shift.
 bool IsShortcut(const KeyStroke& stroke) { return stroke.alt || stroke.ctrl || stroke.shift; }
 
 char32_t CharacterOf(const KeyStroke& stroke) {
@@ -73,7 +71,7 @@ X11Layout::X11Layout(const xdo_t& display) : display_(display) {
 
 void X11Layout::ReadMap() {
   map_.reset(XkbGetMap(display_.xdpy, XkbAllClientInfoMask, XkbUseCoreKbd));
-  if (!map_) throw std::runtime_error("the X display doesn't tell its keyboard layout");
+  if (!map_) throw std::runtime_error("The X display has no keyboard layout.");
 }
 
 void X11Layout::FindSpareKeys() {
@@ -145,7 +143,7 @@ bool X11Layout::Gives(const Candidate& candidate, int group, unsigned modifiers)
     return false;
   }
   if ((modifiers & LockMask & ~consumed) != 0) {
-    // Programs turn such letters to upper case by themselves.
+    // Programs convert such letters to upper case themselves.
     KeySym lower = NoSymbol;
     XConvertCase(symbol, &lower, &symbol);
   }
@@ -163,20 +161,20 @@ void X11Layout::Lend(std::span<const KeyStroke> strokes, const XkbStateRec& stat
     if (known || missing.size() == spare_.size() || Find(stroke, unlocked)) continue;
     missing.push_back(character);
   }
-  PutOnSpareKeys(std::move(missing), before);
+  AssignSpareKeys(std::move(missing), before);
 }
 
-void X11Layout::GiveBack() { PutOnSpareKeys({}, std::exchange(lent_, {}).size()); }
+void X11Layout::GiveBack() { AssignSpareKeys({}, std::exchange(lent_, {}).size()); }
 
 void X11Layout::Keep() {
   const auto kept = static_cast<std::ptrdiff_t>(std::exchange(lent_, {}).size());
   spare_.erase(spare_.begin(), spare_.begin() + kept);
 }
 
-void X11Layout::PutOnSpareKeys(std::vector<char32_t> characters, std::size_t before) {
+void X11Layout::AssignSpareKeys(std::vector<char32_t> characters, std::size_t before) {
   const std::size_t touched = std::max(characters.size(), before);
   if (touched == 0) return;
-  // Another layout may have been chosen since the last look, and must not be undone.
+  // If the user has switched the layout meanwhile, that must not be undone.
   const X11ServerGrab grab(display_.xdpy);
   ReadMap();
   for (std::size_t i = 0; i < touched; ++i) {

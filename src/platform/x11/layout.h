@@ -15,17 +15,33 @@ extern "C" {
 
 namespace velumar {
 
-// The keyboard layout of a display at one moment: which key gives a character, and with which
-// modifiers. Spare keys of the layout can be lent to characters that it lacks.
+// Blocks all other programs at the X server while it lives, so none can move the focus or change
+// the layout. Requests must go through the same display meanwhile.
+class X11ServerGrab {
+ public:
+  explicit X11ServerGrab(Display* display) : display_(display) { XGrabServer(display_); }
+  X11ServerGrab(const X11ServerGrab&) = delete;
+  X11ServerGrab& operator=(const X11ServerGrab&) = delete;
+  ~X11ServerGrab() {
+    XUngrabServer(display_);
+    XSync(display_, False);
+  }
+
+ private:
+  Display* display_;
+};
+
+// The keyboard layout of a display at one moment: which key types a character, and with which
+// modifiers. Unused keys can be assigned to characters that it lacks.
 class X11Layout {
  public:
   struct Key {
     KeyCode code = 0;
-    int group = 0;  // of several layouts that the user switches between
+    int group = 0;  // the layout, if the user has several
     unsigned modifiers = 0;
   };
 
-  // Whether there can be a key for it at all: control characters have none.
+  // Returns false for control characters, which no key can type.
   static bool CanType(const KeyStroke& stroke);
 
   // `display` must outlive the object.
@@ -34,22 +50,21 @@ class X11Layout {
   X11Layout& operator=(const X11Layout&) = delete;
   ~X11Layout() { GiveBack(); }
 
-  // The key with all modifiers of the stroke, while the locks and the group of `state` are on.
-  // Nothing when the layout has no such key.
+  // The key with all modifiers for the stroke, under the locks and the group of `state`. Nothing if
+  // the layout has no such key.
   std::optional<Key> Find(const KeyStroke& stroke, const XkbStateRec& state) const;
 
-  // Puts the characters that the layout lacks on its spare keys, the first of them first, as many
-  // as there is room for. Characters lent before lose their keys: programs must have read those by
-  // now, since they look up what a key means as they read it. One change in all, for every program
-  // reads the whole layout anew at each.
+  // Assigns spare keys to the characters that the layout lacks, in order, as far as there are any.
+  // Earlier assignments end: programs look up a key when they read it, so they must have read those
+  // keys. All in one change, since every program rereads the whole layout after each.
   void Lend(std::span<const KeyStroke> strokes, const XkbStateRec& state);
-  // The same for the end of the typing.
+  // Ends all assignments.
   void GiveBack();
-  // Leaves lent keys with their characters for good, for a program that hasn't read them yet.
+  // Makes the assignments permanent, for a program that hasn't read the keys yet.
   void Keep();
 
  private:
-  // A place on the keyboard that may give what is wanted.
+  // A key that may type what is wanted.
   struct Candidate {
     KeyCode code;
     KeySym symbol;
@@ -65,13 +80,13 @@ class X11Layout {
                                  unsigned locks) const;
   bool Gives(const Candidate& candidate, int group, unsigned modifiers) const;
   void FindSpareKeys();
-  // `before` keys held other characters until now.
-  void PutOnSpareKeys(std::vector<char32_t> characters, std::size_t before);
+  // `before` spare keys have been assigned until now.
+  void AssignSpareKeys(std::vector<char32_t> characters, std::size_t before);
 
   const xdo_t& display_;
   std::unique_ptr<XkbDescRec, MapFreer> map_;
   std::vector<KeyCode> spare_;
-  std::vector<char32_t> lent_;  // on the spare keys in their order
+  std::vector<char32_t> lent_;  // of the first spare keys
 };
 
 }  // namespace velumar

@@ -12,7 +12,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-// For a window that can't say when it has read its keys.
+// For a window that can't report when it has read its keys.
 constexpr milliseconds kSettle{100};
 constexpr int kPings = 2;
 
@@ -28,12 +28,12 @@ std::uint32_t MillisecondsNow() {
 }  // namespace
 
 X11Ping::X11Ping(X11Connection& connection) : connection_(connection), mark_(MillisecondsNow()) {
-  // Toolkits differ in which of the two they answer to.
+  // Toolkits send their answers to one or the other.
   Listen(connection_, connection_.Root(),
          XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
 }
 
-// Events that nobody reads would pile up.
+// Unread events would pile up.
 X11Ping::~X11Ping() {
   Listen(connection_, connection_.Root(), XCB_EVENT_MASK_NO_EVENT);
   xcb_flush(connection_.Xcb());

@@ -8,21 +8,20 @@
 
 namespace velumar {
 
-// Finds out whether a window has read the keys that were sent to it. A program reads its events in
-// their order, and answers a ping as it reads it; when it answers a second one, it has been back to
-// its events since, and so is done with the keys themselves.
+// Finds out whether a window has processed the keys that were sent to it. A program reads its
+// events in order and answers a ping when it reads it. When it answers a second one, it has
+// returned to its event loop in between, so it has processed the keys.
 class X11Ping {
  public:
-  // Hears the answers that go to the root window for as long as it lives. `connection` must outlive
-  // the object.
+  // Receives the answers that are sent to the root window. `connection` must outlive the object.
   explicit X11Ping(X11Connection& connection);
   X11Ping(const X11Ping&) = delete;
   X11Ping& operator=(const X11Ping&) = delete;
   ~X11Ping();
 
-  // True once the window has read its events, or is gone; false when the time is over before that.
-  // A window that doesn't answer pings at all gets a short moment. Throws std::runtime_error when
-  // the display is gone.
+  // Returns true once the window has processed its events or is closed, false if `end` comes first.
+  // A window that doesn't support pings gets 100 ms. Throws std::runtime_error if the display is
+  // gone.
   bool WaitUntilRead(xcb_window_t window, std::chrono::steady_clock::time_point end);
 
  private:
@@ -34,7 +33,7 @@ class X11Ping {
   XOwned<xcb_generic_event_t> NextEvent(std::chrono::steady_clock::time_point end);
 
   X11Connection& connection_;
-  // Stands where the protocol has a time; each ping has its own.
+  // The timestamp of the last ping; each has its own.
   std::uint32_t mark_;
 };
 

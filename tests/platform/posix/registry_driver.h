@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/posix/registry_file.h"
-#include "platform/temp_folder.h"
+#include "platform/qt/registry_file.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 
@@ -15,7 +15,7 @@ class RegistryDriver {
   }
 
  private:
-  TempFolder folder_;
+  ScratchFolder folder_;
 };
 
 }  // namespace velumar

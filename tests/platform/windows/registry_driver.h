@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "platform/windows/system_registry.h"
+#include "platform/windows/registry.h"
 
 namespace velumar {
 

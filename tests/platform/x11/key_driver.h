@@ -5,6 +5,7 @@
 
 #include "platform/typing_target.h"
 #include "platform/x11/chart_windows.h"
+#include "platform/x11/connection.h"
 #include "platform/x11/key_sender.h"
 #include "platform/x11/person.h"
 #include "platform/x_server.h"
@@ -37,10 +38,14 @@ class KeyDriver {
   WindowId Open(TypingTarget& program, const std::string& title) {
     const WindowId window = program.Open({.title = title});
     programs_[window] = &program;
-    EXPECT_TRUE(Eventually([&] { return windows.FocusedWindow() == window; })) << title;
+    // The window manager notices the focus after the X server has moved it.
+    EXPECT_TRUE(Eventually([&] {
+      return windows.FocusedWindow() == window && connection_.FrontWindow() == window;
+    })) << title;
     return window;
   }
 
+  X11Connection connection_{Display()};
   TypingTarget chart_{Display()};
   TypingTarget editor_{Display()};
   Person person_{Display()};

@@ -1,0 +1,195 @@
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QPainter>
+#include <QProgressBar>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QTabBar>
+#include <QToolButton>
+#include <algorithm>
+#include <vector>
+
+#include "app/controls/control_view.h"
+#include "app/theme/artwork.h"
+#include "forms/panels.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr int kBarFontPixels = 12;
+
+class ToolbarView : public View<QWidget, Toolbar> {
+ public:
+  ToolbarView(FormContext& context, QWidget& parent, Toolbar& toolbar);
+  void Update() override;
+
+ private:
+  QToolButton* NewButton(const Toolbar::Item& item);
+
+  std::vector<QToolButton*> buttons_;  // one for each item of the toolbar
+};
+
+ToolbarView::ToolbarView(FormContext& context, QWidget& parent, Toolbar& toolbar)
+    : View(context, parent, toolbar) {
+  constexpr int kAround = 2;
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(kAround, kAround, 0, kAround);
+  row->setSpacing(0);
+  for (const Toolbar::Item& item : toolbar.Items()) {
+    buttons_.push_back(NewButton(item));
+    row->addWidget(buttons_.back());
+  }
+  row->addStretch();
+}
+
+QToolButton* ToolbarView::NewButton(const Toolbar::Item& item) {
+  constexpr int kIconPixels = 14;
+  constexpr int kAroundText = 14;
+  auto* button = new QToolButton(this);
+  button->setAutoRaise(true);
+  button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  button->setIconSize({kIconPixels, kIconPixels});
+  button->setFont(context_.Look().faces.Plain(kBarFontPixels - 1));
+  button->setText(ToQString(item.caption));
+  button->setToolTip(ToQString(item.tooltip));
+  button->setObjectName(ToQString(model_.Name() + "." + std::to_string(item.index)));
+  const QString shown = button->text().remove(QLatin1Char('&'));
+  button->setFixedWidth(kIconPixels + kAroundText + button->fontMetrics().horizontalAdvance(shown));
+  button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+  connect(button, &QToolButton::clicked, this, [this, index = item.index] {
+    context_.Deliver([this, index] { model_.UserButton(index); });
+  });
+  return button;
+}
+
+void ToolbarView::Update() {
+  View::Update();
+  for (std::size_t i = 0; i < buttons_.size(); ++i) {
+    buttons_[i]->setIcon(QIcon(ArtPixmap(Colours(), ToQString(model_.Items()[i].art),
+                                         buttons_[i]->iconSize() * devicePixelRatioF())));
+  }
+}
+
+class TabBarView : public View<QTabBar, TabBar> {
+ public:
+  TabBarView(FormContext& context, QWidget& parent, TabBar& tabs) : View(context, parent, tabs) {
+    setShape(QTabBar::RoundedSouth);
+    setDrawBase(false);
+    setFont(context.Look().faces.Plain(kBarFontPixels));
+    for (const std::string& title : tabs.Titles()) addTab(ToQString(title));
+    connect(this, &QTabBar::currentChanged, this, To(&TabBar::UserChoose));
+    connect(this, &QTabBar::currentChanged, this, &TabBarView::Update);
+  }
+  void Update() override {
+    View::Update();
+    const QSignalBlocker quiet(this);
+    setCurrentIndex(model_.Index());
+  }
+};
+
+// A menu bar lies above the contents of its window, whose height doesn't include it.
+class MenuView : public View<QMenuBar, Menu> {
+ public:
+  MenuView(FormContext& context, QWidget& parent, Menu& menu) : View(context, parent, menu) {
+    setNativeMenuBar(false);
+    setFont(context.Look().faces.Plain(kBarFontPixels));
+    QMenu* top = addMenu(ToQString(menu.Text()));
+    for (std::size_t list = 0; list < menu.Lists().size(); ++list) AddList(*top, list);
+  }
+  void Update() override;
+
+ private:
+  void AddList(QMenu& top, std::size_t list);
+
+  std::vector<std::vector<QAction*>> actions_;  // one vector for each list of the menu
+};
+
+void MenuView::AddList(QMenu& top, std::size_t list) {
+  QMenu* sub = top.addMenu(ToQString(model_.Lists()[list].caption));
+  actions_.emplace_back();
+  for (const std::string& text : model_.Lists()[list].entries) {
+    QAction* action = sub->addAction(ToQString(text));
+    action->setCheckable(true);
+    const std::size_t entry = actions_.back().size();
+    connect(action, &QAction::triggered, this, [this, list, entry] {
+      context_.Deliver([this, list, entry] { model_.UserEntry(list, entry); });
+      Update();
+    });
+    actions_.back().push_back(action);
+  }
+}
+
+void MenuView::Update() {
+  setObjectName(ToQString(model_.Name()));
+  for (std::size_t list = 0; list < actions_.size(); ++list) {
+    for (std::size_t entry = 0; entry < actions_[list].size(); ++entry) {
+      actions_[list][entry]->setChecked(model_.Ticked(list, entry));
+    }
+  }
+}
+
+// A slider or a scroll bar.
+template <typename Base, typename Model>
+class SliderView : public View<Base, Model> {
+ public:
+  SliderView(FormContext& context, QWidget& parent, Model& slider)
+      : View<Base, Model>(context, parent, slider) {
+    const Slider::Range& range = slider.Limits();
+    this->setOrientation(slider.Height() > slider.Width() ? Qt::Vertical : Qt::Horizontal);
+    this->setRange(range.low, range.high);
+    this->setSingleStep(range.step);
+    this->setPageStep(std::max(range.step, range.large_step));
+    this->connect(this, &Base::valueChanged, this, this->To(&Model::UserMove));
+    this->connect(this, &Base::valueChanged, this, &SliderView::Update);
+  }
+  void Update() override {
+    View<Base, Model>::Update();
+    const QSignalBlocker quiet(this);
+    this->setValue(this->model_.Value());
+  }
+};
+
+// A press on it goes through to the window.
+class ProgressLineView : public View<QProgressBar, ProgressLine> {
+ public:
+  ProgressLineView(FormContext& context, QWidget& parent, ProgressLine& line)
+      : View(context, parent, line) {
+    setRange(0, kSteps);
+  }
+  void Update() override {
+    View::Update();
+    setValue(static_cast<int>(model_.Fraction() * kSteps));  // for screen readers
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    if (model_.ToolTip().empty()) return;  // no run yet
+    const double radius = height() / 2.0;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Colours().border);
+    painter.drawRoundedRect(rect(), radius, radius);
+    painter.setBrush(Colours().accent);
+    painter.drawRoundedRect(QRectF(0, 0, width() * double{model_.Fraction()}, height()), radius,
+                            radius);
+  }
+
+ private:
+  static constexpr int kSteps = 1000;
+};
+
+}  // namespace
+
+void AddBarViews(ViewMakers& makers) {
+  makers[ControlKind::kToolbar] = MakeView<ToolbarView>;
+  makers[ControlKind::kTabBar] = MakeView<TabBarView>;
+  makers[ControlKind::kMenu] = MakeView<MenuView>;
+  makers[ControlKind::kSlider] = MakeView<SliderView<QSlider, Slider>>;
+  makers[ControlKind::kScrollBar] = MakeView<SliderView<QScrollBar, ScrollBar>>;
+  makers[ControlKind::kProgressLine] = MakeView<ProgressLineView>;
+}
+
+}  // namespace velumar

@@ -1,0 +1,157 @@
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPixmap>
+
+#include "app/controls/control_view.h"
+#include "app/services/printers.h"
+#include "forms/chart.h"
+#include "forms/form.h"
+#include "resultchart/chart_file.h"
+#include "resultchart/result_plot.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr double kTwipsPerInch = 1440;
+
+// `rows` are the rows that the plot has.
+void Apply(ResultPlot& plot, const ChartContent& content, std::shared_ptr<const ChartRows>& rows) {
+  if (rows != content.rows) {
+    rows = content.rows;
+    plot.SetPoints({rows->labels, rows->values, rows->hint});
+  }
+  plot.SetType(static_cast<ChartType>(content.type));
+  plot.SetSeriesColour(ToQColor(content.series));
+  plot.SetShadow(content.shadow);
+  plot.SetWhiteWall(content.white_wall);
+  plot.ShowSpan(content.span ? AxisSpan{content.span->first, content.span->second}
+                             : plot.WholeSpan());
+}
+
+// A chart in the colours of the window. It is saved as it is shown.
+class ChartView : public View<ResultPlot, Chart> {
+ public:
+  ChartView(FormContext& context, QWidget& parent, Chart& chart);
+  void Update() override;
+
+ private:
+  std::shared_ptr<const ChartRows> rows_;  // as shown
+};
+
+ChartView::ChartView(FormContext& context, QWidget& parent, Chart& chart)
+    : View(context, parent, chart), rows_(chart.Content().rows) {
+  setFont(context.Look().faces.Plain(font().pixelSize()));
+  connect(this, &ResultPlot::SpanMoved, this, [this] {
+    const AxisSpan span = Span();
+    context_.Deliver([this, &span] { model_.UserSpan(std::pair(span.first, span.last)); });
+  });
+  model_.endings.clear();
+  for (const QString& ending : ChartFileEndings()) model_.endings.push_back(ending.toStdString());
+  model_.save = [this](const std::string& file) {
+    SaveChartFile(*this, LogicalPlace(model_).size(), ToQString(file));
+  };
+  SetPoints({rows_->labels, rows_->values, rows_->hint});
+}
+
+void ChartView::Update() {
+  ApplyCommon(*this, model_);
+  setAccessibleName(QStringLiteral("The portfolio's value after each closing"));
+  SetColours(Colours().dark ? Palette::Dark() : Palette::Light());
+  SetCovered(LogicalPixels(model_.Covered()));
+  Apply(*this, model_.Content(), rows_);
+}
+
+// The same chart as ink on paper, at the size of the control. It can be dragged.
+class ChartPictureView : public View<QWidget, ChartPicture> {
+ public:
+  ChartPictureView(FormContext& context, QWidget& parent, ChartPicture& picture);
+  void Update() override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+ private:
+  void Print(const PrintJob& job);
+  void DeliverMouse(void (ChartPicture::*handler)(float, float), const QMouseEvent& event);
+
+  ResultPlot plot_;  // never shown itself
+  std::shared_ptr<const ChartRows> rows_;
+  ChartContent drawn_;  // the contents of `pixels_`
+  QPixmap pixels_;
+};
+
+ChartPictureView::ChartPictureView(FormContext& context, QWidget& parent, ChartPicture& picture)
+    : View(context, parent, picture) {
+  setCursor(Qt::SizeAllCursor);
+  plot_.setFont(context.Look().faces.Plain(plot_.font().pixelSize()));
+  Palette ink = Palette::Light();
+  ink.ground = Qt::white;
+  plot_.SetColours(ink);
+  model_.print = [this](const PrintJob& job) { Print(job); };
+}
+
+void ChartPictureView::Update() {
+  const bool resized = LogicalPlace(model_).size() != size();
+  ApplyCommon(*this, model_);
+  if (!resized && !pixels_.isNull() && drawn_ == model_.Content()) return;
+  drawn_ = model_.Content();
+  Apply(plot_, drawn_, rows_);
+  pixels_ = QPixmap(size() * devicePixelRatioF());
+  pixels_.setDevicePixelRatio(devicePixelRatioF());
+  pixels_.fill(Qt::white);
+  if (pixels_.isNull()) return;
+  QCPPainter painter(&pixels_);
+  plot_.PaintTo(painter, size());
+  update();
+}
+
+void ChartPictureView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.drawPixmap(0, 0, pixels_);
+}
+
+void ChartPictureView::Print(const PrintJob& job) {
+  const QRectF twips(model_.Left(), model_.Top(), model_.Width(), model_.Height());
+  const ChartPage page{
+      .place = {twips.topLeft() / kTwipsPerInch, twips.size() / kTwipsPerInch},
+      .orientation = job.orientation == 2 ? QPageLayout::Landscape : QPageLayout::Portrait,
+      .copies = job.copies};
+  const auto print = [&](QPagedPaintDevice& device) { PrintChartPages(plot_, page, device); };
+  if (job.pdf_file.empty()) {
+    PrintOnPaper(job.quality, print);
+  } else {
+    SavePages(ToQString(job.pdf_file), kPlotTitle, print);
+  }
+}
+
+void ChartPictureView::DeliverMouse(void (ChartPicture::*handler)(float, float),
+                                    const QMouseEvent& event) {
+  const QPointF twips = event.position() * kTwipsPerPixel;
+  context_.Deliver(
+      [&] { (model_.*handler)(static_cast<float>(twips.x()), static_cast<float>(twips.y())); });
+}
+
+void ChartPictureView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) DeliverMouse(&ChartPicture::UserMouseDown, *event);
+}
+
+void ChartPictureView::mouseMoveEvent(QMouseEvent* event) {
+  DeliverMouse(&ChartPicture::UserMouseMove, *event);
+}
+
+void ChartPictureView::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) DeliverMouse(&ChartPicture::UserMouseUp, *event);
+}
+
+}  // namespace
+
+void AddChartViews(ViewMakers& makers) {
+  makers[ControlKind::kChart] = MakeView<ChartView>;
+  makers[ControlKind::kChartPicture] = MakeView<ChartPictureView>;
+}
+
+}  // namespace velumar

@@ -1,0 +1,255 @@
+#include <QAbstractTableModel>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QListView>
+#include <QScrollBar>
+#include <QStringListModel>
+#include <QTableView>
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+#include "app/controls/control_view.h"
+#include "app/theme/fonts.h"
+#include "forms/list_box.h"
+#include "forms/table.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::size_t kLongestLine =
+    1000;  // bytes, since an answer of a score service may be endless
+constexpr std::size_t kMeasuredLines = 500;
+
+QString ShownLine(const std::string& line) {
+  QString shown = ToQString(line.substr(0, kLongestLine));
+  for (QChar& character : shown) {
+    if (!character.isPrint() && !character.isSurrogate()) character = QLatin1Char(' ');
+  }
+  return line.size() > kLongestLine ? shown + QChar(0x2026) : shown;
+}
+
+class ListBoxView : public View<QListView, ListBox> {
+ public:
+  ListBoxView(FormContext& context, QWidget& parent, ListBox& box) : View(context, parent, box) {
+    setModel(&lines_);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setTextElideMode(Qt::ElideNone);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setTabKeyNavigation(false);
+  }
+  void Update() override;
+
+ private:
+  QStringListModel lines_;
+  std::vector<std::string> shown_;
+};
+
+void ListBoxView::Update() {
+  View::Update();
+  ApplyFieldColours(*this, model_, Colours());
+  setFont(DesignFont());
+  if (model_.Lines() == shown_) return;
+  shown_ = model_.Lines();
+  QStringList lines;
+  for (const std::string& line : shown_) lines.append(ShownLine(line));
+  setUniformItemSizes(shown_.size() > kMeasuredLines);
+  lines_.setStringList(lines);
+}
+
+constexpr int kFewColumns = 3;
+
+QVariant Aligned(const Table::Column& column) {
+  return QVariant((column.numeric ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
+// The rows of a table, read when they become visible.
+class TableRows : public QAbstractTableModel {
+ public:
+  explicit TableRows(const Table& table) : table_(table) {}
+  void Reset() {
+    beginResetModel();
+    endResetModel();
+  }
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  const Table& table_;
+};
+
+int TableRows::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(table_.Content().count);
+}
+
+int TableRows::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(table_.Columns().size());
+}
+
+QVariant TableRows::data(const QModelIndex& index, int role) const {
+  const auto row = static_cast<std::size_t>(index.row());
+  const auto column = static_cast<std::size_t>(index.column());
+  if (row >= table_.Content().count || column >= table_.Columns().size()) return {};
+  if (role == Qt::DisplayRole) return ToQString(table_.Content().text(row, column));
+  if (role == Qt::ToolTipRole && table_.Content().tip) return ToQString(table_.Content().tip(row));
+  if (role == Qt::TextAlignmentRole) return Aligned(table_.Columns()[column]);
+  return {};
+}
+
+QVariant TableRows::headerData(int section, Qt::Orientation orientation, int role) const {
+  const auto place = static_cast<std::size_t>(section);
+  // A header may still ask for a column that the window had before it was loaded again.
+  if (orientation != Qt::Horizontal || place >= table_.Columns().size()) return {};
+  const Table::Column& column = table_.Columns()[place];
+  if (role == Qt::DisplayRole) return ToQString(column.title);
+  if (role == Qt::TextAlignmentRole) return Aligned(column);
+  return {};
+}
+
+class TableView : public View<QTableView, Table> {
+ public:
+  TableView(FormContext& context, QWidget& parent, Table& table);
+  void Update() override;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+
+ private:
+  void MarkSorting();
+  void FitColumns();
+  QStringList LongestTexts() const;
+  std::vector<int> ColumnWidths(const QFont& font, const QStringList& texts) const;
+
+  TableRows rows_;
+  unsigned shown_ = 0;  // the version of the table
+};
+
+TableView::TableView(FormContext& context, QWidget& parent, Table& table)
+    : View(context, parent, table), rows_(table) {
+  constexpr int kRowPixels = 20;
+  setModel(&rows_);
+  setSelectionBehavior(QAbstractItemView::SelectRows);
+  setAlternatingRowColors(true);
+  setShowGrid(false);
+  setWordWrap(false);
+  setTabKeyNavigation(false);
+  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  verticalHeader()->hide();
+  verticalHeader()->setDefaultSectionSize(kRowPixels);
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setSectionsClickable(table.on_header != nullptr);
+  connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) {
+    context_.Deliver([this, column] { model_.UserHeader(static_cast<std::size_t>(column)); });
+  });
+}
+
+void TableView::Update() {
+  View::Update();
+  setToolTip(QString());  // the rows have their own
+  if (shown_ == model_.Version()) return;
+  shown_ = model_.Version();
+  rows_.Reset();
+  MarkSorting();
+  FitColumns();
+}
+
+void TableView::MarkSorting() {
+  if (!model_.on_header) return;
+  horizontalHeader()->setSortIndicatorShown(true);
+  horizontalHeader()->setSortIndicator(
+      static_cast<int>(model_.SortedBy().column),
+      model_.SortedBy().descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
+// A few columns share the width. If there are many, each is as wide as its texts, in the largest
+// font that shows all columns, and the last one takes the rest.
+void TableView::FitColumns() {
+  constexpr int kFewPixels = 12;
+  constexpr int kManyPixels = 11;
+  if (rows_.columnCount() == 0) return;
+  const bool few = rows_.columnCount() <= kFewColumns;
+  QFont font = context_.Look().faces.Plain(few ? kFewPixels : kManyPixels);
+  std::vector<int> widths;
+  if (!few) {
+    const QStringList texts = LongestTexts();
+    const int room = width() - 2 * frameWidth() - verticalScrollBar()->sizeHint().width();
+    widths = ColumnWidths(font, texts);
+    while (std::accumulate(widths.begin(), widths.end(), 0) > room &&
+           font.pixelSize() > kSmallestPixelSize) {
+      font.setPixelSize(font.pixelSize() - 1);
+      widths = ColumnWidths(font, texts);
+    }
+  }
+  setFont(font);
+  horizontalHeader()->setFont(font);
+  horizontalHeader()->setSectionResizeMode(few ? QHeaderView::Stretch : QHeaderView::Interactive);
+  horizontalHeader()->setStretchLastSection(!few);
+  for (std::size_t i = 0; i < widths.size(); ++i) setColumnWidth(static_cast<int>(i), widths[i]);
+}
+
+// Measures rows spread over a long table. The last column doesn't count.
+QStringList TableView::LongestTexts() const {
+  constexpr std::size_t kMeasuredRows = 2000;
+  const std::size_t count = model_.Content().count;
+  const std::size_t step = std::max<std::size_t>(1, count / kMeasuredRows);
+  QStringList texts;
+  for (std::size_t column = 0; column < model_.Columns().size(); ++column) {
+    const bool last = column + 1 == model_.Columns().size();
+    std::string longest;
+    for (std::size_t row = 0; row < count && !last; row += step) {
+      std::string text = model_.Content().text(row, column);
+      if (text.size() > longest.size()) longest = std::move(text);
+    }
+    texts.append(ToQString(longest));
+  }
+  return texts;
+}
+
+// Wide enough for the titles and these texts.
+std::vector<int> TableView::ColumnWidths(const QFont& font, const QStringList& texts) const {
+  constexpr int kAroundText = 7;
+  const QFontMetrics metrics(font);
+  std::vector<int> widths;
+  for (std::size_t column = 0; column < model_.Columns().size(); ++column) {
+    const bool sorted = model_.on_header && model_.SortedBy().column == column;
+    const int mark = sorted ? style()->pixelMetric(QStyle::PM_HeaderMarkSize) + kAroundText : 0;
+    const int title = metrics.horizontalAdvance(ToQString(model_.Columns()[column].title)) + mark;
+    // Texts of the same length may differ in width by a digit.
+    const int text = metrics.horizontalAdvance(texts[static_cast<qsizetype>(column)]) + 1;
+    widths.push_back(std::max(title, text) + kAroundText);
+  }
+  return widths;
+}
+
+void TableView::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) {
+    context_.Deliver([this] { model_.UserCopy(); });
+  } else {
+    QTableView::keyPressEvent(event);
+  }
+}
+
+void TableView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+  QTableView::selectionChanged(selected, deselected);
+  std::vector<std::size_t> rows;
+  for (const QModelIndex& index : selectionModel()->selectedRows()) {
+    rows.push_back(static_cast<std::size_t>(index.row()));
+  }
+  std::ranges::sort(rows);
+  context_.Deliver([this, &rows] { model_.UserSelect(std::move(rows)); });
+}
+
+}  // namespace
+
+void AddListViews(ViewMakers& makers) {
+  makers[ControlKind::kListBox] = MakeView<ListBoxView>;
+  makers[ControlKind::kTable] = MakeView<TableView>;
+}
+
+}  // namespace velumar

@@ -1,7 +1,0 @@
-#include "app/display.h"
-
-namespace velumar {
-
-std::optional<std::string> ChooseDisplay() { return std::nullopt; }
-
-}  // namespace velumar

@@ -1,0 +1,145 @@
+#include "app/services/dialogs.h"
+
+#include <QColorDialog>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <algorithm>
+#include <utility>
+
+#include "app/theme/theme.h"
+#include "base/ignoring.h"
+
+namespace velumar {
+
+namespace {
+
+QMessageBox::Icon QtIcon(BoxIcon icon) {
+  if (icon == BoxIcon::kInformation) return QMessageBox::Information;
+  return icon == BoxIcon::kExclamation ? QMessageBox::Warning : QMessageBox::NoIcon;
+}
+
+// In front of the windows, which stay on top too.
+void SetUp(QMessageBox& box) {
+  box.setWindowFlag(Qt::WindowStaysOnTopHint);
+  box.setTextFormat(Qt::PlainText);
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+}
+
+constexpr std::string_view kSaveFolder = "SaveFolder";
+
+// In front of the windows, which stay on top; the desktop's own dialogs would be behind them.
+template <typename Dialog>
+void KeepInFront(Dialog& dialog) {
+  dialog.setOption(Dialog::DontUseNativeDialog);
+  dialog.setWindowFlag(Qt::WindowStaysOnTopHint);
+}
+
+// "bmp" for a filter such as "Pictures (*.bmp)".
+QString ExtensionOf(const QString& filter) {
+  return filter.section(QStringLiteral("*."), -1).chopped(1);
+}
+
+// Adds the extension unless the name ends with one of the known ones: "run v1.5" has none yet.
+QString WithExtension(const QString& file, const std::vector<FileForm>& forms,
+                      const QString& extension) {
+  for (const FileForm& form : forms) {
+    if (file.endsWith(QLatin1Char('.') + QString::fromStdString(form.ending), Qt::CaseInsensitive))
+      return file;
+  }
+  return file + QLatin1Char('.') + extension;
+}
+
+bool MayReplace(const QString& file) {
+  const std::string question =
+      QFileInfo(file).fileName().toStdString() + " already exists. Replace it?";
+  return QtMessageBoxes().Ask(question, {"Replace", "Cancel"}) == 0;
+}
+
+}  // namespace
+
+void QtMessageBoxes::Show(std::string_view text, BoxIcon icon) {
+  ShowTitled("Velumar", text, icon);
+}
+
+void QtMessageBoxes::ShowTitled(std::string_view title, std::string_view text, BoxIcon icon) {
+  QMessageBox box(QtIcon(icon), QString::fromUtf8(title), QString::fromUtf8(text), QMessageBox::Ok);
+  SetUp(box);
+  box.exec();
+}
+
+std::size_t QtMessageBoxes::Ask(std::string_view text, const std::vector<std::string>& answers) {
+  QMessageBox box(QMessageBox::Question, QStringLiteral("Velumar"), QString::fromUtf8(text));
+  std::vector<QAbstractButton*> buttons;
+  buttons.reserve(answers.size());
+  for (const std::string& answer : answers) {
+    buttons.push_back(box.addButton(QString::fromUtf8(answer), QMessageBox::ActionRole));
+  }
+  auto* const safest = static_cast<QPushButton*>(buttons.back());
+  box.setDefaultButton(safest);
+  box.setEscapeButton(safest);
+  SetUp(box);
+  box.exec();
+  const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
+  return clicked == buttons.end() ? answers.size() - 1
+                                  : static_cast<std::size_t>(clicked - buttons.begin());
+}
+
+std::string QtFolderDialog::BrowseForFolder(std::string_view prompt) {
+  QFileDialog dialog(nullptr, QString::fromUtf8(prompt));
+  KeepInFront(dialog);
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+  return QDir::toNativeSeparators(dialog.selectedFiles().constFirst()).toStdString();
+}
+
+QString QtSaveDialog::Folder() const {
+  const QString saved = QString::fromStdString(settings_.Read(kSaveFolder).value_or(""));
+  for (const QString& folder : {folder_, saved}) {
+    if (!folder.isEmpty() && QFileInfo(folder).isDir()) return folder;
+  }
+  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+void QtSaveDialog::SaveFolderOf(const QString& file) {
+  const QString folder = QFileInfo(file).absolutePath();
+  if (folder == std::exchange(folder_, folder)) return;
+  IgnoringErrors([&] { settings_.Save(kSaveFolder, folder.toStdString()); });
+}
+
+std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>& forms,
+                                                    std::string_view suggestion) {
+  QFileDialog dialog(nullptr, QStringLiteral("Save As"), Folder());
+  KeepInFront(dialog);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  QStringList filters;
+  for (const FileForm& form : forms) filters.append(QString::fromStdString(form.title));
+  dialog.setNameFilters(filters);
+  dialog.setDefaultSuffix(QString::fromStdString(forms.front().ending));
+  dialog.selectFile(QString::fromUtf8(suggestion));
+  QObject::connect(
+      &dialog, &QFileDialog::filterSelected, &dialog,
+      [&dialog](const QString& chosen) { dialog.setDefaultSuffix(ExtensionOf(chosen)); });
+  while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+    const QString typed = dialog.selectedFiles().constFirst();
+    const QString file = WithExtension(typed, forms, ExtensionOf(dialog.selectedNameFilter()));
+    if (file != typed && QFileInfo::exists(file) && !MayReplace(file)) continue;
+    SaveFolderOf(file);
+    return QDir::toNativeSeparators(file).toStdString();
+  }
+  return std::nullopt;
+}
+
+std::optional<std::uint32_t> QtColourDialog::ChooseColour(std::uint32_t current) {
+  QColorDialog dialog(ToQColor(current));
+  KeepInFront(dialog);
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  const QColor chosen = dialog.selectedColor();
+  return static_cast<std::uint32_t>(chosen.red() | chosen.green() << 8 | chosen.blue() << 16);
+}
+
+}  // namespace velumar

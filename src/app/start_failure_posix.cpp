@@ -1,9 +1,0 @@
-#include <iostream>
-
-#include "app/start_failure.h"
-
-namespace velumar {
-
-void TellStartFailure(const std::string& why) { std::cerr << "velumar: " << why << std::endl; }
-
-}  // namespace velumar

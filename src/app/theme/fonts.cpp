@@ -1,0 +1,105 @@
+#include "app/theme/fonts.h"
+
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QStringList>
+#include <algorithm>
+
+namespace velumar {
+
+namespace {
+
+constexpr double kNarrowest = 0.74;  // part of the width of the letters
+
+QString FirstInstalled(const QStringList& wanted) {
+  const QStringList installed = QFontDatabase::families();
+  for (const QString& family : wanted) {
+    if (installed.contains(family, Qt::CaseInsensitive)) return family;
+  }
+  return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
+}
+
+// The font with its letters `part` as wide. What a stretch does depends on how wide a family is
+// drawn, so the letters are measured.
+QFont Narrowed(const QFont& font, double part) {
+  const QString sample = QStringLiteral("0123456789");
+  const double wanted = QFontMetricsF(font).horizontalAdvance(sample) * part;
+  QFont narrow = font;
+  // Widths rounded to whole pixels would gain nothing at small sizes.
+  narrow.setHintingPreference(QFont::PreferNoHinting);
+  for (int stretch = 100; stretch >= QFont::UltraCondensed; stretch -= 2) {
+    narrow.setStretch(stretch);
+    if (QFontMetricsF(narrow).horizontalAdvance(sample) <= wanted) break;
+  }
+  return narrow;
+}
+
+bool Fits(const QString& text, const QFont& font, const QSizeF& room) {
+  const QFontMetricsF metrics(font);
+  const QRectF ink = metrics.tightBoundingRect(text);
+  return std::max(metrics.horizontalAdvance(text), ink.right()) <= room.width() &&
+         ink.height() <= room.height();
+}
+
+}  // namespace
+
+Typefaces Typefaces::Installed() {
+  return {.plain = FirstInstalled({QStringLiteral("Segoe UI"), QStringLiteral("Tahoma"),
+                                   QStringLiteral("Noto Sans"), QStringLiteral("Open Sans"),
+                                   QStringLiteral("Liberation Sans"),
+                                   QStringLiteral("DejaVu Sans Condensed")}),
+          .verdana = FirstInstalled({QStringLiteral("Verdana"), QStringLiteral("DejaVu Sans")}),
+          .impact = FirstInstalled(
+              {QStringLiteral("Impact"), QStringLiteral("Anton"), QStringLiteral("Oswald"),
+               QStringLiteral("Franklin Gothic Heavy"), QStringLiteral("Arial Black"),
+               QStringLiteral("DejaVu Sans Condensed"), QStringLiteral("Liberation Sans Narrow"),
+               QStringLiteral("Nimbus Sans Narrow")})};
+}
+
+QFont Typefaces::For(const Look& look) const {
+  constexpr double kPixelsPerPoint = 96.0 / 72.0;
+  QFont font(look.face == FontFace::kImpact    ? impact
+             : look.face == FontFace::kVerdana ? verdana
+                                               : plain);
+  font.setPixelSize(qRound(look.points * kPixelsPerPoint));
+  font.setItalic(look.italic);
+  font.setBold(look.bold);
+  if (look.face != FontFace::kImpact || impact == QLatin1String("Impact")) return font;
+  // Impact is heavy and narrow by itself; its substitutes are made so.
+  constexpr double kAsNarrow = 0.86;
+  font.setBold(true);
+  return Narrowed(font, kAsNarrow);
+}
+
+QFont Typefaces::Plain(int pixels) const {
+  QFont font(plain);
+  font.setPixelSize(pixels);
+  return font;
+}
+
+FittedText FitText(const QString& text, const QFont& font, const QSizeF& room) {
+  FittedText fitted{font, text};
+  for (int size = font.pixelSize(); size >= kSmallestPixelSize; --size) {
+    fitted.font.setPixelSize(size);
+    if (Fits(text, fitted.font, room)) return fitted;
+  }
+  fitted.font.setPixelSize(std::min(font.pixelSize(), kSmallestPixelSize));
+  for (const double part : {0.92, 0.83, kNarrowest}) {
+    const QFont narrow = Narrowed(fitted.font, part);
+    if (Fits(text, narrow, room)) return {narrow, text};
+  }
+  fitted.shown = QFontMetricsF(fitted.font).elidedText(text, Qt::ElideMiddle, room.width());
+  fitted.shortened = fitted.shown != text;
+  return fitted;
+}
+
+QFont FitLine(const QFont& font, int height) {
+  QFont fitted = font;
+  for (int size = font.pixelSize(); size > 1; --size) {
+    fitted.setPixelSize(size);
+    if (QFontMetricsF(fitted).height() <= height + 0.5) break;
+  }
+  return fitted;
+}
+
+}  // namespace velumar

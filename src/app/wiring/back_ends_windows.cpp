@@ -1,0 +1,46 @@
+#include <filesystem>
+
+#include "app/wiring/back_ends.h"
+#include "base/paths.h"
+#include "platform/chart_program.h"
+#include "platform/qt/settings_file.h"
+#include "platform/system.h"
+#include "platform/user_files.h"
+#include "platform/windows/chart_windows.h"
+#include "platform/windows/key_sender.h"
+#include "platform/windows/registry.h"
+
+namespace velumar {
+
+namespace {
+
+// The user's own settings are in the registry, those of a folder in a file in it.
+std::unique_ptr<SettingsStore> OpenSettings(const Options& options,
+                                            std::vector<std::string>& problems) {
+  if (options.settings_dir.isEmpty()) return std::make_unique<RegistrySettings>();
+  const std::filesystem::path folder = NativePath(options.settings_dir.toStdString());
+  auto settings = std::make_unique<FileSettings>(folder / "settings");
+  for (std::string& problem : settings->TakeProblems()) problems.push_back(std::move(problem));
+  return settings;
+}
+
+}  // namespace
+
+QString SettingsFolder(const Options& options) {
+  if (!options.settings_dir.isEmpty()) return options.settings_dir;
+  return QString::fromStdString(PathText(UserFile("settings").parent_path()));
+}
+
+BackEnds SystemBackEnds(const Options& options) {
+  BackEnds ends;
+  ends.settings = OpenSettings(options, ends.problems);
+  ends.registry = std::make_unique<SystemRegistry>();
+  ends.chart_windows = std::make_unique<WindowsChartWindows>(std::string(kChartTitle));
+  ends.keys = std::make_unique<WindowsKeySender>(std::string(kChartTitle));
+  ends.locale = SystemLocale();
+  ends.clock = std::make_unique<SystemClock>();
+  ends.programs = std::make_unique<SystemPrograms>(options.chart_arguments);
+  return ends;
+}
+
+}  // namespace velumar

@@ -1,0 +1,238 @@
+#include <QApplication>
+#include <QTimer>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+#include "app/services/dialogs.h"
+#include "app/services/event_loop.h"
+#include "app/services/printers.h"
+#include "app/services/screen.h"
+#include "app/theme/theme_follower.h"
+#include "app/windows/desktop_view.h"
+#include "app/wiring/back_ends.h"
+#include "app/wiring/options.h"
+#include "app/wiring/process.h"
+#include "app/wiring/run_key_filter.h"
+#include "app/wiring/single_instance.h"
+#include "app/wiring/unattended.h"
+#include "base/dates.h"
+#include "base/paths.h"
+#include "ledger/ledger.h"
+#include "platform/chart_program.h"
+#include "platform/command_line.h"
+#include "platform/ipc.h"
+#include "platform/process.h"
+#include "platform/user_files.h"
+#include "platform/warn_once_settings.h"
+#include "platform/web_client.h"
+#include "shell/program.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr int kFailure = 1;
+constexpr int kBadArguments = 2;
+
+Appearance ApplyLook(const Theme& theme, const LocaleInfo& locale) {
+  constexpr int kDialogPixels = 13;
+  Appearance look{theme, Typefaces::Installed(), QString::fromStdString(locale.ShortDatePattern())};
+  ApplyTheme(theme);
+  QApplication::setFont(look.faces.Plain(kDialogPixels));
+  return look;
+}
+
+// Adds the chart program's keys to the registry. If that fails, the program starts without them.
+void AddChartProgramKeys(BackEnds& ends, const std::filesystem::path& program_folder) {
+  try {
+    EnsureChartProgramKeys(*ends.registry, PathText(program_folder / "charthost"));
+  } catch (const std::exception& error) {
+    ends.problems.emplace_back(error.what());
+  }
+}
+
+// The user's samples, with a separator at the end; empty if they could not be copied.
+std::string SampleFolder(BackEnds& ends, const std::filesystem::path& program_folder) {
+  try {
+    return PathText(SampleDirectory(program_folder) / "");
+  } catch (const std::exception& error) {
+    ends.problems.push_back(std::string("Could not copy the samples to your folder: ") +
+                            error.what());
+    return {};
+  }
+}
+
+void ShowProblems(MessageBoxes& boxes, const std::vector<std::string>& problems) {
+  std::string all;
+  for (const std::string& problem : problems) all += (all.empty() ? "" : "\n\n") + problem;
+  if (!all.empty()) boxes.Show(all, BoxIcon::kExclamation);
+}
+
+[[noreturn]] void Fail(const std::string& why) {
+  std::cerr << "velumar: " << why << std::endl;
+  EndProcessAtOnce(kFailure);
+}
+
+// Releases the lock of the settings folder before it ends this process.
+class ReleasingPrograms : public Programs {
+ public:
+  ReleasingPrograms(Programs& programs, SingleInstance& instance)
+      : programs_(programs), instance_(instance) {}
+
+  void Start(std::string_view command_line) override { programs_.Start(command_line); }
+  void OpenInBrowser(std::string_view address) override { programs_.OpenInBrowser(address); }
+  void EndProcess() override {
+    instance_.Release();
+    programs_.EndProcess();
+  }
+
+ private:
+  Programs& programs_;
+  SingleInstance& instance_;
+};
+
+int Run(QApplication& application, const Options& options, SingleInstance& instance) {
+  const std::string folder_text = QApplication::applicationDirPath().toStdString();
+  const std::filesystem::path program_folder = NativePath(folder_text).make_preferred();
+  BackEnds ends = SystemBackEnds(options);
+  AddChartProgramKeys(ends, program_folder);
+  const std::string samples = SampleFolder(ends, program_folder);
+  QtEventLoop events;
+  const std::unique_ptr<WebClient> web = SystemWebClient(events);
+  QtMessageBoxes shown_boxes;
+  PrintedMessageBoxes printed_boxes;
+  QtFolderDialog shown_folders;
+  UnansweredFolderDialog no_folders(Fail);
+  const bool alone = options.PlaysAlone();
+  MessageBoxes& boxes = alone ? static_cast<MessageBoxes&>(printed_boxes) : shown_boxes;
+  FolderDialog& folders = alone ? static_cast<FolderDialog&>(no_folders) : shown_folders;
+  QtScreen screen;
+  const LocaleInfo& locale = *ends.locale;
+  LedgerConnection ledger([&locale](std::string_view iso_date) {
+    return IsoDateText(iso_date, locale.ShortDatePattern());
+  });
+  QtSaveDialog files(*ends.settings);
+  QtColourDialog colours;
+  QtClipboard clipboard;
+  QtPrinters printers(ledger);
+  WarnOnceSettings settings(*ends.settings, boxes);
+  ReleasingPrograms programs(*ends.programs, instance);
+  Platform platform{.events = events,
+                    .chart_windows = *ends.chart_windows,
+                    .keys = *ends.keys,
+                    .boxes = boxes,
+                    .folders = folders,
+                    .files = files,
+                    .colours = colours,
+                    .clipboard = clipboard,
+                    .printers = printers,
+                    .settings = settings,
+                    .registry = *ends.registry,
+                    .screen = screen,
+                    .locale = *ends.locale,
+                    .clock = *ends.clock,
+                    .programs = programs,
+                    .web = *web,
+                    .program_folder = folder_text,
+                    .default_data_dir = samples,
+                    .store_dir = {},
+                    .ledger_file = PathText(LedgerFile(program_folder))};
+
+  SimSession session;
+  Desktop desktop;
+  IndexCache cache;
+  ThemeFollower theme(options.theme);
+  DesktopView view(desktop, ApplyLook(theme.Current(), *ends.locale),
+                   [&boxes](const std::string& text) { boxes.Show(text, BoxIcon::kExclamation); });
+  theme.OnChange([&view](const Theme& changed) { view.SetTheme(changed); });
+  Program program(session, desktop, platform, cache, ledger);
+  RunKeyFilter run_keys(program.Keys());
+  const auto keys_from_chart =
+      ListenForMessages(kRunKeyListener, [&run_keys](const IpcMessage& mail) {
+        if (mail.first == 0) return run_keys.ClickFromChart();
+        run_keys.PressFromChart({.code = static_cast<int>(mail.first),
+                                 .shift = (mail.second & kMessageShift) != 0,
+                                 .repeated = (mail.second & kMessageRepeated) != 0});
+      });
+  instance.Listen([&] {
+    program.ShowAgain();
+    view.Raise();
+    ends.chart_windows->BringToFront("Velumar");
+  });
+  AutoPlay auto_play({options.screenshot_dir, options.play}, desktop, view, session, program, Fail);
+  const Termination termination([&] {
+    // Closing the setup window saves the settings.
+    const Form1& setup = desktop.Untouched().form1;
+    const auto close = setup.on_close;
+    setup.Loaded() ? close() : platform.programs.EndProcess();
+  });
+
+  QTimer::singleShot(0, &application, [&] {
+    ShowProblems(boxes, ends.problems);
+    program.Start();
+    if (alone) auto_play.Begin();
+  });
+  return QApplication::exec();
+}
+
+// Nothing if an argument is wrong, after reporting it.
+std::optional<Options> UsableOptions() {
+  try {
+    return ReadOptions(QApplication::arguments());
+  } catch (const std::invalid_argument& error) {
+    ReportStartFailure(error.what());
+    return std::nullopt;
+  }
+}
+
+void NameApplication() {
+  QCoreApplication::setApplicationName(QStringLiteral("velumar"));
+  QCoreApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
+}
+
+// Help and version need no display. Returns only if an argument is wrong.
+int AnswerHelp(int argument_count, char** arguments) {
+  const QCoreApplication application(argument_count, arguments);
+  NameApplication();
+  UsableOptions();
+  return kBadArguments;
+}
+
+int Main(int argument_count, char** arguments) {
+  if (AsksForHelp(argument_count, arguments)) return AnswerHelp(argument_count, arguments);
+  if (const std::optional<std::string> missing = ChooseDisplay()) {
+    ReportStartFailure(*missing);
+    return kFailure;
+  }
+  QApplication application(argument_count, arguments);
+  NameApplication();
+  // Windows come and go; only the program's own buttons end it.
+  QApplication::setQuitOnLastWindowClosed(false);
+  const std::optional<Options> options = UsableOptions();
+  if (!options) return kBadArguments;
+  SingleInstance instance(SettingsFolder(*options));
+  if (instance.First()) return Run(application, *options, instance);
+  if (instance.CallOther()) return EXIT_SUCCESS;
+  ReportStartFailure(
+      "another Velumar uses the settings in " + SettingsFolder(*options).toStdString() +
+      " and does not answer. Close it, or choose other settings with --settings-dir.");
+  return kFailure;
+}
+
+}  // namespace
+
+}  // namespace velumar
+
+int main(int argument_count, char** arguments) {
+  try {
+    return velumar::Main(argument_count, arguments);
+  } catch (const std::exception& error) {
+    velumar::ReportStartFailure(error.what());
+    return velumar::kFailure;
+  }
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "charthost/bar_series.h"
+
+namespace velumar {
+
+// How a chart shows dates, prices and volumes. Dates are yyyymmdd, times hhmmss; a damaged date
+// shows the numbers that it holds.
+
+std::string DayText(std::int32_t date);      // "12 Feb 2015"
+std::string LongDayText(std::int32_t date);  // "Thu 12 Feb 2015"
+// "09:30", with seconds only if there are any.
+std::string TimeText(std::int32_t time);
+
+// "Daily" for -1, "Intraday" for 0 (unknown minutes), otherwise "5 minutes".
+std::string IntervalTitle(int interval);
+
+// Fixed decimals, no grouping, never a minus zero.
+std::string PriceText(double value, int decimals);
+
+// Whole numbers grouped in thousands; fractions, as crypto markets have them, with three decimals.
+std::string VolumeText(float value);
+
+// At most four characters for an axis: "950", "1.2K", "35M", "2.1B".
+std::string ShortVolumeText(double value);
+
+// The change from the previous close: "+1.25 (+0.83%)". No percentage of a zero close.
+std::string ChangeText(double close, double previous_close, int decimals);
+
+// "-" for NaN, where there are too few bars for the average.
+std::string AverageText(double average, int decimals);
+
+enum class ReadoutTone { kPlain, kUp, kDown };
+
+// A label with its value in the line above the chart.
+struct ReadoutPart {
+  std::string label;
+  std::string value;
+  ReadoutTone tone = ReadoutTone::kPlain;
+};
+
+// Date, time, open, high, low, close, volume and change of a bar, without what the series lacks.
+std::vector<ReadoutPart> BarReadout(const BarSeries& series, int bar);
+
+}  // namespace velumar

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "charthost/chart_model.h"
+#include "charts/bar_plot.h"
+
+namespace velumar {
+
+// Marks on the axis that counts bars, at the bars where a year, month, day or hour begins.
+class BarDateTicker : public QCPAxisTicker {
+ public:
+  BarDateTicker(const QCPAxis& axis, const ChartModel& model) : axis_(axis), model_(model) {}
+
+  void generate(const QCPRange& range, const QLocale& locale, QChar format, int precision,
+                QVector<double>& ticks, QVector<double>* sub_ticks,
+                QVector<QString>* labels) override;
+  // The marks of the last call at which a new year, month or day begins.
+  const QVector<double>& StrongTicks() const { return strong_; }
+
+ private:
+  const QCPAxis& axis_;
+  const ChartModel& model_;
+  QVector<double> strong_;
+};
+
+// Stronger grid lines at the strong ticks.
+class StrongGrid : public QCPLayerable {
+ public:
+  StrongGrid(BarPlot& plot, const QCPAxisRect& rect, const BarDateTicker& ticker)
+      : QCPLayerable(&plot, QStringLiteral("grid")), plot_(plot), rect_(rect), ticker_(ticker) {}
+
+ protected:
+  QRect clipRect() const override { return rect_.rect(); }
+  void applyDefaultAntialiasingHint(QCPPainter* painter) const override {
+    painter->setAntialiasing(false);
+  }
+  void draw(QCPPainter* painter) override;
+
+ private:
+  const BarPlot& plot_;
+  const QCPAxisRect& rect_;
+  const BarDateTicker& ticker_;
+};
+
+// Candles or bars on whole pixels. A series without open prices has bars without the left tick,
+// which QCPFinancial would draw.
+class PriceBars : public QCPFinancial {
+ public:
+  PriceBars(QCPAxis* bars, QCPAxis* values);
+
+  void SetColours(const Palette& colours);
+  // Takes the columns that the model has laid out.
+  void Fill(const ChartModel& model);
+
+ protected:
+  void draw(QCPPainter* painter) override;
+
+ private:
+  bool has_opens_ = true;
+};
+
+// The middle of the pixel in which a place of the axis lies, so that bodies and wicks are centred.
+double SnappedPlace(const QCPAxis& bars, double place);
+
+// How far a body reaches to the left and the right of its wick, in whole pixels.
+int BodyReach(const ChartModel& model);
+
+}  // namespace velumar

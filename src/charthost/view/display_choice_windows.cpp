@@ -1,7 +1,0 @@
-#include "charthost/view/display_choice.h"
-
-namespace velumar {
-
-void ChooseChartDisplay() {}
-
-}  // namespace velumar

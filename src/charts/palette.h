@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+#include <array>
+
+namespace velumar {
+
+// The colours of all windows and charts, light or dark. Texts have a contrast of at least 4.5 to 1
+// with their background, lines and bars of at least 3 to 1; only the grid is fainter.
+struct Palette {
+  bool dark;
+
+  QColor window;  // background of windows and dialogs
+  QColor edge;    // outline of windows
+  QColor field;   // background of boxes, lists and price charts
+  QColor tick;    // background of a check box on light green
+  QColor value;   // background of a computed figure
+  QColor text;
+  QColor faint;   // disabled texts
+  QColor border;  // outline of boxes and charts
+  QColor accent;  // focus, selection, slider
+  QColor on_accent;
+  QColor button;
+  QColor groove;
+
+  QColor ground;  // background of the result chart
+  QColor muted;   // numbers and dates on the axes of a chart
+  QColor grid;
+  QColor strong_grid;  // where a new year, month or day begins
+  QColor floor;        // of a chart with depth
+  QColor shadow;
+  QColor hint;  // background of the text next to the pointer
+  QColor up;
+  QColor down;
+  QColor up_volume;
+  QColor down_volume;
+  QColor line;
+  std::array<QColor, 2> averages;
+  QColor crosshair;
+  QColor tag;  // background of a value or date on an axis
+  QColor on_tag;
+  QColor error;
+
+  static const Palette& Light();
+  static const Palette& Dark();
+  // The set that goes with the system's or a window's colours.
+  static const Palette& Following(const QPalette& system);
+
+  QPalette ForWidgets() const;
+};
+
+// The portfolio's line or bars until the trader chooses another colour.
+inline constexpr QColor kSeriesGreen(0, 192, 0);
+
+}  // namespace velumar

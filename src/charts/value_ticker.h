@@ -1,0 +1,37 @@
+#pragma once
+
+#include <qcustomplot.h>
+
+#include <functional>
+
+namespace velumar {
+
+// The smallest of 1, 2, 5, 10, 20, 50 ... times any power of ten that is not below `least`.
+double RoundStep(double least);
+
+// Round values on a vertical axis: multiples of 1, 2 or 5 times a power of ten. On a logarithmic
+// axis over a factor of 4 or more, the same few values of each decade. The ticker must not outlive
+// the axis.
+class ValueTicker : public QCPAxisTicker {
+ public:
+  using Label = std::function<QString(double value, double step)>;
+
+  // One value for at least `pixels`.
+  ValueTicker(const QCPAxis& axis, int pixels, Label label)
+      : axis_(axis), pixels_(pixels), label_(std::move(label)) {}
+
+ protected:
+  double getTickStep(const QCPRange& range) override;
+  QVector<double> createTickVector(double step, const QCPRange& range) override;
+  QString getTickLabel(double tick, const QLocale&, QChar, int) override {
+    return label_(tick, step_);
+  }
+
+ private:
+  const QCPAxis& axis_;
+  int pixels_;
+  Label label_;
+  double step_ = 1;
+};
+
+}  // namespace velumar

@@ -1,0 +1,58 @@
+#include <QApplication>
+#include <stdexcept>
+#include <string>
+
+#include "cli/commands.h"
+#include "resultchart/chart_file.h"
+#include "resultchart/report_pages.h"
+#include "resultchart/result_plot.h"
+#include "resultchart/report.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr QSize kPictureSize(1000, 640);
+
+// Starts Qt without a display. The application is never deleted: Qt does not support a second one
+// after the first everywhere.
+void StartOffscreenQt() {
+  struct Application {
+    bool platform = qputenv("QT_QPA_PLATFORM", "offscreen");
+    int count = 1;
+    std::string name = "velumar-cli";
+    char* names[2] = {name.data(), nullptr};
+    QApplication application{count, names};
+  };
+  static const auto* const kApplication = new Application;
+  static_cast<void>(kApplication);
+}
+
+void DrawChart(const ChartArguments& arguments) {
+  const std::optional<ChartType> type = ChartTypeOf(std::string_view(arguments.type));
+  if (!type) throw std::runtime_error("--type: there is no chart type \"" + arguments.type + "\"");
+  LedgerConnection ledger = OpenRun(arguments);
+  ChartPoints points = PointsOfRun(ledger, arguments.run);
+  StartOffscreenQt();
+  ResultPlot plot;
+  plot.resize(kPictureSize);
+  plot.SetPoints(std::move(points));
+  plot.SetType(*type);
+  SaveChartFile(plot, kPictureSize, QString::fromStdString(arguments.out));
+}
+
+void WriteReport(const ReportArguments& arguments) {
+  LedgerConnection ledger = OpenRun(arguments);
+  const Report report = ReadReport(ledger, arguments.run);
+  StartOffscreenQt();
+  SaveReport(report, QString::fromStdString(arguments.out));
+}
+
+}  // namespace
+
+const DrawingCommands* FindDrawingCommands() {
+  static constexpr DrawingCommands kCommands{DrawChart, WriteReport};
+  return &kCommands;
+}
+
+}  // namespace velumar

@@ -1,0 +1,7 @@
+#include "cli/commands.h"
+
+namespace velumar {
+
+const DrawingCommands* FindDrawingCommands() { return nullptr; }
+
+}  // namespace velumar

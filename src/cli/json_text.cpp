@@ -1,0 +1,39 @@
+#include "cli/json_text.h"
+
+#include "base/number_text.h"
+
+namespace velumar {
+
+std::string JsonText(const nlohmann::ordered_json& json, int indent) {
+  return json.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+std::string LedgerText(const LedgerValue& value) {
+  if (const auto* number = std::get_if<double>(&value)) {
+    return PlainNumberText(static_cast<float>(*number));
+  }
+  const auto* text = std::get_if<std::string>(&value);
+  return text == nullptr ? std::string() : *text;
+}
+
+nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size_t row) {
+  nlohmann::ordered_json object;
+  for (std::size_t i = 0; i < records.columns.size(); ++i) {
+    object[records.columns[i]] = LedgerText(records.rows[row][i]);
+  }
+  return object;
+}
+
+long LedgerRowCount(LedgerConnection& ledger) {
+  if (!ledger.CanRead()) return 0;
+  const LedgerRecordset count = LedgerQuery(ledger, "select count(*) From MyPortfolio");
+  return static_cast<long>(std::get<double>(count.rows.at(0).at(0)));
+}
+
+nlohmann::ordered_json NewestLedgerRow(LedgerConnection& ledger) {
+  const LedgerRecordset newest = LedgerQuery(
+      ledger, "select * From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)");
+  return LedgerRowObject(newest, 0);
+}
+
+}  // namespace velumar

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+namespace velumar {
+
+// Two numbers that one program of ours sends to another one of the same user on the same desktop.
+// The two programs agree on what they mean.
+struct IpcMessage {
+  std::uint32_t first = 0;
+  std::uint32_t second = 0;
+};
+
+// Where Velumar listens for the keys that were typed into the chart: code, and 1 for Shift, 2 for a
+// repeated key. The code 0 stands for a mouse click.
+inline constexpr std::string_view kRunKeyListener = "_VELUMAR_RUN_KEYS";
+inline constexpr std::uint32_t kMessageShift = 1;
+inline constexpr std::uint32_t kMessageRepeated = 2;
+
+// Sends the message to the program that listens under that name, without waiting until it is read.
+// Returns false if none listens.
+bool SendIpcMessage(std::string_view name, const IpcMessage& message);
+
+// Listens for messages as long as it lives; the name is free again once the process ends, however
+// it ends.
+class MessageListener {
+ public:
+  virtual ~MessageListener() = default;
+};
+
+// Calls `receive` for each message in the order in which they were sent, from within the event
+// loop. If two programs listen under one name, the later one gets the messages. Null if the system
+// refuses.
+std::unique_ptr<MessageListener> ListenForMessages(std::string_view name,
+                                                   std::function<void(const IpcMessage&)> receive);
+
+}  // namespace velumar

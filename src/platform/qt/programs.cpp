@@ -1,0 +1,50 @@
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <stdexcept>
+
+#include "platform/command_line.h"
+#include "platform/process.h"
+#include "platform/system.h"
+
+namespace velumar {
+
+namespace {
+
+void StartDetached(const std::string& program, const QStringList& arguments) {
+  QProcess process;
+  process.setProgram(QString::fromStdString(program));
+  process.setArguments(arguments);
+  process.setStandardInputFile(QProcess::nullDevice());
+  if (process.startDetached()) return;
+  const QFileInfo file(process.program());
+  const char* const why = !file.exists()         ? "no such file"
+                          : !file.isExecutable() ? "it is not executable"
+                                                 : "this system can't run that kind of file";
+  throw std::runtime_error("The program " + program + " could not be started: " + why + ".");
+}
+
+}  // namespace
+
+void SystemPrograms::Start(std::string_view command_line) {
+  std::vector<std::string> command = SplitCommandLine(command_line);
+  command.insert(command.end(), extra_arguments_.begin(), extra_arguments_.end());
+  QStringList arguments;
+  for (std::size_t i = 1; i < command.size(); ++i) {
+    arguments.append(QString::fromStdString(command[i]));
+  }
+  StartDetached(command.front(), arguments);
+}
+
+void SystemPrograms::OpenInBrowser(std::string_view address) {
+  const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+  if (opener.isEmpty()) {
+    throw std::runtime_error(std::string(address) +
+                             " could not be opened: xdg-open is not installed.");
+  }
+  StartDetached(opener.toStdString(), {QString::fromStdString(std::string(address))});
+}
+
+void SystemPrograms::EndProcess() { EndProcessAtOnce(0); }
+
+}  // namespace velumar

@@ -1,0 +1,263 @@
+#include "platform/qt/settings_file.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSettings>
+#include <algorithm>
+#include <charconv>
+#include <stdexcept>
+#include <utility>
+
+#include "base/paths.h"
+#include "base/whole_file.h"
+
+namespace velumar {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The name of an entry that only says that its group exists.
+constexpr char kGroupItself[] = ".";
+
+QString Escaped(std::string_view name) {
+  // The value without a name that registry keys have.
+  if (name.empty()) return QStringLiteral("@");
+  QString escaped = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+  escaped.replace(u'%', QStringLiteral("%25")).replace(u'/', QStringLiteral("%2F"));
+  if (escaped == u'@') return QStringLiteral("%40");
+  return escaped == u'.' ? QStringLiteral("%2E") : escaped;
+}
+
+QString PrefixOf(std::string_view group) {
+  QString prefix;
+  while (!group.empty()) {
+    const std::size_t end = std::min(group.find('\\'), group.size());
+    prefix += Escaped(group.substr(0, end)) + u'/';
+    group.remove_prefix(std::min(end + 1, group.size()));
+  }
+  return prefix;
+}
+
+QString KeyOf(std::string_view group, std::string_view name) {
+  return PrefixOf(group) + Escaped(name);
+}
+
+QString GroupKey(std::string_view group) { return PrefixOf(group) + QLatin1String(kGroupItself); }
+
+QStringList KeysWithPrefix(const QSettings& settings, const QString& prefix) {
+  QStringList keys = settings.allKeys();
+  keys.removeIf([&](const QString& key) { return !key.startsWith(prefix, Qt::CaseInsensitive); });
+  return keys;
+}
+
+// The key as the file spells it.
+QString Spelled(const QSettings& settings, const QString& key) {
+  const QStringList keys = settings.allKeys();
+  const auto found = std::find_if(keys.begin(), keys.end(), [&](const QString& other) {
+    return other.compare(key, Qt::CaseInsensitive) == 0;
+  });
+  return found == keys.end() ? key : *found;
+}
+
+QVariant ToVariant(std::string_view value) {
+  const QByteArray bytes(value.data(), static_cast<qsizetype>(value.size()));
+  const QString text = QString::fromUtf8(bytes);
+  return text.toUtf8() == bytes ? QVariant(text) : QVariant(bytes);
+}
+
+std::string ToBytes(const QVariant& value) {
+  if (value.typeId() == QMetaType::QByteArray) return value.toByteArray().toStdString();
+  // A text with commas that somebody wrote without quotes.
+  if (value.typeId() == QMetaType::QStringList) {
+    return value.toStringList().join(QStringLiteral(", ")).toStdString();
+  }
+  return value.toString().toStdString();
+}
+
+fs::path WithEnding(fs::path file, const std::string& ending) { return file += ending; }
+
+// "%" and two hexadecimal digits are a byte.
+std::string Unescaped(std::string_view text) {
+  std::string plain;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    unsigned value = 0;
+    const char* const digits = text.data() + i + 1;
+    const bool escape = text[i] == '%' && i + 2 < text.size() &&
+                        std::from_chars(digits, digits + 2, value, 16).ptr == digits + 2;
+    plain += escape ? static_cast<char>(value) : text[i];
+    if (escape) i += 2;
+  }
+  return plain;
+}
+
+// Reads the form of earlier versions into `settings`: "[group]", "name=value", "#" for comments.
+void ReadOldForm(std::string_view text, QSettings& settings) {
+  std::optional<std::string> group;
+  bool group_is_empty = false;
+  const auto end_group = [&] {
+    if (group_is_empty) settings.setValue(GroupKey(*group), QString());
+  };
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    std::string_view line = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (line.empty() || line.front() == '#') continue;
+    const std::size_t equals = line.find('=');
+    if (line.front() == '[' && line.ends_with(']')) {
+      end_group();
+      group = Unescaped(line.substr(1, line.size() - 2));
+      group_is_empty = true;
+    } else if (group && equals != std::string_view::npos) {
+      const QString key = KeyOf(*group, Unescaped(line.substr(0, equals)));
+      settings.setValue(key, ToVariant(Unescaped(line.substr(equals + 1))));
+      group_is_empty = false;
+    } else {
+      throw std::runtime_error("\"" + std::string(line.substr(0, 40)) + "\" is not a setting");
+    }
+  }
+  end_group();
+}
+
+}  // namespace
+
+SharedIniFile::SharedIniFile(const fs::path& file) : file_(WithEnding(file, ".ini")) {
+  std::error_code error;
+  if (!fs::exists(file_, error) && fs::exists(file, error)) ImportOldFile(file);
+  Open();
+}
+
+std::optional<std::string> SharedIniFile::Read(std::string_view group, std::string_view name) {
+  const auto settings = Open();
+  if (!settings) return std::nullopt;
+  const QVariant value = settings->value(Spelled(*settings, KeyOf(group, name)));
+  return value.isValid() ? std::optional(ToBytes(value)) : std::nullopt;
+}
+
+void SharedIniFile::Write(std::string_view group, std::string_view name, std::string_view value) {
+  const auto settings = Open();
+  if (settings) settings->setValue(Spelled(*settings, KeyOf(group, name)), ToVariant(value));
+  RequireWritten(settings.get());
+}
+
+void SharedIniFile::Remove(std::string_view group, std::string_view name) {
+  const auto settings = Open();
+  if (settings) settings->remove(Spelled(*settings, KeyOf(group, name)));
+  RequireWritten(settings.get());
+}
+
+void SharedIniFile::AddGroup(std::string_view group) {
+  const auto settings = Open();
+  const bool missing = settings && KeysWithPrefix(*settings, PrefixOf(group)).isEmpty();
+  if (missing) settings->setValue(GroupKey(group), QString());
+  RequireWritten(settings.get());
+}
+
+void SharedIniFile::RemoveGroup(std::string_view group) {
+  const auto settings = Open();
+  if (settings) {
+    for (const QString& key : KeysWithPrefix(*settings, PrefixOf(group))) settings->remove(key);
+  }
+  RequireWritten(settings.get());
+}
+
+bool SharedIniFile::HasGroup(std::string_view group) {
+  const auto settings = Open();
+  return settings && !KeysWithPrefix(*settings, PrefixOf(group)).isEmpty();
+}
+
+bool SharedIniFile::HasGroupsBelow(std::string_view group) {
+  const auto settings = Open();
+  const QString prefix = PrefixOf(group);
+  const QStringList keys = settings ? KeysWithPrefix(*settings, prefix) : QStringList();
+  return std::any_of(keys.begin(), keys.end(),
+                     [&](const QString& key) { return key.indexOf(u'/', prefix.size()) >= 0; });
+}
+
+std::vector<std::string> SharedIniFile::TakeProblems() { return std::exchange(problems_, {}); }
+
+// Opening reads the file again if another process has changed it. Null while it is blocked.
+std::unique_ptr<QSettings> SharedIniFile::Open() {
+  std::error_code missing;
+  if (Blocked() && fs::last_write_time(file_, missing) == blocked_at_ && !missing) return nullptr;
+  blocked_at_ = {};
+  const QFileInfo info(file_);
+  std::string why;
+  if (info.isDir()) {
+    why = "it is a folder";
+  } else if (info.exists() && !info.isFile()) {
+    why = "it is a pipe or a device";
+  } else if (info.size() > kLargest) {
+    why = "it has " + std::to_string(info.size()) + " bytes";
+  }
+  if (!why.empty() && !SetAside(why)) return nullptr;
+  const auto open = [this] {
+    auto settings =
+        std::make_unique<QSettings>(QFileInfo(file_).absoluteFilePath(), QSettings::IniFormat);
+    settings->allKeys();  // sections are parsed when they are first used
+    return settings;
+  };
+  auto settings = open();
+  if (settings->status() != QSettings::FormatError) return settings;
+  settings.reset();
+  return SetAside("it is not a settings file") ? open() : nullptr;
+}
+
+void SharedIniFile::RequireWritten(QSettings* settings) const {
+  // New folders and files are for this user alone.
+  const QDir folder = QFileInfo(file_).absoluteDir();
+  if (settings != nullptr && !folder.exists()) {
+    const QDir parent(QFileInfo(folder.path()).path());
+    parent.mkpath(QStringLiteral("."));
+    parent.mkdir(folder.dirName(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+  }
+  const bool fresh = !QFileInfo::exists(QFileInfo(file_).filePath());
+  if (settings != nullptr) settings->sync();
+  if (fresh)
+    QFile::setPermissions(QFileInfo(file_).filePath(), QFile::ReadOwner | QFile::WriteOwner);
+  if (settings != nullptr && settings->status() == QSettings::NoError) return;
+  throw std::runtime_error(PathText(file_) +
+                           " could not be saved. Check that its folder can be written and the "
+                           "disk is not full.");
+}
+
+// Returns false if the file could not be renamed.
+bool SharedIniFile::SetAside(const std::string& why) {
+  fs::path aside;
+  int number = 1;
+  do {
+    aside = WithEnding(file_, ".damaged-" + std::to_string(number++));
+  } while (fs::exists(fs::symlink_status(aside)));
+  std::error_code error;
+  fs::rename(file_, aside, error);
+  // Another process may have renamed it just now.
+  if (error == std::errc::no_such_file_or_directory) return true;
+  if (!error) {
+    problems_.push_back(PathText(file_) + " could not be read: " + why + ". It was renamed to " +
+                        PathText(aside.filename()) + ", and a new file is used.");
+    return true;
+  }
+  problems_.push_back(PathText(file_) + " could not be read: " + why +
+                      ". It could not be renamed either (" + error.message() +
+                      "). Nothing is saved until you remove it.");
+  std::error_code no_time;
+  blocked_at_ = fs::last_write_time(file_, no_time);
+  return false;
+}
+
+void SharedIniFile::ImportOldFile(const fs::path& old) {
+  try {
+    const std::string text = ReadWholeFile(old, static_cast<std::size_t>(kLargest));
+    const auto settings = Open();
+    if (settings) ReadOldForm(text, *settings);
+    RequireWritten(settings.get());
+  } catch (const std::exception& error) {
+    problems_.push_back("The values of an earlier version were not imported from " + PathText(old) +
+                        ": " + error.what());
+  }
+}
+
+std::string FileSettings::Place() const { return PathText(file_.File()); }
+
+}  // namespace velumar

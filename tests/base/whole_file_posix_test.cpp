@@ -1,0 +1,59 @@
+#include <sys/stat.h>
+
+#include "base/whole_file.h"
+#include "support/scratch_folder.h"
+#include "support/traced_child.h"
+
+namespace velumar {
+namespace {
+
+TEST(WholeFile, IsOnTheDiskBeforeItReplacesTheOldOneAndTheRenameAfterIt) {
+  const ScratchFolder folder;
+  const std::string calls =
+      DiskCallsOf([&] { ReplaceWholeFile(folder / "file", "new", FileAccess::kUsual); });
+  if (calls.empty()) GTEST_SKIP() << "no permission to trace a process";
+  EXPECT_EQ(calls, "WFRF");
+}
+
+TEST(WholeFile, KeepsLinkAndPermissionsAndLeavesPipesAlone) {
+  const ScratchFolder folder;
+  folder.Write("real", "old");
+  ASSERT_EQ(chmod((folder / "real").c_str(), 0640), 0);
+  std::filesystem::create_symlink("real", folder / "link");
+  ReplaceWholeFile(folder / "link", "new", FileAccess::kUsual);
+  EXPECT_TRUE(IsLink(folder / "link"));
+  EXPECT_EQ(folder.Read("real"), "new");
+  struct stat status {};
+  ASSERT_EQ(stat((folder / "real").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0640U);
+  ReplaceWholeFile(folder / "real", "mine", FileAccess::kUserAlone);
+  ASSERT_EQ(stat((folder / "real").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600U);
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  EXPECT_THROW(ReplaceWholeFile(folder / "pipe", "x", FileAccess::kUsual), FileError);
+  EXPECT_THROW(ReadWholeFile(folder / "pipe", 9), FileError);
+}
+
+// A disk that fails at any call leaves the old file or the new one, and no draft.
+TEST(WholeFile, IsTheOldOrTheNewOneWhateverFails) {
+  for (int number = 1, reached = 1; reached != 0; ++number) {
+    const ScratchFolder folder;
+    folder.Write("file", "old");
+    const FailedWork failed = FailAt(number, ENOSPC, false, [&] {
+      try {
+        ReplaceWholeFile(folder / "file", "new", FileAccess::kUsual);
+        return 0;
+      } catch (const FileError&) {
+        return 2;
+      }
+    });
+    if (!failed.traced) GTEST_SKIP() << "no permission to trace a process";
+    reached = failed.reached ? 1 : 0;
+    const bool done = failed.exit_code == 0;
+    EXPECT_EQ(folder.Read("file"), done ? "new" : "old") << "call " << number;
+    EXPECT_EQ(folder.Names().size(), 1U) << "call " << number;
+  }
+}
+
+}  // namespace
+}  // namespace velumar

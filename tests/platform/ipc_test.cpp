@@ -1,0 +1,69 @@
+#include "platform/ipc.h"
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "platform/qt_loop.h"
+#include "support/scratch_folder.h"
+
+namespace velumar {
+namespace {
+
+constexpr std::string_view kName = "test";
+
+struct Ipc : testing::Test {
+  Ipc() { ::setenv("XDG_RUNTIME_DIR", folder.Path().c_str(), 1); }
+  ~Ipc() override { ::unsetenv("XDG_RUNTIME_DIR"); }
+
+  std::unique_ptr<MessageListener> Listen(std::vector<std::uint32_t>& received) {
+    return ListenForMessages(
+        kName, [&received](const IpcMessage& message) { received.push_back(message.second); });
+  }
+  void WaitFor(const std::vector<std::uint32_t>& received, std::size_t count) {
+    loop.RunUntil([&] { return received.size() >= count; });
+  }
+
+  ScratchFolder folder;
+  QtLoop loop;
+};
+
+TEST_F(Ipc, MessagesArriveInOrderAtTheLatestListener) {
+  EXPECT_FALSE(SendIpcMessage(kName, {}));
+  std::vector<std::uint32_t> early;
+  std::vector<std::uint32_t> late;
+  const auto first = Listen(early);
+  std::vector<std::uint32_t> sent;
+  for (std::uint32_t i = 0; i < 20; ++i) {
+    sent.push_back(i << 20);
+    ASSERT_TRUE(SendIpcMessage(kName, {.first = 7, .second = sent.back()}));
+  }
+  WaitFor(early, sent.size());
+  EXPECT_EQ(early, sent);
+  const auto second = Listen(late);
+  EXPECT_FALSE(SendIpcMessage("other", {}));
+  EXPECT_TRUE(SendIpcMessage(kName, {.second = 5}));
+  WaitFor(late, 1);
+  EXPECT_THAT(late, testing::ElementsAre(5));
+  EXPECT_EQ(early, sent);
+}
+
+TEST_F(Ipc, AListenerThatIsKilledFreesTheName) {
+  std::vector<std::uint32_t> received;
+  const pid_t other = ::fork();
+  if (other == 0) {
+    const auto listener = Listen(received);
+    ::kill(::getpid(), SIGKILL);
+  }
+  ASSERT_EQ(::waitpid(other, nullptr, 0), other);
+  EXPECT_FALSE(SendIpcMessage(kName, {}));
+  const auto next = Listen(received);
+  EXPECT_TRUE(SendIpcMessage(kName, {.second = 1}));
+  WaitFor(received, 1);
+  EXPECT_EQ(received.size(), 1u);
+}
+
+}  // namespace
+}  // namespace velumar
