@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "forms/big_window.h"
 #include "forms/form1.h"
 #include "forms/form2.h"
 #include "forms/form3.h"
@@ -11,6 +10,23 @@
 #include "forms/graph2.h"
 
 namespace velumar {
+
+// One number of the run in very large type.
+class BigWindow : public Form {
+ public:
+  BigWindow(const FormSpec& form, const ControlSpec& label) : Form(form), lblScore(*this, label) {}
+
+  static constexpr Look BigType(Colour colour, Alignment alignment) {
+    return {.colour = colour,
+            .face = FontFace::kImpact,
+            .points = 36,
+            .bold = true,
+            .italic = true,
+            .alignment = alignment};
+  }
+
+  Label lblScore;
+};
 
 // Owns the windows, one of each. An accessor of an unloaded window first loads it, hidden. Use
 // Untouched() to look at windows without loading them.

@@ -3,7 +3,6 @@
 
 #include "app/controls/control_view.h"
 #include "app/theme/artwork.h"
-#include "forms/frame.h"
 #include "forms/panels.h"
 
 namespace velumar {
