@@ -31,7 +31,7 @@ int StepFrom(const SimSession& chosen, StepFunction step) {
 using StepFaultTest = SessionFixture;
 
 // Whichever write of a step fails, the store holds the bars up to the cursor and no other: a chart
-// ahead of it would show the future, one behind it would hide what was dealt on.
+// ahead of it would show the future, one before it would hide bars that were traded.
 TEST_F(StepFaultTest, AStepIsWholeOrTakenBack) {
   Store("ABC", DailyBars(kBars));
   CopyIndexes();
