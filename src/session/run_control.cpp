@@ -186,7 +186,7 @@ bool RunControl::FeedOne(RunNumber run) {
   chart_.RefreshCharts();
   if (Superseded(run) || session_.StopRequested != 0) return false;
   WaitMilliseconds(platform_.events, session_.RefreshDelay);
-  return !Superseded(run);
+  return true;
 }
 
 void RunControl::EndRun() {

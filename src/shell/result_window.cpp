@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cmath>
 #include <optional>
 #include <system_error>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "base/ignoring.h"
+#include "base/text.h"
 #include "results/portfolio_chart.h"
 #include "results/run_record.h"
 #include "shell/event_guard.h"
@@ -44,10 +44,7 @@ std::string_view TaskOf(int button) {
 }
 
 std::string FormTitle(const std::string& ending) {
-  if (ending == "bmp") return "Pictures (*.bmp)";
-  std::string capitals;
-  for (const char letter : ending) capitals += static_cast<char>(std::toupper(letter));
-  return capitals + " (*." + ending + ")";
+  return (ending == "bmp" ? "Pictures" : UpperCased(ending)) + " (*." + ending + ")";
 }
 
 ChartRows RowsOf(PortfolioChart portfolio) {
