@@ -150,9 +150,18 @@ void ResultWindow::Show(Reading reading) {
   if (reading.rows != *chart.Content().rows) chart.SetRows(std::move(reading.rows));
 }
 
+// Blank before the first order.
 void ResultWindow::WriteFigures(const ResultFigures& figures) {
-  for (const ResultFigureText& figure : ResultFigureTexts(figures)) {
-    Window().Find(figure.label)->SetText(figures.any_orders ? figure.text : "");
+  FrmResult& form = Window();
+  const auto texts = ResultFigureTexts(figures);
+  const std::array labels = {
+      &form.lblSymbol,    &form.lblInterval,       &form.lblStartDate,       &form.lblStartDateTime,
+      &form.lblEndDate,   &form.lblEndDateTime,    &form.lblPortfolio,       &form.lblLong,
+      &form.lblShort,     &form.lblLongProfitLoss, &form.lblShortProfitLoss, &form.lblLongComm,
+      &form.lblShortComm, &form.lblTotalComm};
+  static_assert(labels.size() == texts.size());
+  for (std::size_t i = 0; i < labels.size(); ++i) {
+    labels[i]->SetText(figures.any_orders ? texts[i].text : "");
   }
 }
 
