@@ -131,7 +131,7 @@ bool ReplayDriver::ReadCommand() {
 }
 
 bool ReplayDriver::Execute() {
-  const Desktop::Windows windows = world_.Windows();
+  Desktop::Windows& windows = world_.Windows();
   const auto [name, rest] = Split(command_);
   answer_due_ = true;
   try {

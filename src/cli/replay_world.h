@@ -39,7 +39,7 @@ class ReplayWorld {
 
   // Throws std::invalid_argument for an unknown control.
   Control& NamedControl(const std::string& name);
-  Desktop::Windows Windows() { return desktop.Untouched(); }
+  Desktop::Windows& Windows() { return desktop.Untouched(); }
 
   VirtualPlatform outside;
   Platform platform;

@@ -20,11 +20,6 @@ void Chart::SetRows(ChartRows rows) {
   Changed();
 }
 
-void Chart::SetSeriesColour(int red, int green, int blue) {
-  content_.series = static_cast<Colour>(red | green << 8 | blue << 16);
-  Changed();
-}
-
 void Chart::ToDefaults() {
   ChartContent plain;
   plain.rows = content_.rows;

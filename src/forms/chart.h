@@ -52,7 +52,7 @@ class Chart : public Control {
   const ChartContent& Content() const { return content_; }
   void SetRows(ChartRows rows);
   void SetType(int type) { Assign(content_.type, type); }
-  void SetSeriesColour(int red, int green, int blue);
+  void SetSeriesColour(Colour colour) { Assign(content_.series, colour); }
   void SetShadow(bool shadow) { Assign(content_.shadow, shadow); }
   void SetWallWhite() { Assign(content_.white_wall, true); }
   // A 2D line without shadow on a plain wall, showing all rows. Rows and colour don't change.

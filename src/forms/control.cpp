@@ -24,7 +24,6 @@ Control::Control(Form& form, ControlKind kind, const ControlSpec& spec)
       name_(spec.name),
       spec_(spec),
       start_text_(spec.text),
-      look_(spec.look),
       text_(spec.text),
       tooltip_(spec.tooltip),
       colour_(spec.look.colour),
@@ -40,7 +39,7 @@ void Control::Reset() {
   tooltip_ = spec_.tooltip;
   visible_ = true;
   enabled_ = true;
-  colour_ = look_.colour;
+  colour_ = spec_.look.colour;
   left_ = spec_.left;
   top_ = spec_.top;
   width_ = spec_.width;

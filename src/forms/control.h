@@ -95,7 +95,7 @@ class Control {
   ControlKind Kind() const { return kind_; }
   const std::string& Name() const { return name_; }
   Form& Owner() const { return form_; }
-  const Look& DesignLook() const { return look_; }
+  const Look& DesignLook() const { return spec_.look; }
   // The control that contains and clips it; null if that is the window.
   const Control* Container() const { return container_; }
   void PlaceIn(const Control& container) { container_ = &container; }
@@ -160,7 +160,6 @@ class Control {
   ControlSpec spec_;
   const Control* container_ = nullptr;
   std::string start_text_;
-  Look look_;
   std::string text_;
   std::string tooltip_;
   bool visible_ = true;

@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "forms/big_window.h"
 #include "forms/form1.h"
 #include "forms/form2.h"
 #include "forms/form3.h"
@@ -12,42 +11,61 @@
 
 namespace velumar {
 
+// One number of the run in very large type.
+class BigWindow : public Form {
+ public:
+  BigWindow(const FormSpec& form, const ControlSpec& label) : Form(form), lblScore(*this, label) {}
+
+  static constexpr Look BigType(Colour colour, Alignment alignment) {
+    return {.colour = colour,
+            .face = FontFace::kImpact,
+            .points = 36,
+            .bold = true,
+            .italic = true,
+            .alignment = alignment};
+  }
+
+  Label lblScore;
+};
+
 // Owns the windows, one of each. An accessor of an unloaded window first loads it, hidden. Use
 // Untouched() to look at windows without loading them.
 class Desktop {
  public:
-  Desktop();
-  Desktop(const Desktop&) = delete;
-  Desktop& operator=(const Desktop&) = delete;
+  struct Windows {
+    Form1 form1;
+    Form2 form2;
+    Form3 form3;
+    BigWindow frmBigDateTime{{"frmBigDateTime", "Velumar", 6195, 990},
+                             {"lblScore", 0, 120, 6135, 900, "01/25/2007  - 16:00", "",
+                              BigWindow::BigType(kBlue, Alignment::kCentre)}};
+    BigWindow frmBigScore{{"frmBigScore", "Velumar", 4125, 990},
+                          {"lblScore", 0, 120, 4095, 900, "100,000,000", "",
+                           BigWindow::BigType(kDarkGreen, Alignment::kCentre)}};
+    BigWindow frmBigPrice{{"frmBigPrice", "Velumar", 11955, 1035},
+                          {"lblScore", 0, 120, 11895, 900, "O: 111.00 H:222.00 L:333.00 C:444.00",
+                           "", BigWindow::BigType(kDarkGreen, Alignment::kLeft)}};
+    FrmScore frmScore;
+    FrmResult frmResult;
+    Graph2 graph2;
+  };
 
-  Form1& form1() { return Touched(form1_); }
-  Form2& form2() { return Touched(form2_); }
-  Form3& form3() { return Touched(form3_); }
-  BigWindow& frmBigDateTime() { return Touched(big_date_time_); }
-  BigWindow& frmBigScore() { return Touched(big_score_); }
-  BigWindow& frmBigPrice() { return Touched(big_price_); }
-  FrmScore& frmScore() { return Touched(frm_score_); }
-  FrmResult& frmResult() { return Touched(frm_result_); }
-  Graph2& graph2() { return Touched(graph2_); }
+  Form1& form1() { return Touched(windows_.form1); }
+  Form2& form2() { return Touched(windows_.form2); }
+  Form3& form3() { return Touched(windows_.form3); }
+  BigWindow& frmBigDateTime() { return Touched(windows_.frmBigDateTime); }
+  BigWindow& frmBigScore() { return Touched(windows_.frmBigScore); }
+  BigWindow& frmBigPrice() { return Touched(windows_.frmBigPrice); }
+  FrmScore& frmScore() { return Touched(windows_.frmScore); }
+  FrmResult& frmResult() { return Touched(windows_.frmResult); }
+  Graph2& graph2() { return Touched(windows_.graph2); }
 
   // Loads the window, hidden, if it isn't loaded.
-  void Load(Form& form);
+  void Load(Form& form) { Touched(form); }
   // Runs on_unload; the next load starts from the control table.
   void Unload(Form& form);
 
-  // The windows, without loading them.
-  struct Windows {
-    Form1& form1;
-    Form2& form2;
-    Form3& form3;
-    BigWindow& frmBigDateTime;
-    BigWindow& frmBigScore;
-    BigWindow& frmBigPrice;
-    FrmScore& frmScore;
-    FrmResult& frmResult;
-    Graph2& graph2;
-  };
-  Windows Untouched();
+  Windows& Untouched() { return windows_; }
   std::array<Form*, 9> All();
   // Null if there is no window of that name.
   Form* Find(std::string_view name);
@@ -61,15 +79,7 @@ class Desktop {
     return window;
   }
 
-  Form1 form1_;
-  Form2 form2_;
-  Form3 form3_;
-  BigWindow big_date_time_;
-  BigWindow big_score_;
-  BigWindow big_price_;
-  FrmScore frm_score_;
-  FrmResult frm_result_;
-  Graph2 graph2_;
+  Windows windows_;
 };
 
 }  // namespace velumar

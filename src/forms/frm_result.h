@@ -4,7 +4,6 @@
 
 #include "forms/chart.h"
 #include "forms/form.h"
-#include "forms/frame.h"
 #include "forms/panels.h"
 #include "forms/table.h"
 

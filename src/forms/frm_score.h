@@ -1,8 +1,7 @@
 #pragma once
 
 #include "forms/form.h"
-#include "forms/frame.h"
-#include "forms/list_box.h"
+#include "forms/panels.h"
 
 namespace velumar {
 

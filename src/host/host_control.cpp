@@ -13,7 +13,6 @@
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
 #include "platform/key_notation.h"
-#include "platform/event_loop.h"
 #include "trading/position_book.h"
 #include "trading/status_texts.h"
 

@@ -102,20 +102,20 @@ ResultFigures LoadResultFigures(LedgerConnection& connection, int archived_run) 
 
 std::array<ResultFigureText, 14> ResultFigureTexts(const ResultFigures& figures) {
   return {{
-      {"ResSymbol", "lblSymbol", figures.ResSymbol},
-      {"ResInterval", "lblInterval", figures.ResInterval},
-      {"ResStartDate", "lblStartDate", figures.ResStartDate},
-      {"ResStartTime", "lblStartDateTime", figures.ResStartTime},
-      {"ResEndDate", "lblEndDate", figures.ResEndDate},
-      {"ResEndTime", "lblEndDateTime", figures.ResEndTime},
-      {"ResPortfolio", "lblPortfolio", PatternText(figures.ResPortfolio, kPortfolioPattern)},
-      {"ResLongAmount", "lblLong", ReadableNumberText(figures.ResLongAmount)},
-      {"ResShortAmount", "lblShort", ReadableNumberText(figures.ResShortAmount)},
-      {"ResLongProfitLoss", "lblLongProfitLoss", ReadableNumberText(figures.ResLongProfitLoss)},
-      {"ResShortProfitLoss", "lblShortProfitLoss", ReadableNumberText(figures.ResShortProfitLoss)},
-      {"ResLongComm", "lblLongComm", ReadableNumberText(figures.ResLongComm)},
-      {"ResShortComm", "lblShortComm", ReadableNumberText(figures.ResShortComm)},
-      {"ResTotalComm", "lblTotalComm", ReadableNumberText(figures.ResTotalComm)},
+      {"ResSymbol", figures.ResSymbol},
+      {"ResInterval", figures.ResInterval},
+      {"ResStartDate", figures.ResStartDate},
+      {"ResStartTime", figures.ResStartTime},
+      {"ResEndDate", figures.ResEndDate},
+      {"ResEndTime", figures.ResEndTime},
+      {"ResPortfolio", PatternText(figures.ResPortfolio, kPortfolioPattern)},
+      {"ResLongAmount", ReadableNumberText(figures.ResLongAmount)},
+      {"ResShortAmount", ReadableNumberText(figures.ResShortAmount)},
+      {"ResLongProfitLoss", ReadableNumberText(figures.ResLongProfitLoss)},
+      {"ResShortProfitLoss", ReadableNumberText(figures.ResShortProfitLoss)},
+      {"ResLongComm", ReadableNumberText(figures.ResLongComm)},
+      {"ResShortComm", ReadableNumberText(figures.ResShortComm)},
+      {"ResTotalComm", ReadableNumberText(figures.ResTotalComm)},
   }};
 }
 

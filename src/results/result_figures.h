@@ -37,11 +37,10 @@ ResultFigures LoadResultFigures(LedgerConnection& connection, int archived_run =
 
 struct ResultFigureText {
   std::string_view field;  // "ResPortfolio"
-  std::string_view label;  // "lblPortfolio"
   std::string text;
 };
 
-// The figures as their labels show them. Without orders the window leaves the labels blank.
+// The figures as the result window shows them.
 std::array<ResultFigureText, 14> ResultFigureTexts(const ResultFigures& figures);
 
 }  // namespace velumar

@@ -35,7 +35,6 @@ RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Pl
       inputs_(inputs),
       view_(view),
       platform_(platform),
-      cache_(cache),
       ledger_(ledger),
       chart_(chart),
       store_(session, view, platform.boxes, cache),
@@ -109,7 +108,7 @@ bool RunControl::PrepareChartAndStore() {
   BringChartUp();
   view_.SetStatusLine("Init Data... ");
   if (!store_.Prepare()) return false;
-  LoadSeries();
+  store_.LoadSeries();
   return true;
 }
 
@@ -155,16 +154,6 @@ void RunControl::ShowRunning() {
   view_.SetStatusLine("Activate Program ...");
 }
 
-void RunControl::LoadSeries() {
-  session_.BarIndex = LoadBars(session_, cache_, session_.SimDir);
-  session_.LastBarIndex = LoadBars(session_, cache_, session_.Run.directory);
-  session_.FirstShownBar = session_.BarIndex;
-  session_.NewestShownBar = session_.BarIndex;
-  const auto bar = static_cast<std::size_t>(session_.BarIndex);
-  session_.StartDate = std::to_string(session_.BarDate.at(bar));
-  session_.StartTime = std::to_string(session_.BarTime.at(bar));
-}
-
 // Each bar is the one after BarIndex, which a manual step may have moved.
 void RunControl::Feed(RunNumber run) {
   view_.SetStatusLine("Begin of data feed ... ");
@@ -197,7 +186,7 @@ bool RunControl::FeedOne(RunNumber run) {
   chart_.RefreshCharts();
   if (Superseded(run) || session_.StopRequested != 0) return false;
   WaitMilliseconds(platform_.events, session_.RefreshDelay);
-  return !Superseded(run);
+  return true;
 }
 
 void RunControl::EndRun() {

@@ -7,7 +7,6 @@
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
-#include "session/bar_loading.h"
 #include "session/bar_stepping.h"
 #include "session/chart_side.h"
 #include "session/run_inputs.h"
@@ -66,7 +65,6 @@ class RunControl {
   bool BeginInLedger();
   void BringChartUp();
   void ShowRunning();
-  void LoadSeries();
   void Feed(RunNumber run);
   bool FeedOne(RunNumber run);
   // Makes a step and refreshes the charts. If the step fails, shows a box; nothing has moved.
@@ -78,7 +76,6 @@ class RunControl {
   RunInputs& inputs_;
   RunView& view_;
   Platform& platform_;
-  IndexCache& cache_;
   LedgerConnection& ledger_;
   ChartSide& chart_;
   WorkingStore store_;

@@ -8,7 +8,6 @@
 #include "base/ignoring.h"
 #include "base/text.h"
 #include "marketdata/interval.h"
-#include "session/bar_loading.h"
 
 namespace velumar {
 
@@ -22,6 +21,17 @@ void CloseBoth(MetaLibReader& reader, MetaLibWriter& writer) {
   IgnoringErrors([&] { reader.CloseDirectory(); });
   IgnoringErrors([&] { writer.CloseSecurity(); });
   IgnoringErrors([&] { writer.CloseDirectory(); });
+}
+
+void StoreArrays(const MetaLibReader& reader, SimSession& session) {
+  session.BarDate = reader.GetDates();
+  session.BarTime = reader.GetTimes();
+  session.BarOpen = reader.GetOpens();
+  session.BarHigh = reader.GetHighs();
+  session.BarLow = reader.GetLows();
+  session.BarClose = reader.GetCloses();
+  session.BarVolume = reader.GetVolumes();
+  session.BarOpenInt = reader.GetOpenInterests();
 }
 
 // Half of the last index, rounded to even.
@@ -141,39 +151,54 @@ void WorkingStore::SelectBoth(MetaLibReader& reader, MetaLibWriter& writer) {
 // A series of unknown minutes is found under any interval.
 void WorkingStore::RequireKnownMinutes(int minutes) const {
   const std::string& symbol = session_.Run.symbol;
-  MetaLibReader reader(cache_);
-  reader.OpenDirectory(session_.Run.directory);
-  while (reader.NextSecurity() >= 1) {
-    reader.ReadSecurityHeader();
-    if (reader.SecuritySymbol() == symbol && reader.SecurityInterval() == minutes) return;
+  if (AnySecurity(session_.Run.directory, [&](const SecurityInfo& security) {
+        return security.symbol == symbol && security.interval == minutes;
+      })) {
+    return;
   }
   throw MetaLibError(kNotReplayable, "The series " + symbol +
                                          " can't be replayed, because the minutes of its bars "
                                          "are unknown. Import it again with an interval.");
 }
 
+bool WorkingStore::AnySecurity(
+    std::string_view directory,
+    const std::function<bool(const SecurityInfo& security)>& wanted) const {
+  MetaLibReader reader(cache_);
+  reader.OpenDirectory(directory);
+  while (reader.NextSecurity() >= 1) {
+    reader.ReadSecurityHeader();
+    if (wanted(reader.Security())) return true;
+  }
+  return false;
+}
+
 // Checked before anything is written, so that no chart shows what can't be stepped through.
 void WorkingStore::RequireReplayable(const MetaLibReader& reader) const {
-  const std::size_t bars = reader.GetDates().size();
-  const std::string series =
-      "The series " + session_.Run.symbol + " at interval " + session_.Run.interval;
-  const std::string limit = "at most " + std::to_string(kLongestSeries) + " bars can be replayed";
-  if (bars == 0) {
-    throw MetaLibError(kNotReplayable, series + " holds no bars (0; " + limit + ").");
-  }
-  if (bars > kLongestSeries) {
-    throw MetaLibError(kNotReplayable,
-                       series + " holds " + std::to_string(bars) + " bars; " + limit + ".");
-  }
+  RequireLength(reader);
   const auto moment = [&reader](std::size_t bar) {
     return std::pair(reader.GetDates()[bar], reader.GetTimes()[bar]);
   };
-  for (std::size_t i = 1; i < bars; ++i) {
+  for (std::size_t i = 1; i < reader.GetDates().size(); ++i) {
     if (moment(i - 1) < moment(i)) continue;
-    throw MetaLibError(kNotReplayable, series + " holds a bar of " +
+    throw MetaLibError(kNotReplayable, SeriesName() + " holds a bar of " +
                                            std::to_string(reader.GetDates()[i]) +
                                            " without a time after the one before it.");
   }
+}
+
+void WorkingStore::RequireLength(const MetaLibReader& reader) const {
+  const std::size_t bars = reader.GetDates().size();
+  if (bars > 0 && bars <= kLongestSeries) return;
+  const std::string limit = "at most " + std::to_string(kLongestSeries) + " bars can be replayed";
+  throw MetaLibError(kNotReplayable,
+                     SeriesName() + " holds " +
+                         (bars == 0 ? "no bars (0; " + limit + ")."
+                                    : std::to_string(bars) + " bars; " + limit + "."));
+}
+
+std::string WorkingStore::SeriesName() const {
+  return "The series " + session_.Run.symbol + " at interval " + session_.Run.interval;
 }
 
 std::int32_t WorkingStore::CutStart(MetaLibReader& reader) const {
@@ -199,16 +224,45 @@ std::string WorkingStore::Explained(const MetaLibError& error) const {
 
 bool WorkingStore::StoredInLowerCase() const {
   bool found = false;
+  const std::string& wanted = session_.Run.symbol;
   IgnoringErrors([&] {
-    MetaLibReader reader(cache_);
-    reader.OpenDirectory(session_.Run.directory);
-    while (!found && reader.NextSecurity() >= 1) {
-      reader.ReadSecurityHeader();
-      const std::string& symbol = reader.SecuritySymbol();
-      found = symbol != session_.Run.symbol && UpperCased(symbol) == session_.Run.symbol;
-    }
+    found = AnySecurity(session_.Run.directory, [&](const SecurityInfo& security) {
+      return security.symbol != wanted && UpperCased(security.symbol) == wanted;
+    });
   });
   return found;
+}
+
+void WorkingStore::LoadSeries() {
+  session_.BarIndex = LoadBars(session_.SimDir);
+  session_.LastBarIndex = LoadBars(session_.Run.directory);
+  session_.FirstShownBar = session_.BarIndex;
+  session_.NewestShownBar = session_.BarIndex;
+  const auto bar = static_cast<std::size_t>(session_.BarIndex);
+  session_.StartDate = std::to_string(session_.BarDate.at(bar));
+  session_.StartTime = std::to_string(session_.BarTime.at(bar));
+}
+
+// SymbolInterval is that of the last security looked at.
+std::int16_t WorkingStore::LoadBars(std::string_view directory) {
+  const auto& [run_directory, symbol, interval, start_day] = session_.Run;
+  const auto series = ReplayableInterval(interval);
+  const bool found = AnySecurity(directory, [&](const SecurityInfo& security) {
+    session_.SymbolInterval = std::to_string(security.interval);
+    return session_.SymbolInterval == IntervalToMatch(interval) && security.symbol == symbol;
+  });
+  if (!series || !found) {
+    throw MetaLibError(MetaLibError::kSeriesNotFound, "There is no series \"" + symbol +
+                                                          "\" at interval " + interval + " in \"" +
+                                                          std::string(directory) + "\"");
+  }
+  MetaLibReader reader(cache_);
+  reader.OpenDirectory(directory);
+  reader.SelectSeries(symbol, series->daily, series->minutes);
+  reader.ReadSeries();
+  RequireLength(reader);
+  StoreArrays(reader, session_);
+  return static_cast<std::int16_t>(session_.LastArrayIndex());
 }
 
 }  // namespace velumar

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_error.h"
@@ -15,6 +16,12 @@
 #include "session/store_folder.h"
 
 namespace velumar {
+
+// A series of more bars than this doesn't fit the 16-bit cursor.
+inline constexpr int kLongestSeries = 32768;
+
+// The replay's own error number, for a series that can't be replayed.
+inline constexpr int kNotReplayable = 1720;
 
 // Owns the files of the working store, which the chart program reads. What they may hold:
 //   before Refill      what the run before has left; no chart is open
@@ -42,6 +49,10 @@ class WorkingStore {
   // the middle of a series of at most 251. Shows a box and returns false if the store isn't ready.
   bool Prepare();
 
+  // Loads the run's series into the session: first from the store, whose last bar becomes BarIndex,
+  // then all of it from the data directory. Throws MetaLibError.
+  void LoadSeries();
+
  private:
   bool Reported(const std::function<void()>& step);
   void Fill(MetaLibReader& reader, MetaLibWriter& writer);
@@ -51,6 +62,11 @@ class WorkingStore {
   void SelectBoth(MetaLibReader& reader, MetaLibWriter& writer);
   void RequireKnownMinutes(int minutes) const;
   void RequireReplayable(const MetaLibReader& reader) const;
+  void RequireLength(const MetaLibReader& reader) const;
+  std::string SeriesName() const;
+  bool AnySecurity(std::string_view directory,
+                   const std::function<bool(const SecurityInfo& security)>& wanted) const;
+  std::int16_t LoadBars(std::string_view directory);
   std::int32_t CutStart(MetaLibReader& reader) const;
   std::string Explained(const MetaLibError& error) const;
   bool StoredInLowerCase() const;

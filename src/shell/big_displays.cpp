@@ -18,7 +18,7 @@ constexpr float kWidthsFromTheRight = 1.25F;
 
 BigDisplays::BigDisplays(const SimSession& session, Desktop& desktop, Platform& platform)
     : session_(session), desktop_(desktop), platform_(platform) {
-  const Desktop::Windows windows = desktop.Untouched();
+  Desktop::Windows& windows = desktop.Untouched();
   const EventGuard guarded(platform_.boxes);
   windows.frmBigDateTime.on_load = guarded(kShowing, [this] { LoadDateTime(); });
   windows.frmBigScore.on_load = guarded(kShowing, [this] { LoadScore(); });

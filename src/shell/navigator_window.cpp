@@ -32,12 +32,14 @@ void NavigatorWindow::BindEvents() {
   Form2& form = desktop_.Untouched().form2;
   const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the navigator", [this] { Load(); });
-  form.on_unload = guarded("Closing the navigator", [this] { Unload(); });
+  form.on_unload = guarded("Closing the navigator",
+                           [this] { SaveOpacity(Window(), platform_.settings, kOpacityKey); });
   form.on_close = form.Image5.on_click =
       guarded("Going back to the setup", [this] { CloseAndReturn(); });
   form.on_press = form.Image8.on_press =
       guarded("Moving the navigator", [this] { DragWindow(Window()); });
-  form.HScrollx.on_change = guarded("Changing the opacity", [this] { OpacityMoved(); });
+  form.HScrollx.on_change =
+      guarded("Changing the opacity", [this] { ApplyOpacity(Window(), Window().HScrollx); });
   form.txtRefresh.on_change =
       guarded("Changing the number of charts", [this] { ChartCountTyped(); });
   const auto fast_step = [this](void (RunControl::*step)()) {
@@ -83,8 +85,6 @@ void NavigatorWindow::Place() {
   platform_.settings.Save("NavLeft", session_.NavLeft);
 }
 
-void NavigatorWindow::OpacityMoved() { ApplyOpacity(Window(), Window().HScrollx); }
-
 void NavigatorWindow::ChartCountTyped() {
   TextBox& box = Window().txtRefresh;
   if (ToDouble(box.Text()).value_or(1) <= kMostCharts) {
@@ -97,8 +97,6 @@ void NavigatorWindow::ChartCountTyped() {
                            " charts can be refreshed at each bar, not " + typed + ".",
                        BoxIcon::kExclamation);
 }
-
-void NavigatorWindow::Unload() { SaveOpacity(Window(), platform_.settings, kOpacityKey); }
 
 // Doesn't pause the run: the next one can be entered while this one feeds.
 void NavigatorWindow::CloseAndReturn() {

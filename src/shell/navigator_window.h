@@ -20,10 +20,8 @@ class NavigatorWindow {
   void BindEvents();
   void Load();
   void Place();
-  void OpacityMoved();
   // Refuses a number of charts that doesn't fit any screen; the box then keeps the last one.
   void ChartCountTyped();
-  void Unload();
   void CloseAndReturn();
   Form2& Window() { return desktop_.form2(); }
 

@@ -26,12 +26,11 @@ struct Program::Parts {
         chart(session, windows, windows, platform, registry, trader),
         catalogue(session, desktop, platform, cache),
         run(session, windows, windows, platform, cache, ledger, chart),
-        drop(session, desktop, platform, catalogue, cache),
         orders(session, windows, windows, platform, ledger),
         account(session, windows, desktop),
         panel(session, windows, desktop, platform, account, orders),
         setup(session, windows, desktop, platform, catalogue, run, panel, account, registry, ledger,
-              drop, cache),
+              cache),
         navigator(session, windows, desktop, platform, run),
         big(session, desktop, platform),
         score_board(session, desktop, platform),
@@ -49,7 +48,6 @@ struct Program::Parts {
   HostControl chart;
   SymbolCatalogue catalogue;
   RunControl run;
-  CsvDrop drop;
   OrderDesk orders;
   AccountBoxes account;
   TradePanel panel;
@@ -66,7 +64,6 @@ Program::Program(SimSession& session, Desktop& desktop, const Platform& platform
                  LedgerConnection& ledger)
     : desktop_(desktop),
       parts_(std::make_unique<Parts>(session, desktop, platform, cache, ledger)) {
-  parts_->catalogue.OfferWhenEmpty([this] { return parts_->drop.OfferDirectory(); });
   // The directory box starts with the samples.
   desktop.Untouched().form1.Text3.SetStartText(platform.default_data_dir);
 }
@@ -79,7 +76,7 @@ bool Program::Feeding() const { return parts_->run.Feeding(); }
 
 void Program::ShowAgain() {
   constexpr int kSeen = 250;
-  const Desktop::Windows windows = desktop_.Untouched();
+  Desktop::Windows& windows = desktop_.Untouched();
   if (windows.form2.Loaded()) windows.form2.HScrollx.SetValue(kSeen);
   if (windows.form3.Loaded()) windows.form3.HScrollx.SetValue(kSeen);
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cmath>
 #include <optional>
 #include <system_error>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "base/ignoring.h"
+#include "base/text.h"
 #include "results/portfolio_chart.h"
 #include "results/run_record.h"
 #include "shell/event_guard.h"
@@ -44,10 +44,7 @@ std::string_view TaskOf(int button) {
 }
 
 std::string FormTitle(const std::string& ending) {
-  if (ending == "bmp") return "Pictures (*.bmp)";
-  std::string capitals;
-  for (const char letter : ending) capitals += static_cast<char>(std::toupper(letter));
-  return capitals + " (*." + ending + ")";
+  return (ending == "bmp" ? "Pictures" : UpperCased(ending)) + " (*." + ending + ")";
 }
 
 ChartRows RowsOf(PortfolioChart portfolio) {
@@ -64,13 +61,6 @@ ChartRows RowsOf(PortfolioChart portfolio) {
 
 }  // namespace
 
-void SplitColour(std::int32_t colour, std::int16_t& red, std::int16_t& green, std::int16_t& blue) {
-  constexpr int kByte = 256;
-  red = static_cast<std::int16_t>(colour % kByte);
-  green = static_cast<std::int16_t>(colour / kByte % kByte);
-  blue = static_cast<std::int16_t>(colour / kByte / kByte);
-}
-
 ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
                            ScoreBoard& score_board)
     : desktop_(desktop),
@@ -82,7 +72,7 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
 }
 
 void ResultWindow::BindEvents() {
-  const Desktop::Windows windows = desktop_.Untouched();
+  Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);
   windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click =
       guarded("Opening the results", [this] { Open(); });
@@ -122,7 +112,7 @@ void ResultWindow::Load() {
   tabs_.Load(run_);
   ListRuns();
   ShowResultFigures();
-  ApplySeriesColour();
+  Window().MSChart1.SetSeriesColour(Window().picCommonDialog.ForeColour());
 }
 
 void ResultWindow::ListRuns() {
@@ -160,18 +150,19 @@ void ResultWindow::Show(Reading reading) {
   if (reading.rows != *chart.Content().rows) chart.SetRows(std::move(reading.rows));
 }
 
+// Blank before the first order.
 void ResultWindow::WriteFigures(const ResultFigures& figures) {
-  for (const ResultFigureText& figure : ResultFigureTexts(figures)) {
-    Window().Find(figure.label)->SetText(figures.any_orders ? figure.text : "");
+  FrmResult& form = Window();
+  const auto texts = ResultFigureTexts(figures);
+  const std::array labels = {
+      &form.lblSymbol,    &form.lblInterval,       &form.lblStartDate,       &form.lblStartDateTime,
+      &form.lblEndDate,   &form.lblEndDateTime,    &form.lblPortfolio,       &form.lblLong,
+      &form.lblShort,     &form.lblLongProfitLoss, &form.lblShortProfitLoss, &form.lblLongComm,
+      &form.lblShortComm, &form.lblTotalComm};
+  static_assert(labels.size() == texts.size());
+  for (std::size_t i = 0; i < labels.size(); ++i) {
+    labels[i]->SetText(figures.any_orders ? texts[i].text : "");
   }
-}
-
-void ResultWindow::ApplySeriesColour() {
-  std::int16_t red = 0;
-  std::int16_t green = 0;
-  std::int16_t blue = 0;
-  SplitColour(static_cast<std::int32_t>(Window().picCommonDialog.ForeColour()), red, green, blue);
-  Window().MSChart1.SetSeriesColour(red, green, blue);
 }
 
 void ResultWindow::ApplyChartType() {
@@ -179,10 +170,6 @@ void ResultWindow::ApplyChartType() {
   if (index < 0 || index >= static_cast<int>(kTypes.size())) return;
   Window().MSChart1.SetType(kTypes.at(static_cast<std::size_t>(index)));
 }
-
-void ResultWindow::SetChartShadow(std::int16_t mode) { Window().MSChart1.SetShadow(mode == 0); }
-
-void ResultWindow::SetWallEffect() { Window().MSChart1.SetWallWhite(); }
 
 void ResultWindow::RestoreChart() {
   Window().MSChart1.ToDefaults();
@@ -196,11 +183,11 @@ void ResultWindow::PressToolbar(int button) {
     case FrmResult::kPreview:
       return OpenPreview();
     case FrmResult::kShadow:
-      return SetChartShadow(0);
+      return Window().MSChart1.SetShadow(true);
     case FrmResult::kNoShadow:
-      return SetChartShadow(1);
+      return Window().MSChart1.SetShadow(false);
     case FrmResult::kEffect:
-      return SetWallEffect();
+      return Window().MSChart1.SetWallWhite();
     case FrmResult::kDefault:
       return RestoreChart();
     case FrmResult::kReport:
@@ -253,7 +240,7 @@ void ResultWindow::ChooseColour() {
   }
   if (!colour) return;
   swatch.SetForeColour(*colour);
-  ApplySeriesColour();
+  Window().MSChart1.SetSeriesColour(Window().picCommonDialog.ForeColour());
 }
 
 // If the run can't be read, the list returns to the one that is shown.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "platform/platform.h"
@@ -11,9 +9,6 @@
 #include "shell/score_board.h"
 
 namespace velumar {
-
-// The parts of a colour, each 0 to 255 if the colour has at most 24 bits.
-void SplitColour(std::int32_t colour, std::int16_t& red, std::int16_t& green, std::int16_t& blue);
 
 // What the controls of the result window do. The ledger is read when the window opens, when
 // statistics or orders are first shown, and when another run is chosen. Each time figures, chart
@@ -43,10 +38,7 @@ class ResultWindow {
   // Reads the shown run again. Throws LedgerError, and then changes nothing.
   void RefreshFiguresAndChart();
   void WriteFigures(const ResultFigures& figures);
-  void ApplySeriesColour();
   void ApplyChartType();
-  void SetChartShadow(std::int16_t mode);
-  void SetWallEffect();
   void RestoreChart();
 
   void PressToolbar(int button);

@@ -16,7 +16,7 @@ bool Steps(int code) {
 bool RunKeys::InRun() const { return desktop_.Untouched().form2.Visible(); }
 
 PictureButton* RunKeys::ButtonOf(const RunKeyPress& press) const {
-  const Desktop::Windows windows = desktop_.Untouched();
+  Desktop::Windows& windows = desktop_.Untouched();
   Form2& navigator = windows.form2;
   Form3& panel = windows.form3;
   switch (press.code) {

@@ -37,7 +37,7 @@ std::string SupportPage(const std::string& program_folder) {
 SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, Platform& platform,
                          SymbolCatalogue& catalogue, RunControl& run, TradePanel& panel,
                          AccountBoxes& account, ChartRegistry& registry, LedgerConnection& ledger,
-                         CsvDrop& drop, IndexCache& cache)
+                         IndexCache& cache)
     : session_(session),
       view_(view),
       desktop_(desktop),
@@ -48,7 +48,6 @@ SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, P
       account_(account),
       registry_(registry),
       ledger_(ledger),
-      drop_(drop),
       cache_(cache) {
   BindEvents();
 }
@@ -207,7 +206,7 @@ void SetupWindow::PickDirectory() {
 
 // A run reads its files while it is prepared, and a feed keeps the security that it began with.
 void SetupWindow::TakeFiles(const std::vector<std::string>& files) {
-  if (!run_.Feeding() && !session_.Preparing) return drop_.Import(files);
+  if (!run_.Feeding() && !session_.Preparing) return catalogue_.Import(files);
   platform_.boxes.Show("Pause the replay before importing price files.", BoxIcon::kInformation);
 }
 

@@ -12,7 +12,6 @@
 #include "session/run_control.h"
 #include "session/sim_session.h"
 #include "shell/account_boxes.h"
-#include "shell/csv_drop.h"
 #include "shell/symbol_catalogue.h"
 #include "shell/trade_panel.h"
 
@@ -24,7 +23,7 @@ class SetupWindow {
  public:
   SetupWindow(SimSession& session, RunView& view, Desktop& desktop, Platform& platform,
               SymbolCatalogue& catalogue, RunControl& run, TradePanel& panel, AccountBoxes& account,
-              ChartRegistry& registry, LedgerConnection& ledger, CsvDrop& drop, IndexCache& cache);
+              ChartRegistry& registry, LedgerConnection& ledger, IndexCache& cache);
 
  private:
   void BindEvents();
@@ -64,7 +63,6 @@ class SetupWindow {
   AccountBoxes& account_;
   ChartRegistry& registry_;
   LedgerConnection& ledger_;
-  CsvDrop& drop_;
   IndexCache& cache_;
   std::mt19937_64 random_{std::random_device()()};  // of start days
   bool loading_ = false;                            // while the window opens, no run can start

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
-#include <utility>
+#include <vector>
 
+#include "csv/csv_import.h"
 #include "forms/desktop.h"
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
@@ -18,18 +18,18 @@ class SymbolCatalogue {
   SymbolCatalogue(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache)
       : session_(session), desktop_(desktop), platform_(platform), cache_(cache) {}
 
-  // Sets what is tried for a directory without data before the trader is asked for another one. It
-  // returns true if there are data now.
-  void OfferWhenEmpty(std::function<bool()> offer) { offer_ = std::move(offer); }
-
   // Fills the list and PeriodBySymbol and chooses the first line. If the directory has no data,
-  // shows a message and the folder dialog until one with data is chosen; after two cancels in a row
-  // offers to quit or to use the samples. Any other failure ends the listing and keeps what is
-  // listed so far. Clicks run meanwhile: if one of them lists again or closes the window, the older
-  // listing ends and changes nothing more.
+  // offers to import its price files, or shows a message and the folder dialog until one with data
+  // is chosen; after two cancels in a row offers to quit or to use the samples. Any other failure
+  // ends the listing and keeps what is listed so far. Clicks run meanwhile: if one of them lists
+  // again or closes the window, the older listing ends and changes nothing more.
   void BuildSymbolList();
   // True while a list is being built. A click then can't start a run.
   bool Building() const { return building_ > 0; }
+  // Imports dropped price files into the data directory, as velumar-cli does, after the trader has
+  // confirmed that. Then lists the securities again and chooses the first imported one. A box names
+  // each file that can't be imported and why; nothing of such a file is imported.
+  void Import(const std::vector<std::string>& files);
   // False if the trader cancels.
   bool PickDataDirectory();
   // To be called after a line was chosen: takes its symbol and interval.
@@ -39,9 +39,20 @@ class SymbolCatalogue {
   void SymbolTyped();
 
  private:
+  struct Imported {
+    std::size_t files = 0;
+    CsvImportReport first;
+  };
+
   void ListSecurities(int build);
   bool StillWanted(int build) const;
   void OfferWayOut();
+  // If the data directory holds price files, offers to import them there. Returns true if some were
+  // imported.
+  bool OfferImport();
+  bool Agreed(std::size_t files);
+  Imported ImportAll(const std::vector<std::string>& prices);
+  void ChooseImported(const CsvImportReport& series);
   void SetDataDirectory(std::string_view directory);
   bool ListsSecurities() const { return session_.PeriodBySymbol.size() > 1; }
   void SetPeriod(std::string_view interval);
@@ -50,7 +61,6 @@ class SymbolCatalogue {
   Desktop& desktop_;
   Platform& platform_;
   IndexCache& cache_;
-  std::function<bool()> offer_;
   int builds_ = 0;    // the number of the newest listing
   int building_ = 0;  // listings on the stack
 };

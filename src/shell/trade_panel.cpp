@@ -31,7 +31,8 @@ void TradePanel::BindEvents() {
   Form3& form = desktop_.Untouched().form3;
   const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the trade panel", [this] { Load(); });
-  form.on_unload = guarded("Closing the trade panel", [this] { Unload(); });
+  form.on_unload = guarded("Closing the trade panel",
+                           [this] { SaveOpacity(Window(), platform_.settings, kPanelOpacityKey); });
   form.on_close = form.Image5.on_click =
       guarded("Closing the trade panel", [this] { CloseAndReturn(); });
   form.on_press = form.Image1.on_press =
@@ -105,7 +106,7 @@ void TradePanel::BigNumbersToggled() {
     desktop_.frmBigPrice().Show();
     return;
   }
-  const Desktop::Windows windows = desktop_.Untouched();
+  Desktop::Windows& windows = desktop_.Untouched();
   desktop_.Unload(windows.frmBigDateTime);
   desktop_.Unload(windows.frmBigScore);
   desktop_.Unload(windows.frmBigPrice);
@@ -115,8 +116,6 @@ void TradePanel::QuantityLeft() {
   TextBox& quantity = Window().txtContractVol;
   quantity.SetText(PatternText(quantity.Text(), kWholePattern));
 }
-
-void TradePanel::Unload() { SaveOpacity(Window(), platform_.settings, kPanelOpacityKey); }
 
 void TradePanel::CloseAndReturn() {
   Form3& form = Window();

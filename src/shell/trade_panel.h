@@ -27,7 +27,6 @@ class TradePanel {
   void DelayConfirmed();
   void BigNumbersToggled();
   void QuantityLeft();
-  void Unload();
   void CloseAndReturn();
   Form3& Window() { return desktop_.form3(); }
 

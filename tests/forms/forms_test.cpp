@@ -65,7 +65,7 @@ TEST(Desktop, TheListenerHearsEachChangeOnce) {
                                       "raise Form2", "drag Form2", "unloaded Form2"}));
 }
 
-// The windows' tables: no control lies outside its window, no name stands twice.
+// No control is outside its window, and no name appears twice.
 TEST(Desktop, TablesAreSound) {
   constexpr float kHair = kTwipsPerPixel;  // a frame's own line may be cut
   Desktop desktop;

@@ -2,7 +2,6 @@
 #include <cstring>
 
 #include "marketdata/metalib_error.h"
-#include "session/bar_loading.h"
 #include "session/bar_stepping.h"
 #include "support/session_fixture.h"
 #include "support/traced_child.h"
@@ -20,8 +19,6 @@ using StepFunction = void (BarStepper::*)(std::int16_t&);
 int StepFrom(const SimSession& chosen, StepFunction step) {
   SimSession session = chosen;
   IndexCache cache;
-  LoadBars(session, cache, session.DataDir);
-  session.BarIndex = kStart - 1;
   BarStepper stepper(session, cache);
   try {
     (stepper.*step)(session.BarIndex);
@@ -34,25 +31,30 @@ int StepFrom(const SimSession& chosen, StepFunction step) {
 using StepFaultTest = SessionFixture;
 
 // Whichever write of a step fails, the store holds the bars up to the cursor and no other: a chart
-// ahead of it would show the future, one behind it would hide what was dealt on.
+// ahead of it would show the future, one before it would hide bars that were traded.
 TEST_F(StepFaultTest, AStepIsWholeOrTakenBack) {
   Store("ABC", DailyBars(kBars));
   CopyIndexes();
   Choose("ABC", "D", MadeDate(kStart));
   ASSERT_TRUE(working_store.Prepare());
+  working_store.LoadSeries();
+  ASSERT_EQ(session.BarIndex, kStart - 1);
   const std::string kept = scratch.Sub("kept");
   std::filesystem::copy(store, kept);
   int faults = 0;
   int taken_back = 0;
-  for (const StepFunction step : {&BarStepper::FeedBar, &BarStepper::FastFeed,
-                                  &BarStepper::UnfeedBar, &BarStepper::FastUnfeed}) {
+  const std::pair<StepFunction, int> steps[] = {{&BarStepper::FeedBar, kStart},
+                                                {&BarStepper::FastFeed, kStart + 29},
+                                                {&BarStepper::UnfeedBar, kStart - 2},
+                                                {&BarStepper::FastUnfeed, kStart - 31}};
+  for (const auto& [step, target] : steps) {
     for (int number = 1, reached = 1; reached != 0; ++number) {
       reached = 0;
       for (const auto& [error, stays_broken] : {std::pair(EIO, false), std::pair(ENOSPC, true)}) {
         std::filesystem::remove_all(store);
         std::filesystem::copy(kept, store);
-        const FailedWork failed =
-            FailAt(number, error, stays_broken, [&] { return StepFrom(session, step); });
+        const FailedWork failed = FailAt(number, error, stays_broken,
+                                         [&, step = step] { return StepFrom(session, step); });
         if (!failed.traced) GTEST_SKIP() << "no permission to trace a process";
         if (!failed.reached) continue;
         ++reached;
@@ -61,6 +63,9 @@ TEST_F(StepFaultTest, AStepIsWholeOrTakenBack) {
         const std::string where = "write " + std::to_string(number) + ", " + strerror(error);
         ASSERT_GE(failed.exit_code, 0) << where << ": it died";
         EXPECT_EQ(StoreBars(), DailyBars(failed.exit_code + 1)) << where;
+        // Only a disk that stays broken may leave a step half made.
+        EXPECT_TRUE(stays_broken || failed.exit_code == kStart - 1 || failed.exit_code == target)
+            << where << ": ends at " << failed.exit_code;
       }
     }
   }

@@ -33,7 +33,7 @@ TEST_F(PrepareStoreTest, CutsFromTheFirstBarOnOrAfterTheDate) {
   const int after = 20991231;
   EXPECT_EQ(Prepared("ABC", "D", MadeDate(120)), 120);
   EXPECT_EQ(Prepared("ABC", "D", 20000129), 28) << "no bar that day: the next one";
-  EXPECT_EQ(Prepared("ABC", "D", MadeDate(0)), 1) << "a run stands on the first bar at least";
+  EXPECT_EQ(Prepared("ABC", "D", MadeDate(0)), 1) << "a run needs at least the first bar";
   EXPECT_EQ(Prepared("ABC", "D", 19000101), 1);
   EXPECT_EQ(Prepared("ABC", "D", MadeDate(399)), 399);
   // A date after the last bar: 250 bars on, or the middle, a half to the even neighbour.

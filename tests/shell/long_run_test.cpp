@@ -58,7 +58,7 @@ TEST(LongRun, MemoryAndFilesStayFlatAndEveryClickIsServed) {
   EXPECT_EQ(std::get<double>(rows[0][0]), served);
   const Use end = UseNow();
   EXPECT_LE(end.files, warm.files + 1);
-  EXPECT_LT(end.pages - warm.pages, 2000) << "pages of memory, beside 4000 rows kept in memory";
+  EXPECT_LT(end.pages - warm.pages, 2000) << "pages of memory, including 4000 rows";
   EXPECT_TRUE(all.outside.boxes.shown.empty());
 }
 

@@ -23,17 +23,6 @@ TEST_F(PrintPreviewTest, SheetAndChartFollowTheZoomWithinItsLimits) {
   EXPECT_EQ(chart.shown, (TwipsSize{10575, 8295}));
 }
 
-TEST_F(PrintPreviewTest, TheSheetTurnsAndTurnsBackAtEveryZoom) {
-  preview.ToggleOrientation();
-  EXPECT_EQ(preview.Sheet(), (TwipsSize{8500, 6000}));
-  EXPECT_EQ(preview.PrintOrientation(), 2);
-  preview.SetZoom(100, chart);
-  EXPECT_EQ(preview.Sheet(), (TwipsSize{17000, 12000}));
-  preview.ToggleOrientation();
-  EXPECT_EQ(preview.Sheet(), (TwipsSize{12000, 17000}));
-  EXPECT_EQ(preview.PrintOrientation(), 1);
-}
-
 TEST_F(PrintPreviewTest, ADraggedChartKeepsItsPlaceOnTheSheet) {
   preview.Move({500, 500});  // no button down
   EXPECT_EQ(preview.ChartPlace(), TwipsPoint{});

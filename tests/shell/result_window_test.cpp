@@ -213,7 +213,8 @@ TEST_F(ResultWindowTest, SavesPrintsAndNotesProfiles) {
   all.outside.files.answers = {"/tmp/kept.bmp"};
   form.Toolbar1.UserButton(FrmResult::kSaveAs);
   EXPECT_EQ(saved.back(), "/tmp/kept.bmp");
-  EXPECT_THAT(Boxes().back(), HasSubstr("The chart was saved, but that could not be recorded in the ledger.\n"));
+  EXPECT_THAT(Boxes().back(),
+              HasSubstr("The chart was saved, but that could not be recorded in the ledger.\n"));
 }
 
 TEST_F(ResultWindowTest, SaysWhyNoColourCanBeChosen) {

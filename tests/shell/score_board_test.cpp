@@ -116,8 +116,8 @@ TEST_F(ScoreBoardTest, TakesItsAddressFromTheWindowOrTheSettingsFile) {
   EXPECT_EQ(Board().txtAddress.Text(), "http://file");
 }
 
-// Clicks run while a request is on: a second one is passed over, closing gives the request up, and
-// an answer that comes for a window closed and opened again doesn't touch the new one.
+// Clicks run during a request: a second request is ignored, closing cancels the request, and an
+// answer for a window that was closed and opened again doesn't change the new one.
 TEST_F(ScoreBoardTest, StaysAliveWhileItAsks) {
   Open("old");
   Web().answers = {"taken", "list"};

@@ -44,7 +44,7 @@ TEST_F(ShapingTest, AKeptPlaceMustBeSeen) {
       {"8155.5", "-200", true, "8155.5", "-200"},
       {"0", "500", false, "0", "500"},
       {"11600", "500", false, "11600", "500"},  // below the screen
-      {"100", "15400", false, "100", "15400"},  // beside it
+      {"100", "15400", false, "100", "15400"},  // right of it
       {"-1200", "500", false, "-1200", "500"},  // above it
       {"40000", "500", true, "10365", "500"},   // beyond 16 bits: the lowest that shows it whole
       {"300", "1E+09", true, "300", "11145"},

@@ -13,7 +13,7 @@ namespace {
 
 // The promise that matters most: the store holds bars 0 to BarIndex of the run's series and nothing
 // else, whatever a trader clicks and wherever in a wait the click falls. A plain index is driven by
-// the same clicks beside the program, and both are compared whenever window events run.
+// the same clicks, and both are compared whenever clicks can run.
 
 constexpr int kCommands = 200;
 constexpr int kFastStep = 30;

@@ -359,20 +359,6 @@ TEST_F(WindowsTest, TheFirstRunTakesWhatIsTypedBeforeItAndSpeaksItsMarketsWords)
   EXPECT_EQ(quantity.Text(), "1,500");
 }
 
-TEST_F(WindowsTest, TheBigWindowsComeAndGoWithTheirBox) {
-  all->program.Start();
-  all->Panel().Show();
-  all->Panel().chkShowBigform.UserToggle();
-  const Desktop::Windows& windows = all->windows;
-  EXPECT_TRUE(windows.frmBigScore.Visible() && windows.frmBigPrice.Visible());
-  EXPECT_EQ(windows.frmBigScore.Left(), 10203.75F);
-  EXPECT_EQ(windows.frmBigPrice.Top(), 990 + 250 + 50);
-  windows.frmBigScore.SetLeft(5);
-  all->Panel().chkShowBigform.UserToggle();
-  EXPECT_FALSE(windows.frmBigScore.Loaded());
-  EXPECT_EQ(all->desktop.frmBigScore().Left(), 10203.75F);
-}
-
 TEST_F(WindowsTest, ClosingThePanelInARunBringsItBackHiddenWithAFreshAccount) {
   InPauseOf(61, [this] {
     all->session.LAccum = 2;

@@ -29,7 +29,7 @@ class OrderFixture : public testing::Test {
   }
   void StockMarket() { session.DataDir = "/data/SET"; }
 
-  // One more bar with this close, on which the replay now stands.
+  // Adds a bar with this close and makes it the current one.
   void AddBar(float close) {
     const auto bar = static_cast<int>(session.BarDate.size());
     session.BarDate.push_back(20070101 + bar % 28 + bar / 28 % 12 * 100);

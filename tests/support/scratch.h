@@ -11,7 +11,7 @@
 
 namespace velumar {
 
-// Bar i of a made series: its volume tells its index (1000 + i), its close rises and falls.
+// Bar i of a test series: its volume is 1000 + i, its close rises and falls.
 inline Bar MadeBar(int i, int date, int time = 0) {
   const float close = 100.0F + static_cast<float>(i % 7) - static_cast<float>(i % 5);
   return {date, time, close - 0.5F, close + 1, close - 1, close, 1000.0F + static_cast<float>(i),

@@ -109,8 +109,8 @@ class TracedChild {
   bool traced_ = false;
 };
 
-// What became of work whose changing call number `number` failed, and of all behind it when the
-// disk stays broken.
+// The result of work whose changing call number `number` failed, and all later ones if the disk
+// stays broken.
 struct FailedWork {
   bool traced = false;
   bool reached = false;  // there is such a call

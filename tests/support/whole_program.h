@@ -32,7 +32,7 @@ struct WholeProgram {
   Platform platform = outside.References();
   SimSession session;
   Desktop desktop;
-  Desktop::Windows windows = desktop.Untouched();
+  Desktop::Windows& windows = desktop.Untouched();
   IndexCache cache;
   LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
   Program program{session, desktop, platform, cache, ledger};

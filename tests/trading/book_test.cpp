@@ -1,6 +1,8 @@
-#include "support/recorded_run.h"
+#include <tuple>
+#include <utility>
 
 #include "platform/virtual_platform.h"
+#include "support/recorded_run.h"
 #include "trading/account.h"
 #include "trading/status_texts.h"
 

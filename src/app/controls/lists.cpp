@@ -11,7 +11,7 @@
 
 #include "app/controls/control_view.h"
 #include "app/theme/fonts.h"
-#include "forms/list_box.h"
+#include "forms/panels.h"
 #include "forms/table.h"
 
 namespace velumar {

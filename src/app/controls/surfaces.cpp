@@ -2,7 +2,6 @@
 #include <QPainter>
 
 #include "app/controls/control_view.h"
-#include "forms/frame.h"
 #include "forms/panels.h"
 
 namespace velumar {

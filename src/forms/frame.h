@@ -1,3 +1,0 @@
-#pragma once
-
-#include "forms/control.h"
