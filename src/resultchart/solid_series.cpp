@@ -103,17 +103,19 @@ QVector<QPointF> PortfolioLine::FrontEdge() const {
   QVector<QPointF> line;
   getLines(&line, QCPDataRange(0, dataCount()));
   if (line.size() < 2) return line;
-  const QRect front = keyAxis()->axisRect()->rect();
+  const QRectF front = keyAxis()->axisRect()->rect();
   const qsizetype last = line.size() - 1;
-  if (line[0].x() < front.left()) line[0] = Between(line[0], line[1], front.left());
-  if (line[last].x() > front.right()) {
+  if (line[0].x() < front.left() && line[1].x() > front.left()) {
+    line[0] = Between(line[0], line[1], front.left());
+  }
+  if (line[last].x() > front.right() && line[last - 1].x() < front.right()) {
     line[last] = Between(line[last - 1], line[last], front.right());
   }
   return line;
 }
 
 void PortfolioLine::draw(QCPPainter* painter) {
-  if (scene_.depth.isNull()) return QCPGraph::draw(painter);
+  if (scene_.depth.isNull() || dataCount() == 1) return QCPGraph::draw(painter);
   const QVector<QPointF> line = FrontEdge();
   SolidPainter solid(*painter, scene_.depth, scene_.series);
   for (qsizetype i = 1; i < line.size(); ++i) solid.Ribbon(line[i - 1], line[i]);
