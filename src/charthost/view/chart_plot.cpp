@@ -309,37 +309,19 @@ void ChartPlot::mousePressEvent(QMouseEvent* event) {
 }
 
 void ChartPlot::keyPressEvent(QKeyEvent* event) {
-  ViewWindow& window = model_.Window();
-  switch (event->key()) {
-    case Qt::Key_Left:
-      window.Pan(-0.1 * window.Span());
-      break;
-    case Qt::Key_Right:
-      window.Pan(0.1 * window.Span());
-      break;
-    case Qt::Key_PageUp:
-      window.Pan(-0.9 * window.Span());
-      break;
-    case Qt::Key_PageDown:
-      window.Pan(0.9 * window.Span());
-      break;
-    case Qt::Key_Home:
-      window.ShowOldest();
-      break;
-    case Qt::Key_End:
-      window.ShowNewest();
-      break;
-    case Qt::Key_Plus:
-    case Qt::Key_Equal:
-      window.Zoom(0.8);
-      break;
-    case Qt::Key_Minus:
-      window.Zoom(1.25);
-      break;
-    default:
-      event->ignore();
-      return;
-  }
+  static const QHash<int, void (*)(ViewWindow&)> kMoves = {
+      {Qt::Key_Left, [](ViewWindow& window) { window.Pan(-0.1 * window.Span()); }},
+      {Qt::Key_Right, [](ViewWindow& window) { window.Pan(0.1 * window.Span()); }},
+      {Qt::Key_PageUp, [](ViewWindow& window) { window.Pan(-0.9 * window.Span()); }},
+      {Qt::Key_PageDown, [](ViewWindow& window) { window.Pan(0.9 * window.Span()); }},
+      {Qt::Key_Home, [](ViewWindow& window) { window.ShowOldest(); }},
+      {Qt::Key_End, [](ViewWindow& window) { window.ShowNewest(); }},
+      {Qt::Key_Plus, [](ViewWindow& window) { window.Zoom(0.8); }},
+      {Qt::Key_Equal, [](ViewWindow& window) { window.Zoom(0.8); }},
+      {Qt::Key_Minus, [](ViewWindow& window) { window.Zoom(1.25); }}};
+  const auto move = kMoves.value(event->key(), nullptr);
+  if (move == nullptr) return event->ignore();
+  move(model_.Window());
   ModelChanged();
 }
 
