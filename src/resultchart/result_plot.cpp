@@ -77,7 +77,6 @@ ResultPlot::ResultPlot(QWidget* parent) : BarPlot(parent) {
   QFont plain = font();
   plain.setPixelSize(kPlainPixels);
   setFont(plain);
-  setPlottingHint(QCP::phFastPolylines);
   plotLayout()->setMargins(QMargins(kAroundPlot, kAroundPlot / 2, kAroundPlot, kAroundPlot));
   title_ = new QCPTextElement(this);
   plotLayout()->addElement(0, 0, title_);

@@ -121,6 +121,19 @@ void PortfolioLine::draw(QCPPainter* painter) {
   for (qsizetype i = 1; i < line.size(); ++i) solid.Ribbon(line[i - 1], line[i]);
 }
 
+// In pieces: the painter's time for a wide line grows with the square of its length, and a long
+// ledger's line goes up and down thousands of times.
+void PortfolioLine::drawLinePlot(QCPPainter* painter, const QVector<QPointF>& lines) const {
+  constexpr qsizetype kPiece = 3;
+  constexpr qsizetype kLong = 500;
+  const bool whole = painter->modes().testFlag(QCPPainter::pmVectorized) || lines.size() < kLong;
+  const qsizetype piece = whole ? lines.size() : kPiece;
+  applyDefaultAntialiasingHint(painter);
+  for (qsizetype first = 0; first + 1 < lines.size(); first += piece) {
+    painter->drawPolyline(QPolygonF(lines.mid(first, piece + 1)));
+  }
+}
+
 PortfolioBars::PortfolioBars(QCPAxis* places, QCPAxis* values, const ChartScene& scene)
     : QCPBars(places, values), scene_(scene) {
   setSelectable(QCP::stNone);
