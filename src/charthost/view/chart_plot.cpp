@@ -127,9 +127,9 @@ void ChartPlot::SetColours(const Palette& colours) {
   for (std::size_t i = 0; i < averages_.size(); ++i) {
     averages_[i]->setPen(LinePen(colours.averages[i]));
   }
-  up_volume_->setPen(QPen(colours.up_volume, 1));
+  up_volume_->setPen(BodyPen(colours.up_volume));
   up_volume_->setBrush(colours.up_volume);
-  down_volume_->setPen(QPen(colours.down_volume, 1));
+  down_volume_->setPen(BodyPen(colours.down_volume));
   down_volume_->setBrush(colours.down_volume);
   StyleTag(*value_tag_, colours.tag, colours.on_tag);
   StyleTag(*date_tag_, colours.tag, colours.on_tag);
