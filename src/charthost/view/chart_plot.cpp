@@ -181,6 +181,7 @@ void ChartPlot::BeforeReplot() {
   LayOut(viewport().size());
   if (prices_->width() != width) model_.Layout(prices_->width());
   FillPlottables();
+  PlacePointer();
 }
 
 void ChartPlot::FillPlottables() {
@@ -259,15 +260,16 @@ std::optional<int> ChartPlot::BarAt(QPointF pixel) const {
   return bar;
 }
 
+void ChartPlot::ShowPointer(QPointF pixel) {
+  const std::optional<int> bar = BarAt(pixel);
+  if (!bar || selectionRect()->isActive()) return;
+  ShowCross({BarAxis().coordToPixel(*bar), pixel.y()}, PlotArea());
+  ShowPointerTexts(*bar, pixel);
+}
+
 void ChartPlot::MovePointer(std::optional<QPointF> pixel) {
-  const std::optional<int> bar = pixel ? BarAt(*pixel) : std::nullopt;
-  HidePointer();
-  if (bar && !selectionRect()->isActive()) {
-    ShowCross({BarAxis().coordToPixel(*bar), pixel->y()}, PlotArea());
-    ShowPointerTexts(*bar, *pixel);
-  }
-  RepaintPointer();
-  emit BarHovered(bar.value_or(-1));
+  BarPlot::MovePointer(pixel);
+  emit BarHovered(pixel ? BarAt(*pixel).value_or(-1) : -1);
 }
 
 void ChartPlot::ShowPointerTexts(int bar, QPointF pixel) {
