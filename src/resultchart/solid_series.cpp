@@ -27,9 +27,9 @@ class SolidPainter {
     Face(front, front_, outlined);
   }
 
-  // The part of a ribbon between two points of its front edge.
+  // A segment of a ribbon, between two points of its front edge.
   void Ribbon(QPointF from, QPointF to) {
-    // A part that rises more steeply than the depth shows its lower side.
+    // A segment that rises more steeply than the depth shows its lower side.
     const QPointF along = to - from;
     const bool seen_from_below = along.x() * depth_.y() - along.y() * depth_.x() > 0;
     Face(Swept(from, to), seen_from_below ? side_ : along.y() > 0 ? front_ : top_, false);
