@@ -44,32 +44,26 @@ void BuildColumns(const BarSeries& series, int first, int last, int bars_per_col
   }
 }
 
-ValueRange PriceRange(const std::vector<BarColumn>& columns, bool logarithmic) {
-  if (columns.empty()) return {0, 1};
-  double lower = columns.front().low;
-  double upper = columns.front().high;
+ColumnExtremes ExtremesOf(const std::vector<BarColumn>& columns) {
+  if (columns.empty()) return {};
+  ColumnExtremes extremes = {columns.front().low, columns.front().high, 0};
   for (const BarColumn& column : columns) {
-    lower = std::min<double>(lower, column.low);
-    upper = std::max<double>(upper, column.high);
+    extremes.low = std::min<double>(extremes.low, column.low);
+    extremes.high = std::max<double>(extremes.high, column.high);
+    extremes.volume = std::max(extremes.volume, column.volume);
   }
+  return extremes;
+}
+
+ValueRange PriceRange(double low, double high, bool logarithmic) {
+  constexpr double kMargin = 0.06;
   if (logarithmic) {
-    const double margin = std::max(1.002, std::pow(upper / lower, 0.06));
-    return {lower / margin, upper * margin};
+    const double margin = std::max(1.002, std::pow(high / low, kMargin));
+    return {low / margin, high * margin};
   }
-  const double flat = std::max(std::abs(upper) * 0.002, 1e-6);
-  const double margin = std::max((upper - lower) * 0.06, flat);
-  return {lower - margin, upper + margin};
-}
-
-bool CanBeLogarithmic(const std::vector<BarColumn>& columns) {
-  return std::all_of(columns.begin(), columns.end(),
-                     [](const BarColumn& column) { return column.low > 0; });
-}
-
-double HighestVolume(const std::vector<BarColumn>& columns) {
-  double highest = 0;
-  for (const BarColumn& column : columns) highest = std::max(highest, column.volume);
-  return highest;
+  const double flat = std::max(std::abs(high) * 0.002, 1e-6);
+  const double margin = std::max((high - low) * kMargin, flat);
+  return {low - margin, high + margin};
 }
 
 }  // namespace velumar

@@ -27,16 +27,21 @@ int BarsPerColumn(double pixels_per_bar, double min_pixels);
 void BuildColumns(const BarSeries& series, int first, int last, int bars_per_column,
                   std::vector<BarColumn>& columns);
 
+struct ColumnExtremes {
+  double low = 0;
+  double high = 1;
+  double volume = 0;  // the highest
+};
+
+ColumnExtremes ExtremesOf(const std::vector<BarColumn>& columns);
+
 struct ValueRange {
   double lower;
   double upper;
 };
 
-// The range of the price axis: the lows and highs of these columns with a margin, never empty. A
-// logarithmic axis is possible only if CanBeLogarithmic, which needs prices above 0.
-ValueRange PriceRange(const std::vector<BarColumn>& columns, bool logarithmic);
-bool CanBeLogarithmic(const std::vector<BarColumn>& columns);
-
-double HighestVolume(const std::vector<BarColumn>& columns);
+// The range of a price axis: `low` to `high` with a margin, never empty. A logarithmic axis needs
+// prices above 0.
+ValueRange PriceRange(double low, double high, bool logarithmic);
 
 }  // namespace velumar

@@ -1,20 +1,13 @@
 #pragma once
 
-#include <cstdint>
 #include <vector>
+
+#include "marketdata/bar.h"
 
 namespace velumar {
 
-// The bars of one chart as parallel arrays, oldest first. Dates are yyyymmdd, times hhmmss.
-struct BarSeries {
-  std::vector<std::int32_t> dates;
-  std::vector<std::int32_t> times;
-  std::vector<float> opens;
-  std::vector<float> highs;
-  std::vector<float> lows;
-  std::vector<float> closes;
-  std::vector<float> volumes;
-
+// The bars of one chart.
+struct BarSeries : BarArrays {
   // Set by DescribeSeries.
   bool has_opens = false;  // false if the data file stores none, so that every open is 0
   bool has_volumes = false;

@@ -50,7 +50,7 @@ std::string PriceText(double value, int decimals) {
 
 std::string VolumeText(float value) {
   const bool whole = value == std::floor(value) || std::abs(value) >= 1e6F;
-  return PatternText(value, whole ? kWholePattern : "###,###,##0.000");
+  return GroupedNumber(PriceText(value, whole ? 0 : 3));
 }
 
 std::string ShortVolumeText(double value) {

@@ -20,22 +20,24 @@ double ShortestDouble(float value) {
   return shortest;
 }
 
-Json LastBar(const ChartState& chart) {
-  if (chart.bars == 0) return nullptr;
-  return {{"date", chart.last_date},
-          {"time", chart.last_time},
-          {"close", ShortestDouble(chart.last_close)}};
+Json LastBar(const BarSeries& bars) {
+  if (bars.size() == 0) return nullptr;
+  return {{"date", bars.dates.back()},
+          {"time", bars.times.back()},
+          {"close", ShortestDouble(bars.closes.back())}};
 }
 
-Json ChartObject(const ChartState& chart) {
-  return {{"symbol", chart.symbol},
-          {"name", chart.name},
-          {"folder", chart.folder},
-          {"interval", chart.interval},
-          {"bars", chart.bars},
-          {"last", LastBar(chart)},
-          {"shown", {chart.first_shown, chart.last_shown}},
-          {"error", chart.error.empty() ? Json(nullptr) : Json(chart.error)}};
+Json ChartObject(const ChartDocument& chart) {
+  const BarSeries& bars = chart.Model().Series();
+  const ViewWindow& window = chart.Model().Window();
+  return {{"symbol", chart.Symbol()},
+          {"name", chart.Name()},
+          {"folder", chart.Folder()},
+          {"interval", chart.Interval()},
+          {"bars", bars.size()},
+          {"last", LastBar(bars)},
+          {"shown", {window.FirstBar(), window.LastBar()}},
+          {"error", chart.Error().empty() ? Json(nullptr) : Json(chart.Error())}};
 }
 
 }  // namespace
@@ -66,26 +68,7 @@ const std::string& ChartDocument::Symbol() const {
   return shown_file_ ? security_.symbol : request_.symbol;
 }
 
-ChartState ChartDocument::State() const {
-  const BarSeries& bars = model_.Series();
-  ChartState state;
-  state.symbol = Symbol();
-  state.name = Name();
-  state.folder = Folder();
-  state.interval = Interval();
-  state.bars = bars.size();
-  if (bars.size() > 0) {
-    state.last_date = bars.dates.back();
-    state.last_time = bars.times.back();
-    state.last_close = bars.closes.back();
-  }
-  state.first_shown = model_.Window().FirstBar();
-  state.last_shown = model_.Window().LastBar();
-  state.error = error_;
-  return state;
-}
-
-std::string StateLine(std::string_view event, const HostState& host, const ChartState* chart) {
+std::string StateLine(std::string_view event, const HostState& host, const ChartDocument* chart) {
   const Json line = {{"event", event},
                      {"charts", host.charts},
                      {"active", host.active},

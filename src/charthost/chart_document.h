@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,21 +9,7 @@
 
 namespace velumar {
 
-// The active chart, for a program that watches this one.
-struct ChartState {
-  std::string symbol;
-  std::string name;
-  std::string folder;
-  int interval = -1;  // -1: not intraday; otherwise minutes
-  int bars = 0;
-  std::int32_t last_date = 0;
-  std::int32_t last_time = 0;
-  float last_close = 0;
-  int first_shown = 0;  // bars in view, both included; after last_shown if none is
-  int last_shown = -1;
-  std::string error;  // that the chart shows; empty if there is none
-};
-
+// The chart windows, for a program that watches this one.
 struct HostState {
   int charts = 0;
   int active = -1;  // index of the active chart, -1 without charts
@@ -49,7 +34,6 @@ class ChartDocument {
   int Interval() const { return security_.interval; }
   // A sentence to show; empty if the series was read.
   const std::string& Error() const { return error_; }
-  ChartState State() const;
 
  private:
   const SeriesSource& source_;
@@ -61,7 +45,8 @@ class ChartDocument {
 };
 
 // One line of JSON without its line end: the event ("ready", "opened", "closed", "refreshed" or
-// "activated") and the state after it. `chart` is null without charts, "last" without bars.
-std::string StateLine(std::string_view event, const HostState& host, const ChartState* chart);
+// "activated") and the state after it. `chart` is null without charts, "last" without bars. "shown"
+// are the first and last bar in view, both included; the first is after the last if none is.
+std::string StateLine(std::string_view event, const HostState& host, const ChartDocument* chart);
 
 }  // namespace velumar

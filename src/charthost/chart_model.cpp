@@ -41,9 +41,10 @@ void ChartModel::Layout(double pixel_width) {
   pixels_per_bar_ = pixel_width / window_.Span();
   bars_in_column_ = BarsPerColumn(pixels_per_bar_, MinColumnWidth(options_.style));
   BuildColumns(series_, window_.FirstBar(), window_.LastBar(), bars_in_column_, columns_);
-  logarithmic_ = options_.logarithmic && CanBeLogarithmic(columns_);
-  prices_ = PriceRange(columns_, logarithmic_);
-  highest_volume_ = velumar::HighestVolume(columns_);
+  const ColumnExtremes extremes = ExtremesOf(columns_);
+  logarithmic_ = options_.logarithmic && extremes.low > 0;
+  prices_ = PriceRange(extremes.low, extremes.high, logarithmic_);
+  highest_volume_ = extremes.volume;
 }
 
 }  // namespace velumar

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <optional>
@@ -35,14 +34,6 @@ constexpr double kLeastShareApart = 0.7;
 int Year(std::int32_t date) { return date / 10000; }
 int Month(std::int32_t date) { return date / 100 % 100; }
 
-// Weeks begin on Mondays; 1 January 1970 was a Thursday.
-std::int64_t WeekNumber(std::int32_t date) {
-  const std::chrono::year_month_day day{std::chrono::year(Year(date)),
-                                        std::chrono::month(static_cast<unsigned>(Month(date))),
-                                        std::chrono::day(static_cast<unsigned>(date % 100))};
-  return (std::chrono::sys_days(day).time_since_epoch().count() + 3) / 7;
-}
-
 // Two bars are in the same period of the step if and only if their keys are equal.
 std::int64_t PeriodKey(const Step& step, std::int32_t date, std::int32_t time) {
   switch (step.unit) {
@@ -51,11 +42,11 @@ std::int64_t PeriodKey(const Step& step, std::int32_t date, std::int32_t time) {
     case Unit::kMonth:
       return Year(date) * 12 + (Month(date) - 1) / step.count;
     case Unit::kWeek:
-      return WeekNumber(date);
+      return (DayNumber(date) + 3) / 7;  // weeks begin on Mondays
     case Unit::kDay:
       return date;
     case Unit::kMinute:
-      return std::int64_t{date} * 1440 + (time / 10000 * 60 + time / 100 % 100) / step.count;
+      return std::int64_t{date} * 1440 + MinuteOfDay(time) / step.count;
   }
   return 0;
 }

@@ -109,6 +109,17 @@ void BarPlot::HidePointer() {
   for (QCPItemText* const text : pointer_texts_) text->setVisible(false);
 }
 
+void BarPlot::PlacePointer() {
+  HidePointer();
+  if (pointer_) ShowPointer(*pointer_);
+}
+
+void BarPlot::MovePointer(std::optional<QPointF> pixel) {
+  pointer_ = pixel;
+  PlacePointer();
+  layer(pointer_layer_)->replot();
+}
+
 QCPItemText* BarPlot::AddPointerText() {
   auto* const text = new QCPItemText(this);
   text->setLayer(pointer_layer_);

@@ -38,10 +38,13 @@ class BarPlot : public QCustomPlot {
   // paint buffer of their own: MovePointer repaints nothing else.
   void ShowCross(QPointF centre, const QRect& area);
   void HidePointer();
-  void RepaintPointer() { layer(pointer_layer_)->replot(); }
   QCPItemText* AddPointerText();
-  // The pointer is here, or has left the plot if nothing.
-  virtual void MovePointer(std::optional<QPointF> pixel) = 0;
+  // Draws the cross for a pointer at that pixel.
+  virtual void ShowPointer(QPointF pixel) = 0;
+  // Call after the plot has changed: the pointer may be at another bar now.
+  void PlacePointer();
+  // The pointer is at that pixel now, or has left the plot if there is none.
+  virtual void MovePointer(std::optional<QPointF> pixel);
 
   void wheelEvent(QWheelEvent* event) override;
   void leaveEvent(QEvent* event) override;
@@ -55,6 +58,7 @@ class BarPlot : public QCustomPlot {
   const QString pointer_layer_ = QStringLiteral("pointer");
   std::array<QCPItemLine*, 2> cross_;
   QList<QCPItemText*> pointer_texts_;
+  std::optional<QPointF> pointer_;
   bool bounding_ = false;
 };
 

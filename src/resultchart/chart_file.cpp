@@ -7,7 +7,6 @@
 
 #include "base/whole_file.h"
 #include "resultchart/result_plot.h"
-#include "resultchart/svg_file.h"
 
 namespace velumar {
 namespace {

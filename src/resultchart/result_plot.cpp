@@ -77,7 +77,6 @@ ResultPlot::ResultPlot(QWidget* parent) : BarPlot(parent) {
   QFont plain = font();
   plain.setPixelSize(kPlainPixels);
   setFont(plain);
-  setPlottingHint(QCP::phFastPolylines);
   plotLayout()->setMargins(QMargins(kAroundPlot, kAroundPlot / 2, kAroundPlot, kAroundPlot));
   title_ = new QCPTextElement(this);
   plotLayout()->addElement(0, 0, title_);
@@ -95,8 +94,10 @@ ResultPlot::ResultPlot(QWidget* parent) : BarPlot(parent) {
   bars_ = new PortfolioBars(&BarAxis(), values, scene_);
   pointer_text_ = AddPointerText();
   pointer_text_->setPadding(QMargins(5, 5, 5, 5));
-  connect(this, &QCustomPlot::beforeReplot, this,
-          [this] { Arrange(viewport().size() - QSize(0, covered_)); });
+  connect(this, &QCustomPlot::beforeReplot, this, [this] {
+    Arrange(viewport().size() - QSize(0, covered_));
+    PlacePointer();
+  });
   connect(this, &QCustomPlot::mouseDoubleClick, this, [this] {
     ShowSpan(WholeSpan());
     emit SpanMoved();
@@ -108,7 +109,6 @@ ResultPlot::ResultPlot(QWidget* parent) : BarPlot(parent) {
 void ResultPlot::SetPoints(ChartPoints points) {
   scene_.points = std::move(points);
   line_->SetPoints();
-  HidePointer();
   SetTitles(!scene_.points.values.empty());
   ShowSpan(WholeSpan());
 }
@@ -203,18 +203,15 @@ void ResultPlot::PaintTo(QCPPainter& painter, const QSize& size) {
   Changed();
 }
 
-void ResultPlot::MovePointer(std::optional<QPointF> pixel) {
-  HidePointer();
+void ResultPlot::ShowPointer(QPointF pixel) {
   const auto count = static_cast<double>(scene_.points.values.size());
-  if (pixel && count > 0 && rect_->rect().contains(pixel->toPoint())) {
-    const double place = std::clamp(std::round(BarAxis().pixelToCoord(pixel->x())), 0.0, count - 1);
-    const auto point = static_cast<std::size_t>(place);
-    const QPointF centre(BarAxis().coordToPixel(place),
-                         rect_->axis(QCPAxis::atLeft)->coordToPixel(scene_.points.values[point]));
-    ShowCross(centre, rect_->rect());
-    ShowPointerText(point, centre);
-  }
-  RepaintPointer();
+  if (count == 0 || !rect_->rect().contains(pixel.toPoint())) return;
+  const double place = std::clamp(std::round(BarAxis().pixelToCoord(pixel.x())), 0.0, count - 1);
+  const auto point = static_cast<std::size_t>(place);
+  const QPointF centre(BarAxis().coordToPixel(place),
+                       rect_->axis(QCPAxis::atLeft)->coordToPixel(scene_.points.values[point]));
+  ShowCross(centre, rect_->rect());
+  ShowPointerText(point, centre);
 }
 
 // Above and to the right of the point, or on the other side if there is no room.

@@ -45,7 +45,7 @@ class ResultPlot : public BarPlot {
 
  protected:
   QCPRange Bounded(const QCPRange& wanted) const override;
-  void MovePointer(std::optional<QPointF> pixel) override;
+  void ShowPointer(QPointF pixel) override;
 
  private:
   void Changed();

@@ -27,9 +27,9 @@ class SolidPainter {
     Face(front, front_, outlined);
   }
 
-  // The part of a ribbon between two points of its front edge.
+  // A segment of a ribbon, between two points of its front edge.
   void Ribbon(QPointF from, QPointF to) {
-    // A part that rises more steeply than the depth shows its lower side.
+    // A segment that rises more steeply than the depth shows its lower side.
     const QPointF along = to - from;
     const bool seen_from_below = along.x() * depth_.y() - along.y() * depth_.x() > 0;
     Face(Swept(from, to), seen_from_below ? side_ : along.y() > 0 ? front_ : top_, false);
@@ -103,20 +103,35 @@ QVector<QPointF> PortfolioLine::FrontEdge() const {
   QVector<QPointF> line;
   getLines(&line, QCPDataRange(0, dataCount()));
   if (line.size() < 2) return line;
-  const QRect front = keyAxis()->axisRect()->rect();
+  const QRectF front = keyAxis()->axisRect()->rect();
   const qsizetype last = line.size() - 1;
-  if (line[0].x() < front.left()) line[0] = Between(line[0], line[1], front.left());
-  if (line[last].x() > front.right()) {
+  if (line[0].x() < front.left() && line[1].x() > front.left()) {
+    line[0] = Between(line[0], line[1], front.left());
+  }
+  if (line[last].x() > front.right() && line[last - 1].x() < front.right()) {
     line[last] = Between(line[last - 1], line[last], front.right());
   }
   return line;
 }
 
 void PortfolioLine::draw(QCPPainter* painter) {
-  if (scene_.depth.isNull()) return QCPGraph::draw(painter);
+  if (scene_.depth.isNull() || dataCount() == 1) return QCPGraph::draw(painter);
   const QVector<QPointF> line = FrontEdge();
   SolidPainter solid(*painter, scene_.depth, scene_.series);
   for (qsizetype i = 1; i < line.size(); ++i) solid.Ribbon(line[i - 1], line[i]);
+}
+
+// In pieces: the painter's time for a wide line grows with the square of its length, and a long
+// ledger's line goes up and down thousands of times.
+void PortfolioLine::drawLinePlot(QCPPainter* painter, const QVector<QPointF>& lines) const {
+  constexpr qsizetype kPiece = 3;
+  constexpr qsizetype kLong = 500;
+  const bool whole = painter->modes().testFlag(QCPPainter::pmVectorized) || lines.size() < kLong;
+  const qsizetype piece = whole ? lines.size() : kPiece;
+  applyDefaultAntialiasingHint(painter);
+  for (qsizetype first = 0; first + 1 < lines.size(); first += piece) {
+    painter->drawPolyline(QPolygonF(lines.mid(first, piece + 1)));
+  }
 }
 
 PortfolioBars::PortfolioBars(QCPAxis* places, QCPAxis* values, const ChartScene& scene)

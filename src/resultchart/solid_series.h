@@ -18,6 +18,7 @@ class PortfolioLine : public QCPGraph {
 
  protected:
   void draw(QCPPainter* painter) override;
+  void drawLinePlot(QCPPainter* painter, const QVector<QPointF>& lines) const override;
   QRect clipRect() const override;
 
  private:

@@ -1,6 +1,6 @@
 #include <stdexcept>
 
-#include "resultchart/svg_file.h"
+#include "resultchart/chart_file.h"
 
 namespace velumar {
 

@@ -3,8 +3,8 @@
 #include <QSvgGenerator>
 #include <stdexcept>
 
+#include "resultchart/chart_file.h"
 #include "resultchart/result_plot.h"
-#include "resultchart/svg_file.h"
 
 namespace velumar {
 

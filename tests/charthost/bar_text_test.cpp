@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "charthost/bar_series.h"
+#include "charthost/made_series.h"
 
 namespace velumar {
 namespace {
@@ -27,17 +27,6 @@ TEST(PriceText, ShortensVolumesToFourCharacters) {
       {1200, "1.2K"},  {99999, "100K"}, {999999, "1M"},    {35e6, "35M"}, {2.14e9, "2.1B"},
       {9.96e6, "10M"}, {1e12, "1T"},    {123.4e12, "123T"}};
   for (const auto& [value, text] : cases) EXPECT_EQ(ShortVolumeText(value), text) << value;
-}
-
-BarSeries SeriesOf(std::vector<float> closes) {
-  BarSeries series;
-  const std::size_t count = closes.size();
-  series.dates.assign(count, 20150608);
-  series.times.assign(count, 0);
-  series.volumes.assign(count, 0);
-  series.opens = series.highs = series.lows = series.closes = std::move(closes);
-  DescribeSeries(series);
-  return series;
 }
 
 TEST(BarSeries, IsShownWithTheDecimalsOfItsQuotes) {

@@ -20,15 +20,14 @@ class ChartDocumentTest : public testing::Test {
     StoreSecurity(folder_, {"SCB", "Bank", 5}, IntradayBars(60, 5), cache_);
   }
 
+  // Replaces the bars of a series by that many.
   void KeepBars(const std::string& symbol, int interval, int count) {
     MetaLibWriter writer(cache_);
     writer.OpenDirectory(folder_);
     writer.SelectSeries(symbol, interval < 0 ? 1 : 0, interval);
-    const auto bars = interval < 0 ? DailyBars(count) : IntradayBars(count, interval);
     writer.WriteSeries({}, {}, {}, {}, {}, {}, {}, {});
-    for (const Bar& bar : bars) {
-      writer.AppendBar(bar.date, bar.time, bar.open, bar.high, bar.low, bar.close, bar.volume,
-                       bar.open_interest);
+    for (const Bar& bar : interval < 0 ? DailyBars(count) : IntradayBars(count, interval)) {
+      writer.AppendBar(bar.date, bar.time, bar.open, bar.high, bar.low, bar.close, bar.volume, 0);
     }
     writer.CloseSecurity();
     writer.CloseDirectory();
@@ -56,10 +55,9 @@ TEST_F(ChartDocumentTest, ShowsTheBarsThatAreStoredAndFollowsThem) {
   for (const int bars : {301, 331, 330, 300}) {
     KeepBars("SCB", -1, bars);
     chart.Refresh();
-    const ChartState state = chart.State();
-    EXPECT_EQ(state.bars, bars);
-    EXPECT_EQ(state.last_date, MadeDate(bars - 1));
-    EXPECT_EQ(state.last_shown, bars - 1);
+    ASSERT_EQ(chart.Model().Series().size(), bars);
+    EXPECT_EQ(chart.Model().Series().dates.back(), MadeDate(bars - 1));
+    EXPECT_EQ(chart.Model().Window().LastBar(), bars - 1);
     EXPECT_DOUBLE_EQ(chart.Model().Window().Span(), span);
     EXPECT_EQ(chart.Model().Average(1).size(), static_cast<std::size_t>(bars));
   }
@@ -92,7 +90,7 @@ TEST_F(ChartDocumentTest, ShowsTheReasonAndNoBarsWhileItCannotBeRead) {
   std::filesystem::rename(folder_, folder_ + ".away");
   chart.Refresh();
   EXPECT_EQ(chart.Error(), "Folder \"" + folder_ + "\" not found.");
-  EXPECT_EQ(chart.State().bars, 0);
+  EXPECT_EQ(chart.Model().Series().size(), 0);
   EXPECT_TRUE(chart.Model().Average(0).empty());
   std::filesystem::create_directory(folder_);
   chart.Refresh();
@@ -101,7 +99,7 @@ TEST_F(ChartDocumentTest, ShowsTheReasonAndNoBarsWhileItCannotBeRead) {
   std::filesystem::rename(folder_ + ".away", folder_);
   chart.Refresh();
   EXPECT_EQ(chart.Error(), "");
-  EXPECT_EQ(chart.State().bars, 300);
+  EXPECT_EQ(chart.Model().Series().size(), 300);
   EXPECT_EQ(chart.Model().Window().Span(), span);
   EXPECT_EQ(Open("XYZ").Error(), "There is no security \"XYZ\" in \"" + folder_ + "\".");
 }
@@ -145,19 +143,19 @@ TEST_F(ChartDocumentTest, ReadsAFolderThatIsInUseAndLeavesNothingInIt) {
 }
 
 TEST_F(ChartDocumentTest, ReportsItsStateAsJson) {
-  KeepBars("SCB", -1, 170);
-  const ChartState state = Open("SCB").State();
-  const auto line = nlohmann::json::parse(StateLine("opened", {2, 1, "A \"title\""}, &state));
+  StoreSecurity(folder_, {"TICK", "Tick", -1}, {{MadeDate(0), 0, 55, 56, 54, 55.51F, 9, 0}},
+                cache_);
+  const ChartDocument document = Open("TICK");
+  const std::string text = StateLine("opened", {2, 1, "A \"title\""}, &document);
+  const auto line = nlohmann::json::parse(text);
   EXPECT_EQ(line["event"], "opened");
   EXPECT_EQ(line["title"], "A \"title\"");
-  EXPECT_EQ(line["chart"]["symbol"], "SCB");
+  EXPECT_EQ(line["chart"]["symbol"], "TICK");
   EXPECT_EQ(line["chart"]["folder"], folder_);
-  EXPECT_EQ(line["chart"]["last"]["date"], MadeDate(169));
-  EXPECT_EQ(line["chart"]["shown"][1], 169);
+  EXPECT_EQ(line["chart"]["last"]["date"], MadeDate(0));
+  EXPECT_EQ(line["chart"]["shown"][1], 0);
   EXPECT_TRUE(line["chart"]["error"].is_null());
-  ChartState short_price = state;
-  short_price.last_close = 55.51F;
-  EXPECT_NE(StateLine("opened", {}, &short_price).find("\"close\":55.51}"), std::string::npos);
+  EXPECT_NE(text.find("\"close\":55.51}"), std::string::npos);
   EXPECT_TRUE(nlohmann::json::parse(StateLine("closed", {}, nullptr))["chart"].is_null());
 }
 

@@ -5,9 +5,11 @@
 #include <QLabel>
 #include <QTest>
 
+#include "charthost/bar_text.h"
 #include "charthost/chart_windows.h"
 #include "charthost/view/chart_plot.h"
 #include "charthost/view/readout_bar.h"
+#include "charts/qt_text.h"
 
 namespace velumar {
 namespace {
@@ -106,6 +108,30 @@ TEST_F(ChartPaneTest, DrawsRisingAndFallingBarsInTheirColours) {
   const auto rising = Open("ADVANC");  // each close is above its open
   EXPECT_GT(Pixels(*rising, colours.up), 500);
   EXPECT_EQ(Pixels(*rising, colours.down), 0);
+}
+
+// The pointer rests while a replay scrolls the bars below it.
+TEST_F(ChartPaneTest, NamesTheBarBelowThePointerAfterTheChartHasScrolled) {
+  const auto pane = Open("SCB");
+  const auto shown = [&](const QString& text) {
+    for (int i = 0; i < pane->Plot().itemCount(); ++i) {
+      const auto* const tag = qobject_cast<QCPItemText*>(pane->Plot().item(i));
+      if (tag != nullptr && tag->visible() && tag->text() == text) return true;
+    }
+    return false;
+  };
+  const auto date_of = [&](int bar) {
+    return ToQt(LongDayText(pane->Document().Model().Series().dates[bar]));
+  };
+  int bar = -1;
+  QObject::connect(&pane->Plot(), &ChartPlot::BarHovered, [&](int hovered) { bar = hovered; });
+  QTest::mouseMove(&pane->Plot(), {400, 200});
+  ASSERT_GE(bar, 20);
+  EXPECT_TRUE(shown(date_of(bar)));
+  pane->Window().Pan(-20);
+  pane->WindowMoved();
+  pane->Plot().replot();
+  EXPECT_TRUE(shown(date_of(bar - 20)));
 }
 
 TEST_F(ChartPaneTest, SaysWhatIsMissing) {

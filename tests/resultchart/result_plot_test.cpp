@@ -54,7 +54,10 @@ TEST(ResultPlot, KeepsTheExtremesOfManyPointsInEveryType) {
 TEST(ResultPlot, ShowsASinglePointAndBarsFromZero) {
   ResultPlot plot;
   plot.SetPoints(PointsOf({500}));
-  EXPECT_FALSE(ColouredRows(plot).empty());
+  for (const ChartTypeName& type : kChartTypes) {
+    plot.SetType(type.type);
+    EXPECT_FALSE(ColouredRows(plot).empty()) << type.text;
+  }
   plot.SetPoints(PointsOf({20, 100}));
   plot.SetType(ChartType::k2DBar);
   const std::vector<int> rows = ColouredRows(plot);
@@ -117,7 +120,8 @@ QVector<double> Ticks(double lower, double upper, QCPAxis::ScaleType scale) {
 }
 
 TEST(ValueTicker, ShowsRoundValues) {
-  EXPECT_THAT(Ticks(103.2, 129.9, QCPAxis::stLinear), testing::ElementsAre(105, 110, 115, 120, 125));
+  EXPECT_THAT(Ticks(103.2, 129.9, QCPAxis::stLinear),
+              testing::ElementsAre(105, 110, 115, 120, 125));
   EXPECT_THAT(Ticks(0.9, 120, QCPAxis::stLogarithmic),
               testing::ElementsAre(1, 2, 5, 10, 20, 50, 100));
   EXPECT_THAT(Ticks(2, 3e6, QCPAxis::stLogarithmic),

@@ -46,9 +46,9 @@ PriceBars::PriceBars(QCPAxis* bars, QCPAxis* values) : QCPFinancial(bars, values
 
 void PriceBars::SetColours(const Palette& colours) {
   setBrushPositive(colours.up);
-  setPenPositive(QPen(colours.up, 1));
+  setPenPositive(BodyPen(colours.up));
   setBrushNegative(colours.down);
-  setPenNegative(QPen(colours.down, 1));
+  setPenNegative(BodyPen(colours.down));
 }
 
 void PriceBars::Fill(const ChartModel& model) {
@@ -73,6 +73,10 @@ void PriceBars::draw(QCPPainter* painter) {
     painter->drawLine(coordsToPixels(bar.key, bar.high), coordsToPixels(bar.key, bar.low));
     painter->drawLine(close, close + QPointF(width() / 2, 0));
   }
+}
+
+QPen BodyPen(const QColor& colour) {
+  return {colour, 1, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin};
 }
 
 double SnappedPlace(const QCPAxis& bars, double place) {

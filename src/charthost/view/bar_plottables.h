@@ -58,6 +58,9 @@ class PriceBars : public QCPFinancial {
   bool has_opens_ = true;
 };
 
+// Outlines the body of a candle or a volume in its own colour, with sharp corners.
+QPen BodyPen(const QColor& colour);
+
 // The middle of the pixel in which a place of the axis lies, so that bodies and wicks are centred.
 double SnappedPlace(const QCPAxis& bars, double place);
 

@@ -127,9 +127,9 @@ void ChartPlot::SetColours(const Palette& colours) {
   for (std::size_t i = 0; i < averages_.size(); ++i) {
     averages_[i]->setPen(LinePen(colours.averages[i]));
   }
-  up_volume_->setPen(QPen(colours.up_volume, 1));
+  up_volume_->setPen(BodyPen(colours.up_volume));
   up_volume_->setBrush(colours.up_volume);
-  down_volume_->setPen(QPen(colours.down_volume, 1));
+  down_volume_->setPen(BodyPen(colours.down_volume));
   down_volume_->setBrush(colours.down_volume);
   StyleTag(*value_tag_, colours.tag, colours.on_tag);
   StyleTag(*date_tag_, colours.tag, colours.on_tag);
@@ -181,6 +181,7 @@ void ChartPlot::BeforeReplot() {
   LayOut(viewport().size());
   if (prices_->width() != width) model_.Layout(prices_->width());
   FillPlottables();
+  PlacePointer();
 }
 
 void ChartPlot::FillPlottables() {
@@ -259,15 +260,16 @@ std::optional<int> ChartPlot::BarAt(QPointF pixel) const {
   return bar;
 }
 
+void ChartPlot::ShowPointer(QPointF pixel) {
+  const std::optional<int> bar = BarAt(pixel);
+  if (!bar || selectionRect()->isActive()) return;
+  ShowCross({BarAxis().coordToPixel(*bar), pixel.y()}, PlotArea());
+  ShowPointerTexts(*bar, pixel);
+}
+
 void ChartPlot::MovePointer(std::optional<QPointF> pixel) {
-  const std::optional<int> bar = pixel ? BarAt(*pixel) : std::nullopt;
-  HidePointer();
-  if (bar && !selectionRect()->isActive()) {
-    ShowCross({BarAxis().coordToPixel(*bar), pixel->y()}, PlotArea());
-    ShowPointerTexts(*bar, *pixel);
-  }
-  RepaintPointer();
-  emit BarHovered(bar.value_or(-1));
+  BarPlot::MovePointer(pixel);
+  emit BarHovered(pixel ? BarAt(*pixel).value_or(-1) : -1);
 }
 
 void ChartPlot::ShowPointerTexts(int bar, QPointF pixel) {
@@ -309,37 +311,19 @@ void ChartPlot::mousePressEvent(QMouseEvent* event) {
 }
 
 void ChartPlot::keyPressEvent(QKeyEvent* event) {
-  ViewWindow& window = model_.Window();
-  switch (event->key()) {
-    case Qt::Key_Left:
-      window.Pan(-0.1 * window.Span());
-      break;
-    case Qt::Key_Right:
-      window.Pan(0.1 * window.Span());
-      break;
-    case Qt::Key_PageUp:
-      window.Pan(-0.9 * window.Span());
-      break;
-    case Qt::Key_PageDown:
-      window.Pan(0.9 * window.Span());
-      break;
-    case Qt::Key_Home:
-      window.ShowOldest();
-      break;
-    case Qt::Key_End:
-      window.ShowNewest();
-      break;
-    case Qt::Key_Plus:
-    case Qt::Key_Equal:
-      window.Zoom(0.8);
-      break;
-    case Qt::Key_Minus:
-      window.Zoom(1.25);
-      break;
-    default:
-      event->ignore();
-      return;
-  }
+  static const QHash<int, void (*)(ViewWindow&)> kMoves = {
+      {Qt::Key_Left, [](ViewWindow& window) { window.Pan(-0.1 * window.Span()); }},
+      {Qt::Key_Right, [](ViewWindow& window) { window.Pan(0.1 * window.Span()); }},
+      {Qt::Key_PageUp, [](ViewWindow& window) { window.Pan(-0.9 * window.Span()); }},
+      {Qt::Key_PageDown, [](ViewWindow& window) { window.Pan(0.9 * window.Span()); }},
+      {Qt::Key_Home, [](ViewWindow& window) { window.ShowOldest(); }},
+      {Qt::Key_End, [](ViewWindow& window) { window.ShowNewest(); }},
+      {Qt::Key_Plus, [](ViewWindow& window) { window.Zoom(0.8); }},
+      {Qt::Key_Equal, [](ViewWindow& window) { window.Zoom(0.8); }},
+      {Qt::Key_Minus, [](ViewWindow& window) { window.Zoom(1.25); }}};
+  const auto move = kMoves.value(event->key(), nullptr);
+  if (move == nullptr) return event->ignore();
+  move(model_.Window());
   ModelChanged();
 }
 

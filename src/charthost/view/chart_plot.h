@@ -26,6 +26,7 @@ class ChartPlot : public BarPlot {
 
  protected:
   QCPRange Bounded(const QCPRange& wanted) const override;
+  void ShowPointer(QPointF pixel) override;
   void MovePointer(std::optional<QPointF> pixel) override;
   void mousePressEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;

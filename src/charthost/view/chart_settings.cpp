@@ -20,8 +20,8 @@ const std::array<QString, 3> kThemeNames = {QStringLiteral("system"), QStringLit
                                             QStringLiteral("dark")};
 
 template <typename T>
-T FromName(const std::array<QString, 3>& names, const QString& name, T otherwise) {
-  const auto found = std::find(names.begin(), names.end(), name);
+T FromName(const std::array<QString, 3>& names, const QVariant& name, T otherwise) {
+  const auto found = std::ranges::find(names, name.toString());
   return found == names.end() ? otherwise : static_cast<T>(found - names.begin());
 }
 
@@ -39,8 +39,8 @@ ChartSettings::ChartSettings()
 
 ChartOptions ChartSettings::Options() const {
   ChartOptions options;
-  options.style = FromName(kStyleNames, settings_.value(kStyle).toString(), options.style);
-  options.theme = FromName(kThemeNames, settings_.value(kTheme).toString(), options.theme);
+  options.style = FromName(kStyleNames, settings_.value(kStyle), options.style);
+  options.theme = FromName(kThemeNames, settings_.value(kTheme), options.theme);
   options.volume = settings_.value(kVolume, options.volume).toBool();
   options.logarithmic = settings_.value(kLogarithmic, options.logarithmic).toBool();
   for (std::size_t i = 0; i < options.averages.size(); ++i) {

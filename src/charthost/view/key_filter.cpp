@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QWindow>
+#include <algorithm>
+#include <array>
 
 #include "charthost/view/main_window.h"
 #include "charthost/view/open_dialog.h"
@@ -20,17 +22,9 @@ constexpr int kAbsenceMilliseconds = 1000;
 constexpr int kBlindMilliseconds = 2500;
 
 bool IsModifier(const QKeyEvent& key) {
-  switch (key.key()) {
-    case Qt::Key_Shift:
-    case Qt::Key_Control:
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_Meta:
-    case Qt::Key_CapsLock:
-      return true;
-    default:
-      return false;
-  }
+  constexpr std::array kModifiers = {Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt,
+                                     Qt::Key_AltGr, Qt::Key_Meta,    Qt::Key_CapsLock};
+  return std::ranges::find(kModifiers, key.key()) != kModifiers.end();
 }
 
 // The Latin letter of a key. For layouts without Latin letters Windows still reports the key's
@@ -48,23 +42,15 @@ char LetterOf(int key) {
 }
 
 int RunKeyCode(int key) {
-  switch (key) {
-    case Qt::Key_Left:
-      return run_key::kLeft;
-    case Qt::Key_Right:
-      return run_key::kRight;
-    case Qt::Key_PageUp:
-      return run_key::kPageUp;
-    case Qt::Key_PageDown:
-      return run_key::kPageDown;
-    case Qt::Key_Space:
-    case Qt::Key_L:
-    case Qt::Key_S:
-    case Qt::Key_B:
-      return key;
-    default:
-      return 0;
-  }
+  static const QHash<int, int> kCodes = {{Qt::Key_Left, run_key::kLeft},
+                                         {Qt::Key_Right, run_key::kRight},
+                                         {Qt::Key_PageUp, run_key::kPageUp},
+                                         {Qt::Key_PageDown, run_key::kPageDown},
+                                         {Qt::Key_Space, Qt::Key_Space},
+                                         {Qt::Key_L, Qt::Key_L},
+                                         {Qt::Key_S, Qt::Key_S},
+                                         {Qt::Key_B, Qt::Key_B}};
+  return kCodes.value(key, 0);
 }
 
 ChartKey StrokeOf(const QKeyEvent& key) {

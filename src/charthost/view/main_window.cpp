@@ -19,11 +19,6 @@
 #include "platform/chart_program.h"
 
 namespace velumar {
-namespace {
-
-constexpr double kZoomIn = 0.8;
-
-}  // namespace
 
 MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Report report)
     : source_(source),
@@ -118,9 +113,7 @@ void MainWindow::BuildViewMenu() {
              {tr("&Bars"), ChartStyle::kBars},
              {tr("&Line"), ChartStyle::kLine}});
   view_menu_->addSeparator();
-  AddToggle(tr("&Volume"), &ChartOptions::volume);
-  AddToggle(tr("Lo&g scale"), &ChartOptions::logarithmic);
-  AddAverageActions();
+  AddToggles();
   view_menu_->addSeparator();
   AddWindowActions();
   view_menu_->addSeparator();
@@ -130,28 +123,30 @@ void MainWindow::BuildViewMenu() {
              {tr("&Dark"), ChartTheme::kDark}});
 }
 
-void MainWindow::AddToggle(const QString& text, bool ChartOptions::*option) {
-  QAction* const action = view_menu_->addAction(text, this, [this, option] {
+void MainWindow::AddToggle(const std::function<QString()>& text,
+                           const std::function<bool&(ChartOptions&)>& option) {
+  QAction* const action = view_menu_->addAction(QString(), this, [this, option] {
     ChartOptions options = options_;
-    options.*option = !(options.*option);
+    option(options) = !option(options);
     SetOptions(options);
   });
   action->setCheckable(true);
-  option_views_.emplace_back([this, action, option] { action->setChecked(options_.*option); });
+  option_views_.emplace_back([this, action, text, option] {
+    action->setText(text());
+    action->setChecked(option(options_));
+  });
 }
 
-void MainWindow::AddAverageActions() {
+void MainWindow::AddToggles() {
+  AddToggle([] { return tr("&Volume"); }, [](ChartOptions& o) -> bool& { return o.volume; });
+  AddToggle([] { return tr("Lo&g scale"); },
+            [](ChartOptions& o) -> bool& { return o.logarithmic; });
   for (std::size_t i = 0; i < options_.averages.size(); ++i) {
-    QAction* const action = view_menu_->addAction(QString(), this, [this, i] {
-      ChartOptions options = options_;
-      options.averages[i].shown = !options.averages[i].shown;
-      SetOptions(options);
-    });
-    action->setCheckable(true);
-    option_views_.emplace_back([this, action, i] {
-      action->setText(tr("Average &%1: %2 bars").arg(i + 1).arg(options_.averages[i].period));
-      action->setChecked(options_.averages[i].shown);
-    });
+    AddToggle(
+        [this, i] {
+          return tr("Average &%1: %2 bars").arg(i + 1).arg(options_.averages[i].period);
+        },
+        [i](ChartOptions& o) -> bool& { return o.averages[i].shown; });
   }
   view_menu_->addAction(tr("Average &periods..."), this,
                         [this] { averages_dialog_->Show(options_.averages); });
@@ -159,15 +154,18 @@ void MainWindow::AddAverageActions() {
 
 // ChartPlot handles the keys named in these entries.
 void MainWindow::AddWindowActions() {
-  view_menu_->addAction(tr("Zoom &in\t+"), this,
-                        [this] { MoveWindow([](ViewWindow& window) { window.Zoom(kZoomIn); }); });
-  view_menu_->addAction(tr("Zoom o&ut\t-"), this, [this] {
-    MoveWindow([](ViewWindow& window) { window.Zoom(1 / kZoomIn); });
-  });
-  view_menu_->addAction(tr("&Whole series"), this,
-                        [this] { MoveWindow([](ViewWindow& window) { window.ShowAll(); }); });
-  view_menu_->addAction(tr("&Newest bar\tEnd"), this,
-                        [this] { MoveWindow([](ViewWindow& window) { window.ShowNewest(); }); });
+  const std::initializer_list<std::pair<QString, void (*)(ViewWindow&)>> entries = {
+      {tr("Zoom &in\t+"), [](ViewWindow& window) { window.Zoom(0.8); }},
+      {tr("Zoom o&ut\t-"), [](ViewWindow& window) { window.Zoom(1.25); }},
+      {tr("&Whole series"), [](ViewWindow& window) { window.ShowAll(); }},
+      {tr("&Newest bar\tEnd"), [](ViewWindow& window) { window.ShowNewest(); }}};
+  for (const auto& [text, move] : entries) {
+    view_menu_->addAction(text, this, [this, move = move] {
+      if (ActiveChart() == nullptr) return;
+      move(ActiveChart()->Window());
+      ActiveChart()->WindowMoved();
+    });
+  }
 }
 
 void MainWindow::Act(HostAction action) {
@@ -221,25 +219,22 @@ void MainWindow::OpenChart(const SeriesRequest& request) {
 }
 
 void MainWindow::CloseAll() {
-  const QSignalBlocker blocker(tabs_);
-  while (tabs_->count() > 0) {
-    QWidget* const pane = tabs_->widget(0);
-    tabs_->removeTab(0);
-    pane->deleteLater();
-  }
+  while (tabs_->count() > 0) RemoveChart(0);
   Changed("closed");
 }
 
 void MainWindow::CloseChart(int index) {
-  QWidget* const pane = tabs_->widget(index);
-  if (pane == nullptr) return;
-  {
-    const QSignalBlocker blocker(tabs_);
-    tabs_->removeTab(index);
-  }
-  pane->deleteLater();
+  if (Chart(index) == nullptr) return;
+  RemoveChart(index);
   if (ActiveChart() != nullptr) ActiveChart()->setFocus();
   Changed("closed");
+}
+
+void MainWindow::RemoveChart(int index) {
+  const QSignalBlocker blocker(tabs_);
+  QWidget* const pane = tabs_->widget(index);
+  tabs_->removeTab(index);
+  pane->deleteLater();
 }
 
 void MainWindow::RefreshActive() {
@@ -259,12 +254,6 @@ void MainWindow::ChartActivated() {
   if (ActiveChart() == nullptr) return;
   ActiveChart()->setFocus();
   Changed("activated");
-}
-
-void MainWindow::MoveWindow(const std::function<void(ViewWindow&)>& move) {
-  if (ActiveChart() == nullptr) return;
-  move(ActiveChart()->Window());
-  ActiveChart()->WindowMoved();
 }
 
 void MainWindow::SetOptions(const ChartOptions& options) {
@@ -315,12 +304,7 @@ void MainWindow::Changed(const char* event) {
   setWindowTitle(chart == nullptr ? title : title + QStringLiteral(" - ") + chart->Title());
   if (!report_) return;
   const HostState host = {tabs_->count(), tabs_->currentIndex(), FromQt(windowTitle())};
-  if (chart == nullptr) {
-    report_(StateLine(event, host, nullptr));
-  } else {
-    const ChartState state = chart->Document().State();
-    report_(StateLine(event, host, &state));
-  }
+  report_(StateLine(event, host, chart == nullptr ? nullptr : &chart->Document()));
 }
 
 }  // namespace velumar

@@ -53,20 +53,21 @@ class MainWindow : public QMainWindow {
   template <typename T>
   void AddChoice(QMenu& menu, T ChartOptions::*option,
                  std::initializer_list<std::pair<QString, T>> entries);
-  void AddAverageActions();
+  void AddToggles();
   void AddWindowActions();
   void HideMenus();
   QMenu* AddMenu(const QString& title);
-  void AddToggle(const QString& text, bool ChartOptions::*option);
+  void AddToggle(const std::function<QString()>& text,
+                 const std::function<bool&(ChartOptions&)>& option);
 
   void OpenFile();
   void OpenChart(const SeriesRequest& request);
   void CloseAll();
   void CloseChart(int index);
+  void RemoveChart(int index);
   void RefreshActive();
   void MoveInRing(int step);
   void ChartActivated();
-  void MoveWindow(const std::function<void(ViewWindow&)>& move);
   void SetOptions(const ChartOptions& options);
   void ShowOptions();
   void ApplyColours();

@@ -8,39 +8,28 @@ namespace {
 
 QString DayOf(std::int32_t date) { return date == 0 ? QString() : ToQt(DayText(date)); }
 
-QString CellText(const SecurityInfo& security, int column) {
-  switch (column) {
-    case SecurityTable::kSymbol:
-      return ToQt(security.symbol);
-    case SecurityTable::kName:
-      return ToQt(security.name);
-    case SecurityTable::kInterval:
-      return ToQt(IntervalTitle(security.interval));
-    case SecurityTable::kBars:
-      return security.bars == 0 ? QObject::tr("none") : QString::number(security.bars);
-    case SecurityTable::kFirst:
-      return DayOf(security.first_date);
-    case SecurityTable::kLast:
-      return DayOf(security.last_date);
-    default:
-      return {};
-  }
-}
+struct ColumnText {
+  const char* title;
+  QString (*text)(const SecurityInfo& security);
+  QVariant (*sort_key)(const SecurityInfo& security);
+};
 
-QVariant SortValue(const SecurityInfo& security, int column) {
-  switch (column) {
-    case SecurityTable::kInterval:
-      return security.interval < 0 ? 1440 : security.interval;
-    case SecurityTable::kBars:
-      return security.bars;
-    case SecurityTable::kFirst:
-      return security.first_date;
-    case SecurityTable::kLast:
-      return security.last_date;
-    default:
-      return CellText(security, column);
-  }
-}
+const std::array<ColumnText, SecurityTable::kColumns> kColumnTable = {
+    {{"Symbol", [](const SecurityInfo& s) { return ToQt(s.symbol); },
+      [](const SecurityInfo& s) { return QVariant(ToQt(s.symbol)); }},
+     {"Name", [](const SecurityInfo& s) { return ToQt(s.name); },
+      [](const SecurityInfo& s) { return QVariant(ToQt(s.name)); }},
+     {"Interval", [](const SecurityInfo& s) { return ToQt(IntervalTitle(s.interval)); },
+      [](const SecurityInfo& s) { return QVariant(s.interval < 0 ? 1440 : s.interval); }},
+     {"Bars",
+      [](const SecurityInfo& s) {
+        return s.bars == 0 ? QStringLiteral("none") : QString::number(s.bars);
+      },
+      [](const SecurityInfo& s) { return QVariant(s.bars); }},
+     {"First", [](const SecurityInfo& s) { return DayOf(s.first_date); },
+      [](const SecurityInfo& s) { return QVariant(s.first_date); }},
+     {"Last", [](const SecurityInfo& s) { return DayOf(s.last_date); },
+      [](const SecurityInfo& s) { return QVariant(s.last_date); }}}};
 
 }  // namespace
 
@@ -60,8 +49,9 @@ int SecurityTable::columnCount(const QModelIndex& parent) const {
 
 QVariant SecurityTable::data(const QModelIndex& index, int role) const {
   const SecurityInfo& security = securities_[index.row()];
-  if (role == Qt::DisplayRole) return CellText(security, index.column());
-  if (role == kSortRole) return SortValue(security, index.column());
+  const ColumnText& column = kColumnTable.at(static_cast<std::size_t>(index.column()));
+  if (role == Qt::DisplayRole) return column.text(security);
+  if (role == kSortRole) return column.sort_key(security);
   if (role == Qt::TextAlignmentRole && index.column() >= kBars) {
     return QVariant(Qt::AlignRight | Qt::AlignVCenter);
   }
@@ -74,20 +64,7 @@ QVariant SecurityTable::headerData(int section, Qt::Orientation orientation, int
     return QVariant((section >= kBars ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
   }
   if (role != Qt::DisplayRole) return {};
-  switch (section) {
-    case kSymbol:
-      return tr("Symbol");
-    case kName:
-      return tr("Name");
-    case kInterval:
-      return tr("Interval");
-    case kBars:
-      return tr("Bars");
-    case kFirst:
-      return tr("First");
-    default:
-      return tr("Last");
-  }
+  return tr(kColumnTable.at(static_cast<std::size_t>(section)).title);
 }
 
 SecurityFilter::SecurityFilter(SecurityTable& table, QObject* parent)
