@@ -102,7 +102,7 @@ ResultPlot::ResultPlot(QWidget* parent) : BarPlot(parent) {
     ShowSpan(WholeSpan());
     emit SpanMoved();
   });
-  SetColours(scene_.colours);
+  ResultPlot::SetColours(scene_.colours);
   SetPoints({});
 }
 
@@ -165,7 +165,7 @@ AxisSpan ResultPlot::WholeSpan() const {
 AxisSpan ResultPlot::Span() const { return {BarAxis().range().lower, BarAxis().range().upper}; }
 
 void ResultPlot::ShowSpan(AxisSpan span) {
-  ShowBars(Bounded({span.first, span.last}));
+  ShowBars(ResultPlot::Bounded({span.first, span.last}));
   Changed();
 }
 

@@ -245,7 +245,8 @@ void WorkingStore::LoadSeries() {
 
 // SymbolInterval is that of the last security looked at.
 std::int16_t WorkingStore::LoadBars(std::string_view directory) {
-  const auto& [run_directory, symbol, interval, start_day] = session_.Run;
+  const std::string& symbol = session_.Run.symbol;
+  const std::string& interval = session_.Run.interval;
   const auto series = ReplayableInterval(interval);
   const bool found = AnySecurity(directory, [&](const SecurityInfo& security) {
     session_.SymbolInterval = std::to_string(security.interval);

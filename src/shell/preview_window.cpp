@@ -12,6 +12,8 @@ namespace {
 
 float Twips(double length) { return static_cast<float>(length); }
 
+constexpr std::string_view kPreview = "The print preview";
+
 }  // namespace
 
 PreviewWindow::PreviewWindow(Desktop& desktop, Platform& platform)
@@ -21,7 +23,6 @@ PreviewWindow::PreviewWindow(Desktop& desktop, Platform& platform)
 
 void PreviewWindow::BindEvents() {
   Graph2& form = desktop_.Untouched().graph2;
-  constexpr std::string_view kPreview = "The print preview";
   const EventGuard guarded(platform_.boxes);
   // Changes the sheet and shows that.
   const auto changing = [this, guarded](auto change) {

@@ -94,7 +94,10 @@ TEST_F(TradeE2e, KeysTypedInAnotherProgramStayThere) {
   Sleep(1500);
   TypingTarget editor(std::getenv("DISPLAY"));
   const Window notes = editor.Open({.title = "Notes"});
-  hand.Activate("Notes");
+  ASSERT_TRUE(Eventually([&] {
+    hand.Activate("Notes");
+    return hand.FrontTitle() == "Notes";
+  })) << "a refresh that is just typed may take the focus once more";
   const int before = ChartBars();
   const std::string phrase = "lets sell-some-shares b";
   std::string letter;

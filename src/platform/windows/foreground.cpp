@@ -8,7 +8,7 @@ namespace {
 
 using std::chrono_literals::operator""ms;
 
-constexpr auto kActivationTimeout = 150ms;
+constexpr auto kForegroundTimeout = 150ms;
 constexpr auto kReplyTimeout = 200ms;
 
 // Threads that share their input may give each other's windows the focus. They also wait for each
@@ -42,7 +42,7 @@ bool ComesToFront(HWND window, std::chrono::milliseconds timeout) {
 
 // If the system allows it, the other program gets the focus a moment later.
 bool AskForFront(HWND window) {
-  return ::SetForegroundWindow(window) != 0 && ComesToFront(window, kActivationTimeout);
+  return ::SetForegroundWindow(window) != 0 && ComesToFront(window, kForegroundTimeout);
 }
 
 }  // namespace
@@ -67,7 +67,7 @@ void TakeFocus(HWND window) {
     ::SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_ASYNCWINDOWPOS);
     ::SetForegroundWindow(window);
   }
-  if (ComesToFront(window, kActivationTimeout) || UserHoldsModifier()) return;
+  if (ComesToFront(window, kForegroundTimeout) || UserHoldsModifier()) return;
   constexpr WORD kNoKey = 0xE8;
   PressKey(VK_MENU, true);
   ::SetForegroundWindow(window);

@@ -6,7 +6,7 @@ namespace velumar {
 
 namespace {
 
-HWND Native(NativeWindow window) { return reinterpret_cast<HWND>(window); }
+HWND HandleOf(NativeWindow window) { return reinterpret_cast<HWND>(window); }
 
 }  // namespace
 
@@ -14,19 +14,19 @@ void RoundNativeWindow(NativeWindow window, int width, int height, int corner_wi
                        int corner_height) {
   const HRGN region = ::CreateRoundRectRgn(0, 0, width, height, corner_width, corner_height);
   // The window owns the region from then on.
-  if (::SetWindowRgn(Native(window), region, TRUE) == 0) ::DeleteObject(region);
+  if (::SetWindowRgn(HandleOf(window), region, TRUE) == 0) ::DeleteObject(region);
 }
 
 void SetNativeAlpha(NativeWindow window, int alpha) {
   constexpr int kSolid = 255;
   if (alpha < 0 || alpha > kSolid) return;
-  const LONG style = ::GetWindowLongA(Native(window), GWL_EXSTYLE);
-  ::SetWindowLongA(Native(window), GWL_EXSTYLE, style | WS_EX_LAYERED);
-  ::SetLayeredWindowAttributes(Native(window), 0, static_cast<BYTE>(alpha), LWA_ALPHA);
+  const LONG style = ::GetWindowLongA(HandleOf(window), GWL_EXSTYLE);
+  ::SetWindowLongA(HandleOf(window), GWL_EXSTYLE, style | WS_EX_LAYERED);
+  ::SetLayeredWindowAttributes(HandleOf(window), 0, static_cast<BYTE>(alpha), LWA_ALPHA);
 }
 
 void KeepNativeOnTop(NativeWindow window) {
-  ::SetWindowPos(Native(window), HWND_TOPMOST, 0, 0, 0, 0,
+  ::SetWindowPos(HandleOf(window), HWND_TOPMOST, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
@@ -35,7 +35,7 @@ void DragNativeWindow(NativeWindow window) {
   const int button = ::GetSystemMetrics(SM_SWAPBUTTON) != 0 ? VK_RBUTTON : VK_LBUTTON;
   if ((::GetAsyncKeyState(button) & 0x8000) == 0) return;
   ::ReleaseCapture();
-  ::SendMessageA(Native(window), WM_NCLBUTTONDOWN, HTCAPTION, 0);
+  ::SendMessageA(HandleOf(window), WM_NCLBUTTONDOWN, HTCAPTION, 0);
 }
 
 bool IsSessionEnd(const void* message) {
