@@ -151,8 +151,8 @@ void WorkingStore::SelectBoth(MetaLibReader& reader, MetaLibWriter& writer) {
 // A series of unknown minutes is found under any interval.
 void WorkingStore::RequireKnownMinutes(int minutes) const {
   const std::string& symbol = session_.Run.symbol;
-  if (AnySecurity(session_.Run.directory, [&](const SecurityInfo& security) {
-        return security.symbol == symbol && security.interval == minutes;
+  if (AnySecurity(session_.Run.directory, [&](const std::string& listed, int interval) {
+        return listed == symbol && interval == minutes;
       })) {
     return;
   }
@@ -163,12 +163,12 @@ void WorkingStore::RequireKnownMinutes(int minutes) const {
 
 bool WorkingStore::AnySecurity(
     std::string_view directory,
-    const std::function<bool(const SecurityInfo& security)>& wanted) const {
+    const std::function<bool(const std::string& symbol, int interval)>& wanted) const {
   MetaLibReader reader(cache_);
   reader.OpenDirectory(directory);
   while (reader.NextSecurity() >= 1) {
     reader.ReadSecurityHeader();
-    if (wanted(reader.Security())) return true;
+    if (wanted(reader.SecuritySymbol(), reader.SecurityInterval())) return true;
   }
   return false;
 }
@@ -226,8 +226,8 @@ bool WorkingStore::StoredInLowerCase() const {
   bool found = false;
   const std::string& wanted = session_.Run.symbol;
   IgnoringErrors([&] {
-    found = AnySecurity(session_.Run.directory, [&](const SecurityInfo& security) {
-      return security.symbol != wanted && UpperCased(security.symbol) == wanted;
+    found = AnySecurity(session_.Run.directory, [&](const std::string& listed, int) {
+      return listed != wanted && UpperCased(listed) == wanted;
     });
   });
   return found;
@@ -248,9 +248,9 @@ std::int16_t WorkingStore::LoadBars(std::string_view directory) {
   const std::string& symbol = session_.Run.symbol;
   const std::string& interval = session_.Run.interval;
   const auto series = ReplayableInterval(interval);
-  const bool found = AnySecurity(directory, [&](const SecurityInfo& security) {
-    session_.SymbolInterval = std::to_string(security.interval);
-    return session_.SymbolInterval == IntervalToMatch(interval) && security.symbol == symbol;
+  const bool found = AnySecurity(directory, [&](const std::string& listed, int its_interval) {
+    session_.SymbolInterval = std::to_string(its_interval);
+    return session_.SymbolInterval == IntervalToMatch(interval) && listed == symbol;
   });
   if (!series || !found) {
     throw MetaLibError(MetaLibError::kSeriesNotFound, "There is no series \"" + symbol +

@@ -64,8 +64,10 @@ class WorkingStore {
   void RequireReplayable(const MetaLibReader& reader) const;
   void RequireLength(const MetaLibReader& reader) const;
   std::string SeriesName() const;
-  bool AnySecurity(std::string_view directory,
-                   const std::function<bool(const SecurityInfo& security)>& wanted) const;
+  // Looks at the index alone: another security's damaged data file must not stop a run.
+  bool AnySecurity(
+      std::string_view directory,
+      const std::function<bool(const std::string& symbol, int interval)>& wanted) const;
   std::int16_t LoadBars(std::string_view directory);
   std::int32_t CutStart(MetaLibReader& reader) const;
   std::string Explained(const MetaLibError& error) const;

@@ -99,6 +99,17 @@ TEST_F(PrepareStoreTest, FilesOfOtherProgramsThatCannotBeReplayedAreRefusedToo) 
   }
 }
 
+TEST_F(PrepareStoreTest, AnotherSecuritysUnreadableFileStopsNoRun) {
+  Store("AAA", DailyBars(40));
+  Store("ABC", DailyBars(40));
+  const std::filesystem::path neighbour = data + "/F1.DAT";
+  ASSERT_TRUE(std::filesystem::remove(neighbour));
+  std::filesystem::create_directory(neighbour);
+  EXPECT_EQ(Prepared("ABC", "D", MadeDate(20)), 20);
+  working_store.LoadSeries();
+  EXPECT_EQ(session.LastBarIndex, 39);
+}
+
 TEST_F(PrepareStoreTest, AStoreInUseIsReportedTwice) {
   Store("ABC", DailyBars(40));
   CopyIndexes();
