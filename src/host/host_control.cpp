@@ -206,8 +206,6 @@ void HostControl::RefreshCharts() {
   ShowProgress();
 }
 
-// Refreshes each chart and switches to the next. After a click on "Pause" the remaining charts are
-// not refreshed, but still switched through, so that the first one is active again.
 void HostControl::RefreshEachChart() {
   const bool stopped_before = session_.StopRequested != 0;
   Wait(kBeforeRefreshMs);
