@@ -93,7 +93,8 @@ class RawFile {
   void WriteAt(std::int64_t offset, ByteView bytes);
   void Truncate(std::int64_t size);
   void Flush();  // returns once everything written is on the disk
-  void RenameTo(const std::filesystem::path& target);  // replaces what is there
+  // Replaces what is there. Programs that have the old file open keep its contents.
+  void RenameTo(const std::filesystem::path& target);
   FileStamp Stamp() const;
   std::int64_t Size() const { return Stamp().size; }
 

@@ -58,7 +58,8 @@ class MetaLibReader {
   void ReadSeries();
 
   // The series as eight parallel arrays, oldest bar first. If the file is not sorted, the bars are
-  // as the writer would leave them: sorted, of bars with the same timestamp only the last.
+  // as the writer would leave them: sorted, of bars with the same timestamp only the last. An
+  // intraday file without times keeps its order, since nothing says how to sort it.
   const BarArrays& Bars() const;
   const std::vector<std::int32_t>& GetDates() const;
   const std::vector<std::int32_t>& GetTimes() const;

@@ -14,7 +14,8 @@ class IndexCache;
 
 // Changes the series of one market data directory. An object is used for one operation. Every
 // method throws MetaLibError; after a failed or interrupted call the series is as it was before or
-// after that call. Single bars are not flushed to the disk.
+// after that call. Single bars are not flushed to the disk. There is no way to delete a range of
+// bars: a run cuts its history in memory before it writes it, and steps go bar by bar.
 class MetaLibWriter {
  public:
   explicit MetaLibWriter(IndexCache& cache);
