@@ -218,7 +218,8 @@ class ComboBox : public Control {
   void Reset() override;
 
   const std::vector<Row>& Rows() const { return rows_; }
-  // A sorted list is searched: it offers the lines that match a typed text.
+  // A sorted list is searched: it offers the lines that match a typed text, and takes one only if
+  // the trader chooses it, never by itself.
   bool Sorted() const { return sorted_; }
   // -1: the text was typed, or nothing is chosen.
   int Index() const { return index_; }

@@ -27,6 +27,8 @@ class FormListener {
   virtual void DragStarted(Form& form) = 0;
 };
 
+// A window's row of its control table. docs/controls.md lists where windows depart from their
+// tables, and why.
 struct FormSpec {
   std::string_view name;
   std::string_view caption;
