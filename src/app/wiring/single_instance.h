@@ -30,7 +30,7 @@ class SingleInstance {
   void Release() { lock_.Remove(); }
 
  private:
-  std::string mailbox_;
+  std::string listener_name_;
   FileLock lock_;
   bool first_ = false;
   std::unique_ptr<MessageListener> listener_;
