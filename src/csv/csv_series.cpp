@@ -48,7 +48,7 @@ Bar ReadBar(const CsvColumns& columns, const Row& row, const CsvDateFormat& date
     // Many files repeat the date as "2020-01-02 00:00" next to the real time.
     const std::int32_t own = row.Value(CsvColumns::kTime, CsvTime);
     if (time != 0 && time != own) {
-      throw CsvError("the date has another time than the column Time");
+      throw CsvError("the time in the date differs from the one in the column Time");
     }
     time = own;
   }

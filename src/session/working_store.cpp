@@ -181,9 +181,9 @@ void WorkingStore::RequireReplayable(const MetaLibReader& reader) const {
   };
   for (std::size_t i = 1; i < reader.GetDates().size(); ++i) {
     if (moment(i - 1) < moment(i)) continue;
-    throw MetaLibError(kNotReplayable, SeriesName() + " holds a bar of " +
+    throw MetaLibError(kNotReplayable, SeriesName() + " can't be replayed: at " +
                                            std::to_string(reader.GetDates()[i]) +
-                                           " without a time after the one before it.");
+                                           " its bars are out of order, and they have no times.");
   }
 }
 
