@@ -34,7 +34,8 @@ class FileError : public std::system_error {
   std::string text_;
 };
 
-// Throws what the users of a file expect. `failure` is kCantRead or kCantWrite.
+// Reports a failure by throwing the kind of error that the callers of a folder expect. `failure` is
+// kCantRead or kCantWrite.
 using FileFailure = void (*)(const std::filesystem::path& file, std::string_view failure,
                              int error);
 // Throws FileError.
@@ -60,7 +61,7 @@ struct FileStamp {
 std::optional<FileStamp> StampOf(const std::filesystem::path& path);
 
 // True if the path itself is a link to a file or folder elsewhere: a symbolic link, on Windows also
-// a junction. False if there is nothing.
+// a junction. False if the path does not exist.
 bool IsLink(const std::filesystem::path& path);
 // False if the user has forbidden writing to the file.
 bool IsWritable(const std::filesystem::path& file);

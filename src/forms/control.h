@@ -171,7 +171,7 @@ class Control {
   float height_ = 0;
 };
 
-// A control that has nothing beyond what all controls have.
+// A control with nothing but the common properties.
 template <ControlKind kKind>
 class PlainControl : public Control {
  public:
@@ -209,7 +209,7 @@ class ComboBox : public Control {
  public:
   struct Row {
     std::string text;
-    int data = 0;        // of the window's own use
+    int data = 0;        // for the window's own use
     std::string note{};  // shown next to the text in the list
   };
 

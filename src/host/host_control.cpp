@@ -44,7 +44,7 @@ std::string TimeText(long ms) {
 }  // namespace
 
 // A chart opens in front of all windows, since its dialog needs the focus. If the trader turns to
-// another program meanwhile, the focus returns there.
+// another program in the meantime, the focus returns there.
 void HostControl::CloseCharts() {
   const FocusReturn returning(platform_.chart_windows, trader_);
   trader_.ComeToRun();

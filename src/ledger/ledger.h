@@ -42,7 +42,7 @@ struct LedgerDetail {
   std::optional<double> close{};  // the fill price; the row has two decimals of it
 };
 
-// A holding that was wiped out by an offset of more than was held. It has no row.
+// A holding that was wiped out by an offset larger than the holding. It has no row.
 struct LedgerWiped {
   std::string position;  // "Offset Long" or "Offset Short"
   double held = 0;

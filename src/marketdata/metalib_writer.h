@@ -35,8 +35,8 @@ class MetaLibWriter {
   // Updates the first and last dates in the index records.
   void CloseSecurity();
 
-  // Replaces all bars of the series. Of equal dates (intraday: dates and times) the last one
-  // counts. All eight arrays must have the same length.
+  // Replaces all bars of the series. The last of equal dates (intraday: dates and times) wins. All
+  // eight arrays must have the same length.
   void WriteSeries(const std::vector<std::int32_t>& dates, const std::vector<std::int32_t>& times,
                    const std::vector<float>& opens, const std::vector<float>& highs,
                    const std::vector<float>& lows, const std::vector<float>& closes,

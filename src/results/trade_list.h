@@ -37,7 +37,7 @@ struct Trade {
 };
 
 struct TradeList {
-  std::vector<Trade> trades;  // as they were closed
+  std::vector<Trade> trades;  // in the order they were closed
   std::vector<OpenLot> open;  // still held at the end
 };
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kLeastMarkedPixels = 6;
 
-// What is marked reaches over the whole height, since only the bars are zoomed.
+// The marked area has the full height, since only the bars are zoomed.
 class MarkedBars : public QCPSelectionRect {
  public:
   MarkedBars(BarPlot* plot, const std::function<QRect()>& area)
