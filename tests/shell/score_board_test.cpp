@@ -50,7 +50,7 @@ TEST_F(ScoreBoardTest, ListsTheAnswersLinesAsTheyCome) {
   EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("The scores could not be read: "));
 }
 
-TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
+TEST_F(ScoreBoardTest, SendsTheBoxesAndReportsTheOutcome) {
   Open("");
   const std::string target =
       "scores.example:8080/zanno/postscore.php?username=A "

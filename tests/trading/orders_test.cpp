@@ -225,7 +225,7 @@ TEST_F(OrdersTest, AResultThatNoFieldHoldsRefusesTheOrder) {
   EXPECT_EQ(Rows(), 1);
 }
 
-TEST_F(OrdersTest, ARowThatCannotBeWrittenTakesTheOrderBack) {
+TEST_F(OrdersTest, AnOrderWhoseRowCannotBeWrittenIsRolledBack) {
   Account(20000, 1000, "500", 2000000);
   Order(&OrderDesk::Long, "2");
   AddBar(105);
