@@ -81,7 +81,7 @@ int TurnAt(const BarSeries& series, int bar) {
   return bar == 0 ? 0 : CalendarTurn(series.dates[bar - 1], series.dates[bar]);
 }
 
-// Where marks are too close, the one of the larger turn stays.
+// Where two marks are too close, the one that begins the longer period stays.
 std::vector<int> WithoutCollisions(const BarSeries& series, std::vector<int> bars,
                                    double min_bars) {
   std::stable_sort(bars.begin(), bars.end(),

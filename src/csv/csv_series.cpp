@@ -13,7 +13,7 @@ namespace velumar {
 
 namespace {
 
-// One line of the file, taken apart by its columns.
+// One line of the file, split into its columns.
 class Row {
  public:
   Row(const CsvColumns& columns, const std::vector<std::string>& fields)
@@ -21,7 +21,7 @@ class Row {
     columns_.RequireWidth(fields_);
   }
 
-  // What `read` makes of the field. An error begins with the column's name.
+  // The value that `read` returns for the field. Errors begin with the column's name.
   template <typename Read>
   auto Value(CsvColumns::Column column, Read read) const {
     try {

@@ -111,8 +111,8 @@ void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
   writer.CloseDirectory();
 }
 
-// Bars after the start are never written, so a run that dies here leaves no future on the disk. The
-// first bar always is written: a run needs a current bar.
+// Bars after the start are never written, so a run that dies here leaves no later bars on the disk.
+// The first bar always is written: a run needs a current bar.
 void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer,
                                 std::int32_t cut_start) {
   const std::vector<std::int32_t>& dates = reader.GetDates();

@@ -23,7 +23,7 @@ void PreviewWindow::BindEvents() {
   Graph2& form = desktop_.Untouched().graph2;
   constexpr std::string_view kPreview = "The print preview";
   const EventGuard guarded(platform_.boxes);
-  // Changes the sheet and shows that.
+  // Changes the sheet and shows the change.
   const auto changing = [this, guarded](auto change) {
     return guarded(kPreview, [this, change](auto... arguments) {
       change(arguments...);

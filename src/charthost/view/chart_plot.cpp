@@ -147,7 +147,7 @@ void ChartPlot::ModelChanged() {
   replot(QCustomPlot::rpQueuedReplot);
 }
 
-// The volume takes a fifth below the prices; without it the prices have all the room and the dates.
+// The volume takes the lower fifth. Without it the prices take all the room and show the dates.
 void ChartPlot::ArrangeRects() {
   const bool with_volume = model_.ShowsVolume();
   if (with_volume != volume_arranged_) {
