@@ -27,7 +27,7 @@ function(velumar_windows_icon file)
     VERBATIM)
 endfunction()
 
-# Compiled apart from the program, since the resource compiler knows nothing of its options.
+# Compiled separately, since the resource compiler does not know the program's options.
 #   velumar_windows_resources(velumar "What it is" [ICON])
 function(velumar_windows_resources target description)
   get_target_property(file_name ${target} OUTPUT_NAME)
@@ -45,7 +45,7 @@ function(velumar_windows_resources target description)
     set(icon_line "1 ICON \"${icon}\"")
     velumar_windows_icon(${icon})
   endif()
-  # MSVC's linker brings a manifest of its own.
+  # MSVC's linker adds a manifest of its own.
   set(manifest ${CMAKE_SOURCE_DIR}/packaging/windows/program.manifest)
   set(manifest_line)
   if(MSVC)

@@ -27,7 +27,7 @@ std::vector<Bar> WalkingBars() {
   return bars;
 }
 
-// Reads the folder again and paints the whole chart, as Alt+V, R does; the argument tells the zoom.
+// Reads the folder again and paints the complete chart, as Alt+V, R does; the argument is the zoom.
 void RefreshChart(benchmark::State& state, ChartStyle style) {
   const QTemporaryDir directory;
   const std::string folder = directory.path().toStdString() + "/data";

@@ -9,11 +9,13 @@ namespace velumar {
 
 // Dates are numbers yyyymmdd, 0 for none; times are numbers hhmmss.
 
-// True for a date of the calendar in the years 1 to 9999.
+// True for a real calendar date in the years 1 to 9999.
 bool IsRealDate(std::int32_t date);
-// Days since 1 January 1970; any number for a date that is not real.
+// Days since 1 January 1970; unspecified for a date that is not real.
 std::int64_t DayNumber(std::int32_t date);
+// The date `days` days later, or earlier if negative. The date must be real.
 std::int32_t DaysLater(std::int32_t date, int days);
+// Minutes since midnight.
 int MinuteOfDay(std::int32_t time);
 
 // The date in a short date pattern of d, M and y ("dd/MM/yyyy"); "N/A" for 0. Names of months and

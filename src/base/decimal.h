@@ -7,13 +7,13 @@
 
 namespace velumar {
 
-// An exact decimal number: 0.d1d2d3… times 10 to the power `point`, negative or not. Rounding of
-// money and prices works on decimals, since a trader sees decimals.
+// An exact decimal number: 0.d1d2d3… times 10 to the power `point`, with a sign. Rounding of money
+// and prices works on decimals, since a trader sees decimals.
 class Decimal {
  public:
   enum class Tie : std::uint8_t { kAwayFromZero, kToEven };
 
-  // Reads a text such as "-1,234.5e2", with or without blanks around it; nothing if it is not a
+  // Reads a text such as "-1,234.5e2"; blanks around it are ignored. Returns nothing if it is not a
   // number. Commas may only separate groups of three digits: "1,5" could mean 1.5 or 15, and
   // "0,500" a half, so neither is a number.
   static std::optional<Decimal> FromText(std::string_view text);

@@ -5,7 +5,7 @@
 
 namespace velumar {
 
-// Runs a step and ignores its exceptions, where the next step must run all the same.
+// Runs a step and ignores its exceptions, for steps whose failure must not stop what follows.
 template <typename Step>
 void IgnoringErrors(Step&& step) {
   try {

@@ -31,7 +31,7 @@ std::string PatternText(std::int32_t value, std::string_view pattern);
 // Returns a text that is not a number unchanged.
 std::string PatternText(std::string_view text, std::string_view pattern);
 
-// Thousands grouping of a number's plain digits: "-1234567.25" becomes "-1,234,567.25".
+// Groups the thousands of a plain number: "-1234567.25" becomes "-1,234,567.25".
 std::string GroupedNumber(std::string number);
 
 inline constexpr std::string_view kWholePattern = "###,###,##0";

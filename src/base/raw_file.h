@@ -34,7 +34,8 @@ class FileError : public std::system_error {
   std::string text_;
 };
 
-// Throws what the users of a file expect. `failure` is kCantRead or kCantWrite.
+// Reports a failure by throwing the kind of error that the callers of a folder expect. `failure` is
+// kCantRead or kCantWrite.
 using FileFailure = void (*)(const std::filesystem::path& file, std::string_view failure,
                              int error);
 // Throws FileError.
@@ -60,7 +61,7 @@ struct FileStamp {
 std::optional<FileStamp> StampOf(const std::filesystem::path& path);
 
 // True if the path itself is a link to a file or folder elsewhere: a symbolic link, on Windows also
-// a junction. False if there is nothing.
+// a junction. False if the path does not exist.
 bool IsLink(const std::filesystem::path& path);
 // False if the user has forbidden writing to the file.
 bool IsWritable(const std::filesystem::path& file);
@@ -93,7 +94,8 @@ class RawFile {
   void WriteAt(std::int64_t offset, ByteView bytes);
   void Truncate(std::int64_t size);
   void Flush();  // returns once everything written is on the disk
-  void RenameTo(const std::filesystem::path& target);  // replaces what is there
+  // Replaces what is there. Programs that have the old file open keep its contents.
+  void RenameTo(const std::filesystem::path& target);
   FileStamp Stamp() const;
   std::int64_t Size() const { return Stamp().size; }
 

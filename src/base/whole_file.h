@@ -10,9 +10,9 @@ std::string ReadWholeFile(const std::filesystem::path& file, std::size_t limit);
 
 // Replaces a file, or creates it. The new contents are written to another file in the same folder,
 // flushed to the disk and renamed over the old file, and the folder is flushed, so that after an
-// error, a crash or a power cut there is either the old file or the new one, whole. The file keeps
-// its permissions, and a link to it stays a link. A pipe, a device or a file that may not be
-// written is never replaced. Throws FileError.
+// error, a crash or a power cut there is either the complete old file or the complete new one. The
+// file keeps its permissions, and a link to it stays a link. A pipe, a device or a file that may
+// not be written is never replaced. Throws FileError.
 //
 // QSaveFile would need the toolkit here, ignores a flush that fails, and does not flush the folder.
 void ReplaceWholeFile(const std::filesystem::path& file, std::string_view bytes);

@@ -81,7 +81,7 @@ int TurnAt(const BarSeries& series, int bar) {
   return bar == 0 ? 0 : CalendarTurn(series.dates[bar - 1], series.dates[bar]);
 }
 
-// Where marks are too close, the one of the larger turn stays.
+// Where two marks are too close, the one that begins the longer period stays.
 std::vector<int> WithoutCollisions(const BarSeries& series, std::vector<int> bars,
                                    double min_bars) {
   std::stable_sort(bars.begin(), bars.end(),
@@ -119,7 +119,7 @@ bool IsStrong(Unit unit, int turn) {
   return unit == Unit::kMonth ? turn == 3 : turn >= 2;
 }
 
-// The mark that shows the whole date: the first with room on both sides, unless a mark before it
+// The mark that shows the full date: the first with room on both sides, unless a mark before it
 // shows a new year or, among times, a new day. The number of marks if there is none.
 std::size_t WholeMark(const BarSeries& series, const std::vector<int>& bars, Unit unit,
                       int first_bar, double min_bars) {

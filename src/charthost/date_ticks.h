@@ -24,7 +24,7 @@ struct AxisStretch {
 };
 
 // Marks the bars that begin a year, quarter, month, week, day, hour or a few minutes: the finest of
-// these steps whose marks keep `min_pixels` between them. One of the first marks shows the whole
+// these steps whose marks keep `min_pixels` between them. One of the first marks shows the full
 // date if there is room.
 std::vector<DateTick> DateTicks(const BarSeries& series, const AxisStretch& stretch,
                                 double min_pixels);

@@ -44,7 +44,7 @@ struct Palette {
 
   static const Palette& Light();
   static const Palette& Dark();
-  // The set that goes with the system's or a window's colours.
+  // The set that matches the colours of the system or of a window.
   static const Palette& Following(const QPalette& system);
 
   QPalette ForWidgets() const;

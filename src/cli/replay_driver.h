@@ -12,7 +12,9 @@
 namespace velumar {
 
 // Runs commands from a stream at the moments when a trader could click, and answers each with one
-// line of JSON. A feed advances only as far as the commands say.
+// line of JSON. A feed advances only as far as the commands say. A click that a trader could not
+// make is answered with an "error" next to the state. "set" works on any box: during a run those of
+// the account are in a hidden window.
 class ReplayDriver {
  public:
   ReplayDriver(ReplayWorld& world, std::istream& in, std::ostream& out);

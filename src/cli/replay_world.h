@@ -29,8 +29,8 @@ struct ReplayArguments {
 // The control of a name such as "Form1.txtcomm"; null if there is none.
 Control* FindControl(Desktop& desktop, const std::string& name);
 
-// The whole program on a virtual clock, with series and start date chosen. The next step is a click
-// on "Start".
+// The complete program on a virtual clock, with series and start date chosen. The next step is a
+// click on "Start".
 class ReplayWorld {
  public:
   // Throws std::invalid_argument for an unknown control, std::runtime_error or MetaLibError for a

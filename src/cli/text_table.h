@@ -6,7 +6,7 @@
 namespace velumar {
 
 // A title line and rows of aligned columns, separated by two spaces. Texts are UTF-8, one column
-// per character. Control characters are shown as "?", so that a damaged text can't upset the
+// per character. Control characters are shown as "?", so that a damaged text can't garble the
 // terminal.
 class TextTable {
  public:

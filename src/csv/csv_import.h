@@ -33,7 +33,7 @@ struct CsvImportReport {
 };
 
 // Adds the bars of a CSV file to a market data directory as one security, or replaces the one of
-// the same symbol and interval, whole or not at all. The stages are bytes, lines, fields
+// the same symbol and interval, completely or not at all. The stages are bytes, lines, fields
 // (csv_text.h), columns (csv_columns.h), values (csv_values.h), bars (csv_series.h), then symbol
 // and interval (csv_guess.h). Throws CsvError, naming file and line, and MetaLibError.
 CsvImportReport ImportCsv(const std::filesystem::path& file, std::string_view directory,

@@ -13,7 +13,7 @@ namespace velumar {
 
 namespace {
 
-// One line of the file, taken apart by its columns.
+// One line of the file, split into its columns.
 class Row {
  public:
   Row(const CsvColumns& columns, const std::vector<std::string>& fields)
@@ -21,7 +21,7 @@ class Row {
     columns_.RequireWidth(fields_);
   }
 
-  // What `read` makes of the field. An error begins with the column's name.
+  // The value that `read` returns for the field. Errors begin with the column's name.
   template <typename Read>
   auto Value(CsvColumns::Column column, Read read) const {
     try {
@@ -48,7 +48,7 @@ Bar ReadBar(const CsvColumns& columns, const Row& row, const CsvDateFormat& date
     // Many files repeat the date as "2020-01-02 00:00" next to the real time.
     const std::int32_t own = row.Value(CsvColumns::kTime, CsvTime);
     if (time != 0 && time != own) {
-      throw CsvError("the date has another time than the column Time");
+      throw CsvError("the time in the date differs from the one in the column Time");
     }
     time = own;
   }

@@ -17,7 +17,8 @@ class CsvError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// The bytes of a regular file of at most 64 MiB. Throws CsvError.
+// The bytes of a regular file of at most 64 MiB. Throws CsvError, also for a pipe: symbol and
+// interval are taken from the name of a file.
 std::string ReadCsvBytes(const std::filesystem::path& file);
 
 // The lines of a CSV text. They end with LF, CRLF or CR; blank lines are skipped but counted.

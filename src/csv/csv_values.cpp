@@ -23,7 +23,7 @@ namespace {
 }
 
 [[noreturn]] void RefuseRest(std::string_view field, std::string_view rest) {
-  Refuse(field, "is not a date; \"" + std::string(rest) + "\" is left over");
+  Refuse(field, "is not a date; \"" + std::string(rest) + "\" is unexpected");
 }
 
 // A digit that makes the number other than zero, however small its exponent.
@@ -38,7 +38,7 @@ bool IsStorable(float value, std::string_view text) {
   return stored && FloatFromMbf(*stored) == value;
 }
 
-// True if `text` begins like `shape`, in which 0 stands for any digit.
+// True if `text` begins like `shape`, in which 0 matches any digit.
 bool HasShape(std::string_view text, std::string_view shape) {
   return text.size() >= shape.size() &&
          std::ranges::equal(text.substr(0, shape.size()), shape, [](char c, char wanted) {

@@ -81,7 +81,8 @@ struct PrintJob {
   std::string pdf_file;  // used instead of the printer unless empty
 };
 
-// A picture of a chart.
+// A picture of a chart as it was when the content was set, as ink on white in every theme, since
+// that is what is printed.
 class ChartPicture : public Control {
  public:
   ChartPicture(Form& form, const ControlSpec& spec)

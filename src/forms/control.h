@@ -171,7 +171,7 @@ class Control {
   float height_ = 0;
 };
 
-// A control that has nothing beyond what all controls have.
+// A control with nothing but the common properties.
 template <ControlKind kKind>
 class PlainControl : public Control {
  public:
@@ -209,7 +209,7 @@ class ComboBox : public Control {
  public:
   struct Row {
     std::string text;
-    int data = 0;        // of the window's own use
+    int data = 0;        // for the window's own use
     std::string note{};  // shown next to the text in the list
   };
 
@@ -218,7 +218,8 @@ class ComboBox : public Control {
   void Reset() override;
 
   const std::vector<Row>& Rows() const { return rows_; }
-  // A sorted list is searched: it offers the lines that match a typed text.
+  // A sorted list is searched: it offers the lines that match a typed text, and takes one only if
+  // the trader chooses it, never by itself.
   bool Sorted() const { return sorted_; }
   // -1: the text was typed, or nothing is chosen.
   int Index() const { return index_; }

@@ -27,6 +27,8 @@ class FormListener {
   virtual void DragStarted(Form& form) = 0;
 };
 
+// A window's row of its control table. docs/controls.md lists where windows depart from their
+// tables, and why.
 struct FormSpec {
   std::string_view name;
   std::string_view caption;
@@ -56,8 +58,8 @@ class Form {
   float Height() const { return height_; }
   void SetLeft(float left) { Assign(left_, left); }
   void SetTop(float top) { Assign(top_, top); }
-  // A slide moves the window step by step while clicks run, until a newer slide begins. Meanwhile
-  // RestTop is `rest_top`, so that no place in mid-slide is saved.
+  // A slide moves the window step by step while clicks run, until a newer slide begins. During the
+  // slide RestTop is `rest_top`, so that no place on the way is saved.
   int BeginSlide(float rest_top);
   bool Slides(int slide) const { return slide == slide_; }
   void EndSlide(int slide);

@@ -38,17 +38,18 @@ class FrmResult : public Form {
   std::int32_t chht = 0;
   std::int32_t chwd = 0;
 
-  Toolbar Toolbar1{*this,
-                   {"Toolbar1", 0, 0, 8220, 480},
-                   {{kSaveAs, "&Save As", "Save As", "result-save"},
-                    {kPreview, "&Preview", "Preview", "result-preview"},
-                    // Alt+S is Save As.
-                    {kShadow, "S&hadow", "Shadow", "result-shadow"},
-                    {kNoShadow, "&No Shadow", "No Shadow", "result-no-shadow"},
-                    {kEffect, "&Effect", "Effect", "result-effect"},
-                    {kDefault, "&Default", "Restore Default", "result-default"},
-                    {kReport, "&Report", "Print or save all of the run as pages", "result-report"},
-                    {kClose, "&Close", "Close", "result-close"}}};
+  Toolbar Toolbar1{
+      *this,
+      {"Toolbar1", 0, 0, 8220, 480},
+      {{kSaveAs, "&Save As", "Save As", "result-save"},
+       {kPreview, "&Preview", "Preview", "result-preview"},
+       // Alt+S is Save As.
+       {kShadow, "S&hadow", "Shadow", "result-shadow"},
+       {kNoShadow, "&No Shadow", "No Shadow", "result-no-shadow"},
+       {kEffect, "&Effect", "Effect", "result-effect"},
+       {kDefault, "&Default", "Restore Default", "result-default"},
+       {kReport, "&Report", "Print a report of the run or save it as PDF", "result-report"},
+       {kClose, "&Close", "Close", "result-close"}}};
   ComboBox Combo1{*this,
                   {"Combo1", 8280, 120, 1575, 315, "2D Line", "How the chart is drawn"},
                   {"2D Bar", "3D Bar", "2D Line", "2D Area", "3D Line", "3D Step", "3D Step"}};
@@ -69,10 +70,11 @@ class FrmResult : public Form {
   TabBar tabSheets{
       *this, {"tabSheets", 60, 7920, 3525, 345, "", ""}, {"Chart", "Statistics", "Orders"}};
   Button cmdCopy{
-      *this, {"cmdCopy", 3705, 7920, 795, 345, "Copy", "Copy the selected lines, or all (Ctrl+C)"}};
+      *this,
+      {"cmdCopy", 3705, 7920, 795, 345, "Copy", "Copy the selected rows, or all rows (Ctrl+C)"}};
   Button cmdExport{*this,
                    {"cmdExport", 4575, 7920, 1320, 345, "Export CSV...",
-                    "Save the orders as CSV, sorted as they are here"}};
+                    "Save the orders as CSV, sorted as shown"}};
   ComboBox cbxRun{*this, {"cbxRun", 6495, 7920, 3960, 345, "", "The run whose results are shown"}};
 
   Frame Frame1{*this, {"Frame1", 0, 8760, 5295, 2175, " Summary ", "", kHeading}};
@@ -135,8 +137,9 @@ class FrmResult : public Form {
                       "Money after the order at the latest bar: starting money and realised "
                       "profit, before commission and VAT; open positions do not count",
                       kValue}};
-  Link lnkScore{*this,
-                {"lnkScore", 3840, 1620, 1350, 300, "Score board...", "Compare with others"}};
+  Link lnkScore{
+      *this,
+      {"lnkScore", 3840, 1620, 1350, 300, "Score board...", "Compare your score with others"}};
 };
 
 }  // namespace velumar

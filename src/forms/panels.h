@@ -8,7 +8,7 @@
 
 namespace velumar {
 
-// A list of lines, read only.
+// A read-only list of lines.
 class ListBox : public Control {
  public:
   ListBox(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kListBox, spec) {}

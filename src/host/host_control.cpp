@@ -44,7 +44,7 @@ std::string TimeText(long ms) {
 }  // namespace
 
 // A chart opens in front of all windows, since its dialog needs the focus. If the trader turns to
-// another program meanwhile, the focus returns there.
+// another program in the meantime, the focus returns there.
 void HostControl::CloseCharts() {
   const FocusReturn returning(platform_.chart_windows, trader_);
   trader_.ComeToRun();
@@ -206,8 +206,6 @@ void HostControl::RefreshCharts() {
   ShowProgress();
 }
 
-// Refreshes each chart and switches to the next. After a click on "Pause" the remaining charts are
-// not refreshed, but still switched through, so that the first one is active again.
 void HostControl::RefreshEachChart() {
   const bool stopped_before = session_.StopRequested != 0;
   Wait(kBeforeRefreshMs);

@@ -52,6 +52,8 @@ class HostControl : public ChartSide {
   void Send(std::string_view keys);
   void Refresh(std::initializer_list<std::string_view> keys);
   void SendEach(std::initializer_list<std::string_view> keys);
+  // Refreshes each chart and switches to the next. "Pause" ends the refreshes, but the keys that
+  // switch are still sent, so that the first chart is active again.
   void RefreshEachChart();
   // How much of the run is done, and how long the rest takes.
   void ShowProgress();

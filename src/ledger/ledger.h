@@ -42,7 +42,7 @@ struct LedgerDetail {
   std::optional<double> close{};  // the fill price; the row has two decimals of it
 };
 
-// A holding that was wiped out by an offset of more than was held. It has no row.
+// A holding that was wiped out by an offset larger than the holding. It has no row.
 struct LedgerWiped {
   std::string position;  // "Offset Long" or "Offset Short"
   double held = 0;
@@ -107,10 +107,11 @@ void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_sour
 // Closes the file, so that another program can own it.
 void LedgerClose(LedgerConnection& connection);
 
-// Runs a select. The column ActDate is returned as the user writes dates; format(…, 'dd-mmm-yy
-// HH:MM') of a joined date and time has English month names. Rows of equal date and time are
-// returned in the order of insertion, reversed if the select is descending. With the number of an
-// archived run, MyPortfolio holds the rows of that run. Fetches at most `most_rows` rows.
+// Runs a select, in which "&" joins texts. Dates are stored as ISO texts, so that they sort; the
+// column ActDate is returned as the user writes dates; format(…, 'dd-mmm-yy HH:MM') of a joined
+// date and time has English month names. Rows of equal date and time are returned in the order of
+// insertion, reversed if the select is descending. With the number of an archived run, MyPortfolio
+// holds the rows of that run. Fetches at most `most_rows` rows.
 LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text,
                             int archived_run = 0, std::size_t most_rows = SIZE_MAX);
 

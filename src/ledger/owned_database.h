@@ -37,14 +37,18 @@ std::unique_ptr<SqliteDatabase> OpenReadOnly(const std::string& file, const Data
 class OwnedDatabase {
  public:
   // Creates the file or its tables if they are missing. Throws LedgerError, with InUse() if another
-  // process owns the file. A file of another kind is not changed.
+  // process owns the file. The file is first inspected read-only: one that is damaged, of another
+  // kind or a newer version, or has a view, trigger or unique index that another program added is
+  // refused and not changed. So is a file with a second hard link: SQLite finds the log by the
+  // file's name, so under the other name the newest rows would be missing.
   OwnedDatabase(const std::string& file, const DatabaseKind& kind);
   OwnedDatabase(const OwnedDatabase&) = delete;
   OwnedDatabase& operator=(const OwnedDatabase&) = delete;
 
   SqliteDatabase& ForReading() { return *database_; }
   // Throws LedgerError if the database or one of the files next to it was moved, deleted, replaced
-  // or truncated: rows written now would be lost.
+  // or truncated: rows written now would be lost. The rows in the log then go to the file that is
+  // still open. The check takes one look-up per file.
   SqliteDatabase& ForWriting();
 
  private:

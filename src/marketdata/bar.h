@@ -45,8 +45,8 @@ bool IsStrictlyRising(const std::vector<BarKey>& keys);
 // The indices of `keys` in rising order; of equal keys only the last one.
 std::vector<std::size_t> SortedPlaces(const std::vector<BarKey>& keys);
 
-// Sorts the bars as the writer would, keeping of equal timestamps the last: other programs leave
-// files with bars out of order or doubled, and every reader must count the same bars.
+// Sorts the bars as the writer would, keeping the last of equal timestamps: other programs leave
+// files with unsorted or duplicate bars, and every reader must count the same bars.
 void SortBars(BarArrays& bars);
 
 }  // namespace velumar

@@ -50,7 +50,7 @@ class BarLayout {
   static BarLayout FromBits(std::uint8_t bits);
   // The usual fields for a number of fields, 4 to 8. Any other number: no columns.
   static BarLayout FromCount(int fields, bool intraday);
-  // Any order with a date and without doubles; else no columns.
+  // Any order with a date and without duplicates; else no columns.
   static BarLayout FromColumns(std::span<const BarField> columns);
 
   bool Empty() const { return count_ == 0; }

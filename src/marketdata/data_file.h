@@ -37,7 +37,7 @@ class DataFile {
 // The smallest gap in minutes between two bars of one day; 0 if no day has two bars.
 int SmallestGap(const BarArrays& bars);
 
-// Replaces a file of a directory that is held by its writer, by way of "F12.DAT.new". Throws
+// Starts replacing a file in a directory whose lock the caller holds, through "F12.DAT.new". Throws
 // MetaLibError.
 FileReplacement ReplacementOf(const std::filesystem::path& target);
 

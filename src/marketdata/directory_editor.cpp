@@ -125,7 +125,7 @@ void StoreSecurity(std::string_view directory, const NewSecurity& security,
   CreatedDirectory created(path);
   const auto lock = DirectoryLock::TryHold(path);
   if (!lock) ThrowInUse(path);
-  const auto index = LoadOrStart(cache.Kept(), directory);
+  const auto index = LoadOrStart(cache.Contents(), directory);
   SecurityStorage(*index, security).Store(bars);
   created.Keep();
 }

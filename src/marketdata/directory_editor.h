@@ -17,12 +17,12 @@ struct NewSecurity {
   int interval = -1;
 };
 
-// Adds the security with its bars, or replaces the one of the same symbol and interval, whole or
-// not at all: throws MetaLibError and leaves the directory as it was. Creates a missing directory
-// or index, and sorts the bars, keeping of equal timestamps the last. A daily series gets seven
-// fields, an intraday one eight; a stored series of fewer fields is widened. All values of every
-// bar read back as the same 32-bit floats; otherwise the bar that cannot be stored is named and
-// nothing is written. Everything is on the disk on return.
+// Adds the security with its bars, or replaces the one of the same symbol and interval, completely
+// or not at all: if it fails, throws MetaLibError and leaves the directory as it was. Creates a
+// missing directory or index, and sorts the bars, keeping the last of equal timestamps. A daily
+// series gets seven fields, an intraday one eight; a stored series of fewer fields is widened. All
+// values of every bar read back as the same 32-bit floats; otherwise the bar that cannot be stored
+// is named and nothing is written. Everything is on the disk on return.
 void StoreSecurity(std::string_view directory, const NewSecurity& security,
                    const std::vector<Bar>& bars, IndexCache& cache);
 

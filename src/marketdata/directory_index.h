@@ -57,7 +57,7 @@ struct IndexedSecurity {
   // What was found in the data file, valid while the file has that stamp.
   int gap = 0;            // the smallest between two bars of a day
   FileStamp gap_stamp;    // of the file with that gap
-  FileStamp order_stamp;  // of the file with its bars sorted and without doubles
+  FileStamp order_stamp;  // of the file with its bars sorted and without duplicates
 
   bool IsIntraday() const { return record.IsIntraday(); }
 };

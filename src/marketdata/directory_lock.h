@@ -9,8 +9,8 @@
 namespace velumar {
 
 // Holds a directory for one writer, with a lock on a small file in it. The system releases the lock
-// when the object or its process ends, however that happens; the file stays, and means nothing by
-// itself. Readers and the chart program ignore it.
+// when the object or its process ends, however that happens; the file stays, and its existence
+// means nothing. Readers and the chart program ignore it.
 //
 // It is not QLockFile, which works with process numbers, so a crashed writer on another machine or
 // a reused number would keep the directory in use.
@@ -22,6 +22,7 @@ class DirectoryLock {
   // the file can't be created or locked, is a link or is not a regular file.
   static std::optional<DirectoryLock> TryHold(const std::filesystem::path& directory,
                                               std::string_view file_name = kFileName);
+  // True while a writer of any process holds the directory. Throws MetaLibError.
   static bool IsHeld(const std::filesystem::path& directory);
 
   // Replaces the contents of the locked file, which others may read.

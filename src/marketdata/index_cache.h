@@ -14,7 +14,7 @@ class IndexCache {
   IndexCache& operator=(const IndexCache&) = delete;
 
   class Entries;
-  Entries& Kept() { return *entries_; }  // only for this folder
+  Entries& Contents() { return *entries_; }  // only for this folder
 
  private:
   std::unique_ptr<Entries> entries_;

@@ -12,8 +12,8 @@ namespace velumar {
 // Throws MetaLibError (kReadFailed).
 std::vector<std::byte> ReadIndexBytes(IndexKind kind, const std::filesystem::path& path);
 
-// The bytes of one index file while securities are added or removed. Whatever header and records
-// hold that we do not know is kept.
+// The bytes of one index file while securities are added or removed. Unknown bytes of header and
+// records are kept.
 class IndexImage {
  public:
   // Reads the file; an empty `path` makes an empty index.

@@ -84,7 +84,7 @@ MetaLibReader::~MetaLibReader() = default;
 
 void MetaLibReader::OpenDirectory(std::string_view path) {
   CloseDirectory();
-  state_->index = state_->cache.Kept().Load(path);
+  state_->index = state_->cache.Contents().Load(path);
 }
 
 void MetaLibReader::CloseDirectory() {

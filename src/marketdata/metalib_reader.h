@@ -41,8 +41,8 @@ class MetaLibReader {
   void CloseDirectory();
 
   int SecurityCount() const;
-  // Moves to the next security: 1, or 0 after the last one. The order is that of MASTER (or EMASTER
-  // if there is no MASTER), then of XMASTER.
+  // Moves to the next security and returns 1, or 0 after the last one. The order is that of MASTER
+  // (or EMASTER if there is no MASTER), then of XMASTER.
   int NextSecurity();
   // Makes the next four methods valid for the current security, like SelectSeries.
   void ReadSecurityHeader();
@@ -58,7 +58,8 @@ class MetaLibReader {
   void ReadSeries();
 
   // The series as eight parallel arrays, oldest bar first. If the file is not sorted, the bars are
-  // as the writer would leave them: sorted, of bars with the same timestamp only the last.
+  // as the writer would leave them: sorted, with only the last of equal timestamps. An intraday
+  // file without times keeps its order, since nothing says how to sort it.
   const BarArrays& Bars() const;
   const std::vector<std::int32_t>& GetDates() const;
   const std::vector<std::int32_t>& GetTimes() const;

@@ -13,7 +13,7 @@
 namespace velumar {
 
 struct MetaLibWriter::State {
-  explicit State(IndexCache& index_cache) : cache(index_cache.Kept()) {}
+  explicit State(IndexCache& index_cache) : cache(index_cache.Contents()) {}
 
   DirectoryIndex& Open() const {
     if (!index) ThrowNotOpen();

@@ -14,7 +14,8 @@ class IndexCache;
 
 // Changes the series of one market data directory. An object is used for one operation. Every
 // method throws MetaLibError; after a failed or interrupted call the series is as it was before or
-// after that call. Single bars are not flushed to the disk.
+// after that call. Single bars are not flushed to the disk. There is no way to delete a range of
+// bars: a run cuts its history in memory before it writes it, and steps go bar by bar.
 class MetaLibWriter {
  public:
   explicit MetaLibWriter(IndexCache& cache);
@@ -34,8 +35,8 @@ class MetaLibWriter {
   // Updates the first and last dates in the index records.
   void CloseSecurity();
 
-  // Replaces all bars of the series. Of equal dates (intraday: dates and times) the last one
-  // counts. All eight arrays must have the same length.
+  // Replaces all bars of the series. The last of equal dates (intraday: dates and times) wins. All
+  // eight arrays must have the same length.
   void WriteSeries(const std::vector<std::int32_t>& dates, const std::vector<std::int32_t>& times,
                    const std::vector<float>& opens, const std::vector<float>& highs,
                    const std::vector<float>& lows, const std::vector<float>& closes,

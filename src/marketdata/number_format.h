@@ -52,7 +52,8 @@ constexpr std::optional<std::uint32_t> MbfFromFloat(float value) {
 }
 
 // A date yyyymmdd is stored as the float (year - 1900) * 10000 + month * 100 + day, a time as the
-// float hhmmss. Numbers that cannot be either (negative, huge, NaN) read as 0; fractions are cut.
+// float hhmmss. Numbers that cannot be either (negative, huge, NaN) read as 0; fractions are
+// dropped.
 constexpr std::int32_t TimeFromStored(float stored) {
   return stored > 0 && stored < 1e8F ? static_cast<std::int32_t>(stored) : 0;
 }

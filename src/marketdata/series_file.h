@@ -12,10 +12,10 @@
 
 namespace velumar {
 
-// The data file of one series, for writing. Its bars stay sorted and without doubles by date, or by
-// date and time if it is an intraday series that stores times. A change at the end writes only the
-// end and the header; a change in the middle writes a new file that replaces the old one. Wherever
-// the process dies, a reader finds the series as it was before or after the call. Throws
+// The data file of one series, for writing. Its bars stay sorted and without duplicates by date, or
+// by date and time if it is an intraday series that stores times. A change at the end writes only
+// the end and the header; a change in the middle writes a new file that replaces the old one.
+// Wherever the process dies, a reader finds the series as it was before or after the call. Throws
 // MetaLibError.
 class SeriesFile {
  public:

@@ -48,8 +48,10 @@ class KeySender {
   // once that window has processed the keys. Throws std::invalid_argument for any other text.
   virtual KeyOutcome Send(std::string_view keys) = 0;
   // Types into the chart program's main window while the trader works in another program. The
-  // window in front gets the focus back and the keys that the trader typed meanwhile; the back ends
-  // say what happens if it can't. Returns kNotSent if the chart isn't on the screen.
+  // window in front gets the focus back and the keys that the trader typed in the meantime; the
+  // back ends say what happens if it can't. Waiting until nobody types was the alternative, but a
+  // trader who writes a letter would have no chart. Returns kNotSent if the chart isn't on the
+  // screen.
   virtual KeyOutcome SendBehind(std::string_view keys) = 0;
 };
 

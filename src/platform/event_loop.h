@@ -17,8 +17,8 @@ class EventLoop {
   virtual void Sleep(std::chrono::milliseconds time) = 0;
 };
 
-// Waits, once or repeatedly as in a slide. Events run meanwhile, so a handler may wait inside a
-// wait; each wait ends at its own time.
+// Waits, once or repeatedly as in a slide. Events run during a wait, so a handler may wait inside
+// another wait; each wait ends at its own time.
 class clsWaitableTimer {
  public:
   explicit clsWaitableTimer(EventLoop& events) : events_(events) {}
@@ -29,7 +29,7 @@ class clsWaitableTimer {
   EventLoop& events_;
 };
 
-// Waits that long. 0 means a second, and the caller's variable is set to 1000 then.
+// Waits that long while events run. 0 means a second; the caller's variable is then set to 1000.
 void WaitMilliseconds(EventLoop& events, std::int16_t& milliseconds);
 void WaitMilliseconds(EventLoop& events, std::int16_t&& milliseconds);
 

@@ -8,7 +8,7 @@ namespace velumar {
 
 // The system's exclusive lock on a file, which is created if it is missing. The constructor tries
 // once and doesn't wait. The lock ends with the object or the process, so a file left by a crash or
-// copied with its folder locks nothing. (QLockFile believes the process number in such a file.)
+// copied with its folder locks nothing. (QLockFile relies on the process number in such a file.)
 class FileLock {
  public:
   enum class State : std::uint8_t {

@@ -15,7 +15,7 @@ struct IpcMessage {
 };
 
 // Where Velumar listens for the keys that were typed into the chart: code, and 1 for Shift, 2 for a
-// repeated key. The code 0 stands for a mouse click.
+// repeated key. The code 0 means a mouse click.
 inline constexpr std::string_view kRunKeyListener = "_VELUMAR_RUN_KEYS";
 inline constexpr std::uint32_t kMessageShift = 1;
 inline constexpr std::uint32_t kMessageRepeated = 2;
@@ -32,8 +32,8 @@ class MessageListener {
 };
 
 // Calls `receive` for each message in the order in which they were sent, from within the event
-// loop. If two programs listen under one name, the later one gets the messages. Null if the system
-// refuses.
+// loop. If two programs listen under one name, the later one gets the messages. Returns null if the
+// system refuses.
 std::unique_ptr<MessageListener> ListenForMessages(std::string_view name,
                                                    std::function<void(const IpcMessage&)> receive);
 

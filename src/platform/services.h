@@ -14,12 +14,12 @@ enum class BoxIcon : std::uint8_t { kNone, kInformation, kExclamation };
 class MessageBoxes {
  public:
   virtual ~MessageBoxes() = default;
-  // Shows a box with an OK button and returns once it is closed.
+  // Shows a box with an OK button and returns once it is closed. Events run while it is open.
   virtual void Show(std::string_view text, BoxIcon icon) = 0;
   // The same with a title other than the program's name.
   virtual void ShowTitled(std::string_view title, std::string_view text, BoxIcon icon) = 0;
-  // Shows a box with a button for each answer and returns the index of the clicked one. The last
-  // one must be the harmless one: closing the box counts as it.
+  // Shows a box with a button for each answer and returns the index of the clicked one. Closing the
+  // box counts as the last answer, which must be harmless.
   virtual std::size_t Ask(std::string_view text, const std::vector<std::string>& answers) = 0;
 };
 
@@ -79,6 +79,7 @@ class SettingsStore {
                                               std::string_view key) const = 0;
   // Where the user finds the settings, as a file path or registry key.
   virtual std::string Place() const = 0;
+  // Throws std::runtime_error with the reason if the text can't be saved.
   virtual void Save(std::string_view key, std::string_view text) = 0;
 };
 

@@ -15,8 +15,10 @@ std::filesystem::path UserFile(std::string_view name);
 std::filesystem::path LedgerFile(const std::filesystem::path& program_folder);
 
 // The sample directory, which a run writes to: next to the program, or, if the program is installed
-// for all users, this user's own copy next to the ledger, created at the first call. Throws
-// std::filesystem::filesystem_error if it can't be copied.
+// for all users, this user's own copy next to the ledger, created at the first call. A program is
+// installed if the samples are in a "share" folder (share/velumar next to lib, on Windows share
+// below the program) and not next to it. Throws std::filesystem::filesystem_error if it can't be
+// copied.
 std::filesystem::path SampleDirectory(const std::filesystem::path& program_folder);
 
 // For SampleDirectory: copies `shared` to `own`, completely or not at all, if `own` doesn't exist.

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "platform/platform.h"
-#include "platform/warn_once_settings.h"
 #include "platform/virtual_event_loop.h"
+#include "platform/warn_once_settings.h"
 
 namespace velumar {
 
@@ -180,7 +180,7 @@ class RecordingPrograms : public Programs {
   bool ended = false;
 };
 
-// A whole platform in memory, without a display or a second program.
+// A complete platform in memory, without a display or a second program.
 struct VirtualPlatform {
   VirtualEventLoop events;
   RecordingChart chart;

@@ -7,8 +7,8 @@
 
 namespace velumar {
 
-// Settings that never get in the way: if one can't be saved, a box says so once, and what the user
-// was doing goes on.
+// Settings that never stop the user: if one can't be saved, a box says so once, and the operation
+// continues.
 class WarnOnceSettings : public SettingsStore {
  public:
   WarnOnceSettings(SettingsStore& store, MessageBoxes& boxes) : store_(store), boxes_(boxes) {}

@@ -23,7 +23,7 @@ class WebClient {
   virtual ~WebClient() = default;
   // Requests `target` (path and query) from `address`, for example "http://scores.example:8080",
   // and returns the text of the answer. The target is sent byte by byte, so line ends in it are
-  // refused. Events run meanwhile; the request is cancelled once `wanted` returns false. Throws
+  // refused. Events run during the request; it is cancelled once `wanted` returns false. Throws
   // WebError if it fails or the service refuses it.
   virtual std::string Get(const std::string& address, std::string_view target,
                           const std::function<bool()>& wanted) = 0;

@@ -16,7 +16,7 @@ class ResultPlot;
 // Charts, reports and pictures as files. A file is replaced only once it is completely written.
 // Everything that fails throws std::runtime_error with the file's name and the reason.
 
-// Writes a file with what `write` puts out; a runtime_error of `write` counts as a failure.
+// Writes a file with the output of `write`; a runtime_error of `write` counts as a failure.
 void SaveWhole(const QString& file, const std::function<void(QIODevice& device)>& write);
 
 // The extension of the file's name in lower case; throws if it isn't one of `extensions`:

@@ -24,7 +24,7 @@ Texts FigureTexts(LedgerConnection& connection, int run) {
   return texts;
 }
 
-// -1 in a row and D in a run stand for daily bars.
+// -1 in a row and D in a run mean daily bars.
 std::string Bars(const std::string& interval) {
   if (interval == "-1" || interval == "D") return "daily bars";
   return interval + "-minute bars";

@@ -28,7 +28,7 @@ struct Report {
 // The chart of the current run (0) or an archived one. Throws LedgerError.
 ChartPoints PointsOfRun(LedgerConnection& connection, int run);
 
-// The whole report of the same run. Throws LedgerError.
+// The complete report of the same run. Throws LedgerError.
 Report ReadReport(LedgerConnection& connection, int run);
 
 }  // namespace velumar

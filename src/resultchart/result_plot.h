@@ -34,7 +34,7 @@ class ResultPlot : public BarPlot {
   // The visible points.
   AxisSpan Span() const;
   AxisSpan WholeSpan() const;
-  // As much of it as there are points for.
+  // Limited to the existing points.
   void ShowSpan(AxisSpan span);
   // That many pixels at the lower end are covered on the screen; axes and titles stay above them.
   void SetCovered(int pixels);

@@ -8,7 +8,8 @@
 
 namespace velumar {
 
-// The fourteen figures of a run. A figure without any rows is empty or 0.
+// The fourteen figures of a run. A figure without any rows is empty or 0, never that of another
+// run.
 struct ResultFigures {
   bool any_orders = false;
   std::string ResSymbol;
@@ -40,7 +41,8 @@ struct ResultFigureText {
   std::string text;
 };
 
-// The figures as the result window shows them.
+// The figures as the result window shows them once there are orders; before the first one it leaves
+// them blank.
 std::array<ResultFigureText, 14> ResultFigureTexts(const ResultFigures& figures);
 
 }  // namespace velumar

@@ -8,7 +8,7 @@
 
 namespace velumar {
 
-// Totals of trades, in money before costs. A trade without P/L counts only as that.
+// Totals of trades, in money before costs. A trade without P/L is only counted.
 struct TradeSums {
   int trades = 0;
   int without_result = 0;
@@ -60,7 +60,7 @@ struct MarketTime {
 };
 
 // Empty if the orders are all on one bar, or if a bar or an entry was not recorded. A quantity that
-// was closed at its entry's bar or, after a step back, before it was held for no bar.
+// was closed on the bar of its entry, or on an earlier one after a step back, was held for no bars.
 std::optional<MarketTime> TimeInMarket(const RunRecord& run, const TradeList& list);
 
 }  // namespace velumar

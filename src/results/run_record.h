@@ -9,7 +9,7 @@
 
 namespace velumar {
 
-// Stands for the current run where an archived run has its number.
+// The current run, where a number is expected.
 inline constexpr int kCurrentRun = 0;
 
 // An order, from its row and its detail, or a holding wiped out by an offset of more than was held.
@@ -42,7 +42,7 @@ struct RunOrder {
 
 struct RunRecord {
   std::optional<LedgerRun> began;  // empty for rows from before runs were recorded
-  std::vector<RunOrder> orders;    // as they were placed
+  std::vector<RunOrder> orders;    // in the order they were placed
 };
 
 // Throws LedgerError if no archived run has the number; kCurrentRun always passes.

@@ -13,7 +13,7 @@ Figure Ratio(Figure part, Figure whole) {
   return part && whole && *whole != 0 ? Figure(*part / *whole) : std::nullopt;
 }
 
-// The figure if there is anything that it is about.
+// The figure, if there is anything to compute it from.
 Figure Where(bool counted, double value) { return counted ? Figure(value) : std::nullopt; }
 
 std::string Count(int count) { return std::to_string(count); }

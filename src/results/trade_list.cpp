@@ -42,7 +42,7 @@ class SideLots {
   const std::deque<OpenLot>& Open() const { return lots_; }
 
  private:
-  // An offset without a detail closed what the holding fell by.
+  // An offset without a detail closed as much as the holding decreased.
   double Ordered(const RunOrder& order) const {
     return order.quantity.value_or(std::max(0.0, held_ - order.held));
   }

@@ -12,7 +12,7 @@ namespace velumar {
 struct TradeEnd {
   std::string date;  // as the user writes dates
   std::string time;
-  double price = 0;
+  double price = 0;  // of an entry to two decimals, of an exit exact, as in the account
   std::optional<int> bar;
 };
 
@@ -37,7 +37,7 @@ struct Trade {
 };
 
 struct TradeList {
-  std::vector<Trade> trades;  // as they were closed
+  std::vector<Trade> trades;  // in the order they were closed
   std::vector<OpenLot> open;  // still held at the end
 };
 

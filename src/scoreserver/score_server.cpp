@@ -190,10 +190,10 @@ ScoreServer::Reply ScoreServer::Post(std::string_view query, const std::string& 
     return {kTooMany, "Too many scores in one minute; try again later."};
   }
   if (!store_.Add(score)) {
-    return {kOk,
-            "Not kept: the score is not among the best " + std::to_string(ScoreStore::kKept) + "."};
+    return {kOk, "Not saved: the score is not among the best " +
+                     std::to_string(ScoreStore::kMaxScores) + "."};
   }
-  return {kOk, "Taken."};
+  return {kOk, "Accepted."};
 }
 
 std::string ScoreServer::List() {

@@ -26,7 +26,8 @@ struct ScoreServerSettings {
 // Accepts scores and lists the best ten over HTTP, on its own thread until it is destroyed:
 //   GET /zanno/getscore.php        the list as text, lines separated by CR LF
 //   GET /zanno/postscore.php?…     posts a score, see ParseScore
-// Any web page can make a browser send requests here, so those are refused.
+// Any web page can make a browser send requests here, so those with an Origin, or for a host name
+// other than the service's own, are refused. Each connection takes one request.
 class ScoreServer {
  public:
   // Throws std::runtime_error naming the address, port or database that can't be used.

@@ -48,7 +48,7 @@ bool ScoreStore::Add(const Score& score) {
   database.Execute(
       "DELETE FROM scores WHERE id IN (SELECT id FROM scores ORDER BY money DESC, id "
       "LIMIT -1 OFFSET " +
-      std::to_string(kKept) + ")");
+      std::to_string(kMaxScores) + ")");
   if (database.FirstValue("SELECT 1 FROM scores WHERE id = ?", {id}) == LedgerValue()) return false;
   transaction.Commit();
   return true;

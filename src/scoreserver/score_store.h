@@ -12,7 +12,7 @@ namespace velumar {
 // throw LedgerError, which names the file.
 class ScoreStore {
  public:
-  static constexpr int kKept = 1000;
+  static constexpr int kMaxScores = 1000;
 
   // Creates the file if it is missing. A file that another program owns, or that contains anything
   // but scores, is refused and not changed.

@@ -23,11 +23,11 @@ class BarStepper {
 
   // In all four, `index` is the newest bar of the store, -1 if it has none, and is updated.
 
-  // Writes the bar after `index`; none after the last bar of the series.
+  // Writes the bar after `index`. Does nothing after the last bar of the series.
   void FeedBar(std::int16_t& index);
   // Writes up to the 30th bar after `index`, or after bar 0 if the store is empty.
   void FastFeed(std::int16_t& index);
-  // Removes bar `index`.
+  // Removes bar `index`. Removing bar 0 empties the store.
   void UnfeedBar(std::int16_t& index);
   // Removes up to 30 bars, but never bar 0, and writes bar 0 into an empty store.
   void FastUnfeed(std::int16_t& index);

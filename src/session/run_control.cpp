@@ -124,7 +124,7 @@ bool RunControl::Resume(RunNumber run) {
   return true;
 }
 
-// Without a ledger that can be written, a run replays all the same, and its orders are refused.
+// Without a ledger that can be written, a run still replays, but its orders are refused.
 bool RunControl::BeginInLedger() {
   if (!ledger_.CanWrite()) return true;
   try {

@@ -16,7 +16,8 @@
 
 namespace velumar {
 
-// A run from the click on "Start" or "Play" to its end, and the four manual steps.
+// A run from the click on "Start" or "Play" to its end, and the four manual steps. The feed
+// continues from BarIndex instead of counting on its own, so a manual step moves the feed too.
 class RunControl {
  public:
   RunControl(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
@@ -28,13 +29,14 @@ class RunControl {
   bool ClaimStore();
   // Begins the run of the last ClaimStore and feeds its bars. Returns when the feed has ended or
   // was stopped, or when a later run began in one of its waits: two loops never feed at once. If
-  // the run can't be prepared, shows a box, leaves no bars loaded and returns false; the caller
-  // then brings the setup window back.
+  // the run can't be prepared, shows a box and returns false, and the caller brings the setup
+  // window back. No bars are loaded then: those of an earlier run would be fed under the new name.
   bool Start();
   // Begins a run that continues from BarIndex; returns as Start does. Does nothing while a run is
   // being prepared, and only shows a box if another series than the loaded one is entered.
   void Continue();
-  // Pauses the run: the feed stops after the current bar or the next.
+  // Pauses the run: the feed stops after the current bar or the next. A run that is being prepared
+  // pauses after its first bar.
   void EndRun();
 
   // The steps do nothing while a run is being prepared: no bars are loaded yet, and the chart
@@ -60,8 +62,10 @@ class RunControl {
   bool PrepareRun();
   bool PrepareChartAndStore();
   bool Resume(RunNumber run);
-  // Moves the rows of the last run to the archive and begins a new one in the ledger. If that
-  // fails, shows a box and returns false: the new orders would join the rows of the last run.
+  // Moves the rows of the last run to the archive and begins a new one in the ledger. Called once
+  // the bars are loaded, not at the click, so that the rows of the last run stay current if the new
+  // one can't be prepared. If it fails, shows a box and returns false: the new orders would join
+  // the rows of the last run.
   bool BeginInLedger();
   void BringChartUp();
   void ShowRunning();

@@ -21,7 +21,7 @@ std::string LoadedSeriesProblem(const SimSession& session, const RunInputs& inpu
   const bool same =
       symbol == loaded.symbol && IntervalToMatch(interval) == IntervalToMatch(loaded.interval);
   if (same) return {};
-  return "The bars are of " + SeriesName(loaded.symbol, loaded.interval) + ", not of " +
+  return "The loaded bars are " + SeriesName(loaded.symbol, loaded.interval) + ", not " +
          SeriesName(symbol, interval) + ": press Start in the setup window";
 }
 

@@ -28,7 +28,7 @@ class RunView {
  public:
   virtual ~RunView() = default;
 
-  // The status line of the run, and the advice that comes up with it.
+  // The status line of the run, and the advice shown in its tooltip.
   virtual void SetStatusLine(std::string_view text) = 0;
   virtual void SetStatusAdvice(std::string_view text) = 0;
   // How much of the run is done, 0 to 1, and the same in words. Not shown if the navigator is

@@ -154,7 +154,7 @@ DirectoryLock Held(const fs::path& store) {
   if (lock) return std::move(*lock);
   throw StoreError("The working store " + Quoted(store) + " is in use by " +
                    HolderOf(store / StoreFolder::kMark) +
-                   ". End that program, then start the run again.");
+                   ". Close that program, then start the run again.");
 }
 
 std::vector<fs::path> FilesIn(const fs::path& folder) {

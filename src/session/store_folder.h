@@ -17,8 +17,8 @@ class StoreError : public std::runtime_error {
 };
 
 // The folder of the working store, held for one run. Since a run deletes the files in it, the file
-// kMark must mark it as ours. The mark is locked while the object lives; the system releases the
-// lock when the process dies.
+// kMark must mark it as ours. While the object lives, the mark is locked and names this process,
+// for the message of a second program; the system releases the lock when the process dies.
 class StoreFolder {
  public:
   static constexpr std::string_view kMark = ".velumar-store";
@@ -28,11 +28,12 @@ class StoreFolder {
   // contains `data` or is more than one level inside it, or in use by another program. Otherwise
   // throws StoreError and changes nothing.
   StoreFolder(std::string_view store, std::string_view data);
-  // Throws what the constructor would throw, except for a store in use: we may be the user.
+  // Throws what the constructor would throw, except for a store in use, since this process may be
+  // the one that uses it.
   static void Require(std::string_view store, std::string_view data);
 
   // Deletes the files and links whose names don't begin with a point, and follows no link.
-  // Subfolders stay. Goes on if a file can't be deleted; throws StoreError if series files are
+  // Subfolders stay. Continues if a file can't be deleted; throws StoreError if series files are
   // left, whose bars a chart would show.
   void Clear() const;
 
@@ -40,7 +41,8 @@ class StoreFolder {
   void CopyIndexes() const;
 
   // Copies the files of the folder MSSmart in `data`, which are the chart program's own. Files that
-  // can't be copied or are larger than 64 MiB are skipped.
+  // can't be copied or are larger than 64 MiB are skipped. Nothing else of `data` is copied: a
+  // backup of an index file would reveal how far the series go.
   void CopyChartFiles() const;
 
  private:

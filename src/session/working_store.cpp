@@ -111,8 +111,8 @@ void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
   writer.CloseDirectory();
 }
 
-// Bars after the start are never written, so a run that dies here leaves no future on the disk. The
-// first bar always is written: a run needs a current bar.
+// Bars after the start are never written, so a run that dies here leaves no later bars on the disk.
+// The first bar always is written: a run needs a current bar.
 void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer,
                                 std::int32_t cut_start) {
   const std::vector<std::int32_t>& dates = reader.GetDates();
@@ -181,9 +181,9 @@ void WorkingStore::RequireReplayable(const MetaLibReader& reader) const {
   };
   for (std::size_t i = 1; i < reader.GetDates().size(); ++i) {
     if (moment(i - 1) < moment(i)) continue;
-    throw MetaLibError(kNotReplayable, SeriesName() + " holds a bar of " +
+    throw MetaLibError(kNotReplayable, SeriesName() + " can't be replayed: at " +
                                            std::to_string(reader.GetDates()[i]) +
-                                           " without a time after the one before it.");
+                                           " its bars are out of order, and they have no times.");
   }
 }
 

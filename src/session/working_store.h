@@ -24,29 +24,33 @@ inline constexpr int kLongestSeries = 32768;
 inline constexpr int kNotReplayable = 1720;
 
 // Owns the files of the working store, which the chart program reads. What they may hold:
-//   before Refill      what the run before has left; no chart is open
+//   before Refill      what the last run left; no chart is open
 //   after Refill       index files that list the securities without dates, the chart program's own
 //                      files, and no bars
 //   after Prepare      the bars of the run's series before its start day, at least the first bar
 //   from then on       bars 0 to BarIndex, as BarStepper moves it
-// A bar after BarIndex is never there, not even for a moment or after a fault of the disk.
+// A bar after BarIndex is never there, not even for a moment or after a disk error.
 class WorkingStore {
  public:
   WorkingStore(SimSession& session, RunView& view, MessageBoxes& boxes, IndexCache& cache)
       : session_(session), view_(view), boxes_(boxes), cache_(cache) {}
 
   // Claims the folder SimDir for a run over DataDir and holds it until the next claim or the end of
-  // the program. If it can't be the store, shows a box, changes nothing and returns false.
+  // the program. If it can't be the store, shows a box, changes nothing and returns false. Going
+  // back to the setup does not release it, since the feed may continue.
   bool Claim();
 
-  // Empties the claimed folder and copies the files that a chart needs besides the bars. SimDir and
-  // DataDir get a closing "\". If old bars are left or the index files can't be copied, shows a box
-  // and returns false.
+  // Empties the claimed folder and copies the other files that a chart needs. SimDir and DataDir
+  // get a closing "\". If old bars are left or the index files can't be copied, shows a box and
+  // returns false.
   bool Refill();
 
   // Writes into SimDir what the run's series holds before the first bar on or after the start day,
   // and its first bar in any case. A day after the last bar starts 250 bars after the first, or in
-  // the middle of a series of at most 251. Shows a box and returns false if the store isn't ready.
+  // the middle of a series of at most 251. Before anything is written, refuses a series that can't
+  // be replayed: one that is unknown, has no bars or more than kLongestSeries, has bars of unknown
+  // minutes, or has several bars of a day without times. Shows a box and returns false if the store
+  // isn't ready.
   bool Prepare();
 
   // Loads the run's series into the session: first from the store, whose last bar becomes BarIndex,

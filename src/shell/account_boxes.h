@@ -27,8 +27,8 @@ class AccountBoxes {
   // Why the first unusable box can't be used; nothing if all can.
   std::optional<std::string> Problem();
 
-  // To be called after a change of the data directory: fills the boxes with its market's defaults,
-  // reads the figures of a contract and marks what can't be used.
+  // Call it after a change of the data directory: fills the boxes with its market's defaults, reads
+  // the figures of a contract and marks what can't be used.
   void DirectoryChanged();
   // Groups the thousands in the boxes that hold money.
   void GroupTexts();

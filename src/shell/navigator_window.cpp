@@ -98,7 +98,6 @@ void NavigatorWindow::ChartCountTyped() {
                        BoxIcon::kExclamation);
 }
 
-// Doesn't pause the run: the next one can be entered while this one feeds.
 void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
   if (closing_) return;

@@ -22,6 +22,8 @@ class NavigatorWindow {
   void Place();
   // Refuses a number of charts that doesn't fit any screen; the box then keeps the last one.
   void ChartCountTyped();
+  // Brings the setup window back and unlocks all of it, however the run ended. Does not pause the
+  // feed: the next run can be entered while this one goes on.
   void CloseAndReturn();
   Form2& Window() { return desktop_.form2(); }
 
@@ -30,7 +32,7 @@ class NavigatorWindow {
   Desktop& desktop_;
   Platform& platform_;
   RunControl& run_;
-  bool closing_ = false;  // while it slides out
+  bool closing_ = false;  // while it slides out; clicks on "Close & Return" are ignored
   std::string chart_count_;
 };
 

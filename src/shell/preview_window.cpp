@@ -24,7 +24,7 @@ PreviewWindow::PreviewWindow(Desktop& desktop, Platform& platform)
 void PreviewWindow::BindEvents() {
   Graph2& form = desktop_.Untouched().graph2;
   const EventGuard guarded(platform_.boxes);
-  // Changes the sheet and shows that.
+  // Changes the sheet and shows the change.
   const auto changing = [this, guarded](auto change) {
     return guarded(kPreview, [this, change](auto... arguments) {
       change(arguments...);

@@ -21,7 +21,8 @@ class PreviewWindow {
   void Close();
   // Shows where the sheet and the picture on it are.
   void ShowPlaces();
-  // Lets `change` resize the chart, then takes its picture for the sheet.
+  // Lets `change` resize the chart, then takes its picture for the sheet. The picture stays as it
+  // is until the next change: by then the result window may be closed or show another run.
   void Resize(const std::function<void(PreviewChart& chart)>& change);
   void ChooseEntry(std::size_t list, std::size_t entry);
   void Print();

@@ -52,7 +52,7 @@ class PrintPreview {
   void Move(TwipsPoint mouse);
   void Release(TwipsPoint mouse);
 
-  // Scrolls the view by the values of the scroll bars; what is printed doesn't change.
+  // Scrolls the view by the values of the scroll bars; the printed page does not change.
   void ScrollSheet(int across, int down);
   void ToggleOrientation();
   void SetQuality(int index);  // 0 low, 1 medium, 2 high

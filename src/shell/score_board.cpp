@@ -39,7 +39,7 @@ std::vector<std::string> Lines(std::string_view answer) {
 std::string SentText(std::string_view answer) {
   constexpr std::size_t kLongestRemark = 120;
   const std::string_view remark = answer.substr(0, answer.find_first_of("\r\n"));
-  const bool plain = remark.empty() || remark == "Taken." || remark.size() > kLongestRemark;
+  const bool plain = remark.empty() || remark == "Accepted." || remark.size() > kLongestRemark;
   return plain ? "Sent." : "Sent. The service says: " + std::string(remark);
 }
 

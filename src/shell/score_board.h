@@ -10,7 +10,9 @@
 
 namespace velumar {
 
-// What the controls of the score board do. Clicks run during a request; closing the board ends it.
+// What the controls of the score board do. Clicks run during a request, orders too; a feed waits
+// for the answer. Closing the board ends the request. Failed requests and a missing run are
+// reported in the status line, not in a box.
 class ScoreBoard {
  public:
   ScoreBoard(const SimSession& session, Desktop& desktop, Platform& platform);

@@ -204,7 +204,6 @@ void SetupWindow::PickDirectory() {
   if (catalogue_.PickDataDirectory()) catalogue_.BuildSymbolList();
 }
 
-// A run reads its files while it is prepared, and a feed keeps the security that it began with.
 void SetupWindow::TakeFiles(const std::vector<std::string>& files) {
   if (!run_.Feeding() && !session_.Preparing) return catalogue_.Import(files);
   platform_.boxes.Show("Pause the replay before importing price files.", BoxIcon::kInformation);

@@ -39,7 +39,10 @@ class SetupWindow {
 
   void DirectoryChanged();
   void PickDirectory();
+  // Imports dropped price files, but only while no run feeds or is being prepared: an import
+  // chooses a security, and a run keeps its own.
   void TakeFiles(const std::vector<std::string>& files);
+  // Ignored during the slides and while the window or its list is loading.
   void StartRun();
   bool SlideToRun();
   std::vector<std::int32_t> StartDays();

@@ -21,8 +21,8 @@ class SymbolCatalogue {
   // Fills the list and PeriodBySymbol and chooses the first line. If the directory has no data,
   // offers to import its price files, or shows a message and the folder dialog until one with data
   // is chosen; after two cancels in a row offers to quit or to use the samples. Any other failure
-  // ends the listing and keeps what is listed so far. Clicks run meanwhile: if one of them lists
-  // again or closes the window, the older listing ends and changes nothing more.
+  // ends the listing and keeps what is listed so far. Clicks run while it lists: if one of them
+  // lists again or closes the window, the older listing ends and changes nothing more.
   void BuildSymbolList();
   // True while a list is being built. A click then can't start a run.
   bool Building() const { return building_ > 0; }
@@ -32,10 +32,10 @@ class SymbolCatalogue {
   void Import(const std::vector<std::string>& files);
   // False if the trader cancels.
   bool PickDataDirectory();
-  // To be called after a line was chosen: takes its symbol and interval.
+  // Call it after a line was chosen: takes its symbol and interval.
   void SymbolChosen();
-  // To be called after a key was typed in the list: takes its text as the symbol, and the interval
-  // of the last line with that symbol.
+  // Call it after a key was typed in the list: takes its text as the symbol, and the interval of
+  // the last line with that symbol.
   void SymbolTyped();
 
  private:

@@ -36,7 +36,7 @@ class TradePanel {
   Platform& platform_;
   AccountBoxes& account_;
   OrderDesk& orders_;
-  bool closing_ = false;  // while it slides out
+  bool closing_ = false;  // while it slides out; clicks on "Close & Return" are ignored
 };
 
 }  // namespace velumar

@@ -25,7 +25,7 @@ void SetWindowAlpha(Form& window, std::int16_t alpha);
 void LoadOpacity(Form& window, Slider& slider, const SettingsStore& settings, std::string_view key);
 void ApplyOpacity(Form& window, const Slider& slider);
 void SaveOpacity(const Form& window, SettingsStore& settings, std::string_view key);
-// To be called when a mouse button is pressed on an area by which the window can be dragged.
+// Call it when a mouse button is pressed on an area by which the window can be dragged.
 void DragWindow(Form& window);
 // A pressed picture moves by a pixel.
 void PressImage(Control& image);
@@ -44,8 +44,8 @@ std::int16_t PlaceFromText(std::string_view text);
 std::string PlaceText(float place);
 
 // Slides the window in or out over the bottom edge of the screen, 50 twips every 10 ms. Clicks run
-// meanwhile; a newer slide or an unload of the window ends this one. Neither shows nor hides it.
-// Throws std::invalid_argument for a text that is not a number.
+// during the slide; a newer slide or an unload of the window ends this one. Neither shows nor hides
+// it. Throws std::invalid_argument for a text that is not a number.
 void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoop& events,
              const Screen& screen);
 // Returns false if the slide was ended early.

@@ -7,7 +7,7 @@ namespace velumar {
 
 namespace {
 
-// What a figure is counted in.
+// The type that a figure is stored in.
 enum class Width : std::uint8_t { kSingle, kInt16 };
 
 struct Field {

@@ -20,7 +20,8 @@ enum class AccountFigure : std::uint8_t {
 };
 
 // Why an entered figure can't be used, as a sentence that names it: not a number, commas that don't
-// group thousands, negative, or out of range. Nothing if it can be used.
+// group thousands, negative, or out of range. Nothing if it can be used. The mark on a box and the
+// refusals of "Start" and of orders all use this sentence.
 std::optional<std::string> FigureProblem(AccountFigure figure, std::string_view text, bool stock);
 
 // Reads margin and profit of one contract. A text that can't be used leaves its field as it was.

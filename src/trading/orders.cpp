@@ -16,10 +16,10 @@ std::string NotPlaced(const LedgerError& error) {
          std::string(error.what());
 }
 
-// What an offset leaves, computed in the decimals that the trader sees: 0.7 less 0.7 is 0, although
-// the float held is a little less than 0.7. A sum of entries may be off by a digit that the panel
-// doesn't show; a quantity that looks the same closes all of it. Negative if more is offset than
-// held.
+// What an offset leaves, computed in the decimals that the trader sees: 0.7 minus 0.7 is 0,
+// although the float held is a little less than 0.7. A sum of entries may be off by a digit that
+// the panel doesn't show; a quantity that looks the same closes all of it. Negative if more is
+// offset than held.
 float LeftOf(float held, float quantity) {
   constexpr float kAllWholeDigitsShow = 1e7F;
   const bool reads_the_same = PlainNumberText(held) == PlainNumberText(quantity);

@@ -16,7 +16,7 @@
 namespace velumar {
 
 enum class OrderResult : std::uint8_t {
-  kDone,
+  kDone,         // also an order of quantity 0, which is reported in red
   kRefused,      // not enough money, a result out of range, or a row that can't be written
   kNothingHeld,  // an offset of a side that holds nothing
   kTooMuch,      // an offset of more than is held: the position is dropped
@@ -24,7 +24,8 @@ enum class OrderResult : std::uint8_t {
 };
 
 // The four orders. An order fills at once and in full at the close of the current bar, or not at
-// all. When it returns kDone, its row is safe in the ledger.
+// all. When it returns kDone, its row is safe in the ledger. An offset is subtracted as decimals:
+// as floats, closing exactly 0.7 could leave a remainder or drop the position.
 class OrderDesk {
  public:
   OrderDesk(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,

@@ -19,7 +19,7 @@ namespace {
 // The stored value is rounded, so the next order computes with what the trader saw.
 void RoundThrough(float& field, std::string_view pattern) {
   const std::optional<float> rounded = ToSingle(PatternText(field, pattern));
-  if (!rounded) throw BookOverflow("a figure is beyond what the book can hold");
+  if (!rounded) throw BookOverflow("the result is too large for the account");
   field = *rounded;
 }
 
@@ -33,7 +33,7 @@ float UnrealisedMoney(const Book& book, const Side& side) {
 
 float Stored(double value) {
   const auto stored = static_cast<float>(value);
-  if (!std::isfinite(stored)) throw BookOverflow("a figure is beyond what the book can hold");
+  if (!std::isfinite(stored)) throw BookOverflow("the result is too large for the account");
   return stored;
 }
 

@@ -15,7 +15,8 @@ class BookOverflow : public std::range_error {
 // Rounds a result to a field of the book. Throws BookOverflow.
 float Stored(double value);
 
-// One side of the book: its fields, and which way the price must move for a gain.
+// One side of the book: its fields, and which way the price must move for a gain. Orders of both
+// sides share one code path through it.
 struct Side {
   float Book::*Accum;            // quantity held
   float Book::*Amount;           // quantity of the current order

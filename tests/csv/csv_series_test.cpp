@@ -80,7 +80,7 @@ TEST(CsvSeries, NamesTheLineThatCannotBeRead) {
       {header + first + "20200101,94000,1,2,1,1\n20200102,93500,a,2,1,1\n20200103,0,b,2,1,1\n",
        "line 3: is older than line 2; bars must be sorted, oldest first (and 2 more bad lines)"},
       {header + "2020-01-02 09:30,10:00,1,1,1,1\n",
-       "line 2: the date has another time than the column Time"},
+       "line 2: the time in the date differs from the one in the column Time"},
       {"time,open,high,low\n", "no column Date, Close; the first line must name the columns"},
       {"20200102,1,2,1,1\n",
        "no column Date, Open, High, Low, Close; the first line must name the columns"},

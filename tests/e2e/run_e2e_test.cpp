@@ -26,7 +26,7 @@ TEST_F(RunE2e, PlayStepPauseOpenASecondChartAndReturn) {
     Sleep(300);
   }
 
-  // A second chart of the same store, opened by hand.
+  // A second chart of the same store, opened manually.
   hand.Activate("MetaStock");
   hand.Press("alt+f");
   hand.Press("o");

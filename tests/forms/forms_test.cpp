@@ -5,7 +5,7 @@
 namespace velumar {
 namespace {
 
-TEST(Controls, AHandReachesOnlyWhatIsShownAndEnabled) {
+TEST(Controls, TheUserReachesOnlyShownAndEnabledControls) {
   Desktop desktop;
   Form2& form = desktop.form2();
   int clicks = 0;
@@ -21,7 +21,7 @@ TEST(Controls, AHandReachesOnlyWhatIsShownAndEnabled) {
   EXPECT_EQ(clicks, 1);
 }
 
-TEST(Controls, AssignmentsFireAsTheUsersHandDoes) {
+TEST(Controls, AssignmentsFireTheSameEventsAsTheUser) {
   Desktop desktop;
   Form1& form = desktop.form1();
   std::vector<std::string> events;

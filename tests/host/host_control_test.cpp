@@ -65,7 +65,7 @@ TEST_F(HostControlTest, TheChartIsOpenedByTheseKeysInThisOrder) {
   EXPECT_EQ(run.line, "Ready to rock with [ABC] ....");
 }
 
-TEST_F(HostControlTest, EachOpenChartIsRefreshedAndTheRingClosed) {
+TEST_F(HostControlTest, EachOpenChartIsRefreshedAndTheFirstIsActiveAgain) {
   const struct {
     int charts;
     std::vector<std::string> keys;

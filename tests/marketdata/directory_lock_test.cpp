@@ -12,7 +12,7 @@ namespace velumar {
 
 namespace {
 
-TEST(DirectoryLock, KeepsOthersOutUntilItsHolderDies) {
+TEST(DirectoryLock, ExcludesOthersUntilItsHolderDies) {
   const ScratchFolder directory;
   directory.Write("MASTER", Master({{}}));
   const std::string path = directory.Text();

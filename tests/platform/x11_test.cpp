@@ -68,7 +68,7 @@ TEST_F(X11, BringsTheChartFromAnotherWorkspace) {
   EXPECT_EQ(Chart().TakeTyped(chart), "c");
 }
 
-TEST_F(X11, ARefreshBehindRaisesNothingAndWaitsForAnOpenMenu) {
+TEST_F(X11, ARefreshInTheBackgroundRaisesNothingAndWaitsForAnOpenMenu) {
   const Window chart = driver->OpenInFront(Chart(), kChart);
   const Window notes = driver->OpenInFront(Editor(), {.title = "Notes"});
   EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kAccepted);

@@ -118,11 +118,11 @@ TEST(Score, WithAnInvisibleNameIsRefused) {
 
 TEST(ScoreStore, KeepsTheBestThousandOnDisk) {
   ScoreStore full(":memory:");
-  for (int i = 0; i < ScoreStore::kKept; ++i) EXPECT_TRUE(full.Add({"n", 5, "ABC", 1, 2}));
+  for (int i = 0; i < ScoreStore::kMaxScores; ++i) EXPECT_TRUE(full.Add({"n", 5, "ABC", 1, 2}));
   EXPECT_FALSE(full.Add({"equal, but later", 5, "ABC", 1, 2}));
   EXPECT_TRUE(full.Add({"better", 6, "ABC", 1, 2}));
   EXPECT_EQ(full.Top(1)[0].name, "better");
-  EXPECT_EQ(full.Top(2000).size(), std::size_t{ScoreStore::kKept});
+  EXPECT_EQ(full.Top(2000).size(), std::size_t{ScoreStore::kMaxScores});
 
   const ScratchFolder scratch;
   const std::string file = scratch.Sub("scores.db");
@@ -149,7 +149,7 @@ TEST(ScoreServer, AnswersOnlyWhenTheScoreIsOnDisk) {
       "/zanno/postscore.php?username=n&score=-0.5&zanno=yes&symbol=ABC&startdate=20050103"
       "&enddate=20050630";
   for (double posted = 1; posted <= 2; ++posted) {
-    EXPECT_EQ(server.Answer(post, "a").text, "Taken.");
+    EXPECT_EQ(server.Answer(post, "a").text, "Accepted.");
     const SqliteDatabase other(file, SqliteDatabase::Mode::kReadOnly);
     EXPECT_EQ(other.FirstValue("SELECT count(*) FROM scores WHERE money = -0.5"),
               LedgerValue(posted));

@@ -32,7 +32,7 @@ using StepFaultTest = SessionFixture;
 
 // Whichever write of a step fails, the store holds the bars up to the cursor and no other: a chart
 // ahead of it would show the future, one before it would hide bars that were traded.
-TEST_F(StepFaultTest, AStepIsWholeOrTakenBack) {
+TEST_F(StepFaultTest, AStepIsCompleteOrRolledBack) {
   Store("ABC", DailyBars(kBars));
   CopyIndexes();
   Choose("ABC", "D", MadeDate(kStart));

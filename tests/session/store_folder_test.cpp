@@ -218,7 +218,7 @@ TEST_F(StoreFolderTest, OneProgramHoldsItUntilItDies) {
   EXPECT_EQ(Refusal(store), "");
 }
 
-TEST_F(StoreFolderTest, ARefusedClaimKeepsTheHoldOfTheRunBefore) {
+TEST_F(StoreFolderTest, ARefusedClaimKeepsTheLockOfTheLastRun) {
   Choose("ABC", "D");
   ASSERT_TRUE(working_store.Claim());
   session.DataDir = store;

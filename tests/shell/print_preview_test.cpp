@@ -49,7 +49,7 @@ TEST_F(PrintPreviewTest, ASizeOfTheBarsCountsAtEveryLaterZoom) {
   EXPECT_EQ(chart.whole_width, 21150);
 }
 
-TEST_F(PrintPreviewTest, TheNextPreviewCountsWhatTheLastOneLeftAsWhole) {
+TEST_F(PrintPreviewTest, TheNextPreviewTakesTheLastSizeAsFullSize) {
   chart.whole_width = static_cast<std::int32_t>(chart.shown.width);
   chart.whole_height = static_cast<std::int32_t>(chart.shown.height);
   PrintPreview second;

@@ -114,7 +114,7 @@ TEST_F(ResultWindowTest, ALedgerThatFailsLeavesWhatIsShown) {
   EXPECT_THAT(Boxes().back(), testing::StartsWith("The results could not be read.\n"));
 }
 
-TEST_F(ResultWindowTest, SheetsAndChartFollowTheChosenRun) {
+TEST_F(ResultWindowTest, TabsAndChartFollowTheChosenRun) {
   Open();
   form.tabSheets.UserChoose(FrmResult::kOrdersTab);
   EXPECT_TRUE(form.lstOrders.Visible() && !form.MSChart1.Visible());

@@ -98,7 +98,7 @@ TEST_F(RunTest, GoingBackWhileTheNavigatorSlidesInBeginsNoRun) {
   EXPECT_TRUE(all->outside.chart.sent.empty());
 }
 
-TEST_F(RunTest, AnOrderInAPauseFillsAtItsBarAndIsKept) {
+TEST_F(RunTest, AnOrderInAPauseFillsAtItsBarAndIsSaved) {
   InPauseOf(61, [this] {
     all->Panel().txtContractVol.UserType("2");
     all->Panel().imgLong.UserClick();

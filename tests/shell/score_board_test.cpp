@@ -50,7 +50,7 @@ TEST_F(ScoreBoardTest, ListsTheAnswersLinesAsTheyCome) {
   EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("The scores could not be read: "));
 }
 
-TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
+TEST_F(ScoreBoardTest, SendsTheBoxesAndReportsTheOutcome) {
   Open("");
   const std::string target =
       "scores.example:8080/zanno/postscore.php?username=A "
@@ -61,7 +61,7 @@ TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
   EXPECT_EQ(Board().txtName.Text(), "A b&c=%?#");
   EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Line breaks"));
   Board().txtScore.UserType("1000000");
-  Web().answers = {"Taken.", "1. A b\r\n2. C"};
+  Web().answers = {"Accepted.", "1. A b\r\n2. C"};
   Board().btnSend.UserClick();
   EXPECT_EQ(Board().lblStatus.Text(), "Sent.");
   EXPECT_THAT(Board().List1.Lines(), ElementsAre("1. A b", "2. C")) << "the list is read again";
@@ -72,7 +72,7 @@ TEST_F(ScoreBoardTest, SendsWhatTheBoxesSayAndTellsHowItWent) {
   Web().answers = {"Not among the best.\r\nmore", "1. C"};
   Board().btnSend.UserClick();
   EXPECT_EQ(Board().lblStatus.Text(), "Sent. The service says: Not among the best.");
-  Web().answers = {"Taken."};
+  Web().answers = {"Accepted."};
   Board().btnSend.UserClick();
   EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Sent. The scores could not be read: "));
   Web().asked.clear();

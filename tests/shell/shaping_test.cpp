@@ -32,7 +32,7 @@ TEST_F(ShapingTest, APlaceBelowTheScreenMovesOnlySideways) {
   EXPECT_THROW(SlideIn(form, "abc", "0", outside.events, outside.screen), std::invalid_argument);
 }
 
-TEST_F(ShapingTest, AKeptPlaceMustBeSeen) {
+TEST_F(ShapingTest, ASavedPlaceMustBeOnAScreen) {
   const struct {
     const char* top;
     const char* left;

@@ -13,7 +13,7 @@ std::vector<std::int32_t> Days(int bars, int bars_a_day = 1) {
   return days;
 }
 
-TEST(StartDays, FirstAndLastLeaveARunSomethingToBeginBehind) {
+TEST(StartDays, FirstAndLastLeaveARunBarsBeforeItsStart) {
   std::mt19937_64 random(1);
   const struct {
     std::vector<std::int32_t> days;

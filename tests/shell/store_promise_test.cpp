@@ -23,7 +23,7 @@ int HalfToEven(int whole) {
   return whole % 2 == 0 || half % 2 == 0 ? half : half + 1;
 }
 
-// What the store must hold, and where the cursor must stand.
+// What the store must hold, and where the cursor must be.
 struct PlainStore {
   std::string symbol;
   std::vector<Bar> loaded;  // the whole series of the run

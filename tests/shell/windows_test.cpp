@@ -175,7 +175,7 @@ TEST_F(WindowsTest, PriceFilesDroppedInAFeedLeaveItsSecurityAlone) {
   EXPECT_TRUE(ReadBars(data, "ABC", -1).size() == 200 && StoreSize() == 200);
 }
 
-TEST_F(WindowsTest, WindowsThatWereMadeUnseenComeBackWithAnotherStart) {
+TEST_F(WindowsTest, InvisibleWindowsComeBackWithAnotherStart) {
   InPauseOf(198, [this] {
     all->Navigator().HScrollx.UserMove(0);
     all->Panel().HScrollx.UserMove(0);
@@ -199,7 +199,7 @@ TEST_F(WindowsTest, AStartWhileTheWindowComesUpBeginsNoRunWithoutALedger) {
 }
 
 // Whatever is clicked in a slide, the windows are found again where they were put.
-TEST_F(WindowsTest, APlaceInMidSlideIsNeverKept) {
+TEST_F(WindowsTest, APlaceInMidSlideIsNeverSaved) {
   all->program.Start();
   const std::string top = PlaceText(all->Setup().Top());
   all->At(200, [this] { all->Setup().Image5.UserClick(); });  // as the setup goes down
@@ -330,7 +330,7 @@ TEST_F(WindowsTest, EnterInTheDirectoryListsItsSecurities) {
 }
 
 // The panel is loaded before the directory and the texts of the first run are known.
-TEST_F(WindowsTest, TheFirstRunTakesWhatIsTypedBeforeItAndSpeaksItsMarketsWords) {
+TEST_F(WindowsTest, TheFirstRunUsesWhatWasTypedAndItsMarketsTerms) {
   const std::string stock = scratch.Sub("SET");
   std::filesystem::rename(data, stock);
   all = std::make_unique<WholeProgram>(stock);

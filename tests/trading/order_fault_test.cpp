@@ -82,7 +82,7 @@ TEST(OrderFault, ABrokenDiskKeepsBookAndLedgerInStep) {
 }
 
 // The rows of the last run are in the archive if the next one has begun, and in place if not.
-TEST(OrderFault, ABrokenDiskBeginsARunWholeOrNotAtAll) {
+TEST(OrderFault, WithABrokenDiskARunBeginsCompletelyOrNotAtAll) {
   int begun = 0;
   int refused = 0;
   for (int number = 1, reached = 1; reached != 0; ++number) {

@@ -97,7 +97,7 @@ TEST_F(OrdersTest, WhatTheMoneyTestsRefuseChangesNothing) {
   }
 }
 
-// What a trader has bought he can close, whatever binary digits stand for his decimals.
+// What a trader has bought he can close, whatever the binary form of the decimals.
 TEST_F(OrdersTest, OffsetsCountInTheDecimalsThatTheTraderReads) {
   const struct {
     std::vector<const char*> bought;
@@ -171,7 +171,7 @@ TEST_F(OrdersTest, OrdersWithoutEffectSayWhy) {
   expect(&OrderDesk::Short, "0.0", OrderResult::kDone, "the quantity is 0: nothing was opened");
   session.Symbol = "XYZ";
   expect(&OrderDesk::Long, "1", OrderResult::kInvalid,
-         "The bars are of ABC (D), not of XYZ (D): press Start in the setup window");
+         "The loaded bars are ABC (D), not XYZ (D): press Start in the setup window");
   session.Symbol = "ABC";
   session.BarIndex = -1;
   expect(&OrderDesk::Long, "1", OrderResult::kInvalid, "No current bar");
@@ -225,7 +225,7 @@ TEST_F(OrdersTest, AResultThatNoFieldHoldsRefusesTheOrder) {
   EXPECT_EQ(Rows(), 1);
 }
 
-TEST_F(OrdersTest, ARowThatCannotBeWrittenTakesTheOrderBack) {
+TEST_F(OrdersTest, AnOrderWhoseRowCannotBeWrittenIsRolledBack) {
   Account(20000, 1000, "500", 2000000);
   Order(&OrderDesk::Long, "2");
   AddBar(105);

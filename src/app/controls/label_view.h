@@ -8,7 +8,7 @@
 namespace velumar {
 
 // A text that is never cut off: its font shrinks, and if that isn't enough, its middle is elided
-// and the tooltip has the whole text. A press on it goes through to the window.
+// and the tooltip has the full text. A press on it goes through to the window.
 class LabelView : public View<QLabel, Label> {
  public:
   LabelView(FormContext& context, QWidget& parent, Label& label);

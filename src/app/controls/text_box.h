@@ -14,9 +14,9 @@ class FittingLineEdit : public QLineEdit {
   void SetFullFont(const QFont& font);
   // Leaves the cursor where it is, as far as the text goes.
   void SetShownText(const QString& text);
-  // True if the line can't show the whole text.
+  // True if the line can't show all of the text.
   bool Overflows() const;
-  // The tooltip, followed by a line with the whole text if the line can't show it.
+  // The tooltip, followed by a line with the full text if the box can't show it.
   QString ToolTipFor(const QString& tip) const;
 
  protected:

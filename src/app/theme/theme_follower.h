@@ -18,8 +18,8 @@ void ApplyTheme(const Palette& palette);
 // ApplyTheme sets it again.
 QPalette DesktopPalette();
 
-// The theme that was chosen, or for "system" the one that matches the desktop's palette. To be
-// created before the first ApplyTheme.
+// The theme that was chosen, or for "system" the one that matches the desktop's palette. Create it
+// before the first ApplyTheme.
 class ThemeFollower : public QObject {
  public:
   explicit ThemeFollower(ThemeChoice choice,

@@ -33,7 +33,7 @@ void Parse(QCommandLineParser& parser, const QStringList& arguments) {
     parser.addOption(
         {QString::fromLatin1(name), QString::fromLatin1(text), QString::fromLatin1(value)});
   };
-  add("settings-dir", "Keep the settings in <folder> instead of the user's own folder.", "folder");
+  add("settings-dir", "Store the settings in <folder> instead of the user's own folder.", "folder");
   add("theme", "Colours of the windows: system (the default), light or dark.", "name");
   add("play",
       "Start a run at once, play <bars> bars, save pictures of the windows and exit. "

@@ -13,8 +13,8 @@ namespace velumar {
 
 namespace {
 
-// The name of the mailbox of the process that uses the folder.
-std::string MailboxOf(const QString& folder) {
+// The name under which the process that uses the folder listens.
+std::string ListenerNameOf(const QString& folder) {
   const QFileInfo info(folder);
   const QString path = info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
   return "_VELUMAR_" +
@@ -33,18 +33,20 @@ QString CreatedDirectory(const QString& folder) {
 }  // namespace
 
 SingleInstance::SingleInstance(const QString& settings_folder)
-    : mailbox_(MailboxOf(CreatedDirectory(settings_folder))), lock_(LockOf(settings_folder)) {
-  // If the folder can't be locked, another Velumar is found by its mailbox.
+    : listener_name_(ListenerNameOf(CreatedDirectory(settings_folder))),
+      lock_(LockOf(settings_folder)) {
+  // If the folder can't be locked, another Velumar is found by its listener.
   const bool unlocked = lock_.Held() == FileLock::State::kImpossible;
-  first_ = lock_.Held() == FileLock::State::kHeld || (unlocked && !SendIpcMessage(mailbox_, {}));
+  first_ =
+      lock_.Held() == FileLock::State::kHeld || (unlocked && !SendIpcMessage(listener_name_, {}));
 }
 
-// A process that has just started may not have opened its mailbox yet.
+// A process that has just started may not listen yet.
 bool SingleInstance::CallOther() const {
   constexpr int kTimeoutMs = 3000;
   constexpr int kIntervalMs = 100;
   const QDeadlineTimer timeout(kTimeoutMs);
-  while (!SendIpcMessage(mailbox_, {})) {
+  while (!SendIpcMessage(listener_name_, {})) {
     if (timeout.hasExpired()) return false;
     QThread::msleep(kIntervalMs);
   }
@@ -52,7 +54,8 @@ bool SingleInstance::CallOther() const {
 }
 
 void SingleInstance::Listen(std::function<void()> come) {
-  listener_ = ListenForMessages(mailbox_, [come = std::move(come)](const IpcMessage&) { come(); });
+  listener_ =
+      ListenForMessages(listener_name_, [come = std::move(come)](const IpcMessage&) { come(); });
 }
 
 }  // namespace velumar

@@ -5,13 +5,14 @@
 #include <memory>
 #include <string>
 
-#include "platform/ipc.h"
 #include "platform/file_lock.h"
+#include "platform/ipc.h"
 
 namespace velumar {
 
 // Allows one Velumar per settings folder: two would overwrite each other's store and settings. The
-// system releases the folder's lock ("running") however the process ends.
+// system releases the folder's lock ("running") however the process ends. If nothing can be locked,
+// as in a read-only folder, a process that answers calls counts as the first.
 class SingleInstance {
  public:
   // Creates the folder if it is missing.
@@ -29,7 +30,7 @@ class SingleInstance {
   void Release() { lock_.Remove(); }
 
  private:
-  std::string mailbox_;
+  std::string listener_name_;
   FileLock lock_;
   bool first_ = false;
   std::unique_ptr<MessageListener> listener_;

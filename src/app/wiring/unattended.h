@@ -53,8 +53,8 @@ class AutoPlay {
   int newest_bar_ = -1;
 };
 
-// Stand in for the user's answers: the text of a box goes to standard error, and a question is
-// answered with its last answer.
+// Replaces the user's answers: the text of a box goes to standard error, and a question is answered
+// with its last answer.
 class PrintedMessageBoxes : public MessageBoxes {
  public:
   void Show(std::string_view text, BoxIcon icon) override;

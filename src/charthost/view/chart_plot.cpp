@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kLeastMarkedPixels = 6;
 
-// What is marked reaches over the whole height, since only the bars are zoomed.
+// The marked area has the full height, since only the bars are zoomed.
 class MarkedBars : public QCPSelectionRect {
  public:
   MarkedBars(BarPlot* plot, const std::function<QRect()>& area)
@@ -147,7 +147,7 @@ void ChartPlot::ModelChanged() {
   replot(QCustomPlot::rpQueuedReplot);
 }
 
-// The volume takes a fifth below the prices; without it the prices have all the room and the dates.
+// The volume takes the lower fifth. Without it the prices take all the room and show the dates.
 void ChartPlot::ArrangeRects() {
   const bool with_volume = model_.ShowsVolume();
   if (with_volume != volume_arranged_) {

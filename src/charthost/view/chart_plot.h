@@ -8,8 +8,9 @@ namespace velumar {
 class BarDateTicker;
 class PriceBars;
 
-// Draws a chart model and lets the mouse move its window: see BarPlot; besides, a drag with Shift
-// or the right button marks the bars to zoom to, and a double click returns to the newest bar.
+// Draws a chart model and lets the mouse move its window: see BarPlot. In addition, a drag with
+// Shift or the right button marks the bars to zoom to, and a double click returns to the newest
+// bar.
 class ChartPlot : public BarPlot {
   Q_OBJECT
 

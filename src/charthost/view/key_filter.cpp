@@ -112,7 +112,7 @@ bool KeyFilter::TakesKey(QWindow* receiver, QKeyEvent* key) {
     menu_timer_.start(kMenuMilliseconds);
     return true;
   }
-  // The user goes on in the menu before it is shown.
+  // The user continues in the menu before it is shown.
   if (armed != HostMenu::kNone && keys_.Armed() != HostMenu::kNone && !window_.IsMenuShown()) {
     ShowArmedMenu();
     return false;

@@ -16,7 +16,8 @@ class MainWindow;
 // Sees every key of the program first. It runs the key sequences of other programs without waiting
 // for menus. Keys typed while the file dialog is opening go to the dialog, those typed while it is
 // closing to the main window. The keys of a run are passed on to the simulator, so that they work
-// whichever window is in front.
+// whichever window is in front: only plain keys typed to the charts, and none within 2.5 seconds of
+// the file dialog, into which programs type blind.
 class KeyFilter : public QObject {
   Q_OBJECT
 

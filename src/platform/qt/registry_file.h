@@ -18,8 +18,8 @@ namespace velumar {
 //   [HKEY_CURRENT_USER]
 //   Software\Equis\Common\8.0\File%20Paths\ProgramPath=string:/opt/velumar/charthost
 //
-// Values are "string:" with the text, "dword:" or "binary:" with hexadecimal digits. A key above
-// another exists too.
+// Values are "string:" with the text, "dword:" or "binary:" with hexadecimal digits. The parents of
+// a key exist too.
 class FileRegistry : public Registry {
  public:
   // Usually UserFile("registry"), which is kept as "registry.ini"; see SharedIniFile.
@@ -36,7 +36,7 @@ class FileRegistry : public Registry {
                 std::string_view bytes) override;
   long DeleteValue(RegistryKey key, std::string_view name) override;
   long CreateKey(RegistryRoot root, std::string_view sub_key) override;
-  // A key with other keys below it isn't deleted: 5.
+  // Returns 5 for a key that has subkeys, which is not deleted.
   long DeleteKey(RegistryRoot root, std::string_view sub_key) override;
 
   // Sentences for the user about a damaged file, to be shown once after the construction.

@@ -14,9 +14,9 @@ class QSettings;
 
 namespace velumar {
 
-// An INI file of texts in groups, kept by QSettings: several processes may use it at once, a change
-// keeps what others wrote, and the file is replaced whole. A group is a path with "\" between its
-// parts. Case doesn't matter in groups and names; values may hold any bytes.
+// An INI file of texts in groups, managed by QSettings: several processes may use it at once, a
+// change keeps what others wrote, and the file is replaced as a whole. A group is a path with "\"
+// between its parts. Case doesn't matter in groups and names; values may hold any bytes.
 //
 // A file that QSettings can't parse, is larger than kLargest or isn't a regular file is renamed to
 // "NAME.damaged-1" (-2, ...) and reported, never overwritten. QSettings alone would overwrite it.
@@ -25,7 +25,7 @@ class SharedIniFile {
   static constexpr std::int64_t kLargest = 4 << 20;  // bytes
 
   // Keeps `file` with ".ini" added. If that doesn't exist, values are taken from `file` itself,
-  // which earlier versions wrote; it stays as it is. Nothing needs to exist.
+  // which earlier versions wrote; it stays as it is. Neither file needs to exist.
   explicit SharedIniFile(const std::filesystem::path& file);
 
   std::optional<std::string> Read(std::string_view group, std::string_view name);

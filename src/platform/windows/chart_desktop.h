@@ -22,12 +22,13 @@ std::unique_ptr<ChartWindows> MakeWindowsChartWindows(std::string host_title);
 // characters, and a shortcut whose letter the layout lacks by the key that has it in other layouts.
 //
 // kNotSent: another window was in front from some key on, or the keyboard lacks the key; that key
-// and the rest were not typed. kNotAnswered: after two seconds in all. Throws std::runtime_error if
-// the system takes no keys from programs.
+// and the rest were not typed. kNotAnswered: after two seconds in all. Whether keys were read is
+// found out by sent messages, which a window answers before it reads its next key. Throws
+// std::runtime_error if the system does not accept keys from programs.
 //
-// SendBehind brings the chart to the front for a moment. The trader's keys are held meanwhile and
-// typed into the previous window once it is back. If it isn't back within half a second, they are
-// dropped: typed into the chart they could place orders.
+// SendBehind brings the chart to the front for a moment. The trader's keys are held for that time
+// and typed into the previous window once it is back. If it isn't back within half a second, they
+// are dropped: typed into the chart they could place orders.
 std::unique_ptr<KeySender> MakeWindowsKeySender(std::string host_title);
 
 }  // namespace velumar

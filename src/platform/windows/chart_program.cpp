@@ -37,7 +37,7 @@ std::string TitleOf(HWND window) {
 
 std::vector<HWND> AllTopLevelWindows() {
   std::vector<HWND> windows;
-  // A window that is raised meanwhile would make the loop see the same windows again.
+  // A window that is raised during the loop would make the loop see the same windows again.
   constexpr std::size_t kMost = 10000;
   for (HWND window = ::GetWindow(::GetDesktopWindow(), GW_CHILD);
        window != nullptr && windows.size() < kMost; window = ::GetWindow(window, GW_HWNDNEXT)) {

@@ -11,7 +11,7 @@ namespace velumar {
 
 namespace {
 
-constexpr const wchar_t* kListenerClass = L"VelumarMailbox";
+constexpr const wchar_t* kListenerClass = L"VelumarListener";
 
 // A number of its own on this desktop, the same for all programs.
 UINT ListenerMessage() {

@@ -198,7 +198,8 @@ class Typing {
     if (taken != count) {
       const DWORD code = ::GetLastError();
       if (taken != 0) ReleaseKeys(inputs, taken);
-      throw std::runtime_error("Windows takes no keys from programs: " + SystemErrorText(code));
+      throw std::runtime_error("Windows does not accept keys from programs: " +
+                               SystemErrorText(code));
     }
     unread_in_ = front;
     unread_ += count;

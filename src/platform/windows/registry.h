@@ -27,7 +27,7 @@ class SystemRegistry : public Registry {
                 std::string_view bytes) override;
   long DeleteValue(RegistryKey key, std::string_view name) override;
   long CreateKey(RegistryRoot root, std::string_view sub_key) override;
-  // A key with other keys below it isn't deleted: 5.
+  // Returns 5 for a key that has subkeys, which is not deleted.
   long DeleteKey(RegistryRoot root, std::string_view sub_key) override;
 
  private:

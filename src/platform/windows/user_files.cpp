@@ -60,10 +60,10 @@ fs::path LedgerFile(const fs::path& program_folder) {
 }
 
 fs::path SampleDirectory(const fs::path& program_folder) {
-  const fs::path beside = program_folder / "samples";
+  const fs::path portable = program_folder / "samples";
   const fs::path installed = InstalledSamples(program_folder);
-  if (installed.empty() && (!fs::exists(beside) || CanWriteIn(beside))) return beside;
-  const fs::path shared = installed.empty() ? beside : installed;
+  if (installed.empty() && (!fs::exists(portable) || CanWriteIn(portable))) return portable;
+  const fs::path shared = installed.empty() ? portable : installed;
   return OwnCopy(shared, UserFolder() / "samples");
 }
 

@@ -31,8 +31,8 @@ std::unique_ptr<ChartWindows> MakeX11ChartWindows(std::string host_title,
 //
 // kNotSent: another window was in front from some key on; that key and the rest were not typed.
 // kNotAnswered: after two seconds in all. A window that can't report when it has read its keys gets
-// 100 ms and counts as having accepted them. Throws std::runtime_error if the display takes no keys
-// from programs.
+// 100 ms and counts as having accepted them. Throws std::runtime_error if the display does not
+// accept keys from programs.
 //
 // SendBehind moves the focus to the chart and back within one grab of the X server for each key,
 // less than a millisecond, so no key of the user gets lost. While another program grabs the

@@ -46,7 +46,7 @@ X11Connection::~X11Connection() {
 void X11Connection::RequireAlive() const {
   if (xcb_connection_has_error(Xcb()) == 0) return;
   throw std::runtime_error("The connection to the X display " + DisplayedName(display_name_) +
-                           " is lost.");
+                           " was lost.");
 }
 
 void X11Connection::RequireAnswer() const {

@@ -7,7 +7,7 @@ namespace velumar {
 
 namespace {
 
-// The default handlers end the process if a window has closed meanwhile.
+// The default handlers end the process if a window has closed in the meantime.
 int IgnoreError(Display*, XErrorEvent*) { return 0; }
 
 // The same if the display is gone; all further calls fail.
@@ -60,7 +60,7 @@ X11Keyboard::X11Keyboard(const std::string& display_name)
     XSetIOErrorExitHandler(display_->xdpy, NoteGone, &gone_);
     if (!TakesKeysFromPrograms(display_->xdpy)) {
       throw std::runtime_error(
-          "The X display takes no keys from programs: it lacks the XTEST extension.");
+          "The X display does not accept keys from programs: it lacks the XTEST extension.");
     }
     layout_ = std::make_unique<X11Layout>(*display_);
   } catch (...) {
@@ -149,7 +149,7 @@ void X11Keyboard::Press(const X11Layout::Key& key) {
 }
 
 void X11Keyboard::RequireAlive() const {
-  if (gone_) throw std::runtime_error("The connection to the X display is lost.");
+  if (gone_) throw std::runtime_error("The connection to the X display was lost.");
 }
 
 }  // namespace velumar

@@ -25,7 +25,7 @@ class X11Keyboard {
   };
 
   // An empty name means the display of the environment. Throws std::runtime_error if it can't be
-  // reached or takes no keys from programs.
+  // reached or does not accept keys from programs.
   explicit X11Keyboard(const std::string& display_name);
   X11Keyboard(const X11Keyboard&) = delete;
   X11Keyboard& operator=(const X11Keyboard&) = delete;

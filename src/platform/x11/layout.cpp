@@ -174,7 +174,7 @@ void X11Layout::Keep() {
 void X11Layout::AssignSpareKeys(std::vector<char32_t> characters, std::size_t before) {
   const std::size_t touched = std::max(characters.size(), before);
   if (touched == 0) return;
-  // If the user has switched the layout meanwhile, that must not be undone.
+  // If the user has switched the layout since, that must not be undone.
   const X11ServerGrab grab(display_.xdpy);
   ReadMap();
   for (std::size_t i = 0; i < touched; ++i) {

@@ -16,7 +16,7 @@ extern "C" {
 namespace velumar {
 
 // Blocks all other programs at the X server while it lives, so none can move the focus or change
-// the layout. Requests must go through the same display meanwhile.
+// the layout. Until then requests must go through the same display.
 class X11ServerGrab {
  public:
   explicit X11ServerGrab(Display* display) : display_(display) { XGrabServer(display_); }
