@@ -5,16 +5,11 @@
 
 namespace velumar {
 
-QtLoop::QtLoop() {
+void RunEventsUntil(const std::function<bool()>& done) {
   static int count = 1;
   static char name[] = "test";
   static char* arguments[] = {name, nullptr};
-  application_ = std::make_unique<QCoreApplication>(count, arguments);
-}
-
-QtLoop::~QtLoop() = default;
-
-void QtLoop::RunUntil(const std::function<bool()>& done) {
+  static const QCoreApplication application(count, arguments);
   const QDeadlineTimer patience(5000);
   while (!done() && !patience.hasExpired()) {
     QCoreApplication::processEvents(QEventLoop::AllEvents, 10);

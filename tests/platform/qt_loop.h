@@ -1,23 +1,10 @@
 #pragma once
 
 #include <functional>
-#include <memory>
-
-class QCoreApplication;
 
 namespace velumar {
 
-// The event loop of a program without windows.
-class QtLoop {
- public:
-  QtLoop();
-  ~QtLoop();
-
-  // Runs events until `done` holds, five seconds at most.
-  void RunUntil(const std::function<bool()>& done);
-
- private:
-  std::unique_ptr<QCoreApplication> application_;
-};
+// Runs the events of a program without windows until `done` holds, five seconds at most.
+void RunEventsUntil(const std::function<bool()>& done);
 
 }  // namespace velumar

@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/x_server.h"
+#include "platform/eventually.h"
 
 namespace velumar {
 
@@ -44,7 +44,7 @@ Window TypingTarget::Open(const Look& look) {
     XSelectInput(display_, window, KeyPressMask | StructureNotifyMask);
     fields_[window] = {XCreateIC(input_method_, XNInputStyle, XIMPreeditNothing | XIMStatusNothing,
                                  XNClientWindow, window, nullptr),
-                       "", look.closes_at_enter};
+                       ""};
     XMapWindow(display_, window);
     XFlush(display_);
   }
@@ -60,10 +60,6 @@ Window TypingTarget::Open(const Look& look) {
 
 void TypingTarget::Close(Window window) {
   const std::lock_guard lock(mutex_);
-  CloseLocked(window);
-}
-
-void TypingTarget::CloseLocked(Window window) {
   XDestroyIC(fields_.at(window).input);
   fields_.erase(window);
   XDestroyWindow(display_, window);
@@ -79,17 +75,13 @@ void TypingTarget::Iconify(Window window) {
 void TypingTarget::MoveToWorkspace(Window window, long workspace) {
   const std::lock_guard lock(mutex_);
   constexpr long kAsPager = 2;
-  AskRoot(window, "_NET_WM_DESKTOP", workspace, kAsPager);
-}
-
-void TypingTarget::AskRoot(Window window, const char* message, long first, long second) {
   XEvent event{};
   event.xclient.type = ClientMessage;
   event.xclient.window = window;
-  event.xclient.message_type = AtomOf(message);
+  event.xclient.message_type = AtomOf("_NET_WM_DESKTOP");
   event.xclient.format = 32;
-  event.xclient.data.l[0] = first;
-  event.xclient.data.l[1] = second;
+  event.xclient.data.l[0] = workspace;
+  event.xclient.data.l[1] = kAsPager;
   XSendEvent(display_, DefaultRootWindow(display_), False,
              SubstructureRedirectMask | SubstructureNotifyMask, &event);
   XFlush(display_);
@@ -147,7 +139,6 @@ void TypingTarget::HandleKey(XKeyEvent& key) {
   const std::string text = TextOf(field->second.input, key);
   field->second.typed += text;
   if (!text.empty() && on_key_) on_key_(text);
-  if (field->second.closes_at_enter && text == "<Return>") CloseLocked(key.window);
 }
 
 std::string TypingTarget::TextOf(XIC input, XKeyEvent& key) const {

@@ -20,7 +20,6 @@ class TypingTarget {
     std::string program_file = "editor";  // the window's class
     Window owner = 0;
     bool answers_pings = true;
-    bool closes_at_enter = false;
   };
 
   explicit TypingTarget(const std::string& display);
@@ -37,30 +36,27 @@ class TypingTarget {
   int Width(Window window);
 
   // Returns and clears what was typed: characters as they are, other keys as "<Return>", with "%"
-  // and
-  // "^" for Alt and Ctrl.
+  // and "^" for Alt and Ctrl.
   std::string TakeTyped(Window window);
   // A busy program reads no events.
   void SetBusy(bool busy) { busy_ = busy; }
-  // Called on the program's thread at each key, before the program answers a ping.
+  // Called on the program's thread at each key, before the program answers a ping. It may close
+  // windows.
   void SetOnKey(std::function<void(const std::string& key)> on_key);
 
  private:
   struct Field {
     XIC input;
     std::string typed;
-    bool closes_at_enter;
   };
 
-  void CloseLocked(Window window);
   void Run();
   void Handle(XEvent& event);
   void HandleKey(XKeyEvent& key);
   std::string TextOf(XIC input, XKeyEvent& key) const;
-  void AskRoot(Window window, const char* message, long first, long second);
   Atom AtomOf(const char* name) const { return XInternAtom(display_, name, False); }
 
-  std::mutex mutex_;  // all calls and fields below
+  std::recursive_mutex mutex_;  // all calls and fields below
   Display* display_;
   XIM input_method_;
   std::map<Window, Field> fields_;
