@@ -1,19 +1,15 @@
-#include "platform/qt_loop.h"
-
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 
 namespace velumar {
 
-void RunEventsUntil(const std::function<bool()>& done) {
+void ProcessEvents();
+
+void ProcessEvents() {
   static int count = 1;
   static char name[] = "test";
   static char* arguments[] = {name, nullptr};
   static const QCoreApplication application(count, arguments);
-  const QDeadlineTimer patience(5000);
-  while (!done() && !patience.hasExpired()) {
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-  }
+  QCoreApplication::processEvents();
 }
 
 }  // namespace velumar

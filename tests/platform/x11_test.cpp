@@ -33,10 +33,10 @@ TEST_F(X11, ListsWindowsFrontToBackAndBringsThemFromOtherWorkspaces) {
   EXPECT_EQ(Windows().OwnerOf(notes), WindowOwner::kOther);
   EXPECT_EQ(Windows().OwnerOf(chart), WindowOwner::kChartProgram);
   Windows().Maximize(chart);
-  EXPECT_TRUE(Eventually([&] { return Chart().Width(chart) == XServer::kWidth; }));
+  EXPECT_TRUE(Eventually([&] { return driver->Width(chart) == XServer::kWidth; }));
 
   ASSERT_TRUE(Windows().BringToFront("MetaStock"));
-  Chart().MoveToWorkspace(chart, 1);
+  driver->MoveToWorkspace(chart, 1);
   ASSERT_TRUE(Eventually([&] { return Keys().Send("b") == KeyOutcome::kNotSent; }));
   Chart().TakeTyped(chart);
   EXPECT_TRUE(Windows().BringToFront("MetaStock"));
@@ -58,7 +58,7 @@ TEST_F(X11, ARefreshBehindRaisesNothingAndWaitsForAnOpenMenu) {
   driver->GrabKeyboard(true);
   EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kNotSent);
   driver->GrabKeyboard(false);
-  Chart().Iconify(chart);
+  driver->Minimise(chart);
   ASSERT_TRUE(Eventually([&] { return !Windows().IsWindowVisible(chart); }));
   EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kNotSent);
   EXPECT_FALSE(Windows().IsWindowVisible(chart)) << "it stays minimised";

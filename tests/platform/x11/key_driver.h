@@ -9,7 +9,7 @@
 #include "platform/typing_target.h"
 #include "platform/x11/chart_desktop.h"
 #include "platform/x11/connection.h"
-#include "platform/x_server.h"
+#include "x_server.h"
 // The X library comes last, since it defines macros with common names.
 #include <X11/XKBlib.h>
 extern "C" {
@@ -51,7 +51,10 @@ class KeyDriver {
     })) << look.title;
     return window;
   }
-  void Minimise(WindowId window) { programs_.at(window)->Iconify(window); }
+  void Minimise(WindowId window) {
+    xdo_minimize_window(user_, window);
+    XSync(user_->xdpy, False);
+  }
   std::string Taken(WindowId window) { return programs_.at(window)->TakeTyped(window); }
   // The chart program reads no keys while it is busy.
   void SetBusy(WindowId, bool busy) { chart.SetBusy(busy); }
@@ -60,6 +63,15 @@ class KeyDriver {
   void HoldShift(bool down) {
     (down ? xdo_send_keysequence_window_down : xdo_send_keysequence_window_up)(user_, CURRENTWINDOW,
                                                                                "Shift_R", 0);
+  }
+  void MoveToWorkspace(Window window, long workspace) {
+    xdo_set_desktop_for_window(user_, window, workspace);
+    XSync(user_->xdpy, False);
+  }
+  unsigned Width(Window window) const {
+    unsigned width = 0;
+    xdo_get_window_size(user_, window, &width, nullptr);
+    return width;
   }
   // As a program with an open menu.
   void GrabKeyboard(bool grab) {
