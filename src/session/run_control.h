@@ -51,7 +51,7 @@ class RunControl {
   bool Feeding() const { return feeding_; }
 
  private:
-  // Shows a run whether a later one has begun.
+  // Used by a run to see that a later one has begun.
   using RunNumber = std::uint32_t;
 
   RunNumber NewRun();

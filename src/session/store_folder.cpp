@@ -91,7 +91,7 @@ void RequirePlace(const fs::path& store, const fs::path& data) {
   }
   if (below > 1) {
     Refuse(
-        store, "it lies deep inside the market data directory " + Quoted(data),
+        store, "it is deep inside the market data directory " + Quoted(data),
         "Restart Velumar with that directory, or choose a store directly inside it or outside it.");
   }
   if (LevelsBelow(data, store) > 0) {

@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -8,7 +9,6 @@
 namespace velumar {
 namespace {
 
-using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -39,25 +39,17 @@ std::vector<std::string> Pages(const std::string& file) {
   return pages;
 }
 
-TEST(Chart, IsDrawnToEveryFileType) {
+TEST(Chart, IsDrawnToAFileOrRefused) {
   Sandbox box;
   const std::string ledger = LedgerOf(box, 3, "ABC");
-  for (const std::string ending : {"png", "bmp", "svg", "pdf"}) {
-    const std::string out = box.At("chart." + ending);
-    const auto answer = box.Run({"chart", ledger, "--out", out, "--type", "3D Step"});
-    if (ending == "svg" && answer.code != 0) {  // Qt may lack its SVG module
-      EXPECT_THAT(answer.err, HasSubstr(".bmp"));
-      continue;
-    }
-    EXPECT_EQ(answer.code, 0) << answer.err;
-    EXPECT_TRUE(std::filesystem::exists(out)) << out;
+  const std::string out = box.At("chart.pdf");
+  for (const auto& [option, value, why] :
+       {std::array{"--type", "4D", "4D"}, {"--run", "99", "no archived run has the number 99"}}) {
+    EXPECT_THAT(box.Run({"chart", ledger, "--out", out, option, value}).err, HasSubstr(why));
+    EXPECT_FALSE(std::filesystem::exists(out));
   }
-  const std::string nothing = box.At("nothing.png");
-  const auto unknown = box.Run({"chart", ledger, "--out", nothing, "--run", "99"});
-  EXPECT_EQ(unknown.code, 1);
-  EXPECT_THAT(unknown.err, HasSubstr("no archived run has the number 99"));
-  EXPECT_THAT(box.Run({"chart", ledger, "--out", nothing, "--type", "4D"}).err, HasSubstr("4D"));
-  EXPECT_FALSE(std::filesystem::exists(nothing));
+  EXPECT_EQ(box.Run({"chart", ledger, "--out", out, "--type", "3D Step"}).code, 0);
+  EXPECT_TRUE(ReadFile(out).starts_with("%PDF"));
 }
 
 TEST(Report, HasEveryOrderOnceAndHeadingsOnEveryPage) {
@@ -90,14 +82,11 @@ TEST(Report, HasEveryOrderOnceAndHeadingsOnEveryPage) {
       EXPECT_EQ(all.find(price, place + 1), std::string::npos) << price;
     }
   }
-  const auto nowhere = box.Run({"report", box.At("1.mdb"), "--out", "/nowhere/x.pdf"});
-  EXPECT_EQ(nowhere.code, 1);
-  EXPECT_THAT(nowhere.err, HasSubstr("/nowhere/x.pdf"));
-  const auto text = box.Run({"report", box.At("1.mdb"), "--out", box.At("r.txt")});
-  EXPECT_EQ(text.code, 1);
-  EXPECT_THAT(text.err, AllOf(HasSubstr("r.txt"), HasSubstr(".pdf")));
-  EXPECT_THAT(box.Run({"report", box.At("1.mdb"), "--out", box.At("r.pdf"), "--run", "7"}).err,
-              HasSubstr("7"));
+  for (const std::string& file : {std::string("/nowhere/x.pdf"), box.At("r.txt")}) {
+    const auto refused = box.Run({"report", box.At("1.mdb"), "--out", file});
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_THAT(refused.err, HasSubstr(file));
+  }
 }
 
 }  // namespace

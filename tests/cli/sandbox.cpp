@@ -6,10 +6,8 @@
 
 namespace velumar {
 
-namespace fs = std::filesystem;
-
 std::string Sandbox::File(const std::string& name, const std::string& text) const {
-  fs::create_directories(fs::path(At(name)).parent_path());
+  std::filesystem::create_directories(std::filesystem::path(At(name)).parent_path());
   WriteFile(At(name), text);
   return At(name);
 }
@@ -22,15 +20,6 @@ std::string Sandbox::ImportDays(const std::string& directory, const std::string&
   }
   EXPECT_EQ(Run({"import", File("ABC_D.csv", csv), At(directory)}).code, 0);
   return At(directory);
-}
-
-std::map<std::string, std::string> Sandbox::Files() const {
-  std::map<std::string, std::string> files;
-  for (const auto& entry : fs::recursive_directory_iterator(folder_.Path())) {
-    if (!entry.is_regular_file() || entry.path().extension() == ".lock") continue;
-    files[entry.path().string()] = ReadFile(entry.path());
-  }
-  return files;
 }
 
 std::vector<std::string> Sandbox::Answer::Lines() const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -20,8 +19,6 @@ class Sandbox {
   // Imports daily bars of "ABC" into a directory and returns its path: 28 days from 2000-01-01,
   // closes 101 and up, plus `fraction`.
   std::string ImportDays(const std::string& directory, const std::string& fraction = "");
-  // The bytes of all files in the sandbox, without locks.
-  std::map<std::string, std::string> Files() const;
 
   struct Answer {
     int code = -1;

@@ -19,7 +19,17 @@ constexpr const char* kOddName = kPosixFiles ? "a%20 ?#.mdb" : "a%20 #.mdb";
 class LedgerTest : public testing::Test {
  protected:
   static LedgerConnection Connection() {
-    return LedgerConnection([](std::string_view iso) { return "<" + std::string(iso) + ">"; });
+    return LedgerConnection([](std::string_view iso) { return std::string(iso); });
+  }
+  static LedgerConnection Opened(const std::string& file) {
+    LedgerConnection ledger = Connection();
+    LedgerOpen(ledger, file);
+    return ledger;
+  }
+  static LedgerConnection Reader(const std::string& file) {
+    LedgerConnection ledger = Connection();
+    LedgerOpenToRead(ledger, file);
+    return ledger;
   }
   static void AddRow(LedgerConnection& ledger) {
     LedgerInsertOrder(ledger, std::vector<LedgerValue>(22, 0.0), {});
@@ -30,12 +40,11 @@ class LedgerTest : public testing::Test {
   // Neither reads nor writes the ledger of a folder, and changes no file there.
   static void ExpectRefused(const ScratchFolder& folder, const std::string& why) {
     const auto before = FilesOf(folder.Path().string());
-    LedgerConnection ledger = Connection();
-    LedgerOpen(ledger, folder.Sub("l.mdb"));
+    LedgerConnection ledger = Opened(folder.Sub("l.mdb"));
     EXPECT_THAT(ledger.WhyNot(), AllOf(HasSubstr(folder.Sub("l.mdb")), HasSubstr(why)));
     EXPECT_THROW(AddRow(ledger), LedgerError);
     EXPECT_THROW(Rows(ledger), LedgerError) << why;
-    EXPECT_THROW(LedgerOpenToRead(ledger, folder.Sub("l.mdb")), LedgerError) << why;
+    EXPECT_THROW(Reader(folder.Sub("l.mdb")), LedgerError) << why;
     EXPECT_EQ(FilesOf(folder.Path().string()), before) << why;
   }
   ScratchFolder scratch;
@@ -43,22 +52,17 @@ class LedgerTest : public testing::Test {
 };
 
 TEST_F(LedgerTest, OlderFilesGetTheColumnsOfWipedHoldings) {
-  {
-    LedgerConnection ledger = Connection();
-    LedgerOpen(ledger, file);
-  }
+  Opened(file);
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
       .Execute(
           "ALTER TABLE Wiped DROP Place; ALTER TABLE Wiped DROP BarDate; ALTER TABLE Wiped DROP "
           "BarTime; ALTER TABLE Wiped DROP MarketPrice; INSERT INTO Wiped (Held) VALUES (1)");
   for (double held = 2; held <= 3; ++held) {
-    LedgerConnection ledger = Connection();
-    LedgerOpen(ledger, file);
+    LedgerConnection ledger = Opened(file);
     AddRow(ledger);
     LedgerNoteWiped(ledger, {"Offset Long", held, 99, "2007-01-26", "16:30:00", 98}, {9, 0, 5, 6});
   }
-  LedgerConnection ledger = Connection();
-  LedgerOpenToRead(ledger, file);
+  LedgerConnection ledger = Reader(file);
   const LedgerRecordset wiped = LedgerQuery(ledger, "select Place, Held, BarDate From Wiped");
   using Values = std::vector<LedgerValue>;
   EXPECT_EQ(wiped.rows, (std::vector<Values>{
@@ -72,13 +76,11 @@ TEST_F(LedgerTest, OneProgramOwnsALedgerWhicheverLinkLeadsToIt) {
   if (refused) GTEST_SKIP() << "no symbolic links: " << refused.message();
   fs::create_directory_symlink("deep", scratch.Path() / "folder");
   fs::create_symlink("folder/link.mdb", file);  // leads to no file yet
-  LedgerConnection first = Connection();
-  LedgerOpen(first, file);
+  LedgerConnection first = Opened(file);
   ASSERT_TRUE(first.CanWrite()) << first.WhyNot();
   AddRow(first);
   for (const char* name : {"Portfolio.mdb", "folder/real.mdb", "deep/../deep/link.mdb"}) {
-    LedgerConnection second = Connection();
-    LedgerOpen(second, scratch.Sub(name));
+    LedgerConnection second = Opened(scratch.Sub(name));
     EXPECT_THAT(second.WhyNot(), HasSubstr("in use"));
     EXPECT_EQ(Rows(second), 1U);
     EXPECT_THROW(LedgerBeginRun(second, {}), LedgerError);
@@ -127,8 +129,7 @@ TEST_F(LedgerTest, ARowThatWouldBeLostIsRefused) {
   for (const Case& one : cases) {
     for (const auto& entry : fs::directory_iterator(scratch.Path())) fs::remove_all(entry);
     fs::create_directory(scratch.Sub("home"));
-    LedgerConnection ledger = Connection();
-    LedgerOpen(ledger, file);
+    LedgerConnection ledger = Opened(file);
     AddRow(ledger);
     AddRow(ledger);
     one.harm();
@@ -137,16 +138,14 @@ TEST_F(LedgerTest, ARowThatWouldBeLostIsRefused) {
         << one.what;
     LedgerClose(ledger);
     if (one.rows_in.empty()) continue;
-    LedgerOpenToRead(ledger, one.rows_in);
-    EXPECT_EQ(Rows(ledger), 2U) << one.what;
     LedgerOpen(ledger, one.rows_in);
+    EXPECT_EQ(Rows(ledger), 2U) << one.what;
     EXPECT_NO_THROW(AddRow(ledger)) << one.what << ledger.WhyNot();
   }
 }
 
 TEST_F(LedgerTest, ACheckpointByAnotherProgramIsHarmless) {
-  LedgerConnection ledger = Connection();
-  LedgerOpen(ledger, file);
+  LedgerConnection ledger = Opened(file);
   AddRow(ledger);
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate).Execute("PRAGMA wal_checkpoint(TRUNCATE)");
   for (int i = 2; i <= 300; ++i) AddRow(ledger);
@@ -156,8 +155,7 @@ TEST_F(LedgerTest, ACheckpointByAnotherProgramIsHarmless) {
 
 // The last statement of the transaction fails: a value is too long.
 TEST_F(LedgerTest, ARunStartsCompletelyOrNotAtAll) {
-  LedgerConnection ledger = Connection();
-  LedgerOpen(ledger, file);
+  LedgerConnection ledger = Opened(file);
   LedgerBeginRun(ledger, {});
   AddRow(ledger);
   LedgerRun refused;
@@ -171,20 +169,18 @@ TEST_F(LedgerTest, ARunStartsCompletelyOrNotAtAll) {
   LedgerBeginRun(ledger, {});  // the second had no orders
   AddRow(ledger);
   LedgerDeleteAll(ledger, kPortfolioTable);
-  EXPECT_EQ(LedgerQuery(ledger, "select * From MyPortfolio", 1).rows.size(), 1U);
-  EXPECT_TRUE(LedgerQuery(ledger, "select * From MyPortfolio", 2).Empty());
-  EXPECT_EQ(LedgerQuery(ledger, "select * From MyPortfolio", 3).rows.size(), 1U);
+  for (const auto& [run, rows] : {std::pair(1, 1U), {2, 0U}, {3, 1U}}) {
+    EXPECT_EQ(LedgerQuery(ledger, "select * From MyPortfolio", run).rows.size(), rows) << run;
+  }
 }
 
 // The log has rows of a file that was moved without it. Creating a new file would delete it.
 TEST_F(LedgerTest, ALogWithoutItsFileIsNotDeleted) {
-  LedgerConnection ledger = Connection();
-  LedgerOpen(ledger, file);
+  LedgerConnection ledger = Opened(file);
   AddRow(ledger);
   const std::string copy = scratch.Sub("copy.mdb");
   fs::copy_file(file + "-wal", copy + "-wal");
-  LedgerConnection other = Connection();
-  LedgerOpen(other, copy);
+  LedgerConnection other = Opened(copy);
   EXPECT_THAT(other.WhyNot(), HasSubstr("copy.mdb-wal"));
   EXPECT_FALSE(fs::exists(copy));
   EXPECT_TRUE(fs::exists(copy + "-wal"));
@@ -193,8 +189,7 @@ TEST_F(LedgerTest, ALogWithoutItsFileIsNotDeleted) {
 // After a clean exit, after a crash, and after a crash whose files were copied without the log's
 // index.
 TEST_F(LedgerTest, ReadingLeavesNoTrace) {
-  LedgerConnection ledger = Connection();
-  LedgerOpen(ledger, file);
+  LedgerConnection ledger = Opened(file);
   AddRow(ledger);
   for (const auto& [folder, suffixes] :
        {std::pair("crashed", std::vector<std::string>{"", "-wal", "-shm"}),
@@ -211,27 +206,21 @@ TEST_F(LedgerTest, ReadingLeavesNoTrace) {
   for (const std::string folder : {"crashed", "bare", "closed"}) {
     const auto before = FilesOf(scratch.Sub(folder));
     for (int i = 0; i < 2; ++i) {
-      LedgerConnection reader = Connection();
-      LedgerOpenToRead(reader, scratch.Sub(folder + "/" + kOddName));
+      LedgerConnection reader = Reader(scratch.Sub(folder + "/" + kOddName));
       EXPECT_EQ(Rows(reader), 1U) << folder;
       EXPECT_FALSE(reader.CanWrite());
     }
     EXPECT_EQ(FilesOf(scratch.Sub(folder)), before) << folder;
-    LedgerConnection writer = Connection();
-    LedgerOpen(writer, scratch.Sub(folder + "/" + kOddName));
+    LedgerConnection writer = Opened(scratch.Sub(folder + "/" + kOddName));
     AddRow(writer);
     EXPECT_EQ(Rows(writer), 2U) << folder;
   }
 }
 
 TEST_F(LedgerTest, ARowIsFlushedAndReadersSeeItAtOnce) {
-  LedgerConnection writer = Connection();
-  LedgerOpen(writer, file);
-  LedgerClose(writer);
-  LedgerConnection reader = Connection();
-  LedgerOpenToRead(reader, file);
-  EXPECT_EQ(Rows(reader), 0U);
-  LedgerOpen(writer, file);
+  Opened(file);
+  LedgerConnection reader = Reader(file);
+  LedgerConnection writer = Opened(file);
   constexpr double kFull = 2;
   EXPECT_EQ(writer.ForWriting().FirstValue("PRAGMA synchronous"), LedgerValue(kFull));
   for (std::size_t rows = 1; rows <= 2; ++rows) {
@@ -256,10 +245,7 @@ TEST_F(LedgerTest, AFileOfAnotherProgramIsNotChanged) {
     for (const bool crashed : {false, true}) {
       const ScratchFolder made;
       const ScratchFolder folder;
-      {
-        LedgerConnection ledger = Connection();
-        LedgerOpen(ledger, made.Sub("l.mdb"));
-      }
+      Opened(made.Sub("l.mdb"));
       SqliteDatabase database(made.Sub("l.mdb"), SqliteDatabase::Mode::kCreate);
       database.Execute(harm);
       if (!crashed) database.Execute("PRAGMA wal_checkpoint(TRUNCATE)");

@@ -8,48 +8,34 @@
 namespace velumar {
 namespace {
 
-constexpr RegistryRoot kCurrentUser = RegistryRoot::kCurrentUser;
-
-std::string Text(Registry& registry, const std::string& sub_key, std::string_view name) {
+std::string ProgramPath(Registry& registry, const std::string& version) {
   RegistryKey key = 0;
-  if (registry.OpenKey(kCurrentUser, sub_key, Registry::kRead, key) != 0) return "no key";
   RegistryType type{};
-  std::string text;
-  const long code = registry.QueryValue(key, name, type, text);
+  std::string text = "none";
+  registry.OpenKey(RegistryRoot::kCurrentUser,
+                   "Software\\Equis\\Common\\" + version + "\\File Paths", Registry::kRead, key);
+  registry.QueryValue(key, "ProgramPath", type, text);
   registry.CloseKey(key);
-  return code == 0 ? text : "no value";
+  return text;
 }
 
-TEST(ChartProgramKeys, AreWrittenOnceAndFollowTheProgramFolder) {
+TEST(ChartProgramKeys, FollowTheProgramsFolderAndVersion) {
   const ScratchFolder folder;
-  const std::string paths = "Software\\Equis\\Common\\8.0\\File Paths";
   FileRegistry registry(folder / "registry");
   EnsureChartProgramKeys(registry, "/first");
-  EXPECT_EQ(Text(registry, paths, "ProgramPath"), "/first");
+  EXPECT_EQ(ProgramPath(registry, "8.0"), "/first");
   // The program has moved: the first folder doesn't contain it.
-  EnsureChartProgramKeys(registry, "/second");
-  EXPECT_EQ(Text(registry, paths, "ProgramPath"), "/second");
-  // A folder with the program stays.
+  EnsureChartProgramKeys(registry, folder.Text());
+  EXPECT_EQ(ProgramPath(registry, "8.0"), folder.Text());
   WriteFile(folder / "MSWIN.EXE", "");
-  const std::string chosen = folder.Path().string();
-  RegistryKey key = 0;
-  ASSERT_EQ(registry.OpenKey(kCurrentUser, paths, Registry::kWrite, key), 0);
-  ASSERT_EQ(registry.SetValue(key, "ProgramPath", RegistryType::kString, chosen), 0);
   EnsureChartProgramKeys(registry, "/third");
-  EXPECT_EQ(Text(registry, paths, "ProgramPath"), chosen);
-}
+  EXPECT_EQ(ProgramPath(registry, "8.0"), folder.Text()) << "a folder with the program stays";
 
-TEST(ChartProgramKeys, AreThoseOfAnInstalledNewerVersion) {
-  const ScratchFolder folder;
-  FileRegistry registry(folder / "registry");
-  ASSERT_EQ(registry.CreateKey(RegistryRoot::kLocalMachine,
-                               "SOFTWARE\\Equis International\\MetaStock Professional\\9.0"),
-            0);
+  registry.CreateKey(RegistryRoot::kLocalMachine,
+                     "SOFTWARE\\Equis International\\MetaStock Professional\\9.0");
   EnsureChartProgramKeys(registry, "/nine");
-  EXPECT_EQ(Text(registry, "Software\\Equis\\Common\\9.0\\File Paths", "ProgramPath"), "/nine");
-  EXPECT_EQ(Text(registry, "Software\\Equis\\Common\\8.0\\File Paths", "ProgramPath"), "no key");
-  WriteFile(folder / "file", "");
-  FileRegistry unwritable(folder / "file/registry");
+  EXPECT_EQ(ProgramPath(registry, "9.0"), "/nine");
+  FileRegistry unwritable(folder / "MSWIN.EXE/registry");
   EXPECT_THROW(EnsureChartProgramKeys(unwritable, "/x"), std::runtime_error);
 }
 

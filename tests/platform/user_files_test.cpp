@@ -1,7 +1,8 @@
 #include "platform/user_files.h"
 
+#include "platform/file_lock.h"
 #include "support/scratch_folder.h"
-#include "user_tree.h"
+#include "system_driver.h"
 
 namespace velumar {
 namespace {
@@ -9,39 +10,55 @@ namespace {
 namespace fs = std::filesystem;
 
 struct UserFiles : testing::Test {
-  void Install() {
-    fs::create_directories(tree.program);
-    fs::create_directories(tree.shared_samples);
-    WriteFile(tree.shared_samples / "MASTER", "shared");
+  UserFiles() { SetHome(own.parent_path()); }
+  void Install() const {
+    fs::create_directories(program);
+    fs::create_directories(folder / kSharedSamples);
+    WriteFile(folder / kSharedSamples / "MASTER", "shared");
   }
 
   ScratchFolder folder;
-  UserTree tree{folder.Path()};
+  const fs::path program = folder / kProgramFolder;
+  const fs::path own = folder / kOwnFolder;
 };
 
 TEST_F(UserFiles, AProgramInItsBuildFolderKeepsEverythingThere) {
-  fs::create_directories(tree.program / "samples");
-  EXPECT_EQ(SampleDirectory(tree.program), tree.program / "samples");
-  EXPECT_EQ(LedgerFile(tree.program), tree.program / "Portfolio.mdb");
-  EXPECT_FALSE(fs::exists(tree.own));
+  fs::create_directories(program / "samples");
+  EXPECT_EQ(SampleDirectory(program), program / "samples");
+  EXPECT_EQ(LedgerFile(program), program / "Portfolio.mdb");
+  EXPECT_FALSE(fs::exists(own));
 }
 
 TEST_F(UserFiles, AnInstalledProgramGivesEachUserOwnSamplesAndLedger) {
   Install();
   // Even if the user may write to the program's folder, as the administrator may.
-  EXPECT_EQ(LedgerFile(tree.program), tree.own / "Portfolio.mdb");
-  EXPECT_EQ(SampleDirectory(tree.program), tree.own / "samples");
-  EXPECT_EQ(ReadFile(tree.own / "samples" / "MASTER"), "shared");
-
-  WriteFile(tree.own / "samples" / "MASTER", "with an import");
-  EXPECT_EQ(SampleDirectory(tree.program), tree.own / "samples");
-  EXPECT_EQ(ReadFile(tree.own / "samples" / "MASTER"), "with an import");
+  EXPECT_EQ(LedgerFile(program), own / "Portfolio.mdb");
+  EXPECT_EQ(SampleDirectory(program), own / "samples");
+  EXPECT_EQ(ReadFile(own / "samples" / "MASTER"), "shared");
+  WriteFile(own / "samples" / "MASTER", "with an import");
+  EXPECT_EQ(SampleDirectory(program), own / "samples");
+  EXPECT_EQ(ReadFile(own / "samples" / "MASTER"), "with an import");
 }
 
 TEST_F(UserFiles, ReportsACopyThatFails) {
   Install();
-  WriteFile(tree.own.parent_path(), "a file where the folder should be");
-  EXPECT_THROW(SampleDirectory(tree.program), fs::filesystem_error);
+  WriteFile(own.parent_path(), "a file where the folder should be");
+  EXPECT_THROW(SampleDirectory(program), fs::filesystem_error);
+}
+
+TEST(FileLock, IsHeldByOneObjectUntilItEnds) {
+  using State = FileLock::State;
+  const ScratchFolder folder;
+  const auto file = folder / "running";
+  WriteFile(file, "left by another machine");
+  FileLock first(file);
+  EXPECT_EQ(first.Held(), State::kHeld);
+  EXPECT_EQ(FileLock(file).Held(), State::kHeldByAnother);
+  first.Remove();
+  EXPECT_FALSE(fs::exists(file));
+  EXPECT_EQ(FileLock(file).Held(), State::kHeld);
+  EXPECT_TRUE(fs::exists(file)) << "only Remove deletes it";
+  EXPECT_EQ(FileLock(folder.Path()).Held(), State::kImpossible);
 }
 
 }  // namespace

@@ -1,67 +1,57 @@
+// What only Windows has: two views of the registry, quoted arguments, waits for messages, held
+// keys.
 #include <windows.h>
 // Needs the names of windows.h.
 #include <shellapi.h>
 
 #include <chrono>
-#include <stdexcept>
-#include <system_error>
 #include <thread>
 
 #include "base/whole_file.h"
 #include "base/windows_text.h"
+#include "platform/key_fixture.h"
+#include "platform/key_notation.h"
+#include "platform/windows/held_keys.h"
 #include "platform/windows/programs.h"
 #include "platform/windows/waits.h"
-#include "registry_driver.h"
 #include "support/scratch_folder.h"
+#include "system_driver.h"
 
 namespace velumar {
 namespace {
 
-using ::testing::HasSubstr;
 using std::chrono_literals::operator""ms;
+
+constexpr const char* kHost = KeyDriver::kHost;
 
 // 32-bit chart programs look there.
 TEST(SystemRegistry, StoresValuesForAllUsersInThe32BitView) {
   constexpr RegistryRoot kAll = RegistryRoot::kLocalMachine;
-  constexpr const wchar_t* kName = L"Software\\VelumarTest";
   SystemRegistry registry;
-  RegistryKey key = 0;
   const auto opens = [](REGSAM view) {
     HKEY native = nullptr;
-    if (::RegOpenKeyExW(HKEY_LOCAL_MACHINE, kName, 0, KEY_READ | view, &native) != 0) return false;
+    const long code =
+        ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\VelumarTest", 0, KEY_READ | view, &native);
     ::RegCloseKey(native);
-    return true;
+    return code == 0;
   };
   if (registry.CreateKey(kAll, RegistryDriver::kRoot) == 5)
     GTEST_SKIP() << "only for administrators";
   EXPECT_TRUE(opens(KEY_WOW64_32KEY));
   EXPECT_FALSE(opens(KEY_WOW64_64KEY));
-  EXPECT_EQ(registry.OpenKey(kAll, RegistryDriver::kRoot, Registry::kRead, key), 0);
-  registry.CloseKey(key);
   EXPECT_EQ(registry.DeleteKey(kAll, RegistryDriver::kRoot), 0);
   EXPECT_FALSE(opens(KEY_WOW64_32KEY));
 }
 
-TEST(WholeFile, IsReplacedCompletelyOrNotAtAll) {
+TEST(WholeFile, ReadsNoDeviceAndReplacesNoReadOnlyFile) {
   const ScratchFolder folder;
   const auto file = folder / "settings";
-  constexpr std::size_t kLimit = 7;
-  ReplaceWholeFile(file, "one");
-  ReplaceWholeFile(file, "three\r\n");
-  EXPECT_EQ(ReadWholeFile(file, kLimit), "three\r\n");
-  EXPECT_THROW(ReadWholeFile(file, kLimit - 1), FileError);
-  EXPECT_THROW(ReadWholeFile("NUL", kLimit), FileError);
-  try {
-    ReadWholeFile(folder / "none", kLimit);
-    ADD_FAILURE();
-  } catch (const std::system_error& error) {
-    EXPECT_EQ(error.code(), std::errc::no_such_file_or_directory);
-    EXPECT_THAT(error.what(), HasSubstr("none can't be read"));
-  }
+  WriteFile(file, "old");
+  EXPECT_THROW(ReadWholeFile("NUL", 9), FileError);
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
   EXPECT_THROW(ReplaceWholeFile(file, "no"), FileError);
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
-  EXPECT_EQ(ReadWholeFile(file, kLimit), "three\r\n");
+  EXPECT_EQ(ReadWholeFile(file, 9), "old");
 }
 
 TEST(WaitableTimer, IsNeverEarlyAndHandlesMessages) {
@@ -75,21 +65,18 @@ TEST(WaitableTimer, IsNeverEarlyAndHandlesMessages) {
     }
   };
   std::jthread other([thread] {
-    for (int i = 0; i < 5; ++i) {
-      std::this_thread::sleep_for(10ms);
-      ::PostThreadMessageW(thread, WM_APP, 0, 0);
-    }
+    std::this_thread::sleep_for(10ms);
+    ::PostThreadMessageW(thread, WM_APP, 0, 0);
   });
   const auto start = std::chrono::steady_clock::now();
+  const auto passed = [&] { return std::chrono::steady_clock::now() - start; };
   WaitableTimer(200ms).Wait(handle, [] { return true; });
-  const auto time = std::chrono::steady_clock::now() - start;
-  EXPECT_GE(time, 198ms);
-  EXPECT_LT(time, 2000ms);
-  EXPECT_EQ(seen, 5);
+  EXPECT_GE(passed(), 198ms);
+  EXPECT_LT(passed(), 2000ms);
+  EXPECT_EQ(seen, 1);
   ::PostThreadMessageW(thread, WM_APP, 0, 0);
-  WaitableTimer(30000ms).Wait(handle, [&] { return seen == 5; });
-  EXPECT_LT(std::chrono::steady_clock::now() - start, 5000ms)
-      << "a wait that is no longer wanted ends";
+  WaitableTimer(30000ms).Wait(handle, [&] { return seen == 1; });
+  EXPECT_LT(passed(), 5000ms) << "a wait that is no longer wanted ends";
 }
 
 TEST(SystemPrograms, QuotesArguments) {
@@ -104,6 +91,52 @@ TEST(SystemPrograms, QuotesArguments) {
   for (int i = 1; i < count; ++i) back.push_back(Utf8Text(words[i]));
   ::LocalFree(words);
   EXPECT_EQ(back, arguments);
+}
+
+using WindowsKeys = KeyFixture;
+
+TEST_F(WindowsKeys, HeldKeysAreDroppedForAnotherWindow) {
+  const WindowId other = driver->OpenOther("VelumarTestOther");
+  const HWND meant = ::GetForegroundWindow();
+  const WindowId chart = driver->OpenChart(kHost);
+  {
+    const HeldKeys held(meant);
+    const std::jthread person([this] { driver->PressL(); });
+    WaitServingOthers(200ms);
+  }
+  std::this_thread::sleep_for(500ms);
+  EXPECT_EQ(driver->Taken(chart) + driver->Taken(other), "");
+}
+
+TEST_F(WindowsKeys, FindsTheFileDialogByClassAndTitle) {
+  const HWND dialog = ::CreateWindowExW(0, L"#32770", L"VelumarTestOpen", WS_POPUP, 0, 0, 10, 10,
+                                        nullptr, nullptr, ::GetModuleHandleW(nullptr), nullptr);
+  EXPECT_FALSE(Windows().DialogExists("#32770", "VelumarTestOpen")) << "another program's";
+  driver->OpenChart(kHost);
+  EXPECT_TRUE(Windows().DialogExists("#32770", "VelumarTestOpen"));
+  EXPECT_FALSE(Windows().DialogExists("#32770", "VelumarTestOther"));
+  EXPECT_FALSE(Windows().DialogExists("STATIC", "VelumarTestOpen"));
+  ::DestroyWindow(dialog);
+}
+
+TEST_F(WindowsKeys, SendsTextsCompletelyAndInOrder) {
+  const WindowId chart = driver->OpenChart(kHost);
+  driver->Taken(chart);
+  const std::string text =
+      "Z:\\B\xC3\xB6rse (100%)\\{a}~+^ \xE2\x82\xAC \xD0\x96\xF0\x9F\x93\x88 Zz";
+  EXPECT_EQ(Keys().Send(EscapedKeys(text)), KeyOutcome::kAccepted);
+  EXPECT_EQ(Taken(chart, text.size()), text);
+}
+
+TEST_F(WindowsKeys, AShortcutWithoutAKeyIsNotSentAsACharacter) {
+  const WindowId chart = driver->OpenChart(kHost);
+  driver->Taken(chart);
+  EXPECT_EQ(Keys().Send("a%\xD0\x96"
+                        "b"),
+            KeyOutcome::kNotSent);
+  EXPECT_EQ(Taken(chart, 1), "a");
+  EXPECT_EQ(Keys().Send("b"), KeyOutcome::kAccepted);
+  EXPECT_EQ(Taken(chart, 1), "b") << "and nothing stays pressed";
 }
 
 }  // namespace

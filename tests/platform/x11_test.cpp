@@ -1,7 +1,7 @@
 // What only X displays have: workspaces, owners of dialogs, keyboard layouts.
 #include <stdexcept>
 
-#include "key_driver.h"
+#include "platform/key_fixture.h"
 #include "platform/key_notation.h"
 
 // libxdo leaks 72 bytes of the keyboard's description at each xdo_new.
@@ -17,91 +17,69 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 const TypingTarget::Look kChart{.title = "MetaStock"};
+const TypingTarget::Look kNotes{.title = "Notes"};
 
-template <bool kWindowManager>
-struct OnDisplay : ::testing::Test {
-  static void SetUpTestSuite() {
-    if (XServer::Installed()) server.emplace(kWindowManager);
-  }
-  static void TearDownTestSuite() { server.reset(); }
-
-  void SetUp() override {
-    if (!server) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
-    driver.emplace(server->Display());
-  }
-  ChartWindows& Windows() { return driver->Windows(); }
-  KeySender& Keys() { return driver->Keys(); }
+struct X11 : KeyFixture {
+  Window OpenChart(const TypingTarget::Look& look) { return driver->OpenInFront(Chart(), look); }
+  Window OpenOther(const TypingTarget::Look& look) { return driver->OpenInFront(Editor(), look); }
   TypingTarget& Chart() { return driver->chart; }
   TypingTarget& Editor() { return driver->editor; }
-
-  static inline std::optional<XServer> server;
-  std::optional<KeyDriver> driver;
 };
 
-using X11 = OnDisplay<true>;
-// Window managers are slow to notice a new keyboard layout.
-using X11WithoutWindowManager = OnDisplay<false>;
-
-TEST_F(X11, ListsWindowsFrontToBack) {
-  const Window chart = driver->OpenInFront(Chart(), {.title = "MetaStock Börse"});
-  const Window notes = driver->OpenInFront(Editor(), {.title = "Notes"});
+TEST_F(X11, ListsWindowsFrontToBackAndBringsThemFromOtherWorkspaces) {
+  const Window chart = OpenChart(kChart);
+  const Window notes = OpenOther(kNotes);
   EXPECT_THAT(Windows().TopLevelWindows(), ElementsAre(notes, chart));
-  EXPECT_EQ(Windows().WindowTitle(chart), "MetaStock Börse");
   EXPECT_EQ(Windows().OwnerOf(notes), WindowOwner::kOther);
   EXPECT_EQ(Windows().OwnerOf(chart), WindowOwner::kChartProgram);
   Windows().Maximize(chart);
-  EXPECT_TRUE(Eventually([&] { return Chart().Width(chart) == XServer::kWidth; }));
-  Chart().Close(chart);
-  EXPECT_TRUE(Eventually([&] { return Windows().WindowTitle(chart).empty(); }));
-  EXPECT_FALSE(Windows().IsWindowVisible(chart));
-  EXPECT_FALSE(Windows().GiveFocus(chart));
-  Windows().Maximize(chart);
-}
+  EXPECT_TRUE(Eventually([&] { return driver->Width(chart) == XServer::kWidth; }));
 
-TEST_F(X11, BringsTheChartFromAnotherWorkspace) {
-  const Window chart = driver->OpenInFront(Chart(), kChart);
-  Chart().MoveToWorkspace(chart, 1);
+  ASSERT_TRUE(Windows().BringToFront("MetaStock"));
+  driver->MoveToWorkspace(chart, 1);
   ASSERT_TRUE(Eventually([&] { return Keys().Send("b") == KeyOutcome::kNotSent; }));
   Chart().TakeTyped(chart);
   EXPECT_TRUE(Windows().BringToFront("MetaStock"));
   EXPECT_EQ(Keys().Send("c"), KeyOutcome::kAccepted);
   EXPECT_EQ(Chart().TakeTyped(chart), "c");
+
+  Chart().Close(chart);
+  EXPECT_TRUE(Eventually([&] { return Windows().WindowTitle(chart).empty(); }));
+  EXPECT_FALSE(Windows().GiveFocus(chart));
+  Windows().Maximize(chart);
 }
 
 TEST_F(X11, ARefreshInTheBackgroundRaisesNothingAndWaitsForAnOpenMenu) {
-  const Window chart = driver->OpenInFront(Chart(), kChart);
-  const Window notes = driver->OpenInFront(Editor(), {.title = "Notes"});
+  const Window chart = OpenChart(kChart);
+  const Window notes = OpenOther(kNotes);
   EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kAccepted);
   EXPECT_THAT(Windows().TopLevelWindows(), ElementsAre(notes, chart));
   // An open menu takes all keys, wherever the focus is.
-  User& user = driver->user;
-  user.GrabKeyboard();
+  driver->GrabKeyboard(true);
   EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kNotSent);
-  user.UngrabKeyboard();
-  Chart().Iconify(chart);
+  driver->GrabKeyboard(false);
+  driver->Minimise(chart);
   ASSERT_TRUE(Eventually([&] { return !Windows().IsWindowVisible(chart); }));
   EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kNotSent);
   EXPECT_FALSE(Windows().IsWindowVisible(chart)) << "it stays minimised";
   EXPECT_EQ(Chart().TakeTyped(chart), "%vR");
-  EXPECT_THAT(Editor().TakeTyped(notes), IsEmpty());
 }
 
 TEST_F(X11, OnlyTheChartProgramsOwnDialogCounts) {
   const auto exists = [&] { return Windows().DialogExists("#32770", "Open"); };
-  const Window notes = driver->OpenInFront(Editor(), {.title = "Notes"});
-  driver->OpenInFront(Editor(), {.title = "Open", .owner = notes});
+  const Window notes = OpenOther(kNotes);
+  OpenOther({.title = "Open", .owner = notes});
+  const Window chart = OpenChart(kChart);
   EXPECT_FALSE(exists());
-  const Window chart = driver->OpenInFront(Chart(), kChart);
-  EXPECT_FALSE(exists());
-  const Window dialog = driver->OpenInFront(Chart(), {.title = "Open", .owner = chart});
+  const Window dialog = OpenChart({.title = "Open", .owner = chart});
   EXPECT_TRUE(Eventually(exists));
   EXPECT_TRUE(Windows().HasOwner(dialog));
-  EXPECT_FALSE(Windows().HasOwner(chart));
   ASSERT_TRUE(Windows().BringToFront("Notes"));
   ASSERT_TRUE(exists());
   EXPECT_EQ(Keys().Send("x"), KeyOutcome::kAccepted) << "finding the dialog brings it to the front";
   EXPECT_EQ(Chart().TakeTyped(dialog), "x");
-  Chart().Close(dialog);
+  Chart().SetOnKey([&](const std::string&) { Chart().Close(dialog); });
+  EXPECT_EQ(Keys().Send("{ENTER}"), KeyOutcome::kAccepted) << "it closes before it answers";
   EXPECT_TRUE(Eventually([&] { return !exists(); }));
   // A dialog that a helper of the chart program shows for it. The window manager leaves the focus
   // with the notes, since a dialog may only take it from its own program.
@@ -111,35 +89,31 @@ TEST_F(X11, OnlyTheChartProgramsOwnDialogCounts) {
   EXPECT_EQ(Editor().TakeTyped(helper), "x");
 }
 
-TEST_F(X11, NoOtherProgramsWindowReceivesAKey) {
-  const std::vector<TypingTarget::Look> others{
-      {.title = "Notes"}, {.title = "Open"}, {.title = "MetaStock Data"}, {.title = "MetaStock"}};
-  const Window chart =
-      driver->OpenInFront(Chart(), {.title = "MetaStock", .program_file = "MSWIN.EXE"});
-  for (const auto& look : others) {
-    const Window other = driver->OpenInFront(Editor(), look);
-    EXPECT_EQ(Keys().Send("%Fe"), KeyOutcome::kNotSent) << look.title;
-    EXPECT_THAT(Editor().TakeTyped(other), IsEmpty()) << look.title;
+TEST_F(X11, NoOtherWindowReceivesAKey) {
+  const Window chart = OpenChart({.title = "MetaStock", .program_file = "MSWIN.EXE"});
+  for (const std::string title : {"Notes", "Open", "MetaStock Data", "MetaStock"}) {
+    const Window other = OpenOther({.title = title});
+    EXPECT_EQ(Keys().Send("%Fe"), KeyOutcome::kNotSent) << title;
+    EXPECT_THAT(Editor().TakeTyped(other), IsEmpty()) << title;
     EXPECT_TRUE(Windows().BringToFront("MetaStock"));
-    EXPECT_EQ(Keys().Send("%Fe"), KeyOutcome::kAccepted) << look.title;
-    EXPECT_EQ(Chart().TakeTyped(chart), "%fe") << look.title;
+    EXPECT_EQ(Keys().Send("%Fe"), KeyOutcome::kAccepted) << title;
+    EXPECT_EQ(Chart().TakeTyped(chart), "%fe") << title;
     Editor().Close(other);
   }
-  // Nor does the chart program's message box.
-  const Window box = driver->OpenInFront(Chart(), {.title = "Error", .owner = chart});
-  ASSERT_TRUE(Windows().BringToFront("Error"));
-  EXPECT_EQ(Keys().Send("{ENTER}"), KeyOutcome::kNotSent);
+  const Window box = OpenChart({.title = "Error", .owner = chart});
+  EXPECT_EQ(Keys().Send("{ENTER}"), KeyOutcome::kNotSent) << "the chart program's message box";
   EXPECT_THAT(Chart().TakeTyped(box), IsEmpty());
 }
 
 TEST_F(X11, AWindowThatComesToTheFrontMidwayReceivesNoKey) {
-  const Window chart = driver->OpenInFront(Chart(), kChart);
-  const Window notes = driver->OpenInFront(Editor(), {.title = "Notes"});
+  const Window chart = OpenChart(kChart);
+  const Window notes = OpenOther(kNotes);
   ASSERT_TRUE(Windows().BringToFront("MetaStock"));
   Chart().SetOnKey([&](const std::string& key) {
     if (key != "%x") return;
-    MakeX11ChartWindows("MetaStock", server->Display())->BringToFront("Notes");
-    X11Connection connection(server->Display());
+    const std::string& display = KeyDriver::Managed().Display();
+    MakeX11ChartWindows("MetaStock", display)->BringToFront("Notes");
+    X11Connection connection(display);
     Eventually([&] { return connection.FrontWindow() == notes; });
   });
   EXPECT_EQ(Keys().Send("ab%xcd"), KeyOutcome::kNotSent);
@@ -147,65 +121,63 @@ TEST_F(X11, AWindowThatComesToTheFrontMidwayReceivesNoKey) {
   EXPECT_THAT(Editor().TakeTyped(notes), IsEmpty());
 }
 
-TEST_F(X11, AcceptsWindowsThatCloseOrCantAnswer) {
-  const Window chart = driver->OpenInFront(Chart(), kChart);
-  driver->OpenInFront(Chart(), {.title = "Open", .owner = chart, .closes_at_enter = true});
-  EXPECT_EQ(Keys().Send("{ENTER}"), KeyOutcome::kAccepted);
-  const Window mute =
-      driver->OpenInFront(Chart(), {.title = "MetaStock mute", .answers_pings = false});
-  ASSERT_TRUE(Windows().BringToFront("MetaStock mute"));
+TEST_F(X11, AcceptsWindowsThatCantAnswer) {
+  const Window mute = OpenChart({.title = "MetaStock mute", .answers_pings = false});
   EXPECT_EQ(Keys().Send("abc"), KeyOutcome::kAccepted);
-  EXPECT_TRUE(Eventually([&] { return Chart().TakeTyped(mute) == "abc"; }));
+  EXPECT_EQ(Taken(mute, 3), "abc");
 }
 
+// Window managers are slow to notice a new keyboard layout.
+struct X11WithoutWindowManager : testing::Test {
+  void SetUp() override {
+    if (!KeyDriver::Available()) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
+    driver.emplace(server.emplace(false));
+    window = driver->chart.Open(kChart);
+    ASSERT_TRUE(driver->Windows().BringToFront("MetaStock"));
+  }
+  KeySender& Keys() { return driver->Keys(); }
+  std::string Typed() { return driver->chart.TakeTyped(window); }
+
+  std::optional<XServer> server;
+  std::optional<KeyDriver> driver;
+  Window window = 0;
+};
+
 TEST_F(X11WithoutWindowManager, SendsTextsInEveryLayout) {
-  const Window chart = Chart().Open(kChart);
-  ASSERT_TRUE(Windows().BringToFront("MetaStock"));
   const std::string text = "C:\\Börse\\éÉ €ßÄ กขค ДЖ ž 100%_{}~^#@ aZ\\";
   for (const char* const layout : {"us", "de", "fr", "th", "us,ru"}) {
     server->SetLayout(layout);
-    User& user = driver->user;
-    if (std::string(layout) == "us,ru") user.SwitchToLayout(1);
-    const std::vector<KeySym> before = user.Layout();
+    if (std::string(layout) == "us,ru") driver->SwitchToLayout(1);
+    const std::vector<KeySym> before = driver->Layout();
     for (const bool caps_lock : {false, true}) {
-      user.SetCapsLock(caps_lock);
+      driver->SetCapsLock(caps_lock);
       EXPECT_EQ(Keys().Send(EscapedKeys(text) + "%F"), KeyOutcome::kAccepted);
-      EXPECT_EQ(Chart().TakeTyped(chart), text + "%f") << layout << " Caps Lock " << caps_lock;
+      EXPECT_EQ(Typed(), text + "%f") << layout << " Caps Lock " << caps_lock;
     }
-    EXPECT_EQ(user.Layout(), before) << layout;
-    user.SwitchToLayout(0);
+    EXPECT_EQ(driver->Layout(), before) << layout;
   }
-  server->SetLayout("us");
 }
 
 TEST_F(X11WithoutWindowManager, KeepsSpareKeysForABusyProgram) {
-  const Window chart = Chart().Open(kChart);
-  ASSERT_TRUE(Windows().BringToFront("MetaStock"));
-  Chart().SetBusy(true);
+  driver->chart.SetBusy(true);
   EXPECT_EQ(Keys().Send("aäก"), KeyOutcome::kNotAnswered);
-  Chart().SetBusy(false);
-  EXPECT_TRUE(Eventually([&] { return Chart().TakeTyped(chart) == "aäก"; }));
+  driver->chart.SetBusy(false);
+  EXPECT_TRUE(Eventually([&] { return Typed() == "aäก"; }));
   EXPECT_EQ(Keys().Send("bäก"), KeyOutcome::kAccepted);
-  EXPECT_EQ(Chart().TakeTyped(chart), "bäก");
+  EXPECT_EQ(Typed(), "bäก");
 }
 
 TEST_F(X11WithoutWindowManager, SendsMoreCharactersThanThereAreSpareKeys) {
-  const Window chart = Chart().Open(kChart);
-  ASSERT_TRUE(Windows().BringToFront("MetaStock"));
-  std::string text;
-  for (char32_t c = 0x4E00; c < 0x4E00 + 30; ++c) {
-    text += {static_cast<char>(0xE4), static_cast<char>(0x80 | ((c >> 6) & 0x3F)),
-             static_cast<char>(0x80 | (c & 0x3F))};
-  }
+  const std::string text = "一丁丂七丄丅丆万丈三上下丌不与丏丐丑丒专且丕世丗丘丙业丛东丝";
   EXPECT_EQ(Keys().Send(text + "%+x^%{END}+(ab)"), KeyOutcome::kAccepted);
-  EXPECT_EQ(Chart().TakeTyped(chart), text + "%+x^%<End>AB");
+  EXPECT_EQ(Typed(), text + "%+x^%<End>AB");
 }
 
 TEST(X11WithoutDisplay, ALostDisplayIsAnError) {
   EXPECT_THROW(MakeX11ChartWindows("MetaStock", "unix/:9999"), std::runtime_error);
   EXPECT_THROW(MakeX11KeySender("MetaStock", "unix/:9999"), std::runtime_error);
   if (!XServer::Installed()) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
-  auto server = std::make_unique<XServer>(false);
+  std::optional<XServer> server(std::in_place, false);
   const auto windows = MakeX11ChartWindows("MetaStock", server->Display());
   const auto keys = MakeX11KeySender("MetaStock", server->Display());
   server.reset();

@@ -3,6 +3,7 @@
 #include <map>
 #include <sstream>
 
+#include "results/figure_texts.h"
 #include "results/order_list.h"
 #include "results/portfolio_chart.h"
 #include "results/result_figures.h"
@@ -54,6 +55,24 @@ class RunResultsTest : public testing::Test, protected LedgerRows {
     return texts;
   }
 
+  std::map<std::string_view, std::string> Figures(int run = kCurrentRun) {
+    std::map<std::string_view, std::string> texts;
+    for (const ResultFigureText& text : ResultFigureTexts(LoadResultFigures(ledger, run))) {
+      texts[text.field] = text.text;
+    }
+    return texts;
+  }
+  // "26-Jan-07 16:30: 14.5", one for each bar, or why there is none.
+  std::vector<std::string> Chart(int run = kCurrentRun) {
+    const PortfolioChart chart = LoadPortfolioChart(ledger, run);
+    if (!chart.hint.empty()) return {chart.hint};
+    std::vector<std::string> texts;
+    for (const auto& row : chart.rows) {
+      texts.push_back((std::ostringstream() << row.label << ": " << row.value).str());
+    }
+    return texts;
+  }
+
   LedgerConnection connection{[](std::string_view iso) { return "<" + std::string(iso) + ">"; }};
 };
 
@@ -94,8 +113,8 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsBefore) {
   const auto statistics = Statistics();
   const auto trades = Trades();
   const std::string csv = OrdersCsv(ListOrders(ReadRun(ledger, kCurrentRun)));
-  const ResultFigures figures = LoadResultFigures(ledger);
-  const auto chart = LoadPortfolioChart(ledger).rows;
+  const auto figures = Figures();
+  const auto chart = Chart();
 
   Begin(5);
   Order(28, "Long", 7, 1, 7, 0, 5);
@@ -107,13 +126,8 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsBefore) {
   EXPECT_EQ(Statistics(1), statistics);
   EXPECT_EQ(Trades(1), trades);
   EXPECT_EQ(OrdersCsv(ListOrders(ReadRun(ledger, 1))), csv);
-  EXPECT_EQ(LoadResultFigures(ledger, 1), figures);
-  const auto archived_chart = LoadPortfolioChart(ledger, 1).rows;
-  ASSERT_EQ(archived_chart.size(), chart.size());
-  for (std::size_t i = 0; i < chart.size(); ++i) {
-    EXPECT_EQ(archived_chart[i].label, chart[i].label);
-    EXPECT_EQ(archived_chart[i].value, chart[i].value);
-  }
+  EXPECT_EQ(Figures(1), figures);
+  EXPECT_EQ(Chart(1), chart);
   EXPECT_THROW(ReadRun(ledger, 3), LedgerError);  // isn't archived
   Begin(7);
   EXPECT_TRUE(ReadRun(ledger, 3).orders.empty());
@@ -205,7 +219,7 @@ TEST_F(RunResultsTest, ARunWithOnlyAWipedHoldingCanBeChosen) {
   ASSERT_EQ(RunChoices(ledger).size(), 3U);
   EXPECT_EQ(RunChoices(ledger)[1].title, "2: ABC D from <2007-01-10>, 0 orders");
   EXPECT_THAT(Trades(2), ElementsAre("Long 1 from 100 to 90: wiped"));
-  EXPECT_EQ(LoadPortfolioChart(ledger, 2).hint, "1 closed trade without P/L");
+  EXPECT_THAT(Chart(2), ElementsAre("1 closed trade without P/L"));
 }
 
 TEST_F(RunResultsTest, AMissingFigureIsADash) {
@@ -227,6 +241,91 @@ TEST_F(RunResultsTest, AMissingFigureIsADash) {
   EXPECT_EQ(without_dashes(Statistics()),
             (Values{{"Trades", "1"}, {"Trades without P/L", "1"}, {"Commission", "400.00"}}));
   EXPECT_EQ(ListTrades(ReadAccount(ledger, kCurrentRun)).trades.at(0).points, -2.0);
+}
+
+TEST_F(RunResultsTest, FiguresCountTheRowsOfTheRunOnly) {
+  EXPECT_EQ(Figures()["ResPortfolio"], "");
+  EXPECT_EQ(Figures()["ResTotalComm"], "0");
+  Order(25, "Long", 2, 100, 2, 0, 1500000);
+  Order(24, "Short", 3, 100, 3, 0, 1);
+  Order(25, "Offset Long", 1, 100, 1, -7.25, 1492750.5);
+  const std::map<std::string_view, std::string> expected{
+      {"ResSymbol", "ABC"},
+      {"ResInterval", "-1"},
+      {"ResStartDate", "<2007-01-24>"},
+      {"ResStartTime", "16:30:00"},
+      {"ResEndDate", "<2007-01-25>"},
+      {"ResEndTime", "16:30:00"},
+      {"ResPortfolio", "1,492,751"},  // the later of two orders on one bar
+      {"ResLongAmount", "2"},
+      {"ResShortAmount", "3"},
+      {"ResLongProfitLoss", "-7.25"},
+      {"ResShortProfitLoss", "0"},
+      {"ResLongComm", "200"},  // without the offset's
+      {"ResShortComm", "300"},
+      {"ResTotalComm", "500"}};
+  EXPECT_EQ(Figures(), expected);
+  EXPECT_THAT(Chart(), ElementsAre("25-Jan-07 16:30: 1.49275e+06")) << "starts at a closed trade";
+
+  LedgerDeleteAll(ledger, kPortfolioTable);
+  EXPECT_FALSE(LoadResultFigures(ledger).any_orders);
+  EXPECT_THAT(Chart(), ElementsAre("No closed trades yet"));
+  Order(26, "Short", 1, 100, 1, 0, 5);
+  EXPECT_EQ(Figures()["ResLongComm"], "0");  // no long entry, and none of the earlier rows
+  EXPECT_EQ(Figures()["ResTotalComm"], "100");
+}
+
+TEST_F(RunResultsTest, FiguresRoundHalvesAwayFromZeroAndResiduesToZero) {
+  int day = 10;
+  for (const auto& [money, shown] :
+       std::vector<std::pair<double, std::string>>{{1492750.25, "1,492,750"},
+                                                   {1492750.5, "1,492,751"},
+                                                   {-1492750.25, "-1,492,750"},
+                                                   {-1492750.5, "-1,492,751"},
+                                                   {1e12, "1,000,000,000,000"}}) {
+    Order(day++, "Long", 1, 100, 1, 0, money);
+    EXPECT_EQ(Figures()["ResPortfolio"], shown);
+  }
+  for (const double points : {0.1, 0.2, -0.3}) Order(25, "Offset Long", 1, 100, 1, points, 1);
+  EXPECT_EQ(Figures()["ResLongProfitLoss"], "0");
+}
+
+TEST(FigureTexts, RoundAndGroup) {
+  for (const auto& [money, text] :
+       std::map<double, std::string>{{0.0049, "0.00"},
+                                     {0.005, "0.01"},
+                                     {-0.0049, "0.00"},
+                                     {-0.005, "-0.01"},
+                                     {2.675, "2.68"},
+                                     {2012345.55, "2,012,345.55"},
+                                     {-1e15, "-1,000,000,000,000,000.00"},
+                                     {1e15, "1,000,000,000,000,000.00"}}) {
+    EXPECT_EQ(MoneyText(money), text) << money;
+  }
+  EXPECT_EQ(PercentText(0.58334), "58.33 %");
+  EXPECT_EQ(PercentText(0.58335), "58.34 %");
+  EXPECT_EQ(PercentText(std::nullopt), "-");
+  for (const auto& [quantity, text] : std::map<double, std::string>{{0, "0"},
+                                                                    {0.125, "0.13"},
+                                                                    {0.1249, "0.12"},
+                                                                    {1000, "1000"},
+                                                                    {12.5, "12.5"},
+                                                                    {1e7, "10000000"}}) {
+    EXPECT_EQ(QuantityText(quantity), text);
+  }
+  const std::vector<std::string> fields{"a", "b,c", "d\"e", "f\ng", ""};
+  EXPECT_EQ(CsvLine(fields), "a,\"b,c\",\"d\"\"e\",\"f\ng\",\n");
+}
+
+// Closed at the entry price, so no row has points.
+TEST_F(RunResultsTest, TheChartShowsTradesWithoutPoints) {
+  Order(25, "Long", 2, 100, 2, 0, 10);
+  Order(26, "Offset Long", 1, 100, 1, 0, 10.5);
+  Order(26, "Offset Long", 1, 100, 0, 0, 10.25);
+  Order(27, "Short", 1, 100, 1, 0, 10);
+  Order(28, "Offset Short", 1, 100, 0, 0, 10);
+  EXPECT_THAT(Chart(), ElementsAre("26-Jan-07 16:30: 10.5", "26-Jan-07 16:30: 10.25",
+                                   "28-Jan-07 16:30: 10"));
 }
 
 TEST_F(RunResultsTest, OrdersAsATableAndAsCsv) {

@@ -1,13 +1,11 @@
 #pragma once
 
 #include <netinet/in.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <string>
@@ -23,28 +21,26 @@ inline sockaddr_in LocalPort(std::uint16_t port) {
   return address;
 }
 
+// Returns false once the other end has closed the connection.
+inline bool SendBytes(int connection, const std::string& bytes) {
+  return send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL) == std::ssize(bytes);
+}
+
 // A client that sends any bytes to a port of this machine.
 class RawClient {
  public:
-  explicit RawClient(std::uint16_t port) : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
+  explicit RawClient(std::uint16_t port) {
     const sockaddr_in address = LocalPort(port);
-    open_ = connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
+    const timeval patience{5, 0};
+    setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
+    connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
   }
   ~RawClient() { close(socket_); }
   RawClient(const RawClient&) = delete;
   RawClient& operator=(const RawClient&) = delete;
 
-  void Send(const std::string& bytes) {
-    if (!bytes.empty() && send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0)
-      open_ = false;
-  }
-  // False once the other end has closed the connection.
-  bool Open() const {
-    char byte = 0;
-    const auto count = recv(socket_, &byte, 1, MSG_DONTWAIT | MSG_PEEK);
-    return open_ && (count > 0 || (count < 0 && errno == EAGAIN));
-  }
-  // Everything until the other end closes the connection.
+  bool Send(const std::string& bytes) const { return SendBytes(socket_, bytes); }
+  // Everything until the other end closes the connection, or sends nothing for five seconds.
   std::string ReceiveAll() const {
     std::string received;
     std::array<char, 4096> block{};
@@ -55,12 +51,10 @@ class RawClient {
   }
 
  private:
-  int socket_;
-  bool open_ = false;
+  int socket_ = socket(AF_INET, SOCK_STREAM, 0);
 };
 
-// A server that accepts one connection after another and answers any request with the given bytes,
-// whether or not they are HTTP.
+// A server that answers any request with the given bytes, whether or not they are HTTP.
 class HostileServer {
  public:
   struct Answer {
@@ -80,7 +74,7 @@ class HostileServer {
     thread_ = std::thread([this] { Serve(); });
   }
   ~HostileServer() {
-    stopping_ = true;
+    shutdown(listening_, SHUT_RDWR);
     thread_.join();
     close(listening_);
   }
@@ -92,40 +86,23 @@ class HostileServer {
   int Connections() const { return connections_; }
 
  private:
-  static void Sleep(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
-
   void Serve() {
-    while (!stopping_) {
-      pollfd incoming{listening_, POLLIN, 0};
-      if (poll(&incoming, 1, 20) != 1) continue;
-      const int connection = accept(listening_, nullptr, nullptr);
+    for (int connection = 0; (connection = accept(listening_, nullptr, nullptr)) >= 0;) {
       ++connections_;
       Respond(connection);
       close(connection);
     }
   }
+  // Until the client hangs up.
   void Respond(int connection) {
     std::array<char, 4096> request{};
-    if (recv(connection, request.data(), request.size(), 0) <= 0) return;
-    if (!Send(connection, answer_.first)) return;
-    while (!stopping_ && !answer_.hangs_up) {
-      Sleep(answer_.repeated.empty() ? 10 : answer_.pause_ms);
-      if (!Send(connection, answer_.repeated)) return;
+    recv(connection, request.data(), request.size(), 0);
+    if (!SendBytes(connection, answer_.first) || answer_.hangs_up) return;
+    if (answer_.repeated.empty()) recv(connection, request.data(), request.size(), 0);
+    while (!answer_.repeated.empty() && SendBytes(connection, answer_.repeated)) {
+      sent_ += answer_.repeated.size();
+      std::this_thread::sleep_for(std::chrono::milliseconds(answer_.pause_ms));
     }
-  }
-  bool Send(int connection, const std::string& bytes) {
-    for (std::size_t sent = 0; sent < bytes.size() && !stopping_;) {
-      const auto count =
-          send(connection, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
-      if (count < 0 && errno != EAGAIN) return false;
-      if (count < 0) {
-        Sleep(1);
-        continue;
-      }
-      sent += static_cast<std::size_t>(count);
-      sent_ += static_cast<std::size_t>(count);
-    }
-    return true;
   }
 
   Answer answer_;
@@ -133,7 +110,6 @@ class HostileServer {
   std::uint16_t port_ = 0;
   std::atomic<std::size_t> sent_ = 0;
   std::atomic<int> connections_ = 0;
-  std::atomic<bool> stopping_ = false;
   std::thread thread_;
 };
 

@@ -5,10 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "platform/eventually.h"
 #include "platform/typing_target.h"
 #include "platform/x11/chart_desktop.h"
 #include "platform/x11/connection.h"
-#include "platform/x_server.h"
+#include "x_server.h"
 // The X library comes last, since it defines macros with common names.
 #include <X11/XKBlib.h>
 extern "C" {
@@ -17,109 +18,105 @@ extern "C" {
 
 namespace velumar {
 
-// A user at the keyboard of a display.
-class User {
- public:
-  explicit User(const std::string& display) : display_(xdo_new(display.c_str())) {}
-  User(const User&) = delete;
-  User& operator=(const User&) = delete;
-  ~User() {
-    SetCapsLock(false);
-    xdo_free(display_);
-  }
-
-  void Hold(const char* key) { xdo_send_keysequence_window_down(display_, CURRENTWINDOW, key, 0); }
-  void Release(const char* key) { xdo_send_keysequence_window_up(display_, CURRENTWINDOW, key, 0); }
-  void Press(const char* key) { xdo_send_keysequence_window(display_, CURRENTWINDOW, key, 0); }
-  // As a program with an open menu.
-  void GrabKeyboard() {
-    XGrabKeyboard(display_->xdpy, DefaultRootWindow(display_->xdpy), True, GrabModeAsync,
-                  GrabModeAsync, CurrentTime);
-    XSync(display_->xdpy, False);
-  }
-  void UngrabKeyboard() {
-    XUngrabKeyboard(display_->xdpy, CurrentTime);
-    XSync(display_->xdpy, False);
-  }
-  void SetCapsLock(bool on) {
-    XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, on ? LockMask : 0u);
-    XSync(display_->xdpy, False);
-  }
-  void SwitchToLayout(unsigned number) {
-    XkbLockGroup(display_->xdpy, XkbUseCoreKbd, number);
-    XSync(display_->xdpy, False);
-  }
-  bool HasCapsLock() const {
-    XkbStateRec state{};
-    XkbGetState(display_->xdpy, XkbUseCoreKbd, &state);
-    return (state.locked_mods & LockMask) != 0;
-  }
-  // The symbols of all keys.
-  std::vector<KeySym> Layout() const {
-    int width = 0;
-    const int count = display_->keycode_high - display_->keycode_low + 1;
-    KeySym* const symbols = XGetKeyboardMapping(
-        display_->xdpy, static_cast<KeyCode>(display_->keycode_low), count, &width);
-    std::vector<KeySym> layout(symbols, symbols + std::ptrdiff_t{count} * width);
-    XFree(symbols);
-    return layout;
-  }
-
- private:
-  xdo_t* display_;
-};
-
-// The chart program, another program and a user on a display.
+// The chart program, another program and a user at the keyboard of a display.
 class KeyDriver {
  public:
   static constexpr const char* kHost = "MetaStock";
   static bool Available() { return XServer::Installed(); }
+  // The display that all tests share.
+  static const XServer& Managed() {
+    static const XServer server(true);
+    return server;
+  }
 
-  // On a display with a window manager that all tests share.
-  KeyDriver() : KeyDriver(SharedDisplay()) {}
-  explicit KeyDriver(const std::string& display)
-      : chart(display),
-        editor(display),
-        user(display),
-        windows_(MakeX11ChartWindows(kHost, display)),
-        keys_(MakeX11KeySender(kHost, display)),
-        connection_(display) {}
+  explicit KeyDriver(const XServer& server = Managed()) : KeyDriver(server.Display()) {}
+  KeyDriver(const KeyDriver&) = delete;
+  KeyDriver& operator=(const KeyDriver&) = delete;
+  ~KeyDriver() {
+    SetCapsLock(false);
+    xdo_free(user_);
+  }
 
   ChartWindows& Windows() { return *windows_; }
   KeySender& Keys() { return *keys_; }
   WindowId OpenChart(const std::string& title) { return OpenInFront(chart, {.title = title}); }
   WindowId OpenOther(const std::string& title) { return OpenInFront(editor, {.title = title}); }
-  // Waits until the window manager has given the new window the focus.
+  // Waits until the window manager has given the new window the focus. It notices the focus later
+  // than the X server.
   Window OpenInFront(TypingTarget& program, const TypingTarget::Look& look) {
     const Window window = program.Open(look);
     programs_[window] = &program;
-    EXPECT_TRUE(Eventually([&] { return IsInFront(window); })) << look.title;
+    EXPECT_TRUE(Eventually([&] {
+      return windows_->FocusedWindow() == window && connection_.FrontWindow() == window;
+    })) << look.title;
     return window;
   }
-  // The window manager notices the new focus later than the X server.
-  bool IsInFront(Window window) {
-    return windows_->FocusedWindow() == window && connection_.FrontWindow() == window;
+  void Minimise(WindowId window) {
+    xdo_minimize_window(user_, window);
+    XSync(user_->xdpy, False);
   }
-  void Minimise(WindowId window) { programs_.at(window)->Iconify(window); }
   std::string Taken(WindowId window) { return programs_.at(window)->TakeTyped(window); }
   // The chart program reads no keys while it is busy.
   void SetBusy(WindowId, bool busy) { chart.SetBusy(busy); }
 
-  void PressL() { user.Press("l"); }
-  void HoldShift(bool down) { down ? user.Hold("Shift_R") : user.Release("Shift_R"); }
-  void SetCapsLock(bool on) { user.SetCapsLock(on); }
-  bool HasCapsLock() const { return user.HasCapsLock(); }
+  void PressL() { xdo_send_keysequence_window(user_, CURRENTWINDOW, "l", 0); }
+  void HoldShift(bool down) {
+    (down ? xdo_send_keysequence_window_down : xdo_send_keysequence_window_up)(user_, CURRENTWINDOW,
+                                                                               "Shift_R", 0);
+  }
+  void MoveToWorkspace(Window window, long workspace) {
+    xdo_set_desktop_for_window(user_, window, workspace);
+    XSync(user_->xdpy, False);
+  }
+  unsigned Width(Window window) const {
+    unsigned width = 0;
+    xdo_get_window_size(user_, window, &width, nullptr);
+    return width;
+  }
+  // As a program with an open menu.
+  void GrabKeyboard(bool grab) {
+    grab ? XGrabKeyboard(user_->xdpy, DefaultRootWindow(user_->xdpy), True, GrabModeAsync,
+                         GrabModeAsync, CurrentTime)
+         : XUngrabKeyboard(user_->xdpy, CurrentTime);
+    XSync(user_->xdpy, False);
+  }
+  void SetCapsLock(bool on) {
+    XkbLockModifiers(user_->xdpy, XkbUseCoreKbd, LockMask, on ? LockMask : 0u);
+    XSync(user_->xdpy, False);
+  }
+  bool HasCapsLock() const {
+    XkbStateRec state{};
+    XkbGetState(user_->xdpy, XkbUseCoreKbd, &state);
+    return (state.locked_mods & LockMask) != 0;
+  }
+  void SwitchToLayout(unsigned number) {
+    XkbLockGroup(user_->xdpy, XkbUseCoreKbd, number);
+    XSync(user_->xdpy, False);
+  }
+  // The symbols of all keys.
+  std::vector<KeySym> Layout() const {
+    int width = 0;
+    const int count = user_->keycode_high - user_->keycode_low + 1;
+    KeySym* const symbols =
+        XGetKeyboardMapping(user_->xdpy, static_cast<KeyCode>(user_->keycode_low), count, &width);
+    std::vector<KeySym> layout(symbols, symbols + std::ptrdiff_t{count} * width);
+    XFree(symbols);
+    return layout;
+  }
 
   TypingTarget chart;
   TypingTarget editor;
-  User user;
 
  private:
-  static const std::string& SharedDisplay() {
-    static const XServer server(true);
-    return server.Display();
-  }
+  explicit KeyDriver(const std::string& display)
+      : chart(display),
+        editor(display),
+        user_(xdo_new(display.c_str())),
+        windows_(MakeX11ChartWindows(kHost, display)),
+        keys_(MakeX11KeySender(kHost, display)),
+        connection_(display) {}
 
+  xdo_t* user_;
   std::unique_ptr<ChartWindows> windows_;
   std::unique_ptr<KeySender> keys_;
   X11Connection connection_;

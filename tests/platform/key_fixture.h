@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+
+#include "key_driver.h"
+#include "platform/eventually.h"
+
+namespace velumar {
+
+// Tests of the chart program's windows and keys; key_driver.h drives the system's own.
+struct KeyFixture : testing::Test {
+  void SetUp() override {
+    if (!KeyDriver::Available()) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
+    driver.emplace();
+  }
+  ChartWindows& Windows() { return driver->Windows(); }
+  KeySender& Keys() { return driver->Keys(); }
+  // What the window receives, once there are `length` bytes.
+  std::string Taken(WindowId window, std::size_t length) {
+    std::string taken;
+    Eventually([&] {
+      taken += driver->Taken(window);
+      return taken.size() >= length;
+    });
+    return taken;
+  }
+  // On a busy machine the focus may move only after the call has stopped waiting.
+  bool GetsFocus(WindowId window) {
+    return Eventually([&] { return Windows().FocusedWindow() == window; });
+  }
+
+  std::optional<KeyDriver> driver;
+};
+
+}  // namespace velumar

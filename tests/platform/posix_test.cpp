@@ -1,0 +1,136 @@
+// What only POSIX systems have: locales, and programs that are started by a path.
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <thread>
+
+#include "platform/command_line.h"
+#include "platform/eventually.h"
+#include "platform/posix/locale.h"
+#include "platform/system.h"
+#include "support/scratch_folder.h"
+
+namespace velumar {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+namespace fs = std::filesystem;
+
+// The formats come from the locales of many countries.
+TEST(LocalePosix, TurnsFormatsIntoPatterns) {
+  const struct {
+    const char* format;
+    const char* pattern;
+    const char* separator;
+  } formats[] = {
+      {"%d. %m. %y", "dd. MM. yy", ". "},
+      {"%-m/%-d/%y", "M/d/yy", "/"},
+      {"%F", "yyyy-MM-dd", "-"},
+      {"%D", "MM/dd/yy", "/"},
+      {"%d/%m-%Y", "dd/MM-yyyy", "/"},
+      {"%d/%m/%Ey", "dd/MM/yyyy", "/"},
+      {"%Y年%m月%d日", "yyyy年MM月dd日", "/"},
+      {"%a, %Y.eko %bren %da", "ddd, yyyy.'eko' MMM'ren' dd'a'", "/"},
+      {"%OC%Oy %b %Od %A", "yyyy MMM dd dddd", " "},
+      {"%C%y%m%d", "yyyyMMdd", "/"},
+      // A field is missing or there twice, or a pattern can't express the format.
+      {"%d %b", "M/d/yyyy", "/"},
+      {"%d/%m/%Y (%y)", "M/d/yyyy", "/"},
+      {"week %V, %d/%m/%Y", "M/d/yyyy", "/"},
+      {"%d d'%m %Y", "M/d/yyyy", "/"},
+      {"%d/%m/%", "M/d/yyyy", "/"},
+      {"", "M/d/yyyy", "/"},
+  };
+  for (const auto& row : formats) {
+    const std::string pattern = PatternOfDateFormat(row.format);
+    EXPECT_EQ(pattern, row.pattern) << row.format;
+    EXPECT_EQ(SeparatorOfPattern(pattern), row.separator) << row.format;
+  }
+  for (const char* const neutral : {"C", "POSIX", "C.UTF-8", "xx_YY.UTF-8"}) {
+    ::setenv("LC_ALL", neutral, 1);
+    EXPECT_EQ(PosixLocale().ShortDatePattern(), "M/d/yyyy") << neutral;
+  }
+  ::unsetenv("LC_ALL");
+}
+
+TEST(SplitCommandLine, TheProgramPathEndsAfterTheChartProgramsName) {
+  EXPECT_THAT(SplitCommandLine("C:\\Program Files\\Charts\\MSWIN.EXE /l /e"),
+              ElementsAre("C:/Program Files/Charts/MSWIN.EXE", "/l", "/e"));
+  EXPECT_THAT(SplitCommandLine("/opt/MSWIN.EXE files\\MSWIN.EXE"),
+              ElementsAre("/opt/MSWIN.EXE files/MSWIN.EXE"));
+  EXPECT_THAT(SplitCommandLine("\"/opt/my charts/MSWIN.EXE\" /l"),
+              ElementsAre("/opt/my charts/MSWIN.EXE", "/l"));
+  EXPECT_THAT(SplitCommandLine("/bin/echo  a  b "), ElementsAre("/bin/echo", "a", "b"));
+  EXPECT_THAT(SplitCommandLine("\"/no end"), ElementsAre("/no end"));
+}
+
+void MakeProgram(const fs::path& file, std::string_view script, fs::perms perms) {
+  WriteFile(file, script);
+  fs::permissions(file, perms);
+}
+
+TEST(SystemPrograms, StartsProgramsWithTheirArgumentsAndNoInput) {
+  const ScratchFolder folder;
+  fs::create_directory(folder / "my charts");
+  MakeProgram(folder / "my charts/MSWIN.EXE",
+              "#!/bin/sh\nread line\necho \"$@\" \"<$line>\" > \"$(dirname \"$0\")/told\"\n",
+              fs::perms::owner_all);
+  SystemPrograms({"--state", "a b"}).Start(folder.Text() + "\\my charts\\MSWIN.EXE /l /e");
+  EXPECT_TRUE(
+      Eventually([&] { return ReadFile(folder / "my charts/told") == "/l /e --state a b <>\n"; }));
+}
+
+TEST(SystemPrograms, NamesAProgramThatCantBeStarted) {
+  const ScratchFolder folder;
+  const std::string path = folder.Sub("MSWIN.EXE");
+  const auto expect_error = [&](const char* why) {
+    EXPECT_THAT([&] { SystemPrograms().Start(path + " /l"); },
+                testing::ThrowsMessage<std::runtime_error>(AllOf(HasSubstr(path), HasSubstr(why))));
+  };
+  expect_error("no such file");
+  MakeProgram(path, "#!/bin/sh\n", fs::perms::owner_read);
+  expect_error("not executable");
+  MakeProgram(path, "MZ not for this system", fs::perms::owner_all);
+  expect_error("can't run that kind");
+}
+
+TEST(SystemPrograms, FindsTheBrowserInThePath) {
+  const ScratchFolder folder;
+  const char* const path = std::getenv("PATH");
+  const std::string before = path == nullptr ? "" : path;
+  ::setenv("PATH", ("/nowhere:" + folder.Text() + ":" + before).c_str(), 1);
+  MakeProgram(folder / "xdg-open", "#!/bin/sh\necho \"$1\" > \"$0.told\"\n", fs::perms::owner_all);
+  const std::string page = "https://example.org/?a=1&b=2";
+  SystemPrograms().OpenInBrowser(page);
+  EXPECT_TRUE(Eventually([&] { return ReadFile(folder / "xdg-open.told") == page + "\n"; }));
+  ::setenv("PATH", "/nowhere", 1);
+  EXPECT_THROW(SystemPrograms().OpenInBrowser(page), std::runtime_error);
+  ::setenv("PATH", before.c_str(), 1);
+}
+
+TEST(SystemPrograms, EndProcessFlushesOutput) {
+  const auto end = [] {
+    std::fputs("last words", stderr);
+    SystemPrograms().EndProcess();
+  };
+  EXPECT_EXIT(end(), ::testing::ExitedWithCode(0), "last words");
+}
+
+// The two zones are 26 hours apart, so the day always differs.
+TEST(SystemClock, TodayIsTheLocalDay) {
+  ::setenv("TZ", "UTC-14", 1);
+  const std::int32_t east = SystemClock().Today();
+  ::setenv("TZ", "UTC+12", 1);
+  const std::int32_t west = SystemClock().Today();
+  ::unsetenv("TZ");
+  EXPECT_GT(east, west);
+  EXPECT_GE(west, 20200101);
+}
+
+}  // namespace
+}  // namespace velumar
