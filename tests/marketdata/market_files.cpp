@@ -1,9 +1,9 @@
 #include "marketdata/market_files.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "marketdata/metalib_reader.h"
+#include "marketdata/number_format.h"
 
 namespace velumar {
 
@@ -28,9 +28,7 @@ std::string WholeDate(int stored) { return Long(stored == 0 ? 0 : stored + 19000
 std::string Ieee(float value) { return {reinterpret_cast<const char*>(&value), sizeof value}; }
 
 int HighestNumber(const std::vector<Listed>& securities) {
-  int highest = 0;
-  for (const Listed& listed : securities) highest = std::max(highest, listed.number);
-  return highest;
+  return std::ranges::max(securities, {}, &Listed::number).number;
 }
 
 int CountOf(const std::vector<Listed>& securities, int count) {
@@ -48,11 +46,7 @@ std::string Hex(std::string_view digits) {
 }
 
 std::string Word(double value) {
-  if (value == 0) return std::string(4, '\0');
-  int exponent = 0;
-  const double mantissa = std::frexp(std::abs(value), &exponent);  // 0.5 <= mantissa < 1
-  const int fraction = static_cast<int>(std::lround(mantissa * 0x1000000)) & 0x7FFFFF;
-  return Short(fraction) + Byte((fraction >> 16) | (value < 0 ? 0x80 : 0)) + Byte(exponent + 128);
+  return Long(static_cast<int>(MbfFromFloat(static_cast<float>(value)).value()));
 }
 
 std::string Master(const std::vector<Listed>& securities, int count) {
@@ -112,12 +106,19 @@ std::string DataBytes(int fields, int count, const std::vector<std::string>& rec
 
 std::string DailyBytes(const std::vector<Bar>& bars) {
   std::vector<std::string> records;
-  records.reserve(bars.size());
   for (const Bar& bar : bars) {
     records.push_back(Word(bar.date - 19000000) + Word(bar.open) + Word(bar.high) + Word(bar.low) +
                       Word(bar.close) + Word(bar.volume) + Word(bar.open_interest));
   }
   return DataBytes(7, static_cast<int>(bars.size()) + 1, records);
+}
+
+std::string IntradayBytes(const std::vector<std::pair<int, int>>& moments) {
+  std::vector<std::string> records;
+  for (const auto& [date, time] : moments) {
+    records.push_back(Word(date - 19000000) + Word(time) + std::string(24, '\0'));
+  }
+  return DataBytes(8, static_cast<int>(moments.size()) + 1, records);
 }
 
 Bar DailyBar(int date, float close) { return TimedBar(date, 0, close); }

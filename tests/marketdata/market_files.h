@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "marketdata/bar.h"
@@ -16,7 +17,7 @@ namespace velumar {
 // "5D FE 58 4D" as four bytes.
 std::string Hex(std::string_view digits);
 
-// Data files and index files, built without the code under test.
+// Data files and index files, built without the code under test but for the numbers' format.
 std::string Word(double value);  // four bytes of the number format of data files
 
 struct Listed {
@@ -39,6 +40,8 @@ std::string Xmaster(const std::vector<Listed>& securities, int count = -1);
 std::string DataBytes(int fields, int count, const std::vector<std::string>& records);
 // A correct file of seven columns.
 std::string DailyBytes(const std::vector<Bar>& bars);
+// The same of eight columns, with bars of zeros at these dates and times.
+std::string IntradayBytes(const std::vector<std::pair<int, int>>& moments);
 
 Bar DailyBar(int date, float close = 10);
 Bar TimedBar(int date, int time, float close = 10);
