@@ -11,18 +11,11 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class DirectoryEditor : public testing::Test {
+class DirectoryEditor : public DirectoryTest {
  protected:
   void Store(const NewSecurity& security, const std::vector<Bar>& bars) {
     StoreSecurity(Text(), security, bars, cache_);
   }
-
-  std::string Text() const { return directory_.Text(); }
-
-  std::vector<std::string> List() { return ListOf(Text(), cache_); }
-
-  ScratchFolder directory_;
-  IndexCache cache_;
 };
 
 TEST_F(DirectoryEditor, ANewDirectoryGetsBothIndexes) {

@@ -1,22 +1,12 @@
 #include "marketdata/index_file.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstring>
 
 #include "marketdata/market_files.h"
 
 namespace velumar {
 
 namespace {
-
-std::string RawBytes(auto value) {
-  std::string bytes(sizeof value, '\0');
-  std::memcpy(bytes.data(), &value, sizeof value);
-  return bytes;
-}
 
 constexpr int kDate = 20301231;
 constexpr int kStoredDate = kDate - 19000000;
@@ -45,11 +35,8 @@ TEST(IndexCopy, KeepsTheSecuritiesButNotTheirDates) {
   const ScratchFolder from;
   from.Write("Master", Master(listed, kTooFew) + "\x02 torn" + Word(kStoredDate));
   from.Write("emaster", Dated(Emaster(listed, kTooFew), 192, 126));
-  const std::string xmaster = Dated(Dated(Xmaster(listed, kTooFew), 150, 80), 150, 104);
-  from.Write("XMASTER", xmaster);
-  for (const char* other : {"MASTER.BAK", "F1.DAT"}) {
-    from.Write(other, xmaster);
-  }
+  from.Write("XMASTER", Dated(Dated(Xmaster(listed, kTooFew), 150, 80), 150, 104));
+  from.Write("MASTER.BAK", Master(listed));
   const ScratchFolder to;
   to.Write("XMASTER", "an old one");
   CopyIndexFiles(from / "", to / "");

@@ -22,10 +22,8 @@ std::string Padded(const std::string& text, std::size_t size, char padding) {
 }
 
 std::string Byte(int value) { return {static_cast<char>(value)}; }
-std::string Short(int value) { return Byte(value) + Byte(value >> 8); }
-std::string Long(int value) { return Short(value) + Short(value >> 16); }
-std::string WholeDate(int stored) { return Long(stored == 0 ? 0 : stored + 19000000); }
-std::string Ieee(float value) { return {reinterpret_cast<const char*>(&value), sizeof value}; }
+std::string Short(int value) { return RawBytes(static_cast<std::uint16_t>(value)); }
+std::string WholeDate(int stored) { return RawBytes(stored == 0 ? 0 : stored + 19000000); }
 
 int HighestNumber(const std::vector<Listed>& securities) {
   return std::ranges::max(securities, {}, &Listed::number).number;
@@ -45,9 +43,7 @@ std::string Hex(std::string_view digits) {
   return bytes;
 }
 
-std::string Word(double value) {
-  return Long(static_cast<int>(MbfFromFloat(static_cast<float>(value)).value()));
-}
+std::string Word(double value) { return RawBytes(MbfFromFloat(static_cast<float>(value)).value()); }
 
 std::string Master(const std::vector<Listed>& securities, int count) {
   std::string file =
@@ -74,8 +70,8 @@ std::string Emaster(const std::vector<Listed>& securities, int count) {
                          {32, listed.name.substr(0, 16)},
                          {60, Byte(listed.frame)},
                          {62, Short(listed.minutes)},
-                         {64, Ieee(static_cast<float>(listed.first))},
-                         {72, Ieee(static_cast<float>(listed.last))},
+                         {64, RawBytes(static_cast<float>(listed.first))},
+                         {72, RawBytes(static_cast<float>(listed.last))},
                          {139, listed.name.size() > 16 ? listed.name : ""}});
   }
   return file;
@@ -131,9 +127,9 @@ std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbo
   return ReadBars(directory.Text(), std::string(symbol), interval);
 }
 
-std::vector<SecurityInfo> SecuritiesIn(const std::string& directory, IndexCache& cache) {
-  MetaLibReader reader(cache);
-  reader.OpenDirectory(directory);
+std::vector<SecurityInfo> DirectoryTest::Securities() {
+  MetaLibReader reader(cache_);
+  reader.OpenDirectory(Text());
   std::vector<SecurityInfo> securities;
   while (reader.NextSecurity() > 0) {
     reader.ReadSecurityHeader();
@@ -142,9 +138,9 @@ std::vector<SecurityInfo> SecuritiesIn(const std::string& directory, IndexCache&
   return securities;
 }
 
-std::vector<std::string> ListOf(const std::string& directory, IndexCache& cache) {
+std::vector<std::string> DirectoryTest::List() {
   std::vector<std::string> list;
-  for (const SecurityInfo& info : SecuritiesIn(directory, cache)) {
+  for (const SecurityInfo& info : Securities()) {
     list.push_back(info.symbol + ":" + std::to_string(info.interval) + " F" +
                    std::to_string(info.file_number) + " " + info.name);
   }

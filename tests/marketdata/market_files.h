@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -13,6 +15,11 @@
 #include "support/scratch.h"
 
 namespace velumar {
+
+// The bytes of a number, as they are in memory.
+std::string RawBytes(auto number) {
+  return {reinterpret_cast<const char*>(&number), sizeof number};
+}
 
 // "5D FE 58 4D" as four bytes.
 std::string Hex(std::string_view digits);
@@ -50,9 +57,17 @@ Bar TimedBar(int date, int time, float close = 10);
 std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbol = "AAA",
                           int interval = -1);
 
-std::vector<SecurityInfo> SecuritiesIn(const std::string& directory, IndexCache& cache);
-// "AAA:-1 F1 Alpha": symbol, interval, file number and name of each security.
-std::vector<std::string> ListOf(const std::string& directory, IndexCache& cache);
+// A directory, listed with a cache that its writers share.
+class DirectoryTest : public testing::Test {
+ protected:
+  std::string Text() const { return directory_.Text(); }
+  std::vector<SecurityInfo> Securities();
+  // "AAA:-1 F1 Alpha": symbol, interval, file number and name of each security.
+  std::vector<std::string> List();
+
+  ScratchFolder directory_;
+  IndexCache cache_;
+};
 
 // The number of the MetaLibError that `act` throws, or 0; its text goes to `text`.
 template <typename Act>
