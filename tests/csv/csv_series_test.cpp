@@ -28,7 +28,6 @@ const Bar kBar = {.date = 20200102,
 
 TEST(CsvSeries, FindsItsColumnsHoweverTheyAreWritten) {
   for (const std::string_view text : {
-           "Date,Time,Open,High,Low,Close,Volume,OpenInterest\n20200102,93000,1,4,0.5,2,100,7\n",
            "openinterest,VOLUME,close,low,high,open,time,date\n7,100,2,.5,4,1,09:30,2020-01-02",
            "Date;Time;Open;High;Low;Close;Adj Close;Vol.;Open Int.\r\n"
            "2020-01-02;9:30;1;4;0.5;2;99;100;7\r\n",
@@ -43,34 +42,19 @@ TEST(CsvSeries, FindsItsColumnsHoweverTheyAreWritten) {
            "\"20200102\" , \"09:30:00\",\"1\",\"4\",\"0.5\",\"2\",\"100\",\"7\"\n\n",
            // The full name has priority over a short form.
            "Vol,Timestamp,Date,Time,Open,High,Low,Close,Volume,Note,OI,,\n"
-           "x,y,20200102,93000,1,4,0.5,2,100,\"a, \"\"b\"\"\",7,,,,\n",
-           "Date,Time,Open,High,Low,Close,Volume,OI,,\n2020-01-02 00:00:00,09:30,1,4,0.5,2,100,7\n",
+           "x,y,2020-01-02 00:00:00,93000,1,4,0.5,2,100,\"a, \"\"b\"\"\",7,,,,\n",
        }) {
     EXPECT_THAT(Read(text).bars, testing::ElementsAre(kBar)) << text;
   }
 }
 
-TEST(CsvSeries, ReadsMissingColumnsAsZero) {
-  const CsvSeries series =
-      Read("date,open,high,low,close\n20200102,1,4,0.5,2\n\n20200103,1,1,1,1\n");
-  const Bar bare = {.date = 20200102, .open = 1, .high = 4, .low = 0.5, .close = 2};
-  EXPECT_EQ(series.bars.front(), bare);
-  EXPECT_THAT(series.lines, testing::ElementsAre(2, 4));
-}
-
-std::string Repeated(std::string_view text, int times) {
-  std::string all;
-  for (int i = 0; i < times; ++i) all += text;
-  return all;
-}
-
 TEST(CsvSeries, NamesTheLineThatCannotBeRead) {
   const std::string header = "date,time,open,high,low,close\n";
   const std::string first = "20200102,93000,1,2,1,1\n";
+  std::string too_long = header;
+  for (int i = 0; i < 65535; ++i) too_long += "\n\nx\n";
   const std::vector<std::pair<std::string, std::string>> cases = {
-      {header + "20201341,0,1,1,1,1\n", "line 2: the date \"20201341\" is not a valid date"},
       {header + first + "\n20200102,93500,1,2,1,x\n", "line 4: the close \"x\" is not a number"},
-      {header + first + "20200102,9:75,1,2,1,1\n", "line 3: the time \"9:75\" is not a valid time"},
       {header + first + "20200102,,1,2,1,1\n", "line 3: the time is empty"},
       {header + first + "20200102,93500,1,2,1\n", "line 3: has 5 fields, the header has 6"},
       {header + first + "20200102,93500,1,2,1,1,5\n", "line 3: has 7 fields, the header has 6"},
@@ -82,53 +66,38 @@ TEST(CsvSeries, NamesTheLineThatCannotBeRead) {
       {header + "2020-01-02 09:30,10:00,1,1,1,1\n",
        "line 2: the time in the date differs from the one in the column Time"},
       {"time,open,high,low\n", "no column Date, Close; the first line must name the columns"},
-      {"20200102,1,2,1,1\n",
-       "no column Date, Open, High, Low, Close; the first line must name the columns"},
       {"date,open,high,low,close,Close\n", "the header names the column Close twice"},
-      {"", "the file is empty"},
       {"\xEF\xBB\xBF\r\n\r\n", "the file is empty"},
       {header, "the file has a header but no bars"},
       {std::string(5000, ','), "has more than 1000 fields"},
-      {header + std::string(2 * 65535, '\n') + Repeated("x\n", 65535),
-       "has 65535 bars; a series holds at most 65534"},
+      {too_long, "has 65535 bars; a series holds at most 65534"},
       {std::string("d\0a\0", 4), "this is not plain text; save it as CSV in UTF-8"},
   };
   for (const auto& [text, complaint] : cases)
     EXPECT_EQ(Complaint(text), complaint) << text.substr(0, 200);
 }
 
-TEST(CsvSeries, BecomesDailyWithoutTimes) {
-  const std::string header = "date,time,open,high,low,close\n";
-  CsvSeries days = Read(header + "20200102,160000,1,1,1,1\n20200103,0,1,1,1,1\n");
-  EXPECT_EQ(MakeDaily(days), 1);
-  EXPECT_EQ(days.bars.front().time, 0);
-  CsvSeries hours = Read(header + "20200102,10:00,1,1,1,1\n\n20200102,11:00,1,1,1,1\n");
-  try {
-    MakeDaily(hours);
-    ADD_FAILURE() << "two bars on one day";
-  } catch (const CsvError& error) {
-    EXPECT_STREQ(error.what(),
-                 "line 4: a second bar of 20200102; a daily series has one bar a day");
-  }
+TEST(CsvSeries, ADailySeriesHasOneBarADay) {
+  CsvSeries hours =
+      Read("date,time,open,high,low,close\n20200102,10:00,1,1,1,1\n\n20200102,11:00,1,1,1,1\n");
+  EXPECT_THAT(
+      [&] { MakeDaily(hours); },
+      testing::ThrowsMessage<CsvError>(testing::StartsWith("line 4: a second bar of 20200102")));
 }
 
 TEST(CsvSeries, FindsPricesThatContradict) {
   // Open, high, low, close.
-  for (const auto& [bar, contradict] :
-       {std::pair(Bar{0, 0, 1, 2, 1, 2}, false), std::pair(Bar{0, 0, -1, -1, -1, -1}, false),
-        std::pair(Bar{0, 0, 1, 3, 2, 2}, true), std::pair(Bar{0, 0, 2, 3, 2, 1}, true),
-        std::pair(Bar{0, 0, 4, 3, 2, 2}, true), std::pair(Bar{0, 0, 2, 3, 2, 4}, true)}) {
-    EXPECT_EQ(PricesContradict(bar), contradict) << bar.open << " " << bar.close;
-  }
+  EXPECT_FALSE(PricesContradict({0, 0, -1, -1, -1, -1}));
+  EXPECT_TRUE(PricesContradict({0, 0, 1, 3, 2, 2}));
+  EXPECT_TRUE(PricesContradict({0, 0, 2, 3, 2, 1}));
+  EXPECT_TRUE(PricesContradict({0, 0, 4, 3, 2, 2}));
+  EXPECT_TRUE(PricesContradict({0, 0, 2, 3, 2, 4}));
 }
 
 TEST(CsvGuess, TakesSymbolAndIntervalFromTheName) {
-  const std::vector<std::tuple<std::string, std::string, std::optional<int>>> cases = {
-      {"AAPL_D", "AAPL", -1},   {"test_15", "TEST", 15},
-      {"x_d", "X", -1},         {"EUR_USD_60", "EUR_USD", 60},
-      {"SET_50", "SET_50", {}}, {"A_7", "A_7", {}},
-      {"_D", "_D", {}},         {" gold ", "GOLD", {}},
-      {"x_", "X_", {}},         {"BRK.B", "BRK.B", {}},
+  const std::tuple<std::string, std::string, std::optional<int>> cases[] = {
+      {"x_d", "X", -1}, {"EUR_USD_60", "EUR_USD", 60}, {"SET_50", "SET_50", {}},
+      {"_D", "_D", {}}, {" gold ", "GOLD", {}},        {"x_", "X_", {}},
   };
   for (const auto& [stem, symbol, interval] : cases) {
     const CsvNameGuess guess = GuessFromName(stem);

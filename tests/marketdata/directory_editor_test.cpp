@@ -1,14 +1,8 @@
 #include "marketdata/directory_editor.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <limits>
 
-#include "marketdata/directory_lock.h"
-#include "marketdata/index_cache.h"
 #include "marketdata/market_files.h"
-#include "marketdata/metalib_reader.h"
 
 namespace velumar {
 
@@ -17,27 +11,19 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class DirectoryEditor : public testing::Test {
+class DirectoryEditor : public DirectoryTest {
  protected:
   void Store(const NewSecurity& security, const std::vector<Bar>& bars) {
     StoreSecurity(Text(), security, bars, cache_);
   }
-
-  std::string Text() const { return directory_.Text(); }
-
-  std::vector<std::string> List() { return ListOf(Text(), cache_); }
-
-  ScratchFolder directory_;
-  IndexCache cache_;
 };
 
-TEST_F(DirectoryEditor, ANewDirectoryGetsBothIndexesAndReadsBackExactly) {
+TEST_F(DirectoryEditor, ANewDirectoryGetsBothIndexes) {
   const std::string path = Text() + "\\new\\set";
-  const std::vector<Bar> daily = {{20050103, 0, 1.1F, 3e38F / 4, -7.3F, 0.1F, 1e-37F, 2}};
   const std::vector<Bar> intraday = {TimedBar(20050104, 93000), TimedBar(20050103, 160000)};
-  StoreSecurity(path, {"AAA", "Alpha & Omega, a Caf\xC3\xA9", -1}, daily, cache_);
-  StoreSecurity(path, {"AAA", "Alpha", 15}, intraday, cache_);
-  EXPECT_EQ(ReadBars(path, "AAA", -1), daily);
+  StoreSecurity(path, {"AAA", "Alpha", -1}, {DailyBar(20050103)}, cache_);
+  StoreSecurity(path, {"AAA", "Caf\xC3\xA9", 15}, intraday, cache_);
+  EXPECT_THAT(ReadBars(path, "AAA", -1), ElementsAre(DailyBar(20050103)));
   EXPECT_THAT(ReadBars(path, "AAA", 15), ElementsAre(intraday[1], intraday[0]));
   for (const char* index : {"MASTER", "EMASTER"}) {
     const ScratchFolder alone;
@@ -128,19 +114,6 @@ TEST_F(DirectoryEditor, UnstorableValuesAreNamedAndNothingIsCreated) {
     EXPECT_THAT(text, HasSubstr(row.part));
   }
   EXPECT_THAT(directory_.Names(), ElementsAre());
-}
-
-TEST(DirectoryLock, OneWriterHoldsItAndFilesStayReadable) {
-  const ScratchFolder directory;
-  EXPECT_FALSE(DirectoryLock::IsHeld(directory.Text()));
-  auto held = DirectoryLock::TryHold(directory.Text());
-  ASSERT_TRUE(held);
-  EXPECT_TRUE(DirectoryLock::IsHeld(directory.Text()));
-  EXPECT_FALSE(DirectoryLock::TryHold(directory.Text()));
-  EXPECT_EQ(directory.Read(DirectoryLock::kFileName), "");
-  held.reset();
-  EXPECT_FALSE(DirectoryLock::IsHeld(directory.Text()));
-  EXPECT_TRUE(DirectoryLock::TryHold(directory.Text()));
 }
 
 }  // namespace

@@ -1,11 +1,6 @@
 #include "marketdata/index_file.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <array>
-#include <cstring>
 
 #include "marketdata/market_files.h"
 
@@ -13,48 +8,35 @@ namespace velumar {
 
 namespace {
 
-std::string RawBytes(auto value) {
-  std::string bytes(sizeof value, '\0');
-  std::memcpy(bytes.data(), &value, sizeof value);
-  return bytes;
-}
+constexpr int kDate = 20301231;
+constexpr int kStoredDate = kDate - 19000000;
 
-// Into each record.
-std::string WithNumber(std::string file, std::size_t record_size, std::size_t offset, int number) {
+// The file with the date in each record.
+std::string Dated(std::string file, std::size_t record_size, std::size_t offset) {
   for (std::size_t at = record_size; at < file.size(); at += record_size) {
-    file.replace(at + offset, 4, RawBytes(number));
+    file.replace(at + offset, 4, RawBytes(kDate));
   }
   return file;
 }
 
-constexpr int kFirst = 20050103;
-constexpr int kLast = 20301231;
-constexpr int kCollected = 20310105;
-
 // In any number format of index files.
 bool HasDate(const std::string& file) {
-  return std::ranges::any_of(std::array{kFirst, kLast, kCollected}, [&](int date) {
-    const int stored = date - 19000000;
-    return file.find(RawBytes(date)) != std::string::npos ||
-           file.find(RawBytes(static_cast<float>(stored))) != std::string::npos ||
-           file.find(Word(stored)) != std::string::npos;
-  });
+  const std::string forms[] = {RawBytes(kDate), RawBytes(static_cast<float>(kStoredDate)),
+                               Word(kStoredDate)};
+  return std::ranges::any_of(
+      forms, [&](const std::string& form) { return file.find(form) != std::string::npos; });
 }
 
 TEST(IndexCopy, KeepsTheSecuritiesButNotTheirDates) {
-  const Listed one = {.bits = 0x7F, .first = kFirst - 19000000, .last = kLast - 19000000};
-  Listed two = one;
-  two.number = 2;
-  two.symbol = "BBB";
+  const std::vector<Listed> listed = {
+      {.bits = 0x7F, .first = kStoredDate, .last = kStoredDate},
+      {.number = 2, .symbol = "BBB", .bits = 0x7F, .first = kStoredDate, .last = kStoredDate}};
   constexpr int kTooFew = 1;  // the count in the headers
   const ScratchFolder from;
-  from.Write("Master", Master({one, two}, kTooFew) + "\x02 torn" + Word(kLast - 19000000));
-  from.Write("emaster", WithNumber(Emaster({one, two}, kTooFew), 192, 126, kFirst));
-  const std::string xmaster = WithNumber(Xmaster({one, two}, kTooFew), 150, 80, kLast);
-  from.Write("XMASTER", WithNumber(xmaster, 150, 104, kCollected));
-  for (const char* other : {"MASTER.BAK", "EMASTER.new", "F1.DAT", "notes"}) {
-    from.Write(other, xmaster);
-  }
+  from.Write("Master", Master(listed, kTooFew) + "\x02 torn" + Word(kStoredDate));
+  from.Write("emaster", Dated(Emaster(listed, kTooFew), 192, 126));
+  from.Write("XMASTER", Dated(Dated(Xmaster(listed, kTooFew), 150, 80), 150, 104));
+  from.Write("MASTER.BAK", Master(listed));
   const ScratchFolder to;
   to.Write("XMASTER", "an old one");
   CopyIndexFiles(from / "", to / "");

@@ -1,9 +1,9 @@
 #include "marketdata/market_files.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "marketdata/metalib_reader.h"
+#include "marketdata/number_format.h"
 
 namespace velumar {
 
@@ -22,15 +22,11 @@ std::string Padded(const std::string& text, std::size_t size, char padding) {
 }
 
 std::string Byte(int value) { return {static_cast<char>(value)}; }
-std::string Short(int value) { return Byte(value) + Byte(value >> 8); }
-std::string Long(int value) { return Short(value) + Short(value >> 16); }
-std::string WholeDate(int stored) { return Long(stored == 0 ? 0 : stored + 19000000); }
-std::string Ieee(float value) { return {reinterpret_cast<const char*>(&value), sizeof value}; }
+std::string Short(int value) { return RawBytes(static_cast<std::uint16_t>(value)); }
+std::string WholeDate(int stored) { return RawBytes(stored == 0 ? 0 : stored + 19000000); }
 
 int HighestNumber(const std::vector<Listed>& securities) {
-  int highest = 0;
-  for (const Listed& listed : securities) highest = std::max(highest, listed.number);
-  return highest;
+  return std::ranges::max(securities, {}, &Listed::number).number;
 }
 
 int CountOf(const std::vector<Listed>& securities, int count) {
@@ -47,13 +43,7 @@ std::string Hex(std::string_view digits) {
   return bytes;
 }
 
-std::string Word(double value) {
-  if (value == 0) return std::string(4, '\0');
-  int exponent = 0;
-  const double mantissa = std::frexp(std::abs(value), &exponent);  // 0.5 <= mantissa < 1
-  const int fraction = static_cast<int>(std::lround(mantissa * 0x1000000)) & 0x7FFFFF;
-  return Short(fraction) + Byte((fraction >> 16) | (value < 0 ? 0x80 : 0)) + Byte(exponent + 128);
-}
+std::string Word(double value) { return RawBytes(MbfFromFloat(static_cast<float>(value)).value()); }
 
 std::string Master(const std::vector<Listed>& securities, int count) {
   std::string file =
@@ -80,8 +70,8 @@ std::string Emaster(const std::vector<Listed>& securities, int count) {
                          {32, listed.name.substr(0, 16)},
                          {60, Byte(listed.frame)},
                          {62, Short(listed.minutes)},
-                         {64, Ieee(static_cast<float>(listed.first))},
-                         {72, Ieee(static_cast<float>(listed.last))},
+                         {64, RawBytes(static_cast<float>(listed.first))},
+                         {72, RawBytes(static_cast<float>(listed.last))},
                          {139, listed.name.size() > 16 ? listed.name : ""}});
   }
   return file;
@@ -112,12 +102,19 @@ std::string DataBytes(int fields, int count, const std::vector<std::string>& rec
 
 std::string DailyBytes(const std::vector<Bar>& bars) {
   std::vector<std::string> records;
-  records.reserve(bars.size());
   for (const Bar& bar : bars) {
     records.push_back(Word(bar.date - 19000000) + Word(bar.open) + Word(bar.high) + Word(bar.low) +
                       Word(bar.close) + Word(bar.volume) + Word(bar.open_interest));
   }
   return DataBytes(7, static_cast<int>(bars.size()) + 1, records);
+}
+
+std::string IntradayBytes(const std::vector<std::pair<int, int>>& moments) {
+  std::vector<std::string> records;
+  for (const auto& [date, time] : moments) {
+    records.push_back(Word(date - 19000000) + Word(time) + std::string(24, '\0'));
+  }
+  return DataBytes(8, static_cast<int>(moments.size()) + 1, records);
 }
 
 Bar DailyBar(int date, float close) { return TimedBar(date, 0, close); }
@@ -130,9 +127,9 @@ std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbo
   return ReadBars(directory.Text(), std::string(symbol), interval);
 }
 
-std::vector<SecurityInfo> SecuritiesIn(const std::string& directory, IndexCache& cache) {
-  MetaLibReader reader(cache);
-  reader.OpenDirectory(directory);
+std::vector<SecurityInfo> DirectoryTest::Securities() {
+  MetaLibReader reader(cache_);
+  reader.OpenDirectory(Text());
   std::vector<SecurityInfo> securities;
   while (reader.NextSecurity() > 0) {
     reader.ReadSecurityHeader();
@@ -141,9 +138,9 @@ std::vector<SecurityInfo> SecuritiesIn(const std::string& directory, IndexCache&
   return securities;
 }
 
-std::vector<std::string> ListOf(const std::string& directory, IndexCache& cache) {
+std::vector<std::string> DirectoryTest::List() {
   std::vector<std::string> list;
-  for (const SecurityInfo& info : SecuritiesIn(directory, cache)) {
+  for (const SecurityInfo& info : Securities()) {
     list.push_back(info.symbol + ":" + std::to_string(info.interval) + " F" +
                    std::to_string(info.file_number) + " " + info.name);
   }

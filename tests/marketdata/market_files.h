@@ -1,9 +1,12 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "marketdata/bar.h"
@@ -13,10 +16,15 @@
 
 namespace velumar {
 
+// The bytes of a number, as they are in memory.
+std::string RawBytes(auto number) {
+  return {reinterpret_cast<const char*>(&number), sizeof number};
+}
+
 // "5D FE 58 4D" as four bytes.
 std::string Hex(std::string_view digits);
 
-// Data files and index files, built without the code under test.
+// Data files and index files, built without the code under test but for the numbers' format.
 std::string Word(double value);  // four bytes of the number format of data files
 
 struct Listed {
@@ -39,6 +47,8 @@ std::string Xmaster(const std::vector<Listed>& securities, int count = -1);
 std::string DataBytes(int fields, int count, const std::vector<std::string>& records);
 // A correct file of seven columns.
 std::string DailyBytes(const std::vector<Bar>& bars);
+// The same of eight columns, with bars of zeros at these dates and times.
+std::string IntradayBytes(const std::vector<std::pair<int, int>>& moments);
 
 Bar DailyBar(int date, float close = 10);
 Bar TimedBar(int date, int time, float close = 10);
@@ -47,9 +57,17 @@ Bar TimedBar(int date, int time, float close = 10);
 std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbol = "AAA",
                           int interval = -1);
 
-std::vector<SecurityInfo> SecuritiesIn(const std::string& directory, IndexCache& cache);
-// "AAA:-1 F1 Alpha": symbol, interval, file number and name of each security.
-std::vector<std::string> ListOf(const std::string& directory, IndexCache& cache);
+// A directory, listed with a cache that its writers share.
+class DirectoryTest : public testing::Test {
+ protected:
+  std::string Text() const { return directory_.Text(); }
+  std::vector<SecurityInfo> Securities();
+  // "AAA:-1 F1 Alpha": symbol, interval, file number and name of each security.
+  std::vector<std::string> List();
+
+  ScratchFolder directory_;
+  IndexCache cache_;
+};
 
 // The number of the MetaLibError that `act` throws, or 0; its text goes to `text`.
 template <typename Act>
