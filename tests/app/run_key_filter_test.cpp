@@ -19,7 +19,7 @@ class RunKeyFilterTest : public ShownDesktop {
  protected:
   RunKeyFilterTest() {
     Form2& run = desktop.form2();
-    for (Form* form : {static_cast<Form*>(&run), static_cast<Form*>(&panel)}) {
+    for (Form* form : std::initializer_list<Form*>{&run, &panel}) {
       form->Show();
       for (Control* control : form->Controls()) {
         if (control->Kind() != ControlKind::kPictureButton) continue;
@@ -57,8 +57,6 @@ TEST_F(RunKeyFilterTest, ASliderAndACheckBoxKeepKeysOnlyIfReachedWithTab) {
   EXPECT_THAT(After(Qt::Key_L, Qt::ControlModifier), IsEmpty());
   box.setFocus(Qt::MouseFocusReason);
   EXPECT_THAT(After(Qt::Key_Space), ElementsAre("Image3"));
-  EXPECT_EQ(panel.HScrollx.Value(), 250);
-  EXPECT_FALSE(panel.chkShowBigform.Checked());
 
   slider.setFocus(Qt::TabFocusReason);
   EXPECT_THAT(After(Qt::Key_Left), IsEmpty());
@@ -77,6 +75,8 @@ TEST_F(RunKeyFilterTest, ABoxKeepsWhatIsTypedUntilItIsLeft) {
     quantity.selectAll();
     EXPECT_THAT(After(Qt::Key_L), IsEmpty());
     EXPECT_EQ(panel.txtContractVol.Text(), "l");
+    Click(WidgetOf(panel.imgLong));
+    EXPECT_TRUE(quantity.hasFocus()) << "a picture takes no focus";
     After(way_out);
     EXPECT_FALSE(quantity.hasFocus());
     EXPECT_THAT(After(Qt::Key_L), ElementsAre("imgLong"));
@@ -87,12 +87,9 @@ TEST_F(RunKeyFilterTest, ABoxKeepsWhatIsTypedUntilItIsLeft) {
 // A name typed there, or an answer to a box, must not place an order.
 TEST_F(RunKeyFilterTest, TheScoreBoardAndBoxesKeepAllKeys) {
   EXPECT_THAT(After(Qt::Key_B), ElementsAre("frmScore"));
-  desktop.frmScore().Show();
-  const QWidget& board = Activate(desktop.frmScore());
   clicks.clear();
-  for (const Qt::Key key : {Qt::Key_L, Qt::Key_S, Qt::Key_Space, Qt::Key_B}) {
-    QTest::keyClick(board.windowHandle(), key);
-  }
+  desktop.frmScore().Show();
+  QTest::keyClick(Activate(desktop.frmScore()).windowHandle(), Qt::Key_L);
   QApplication::processEvents();
   EXPECT_THAT(clicks, IsEmpty());
   QMessageBox box;

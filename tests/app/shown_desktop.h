@@ -9,6 +9,10 @@
 
 #include "app/theme/form_style.h"
 #include "app/windows/desktop_view.h"
+#include "ledger/ledger.h"
+#include "marketdata/index_cache.h"
+#include "platform/virtual_platform.h"
+#include "shell/program.h"
 
 namespace velumar {
 
@@ -51,11 +55,30 @@ class ShownDesktop : public ::testing::Test {
 
   static void Click(QWidget& widget) { QTest::mouseClick(&widget, Qt::LeftButton); }
 
+  // Turns the wheel above the middle of the widget; away from the user is positive.
+  static void Roll(QWidget& widget, int notches) {
+    const QPoint middle = widget.rect().center();
+    QWheelEvent wheel(middle, widget.mapToGlobal(middle), {}, {0, 120 * notches}, Qt::NoButton, {},
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &wheel);
+  }
+
   Desktop desktop;
   std::vector<std::string> reports;
   DesktopView view{desktop,
                    {Palette::Light(), Typefaces::Installed(), QStringLiteral("dd/MM/yyyy")},
                    [this](const std::string& text) { reports.push_back(text); }};
+};
+
+// The whole program in these windows, with nothing real outside them.
+class ShownProgram : public ShownDesktop {
+ protected:
+  VirtualPlatform world;
+  Platform platform = world.References();
+  SimSession session;
+  IndexCache cache;
+  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
+  Program program{session, desktop, platform, cache, ledger};
 };
 
 }  // namespace velumar

@@ -1,19 +1,12 @@
-#include <QFile>
 #include <QImage>
-#include <QTemporaryDir>
-#include <algorithm>
 #include <filesystem>
-#include <fstream>
+#include <functional>
 #include <stdexcept>
 
-#include "app/services/event_loop.h"
 #include "app/wiring/options.h"
 #include "app/wiring/single_instance.h"
 #include "app/wiring/unattended.h"
-#include "ledger/ledger.h"
-#include "marketdata/index_cache.h"
 #include "platform/chart_program.h"
-#include "platform/virtual_platform.h"
 #include "shown_desktop.h"
 #include "support/scratch.h"
 
@@ -21,6 +14,7 @@ namespace velumar {
 namespace {
 
 namespace fs = std::filesystem;
+using std::chrono_literals::operator""ms;
 using ::testing::IsEmpty;
 
 Options Read(const char* arguments) {
@@ -29,21 +23,15 @@ Options Read(const char* arguments) {
 }
 
 TEST(OptionsTest, AreReadOrNamedInTheError) {
-  const Options options = Read(
-      "--settings-dir /s --theme dark --play 20 --screenshot-dir out "
-      "--chart-argument --state --chart-argument=-x");
-  EXPECT_EQ(options.settings_dir, QStringLiteral("/s"));
+  const Options options = Read("--theme dark --play 20 --screenshot-dir out");
   EXPECT_EQ(options.theme, ThemeChoice::kDark);
   EXPECT_EQ(options.play, 20);
   EXPECT_EQ(options.screenshot_dir, QStringLiteral("out"));
-  EXPECT_EQ(options.chart_arguments, (std::vector<std::string>{"--state", "-x"}));
   EXPECT_FALSE(Read("").PlaysAlone());
-  EXPECT_EQ(Read("").theme, ThemeChoice::kSystem);
 
   const std::pair<const char*, const char*> wrong[] = {{"--theme pink", "pink"},
                                                        {"--play 0 --screenshot-dir o", "--play 0"},
                                                        {"--play 5", "--screenshot-dir"},
-                                                       {"data", "data"},
                                                        {"--settings-dir", "settings-dir"}};
   for (const auto& [arguments, named] : wrong) {
     try {
@@ -55,35 +43,14 @@ TEST(OptionsTest, AreReadOrNamedInTheError) {
   }
 }
 
-TEST(SingleInstance, OneHasTheFolderUntilItEnds) {
-  const QTemporaryDir folder;
-  const fs::path running = fs::path(folder.path().toStdString()) / "running";
-  {
-    SingleInstance first(folder.path());
-    EXPECT_TRUE(first.First());
-    EXPECT_FALSE(SingleInstance(folder.path()).First());
-    EXPECT_TRUE(fs::exists(running)) << "the second start leaves the lock of the first";
-    first.Release();
-    EXPECT_TRUE(SingleInstance(folder.path()).First());
-  }
-  EXPECT_FALSE(fs::exists(running));
-
-  SingleInstance deleted(folder.path());
-  fs::remove(running);
-  const SingleInstance other(folder.path());
-  deleted.Release();
-  EXPECT_TRUE(fs::exists(running)) << "the lock of the other one";
-}
-
 // A folder may be copied, belong to somebody else or be on a read-only disk.
 TEST(SingleInstance, StartsInAnyFolderThatIsNotInUse) {
-  const QTemporaryDir folder;
-  const fs::path base = folder.path().toStdString();
+  const ScratchFolder base;
   const auto starts = [](const fs::path& settings) {
     return SingleInstance(QString::fromStdString(settings.string())).First();
   };
   fs::create_directories(base / "copied");
-  std::ofstream(base / "copied/running") << "4711\nvelumar\nanother-machine\n";
+  base.Write("copied/running", "4711\nvelumar\nanother-machine\n");
   fs::permissions(base / "copied/running", fs::perms::owner_read);
   EXPECT_TRUE(starts(base / "copied"));
   fs::create_directories(base / "folder/running");
@@ -91,58 +58,31 @@ TEST(SingleInstance, StartsInAnyFolderThatIsNotInUse) {
   EXPECT_TRUE(fs::exists(base / "folder/running"));
   EXPECT_TRUE(starts("/proc/velumar/settings")) << "a folder that can't be created";
   EXPECT_TRUE(starts("/proc/self")) << "a folder that can't be written";
+
+  SingleInstance deleted(QString::fromStdString(base.Text()));
+  EXPECT_FALSE(starts(base.Path()));
+  fs::remove(base / "running");
+  const SingleInstance other(QString::fromStdString(base.Text()));
+  deleted.Release();
+  EXPECT_TRUE(fs::exists(base / "running")) << "the lock of the other one";
 }
 
-// The window events of the toolkit at fifty times the speed.
-class QuickEvents : public EventLoop {
- public:
-  void ProcessPending() override { events_.ProcessPending(); }
-  void WaitFor(std::chrono::milliseconds time) override {
-    events_.WaitFor(std::min(time / 50, std::chrono::milliseconds(20)));
-  }
-  void Sleep(std::chrono::milliseconds) override {}
-
- private:
-  QtEventLoop events_;
-};
-
-using UnattendedTest = ShownDesktop;
+using UnattendedTest = ShownProgram;
 
 // The whole program with its widgets, from the setup window to the end of the process.
 TEST_F(UnattendedTest, PlaysSavesPicturesAndEndsTheProgram) {
-  const QTemporaryDir folder;
-  IndexCache cache;
-  VirtualPlatform world;
-  world.settings.texts["LastPath"] = folder.filePath(QStringLiteral("data")).toStdString();
+  const ScratchFolder folder;
+  world.settings.texts["LastPath"] = folder.Sub("data");
   EnsureChartProgramKeys(world.registry, "/opt/velumar/charthost");
-  StoreSecurity(world.settings.texts["LastPath"], {"ABC", "Abc", -1}, DailyBars(200), cache);
-  QuickEvents events;
-  SimSession session;
-  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
-  const Platform real = world.References();
-  Platform platform{.events = events,
-                    .chart_windows = real.chart_windows,
-                    .keys = real.keys,
-                    .boxes = real.boxes,
-                    .folders = real.folders,
-                    .files = real.files,
-                    .colours = real.colours,
-                    .clipboard = real.clipboard,
-                    .printers = real.printers,
-                    .settings = real.settings,
-                    .registry = real.registry,
-                    .screen = real.screen,
-                    .locale = real.locale,
-                    .clock = real.clock,
-                    .programs = real.programs,
-                    .web = real.web,
-                    .program_folder = real.program_folder,
-                    .default_data_dir = real.default_data_dir,
-                    .store_dir = folder.filePath(QStringLiteral("store")).toStdString(),
-                    .ledger_file = ":memory:"};
-  Program program(session, desktop, platform, cache, ledger);
+  StoreSecurity(folder.Sub("data"), {"ABC", "Abc", -1}, DailyBars(200), cache);
+  // The toolkit's events run at fifty times the speed.
+  const std::function<void()> tick = [&] {
+    world.events.Schedule(50ms, tick);
+    QTest::qWait(1);
+  };
+  tick();
   std::vector<std::string> failures;
-  AutoPlay play({folder.filePath(QStringLiteral("out")), 3}, desktop, view, session, program,
+  AutoPlay play({QString::fromStdString(folder.Sub("out")), 3}, desktop, view, session, program,
                 [&failures](const std::string& why) { failures.push_back(why); });
   program.Start();
   desktop.form1().DTPicker1.SetValue(MadeDate(100));
@@ -152,9 +92,9 @@ TEST_F(UnattendedTest, PlaysSavesPicturesAndEndsTheProgram) {
   EXPECT_THAT(failures, IsEmpty());
   EXPECT_THAT(world.boxes.shown, IsEmpty());
   EXPECT_THAT(reports, IsEmpty());
-  for (const char* name :
+  for (const std::string name :
        {"Form1", "Form2", "Form3", "frmBigDateTime", "frmBigScore", "frmBigPrice"}) {
-    const QImage picture(folder.filePath(QStringLiteral("out/%1.png").arg(QLatin1String(name))));
+    const QImage picture(QString::fromStdString(folder.Sub("out/" + name + ".png")));
     EXPECT_GT(picture.width(), 200) << name;
   }
 }

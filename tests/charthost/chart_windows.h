@@ -13,17 +13,13 @@
 
 namespace velumar {
 
-// Settings that nobody else has.
-inline void UseSettingsIn(const std::string& folder) {
-  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(folder));
-}
-
 // The main window as the program builds it, on a folder with SCB (daily, and 5 minutes), ADVANC and
 // "S P-X" (daily).
 class ChartProgram {
  public:
   ChartProgram() {
-    UseSettingsIn(scratch.Sub("settings"));
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                       QString::fromStdString(scratch.Sub("settings")));
     std::filesystem::create_directory(scratch.Sub("my data 50%"));
     std::vector<Bar> rising_and_falling = DailyBars(300);
     for (std::size_t i = 0; i < rising_and_falling.size(); i += 2) {

@@ -7,30 +7,10 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
+
+#include "support/scratch_folder.h"
 
 namespace velumar {
-
-namespace {
-
-// Files in /proc have no size.
-std::string Content(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-}  // namespace
-
-std::vector<pid_t> ProcessesOf(const std::string& name, const std::string& variable) {
-  std::vector<pid_t> processes;
-  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-    const pid_t process = std::atoi(entry.path().filename().c_str());
-    if (process == 0 || Content(entry.path() / "comm") != name + "\n") continue;
-    const std::string environment = '\0' + Content(entry.path() / "environ");
-    if (environment.find('\0' + variable + '\0') != std::string::npos) processes.push_back(process);
-  }
-  return processes;
-}
 
 RunningProgram::RunningProgram(const std::filesystem::path& settings,
                                const std::filesystem::path& output)
@@ -51,9 +31,14 @@ RunningProgram::~RunningProgram() {
     kill(pid_, SIGKILL);
     waitpid(pid_, nullptr, 0);
   }
-  // The chart program has its own session.
-  for (const pid_t chart : ProcessesOf("MSWIN.EXE", "XDG_CONFIG_HOME=" + settings_.string())) {
-    kill(chart, SIGKILL);
+  // The chart program has its own session, and others may run on this machine.
+  const std::string variable = '\0' + ("XDG_CONFIG_HOME=" + settings_.string()) + '\0';
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    const pid_t process = std::atoi(entry.path().filename().c_str());
+    if (process == 0 || ReadFile(entry.path() / "comm") != "MSWIN.EXE\n") continue;
+    if (('\0' + ReadFile(entry.path() / "environ")).find(variable) != std::string::npos) {
+      kill(process, SIGKILL);
+    }
   }
 }
 

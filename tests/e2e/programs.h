@@ -9,10 +9,6 @@
 
 namespace velumar {
 
-// The processes of a program ("MSWIN.EXE") that have a variable ("HOME=/root") in their
-// environment. Other copies of the program may run on this machine.
-std::vector<pid_t> ProcessesOf(const std::string& name, const std::string& variable);
-
 // The program under test, with its own settings folder. Its chart program writes its state to the
 // same output, one line of JSON after each change.
 class RunningProgram {

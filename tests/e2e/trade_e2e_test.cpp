@@ -1,5 +1,3 @@
-#include <cmath>
-
 #include "e2e/trader_fixture.h"
 #include "ledger/ledger.h"
 #include "platform/typing_target.h"
@@ -35,55 +33,35 @@ TEST_F(TradeE2e, OrdersByMouseAndKeysReachTheLedger) {
   const int paused = BarsAfterPause();
   EXPECT_EQ(Rows().size(), 0U);
 
-  // Typing into the quantity places no orders; Enter leaves the box.
-  ClickOn(panel, panel.txtContractVol);
-  hand.Press("ctrl+a");
-  hand.Type("2");
-  hand.Press("Return");
-  Sleep(300);
   ClickOn(panel, panel.imgLong);
   ASSERT_TRUE(RowsAre(1)) << "long by the mouse";
-  hand.Press("Right");
-  EXPECT_TRUE(Shows(paused + 1)) << "a step by key";
+  const auto row = Rows().front();
+  EXPECT_EQ(std::get<std::string>(row[0]), "ABC");
+  EXPECT_EQ(std::get<std::string>(row[1]), "Long");
+  EXPECT_NEAR(std::get<double>(row[2]), MadeBar(paused - 1, 0).close, 0.005);
   Sleep(500);
   hand.Press("shift+l");
   ASSERT_TRUE(RowsAre(2)) << "offset by key";
-  EXPECT_EQ(StoreBars(), paused + 1);
+  EXPECT_EQ(StoreBars(), paused);
 
   hand.Activate("MetaStock");
   hand.Press("s");
   ASSERT_TRUE(RowsAre(3)) << "short by a key typed to the chart";
   EXPECT_TRUE(hand.FrontTitle().starts_with("MetaStock")) << "an order leaves the chart in front";
   hand.Press("Next");
-  EXPECT_TRUE(Shows(paused + 31)) << "30 bars from the chart";
+  EXPECT_TRUE(Shows(paused + 30)) << "30 bars from the chart";
   Sleep(500);
   hand.Activate("MetaStock");
   hand.Press("shift+s");
   ASSERT_TRUE(RowsAre(4));
 
-  hand.Press("space");
-  EXPECT_TRUE(Eventually([&] { return StoreBars() >= paused + 33; })) << "plays";
-  hand.Press("space");
-  const int end = BarsAfterPause();
-  // Play moved the four rows to the archive.
-  ClickOn(panel, panel.ImgShort);
-  ASSERT_TRUE(RowsAre(1));
-  const auto row = Rows().front();
-  EXPECT_EQ(std::get<std::string>(row[0]), "ABC");
-  EXPECT_EQ(std::get<std::string>(row[1]), "Short");
-  EXPECT_NEAR(std::get<double>(row[2]), MadeBar(end - 1, 0).close, 0.005);
-
   // Keys place no orders while the results are in front.
+  hand.Activate("Velumar");
   ClickOn(panel, panel.imgGraph);
   ASSERT_TRUE(Eventually([&] { return !hand.FrontTitle().starts_with("Velumar"); }));
   hand.Press("l");
   Sleep(500);
-  EXPECT_EQ(Rows().size(), 1U);
-  hand.Press("Escape");
-  Sleep(500);
-  hand.Activate("Velumar");
-  hand.Press("l");
-  EXPECT_TRUE(RowsAre(2));
+  EXPECT_EQ(Rows().size(), 4U);
 }
 
 // Every second the chart is refreshed, while the trader writes a letter full of the keys that
