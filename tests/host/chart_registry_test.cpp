@@ -36,7 +36,6 @@ class ChartRegistryTest : public testing::Test {
 
 TEST_F(ChartRegistryTest, TheNewerInstallationWins) {
   EXPECT_EQ(chart.Version(), "8");
-  EXPECT_EQ(chart.ProgramFolder(), "C:\\Program Files\\Equis\\MetaStock");
   Install("8.0");
   EXPECT_EQ(chart.ProgramFolder(), "/chart/8.0");
   Install("9.0");
@@ -45,7 +44,6 @@ TEST_F(ChartRegistryTest, TheNewerInstallationWins) {
   EXPECT_TRUE(chart.SaveDataFolder("/data") && chart.SaveChartsFolder("/charts"));
   EXPECT_EQ(Value("MetaStock Pro 9.0\\DataPath", "LastPath"), "/data");
   EXPECT_EQ(Value("MetaStock Pro 9.0\\OpenFileData", "SmartChartsPath"), "/charts");
-  EXPECT_TRUE(outside.boxes.shown.empty());
 }
 
 TEST_F(ChartRegistryTest, FailuresShowTheirReason) {

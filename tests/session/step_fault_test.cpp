@@ -1,6 +1,3 @@
-#include <cerrno>
-#include <cstring>
-
 #include "marketdata/metalib_error.h"
 #include "session/bar_stepping.h"
 #include "support/session_fixture.h"
@@ -33,13 +30,17 @@ using StepFaultTest = SessionFixture;
 // Whichever write of a step fails, the store holds the bars up to the cursor and no other: a chart
 // ahead of it would show the future, one before it would hide bars that were traded.
 TEST_F(StepFaultTest, AStepIsCompleteOrRolledBack) {
+  if (!CanTrace()) GTEST_SKIP() << "no permission to trace a process";
+  const ScratchFolder memory(MemoryFolder());
+  data = memory.Sub("data");
+  store = data + "/Simulate";
   Store("ABC", DailyBars(kBars));
   CopyIndexes();
   Choose("ABC", "D", MadeDate(kStart));
   ASSERT_TRUE(working_store.Prepare());
   working_store.LoadSeries();
   ASSERT_EQ(session.BarIndex, kStart - 1);
-  const std::string kept = scratch.Sub("kept");
+  const std::string kept = memory.Sub("kept");
   std::filesystem::copy(store, kept);
   int faults = 0;
   int taken_back = 0;
@@ -48,26 +49,21 @@ TEST_F(StepFaultTest, AStepIsCompleteOrRolledBack) {
                                                 {&BarStepper::UnfeedBar, kStart - 2},
                                                 {&BarStepper::FastUnfeed, kStart - 31}};
   for (const auto& [step, target] : steps) {
-    for (int number = 1, reached = 1; reached != 0; ++number) {
-      reached = 0;
-      for (const auto& [error, stays_broken] : {std::pair(EIO, false), std::pair(ENOSPC, true)}) {
-        std::filesystem::remove_all(store);
-        std::filesystem::copy(kept, store);
-        const FailedWork failed = FailAt(number, error, stays_broken,
-                                         [&, step = step] { return StepFrom(session, step); });
-        if (!failed.traced) GTEST_SKIP() << "no permission to trace a process";
-        if (!failed.reached) continue;
-        ++reached;
-        ++faults;
-        taken_back += failed.exit_code == kStart - 1 ? 1 : 0;
-        const std::string where = "write " + std::to_string(number) + ", " + strerror(error);
-        ASSERT_GE(failed.exit_code, 0) << where << ": it died";
-        EXPECT_EQ(StoreBars(), DailyBars(failed.exit_code + 1)) << where;
-        // Only a disk that stays broken may leave a step half made.
-        EXPECT_TRUE(stays_broken || failed.exit_code == kStart - 1 || failed.exit_code == target)
-            << where << ": ends at " << failed.exit_code;
-      }
-    }
+    faults += ForEachFault([&, step = step, target = target](const DiskFault& fault) {
+      std::filesystem::remove_all(store);
+      std::filesystem::copy(kept, store);
+      const FailedWork failed = FailAt(fault.number, fault.error, fault.stays_broken,
+                                       [&] { return StepFrom(session, step); });
+      if (!failed.reached) return false;
+      EXPECT_GE(failed.exit_code, 0) << "it died";
+      taken_back += failed.exit_code == kStart - 1 ? 1 : 0;
+      EXPECT_EQ(StoreBars(), DailyBars(std::max(failed.exit_code + 1, 0)));
+      // Only a disk that stays broken may leave a step half made.
+      EXPECT_TRUE(fault.stays_broken || failed.exit_code == kStart - 1 ||
+                  failed.exit_code == target)
+          << failed.exit_code;
+      return true;
+    });
   }
   EXPECT_GT(faults, 40);
   EXPECT_GT(taken_back, 10);

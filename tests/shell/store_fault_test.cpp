@@ -1,7 +1,5 @@
 #include <algorithm>
-#include <cstring>
 #include <fstream>
-#include <map>
 
 #include "marketdata/metalib_error.h"
 #include "support/traced_child.h"
@@ -53,46 +51,40 @@ void KeepOldRun(const std::string& data) {
 }
 
 TEST(StoreFault, ABrokenDiskNeverShowsTheFutureNorHarmsTheData) {
-  const ScratchFolder original;
+  if (!CanTrace()) GTEST_SKIP() << "no permission to trace a process";
+  const ScratchFolder original(MemoryFolder());
   const std::string data = original.Sub("data");
   IndexCache cache;
   StoreSecurity(data, {"ABC", "Abc", -1}, DailyBars(kBars), cache);
   StoreSecurity(data, {"XYZ", "Xyz", -1}, DailyBars(kBars), cache);
   const auto before = FilesOf(data);
-  int faults = 0;
-  for (int number = 1, reached = 1; reached != 0; ++number) {
-    reached = 0;
-    for (const auto& [error, stays_broken] : {std::pair(EIO, false), std::pair(ENOSPC, true)}) {
-      // A passing fault is the milder one, but while the store is being emptied.
-      if (!stays_broken && number > 25 && number % 3 != 0) continue;
-      const ScratchFolder scratch;
-      const std::string copy = scratch.Sub("data");
-      std::filesystem::copy(data, copy);
-      if (!stays_broken) KeepOldRun(copy);
-      const FailedWork failed =
-          FailAt(number, error, stays_broken, [&] { return TradeALittle(copy); });
-      if (!failed.traced) GTEST_SKIP() << "no permission to trace a process";
-      if (!failed.reached) continue;
-      ++reached;
-      ++faults;
-      const std::string where = "change " + std::to_string(number) + ", " + strerror(error);
-      EXPECT_GE(failed.exit_code, 0) << where << ": it died";
-      EXPECT_NE(failed.exit_code, kOldBarsShown) << where;
-      EXPECT_EQ(FilesOf(copy), before) << where;
-      if (failed.exit_code == kRefused) continue;
-      std::vector<Bar> stored;
-      try {
-        stored = ReadBars(copy + "/Simulate", "ABC", -1);
-      } catch (const MetaLibError&) {
-        continue;  // no index file came into the store
-      }
-      // The history that the picked date asks for is no future, even of a run that didn't begin.
-      EXPECT_LE(static_cast<int>(stored.size()), std::max(failed.exit_code + 1, kStart)) << where;
-      for (std::size_t i = 0; i < stored.size(); ++i) {
-        EXPECT_EQ(stored[i].date, MadeDate(static_cast<int>(i))) << where << ": a gap";
-      }
+  const int faults = ForEachFault([&](const DiskFault& fault) {
+    // A passing fault is the milder one, but while the store is being emptied.
+    if (!fault.stays_broken && fault.number > 25 && fault.number % 3 != 0) return false;
+    const ScratchFolder scratch(MemoryFolder());
+    const std::string copy = scratch.Sub("data");
+    std::filesystem::copy(data, copy);
+    if (!fault.stays_broken) KeepOldRun(copy);
+    const FailedWork failed =
+        FailAt(fault.number, fault.error, fault.stays_broken, [&] { return TradeALittle(copy); });
+    if (!failed.reached) return false;
+    EXPECT_GE(failed.exit_code, 0) << "it died";
+    EXPECT_NE(failed.exit_code, kOldBarsShown);
+    EXPECT_EQ(FilesOf(copy), before);
+    if (failed.exit_code == kRefused) return true;
+    std::vector<Bar> stored;
+    try {
+      stored = ReadBars(copy + "/Simulate", "ABC", -1);
+    } catch (const MetaLibError&) {
+      return true;  // no index file came into the store
     }
-  }
+    // The history that the picked date asks for is no future, even of a run that didn't begin.
+    EXPECT_LE(static_cast<int>(stored.size()), std::max(failed.exit_code + 1, kStart));
+    for (std::size_t i = 0; i < stored.size(); ++i) {
+      EXPECT_EQ(stored[i].date, MadeDate(static_cast<int>(i))) << "a gap";
+    }
+    return true;
+  });
   EXPECT_GT(faults, 30);
 }
 

@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <random>
@@ -141,45 +143,24 @@ class RandomRun {
     Check();
     ++acted_;
     ++depth_;
-    switch (Roll(14)) {
-      case 0:
-        Step(all_.Navigator().Image1, "next", &PlainStore::Next);
-        break;
-      case 1:
-        Step(all_.Navigator().Image7, "ff", &PlainStore::Forward);
-        break;
-      case 2:
-        Step(all_.Navigator().Image2, "previous", &PlainStore::Previous);
-        break;
-      case 3:
-        Step(all_.Navigator().Image6, "rewind", &PlainStore::Rewind);
-        break;
-      case 4:
-      case 5:
-        Resume();
-        break;
-      case 6:
-        Click(all_.Navigator().Image4, "pause");
-        break;
-      case 7:
-        Roll(3) == 0 ? Click(all_.Navigator().Image5, "return") : Resume();
-        break;
-      case 8:
-      case 9:
-        Click(all_.Setup().Image3, "start");
-        break;
-      case 10:
-        ChooseSymbol();
-        break;
-      case 11:
-        PickDate();
-        break;
-      case 12:
-        Click(Roll(2) ? all_.Panel().imgLong : all_.Panel().imgOffsetLong, "long");
-        break;
-      default:
-        Click(Roll(2) ? all_.Panel().ImgShort : all_.Panel().ImgOffsetShort, "short");
-    }
+    Form2& navigator = all_.Navigator();
+    Form3& panel = all_.Panel();
+    const std::function<void()> acts[] = {
+        [&] { Step(navigator.Image1, "next", &PlainStore::Next); },
+        [&] { Step(navigator.Image7, "ff", &PlainStore::Forward); },
+        [&] { Step(navigator.Image2, "previous", &PlainStore::Previous); },
+        [&] { Step(navigator.Image6, "rewind", &PlainStore::Rewind); },
+        [&] { Resume(); },
+        [&] { Resume(); },
+        [&] { Click(navigator.Image4, "pause"); },
+        [&] { Roll(3) == 0 ? Click(navigator.Image5, "return") : Resume(); },
+        [&] { Click(all_.Setup().Image3, "start"); },
+        [&] { Click(all_.Setup().Image3, "start"); },
+        [&] { ChooseSymbol(); },
+        [&] { PickDate(); },
+        [&] { Click(Roll(2) ? panel.imgLong : panel.imgOffsetLong, "long"); },
+        [&] { Click(Roll(2) ? panel.ImgShort : panel.ImgOffsetShort, "short"); }};
+    acts[Roll(static_cast<int>(std::size(acts)))]();
     --depth_;
     Check();
   }

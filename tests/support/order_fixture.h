@@ -46,17 +46,12 @@ class OrderFixture : public testing::Test {
     run.quantity = quantity;
     return (desk.*order)();
   }
-  long Rows() {
-    return static_cast<long>(
-        std::get<double>(LedgerQuery(ledger, "select count(*) From MyPortfolio").rows[0][0]));
-  }
-  // A column of the newest row.
-  LedgerValue Newest(const std::string& column) {
-    return LedgerQuery(ledger,
-                       "select " + column +
-                           " From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)")
-        .rows.at(0)
-        .at(0);
+  using Row = std::vector<LedgerValue>;
+  std::vector<Row> Ask(const std::string& select) { return LedgerQuery(ledger, select).rows; }
+  std::size_t Rows() { return Ask("select * From MyPortfolio").size(); }
+  // Columns of the newest row.
+  Row Newest(const std::string& columns) {
+    return Ask("select " + columns + " From MyPortfolio order by rowid desc").at(0);
   }
 
   SimSession session;

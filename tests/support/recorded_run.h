@@ -35,11 +35,11 @@ struct RecordedRun : RunInputs, RunView {
   }
   void ShowRunning() override {
     shown = Shown::kRunning;
-    setup_locked = true;
+    LockSetup();
   }
   void ShowPaused() override {
     shown = Shown::kPaused;
-    setup_locked = false;
+    UnlockSetup();
   }
   void ShowEnded() override { shown = Shown::kEnded; }
   void LockSetup() override { setup_locked = true; }
@@ -84,20 +84,13 @@ struct RecordedRun : RunInputs, RunView {
 
 // A chart program's side that does nothing and remembers what it was asked for.
 struct RecordedCharts : ChartSide {
-  void CloseCharts() override { Asked("close"); }
-  void OpenChart() override { Asked("open"); }
+  void CloseCharts() override { asked.emplace_back("close"); }
+  void OpenChart() override { asked.emplace_back("open"); }
   void MaximizeHost() override {}
   bool BringHostToFront() override { return true; }
-  void RefreshCharts() override { Asked("refresh"); }
+  void RefreshCharts() override { asked.emplace_back("refresh"); }
 
   std::vector<std::string> asked;
-  std::function<void(const std::string& what)> on_asked;
-
- private:
-  void Asked(const std::string& what) {
-    asked.push_back(what);
-    if (on_asked) on_asked(what);
-  }
 };
 
 }  // namespace velumar

@@ -21,12 +21,13 @@ inline std::string ReadFile(const std::filesystem::path& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// A new, empty folder among the system's temporary files.
-inline std::filesystem::path FreshFolder() {
+// A new, empty folder, by default among the system's temporary files.
+inline std::filesystem::path FreshFolder(
+    const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
   std::random_device random;
   std::filesystem::path folder;
   do {
-    folder = std::filesystem::temp_directory_path() / ("velumar-" + std::to_string(random()));
+    folder = parent / ("velumar-" + std::to_string(random()));
   } while (!std::filesystem::create_directory(folder));
   return folder;
 }
@@ -34,7 +35,8 @@ inline std::filesystem::path FreshFolder() {
 // The same, deleted with the object.
 class ScratchFolder {
  public:
-  ScratchFolder() : path_(FreshFolder()) {}
+  ScratchFolder() : ScratchFolder(std::filesystem::temp_directory_path()) {}
+  explicit ScratchFolder(const std::filesystem::path& parent) : path_(FreshFolder(parent)) {}
   // With a copy of the files.
   ScratchFolder(const ScratchFolder& other) : ScratchFolder() {
     std::filesystem::copy(other.path_, path_, std::filesystem::copy_options::recursive);

