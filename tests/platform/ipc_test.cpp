@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "platform/qt_loop.h"
@@ -34,7 +35,7 @@ TEST_F(Ipc, MessagesArriveInOrderAtTheLatestListener) {
   EXPECT_FALSE(SendIpcMessage(kName, {}));
   std::vector<std::uint32_t> early;
   std::vector<std::uint32_t> late;
-  const auto first = Listen(early);
+  auto first = Listen(early);
   std::vector<std::uint32_t> sent;
   for (std::uint32_t i = 0; i < 20; ++i) {
     sent.push_back(i << 20);
@@ -48,6 +49,22 @@ TEST_F(Ipc, MessagesArriveInOrderAtTheLatestListener) {
   WaitFor(late, 1);
   EXPECT_THAT(late, testing::ElementsAre(5));
   EXPECT_EQ(early, sent);
+  first.reset();
+  EXPECT_TRUE(SendIpcMessage(kName, {.second = 6})) << "the socket is the later listener's";
+  WaitFor(late, 2);
+  EXPECT_THAT(late, testing::ElementsAre(5, 6));
+}
+
+TEST_F(Ipc, ABusyListenerLosesNoMessage) {
+  std::vector<std::uint32_t> received;
+  auto listener = Listen(received);
+  constexpr std::uint32_t kCount = 400;
+  for (std::uint32_t i = 0; i < kCount; ++i) ASSERT_TRUE(SendIpcMessage(kName, {.second = i})) << i;
+  WaitFor(received, kCount);
+  ASSERT_EQ(received.size(), kCount);
+  EXPECT_TRUE(std::is_sorted(received.begin(), received.end()));
+  listener.reset();
+  EXPECT_TRUE(std::filesystem::is_empty(folder.Path())) << "no socket is left";
 }
 
 TEST_F(Ipc, AListenerThatIsKilledFreesTheName) {
