@@ -21,6 +21,19 @@ using ::testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
+// Runs a part of a test, which may not print, in a process that doesn't have root's permissions.
+// Returns true if it did.
+bool HoldsWithoutRoot(const std::function<bool()>& part) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    constexpr uid_t kNobody = 65534;
+    if (::geteuid() == 0 && ::setuid(kNobody) != 0) ::_exit(2);
+    ::_exit(part() ? 0 : 1);
+  }
+  int status = 1;
+  return ::waitpid(child, &status, 0) == child && status == 0;
+}
+
 TEST(SharedIniFile, KeepsAnyBytes) {
   // Characters that are special in INI files are frequent.
   constexpr std::string_view kSpecial("%=[]#;@,\"\\\n\r\0/. aZ\xC3\xA9", 20);
@@ -203,6 +216,12 @@ TEST(RegistryFile, ReportsDamagedValuesAndAFileThatCantBeWritten) {
   FileRegistry unwritable(folder / "registry/registry");
   EXPECT_EQ(unwritable.CreateKey(RegistryRoot::kCurrentUser, "K"), 1013);
   EXPECT_EQ(unwritable.OpenKey(RegistryRoot::kCurrentUser, "K", Registry::kRead, key), 2);
+
+  fs::permissions(folder.Path(), fs::perms(0555));
+  EXPECT_TRUE(HoldsWithoutRoot([&] {
+    return FileRegistry(folder / "denied").CreateKey(RegistryRoot::kCurrentUser, "K") == 5;
+  }));
+  fs::permissions(folder.Path(), fs::perms(0700));
 }
 
 }  // namespace

@@ -175,6 +175,13 @@ bool SharedIniFile::HasGroupsBelow(std::string_view group) {
                      [&](const QString& key) { return key.indexOf(u'/', prefix.size()) >= 0; });
 }
 
+bool SharedIniFile::MayBeWritten() const {
+  const QFileInfo file(file_);
+  QFileInfo folder(file.absolutePath());
+  while (!folder.exists() && !folder.isRoot()) folder = QFileInfo(folder.absolutePath());
+  return folder.isWritable() && (!file.exists() || file.isWritable());
+}
+
 std::vector<std::string> SharedIniFile::TakeProblems() { return std::exchange(problems_, {}); }
 
 // Opening reads the file again if another process has changed it. Null while it is blocked.

@@ -41,6 +41,8 @@ class SharedIniFile {
 
   // True while a damaged file can't be renamed. Nothing can be read or written until it is gone.
   bool Blocked() const { return blocked_at_ != std::filesystem::file_time_type(); }
+  // False if this user has no permission to write the file or its folder.
+  bool MayBeWritten() const;
   const std::filesystem::path& File() const { return file_; }
   // What went wrong with the file since the last call, in sentences for the user.
   std::vector<std::string> TakeProblems();
