@@ -32,8 +32,9 @@ class MessageListener {
 };
 
 // Calls `receive` for each message in the order in which they were sent, from within the event
-// loop. If two programs listen under one name, the later one gets the messages. Returns null if the
-// system refuses.
+// loop. If two programs listen under one name, the later one gets the messages, also after the
+// earlier one ends. Up to 1000 messages wait for a busy listener (fewer if the system's limit is
+// lower); beyond that, sending fails. Null if the system refuses.
 std::unique_ptr<MessageListener> ListenForMessages(std::string_view name,
                                                    std::function<void(const IpcMessage&)> receive);
 

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "platform/eventually.h"
@@ -42,8 +43,8 @@ struct Ipc : testing::Test {
 TEST_F(Ipc, MessagesArriveInOrderAtTheLatestListener) {
   std::vector<std::uint32_t> early;
   std::vector<std::uint32_t> late;
+  auto first = Listen(early);
   std::vector<std::uint32_t> sent;
-  const auto first = Listen(early);
   for (std::uint32_t i = 0; i < 20; ++i) {
     sent.push_back(i << 20);
     ASSERT_TRUE(Send(sent.back()));
@@ -55,6 +56,22 @@ TEST_F(Ipc, MessagesArriveInOrderAtTheLatestListener) {
   WaitFor(late, 1);
   EXPECT_THAT(late, ElementsAre(5));
   EXPECT_EQ(early, sent);
+  first.reset();
+  EXPECT_TRUE(Send(6)) << "the socket is the later listener's";
+  WaitFor(late, 2);
+  EXPECT_THAT(late, ElementsAre(5, 6));
+}
+
+TEST_F(Ipc, ABusyListenerLosesNoMessage) {
+  std::vector<std::uint32_t> received;
+  auto listener = Listen(received);
+  constexpr std::uint32_t kCount = 400;
+  for (std::uint32_t i = 0; i < kCount; ++i) ASSERT_TRUE(Send(i)) << i;
+  WaitFor(received, kCount);
+  ASSERT_EQ(received.size(), kCount);
+  EXPECT_TRUE(std::is_sorted(received.begin(), received.end()));
+  listener.reset();
+  EXPECT_TRUE(std::filesystem::is_empty(folder.Path())) << "no socket is left";
 }
 
 TEST_F(Ipc, AListenerThatIsKilledFreesTheName) {

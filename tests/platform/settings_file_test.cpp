@@ -21,6 +21,19 @@ using ::testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
+// Runs a part of a test, which may not print, in a process that doesn't have root's permissions.
+// Returns true if it did.
+bool HoldsWithoutRoot(const std::function<bool()>& part) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    constexpr uid_t kNobody = 65534;
+    if (::geteuid() == 0 && ::setuid(kNobody) != 0) ::_exit(2);
+    ::_exit(part() ? 0 : 1);
+  }
+  int status = 1;
+  return ::waitpid(child, &status, 0) == child && status == 0;
+}
+
 TEST(SharedIniFile, KeepsAnyBytes) {
   // Characters that are special in INI files are frequent.
   constexpr std::string_view kSpecial("%=[]#;@,\"\\\n\r\0/. aZ\xC3\xA9", 20);
@@ -71,17 +84,58 @@ TEST(SettingsFile, ReadsWhatTheUserEditsAndImportsEarlierVersionsOnce) {
   const std::string old =
       "# mine\r\n[SETTINGS]\r\n\r\nTop=100% sure\r\ntop= 7 \r\nPath=C:\\Data\\%20x%\n[Score]\nA=b";
   WriteFile(folder / "settings", old);
-  FileSettings settings(folder / "settings");
-  EXPECT_THAT(settings.TakeProblems(), IsEmpty());
-  EXPECT_EQ(settings.Read("Path"), "C:\\Data\\ x%");
-  EXPECT_EQ(settings.ReadFrom("Score", "A"), "b");
-  settings.Save("Top", "8");
+  {
+    FileSettings settings(folder / "settings");
+    EXPECT_THAT(settings.TakeProblems(), IsEmpty());
+    EXPECT_EQ(settings.Read("Path"), "C:\\Data\\ x%");
+    EXPECT_EQ(settings.Read("Top"), " 7 ");
+    EXPECT_EQ(settings.ReadFrom("Score", "A"), "b");
+    settings.Save("Top", "8");
+  }
   EXPECT_EQ(ReadFile(folder / "settings"), old) << "an earlier version can still read it";
   EXPECT_EQ(FileSettings(folder / "settings").Read("Top"), "8");
 
-  WriteFile(folder / "damaged", "[Settings]\nTop=1\nrubbish\n");
-  EXPECT_THAT(FileSettings(folder / "damaged").TakeProblems(),
-              ElementsAre(HasSubstr("\"rubbish\" is not a setting")));
+  WriteFile(folder / "empty", "");
+  FileSettings(folder / "empty");
+  WriteFile(folder / "empty", old);
+  EXPECT_EQ(FileSettings(folder / "empty").Read("Path"), std::nullopt) << "imported again";
+}
+
+TEST(SettingsFile, ImportsTheSoundLinesOfADamagedFile) {
+  const ScratchFolder folder;
+  WriteFile(folder / "settings",
+            "[Settings]\nTop=1\nrubbish\nLeft=2\n[Sco\nTop=3\n[Score]\nA=b\nC");
+  FileSettings settings(folder / "settings");
+  EXPECT_THAT(settings.TakeProblems(),
+              ElementsAre(HasSubstr("\"rubbish\" is not a setting, nor are 3 more lines")));
+  const FileSettings next(folder / "settings");
+  EXPECT_EQ(next.Read("Top"), "1");
+  EXPECT_EQ(next.Read("Left"), "2");
+  EXPECT_EQ(next.ReadFrom("Score", "A"), "b");
+  EXPECT_EQ(fs::status(folder / "settings.ini").permissions(), fs::perms(0600));
+}
+
+TEST(SettingsFile, UsesTheOldValuesWhileTheyCantBeSaved) {
+  const ScratchFolder folder;
+  const std::string root = "HKEY_CURRENT_USER";
+  WriteFile(folder / "settings", "[Settings]\nTop=1\nLeft=2\n");
+  WriteFile(folder / "registry", "[" + root + "\\K\\L]\n");
+  std::unique_ptr<FileSettings> settings;
+  {
+    const FullDisk full(0);
+    settings = std::make_unique<FileSettings>(folder / "settings");
+    EXPECT_EQ(settings->Read("top"), "1");
+    SharedIniFile registry(folder / "registry");
+    EXPECT_TRUE(registry.HasGroup(root + "\\k"));
+    EXPECT_TRUE(registry.HasGroupsBelow(root + "\\K"));
+    EXPECT_THROW(settings->Save("Top", "5"), std::runtime_error);
+  }
+  EXPECT_THAT(settings->TakeProblems(), ElementsAre(HasSubstr("could not be saved")));
+  EXPECT_FALSE(fs::exists(folder / "settings.ini"));
+  settings->Save("Top", "6");
+  const FileSettings next(folder / "settings");
+  EXPECT_EQ(next.Read("Top"), "6");
+  EXPECT_EQ(next.Read("Left"), "2");
 }
 
 TEST(SettingsFile, TwoProcessesKeepEachOthersChanges) {
@@ -183,6 +237,12 @@ TEST(RegistryFile, ReportsDamagedValuesAndAFileThatCantBeWritten) {
   FileRegistry unwritable(folder / "registry/registry");
   EXPECT_EQ(unwritable.CreateKey(kRoot, "K"), 1013);
   EXPECT_EQ(unwritable.OpenKey(kRoot, "K", Registry::kRead, key), 2);
+
+  fs::permissions(folder.Path(), fs::perms(0555));
+  EXPECT_TRUE(HoldsWithoutRoot([&] {
+    return FileRegistry(folder / "denied").CreateKey(kRoot, "K") == 5;
+  }));
+  fs::permissions(folder.Path(), fs::perms(0700));
 }
 
 }  // namespace

@@ -1,12 +1,18 @@
 #include "platform/ipc.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QCryptographicHash>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <array>
+#include <cstdio>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "base/paths.h"
@@ -17,6 +23,7 @@ namespace velumar {
 namespace {
 
 constexpr int kPatienceMs = 100;
+constexpr int kWaitingMessages = 1000;  // ipc.h names this limit
 using Packet = std::array<char, sizeof(IpcMessage)>;
 
 // The socket of a name on this user's display: ":0.0" and ":0" are the same one. Its path must be
@@ -35,18 +42,38 @@ QString SocketOf(std::string_view name) {
   return folder + QStringLiteral("/velumar-") + QString::fromLatin1(hash.left(16));
 }
 
+// Devices and inodes say whether two files are the same.
+std::optional<std::pair<dev_t, ino_t>> FileIdentity(const QString& file) {
+  struct stat status {};
+  if (::stat(QFile::encodeName(file).constData(), &status) != 0) return std::nullopt;
+  return std::pair(status.st_dev, status.st_ino);
+}
+
 class SocketListener : public MessageListener {
  public:
   explicit SocketListener(std::function<void(const IpcMessage&)> receive)
       : receive_(std::move(receive)) {
     server_.setSocketOptions(QLocalServer::UserAccessOption);
+    server_.setListenBacklogSize(kWaitingMessages);
     QObject::connect(&server_, &QLocalServer::newConnection, &server_, [this] { TakeAll(); });
   }
 
+  ~SocketListener() override {
+    // A later listener may have taken the name.
+    if (identity_ && FileIdentity(socket_) == identity_) QFile::remove(socket_);
+  }
+
+  // Listens under a name of its own first and renames that file, which replaces what an earlier
+  // listener or one that was killed left. QLocalServer would remove the file of a later listener
+  // when it closes; it knows only the first name.
   bool Listen(const QString& socket) {
-    // One that was killed leaves its socket file.
-    QLocalServer::removeServer(socket);
-    return server_.listen(socket);
+    const QString own = socket + u'-' + QString::number(::getpid());
+    QLocalServer::removeServer(own);
+    if (!server_.listen(own)) return false;
+    identity_ = FileIdentity(own);
+    socket_ = socket;
+    return std::rename(QFile::encodeName(own).constData(), QFile::encodeName(socket).constData()) ==
+           0;
   }
 
  private:
@@ -69,6 +96,8 @@ class SocketListener : public MessageListener {
 
   std::function<void(const IpcMessage&)> receive_;
   QLocalServer server_;
+  QString socket_;
+  std::optional<std::pair<dev_t, ino_t>> identity_;
 };
 
 }  // namespace

@@ -161,7 +161,8 @@ long FileRegistry::Change(const std::function<void()>& change) {
     change();
     return kSuccess;
   } catch (const std::runtime_error&) {
-    return file_.Blocked() ? kDamaged : kWriteFailed;
+    if (file_.Blocked()) return kDamaged;
+    return file_.MayBeWritten() ? kWriteFailed : kDenied;
   }
 }
 
