@@ -74,7 +74,23 @@ TEST(SettingsFile, IsPrivateAndMayBeALink) {
   EXPECT_EQ(settings.Read("Top"), "2");
 }
 
-TEST(SettingsFile, ReadsWhatTheUserEditsAndImportsEarlierVersionsOnce) {
+TEST(SettingsFile, AnUnchangedValueIsNotWrittenAgain) {
+  const ScratchFolder folder;
+  FileSettings settings(folder / "settings");
+  settings.Save("Top", "1");
+  const auto inode = [&] {
+    struct stat status {};
+    ::stat((folder / "settings.ini").c_str(), &status);
+    return status.st_ino;
+  };
+  const ino_t before = inode();
+  settings.Save("TOP", "1");
+  EXPECT_EQ(inode(), before);
+  settings.Save("Top", "");
+  EXPECT_NE(inode(), before);
+}
+
+TEST(SettingsFile, ReadsWhatTheUserEdits) {
   const ScratchFolder folder;
   WriteFile(folder / "edited.ini", "[SCORE]\r\naddress=http://scores:8080\r\n\r\nList=a, b\r\n");
   const FileSettings edited(folder / "edited");
@@ -183,6 +199,7 @@ TEST(SettingsFile, RenamesAndReportsADamagedFile) {
        },
        "it has 5000000000 bytes"},
   };
+  WriteFile(folder / "settings", "[Settings]\nLeft=9\n");
   int number = 0;
   for (const auto& [make, why] : cases) {
     make();
@@ -196,9 +213,60 @@ TEST(SettingsFile, RenamesAndReportsADamagedFile) {
     EXPECT_THAT(settings.TakeProblems(), IsEmpty());
     EXPECT_TRUE(fs::exists(fs::symlink_status(aside)));
     EXPECT_EQ(small ? ReadFile(aside) : "", damaged);
+    EXPECT_EQ(FileSettings(folder / "settings").Read("Left"), std::nullopt) << "imported again";
     settings.Save("Top", "2");
     EXPECT_EQ(FileSettings(folder / "settings").Read("Top"), "2");
     fs::remove(ini);
+  }
+}
+
+TEST(SettingsFile, ReportsAFileThatMayNotBeReadAndLeavesIt) {
+  const ScratchFolder folder;
+  const auto ini = folder / "settings.ini";
+  WriteFile(ini, "[Settings]\nTop=1\n");
+  fs::permissions(ini, fs::perms(0200));
+  fs::permissions(folder.Path(), fs::perms(0777));
+  EXPECT_TRUE(HoldsWithoutRoot([&] {
+    FileSettings settings(folder / "settings");
+    const auto problems = settings.TakeProblems();
+    if (problems.size() != 1 || problems[0].find("no permission to read") == std::string::npos) {
+      return false;
+    }
+    if (settings.Read("Top") || !settings.TakeProblems().empty()) return false;
+    try {
+      settings.Save("Left", "2");
+      return false;
+    } catch (const std::runtime_error&) {
+      return true;
+    }
+  }));
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
+  fs::permissions(ini, fs::perms(0600));
+  EXPECT_EQ(ReadFile(ini), "[Settings]\nTop=1\n");
+}
+
+TEST(SettingsFile, ProcessesRenameADamagedFileOnce) {
+  constexpr int kProcesses = 4;
+  for (int round = 0; round < 25; ++round) {
+    const ScratchFolder folder;
+    WriteFile(folder / "settings.ini", "rubbish\n");
+    std::vector<pid_t> children;
+    for (int i = 0; i < kProcesses; ++i) {
+      children.push_back(::fork());
+      if (children.back() != 0) continue;
+      FileSettings(folder / "settings").Save("Key" + std::string(i + 1, 'x'), "kept");
+      ::_exit(0);
+    }
+    for (const pid_t child : children) {
+      int status = 1;
+      ASSERT_EQ(::waitpid(child, &status, 0), child);
+      ASSERT_EQ(status, 0);
+    }
+    EXPECT_FALSE(fs::exists(folder / "settings.ini.damaged-2")) << round;
+    const FileSettings settings(folder / "settings");
+    for (int i = 0; i < kProcesses; ++i) {
+      EXPECT_EQ(settings.Read("Key" + std::string(i + 1, 'x')), "kept") << round;
+    }
   }
 }
 

@@ -21,7 +21,8 @@ namespace velumar {
 // between its parts. Case doesn't matter in groups and names; values may hold any bytes.
 //
 // A file that QSettings can't parse, is larger than kLargest or isn't a regular file is renamed to
-// "NAME.damaged-1" (-2, ...) and reported, never overwritten. QSettings alone would overwrite it.
+// "NAME.damaged-1" (-2, ...) and reported, never overwritten, and an empty file takes its place.
+// QSettings alone would overwrite it.
 class SharedIniFile {
  public:
   static constexpr std::int64_t kLargest = 4 << 20;  // bytes
@@ -44,8 +45,9 @@ class SharedIniFile {
   bool HasGroup(std::string_view group);
   bool HasGroupsBelow(std::string_view group);
 
-  // True while a damaged file can't be renamed. Nothing can be read or written until it is gone.
-  bool Blocked() const { return blocked_at_ != std::filesystem::file_time_type(); }
+  // True while a damaged file can't be renamed, or a file may not be read (it is reported, but not
+  // renamed). Nothing can be read or written until it is gone or may be read.
+  bool Blocked() const { return forbidden_ || blocked_at_ != std::filesystem::file_time_type(); }
   // False if this user has no permission to write the file or its folder.
   bool MayBeWritten() const;
   const std::filesystem::path& File() const { return file_; }
@@ -57,11 +59,12 @@ class SharedIniFile {
   void Change(const std::function<void(QSettings& settings)>& change);
   void Begin() const;
   void RequireWritten(QSettings* settings) const;
-  bool SetAside(const std::string& why);
+  bool SetAside(const std::string& why, const std::function<bool()>& still_damaged);
   void ImportOldFile(const std::filesystem::path& old);
 
   std::filesystem::path file_;
   std::filesystem::file_time_type blocked_at_{};
+  bool forbidden_ = false;
   std::map<std::string, std::string> imported_;  // values that aren't saved yet
   std::vector<std::string> problems_;
 };
