@@ -14,12 +14,14 @@ namespace {
 
 constexpr std::string_view kSetIt = "; set the interval";
 
-// How often bars of one day are how many minutes apart.
+int SecondOfDay(std::int32_t time) { return MinuteOfDay(time) * 60 + time % 100; }
+
+// How often bars of one day are how many seconds apart.
 std::map<int, int> GapsWithinDays(const std::vector<Bar>& bars) {
   std::map<int, int> gaps;
   for (std::size_t i = 1; i < bars.size(); ++i) {
     if (bars[i].date != bars[i - 1].date) continue;
-    ++gaps[MinuteOfDay(bars[i].time) - MinuteOfDay(bars[i - 1].time)];
+    ++gaps[SecondOfDay(bars[i].time) - SecondOfDay(bars[i - 1].time)];
   }
   return gaps;
 }
@@ -33,9 +35,9 @@ bool LookDaily(const std::vector<Bar>& bars) {
 std::optional<int> IntervalOfBars(const std::vector<Bar>& bars) {
   const std::map<int, int> gaps = GapsWithinDays(bars);
   if (gaps.empty()) return LookDaily(bars) ? std::optional(kDaily) : std::nullopt;
-  return std::ranges::max_element(gaps, {},
-                                  [](const auto& gap) { return std::pair(gap.second, -gap.first); })
-      ->first;
+  const auto [seconds, count] = *std::ranges::max_element(
+      gaps, {}, [](const auto& gap) { return std::pair(gap.second, -gap.first); });
+  return seconds / 60;
 }
 
 // A thin market may have no bars for most of the time, so wider gaps than the name's are normal.

@@ -18,8 +18,9 @@ struct CsvNameGuess {
 CsvNameGuess GuessFromName(std::string_view stem);
 
 // The interval of sorted bars: that of the name if the bars agree with it, else the most frequent
-// gap between bars of one day, or daily for one bar a day, always at the same time. Throws CsvError
-// if name and bars disagree or the result cannot be replayed.
+// gap in seconds between bars of one day, rounded down to minutes, or daily for one bar a day,
+// always at the same time. Throws CsvError if name and bars disagree or the result cannot be
+// replayed.
 int GuessInterval(const std::vector<Bar>& bars, std::optional<int> from_name);
 
 }  // namespace velumar

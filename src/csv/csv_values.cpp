@@ -100,6 +100,45 @@ void RequireKnownConversions(std::string_view pattern) {
   }
 }
 
+std::size_t CountLeading(std::string_view text, std::string_view characters) {
+  return std::min(text.find_first_not_of(characters), text.size());
+}
+
+std::size_t MonthNameLength(std::string_view text, std::int32_t date) {
+  const std::string name = UpperCased(DateText(date, "MMMM"));
+  return UpperCased(text.substr(0, name.size())) == name ? name.size() : 3;
+}
+
+// The length of what a conversion has read at the start of `text`; nothing if it should have
+// refused it. `date` is the date that was read.
+std::optional<std::size_t> LengthRead(char conversion, std::string_view text, std::int32_t date) {
+  if (conversion == '%') return 1;
+  if (conversion == 'p') return 2;
+  if (conversion == 'b' || conversion == 'B') return MonthNameLength(text, date);
+  const bool short_form = std::string_view("mdHI").find(conversion) != std::string_view::npos;
+  const std::size_t most = conversion == 'Y' ? 4 : 2;
+  const std::size_t digits = std::min(CountLeading(text, "0123456789"), most);
+  if (digits < (short_form ? 1 : most)) return std::nullopt;
+  return digits;
+}
+
+// The date library also takes fewer digits, signs and decimal points, so that 100 would be 10:00
+// in the pattern %H%M. True if all numbers of `text`, which it has read as `date`, are whole.
+bool HasWholeNumbers(std::string_view text, std::string_view pattern, std::int32_t date) {
+  constexpr std::string_view kBlanks = " \t\n\v\f\r";
+  for (std::size_t i = 0; i < pattern.size(); ++i) {
+    std::optional<std::size_t> length = 1;
+    if (pattern[i] == '%') {
+      length = LengthRead(pattern[++i], text, date);
+    } else if (kBlanks.find(pattern[i]) != std::string_view::npos) {
+      length = CountLeading(text, kBlanks);
+    }
+    if (!length) return false;
+    text.remove_prefix(std::min(*length, text.size()));
+  }
+  return true;
+}
+
 }  // namespace
 
 float CsvNumber(std::string_view field) {
@@ -153,13 +192,14 @@ CsvDateTime CsvDateFormat::Read(std::string_view field) const {
 CsvDateTime CsvDateFormat::ReadPattern(std::string_view field) const {
   std::istringstream stream{std::string(field)};
   date::fields<std::chrono::seconds> read;
-  if (!date::from_stream(stream, pattern_.c_str(), read)) {
+  const bool matches = !date::from_stream(stream, pattern_.c_str(), read).fail();
+  const std::int32_t day = static_cast<int>(read.ymd.year()) * 10000 +
+                           static_cast<int>(unsigned{read.ymd.month()}) * 100 +
+                           static_cast<int>(unsigned{read.ymd.day()});
+  if (!matches || !HasWholeNumbers(field, pattern_, day)) {
     Refuse(field, "is not a date; the date format is \"" + pattern_ + "\"");
   }
-  const std::int32_t day = CheckedDate(static_cast<int>(read.ymd.year()) * 10000 +
-                                           static_cast<int>(unsigned{read.ymd.month()}) * 100 +
-                                           static_cast<int>(unsigned{read.ymd.day()}),
-                                       field);
+  CheckedDate(day, field);
   const auto unread = static_cast<std::size_t>(stream.rdbuf()->in_avail());
   const std::string_view rest = field.substr(field.size() - unread);
   if (!read.has_tod) return {day, TimeAfterDate(rest, field)};

@@ -117,15 +117,14 @@ TEST(CsvGuess, TakesTheIntervalFromTheGaps) {
                          {20200102, 120000},
                          {20200103, 93000}};
   const Moments thin = {{20200102, 90000}, {20200102, 93000}, {20200102, 100000}};
-  const Moments sevens = {{20200102, 90000}, {20200102, 90700}};
   const Moments strewn = {{20200102, 93000}, {20200103, 110000}};
   const struct {
     Moments moments;
     std::optional<int> named;
     int interval;  // 0: refused
-  } kRows[] = {{days, {}, -1},  {days, -1, -1},  {days, 5, 0},     {closes, {}, -1},
-               {hours, {}, 60}, {hours, -1, 0},  {thin, {}, 30},   {thin, 5, 5},
-               {thin, 60, 0},   {sevens, {}, 0}, {strewn, 60, 60}, {strewn, {}, 0}};
+  } kRows[] = {{days, {}, -1},  {days, -1, -1},   {days, 5, 0},   {closes, {}, -1},
+               {hours, {}, 60}, {hours, -1, 0},   {thin, {}, 30}, {thin, 5, 5},
+               {thin, 60, 0},   {strewn, 60, 60}, {strewn, {}, 0}};
   for (const auto& row : kRows) {
     std::vector<Bar> bars;
     for (const auto& [date, time] : row.moments) bars.push_back({.date = date, .time = time});
@@ -135,6 +134,24 @@ TEST(CsvGuess, TakesTheIntervalFromTheGaps) {
     } catch (const CsvError&) {
     }
     EXPECT_EQ(interval, row.interval) << &row - kRows;
+  }
+}
+
+// The name would agree with all of these gaps, so there is none.
+TEST(CsvGuess, RoundsGapsDownToMinutes) {
+  for (const auto& [seconds, interval] :
+       {std::pair(285, 0), {299, 0}, {300, 5}, {301, 5}, {340, 5}, {359, 5}, {360, 0}}) {
+    std::vector<Bar> bars;
+    for (int second = 9 * 3600; bars.size() < 5; second += seconds) {
+      const int time = second / 3600 * 10000 + second / 60 % 60 * 100 + second % 60;
+      bars.push_back({.date = 20200102, .time = time});
+    }
+    int guess = 0;
+    try {
+      guess = GuessInterval(bars, {});
+    } catch (const CsvError&) {
+    }
+    EXPECT_EQ(guess, interval) << seconds;
   }
 }
 

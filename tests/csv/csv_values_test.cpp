@@ -82,24 +82,73 @@ TEST(CsvDateFormat, ReadsDatesAndTheTimeAfterThem) {
   }
 }
 
-TEST(CsvDateFormat, RefusesOtherTextsAndPatternsWithoutADay) {
-  for (const std::string text : {"", "20210229", "18991231", "2020-1-2", "2020/01/02", "202001021",
-                                 "2020-01-0293000", "2020-01-02 25:00", "-2020010"}) {
-    EXPECT_NE(Complaint([&] { CsvDateFormat().Read(text); }), "") << text;
-  }
-  const std::pair<std::string, std::string> cases[] = {
-      {"%d.%m.%Y", "02.01.20"},
-      {"%d.%m.%Y", "31.04.2020"},
-      {"%d.%m.%Y", "02.01.2020x"},
-      {"%d.%m.%Y %H:%M", "02.01.2020"},
-      {"%d.%m.%Y %H:%M", "02.01.2020 24:00"},
-      {"%d.%m.%Y %H:%M", "02.01.2020 09:30:00"},
+TEST(CsvDateFormat, RefusesOtherTexts) {
+  const std::vector<std::pair<std::string, std::vector<std::string>>> cases = {
+      {"",
+       {"", "20201341", "20210229", "2020-02-30", "18991231", "2020-1-2", "2020/01/02",
+        "02.01.2020", "2020010", "202001021", "202001020930", "2020-01-0293000", "2020-01-02 25:00",
+        "-2020010"}},
+      {"%d.%m.%Y", {"31.04.2020", "2020-01-02", "02.01.2020x"}},
+      {"%d.%m.%Y %H:%M", {"02.01.2020", "02.01.2020 09:30:00", "02.01.2020 24:00"}},
+      {"%d.%m.%Y %I:%M %p", {"02.01.2020 13:00 PM"}},
+      {"%d %b %Y", {"02 Foo 2020"}},
   };
-  for (const auto& [pattern, text] : cases) {
-    EXPECT_NE(Complaint([&] { CsvDateFormat(pattern).Read(text); }), "") << text;
+  for (const auto& [pattern, texts] : cases) {
+    const CsvDateFormat format = pattern.empty() ? CsvDateFormat() : CsvDateFormat(pattern);
+    for (const std::string& text : texts) {
+      EXPECT_NE(Complaint([&] { format.Read(text); }), "") << pattern << " reads " << text;
+    }
   }
-  for (const std::string pattern :
-       {"", "%Y-%m", "%d.%m", "%Y%d", "%Y%m%d%", "%Y%m%d %Q", "%%Y%m%d", "%Y%m%d %I:%M"}) {
+}
+
+// One digit too few or too many would otherwise shift the numbers after it.
+TEST(CsvDateFormat, CountsTheDigitsOfNumbers) {
+  const struct {
+    std::string pattern;
+    std::optional<int> time;
+    std::vector<std::string> read;  // all as 5 January 2024
+    std::vector<std::string> refused;
+  } kRows[] = {
+      {"%d.%m.%Y",
+       {},
+       {"5.1.2024", "05.01.2024"},
+       {".01.2024", "005.01.2024", "05..2024", "05.001.2024", "05.01.24", "05.01.924",
+        "05.01.02024", "+5.01.2024", "05.+1.2024", "05.01.+2024", "05.01.-2024"}},
+      {"%m/%d/%y", {}, {"1/5/24", "01/05/24"}, {"01/05/4", "01/05/024", "01/05/+24"}},
+      {"%d%m%y", {}, {"050124"}, {"05124", "10124", "0512", "0501024"}},
+      {"%B%d%y", {}, {"Jan0524", "january0524", "JANUARY0524"}, {"January054", "Jan+524"}},
+      {"%d%bJ%Y", {}, {"5JanJ2024", "05JanuaryJ2024"}, {"05JanJ924", "05JanuaryJ924"}},
+      {"%Y%m%d %H%M",
+       90500,
+       {"20240105 0905", "20240105   0905"},
+       {"20240105 055", "20240105 100", "20240105 110", "20240105 9", "20240105 00905"}},
+      {"%Y%m%d %H:%M:%S",
+       90500,
+       {"20240105 9:05:00", "20240105 09:05:00"},
+       {"20240105 9:5:00", "20240105 009:05:00", "20240105 9:005:00", "20240105 9:05:0",
+        "20240105 9:05:0.", "20240105 9:05:.0", "20240105 9:05:000", "20240105 +9:05:00",
+        "20240105 9:+5:00", "20240105 9:05:+0"}},
+      {"%Y%m%d %I%%%M %p",
+       90500,
+       {"20240105 9%05 am", "20240105 09%05 AM"},
+       {"20240105 9%5 AM", "20240105 +9%05 AM", "20240105 009%05 AM"}},
+      {"%p%I%M %Y%m%d", 90500, {"AM0905 20240105"}, {"AM095 20240105", "AM+905 20240105"}},
+  };
+  for (const auto& row : kRows) {
+    const CsvDateFormat format(row.pattern);
+    for (const std::string& text : row.read) {
+      const CsvDateTime read = format.Read(text);
+      EXPECT_EQ(std::pair(read.date, read.time), std::pair(20240105, row.time)) << text;
+    }
+    for (const std::string& text : row.refused) {
+      EXPECT_NE(Complaint([&] { format.Read(text); }), "") << row.pattern << " reads " << text;
+    }
+  }
+}
+
+TEST(CsvDateFormat, RefusesPatternsWithoutADay) {
+  for (const std::string pattern : {"", "yyyymmdd", "%Y-%m", "%d.%m", "%Y%d", "%Y%m%d%",
+                                    "%Y%m%d %Q", "%%Y%m%d", "%Y%m%d %I:%M"}) {
     EXPECT_NE(Complaint([&] { CsvDateFormat{pattern}; }), "") << pattern;
   }
 }
