@@ -148,6 +148,12 @@ TEST(SettingsFile, UsesTheOldValuesWhileTheyCantBeSaved) {
   }
   EXPECT_THAT(settings->TakeProblems(), ElementsAre(HasSubstr("could not be saved")));
   EXPECT_FALSE(fs::exists(folder / "settings.ini"));
+  fs::permissions(folder.Path(), fs::perms(0555));
+  EXPECT_TRUE(HoldsWithoutRoot([&] {
+    FileSettings read_only(folder / "settings");
+    return read_only.Read("Left") == "2" && read_only.TakeProblems().size() == 1;
+  }));
+  fs::permissions(folder.Path(), fs::perms(0700));
   settings->Save("Top", "6");
   const FileSettings next(folder / "settings");
   EXPECT_EQ(next.Read("Top"), "6");

@@ -106,12 +106,6 @@ bool MayNotBeRead(const fs::path& file) {
   return reading.exists() && !reading.open(QFile::ReadOnly);
 }
 
-// Changes whenever the file does.
-std::pair<fs::file_time_type, std::uintmax_t> StampOf(const fs::path& file) {
-  std::error_code missing;
-  return {fs::last_write_time(file, missing), fs::file_size(file, missing)};
-}
-
 struct CaseLess {
   bool operator()(const QString& a, const QString& b) const {
     return a.compare(b, Qt::CaseInsensitive) < 0;
