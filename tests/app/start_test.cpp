@@ -87,7 +87,7 @@ TEST_F(UnattendedTest, PlaysSavesPicturesAndEndsTheProgram) {
   program.Start();
   desktop.form1().DTPicker1.SetValue(MadeDate(100));
   play.Begin();
-  EXPECT_TRUE(QTest::qWaitFor([&world] { return world.programs.ended; }, 20'000));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return world.programs.ended; }, 20'000));
 
   EXPECT_THAT(failures, IsEmpty());
   EXPECT_THAT(world.boxes.shown, IsEmpty());
