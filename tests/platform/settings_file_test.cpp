@@ -253,7 +253,7 @@ TEST(SettingsFile, ReportsAFileThatMayNotBeReadAndLeavesIt) {
 
 TEST(SettingsFile, ProcessesRenameADamagedFileOnce) {
   constexpr int kProcesses = 4;
-  for (int round = 0; round < 25; ++round) {
+  for (int round = 0; round < 6; ++round) {
     const ScratchFolder folder;
     WriteFile(folder / "settings.ini", "rubbish\n");
     std::vector<pid_t> children;
