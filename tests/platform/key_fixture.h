@@ -9,6 +9,8 @@ namespace velumar {
 
 // Tests of the chart program's windows and keys; key_driver.h drives the system's own.
 struct KeyFixture : testing::Test {
+  static constexpr const char* kHost = KeyDriver::kHost;
+
   void SetUp() override {
     if (!KeyDriver::Available()) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
     driver.emplace();

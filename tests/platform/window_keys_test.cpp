@@ -10,7 +10,6 @@ namespace {
 
 using std::chrono_literals::operator""ms;
 
-constexpr const char* kHost = KeyDriver::kHost;
 constexpr const char* kOther = "VelumarTestOther";
 
 using WindowKeys = KeyFixture;

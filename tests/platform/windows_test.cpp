@@ -22,8 +22,6 @@ namespace {
 
 using std::chrono_literals::operator""ms;
 
-constexpr const char* kHost = KeyDriver::kHost;
-
 // 32-bit chart programs look there.
 TEST(SystemRegistry, StoresValuesForAllUsersInThe32BitView) {
   constexpr RegistryRoot kAll = RegistryRoot::kLocalMachine;
