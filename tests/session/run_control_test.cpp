@@ -151,7 +151,7 @@ TEST_F(RunControlTest, BarsOfAnotherSeriesThanTheChosenOneAreNotStepped) {
                           &RunControl::GoFastRewind, &RunControl::Continue}) {
     Boxes().clear();
     (control.*step)();
-    EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("of ABC (D), not of FAST (15)")));
+    EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("bars are ABC (D), not FAST (15)")));
     EXPECT_EQ(session.BarIndex, 101);
   }
   EXPECT_EQ(Runs().size(), 1U) << "Play has begun no run";

@@ -77,8 +77,8 @@ TEST_F(PrepareStoreTest, FilesOfOtherProgramsThatCannotBeReplayedAreRefusedToo) 
       {lower_case, {1050103}, "D", "lower case"},
       {unknown, {1050103}, "0", "can't be replayed"},
       {unknown, {1050103}, "15", "minutes of its bars are unknown"},
-      {quarters, {1050103, 1050103, 1050104}, "15", "20050103 without a time"},
-      {quarters, {1050104, 1050103, 1050105}, "15", "20050103 without a time"},
+      {quarters, {1050103, 1050103, 1050104}, "15", "at 20050103 its bars are out of order"},
+      {quarters, {1050104, 1050103, 1050105}, "15", "at 20050103 its bars are out of order"},
   };
   for (const auto& c : cases) {
     const ScratchFolder other;
