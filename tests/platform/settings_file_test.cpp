@@ -98,15 +98,60 @@ TEST(SettingsFile, ImportsTheFileOfAnEarlierVersionOnce) {
     FileSettings settings(folder / "settings");
     EXPECT_THAT(settings.TakeProblems(), IsEmpty());
     EXPECT_EQ(settings.Read("Path"), "C:\\Data\\ x%");
+    EXPECT_EQ(settings.Read("Top"), " 7 ");
     EXPECT_EQ(settings.ReadFrom("Score", "A"), "b");
     settings.Save("Top", "8");
   }
   EXPECT_EQ(ReadFile(folder / "settings"), old) << "an earlier version can still read it";
   EXPECT_EQ(FileSettings(folder / "settings").Read("Top"), "8");
 
-  WriteFile(folder / "damaged", "[Settings]\nTop=1\nrubbish\n");
-  FileSettings damaged(folder / "damaged");
-  EXPECT_THAT(damaged.TakeProblems(), ElementsAre(HasSubstr("\"rubbish\" is not a setting")));
+  WriteFile(folder / "empty", "");
+  FileSettings(folder / "empty");
+  WriteFile(folder / "empty", old);
+  EXPECT_EQ(FileSettings(folder / "empty").Read("Path"), std::nullopt) << "imported again";
+}
+
+TEST(SettingsFile, ImportsTheSoundLinesOfADamagedFile) {
+  const ScratchFolder folder;
+  WriteFile(folder / "settings",
+            "[Settings]\nTop=1\nrubbish\nLeft=2\n[Sco\nTop=3\n[Score]\nA=b\nC");
+  FileSettings settings(folder / "settings");
+  EXPECT_THAT(settings.TakeProblems(),
+              ElementsAre(HasSubstr("\"rubbish\" is not a setting, nor are 3 more lines")));
+  const FileSettings next(folder / "settings");
+  EXPECT_EQ(next.Read("Top"), "1");
+  EXPECT_EQ(next.Read("Left"), "2");
+  EXPECT_EQ(next.ReadFrom("Score", "A"), "b");
+  EXPECT_EQ(fs::status(folder / "settings.ini").permissions(), fs::perms(0600));
+}
+
+TEST(SettingsFile, UsesTheOldValuesWhileTheyCantBeSaved) {
+  const ScratchFolder folder;
+  const std::string root = "HKEY_CURRENT_USER";
+  WriteFile(folder / "settings", "[Settings]\nTop=1\nLeft=2\n");
+  WriteFile(folder / "registry", "[" + root + "\\K\\L]\n");
+  std::unique_ptr<FileSettings> settings;
+  {
+    const FullDisk full(0);
+    settings = std::make_unique<FileSettings>(folder / "settings");
+    EXPECT_EQ(settings->Read("top"), "1");
+    SharedIniFile registry(folder / "registry");
+    EXPECT_TRUE(registry.HasGroup(root + "\\k"));
+    EXPECT_TRUE(registry.HasGroupsBelow(root + "\\K"));
+    EXPECT_THROW(settings->Save("Top", "5"), std::runtime_error);
+  }
+  EXPECT_THAT(settings->TakeProblems(), ElementsAre(HasSubstr("could not be saved")));
+  EXPECT_FALSE(fs::exists(folder / "settings.ini"));
+  fs::permissions(folder.Path(), fs::perms(0555));
+  EXPECT_TRUE(HoldsWithoutRoot([&] {
+    FileSettings read_only(folder / "settings");
+    return read_only.Read("Left") == "2" && read_only.TakeProblems().size() == 1;
+  }));
+  fs::permissions(folder.Path(), fs::perms(0700));
+  settings->Save("Top", "6");
+  const FileSettings next(folder / "settings");
+  EXPECT_EQ(next.Read("Top"), "6");
+  EXPECT_EQ(next.Read("Left"), "2");
 }
 
 TEST(SettingsFile, TwoProcessesKeepEachOthersChanges) {

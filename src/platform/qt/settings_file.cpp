@@ -1,6 +1,7 @@
 #include "platform/qt/settings_file.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 #include <algorithm>
@@ -45,8 +46,7 @@ QString KeyOf(std::string_view group, std::string_view name) {
 
 QString GroupKey(std::string_view group) { return PrefixOf(group) + QLatin1String(kGroupItself); }
 
-QStringList KeysWithPrefix(const QSettings& settings, const QString& prefix) {
-  QStringList keys = settings.allKeys();
+QStringList KeysWithPrefix(QStringList keys, const QString& prefix) {
   keys.removeIf([&](const QString& key) { return !key.startsWith(prefix, Qt::CaseInsensitive); });
   return keys;
 }
@@ -91,12 +91,26 @@ std::string Unescaped(std::string_view text) {
   return plain;
 }
 
-// Reads the form of earlier versions into `settings`: "[group]", "name=value", "#" for comments.
-void ReadOldForm(std::string_view text, QSettings& settings) {
+struct CaseLess {
+  bool operator()(const QString& a, const QString& b) const {
+    return a.compare(b, Qt::CaseInsensitive) < 0;
+  }
+};
+
+struct OldValues {
+  std::map<QString, std::string, CaseLess> values;  // by their keys in the new form
+  std::string first_bad_line;
+  int bad_lines = 0;
+};
+
+// Reads the form of earlier versions: "[group]", "name=value", "#" for comments. Values after a
+// damaged group line belong to no group.
+OldValues ReadOldForm(std::string_view text) {
+  OldValues old;
   std::optional<std::string> group;
   bool group_is_empty = false;
   const auto end_group = [&] {
-    if (group_is_empty) settings.setValue(GroupKey(*group), QString());
+    if (group_is_empty) old.values[GroupKey(*group)] = "";
   };
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
@@ -105,19 +119,39 @@ void ReadOldForm(std::string_view text, QSettings& settings) {
     if (line.ends_with('\r')) line.remove_suffix(1);
     if (line.empty() || line.front() == '#') continue;
     const std::size_t equals = line.find('=');
-    if (line.front() == '[' && line.ends_with(']')) {
+    const bool begins_group = line.front() == '[';
+    if (begins_group) {
       end_group();
+      group.reset();
+      group_is_empty = false;
+    }
+    if (begins_group && line.ends_with(']')) {
       group = Unescaped(line.substr(1, line.size() - 2));
       group_is_empty = true;
     } else if (group && equals != std::string_view::npos) {
       const QString key = KeyOf(*group, Unescaped(line.substr(0, equals)));
-      settings.setValue(key, ToVariant(Unescaped(line.substr(equals + 1))));
+      old.values[key] = Unescaped(line.substr(equals + 1));
       group_is_empty = false;
-    } else {
-      throw std::runtime_error("\"" + std::string(line.substr(0, 40)) + "\" is not a setting");
+    } else if (old.bad_lines++ == 0) {
+      old.first_bad_line = line.substr(0, 40);
     }
   }
   end_group();
+  return old;
+}
+
+// Only those that the file doesn't have.
+void AddValues(const std::map<std::string, std::string>& values, QSettings& settings) {
+  for (const auto& [name, value] : values) {
+    const QString key = Spelled(settings, QString::fromStdString(name));
+    if (!settings.contains(key)) settings.setValue(key, ToVariant(value));
+  }
+}
+
+QStringList AllKeys(const QSettings& settings, const std::map<std::string, std::string>& imported) {
+  QStringList keys = settings.allKeys();
+  for (const auto& [name, value] : imported) keys += QString::fromStdString(name);
+  return keys;
 }
 
 }  // namespace
@@ -131,46 +165,50 @@ SharedIniFile::SharedIniFile(const fs::path& file) : file_(WithEnding(file, ".in
 std::optional<std::string> SharedIniFile::Read(std::string_view group, std::string_view name) {
   const auto settings = Open();
   if (!settings) return std::nullopt;
-  const QVariant value = settings->value(Spelled(*settings, KeyOf(group, name)));
-  return value.isValid() ? std::optional(ToBytes(value)) : std::nullopt;
+  const QString key = KeyOf(group, name);
+  const QVariant value = settings->value(Spelled(*settings, key));
+  if (value.isValid()) return ToBytes(value);
+  const auto found = std::find_if(imported_.begin(), imported_.end(), [&](const auto& imported) {
+    return key.compare(QString::fromStdString(imported.first), Qt::CaseInsensitive) == 0;
+  });
+  return found == imported_.end() ? std::nullopt : std::optional(found->second);
 }
 
 void SharedIniFile::Write(std::string_view group, std::string_view name, std::string_view value) {
-  const auto settings = Open();
-  if (settings) settings->setValue(Spelled(*settings, KeyOf(group, name)), ToVariant(value));
-  RequireWritten(settings.get());
+  Change([&](QSettings& settings) {
+    settings.setValue(Spelled(settings, KeyOf(group, name)), ToVariant(value));
+  });
 }
 
 void SharedIniFile::Remove(std::string_view group, std::string_view name) {
-  const auto settings = Open();
-  if (settings) settings->remove(Spelled(*settings, KeyOf(group, name)));
-  RequireWritten(settings.get());
+  Change([&](QSettings& settings) { settings.remove(Spelled(settings, KeyOf(group, name))); });
 }
 
 void SharedIniFile::AddGroup(std::string_view group) {
-  const auto settings = Open();
-  const bool missing = settings && KeysWithPrefix(*settings, PrefixOf(group)).isEmpty();
-  if (missing) settings->setValue(GroupKey(group), QString());
-  RequireWritten(settings.get());
+  Change([&](QSettings& settings) {
+    const bool missing = KeysWithPrefix(settings.allKeys(), PrefixOf(group)).isEmpty();
+    if (missing) settings.setValue(GroupKey(group), QString());
+  });
 }
 
 void SharedIniFile::RemoveGroup(std::string_view group) {
-  const auto settings = Open();
-  if (settings) {
-    for (const QString& key : KeysWithPrefix(*settings, PrefixOf(group))) settings->remove(key);
-  }
-  RequireWritten(settings.get());
+  Change([&](QSettings& settings) {
+    for (const QString& key : KeysWithPrefix(settings.allKeys(), PrefixOf(group))) {
+      settings.remove(key);
+    }
+  });
 }
 
 bool SharedIniFile::HasGroup(std::string_view group) {
   const auto settings = Open();
-  return settings && !KeysWithPrefix(*settings, PrefixOf(group)).isEmpty();
+  return settings && !KeysWithPrefix(AllKeys(*settings, imported_), PrefixOf(group)).isEmpty();
 }
 
 bool SharedIniFile::HasGroupsBelow(std::string_view group) {
   const auto settings = Open();
+  if (!settings) return false;
   const QString prefix = PrefixOf(group);
-  const QStringList keys = settings ? KeysWithPrefix(*settings, prefix) : QStringList();
+  const QStringList keys = KeysWithPrefix(AllKeys(*settings, imported_), prefix);
   return std::any_of(keys.begin(), keys.end(),
                      [&](const QString& key) { return key.indexOf(u'/', prefix.size()) >= 0; });
 }
@@ -209,6 +247,21 @@ std::unique_ptr<QSettings> SharedIniFile::Open() {
   if (settings->status() != QSettings::FormatError) return settings;
   settings.reset();
   return SetAside("it is not a settings file") ? open() : nullptr;
+}
+
+void SharedIniFile::Change(const std::function<void(QSettings& settings)>& change) {
+  const auto settings = Open();
+  if (settings) {
+    AddValues(imported_, *settings);
+    change(*settings);
+  }
+  RequireWritten(settings.get());
+  imported_.clear();
+}
+
+// Creates the file, empty and for this user alone, if it is missing.
+void SharedIniFile::Begin() const {
+  QFile(file_).open(QFile::WriteOnly | QFile::NewOnly, QFile::ReadOwner | QFile::WriteOwner);
 }
 
 void SharedIniFile::RequireWritten(QSettings* settings) const {
@@ -254,14 +307,27 @@ bool SharedIniFile::SetAside(const std::string& why) {
 }
 
 void SharedIniFile::ImportOldFile(const fs::path& old) {
+  OldValues read;
   try {
-    const std::string text = ReadWholeFile(old, static_cast<std::size_t>(kLargest));
-    const auto settings = Open();
-    if (settings) ReadOldForm(text, *settings);
-    RequireWritten(settings.get());
+    read = ReadOldForm(ReadWholeFile(old, static_cast<std::size_t>(kLargest)));
   } catch (const std::exception& error) {
     problems_.push_back("The values of an earlier version were not imported from " + PathText(old) +
                         ": " + error.what());
+    return;
+  }
+  if (read.bad_lines > 0) {
+    const std::string more =
+        read.bad_lines > 1 ? ", nor are " + std::to_string(read.bad_lines - 1) + " more lines" : "";
+    problems_.push_back("Not all values of an earlier version were imported from " + PathText(old) +
+                        ": \"" + read.first_bad_line + "\" is not a setting" + more + ".");
+  }
+  for (const auto& [key, value] : read.values) imported_[key.toStdString()] = value;
+  try {
+    Change([](QSettings&) {});
+    Begin();
+  } catch (const std::exception& error) {
+    problems_.push_back("The values of an earlier version in " + PathText(old) +
+                        " are used, but could not be imported: " + error.what());
   }
 }
 

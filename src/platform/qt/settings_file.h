@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,13 +26,16 @@ class SharedIniFile {
  public:
   static constexpr std::int64_t kLargest = 4 << 20;  // bytes
 
-  // Keeps `file` with ".ini" added. If that doesn't exist, values are taken from `file` itself,
-  // which earlier versions wrote; it stays as it is. Nothing needs to exist.
+  // Keeps `file` with ".ini" added. If that doesn't exist, values are imported from `file` itself,
+  // which earlier versions wrote; it stays as it is. This happens once, unless the user deletes the
+  // ".ini" file. Imported values that can't be saved are used until the next change saves them.
+  // Nothing needs to exist.
   explicit SharedIniFile(const std::filesystem::path& file);
 
   std::optional<std::string> Read(std::string_view group, std::string_view name);
-  // These three throw std::runtime_error naming the file if it can't be written. QSettings then
-  // keeps the change in memory and writes it with the next one.
+  // All changes throw std::runtime_error naming the file if it can't be written. If the file
+  // exists, QSettings then keeps the change in memory and writes it with the next one; otherwise
+  // the change is lost.
   void Write(std::string_view group, std::string_view name, std::string_view value);
   void Remove(std::string_view group, std::string_view name);
   void AddGroup(std::string_view group);
@@ -49,12 +54,15 @@ class SharedIniFile {
 
  private:
   std::unique_ptr<QSettings> Open();
+  void Change(const std::function<void(QSettings& settings)>& change);
+  void Begin() const;
   void RequireWritten(QSettings* settings) const;
   bool SetAside(const std::string& why);
   void ImportOldFile(const std::filesystem::path& old);
 
   std::filesystem::path file_;
   std::filesystem::file_time_type blocked_at_{};
+  std::map<std::string, std::string> imported_;  // values that aren't saved yet
   std::vector<std::string> problems_;
 };
 
