@@ -199,6 +199,7 @@ TEST(SettingsFile, RenamesAndReportsADamagedFile) {
        },
        "it has 5000000000 bytes"},
   };
+  WriteFile(folder / "settings", "[Settings]\nLeft=9\n");
   int number = 0;
   for (const auto& [make, why] : cases) {
     make();
@@ -212,9 +213,35 @@ TEST(SettingsFile, RenamesAndReportsADamagedFile) {
     EXPECT_THAT(settings.TakeProblems(), IsEmpty());
     EXPECT_TRUE(fs::exists(fs::symlink_status(aside)));
     EXPECT_EQ(small ? ReadFile(aside) : "", damaged);
+    EXPECT_EQ(FileSettings(folder / "settings").Read("Left"), std::nullopt) << "imported again";
     settings.Save("Top", "2");
     EXPECT_EQ(FileSettings(folder / "settings").Read("Top"), "2");
     fs::remove(ini);
+  }
+}
+
+TEST(SettingsFile, ProcessesRenameADamagedFileOnce) {
+  constexpr int kProcesses = 4;
+  for (int round = 0; round < 6; ++round) {
+    const ScratchFolder folder;
+    WriteFile(folder / "settings.ini", "rubbish\n");
+    std::vector<pid_t> children;
+    for (int i = 0; i < kProcesses; ++i) {
+      children.push_back(::fork());
+      if (children.back() != 0) continue;
+      FileSettings(folder / "settings").Save("Key" + std::string(i + 1, 'x'), "kept");
+      ::_exit(0);
+    }
+    for (const pid_t child : children) {
+      int status = 1;
+      ASSERT_EQ(::waitpid(child, &status, 0), child);
+      ASSERT_EQ(status, 0);
+    }
+    EXPECT_FALSE(fs::exists(folder / "settings.ini.damaged-2")) << round;
+    const FileSettings settings(folder / "settings");
+    for (int i = 0; i < kProcesses; ++i) {
+      EXPECT_EQ(settings.Read("Key" + std::string(i + 1, 'x')), "kept") << round;
+    }
   }
 }
 

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QSettings>
 #include <algorithm>
 #include <charconv>
@@ -89,6 +90,15 @@ std::string Unescaped(std::string_view text) {
     if (escape) i += 2;
   }
   return plain;
+}
+
+// Why QSettings must not open the file, or nothing.
+std::string WhyUnreadable(const fs::path& file) {
+  const QFileInfo info(file);
+  if (info.isDir()) return "it is a folder";
+  if (info.exists() && !info.isFile()) return "it is a pipe or a device";
+  if (info.size() <= SharedIniFile::kLargest) return {};
+  return "it has " + std::to_string(info.size()) + " bytes";
 }
 
 struct CaseLess {
@@ -227,26 +237,23 @@ std::unique_ptr<QSettings> SharedIniFile::Open() {
   std::error_code missing;
   if (Blocked() && fs::last_write_time(file_, missing) == blocked_at_ && !missing) return nullptr;
   blocked_at_ = {};
-  const QFileInfo info(file_);
-  std::string why;
-  if (info.isDir()) {
-    why = "it is a folder";
-  } else if (info.exists() && !info.isFile()) {
-    why = "it is a pipe or a device";
-  } else if (info.size() > kLargest) {
-    why = "it has " + std::to_string(info.size()) + " bytes";
+  const std::string why = WhyUnreadable(file_);
+  if (!why.empty() && !SetAside(why, [this] { return !WhyUnreadable(file_).empty(); })) {
+    return nullptr;
   }
-  if (!why.empty() && !SetAside(why)) return nullptr;
   const auto open = [this] {
     auto settings =
         std::make_unique<QSettings>(QFileInfo(file_).absoluteFilePath(), QSettings::IniFormat);
     settings->allKeys();  // sections are parsed when they are first used
     return settings;
   };
+  const auto before = StampOf(file_);
   auto settings = open();
   if (settings->status() != QSettings::FormatError) return settings;
   settings.reset();
-  return SetAside("it is not a settings file") ? open() : nullptr;
+  const bool set_aside =
+      SetAside("it is not a settings file", [&] { return StampOf(file_) == before; });
+  return set_aside ? open() : nullptr;
 }
 
 void SharedIniFile::Change(const std::function<void(QSettings& settings)>& change) {
@@ -282,8 +289,14 @@ void SharedIniFile::RequireWritten(QSettings* settings) const {
                            "disk is not full.");
 }
 
-// Returns false if the file could not be renamed.
-bool SharedIniFile::SetAside(const std::string& why) {
+// Renames the file and begins a new one. Another process may have done so just now, which
+// `still_damaged` finds out. Returns false if the file could not be renamed.
+bool SharedIniFile::SetAside(const std::string& why, const std::function<bool()>& still_damaged) {
+  // The lock that QSettings holds while it writes. Without one, in a folder that can't be written
+  // or on a full disk, renaming is worth trying.
+  QLockFile lock(QFileInfo(file_).absoluteFilePath() + QStringLiteral(".lock"));
+  lock.lock();
+  if (!still_damaged()) return true;
   fs::path aside;
   int number = 1;
   do {
@@ -291,13 +304,14 @@ bool SharedIniFile::SetAside(const std::string& why) {
   } while (fs::exists(fs::symlink_status(aside)));
   std::error_code error;
   fs::rename(file_, aside, error);
-  // Another process may have renamed it just now.
-  if (error == std::errc::no_such_file_or_directory) return true;
   if (!error) {
+    Begin();
     problems_.push_back(PathText(file_) + " could not be read: " + why + ". It was renamed to " +
                         PathText(aside.filename()) + ", and a new file is used.");
     return true;
   }
+  // Another process may have renamed it without the lock.
+  if (error == std::errc::no_such_file_or_directory) return true;
   problems_.push_back(PathText(file_) + " could not be read: " + why +
                       ". It could not be renamed either (" + error.message() +
                       "). Nothing is saved until you remove it.");

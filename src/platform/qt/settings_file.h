@@ -21,7 +21,8 @@ namespace velumar {
 // parts. Case doesn't matter in groups and names; values may hold any bytes.
 //
 // A file that QSettings can't parse, is larger than kLargest or isn't a regular file is renamed to
-// "NAME.damaged-1" (-2, ...) and reported, never overwritten. QSettings alone would overwrite it.
+// "NAME.damaged-1" (-2, ...) and reported, never overwritten, and an empty file takes its place.
+// QSettings alone would overwrite it.
 class SharedIniFile {
  public:
   static constexpr std::int64_t kLargest = 4 << 20;  // bytes
@@ -57,7 +58,7 @@ class SharedIniFile {
   void Change(const std::function<void(QSettings& settings)>& change);
   void Begin() const;
   void RequireWritten(QSettings* settings) const;
-  bool SetAside(const std::string& why);
+  bool SetAside(const std::string& why, const std::function<bool()>& still_damaged);
   void ImportOldFile(const std::filesystem::path& old);
 
   std::filesystem::path file_;
