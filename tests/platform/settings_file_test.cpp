@@ -220,6 +220,31 @@ TEST(SettingsFile, RenamesAndReportsADamagedFile) {
   }
 }
 
+TEST(SettingsFile, ReportsAFileThatMayNotBeReadAndLeavesIt) {
+  const ScratchFolder folder;
+  const auto ini = folder / "settings.ini";
+  WriteFile(ini, "[Settings]\nTop=1\n");
+  fs::permissions(ini, fs::perms(0200));
+  fs::permissions(folder.Path(), fs::perms(0777));
+  EXPECT_TRUE(HoldsWithoutRoot([&] {
+    FileSettings settings(folder / "settings");
+    const auto problems = settings.TakeProblems();
+    if (problems.size() != 1 || problems[0].find("no permission to read") == std::string::npos) {
+      return false;
+    }
+    if (settings.Read("Top") || !settings.TakeProblems().empty()) return false;
+    try {
+      settings.Save("Left", "2");
+      return false;
+    } catch (const std::runtime_error&) {
+      return true;
+    }
+  }));
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
+  fs::permissions(ini, fs::perms(0600));
+  EXPECT_EQ(ReadFile(ini), "[Settings]\nTop=1\n");
+}
+
 TEST(SettingsFile, ProcessesRenameADamagedFileOnce) {
   constexpr int kProcesses = 4;
   for (int round = 0; round < 6; ++round) {

@@ -101,6 +101,11 @@ std::string WhyUnreadable(const fs::path& file) {
   return "it has " + std::to_string(info.size()) + " bytes";
 }
 
+bool MayNotBeRead(const fs::path& file) {
+  QFile reading(file);
+  return reading.exists() && !reading.open(QFile::ReadOnly);
+}
+
 struct CaseLess {
   bool operator()(const QString& a, const QString& b) const {
     return a.compare(b, Qt::CaseInsensitive) < 0;
@@ -235,7 +240,9 @@ std::vector<std::string> SharedIniFile::TakeProblems() { return std::exchange(pr
 // Opening reads the file again if another process has changed it. Null while it is blocked.
 std::unique_ptr<QSettings> SharedIniFile::Open() {
   std::error_code missing;
-  if (Blocked() && fs::last_write_time(file_, missing) == blocked_at_ && !missing) return nullptr;
+  if (blocked_at_ != fs::file_time_type() && fs::last_write_time(file_, missing) == blocked_at_ &&
+      !missing)
+    return nullptr;
   blocked_at_ = {};
   const std::string why = WhyUnreadable(file_);
   if (!why.empty() && !SetAside(why, [this] { return !WhyUnreadable(file_).empty(); })) {
@@ -249,6 +256,14 @@ std::unique_ptr<QSettings> SharedIniFile::Open() {
   };
   const auto before = StampOf(file_);
   auto settings = open();
+  const bool reported = std::exchange(
+      forbidden_, settings->status() == QSettings::AccessError && MayNotBeRead(file_));
+  if (forbidden_ && !reported) {
+    problems_.push_back(PathText(file_) +
+                        " could not be read: you have no permission to read it. Nothing is saved "
+                        "until you allow reading it.");
+  }
+  if (forbidden_) return nullptr;
   if (settings->status() != QSettings::FormatError) return settings;
   settings.reset();
   const bool set_aside =

@@ -45,8 +45,9 @@ class SharedIniFile {
   bool HasGroup(std::string_view group);
   bool HasGroupsBelow(std::string_view group);
 
-  // True while a damaged file can't be renamed. Nothing can be read or written until it is gone.
-  bool Blocked() const { return blocked_at_ != std::filesystem::file_time_type(); }
+  // True while a damaged file can't be renamed, or a file may not be read (it is reported, but not
+  // renamed). Nothing can be read or written until it is gone or may be read.
+  bool Blocked() const { return forbidden_ || blocked_at_ != std::filesystem::file_time_type(); }
   // False if this user has no permission to write the file or its folder.
   bool MayBeWritten() const;
   const std::filesystem::path& File() const { return file_; }
@@ -63,6 +64,7 @@ class SharedIniFile {
 
   std::filesystem::path file_;
   std::filesystem::file_time_type blocked_at_{};
+  bool forbidden_ = false;
   std::map<std::string, std::string> imported_;  // values that aren't saved yet
   std::vector<std::string> problems_;
 };
