@@ -191,7 +191,10 @@ std::optional<std::string> SharedIniFile::Read(std::string_view group, std::stri
 
 void SharedIniFile::Write(std::string_view group, std::string_view name, std::string_view value) {
   Change([&](QSettings& settings) {
-    settings.setValue(Spelled(settings, KeyOf(group, name)), ToVariant(value));
+    const QString key = Spelled(settings, KeyOf(group, name));
+    // QSettings would write the file again.
+    if (settings.contains(key) && ToBytes(settings.value(key)) == value) return;
+    settings.setValue(key, ToVariant(value));
   });
 }
 
