@@ -32,10 +32,12 @@ TEST(NumberFormat, KnownBytesAndNumbers) {
   }
 }
 
-TEST(NumberFormat, TooSmallNumbersAreZero) {
+TEST(NumberFormat, NumbersOutOfRange) {
   for (const char* bytes : {"01 02 83 00", "01 02 03 01", "FF FF FF 02"}) {
     EXPECT_EQ(FloatFromMbf(WordOf(bytes)), 0) << bytes;
   }
+  EXPECT_EQ(MbfFromFloat(std::numeric_limits<float>::denorm_min()), 0U);
+  EXPECT_EQ(MbfFromFloat(0x1p127F), std::nullopt);
 }
 
 TEST(NumberFormat, EveryOtherWordReadsBack) {
