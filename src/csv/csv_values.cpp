@@ -125,13 +125,16 @@ std::optional<std::size_t> LengthRead(char conversion, std::string_view text, st
 // The date library also takes fewer digits, signs and decimal points, so that 100 would be 10:00
 // in the pattern %H%M. True if all numbers of `text`, which it has read as `date`, are whole.
 bool HasWholeNumbers(std::string_view text, std::string_view pattern, std::int32_t date) {
-  constexpr std::string_view kBlanks = " \t\n\v\f\r";
+  static constexpr std::string_view kBlanks = " \t\n\v\f\r";
+  const auto blank = [](char c) { return kBlanks.find(c) != std::string_view::npos; };
   for (std::size_t i = 0; i < pattern.size(); ++i) {
     std::optional<std::size_t> length = 1;
     if (pattern[i] == '%') {
       length = LengthRead(pattern[++i], text, date);
-    } else if (kBlanks.find(pattern[i]) != std::string_view::npos) {
+    } else if (blank(pattern[i])) {
+      const bool more = i > 0 && blank(pattern[i - 1]);
       length = CountLeading(text, kBlanks);
+      if (length == 0 && !more) return false;
     }
     if (!length) return false;
     text.remove_prefix(std::min(*length, text.size()));

@@ -28,8 +28,8 @@ struct CsvDateTime {
 // A pattern may contain %Y, %y (69 to 99 are 1969 to 1999), %m, %d, %b or %B (the English name of a
 // month, in full or its first three letters), %H, %I with %p, %M, %S and %%. %Y has exactly four
 // digits, %y, %M and %S exactly two, %m, %d, %H and %I one or two; none has a sign. Each takes as
-// many digits as it can, so "%H%M" refuses 930 and "%d%m%y" refuses 50124. A blank matches any
-// number of blanks; all other characters match themselves.
+// many digits as it can, so "%H%M" refuses 930 and "%d%m%y" refuses 50124. A blank matches one
+// or more blanks; all other characters match themselves.
 class CsvDateFormat {
  public:
   CsvDateFormat() = default;

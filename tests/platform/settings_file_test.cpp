@@ -90,22 +90,6 @@ TEST(SettingsFile, AnUnchangedValueIsNotWrittenAgain) {
   EXPECT_NE(inode(), before);
 }
 
-TEST(SettingsFile, AnUnchangedValueIsNotWrittenAgain) {
-  const ScratchFolder folder;
-  FileSettings settings(folder / "settings");
-  settings.Save("Top", "1");
-  const auto inode = [&] {
-    struct stat status {};
-    ::stat((folder / "settings.ini").c_str(), &status);
-    return status.st_ino;
-  };
-  const ino_t before = inode();
-  settings.Save("TOP", "1");
-  EXPECT_EQ(inode(), before);
-  settings.Save("Top", "");
-  EXPECT_NE(inode(), before);
-}
-
 TEST(SettingsFile, ReadsWhatTheUserEdits) {
   const ScratchFolder folder;
   WriteFile(folder / "edited.ini", "[SCORE]\r\naddress=http://scores:8080\r\n\r\nList=a, b\r\n");
