@@ -4,9 +4,9 @@
 
 #include "cli/commands.h"
 #include "resultchart/chart_file.h"
+#include "resultchart/report.h"
 #include "resultchart/report_pages.h"
 #include "resultchart/result_plot.h"
-#include "resultchart/report.h"
 
 namespace velumar {
 

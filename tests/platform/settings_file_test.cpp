@@ -313,9 +313,8 @@ TEST(RegistryFile, ReportsDamagedValuesAndAFileThatCantBeWritten) {
   EXPECT_EQ(unwritable.OpenKey(kRoot, "K", Registry::kRead, key), 2);
 
   fs::permissions(folder.Path(), fs::perms(0555));
-  EXPECT_TRUE(HoldsWithoutRoot([&] {
-    return FileRegistry(folder / "denied").CreateKey(kRoot, "K") == 5;
-  }));
+  EXPECT_TRUE(
+      HoldsWithoutRoot([&] { return FileRegistry(folder / "denied").CreateKey(kRoot, "K") == 5; }));
   fs::permissions(folder.Path(), fs::perms(0700));
 }
 
