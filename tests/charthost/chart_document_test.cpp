@@ -88,7 +88,6 @@ TEST_F(ChartDocumentTest, ShowsTheReasonAndNoBarsWhileItCannotBeRead) {
   EXPECT_EQ(chart.Error(), "");
   EXPECT_EQ(chart.Model().Series().size(), 300);
   EXPECT_EQ(chart.Model().Window().Span(), span);
-  EXPECT_EQ(Open("XYZ").Error(), "There is no security \"XYZ\" in \"" + folder_ + "\".");
 }
 
 TEST_F(ChartDocumentTest, TypedLinesBecomeARequestOrASentence) {

@@ -89,12 +89,16 @@ std::vector<Case> Cases() {
   };
 }
 
+Found FindAfter(const Case& one) {
+  const auto directory = Prepared();
+  one.work(directory.Text());
+  return FindAll(directory);
+}
+
 TEST(KillPoints, ASeriesIsAsBeforeOrAfterWhereverAWriterDies) {
   const Found before = FindAll(Prepared());
   for (const Case& one : Cases()) {
-    const auto whole = Prepared();
-    one.work(whole.Text());
-    const Found after = FindAll(whole);
+    const Found after = FindAfter(one);
     ASSERT_NE(before, after) << one.name;
     int looks_before = 0;
     int looks_after = 0;
@@ -133,9 +137,7 @@ TEST(KillPoints, AnImportIsFlushedBeforeEachRoundOfRenames) {
 TEST(FailPoints, ASeriesIsAsBeforeOrAfterWhateverCallFails) {
   const Found before = FindAll(Prepared());
   for (const Case& one : Cases()) {
-    const auto whole = Prepared();
-    one.work(whole.Text());
-    const Found after = FindAll(whole);
+    const Found after = FindAfter(one);
     int refused = 0;
     for (int number = 1, reached = 1; reached != 0; ++number) {
       reached = 0;
