@@ -4,7 +4,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdlib>
 
 #include "platform/eventually.h"
@@ -44,13 +43,14 @@ TEST_F(Ipc, MessagesArriveInOrderAtTheLatestListener) {
   std::vector<std::uint32_t> early;
   std::vector<std::uint32_t> late;
   auto first = Listen(early);
+  constexpr std::uint32_t kCount = 400;  // while the listener is busy
   std::vector<std::uint32_t> sent;
-  for (std::uint32_t i = 0; i < 20; ++i) {
+  for (std::uint32_t i = 0; i < kCount; ++i) {
     sent.push_back(i << 20);
-    ASSERT_TRUE(Send(sent.back()));
+    ASSERT_TRUE(Send(sent.back())) << i;
   }
   WaitFor(early, sent.size());
-  const auto second = Listen(late);
+  auto second = Listen(late);
   EXPECT_FALSE(SendIpcMessage("other", {}));
   EXPECT_TRUE(Send(5));
   WaitFor(late, 1);
@@ -60,17 +60,7 @@ TEST_F(Ipc, MessagesArriveInOrderAtTheLatestListener) {
   EXPECT_TRUE(Send(6)) << "the socket is the later listener's";
   WaitFor(late, 2);
   EXPECT_THAT(late, ElementsAre(5, 6));
-}
-
-TEST_F(Ipc, ABusyListenerLosesNoMessage) {
-  std::vector<std::uint32_t> received;
-  auto listener = Listen(received);
-  constexpr std::uint32_t kCount = 400;
-  for (std::uint32_t i = 0; i < kCount; ++i) ASSERT_TRUE(Send(i)) << i;
-  WaitFor(received, kCount);
-  ASSERT_EQ(received.size(), kCount);
-  EXPECT_TRUE(std::is_sorted(received.begin(), received.end()));
-  listener.reset();
+  second.reset();
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path())) << "no socket is left";
 }
 

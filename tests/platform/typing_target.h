@@ -147,8 +147,7 @@ class TypingTarget {
     Status status = 0;
     const bool shortcut = (key.state & (ControlMask | Mod1Mask)) != 0;
     const int bytes = Xutf8LookupString(input, &key, text.data(), text.size(), &symbol, &status);
-    if (symbol >= XK_Shift_L && symbol <= XK_Hyper_R) return "";
-    if (symbol == XK_ISO_Level3_Shift || symbol == XK_Mode_switch) return "";
+    if (IsModifierKey(symbol)) return "";
     std::string typed(text.data(), static_cast<std::size_t>(bytes));
     const bool plain = bytes > 0 && static_cast<unsigned char>(text[0]) >= 0x20;
     const KeySym unshifted = XLookupKeysym(&key, 0);
