@@ -224,7 +224,7 @@ TEST(SettingsFile, ReportsAFileThatMayNotBeReadAndLeavesIt) {
 
 TEST(SettingsFile, ProcessesRenameADamagedFileOnceAndKeepEachOthersChanges) {
   constexpr int kProcesses = 4;
-  constexpr int kSaves = 6;
+  constexpr int kSaves = 3;
   for (int round = 0; round < 6; ++round) {
     const ScratchFolder folder;
     WriteFile(folder / "settings.ini", "rubbish\n");
