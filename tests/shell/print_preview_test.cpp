@@ -13,22 +13,18 @@ class PrintPreviewTest : public testing::Test {
   PrintPreview preview;
 };
 
-TEST_F(PrintPreviewTest, SheetAndChartFollowTheZoomWithinItsLimits) {
+TEST_F(PrintPreviewTest, SheetAndADraggedChartFollowTheZoomWithinItsLimits) {
   EXPECT_EQ(preview.Sheet(), (TwipsSize{6000, 8500}));
   EXPECT_EQ(chart.shown, (TwipsSize{5287.5, 4147.5}));
-  preview.SetZoom(1000, chart);
-  EXPECT_EQ(preview.Sheet(), (TwipsSize{12000, 17000}));
-  EXPECT_EQ(chart.shown, (TwipsSize{10575, 8295}));
-}
-
-TEST_F(PrintPreviewTest, ADraggedChartKeepsItsPlaceOnTheSheet) {
   preview.Move({500, 500});  // no button down
   EXPECT_EQ(preview.ChartPlace(), TwipsPoint{});
   preview.Press({100, 100});
   preview.Move({600, 100});
   preview.Release({600, -400});
   EXPECT_EQ(preview.ChartPlace(), (TwipsPoint{1000, -500}));
-  preview.SetZoom(100, chart);
+  preview.SetZoom(1000, chart);
+  EXPECT_EQ(preview.Sheet(), (TwipsSize{12000, 17000}));
+  EXPECT_EQ(chart.shown, (TwipsSize{10575, 8295}));
   EXPECT_EQ(preview.ChartPlace(), (TwipsPoint{2000, -1000}));
   preview.ScrollSheet(2, 3);
   EXPECT_EQ(preview.SheetPlace(), (TwipsPoint{-800, -2700}));
