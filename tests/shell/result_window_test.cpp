@@ -126,8 +126,9 @@ TEST_F(ResultWindowTest, TabsAndChartFollowTheChosenRun) {
   EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("Saving the orders failed.\n/nowhere/orders.csv")));
 }
 
-// Two trades are closed while the window shows the chart of a run that had closed none.
-TEST_F(ResultWindowTest, ChartAndFiguresAreAsNewAsTheStatistics) {
+// Two trades are closed while the window shows the chart of a run that had closed none. Then "Play"
+// begins a run: all of the window goes on showing the last one.
+TEST_F(ResultWindowTest, AnOpenWindowIsAsNewAsItsOwnRun) {
   rows.Begin(1000);
   rows.Order(19, "Long", 2, 60, 2, 0, 1000);
   Open();
@@ -139,22 +140,18 @@ TEST_F(ResultWindowTest, ChartAndFiguresAreAsNewAsTheStatistics) {
   EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(2000, 4000));
   EXPECT_EQ(form.MSChart1.Content().rows->hint, "");
   EXPECT_EQ(form.lblPortfolio.Text(), "4,000");
-}
 
-// "Play" begins a run while the window is open: all of the window goes on showing the last one.
-TEST_F(ResultWindowTest, ARunThatBeginsLeavesAnOpenWindowAtItsOwnRun) {
-  Open();
   rows.Begin(500);
-  rows.Order(19, "Long", 1, 60, 1, 0, 500);
+  rows.Order(22, "Long", 1, 60, 1, 0, 500);
   form.tabSheets.UserChoose(FrmResult::kOrdersTab);
-  EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("-", "-2.00", "2.00", "-5.00"));
+  EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("-", "1.00", "2.00"));
   form.cbxRun.UserChoose(1);
   form.cbxRun.UserChoose(0);
-  EXPECT_EQ(form.lblPortfolio.Text(), "995,000");
-  EXPECT_EQ(form.lstOrders.Content().count, 4U);
+  EXPECT_EQ(form.lblPortfolio.Text(), "4,000");
+  EXPECT_EQ(form.lstOrders.Content().count, 3U);
   all.outside.files.answers = {"/tmp/r.pdf"};
   form.Toolbar1.UserButton(FrmResult::kReport);
-  EXPECT_THAT(all.outside.printers.printed, ElementsAre("2:/tmp/r.pdf"));
+  EXPECT_THAT(all.outside.printers.printed, ElementsAre("3:/tmp/r.pdf"));
   EXPECT_EQ(all.outside.files.suggested, "Report");
   EXPECT_THAT(Boxes(), ElementsAre("The report was saved as /tmp/r.pdf."));
   form.Toolbar1.UserButton(FrmResult::kClose);

@@ -89,8 +89,9 @@ TEST_F(RunTest, AnOrderInAPauseFillsAtItsBarAndIsSaved) {
   EXPECT_EQ(all->session.LAccum, 2) << "the book goes on";
 }
 
-// Until the series is loaded there are no bars, and the store is being filled.
-TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderAndNoSpace) {
+// Until the series is loaded there are no bars, and the store is being filled. Going back gives the
+// setup's boxes back, but the run keeps to its series.
+TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderAndKeepsToItsSeries) {
   StartAt(198);
   all->Navigator().Image5.UserClick();
   int looks = 0;
@@ -103,17 +104,8 @@ TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderAndNoSpace) {
   };
   all->Setup().DTPicker1.UserPick(MadeDate(190));
   all->At(2500, click_all);  // while the notice blinks
-  all->At(5900, click_all);  // while the file dialog is open
-  all->Setup().Image3.UserClick();
-  EXPECT_EQ(looks, 2);
-  EXPECT_EQ(Rows("MyPortfolio"), 0U);
-}
-
-// Going back while it is prepared gives the setup's boxes back, but the run keeps to its series.
-TEST_F(RunTest, WhatIsChosenWhileARunIsPreparedIsForTheNextOne) {
-  all->program.Start();
-  all->Setup().DTPicker1.UserPick(MadeDate(190));
-  all->At(2500, [this] {
+  all->At(5900, [&] {        // while the file dialog is open
+    click_all();
     all->Navigator().Image5.UserClick();
     Choose("FAST");
     all->Setup().DTPicker1.UserPick(MadeDate(5));
@@ -121,7 +113,9 @@ TEST_F(RunTest, WhatIsChosenWhileARunIsPreparedIsForTheNextOne) {
     EXPECT_TRUE(all->Setup().Visible()) << "Start means nothing now";
   });
   all->Setup().Image3.UserClick();
-  EXPECT_EQ(ChartsOpened(), 1);
+  EXPECT_EQ(looks, 2);
+  EXPECT_EQ(Rows("MyPortfolio"), 0U);
+  EXPECT_EQ(ChartsOpened(), 2);
   EXPECT_EQ(all->session.FirstShownBar, 189);
   EXPECT_EQ(StoreSize(), 200U);
   EXPECT_EQ(StoreSize("FAST", 15), 0U);

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <functional>
 #include <iterator>
@@ -20,11 +21,6 @@ namespace {
 constexpr int kCommands = 200;
 constexpr int kFastStep = 30;
 
-int HalfToEven(int whole) {
-  const int half = whole / 2;
-  return whole % 2 == 0 || half % 2 == 0 ? half : half + 1;
-}
-
 // What the store must hold, and where the cursor must be.
 struct PlainStore {
   std::string symbol;
@@ -36,16 +32,12 @@ struct PlainStore {
     const int last = static_cast<int>(whole.size()) - 1;
     auto cut =
         std::find_if(whole.begin(), whole.end(), [&](auto& bar) { return bar.date >= date; });
-    if (cut == whole.end()) cut = whole.begin() + (last > 250 ? 250 : HalfToEven(last));
+    if (cut == whole.end()) cut = whole.begin() + (last > 250 ? 250 : std::lrint(last / 2.0));
     const std::int32_t day = cut->date;
     while (cut != whole.begin() && (cut - 1)->date == day) --cut;
     symbol = name;
     loaded = whole;
     index = std::max(static_cast<int>(cut - whole.begin()) - 1, 0);
-  }
-  void Clear() {
-    loaded.clear();
-    index = -1;
   }
   void Next() { index = std::min(index + 1, Last()); }
   void Forward() { index = std::min(std::max(index, 0) + kFastStep, Last()); }
@@ -91,7 +83,7 @@ class RandomRun {
     const auto& sent = all_.outside.chart.sent;
     for (; keys_seen_ < sent.size(); ++keys_seen_) {
       if (sent[keys_seen_] != "%FO") continue;
-      plain_.Clear();
+      plain_ = {};
       started_ = prepare_due_ = true;
       pass_due_ = false;
       loop_depth_ = depth_;

@@ -1,17 +1,9 @@
-#include "shell/event_guard.h"
 #include "support/whole_program.h"
 
 namespace velumar {
 namespace {
 
 using WindowsTest = RunFixture;
-
-TEST(EventGuard, ABoxNamesWhatFailedAndWhy) {
-  RecordingBoxes boxes;
-  const EventGuard guarded(boxes);
-  guarded("Starting the run", [](int) { throw std::runtime_error("no room"); })(1);
-  EXPECT_EQ(boxes.shown, std::vector<std::string>{"Starting the run failed.\nno room"});
-}
 
 TEST_F(WindowsTest, SettingsComeBackInTheNextProcess) {
   all->program.Start();
