@@ -8,6 +8,11 @@ using WindowsTest = RunFixture;
 TEST_F(WindowsTest, SettingsComeBackInTheNextProcess) {
   all->program.Start();
   EXPECT_FALSE(all->outside.settings.texts.contains("Top")) << "the first start of all";
+  EXPECT_EQ(all->session.SetupTop, "8155");
+  EXPECT_EQ(all->session.SetupLeft, "11020");
+  EXPECT_EQ(all->Setup().DTPicker1.Value(), 20061018);
+  EXPECT_EQ(all->session.RefreshDelay, 3000);
+  EXPECT_EQ(all->Panel().Top(), 1155 + 8132 + 100);
   EXPECT_TRUE(all->Setup().Visible());
   all->Setup().DTPicker1.UserPick(MadeDate(198));
   all->Panel().Combo2.SetText("5");
@@ -71,6 +76,7 @@ TEST_F(WindowsTest, OddSettingsNeverKeepTheWindowAway) {
   settings["PorfolioTransparent"] = "x";
   all->program.Start();
   EXPECT_TRUE(all->Setup().Visible());
+  EXPECT_EQ(all->Setup().DTPicker1.Value(), 20051203);
   EXPECT_EQ(all->session.RefreshDelay, 3000);
   EXPECT_EQ(all->Navigator().Opacity(), 250);
   EXPECT_EQ(all->Panel().Opacity(), 250);
