@@ -126,8 +126,9 @@ TEST_F(ResultWindowTest, TabsAndChartFollowTheChosenRun) {
   EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("Saving the orders failed.\n/nowhere/orders.csv")));
 }
 
-// Two trades are closed while the window shows the chart of a run that had closed none.
-TEST_F(ResultWindowTest, ChartAndFiguresAreAsNewAsTheStatistics) {
+// Two trades are closed while the window shows the chart of a run that had closed none. Then "Play"
+// begins a run: all of the window goes on showing the last one.
+TEST_F(ResultWindowTest, AnOpenWindowIsAsNewAsItsOwnRun) {
   rows.Begin(1000);
   rows.Order(19, "Long", 2, 60, 2, 0, 1000);
   Open();
@@ -139,22 +140,18 @@ TEST_F(ResultWindowTest, ChartAndFiguresAreAsNewAsTheStatistics) {
   EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(2000, 4000));
   EXPECT_EQ(form.MSChart1.Content().rows->hint, "");
   EXPECT_EQ(form.lblPortfolio.Text(), "4,000");
-}
 
-// "Play" begins a run while the window is open: all of the window goes on showing the last one.
-TEST_F(ResultWindowTest, ARunThatBeginsLeavesAnOpenWindowAtItsOwnRun) {
-  Open();
   rows.Begin(500);
-  rows.Order(19, "Long", 1, 60, 1, 0, 500);
+  rows.Order(22, "Long", 1, 60, 1, 0, 500);
   form.tabSheets.UserChoose(FrmResult::kOrdersTab);
-  EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("-", "-2.00", "2.00", "-5.00"));
+  EXPECT_THAT(Column(form.lstOrders, 9), ElementsAre("-", "1.00", "2.00"));
   form.cbxRun.UserChoose(1);
   form.cbxRun.UserChoose(0);
-  EXPECT_EQ(form.lblPortfolio.Text(), "995,000");
-  EXPECT_EQ(form.lstOrders.Content().count, 4U);
+  EXPECT_EQ(form.lblPortfolio.Text(), "4,000");
+  EXPECT_EQ(form.lstOrders.Content().count, 3U);
   all.outside.files.answers = {"/tmp/r.pdf"};
   form.Toolbar1.UserButton(FrmResult::kReport);
-  EXPECT_THAT(all.outside.printers.printed, ElementsAre("2:/tmp/r.pdf"));
+  EXPECT_THAT(all.outside.printers.printed, ElementsAre("3:/tmp/r.pdf"));
   EXPECT_EQ(all.outside.files.suggested, "Report");
   EXPECT_THAT(Boxes(), ElementsAre("The report was saved as /tmp/r.pdf."));
   form.Toolbar1.UserButton(FrmResult::kClose);
@@ -192,18 +189,56 @@ TEST_F(ResultWindowTest, SavesPrintsAndNotesProfiles) {
               HasSubstr("The chart was saved, but that could not be recorded in the ledger.\n"));
 }
 
-TEST_F(ResultWindowTest, ThePreviewWorksOnTheChartItself) {
-  Open();
-  form.Toolbar1.UserButton(FrmResult::kPreview);
+class PreviewTest : public ResultWindowTest {
+ protected:
+  using Pair = std::pair<float, float>;
+  PreviewTest() {
+    Open();
+    form.Toolbar1.UserButton(FrmResult::kPreview);
+  }
+  static Pair SizeOf(const Control& control) { return {control.Width(), control.Height()}; }
+  static Pair PlaceOf(const Control& control) { return {control.Left(), control.Top()}; }
+
   Graph2& preview = all.windows.graph2;
-  std::vector<PrintJob> jobs;
-  preview.Picture2.print = [&](const PrintJob& job) { jobs.push_back(job); };
-  EXPECT_EQ(form.MSChart1.Width(), 5287.5F);
-  form.Combo1.UserChoose(1);  // "3D Bar"
-  preview.Picture2.UserMouseDown(10, 10);
-  preview.Picture2.UserMouseUp(1010, 210);
+  Control& sheet = preview.Picture1;
+  ChartPicture& picture = preview.Picture2;
+};
+
+TEST_F(PreviewTest, SheetAndChartAreZoomedSizedAndDragged) {
+  EXPECT_EQ(SizeOf(sheet), Pair(6000, 8500));
+  EXPECT_EQ(SizeOf(form.MSChart1), Pair(5287.5F, 4147.5F));
+  picture.UserMouseMove(500, 500);  // no button down
+  EXPECT_EQ(PlaceOf(picture), Pair(0, 0));
+  picture.UserMouseDown(100, 100);
+  picture.UserMouseMove(600, 100);
+  picture.UserMouseUp(600, -400);
+  EXPECT_EQ(PlaceOf(picture), Pair(1000, -500));
+  preview.chtscroll1.UserMove(75);
+  preview.chtscroll1.UserMove(50);  // of the size at the last zoom
+  preview.chtscroll0.UserMove(100);
+  EXPECT_EQ(SizeOf(form.MSChart1), Pair(10575, 16590));
+  preview.HScroll2.UserMove(1000);
+  EXPECT_EQ(SizeOf(sheet), Pair(12000, 17000));
+  EXPECT_EQ(SizeOf(picture), Pair(21150, 33180));
+  EXPECT_EQ(PlaceOf(picture), Pair(2000, -1000));
   preview.HScroll1.UserMove(2);
-  EXPECT_EQ(preview.Picture2.Content().type, kChart2DLine) << "taken when its size changes";
+  preview.VScroll1.UserMove(3);
+  EXPECT_EQ(PlaceOf(sheet), Pair(-800, -2700));
+  EXPECT_EQ(PlaceOf(picture), Pair(2000, -1000));
+}
+
+TEST_F(PreviewTest, TheNextPreviewTakesTheLastSizeAsFullSize) {
+  preview.cmdcancel.UserClick();
+  form.Toolbar1.UserButton(FrmResult::kPreview);
+  preview.HScroll2.UserMove(100);
+  EXPECT_EQ(SizeOf(form.MSChart1), Pair(5288, 4148));
+}
+
+TEST_F(PreviewTest, PrintsTheChartItselfAndOpensItAgain) {
+  std::vector<PrintJob> jobs;
+  picture.print = [&](const PrintJob& job) { jobs.push_back(job); };
+  form.Combo1.UserChoose(1);  // "3D Bar"
+  EXPECT_EQ(picture.Content().type, kChart2DLine) << "taken when its size changes";
   preview.op1.UserEntry(Graph2::kOrientation, 0);
   preview.op1.UserEntry(Graph2::kPrintQuality, 2);
   preview.op1.UserEntry(Graph2::kNoOfCopies, 2);
@@ -218,9 +253,7 @@ TEST_F(ResultWindowTest, ThePreviewWorksOnTheChartItself) {
   ASSERT_EQ(jobs.size(), 1);
   EXPECT_TRUE(jobs[0].orientation == 2 && jobs[0].quality == -4 && jobs[0].copies == 3);
   EXPECT_THAT(Boxes(), ElementsAre("bbb"));
-  EXPECT_EQ(preview.Picture2.Left(), 2000);
-  EXPECT_EQ(preview.Picture1.Left(), -800);
-  EXPECT_EQ(preview.Picture1.Width(), 17000);
+  EXPECT_EQ(SizeOf(sheet), Pair(17000, 12000));
 
   form.Toolbar1.UserButton(FrmResult::kClose);
   preview.HScroll1.UserMove(3);
@@ -228,7 +261,7 @@ TEST_F(ResultWindowTest, ThePreviewWorksOnTheChartItself) {
   preview.chtscroll1.UserMove(50);
   EXPECT_TRUE(form.Loaded() && !form.Visible()) << "it comes back hidden";
   EXPECT_EQ(form.MSChart1.Width(), 21150);
-  EXPECT_EQ(preview.Picture2.Width(), 21150);
+  EXPECT_EQ(picture.Width(), 21150);
   preview.cmdcancel.UserClick();
   EXPECT_FALSE(preview.Loaded());
   EXPECT_FALSE(form.Loaded()) << "the next one reads the ledger anew";

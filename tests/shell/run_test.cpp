@@ -1,8 +1,6 @@
 #include <algorithm>
-#include <fstream>
 
-#include "base/paths.h"
-#include "support/run_fixture.h"
+#include "support/whole_program.h"
 
 namespace velumar {
 namespace {
@@ -19,6 +17,10 @@ class RunTest : public RunFixture {
     }
     EXPECT_FALSE(setup.Label6.Visible());
   }
+  long ChartsOpened() { return std::ranges::count(all->outside.chart.sent, "%FO"); }
+  std::size_t Rows(const std::string& table) {
+    return LedgerQuery(all->ledger, "select * From " + table).rows.size();
+  }
   void Choose(const std::string& symbol) {
     const auto& rows = all->Setup().Combo1.Rows();
     const auto row = std::ranges::find(rows, symbol, &ComboBox::Row::text);
@@ -27,45 +29,27 @@ class RunTest : public RunFixture {
   }
 };
 
-TEST_F(RunTest, TheButtonsOfTheNavigatorStepPauseAndPlay) {
+TEST_F(RunTest, TheNavigatorShowsTheRunAndPausesAndPlaysIt) {
   Form2& navigator = all->Navigator();
-  InPauseOf(100, [&] { navigator.Image4.UserClick(); });
-  StartAt(60);
-  EXPECT_EQ(all->session.BarIndex, 101);
-  EXPECT_THAT(navigator.Label6.Text(), testing::StartsWith("[ABC]  Date: "));
-  EXPECT_TRUE(navigator.Image3.Visible() && !navigator.Image4.Visible());
-  InPauseOf(105, [&] {
+  InPauseOf(99, [&] {
     EXPECT_TRUE(!navigator.Image3.Visible() && navigator.Image4.Visible());
     EXPECT_TRUE(all->Setup().Label6.Visible() && !all->Setup().Text3.Visible());
+    all->Panel().Combo2.UserType("10");
     navigator.Image4.UserClick();
   });
+  StartAt(60);
+  EXPECT_EQ(all->session.BarIndex, 100);
+  EXPECT_THAT(navigator.Label6.Text(), testing::StartsWith("[ABC]  Date: "));
+  EXPECT_TRUE(navigator.Image3.Visible() && !navigator.Image4.Visible());
+  EXPECT_FLOAT_EQ(navigator.Progress.Fraction(), 41.0F / 140);
+  EXPECT_EQ(navigator.Progress.ToolTip(), "41 of 140 bars, about 17 min left");  // 99 of 10.51 s
+  navigator.Image6.UserClick();
+  EXPECT_EQ(all->session.CurrentDate, std::to_string(MadeDate(100))) << "the newest bar played";
+  EXPECT_EQ(StoreSize(), 71U);
+  all->outside.events.SetOnPending(nullptr);
   navigator.Image3.UserClick();
-  for (const auto& [button, bar] :
-       {std::pair(&navigator.Image1, 107), {&navigator.Image2, 106}, {&navigator.Image6, 76}}) {
-    button->UserClick();
-    EXPECT_EQ(all->session.BarIndex, bar);
-    EXPECT_EQ(all->session.CurrentDate, std::to_string(MadeDate(107))) << "the newest bar played";
-  }
-  EXPECT_EQ(StoreSize(), 77);
+  EXPECT_EQ(StoreSize(), 200U);
   ExpectFreeSetup();
-}
-
-TEST_F(RunTest, TheProgressLineShowsHowFarTheRunIs) {
-  InPauseOf(99, [this] { all->Navigator().Image4.UserClick(); });
-  all->program.Start();
-  all->Panel().Combo2.SetText("10");
-  all->Setup().DTPicker1.UserPick(MadeDate(60));
-  all->Setup().Image3.UserClick();
-  const ProgressLine& line = all->Navigator().Progress;
-  EXPECT_FLOAT_EQ(line.Fraction(), 41.0F / 140);
-  EXPECT_EQ(line.ToolTip(), "41 of 140 bars, about 17 min left");  // 99 bars of 10.51 s
-  all->Navigator().Image6.UserClick();
-  all->Navigator().Image6.UserClick();
-  EXPECT_EQ(line.Fraction(), 0) << "before the start";
-  all->session.BarIndex = 198;
-  all->Navigator().Image1.UserClick();
-  EXPECT_EQ(line.ToolTip(), "140 of 140 bars");
-  EXPECT_EQ(line.Fraction(), 1);
 }
 
 TEST_F(RunTest, ClicksDuringASlideAreIgnoredOrMeantForTheNextRun) {
@@ -78,45 +62,36 @@ TEST_F(RunTest, ClicksDuringASlideAreIgnoredOrMeantForTheNextRun) {
   });
   all->Setup().Image3.UserClick();
   EXPECT_EQ(all->session.FirstShownBar, 189);
-  const auto& sent = all->outside.chart.sent;
-  EXPECT_EQ(std::count(sent.begin(), sent.end(), "%Fe"), 1);
+  EXPECT_EQ(ChartsOpened(), 1);
   all->At(100, [this] { all->Navigator().Image5.UserClick(); });
   all->Navigator().Image5.UserClick();
-  EXPECT_TRUE(all->Setup().Visible());
-  EXPECT_FALSE(all->Navigator().Loaded());
-}
-
-TEST_F(RunTest, GoingBackWhileTheNavigatorSlidesInBeginsNoRun) {
-  all->program.Start();
+  EXPECT_TRUE(all->Setup().Visible() && !all->Navigator().Loaded());
   all->At(700, [this] {
-    ASSERT_TRUE(all->Navigator().Visible());
+    ASSERT_TRUE(all->Navigator().Visible()) << "as it slides in";
     all->Navigator().Image5.UserClick();
   });
   all->Setup().Image3.UserClick();
-  EXPECT_TRUE(all->Setup().Visible());
-  EXPECT_FALSE(all->Navigator().Visible());
-  EXPECT_TRUE(all->outside.chart.sent.empty());
+  EXPECT_TRUE(all->Setup().Visible() && !all->Navigator().Visible());
+  EXPECT_EQ(ChartsOpened(), 1) << "no run has begun";
 }
 
 TEST_F(RunTest, AnOrderInAPauseFillsAtItsBarAndIsSaved) {
   InPauseOf(61, [this] {
     all->Panel().txtContractVol.UserType("2");
     all->Panel().imgLong.UserClick();
-    EXPECT_EQ(all->program.LastOrder(), OrderResult::kDone);
     EXPECT_EQ(all->session.LAvgPrice, all->session.BarClose[61]);
   });
   StartAt(60);
-  const auto rows = LedgerQuery(all->ledger, "select Position, LAccum From MyPortfolio").rows;
-  ASSERT_EQ(rows.size(), 1U);
-  EXPECT_EQ(rows[0][1], LedgerValue(2.0));
+  EXPECT_EQ(Rows("MyPortfolio"), 1U);
   all->Navigator().Image3.UserClick();
-  EXPECT_TRUE(LedgerQuery(all->ledger, "select * From MyPortfolio").Empty());
-  EXPECT_EQ(LedgerQuery(all->ledger, "select * From Archive").rows.size(), 1U);
+  EXPECT_EQ(Rows("MyPortfolio"), 0U) << "a new run";
+  EXPECT_EQ(Rows("Archive"), 1U);
   EXPECT_EQ(all->session.LAccum, 2) << "the book goes on";
 }
 
-// Until the series is loaded there are no bars, and the store is being filled.
-TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderAndNoSpace) {
+// Until the series is loaded there are no bars, and the store is being filled. Going back gives the
+// setup's boxes back, but the run keeps to its series.
+TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderAndKeepsToItsSeries) {
   StartAt(198);
   all->Navigator().Image5.UserClick();
   int looks = 0;
@@ -129,18 +104,8 @@ TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderAndNoSpace) {
   };
   all->Setup().DTPicker1.UserPick(MadeDate(190));
   all->At(2500, click_all);  // while the notice blinks
-  all->At(5900, click_all);  // while the file dialog is open
-  all->Setup().Image3.UserClick();
-  EXPECT_EQ(looks, 2);
-  EXPECT_EQ(StoreSize(), 200);
-  EXPECT_TRUE(LedgerQuery(all->ledger, "select * From MyPortfolio").Empty());
-}
-
-// Going back while it is prepared gives the setup's boxes back, but the run keeps to its series.
-TEST_F(RunTest, WhatIsChosenWhileARunIsPreparedIsForTheNextOne) {
-  all->program.Start();
-  all->Setup().DTPicker1.UserPick(MadeDate(190));
-  all->At(2500, [this] {
+  all->At(5900, [&] {        // while the file dialog is open
+    click_all();
     all->Navigator().Image5.UserClick();
     Choose("FAST");
     all->Setup().DTPicker1.UserPick(MadeDate(5));
@@ -148,14 +113,14 @@ TEST_F(RunTest, WhatIsChosenWhileARunIsPreparedIsForTheNextOne) {
     EXPECT_TRUE(all->Setup().Visible()) << "Start means nothing now";
   });
   all->Setup().Image3.UserClick();
-  const auto& sent = all->outside.chart.sent;
-  EXPECT_EQ(std::count(sent.begin(), sent.end(), "%FO"), 1);
-  EXPECT_EQ(std::count(sent.begin(), sent.end(), "ABC"), 1);
+  EXPECT_EQ(looks, 2);
+  EXPECT_EQ(Rows("MyPortfolio"), 0U);
+  EXPECT_EQ(ChartsOpened(), 2);
   EXPECT_EQ(all->session.FirstShownBar, 189);
-  EXPECT_EQ(ReadBars(all->session.SimDir, "ABC", -1).size(), 200U);
-  EXPECT_TRUE(ReadBars(all->session.SimDir, "FAST", 15).empty());
+  EXPECT_EQ(StoreSize(), 200U);
+  EXPECT_EQ(StoreSize("FAST", 15), 0U);
   all->Setup().Image3.UserClick();
-  EXPECT_EQ(ReadBars(all->session.SimDir, "FAST", 15).size(), 200U);
+  EXPECT_EQ(StoreSize("FAST", 15), 200U);
 }
 
 TEST_F(RunTest, AFailedPreparationFeedsNothingAndBringsTheSetupBack) {
@@ -167,46 +132,26 @@ TEST_F(RunTest, AFailedPreparationFeedsNothingAndBringsTheSetupBack) {
   Choose("EMPTY");
   all->Setup().Image3.UserClick();
   EXPECT_THAT(all->outside.boxes.shown, testing::ElementsAre(testing::StartsWith("1720\r")));
-  EXPECT_EQ(LedgerQuery(all->ledger, "select * From MyPortfolio").rows.size(), 1U)
-      << "no run follows the last one";
+  EXPECT_EQ(Rows("MyPortfolio"), 1U) << "no run follows the last one";
   EXPECT_TRUE(all->Setup().Visible());
   EXPECT_FALSE(all->Navigator().Visible() || all->Panel().Visible());
   ExpectFreeSetup();
-  EXPECT_TRUE(all->session.BarDate.empty());
   EXPECT_FALSE(all->program.Feeding());
-  EXPECT_TRUE(ReadBars(all->session.SimDir, "ABC", -1).empty());
+  EXPECT_EQ(StoreSize(), 0U);
   Choose("ABC");
   all->Setup().Image3.UserClick();
-  EXPECT_EQ(StoreSize(), 200);
-}
-
-TEST_F(RunTest, ADelayTypedInAPauseCountsAtTheNextBar) {
-  std::vector<long> moments;
-  all->outside.events.SetOnPending([&] {
-    moments.push_back(all->Now());
-    if (moments.size() == 2) all->At(600, [this] { all->Panel().Combo2.UserType("10"); });
-  });
-  StartAt(196);
-  ASSERT_EQ(moments.size(), 4U);
-  EXPECT_EQ(moments[1] - moments[0], 3500);
-  EXPECT_EQ(moments[3] - moments[2], 10500);
+  EXPECT_EQ(StoreSize(), 200U);
 }
 
 // A folder of the trader's own that happens to be called so.
 TEST_F(RunTest, AFolderThatIsNoStoreLeavesTheSetupWindowAsItWas) {
   const auto store = std::filesystem::path(data) / "Simulate";
   std::filesystem::create_directories(store);
-  std::ofstream(store / "F1.DAT") << "mine";
+  WriteFile(store / "F1.DAT", "mine");
   StartAt(60);
-  ASSERT_EQ(all->outside.boxes.shown.size(), 1U);
-  EXPECT_THAT(all->outside.boxes.shown[0], testing::HasSubstr("F1.DAT"));
-  EXPECT_TRUE(all->Setup().Visible());
-  EXPECT_TRUE(all->Setup().Image3.Reachable());
-  EXPECT_TRUE(all->outside.chart.sent.empty());
-  std::filesystem::remove(store / "F1.DAT");
-  InPauseOf(61, [this] { all->Navigator().Image4.UserClick(); });
-  all->Setup().Image3.UserClick();
-  EXPECT_GT(StoreSize(), 60);
+  EXPECT_THAT(all->outside.boxes.shown, testing::ElementsAre(testing::HasSubstr("F1.DAT")));
+  EXPECT_TRUE(all->Setup().Visible() && all->Setup().Image3.Reachable());
+  EXPECT_EQ(ChartsOpened(), 0);
 }
 
 }  // namespace

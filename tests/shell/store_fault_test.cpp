@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <fstream>
 
 #include "marketdata/metalib_error.h"
 #include "support/traced_child.h"
@@ -47,7 +46,7 @@ void KeepOldRun(const std::string& data) {
   const std::string store = data + "/Simulate";
   IndexCache cache;
   StoreSecurity(store, {"ABC", "Abc", -1}, DailyBars(kBars), cache);
-  std::ofstream(store + "/.velumar-store");
+  WriteFile(store + "/.velumar-store", "");
 }
 
 TEST(StoreFault, ABrokenDiskNeverShowsTheFutureNorHarmsTheData) {

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <cstdlib>
+#include <cmath>
 #include <functional>
 #include <iterator>
 #include <map>
@@ -20,11 +20,6 @@ namespace {
 constexpr int kCommands = 200;
 constexpr int kFastStep = 30;
 
-int HalfToEven(int whole) {
-  const int half = whole / 2;
-  return whole % 2 == 0 || half % 2 == 0 ? half : half + 1;
-}
-
 // What the store must hold, and where the cursor must be.
 struct PlainStore {
   std::string symbol;
@@ -36,16 +31,12 @@ struct PlainStore {
     const int last = static_cast<int>(whole.size()) - 1;
     auto cut =
         std::find_if(whole.begin(), whole.end(), [&](auto& bar) { return bar.date >= date; });
-    if (cut == whole.end()) cut = whole.begin() + (last > 250 ? 250 : HalfToEven(last));
+    if (cut == whole.end()) cut = whole.begin() + (last > 250 ? 250 : std::lrint(last / 2.0));
     const std::int32_t day = cut->date;
     while (cut != whole.begin() && (cut - 1)->date == day) --cut;
     symbol = name;
     loaded = whole;
     index = std::max(static_cast<int>(cut - whole.begin()) - 1, 0);
-  }
-  void Clear() {
-    loaded.clear();
-    index = -1;
   }
   void Next() { index = std::min(index + 1, Last()); }
   void Forward() { index = std::min(std::max(index, 0) + kFastStep, Last()); }
@@ -91,7 +82,7 @@ class RandomRun {
     const auto& sent = all_.outside.chart.sent;
     for (; keys_seen_ < sent.size(); ++keys_seen_) {
       if (sent[keys_seen_] != "%FO") continue;
-      plain_.Clear();
+      plain_ = {};
       started_ = prepare_due_ = true;
       pass_due_ = false;
       loop_depth_ = depth_;
@@ -223,10 +214,9 @@ class RandomRun {
 };
 
 TEST(StorePromise, HoldsWhateverIsClickedWhenever) {
-  const char* wanted = std::getenv("VELUMAR_PROMISE_RUNS");
-  const unsigned runs = wanted == nullptr ? 15 : static_cast<unsigned>(std::atoi(wanted));
+  constexpr unsigned kRuns = 15;
   long feeds = 0;
-  for (unsigned seed = 1; seed <= runs && !HasFatalFailure(); ++seed) {
+  for (unsigned seed = 1; seed <= kRuns && !HasFatalFailure(); ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     const bool daily = seed % 3 != 0;
     const int interval = daily ? -1 : 15;
@@ -246,7 +236,7 @@ TEST(StorePromise, HoldsWhateverIsClickedWhenever) {
     feeds += run.Feeds();
     ASSERT_EQ(FilesOf(data), before) << "the data directory is only read\n" << run.Log();
   }
-  EXPECT_GT(feeds, runs * 10) << "the runs hardly fed a bar";
+  EXPECT_GT(feeds, kRuns * 10) << "the runs hardly fed a bar";
 }
 
 }  // namespace

@@ -21,22 +21,16 @@ inline std::string ReadFile(const std::filesystem::path& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// A new, empty folder, by default among the system's temporary files.
-inline std::filesystem::path FreshFolder(
-    const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
-  std::random_device random;
-  std::filesystem::path folder;
-  do {
-    folder = parent / ("velumar-" + std::to_string(random()));
-  } while (!std::filesystem::create_directory(folder));
-  return folder;
-}
-
-// The same, deleted with the object.
+// A new, empty folder, deleted with the object.
 class ScratchFolder {
  public:
-  ScratchFolder() : ScratchFolder(std::filesystem::temp_directory_path()) {}
-  explicit ScratchFolder(const std::filesystem::path& parent) : path_(FreshFolder(parent)) {}
+  explicit ScratchFolder(
+      const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+    std::random_device random;
+    do {
+      path_ = parent / ("velumar-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));
+  }
   // With a copy of the files.
   ScratchFolder(const ScratchFolder& other) : ScratchFolder() {
     std::filesystem::copy(other.path_, path_, std::filesystem::copy_options::recursive);

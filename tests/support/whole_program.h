@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <map>
+#include <memory>
 #include <string>
 
 #include "forms/desktop.h"
@@ -36,6 +39,46 @@ struct WholeProgram {
   IndexCache cache;
   LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
   Program program{session, desktop, platform, cache, ledger};
+};
+
+// A program over a directory with the daily series ABC of 200 bars and the intraday series FAST.
+class RunFixture : public testing::Test {
+ protected:
+  RunFixture() {
+    IndexCache cache;
+    StoreSecurity(data, {"ABC", "Abc", -1}, DailyBars(200), cache);
+    StoreSecurity(data, {"FAST", "Fast", 15}, IntradayBars(200, 15), cache);
+    Reopen();
+  }
+
+  // A new process over the settings that the last one left.
+  void Reopen() {
+    decltype(all->outside.settings.texts) settings;
+    if (all) settings = all->outside.settings.texts;
+    all = std::make_unique<WholeProgram>(data);
+    all->outside.settings.texts.insert(settings.begin(), settings.end());
+  }
+
+  void StartAt(int bar) {
+    all->program.Start();
+    all->Setup().DTPicker1.UserPick(MadeDate(bar));
+    all->Setup().Image3.UserClick();
+  }
+
+  // Runs an action inside the pause that follows the feed of the bar.
+  void InPauseOf(int bar, std::function<void()> action) {
+    all->outside.events.SetOnPending([this, bar, action = std::move(action)] {
+      if (all->session.BarIndex + 1 == bar) all->At(1000, action);
+    });
+  }
+
+  std::size_t StoreSize(const std::string& symbol = "ABC", int interval = -1) {
+    return ReadBars(all->session.SimDir, symbol, interval).size();
+  }
+
+  ScratchFolder scratch;
+  std::string data = scratch.Sub("data");
+  std::unique_ptr<WholeProgram> all;
 };
 
 }  // namespace velumar
