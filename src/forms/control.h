@@ -22,7 +22,6 @@ inline constexpr Colour kDarkBlue = 8388608;
 inline constexpr Colour kLightRed = 8421631;
 inline constexpr Colour kOrange = 33023;
 inline constexpr Colour kWhite = 16777215;
-inline constexpr Colour kLightGreen = 12648384;
 
 enum class FontFace : std::uint8_t { kPlain, kVerdana, kImpact };
 enum class Alignment : std::uint8_t { kLeft, kCentre };

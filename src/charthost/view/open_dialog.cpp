@@ -30,6 +30,7 @@ namespace {
 constexpr int kFocusCheckMilliseconds = 40;
 constexpr int kMaxFocusChecks = 30;
 constexpr int kMeasuredRows = 200;
+constexpr int kTypingPauseMilliseconds = 300;
 
 QLabel* LabelFor(QWidget* field, const QString& text, QWidget* parent) {
   auto* const label = new QLabel(text, parent);
@@ -38,17 +39,45 @@ QLabel* LabelFor(QWidget* field, const QString& text, QWidget* parent) {
 }
 
 // Completes inside the line: a list would be a window, and keys that a program types blind would go
-// to it.
+// to it. Completion also waits for a pause in typing, so that reading folders never slows down
+// keys.
 void CompleteFolders(QLineEdit& line) {
-  auto* const completer = new QCompleter(&line);
-  auto* const folders = new QFileSystemModel(completer);
+  auto* const pause = new QTimer(&line);
+  pause->setSingleShot(true);
+  pause->setInterval(kTypingPauseMilliseconds);
+  auto* const folders = new QFileSystemModel(&line);
+  folders->setOption(QFileSystemModel::DontWatchForChanges);
+  folders->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
   folders->setFilter(QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot);
-  completer->setModel(folders);
-  completer->setCompletionMode(QCompleter::InlineCompletion);
-  line.setCompleter(completer);
-  QObject::connect(&line, &QLineEdit::textEdited, folders, [folders](const QString& text) {
-    if (QDir::isAbsolutePath(text)) folders->setRootPath(QFileInfo(text).path());
+  auto* const completer = new QCompleter(folders, &line);
+  const auto complete = [&line, completer] {
+    const QString typed = line.text();
+    if (!line.hasFocus() || line.cursorPosition() != typed.size()) return;
+    completer->setCompletionPrefix(typed);
+    const QString whole = completer->currentCompletion();
+    if (!whole.startsWith(typed, Qt::CaseInsensitive) || whole.size() <= typed.size()) return;
+    line.setText(typed + whole.mid(typed.size()));
+    line.setSelection(static_cast<int>(whole.size()),
+                      static_cast<int>(typed.size() - whole.size()));
+  };
+  QObject::connect(&line, &QLineEdit::textEdited, pause,
+                   [pause, last = QString()](const QString& text) mutable {
+                     const bool longer = text.size() > last.size();
+                     last = text;
+                     if (longer && QDir::isAbsolutePath(text)) {
+                       pause->start();
+                     } else {
+                       pause->stop();
+                     }
+                   });
+  QObject::connect(pause, &QTimer::timeout, folders, [&line, folders, complete] {
+    folders->setRootPath(QFileInfo(line.text()).path());
+    complete();
   });
+  QObject::connect(folders, &QFileSystemModel::directoryLoaded, &line,
+                   [&line, pause, complete](const QString& loaded) {
+                     if (!pause->isActive() && loaded == QFileInfo(line.text()).path()) complete();
+                   });
 }
 
 // Enter is for the folder that was typed, or for the completed one if there is no such folder.
