@@ -47,6 +47,11 @@ ChartDocument::ChartDocument(const SeriesSource& source, SeriesRequest request)
   Refresh();
 }
 
+bool ChartDocument::Shows(const SeriesRequest& request) const {
+  return request.folder == request_.folder && request.symbol == Symbol() &&
+         (!request.file_number || request.file_number == shown_file_);
+}
+
 void ChartDocument::Refresh() {
   try {
     LoadedSeries loaded = source_.Load(request_, shown_file_);

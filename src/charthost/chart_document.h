@@ -26,6 +26,9 @@ class ChartDocument {
   // than the simulated moment, and Error says why.
   void Refresh();
 
+  // True if this is the chart that the request asks for.
+  bool Shows(const SeriesRequest& request) const;
+
   ChartModel& Model() { return model_; }
   const ChartModel& Model() const { return model_; }
   const std::string& Symbol() const;

@@ -1,5 +1,8 @@
 #include "host/chart_registry.h"
 
+#include "base/text.h"
+#include "platform/chart_program.h"
+
 namespace velumar {
 
 namespace {
@@ -62,6 +65,12 @@ std::string ChartRegistry::ProgramFolder() {
   const long code = registry_.QueryValue(key, "ProgramPath", type, folder);
   registry_.CloseKey(key);
   return Succeeded(code, path) ? folder : "Error";
+}
+
+std::string ChartRegistry::StartCommand() {
+  const std::string folder = ProgramFolder();
+  if (folder.empty()) return {};
+  return WithClosingBackslash(folder) + std::string(kChartProgramFile) + " /l /e";
 }
 
 bool ChartRegistry::SaveDataFolder(std::string_view folder) {

@@ -18,6 +18,8 @@ class ChartRegistry {
   std::string Version();
   // The program's folder, perhaps without a closing "\". "Error" if the key has no such value.
   std::string ProgramFolder();
+  // The command line that starts the program; empty if the folder is.
+  std::string StartCommand();
   // The keys must exist: shows a box and returns false if the chart program never ran.
   bool SaveDataFolder(std::string_view folder);
   bool SaveChartsFolder(std::string_view folder);

@@ -1,35 +1,13 @@
 #include "host/host_control.h"
 
 #include <algorithm>
-#include <chrono>
-#include <optional>
-#include <utility>
-#include <vector>
 
-#include "base/ignoring.h"
-#include "base/paths.h"
-#include "base/scoped_counter.h"
-#include "base/text.h"
-#include "platform/chart_program.h"
-#include "platform/event_loop.h"
-#include "platform/key_notation.h"
 #include "trading/position_book.h"
 #include "trading/status_texts.h"
 
 namespace velumar {
 
 namespace {
-
-constexpr std::string_view kCloseCharts = "%Fe";
-constexpr std::string_view kOpenDialog = "%FO";
-constexpr std::string_view kRefresh = "%VR";
-constexpr std::string_view kNextChart = "^{TAB}";
-
-constexpr std::int16_t kHostStartMs = 10000;
-constexpr std::int16_t kBeforeRefreshMs = 500;
-constexpr std::int16_t kBeforeNextChartMs = 10;
-constexpr std::chrono::milliseconds kDialogLook{20};
-constexpr std::chrono::milliseconds kDialogPatience{15000};
 
 std::string TimeText(long ms) {
   constexpr long kMinute = 60;
@@ -43,157 +21,21 @@ std::string TimeText(long ms) {
 
 }  // namespace
 
-// A chart opens in front of all windows, since its dialog needs the focus. If the trader turns to
-// another program in the meantime, the focus returns there.
+ChartDriver& HostControl::Driver() {
+  if (link_.Reaches()) return link_;
+  return keys_;
+}
+
 void HostControl::CloseCharts() {
-  const FocusReturn returning(platform_.chart_windows, trader_);
-  trader_.ComeToRun();
-  IgnoringErrors([&] { BlinkLoadingNotice(); });
-  const bool running = BringHostToFront();
-  view_.SetStatusLine(kLoadingNotice);
-  if (!running) IgnoringErrors([&] { StartHost(); });
-  MaximizeHost();
-  const ScopedCounter opening(opening_);
-  const ScopedCounter chart_comes = trader_.ExpectChart();
-  view_.SetStatusLine("Wait for  close all chart  ....");
-  FocusHost();
-  Send(kCloseCharts);
-}
-
-void HostControl::OpenChart() {
-  const FocusReturn returning(platform_.chart_windows, trader_);
-  {
-    const ScopedCounter opening(opening_);
-    const ScopedCounter chart_comes = trader_.ExpectChart();
-    FocusHost();
-    view_.SetStatusLine("Open data for [" + session_.Run.symbol + "] ....");
-    Send(kOpenDialog);
-    if (WaitForDialog()) {
-      Wait(0);
-      OpenChartInDialog();
-    }
-  }
-  BringHostToFront();
-  view_.SetStatusLine("Ready to rock with [" + session_.Run.symbol + "] ....");
-}
-
-void HostControl::BlinkLoadingNotice() {
-  constexpr int kRounds = 2;
-  constexpr std::int16_t kBlinkMs = 1000;
-  for (int round = 0; round < kRounds; ++round) {
-    for (const std::string_view notice : {kLoadingNotice, std::string_view()}) {
-      view_.SetStatusLine(notice);
-      Wait(kBlinkMs);
-    }
-  }
-}
-
-void HostControl::StartHost() {
-  const std::string folder = registry_.ProgramFolder();
-  if (folder.empty()) return;
-  const ScopedCounter chart_comes = trader_.ExpectChart();
-  view_.SetStatusLine("Loading Meta Stock Program ....");
-  const std::string command_line =
-      WithClosingBackslash(folder) + std::string(kChartProgramFile) + " /l /e";
-  view_.SetStatusLine("Loading ... " + command_line);
-  IgnoringErrors([&] { platform_.programs.Start(command_line); });
-  BringHostToFront();
-  view_.SetStatusLine("Wait  for  [Meta Stock] ready ....");
-  Wait(kHostStartMs);
-}
-
-// No clicks run here, so the wait is limited.
-bool HostControl::WaitForDialog() {
-  for (std::chrono::milliseconds waited{0}; waited < kDialogPatience; waited += kDialogLook) {
-    bool found = false;
-    IgnoringErrors([&] {
-      found = platform_.chart_windows.DialogExists(kChartFileDialogClass, kChartFileDialog);
-    });
-    if (found) {
-      IgnoringErrors([&] { trader_.Moved(); });
-      return true;
-    }
-    platform_.events.Sleep(kDialogLook);
-  }
-  platform_.boxes.Show(
-      "The chart program showed no \"Open\" dialog within 15 seconds. The run "
-      "continues; open the chart of " +
-          session_.Run.symbol + " yourself from the folder " +
-          PathText(NativePath(session_.SimDir).make_preferred()) + ".",
-      BoxIcon::kExclamation);
-  return false;
-}
-
-// Typed blind: the folder, then the symbol.
-void HostControl::OpenChartInDialog() {
-  Send(EscapedKeys(session_.SimDir));
-  SendEach({"{SPACE}", "{SPACE}", "{SPACE}", "{ENTER}"});
-  Send(EscapedKeys(session_.Run.symbol));
-  SendEach({"{SPACE}", "{SPACE}", "{SPACE}", "{END}", "{TAB}", "S", "{ENTER}"});
-}
-
-void HostControl::MaximizeHost() {
-  view_.SetStatusLine("GetWindow... ");
-  IgnoringErrors([&] {
-    for (const WindowId window : platform_.chart_windows.TopLevelWindows()) {
-      if (!IsTaskWindow(window)) continue;
-      const std::string title = platform_.chart_windows.WindowTitle(window);
-      if (title.find(kChartTitle) != std::string::npos) platform_.chart_windows.Maximize(window);
-    }
-  });
-}
-
-bool HostControl::IsTaskWindow(WindowId window) {
-  ChartWindows& windows = platform_.chart_windows;
-  return !windows.WindowTitle(window).empty() && windows.IsWindowVisible(window) &&
-         !windows.HasOwner(window);
-}
-
-// Shows the chart if the trader works at the run. The focus stays where it was.
-bool HostControl::BringHostToFront() {
-  if (TraderIsElsewhere()) return HostIsThere();
-  const FocusReturn returning(platform_.chart_windows, trader_);
-  return FocusHost();
-}
-
-bool HostControl::FocusHost() {
-  host_running_ = false;
-  IgnoringErrors([&] {
-    host_running_ = platform_.chart_windows.BringToFront(session_.HostTitle);
-    trader_.Moved();
-  });
-  return host_running_;
-}
-
-bool HostControl::HostIsThere() {
-  host_running_ = false;
-  IgnoringErrors([&] {
-    ChartWindows& windows = platform_.chart_windows;
-    const std::vector<WindowId> all = windows.TopLevelWindows();
-    host_running_ = std::any_of(all.begin(), all.end(), [&](WindowId window) {
-      return windows.WindowTitle(window).starts_with(session_.HostTitle);
-    });
-  });
-  return host_running_;
-}
-
-bool HostControl::TraderIsElsewhere() {
-  bool elsewhere = false;
-  IgnoringErrors([&] {
-    trader_.Look();
-    ChartWindows& windows = platform_.chart_windows;
-    const WindowId focused = windows.FocusedWindow();
-    elsewhere = focused == 0 || windows.OwnerOf(focused) == WindowOwner::kOther;
-  });
-  return elsewhere;
+  if (link_.Reaches() || link_.CanStart()) return link_.CloseCharts();
+  keys_.CloseCharts();
 }
 
 void HostControl::RefreshCharts() {
+  ChartDriver& driver = Driver();
   view_.LockChartCount();
-  worst_outcome_ = KeyOutcome::kAccepted;
-  IgnoringErrors([&] { RefreshEachChart(); });
+  const ChartTrouble trouble = driver.Refresh();
   view_.UnlockChartCount();
-  const Trouble trouble = TroubleWithHost();
   session_.ChartWarning = trouble.warning;
   view_.SetStatusAdvice(trouble.advice);
   if (session_.HasBar(session_.BarIndex)) {
@@ -203,84 +45,18 @@ void HostControl::RefreshCharts() {
   }
   RevaluePositions(session_);
   ShowStatus(session_, view_, platform_.locale);
-  ShowProgress();
+  ShowProgress(driver.RefreshMilliseconds());
 }
 
-void HostControl::RefreshEachChart() {
-  const bool stopped_before = session_.StopRequested != 0;
-  Wait(kBeforeRefreshMs);
-  const int charts = inputs_.ChartCount();
-  if (charts <= 1) return Refresh({kRefresh});
-  for (int chart = 0; chart < charts; ++chart) {
-    if (chart > 0 && !stopped_before && session_.StopRequested != 0) {
-      Wait(kBeforeNextChartMs);
-      Refresh({kNextChart});
-      continue;
-    }
-    if (chart > 0) Wait(kBeforeRefreshMs);
-    Refresh({kRefresh, kNextChart});
-  }
-}
-
-// Called after the wait, so that the focus leaves the trader's window only while keys are sent.
-void HostControl::Refresh(std::initializer_list<std::string_view> keys) {
-  const bool behind = TraderIsElsewhere();
-  std::optional<FocusReturn> returning;
-  if (!behind) returning.emplace(platform_.chart_windows, trader_);
-  if (behind ? !HostIsThere() : !FocusHost()) return;
-  bool first = true;
-  for (const std::string_view key : keys) {
-    if (!std::exchange(first, false)) Wait(kBeforeNextChartMs);
-    IgnoringErrors([&] {
-      KeySender& sender = platform_.keys;
-      worst_outcome_ = std::max(worst_outcome_, behind ? sender.SendBehind(key) : sender.Send(key));
-    });
-  }
-}
-
-void HostControl::ShowProgress() {
+void HostControl::ShowProgress(long refresh_ms) {
   const int all = session_.LastBarIndex - session_.FirstShownBar;
   if (all <= 0) return;
   const int done = std::clamp(session_.BarIndex - session_.FirstShownBar, 0, all);
   std::string text = std::to_string(done) + " of " + std::to_string(all) + " bars";
   if (done < all) {
-    const long ms_per_bar = session_.RefreshDelay + std::max(inputs_.ChartCount(), 1) *
-                                                        (kBeforeRefreshMs + kBeforeNextChartMs);
-    text += ", about " + TimeText((all - done) * ms_per_bar) + " left";
+    text += ", about " + TimeText((all - done) * (session_.RefreshDelay + refresh_ms)) + " left";
   }
   view_.ShowProgress(static_cast<float>(done) / static_cast<float>(all), text);
-}
-
-void HostControl::Send(std::string_view keys) {
-  IgnoringErrors([&] { worst_outcome_ = std::max(worst_outcome_, platform_.keys.Send(keys)); });
-}
-
-void HostControl::SendEach(std::initializer_list<std::string_view> keys) {
-  for (const std::string_view key : keys) Send(key);
-}
-
-HostControl::Trouble HostControl::TroubleWithHost() const {
-  if (!host_running_) {
-    return {"No chart program, start it! ",
-            "Start the chart program and open the chart, or go back and press Start. The next "
-            "refresh finds it."};
-  }
-  if (worst_outcome_ == KeyOutcome::kNotSent) {
-    return {
-        "Chart not refreshed: another window is in front! ",
-        "Another window is in front of the chart, or the chart is on another workspace. Bring the "
-        "chart to the front. Keys are never typed into other programs."};
-  }
-  if (worst_outcome_ == KeyOutcome::kNotAnswered) {
-    return {"Chart program busy, wait for it! ",
-            "The chart program is busy or hangs. The run continues, and the next refresh tries "
-            "again."};
-  }
-  return {};
-}
-
-void HostControl::Wait(std::int16_t milliseconds) {
-  WaitMilliseconds(platform_.events, milliseconds);
 }
 
 }  // namespace velumar

@@ -25,6 +25,8 @@ class ChartWindows {
   // Gives the focus to the window with exactly that title, otherwise to one whose title begins with
   // it. Returns false if there is none.
   virtual bool BringToFront(std::string_view title) = 0;
+  // The process of the window that BringToFront would choose; 0 if there is none.
+  virtual std::uint32_t ProcessOf(std::string_view title) = 0;
   // The top-level window that has the focus; 0 if none has.
   virtual WindowId FocusedWindow() = 0;
   virtual WindowOwner OwnerOf(WindowId window) = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -17,6 +18,7 @@ struct IpcMessage {
 // Where Velumar listens for the keys that were typed into the chart: code, and 1 for Shift, 2 for a
 // repeated key. The code 0 means a mouse click.
 inline constexpr std::string_view kRunKeyListener = "_VELUMAR_RUN_KEYS";
+inline constexpr std::uint32_t kMessageChartClosed = 0xFFFFFFFF;  // instead of a code
 inline constexpr std::uint32_t kMessageShift = 1;
 inline constexpr std::uint32_t kMessageRepeated = 2;
 
@@ -37,5 +39,26 @@ class MessageListener {
 // lower); beyond that, sending fails. Null if the system refuses.
 std::unique_ptr<MessageListener> ListenForMessages(std::string_view name,
                                                    std::function<void(const IpcMessage&)> receive);
+
+// The answer to a text that one program of ours sends to another one.
+struct IpcAnswer {
+  enum class Status : std::uint8_t { kAnswered, kNoAnswer, kNobodyListens };
+  Status status = Status::kNobodyListens;
+  bool accepted = false;
+  std::uint32_t process = 0;  // that answered
+};
+
+inline constexpr std::size_t kLongestIpcRequest = std::size_t{1} << 20;  // bytes
+
+// Sends the text to the program that listens under that name and waits until it is answered, at
+// most for that time. No events run in between. Texts above kLongestIpcRequest are not sent.
+IpcAnswer SendIpcRequest(std::string_view name, std::string_view text,
+                         std::chrono::milliseconds patience);
+
+// Calls `accepts` for each request of this user's programs, from within the event loop, and answers
+// with its result. What is too long or incomplete is dropped without a call. Otherwise as
+// ListenForMessages.
+std::unique_ptr<MessageListener> ListenForRequests(std::string_view name,
+                                                   std::function<bool(std::string_view)> accepts);
 
 }  // namespace velumar

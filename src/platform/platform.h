@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/chart_link.h"
 #include "platform/chart_windows.h"
 #include "platform/event_loop.h"
 #include "platform/registry.h"
@@ -35,6 +36,10 @@ struct Platform {
   std::string store_dir;
   // The ledger's database; ":memory:" keeps nothing on disk.
   std::string ledger_file;
+  // Null if the chart program is to be driven by keys only.
+  ChartLink* chart_link = nullptr;
+  // The folder of our own chart program.
+  std::string chart_folder = {};
 };
 
 }  // namespace velumar

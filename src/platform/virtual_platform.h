@@ -24,6 +24,7 @@ class RecordingChart : public ChartWindows, public KeySender {
   bool HasOwner(WindowId) override { return false; }
   void Maximize(WindowId window) override { maximized.push_back(window); }
   bool BringToFront(std::string_view title) override;
+  std::uint32_t ProcessOf(std::string_view) override { return running ? process : 0; }
   WindowId FocusedWindow() override { return focused; }
   WindowOwner OwnerOf(WindowId window) override;
   bool GiveFocus(WindowId window) override;
@@ -34,6 +35,7 @@ class RecordingChart : public ChartWindows, public KeySender {
   // Settings for tests and scripts.
   bool running = true;
   bool dialog_comes = true;
+  std::uint32_t process = 100;
   KeyOutcome outcome = KeyOutcome::kAccepted;
 
   std::vector<std::string> sent;

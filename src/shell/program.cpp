@@ -81,6 +81,8 @@ void Program::ShowAgain() {
   if (windows.form3.Loaded()) windows.form3.HScrollx.SetValue(kSeen);
 }
 
+void Program::ChartClosedByTrader() { parts_->chart.ChartClosedByTrader(); }
+
 RunKeys& Program::Keys() { return parts_->keys; }
 
 OrderResult Program::LastOrder() const { return parts_->orders.LastResult(); }

@@ -8,6 +8,7 @@
 #include <optional>
 #include <stdexcept>
 
+#include "app/services/chart_link.h"
 #include "app/services/desktop_services.h"
 #include "app/services/event_loop.h"
 #include "app/services/printers.h"
@@ -66,6 +67,11 @@ std::string SampleFolder(BackEnds& ends, const std::filesystem::path& program_fo
   }
 }
 
+// Keys drive the chart program if the option or the setting says so.
+bool UsesLink(const Options& options, const SettingsStore& settings) {
+  return !options.chart_keys && settings.Read("ChartLink") != "keys";
+}
+
 void ShowProblems(MessageBoxes& boxes, const std::vector<std::string>& problems) {
   std::string all;
   for (const std::string& problem : problems) all += (all.empty() ? "" : "\n\n") + problem;
@@ -120,6 +126,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   QtClipboard clipboard;
   QtPrinters printers(ledger);
   WarnOnceSettings settings(*ends.settings, boxes);
+  IpcChartLink chart_link;
   ReleasingPrograms programs(*ends.programs, instance);
   Platform platform{.events = events,
                     .chart_windows = *ends.chart_windows,
@@ -140,7 +147,9 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
                     .program_folder = folder_text,
                     .default_data_dir = samples,
                     .store_dir = {},
-                    .ledger_file = PathText(LedgerFile(program_folder))};
+                    .ledger_file = PathText(LedgerFile(program_folder)),
+                    .chart_link = UsesLink(options, settings) ? &chart_link : nullptr,
+                    .chart_folder = PathText(program_folder / "charthost")};
 
   SimSession session;
   Desktop desktop;
@@ -152,8 +161,9 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   Program program(session, desktop, platform, cache, ledger);
   RunKeyFilter run_keys(program.Keys());
   const auto keys_from_chart =
-      ListenForMessages(kRunKeyListener, [&run_keys](const IpcMessage& mail) {
+      ListenForMessages(kRunKeyListener, [&program, &run_keys](const IpcMessage& mail) {
         if (mail.first == 0) return run_keys.ClickFromChart();
+        if (mail.first == kMessageChartClosed) return program.ChartClosedByTrader();
         run_keys.PressFromChart({.code = static_cast<int>(mail.first),
                                  .shift = (mail.second & kMessageShift) != 0,
                                  .repeated = (mail.second & kMessageRepeated) != 0});

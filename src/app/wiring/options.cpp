@@ -24,6 +24,12 @@ int ReadBars(const QString& text) {
                               ": the number of bars must be a whole number above 0");
 }
 
+bool KeysOnly(const QString& link) {
+  if (link == u"keys") return true;
+  if (link == u"direct") return false;
+  throw std::invalid_argument("--chart-link " + link.toStdString() + ": choose direct or keys");
+}
+
 void Parse(QCommandLineParser& parser, const QStringList& arguments) {
   parser.setApplicationDescription(
       QStringLiteral("Replays the price history of a security bar by bar next to a chart."));
@@ -40,6 +46,10 @@ void Parse(QCommandLineParser& parser, const QStringList& arguments) {
       "Messages go to standard error.",
       "bars");
   add("screenshot-dir", "The folder in which --play saves its pictures.", "folder");
+  add("chart-link",
+      "How to reach the chart program: direct (the default) uses Velumar's own chart program "
+      "without the keyboard, keys types into any chart program.",
+      "way");
   add("chart-argument", "Pass <argument> to the chart program; can be repeated.", "argument");
   if (!parser.parse(arguments)) throw std::invalid_argument(parser.errorText().toStdString());
   if (parser.isSet(help)) parser.showHelp();
@@ -69,6 +79,7 @@ Options ReadOptions(const QStringList& arguments) {
   if (options.PlaysAlone() == options.screenshot_dir.isEmpty()) {
     throw std::invalid_argument("use --play and --screenshot-dir together");
   }
+  if (is_set("chart-link")) options.chart_keys = KeysOnly(value("chart-link"));
   for (const QString& argument : parser.values(QStringLiteral("chart-argument"))) {
     options.chart_arguments.push_back(argument.toStdString());
   }

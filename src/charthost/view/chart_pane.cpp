@@ -73,6 +73,12 @@ void ChartPane::Refresh() {
   ShowState();
 }
 
+void ChartPane::RefreshNow() {
+  document_.Refresh();
+  ShowState(QCustomPlot::rpImmediateRefresh);
+  if (isVisible()) readout_->repaint();
+}
+
 void ChartPane::SetOptions(const ChartOptions& options) {
   document_.Model().SetOptions(options);
   ShowState();
@@ -94,7 +100,7 @@ QString ChartPane::Title() const {
 
 void ChartPane::WindowMoved() { plot_->ModelChanged(); }
 
-void ChartPane::ShowState() {
+void ChartPane::ShowState(QCustomPlot::RefreshPriority when) {
   if (std::exchange(shown_interval_, document_.Interval()) != document_.Interval()) {
     readout_->ForgetWidths();
   }
@@ -106,7 +112,7 @@ void ChartPane::ShowState() {
   notice_->setVisible(empty);
   PlaceNotice();
   ShowBar(hovered_bar_);
-  plot_->ModelChanged();
+  plot_->ModelChanged(when);
 }
 
 // The bar under the pointer, or the newest one.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include <qcustomplot.h>
 
 #include "charthost/chart_document.h"
 #include "charts/palette.h"
@@ -22,6 +22,8 @@ class ChartPane : public QWidget {
             QWidget* parent);
 
   void Refresh();
+  // The same; if the chart is in front, it is drawn at the return.
+  void RefreshNow();
   void SetOptions(const ChartOptions& options);
   void ApplyColours();
 
@@ -37,7 +39,7 @@ class ChartPane : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  void ShowState();
+  void ShowState(QCustomPlot::RefreshPriority when = QCustomPlot::rpQueuedReplot);
   void ShowBar(int bar);
   void PlaceNotice();
 

@@ -142,9 +142,15 @@ void ChartPlot::StyleTag(QCPItemText& tag, const QColor& background, const QColo
   tag.setColor(text);
 }
 
-void ChartPlot::ModelChanged() {
+void ChartPlot::ModelChanged(RefreshPriority when) {
+  if (!isVisible()) return;
   ArrangeRects();
-  replot(QCustomPlot::rpQueuedReplot);
+  replot(when);
+}
+
+void ChartPlot::showEvent(QShowEvent* event) {
+  BarPlot::showEvent(event);
+  ModelChanged();
 }
 
 // The volume takes the lower fifth. Without it the prices take all the room and show the dates.

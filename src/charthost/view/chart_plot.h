@@ -18,8 +18,8 @@ class ChartPlot : public BarPlot {
   ChartPlot(ChartModel& model, QWidget* parent);
 
   void SetColours(const Palette& colours) override;
-  // Call after the model has changed; the next round of the event loop draws it.
-  void ModelChanged();
+  // Call after the model has changed. A hidden plot is drawn when it is shown.
+  void ModelChanged(RefreshPriority when = rpQueuedReplot);
 
  signals:
   // The bar under the pointer; -1: none.
@@ -31,6 +31,7 @@ class ChartPlot : public BarPlot {
   void MovePointer(std::optional<QPointF> pixel) override;
   void mousePressEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void showEvent(QShowEvent* event) override;
 
  private:
   void AddPlottables();

@@ -6,6 +6,7 @@
 #include "charthost/view/chart_desktop.h"
 #include "charthost/view/chart_settings.h"
 #include "charthost/view/key_filter.h"
+#include "charthost/view/link_server.h"
 #include "charthost/view/main_window.h"
 #include "charthost/view/theme.h"
 #include "marketdata/index_cache.h"
@@ -21,6 +22,11 @@ QStringList WithoutForeignSwitches(const QStringList& arguments) {
     if (ours.isEmpty() || !argument.startsWith(u'/')) ours.append(argument);
   }
   return ours;
+}
+
+bool StartedByProgram() {
+  const QStringList all = QCoreApplication::arguments();
+  return WithoutForeignSwitches(all).size() < all.size();
 }
 
 void PrintLine(const std::string& line) { std::cout << line << std::endl; }
@@ -61,6 +67,10 @@ int main(int argc, char** argv) {
       source, settings,
       prints_states ? velumar::MainWindow::Report(PrintLine) : velumar::MainWindow::Report());
   const velumar::KeyFilter keys(window);
-  window.show();
+  StartedByProgram() ? window.showMaximized() : window.show();
+  const velumar::LinkServer link(window);
+  QObject::connect(&window, &velumar::MainWindow::Closing, [] {
+    velumar::SendIpcMessage(velumar::kRunKeyListener, {.first = velumar::kMessageChartClosed});
+  });
   return QApplication::exec();
 }

@@ -208,6 +208,10 @@ void MainWindow::OpenFile() { dialog_->Start(settings_.Folder()); }
 
 void MainWindow::OpenChart(const SeriesRequest& request) {
   dialog_->Leave();
+  AddChart(request);
+}
+
+void MainWindow::AddChart(const SeriesRequest& request) {
   settings_.SetFolder(ToQt(request.folder));
   auto* const pane = new ChartPane(source_, request, options_, tabs_);
   {
@@ -216,6 +220,23 @@ void MainWindow::OpenChart(const SeriesRequest& request) {
   }
   pane->setFocus();
   Changed("opened");
+}
+
+void MainWindow::OpenDirectly(const TypedChoice& choice) {
+  const SeriesRequest request = RequestOf(choice, source_.List(choice.folder));
+  for (int i = 0; i < tabs_->count(); ++i) {
+    if (!Chart(i)->Document().Shows(request)) continue;
+    tabs_->setCurrentIndex(i);
+    return RefreshFolder(request.folder);
+  }
+  AddChart(request);
+}
+
+void MainWindow::RefreshFolder(const std::string& folder) {
+  for (int i = 0; i < tabs_->count(); ++i) {
+    if (Chart(i)->Document().Folder() == folder) Chart(i)->RefreshNow();
+  }
+  Changed("refreshed");
 }
 
 void MainWindow::CloseAll() {
@@ -294,6 +315,7 @@ void MainWindow::changeEvent(QEvent* event) {
 void MainWindow::closeEvent(QCloseEvent* event) {
   settings_.SetGeometry(saveGeometry());
   event->accept();
+  emit Closing();
 }
 
 void MainWindow::Changed(const char* event) {

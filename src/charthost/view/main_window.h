@@ -35,11 +35,22 @@ class MainWindow : public QMainWindow {
   void ShowMenu(HostMenu menu);
   bool IsMenuShown() const;
 
+  // What Velumar asks for over its link. No window comes to the front and no focus moves. Folders
+  // are clean: see CleanFolder.
+  void CloseAll();
+  // Shows the chart of these entries, in its tab if it is open. Throws std::exception with a
+  // sentence if there is no such series.
+  void OpenDirectly(const TypedChoice& choice);
+  // Refreshes all charts of the folder; the one in front is on the screen at the return.
+  void RefreshFolder(const std::string& folder);
+
   OpenDialog& FileDialog() { return *dialog_; }
   ChartPane* ActiveChart() const;
 
  signals:
   void MenuClosed();
+  // The user has closed the window.
+  void Closing();
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -62,7 +73,7 @@ class MainWindow : public QMainWindow {
 
   void OpenFile();
   void OpenChart(const SeriesRequest& request);
-  void CloseAll();
+  void AddChart(const SeriesRequest& request);
   void CloseChart(int index);
   void RemoveChart(int index);
   void RefreshActive();

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -22,9 +23,8 @@ namespace velumar {
 
 namespace {
 
-constexpr int kPatienceMs = 100;
+constexpr std::chrono::milliseconds kPatience{100};
 constexpr int kWaitingMessages = 1000;  // ipc.h names this limit
-using Packet = std::array<char, sizeof(IpcMessage)>;
 
 // The socket of a name on this user's display: ":0.0" and ":0" are the same one. Its path must be
 // shorter than 108 bytes.
@@ -51,8 +51,10 @@ std::optional<std::pair<dev_t, ino_t>> FileIdentity(const QString& file) {
 
 class SocketListener : public MessageListener {
  public:
-  explicit SocketListener(std::function<void(const IpcMessage&)> receive)
-      : receive_(std::move(receive)) {
+  // Reads what one sender sends, and answers it.
+  using Receive = std::function<void(QLocalSocket& sender)>;
+
+  explicit SocketListener(Receive receive) : receive_(std::move(receive)) {
     server_.setSocketOptions(QLocalServer::UserAccessOption);
     server_.setListenBacklogSize(kWaitingMessages);
     QObject::connect(&server_, &QLocalServer::newConnection, &server_, [this] { TakeAll(); });
@@ -81,42 +83,95 @@ class SocketListener : public MessageListener {
   // one keeps the order.
   void TakeAll() {
     while (const std::unique_ptr<QLocalSocket> sender{server_.nextPendingConnection()}) {
-      Packet packet;
-      while (sender->bytesAvailable() < static_cast<qint64>(packet.size()) &&
-             sender->waitForReadyRead(kPatienceMs)) {
-      }
-      if (sender->read(packet.data(), packet.size()) != static_cast<qint64>(packet.size())) {
-        continue;
-      }
-      IpcMessage message;
-      std::memcpy(&message, packet.data(), packet.size());
-      receive_(message);
+      receive_(*sender);
     }
   }
 
-  std::function<void(const IpcMessage&)> receive_;
+  Receive receive_;
   QLocalServer server_;
   QString socket_;
   std::optional<std::pair<dev_t, ino_t>> identity_;
 };
+
+// Waits until so many bytes have arrived. A sender that is slow or has gone gets no patience.
+bool HasArrived(QLocalSocket& socket, qint64 size, std::chrono::milliseconds patience) {
+  const QDeadlineTimer deadline(patience);
+  while (socket.bytesAvailable() < size) {
+    const auto left = static_cast<int>(deadline.remainingTime());
+    if (left <= 0 || !socket.waitForReadyRead(left)) return socket.bytesAvailable() >= size;
+  }
+  return true;
+}
+
+template <typename T>
+std::optional<T> ReadNumbers(QLocalSocket& socket, std::chrono::milliseconds patience) {
+  std::array<char, sizeof(T)> bytes;
+  if (!HasArrived(socket, bytes.size(), patience)) return std::nullopt;
+  socket.read(bytes.data(), bytes.size());
+  T numbers;
+  std::memcpy(&numbers, bytes.data(), bytes.size());
+  return numbers;
+}
+
+template <typename T>
+void WriteNumbers(QLocalSocket& socket, const T& numbers) {
+  socket.write(reinterpret_cast<const char*>(&numbers), sizeof numbers);
+}
+
+// A request is its length in bytes and its text; the answer is the process and 1 or 0.
+std::optional<QByteArray> ReadRequest(QLocalSocket& sender) {
+  const auto length = ReadNumbers<std::uint32_t>(sender, kPatience);
+  if (!length || *length > kLongestIpcRequest) return std::nullopt;
+  if (!HasArrived(sender, *length, kPatience)) return std::nullopt;
+  return sender.read(*length);
+}
+
+std::unique_ptr<MessageListener> Listen(std::string_view name, SocketListener::Receive receive) {
+  auto listener = std::make_unique<SocketListener>(std::move(receive));
+  if (!listener->Listen(SocketOf(name))) return nullptr;
+  return listener;
+}
 
 }  // namespace
 
 bool SendIpcMessage(std::string_view name, const IpcMessage& message) {
   QLocalSocket socket;
   socket.connectToServer(SocketOf(name), QIODevice::WriteOnly);
-  if (!socket.waitForConnected(kPatienceMs)) return false;
-  Packet packet;
-  std::memcpy(packet.data(), &message, packet.size());
-  socket.write(packet.data(), packet.size());
+  if (!socket.waitForConnected(kPatience.count())) return false;
+  WriteNumbers(socket, message);
   return socket.flush() || socket.bytesToWrite() == 0;
 }
 
 std::unique_ptr<MessageListener> ListenForMessages(std::string_view name,
                                                    std::function<void(const IpcMessage&)> receive) {
-  auto listener = std::make_unique<SocketListener>(std::move(receive));
-  if (!listener->Listen(SocketOf(name))) return nullptr;
-  return listener;
+  return Listen(name, [receive = std::move(receive)](QLocalSocket& sender) {
+    if (const auto message = ReadNumbers<IpcMessage>(sender, kPatience)) receive(*message);
+  });
+}
+
+IpcAnswer SendIpcRequest(std::string_view name, std::string_view text,
+                         std::chrono::milliseconds patience) {
+  QLocalSocket socket;
+  socket.connectToServer(SocketOf(name));
+  if (!socket.waitForConnected(kPatience.count())) return {};
+  if (text.size() > kLongestIpcRequest) return {.status = IpcAnswer::Status::kNoAnswer};
+  WriteNumbers(socket, static_cast<std::uint32_t>(text.size()));
+  socket.write(text.data(), static_cast<qint64>(text.size()));
+  const auto answer = ReadNumbers<IpcMessage>(socket, patience);
+  if (!answer) return {.status = IpcAnswer::Status::kNoAnswer};
+  return {IpcAnswer::Status::kAnswered, answer->second != 0, answer->first};
+}
+
+std::unique_ptr<MessageListener> ListenForRequests(std::string_view name,
+                                                   std::function<bool(std::string_view)> accepts) {
+  return Listen(name, [accepts = std::move(accepts)](QLocalSocket& sender) {
+    const std::optional<QByteArray> request = ReadRequest(sender);
+    if (!request) return;
+    const bool accepted =
+        accepts({request->constData(), static_cast<std::size_t>(request->size())});
+    WriteNumbers(sender, IpcMessage{static_cast<std::uint32_t>(::getpid()), accepted ? 1U : 0U});
+    sender.waitForBytesWritten(kPatience.count());
+  });
 }
 
 }  // namespace velumar

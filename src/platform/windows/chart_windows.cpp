@@ -93,13 +93,7 @@ class WindowsChartWindows : public ChartWindows {
   }
 
   bool BringToFront(std::string_view title) override {
-    std::optional<HWND> window;
-    if (title == host_title_) {
-      const std::vector<HWND> main = WindowsChartProgram(host_title_).MainWindows();
-      if (!main.empty()) window = main.front();
-    } else {
-      window = WithTitle(title);
-    }
+    const std::optional<HWND> window = Titled(title);
     if (!window) return false;
     // Asynchronous, so that a program that hangs doesn't block this one.
     if (::IsIconic(*window) != 0) ::ShowWindowAsync(*window, SW_RESTORE);
@@ -111,12 +105,17 @@ class WindowsChartWindows : public ChartWindows {
     return true;
   }
 
+  std::uint32_t ProcessOf(std::string_view title) override {
+    const std::optional<HWND> window = Titled(title);
+    return window ? velumar::ProcessOf(*window) : 0;
+  }
+
   WindowId FocusedWindow() override {
     return reinterpret_cast<std::uintptr_t>(::GetForegroundWindow());
   }
 
   WindowOwner OwnerOf(WindowId window) override {
-    if (ProcessOf(Native(window)) == ::GetCurrentProcessId()) return WindowOwner::kOwn;
+    if (velumar::ProcessOf(Native(window)) == ::GetCurrentProcessId()) return WindowOwner::kOwn;
     const bool chart = WindowsChartProgram(host_title_).Owns(Native(window));
     return chart ? WindowOwner::kChartProgram : WindowOwner::kOther;
   }
@@ -140,7 +139,7 @@ class WindowsChartWindows : public ChartWindows {
     // The dialog that the user sees may be a window of another class.
     for (const HWND window : AllTopLevelWindows()) {
       const bool dialog = ::IsWindowVisible(window) != 0 && TitleOf(window) == title &&
-                          ProcessOf(window) == ProcessOf(*of_chart_program);
+                          velumar::ProcessOf(window) == velumar::ProcessOf(*of_chart_program);
       if (dialog && !IsInFront(window)) TakeFocus(window);
       if (dialog) break;
     }
@@ -148,6 +147,12 @@ class WindowsChartWindows : public ChartWindows {
   }
 
  private:
+  std::optional<HWND> Titled(std::string_view title) {
+    if (title != host_title_) return WithTitle(title);
+    const std::vector<HWND> main = WindowsChartProgram(host_title_).MainWindows();
+    return main.empty() ? std::nullopt : std::optional(main.front());
+  }
+
   std::string host_title_;
 };
 

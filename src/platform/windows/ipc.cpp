@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -19,11 +20,29 @@ UINT ListenerMessage() {
   return message;
 }
 
-// A window that is never shown, found by its title.
+// Marks the texts that are requests, among those that other programs may send to any window.
+constexpr ULONG_PTR kRequestMark = 0x56454C55;
+constexpr LRESULT kRefused = 1;
+constexpr LRESULT kAccepted = 2;
+
+HWND ListenerWindow(std::string_view name) {
+  return ::FindWindowExW(HWND_MESSAGE, nullptr, kListenerClass, WideText(name).c_str());
+}
+
+DWORD ProcessOf(HWND window) {
+  DWORD process = 0;
+  ::GetWindowThreadProcessId(window, &process);
+  return process;
+}
+
+// A window that is never shown, found by its title. Only programs on the same desktop can send to
+// it, and the system stops those with fewer rights.
 class WindowListener : public MessageListener {
  public:
-  WindowListener(std::string_view name, std::function<void(const IpcMessage&)> receive)
-      : receive_(std::move(receive)) {
+  // Handles a window message and returns its result; nothing if it is not for the listener.
+  using Receive = std::function<std::optional<LRESULT>(UINT message, WPARAM first, LPARAM second)>;
+
+  WindowListener(std::string_view name, Receive receive) : receive_(std::move(receive)) {
     const HINSTANCE program = ::GetModuleHandleW(nullptr);
     WNDCLASSW window_class{};
     window_class.lpfnWndProc = Handle;
@@ -48,36 +67,72 @@ class WindowListener : public MessageListener {
   static LRESULT CALLBACK Handle(HWND window, UINT message, WPARAM first, LPARAM second) {
     const auto* const listener =
         reinterpret_cast<WindowListener*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (listener == nullptr || message != ListenerMessage()) {
-      return ::DefWindowProcW(window, message, first, second);
-    }
-    listener->receive_({static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(second)});
-    return 0;
+    const auto result =
+        listener == nullptr ? std::nullopt : listener->receive_(message, first, second);
+    return result ? *result : ::DefWindowProcW(window, message, first, second);
   }
 
-  std::function<void(const IpcMessage&)> receive_;
+  Receive receive_;
   HWND window_ = nullptr;
 };
+
+std::unique_ptr<MessageListener> Listen(std::string_view name, WindowListener::Receive receive) {
+  auto listener = std::make_unique<WindowListener>(name, std::move(receive));
+  if (!listener->Listens()) return nullptr;
+  return listener;
+}
 
 }  // namespace
 
 bool SendIpcMessage(std::string_view name, const IpcMessage& message) {
-  const HWND window =
-      ::FindWindowExW(HWND_MESSAGE, nullptr, kListenerClass, WideText(name).c_str());
+  const HWND window = ListenerWindow(name);
   if (window == nullptr) return false;
   // The listener may want to come to the front, which only this process could do now.
-  DWORD process = 0;
-  ::GetWindowThreadProcessId(window, &process);
-  ::AllowSetForegroundWindow(process);
+  ::AllowSetForegroundWindow(ProcessOf(window));
   return ::PostMessageW(window, ListenerMessage(), message.first,
                         static_cast<LPARAM>(message.second)) != 0;
 }
 
 std::unique_ptr<MessageListener> ListenForMessages(std::string_view name,
                                                    std::function<void(const IpcMessage&)> receive) {
-  auto listener = std::make_unique<WindowListener>(name, std::move(receive));
-  if (!listener->Listens()) return nullptr;
-  return listener;
+  return Listen(name,
+                [receive = std::move(receive)](UINT message, WPARAM first,
+                                               LPARAM second) -> std::optional<LRESULT> {
+                  if (message != ListenerMessage()) return std::nullopt;
+                  receive({static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(second)});
+                  return 0;
+                });
+}
+
+IpcAnswer SendIpcRequest(std::string_view name, std::string_view text,
+                         std::chrono::milliseconds patience) {
+  const HWND window = ListenerWindow(name);
+  if (window == nullptr) return {};
+  if (text.size() > kLongestIpcRequest) return {.status = IpcAnswer::Status::kNoAnswer};
+  std::string bytes(text);
+  COPYDATASTRUCT request{kRequestMark, static_cast<DWORD>(bytes.size()), bytes.data()};
+  DWORD_PTR result = 0;
+  const DWORD process = ProcessOf(window);
+  ::SendMessageTimeoutW(window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&request), SMTO_BLOCK,
+                        static_cast<UINT>(patience.count()), &result);
+  if (result == 0) return {.status = IpcAnswer::Status::kNoAnswer};
+  return {IpcAnswer::Status::kAnswered, static_cast<LRESULT>(result) == kAccepted, process};
+}
+
+std::unique_ptr<MessageListener> ListenForRequests(std::string_view name,
+                                                   std::function<bool(std::string_view)> accepts) {
+  return Listen(name,
+                [accepts = std::move(accepts)](UINT message, WPARAM,
+                                               LPARAM second) -> std::optional<LRESULT> {
+                  if (message != WM_COPYDATA) return std::nullopt;
+                  const auto* const request = reinterpret_cast<const COPYDATASTRUCT*>(second);
+                  if (request->dwData != kRequestMark || request->cbData > kLongestIpcRequest) {
+                    return std::nullopt;
+                  }
+                  return accepts({static_cast<const char*>(request->lpData), request->cbData})
+                             ? kAccepted
+                             : kRefused;
+                });
 }
 
 }  // namespace velumar

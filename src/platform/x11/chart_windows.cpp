@@ -144,18 +144,19 @@ class X11ChartWindows : public ChartWindows {
   }
 
   bool BringToFront(std::string_view title) override {
-    std::optional<xcb_window_t> window;
-    if (title == host_title_) {
-      const std::vector<xcb_window_t> main =
-          X11ChartProgram(connection_, host_title_).MainWindows();
-      if (!main.empty()) window = main.front();
-    } else {
-      window = WithTitle(connection_, title);
-    }
+    const std::optional<xcb_window_t> window = Titled(title);
     if (!window) return false;
     PutInFront(connection_, *window);
     DropErrors(connection_);
     return true;
+  }
+
+  std::uint32_t ProcessOf(std::string_view title) override {
+    const std::optional<xcb_window_t> window = Titled(title);
+    const std::uint32_t process =
+        window ? connection_.NumberProperty(*window, connection_.Ewmh()->_NET_WM_PID) : 0;
+    connection_.RequireAlive();
+    return process;
   }
 
   WindowId FocusedWindow() override { return connection_.FocusedWindow(); }
@@ -188,6 +189,12 @@ class X11ChartWindows : public ChartWindows {
   }
 
  private:
+  std::optional<xcb_window_t> Titled(std::string_view title) {
+    if (title != host_title_) return WithTitle(connection_, title);
+    const std::vector<xcb_window_t> main = X11ChartProgram(connection_, host_title_).MainWindows();
+    return main.empty() ? std::nullopt : std::optional(main.front());
+  }
+
   std::string host_title_;
   X11Connection connection_;
 };

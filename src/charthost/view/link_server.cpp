@@ -1,0 +1,41 @@
+#include "charthost/view/link_server.h"
+
+#include <exception>
+
+#include "charthost/view/main_window.h"
+#include "charthost/view/open_dialog.h"
+#include "charts/qt_text.h"
+#include "platform/chart_link.h"
+
+namespace velumar {
+
+LinkServer::LinkServer(MainWindow& window)
+    : window_(window),
+      listener_(ListenForRequests(kChartLinkListener,
+                                  [this](std::string_view text) { return Accepts(text); })) {}
+
+bool LinkServer::Accepts(std::string_view text) {
+  const std::optional<ChartRequest> request = ReadChartRequest(text);
+  if (!request) return false;
+  const std::string folder = FromQt(CleanFolder(ToQt(request->folder)));
+  switch (request->command) {
+    case ChartRequest::Command::kHello:
+      return true;
+    case ChartRequest::Command::kCloseAll:
+      window_.CloseAll();
+      return true;
+    case ChartRequest::Command::kRefresh:
+      window_.RefreshFolder(folder);
+      return true;
+    case ChartRequest::Command::kOpen:
+      break;
+  }
+  try {
+    window_.OpenDirectly({folder, request->symbol, request->interval});
+    return true;
+  } catch (const std::exception&) {
+    return false;  // Velumar says what to do
+  }
+}
+
+}  // namespace velumar

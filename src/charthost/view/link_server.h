@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "platform/ipc.h"
+
+namespace velumar {
+
+class MainWindow;
+
+// Does what Velumar asks for over the direct link. Requests run one after the other, from within
+// the event loop.
+class LinkServer {
+ public:
+  // The window must outlive the object. Without the system's permission to listen, only keys work.
+  explicit LinkServer(MainWindow& window);
+
+ private:
+  // False for anything but a request of this protocol, and for one that fails.
+  bool Accepts(std::string_view text);
+
+  MainWindow& window_;
+  std::unique_ptr<MessageListener> listener_;
+};
+
+}  // namespace velumar

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <initializer_list>
+#include <string_view>
+
+#include "host/chart_driver.h"
+#include "host/chart_registry.h"
+#include "host/trader_focus.h"
+#include "platform/platform.h"
+#include "session/run_inputs.h"
+#include "session/run_view.h"
+#include "session/sim_session.h"
+
+namespace velumar {
+
+// Drives any chart program through its windows and keystrokes. It gives no sign of what it has
+// done, so there are waits.
+class KeyDriver : public ChartDriver {
+ public:
+  KeyDriver(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
+            ChartRegistry& registry, TraderFocus& trader)
+      : session_(session),
+        inputs_(inputs),
+        view_(view),
+        platform_(platform),
+        registry_(registry),
+        trader_(trader) {}
+
+  void CloseCharts() override;
+  void OpenChart() override;
+  void Maximize() override;
+  bool BringToFront() override;
+  ChartTrouble Refresh() override;
+  long RefreshMilliseconds() const override;
+  // True while keys that open a chart are being typed.
+  bool OpeningChart() const { return opening_ > 0; }
+
+ private:
+  void BlinkLoadingNotice();
+  void StartHost();
+  bool FocusHost();
+  bool HostIsThere();
+  bool TraderIsElsewhere();
+  bool WaitForDialog();
+  void OpenChartInDialog();
+  bool IsTaskWindow(WindowId window);
+  void Send(std::string_view keys);
+  void Refresh(std::initializer_list<std::string_view> keys);
+  void SendEach(std::initializer_list<std::string_view> keys);
+  // Refreshes each chart and switches to the next. "Pause" ends the refreshes, but the keys that
+  // switch are still sent, so that the first chart is active again.
+  void RefreshEachChart();
+  ChartTrouble TroubleWithHost() const;
+  void Wait(std::int16_t milliseconds);
+
+  SimSession& session_;
+  RunInputs& inputs_;
+  RunView& view_;
+  Platform& platform_;
+  ChartRegistry& registry_;
+  TraderFocus& trader_;
+  bool host_running_ = true;
+  int opening_ = 0;  // nested: a second run may begin in the waits of the first
+  KeyOutcome worst_outcome_ = KeyOutcome::kAccepted;  // of the current refresh
+};
+
+}  // namespace velumar

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+#include "host/chart_driver.h"
+#include "host/chart_registry.h"
+#include "host/trader_focus.h"
+#include "platform/chart_link.h"
+#include "platform/platform.h"
+#include "session/run_view.h"
+#include "session/sim_session.h"
+
+namespace velumar {
+
+// Drives our own chart program over its direct link: without focus, keys, dialogs or fixed waits.
+class LinkDriver : public ChartDriver {
+ public:
+  LinkDriver(SimSession& session, RunView& view, Platform& platform, ChartRegistry& registry,
+             TraderFocus& trader)
+      : session_(session), view_(view), platform_(platform), registry_(registry), trader_(trader) {}
+
+  // True if our chart program owns the chart window, or has ended by itself after the link was
+  // used. Asks the chart program, so call it before each use.
+  bool Reaches();
+  // True if no chart program is running and ours is the one to start.
+  bool CanStart();
+
+  void CloseCharts() override;
+  void OpenChart() override;
+  void Maximize() override {}
+  bool BringToFront() override { return program_ != Program::kGone; }
+  ChartTrouble Refresh() override;
+  long RefreshMilliseconds() const override { return 0; }
+
+  // The trader has closed the chart program, so it is not started again by itself.
+  void ClosedByTrader() { process_ = 0; }
+
+ private:
+  enum class Program : std::uint8_t {
+    kForeign,  // only keys reach it, or none is running
+    kAnswers,
+    kBusy,  // ours, but without an answer in time
+    kGone,  // ours, but it has ended by itself
+  };
+
+  Program Look();
+  // Returns false if the program doesn't answer within ten seconds.
+  bool StartProgram();
+  std::uint32_t ChartWindowProcess();  // 0 without one
+  LinkAnswer Ask(const ChartRequest& request);
+
+  SimSession& session_;
+  RunView& view_;
+  Platform& platform_;
+  ChartRegistry& registry_;
+  TraderFocus& trader_;
+  Program program_ = Program::kForeign;
+  std::uint32_t process_ = 0;    // that answered last
+  std::uint32_t opened_in_ = 0;  // the process in which the chart was opened
+};
+
+}  // namespace velumar
