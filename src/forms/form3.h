@@ -40,7 +40,7 @@ class Form3 : public Form {
       *this,
       {"Combo2", 3480, 1320, 615, 330, "", "Select Delay Interval time during running simulate",
        kField, "Seconds between bars"},
-      {"0", "3", "5", "10"}};
+      {"0", "0.1", "0.2", "0.5", "1", "3", "5", "10"}};
   Label Label3{*this, {"Label3", 2640, 1440, 705, 255, "Refresh", "", kBoldCaption}};
   CheckBox chkShowBigform{*this,
                           {"chkShowBigform", 3840, 1800, 255, 210, "", "", kTick, "Big numbers"}};

@@ -1,8 +1,9 @@
 #include "session/delay.h"
 
+#include <algorithm>
+#include <cmath>
 #include <optional>
 
-#include "base/decimal.h"
 #include "base/number_text.h"
 
 namespace velumar {
@@ -16,22 +17,20 @@ constexpr int kMillisecondsPerSecond = 1000;
 }  // namespace
 
 std::string UsableDelay(std::string_view seconds) {
-  const std::optional<Decimal> number = Decimal::FromText(seconds);
-  if (!number || !number->IsWhole() || (number->Negative() && !number->IsZero())) {
-    return std::string(kDefaultDelay);
-  }
-  const std::optional<std::int16_t> whole = ToInt16(seconds);
-  const bool fits = whole && *whole <= kLongestDelaySeconds;
+  const std::optional<double> number = ToDouble(seconds);
+  if (!number || *number < 0) return std::string(kDefaultDelay);
+  const bool fits = *number <= kLongestDelaySeconds;
   return fits ? std::string(seconds) : std::to_string(kLongestDelaySeconds);
 }
 
 std::int16_t DelayMilliseconds(std::string_view seconds) {
-  return static_cast<std::int16_t>(ToInt16(UsableDelay(seconds)).value_or(0) *
-                                   kMillisecondsPerSecond);
+  const double usable = ToDouble(UsableDelay(seconds)).value_or(0);
+  if (usable <= 0) return 0;
+  return static_cast<std::int16_t>(std::max(std::lround(usable * kMillisecondsPerSecond), 1L));
 }
 
 std::string DelaySeconds(std::int16_t milliseconds) {
-  return std::to_string(milliseconds / kMillisecondsPerSecond);
+  return PlainNumberText(static_cast<float>(milliseconds) / kMillisecondsPerSecond);
 }
 
 }  // namespace velumar

@@ -157,14 +157,14 @@ void SetupWindow::ReadSelectDate() {
 }
 
 void SetupWindow::FillDelay() {
-  constexpr int kFourthItem = 3;
+  constexpr int kTenSeconds = 7;
   constexpr int kThirdItem = 2;
   // This loads the panel, which starts the account.
   ComboBox& delay = desktop_.form3().Combo2;
-  delay.SetIndex(kFourthItem);
+  delay.SetIndex(kTenSeconds);
   Window().cbxPeriod.SetIndex(kThirdItem);
   const std::string kept = Setting("Refresh", "3");
-  delay.SetText(ToInt16(kept) == 0 ? "3" : UsableDelay(kept));
+  delay.SetText(DelayMilliseconds(kept) == 0 ? "3" : UsableDelay(kept));
   session_.RefreshDelay = DelayMilliseconds(delay.Text());
 }
 

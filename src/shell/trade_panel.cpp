@@ -94,8 +94,8 @@ void TradePanel::Place() {
 void TradePanel::DelayConfirmed() {
   ComboBox& delay = Window().Combo2;
   const std::string usable = UsableDelay(delay.Text());
-  // An empty box is about to be typed into: it stays empty, and counts as "3".
-  if (!delay.Text().empty()) delay.SetText(usable);
+  // A box that is about to be typed into keeps its text, and counts as "3".
+  if (!delay.Text().empty() && delay.Text() != ".") delay.SetText(usable);
   session_.RefreshDelay = DelayMilliseconds(usable);
 }
 

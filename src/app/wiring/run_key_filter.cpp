@@ -39,11 +39,21 @@ RunKeyFilter::RunKeyFilter(RunKeys& keys) : keys_(keys) {
   constexpr std::chrono::milliseconds kInterval{200};
   connect(&watch_, &QTimer::timeout, this, &RunKeyFilter::WatchTrader);
   watch_.start(kInterval);
+  repeat_.setSingleShot(true);
+  connect(&repeat_, &QTimer::timeout, this, [this] { keys_.Press(repeated_); });
   qApp->installEventFilter(this);
 }
 
 void RunKeyFilter::PressFromChart(const RunKeyPress& press) {
-  if (QGuiApplication::modalWindow() == nullptr && !TraderElsewhere()) keys_.PressFromChart(press);
+  if (QGuiApplication::modalWindow() != nullptr || TraderElsewhere()) return;
+  if (press.repeated) return Repeat(press);
+  keys_.PressFromChart(press);
+}
+
+// All keys that are waiting arrive before the timer.
+void RunKeyFilter::Repeat(const RunKeyPress& press) {
+  repeated_ = press;
+  repeat_.start(0);
 }
 
 // A message box takes the focus from any program, and when it closes another window gets it.
@@ -79,6 +89,7 @@ bool RunKeyFilter::eventFilter(QObject* receiver, QEvent* event) {
     case QEvent::KeyPress:
       return receiver->isWindowType() && TakesPress(static_cast<const QKeyEvent&>(*event));
     case QEvent::KeyRelease:
+      if (!static_cast<const QKeyEvent&>(*event).isAutoRepeat()) repeat_.stop();
       if (receiver->isWindowType()) LeaveBox(static_cast<const QKeyEvent&>(*event));
       return false;
     default:
@@ -130,7 +141,9 @@ bool RunKeyFilter::TakesPress(const QKeyEvent& key) {
   QWidget* const focus = QApplication::focusWidget();
   if (!IsRunKey(press) && !key.text().isEmpty() && TakesText(focus)) typed_list_ = focus;
   if (focus != nullptr && (IsTypedInto(focus) || OwnKey(focus, key))) return false;
-  return keys_.Press(press);
+  if (!press.repeated || !IsRunKey(press) || !keys_.InRun()) return keys_.Press(press);
+  Repeat(press);
+  return true;
 }
 
 // After the release, which still goes to the box.

@@ -30,6 +30,7 @@ class RunKeyFilter : public QObject {
 
  private:
   void WatchTrader();
+  void Repeat(const RunKeyPress& press);
   bool TraderElsewhere();
   bool TakesPress(const QKeyEvent& key);
   void LeaveBox(const QKeyEvent& key);
@@ -40,6 +41,9 @@ class RunKeyFilter : public QObject {
 
   RunKeys& keys_;
   QTimer watch_;
+  // Repeats that arrive during a step count once, so that steps end with the key.
+  QTimer repeat_;
+  RunKeyPress repeated_;
   bool box_open_ = false;
   QPointer<QObject> reached_by_tab_;
   QPointer<QObject> typed_list_;  // the list whose line is being typed into

@@ -1,0 +1,230 @@
+// response_bench: how long a trader waits for the chart, from the key or click to the bar on the
+// screen, in a series of 32,767 bars. Needs a display with a window manager to itself.
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+
+extern "C" {
+#include <xdo.h>
+}
+
+#include "e2e/desktop_hand.h"
+#include "e2e/programs.h"
+#include "forms/desktop.h"
+#include "large_directory.h"
+#include "platform/qt/settings_file.h"
+#include "support/scratch_folder.h"
+
+namespace velumar {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono_literals::operator""ms;
+
+constexpr int kBars = 32767;
+constexpr int kStartBar = 20000;
+
+double Milliseconds(Clock::duration time) {
+  return std::chrono::duration<double, std::milli>(time).count();
+}
+
+// Presses keys and buttons without the start of another program in between.
+class Input {
+ public:
+  Input() : xdo_(xdo_new(nullptr), xdo_free) {
+    if (!xdo_) throw std::runtime_error("no display");
+  }
+
+  void KeyDown(const char* key) {
+    xdo_send_keysequence_window_down(xdo_.get(), CURRENTWINDOW, key, 0);
+  }
+  void KeyUp(const char* key) { xdo_send_keysequence_window_up(xdo_.get(), CURRENTWINDOW, key, 0); }
+  void Tap(const char* key) {
+    KeyDown(key);
+    KeyUp(key);
+  }
+  void Click() {
+    xdo_mouse_down(xdo_.get(), CURRENTWINDOW, 1);
+    xdo_mouse_up(xdo_.get(), CURRENTWINDOW, 1);
+  }
+
+ private:
+  std::unique_ptr<xdo_t, decltype(&xdo_free)> xdo_;
+};
+
+class Trader {
+ public:
+  explicit Trader(const char* delay) {
+    FileSettings settings(scratch_.Sub("settings"));
+    settings.Save("LastPath", directory_.Text());
+    settings.Save("Refresh", delay);
+    const int date = LargeDirectoryDate(kStartBar);
+    settings.Save("SelectDate", std::to_string(date / 100 % 100) + "/" +
+                                    std::to_string(date % 100) + "/" +
+                                    std::to_string(date / 10000));
+    program_ = std::make_unique<RunningProgram>(scratch_.Path(), output_);
+    Require(Eventually([&] { return Find(setup_).has_value(); }), "the setup window");
+    std::this_thread::sleep_for(2000ms);  // the window slides in
+  }
+
+  // From the click on Start to a chart with bars.
+  double Start() {
+    PointAt(setup_, setup_.Image3);
+    const std::size_t before = Lines();
+    const auto began = Clock::now();
+    input_.Click();
+    Require(Within(30000ms, [&] { return Lines() > before && Bars() > kStartBar; }), "a chart");
+    return Milliseconds(Clock::now() - began);
+  }
+  void Return() {
+    PointAt(navigator_, navigator_.Image5);
+    input_.Click();
+    Require(Eventually([&] { return Find(setup_).has_value(); }), "the setup window");
+    std::this_thread::sleep_for(2500ms);
+  }
+  // Pauses the feed and brings the navigator to the front.
+  void Pause() {
+    const auto window = Find(navigator_);
+    Require(window.has_value(), "the navigator");
+    hand_.Activate(*window);
+    input_.Tap("space");
+    std::this_thread::sleep_for(1500ms);
+  }
+  void Play() { input_.Tap("space"); }
+  // From the key to the changed chart, sorted.
+  std::vector<double> Steps(const char* key, int count) {
+    std::vector<double> times;
+    for (int i = 0; i < count; ++i) {
+      const std::size_t before = Lines();
+      const auto began = Clock::now();
+      input_.Tap(key);
+      Require(Within(5000ms, [&] { return Lines() > before; }), "a step");
+      times.push_back(Milliseconds(Clock::now() - began));
+      std::this_thread::sleep_for(60ms);
+    }
+    std::sort(times.begin(), times.end());
+    return times;
+  }
+  double BarsPerSecond() {
+    constexpr auto kTime = 5000ms;
+    const int before = Bars();
+    std::this_thread::sleep_for(kTime);
+    return (Bars() - before) / std::chrono::duration<double>(kTime).count();
+  }
+  // Bars per second while the key is down, and the bars after it is up.
+  std::pair<double, int> Hold(const char* key) {
+    constexpr auto kTime = 4000ms;
+    const int before = Bars();
+    input_.KeyDown(key);
+    std::this_thread::sleep_for(kTime);
+    input_.KeyUp(key);
+    const int at_release = Bars();
+    std::this_thread::sleep_for(1000ms);
+    return {(at_release - before) / std::chrono::duration<double>(kTime).count(),
+            Bars() - at_release};
+  }
+  // Opens the store once more in the chart program.
+  void OpenAnotherChart() {
+    hand_.Activate("MetaStock");
+    hand_.Press("alt+f");
+    hand_.Press("o");
+    std::this_thread::sleep_for(700ms);
+    hand_.Type(directory_.Text() + "/Simulate");
+    hand_.Press("Return");
+    std::this_thread::sleep_for(300ms);
+    hand_.Type("S0");
+    hand_.Press("Return");
+    std::this_thread::sleep_for(700ms);
+  }
+
+ private:
+  static void Require(bool condition, const std::string& what) {
+    if (!condition) throw std::runtime_error("no sign of " + what);
+  }
+  static bool Within(std::chrono::milliseconds time, const std::function<bool()>& condition) {
+    const auto end = Clock::now() + time;
+    while (!condition()) {
+      if (Clock::now() > end) return false;
+      std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
+    return true;
+  }
+  std::optional<ScreenRect> Find(const Form& form) const {
+    return hand_.Find(form.Name() == "Form1" ? "Velumar1.0" : "Velumar", form.Width(),
+                      form.Height());
+  }
+  void PointAt(const Form& form, const Control& control) {
+    const auto window = Find(form);
+    Require(window.has_value(), form.Name());
+    hand_.PointAt(window->x + static_cast<int>(control.Left() + control.Width() / 2) / 15,
+                  window->y + static_cast<int>(control.Top() + control.Height() / 2) / 15);
+  }
+  // The chart program writes a line as soon as it has drawn, so its size is a clock.
+  std::size_t Lines() const {
+    std::error_code none;
+    return std::filesystem::exists(output_) ? std::filesystem::file_size(output_, none) : 0;
+  }
+  int Bars() const {
+    const auto states = program_->States();
+    if (states.empty() || states.back()["chart"].is_null()) return -1;
+    return states.back()["chart"]["bars"].get<int>();
+  }
+
+  ScratchFolder scratch_;
+  LargeDirectory directory_{1, kBars, 10};
+  std::filesystem::path output_ = scratch_.Sub("output");
+  Desktop tables_;
+  Form1& setup_ = tables_.Untouched().form1;
+  Form2& navigator_ = tables_.Untouched().form2;
+  DesktopHand hand_;
+  Input input_;
+  std::unique_ptr<RunningProgram> program_;
+};
+
+void Line(const char* what, double measured, const char* unit, const char* goal) {
+  std::printf("%-44s %9.1f %s   (goal %s)\n", what, measured, unit, goal);
+  std::fflush(stdout);
+}
+
+void Measure() {
+  Trader trader("0.001");
+  Line("Start to the chart, program not running", trader.Start(), "ms", "2000");
+  Line("Feed at the shortest pause, one chart", trader.BarsPerSecond(), "bars/s", "25");
+  trader.Pause();
+  constexpr int kSteps = 200;
+  const std::vector<double> steps = trader.Steps("Right", kSteps);
+  Line("Next to the changed chart, median of 200", steps[kSteps / 2], "ms", "50");
+  Line("Next to the changed chart, worst of 200", steps.back(), "ms", "100");
+  constexpr int kFastSteps = 20;
+  Line("30 bars forward, median of 20", trader.Steps("Next", kFastSteps)[kFastSteps / 2], "ms",
+       "80");
+  Line("30 bars back, median of 20", trader.Steps("Prior", kFastSteps)[kFastSteps / 2], "ms", "80");
+  const auto [held, after] = trader.Hold("Right");
+  Line("Right held down", held, "bars/s", "as the feed");
+  Line("Bars after its release", after, "bars", "1");
+  trader.Return();
+  Line("Start to the chart, program running", trader.Start(), "ms", "700");
+  trader.Pause();
+  for (int chart = 1; chart < 4; ++chart) trader.OpenAnotherChart();
+  trader.Pause();
+  Line("Feed at the shortest pause, four charts", trader.BarsPerSecond(), "bars/s", "15");
+}
+
+}  // namespace
+}  // namespace velumar
+
+int main() {
+  try {
+    velumar::Measure();
+    return EXIT_SUCCESS;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "response_bench: %s\n", error.what());
+    return EXIT_FAILURE;
+  }
+}
