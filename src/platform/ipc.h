@@ -16,11 +16,12 @@ struct IpcMessage {
 };
 
 // Where Velumar listens for the keys that were typed into the chart: code, and 1 for Shift, 2 for a
-// repeated key. The code 0 means a mouse click.
+// repeated key, 4 for its release. The code 0 means a mouse click.
 inline constexpr std::string_view kRunKeyListener = "_VELUMAR_RUN_KEYS";
 inline constexpr std::uint32_t kMessageChartClosed = 0xFFFFFFFF;  // instead of a code
 inline constexpr std::uint32_t kMessageShift = 1;
 inline constexpr std::uint32_t kMessageRepeated = 2;
+inline constexpr std::uint32_t kMessageReleased = 4;  // the key is up again
 
 // Sends the message to the program that listens under that name, without waiting until it is read.
 // Returns false if none listens.

@@ -13,8 +13,9 @@ namespace velumar {
 
 namespace {
 
-constexpr int kSlideStep = 50;     // twips
-constexpr int kSlidePause = 10;    // ms
+constexpr int kSlideStep = 50;   // twips
+constexpr int kSlidePause = 10;  // ms
+constexpr int kMaxSlideSteps = 15;
 constexpr float kPressDepth = 15;  // twips: a pixel
 constexpr float kTitleBar = 360;   // twips of a title bar
 constexpr float kFirstPlaceBottomGap = 500;
@@ -85,6 +86,29 @@ void LimitPlace(std::string& place, float size, std::int16_t measure) {
   if (*wanted > INT16_MAX) place = PlaceText(static_cast<float>(measure) - size);
 }
 
+// The places from one top to another, a multiple of kSlideStep apart. The last one is not beyond
+// `end`; there is none if `end` is in the wrong direction.
+std::vector<int> SlideTops(int begin, int end, int direction) {
+  std::vector<int> tops;
+  const int steps = (end - begin) * direction / kSlideStep;
+  if ((end - begin) * direction < 0) return tops;
+  const int stride = std::max((steps + kMaxSlideSteps - 1) / kMaxSlideSteps, 1);
+  for (int step = 0; step < steps; step += stride) {
+    tops.push_back(begin + step * kSlideStep * direction);
+  }
+  tops.push_back(begin + steps * kSlideStep * direction);
+  return tops;
+}
+
+void SlideThrough(Form& window, int slide, EventLoop& events, const std::vector<int>& tops) {
+  clsWaitableTimer timer(events);
+  for (const int top : tops) {
+    if (!window.Slides(slide)) return;
+    window.SetTop(static_cast<float>(top));
+    timer.Wait(kSlidePause);
+  }
+}
+
 }  // namespace
 
 bool CanRestorePlace(std::string& top, std::string& left, const Form& window,
@@ -106,11 +130,8 @@ void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoo
   window.SetLeft(PlaceFromText(left));
   const int end = PlaceFromText(top);
   const int slide = window.BeginSlide(static_cast<float>(end));
-  clsWaitableTimer timer(events);
-  for (int y = ScreenHeight(screen); y >= end && window.Slides(slide); y -= kSlideStep) {
-    window.SetTop(static_cast<float>(y));
-    timer.Wait(kSlidePause);
-  }
+  const int begin = ScreenHeight(screen);
+  SlideThrough(window, slide, events, SlideTops(begin, end, -1));
   window.EndSlide(slide);
 }
 
@@ -120,11 +141,7 @@ bool SlideOut(Form& window, std::string_view top, std::string_view left, EventLo
   const int end = ScreenHeight(screen);
   const int begin = PlaceFromText(top);
   const int slide = window.BeginSlide(static_cast<float>(begin));
-  clsWaitableTimer timer(events);
-  for (int y = begin; y <= end && window.Slides(slide); y += kSlideStep) {
-    window.SetTop(static_cast<float>(y));
-    timer.Wait(kSlidePause);
-  }
+  SlideThrough(window, slide, events, SlideTops(begin, end, 1));
   window.EndSlide(slide);
   return window.Slides(slide);
 }

@@ -43,9 +43,10 @@ bool CanRestorePlace(std::string& top, std::string& left, const Form& window, co
 std::int16_t PlaceFromText(std::string_view text);
 std::string PlaceText(float place);
 
-// Slides the window in or out over the bottom edge of the screen, 50 twips every 10 ms. Clicks run
-// during the slide; a newer slide or an unload of the window ends this one. Neither shows nor hides
-// it. Throws std::invalid_argument for a text that is not a number.
+// Slides the window in or out over the bottom edge of the screen within a sixth of a second. It
+// comes to rest a multiple of 50 twips from the edge. Clicks run during the slide; a newer slide or
+// an unload of the window ends this one. Neither shows nor hides it. Throws std::invalid_argument
+// for a text that is not a number.
 void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoop& events,
              const Screen& screen);
 // Returns false if the slide was ended early.

@@ -164,6 +164,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
       ListenForMessages(kRunKeyListener, [&program, &run_keys](const IpcMessage& mail) {
         if (mail.first == 0) return run_keys.ClickFromChart();
         if (mail.first == kMessageChartClosed) return program.ChartClosedByTrader();
+        if ((mail.second & kMessageReleased) != 0) return run_keys.ReleaseFromChart();
         run_keys.PressFromChart({.code = static_cast<int>(mail.first),
                                  .shift = (mail.second & kMessageShift) != 0,
                                  .repeated = (mail.second & kMessageRepeated) != 0});

@@ -40,7 +40,7 @@ RunKeyFilter::RunKeyFilter(RunKeys& keys) : keys_(keys) {
   connect(&watch_, &QTimer::timeout, this, &RunKeyFilter::WatchTrader);
   watch_.start(kInterval);
   repeat_.setSingleShot(true);
-  connect(&repeat_, &QTimer::timeout, this, [this] { keys_.Press(repeated_); });
+  connect(&repeat_, &QTimer::timeout, this, &RunKeyFilter::StepAgain);
   qApp->installEventFilter(this);
 }
 
@@ -50,10 +50,18 @@ void RunKeyFilter::PressFromChart(const RunKeyPress& press) {
   keys_.PressFromChart(press);
 }
 
-// All keys that are waiting arrive before the timer.
 void RunKeyFilter::Repeat(const RunKeyPress& press) {
+  constexpr int kLongestRepeat = 300;  // ms between two repeats of the slowest keyboards
   repeated_ = press;
-  repeat_.start(0);
+  held_.setRemainingTime(kLongestRepeat);
+  if (!repeat_.isActive()) repeat_.start(0);
+}
+
+// Waiting events, such as the release of the key, come before the timer's next step.
+void RunKeyFilter::StepAgain() {
+  if (held_.hasExpired() || TraderElsewhere()) return;
+  keys_.Press(repeated_);
+  if (!repeat_.isActive()) repeat_.start(0);
 }
 
 // A message box takes the focus from any program, and when it closes another window gets it.

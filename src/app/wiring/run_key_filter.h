@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -22,6 +23,8 @@ class RunKeyFilter : public QObject {
 
   // A key that was typed into the chart. Dropped while a message box is open.
   void PressFromChart(const RunKeyPress& press);
+  // The key was released in the chart.
+  void ReleaseFromChart() { repeat_.stop(); }
   // The mouse was pressed in the chart program.
   void ClickFromChart() { keys_.Trader().ComeToRun(); }
 
@@ -31,6 +34,7 @@ class RunKeyFilter : public QObject {
  private:
   void WatchTrader();
   void Repeat(const RunKeyPress& press);
+  void StepAgain();
   bool TraderElsewhere();
   bool TakesPress(const QKeyEvent& key);
   void LeaveBox(const QKeyEvent& key);
@@ -41,9 +45,10 @@ class RunKeyFilter : public QObject {
 
   RunKeys& keys_;
   QTimer watch_;
-  // Repeats that arrive during a step count once, so that steps end with the key.
+  // A key held down steps as fast as the chart follows, whatever the keyboard's rate.
   QTimer repeat_;
   RunKeyPress repeated_;
+  QDeadlineTimer held_;  // in case its release goes to another program
   bool box_open_ = false;
   QPointer<QObject> reached_by_tab_;
   QPointer<QObject> typed_list_;  // the list whose line is being typed into

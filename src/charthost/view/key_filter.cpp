@@ -77,6 +77,7 @@ bool KeyFilter::eventFilter(QObject* receiver, QEvent* event) {
     case QEvent::KeyPress:
       return TakesKey(receiving_window, static_cast<QKeyEvent*>(event));
     case QEvent::KeyRelease:
+      PassRelease(*static_cast<QKeyEvent*>(event));
       return Forward(receiving_window, static_cast<QKeyEvent*>(event));
     case QEvent::MouseButtonPress:
       if (!window_.IsMenuShown()) Disarm();
@@ -137,6 +138,13 @@ bool KeyFilter::PassToRun(QWindow* receiver, const QKeyEvent& key) {
          SendIpcMessage(kRunKeyListener, {.first = static_cast<std::uint32_t>(press.code),
                                           .second = (press.shift ? kMessageShift : 0) |
                                                     (press.repeated ? kMessageRepeated : 0)});
+}
+
+void KeyFilter::PassRelease(const QKeyEvent& key) {
+  const int code = RunKeyCode(KeyOf(key));
+  if (code == 0 || key.isAutoRepeat()) return;
+  SendIpcMessage(kRunKeyListener,
+                 {.first = static_cast<std::uint32_t>(code), .second = kMessageReleased});
 }
 
 QWindow* KeyFilter::IntendedWindow(QWindow* receiver) const {

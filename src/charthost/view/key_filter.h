@@ -33,6 +33,7 @@ class KeyFilter : public QObject {
   // The window that should get a key that was sent to `receiver`.
   QWindow* IntendedWindow(QWindow* receiver) const;
   bool Forward(QWindow* receiver, QKeyEvent* key);
+  void PassRelease(const QKeyEvent& key);
   bool PassToRun(QWindow* receiver, const QKeyEvent& key);
   void ShowArmedMenu();
   void Disarm();
