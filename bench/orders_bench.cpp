@@ -41,7 +41,8 @@ struct Desk {
   VirtualPlatform outside;
   Platform platform = outside.References();
   LedgerConnection ledger{AsItIs};
-  OrderDesk orders{session, run, run, platform, ledger};
+  RecordedCharts charts;
+  OrderDesk orders{session, run, run, platform, ledger, charts};
 };
 
 std::string FreshFile(const std::string& name) {

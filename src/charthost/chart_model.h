@@ -27,6 +27,7 @@ struct ChartOptions {
   ChartTheme theme = ChartTheme::kSystem;
   bool volume = true;
   bool logarithmic = false;
+  bool positions = true;  // orders and held sides, if Velumar shows them
   std::array<AverageOptions, 2> averages = {AverageOptions{true, 20}, AverageOptions{true, 50}};
 
   bool operator==(const ChartOptions&) const = default;

@@ -23,9 +23,12 @@ class HostControl : public ChartSide {
   void MaximizeHost() override { Driver().Maximize(); }
   bool BringHostToFront() override { return Driver().BringToFront(); }
   void RefreshCharts() override;
+  void ShowPositions() override;
 
   // True while keys that open a chart are being typed.
   bool OpeningChart() const { return keys_.OpeningChart(); }
+  // The colours of Velumar's windows, for our chart program.
+  void SetTheme(bool dark) { link_.SetTheme(dark); }
   // The trader has closed our chart program, so it is not started again by itself.
   void ChartClosedByTrader() { link_.ClosedByTrader(); }
 

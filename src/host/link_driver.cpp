@@ -1,10 +1,15 @@
 #include "host/link_driver.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 #include "base/ignoring.h"
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
+#include "trading/position_book.h"
 #include "trading/status_texts.h"
 
 namespace velumar {
@@ -26,6 +31,12 @@ std::optional<int> IntervalOf(const RunSeries& series) {
   return minutes ? std::optional<int>(*minutes) : std::nullopt;
 }
 
+// What the program says until its first chart is open.
+std::string OpeningArgument(const std::string& symbol) {
+  const bool quotable = symbol.find('"') == std::string::npos;
+  return quotable ? " \"--opening=" + symbol + "\"" : std::string();
+}
+
 }  // namespace
 
 bool LinkDriver::Reaches() {
@@ -41,7 +52,7 @@ LinkDriver::Program LinkDriver::Look() {
   switch (answer.outcome) {
     case LinkOutcome::kDone:
       if (owner != 0 && owner != answer.process) return Program::kForeign;
-      process_ = answer.process;
+      if (std::exchange(process_, answer.process) != answer.process) SendTheme();
       return Program::kAnswers;
     case LinkOutcome::kNoAnswer:
       return owner != 0 && owner == process_ ? Program::kBusy : Program::kForeign;
@@ -77,7 +88,8 @@ void LinkDriver::CloseCharts() {
 bool LinkDriver::StartProgram() {
   const FocusReturn returning(platform_.chart_windows, trader_);
   const ScopedCounter chart_comes = trader_.ExpectChart();
-  const std::string command_line = registry_.StartCommand();
+  std::string command_line = registry_.StartCommand() + OpeningArgument(session_.Run.symbol);
+  if (dark_) command_line += *dark_ ? " --theme=dark" : " --theme=light";
   view_.SetStatusLine("Loading ... " + command_line);
   IgnoringErrors([&] { platform_.programs.Start(command_line); });
   view_.SetStatusLine("Wait  for  [Meta Stock] ready ....");
@@ -107,7 +119,11 @@ ChartTrouble LinkDriver::Refresh() {
   if (program_ == Program::kGone && !StartProgram()) return NoChartProgram();
   if (program_ == Program::kBusy) return ChartProgramBusy();
   if (opened_in_ != process_) OpenChart();
-  const LinkAnswer answer = Ask({.command = Command::kRefresh, .folder = session_.SimDir});
+  RevaluePositions(session_);
+  const LinkAnswer answer = Ask({.command = Command::kRefresh,
+                                 .folder = session_.SimDir,
+                                 .symbol = session_.Run.symbol,
+                                 .positions = Positions()});
   switch (answer.outcome) {
     case LinkOutcome::kDone:
     case LinkOutcome::kRefused:
@@ -119,6 +135,37 @@ ChartTrouble LinkDriver::Refresh() {
       break;
   }
   return NoChartProgram();  // the next refresh starts it again
+}
+
+void LinkDriver::ShowPositions() {
+  Ask({.command = Command::kPositions,
+       .folder = session_.SimDir,
+       .symbol = session_.Run.symbol,
+       .positions = Positions()});
+}
+
+// Orders at bars that the replay has stepped back over are not shown.
+ChartPositions LinkDriver::Positions() {
+  ChartPositions positions;
+  std::copy_if(session_.Orders.begin(), session_.Orders.end(), std::back_inserter(positions.orders),
+               [this](const OrderMark& order) { return order.bar <= session_.BarIndex; });
+  const auto add = [&](const Side& side, float profit) {
+    const float held = session_.*side.Accum;
+    if (held <= 0) return;
+    positions.held.push_back({side.gains_on_rise, session_.*side.AvgPrice, held, profit});
+  };
+  add(kLongSide, session_.LUnrealisedMoney);
+  add(kShortSide, session_.SUnrealisedMoney);
+  return positions;
+}
+
+void LinkDriver::SetTheme(bool dark) {
+  dark_ = dark;
+  if (Reaches() && program_ == Program::kAnswers) SendTheme();
+}
+
+void LinkDriver::SendTheme() {
+  if (dark_) Ask({.command = Command::kTheme, .dark = *dark_});
 }
 
 LinkAnswer LinkDriver::Ask(const ChartRequest& request) {

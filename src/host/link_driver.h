@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 
 #include "host/chart_driver.h"
 #include "host/chart_registry.h"
@@ -33,6 +34,11 @@ class LinkDriver : public ChartDriver {
   ChartTrouble Refresh() override;
   long RefreshMilliseconds() const override { return 0; }
 
+  // Shows the orders and what is held on the charts.
+  void ShowPositions();
+  // Our chart program takes these colours, now and whenever it is started, unless the trader has
+  // chosen others in its menu.
+  void SetTheme(bool dark);
   // The trader has closed the chart program, so it is not started again by itself.
   void ClosedByTrader() { process_ = 0; }
 
@@ -48,6 +54,8 @@ class LinkDriver : public ChartDriver {
   // Returns false if the program doesn't answer within ten seconds.
   bool StartProgram();
   std::uint32_t ChartWindowProcess();  // 0 without one
+  void SendTheme();
+  ChartPositions Positions();
   LinkAnswer Ask(const ChartRequest& request);
 
   SimSession& session_;
@@ -55,6 +63,7 @@ class LinkDriver : public ChartDriver {
   Platform& platform_;
   ChartRegistry& registry_;
   TraderFocus& trader_;
+  std::optional<bool> dark_;
   Program program_ = Program::kForeign;
   std::uint32_t process_ = 0;    // that answered last
   std::uint32_t opened_in_ = 0;  // the process in which the chart was opened

@@ -5,21 +5,52 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velumar {
 
 // Where Velumar's own chart program listens for requests.
 inline constexpr std::string_view kChartLinkListener = "_VELUMAR_CHART_LINK";
 
+// An order as a chart marks it.
+struct OrderMark {
+  int bar = 0;  // index in the series
+  double price = 0;
+  bool is_long = true;
+  bool entry = true;
+
+  bool operator==(const OrderMark&) const = default;
+};
+
+// A side that is held.
+struct HeldLine {
+  bool is_long = true;
+  double price = 0;  // average
+  double quantity = 0;
+  double profit = 0;  // open, in money
+
+  bool operator==(const HeldLine&) const = default;
+};
+
+// What was traded in a series, for its charts.
+struct ChartPositions {
+  std::vector<OrderMark> orders = {};
+  std::vector<HeldLine> held = {};
+
+  bool operator==(const ChartPositions&) const = default;
+};
+
 // What Velumar asks of its own chart program. Each request is answered once it is done; a refresh
 // is done when the bars are on the screen.
 struct ChartRequest {
-  enum class Command : std::uint8_t { kHello, kCloseAll, kOpen, kRefresh };
+  enum class Command : std::uint8_t { kHello, kCloseAll, kOpen, kRefresh, kPositions, kTheme };
 
   Command command = Command::kHello;
-  std::string folder = {};           // kOpen, kRefresh: the working store
-  std::string symbol = {};           // kOpen
+  std::string folder = {};           // kOpen, kRefresh, kPositions: the working store
+  std::string symbol = {};           // kOpen, kRefresh, kPositions
   std::optional<int> interval = {};  // kOpen: minutes, -1 for daily bars; unset: the one with bars
+  ChartPositions positions = {};     // kRefresh, kPositions
+  bool dark = false;                 // kTheme
 };
 
 // The request as JSON, with the version of the protocol, and back. Reading returns nothing for any

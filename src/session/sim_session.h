@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/chart_link.h"
+
 namespace velumar {
 
 // The trader's money and positions. It has two units that never mix: points are a price difference
@@ -61,6 +63,8 @@ struct SimSession : Book {
   std::string HostTitle;
   std::string ChartWarning;  // what is wrong with the chart program; precedes the bar's text
 
+  std::vector<OrderMark> Orders;  // of the loaded series, in the order in which they were placed
+
   RunSeries Run;  // of the run being prepared, then of the bars in memory
 
   // Bars: eight parallel arrays from index 0, oldest first.
@@ -106,6 +110,7 @@ struct SimSession : Book {
     for (auto* values : {&BarOpen, &BarHigh, &BarLow, &BarClose, &BarVolume, &BarOpenInt}) {
       values->clear();
     }
+    Orders.clear();
     BarIndex = -1;
     LastBarIndex = -1;
   }

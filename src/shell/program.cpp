@@ -26,7 +26,7 @@ struct Program::Parts {
         chart(session, windows, windows, platform, registry, trader),
         catalogue(session, desktop, platform, cache),
         run(session, windows, windows, platform, cache, ledger, chart),
-        orders(session, windows, windows, platform, ledger),
+        orders(session, windows, windows, platform, ledger, chart),
         account(session, windows, desktop),
         panel(session, windows, desktop, platform, account, orders),
         setup(session, windows, desktop, platform, catalogue, run, panel, account, registry, ledger,
@@ -80,6 +80,8 @@ void Program::ShowAgain() {
   if (windows.form2.Loaded()) windows.form2.HScrollx.SetValue(kSeen);
   if (windows.form3.Loaded()) windows.form3.HScrollx.SetValue(kSeen);
 }
+
+void Program::SetTheme(bool dark) { parts_->chart.SetTheme(dark); }
 
 void Program::ChartClosedByTrader() { parts_->chart.ChartClosedByTrader(); }
 

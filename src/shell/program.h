@@ -26,6 +26,8 @@ class Program {
   bool Feeding() const;
   // Makes fully transparent windows visible again. Called when the program is started once more.
   void ShowAgain();
+  // The windows have these colours now.
+  void SetTheme(bool dark);
   // The trader has closed our chart program.
   void ChartClosedByTrader();
   // What the keyboard does in a run.

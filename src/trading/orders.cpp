@@ -118,7 +118,11 @@ OrderResult OrderDesk::Fill(const Side& side, std::string_view position,
     WriteRow(side, position, false, figures);
   }
   ShowStatus(session_, view_, platform_.locale);
-  if (book.*side.Amount == 0) view_.ShowRefusal("the quantity is 0: nothing was opened");
+  if (book.*side.Amount == 0) {
+    view_.ShowRefusal("the quantity is 0: nothing was opened");
+  } else {
+    Mark(side, true);
+  }
   book.*side.Amount = 0;
   return OrderResult::kDone;
 }
@@ -166,7 +170,11 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position,
   ApplyOrderToBook(session_);
   WriteRow(side, position, true, figures);
   ShowStatus(session_, view_, platform_.locale);
-  if (figures.quantity_single == 0) view_.ShowRefusal("the quantity is 0: nothing was closed");
+  if (figures.quantity_single == 0) {
+    view_.ShowRefusal("the quantity is 0: nothing was closed");
+  } else {
+    Mark(side, false);
+  }
   return OrderResult::kDone;
 }
 
@@ -178,6 +186,7 @@ void OrderDesk::WipeOut(const Side& side, std::string_view position, const Book&
   }
   session_.*side.Accum = 0;
   session_.*side.AvgPrice = 0;
+  Mark(side, false);
   ShowStatus(session_, view_, platform_.locale);
   view_.ShowRefusal(TooMuchText(figures.quantity_single, before.*side.Accum));
 }
@@ -185,6 +194,11 @@ void OrderDesk::WipeOut(const Side& side, std::string_view position, const Book&
 void OrderDesk::WriteRow(const Side& side, std::string_view position, bool offset,
                          const OrderFigures& figures) {
   LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, offset), Detail(figures));
+}
+
+void OrderDesk::Mark(const Side& side, bool entry) {
+  session_.Orders.push_back({session_.BarIndex, session_.MarketPrice, side.gains_on_rise, entry});
+  chart_.ShowPositions();
 }
 
 LedgerDetail OrderDesk::Detail(const OrderFigures& figures) const {

@@ -7,6 +7,7 @@
 
 #include "ledger/ledger.h"
 #include "platform/platform.h"
+#include "session/chart_side.h"
 #include "session/run_inputs.h"
 #include "session/run_view.h"
 #include "session/sim_session.h"
@@ -29,8 +30,13 @@ enum class OrderResult : std::uint8_t {
 class OrderDesk {
  public:
   OrderDesk(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
-            LedgerConnection& ledger)
-      : session_(session), inputs_(inputs), view_(view), platform_(platform), ledger_(ledger) {}
+            LedgerConnection& ledger, ChartSide& chart)
+      : session_(session),
+        inputs_(inputs),
+        view_(view),
+        platform_(platform),
+        ledger_(ledger),
+        chart_(chart) {}
 
   OrderResult Long() { return Enter(kLongSide, "Long"); }
   OrderResult Short() { return Enter(kShortSide, "Short"); }
@@ -57,6 +63,8 @@ class OrderDesk {
   OrderResult Whole(const std::function<OrderResult()>& work);
   void WriteRow(const Side& side, std::string_view position, bool offset,
                 const OrderFigures& figures);
+  // Shows the order on the chart.
+  void Mark(const Side& side, bool entry);
   LedgerDetail Detail(const OrderFigures& figures) const;
   OrderResult Refuse(std::string_view why);
 
@@ -65,6 +73,7 @@ class OrderDesk {
   RunView& view_;
   Platform& platform_;
   LedgerConnection& ledger_;
+  ChartSide& chart_;
   OrderResult last_result_ = OrderResult::kDone;
 };
 

@@ -59,7 +59,8 @@ class OrderFixture : public testing::Test {
   VirtualPlatform outside;
   Platform platform = outside.References();
   LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
-  OrderDesk desk{session, run, run, platform, ledger};
+  RecordedCharts charts;
+  OrderDesk desk{session, run, run, platform, ledger, charts};
 };
 
 }  // namespace velumar

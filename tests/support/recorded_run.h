@@ -89,6 +89,7 @@ struct RecordedCharts : ChartSide {
   void MaximizeHost() override {}
   bool BringHostToFront() override { return true; }
   void RefreshCharts() override { asked.emplace_back("refresh"); }
+  void ShowPositions() override { asked.emplace_back("positions"); }
 
   std::vector<std::string> asked;
 };

@@ -157,8 +157,12 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   ThemeFollower theme(options.theme);
   DesktopView view(desktop, ApplyLook(theme.Current(), *ends.locale),
                    [&boxes](const std::string& text) { boxes.Show(text, BoxIcon::kExclamation); });
-  theme.OnChange([&view](const Palette& changed) { view.SetTheme(changed); });
   Program program(session, desktop, platform, cache, ledger);
+  if (options.theme != ThemeChoice::kSystem) program.SetTheme(theme.Current().dark);
+  theme.OnChange([&view, &program](const Palette& changed) {
+    view.SetTheme(changed);
+    program.SetTheme(changed.dark);
+  });
   RunKeyFilter run_keys(program.Keys());
   const auto keys_from_chart =
       ListenForMessages(kRunKeyListener, [&program, &run_keys](const IpcMessage& mail) {

@@ -1,6 +1,7 @@
 #include "charthost/view/chart_pane.h"
 
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -55,6 +56,15 @@ ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, const Ch
   notice_->setAlignment(Qt::AlignCenter);
   notice_->setWordWrap(true);
   notice_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  newest_ = new QPushButton(tr("newest"), plot_);
+  newest_->setToolTip(tr("Show the newest bar (End)"));
+  newest_->setFocusPolicy(Qt::NoFocus);
+  newest_->setCursor(Qt::ArrowCursor);
+  connect(newest_, &QPushButton::clicked, this, [this] {
+    Window().ShowNewest();
+    WindowMoved();
+  });
+  connect(plot_, &QCustomPlot::afterReplot, this, &ChartPane::PlaceNewest);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
@@ -78,6 +88,8 @@ void ChartPane::RefreshNow() {
   ShowState(QCustomPlot::rpImmediateRefresh);
   if (isVisible()) readout_->repaint();
 }
+
+void ChartPane::SetPositions(const ChartPositions& positions) { plot_->SetPositions(positions); }
 
 void ChartPane::SetOptions(const ChartOptions& options) {
   document_.Model().SetOptions(options);
@@ -135,6 +147,19 @@ void ChartPane::ShowBar(int bar) {
     }
   }
   readout_->SetItems(std::move(items));
+}
+
+// At the right edge, as long as the newest bar is out of view.
+void ChartPane::PlaceNewest() {
+  constexpr int kMargin = 8;
+  const int bars = document_.Model().Series().size();
+  const bool hidden = bars > 0 && !Window().Shows(bars - 1);
+  newest_->setVisible(hidden);
+  if (!hidden) return;
+  newest_->adjustSize();
+  const QRect area = plot_->PriceArea();
+  newest_->move(area.right() - newest_->width() - kMargin,
+                area.bottom() - newest_->height() - kMargin);
 }
 
 void ChartPane::PlaceNotice() { notice_->setGeometry(plot_->rect().adjusted(20, 0, -60, 0)); }

@@ -4,8 +4,10 @@
 
 #include "charthost/chart_document.h"
 #include "charts/palette.h"
+#include "platform/chart_link.h"
 
 class QLabel;
+class QPushButton;
 
 namespace velumar {
 
@@ -24,6 +26,8 @@ class ChartPane : public QWidget {
   void Refresh();
   // The same; if the chart is in front, it is drawn at the return.
   void RefreshNow();
+  // Shown with the next drawing.
+  void SetPositions(const ChartPositions& positions);
   void SetOptions(const ChartOptions& options);
   void ApplyColours();
 
@@ -42,12 +46,14 @@ class ChartPane : public QWidget {
   void ShowState(QCustomPlot::RefreshPriority when = QCustomPlot::rpQueuedReplot);
   void ShowBar(int bar);
   void PlaceNotice();
+  void PlaceNewest();
 
   ChartDocument document_;
   ReadoutBar* readout_;
   QLabel* error_;
   ChartPlot* plot_;
   QLabel* notice_;
+  QPushButton* newest_;
   int hovered_bar_ = -1;
   int shown_interval_ = -2;  // whose readout widths are kept
 };

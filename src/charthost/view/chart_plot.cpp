@@ -4,6 +4,7 @@
 
 #include "charthost/bar_text.h"
 #include "charthost/view/bar_plottables.h"
+#include "charthost/view/position_marks.h"
 #include "charts/qt_text.h"
 #include "charts/value_ticker.h"
 
@@ -71,6 +72,7 @@ ChartPlot::ChartPlot(ChartModel& model, QWidget* parent) : BarPlot(parent), mode
       *volumes, 34, [](double value, double) { return ToQt(ShortVolumeText(value)); }));
   AddPlottables();
   AddLastPrice();
+  positions_ = std::make_unique<PositionMarks>(*this, *prices_, BarAxis());
   value_tag_ = AddPointerText();
   value_tag_->setPositionAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   date_tag_ = AddPointerText();
@@ -89,6 +91,8 @@ ChartPlot::ChartPlot(ChartModel& model, QWidget* parent) : BarPlot(parent), mode
   });
   ModelChanged();
 }
+
+ChartPlot::~ChartPlot() = default;
 
 void ChartPlot::AddPlottables() {
   QCPAxis* const prices = prices_->axis(QCPAxis::atRight);
@@ -133,8 +137,11 @@ void ChartPlot::SetColours(const Palette& colours) {
   down_volume_->setBrush(colours.down_volume);
   StyleTag(*value_tag_, colours.tag, colours.on_tag);
   StyleTag(*date_tag_, colours.tag, colours.on_tag);
+  positions_->SetColours(colours);
   ModelChanged();
 }
+
+void ChartPlot::SetPositions(const ChartPositions& positions) { positions_->Set(positions); }
 
 void ChartPlot::StyleTag(QCPItemText& tag, const QColor& background, const QColor& text) {
   tag.setFont(font());
@@ -213,6 +220,7 @@ void ChartPlot::FillPlottables() {
   }
   FillAverages();
   ShowLastPrice();
+  positions_->Show(model_);
 }
 
 void ChartPlot::FillAverages() {

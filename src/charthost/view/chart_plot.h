@@ -2,10 +2,12 @@
 
 #include "charthost/chart_model.h"
 #include "charts/bar_plot.h"
+#include "platform/chart_link.h"
 
 namespace velumar {
 
 class BarDateTicker;
+class PositionMarks;
 class PriceBars;
 
 // Draws a chart model and lets the mouse move its window: see BarPlot. In addition, a drag with
@@ -16,8 +18,12 @@ class ChartPlot : public BarPlot {
 
  public:
   ChartPlot(ChartModel& model, QWidget* parent);
+  ~ChartPlot() override;
 
   void SetColours(const Palette& colours) override;
+  // Orders as arrows at their bar and price, held sides as lines. The next drawing shows them.
+  void SetPositions(const ChartPositions& positions);
+  QRect PriceArea() const { return prices_->rect(); }
   // Call after the model has changed. A hidden plot is drawn when it is shown.
   void ModelChanged(RefreshPriority when = rpQueuedReplot);
 
@@ -59,6 +65,7 @@ class ChartPlot : public BarPlot {
   QCPBars* down_volume_;
   QCPItemLine* last_line_;
   QCPItemText* last_tag_;
+  std::unique_ptr<PositionMarks> positions_;
   QCPItemText* value_tag_;
   QCPItemText* date_tag_;
   bool volume_arranged_ = true;

@@ -10,6 +10,7 @@ const QString kStyle = QStringLiteral("Style");
 const QString kTheme = QStringLiteral("Theme");
 const QString kVolume = QStringLiteral("Volume");
 const QString kLogarithmic = QStringLiteral("LogScale");
+const QString kPositions = QStringLiteral("Positions");
 const QString kFolder = QStringLiteral("Folder");
 const QString kGeometry = QStringLiteral("Geometry");
 
@@ -43,6 +44,7 @@ ChartOptions ChartSettings::Options() const {
   options.theme = FromName(kThemeNames, settings_.value(kTheme), options.theme);
   options.volume = settings_.value(kVolume, options.volume).toBool();
   options.logarithmic = settings_.value(kLogarithmic, options.logarithmic).toBool();
+  options.positions = settings_.value(kPositions, options.positions).toBool();
   for (std::size_t i = 0; i < options.averages.size(); ++i) {
     AverageOptions& average = options.averages[i];
     average.shown = settings_.value(AverageKey(i, "Shown"), average.shown).toBool();
@@ -57,6 +59,7 @@ void ChartSettings::SetOptions(const ChartOptions& options) {
   settings_.setValue(kTheme, kThemeNames[static_cast<std::size_t>(options.theme)]);
   settings_.setValue(kVolume, options.volume);
   settings_.setValue(kLogarithmic, options.logarithmic);
+  settings_.setValue(kPositions, options.positions);
   for (std::size_t i = 0; i < options.averages.size(); ++i) {
     settings_.setValue(AverageKey(i, "Shown"), options.averages[i].shown);
     settings_.setValue(AverageKey(i, "Period"), options.averages[i].period);

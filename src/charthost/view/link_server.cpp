@@ -25,7 +25,13 @@ bool LinkServer::Accepts(std::string_view text) {
       window_.CloseAll();
       return true;
     case ChartRequest::Command::kRefresh:
-      window_.RefreshFolder(folder);
+      window_.RefreshFolder(folder, request->symbol, request->positions);
+      return true;
+    case ChartRequest::Command::kPositions:
+      window_.ShowPositions(folder, request->symbol, request->positions);
+      return true;
+    case ChartRequest::Command::kTheme:
+      window_.FollowTheme(request->dark);
       return true;
     case ChartRequest::Command::kOpen:
       break;

@@ -31,8 +31,14 @@ bool StartedByProgram() {
 
 void PrintLine(const std::string& line) { std::cout << line << std::endl; }
 
-// Returns whether to print states. Exits after --help, --version or an unknown option.
-bool ReadArguments() {
+struct Arguments {
+  bool prints_states;
+  QString opening;  // the symbol of the first chart, if Velumar will open one
+  QString theme;    // of Velumar: "light", "dark" or empty
+};
+
+// Exits after --help, --version or an unknown option.
+Arguments ReadArguments() {
   QCoreApplication::setApplicationVersion(QStringLiteral(VELUMAR_VERSION));
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("Draws charts of market data directories."));
@@ -42,8 +48,15 @@ bool ReadArguments() {
       QStringLiteral("state"),
       QStringLiteral("Print a line of JSON after each change of the open charts."));
   parser.addOption(state);
+  // For Velumar, which starts this program.
+  QCommandLineOption opening(QStringLiteral("opening"), QString(), QStringLiteral("symbol"));
+  QCommandLineOption theme(QStringLiteral("theme"), QString(), QStringLiteral("name"));
+  for (QCommandLineOption* const option : {&opening, &theme}) {
+    option->setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOption(*option);
+  }
   parser.process(WithoutForeignSwitches(QCoreApplication::arguments()));
-  return parser.isSet(state);
+  return {parser.isSet(state), parser.value(opening), parser.value(theme)};
 }
 
 }  // namespace
@@ -55,7 +68,7 @@ int main(int argc, char** argv) {
   }
   velumar::ChooseChartDisplay();
   QApplication application(argc, argv);
-  const bool prints_states = ReadArguments();
+  const Arguments arguments = ReadArguments();
   velumar::IgnoreClosedPipes();  // the reader of the lines may end first
 
   velumar::InstallStyle();
@@ -63,9 +76,11 @@ int main(int argc, char** argv) {
   velumar::IndexCache cache;
   const velumar::SeriesSource source(cache);
   velumar::ChartSettings settings;
-  velumar::MainWindow window(
-      source, settings,
-      prints_states ? velumar::MainWindow::Report(PrintLine) : velumar::MainWindow::Report());
+  velumar::MainWindow window(source, settings,
+                             arguments.prints_states ? velumar::MainWindow::Report(PrintLine)
+                                                     : velumar::MainWindow::Report());
+  if (!arguments.opening.isEmpty()) window.ShowOpening(arguments.opening);
+  if (!arguments.theme.isEmpty()) window.FollowTheme(arguments.theme == u"dark");
   const velumar::KeyFilter keys(window);
   StartedByProgram() ? window.showMaximized() : window.show();
   const velumar::LinkServer link(window);

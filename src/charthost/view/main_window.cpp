@@ -39,7 +39,7 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
   BuildFileMenu();
   BuildViewMenu();
   ShowOptions();
-  ApplyTheme(options_.theme);
+  ApplyTheme();
   ApplyColours();
   resize(1180, 760);
   restoreGeometry(settings.Geometry());
@@ -47,14 +47,14 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
 }
 
 void MainWindow::BuildCentre() {
-  auto* const hint = new QLabel(
+  hint_ = new QLabel(
       tr("<p style='font-size:x-large'>No chart is open</p><p>Open one: press <b>Alt+F</b>, then "
          "<b>O</b>.<br>Type or browse to a folder with market data, choose a security and press "
          "Enter.</p>"),
       this);
-  hint->setAlignment(Qt::AlignCenter);
-  hint->setWordWrap(true);
-  hint->setMargin(24);
+  hint_->setAlignment(Qt::AlignCenter);
+  hint_->setWordWrap(true);
+  hint_->setMargin(24);
   tabs_ = new QTabWidget(this);
   tabs_->setDocumentMode(true);
   tabs_->setTabsClosable(true);
@@ -63,7 +63,7 @@ void MainWindow::BuildCentre() {
   tabs_->tabBar()->setFocusPolicy(Qt::NoFocus);
   tabs_->tabBar()->setDrawBase(false);
   centre_ = new QStackedWidget(this);
-  centre_->addWidget(hint);
+  centre_->addWidget(hint_);
   centre_->addWidget(tabs_);
   setCentralWidget(centre_);
   connect(tabs_, &QTabWidget::tabCloseRequested, this, &MainWindow::CloseChart);
@@ -141,6 +141,8 @@ void MainWindow::AddToggles() {
   AddToggle([] { return tr("&Volume"); }, [](ChartOptions& o) -> bool& { return o.volume; });
   AddToggle([] { return tr("Lo&g scale"); },
             [](ChartOptions& o) -> bool& { return o.logarithmic; });
+  AddToggle([] { return tr("Or&ders and positions"); },
+            [](ChartOptions& o) -> bool& { return o.positions; });
   for (std::size_t i = 0; i < options_.averages.size(); ++i) {
     AddToggle(
         [this, i] {
@@ -227,16 +229,48 @@ void MainWindow::OpenDirectly(const TypedChoice& choice) {
   for (int i = 0; i < tabs_->count(); ++i) {
     if (!Chart(i)->Document().Shows(request)) continue;
     tabs_->setCurrentIndex(i);
-    return RefreshFolder(request.folder);
+    return Chart(i)->RefreshNow();
   }
   AddChart(request);
 }
 
-void MainWindow::RefreshFolder(const std::string& folder) {
+void MainWindow::RefreshFolder(const std::string& folder, const std::string& symbol,
+                               const ChartPositions& positions) {
   for (int i = 0; i < tabs_->count(); ++i) {
-    if (Chart(i)->Document().Folder() == folder) Chart(i)->RefreshNow();
+    const ChartDocument& chart = Chart(i)->Document();
+    if (chart.Folder() != folder) continue;
+    if (chart.Symbol() == symbol) Chart(i)->SetPositions(positions);
+    Chart(i)->RefreshNow();
   }
   Changed("refreshed");
+}
+
+void MainWindow::ShowPositions(const std::string& folder, const std::string& symbol,
+                               const ChartPositions& positions) {
+  for (int i = 0; i < tabs_->count(); ++i) {
+    const ChartDocument& chart = Chart(i)->Document();
+    if (chart.Folder() != folder || chart.Symbol() != symbol) continue;
+    Chart(i)->SetPositions(positions);
+    Chart(i)->WindowMoved();
+  }
+}
+
+void MainWindow::FollowTheme(bool dark) {
+  velumar_dark_ = dark;
+  ApplyTheme();
+}
+
+// "System" means the colours of Velumar's windows if they are known.
+void MainWindow::ApplyTheme() {
+  const bool follows = options_.theme == ChartTheme::kSystem && velumar_dark_;
+  velumar::ApplyTheme(!follows         ? options_.theme
+                      : *velumar_dark_ ? ChartTheme::kDark
+                                       : ChartTheme::kLight);
+}
+
+void MainWindow::ShowOpening(const QString& symbol) {
+  hint_->setText(QStringLiteral("<p style='font-size:x-large'>%1</p>")
+                     .arg(tr("Opening %1 ...").arg(symbol.toHtmlEscaped())));
 }
 
 void MainWindow::CloseAll() {
@@ -282,7 +316,7 @@ void MainWindow::SetOptions(const ChartOptions& options) {
   options_ = options;
   settings_.SetOptions(options);
   for (int i = 0; i < tabs_->count(); ++i) Chart(i)->SetOptions(options);
-  if (other_theme) ApplyTheme(options.theme);
+  if (other_theme) ApplyTheme();
   ShowOptions();
 }
 

@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,7 +10,9 @@
 #include "charthost/series_source.h"
 #include "charthost/view/chart_settings.h"
 #include "charthost/view_window.h"
+#include "platform/chart_link.h"
 
+class QLabel;
 class QMenu;
 class QStackedWidget;
 class QTabWidget;
@@ -41,8 +44,16 @@ class MainWindow : public QMainWindow {
   // Shows the chart of these entries, in its tab if it is open. Throws std::exception with a
   // sentence if there is no such series.
   void OpenDirectly(const TypedChoice& choice);
-  // Refreshes all charts of the folder; the one in front is on the screen at the return.
-  void RefreshFolder(const std::string& folder);
+  // Refreshes all charts of the folder, and shows the positions on those of the symbol. The chart
+  // in front is on the screen at the return.
+  void RefreshFolder(const std::string& folder, const std::string& symbol,
+                     const ChartPositions& positions);
+  void ShowPositions(const std::string& folder, const std::string& symbol,
+                     const ChartPositions& positions);
+  // The colours of Velumar's windows, for as long as "System" is chosen.
+  void FollowTheme(bool dark);
+  // Shown until the first chart is open.
+  void ShowOpening(const QString& symbol);
 
   OpenDialog& FileDialog() { return *dialog_; }
   ChartPane* ActiveChart() const;
@@ -81,6 +92,7 @@ class MainWindow : public QMainWindow {
   void ChartActivated();
   void SetOptions(const ChartOptions& options);
   void ShowOptions();
+  void ApplyTheme();
   void ApplyColours();
   void StyleTabs();
   ChartPane* Chart(int index) const;
@@ -91,6 +103,8 @@ class MainWindow : public QMainWindow {
   ChartSettings& settings_;
   Report report_;
   ChartOptions options_;
+  std::optional<bool> velumar_dark_;
+  QLabel* hint_;
   QStackedWidget* centre_;
   QTabWidget* tabs_;
   OpenDialog* dialog_;

@@ -1,0 +1,125 @@
+#include "charthost/view/position_marks.h"
+
+#include <cmath>
+
+#include "charthost/bar_text.h"
+#include "charts/qt_text.h"
+
+namespace velumar {
+namespace {
+
+constexpr double kArrowPixels = 7;  // half its width
+
+// Buys are a long entry and a short exit.
+bool Buys(const OrderMark& order) { return order.is_long == order.entry; }
+
+std::size_t ArrowIndex(bool buys, bool entry) { return (buys ? 0U : 2U) + (entry ? 0U : 1U); }
+
+// The tip is at (0, 0), below it the arrow up, above it the arrow down.
+QPainterPath Arrow(bool up) {
+  const double length = up ? 1.6 * kArrowPixels : -1.6 * kArrowPixels;
+  QPainterPath path;
+  path.moveTo(0, 0);
+  path.lineTo(kArrowPixels, length);
+  path.lineTo(-kArrowPixels, length);
+  path.closeSubpath();
+  return path;
+}
+
+// "2.5", without trailing zeros.
+QString QuantityText(double quantity) { return QString::number(quantity, 'g', 7); }
+
+QString ProfitText(double profit) {
+  const QString sign = profit < 0 ? QString() : QStringLiteral("+");
+  return sign + QLocale(QLocale::English).toString(profit, 'f', 2);
+}
+
+}  // namespace
+
+PositionMarks::PositionMarks(QCustomPlot& plot, QCPAxisRect& prices, QCPAxis& bars)
+    : prices_(prices) {
+  QCPAxis* const values = prices.axis(QCPAxis::atRight);
+  for (QCPGraph*& arrow : arrows_) {
+    arrow = new QCPGraph(&bars, values);
+    arrow->setLineStyle(QCPGraph::lsNone);
+    arrow->setSelectable(QCP::stNone);
+    arrow->setLayer(QStringLiteral("overlay"));  // above the tags
+  }
+  for (HeldMark& held : held_) {
+    held = {new QCPItemLine(&plot), new QCPItemText(&plot)};
+    held.tag->setPadding(QMargins(5, 1, 5, 1));
+    held.tag->setPositionAlignment(Qt::AlignRight | Qt::AlignBottom);
+    for (QCPItemPosition* const place : {held.line->start, held.line->end, held.tag->position}) {
+      place->setAxisRect(&prices);
+      place->setAxes(&bars, values);
+      place->setTypeX(QCPItemPosition::ptAxisRectRatio);
+      place->setTypeY(QCPItemPosition::ptPlotCoords);
+    }
+    held.line->setAntialiased(false);
+  }
+  StyleArrows();
+}
+
+void PositionMarks::SetColours(const Palette& colours) {
+  colours_ = colours;
+  StyleArrows();
+}
+
+void PositionMarks::StyleArrows() {
+  for (const bool buys : {true, false}) {
+    const QColor colour = buys ? colours_.up : colours_.down;
+    for (const bool entry : {true, false}) {
+      const QBrush fill(entry ? colour : colours_.field);
+      // A frame in the colour of the ground keeps the arrow apart from its candle.
+      const QPen frame(entry ? colours_.field : colour, entry ? 1 : 2);
+      arrows_[ArrowIndex(buys, entry)]->setScatterStyle(
+          QCPScatterStyle(Arrow(buys), frame, fill, 6));
+    }
+  }
+}
+
+void PositionMarks::Show(const ChartModel& model) {
+  for (const HeldMark& held : held_) {
+    held.line->setVisible(false);
+    held.tag->setVisible(false);
+  }
+  ShowOrders(model);
+  if (!model.Options().positions) return;
+  for (const HeldLine& held : positions_.held) ShowHeld(held, model);
+}
+
+// Orders at bars that the chart doesn't have yet wait for them.
+void PositionMarks::ShowOrders(const ChartModel& model) {
+  std::array<QVector<QCPGraphData>, 4> points;
+  if (model.Options().positions) {
+    for (const OrderMark& order : positions_.orders) {
+      const bool drawable = order.bar >= 0 && order.bar < model.Series().size() &&
+                            std::isfinite(order.price) && (!model.Logarithmic() || order.price > 0);
+      if (drawable) {
+        points[ArrowIndex(Buys(order), order.entry)].append({double(order.bar), order.price});
+      }
+    }
+  }
+  for (std::size_t i = 0; i < points.size(); ++i) arrows_[i]->data()->set(points[i]);
+}
+
+void PositionMarks::ShowHeld(const HeldLine& held, const ChartModel& model) {
+  const HeldMark& mark = held_[held.is_long ? 0 : 1];
+  if (!prices_.axis(QCPAxis::atRight)->range().contains(held.price)) return;
+  const QColor colour = held.is_long ? colours_.up : colours_.down;
+  mark.line->setPen(QPen(colour, 1.5, Qt::DashLine));
+  mark.line->start->setCoords(0, held.price);
+  mark.line->end->setCoords(1, held.price);
+  mark.line->setVisible(true);
+  mark.tag->setText(QStringLiteral("%1 %2 @ %3   %4")
+                        .arg(held.is_long ? QStringLiteral("Long") : QStringLiteral("Short"),
+                             QuantityText(held.quantity),
+                             ToQt(PriceText(held.price, model.Series().decimals)),
+                             ProfitText(held.profit)));
+  mark.tag->setColor(colour);
+  mark.tag->setBrush(colours_.field);
+  mark.tag->position->setCoords(1, held.price);
+  mark.tag->setVisible(true);
+}
+
+}  // namespace velumar

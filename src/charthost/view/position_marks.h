@@ -1,0 +1,43 @@
+#pragma once
+
+#include <qcustomplot.h>
+
+#include <array>
+
+#include "charthost/chart_model.h"
+#include "charts/palette.h"
+#include "platform/chart_link.h"
+
+namespace velumar {
+
+// What was traded, on a price chart: an arrow for each order, whose tip is at the price of its bar
+// (an entry is filled, an exit hollow; an arrow up buys, one down sells), and a line at the average
+// price of each held side, with quantity and open profit at its right end.
+class PositionMarks {
+ public:
+  // Adds its parts to the plot, which owns them.
+  PositionMarks(QCustomPlot& plot, QCPAxisRect& prices, QCPAxis& bars);
+
+  void Set(const ChartPositions& positions) { positions_ = positions; }
+  void SetColours(const Palette& colours);
+  // Fills the parts for what the model shows.
+  void Show(const ChartModel& model);
+
+ private:
+  struct HeldMark {
+    QCPItemLine* line;
+    QCPItemText* tag;
+  };
+
+  void ShowOrders(const ChartModel& model);
+  void ShowHeld(const HeldLine& held, const ChartModel& model);
+  void StyleArrows();
+
+  QCPAxisRect& prices_;
+  Palette colours_ = Palette::Light();
+  ChartPositions positions_;
+  std::array<QCPGraph*, 4> arrows_;  // by direction, then entry
+  std::array<HeldMark, 2> held_;     // long, short
+};
+
+}  // namespace velumar
