@@ -20,6 +20,7 @@ inline constexpr int kRight = 39;
 inline constexpr int kLong = 'L';
 inline constexpr int kShort = 'S';
 inline constexpr int kBoard = 'B';
+inline constexpr int kGoTo = 'G';
 
 }  // namespace run_key
 
@@ -31,6 +32,7 @@ constexpr bool IsRunKey(const RunKeyPress& press) {
     case run_key::kShort:
       return true;
     case run_key::kBoard:
+    case run_key::kGoTo:
     case run_key::kSpace:
     case run_key::kPageUp:
     case run_key::kPageDown:

@@ -53,8 +53,14 @@ class RecordingBoxes : public MessageBoxes {
     shown.emplace_back(std::string(title) + ": " + std::string(text));
   }
   std::size_t Ask(std::string_view text, const std::vector<std::string>& offered) override;
+  std::optional<std::int32_t> AskDate(std::string_view text, std::int32_t, std::int32_t,
+                                      std::int32_t) override {
+    shown.emplace_back(text);
+    return date;
+  }
   std::vector<std::string> shown;
   std::vector<std::size_t> answers;
+  std::optional<std::int32_t> date;
 };
 
 // Returns the prepared folders in turn. Throws std::runtime_error if none is left, since nobody is

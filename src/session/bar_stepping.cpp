@@ -46,6 +46,17 @@ void BarStepper::FastUnfeed(std::int16_t& index) {
   ShowPrice(left);
 }
 
+void BarStepper::MoveTo(std::int16_t& index, int bar) {
+  const int target = std::clamp(bar, 0, session_.LastArrayIndex());
+  const bool forward = target > index;
+  const Bars bars = forward ? Bars{index + 1, target} : Bars{target + 1, index};
+  const int newest = bars.first > bars.last
+                         ? index
+                         : Change(bars, forward ? Direction::kForward : Direction::kBackward);
+  index = static_cast<std::int16_t>(newest);
+  ShowMoment(index);
+}
+
 // If a step fails, the store is restored: a chart ahead of the cursor would show the future. If
 // that fails too, the step ends at the bar that it reached.
 int BarStepper::Change(Bars bars, Direction direction) {
@@ -92,7 +103,11 @@ std::optional<int> BarStepper::Reached(Bars bars, Direction direction) const {
 }
 
 void BarStepper::Apply(MetaLibWriter& writer, Bars bars, Direction direction) const {
-  if (direction == Direction::kForward) {
+  const bool forward = direction == Direction::kForward;
+  if (bars.last - bars.first >= kFastStep) {
+    return Rewrite(writer, forward ? bars.last : bars.first - 1);
+  }
+  if (forward) {
     for (int bar = bars.first; bar <= bars.last; ++bar) Append(writer, bar);
   } else {
     for (int bar = bars.last; bar >= bars.first; --bar) Delete(writer, bar);
@@ -117,6 +132,15 @@ void BarStepper::Open(MetaLibWriter& writer) const {
   if (const auto series = ReplayableInterval(session_.Run.interval)) {
     writer.SelectSeries(symbol, series->daily, series->minutes);
   }
+}
+
+void BarStepper::Rewrite(MetaLibWriter& writer, int newest) const {
+  const auto upto = [newest](const auto& all) {
+    return std::vector(all.begin(), all.begin() + newest + 1);
+  };
+  writer.WriteSeries(upto(session_.BarDate), upto(session_.BarTime), upto(session_.BarOpen),
+                     upto(session_.BarHigh), upto(session_.BarLow), upto(session_.BarClose),
+                     upto(session_.BarVolume), upto(session_.BarOpenInt));
 }
 
 void BarStepper::Append(MetaLibWriter& writer, int bar) const {

@@ -31,6 +31,8 @@ class BarStepper {
   void UnfeedBar(std::int16_t& index);
   // Removes up to 30 bars, but never bar 0, and writes bar 0 into an empty store.
   void FastUnfeed(std::int16_t& index);
+  // Moves to a bar of the series in one step, in either direction.
+  void MoveTo(std::int16_t& index, int bar);
 
  private:
   enum class Direction : std::uint8_t { kForward, kBackward };
@@ -47,6 +49,8 @@ class BarStepper {
   void TakeBack(Bars bars, Direction direction) const;
   // Selects nothing if the store doesn't list the symbol; the next call then throws.
   void Open(MetaLibWriter& writer) const;
+  // Makes `newest` the newest bar by one write of the whole file, for many bars.
+  void Rewrite(MetaLibWriter& writer, int newest) const;
   void Append(MetaLibWriter& writer, int bar) const;
   void Delete(MetaLibWriter& writer, int bar) const;
   bool Daily() const;

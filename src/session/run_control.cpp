@@ -1,5 +1,7 @@
 #include "session/run_control.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
@@ -210,14 +212,32 @@ void RunControl::GoFastRewind() {
        &BarStepper::FastUnfeed);
 }
 
+void RunControl::GoToDate() {
+  if (session_.Preparing || !stepper_.HasBars()) return;
+  const std::vector<std::int32_t>& days = session_.BarDate;
+  const auto present = static_cast<std::size_t>(std::max<int>(session_.BarIndex, 0));
+  const auto day =
+      platform_.boxes.AskDate("Go to the first bar of:", days.front(), days.back(), days[present]);
+  if (!day) return;
+  Step("Goto Date Plase wait ...", [&, day = *day](std::int16_t& index) {
+    const auto bar = std::lower_bound(session_.BarDate.begin(), session_.BarDate.end(), day);
+    stepper_.MoveTo(index, static_cast<int>(bar - session_.BarDate.begin()));
+  });
+}
+
 void RunControl::Step(std::string_view status, void (BarStepper::*step)(std::int16_t& index)) {
+  Step(status, [&](std::int16_t& index) { (stepper_.*step)(index); });
+}
+
+void RunControl::Step(std::string_view status,
+                      const std::function<void(std::int16_t& index)>& step) {
   if (session_.Preparing) return;
   view_.SetStatusLine(status);
   if (!stepper_.HasBars()) {
     view_.SetStatusLine("No bars loaded");
   } else if (RequireLoadedSeries()) {
     try {
-      (stepper_.*step)(session_.BarIndex);
+      step(session_.BarIndex);
     } catch (const MetaLibError& error) {
       ShowFailure("The step was not made.", error);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -46,6 +47,8 @@ class RunControl {
   void GoFastForward();
   void GoPrevious();
   void GoFastRewind();
+  // Asks for a day and moves to its first bar, or to the first one after it, in one step.
+  void GoToDate();
 
   // True while a feed is running that will feed another bar.
   bool Feeding() const { return feeding_; }
@@ -72,6 +75,7 @@ class RunControl {
   void Feed(RunNumber run);
   bool FeedOne(RunNumber run);
   // Makes a step and refreshes the charts. If the step fails, shows a box; nothing has moved.
+  void Step(std::string_view status, const std::function<void(std::int16_t& index)>& step);
   void Step(std::string_view status, void (BarStepper::*step)(std::int16_t& index));
   // Shows a box with what failed and why. The number of a library error comes first.
   void ShowFailure(const std::string& what, const std::exception& error);

@@ -38,8 +38,8 @@ struct Program::Parts {
         preview(desktop, platform),
         keys(
             session, desktop, trader, [this] { return chart.OpeningChart(); },
-            EventGuard(platform.boxes)("Opening the score board", [this] { score_board.Open(); })) {
-  }
+            EventGuard(platform.boxes)("Opening the score board", [this] { score_board.Open(); }),
+            EventGuard(platform.boxes)("Moving to a date", [this] { run.GoToDate(); })) {}
 
   Platform platform;
   RunWindows windows;

@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "marketdata/metalib_error.h"
 #include "session/bar_stepping.h"
 #include "support/session_fixture.h"
@@ -9,16 +11,16 @@ namespace {
 constexpr int kBars = 120;
 constexpr int kStart = 60;
 
-using StepFunction = void (BarStepper::*)(std::int16_t&);
+using StepFunction = std::function<void(BarStepper&, std::int16_t&)>;
 
 // Makes a step from the bar before kStart, in the process whose disk breaks. Returns where the
 // cursor is then.
-int StepFrom(const SimSession& chosen, StepFunction step) {
+int StepFrom(const SimSession& chosen, const StepFunction& step) {
   SimSession session = chosen;
   IndexCache cache;
   BarStepper stepper(session, cache);
   try {
-    (stepper.*step)(session.BarIndex);
+    step(stepper, session.BarIndex);
   } catch (const MetaLibError&) {
     // The step was not made.
   }
@@ -44,10 +46,15 @@ TEST_F(StepFaultTest, AStepIsCompleteOrRolledBack) {
   std::filesystem::copy(store, kept);
   int faults = 0;
   int taken_back = 0;
+  const auto to = [](int bar) {
+    return [bar](BarStepper& stepper, std::int16_t& index) { stepper.MoveTo(index, bar); };
+  };
   const std::pair<StepFunction, int> steps[] = {{&BarStepper::FeedBar, kStart},
                                                 {&BarStepper::FastFeed, kStart + 29},
+                                                {to(kStart + 50), kStart + 50},
                                                 {&BarStepper::UnfeedBar, kStart - 2},
-                                                {&BarStepper::FastUnfeed, kStart - 31}};
+                                                {&BarStepper::FastUnfeed, kStart - 31},
+                                                {to(kStart - 50), kStart - 50}};
   for (const auto& [step, target] : steps) {
     faults += ForEachFault([&, step = step, target = target](const DiskFault& fault) {
       std::filesystem::remove_all(store);

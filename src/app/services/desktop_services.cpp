@@ -2,14 +2,18 @@
 
 #include <QClipboard>
 #include <QColorDialog>
+#include <QDateEdit>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
 #include <QStandardPaths>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
@@ -21,6 +25,8 @@
 namespace velumar {
 
 namespace {
+
+QDate ToQDate(std::int32_t date) { return {date / 10000, date / 100 % 100, date % 100}; }
 
 QMessageBox::Icon QtIcon(BoxIcon icon) {
   if (icon == BoxIcon::kInformation) return QMessageBox::Information;
@@ -136,6 +142,27 @@ std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>&
     return QDir::toNativeSeparators(file).toStdString();
   }
   return std::nullopt;
+}
+
+std::optional<std::int32_t> QtMessageBoxes::AskDate(std::string_view text, std::int32_t first,
+                                                    std::int32_t last, std::int32_t present) {
+  QDialog box;
+  box.setWindowFlag(Qt::WindowStaysOnTopHint);
+  auto* const day = new QDateEdit(ToQDate(present), &box);
+  day->setDateRange(ToQDate(first), ToQDate(last));
+  day->setCalendarPopup(true);
+  auto* const label = new QLabel(ToQt(text), &box);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &box);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &box, &QDialog::reject);
+  auto* const layout = new QVBoxLayout(&box);
+  for (QWidget* const part :
+       {static_cast<QWidget*>(label), static_cast<QWidget*>(day), static_cast<QWidget*>(buttons)}) {
+    layout->addWidget(part);
+  }
+  day->setFocus();
+  if (box.exec() != QDialog::Accepted) return std::nullopt;
+  return day->date().year() * 10000 + day->date().month() * 100 + day->date().day();
 }
 
 std::optional<std::uint32_t> QtColourDialog::ChooseColour(std::uint32_t current) {

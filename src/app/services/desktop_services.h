@@ -11,6 +11,8 @@ class QtMessageBoxes : public MessageBoxes {
   void Show(std::string_view text, BoxIcon icon) override;
   void ShowTitled(std::string_view title, std::string_view text, BoxIcon icon) override;
   std::size_t Ask(std::string_view text, const std::vector<std::string>& answers) override;
+  std::optional<std::int32_t> AskDate(std::string_view text, std::int32_t first, std::int32_t last,
+                                      std::int32_t present) override;
 };
 
 class QtFolderDialog : public FolderDialog {

@@ -95,6 +95,11 @@ std::size_t PrintedMessageBoxes::Ask(std::string_view text,
   return answers.size() - 1;
 }
 
+std::optional<std::int32_t> PrintedMessageBoxes::AskDate(std::string_view, std::int32_t,
+                                                         std::int32_t, std::int32_t) {
+  return std::nullopt;
+}
+
 UnansweredFolderDialog::UnansweredFolderDialog(FailRun fail) : fail_(std::move(fail)) {}
 
 std::string UnansweredFolderDialog::BrowseForFolder(std::string_view prompt) {

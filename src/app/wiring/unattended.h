@@ -62,6 +62,8 @@ class PrintedMessageBoxes : public MessageBoxes {
     Show(text, icon);
   }
   std::size_t Ask(std::string_view text, const std::vector<std::string>& answers) override;
+  std::optional<std::int32_t> AskDate(std::string_view text, std::int32_t first, std::int32_t last,
+                                      std::int32_t present) override;
 };
 
 // Fails the run, since nobody can choose a folder.

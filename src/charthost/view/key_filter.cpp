@@ -49,7 +49,8 @@ int RunKeyCode(int key) {
                                          {Qt::Key_Space, Qt::Key_Space},
                                          {Qt::Key_L, Qt::Key_L},
                                          {Qt::Key_S, Qt::Key_S},
-                                         {Qt::Key_B, Qt::Key_B}};
+                                         {Qt::Key_B, Qt::Key_B},
+                                         {Qt::Key_G, Qt::Key_G}};
   return kCodes.value(key, 0);
 }
 
