@@ -29,6 +29,8 @@ class HostControl : public ChartSide {
   bool OpeningChart() const { return keys_.OpeningChart(); }
   // The colours of Velumar's windows, for our chart program.
   void SetTheme(bool dark) { link_.SetTheme(dark); }
+  // Closes our chart program if it was started by this one.
+  void QuitStarted() { link_.QuitStarted(); }
   // The trader has closed our chart program, so it is not started again by itself.
   void ChartClosedByTrader() { link_.ClosedByTrader(); }
 

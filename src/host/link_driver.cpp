@@ -22,6 +22,7 @@ constexpr std::chrono::milliseconds kPatience{2000};
 // A program that has not answered once must not stop the replay for two seconds at each bar.
 constexpr std::chrono::milliseconds kPatienceWithBusy{200};
 constexpr int kStartMs = 10000;
+constexpr int kMostRestarts = 3;  // without a refresh that worked
 constexpr int kLookMs = 20;
 
 // Minutes, -1 for daily bars.
@@ -31,10 +32,20 @@ std::optional<int> IntervalOf(const RunSeries& series) {
   return minutes ? std::optional<int>(*minutes) : std::nullopt;
 }
 
-// What the program says until its first chart is open.
+// What the program shows until its first chart is open. Blanks end an argument of a command line,
+// so they are percent-encoded.
 std::string OpeningArgument(const std::string& symbol) {
-  const bool quotable = symbol.find('"') == std::string::npos;
-  return quotable ? " \"--opening=" + symbol + "\"" : std::string();
+  std::string argument = " --opening=";
+  for (const char c : symbol) {
+    if (c == ' ') {
+      argument += "%20";
+    } else if (c == '%') {
+      argument += "%25";
+    } else {
+      argument += c;
+    }
+  }
+  return argument;
 }
 
 }  // namespace
@@ -96,7 +107,9 @@ bool LinkDriver::StartProgram() {
   for (int waited = 0; waited < kStartMs; waited += kLookMs) {
     WaitMilliseconds(platform_.events, kLookMs);
     program_ = Look();
-    if (program_ == Program::kAnswers) return true;
+    if (program_ != Program::kAnswers) continue;
+    started_ = process_;
+    return true;
   }
   return false;
 }
@@ -116,7 +129,9 @@ void LinkDriver::OpenChart() {
 }
 
 ChartTrouble LinkDriver::Refresh() {
-  if (program_ == Program::kGone && !StartProgram()) return NoChartProgram();
+  if (program_ == Program::kGone && (++restarts_ > kMostRestarts || !StartProgram())) {
+    return NoChartProgram();
+  }
   if (program_ == Program::kBusy) return ChartProgramBusy();
   if (opened_in_ != process_) OpenChart();
   RevaluePositions(session_);
@@ -126,6 +141,8 @@ ChartTrouble LinkDriver::Refresh() {
                                  .positions = Positions()});
   switch (answer.outcome) {
     case LinkOutcome::kDone:
+      restarts_ = 0;
+      return {};
     case LinkOutcome::kRefused:
       return {};
     case LinkOutcome::kNoAnswer:
@@ -162,6 +179,12 @@ ChartPositions LinkDriver::Positions() {
 void LinkDriver::SetTheme(bool dark) {
   dark_ = dark;
   if (Reaches() && program_ == Program::kAnswers) SendTheme();
+}
+
+void LinkDriver::QuitStarted() {
+  if (started_ != 0 && Look() == Program::kAnswers && process_ == started_) {
+    Ask({.command = Command::kQuit});
+  }
 }
 
 void LinkDriver::SendTheme() {

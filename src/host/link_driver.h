@@ -39,6 +39,8 @@ class LinkDriver : public ChartDriver {
   // Our chart program takes these colours, now and whenever it is started, unless the trader has
   // chosen others in its menu.
   void SetTheme(bool dark);
+  // Closes the chart program if this object has started it.
+  void QuitStarted();
   // The trader has closed the chart program, so it is not started again by itself.
   void ClosedByTrader() { process_ = 0; }
 
@@ -65,7 +67,9 @@ class LinkDriver : public ChartDriver {
   TraderFocus& trader_;
   std::optional<bool> dark_;
   Program program_ = Program::kForeign;
-  std::uint32_t process_ = 0;    // that answered last
+  std::uint32_t process_ = 0;  // that answered last
+  int restarts_ = 0;
+  std::uint32_t started_ = 0;    // the process that this object has started
   std::uint32_t opened_in_ = 0;  // the process in which the chart was opened
 };
 

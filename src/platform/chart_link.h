@@ -43,7 +43,15 @@ struct ChartPositions {
 // What Velumar asks of its own chart program. Each request is answered once it is done; a refresh
 // is done when the bars are on the screen.
 struct ChartRequest {
-  enum class Command : std::uint8_t { kHello, kCloseAll, kOpen, kRefresh, kPositions, kTheme };
+  enum class Command : std::uint8_t {
+    kHello,
+    kCloseAll,
+    kOpen,
+    kRefresh,
+    kPositions,
+    kTheme,
+    kQuit
+  };
 
   Command command = Command::kHello;
   std::string folder = {};           // kOpen, kRefresh, kPositions: the working store

@@ -83,6 +83,8 @@ void Program::ShowAgain() {
 
 void Program::SetTheme(bool dark) { parts_->chart.SetTheme(dark); }
 
+void Program::QuitChartProgram() { parts_->chart.QuitStarted(); }
+
 void Program::ChartClosedByTrader() { parts_->chart.ChartClosedByTrader(); }
 
 RunKeys& Program::Keys() { return parts_->keys; }

@@ -28,6 +28,8 @@ class Program {
   void ShowAgain();
   // The windows have these colours now.
   void SetTheme(bool dark);
+  // Closes the chart program if this program has started it. Call it at the end of the process.
+  void QuitChartProgram();
   // The trader has closed our chart program.
   void ChartClosedByTrader();
   // What the keyboard does in a run.

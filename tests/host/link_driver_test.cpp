@@ -36,6 +36,8 @@ class LinkedChart : public ChartLink {
       open = read->folder + " " + read->symbol + " " + std::to_string(read->interval.value_or(0));
     }
     if (read->command == Command::kCloseAll) open.clear();
+    if (read->command == Command::kQuit) End();
+    if (!read->symbol.empty()) positions = read->positions;
     if (read->command == Command::kRefresh) ++(open.empty() ? lost_refreshes : refreshes);
     return {LinkOutcome::kDone, process};
   }
@@ -52,6 +54,7 @@ class LinkedChart : public ChartLink {
   int ends_before = -1;  // the number of the request that finds nobody
   std::vector<Command> asked;
   std::string open;
+  ChartPositions positions;
   int refreshes = 0;
   int lost_refreshes = 0;
 
@@ -184,6 +187,34 @@ TEST_F(LinkDriverTest, AProgramThatTheTraderClosedStaysClosed) {
   host.RefreshCharts();
   EXPECT_EQ(outside.programs.started.size(), 1U);
   EXPECT_EQ(run.line, "No chart program, start it! ");
+}
+
+TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAtTheEnd) {
+  StartRun();
+  HostControl other(session, run, run, platform, registry, trader);
+  other.RefreshCharts();
+  other.QuitStarted();
+  EXPECT_TRUE(chart.running) << "another Velumar's";
+  host.QuitStarted();
+  EXPECT_FALSE(chart.running);
+}
+
+TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {
+  session.Orders = {{5, 10.5, true, true}, {7, 11, true, false}, {9, 12, false, true}};
+  session.BarIndex = 8;
+  session.SAccum = 2;
+  session.SAvgPrice = 12;
+  session.MarketPrice = 11.5;
+  session.ProfitPerContract = 100;
+  StartRun();
+  EXPECT_EQ(link.positions.orders,
+            (std::vector<OrderMark>{{5, 10.5, true, true}, {7, 11, true, false}}));
+  EXPECT_EQ(link.positions.held, (std::vector<HeldLine>{{false, 12, 2, 100}}));
+  session.BarIndex = 9;
+  session.SAccum = 0;
+  host.ShowPositions();
+  EXPECT_EQ(link.positions.orders.size(), 3U);
+  EXPECT_TRUE(link.positions.held.empty());
 }
 
 TEST_F(LinkDriverTest, AChartThatCannotBeOpenedShowsABox) {

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QStandardPaths>
 #include <QVBoxLayout>
@@ -25,6 +26,11 @@
 namespace velumar {
 
 namespace {
+
+// Price histories span a century.
+QString FourDigitYears(QString format) {
+  return format.replace(QRegularExpression(QStringLiteral("y+")), QStringLiteral("yyyy"));
+}
 
 QDate ToQDate(std::int32_t date) { return {date / 10000, date / 100 % 100, date % 100}; }
 
@@ -151,6 +157,7 @@ std::optional<std::int32_t> QtMessageBoxes::AskDate(std::string_view text, std::
   auto* const day = new QDateEdit(ToQDate(present), &box);
   day->setDateRange(ToQDate(first), ToQDate(last));
   day->setCalendarPopup(true);
+  if (!date_format_.isEmpty()) day->setDisplayFormat(FourDigitYears(date_format_));
   auto* const label = new QLabel(ToQt(text), &box);
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &box);
   QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);

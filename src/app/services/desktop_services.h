@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <utility>
 
 #include "platform/services.h"
 
@@ -8,11 +9,16 @@ namespace velumar {
 
 class QtMessageBoxes : public MessageBoxes {
  public:
+  // The pattern of dates in boxes, in the letters d, M, y.
+  explicit QtMessageBoxes(QString date_format = {}) : date_format_(std::move(date_format)) {}
   void Show(std::string_view text, BoxIcon icon) override;
   void ShowTitled(std::string_view title, std::string_view text, BoxIcon icon) override;
   std::size_t Ask(std::string_view text, const std::vector<std::string>& answers) override;
   std::optional<std::int32_t> AskDate(std::string_view text, std::int32_t first, std::int32_t last,
                                       std::int32_t present) override;
+
+ private:
+  QString date_format_;
 };
 
 class QtFolderDialog : public FolderDialog {

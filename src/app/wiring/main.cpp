@@ -83,7 +83,8 @@ void ShowProblems(MessageBoxes& boxes, const std::vector<std::string>& problems)
   EndProcessAtOnce(kFailure);
 }
 
-// Releases the lock of the settings folder before it ends this process.
+// Closes what belongs to this process before it ends: the chart program and the lock of the
+// settings folder.
 class ReleasingPrograms : public Programs {
  public:
   ReleasingPrograms(Programs& programs, SingleInstance& instance)
@@ -91,7 +92,9 @@ class ReleasingPrograms : public Programs {
 
   void Start(std::string_view command_line) override { programs_.Start(command_line); }
   void OpenInBrowser(std::string_view address) override { programs_.OpenInBrowser(address); }
+  void BeforeEnd(std::function<void()> work) { before_end_ = std::move(work); }
   void EndProcess() override {
+    if (before_end_) before_end_();
     instance_.Release();
     programs_.EndProcess();
   }
@@ -99,6 +102,7 @@ class ReleasingPrograms : public Programs {
  private:
   Programs& programs_;
   SingleInstance& instance_;
+  std::function<void()> before_end_;
 };
 
 int Run(QApplication& application, const Options& options, SingleInstance& instance) {
@@ -109,7 +113,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   const std::string samples = SampleFolder(ends, program_folder);
   QtEventLoop events;
   const std::unique_ptr<WebClient> web = SystemWebClient(events);
-  QtMessageBoxes shown_boxes;
+  QtMessageBoxes shown_boxes(ToQt(ends.locale->ShortDatePattern()));
   PrintedMessageBoxes printed_boxes;
   QtFolderDialog shown_folders;
   UnansweredFolderDialog no_folders(Fail);
@@ -163,6 +167,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
     view.SetTheme(changed);
     program.SetTheme(changed.dark);
   });
+  programs.BeforeEnd([&program] { program.QuitChartProgram(); });
   RunKeyFilter run_keys(program.Keys());
   const auto keys_from_chart =
       ListenForMessages(kRunKeyListener, [&program, &run_keys](const IpcMessage& mail) {

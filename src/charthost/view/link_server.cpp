@@ -1,5 +1,6 @@
 #include "charthost/view/link_server.h"
 
+#include <QTimer>
 #include <exception>
 
 #include "charthost/view/main_window.h"
@@ -32,6 +33,9 @@ bool LinkServer::Accepts(std::string_view text) {
       return true;
     case ChartRequest::Command::kTheme:
       window_.FollowTheme(request->dark);
+      return true;
+    case ChartRequest::Command::kQuit:
+      QTimer::singleShot(0, &window_, &QWidget::close);  // after the answer
       return true;
     case ChartRequest::Command::kOpen:
       break;

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QUrl>
 #include <iostream>
 
 #include "charthost/series_source.h"
@@ -56,7 +57,8 @@ Arguments ReadArguments() {
     parser.addOption(*option);
   }
   parser.process(WithoutForeignSwitches(QCoreApplication::arguments()));
-  return {parser.isSet(state), parser.value(opening), parser.value(theme)};
+  return {parser.isSet(state), QUrl::fromPercentEncoding(parser.value(opening).toUtf8()),
+          parser.value(theme)};
 }
 
 }  // namespace
@@ -79,7 +81,10 @@ int main(int argc, char** argv) {
   velumar::MainWindow window(source, settings,
                              arguments.prints_states ? velumar::MainWindow::Report(PrintLine)
                                                      : velumar::MainWindow::Report());
-  if (!arguments.opening.isEmpty()) window.ShowOpening(arguments.opening);
+  if (!arguments.opening.isEmpty()) {
+    window.ShowOpening(arguments.opening);
+    window.setAttribute(Qt::WA_ShowWithoutActivating);  // the trader works in Velumar
+  }
   if (!arguments.theme.isEmpty()) window.FollowTheme(arguments.theme == u"dark");
   const velumar::KeyFilter keys(window);
   StartedByProgram() ? window.showMaximized() : window.show();

@@ -11,13 +11,14 @@ namespace {
 constexpr int kProtocol = 1;
 
 using Command = ChartRequest::Command;
-constexpr std::array<std::pair<Command, std::string_view>, 6> kCommands = {{
+constexpr std::array<std::pair<Command, std::string_view>, 7> kCommands = {{
     {Command::kHello, "hello"},
     {Command::kCloseAll, "close all"},
     {Command::kOpen, "open"},
     {Command::kRefresh, "refresh"},
     {Command::kPositions, "positions"},
     {Command::kTheme, "theme"},
+    {Command::kQuit, "quit"},
 }};
 
 std::string_view NameOf(Command command) {
