@@ -1,0 +1,115 @@
+#include "charthost/view/link_server.h"
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <atomic>
+#include <cstdlib>
+#include <thread>
+
+#include "charthost/chart_windows.h"
+#include "charthost/view/chart_pane.h"
+#include "charthost/view/chart_plot.h"
+#include "platform/chart_link.h"
+#include "platform/ipc.h"
+
+namespace velumar {
+namespace {
+
+using Command = ChartRequest::Command;
+using std::chrono_literals::operator""ms;
+
+class LinkServerTest : public testing::Test {
+ protected:
+  LinkServerTest() {
+    setenv("XDG_RUNTIME_DIR", program_.scratch.Path().c_str(), 1);
+    server_.emplace(*program_.window);
+  }
+  ~LinkServerTest() override { unsetenv("XDG_RUNTIME_DIR"); }
+
+  // Sends the text as another program would, while this one runs its events.
+  IpcAnswer Send(const std::string& text) {
+    IpcAnswer answer;
+    std::atomic<bool> answered = false;
+    std::thread sender([&] {
+      answer = SendIpcRequest(kChartLinkListener, text, 2000ms);
+      answered = true;
+    });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return answered.load(); }, 5000));
+    sender.join();
+    return answer;
+  }
+  bool Done(const ChartRequest& request) { return Send(ChartRequestText(request)).accepted; }
+  ChartRequest Open(std::optional<int> interval) {
+    return {.command = Command::kOpen,
+            .folder = program_.folder + "/",
+            .symbol = "SCB",
+            .interval = interval};
+  }
+  QImage Picture() { return program_.window->ActiveChart()->Plot().grab().toImage(); }
+
+  ChartProgram program_;
+  std::optional<LinkServer> server_;
+};
+
+TEST_F(LinkServerTest, OpensRefreshesAndClosesChartsOfTheStore) {
+  EXPECT_TRUE(Done({.command = Command::kHello}));
+  EXPECT_TRUE(Done(Open(-1)));
+  EXPECT_TRUE(Done(Open(5)));
+  EXPECT_EQ(program_.Last()["charts"], 2);
+  EXPECT_EQ(program_.Last()["chart"]["interval"], 5);
+  EXPECT_TRUE(Done(Open(-1)));
+  EXPECT_EQ(program_.Last()["charts"], 2) << "a chart that is open is not opened twice";
+  EXPECT_FALSE(Done(Open(15))) << "no such series";
+
+  StoreSecurity(program_.folder, {"SCB", "Bank", -1}, DailyBars(301), program_.cache);
+  StoreSecurity(program_.folder, {"SCB", "Bank", 5}, IntradayBars(61, 5), program_.cache);
+  EXPECT_TRUE(Done({.command = Command::kRefresh, .folder = "/elsewhere"}));
+  EXPECT_EQ(program_.window->ActiveChart()->Document().Model().Series().size(), 300);
+  EXPECT_TRUE(Done({.command = Command::kRefresh, .folder = program_.folder}));
+  EXPECT_EQ(program_.Last()["chart"]["bars"], 301) << "the chart in front";
+  program_.window->Act(HostAction::kNextChart);
+  EXPECT_EQ(program_.Last()["chart"]["bars"], 61) << "and the other one";
+
+  EXPECT_TRUE(Done({.command = Command::kCloseAll}));
+  EXPECT_EQ(program_.Last()["charts"], 0);
+}
+
+TEST_F(LinkServerTest, ShowsOrdersAndWhatIsHeldUntilTheyAreGone) {
+  ASSERT_TRUE(Done(Open(-1)));
+  QTest::qWait(50);
+  const QImage bare = Picture();
+  const float close = DailyBars(300)[280].close;
+  ChartRequest request{.command = Command::kPositions,
+                       .folder = program_.folder,
+                       .symbol = "SCB",
+                       .positions = {{{280, close, true, true}}, {}}};
+  const auto shown = [&] {
+    EXPECT_TRUE(Done(request));
+    QTest::qWait(50);
+    return Picture();
+  };
+  const QImage entry = shown();
+  EXPECT_NE(entry, bare);
+  request.positions.orders[0].entry = false;
+  EXPECT_NE(shown(), entry) << "an exit looks different";
+  request.positions.orders[0].entry = true;
+  request.positions.held = {{true, close, 2, 12.5}};
+  EXPECT_NE(shown(), entry);
+  request.positions = {{{300, close, true, true}}, {}};
+  EXPECT_EQ(shown(), bare) << "an order at a bar that isn't there";
+}
+
+TEST_F(LinkServerTest, IgnoresWhatIsNoRequest) {
+  for (const std::string& text : {std::string(), std::string("{}"), std::string("hello"),
+                                  std::string(R"({"protocol":2,"do":"hello"})")}) {
+    EXPECT_FALSE(Send(text).accepted) << text;
+  }
+  EXPECT_EQ(Send(std::string(kLongestIpcRequest + 1, ' ')).status, IpcAnswer::Status::kNoAnswer);
+  EXPECT_TRUE(Done({.command = Command::kHello})) << "it still listens";
+  server_.reset();
+  EXPECT_EQ(Send(ChartRequestText({})).status, IpcAnswer::Status::kNobodyListens);
+}
+
+}  // namespace
+}  // namespace velumar
