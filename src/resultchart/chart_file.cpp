@@ -37,9 +37,7 @@ void WritePdf(ResultPlot& plot, const QSize& size, QIODevice& device) {
   const QSizeF points = QSizeF(size) * (kPointsPerInch / kUnitsPerInch);
   writer.setPageLayout({QPageSize(points, QPageSize::Point), QPageLayout::Portrait, QMarginsF()});
   QCPPainter painter;
-  if (!painter.begin(&writer)) throw std::runtime_error("the page could not be written");
-  painter.setMode(QCPPainter::pmVectorized);
-  painter.scale(writer.resolution() / kUnitsPerInch, writer.resolution() / kUnitsPerInch);
+  BeginPages(painter, writer);
   plot.PaintTo(painter, size);
 }
 
@@ -83,18 +81,22 @@ void SaveChartFile(ResultPlot& plot, const QSize& size, const QString& file) {
   SaveWhole(file, [&](QIODevice& device) { WriteFormat(plot, size, device, extension); });
 }
 
-void PrintChartPages(ResultPlot& plot, const ChartPage& page, QPagedPaintDevice& device) {
-  device.setPageLayout({QPageSize(QPageSize::A4), page.orientation, QMarginsF()});
-  QCPPainter painter;
+void BeginPages(QCPPainter& painter, QPagedPaintDevice& device) {
   if (!painter.begin(&device)) throw std::runtime_error("the page could not be started");
   painter.setMode(QCPPainter::pmVectorized);
   const double scale = device.logicalDpiX() / kUnitsPerInch;
+  painter.scale(scale, scale);
+}
+
+void PrintChartPages(ResultPlot& plot, const ChartPage& page, QPagedPaintDevice& device) {
+  device.setPageLayout({QPageSize(QPageSize::A4), page.orientation, QMarginsF()});
+  QCPPainter painter;
+  BeginPages(painter, device);
   for (int copy = 0; copy < page.copies; ++copy) {
     if (copy > 0 && !device.newPage()) {
       throw std::runtime_error("the next page could not be started");
     }
     painter.save();
-    painter.scale(scale, scale);
     painter.translate(page.place.topLeft() * kUnitsPerInch);
     plot.PaintTo(painter, (page.place.size() * kUnitsPerInch).toSize());
     painter.restore();

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <functional>
 
+class QCPPainter;
 class QIODevice;
 class QPagedPaintDevice;
 
@@ -39,6 +40,9 @@ struct ChartPage {
   QPageLayout::Orientation orientation = QPageLayout::Portrait;
   int copies = 1;
 };
+
+// Begins to draw vectors in units of 1/96 inch. Throws std::runtime_error if that is impossible.
+void BeginPages(QCPPainter& painter, QPagedPaintDevice& device);
 
 // Prints one page for each copy. Throws std::runtime_error if a page can't be started.
 void PrintChartPages(ResultPlot& plot, const ChartPage& page, QPagedPaintDevice& device);

@@ -1,5 +1,3 @@
-#include "resultchart/report_pages.h"
-
 #include <QApplication>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
@@ -10,6 +8,7 @@
 
 #include "charts/qt_text.h"
 #include "resultchart/chart_file.h"
+#include "resultchart/report.h"
 #include "resultchart/result_plot.h"
 
 namespace velumar {
@@ -102,8 +101,7 @@ class Pages {
 
   void Print() {
     SetPage(QPageLayout::Portrait);
-    if (!painter_.begin(&device_)) throw std::runtime_error("the page could not be started");
-    painter_.setMode(QCPPainter::pmVectorized);
+    BeginPages(painter_, device_);
     const OrderTable table(report_.orders, LandscapePage().width());
     const std::size_t on_a_page = RowsOnAPage(table);
     pages_ = 1 + (report_.orders.size() + on_a_page - 1) / on_a_page;
@@ -136,9 +134,6 @@ class Pages {
   }
 
   void BeginPage(const QString& title, const QString& subtitle) {
-    painter_.resetTransform();
-    const double scale = device_.logicalDpiX() / kUnitsPerInch;
-    painter_.scale(scale, scale);
     ++page_;
     const QRectF page = Page();
     painter_.setPen(kInk);

@@ -113,7 +113,7 @@ TEST_F(ResultViewTest, AZoomWithTheWheelStays) {
   EXPECT_LT(nearer, whole);
   world.colours.answer = kRed;
   Click(WidgetOf(form.picCommonDialog));
-  EXPECT_EQ(plot.Scene().series, QColor(Qt::red));
+  EXPECT_EQ(plot.Scene().style.series, QColor(Qt::red));
   EXPECT_EQ(plot.Span().Size(), nearer);
   form.Toolbar1.UserButton(FrmResult::kDefault);
   EXPECT_EQ(plot.Span().Size(), whole);

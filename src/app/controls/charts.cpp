@@ -21,10 +21,8 @@ void Apply(ResultPlot& plot, const ChartContent& content, std::shared_ptr<const 
     rows = content.rows;
     plot.SetPoints({rows->labels, rows->values, rows->hint});
   }
-  plot.SetType(static_cast<ChartType>(content.type));
-  plot.SetSeriesColour(ToQColor(content.series));
-  plot.SetShadow(content.shadow);
-  plot.SetWhiteWall(content.white_wall);
+  plot.SetStyle({static_cast<ChartType>(content.type), ToQColor(content.series), content.shadow,
+                 content.white_wall});
   plot.ShowSpan(content.span ? AxisSpan{content.span->first, content.span->second}
                              : plot.WholeSpan());
 }

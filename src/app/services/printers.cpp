@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "charts/qt_text.h"
-#include "resultchart/report_pages.h"
+#include "resultchart/report.h"
 
 namespace velumar {
 
