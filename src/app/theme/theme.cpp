@@ -84,6 +84,15 @@ QPixmap ArtPixmap(const Palette& palette, const QString& name, const QSize& pixe
   return art;
 }
 
+void DrawRounded(QPainter& painter, const QRectF& place, double radius, const QPen& line,
+                 const QBrush& fill) {
+  const double inset = line.style() == Qt::NoPen ? 0 : 0.5;  // lines are one pixel wide
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(line);
+  painter.setBrush(fill);
+  painter.drawRoundedRect(place.adjusted(inset, inset, -inset, -inset), radius, radius);
+}
+
 QSize DevicePixels(const QWidget& widget) {
   return (QSizeF(widget.size()) * widget.devicePixelRatioF()).toSize();
 }

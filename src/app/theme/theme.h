@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QBrush>
 #include <QColor>
+#include <QPen>
 #include <QPixmap>
 #include <QSize>
 #include <QString>
@@ -20,6 +22,9 @@ struct Appearance {
   QString date_format;  // in the letters d, M, y
 };
 
+// Gives the whole application the colours of a theme: boxes, dialogs, tooltips and the icon.
+void ApplyTheme(const Palette& palette);
+
 QColor ToQColor(Colour colour);
 
 // Contrast of two opaque colours, 1 (none) to 21 (black on white).
@@ -30,6 +35,10 @@ QColor ReadableOn(const QColor& background, const QColor& colour);
 
 // The picture of that name, scaled to exactly that many device pixels; null if there is none.
 QPixmap ArtPixmap(const Palette& palette, const QString& name, const QSize& pixels);
+
+// Draws a rectangle with round corners. The line, if any, lies within the place.
+void DrawRounded(QPainter& painter, const QRectF& place, double radius, const QPen& line,
+                 const QBrush& fill = Qt::NoBrush);
 
 // The size of the widget in device pixels.
 QSize DevicePixels(const QWidget& widget);

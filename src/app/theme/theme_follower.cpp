@@ -1,12 +1,6 @@
 #include "app/theme/theme_follower.h"
 
 #include <QApplication>
-#include <QIcon>
-#include <QToolTip>
-#include <utility>
-
-#include "app/theme/form_style.h"
-#include "app/theme/theme.h"
 
 namespace velumar {
 
@@ -18,15 +12,6 @@ Palette FirstTheme(ThemeChoice choice, const QPalette& desktop) {
 }
 
 }  // namespace
-
-void ApplyTheme(const Palette& palette) {
-  constexpr int kIconPixels = 192;
-  QApplication::setStyle(new FormStyle(palette));
-  QApplication::setPalette(palette.ForWidgets());
-  QToolTip::setPalette(palette.ForWidgets());
-  QApplication::setWindowIcon(
-      QIcon(ArtPixmap(palette, QStringLiteral("velumar"), {kIconPixels, kIconPixels})));
-}
 
 QPalette DesktopPalette() {
   QApplication::setPalette(QPalette());

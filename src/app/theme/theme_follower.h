@@ -11,9 +11,6 @@ namespace velumar {
 
 enum class ThemeChoice { kSystem, kLight, kDark };
 
-// Gives the whole application the colours of a theme: boxes, dialogs, tooltips and the icon.
-void ApplyTheme(const Palette& palette);
-
 // The palette of the desktop. Removes ours from the application, which hides it; the next
 // ApplyTheme sets it again.
 QPalette DesktopPalette();
