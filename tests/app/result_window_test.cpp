@@ -7,7 +7,6 @@
 #include <QTemporaryDir>
 #include <QToolButton>
 
-#include "app/services/printers.h"
 #include "resultchart/result_plot.h"
 #include "shown_desktop.h"
 #include "support/ledger_rows.h"

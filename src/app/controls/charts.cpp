@@ -3,7 +3,7 @@
 #include <QPixmap>
 
 #include "app/controls/control_view.h"
-#include "app/services/printers.h"
+#include "app/services/desktop_services.h"
 #include "forms/chart.h"
 #include "forms/form.h"
 #include "resultchart/chart_file.h"

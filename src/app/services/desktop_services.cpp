@@ -1,22 +1,17 @@
 #include "app/services/desktop_services.h"
 
-#include <QClipboard>
-#include <QColorDialog>
-#include <QDir>
-#include <QFileDialog>
-#include <QFileInfo>
-#include <QGuiApplication>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QScreen>
-#include <QStandardPaths>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QtWidgets>
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include "app/theme/theme.h"
 #include "base/ignoring.h"
 #include "charts/qt_text.h"
 #include "forms/form.h"
+#include "resultchart/report.h"
 
 namespace velumar {
 
@@ -61,6 +56,13 @@ bool MayReplace(const QString& file) {
   const std::string question =
       QFileInfo(file).fileName().toStdString() + " already exists. Replace it?";
   return QtMessageBoxes().Ask(question, {"Replace", "Cancel"}) == 0;
+}
+
+constexpr int kMedium = -3;
+
+int DotsPerInch(int quality) {
+  if (quality > kMedium) return 150;
+  return quality == kMedium ? 300 : 600;
 }
 
 }  // namespace
@@ -168,6 +170,34 @@ bool QtScreen::Shows(float left, float top, float width, float height) const {
 
 void QtClipboard::SetText(std::string_view text) {
   QGuiApplication::clipboard()->setText(ToQt(text));
+}
+
+void PrintOnPaper(int quality, const std::function<void(QPagedPaintDevice& device)>& print) {
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setFullPage(true);
+  printer.setResolution(DotsPerInch(quality));
+  const auto fail = [&printer](const std::string& why) {
+    const std::string name = printer.printerName().toStdString();
+    throw std::runtime_error("The printer " + (name.empty() ? name : name + " ") + why);
+  };
+  if (!printer.isValid()) fail("can't be used.");
+  try {
+    print(printer);
+  } catch (const std::runtime_error& error) {
+    fail(std::string("failed: ") + error.what() + ".");
+  }
+  if (printer.printerState() == QPrinter::Error) fail("reports an error.");
+}
+
+bool QtPrinters::Any() const { return !QPrinterInfo::availablePrinterNames().isEmpty(); }
+
+void QtPrinters::PrintReport(int run, const std::string& pdf_file) {
+  const Report report = ReadReport(ledger_, run);
+  if (pdf_file.empty()) {
+    PrintOnPaper(kMedium, [&](QPagedPaintDevice& device) { velumar::PrintReport(report, device); });
+  } else {
+    SaveReport(report, ToQt(pdf_file));
+  }
 }
 
 }  // namespace velumar

@@ -9,8 +9,6 @@
 #include <stdexcept>
 
 #include "app/services/desktop_services.h"
-#include "app/services/event_loop.h"
-#include "app/services/printers.h"
 #include "app/theme/theme_follower.h"
 #include "app/windows/desktop_view.h"
 #include "app/wiring/back_ends.h"
@@ -101,8 +99,8 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   BackEnds ends = SystemBackEnds(options);
   AddChartProgramKeys(ends, program_folder);
   const std::string samples = SampleFolder(ends, program_folder);
-  QtEventLoop events;
-  const std::unique_ptr<WebClient> web = SystemWebClient(events);
+  const std::unique_ptr<EventLoop> events = WindowEvents();
+  const std::unique_ptr<WebClient> web = SystemWebClient(*events);
   QtMessageBoxes shown_boxes;
   PrintedMessageBoxes printed_boxes;
   QtFolderDialog shown_folders;
@@ -121,7 +119,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   QtPrinters printers(ledger);
   WarnOnceSettings settings(*ends.settings, boxes);
   ReleasingPrograms programs(*ends.programs, instance);
-  Platform platform{.events = events,
+  Platform platform{.events = *events,
                     .chart_windows = *ends.chart_windows,
                     .keys = *ends.keys,
                     .boxes = boxes,
