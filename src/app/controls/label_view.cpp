@@ -98,11 +98,6 @@ double Baseline(const Control& label, const QFont& font, const QString& text) {
   return lowest < highest ? highest : std::clamp(wanted, highest, lowest);
 }
 
-LabelView::LabelView(FormContext& context, QWidget& parent, Label& label)
-    : View(context, parent, label) {
-  setTextFormat(Qt::PlainText);
-}
-
 void LabelView::Update() {
   View::Update();
   const QString text = ToQt(model_.Text());
@@ -131,9 +126,7 @@ void LabelView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   if (model_.DesignLook().backdrop != Backdrop::kNone) {
-    painter.setPen(Colours().border);
-    painter.setBrush(Background());
-    painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), 4, 4);
+    DrawRounded(painter, rect(), 4, Colours().border, Background());
   }
   const int margin = TextMargin(model_);
   const QFontMetricsF metrics(fitted_.font);
