@@ -10,7 +10,7 @@
 #include <set>
 
 #include "app/services/desktop_services.h"
-#include "app/theme/theme_follower.h"
+#include "app/theme/theme.h"
 #include "shown_desktop.h"
 
 namespace velumar {

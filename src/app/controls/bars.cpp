@@ -1,12 +1,4 @@
-#include <QHBoxLayout>
-#include <QMenuBar>
-#include <QPainter>
-#include <QProgressBar>
-#include <QScrollBar>
-#include <QSignalBlocker>
-#include <QSlider>
-#include <QTabBar>
-#include <QToolButton>
+#include <QtWidgets>
 #include <algorithm>
 #include <vector>
 

@@ -1,8 +1,4 @@
-#include <QCheckBox>
-#include <QKeyEvent>
-#include <QPainter>
-#include <QPushButton>
-#include <QSignalBlocker>
+#include <QtWidgets>
 
 #include "app/controls/control_view.h"
 #include "app/theme/fonts.h"

@@ -1,6 +1,4 @@
-#include <QMouseEvent>
-#include <QPainter>
-#include <QPixmap>
+#include <QtWidgets>
 
 #include "app/controls/control_view.h"
 #include "app/services/desktop_services.h"

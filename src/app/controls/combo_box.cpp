@@ -1,12 +1,4 @@
-#include <QAbstractListModel>
-#include <QComboBox>
-#include <QCompleter>
-#include <QKeyEvent>
-#include <QListView>
-#include <QPainter>
-#include <QScreen>
-#include <QSignalBlocker>
-#include <QStyledItemDelegate>
+#include <QtWidgets>
 #include <algorithm>
 #include <numeric>
 
@@ -31,14 +23,6 @@ int NoteColumn(const QFontMetrics& metrics) {
   return metrics.horizontalAdvance(QStringLiteral("MMMMMMMM"));
 }
 
-bool HasWordThatBeginsWith(std::string_view note, std::string_view wanted) {
-  for (std::size_t at = note.find(wanted); at != std::string_view::npos;
-       at = note.find(wanted, at + 1)) {
-    if (at == 0 || note[at - 1] == ' ') return true;
-  }
-  return false;
-}
-
 // The indexes of the rows that a typed text may mean, best first: rows that begin with it, then
 // rows with a word in the note that does. Ignores case and spaces around the text; an empty text
 // matches nothing.
@@ -51,7 +35,7 @@ std::vector<int> MatchingRows(const std::vector<ComboBox::Row>& rows, std::strin
     const auto row = static_cast<int>(i);
     if (UpperCased(rows[i].text).starts_with(wanted)) {
       matches.push_back(row);
-    } else if (HasWordThatBeginsWith(UpperCased(rows[i].note), wanted)) {
+    } else if ((" " + UpperCased(rows[i].note)).find(" " + wanted) != std::string::npos) {
       by_note.push_back(row);
     }
   }
@@ -88,33 +72,28 @@ class ComboRows : public QAbstractListModel {
     int index = 0;
   };
   std::vector<Line> lines_;
-  std::string longest_text_;
-  std::string longest_note_;
 };
 
 void ComboRows::Show(const std::vector<ComboBox::Row>& rows, const std::vector<int>& which) {
-  const auto keep_longer = [](std::string& longest, const std::string& text) {
-    if (text.size() > longest.size()) longest = text;
-  };
   beginResetModel();
   lines_.clear();
   lines_.reserve(which.size());
-  longest_text_.clear();
-  longest_note_.clear();
   for (const int index : which) {
-    const ComboBox::Row& row = rows.at(static_cast<std::size_t>(index));
-    lines_.push_back({row, index});
-    keep_longer(longest_text_, row.text);
-    if (row.note != row.text) keep_longer(longest_note_, row.note);
+    lines_.push_back({rows.at(static_cast<std::size_t>(index)), index});
   }
   endResetModel();
 }
 
 int ComboRows::ListWidth(const QFontMetrics& metrics, int least, int most) const {
   constexpr int kScrollBarRoom = 24;
-  const int text = metrics.horizontalAdvance(ToQt(longest_text_));
-  const int note = metrics.horizontalAdvance(ToQt(longest_note_));
-  const int wanted = note == 0 ? text : NoteColumn(metrics) + note;
+  std::string_view text;
+  std::string_view note;
+  for (const auto& [row, index] : lines_) {
+    if (row.text.size() > text.size()) text = row.text;
+    if (row.note.size() > note.size() && row.note != row.text) note = row.note;
+  }
+  const int wanted = note.empty() ? metrics.horizontalAdvance(ToQt(text))
+                                  : NoteColumn(metrics) + metrics.horizontalAdvance(ToQt(note));
   return std::clamp(wanted + 2 * kListMargin + kScrollBarRoom, least, std::max(least, most));
 }
 
@@ -294,7 +273,6 @@ void ComboBoxView::UpdateText() {
     setCurrentIndex(model_.Index());
     line_.SetShownText(wanted);
     line_.setCursorPosition(std::min(cursor, static_cast<int>(wanted.size())));
-    line_.SetFullFont(font());
   }
   UpdateToolTip();
 }

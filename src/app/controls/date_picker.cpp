@@ -1,12 +1,4 @@
-#include <QCalendarWidget>
-#include <QDateEdit>
-#include <QHBoxLayout>
-#include <QKeyEvent>
-#include <QLineEdit>
-#include <QPainter>
-#include <QPushButton>
-#include <QSignalBlocker>
-#include <QTextCharFormat>
+#include <QtWidgets>
 #include <set>
 #include <utility>
 

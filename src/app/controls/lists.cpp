@@ -1,10 +1,4 @@
-#include <QAbstractTableModel>
-#include <QHeaderView>
-#include <QKeyEvent>
-#include <QListView>
-#include <QScrollBar>
-#include <QStringListModel>
-#include <QTableView>
+#include <QtWidgets>
 #include <algorithm>
 #include <numeric>
 #include <vector>

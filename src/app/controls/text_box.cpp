@@ -1,9 +1,6 @@
 #include "app/controls/text_box.h"
 
-#include <QApplication>
-#include <QKeyEvent>
-#include <QStyleOptionFrame>
-#include <QStylePainter>
+#include <QtWidgets>
 #include <algorithm>
 #include <set>
 
@@ -25,11 +22,12 @@ void FittingLineEdit::SetFullFont(const QFont& font) {
 }
 
 void FittingLineEdit::SetShownText(const QString& wanted) {
-  if (wanted == text()) return;
-  const int cursor = cursorPosition();
-  setText(wanted);
-  FitFont();
-  setCursorPosition(std::min(cursor, static_cast<int>(wanted.size())));
+  if (wanted != text()) {
+    const int cursor = cursorPosition();
+    setText(wanted);
+    setCursorPosition(std::min(cursor, static_cast<int>(wanted.size())));
+  }
+  FitFont();  // also if the signal of the change is blocked
 }
 
 void FittingLineEdit::FitFont() {

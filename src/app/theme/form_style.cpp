@@ -1,12 +1,4 @@
-#include <QAbstractSpinBox>
-#include <QApplication>
-#include <QComboBox>
-#include <QIcon>
-#include <QPainter>
-#include <QProxyStyle>
-#include <QStyleFactory>
-#include <QStyleOption>
-#include <QToolTip>
+#include <QtWidgets>
 #include <algorithm>
 
 #include "app/theme/theme.h"

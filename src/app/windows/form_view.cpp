@@ -1,17 +1,6 @@
 #include "app/windows/form_view.h"
 
-#include <QCloseEvent>
-#include <QDragEnterEvent>
-#include <QGuiApplication>
-#include <QKeyEvent>
-#include <QMimeData>
-#include <QMouseEvent>
-#include <QPainter>
-#include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QUrl>
-#include <QWindow>
+#include <QtWidgets>
 #include <algorithm>
 #include <chrono>
 #include <iterator>

@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 #include "app/services/desktop_services.h"
-#include "app/theme/theme_follower.h"
+#include "app/theme/theme.h"
 #include "app/windows/desktop_view.h"
 #include "app/wiring/back_ends.h"
 #include "app/wiring/options.h"

@@ -1,11 +1,6 @@
 #include "app/wiring/run_key_filter.h"
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QComboBox>
-#include <QDateEdit>
-#include <QKeyEvent>
-#include <QLineEdit>
+#include <QtWidgets>
 #include <chrono>
 #include <utility>
 
