@@ -15,12 +15,7 @@ QPolygonF Swept(QPointF from, QPointF to, QPointF depth) {
 class SolidPainter {
  public:
   SolidPainter(QPainter& painter, QPointF depth, const QColor& colour)
-      : painter_(painter),
-        depth_(depth),
-        front_(colour),
-        top_(colour.lighter(130)),
-        side_(colour.darker(150)),
-        outline_(colour.darker(210)) {}
+      : painter_(painter), depth_(depth), front_(colour) {}
 
   void Box(const QRectF& front) {
     constexpr double kLeastOutlined = 5;  // pixels
@@ -52,9 +47,9 @@ class SolidPainter {
   QPainter& painter_;
   QPointF depth_;
   QColor front_;
-  QColor top_;
-  QColor side_;
-  QColor outline_;
+  QColor top_ = front_.lighter(130);
+  QColor side_ = front_.darker(150);
+  QColor outline_ = front_.darker(210);
 };
 
 QRect WithDepth(const QRect& front, const ChartScene& scene) {
