@@ -1,7 +1,6 @@
 #include <QtWidgets>
 
 #include "app/controls/control_view.h"
-#include "app/theme/fonts.h"
 #include "forms/panels.h"
 
 namespace velumar {

@@ -28,7 +28,7 @@ void Apply(ResultPlot& plot, const ChartContent& content, std::shared_ptr<const 
 // A chart in the colours of the window. It is saved as it is shown.
 class ChartView : public View<ResultPlot, Chart> {
  public:
-  explicit ChartView(const Parts& parts) : View(parts), rows_(model_.Content().rows) {
+  explicit ChartView(const Parts& parts) : View(parts) {
     setFont(context_.Look().faces.Plain(font().pixelSize()));
     connect(this, &ResultPlot::SpanMoved, this,
             [this] { Pass(&Chart::UserSpan, std::pair(Span().first, Span().last)); });
@@ -37,7 +37,6 @@ class ChartView : public View<ResultPlot, Chart> {
     model_.save = [this](const std::string& file) {
       SaveChartFile(*this, LogicalPlace(model_).size(), ToQt(file));
     };
-    SetPoints({rows_->labels, rows_->values, rows_->hint});
   }
   void Update() override {
     ApplyCommon(*this, model_);

@@ -4,7 +4,6 @@
 
 #include "app/controls/control_view.h"
 #include "app/controls/text_box.h"
-#include "app/theme/fonts.h"
 #include "base/text.h"
 
 namespace velumar {

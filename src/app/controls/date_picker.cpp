@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "app/controls/control_view.h"
-#include "app/theme/fonts.h"
 
 namespace velumar {
 

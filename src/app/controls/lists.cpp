@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "app/controls/control_view.h"
-#include "app/theme/fonts.h"
 #include "forms/panels.h"
 #include "forms/table.h"
 

@@ -5,7 +5,6 @@
 #include <set>
 
 #include "app/controls/control_view.h"
-#include "app/theme/fonts.h"
 
 namespace velumar {
 

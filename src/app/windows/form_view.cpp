@@ -20,8 +20,7 @@ constexpr auto kSettlingTime = 300ms;
 QPoint ScreenOrigin() { return QGuiApplication::primaryScreen()->geometry().topLeft(); }
 
 bool TakesInput(const Form& form) {
-  const auto& controls = form.Controls();
-  return std::any_of(controls.begin(), controls.end(), [](const Control* control) {
+  return std::ranges::any_of(form.Controls(), [](const Control* control) {
     return control->Kind() != ControlKind::kLabel && control->Kind() != ControlKind::kPicture;
   });
 }
@@ -121,7 +120,8 @@ void FormView::Update() {
   const std::string& title = TakesInput(form_) ? form_.Caption() : form_.Name();
   setWindowTitle(title.empty() ? QStringLiteral(" ") : ToQt(title));
   FitSize();
-  UpdateFlags();
+  const Qt::WindowFlags flags = FlagsFor(form_);
+  if (windowFlags() != flags) setWindowFlags(flags);
   UpdatePlace();
   UpdateShape();
   UpdateVisible();
@@ -136,11 +136,6 @@ void FormView::ApplyLook() {
   if (context_.Retired()) return;
   for (const auto& [control, view] : views_) view->Update();
   update();
-}
-
-void FormView::UpdateFlags() {
-  const Qt::WindowFlags flags = FlagsFor(form_);
-  if (windowFlags() != flags) setWindowFlags(flags);
 }
 
 void FormView::UpdatePlace() {
@@ -212,10 +207,7 @@ void FormView::paintEvent(QPaintEvent*) {
 }
 
 void FormView::keyPressEvent(QKeyEvent* event) {
-  if (event->key() != Qt::Key_Escape || !form_.on_escape) {
-    QWidget::keyPressEvent(event);
-    return;
-  }
+  if (event->key() != Qt::Key_Escape || !form_.on_escape) return QWidget::keyPressEvent(event);
   context_.Deliver([this] {
     if (const auto escape = form_.on_escape) escape();
   });

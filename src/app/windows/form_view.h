@@ -49,7 +49,6 @@ class FormView : public QWidget {
   QWidget& MakeScrolledContents();
   // Keeps a window with a border within the screen.
   void FitSize();
-  void UpdateFlags();
   void UpdatePlace();
   void UpdateShape();
   void FollowScreen();
