@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "app/controls/control_view.h"
-#include "app/windows/form_view.h"
+#include "app/windows/desktop_view.h"
 #include "base/ignoring.h"
 
 namespace velumar {
