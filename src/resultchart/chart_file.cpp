@@ -41,12 +41,6 @@ void WritePdf(ResultPlot& plot, const QSize& size, QIODevice& device) {
   plot.PaintTo(painter, size);
 }
 
-void WriteFormat(ResultPlot& plot, const QSize& size, QIODevice& device, const QString& extension) {
-  if (extension == u"pdf") return WritePdf(plot, size, device);
-  if (extension == u"svg") return WriteSvg(plot, size, device);
-  WritePicture(plot, size, device, extension == u"bmp" ? "BMP" : "PNG");
-}
-
 }  // namespace
 
 // Into memory first: the toolkit's writers don't report a full disk.
@@ -78,7 +72,11 @@ QStringList ChartFileEndings() {
 
 void SaveChartFile(ResultPlot& plot, const QSize& size, const QString& file) {
   const QString extension = RequireExtension(file, ChartFileEndings(), QStringLiteral("a chart"));
-  SaveWhole(file, [&](QIODevice& device) { WriteFormat(plot, size, device, extension); });
+  SaveWhole(file, [&](QIODevice& device) {
+    if (extension == u"pdf") return WritePdf(plot, size, device);
+    if (extension == u"svg") return WriteSvg(plot, size, device);
+    WritePicture(plot, size, device, extension == u"bmp" ? "BMP" : "PNG");
+  });
 }
 
 void BeginPages(QCPPainter& painter, QPagedPaintDevice& device) {

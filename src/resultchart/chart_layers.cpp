@@ -140,7 +140,7 @@ void PortfolioLine::SetPoints() {
 void PortfolioLine::ApplyStyle() {
   constexpr double kWidth = 2;
   const bool area = scene_.style.type == ChartType::k2DArea;
-  setVisible(IsLine(scene_.style.type));
+  setVisible(scene_.style.IsLine());
   setBrush(area ? QBrush(scene_.style.series) : QBrush(Qt::NoBrush));
   setPen(area ? QPen(scene_.style.series.darker(), 0)
               : QPen(scene_.style.series, kWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
@@ -193,9 +193,9 @@ PortfolioBars::PortfolioBars(QCPAxis* places, QCPAxis* values, const ChartScene&
 void PortfolioBars::Fill() {
   constexpr double kBarShare = 0.7;
   constexpr double kLeastGap = 2;  // pixels; narrower gaps would only blur
-  setVisible(!IsLine(scene_.style.type));
-  setAntialiased(HasDepth(scene_.style.type));
-  setAntialiasedFill(HasDepth(scene_.style.type));
+  setVisible(!scene_.style.IsLine());
+  setAntialiased(scene_.style.HasDepth());
+  setAntialiasedFill(scene_.style.HasDepth());
   setBrush(scene_.style.series);
   const QCPRange range = keyAxis()->range();
   const int pixels = std::max(1, keyAxis()->axisRect()->width());

@@ -26,18 +26,6 @@ std::optional<ChartType> ChartTypeOf(std::string_view text) {
   return found == kChartTypes.end() ? std::nullopt : std::optional(found->type);
 }
 
-bool HasDepth(ChartType type) {
-  return type == ChartType::k3DBar || type == ChartType::k3DLine || type == ChartType::k3DStep;
-}
-
-bool IsLine(ChartType type) {
-  return type == ChartType::k2DLine || type == ChartType::k2DArea || type == ChartType::k3DLine;
-}
-
-bool StandsOnBase(ChartType type) {
-  return type != ChartType::k2DLine && type != ChartType::k3DLine;
-}
-
 std::vector<ThinnedBar> ThinnedBars(std::span<const double> values, const AxisSpan& span,
                                     int points_per_bar) {
   const auto size = static_cast<std::size_t>(points_per_bar);

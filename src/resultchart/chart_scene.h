@@ -28,10 +28,6 @@ inline constexpr std::array<ChartTypeName, 6> kChartTypes = {{{ChartType::k2DBar
                                                               {ChartType::k3DStep, "3D Step"}}};
 
 std::optional<ChartType> ChartTypeOf(std::string_view text);
-bool HasDepth(ChartType type);
-bool IsLine(ChartType type);
-// True if it is filled from a base line, so that its height is read.
-bool StandsOnBase(ChartType type);
 
 // The portfolio's value at each closing, oldest first. Both lists have the same length.
 struct ChartPoints {
@@ -46,6 +42,13 @@ struct ChartStyle {
   QColor series = kSeriesGreen;
   bool shadow = false;
   bool white_wall = false;  // the wall next to the series is white in every theme
+
+  bool HasDepth() const {
+    return type == ChartType::k3DBar || type == ChartType::k3DLine || type == ChartType::k3DStep;
+  }
+  bool IsLine() const { return !StandsOnBase() || type == ChartType::k2DArea; }
+  // True if it is filled from a base line, so that its height is read.
+  bool StandsOnBase() const { return type != ChartType::k2DLine && type != ChartType::k3DLine; }
 };
 
 // What the parts of one chart share.

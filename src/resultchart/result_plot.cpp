@@ -167,11 +167,10 @@ void ResultPlot::Changed() { replot(QCustomPlot::rpQueuedReplot); }
 
 // Depth and values depend on the size and on what is visible.
 void ResultPlot::Arrange(const QSize& size) {
-  scene_.depth = HasDepth(scene_.style.type) ? DepthFor(size) : QPointF();
+  scene_.depth = scene_.style.HasDepth() ? DepthFor(size) : QPointF();
   const QPoint depth = scene_.depth.toPoint();
   rect_->setMinimumMargins(QMargins(8, 10 - depth.y(), 14 + depth.x(), 8));
-  const ValueSpan values =
-      FittingValues(scene_.points.values, Span(), StandsOnBase(scene_.style.type));
+  const ValueSpan values = FittingValues(scene_.points.values, Span(), scene_.style.StandsOnBase());
   rect_->axis(QCPAxis::atLeft)->setRange(values.lower, values.upper);
   LayOut(size);
   line_->ApplyStyle();

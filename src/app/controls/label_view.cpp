@@ -1,7 +1,6 @@
 #include "app/controls/label_view.h"
 
-#include <QFontMetricsF>
-#include <QPainter>
+#include <QtWidgets>
 #include <algorithm>
 #include <cmath>
 #include <limits>

@@ -1,5 +1,4 @@
-#include <QMouseEvent>
-#include <QPainter>
+#include <QtWidgets>
 
 #include "app/controls/control_view.h"
 #include "forms/panels.h"
