@@ -65,7 +65,7 @@ QString RequireExtension(const QString& file, const QStringList& extensions, con
 
 QStringList ChartFileEndings() {
   QStringList extensions = {QStringLiteral("bmp"), QStringLiteral("png")};
-  if (SvgOffered()) extensions.append(QStringLiteral("svg"));
+  if (FindSvgWriter() != nullptr) extensions.append(QStringLiteral("svg"));
   extensions.append(QStringLiteral("pdf"));
   return extensions;
 }
@@ -74,7 +74,7 @@ void SaveChartFile(ResultPlot& plot, const QSize& size, const QString& file) {
   const QString extension = RequireExtension(file, ChartFileEndings(), QStringLiteral("a chart"));
   SaveWhole(file, [&](QIODevice& device) {
     if (extension == u"pdf") return WritePdf(plot, size, device);
-    if (extension == u"svg") return WriteSvg(plot, size, device);
+    if (extension == u"svg") return FindSvgWriter()(plot, size, device);
     WritePicture(plot, size, device, extension == u"bmp" ? "BMP" : "PNG");
   });
 }

@@ -27,9 +27,9 @@ QString RequireExtension(const QString& file, const QStringList& extensions, con
 // The extensions that a chart can be saved with, "bmp" first; "svg" if the toolkit can write it.
 QStringList ChartFileEndings();
 
-// Whether the toolkit can write SVG, and a writer that throws std::runtime_error if it can't.
-bool SvgOffered();
-void WriteSvg(ResultPlot& plot, const QSize& size, QIODevice& device);
+// Draws a chart as SVG; null if the toolkit can't.
+using SvgWriter = void (*)(ResultPlot& plot, const QSize& size, QIODevice& device);
+SvgWriter FindSvgWriter();
 
 // Saves the chart at that size in the format of the extension.
 void SaveChartFile(ResultPlot& plot, const QSize& size, const QString& file);
