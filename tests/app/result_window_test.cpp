@@ -1,11 +1,4 @@
-#include <QHeaderView>
-#include <QImage>
-#include <QProcess>
-#include <QScreen>
-#include <QScrollBar>
-#include <QTableView>
-#include <QTemporaryDir>
-#include <QToolButton>
+#include <QtWidgets>
 
 #include "resultchart/result_plot.h"
 #include "shown_desktop.h"

@@ -1,9 +1,6 @@
 #include "app/wiring/run_key_filter.h"
 
-#include <QComboBox>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QWindow>
+#include <QtWidgets>
 
 #include "platform/virtual_platform.h"
 #include "shown_desktop.h"

@@ -1,11 +1,6 @@
 #include <gmock/gmock.h>
 
-#include <QApplication>
-#include <QElapsedTimer>
-#include <QFileDialog>
-#include <QMessageBox>
-#include <QTemporaryDir>
-#include <QTimer>
+#include <QtWidgets>
 #include <chrono>
 
 #include "app/services/desktop_services.h"

@@ -1,11 +1,4 @@
-#include <QAbstractButton>
-#include <QAccessible>
-#include <QDragEnterEvent>
-#include <QLineEdit>
-#include <QMimeData>
-#include <QPointer>
-#include <QTimer>
-#include <QWindow>
+#include <QtWidgets>
 #include <algorithm>
 #include <set>
 

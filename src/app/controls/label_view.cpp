@@ -111,14 +111,10 @@ void LabelView::Update() {
 }
 
 QColor LabelView::Background() const {
-  switch (model_.DesignLook().backdrop) {
-    case Backdrop::kYellowPaper:
-      return Colours().value;
-    case Backdrop::kNone:
-      return model_.Container() == nullptr ? context_.BackgroundAt(geometry()) : Colours().field;
-    default:
-      return Colours().field;
-  }
+  const Backdrop backdrop = model_.DesignLook().backdrop;
+  if (backdrop == Backdrop::kYellowPaper) return Colours().value;
+  const bool on_artwork = backdrop == Backdrop::kNone && model_.Container() == nullptr;
+  return on_artwork ? context_.BackgroundAt(geometry()) : Colours().field;
 }
 
 void LabelView::paintEvent(QPaintEvent*) {

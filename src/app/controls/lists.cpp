@@ -11,8 +11,8 @@ namespace velumar {
 
 namespace {
 
-constexpr std::size_t kLongestLine =
-    1000;  // bytes, since an answer of a score service may be endless
+// In bytes, since an answer of a score service may be endless.
+constexpr std::size_t kLongestLine = 1000;
 constexpr std::size_t kMeasuredLines = 500;
 
 QString ShownLine(const std::string& line) {

@@ -111,12 +111,6 @@ QString QtSaveDialog::Folder() const {
   return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
 }
 
-void QtSaveDialog::SaveFolderOf(const QString& file) {
-  const QString folder = QFileInfo(file).absolutePath();
-  if (folder == std::exchange(folder_, folder)) return;
-  IgnoringErrors([&] { settings_.Save(kSaveFolder, folder.toStdString()); });
-}
-
 std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>& forms,
                                                     std::string_view suggestion) {
   QFileDialog dialog(nullptr, QStringLiteral("Save As"), Folder());
@@ -134,7 +128,10 @@ std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>&
     const QString typed = dialog.selectedFiles().constFirst();
     const QString file = WithExtension(typed, forms, ExtensionOf(dialog.selectedNameFilter()));
     if (file != typed && QFileInfo::exists(file) && !MayReplace(file)) continue;
-    SaveFolderOf(file);
+    const QString folder = QFileInfo(file).absolutePath();
+    if (folder != std::exchange(folder_, folder)) {
+      IgnoringErrors([&] { settings_.Save(kSaveFolder, folder.toStdString()); });
+    }
     return QDir::toNativeSeparators(file).toStdString();
   }
   return std::nullopt;

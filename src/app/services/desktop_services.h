@@ -33,7 +33,6 @@ class QtSaveDialog : public SaveDialog {
 
  private:
   QString Folder() const;
-  void SaveFolderOf(const QString& file);
 
   SettingsStore& settings_;
   QString folder_;  // of the last file, even if the settings could not be saved

@@ -190,11 +190,6 @@ void FormView::ComeUp() {
   raise();
 }
 
-void FormView::Retire() {
-  hide();
-  context_.Retire();
-}
-
 void FormView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   if (form_.Bordered()) return painter.fillRect(rect(), context_.Look().palette.window);
@@ -213,10 +208,6 @@ void FormView::keyPressEvent(QKeyEvent* event) {
   });
 }
 
-void FormView::mousePressEvent(QMouseEvent*) {
-  context_.Deliver([this] { form_.UserPress(); });
-}
-
 void FormView::StartDrag() {
   const Qt::MouseButtons held = QGuiApplication::mouseButtons();
   if (!isVisible() || held == Qt::NoButton) return;
@@ -229,10 +220,6 @@ void FormView::StartDrag() {
 
 void FormView::mouseMoveEvent(QMouseEvent* event) {
   if (mouseGrabber() == this) move(event->globalPosition().toPoint() - grip_);
-}
-
-void FormView::mouseReleaseEvent(QMouseEvent*) {
-  if (mouseGrabber() == this) releaseMouse();
 }
 
 void FormView::moveEvent(QMoveEvent*) {

@@ -23,7 +23,10 @@ class FormView : public QWidget {
   void UpdateControl(Control& control);
   void ApplyLook();
   // The window was unloaded: hides it, and deletes it once none of its handlers is running.
-  void Retire();
+  void Retire() {
+    hide();
+    context_.Retire();
+  }
   bool KeepsKeys() const { return form_.KeepsKeys(); }
   const FormContext& Context() const { return context_; }
   // Restores a minimised window and raises it.
@@ -34,9 +37,13 @@ class FormView : public QWidget {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
+  void mousePressEvent(QMouseEvent*) override {
+    context_.Deliver([this] { form_.UserPress(); });
+  }
   void mouseMoveEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent*) override {
+    if (mouseGrabber() == this) releaseMouse();
+  }
   void moveEvent(QMoveEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;

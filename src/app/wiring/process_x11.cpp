@@ -77,9 +77,8 @@ std::optional<std::string> ChooseDisplay() {
   if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) return std::nullopt;
   const QByteArray display = qgetenv("DISPLAY");
   if (display.isEmpty() && !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
-    return "Velumar needs X11, and this Wayland session has no X server. Install XWayland, or log "
-           "in "
-           "to an X11 session.";
+    return "Velumar needs X11, and this Wayland session has no X server. Install XWayland, or "
+           "log in to an X11 session.";
   }
   if (display.isEmpty()) return "There is no display: DISPLAY is not set.";
   if (!IsReachable(display)) {
