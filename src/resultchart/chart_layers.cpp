@@ -120,11 +120,6 @@ void ChartWall::DrawHint(QCPPainter& painter) const {
   painter.drawText(rect_->rect(), Qt::AlignCenter, QString::fromStdString(scene_.points.hint));
 }
 
-PortfolioLine::PortfolioLine(QCPAxis* places, QCPAxis* values, const ChartScene& scene)
-    : QCPGraph(places, values), scene_(scene) {
-  setSelectable(QCP::stNone);
-}
-
 void PortfolioLine::SetPoints() {
   QVector<QCPGraphData> points;
   points.reserve(static_cast<qsizetype>(scene_.points.values.size()));
@@ -184,18 +179,13 @@ void PortfolioLine::drawLinePlot(QCPPainter* painter, const QVector<QPointF>& li
   }
 }
 
-PortfolioBars::PortfolioBars(QCPAxis* places, QCPAxis* values, const ChartScene& scene)
-    : QCPBars(places, values), scene_(scene) {
-  setSelectable(QCP::stNone);
-  setPen(Qt::NoPen);
-}
-
 void PortfolioBars::Fill() {
   constexpr double kBarShare = 0.7;
   constexpr double kLeastGap = 2;  // pixels; narrower gaps would only blur
   setVisible(!scene_.style.IsLine());
   setAntialiased(scene_.style.HasDepth());
   setAntialiasedFill(scene_.style.HasDepth());
+  setPen(Qt::NoPen);
   setBrush(scene_.style.series);
   const QCPRange range = keyAxis()->range();
   const int pixels = std::max(1, keyAxis()->axisRect()->width());

@@ -33,7 +33,8 @@ class ChartWall : public QCPLayerable {
 // of pixels are reduced to the first, lowest, highest and last by QCPGraph.
 class PortfolioLine : public QCPGraph {
  public:
-  PortfolioLine(QCPAxis* places, QCPAxis* values, const ChartScene& scene);
+  PortfolioLine(QCPAxis* places, QCPAxis* values, const ChartScene& scene)
+      : QCPGraph(places, values), scene_(scene) {}
 
   // Takes points, type and colour from the scene.
   void SetPoints();
@@ -53,7 +54,8 @@ class PortfolioLine : public QCPGraph {
 // The portfolio as bars or steps, as boxes in a chart with depth.
 class PortfolioBars : public QCPBars {
  public:
-  PortfolioBars(QCPAxis* places, QCPAxis* values, const ChartScene& scene);
+  PortfolioBars(QCPAxis* places, QCPAxis* values, const ChartScene& scene)
+      : QCPBars(places, values), scene_(scene) {}
 
   // Bars for the visible points, at most one for each pixel. Call when the axes have their pixels.
   void Fill();

@@ -55,17 +55,14 @@ void Parse(QCommandLineParser& parser, const QStringList& arguments) {
 Options ReadOptions(const QStringList& arguments) {
   QCommandLineParser parser;
   Parse(parser, arguments);
-  const auto is_set = [&parser](const char* name) {
-    return parser.isSet(QString::fromLatin1(name));
-  };
   const auto value = [&parser](const char* name) {
     return parser.value(QString::fromLatin1(name));
   };
   Options options;
   options.settings_dir = value("settings-dir");
-  if (is_set("theme")) options.theme = ReadTheme(value("theme"));
+  if (parser.isSet(QStringLiteral("theme"))) options.theme = ReadTheme(value("theme"));
   options.screenshot_dir = value("screenshot-dir");
-  if (is_set("play")) options.play = ReadBars(value("play"));
+  if (parser.isSet(QStringLiteral("play"))) options.play = ReadBars(value("play"));
   if (options.PlaysAlone() == options.screenshot_dir.isEmpty()) {
     throw std::invalid_argument("use --play and --screenshot-dir together");
   }
