@@ -5,7 +5,6 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
-#include "app/theme/form_style.h"
 #include "app/windows/desktop_view.h"
 
 namespace velumar {
@@ -24,7 +23,7 @@ std::vector<ComboBox::Row> Securities(std::int64_t count) {
 class SetupWindow {
  public:
   explicit SetupWindow(std::int64_t securities) {
-    QApplication::setStyle(new FormStyle(Palette::Light()));
+    ApplyTheme(Palette::Light());
     desktop_.form1().Show();
     desktop_.form1().Combo1.SetRows(Securities(securities));
     QApplication::processEvents();

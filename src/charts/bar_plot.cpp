@@ -12,17 +12,6 @@ BarPlot::BarPlot(QWidget* parent) : QCustomPlot(parent) {
           [this](const QMouseEvent* event) { MovePointer(event->position()); });
 }
 
-void BarPlot::AddCross() {
-  for (QCPItemLine*& line : cross_) {
-    line = new QCPItemLine(this);
-    line->setLayer(pointer_layer_);
-    line->setClipToAxisRect(false);
-    line->setAntialiased(false);
-    line->setVisible(false);
-    for (QCPItemPosition* const end : line->positions()) end->setType(QCPItemPosition::ptAbsolute);
-  }
-}
-
 QCPAxisRect* BarPlot::AddRect(int row, QCPAxis::AxisType side) {
   constexpr double kZoomStep = 0.85;
   auto* const rect = new QCPAxisRect(this, false);
@@ -39,7 +28,14 @@ QCPAxisRect* BarPlot::AddRect(int row, QCPAxis::AxisType side) {
   rect->setRangeZoomAxes({bars}, {});
   rect->setRangeZoomFactor(kZoomStep);
   if (rects_.size() == 1) {
-    AddCross();
+    for (QCPItemLine*& line : cross_) {
+      line = new QCPItemLine(this);
+      line->setLayer(pointer_layer_);
+      line->setClipToAxisRect(false);
+      line->setAntialiased(false);
+      line->setVisible(false);
+      for (auto* const end : line->positions()) end->setType(QCPItemPosition::ptAbsolute);
+    }
     connect(bars, qOverload<const QCPRange&, const QCPRange&>(&QCPAxis::rangeChanged), this,
             &BarPlot::BoundRange);
   } else {

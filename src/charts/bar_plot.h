@@ -50,7 +50,6 @@ class BarPlot : public QCustomPlot {
   void leaveEvent(QEvent* event) override;
 
  private:
-  void AddCross();
   void BoundRange(const QCPRange& wanted, const QCPRange& before);
 
   Palette colours_ = Palette::Light();

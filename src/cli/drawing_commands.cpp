@@ -5,7 +5,6 @@
 #include "cli/commands.h"
 #include "resultchart/chart_file.h"
 #include "resultchart/report.h"
-#include "resultchart/report_pages.h"
 #include "resultchart/result_plot.h"
 
 namespace velumar {
@@ -37,7 +36,7 @@ void DrawChart(const ChartArguments& arguments) {
   ResultPlot plot;
   plot.resize(kPictureSize);
   plot.SetPoints(std::move(points));
-  plot.SetType(*type);
+  plot.SetStyle({.type = *type});
   SaveChartFile(plot, kPictureSize, QString::fromStdString(arguments.out));
 }
 

@@ -37,16 +37,8 @@ void WritePdf(ResultPlot& plot, const QSize& size, QIODevice& device) {
   const QSizeF points = QSizeF(size) * (kPointsPerInch / kUnitsPerInch);
   writer.setPageLayout({QPageSize(points, QPageSize::Point), QPageLayout::Portrait, QMarginsF()});
   QCPPainter painter;
-  if (!painter.begin(&writer)) throw std::runtime_error("the page could not be written");
-  painter.setMode(QCPPainter::pmVectorized);
-  painter.scale(writer.resolution() / kUnitsPerInch, writer.resolution() / kUnitsPerInch);
+  BeginPages(painter, writer);
   plot.PaintTo(painter, size);
-}
-
-void WriteFormat(ResultPlot& plot, const QSize& size, QIODevice& device, const QString& extension) {
-  if (extension == u"pdf") return WritePdf(plot, size, device);
-  if (extension == u"svg") return WriteSvg(plot, size, device);
-  WritePicture(plot, size, device, extension == u"bmp" ? "BMP" : "PNG");
 }
 
 }  // namespace
@@ -73,28 +65,36 @@ QString RequireExtension(const QString& file, const QStringList& extensions, con
 
 QStringList ChartFileEndings() {
   QStringList extensions = {QStringLiteral("bmp"), QStringLiteral("png")};
-  if (SvgOffered()) extensions.append(QStringLiteral("svg"));
+  if (FindSvgWriter() != nullptr) extensions.append(QStringLiteral("svg"));
   extensions.append(QStringLiteral("pdf"));
   return extensions;
 }
 
 void SaveChartFile(ResultPlot& plot, const QSize& size, const QString& file) {
   const QString extension = RequireExtension(file, ChartFileEndings(), QStringLiteral("a chart"));
-  SaveWhole(file, [&](QIODevice& device) { WriteFormat(plot, size, device, extension); });
+  SaveWhole(file, [&](QIODevice& device) {
+    if (extension == u"pdf") return WritePdf(plot, size, device);
+    if (extension == u"svg") return FindSvgWriter()(plot, size, device);
+    WritePicture(plot, size, device, extension == u"bmp" ? "BMP" : "PNG");
+  });
+}
+
+void BeginPages(QCPPainter& painter, QPagedPaintDevice& device) {
+  if (!painter.begin(&device)) throw std::runtime_error("the page could not be started");
+  painter.setMode(QCPPainter::pmVectorized);
+  const double scale = device.logicalDpiX() / kUnitsPerInch;
+  painter.scale(scale, scale);
 }
 
 void PrintChartPages(ResultPlot& plot, const ChartPage& page, QPagedPaintDevice& device) {
   device.setPageLayout({QPageSize(QPageSize::A4), page.orientation, QMarginsF()});
   QCPPainter painter;
-  if (!painter.begin(&device)) throw std::runtime_error("the page could not be started");
-  painter.setMode(QCPPainter::pmVectorized);
-  const double scale = device.logicalDpiX() / kUnitsPerInch;
+  BeginPages(painter, device);
   for (int copy = 0; copy < page.copies; ++copy) {
     if (copy > 0 && !device.newPage()) {
       throw std::runtime_error("the next page could not be started");
     }
     painter.save();
-    painter.scale(scale, scale);
     painter.translate(page.place.topLeft() * kUnitsPerInch);
     plot.PaintTo(painter, (page.place.size() * kUnitsPerInch).toSize());
     painter.restore();

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <functional>
 
+class QCPPainter;
 class QIODevice;
 class QPagedPaintDevice;
 
@@ -26,9 +27,9 @@ QString RequireExtension(const QString& file, const QStringList& extensions, con
 // The extensions that a chart can be saved with, "bmp" first; "svg" if the toolkit can write it.
 QStringList ChartFileEndings();
 
-// Whether the toolkit can write SVG, and a writer that throws std::runtime_error if it can't.
-bool SvgOffered();
-void WriteSvg(ResultPlot& plot, const QSize& size, QIODevice& device);
+// Draws a chart as SVG; null if the toolkit can't.
+using SvgWriter = void (*)(ResultPlot& plot, const QSize& size, QIODevice& device);
+SvgWriter FindSvgWriter();
 
 // Saves the chart at that size in the format of the extension.
 void SaveChartFile(ResultPlot& plot, const QSize& size, const QString& file);
@@ -39,6 +40,9 @@ struct ChartPage {
   QPageLayout::Orientation orientation = QPageLayout::Portrait;
   int copies = 1;
 };
+
+// Begins to draw vectors in units of 1/96 inch. Throws std::runtime_error if that is impossible.
+void BeginPages(QCPPainter& painter, QPagedPaintDevice& device);
 
 // Prints one page for each copy. Throws std::runtime_error if a page can't be started.
 void PrintChartPages(ResultPlot& plot, const ChartPage& page, QPagedPaintDevice& device);

@@ -3,6 +3,7 @@
 #include <QPointF>
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,10 +28,6 @@ inline constexpr std::array<ChartTypeName, 6> kChartTypes = {{{ChartType::k2DBar
                                                               {ChartType::k3DStep, "3D Step"}}};
 
 std::optional<ChartType> ChartTypeOf(std::string_view text);
-bool HasDepth(ChartType type);
-bool IsLine(ChartType type);
-// True if it is filled from a base line, so that its height is read.
-bool StandsOnBase(ChartType type);
 
 // The portfolio's value at each closing, oldest first. Both lists have the same length.
 struct ChartPoints {
@@ -39,18 +36,62 @@ struct ChartPoints {
   std::string hint;  // shown instead of the chart if there are no values
 };
 
-// What the parts of one chart share.
-struct ChartScene {
-  ChartPoints points;
+// What the trader chooses.
+struct ChartStyle {
   ChartType type = ChartType::k2DLine;
   QColor series = kSeriesGreen;
   bool shadow = false;
-  bool white_wall = false;
+  bool white_wall = false;  // the wall next to the series is white in every theme
+
+  bool HasDepth() const {
+    return type == ChartType::k3DBar || type == ChartType::k3DLine || type == ChartType::k3DStep;
+  }
+  bool IsLine() const { return !StandsOnBase() || type == ChartType::k2DArea; }
+  // True if it is filled from a base line, so that its height is read.
+  bool StandsOnBase() const { return type != ChartType::k2DLine && type != ChartType::k3DLine; }
+};
+
+// What the parts of one chart share.
+struct ChartScene {
+  ChartPoints points;
+  ChartStyle style;
   Palette colours = Palette::Light();
   QPointF depth;  // from the front to the back in pixels; null for a flat chart
 
   // For what is drawn on the wall.
-  const Palette& WallColours() const { return white_wall ? Palette::Light() : colours; }
+  const Palette& WallColours() const { return style.white_wall ? Palette::Light() : colours; }
 };
+
+// A range of an axis that counts points: point i lies at i.
+struct AxisSpan {
+  double first;
+  double last;
+
+  double Size() const { return last - first; }
+  bool operator==(const AxisSpan&) const = default;
+};
+
+struct ThinnedBar {
+  double place;  // of its middle
+  double value;
+
+  bool operator==(const ThinnedBar&) const = default;
+};
+
+// One bar for every `points_per_bar` values within the span: the value that is farthest from zero.
+// Bars begin at multiples of that number, so scrolling doesn't change them.
+std::vector<ThinnedBar> ThinnedBars(std::span<const double> values, const AxisSpan& span,
+                                    int points_per_bar);
+
+struct ValueSpan {
+  double lower;
+  double upper;
+
+  bool operator==(const ValueSpan&) const = default;
+};
+
+// The range of the value axis for the points within the span, with a margin. Values on a base line
+// start at zero unless they are so close together that no difference would be visible.
+ValueSpan FittingValues(std::span<const double> values, const AxisSpan& span, bool on_base);
 
 }  // namespace velumar

@@ -38,8 +38,6 @@ std::string Title(const Texts& figures, const std::optional<LedgerRun>& began) {
   return "No run yet";
 }
 
-std::string OrNone(const std::string& text) { return text.empty() ? kNoFigure : text; }
-
 // The list also has holdings that were dropped without an order.
 std::string OrderCount(const RunRecord& record) {
   return std::to_string(std::ranges::count_if(
@@ -66,7 +64,8 @@ std::vector<Report::Line> RunLines(const Texts& figures, const RunRecord& record
 }
 
 std::vector<Report::Line> FigureLines(const Texts& figures) {
-  return {{"Portfolio", OrNone(figures.at("ResPortfolio"))},
+  const std::string& portfolio = figures.at("ResPortfolio");
+  return {{"Portfolio", portfolio.empty() ? kNoFigure : portfolio},
           {"Long, quantity entered", figures.at("ResLongAmount")},
           {"Long, points realised", figures.at("ResLongProfitLoss")},
           {"Long, commission of entries", figures.at("ResLongComm")},

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <QString>
 #include <string>
 #include <vector>
 
 #include "ledger/ledger.h"
 #include "resultchart/chart_scene.h"
 #include "results/order_list.h"
+
+class QPagedPaintDevice;
 
 namespace velumar {
 
@@ -30,5 +33,14 @@ ChartPoints PointsOfRun(LedgerConnection& connection, int run);
 
 // The complete report of the same run. Throws LedgerError.
 Report ReadReport(LedgerConnection& connection, int run);
+
+// Draws the report as vectors: an A4 page with run, figures, statistics and chart, then the orders
+// on as many landscape pages as they need. Their fourteen columns don't fit upright; the type
+// shrinks, to six units of 1/96 inch at least, until the longest text of each column fits. Throws
+// std::runtime_error if a page can't be started.
+void PrintReport(const Report& report, QPagedPaintDevice& device);
+
+// Saves the report as a PDF file; see SaveWhole. Throws std::runtime_error with the file's name.
+void SaveReport(const Report& report, const QString& file);
 
 }  // namespace velumar

@@ -1,5 +1,3 @@
-#include "resultchart/report_pages.h"
-
 #include <QApplication>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
@@ -10,6 +8,7 @@
 
 #include "charts/qt_text.h"
 #include "resultchart/chart_file.h"
+#include "resultchart/report.h"
 #include "resultchart/result_plot.h"
 
 namespace velumar {
@@ -45,18 +44,6 @@ QFont Face(int pixels, bool bold = false) {
 
 double Width(const QString& text, const QFont& font) {
   return QFontMetricsF(font).horizontalAdvance(text);
-}
-
-// In one line of its place: in a smaller size if necessary, and with its middle left out if even
-// that is too long.
-void DrawFitting(QPainter& painter, const QRectF& place, Qt::Alignment alignment, QFont font,
-                 const QString& text) {
-  while (font.pixelSize() > kSmallestPixels && Width(text, font) > place.width()) {
-    font.setPixelSize(font.pixelSize() - 1);
-  }
-  painter.setFont(font);
-  painter.drawText(place, static_cast<int>(alignment | Qt::AlignVCenter | Qt::TextSingleLine),
-                   QFontMetricsF(font).elidedText(text, Qt::ElideMiddle, place.width()));
 }
 
 // The columns of the orders: how wide each is, and the text size at which all fit on a page.
@@ -102,8 +89,7 @@ class Pages {
 
   void Print() {
     SetPage(QPageLayout::Portrait);
-    if (!painter_.begin(&device_)) throw std::runtime_error("the page could not be started");
-    painter_.setMode(QCPPainter::pmVectorized);
+    BeginPages(painter_, device_);
     const OrderTable table(report_.orders, LandscapePage().width());
     const std::size_t on_a_page = RowsOnAPage(table);
     pages_ = 1 + (report_.orders.size() + on_a_page - 1) / on_a_page;
@@ -136,35 +122,27 @@ class Pages {
   }
 
   void BeginPage(const QString& title, const QString& subtitle) {
-    painter_.resetTransform();
-    const double scale = device_.logicalDpiX() / kUnitsPerInch;
-    painter_.scale(scale, scale);
     ++page_;
     const QRectF page = Page();
-    painter_.setPen(kInk);
-    DrawFitting(painter_, {0, 0, page.width(), 28}, Qt::AlignLeft, Face(kTitlePixels, true), title);
-    painter_.setPen(kFaint);
-    DrawFitting(painter_, {0, 28, page.width(), 16}, Qt::AlignLeft, Face(kTextPixels), subtitle);
+    WriteLine(kInk, {0, 0, page.width(), 28}, Qt::AlignLeft, Face(kTitlePixels, true), title);
+    WriteLine(kFaint, {0, 28, page.width(), 16}, Qt::AlignLeft, Face(kTextPixels), subtitle);
     const QRectF foot(0, page.height() - 16, page.width(), 16);
-    DrawFitting(painter_, foot, Qt::AlignLeft, Face(kSmallPixels), QStringLiteral("Velumar"));
-    DrawFitting(painter_, foot, Qt::AlignRight, Face(kSmallPixels),
-                QStringLiteral("Page %1 of %2").arg(page_).arg(pages_));
+    WriteLine(kFaint, foot, Qt::AlignLeft, Face(kSmallPixels), QStringLiteral("Velumar"));
+    WriteLine(kFaint, foot, Qt::AlignRight, Face(kSmallPixels),
+              QStringLiteral("Page %1 of %2").arg(page_).arg(pages_));
   }
 
   double PrintLines(const QString& heading, const std::vector<Report::Line>& lines, double left,
                     double top, double width) {
-    painter_.setPen(kInk);
-    DrawFitting(painter_, {left, top, width, kHeading}, Qt::AlignLeft, Face(kHeadingPixels, true),
-                heading);
+    WriteLine(kInk, {left, top, width, kHeading}, Qt::AlignLeft, Face(kHeadingPixels, true),
+              heading);
     top += kHeading;
     for (const Report::Line& line : lines) {
       const QString name = ToQt(line.name);
       const double name_width = Width(name, Face(kTextPixels)) + 8;
-      painter_.setPen(kFaint);
-      DrawFitting(painter_, {left, top, name_width, kRow}, Qt::AlignLeft, Face(kTextPixels), name);
-      painter_.setPen(kInk);
-      DrawFitting(painter_, {left + name_width, top, width - name_width, kRow}, Qt::AlignRight,
-                  Face(kTextPixels), ToQt(line.value));
+      WriteLine(kFaint, {left, top, name_width, kRow}, Qt::AlignLeft, Face(kTextPixels), name);
+      WriteLine(kInk, {left + name_width, top, width - name_width, kRow}, Qt::AlignRight,
+                Face(kTextPixels), ToQt(line.value));
       top += kRow;
       painter_.setPen(QPen(kRule, 0.5));
       painter_.drawLine(QPointF(left, top), QPointF(left + width, top));
@@ -200,7 +178,6 @@ class Pages {
     SetPage(QPageLayout::Landscape);
     if (!device_.newPage()) throw std::runtime_error("the next page could not be started");
     BeginPage(QStringLiteral("Orders"), ToQt(report_.title));
-    painter_.setPen(kInk);
     PrintRow(table, kHeader, Face(table.pixels, true),
              [](std::size_t column) { return std::string(kOrderColumns.at(column).title); });
     double top = kHeader + table.RowHeight();
@@ -209,7 +186,6 @@ class Pages {
     for (std::size_t i = first; i < end; ++i, top += table.RowHeight()) {
       const QRectF band(0, top, Page().width(), table.RowHeight());
       if ((i - first) % 2 == 1) painter_.fillRect(band, kBand);
-      painter_.setPen(kInk);
       PrintRow(table, top, Face(table.pixels),
                [&](std::size_t column) { return report_.orders[i].at(column).text; });
     }
@@ -221,11 +197,23 @@ class Pages {
       const double width = table.widths.at(column);
       const QRectF place(left + OrderTable::kPadding, top, width - 2 * OrderTable::kPadding,
                          table.RowHeight());
-      DrawFitting(painter_, place,
-                  kOrderColumns.at(column).numeric ? Qt::AlignRight : Qt::AlignLeft, font,
-                  ToQt(text_of(column)));
+      WriteLine(kInk, place, kOrderColumns.at(column).numeric ? Qt::AlignRight : Qt::AlignLeft,
+                font, ToQt(text_of(column)));
       left += width;
     }
+  }
+
+  // In one line of its place: in a smaller size if necessary, and with its middle left out if even
+  // that is too long.
+  void WriteLine(const QColor& ink, const QRectF& place, Qt::Alignment alignment, QFont font,
+                 const QString& text) {
+    while (font.pixelSize() > kSmallestPixels && Width(text, font) > place.width()) {
+      font.setPixelSize(font.pixelSize() - 1);
+    }
+    painter_.setPen(ink);
+    painter_.setFont(font);
+    painter_.drawText(place, static_cast<int>(alignment | Qt::AlignVCenter | Qt::TextSingleLine),
+                      QFontMetricsF(font).elidedText(text, Qt::ElideMiddle, place.width()));
   }
 
   const Report& report_;

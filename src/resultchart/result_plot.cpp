@@ -6,8 +6,7 @@
 
 #include "charts/qt_text.h"
 #include "charts/value_ticker.h"
-#include "resultchart/chart_wall.h"
-#include "resultchart/solid_series.h"
+#include "resultchart/chart_layers.h"
 
 namespace velumar {
 namespace {
@@ -109,36 +108,18 @@ ResultPlot::ResultPlot(QWidget* parent) : BarPlot(parent) {
 void ResultPlot::SetPoints(ChartPoints points) {
   scene_.points = std::move(points);
   line_->SetPoints();
-  SetTitles(!scene_.points.values.empty());
+  const bool empty = scene_.points.values.empty();
+  QCPAxis& values = *rect_->axis(QCPAxis::atLeft);
+  title_->setText(empty ? QString() : QString(kPlotTitle));
+  BarAxis().setLabel(empty ? QString() : QStringLiteral("Action Date"));
+  values.setLabel(empty ? QString() : QStringLiteral("Portfolio"));
+  BarAxis().setVisible(!empty);
+  values.setVisible(!empty);
   ShowSpan(WholeSpan());
 }
 
-void ResultPlot::SetTitles(bool with_points) {
-  title_->setText(with_points ? QString(kPlotTitle) : QString());
-  QCPAxis* const values = rect_->axis(QCPAxis::atLeft);
-  BarAxis().setLabel(with_points ? QStringLiteral("Action Date") : QString());
-  values->setLabel(with_points ? QStringLiteral("Portfolio") : QString());
-  BarAxis().setVisible(with_points);
-  values->setVisible(with_points);
-}
-
-void ResultPlot::SetType(ChartType type) {
-  scene_.type = type;
-  Changed();
-}
-
-void ResultPlot::SetSeriesColour(const QColor& colour) {
-  scene_.series = colour;
-  Changed();
-}
-
-void ResultPlot::SetShadow(bool shadow) {
-  scene_.shadow = shadow;
-  Changed();
-}
-
-void ResultPlot::SetWhiteWall(bool white) {
-  scene_.white_wall = white;
+void ResultPlot::SetStyle(const ChartStyle& style) {
+  scene_.style = style;
   Changed();
 }
 
@@ -186,10 +167,10 @@ void ResultPlot::Changed() { replot(QCustomPlot::rpQueuedReplot); }
 
 // Depth and values depend on the size and on what is visible.
 void ResultPlot::Arrange(const QSize& size) {
-  scene_.depth = HasDepth(scene_.type) ? DepthFor(size) : QPointF();
+  scene_.depth = scene_.style.HasDepth() ? DepthFor(size) : QPointF();
   const QPoint depth = scene_.depth.toPoint();
   rect_->setMinimumMargins(QMargins(8, 10 - depth.y(), 14 + depth.x(), 8));
-  const ValueSpan values = FittingValues(scene_.points.values, Span(), StandsOnBase(scene_.type));
+  const ValueSpan values = FittingValues(scene_.points.values, Span(), scene_.style.StandsOnBase());
   rect_->axis(QCPAxis::atLeft)->setRange(values.lower, values.upper);
   LayOut(size);
   line_->ApplyStyle();

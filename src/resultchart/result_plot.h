@@ -2,7 +2,6 @@
 
 #include "charts/bar_plot.h"
 #include "resultchart/chart_scene.h"
-#include "resultchart/thinning.h"
 
 namespace velumar {
 
@@ -23,11 +22,7 @@ class ResultPlot : public BarPlot {
 
   // Without points the hint replaces axes and titles.
   void SetPoints(ChartPoints points);
-  void SetType(ChartType type);
-  void SetSeriesColour(const QColor& colour);
-  void SetShadow(bool shadow);
-  // Paints the wall behind the series white.
-  void SetWhiteWall(bool white);
+  void SetStyle(const ChartStyle& style);
   void SetColours(const Palette& colours) override;
 
   const ChartScene& Scene() const { return scene_; }
@@ -50,7 +45,6 @@ class ResultPlot : public BarPlot {
  private:
   void Changed();
   void Arrange(const QSize& size);
-  void SetTitles(bool with_points);
   void ShowPointerText(std::size_t point, QPointF centre);
 
   ChartScene scene_;

@@ -1,13 +1,7 @@
-#include <stdexcept>
-
 #include "resultchart/chart_file.h"
 
 namespace velumar {
 
-bool SvgOffered() { return false; }
-
-void WriteSvg(ResultPlot&, const QSize&, QIODevice&) {
-  throw std::runtime_error("SVG is not available on this system; save as PDF instead");
-}
+SvgWriter FindSvgWriter() { return nullptr; }
 
 }  // namespace velumar

@@ -8,7 +8,7 @@
 
 namespace velumar {
 
-bool SvgOffered() { return true; }
+namespace {
 
 void WriteSvg(ResultPlot& plot, const QSize& size, QIODevice& device) {
   QSvgGenerator generator;
@@ -21,5 +21,9 @@ void WriteSvg(ResultPlot& plot, const QSize& size, QIODevice& device) {
   if (!painter.begin(&generator)) throw std::runtime_error("the picture could not be started");
   plot.PaintTo(painter, size);
 }
+
+}  // namespace
+
+SvgWriter FindSvgWriter() { return WriteSvg; }
 
 }  // namespace velumar

@@ -1,13 +1,4 @@
-#include <QAbstractButton>
-#include <QAbstractItemView>
-#include <QCalendarWidget>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QCompleter>
-#include <QDateEdit>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSlider>
+#include <QtWidgets>
 #include <stdexcept>
 
 #include "app/controls/control_view.h"

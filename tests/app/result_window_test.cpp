@@ -1,13 +1,5 @@
-#include <QHeaderView>
-#include <QImage>
-#include <QProcess>
-#include <QScreen>
-#include <QScrollBar>
-#include <QTableView>
-#include <QTemporaryDir>
-#include <QToolButton>
+#include <QtWidgets>
 
-#include "app/services/printers.h"
 #include "resultchart/result_plot.h"
 #include "shown_desktop.h"
 #include "support/ledger_rows.h"
@@ -113,7 +105,7 @@ TEST_F(ResultViewTest, AZoomWithTheWheelStays) {
   EXPECT_LT(nearer, whole);
   world.colours.answer = kRed;
   Click(WidgetOf(form.picCommonDialog));
-  EXPECT_EQ(plot.Scene().series, QColor(Qt::red));
+  EXPECT_EQ(plot.Scene().style.series, QColor(Qt::red));
   EXPECT_EQ(plot.Span().Size(), nearer);
   form.Toolbar1.UserButton(FrmResult::kDefault);
   EXPECT_EQ(plot.Span().Size(), whole);

@@ -1,9 +1,6 @@
 #include "app/wiring/run_key_filter.h"
 
-#include <QComboBox>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QWindow>
+#include <QtWidgets>
 
 #include "platform/virtual_platform.h"
 #include "shown_desktop.h"
@@ -40,8 +37,12 @@ class RunKeyFilterTest : public ShownDesktop {
   SimSession session;
   RecordingChart chart;
   TraderFocus trader{chart};
-  RunKeys keys{session, desktop, trader, [this] { return chart_opening; },
-               [this] { clicks.emplace_back("frmScore"); }};
+  RunKeys keys{session,
+               desktop,
+               trader,
+               [this] { return chart_opening; },
+               [this] { clicks.emplace_back("frmScore"); },
+               [this] { clicks.emplace_back("date"); }};
   RunKeyFilter filter{keys};
   Form3& panel = desktop.form3();
   bool chart_opening = false;
@@ -111,6 +112,35 @@ TEST_F(RunKeyFilterTest, AListKeepsKeysOnlyWhileItsLineIsTypedInto) {
   EXPECT_THAT(After(Qt::Key_S), ElementsAre("ImgShort"));
   list.setFocus(Qt::TabFocusReason);
   EXPECT_THAT(After(Qt::Key_S), IsEmpty());
+}
+
+// The repeats that wait while a step is made count once, and none is left after the release.
+TEST_F(RunKeyFilterTest, StepsOfAHeldKeyEndWithIt) {
+  EXPECT_THAT(After(Qt::Key_G), ElementsAre("date"));
+  clicks.clear();
+  QWindow* const window = View(panel).windowHandle();
+  const auto send = [&](QEvent::Type type, bool repeated) {
+    QKeyEvent key(type, Qt::Key_Right, Qt::NoModifier, QString(), repeated);
+    QCoreApplication::sendEvent(window, &key);
+  };
+  send(QEvent::KeyPress, false);
+  EXPECT_EQ(clicks.size(), 1U);
+  for (int i = 0; i < 5; ++i) send(QEvent::KeyPress, true);
+  EXPECT_EQ(clicks.size(), 1U);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return clicks.size() >= 10; }, 3000)) << "steps while held";
+  send(QEvent::KeyRelease, false);
+  const std::size_t at_release = clicks.size();
+  QTest::qWait(50);
+  EXPECT_EQ(clicks.size(), at_release);
+  for (const bool released : {true, false}) {
+    filter.PressFromChart({.code = run_key::kRight, .repeated = true});
+    if (released) filter.ReleaseFromChart();
+    QTest::qWait(600);
+    const std::size_t later = clicks.size();
+    EXPECT_EQ(later > at_release, !released) << "steps from the chart";
+    QTest::qWait(50);
+    EXPECT_EQ(clicks.size(), later) << "a release that was lost ends the steps too";
+  }
 }
 
 TEST_F(RunKeyFilterTest, AHeldKeyStepsOneBarAtATimeAndOrdersNothing) {

@@ -1,15 +1,9 @@
 #include <gmock/gmock.h>
 
-#include <QApplication>
-#include <QElapsedTimer>
-#include <QFileDialog>
-#include <QMessageBox>
-#include <QTemporaryDir>
-#include <QTimer>
+#include <QtWidgets>
 #include <chrono>
 
 #include "app/services/desktop_services.h"
-#include "app/services/event_loop.h"
 #include "platform/virtual_platform.h"
 
 namespace velumar {
@@ -30,7 +24,7 @@ void WhenOpen(Act act) {
 struct EventLoopTest : ::testing::Test {
   EventLoopTest() { time.start(); }
 
-  QtEventLoop events;
+  const std::unique_ptr<EventLoop> events = WindowEvents();
   QElapsedTimer time;
 };
 
@@ -39,7 +33,7 @@ TEST_F(EventLoopTest, AWaitIsNeverShortAndLetsEventsRun) {
     bool ran = false;
     QTimer::singleShot(2, [&] { ran = true; });
     time.restart();
-    events.WaitFor(5ms);
+    events->WaitFor(5ms);
     EXPECT_GE(time.nsecsElapsed(), 5'000'000);
     EXPECT_TRUE(ran);
   }
@@ -48,10 +42,10 @@ TEST_F(EventLoopTest, AWaitIsNeverShortAndLetsEventsRun) {
 TEST_F(EventLoopTest, EachOfNestedWaitsEndsAtItsOwnTime) {
   qint64 inner_end = 0;
   QTimer::singleShot(5, [&] {
-    events.WaitFor(20ms);
+    events->WaitFor(20ms);
     inner_end = time.elapsed();
   });
-  events.WaitFor(120ms);
+  events->WaitFor(120ms);
   EXPECT_GE(inner_end, 25);
   EXPECT_LT(inner_end, 100) << "the inner wait ends before the outer one";
   EXPECT_GE(time.elapsed(), 120);
@@ -60,7 +54,7 @@ TEST_F(EventLoopTest, EachOfNestedWaitsEndsAtItsOwnTime) {
 TEST_F(EventLoopTest, WaitsEndWhenTheApplicationDoes) {
   QTimer::singleShot(0, [&] {
     QTimer::singleShot(0, [] { QApplication::quit(); });
-    events.WaitFor(30'000ms);
+    events->WaitFor(30'000ms);
   });
   EXPECT_EQ(QApplication::exec(), 0);
   EXPECT_LT(time.elapsed(), 10'000);

@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "app/theme/form_style.h"
 #include "app/windows/desktop_view.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
@@ -19,7 +18,7 @@ namespace velumar {
 // A desktop on the screen, with no logic except what a test binds.
 class ShownDesktop : public ::testing::Test {
  protected:
-  ShownDesktop() { QApplication::setStyle(new FormStyle(Palette::Light())); }
+  ShownDesktop() { ApplyTheme(Palette::Light()); }
 
   // Deletes unloaded windows before their models.
   ~ShownDesktop() override { Settle(); }

@@ -1,16 +1,9 @@
-#include <QAbstractButton>
-#include <QAccessible>
-#include <QDragEnterEvent>
-#include <QLineEdit>
-#include <QMimeData>
-#include <QPointer>
-#include <QTimer>
-#include <QWindow>
+#include <QtWidgets>
 #include <algorithm>
 #include <set>
 
-#include "app/services/event_loop.h"
-#include "app/theme/theme_follower.h"
+#include "app/services/desktop_services.h"
+#include "app/theme/theme.h"
 #include "shown_desktop.h"
 
 namespace velumar {
@@ -91,11 +84,11 @@ TEST_F(WindowsTest, AnInnerPressMayUnloadTheWindowOfAnOuterClick) {
     EXPECT_FALSE(window->isVisible());
     desktop.form2().Label6.SetText("still running");
   };
-  QtEventLoop events;
+  const auto events = WindowEvents();
   form.Image3.on_click = [&] {
     QTimer::singleShot(0, &close, [&] { Click(close); });
-    events.WaitFor(10ms);
-    events.WaitFor(10ms);
+    events->WaitFor(10ms);
+    events->WaitFor(10ms);
     EXPECT_FALSE(window.isNull()) << "its handler is still running";
   };
   Click(WidgetOf(form.Image3));

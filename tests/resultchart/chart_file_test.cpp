@@ -6,7 +6,7 @@
 #include <functional>
 #include <stdexcept>
 
-#include "resultchart/report_pages.h"
+#include "resultchart/report.h"
 #include "resultchart/result_plot.h"
 #include "support/full_disk.h"
 #include "support/scratch_folder.h"

@@ -43,7 +43,7 @@ TEST(ResultPlot, KeepsTheExtremesOfManyPointsInEveryType) {
   ResultPlot plot;
   plot.SetPoints(PointsOf(std::move(values)));
   for (const ChartTypeName& type : kChartTypes) {
-    plot.SetType(type.type);
+    plot.SetStyle({.type = type.type});
     const std::vector<int> rows = ColouredRows(plot);
     ASSERT_FALSE(rows.empty()) << type.text;
     // 2,700 of the 3,024 that the axis shows, on at least 300 pixels.
@@ -56,7 +56,7 @@ TEST(ResultPlot, ShowsASinglePointAndBarsFromZero) {
   plot.SetPoints(PointsOf({500}));
   EXPECT_FALSE(ColouredRows(plot).empty());
   plot.SetPoints(PointsOf({20, 100}));
-  plot.SetType(ChartType::k2DBar);
+  plot.SetStyle({.type = ChartType::k2DBar});
   const std::vector<int> rows = ColouredRows(plot);
   EXPECT_GT(rows.size(), 350U) << "the bar of 100 fills the height";
 }

@@ -1,12 +1,4 @@
-#include <QHBoxLayout>
-#include <QMenuBar>
-#include <QPainter>
-#include <QProgressBar>
-#include <QScrollBar>
-#include <QSignalBlocker>
-#include <QSlider>
-#include <QTabBar>
-#include <QToolButton>
+#include <QtWidgets>
 #include <algorithm>
 #include <vector>
 
@@ -21,63 +13,56 @@ constexpr int kBarFontPixels = 12;
 
 class ToolbarView : public View<QWidget, Toolbar> {
  public:
-  ToolbarView(FormContext& context, QWidget& parent, Toolbar& toolbar);
-  void Update() override;
+  explicit ToolbarView(const Parts& parts) : View(parts) {
+    constexpr int kAround = 2;
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(kAround, kAround, 0, kAround);
+    row->setSpacing(0);
+    for (const Toolbar::Item& item : model_.Items()) {
+      buttons_.push_back(NewButton(item));
+      row->addWidget(buttons_.back());
+    }
+    row->addStretch();
+  }
+  void Update() override {
+    View::Update();
+    for (std::size_t i = 0; i < buttons_.size(); ++i) {
+      buttons_[i]->setIcon(QIcon(ArtPixmap(Colours(), ToQt(model_.Items()[i].art),
+                                           buttons_[i]->iconSize() * devicePixelRatioF())));
+    }
+  }
 
  private:
-  QToolButton* NewButton(const Toolbar::Item& item);
+  QToolButton* NewButton(const Toolbar::Item& item) {
+    constexpr int kIconPixels = 14;
+    constexpr int kAroundText = 14;
+    auto* button = new QToolButton(this);
+    button->setAutoRaise(true);
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setIconSize({kIconPixels, kIconPixels});
+    button->setFont(context_.Look().faces.Plain(kBarFontPixels - 1));
+    button->setText(ToQt(item.caption));
+    button->setToolTip(ToQt(item.tooltip));
+    button->setObjectName(ToQt(model_.Name() + "." + std::to_string(item.index)));
+    const QString shown = button->text().remove(QLatin1Char('&'));
+    button->setFixedWidth(kIconPixels + kAroundText +
+                          button->fontMetrics().horizontalAdvance(shown));
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    connect(button, &QToolButton::clicked, this,
+            [this, index = item.index] { Pass(&Toolbar::UserButton, index); });
+    return button;
+  }
 
   std::vector<QToolButton*> buttons_;  // one for each item of the toolbar
 };
 
-ToolbarView::ToolbarView(FormContext& context, QWidget& parent, Toolbar& toolbar)
-    : View(context, parent, toolbar) {
-  constexpr int kAround = 2;
-  auto* row = new QHBoxLayout(this);
-  row->setContentsMargins(kAround, kAround, 0, kAround);
-  row->setSpacing(0);
-  for (const Toolbar::Item& item : toolbar.Items()) {
-    buttons_.push_back(NewButton(item));
-    row->addWidget(buttons_.back());
-  }
-  row->addStretch();
-}
-
-QToolButton* ToolbarView::NewButton(const Toolbar::Item& item) {
-  constexpr int kIconPixels = 14;
-  constexpr int kAroundText = 14;
-  auto* button = new QToolButton(this);
-  button->setAutoRaise(true);
-  button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  button->setIconSize({kIconPixels, kIconPixels});
-  button->setFont(context_.Look().faces.Plain(kBarFontPixels - 1));
-  button->setText(ToQt(item.caption));
-  button->setToolTip(ToQt(item.tooltip));
-  button->setObjectName(ToQt(model_.Name() + "." + std::to_string(item.index)));
-  const QString shown = button->text().remove(QLatin1Char('&'));
-  button->setFixedWidth(kIconPixels + kAroundText + button->fontMetrics().horizontalAdvance(shown));
-  button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
-  connect(button, &QToolButton::clicked, this, [this, index = item.index] {
-    context_.Deliver([this, index] { model_.UserButton(index); });
-  });
-  return button;
-}
-
-void ToolbarView::Update() {
-  View::Update();
-  for (std::size_t i = 0; i < buttons_.size(); ++i) {
-    buttons_[i]->setIcon(QIcon(ArtPixmap(Colours(), ToQt(model_.Items()[i].art),
-                                         buttons_[i]->iconSize() * devicePixelRatioF())));
-  }
-}
-
 class TabBarView : public View<QTabBar, TabBar> {
  public:
-  TabBarView(FormContext& context, QWidget& parent, TabBar& tabs) : View(context, parent, tabs) {
+  explicit TabBarView(const Parts& parts) : View(parts) {
     setShape(QTabBar::RoundedSouth);
     setDrawBase(false);
-    setFont(context.Look().faces.Plain(kBarFontPixels));
-    for (const std::string& title : tabs.Titles()) addTab(ToQt(title));
+    setFont(context_.Look().faces.Plain(kBarFontPixels));
+    for (const std::string& title : model_.Titles()) addTab(ToQt(title));
     connect(this, &QTabBar::currentChanged, this, To(&TabBar::UserChoose));
     connect(this, &QTabBar::currentChanged, this, &TabBarView::Update);
   }
@@ -91,50 +76,45 @@ class TabBarView : public View<QTabBar, TabBar> {
 // A menu bar lies above the contents of its window, whose height doesn't include it.
 class MenuView : public View<QMenuBar, Menu> {
  public:
-  MenuView(FormContext& context, QWidget& parent, Menu& menu) : View(context, parent, menu) {
+  explicit MenuView(const Parts& parts) : View(parts) {
     setNativeMenuBar(false);
-    setFont(context.Look().faces.Plain(kBarFontPixels));
-    QMenu* top = addMenu(ToQt(menu.Text()));
-    for (std::size_t list = 0; list < menu.Lists().size(); ++list) AddList(*top, list);
+    setFont(context_.Look().faces.Plain(kBarFontPixels));
+    QMenu* top = addMenu(ToQt(model_.Text()));
+    for (std::size_t list = 0; list < model_.Lists().size(); ++list) AddList(*top, list);
   }
-  void Update() override;
+  void Update() override {
+    setObjectName(ToQt(model_.Name()));
+    for (std::size_t list = 0; list < actions_.size(); ++list) {
+      for (std::size_t entry = 0; entry < actions_[list].size(); ++entry) {
+        actions_[list][entry]->setChecked(model_.Ticked(list, entry));
+      }
+    }
+  }
 
  private:
-  void AddList(QMenu& top, std::size_t list);
+  void AddList(QMenu& top, std::size_t list) {
+    QMenu* sub = top.addMenu(ToQt(model_.Lists()[list].caption));
+    actions_.emplace_back();
+    for (const std::string& text : model_.Lists()[list].entries) {
+      QAction* action = sub->addAction(ToQt(text));
+      action->setCheckable(true);
+      connect(action, &QAction::triggered, this, [this, list, entry = actions_.back().size()] {
+        Pass(&Menu::UserEntry, list, entry);
+        Update();
+      });
+      actions_.back().push_back(action);
+    }
+  }
 
   std::vector<std::vector<QAction*>> actions_;  // one vector for each list of the menu
 };
-
-void MenuView::AddList(QMenu& top, std::size_t list) {
-  QMenu* sub = top.addMenu(ToQt(model_.Lists()[list].caption));
-  actions_.emplace_back();
-  for (const std::string& text : model_.Lists()[list].entries) {
-    QAction* action = sub->addAction(ToQt(text));
-    action->setCheckable(true);
-    const std::size_t entry = actions_.back().size();
-    connect(action, &QAction::triggered, this, [this, list, entry] {
-      context_.Deliver([this, list, entry] { model_.UserEntry(list, entry); });
-      Update();
-    });
-    actions_.back().push_back(action);
-  }
-}
-
-void MenuView::Update() {
-  setObjectName(ToQt(model_.Name()));
-  for (std::size_t list = 0; list < actions_.size(); ++list) {
-    for (std::size_t entry = 0; entry < actions_[list].size(); ++entry) {
-      actions_[list][entry]->setChecked(model_.Ticked(list, entry));
-    }
-  }
-}
 
 // A slider or a scroll bar.
 template <typename Base, typename Model>
 class SliderView : public View<Base, Model> {
  public:
-  SliderView(FormContext& context, QWidget& parent, Model& slider)
-      : View<Base, Model>(context, parent, slider) {
+  explicit SliderView(const ViewParts<Model>& parts) : View<Base, Model>(parts) {
+    const Model& slider = parts.model;
     const Slider::Range& range = slider.Limits();
     this->setOrientation(slider.Height() > slider.Width() ? Qt::Vertical : Qt::Horizontal);
     this->setRange(range.low, range.high);
@@ -153,10 +133,7 @@ class SliderView : public View<Base, Model> {
 // A press on it goes through to the window.
 class ProgressLineView : public View<QProgressBar, ProgressLine> {
  public:
-  ProgressLineView(FormContext& context, QWidget& parent, ProgressLine& line)
-      : View(context, parent, line) {
-    setRange(0, kSteps);
-  }
+  explicit ProgressLineView(const Parts& parts) : View(parts) { setRange(0, kSteps); }
   void Update() override {
     View::Update();
     setValue(static_cast<int>(model_.Fraction() * kSteps));  // for screen readers
@@ -167,13 +144,9 @@ class ProgressLineView : public View<QProgressBar, ProgressLine> {
     if (model_.ToolTip().empty()) return;  // no run yet
     const double radius = height() / 2.0;
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Colours().border);
-    painter.drawRoundedRect(rect(), radius, radius);
-    painter.setBrush(Colours().accent);
-    painter.drawRoundedRect(QRectF(0, 0, width() * double{model_.Fraction()}, height()), radius,
-                            radius);
+    DrawRounded(painter, rect(), radius, Qt::NoPen, Colours().border);
+    const QRectF passed(0, 0, width() * double{model_.Fraction()}, height());
+    DrawRounded(painter, passed, radius, Qt::NoPen, Colours().accent);
   }
 
  private:

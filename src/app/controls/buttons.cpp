@@ -1,11 +1,6 @@
-#include <QCheckBox>
-#include <QKeyEvent>
-#include <QPainter>
-#include <QPushButton>
-#include <QSignalBlocker>
+#include <QtWidgets>
 
 #include "app/controls/control_view.h"
-#include "app/theme/fonts.h"
 #include "forms/panels.h"
 
 namespace velumar {
@@ -16,8 +11,7 @@ namespace {
 template <typename Base, typename Model>
 class PressedView : public View<Base, Model> {
  public:
-  PressedView(FormContext& context, QWidget& parent, Model& model)
-      : View<Base, Model>(context, parent, model) {
+  explicit PressedView(const ViewParts<Model>& parts) : View<Base, Model>(parts) {
     this->connect(this, &Base::pressed, this, this->To(&Model::UserPress));
     this->connect(this, &Base::released, this, this->To(&Model::UserRelease));
     this->connect(this, &Base::clicked, this, this->To(&Model::UserClick));
@@ -25,20 +19,15 @@ class PressedView : public View<Base, Model> {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override {
-    if (IsEnter(*event)) {
-      this->click();
-    } else {
-      Base::keyPressEvent(event);
-    }
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!enter || event->isAutoRepeat()) return Base::keyPressEvent(event);
+    this->click();
   }
 };
 
 class ButtonView : public PressedView<QPushButton, Button> {
  public:
-  ButtonView(FormContext& context, QWidget& parent, Button& button)
-      : PressedView(context, parent, button) {
-    setAutoDefault(false);
-  }
+  explicit ButtonView(const Parts& parts) : PressedView(parts) { setAutoDefault(false); }
   void Update() override {
     PressedView::Update();
     const FittedText fitted =
@@ -60,54 +49,44 @@ QPixmap Tinted(const QPixmap& art, const QColor& tint) {
 // A button that is all picture. A click leaves the keyboard focus where it is.
 class PictureButtonView : public PressedView<QAbstractButton, PictureButton> {
  public:
-  PictureButtonView(FormContext& context, QWidget& parent, PictureButton& button)
-      : PressedView(context, parent, button) {
+  explicit PictureButtonView(const Parts& parts) : PressedView(parts) {
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
   }
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
+  void paintEvent(QPaintEvent*) override {
+    QPixmap art = ArtPixmap(Colours(), ToQt(model_.Text()), DevicePixels(*this));
+    if (art.isNull()) return;
+    if (isDown()) {
+      art = Tinted(art, QColor(0, 0, 0, 70));
+    } else if (underMouse()) {
+      art = Tinted(art, Colours().dark ? QColor(255, 255, 255, 45) : QColor(70, 140, 255, 55));
+    }
+    QPainter painter(this);
+    if (!isEnabled()) painter.setOpacity(0.4);
+    painter.save();
+    PaintInDevicePixels(painter);
+    painter.drawPixmap(0, 0, art);
+    painter.restore();
+    if (hasFocus()) PaintFocus(painter);
+  }
 
  private:
-  void PaintFocus(QPainter& painter) const;
-};
-
-void PictureButtonView::paintEvent(QPaintEvent*) {
-  QPixmap art = ArtPixmap(Colours(), ToQt(model_.Text()), DevicePixels(*this));
-  if (art.isNull()) return;
-  if (isDown()) {
-    art = Tinted(art, QColor(0, 0, 0, 70));
-  } else if (underMouse()) {
-    art = Tinted(art, Colours().dark ? QColor(255, 255, 255, 45) : QColor(70, 140, 255, 55));
+  // A double ring, visible on both bright and dark pictures.
+  void PaintFocus(QPainter& painter) const {
+    constexpr QColor kFocusRing(0xff, 0xc8, 0x3d);
+    constexpr double kRound = 5;
+    const QRectF edge(rect());
+    painter.setOpacity(1);
+    DrawRounded(painter, edge.adjusted(.5, .5, -.5, -.5), kRound, QPen(kFocusRing, 2));
+    DrawRounded(painter, edge.adjusted(2, 2, -2, -2), kRound - 1, QPen(Qt::black, 1));
   }
-  QPainter painter(this);
-  if (!isEnabled()) painter.setOpacity(0.4);
-  painter.save();
-  PaintInDevicePixels(painter);
-  painter.drawPixmap(0, 0, art);
-  painter.restore();
-  if (hasFocus()) PaintFocus(painter);
-}
-
-// A double ring, visible on both bright and dark pictures.
-void PictureButtonView::PaintFocus(QPainter& painter) const {
-  constexpr QColor kFocusRing(0xff, 0xc8, 0x3d);
-  constexpr double kRound = 5;
-  const QRectF edge = QRectF(rect()).adjusted(1, 1, -1, -1);
-  painter.setOpacity(1);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setBrush(Qt::NoBrush);
-  painter.setPen(QPen(kFocusRing, 2));
-  painter.drawRoundedRect(edge, kRound, kRound);
-  painter.setPen(QPen(Qt::black, 1));
-  painter.drawRoundedRect(edge.adjusted(1.5, 1.5, -1.5, -1.5), kRound - 1, kRound - 1);
-}
+};
 
 class SwatchView : public View<QAbstractButton, Swatch> {
  public:
-  SwatchView(FormContext& context, QWidget& parent, Swatch& swatch)
-      : View(context, parent, swatch) {
+  explicit SwatchView(const Parts& parts) : View(parts) {
     setAttribute(Qt::WA_Hover);
     connect(this, &QAbstractButton::clicked, this, To(&Swatch::UserClick));
   }
@@ -116,16 +95,15 @@ class SwatchView : public View<QAbstractButton, Swatch> {
   void paintEvent(QPaintEvent*) override {
     constexpr double kRound = 3;
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(underMouse() || hasFocus() ? Colours().accent : Colours().border);
-    painter.setBrush(ToQColor(model_.ForeColour()));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), kRound, kRound);
+    DrawRounded(painter, rect(), kRound,
+                underMouse() || hasFocus() ? Colours().accent : Colours().border,
+                ToQColor(model_.ForeColour()));
   }
 };
 
 class LinkView : public View<QAbstractButton, Link> {
  public:
-  LinkView(FormContext& context, QWidget& parent, Link& link) : View(context, parent, link) {
+  explicit LinkView(const Parts& parts) : View(parts) {
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);
     connect(this, &QAbstractButton::clicked, this, To(&Link::UserClick));
@@ -148,7 +126,7 @@ class LinkView : public View<QAbstractButton, Link> {
 
 class CheckBoxView : public View<QCheckBox, CheckBox> {
  public:
-  CheckBoxView(FormContext& context, QWidget& parent, CheckBox& box) : View(context, parent, box) {
+  explicit CheckBoxView(const Parts& parts) : View(parts) {
     connect(this, &QCheckBox::clicked, this, To(&CheckBox::UserToggle));
     connect(this, &QCheckBox::clicked, this, &CheckBoxView::Update);
   }

@@ -1,9 +1,7 @@
-#include <QMouseEvent>
-#include <QPainter>
-#include <QPixmap>
+#include <QtWidgets>
 
 #include "app/controls/control_view.h"
-#include "app/services/printers.h"
+#include "app/services/desktop_services.h"
 #include "forms/chart.h"
 #include "forms/form.h"
 #include "resultchart/chart_file.h"
@@ -21,10 +19,8 @@ void Apply(ResultPlot& plot, const ChartContent& content, std::shared_ptr<const 
     rows = content.rows;
     plot.SetPoints({rows->labels, rows->values, rows->hint});
   }
-  plot.SetType(static_cast<ChartType>(content.type));
-  plot.SetSeriesColour(ToQColor(content.series));
-  plot.SetShadow(content.shadow);
-  plot.SetWhiteWall(content.white_wall);
+  plot.SetStyle({static_cast<ChartType>(content.type), ToQColor(content.series), content.shadow,
+                 content.white_wall});
   plot.ShowSpan(content.span ? AxisSpan{content.span->first, content.span->second}
                              : plot.WholeSpan());
 }
@@ -32,67 +28,65 @@ void Apply(ResultPlot& plot, const ChartContent& content, std::shared_ptr<const 
 // A chart in the colours of the window. It is saved as it is shown.
 class ChartView : public View<ResultPlot, Chart> {
  public:
-  ChartView(FormContext& context, QWidget& parent, Chart& chart);
-  void Update() override;
+  explicit ChartView(const Parts& parts) : View(parts) {
+    setFont(context_.Look().faces.Plain(font().pixelSize()));
+    connect(this, &ResultPlot::SpanMoved, this,
+            [this] { Pass(&Chart::UserSpan, std::pair(Span().first, Span().last)); });
+    model_.endings.clear();
+    for (const QString& ending : ChartFileEndings()) model_.endings.push_back(ending.toStdString());
+    model_.save = [this](const std::string& file) {
+      SaveChartFile(*this, LogicalPlace(model_).size(), ToQt(file));
+    };
+  }
+  void Update() override {
+    ApplyCommon(*this, model_);
+    setAccessibleName(QStringLiteral("The portfolio's value after each closing"));
+    SetColours(Colours());
+    SetCovered(LogicalPixels(model_.Covered()));
+    Apply(*this, model_.Content(), rows_);
+  }
 
  private:
   std::shared_ptr<const ChartRows> rows_;  // as shown
 };
 
-ChartView::ChartView(FormContext& context, QWidget& parent, Chart& chart)
-    : View(context, parent, chart), rows_(chart.Content().rows) {
-  setFont(context.Look().faces.Plain(font().pixelSize()));
-  connect(this, &ResultPlot::SpanMoved, this, [this] {
-    const AxisSpan span = Span();
-    context_.Deliver([this, &span] { model_.UserSpan(std::pair(span.first, span.last)); });
-  });
-  model_.endings.clear();
-  for (const QString& ending : ChartFileEndings()) model_.endings.push_back(ending.toStdString());
-  model_.save = [this](const std::string& file) {
-    SaveChartFile(*this, LogicalPlace(model_).size(), ToQt(file));
-  };
-  SetPoints({rows_->labels, rows_->values, rows_->hint});
-}
-
-void ChartView::Update() {
-  ApplyCommon(*this, model_);
-  setAccessibleName(QStringLiteral("The portfolio's value after each closing"));
-  SetColours(Colours());
-  SetCovered(LogicalPixels(model_.Covered()));
-  Apply(*this, model_.Content(), rows_);
-}
-
 // The same chart as ink on paper, at the size of the control. It can be dragged.
 class ChartPictureView : public View<QWidget, ChartPicture> {
  public:
-  ChartPictureView(FormContext& context, QWidget& parent, ChartPicture& picture);
+  explicit ChartPictureView(const Parts& parts) : View(parts) {
+    setCursor(Qt::SizeAllCursor);
+    plot_.setFont(context_.Look().faces.Plain(plot_.font().pixelSize()));
+    Palette ink = Palette::Light();
+    ink.ground = Qt::white;
+    plot_.SetColours(ink);
+    model_.print = [this](const PrintJob& job) { Print(job); };
+  }
   void Update() override;
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseMoveEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
+  void paintEvent(QPaintEvent*) override { QPainter(this).drawPixmap(0, 0, pixels_); }
+  void mousePressEvent(QMouseEvent* event) override {
+    if (event->button() == Qt::LeftButton) PassMouse(&ChartPicture::UserMouseDown, *event);
+  }
+  void mouseMoveEvent(QMouseEvent* event) override {
+    PassMouse(&ChartPicture::UserMouseMove, *event);
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (event->button() == Qt::LeftButton) PassMouse(&ChartPicture::UserMouseUp, *event);
+  }
 
  private:
   void Print(const PrintJob& job);
-  void DeliverMouse(void (ChartPicture::*handler)(float, float), const QMouseEvent& event);
+  void PassMouse(void (ChartPicture::*handler)(float, float), const QMouseEvent& event) {
+    const QPointF twips = event.position() * kTwipsPerPixel;
+    Pass(handler, static_cast<float>(twips.x()), static_cast<float>(twips.y()));
+  }
 
   ResultPlot plot_;  // never shown itself
   std::shared_ptr<const ChartRows> rows_;
   ChartContent drawn_;  // the contents of `pixels_`
   QPixmap pixels_;
 };
-
-ChartPictureView::ChartPictureView(FormContext& context, QWidget& parent, ChartPicture& picture)
-    : View(context, parent, picture) {
-  setCursor(Qt::SizeAllCursor);
-  plot_.setFont(context.Look().faces.Plain(plot_.font().pixelSize()));
-  Palette ink = Palette::Light();
-  ink.ground = Qt::white;
-  plot_.SetColours(ink);
-  model_.print = [this](const PrintJob& job) { Print(job); };
-}
 
 void ChartPictureView::Update() {
   const bool resized = LogicalPlace(model_).size() != size();
@@ -109,11 +103,6 @@ void ChartPictureView::Update() {
   update();
 }
 
-void ChartPictureView::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  painter.drawPixmap(0, 0, pixels_);
-}
-
 void ChartPictureView::Print(const PrintJob& job) {
   const QRectF twips(model_.Left(), model_.Top(), model_.Width(), model_.Height());
   const ChartPage page{
@@ -121,30 +110,8 @@ void ChartPictureView::Print(const PrintJob& job) {
       .orientation = job.orientation == 2 ? QPageLayout::Landscape : QPageLayout::Portrait,
       .copies = job.copies};
   const auto print = [&](QPagedPaintDevice& device) { PrintChartPages(plot_, page, device); };
-  if (job.pdf_file.empty()) {
-    PrintOnPaper(job.quality, print);
-  } else {
-    SavePages(ToQt(job.pdf_file), kPlotTitle, print);
-  }
-}
-
-void ChartPictureView::DeliverMouse(void (ChartPicture::*handler)(float, float),
-                                    const QMouseEvent& event) {
-  const QPointF twips = event.position() * kTwipsPerPixel;
-  context_.Deliver(
-      [&] { (model_.*handler)(static_cast<float>(twips.x()), static_cast<float>(twips.y())); });
-}
-
-void ChartPictureView::mousePressEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) DeliverMouse(&ChartPicture::UserMouseDown, *event);
-}
-
-void ChartPictureView::mouseMoveEvent(QMouseEvent* event) {
-  DeliverMouse(&ChartPicture::UserMouseMove, *event);
-}
-
-void ChartPictureView::mouseReleaseEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) DeliverMouse(&ChartPicture::UserMouseUp, *event);
+  if (!job.pdf_file.empty()) return SavePages(ToQt(job.pdf_file), kPlotTitle, print);
+  PrintOnPaper(job.quality, print);
 }
 
 }  // namespace

@@ -1,18 +1,9 @@
-#include <QAbstractListModel>
-#include <QComboBox>
-#include <QCompleter>
-#include <QKeyEvent>
-#include <QListView>
-#include <QPainter>
-#include <QScreen>
-#include <QSignalBlocker>
-#include <QStyledItemDelegate>
+#include <QtWidgets>
 #include <algorithm>
 #include <numeric>
 
 #include "app/controls/control_view.h"
 #include "app/controls/text_box.h"
-#include "app/theme/fonts.h"
 #include "base/text.h"
 
 namespace velumar {
@@ -31,18 +22,6 @@ int NoteColumn(const QFontMetrics& metrics) {
   return metrics.horizontalAdvance(QStringLiteral("MMMMMMMM"));
 }
 
-QString NoteOf(const ComboBox::Row& row) {
-  return row.note == row.text ? QString() : ToQt(row.note);
-}
-
-bool HasWordThatBeginsWith(std::string_view note, std::string_view wanted) {
-  for (std::size_t at = note.find(wanted); at != std::string_view::npos;
-       at = note.find(wanted, at + 1)) {
-    if (at == 0 || note[at - 1] == ' ') return true;
-  }
-  return false;
-}
-
 // The indexes of the rows that a typed text may mean, best first: rows that begin with it, then
 // rows with a word in the note that does. Ignores case and spaces around the text; an empty text
 // matches nothing.
@@ -55,7 +34,7 @@ std::vector<int> MatchingRows(const std::vector<ComboBox::Row>& rows, std::strin
     const auto row = static_cast<int>(i);
     if (UpperCased(rows[i].text).starts_with(wanted)) {
       matches.push_back(row);
-    } else if (HasWordThatBeginsWith(UpperCased(rows[i].note), wanted)) {
+    } else if ((" " + UpperCased(rows[i].note)).find(" " + wanted) != std::string::npos) {
       by_note.push_back(row);
     }
   }
@@ -66,14 +45,24 @@ std::vector<int> MatchingRows(const std::vector<ComboBox::Row>& rows, std::strin
 // The rows of a box in a list: all of them, or those that match a search.
 class ComboRows : public QAbstractListModel {
  public:
-  void Show(const std::vector<ComboBox::Row>& rows);
+  void Show(const std::vector<ComboBox::Row>& rows) {
+    std::vector<int> all(rows.size());
+    std::iota(all.begin(), all.end(), 0);
+    Show(rows, all);
+  }
   void Show(const std::vector<ComboBox::Row>& rows, const std::vector<int>& which);
   // True if exactly these rows are shown.
-  bool Shows(const std::vector<ComboBox::Row>& rows) const;
+  bool Shows(const std::vector<ComboBox::Row>& rows) const {
+    return std::ranges::equal(rows, lines_, [](const ComboBox::Row& row, const Line& line) {
+      return row.text == line.row.text && row.note == line.row.note;
+    });
+  }
   // The width of a list that shows every text and note in full, within these limits.
   int ListWidth(const QFontMetrics& metrics, int least, int most) const;
 
-  int rowCount(const QModelIndex& parent) const override;
+  int rowCount(const QModelIndex& parent) const override {
+    return parent.isValid() ? 0 : static_cast<int>(lines_.size());
+  }
   QVariant data(const QModelIndex& index, int role) const override;
 
  private:
@@ -82,58 +71,36 @@ class ComboRows : public QAbstractListModel {
     int index = 0;
   };
   std::vector<Line> lines_;
-  std::string longest_text_;
-  std::string longest_note_;
 };
 
-void ComboRows::Show(const std::vector<ComboBox::Row>& rows) {
-  std::vector<int> all(rows.size());
-  std::iota(all.begin(), all.end(), 0);
-  Show(rows, all);
-}
-
 void ComboRows::Show(const std::vector<ComboBox::Row>& rows, const std::vector<int>& which) {
-  const auto keep_longer = [](std::string& longest, const std::string& text) {
-    if (text.size() > longest.size()) longest = text;
-  };
   beginResetModel();
   lines_.clear();
   lines_.reserve(which.size());
-  longest_text_.clear();
-  longest_note_.clear();
   for (const int index : which) {
-    const ComboBox::Row& row = rows.at(static_cast<std::size_t>(index));
-    lines_.push_back({row, index});
-    keep_longer(longest_text_, row.text);
-    if (row.note != row.text) keep_longer(longest_note_, row.note);
+    lines_.push_back({rows.at(static_cast<std::size_t>(index)), index});
   }
   endResetModel();
 }
 
-bool ComboRows::Shows(const std::vector<ComboBox::Row>& rows) const {
-  return std::equal(rows.begin(), rows.end(), lines_.begin(), lines_.end(),
-                    [](const ComboBox::Row& row, const Line& line) {
-                      return row.text == line.row.text && row.note == line.row.note;
-                    });
-}
-
 int ComboRows::ListWidth(const QFontMetrics& metrics, int least, int most) const {
   constexpr int kScrollBarRoom = 24;
-  const int text = metrics.horizontalAdvance(ToQt(longest_text_));
-  const int note = metrics.horizontalAdvance(ToQt(longest_note_));
-  const int wanted = note == 0 ? text : NoteColumn(metrics) + note;
+  std::string_view text;
+  std::string_view note;
+  for (const auto& [row, index] : lines_) {
+    if (row.text.size() > text.size()) text = row.text;
+    if (row.note.size() > note.size() && row.note != row.text) note = row.note;
+  }
+  const int wanted = note.empty() ? metrics.horizontalAdvance(ToQt(text))
+                                  : NoteColumn(metrics) + metrics.horizontalAdvance(ToQt(note));
   return std::clamp(wanted + 2 * kListMargin + kScrollBarRoom, least, std::max(least, most));
-}
-
-int ComboRows::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(lines_.size());
 }
 
 QVariant ComboRows::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const Line& line = lines_.at(static_cast<std::size_t>(index.row()));
   const QString text = ToQt(line.row.text);
-  const QString note = NoteOf(line.row);
+  const QString note = line.row.note == line.row.text ? QString() : ToQt(line.row.note);
   switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
@@ -186,24 +153,47 @@ class MatchCompleter : public QCompleter {
 // it equals a row.
 class ComboBoxView : public View<QComboBox, ComboBox> {
  public:
-  ComboBoxView(FormContext& context, QWidget& parent, ComboBox& box);
+  explicit ComboBoxView(const Parts& parts);
   void Update() override;
-  void showPopup() override;
+  void showPopup() override {
+    FitList(*view());
+    QComboBox::showPopup();
+  }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
-  void keyReleaseEvent(QKeyEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override {
+    event->accept();
+    PassKeyUp(*event);
+  }
+  // Scrolling over the window must not change the security.
+  void wheelEvent(QWheelEvent* event) override {
+    line_.hasFocus() ? QComboBox::wheelEvent(event) : event->ignore();
+  }
 
  private:
   // A list that opens without measuring each of its thousands of rows.
-  QListView* NewList();
-  void StyleList(QAbstractItemView& list) const;
-  void FitList(QAbstractItemView& list) const;
+  QListView* NewList() {
+    auto* list = new QListView(this);
+    list->setUniformItemSizes(true);
+    return list;
+  }
+  void StyleList(QAbstractItemView& list) const {
+    list.setPalette(Colours().ForWidgets());
+    list.setFont(context_.Look().faces.Plain(kListPixels));
+  }
+  void FitList(QAbstractItemView& list) const {
+    list.setMinimumWidth(
+        rows_.ListWidth(list.fontMetrics(), width(), screen()->geometry().width() / 2));
+  }
   void ConnectLine();
   void OfferMatches();
-  void Choose(int row);
+  void Choose(int row) {
+    Pass(&ComboBox::UserChoose, row);
+    Update();
+  }
   void UpdateText();
+  void UpdateToolTip() { setToolTip(line_.ToolTipFor(ToQt(model_.ToolTip()))); }
 
   FittingLineEdit& line_;
   ComboRows rows_;
@@ -211,8 +201,7 @@ class ComboBoxView : public View<QComboBox, ComboBox> {
   QCompleter* completer_ = nullptr;  // only if the box offers matches
 };
 
-ComboBoxView::ComboBoxView(FormContext& context, QWidget& parent, ComboBox& box)
-    : View(context, parent, box), line_(*new FittingLineEdit) {
+ComboBoxView::ComboBoxView(const Parts& parts) : View(parts), line_(*new FittingLineEdit) {
   setModel(&rows_);
   setView(NewList());
   setItemDelegate(new ComboRowPainter(this));
@@ -225,25 +214,9 @@ ComboBoxView::ComboBoxView(FormContext& context, QWidget& parent, ComboBox& box)
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   setFocusPolicy(Qt::StrongFocus);
   ConnectLine();
-  line_.setReadOnly(!box.Typable());
-  if (box.Sorted()) OfferMatches();
+  line_.setReadOnly(!model_.Typable());
+  if (model_.Sorted()) OfferMatches();
   connect(this, &QComboBox::activated, this, &ComboBoxView::Choose);
-}
-
-QListView* ComboBoxView::NewList() {
-  auto* list = new QListView(this);
-  list->setUniformItemSizes(true);
-  return list;
-}
-
-void ComboBoxView::StyleList(QAbstractItemView& list) const {
-  list.setPalette(Colours().ForWidgets());
-  list.setFont(context_.Look().faces.Plain(kListPixels));
-}
-
-void ComboBoxView::FitList(QAbstractItemView& list) const {
-  list.setMinimumWidth(
-      rows_.ListWidth(list.fontMetrics(), width(), screen()->geometry().width() / 2));
 }
 
 void ComboBoxView::ConnectLine() {
@@ -252,15 +225,13 @@ void ComboBoxView::ConnectLine() {
   QObject::disconnect(&line_, &QLineEdit::returnPressed, this, nullptr);
   line_.installEventFilter(this);
   connect(&line_, &QLineEdit::textEdited, this, [this](const QString& text) {
-    context_.Deliver([this, &text] {
-      if (model_.Reachable()) model_.SetText(text.toStdString());
-    });
+    PassTypedText(text);
     if (completer_ != nullptr) {
       matches_.Show(model_.Rows(), MatchingRows(model_.Rows(), text.toStdString()));
       StyleList(*completer_->popup());
       FitList(*completer_->popup());
     }
-    setToolTip(line_.ToolTipFor(ToQt(model_.ToolTip())));
+    UpdateToolTip();
   });
 }
 
@@ -281,11 +252,6 @@ void ComboBoxView::OfferMatches() {
           });
 }
 
-void ComboBoxView::Choose(int row) {
-  context_.Deliver([this, row] { model_.UserChoose(row); });
-  Update();
-}
-
 void ComboBoxView::Update() {
   View::Update();
   ApplyFieldColours(*this, model_, Colours());
@@ -293,31 +259,21 @@ void ComboBoxView::Update() {
   setFont(font);
   line_.SetFullFont(font);
   view()->setPalette(Colours().ForWidgets());
-  if (!rows_.Shows(model_.Rows())) {
-    const QSignalBlocker quiet(this);
-    const QSignalBlocker quiet_line(&line_);
-    rows_.Show(model_.Rows());
-  }
+  const QSignalBlocker quiet(this);
+  const QSignalBlocker quiet_line(&line_);
+  if (!rows_.Shows(model_.Rows())) rows_.Show(model_.Rows());
   UpdateText();
 }
 
 void ComboBoxView::UpdateText() {
   const QString wanted = ToQt(model_.Text());
   if (currentIndex() != model_.Index() || line_.text() != wanted) {
-    const QSignalBlocker quiet(this);
-    const QSignalBlocker quiet_line(&line_);
     const int cursor = line_.cursorPosition();
     setCurrentIndex(model_.Index());
     line_.SetShownText(wanted);
     line_.setCursorPosition(std::min(cursor, static_cast<int>(wanted.size())));
-    line_.SetFullFont(font());
   }
-  setToolTip(line_.ToolTipFor(ToQt(model_.ToolTip())));
-}
-
-void ComboBoxView::showPopup() {
-  FitList(*view());
-  QComboBox::showPopup();
+  UpdateToolTip();
 }
 
 bool ComboBoxView::eventFilter(QObject* watched, QEvent* event) {
@@ -332,28 +288,13 @@ bool ComboBoxView::eventFilter(QObject* watched, QEvent* event) {
   // A click on a line that can't be edited opens the list.
   if (event->type() == QEvent::MouseButtonRelease && !model_.Typable()) showPopup();
   if (event->type() == QEvent::MouseButtonDblClick && !offered) {
-    context_.Deliver([this] { model_.UserDoubleClick(); });
+    Pass(&ComboBox::UserDoubleClick);
   } else if (event->type() == QEvent::KeyRelease) {
     // The line has the focus and doesn't pass the event on.
     keyReleaseEvent(static_cast<QKeyEvent*>(event));
     return true;
   }
   return QComboBox::eventFilter(watched, event);
-}
-
-void ComboBoxView::keyReleaseEvent(QKeyEvent* event) {
-  event->accept();
-  if (event->isAutoRepeat()) return;
-  const int code = VirtualKeyCode(*event);
-  context_.Deliver([this, code] { model_.UserKeyUp(code); });
-}
-
-void ComboBoxView::wheelEvent(QWheelEvent* event) {
-  if (line_.hasFocus()) {
-    QComboBox::wheelEvent(event);
-  } else {
-    event->ignore();  // scrolling over the window must not change the security
-  }
 }
 
 }  // namespace

@@ -2,10 +2,8 @@
 
 #include <QHash>
 #include <QImage>
-#include <QKeyEvent>
 #include <cmath>
 #include <exception>
-#include <utility>
 
 #include "forms/form.h"
 
@@ -125,11 +123,6 @@ int VirtualKeyCode(const QKeyEvent& event) {
       {Qt::Key_Up, 38},       {Qt::Key_Right, 39},    {Qt::Key_Down, 40},    {Qt::Key_Insert, 45},
       {Qt::Key_Delete, 46},   {Qt::Key_NumLock, 144}};
   return kNamedKeys.value(key);
-}
-
-bool IsEnter(const QKeyEvent& event) {
-  const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-  return enter && !event.isAutoRepeat();
 }
 
 ControlView* MakeControlView(FormContext& context, QWidget& parent, Control& control) {

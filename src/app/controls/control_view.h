@@ -1,17 +1,17 @@
 #pragma once
 
+#include <QKeyEvent>
 #include <QPainterPath>
 #include <QRect>
 #include <QWidget>
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "app/theme/theme.h"
 #include "charts/qt_text.h"
 #include "forms/control.h"
-
-class QKeyEvent;
 
 namespace velumar {
 
@@ -59,14 +59,27 @@ class ControlView {
 // Place, visible, enabled, tooltip, and the name for screen readers: the same for all controls.
 void ApplyCommon(QWidget& widget, const Control& control);
 
+// The virtual key code of a key: 13 for Enter, 27 for Esc, letters by their capital; 0 if there is
+// none.
+int VirtualKeyCode(const QKeyEvent& event);
+
+// What a view is made of.
+template <typename Model>
+struct ViewParts {
+  FormContext& context;
+  QWidget& parent;
+  Model& model;
+};
+
 // A view that is itself a widget of the toolkit.
-template <typename Base, typename Model>
+template <typename Base, typename Shown>
 class View : public Base, public ControlView {
  public:
-  using ModelType = Model;
+  using Model = Shown;
+  using Parts = ViewParts<Model>;
 
-  View(FormContext& context, QWidget& parent, Model& model)
-      : Base(&parent), context_(context), model_(model) {}
+  explicit View(const Parts& parts)
+      : Base(&parts.parent), context_(parts.context), model_(parts.model) {}
   QWidget& Widget() final { return *this; }
   void Update() override {
     ApplyCommon(*this, model_);
@@ -76,12 +89,22 @@ class View : public Base, public ControlView {
  protected:
   const Palette& Colours() const { return context_.Look().palette; }
   QFont DesignFont() const { return context_.Look().faces.For(model_.DesignLook()); }
+  // Passes an event to a handler of the model.
+  template <typename Handler, typename... Arguments>
+  void Pass(Handler handler, Arguments&&... arguments) {
+    context_.Deliver([&] { (model_.*handler)(std::forward<Arguments>(arguments)...); });
+  }
+  // A key that is held down is released once.
+  void PassKeyUp(const QKeyEvent& event) {
+    if (!event.isAutoRepeat()) Pass(&Model::UserKeyUp, VirtualKeyCode(event));
+  }
+  void PassTypedText(const QString& text) {
+    if (model_.Reachable()) Pass(&Model::SetText, text.toStdString());
+  }
   // A slot that passes its signal to a handler of the model.
   template <typename Handled, typename... Arguments>
   auto To(void (Handled::*handler)(Arguments...)) {
-    return [this, handler](Arguments... arguments) {
-      context_.Deliver([&] { (model_.*handler)(arguments...); });
-    };
+    return [this, handler](Arguments... arguments) { Pass(handler, arguments...); };
   }
 
   FormContext& context_;
@@ -98,14 +121,6 @@ QColor TextColour(const Control& control, const QColor& background, const Palett
 // Text and background of a box in which text is edited.
 void ApplyFieldColours(QWidget& widget, const Control& control, const Palette& palette);
 
-// The virtual key code of a key: 13 for Enter, 27 for Esc, letters by their capital; 0 if there is
-// none.
-int VirtualKeyCode(const QKeyEvent& event);
-
-// True for a press of Enter, which clicks the button that has the focus. Holding it down counts
-// once.
-bool IsEnter(const QKeyEvent& event);
-
 ControlView* MakeControlView(FormContext& context, QWidget& parent, Control& control);
 
 // What makes the view for each kind of control. Each file of views adds its own.
@@ -114,7 +129,7 @@ using ViewMakers = std::map<ControlKind, ViewMaker>;
 
 template <typename AnyView>
 ControlView* MakeView(FormContext& context, QWidget& parent, Control& control) {
-  return new AnyView(context, parent, static_cast<typename AnyView::ModelType&>(control));
+  return new AnyView({context, parent, static_cast<typename AnyView::Model&>(control)});
 }
 
 void AddBarViews(ViewMakers& makers);

@@ -1,7 +1,6 @@
 #include "app/controls/label_view.h"
 
-#include <QFontMetricsF>
-#include <QPainter>
+#include <QtWidgets>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -98,11 +97,6 @@ double Baseline(const Control& label, const QFont& font, const QString& text) {
   return lowest < highest ? highest : std::clamp(wanted, highest, lowest);
 }
 
-LabelView::LabelView(FormContext& context, QWidget& parent, Label& label)
-    : View(context, parent, label) {
-  setTextFormat(Qt::PlainText);
-}
-
 void LabelView::Update() {
   View::Update();
   const QString text = ToQt(model_.Text());
@@ -117,23 +111,17 @@ void LabelView::Update() {
 }
 
 QColor LabelView::Background() const {
-  switch (model_.DesignLook().backdrop) {
-    case Backdrop::kYellowPaper:
-      return Colours().value;
-    case Backdrop::kNone:
-      return model_.Container() == nullptr ? context_.BackgroundAt(geometry()) : Colours().field;
-    default:
-      return Colours().field;
-  }
+  const Backdrop backdrop = model_.DesignLook().backdrop;
+  if (backdrop == Backdrop::kYellowPaper) return Colours().value;
+  const bool on_artwork = backdrop == Backdrop::kNone && model_.Container() == nullptr;
+  return on_artwork ? context_.BackgroundAt(geometry()) : Colours().field;
 }
 
 void LabelView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   if (model_.DesignLook().backdrop != Backdrop::kNone) {
-    painter.setPen(Colours().border);
-    painter.setBrush(Background());
-    painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), 4, 4);
+    DrawRounded(painter, rect(), 4, Colours().border, Background());
   }
   const int margin = TextMargin(model_);
   const QFontMetricsF metrics(fitted_.font);

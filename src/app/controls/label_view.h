@@ -3,7 +3,6 @@
 #include <QLabel>
 
 #include "app/controls/control_view.h"
-#include "app/theme/fonts.h"
 
 namespace velumar {
 
@@ -11,7 +10,7 @@ namespace velumar {
 // and the tooltip has the full text. A press on it goes through to the window.
 class LabelView : public View<QLabel, Label> {
  public:
-  LabelView(FormContext& context, QWidget& parent, Label& label);
+  explicit LabelView(const Parts& parts) : View(parts) { setTextFormat(Qt::PlainText); }
   void Update() override;
 
   const FittedText& Fitted() const { return fitted_; }

@@ -1,16 +1,9 @@
-#include <QAbstractTableModel>
-#include <QHeaderView>
-#include <QKeyEvent>
-#include <QListView>
-#include <QScrollBar>
-#include <QStringListModel>
-#include <QTableView>
+#include <QtWidgets>
 #include <algorithm>
 #include <numeric>
 #include <vector>
 
 #include "app/controls/control_view.h"
-#include "app/theme/fonts.h"
 #include "forms/panels.h"
 #include "forms/table.h"
 
@@ -18,8 +11,8 @@ namespace velumar {
 
 namespace {
 
-constexpr std::size_t kLongestLine =
-    1000;  // bytes, since an answer of a score service may be endless
+// In bytes, since an answer of a score service may be endless.
+constexpr std::size_t kLongestLine = 1000;
 constexpr std::size_t kMeasuredLines = 500;
 
 QString ShownLine(const std::string& line) {
@@ -32,31 +25,29 @@ QString ShownLine(const std::string& line) {
 
 class ListBoxView : public View<QListView, ListBox> {
  public:
-  ListBoxView(FormContext& context, QWidget& parent, ListBox& box) : View(context, parent, box) {
+  explicit ListBoxView(const Parts& parts) : View(parts) {
     setModel(&lines_);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setTextElideMode(Qt::ElideNone);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setTabKeyNavigation(false);
   }
-  void Update() override;
+  void Update() override {
+    View::Update();
+    ApplyFieldColours(*this, model_, Colours());
+    setFont(DesignFont());
+    if (model_.Lines() == shown_) return;
+    shown_ = model_.Lines();
+    QStringList lines;
+    for (const std::string& line : shown_) lines.append(ShownLine(line));
+    setUniformItemSizes(shown_.size() > kMeasuredLines);
+    lines_.setStringList(lines);
+  }
 
  private:
   QStringListModel lines_;
   std::vector<std::string> shown_;
 };
-
-void ListBoxView::Update() {
-  View::Update();
-  ApplyFieldColours(*this, model_, Colours());
-  setFont(DesignFont());
-  if (model_.Lines() == shown_) return;
-  shown_ = model_.Lines();
-  QStringList lines;
-  for (const std::string& line : shown_) lines.append(ShownLine(line));
-  setUniformItemSizes(shown_.size() > kMeasuredLines);
-  lines_.setStringList(lines);
-}
 
 constexpr int kFewColumns = 3;
 
@@ -73,54 +64,71 @@ class TableRows : public QAbstractTableModel {
     endResetModel();
   }
 
-  int rowCount(const QModelIndex& parent = {}) const override;
-  int columnCount(const QModelIndex& parent = {}) const override;
-  QVariant data(const QModelIndex& index, int role) const override;
-  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  int rowCount(const QModelIndex& parent = {}) const override {
+    return parent.isValid() ? 0 : static_cast<int>(table_.Content().count);
+  }
+  int columnCount(const QModelIndex& parent = {}) const override {
+    return parent.isValid() ? 0 : static_cast<int>(table_.Columns().size());
+  }
+  QVariant data(const QModelIndex& index, int role) const override {
+    const auto row = static_cast<std::size_t>(index.row());
+    const auto column = static_cast<std::size_t>(index.column());
+    if (row >= table_.Content().count || column >= table_.Columns().size()) return {};
+    if (role == Qt::DisplayRole) return ToQt(table_.Content().text(row, column));
+    if (role == Qt::ToolTipRole && table_.Content().tip) return ToQt(table_.Content().tip(row));
+    if (role == Qt::TextAlignmentRole) return Aligned(table_.Columns()[column]);
+    return {};
+  }
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+    const auto place = static_cast<std::size_t>(section);
+    // A header may still ask for a column that the window had before it was loaded again.
+    if (orientation != Qt::Horizontal || place >= table_.Columns().size()) return {};
+    const Table::Column& column = table_.Columns()[place];
+    if (role == Qt::DisplayRole) return ToQt(column.title);
+    if (role == Qt::TextAlignmentRole) return Aligned(column);
+    return {};
+  }
 
  private:
   const Table& table_;
 };
 
-int TableRows::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(table_.Content().count);
-}
-
-int TableRows::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(table_.Columns().size());
-}
-
-QVariant TableRows::data(const QModelIndex& index, int role) const {
-  const auto row = static_cast<std::size_t>(index.row());
-  const auto column = static_cast<std::size_t>(index.column());
-  if (row >= table_.Content().count || column >= table_.Columns().size()) return {};
-  if (role == Qt::DisplayRole) return ToQt(table_.Content().text(row, column));
-  if (role == Qt::ToolTipRole && table_.Content().tip) return ToQt(table_.Content().tip(row));
-  if (role == Qt::TextAlignmentRole) return Aligned(table_.Columns()[column]);
-  return {};
-}
-
-QVariant TableRows::headerData(int section, Qt::Orientation orientation, int role) const {
-  const auto place = static_cast<std::size_t>(section);
-  // A header may still ask for a column that the window had before it was loaded again.
-  if (orientation != Qt::Horizontal || place >= table_.Columns().size()) return {};
-  const Table::Column& column = table_.Columns()[place];
-  if (role == Qt::DisplayRole) return ToQt(column.title);
-  if (role == Qt::TextAlignmentRole) return Aligned(column);
-  return {};
-}
-
 class TableView : public View<QTableView, Table> {
  public:
-  TableView(FormContext& context, QWidget& parent, Table& table);
-  void Update() override;
+  explicit TableView(const Parts& parts);
+  void Update() override {
+    View::Update();
+    setToolTip(QString());  // the rows have their own
+    if (shown_ == model_.Version()) return;
+    shown_ = model_.Version();
+    rows_.Reset();
+    MarkSorting();
+    FitColumns();
+  }
 
  protected:
-  void keyPressEvent(QKeyEvent* event) override;
-  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  void keyPressEvent(QKeyEvent* event) override {
+    if (!event->matches(QKeySequence::Copy)) return QTableView::keyPressEvent(event);
+    Pass(&Table::UserCopy);
+  }
+  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override {
+    QTableView::selectionChanged(selected, deselected);
+    std::vector<std::size_t> rows;
+    for (const QModelIndex& index : selectionModel()->selectedRows()) {
+      rows.push_back(static_cast<std::size_t>(index.row()));
+    }
+    std::ranges::sort(rows);
+    Pass(&Table::UserSelect, std::move(rows));
+  }
 
  private:
-  void MarkSorting();
+  void MarkSorting() {
+    if (!model_.on_header) return;
+    horizontalHeader()->setSortIndicatorShown(true);
+    horizontalHeader()->setSortIndicator(
+        static_cast<int>(model_.SortedBy().column),
+        model_.SortedBy().descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+  }
   void FitColumns();
   QStringList LongestTexts() const;
   std::vector<int> ColumnWidths(const QFont& font, const QStringList& texts) const;
@@ -129,8 +137,7 @@ class TableView : public View<QTableView, Table> {
   unsigned shown_ = 0;  // the version of the table
 };
 
-TableView::TableView(FormContext& context, QWidget& parent, Table& table)
-    : View(context, parent, table), rows_(table) {
+TableView::TableView(const Parts& parts) : View(parts), rows_(model_) {
   constexpr int kRowPixels = 20;
   setModel(&rows_);
   setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -143,28 +150,8 @@ TableView::TableView(FormContext& context, QWidget& parent, Table& table)
   verticalHeader()->setDefaultSectionSize(kRowPixels);
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setSectionsClickable(table.on_header != nullptr);
-  connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) {
-    context_.Deliver([this, column] { model_.UserHeader(static_cast<std::size_t>(column)); });
-  });
-}
-
-void TableView::Update() {
-  View::Update();
-  setToolTip(QString());  // the rows have their own
-  if (shown_ == model_.Version()) return;
-  shown_ = model_.Version();
-  rows_.Reset();
-  MarkSorting();
-  FitColumns();
-}
-
-void TableView::MarkSorting() {
-  if (!model_.on_header) return;
-  horizontalHeader()->setSortIndicatorShown(true);
-  horizontalHeader()->setSortIndicator(
-      static_cast<int>(model_.SortedBy().column),
-      model_.SortedBy().descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+  horizontalHeader()->setSectionsClickable(model_.on_header != nullptr);
+  connect(horizontalHeader(), &QHeaderView::sectionClicked, this, To(&Table::UserHeader));
 }
 
 // A few columns share the width. If there are many, each is as wide as its texts, in the largest
@@ -225,24 +212,6 @@ std::vector<int> TableView::ColumnWidths(const QFont& font, const QStringList& t
     widths.push_back(std::max(title, text) + kAroundText);
   }
   return widths;
-}
-
-void TableView::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Copy)) {
-    context_.Deliver([this] { model_.UserCopy(); });
-  } else {
-    QTableView::keyPressEvent(event);
-  }
-}
-
-void TableView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
-  QTableView::selectionChanged(selected, deselected);
-  std::vector<std::size_t> rows;
-  for (const QModelIndex& index : selectionModel()->selectedRows()) {
-    rows.push_back(static_cast<std::size_t>(index.row()));
-  }
-  std::ranges::sort(rows);
-  context_.Deliver([this, &rows] { model_.UserSelect(std::move(rows)); });
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-#include <QMouseEvent>
-#include <QPainter>
+#include <QtWidgets>
 
 #include "app/controls/control_view.h"
 #include "forms/panels.h"
@@ -16,7 +15,7 @@ class SurfaceView : public View<QWidget, Model> {
 
  protected:
   void mousePressEvent(QMouseEvent* event) override {
-    this->context_.Deliver([this] { this->model_.UserPress(); });
+    this->Pass(&Model::UserPress);
     event->accept();
   }
 };
@@ -55,21 +54,17 @@ class FrameView : public SurfaceView<Frame> {
     constexpr int kCaptionLeft = 10;
     constexpr int kCaptionRoom = 4;
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(DesignFont());
     const QString caption = ToQt(model_.Text()).trimmed();
     const QFontMetrics metrics(painter.font());
     const int line = caption.isEmpty() ? 0 : metrics.height() / 2;
     // A frame may reach slightly over the edge of its window.
     const QRect seen = rect() & parentWidget()->rect().translated(-pos());
-    painter.setPen(Colours().border);
-    painter.setBrush(Colours().field);
-    painter.drawRoundedRect(QRectF(seen).adjusted(.5, line + .5, -.5, -.5), kRound, kRound);
+    DrawRounded(painter, seen.adjusted(0, line, 0, 0), kRound, Colours().border, Colours().field);
     if (caption.isEmpty()) return;
     const int width = metrics.horizontalAdvance(caption) + 2 * kCaptionRoom;
     const QRectF plate(kCaptionLeft, 0, width, metrics.height());
-    painter.setPen(Qt::NoPen);
-    painter.drawRoundedRect(plate, kRound, kRound);
+    DrawRounded(painter, plate, kRound, Qt::NoPen, Colours().field);
     painter.setPen(ReadableOn(Colours().field, ToQColor(model_.ForeColour())));
     painter.drawText(plate, Qt::AlignCenter, caption);
   }

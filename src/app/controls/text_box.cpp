@@ -1,14 +1,10 @@
 #include "app/controls/text_box.h"
 
-#include <QApplication>
-#include <QKeyEvent>
-#include <QStyleOptionFrame>
-#include <QStylePainter>
+#include <QtWidgets>
 #include <algorithm>
 #include <set>
 
 #include "app/controls/control_view.h"
-#include "app/theme/fonts.h"
 
 namespace velumar {
 
@@ -25,14 +21,13 @@ void FittingLineEdit::SetFullFont(const QFont& font) {
 }
 
 void FittingLineEdit::SetShownText(const QString& wanted) {
-  if (wanted == text()) return;
-  const int cursor = cursorPosition();
-  setText(wanted);
-  FitFont();
-  setCursorPosition(std::min(cursor, static_cast<int>(wanted.size())));
+  if (wanted != text()) {
+    const int cursor = cursorPosition();
+    setText(wanted);
+    setCursorPosition(std::min(cursor, static_cast<int>(wanted.size())));
+  }
+  FitFont();  // also if the signal of the change is blocked
 }
-
-QRect FittingLineEdit::TextRoom() const { return rect().adjusted(kMargin, 0, -kMargin, 0); }
 
 void FittingLineEdit::FitFont() {
   const FittedText fitted = FitText(text(), full_font_, TextRoom().size());
@@ -40,19 +35,8 @@ void FittingLineEdit::FitFont() {
   if (font() != wanted) setFont(wanted);
 }
 
-bool FittingLineEdit::Overflows() const {
-  return fontMetrics().horizontalAdvance(text()) > TextRoom().width();
-}
-
-QString FittingLineEdit::ToolTipFor(const QString& tip) const {
-  return Overflows() ? tip + QLatin1Char('\n') + text() : tip;
-}
-
 void FittingLineEdit::paintEvent(QPaintEvent* event) {
-  if (hasFocus() || !Overflows()) {
-    QLineEdit::paintEvent(event);
-    return;
-  }
+  if (hasFocus() || !Overflows()) return QLineEdit::paintEvent(event);
   QStylePainter painter(this);
   QStyleOptionFrame panel;
   initStyleOption(&panel);
@@ -60,21 +44,6 @@ void FittingLineEdit::paintEvent(QPaintEvent* event) {
   const QString ends = fontMetrics().elidedText(text(), Qt::ElideMiddle, TextRoom().width());
   painter.setPen(palette().color(QPalette::Text));
   painter.drawText(TextRoom(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, ends);
-}
-
-void FittingLineEdit::focusInEvent(QFocusEvent* event) {
-  QLineEdit::focusInEvent(event);
-  update();
-}
-
-void FittingLineEdit::focusOutEvent(QFocusEvent* event) {
-  QLineEdit::focusOutEvent(event);
-  update();
-}
-
-void FittingLineEdit::resizeEvent(QResizeEvent* event) {
-  QLineEdit::resizeEvent(event);
-  FitFont();
 }
 
 namespace {
@@ -88,11 +57,9 @@ bool FocusReturns(Qt::FocusReason reason) {
 
 class TextBoxView : public View<FittingLineEdit, TextBox> {
  public:
-  TextBoxView(FormContext& context, QWidget& parent, TextBox& box) : View(context, parent, box) {
+  explicit TextBoxView(const Parts& parts) : View(parts) {
     connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
-      context_.Deliver([this, &text] {
-        if (model_.Reachable()) model_.SetText(text.toStdString());
-      });
+      PassTypedText(text);
       setToolTip(ToolTipFor(ToQt(model_.ToolTip())));
     });
   }
@@ -105,33 +72,25 @@ class TextBoxView : public View<FittingLineEdit, TextBox> {
   }
 
  protected:
-  void keyPressEvent(QKeyEvent* event) override;
-  void keyReleaseEvent(QKeyEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override {
+    pressed_.insert(event->key());
+    View::keyPressEvent(event);
+  }
+  // A key pressed elsewhere, such as the Enter that closed a message box, isn't typed here.
+  void keyReleaseEvent(QKeyEvent* event) override {
+    View::keyReleaseEvent(event);
+    if (event->isAutoRepeat() || pressed_.erase(event->key()) == 0) return;
+    PassKeyUp(*event);
+  }
+  void focusOutEvent(QFocusEvent* event) override {
+    View::focusOutEvent(event);
+    pressed_.clear();
+    if (!FocusReturns(event->reason())) Pass(&TextBox::UserLeave);
+  }
 
  private:
   std::set<int> pressed_;  // keys that were pressed while the box had the focus
 };
-
-void TextBoxView::keyPressEvent(QKeyEvent* event) {
-  pressed_.insert(event->key());
-  View::keyPressEvent(event);
-}
-
-// A key pressed elsewhere, such as the Enter that closed a message box, isn't typed here.
-void TextBoxView::keyReleaseEvent(QKeyEvent* event) {
-  View::keyReleaseEvent(event);
-  if (event->isAutoRepeat() || pressed_.erase(event->key()) == 0) return;
-  const int code = VirtualKeyCode(*event);
-  context_.Deliver([this, code] { model_.UserKeyUp(code); });
-}
-
-void TextBoxView::focusOutEvent(QFocusEvent* event) {
-  View::focusOutEvent(event);
-  pressed_.clear();
-  if (FocusReturns(event->reason())) return;
-  context_.Deliver([this] { model_.UserLeave(); });
-}
 
 }  // namespace
 

@@ -1,38 +1,22 @@
 #include "app/services/desktop_services.h"
 
-#include <QClipboard>
-#include <QColorDialog>
-#include <QDateEdit>
-#include <QDialogButtonBox>
-#include <QDir>
-#include <QFileDialog>
-#include <QFileInfo>
-#include <QGuiApplication>
-#include <QLabel>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QRegularExpression>
-#include <QScreen>
-#include <QStandardPaths>
-#include <QVBoxLayout>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QtWidgets>
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include "app/theme/theme.h"
+#include "app/theme/typed_date_edit.h"
 #include "base/ignoring.h"
 #include "charts/qt_text.h"
 #include "forms/form.h"
+#include "resultchart/report.h"
 
 namespace velumar {
 
 namespace {
-
-// Price histories span a century.
-QString FourDigitYears(QString format) {
-  return format.replace(QRegularExpression(QStringLiteral("y+")), QStringLiteral("yyyy"));
-}
-
-QDate ToQDate(std::int32_t date) { return {date / 10000, date / 100 % 100, date % 100}; }
 
 QMessageBox::Icon QtIcon(BoxIcon icon) {
   if (icon == BoxIcon::kInformation) return QMessageBox::Information;
@@ -73,6 +57,13 @@ bool MayReplace(const QString& file) {
   const std::string question =
       QFileInfo(file).fileName().toStdString() + " already exists. Replace it?";
   return QtMessageBoxes().Ask(question, {"Replace", "Cancel"}) == 0;
+}
+
+constexpr int kMedium = -3;
+
+int DotsPerInch(int quality) {
+  if (quality > kMedium) return 150;
+  return quality == kMedium ? 300 : 600;
 }
 
 }  // namespace
@@ -121,12 +112,6 @@ QString QtSaveDialog::Folder() const {
   return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
 }
 
-void QtSaveDialog::SaveFolderOf(const QString& file) {
-  const QString folder = QFileInfo(file).absolutePath();
-  if (folder == std::exchange(folder_, folder)) return;
-  IgnoringErrors([&] { settings_.Save(kSaveFolder, folder.toStdString()); });
-}
-
 std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>& forms,
                                                     std::string_view suggestion) {
   QFileDialog dialog(nullptr, QStringLiteral("Save As"), Folder());
@@ -144,7 +129,10 @@ std::optional<std::string> QtSaveDialog::ChooseFile(const std::vector<FileForm>&
     const QString typed = dialog.selectedFiles().constFirst();
     const QString file = WithExtension(typed, forms, ExtensionOf(dialog.selectedNameFilter()));
     if (file != typed && QFileInfo::exists(file) && !MayReplace(file)) continue;
-    SaveFolderOf(file);
+    const QString folder = QFileInfo(file).absolutePath();
+    if (folder != std::exchange(folder_, folder)) {
+      IgnoringErrors([&] { settings_.Save(kSaveFolder, folder.toStdString()); });
+    }
     return QDir::toNativeSeparators(file).toStdString();
   }
   return std::nullopt;
@@ -154,10 +142,11 @@ std::optional<std::int32_t> QtMessageBoxes::AskDate(std::string_view text, std::
                                                     std::int32_t last, std::int32_t present) {
   QDialog box;
   box.setWindowFlag(Qt::WindowStaysOnTopHint);
-  auto* const day = new QDateEdit(ToQDate(present), &box);
+  box.setWindowTitle(QStringLiteral("Velumar"));
+  auto* const day = new TypedDateEdit(&box);
+  day->UseFormat(date_format_);
   day->setDateRange(ToQDate(first), ToQDate(last));
-  day->setCalendarPopup(true);
-  if (!date_format_.isEmpty()) day->setDisplayFormat(FourDigitYears(date_format_));
+  day->setDate(ToQDate(present));
   auto* const label = new QLabel(ToQt(text), &box);
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &box);
   QObject::connect(buttons, &QDialogButtonBox::accepted, &box, &QDialog::accept);
@@ -169,7 +158,7 @@ std::optional<std::int32_t> QtMessageBoxes::AskDate(std::string_view text, std::
   }
   day->setFocus();
   if (box.exec() != QDialog::Accepted) return std::nullopt;
-  return day->date().year() * 10000 + day->date().month() * 100 + day->date().day();
+  return ToDateNumber(day->date());
 }
 
 std::optional<std::uint32_t> QtColourDialog::ChooseColour(std::uint32_t current) {
@@ -202,6 +191,34 @@ bool QtScreen::Shows(float left, float top, float width, float height) const {
 
 void QtClipboard::SetText(std::string_view text) {
   QGuiApplication::clipboard()->setText(ToQt(text));
+}
+
+void PrintOnPaper(int quality, const std::function<void(QPagedPaintDevice& device)>& print) {
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setFullPage(true);
+  printer.setResolution(DotsPerInch(quality));
+  const auto fail = [&printer](const std::string& why) {
+    const std::string name = printer.printerName().toStdString();
+    throw std::runtime_error("The printer " + (name.empty() ? name : name + " ") + why);
+  };
+  if (!printer.isValid()) fail("can't be used.");
+  try {
+    print(printer);
+  } catch (const std::runtime_error& error) {
+    fail(std::string("failed: ") + error.what() + ".");
+  }
+  if (printer.printerState() == QPrinter::Error) fail("reports an error.");
+}
+
+bool QtPrinters::Any() const { return !QPrinterInfo::availablePrinterNames().isEmpty(); }
+
+void QtPrinters::PrintReport(int run, const std::string& pdf_file) {
+  const Report report = ReadReport(ledger_, run);
+  if (pdf_file.empty()) {
+    PrintOnPaper(kMedium, [&](QPagedPaintDevice& device) { velumar::PrintReport(report, device); });
+  } else {
+    SaveReport(report, ToQt(pdf_file));
+  }
 }
 
 }  // namespace velumar

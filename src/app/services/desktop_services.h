@@ -1,9 +1,15 @@
 #pragma once
 
 #include <QString>
+#include <functional>
+#include <memory>
 #include <utility>
 
+#include "ledger/ledger.h"
+#include "platform/event_loop.h"
 #include "platform/services.h"
+
+class QPagedPaintDevice;
 
 namespace velumar {
 
@@ -35,7 +41,6 @@ class QtSaveDialog : public SaveDialog {
 
  private:
   QString Folder() const;
-  void SaveFolderOf(const QString& file);
 
   SettingsStore& settings_;
   QString folder_;  // of the last file, even if the settings could not be saved
@@ -58,5 +63,22 @@ class QtClipboard : public Clipboard {
  public:
   void SetText(std::string_view text) override;
 };
+
+// Prints what `print` draws on the default printer. The quality is -2 (low), -3 or -4 (high).
+// Throws std::runtime_error with the name of the printer and the reason, as far as it is known.
+void PrintOnPaper(int quality, const std::function<void(QPagedPaintDevice& device)>& print);
+
+class QtPrinters : public Printers {
+ public:
+  explicit QtPrinters(LedgerConnection& ledger) : ledger_(ledger) {}
+  bool Any() const override;
+  void PrintReport(int run, const std::string& pdf_file) override;
+
+ private:
+  LedgerConnection& ledger_;
+};
+
+// The window events of this process. Once the application quits, waits return at once.
+std::unique_ptr<EventLoop> WindowEvents();
 
 }  // namespace velumar

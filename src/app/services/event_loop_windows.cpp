@@ -1,16 +1,28 @@
 #include <QCoreApplication>
 #include <QEvent>
 
-#include "app/services/event_loop.h"
+#include "app/services/desktop_services.h"
 #include "platform/windows/waits.h"
 
 namespace velumar {
 
-class QtEventLoop::QuitWatch : public QObject {
- public:
-  QuitWatch() { qApp->installEventFilter(this); }
+namespace {
 
-  bool Quits() const { return quits_; }
+// Waits don't notice by themselves that the application quits.
+class QtEventLoop : public QObject, public EventLoop {
+ public:
+  QtEventLoop() { qApp->installEventFilter(this); }
+
+  void ProcessPending() override { QCoreApplication::processEvents(); }
+  void WaitFor(std::chrono::milliseconds time) override {
+    const auto end = std::chrono::steady_clock::now() + time;
+    const auto wanted = [this] { return !quits_; };
+    WaitableTimer(time).Wait([] { QCoreApplication::processEvents(); }, wanted);
+    // The timer's clock is coarser than steady_clock.
+    while (wanted() && std::chrono::steady_clock::now() < end) QCoreApplication::processEvents();
+  }
+  // None of our own events may run during the wait.
+  void Sleep(std::chrono::milliseconds time) override { WaitServingOthers(time); }
 
  protected:
   bool eventFilter(QObject* receiver, QEvent* event) override {
@@ -22,23 +34,8 @@ class QtEventLoop::QuitWatch : public QObject {
   bool quits_ = false;
 };
 
-QtEventLoop::QtEventLoop() : quit_watch_(std::make_unique<QuitWatch>()) {}
+}  // namespace
 
-QtEventLoop::~QtEventLoop() = default;
-
-void QtEventLoop::ProcessPending() { QCoreApplication::processEvents(); }
-
-void QtEventLoop::WaitFor(std::chrono::milliseconds time) {
-  const auto end = std::chrono::steady_clock::now() + time;
-  const auto wanted = [this] { return !quit_watch_->Quits(); };
-  WaitableTimer(time).Wait([] { QCoreApplication::processEvents(); }, wanted);
-  // The timer's clock is coarser than steady_clock.
-  while (wanted() && std::chrono::steady_clock::now() < end) {
-    QCoreApplication::processEvents();
-  }
-}
-
-// None of our own events may run during the wait.
-void QtEventLoop::Sleep(std::chrono::milliseconds time) { WaitServingOthers(time); }
+std::unique_ptr<EventLoop> WindowEvents() { return std::make_unique<QtEventLoop>(); }
 
 }  // namespace velumar

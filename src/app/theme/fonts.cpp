@@ -11,9 +11,10 @@ namespace {
 
 constexpr double kNarrowest = 0.74;  // part of the width of the letters
 
-QString FirstInstalled(const QStringList& wanted) {
+// The first installed one of these families, which are separated by commas.
+QString FirstInstalled(const QString& wanted) {
   const QStringList installed = QFontDatabase::families();
-  for (const QString& family : wanted) {
+  for (const QString& family : wanted.split(QLatin1Char(','))) {
     if (installed.contains(family, Qt::CaseInsensitive)) return family;
   }
   return QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
@@ -44,16 +45,12 @@ bool Fits(const QString& text, const QFont& font, const QSizeF& room) {
 }  // namespace
 
 Typefaces Typefaces::Installed() {
-  return {.plain = FirstInstalled({QStringLiteral("Segoe UI"), QStringLiteral("Tahoma"),
-                                   QStringLiteral("Noto Sans"), QStringLiteral("Open Sans"),
-                                   QStringLiteral("Liberation Sans"),
-                                   QStringLiteral("DejaVu Sans Condensed")}),
-          .verdana = FirstInstalled({QStringLiteral("Verdana"), QStringLiteral("DejaVu Sans")}),
-          .impact = FirstInstalled(
-              {QStringLiteral("Impact"), QStringLiteral("Anton"), QStringLiteral("Oswald"),
-               QStringLiteral("Franklin Gothic Heavy"), QStringLiteral("Arial Black"),
-               QStringLiteral("DejaVu Sans Condensed"), QStringLiteral("Liberation Sans Narrow"),
-               QStringLiteral("Nimbus Sans Narrow")})};
+  return {.plain = FirstInstalled(QStringLiteral(
+              "Segoe UI,Tahoma,Noto Sans,Open Sans,Liberation Sans,DejaVu Sans Condensed")),
+          .verdana = FirstInstalled(QStringLiteral("Verdana,DejaVu Sans")),
+          .impact = FirstInstalled(QStringLiteral(
+              "Impact,Anton,Oswald,Franklin Gothic Heavy,Arial Black,DejaVu Sans Condensed,"
+              "Liberation Sans Narrow,Nimbus Sans Narrow"))};
 }
 
 QFont Typefaces::For(const Look& look) const {

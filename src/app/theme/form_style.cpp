@@ -1,11 +1,7 @@
-#include "app/theme/form_style.h"
-
-#include <QAbstractSpinBox>
-#include <QComboBox>
-#include <QPainter>
-#include <QStyleFactory>
-#include <QStyleOption>
+#include <QtWidgets>
 #include <algorithm>
+
+#include "app/theme/theme.h"
 
 namespace velumar {
 
@@ -15,8 +11,6 @@ constexpr double kFieldRound = 3.5;
 constexpr int kArrowRoom = 16;
 constexpr int kHandle = 10;
 
-QRectF Edge(const QRect& rect) { return QRectF(rect).adjusted(.5, .5, -.5, -.5); }
-
 // True for the line in a combo box or date picker, which draws the background itself.
 bool IsPartOfBox(const QWidget* widget) {
   const QWidget* parent = widget == nullptr ? nullptr : widget->parentWidget();
@@ -24,67 +18,83 @@ bool IsPartOfBox(const QWidget* widget) {
          qobject_cast<const QAbstractSpinBox*>(parent) != nullptr;
 }
 
-void DrawChevron(QPainter& painter, const QPointF& middle) {
-  const QPointF points[] = {middle + QPointF(-3.5, -1.75), middle + QPointF(0, 1.75),
-                            middle + QPointF(3.5, -1.75)};
-  painter.drawPolyline(points, 3);
-}
+// Draws boxes, lists, sliders, ticks and buttons flat, with round corners, and small enough for
+// windows whose lines are thirteen pixels high.
+class FormStyle : public QProxyStyle {
+ public:
+  explicit FormStyle(const Palette& palette)
+      : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))), palette_(palette) {}
 
-}  // namespace
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                          QPainter* painter, const QWidget* widget) const override;
+  QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                       const QWidget* widget) const override;
+  int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                  const QWidget* widget) const override;
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    if (hint == SH_ComboBox_Popup) return 0;  // the list opens below the box
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, data);
+  }
 
-FormStyle::FormStyle(const Palette& palette)
-    : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))), palette_(palette) {}
+ private:
+  void DrawFrame(QPainter& painter, const QRect& place, bool focus, const QColor& fill) const {
+    DrawRounded(painter, place, kFieldRound,
+                QPen(focus ? palette_.accent : palette_.border, focus ? 1.5 : 1), fill);
+  }
+  void DrawField(QPainter& painter, const QStyleOption& option, bool focus) const {
+    const bool enabled = option.state.testFlag(State_Enabled);
+    DrawFrame(
+        painter, option.rect, focus,
+        option.palette.color(enabled ? QPalette::Normal : QPalette::Disabled, QPalette::Base));
+  }
+  void DrawTick(QPainter& painter, const QStyleOption& option) const;
+  void DrawButton(QPainter& painter, const QStyleOption& option) const;
+  void DrawComboBox(QPainter& painter, const QStyleOptionComplex& option,
+                    const QWidget* widget) const;
+  void DrawSlider(QPainter& painter, const QStyleOptionComplex& option,
+                  const QWidget* widget) const;
 
-void FormStyle::DrawField(QPainter& painter, const QStyleOption& option, bool focus) const {
-  const bool enabled = option.state.testFlag(State_Enabled);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(focus ? palette_.accent : palette_.border, focus ? 1.5 : 1));
-  painter.setBrush(
-      option.palette.color(enabled ? QPalette::Normal : QPalette::Disabled, QPalette::Base));
-  painter.drawRoundedRect(Edge(option.rect), kFieldRound, kFieldRound);
-}
+  Palette palette_;
+};
 
 void FormStyle::DrawTick(QPainter& painter, const QStyleOption& option) const {
   const bool active = option.state & (State_HasFocus | State_MouseOver);
   DrawField(painter, option, active);
   if (!option.state.testFlag(State_On)) return;
-  const QRectF box = Edge(option.rect);
+  const QRectF box = QRectF(option.rect).adjusted(.5, .5, -.5, -.5);
   const auto at = [&box](double x, double y) {
     return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
   };
   painter.setPen(
       QPen(option.palette.color(QPalette::Text), 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  const QPointF points[] = {at(.25, .52), at(.43, .7), at(.76, .3)};
-  painter.drawPolyline(points, 3);
+  painter.drawPolyline(QPolygonF({at(.25, .52), at(.43, .7), at(.76, .3)}));
 }
 
 void FormStyle::DrawButton(QPainter& painter, const QStyleOption& option) const {
-  const bool down = option.state & (State_Sunken | State_On);
-  const bool over = option.state.testFlag(State_MouseOver);
-  const bool focus = option.state.testFlag(State_HasFocus);
   QColor face = palette_.button;
-  if (down) {
+  if (option.state & (State_Sunken | State_On)) {
     face = face.darker(115);
-  } else if (over) {
+  } else if (option.state.testFlag(State_MouseOver)) {
     face = palette_.dark ? face.lighter(118) : QColor(0xe0, 0xec, 0xff);
   }
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(focus ? palette_.accent : palette_.border, focus ? 1.5 : 1));
-  painter.setBrush(face);
-  painter.drawRoundedRect(Edge(option.rect), kFieldRound, kFieldRound);
+  DrawFrame(painter, option.rect, option.state.testFlag(State_HasFocus), face);
 }
 
 void FormStyle::DrawComboBox(QPainter& painter, const QStyleOptionComplex& option,
                              const QWidget* widget) const {
   DrawField(painter, option, option.state.testFlag(State_HasFocus));
-  const QRect arrow = subControlRect(CC_ComboBox, &option, SC_ComboBoxArrow, widget);
-  const bool over = option.state.testFlag(State_MouseOver) && option.state.testFlag(State_Enabled);
-  const QColor ink = !option.state.testFlag(State_Enabled) ? palette_.faint
-                     : over                                ? palette_.accent
-                                                           : palette_.text;
+  const QRectF arrow = subControlRect(CC_ComboBox, &option, SC_ComboBoxArrow, widget);
+  const bool enabled = option.state.testFlag(State_Enabled);
+  const bool over = option.state.testFlag(State_MouseOver);
+  const QColor ink = !enabled ? palette_.faint : over ? palette_.accent : palette_.text;
   painter.setPen(QPen(ink, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(Qt::NoBrush);
-  DrawChevron(painter, QRectF(arrow).center());
+  const QPolygonF chevron({{-3.5, -1.75}, {0, 1.75}, {3.5, -1.75}});
+  painter.drawPolyline(chevron.translated(arrow.center()));
 }
 
 void FormStyle::DrawSlider(QPainter& painter, const QStyleOptionComplex& option,
@@ -93,14 +103,9 @@ void FormStyle::DrawSlider(QPainter& painter, const QStyleOptionComplex& option,
   const QRectF handle = subControlRect(CC_Slider, &option, SC_SliderHandle, widget);
   QRectF groove(option.rect.left() + 1, 0, option.rect.width() - 2, kGroove);
   groove.moveTop(QRectF(option.rect).center().y() - kGroove / 2);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(palette_.groove);
-  painter.drawRoundedRect(groove, kGroove / 2, kGroove / 2);
-  QRectF passed = groove;
-  passed.setRight(handle.center().x());
-  painter.setBrush(palette_.accent);
-  painter.drawRoundedRect(passed, kGroove / 2, kGroove / 2);
+  DrawRounded(painter, groove, kGroove / 2, Qt::NoPen, palette_.groove);
+  groove.setRight(handle.center().x());
+  DrawRounded(painter, groove, kGroove / 2, Qt::NoPen, palette_.accent);
   const bool active = option.state & (State_HasFocus | State_MouseOver | State_Sunken);
   painter.setPen(QPen(active ? palette_.accent : palette_.edge, active ? 2 : 1));
   painter.setBrush(palette_.dark ? palette_.text : palette_.field);
@@ -183,11 +188,15 @@ int FormStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
   }
 }
 
-int FormStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                         QStyleHintReturn* data) const {
-  if (hint == SH_ComboBox_Popup) return 0;  // the list opens below the box
-  if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
-  return QProxyStyle::styleHint(hint, option, widget, data);
+}  // namespace
+
+void ApplyTheme(const Palette& palette) {
+  constexpr int kIconPixels = 192;
+  QApplication::setStyle(new FormStyle(palette));
+  QApplication::setPalette(palette.ForWidgets());
+  QToolTip::setPalette(palette.ForWidgets());
+  QApplication::setWindowIcon(
+      QIcon(ArtPixmap(palette, QStringLiteral("velumar"), {kIconPixels, kIconPixels})));
 }
 
 }  // namespace velumar

@@ -1,9 +1,6 @@
 #include "app/theme/theme.h"
 
-#include <QFile>
-#include <QPainter>
-#include <QPixmapCache>
-#include <QWidget>
+#include <QtWidgets>
 #include <algorithm>
 #include <cmath>
 
@@ -37,6 +34,11 @@ QPixmap DrawnFor(const QString& set, const QString& name, const QSize& pixels) {
     if (drawn.width() >= pixels.width() && drawn.height() >= pixels.height()) break;
   }
   return drawn;
+}
+
+Palette FirstTheme(ThemeChoice choice, const QPalette& desktop) {
+  if (choice == ThemeChoice::kSystem) return Palette::Following(desktop);
+  return choice == ThemeChoice::kDark ? Palette::Dark() : Palette::Light();
 }
 
 }  // namespace
@@ -84,6 +86,15 @@ QPixmap ArtPixmap(const Palette& palette, const QString& name, const QSize& pixe
   return art;
 }
 
+void DrawRounded(QPainter& painter, const QRectF& place, double radius, const QPen& line,
+                 const QBrush& fill) {
+  const double inset = line.style() == Qt::NoPen ? 0 : 0.5;  // lines are one pixel wide
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(line);
+  painter.setBrush(fill);
+  painter.drawRoundedRect(place.adjusted(inset, inset, -inset, -inset), radius, radius);
+}
+
 QSize DevicePixels(const QWidget& widget) {
   return (QSizeF(widget.size()) * widget.devicePixelRatioF()).toSize();
 }
@@ -94,6 +105,41 @@ void PaintInDevicePixels(QPainter& painter) {
   const QPointF off(std::round(origin.x()) - origin.x(), std::round(origin.y()) - origin.y());
   painter.scale(1 / scale, 1 / scale);
   painter.translate(off);
+}
+
+QPalette DesktopPalette() {
+  QApplication::setPalette(QPalette());
+  return QApplication::palette();
+}
+
+ThemeFollower::ThemeFollower(ThemeChoice choice, std::function<QPalette()> desktop_palette)
+    : desktop_palette_(std::move(desktop_palette)),
+      current_(FirstTheme(choice, desktop_palette_())) {
+  if (choice == ThemeChoice::kSystem) QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool ThemeFollower::eventFilter(QObject* watched, QEvent* event) {
+  const bool changed =
+      event->type() == QEvent::ThemeChange || event->type() == QEvent::ApplicationPaletteChange;
+  // While our palette hides the desktop's from the application, only windows get the event. Our own
+  // changes of the palette don't count.
+  const bool from_desktop = watched->isWindowType() || watched == QCoreApplication::instance();
+  if (changed && from_desktop && !following_) Follow();
+  return QObject::eventFilter(watched, event);
+}
+
+void ThemeFollower::Follow() {
+  following_ = true;
+  const Palette wanted = Palette::Following(desktop_palette_());
+  const bool same = wanted.dark == current_.dark;
+  if (same) {
+    QApplication::setPalette(current_.ForWidgets());
+  } else {
+    current_ = wanted;
+    ApplyTheme(current_);
+  }
+  following_ = false;
+  if (!same && change_) change_(current_);
 }
 
 }  // namespace velumar

@@ -10,9 +10,7 @@
 
 #include "app/services/chart_link.h"
 #include "app/services/desktop_services.h"
-#include "app/services/event_loop.h"
-#include "app/services/printers.h"
-#include "app/theme/theme_follower.h"
+#include "app/theme/theme.h"
 #include "app/windows/desktop_view.h"
 #include "app/wiring/back_ends.h"
 #include "app/wiring/options.h"
@@ -47,23 +45,12 @@ Appearance ApplyLook(const Palette& palette, const LocaleInfo& locale) {
   return look;
 }
 
-// Adds the chart program's keys to the registry. If that fails, the program starts without them.
-void AddChartProgramKeys(BackEnds& ends, const std::filesystem::path& program_folder) {
+// Does a step of the start without which the program still works.
+void Try(BackEnds& ends, const std::string& failure, const std::function<void()>& step) {
   try {
-    EnsureChartProgramKeys(*ends.registry, PathText(program_folder / "charthost"));
+    step();
   } catch (const std::exception& error) {
-    ends.problems.emplace_back(error.what());
-  }
-}
-
-// The user's samples, with a separator at the end; empty if they could not be copied.
-std::string SampleFolder(BackEnds& ends, const std::filesystem::path& program_folder) {
-  try {
-    return PathText(SampleDirectory(program_folder) / "");
-  } catch (const std::exception& error) {
-    ends.problems.push_back(std::string("Could not copy the samples to your folder: ") +
-                            error.what());
-    return {};
+    ends.problems.push_back(failure + error.what());
   }
 }
 
@@ -109,10 +96,14 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   const std::string folder_text = QApplication::applicationDirPath().toStdString();
   const std::filesystem::path program_folder = NativePath(folder_text).make_preferred();
   BackEnds ends = SystemBackEnds(options);
-  AddChartProgramKeys(ends, program_folder);
-  const std::string samples = SampleFolder(ends, program_folder);
-  QtEventLoop events;
-  const std::unique_ptr<WebClient> web = SystemWebClient(events);
+  Try(ends, {},
+      [&] { EnsureChartProgramKeys(*ends.registry, PathText(program_folder / "charthost")); });
+  std::string samples;  // with a separator at the end
+  Try(ends, "Could not copy the samples to your folder: ", [&] {
+    samples = PathText(SampleDirectory(program_folder) / "");
+  });
+  const std::unique_ptr<EventLoop> events = WindowEvents();
+  const std::unique_ptr<WebClient> web = SystemWebClient(*events);
   QtMessageBoxes shown_boxes(ToQt(ends.locale->ShortDatePattern()));
   PrintedMessageBoxes printed_boxes;
   QtFolderDialog shown_folders;
@@ -132,7 +123,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   WarnOnceSettings settings(*ends.settings, boxes);
   IpcChartLink chart_link;
   ReleasingPrograms programs(*ends.programs, instance);
-  Platform platform{.events = events,
+  Platform platform{.events = *events,
                     .chart_windows = *ends.chart_windows,
                     .keys = *ends.keys,
                     .boxes = boxes,
@@ -184,7 +175,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
     ends.chart_windows->BringToFront("Velumar");
   });
   AutoPlay auto_play({options.screenshot_dir, options.play}, desktop, view, session, program, Fail);
-  const Termination termination([&] {
+  const auto termination = WatchForTermination([&] {
     // Closing the setup window saves the settings.
     const Form1& setup = desktop.Untouched().form1;
     const auto close = setup.on_close;

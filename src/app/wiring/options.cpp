@@ -65,21 +65,18 @@ void Parse(QCommandLineParser& parser, const QStringList& arguments) {
 Options ReadOptions(const QStringList& arguments) {
   QCommandLineParser parser;
   Parse(parser, arguments);
-  const auto is_set = [&parser](const char* name) {
-    return parser.isSet(QString::fromLatin1(name));
-  };
   const auto value = [&parser](const char* name) {
     return parser.value(QString::fromLatin1(name));
   };
   Options options;
   options.settings_dir = value("settings-dir");
-  if (is_set("theme")) options.theme = ReadTheme(value("theme"));
+  if (parser.isSet(QStringLiteral("theme"))) options.theme = ReadTheme(value("theme"));
   options.screenshot_dir = value("screenshot-dir");
-  if (is_set("play")) options.play = ReadBars(value("play"));
+  if (parser.isSet(QStringLiteral("play"))) options.play = ReadBars(value("play"));
   if (options.PlaysAlone() == options.screenshot_dir.isEmpty()) {
     throw std::invalid_argument("use --play and --screenshot-dir together");
   }
-  if (is_set("chart-link")) options.chart_keys = KeysOnly(value("chart-link"));
+  if (parser.isSet(QStringLiteral("chart-link"))) options.chart_keys = KeysOnly(value("chart-link"));
   for (const QString& argument : parser.values(QStringLiteral("chart-argument"))) {
     options.chart_arguments.push_back(argument.toStdString());
   }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "app/theme/theme_follower.h"
+#include "app/theme/theme.h"
 
 namespace velumar {
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -15,16 +16,9 @@ std::optional<std::string> ChooseDisplay();
 // of the system if there is no standard error.
 void ReportStartFailure(const std::string& why);
 
-// Calls `on_request` when the system asks this process to end (Ctrl+C, a log-out, a kill). The call
-// comes from the event loop, also during a wait. Only one object may exist at a time.
-class Termination {
- public:
-  explicit Termination(std::function<void()> on_request);
-  ~Termination();
-
- private:
-  struct Watch;
-  std::unique_ptr<Watch> watch_;
-};
+// Calls `on_request` when the system asks this process to end (Ctrl+C, a log-out, a kill), until
+// the result is deleted. The call comes from the event loop, also during a wait. Only one watch may
+// exist at a time.
+std::unique_ptr<QObject> WatchForTermination(std::function<void()> on_request);
 
 }  // namespace velumar

@@ -20,6 +20,26 @@ bool HasStandardError() {
          ::GetFileType(output) != FILE_TYPE_UNKNOWN;
 }
 
+// A log-out asks every window of every program; one answer is enough.
+class LogOutWatch : public QObject, public QAbstractNativeEventFilter {
+ public:
+  explicit LogOutWatch(std::function<void()> on_request) : on_request_(std::move(on_request)) {
+    QCoreApplication::instance()->installNativeEventFilter(this);
+  }
+  ~LogOutWatch() override { QCoreApplication::instance()->removeNativeEventFilter(this); }
+  LogOutWatch(const LogOutWatch&) = delete;
+  LogOutWatch& operator=(const LogOutWatch&) = delete;
+
+  bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override {
+    if (IsSessionEnd(message) && !std::exchange(asked_, true)) on_request_();
+    return false;
+  }
+
+ private:
+  std::function<void()> on_request_;
+  bool asked_ = false;
+};
+
 }  // namespace
 
 std::optional<std::string> ChooseDisplay() { return std::nullopt; }
@@ -32,27 +52,8 @@ void ReportStartFailure(const std::string& why) {
   }
 }
 
-// A log-out asks every window of every program; one answer is enough.
-struct Termination::Watch : public QAbstractNativeEventFilter {
-  explicit Watch(std::function<void()> request) : on_request(std::move(request)) {
-    QCoreApplication::instance()->installNativeEventFilter(this);
-  }
-  ~Watch() override { QCoreApplication::instance()->removeNativeEventFilter(this); }
-  Watch(const Watch&) = delete;
-  Watch& operator=(const Watch&) = delete;
-
-  bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override {
-    if (IsSessionEnd(message) && !std::exchange(asked, true)) on_request();
-    return false;
-  }
-
-  std::function<void()> on_request;
-  bool asked = false;
-};
-
-Termination::Termination(std::function<void()> on_request)
-    : watch_(std::make_unique<Watch>(std::move(on_request))) {}
-
-Termination::~Termination() = default;
+std::unique_ptr<QObject> WatchForTermination(std::function<void()> on_request) {
+  return std::make_unique<LogOutWatch>(std::move(on_request));
+}
 
 }  // namespace velumar

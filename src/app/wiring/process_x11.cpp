@@ -41,15 +41,44 @@ void SetHandler(void (*handler)(int)) {
   for (const int signal : kSignals) ::sigaction(signal, &action, nullptr);
 }
 
+class SignalWatch : public QObject {
+ public:
+  explicit SignalWatch(std::function<void()> on_request) : on_request_(std::move(on_request)) {
+    if (::pipe2(ends_.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+      throw std::system_error(errno, std::generic_category(),
+                              "could not create a pipe for signals");
+    }
+    auto* const notifier = new QSocketNotifier(ends_[0], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this] {
+      char byte = 0;
+      while (::read(ends_[0], &byte, 1) > 0) {
+      }
+      on_request_();
+    });
+    signal_pipe = ends_[1];
+    SetHandler(WriteToPipe);
+  }
+  ~SignalWatch() override {
+    SetHandler(SIG_DFL);
+    signal_pipe = -1;
+    for (const int end : ends_) ::close(end);
+  }
+  SignalWatch(const SignalWatch&) = delete;
+  SignalWatch& operator=(const SignalWatch&) = delete;
+
+ private:
+  std::function<void()> on_request_;
+  std::array<int, 2> ends_{};
+};
+
 }  // namespace
 
 std::optional<std::string> ChooseDisplay() {
   if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) return std::nullopt;
   const QByteArray display = qgetenv("DISPLAY");
   if (display.isEmpty() && !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
-    return "Velumar needs X11, and this Wayland session has no X server. Install XWayland, or log "
-           "in "
-           "to an X11 session.";
+    return "Velumar needs X11, and this Wayland session has no X server. Install XWayland, or "
+           "log in to an X11 session.";
   }
   if (display.isEmpty()) return "There is no display: DISPLAY is not set.";
   if (!IsReachable(display)) {
@@ -61,37 +90,8 @@ std::optional<std::string> ChooseDisplay() {
 
 void ReportStartFailure(const std::string& why) { std::cerr << "velumar: " << why << std::endl; }
 
-struct Termination::Watch {
-  explicit Watch(std::function<void()> request) : on_request(std::move(request)) {
-    if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
-      throw std::system_error(errno, std::generic_category(),
-                              "could not create a pipe for signals");
-    }
-    notifier = std::make_unique<QSocketNotifier>(ends[0], QSocketNotifier::Read);
-    QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), [this] {
-      char byte = 0;
-      while (::read(ends[0], &byte, 1) > 0) {
-      }
-      on_request();
-    });
-    signal_pipe = ends[1];
-    SetHandler(WriteToPipe);
-  }
-
-  ~Watch() {
-    SetHandler(SIG_DFL);
-    signal_pipe = -1;
-    for (const int end : ends) ::close(end);
-  }
-
-  std::function<void()> on_request;
-  std::array<int, 2> ends{};
-  std::unique_ptr<QSocketNotifier> notifier;
-};
-
-Termination::Termination(std::function<void()> on_request)
-    : watch_(std::make_unique<Watch>(std::move(on_request))) {}
-
-Termination::~Termination() = default;
+std::unique_ptr<QObject> WatchForTermination(std::function<void()> on_request) {
+  return std::make_unique<SignalWatch>(std::move(on_request));
+}
 
 }  // namespace velumar

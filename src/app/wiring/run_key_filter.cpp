@@ -1,16 +1,11 @@
 #include "app/wiring/run_key_filter.h"
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QComboBox>
-#include <QDateEdit>
-#include <QKeyEvent>
-#include <QLineEdit>
+#include <QtWidgets>
 #include <chrono>
 #include <utility>
 
 #include "app/controls/control_view.h"
-#include "app/windows/form_view.h"
+#include "app/windows/desktop_view.h"
 #include "base/ignoring.h"
 
 namespace velumar {

@@ -13,10 +13,10 @@ class QKeyEvent;
 
 namespace velumar {
 
-// Sees every key of the program first, and passes the keys of a run to the run, whichever of our
-// windows has the focus. A box that is typed into keeps its keys until Enter or Esc leaves it;
-// sliders, lists and buttons keep theirs only if they were reached with Tab. Keys that arrive while
-// the trader works in another program are dropped.
+// Filters all keys of the program and passes those of a run to the run, whichever of our windows
+// has the focus. A box that is typed into keeps its keys until Enter or Esc leaves it; sliders,
+// lists and buttons keep theirs only if they were reached with Tab. Keys that arrive while the
+// trader works in another program are dropped.
 class RunKeyFilter : public QObject {
  public:
   explicit RunKeyFilter(RunKeys& keys);

@@ -1,10 +1,6 @@
 #include "app/wiring/single_instance.h"
 
-#include <QCryptographicHash>
-#include <QDeadlineTimer>
-#include <QDir>
-#include <QFileInfo>
-#include <QThread>
+#include <QtCore>
 #include <utility>
 
 #include "platform/ipc.h"

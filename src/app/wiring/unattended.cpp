@@ -47,18 +47,14 @@ void AutoPlay::Step() {
     stage_ = Stage::kEnding;
     fail_("no bar was played for two minutes");
   } else if (stage_ == Stage::kStarting && program_.Feeding()) {
-    FirstBar();
+    stage_ = Stage::kPlaying;
+    first_bar_ = session_.BarIndex;
+    desktop_.form3().Combo2.UserType("0");
+    desktop_.form3().chkShowBigform.UserToggle();
   } else if (stage_ == Stage::kPlaying &&
              (session_.BarIndex - first_bar_ >= plan_.bars || !program_.Feeding())) {
     LastBar();
   }
-}
-
-void AutoPlay::FirstBar() {
-  stage_ = Stage::kPlaying;
-  first_bar_ = session_.BarIndex;
-  desktop_.form3().Combo2.UserType("0");
-  desktop_.form3().chkShowBigform.UserToggle();
 }
 
 void AutoPlay::LastBar() {
@@ -99,8 +95,6 @@ std::optional<std::int32_t> PrintedMessageBoxes::AskDate(std::string_view, std::
                                                          std::int32_t, std::int32_t) {
   return std::nullopt;
 }
-
-UnansweredFolderDialog::UnansweredFolderDialog(FailRun fail) : fail_(std::move(fail)) {}
 
 std::string UnansweredFolderDialog::BrowseForFolder(std::string_view prompt) {
   fail_("--play needs a folder that only a user can choose: " + std::string(prompt));

@@ -36,7 +36,6 @@ class AutoPlay {
   enum class Stage { kStarting, kPlaying, kEnding };
 
   void Step();
-  void FirstBar();
   void LastBar();
   void SavePicture(const Form& form);
 
@@ -69,7 +68,7 @@ class PrintedMessageBoxes : public MessageBoxes {
 // Fails the run, since nobody can choose a folder.
 class UnansweredFolderDialog : public FolderDialog {
  public:
-  explicit UnansweredFolderDialog(FailRun fail);
+  explicit UnansweredFolderDialog(FailRun fail) : fail_(std::move(fail)) {}
   std::string BrowseForFolder(std::string_view prompt) override;
 
  private:

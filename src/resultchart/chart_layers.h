@@ -6,11 +6,35 @@
 
 namespace velumar {
 
+// The background of a result chart: the backdrop with its shadow, walls and floor, and the grid, or
+// the hint if there are no points.
+class ChartWall : public QCPLayerable {
+ public:
+  ChartWall(QCPAxisRect* rect, const ChartScene& scene)
+      : QCPLayerable(rect->parentPlot(), QStringLiteral("grid")), rect_(rect), scene_(scene) {}
+
+ protected:
+  void draw(QCPPainter* painter) override;
+  void applyDefaultAntialiasingHint(QCPPainter* painter) const override {
+    painter->setAntialiasing(false);
+  }
+
+ private:
+  void DrawBackdrop(QCPPainter& painter) const;
+  void DrawWalls(QCPPainter& painter) const;
+  void DrawGrid(QCPPainter& painter) const;
+  void DrawHint(QCPPainter& painter) const;
+
+  QCPAxisRect* rect_;
+  const ChartScene& scene_;
+};
+
 // The portfolio as a line or area, or as a ribbon in a chart with depth. Many points in one column
 // of pixels are reduced to the first, lowest, highest and last by QCPGraph.
 class PortfolioLine : public QCPGraph {
  public:
-  PortfolioLine(QCPAxis* places, QCPAxis* values, const ChartScene& scene);
+  PortfolioLine(QCPAxis* places, QCPAxis* values, const ChartScene& scene)
+      : QCPGraph(places, values), scene_(scene) {}
 
   // Takes points, type and colour from the scene.
   void SetPoints();
@@ -30,7 +54,8 @@ class PortfolioLine : public QCPGraph {
 // The portfolio as bars or steps, as boxes in a chart with depth.
 class PortfolioBars : public QCPBars {
  public:
-  PortfolioBars(QCPAxis* places, QCPAxis* values, const ChartScene& scene);
+  PortfolioBars(QCPAxis* places, QCPAxis* values, const ChartScene& scene)
+      : QCPBars(places, values), scene_(scene) {}
 
   // Bars for the visible points, at most one for each pixel. Call when the axes have their pixels.
   void Fill();
