@@ -63,14 +63,27 @@ class Desktop {
   // Loads the window, hidden, if it isn't loaded.
   void Load(Form& form) { Touched(form); }
   // Runs on_unload; the next load starts from the control table.
-  void Unload(Form& form);
+  void Unload(Form& form) {
+    if (form.Loaded()) form.BeUnloaded();
+  }
 
   Windows& Untouched() { return windows_; }
-  std::array<Form*, 9> All();
+  std::array<Form*, 9> All() {
+    return {&windows_.form1,          &windows_.form2,       &windows_.form3,
+            &windows_.frmBigDateTime, &windows_.frmBigScore, &windows_.frmBigPrice,
+            &windows_.frmScore,       &windows_.frmResult,   &windows_.graph2};
+  }
   // Null if there is no window of that name.
-  Form* Find(std::string_view name);
+  Form* Find(std::string_view name) {
+    for (Form* form : All()) {
+      if (form->Name() == name) return form;
+    }
+    return nullptr;
+  }
 
-  void SetListener(FormListener* listener);
+  void SetListener(FormListener* listener) {
+    for (Form* form : All()) form->SetListener(listener);
+  }
 
  private:
   template <typename Window>

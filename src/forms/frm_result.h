@@ -24,7 +24,20 @@ class FrmResult : public Form {
     kReport = 15
   };
 
-  FrmResult();
+  FrmResult() : Form({"FrmResult", "", 10560, 11115, true}) {
+    SetKeepsKeys(true);
+    // A frame contains the controls after it in the table.
+    const Control* frame = nullptr;
+    for (Control* control : Controls()) {
+      if (control->Kind() == ControlKind::kFrame) {
+        frame = control;
+      } else if (frame != nullptr) {
+        control->PlaceIn(*frame);
+      }
+    }
+    Combo1.SetTypable(false);
+    cbxRun.SetTypable(false);
+  }
 
   // The tabs cover the lower end of the frame.
   static constexpr float kStripTop = 7890;
