@@ -34,8 +34,6 @@ class AccountBoxes {
   void GroupTexts();
 
  private:
-  void FillBoxes();
-
   SimSession& session_;
   const RunInputs& inputs_;
   Desktop& desktop_;

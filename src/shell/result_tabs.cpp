@@ -1,6 +1,5 @@
 #include "shell/result_tabs.h"
 
-#include <iterator>
 #include <utility>
 
 #include "base/paths.h"
@@ -13,10 +12,6 @@ namespace velumar {
 
 ResultTabs::ResultTabs(Desktop& desktop, Platform& platform, LedgerConnection& ledger)
     : desktop_(desktop), platform_(platform), ledger_(ledger) {
-  BindEvents();
-}
-
-void ResultTabs::BindEvents() {
   FrmResult& form = desktop_.Untouched().frmResult;
   const EventGuard guarded(platform_.boxes);
   form.tabSheets.on_click = guarded("Reading the account", [this] { ChooseTab(); });
@@ -28,29 +23,26 @@ void ResultTabs::BindEvents() {
 }
 
 void ResultTabs::Load(ShownRun run) {
-  SetUpTables();
+  FrmResult& form = Window();
+  form.lstStatistics.SetColumns({{"Figure"}, {"Value", true}});
+  std::vector<Table::Column> columns;
+  for (const OrderColumn& column : kOrderColumns) {
+    columns.push_back({std::string(column.title), column.numeric});
+  }
+  form.lstOrders.SetColumns(std::move(columns));
   run_ = run;
   tab_ = FrmResult::kChartTab;
   account_.reset();
   ShowTab();
 }
 
-void ResultTabs::SetUpTables() {
-  FrmResult& form = Window();
-  form.lstStatistics.SetColumns({{"Figure"}, {"Value", true}});
-  std::vector<Table::Column> columns;
-  columns.reserve(std::size(kOrderColumns));
-  for (const OrderColumn& column : kOrderColumns) {
-    columns.push_back({std::string(column.title), column.numeric});
-  }
-  form.lstOrders.SetColumns(std::move(columns));
-}
-
 void ResultTabs::ShowRun(ShownRun run) {
   const bool looked_at = tab_ != FrmResult::kChartTab;
   account_ = looked_at ? std::optional(Read(run)) : std::nullopt;
   run_ = run;
-  if (account_) ShowAccount();
+  if (!account_) return;
+  ShowStatistics();
+  ShowOrders();
 }
 
 std::vector<RunRecord> ResultTabs::Read(ShownRun run) {
@@ -65,7 +57,8 @@ void ResultTabs::ChooseTab() {
       std::vector<RunRecord> account = Read(run_);
       on_read();
       account_ = std::move(account);
-      ShowAccount();
+      ShowStatistics();
+      ShowOrders();
     }
   } catch (const std::exception&) {
     tabs.SetIndex(tab_);
@@ -73,11 +66,6 @@ void ResultTabs::ChooseTab() {
   }
   tab_ = tabs.Index();
   ShowTab();
-}
-
-void ResultTabs::ShowAccount() {
-  ShowStatistics();
-  ShowOrders();
 }
 
 void ResultTabs::ShowTab() {

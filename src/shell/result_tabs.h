@@ -30,12 +30,9 @@ class ResultTabs {
   std::function<void()> on_read;
 
  private:
-  void BindEvents();
-  void SetUpTables();
   void ChooseTab();
   std::vector<RunRecord> Read(ShownRun run);
   void ShowTab();
-  void ShowAccount();
   void ShowStatistics();
   void ShowOrders();
   void SortOrdersBy(std::size_t column);

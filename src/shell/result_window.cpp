@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
+#include <map>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -26,22 +28,6 @@ constexpr std::array kTypes = {kChart2DBar,  kChart3DBar,  kChart2DLine,
                                kChart2DArea, kChart3DLine, kChart3DStep};
 
 constexpr std::string_view kChangingTheChart = "Changing the chart";
-
-// What a toolbar button does, for the box about a failure.
-std::string_view TaskOf(int button) {
-  switch (button) {
-    case FrmResult::kSaveAs:
-      return "Saving the chart";
-    case FrmResult::kPreview:
-      return "Opening the print preview";
-    case FrmResult::kReport:
-      return "Printing the report";
-    case FrmResult::kClose:
-      return "Closing the results";
-    default:
-      return kChangingTheChart;
-  }
-}
 
 std::string FormTitle(const std::string& ending) {
   return (ending == "bmp" ? "Pictures" : UpperCased(ending)) + " (*." + ending + ")";
@@ -68,10 +54,6 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
       ledger_(ledger),
       score_board_(score_board),
       tabs_(desktop, platform, ledger) {
-  BindEvents();
-}
-
-void ResultWindow::BindEvents() {
   Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);
   windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click =
@@ -80,9 +62,17 @@ void ResultWindow::BindEvents() {
   form.on_load = guarded("Opening the results", [this] { Load(); });
   form.on_close = form.on_escape =
       guarded("Closing the results", [this] { desktop_.Unload(Window()); });
-  form.Toolbar1.on_button = [this, guarded](int button) {
-    guarded(TaskOf(button), [this, button] { PressToolbar(button); })();
-  };
+  Chart& chart = form.MSChart1;
+  std::map<int, std::function<void()>> buttons{
+      {FrmResult::kSaveAs, guarded("Saving the chart", [this] { SaveChartAs(); })},
+      {FrmResult::kPreview, guarded("Opening the print preview", [this] { OpenPreview(); })},
+      {FrmResult::kShadow, guarded(kChangingTheChart, [&chart] { chart.SetShadow(true); })},
+      {FrmResult::kNoShadow, guarded(kChangingTheChart, [&chart] { chart.SetShadow(false); })},
+      {FrmResult::kEffect, guarded(kChangingTheChart, [&chart] { chart.SetWallWhite(); })},
+      {FrmResult::kDefault, guarded(kChangingTheChart, [this] { RestoreChart(); })},
+      {FrmResult::kReport, guarded("Printing the report", [this] { PrintReport(); })},
+      {FrmResult::kClose, form.on_close}};
+  form.Toolbar1.on_button = [buttons = std::move(buttons)](int button) { buttons.at(button)(); };
   form.Combo1.on_click = guarded(kChangingTheChart, [this] { ApplyChartType(); });
   form.Combo1.on_key_up = guarded(kChangingTheChart, [this](int) { ApplyChartType(); });
   form.picCommonDialog.on_click = guarded(kChangingTheChart, [this] { ChooseColour(); });
@@ -174,29 +164,6 @@ void ResultWindow::ApplyChartType() {
 void ResultWindow::RestoreChart() {
   Window().MSChart1.ToDefaults();
   Window().Combo1.SetIndex(kFirstType);  // the list names what the chart shows
-}
-
-void ResultWindow::PressToolbar(int button) {
-  switch (button) {
-    case FrmResult::kSaveAs:
-      return SaveChartAs();
-    case FrmResult::kPreview:
-      return OpenPreview();
-    case FrmResult::kShadow:
-      return Window().MSChart1.SetShadow(true);
-    case FrmResult::kNoShadow:
-      return Window().MSChart1.SetShadow(false);
-    case FrmResult::kEffect:
-      return Window().MSChart1.SetWallWhite();
-    case FrmResult::kDefault:
-      return RestoreChart();
-    case FrmResult::kReport:
-      return PrintReport();
-    case FrmResult::kClose:
-      return desktop_.Unload(Window());
-    default:
-      return;
-  }
 }
 
 // The file is kept even if its row in the ledger can't be written.

@@ -20,7 +20,6 @@ class ResultWindow {
                ScoreBoard& score_board);
 
  private:
-  void BindEvents();
   // Shows the window; reads the ledger again unless it is visible already.
   void Open();
   void Load();
@@ -41,7 +40,6 @@ class ResultWindow {
   void ApplyChartType();
   void RestoreChart();
 
-  void PressToolbar(int button);
   void SaveChartAs();
   void OpenPreview();
   void ChooseColour();
