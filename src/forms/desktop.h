@@ -50,21 +50,21 @@ class Desktop {
     Graph2 graph2;
   };
 
-  Form1& form1() { return Touched(windows_.form1); }
-  Form2& form2() { return Touched(windows_.form2); }
-  Form3& form3() { return Touched(windows_.form3); }
-  BigWindow& frmBigDateTime() { return Touched(windows_.frmBigDateTime); }
-  BigWindow& frmBigScore() { return Touched(windows_.frmBigScore); }
-  BigWindow& frmBigPrice() { return Touched(windows_.frmBigPrice); }
-  FrmScore& frmScore() { return Touched(windows_.frmScore); }
-  FrmResult& frmResult() { return Touched(windows_.frmResult); }
-  Graph2& graph2() { return Touched(windows_.graph2); }
+  Form1& form1() { return Loaded(windows_.form1); }
+  Form2& form2() { return Loaded(windows_.form2); }
+  Form3& form3() { return Loaded(windows_.form3); }
+  BigWindow& frmBigDateTime() { return Loaded(windows_.frmBigDateTime); }
+  BigWindow& frmBigScore() { return Loaded(windows_.frmBigScore); }
+  BigWindow& frmBigPrice() { return Loaded(windows_.frmBigPrice); }
+  FrmScore& frmScore() { return Loaded(windows_.frmScore); }
+  FrmResult& frmResult() { return Loaded(windows_.frmResult); }
+  Graph2& graph2() { return Loaded(windows_.graph2); }
 
   // Loads the window, hidden, if it isn't loaded.
-  void Load(Form& form) { Touched(form); }
+  void Load(Form& form) { Loaded(form); }
   // Runs on_unload; the next load starts from the control table.
   void Unload(Form& form) {
-    if (form.Loaded()) form.BeUnloaded();
+    if (form.Loaded()) form.Unload();
   }
 
   Windows& Untouched() { return windows_; }
@@ -87,8 +87,8 @@ class Desktop {
 
  private:
   template <typename Window>
-  static Window& Touched(Window& window) {
-    if (!window.Loaded()) window.BeLoaded();
+  static Window& Loaded(Window& window) {
+    if (!window.Loaded()) window.Load();
     return window;
   }
 

@@ -53,7 +53,7 @@ void Form::ControlChanged(Control& control) {
   if (listener_ != nullptr && loaded_) listener_->ControlChanged(*this, control);
 }
 
-void Form::BeLoaded() {
+void Form::Load() {
   state_ = {.caption = std::string(spec_.caption)};
   ++slide_;
   for (Control* control : controls_) control->Reset();
@@ -62,7 +62,7 @@ void Form::BeLoaded() {
   if (on_load) on_load();
 }
 
-void Form::BeUnloaded() {
+void Form::Unload() {
   if (on_unload) on_unload();
   state_.visible = false;
   loaded_ = false;

@@ -109,8 +109,8 @@ class Form {
   void Register(Control& control) { controls_.push_back(&control); }
   void ControlChanged(Control& control);
   void SetListener(FormListener* listener) { listener_ = listener; }
-  void BeLoaded();
-  void BeUnloaded();
+  void Load();
+  void Unload();
 
  private:
   // What a load resets.

@@ -48,8 +48,8 @@ class FrmResult : public Form {
   static constexpr Look kValue{.alignment = Alignment::kCentre, .backdrop = Backdrop::kYellowPaper};
 
   // The size of the chart in twips at 100 percent of the print preview.
-  std::int32_t chht = 0;
-  std::int32_t chwd = 0;
+  std::int32_t full_height = 0;
+  std::int32_t full_width = 0;
 
   Toolbar Toolbar1{
       *this,

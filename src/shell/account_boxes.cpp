@@ -54,7 +54,7 @@ void Mark(const AccountBox& account, bool stock) {
 
 }  // namespace
 
-std::optional<std::string_view> PresetQuantity(std::string_view data_dir) {
+std::optional<std::string_view> DefaultQuantity(std::string_view data_dir) {
   const MarketPreset* const preset = PresetOf(data_dir);
   return preset == nullptr ? std::nullopt : std::optional(preset->quantity);
 }

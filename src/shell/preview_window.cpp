@@ -76,7 +76,7 @@ void PreviewWindow::ApplyZoom() {
   if (!page_.portrait) std::swap(sheet.x, sheet.y);
   form.Label1.SetText(std::to_string(form.HScroll2.Value()) + "%");
   form.Picture1.SetSize(Twips(sheet.x), Twips(sheet.y));
-  page_.chart_size = {zoom * results.chwd, zoom * results.chht};
+  page_.chart_size = {zoom * results.full_width, zoom * results.full_height};
   results.MSChart1.SetSize(Twips(page_.chart_size.x), Twips(page_.chart_size.y));
   form.Picture2.SetPlace(Twips(zoom * page_.chart_at_drop.x / page_.zoom_at_drop),
                          Twips(zoom * page_.chart_at_drop.y / page_.zoom_at_drop));
@@ -87,7 +87,7 @@ void PreviewWindow::SetChartHeight(int percent) {
   FrmResult& results = desktop_.frmResult();
   const double height = percent / kSmallestPercent * page_.chart_size.y;
   results.MSChart1.SetSize(results.MSChart1.Width(), Twips(height));
-  results.chht = WholeTwips(height / Zoom());
+  results.full_height = WholeTwips(height / Zoom());
   TakePicture();
 }
 
@@ -95,7 +95,7 @@ void PreviewWindow::SetChartWidth(int percent) {
   FrmResult& results = desktop_.frmResult();
   const double width = percent / kSmallestPercent * page_.chart_size.x;
   results.MSChart1.SetSize(Twips(width), results.MSChart1.Height());
-  results.chwd = WholeTwips(width / Zoom());
+  results.full_width = WholeTwips(width / Zoom());
   TakePicture();
 }
 

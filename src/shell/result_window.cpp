@@ -11,9 +11,11 @@
 #include <vector>
 
 #include "base/ignoring.h"
+#include "base/paths.h"
 #include "base/text.h"
+#include "base/whole_file.h"
 #include "results/portfolio_chart.h"
-#include "results/run_record.h"
+#include "results/statistics.h"
 #include "shell/event_guard.h"
 #include "shell/window_shaping.h"
 
@@ -49,11 +51,7 @@ ChartRows RowsOf(PortfolioChart portfolio) {
 
 ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
                            ScoreBoard& score_board)
-    : desktop_(desktop),
-      platform_(platform),
-      ledger_(ledger),
-      score_board_(score_board),
-      tabs_(desktop, platform, ledger) {
+    : desktop_(desktop), platform_(platform), ledger_(ledger), score_board_(score_board) {
   Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);
   windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click =
@@ -78,7 +76,12 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
   form.picCommonDialog.on_click = guarded(kChangingTheChart, [this] { ChooseColour(); });
   form.lnkScore.on_click = guarded("Opening the score board", [this] { score_board_.Open(); });
   form.cbxRun.on_click = guarded("Reading the run", [this] { ChooseRun(); });
-  tabs_.on_read = [this] { RefreshFiguresAndChart(); };
+  form.tabSheets.on_click = guarded("Reading the account", [this] { ChooseTab(); });
+  form.lstOrders.on_header =
+      guarded("Sorting the orders", [this](std::size_t column) { SortOrdersBy(column); });
+  form.cmdCopy.on_click = guarded("Copying", [this] { Copy(); });
+  form.lstOrders.on_copy = form.lstStatistics.on_copy = form.cmdCopy.on_click;
+  form.cmdExport.on_click = guarded("Saving the orders", [this] { ExportOrders(); });
 }
 
 // A window that the preview opened hidden may lack the newest orders.
@@ -94,15 +97,34 @@ void ResultWindow::Load() {
   CentreOnScreen(form, platform_.screen);
   form.MSChart1.SetPlace(0, 0);
   form.MSChart1.SetSize(form.Frame3.Width(), form.Frame3.Height());
-  form.chwd = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
-  form.chht = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
+  form.full_width = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
+  form.full_height = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
   run_ = {};
   // If the ledger can't be read, reading the figures says so.
   IgnoringErrors([this] { run_.newest = NewestRun(ledger_); });
-  tabs_.Load(run_);
+  SetUpTables();
+  tab_ = FrmResult::kChartTab;
+  account_.reset();
+  ShowTab();
   ListRuns();
-  ShowResultFigures();
-  Window().MSChart1.SetSeriesColour(Window().picCommonDialog.ForeColour());
+  form.Combo1.SetIndex(kFirstType);
+  try {
+    Show(Read(run_, false));
+  } catch (const LedgerError& error) {
+    platform_.boxes.Show(std::string("The results could not be read.\n") + error.what(),
+                         BoxIcon::kExclamation);
+  }
+  form.MSChart1.SetSeriesColour(form.picCommonDialog.ForeColour());
+}
+
+void ResultWindow::SetUpTables() {
+  FrmResult& form = Window();
+  form.lstStatistics.SetColumns({{"Figure"}, {"Value", true}});
+  std::vector<Table::Column> columns;
+  for (const OrderColumn& column : kOrderColumns) {
+    columns.push_back({std::string(column.title), column.numeric});
+  }
+  form.lstOrders.SetColumns(std::move(columns));
 }
 
 void ResultWindow::ListRuns() {
@@ -116,21 +138,12 @@ void ResultWindow::ListRuns() {
   if (list.Enabled()) list.SetIndex(0);
 }
 
-void ResultWindow::ShowResultFigures() {
-  Window().Combo1.SetIndex(kFirstType);
-  try {
-    RefreshFiguresAndChart();
-  } catch (const LedgerError& error) {
-    platform_.boxes.Show(std::string("The results could not be read.\n") + error.what(),
-                         BoxIcon::kExclamation);
-  }
-}
-
-void ResultWindow::RefreshFiguresAndChart() { Show(Read(run_)); }
-
-ResultWindow::Reading ResultWindow::Read(const ShownRun& run) {
+ResultWindow::Reading ResultWindow::Read(const ShownRun& run, bool with_account) {
   const int number = RunToRead(ledger_, run);
-  return {LoadResultFigures(ledger_, number), RowsOf(LoadPortfolioChart(ledger_, number))};
+  Reading reading{LoadResultFigures(ledger_, number), RowsOf(LoadPortfolioChart(ledger_, number)),
+                  std::nullopt};
+  if (with_account) reading.account = ReadAccount(ledger_, number);
+  return reading;
 }
 
 void ResultWindow::Show(Reading reading) {
@@ -138,6 +151,10 @@ void ResultWindow::Show(Reading reading) {
   // Setting rows ends a zoom, so only new ones are set.
   Chart& chart = Window().MSChart1;
   if (reading.rows != *chart.Content().rows) chart.SetRows(std::move(reading.rows));
+  account_ = std::move(reading.account);
+  if (!account_) return;
+  ShowStatistics();
+  ShowOrders();
 }
 
 // Blank before the first order.
@@ -188,8 +205,8 @@ void ResultWindow::SaveChartAs() {
 
 void ResultWindow::OpenPreview() {
   FrmResult& form = Window();
-  form.chht = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
-  form.chwd = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
+  form.full_height = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
+  form.full_width = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
   desktop_.graph2().Show();
 }
 
@@ -226,10 +243,77 @@ void ResultWindow::ChooseRun() {
 
 void ResultWindow::LoadRun(int number) {
   const ShownRun chosen{number, run_.newest};
-  Reading reading = Read(chosen);
-  tabs_.ShowRun(chosen);
+  Reading reading = Read(chosen, tab_ != FrmResult::kChartTab);
   run_ = chosen;
   Show(std::move(reading));
+}
+
+void ResultWindow::ChooseTab() {
+  TabBar& tabs = Window().tabSheets;
+  if (tabs.Index() == tab_) return;
+  try {
+    if (tabs.Index() != FrmResult::kChartTab && !account_) Show(Read(run_, true));
+  } catch (const std::exception&) {
+    tabs.SetIndex(tab_);
+    throw;
+  }
+  tab_ = tabs.Index();
+  ShowTab();
+}
+
+void ResultWindow::ShowTab() {
+  FrmResult& form = Window();
+  form.MSChart1.SetVisible(tab_ == FrmResult::kChartTab);
+  form.lstStatistics.SetVisible(tab_ == FrmResult::kStatisticsTab);
+  form.lblSheetNote.SetVisible(tab_ == FrmResult::kStatisticsTab);
+  form.lstOrders.SetVisible(tab_ == FrmResult::kOrdersTab);
+  form.cmdCopy.SetVisible(tab_ != FrmResult::kChartTab);
+  form.cmdExport.SetVisible(tab_ == FrmResult::kOrdersTab);
+}
+
+void ResultWindow::ShowStatistics() {
+  const auto statistics = std::make_shared<const std::vector<Statistic>>(RunStatistics(*account_));
+  Window().lstStatistics.SetContent(
+      {statistics->size(),
+       [statistics](std::size_t row, std::size_t column) {
+         const Statistic& statistic = statistics->at(row);
+         return column == 0 ? std::string(statistic.name) : statistic.value;
+       },
+       [statistics](std::size_t row) { return std::string(statistics->at(row).formula); }});
+}
+
+void ResultWindow::ShowOrders() {
+  std::vector<OrderListRow> rows = ListOrders(account_->back());
+  const Table::Sorting& sorting = Window().lstOrders.SortedBy();
+  SortOrders(rows, sorting.column, sorting.descending);
+  orders_ = std::make_shared<const std::vector<OrderListRow>>(std::move(rows));
+  Window().lstOrders.SetContent({orders_->size(),
+                                 [orders = orders_](std::size_t row, std::size_t column) {
+                                   return orders->at(row).at(column).text;
+                                 },
+                                 [orders = orders_](std::size_t row) {
+                                   return orders->at(row).back().text;  // the note
+                                 }});
+}
+
+// A second click on a title reverses the order.
+void ResultWindow::SortOrdersBy(std::size_t column) {
+  Table& list = Window().lstOrders;
+  const Table::Sorting before = list.SortedBy();
+  list.MarkSorting({column, before.column == column && !before.descending});
+  ShowOrders();
+}
+
+void ResultWindow::Copy() {
+  const FrmResult& form = Window();
+  const Table& table = tab_ == FrmResult::kOrdersTab ? form.lstOrders : form.lstStatistics;
+  platform_.clipboard.SetText(table.CopyText());
+}
+
+void ResultWindow::ExportOrders() {
+  const auto file = platform_.files.ChooseFile({{"Orders (*.csv)", "csv"}}, "Orders");
+  if (!file || file->empty()) return;
+  ReplaceWholeFile(NativePath(*file), OrdersCsv(*orders_));
 }
 
 void ResultWindow::PrintReport() {

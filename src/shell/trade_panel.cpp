@@ -12,7 +12,7 @@ namespace velumar {
 namespace {
 
 constexpr std::string_view kShowingBigNumbers = "Showing the big numbers";
-constexpr std::string_view kOpacityKey = "PorfolioTransparent";
+constexpr std::string_view kPanelOpacityKey = "PorfolioTransparent";
 constexpr float kUnderNavigator = 100;  // twips
 
 }  // namespace
@@ -34,7 +34,7 @@ void TradePanel::BindPanel() {
   const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the trade panel", [this] { Load(); });
   form.on_unload = guarded("Closing the trade panel", [this] {
-    platform_.settings.Save(kOpacityKey, std::to_string(Window().Opacity()));
+    platform_.settings.Save(kPanelOpacityKey, std::to_string(Window().Opacity()));
   });
   form.on_close = form.Image5.on_click =
       guarded("Closing the trade panel", [this] { CloseAndReturn(); });
@@ -93,12 +93,12 @@ void TradePanel::Load() {
   Form3& form = Window();
   closing_ = false;
   // Each run starts with its market's default quantity.
-  if (const auto quantity = PresetQuantity(session_.DataDir))
+  if (const auto quantity = DefaultQuantity(session_.DataDir))
     form.txtContractVol.SetText(*quantity);
   form.imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
   RestartAccount();
   ShapeSmallWindow(form);
-  LoadOpacity(form, form.HScrollx, platform_.settings, kOpacityKey);
+  LoadOpacity(form, form.HScrollx, platform_.settings, kPanelOpacityKey);
   form.Image1.SetSize(form.Width(), form.Height());
   IgnoringErrors([this] { Place(); });
   ShowStatus(session_, run_, platform_.locale);
