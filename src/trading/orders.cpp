@@ -23,7 +23,7 @@ std::string NotPlaced(const LedgerError& error) {
 // although the float held is a little less than 0.7. A sum of entries may be off by a digit that
 // the panel doesn't show; a quantity that looks the same closes all of it. Negative if more is
 // offset than held.
-float LeftOf(float held, float quantity) {
+float RemainderOf(float held, float quantity) {
   constexpr float kAllWholeDigitsShow = 1e7F;
   const bool reads_the_same = PlainNumberText(held) == PlainNumberText(quantity);
   if (reads_the_same && held < kAllWholeDigitsShow) return 0;
@@ -86,8 +86,8 @@ std::vector<LedgerValue> LedgerRow(const SimSession& session, const Side& side,
 }
 
 // What the ledger keeps of a holding in `before` that too large an offset has dropped at this bar.
-LedgerWiped WipedHolding(const SimSession& session, std::string_view position, const Book& before,
-                         const Side& side) {
+LedgerWiped DroppedPosition(const SimSession& session, std::string_view position,
+                            const Book& before, const Side& side) {
   return {std::string(position),
           PlainValue(before.*side.Accum),
           PlainValue(before.*side.AvgPrice),
@@ -113,7 +113,7 @@ OrderResult OrderDesk::Enter(const Side& side, std::string_view position) {
   const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
   if (!figures.problem.empty()) return Refuse(figures.problem, OrderResult::kInvalid);
   view_.SetStatusLine(BarLine(session_, platform_.locale));
-  return Whole([&] { return Fill(side, position, figures); });
+  return AllOrNothing([&] { return Fill(side, position, figures); });
 }
 
 OrderResult OrderDesk::Offset(const Side& side, std::string_view position) {
@@ -124,7 +124,7 @@ OrderResult OrderDesk::Offset(const Side& side, std::string_view position) {
   }
   const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
   if (!figures.problem.empty()) return Refuse(figures.problem, OrderResult::kInvalid);
-  return Whole([&] { return Close(side, position, figures); });
+  return AllOrNothing([&] { return Close(side, position, figures); });
 }
 
 bool OrderDesk::OnBar() {
@@ -135,7 +135,7 @@ bool OrderDesk::OnBar() {
   return problem.empty();
 }
 
-OrderResult OrderDesk::Whole(const std::function<OrderResult()>& work) {
+OrderResult OrderDesk::AllOrNothing(const std::function<OrderResult()>& work) {
   const Book before = session_;
   const auto restore = [&] { static_cast<Book&>(session_) = before; };
   try {
@@ -202,8 +202,8 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position,
                              const OrderFigures& figures) {
   Book& book = session_;
   const Book before = book;
-  book.*side.Accum = LeftOf(before.*side.Accum, figures.quantity_single);
-  if (book.*side.Accum < 0) return WipeOut(side, position, before, figures);
+  book.*side.Accum = RemainderOf(before.*side.Accum, figures.quantity_single);
+  if (book.*side.Accum < 0) return DropPosition(side, position, before, figures);
   const double value = Costs(figures);
   book.UsedMargin =
       Stored(double{book.UsedMargin} - (double{book.Commission} + value + double{book.VatAmount}));
@@ -220,10 +220,10 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position,
 }
 
 // No money moves and no row is written, but the ledger keeps what was dropped.
-OrderResult OrderDesk::WipeOut(const Side& side, std::string_view position, const Book& before,
-                               const OrderFigures& figures) {
+OrderResult OrderDesk::DropPosition(const Side& side, std::string_view position, const Book& before,
+                                    const OrderFigures& figures) {
   if (ledger_.CanWrite()) {
-    LedgerNoteWiped(ledger_, WipedHolding(session_, position, before, side), Detail(figures));
+    LedgerNoteWiped(ledger_, DroppedPosition(session_, position, before, side), Detail(figures));
   }
   session_.*side.Accum = 0;
   session_.*side.AvgPrice = 0;

@@ -50,10 +50,10 @@ class OrderDesk {
   // Returns the order's value and sets Commission and VatAmount in the book.
   double Costs(const OrderFigures& figures);
   void Average(const Side& side);
-  OrderResult WipeOut(const Side& side, std::string_view position, const Book& before,
-                      const OrderFigures& figures);
+  OrderResult DropPosition(const Side& side, std::string_view position, const Book& before,
+                           const OrderFigures& figures);
   // Runs `work`. If it fails, the book is as it was.
-  OrderResult Whole(const std::function<OrderResult()>& work);
+  OrderResult AllOrNothing(const std::function<OrderResult()>& work);
   LedgerDetail Detail(const OrderFigures& figures) const;
   // Shows the reason and returns the result.
   OrderResult Refuse(std::string_view why, OrderResult result = OrderResult::kRefused);
