@@ -9,22 +9,36 @@ namespace {
 
 using OrdersTest = OrderFixture;
 
-TEST_F(OrdersTest, AFuturesEntryAndItsOffset) {
+TEST_F(OrdersTest, FuturesSidesAreIndependentAndAverage) {
   Account(20000, 5000, "500", 2000000);
   AddBar(100.5F);
   EXPECT_EQ(Order(&OrderDesk::Long, "2"), OrderResult::kDone);
   EXPECT_EQ(session.UsedMargin, 41070);
-  EXPECT_EQ(session.LAvgPrice, 100.5F);
   EXPECT_EQ(Newest("Position, ActTime, LAmount, Commission, Portfolio"),
             (Row{"Long", "16:30:00", 2.0, 1000.0, 2000000.0}));
+  AddBar(103.5F);
+  Order(&OrderDesk::Long, "1");
+  EXPECT_EQ(session.LAvgPrice, 101.5F);
+  AddBar(104.5F);
+  Order(&OrderDesk::Short, "2");
+  EXPECT_EQ(session.LAccum, 3);
+  EXPECT_EQ(session.SAvgPrice, 104.5F);
+  EXPECT_EQ(session.UsedMargin, 61605 + 41070);
+  EXPECT_EQ(Newest("LAccum, SAccum"), (Row{0.0, 2.0})) << "a row speaks only for its own side";
   AddBar(101.5F);
+  EXPECT_EQ(session.SUnrealisedMoney, 30000);
+  EXPECT_EQ(session.Portfolio, 2030000);
+  Order(&OrderDesk::OffsetShort, "2");
+  EXPECT_EQ(session.SRealised, 6);
+  AddBar(102.5F);
   EXPECT_EQ(Order(&OrderDesk::OffsetLong, "1"), OrderResult::kDone);
-  EXPECT_EQ(session.UsedMargin, 20535);
+  EXPECT_EQ(session.UsedMargin, 41070);
   EXPECT_EQ(session.LRealised, 1);
-  EXPECT_EQ(session.Balance, 2005000);
-  EXPECT_EQ(session.LUnrealisedMoney, 5000);
-  EXPECT_EQ(session.Portfolio, 2010000);
-  EXPECT_EQ(Newest("LOffset, LUnrealised, Portfolio"), (Row{1.0, 1.0, 2005000.0}));
+  EXPECT_EQ(session.BalancePoint, 7) << "the last offsets of both sides";
+  EXPECT_EQ(session.Balance, 2035000);
+  EXPECT_EQ(session.LUnrealisedMoney, 10000);
+  EXPECT_EQ(session.Portfolio, 2045000);
+  EXPECT_EQ(Newest("LOffset, LUnrealised, Portfolio"), (Row{1.0, 2.0, 2035000.0}));
 }
 
 TEST_F(OrdersTest, AStockEntryAndItsOffset) {
@@ -38,30 +52,6 @@ TEST_F(OrdersTest, AStockEntryAndItsOffset) {
   EXPECT_NEAR(session.UsedMargin, -501.34, 0.01);
   EXPECT_EQ(session.LAccum, 0);
   EXPECT_EQ(session.LAvgPrice, 12.5F) << "the old average stays until the next entry";
-}
-
-TEST_F(OrdersTest, SidesAreIndependentAndAverage) {
-  Account(20000, 1000, "500", 2000000);
-  Order(&OrderDesk::Long, "2");
-  AddBar(103);
-  Order(&OrderDesk::Long, "1");
-  EXPECT_EQ(session.LAvgPrice, 101);
-  const float used = session.UsedMargin;
-  AddBar(104);
-  Order(&OrderDesk::Short, "2");
-  EXPECT_EQ(session.LAccum, 3);
-  EXPECT_EQ(session.SAvgPrice, 104);
-  EXPECT_EQ(session.UsedMargin, used + 41070);
-  EXPECT_EQ(Newest("LAccum, SAccum"), (Row{0.0, 2.0})) << "a row speaks only for its own side";
-  AddBar(101);
-  EXPECT_EQ(session.SUnrealisedMoney, 6000);
-  EXPECT_EQ(session.Portfolio, 2006000);
-  Order(&OrderDesk::OffsetShort, "2");
-  EXPECT_EQ(session.SRealised, 6);
-  AddBar(106);
-  Order(&OrderDesk::OffsetLong, "3");
-  EXPECT_EQ(session.LRealised, 15);
-  EXPECT_EQ(session.BalancePoint, 21) << "the last offsets of both sides";
 }
 
 TEST_F(OrdersTest, WhatTheMoneyTestsRefuseChangesNothing) {
