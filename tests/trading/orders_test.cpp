@@ -135,7 +135,7 @@ TEST_F(OrdersTest, OrdersWithoutEffectSayWhy) {
   };
   expect(&OrderDesk::OffsetShort, "abc", OrderResult::kNothingHeld,
          "nothing to offset: no short position is held");
-  expect(&OrderDesk::Long, "0.0", OrderResult::kDone, "the quantity is 0: nothing was opened");
+  expect(&OrderDesk::Long, "-0", OrderResult::kDone, "the quantity is 0: nothing was opened");
   session.Symbol = "XYZ";
   expect(&OrderDesk::Long, "1", OrderResult::kInvalid,
          "The loaded bars are ABC (D), not XYZ (D): press Start in the setup window");
