@@ -2,21 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <optional>
 #include <stdexcept>
 
 #include "base/number_text.h"
-#include "platform/event_loop.h"
 
 namespace velumar {
 
 namespace {
 
-constexpr int kSlideStep = 50;     // twips
-constexpr int kSlidePause = 10;    // ms
-constexpr float kPressDepth = 15;  // twips: a pixel
-constexpr float kTitleBar = 360;   // twips of a title bar
+constexpr int kSlideStep = 50;    // twips
+constexpr int kSlidePause = 10;   // ms
+constexpr float kTitleBar = 360;  // twips of a title bar
 constexpr float kFirstPlaceBottomGap = 500;
 constexpr float kFirstPlaceSideGap = 50;
 constexpr float kNavigatorFirstLeft = 100;
@@ -26,43 +23,41 @@ std::int16_t Measure(float twips) {
   return static_cast<std::int16_t>(std::nearbyint(std::clamp(twips, 0.0F, 32767.0F)));
 }
 
-}  // namespace
-
-void RoundWindow(Form& window, std::int16_t corner_width, std::int16_t corner_height) {
-  window.SetCorners(corner_width, corner_height);
+// Throws std::invalid_argument for a text that is not a number.
+void LimitPlace(std::string& place, float size, std::int16_t measure) {
+  const std::optional<double> wanted = ToDouble(place);
+  if (!wanted) throw std::invalid_argument("not a window position");
+  if (*wanted > INT16_MAX) place = PlaceText(static_cast<float>(measure) - size);
 }
 
-void SetWindowAlpha(Form& window, std::int16_t alpha) {
-  constexpr std::int16_t kSolid = 255;
-  if (alpha >= 0 && alpha <= kSolid) window.SetOpacity(alpha);
+// Returns false if the slide was ended early.
+bool Slide(Form& window, int from, int to, int step, int rest_top, EventLoop& events) {
+  const int slide = window.BeginSlide(static_cast<float>(rest_top));
+  clsWaitableTimer timer(events);
+  for (int y = from; (step > 0 ? y <= to : y >= to) && window.Slides(slide); y += step) {
+    window.SetTop(static_cast<float>(y));
+    timer.Wait(kSlidePause);
+  }
+  window.EndSlide(slide);
+  return window.Slides(slide);
+}
+
+}  // namespace
+
+void ShapeSmallWindow(Form& window) {
+  constexpr int kCornerWidth = 15;  // pixels
+  constexpr int kCornerHeight = 12;
+  window.SetTopmost(true);
+  window.SetCorners(kCornerWidth, kCornerHeight);
 }
 
 void LoadOpacity(Form& window, Slider& slider, const SettingsStore& settings,
                  std::string_view key) {
-  constexpr std::int16_t kDefault = 250;
+  constexpr int kDefault = 250;
   const std::optional<std::int16_t> kept = ToInt16(settings.Read(key).value_or(""));
   const bool usable = kept && *kept >= slider.Limits().low && *kept <= slider.Limits().high;
-  const std::int16_t opacity = usable ? *kept : kDefault;
-  SetWindowAlpha(window, opacity);
-  slider.SetValue(opacity);
-}
-
-void ApplyOpacity(Form& window, const Slider& slider) {
-  SetWindowAlpha(window, static_cast<std::int16_t>(slider.Value()));
-}
-
-void SaveOpacity(const Form& window, SettingsStore& settings, std::string_view key) {
-  settings.Save(key, std::to_string(window.Opacity()));
-}
-
-void DragWindow(Form& window) { window.StartDrag(); }
-
-void PressImage(Control& image) {
-  image.SetPlace(image.Left() + kPressDepth, image.Top() + kPressDepth);
-}
-
-void ReleaseImage(Control& image) {
-  image.SetPlace(image.Left() - kPressDepth, image.Top() - kPressDepth);
+  slider.SetValue(usable ? *kept : kDefault);
+  window.SetOpacity(slider.Value());
 }
 
 std::int16_t ScreenWidth(const Screen& screen) { return Measure(screen.WidthTwips()); }
@@ -75,17 +70,6 @@ std::int16_t PlaceFromText(std::string_view text) {
   if (!far) throw std::invalid_argument("\"" + std::string(text) + "\" is not a window position");
   return *far < 0 ? INT16_MIN : INT16_MAX;
 }
-
-namespace {
-
-// Throws std::invalid_argument for a text that is not a number.
-void LimitPlace(std::string& place, float size, std::int16_t measure) {
-  const std::optional<double> wanted = ToDouble(place);
-  if (!wanted) throw std::invalid_argument("not a window position");
-  if (*wanted > INT16_MAX) place = PlaceText(static_cast<float>(measure) - size);
-}
-
-}  // namespace
 
 bool CanRestorePlace(std::string& top, std::string& left, const Form& window,
                      const Screen& screen) {
@@ -101,32 +85,16 @@ bool CanRestorePlace(std::string& top, std::string& left, const Form& window,
 
 std::string PlaceText(float place) { return PlainNumberText(place); }
 
-void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoop& events,
-             const Screen& screen) {
+void SlideIn(Form& window, std::string_view top, std::string_view left, const Platform& platform) {
   window.SetLeft(PlaceFromText(left));
   const int end = PlaceFromText(top);
-  const int slide = window.BeginSlide(static_cast<float>(end));
-  clsWaitableTimer timer(events);
-  for (int y = ScreenHeight(screen); y >= end && window.Slides(slide); y -= kSlideStep) {
-    window.SetTop(static_cast<float>(y));
-    timer.Wait(kSlidePause);
-  }
-  window.EndSlide(slide);
+  Slide(window, ScreenHeight(platform.screen), end, -kSlideStep, end, platform.events);
 }
 
-bool SlideOut(Form& window, std::string_view top, std::string_view left, EventLoop& events,
-              const Screen& screen) {
-  window.SetLeft(PlaceFromText(left));
-  const int end = ScreenHeight(screen);
-  const int begin = PlaceFromText(top);
-  const int slide = window.BeginSlide(static_cast<float>(begin));
-  clsWaitableTimer timer(events);
-  for (int y = begin; y <= end && window.Slides(slide); y += kSlideStep) {
-    window.SetTop(static_cast<float>(y));
-    timer.Wait(kSlidePause);
-  }
-  window.EndSlide(slide);
-  return window.Slides(slide);
+bool SlideOut(Form& window, const Platform& platform) {
+  window.SetLeft(PlaceFromText(PlaceText(window.Left())));
+  const int begin = PlaceFromText(PlaceText(window.Top()));
+  return Slide(window, begin, ScreenHeight(platform.screen), kSlideStep, begin, platform.events);
 }
 
 void CentreOnScreen(Form& window, const Screen& screen) {

@@ -86,16 +86,6 @@ TEST_P(MainWindowTest, TakesAWholeRunOfKeysFromOutside) {
   EXPECT_FALSE(program_.window->IsMenuShown());
 }
 
-TEST_P(MainWindowTest, ShowsTheMenuToAPersonWhoWaits) {
-  Key(Qt::Key_F, Qt::AltModifier);
-  EXPECT_FALSE(program_.window->IsMenuShown());
-  ASSERT_TRUE(QTest::qWaitFor([&] { return program_.window->IsMenuShown(); }, 3000));
-  Key(Qt::Key_Down);
-  Key(Qt::Key_O);
-  EXPECT_FALSE(program_.window->IsMenuShown());
-  EXPECT_TRUE(Dialog().isVisible());
-}
-
 // A Cyrillic layout types other letters with the same keys.
 TEST_P(MainWindowTest, KnowsItsKeysWhateverLettersTheyType) {
   const auto press = [this](char32_t letter, quint32 code, Qt::KeyboardModifiers held) {
@@ -149,15 +139,9 @@ TEST_P(MainWindowTest, CompletesFoldersWithoutTakingOtherKeys) {
   Chord(Qt::Key_F, Qt::Key_O);
   QLineEdit* const line = qobject_cast<QLineEdit*>(Dialog().focusWidget());
   ASSERT_NE(line, nullptr);
-  Type(program_.scratch.Path().string() + "/");
-  const auto completed = [&] {  // once the folders have been listed
-    Key(Qt::Key_M);
-    if (line->hasSelectedText()) return true;
-    Key(Qt::Key_Backspace);
-    return false;
-  };
-  ASSERT_TRUE(QTest::qWaitFor(completed, 5000));
-  EXPECT_EQ(line->text().toStdString(), program_.folder + "/");
+  Type(program_.scratch.Path().string() + "/m");
+  ASSERT_TRUE(QTest::qWaitFor([line] { return line->hasSelectedText(); }, 5000));
+  EXPECT_EQ(line->text().toStdString(), program_.folder);
   Key(Qt::Key_Return);
   Type("ADVANC");
   Key(Qt::Key_Return);

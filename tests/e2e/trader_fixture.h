@@ -1,36 +1,49 @@
 #pragma once
 
-#include <cstdlib>
-#include <memory>
-#include <string>
+#include <sys/types.h>
 
-#include "e2e/programs.h"
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
 #include "e2e/trader_hand.h"
-#include "platform/qt/settings_file.h"
 
 namespace velumar {
+
+// The program under test, with its own settings folder. Its chart program writes its state to the
+// same output, one line of JSON after each change.
+class RunningProgram {
+ public:
+  RunningProgram(const std::filesystem::path& settings, const std::filesystem::path& output);
+  // Kills both programs.
+  ~RunningProgram();
+  RunningProgram(const RunningProgram&) = delete;
+  RunningProgram& operator=(const RunningProgram&) = delete;
+
+  // True once the program has ended by itself; then ExitCode() is known.
+  bool Ended();
+  int ExitCode() const { return exit_code_; }
+  // All states of the chart program so far.
+  std::vector<nlohmann::json> States() const;
+
+ private:
+  std::filesystem::path settings_;
+  std::filesystem::path output_;
+  pid_t pid_ = 0;
+  bool ended_ = false;
+  int exit_code_ = -1;
+};
 
 // The real program, with its own data directory.
 class TraderFixture : public TraderHand {
  protected:
   static constexpr int kStartBar = 150;
 
-  void SetUp() override {
-    if (std::getenv("VELUMAR_E2E") == nullptr) {
-      GTEST_SKIP() << "takes over mouse and keyboard: scripts/test runs it on a virtual display";
-    }
-    IndexCache cache;
-    StoreSecurity(data, {"ABC", "A made series", -1}, DailyBars(300), cache);
-    const int date = MadeDate(kStartBar);
-    FileSettings settings(scratch.Sub("settings"));
-    settings.Save("LastPath", data);
-    settings.Save("Refresh", "1");
-    settings.Save("SelectDate", std::to_string(date / 100 % 100) + "/" +
-                                    std::to_string(date % 100) + "/" +
-                                    std::to_string(date / 10000));
-    StartProgram();
-  }
-
+  void SetUp() override;
   void StartProgram() {
     program = std::make_unique<RunningProgram>(scratch.Path(), scratch.Sub("output"));
     ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
@@ -59,9 +72,8 @@ class TraderFixture : public TraderHand {
     return Eventually([&] { return ChartBars() == bars && StoreBars() == bars; });
   }
   long Refreshes() const {
-    long count = 0;
-    for (const auto& state : program->States()) count += state["event"] == "refreshed" ? 1 : 0;
-    return count;
+    return std::ranges::count_if(program->States(),
+                                 [](const auto& state) { return state["event"] == "refreshed"; });
   }
 
   std::string data = scratch.Sub("data");

@@ -25,8 +25,8 @@ class ChartRegistryTest : public testing::Test {
     outside.registry.CreateKey(RegistryRoot::kLocalMachine,
                                "SOFTWARE\\Equis International\\MetaStock Professional\\" + version);
     const std::string paths = "Common\\" + version + "\\File Paths";
-    for (const std::string& key : {paths, "MetaStock Pro " + version + "\\DataPath",
-                                   "MetaStock Pro " + version + "\\OpenFileData"}) {
+    const std::string program = "MetaStock Pro " + version;
+    for (const std::string& key : {paths, program + "\\DataPath", program + "\\OpenFileData"}) {
       outside.registry.CreateKey(RegistryRoot::kCurrentUser, "Software\\Equis\\" + key);
     }
     outside.registry.SetValue(Open(paths), "ProgramPath", RegistryType::kString,

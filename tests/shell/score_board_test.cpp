@@ -34,26 +34,20 @@ class ScoreBoardTest : public ::testing::Test {
   WholeProgram all{"/nowhere"};
 };
 
-TEST_F(ScoreBoardTest, ListsTheAnswersLinesAsTheyCome) {
-  Open("");
-  EXPECT_THAT(Board().List1.Lines(), IsEmpty());
+TEST_F(ScoreBoardTest, ListsTheScoresAndSendsTheBoxes) {
   Open("one\r\n\r\n a\nb\r");
   EXPECT_THAT(Board().List1.Lines(), ElementsAre("one", "", " a\nb\r"));
   Press();  // nobody answers now
   EXPECT_THAT(Web().asked, ElementsAre("scores.example:8080/zanno/getscore.php"));
   EXPECT_THAT(Board().List1.Lines(), IsEmpty());
   EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("The scores could not be read: "));
-}
-
-TEST_F(ScoreBoardTest, SendsTheBoxesAndReportsTheOutcome) {
-  Open("");
+  Web().asked.clear();
   const std::string target =
       "scores.example:8080/zanno/postscore.php?username=A "
       "b&c=%?#&score=-1234.5&zanno=yes&symbol=ABC&"
       "startdate=20050103&enddate=20050630";
   all.session.Portfolio = 99;  // the box keeps the value of its opening
   Board().txtName.UserType("A b&c=%?#\r\n");
-  EXPECT_EQ(Board().txtName.Text(), "A b&c=%?#");
   EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Line breaks"));
   Board().txtScore.UserType("1000000");
   Web().answers = {"Accepted.", "1. A b\r\n2. C"};
@@ -67,12 +61,9 @@ TEST_F(ScoreBoardTest, SendsTheBoxesAndReportsTheOutcome) {
   Board().btnSend.UserClick();
   EXPECT_EQ(Board().lblStatus.Text(), "Sent. The service says: Not among the best.");
   Web().asked.clear();
-
-  for (std::string* date : {&all.session.CurrentDate, &all.session.StartDate}) {
-    date->clear();
-    Board().btnSend.UserClick();
-    EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Not sent"));
-  }
+  all.session.StartDate.clear();
+  Board().btnSend.UserClick();
+  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Not sent"));
   EXPECT_THAT(Web().asked, IsEmpty());
 
   Board().on_escape();
@@ -109,7 +100,7 @@ TEST_F(ScoreBoardTest, TakesItsAddressFromTheWindowOrTheSettingsFile) {
 
 // Clicks run during a request: a second request is ignored, closing cancels the request, and an
 // answer for a window that was closed and opened again doesn't change the new one.
-TEST_F(ScoreBoardTest, StaysAliveWhileItAsks) {
+TEST_F(ScoreBoardTest, HandlesClicksDuringARequest) {
   Open("old");
   Web().answers = {"taken", "list"};
   Web().meanwhile = [this] {

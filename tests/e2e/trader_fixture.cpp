@@ -1,14 +1,13 @@
-#include "e2e/programs.h"
+#include "e2e/trader_fixture.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <fstream>
 
-#include "support/scratch_folder.h"
+#include "platform/qt/settings_file.h"
 
 namespace velumar {
 
@@ -59,6 +58,21 @@ std::vector<nlohmann::json> RunningProgram::States() const {
     if (state.is_object() && state.contains("event")) states.push_back(std::move(state));
   }
   return states;
+}
+
+void TraderFixture::SetUp() {
+  if (std::getenv("VELUMAR_E2E") == nullptr) {
+    GTEST_SKIP() << "takes over mouse and keyboard: scripts/test runs it on a virtual display";
+  }
+  IndexCache cache;
+  StoreSecurity(data, {"ABC", "A made series", -1}, DailyBars(300), cache);
+  const int date = MadeDate(kStartBar);
+  FileSettings settings(scratch.Sub("settings"));
+  settings.Save("LastPath", data);
+  settings.Save("Refresh", "1");
+  settings.Save("SelectDate", std::to_string(date / 100 % 100) + "/" + std::to_string(date % 100) +
+                                  "/" + std::to_string(date / 10000));
+  StartProgram();
 }
 
 }  // namespace velumar
