@@ -98,54 +98,27 @@ void MemorySettings::Save(std::string_view key, std::string_view text) {
   texts.insert_or_assign(std::string(key), std::string(text));
 }
 
-MemoryRegistry::Key* MemoryRegistry::Find(RegistryRoot root, std::string_view sub_key) {
-  const auto found = std::find_if(keys_.begin(), keys_.end(), [&](const Key& key) {
-    return key.root == root && key.sub_key == sub_key && !key.deleted;
-  });
-  return found == keys_.end() ? nullptr : &*found;
+MemoryRegistry::Values* MemoryRegistry::Find(RegistryRoot root, std::string_view key) {
+  const auto found = keys_.find({root, std::string(key)});
+  return found == keys_.end() ? nullptr : &found->second;
 }
 
-long MemoryRegistry::OpenKey(RegistryRoot root, std::string_view sub_key, std::uint32_t,
-                             RegistryKey& key) {
-  const Key* found = Find(root, sub_key);
-  if (found == nullptr) return kNotThere;
-  key = static_cast<RegistryKey>(found - keys_.data()) + 1;
+long MemoryRegistry::CreateKey(RegistryRoot root, std::string_view key) {
+  keys_.try_emplace({root, std::string(key)});
   return 0;
 }
 
-long MemoryRegistry::QueryValue(RegistryKey key, std::string_view name, RegistryType& type,
-                                std::string& bytes) {
-  const auto& values = keys_.at(key - 1).values;
-  const auto found = values.find(name);
-  if (found == values.end()) return kNotThere;
-  type = found->second.type;
-  bytes = found->second.bytes;
+long MemoryRegistry::ReadText(std::string_view key, std::string_view name, std::string& text) {
+  const Values* const values = Find(RegistryRoot::kCurrentUser, key);
+  if (values == nullptr || !values->contains(name)) return kNotThere;
+  text = values->find(name)->second;
   return 0;
 }
 
-long MemoryRegistry::SetValue(RegistryKey key, std::string_view name, RegistryType type,
-                              std::string_view bytes) {
-  keys_.at(key - 1).values.insert_or_assign(std::string(name), Value{type, std::string(bytes)});
-  return 0;
-}
-
-long MemoryRegistry::DeleteValue(RegistryKey key, std::string_view name) {
-  auto& values = keys_.at(key - 1).values;
-  const auto found = values.find(name);
-  if (found == values.end()) return kNotThere;
-  values.erase(found);
-  return 0;
-}
-
-long MemoryRegistry::CreateKey(RegistryRoot root, std::string_view sub_key) {
-  if (Find(root, sub_key) == nullptr) keys_.push_back({root, std::string(sub_key), false, {}});
-  return 0;
-}
-
-long MemoryRegistry::DeleteKey(RegistryRoot root, std::string_view sub_key) {
-  Key* found = Find(root, sub_key);
-  if (found == nullptr) return kNotThere;
-  found->deleted = true;
+long MemoryRegistry::WriteText(std::string_view key, std::string_view name, std::string_view text) {
+  Values* const values = Find(RegistryRoot::kCurrentUser, key);
+  if (values == nullptr) return kNotThere;
+  values->insert_or_assign(std::string(name), std::string(text));
   return 0;
 }
 

@@ -110,31 +110,18 @@ class MemorySettings : public SettingsStore {
 // A registry in memory. Names are case-sensitive.
 class MemoryRegistry : public Registry {
  public:
-  long OpenKey(RegistryRoot root, std::string_view sub_key, std::uint32_t access,
-               RegistryKey& key) override;
-  void CloseKey(RegistryKey) override {}
-  long QueryValue(RegistryKey key, std::string_view name, RegistryType& type,
-                  std::string& bytes) override;
-  long SetValue(RegistryKey key, std::string_view name, RegistryType type,
-                std::string_view bytes) override;
-  long DeleteValue(RegistryKey key, std::string_view name) override;
-  long CreateKey(RegistryRoot root, std::string_view sub_key) override;
-  long DeleteKey(RegistryRoot root, std::string_view sub_key) override;
+  bool HasKey(RegistryRoot root, std::string_view key) override {
+    return Find(root, key) != nullptr;
+  }
+  long CreateKey(RegistryRoot root, std::string_view key) override;
+  long ReadText(std::string_view key, std::string_view name, std::string& text) override;
+  long WriteText(std::string_view key, std::string_view name, std::string_view text) override;
 
  private:
-  struct Value {
-    RegistryType type = RegistryType::kString;
-    std::string bytes;
-  };
-  struct Key {
-    RegistryRoot root = RegistryRoot::kNone;
-    std::string sub_key;
-    bool deleted = false;
-    std::map<std::string, Value, std::less<>> values;
-  };
-  Key* Find(RegistryRoot root, std::string_view sub_key);
+  using Values = std::map<std::string, std::string, std::less<>>;
+  Values* Find(RegistryRoot root, std::string_view key);
 
-  std::vector<Key> keys_;  // a handle is an index plus one
+  std::map<std::pair<RegistryRoot, std::string>, Values> keys_;
 };
 
 class FixedScreen : public Screen {

@@ -8,6 +8,7 @@
 #include <random>
 #include <stdexcept>
 
+#include "platform/chart_program.h"
 #include "platform/qt/registry_file.h"
 #include "support/full_disk.h"
 #include "support/scratch_folder.h"
@@ -130,7 +131,6 @@ TEST(SettingsFile, UsesTheOldValuesWhileTheyCantBeSaved) {
     EXPECT_EQ(settings->Read("top"), "1");
     SharedIniFile registry(folder / "registry");
     EXPECT_TRUE(registry.HasGroup(root + "\\k"));
-    EXPECT_TRUE(registry.HasGroupsBelow(root + "\\K"));
     EXPECT_THROW(settings->Save("Top", "5"), std::runtime_error);
   }
   EXPECT_THAT(settings->TakeProblems(), ElementsAre(HasSubstr("could not be saved")));
@@ -253,27 +253,46 @@ TEST(SettingsFile, ProcessesRenameADamagedFileOnceAndKeepEachOthersChanges) {
 
 TEST(RegistryFile, ReportsDamagedValuesAndAFileThatCantBeWritten) {
   const ScratchFolder folder;
-  const std::string damaged = "[HKEY_CURRENT_USER\\K]\na=dword:12\nb=C:\\plain\nc=binary:0g\n";
+  const std::string damaged = "[HKEY_CURRENT_USER\\K]\na=dword:12\nb=C:\\plain\n";
   WriteFile(folder / "registry", damaged);
   FileRegistry registry(folder / "registry");
-  constexpr RegistryRoot kRoot = RegistryRoot::kCurrentUser;
-  RegistryKey key = 0;
-  RegistryType type{};
-  std::string bytes;
-  ASSERT_EQ(registry.OpenKey(kRoot, "K", Registry::kRead, key), 0);
-  for (const char* const name : {"a", "b", "c"}) {
-    EXPECT_EQ(registry.QueryValue(key, name, type, bytes), 1009) << name;
+  std::string text;
+  for (const char* const name : {"a", "b"}) {
+    EXPECT_EQ(registry.ReadText("K", name, text), 1009) << name;
   }
   EXPECT_EQ(ReadFile(folder / "registry"), damaged);
-
+  constexpr RegistryRoot kRoot = RegistryRoot::kCurrentUser;
   FileRegistry unwritable(folder / "registry/registry");
   EXPECT_EQ(unwritable.CreateKey(kRoot, "K"), 1013);
-  EXPECT_EQ(unwritable.OpenKey(kRoot, "K", Registry::kRead, key), 2);
-
+  EXPECT_FALSE(unwritable.HasKey(kRoot, "K"));
   fs::permissions(folder.Path(), fs::perms(0555));
   EXPECT_TRUE(
       HoldsWithoutRoot([&] { return FileRegistry(folder / "denied").CreateKey(kRoot, "K") == 5; }));
   fs::permissions(folder.Path(), fs::perms(0700));
+}
+
+TEST(ChartProgramKeys, FollowTheProgramsFolderAndVersion) {
+  const ScratchFolder folder;
+  FileRegistry registry(folder / "registry");
+  const auto path = [&](const std::string& version) {
+    std::string text = "none";
+    registry.ReadText("Software\\Equis\\Common\\" + version + "\\File Paths", "ProgramPath", text);
+    return text;
+  };
+  EnsureChartProgramKeys(registry, "/first");
+  EXPECT_EQ(path("8.0"), "/first");
+  // The program has moved: the first folder doesn't contain it.
+  EnsureChartProgramKeys(registry, folder.Text());
+  EXPECT_EQ(path("8.0"), folder.Text());
+  WriteFile(folder / "MSWIN.EXE", "");
+  EnsureChartProgramKeys(registry, "/third");
+  EXPECT_EQ(path("8.0"), folder.Text()) << "a folder with the program stays";
+  registry.CreateKey(RegistryRoot::kLocalMachine,
+                     "SOFTWARE\\Equis International\\MetaStock Professional\\9.0");
+  EnsureChartProgramKeys(registry, "/nine");
+  EXPECT_EQ(path("9.0"), "/nine");
+  FileRegistry unwritable(folder / "MSWIN.EXE/registry");
+  EXPECT_THROW(EnsureChartProgramKeys(unwritable, "/x"), std::runtime_error);
 }
 
 }  // namespace

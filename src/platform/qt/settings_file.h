@@ -38,12 +38,9 @@ class SharedIniFile {
   // exists, QSettings then keeps the change in memory and writes it with the next one; otherwise
   // the change is lost.
   void Write(std::string_view group, std::string_view name, std::string_view value);
-  void Remove(std::string_view group, std::string_view name);
   void AddGroup(std::string_view group);
-  // Removes a group with its values.
-  void RemoveGroup(std::string_view group);
+  // True also for a group that only has groups below it.
   bool HasGroup(std::string_view group);
-  bool HasGroupsBelow(std::string_view group);
 
   // True while a damaged file can't be renamed, or a file may not be read (it is reported, but not
   // renamed). Nothing can be read or written until it is gone or may be read.
