@@ -50,7 +50,7 @@ KeyOutcome RecordingChart::Send(std::string_view keys) {
   return outcome;
 }
 
-KeyOutcome RecordingChart::SendBehind(std::string_view keys) { return Send(keys); }
+KeyOutcome RecordingChart::SendInBackground(std::string_view keys) { return Send(keys); }
 
 std::size_t RecordingBoxes::Ask(std::string_view text, const std::vector<std::string>& offered) {
   shown.emplace_back(text);

@@ -27,9 +27,9 @@ class RecordingChart : public ChartWindows, public KeySender {
   WindowId FocusedWindow() override { return focused; }
   WindowOwner OwnerOf(WindowId window) override;
   bool GiveFocus(WindowId window) override;
-  bool DialogExists(std::string_view, std::string_view) override { return dialog_comes; }
+  bool FileDialogExists() override { return dialog_comes; }
   KeyOutcome Send(std::string_view keys) override;
-  KeyOutcome SendBehind(std::string_view keys) override;
+  KeyOutcome SendInBackground(std::string_view keys) override;
 
   // Settings for tests and scripts.
   bool running = true;

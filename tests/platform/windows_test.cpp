@@ -4,6 +4,7 @@
 // Needs the names of windows.h.
 #include <shellapi.h>
 
+#include <array>
 #include <chrono>
 #include <thread>
 
@@ -105,14 +106,18 @@ TEST_F(WindowsKeys, HeldKeysAreDroppedForAnotherWindow) {
 }
 
 TEST_F(WindowsKeys, FindsTheFileDialogByClassAndTitle) {
-  const HWND dialog = ::CreateWindowExW(0, L"#32770", L"VelumarTestOpen", WS_POPUP, 0, 0, 10, 10,
-                                        nullptr, nullptr, ::GetModuleHandleW(nullptr), nullptr);
-  EXPECT_FALSE(Windows().DialogExists("#32770", "VelumarTestOpen")) << "another program's";
+  const auto make = [](const wchar_t* window_class, const wchar_t* title) {
+    return ::CreateWindowExW(0, window_class, title, WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
+                             ::GetModuleHandleW(nullptr), nullptr);
+  };
+  const std::array others{make(L"#32770", L"Other"), make(L"STATIC", L"Open")};
+  const HWND dialog = make(L"#32770", L"Open");
+  EXPECT_FALSE(Windows().FileDialogExists()) << "another program's";
   driver->OpenChart(kHost);
-  EXPECT_TRUE(Windows().DialogExists("#32770", "VelumarTestOpen"));
-  EXPECT_FALSE(Windows().DialogExists("#32770", "VelumarTestOther"));
-  EXPECT_FALSE(Windows().DialogExists("STATIC", "VelumarTestOpen"));
+  EXPECT_TRUE(Windows().FileDialogExists());
   ::DestroyWindow(dialog);
+  EXPECT_FALSE(Windows().FileDialogExists());
+  for (const HWND window : others) ::DestroyWindow(window);
 }
 
 TEST_F(WindowsKeys, SendsTextsCompletelyAndInOrder) {

@@ -159,8 +159,6 @@ void ReleaseKeys(const std::vector<INPUT>& inputs, UINT taken) {
 // Types the keys of one text into the chart program.
 class Typing {
  public:
-  explicit Typing(const std::string& host_title) : program_(host_title) {}
-
   KeyOutcome TypeAll(const std::vector<KeyStroke>& strokes) {
     for (const KeyStroke& stroke : strokes) {
       if (!TypeInTime(stroke)) {
@@ -188,7 +186,7 @@ class Typing {
   Obstacle Try(const KeyStroke& stroke) {
     const HWND front = ::GetForegroundWindow();
     if (front == nullptr) return Obstacle::kNoFocus;
-    if (!program_.TakesKeys(front)) return Obstacle::kOtherWindow;
+    if (!TakesChartKeys(front)) return Obstacle::kOtherWindow;
     if (UserHoldsModifier()) return Obstacle::kUserTypes;
     const HKL layout = ::GetKeyboardLayout(::GetWindowThreadProcessId(front, nullptr));
     std::vector<INPUT> inputs = InputsOfStroke(stroke, layout);
@@ -231,7 +229,6 @@ class Typing {
     }
   }
 
-  WindowsChartProgram program_;
   HWND unread_in_ = nullptr;
   UINT unread_ = 0;
   DWORD time_left_ms_{kAnswerTimeout.count()};
@@ -239,12 +236,12 @@ class Typing {
 };
 
 // Brings a window to the front and returns the focus to the one before at the end.
-class FrontLoan {
+class TemporaryFront {
  public:
-  FrontLoan(HWND before, HWND window) : before_(before) { BringUp(window); }
-  ~FrontLoan() { BringUp(before_); }
-  FrontLoan(const FrontLoan&) = delete;
-  FrontLoan& operator=(const FrontLoan&) = delete;
+  TemporaryFront(HWND before, HWND window) : before_(before) { BringUp(window); }
+  ~TemporaryFront() { BringUp(before_); }
+  TemporaryFront(const TemporaryFront&) = delete;
+  TemporaryFront& operator=(const TemporaryFront&) = delete;
 
  private:
   static void BringUp(HWND window) {
@@ -258,8 +255,6 @@ class FrontLoan {
 
 class WindowsKeySender : public KeySender {
  public:
-  explicit WindowsKeySender(std::string host_title) : host_title_(std::move(host_title)) {}
-
   KeyOutcome Send(std::string_view keys) override {
     constexpr char32_t kFirstPrintable = 0x20;
     const std::vector<KeyStroke> strokes = ParseKeys(keys);
@@ -269,14 +264,13 @@ class WindowsKeySender : public KeySender {
     if (control) {
       throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
     }
-    return Typing(host_title_).TypeAll(strokes);
+    return Typing().TypeAll(strokes);
   }
 
-  KeyOutcome SendBehind(std::string_view keys) override {
+  KeyOutcome SendInBackground(std::string_view keys) override {
     const HWND front = ::GetForegroundWindow();
-    const WindowsChartProgram program(host_title_);
-    if (front != nullptr && program.TakesKeys(front)) return Send(keys);
-    const std::vector<HWND> charts = program.MainWindows();
+    if (front != nullptr && TakesChartKeys(front)) return Send(keys);
+    const std::vector<HWND> charts = ChartMainWindows();
     // Once keys are held, the release of a modifier would not arrive either.
     const bool free =
         front != nullptr && !charts.empty() && ::IsIconic(charts.front()) == 0 &&
@@ -285,18 +279,13 @@ class WindowsKeySender : public KeySender {
     if (!free) return KeyOutcome::kNotSent;
     const HeldKeys held(front);
     if (!held) return KeyOutcome::kNotSent;
-    const FrontLoan loan(front, charts.front());
+    const TemporaryFront temporary(front, charts.front());
     return Send(keys);
   }
-
- private:
-  std::string host_title_;
 };
 
 }  // namespace
 
-std::unique_ptr<KeySender> MakeWindowsKeySender(std::string host_title) {
-  return std::make_unique<WindowsKeySender>(std::move(host_title));
-}
+std::unique_ptr<KeySender> MakeWindowsKeySender() { return std::make_unique<WindowsKeySender>(); }
 
 }  // namespace velumar

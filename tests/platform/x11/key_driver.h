@@ -21,7 +21,6 @@ namespace velumar {
 // The chart program, another program and a user at the keyboard of a display.
 class KeyDriver {
  public:
-  static constexpr const char* kHost = "MetaStock";
   static bool Available() { return XServer::Installed(); }
   // The display that all tests share.
   static const XServer& Managed() {
@@ -112,8 +111,8 @@ class KeyDriver {
       : chart(display),
         editor(display),
         user_(xdo_new(display.c_str())),
-        windows_(MakeX11ChartWindows(kHost, display)),
-        keys_(MakeX11KeySender(kHost, display)),
+        windows_(MakeX11ChartWindows(display)),
+        keys_(MakeX11KeySender(display)),
         connection_(display) {}
 
   xdo_t* user_;
