@@ -13,7 +13,6 @@
 #include "platform/key_fixture.h"
 #include "platform/key_notation.h"
 #include "platform/windows/held_keys.h"
-#include "platform/windows/programs.h"
 #include "platform/windows/waits.h"
 #include "support/scratch_folder.h"
 #include "system_driver.h"
