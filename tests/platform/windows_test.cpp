@@ -8,13 +8,11 @@
 #include <chrono>
 #include <thread>
 
-#include "base/whole_file.h"
 #include "base/windows_text.h"
 #include "platform/key_fixture.h"
 #include "platform/key_notation.h"
 #include "platform/windows/held_keys.h"
 #include "platform/windows/waits.h"
-#include "support/scratch_folder.h"
 #include "system_driver.h"
 
 namespace velumar {
@@ -37,17 +35,6 @@ TEST(SystemRegistry, StoresValuesForAllUsersInThe32BitView) {
   EXPECT_TRUE(opens(KEY_WOW64_32KEY));
   EXPECT_FALSE(opens(KEY_WOW64_64KEY));
   ::RegDeleteKeyExW(HKEY_LOCAL_MACHINE, L"Software\\VelumarTest", KEY_WOW64_32KEY, 0);
-}
-
-TEST(WholeFile, ReadsNoDeviceAndReplacesNoReadOnlyFile) {
-  const ScratchFolder folder;
-  const auto file = folder / "settings";
-  WriteFile(file, "old");
-  EXPECT_THROW(ReadWholeFile("NUL", 9), FileError);
-  ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
-  EXPECT_THROW(ReplaceWholeFile(file, "no"), FileError);
-  ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
-  EXPECT_EQ(ReadWholeFile(file, 9), "old");
 }
 
 TEST(WaitableTimer, IsNeverEarlyAndHandlesMessages) {
@@ -119,21 +106,14 @@ TEST_F(WindowsKeys, FindsTheFileDialogByClassAndTitle) {
   for (const HWND window : others) ::DestroyWindow(window);
 }
 
-TEST_F(WindowsKeys, SendsTextsCompletelyAndInOrder) {
+TEST_F(WindowsKeys, SendsTextsCompletelyButNoShortcutWithoutAKey) {
   const WindowId chart = driver->OpenChart(kHost);
   driver->Taken(chart);
   const std::string text =
       "Z:\\B\xC3\xB6rse (100%)\\{a}~+^ \xE2\x82\xAC \xD0\x96\xF0\x9F\x93\x88 Zz";
   EXPECT_EQ(Keys().Send(EscapedKeys(text)), KeyOutcome::kAccepted);
   EXPECT_EQ(Taken(chart, text.size()), text);
-}
-
-TEST_F(WindowsKeys, AShortcutWithoutAKeyIsNotSentAsACharacter) {
-  const WindowId chart = driver->OpenChart(kHost);
-  driver->Taken(chart);
-  EXPECT_EQ(Keys().Send("a%\xD0\x96"
-                        "b"),
-            KeyOutcome::kNotSent);
+  EXPECT_EQ(Keys().Send("a%\xD0\x96q"), KeyOutcome::kNotSent);
   EXPECT_EQ(Taken(chart, 1), "a");
   EXPECT_EQ(Keys().Send("b"), KeyOutcome::kAccepted);
   EXPECT_EQ(Taken(chart, 1), "b") << "and nothing stays pressed";
