@@ -108,15 +108,11 @@ std::optional<std::uint32_t> ScriptedColours::ChooseColour(std::uint32_t) {
   return answer;
 }
 
-std::optional<std::string> MemorySettings::Read(std::string_view key) const {
-  const auto found = texts.find(key);
-  if (found == texts.end()) return std::nullopt;
-  return found->second;
-}
-
 std::optional<std::string> MemorySettings::ReadFrom(std::string_view section,
                                                     std::string_view key) const {
-  return Read(std::string(section) + "/" + std::string(key));
+  const std::string prefix = section == kSection ? "" : std::string(section) + "/";
+  const auto found = texts.find(prefix + std::string(key));
+  return found == texts.end() ? std::nullopt : std::optional(found->second);
 }
 
 void MemorySettings::Save(std::string_view key, std::string_view text) {
@@ -151,7 +147,7 @@ long MemoryRegistry::WriteText(std::string_view key, std::string_view name, std:
 std::string ScriptedWeb::Get(const std::string& address, std::string_view target,
                              const std::function<bool()>& wanted) {
   asked.push_back(address + std::string(target));
-  if (meanwhile) meanwhile();
+  if (during_request) during_request();
   if (!wanted()) throw WebError("cancelled");
   if (answers.empty()) throw WebError("there is no network");
   std::string answer = answers.front();

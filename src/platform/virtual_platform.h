@@ -125,7 +125,6 @@ class FixedPrinters : public Printers {
 
 class MemorySettings : public SettingsStore {
  public:
-  std::optional<std::string> Read(std::string_view key) const override;
   std::optional<std::string> ReadFrom(std::string_view section,
                                       std::string_view key) const override;
   std::string Place() const override { return "settings"; }
@@ -180,8 +179,8 @@ class ScriptedWeb : public WebClient {
   std::string Get(const std::string& address, std::string_view target,
                   const std::function<bool()>& wanted) override;
   std::vector<std::string> asked;
-  std::vector<std::string> answers;  // if none is left, the request fails
-  std::function<void()> meanwhile;   // runs during a request
+  std::vector<std::string> answers;      // if none is left, the request fails
+  std::function<void()> during_request;  // runs during a request
 };
 
 class RecordingPrograms : public Programs {

@@ -72,9 +72,6 @@ class FileSettings : public SettingsStore {
   // Usually UserFile("settings").
   explicit FileSettings(const std::filesystem::path& file) : file_(file) {}
 
-  std::optional<std::string> Read(std::string_view key) const override {
-    return ReadFrom("Settings", key);
-  }
   std::optional<std::string> ReadFrom(std::string_view section,
                                       std::string_view key) const override {
     return file_.Read(section, key);
@@ -82,7 +79,7 @@ class FileSettings : public SettingsStore {
   std::string Place() const override;
   // Throws std::runtime_error naming the file if it can't be written.
   void Save(std::string_view key, std::string_view text) override {
-    file_.Write("Settings", key, text);
+    file_.Write(kSection, key, text);
   }
 
   // Sentences for the user about a damaged file, to be shown once after the construction.

@@ -11,8 +11,6 @@ namespace velumar {
 
 namespace {
 
-constexpr std::string_view kSettingsKey = "Settings";
-
 HKEY RootHandle(RegistryRoot root) {
   return root == RegistryRoot::kLocalMachine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
 }
@@ -74,10 +72,6 @@ long SystemRegistry::WriteText(std::string_view key, std::string_view name, std:
   return code;
 }
 
-std::optional<std::string> RegistrySettings::Read(std::string_view key) const {
-  return ReadFrom(kSettingsKey, key);
-}
-
 std::optional<std::string> RegistrySettings::ReadFrom(std::string_view section,
                                                       std::string_view key) const {
   std::string text;
@@ -90,12 +84,12 @@ std::string RegistrySettings::Place() const { return "HKEY_CURRENT_USER\\" + app
 
 void RegistrySettings::Save(std::string_view key, std::string_view text) {
   SystemRegistry registry;
-  const std::string path = application_ + "\\" + std::string(kSettingsKey);
+  const std::string path = application_ + "\\" + std::string(kSection);
   long code = registry.CreateKey(RegistryRoot::kCurrentUser, path);
   if (code == 0) code = registry.WriteText(path, key, text);
   if (code == 0) return;
   throw std::runtime_error(
-      "The registry key " + Place() + "\\" + std::string(kSettingsKey) +
+      "The registry key " + Place() + "\\" + std::string(kSection) +
       " could not be written: " + SystemErrorText(static_cast<unsigned long>(code)));
 }
 

@@ -27,7 +27,6 @@ class RegistrySettings : public SettingsStore {
   explicit RegistrySettings(std::string_view application = "Software\\Velumar")
       : application_(application) {}
 
-  std::optional<std::string> Read(std::string_view key) const override;
   std::optional<std::string> ReadFrom(std::string_view section,
                                       std::string_view key) const override;
   std::string Place() const override;
