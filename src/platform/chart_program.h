@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,6 +39,19 @@ std::vector<Window> ChartMainWindowsAmong(const std::vector<Window>& windows, Ti
   prefer(runs_chart_program);
   prefer([&](Window window) { return title_of(window) == kChartTitle; });
   return chosen;
+}
+
+// The window with exactly that title, otherwise the first whose title begins with it.
+template <typename Window, typename TitleOf>
+std::optional<Window> WindowWithTitle(const std::vector<Window>& windows, std::string_view title,
+                                      TitleOf title_of) {
+  std::optional<Window> beginning;
+  for (const Window window : windows) {
+    const std::string text = title_of(window);
+    if (text == title) return window;
+    if (!beginning && text.starts_with(title)) beginning = window;
+  }
+  return beginning;
 }
 
 // Writes the registry entries by which the chart program is found, where they are missing: a key

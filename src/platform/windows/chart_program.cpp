@@ -46,6 +46,12 @@ std::vector<HWND> AllTopLevelWindows() {
   return windows;
 }
 
+std::vector<HWND> VisibleTopLevelWindows() {
+  std::vector<HWND> windows = AllTopLevelWindows();
+  std::erase_if(windows, [](HWND window) { return ::IsWindowVisible(window) == 0; });
+  return windows;
+}
+
 DWORD ProcessOf(HWND window) {
   DWORD process = 0;
   ::GetWindowThreadProcessId(window, &process);
@@ -53,9 +59,7 @@ DWORD ProcessOf(HWND window) {
 }
 
 std::vector<HWND> ChartMainWindows() {
-  std::vector<HWND> windows = AllTopLevelWindows();
-  std::erase_if(windows, [](HWND window) { return ::IsWindowVisible(window) == 0; });
-  return ChartMainWindowsAmong(windows, TitleOf,
+  return ChartMainWindowsAmong(VisibleTopLevelWindows(), TitleOf,
                                [](HWND window) { return IsChartProgramFile(ProgramOf(window)); });
 }
 

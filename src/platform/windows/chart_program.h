@@ -11,6 +11,7 @@ namespace velumar {
 std::string TitleOf(HWND window);
 // Front to back.
 std::vector<HWND> AllTopLevelWindows();
+std::vector<HWND> VisibleTopLevelWindows();
 DWORD ProcessOf(HWND window);
 
 // The chart program's main windows, front to back; empty if it isn't running.

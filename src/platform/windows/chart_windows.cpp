@@ -21,26 +21,15 @@ constexpr UINT kWherever = SWP_NOMOVE | SWP_NOSIZE;
 
 HWND Native(WindowId window) { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window)); }
 
-std::optional<HWND> WithTitle(std::string_view title) {
-  std::optional<HWND> beginning;
-  for (const HWND window : AllTopLevelWindows()) {
-    if (::IsWindowVisible(window) == 0) continue;
-    const std::string text = TitleOf(window);
-    if (text == title) return window;
-    if (!beginning && text.starts_with(title)) beginning = window;
-  }
-  return beginning;
-}
-
 // Some desktops draw the window that gets the focus above those that stay on top. This raises ours
 // again, the lowest first to keep their order. The window must have processed the focus before: it
 // answers a message only then.
 void RaiseOwnOnTop(HWND focused) {
   Answers(focused, kActivationTimeout);
-  std::vector<HWND> windows = AllTopLevelWindows();
+  std::vector<HWND> windows = VisibleTopLevelWindows();
   std::erase_if(windows, [](HWND window) {
     return (::GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) == 0 ||
-           ::IsWindowVisible(window) == 0 || ProcessOf(window) != ::GetCurrentProcessId();
+           ProcessOf(window) != ::GetCurrentProcessId();
   });
   std::reverse(windows.begin(), windows.end());
   for (const HWND window : windows) {
@@ -98,7 +87,7 @@ class WindowsChartWindows : public ChartWindows {
       const std::vector<HWND> main = ChartMainWindows();
       if (!main.empty()) window = main.front();
     } else {
-      window = WithTitle(title);
+      window = WindowWithTitle(VisibleTopLevelWindows(), title, TitleOf);
     }
     if (!window) return false;
     // Asynchronous, so that a program that hangs doesn't block this one.
@@ -134,9 +123,9 @@ class WindowsChartWindows : public ChartWindows {
     const auto of_chart_program = std::find_if(found.begin(), found.end(), IsOfChartProgram);
     if (of_chart_program == found.end()) return false;
     // The dialog that the user sees may be a window of another class.
-    for (const HWND window : AllTopLevelWindows()) {
-      const bool dialog = ::IsWindowVisible(window) != 0 && TitleOf(window) == kChartFileDialog &&
-                          ProcessOf(window) == ProcessOf(*of_chart_program);
+    for (const HWND window : VisibleTopLevelWindows()) {
+      const bool dialog =
+          TitleOf(window) == kChartFileDialog && ProcessOf(window) == ProcessOf(*of_chart_program);
       if (dialog && !IsInFront(window)) TakeFocus(window);
       if (dialog) break;
     }

@@ -161,7 +161,7 @@ class Typing {
  public:
   KeyOutcome TypeAll(const std::vector<KeyStroke>& strokes) {
     for (const KeyStroke& stroke : strokes) {
-      if (!TypeInTime(stroke)) {
+      if (!TypeInTime([&] { return Try(stroke); }, WaitServingOthers)) {
         WaitUntilRead();
         return KeyOutcome::kNotSent;
       }
@@ -173,16 +173,6 @@ class Typing {
   }
 
  private:
-  bool TypeInTime(const KeyStroke& stroke) {
-    const auto start = std::chrono::steady_clock::now();
-    while (true) {
-      const Obstacle obstacle = Try(stroke);
-      if (obstacle == Obstacle::kNone) return true;
-      if (std::chrono::steady_clock::now() - start >= TimeoutFor(obstacle)) return false;
-      WaitServingOthers(kCheckInterval);
-    }
-  }
-
   Obstacle Try(const KeyStroke& stroke) {
     const HWND front = ::GetForegroundWindow();
     if (front == nullptr) return Obstacle::kNoFocus;
@@ -255,17 +245,7 @@ class TemporaryFront {
 
 class WindowsKeySender : public KeySender {
  public:
-  KeyOutcome Send(std::string_view keys) override {
-    constexpr char32_t kFirstPrintable = 0x20;
-    const std::vector<KeyStroke> strokes = ParseKeys(keys);
-    const bool control = std::any_of(strokes.begin(), strokes.end(), [](const KeyStroke& stroke) {
-      return stroke.named == NamedKey::kNone && stroke.character < kFirstPrintable;
-    });
-    if (control) {
-      throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
-    }
-    return Typing().TypeAll(strokes);
-  }
+  KeyOutcome Send(std::string_view keys) override { return Typing().TypeAll(ParseKeys(keys)); }
 
   KeyOutcome SendInBackground(std::string_view keys) override {
     const HWND front = ::GetForegroundWindow();

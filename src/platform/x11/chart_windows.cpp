@@ -21,16 +21,6 @@ constexpr std::chrono::milliseconds kLook{5};
 
 xcb_window_t Native(WindowId window) { return static_cast<xcb_window_t>(window); }
 
-std::optional<xcb_window_t> WithTitle(X11Connection& connection, std::string_view title) {
-  std::optional<xcb_window_t> beginning;
-  for (const xcb_window_t window : connection.TopLevelWindows()) {
-    const std::string text = connection.Title(window);
-    if (text == title) return window;
-    if (!beginning && text.starts_with(title)) beginning = window;
-  }
-  return beginning;
-}
-
 // Some window managers only mark a window on another workspace as urgent instead.
 void SwitchToWorkspaceOf(X11Connection& connection, xcb_window_t window) {
   constexpr std::uint32_t kOnAll = 0xFFFFFFFF;
@@ -141,7 +131,9 @@ class X11ChartWindows : public ChartWindows {
       const std::vector<xcb_window_t> main = ChartMainWindows(connection_);
       if (!main.empty()) window = main.front();
     } else {
-      window = WithTitle(connection_, title);
+      window = WindowWithTitle(connection_.TopLevelWindows(), title, [&](xcb_window_t candidate) {
+        return connection_.Title(candidate);
+      });
     }
     if (!window) return false;
     PutInFront(connection_, *window);

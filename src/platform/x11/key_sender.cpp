@@ -152,7 +152,8 @@ class Typing {
   KeyOutcome TypeAll(const std::vector<KeyStroke>& strokes) {
     bool not_sent = false;
     for (rest_ = strokes; !rest_.empty() && !not_sent; rest_ = rest_.subspan(1)) {
-      not_sent = !TypeInTime(rest_.front());
+      not_sent = !TypeInTime([&] { return Try(rest_.front()); },
+                             [](milliseconds time) { std::this_thread::sleep_for(time); });
       // A shortcut opens a menu that takes the next key.
       if (rest_.front().alt || rest_.front().ctrl) WaitUntilRead();
     }
@@ -162,16 +163,6 @@ class Typing {
   }
 
  private:
-  bool TypeInTime(const KeyStroke& stroke) {
-    const Clock::time_point start = Clock::now();
-    while (true) {
-      const Obstacle obstacle = Try(stroke);
-      if (obstacle == Obstacle::kNone) return true;
-      if (Clock::now() - start >= TimeoutFor(obstacle)) return false;
-      std::this_thread::sleep_for(kCheckInterval);
-    }
-  }
-
   Obstacle Try(const KeyStroke& stroke) {
     const xcb_window_t front = connection_.FrontWindow();
     if (front != XCB_NONE && TakesChartKeys(connection_, front)) {
@@ -237,9 +228,6 @@ class X11KeySender : public KeySender {
  private:
   KeyOutcome TypeAll(std::string_view keys, bool in_background) {
     const std::vector<KeyStroke> strokes = ParseKeys(keys);
-    if (!std::all_of(strokes.begin(), strokes.end(), X11Keyboard::CanType)) {
-      throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
-    }
     connection_.RequireAnswer();
     return Typing(connection_, display_name_, in_background).TypeAll(strokes);
   }

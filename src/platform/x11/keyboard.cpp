@@ -36,12 +36,6 @@ KeySym SymbolOf(char32_t character) {
   return character <= kLastLatin1 ? character : kUnicode | character;
 }
 
-bool IsCharacter(char32_t character) {
-  const bool control = character < 0x20 || (character >= 0x7F && character < 0xA0);
-  const bool surrogate = character >= 0xD800 && character < 0xE000;
-  return !control && !surrogate && character <= 0x10FFFF;
-}
-
 char32_t LowerCased(char32_t character) {
   return character >= U'A' && character <= U'Z' ? character - U'A' + U'a' : character;
 }
@@ -292,10 +286,6 @@ void X11Layout::AssignSpareKeys(std::vector<char32_t> characters, std::size_t be
   changes.num_key_syms = static_cast<unsigned char>(spare_[touched - 1] - spare_.front() + 1);
   XkbChangeMap(display_.xdpy, map_.get(), &changes);
   assigned_ = std::move(characters);
-}
-
-bool X11Keyboard::CanType(const KeyStroke& stroke) {
-  return NamedSymbol(stroke) != NoSymbol || IsCharacter(stroke.character);
 }
 
 X11Keyboard::X11Keyboard(const std::string& display_name)

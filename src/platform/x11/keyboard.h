@@ -30,9 +30,6 @@ class X11Keyboard {
     kBorrowed,  // the window gets the focus for this key only
   };
 
-  // Returns false for control characters, which no key can type.
-  static bool CanType(const KeyStroke& stroke);
-
   // An empty name means the display of the environment. Throws std::runtime_error if it can't be
   // reached or does not accept keys from programs.
   explicit X11Keyboard(const std::string& display_name);
