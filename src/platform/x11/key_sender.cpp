@@ -176,7 +176,7 @@ class Typing {
   Obstacle TryInBackground(const KeyStroke& stroke) {
     const std::vector<xcb_window_t> charts = ChartMainWindows(connection_);
     if (charts.empty() || !connection_.IsMapped(charts.front())) return Obstacle::kOtherWindow;
-    return TypeInto(charts.front(), stroke, X11Keyboard::Focus::kBorrowed);
+    return TypeInto(charts.front(), stroke, X11Keyboard::Focus::kTemporary);
   }
 
   Obstacle TypeInto(xcb_window_t window, const KeyStroke& stroke, X11Keyboard::Focus focus) {

@@ -330,7 +330,7 @@ X11Keyboard::Outcome X11Keyboard::TypeGrabbed(const KeyStroke& stroke, Window wi
   if (focus == Focus::kRequired && !FocusIsInside(window)) return Outcome::kFocusElsewhere;
   constexpr unsigned kShortcutLocks = ShiftMask | ControlMask | Mod1Mask | Mod4Mask;
   if ((state.base_mods | state.latched_mods | (state.locked_mods & kShortcutLocks)) != 0 ||
-      (focus == Focus::kBorrowed && GrabbedByAnotherProgram())) {
+      (focus == Focus::kTemporary && GrabbedByAnotherProgram())) {
     return Outcome::kUserTypes;
   }
   std::optional<X11Layout::Key> key = layout_->Find(stroke, state);
@@ -341,8 +341,8 @@ X11Keyboard::Outcome X11Keyboard::TypeGrabbed(const KeyStroke& stroke, Window wi
     key = layout_->Find(stroke, state);
   }
   if (!key) return Outcome::kNoKey;
-  std::optional<TemporaryFocus> borrowed;
-  if (focus == Focus::kBorrowed) borrowed.emplace(display_->xdpy, window);
+  std::optional<TemporaryFocus> temporary;
+  if (focus == Focus::kTemporary) temporary.emplace(display_->xdpy, window);
   // A window that isn't on the screen doesn't get the focus.
   if (!FocusIsInside(window)) return Outcome::kFocusElsewhere;
   if (without_caps_lock) XkbLockModifiers(display_->xdpy, XkbUseCoreKbd, LockMask, 0);

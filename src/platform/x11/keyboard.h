@@ -26,8 +26,8 @@ class X11Keyboard {
     kNoKey,           // the layout lacks the character
   };
   enum class Focus : std::uint8_t {
-    kRequired,  // types only if the window or one inside it has the focus
-    kBorrowed,  // the window gets the focus for this key only
+    kRequired,   // types only if the window or one inside it has the focus
+    kTemporary,  // the window gets the focus for this key only
   };
 
   // An empty name means the display of the environment. Throws std::runtime_error if it can't be
