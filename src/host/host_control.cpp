@@ -106,9 +106,7 @@ void HostControl::StartHost() {
 bool HostControl::WaitForDialog() {
   for (std::chrono::milliseconds waited{0}; waited < kDialogPatience; waited += kDialogLook) {
     bool found = false;
-    IgnoringErrors([&] {
-      found = platform_.chart_windows.DialogExists(kChartFileDialogClass, kChartFileDialog);
-    });
+    IgnoringErrors([&] { found = platform_.chart_windows.FileDialogExists(); });
     if (found) {
       IgnoringErrors([&] { trader_.Moved(); });
       return true;
@@ -233,7 +231,8 @@ void HostControl::Refresh(std::initializer_list<std::string_view> keys) {
     if (!std::exchange(first, false)) Wait(kBeforeNextChartMs);
     IgnoringErrors([&] {
       KeySender& sender = platform_.keys;
-      worst_outcome_ = std::max(worst_outcome_, behind ? sender.SendBehind(key) : sender.Send(key));
+      worst_outcome_ =
+          std::max(worst_outcome_, behind ? sender.SendInBackground(key) : sender.Send(key));
     });
   }
 }

@@ -103,8 +103,8 @@ TEST_F(ScoreBoardTest, TakesItsAddressFromTheWindowOrTheSettingsFile) {
 TEST_F(ScoreBoardTest, HandlesClicksDuringARequest) {
   Open("old");
   Web().answers = {"taken", "list"};
-  Web().meanwhile = [this] {
-    Web().meanwhile = nullptr;
+  Web().during_request = [this] {
+    Web().during_request = nullptr;
     EXPECT_EQ(Board().lblStatus.Text(), "Sending...");
     EXPECT_FALSE(Board().btnSend.Enabled());
     Board().txtName.UserKeyUp(13);
@@ -114,8 +114,8 @@ TEST_F(ScoreBoardTest, HandlesClicksDuringARequest) {
   EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Sent."));
   EXPECT_TRUE(Board().btnSend.Enabled());
 
-  Web().meanwhile = [this] {
-    Web().meanwhile = nullptr;
+  Web().during_request = [this] {
+    Web().during_request = nullptr;
     Board().Image5.UserClick();
     Open("new");
   };
@@ -123,7 +123,7 @@ TEST_F(ScoreBoardTest, HandlesClicksDuringARequest) {
   EXPECT_THAT(Board().List1.Lines(), ElementsAre("new"));
   EXPECT_EQ(Board().lblStatus.Text(), "");
 
-  Web().meanwhile = [this] { Board().on_escape(); };
+  Web().during_request = [this] { Board().on_escape(); };
   Board().btnSend.UserClick();
   EXPECT_FALSE(Board().Loaded());
   EXPECT_THAT(all.outside.boxes.shown, IsEmpty());
