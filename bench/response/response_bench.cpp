@@ -15,7 +15,7 @@ extern "C" {
 }
 
 #include "e2e/desktop_hand.h"
-#include "e2e/programs.h"
+#include "e2e/running_program.h"
 #include "forms/desktop.h"
 #include "large_directory.h"
 #include "platform/qt/settings_file.h"

@@ -84,46 +84,6 @@ std::string Formatted(const Decimal& number, std::string_view pattern) {
   return minus ? "-" + text : text;
 }
 
-// The float's exact value rounded to seven significant digits: the digits without zeros at the end,
-// and the power of ten of the first.
-struct SevenDigits {
-  std::string digits;
-  int exponent = 0;
-};
-
-SevenDigits RoundedToSeven(float value) {
-  constexpr int kDigitsAfterPoint = 6;
-  std::array<char, 32> buffer;
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
-                                 std::fabs(static_cast<double>(value)),
-                                 std::chars_format::scientific, kDigitsAfterPoint)
-                       .ptr;
-  const std::string text(buffer.data(), end);  // d.dddddde±xx
-  const std::size_t mark = text.find('e');
-  SevenDigits seven{text.substr(0, 1) + text.substr(2, mark - 2), std::stoi(text.substr(mark + 1))};
-  seven.digits.erase(seven.digits.find_last_not_of('0') + 1);
-  return seven;
-}
-
-std::string WithExponent(const SevenDigits& number) {
-  std::string text = number.digits.substr(0, 1);
-  if (number.digits.size() > 1) text += "." + number.digits.substr(1);
-  const int size = std::abs(number.exponent);
-  text += number.exponent < 0 ? "E-" : "E+";
-  if (size < 10) text += '0';
-  return text + std::to_string(size);
-}
-
-std::string WithoutExponent(const SevenDigits& number) {
-  std::string digits = number.digits;
-  if (number.exponent < 0) {
-    return "0." + std::string(static_cast<std::size_t>(-number.exponent - 1), '0') + digits;
-  }
-  const auto whole = static_cast<std::size_t>(number.exponent) + 1;
-  if (digits.size() <= whole) return digits.append(whole - digits.size(), '0');
-  return digits.insert(whole, ".");
-}
-
 }  // namespace
 
 std::optional<float> ToSingle(std::string_view text) { return Nearest<float>(text); }
@@ -143,13 +103,18 @@ std::optional<std::int16_t> ToInt16(std::string_view text) {
 }
 
 std::string PlainNumberText(float value) {
+  constexpr int kDigits = 7;
   if (std::isnan(value)) return "NaN";
-  const std::string sign = value < 0 ? "-" : "";
-  if (std::isinf(value)) return sign + "Infinity";
+  if (std::isinf(value)) return value < 0 ? "-Infinity" : "Infinity";
   if (value == 0) return "0";
-  const SevenDigits number = RoundedToSeven(value);
-  const bool plain = number.exponent >= -4 && number.exponent < 7;
-  return sign + (plain ? WithoutExponent(number) : WithExponent(number));
+  std::array<char, 32> buffer;
+  // A double has the same value, and more digits to round.
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), double{value},
+                                 std::chars_format::general, kDigits)
+                       .ptr;
+  std::string text(buffer.data(), end);
+  std::replace(text.begin(), text.end(), 'e', 'E');
+  return text;
 }
 
 std::string ReadableNumberText(float value) {

@@ -76,4 +76,19 @@ std::string SystemErrorText(unsigned long code) {
   return text.empty() ? "error " + std::to_string(code) : text;
 }
 
+// Backslashes are special only before a quote, where each is doubled.
+std::wstring QuotedArgument(std::string_view argument) {
+  const std::wstring text = WideText(argument);
+  if (!text.empty() && text.find_first_of(L" \t\"") == std::wstring::npos) return text;
+  std::wstring quoted = L"\"";
+  std::size_t backslashes = 0;
+  for (const wchar_t c : text) {
+    if (c == L'"') quoted.append(backslashes + 1, L'\\');
+    backslashes = c == L'\\' ? backslashes + 1 : 0;
+    quoted += c;
+  }
+  quoted.append(backslashes, L'\\');
+  return quoted + L'"';
+}
+
 }  // namespace velumar

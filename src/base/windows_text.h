@@ -16,4 +16,7 @@ int ErrorNumber(unsigned long code);
 // The system's message for a code, without the full stop.
 std::string SystemErrorText(unsigned long code);
 
+// Quotes one argument for a command line.
+std::wstring QuotedArgument(std::string_view argument);
+
 }  // namespace velumar

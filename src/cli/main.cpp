@@ -2,7 +2,7 @@
 
 #include "cli/commands.h"
 #include "marketdata/index_cache.h"
-#include "platform/process.h"
+#include "platform/system.h"
 
 int main(int argc, char** argv) {
   velumar::UsePlainStreams();

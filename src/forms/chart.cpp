@@ -49,16 +49,4 @@ void ChartPicture::PrintPages(const PrintJob& job) const {
   print(job);
 }
 
-void ChartPicture::UserMouseDown(float x, float y) {
-  if (Reachable() && on_mouse_down) on_mouse_down(x, y);
-}
-
-void ChartPicture::UserMouseMove(float x, float y) {
-  if (Reachable() && on_mouse_move) on_mouse_move(x, y);
-}
-
-void ChartPicture::UserMouseUp(float x, float y) {
-  if (Reachable() && on_mouse_up) on_mouse_up(x, y);
-}
-
 }  // namespace velumar

@@ -95,9 +95,9 @@ class ChartPicture : public Control {
   void PrintPages(const PrintJob& job) const;
 
   // Mouse positions are in twips within the picture.
-  void UserMouseDown(float x, float y);
-  void UserMouseMove(float x, float y);
-  void UserMouseUp(float x, float y);
+  void UserMouseDown(float x, float y) { UserFire(on_mouse_down, x, y); }
+  void UserMouseMove(float x, float y) { UserFire(on_mouse_move, x, y); }
+  void UserMouseUp(float x, float y) { UserFire(on_mouse_up, x, y); }
   std::function<void(float x, float y)> on_mouse_down;
   std::function<void(float x, float y)> on_mouse_move;
   std::function<void(float x, float y)> on_mouse_up;

@@ -8,86 +8,45 @@
 
 namespace velumar {
 
-namespace {
-
-// A handler may unload its window or bind other handlers, so it runs from a copy.
-template <typename Handler, typename... Arguments>
-void Fire(const Handler& handler, Arguments... arguments) {
-  if (const Handler held = handler) held(arguments...);
-}
-
-}  // namespace
-
 Control::Control(Form& form, ControlKind kind, const ControlSpec& spec)
-    : form_(form),
-      kind_(kind),
-      name_(spec.name),
-      spec_(spec),
-      start_text_(spec.text),
-      text_(spec.text),
-      tooltip_(spec.tooltip),
-      colour_(spec.look.colour),
-      left_(spec.left),
-      top_(spec.top),
-      width_(spec.width),
-      height_(spec.height) {
+    : form_(form), kind_(kind), name_(spec.name), spec_(spec), start_text_(spec.text) {
+  Control::Reset();
   form.Register(*this);
 }
 
 void Control::Reset() {
-  text_ = start_text_;
-  tooltip_ = spec_.tooltip;
-  visible_ = true;
-  enabled_ = true;
-  colour_ = spec_.look.colour;
-  left_ = spec_.left;
-  top_ = spec_.top;
-  width_ = spec_.width;
-  height_ = spec_.height;
+  state_ = {.text = start_text_,
+            .tooltip = std::string(spec_.tooltip),
+            .colour = spec_.look.colour,
+            .left = spec_.left,
+            .top = spec_.top,
+            .width = spec_.width,
+            .height = spec_.height};
 }
 
 std::string Control::SpokenName() const {
   if (!spec_.spoken.empty()) return std::string(spec_.spoken);
-  if (kind_ == ControlKind::kLabel) return text_;
-  if (!tooltip_.empty()) return tooltip_.substr(0, tooltip_.find('\n'));
-  const bool caption = kind_ == ControlKind::kButton || kind_ == ControlKind::kFrame;
-  std::string name = caption ? text_ : std::string();
-  name.erase(std::remove(name.begin(), name.end(), '&'), name.end());
+  if (kind_ == ControlKind::kLabel) return Text();
+  if (!ToolTip().empty()) return ToolTip().substr(0, ToolTip().find('\n'));
+  if (kind_ != ControlKind::kButton && kind_ != ControlKind::kFrame) return "";
+  std::string name = Text();
+  std::erase(name, '&');
   return name;
 }
 
 void Control::SetPlace(float left, float top) {
-  left_ = left;
-  top_ = top;
+  state_.left = left;
+  state_.top = top;
   Changed();
 }
 
 void Control::SetSize(float width, float height) {
-  width_ = width;
-  height_ = height;
+  state_.width = width;
+  state_.height = height;
   Changed();
 }
 
-bool Control::Reachable() const { return form_.Visible() && visible_ && enabled_; }
-
-void Control::UserClick() {
-  if (Reachable()) Fire(on_click);
-}
-
-void Control::UserDoubleClick() {
-  if (Reachable()) Fire(on_double_click);
-}
-
-void Control::UserPress() {
-  if (Reachable()) Fire(on_press);
-}
-
-// A release follows its press even if the press has hidden the control.
-void Control::UserRelease() { Fire(on_release); }
-
-void Control::UserKeyUp(int key_code) {
-  if (Reachable()) Fire(on_key_up, key_code);
-}
+bool Control::Reachable() const { return form_.Visible() && Visible() && Enabled(); }
 
 void Control::UserLeave() {
   if (form_.Loaded()) Fire(on_leave);
@@ -161,65 +120,16 @@ void ComboBox::UserType(std::string_view text, int key_code) {
   UserKeyUp(key_code);
 }
 
-DatePicker::DatePicker(Form& form, const ControlSpec& spec, std::int32_t start_value)
-    : Control(form, ControlKind::kDatePicker, spec),
-      start_value_(start_value),
-      value_(start_value) {}
-
-void DatePicker::Reset() {
-  Control::Reset();
-  value_ = start_value_;
-}
-
-void DatePicker::SetValue(std::int32_t date) {
-  if (Assign(value_, date)) Fire(on_change);
-}
-
-void DatePicker::UserPick(std::int32_t date) {
-  if (Reachable()) SetValue(date);
-}
-
-void DatePicker::UserChoose(DayChoice choice) {
-  if (!Reachable()) return;
-  if (const auto chosen = on_choice) chosen(choice);
-}
-
-Slider::Slider(Form& form, const ControlSpec& spec, Range range, int start_value, ControlKind kind)
-    : Control(form, kind, spec), range_(range), start_value_(start_value), value_(start_value) {}
-
-void Slider::Reset() {
-  Control::Reset();
-  value_ = start_value_;
-}
-
 void Slider::SetValue(int value) {
   if (value < range_.low || value > range_.high) {
     throw std::out_of_range(Name() + ": " + std::to_string(value) +
                             " is outside the range of the slider");
   }
-  if (Assign(value_, value)) Fire(on_change);
+  ValueControl::SetValue(value, on_change);
 }
 
 void Slider::UserMove(int value) {
   if (Reachable()) SetValue(std::clamp(value, range_.low, range_.high));
-}
-
-void ProgressLine::Reset() {
-  fraction_ = 0;
-  Control::Reset();
-}
-
-void CheckBox::Reset() {
-  Control::Reset();
-  checked_ = false;
-}
-
-void CheckBox::SetChecked(bool checked) {
-  if (Assign(checked_, checked)) Fire(on_click);
-}
-
-void CheckBox::UserToggle() {
-  if (Reachable()) SetChecked(!checked_);
 }
 
 }  // namespace velumar

@@ -99,37 +99,38 @@ class Control {
   const Control* Container() const { return container_; }
   void PlaceIn(const Control& container) { container_ = &container; }
 
-  const std::string& Text() const { return text_; }
-  virtual void SetText(std::string_view text) { Assign(text_, text); }
+  const std::string& Text() const { return state_.text; }
+  virtual void SetText(std::string_view text) { Assign(state_.text, text); }
   // The text after the next load.
   void SetStartText(std::string_view text) { start_text_ = text; }
 
   // The name for a screen reader, one line.
   std::string SpokenName() const;
-  const std::string& ToolTip() const { return tooltip_; }
-  void SetToolTip(std::string_view text) { Assign(tooltip_, text); }
-  bool Visible() const { return visible_; }
-  void SetVisible(bool visible) { Assign(visible_, visible); }
-  bool Enabled() const { return enabled_; }
-  void SetEnabled(bool enabled) { Assign(enabled_, enabled); }
-  Colour ForeColour() const { return colour_; }
-  void SetForeColour(Colour colour) { Assign(colour_, colour); }
+  const std::string& ToolTip() const { return state_.tooltip; }
+  void SetToolTip(std::string_view text) { Assign(state_.tooltip, text); }
+  bool Visible() const { return state_.visible; }
+  void SetVisible(bool visible) { Assign(state_.visible, visible); }
+  bool Enabled() const { return state_.enabled; }
+  void SetEnabled(bool enabled) { Assign(state_.enabled, enabled); }
+  Colour ForeColour() const { return state_.colour; }
+  void SetForeColour(Colour colour) { Assign(state_.colour, colour); }
 
   // Twips, relative to the window or the container.
-  float Left() const { return left_; }
-  float Top() const { return top_; }
-  float Width() const { return width_; }
-  float Height() const { return height_; }
+  float Left() const { return state_.left; }
+  float Top() const { return state_.top; }
+  float Width() const { return state_.width; }
+  float Height() const { return state_.height; }
   void SetPlace(float left, float top);
   void SetSize(float width, float height);
 
   // True if the trader can use it now.
   bool Reachable() const;
-  void UserClick();
-  void UserDoubleClick();
-  void UserPress();
-  void UserRelease();
-  void UserKeyUp(int key_code);
+  void UserClick() { UserFire(on_click); }
+  void UserDoubleClick() { UserFire(on_double_click); }
+  void UserPress() { UserFire(on_press); }
+  // A release follows its press even if the press has hidden the control.
+  void UserRelease() { Fire(on_release); }
+  void UserKeyUp(int key_code) { UserFire(on_key_up, key_code); }
   void UserLeave();
 
   std::function<void()> on_click;
@@ -150,24 +151,38 @@ class Control {
     Changed();
     return true;
   }
-  void AssignText(std::string_view text) { text_ = text; }
+  void AssignText(std::string_view text) { state_.text = text; }
+  // A handler may unload its window or bind other handlers, so it runs from a copy.
+  template <typename Handler, typename... Arguments>
+  static void Fire(const Handler& handler, Arguments... arguments) {
+    if (const Handler held = handler) held(arguments...);
+  }
+  template <typename Handler, typename... Arguments>
+  void UserFire(const Handler& handler, Arguments... arguments) const {
+    if (Reachable()) Fire(handler, arguments...);
+  }
 
  private:
+  // What a load resets.
+  struct State {
+    std::string text;
+    std::string tooltip;
+    Colour colour = 0;
+    float left = 0;
+    float top = 0;
+    float width = 0;
+    float height = 0;
+    bool visible = true;
+    bool enabled = true;
+  };
+
   Form& form_;
   ControlKind kind_;
   std::string name_;
   ControlSpec spec_;
   const Control* container_ = nullptr;
   std::string start_text_;
-  std::string text_;
-  std::string tooltip_;
-  bool visible_ = true;
-  bool enabled_ = true;
-  Colour colour_ = 0;
-  float left_ = 0;
-  float top_ = 0;
-  float width_ = 0;
-  float height_ = 0;
+  State state_;
 };
 
 // A control with nothing but the common properties.
@@ -242,30 +257,51 @@ class ComboBox : public Control {
   int index_ = -1;
 };
 
+// A control with a value, which each load sets to its start value.
+template <typename Held>
+class ValueControl : public Control {
+ public:
+  void Reset() override {
+    Control::Reset();
+    value_ = start_value_;
+  }
+
+ protected:
+  ValueControl(Form& form, ControlKind kind, const ControlSpec& spec, Held start_value = {})
+      : Control(form, kind, spec), start_value_(start_value), value_(start_value) {}
+  const Held& Value() const { return value_; }
+  // Fires the handler if the value changes.
+  void SetValue(const Held& value, const std::function<void()>& handler) {
+    if (Assign(value_, value)) Fire(handler);
+  }
+
+ private:
+  Held start_value_;
+  Held value_;
+};
+
 enum class DayChoice : std::uint8_t { kFirst, kLast, kRandom };
 
-// A date, as yyyymmdd.
-class DatePicker : public Control {
+// A date, as yyyymmdd. Fires on_change.
+class DatePicker : public ValueControl<std::int32_t> {
  public:
-  DatePicker(Form& form, const ControlSpec& spec, std::int32_t start_value);
-  void Reset() override;
-  std::int32_t Value() const { return value_; }
-  void SetValue(std::int32_t date);
-  void UserPick(std::int32_t date);
-  void UserChoose(DayChoice choice);
+  DatePicker(Form& form, const ControlSpec& spec, std::int32_t start_value)
+      : ValueControl(form, ControlKind::kDatePicker, spec, start_value) {}
+  using ValueControl::Value;
+  void SetValue(std::int32_t date) { ValueControl::SetValue(date, on_change); }
+  void UserPick(std::int32_t date) {
+    if (Reachable()) SetValue(date);
+  }
+  void UserChoose(DayChoice choice) { UserFire(on_choice, choice); }
 
   // Handles one of the choices that the calendar offers.
   std::function<void(DayChoice choice)> on_choice;
   // Returns the days to mark; called when the calendar opens.
   std::function<std::vector<std::int32_t>()> covered_days;
-
- private:
-  std::int32_t start_value_;
-  std::int32_t value_;
 };
 
 // Fires on_change at each change of the value, during a drag as well.
-class Slider : public Control {
+class Slider : public ValueControl<int> {
  public:
   struct Range {
     int low = 0;
@@ -275,45 +311,38 @@ class Slider : public Control {
   };
 
   Slider(Form& form, const ControlSpec& spec, Range range, int start_value,
-         ControlKind kind = ControlKind::kSlider);
-  void Reset() override;
+         ControlKind kind = ControlKind::kSlider)
+      : ValueControl(form, kind, spec, start_value), range_(range) {}
   const Range& Limits() const { return range_; }
-  int Value() const { return value_; }
+  using ValueControl::Value;
   // Throws std::out_of_range.
   void SetValue(int value);
   void UserMove(int value);
 
  private:
   Range range_;
-  int start_value_;
-  int value_;
 };
 
 // A thin line that shows progress from left to right.
-class ProgressLine : public Control {
+class ProgressLine : public ValueControl<float> {
  public:
   ProgressLine(Form& form, const ControlSpec& spec)
-      : Control(form, ControlKind::kProgressLine, spec) {}
-  void Reset() override;
+      : ValueControl(form, ControlKind::kProgressLine, spec) {}
   // 0 to 1.
-  float Fraction() const { return fraction_; }
-  void SetFraction(float fraction) { Assign(fraction_, fraction); }
-
- private:
-  float fraction_ = 0;
+  float Fraction() const { return Value(); }
+  void SetFraction(float fraction) { SetValue(fraction, nullptr); }
 };
 
-class CheckBox : public Control {
+// Fires on_click when it changes.
+class CheckBox : public ValueControl<bool> {
  public:
-  CheckBox(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kCheckBox, spec) {}
-  void Reset() override;
-  bool Checked() const { return checked_; }
-  // Fires on_click if it changes.
-  void SetChecked(bool checked);
-  void UserToggle();
-
- private:
-  bool checked_ = false;
+  CheckBox(Form& form, const ControlSpec& spec)
+      : ValueControl(form, ControlKind::kCheckBox, spec) {}
+  bool Checked() const { return Value(); }
+  void SetChecked(bool checked) { SetValue(checked, on_click); }
+  void UserToggle() {
+    if (Reachable()) SetChecked(!Checked());
+  }
 };
 
 }  // namespace velumar

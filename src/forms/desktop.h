@@ -50,32 +50,45 @@ class Desktop {
     Graph2 graph2;
   };
 
-  Form1& form1() { return Touched(windows_.form1); }
-  Form2& form2() { return Touched(windows_.form2); }
-  Form3& form3() { return Touched(windows_.form3); }
-  BigWindow& frmBigDateTime() { return Touched(windows_.frmBigDateTime); }
-  BigWindow& frmBigScore() { return Touched(windows_.frmBigScore); }
-  BigWindow& frmBigPrice() { return Touched(windows_.frmBigPrice); }
-  FrmScore& frmScore() { return Touched(windows_.frmScore); }
-  FrmResult& frmResult() { return Touched(windows_.frmResult); }
-  Graph2& graph2() { return Touched(windows_.graph2); }
+  Form1& form1() { return Loaded(windows_.form1); }
+  Form2& form2() { return Loaded(windows_.form2); }
+  Form3& form3() { return Loaded(windows_.form3); }
+  BigWindow& frmBigDateTime() { return Loaded(windows_.frmBigDateTime); }
+  BigWindow& frmBigScore() { return Loaded(windows_.frmBigScore); }
+  BigWindow& frmBigPrice() { return Loaded(windows_.frmBigPrice); }
+  FrmScore& frmScore() { return Loaded(windows_.frmScore); }
+  FrmResult& frmResult() { return Loaded(windows_.frmResult); }
+  Graph2& graph2() { return Loaded(windows_.graph2); }
 
   // Loads the window, hidden, if it isn't loaded.
-  void Load(Form& form) { Touched(form); }
+  void Load(Form& form) { Loaded(form); }
   // Runs on_unload; the next load starts from the control table.
-  void Unload(Form& form);
+  void Unload(Form& form) {
+    if (form.Loaded()) form.Unload();
+  }
 
   Windows& Untouched() { return windows_; }
-  std::array<Form*, 9> All();
+  std::array<Form*, 9> All() {
+    return {&windows_.form1,          &windows_.form2,       &windows_.form3,
+            &windows_.frmBigDateTime, &windows_.frmBigScore, &windows_.frmBigPrice,
+            &windows_.frmScore,       &windows_.frmResult,   &windows_.graph2};
+  }
   // Null if there is no window of that name.
-  Form* Find(std::string_view name);
+  Form* Find(std::string_view name) {
+    for (Form* form : All()) {
+      if (form->Name() == name) return form;
+    }
+    return nullptr;
+  }
 
-  void SetListener(FormListener* listener);
+  void SetListener(FormListener* listener) {
+    for (Form* form : All()) form->SetListener(listener);
+  }
 
  private:
   template <typename Window>
-  static Window& Touched(Window& window) {
-    if (!window.Loaded()) window.BeLoaded();
+  static Window& Loaded(Window& window) {
+    if (!window.Loaded()) window.Load();
     return window;
   }
 

@@ -3,33 +3,29 @@
 namespace velumar {
 
 Form::Form(const FormSpec& spec)
-    : name_(spec.name),
-      spec_(spec),
-      caption_(spec.caption),
-      width_(spec.width),
-      height_(spec.height) {}
+    : name_(spec.name), spec_(spec), state_{.caption = std::string(spec.caption)} {}
 
 int Form::BeginSlide(float rest_top) {
-  rest_top_ = rest_top;
+  state_.rest_top = rest_top;
   return ++slide_;
 }
 
 void Form::EndSlide(int slide) {
-  if (Slides(slide)) rest_top_.reset();
+  if (Slides(slide)) state_.rest_top.reset();
 }
 
 void Form::Show() {
-  if (visible_) {
+  if (Visible()) {
     if (listener_ != nullptr) listener_->FormRaised(*this);
     return;
   }
-  visible_ = true;
+  state_.visible = true;
   Changed();
 }
 
 void Form::SetCorners(int width, int height) {
-  corner_width_ = width;
-  corner_height_ = height;
+  state_.corner_width = width;
+  state_.corner_height = height;
   Changed();
 }
 
@@ -45,50 +41,36 @@ Control* Form::Find(std::string_view name) const {
 }
 
 void Form::UserDrop(const std::vector<std::string>& files) {
-  if (!visible_) return;
+  if (!Visible()) return;
   if (const auto drop = on_drop) drop(files);
 }
 
 void Form::UserPress() {
-  if (visible_ && on_press) on_press();
+  if (Visible() && on_press) on_press();
 }
 
 void Form::ControlChanged(Control& control) {
   if (listener_ != nullptr && loaded_) listener_->ControlChanged(*this, control);
 }
 
-void Form::BeLoaded() {
-  Reset();
+void Form::Load() {
+  state_ = {.caption = std::string(spec_.caption)};
+  ++slide_;
+  for (Control* control : controls_) control->Reset();
   loaded_ = true;
   if (listener_ != nullptr) listener_->FormLoaded(*this);
   if (on_load) on_load();
 }
 
-void Form::BeUnloaded() {
+void Form::Unload() {
   if (on_unload) on_unload();
-  visible_ = false;
+  state_.visible = false;
   loaded_ = false;
   if (listener_ != nullptr) listener_->FormUnloaded(*this);
 }
 
 void Form::Changed() {
   if (listener_ != nullptr && loaded_) listener_->FormChanged(*this);
-}
-
-void Form::Reset() {
-  caption_ = spec_.caption;
-  left_ = 0;
-  top_ = 0;
-  ++slide_;
-  rest_top_.reset();
-  width_ = spec_.width;
-  height_ = spec_.height;
-  visible_ = false;
-  topmost_ = false;
-  opacity_ = 255;
-  corner_width_ = 0;
-  corner_height_ = 0;
-  for (Control* control : controls_) control->Reset();
 }
 
 }  // namespace velumar

@@ -48,38 +48,38 @@ class Form {
   Form& operator=(const Form&) = delete;
 
   const std::string& Name() const { return name_; }
-  const std::string& Caption() const { return caption_; }
-  void SetCaption(std::string_view caption) { Assign(caption_, caption); }
+  const std::string& Caption() const { return state_.caption; }
+  void SetCaption(std::string_view caption) { Assign(state_.caption, caption); }
 
   // Twips on the screen.
-  float Left() const { return left_; }
-  float Top() const { return top_; }
-  float Width() const { return width_; }
-  float Height() const { return height_; }
-  void SetLeft(float left) { Assign(left_, left); }
-  void SetTop(float top) { Assign(top_, top); }
+  float Left() const { return state_.left; }
+  float Top() const { return state_.top; }
+  float Width() const { return spec_.width; }
+  float Height() const { return spec_.height; }
+  void SetLeft(float left) { Assign(state_.left, left); }
+  void SetTop(float top) { Assign(state_.top, top); }
   // A slide moves the window step by step while clicks run, until a newer slide begins. During the
   // slide RestTop is `rest_top`, so that no place on the way is saved.
   int BeginSlide(float rest_top);
   bool Slides(int slide) const { return slide == slide_; }
   void EndSlide(int slide);
-  float RestTop() const { return rest_top_.value_or(top_); }
+  float RestTop() const { return state_.rest_top.value_or(Top()); }
 
   bool Bordered() const { return spec_.bordered; }
   bool Loaded() const { return loaded_; }
-  bool Visible() const { return visible_; }
+  bool Visible() const { return state_.visible; }
   // Brings a window that is shown already to the front.
   void Show();
-  void Hide() { Assign(visible_, false); }
+  void Hide() { Assign(state_.visible, false); }
 
-  bool Topmost() const { return topmost_; }
-  void SetTopmost(bool topmost) { Assign(topmost_, topmost); }
+  bool Topmost() const { return state_.topmost; }
+  void SetTopmost(bool topmost) { Assign(state_.topmost, topmost); }
   // 0 (invisible) to 255 (solid).
-  int Opacity() const { return opacity_; }
-  void SetOpacity(int opacity) { Assign(opacity_, opacity); }
+  int Opacity() const { return state_.opacity; }
+  void SetOpacity(int opacity) { Assign(state_.opacity, opacity); }
   // Size of the corner ellipse in pixels; 0 by 0 is square.
-  int CornerWidth() const { return corner_width_; }
-  int CornerHeight() const { return corner_height_; }
+  int CornerWidth() const { return state_.corner_width; }
+  int CornerHeight() const { return state_.corner_height; }
   void SetCorners(int width, int height);
   void StartDrag();
 
@@ -109,10 +109,23 @@ class Form {
   void Register(Control& control) { controls_.push_back(&control); }
   void ControlChanged(Control& control);
   void SetListener(FormListener* listener) { listener_ = listener; }
-  void BeLoaded();
-  void BeUnloaded();
+  void Load();
+  void Unload();
 
  private:
+  // What a load resets.
+  struct State {
+    std::string caption;
+    float left = 0;
+    float top = 0;
+    std::optional<float> rest_top = {};
+    bool visible = false;
+    bool topmost = false;
+    int opacity = 255;
+    int corner_width = 0;
+    int corner_height = 0;
+  };
+
   // Notifies unless the field has that value.
   template <typename Field, typename Value>
   void Assign(Field& field, const Value& value) {
@@ -121,24 +134,13 @@ class Form {
     Changed();
   }
   void Changed();
-  void Reset();
 
   std::string name_;
   FormSpec spec_;
-  std::string caption_;
-  float left_ = 0;
-  float top_ = 0;
-  float width_ = 0;
-  float height_ = 0;
+  State state_;
   int slide_ = 0;
-  std::optional<float> rest_top_;
   bool loaded_ = false;
-  bool visible_ = false;
-  bool topmost_ = false;
   bool keeps_keys_ = false;
-  int opacity_ = 255;
-  int corner_width_ = 0;
-  int corner_height_ = 0;
   std::vector<Control*> controls_;
   FormListener* listener_ = nullptr;
 };

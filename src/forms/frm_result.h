@@ -24,7 +24,20 @@ class FrmResult : public Form {
     kReport = 15
   };
 
-  FrmResult();
+  FrmResult() : Form({"FrmResult", "", 10560, 11115, true}) {
+    SetKeepsKeys(true);
+    // A frame contains the controls after it in the table.
+    const Control* frame = nullptr;
+    for (Control* control : Controls()) {
+      if (control->Kind() == ControlKind::kFrame) {
+        frame = control;
+      } else if (frame != nullptr) {
+        control->PlaceIn(*frame);
+      }
+    }
+    Combo1.SetTypable(false);
+    cbxRun.SetTypable(false);
+  }
 
   // The tabs cover the lower end of the frame.
   static constexpr float kStripTop = 7890;
@@ -35,8 +48,8 @@ class FrmResult : public Form {
   static constexpr Look kValue{.alignment = Alignment::kCentre, .backdrop = Backdrop::kYellowPaper};
 
   // The size of the chart in twips at 100 percent of the print preview.
-  std::int32_t chht = 0;
-  std::int32_t chwd = 0;
+  std::int32_t full_height = 0;
+  std::int32_t full_width = 0;
 
   Toolbar Toolbar1{
       *this,

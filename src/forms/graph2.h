@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 
 #include "forms/chart.h"
 #include "forms/form.h"
@@ -13,7 +14,16 @@ class Graph2 : public Form {
  public:
   enum MenuList : std::uint8_t { kPaperSize, kOrientation, kPrintQuality, kNoOfCopies };
 
-  Graph2();
+  Graph2() : Form({"graph2", "PRINT PREVIEW", 9825, 7695, true}) {
+    SetKeepsKeys(true);
+    const auto place_in = [](const Control& container, std::initializer_list<Control*> controls) {
+      for (Control* control : controls) control->PlaceIn(container);
+    };
+    place_in(Picture1, {&Picture2, &Line1});
+    place_in(Frame1, {&Frame2, &Frame3, &cmdcancel, &cmdPrint});
+    place_in(Frame2, {&HScroll2, &Label1});
+    place_in(Frame3, {&Label2, &chtscroll0, &Label3, &chtscroll1});
+  }
 
   static constexpr Slider::Range kPercent{25, 100, 1, 5};
   static constexpr Slider::Range kScroll{0, 14, 1, 1};

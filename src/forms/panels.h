@@ -46,7 +46,7 @@ class Toolbar : public Control {
   Toolbar(Form& form, const ControlSpec& spec, std::vector<Item> items)
       : Control(form, ControlKind::kToolbar, spec), items_(std::move(items)) {}
   const std::vector<Item>& Items() const { return items_; }
-  void UserButton(int index);
+  void UserButton(int index) { UserFire(on_button, index); }
 
   std::function<void(int index)> on_button;
 
@@ -55,19 +55,19 @@ class Toolbar : public Control {
 };
 
 // Chooses one of several tabs. Setting the index fires on_click if it changes.
-class TabBar : public Control {
+class TabBar : public ValueControl<int> {
  public:
   TabBar(Form& form, const ControlSpec& spec, std::vector<std::string> titles)
-      : Control(form, ControlKind::kTabBar, spec), titles_(std::move(titles)) {}
-  void Reset() override;
+      : ValueControl(form, ControlKind::kTabBar, spec), titles_(std::move(titles)) {}
   const std::vector<std::string>& Titles() const { return titles_; }
-  int Index() const { return index_; }
-  void SetIndex(int index);
-  void UserChoose(int index);
+  int Index() const { return Value(); }
+  void SetIndex(int index) { SetValue(index, on_click); }
+  void UserChoose(int index) {
+    if (Reachable() && index >= 0 && index < static_cast<int>(titles_.size())) SetIndex(index);
+  }
 
  private:
   std::vector<std::string> titles_;
-  int index_ = 0;
 };
 
 // A menu bar with one menu, Text, whose lists have entries with check marks.
@@ -79,14 +79,30 @@ class Menu : public Control {
     int start = 0;  // the entry that is checked at first
   };
 
-  Menu(Form& form, const ControlSpec& spec, std::vector<List> lists);
-  void Reset() override;
+  Menu(Form& form, const ControlSpec& spec, std::vector<List> lists)
+      : Control(form, ControlKind::kMenu, spec), lists_(std::move(lists)) {
+    Menu::Reset();
+  }
+  void Reset() override {
+    Control::Reset();
+    ticks_.clear();
+    for (const List& list : lists_) {
+      ticks_.emplace_back(list.entries.size());
+      ticks_.back().at(static_cast<std::size_t>(list.start)) = true;
+    }
+  }
   const std::vector<List>& Lists() const { return lists_; }
   bool Ticked(std::size_t list, std::size_t entry) const { return ticks_.at(list).at(entry); }
-  void Tick(std::size_t list, std::size_t entry, bool ticked);
+  void Tick(std::size_t list, std::size_t entry, bool ticked) {
+    ticks_.at(list).at(entry) = ticked;
+    Changed();
+  }
   // Checks one entry and unchecks the others of its list.
-  void TickOnly(std::size_t list, std::size_t entry);
-  void UserEntry(std::size_t list, std::size_t entry);
+  void TickOnly(std::size_t list, std::size_t entry) {
+    ticks_.at(list).assign(ticks_.at(list).size(), false);
+    Tick(list, entry, true);
+  }
+  void UserEntry(std::size_t list, std::size_t entry) { UserFire(on_entry, list, entry); }
 
   std::function<void(std::size_t list, std::size_t entry)> on_entry;
 

@@ -48,18 +48,8 @@ std::string Table::CopyText() const {
   return text;
 }
 
-void Table::UserHeader(std::size_t column) {
-  if (!Reachable()) return;
-  if (const auto handler = on_header) handler(column);
-}
-
 void Table::UserSelect(std::vector<std::size_t> rows) {
   if (Reachable()) selected_ = std::move(rows);
-}
-
-void Table::UserCopy() {
-  if (!Reachable()) return;
-  if (const auto handler = on_copy) handler();
 }
 
 }  // namespace velumar

@@ -40,9 +40,9 @@ class Table : public Control {
   // The selected rows, or all if none is, after a line of titles; fields are separated by tabs.
   std::string CopyText() const;
 
-  void UserHeader(std::size_t column);
+  void UserHeader(std::size_t column) { UserFire(on_header, column); }
   void UserSelect(std::vector<std::size_t> rows);
-  void UserCopy();
+  void UserCopy() { UserFire(on_copy); }
 
   std::function<void(std::size_t column)> on_header;
   std::function<void()> on_copy;

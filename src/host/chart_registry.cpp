@@ -7,7 +7,6 @@ namespace velumar {
 
 namespace {
 
-constexpr RegistryRoot kUser = RegistryRoot::kCurrentUser;
 constexpr std::string_view kUserName = "HKEY_CURRENT_USER\\";
 constexpr std::string_view kInstalled = "SOFTWARE\\Equis International\\MetaStock Professional\\";
 constexpr std::string_view kDefaultFolder = "C:\\Program Files\\Equis\\MetaStock";
@@ -45,11 +44,8 @@ std::string ErrorText(long code) {
 }  // namespace
 
 std::string ChartRegistry::Version() {
-  RegistryKey key = 0;
   const std::string newest = std::string(kInstalled) + "9.0";
-  if (registry_.OpenKey(RegistryRoot::kLocalMachine, newest, Registry::kRead, key) != 0) return "8";
-  registry_.CloseKey(key);
-  return "9";
+  return registry_.HasKey(RegistryRoot::kLocalMachine, newest) ? "9" : "8";
 }
 
 std::string ChartRegistry::UserKey(std::string_view product, std::string_view sub_key) {
@@ -58,12 +54,9 @@ std::string ChartRegistry::UserKey(std::string_view product, std::string_view su
 
 std::string ChartRegistry::ProgramFolder() {
   const std::string path = UserKey("Common\\", "File Paths");
-  RegistryKey key = 0;
-  if (registry_.OpenKey(kUser, path, Registry::kRead, key) != 0) return std::string(kDefaultFolder);
-  RegistryType type = RegistryType::kString;
+  if (!registry_.HasKey(RegistryRoot::kCurrentUser, path)) return std::string(kDefaultFolder);
   std::string folder;
-  const long code = registry_.QueryValue(key, "ProgramPath", type, folder);
-  registry_.CloseKey(key);
+  const long code = registry_.ReadText(path, "ProgramPath", folder);
   return Succeeded(code, path) ? folder : "Error";
 }
 
@@ -82,13 +75,7 @@ bool ChartRegistry::SaveChartsFolder(std::string_view folder) {
 }
 
 bool ChartRegistry::Save(const std::string& key, std::string_view name, std::string_view text) {
-  RegistryKey open = 0;
-  long code = registry_.OpenKey(kUser, key, Registry::kWrite, open);
-  if (code == 0) {
-    code = registry_.SetValue(open, name, RegistryType::kString, text);
-    registry_.CloseKey(open);
-  }
-  return Succeeded(code, key);
+  return Succeeded(registry_.WriteText(key, name, text), key);
 }
 
 bool ChartRegistry::Succeeded(long code, const std::string& key) {

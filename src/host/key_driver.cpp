@@ -93,9 +93,7 @@ void KeyDriver::StartHost() {
 bool KeyDriver::WaitForDialog() {
   for (std::chrono::milliseconds waited{0}; waited < kDialogPatience; waited += kDialogLook) {
     bool found = false;
-    IgnoringErrors([&] {
-      found = platform_.chart_windows.DialogExists(kChartFileDialogClass, kChartFileDialog);
-    });
+    IgnoringErrors([&] { found = platform_.chart_windows.FileDialogExists(); });
     if (found) {
       IgnoringErrors([&] { trader_.Moved(); });
       return true;
@@ -201,16 +199,17 @@ void KeyDriver::RefreshEachChart() {
 
 // Called after the wait, so that the focus leaves the trader's window only while keys are sent.
 void KeyDriver::Refresh(std::initializer_list<std::string_view> keys) {
-  const bool behind = TraderIsElsewhere();
+  const bool in_background = TraderIsElsewhere();
   std::optional<FocusReturn> returning;
-  if (!behind) returning.emplace(platform_.chart_windows, trader_);
-  if (behind ? !HostIsThere() : !FocusHost()) return;
+  if (!in_background) returning.emplace(platform_.chart_windows, trader_);
+  if (in_background ? !HostIsThere() : !FocusHost()) return;
   bool first = true;
   for (const std::string_view key : keys) {
     if (!std::exchange(first, false)) Wait(kBeforeNextChartMs);
     IgnoringErrors([&] {
       KeySender& sender = platform_.keys;
-      worst_outcome_ = std::max(worst_outcome_, behind ? sender.SendBehind(key) : sender.Send(key));
+      worst_outcome_ =
+          std::max(worst_outcome_, in_background ? sender.SendInBackground(key) : sender.Send(key));
     });
   }
 }

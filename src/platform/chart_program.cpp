@@ -20,26 +20,13 @@ void Require(long code, const std::string& sub_key) {
                            std::to_string(code) + ").");
 }
 
-bool KeyExists(Registry& registry, RegistryRoot root, const std::string& sub_key) {
-  RegistryKey key = 0;
-  if (registry.OpenKey(root, sub_key, Registry::kRead, key) != 0) return false;
-  registry.CloseKey(key);
-  return true;
-}
-
 // Sets the text unless there is one that `keep` accepts.
-void EnsureText(Registry& registry, const std::string& sub_key, std::string_view name,
+void EnsureText(Registry& registry, const std::string& key, std::string_view name,
                 std::string_view text, const std::function<bool(const std::string&)>& keep) {
-  constexpr RegistryRoot kRoot = RegistryRoot::kCurrentUser;
-  Require(registry.CreateKey(kRoot, sub_key), sub_key);
-  RegistryKey key = 0;
-  Require(registry.OpenKey(kRoot, sub_key, Registry::kRead | Registry::kWrite, key), sub_key);
-  RegistryType type = RegistryType::kString;
+  Require(registry.CreateKey(RegistryRoot::kCurrentUser, key), key);
   std::string there;
-  const bool kept = registry.QueryValue(key, name, type, there) == 0 && keep(there);
-  const long code = kept ? 0 : registry.SetValue(key, name, RegistryType::kString, text);
-  registry.CloseKey(key);
-  Require(code, sub_key);
+  const bool kept = registry.ReadText(key, name, there) == 0 && keep(there);
+  if (!kept) Require(registry.WriteText(key, name, text), key);
 }
 
 // If only administrators may write for all users, the mark stays missing. Version 8 is assumed
@@ -70,9 +57,8 @@ void EnsureVersion(Registry& registry, const std::string& version,
 bool IsChartProgramFile(std::string_view name) { return UpperCased(name) == kChartProgramFile; }
 
 void EnsureChartProgramKeys(Registry& registry, std::string_view program_folder) {
-  constexpr RegistryRoot kRoot = RegistryRoot::kLocalMachine;
   const std::string installed(kInstalled);
-  const bool newer = KeyExists(registry, kRoot, installed + "9.0");
+  const bool newer = registry.HasKey(RegistryRoot::kLocalMachine, installed + "9.0");
   if (!newer) MarkAsInstalled(registry, installed + "8.0");
   EnsureVersion(registry, newer ? "9.0" : "8.0", program_folder);
 }

@@ -32,9 +32,8 @@ class ChartWindows {
   virtual WindowOwner OwnerOf(WindowId window) = 0;
   // Gives the focus to that window. Does nothing and returns false if it is gone or not shown.
   virtual bool GiveFocus(WindowId window) = 0;
-  // Looks for the chart program's file dialog, a top-level window of that class and title. The
-  // class is ignored where windows have none.
-  virtual bool DialogExists(std::string_view window_class, std::string_view title) = 0;
+  // Looks for the chart program's file dialog; one of another program does not count.
+  virtual bool FileDialogExists() = 0;
 };
 
 enum class KeyOutcome : std::uint8_t {
@@ -54,7 +53,7 @@ class KeySender {
   // back ends say what happens if it can't. Waiting until nobody types was the alternative, but a
   // trader who writes a letter would have no chart. Returns kNotSent if the chart isn't on the
   // screen.
-  virtual KeyOutcome SendBehind(std::string_view keys) = 0;
+  virtual KeyOutcome SendInBackground(std::string_view keys) = 0;
 };
 
 }  // namespace velumar

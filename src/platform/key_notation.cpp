@@ -39,6 +39,11 @@ char32_t Decode(std::string_view bytes) {
   return value;
 }
 
+// Also no part of a pair of UTF-16.
+bool IsControl(char32_t c) {
+  return c < 0x20 || (c >= 0x7F && c < 0xA0) || (c >= 0xD800 && c < 0xE000) || c > 0x10FFFF;
+}
+
 class Parser {
  public:
   explicit Parser(std::string_view text) : text_(text) {}
@@ -90,9 +95,14 @@ class Parser {
     } else if (kSpecial.find(text_[at_]) != std::string_view::npos) {
       Refuse(text_, std::string("unexpected \"") + text_[at_] + "\"");
     } else {
-      held.character = Character();
-      keys_.push_back(held);
+      AddCharacter(held, Character());
     }
+  }
+
+  void AddCharacter(KeyStroke held, char32_t character) {
+    if (IsControl(character)) Refuse(text_, "a control character");
+    held.character = character;
+    keys_.push_back(held);
   }
 
   char32_t Character() {
@@ -108,13 +118,13 @@ class Parser {
     const std::size_t close = text_.find('}', at_ + 2);
     if (close == std::string_view::npos) Refuse(text_, "a brace isn't closed");
     const std::string_view word = text_.substr(at_ + 1, close - at_ - 1);
+    at_ = close + 1;
     if (word.size() == CharacterBytes(word[0])) {
-      held.character = Decode(word);
+      AddCharacter(held, Decode(word));
     } else {
       held.named = Named(word);
+      keys_.push_back(held);
     }
-    keys_.push_back(held);
-    at_ = close + 1;
   }
 
   NamedKey Named(std::string_view word) const {

@@ -23,7 +23,8 @@ struct KeyStroke {
 // Parses a keystroke text: "%" holds Alt, "^" Ctrl and "+" Shift for the next key, "~" is Enter, a
 // word in braces is that key ("{SPACE}", "{ENTER}", "{END}", "{TAB}"), a single character in braces
 // is that character, and all else is typed as it is. A modifier before parentheses is held for all
-// keys between them. Throws std::invalid_argument saying what is wrong with the text.
+// keys between them. Throws std::invalid_argument saying what is wrong with the text, also for a
+// control character, which no key types.
 std::vector<KeyStroke> ParseKeys(std::string_view text);
 
 // Escapes a text so that it is typed character by character, for folders and symbols.

@@ -6,41 +6,23 @@
 
 namespace velumar {
 
-enum class RegistryRoot : std::uint8_t {
-  kNone,
-  kClassesRoot,
-  kCurrentUser,
-  kLocalMachine,
-  kUsers,
-  kPerformanceData,
-  kCurrentConfig,
-  kDynData
-};
+enum class RegistryRoot : std::uint8_t { kCurrentUser, kLocalMachine };
 
-// Value types, by their usual numbers.
-enum class RegistryType : std::uint32_t { kString = 1, kBinary = 3, kDWord = 4 };
-
-using RegistryKey = std::uint64_t;
-
-// The registry functions. Every call returns a code: 0 for success, 2 for a missing key or value, 5
-// for denied access, 234 for a value that doesn't fit the buffer, 1009 for a damaged registry, 1013
-// for a key that can't be written.
+// Texts in the registry of the system. A key is a path with "\" between its parts. The functions
+// that return a code return 0 for success, 2 for a missing key or value, 5 for denied access, 1009
+// for a damaged registry or value, 1013 for a key that can't be written, or another code of
+// Windows.
 class Registry {
  public:
-  static constexpr std::uint32_t kRead = 0x20019;
-  static constexpr std::uint32_t kWrite = 0x20006;
-
   virtual ~Registry() = default;
-  virtual long OpenKey(RegistryRoot root, std::string_view sub_key, std::uint32_t access,
-                       RegistryKey& key) = 0;
-  virtual void CloseKey(RegistryKey key) = 0;
-  virtual long QueryValue(RegistryKey key, std::string_view name, RegistryType& type,
-                          std::string& bytes) = 0;
-  virtual long SetValue(RegistryKey key, std::string_view name, RegistryType type,
-                        std::string_view bytes) = 0;
-  virtual long DeleteValue(RegistryKey key, std::string_view name) = 0;
-  virtual long CreateKey(RegistryRoot root, std::string_view sub_key) = 0;
-  virtual long DeleteKey(RegistryRoot root, std::string_view sub_key) = 0;
+  // False also for a key that can't be read.
+  virtual bool HasKey(RegistryRoot root, std::string_view key) = 0;
+  // Creates the key and its parents. An existing key stays as it is.
+  virtual long CreateKey(RegistryRoot root, std::string_view key) = 0;
+
+  // Values of the current user. The key must exist.
+  virtual long ReadText(std::string_view key, std::string_view name, std::string& text) = 0;
+  virtual long WriteText(std::string_view key, std::string_view name, std::string_view text) = 0;
 };
 
 }  // namespace velumar

@@ -72,12 +72,14 @@ class Printers {
   virtual void PrintReport(int run, const std::string& pdf_file) = 0;
 };
 
-// The user's settings of the application `Velumar`: texts in the section "Settings".
+// The user's settings of the application `Velumar`: texts in sections, its own in kSection.
 class SettingsStore {
  public:
+  static constexpr std::string_view kSection = "Settings";
+
   virtual ~SettingsStore() = default;
   // Returns nothing for a missing key.
-  virtual std::optional<std::string> Read(std::string_view key) const = 0;
+  std::optional<std::string> Read(std::string_view key) const { return ReadFrom(kSection, key); }
   // The same for another section, which only the user edits.
   virtual std::optional<std::string> ReadFrom(std::string_view section,
                                               std::string_view key) const = 0;

@@ -15,6 +15,32 @@ constexpr long kNotThere = 2;
 
 }  // namespace
 
+void VirtualEventLoop::ProcessPending() {
+  RunDue(now_);
+  if (on_pending_) on_pending_();
+}
+
+void VirtualEventLoop::WaitFor(Milliseconds time) {
+  const Milliseconds end = now_ + time;
+  RunDue(end);
+  // An event may have waited longer itself.
+  now_ = std::max(now_, end);
+}
+
+void VirtualEventLoop::Schedule(Milliseconds delay, std::function<void()> event) {
+  scheduled_.emplace(now_ + delay, std::move(event));
+}
+
+void VirtualEventLoop::RunDue(Milliseconds until) {
+  while (!scheduled_.empty() && scheduled_.begin()->first <= until) {
+    const auto next = scheduled_.begin();
+    now_ = std::max(now_, next->first);
+    const std::function<void()> event = std::move(next->second);
+    scheduled_.erase(next);
+    event();
+  }
+}
+
 std::vector<WindowId> RecordingChart::TopLevelWindows() {
   return running ? std::vector<WindowId>{kWindow} : std::vector<WindowId>{};
 }
@@ -50,7 +76,7 @@ KeyOutcome RecordingChart::Send(std::string_view keys) {
   return outcome;
 }
 
-KeyOutcome RecordingChart::SendBehind(std::string_view keys) { return Send(keys); }
+KeyOutcome RecordingChart::SendInBackground(std::string_view keys) { return Send(keys); }
 
 std::size_t RecordingBoxes::Ask(std::string_view text, const std::vector<std::string>& offered) {
   shown.emplace_back(text);
@@ -82,15 +108,11 @@ std::optional<std::uint32_t> ScriptedColours::ChooseColour(std::uint32_t) {
   return answer;
 }
 
-std::optional<std::string> MemorySettings::Read(std::string_view key) const {
-  const auto found = texts.find(key);
-  if (found == texts.end()) return std::nullopt;
-  return found->second;
-}
-
 std::optional<std::string> MemorySettings::ReadFrom(std::string_view section,
                                                     std::string_view key) const {
-  return Read(std::string(section) + "/" + std::string(key));
+  const std::string prefix = section == kSection ? "" : std::string(section) + "/";
+  const auto found = texts.find(prefix + std::string(key));
+  return found == texts.end() ? std::nullopt : std::optional(found->second);
 }
 
 void MemorySettings::Save(std::string_view key, std::string_view text) {
@@ -98,61 +120,34 @@ void MemorySettings::Save(std::string_view key, std::string_view text) {
   texts.insert_or_assign(std::string(key), std::string(text));
 }
 
-MemoryRegistry::Key* MemoryRegistry::Find(RegistryRoot root, std::string_view sub_key) {
-  const auto found = std::find_if(keys_.begin(), keys_.end(), [&](const Key& key) {
-    return key.root == root && key.sub_key == sub_key && !key.deleted;
-  });
-  return found == keys_.end() ? nullptr : &*found;
+MemoryRegistry::Values* MemoryRegistry::Find(RegistryRoot root, std::string_view key) {
+  const auto found = keys_.find({root, std::string(key)});
+  return found == keys_.end() ? nullptr : &found->second;
 }
 
-long MemoryRegistry::OpenKey(RegistryRoot root, std::string_view sub_key, std::uint32_t,
-                             RegistryKey& key) {
-  const Key* found = Find(root, sub_key);
-  if (found == nullptr) return kNotThere;
-  key = static_cast<RegistryKey>(found - keys_.data()) + 1;
+long MemoryRegistry::CreateKey(RegistryRoot root, std::string_view key) {
+  keys_.try_emplace({root, std::string(key)});
   return 0;
 }
 
-long MemoryRegistry::QueryValue(RegistryKey key, std::string_view name, RegistryType& type,
-                                std::string& bytes) {
-  const auto& values = keys_.at(key - 1).values;
-  const auto found = values.find(name);
-  if (found == values.end()) return kNotThere;
-  type = found->second.type;
-  bytes = found->second.bytes;
+long MemoryRegistry::ReadText(std::string_view key, std::string_view name, std::string& text) {
+  const Values* const values = Find(RegistryRoot::kCurrentUser, key);
+  if (values == nullptr || !values->contains(name)) return kNotThere;
+  text = values->find(name)->second;
   return 0;
 }
 
-long MemoryRegistry::SetValue(RegistryKey key, std::string_view name, RegistryType type,
-                              std::string_view bytes) {
-  keys_.at(key - 1).values.insert_or_assign(std::string(name), Value{type, std::string(bytes)});
-  return 0;
-}
-
-long MemoryRegistry::DeleteValue(RegistryKey key, std::string_view name) {
-  auto& values = keys_.at(key - 1).values;
-  const auto found = values.find(name);
-  if (found == values.end()) return kNotThere;
-  values.erase(found);
-  return 0;
-}
-
-long MemoryRegistry::CreateKey(RegistryRoot root, std::string_view sub_key) {
-  if (Find(root, sub_key) == nullptr) keys_.push_back({root, std::string(sub_key), false, {}});
-  return 0;
-}
-
-long MemoryRegistry::DeleteKey(RegistryRoot root, std::string_view sub_key) {
-  Key* found = Find(root, sub_key);
-  if (found == nullptr) return kNotThere;
-  found->deleted = true;
+long MemoryRegistry::WriteText(std::string_view key, std::string_view name, std::string_view text) {
+  Values* const values = Find(RegistryRoot::kCurrentUser, key);
+  if (values == nullptr) return kNotThere;
+  values->insert_or_assign(std::string(name), std::string(text));
   return 0;
 }
 
 std::string ScriptedWeb::Get(const std::string& address, std::string_view target,
                              const std::function<bool()>& wanted) {
   asked.push_back(address + std::string(target));
-  if (meanwhile) meanwhile();
+  if (during_request) during_request();
   if (!wanted()) throw WebError("cancelled");
   if (answers.empty()) throw WebError("there is no network");
   std::string answer = answers.front();

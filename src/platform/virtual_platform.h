@@ -1,15 +1,42 @@
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/platform.h"
-#include "platform/virtual_event_loop.h"
 #include "platform/warn_once_settings.h"
 
 namespace velumar {
+
+// A clock that moves only when the program waits, so a run of a thousand bars takes only its
+// computing time. Scheduled events run, in order, inside the wait that reaches their time.
+class VirtualEventLoop : public EventLoop {
+ public:
+  using Milliseconds = std::chrono::milliseconds;
+
+  void ProcessPending() override;
+  void WaitFor(Milliseconds time) override;
+  void Sleep(Milliseconds time) override { now_ += time; }
+
+  // Runs the event `delay` from now.
+  void Schedule(Milliseconds delay, std::function<void()> event);
+  // Runs at every ProcessPending, after scheduled events.
+  void SetOnPending(std::function<void()> on_pending) { on_pending_ = std::move(on_pending); }
+  Milliseconds Now() const { return now_; }
+
+ private:
+  void RunDue(Milliseconds until);
+
+  Milliseconds now_{0};
+  std::multimap<Milliseconds, std::function<void()>> scheduled_;
+  std::function<void()> on_pending_;
+};
 
 // A chart program that is always running, accepts every key at once and records them.
 class RecordingChart : public ChartWindows, public KeySender {
@@ -28,9 +55,9 @@ class RecordingChart : public ChartWindows, public KeySender {
   WindowId FocusedWindow() override { return focused; }
   WindowOwner OwnerOf(WindowId window) override;
   bool GiveFocus(WindowId window) override;
-  bool DialogExists(std::string_view, std::string_view) override { return dialog_comes; }
+  bool FileDialogExists() override { return dialog_comes; }
   KeyOutcome Send(std::string_view keys) override;
-  KeyOutcome SendBehind(std::string_view keys) override;
+  KeyOutcome SendInBackground(std::string_view keys) override;
 
   // Settings for tests and scripts.
   bool running = true;
@@ -106,7 +133,6 @@ class FixedPrinters : public Printers {
 
 class MemorySettings : public SettingsStore {
  public:
-  std::optional<std::string> Read(std::string_view key) const override;
   std::optional<std::string> ReadFrom(std::string_view section,
                                       std::string_view key) const override;
   std::string Place() const override { return "settings"; }
@@ -118,31 +144,18 @@ class MemorySettings : public SettingsStore {
 // A registry in memory. Names are case-sensitive.
 class MemoryRegistry : public Registry {
  public:
-  long OpenKey(RegistryRoot root, std::string_view sub_key, std::uint32_t access,
-               RegistryKey& key) override;
-  void CloseKey(RegistryKey) override {}
-  long QueryValue(RegistryKey key, std::string_view name, RegistryType& type,
-                  std::string& bytes) override;
-  long SetValue(RegistryKey key, std::string_view name, RegistryType type,
-                std::string_view bytes) override;
-  long DeleteValue(RegistryKey key, std::string_view name) override;
-  long CreateKey(RegistryRoot root, std::string_view sub_key) override;
-  long DeleteKey(RegistryRoot root, std::string_view sub_key) override;
+  bool HasKey(RegistryRoot root, std::string_view key) override {
+    return Find(root, key) != nullptr;
+  }
+  long CreateKey(RegistryRoot root, std::string_view key) override;
+  long ReadText(std::string_view key, std::string_view name, std::string& text) override;
+  long WriteText(std::string_view key, std::string_view name, std::string_view text) override;
 
  private:
-  struct Value {
-    RegistryType type = RegistryType::kString;
-    std::string bytes;
-  };
-  struct Key {
-    RegistryRoot root = RegistryRoot::kNone;
-    std::string sub_key;
-    bool deleted = false;
-    std::map<std::string, Value, std::less<>> values;
-  };
-  Key* Find(RegistryRoot root, std::string_view sub_key);
+  using Values = std::map<std::string, std::string, std::less<>>;
+  Values* Find(RegistryRoot root, std::string_view key);
 
-  std::vector<Key> keys_;  // a handle is an index plus one
+  std::map<std::pair<RegistryRoot, std::string>, Values> keys_;
 };
 
 class FixedScreen : public Screen {
@@ -174,8 +187,8 @@ class ScriptedWeb : public WebClient {
   std::string Get(const std::string& address, std::string_view target,
                   const std::function<bool()>& wanted) override;
   std::vector<std::string> asked;
-  std::vector<std::string> answers;  // if none is left, the request fails
-  std::function<void()> meanwhile;   // runs during a request
+  std::vector<std::string> answers;      // if none is left, the request fails
+  std::function<void()> during_request;  // runs during a request
 };
 
 class RecordingPrograms : public Programs {

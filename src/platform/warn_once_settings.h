@@ -13,7 +13,6 @@ class WarnOnceSettings : public SettingsStore {
  public:
   WarnOnceSettings(SettingsStore& store, MessageBoxes& boxes) : store_(store), boxes_(boxes) {}
 
-  std::optional<std::string> Read(std::string_view key) const override { return store_.Read(key); }
   std::optional<std::string> ReadFrom(std::string_view section,
                                       std::string_view key) const override {
     return store_.ReadFrom(section, key);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -29,7 +30,9 @@ class WebClient {
                           const std::function<bool()>& wanted) = 0;
 };
 
-// By libcurl.
-std::unique_ptr<WebClient> SystemWebClient(EventLoop& events);
+// Uses libcurl on the program's one thread. An answer may have up to a megabyte, and headers of
+// 64 KB.
+std::unique_ptr<WebClient> SystemWebClient(
+    EventLoop& events, std::chrono::milliseconds time_out = std::chrono::seconds{60});
 
 }  // namespace velumar

@@ -18,11 +18,19 @@ struct MarketPreset {
   std::string_view quantity;
   std::string_view profit;
   std::string_view commission;
-  bool percent;
 };
-constexpr std::array<MarketPreset, 3> kPresets{{{"SET", "100", "1,000", "1", "0.25", true},
-                                                {"AFET", "20,000", "1", "5,000", "500", false},
-                                                {"TFEX", "50,000", "1", "1,000", "450", false}}};
+constexpr std::array<MarketPreset, 3> kPresets{{{"SET", "100", "1,000", "1", "0.25"},
+                                                {"AFET", "20,000", "1", "5,000", "500"},
+                                                {"TFEX", "50,000", "1", "1,000", "450"}}};
+
+// If the path names several markets, the last one of the table wins; null if it names none.
+const MarketPreset* PresetOf(std::string_view data_dir) {
+  const MarketPreset* last = nullptr;
+  for (const MarketPreset& preset : kPresets) {
+    if (data_dir.find(preset.word) != std::string_view::npos) last = &preset;
+  }
+  return last;
+}
 
 struct AccountBox {
   TextBox& box;
@@ -46,12 +54,9 @@ void Mark(const AccountBox& account, bool stock) {
 
 }  // namespace
 
-std::optional<std::string_view> PresetQuantity(std::string_view data_dir) {
-  std::optional<std::string_view> quantity;
-  for (const MarketPreset& preset : kPresets) {
-    if (data_dir.find(preset.word) != std::string_view::npos) quantity = preset.quantity;
-  }
-  return quantity;
+std::optional<std::string_view> DefaultQuantity(std::string_view data_dir) {
+  const MarketPreset* const preset = PresetOf(data_dir);
+  return preset == nullptr ? std::nullopt : std::optional(preset->quantity);
 }
 
 void AccountBoxes::BindEvents() {
@@ -74,8 +79,14 @@ std::optional<std::string> AccountBoxes::Problem() {
 }
 
 void AccountBoxes::DirectoryChanged() {
-  desktop_.form1().lblPercentComm.SetVisible(false);
-  FillBoxes();
+  Form1& form = desktop_.form1();
+  form.lblPercentComm.SetVisible(session_.IsStockMarket());
+  if (const MarketPreset* const preset = PresetOf(session_.DataDir)) {
+    form.txtContractValue.SetText(preset->margin);
+    desktop_.form3().txtContractVol.SetText(preset->quantity);
+    form.txtProfitperContract.SetText(preset->profit);
+    form.txtcomm.SetText(preset->commission);
+  }
   ReadContract(session_, inputs_);
   MarkAll();
 }
@@ -84,19 +95,6 @@ void AccountBoxes::GroupTexts() {
   Form1& form = desktop_.form1();
   for (TextBox* box : {&form.txtInitPorfolio, &form.txtContractValue, &form.txtProfitperContract}) {
     box->SetText(PatternText(box->Text(), kAccountPattern));
-  }
-}
-
-// If the path names several markets, the last one of the table wins.
-void AccountBoxes::FillBoxes() {
-  Form1& form = desktop_.form1();
-  for (const MarketPreset& preset : kPresets) {
-    if (session_.DataDir.find(preset.word) == std::string::npos) continue;
-    form.txtContractValue.SetText(preset.margin);
-    desktop_.form3().txtContractVol.SetText(preset.quantity);
-    form.txtProfitperContract.SetText(preset.profit);
-    form.txtcomm.SetText(preset.commission);
-    if (preset.percent) form.lblPercentComm.SetVisible(true);
   }
 }
 

@@ -12,7 +12,7 @@ namespace velumar {
 
 // The default quantity of an order in the market of this data directory; nothing if its path names
 // no market.
-std::optional<std::string_view> PresetQuantity(std::string_view data_dir);
+std::optional<std::string_view> DefaultQuantity(std::string_view data_dir);
 
 // The five boxes of the account in the setup window. A box whose text can't be used is red, and the
 // second line of its tooltip says why.
@@ -34,8 +34,6 @@ class AccountBoxes {
   void GroupTexts();
 
  private:
-  void FillBoxes();
-
   SimSession& session_;
   const RunInputs& inputs_;
   Desktop& desktop_;

@@ -2,7 +2,6 @@
 
 #include "base/ignoring.h"
 #include "base/number_text.h"
-#include "platform/event_loop.h"
 #include "shell/event_guard.h"
 #include "shell/window_shaping.h"
 
@@ -25,21 +24,18 @@ std::string FastStepTip(std::string_view word, std::string_view key) {
 NavigatorWindow::NavigatorWindow(SimSession& session, RunView& view, Desktop& desktop,
                                  Platform& platform, RunControl& run)
     : session_(session), view_(view), desktop_(desktop), platform_(platform), run_(run) {
-  BindEvents();
-}
-
-void NavigatorWindow::BindEvents() {
   Form2& form = desktop_.Untouched().form2;
   const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the navigator", [this] { Load(); });
-  form.on_unload = guarded("Closing the navigator",
-                           [this] { SaveOpacity(Window(), platform_.settings, kOpacityKey); });
+  form.on_unload = guarded("Closing the navigator", [this] {
+    platform_.settings.Save(kOpacityKey, std::to_string(Window().Opacity()));
+  });
   form.on_close = form.Image5.on_click =
       guarded("Going back to the setup", [this] { CloseAndReturn(); });
   form.on_press = form.Image8.on_press =
-      guarded("Moving the navigator", [this] { DragWindow(Window()); });
+      guarded("Moving the navigator", [this] { Window().StartDrag(); });
   form.HScrollx.on_change =
-      guarded("Changing the opacity", [this] { ApplyOpacity(Window(), Window().HScrollx); });
+      guarded("Changing the opacity", [this] { Window().SetOpacity(Window().HScrollx.Value()); });
   form.txtRefresh.on_change =
       guarded("Changing the number of charts", [this] { ChartCountTyped(); });
   const auto fast_step = [this](void (RunControl::*step)()) {
@@ -58,9 +54,8 @@ void NavigatorWindow::BindEvents() {
 
 void NavigatorWindow::Load() {
   Form2& form = Window();
-  form.SetTopmost(true);
+  ShapeSmallWindow(form);
   form.Image8.SetSize(form.Width(), form.Height());
-  RoundWindow(form, kCornerWidth, kCornerHeight);
   LoadOpacity(form, form.HScrollx, platform_.settings, kOpacityKey);
   form.Image6.SetToolTip(FastStepTip("Previous ", "PageUp"));
   form.Image7.SetToolTip(FastStepTip("Next ", "PageDown"));
@@ -102,11 +97,9 @@ void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
   if (closing_) return;
   closing_ = true;
-  const std::string top = PlaceText(form.Top());
-  const std::string left = PlaceText(form.Left());
   platform_.settings.Save("NavTop", PlaceText(form.RestTop()));
-  platform_.settings.Save("NavLeft", left);
-  IgnoringErrors([&] { SlideOut(form, top, left, platform_.events, platform_.screen); });
+  platform_.settings.Save("NavLeft", PlaceText(form.Left()));
+  IgnoringErrors([&] { SlideOut(form, platform_); });
   closing_ = false;
   desktop_.Unload(form);
   desktop_.Unload(desktop_.Untouched().form3);
@@ -114,9 +107,7 @@ void NavigatorWindow::CloseAndReturn() {
   Form1& setup = desktop_.form1();
   setup.Show();
   setup.ImgDonate.SetVisible(true);
-  IgnoringErrors([&] {
-    SlideIn(setup, session_.SetupTop, session_.SetupLeft, platform_.events, platform_.screen);
-  });
+  IgnoringErrors([&] { SlideIn(setup, session_.SetupTop, session_.SetupLeft, platform_); });
 }
 
 }  // namespace velumar

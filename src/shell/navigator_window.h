@@ -17,7 +17,6 @@ class NavigatorWindow {
                   RunControl& run);
 
  private:
-  void BindEvents();
   void Load();
   void Place();
   // Refuses a number of charts that doesn't fit any screen; the box then keeps the last one.

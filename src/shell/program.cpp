@@ -3,7 +3,6 @@
 #include "host/chart_registry.h"
 #include "host/host_control.h"
 #include "session/run_control.h"
-#include "shell/big_displays.h"
 #include "shell/event_guard.h"
 #include "shell/navigator_window.h"
 #include "shell/preview_window.h"
@@ -32,7 +31,6 @@ struct Program::Parts {
         setup(session, windows, desktop, platform, catalogue, run, panel, account, registry, ledger,
               cache),
         navigator(session, windows, desktop, platform, run),
-        big(session, desktop, platform),
         score_board(session, desktop, platform),
         results(desktop, platform, ledger, score_board),
         preview(desktop, platform),
@@ -53,7 +51,6 @@ struct Program::Parts {
   TradePanel panel;
   SetupWindow setup;
   NavigatorWindow navigator;
-  BigDisplays big;
   ScoreBoard score_board;
   ResultWindow results;
   PreviewWindow preview;

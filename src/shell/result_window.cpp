@@ -3,15 +3,19 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
+#include <map>
 #include <optional>
 #include <system_error>
 #include <utility>
 #include <vector>
 
 #include "base/ignoring.h"
+#include "base/paths.h"
 #include "base/text.h"
+#include "base/whole_file.h"
 #include "results/portfolio_chart.h"
-#include "results/run_record.h"
+#include "results/statistics.h"
 #include "shell/event_guard.h"
 #include "shell/window_shaping.h"
 
@@ -26,22 +30,6 @@ constexpr std::array kTypes = {kChart2DBar,  kChart3DBar,  kChart2DLine,
                                kChart2DArea, kChart3DLine, kChart3DStep};
 
 constexpr std::string_view kChangingTheChart = "Changing the chart";
-
-// What a toolbar button does, for the box about a failure.
-std::string_view TaskOf(int button) {
-  switch (button) {
-    case FrmResult::kSaveAs:
-      return "Saving the chart";
-    case FrmResult::kPreview:
-      return "Opening the print preview";
-    case FrmResult::kReport:
-      return "Printing the report";
-    case FrmResult::kClose:
-      return "Closing the results";
-    default:
-      return kChangingTheChart;
-  }
-}
 
 std::string FormTitle(const std::string& ending) {
   return (ending == "bmp" ? "Pictures" : UpperCased(ending)) + " (*." + ending + ")";
@@ -63,15 +51,7 @@ ChartRows RowsOf(PortfolioChart portfolio) {
 
 ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
                            ScoreBoard& score_board)
-    : desktop_(desktop),
-      platform_(platform),
-      ledger_(ledger),
-      score_board_(score_board),
-      tabs_(desktop, platform, ledger) {
-  BindEvents();
-}
-
-void ResultWindow::BindEvents() {
+    : desktop_(desktop), platform_(platform), ledger_(ledger), score_board_(score_board) {
   Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);
   windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click =
@@ -80,15 +60,28 @@ void ResultWindow::BindEvents() {
   form.on_load = guarded("Opening the results", [this] { Load(); });
   form.on_close = form.on_escape =
       guarded("Closing the results", [this] { desktop_.Unload(Window()); });
-  form.Toolbar1.on_button = [this, guarded](int button) {
-    guarded(TaskOf(button), [this, button] { PressToolbar(button); })();
-  };
+  Chart& chart = form.MSChart1;
+  std::map<int, std::function<void()>> buttons{
+      {FrmResult::kSaveAs, guarded("Saving the chart", [this] { SaveChartAs(); })},
+      {FrmResult::kPreview, guarded("Opening the print preview", [this] { OpenPreview(); })},
+      {FrmResult::kShadow, guarded(kChangingTheChart, [&chart] { chart.SetShadow(true); })},
+      {FrmResult::kNoShadow, guarded(kChangingTheChart, [&chart] { chart.SetShadow(false); })},
+      {FrmResult::kEffect, guarded(kChangingTheChart, [&chart] { chart.SetWallWhite(); })},
+      {FrmResult::kDefault, guarded(kChangingTheChart, [this] { RestoreChart(); })},
+      {FrmResult::kReport, guarded("Printing the report", [this] { PrintReport(); })},
+      {FrmResult::kClose, form.on_close}};
+  form.Toolbar1.on_button = [buttons = std::move(buttons)](int button) { buttons.at(button)(); };
   form.Combo1.on_click = guarded(kChangingTheChart, [this] { ApplyChartType(); });
   form.Combo1.on_key_up = guarded(kChangingTheChart, [this](int) { ApplyChartType(); });
   form.picCommonDialog.on_click = guarded(kChangingTheChart, [this] { ChooseColour(); });
   form.lnkScore.on_click = guarded("Opening the score board", [this] { score_board_.Open(); });
   form.cbxRun.on_click = guarded("Reading the run", [this] { ChooseRun(); });
-  tabs_.on_read = [this] { RefreshFiguresAndChart(); };
+  form.tabSheets.on_click = guarded("Reading the account", [this] { ChooseTab(); });
+  form.lstOrders.on_header =
+      guarded("Sorting the orders", [this](std::size_t column) { SortOrdersBy(column); });
+  form.cmdCopy.on_click = guarded("Copying", [this] { Copy(); });
+  form.lstOrders.on_copy = form.lstStatistics.on_copy = form.cmdCopy.on_click;
+  form.cmdExport.on_click = guarded("Saving the orders", [this] { ExportOrders(); });
 }
 
 // A window that the preview opened hidden may lack the newest orders.
@@ -104,15 +97,34 @@ void ResultWindow::Load() {
   CentreOnScreen(form, platform_.screen);
   form.MSChart1.SetPlace(0, 0);
   form.MSChart1.SetSize(form.Frame3.Width(), form.Frame3.Height());
-  form.chwd = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
-  form.chht = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
+  form.full_width = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
+  form.full_height = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
   run_ = {};
   // If the ledger can't be read, reading the figures says so.
   IgnoringErrors([this] { run_.newest = NewestRun(ledger_); });
-  tabs_.Load(run_);
+  SetUpTables();
+  tab_ = FrmResult::kChartTab;
+  account_.reset();
+  ShowTab();
   ListRuns();
-  ShowResultFigures();
-  Window().MSChart1.SetSeriesColour(Window().picCommonDialog.ForeColour());
+  form.Combo1.SetIndex(kFirstType);
+  try {
+    Show(Read(run_, false));
+  } catch (const LedgerError& error) {
+    platform_.boxes.Show(std::string("The results could not be read.\n") + error.what(),
+                         BoxIcon::kExclamation);
+  }
+  form.MSChart1.SetSeriesColour(form.picCommonDialog.ForeColour());
+}
+
+void ResultWindow::SetUpTables() {
+  FrmResult& form = Window();
+  form.lstStatistics.SetColumns({{"Figure"}, {"Value", true}});
+  std::vector<Table::Column> columns;
+  for (const OrderColumn& column : kOrderColumns) {
+    columns.push_back({std::string(column.title), column.numeric});
+  }
+  form.lstOrders.SetColumns(std::move(columns));
 }
 
 void ResultWindow::ListRuns() {
@@ -126,21 +138,12 @@ void ResultWindow::ListRuns() {
   if (list.Enabled()) list.SetIndex(0);
 }
 
-void ResultWindow::ShowResultFigures() {
-  Window().Combo1.SetIndex(kFirstType);
-  try {
-    RefreshFiguresAndChart();
-  } catch (const LedgerError& error) {
-    platform_.boxes.Show(std::string("The results could not be read.\n") + error.what(),
-                         BoxIcon::kExclamation);
-  }
-}
-
-void ResultWindow::RefreshFiguresAndChart() { Show(Read(run_)); }
-
-ResultWindow::Reading ResultWindow::Read(const ShownRun& run) {
+ResultWindow::Reading ResultWindow::Read(const ShownRun& run, bool with_account) {
   const int number = RunToRead(ledger_, run);
-  return {LoadResultFigures(ledger_, number), RowsOf(LoadPortfolioChart(ledger_, number))};
+  Reading reading{LoadResultFigures(ledger_, number), RowsOf(LoadPortfolioChart(ledger_, number)),
+                  std::nullopt};
+  if (with_account) reading.account = ReadAccount(ledger_, number);
+  return reading;
 }
 
 void ResultWindow::Show(Reading reading) {
@@ -148,6 +151,10 @@ void ResultWindow::Show(Reading reading) {
   // Setting rows ends a zoom, so only new ones are set.
   Chart& chart = Window().MSChart1;
   if (reading.rows != *chart.Content().rows) chart.SetRows(std::move(reading.rows));
+  account_ = std::move(reading.account);
+  if (!account_) return;
+  ShowStatistics();
+  ShowOrders();
 }
 
 // Blank before the first order.
@@ -176,29 +183,6 @@ void ResultWindow::RestoreChart() {
   Window().Combo1.SetIndex(kFirstType);  // the list names what the chart shows
 }
 
-void ResultWindow::PressToolbar(int button) {
-  switch (button) {
-    case FrmResult::kSaveAs:
-      return SaveChartAs();
-    case FrmResult::kPreview:
-      return OpenPreview();
-    case FrmResult::kShadow:
-      return Window().MSChart1.SetShadow(true);
-    case FrmResult::kNoShadow:
-      return Window().MSChart1.SetShadow(false);
-    case FrmResult::kEffect:
-      return Window().MSChart1.SetWallWhite();
-    case FrmResult::kDefault:
-      return RestoreChart();
-    case FrmResult::kReport:
-      return PrintReport();
-    case FrmResult::kClose:
-      return desktop_.Unload(Window());
-    default:
-      return;
-  }
-}
-
 // The file is kept even if its row in the ledger can't be written.
 void ResultWindow::SaveChartAs() {
   std::vector<FileForm> forms;
@@ -221,8 +205,8 @@ void ResultWindow::SaveChartAs() {
 
 void ResultWindow::OpenPreview() {
   FrmResult& form = Window();
-  form.chht = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
-  form.chwd = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
+  form.full_height = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
+  form.full_width = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
   desktop_.graph2().Show();
 }
 
@@ -259,10 +243,77 @@ void ResultWindow::ChooseRun() {
 
 void ResultWindow::LoadRun(int number) {
   const ShownRun chosen{number, run_.newest};
-  Reading reading = Read(chosen);
-  tabs_.ShowRun(chosen);
+  Reading reading = Read(chosen, tab_ != FrmResult::kChartTab);
   run_ = chosen;
   Show(std::move(reading));
+}
+
+void ResultWindow::ChooseTab() {
+  TabBar& tabs = Window().tabSheets;
+  if (tabs.Index() == tab_) return;
+  try {
+    if (tabs.Index() != FrmResult::kChartTab && !account_) Show(Read(run_, true));
+  } catch (const std::exception&) {
+    tabs.SetIndex(tab_);
+    throw;
+  }
+  tab_ = tabs.Index();
+  ShowTab();
+}
+
+void ResultWindow::ShowTab() {
+  FrmResult& form = Window();
+  form.MSChart1.SetVisible(tab_ == FrmResult::kChartTab);
+  form.lstStatistics.SetVisible(tab_ == FrmResult::kStatisticsTab);
+  form.lblSheetNote.SetVisible(tab_ == FrmResult::kStatisticsTab);
+  form.lstOrders.SetVisible(tab_ == FrmResult::kOrdersTab);
+  form.cmdCopy.SetVisible(tab_ != FrmResult::kChartTab);
+  form.cmdExport.SetVisible(tab_ == FrmResult::kOrdersTab);
+}
+
+void ResultWindow::ShowStatistics() {
+  const auto statistics = std::make_shared<const std::vector<Statistic>>(RunStatistics(*account_));
+  Window().lstStatistics.SetContent(
+      {statistics->size(),
+       [statistics](std::size_t row, std::size_t column) {
+         const Statistic& statistic = statistics->at(row);
+         return column == 0 ? std::string(statistic.name) : statistic.value;
+       },
+       [statistics](std::size_t row) { return std::string(statistics->at(row).formula); }});
+}
+
+void ResultWindow::ShowOrders() {
+  std::vector<OrderListRow> rows = ListOrders(account_->back());
+  const Table::Sorting& sorting = Window().lstOrders.SortedBy();
+  SortOrders(rows, sorting.column, sorting.descending);
+  orders_ = std::make_shared<const std::vector<OrderListRow>>(std::move(rows));
+  Window().lstOrders.SetContent({orders_->size(),
+                                 [orders = orders_](std::size_t row, std::size_t column) {
+                                   return orders->at(row).at(column).text;
+                                 },
+                                 [orders = orders_](std::size_t row) {
+                                   return orders->at(row).back().text;  // the note
+                                 }});
+}
+
+// A second click on a title reverses the order.
+void ResultWindow::SortOrdersBy(std::size_t column) {
+  Table& list = Window().lstOrders;
+  const Table::Sorting before = list.SortedBy();
+  list.MarkSorting({column, before.column == column && !before.descending});
+  ShowOrders();
+}
+
+void ResultWindow::Copy() {
+  const FrmResult& form = Window();
+  const Table& table = tab_ == FrmResult::kOrdersTab ? form.lstOrders : form.lstStatistics;
+  platform_.clipboard.SetText(table.CopyText());
+}
+
+void ResultWindow::ExportOrders() {
+  const auto file = platform_.files.ChooseFile({{"Orders (*.csv)", "csv"}}, "Orders");
+  if (!file || file->empty()) return;
+  ReplaceWholeFile(NativePath(*file), OrdersCsv(*orders_));
 }
 
 void ResultWindow::PrintReport() {

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <vector>
+
 #include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "platform/platform.h"
+#include "results/order_list.h"
 #include "results/result_figures.h"
 #include "results/run_record.h"
-#include "shell/result_tabs.h"
 #include "shell/score_board.h"
 
 namespace velumar {
@@ -20,28 +25,35 @@ class ResultWindow {
                ScoreBoard& score_board);
 
  private:
-  void BindEvents();
   // Shows the window; reads the ledger again unless it is visible already.
   void Open();
   void Load();
+  void SetUpTables();
   void ListRuns();
 
-  // What the figures and the chart show of a run.
+  // What the window shows of a run. Statistics and orders are made of the account, which is read
+  // only once one of them is shown.
   struct Reading {
     ResultFigures figures;
     ChartRows rows;
+    std::optional<std::vector<RunRecord>> account;
   };
   // Throws LedgerError.
-  Reading Read(const ShownRun& run);
+  Reading Read(const ShownRun& run, bool with_account);
   void Show(Reading reading);
-  void ShowResultFigures();
-  // Reads the shown run again. Throws LedgerError, and then changes nothing.
-  void RefreshFiguresAndChart();
   void WriteFigures(const ResultFigures& figures);
+  void ShowStatistics();
+  void ShowOrders();
+
+  // If the account can't be read, the tab doesn't change.
+  void ChooseTab();
+  void ShowTab();
+  void SortOrdersBy(std::size_t column);
+  void Copy();
+  void ExportOrders();
   void ApplyChartType();
   void RestoreChart();
 
-  void PressToolbar(int button);
   void SaveChartAs();
   void OpenPreview();
   void ChooseColour();
@@ -54,8 +66,10 @@ class ResultWindow {
   Platform& platform_;
   LedgerConnection& ledger_;
   ScoreBoard& score_board_;
-  ResultTabs tabs_;
   ShownRun run_;
+  int tab_ = FrmResult::kChartTab;
+  std::optional<std::vector<RunRecord>> account_;
+  std::shared_ptr<const std::vector<OrderListRow>> orders_;  // as sorted in the table
 };
 
 }  // namespace velumar

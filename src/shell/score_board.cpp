@@ -53,7 +53,7 @@ ScoreBoard::ScoreBoard(const SimSession& session, Desktop& desktop, Platform& pl
   form.on_close = form.on_escape = form.Image5.on_click =
       guarded("Closing the score board", [this] { desktop_.Unload(Window()); });
   form.on_press = form.Image1.on_press = form.Frame2.on_press =
-      guarded("Moving the score board", [this] { DragWindow(Window()); });
+      guarded("Moving the score board", [this] { Window().StartDrag(); });
   form.txtName.on_change = guarded("Reading the name", [this] { NameChanged(); });
   form.txtName.on_key_up = guarded("Sending the score", [this](int key) {
     if (key == kEnterKey) SendScore();
@@ -81,8 +81,7 @@ void ScoreBoard::Load() {
   form.txtName.SetText(platform_.settings.Read(kNameKey).value_or(""));
   form.txtAddress.SetText(Address());
   ExplainAddress();
-  form.SetTopmost(true);
-  RoundWindow(form, kCornerWidth, kCornerHeight);
+  ShapeSmallWindow(form);
   CentreOnScreen(form, platform_.screen);
 }
 

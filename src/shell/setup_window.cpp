@@ -21,8 +21,13 @@ namespace {
 constexpr std::string_view kTitle = "Velumar";
 constexpr std::string_view kVersion = VELUMAR_VERSION;
 constexpr std::string_view kBuild = "20071018";
-constexpr std::int16_t kSetupAlpha = 250;
+constexpr int kSetupOpacity = 250;
 constexpr int kDaysBack = 365;
+
+// A pressed picture moves by a pixel.
+void Shift(Control& picture, float twips) {
+  picture.SetPlace(picture.Left() + twips, picture.Top() + twips);
+}
 
 // Next to the program in a build folder; with the documentation if installed.
 std::string SupportPage(const std::string& program_folder) {
@@ -49,38 +54,40 @@ SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, P
       registry_(registry),
       ledger_(ledger),
       cache_(cache) {
-  BindEvents();
-}
-
-void SetupWindow::BindEvents() {
   Form1& form = desktop_.Untouched().form1;
   const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the setup", [this] { Load(); });
   form.on_unload = guarded("Saving the settings", [this] { Unload(); });
   form.on_close = guarded("Closing Velumar", [this] { Close(); });
   form.on_press = form.Image12.on_press =
-      guarded("Moving the setup", [this] { DragWindow(Window()); });
+      guarded("Moving the setup", [this] { Window().StartDrag(); });
   form.on_drop = guarded("Importing the price files",
                          [this](const std::vector<std::string>& files) { TakeFiles(files); });
   form.Text3.on_change = guarded("Changing the data directory", [this] { DirectoryChanged(); });
   form.Text3.on_key_up = guarded("Listing the securities", [this](int key) {
     if (key == kEnterKey) catalogue_.BuildSymbolList();
   });
-  form.Command5.on_click = guarded("Choosing the data directory", [this] { PickDirectory(); });
+  form.Command5.on_click = guarded("Choosing the data directory", [this] {
+    if (catalogue_.PickDataDirectory()) catalogue_.BuildSymbolList();
+  });
   account_.BindEvents();
   form.Combo1.on_click = guarded("Choosing the security", [this] { catalogue_.SymbolChosen(); });
   form.Combo1.on_key_up =
       guarded("Choosing the security", [this](int) { catalogue_.SymbolTyped(); });
   for (PictureButton* button : {&form.Image3, &form.Image5}) {
-    button->on_press = [button] { PressImage(*button); };
-    button->on_release = [button] { ReleaseImage(*button); };
+    button->on_press = [button] { Shift(*button, kTwipsPerPixel); };
+    button->on_release = [button] { Shift(*button, -kTwipsPerPixel); };
   }
   form.DTPicker1.covered_days = [this] { return StartDays(); };
   form.DTPicker1.on_choice = guarded("Choosing the start date", [this](DayChoice choice) {
     if (const auto day = StartDay(StartDays(), choice, random_)) Window().DTPicker1.SetValue(*day);
   });
   form.Image3.on_click = guarded("Starting the run", [this] { StartRun(); });
-  form.ImgDonate.on_click = guarded("Opening the support page", [this] { OpenSupportPage(); });
+  // The project's own page, or the one that a setting names.
+  form.ImgDonate.on_click = guarded("Opening the support page", [this] {
+    platform_.programs.OpenInBrowser(
+        platform_.settings.Read("DonateUrl").value_or(SupportPage(platform_.program_folder)));
+  });
   form.Image5.on_click = guarded("Closing Velumar", [this] { Close(); });
 }
 
@@ -88,7 +95,9 @@ void SetupWindow::BindEvents() {
 // directory.
 void SetupWindow::Load() {
   IgnoringErrors([this] { ShapeAndName(); });
-  ReadSettings();
+  session_.Symbol = Setting("Symbol", "");
+  session_.SetupTop = Setting("Top", "0");
+  session_.SetupLeft = Setting("Left", "0");
   IgnoringErrors([this] { PlaceWindows(); });
   IgnoringErrors([this] { ReadSelectDate(); });
   IgnoringErrors([this] { FillDelay(); });
@@ -100,34 +109,28 @@ void SetupWindow::Load() {
   session_.BarIndex = 0;
   account_.GroupTexts();
   Window().Label6.SetVisible(false);
-  IgnoringErrors([this] { MakeStore(); });
+  IgnoringErrors([this] {
+    const std::filesystem::path store = NativePath(session_.SimDir);
+    if (!std::filesystem::exists(store)) std::filesystem::create_directory(store);
+  });
   Window().Show();
   // Clicks run while it slides in, but no run may begin before the ledger is open.
   loading_ = true;
-  IgnoringErrors([this] {
-    SlideIn(Window(), session_.SetupTop, session_.SetupLeft, platform_.events, platform_.screen);
-  });
+  IgnoringErrors([this] { SlideIn(Window(), session_.SetupTop, session_.SetupLeft, platform_); });
   loading_ = false;
   OpenLedger();
 }
 
 void SetupWindow::ShapeAndName() {
   Form1& form = Window();
-  form.SetTopmost(true);
-  RoundWindow(form, kCornerWidth, kCornerHeight);
-  SetWindowAlpha(form, kSetupAlpha);
+  ShapeSmallWindow(form);
+  form.SetOpacity(kSetupOpacity);
   form.lblPercentComm.SetVisible(false);
   form.ImgDonate.SetVisible(false);
   form.SetCaption(std::string(kTitle) + std::string(kVersion) + " build " + std::string(kBuild));
   form.Label5.SetText(kTitle);
   form.Label8.SetText("version " + std::string(kVersion));
   form.Image12.SetSize(form.Width(), form.Height());
-}
-
-void SetupWindow::ReadSettings() {
-  session_.Symbol = Setting("Symbol", "");
-  session_.SetupTop = Setting("Top", "0");
-  session_.SetupLeft = Setting("Left", "0");
 }
 
 void SetupWindow::PlaceWindows() {
@@ -180,11 +183,6 @@ void SetupWindow::OpenDataDirectory() {
   catalogue_.BuildSymbolList();
 }
 
-void SetupWindow::MakeStore() {
-  const std::filesystem::path store = NativePath(session_.SimDir);
-  if (!std::filesystem::exists(store)) std::filesystem::create_directory(store);
-}
-
 // Without a ledger a run replays; its orders then show the reason.
 void SetupWindow::OpenLedger() {
   LedgerOpen(ledger_, platform_.ledger_file);
@@ -198,10 +196,6 @@ void SetupWindow::DirectoryChanged() {
   session_.DataDir = Window().Text3.Text();
   Save("LastPath", session_.DataDir);
   account_.DirectoryChanged();
-}
-
-void SetupWindow::PickDirectory() {
-  if (catalogue_.PickDataDirectory()) catalogue_.BuildSymbolList();
 }
 
 void SetupWindow::TakeFiles(const std::vector<std::string>& files) {
@@ -231,17 +225,13 @@ void SetupWindow::StartRun() {
 // Returns false if the trader went back to the setup during a slide.
 bool SetupWindow::SlideToRun() {
   Form1& form = Window();
-  const std::string top = PlaceText(form.Top());
-  const std::string left = PlaceText(form.Left());
   Save("Top", PlaceText(form.RestTop()));
-  Save("Left", left);
-  SlideOut(form, top, left, platform_.events, platform_.screen);
+  Save("Left", PlaceText(form.Left()));
+  SlideOut(form, platform_);
   form.Hide();
   Form2& navigator = desktop_.form2();
   navigator.Show();
-  IgnoringErrors([&] {
-    SlideIn(navigator, session_.NavTop, session_.NavLeft, platform_.events, platform_.screen);
-  });
+  IgnoringErrors([&] { SlideIn(navigator, session_.NavTop, session_.NavLeft, platform_); });
   if (!navigator.Visible()) return false;
   panel_.ShowForRun();
   return true;
@@ -271,11 +261,6 @@ std::string SetupWindow::DelayToSave() const {
   const Form3& panel = desktop_.Untouched().form3;
   const bool typed = panel.Loaded() && !panel.Combo2.Text().empty();
   return typed ? panel.Combo2.Text() : DelaySeconds(session_.RefreshDelay);
-}
-
-void SetupWindow::OpenSupportPage() {
-  platform_.programs.OpenInBrowser(
-      platform_.settings.Read("DonateUrl").value_or(SupportPage(platform_.program_folder)));
 }
 
 void SetupWindow::Close() {

@@ -26,19 +26,15 @@ class SetupWindow {
               ChartRegistry& registry, LedgerConnection& ledger, IndexCache& cache);
 
  private:
-  void BindEvents();
   void Load();
   void ShapeAndName();
-  void ReadSettings();
   void PlaceWindows();
   void ReadSelectDate();
   void FillDelay();
   void OpenDataDirectory();
-  void MakeStore();
   void OpenLedger();
 
   void DirectoryChanged();
-  void PickDirectory();
   // Imports dropped price files, but only while no run feeds or is being prepared: an import
   // chooses a security, and a run keeps its own.
   void TakeFiles(const std::vector<std::string>& files);
@@ -48,8 +44,6 @@ class SetupWindow {
   std::vector<std::int32_t> StartDays();
   void Unload();
   std::string DelayToSave() const;
-  // Opens the project's own page in the browser, or the one that a setting names.
-  void OpenSupportPage();
   void Close();
 
   std::string Setting(std::string_view key, std::string_view otherwise) const;

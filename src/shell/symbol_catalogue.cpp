@@ -51,11 +51,11 @@ std::vector<std::string> PriceFilesIn(const std::string& directory) {
 }
 
 // With the system's separators.
-std::string Shown(const std::string& directory) {
+std::string NativeText(const std::string& directory) {
   return PathText(NativePath(directory).make_preferred());
 }
 
-std::string Files(std::size_t count) {
+std::string FileCount(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " file" : " files");
 }
 
@@ -175,7 +175,7 @@ void SymbolCatalogue::Import(const std::vector<std::string>& files) {
     platform_.boxes.Show("Only .csv files can be imported.", BoxIcon::kInformation);
     return;
   }
-  if (!Agreed(prices.size())) return;
+  if (!ConfirmImport(prices.size())) return;
   const Imported imported = ImportAll(prices);
   if (imported.files == 0) return;
   BuildSymbolList();
@@ -185,8 +185,8 @@ void SymbolCatalogue::Import(const std::vector<std::string>& files) {
 bool SymbolCatalogue::OfferImport() {
   const std::vector<std::string> prices = PriceFilesIn(session_.DataDir);
   if (prices.empty()) return false;
-  const std::string question = Shown(session_.DataDir) + "\nholds no market data yet, but " +
-                               Files(prices.size()) +
+  const std::string question = NativeText(session_.DataDir) + "\nholds no market data yet, but " +
+                               FileCount(prices.size()) +
                                " with prices. Velumar can import them there.";
   if (platform_.boxes.Ask(question, {"Import", "Choose another directory"}) != 0) return false;
   return ImportAll(prices).files > 0;
@@ -205,16 +205,17 @@ SymbolCatalogue::Imported SymbolCatalogue::ImportAll(const std::vector<std::stri
   }
   if (!problems.empty()) {
     platform_.boxes.Show("Imported " + std::to_string(imported.files) + " of " +
-                             Files(prices.size()) + "." + problems,
+                             FileCount(prices.size()) + "." + problems,
                          BoxIcon::kExclamation);
   }
   return imported;
 }
 
 // Asks once for all files, since securities of the same symbol and interval are replaced.
-bool SymbolCatalogue::Agreed(std::size_t files) {
+bool SymbolCatalogue::ConfirmImport(std::size_t files) {
   const std::string question =
-      "Import into the market data directory\n" + Shown(session_.DataDir) + "\n\n" + Files(files) +
+      "Import into the market data directory\n" + NativeText(session_.DataDir) + "\n\n" +
+      FileCount(files) +
       " will be imported. A security of the same symbol and interval is replaced.";
   return platform_.boxes.Ask(question, {"Import", "Cancel"}) == 0;
 }

@@ -50,7 +50,7 @@ class SymbolCatalogue {
   // If the data directory holds price files, offers to import them there. Returns true if some were
   // imported.
   bool OfferImport();
-  bool Agreed(std::size_t files);
+  bool ConfirmImport(std::size_t files);
   Imported ImportAll(const std::vector<std::string>& prices);
   void ChooseImported(const CsvImportReport& series);
   void SetDataDirectory(std::string_view directory);

@@ -11,6 +11,7 @@ namespace velumar {
 
 namespace {
 
+constexpr std::string_view kShowingBigNumbers = "Showing the big numbers";
 constexpr std::string_view kPanelOpacityKey = "PorfolioTransparent";
 constexpr float kUnderNavigator = 100;  // twips
 
@@ -24,25 +25,26 @@ TradePanel::TradePanel(SimSession& session, RunWindows& run, Desktop& desktop, P
       platform_(platform),
       account_(account),
       orders_(orders) {
-  BindEvents();
+  BindPanel();
+  BindBigDisplays();
 }
 
-void TradePanel::BindEvents() {
+void TradePanel::BindPanel() {
   Form3& form = desktop_.Untouched().form3;
   const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the trade panel", [this] { Load(); });
-  form.on_unload = guarded("Closing the trade panel",
-                           [this] { SaveOpacity(Window(), platform_.settings, kPanelOpacityKey); });
+  form.on_unload = guarded("Closing the trade panel", [this] {
+    platform_.settings.Save(kPanelOpacityKey, std::to_string(Window().Opacity()));
+  });
   form.on_close = form.Image5.on_click =
       guarded("Closing the trade panel", [this] { CloseAndReturn(); });
   form.on_press = form.Image1.on_press =
-      guarded("Moving the trade panel", [this] { DragWindow(Window()); });
+      guarded("Moving the trade panel", [this] { Window().StartDrag(); });
   form.HScrollx.on_change =
-      guarded("Changing the opacity", [this] { ApplyOpacity(Window(), Window().HScrollx); });
+      guarded("Changing the opacity", [this] { Window().SetOpacity(Window().HScrollx.Value()); });
   form.Combo2.on_double_click = guarded("Changing the delay", [this] { DelayConfirmed(); });
   form.Combo2.on_key_up = guarded("Changing the delay", [this](int) { DelayConfirmed(); });
-  form.chkShowBigform.on_click =
-      guarded("Showing the big numbers", [this] { BigNumbersToggled(); });
+  form.chkShowBigform.on_click = guarded(kShowingBigNumbers, [this] { BigNumbersToggled(); });
   form.imgLong.on_click = guarded("The order Long", [this] { orders_.Long(); });
   form.ImgShort.on_click = guarded("The order Short", [this] { orders_.Short(); });
   form.imgOffsetLong.on_click = guarded("The order Offset Long", [this] { orders_.OffsetLong(); });
@@ -51,16 +53,51 @@ void TradePanel::BindEvents() {
   form.txtContractVol.on_leave = guarded("Reading the quantity", [this] { QuantityLeft(); });
 }
 
+// Two of the displays leave a quarter of their width to the right edge of the screen.
+void TradePanel::BindBigDisplays() {
+  constexpr float kTop = 250;
+  constexpr float kDateTimeLeft = 150;
+  constexpr float kGap = 50;
+  Desktop::Windows& windows = desktop_.Untouched();
+  const EventGuard guarded(platform_.boxes);
+  const auto bind = [&](BigWindow& window, auto place) {
+    window.on_load = guarded(kShowingBigNumbers, [&window, place] {
+      constexpr int kOpacity = 200;
+      ShapeSmallWindow(window);
+      window.SetOpacity(kOpacity);
+      place(window);
+    });
+    window.on_press = window.lblScore.on_press = [&window] { window.StartDrag(); };
+    window.on_close = [this, &window] { desktop_.Unload(window); };
+  };
+  const auto place_right = [this](BigWindow& window, float top) {
+    constexpr float kWidths = 1.25F;
+    window.SetTop(top);
+    window.SetLeft(static_cast<float>(ScreenWidth(platform_.screen)) - kWidths * window.Width());
+  };
+  bind(windows.frmBigDateTime, [](BigWindow& window) {
+    window.SetTop(kTop);
+    window.SetLeft(kDateTimeLeft);
+  });
+  bind(windows.frmBigScore, [this, place_right](BigWindow& window) {
+    window.lblScore.SetText(desktop_.form1().txtInitPorfolio.Text());
+    window.lblScore.SetForeColour(session_.Portfolio < 0 ? kRed : kGreen);
+    place_right(window, kTop);
+  });
+  bind(windows.frmBigPrice, [this, place_right](BigWindow& window) {
+    place_right(window, desktop_.frmBigScore().Height() + kTop + kGap);
+  });
+}
+
 void TradePanel::Load() {
   Form3& form = Window();
   closing_ = false;
   // Each run starts with its market's default quantity.
-  if (const auto quantity = PresetQuantity(session_.DataDir))
+  if (const auto quantity = DefaultQuantity(session_.DataDir))
     form.txtContractVol.SetText(*quantity);
   form.imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
   RestartAccount();
-  form.SetTopmost(true);
-  RoundWindow(form, kCornerWidth, kCornerHeight);
+  ShapeSmallWindow(form);
   LoadOpacity(form, form.HScrollx, platform_.settings, kPanelOpacityKey);
   form.Image1.SetSize(form.Width(), form.Height());
   IgnoringErrors([this] { Place(); });
@@ -100,16 +137,16 @@ void TradePanel::DelayConfirmed() {
 }
 
 void TradePanel::BigNumbersToggled() {
-  if (Window().chkShowBigform.Checked()) {
-    desktop_.frmBigDateTime().Show();
-    desktop_.frmBigScore().Show();
-    desktop_.frmBigPrice().Show();
-    return;
-  }
+  const bool shown = Window().chkShowBigform.Checked();
   Desktop::Windows& windows = desktop_.Untouched();
-  desktop_.Unload(windows.frmBigDateTime);
-  desktop_.Unload(windows.frmBigScore);
-  desktop_.Unload(windows.frmBigPrice);
+  for (Form* window : {&windows.frmBigDateTime, &windows.frmBigScore, &windows.frmBigPrice}) {
+    if (shown) {
+      desktop_.Load(*window);
+      window->Show();
+    } else {
+      desktop_.Unload(*window);
+    }
+  }
 }
 
 void TradePanel::QuantityLeft() {
@@ -122,10 +159,7 @@ void TradePanel::CloseAndReturn() {
   if (closing_) return;
   closing_ = true;
   // A panel that was unloaded during its slide may belong to another run by now.
-  if (!SlideOut(form, PlaceText(form.Top()), PlaceText(form.Left()), platform_.events,
-                platform_.screen)) {
-    return;
-  }
+  if (!SlideOut(form, platform_)) return;
   closing_ = false;
   desktop_.Unload(form);
   desktop_.Unload(desktop_.Untouched().frmBigScore);

@@ -9,7 +9,8 @@
 
 namespace velumar {
 
-// What the controls of the trade panel do. Opening the panel starts the account.
+// What the controls of the trade panel do, and the three big displays that it opens. Opening the
+// panel starts the account.
 class TradePanel {
  public:
   TradePanel(SimSession& session, RunWindows& run, Desktop& desktop, Platform& platform,
@@ -20,7 +21,8 @@ class TradePanel {
   void ShowForRun();
 
  private:
-  void BindEvents();
+  void BindPanel();
+  void BindBigDisplays();
   void Load();
   void RestartAccount();
   void Place();

@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <optional>
 #include <stdexcept>
 
 #include "base/number_text.h"
-#include "platform/event_loop.h"
 
 namespace velumar {
 
@@ -15,9 +13,8 @@ namespace {
 
 constexpr int kSlideStep = 50;   // twips
 constexpr int kSlidePause = 10;  // ms
-constexpr int kMaxSlideSteps = 15;
-constexpr float kPressDepth = 15;  // twips: a pixel
-constexpr float kTitleBar = 360;   // twips of a title bar
+constexpr int kMostSlideSteps = 15;
+constexpr float kTitleBar = 360;  // twips of a title bar
 constexpr float kFirstPlaceBottomGap = 500;
 constexpr float kFirstPlaceSideGap = 50;
 constexpr float kNavigatorFirstLeft = 100;
@@ -27,43 +24,45 @@ std::int16_t Measure(float twips) {
   return static_cast<std::int16_t>(std::nearbyint(std::clamp(twips, 0.0F, 32767.0F)));
 }
 
-}  // namespace
-
-void RoundWindow(Form& window, std::int16_t corner_width, std::int16_t corner_height) {
-  window.SetCorners(corner_width, corner_height);
+// Throws std::invalid_argument for a text that is not a number.
+void LimitPlace(std::string& place, float size, std::int16_t measure) {
+  const std::optional<double> wanted = ToDouble(place);
+  if (!wanted) throw std::invalid_argument("not a window position");
+  if (*wanted > INT16_MAX) place = PlaceText(static_cast<float>(measure) - size);
 }
 
-void SetWindowAlpha(Form& window, std::int16_t alpha) {
-  constexpr std::int16_t kSolid = 255;
-  if (alpha >= 0 && alpha <= kSolid) window.SetOpacity(alpha);
+// Comes to rest where single steps would end. Returns false if the slide was ended early.
+bool Slide(Form& window, int from, int to, int step, int rest_top, EventLoop& events) {
+  const int slide = window.BeginSlide(static_cast<float>(rest_top));
+  clsWaitableTimer timer(events);
+  const bool has_steps = step > 0 ? from <= to : from >= to;
+  const int last = has_steps ? (to - from) / step : -1;
+  const int stride = std::max((last + kMostSlideSteps - 1) / kMostSlideSteps, 1);
+  for (int at = 0; at <= last && window.Slides(slide);
+       at = at < last ? std::min(at + stride, last) : last + 1) {
+    window.SetTop(static_cast<float>(from + at * step));
+    timer.Wait(kSlidePause);
+  }
+  window.EndSlide(slide);
+  return window.Slides(slide);
+}
+
+}  // namespace
+
+void ShapeSmallWindow(Form& window) {
+  constexpr int kCornerWidth = 15;  // pixels
+  constexpr int kCornerHeight = 12;
+  window.SetTopmost(true);
+  window.SetCorners(kCornerWidth, kCornerHeight);
 }
 
 void LoadOpacity(Form& window, Slider& slider, const SettingsStore& settings,
                  std::string_view key) {
-  constexpr std::int16_t kDefault = 250;
+  constexpr int kDefault = 250;
   const std::optional<std::int16_t> kept = ToInt16(settings.Read(key).value_or(""));
   const bool usable = kept && *kept >= slider.Limits().low && *kept <= slider.Limits().high;
-  const std::int16_t opacity = usable ? *kept : kDefault;
-  SetWindowAlpha(window, opacity);
-  slider.SetValue(opacity);
-}
-
-void ApplyOpacity(Form& window, const Slider& slider) {
-  SetWindowAlpha(window, static_cast<std::int16_t>(slider.Value()));
-}
-
-void SaveOpacity(const Form& window, SettingsStore& settings, std::string_view key) {
-  settings.Save(key, std::to_string(window.Opacity()));
-}
-
-void DragWindow(Form& window) { window.StartDrag(); }
-
-void PressImage(Control& image) {
-  image.SetPlace(image.Left() + kPressDepth, image.Top() + kPressDepth);
-}
-
-void ReleaseImage(Control& image) {
-  image.SetPlace(image.Left() - kPressDepth, image.Top() - kPressDepth);
+  slider.SetValue(usable ? *kept : kDefault);
+  window.SetOpacity(slider.Value());
 }
 
 std::int16_t ScreenWidth(const Screen& screen) { return Measure(screen.WidthTwips()); }
@@ -76,40 +75,6 @@ std::int16_t PlaceFromText(std::string_view text) {
   if (!far) throw std::invalid_argument("\"" + std::string(text) + "\" is not a window position");
   return *far < 0 ? INT16_MIN : INT16_MAX;
 }
-
-namespace {
-
-// Throws std::invalid_argument for a text that is not a number.
-void LimitPlace(std::string& place, float size, std::int16_t measure) {
-  const std::optional<double> wanted = ToDouble(place);
-  if (!wanted) throw std::invalid_argument("not a window position");
-  if (*wanted > INT16_MAX) place = PlaceText(static_cast<float>(measure) - size);
-}
-
-// The places from one top to another, a multiple of kSlideStep apart. The last one is not beyond
-// `end`; there is none if `end` is in the wrong direction.
-std::vector<int> SlideTops(int begin, int end, int direction) {
-  std::vector<int> tops;
-  const int steps = (end - begin) * direction / kSlideStep;
-  if ((end - begin) * direction < 0) return tops;
-  const int stride = std::max((steps + kMaxSlideSteps - 1) / kMaxSlideSteps, 1);
-  for (int step = 0; step < steps; step += stride) {
-    tops.push_back(begin + step * kSlideStep * direction);
-  }
-  tops.push_back(begin + steps * kSlideStep * direction);
-  return tops;
-}
-
-void SlideThrough(Form& window, int slide, EventLoop& events, const std::vector<int>& tops) {
-  clsWaitableTimer timer(events);
-  for (const int top : tops) {
-    if (!window.Slides(slide)) return;
-    window.SetTop(static_cast<float>(top));
-    timer.Wait(kSlidePause);
-  }
-}
-
-}  // namespace
 
 bool CanRestorePlace(std::string& top, std::string& left, const Form& window,
                      const Screen& screen) {
@@ -125,25 +90,16 @@ bool CanRestorePlace(std::string& top, std::string& left, const Form& window,
 
 std::string PlaceText(float place) { return PlainNumberText(place); }
 
-void SlideIn(Form& window, std::string_view top, std::string_view left, EventLoop& events,
-             const Screen& screen) {
+void SlideIn(Form& window, std::string_view top, std::string_view left, const Platform& platform) {
   window.SetLeft(PlaceFromText(left));
   const int end = PlaceFromText(top);
-  const int slide = window.BeginSlide(static_cast<float>(end));
-  const int begin = ScreenHeight(screen);
-  SlideThrough(window, slide, events, SlideTops(begin, end, -1));
-  window.EndSlide(slide);
+  Slide(window, ScreenHeight(platform.screen), end, -kSlideStep, end, platform.events);
 }
 
-bool SlideOut(Form& window, std::string_view top, std::string_view left, EventLoop& events,
-              const Screen& screen) {
-  window.SetLeft(PlaceFromText(left));
-  const int end = ScreenHeight(screen);
-  const int begin = PlaceFromText(top);
-  const int slide = window.BeginSlide(static_cast<float>(begin));
-  SlideThrough(window, slide, events, SlideTops(begin, end, 1));
-  window.EndSlide(slide);
-  return window.Slides(slide);
+bool SlideOut(Form& window, const Platform& platform) {
+  window.SetLeft(PlaceFromText(PlaceText(window.Left())));
+  const int begin = PlaceFromText(PlaceText(window.Top()));
+  return Slide(window, begin, ScreenHeight(platform.screen), kSlideStep, begin, platform.events);
 }
 
 void CentreOnScreen(Form& window, const Screen& screen) {

@@ -1,8 +1,11 @@
 #include "trading/orders.h"
 
+#include <vector>
+
+#include "base/dates.h"
 #include "base/decimal.h"
 #include "base/number_text.h"
-#include "trading/ledger_row.h"
+#include "marketdata/interval.h"
 #include "trading/status_texts.h"
 
 namespace velumar {
@@ -20,12 +23,77 @@ std::string NotPlaced(const LedgerError& error) {
 // although the float held is a little less than 0.7. A sum of entries may be off by a digit that
 // the panel doesn't show; a quantity that looks the same closes all of it. Negative if more is
 // offset than held.
-float LeftOf(float held, float quantity) {
+float RemainderOf(float held, float quantity) {
   constexpr float kAllWholeDigitsShow = 1e7F;
   const bool reads_the_same = PlainNumberText(held) == PlainNumberText(quantity);
   if (reads_the_same && held < kAllWholeDigitsShow) return 0;
   const Decimal left = Decimal::Shortest(held).Minus(Decimal::Shortest(quantity));
   return ToSingle(left.Canonical()).value_or(0);
+}
+
+// The value of the plain number text: the ledger stores what a trader sees.
+double PlainValue(float figure) { return ToDouble(PlainNumberText(figure)).value_or(0); }
+
+LedgerValue IntervalValue(const std::string& interval) {
+  if (const auto minutes = ToDouble(interval)) return *minutes;
+  return interval;
+}
+
+std::vector<LedgerValue> SideValues(const Book& book, const Side& side, bool offset) {
+  return {PlainValue(book.*side.AvgPrice),
+          offset ? 0.0 : PlainValue(book.*side.Amount),
+          offset ? 1.0 : 0.0,
+          PlainValue(book.*side.Accum),
+          PlainValue(book.*side.Unrealised),
+          offset ? PlainValue(book.*side.Realised) : 0.0};
+}
+
+std::string IsoDate(const SimSession& session) {
+  return DateText(session.BarDate.at(static_cast<std::size_t>(session.BarIndex)), "yyyy-MM-dd");
+}
+
+std::string RowTime(const SimSession& session) {
+  return PatternText(session.BarTime.at(static_cast<std::size_t>(session.BarIndex)), kTimePattern);
+}
+
+double RowPrice(const SimSession& session) {
+  const float close = session.BarClose.at(static_cast<std::size_t>(session.BarIndex));
+  return ToDouble(PatternText(close, kClosePattern)).value_or(0);
+}
+
+// The values of an order's row for PortfolioColumns(), read after the book has taken the order. A
+// row is about its own side only: the other side's columns are 0 even if it holds something.
+std::vector<LedgerValue> LedgerRow(const SimSession& session, const Side& side,
+                                   std::string_view position, bool offset) {
+  const std::vector<LedgerValue> nothing(6, LedgerValue(0.0));
+  const std::vector<LedgerValue> own = SideValues(session, side, offset);
+  const bool is_long = side.gains_on_rise;
+  std::vector<LedgerValue> row{1.0,
+                               session.Run.symbol,
+                               IntervalValue(IntervalToMatch(session.Run.interval)),
+                               IsoDate(session),
+                               RowTime(session),
+                               RowPrice(session),
+                               std::string(position)};
+  const auto append = [&row](const std::vector<LedgerValue>& values) {
+    row.insert(row.end(), values.begin(), values.end());
+  };
+  append(is_long ? own : nothing);
+  append(is_long ? nothing : own);
+  append({PlainValue(session.BalancePoint), PlainValue(session.Commission),
+          PlainValue(session.Balance)});
+  return row;
+}
+
+// What the ledger keeps of a holding in `before` that too large an offset has dropped at this bar.
+LedgerWiped DroppedPosition(const SimSession& session, std::string_view position,
+                            const Book& before, const Side& side) {
+  return {std::string(position),
+          PlainValue(before.*side.Accum),
+          PlainValue(before.*side.AvgPrice),
+          IsoDate(session),
+          RowTime(session),
+          RowPrice(session)};
 }
 
 std::string TooMuchText(float quantity, float held) {
@@ -40,46 +108,34 @@ std::string NothingHeldText(const Side& side) {
 
 }  // namespace
 
-OrderResult OrderDesk::Finished(OrderResult result) { return last_result_ = result; }
-
 OrderResult OrderDesk::Enter(const Side& side, std::string_view position) {
-  if (!OnBar()) return Finished(OrderResult::kInvalid);
+  if (!OnBar()) return OrderResult::kInvalid;
   const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
-  if (!figures.problem.empty()) {
-    Refuse(figures.problem);
-    return Finished(OrderResult::kInvalid);
-  }
+  if (!figures.problem.empty()) return Refuse(figures.problem, OrderResult::kInvalid);
   view_.SetStatusLine(BarLine(session_, platform_.locale));
-  return Finished(Whole([&] { return Fill(side, position, figures); }));
+  return AllOrNothing([&] { return Fill(side, position, figures); });
 }
 
 OrderResult OrderDesk::Offset(const Side& side, std::string_view position) {
-  if (!OnBar()) return Finished(OrderResult::kInvalid);
+  if (!OnBar()) return OrderResult::kInvalid;
   session_.MarketPrice = session_.BarClose[static_cast<std::size_t>(session_.BarIndex)];
   if (session_.*side.Accum == 0) {
-    view_.ShowRefusal(NothingHeldText(side));
-    return Finished(OrderResult::kNothingHeld);
+    return Refuse(NothingHeldText(side), OrderResult::kNothingHeld);
   }
   const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
-  if (!figures.problem.empty()) {
-    Refuse(figures.problem);
-    return Finished(OrderResult::kInvalid);
-  }
-  return Finished(Whole([&] { return Close(side, position, figures); }));
+  if (!figures.problem.empty()) return Refuse(figures.problem, OrderResult::kInvalid);
+  return AllOrNothing([&] { return Close(side, position, figures); });
 }
 
 bool OrderDesk::OnBar() {
-  if (session_.Preparing) {
-    Refuse("not yet: the run is being prepared");
-    return false;
-  }
-  std::string problem = LoadedSeriesProblem(session_, inputs_);
+  std::string problem = session_.Preparing ? "not yet: the run is being prepared"
+                                           : LoadedSeriesProblem(session_, inputs_);
   if (problem.empty() && !session_.HasBar(session_.BarIndex)) problem = "No current bar";
   if (!problem.empty()) Refuse(problem);
   return problem.empty();
 }
 
-OrderResult OrderDesk::Whole(const std::function<OrderResult()>& work) {
+OrderResult OrderDesk::AllOrNothing(const std::function<OrderResult()>& work) {
   const Book before = session_;
   const auto restore = [&] { static_cast<Book&>(session_) = before; };
   try {
@@ -89,7 +145,7 @@ OrderResult OrderDesk::Whole(const std::function<OrderResult()>& work) {
     return Refuse(error.what());
   } catch (const LedgerError& error) {
     restore();
-    Refuse("order not placed: it could not be saved in the ledger");
+    view_.ShowRefusal("order not placed: it could not be saved in the ledger");
     platform_.boxes.Show(NotPlaced(error), BoxIcon::kExclamation);
     return OrderResult::kRefused;
   }
@@ -115,7 +171,7 @@ OrderResult OrderDesk::Fill(const Side& side, std::string_view position,
   Average(side);
   ApplyOrderToBook(session_);
   if (Stored(double{book.*side.Accum} + double{book.*side.Amount}) > 0) {
-    WriteRow(side, position, false, figures);
+    LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, false), Detail(figures));
   }
   ShowStatus(session_, view_, platform_.locale);
   if (book.*side.Amount == 0) {
@@ -142,23 +198,16 @@ void OrderDesk::Average(const Side& side) {
   Book& book = session_;
   const double held = book.*side.Accum;
   const double added = book.*side.Amount;
-  if (Stored(held + added) > 0) {
-    book.*side.AvgPrice = Stored(
-        (double{book.*side.AvgPrice} * held + added * double{book.MarketPrice}) / (held + added));
-  } else {
-    book.*side.AvgPrice = 0;
-  }
+  const double value = double{book.*side.AvgPrice} * held + added * double{book.MarketPrice};
+  book.*side.AvgPrice = Stored(held + added) > 0 ? Stored(value / (held + added)) : 0;
 }
 
 OrderResult OrderDesk::Close(const Side& side, std::string_view position,
                              const OrderFigures& figures) {
   Book& book = session_;
   const Book before = book;
-  book.*side.Accum = LeftOf(before.*side.Accum, figures.quantity_single);
-  if (book.*side.Accum < 0) {
-    WipeOut(side, position, before, figures);
-    return OrderResult::kTooMuch;
-  }
+  book.*side.Accum = RemainderOf(before.*side.Accum, figures.quantity_single);
+  if (book.*side.Accum < 0) return DropPosition(side, position, before, figures);
   const double value = Costs(figures);
   book.UsedMargin =
       Stored(double{book.UsedMargin} - (double{book.Commission} + value + double{book.VatAmount}));
@@ -168,7 +217,7 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position,
   book.Balance = Stored(double{book.Balance} + double{book.*side.RealisedMoney});
   RevaluePositions(session_);
   ApplyOrderToBook(session_);
-  WriteRow(side, position, true, figures);
+  LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, true), Detail(figures));
   ShowStatus(session_, view_, platform_.locale);
   if (figures.quantity_single == 0) {
     view_.ShowRefusal("the quantity is 0: nothing was closed");
@@ -179,21 +228,16 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position,
 }
 
 // No money moves and no row is written, but the ledger keeps what was dropped.
-void OrderDesk::WipeOut(const Side& side, std::string_view position, const Book& before,
-                        const OrderFigures& figures) {
+OrderResult OrderDesk::DropPosition(const Side& side, std::string_view position, const Book& before,
+                                    const OrderFigures& figures) {
   if (ledger_.CanWrite()) {
-    LedgerNoteWiped(ledger_, WipedHolding(session_, position, before, side), Detail(figures));
+    LedgerNoteWiped(ledger_, DroppedPosition(session_, position, before, side), Detail(figures));
   }
   session_.*side.Accum = 0;
   session_.*side.AvgPrice = 0;
   Mark(side, false);
   ShowStatus(session_, view_, platform_.locale);
-  view_.ShowRefusal(TooMuchText(figures.quantity_single, before.*side.Accum));
-}
-
-void OrderDesk::WriteRow(const Side& side, std::string_view position, bool offset,
-                         const OrderFigures& figures) {
-  LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, offset), Detail(figures));
+  return Refuse(TooMuchText(figures.quantity_single, before.*side.Accum), OrderResult::kTooMuch);
 }
 
 void OrderDesk::Mark(const Side& side, bool entry) {
@@ -206,9 +250,9 @@ LedgerDetail OrderDesk::Detail(const OrderFigures& figures) const {
           ToDouble(Decimal::Shortest(session_.MarketPrice).Canonical())};
 }
 
-OrderResult OrderDesk::Refuse(std::string_view why) {
+OrderResult OrderDesk::Refuse(std::string_view why, OrderResult result) {
   view_.ShowRefusal(why);
-  return OrderResult::kRefused;
+  return result;
 }
 
 }  // namespace velumar

@@ -38,10 +38,10 @@ class OrderDesk {
         ledger_(ledger),
         chart_(chart) {}
 
-  OrderResult Long() { return Enter(kLongSide, "Long"); }
-  OrderResult Short() { return Enter(kShortSide, "Short"); }
-  OrderResult OffsetLong() { return Offset(kLongSide, "Offset Long"); }
-  OrderResult OffsetShort() { return Offset(kShortSide, "Offset Short"); }
+  OrderResult Long() { return last_result_ = Enter(kLongSide, "Long"); }
+  OrderResult Short() { return last_result_ = Enter(kShortSide, "Short"); }
+  OrderResult OffsetLong() { return last_result_ = Offset(kLongSide, "Offset Long"); }
+  OrderResult OffsetShort() { return last_result_ = Offset(kShortSide, "Offset Short"); }
 
   // Of the last order.
   OrderResult LastResult() const { return last_result_; }
@@ -49,7 +49,6 @@ class OrderDesk {
  private:
   OrderResult Enter(const Side& side, std::string_view position);
   OrderResult Offset(const Side& side, std::string_view position);
-  OrderResult Finished(OrderResult result);
 
   bool OnBar();
   OrderResult Fill(const Side& side, std::string_view position, const OrderFigures& figures);
@@ -57,16 +56,15 @@ class OrderDesk {
   // Returns the order's value and sets Commission and VatAmount in the book.
   double Costs(const OrderFigures& figures);
   void Average(const Side& side);
-  void WipeOut(const Side& side, std::string_view position, const Book& before,
-               const OrderFigures& figures);
+  OrderResult DropPosition(const Side& side, std::string_view position, const Book& before,
+                           const OrderFigures& figures);
   // Runs `work`. If it fails, the book is as it was.
-  OrderResult Whole(const std::function<OrderResult()>& work);
-  void WriteRow(const Side& side, std::string_view position, bool offset,
-                const OrderFigures& figures);
+  OrderResult AllOrNothing(const std::function<OrderResult()>& work);
   // Shows the order on the chart.
   void Mark(const Side& side, bool entry);
   LedgerDetail Detail(const OrderFigures& figures) const;
-  OrderResult Refuse(std::string_view why);
+  // Shows the reason and returns the result.
+  OrderResult Refuse(std::string_view why, OrderResult result = OrderResult::kRefused);
 
   SimSession& session_;
   RunInputs& inputs_;

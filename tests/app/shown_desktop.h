@@ -38,7 +38,7 @@ class ShownDesktop : public ::testing::Test {
 
   void ShowAll() {
     for (Form* form : desktop.All()) {
-      if (!form->Loaded()) form->BeLoaded();
+      desktop.Load(*form);
       form->Show();
     }
   }

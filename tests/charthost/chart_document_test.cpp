@@ -52,7 +52,7 @@ TEST_F(ChartDocumentTest, ShowsTheBarsThatAreStoredAndFollowsThem) {
 }
 
 // A working folder names all series of the run's directory, and only later one of them gets bars.
-TEST_F(ChartDocumentTest, TurnsToTheSeriesThatGetsTheBars) {
+TEST_F(ChartDocumentTest, SwitchesToTheSeriesThatGetsBars) {
   KeepBars(-1, 0);
   KeepBars(5, 0);
   ChartDocument chart = Open("SCB");

@@ -2,14 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <QLabel>
 #include <QTest>
 #include <algorithm>
 
 #include "charthost/bar_text.h"
 #include "charthost/chart_windows.h"
 #include "charthost/view/chart_plot.h"
-#include "charthost/view/readout_bar.h"
 #include "charts/qt_text.h"
 
 namespace velumar {
@@ -124,20 +122,6 @@ TEST_F(ChartPaneTest, NamesTheBarBelowThePointerAfterTheChartHasScrolled) {
   pane->WindowMoved();
   pane->Plot().replot();
   EXPECT_TRUE(shows_date_of(bar - 20));
-}
-
-TEST_F(ChartPaneTest, SaysWhatIsMissing) {
-  const auto pane = Open("NONE");
-  EXPECT_TRUE(std::ranges::any_of(pane->findChildren<QLabel*>(), [](const QLabel* label) {
-    return label->isVisible() && label->text().contains(QStringLiteral("no security \"NONE\""));
-  }));
-}
-
-TEST(ReadoutBar, BreaksIntoRowsInsteadOfCutting) {
-  ReadoutBar bar(nullptr);
-  bar.SetItems(
-      std::vector<ReadoutItem>(9, {QStringLiteral("L"), QStringLiteral("123,456.78"), {}}));
-  EXPECT_GE(bar.heightForWidth(300), 2 * bar.heightForWidth(4000) - 10);
 }
 
 }  // namespace

@@ -33,7 +33,7 @@ std::string Texts(const std::vector<DateTick>& ticks) {
   return texts;
 }
 
-TEST(DateTicks, NameYearsMonthsDaysOrTimesAsTheZoomAsks) {
+TEST(DateTicks, NameYearsMonthsDaysOrTimesByZoom) {
   const BarSeries daily = Weekdays(2003, 3000, 0);
   const BarSeries minutes = Weekdays(2004, 300, 5);
   struct Case {

@@ -86,16 +86,6 @@ TEST_P(MainWindowTest, TakesAWholeRunOfKeysFromOutside) {
   EXPECT_FALSE(program_.window->IsMenuShown());
 }
 
-TEST_P(MainWindowTest, ShowsTheMenuToAPersonWhoWaits) {
-  Key(Qt::Key_F, Qt::AltModifier);
-  EXPECT_FALSE(program_.window->IsMenuShown());
-  ASSERT_TRUE(QTest::qWaitFor([&] { return program_.window->IsMenuShown(); }, 3000));
-  Key(Qt::Key_Down);
-  Key(Qt::Key_O);
-  EXPECT_FALSE(program_.window->IsMenuShown());
-  EXPECT_TRUE(Dialog().isVisible());
-}
-
 // A Cyrillic layout types other letters with the same keys.
 TEST_P(MainWindowTest, KnowsItsKeysWhateverLettersTheyType) {
   const auto press = [this](char32_t letter, quint32 code, Qt::KeyboardModifiers held) {

@@ -6,8 +6,12 @@ namespace velumar {
 namespace {
 
 // Trades with the mouse, with keys in Velumar's windows and with keys in the chart.
-class TradeE2e : public TraderFixture {
+class TradeE2e : public TraderFixture, public testing::WithParamInterface<const char*> {
  protected:
+  void SetUp() override {
+    chart_link = GetParam();
+    TraderFixture::SetUp();
+  }
   std::vector<std::vector<LedgerValue>> Rows() {
     const std::string folder = std::filesystem::path(VELUMAR_PROGRAM).parent_path().string();
     LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
@@ -25,7 +29,7 @@ class TradeE2e : public TraderFixture {
   }
 };
 
-TEST_F(TradeE2e, OrdersByMouseAndKeysReachTheLedger) {
+TEST_P(TradeE2e, OrdersByMouseAndKeysReachTheLedger) {
   ClickOn(setup, setup.Image3);
   WaitForChart();
   hand.Activate("Velumar");
@@ -66,7 +70,7 @@ TEST_F(TradeE2e, OrdersByMouseAndKeysReachTheLedger) {
 
 // Every second the chart is refreshed, while the trader writes a letter full of the keys that
 // trade, step and pause.
-TEST_F(TradeE2e, KeysTypedInAnotherProgramStayThere) {
+TEST_P(TradeE2e, KeysTypedInAnotherProgramStayThere) {
   ClickOn(setup, setup.Image3);
   WaitForChart();
   Sleep(1500);
@@ -104,6 +108,8 @@ TEST_F(TradeE2e, KeysTypedInAnotherProgramStayThere) {
   hand.Press("s");
   EXPECT_TRUE(RowsAre(2)) << "a refresh returned the focus";
 }
+
+INSTANTIATE_TEST_SUITE_P(Links, TradeE2e, testing::Values("direct", "keys"));
 
 }  // namespace
 }  // namespace velumar

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
-#include "e2e/programs.h"
+#include "e2e/running_program.h"
 #include "e2e/trader_hand.h"
-#include "platform/qt/settings_file.h"
 
 namespace velumar {
 
@@ -15,24 +17,9 @@ class TraderFixture : public TraderHand {
  protected:
   static constexpr int kStartBar = 150;
 
-  void SetUp() override {
-    if (std::getenv("VELUMAR_E2E") == nullptr) {
-      GTEST_SKIP() << "takes over mouse and keyboard: scripts/test runs it on a virtual display";
-    }
-    IndexCache cache;
-    StoreSecurity(data, {"ABC", "A made series", -1}, DailyBars(300), cache);
-    const int date = MadeDate(kStartBar);
-    FileSettings settings(scratch.Sub("settings"));
-    settings.Save("LastPath", data);
-    settings.Save("Refresh", "1");
-    settings.Save("SelectDate", std::to_string(date / 100 % 100) + "/" +
-                                    std::to_string(date % 100) + "/" +
-                                    std::to_string(date / 10000));
-    StartProgram();
-  }
-
+  void SetUp() override;
   void StartProgram() {
-    program = std::make_unique<RunningProgram>(scratch.Path(), scratch.Sub("output"));
+    program = std::make_unique<RunningProgram>(scratch.Path(), scratch.Sub("output"), chart_link);
     ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
     Sleep(1500);  // the window slides in
   }
@@ -59,11 +46,11 @@ class TraderFixture : public TraderHand {
     return Eventually([&] { return ChartBars() == bars && StoreBars() == bars; });
   }
   long Refreshes() const {
-    long count = 0;
-    for (const auto& state : program->States()) count += state["event"] == "refreshed" ? 1 : 0;
-    return count;
+    return std::ranges::count_if(program->States(),
+                                 [](const auto& state) { return state["event"] == "refreshed"; });
   }
 
+  std::string chart_link = "direct";
   std::string data = scratch.Sub("data");
   std::unique_ptr<RunningProgram> program;
 };

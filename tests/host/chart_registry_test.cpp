@@ -9,28 +9,22 @@ class ChartRegistryTest : public testing::Test {
   VirtualPlatform outside;
   ChartRegistry chart{outside.registry, outside.boxes};
 
-  RegistryKey Open(const std::string& key) {
-    RegistryKey open = 0;
-    outside.registry.OpenKey(RegistryRoot::kCurrentUser, "Software\\Equis\\" + key,
-                             Registry::kRead | Registry::kWrite, open);
-    return open;
-  }
   std::string Value(const std::string& key, const std::string& name) {
-    RegistryType type = RegistryType::kString;
     std::string text;
-    outside.registry.QueryValue(Open(key), name, type, text);
+    outside.registry.ReadText("Software\\Equis\\" + key, name, text);
     return text;
   }
-  void Install(const std::string& version) {
+  void Install(const std::string& version, bool with_folder = true) {
     outside.registry.CreateKey(RegistryRoot::kLocalMachine,
                                "SOFTWARE\\Equis International\\MetaStock Professional\\" + version);
     const std::string paths = "Common\\" + version + "\\File Paths";
-    for (const std::string& key : {paths, "MetaStock Pro " + version + "\\DataPath",
-                                   "MetaStock Pro " + version + "\\OpenFileData"}) {
+    const std::string program = "MetaStock Pro " + version;
+    for (const std::string& key : {paths, program + "\\DataPath", program + "\\OpenFileData"}) {
       outside.registry.CreateKey(RegistryRoot::kCurrentUser, "Software\\Equis\\" + key);
     }
-    outside.registry.SetValue(Open(paths), "ProgramPath", RegistryType::kString,
-                              "/chart/" + version);
+    if (with_folder) {
+      outside.registry.WriteText("Software\\Equis\\" + paths, "ProgramPath", "/chart/" + version);
+    }
   }
 };
 
@@ -48,8 +42,7 @@ TEST_F(ChartRegistryTest, TheNewerInstallationWins) {
 
 TEST_F(ChartRegistryTest, FailuresShowTheirReason) {
   EXPECT_FALSE(chart.SaveDataFolder("/data"));
-  Install("8.0");
-  outside.registry.DeleteValue(Open("Common\\8.0\\File Paths"), "ProgramPath");
+  Install("8.0", false);
   EXPECT_EQ(chart.ProgramFolder(), "Error");
   const std::string key = "Bad Key Name: \n\nHKEY_CURRENT_USER\\Software\\Equis\\";
   EXPECT_EQ(outside.boxes.shown,

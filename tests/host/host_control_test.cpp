@@ -23,13 +23,10 @@ class HostControlTest : public testing::Test {
     session.SimDir = "/data/Simulate\\";
     session.Run.symbol = "ABC";
     session.RefreshDelay = 10000;
-    for (int bar = 0; bar < 200; ++bar) {
-      session.BarDate.push_back(20070125);
-      session.BarTime.push_back(0);
-      for (auto* prices :
-           {&session.BarOpen, &session.BarHigh, &session.BarLow, &session.BarClose}) {
-        prices->push_back(100.5F);
-      }
+    session.BarDate.assign(200, 20070125);
+    session.BarTime.assign(200, 0);
+    for (auto* prices : {&session.BarOpen, &session.BarHigh, &session.BarLow, &session.BarClose}) {
+      prices->assign(200, 100.5F);
     }
     session.BarIndex = session.FirstShownBar = 59;
     session.LastBarIndex = 199;
@@ -91,14 +88,13 @@ TEST_F(HostControlTest, APauseEndsARefreshBetweenTwoCharts) {
   EXPECT_EQ(Refresh(4).size(), 8U) << "a step after the pause refreshes all";
 }
 
-TEST_F(HostControlTest, AProgramThatIsNotThereIsStartedFromItsFolder) {
+TEST_F(HostControlTest, AProgramOrDialogThatIsNotThereIsStartedOrWaitedFor) {
   chart.running = false;
   host.CloseCharts();
   EXPECT_THAT(outside.programs.started,
               ElementsAre("C:\\Program Files\\Equis\\MetaStock\\MSWIN.EXE /l /e"));
-}
-
-TEST_F(HostControlTest, ADialogThatNeverComesEndsTheWaitWithABox) {
+  chart.running = true;
+  chart.sent.clear();
   chart.dialog_comes = false;
   host.OpenChart();
   EXPECT_GE(Now(), 15000);

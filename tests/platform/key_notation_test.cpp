@@ -21,8 +21,8 @@ TEST(KeyNotation, ParsesKeys) {
 }
 
 TEST(KeyNotation, RefusesOtherTexts) {
-  for (const char* const text :
-       {"%", "a^", "%(ab", "a)", "{TAB", "{NOKEY}", "{}", "}", "[", "\xC3"}) {
+  for (const char* const text : {"%", "a^", "%(ab", "a)", "{TAB", "{NOKEY}", "{}", "}", "[", "\xC3",
+                                 "a\nb", "{\x01}", "\x7F"}) {
     EXPECT_THROW(ParseKeys(text), std::invalid_argument) << text;
   }
 }

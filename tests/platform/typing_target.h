@@ -48,9 +48,27 @@ class TypingTarget {
 
   // Returns once the window is shown.
   Window Open(const Look& look) {
-    const Window window = OpenHidden(look);
+    std::unique_lock lock(mutex_);
+    const Window window =
+        XCreateSimpleWindow(display_, DefaultRootWindow(display_), 0, 0, 200, 100, 0, 0, 0);
+    XChangeProperty(display_, window, AtomOf("_NET_WM_NAME"), AtomOf("UTF8_STRING"), 8,
+                    PropModeReplace, reinterpret_cast<const unsigned char*>(look.title.data()),
+                    static_cast<int>(look.title.size()));
+    std::string program_file = look.program_file;
+    XClassHint names{program_file.data(), program_file.data()};
+    XSetClassHint(display_, window, &names);
+    if (look.owner != 0) XSetTransientForHint(display_, window, look.owner);
+    Atom ping = AtomOf("_NET_WM_PING");
+    if (look.answers_pings) XSetWMProtocols(display_, window, &ping, 1);
+    XSelectInput(display_, window, KeyPressMask | StructureNotifyMask);
+    fields_[window] = {XCreateIC(input_method_, XNInputStyle, XIMPreeditNothing | XIMStatusNothing,
+                                 XNClientWindow, window, nullptr),
+                       ""};
+    XMapWindow(display_, window);
+    XFlush(display_);
+    lock.unlock();
     Eventually([&] {
-      const std::lock_guard lock(mutex_);
+      const std::lock_guard relock(mutex_);
       XWindowAttributes attributes{};
       XGetWindowAttributes(display_, window, &attributes);
       return attributes.map_state == IsViewable;
@@ -86,27 +104,6 @@ class TypingTarget {
     std::string typed;
   };
 
-  Window OpenHidden(const Look& look) {
-    const std::lock_guard lock(mutex_);
-    const Window window =
-        XCreateSimpleWindow(display_, DefaultRootWindow(display_), 0, 0, 200, 100, 0, 0, 0);
-    XChangeProperty(display_, window, AtomOf("_NET_WM_NAME"), AtomOf("UTF8_STRING"), 8,
-                    PropModeReplace, reinterpret_cast<const unsigned char*>(look.title.data()),
-                    static_cast<int>(look.title.size()));
-    std::string program_file = look.program_file;
-    XClassHint names{program_file.data(), program_file.data()};
-    XSetClassHint(display_, window, &names);
-    if (look.owner != 0) XSetTransientForHint(display_, window, look.owner);
-    Atom ping = AtomOf("_NET_WM_PING");
-    if (look.answers_pings) XSetWMProtocols(display_, window, &ping, 1);
-    XSelectInput(display_, window, KeyPressMask | StructureNotifyMask);
-    fields_[window] = {XCreateIC(input_method_, XNInputStyle, XIMPreeditNothing | XIMStatusNothing,
-                                 XNClientWindow, window, nullptr),
-                       ""};
-    XMapWindow(display_, window);
-    XFlush(display_);
-    return window;
-  }
   void Run() {
     while (!ending_) {
       {
@@ -141,25 +138,21 @@ class TypingTarget {
     field->second.typed += text;
     if (!text.empty() && on_key_) on_key_(text);
   }
-  std::string TextOf(XIC input, XKeyEvent& key) const {
+  static std::string TextOf(XIC input, XKeyEvent& key) {
     std::array<char, 16> text{};
     KeySym symbol = NoSymbol;
     Status status = 0;
-    const bool shortcut = (key.state & (ControlMask | Mod1Mask)) != 0;
     const int bytes = Xutf8LookupString(input, &key, text.data(), text.size(), &symbol, &status);
     if (IsModifierKey(symbol)) return "";
-    std::string typed(text.data(), static_cast<std::size_t>(bytes));
-    const bool plain = bytes > 0 && static_cast<unsigned char>(text[0]) >= 0x20;
+    const bool shortcut = (key.state & (ControlMask | Mod1Mask)) != 0;
     const KeySym unshifted = XLookupKeysym(&key, 0);
-    if (shortcut && unshifted < 0x80) {
-      typed = static_cast<char>(unshifted);
-    } else if (!plain) {
-      const char* const name = XKeysymToString(symbol);
-      typed = "<" + std::string(name == nullptr ? "?" : name) + ">";
-    }
-    const std::string shift = shortcut && (key.state & ShiftMask) != 0 ? "+" : "";
-    return ((key.state & ControlMask) != 0 ? "^" : "") +
-           std::string((key.state & Mod1Mask) != 0 ? "%" : "") + shift + typed;
+    std::string typed = (key.state & ControlMask) != 0 ? "^" : "";
+    if ((key.state & Mod1Mask) != 0) typed += "%";
+    if (shortcut && (key.state & ShiftMask) != 0) typed += "+";
+    if (shortcut && unshifted < 0x80) return typed + static_cast<char>(unshifted);
+    const bool plain = bytes > 0 && static_cast<unsigned char>(text[0]) >= 0x20;
+    if (plain) return typed + std::string(text.data(), static_cast<std::size_t>(bytes));
+    return typed + "<" + XKeysymToString(symbol) + ">";
   }
   Atom AtomOf(const char* name) const { return XInternAtom(display_, name, False); }
 

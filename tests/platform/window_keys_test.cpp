@@ -74,7 +74,7 @@ TEST_F(WindowKeys, ARefreshTakesNoKeyFromATraderWhoTypesElsewhere) {
   });
   std::string refreshes;
   for (int i = 0; i < 6; ++i) {
-    EXPECT_EQ(Keys().SendBehind("%VR"), KeyOutcome::kAccepted);
+    EXPECT_EQ(Keys().SendInBackground("%VR"), KeyOutcome::kAccepted);
     EXPECT_EQ(Windows().FocusedWindow(), other);
     refreshes += "%vR";
     std::this_thread::sleep_for(100ms);

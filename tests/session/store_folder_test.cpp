@@ -60,8 +60,8 @@ class StoreFolderTest : public SessionFixture {
 
 TEST_F(StoreFolderTest, RefusesWhatIsNotAStoreAndTouchesNothing) {
   Write(others / "F1.DAT", "bars of another program");
-  const std::string default_store = store;
   const std::string foreign = "no run has put there";
+  const fs::path mark = StoreFolder::kMark;
   const struct {
     const char* what;
     std::string folder;
@@ -87,31 +87,24 @@ TEST_F(StoreFolderTest, RefusesWhatIsNotAStoreAndTouchesNothing) {
          StoreSecurity(store, {"ABC", "ABC name", -1}, {MadeBar(3, 19991231)}, cache);
        },
        foreign},
-      {"a series without an index", store, [&] { Write(at / "F1.DAT", "bars"); }, foreign},
       {"a mark that is a link", store,
-       [&] {
-         fs::create_directory(at);
-         fs::create_symlink(others / "F1.DAT", at / StoreFolder::kMark);
-       },
-       "link"},
-      {"the data", data, [&] { Write(fs::path(data) / StoreFolder::kMark, ""); }, "is the market"},
-      {"the data by another way", data + "/../data/.",
-       [&] { Write(fs::path(data) / StoreFolder::kMark, ""); }, "is the market"},
-      {"above the data", scratch.Path().string(),
-       [&] { Write(scratch.Path() / StoreFolder::kMark, ""); }, "contains the market"},
+       [&] { fs::create_directory(at), fs::create_symlink(others / "F1.DAT", at / mark); }, "link"},
+      {"the data", data, [&] { Write(data / mark, ""); }, "is the market"},
+      {"the data by another way", data + "/../data/.", [&] { Write(data / mark, ""); },
+       "is the market"},
+      {"above the data", scratch.Text(), [&] { Write(scratch.Path() / mark, ""); },
+       "contains the market"},
       {"deep below the data and missing", store + "/deeper", [] {}, "deep inside"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     c.make();
     const auto before = Everything(scratch.Path());
-    const std::string refusal = Refusal(c.folder);
-    EXPECT_THAT(refusal, testing::HasSubstr(c.word));
+    EXPECT_THAT(Refusal(c.folder), testing::HasSubstr(c.word));
     EXPECT_EQ(Everything(scratch.Path()), before);
     fs::remove_all(at);
-    for (const fs::path& folder : {fs::path(data), scratch.Path()}) {
-      fs::remove(folder / StoreFolder::kMark);
-    }
+    fs::remove(data / mark);
+    fs::remove(scratch.Path() / mark);
   }
 }
 

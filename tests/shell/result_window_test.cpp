@@ -48,6 +48,9 @@ TEST_F(ResultWindowTest, LoadsFiguresAndChartOnceAndAgainWhenItWasClosed) {
   EXPECT_EQ(form.lblPortfolio.Text(), "995,000");
   EXPECT_EQ(form.lblShortProfitLoss.Text(), "-5");
   EXPECT_THAT(form.MSChart1.Content().rows->values, ElementsAre(998000, 1000000, 995000));
+  rows.Order(19, "Long", 1, 60, 1, 0, 990000);
+  all.windows.form1.imgGraph.UserClick();
+  EXPECT_EQ(form.lblPortfolio.Text(), "995,000") << "it is open: shown again, not read again";
 
   form.Combo1.UserChoose(3);
   form.Combo1.UserChoose(6);
@@ -58,12 +61,9 @@ TEST_F(ResultWindowTest, LoadsFiguresAndChartOnceAndAgainWhenItWasClosed) {
   all.outside.colours.failure.clear();
   all.outside.colours.answer = kRed;
   form.picCommonDialog.UserClick();
+  const ChartContent& chart = form.MSChart1.Content();
   for (const int button : {FrmResult::kShadow, FrmResult::kEffect})
     form.Toolbar1.UserButton(button);
-  rows.Order(19, "Long", 1, 60, 1, 0, 990000);
-  all.windows.form1.imgGraph.UserClick();
-  EXPECT_EQ(form.lblPortfolio.Text(), "995,000") << "it is open: shown again, not read again";
-  const ChartContent& chart = form.MSChart1.Content();
   EXPECT_TRUE(chart.shadow && chart.white_wall && chart.series == kRed);
   form.Toolbar1.UserButton(FrmResult::kNoShadow);
   EXPECT_FALSE(chart.shadow);
@@ -128,7 +128,7 @@ TEST_F(ResultWindowTest, TabsAndChartFollowTheChosenRun) {
 
 // Two trades are closed while the window shows the chart of a run that had closed none. Then "Play"
 // begins a run: all of the window goes on showing the last one.
-TEST_F(ResultWindowTest, AnOpenWindowIsAsNewAsItsOwnRun) {
+TEST_F(ResultWindowTest, AnOpenWindowFollowsItsOwnRunOnly) {
   rows.Begin(1000);
   rows.Order(19, "Long", 2, 60, 2, 0, 1000);
   Open();
@@ -159,7 +159,7 @@ TEST_F(ResultWindowTest, AnOpenWindowIsAsNewAsItsOwnRun) {
   EXPECT_EQ(form.lblPortfolio.Text(), "500");
 }
 
-TEST_F(ResultWindowTest, SavesPrintsAndNotesProfiles) {
+TEST_F(ResultWindowTest, SavesPrintsAndRecordsWhatWasSaved) {
   Open();
   all.outside.files.answers = {"/tmp/it's.bmp", "/nowhere/x.bmp"};
   for (int i = 0; i < 3; ++i) form.Toolbar1.UserButton(FrmResult::kSaveAs);
@@ -225,13 +225,12 @@ TEST_F(PreviewTest, SheetAndChartAreZoomedSizedAndDragged) {
   preview.VScroll1.UserMove(3);
   EXPECT_EQ(PlaceOf(sheet), Pair(-800, -2700));
   EXPECT_EQ(PlaceOf(picture), Pair(2000, -1000));
-}
 
-TEST_F(PreviewTest, TheNextPreviewTakesTheLastSizeAsFullSize) {
   preview.cmdcancel.UserClick();
+  form.MSChart1.SetSize(5287.5F, 4147.5F);
   form.Toolbar1.UserButton(FrmResult::kPreview);
   preview.HScroll2.UserMove(100);
-  EXPECT_EQ(SizeOf(form.MSChart1), Pair(5288, 4148));
+  EXPECT_EQ(SizeOf(form.MSChart1), Pair(5288, 4148)) << "the size shown is the full size";
 }
 
 TEST_F(PreviewTest, PrintsTheChartItselfAndOpensItAgain) {

@@ -11,19 +11,20 @@ namespace {
 class ShapingTest : public testing::Test {
  protected:
   VirtualPlatform outside;
+  Platform platform = outside.References();
   Desktop desktop;
   Form2& form = desktop.form2();
 };
 
 TEST_F(ShapingTest, SlidesMoveInStepsOfFiftyTwips) {
-  SlideIn(form, "10000", "120", outside.events, outside.screen);
+  SlideIn(form, "10000", "120", platform);
   EXPECT_EQ(form.Top(), 10020) << "the last step that doesn't pass the end";
-  SlideOut(form, "10020", "120", outside.events, outside.screen);
+  SlideOut(form, platform);
   EXPECT_EQ(form.Top(), 11520);
-  SlideIn(form, "12000", "8132.5", outside.events, outside.screen);
+  SlideIn(form, "12000", "8132.5", platform);
   EXPECT_EQ(form.Top(), 11520) << "a place below the screen moves it only sideways";
   EXPECT_EQ(form.Left(), 8132);
-  EXPECT_THROW(SlideIn(form, "abc", "0", outside.events, outside.screen), std::invalid_argument);
+  EXPECT_THROW(SlideIn(form, "abc", "0", platform), std::invalid_argument);
 }
 
 TEST_F(ShapingTest, ASavedPlaceMustBeOnAScreen) {

@@ -36,14 +36,13 @@ TEST(StartDays, RandomLeavesHistoryAndFutureWhereTheSeriesHasThem) {
   for (const int bars_a_day : {1, 20}) {
     for (const int bars : {2 * bars_a_day, 340, 350, 360, 2000}) {
       const std::vector<std::int32_t> days = Days(bars, bars_a_day);
-      int lowest = bars;
-      int highest = 0;
+      std::ptrdiff_t lowest = bars;
+      std::ptrdiff_t highest = 0;
       for (int i = 0; i < 2000; ++i) {
         const std::int32_t day = *StartDay(days, DayChoice::kRandom, random);
-        const auto at = std::find(days.begin(), days.end(), day);
-        ASSERT_NE(at, days.end());
-        lowest = std::min(lowest, static_cast<int>(at - days.begin()));
-        highest = std::max(highest, static_cast<int>(at - days.begin()));
+        const std::ptrdiff_t bar = std::ranges::find(days, day) - days.begin();
+        lowest = std::min(lowest, bar);
+        highest = std::max(highest, bar);
       }
       EXPECT_GE(lowest, bars >= 400 ? 250 : 1) << bars;
       EXPECT_LE(highest, bars >= 400 ? bars - 101 : bars - 1) << bars;

@@ -8,8 +8,8 @@
 
 namespace velumar {
 
-// Writes orders as a trader's rows have them: a bar is a day of January 2007, one contract moves
-// 1,000 a point and costs 100 and 7 percent VAT.
+// Writes the rows of orders: bar n is day n of January 2007, and a contract costs a commission of
+// 100 and 7 percent VAT.
 struct LedgerRows {
   LedgerConnection& ledger;
 

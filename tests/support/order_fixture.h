@@ -10,7 +10,7 @@
 
 namespace velumar {
 
-// An order desk on a bar, with a ledger that keeps nothing.
+// An order desk at a bar, with a ledger in memory.
 class OrderFixture : public testing::Test {
  protected:
   OrderFixture() {

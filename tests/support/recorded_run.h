@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -47,10 +46,7 @@ struct RecordedRun : RunInputs, RunView {
   void LockChartCount() override { chart_count_locked = true; }
   void UnlockChartCount() override { chart_count_locked = false; }
   void ShowDelay(std::string_view seconds) override { delay = seconds; }
-  void OpenPanel() override {
-    if (panel_closed) on_open_panel();
-    panel_closed = false;
-  }
+  void OpenPanel() override {}
   void ShowStatus(const StatusTexts& texts) override {
     status = texts;
     refusal.clear();
@@ -78,11 +74,9 @@ struct RecordedRun : RunInputs, RunView {
   bool chart_count_locked = false;
   StatusTexts status;
   std::string refusal;
-  bool panel_closed = false;
-  std::function<void()> on_open_panel;
 };
 
-// A chart program's side that does nothing and remembers what it was asked for.
+// A chart side that does nothing but record the calls.
 struct RecordedCharts : ChartSide {
   void CloseCharts() override { asked.emplace_back("close"); }
   void OpenChart() override { asked.emplace_back("open"); }

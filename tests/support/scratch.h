@@ -18,7 +18,7 @@ inline Bar MadeBar(int i, int date, int time = 0) {
           7};
 }
 
-// The calendar is of no matter to a store: months of 28 days.
+// Every month has 28 days; a store does not mind.
 inline int MadeDate(int i) {
   return (2000 + i / 336) * 10000 + (i / 28 % 12 + 1) * 100 + i % 28 + 1;
 }

@@ -18,14 +18,14 @@
 
 namespace velumar {
 
-// Who waits patiently for a lock makes a slow test.
+// Whether locking fails as well. Waiting for a lock that fails would make a test slow.
 enum class Locks { kFailToo, kWork };
 
 // A child process that does some work and stops at each of its system calls. What is on the disk
-// at a stop is what a kill there would leave; and a call may be made to fail as on a broken disk.
+// then is what a kill at that moment would leave. A call can be made to fail, as on a broken disk.
 class TracedChild {
  public:
-  // `work` answers with the child's exit code.
+  // `work` returns the child's exit code.
   explicit TracedChild(const std::function<int()>& work) : process_(fork()) {
     if (process_ == 0) {
       if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(1);
@@ -49,7 +49,7 @@ class TracedChild {
   bool Ended() const { return WIFEXITED(status_) || WIFSIGNALED(status_); }
   int ExitCode() const { return WIFEXITED(status_) ? WEXITSTATUS(status_) : -1; }
 
-  // Continues until the next call begins or ends. The child gets its own faults.
+  // Continues until the next call begins or ends. The child's own faults are passed on to it.
   void Go() {
     const bool faulted = WIFSTOPPED(status_) && WSTOPSIG(status_) == SIGSEGV;
     ptrace(PTRACE_SYSCALL, process_, nullptr, faulted ? SIGSEGV : 0);
@@ -69,7 +69,7 @@ class TracedChild {
   // At the beginning of a call: its number, such as SYS_fsync.
   long Call() const { return static_cast<long>(Registers().orig_rax); }
 
-  // At the beginning of a call: does it change something on the disk, or lock it?
+  // At the beginning of a call: true if it changes something on the disk, or locks it.
   bool AtChange(Locks locks) const {
     const user_regs_struct registers = Registers();
     const auto call = static_cast<long>(registers.orig_rax);
@@ -157,7 +157,7 @@ inline bool CanTrace() {
   return TracedChild([] { return 0; }).Traced();
 }
 
-// Where hundreds of flushes take no time.
+// A parent folder in memory, where hundreds of flushes take no time.
 inline std::filesystem::path MemoryFolder() {
   const char* memory = "/dev/shm";
   return access(memory, W_OK) == 0 ? memory : std::filesystem::temp_directory_path();

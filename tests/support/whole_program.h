@@ -25,6 +25,11 @@ struct WholeProgram {
   Form2& Navigator() { return windows.form2; }
   Form3& Panel() { return windows.form3; }
 
+  // Starts a run at a bar's date.
+  void Play(int bar) {
+    Setup().DTPicker1.UserPick(MadeDate(bar));
+    Setup().Image3.UserClick();
+  }
   // Runs an action `ms` from now, inside whatever wait reaches that moment.
   void At(int ms, std::function<void()> action) {
     outside.events.Schedule(std::chrono::milliseconds(ms), std::move(action));
@@ -61,8 +66,7 @@ class RunFixture : public testing::Test {
 
   void StartAt(int bar) {
     all->program.Start();
-    all->Setup().DTPicker1.UserPick(MadeDate(bar));
-    all->Setup().Image3.UserClick();
+    all->Play(bar);
   }
 
   // Runs an action inside the pause that follows the feed of the bar.

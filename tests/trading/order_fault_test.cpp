@@ -19,7 +19,7 @@ class FaultyDesk : public OrderFixture {
   }
   void TestBody() override {}
 
-  // Places orders; answers how many were done, or kOutOfStep when the book and the results differ.
+  // Returns how many orders were done, or kOutOfStep if the book does not match their results.
   int Trade(int orders) {
     int done = 0;
     float held = 0;
@@ -45,7 +45,8 @@ double Count(SqliteDatabase& database, const std::string& table) {
   return std::get<double>(select.Value(0));
 }
 
-// What some work leaves of a ledger when the disk breaks. A passing fault is the milder one.
+// Checks what some work leaves in a ledger when the disk breaks. Half of the passing faults are
+// skipped, since they are the milder ones.
 bool BreakLedger(const DiskFault& fault, const std::function<int(const std::string& file)>& work,
                  bool traded_before,
                  const std::function<void(int exit_code, SqliteDatabase& left)>& check) {
@@ -74,7 +75,7 @@ TEST(OrderFault, ABrokenDiskKeepsBookAndLedgerInStep) {
       EXPECT_NE(done, kOutOfStep);
       refused += done < kOrders ? 1 : 0;
       const double rows = Count(left, "MyPortfolio");
-      // A commit whose flush failed may lie there all the same.
+      // A commit whose flush failed may be on the disk all the same.
       EXPECT_TRUE(rows == done || rows == done + 1) << rows;
       EXPECT_EQ(Count(left, "Details"), rows);
     });
@@ -102,7 +103,7 @@ TEST(OrderFault, WithABrokenDiskARunBeginsCompletelyOrNotAtAll) {
     return BreakLedger(fault, begin_run, true, [&](int exit_code, SqliteDatabase& left) {
       (exit_code == 1 ? begun : refused) += 1;
       const double runs = Count(left, "Runs");
-      // A commit whose flush failed may lie there all the same.
+      // A commit whose flush failed may be on the disk all the same.
       EXPECT_TRUE(exit_code == 1 ? runs == 1 : exit_code == 0);
       EXPECT_EQ(Count(left, "MyPortfolio"), runs == 0 ? kOrders : 0);
       EXPECT_EQ(Count(left, "Archive"), runs == 0 ? 0 : kOrders);

@@ -3,7 +3,6 @@
 #include "app/wiring/back_ends.h"
 #include "base/paths.h"
 #include "charts/qt_text.h"
-#include "platform/chart_program.h"
 #include "platform/qt/settings_file.h"
 #include "platform/system.h"
 #include "platform/user_files.h"
@@ -35,8 +34,8 @@ BackEnds SystemBackEnds(const Options& options) {
   BackEnds ends;
   ends.settings = OpenSettings(options, ends.problems);
   ends.registry = std::make_unique<SystemRegistry>();
-  ends.chart_windows = MakeWindowsChartWindows(std::string(kChartTitle));
-  ends.keys = MakeWindowsKeySender(std::string(kChartTitle));
+  ends.chart_windows = MakeWindowsChartWindows();
+  ends.keys = MakeWindowsKeySender();
   ends.locale = SystemLocale();
   ends.clock = std::make_unique<SystemClock>();
   ends.programs = std::make_unique<SystemPrograms>(options.chart_arguments);

@@ -3,7 +3,6 @@
 #include "app/wiring/back_ends.h"
 #include "base/paths.h"
 #include "charts/qt_text.h"
-#include "platform/chart_program.h"
 #include "platform/qt/registry_file.h"
 #include "platform/qt/settings_file.h"
 #include "platform/system.h"
@@ -35,8 +34,8 @@ BackEnds SystemBackEnds(const Options& options) {
   BackEnds ends;
   Append(ends.problems, settings->TakeProblems());
   Append(ends.problems, registry->TakeProblems());
-  ends.chart_windows = MakeX11ChartWindows(std::string(kChartTitle));
-  ends.keys = MakeX11KeySender(std::string(kChartTitle));
+  ends.chart_windows = MakeX11ChartWindows();
+  ends.keys = MakeX11KeySender();
   ends.settings = std::move(settings);
   ends.registry = std::move(registry);
   ends.locale = SystemLocale();

@@ -11,8 +11,7 @@
 #include "charthost/view/main_window.h"
 #include "charthost/view/theme.h"
 #include "marketdata/index_cache.h"
-#include "platform/command_line.h"
-#include "platform/process.h"
+#include "platform/system.h"
 
 namespace {
 

@@ -1,9 +1,10 @@
-#include "platform/common/curl_web_client.h"
-
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
+
+#include "platform/web_client.h"
 
 namespace velumar {
 
@@ -12,6 +13,8 @@ namespace {
 using std::chrono_literals::operator""ms;
 
 constexpr auto kBetweenLooks = 10ms;
+constexpr std::size_t kLargestAnswer = std::size_t{1} << 20;  // bytes, without headers
+constexpr std::size_t kLargestHeaders = std::size_t{1} << 16;
 
 struct CloseUrl {
   void operator()(CURLU* url) const { curl_url_cleanup(url); }
@@ -67,7 +70,7 @@ struct Answer {
 // Returning less than `count` ends a transfer.
 std::size_t TakeText(const char* bytes, std::size_t, std::size_t count, void* taker) {
   Answer& answer = *static_cast<Answer*>(taker);
-  answer.too_large = answer.text.size() + count > CurlWebClient::kLargestAnswer;
+  answer.too_large = answer.text.size() + count > kLargestAnswer;
   if (answer.too_large) return 0;
   answer.text.append(bytes, count);
   return count;
@@ -76,7 +79,7 @@ std::size_t TakeText(const char* bytes, std::size_t, std::size_t count, void* ta
 std::size_t TakeHeader(const char*, std::size_t, std::size_t count, void* taker) {
   Answer& answer = *static_cast<Answer*>(taker);
   answer.header_bytes += count;
-  answer.too_large = answer.header_bytes > CurlWebClient::kLargestHeaders;
+  answer.too_large = answer.header_bytes > kLargestHeaders;
   return answer.too_large ? 0 : count;
 }
 
@@ -181,30 +184,37 @@ bool StartLibrary() {
   return started;
 }
 
+class CurlWebClient : public WebClient {
+ public:
+  CurlWebClient(EventLoop& events, std::chrono::milliseconds time_out)
+      : events_(events), time_out_(time_out) {}
+
+  std::string Get(const std::string& address, std::string_view target,
+                  const std::function<bool()>& wanted) override {
+    constexpr std::string_view kEndsOfALine("\r\n\0", 3);
+    if (target.find_first_of(kEndsOfALine) != std::string_view::npos) {
+      throw WebError("the text has a line end");
+    }
+    if (!StartLibrary()) throw WebError("libcurl could not be started");
+    const Place place = PlaceOf(address);
+    Answer answer;
+    const std::string whole = place.folder + std::string(target);
+    const Request request = MakeRequest(place, whole, answer, time_out_);
+    const CURLcode code = Transfer(request.get(), events_).Run(wanted);
+    if (code != CURLE_OK) throw WebError(Reason(code, answer, time_out_));
+    RequireSuccess(request.get(), answer.text);
+    return std::move(answer.text);
+  }
+
+ private:
+  EventLoop& events_;
+  std::chrono::milliseconds time_out_;
+};
+
 }  // namespace
 
-CurlWebClient::CurlWebClient(EventLoop& events, std::chrono::milliseconds time_out)
-    : events_(events), time_out_(time_out) {}
-
-std::string CurlWebClient::Get(const std::string& address, std::string_view target,
-                               const std::function<bool()>& wanted) {
-  constexpr std::string_view kEndsOfALine("\r\n\0", 3);
-  if (target.find_first_of(kEndsOfALine) != std::string_view::npos) {
-    throw WebError("the text has a line end");
-  }
-  if (!StartLibrary()) throw WebError("libcurl could not be started");
-  const Place place = PlaceOf(address);
-  Answer answer;
-  const std::string whole = place.folder + std::string(target);
-  const Request request = MakeRequest(place, whole, answer, time_out_);
-  const CURLcode code = Transfer(request.get(), events_).Run(wanted);
-  if (code != CURLE_OK) throw WebError(Reason(code, answer, time_out_));
-  RequireSuccess(request.get(), answer.text);
-  return std::move(answer.text);
-}
-
-std::unique_ptr<WebClient> SystemWebClient(EventLoop& events) {
-  return std::make_unique<CurlWebClient>(events);
+std::unique_ptr<WebClient> SystemWebClient(EventLoop& events, std::chrono::milliseconds time_out) {
+  return std::make_unique<CurlWebClient>(events, time_out);
 }
 
 }  // namespace velumar

@@ -10,9 +10,6 @@ enum class Obstacle : std::uint8_t { kNone, kOtherWindow, kNoFocus, kUserTypes, 
 
 // How long the chart program may take in all to process the keys of one text.
 inline constexpr std::chrono::milliseconds kAnswerTimeout{2000};
-// How often an obstacle is checked.
-inline constexpr std::chrono::milliseconds kCheckInterval{10};
-
 // How long to wait for an obstacle to go away. No window has the focus while one opens or closes.
 constexpr std::chrono::milliseconds TimeoutFor(Obstacle obstacle) {
   constexpr std::chrono::milliseconds kFocusTimeout{500};
@@ -25,6 +22,19 @@ constexpr std::chrono::milliseconds TimeoutFor(Obstacle obstacle) {
     default:
       return std::chrono::milliseconds(0);
   }
+}
+
+// Calls `type` until it returns no obstacle, and `wait` in between. Returns false for an obstacle
+// that does not go away in time.
+template <typename Type, typename Wait>
+bool TypeInTime(Type type, Wait wait) {
+  constexpr std::chrono::milliseconds kCheckInterval{10};
+  const auto start = std::chrono::steady_clock::now();
+  for (Obstacle obstacle = type(); obstacle != Obstacle::kNone; obstacle = type()) {
+    if (std::chrono::steady_clock::now() - start >= TimeoutFor(obstacle)) return false;
+    wait(kCheckInterval);
+  }
+  return true;
 }
 
 }  // namespace velumar

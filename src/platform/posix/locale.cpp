@@ -70,16 +70,10 @@ std::optional<std::string_view> TakeField(std::string_view& format) {
 
 bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
+// Letters would be fields of the pattern.
 std::string Quoted(std::string_view text) {
-  if (std::none_of(text.begin(), text.end(), IsLetter)) return std::string(text);
-  std::string quoted;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool letter = IsLetter(text[i]);
-    if (letter && (i == 0 || !IsLetter(text[i - 1]))) quoted += '\'';
-    quoted += text[i];
-    if (letter && (i + 1 == text.size() || !IsLetter(text[i + 1]))) quoted += '\'';
-  }
-  return quoted;
+  const bool letters = std::any_of(text.begin(), text.end(), IsLetter);
+  return letters ? "'" + std::string(text) + "'" : std::string(text);
 }
 
 // Counts the fields of a letter that are numbers or names of months.
@@ -119,6 +113,17 @@ std::string PatternOfEnvironment() {
   return pattern;
 }
 
+// The date format of the environment's LC_TIME, which the process itself doesn't switch to.
+// QLocale's short format has two-digit years where the system's has four.
+class PosixLocale : public LocaleInfo {
+ public:
+  std::string DateSeparator() const override { return SeparatorOfPattern(pattern_); }
+  std::string ShortDatePattern() const override { return pattern_; }
+
+ private:
+  std::string pattern_ = PatternOfEnvironment();
+};
+
 }  // namespace
 
 std::string PatternOfDateFormat(std::string_view format) {
@@ -156,9 +161,6 @@ std::string SeparatorOfPattern(std::string_view pattern) {
   }
   return std::string(separator.value_or(kUsual));
 }
-
-PosixLocale::PosixLocale()
-    : pattern_(PatternOfEnvironment()), separator_(SeparatorOfPattern(pattern_)) {}
 
 std::unique_ptr<LocaleInfo> SystemLocale() { return std::make_unique<PosixLocale>(); }
 

@@ -19,9 +19,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The name of an entry that only says that its group exists.
-constexpr char kGroupItself[] = ".";
-
 QString Escaped(std::string_view name) {
   // The value without a name that registry keys have.
   if (name.empty()) return QStringLiteral("@");
@@ -45,11 +42,14 @@ QString KeyOf(std::string_view group, std::string_view name) {
   return PrefixOf(group) + Escaped(name);
 }
 
-QString GroupKey(std::string_view group) { return PrefixOf(group) + QLatin1String(kGroupItself); }
+// An entry that only says that its group exists.
+QString GroupKey(std::string_view group) { return PrefixOf(group) + u'.'; }
 
-QStringList KeysWithPrefix(QStringList keys, const QString& prefix) {
-  keys.removeIf([&](const QString& key) { return !key.startsWith(prefix, Qt::CaseInsensitive); });
-  return keys;
+bool HaveGroup(const QStringList& keys, std::string_view group) {
+  const QString prefix = PrefixOf(group);
+  return std::any_of(keys.begin(), keys.end(), [&](const QString& key) {
+    return key.startsWith(prefix, Qt::CaseInsensitive);
+  });
 }
 
 // The key as the file spells it.
@@ -163,12 +163,6 @@ void AddValues(const std::map<std::string, std::string>& values, QSettings& sett
   }
 }
 
-QStringList AllKeys(const QSettings& settings, const std::map<std::string, std::string>& imported) {
-  QStringList keys = settings.allKeys();
-  for (const auto& [name, value] : imported) keys += QString::fromStdString(name);
-  return keys;
-}
-
 }  // namespace
 
 SharedIniFile::SharedIniFile(const fs::path& file) : file_(WithEnding(file, ".ini")) {
@@ -198,37 +192,18 @@ void SharedIniFile::Write(std::string_view group, std::string_view name, std::st
   });
 }
 
-void SharedIniFile::Remove(std::string_view group, std::string_view name) {
-  Change([&](QSettings& settings) { settings.remove(Spelled(settings, KeyOf(group, name))); });
-}
-
 void SharedIniFile::AddGroup(std::string_view group) {
   Change([&](QSettings& settings) {
-    const bool missing = KeysWithPrefix(settings.allKeys(), PrefixOf(group)).isEmpty();
-    if (missing) settings.setValue(GroupKey(group), QString());
-  });
-}
-
-void SharedIniFile::RemoveGroup(std::string_view group) {
-  Change([&](QSettings& settings) {
-    for (const QString& key : KeysWithPrefix(settings.allKeys(), PrefixOf(group))) {
-      settings.remove(key);
-    }
+    if (!HaveGroup(settings.allKeys(), group)) settings.setValue(GroupKey(group), QString());
   });
 }
 
 bool SharedIniFile::HasGroup(std::string_view group) {
   const auto settings = Open();
-  return settings && !KeysWithPrefix(AllKeys(*settings, imported_), PrefixOf(group)).isEmpty();
-}
-
-bool SharedIniFile::HasGroupsBelow(std::string_view group) {
-  const auto settings = Open();
   if (!settings) return false;
-  const QString prefix = PrefixOf(group);
-  const QStringList keys = KeysWithPrefix(AllKeys(*settings, imported_), prefix);
-  return std::any_of(keys.begin(), keys.end(),
-                     [&](const QString& key) { return key.indexOf(u'/', prefix.size()) >= 0; });
+  QStringList keys = settings->allKeys();
+  for (const auto& [name, value] : imported_) keys += QString::fromStdString(name);
+  return HaveGroup(keys, group);
 }
 
 bool SharedIniFile::MayBeWritten() const {

@@ -38,12 +38,9 @@ class SharedIniFile {
   // exists, QSettings then keeps the change in memory and writes it with the next one; otherwise
   // the change is lost.
   void Write(std::string_view group, std::string_view name, std::string_view value);
-  void Remove(std::string_view group, std::string_view name);
   void AddGroup(std::string_view group);
-  // Removes a group with its values.
-  void RemoveGroup(std::string_view group);
+  // True also for a group that only has groups below it.
   bool HasGroup(std::string_view group);
-  bool HasGroupsBelow(std::string_view group);
 
   // True while a damaged file can't be renamed, or a file may not be read (it is reported, but not
   // renamed). Nothing can be read or written until it is gone or may be read.
@@ -75,9 +72,6 @@ class FileSettings : public SettingsStore {
   // Usually UserFile("settings").
   explicit FileSettings(const std::filesystem::path& file) : file_(file) {}
 
-  std::optional<std::string> Read(std::string_view key) const override {
-    return ReadFrom("Settings", key);
-  }
   std::optional<std::string> ReadFrom(std::string_view section,
                                       std::string_view key) const override {
     return file_.Read(section, key);
@@ -85,7 +79,7 @@ class FileSettings : public SettingsStore {
   std::string Place() const override;
   // Throws std::runtime_error naming the file if it can't be written.
   void Save(std::string_view key, std::string_view text) override {
-    file_.Write("Settings", key, text);
+    file_.Write(kSection, key, text);
   }
 
   // Sentences for the user about a damaged file, to be shown once after the construction.

@@ -1,18 +1,15 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "platform/chart_windows.h"
 
 namespace velumar {
 
-// The title of the chart program's main window begins with `host_title`.
-
 // The windows of the Windows desktop. BringToFront and GiveFocus wait up to half a second until the
-// window has the focus; BringToFront restores it if it is minimised. DialogExists finds only a
-// dialog of the chart program, since others have such dialogs too, and brings it to the front.
-std::unique_ptr<ChartWindows> MakeWindowsChartWindows(std::string host_title);
+// window has the focus; BringToFront restores it if it is minimised. FileDialogExists brings the
+// dialog to the front.
+std::unique_ptr<ChartWindows> MakeWindowsChartWindows();
 
 // Types into the window in front if it is the chart program's main window or its file dialog. This
 // is checked before every key.
@@ -26,9 +23,9 @@ std::unique_ptr<ChartWindows> MakeWindowsChartWindows(std::string host_title);
 // found out by sent messages, which a window answers before it reads its next key. Throws
 // std::runtime_error if the system does not accept keys from programs.
 //
-// SendBehind brings the chart to the front for a moment. The trader's keys are held for that time
-// and typed into the previous window once it is back. If it isn't back within half a second, they
-// are dropped: typed into the chart they could place orders.
-std::unique_ptr<KeySender> MakeWindowsKeySender(std::string host_title);
+// SendInBackground brings the chart to the front for a moment. The trader's keys are held for that
+// time and typed into the previous window once it is back. If it isn't back within half a second,
+// they are dropped: typed into the chart they could place orders.
+std::unique_ptr<KeySender> MakeWindowsKeySender();
 
 }  // namespace velumar

@@ -46,28 +46,32 @@ std::vector<HWND> AllTopLevelWindows() {
   return windows;
 }
 
+std::vector<HWND> VisibleTopLevelWindows() {
+  std::vector<HWND> windows = AllTopLevelWindows();
+  std::erase_if(windows, [](HWND window) { return ::IsWindowVisible(window) == 0; });
+  return windows;
+}
+
 DWORD ProcessOf(HWND window) {
   DWORD process = 0;
   ::GetWindowThreadProcessId(window, &process);
   return process;
 }
 
-std::vector<HWND> WindowsChartProgram::MainWindows() const {
-  std::vector<HWND> windows = AllTopLevelWindows();
-  std::erase_if(windows, [](HWND window) { return ::IsWindowVisible(window) == 0; });
-  return ChartMainWindows(windows, host_title_, TitleOf,
-                          [](HWND window) { return IsChartProgramFile(ProgramOf(window)); });
+std::vector<HWND> ChartMainWindows() {
+  return ChartMainWindowsAmong(VisibleTopLevelWindows(), TitleOf,
+                               [](HWND window) { return IsChartProgramFile(ProgramOf(window)); });
 }
 
-bool WindowsChartProgram::Owns(HWND window) const {
-  const std::vector<HWND> main = MainWindows();
+bool IsOfChartProgram(HWND window) {
+  const std::vector<HWND> main = ChartMainWindows();
   return std::any_of(main.begin(), main.end(),
                      [&](HWND main_window) { return ProcessOf(main_window) == ProcessOf(window); });
 }
 
-bool WindowsChartProgram::TakesKeys(HWND window) const {
+bool TakesChartKeys(HWND window) {
   const std::string title = TitleOf(window);
-  return (title == kChartFileDialog || title.starts_with(host_title_)) && Owns(window);
+  return (title == kChartFileDialog || title.starts_with(kChartTitle)) && IsOfChartProgram(window);
 }
 
 }  // namespace velumar

@@ -11,22 +11,14 @@ namespace velumar {
 std::string TitleOf(HWND window);
 // Front to back.
 std::vector<HWND> AllTopLevelWindows();
+std::vector<HWND> VisibleTopLevelWindows();
 DWORD ProcessOf(HWND window);
 
-// Recognises the chart program's windows; ChartMainWindows says how.
-class WindowsChartProgram {
- public:
-  explicit WindowsChartProgram(std::string host_title) : host_title_(std::move(host_title)) {}
-
-  // Front to back; empty if the program isn't running.
-  std::vector<HWND> MainWindows() const;
-  // Returns true if the window belongs to the process of a main window.
-  bool Owns(HWND window) const;
-  // Returns true for windows that may be typed into: main windows and their file dialogs.
-  bool TakesKeys(HWND window) const;
-
- private:
-  std::string host_title_;
-};
+// The chart program's main windows, front to back; empty if it isn't running.
+std::vector<HWND> ChartMainWindows();
+// Returns true if the window belongs to the process of a main window.
+bool IsOfChartProgram(HWND window);
+// Returns true for windows that may be typed into: main windows and their file dialogs.
+bool TakesChartKeys(HWND window);
 
 }  // namespace velumar

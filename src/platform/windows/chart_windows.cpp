@@ -6,6 +6,7 @@
 #include <chrono>
 #include <optional>
 
+#include "platform/chart_program.h"
 #include "platform/windows/chart_program.h"
 #include "platform/windows/foreground.h"
 
@@ -20,26 +21,15 @@ constexpr UINT kWherever = SWP_NOMOVE | SWP_NOSIZE;
 
 HWND Native(WindowId window) { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window)); }
 
-std::optional<HWND> WithTitle(std::string_view title) {
-  std::optional<HWND> beginning;
-  for (const HWND window : AllTopLevelWindows()) {
-    if (::IsWindowVisible(window) == 0) continue;
-    const std::string text = TitleOf(window);
-    if (text == title) return window;
-    if (!beginning && text.starts_with(title)) beginning = window;
-  }
-  return beginning;
-}
-
 // Some desktops draw the window that gets the focus above those that stay on top. This raises ours
 // again, the lowest first to keep their order. The window must have processed the focus before: it
 // answers a message only then.
 void RaiseOwnOnTop(HWND focused) {
   Answers(focused, kActivationTimeout);
-  std::vector<HWND> windows = AllTopLevelWindows();
+  std::vector<HWND> windows = VisibleTopLevelWindows();
   std::erase_if(windows, [](HWND window) {
     return (::GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) == 0 ||
-           ::IsWindowVisible(window) == 0 || ProcessOf(window) != ::GetCurrentProcessId();
+           ProcessOf(window) != ::GetCurrentProcessId();
   });
   std::reverse(windows.begin(), windows.end());
   for (const HWND window : windows) {
@@ -48,12 +38,13 @@ void RaiseOwnOnTop(HWND focused) {
 }
 
 // The search ends early if the last window found is closed.
-std::vector<HWND> WithClassAndTitle(const std::string& window_class, const std::string& title) {
+std::vector<HWND> FileDialogs() {
   constexpr std::size_t kMost = 1000;
   std::vector<HWND> found;
   HWND window = nullptr;
   do {
-    window = ::FindWindowExA(nullptr, window, window_class.c_str(), title.c_str());
+    window =
+        ::FindWindowExA(nullptr, window, kChartFileDialogClass.data(), kChartFileDialog.data());
     if (window != nullptr) found.push_back(window);
   } while (window != nullptr && found.size() < kMost);
   return found;
@@ -61,8 +52,6 @@ std::vector<HWND> WithClassAndTitle(const std::string& window_class, const std::
 
 class WindowsChartWindows : public ChartWindows {
  public:
-  explicit WindowsChartWindows(std::string host_title) : host_title_(std::move(host_title)) {}
-
   std::vector<WindowId> TopLevelWindows() override {
     std::vector<WindowId> windows;
     for (const HWND window : AllTopLevelWindows()) {
@@ -116,8 +105,7 @@ class WindowsChartWindows : public ChartWindows {
 
   WindowOwner OwnerOf(WindowId window) override {
     if (velumar::ProcessOf(Native(window)) == ::GetCurrentProcessId()) return WindowOwner::kOwn;
-    const bool chart = WindowsChartProgram(host_title_).Owns(Native(window));
-    return chart ? WindowOwner::kChartProgram : WindowOwner::kOther;
+    return IsOfChartProgram(Native(window)) ? WindowOwner::kChartProgram : WindowOwner::kOther;
   }
 
   bool GiveFocus(WindowId window) override {
@@ -129,16 +117,13 @@ class WindowsChartWindows : public ChartWindows {
     return true;
   }
 
-  bool DialogExists(std::string_view window_class, std::string_view title) override {
-    const std::vector<HWND> found =
-        WithClassAndTitle(std::string(window_class), std::string(title));
-    const WindowsChartProgram program(host_title_);
-    const auto of_chart_program =
-        std::find_if(found.begin(), found.end(), [&](HWND window) { return program.Owns(window); });
+  bool FileDialogExists() override {
+    const std::vector<HWND> found = FileDialogs();
+    const auto of_chart_program = std::find_if(found.begin(), found.end(), IsOfChartProgram);
     if (of_chart_program == found.end()) return false;
     // The dialog that the user sees may be a window of another class.
-    for (const HWND window : AllTopLevelWindows()) {
-      const bool dialog = ::IsWindowVisible(window) != 0 && TitleOf(window) == title &&
+    for (const HWND window : VisibleTopLevelWindows()) {
+      const bool dialog = TitleOf(window) == kChartFileDialog &&
                           velumar::ProcessOf(window) == velumar::ProcessOf(*of_chart_program);
       if (dialog && !IsInFront(window)) TakeFocus(window);
       if (dialog) break;
@@ -147,19 +132,17 @@ class WindowsChartWindows : public ChartWindows {
   }
 
  private:
-  std::optional<HWND> Titled(std::string_view title) {
-    if (title != host_title_) return WithTitle(title);
-    const std::vector<HWND> main = WindowsChartProgram(host_title_).MainWindows();
+  static std::optional<HWND> Titled(std::string_view title) {
+    if (title != kChartTitle) return WindowWithTitle(VisibleTopLevelWindows(), title, TitleOf);
+    const std::vector<HWND> main = ChartMainWindows();
     return main.empty() ? std::nullopt : std::optional(main.front());
   }
-
-  std::string host_title_;
 };
 
 }  // namespace
 
-std::unique_ptr<ChartWindows> MakeWindowsChartWindows(std::string host_title) {
-  return std::make_unique<WindowsChartWindows>(std::move(host_title));
+std::unique_ptr<ChartWindows> MakeWindowsChartWindows() {
+  return std::make_unique<WindowsChartWindows>();
 }
 
 }  // namespace velumar

@@ -159,11 +159,9 @@ void ReleaseKeys(const std::vector<INPUT>& inputs, UINT taken) {
 // Types the keys of one text into the chart program.
 class Typing {
  public:
-  explicit Typing(const std::string& host_title) : program_(host_title) {}
-
   KeyOutcome TypeAll(const std::vector<KeyStroke>& strokes) {
     for (const KeyStroke& stroke : strokes) {
-      if (!TypeInTime(stroke)) {
+      if (!TypeInTime([&] { return Try(stroke); }, WaitServingOthers)) {
         WaitUntilRead();
         return KeyOutcome::kNotSent;
       }
@@ -175,20 +173,10 @@ class Typing {
   }
 
  private:
-  bool TypeInTime(const KeyStroke& stroke) {
-    const auto start = std::chrono::steady_clock::now();
-    while (true) {
-      const Obstacle obstacle = Try(stroke);
-      if (obstacle == Obstacle::kNone) return true;
-      if (std::chrono::steady_clock::now() - start >= TimeoutFor(obstacle)) return false;
-      WaitServingOthers(kCheckInterval);
-    }
-  }
-
   Obstacle Try(const KeyStroke& stroke) {
     const HWND front = ::GetForegroundWindow();
     if (front == nullptr) return Obstacle::kNoFocus;
-    if (!program_.TakesKeys(front)) return Obstacle::kOtherWindow;
+    if (!TakesChartKeys(front)) return Obstacle::kOtherWindow;
     if (UserHoldsModifier()) return Obstacle::kUserTypes;
     const HKL layout = ::GetKeyboardLayout(::GetWindowThreadProcessId(front, nullptr));
     std::vector<INPUT> inputs = InputsOfStroke(stroke, layout);
@@ -231,7 +219,6 @@ class Typing {
     }
   }
 
-  WindowsChartProgram program_;
   HWND unread_in_ = nullptr;
   UINT unread_ = 0;
   DWORD time_left_ms_{kAnswerTimeout.count()};
@@ -239,12 +226,12 @@ class Typing {
 };
 
 // Brings a window to the front and returns the focus to the one before at the end.
-class FrontLoan {
+class TemporaryFront {
  public:
-  FrontLoan(HWND before, HWND window) : before_(before) { BringUp(window); }
-  ~FrontLoan() { BringUp(before_); }
-  FrontLoan(const FrontLoan&) = delete;
-  FrontLoan& operator=(const FrontLoan&) = delete;
+  TemporaryFront(HWND before, HWND window) : before_(before) { BringUp(window); }
+  ~TemporaryFront() { BringUp(before_); }
+  TemporaryFront(const TemporaryFront&) = delete;
+  TemporaryFront& operator=(const TemporaryFront&) = delete;
 
  private:
   static void BringUp(HWND window) {
@@ -258,25 +245,12 @@ class FrontLoan {
 
 class WindowsKeySender : public KeySender {
  public:
-  explicit WindowsKeySender(std::string host_title) : host_title_(std::move(host_title)) {}
+  KeyOutcome Send(std::string_view keys) override { return Typing().TypeAll(ParseKeys(keys)); }
 
-  KeyOutcome Send(std::string_view keys) override {
-    constexpr char32_t kFirstPrintable = 0x20;
-    const std::vector<KeyStroke> strokes = ParseKeys(keys);
-    const bool control = std::any_of(strokes.begin(), strokes.end(), [](const KeyStroke& stroke) {
-      return stroke.named == NamedKey::kNone && stroke.character < kFirstPrintable;
-    });
-    if (control) {
-      throw std::invalid_argument("keys \"" + std::string(keys) + "\": a control character");
-    }
-    return Typing(host_title_).TypeAll(strokes);
-  }
-
-  KeyOutcome SendBehind(std::string_view keys) override {
+  KeyOutcome SendInBackground(std::string_view keys) override {
     const HWND front = ::GetForegroundWindow();
-    const WindowsChartProgram program(host_title_);
-    if (front != nullptr && program.TakesKeys(front)) return Send(keys);
-    const std::vector<HWND> charts = program.MainWindows();
+    if (front != nullptr && TakesChartKeys(front)) return Send(keys);
+    const std::vector<HWND> charts = ChartMainWindows();
     // Once keys are held, the release of a modifier would not arrive either.
     const bool free =
         front != nullptr && !charts.empty() && ::IsIconic(charts.front()) == 0 &&
@@ -285,18 +259,13 @@ class WindowsKeySender : public KeySender {
     if (!free) return KeyOutcome::kNotSent;
     const HeldKeys held(front);
     if (!held) return KeyOutcome::kNotSent;
-    const FrontLoan loan(front, charts.front());
+    const TemporaryFront temporary(front, charts.front());
     return Send(keys);
   }
-
- private:
-  std::string host_title_;
 };
 
 }  // namespace
 
-std::unique_ptr<KeySender> MakeWindowsKeySender(std::string host_title) {
-  return std::make_unique<WindowsKeySender>(std::move(host_title));
-}
+std::unique_ptr<KeySender> MakeWindowsKeySender() { return std::make_unique<WindowsKeySender>(); }
 
 }  // namespace velumar

@@ -7,19 +7,18 @@
 
 namespace velumar {
 
-// The title of the chart program's main window begins with `host_title`. An empty `display_name`
-// means the display of the environment. Both functions throw std::runtime_error naming the display
-// if it can't be reached, and so do all calls of their objects once it is gone.
+// An empty `display_name` means the display of the environment. Both functions throw
+// std::runtime_error naming the display if it can't be reached, and so do all calls of their
+// objects once it is gone.
 
 // The windows of an X display, as its window manager lists them; without one, the children of the
 // root window. A window may close at any time: it then has no title, isn't visible and can't be
 // maximised.
 //
 // BringToFront and GiveFocus restore the window if it is minimised, switch to its workspace, and
-// wait up to half a second until it has the focus. DialogExists ignores the window class; only a
-// dialog of the chart program counts, and it is brought to the front.
-std::unique_ptr<ChartWindows> MakeX11ChartWindows(std::string host_title,
-                                                  const std::string& display_name = {});
+// wait up to half a second until it has the focus. FileDialogExists ignores the window class and
+// brings the dialog to the front.
+std::unique_ptr<ChartWindows> MakeX11ChartWindows(const std::string& display_name = {});
 
 // Types into the window in front if it is the chart program's main window or its file dialog. This
 // is checked before every key, within a grab of the X server, so no other program ever receives
@@ -34,9 +33,9 @@ std::unique_ptr<ChartWindows> MakeX11ChartWindows(std::string host_title,
 // 100 ms and counts as having accepted them. Throws std::runtime_error if the display does not
 // accept keys from programs.
 //
-// SendBehind moves the focus to the chart and back within one grab of the X server for each key,
-// less than a millisecond, so no key of the user gets lost. While another program grabs the
+// SendInBackground moves the focus to the chart and back within one grab of the X server for each
+// key, less than a millisecond, so no key of the user gets lost. While another program grabs the
 // keyboard, as an open menu does, a key waits as for a held modifier.
-std::unique_ptr<KeySender> MakeX11KeySender(std::string host_title, std::string display_name = {});
+std::unique_ptr<KeySender> MakeX11KeySender(std::string display_name = {});
 
 }  // namespace velumar

@@ -6,43 +6,47 @@
 
 namespace velumar {
 
-std::vector<xcb_window_t> X11ChartProgram::MainWindows() {
-  return ChartMainWindows(
-      connection_.TopLevelWindows(), host_title_,
-      [&](xcb_window_t window) { return connection_.Title(window); },
+namespace {
+
+bool BelongsTo(const std::vector<xcb_window_t>& main_windows, X11Connection& connection,
+               xcb_window_t window) {
+  return std::any_of(main_windows.begin(), main_windows.end(), [&](xcb_window_t main_window) {
+    return connection.SameProgram(window, main_window);
+  });
+}
+
+}  // namespace
+
+std::vector<xcb_window_t> ChartMainWindows(X11Connection& connection) {
+  return ChartMainWindowsAmong(
+      connection.TopLevelWindows(), [&](xcb_window_t window) { return connection.Title(window); },
       [&](xcb_window_t window) {
-        const std::vector<std::string> texts = connection_.ClassTexts(window);
+        const std::vector<std::string> texts = connection.ClassTexts(window);
         return std::any_of(texts.begin(), texts.end(), IsChartProgramFile);
       });
 }
 
-bool X11ChartProgram::TakesKeys(xcb_window_t window) {
-  const std::vector<xcb_window_t> main_windows = MainWindows();
-  if (std::find(main_windows.begin(), main_windows.end(), window) != main_windows.end()) {
-    return true;
+bool IsOfChartProgram(X11Connection& connection, xcb_window_t window) {
+  return BelongsTo(ChartMainWindows(connection), connection, window);
+}
+
+bool TakesChartKeys(X11Connection& connection, xcb_window_t window) {
+  const std::vector<xcb_window_t> main_windows = ChartMainWindows(connection);
+  const std::string title = connection.Title(window);
+  return std::find(main_windows.begin(), main_windows.end(), window) != main_windows.end() ||
+         ((title == kChartFileDialog || title.starts_with(kChartTitle)) &&
+          BelongsTo(main_windows, connection, window));
+}
+
+std::optional<xcb_window_t> ShownFileDialog(X11Connection& connection) {
+  const std::vector<xcb_window_t> main_windows = ChartMainWindows(connection);
+  for (const xcb_window_t window : connection.TopLevelWindows()) {
+    if (connection.Title(window) == kChartFileDialog && connection.IsMapped(window) &&
+        BelongsTo(main_windows, connection, window)) {
+      return window;
+    }
   }
-  const std::string title = connection_.Title(window);
-  return (title == kChartFileDialog || title.starts_with(host_title_)) &&
-         BelongsTo(main_windows, window);
-}
-
-bool X11ChartProgram::Owns(xcb_window_t window) { return BelongsTo(MainWindows(), window); }
-
-std::optional<xcb_window_t> X11ChartProgram::ShownDialog(std::string_view title) {
-  const std::vector<xcb_window_t> main_windows = MainWindows();
-  const std::vector<xcb_window_t> windows = connection_.TopLevelWindows();
-  const auto dialog = std::find_if(windows.begin(), windows.end(), [&](xcb_window_t window) {
-    return connection_.Title(window) == title && connection_.IsMapped(window) &&
-           BelongsTo(main_windows, window);
-  });
-  return dialog == windows.end() ? std::nullopt : std::optional(*dialog);
-}
-
-bool X11ChartProgram::BelongsTo(const std::vector<xcb_window_t>& main_windows,
-                                xcb_window_t window) {
-  return std::any_of(main_windows.begin(), main_windows.end(), [&](xcb_window_t main_window) {
-    return connection_.SameProgram(window, main_window);
-  });
+  return std::nullopt;
 }
 
 }  // namespace velumar

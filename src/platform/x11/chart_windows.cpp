@@ -8,6 +8,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/chart_program.h"
 #include "platform/x11/chart_program.h"
 #include "platform/x11/connection.h"
 
@@ -19,16 +20,6 @@ constexpr std::chrono::milliseconds kActivationTimeout{500};
 constexpr std::chrono::milliseconds kLook{5};
 
 xcb_window_t Native(WindowId window) { return static_cast<xcb_window_t>(window); }
-
-std::optional<xcb_window_t> WithTitle(X11Connection& connection, std::string_view title) {
-  std::optional<xcb_window_t> beginning;
-  for (const xcb_window_t window : connection.TopLevelWindows()) {
-    const std::string text = connection.Title(window);
-    if (text == title) return window;
-    if (!beginning && text.starts_with(title)) beginning = window;
-  }
-  return beginning;
-}
 
 // Some window managers only mark a window on another workspace as urgent instead.
 void SwitchToWorkspaceOf(X11Connection& connection, xcb_window_t window) {
@@ -57,8 +48,7 @@ void RaiseAndFocus(X11Connection& connection, xcb_window_t window) {
 }
 
 void FillScreen(X11Connection& connection, xcb_window_t window) {
-  const XOwned<xcb_get_geometry_reply_t> screen(xcb_get_geometry_reply(
-      connection.Xcb(), xcb_get_geometry(connection.Xcb(), connection.Root()), nullptr));
+  const auto screen = connection.Ask(xcb_get_geometry, xcb_get_geometry_reply, connection.Root());
   if (!screen) return;
   const std::uint32_t place[] = {0, 0, screen->width, screen->height};
   xcb_configure_window(connection.Xcb(), window,
@@ -94,17 +84,9 @@ void PutInFront(X11Connection& connection, xcb_window_t window) {
   }
 }
 
-// Errors about windows that have closed arrive as events, which nobody else reads here.
-void DropErrors(X11Connection& connection) {
-  while (const XOwned<xcb_generic_event_t> event{xcb_poll_for_event(connection.Xcb())}) {
-  }
-  connection.RequireAlive();
-}
-
 class X11ChartWindows : public ChartWindows {
  public:
-  X11ChartWindows(std::string host_title, const std::string& display_name)
-      : host_title_(std::move(host_title)), connection_(display_name) {}
+  explicit X11ChartWindows(const std::string& display_name) : connection_(display_name) {}
 
   std::vector<WindowId> TopLevelWindows() override {
     const std::vector<xcb_window_t> windows = connection_.TopLevelWindows();
@@ -140,14 +122,14 @@ class X11ChartWindows : public ChartWindows {
       FillScreen(connection_, Native(window));
     }
     xcb_flush(connection_.Xcb());
-    DropErrors(connection_);
+    Finish();
   }
 
   bool BringToFront(std::string_view title) override {
     const std::optional<xcb_window_t> window = Titled(title);
     if (!window) return false;
     PutInFront(connection_, *window);
-    DropErrors(connection_);
+    Finish();
     return true;
   }
 
@@ -167,43 +149,47 @@ class X11ChartWindows : public ChartWindows {
         connection_.NumberProperty(Native(window), connection_.Ewmh()->_NET_WM_PID) == process;
     connection_.RequireAlive();
     if (own) return WindowOwner::kOwn;
-    const bool chart = X11ChartProgram(connection_, host_title_).Owns(Native(window));
-    return chart ? WindowOwner::kChartProgram : WindowOwner::kOther;
+    return IsOfChartProgram(connection_, Native(window)) ? WindowOwner::kChartProgram
+                                                         : WindowOwner::kOther;
   }
 
   bool GiveFocus(WindowId window) override {
     if (!IsShown(connection_, Native(window))) return false;
     if (!IsInFront(connection_, Native(window))) PutInFront(connection_, Native(window));
-    DropErrors(connection_);
+    Finish();
     return true;
   }
 
   // The caller types into the dialog next. It comes to the front first, in case the trader clicked
   // elsewhere or the window manager is slow.
-  bool DialogExists(std::string_view, std::string_view title) override {
-    const std::optional<xcb_window_t> dialog =
-        X11ChartProgram(connection_, host_title_).ShownDialog(title);
+  bool FileDialogExists() override {
+    const std::optional<xcb_window_t> dialog = ShownFileDialog(connection_);
     if (dialog && !IsInFront(connection_, *dialog)) PutInFront(connection_, *dialog);
-    DropErrors(connection_);
+    Finish();
     return dialog.has_value();
   }
 
  private:
   std::optional<xcb_window_t> Titled(std::string_view title) {
-    if (title != host_title_) return WithTitle(connection_, title);
-    const std::vector<xcb_window_t> main = X11ChartProgram(connection_, host_title_).MainWindows();
+    if (title != kChartTitle) {
+      return WindowWithTitle(connection_.TopLevelWindows(), title,
+                             [&](xcb_window_t candidate) { return connection_.Title(candidate); });
+    }
+    const std::vector<xcb_window_t> main = ChartMainWindows(connection_);
     return main.empty() ? std::nullopt : std::optional(main.front());
   }
+  void Finish() {
+    connection_.DropEvents();
+    connection_.RequireAlive();
+  }
 
-  std::string host_title_;
   X11Connection connection_;
 };
 
 }  // namespace
 
-std::unique_ptr<ChartWindows> MakeX11ChartWindows(std::string host_title,
-                                                  const std::string& display_name) {
-  return std::make_unique<X11ChartWindows>(std::move(host_title), display_name);
+std::unique_ptr<ChartWindows> MakeX11ChartWindows(const std::string& display_name) {
+  return std::make_unique<X11ChartWindows>(display_name);
 }
 
 }  // namespace velumar

@@ -50,9 +50,13 @@ void X11Connection::RequireAlive() const {
 }
 
 void X11Connection::RequireAnswer() const {
-  const XOwned<xcb_get_input_focus_reply_t> answer(
-      xcb_get_input_focus_reply(Xcb(), xcb_get_input_focus(Xcb()), nullptr));
+  Ask(xcb_get_input_focus, xcb_get_input_focus_reply);
   RequireAlive();
+}
+
+void X11Connection::DropEvents() const {
+  while (const XOwned<xcb_generic_event_t> event{xcb_poll_for_event(Xcb())}) {
+  }
 }
 
 // A window manager that crashed leaves the number of its window on the root, but not the window.
@@ -78,16 +82,15 @@ std::vector<xcb_window_t> X11Connection::TopLevelWindows() {
 }
 
 xcb_window_t X11Connection::FrontWindow() {
-  const xcb_window_t front = HasWindowManager() ? NumberProperty(root_, ewmh_._NET_ACTIVE_WINDOW)
-                                                : ClientBelow(FocusedChildOfRoot());
+  if (!HasWindowManager()) return FocusedWindow();
+  const xcb_window_t front = NumberProperty(root_, ewmh_._NET_ACTIVE_WINDOW);
   RequireAlive();
   return front;
 }
 
 xcb_window_t X11Connection::FocusedWindow() {
   const std::vector<xcb_window_t> clients = TopLevelWindows();
-  const XOwned<xcb_get_input_focus_reply_t> focus(
-      xcb_get_input_focus_reply(Xcb(), xcb_get_input_focus(Xcb()), nullptr));
+  const auto focus = Ask(xcb_get_input_focus, xcb_get_input_focus_reply);
   xcb_window_t window = focus ? focus->focus : static_cast<xcb_window_t>(XCB_NONE);
   if (window <= XCB_INPUT_FOCUS_POINTER_ROOT) return XCB_NONE;
   while (window != XCB_NONE && std::find(clients.begin(), clients.end(), window) == clients.end()) {
@@ -100,27 +103,13 @@ xcb_window_t X11Connection::FocusedWindow() {
 // Old window managers put a frame without a title around each window.
 xcb_window_t X11Connection::ClientBelow(xcb_window_t window) {
   if (window == XCB_NONE) return XCB_NONE;
-  const XOwned<xcb_get_window_attributes_reply_t> attributes(
-      xcb_get_window_attributes_reply(Xcb(), xcb_get_window_attributes(Xcb(), window), nullptr));
+  const auto attributes = Ask(xcb_get_window_attributes, xcb_get_window_attributes_reply, window);
   if (!attributes || attributes->override_redirect != 0) return XCB_NONE;
   if (!Title(window).empty()) return window;
   for (const xcb_window_t child : Children(window)) {
     if (!Title(child).empty()) return child;
   }
   return XCB_NONE;
-}
-
-xcb_window_t X11Connection::FocusedChildOfRoot() {
-  const XOwned<xcb_get_input_focus_reply_t> focus(
-      xcb_get_input_focus_reply(Xcb(), xcb_get_input_focus(Xcb()), nullptr));
-  if (!focus || focus->focus <= XCB_INPUT_FOCUS_POINTER_ROOT) return XCB_NONE;
-  xcb_window_t window = focus->focus;
-  xcb_window_t parent = Parent(window);
-  while (parent != XCB_NONE && parent != root_) {
-    window = parent;
-    parent = Parent(window);
-  }
-  return parent == root_ ? window : XCB_NONE;
 }
 
 std::string X11Connection::Title(xcb_window_t window) {
@@ -130,9 +119,8 @@ std::string X11Connection::Title(xcb_window_t window) {
 
 std::vector<std::string> X11Connection::ClassTexts(xcb_window_t window) {
   std::vector<std::string> texts;
-  std::string_view rest;
   const std::string both = TextProperty(window, XCB_ATOM_WM_CLASS);
-  for (rest = both; !rest.empty();) {
+  for (std::string_view rest = both; !rest.empty();) {
     const std::size_t end = std::min(rest.find('\0'), rest.size());
     texts.emplace_back(rest.substr(0, end));
     rest.remove_prefix(std::min(end + 1, rest.size()));
@@ -141,8 +129,7 @@ std::vector<std::string> X11Connection::ClassTexts(xcb_window_t window) {
 }
 
 bool X11Connection::IsMapped(xcb_window_t window) {
-  const XOwned<xcb_get_window_attributes_reply_t> attributes(
-      xcb_get_window_attributes_reply(Xcb(), xcb_get_window_attributes(Xcb(), window), nullptr));
+  const auto attributes = Ask(xcb_get_window_attributes, xcb_get_window_attributes_reply, window);
   return attributes && attributes->map_state != XCB_MAP_STATE_UNMAPPED;
 }
 
@@ -171,16 +158,14 @@ bool X11Connection::SameProgram(xcb_window_t left, xcb_window_t right) {
 
 xcb_atom_t X11Connection::Atom(const char* name) {
   const auto length = static_cast<std::uint16_t>(std::strlen(name));
-  const XOwned<xcb_intern_atom_reply_t> reply(
-      xcb_intern_atom_reply(Xcb(), xcb_intern_atom(Xcb(), 0, length, name), nullptr));
+  const auto reply = Ask(xcb_intern_atom, xcb_intern_atom_reply, std::uint8_t{0}, length, name);
   return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_NONE);
 }
 
 XOwned<xcb_get_property_reply_t> X11Connection::Property(xcb_window_t window, xcb_atom_t property) {
   constexpr std::uint32_t kLongest = 1 << 16;  // in units of four bytes
-  return XOwned<xcb_get_property_reply_t>(xcb_get_property_reply(
-      Xcb(), xcb_get_property(Xcb(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, kLongest),
-      nullptr));
+  return Ask(xcb_get_property, xcb_get_property_reply, std::uint8_t{0}, window, property,
+             XCB_GET_PROPERTY_TYPE_ANY, 0u, kLongest);
 }
 
 std::string X11Connection::TextProperty(xcb_window_t window, xcb_atom_t property) {
@@ -210,16 +195,14 @@ std::uint32_t X11Connection::NumberProperty(xcb_window_t window, xcb_atom_t prop
 }
 
 std::vector<xcb_window_t> X11Connection::Children(xcb_window_t window) {
-  const XOwned<xcb_query_tree_reply_t> tree(
-      xcb_query_tree_reply(Xcb(), xcb_query_tree(Xcb(), window), nullptr));
+  const auto tree = Ask(xcb_query_tree, xcb_query_tree_reply, window);
   if (!tree) return {};
   const xcb_window_t* const first = xcb_query_tree_children(tree.get());
   return {first, first + xcb_query_tree_children_length(tree.get())};
 }
 
 xcb_window_t X11Connection::Parent(xcb_window_t window) {
-  const XOwned<xcb_query_tree_reply_t> tree(
-      xcb_query_tree_reply(Xcb(), xcb_query_tree(Xcb(), window), nullptr));
+  const auto tree = Ask(xcb_query_tree, xcb_query_tree_reply, window);
   return tree ? tree->parent : static_cast<xcb_window_t>(XCB_NONE);
 }
 

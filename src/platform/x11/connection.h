@@ -33,6 +33,16 @@ class X11Connection {
   void RequireAlive() const;
   // The same after a round trip to the server.
   void RequireAnswer() const;
+  // Drops the events that nobody reads, errors about windows that have closed among them.
+  void DropEvents() const;
+
+  // The server's answer to a request, null if it failed: Ask(xcb_query_tree, xcb_query_tree_reply,
+  // window).
+  template <typename Request, typename Reply, typename... Arguments>
+  auto Ask(Request request, Reply reply, Arguments... arguments) const {
+    auto* const answer = reply(Xcb(), request(Xcb(), arguments...), nullptr);
+    return XOwned<std::remove_pointer_t<decltype(answer)>>(answer);
+  }
 
   xcb_connection_t* Xcb() const { return ewmh_.connection; }
   // The atoms of the protocols between programs and window managers.
@@ -71,7 +81,6 @@ class X11Connection {
  private:
   XOwned<xcb_get_property_reply_t> Property(xcb_window_t window, xcb_atom_t property);
   xcb_window_t ClientBelow(xcb_window_t window);
-  xcb_window_t FocusedChildOfRoot();
 
   std::string display_name_;
   int screen_number_ = 0;

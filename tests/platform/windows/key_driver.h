@@ -96,7 +96,6 @@ inline void UserKey(WORD code, bool down) {
 // The chart program, another program and a user on the desktop.
 class KeyDriver {
  public:
-  static constexpr const char* kHost = "VelumarTestHost";
   static bool Available() { return true; }
 
   ~KeyDriver() { SetCapsLock(false); }
@@ -133,8 +132,8 @@ class KeyDriver {
   std::map<WindowId, std::unique_ptr<TypingWindow>> opened_;
   bool caps_lock_ = false;
 
-  std::unique_ptr<ChartWindows> windows_ = MakeWindowsChartWindows(kHost);
-  std::unique_ptr<KeySender> keys_ = MakeWindowsKeySender(kHost);
+  std::unique_ptr<ChartWindows> windows_ = MakeWindowsChartWindows();
+  std::unique_ptr<KeySender> keys_ = MakeWindowsKeySender();
 };
 
 }  // namespace velumar

@@ -1,4 +1,4 @@
-#include "platform/command_line.h"
+#include "platform/system.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "e2e/programs.h"
+#include "e2e/running_program.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -13,7 +13,7 @@
 namespace velumar {
 
 RunningProgram::RunningProgram(const std::filesystem::path& settings,
-                               const std::filesystem::path& output)
+                               const std::filesystem::path& output, const std::string& chart_link)
     : settings_(settings), output_(output) {
   pid_ = fork();
   if (pid_ != 0) return;
@@ -22,7 +22,7 @@ RunningProgram::RunningProgram(const std::filesystem::path& settings,
   dup2(file, STDOUT_FILENO);
   setenv("XDG_CONFIG_HOME", settings.c_str(), 1);
   execl(VELUMAR_PROGRAM, VELUMAR_PROGRAM, "--settings-dir", settings.c_str(),
-        "--chart-argument=--state", nullptr);
+        "--chart-argument=--state", "--chart-link", chart_link.c_str(), nullptr);
   _exit(127);
 }
 

@@ -13,7 +13,9 @@ namespace velumar {
 // same output, one line of JSON after each change.
 class RunningProgram {
  public:
-  RunningProgram(const std::filesystem::path& settings, const std::filesystem::path& output);
+  // `chart_link` is "direct" or "keys".
+  RunningProgram(const std::filesystem::path& settings, const std::filesystem::path& output,
+                 const std::string& chart_link = "direct");
   // Kills both programs.
   ~RunningProgram();
   RunningProgram(const RunningProgram&) = delete;

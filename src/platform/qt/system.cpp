@@ -1,11 +1,15 @@
+#include "platform/system.h"
+
+#include <unistd.h>
+
+#include <QDate>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <csignal>
+#include <cstdio>
+#include <iostream>
 #include <stdexcept>
-
-#include "platform/command_line.h"
-#include "platform/process.h"
-#include "platform/system.h"
 
 namespace velumar {
 
@@ -26,6 +30,11 @@ void StartDetached(const std::string& program, const QStringList& arguments) {
 
 }  // namespace
 
+std::int32_t SystemClock::Today() const {
+  const QDate today = QDate::currentDate();
+  return today.year() * 10000 + today.month() * 100 + today.day();
+}
+
 void SystemPrograms::Start(std::string_view command_line) {
   std::vector<std::string> command = SplitCommandLine(command_line);
   command.insert(command.end(), extra_arguments_.begin(), extra_arguments_.end());
@@ -45,6 +54,16 @@ void SystemPrograms::OpenInBrowser(std::string_view address) {
   StartDetached(opener.toStdString(), {QString::fromStdString(std::string(address))});
 }
 
-void SystemPrograms::EndProcess() { EndProcessAtOnce(0); }
+std::vector<std::string> ProgramArguments(int argc, char** argv) { return {argv + 1, argv + argc}; }
+
+void UsePlainStreams() {}
+
+void IgnoreClosedPipes() { std::signal(SIGPIPE, SIG_IGN); }
+
+void EndProcessAtOnce(int code) {
+  std::cout.flush();
+  std::fflush(nullptr);
+  ::_exit(code);
+}
 
 }  // namespace velumar

@@ -1,20 +1,42 @@
 #include "platform/system.h"
 
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
+
 // Needs the names of windows.h.
 #include <shellapi.h>
 
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
 #include <stdexcept>
 
 #include "base/handle_windows.h"
 #include "base/windows_text.h"
-#include "platform/command_line.h"
-#include "platform/process.h"
-#include "platform/windows/programs.h"
 
 namespace velumar {
 
 namespace {
+
+// Empty if the system has no such text.
+std::string LocaleText(LCTYPE what) {
+  constexpr LCID kUser = LOCALE_USER_DEFAULT;
+  const int length = ::GetLocaleInfoW(kUser, what, nullptr, 0);
+  if (length <= 0) return {};
+  std::wstring text(static_cast<std::size_t>(length), L' ');
+  const int filled = ::GetLocaleInfoW(kUser, what, text.data(), length);
+  if (filled <= 0) return {};
+  text.resize(static_cast<std::size_t>(filled) - 1);
+  return Utf8Text(text);
+}
+
+// The short date of the user's region settings, which may change while the program runs.
+class WindowsLocale : public LocaleInfo {
+ public:
+  std::string DateSeparator() const override { return LocaleText(LOCALE_SDATE); }
+  std::string ShortDatePattern() const override { return LocaleText(LOCALE_SSHORTDATE); }
+};
 
 [[noreturn]] void FailToStart(const std::string& program, DWORD code) {
   throw std::runtime_error("The program " + program +
@@ -23,20 +45,13 @@ namespace {
 
 }  // namespace
 
-// Backslashes are special only before a quote, where each is doubled.
-std::wstring QuotedArgument(std::string_view argument) {
-  const std::wstring text = WideText(argument);
-  if (!text.empty() && text.find_first_of(L" \t\"") == std::wstring::npos) return text;
-  std::wstring quoted = L"\"";
-  std::size_t backslashes = 0;
-  for (const wchar_t c : text) {
-    if (c == L'"') quoted.append(backslashes + 1, L'\\');
-    backslashes = c == L'\\' ? backslashes + 1 : 0;
-    quoted += c;
-  }
-  quoted.append(backslashes, L'\\');
-  return quoted + L'"';
+std::int32_t SystemClock::Today() const {
+  SYSTEMTIME now{};
+  ::GetLocalTime(&now);
+  return now.wYear * 10000 + now.wMonth * 100 + now.wDay;
 }
+
+std::unique_ptr<LocaleInfo> SystemLocale() { return std::make_unique<WindowsLocale>(); }
 
 void SystemPrograms::Start(std::string_view command_line) {
   std::vector<std::string> command = SplitCommandLine(command_line);
@@ -68,6 +83,28 @@ void SystemPrograms::OpenInBrowser(std::string_view address) {
                            " could not be opened: " + SystemErrorText(::GetLastError()));
 }
 
-void SystemPrograms::EndProcess() { EndProcessAtOnce(0); }
+std::vector<std::string> ProgramArguments(int, char**) {
+  int count = 0;
+  wchar_t** const words = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+  std::vector<std::string> arguments;
+  for (int i = 1; words != nullptr && i < count; ++i) arguments.push_back(Utf8Text(words[i]));
+  ::LocalFree(words);
+  return arguments;
+}
+
+void UsePlainStreams() {
+  for (std::FILE* const stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+  ::SetConsoleOutputCP(CP_UTF8);
+}
+
+// Writing to them fails here anyway.
+void IgnoreClosedPipes() {}
+
+void EndProcessAtOnce(int code) {
+  std::cout.flush();
+  std::fflush(nullptr);
+  ::TerminateProcess(::GetCurrentProcess(), static_cast<UINT>(code));
+  std::abort();
+}
 
 }  // namespace velumar
