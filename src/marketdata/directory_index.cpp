@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/dates.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "marketdata/metalib_error.h"
@@ -43,6 +44,17 @@ std::string ReadText(const std::filesystem::path& path) {
 }
 
 std::string ColumnsFileName(int file_number) { return "F" + std::to_string(file_number) + ".DOP"; }
+
+// In minutes, between two bars of one day; 0 if no day has two bars.
+int SmallestGap(const BarArrays& bars) {
+  int smallest = 0;
+  for (std::size_t i = 1; i < bars.dates.size(); ++i) {
+    if (bars.dates[i] != bars.dates[i - 1]) continue;
+    const int gap = MinuteOfDay(bars.times[i]) - MinuteOfDay(bars.times[i - 1]);
+    if (gap > 0 && (smallest == 0 || gap < smallest)) smallest = gap;
+  }
+  return smallest;
+}
 
 // MASTER's numbers count, and the longer name.
 void MergeTwin(IndexRecord& record, IndexRecord twin) {

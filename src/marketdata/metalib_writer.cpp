@@ -6,14 +6,14 @@
 
 #include "base/paths.h"
 #include "marketdata/directory_lock.h"
-#include "marketdata/index_entries.h"
+#include "marketdata/index_cache.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/series_file.h"
 
 namespace velumar {
 
 struct MetaLibWriter::State {
-  explicit State(IndexCache& index_cache) : cache(index_cache.Contents()) {}
+  explicit State(IndexCache& index_cache) : cache(index_cache) {}
 
   DirectoryIndex& Open() const {
     if (!index) ThrowNotOpen();
@@ -44,7 +44,7 @@ struct MetaLibWriter::State {
     security->record.last_date = ends.last_date;
   }
 
-  IndexCache::Entries& cache;
+  IndexCache& cache;
   std::shared_ptr<DirectoryIndex> index;
   std::optional<DirectoryLock> lock;
   IndexedSecurity* security = nullptr;  // the selected one, in *index
@@ -158,14 +158,6 @@ void MetaLibWriter::WriteSeries(const std::vector<std::int32_t>& dates,
 void MetaLibWriter::AppendBar(std::int32_t date, std::int32_t time, float open, float high,
                               float low, float close, float volume, float open_interest) {
   state_->Series("AppendBar").Put({date, time, open, high, low, close, volume, open_interest});
-}
-
-bool MetaLibWriter::DailyBarExists(std::int32_t date) {
-  return state_->Series("DailyBarExists").Contains(date, 0);
-}
-
-bool MetaLibWriter::IntradayBarExists(std::int32_t date, std::int32_t time) {
-  return state_->Series("IntradayBarExists").Contains(date, time);
 }
 
 void MetaLibWriter::DeleteDailyBar(std::int32_t date) {

@@ -45,8 +45,6 @@ class MetaLibWriter {
   // Replaces the bar of this date (intraday: date and time), or inserts the bar where it belongs.
   void AppendBar(std::int32_t date, std::int32_t time, float open, float high, float low,
                  float close, float volume, float open_interest);
-  bool DailyBarExists(std::int32_t date);
-  bool IntradayBarExists(std::int32_t date, std::int32_t time);
   // No error if there is no such bar.
   void DeleteDailyBar(std::int32_t date);
   void DeleteIntradayBar(std::int32_t date, std::int32_t time);

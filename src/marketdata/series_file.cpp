@@ -1,11 +1,9 @@
 #include "marketdata/series_file.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "base/paths.h"
-#include "marketdata/data_file.h"
 #include "marketdata/metalib_error.h"
 
 namespace velumar {
@@ -34,10 +32,7 @@ void SeriesFile::Adopt(RawFile file) {
   file_.emplace(std::move(file));
   const FileStamp stamp = file_->Stamp();
   size_ = stamp.size;
-  std::array<std::byte, kCountsSize> counts{};
-  file_->ReadAt(0, counts);
-  bars_ = UsableBarCount(LoadAt<std::uint16_t>(counts, kRecordsOffset), size_,
-                         series_.layout.RecordSize());
+  bars_ = UsableBarCount(*file_, series_.layout);
   is_sorted_ = stamp == series_.sorted || IsStrictlyRising(AllKeys());
 }
 
@@ -49,13 +44,6 @@ std::int64_t SeriesFile::EndOf(int bars) const {
 
 SeriesFile::Key SeriesFile::KeyOf(std::int32_t date, std::int32_t time) const {
   return TimestampKey(date, has_times_ ? time : 0);
-}
-
-Bar SeriesFile::BarAt(int index) const {
-  std::array<std::byte, 4 * kBarFields> buffer{};
-  const ByteSpan record = std::span(buffer).first(series_.layout.RecordSize());
-  file_->ReadAt(EndOf(index), record);
-  return DecodeBar(series_.layout, record);
 }
 
 std::vector<std::byte> SeriesFile::AllRecords() const {
@@ -96,12 +84,6 @@ SeriesEnds SeriesFile::Ends() const {
           .last_time = last.time};
 }
 
-bool SeriesFile::Contains(std::int32_t date, std::int32_t time) const {
-  const Key key = KeyOf(date, time);
-  if (!is_sorted_) return std::ranges::count(AllKeys(), key) != 0;
-  return Holds(LowerBound(key), key);
-}
-
 void SeriesFile::RequireColumns() const {
   if (series_.layout.Empty()) ThrowNoColumns(FileName(), series_.symbol);
 }
@@ -130,9 +112,10 @@ void SeriesFile::Put(const Bar& bar) {
 
 void SeriesFile::Remove(std::int32_t date, std::int32_t time) {
   const Key key = KeyOf(date, time);
-  if (!Contains(date, time)) return;
+  if (!is_sorted_ && std::ranges::count(AllKeys(), key) == 0) return;
   Sort();
-  RemoveAt(LowerBound(key));
+  const int index = LowerBound(key);
+  if (Holds(index, key)) RemoveAt(index);
 }
 
 void SeriesFile::Sort() {

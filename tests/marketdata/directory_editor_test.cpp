@@ -82,9 +82,9 @@ TEST_F(DirectoryEditor, XmasterFollowsTheLastNumberOfMaster) {
   Store({"S7", "", -1}, {DailyBar(20050104)});  // wider, so it needs a new number too
   const auto list = List();
   ASSERT_EQ(list.size(), 257U);
-  EXPECT_EQ(list[253], "GAP:-1 F100 ");
+  EXPECT_EQ(list[253], "GAP:-1 F100 GAP");
   EXPECT_THAT(std::vector(list.begin() + 254, list.end()),
-              ElementsAre("HIGH:-1 F256 ", "NEXT:-1 F257 ", "S7:-1 F258 Alpha"));
+              ElementsAre("HIGH:-1 F256 HIGH", "NEXT:-1 F257 NEXT", "S7:-1 F258 Alpha"));
   EXPECT_EQ(directory_.Read("XMASTER").substr(0, 20),
             Hex("5D FE 58 4D 00 00 00 00 00 00 03 00 00 00 03 00 00 00 03 01"));
   EXPECT_EQ(directory_.Read("MASTER").substr(0, 4), Hex("FE 00 FF 00"));
