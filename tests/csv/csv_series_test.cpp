@@ -1,6 +1,6 @@
 #include "csv/csv_series.h"
 
-#include "csv/csv_guess.h"
+#include "csv/csv_import.h"
 #include "csv/csv_text.h"
 
 namespace velumar {
