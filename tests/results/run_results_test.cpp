@@ -267,7 +267,7 @@ TEST_F(RunResultsTest, FiguresCountTheRowsOfTheRunOnly) {
   EXPECT_EQ(Figures(), expected);
   EXPECT_THAT(Chart(), ElementsAre("25-Jan-07 16:30: 1.49275e+06")) << "starts at a closed trade";
 
-  LedgerDeleteAll(ledger, kPortfolioTable);
+  LedgerBeginRun(ledger, {});
   EXPECT_FALSE(LoadResultFigures(ledger).any_orders);
   EXPECT_THAT(Chart(), ElementsAre("No closed trades yet"));
   Order(26, "Short", 1, 100, 1, 0, 5);
