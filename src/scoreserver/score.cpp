@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 
 #include "base/dates.h"
+#include "base/number_text.h"
 #include "results/figure_texts.h"
 #include "scoreserver/visible_text.h"
 
@@ -37,28 +37,22 @@ std::string Name(std::string_view text) {
 // A run stores its money as a 32-bit float, so no score is larger.
 double Money(std::string_view text) {
   constexpr double kMost = 1e39;
-  double money = 0;
-  const auto end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, money);
+  const auto money = ExactNumber<double>(text);
   // The comparison is false for a NaN.
-  if (error != std::errc() || rest != end || !(std::abs(money) <= kMost)) {
+  if (!money || !(std::abs(*money) <= kMost)) {
     throw BadScore("the score is not a number, or out of range");
   }
-  return money;
+  return *money;
 }
 
 std::int32_t Date(std::string_view text, const std::string& what) {
   constexpr std::size_t kDigits = 8;
-  std::int32_t date = 0;
-  const auto end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, date);
-  if (text.size() != kDigits || error != std::errc() || rest != end || !IsRealDate(date)) {
+  const auto date = ExactNumber<std::int32_t>(text);
+  if (text.size() != kDigits || !date || !IsRealDate(*date)) {
     throw BadScore("the " + what + " is not a date yyyymmdd");
   }
-  return date;
+  return *date;
 }
-
-std::string IsoDate(std::int32_t date) { return DateText(date, "yyyy-MM-dd"); }
 
 }  // namespace
 
