@@ -9,11 +9,9 @@ std::string JsonText(const nlohmann::ordered_json& json, int indent) {
 }
 
 std::string LedgerText(const LedgerValue& value) {
-  if (const auto* number = std::get_if<double>(&value)) {
-    return PlainNumberText(static_cast<float>(*number));
-  }
-  const auto* text = std::get_if<std::string>(&value);
-  return text == nullptr ? std::string() : *text;
+  const auto* const number = std::get_if<double>(&value);
+  return number == nullptr ? ValueOr<std::string>(value)
+                           : PlainNumberText(static_cast<float>(*number));
 }
 
 nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size_t row) {
