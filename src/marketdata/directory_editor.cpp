@@ -92,31 +92,6 @@ void CheckBars(const NewSecurity& security, const std::vector<Bar>& bars, std::s
   }
 }
 
-// Creates a missing directory, and removes it again unless Keep is called.
-class CreatedDirectory {
- public:
-  explicit CreatedDirectory(const std::filesystem::path& path) : path_(path) {
-    std::error_code error;
-    created_ = std::filesystem::create_directories(path_, error);
-    if (error) {
-      throw MetaLibError(MetaLibError::kWriteFailed, "The folder \"" + PathText(path_) +
-                                                         "\" can't be created: " + error.message());
-    }
-  }
-  ~CreatedDirectory() {
-    std::error_code ignored;
-    if (created_) std::filesystem::remove_all(path_, ignored);
-  }
-  CreatedDirectory(const CreatedDirectory&) = delete;
-  CreatedDirectory& operator=(const CreatedDirectory&) = delete;
-
-  void Keep() { created_ = false; }
-
- private:
-  std::filesystem::path path_;
-  bool created_ = false;
-};
-
 std::shared_ptr<DirectoryIndex> LoadOrStart(IndexCache& cache, std::string_view directory) {
   try {
     return cache.Load(directory);
@@ -325,12 +300,20 @@ void StoreSecurity(std::string_view directory, const NewSecurity& security,
   CheckIdentity(security);
   CheckBars(security, bars, directory);
   const std::filesystem::path path = NativePath(directory);
-  CreatedDirectory created(path);
-  const auto lock = DirectoryLock::TryHold(path);
-  if (!lock) ThrowInUse(path);
-  const auto index = LoadOrStart(cache, directory);
-  SecurityStorage(*index, security).Store(bars);
-  created.Keep();
+  std::error_code error;
+  const bool is_new = std::filesystem::create_directories(path, error);
+  if (error) {
+    throw MetaLibError(MetaLibError::kWriteFailed, "The folder \"" + PathText(path) +
+                                                       "\" can't be created: " + error.message());
+  }
+  try {
+    const auto lock = DirectoryLock::TryHold(path);
+    if (!lock) ThrowInUse(path);
+    SecurityStorage(*LoadOrStart(cache, directory), security).Store(bars);
+  } catch (...) {
+    if (is_new) std::filesystem::remove_all(path, error);
+    throw;
+  }
 }
 
 }  // namespace velumar

@@ -95,20 +95,8 @@ std::string DirectoryListing::Styled(std::string_view upper_name) const {
   return styled;
 }
 
-DirectoryIndex::DirectoryIndex(std::filesystem::path path, DirectoryListing files)
-    : path_(std::move(path)) {
-  SetFiles(std::move(files));
-}
-
-void DirectoryIndex::SetFiles(DirectoryListing files) {
-  files_ = std::move(files);
-  for (const IndexKind kind : kIndexKinds) {
-    index_paths_[static_cast<std::size_t>(kind)] = PathOf(IndexFileName(kind)).value_or("");
-  }
-}
-
-const std::filesystem::path& DirectoryIndex::IndexPath(IndexKind kind) const {
-  return index_paths_[static_cast<std::size_t>(kind)];
+std::filesystem::path DirectoryIndex::IndexPath(IndexKind kind) const {
+  return PathOf(IndexFileName(kind)).value_or("");
 }
 
 void DirectoryIndex::Add(IndexKind kind, ByteView file) {
@@ -171,7 +159,7 @@ IndexedSecurity* DirectoryIndex::FindSeries(std::string_view symbol, int interva
 }
 
 int DirectoryIndex::IntervalOf(IndexedSecurity& security) const {
-  if (!security.IsIntraday()) return -1;
+  if (!security.record.IsIntraday()) return -1;
   if (security.record.minutes != 0) return security.record.minutes;
   const auto path = DataPath(security);
   const auto stamp = path ? StampOf(*path) : std::nullopt;

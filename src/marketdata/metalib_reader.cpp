@@ -31,12 +31,6 @@ const IndexedSecurity& MetaLibReader::Current() const {
   return *current_;
 }
 
-const IndexedSecurity& MetaLibReader::Selected(std::string_view call) const {
-  Open();
-  if (!selected_) ThrowNoSeriesSelected(call);
-  return *current_;
-}
-
 void MetaLibReader::Enter(const IndexedSecurity* security, int interval) {
   current_ = security;
   interval_ = interval;
@@ -116,12 +110,13 @@ void MetaLibReader::SelectSeries(std::string_view symbol, int daily, int minutes
 }
 
 void MetaLibReader::ReadSeries() {
-  const IndexedSecurity& selected = Selected("ReadSeries");
   const DirectoryIndex& index = Open();
-  const auto path = index.DataPath(selected);
-  BarArrays bars = path ? DataFile(*path, index.LayoutOf(selected)).ReadAll() : BarArrays();
+  if (!selected_) ThrowNoSeriesSelected("ReadSeries");
+  const auto path = index.DataPath(*current_);
+  const BarLayout layout = index.LayoutOf(*current_);
+  BarArrays bars = path ? DataFile(*path, layout).ReadAll() : BarArrays();
   // Without times, the bars of one day differ only in their position, so all are kept.
-  if (interval_ == -1 || index.LayoutOf(selected).Has(BarField::kTime)) SortBars(bars);
+  if (interval_ == -1 || layout.Has(BarField::kTime)) SortBars(bars);
   bars_ = std::move(bars);
   MoveTo(0);
 }

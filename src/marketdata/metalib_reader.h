@@ -82,7 +82,6 @@ class MetaLibReader {
  private:
   DirectoryIndex& Open() const;
   const IndexedSecurity& Current() const;
-  const IndexedSecurity& Selected(std::string_view call) const;
   void Enter(const IndexedSecurity* security, int interval);
   void MoveTo(std::size_t place);
 

@@ -1,6 +1,7 @@
 #include "marketdata/series_file.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 #include "base/paths.h"
@@ -59,19 +60,14 @@ std::vector<SeriesFile::Key> SeriesFile::AllKeys() const {
   return keys;
 }
 
-// Most changes are at the end, so the search begins there.
+// Most changes are at the end, so the last two bars come first.
 int SeriesFile::LowerBound(Key key) const {
-  if (bars_ == 0 || KeyAt(bars_ - 1) < key) return bars_;
-  int low = 0;
-  int high = bars_ - 1;
-  for (int middle = high - 1; low < high; middle = (low + high) / 2) {
-    if (KeyAt(middle) < key) {
-      low = middle + 1;
-    } else {
-      high = middle;
-    }
+  for (const int last : {bars_ - 1, bars_ - 2}) {
+    if (last < 0 || KeyAt(last) < key) return last + 1;
   }
-  return low;
+  const auto bars = std::views::iota(0, bars_ - 2);
+  const auto is_before = [&](int bar) { return KeyAt(bar) < key; };
+  return static_cast<int>(std::ranges::partition_point(bars, is_before) - bars.begin());
 }
 
 SeriesEnds SeriesFile::Ends() const {
@@ -85,7 +81,10 @@ SeriesEnds SeriesFile::Ends() const {
 }
 
 void SeriesFile::RequireColumns() const {
-  if (series_.layout.Empty()) ThrowNoColumns(FileName(), series_.symbol);
+  if (!series_.layout.Empty()) return;
+  throw MetaLibError(MetaLibError::kNotStorable,
+                     FileName() + ": " + series_.symbol +
+                         ": the index files do not say which fields its bars have");
 }
 
 std::vector<std::byte> SeriesFile::Encoded(const Bar& bar) const {
