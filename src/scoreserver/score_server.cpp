@@ -3,13 +3,14 @@
 #include <arpa/inet.h>
 #include <microhttpd.h>
 #include <netinet/in.h>
-#include <strings.h>
 #include <sys/socket.h>
 
 #include <cstring>
 #include <iostream>
 #include <stdexcept>
 #include <string_view>
+
+#include "base/text.h"
 
 namespace velumar {
 
@@ -164,13 +165,11 @@ ScoreServer::Reply ScoreServer::Answer(const std::string& target, const std::str
 }
 
 std::string ScoreServer::WhyRefused(std::string_view header, std::string_view value) const {
-  const auto is = [header](const char* name) {
-    return strcasecmp(std::string(header).c_str(), name) == 0;
-  };
-  if (is("Origin") || (is("Sec-Fetch-Site") && value != "none" && value != "same-origin")) {
+  const std::string name = UpperCased(header);
+  if (name == "ORIGIN" || (name == "SEC-FETCH-SITE" && value != "none" && value != "same-origin")) {
     return "Requests from web pages are refused.";
   }
-  if (is("Host") && !hosts_.Allows(value)) {
+  if (name == "HOST" && !hosts_.Allows(value)) {
     return "The service does not answer to this host name; allow it with --allow-host.";
   }
   return {};
