@@ -1,6 +1,7 @@
 #include "results/statistics.h"
 
 #include <algorithm>
+#include <numeric>
 #include <optional>
 
 #include "results/figure_texts.h"
@@ -68,38 +69,6 @@ std::optional<BarRange> BarsWithOrders(const RunRecord& run) {
   }
   return bars && bars->end > bars->first ? bars : std::nullopt;
 }
-
-// The value of all holdings, bar by bar.
-class Holdings {
- public:
-  explicit Holdings(BarRange bars)
-      : bars_(bars), held_(static_cast<std::size_t>(bars.end - bars.first)) {}
-
-  // Returns false if the entry was not recorded.
-  bool Add(const OpenLot& lot, int until) {
-    if (!lot.entry || !lot.entry->bar) return false;
-    const int from = std::max(*lot.entry->bar, bars_.first);
-    for (int bar = from; bar < until; ++bar) {
-      held_[static_cast<std::size_t>(bar - bars_.first)] += lot.quantity * lot.entry->price;
-    }
-    return true;
-  }
-
-  MarketTime PerBar() const {
-    MarketTime time;
-    for (const double value : held_) {
-      time.held += value > 0 ? 1 : 0;
-      time.average_holding += value;
-    }
-    time.held /= static_cast<double>(held_.size());
-    time.average_holding /= static_cast<double>(held_.size());
-    return time;
-  }
-
- private:
-  BarRange bars_;
-  std::vector<double> held_;
-};
 
 TradeSums SumTrades(const std::vector<Trade>& trades) {
   TradeSums sums;
@@ -169,13 +138,23 @@ std::optional<Drawdown> MaxDrawdown(const RunRecord& run) {
 std::optional<MarketTime> TimeInMarket(const RunRecord& run, const TradeList& list) {
   const auto bars = BarsWithOrders(run);
   if (!bars) return std::nullopt;
-  Holdings holdings(*bars);
+  // The value of all holdings, bar by bar.
+  std::vector<double> held(static_cast<std::size_t>(bars->end - bars->first));
   bool complete = true;
-  for (const Trade& trade : list.trades) {
-    complete = complete && holdings.Add(trade.lot, trade.exit.bar.value_or(bars->first));
-  }
-  for (const OpenLot& lot : list.open) complete = complete && holdings.Add(lot, bars->end);
-  return complete ? std::optional(holdings.PerBar()) : std::nullopt;
+  const auto add = [&](const OpenLot& lot, int until) {
+    complete = complete && lot.entry && lot.entry->bar;
+    if (!complete) return;
+    for (int bar = std::max(*lot.entry->bar, bars->first); bar < until; ++bar) {
+      held[static_cast<std::size_t>(bar - bars->first)] += lot.quantity * lot.entry->price;
+    }
+  };
+  for (const Trade& trade : list.trades) add(trade.lot, trade.exit.bar.value_or(bars->first));
+  for (const OpenLot& lot : list.open) add(lot, bars->end);
+  if (!complete) return std::nullopt;
+  const auto with_holding = std::ranges::count_if(held, [](double value) { return value > 0; });
+  const auto count = static_cast<double>(held.size());
+  return MarketTime{.held = static_cast<double>(with_holding) / count,
+                    .average_holding = std::accumulate(held.begin(), held.end(), 0.0) / count};
 }
 
 using Figure = std::optional<double>;
