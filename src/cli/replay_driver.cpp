@@ -57,6 +57,18 @@ std::string OrderResultText(OrderResult result) {
   }
 }
 
+long LedgerRowCount(LedgerConnection& ledger) {
+  if (!ledger.CanRead()) return 0;
+  const LedgerRecordset count = LedgerQuery(ledger, "select count(*) From MyPortfolio");
+  return static_cast<long>(std::get<double>(count.rows.at(0).at(0)));
+}
+
+nlohmann::ordered_json NewestLedgerRow(LedgerConnection& ledger) {
+  const LedgerRecordset newest = LedgerQuery(
+      ledger, "select * From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)");
+  return LedgerRowObject(newest, 0);
+}
+
 int WholeNumber(std::string_view text) {
   const auto number = ExactNumber<int>(text);
   if (!number || *number < 0) {

@@ -7,14 +7,12 @@ namespace {
 TEST(Program, ExitsWith2AfterInvalidArguments) {
   Sandbox box;
   for (const std::vector<std::string>& line :
-       std::vector<std::vector<std::string>>{{"fly"},
-                                             {"dump", "a", "b"},
+       std::vector<std::vector<std::string>>{{"dump", "a", "b"},
                                              {"dump", "a", "b", "70000"},
-                                             {"import", "a", "b", "--interval", "7"},
                                              {"import", "a", "b", "--symbol", " "},
                                              {"import", "a", "b", "--date-format", "%Y"},
                                              {"ledger", "a", "--run", "0"},
-                                             {"figures", "a", "--json", "--explain"},
+                                             {"ledger", "a", "--csv", "--json"},
                                              {"replay", "a", "b", "D", "20070231"},
                                              {"replay", "a", "b", "D", "20070201", "--set", "x"}}) {
     const auto answer = box.Run(line);
