@@ -31,7 +31,7 @@ const IndexedSecurity& MetaLibReader::Current() const {
   return *current_;
 }
 
-void MetaLibReader::Enter(const IndexedSecurity* security, int interval) {
+void MetaLibReader::SetCurrent(const IndexedSecurity* security, int interval) {
   current_ = security;
   interval_ = interval;
   selected_ = false;
@@ -68,7 +68,7 @@ void MetaLibReader::ReadSecurityHeader() {
   DirectoryIndex& index = Open();
   if (next_ == 0) ThrowNoSeriesSelected("ReadSecurityHeader");
   IndexedSecurity& security = index.Securities()[next_ - 1];
-  Enter(&security, index.IntervalOf(security));
+  SetCurrent(&security, index.IntervalOf(security));
 }
 
 const std::string& MetaLibReader::SecuritySymbol() const { return Current().record.symbol; }
@@ -105,7 +105,7 @@ void MetaLibReader::SelectSeries(std::string_view symbol, int daily, int minutes
   const int interval = daily != 0 ? -1 : minutes;
   const IndexedSecurity* const found = index.FindSeries(symbol, interval);
   if (found == nullptr) ThrowSeriesNotFound(symbol, interval, index.Path());
-  Enter(found, interval);
+  SetCurrent(found, interval);
   selected_ = true;
 }
 
@@ -164,6 +164,17 @@ void MetaLibReader::ReadBar() {
 std::int32_t MetaLibReader::BarDateAtCursor() const {
   if (!bar_read_) ThrowNoBar("No bar was read at the cursor");
   return GetDates()[cursor_];
+}
+
+std::vector<SecurityInfo> SecuritiesOf(std::string_view directory, IndexCache& cache) {
+  MetaLibReader reader(cache);
+  reader.OpenDirectory(directory);
+  std::vector<SecurityInfo> securities;
+  while (reader.NextSecurity() > 0) {
+    reader.ReadSecurityHeader();
+    securities.push_back(reader.Security());
+  }
+  return securities;
 }
 
 }  // namespace velumar

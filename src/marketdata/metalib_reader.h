@@ -52,7 +52,7 @@ class MetaLibReader {
   const std::string& SecurityName() const;
   int SecurityInterval() const;
   SecurityInfo Security() const;
-  void CloseSecurity() { Enter(nullptr, -1); }
+  void CloseSecurity() { SetCurrent(nullptr, -1); }
 
   // Selects the first series that has exactly this symbol and is not intraday (daily 1, minutes -1)
   // or is intraday with these minutes (daily 0).
@@ -82,7 +82,7 @@ class MetaLibReader {
  private:
   DirectoryIndex& Open() const;
   const IndexedSecurity& Current() const;
-  void Enter(const IndexedSecurity* security, int interval);
+  void SetCurrent(const IndexedSecurity* security, int interval);
   void MoveTo(std::size_t place);
 
   IndexCache& cache_;
@@ -95,5 +95,8 @@ class MetaLibReader {
   std::size_t cursor_ = 0;
   bool bar_read_ = false;  // the one at the cursor
 };
+
+// All securities of a directory, in the reader's order. Throws MetaLibError.
+std::vector<SecurityInfo> SecuritiesOf(std::string_view directory, IndexCache& cache);
 
 }  // namespace velumar

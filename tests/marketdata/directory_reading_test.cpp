@@ -1,7 +1,6 @@
 #include <algorithm>
 
 #include "marketdata/market_files.h"
-#include "marketdata/metalib_reader.h"
 
 namespace velumar {
 
@@ -88,7 +87,7 @@ TEST_F(DirectoryReading, UnusableFilesAreSeriesWithoutBars) {
   for (const char* symbol : {"SHORT", "FOLDER", "SHAPELESS", "MISSING"}) {
     EXPECT_TRUE(ReadBars(directory_, symbol).empty()) << symbol;
   }
-  const SecurityInfo missing = Securities()[3];
+  const SecurityInfo missing = SecuritiesOf(Text(), cache_)[3];
   EXPECT_EQ(missing.bars, 0);
   EXPECT_EQ(missing.indexed_first_date, 20050103);
   EXPECT_EQ(missing.indexed_last_date, 20051107);
@@ -120,7 +119,7 @@ TEST_F(DirectoryReading, ThreeIndexesMakeOneList) {
       Xmaster(
           {{.number = 700, .symbol = "CCC", .name = "Caf\xE9", .first = 1980105, .last = 1051107}},
           9));
-  const auto list = Securities();
+  const auto list = SecuritiesOf(Text(), cache_);
   EXPECT_THAT(List(), ElementsAre("BBB:-1 F2 Beta", "AAA:-1 F1 " + long_name, "ONLY:5 F9 Alpha",
                                   "CCC:-1 F700 Caf\xC3\xA9"));
   EXPECT_EQ(list[1].fields, 7);
@@ -159,24 +158,6 @@ TEST_F(DirectoryReading, MinutesMissingInTheIndexComeFromTheBars) {
   EXPECT_THAT(List(), ElementsAre("AAA:15 F256 Alpha", "AAA:0 F257 Alpha"));
   EXPECT_EQ(ReadBars(directory_, "AAA", 15).size(), 5U);
   EXPECT_EQ(ReadBars(directory_, "AAA", 60).size(), 2U);  // the first one of unknown minutes
-}
-
-TEST_F(DirectoryReading, TheCursorMovesOnlyInsideTheSeries) {
-  directory_.Write("MASTER", Master({{}}));
-  directory_.Write("F1.DAT", DailyBytes({DailyBar(20050103), DailyBar(20050110)}));
-  MetaLibReader reader(cache_);
-  reader.OpenDirectory(Text());
-  reader.SelectSeries("AAA", 1, -1);
-  reader.ReadSeries();
-  reader.SeekDate("20050104", 0);
-  EXPECT_EQ(ErrorOf([&] { reader.BarDateAtCursor(); }), MetaLibError::kNoBar) << "not read yet";
-  reader.ReadBar();
-  EXPECT_EQ(reader.BarDateAtCursor(), 20050110);
-  EXPECT_EQ(ErrorOf([&] { reader.SeekDate("20050111", 0); }), MetaLibError::kDateNotFound);
-  reader.MoveToStart();
-  for (const int bars : {-1, 2}) {
-    EXPECT_EQ(ErrorOf([&] { reader.MoveBy(bars); }), MetaLibError::kNoBar);
-  }
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <fstream>
-#include <limits>
 #include <map>
 #include <random>
 
@@ -176,21 +175,6 @@ TEST_F(Writer, KeepsOthersOutOfItsDirectory) {
   EXPECT_TRUE(ReadBars(directory_).empty()) << "readers ignore the lock";
   holder.CloseDirectory();
   other.OpenDirectory(path);
-}
-
-TEST_F(Writer, UnstorableValuesAreNamedAndChangeNothing) {
-  directory_.Write("MASTER", Master({{}, {.number = 2, .symbol = "ODD", .fields = 99}}));
-  Append("AAA", -1, DailyBar(20050103));
-  const std::string before = directory_.Read("F1.DAT");
-  Bar huge = DailyBar(20050104);
-  huge.low = std::numeric_limits<float>::infinity();
-  std::string text;
-  const auto write = [&](MetaLibWriter& writer) { Write(writer, {DailyBar(20060101), huge}); };
-  EXPECT_EQ(ErrorOf([&] { Append("AAA", -1, huge); }, &text), MetaLibError::kNotStorable);
-  EXPECT_EQ(ErrorOf([&] { With("AAA", -1, write); }), MetaLibError::kNotStorable);
-  for (const char* part : {"F1.DAT", "AAA", "low"}) EXPECT_THAT(text, testing::HasSubstr(part));
-  EXPECT_EQ(directory_.Read("F1.DAT"), before);
-  EXPECT_EQ(ErrorOf([&] { Append("ODD", -1, huge); }), MetaLibError::kNotStorable);
 }
 
 TEST_F(Writer, ASeriesHasNoMoreBarsThanItsHeaderCanCount) {
