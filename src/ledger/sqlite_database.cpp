@@ -5,6 +5,7 @@
 #include <cctype>
 #include <filesystem>
 
+#include "base/ignoring.h"
 #include "base/paths.h"
 
 namespace velumar {
@@ -239,12 +240,8 @@ SqliteTransaction::SqliteTransaction(SqliteDatabase& database) : database_(datab
 }
 
 SqliteTransaction::~SqliteTransaction() {
-  if (!open_) return;
-  try {
-    database_.Run("ROLLBACK");
-  } catch (const LedgerError&) {
-    // SQLite has already rolled back.
-  }
+  // It fails if SQLite has already rolled back.
+  if (open_) IgnoringErrors([this] { database_.Run("ROLLBACK"); });
 }
 
 void SqliteTransaction::Commit() {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/ignoring.h"
 #include "base/paths.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_error.h"
@@ -39,11 +40,7 @@ void MetaLibWriter::UpdateIndexDates(const SeriesEnds& ends) {
 }
 
 MetaLibWriter::~MetaLibWriter() {
-  try {
-    CloseDirectory();
-  } catch (const std::exception&) {
-    // To learn of it, close the directory first.
-  }
+  IgnoringErrors([this] { CloseDirectory(); });
 }
 
 bool MetaLibWriter::IsDirectoryInUse(std::string_view path) const {
