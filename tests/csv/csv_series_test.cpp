@@ -128,8 +128,9 @@ TEST(CsvGuess, TakesTheIntervalFromTheGaps) {
     Moments moments;
     std::optional<int> named;
     int interval;
-  } kRows[] = {{days, {}, -1}, {days, 5, 0}, {closes, {}, -1}, {hours, {}, 60},  {hours, -1, 0},
-               {thin, {}, 30}, {thin, 5, 5}, {thin, 60, 0},    {strewn, 60, 60}, {strewn, {}, 0}};
+  } kRows[] = {{days, {}, -1},  {days, 5, 0},     {closes, {}, -1}, {hours, {}, 60},
+               {hours, 60, 60}, {hours, -1, 0},   {thin, {}, 30},   {thin, 5, 5},
+               {thin, 60, 0},   {strewn, 60, 60}, {strewn, {}, 0}};
   for (const auto& row : kRows) {
     EXPECT_EQ(Guessed(row.moments, row.named), row.interval) << &row - kRows;
   }

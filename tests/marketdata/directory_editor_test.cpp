@@ -40,7 +40,7 @@ TEST_F(DirectoryEditor, OnlyExistingIndexesGrow) {
   std::string emaster = Emaster({{.number = 3, .symbol = "OLD", .bits = 0x7F}});
   emaster[20] = 'S';         // bytes of other programs, in the header
   emaster[192 + 185] = '*';  // and in a record
-  directory_.Write("emaster", emaster);
+  directory_.Write("emaster", emaster + "torn");
   Store({"NEW", "A name of more than sixteen", 5}, {TimedBar(20050103, 93000)});
   EXPECT_THAT(directory_.Names(), ElementsAre("emaster", "f4.dat"));
   EXPECT_THAT(List(), ElementsAre("OLD:-1 F3 Alpha", "NEW:5 F4 A name of more than sixteen"));

@@ -72,6 +72,8 @@ TEST_F(DirectoryReading, CountsAreLimitedToWhatTheFilesHold) {
     directory.Write("MASTER", Master({{}}));
     directory.Write("F1.DAT", DataBytes(7, counted, {whole.substr(0, size)}));
     EXPECT_EQ(ReadBars(directory).size(), bars) << counted << " counted, " << size;
+    IndexCache fresh;
+    EXPECT_EQ(SecuritiesOf(directory.Text(), fresh)[0].bars, static_cast<int>(bars)) << size;
   }
 }
 
