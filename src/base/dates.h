@@ -26,7 +26,7 @@ std::string DateText(std::int32_t date, std::string_view pattern);
 // "2007-01-25", as a ledger stores dates.
 std::string IsoDate(std::int32_t date);
 
-// The same as DateText for a date as a ledger stores it, "2007-01-25"; returns any other text unchanged.
+// DateText of a date in that form; returns any other text unchanged.
 std::string IsoDateText(std::string_view iso_date, std::string_view pattern);
 
 // The opposite of DateText: the numbers of the text in the order of the pattern. Two-digit years
