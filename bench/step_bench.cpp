@@ -27,8 +27,7 @@ class Step {
   void Forward(int bar) { writer_.AppendBar(LargeDirectoryDate(bar), 0, 1, 2, 3, 4, 5, 6); }
   void Back(int bar) {
     Forward(bar);
-    if (writer_.DailyBarExists(LargeDirectoryDate(bar)))
-      writer_.DeleteDailyBar(LargeDirectoryDate(bar));
+    writer_.DeleteDailyBar(LargeDirectoryDate(bar));
   }
 
  private:

@@ -1,6 +1,6 @@
 // A price file of any text is refused with an error or imported whole, with its bars sorted.
 
-#include <cstdlib>
+#include <algorithm>
 
 #include "csv/csv_series.h"
 #include "csv/csv_text.h"
@@ -16,11 +16,11 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     text.remove_prefix(std::min(end + 1, text.size()));
     CsvSeries series =
         ReadCsvSeries(text, pattern.empty() ? CsvDateFormat() : CsvDateFormat(pattern));
-    if (series.bars.size() != series.lines.size()) std::abort();
+    Require(series.bars.size() == series.lines.size());
     for (std::size_t i = 1; i < series.bars.size(); ++i) {
       const Bar& before = series.bars[i - 1];
       const Bar& bar = series.bars[i];
-      if (std::pair(before.date, before.time) >= std::pair(bar.date, bar.time)) std::abort();
+      Require(std::pair(before.date, before.time) < std::pair(bar.date, bar.time));
     }
     MakeDaily(series);
   } catch (const CsvError&) {

@@ -1,7 +1,6 @@
 // A market data directory of any bytes is listed, read and extended, and what was written reads
 // back.
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -44,39 +43,43 @@ void ReadThrough(const std::string& folder, const SecurityInfo& security, IndexC
   reader.OpenDirectory(folder);
   Select(reader, security);
   reader.ReadSeries();
-  if (reader.GetDates().size() != reader.GetOpenInterests().size()) std::abort();
+  Require(reader.GetDates().size() == reader.GetOpenInterests().size());
   reader.SeekDate("20000101", 0);
   reader.ReadBar();
-  reader.MoveToEnd();
-  reader.MoveBy(-1);
+  reader.MoveToStart();
+  reader.MoveBy(1);
   reader.ReadBar();
 }
 
 bool Holds(const std::string& folder, const SecurityInfo& security, IndexCache& cache) {
-  MetaLibWriter writer(cache);
-  writer.OpenDirectory(folder);
-  Select(writer, security);
-  return security.interval == -1 ? writer.DailyBarExists(kAddedDate)
-                                 : writer.IntradayBarExists(kAddedDate, kAddedTime);
+  MetaLibReader reader(cache);
+  reader.OpenDirectory(folder);
+  Select(reader, security);
+  reader.ReadSeries();
+  const BarArrays& bars = reader.Bars();
+  for (std::size_t i = 0; i < bars.dates.size(); ++i) {
+    const bool same_time = bars.times[i] == 0 || bars.times[i] == kAddedTime;
+    if (bars.dates[i] == kAddedDate && same_time) return true;
+  }
+  return false;
 }
 
-void AddBar(const std::string& folder, const SecurityInfo& security, IndexCache& cache) {
+void Change(const std::string& folder, const SecurityInfo& security, IndexCache& cache,
+            void (*change)(MetaLibWriter& writer, bool daily)) {
   MetaLibWriter writer(cache);
   writer.OpenDirectory(folder);
   Select(writer, security);
+  change(writer, security.interval == -1);
+  writer.CloseSecurity();
+  writer.CloseDirectory();
+}
+
+void AddBar(MetaLibWriter& writer, bool /*daily*/) {
   writer.AppendBar(kAddedDate, kAddedTime, 1, 2, 0.5F, 1.5F, 100, 7);
-  writer.CloseSecurity();
-  writer.CloseDirectory();
 }
 
-void RemoveBar(const std::string& folder, const SecurityInfo& security, IndexCache& cache) {
-  MetaLibWriter writer(cache);
-  writer.OpenDirectory(folder);
-  Select(writer, security);
-  security.interval == -1 ? writer.DeleteDailyBar(kAddedDate)
-                          : writer.DeleteIntradayBar(kAddedDate, kAddedTime);
-  writer.CloseSecurity();
-  writer.CloseDirectory();
+void RemoveBar(MetaLibWriter& writer, bool daily) {
+  daily ? writer.DeleteDailyBar(kAddedDate) : writer.DeleteIntradayBar(kAddedDate, kAddedTime);
 }
 
 void TryAll(const std::string& folder) {
@@ -88,10 +91,10 @@ void TryAll(const std::string& folder) {
     } catch (const MetaLibError&) {
     }
     try {
-      AddBar(folder, listed[i], cache);
+      Change(folder, listed[i], cache, AddBar);
       IndexCache fresh;
-      if (!Holds(folder, listed[i], cache) || !Holds(folder, listed[i], fresh)) std::abort();
-      RemoveBar(folder, listed[i], cache);
+      Require(Holds(folder, listed[i], cache) && Holds(folder, listed[i], fresh));
+      Change(folder, listed[i], cache, RemoveBar);
     } catch (const MetaLibError&) {
     }
   }

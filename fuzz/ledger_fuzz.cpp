@@ -24,7 +24,7 @@ void Read(LedgerConnection& ledger) {
 void Write(LedgerConnection& ledger) {
   try {
     LedgerBeginRun(ledger, {});
-    LedgerDeleteAll(ledger, kPortfolioTable);
+    LedgerInsert(ledger, kProfileTable, {"Profile Name"}, {"A"});
   } catch (const LedgerError&) {
   }
 }

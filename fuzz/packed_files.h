@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -11,6 +12,11 @@ namespace velumar {
 // bytes. An incomplete last file is unpacked as far as it goes.
 std::string PackFiles(const std::filesystem::path& folder);
 void UnpackFiles(std::string_view packed, const std::filesystem::path& folder);
+
+// What a fuzzer expects of every input; the fuzzer reports an input that ends the process.
+inline void Require(bool holds) {
+  if (!holds) std::abort();
+}
 
 inline std::string_view AsText(const unsigned char* data, std::size_t size) {
   return {reinterpret_cast<const char*>(data), size};

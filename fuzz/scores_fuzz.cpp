@@ -2,7 +2,6 @@
 // service is accepted or refused with an error.
 
 #include <cmath>
-#include <cstdlib>
 
 #include "forms/desktop.h"
 #include "packed_files.h"
@@ -13,10 +12,6 @@
 
 namespace velumar {
 namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 class Board {
  public:

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <stdexcept>
 
 #include "base/dates.h"
@@ -12,10 +11,6 @@
 
 namespace velumar {
 namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 bool IsPlain(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return c >= 0x20 && c < 0x7F; });

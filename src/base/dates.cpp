@@ -126,6 +126,8 @@ std::string DateText(std::int32_t date, std::string_view pattern) {
   return text;
 }
 
+std::string IsoDate(std::int32_t date) { return DateText(date, "yyyy-MM-dd"); }
+
 std::string IsoDateText(std::string_view iso_date, std::string_view pattern) {
   constexpr std::string_view kForm = "0000-00-00";
   if (iso_date.size() != kForm.size()) return std::string(iso_date);

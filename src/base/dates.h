@@ -23,7 +23,10 @@ int MinuteOfDay(std::int32_t time);
 // single quotes and all other characters are copied.
 std::string DateText(std::int32_t date, std::string_view pattern);
 
-// The same for a date as a ledger stores it, "2007-01-25"; returns any other text unchanged.
+// "2007-01-25", as a ledger stores dates.
+std::string IsoDate(std::int32_t date);
+
+// DateText of a date in that form; returns any other text unchanged.
 std::string IsoDateText(std::string_view iso_date, std::string_view pattern);
 
 // The opposite of DateText: the numbers of the text in the order of the pattern. Two-digit years

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <charconv>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace velumar {
 
@@ -13,6 +15,17 @@ std::optional<float> ToSingle(std::string_view text);
 std::optional<double> ToDouble(std::string_view text);
 // Rounds to the nearest whole number, halves to even.
 std::optional<std::int16_t> ToInt16(std::string_view text);
+
+// The number that all of the text is, as std::from_chars reads it: without blanks, grouping or a
+// "+". Returns nothing for any other text and for a number out of range.
+template <typename Number>
+std::optional<Number> ExactNumber(std::string_view text) {
+  Number number{};
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || rest != end) return std::nullopt;
+  return number;
+}
 
 // At most seven significant digits, no grouping, an exponent from 1E+07 and below 0.0001: "100.5",
 // "1E+07", "1.234568E+08", "5E-05". Halves at the eighth digit round to even.

@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <exception>
+#include <functional>
 #include <ostream>
 #include <stdexcept>
 
@@ -87,18 +88,14 @@ class CommandLine {
 
  private:
   // The command runs as soon as its arguments are parsed.
-  template <typename Arguments>
-  CLI::App& AddCommand(const char* name, const char* help, const Arguments& arguments,
-                       void (*run)(const Arguments&, CliContext&)) {
-    return *app_.add_subcommand(name, help)->callback([this, &arguments, run] {
-      run(arguments, context_);
-    });
+  CLI::App& AddCommand(const char* name, const char* help, const std::function<void()>& run) {
+    return *app_.add_subcommand(name, help)->callback(run);
   }
 
   void AddImport() {
     CLI::App& command =
         AddCommand("import", "Import a CSV file into a market data directory as one security.",
-                   import_, Import);
+                   [this] { Import(import_, context_); });
     command.footer(
         "A security with the same symbol and interval is replaced. The first line names the\n"
         "columns: Date, Open, High, Low, Close and optionally Time, Volume and OpenInterest.\n"
@@ -134,8 +131,8 @@ class CommandLine {
 
   void AddList() {
     CLI::App& command =
-        AddCommand("list", "List the securities of a market data directory in index order.", list_,
-                   ListSecurities);
+        AddCommand("list", "List the securities of a market data directory in index order.",
+                   [this] { ListSecurities(list_, context_); });
     command.add_option("DIR", list_.directory, "the market data directory")->required();
     command.add_flag("--json", list_.json,
                      "as one JSON array; interval is -1 for daily bars, first and last are "
@@ -145,7 +142,7 @@ class CommandLine {
   void AddDump() {
     CLI::App& command = AddCommand(
         "dump", "Print the bars of one security as CSV, exactly, in the format that import reads.",
-        dump_, Dump);
+        [this] { Dump(dump_, context_); });
     command.add_option("DIR", dump_.directory, "the market data directory")->required();
     command.add_option("SYMBOL", dump_.symbol, "the symbol as in the directory")->required();
     command.add_option("INTERVAL", dump_.interval, "D for daily bars, or the minutes")
@@ -155,7 +152,7 @@ class CommandLine {
 
   void AddFigures() {
     CLI::App& command = AddCommand("figures", "Print the results of the newest or an archived run.",
-                                   figures_, PrintFigures);
+                                   [this] { PrintFigures(figures_, context_); });
     AddRun(command, figures_);
     CLI::Option* json = command.add_flag("--json", figures_.json, "as one JSON object of texts");
     command.add_flag("--explain", figures_.explain, "the statistics, each with its formula")
@@ -164,8 +161,8 @@ class CommandLine {
   }
 
   void AddLedger() {
-    CLI::App& command =
-        AddCommand("ledger", "Print the rows of a ledger, oldest first.", ledger_, PrintLedger);
+    CLI::App& command = AddCommand("ledger", "Print the rows of a ledger, oldest first.",
+                                   [this] { PrintLedger(ledger_, context_); });
     CLI::Option* run = AddRun(command, ledger_);
     CLI::Option* csv = command.add_flag("--csv", ledger_.csv, "as CSV with a header line");
     CLI::Option* json =
@@ -182,9 +179,8 @@ class CommandLine {
   }
 
   void AddChart(const DrawingCommands& drawing) {
-    CLI::App& command =
-        *app_.add_subcommand("chart", "Draw the portfolio chart of a ledger to a file.");
-    command.callback([this, &drawing] { drawing.draw_chart(chart_); });
+    CLI::App& command = AddCommand("chart", "Draw the portfolio chart of a ledger to a file.",
+                                   [this, &drawing] { drawing.draw_chart(chart_); });
     AddRun(command, chart_);
     command.add_option("--out", chart_.out, "the picture: .bmp, .png, .svg or .pdf")->required();
     command.add_option(
@@ -193,17 +189,18 @@ class CommandLine {
   }
 
   void AddReport(const DrawingCommands& drawing) {
-    CLI::App& command = *app_.add_subcommand(
-        "report", "Write the figures, statistics, chart and orders of a run as a PDF.");
-    command.callback([this, &drawing] { drawing.write_report(report_); });
+    CLI::App& command =
+        AddCommand("report", "Write the figures, statistics, chart and orders of a run as a PDF.",
+                   [this, &drawing] { drawing.write_report(report_); });
     AddRun(command, report_);
     command.add_option("--out", report_.out, "the report, a .pdf file")->required();
     AddDatePattern(command, report_.date_pattern);
   }
 
   void AddReplay() {
-    CLI::App& command = AddCommand(
-        "replay", "Replay a security without windows, controlled by commands.", replay_, Replay);
+    CLI::App& command =
+        AddCommand("replay", "Replay a security without windows, controlled by commands.",
+                   [this] { Replay(replay_, context_); });
     command.footer(kReplayCommands);
     command.add_option("DIR", replay_.directory, "the market data directory")->required();
     command.add_option("SYMBOL", replay_.symbol, "the security")->required();

@@ -17,17 +17,6 @@ std::string BarsHave(int count) {
   return std::to_string(count) + (count == 1 ? " bar has" : " bars have");
 }
 
-std::vector<SecurityInfo> Securities(const std::string& directory, IndexCache& cache) {
-  MetaLibReader reader(cache);
-  reader.OpenDirectory(directory);
-  std::vector<SecurityInfo> securities;
-  while (reader.NextSecurity() > 0) {
-    reader.ReadSecurityHeader();
-    securities.push_back(reader.Security());
-  }
-  return securities;
-}
-
 std::string SecurityJson(const std::vector<SecurityInfo>& securities) {
   auto rows = nlohmann::ordered_json::array();
   for (const SecurityInfo& security : securities) {
@@ -81,7 +70,7 @@ void Import(const ImportArguments& arguments, CliContext& context) {
 }
 
 void ListSecurities(const ListArguments& arguments, CliContext& context) {
-  const std::vector<SecurityInfo> securities = Securities(arguments.directory, context.cache);
+  const std::vector<SecurityInfo> securities = SecuritiesOf(arguments.directory, context.cache);
   context.out << (arguments.json ? SecurityJson(securities) : SecurityTable(securities));
 }
 

@@ -9,11 +9,9 @@ std::string JsonText(const nlohmann::ordered_json& json, int indent) {
 }
 
 std::string LedgerText(const LedgerValue& value) {
-  if (const auto* number = std::get_if<double>(&value)) {
-    return PlainNumberText(static_cast<float>(*number));
-  }
-  const auto* text = std::get_if<std::string>(&value);
-  return text == nullptr ? std::string() : *text;
+  const auto* const number = std::get_if<double>(&value);
+  return number == nullptr ? ValueOr<std::string>(value)
+                           : PlainNumberText(static_cast<float>(*number));
 }
 
 nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size_t row) {
@@ -22,18 +20,6 @@ nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size
     object[records.columns[i]] = LedgerText(records.rows[row][i]);
   }
   return object;
-}
-
-long LedgerRowCount(LedgerConnection& ledger) {
-  if (!ledger.CanRead()) return 0;
-  const LedgerRecordset count = LedgerQuery(ledger, "select count(*) From MyPortfolio");
-  return static_cast<long>(std::get<double>(count.rows.at(0).at(0)));
-}
-
-nlohmann::ordered_json NewestLedgerRow(LedgerConnection& ledger) {
-  const LedgerRecordset newest = LedgerQuery(
-      ledger, "select * From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)");
-  return LedgerRowObject(newest, 0);
 }
 
 }  // namespace velumar

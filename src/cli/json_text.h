@@ -18,7 +18,4 @@ std::string LedgerText(const LedgerValue& value);
 // A row of the ledger: column names and values as text.
 nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size_t row);
 
-long LedgerRowCount(LedgerConnection& ledger);
-nlohmann::ordered_json NewestLedgerRow(LedgerConnection& ledger);
-
 }  // namespace velumar

@@ -1,15 +1,17 @@
 #include "cli/replay_driver.h"
 
+#include <algorithm>
 #include <array>
-#include <charconv>
+#include <initializer_list>
 #include <istream>
 #include <ostream>
 #include <stdexcept>
 #include <utility>
 
 #include "base/dates.h"
+#include "base/number_text.h"
+#include "cli/commands.h"
 #include "cli/json_text.h"
-#include "cli/replay_state.h"
 
 namespace velumar {
 
@@ -26,6 +28,14 @@ std::pair<std::string_view, std::string_view> Split(std::string_view line) {
   const std::size_t blank = line.find(' ');
   if (blank == std::string_view::npos) return {line, {}};
   return {line.substr(0, blank), line.substr(blank + 1)};
+}
+
+// The control of a command; null if it is not in the list.
+Control* Named(std::string_view command,
+               std::initializer_list<std::pair<std::string_view, Control*>> controls) {
+  const auto* const found =
+      std::ranges::find(controls, command, &std::pair<std::string_view, Control*>::first);
+  return found == controls.end() ? nullptr : found->second;
 }
 
 int LastKey(std::string_view text) {
@@ -47,13 +57,24 @@ std::string OrderResultText(OrderResult result) {
   }
 }
 
+long LedgerRowCount(LedgerConnection& ledger) {
+  if (!ledger.CanRead()) return 0;
+  const LedgerRecordset count = LedgerQuery(ledger, "select count(*) From MyPortfolio");
+  return static_cast<long>(std::get<double>(count.rows.at(0).at(0)));
+}
+
+nlohmann::ordered_json NewestLedgerRow(LedgerConnection& ledger) {
+  const LedgerRecordset newest = LedgerQuery(
+      ledger, "select * From MyPortfolio where rowid = (select max(rowid) From MyPortfolio)");
+  return LedgerRowObject(newest, 0);
+}
+
 int WholeNumber(std::string_view text) {
-  int number = -1;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (result.ec != std::errc() || result.ptr != text.data() + text.size() || number < 0) {
+  const auto number = ExactNumber<int>(text);
+  if (!number || *number < 0) {
     throw std::invalid_argument("\"" + std::string(text) + "\" is not a whole number");
   }
-  return number;
+  return *number;
 }
 
 std::int32_t DateOf(std::string_view text) {
@@ -82,6 +103,11 @@ void TypeInto(Control& control, std::string_view text) {
 }
 
 }  // namespace
+
+void Replay(const ReplayArguments& arguments, CliContext& context) {
+  ReplayWorld world(arguments, context.cache);
+  ReplayDriver(world, context.in, context.out).Run();
+}
 
 ReplayDriver::ReplayDriver(ReplayWorld& world, std::istream& in, std::ostream& out)
     : world_(world), in_(in), out_(out) {
@@ -135,30 +161,22 @@ bool ReplayDriver::Execute() {
   const auto [name, rest] = Split(command_);
   answer_due_ = true;
   try {
-    if (name == "next") {
-      Click(windows.form2.Image1);
-    } else if (name == "prev") {
-      Click(windows.form2.Image2);
-    } else if (name == "ff") {
-      Click(windows.form2.Image7);
-    } else if (name == "rew") {
-      Click(windows.form2.Image6);
-    } else if (name == "stop") {
-      Click(windows.form2.Image4);
-    } else if (name == "return") {
-      Click(windows.form2.Image5);
-    } else if (name == "play") {
-      Begin(windows.form2.Image3);
-    } else if (name == "start") {
-      Begin(windows.form1.Image3);
-    } else if (name == "long") {
-      Order(windows.form3.imgLong, rest);
-    } else if (name == "short") {
-      Order(windows.form3.ImgShort, rest);
-    } else if (name == "offset-long") {
-      Order(windows.form3.imgOffsetLong, rest);
-    } else if (name == "offset-short") {
-      Order(windows.form3.ImgOffsetShort, rest);
+    if (Control* const button = Named(name, {{"next", &windows.form2.Image1},
+                                             {"prev", &windows.form2.Image2},
+                                             {"ff", &windows.form2.Image7},
+                                             {"rew", &windows.form2.Image6},
+                                             {"stop", &windows.form2.Image4},
+                                             {"return", &windows.form2.Image5}})) {
+      Click(*button);
+    } else if (Control* const start = Named(
+                   name, {{"play", &windows.form2.Image3}, {"start", &windows.form1.Image3}})) {
+      Begin(*start);
+    } else if (Control* const order =
+                   Named(name, {{"long", &windows.form3.imgLong},
+                                {"short", &windows.form3.ImgShort},
+                                {"offset-long", &windows.form3.imgOffsetLong},
+                                {"offset-short", &windows.form3.ImgOffsetShort}})) {
+      Order(*order, rest);
     } else if (name == "set") {
       Set(rest);
     } else if (name == "figures") {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -53,5 +54,10 @@ class ReplayWorld {
  private:
   void ChooseSeries(const ReplayArguments& arguments);
 };
+
+// The answer to a command: every field of the session, the texts and colours that the trader sees,
+// and the bars of the working store. Doesn't load windows; an unloaded one has empty texts. Numbers
+// are exact.
+nlohmann::ordered_json StateOf(ReplayWorld& world);
 
 }  // namespace velumar

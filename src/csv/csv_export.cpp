@@ -9,18 +9,16 @@ namespace velumar {
 
 namespace {
 
-template <typename Number>
-void Append(std::string& text, Number number) {
+// The shortest decimal that reads back as the same float.
+std::string ShortestText(float number) {
   std::array<char, 64> digits;
-  const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-  text.append(digits.data(), written.ptr);
+  return {digits.data(), std::to_chars(digits.begin(), digits.end(), number).ptr};
 }
 
-void AppendTime(std::string& text, std::int32_t time) {
-  std::string digits;
-  Append(digits, time);
+std::string TimeText(std::int32_t time) {
+  std::string digits = std::to_string(time);
   if (time >= 0 && digits.size() < 6) digits.insert(0, 6 - digits.size(), '0');
-  text += digits;
+  return digits;
 }
 
 }  // namespace
@@ -36,17 +34,9 @@ std::string CsvOfSeries(std::string_view directory, std::string_view symbol, int
                               &bars.closes, &bars.volumes, &bars.open_interests};
   std::string text = "date,time,open,high,low,close,volume,openinterest\n";
   for (std::size_t i = 0; i < bars.dates.size(); ++i) {
-    Append(text, bars.dates[i]);
-    text += ',';
-    if (interval == -1) {
-      text += '0';
-    } else {
-      AppendTime(text, bars.times[i]);
-    }
-    for (const std::vector<float>* column : columns) {
-      text += ',';
-      Append(text, (*column)[i]);
-    }
+    text += std::to_string(bars.dates[i]) + ',';
+    text += interval == -1 ? "0" : TimeText(bars.times[i]);
+    for (const std::vector<float>* column : columns) text += ',' + ShortestText((*column)[i]);
     text += '\n';
   }
   return text;

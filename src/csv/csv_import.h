@@ -5,8 +5,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "csv/csv_values.h"
+#include "marketdata/bar.h"
 
 namespace velumar {
 
@@ -32,10 +34,24 @@ struct CsvImportReport {
   int times_left_out = 0;            // bars of a daily series that had a time
 };
 
+// What the name of a CSV file, without folder and extension, says: "AAPL_D" is daily bars of AAPL,
+// "TEST_15" bars of 15 minutes of TEST. Without such an ending, all of it is the symbol.
+struct CsvNameGuess {
+  std::string symbol;  // in upper case
+  std::optional<int> interval;
+};
+CsvNameGuess GuessFromName(std::string_view stem);
+
+// The interval of sorted bars: that of the name if the bars agree with it, else the most frequent
+// gap in seconds between bars of one day, rounded down to minutes, or daily for one bar a day,
+// always at the same time. Throws CsvError if name and bars disagree or the result cannot be
+// replayed.
+int GuessInterval(const std::vector<Bar>& bars, std::optional<int> from_name);
+
 // Adds the bars of a CSV file to a market data directory as one security, or replaces the one of
 // the same symbol and interval, completely or not at all. The stages are bytes, lines, fields
-// (csv_text.h), columns (csv_columns.h), values (csv_values.h), bars (csv_series.h), then symbol
-// and interval (csv_guess.h). Throws CsvError, naming file and line, and MetaLibError.
+// (csv_text.h), values (csv_values.h), bars (csv_series.h), then symbol and interval. Throws
+// CsvError, naming file and line, and MetaLibError.
 CsvImportReport ImportCsv(const std::filesystem::path& file, std::string_view directory,
                           const CsvImportOptions& options, IndexCache& cache);
 

@@ -1,11 +1,13 @@
 #include "csv/csv_series.h"
 
 #include <algorithm>
+#include <array>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
 
-#include "csv/csv_columns.h"
+#include "base/text.h"
 #include "csv/csv_text.h"
 #include "marketdata/data_file.h"
 
@@ -13,40 +15,114 @@ namespace velumar {
 
 namespace {
 
-// One line of the file, split into its columns.
+enum Column : std::uint8_t { kDate, kTime, kOpen, kHigh, kLow, kClose, kVolume, kOpenInterest };
+
+struct ColumnNames {
+  std::string_view title;    // in a message about the header
+  std::string_view in_text;  // in a message about a value
+  bool optional;
+  // As PlainName returns them; the first one in the header counts.
+  std::vector<std::string_view> names;
+};
+
+const std::array<ColumnNames, 8>& AllNames() {
+  static const std::array<ColumnNames, 8> names = {{
+      {"Date", "date", false, {"DATE", "DATETIME", "TIMESTAMP", "DTYYYYMMDD"}},
+      {"Time", "time", true, {"TIME"}},
+      {"Open", "open", false, {"OPEN"}},
+      {"High", "high", false, {"HIGH"}},
+      {"Low", "low", false, {"LOW"}},
+      {"Close", "close", false, {"CLOSE"}},
+      {"Volume", "volume", true, {"VOLUME", "VOL", "TICKVOL", "TICKVOLUME"}},
+      {"OpenInterest", "open interest", true, {"OPENINTEREST", "OPENINT", "OI"}},
+  }};
+  return names;
+}
+
+// "<Open Int.>" becomes OPENINT.
+std::string PlainName(std::string_view field) {
+  std::string name = UpperCased(field);
+  std::erase_if(name,
+                [](char c) { return std::string_view("<> ._-/").find(c) != std::string::npos; });
+  return name;
+}
+
+std::optional<std::size_t> PlaceOf(const ColumnNames& column,
+                                   const std::vector<std::string>& header) {
+  for (const std::string_view name : column.names) {
+    const auto first = std::ranges::find(header, name);
+    if (first == header.end()) continue;
+    if (std::find(first + 1, header.end(), name) != header.end()) {
+      throw CsvError("the header names the column " + std::string(column.title) + " twice");
+    }
+    return static_cast<std::size_t>(first - header.begin());
+  }
+  return std::nullopt;
+}
+
+// Without the empty fields that some programs leave at the end of a line.
+std::size_t UsedFields(const std::vector<std::string>& fields) {
+  const auto last = std::find_if(fields.rbegin(), fields.rend(),
+                                 [](const std::string& field) { return !field.empty(); });
+  return static_cast<std::size_t>(fields.rend() - last);
+}
+
+// Which field of a line belongs to which column, according to the header, and the current line.
+// Names match in any case and order, with or without "<>", blanks and points, and in the usual
+// short forms ("Vol.", "Open Int", "DateTime"). Other columns are ignored.
 class Row {
  public:
-  Row(const CsvColumns& columns, const std::vector<std::string>& fields)
-      : columns_(columns), fields_(fields) {
-    columns_.RequireWidth(fields_);
+  // Throws CsvError naming the columns that are missing, or one that occurs twice.
+  explicit Row(const std::vector<std::string>& header) : width_(UsedFields(header)) {
+    std::vector<std::string> names;
+    std::ranges::transform(header, std::back_inserter(names), PlainName);
+    std::string missing;
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+      const ColumnNames& column = AllNames()[i];
+      places_[i] = PlaceOf(column, names);
+      if (places_[i] || column.optional) continue;
+      missing += (missing.empty() ? "" : ", ") + std::string(column.title);
+    }
+    if (missing.empty()) return;
+    throw CsvError("no column " + missing + "; the first line must name the columns");
   }
+
+  // Moves to a line; `fields` must outlive its use. Throws CsvError if it has fewer fields than the
+  // header, or more that are not empty.
+  void MoveTo(const std::vector<std::string>& fields) {
+    fields_ = &fields;
+    if (fields.size() >= width_ && UsedFields(fields) <= width_) return;
+    throw CsvError("has " + std::to_string(fields.size()) + " fields, the header has " +
+                   std::to_string(width_));
+  }
+
+  bool Has(Column column) const { return places_[column].has_value(); }
 
   // The value that `read` returns for the field. Errors begin with the column's name.
   template <typename Read>
-  auto Value(CsvColumns::Column column, Read read) const {
+  auto Value(Column column, Read read) const {
     try {
-      return read(columns_.Field(fields_, column));
+      return read((*fields_)[*places_[column]]);
     } catch (const CsvError& error) {
-      throw CsvError("the " + std::string(CsvColumns::Name(column)) + " " + error.what());
+      throw CsvError("the " + std::string(AllNames()[column].in_text) + " " + error.what());
     }
   }
 
-  float Number(CsvColumns::Column column) const {
-    return columns_.Has(column) ? Value(column, CsvNumber) : 0;
-  }
+  float Number(Column column) const { return Has(column) ? Value(column, CsvNumber) : 0; }
 
  private:
-  const CsvColumns& columns_;
-  const std::vector<std::string>& fields_;
+  std::array<std::optional<std::size_t>, 8> places_;
+  std::size_t width_;
+  const std::vector<std::string>* fields_ = nullptr;
 };
 
-Bar ReadBar(const CsvColumns& columns, const Row& row, const CsvDateFormat& date_format) {
-  const CsvDateTime moment = row.Value(
-      CsvColumns::kDate, [&](const std::string& field) { return date_format.Read(field); });
+Bar ReadBar(const Row& row, const CsvDateFormat& date_format) {
+  const CsvDateTime moment =
+      row.Value(kDate, [&](const std::string& field) { return date_format.Read(field); });
   std::int32_t time = moment.time.value_or(0);
-  if (columns.Has(CsvColumns::kTime)) {
+  if (row.Has(kTime)) {
     // Many files repeat the date as "2020-01-02 00:00" next to the real time.
-    const std::int32_t own = row.Value(CsvColumns::kTime, CsvTime);
+    const std::int32_t own = row.Value(kTime, CsvTime);
     if (time != 0 && time != own) {
       throw CsvError("the time in the date differs from the one in the column Time");
     }
@@ -54,12 +130,12 @@ Bar ReadBar(const CsvColumns& columns, const Row& row, const CsvDateFormat& date
   }
   return {.date = moment.date,
           .time = time,
-          .open = row.Number(CsvColumns::kOpen),
-          .high = row.Number(CsvColumns::kHigh),
-          .low = row.Number(CsvColumns::kLow),
-          .close = row.Number(CsvColumns::kClose),
-          .volume = row.Number(CsvColumns::kVolume),
-          .open_interest = row.Number(CsvColumns::kOpenInterest)};
+          .open = row.Number(kOpen),
+          .high = row.Number(kHigh),
+          .low = row.Number(kLow),
+          .close = row.Number(kClose),
+          .volume = row.Number(kVolume),
+          .open_interest = row.Number(kOpenInterest)};
 }
 
 void RequireLater(const Bar& bar, const CsvSeries& before) {
@@ -85,14 +161,15 @@ void RequireRoomFor(CsvLines lines) {
 CsvSeries ReadCsvSeries(std::string_view text, const CsvDateFormat& date_format) {
   CsvLines lines(text);
   if (!lines.Next()) throw CsvError("the file is empty");
-  const CsvColumns columns(lines.Fields());
+  Row row(lines.Fields());
   RequireRoomFor(lines);
   CsvSeries series;
   int bad_lines = 0;
   std::string first;
   while (lines.Next()) {
     try {
-      const Bar bar = ReadBar(columns, Row(columns, lines.Fields()), date_format);
+      row.MoveTo(lines.Fields());
+      const Bar bar = ReadBar(row, date_format);
       RequireLater(bar, series);
       series.bars.push_back(bar);
       series.lines.push_back(lines.Number());

@@ -14,9 +14,10 @@ struct CsvSeries {
   std::vector<int> lines;
 };
 
-// Reads the text of a CSV file. Missing optional columns read as 0. Throws CsvError that names the
-// first bad line and counts the others: a value that cannot be read or stored, or a bar that is not
-// later than the one before. More than kMostBars bars are refused before any is read.
+// Reads the text of a CSV file. The columns Time, Volume and OpenInterest are optional and read as
+// 0. Throws CsvError that names the first bad line and counts the others: a value that cannot be
+// read or stored, or a bar that is not later than the one before. More than kMostBars bars are
+// refused before any is read.
 CsvSeries ReadCsvSeries(std::string_view text, const CsvDateFormat& date_format);
 
 // Removes the times, since a daily series has none, and returns how many bars had one. Throws

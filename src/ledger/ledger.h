@@ -122,10 +122,8 @@ void LedgerInsert(LedgerConnection& connection, std::string_view table,
 void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerValue>& values,
                        const LedgerDetail& detail);
 
-// Deletes all rows of a table. Those of MyPortfolio are moved to the archive of their run.
-void LedgerDeleteAll(LedgerConnection& connection, std::string_view table);
-
-// Starts a run in one transaction: empties MyPortfolio as above; later rows belong to the new run.
+// Starts a run in one transaction: the rows of MyPortfolio move to the archive of their run, and
+// later rows belong to the new run.
 void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run);
 // Records a wiped-out holding after the newest row; the detail has the quantity ordered.
 void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,

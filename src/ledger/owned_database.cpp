@@ -83,16 +83,15 @@ void RequireIntact(const SqliteDatabase& database) {
 
 // Throws unless the file is of this kind or does not exist yet.
 void RequireOwnable(const std::string& file, const std::string& path, const DatabaseKind& kind) {
-  const FileIdentity found = IdentityOf(path);
-  if (found.kind == FileIdentity::Kind::kOther || found.HoldsBytes()) {
+  if (HoldsBytes(path) || IsNotAFile(path)) {
     const SqliteDatabase present(file, SqliteDatabase::Mode::kReadOnly);
     HasTablesOf(present, kind);
     RequireIntact(present);
-  } else if (IdentityOf(path + "-wal").HoldsBytes()) {
+  } else if (HoldsBytes(path + "-wal")) {
     throw LedgerError(path + "-wal: contains rows of a " + std::string(kind.what) +
                       " that is no longer next to it; move the two files together");
   }
-  if (found.links > 1) {
+  if (HasHardLinks(path)) {
     throw LedgerError(file + ": the file has a second name (a hard link), under which another " +
                       "program would miss the newest rows; copy it instead");
   }
@@ -112,7 +111,7 @@ std::unique_ptr<SqliteDatabase> TakeOwnership(const std::string& file, const std
       throw LedgerError(file + ": the " + std::string(kind.what) + " is in use by another program",
                         true);
     }
-    if (IdentityOf(lock).kind == FileIdentity::Kind::kMissing) {
+    if (!StampOfFile(lock)) {
       throw LedgerError(file + ": its folder is not writable");
     }
     throw;
@@ -171,28 +170,26 @@ void OwnedDatabase::Configure(const DatabaseKind& kind) {
   SqliteTransaction transaction(*database_);
   kind.create_tables(*database_);
   transaction.Commit();
-  page_size_ = static_cast<std::uint64_t>(NumberOf(*database_, "PRAGMA page_size"));
+  page_size_ = static_cast<std::int64_t>(NumberOf(*database_, "PRAGMA page_size"));
 }
 
 void OwnedDatabase::Watch(const std::string& file) {
   // There is no log on a file system without shared memory.
-  const FileIdentity identity = IdentityOf(file);
-  if (identity.kind == FileIdentity::Kind::kMissing) return;
-  watched_.push_back({file, identity, file.ends_with("-wal")});
+  if (const auto stamp = StampOfFile(file))
+    watched_.push_back({file, *stamp, file.ends_with("-wal")});
 }
 
 SqliteDatabase& OwnedDatabase::ForWriting() {
   for (const WatchedFile& file : watched_) {
-    const FileIdentity now = IdentityOf(file.path);
-    if (!now.SameFile(file.identity)) {
+    const auto now = StampOfFile(file.path);
+    if (!now || now->device != file.stamp.device || now->inode != file.stamp.inode) {
       Checkpoint();
-      throw LedgerError(file.path +
-                        (now.kind == FileIdentity::Kind::kMissing
-                             ? ": the file was moved or deleted"
-                             : ": the file was replaced by another one") +
-                        "; put it back, or restart the program");
+      throw LedgerError(
+          file.path +
+          (now ? ": the file was replaced by another one" : ": the file was moved or deleted") +
+          "; put it back, or restart the program");
     }
-    if (file.is_log && now.size < MinimumLogSize() && !Checkpoint()) {
+    if (file.is_log && now->size < MinimumLogSize() && !Checkpoint()) {
       throw LedgerError(file.path + ": another program truncated the file; restart the program " +
                         "and check the newest rows");
     }
@@ -200,11 +197,10 @@ SqliteDatabase& OwnedDatabase::ForWriting() {
   return *database_;
 }
 
-std::uint64_t OwnedDatabase::MinimumLogSize() const {
-  constexpr std::uint64_t kLogHeader = 32;
-  constexpr std::uint64_t kPageHeader = 24;
-  const auto pages = static_cast<std::uint64_t>(log_pages_);
-  return pages == 0 ? 0 : kLogHeader + pages * (kPageHeader + page_size_);
+std::int64_t OwnedDatabase::MinimumLogSize() const {
+  constexpr std::int64_t kLogHeader = 32;
+  constexpr std::int64_t kPageHeader = 24;
+  return log_pages_ == 0 ? 0 : kLogHeader + log_pages_ * (kPageHeader + page_size_);
 }
 
 // Writes the rows of the log to the file that is still open, wherever it is now. A file that has

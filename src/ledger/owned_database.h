@@ -54,19 +54,19 @@ class OwnedDatabase {
  private:
   struct WatchedFile {
     std::string path;
-    FileIdentity identity;
+    FileStamp stamp;
     bool is_log = false;
   };
   void Configure(const DatabaseKind& kind);
   void Watch(const std::string& file);
-  std::uint64_t MinimumLogSize() const;  // bytes
+  std::int64_t MinimumLogSize() const;  // bytes
   bool Checkpoint();
 
   std::unique_ptr<SqliteDatabase> owner_;
   std::unique_ptr<SqliteDatabase> database_;
   std::vector<WatchedFile> watched_;
   int log_pages_ = 0;  // in the write-ahead log after the last commit
-  std::uint64_t page_size_ = 0;
+  std::int64_t page_size_ = 0;
 };
 
 }  // namespace velumar

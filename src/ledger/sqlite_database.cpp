@@ -5,11 +5,19 @@
 #include <cctype>
 #include <filesystem>
 
+#include "base/ignoring.h"
 #include "base/paths.h"
 
 namespace velumar {
 
+namespace fs = std::filesystem;
+
 namespace {
+
+// Names of files on Linux may contain a backslash, so this is not NativePath.
+fs::path FromUtf8(const std::string& path) {
+  return fs::path(std::u8string(path.begin(), path.end()));
+}
 
 [[noreturn]] void Throw(const std::string& file, sqlite3* database) {
   throw LedgerError(file + ": " + sqlite3_errmsg(database),
@@ -20,20 +28,20 @@ namespace {
 constexpr int kBusyTimeoutMs = 2000;
 
 // Larger than any ledger (1 GiB is some four million orders) and than any value in it.
-constexpr std::uint64_t kLargestFile = std::uint64_t{1} << 30;
+constexpr std::int64_t kLargestFile = std::int64_t{1} << 30;
 constexpr int kLongestValue = 1 << 20;
 
 // SQLite opens these whatever they are, and would wait on a pipe forever.
 void RequireRegularFiles(const std::string& file, const std::string& path) {
   for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
-    const FileIdentity found = IdentityOf(path + suffix);
-    if (found.kind == FileIdentity::Kind::kOther) {
+    if (IsNotAFile(path + suffix)) {
       throw LedgerError((*suffix == '\0' ? file : path + suffix) +
                         ": not a regular file, but a folder, a pipe or a device");
     }
-    if (*suffix == '\0' && found.size > kLargestFile) {
-      throw LedgerError(file + ": the file is larger than any ledger (1 GiB)");
-    }
+  }
+  const auto found = StampOfFile(path);
+  if (found && found->size > kLargestFile) {
+    throw LedgerError(file + ": the file is larger than any ledger (1 GiB)");
   }
 }
 
@@ -57,16 +65,38 @@ std::string LocklessVfs() { return std::string(sqlite3_vfs_find(nullptr)->zName)
 }  // namespace
 
 std::string CanonicalPath(const std::string& path) {
-  namespace fs = std::filesystem;
   constexpr int kMostLinks = 40;
   std::error_code error;
-  fs::path file = fs::absolute(fs::path(std::u8string(path.begin(), path.end())), error);
+  fs::path file = fs::absolute(FromUtf8(path), error);
   // fs::canonical fails for a link whose target does not exist yet.
   for (int links = 0; links < kMostLinks && fs::is_symlink(file, error); ++links) {
     file = file.parent_path() / fs::read_symlink(file, error);
   }
   const fs::path folder = fs::canonical(file.parent_path(), error);
   return PathText(error ? file : folder / file.filename());
+}
+
+std::optional<FileStamp> StampOfFile(const std::string& path) { return StampOf(FromUtf8(path)); }
+
+bool IsRegularFile(const std::string& path) {
+  std::error_code missing;
+  return fs::is_regular_file(FromUtf8(path), missing);
+}
+
+bool IsNotAFile(const std::string& path) {
+  std::error_code missing;
+  const fs::file_status status = fs::status(FromUtf8(path), missing);
+  return fs::exists(status) && !fs::is_regular_file(status);
+}
+
+bool HasHardLinks(const std::string& path) {
+  std::error_code error;
+  return IsRegularFile(path) && fs::hard_link_count(FromUtf8(path), error) > 1 && !error;
+}
+
+bool HoldsBytes(const std::string& path) {
+  const auto stamp = StampOfFile(path);
+  return stamp && stamp->size > 0 && IsRegularFile(path);
 }
 
 SqliteStatement::SqliteStatement(sqlite3* database, const std::string& file, std::string_view sql)
@@ -159,12 +189,12 @@ void SqliteDatabase::Open(const std::string& name, int flags) {
 // index is missing, SQLite builds it in memory.
 void SqliteDatabase::OpenReadOnly() {
   constexpr int kFlags = SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
-  const FileIdentity found = IdentityOf(path_);
-  if (found.kind == FileIdentity::Kind::kMissing) throw LedgerError(file_ + ": no such file");
-  if (!IdentityOf(path_ + "-wal").HoldsBytes()) {
+  const auto found = StampOfFile(path_);
+  if (!found) throw LedgerError(file_ + ": no such file");
+  if (!HoldsBytes(path_ + "-wal")) {
     Open(Uri(path_) + "?immutable=1", kFlags);
     unlocked_ = found;
-  } else if (IdentityOf(path_ + "-shm").kind == FileIdentity::Kind::kRegular) {
+  } else if (IsRegularFile(path_ + "-shm")) {
     Open(Uri(path_) + "?readonly_shm=1", kFlags);
   } else {
     Open(Uri(path_) + "?vfs=" + LocklessVfs(), kFlags);
@@ -174,7 +204,7 @@ void SqliteDatabase::OpenReadOnly() {
 }
 
 bool SqliteDatabase::Outdated() const {
-  return unlocked_ && (IdentityOf(path_) != *unlocked_ || IdentityOf(path_ + "-wal").HoldsBytes());
+  return unlocked_ && (StampOfFile(path_) != unlocked_ || HoldsBytes(path_ + "-wal"));
 }
 
 void SqliteDatabase::Close::operator()(sqlite3* database) const { sqlite3_close_v2(database); }
@@ -210,12 +240,8 @@ SqliteTransaction::SqliteTransaction(SqliteDatabase& database) : database_(datab
 }
 
 SqliteTransaction::~SqliteTransaction() {
-  if (!open_) return;
-  try {
-    database_.Run("ROLLBACK");
-  } catch (const LedgerError&) {
-    // SQLite has already rolled back.
-  }
+  // It fails if SQLite has already rolled back.
+  if (open_) IgnoringErrors([this] { database_.Run("ROLLBACK"); });
 }
 
 void SqliteTransaction::Commit() {

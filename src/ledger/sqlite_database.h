@@ -12,15 +12,27 @@
 #include <string_view>
 #include <variant>
 
-#include "ledger/file_identity.h"
+#include "base/raw_file.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace velumar {
 
+// Looks at files by their UTF-8 paths without opening them: closing a file again would drop
+// SQLite's locks on it.
+
 // The path of a file with all links resolved. The file may be missing, its folder may not.
 std::string CanonicalPath(const std::string& path);
+// Of the file that a path leads to; nullopt if there is none, or none that can be seen.
+std::optional<FileStamp> StampOfFile(const std::string& path);
+bool IsRegularFile(const std::string& path);
+// True for a folder, a pipe or a device.
+bool IsNotAFile(const std::string& path);
+// True for a regular file with more than one name.
+bool HasHardLinks(const std::string& path);
+// True for a regular file that is not empty.
+bool HoldsBytes(const std::string& path);
 
 // A database error; the text names the file.
 class LedgerError : public std::runtime_error {
@@ -36,6 +48,13 @@ class LedgerError : public std::runtime_error {
 
 // A column value: null, a number or UTF-8 text.
 using LedgerValue = std::variant<std::monostate, double, std::string>;
+
+// The text or number of a value of that type; empty or 0 for any other.
+template <typename Type>
+Type ValueOr(const LedgerValue& value, Type otherwise = {}) {
+  const auto* const held = std::get_if<Type>(&value);
+  return held == nullptr ? otherwise : *held;
+}
 
 // A prepared statement, read row by row.
 class SqliteStatement {
@@ -108,7 +127,7 @@ class SqliteDatabase {
 
   std::string file_;
   std::string path_;
-  std::optional<FileIdentity> unlocked_;  // as it was when opened without locks
+  std::optional<FileStamp> unlocked_;  // as it was when opened without locks
   std::unique_ptr<sqlite3, Close> handle_;
   std::map<std::string, SqliteStatement, std::less<>> prepared_;  // by SQL text
 };

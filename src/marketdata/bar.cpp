@@ -9,11 +9,11 @@ namespace velumar {
 namespace {
 
 template <typename Value>
-void Pick(std::vector<Value>& values, const std::vector<std::size_t>& places) {
-  std::vector<Value> picked;
-  picked.reserve(places.size());
-  for (const std::size_t place : places) picked.push_back(values[place]);
-  values = std::move(picked);
+void Reorder(std::vector<Value>& values, const std::vector<std::size_t>& places) {
+  std::vector<Value> reordered;
+  reordered.reserve(places.size());
+  for (const std::size_t place : places) reordered.push_back(values[place]);
+  values = std::move(reordered);
 }
 
 bool IsSorted(const BarArrays& bars) {
@@ -47,11 +47,11 @@ void SortBars(BarArrays& bars) {
   std::vector<BarKey> keys(bars.dates.size());
   std::ranges::transform(bars.dates, bars.times, keys.begin(), TimestampKey);
   const std::vector<std::size_t> places = SortedPlaces(keys);
-  Pick(bars.dates, places);
-  Pick(bars.times, places);
+  Reorder(bars.dates, places);
+  Reorder(bars.times, places);
   for (auto* values :
        {&bars.opens, &bars.highs, &bars.lows, &bars.closes, &bars.volumes, &bars.open_interests}) {
-    Pick(*values, places);
+    Reorder(*values, places);
   }
 }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "marketdata/bar.h"
+#include "marketdata/number_format.h"
 
 namespace velumar {
 
@@ -72,5 +73,13 @@ class BarLayout {
 // per line, followed by numbers for their display. Returns `layout` in the order of that text, or
 // unchanged if the text is not a list of as many known columns.
 BarLayout ReorderedByColumnNames(const BarLayout& layout, std::string_view text);
+
+// `records` holds whole records, each of layout.RecordSize() bytes.
+BarArrays DecodeBars(const BarLayout& layout, ByteView records);
+Bar DecodeBar(const BarLayout& layout, ByteView record);
+
+// Fills `record`, of layout.RecordSize() bytes, with the fields of the layout. Returns the field
+// whose value the file format cannot hold, if there is one; `record` is then undefined.
+std::optional<BarField> EncodeBar(const BarLayout& layout, const Bar& bar, ByteSpan record);
 
 }  // namespace velumar

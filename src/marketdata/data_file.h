@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "base/whole_file.h"
-#include "marketdata/bar_codec.h"
+#include "marketdata/bar_layout.h"
 
 namespace velumar {
 
@@ -16,7 +16,8 @@ inline constexpr std::size_t kRecordsOffset = 2;
 inline constexpr int kMostBars = 65534;
 
 // The number of bars that are counted in the header and complete in the file.
-int UsableBarCount(int counted_records, std::int64_t file_size, std::size_t record_size);
+int UsableBarCount(const RawFile& file, const BarLayout& layout);
+Bar ReadBar(const RawFile& file, const BarLayout& layout, int index);
 
 // Reads one data file.
 class DataFile {
@@ -25,7 +26,7 @@ class DataFile {
   DataFile(const std::filesystem::path& path, const BarLayout& layout);
 
   int Bars() const { return bars_; }
-  Bar BarAt(int index) const;  // 0 <= index < Bars()
+  Bar BarAt(int index) const { return ReadBar(file_, layout_, index); }  // below Bars()
   BarArrays ReadAll() const;
 
  private:
@@ -33,9 +34,6 @@ class DataFile {
   BarLayout layout_;
   int bars_ = 0;
 };
-
-// The smallest gap in minutes between two bars of one day; 0 if no day has two bars.
-int SmallestGap(const BarArrays& bars);
 
 // Starts replacing a file in a directory whose lock the caller holds, through "F12.DAT.new". Throws
 // MetaLibError.

@@ -13,7 +13,9 @@ class IndexCache;
 // A security to be imported. `interval` is -1 for a daily series, else minutes.
 struct NewSecurity {
   std::string symbol;  // UTF-8, at most 14 bytes as Latin-1
-  std::string name;    // UTF-8, cut to what the index files hold
+  // UTF-8, cut to what the index files hold. Empty: the name of the replaced security, or the
+  // symbol.
+  std::string name;
   int interval = -1;
 };
 

@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/dates.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "marketdata/metalib_error.h"
@@ -44,6 +45,17 @@ std::string ReadText(const std::filesystem::path& path) {
 
 std::string ColumnsFileName(int file_number) { return "F" + std::to_string(file_number) + ".DOP"; }
 
+// In minutes, between two bars of one day; 0 if no day has two bars.
+int SmallestGap(const BarArrays& bars) {
+  int smallest = 0;
+  for (std::size_t i = 1; i < bars.dates.size(); ++i) {
+    if (bars.dates[i] != bars.dates[i - 1]) continue;
+    const int gap = MinuteOfDay(bars.times[i]) - MinuteOfDay(bars.times[i - 1]);
+    if (gap > 0 && (smallest == 0 || gap < smallest)) smallest = gap;
+  }
+  return smallest;
+}
+
 // MASTER's numbers count, and the longer name.
 void MergeTwin(IndexRecord& record, IndexRecord twin) {
   if (record.layout.Empty()) record.layout = twin.layout;
@@ -83,20 +95,8 @@ std::string DirectoryListing::Styled(std::string_view upper_name) const {
   return styled;
 }
 
-DirectoryIndex::DirectoryIndex(std::filesystem::path path, DirectoryListing files)
-    : path_(std::move(path)) {
-  SetFiles(std::move(files));
-}
-
-void DirectoryIndex::SetFiles(DirectoryListing files) {
-  files_ = std::move(files);
-  for (const IndexKind kind : kIndexKinds) {
-    index_paths_[static_cast<std::size_t>(kind)] = PathOf(IndexFileName(kind)).value_or("");
-  }
-}
-
-const std::filesystem::path& DirectoryIndex::IndexPath(IndexKind kind) const {
-  return index_paths_[static_cast<std::size_t>(kind)];
+std::filesystem::path DirectoryIndex::IndexPath(IndexKind kind) const {
+  return PathOf(IndexFileName(kind)).value_or("");
 }
 
 void DirectoryIndex::Add(IndexKind kind, ByteView file) {
@@ -159,7 +159,7 @@ IndexedSecurity* DirectoryIndex::FindSeries(std::string_view symbol, int interva
 }
 
 int DirectoryIndex::IntervalOf(IndexedSecurity& security) const {
-  if (!security.IsIntraday()) return -1;
+  if (!security.record.IsIntraday()) return -1;
   if (security.record.minutes != 0) return security.record.minutes;
   const auto path = DataPath(security);
   const auto stamp = path ? StampOf(*path) : std::nullopt;

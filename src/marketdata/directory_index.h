@@ -58,22 +58,21 @@ struct IndexedSecurity {
   int gap = 0;            // the smallest between two bars of a day
   FileStamp gap_stamp;    // of the file with that gap
   FileStamp order_stamp;  // of the file with its bars sorted and without duplicates
-
-  bool IsIntraday() const { return record.IsIntraday(); }
 };
 
 // The securities of one directory, as its index files list them.
 class DirectoryIndex {
  public:
-  DirectoryIndex(std::filesystem::path path, DirectoryListing files);
+  DirectoryIndex(std::filesystem::path path, DirectoryListing files)
+      : path_(std::move(path)), files_(std::move(files)) {}
   DirectoryIndex(const DirectoryIndex&) = delete;
   DirectoryIndex& operator=(const DirectoryIndex&) = delete;
 
   const std::filesystem::path& Path() const { return path_; }
   const DirectoryListing& Files() const { return files_; }
+  void SetFiles(DirectoryListing files) { files_ = std::move(files); }
   // Of an index file; empty if it is missing.
-  const std::filesystem::path& IndexPath(IndexKind kind) const;
-  void SetFiles(DirectoryListing files);
+  std::filesystem::path IndexPath(IndexKind kind) const;
 
   // Adds the securities of one index file; called once for each kind, in their order.
   void Add(IndexKind kind, ByteView file);
@@ -106,7 +105,6 @@ class DirectoryIndex {
 
   std::filesystem::path path_;
   DirectoryListing files_;
-  std::array<std::filesystem::path, kIndexKinds.size()> index_paths_;
   std::vector<IndexedSecurity> securities_;
   std::array<std::int32_t, kHighestMasterNumber + 1> by_master_number_{};  // place + 1; 0: none
   // The places of each symbol's series, filled on first use. The keys point into securities_,

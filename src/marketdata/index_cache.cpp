@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "base/paths.h"
-#include "marketdata/index_entries.h"
 #include "marketdata/index_file.h"
 #include "marketdata/metalib_error.h"
 
@@ -43,10 +42,7 @@ void WriteDifference(RawFile& file, std::int64_t offset, ByteView before, ByteVi
 
 }  // namespace
 
-IndexCache::IndexCache() : entries_(std::make_unique<Entries>()) {}
-IndexCache::~IndexCache() = default;
-
-IndexCache::Entries::Entry& IndexCache::Entries::EntryOf(const std::filesystem::path& directory) {
+IndexCache::Entry& IndexCache::EntryOf(const std::filesystem::path& directory) {
   const auto found = std::ranges::find_if(
       entries_, [&](const Entry& entry) { return entry.index->Path() == directory; });
   if (found != entries_.end()) return *found;
@@ -57,7 +53,7 @@ IndexCache::Entries::Entry& IndexCache::Entries::EntryOf(const std::filesystem::
             .files = {}});
 }
 
-std::shared_ptr<DirectoryIndex> IndexCache::Entries::Load(std::string_view directory) {
+std::shared_ptr<DirectoryIndex> IndexCache::Load(std::string_view directory) {
   const std::filesystem::path path = NativePath(directory);
   Entry& entry = EntryOf(path);
   const FileStamp stamp = StampOrNone(path);
@@ -82,9 +78,8 @@ std::shared_ptr<DirectoryIndex> IndexCache::Entries::Load(std::string_view direc
   return entry.index;
 }
 
-void IndexCache::Entries::UpdateRecords(const DirectoryIndex& index,
-                                        const IndexedSecurity& security,
-                                        const std::function<void(IndexKind, ByteSpan)>& change) {
+void IndexCache::UpdateRecords(const DirectoryIndex& index, const IndexedSecurity& security,
+                               const std::function<void(IndexKind, ByteSpan)>& change) {
   for (const IndexKind kind : kIndexKinds) {
     const std::int64_t offset = security.offsets[static_cast<std::size_t>(kind)];
     if (offset == IndexedSecurity::kNotListed) continue;
@@ -102,8 +97,8 @@ void IndexCache::Entries::UpdateRecords(const DirectoryIndex& index,
   }
 }
 
-void IndexCache::Entries::NoteOwnChange(const DirectoryIndex& index, IndexKind kind,
-                                        const FileStamp& before, const FileStamp& after) {
+void IndexCache::NoteOwnChange(const DirectoryIndex& index, IndexKind kind, const FileStamp& before,
+                               const FileStamp& after) {
   for (Entry& entry : entries_) {
     if (entry.index.get() != &index) continue;
     KeptStamp& kept = entry.files[static_cast<std::size_t>(kind)];

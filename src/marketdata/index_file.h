@@ -19,6 +19,7 @@ class IndexImage {
   // Reads the file; an empty `path` makes an empty index.
   IndexImage(IndexKind kind, const std::filesystem::path& path);
 
+  IndexKind Kind() const { return kind_; }
   std::size_t Records() const { return records_; }
   std::vector<int> FileNumbers() const;
   ByteSpan RecordAt(std::int64_t offset);

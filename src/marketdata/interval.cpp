@@ -1,30 +1,22 @@
 #include "marketdata/interval.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 
+#include "base/number_text.h"
 #include "base/text.h"
 
 namespace velumar {
-
-namespace {
-
-constexpr int kMostMinutes = 65535;  // of two bytes in the index files
-
-}  // namespace
 
 bool IsReplayInterval(int interval) {
   return std::ranges::find(kReplayIntervals, interval) != kReplayIntervals.end();
 }
 
 std::optional<int> IntervalFromText(std::string_view text) {
+  constexpr int kMostMinutes = 65535;  // of two bytes in the index files
   if (UpperCased(text) == kDailyInterval) return kDaily;
-  int minutes = 0;
-  const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), minutes);
-  const bool whole = fault == std::errc() && end == text.data() + text.size();
-  if (!whole || minutes < 0 || minutes > kMostMinutes) return std::nullopt;
-  return minutes;
+  const auto minutes = ExactNumber<int>(text);
+  return minutes && *minutes >= 0 && *minutes <= kMostMinutes ? minutes : std::nullopt;
 }
 
 std::string IntervalText(int interval) {

@@ -87,12 +87,6 @@ void ThrowSeriesFull(std::string_view file, std::string_view symbol) {
                                                     std::to_string(kMostBars) + " bars");
 }
 
-void ThrowNoColumns(std::string_view file, std::string_view symbol) {
-  throw MetaLibError(
-      MetaLibError::kNotStorable,
-      FileAndSymbol(file, symbol) + ": the index files do not say which fields its bars have");
-}
-
 void ThrowInUse(const std::filesystem::path& directory) {
   throw MetaLibError(MetaLibError::kDirectoryInUse,
                      "\"" + PathText(directory) + "\" is in use by another program");

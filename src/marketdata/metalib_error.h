@@ -49,7 +49,6 @@ class MetaLibError : public std::runtime_error {
 [[noreturn]] void ThrowNotStorable(std::string_view file, std::string_view symbol, const Bar& bar,
                                    BarField field);
 [[noreturn]] void ThrowSeriesFull(std::string_view file, std::string_view symbol);
-[[noreturn]] void ThrowNoColumns(std::string_view file, std::string_view symbol);
 [[noreturn]] void ThrowInUse(const std::filesystem::path& directory);
 
 }  // namespace velumar

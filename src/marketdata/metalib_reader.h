@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,7 +11,9 @@
 
 namespace velumar {
 
+class DirectoryIndex;
 class IndexCache;
+struct IndexedSecurity;
 
 // One security: the contents of its index records, and the dates and number of its bars.
 struct SecurityInfo {
@@ -32,8 +35,7 @@ struct SecurityInfo {
 class MetaLibReader {
  public:
   // `cache` keeps the index files between objects; main owns it.
-  explicit MetaLibReader(IndexCache& cache);
-  ~MetaLibReader();
+  explicit MetaLibReader(IndexCache& cache) : cache_(cache) {}
   MetaLibReader(const MetaLibReader&) = delete;
   MetaLibReader& operator=(const MetaLibReader&) = delete;
 
@@ -50,7 +52,7 @@ class MetaLibReader {
   const std::string& SecurityName() const;
   int SecurityInterval() const;
   SecurityInfo Security() const;
-  void CloseSecurity();
+  void CloseSecurity() { SetCurrent(nullptr, -1); }
 
   // Selects the first series that has exactly this symbol and is not intraday (daily 1, minutes -1)
   // or is intraday with these minutes (daily 0).
@@ -61,28 +63,40 @@ class MetaLibReader {
   // as the writer would leave them: sorted, with only the last of equal timestamps. An intraday
   // file without times keeps its order, since nothing says how to sort it.
   const BarArrays& Bars() const;
-  const std::vector<std::int32_t>& GetDates() const;
-  const std::vector<std::int32_t>& GetTimes() const;
-  const std::vector<float>& GetOpens() const;
-  const std::vector<float>& GetHighs() const;
-  const std::vector<float>& GetLows() const;
-  const std::vector<float>& GetCloses() const;
-  const std::vector<float>& GetVolumes() const;
-  const std::vector<float>& GetOpenInterests() const;
+  const std::vector<std::int32_t>& GetDates() const { return Bars().dates; }
+  const std::vector<std::int32_t>& GetTimes() const { return Bars().times; }
+  const std::vector<float>& GetOpens() const { return Bars().opens; }
+  const std::vector<float>& GetHighs() const { return Bars().highs; }
+  const std::vector<float>& GetLows() const { return Bars().lows; }
+  const std::vector<float>& GetCloses() const { return Bars().closes; }
+  const std::vector<float>& GetVolumes() const { return Bars().volumes; }
+  const std::vector<float>& GetOpenInterests() const { return Bars().open_interests; }
 
   // Moves the cursor to the first bar on or after `date_text` (yyyymmdd); `mode` is always 0.
   void SeekDate(std::string_view date_text, int mode);
   void MoveToStart();
-  // After the last bar, so that MoveBy(-1) reaches it.
-  void MoveToEnd();
   void MoveBy(int bars);
   void ReadBar();
   std::int32_t BarDateAtCursor() const;
-  std::int32_t BarTimeAtCursor() const;
 
  private:
-  struct State;
-  std::unique_ptr<State> state_;
+  DirectoryIndex& Open() const;
+  const IndexedSecurity& Current() const;
+  void SetCurrent(const IndexedSecurity* security, int interval);
+  void MoveTo(std::size_t place);
+
+  IndexCache& cache_;
+  std::shared_ptr<DirectoryIndex> index_;
+  std::size_t next_ = 0;                      // index of the security after the current one
+  const IndexedSecurity* current_ = nullptr;  // in *index_; its header was read, or it was selected
+  int interval_ = -1;                         // of the current security
+  bool selected_ = false;                     // its bars may be read
+  std::optional<BarArrays> bars_;
+  std::size_t cursor_ = 0;
+  bool bar_read_ = false;  // the one at the cursor
 };
+
+// All securities of a directory, in the reader's order. Throws MetaLibError.
+std::vector<SecurityInfo> SecuritiesOf(std::string_view directory, IndexCache& cache);
 
 }  // namespace velumar

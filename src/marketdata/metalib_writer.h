@@ -2,15 +2,19 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "marketdata/bar.h"
+#include "marketdata/directory_lock.h"
+#include "marketdata/series_file.h"
 
 namespace velumar {
 
+class DirectoryIndex;
 class IndexCache;
+struct IndexedSecurity;
 
 // Changes the series of one market data directory. An object is used for one operation. Every
 // method throws MetaLibError; after a failed or interrupted call the series is as it was before or
@@ -18,7 +22,7 @@ class IndexCache;
 // bars: a run cuts its history in memory before it writes it, and steps go bar by bar.
 class MetaLibWriter {
  public:
-  explicit MetaLibWriter(IndexCache& cache);
+  explicit MetaLibWriter(IndexCache& cache) : cache_(cache) {}
   // Closes the directory; errors are ignored.
   ~MetaLibWriter();
   MetaLibWriter(const MetaLibWriter&) = delete;
@@ -45,15 +49,22 @@ class MetaLibWriter {
   // Replaces the bar of this date (intraday: date and time), or inserts the bar where it belongs.
   void AppendBar(std::int32_t date, std::int32_t time, float open, float high, float low,
                  float close, float volume, float open_interest);
-  bool DailyBarExists(std::int32_t date);
-  bool IntradayBarExists(std::int32_t date, std::int32_t time);
   // No error if there is no such bar.
   void DeleteDailyBar(std::int32_t date);
   void DeleteIntradayBar(std::int32_t date, std::int32_t time);
 
  private:
-  struct State;
-  std::unique_ptr<State> state_;
+  DirectoryIndex& Open() const;
+  SeriesFile& Series(std::string_view call);
+  void UpdateIndexMinutes();
+  void UpdateIndexDates(const SeriesEnds& ends);
+
+  IndexCache& cache_;
+  std::shared_ptr<DirectoryIndex> index_;
+  std::optional<DirectoryLock> lock_;
+  IndexedSecurity* security_ = nullptr;  // the selected one, in *index_
+  int interval_ = -1;                    // that it was selected by
+  std::optional<SeriesFile> series_;
 };
 
 }  // namespace velumar

@@ -1,11 +1,10 @@
 #include "marketdata/series_file.h"
 
 #include <algorithm>
-#include <array>
+#include <ranges>
 #include <utility>
 
 #include "base/paths.h"
-#include "marketdata/data_file.h"
 #include "marketdata/metalib_error.h"
 
 namespace velumar {
@@ -34,10 +33,7 @@ void SeriesFile::Adopt(RawFile file) {
   file_.emplace(std::move(file));
   const FileStamp stamp = file_->Stamp();
   size_ = stamp.size;
-  std::array<std::byte, kCountsSize> counts{};
-  file_->ReadAt(0, counts);
-  bars_ = UsableBarCount(LoadAt<std::uint16_t>(counts, kRecordsOffset), size_,
-                         series_.layout.RecordSize());
+  bars_ = UsableBarCount(*file_, series_.layout);
   is_sorted_ = stamp == series_.sorted || IsStrictlyRising(AllKeys());
 }
 
@@ -49,13 +45,6 @@ std::int64_t SeriesFile::EndOf(int bars) const {
 
 SeriesFile::Key SeriesFile::KeyOf(std::int32_t date, std::int32_t time) const {
   return TimestampKey(date, has_times_ ? time : 0);
-}
-
-Bar SeriesFile::BarAt(int index) const {
-  std::array<std::byte, 4 * kBarFields> buffer{};
-  const ByteSpan record = std::span(buffer).first(series_.layout.RecordSize());
-  file_->ReadAt(EndOf(index), record);
-  return DecodeBar(series_.layout, record);
 }
 
 std::vector<std::byte> SeriesFile::AllRecords() const {
@@ -71,19 +60,14 @@ std::vector<SeriesFile::Key> SeriesFile::AllKeys() const {
   return keys;
 }
 
-// Most changes are at the end, so the search begins there.
+// Most changes are at the end, so the last two bars come first.
 int SeriesFile::LowerBound(Key key) const {
-  if (bars_ == 0 || KeyAt(bars_ - 1) < key) return bars_;
-  int low = 0;
-  int high = bars_ - 1;
-  for (int middle = high - 1; low < high; middle = (low + high) / 2) {
-    if (KeyAt(middle) < key) {
-      low = middle + 1;
-    } else {
-      high = middle;
-    }
+  for (const int last : {bars_ - 1, bars_ - 2}) {
+    if (last < 0 || KeyAt(last) < key) return last + 1;
   }
-  return low;
+  const auto bars = std::views::iota(0, bars_ - 2);
+  const auto is_before = [&](int bar) { return KeyAt(bar) < key; };
+  return static_cast<int>(std::ranges::partition_point(bars, is_before) - bars.begin());
 }
 
 SeriesEnds SeriesFile::Ends() const {
@@ -96,14 +80,11 @@ SeriesEnds SeriesFile::Ends() const {
           .last_time = last.time};
 }
 
-bool SeriesFile::Contains(std::int32_t date, std::int32_t time) const {
-  const Key key = KeyOf(date, time);
-  if (!is_sorted_) return std::ranges::count(AllKeys(), key) != 0;
-  return Holds(LowerBound(key), key);
-}
-
 void SeriesFile::RequireColumns() const {
-  if (series_.layout.Empty()) ThrowNoColumns(FileName(), series_.symbol);
+  if (!series_.layout.Empty()) return;
+  throw MetaLibError(MetaLibError::kNotStorable,
+                     FileName() + ": " + series_.symbol +
+                         ": the index files do not say which fields its bars have");
 }
 
 std::vector<std::byte> SeriesFile::Encoded(const Bar& bar) const {
@@ -130,9 +111,10 @@ void SeriesFile::Put(const Bar& bar) {
 
 void SeriesFile::Remove(std::int32_t date, std::int32_t time) {
   const Key key = KeyOf(date, time);
-  if (!Contains(date, time)) return;
+  if (!is_sorted_ && std::ranges::count(AllKeys(), key) == 0) return;
   Sort();
-  RemoveAt(LowerBound(key));
+  const int index = LowerBound(key);
+  if (Holds(index, key)) RemoveAt(index);
 }
 
 void SeriesFile::Sort() {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/whole_file.h"
-#include "marketdata/bar_codec.h"
+#include "marketdata/data_file.h"
 #include "marketdata/index_record.h"
 
 namespace velumar {
@@ -31,7 +31,6 @@ class SeriesFile {
 
   int Bars() const { return bars_; }
   SeriesEnds Ends() const;
-  bool Contains(std::int32_t date, std::int32_t time) const;
 
   void Put(const Bar& bar);
   void Remove(std::int32_t date, std::int32_t time);
@@ -50,7 +49,7 @@ class SeriesFile {
   Key KeyOf(std::int32_t date, std::int32_t time) const;
   Key KeyOf(const Bar& bar) const { return KeyOf(bar.date, bar.time); }
   Key KeyAt(int index) const { return KeyOf(BarAt(index)); }
-  Bar BarAt(int index) const;
+  Bar BarAt(int index) const { return ReadBar(*file_, series_.layout, index); }
   std::vector<Key> AllKeys() const;
   int LowerBound(Key key) const;
   bool Holds(int index, Key key) const { return index < bars_ && KeyAt(index) == key; }

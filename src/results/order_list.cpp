@@ -48,9 +48,8 @@ OrderListRow RowOf(const RunOrder& order, std::size_t number, std::optional<doub
 }
 
 std::string Exported(const LedgerValue& value) {
-  if (const auto* number = std::get_if<double>(&value)) return DecimalText(*number);
-  const auto* text = std::get_if<std::string>(&value);
-  return text == nullptr ? std::string() : *text;
+  const auto* const number = std::get_if<double>(&value);
+  return number == nullptr ? ValueOr<std::string>(value) : DecimalText(*number);
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 
 #include <cstddef>
 #include <string_view>
-#include <utility>
-#include <variant>
 
 #include "results/trade_list.h"
 
@@ -20,13 +18,12 @@ constexpr std::string_view kOffsets =
 
 std::vector<PortfolioChartRow> Rows(LedgerConnection& connection, std::string_view select,
                                     int archived_run) {
-  LedgerRecordset records = LedgerQuery(connection, select, archived_run);
+  const LedgerRecordset records = LedgerQuery(connection, select, archived_run);
   std::vector<PortfolioChartRow> rows;
   rows.reserve(records.rows.size());
-  for (std::vector<LedgerValue>& record : records.rows) {
-    PortfolioChartRow& row = rows.emplace_back();
-    if (auto* label = std::get_if<std::string>(&record[0])) row.label = std::move(*label);
-    if (const auto* value = std::get_if<double>(&record[1])) row.value = static_cast<float>(*value);
+  for (const std::vector<LedgerValue>& record : records.rows) {
+    rows.push_back(
+        {ValueOr<std::string>(record[0]), static_cast<float>(ValueOr<double>(record[1]))});
   }
   return rows;
 }

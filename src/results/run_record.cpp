@@ -171,11 +171,10 @@ std::vector<int> ArchivedBefore(LedgerConnection& connection, int number) {
   return numbers;
 }
 
-// "20070125" as "2007-01-25".
-std::string IsoDate(const std::string& digits) {
-  constexpr std::size_t kLength = 8;
-  if (digits.size() != kLength) return digits;
-  return digits.substr(0, 4) + "-" + digits.substr(4, 2) + "-" + digits.substr(6, 2);
+// The start date of a run, from digits yyyymmdd, as the user writes dates.
+std::string StartDateText(const LedgerConnection& connection, std::string digits) {
+  if (digits.size() == 8) digits.insert(6, "-").insert(4, "-");
+  return connection.DateText(digits);
 }
 
 std::string Orders(double count) {
@@ -229,7 +228,7 @@ std::vector<RunChoice> RunChoices(LedgerConnection& connection) {
     const int number = row.Whole("Id").value_or(0);
     choices.push_back({number, std::to_string(number) + ": " + row.Text("Symbol") + " " +
                                    row.Text("SymbolInterval") + " from " +
-                                   connection.DateText(IsoDate(row.Text("StartDate"))) + ", " +
+                                   StartDateText(connection, row.Text("StartDate")) + ", " +
                                    Orders(row.Number("Orders"))});
   }
   std::sort(choices.begin() + 1, choices.end(),

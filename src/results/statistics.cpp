@@ -1,11 +1,161 @@
 #include "results/statistics.h"
 
+#include <algorithm>
+#include <numeric>
+#include <optional>
+
 #include "results/figure_texts.h"
-#include "results/run_measures.h"
+#include "results/trade_list.h"
 
 namespace velumar {
 
 namespace {
+
+// Totals of trades, in money before costs. A trade without P/L is only counted.
+struct TradeSums {
+  int trades = 0;
+  int without_result = 0;
+  int wins = 0;
+  int losses = 0;
+  double won = 0;
+  double lost = 0;  // negative
+  double largest_win = 0;
+  double largest_loss = 0;
+  // In the order the trades were closed. A break-even trade ends both streaks.
+  int most_wins_in_a_row = 0;
+  int most_losses_in_a_row = 0;
+
+  int WithResult() const { return trades - without_result; }
+};
+
+// Totals of a run's orders. The optional ones are empty if an order has no detail.
+struct OrderSums {
+  int orders = 0;
+  double commission = 0;
+  std::optional<double> vat = 0;
+  std::optional<int> look_ahead = 0;
+  std::optional<double> money;  // realised, after the last order
+};
+
+// The largest fall of the realised money from its peak.
+struct Drawdown {
+  double money = 0;
+  std::optional<double> share;  // of the peak; empty if the peak was not above 0
+  // Date and time of the peak and the low. `from` is "start" if the starting money was the peak.
+  // Both are empty if the money never fell.
+  std::string from;
+  std::string to;
+};
+
+// How long and with how much money the trader was in the market, over the bars from the lowest one
+// with an order to the highest.
+struct MarketTime {
+  double held = 0;             // bars with a holding, as a share of all
+  double average_holding = 0;  // quantity times entry price, per bar
+};
+
+struct BarRange {
+  int first = 0;
+  int end = 0;  // one after the last bar that counts
+};
+
+std::optional<BarRange> BarsWithOrders(const RunRecord& run) {
+  std::optional<BarRange> bars;
+  for (const RunOrder& order : run.orders) {
+    if (!order.bar) return std::nullopt;
+    if (!bars) bars = BarRange{*order.bar, *order.bar};
+    bars->first = std::min(bars->first, *order.bar);
+    bars->end = std::max(bars->end, *order.bar);
+  }
+  return bars && bars->end > bars->first ? bars : std::nullopt;
+}
+
+TradeSums SumTrades(const std::vector<Trade>& trades) {
+  TradeSums sums;
+  int wins_in_a_row = 0;
+  int losses_in_a_row = 0;
+  for (const Trade& trade : trades) {
+    ++sums.trades;
+    if (!trade.money) {
+      ++sums.without_result;
+      continue;
+    }
+    const double money = *trade.money;
+    wins_in_a_row = money > 0 ? wins_in_a_row + 1 : 0;
+    losses_in_a_row = money < 0 ? losses_in_a_row + 1 : 0;
+    sums.wins += money > 0 ? 1 : 0;
+    sums.losses += money < 0 ? 1 : 0;
+    sums.won += std::max(money, 0.0);
+    sums.lost += std::min(money, 0.0);
+    sums.largest_win = std::max(sums.largest_win, money);
+    sums.largest_loss = std::min(sums.largest_loss, money);
+    sums.most_wins_in_a_row = std::max(sums.most_wins_in_a_row, wins_in_a_row);
+    sums.most_losses_in_a_row = std::max(sums.most_losses_in_a_row, losses_in_a_row);
+  }
+  return sums;
+}
+
+OrderSums SumOrders(const RunRecord& run) {
+  OrderSums sums;
+  for (const RunOrder& order : run.orders) {
+    if (order.kind == RunOrder::Kind::kWiped) continue;
+    ++sums.orders;
+    sums.commission += order.commission;
+    sums.vat = sums.vat && order.vat ? std::optional(*sums.vat + *order.vat) : std::nullopt;
+    const auto look_ahead = order.LookAhead();
+    sums.look_ahead = sums.look_ahead && look_ahead
+                          ? std::optional(*sums.look_ahead + (*look_ahead ? 1 : 0))
+                          : std::nullopt;
+    sums.money = order.money;
+  }
+  return sums;
+}
+
+// Starts from the starting money, so a loss of the first trade counts. Empty if the run has no
+// orders or its starting money was not recorded.
+std::optional<Drawdown> MaxDrawdown(const RunRecord& run) {
+  if (!run.began || run.orders.empty()) return std::nullopt;
+  double peak = run.began->starting_money;
+  std::string peak_moment = "start";
+  Drawdown deepest;
+  for (const RunOrder& order : run.orders) {
+    if (order.kind == RunOrder::Kind::kWiped) continue;
+    const std::string moment = order.date + " " + order.time;
+    if (order.money > peak) {
+      peak = order.money;
+      peak_moment = moment;
+    }
+    if (peak - order.money > deepest.money) {
+      const double fall = peak - order.money;
+      deepest = {fall, peak > 0 ? std::optional(fall / peak) : std::nullopt, peak_moment, moment};
+    }
+  }
+  return deepest;
+}
+
+// Empty if the orders are all on one bar, or if a bar or an entry was not recorded. A quantity that
+// was closed on the bar of its entry, or on an earlier one after a step back, was held for no bars.
+std::optional<MarketTime> TimeInMarket(const RunRecord& run, const TradeList& list) {
+  const auto bars = BarsWithOrders(run);
+  if (!bars) return std::nullopt;
+  // The value of all holdings, bar by bar.
+  std::vector<double> held(static_cast<std::size_t>(bars->end - bars->first));
+  bool complete = true;
+  const auto add = [&](const OpenLot& lot, int until) {
+    complete = complete && lot.entry && lot.entry->bar;
+    if (!complete) return;
+    for (int bar = std::max(*lot.entry->bar, bars->first); bar < until; ++bar) {
+      held[static_cast<std::size_t>(bar - bars->first)] += lot.quantity * lot.entry->price;
+    }
+  };
+  for (const Trade& trade : list.trades) add(trade.lot, trade.exit.bar.value_or(bars->first));
+  for (const OpenLot& lot : list.open) add(lot, bars->end);
+  if (!complete) return std::nullopt;
+  const auto with_holding = std::ranges::count_if(held, [](double value) { return value > 0; });
+  const auto count = static_cast<double>(held.size());
+  return MarketTime{.held = static_cast<double>(with_holding) / count,
+                    .average_holding = std::accumulate(held.begin(), held.end(), 0.0) / count};
+}
 
 using Figure = std::optional<double>;
 

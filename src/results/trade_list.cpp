@@ -21,7 +21,7 @@ class SideLots {
   explicit SideLots(bool is_long) : is_long_(is_long) {}
 
   // Appends the trades that the order closes.
-  void Take(const RunOrder& order, std::vector<Trade>& closed) {
+  void Apply(const RunOrder& order, std::vector<Trade>& closed) {
     MatchHolding(order);
     switch (order.kind) {
       case RunOrder::Kind::kEntry:
@@ -113,7 +113,7 @@ TradeList ListTrades(const std::vector<RunRecord>& account) {
   for (const RunRecord& run : account) {
     list.trades.clear();
     for (const RunOrder& order : run.orders) {
-      (order.is_long ? long_lots : short_lots).Take(order, list.trades);
+      (order.is_long ? long_lots : short_lots).Apply(order, list.trades);
     }
   }
   AddMoney(account.back(), list.trades);

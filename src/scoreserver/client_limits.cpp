@@ -8,16 +8,11 @@
 #include <array>
 #include <cctype>
 
+#include "base/text.h"
+
 namespace velumar {
 
 namespace {
-
-std::string Lower(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return lower;
-}
 
 std::string MachineName() {
   std::array<char, 256> name{};
@@ -41,7 +36,7 @@ AllowedHosts::AllowedHosts(std::vector<std::string> names) : names_(std::move(na
        {std::string("localhost"), machine, machine.substr(0, machine.find('.'))}) {
     if (!name.empty()) names_.push_back(name);
   }
-  std::ranges::transform(names_, names_.begin(), Lower);
+  std::ranges::transform(names_, names_.begin(), UpperCased);
 }
 
 bool AllowedHosts::Allows(std::string_view host) const {
@@ -52,7 +47,7 @@ bool AllowedHosts::Allows(std::string_view host) const {
   if (host.starts_with('[') && host.ends_with(']')) {
     return IsAddress(std::string(host.substr(1, host.size() - 2)), AF_INET6);
   }
-  const std::string name = Lower(host);
+  const std::string name = UpperCased(host);
   return IsAddress(name, AF_INET) || std::ranges::find(names_, name) != names_.end();
 }
 

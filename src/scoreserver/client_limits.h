@@ -22,7 +22,7 @@ class AllowedHosts {
   bool Allows(std::string_view host) const;
 
  private:
-  std::vector<std::string> names_;  // in lower case
+  std::vector<std::string> names_;  // in upper case
 };
 
 // Limits the scores that one address may post per minute. Memory is bounded: once kAddresses

@@ -3,13 +3,14 @@
 #include <arpa/inet.h>
 #include <microhttpd.h>
 #include <netinet/in.h>
-#include <strings.h>
 #include <sys/socket.h>
 
 #include <cstring>
 #include <iostream>
 #include <stdexcept>
 #include <string_view>
+
+#include "base/text.h"
 
 namespace velumar {
 
@@ -18,14 +19,6 @@ namespace {
 constexpr std::string_view kListPath = "/zanno/getscore.php";
 constexpr std::string_view kPostPath = "/zanno/postscore.php?";
 constexpr int kTop = 10;
-
-constexpr unsigned kOk = 200;
-constexpr unsigned kBadRequest = 400;
-constexpr unsigned kForbidden = 403;
-constexpr unsigned kNotFound = 404;
-constexpr unsigned kNotAllowed = 405;
-constexpr unsigned kTooMany = 429;
-constexpr unsigned kFailed = 500;
 
 // Limits of the connections.
 constexpr std::size_t kConnectionMemory = 16 * 1024;  // bytes; longer requests are refused
@@ -115,9 +108,9 @@ MHD_Result Handle(void* server, MHD_Connection* connection, const char*, const c
   if (*body != 0) return MHD_NO;
   HeaderCheck check{*static_cast<const ScoreServer*>(server), {}};
   MHD_get_connection_values(connection, MHD_HEADER_KIND, &CheckHeader, &check);
-  if (!check.refusal.empty()) return Send(connection, {kForbidden, check.refusal});
+  if (!check.refusal.empty()) return Send(connection, {MHD_HTTP_FORBIDDEN, check.refusal});
   if (std::strcmp(method, MHD_HTTP_METHOD_GET) != 0) {
-    return Send(connection, {kNotAllowed, "Only GET is supported."});
+    return Send(connection, {MHD_HTTP_METHOD_NOT_ALLOWED, "Only GET is supported."});
   }
   return Send(connection, static_cast<ScoreServer*>(server)->Answer(
                               *static_cast<std::string*>(*target), AddressOf(connection)));
@@ -158,27 +151,25 @@ std::uint16_t ScoreServer::Port() const {
 
 ScoreServer::Reply ScoreServer::Answer(const std::string& target, const std::string& address) {
   try {
-    if (target == kListPath) return {kOk, List()};
+    if (target == kListPath) return {MHD_HTTP_OK, List()};
     if (target.starts_with(kPostPath)) {
       return Post(std::string_view(target).substr(kPostPath.size()), address);
     }
-    return {kNotFound, "Not found."};
+    return {MHD_HTTP_NOT_FOUND, "Not found."};
   } catch (const BadScore& error) {
-    return {kBadRequest, std::string("The score was refused: ") + error.what() + "."};
+    return {MHD_HTTP_BAD_REQUEST, std::string("The score was refused: ") + error.what() + "."};
   } catch (const std::exception& error) {
     std::cerr << "velumar-scored: " << error.what() << std::endl;
-    return {kFailed, "The scores are not available at the moment."};
+    return {MHD_HTTP_INTERNAL_SERVER_ERROR, "The scores are not available at the moment."};
   }
 }
 
 std::string ScoreServer::WhyRefused(std::string_view header, std::string_view value) const {
-  const auto is = [header](const char* name) {
-    return strcasecmp(std::string(header).c_str(), name) == 0;
-  };
-  if (is("Origin") || (is("Sec-Fetch-Site") && value != "none" && value != "same-origin")) {
+  const std::string name = UpperCased(header);
+  if (name == "ORIGIN" || (name == "SEC-FETCH-SITE" && value != "none" && value != "same-origin")) {
     return "Requests from web pages are refused.";
   }
-  if (is("Host") && !hosts_.Allows(value)) {
+  if (name == "HOST" && !hosts_.Allows(value)) {
     return "The service does not answer to this host name; allow it with --allow-host.";
   }
   return {};
@@ -187,13 +178,13 @@ std::string ScoreServer::WhyRefused(std::string_view header, std::string_view va
 ScoreServer::Reply ScoreServer::Post(std::string_view query, const std::string& address) {
   const Score score = ParseScore(query);
   if (!limit_.Allows(address, PostLimit::Moment::clock::now())) {
-    return {kTooMany, "Too many scores in one minute; try again later."};
+    return {MHD_HTTP_TOO_MANY_REQUESTS, "Too many scores in one minute; try again later."};
   }
   if (!store_.Add(score)) {
-    return {kOk, "Not saved: the score is not among the best " +
-                     std::to_string(ScoreStore::kMaxScores) + "."};
+    return {MHD_HTTP_OK, "Not saved: the score is not among the best " +
+                             std::to_string(ScoreStore::kMaxScores) + "."};
   }
-  return {kOk, "Accepted."};
+  return {MHD_HTTP_OK, "Accepted."};
 }
 
 std::string ScoreServer::List() {

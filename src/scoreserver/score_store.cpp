@@ -3,21 +3,10 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <variant>
 
 namespace velumar {
 
 namespace {
-
-std::string Text(const LedgerValue& value) {
-  const auto* const text = std::get_if<std::string>(&value);
-  return text == nullptr ? std::string() : *text;
-}
-
-double Number(const LedgerValue& value) {
-  const auto* const number = std::get_if<double>(&value);
-  return number == nullptr ? 0 : *number;
-}
 
 constexpr std::array<TableSchema, 1> kTables{
     {{"scores",
@@ -61,11 +50,11 @@ std::vector<Score> ScoreStore::Top(int count) {
       std::to_string(count));
   std::vector<Score> scores;
   while (select.Step()) {
-    scores.push_back({.name = Text(select.Value(0)),
-                      .money = Number(select.Value(1)),
-                      .symbol = Text(select.Value(2)),
-                      .start_date = static_cast<std::int32_t>(Number(select.Value(3))),
-                      .end_date = static_cast<std::int32_t>(Number(select.Value(4)))});
+    scores.push_back({.name = ValueOr<std::string>(select.Value(0)),
+                      .money = ValueOr<double>(select.Value(1)),
+                      .symbol = ValueOr<std::string>(select.Value(2)),
+                      .start_date = static_cast<std::int32_t>(ValueOr<double>(select.Value(3))),
+                      .end_date = static_cast<std::int32_t>(ValueOr<double>(select.Value(4)))});
   }
   return scores;
 }

@@ -48,8 +48,8 @@ std::vector<LedgerValue> SideValues(const Book& book, const Side& side, bool off
           offset ? PlainValue(book.*side.Realised) : 0.0};
 }
 
-std::string IsoDate(const SimSession& session) {
-  return DateText(session.BarDate.at(static_cast<std::size_t>(session.BarIndex)), "yyyy-MM-dd");
+std::string RowDate(const SimSession& session) {
+  return IsoDate(session.BarDate.at(static_cast<std::size_t>(session.BarIndex)));
 }
 
 std::string RowTime(const SimSession& session) {
@@ -71,7 +71,7 @@ std::vector<LedgerValue> LedgerRow(const SimSession& session, const Side& side,
   std::vector<LedgerValue> row{1.0,
                                session.Run.symbol,
                                IntervalValue(IntervalToMatch(session.Run.interval)),
-                               IsoDate(session),
+                               RowDate(session),
                                RowTime(session),
                                RowPrice(session),
                                std::string(position)};
@@ -91,7 +91,7 @@ LedgerWiped DroppedPosition(const SimSession& session, std::string_view position
   return {std::string(position),
           PlainValue(before.*side.Accum),
           PlainValue(before.*side.AvgPrice),
-          IsoDate(session),
+          RowDate(session),
           RowTime(session),
           RowPrice(session)};
 }

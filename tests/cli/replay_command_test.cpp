@@ -46,17 +46,13 @@ TEST_F(ReplayCommand, AnswersTheFiguresOfItsLedger) {
   ASSERT_EQ(answers.size(), 6U);
   EXPECT_EQ(answers[1]["ResSymbol"], "");
   EXPECT_FALSE(answers[2].contains("ResSymbol"));
-  EXPECT_EQ(answers[5]["ResLongProfitLoss"], "2");
   const auto printed =
       box.Run({"figures", box.At("l.mdb"), "--json", "--date-pattern", "dd/MM/yyyy"});
-  const auto figures = nlohmann::json::parse(printed.out);
-  int compared = 0;
-  for (const auto& [field, text] : figures.items()) {
-    if (!text.is_string()) continue;
-    EXPECT_EQ(answers[5][field], text) << field;
-    ++compared;
-  }
-  EXPECT_EQ(compared, 14);
+  auto figures = nlohmann::json::parse(printed.out);
+  figures.erase("statistics");
+  EXPECT_EQ(figures.size(), 14U);
+  EXPECT_EQ(figures["ResLongProfitLoss"], "2");
+  for (const auto& [field, text] : figures.items()) EXPECT_EQ(answers[5][field], text) << field;
 
   // The figures of a run start with its first order.
   const nlohmann::json again = Replay(ledger, "long 1\nreturn\nstart\nfigures\n").Objects().back();

@@ -1,6 +1,6 @@
 #include "csv/csv_series.h"
 
-#include "csv/csv_guess.h"
+#include "csv/csv_import.h"
 #include "csv/csv_text.h"
 
 namespace velumar {
@@ -29,17 +29,12 @@ const Bar kBar = {.date = 20200102,
 TEST(CsvSeries, FindsItsColumnsHoweverTheyAreWritten) {
   for (const std::string_view text : {
            "openinterest,VOLUME,close,low,high,open,time,date\n7,100,2,.5,4,1,09:30,2020-01-02",
-           "Date;Time;Open;High;Low;Close;Adj Close;Vol.;Open Int.\r\n"
-           "2020-01-02;9:30;1;4;0.5;2;99;100;7\r\n",
            "\xEF\xBB\xBF<TICKER>,<PER>,<DTYYYYMMDD>,<TIME>,<OPEN>,<HIGH>,<LOW>,<CLOSE>,<VOL>,<"
            "OPENINT>\n"
            "X,5,20200102,093000,1,4,0.5,2,100,7\n",
            "DateTime\tOpen\tHigh\tLow\tClose\tVolume\topen_interest\r2020-01-02T09:30:00\t1\t4\t0."
            "5\t2"
            "\t100\t7\r",
-           "\n \n\"Date\",\"Time\",\"Open\",\"High\",\"Low\",\"Close\",\"Volume\",\"Open "
-           "Interest\"\n"
-           "\"20200102\" , \"09:30:00\",\"1\",\"4\",\"0.5\",\"2\",\"100\",\"7\"\n\n",
            // The full name has priority over a short form.
            "Vol,Timestamp,Date,Time,Open,High,Low,Close,Volume,Note,OI,,\n"
            "x,y,2020-01-02 00:00:00,93000,1,4,0.5,2,100,\"a, \"\"b\"\"\",7,,,,\n",
@@ -55,7 +50,6 @@ TEST(CsvSeries, NamesTheLineThatCannotBeRead) {
   for (int i = 0; i < 65535; ++i) too_long += "\n\nx\n";
   const std::vector<std::pair<std::string, std::string>> cases = {
       {header + first + "\n20200102,93500,1,2,1,x\n", "line 4: the close \"x\" is not a number"},
-      {header + first + "20200102,,1,2,1,1\n", "line 3: the time is empty"},
       {header + first + "20200102,93500,1,2,1\n", "line 3: has 5 fields, the header has 6"},
       {header + first + "20200102,93500,1,2,1,1,5\n", "line 3: has 7 fields, the header has 6"},
       {header + first + "20200102,93500,1,\"2,1,1\n", "line 3: has a quote that is not closed"},
@@ -96,18 +90,30 @@ TEST(CsvSeries, FindsPricesThatContradict) {
 
 TEST(CsvGuess, TakesSymbolAndIntervalFromTheName) {
   const std::tuple<std::string, std::string, std::optional<int>> cases[] = {
-      {"x_d", "X", -1}, {"EUR_USD_60", "EUR_USD", 60}, {"SET_50", "SET_50", {}},
-      {"_D", "_D", {}}, {" gold ", "GOLD", {}},        {"x_", "X_", {}},
-  };
+      {"EUR_USD_60", "EUR_USD", 60},
+      {"SET_50", "SET_50", {}},
+      {"_D", "_D", {}},
+      {" gold ", "GOLD", {}}};
   for (const auto& [stem, symbol, interval] : cases) {
     const CsvNameGuess guess = GuessFromName(stem);
-    EXPECT_EQ(guess.symbol, symbol) << stem;
-    EXPECT_EQ(guess.interval, interval) << stem;
+    EXPECT_EQ(std::pair(guess.symbol, guess.interval), std::pair(symbol, interval)) << stem;
+  }
+}
+
+using Moments = std::vector<std::pair<int, int>>;  // dates and times
+
+// 0 if the bars or their contradiction to the name are refused.
+int Guessed(const Moments& moments, std::optional<int> named) {
+  std::vector<Bar> bars;
+  for (const auto& [date, time] : moments) bars.push_back({.date = date, .time = time});
+  try {
+    return GuessInterval(bars, named);
+  } catch (const CsvError&) {
+    return 0;
   }
 }
 
 TEST(CsvGuess, TakesTheIntervalFromTheGaps) {
-  using Moments = std::vector<std::pair<int, int>>;
   const Moments days = {{20200102, 0}, {20200103, 0}, {20200106, 0}};
   const Moments closes = {{20200102, 160000}, {20200103, 160000}};
   // The first hour is half as long, and there are no bars at night.
@@ -121,37 +127,17 @@ TEST(CsvGuess, TakesTheIntervalFromTheGaps) {
   const struct {
     Moments moments;
     std::optional<int> named;
-    int interval;  // 0: refused
-  } kRows[] = {{days, {}, -1},  {days, -1, -1},   {days, 5, 0},   {closes, {}, -1},
-               {hours, {}, 60}, {hours, -1, 0},   {thin, {}, 30}, {thin, 5, 5},
+    int interval;
+  } kRows[] = {{days, {}, -1},  {days, 5, 0},     {closes, {}, -1}, {hours, {}, 60},
+               {hours, 60, 60}, {hours, -1, 0},   {thin, {}, 30},   {thin, 5, 5},
                {thin, 60, 0},   {strewn, 60, 60}, {strewn, {}, 0}};
   for (const auto& row : kRows) {
-    std::vector<Bar> bars;
-    for (const auto& [date, time] : row.moments) bars.push_back({.date = date, .time = time});
-    int interval = 0;
-    try {
-      interval = GuessInterval(bars, row.named);
-    } catch (const CsvError&) {
-    }
-    EXPECT_EQ(interval, row.interval) << &row - kRows;
+    EXPECT_EQ(Guessed(row.moments, row.named), row.interval) << &row - kRows;
   }
-}
-
-// The name would agree with all of these gaps, so there is none.
-TEST(CsvGuess, RoundsGapsDownToMinutes) {
-  for (const auto& [seconds, interval] :
-       {std::pair(285, 0), {299, 0}, {300, 5}, {301, 5}, {340, 5}, {359, 5}, {360, 0}}) {
-    std::vector<Bar> bars;
-    for (int second = 9 * 3600; bars.size() < 5; second += seconds) {
-      const int time = second / 3600 * 10000 + second / 60 % 60 * 100 + second % 60;
-      bars.push_back({.date = 20200102, .time = time});
-    }
-    int guess = 0;
-    try {
-      guess = GuessInterval(bars, {});
-    } catch (const CsvError&) {
-    }
-    EXPECT_EQ(guess, interval) << seconds;
+  // Gaps are rounded down to minutes.
+  for (const auto& [second_bar, interval] :
+       {std::pair(90459, 0), {90500, 5}, {90559, 5}, {90600, 0}}) {
+    EXPECT_EQ(Guessed({{20200102, 90000}, {20200102, second_bar}}, {}), interval) << second_bar;
   }
 }
 

@@ -168,7 +168,7 @@ TEST_F(LedgerTest, ARunStartsCompletelyOrNotAtAll) {
   LedgerBeginRun(ledger, {});
   LedgerBeginRun(ledger, {});  // the second had no orders
   AddRow(ledger);
-  LedgerDeleteAll(ledger, kPortfolioTable);
+  LedgerBeginRun(ledger, {});
   for (const auto& [run, rows] : {std::pair(1, 1U), {2, 0U}, {3, 1U}}) {
     EXPECT_EQ(LedgerQuery(ledger, "select * From MyPortfolio", run).rows.size(), rows) << run;
   }

@@ -1,7 +1,9 @@
 #include "marketdata/directory_editor.h"
 
+#include <algorithm>
 #include <limits>
 
+#include "marketdata/index_file.h"
 #include "marketdata/market_files.h"
 
 namespace velumar {
@@ -38,7 +40,7 @@ TEST_F(DirectoryEditor, OnlyExistingIndexesGrow) {
   std::string emaster = Emaster({{.number = 3, .symbol = "OLD", .bits = 0x7F}});
   emaster[20] = 'S';         // bytes of other programs, in the header
   emaster[192 + 185] = '*';  // and in a record
-  directory_.Write("emaster", emaster);
+  directory_.Write("emaster", emaster + "torn");
   Store({"NEW", "A name of more than sixteen", 5}, {TimedBar(20050103, 93000)});
   EXPECT_THAT(directory_.Names(), ElementsAre("emaster", "f4.dat"));
   EXPECT_THAT(List(), ElementsAre("OLD:-1 F3 Alpha", "NEW:5 F4 A name of more than sixteen"));
@@ -82,9 +84,9 @@ TEST_F(DirectoryEditor, XmasterFollowsTheLastNumberOfMaster) {
   Store({"S7", "", -1}, {DailyBar(20050104)});  // wider, so it needs a new number too
   const auto list = List();
   ASSERT_EQ(list.size(), 257U);
-  EXPECT_EQ(list[253], "GAP:-1 F100 ");
+  EXPECT_EQ(list[253], "GAP:-1 F100 GAP");
   EXPECT_THAT(std::vector(list.begin() + 254, list.end()),
-              ElementsAre("HIGH:-1 F256 ", "NEXT:-1 F257 ", "S7:-1 F258 Alpha"));
+              ElementsAre("HIGH:-1 F256 HIGH", "NEXT:-1 F257 NEXT", "S7:-1 F258 Alpha"));
   EXPECT_EQ(directory_.Read("XMASTER").substr(0, 20),
             Hex("5D FE 58 4D 00 00 00 00 00 00 03 00 00 00 03 00 00 00 03 01"));
   EXPECT_EQ(directory_.Read("MASTER").substr(0, 4), Hex("FE 00 FF 00"));
@@ -92,28 +94,66 @@ TEST_F(DirectoryEditor, XmasterFollowsTheLastNumberOfMaster) {
 }
 
 TEST_F(DirectoryEditor, UnstorableValuesAreNamedAndNothingIsCreated) {
-  const std::vector<Bar> good = {DailyBar(20050103)};
   Bar tiny = DailyBar(20050104);
   tiny.close = std::numeric_limits<float>::denorm_min();
-  const struct {
-    NewSecurity security;
-    std::vector<Bar> bars;
-    std::string part;
-  } kRows[] = {
-      {{"", "", -1}, good, "symbol"},
-      {{"A\nA", "", -1}, good, "symbol"},
-      {{"AAA", "\xE4\xB8\xAD", -1}, good, "\xE4\xB8\xAD"},
-      {{"AAA", "", 0}, good, "interval"},
-      {{"AAA", "", -1}, {tiny}, "close"},
-      {{"AAA", "", -1}, {TimedBar(20050103, 93000)}, "time"},
+  const std::tuple<NewSecurity, Bar, std::string> kRows[] = {
+      {{"A\nA", "", -1}, DailyBar(20050103), "symbol"},
+      {{"AAA", "\xE4\xB8\xAD", -1}, DailyBar(20050103), "\xE4\xB8\xAD"},
+      {{"AAA", "", 0}, DailyBar(20050103), "interval"},
+      {{"AAA", "", -1}, tiny, "close"},
+      {{"AAA", "", -1}, TimedBar(20050103, 93000), "time"},
   };
-  for (const auto& row : kRows) {
+  for (const auto& [security, bar, part] : kRows) {
     std::string text;
-    const auto store = [&] { StoreSecurity(Text() + "/new", row.security, row.bars, cache_); };
-    EXPECT_EQ(ErrorOf(store, &text), MetaLibError::kNotStorable) << row.part;
-    EXPECT_THAT(text, HasSubstr(row.part));
+    const auto store = [&] { StoreSecurity(Text() + "/new", security, {bar}, cache_); };
+    EXPECT_EQ(ErrorOf(store, &text), MetaLibError::kNotStorable) << part;
+    EXPECT_THAT(text, HasSubstr(part));
   }
   EXPECT_THAT(directory_.Names(), ElementsAre());
+}
+
+constexpr int kFirst = 20050103;
+constexpr int kLast = 20301231;
+
+// The file with the last date in each record.
+std::string Dated(std::string file, std::size_t record_size, std::size_t offset) {
+  for (std::size_t at = record_size; at < file.size(); at += record_size) {
+    file.replace(at + offset, 4, RawBytes(kLast));
+  }
+  return file;
+}
+
+// In any number format of index files.
+bool HasDate(const std::string& file, int date) {
+  const int stored = date - 19000000;
+  const std::string forms[] = {RawBytes(date), RawBytes(static_cast<float>(stored)), Word(stored)};
+  return std::ranges::any_of(
+      forms, [&](const auto& form) { return file.find(form) != std::string::npos; });
+}
+
+TEST(IndexCopy, KeepsTheSecuritiesButNotTheirDates) {
+  const Listed one = {.bits = 0x7F, .first = kFirst - 19000000, .last = kLast - 19000000};
+  std::vector<Listed> listed = {one, one};
+  listed[1].number = 2;
+  listed[1].symbol = "BBB";
+  constexpr int kTooFew = 1;  // the count in the headers
+  const ScratchFolder from;
+  from.Write("Master", Master(listed, kTooFew) + "\x02 torn" + Word(one.last));
+  from.Write("emaster", Dated(Emaster(listed, kTooFew), 192, 126));
+  from.Write("XMASTER", Dated(Dated(Xmaster(listed, kTooFew), 150, 80), 150, 104));
+  from.Write("MASTER.BAK", Master(listed));
+  const ScratchFolder to;
+  to.Write("XMASTER", "an old one");
+  CopyIndexFiles(from / "", to / "");
+  EXPECT_THAT(to.Names(), testing::UnorderedElementsAre("Master", "emaster", "XMASTER"));
+  for (const std::string& name : to.Names()) {
+    for (const int date : {kFirst, kLast}) {
+      ASSERT_TRUE(HasDate(from.Read(name), date)) << name;
+      EXPECT_FALSE(HasDate(to.Read(name), date)) << name;
+    }
+    EXPECT_THAT(to.Read(name),
+                testing::AllOf(testing::HasSubstr("AAA"), testing::HasSubstr("BBB")));
+  }
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <algorithm>
 
 #include "marketdata/market_files.h"
-#include "marketdata/metalib_reader.h"
 
 namespace velumar {
 
@@ -23,7 +22,6 @@ TEST_F(DirectoryReading, EveryRecordLayoutInEveryIndex) {
       {6, 'D', 0x3F, {20051107, 0, 1, 2, 3, 4, 5, 0}},
       {7, 'D', 0x7F, {20051107, 0, 1, 2, 3, 4, 5, 6}},
       // Unusable bits mean the usual seven fields.
-      {7, 'D', 0x00, {20051107, 0, 1, 2, 3, 4, 5, 6}},
       {7, 'D', 0x19, {20051107, 0, 1, 2, 3, 4, 5, 6}},
       {7, 'D', 0xFE, {20051107, 0, 1, 2, 3, 4, 5, 6}},
       {7, 'I', 0xBF, {20051107, 93000, 1, 2, 3, 4, 5, 0}},
@@ -44,20 +42,17 @@ TEST_F(DirectoryReading, EveryRecordLayoutInEveryIndex) {
     Listed bits_alone = with_bits;
     bits_alone.number = 256;
     bits_alone.fields = 0;
-    const struct {
-      const char* index;
-      std::string bytes;
-      const char* data;
-    } kIndexes[] = {{"MASTER", Master({low}), "F1.DAT"},
-                    {"EMASTER", Emaster({low}), "F1.DAT"},
-                    {"EMASTER", Emaster({with_bits}), "F1.DAT"},
-                    {"XMASTER", Xmaster({bits_alone}), "F256.MWD"}};
-    for (const auto& index : kIndexes) {
+    const std::tuple<const char*, std::string, const char*> kIndexes[] = {
+        {"MASTER", Master({low}), "F1.DAT"},
+        {"EMASTER", Emaster({low}), "F1.DAT"},
+        {"EMASTER", Emaster({with_bits}), "F1.DAT"},
+        {"XMASTER", Xmaster({bits_alone}), "F256.MWD"}};
+    for (const auto& [index, bytes, data] : kIndexes) {
       const ScratchFolder directory;
-      directory.Write(index.index, index.bytes);
-      directory.Write(index.data, DataBytes(shape.fields, 2, {record}));
+      directory.Write(index, bytes);
+      directory.Write(data, DataBytes(shape.fields, 2, {record}));
       EXPECT_THAT(ReadBars(directory, "AAA", interval), ElementsAre(bar))
-          << index.index << " with bits " << shape.bits;
+          << index << " with bits " << shape.bits;
     }
   }
 }
@@ -66,20 +61,19 @@ TEST_F(DirectoryReading, CountsAreLimitedToWhatTheFilesHold) {
   constexpr std::size_t kRecord = 28;
   const std::string whole =
       DailyBytes({DailyBar(20050103), DailyBar(20050104), DailyBar(20050105)}).substr(kRecord);
-  const struct {
-    int counted;
-    std::size_t bytes;  // after the header
-    std::size_t bars;
-  } kRows[] = {{4, 3 * kRecord, 3},
-               {4, 3 * kRecord - 1, 2},
-               {2, 3 * kRecord, 1},
-               {0, 3 * kRecord, 0},
-               {4, 5, 0}};
-  for (const auto& row : kRows) {
+  // The header's count, bytes after the header, and bars.
+  const std::tuple<int, std::size_t, std::size_t> kRows[] = {{4, 3 * kRecord, 3},
+                                                             {4, 3 * kRecord - 1, 2},
+                                                             {2, 3 * kRecord, 1},
+                                                             {0, 3 * kRecord, 0},
+                                                             {4, 5, 0}};
+  for (const auto& [counted, size, bars] : kRows) {
     const ScratchFolder directory;
     directory.Write("MASTER", Master({{}}));
-    directory.Write("F1.DAT", DataBytes(7, row.counted, {whole.substr(0, row.bytes)}));
-    EXPECT_EQ(ReadBars(directory).size(), row.bars) << row.counted << " counted, " << row.bytes;
+    directory.Write("F1.DAT", DataBytes(7, counted, {whole.substr(0, size)}));
+    EXPECT_EQ(ReadBars(directory).size(), bars) << counted << " counted, " << size;
+    IndexCache fresh;
+    EXPECT_EQ(SecuritiesOf(directory.Text(), fresh)[0].bars, static_cast<int>(bars)) << size;
   }
 }
 
@@ -95,7 +89,7 @@ TEST_F(DirectoryReading, UnusableFilesAreSeriesWithoutBars) {
   for (const char* symbol : {"SHORT", "FOLDER", "SHAPELESS", "MISSING"}) {
     EXPECT_TRUE(ReadBars(directory_, symbol).empty()) << symbol;
   }
-  const SecurityInfo missing = Securities()[3];
+  const SecurityInfo missing = SecuritiesOf(Text(), cache_)[3];
   EXPECT_EQ(missing.bars, 0);
   EXPECT_EQ(missing.indexed_first_date, 20050103);
   EXPECT_EQ(missing.indexed_last_date, 20051107);
@@ -127,7 +121,7 @@ TEST_F(DirectoryReading, ThreeIndexesMakeOneList) {
       Xmaster(
           {{.number = 700, .symbol = "CCC", .name = "Caf\xE9", .first = 1980105, .last = 1051107}},
           9));
-  const auto list = Securities();
+  const auto list = SecuritiesOf(Text(), cache_);
   EXPECT_THAT(List(), ElementsAre("BBB:-1 F2 Beta", "AAA:-1 F1 " + long_name, "ONLY:5 F9 Alpha",
                                   "CCC:-1 F700 Caf\xC3\xA9"));
   EXPECT_EQ(list[1].fields, 7);
@@ -166,26 +160,6 @@ TEST_F(DirectoryReading, MinutesMissingInTheIndexComeFromTheBars) {
   EXPECT_THAT(List(), ElementsAre("AAA:15 F256 Alpha", "AAA:0 F257 Alpha"));
   EXPECT_EQ(ReadBars(directory_, "AAA", 15).size(), 5U);
   EXPECT_EQ(ReadBars(directory_, "AAA", 60).size(), 2U);  // the first one of unknown minutes
-}
-
-TEST_F(DirectoryReading, TheCursorMovesOnlyInsideTheSeries) {
-  directory_.Write("MASTER", Master({{}}));
-  directory_.Write("F1.DAT", DailyBytes({DailyBar(20050103), DailyBar(20050110)}));
-  MetaLibReader reader(cache_);
-  reader.OpenDirectory(Text());
-  reader.SelectSeries("AAA", 1, -1);
-  reader.ReadSeries();
-  reader.MoveToEnd();
-  EXPECT_EQ(ErrorOf([&] { reader.ReadBar(); }), MetaLibError::kNoBar);
-  reader.MoveBy(-1);
-  EXPECT_EQ(ErrorOf([&] { reader.BarDateAtCursor(); }), MetaLibError::kNoBar) << "not read yet";
-  reader.ReadBar();
-  EXPECT_EQ(reader.BarDateAtCursor(), 20050110);
-  reader.MoveToStart();
-  for (const int bars : {-1, 2}) {
-    EXPECT_EQ(ErrorOf([&] { reader.MoveBy(bars); }), MetaLibError::kNoBar);
-  }
-  EXPECT_EQ(ErrorOf([&] { reader.SeekDate("soon", 0); }), MetaLibError::kDateNotFound);
 }
 
 }  // namespace

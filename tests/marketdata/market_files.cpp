@@ -127,20 +127,9 @@ std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbo
   return ReadBars(directory.Text(), std::string(symbol), interval);
 }
 
-std::vector<SecurityInfo> DirectoryTest::Securities() {
-  MetaLibReader reader(cache_);
-  reader.OpenDirectory(Text());
-  std::vector<SecurityInfo> securities;
-  while (reader.NextSecurity() > 0) {
-    reader.ReadSecurityHeader();
-    securities.push_back(reader.Security());
-  }
-  return securities;
-}
-
 std::vector<std::string> DirectoryTest::List() {
   std::vector<std::string> list;
-  for (const SecurityInfo& info : Securities()) {
+  for (const SecurityInfo& info : SecuritiesOf(Text(), cache_)) {
     list.push_back(info.symbol + ":" + std::to_string(info.interval) + " F" +
                    std::to_string(info.file_number) + " " + info.name);
   }

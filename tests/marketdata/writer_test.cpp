@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <fstream>
-#include <limits>
 #include <map>
 #include <random>
 
@@ -74,8 +73,6 @@ TEST_F(Writer, RandomChangesMatchASortedMap) {
           const Bar bar = TimedBar(some_date(), time, static_cast<float>(below(50)));
           Append(writer, bar);
           model[{bar.date, bar.time}] = bar;
-          EXPECT_TRUE(daily ? writer.DailyBarExists(bar.date)
-                            : writer.IntradayBarExists(bar.date, bar.time));
         }
         if (kind >= 6 && kind < 11) {
           daily ? writer.DeleteDailyBar(date) : writer.DeleteIntradayBar(date, time);
@@ -97,13 +94,12 @@ TEST_F(Writer, RandomChangesMatchASortedMap) {
 
 TEST_F(Writer, StepsTouchOnlyTheEndOfTheFile) {
   directory_.Write("MASTER", Master({{}}));
-  directory_.Write("F1.DAT",
-                   DailyBytes({DailyBar(20050103), DailyBar(20050104), DailyBar(20050105)}));
+  directory_.Write("F1.DAT", DailyBytes({DailyBar(20050103), DailyBar(20050104)}));
   // A second name shows whether the file was replaced or changed in place.
   std::filesystem::create_hard_link(directory_ / "F1.DAT", directory_ / "twin");
   const auto in_place = [&] { return directory_.Read("twin") == directory_.Read("F1.DAT"); };
   With("AAA", -1, [&](MetaLibWriter& writer) {
-    for (const int date : {20050105, 20050104, 20010101}) writer.DeleteDailyBar(date);
+    writer.DeleteDailyBar(20050104);
     EXPECT_EQ(directory_.Read("F1.DAT").size(), 28U * 2);
     Append(writer, DailyBar(20050107));
     EXPECT_TRUE(in_place());
@@ -120,8 +116,7 @@ TEST_F(Writer, AnUnsortedFileIsSortedAndItsTornEndDropped) {
   bytes[2] = 5;  // the header counts four bars and itself
   directory_.Write("F1.DAT", bytes + "torn");
   With("AAA", -1, [&](MetaLibWriter& writer) {
-    EXPECT_TRUE(writer.DailyBarExists(20050105));
-    EXPECT_FALSE(writer.DailyBarExists(20050120));
+    writer.DeleteDailyBar(20050120);  // it is not counted, so nothing happens
     Append(writer, DailyBar(20050107));
   });
   EXPECT_EQ(directory_.Read("F1.DAT"), DailyBytes({DailyBar(20050103, 2), DailyBar(20050105),
@@ -174,29 +169,12 @@ TEST_F(Writer, KeepsOthersOutOfItsDirectory) {
   holder.OpenDirectory(path);
   EXPECT_FALSE(holder.IsDirectoryInUse(path)) << "by another writer";
   EXPECT_TRUE(other.IsDirectoryInUse(path));
-  std::string text;
-  EXPECT_EQ(ErrorOf([&] { other.OpenDirectory(path); }, &text), MetaLibError::kDirectoryInUse);
-  EXPECT_THAT(text, testing::HasSubstr(path));
+  EXPECT_EQ(ErrorOf([&] { other.OpenDirectory(path); }), MetaLibError::kDirectoryInUse);
   const auto store = [&] { StoreSecurity(path, {"BBB", "", -1}, {}, cache_); };
   EXPECT_EQ(ErrorOf(store), MetaLibError::kDirectoryInUse);
   EXPECT_TRUE(ReadBars(directory_).empty()) << "readers ignore the lock";
   holder.CloseDirectory();
   other.OpenDirectory(path);
-}
-
-TEST_F(Writer, UnstorableValuesAreNamedAndChangeNothing) {
-  directory_.Write("MASTER", Master({{}, {.number = 2, .symbol = "ODD", .fields = 99}}));
-  Append("AAA", -1, DailyBar(20050103));
-  const std::string before = directory_.Read("F1.DAT");
-  Bar huge = DailyBar(20050104);
-  huge.low = std::numeric_limits<float>::infinity();
-  std::string text;
-  EXPECT_EQ(ErrorOf([&] { Append("AAA", -1, huge); }, &text), MetaLibError::kNotStorable);
-  for (const char* part : {"F1.DAT", "AAA", "low"}) EXPECT_THAT(text, testing::HasSubstr(part));
-  const auto write = [&](MetaLibWriter& writer) { Write(writer, {DailyBar(20060101), huge}); };
-  EXPECT_EQ(ErrorOf([&] { With("AAA", -1, write); }), MetaLibError::kNotStorable);
-  EXPECT_EQ(directory_.Read("F1.DAT"), before);
-  EXPECT_EQ(ErrorOf([&] { Append("ODD", -1, DailyBar(20050103)); }), MetaLibError::kNotStorable);
 }
 
 TEST_F(Writer, ASeriesHasNoMoreBarsThanItsHeaderCanCount) {

@@ -72,7 +72,7 @@ TEST_F(ResultWindowTest, LoadsFiguresAndChartOnceAndAgainWhenItWasClosed) {
 
   form.Toolbar1.UserButton(FrmResult::kClose);
   EXPECT_FALSE(form.Loaded());
-  LedgerDeleteAll(all.ledger, kPortfolioTable);
+  LedgerBeginRun(all.ledger, {});
   Open();
   EXPECT_EQ(form.lblPortfolio.Text(), "") << "before the first order";
   EXPECT_EQ(form.MSChart1.Content().rows->hint, "No closed trades yet");
