@@ -8,11 +8,11 @@
 #include <optional>
 #include <stdexcept>
 
-#include "app/services/chart_link.h"
 #include "app/services/desktop_services.h"
 #include "app/theme/theme.h"
 #include "app/windows/desktop_view.h"
 #include "app/wiring/back_ends.h"
+#include "app/wiring/chart_link.h"
 #include "app/wiring/options.h"
 #include "app/wiring/process.h"
 #include "app/wiring/run_key_filter.h"

@@ -1,4 +1,4 @@
-#include "app/services/chart_link.h"
+#include "app/wiring/chart_link.h"
 
 #include "platform/ipc.h"
 
