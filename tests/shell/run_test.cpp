@@ -65,7 +65,7 @@ TEST_F(RunTest, ClicksDuringASlideAreIgnoredOrMeantForTheNextRun) {
   all->At(100, [this] { all->Navigator().Image5.UserClick(); });
   all->Navigator().Image5.UserClick();
   EXPECT_TRUE(all->Setup().Visible() && !all->Navigator().Loaded());
-  all->At(700, [this] {
+  all->At(200, [this] {
     ASSERT_TRUE(all->Navigator().Visible()) << "as it slides in";
     all->Navigator().Image5.UserClick();
   });
@@ -102,8 +102,8 @@ TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderAndKeepsItsSeries) {
     EXPECT_EQ(all->session.StopRequested, 0);
   };
   all->Setup().DTPicker1.UserPick(MadeDate(190));
-  all->At(2500, click_all);  // while the notice blinks
-  all->At(5900, [&] {        // while the file dialog is open
+  all->At(1460, click_all);  // while the notice blinks
+  all->At(4860, [&] {        // while the file dialog is open
     click_all();
     all->Navigator().Image5.UserClick();
     Choose("FAST");

@@ -56,7 +56,7 @@ TEST_F(WindowsTest, APlaceOfARunOrASlideIsNeverKept) {
     all->Setup().SetTop(3000);
     all->Setup().SetLeft(-200);
     if (in_slide) {
-      all->At(200, [this] { all->Setup().Image5.UserClick(); });
+      all->At(100, [this] { all->Setup().Image5.UserClick(); });
     } else {
       InPauseOf(198, [this] { all->Setup().on_close(); });  // a log-out
     }
