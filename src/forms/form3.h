@@ -18,9 +18,12 @@ class Form3 : public Form {
   static constexpr Look kTick{.backdrop = Backdrop::kGreenPaper};
 
   Picture Image1{*this, {"Image1", 0, 0, 4260, 2130, "backdrop-panel"}};
-  Slider HScrollx{
-      *this, {"HScrollx", 200, 120, 2415, 150, "", "", {}, "Opacity"}, {0, 250, 5}, 250};
-  PictureButton imgGraph{*this, {"imgGraph", 2700, 80, 240, 210, "graph", "", {}, "Results"}};
+  Slider HScrollx{*this,
+                  {"HScrollx", 200, 120, 2415, 150, "", "Opacity of this window", {}, "Opacity"},
+                  {0, 250, 5},
+                  250};
+  PictureButton imgGraph{*this,
+                         {"imgGraph", 2700, 80, 240, 210, "graph", "Results", {}, "Results"}};
   PictureButton Image5{*this, {"Image5", 3000, 80, 1140, 195, "close", "Close & Return"}};
   Label Label6{*this, {"Label6", 200, 320, 3855, 300, "", "", kLine}};
   Label lblinfo{*this, {"lblinfo", 200, 640, 3855, 300, "", "", kLine}};
@@ -34,16 +37,17 @@ class Form3 : public Form {
       *this, {"ImgOffsetShort", 1320, 1560, 390, 375, "offset-short", "Offset Short (Shift+S)"}};
   TextBox txtContractVol{*this,
                          {"txtContractVol", 1920, 1080, 1215, 195, "1",
-                          "Read Meta Stock Data from which path", kField, "Quantity of an order"}};
+                          "Quantity of the next order", kField, "Quantity of an order"}};
   Label Label4{*this, {"Label4", 3240, 1080, 855, 255, "Vol/Contract", "", kCaption}};
   ComboBox Combo2{
       *this,
-      {"Combo2", 3480, 1320, 615, 330, "", "Select Delay Interval time during running simulate",
+      {"Combo2", 3480, 1320, 615, 330, "", "Seconds between two bars; 0.2 is five bars a second",
        kField, "Seconds between bars"},
       {"0", "0.1", "0.2", "0.5", "1", "3", "5", "10"}};
   Label Label3{*this, {"Label3", 2640, 1440, 705, 255, "Refresh", "", kBoldCaption}};
   CheckBox chkShowBigform{*this,
-                          {"chkShowBigform", 3840, 1800, 255, 210, "", "", kTick, "Big numbers"}};
+                          {"chkShowBigform", 3840, 1800, 255, 210, "",
+                           "Price, date and score in large type", kTick, "Big numbers"}};
   Label Label5{*this, {"Label5", 2880, 1800, 855, 255, "Big Number", "", kCaption}};
 };
 

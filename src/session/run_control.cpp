@@ -91,7 +91,10 @@ bool RunControl::PrepareRun() {
   session_.StopRequested = 0;
   try {
     // The rows of the last run stay until the next one can begin.
-    if (PrepareChartAndStore() && BeginInLedger()) return true;
+    if (PrepareChartAndStore() && BeginInLedger()) {
+      ShowStartDay();
+      return true;
+    }
   } catch (const std::exception& error) {
     ShowFailure("The run was not started.", error);
   }
@@ -99,6 +102,13 @@ bool RunControl::PrepareRun() {
   session_.StopRequested = -1;
   view_.UnlockSetup();
   return false;
+}
+
+// A day that the trader has chosen for the next run in the meantime stays.
+void RunControl::ShowStartDay() {
+  if (inputs_.StartDay() != session_.Run.start_day) return;
+  const int first = std::min(session_.BarIndex + 1, session_.LastArrayIndex());
+  view_.ShowStartDay(session_.BarDate.at(static_cast<std::size_t>(first)));
 }
 
 bool RunControl::PrepareChartAndStore() {

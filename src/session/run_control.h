@@ -64,6 +64,7 @@ class RunControl {
   bool RequireLoadedSeries();
   bool PrepareRun();
   bool PrepareChartAndStore();
+  void ShowStartDay();
   bool Resume(RunNumber run);
   // Moves the rows of the last run to the archive and begins a new one in the ledger. Called once
   // the bars are loaded, not at the click, so that the rows of the last run stay current if the new

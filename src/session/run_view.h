@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,6 +43,8 @@ class RunView {
   virtual void ShowPaused() = 0;
   // "Play" is available instead of "Pause".
   virtual void ShowEnded() = 0;
+  // The day of the first bar that the run feeds, in place of the entered one.
+  virtual void ShowStartDay(std::int32_t day) = 0;
   // Directory and security of the next run can't be chosen while the setup is locked.
   virtual void LockSetup() = 0;
   virtual void UnlockSetup() = 0;

@@ -93,10 +93,20 @@ void NavigatorWindow::ChartCountTyped() {
                        BoxIcon::kExclamation);
 }
 
+// A feed goes on without its windows, and so does an open position.
+void NavigatorWindow::AskWhetherToGoOn() {
+  if (!run_.Feeding() || (session_.LAccum <= 0 && session_.SAccum <= 0)) return;
+  const std::size_t answer =
+      platform_.boxes.Ask("A position is open. Keep the run going in the background, or end it?",
+                          {"End the run", "Keep it going"});
+  if (answer == 0) run_.EndRun();
+}
+
 void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
   if (closing_) return;
   closing_ = true;
+  AskWhetherToGoOn();
   platform_.settings.Save("NavTop", PlaceText(form.RestTop()));
   platform_.settings.Save("NavLeft", PlaceText(form.Left()));
   IgnoringErrors([&] { SlideOut(form, platform_); });

@@ -23,6 +23,7 @@ class NavigatorWindow {
   void ChartCountTyped();
   // Brings the setup window back and unlocks all of it, however the run ended. Does not pause the
   // feed: the next run can be entered while this one goes on.
+  void AskWhetherToGoOn();
   void CloseAndReturn();
   Form2& Window() { return desktop_.form2(); }
 

@@ -36,6 +36,7 @@ class RunWindows : public RunInputs, public RunView {
   void UnlockSetup() override { SetSetupLocked(false); }
   void LockChartCount() override { desktop_.form2().txtRefresh.SetEnabled(false); }
   void UnlockChartCount() override { desktop_.form2().txtRefresh.SetEnabled(true); }
+  void ShowStartDay(std::int32_t day) override { desktop_.form1().DTPicker1.SetValue(day); }
   void ShowDelay(std::string_view seconds) override { desktop_.form3().Combo2.SetText(seconds); }
   void OpenPanel() override { desktop_.form3(); }
   void ShowStatus(const StatusTexts& texts) override;

@@ -71,9 +71,14 @@ SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, P
     if (catalogue_.PickDataDirectory()) catalogue_.BuildSymbolList();
   });
   account_.BindEvents();
-  form.Combo1.on_click = guarded("Choosing the security", [this] { catalogue_.SymbolChosen(); });
-  form.Combo1.on_key_up =
-      guarded("Choosing the security", [this](int) { catalogue_.SymbolTyped(); });
+  form.Combo1.on_click = guarded("Choosing the security", [this] {
+    catalogue_.SymbolChosen();
+    KeepDateInSeries();
+  });
+  form.Combo1.on_key_up = guarded("Choosing the security", [this](int) {
+    catalogue_.SymbolTyped();
+    KeepDateInSeries();
+  });
   for (PictureButton* button : {&form.Image3, &form.Image5}) {
     button->on_press = [button] { Shift(*button, kTwipsPerPixel); };
     button->on_release = [button] { Shift(*button, -kTwipsPerPixel); };
@@ -102,6 +107,7 @@ void SetupWindow::Load() {
   IgnoringErrors([this] { ReadSelectDate(); });
   IgnoringErrors([this] { FillDelay(); });
   IgnoringErrors([this] { OpenDataDirectory(); });
+  keeps_date_ = false;
   if (!desktop_.Untouched().form1.Loaded()) return;  // quit instead of choosing a directory
   session_.SimDir =
       platform_.store_dir.empty() ? session_.DataDir + "\\Simulate" : platform_.store_dir;
@@ -156,6 +162,7 @@ void SetupWindow::ReadSelectDate() {
     Window().DTPicker1.SetValue(DaysLater(platform_.clock.Today(), -kDaysBack));
   } else if (const auto date = DateFromText(kept, platform_.locale.ShortDatePattern())) {
     Window().DTPicker1.SetValue(*date);
+    keeps_date_ = true;
   }
 }
 
@@ -235,6 +242,15 @@ bool SetupWindow::SlideToRun() {
   if (!navigator.Visible()) return false;
   panel_.ShowForRun();
   return true;
+}
+
+// A date outside the series would start at its 250th bar or at its end.
+void SetupWindow::KeepDateInSeries() {
+  if (keeps_date_) return;
+  const std::vector<std::int32_t> days = StartDays();
+  DatePicker& date = Window().DTPicker1;
+  if (days.empty() || (days.front() <= date.Value() && date.Value() <= days.back())) return;
+  date.SetValue(days[days.size() * 2 / 3]);
 }
 
 std::vector<std::int32_t> SetupWindow::StartDays() {

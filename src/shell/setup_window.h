@@ -41,6 +41,8 @@ class SetupWindow {
   // Ignored during the slides and while the window or its list is loading.
   void StartRun();
   bool SlideToRun();
+  // Moves a start date outside the chosen series to the day from which a third of it is left.
+  void KeepDateInSeries();
   std::vector<std::int32_t> StartDays();
   void Unload();
   std::string DelayToSave() const;
@@ -62,6 +64,7 @@ class SetupWindow {
   LedgerConnection& ledger_;
   IndexCache& cache_;
   std::mt19937_64 random_{std::random_device()()};  // of start days
+  bool keeps_date_ = false;  // the saved date, whose series is chosen later
   bool loading_ = false;                            // while the window opens, no run can start
 };
 

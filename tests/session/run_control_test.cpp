@@ -53,6 +53,7 @@ TEST_F(RunControlTest, ARunFeedsEveryBarOnceAndEnds) {
   EXPECT_TRUE(StartAt(60));
   EXPECT_EQ(session.BarIndex, 199);
   EXPECT_EQ(session.StartDate, std::to_string(MadeDate(59)));
+  EXPECT_EQ(run.start_day, MadeDate(60));
   EXPECT_EQ(session.SymbolInterval, "-1");
   EXPECT_EQ(StoreBars().size(), 200U);
   EXPECT_EQ(run.line, "End of data feed... ");

@@ -21,7 +21,7 @@ TEST_F(WindowsTest, SettingsComeBackInTheNextProcess) {
   EXPECT_FALSE(all->outside.settings.texts.contains("Top")) << "the first start of all";
   EXPECT_EQ(all->session.SetupTop, "8155");
   EXPECT_EQ(all->session.SetupLeft, "11020");
-  EXPECT_EQ(all->Setup().DTPicker1.Value(), 20061018);
+  EXPECT_EQ(all->Setup().DTPicker1.Value(), MadeDate(133)) << "a third of the series is left";
   EXPECT_EQ(all->session.RefreshDelay, 3000);
   EXPECT_EQ(all->Panel().Top(), 1155 + 8132 + 100);
   all->Setup().DTPicker1.UserPick(MadeDate(198));
@@ -77,7 +77,7 @@ TEST_F(WindowsTest, BadOrReadOnlySettingsStopNothing) {
   settings.texts["PorfolioTransparent"] = "x";
   all->program.Start();
   EXPECT_TRUE(all->Setup().Visible());
-  EXPECT_EQ(all->Setup().DTPicker1.Value(), 20051203);
+  EXPECT_EQ(all->Setup().DTPicker1.Value(), MadeDate(133));
   EXPECT_EQ(all->session.RefreshDelay, 3000);
   EXPECT_EQ(all->Navigator().Opacity(), 250);
   EXPECT_EQ(all->Panel().Opacity(), 250);

@@ -45,6 +45,7 @@ struct RecordedRun : RunInputs, RunView {
   void UnlockSetup() override { setup_locked = false; }
   void LockChartCount() override { chart_count_locked = true; }
   void UnlockChartCount() override { chart_count_locked = false; }
+  void ShowStartDay(std::int32_t day) override { start_day = day; }
   void ShowDelay(std::string_view seconds) override { delay = seconds; }
   void OpenPanel() override {}
   void ShowStatus(const StatusTexts& texts) override {

@@ -85,7 +85,7 @@ FittedText FitText(const QString& text, const QFont& font, const QSizeF& room) {
     const QFont narrow = Narrowed(fitted.font, part);
     if (Fits(text, narrow, room)) return {narrow, text};
   }
-  fitted.shown = QFontMetricsF(fitted.font).elidedText(text, Qt::ElideMiddle, room.width());
+  fitted.shown = QFontMetricsF(fitted.font).elidedText(text, Qt::ElideRight, room.width());
   fitted.shortened = fitted.shown != text;
   return fitted;
 }

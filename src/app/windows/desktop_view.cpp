@@ -46,6 +46,7 @@ FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
   setObjectName(ToQt(form.Name()));
   setAttribute(Qt::WA_TranslucentBackground, !form.Bordered() && WindowsMayBlend());
   setAttribute(Qt::WA_ShowWithoutActivating, !TakesInput(form));
+  setAttribute(Qt::WA_AlwaysShowToolTips);  // also while the chart has the focus
   MakeViews();
   for (const auto& [control, view] : views_) view->Update();
   OrderTabs();

@@ -27,6 +27,7 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
       options_(settings.Options()) {
   setWindowTitle(ToQt(kChartTitle));
   setMinimumSize(420, 320);
+  setAttribute(Qt::WA_AlwaysShowToolTips);
   BuildCentre();
   dialog_ = new OpenDialog(source, this);
   averages_dialog_ = new AveragesDialog(this);

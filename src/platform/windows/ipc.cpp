@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/windows_text.h"
+#include "platform/windows/chart_program.h"
 
 namespace velumar {
 
@@ -27,12 +28,6 @@ constexpr LRESULT kAccepted = 2;
 
 HWND ListenerWindow(std::string_view name) {
   return ::FindWindowExW(HWND_MESSAGE, nullptr, kListenerClass, WideText(name).c_str());
-}
-
-DWORD ProcessOf(HWND window) {
-  DWORD process = 0;
-  ::GetWindowThreadProcessId(window, &process);
-  return process;
 }
 
 // A window that is never shown, found by its title. Only programs on the same desktop can send to
