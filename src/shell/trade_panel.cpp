@@ -1,5 +1,7 @@
 #include "shell/trade_panel.h"
 
+#include <algorithm>
+
 #include "base/ignoring.h"
 #include "base/number_text.h"
 #include "session/delay.h"
@@ -53,7 +55,8 @@ void TradePanel::BindPanel() {
   form.txtContractVol.on_leave = guarded("Reading the quantity", [this] { QuantityLeft(); });
 }
 
-// Two of the displays leave a quarter of their width to the right edge of the screen.
+// Two of the displays leave a quarter of their width to the right edge of the screen, if it is wide
+// enough. Where the trader drags a display, it opens the next time.
 void TradePanel::BindBigDisplays() {
   constexpr float kTop = 250;
   constexpr float kDateTimeLeft = 150;
@@ -61,12 +64,15 @@ void TradePanel::BindBigDisplays() {
   Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);
   const auto bind = [&](BigWindow& window, auto place) {
-    window.on_load = guarded(kShowingBigNumbers, [&window, place] {
+    window.on_load = guarded(kShowingBigNumbers, [this, &window, place] {
       constexpr int kOpacity = 200;
       ShapeSmallWindow(window);
       window.SetOpacity(kOpacity);
       place(window);
+      window.SetLeft(std::max(window.Left(), 0.0F));
+      RestorePlace(window);
     });
+    window.on_unload = guarded(kShowingBigNumbers, [this, &window] { SavePlace(window); });
     window.on_press = window.lblScore.on_press = [&window] { window.StartDrag(); };
     window.on_close = [this, &window] { desktop_.Unload(window); };
   };
@@ -87,6 +93,22 @@ void TradePanel::BindBigDisplays() {
   bind(windows.frmBigPrice, [this, place_right](BigWindow& window) {
     place_right(window, desktop_.frmBigScore().Height() + kTop + kGap);
   });
+}
+
+void TradePanel::RestorePlace(BigWindow& window) {
+  const SettingsStore& settings = platform_.settings;
+  std::string top = settings.Read(window.Name() + "Top").value_or("0");
+  std::string left = settings.Read(window.Name() + "Left").value_or("0");
+  first_places_[&window] = {window.Top(), window.Left()};
+  if (!CanRestorePlace(top, left, window, platform_.screen)) return;
+  window.SetTop(PlaceFromText(top));
+  window.SetLeft(PlaceFromText(left));
+}
+
+void TradePanel::SavePlace(const BigWindow& window) {
+  if (first_places_[&window] == std::pair(window.Top(), window.Left())) return;
+  platform_.settings.Save(window.Name() + "Top", PlaceText(window.Top()));
+  platform_.settings.Save(window.Name() + "Left", PlaceText(window.Left()));
 }
 
 void TradePanel::Load() {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <map>
+#include <utility>
+
 #include "forms/desktop.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"
@@ -23,6 +26,8 @@ class TradePanel {
  private:
   void BindPanel();
   void BindBigDisplays();
+  void RestorePlace(BigWindow& window);
+  void SavePlace(const BigWindow& window);
   void Load();
   void RestartAccount();
   void Place();
@@ -38,6 +43,7 @@ class TradePanel {
   Platform& platform_;
   AccountBoxes& account_;
   OrderDesk& orders_;
+  std::map<const BigWindow*, std::pair<float, float>> first_places_;  // top, left
   bool closing_ = false;  // while it slides out; clicks on "Close & Return" are ignored
 };
 

@@ -248,6 +248,18 @@ TEST_F(WindowsTest, TheFirstRunUsesWhatWasTypedAndItsMarketsTerms) {
   EXPECT_EQ(quantity.Text(), "1,500");
 }
 
+TEST_F(WindowsTest, BigDisplaysFitTheScreenAndOpenWhereTheyWereDragged) {
+  all->outside.screen.width = 12000;
+  all->program.Start();
+  BigWindow& price = all->desktop.frmBigPrice();
+  EXPECT_EQ(price.Left(), 0) << "a place for a wider screen";
+  all->desktop.Unload(price);
+  EXPECT_FALSE(all->outside.settings.texts.contains("frmBigPriceLeft"));
+  all->desktop.frmBigPrice().SetLeft(45);
+  all->desktop.Unload(price);
+  EXPECT_EQ(all->desktop.frmBigPrice().Left(), 45);
+}
+
 TEST_F(WindowsTest, ClosingThePanelInARunBringsItBackHiddenWithAFreshAccount) {
   InPauseOf(198, [this] {
     all->session.LAccum = 2;
