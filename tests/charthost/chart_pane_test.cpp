@@ -25,7 +25,7 @@ class ChartPaneTest : public testing::Test {
     return pane;
   }
   // How many pixels of this colour the plot shows.
-  static long Pixels(ChartPane& pane, const QColor& colour) {
+  static std::ptrdiff_t Pixels(ChartPane& pane, const QColor& colour) {
     pane.Plot().replot();
     const QImage picture = pane.Plot().toPixmap().toImage().convertToFormat(QImage::Format_ARGB32);
     const auto* const pixels = reinterpret_cast<const QRgb*>(picture.constBits());

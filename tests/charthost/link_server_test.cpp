@@ -4,7 +4,6 @@
 
 #include <QTest>
 #include <atomic>
-#include <cstdlib>
 #include <thread>
 
 #include "charthost/chart_windows.h"
@@ -22,10 +21,10 @@ using std::chrono_literals::operator""ms;
 class LinkServerTest : public testing::Test {
  protected:
   LinkServerTest() {
-    setenv("XDG_RUNTIME_DIR", program_.scratch.Path().c_str(), 1);
+    qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(program_.scratch.Path().string()));
     server_.emplace(*program_.window);
   }
-  ~LinkServerTest() override { unsetenv("XDG_RUNTIME_DIR"); }
+  ~LinkServerTest() override { qunsetenv("XDG_RUNTIME_DIR"); }
 
   // Sends the text as another program would, while this one runs its events.
   IpcAnswer Send(const std::string& text) {

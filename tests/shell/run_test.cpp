@@ -17,7 +17,7 @@ class RunTest : public RunFixture {
     }
     EXPECT_FALSE(setup.Label6.Visible());
   }
-  long ChartsOpened() { return std::ranges::count(all->outside.chart.sent, "%FO"); }
+  std::ptrdiff_t ChartsOpened() { return std::ranges::count(all->outside.chart.sent, "%FO"); }
   std::size_t Rows(const std::string& table) {
     return LedgerQuery(all->ledger, "select * From " + table).rows.size();
   }
