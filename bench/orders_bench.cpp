@@ -1,6 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 
 #include "ledger/ledger.h"
@@ -29,11 +30,14 @@ struct Desk {
     session.ProfitPerContract = 1000;
     session.Balance = session.Portfolio = 2000000;
     run.commission = "0";
+    session.Run.interval = run.interval;
   }
 
   void Trade() {
-    benchmark::DoNotOptimize(orders.Long());
-    benchmark::DoNotOptimize(orders.OffsetLong());
+    if (orders.Long() != OrderResult::kDone || orders.OffsetLong() != OrderResult::kDone) {
+      throw std::runtime_error("an order was refused: " + run.refusal);
+    }
+    session.Orders.clear();
   }
 
   SimSession session;

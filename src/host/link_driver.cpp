@@ -90,7 +90,8 @@ bool LinkDriver::CanStart() {
 void LinkDriver::CloseCharts() {
   trader_.ComeToRun();
   view_.SetStatusLine(kLoadingNotice);
-  if (program_ != Program::kAnswers && !StartProgram()) return;
+  const bool running = program_ == Program::kAnswers || program_ == Program::kBusy;
+  if (!running && !StartProgram()) return;
   view_.SetStatusLine("Wait for  close all chart  ....");
   Ask({.command = Command::kCloseAll});
 }
@@ -124,7 +125,8 @@ void LinkDriver::OpenChart() {
     platform_.boxes.Show(CannotOpenChart("The chart program could not open the chart.", session_),
                          BoxIcon::kExclamation);
   }
-  opened_in_ = process_;
+  // If it was too busy to answer, the next refresh asks again.
+  opened_in_ = answer.outcome == LinkOutcome::kNoAnswer ? 0 : process_;
   view_.SetStatusLine("Ready to rock with [" + session_.Run.symbol + "] ....");
 }
 

@@ -178,6 +178,16 @@ TEST_F(LinkDriverTest, AProgramThatHangsDoesNotStopTheRun) {
   link.delay = std::chrono::milliseconds(1);
   host.RefreshCharts();
   EXPECT_THAT(run.advice, IsEmpty());
+
+  link.hangs = true;  // while another run starts
+  session.Run.symbol = "XYZ";
+  link.symbols.insert("XYZ");
+  host.CloseCharts();
+  host.OpenChart();
+  EXPECT_EQ(outside.programs.started.size(), 1U) << "no second chart program";
+  link.hangs = false;
+  host.RefreshCharts();
+  EXPECT_EQ(link.open, "/data/Simulate\\ XYZ 5") << "opened as soon as it answers";
 }
 
 TEST_F(LinkDriverTest, AProgramThatTheTraderClosedStaysClosed) {
