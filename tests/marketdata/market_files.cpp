@@ -25,12 +25,12 @@ std::string Byte(int value) { return {static_cast<char>(value)}; }
 std::string Short(int value) { return RawBytes(static_cast<std::uint16_t>(value)); }
 std::string WholeDate(int stored) { return RawBytes(stored == 0 ? 0 : stored + 19000000); }
 
-int HighestNumber(const std::vector<Listed>& securities) {
-  return std::ranges::max(securities, {}, &Listed::number).number;
+std::string HighestNumber(const std::vector<Listed>& securities, int more = 0) {
+  return Short(std::ranges::max(securities, {}, &Listed::number).number + more);
 }
 
-int CountOf(const std::vector<Listed>& securities, int count) {
-  return count < 0 ? static_cast<int>(securities.size()) : count;
+std::string CountOf(const std::vector<Listed>& securities, int count) {
+  return Short(count < 0 ? static_cast<int>(securities.size()) : count);
 }
 
 }  // namespace
@@ -46,8 +46,7 @@ std::string Hex(std::string_view digits) {
 std::string Word(double value) { return RawBytes(MbfFromFloat(static_cast<float>(value)).value()); }
 
 std::string Master(const std::vector<Listed>& securities, int count) {
-  std::string file =
-      Filled(53, {{0, Short(CountOf(securities, count))}, {2, Short(HighestNumber(securities))}});
+  std::string file = Filled(53, {{0, CountOf(securities, count) + HighestNumber(securities)}});
   for (const Listed& listed : securities) {
     file += Filled(53, {{0, Byte(listed.number)},
                         {1, Byte(0x65)},
@@ -61,8 +60,7 @@ std::string Master(const std::vector<Listed>& securities, int count) {
 }
 
 std::string Emaster(const std::vector<Listed>& securities, int count) {
-  std::string file =
-      Filled(192, {{0, Short(CountOf(securities, count))}, {2, Short(HighestNumber(securities))}});
+  std::string file = Filled(192, {{0, CountOf(securities, count) + HighestNumber(securities)}});
   for (const Listed& listed : securities) {
     file += Filled(192, {{0, "30" + Byte(listed.number)},
                          {6, Byte(listed.fields) + Byte(listed.bits)},
@@ -78,11 +76,10 @@ std::string Emaster(const std::vector<Listed>& securities, int count) {
 }
 
 std::string Xmaster(const std::vector<Listed>& securities, int count) {
-  const std::string records = Short(CountOf(securities, count));
-  std::string file = Filled(150, {{0, Hex("5D FE 58 4D")},
-                                  {10, records},
-                                  {14, records},
-                                  {18, Short(HighestNumber(securities) + 1)}});
+  const std::string records = CountOf(securities, count);
+  std::string file = Filled(
+      150,
+      {{0, Hex("5D FE 58 4D")}, {10, records}, {14, records}, {18, HighestNumber(securities, 1)}});
   for (const Listed& listed : securities) {
     file += Filled(150, {{0, Byte(1) + listed.symbol},
                          {16, listed.name},
@@ -100,31 +97,20 @@ std::string DataBytes(int fields, int count, const std::vector<std::string>& rec
   return file;
 }
 
-std::string DailyBytes(const std::vector<Bar>& bars) {
+std::string SeriesBytes(int fields, const std::vector<Bar>& bars) {
   std::vector<std::string> records;
   for (const Bar& bar : bars) {
-    records.push_back(Word(bar.date - 19000000) + Word(bar.open) + Word(bar.high) + Word(bar.low) +
-                      Word(bar.close) + Word(bar.volume) + Word(bar.open_interest));
+    records.push_back(Word(bar.date - 19000000) + (fields == 8 ? Word(bar.time) : "") +
+                      Word(bar.open) + Word(bar.high) + Word(bar.low) + Word(bar.close) +
+                      Word(bar.volume) + Word(bar.open_interest));
   }
-  return DataBytes(7, static_cast<int>(bars.size()) + 1, records);
-}
-
-std::string IntradayBytes(const std::vector<std::pair<int, int>>& moments) {
-  std::vector<std::string> records;
-  for (const auto& [date, time] : moments) {
-    records.push_back(Word(date - 19000000) + Word(time) + std::string(24, '\0'));
-  }
-  return DataBytes(8, static_cast<int>(moments.size()) + 1, records);
+  return DataBytes(fields, static_cast<int>(bars.size()) + 1, records);
 }
 
 Bar DailyBar(int date, float close) { return TimedBar(date, 0, close); }
 
 Bar TimedBar(int date, int time, float close) {
   return {date, time, close - 1, close + 2, close - 2, close, 1000 * close, 7};
-}
-
-std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbol, int interval) {
-  return ReadBars(directory.Text(), std::string(symbol), interval);
 }
 
 std::vector<std::string> DirectoryTest::List() {

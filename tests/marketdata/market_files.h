@@ -45,17 +45,19 @@ std::string Xmaster(const std::vector<Listed>& securities, int count = -1);
 
 // A header of `fields` columns with the count `count`, which includes it, and `records`.
 std::string DataBytes(int fields, int count, const std::vector<std::string>& records);
-// A correct file of seven columns.
-std::string DailyBytes(const std::vector<Bar>& bars);
-// The same of eight columns, with bars of zeros at these dates and times.
-std::string IntradayBytes(const std::vector<std::pair<int, int>>& moments);
+// A correct file of seven columns, or of eight with times.
+std::string SeriesBytes(int fields, const std::vector<Bar>& bars);
+inline std::string DailyBytes(const std::vector<Bar>& bars) { return SeriesBytes(7, bars); }
+inline std::string IntradayBytes(const std::vector<Bar>& bars) { return SeriesBytes(8, bars); }
 
 Bar DailyBar(int date, float close = 10);
 Bar TimedBar(int date, int time, float close = 10);
 
 // By a new reader with an empty cache.
-std::vector<Bar> ReadBars(const ScratchFolder& directory, std::string_view symbol = "AAA",
-                          int interval = -1);
+inline std::vector<Bar> ReadBars(const ScratchFolder& directory, const std::string& symbol = "AAA",
+                                 int interval = -1) {
+  return ReadBars(directory.Text(), symbol, interval);
+}
 
 // A directory, listed with a cache that its writers share.
 class DirectoryTest : public testing::Test {
