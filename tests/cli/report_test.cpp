@@ -1,5 +1,3 @@
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 
@@ -30,13 +28,10 @@ std::string LedgerOf(const Sandbox& box, int orders, const std::string& symbol) 
 
 // The pages of a PDF as lines of text.
 std::vector<std::string> Pages(const std::string& file) {
-  std::FILE* const pipe = popen(("pdftotext -layout '" + file + "' -").c_str(), "r");
-  std::vector<std::string> pages(1);
-  for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) {
-    c == '\f' ? pages.emplace_back() : pages.back() += static_cast<char>(c);
-  }
-  pclose(pipe);
-  pages.pop_back();
+  EXPECT_EQ(std::system(("pdftotext -layout '" + file + "' '" + file + ".txt'").c_str()), 0);
+  std::istringstream text(ReadFile(file + ".txt"));
+  std::vector<std::string> pages;
+  for (std::string page; std::getline(text, page, '\f');) pages.push_back(page);
   return pages;
 }
 
@@ -44,11 +39,9 @@ TEST(Chart, IsDrawnToAFileOrRefused) {
   Sandbox box;
   const std::string ledger = LedgerOf(box, 3, "ABC");
   const std::string out = box.At("chart.pdf");
-  for (const auto& [option, value, why] :
-       {std::array{"--type", "4D", "4D"}, {"--run", "99", "no archived run has the number 99"}}) {
-    EXPECT_THAT(box.Run({"chart", ledger, "--out", out, option, value}).err, HasSubstr(why));
-    EXPECT_FALSE(std::filesystem::exists(out));
-  }
+  EXPECT_THAT(box.Run({"chart", ledger, "--out", out, "--type", "4D"}).err, HasSubstr("4D"));
+  EXPECT_THAT(box.Run({"chart", ledger, "--out", out, "--run", "99"}).err, HasSubstr("99"));
+  EXPECT_FALSE(std::filesystem::exists(out));
   EXPECT_EQ(box.Run({"chart", ledger, "--out", out, "--type", "3D Step"}).code, 0);
   EXPECT_TRUE(ReadFile(out).starts_with("%PDF"));
 }

@@ -11,12 +11,8 @@ class DirectoryReading : public DirectoryTest {};
 using testing::ElementsAre;
 
 TEST_F(DirectoryReading, EveryRecordLayoutInEveryIndex) {
-  const struct {
-    int fields;
-    char frame;
-    int bits;
-    Bar bar;  // with the numbers 1, 2, 3 ... in its columns
-  } kShapes[] = {
+  // Columns, frame, bits, and a bar with the numbers 1, 2, 3 ... in its columns.
+  const std::tuple<int, char, int, Bar> kShapes[] = {
       {4, 'D', 0x0F, {20051107, 0, 0, 2, 3, 4, 0, 0}},
       {5, 'D', 0x1F, {20051107, 0, 0, 2, 3, 4, 5, 0}},
       {6, 'D', 0x3F, {20051107, 0, 1, 2, 3, 4, 5, 0}},
@@ -27,18 +23,16 @@ TEST_F(DirectoryReading, EveryRecordLayoutInEveryIndex) {
       {7, 'I', 0xBF, {20051107, 93000, 1, 2, 3, 4, 5, 0}},
       {8, 'I', 0xFF, {20051107, 93000, 1, 2, 3, 4, 5, 6}},
   };
-  for (const auto& shape : kShapes) {
-    const Bar& bar = shape.bar;
+  for (const auto& [fields, frame, bits, bar] : kShapes) {
     std::string record = Word(1051107) + (bar.time == 0 ? "" : Word(bar.time));
     for (const float value :
          {bar.open, bar.high, bar.low, bar.close, bar.volume, bar.open_interest}) {
       if (value != 0) record += Word(value);
     }
-    const int interval = shape.frame == 'I' ? 15 : -1;
-    const Listed low = {
-        .frame = shape.frame, .fields = shape.fields, .minutes = std::max(interval, 0)};
+    const int interval = frame == 'I' ? 15 : -1;
+    const Listed low = {.frame = frame, .fields = fields, .minutes = std::max(interval, 0)};
     Listed with_bits = low;
-    with_bits.bits = shape.bits;
+    with_bits.bits = bits;
     Listed bits_alone = with_bits;
     bits_alone.number = 256;
     bits_alone.fields = 0;
@@ -50,9 +44,9 @@ TEST_F(DirectoryReading, EveryRecordLayoutInEveryIndex) {
     for (const auto& [index, bytes, data] : kIndexes) {
       const ScratchFolder directory;
       directory.Write(index, bytes);
-      directory.Write(data, DataBytes(shape.fields, 2, {record}));
+      directory.Write(data, DataBytes(fields, 2, {record}));
       EXPECT_THAT(ReadBars(directory, "AAA", interval), ElementsAre(bar))
-          << index << " with bits " << shape.bits;
+          << index << " with bits " << bits;
     }
   }
 }

@@ -19,17 +19,14 @@ std::uint32_t WordOf(std::string_view hex) {
 }
 
 TEST(NumberFormat, KnownBytesAndNumbers) {
-  const struct {
-    const char* bytes;
-    float value;
-  } kRows[] = {
+  const std::pair<const char*, float> kRows[] = {
       {"00 00 00 00", 0},          {"00 00 A0 82", -2.5F},
       {"18 4F 00 95", 1051107},  // the date 2005-11-07
       {"00 00 80 03", -0x1p-126F}, {"FF FF 7F FF", 0x1.FFFFFEp126F},
   };
-  for (const auto& row : kRows) {
-    EXPECT_EQ(FloatFromMbf(WordOf(row.bytes)), row.value) << row.bytes;
-    EXPECT_EQ(MbfFromFloat(row.value), WordOf(row.bytes)) << row.bytes;
+  for (const auto& [bytes, value] : kRows) {
+    EXPECT_EQ(FloatFromMbf(WordOf(bytes)), value) << bytes;
+    EXPECT_EQ(MbfFromFloat(value), WordOf(bytes)) << bytes;
   }
   EXPECT_EQ(FloatFromMbf(WordOf("FF FF FF 02")), 0) << "below the range of floats";
   EXPECT_EQ(MbfFromFloat(std::numeric_limits<float>::denorm_min()), 0U);

@@ -13,8 +13,9 @@ struct KeyFixture : testing::Test {
 
   void SetUp() override {
     if (!KeyDriver::Available()) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
-    driver.emplace();
+    Open();
   }
+  virtual void Open() { driver.emplace(); }
   ChartWindows& Windows() { return driver->Windows(); }
   KeySender& Keys() { return driver->Keys(); }
   // What the window receives, once there are `length` bytes.

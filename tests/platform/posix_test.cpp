@@ -18,11 +18,7 @@ namespace fs = std::filesystem;
 
 // The formats come from the locales of many countries.
 TEST(LocalePosix, TurnsFormatsIntoPatterns) {
-  const struct {
-    const char* format;
-    const char* pattern;
-    const char* separator;
-  } formats[] = {
+  const std::tuple<const char*, const char*, const char*> formats[] = {
       {"%d. %m. %y", "dd. MM. yy", ". "},
       {"%-m/%-d/%y", "M/d/yy", "/"},
       {"%F", "yyyy-MM-dd", "-"},
@@ -38,10 +34,9 @@ TEST(LocalePosix, TurnsFormatsIntoPatterns) {
       {"%d d'%m %Y", "M/d/yyyy", "/"},
       {"", "M/d/yyyy", "/"},
   };
-  for (const auto& row : formats) {
-    const std::string pattern = PatternOfDateFormat(row.format);
-    EXPECT_EQ(pattern, row.pattern) << row.format;
-    EXPECT_EQ(SeparatorOfPattern(pattern), row.separator) << row.format;
+  for (const auto& [format, pattern, separator] : formats) {
+    EXPECT_EQ(PatternOfDateFormat(format), pattern) << format;
+    EXPECT_EQ(SeparatorOfPattern(pattern), separator) << format;
   }
   for (const char* const neutral : {"C", "POSIX", "C.UTF-8", "xx_YY.UTF-8"}) {
     ::setenv("LC_ALL", neutral, 1);

@@ -22,18 +22,19 @@ using ::testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
-// Runs a part of a test, which may not print, in a process that doesn't have root's permissions.
-// Returns true if it did.
-bool HoldsWithoutRoot(const std::function<bool()>& part) {
-  const pid_t child = ::fork();
-  if (child == 0) {
+// This process doesn't have root's permissions for as long as the object lives.
+class WithoutRoot {
+ public:
+  WithoutRoot() {
     constexpr uid_t kNobody = 65534;
-    if (::geteuid() == 0 && ::setuid(kNobody) != 0) ::_exit(2);
-    ::_exit(part() ? 0 : 1);
+    if (user_ == 0) ::setresuid(kNobody, kNobody, user_);
+    EXPECT_NE(::geteuid(), 0U);
   }
-  int status = 1;
-  return ::waitpid(child, &status, 0) == child && status == 0;
-}
+  ~WithoutRoot() { EXPECT_EQ(::setresuid(user_, user_, user_), 0); }
+
+ private:
+  uid_t user_ = ::geteuid();
+};
 
 TEST(SharedIniFile, KeepsAnyBytes) {
   // Characters that are special in INI files are frequent.
@@ -178,18 +179,14 @@ TEST(SettingsFile, ReportsAFileThatMayNotBeReadAndLeavesIt) {
   WriteFile(ini, "[Settings]\nTop=1\n");
   fs::permissions(ini, fs::perms(0200));
   fs::permissions(folder.Path(), fs::perms(0777));
-  EXPECT_TRUE(HoldsWithoutRoot([&] {
+  {
+    const WithoutRoot nobody;
     FileSettings settings(folder / "settings");
-    const auto problems = settings.TakeProblems();
-    try {
-      settings.Save("Left", "2");
-      return false;
-    } catch (const std::runtime_error&) {
-      return problems.size() == 1 &&
-             problems[0].find("no permission to read") != problems[0].npos &&
-             !settings.Read("Top") && settings.TakeProblems().empty();
-    }
-  }));
+    EXPECT_THAT(settings.TakeProblems(), ElementsAre(HasSubstr("no permission to read")));
+    EXPECT_THROW(settings.Save("Left", "2"), std::runtime_error);
+    EXPECT_EQ(settings.Read("Top"), std::nullopt);
+    EXPECT_THAT(settings.TakeProblems(), IsEmpty());
+  }
   fs::permissions(ini, fs::perms(0600));
   EXPECT_EQ(folder.Read("settings.ini"), "[Settings]\nTop=1\n");
   EXPECT_THAT(folder.Names(), ElementsAre("settings.ini"));
@@ -239,8 +236,10 @@ TEST(RegistryFile, ReportsDamagedValuesAndAFileThatCantBeWritten) {
   EXPECT_EQ(unwritable.CreateKey(kRoot, "K"), 1013);
   EXPECT_FALSE(unwritable.HasKey(kRoot, "K"));
   fs::permissions(folder.Path(), fs::perms(0555));
-  EXPECT_TRUE(
-      HoldsWithoutRoot([&] { return FileRegistry(folder / "denied").CreateKey(kRoot, "K") == 5; }));
+  {
+    const WithoutRoot nobody;
+    EXPECT_EQ(FileRegistry(folder / "denied").CreateKey(kRoot, "K"), 5);
+  }
   fs::permissions(folder.Path(), fs::perms(0700));
 }
 

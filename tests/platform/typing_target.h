@@ -15,8 +15,6 @@
 #include <thread>
 #include <utility>
 
-#include "platform/eventually.h"
-
 namespace velumar {
 
 // A program with windows that records what is typed into them. It has its own thread and
@@ -46,9 +44,8 @@ class TypingTarget {
     XCloseDisplay(display_);
   }
 
-  // Returns once the window is shown.
   Window Open(const Look& look) {
-    std::unique_lock lock(mutex_);
+    const std::lock_guard lock(mutex_);
     const Window window =
         XCreateSimpleWindow(display_, DefaultRootWindow(display_), 0, 0, 200, 100, 0, 0, 0);
     XChangeProperty(display_, window, AtomOf("_NET_WM_NAME"), AtomOf("UTF8_STRING"), 8,
@@ -65,14 +62,7 @@ class TypingTarget {
                                  XNClientWindow, window, nullptr),
                        ""};
     XMapWindow(display_, window);
-    XFlush(display_);
-    lock.unlock();
-    Eventually([&] {
-      const std::lock_guard relock(mutex_);
-      XWindowAttributes attributes{};
-      XGetWindowAttributes(display_, window, &attributes);
-      return attributes.map_state == IsViewable;
-    });
+    XSync(display_, False);
     return window;
   }
   void Close(Window window) {

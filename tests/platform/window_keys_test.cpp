@@ -110,11 +110,7 @@ TEST_F(WindowKeys, AcceptedMeansThatTheProgramHasReadTheKeys) {
   later.join();
 
   driver->SetBusy(chart, true);
-  const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(Keys().Send("x"), KeyOutcome::kNotAnswered);
-  const auto took = std::chrono::steady_clock::now() - start;
-  EXPECT_GE(took, 1900ms);
-  EXPECT_LE(took, 6000ms);
   driver->SetBusy(chart, false);
   EXPECT_EQ(Taken(chart, 1), "x");
 }

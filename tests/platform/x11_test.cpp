@@ -111,9 +111,8 @@ TEST_F(X11, AWindowThatComesToTheFrontMidwayReceivesNoKey) {
   ASSERT_TRUE(Windows().BringToFront("MetaStock"));
   Chart().SetOnKey([&](const std::string& key) {
     if (key != "%x") return;
-    const std::string& display = KeyDriver::Managed().Display();
-    MakeX11ChartWindows(display)->BringToFront("Notes");
-    X11Connection connection(display);
+    MakeX11ChartWindows(driver->display)->BringToFront("Notes");
+    X11Connection connection(driver->display);
     Eventually([&] { return connection.FrontWindow() == notes; });
   });
   EXPECT_EQ(Keys().Send("ab%xcd"), KeyOutcome::kNotSent);
@@ -128,18 +127,16 @@ TEST_F(X11, AcceptsWindowsThatCantAnswer) {
 }
 
 // Window managers are slow to notice a new keyboard layout.
-struct X11WithoutWindowManager : testing::Test {
-  void SetUp() override {
-    if (!KeyDriver::Available()) GTEST_SKIP() << "Xvfb, openbox or setxkbmap isn't installed";
+struct X11WithoutWindowManager : KeyFixture {
+  void Open() override {
     driver.emplace(server.emplace(false));
     window = driver->chart.Open(kChart);
-    ASSERT_TRUE(driver->Windows().BringToFront("MetaStock"));
+    ASSERT_TRUE(Windows().BringToFront(kHost));
   }
-  KeySender& Keys() { return driver->Keys(); }
+  ~X11WithoutWindowManager() override { driver.reset(); }  // before its server
   std::string Typed() { return driver->chart.TakeTyped(window); }
 
   std::optional<XServer> server;
-  std::optional<KeyDriver> driver;
   Window window = 0;
 };
 

@@ -112,7 +112,6 @@ class TracedChild {
 // The result of work whose changing call number `number` failed, and all later ones if the disk
 // stays broken.
 struct FailedWork {
-  bool traced = false;
   bool reached = false;  // there is such a call
   int exit_code = -1;
 };
@@ -120,7 +119,7 @@ struct FailedWork {
 inline FailedWork FailAt(int number, int error, bool stays_broken, const std::function<int()>& work,
                          Locks locks = Locks::kFailToo) {
   TracedChild child(work);
-  FailedWork result{child.Traced()};
+  FailedWork result;
   int changes = 0;
   child.Run([&] {
     if (!child.AtChange(locks)) return;

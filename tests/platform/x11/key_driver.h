@@ -94,7 +94,7 @@ class KeyDriver {
     return server;
   }
 
-  explicit KeyDriver(const XServer& server = Managed()) : KeyDriver(server.Display()) {}
+  explicit KeyDriver(const XServer& server = Managed()) : display(server.Display()) {}
   KeyDriver(const KeyDriver&) = delete;
   KeyDriver& operator=(const KeyDriver&) = delete;
   ~KeyDriver() {
@@ -169,22 +169,15 @@ class KeyDriver {
     return layout;
   }
 
-  TypingTarget chart;
-  TypingTarget editor;
+  const std::string display;  // ":7"
+  TypingTarget chart{display};
+  TypingTarget editor{display};
 
  private:
-  explicit KeyDriver(const std::string& display)
-      : chart(display),
-        editor(display),
-        user_(xdo_new(display.c_str())),
-        windows_(MakeX11ChartWindows(display)),
-        keys_(MakeX11KeySender(display)),
-        connection_(display) {}
-
-  xdo_t* user_;
-  std::unique_ptr<ChartWindows> windows_;
-  std::unique_ptr<KeySender> keys_;
-  X11Connection connection_;
+  xdo_t* user_ = xdo_new(display.c_str());
+  std::unique_ptr<ChartWindows> windows_ = MakeX11ChartWindows(display);
+  std::unique_ptr<KeySender> keys_ = MakeX11KeySender(display);
+  X11Connection connection_{display};
   std::map<WindowId, TypingTarget*> programs_;
 };
 

@@ -1,0 +1,246 @@
+#include "cli/sandbox.h"
+#include "cli/text_table.h"
+
+namespace velumar {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST(Program, ExitsWith2AfterInvalidArguments) {
+  Sandbox box;
+  for (const std::vector<std::string>& line :
+       std::vector<std::vector<std::string>>{{"dump", "a", "b"},
+                                             {"dump", "a", "b", "70000"},
+                                             {"import", "a", "b", "--symbol", " "},
+                                             {"import", "a", "b", "--date-format", "%Y"},
+                                             {"ledger", "a", "--run", "0"},
+                                             {"ledger", "a", "--csv", "--json"},
+                                             {"replay", "a", "b", "D", "20070231"},
+                                             {"replay", "a", "b", "D", "20070201", "--set", "x"}}) {
+    const auto answer = box.Run(line);
+    EXPECT_EQ(answer.code, 2) << testing::PrintToString(line);
+    EXPECT_EQ(answer.out, "");
+    EXPECT_NE(answer.err, "");
+  }
+}
+
+TEST(Program, AcceptsADirectoryNamedLikeACommandAndNamesWhatIsMissing) {
+  Sandbox box;
+  const auto here = std::filesystem::current_path();
+  std::filesystem::current_path(box.At(""));
+  box.ImportDays("list");
+  EXPECT_EQ(box.Run({"list", "list"}).out,
+            "symbol  name  interval  fields  file  bars     first      last\n"
+            "ABC     ABC          D       7     1    28  20000101  20000128\n");
+  const auto answer = box.Run({"dump", "list", "YOURS", "D"});
+  EXPECT_EQ(answer.code, 1);
+  EXPECT_THAT(answer.err, HasSubstr("YOURS"));
+  std::filesystem::current_path(here);
+}
+
+TEST(TextTable, AlignsUnicodeAndHidesControlCharacters) {
+  TextTable table({{"name"}, {"n", TextTable::kRight}});
+  table.AddRow({"Zürich", "5"});
+  table.AddRow({"a\x1b[1m\xC2\x9B.", "1000"});
+  EXPECT_EQ(table.Text(),
+            "name        n\n"
+            "Zürich      5\n"
+            "a?[1m?.  1000\n");
+}
+
+// An archived run of two orders, and a current run of one.
+class LedgerCommand : public testing::Test {
+ protected:
+  LedgerCommand() {
+    const std::string data = box.ImportDays("data", ".125");
+    const auto replay = box.Run(
+        {"replay", data, "ABC", "D", "20000110", "--store", box.At("store"), "--ledger", ledger},
+        "long 3\nnext\noffset-long 2\nreturn\nstart\nshort 1\n");
+    EXPECT_EQ(replay.code, 0) << replay.err;
+  }
+  Sandbox::Answer Print(std::vector<std::string> options) {
+    options.insert(options.begin(), {"ledger", ledger, "--date-pattern", "dd/MM/yyyy"});
+    return box.Run(options);
+  }
+
+  Sandbox box;
+  std::string ledger = box.At("l.mdb");
+};
+
+TEST_F(LedgerCommand, PrintsRowsRunsAndOrders) {
+  const auto current = Print({"--csv"}).Lines();
+  ASSERT_EQ(current.size(), 2U);
+  EXPECT_THAT(current[0], StartsWith("Profile,Symbol,SymbolInterval,ActDate,ActTime,MarketPrice,"));
+  EXPECT_THAT(current[1], HasSubstr("ABC,-1,09/01/2000,00:00:00,109.13,Short,"));
+  EXPECT_EQ(Print({"--csv", "--run", "1"}).Lines().size(), 3U);
+  const auto rows = nlohmann::json::parse(Print({"--json", "--run", "1"}).out);
+  ASSERT_EQ(rows.size(), 2U);
+  EXPECT_EQ(rows[1]["Position"], "Offset Long");
+  EXPECT_EQ(rows[1]["LRealised"], "1.99") << "the average has two decimals";
+
+  const auto runs = nlohmann::json::parse(Print({"--runs", "--json"}).out);
+  ASSERT_EQ(runs.size(), 1U);
+  EXPECT_EQ(runs[0]["Symbol"], "ABC");
+  EXPECT_EQ(runs[0]["Rows"], "2");
+  const auto orders = Print({"--orders", "--run", "1"}).Lines();
+  ASSERT_EQ(orders.size(), 3U);
+  EXPECT_THAT(orders[2], StartsWith("2,2000-01-10,00:00:00,ABC,Offset Long,2,110.13,1,"));
+}
+
+TEST_F(LedgerCommand, RefusesUnknownRunsAndFiles) {
+  EXPECT_THAT(Print({"--run", "9"}).err, HasSubstr("no archived run has the number 9"));
+  EXPECT_THAT(box.Run({"ledger", box.At("none.mdb")}).err, HasSubstr("none.mdb"));
+}
+
+// The path contains "SET", which means a stock market.
+class ReplayCommand : public testing::Test {
+ protected:
+  Sandbox::Answer Replay(const std::vector<std::string>& options, const std::string& commands) {
+    std::vector<std::string> arguments{"replay",   data,      "ABC",          "D",
+                                       "20000110", "--store", box.At("store")};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return box.Run(arguments, commands);
+  }
+
+  Sandbox box;
+  std::string data = box.ImportDays("SET");
+  std::vector<std::string> ledger{"--ledger", box.At("l.mdb"), "--date-pattern", "dd/MM/yyyy"};
+};
+
+TEST_F(ReplayCommand, SetTextsReplaceTheMarketsPresets) {
+  const auto replay = Replay(
+      {"--set", "Form1.txtContractValue=70", "--set", "Form1.txtProfitperContract=3", "--set",
+       "Form1.txtcomm=0.5", "--set", "Form1.txtInitPorfolio=333,333.33", "--set", "Form3.Combo2=1"},
+      "long 100\n");
+  ASSERT_EQ(replay.code, 0) << replay.err;
+  const nlohmann::json last = replay.Objects().back();
+  EXPECT_EQ(last["InitMargin"], 70);
+  EXPECT_EQ(last["ProfitPerContract"], 3);
+  EXPECT_EQ(last["Commission"], 100 * 109 * 0.005);
+  EXPECT_EQ(last["Balance"], 333333) << "whole money after an order";
+  EXPECT_EQ(last["RefreshDelay"], 1000);
+}
+
+TEST_F(ReplayCommand, EndsAtAnEndlessCommand) {
+  const auto replay = Replay({}, "next\n" + std::string(1 << 20, 'n'));
+  EXPECT_EQ(replay.code, 1);
+  EXPECT_THAT(replay.err, HasSubstr("longer than 16384 bytes"));
+  EXPECT_EQ(replay.Objects().size(), 2U) << "begin and next";
+}
+
+TEST_F(ReplayCommand, AnswersTheFiguresOfItsLedger) {
+  const auto replay = Replay(ledger, "figures\nlong 3\nnext\noffset-long 2\nfigures\n");
+  ASSERT_EQ(replay.code, 0) << replay.err;
+  const auto answers = replay.Objects();
+  ASSERT_EQ(answers.size(), 6U);
+  EXPECT_EQ(answers[1]["ResSymbol"], "");
+  EXPECT_FALSE(answers[2].contains("ResSymbol"));
+  const auto printed =
+      box.Run({"figures", box.At("l.mdb"), "--json", "--date-pattern", "dd/MM/yyyy"});
+  auto figures = nlohmann::json::parse(printed.out);
+  figures.erase("statistics");
+  EXPECT_EQ(figures.size(), 14U);
+  EXPECT_EQ(figures["ResLongProfitLoss"], "2");
+  for (const auto& [field, text] : figures.items()) EXPECT_EQ(answers[5][field], text) << field;
+
+  // The figures of a run start with its first order.
+  const nlohmann::json again = Replay(ledger, "long 1\nreturn\nstart\nfigures\n").Objects().back();
+  EXPECT_EQ(again["rows"], 0);
+  EXPECT_EQ(again["ResLongAmount"], "0");
+}
+
+const std::string kHeader = "date,time,open,high,low,close,volume,openinterest\n";
+
+TEST(Import, DumpAndImportKeepEveryFloat) {
+  Sandbox box;
+  const auto file = box.File(
+      "EDGE_D.csv",
+      kHeader +
+          "20200102,0,1.1754944e-38,1.7014117e+38,-1.7014117e+38,-1.1754944e-38,16777217,0\n"
+          "20200103,0,0.1,3.4,0.30000001,1e-7,123456789,2147483648\n"
+          "20210104,0,-5,-1,-9,-3.5,1e+20,0.00012207031\n");
+  ASSERT_EQ(box.Run({"import", file, box.At("data")}).code, 0);
+  const std::string dumped = box.Run({"dump", box.At("data"), "EDGE", "D"}).out;
+  EXPECT_EQ(dumped,
+            kHeader +
+                "20200102,0,1.1754944e-38,1.7014117e+38,-1.7014117e+38,-1.1754944e-38,16777216,0\n"
+                "20200103,0,0.1,3.4,0.3,1e-07,123456792,2147483648\n"
+                "20210104,0,-5,-1,-9,-3.5,1e+20,0.00012207031\n");
+  box.Run({"import", box.File("again.csv", dumped), box.At("other"), "--symbol", "EDGE"});
+  EXPECT_EQ(box.Run({"dump", box.At("other"), "EDGE", "D"}).out, dumped);
+}
+
+TEST(Import, StoresIntradayBarsWithDatesAsItIsTold) {
+  Sandbox box;
+  const auto file = box.File("test_15.csv",
+                             "Date;Time;Open;High;Low;Close;Volume\n"
+                             "02.01.2020;0:00;1;2;0.5;1.5;100\n02.01.2020;9:15;1;2;0.5;1.5;100\n");
+  const auto answer = box.Run({"import", file, box.At("data"), "--date-format", "%d.%m.%Y"});
+  EXPECT_EQ(answer.out + answer.err, "TEST 15: 2 bars, 20200102 to 20200102\n");
+  EXPECT_EQ(box.Run({"dump", box.At("data"), "TEST", "15"}).out,
+            kHeader + "20200102,000000,1,2,0.5,1.5,100,0\n20200102,091500,1,2,0.5,1.5,100,0\n");
+}
+
+TEST(Import, ReplacesASecurityAndKeepsItsName) {
+  Sandbox box;
+  const auto data = box.At("data");
+  const auto one =
+      box.File("one.csv", kHeader + "20200102,0,1,1,1,1,5,5\n20200103,0,1,1,1,1,5,5\n");
+  const auto two = box.File("two.csv", kHeader + "20210105,0,2,2,2,2,6,6\n");
+  EXPECT_EQ(box.Run({"import", one, data, "--symbol", "gold", "--name", "Gold of Zürich"}).code, 0);
+  EXPECT_EQ(box.Run({"import", one, data, "--symbol", "SILVER"}).code, 0);
+  EXPECT_EQ(box.Run({"import", two, data, "--symbol", "Gold"}).code, 0);
+  EXPECT_EQ(box.Run({"import", two, data, "--symbol", "gold", "--interval", "60"}).code, 0);
+  const auto listed = nlohmann::json::parse(box.Run({"list", data, "--json"}).out);
+  ASSERT_EQ(listed.size(), 3U);
+  EXPECT_EQ(listed[0].dump(),
+            R"({"bars":1,"fields":7,"file":1,"first":20210105,"interval":-1,"last":20210105,)"
+            R"("name":"Gold of Zürich","symbol":"GOLD"})");
+  EXPECT_EQ(listed[1].at("name"), "SILVER");
+  EXPECT_EQ(listed[2].at("interval"), 60);
+  EXPECT_EQ(listed[2].at("name"), "GOLD");
+}
+
+TEST(Import, WarnsOfContradictoryPricesAndIgnoredTimes) {
+  Sandbox box;
+  const auto file = box.File("ODD_D.csv", kHeader +
+                                              "20200102,160000,1,2,1,1,0,0\n"
+                                              "20200103,160000,1,2,1.5,2,0,0\n"
+                                              "20200106,160000,5,2,1,2,0,0\n");
+  const auto answer = box.Run({"import", file, box.At("data")});
+  EXPECT_EQ(answer.err, file +
+                            ": 2 bars have contradictory prices, imported unchanged (first on "
+                            "line 3)\n" +
+                            file + ": 3 bars have a time, ignored because the series is daily\n");
+}
+
+// A failed import changes no byte of the directory, and creates none.
+TEST(Import, WritesNothingAfterAnError) {
+  Sandbox box;
+  const auto data = box.At("data");
+  const std::string row = "20200102,0,1,1,1,1,0,0\n";
+  box.Run({"import", box.File("GOOD_D.csv", kHeader + row), data});
+  std::filesystem::create_directory(box.At("FOLDER_D.csv"));
+  std::filesystem::resize_file(box.File("HUGE_D.csv", ""), 5'000'000'000);
+  box.File("BAD_D.csv", kHeader + row + "20200103,0,1,1,1,1e39,0,0\n");
+  const auto before = FilesOf(data);
+  for (const auto& [name, complaint] :
+       std::vector<std::pair<std::string, std::string>>{{"BAD_D.csv", "line 3"},
+                                                        {"NONE_D.csv", "No such file or directory"},
+                                                        {"FOLDER_D.csv", "folder"},
+                                                        {"HUGE_D.csv", "67108864"}}) {
+    for (const std::string& directory : {data, box.At("new")}) {
+      const auto answer = box.Run({"import", box.At(name), directory});
+      EXPECT_EQ(answer.code, 1) << name;
+      EXPECT_EQ(answer.out, "");
+      EXPECT_THAT(answer.err, HasSubstr(box.At(name)));
+      EXPECT_THAT(answer.err, HasSubstr(complaint));
+    }
+  }
+  EXPECT_EQ(FilesOf(data), before);
+  EXPECT_FALSE(std::filesystem::exists(box.At("new")));
+}
+
+}  // namespace
+}  // namespace velumar
