@@ -48,9 +48,7 @@ void HostControl::RefreshCharts() {
   ShowProgress(driver.RefreshMilliseconds());
 }
 
-void HostControl::ShowPositions() {
-  if (link_.Reaches()) link_.ShowPositions();
-}
+void HostControl::ShowPositions() { link_.ShowPositions(); }
 
 void HostControl::ShowProgress(long refresh_ms) {
   const int all = session_.LastBarIndex - session_.FirstShownBar;

@@ -31,8 +31,8 @@ class HostControl : public ChartSide {
   void SetTheme(bool dark) { link_.SetTheme(dark); }
   // Closes our chart program if it was started by this one.
   void QuitStarted() { link_.QuitStarted(); }
-  // The trader has closed our chart program, so it is not started again by itself.
-  void ChartClosedByTrader() { link_.ClosedByTrader(); }
+  // The trader has closed the chart program of that process, so it is not started again by itself.
+  void ChartClosedByTrader(std::uint32_t process) { link_.ClosedByTrader(process); }
 
  private:
   ChartDriver& Driver();

@@ -1,6 +1,7 @@
 #include "host/link_driver.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -18,12 +19,14 @@ namespace {
 
 using Command = ChartRequest::Command;
 
-constexpr std::chrono::milliseconds kPatience{2000};
+using std::chrono_literals::operator""ms;
+
+constexpr auto kPatience = 2000ms;
 // A program that has not answered once must not stop the replay for two seconds at each bar.
-constexpr std::chrono::milliseconds kPatienceWithBusy{200};
-constexpr int kStartMs = 10000;
+constexpr auto kShortPatience = 100ms;
+constexpr auto kStartTime = 10000ms;
 constexpr int kMostRestarts = 3;  // without a refresh that worked
-constexpr int kLookMs = 20;
+constexpr auto kLook = 20ms;
 
 // Minutes, -1 for daily bars.
 std::optional<int> IntervalOf(const RunSeries& series) {
@@ -57,19 +60,20 @@ bool LinkDriver::Reaches() {
 
 LinkDriver::Program LinkDriver::Look() {
   if (platform_.chart_link == nullptr) return Program::kForeign;
-  const LinkAnswer answer = platform_.chart_link->Ask(
-      {.command = Command::kHello}, program_ == Program::kBusy ? kPatienceWithBusy : kPatience);
   const std::uint32_t owner = ChartWindowProcess();
-  switch (answer.outcome) {
+  if (owner == 0) return process_ != 0 ? Program::kGone : Program::kForeign;
+  const bool patient = program_ != Program::kBusy && starting_ == 0;
+  switch (platform_.chart_link->Ask(owner, {.command = Command::kHello},
+                                    patient ? kPatience : kShortPatience)) {
     case LinkOutcome::kDone:
-      if (owner != 0 && owner != answer.process) return Program::kForeign;
-      if (std::exchange(process_, answer.process) != answer.process) SendTheme();
+      if (std::exchange(process_, owner) != owner && dark_) {
+        Ask({.command = Command::kTheme, .dark = *dark_}, kShortPatience);
+      }
       return Program::kAnswers;
     case LinkOutcome::kNoAnswer:
-      return owner != 0 && owner == process_ ? Program::kBusy : Program::kForeign;
-    case LinkOutcome::kNotThere:
-      return owner == 0 && process_ != 0 ? Program::kGone : Program::kForeign;
+      return owner == process_ ? Program::kBusy : Program::kForeign;
     case LinkOutcome::kRefused:
+    case LinkOutcome::kNotThere:
       break;
   }
   return Program::kForeign;
@@ -91,13 +95,14 @@ void LinkDriver::CloseCharts() {
   trader_.ComeToRun();
   view_.SetStatusLine(kLoadingNotice);
   const bool running = program_ == Program::kAnswers || program_ == Program::kBusy;
-  if (!running && !StartProgram()) return;
+  if (!running && (starting_ > 0 || !StartProgram())) return;
   view_.SetStatusLine("Wait for  close all chart  ....");
-  Ask({.command = Command::kCloseAll});
+  Ask({.command = Command::kCloseAll}, kPatience);
 }
 
 // The new window takes the focus, and the trader's window gets it back.
 bool LinkDriver::StartProgram() {
+  const ScopedCounter starting(starting_);
   const FocusReturn returning(platform_.chart_windows, trader_);
   const ScopedCounter chart_comes = trader_.ExpectChart();
   std::string command_line = registry_.StartCommand() + OpeningArgument(session_.Run.symbol);
@@ -105,8 +110,11 @@ bool LinkDriver::StartProgram() {
   view_.SetStatusLine("Loading ... " + command_line);
   IgnoringErrors([&] { platform_.programs.Start(command_line); });
   view_.SetStatusLine("Wait  for  [Meta Stock] ready ....");
-  for (int waited = 0; waited < kStartMs; waited += kLookMs) {
-    WaitMilliseconds(platform_.events, kLookMs);
+  // On the virtual clock only the waits take time.
+  const auto end = std::chrono::steady_clock::now() + kStartTime;
+  for (auto waited = 0ms; waited < kStartTime && std::chrono::steady_clock::now() < end;
+       waited += kLook) {
+    WaitMilliseconds(platform_.events, static_cast<std::int16_t>(kLook.count()));
     program_ = Look();
     if (program_ != Program::kAnswers) continue;
     started_ = process_;
@@ -117,38 +125,43 @@ bool LinkDriver::StartProgram() {
 
 void LinkDriver::OpenChart() {
   view_.SetStatusLine("Open data for [" + session_.Run.symbol + "] ....");
-  const LinkAnswer answer = Ask({.command = Command::kOpen,
-                                 .folder = session_.SimDir,
-                                 .symbol = session_.Run.symbol,
-                                 .interval = IntervalOf(session_.Run)});
-  if (answer.outcome == LinkOutcome::kRefused) {
+  const LinkOutcome outcome = Ask({.command = Command::kOpen,
+                                   .folder = session_.SimDir,
+                                   .symbol = session_.Run.symbol,
+                                   .interval = IntervalOf(session_.Run)},
+                                  kPatience);
+  if (outcome == LinkOutcome::kRefused) {
     platform_.boxes.Show(CannotOpenChart("The chart program could not open the chart.", session_),
                          BoxIcon::kExclamation);
   }
   // If it was too busy to answer, the next refresh asks again.
-  opened_in_ = answer.outcome == LinkOutcome::kNoAnswer ? 0 : process_;
+  const bool answered = outcome == LinkOutcome::kDone || outcome == LinkOutcome::kRefused;
+  opened_in_ = answered ? process_ : 0;
   view_.SetStatusLine("Ready to rock with [" + session_.Run.symbol + "] ....");
 }
 
 ChartTrouble LinkDriver::Refresh() {
+  // A step in a wait of the start: the refresh that has started the program shows its bar too.
+  if (starting_ > 0) return ChartProgramBusy();
   if (program_ == Program::kGone && (++restarts_ > kMostRestarts || !StartProgram())) {
     return NoChartProgram();
   }
   if (program_ == Program::kBusy) return ChartProgramBusy();
   if (opened_in_ != process_) OpenChart();
   RevaluePositions(session_);
-  const LinkAnswer answer = Ask({.command = Command::kRefresh,
-                                 .folder = session_.SimDir,
-                                 .symbol = session_.Run.symbol,
-                                 .positions = Positions()});
-  switch (answer.outcome) {
+  switch (Ask({.command = Command::kRefresh,
+               .folder = session_.SimDir,
+               .symbol = session_.Run.symbol,
+               .positions = Positions()},
+              kPatience)) {
     case LinkOutcome::kDone:
       restarts_ = 0;
       return {};
     case LinkOutcome::kRefused:
-      return {};
+      restarts_ = 0;
+      return {"No chart of this run is open! ",
+              "Open the chart in the chart program (File > Open), or go back and press Start."};
     case LinkOutcome::kNoAnswer:
-      program_ = Program::kBusy;
       return ChartProgramBusy();
     case LinkOutcome::kNotThere:
       break;
@@ -157,10 +170,12 @@ ChartTrouble LinkDriver::Refresh() {
 }
 
 void LinkDriver::ShowPositions() {
+  if (program_ != Program::kAnswers || starting_ > 0) return;
   Ask({.command = Command::kPositions,
        .folder = session_.SimDir,
        .symbol = session_.Run.symbol,
-       .positions = Positions()});
+       .positions = Positions()},
+      kShortPatience);
 }
 
 // Orders at bars that the replay has stepped back over are not shown.
@@ -170,7 +185,7 @@ ChartPositions LinkDriver::Positions() {
                [this](const OrderMark& order) { return order.bar <= session_.BarIndex; });
   const auto add = [&](const Side& side, float profit) {
     const float held = session_.*side.Accum;
-    if (held <= 0) return;
+    if (held <= 0 || !std::isfinite(profit)) return;
     positions.held.push_back({side.gains_on_rise, session_.*side.AvgPrice, held, profit});
   };
   add(kLongSide, session_.LUnrealisedMoney);
@@ -180,21 +195,21 @@ ChartPositions LinkDriver::Positions() {
 
 void LinkDriver::SetTheme(bool dark) {
   dark_ = dark;
-  if (Reaches() && program_ == Program::kAnswers) SendTheme();
+  if (program_ == Program::kAnswers)
+    Ask({.command = Command::kTheme, .dark = dark}, kShortPatience);
 }
 
+// A program that hangs finds the request when it goes on.
 void LinkDriver::QuitStarted() {
-  if (started_ != 0 && Look() == Program::kAnswers && process_ == started_) {
-    Ask({.command = Command::kQuit});
-  }
+  if (started_ == 0) return;
+  platform_.chart_link->Ask(started_, {.command = Command::kQuit}, kShortPatience);
 }
 
-void LinkDriver::SendTheme() {
-  if (dark_) Ask({.command = Command::kTheme, .dark = *dark_});
-}
-
-LinkAnswer LinkDriver::Ask(const ChartRequest& request) {
-  return platform_.chart_link->Ask(request, kPatience);
+// A program that does not answer in time counts as busy until it does.
+LinkOutcome LinkDriver::Ask(const ChartRequest& request, std::chrono::milliseconds patience) {
+  const LinkOutcome outcome = platform_.chart_link->Ask(process_, request, patience);
+  if (outcome == LinkOutcome::kNoAnswer) program_ = Program::kBusy;
+  return outcome;
 }
 
 }  // namespace velumar

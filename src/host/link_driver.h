@@ -21,8 +21,9 @@ class LinkDriver : public ChartDriver {
              TraderFocus& trader)
       : session_(session), view_(view), platform_(platform), registry_(registry), trader_(trader) {}
 
-  // True if our chart program owns the chart window, or has ended by itself after the link was
-  // used. Asks the chart program, so call it before each use.
+  // True if the link is the way to the chart: our chart program owns the chart window, even if it
+  // is too busy to answer, or it has ended by itself since it was last used. Asks the chart
+  // program, so call it before each use.
   bool Reaches();
   // True if no chart program is running and ours is the one to start.
   bool CanStart();
@@ -34,15 +35,18 @@ class LinkDriver : public ChartDriver {
   ChartTrouble Refresh() override;
   long RefreshMilliseconds() const override { return 0; }
 
-  // Shows the orders and what is held on the charts.
+  // Shows the orders and what is held on the charts, if the chart program answered last time. Waits
+  // only for a moment: an order must not.
   void ShowPositions();
   // Our chart program takes these colours, now and whenever it is started, unless the trader has
   // chosen others in its menu.
   void SetTheme(bool dark);
   // Closes the chart program if this object has started it.
   void QuitStarted();
-  // The trader has closed the chart program, so it is not started again by itself.
-  void ClosedByTrader() { process_ = 0; }
+  // The trader has closed the chart program of that process, so it is not started again by itself.
+  void ClosedByTrader(std::uint32_t process) {
+    if (process == process_) process_ = 0;
+  }
 
  private:
   enum class Program : std::uint8_t {
@@ -53,12 +57,11 @@ class LinkDriver : public ChartDriver {
   };
 
   Program Look();
-  // Returns false if the program doesn't answer within ten seconds.
+  // Returns false if the program doesn't answer within ten seconds. Clicks run in between.
   bool StartProgram();
   std::uint32_t ChartWindowProcess();  // 0 without one
-  void SendTheme();
   ChartPositions Positions();
-  LinkAnswer Ask(const ChartRequest& request);
+  LinkOutcome Ask(const ChartRequest& request, std::chrono::milliseconds patience);
 
   SimSession& session_;
   RunView& view_;
@@ -68,6 +71,7 @@ class LinkDriver : public ChartDriver {
   std::optional<bool> dark_;
   Program program_ = Program::kForeign;
   std::uint32_t process_ = 0;  // that answered last
+  int starting_ = 0;           // the program is being started; clicks run
   int restarts_ = 0;
   std::uint32_t started_ = 0;    // the process that this object has started
   std::uint32_t opened_in_ = 0;  // the process in which the chart was opened

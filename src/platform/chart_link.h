@@ -9,8 +9,8 @@
 
 namespace velumar {
 
-// Where Velumar's own chart program listens for requests.
-inline constexpr std::string_view kChartLinkListener = "_VELUMAR_CHART_LINK";
+// Where Velumar's own chart program listens for requests: each process under a name of its own.
+std::string ChartLinkListener(std::uint32_t process);
 
 // An order as a chart marks it.
 struct OrderMark {
@@ -68,22 +68,18 @@ std::optional<ChartRequest> ReadChartRequest(std::string_view text);
 
 enum class LinkOutcome : std::uint8_t {
   kDone,
-  kRefused,   // another version of the protocol, or a chart that can't be opened
+  kRefused,   // another version of the protocol, a chart that can't be opened, or no chart
   kNoAnswer,  // in time
-  kNotThere,  // no chart program of ours is running
-};
-
-struct LinkAnswer {
-  LinkOutcome outcome = LinkOutcome::kNotThere;
-  std::uint32_t process = 0;  // that answered
+  kNotThere,  // that process is no chart program of ours
 };
 
 // The direct link to our own chart program. It needs no focus and types nothing.
 class ChartLink {
  public:
   virtual ~ChartLink() = default;
-  // Sends the request and waits for the answer. No events run in between.
-  virtual LinkAnswer Ask(const ChartRequest& request, std::chrono::milliseconds patience) = 0;
+  // Sends the request to a process and waits for the answer. No events run in between.
+  virtual LinkOutcome Ask(std::uint32_t process, const ChartRequest& request,
+                          std::chrono::milliseconds patience) = 0;
 };
 
 }  // namespace velumar

@@ -18,7 +18,8 @@ struct IpcMessage {
 // Where Velumar listens for the keys that were typed into the chart: code, and 1 for Shift, 2 for a
 // repeated key, 4 for its release. The code 0 means a mouse click.
 inline constexpr std::string_view kRunKeyListener = "_VELUMAR_RUN_KEYS";
-inline constexpr std::uint32_t kMessageChartClosed = 0xFFFFFFFF;  // instead of a code
+// Instead of a code: the user has closed the chart program whose process is the second number.
+inline constexpr std::uint32_t kMessageChartClosed = 0xFFFFFFFF;
 inline constexpr std::uint32_t kMessageShift = 1;
 inline constexpr std::uint32_t kMessageRepeated = 2;
 inline constexpr std::uint32_t kMessageReleased = 4;  // the key is up again
@@ -42,12 +43,7 @@ std::unique_ptr<MessageListener> ListenForMessages(std::string_view name,
                                                    std::function<void(const IpcMessage&)> receive);
 
 // The answer to a text that one program of ours sends to another one.
-struct IpcAnswer {
-  enum class Status : std::uint8_t { kAnswered, kNoAnswer, kNobodyListens };
-  Status status = Status::kNobodyListens;
-  bool accepted = false;
-  std::uint32_t process = 0;  // that answered
-};
+enum class IpcAnswer : std::uint8_t { kAccepted, kRefused, kNone, kNobodyListens };
 
 inline constexpr std::size_t kLongestIpcRequest = std::size_t{1} << 20;  // bytes
 

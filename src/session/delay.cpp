@@ -17,10 +17,12 @@ constexpr int kMillisecondsPerSecond = 1000;
 }  // namespace
 
 std::string UsableDelay(std::string_view seconds) {
-  const std::optional<double> number = ToDouble(seconds);
+  std::string text(seconds);
+  if (text.find('.') == std::string::npos) std::replace(text.begin(), text.end(), ',', '.');
+  const std::optional<double> number = ToDouble(text);
   if (!number || *number < 0) return std::string(kDefaultDelay);
   const bool fits = *number <= kLongestDelaySeconds;
-  return fits ? std::string(seconds) : std::to_string(kLongestDelaySeconds);
+  return fits ? text : std::to_string(kLongestDelaySeconds);
 }
 
 std::int16_t DelayMilliseconds(std::string_view seconds) {

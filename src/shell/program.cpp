@@ -82,7 +82,9 @@ void Program::SetTheme(bool dark) { parts_->chart.SetTheme(dark); }
 
 void Program::QuitChartProgram() { parts_->chart.QuitStarted(); }
 
-void Program::ChartClosedByTrader() { parts_->chart.ChartClosedByTrader(); }
+void Program::ChartClosedByTrader(std::uint32_t process) {
+  parts_->chart.ChartClosedByTrader(process);
+}
 
 RunKeys& Program::Keys() { return parts_->keys; }
 

@@ -30,8 +30,8 @@ class Program {
   void SetTheme(bool dark);
   // Closes the chart program if this program has started it. Call it at the end of the process.
   void QuitChartProgram();
-  // The trader has closed our chart program.
-  void ChartClosedByTrader();
+  // The trader has closed the chart program of that process.
+  void ChartClosedByTrader(std::uint32_t process);
   // What the keyboard does in a run.
   RunKeys& Keys();
   // The result of the last order.

@@ -44,8 +44,9 @@ void TradePanel::BindPanel() {
       guarded("Moving the trade panel", [this] { Window().StartDrag(); });
   form.HScrollx.on_change =
       guarded("Changing the opacity", [this] { Window().SetOpacity(Window().HScrollx.Value()); });
-  form.Combo2.on_double_click = guarded("Changing the delay", [this] { DelayConfirmed(); });
-  form.Combo2.on_key_up = guarded("Changing the delay", [this](int) { DelayConfirmed(); });
+  form.Combo2.on_double_click = guarded("Changing the delay", [this] { DelayChanged(true); });
+  form.Combo2.on_key_up =
+      guarded("Changing the delay", [this](int key) { DelayChanged(key == kEnterKey); });
   form.chkShowBigform.on_click = guarded(kShowingBigNumbers, [this] { BigNumbersToggled(); });
   form.imgLong.on_click = guarded("The order Long", [this] { orders_.Long(); });
   form.ImgShort.on_click = guarded("The order Short", [this] { orders_.Short(); });
@@ -150,11 +151,11 @@ void TradePanel::Place() {
   form.SetLeft(PlaceFromText(session_.NavLeft));
 }
 
-void TradePanel::DelayConfirmed() {
+// The text is corrected once it is whole: "0.5" begins with texts that are no delays.
+void TradePanel::DelayChanged(bool whole) {
   ComboBox& delay = Window().Combo2;
   const std::string usable = UsableDelay(delay.Text());
-  // A box that is about to be typed into keeps its text, and counts as "3".
-  if (!delay.Text().empty() && delay.Text() != ".") delay.SetText(usable);
+  if (whole && !delay.Text().empty()) delay.SetText(usable);
   session_.RefreshDelay = DelayMilliseconds(usable);
 }
 

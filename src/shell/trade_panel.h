@@ -31,7 +31,7 @@ class TradePanel {
   void Load();
   void RestartAccount();
   void Place();
-  void DelayConfirmed();
+  void DelayChanged(bool whole);
   void BigNumbersToggled();
   void QuantityLeft();
   void CloseAndReturn();

@@ -145,7 +145,7 @@ std::optional<std::int32_t> QtMessageBoxes::AskDate(std::string_view text, std::
   box.setWindowTitle(QStringLiteral("Velumar"));
   auto* const day = new TypedDateEdit(&box);
   day->UseFormat(date_format_);
-  day->setDateRange(ToQDate(first), ToQDate(last));
+  day->clearMinimumDate();
   day->setDate(ToQDate(present));
   auto* const label = new QLabel(ToQt(text), &box);
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &box);
@@ -158,7 +158,7 @@ std::optional<std::int32_t> QtMessageBoxes::AskDate(std::string_view text, std::
   }
   day->setFocus();
   if (box.exec() != QDialog::Accepted) return std::nullopt;
-  return ToDateNumber(day->date());
+  return std::clamp(ToDateNumber(day->date()), first, last);
 }
 
 std::optional<std::uint32_t> QtColourDialog::ChooseColour(std::uint32_t current) {

@@ -4,17 +4,19 @@
 
 namespace velumar {
 
-LinkAnswer IpcChartLink::Ask(const ChartRequest& request, std::chrono::milliseconds patience) {
-  const IpcAnswer answer = SendIpcRequest(kChartLinkListener, ChartRequestText(request), patience);
-  switch (answer.status) {
-    case IpcAnswer::Status::kNobodyListens:
-      return {LinkOutcome::kNotThere, 0};
-    case IpcAnswer::Status::kNoAnswer:
-      return {LinkOutcome::kNoAnswer, 0};
-    case IpcAnswer::Status::kAnswered:
+LinkOutcome IpcChartLink::Ask(std::uint32_t process, const ChartRequest& request,
+                              std::chrono::milliseconds patience) {
+  switch (SendIpcRequest(ChartLinkListener(process), ChartRequestText(request), patience)) {
+    case IpcAnswer::kAccepted:
+      return LinkOutcome::kDone;
+    case IpcAnswer::kRefused:
+      return LinkOutcome::kRefused;
+    case IpcAnswer::kNone:
+      return LinkOutcome::kNoAnswer;
+    case IpcAnswer::kNobodyListens:
       break;
   }
-  return {answer.accepted ? LinkOutcome::kDone : LinkOutcome::kRefused, answer.process};
+  return LinkOutcome::kNotThere;
 }
 
 }  // namespace velumar

@@ -4,10 +4,11 @@
 
 namespace velumar {
 
-// The link to our chart program of this user on this desktop.
+// The link to chart programs of this user on this desktop.
 class IpcChartLink : public ChartLink {
  public:
-  LinkAnswer Ask(const ChartRequest& request, std::chrono::milliseconds patience) override;
+  LinkOutcome Ask(std::uint32_t process, const ChartRequest& request,
+                  std::chrono::milliseconds patience) override;
 };
 
 }  // namespace velumar

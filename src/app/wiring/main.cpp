@@ -162,7 +162,7 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   const auto keys_from_chart =
       ListenForMessages(kRunKeyListener, [&program, &run_keys](const IpcMessage& mail) {
         if (mail.first == 0) return run_keys.ClickFromChart();
-        if (mail.first == kMessageChartClosed) return program.ChartClosedByTrader();
+        if (mail.first == kMessageChartClosed) return program.ChartClosedByTrader(mail.second);
         if ((mail.second & kMessageReleased) != 0) return run_keys.ReleaseFromChart();
         run_keys.PressFromChart({.code = static_cast<int>(mail.first),
                                  .shift = (mail.second & kMessageShift) != 0,

@@ -76,7 +76,8 @@ Options ReadOptions(const QStringList& arguments) {
   if (options.PlaysAlone() == options.screenshot_dir.isEmpty()) {
     throw std::invalid_argument("use --play and --screenshot-dir together");
   }
-  if (parser.isSet(QStringLiteral("chart-link"))) options.chart_keys = KeysOnly(value("chart-link"));
+  if (parser.isSet(QStringLiteral("chart-link")))
+    options.chart_keys = KeysOnly(value("chart-link"));
   for (const QString& argument : parser.values(QStringLiteral("chart-argument"))) {
     options.chart_arguments.push_back(argument.toStdString());
   }

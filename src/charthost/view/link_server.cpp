@@ -1,5 +1,6 @@
 #include "charthost/view/link_server.h"
 
+#include <QCoreApplication>
 #include <QTimer>
 #include <exception>
 
@@ -10,9 +11,17 @@
 
 namespace velumar {
 
+namespace {
+
+std::uint32_t OwnProcess() {
+  return static_cast<std::uint32_t>(QCoreApplication::applicationPid());
+}
+
+}  // namespace
+
 LinkServer::LinkServer(MainWindow& window)
     : window_(window),
-      listener_(ListenForRequests(kChartLinkListener,
+      listener_(ListenForRequests(ChartLinkListener(OwnProcess()),
                                   [this](std::string_view text) { return Accepts(text); })) {}
 
 bool LinkServer::Accepts(std::string_view text) {
@@ -26,8 +35,7 @@ bool LinkServer::Accepts(std::string_view text) {
       window_.CloseAll();
       return true;
     case ChartRequest::Command::kRefresh:
-      window_.RefreshFolder(folder, request->symbol, request->positions);
-      return true;
+      return window_.RefreshFolder(folder, request->symbol, request->positions);
     case ChartRequest::Command::kPositions:
       window_.ShowPositions(folder, request->symbol, request->positions);
       return true;
@@ -35,6 +43,7 @@ bool LinkServer::Accepts(std::string_view text) {
       window_.FollowTheme(request->dark);
       return true;
     case ChartRequest::Command::kQuit:
+      window_.blockSignals(true);                        // it is not the user who closes it
       QTimer::singleShot(0, &window_, &QWidget::close);  // after the answer
       return true;
     case ChartRequest::Command::kOpen:

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QUrl>
+#include <cstdint>
 #include <iostream>
 
 #include "charthost/series_source.h"
@@ -89,7 +90,10 @@ int main(int argc, char** argv) {
   StartedByProgram() ? window.showMaximized() : window.show();
   const velumar::LinkServer link(window);
   QObject::connect(&window, &velumar::MainWindow::Closing, [] {
-    velumar::SendIpcMessage(velumar::kRunKeyListener, {.first = velumar::kMessageChartClosed});
+    velumar::SendIpcMessage(
+        velumar::kRunKeyListener,
+        {.first = velumar::kMessageChartClosed,
+         .second = static_cast<std::uint32_t>(QCoreApplication::applicationPid())});
   });
   return QApplication::exec();
 }

@@ -235,15 +235,18 @@ void MainWindow::OpenDirectly(const TypedChoice& choice) {
   AddChart(request);
 }
 
-void MainWindow::RefreshFolder(const std::string& folder, const std::string& symbol,
+bool MainWindow::RefreshFolder(const std::string& folder, const std::string& symbol,
                                const ChartPositions& positions) {
+  bool any = false;
   for (int i = 0; i < tabs_->count(); ++i) {
     const ChartDocument& chart = Chart(i)->Document();
     if (chart.Folder() != folder) continue;
+    any = true;
     if (chart.Symbol() == symbol) Chart(i)->SetPositions(positions);
     Chart(i)->RefreshNow();
   }
-  Changed("refreshed");
+  if (any) Changed("refreshed");
+  return any;
 }
 
 void MainWindow::ShowPositions(const std::string& folder, const std::string& symbol,

@@ -45,8 +45,8 @@ class MainWindow : public QMainWindow {
   // sentence if there is no such series.
   void OpenDirectly(const TypedChoice& choice);
   // Refreshes all charts of the folder, and shows the positions on those of the symbol. The chart
-  // in front is on the screen at the return.
-  void RefreshFolder(const std::string& folder, const std::string& symbol,
+  // in front is on the screen at the return. Returns false if the folder has no chart.
+  bool RefreshFolder(const std::string& folder, const std::string& symbol,
                      const ChartPositions& positions);
   void ShowPositions(const std::string& folder, const std::string& symbol,
                      const ChartPositions& positions);

@@ -61,6 +61,10 @@ ChartPositions ReadPositions(const nlohmann::json& request) {
 
 }  // namespace
 
+std::string ChartLinkListener(std::uint32_t process) {
+  return "_VELUMAR_CHART_LINK_" + std::to_string(process);
+}
+
 std::string ChartRequestText(const ChartRequest& request) {
   nlohmann::json text = {{"protocol", kProtocol}, {"do", NameOf(request.command)}};
   if (!request.folder.empty()) text["folder"] = request.folder;

@@ -24,6 +24,7 @@ namespace velumar {
 namespace {
 
 constexpr std::chrono::milliseconds kPatience{100};
+constexpr std::chrono::milliseconds kTextPatience{500};
 constexpr int kWaitingMessages = 1000;  // ipc.h names this limit
 
 // The socket of a name on this user's display: ":0.0" and ":0" are the same one. Its path must be
@@ -118,11 +119,11 @@ void WriteNumbers(QLocalSocket& socket, const T& numbers) {
   socket.write(reinterpret_cast<const char*>(&numbers), sizeof numbers);
 }
 
-// A request is its length in bytes and its text; the answer is the process and 1 or 0.
+// A request is its length in bytes and its text; the answer is 1 or 0.
 std::optional<QByteArray> ReadRequest(QLocalSocket& sender) {
   const auto length = ReadNumbers<std::uint32_t>(sender, kPatience);
   if (!length || *length > kLongestIpcRequest) return std::nullopt;
-  if (!HasArrived(sender, *length, kPatience)) return std::nullopt;
+  if (!HasArrived(sender, *length, kTextPatience)) return std::nullopt;
   return sender.read(*length);
 }
 
@@ -153,13 +154,13 @@ IpcAnswer SendIpcRequest(std::string_view name, std::string_view text,
                          std::chrono::milliseconds patience) {
   QLocalSocket socket;
   socket.connectToServer(SocketOf(name));
-  if (!socket.waitForConnected(kPatience.count())) return {};
-  if (text.size() > kLongestIpcRequest) return {.status = IpcAnswer::Status::kNoAnswer};
+  if (!socket.waitForConnected(kPatience.count())) return IpcAnswer::kNobodyListens;
+  if (text.size() > kLongestIpcRequest) return IpcAnswer::kNone;
   WriteNumbers(socket, static_cast<std::uint32_t>(text.size()));
   socket.write(text.data(), static_cast<qint64>(text.size()));
-  const auto answer = ReadNumbers<IpcMessage>(socket, patience);
-  if (!answer) return {.status = IpcAnswer::Status::kNoAnswer};
-  return {IpcAnswer::Status::kAnswered, answer->second != 0, answer->first};
+  const auto accepted = ReadNumbers<std::uint32_t>(socket, patience);
+  if (!accepted) return IpcAnswer::kNone;
+  return *accepted == 0 ? IpcAnswer::kRefused : IpcAnswer::kAccepted;
 }
 
 std::unique_ptr<MessageListener> ListenForRequests(std::string_view name,
@@ -169,7 +170,7 @@ std::unique_ptr<MessageListener> ListenForRequests(std::string_view name,
     if (!request) return;
     const bool accepted =
         accepts({request->constData(), static_cast<std::size_t>(request->size())});
-    WriteNumbers(sender, IpcMessage{static_cast<std::uint32_t>(::getpid()), accepted ? 1U : 0U});
+    WriteNumbers(sender, std::uint32_t{accepted});
     sender.waitForBytesWritten(kPatience.count());
   });
 }

@@ -102,16 +102,15 @@ std::unique_ptr<MessageListener> ListenForMessages(std::string_view name,
 IpcAnswer SendIpcRequest(std::string_view name, std::string_view text,
                          std::chrono::milliseconds patience) {
   const HWND window = ListenerWindow(name);
-  if (window == nullptr) return {};
-  if (text.size() > kLongestIpcRequest) return {.status = IpcAnswer::Status::kNoAnswer};
+  if (window == nullptr) return IpcAnswer::kNobodyListens;
+  if (text.size() > kLongestIpcRequest) return IpcAnswer::kNone;
   std::string bytes(text);
   COPYDATASTRUCT request{kRequestMark, static_cast<DWORD>(bytes.size()), bytes.data()};
   DWORD_PTR result = 0;
-  const DWORD process = ProcessOf(window);
   ::SendMessageTimeoutW(window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&request), SMTO_BLOCK,
                         static_cast<UINT>(patience.count()), &result);
-  if (result == 0) return {.status = IpcAnswer::Status::kNoAnswer};
-  return {IpcAnswer::Status::kAnswered, static_cast<LRESULT>(result) == kAccepted, process};
+  if (result == 0) return IpcAnswer::kNone;
+  return static_cast<LRESULT>(result) == kAccepted ? IpcAnswer::kAccepted : IpcAnswer::kRefused;
 }
 
 std::unique_ptr<MessageListener> ListenForRequests(std::string_view name,
