@@ -9,11 +9,6 @@ class ChartRegistryTest : public testing::Test {
   VirtualPlatform outside;
   ChartRegistry chart{outside.registry, outside.boxes};
 
-  std::string Value(const std::string& key, const std::string& name) {
-    std::string text;
-    outside.registry.ReadText("Software\\Equis\\" + key, name, text);
-    return text;
-  }
   void Install(const std::string& version, bool with_folder = true) {
     outside.registry.CreateKey(RegistryRoot::kLocalMachine,
                                "SOFTWARE\\Equis International\\MetaStock Professional\\" + version);
@@ -36,8 +31,12 @@ TEST_F(ChartRegistryTest, TheNewerInstallationWins) {
   EXPECT_EQ(chart.Version(), "9");
   EXPECT_EQ(chart.ProgramFolder(), "/chart/9.0");
   EXPECT_TRUE(chart.SaveDataFolder("/data") && chart.SaveChartsFolder("/charts"));
-  EXPECT_EQ(Value("MetaStock Pro 9.0\\DataPath", "LastPath"), "/data");
-  EXPECT_EQ(Value("MetaStock Pro 9.0\\OpenFileData", "SmartChartsPath"), "/charts");
+  const std::string key = "Software\\Equis\\MetaStock Pro 9.0\\";
+  std::string text;
+  outside.registry.ReadText(key + "DataPath", "LastPath", text);
+  EXPECT_EQ(text, "/data");
+  outside.registry.ReadText(key + "OpenFileData", "SmartChartsPath", text);
+  EXPECT_EQ(text, "/charts");
 }
 
 TEST_F(ChartRegistryTest, FailuresShowTheirReason) {

@@ -1,9 +1,8 @@
 #include "host/host_control.h"
 
-#include <gmock/gmock.h>
-
 #include <algorithm>
 #include <filesystem>
+#include <set>
 
 #include "platform/virtual_platform.h"
 #include "support/recorded_run.h"
@@ -13,7 +12,9 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::StartsWith;
+using Command = ChartRequest::Command;
 
 // The chart program's side of a run of 141 bars that has just started.
 class HostControlTest : public testing::Test {
@@ -148,6 +149,210 @@ TEST_F(HostControlTest, ProgressCountsBarsAndEstimatesTheTimeLeft) {
     Refresh(c.charts);
     EXPECT_EQ(run.progress, c.text);
     EXPECT_FLOAT_EQ(run.done, static_cast<float>(std::max(c.bar - 59, 0)) / 140);
+  }
+}
+
+// Our chart program at the other end of the link, which can be slow, end, and start again.
+class LinkedChart : public ChartLink {
+ public:
+  explicit LinkedChart(VirtualPlatform& outside) : outside_(outside) {
+    outside.chart.running = false;
+  }
+
+  LinkAnswer Ask(const ChartRequest& request, std::chrono::milliseconds patience) override {
+    if (ends_before == static_cast<int>(asked.size())) End();
+    const std::optional<ChartRequest> read = ReadChartRequest(ChartRequestText(request));
+    EXPECT_TRUE(read) << "what is sent can be read";
+    asked.push_back(read->command);
+    // A program that was started answers as soon as it has a window.
+    if (outside_.programs.started.size() > starts_) Begin();
+    if (!outside_.chart.running || process == 0) return {};
+    if (hangs || delay > patience) return {LinkOutcome::kNoAnswer, 0};
+    if (read->command == Command::kOpen) {
+      if (!symbols.contains(read->symbol)) return {LinkOutcome::kRefused, process};
+      open = read->folder + " " + read->symbol + " " + std::to_string(read->interval.value_or(0));
+    }
+    if (read->command == Command::kCloseAll) open.clear();
+    if (read->command == Command::kQuit) End();
+    if (!read->symbol.empty()) positions = read->positions;
+    if (read->command == Command::kRefresh) ++(open.empty() ? lost_refreshes : refreshes);
+    return {LinkOutcome::kDone, process};
+  }
+  void End() {
+    outside_.chart.running = false;
+    process = 0;
+    open.clear();
+  }
+
+  std::set<std::string> symbols = {"ABC"};
+  std::uint32_t process = 0;
+  std::chrono::milliseconds delay{1};
+  bool hangs = false;
+  int ends_before = -1;  // the number of the request that finds nobody
+  std::vector<Command> asked;
+  std::string open;
+  ChartPositions positions;
+  int refreshes = 0;
+  int lost_refreshes = 0;
+
+ private:
+  void Begin() {
+    starts_ = outside_.programs.started.size();
+    outside_.chart.running = true;
+    outside_.chart.process = process = static_cast<std::uint32_t>(100 + starts_);
+  }
+
+  VirtualPlatform& outside_;
+  std::size_t starts_ = 0;
+};
+
+class LinkDriverTest : public HostControlTest {
+ protected:
+  LinkDriverTest() {
+    session.Run.interval = "5";
+    session.BarIndex = -1;
+    platform.chart_link = &link;
+    platform.chart_folder = registry.ProgramFolder();
+  }
+
+  void StartRun() {
+    host.CloseCharts();
+    host.OpenChart();
+    host.MaximizeHost();
+    host.BringHostToFront();
+    host.RefreshCharts();
+  }
+
+  LinkedChart link{outside};
+};
+
+TEST_F(LinkDriverTest, ARunTypesNothingAndMovesNoFocus) {
+  for (int program = 0; program < 2; ++program) {
+    const auto before = outside.events.Now();
+    StartRun();
+    EXPECT_LE((outside.events.Now() - before).count(), program == 0 ? 100 : 0);
+  }
+  EXPECT_EQ(outside.programs.started.size(), 1U);
+  EXPECT_EQ(link.open, "/data/Simulate\\ ABC 5");
+  EXPECT_EQ(link.refreshes, 2);
+  EXPECT_THAT(chart.sent, IsEmpty());
+  EXPECT_THAT(chart.front, IsEmpty());
+  EXPECT_THAT(chart.maximized, IsEmpty());
+  EXPECT_EQ(run.advice, "");
+}
+
+TEST_F(LinkDriverTest, AProgramThatIsNotOursGetsKeys) {
+  StartRun();
+  for (const std::uint32_t owner_of_window : {7U, link.process}) {
+    chart.process = owner_of_window;
+    chart.sent.clear();
+    host.RefreshCharts();
+    EXPECT_EQ(chart.sent.empty(), owner_of_window == link.process);
+  }
+  link.process = 0;  // the link is gone, but the window is there
+  host.RefreshCharts();
+  EXPECT_THAT(chart.sent, ElementsAre("%VR"));
+  outside.programs.started.clear();
+  chart.running = false;
+  platform.chart_folder = "/elsewhere";
+  HostControl other(session, run, run, platform, registry, trader);
+  const auto before = outside.events.Now();
+  other.CloseCharts();
+  EXPECT_GE((outside.events.Now() - before).count(), 14000) << "the waits for any chart program";
+}
+
+// Whichever message is the last one, the next refresh starts the program again and opens the chart.
+TEST_F(LinkDriverTest, AProgramThatEndsBetweenTwoMessagesIsStartedAgain) {
+  StartRun();
+  host.RefreshCharts();
+  const int messages = static_cast<int>(link.asked.size());
+  for (int last = 1; last <= messages; ++last) {
+    VirtualPlatform fresh;
+    LinkedChart other(fresh);
+    Platform all = fresh.References();
+    all.chart_link = &other;
+    all.chart_folder = platform.chart_folder;
+    TraderFocus focus(fresh.chart);
+    HostControl control(session, run, run, all, registry, focus);
+    other.ends_before = last;
+    control.CloseCharts();
+    control.OpenChart();
+    for (int refresh = 0; refresh < 4; ++refresh) control.RefreshCharts();
+    EXPECT_EQ(other.open, "/data/Simulate\\ ABC 5") << last;
+    EXPECT_GE(other.refreshes, 2) << last;
+    EXPECT_EQ(other.lost_refreshes, 0) << last;
+    EXPECT_EQ(run.advice, "") << last;
+  }
+}
+
+TEST_F(LinkDriverTest, AProgramThatHangsDoesNotStopTheRun) {
+  StartRun();
+  link.delay = std::chrono::milliseconds(1999);
+  host.RefreshCharts();
+  EXPECT_EQ(run.advice, "");
+  link.delay = std::chrono::milliseconds(2001);
+  host.RefreshCharts();
+  EXPECT_EQ(run.line, "Chart program busy, wait for it! ");
+  EXPECT_THAT(chart.sent, IsEmpty());
+  link.delay = std::chrono::milliseconds(1);
+  host.RefreshCharts();
+  EXPECT_THAT(run.advice, IsEmpty());
+}
+
+TEST_F(LinkDriverTest, AProgramThatTheTraderClosedStaysClosed) {
+  StartRun();
+  link.End();
+  host.ChartClosedByTrader();
+  host.RefreshCharts();
+  EXPECT_EQ(outside.programs.started.size(), 1U);
+  EXPECT_EQ(run.line, "No chart program, start it! ");
+}
+
+TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAtTheEnd) {
+  StartRun();
+  HostControl other(session, run, run, platform, registry, trader);
+  other.RefreshCharts();
+  other.QuitStarted();
+  EXPECT_TRUE(chart.running) << "another Velumar's";
+  host.QuitStarted();
+  EXPECT_FALSE(chart.running);
+}
+
+TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {
+  session.Orders = {{5, 10.5, true, true}, {7, 11, true, false}, {9, 12, false, true}};
+  session.BarIndex = 8;
+  session.SAccum = 2;
+  session.SAvgPrice = 12;
+  session.MarketPrice = 11.5;
+  session.ProfitPerContract = 100;
+  StartRun();
+  EXPECT_EQ(link.positions.orders,
+            (std::vector<OrderMark>{{5, 10.5, true, true}, {7, 11, true, false}}));
+  EXPECT_EQ(link.positions.held, (std::vector<HeldLine>{{false, 12, 2, 100}}));
+  session.BarIndex = 9;
+  session.SAccum = 0;
+  host.ShowPositions();
+  EXPECT_EQ(link.positions.orders.size(), 3U);
+  EXPECT_TRUE(link.positions.held.empty());
+}
+
+TEST_F(LinkDriverTest, AChartThatCannotBeOpenedShowsABox) {
+  session.Run.symbol = "XYZ";
+  StartRun();
+  EXPECT_THAT(outside.boxes.shown, ElementsAre(HasSubstr("open the chart of XYZ yourself")));
+}
+
+TEST(ChartRequestText, OnlyRequestsOfThisProtocolAreRead) {
+  const std::string good = ChartRequestText({Command::kOpen, "/d\xff", "A \"B\"", -1});
+  const std::optional<ChartRequest> read = ReadChartRequest(good);
+  ASSERT_TRUE(read);
+  EXPECT_EQ(read->symbol, "A \"B\"");
+  EXPECT_EQ(read->interval, -1);
+  for (const char* const bad :
+       {"", "{}", "[]", "1", R"({"protocol":2,"do":"hello"})", R"({"protocol":1,"do":"format"})",
+        R"({"protocol":1,"do":"open","folder":5})",
+        R"({"protocol":1,"do":"open","interval":"5"})"}) {
+    EXPECT_FALSE(ReadChartRequest(bad)) << bad;
   }
 }
 

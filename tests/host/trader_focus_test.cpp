@@ -1,7 +1,5 @@
 #include "host/trader_focus.h"
 
-#include <gtest/gtest.h>
-
 #include <optional>
 
 #include "platform/virtual_platform.h"
