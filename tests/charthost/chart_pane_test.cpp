@@ -86,17 +86,12 @@ TEST_F(ChartPaneTest, DrawsRisingAndFallingBarsInTheirColours) {
   const Palette& colours = Palette::Light();
   const auto pane = Open("SCB");
   for (const ChartStyle style : {ChartStyle::kCandles, ChartStyle::kBars}) {
-    ChartOptions options;
-    options.style = style;
-    pane->SetOptions(options);
+    pane->SetOptions({.style = style});
     EXPECT_GT(Pixels(*pane, colours.up), 500);
     EXPECT_GT(Pixels(*pane, colours.down), 500);
     EXPECT_GT(Pixels(*pane, colours.down_volume), 500);
   }
-  ChartOptions line;
-  line.style = ChartStyle::kLine;
-  line.volume = false;
-  pane->SetOptions(line);
+  pane->SetOptions({.style = ChartStyle::kLine, .volume = false});
   EXPECT_EQ(Pixels(*pane, colours.down_volume), 0);
   const auto rising = Open("ADVANC");  // each close is above its open
   EXPECT_EQ(Pixels(*rising, colours.down), 0);
