@@ -102,20 +102,17 @@ TEST_F(RunControlTest, ADayIsReachedInOneStepFromEitherSide) {
   PauseIn(100);
   StartAt(60);
   // A day in the series, one before it, one between two bars, the last one.
-  const struct {
-    std::int32_t day;
-    int bar;
-  } cases[] = {{MadeDate(150), 150}, {MadeDate(0) - 1, 0},   {MadeDate(120), 120},
-               {MadeDate(90), 90},   {MadeDate(90) + 1, 91}, {MadeDate(199) + 9, 199},
-               {MadeDate(199), 199}, {MadeDate(170), 170}};
-  for (const auto& c : cases) {
-    outside.boxes.date = c.day;
+  const std::pair<std::int32_t, int> cases[] = {
+      {MadeDate(150), 150},     {MadeDate(0) - 1, 0}, {MadeDate(120), 120}, {MadeDate(90) + 1, 91},
+      {MadeDate(199) + 9, 199}, {MadeDate(199), 199}, {MadeDate(170), 170}};
+  for (const auto& [day, bar] : cases) {
+    outside.boxes.date = day;
     const std::size_t asked = charts.asked.size();
     control.GoToDate();
-    EXPECT_EQ(session.BarIndex, c.bar);
-    EXPECT_EQ(session.CurrentDate, std::to_string(MadeDate(c.bar)));
+    EXPECT_EQ(session.BarIndex, bar);
+    EXPECT_EQ(session.CurrentDate, std::to_string(MadeDate(bar)));
     const std::vector<Bar> bars = StoreBars();
-    ASSERT_EQ(bars.size(), static_cast<std::size_t>(c.bar) + 1);
+    ASSERT_EQ(bars.size(), static_cast<std::size_t>(bar) + 1);
     EXPECT_EQ(bars.back().close, session.MarketPrice);
     EXPECT_EQ(charts.asked.size(), asked + 1) << "one refresh";
   }
