@@ -193,9 +193,13 @@ class ScriptedWeb : public WebClient {
 
 class RecordingPrograms : public Programs {
  public:
-  void Start(std::string_view command_line) override { started.emplace_back(command_line); }
+  void Start(std::string_view command_line) override {
+    started.emplace_back(command_line);
+    if (on_start) on_start();
+  }
   void OpenInBrowser(std::string_view address) override { opened.emplace_back(address); }
   void EndProcess() override { ended = true; }
+  std::function<void()> on_start;
   std::vector<std::string> started;
   std::vector<std::string> opened;
   bool ended = false;

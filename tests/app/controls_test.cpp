@@ -94,11 +94,11 @@ TEST_F(ControlsTest, ATypedTextOffersSymbolsAndNames) {
   ASSERT_NE(line.completer(), nullptr);
   QAbstractItemView& offer = *line.completer()->popup();
   ASSERT_TRUE(offer.isVisible());
-  QStringList offered;
+  std::vector<std::string> offered;
   for (int i = 0; i < offer.model()->rowCount(); ++i) {
-    offered.push_back(offer.model()->index(i, 0).data().toString());
+    offered.push_back(offer.model()->index(i, 0).data().toString().toStdString());
   }
-  EXPECT_EQ(offered.join(QLatin1Char(' ')), QStringLiteral("FRU AAPL PTT PTT"));
+  EXPECT_THAT(offered, ElementsAre("FRU", "AAPL", "PTT", "PTT"));
   QTest::keyClick(&offer, Qt::Key_Down);
   QTest::keyClick(&offer, Qt::Key_Escape);
   QApplication::processEvents();
@@ -114,16 +114,14 @@ TEST_F(ControlsTest, ATypedDateReplacesAllOfTheOldOne) {
   form.DTPicker1.SetValue(20071120);
   QWidget& box = WidgetOf(form.DTPicker1);
   box.setFocus();
-  const auto typed = [&](const QString& text) {
+  const auto type = [&](const QKeySequence& first, const QString& text) {
+    QTest::keySequence(&box, first);
     QTest::keyClicks(&box, text);
     return form.DTPicker1.Value();
   };
-  QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
-  EXPECT_EQ(typed(QStringLiteral("12/10/2005")), 20051012);
-  QTest::keyClick(&box, Qt::Key_Home);
-  EXPECT_EQ(typed(QStringLiteral("06012004")), 20040106);
-  QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
-  EXPECT_EQ(typed(QStringLiteral("7/8/2003")), 20030807);
+  EXPECT_EQ(type(QKeySequence::SelectAll, QStringLiteral("12/10/2005")), 20051012);
+  EXPECT_EQ(type(Qt::Key_Home, QStringLiteral("06012004")), 20040106);
+  EXPECT_EQ(type(QKeySequence::SelectAll, QStringLiteral("7/8/2003")), 20030807);
 }
 
 TEST_F(ControlsTest, TheCalendarMarksTheDaysOfTheSeriesAndOffersThreeOfThem) {
@@ -134,37 +132,29 @@ TEST_F(ControlsTest, TheCalendarMarksTheDaysOfTheSeriesAndOffersThreeOfThem) {
   form.DTPicker1.covered_days = [&] { return days; };
   QCalendarWidget& calendar = *WidgetOf<QDateEdit>(form.DTPicker1).calendarWidget();
   calendar.setSelectedDate(QDate(2005, 6, 14));
-  const auto picture = [&] {
+  const auto use = [&] {
     QShowEvent opening;
     QApplication::sendEvent(&calendar, &opening);
+    for (auto* const button : calendar.findChildren<QPushButton*>()) button->click();
     return calendar.grab().toImage();
   };
-  const QImage without_days = picture();
-  const auto buttons = calendar.findChildren<QPushButton*>();
-  ASSERT_EQ(buttons.size(), 3);
-  for (QPushButton* button : buttons) button->click();
+  const QImage without_days = use();
   EXPECT_THAT(choices, IsEmpty());
   days = {20050613, 20050615};
-  EXPECT_NE(picture(), without_days);
-  for (QPushButton* button : buttons) button->click();
+  EXPECT_NE(use(), without_days);
   EXPECT_THAT(choices, ElementsAre(DayChoice::kFirst, DayChoice::kLast, DayChoice::kRandom));
 }
 
 TEST_F(ControlsTest, APictureButtonIsPressedReleasedAndClicked) {
   form.Image3.on_press = [&] { events.emplace_back("press"); };
   form.Image3.on_release = [&] { events.emplace_back("release"); };
-  form.Image3.on_click = [&] { events.emplace_back("click"); };
+  form.Image3.on_click = [] { throw std::runtime_error("F12.DAT: no permission to write"); };
   QWidget& button = WidgetOf(form.Image3);
-  Click(button);
-  EXPECT_THAT(events, ElementsAre("press", "release", "click"));
-
-  events.clear();
   QTest::mousePress(&button, Qt::LeftButton);
   QTest::mouseMove(&button, QPoint(200, 200));
   QTest::mouseRelease(&button, Qt::LeftButton, {}, QPoint(200, 200));
-  EXPECT_THAT(events, ElementsAre("press", "release")) << "released outside: no click";
-
-  form.Image3.on_click = [] { throw std::runtime_error("F12.DAT: no permission to write"); };
+  EXPECT_THAT(events, ElementsAre("press", "release"));
+  EXPECT_THAT(reports, IsEmpty()) << "released outside: no click";
   Click(button);
   EXPECT_THAT(reports, ElementsAre("F12.DAT: no permission to write"));
 }

@@ -62,7 +62,6 @@ TEST_F(EventLoopTest, WaitsEndWhenTheApplicationDoes) {
 
 TEST(MessageBoxes, ShowATextAsItIsAndMeanTheLastAnswerWhenClosed) {
   WhenOpen<QMessageBox>([](QMessageBox& box) {
-    EXPECT_EQ(box.text().toStdString(), "Replace <b>it</b>?");
     EXPECT_EQ(box.textFormat(), Qt::PlainText);
     EXPECT_TRUE(box.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     box.close();

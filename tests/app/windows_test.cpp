@@ -20,10 +20,12 @@ TEST_F(WindowsTest, WindowAndModelFollowEachOther) {
   form.SetLeft(1500);
   form.SetTop(3000);
   form.SetCorners(15, 12);
+  form.SetOpacity(200);
   form.Show();
   FormView& window = View(form);
   EXPECT_EQ(window.pos(), QPoint(100, 200));
   EXPECT_EQ(window.size(), QSize(281, 77));
+  EXPECT_NEAR(window.windowOpacity(), 200 / 255.0, 0.01);
   form.SetTop(3052);  // 203.47 pixels
   EXPECT_EQ(window.pos(), QPoint(100, 203));
   EXPECT_EQ(form.Top(), 3052) << "the rounded place doesn't come back";
@@ -129,8 +131,7 @@ TEST_F(WindowsTest, AllWindowsFollowTheDesktopUnlessAThemeWasChosen) {
     const bool dark = desktop_colour == Qt::black;
     EXPECT_EQ(View(form).grab().toImage() == light, !dark);
     EXPECT_EQ(View(desktop.form2()).Context().Look().palette.dark, dark);
-    const int dialogs = QApplication::palette().color(QPalette::Base).lightness();
-    EXPECT_EQ(dialogs < 80, dark) << dialogs;
+    EXPECT_EQ(QApplication::palette().color(QPalette::Base).lightness() < 80, dark) << "dialogs";
     EXPECT_FALSE(chosen.Current().dark);
   }
 }

@@ -48,12 +48,12 @@ TEST_F(ChartPaneTest, ZoomsAndPansWithKeysAndMouse) {
     QTest::mousePress(&pane->Plot(), button, {}, {from, 200});
     QTest::mouseMove(&pane->Plot(), {to, 220});
     QTest::mouseRelease(&pane->Plot(), button, {}, {to, 220});
+    pane->Plot().replot();
   };
   const double oldest = window.First();
   drag(Qt::LeftButton, 400, 300);
   EXPECT_GT(window.First(), oldest + 10);
   EXPECT_NEAR(window.Span(), usual, 1e-9);
-  pane->Plot().replot();
   drag(Qt::RightButton, 200, 400);
   EXPECT_LT(window.Span(), usual / 3);
   QTest::mouseDClick(&pane->Plot(), Qt::LeftButton, {}, {400, 220});
@@ -75,7 +75,7 @@ TEST_F(ChartPaneTest, ZoomsAtThePointerAndNotBelowEightBars) {
   roll(3);
   EXPECT_LT(window.Span(), ViewWindow::kUsualSpan);
   EXPECT_NEAR(window.First() + share * window.Span(), bar, 8);
-  for (int i = 0; i < 60; ++i) roll(1);
+  roll(60);
   const double first = window.First();
   roll(1);
   EXPECT_DOUBLE_EQ(window.First(), first) << "a zoom at its limit scrolls nothing";
@@ -86,17 +86,12 @@ TEST_F(ChartPaneTest, DrawsRisingAndFallingBarsInTheirColours) {
   const Palette& colours = Palette::Light();
   const auto pane = Open("SCB");
   for (const ChartStyle style : {ChartStyle::kCandles, ChartStyle::kBars}) {
-    ChartOptions options;
-    options.style = style;
-    pane->SetOptions(options);
+    pane->SetOptions({.style = style});
     EXPECT_GT(Pixels(*pane, colours.up), 500);
     EXPECT_GT(Pixels(*pane, colours.down), 500);
     EXPECT_GT(Pixels(*pane, colours.down_volume), 500);
   }
-  ChartOptions line;
-  line.style = ChartStyle::kLine;
-  line.volume = false;
-  pane->SetOptions(line);
+  pane->SetOptions({.style = ChartStyle::kLine, .volume = false});
   EXPECT_EQ(Pixels(*pane, colours.down_volume), 0);
   const auto rising = Open("ADVANC");  // each close is above its open
   EXPECT_EQ(Pixels(*rising, colours.down), 0);

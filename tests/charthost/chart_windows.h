@@ -9,6 +9,7 @@
 #include "charthost/view/chart_settings.h"
 #include "charthost/view/key_filter.h"
 #include "charthost/view/main_window.h"
+#include "charthost/view/theme.h"
 #include "support/scratch.h"
 
 namespace velumar {
@@ -18,6 +19,7 @@ namespace velumar {
 class ChartProgram {
  public:
   ChartProgram() {
+    InstallStyle();
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                        QString::fromStdString(scratch.Sub("settings")));
     std::filesystem::create_directory(scratch.Sub("my data 50%"));

@@ -1,7 +1,5 @@
 #include "charthost/date_ticks.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 
 namespace velumar {

@@ -1,7 +1,5 @@
 #include "charthost/host_keys.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 

@@ -2,13 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QTableView>
 #include <QTest>
-#include <QWindow>
+#include <QtWidgets>
 #include <algorithm>
 
 #include "charthost/chart_windows.h"

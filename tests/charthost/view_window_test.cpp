@@ -1,7 +1,5 @@
 #include "charthost/view_window.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <random>
 

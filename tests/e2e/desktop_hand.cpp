@@ -19,11 +19,6 @@ std::vector<std::string> VisibleWindows(const std::string& title) {
   return Xdotool("search --onlyvisible --name '^" + title + "'");
 }
 
-std::string FirstLine(const std::string& command) {
-  const std::vector<std::string> lines = OutputOf(command);
-  return lines.empty() ? "" : lines.front();
-}
-
 std::string MouseMove(int x, int y) {
   return " mousemove " + std::to_string(x) + " " + std::to_string(y) + " sleep 0.06";
 }
@@ -56,11 +51,8 @@ std::vector<std::string> OutputOf(const std::string& command) {
   FILE* const output = popen((command + " 2>/dev/null </dev/null").c_str(), "r");
   if (output == nullptr) return {};
   for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output)) {
-    if (c == '\n') {
-      lines.emplace_back();
-    } else if (c != '\r') {
-      lines.back() += static_cast<char>(c);
-    }
+    if (c != '\n' && c != '\r') lines.back() += static_cast<char>(c);
+    if (c == '\n') lines.emplace_back();
   }
   pclose(output);
   if (lines.back().empty()) lines.pop_back();
@@ -128,20 +120,9 @@ void DesktopHand::Drag(const ScreenRect& window, float left, float top, int dx, 
   Xdotool(commands + " mouseup 1 sleep 0.3");
 }
 
-double DesktopHand::Opacity(const ScreenRect& window) const {
-  const std::string property =
-      FirstLine("xprop -notype -id " + window.window + " _NET_WM_WINDOW_OPACITY");
-  const std::size_t number = property.find("= ");
-  if (number == std::string::npos) return 1;
-  return std::stod(property.substr(number + 2)) / 0xffffffffU;
-}
-
-void DesktopHand::Screenshot(const std::string& file) const {
-  OutputOf("import -window root '" + file + "'");
-}
-
 std::string DesktopHand::FrontTitle() const {
-  return FirstLine("xdotool getactivewindow getwindowname");
+  const std::vector<std::string> lines = Xdotool("getactivewindow getwindowname");
+  return lines.empty() ? "" : lines.front();
 }
 
 }  // namespace velumar

@@ -42,9 +42,6 @@ class DesktopHand {
   void Activate(const ScreenRect& window) const;
   // From a place in the window in twips, by a number of pixels, with the button down.
   void Drag(const ScreenRect& window, float left, float top, int dx, int dy) const;
-  double Opacity(const ScreenRect& window) const;  // 1 is opaque
-  // Saves a picture of the whole screen.
-  void Screenshot(const std::string& file) const;
   // The title of the window that has the focus.
   std::string FrontTitle() const;
 

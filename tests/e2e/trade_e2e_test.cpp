@@ -8,18 +8,13 @@ namespace {
 // Trades with the mouse, with keys in Velumar's windows and with keys in the chart.
 class TradeE2e : public TraderFixture, public testing::WithParamInterface<const char*> {
  protected:
-  void SetUp() override {
-    chart_link = GetParam();
-    TraderFixture::SetUp();
-  }
+  TradeE2e() { chart_link = GetParam(); }
   std::vector<std::vector<LedgerValue>> Rows() {
     const std::string folder = std::filesystem::path(VELUMAR_PROGRAM).parent_path().string();
     LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
     try {
       LedgerOpenToRead(ledger, folder + "/Portfolio.mdb");
-      return LedgerQuery(ledger,
-                         "select Symbol, Position, MarketPrice From MyPortfolio order by rowid asc")
-          .rows;
+      return LedgerQuery(ledger, "select MarketPrice From MyPortfolio order by rowid").rows;
     } catch (const LedgerError&) {
       return {};
     }
@@ -39,10 +34,7 @@ TEST_P(TradeE2e, OrdersByMouseAndKeysReachTheLedger) {
 
   ClickOn(panel, panel.imgLong);
   ASSERT_TRUE(RowsAre(1)) << "long by the mouse";
-  const auto row = Rows().front();
-  EXPECT_EQ(std::get<std::string>(row[0]), "ABC");
-  EXPECT_EQ(std::get<std::string>(row[1]), "Long");
-  EXPECT_NEAR(std::get<double>(row[2]), MadeBar(paused - 1, 0).close, 0.005);
+  EXPECT_NEAR(std::get<double>(Rows()[0][0]), MadeBar(paused - 1, 0).close, 0.005);
   Sleep(500);
   hand.Press("shift+l");
   ASSERT_TRUE(RowsAre(2)) << "offset by key";

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "e2e/running_program.h"
 #include "e2e/trader_hand.h"
+#include "platform/qt/settings_file.h"
 
 namespace velumar {
 
@@ -17,9 +17,23 @@ class TraderFixture : public TraderHand {
  protected:
   static constexpr int kStartBar = 150;
 
-  void SetUp() override;
+  void SetUp() override {
+    if (std::getenv("VELUMAR_E2E") == nullptr) {
+      GTEST_SKIP() << "takes over mouse and keyboard: scripts/test runs it on a virtual display";
+    }
+    IndexCache cache;
+    StoreSecurity(data, {"ABC", "A made series", -1}, DailyBars(300), cache);
+    const int date = MadeDate(kStartBar);
+    FileSettings settings(scratch.Sub("settings"));
+    settings.Save("LastPath", data);
+    settings.Save("Refresh", "1");
+    settings.Save("SelectDate", std::to_string(date / 100 % 100) + "/" +
+                                    std::to_string(date % 100) + "/" +
+                                    std::to_string(date / 10000));
+    StartProgram();
+  }
   void StartProgram() {
-    program = std::make_unique<RunningProgram>(scratch.Path(), scratch.Sub("output"), chart_link);
+    program.emplace(scratch.Path(), scratch.Sub("output"), chart_link);
     ASSERT_TRUE(Eventually([&] { return Find(setup).has_value(); }));
     Sleep(1500);  // the window slides in
   }
@@ -52,7 +66,7 @@ class TraderFixture : public TraderHand {
 
   std::string chart_link = "direct";
   std::string data = scratch.Sub("data");
-  std::unique_ptr<RunningProgram> program;
+  std::optional<RunningProgram> program;
 };
 
 }  // namespace velumar

@@ -20,26 +20,47 @@ class LinkedChart : public ChartLink {
  public:
   explicit LinkedChart(VirtualPlatform& outside) : outside_(outside) {
     outside.chart.running = false;
+    outside.programs.on_start = [this] { Begin(); };
   }
 
-  LinkAnswer Ask(const ChartRequest& request, std::chrono::milliseconds patience) override {
+  LinkOutcome Ask(std::uint32_t asked_process, const ChartRequest& request,
+                  std::chrono::milliseconds patience) override {
     if (ends_before == static_cast<int>(asked.size())) End();
     const std::optional<ChartRequest> read = ReadChartRequest(ChartRequestText(request));
     EXPECT_TRUE(read) << "what is sent can be read";
     asked.push_back(read->command);
-    // A program that was started answers as soon as it has a window.
-    if (outside_.programs.started.size() > starts_) Begin();
-    if (!outside_.chart.running || process == 0) return {};
-    if (hangs || delay > patience) return {LinkOutcome::kNoAnswer, 0};
-    if (read->command == Command::kOpen) {
-      if (!symbols.contains(read->symbol)) return {LinkOutcome::kRefused, process};
-      open = read->folder + " " + read->symbol + " " + std::to_string(read->interval.value_or(0));
+    if (process == 0 || asked_process != process) return LinkOutcome::kNotThere;
+    if (delay > patience) {
+      waited += patience;
+      return LinkOutcome::kNoAnswer;
     }
-    if (read->command == Command::kCloseAll) open.clear();
-    if (read->command == Command::kQuit) End();
     if (!read->symbol.empty()) positions = read->positions;
-    if (read->command == Command::kRefresh) ++(open.empty() ? lost_refreshes : refreshes);
-    return {LinkOutcome::kDone, process};
+    switch (read->command) {
+      case Command::kOpen:
+        if (!symbols.contains(read->symbol)) return LinkOutcome::kRefused;
+        open = read->folder + " " + read->symbol + " " + std::to_string(read->interval.value_or(0));
+        break;
+      case Command::kCloseAll:
+        open.clear();
+        break;
+      case Command::kRefresh:
+        if (open.empty()) return LinkOutcome::kRefused;
+        ++refreshes;
+        break;
+      case Command::kTheme:
+        dark = read->dark;
+        break;
+      case Command::kQuit:
+        End();
+        break;
+      default:
+        break;
+    }
+    return LinkOutcome::kDone;
+  }
+  void Begin() {
+    outside_.chart.running = true;
+    outside_.chart.process = process = next_process_++;
   }
   void End() {
     outside_.chart.running = false;
@@ -50,23 +71,17 @@ class LinkedChart : public ChartLink {
   std::set<std::string> symbols = {"ABC"};
   std::uint32_t process = 0;
   std::chrono::milliseconds delay{1};
-  bool hangs = false;
-  int ends_before = -1;  // the number of the request that finds nobody
+  std::chrono::milliseconds waited{0};  // in vain
+  int ends_before = -1;                 // the number of the request that finds nobody
   std::vector<Command> asked;
   std::string open;
   ChartPositions positions;
+  std::optional<bool> dark;
   int refreshes = 0;
-  int lost_refreshes = 0;
 
  private:
-  void Begin() {
-    starts_ = outside_.programs.started.size();
-    outside_.chart.running = true;
-    outside_.chart.process = process = static_cast<std::uint32_t>(100 + starts_);
-  }
-
   VirtualPlatform& outside_;
-  std::size_t starts_ = 0;
+  std::uint32_t next_process_ = 100;
 };
 
 class LinkDriverTest : public testing::Test {
@@ -116,21 +131,16 @@ TEST_F(LinkDriverTest, ARunTypesNothingAndMovesNoFocus) {
 }
 
 TEST_F(LinkDriverTest, AProgramThatIsNotOursGetsKeys) {
-  const struct {
-    const char* story;
-    std::uint32_t owner;
-  } cases[] = {{"another process owns the chart window", 7}, {"ours owns it", 101}};
   StartRun();
-  for (const auto& c : cases) {
-    chart.process = c.owner;
-    chart.sent.clear();
-    host.RefreshCharts();
-    EXPECT_EQ(chart.sent.empty(), c.owner == link.process) << c.story;
-  }
-  link.process = 0;  // the link is gone, but the window is there
+  chart.process = 7;  // another program owns the chart window
   host.RefreshCharts();
   EXPECT_THAT(chart.sent, ElementsAre("%VR"));
-  outside.programs.started.clear();
+  chart.process = link.process;
+  host.RefreshCharts();
+  EXPECT_EQ(chart.sent.size(), 1U);
+  link.process = 0;  // the link is gone, but the window is there
+  host.RefreshCharts();
+  EXPECT_EQ(chart.sent.size(), 2U);
   chart.running = false;
   platform.chart_folder = "/elsewhere";
   HostControl other(session, run, run, platform, registry, trader);
@@ -139,14 +149,12 @@ TEST_F(LinkDriverTest, AProgramThatIsNotOursGetsKeys) {
   EXPECT_GE((outside.events.Now() - before).count(), 14000) << "the waits for any chart program";
 }
 
-// Whichever message is the last one, the next refresh starts the program again and opens the chart.
+// Whichever message is the last one, a later refresh starts the program again and opens the chart.
 TEST_F(LinkDriverTest, AProgramThatEndsBetweenTwoMessagesIsStartedAgain) {
   StartRun();
   host.RefreshCharts();
   const int messages = static_cast<int>(link.asked.size());
-  for (int last = 1; last <= messages; ++last) {
-    link.End();
-    outside.programs.started.clear();
+  for (int last = 1; last < messages; ++last) {
     VirtualPlatform fresh;
     SimSession same = session;
     LinkedChart other(fresh);
@@ -158,15 +166,26 @@ TEST_F(LinkDriverTest, AProgramThatEndsBetweenTwoMessagesIsStartedAgain) {
     other.ends_before = last;
     control.CloseCharts();
     control.OpenChart();
-    for (int refresh = 0; refresh < 4; ++refresh) control.RefreshCharts();
+    for (int refresh = 0; refresh < 5; ++refresh) control.RefreshCharts();
+    EXPECT_EQ(fresh.programs.started.size(), 2U) << last;
     EXPECT_EQ(other.open, "/data/Simulate\\ ABC 5") << last;
     EXPECT_GE(other.refreshes, 2) << last;
-    EXPECT_EQ(other.lost_refreshes, 0) << last;
     EXPECT_EQ(run.advice, "") << last;
   }
 }
 
-TEST_F(LinkDriverTest, AProgramThatHangsDoesNotStopTheRun) {
+// Clicks run while the program is started once more.
+TEST_F(LinkDriverTest, AStepDuringTheStartStartsNoSecondProgram) {
+  StartRun();
+  link.End();
+  outside.events.Schedule(std::chrono::milliseconds(5), [&] { host.RefreshCharts(); });
+  host.RefreshCharts();
+  EXPECT_EQ(outside.programs.started.size(), 2U);
+  EXPECT_EQ(run.advice, "");
+  EXPECT_EQ(link.refreshes, 2);
+}
+
+TEST_F(LinkDriverTest, AProgramThatHangsStopsNeitherARunNorAnOrder) {
   StartRun();
   link.delay = std::chrono::milliseconds(1999);
   host.RefreshCharts();
@@ -174,29 +193,48 @@ TEST_F(LinkDriverTest, AProgramThatHangsDoesNotStopTheRun) {
   link.delay = std::chrono::milliseconds(2001);
   host.RefreshCharts();
   EXPECT_EQ(run.line, "Chart program busy, wait for it! ");
-  EXPECT_THAT(chart.sent, IsEmpty());
-  link.delay = std::chrono::milliseconds(1);
+  EXPECT_EQ(link.waited.count(), 2000);
+  for (int order = 0; order < 20; ++order) host.ShowPositions();
+  EXPECT_EQ(link.waited.count(), 2000) << "orders wait for nobody";
   host.RefreshCharts();
-  EXPECT_THAT(run.advice, IsEmpty());
+  EXPECT_LE(link.waited.count(), 2200) << "not for two seconds at each bar";
 
-  link.hangs = true;  // while another run starts
   session.Run.symbol = "XYZ";
   link.symbols.insert("XYZ");
   host.CloseCharts();
   host.OpenChart();
   EXPECT_EQ(outside.programs.started.size(), 1U) << "no second chart program";
-  link.hangs = false;
+  EXPECT_THAT(chart.sent, IsEmpty());
+  link.delay = std::chrono::milliseconds(1);
   host.RefreshCharts();
   EXPECT_EQ(link.open, "/data/Simulate\\ XYZ 5") << "opened as soon as it answers";
+  EXPECT_THAT(run.advice, IsEmpty());
 }
 
-TEST_F(LinkDriverTest, AProgramThatTheTraderClosedStaysClosed) {
+TEST_F(LinkDriverTest, WhatTheTraderClosesStaysClosed) {
   StartRun();
-  link.End();
-  host.ChartClosedByTrader();
+  link.open.clear();
   host.RefreshCharts();
-  EXPECT_EQ(outside.programs.started.size(), 1U);
+  EXPECT_EQ(run.line, "No chart of this run is open! ");
+  const std::uint32_t process = link.process;
+  link.End();
+  host.ChartClosedByTrader(process + 1);  // another one
+  host.RefreshCharts();
+  EXPECT_EQ(outside.programs.started.size(), 2U);
+  host.ChartClosedByTrader(link.process);
+  link.End();
+  host.RefreshCharts();
+  EXPECT_EQ(outside.programs.started.size(), 2U);
   EXPECT_EQ(run.line, "No chart program, start it! ");
+}
+
+TEST_F(LinkDriverTest, AProgramThatAlwaysEndsIsGivenUp) {
+  StartRun();
+  for (int refresh = 0; refresh < 10; ++refresh) {
+    link.ends_before = static_cast<int>(link.asked.size()) + 1;
+    host.RefreshCharts();
+  }
+  EXPECT_LE(outside.programs.started.size(), 5U);
 }
 
 TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAtTheEnd) {
@@ -207,6 +245,15 @@ TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAtTheEnd) {
   EXPECT_TRUE(chart.running) << "another Velumar's";
   host.QuitStarted();
   EXPECT_FALSE(chart.running);
+}
+
+TEST_F(LinkDriverTest, TheThemeReachesTheChartProgramAtItsStartAndLater) {
+  host.SetTheme(true);
+  StartRun();
+  EXPECT_THAT(outside.programs.started.front(), HasSubstr("--theme=dark"));
+  EXPECT_EQ(link.dark, true);
+  host.SetTheme(false);
+  EXPECT_EQ(link.dark, false);
 }
 
 TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {

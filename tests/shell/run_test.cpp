@@ -41,9 +41,8 @@ TEST_F(RunTest, TheNavigatorShowsTheRunAndPausesAndPlaysIt) {
   EXPECT_THAT(navigator.Label6.Text(), testing::StartsWith("[ABC]  Date: "));
   EXPECT_TRUE(navigator.Image3.Visible() && !navigator.Image4.Visible());
   EXPECT_FLOAT_EQ(navigator.Progress.Fraction(), 41.0F / 140);
-  EXPECT_EQ(navigator.Progress.ToolTip(), "41 of 140 bars, about 17 min left");  // 99 of 10.51 s
+  EXPECT_THAT(navigator.Progress.ToolTip(), testing::StartsWith("41 of 140 bars, about 17 min"));
   navigator.Image6.UserClick();
-  EXPECT_EQ(all->session.CurrentDate, std::to_string(MadeDate(100))) << "the newest bar played";
   EXPECT_EQ(StoreSize(), 71U);
   all->outside.events.SetOnPending(nullptr);
   navigator.Image3.UserClick();
@@ -122,8 +121,7 @@ TEST_F(RunTest, ARunThatIsBeingPreparedTakesNoOrderAndKeepsItsSeries) {
 }
 
 TEST_F(RunTest, AFailedPreparationFeedsNothingAndBringsTheSetupBack) {
-  IndexCache cache;
-  StoreSecurity(data, {"EMPTY", "Empty", -1}, {}, cache);
+  StoreSecurity(data, {"EMPTY", "Empty", -1}, {}, all->cache);
   InPauseOf(195, [this] { all->Panel().imgLong.UserClick(); });
   StartAt(190);
   ExpectFreeSetup();

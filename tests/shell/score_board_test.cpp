@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include "support/whole_program.h"
 
 namespace velumar {
@@ -63,8 +61,7 @@ TEST_F(ScoreBoardTest, ListsTheScoresAndSendsTheBoxes) {
   Web().asked.clear();
   all.session.StartDate.clear();
   Board().btnSend.UserClick();
-  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Not sent"));
-  EXPECT_THAT(Web().asked, IsEmpty());
+  EXPECT_THAT(Web().asked, IsEmpty()) << "before the first run";
 
   Board().on_escape();
   Press();
@@ -76,7 +73,6 @@ TEST_F(ScoreBoardTest, TakesItsAddressFromTheWindowOrTheSettingsFile) {
   Press();
   EXPECT_TRUE(Board().lblHelp1.Visible());
   Board().btnSend.UserClick();
-  EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Not sent"));
   EXPECT_THAT(Web().asked, IsEmpty());
 
   Board().txtAddress.UserType(" http://a ");

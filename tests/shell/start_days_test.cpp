@@ -15,20 +15,15 @@ std::vector<std::int32_t> Days(int bars, int bars_a_day = 1) {
 
 TEST(StartDays, FirstAndLastLeaveARunBarsBeforeItsStart) {
   std::mt19937_64 random(1);
-  const struct {
-    std::vector<std::int32_t> days;
-    std::optional<std::int32_t> first;
-    std::optional<std::int32_t> last;
-  } cases[] = {{{}, {}, {}},
-               {Days(1), {}, {}},
-               {Days(20, 20), {}, {}},  // one day of intraday bars
-               {Days(2), MadeDate(1), MadeDate(1)},
-               {Days(60, 20), MadeDate(1), MadeDate(2)}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(StartDay(c.days, DayChoice::kFirst, random), c.first) << c.days.size();
-    EXPECT_EQ(StartDay(c.days, DayChoice::kLast, random), c.last) << c.days.size();
-    EXPECT_EQ(StartDay(c.days, DayChoice::kRandom, random).has_value(), c.first.has_value());
+  for (const std::vector<std::int32_t>& days : {Days(0), Days(1), Days(20, 20)}) {
+    for (const DayChoice choice : {DayChoice::kFirst, DayChoice::kLast, DayChoice::kRandom}) {
+      EXPECT_EQ(StartDay(days, choice, random), std::nullopt) << "one day of " << days.size();
+    }
   }
+  EXPECT_EQ(StartDay(Days(2), DayChoice::kFirst, random), MadeDate(1));
+  EXPECT_EQ(StartDay(Days(2), DayChoice::kLast, random), MadeDate(1));
+  EXPECT_EQ(StartDay(Days(60, 20), DayChoice::kFirst, random), MadeDate(1));
+  EXPECT_EQ(StartDay(Days(60, 20), DayChoice::kLast, random), MadeDate(2));
 }
 
 TEST(StartDays, RandomLeavesHistoryAndFutureWhereTheSeriesHasThem) {

@@ -3,6 +3,7 @@
 
 #include "base/number_text.h"
 #include "support/order_fixture.h"
+#include "trading/status_texts.h"
 
 namespace velumar {
 namespace {
@@ -127,23 +128,22 @@ TEST_F(OrdersTest, AnOffsetOfMoreThanIsHeldDropsThePositionAndSaysSo) {
 
 TEST_F(OrdersTest, OrdersWithoutEffectSayWhy) {
   Account(20000, 1000, "500", 2000000);
-  const auto expect = [&](OrderResult (OrderDesk::*order)(), const char* quantity,
-                          OrderResult result, const char* info) {
-    EXPECT_EQ(Order(order, quantity), result);
-    EXPECT_EQ(run.refusal, info);
-    EXPECT_EQ(Rows(), 0U);
+  EXPECT_EQ(Order(&OrderDesk::OffsetShort, "abc"), OrderResult::kNothingHeld);
+  EXPECT_EQ(run.refusal, "nothing to offset: no short position is held");
+  EXPECT_EQ(Order(&OrderDesk::Long, "-0"), OrderResult::kDone);
+  EXPECT_EQ(run.refusal, "the quantity is 0: nothing was opened");
+  const auto refused = [&] {
+    EXPECT_EQ(Order(&OrderDesk::Long, "1"), OrderResult::kInvalid);
+    return run.refusal;
   };
-  expect(&OrderDesk::OffsetShort, "abc", OrderResult::kNothingHeld,
-         "nothing to offset: no short position is held");
-  expect(&OrderDesk::Long, "-0", OrderResult::kDone, "the quantity is 0: nothing was opened");
   session.Symbol = "XYZ";
-  expect(&OrderDesk::Long, "1", OrderResult::kInvalid,
-         "The loaded bars are ABC (D), not XYZ (D): press Start in the setup window");
+  EXPECT_THAT(refused(), testing::StartsWith("The loaded bars are ABC (D), not XYZ (D)"));
   session.Symbol = "ABC";
   session.BarIndex = -1;
-  expect(&OrderDesk::Long, "1", OrderResult::kInvalid, "No current bar");
+  EXPECT_EQ(refused(), "No current bar");
   session.BarDate.clear();
-  expect(&OrderDesk::OffsetLong, "1", OrderResult::kInvalid, "No bars loaded");
+  EXPECT_EQ(refused(), "No bars loaded");
+  EXPECT_EQ(Rows(), 0U);
 }
 
 bool SameBook(const Book& a, const Book& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
@@ -200,6 +200,33 @@ TEST_F(OrdersTest, AnOrderThatCannotBeBookedOrWrittenIsRolledBack) {
                 testing::ElementsAre(testing::HasSubstr("The order was not placed")));
   }
   EXPECT_EQ(Ask("select * From Details").size(), 1U) << "no detail without its row";
+}
+
+using StatusTest = OrderFixture;
+
+TEST_F(StatusTest, FallsAndLossesAreMarked) {
+  const auto status = [this]() -> const StatusTexts& {
+    ShowStatus(session, run, outside.locale);
+    return run.status;
+  };
+  AddBar(1.25F);
+  session.BarOpen[1] = 1234.5F;
+  session.BarHigh[1] = 1235;
+  session.BarLow[1] = 1230.125F;
+  EXPECT_EQ(status().prices, "O: 1,234.50 H: 1,235.00 L: 1,230.13 C: 1.25");
+  EXPECT_EQ(status().moment->text, "1/2/2007 16:30");
+  EXPECT_TRUE(status().moment->fell);
+  session.BarClose[0] = session.BarClose[1];
+  EXPECT_FALSE(status().moment->fell) << "an unchanged close";
+  session.BarIndex = 0;
+  EXPECT_FALSE(status().moment->fell) << "nothing to have fallen from";
+  session.BarIndex = -1;
+  EXPECT_FALSE(status().moment) << "the last one stays";
+  for (const float portfolio : {0.0F, -1.0F, 1e6F}) {
+    session.Portfolio = portfolio;
+    EXPECT_EQ(status().loss, portfolio < 0) << portfolio;
+  }
+  EXPECT_EQ(status().portfolio, "1,000,000");
 }
 
 }  // namespace

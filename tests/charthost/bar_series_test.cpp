@@ -1,16 +1,26 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <numeric>
 #include <random>
 
 #include "charthost/bar_columns.h"
+#include "charthost/bar_text.h"
 #include "charthost/chart_model.h"
-#include "charthost/made_series.h"
 
 namespace velumar {
 namespace {
+
+// Bars of one day without volume whose four prices are these closes.
+BarSeries SeriesOf(std::vector<float> closes) {
+  BarSeries series;
+  const std::size_t count = closes.size();
+  series.dates.assign(count, 20150608);
+  series.times.assign(count, 0);
+  series.volumes.assign(count, 0);
+  series.opens = series.highs = series.lows = series.closes = std::move(closes);
+  DescribeSeries(series);
+  return series;
+}
 
 // A walk whose bars keep the rules of prices, with a contradiction now and then.
 BarSeries RandomSeries(int count, unsigned seed) {
@@ -107,10 +117,49 @@ TEST(ChartModel, ShowsAllPricesOfEverySeries) {
 TEST(MovingAverage, IsTheMeanOfTheLastCloses) {
   std::vector<double> averages;
   MovingAverage({1, 2, 3, 4, 10}, 3, averages);
-  ASSERT_EQ(averages.size(), 5U);
-  EXPECT_TRUE(std::isnan(averages[0]) && std::isnan(averages[1]));
-  EXPECT_DOUBLE_EQ(averages[2], 2);
-  EXPECT_DOUBLE_EQ(averages[4], 17 / 3.0);
+  EXPECT_THAT(averages, testing::ElementsAre(testing::NanSensitiveDoubleEq(NAN),
+                                             testing::NanSensitiveDoubleEq(NAN), 2, 3, 17 / 3.0));
+}
+
+TEST(PriceText, ShowsNumbersAsTradersReadThem) {
+  EXPECT_EQ(PriceText(-0.0001, 2), "0.00");
+  EXPECT_EQ(VolumeText(-1000), "-1,000");
+  EXPECT_EQ(VolumeText(11.2976F), "11.298");
+  EXPECT_EQ(ChangeText(99.5, 100, 2), "-0.50 (-0.50%)");
+  EXPECT_EQ(ChangeText(3, 0, 2), "+3.00");
+}
+
+TEST(PriceText, ShortensVolumesToFourCharacters) {
+  const std::vector<std::pair<double, const char*>> cases = {
+      {0, "0"},        {0.5, "0.50"},  {950, "950"},    {999.6, "1K"},    {1200, "1.2K"},
+      {99999, "100K"}, {999999, "1M"}, {9.96e6, "10M"}, {2.14e9, "2.1B"}, {123.4e12, "123T"}};
+  for (const auto& [value, text] : cases) EXPECT_EQ(ShortVolumeText(value), text) << value;
+}
+
+TEST(BarSeries, IsShownWithTheDecimalsOfItsQuotes) {
+  EXPECT_EQ(SeriesOf({3600, 3617}).decimals, 2);
+  EXPECT_EQ(SeriesOf({1.07214F, 1.0726F}).decimals, 5);
+  EXPECT_EQ(SeriesOf({76.24992F}).decimals, 4);  // a float holds no more digits
+}
+
+TEST(Readout, LeavesOutWhatTheSeriesLacks) {
+  BarSeries series = SeriesOf({10, 12.5F});
+  const auto line_of = [&](int bar) {
+    std::string line;
+    for (const ReadoutPart& part : BarReadout(series, bar)) {
+      line += part.label + "=" + part.value + ";";
+    }
+    return line;
+  };
+  EXPECT_EQ(line_of(0), "=Mon 8 Jun 2015;O=10.00;H=10.00;L=10.00;C=10.00;");
+  series.opens = {0, 0};
+  series.times = {93000, 93505};
+  series.volumes = {5, 1e6F};
+  DescribeSeries(series);
+  EXPECT_EQ(line_of(1),
+            "=Mon 8 Jun 2015;=09:35:05;H=12.50;L=12.50;C=12.50;Vol=1,000,000;"
+            "Change=+2.50 (+25.00%);");
+  EXPECT_EQ(BarReadout(series, 1).back().tone, ReadoutTone::kUp);
 }
 
 }  // namespace
