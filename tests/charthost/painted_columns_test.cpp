@@ -111,6 +111,8 @@ TEST(MovingAverage, IsTheMeanOfTheLastCloses) {
   EXPECT_TRUE(std::isnan(averages[0]) && std::isnan(averages[1]));
   EXPECT_DOUBLE_EQ(averages[2], 2);
   EXPECT_DOUBLE_EQ(averages[4], 17 / 3.0);
+  MovingAverage({67108864, 1.25F, 1.5F, 1.75F}, 3, averages);
+  EXPECT_DOUBLE_EQ(averages[3], 1.5) << "after a far higher price";
 }
 
 }  // namespace
