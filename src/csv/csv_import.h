@@ -43,9 +43,9 @@ struct CsvNameGuess {
 CsvNameGuess GuessFromName(std::string_view stem);
 
 // The interval of sorted bars: that of the name if the bars agree with it, else the most frequent
-// gap in seconds between bars of one day, rounded down to minutes, or daily for one bar a day,
-// always at the same time. Throws CsvError if name and bars disagree or the result cannot be
-// replayed.
+// gap in seconds between bars of one day, the smallest if several are, rounded down to minutes, or
+// daily for one bar a day, always at the same time. Throws CsvError if name and bars disagree or
+// the result cannot be replayed.
 int GuessInterval(const std::vector<Bar>& bars, std::optional<int> from_name);
 
 // Adds the bars of a CSV file to a market data directory as one security, or replaces the one of

@@ -132,6 +132,11 @@ TEST_F(ResultViewTest, ThePageIsPrintedAsVectorsWithTheChartWhereItWasDragged) {
       words.section(QStringLiteral("yMin=\""), 1, 1).section(QLatin1Char('"'), 0, 0).toDouble(),
       150, 15)
       << "the title is twice as far down as at half the size";
+  const auto sheet = [&words](int number) {
+    return words.section(QStringLiteral("<page"), number, number)
+        .section(QStringLiteral("</page>"), 0, 0);
+  };
+  EXPECT_EQ(sheet(1), sheet(2));
 }
 
 }  // namespace

@@ -33,6 +33,7 @@ TEST(WholeFile, KeepsLinksAndPermissionsAndRefusesPipes) {
 // A disk that fails at any call leaves the old file or the new one, and no draft.
 TEST(WholeFile, IsTheOldOrTheNewOneWhateverFails) {
   if (!CanTrace()) GTEST_SKIP() << "no permission to trace a process";
+  int refused = 0;
   for (int number = 1, reached = 1; reached != 0; ++number) {
     const ScratchFolder folder;
     folder.Write("file", "old");
@@ -48,7 +49,9 @@ TEST(WholeFile, IsTheOldOrTheNewOneWhateverFails) {
     const bool done = failed.exit_code == 0;
     EXPECT_EQ(folder.Read("file"), done ? "new" : "old") << "call " << number;
     EXPECT_EQ(folder.Names().size(), 1U) << "call " << number;
+    if (!done) ++refused;
   }
+  EXPECT_EQ(refused, 4) << "creating, writing, flushing or renaming the draft";
 }
 
 }  // namespace

@@ -119,6 +119,8 @@ TEST(MovingAverage, IsTheMeanOfTheLastCloses) {
   MovingAverage({1, 2, 3, 4, 10}, 3, averages);
   EXPECT_THAT(averages, testing::ElementsAre(testing::NanSensitiveDoubleEq(NAN),
                                              testing::NanSensitiveDoubleEq(NAN), 2, 3, 17 / 3.0));
+  MovingAverage({67108864, 1.25F, 1.5F, 1.75F}, 3, averages);
+  EXPECT_DOUBLE_EQ(averages[3], 1.5) << "after a far higher price";
 }
 
 TEST(PriceText, ShowsNumbersAsTradersReadThem) {

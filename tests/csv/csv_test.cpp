@@ -145,7 +145,7 @@ TEST(CsvSeries, NamesTheLineThatCannotBeRead) {
   std::string too_long = header;
   for (int i = 0; i < 65535; ++i) too_long += "\n\nx\n";
   const std::vector<std::pair<std::string, std::string>> cases = {
-      {header + first + "\n20200102,93500,1,2,1,x\n", "line 4: the close \"x\" is not a number"},
+      {header + first + "\r\n20200102,93500,1,2,1,x\n", "line 4: the close \"x\" is not a number"},
       {header + first + "20200102,93500,1,2,1\n", "line 3: has 5 fields, the header has 6"},
       {header + first + "20200102,93500,1,2,1,1,5\n", "line 3: has 7 fields, the header has 6"},
       {header + first + "20200102,93500,1,\"2,1,1\n", "line 3: has a quote that is not closed"},
@@ -219,11 +219,12 @@ TEST(CsvGuess, TakesTheIntervalFromTheGaps) {
                          {20200102, 120000},
                          {20200103, 93000}};
   const Moments thin = {{20200102, 90000}, {20200102, 93000}, {20200102, 100000}};
+  const Moments opening = {{20200102, 93000}, {20200102, 100000}, {20200102, 110000}};
   const Moments strewn = {{20200102, 93000}, {20200103, 110000}};
   const std::tuple<Moments, std::optional<int>, int> rows[] = {
-      {days, {}, -1},  {days, 5, 0},     {closes, {}, -1}, {hours, {}, 60},
-      {hours, 60, 60}, {hours, -1, 0},   {thin, {}, 30},   {thin, 5, 5},
-      {thin, 60, 0},   {strewn, 60, 60}, {strewn, {}, 0}};
+      {days, {}, -1},    {days, 5, 0},   {closes, {}, -1}, {hours, {}, 60},
+      {hours, 60, 60},   {hours, -1, 0}, {thin, {}, 30},   {thin, 5, 5},
+      {opening, {}, 30}, {thin, 60, 0},  {strewn, 60, 60}, {strewn, {}, 0}};
   for (const auto& row : rows) {
     EXPECT_EQ(Guessed(std::get<0>(row), std::get<1>(row)), std::get<2>(row)) << &row - rows;
   }

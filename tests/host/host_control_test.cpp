@@ -127,6 +127,12 @@ TEST_F(HostControlTest, TheStatusLineSaysWhatIsWrongWithTheChart) {
     EXPECT_EQ(run.line, c.warning) << "before the first bar only what is wrong";
     session.BarIndex = 59;
   }
+  // The keys after one that was not answered may be accepted.
+  chart.outcome = KeyOutcome::kNotAnswered;
+  outside.events.Schedule(std::chrono::milliseconds(505),
+                          [this] { chart.outcome = KeyOutcome::kAccepted; });
+  Refresh(2);
+  EXPECT_THAT(run.line, StartsWith("Chart program busy"));
 }
 
 TEST_F(HostControlTest, ProgressCountsBarsAndEstimatesTheTimeLeft) {

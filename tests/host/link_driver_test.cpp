@@ -154,6 +154,11 @@ TEST_F(LinkDriverTest, AProgramThatEndsBetweenTwoMessagesIsStartedAgain) {
   StartRun();
   host.RefreshCharts();
   const int messages = static_cast<int>(link.asked.size());
+  for (int end = 0; end < 5; ++end) {
+    link.End();
+    host.RefreshCharts();
+    EXPECT_EQ(run.advice, "") << "only restarts in a row are limited";
+  }
   for (int last = 1; last < messages; ++last) {
     VirtualPlatform fresh;
     SimSession same = session;

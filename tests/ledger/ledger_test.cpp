@@ -62,6 +62,12 @@ TEST_F(LedgerTest, OlderFilesGetTheColumnsOfWipedHoldings) {
     AddRow(ledger);
     LedgerNoteWiped(ledger, {"Offset Long", held, 99, "2007-01-26", "16:30:00", 98}, {9, 0, 5, 6});
   }
+  // The two kinds of columns came one after the other.
+  SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
+      .Execute("ALTER TABLE Details DROP ClosePrice");
+  LedgerConnection newer = Opened(file);
+  AddRow(newer);
+  LedgerClose(newer);
   LedgerConnection ledger = Reader(file);
   const LedgerRecordset wiped = LedgerQuery(ledger, "select Place, Held, BarDate From Wiped");
   using Values = std::vector<LedgerValue>;

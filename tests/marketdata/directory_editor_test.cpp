@@ -72,6 +72,14 @@ TEST_F(DirectoryEditor, ReplacingKeepsTheFileAndWideningTakesANewOne) {
               ElementsAre("EMASTER", "F1.DAT", "F4.DAT", "F5.DAT", "F6.DAT", "MASTER"));
 }
 
+TEST_F(DirectoryEditor, ReplacingLeavesTheBarsOfASecurityWithTheSameFile) {
+  directory_.Write("MASTER", Master({{.symbol = "ONE"}, {.symbol = "TWO"}}));
+  directory_.Write("F1.DAT", DailyBytes({DailyBar(20050103)}));
+  Store({"ONE", "", -1}, {DailyBar(20050104)});
+  EXPECT_THAT(ReadBars(directory_, "ONE"), ElementsAre(DailyBar(20050104)));
+  EXPECT_THAT(ReadBars(directory_, "TWO"), ElementsAre(DailyBar(20050103)));
+}
+
 TEST_F(DirectoryEditor, XmasterFollowsTheLastNumberOfMaster) {
   std::vector<Listed> full;
   for (int i = 1; i <= 254; ++i) {

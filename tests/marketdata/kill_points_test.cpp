@@ -25,9 +25,13 @@ constexpr int kBars = 200;
 
 Bar Numbered(int i) { return DailyBar((2000 + i / 28) * 10000 + 101 + i % 28, 50); }
 
-ScratchFolder Prepared() {
-  ScratchFolder directory;
-  const std::vector<Listed> listed = {{.number = 1}, {.number = 2, .symbol = "BBB", .fields = 5}};
+// `full`: MASTER has no file number left.
+ScratchFolder Prepared(bool full = false) {
+  ScratchFolder directory(MemoryFolder());
+  std::vector<Listed> listed = {{.number = 1}, {.number = 2, .symbol = "BBB", .fields = 5}};
+  for (int i = 3; full && i <= 255; ++i) {
+    listed.push_back({.number = i, .symbol = "S" + std::to_string(i)});
+  }
   directory.Write("MASTER", Master(listed));
   directory.Write("EMASTER", Emaster(listed));
   std::vector<Bar> bars;
@@ -41,6 +45,7 @@ ScratchFolder Prepared() {
 struct Case {
   const char* name;
   std::function<void(const std::string& directory)> work;
+  bool full = false;
 };
 
 Case WriterCase(const char* name, const std::function<void(MetaLibWriter&)>& change) {
@@ -55,11 +60,13 @@ Case WriterCase(const char* name, const std::function<void(MetaLibWriter&)>& cha
           }};
 }
 
-Case StoreCase(const char* name, const char* symbol) {
-  return {name, [symbol](const std::string& directory) {
+Case StoreCase(const char* name, const char* symbol, bool full = false) {
+  return {name,
+          [symbol](const std::string& directory) {
             IndexCache cache;
             StoreSecurity(directory, {symbol, "Name", -1}, {Numbered(3), Numbered(4)}, cache);
-          }};
+          },
+          full};
 }
 
 Case PutCase(const char* name, const Bar& bar) {
@@ -86,11 +93,12 @@ std::vector<Case> Cases() {
       StoreCase("store a new one", "NEW"),
       StoreCase("store another in its place", "AAA"),
       StoreCase("store a wider one in its place", "BBB"),
+      StoreCase("store a wider one in XMASTER", "BBB", true),
   };
 }
 
 Found FindAfter(const Case& one) {
-  const auto directory = Prepared();
+  const auto directory = Prepared(one.full);
   one.work(directory.Text());
   return FindAll(directory);
 }
@@ -102,7 +110,7 @@ TEST(KillPoints, ASeriesIsAsBeforeOrAfterWhereverAWriterDies) {
     ASSERT_NE(before, after) << one.name;
     int looks_before = 0;
     int looks_after = 0;
-    const auto directory = Prepared();
+    const auto directory = Prepared(one.full);
     TracedChild child([&] {
       one.work(directory.Text());
       return 0;
@@ -142,7 +150,7 @@ TEST(FailPoints, ASeriesIsAsBeforeOrAfterWhateverCallFails) {
     const Found after = FindAfter(one);
     int refused = 0;
     ForEachFault([&](const DiskFault& fault) {
-      const auto directory = Prepared();
+      const auto directory = Prepared(one.full);
       const FailedWork failed = FailAt(fault.number, fault.error, fault.stays_broken, [&] {
         return ErrorOf([&] { one.work(directory.Text()); }) == 0 ? 0 : 2;
       });

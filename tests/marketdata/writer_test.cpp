@@ -151,6 +151,11 @@ TEST_F(Writer, TheIndexesHaveTheDatesOfTheBarsAndKeepOtherBytes) {
   With("AAA", -1, [](MetaLibWriter& writer) { Write(writer, {}); });
   low[0].first = low[0].last = 0;
   EXPECT_EQ(directory_.Read("EMASTER"), Emaster(low));
+  With("AAA", -1, [&](MetaLibWriter&) {
+    std::swap(low[0], low[1]);  // another program sorts its list
+    directory_.Write("MASTER", master());
+  });
+  EXPECT_EQ(directory_.Read("MASTER"), master()) << "the place is another security's by now";
 }
 
 TEST_F(Writer, ASeriesOfUnknownMinutesTakesThoseItIsWrittenWith) {
@@ -227,10 +232,15 @@ TEST_F(Writer, TheCacheSeesEveryChangeOfAnotherProgram) {
     Append(writer, TimedBar(20050104, 93000));
   });
   EXPECT_THAT(List(), ElementsAre("CCC:45 F1 Omega"));
-  stamp("", settled);
-  EXPECT_EQ(List().size(), 1U);
-  directory_.Write("EMASTER", Emaster({{.number = 9, .symbol = "NEW"}}));
-  EXPECT_EQ(List().size(), 2U);
+  for (const auto time : {settled, ahead}) {
+    directory_.Write("later", Emaster({{.number = 9, .symbol = "NEW"}}));
+    stamp("", time);
+    EXPECT_EQ(List().size(), 1U);
+    std::filesystem::rename(directory_ / "later", directory_ / "EMASTER");
+    stamp("", ahead);
+    EXPECT_EQ(List().size(), 2U);
+    std::filesystem::remove(directory_ / "EMASTER");
+  }
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
-// What only POSIX systems have: locales, and programs that are started by a path.
+// What only POSIX systems have: locales, programs that are started by a path, and lock files that
+// can be deleted while they are held.
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 
 #include "platform/eventually.h"
+#include "platform/file_lock.h"
 #include "platform/posix/locale.h"
 #include "platform/system.h"
 #include "support/scratch_folder.h"
@@ -95,6 +97,16 @@ TEST(SystemPrograms, NamesAProgramThatCantBeStarted) {
   expect_error("not executable");
   MakeProgram(path, "MZ not for this system", fs::perms::owner_all);
   expect_error("can't run that kind");
+}
+
+TEST(FileLockPosix, OfADeletedFileLeavesTheNextProcesssFile) {
+  const ScratchFolder folder;
+  FileLock first(folder / "running");
+  fs::remove(folder / "running");
+  const FileLock next(folder / "running");
+  ASSERT_EQ(next.Held(), FileLock::State::kHeld);
+  first.Remove();
+  EXPECT_EQ(FileLock(folder / "running").Held(), FileLock::State::kHeldByAnother);
 }
 
 // The two zones are 26 hours apart, so the day always differs.

@@ -166,6 +166,15 @@ TEST_F(RunResultsTest, HoldingsFromBeforeAPauseKeepTheirEntries) {
   EXPECT_THAT(Trades(), ElementsAre("Long 1 from ? to 60: ?"));
   EXPECT_EQ(Statistics()["Expectancy"], "-");
   EXPECT_EQ(Statistics()["Max drawdown"], "2,000.00") << "the first order lost";
+
+  // One side only, entered in two earlier runs.
+  Begin(1000);
+  Order(13, "Short", 1, 70, 1, 0, 1000);
+  Begin(1000);
+  Order(14, "Short", 1, 72, 2, 0, 1000);
+  Begin(1000);
+  Order(15, "Offset Short", 2, 69, 0, 4, 5000);
+  EXPECT_THAT(Trades(), ElementsAre("Short 1 from 70 to 69: 1000", "Short 1 from 72 to 69: 3000"));
 }
 
 // A row's price has two decimals. The account averages entries to two as well, but closes at all

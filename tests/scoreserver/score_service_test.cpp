@@ -67,6 +67,7 @@ class HostileServer {
     std::string first;
     std::string repeated = {};  // sent again and again after the first
     int pause_ms = 0;           // between two repeats
+    bool hangs_up = false;      // after the first, instead of waiting for the client
   };
 
   explicit HostileServer(Answer answer) : answer_(std::move(answer)) {
@@ -98,11 +99,11 @@ class HostileServer {
       close(connection);
     }
   }
-  // Until the client hangs up.
+  // Until one side hangs up.
   void Respond(int connection) {
     std::array<char, 4096> request{};
     recv(connection, request.data(), request.size(), 0);
-    if (!SendBytes(connection, answer_.first)) return;
+    if (!SendBytes(connection, answer_.first) || answer_.hangs_up) return;
     if (answer_.repeated.empty()) recv(connection, request.data(), request.size(), 0);
     while (!answer_.repeated.empty() && SendBytes(connection, answer_.repeated)) {
       sent_ += answer_.repeated.size();
@@ -195,10 +196,12 @@ TEST(Score, WithAnInvisibleNameIsRefused) {
 
 TEST(ScoreStore, KeepsTheBestThousand) {
   ScoreStore full(":memory:");
-  for (int i = 0; i < ScoreStore::kMaxScores; ++i) EXPECT_TRUE(full.Add({"n", 5, "ABC", 1, 2}));
+  for (int i = 0; i < ScoreStore::kMaxScores; ++i)
+    EXPECT_TRUE(full.Add({std::to_string(i), 5, "ABC", 1, 2}));
   EXPECT_FALSE(full.Add({"equal, but later", 5, "ABC", 1, 2}));
   EXPECT_TRUE(full.Add({"better", 6, "ABC", 1, 2}));
-  EXPECT_EQ(full.Top(1)[0].name, "better");
+  EXPECT_EQ(full.Top(2)[0].name, "better");
+  EXPECT_EQ(full.Top(2)[1].name, "0") << "of equal scores the earliest comes first";
   EXPECT_EQ(full.Top(2000).size(), std::size_t{ScoreStore::kMaxScores});
 }
 
@@ -272,6 +275,7 @@ TEST_F(ScoreServiceTest, SurvivesHostileServersInBoundedTimeAndMemory) {
       {{.first = ok + "\r\n", .repeated = "x", .pause_ms = 50}, "no answer within 1 second"},
       {{.first = ok + "\r\n", .repeated = mebibyte}, "too long"},
       {{.first = ok, .repeated = "X: " + std::string(1000, 'y') + "\r\n"}, "too long"},
+      {{.first = ok + "Content-Length: 90\r\n\r\n1.  Half a list", .hangs_up = true}, "failed"},
       {{.first = std::string("\0\xFF\x01", 3), .repeated = mebibyte}, "failed"},
       {{.first = "HTTP/1.1 302 F\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n"},
        "redirects to another address (302)"}};

@@ -92,10 +92,10 @@ TEST_F(WindowsTest, DroppedPriceFilesAreImportedAfterTheDirectoryIsConfirmed) {
   EXPECT_THAT(Boxes().back(), HasSubstr(data)) << "asks, and names the directory";
   EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U) << "who doesn't agree imports nothing";
   all->outside.boxes.answers = {0, 0, 0};
-  all->Setup().UserDrop({PriceFile("BAD_D.csv", "x"), "notes.txt", good});
+  all->Setup().UserDrop({PriceFile("BAD_D.csv", "x"), "notes.txt", good, PriceFile("NEXT_D.csv")});
   EXPECT_THAT(Boxes().back(),
-              testing::AllOf(HasSubstr("Imported 1 of 2 files."), HasSubstr("BAD_D.csv")));
-  EXPECT_EQ(all->session.Symbol, "MINE");
+              testing::AllOf(HasSubstr("Imported 2 of 3 files."), HasSubstr("BAD_D.csv")));
+  EXPECT_EQ(all->session.Symbol, "MINE") << "the first of the imported files";
   EXPECT_EQ(ReadBars(data, "MINE", -1).size(), 1U);
 
   // Of a symbol with several intervals, the line of the file's own is chosen.
