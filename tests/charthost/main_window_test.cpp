@@ -100,7 +100,8 @@ TEST_P(MainWindowTest, SaysInTheDialogWhatIsMissing) {
   Chord(Qt::Key_F, Qt::Key_O);
   Type("/no/such/place");
   Key(Qt::Key_Return);
-  EXPECT_TRUE(DialogSays(QStringLiteral("Folder \"/no/such/place\" not found.")));
+  EXPECT_TRUE(
+      DialogSays(QDir::toNativeSeparators(QStringLiteral("Folder \"/no/such/place\" not found."))));
   // The next run of keys starts from a clean dialog.
   OpenBlind(program_.folder, "ADVANC");
   EXPECT_EQ(program_.Last()["chart"]["symbol"], "ADVANC");

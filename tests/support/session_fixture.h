@@ -24,8 +24,9 @@ class SessionFixture : public testing::Test {
     for (const char* name : {"MASTER", "EMASTER", "XMASTER"}) {
       const std::filesystem::path from = std::filesystem::path(data) / name;
       if (!std::filesystem::exists(from)) continue;
-      std::filesystem::copy_file(from, std::filesystem::path(store) / name,
-                                 std::filesystem::copy_options::overwrite_existing);
+      // Some systems' libraries cannot overwrite a file.
+      std::filesystem::remove(std::filesystem::path(store) / name);
+      std::filesystem::copy_file(from, std::filesystem::path(store) / name);
     }
   }
 

@@ -1,11 +1,16 @@
 #include <windows.h>
 
+#include <QWidget>
+
 #include "charthost/view/chart_desktop.h"
 #include "platform/chart_program.h"
 
 namespace velumar {
 
 void ChooseChartDisplay() {}
+
+// A window shown without the focus would not be maximised.
+void ShowMaximisedForTrader(QWidget& window) { window.showMaximized(); }
 
 struct DialogMarker::Marker {
   struct Destroy {

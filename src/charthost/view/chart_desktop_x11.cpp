@@ -1,4 +1,4 @@
-#include <QtGlobal>
+#include <QWidget>
 
 #include "charthost/view/chart_desktop.h"
 
@@ -8,6 +8,11 @@ namespace velumar {
 void ChooseChartDisplay() {
   const bool chosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
   if (!chosen && qEnvironmentVariableIsSet("DISPLAY")) qputenv("QT_QPA_PLATFORM", "xcb");
+}
+
+void ShowMaximisedForTrader(QWidget& window) {
+  window.setAttribute(Qt::WA_ShowWithoutActivating);
+  window.showMaximized();
 }
 
 struct DialogMarker::Marker {};

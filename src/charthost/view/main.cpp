@@ -25,11 +25,6 @@ QStringList WithoutForeignSwitches(const QStringList& arguments) {
   return ours;
 }
 
-bool StartedByProgram() {
-  const QStringList all = QCoreApplication::arguments();
-  return WithoutForeignSwitches(all).size() < all.size();
-}
-
 void PrintLine(const std::string& line) { std::cout << line << std::endl; }
 
 struct Arguments {
@@ -81,13 +76,14 @@ int main(int argc, char** argv) {
   velumar::MainWindow window(source, settings,
                              arguments.prints_states ? velumar::MainWindow::Report(PrintLine)
                                                      : velumar::MainWindow::Report());
-  if (!arguments.opening.isEmpty()) {
-    window.ShowOpening(arguments.opening);
-    window.setAttribute(Qt::WA_ShowWithoutActivating);  // the trader works in Velumar
-  }
+  if (!arguments.opening.isEmpty()) window.ShowOpening(arguments.opening);
   if (!arguments.theme.isEmpty()) window.FollowTheme(arguments.theme == u"dark");
   const velumar::KeyFilter keys(window);
-  StartedByProgram() ? window.showMaximized() : window.show();
+  if (!arguments.opening.isEmpty()) {
+    velumar::ShowMaximisedForTrader(window);
+  } else {
+    window.show();
+  }
   const velumar::LinkServer link(window);
   QObject::connect(&window, &velumar::MainWindow::Closing, [] {
     velumar::SendIpcMessage(

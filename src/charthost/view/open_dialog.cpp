@@ -51,7 +51,7 @@ void CompleteFolders(QLineEdit& line) {
   folders->setFilter(QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot);
   auto* const completer = new QCompleter(folders, &line);
   const auto complete = [&line, completer] {
-    const QString typed = line.text();
+    const QString typed = QDir::toNativeSeparators(line.text());
     if (!line.hasFocus() || line.cursorPosition() != typed.size()) return;
     completer->setCompletionPrefix(typed);
     const QString whole = completer->currentCompletion();

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <optional>
+#include <utility>
 
 #include "platform/chart_program.h"
 #include "platform/windows/chart_program.h"
@@ -99,8 +100,11 @@ class WindowsChartWindows : public ChartWindows {
     return window ? velumar::ProcessOf(*window) : 0;
   }
 
+  // Asked often, so this also notices when the trader has clicked another window.
   WindowId FocusedWindow() override {
-    return reinterpret_cast<std::uintptr_t>(::GetForegroundWindow());
+    const HWND focused = ::GetForegroundWindow();
+    if (std::exchange(focused_, focused) != focused && focused != nullptr) RaiseOwnOnTop(focused);
+    return reinterpret_cast<std::uintptr_t>(focused);
   }
 
   WindowOwner OwnerOf(WindowId window) override {
@@ -137,6 +141,8 @@ class WindowsChartWindows : public ChartWindows {
     const std::vector<HWND> main = ChartMainWindows();
     return main.empty() ? std::nullopt : std::optional(main.front());
   }
+
+  HWND focused_ = nullptr;  // when last asked
 };
 
 }  // namespace
