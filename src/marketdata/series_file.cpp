@@ -1,7 +1,6 @@
 #include "marketdata/series_file.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 #include "base/paths.h"
@@ -65,9 +64,17 @@ int SeriesFile::LowerBound(Key key) const {
   for (const int last : {bars_ - 1, bars_ - 2}) {
     if (last < 0 || KeyAt(last) < key) return last + 1;
   }
-  const auto bars = std::views::iota(0, bars_ - 2);
-  const auto is_before = [&](int bar) { return KeyAt(bar) < key; };
-  return static_cast<int>(std::ranges::partition_point(bars, is_before) - bars.begin());
+  int low = 0;
+  int high = std::max(bars_ - 2, 0);
+  while (low < high) {
+    const int middle = (low + high) / 2;
+    if (KeyAt(middle) < key) {
+      low = middle + 1;
+    } else {
+      high = middle;
+    }
+  }
+  return low;
 }
 
 SeriesEnds SeriesFile::Ends() const {

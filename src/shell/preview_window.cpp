@@ -35,7 +35,7 @@ PreviewWindow::PreviewWindow(Desktop& desktop, Platform& platform)
       guarded(kPreview, [this] { SetChartHeight(Window().chtscroll0.Value()); });
   form.chtscroll1.on_change =
       guarded(kPreview, [this] { SetChartWidth(Window().chtscroll1.Value()); });
-  form.HScroll1.on_change = form.VScroll1.on_change = guarded(kPreview, [this, &form] {
+  form.HScroll1.on_change = form.VScroll1.on_change = guarded(kPreview, [&form] {
     constexpr int kAcross = -400;
     constexpr int kDown = -900;
     form.Picture1.SetPlace(static_cast<float>(kAcross * form.HScroll1.Value()),

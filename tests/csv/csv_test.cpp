@@ -163,8 +163,9 @@ TEST(CsvSeries, NamesTheLineThatCannotBeRead) {
       {too_long, "has 65535 bars; a series holds at most 65534"},
       {std::string("d\0a\0", 4), "this is not plain text; save it as CSV in UTF-8"},
   };
-  for (const auto& [text, complaint] : cases) {
-    EXPECT_THAT([&] { Read(text); }, ThrowsMessage<CsvError>(complaint)) << text.substr(0, 200);
+  for (const auto& row : cases) {
+    EXPECT_THAT([&] { Read(row.first); }, ThrowsMessage<CsvError>(row.second))
+        << row.first.substr(0, 200);
   }
 }
 

@@ -111,9 +111,12 @@ TEST_F(DirectoryEditor, UnstorableValuesAreNamedAndNothingIsCreated) {
       {{"AAA", "", -1}, tiny, "close"},
       {{"AAA", "", -1}, TimedBar(20050103, 93000), "time"},
   };
-  for (const auto& [security, bar, part] : kRows) {
+  for (const auto& row : kRows) {
+    const std::string& part = std::get<std::string>(row);
     std::string text;
-    const auto store = [&] { StoreSecurity(Text() + "/new", security, {bar}, cache_); };
+    const auto store = [&] {
+      StoreSecurity(Text() + "/new", std::get<NewSecurity>(row), {std::get<Bar>(row)}, cache_);
+    };
     EXPECT_EQ(ErrorOf(store, &text), MetaLibError::kNotStorable) << part;
     EXPECT_THAT(text, HasSubstr(part));
   }
