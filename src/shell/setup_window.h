@@ -64,7 +64,7 @@ class SetupWindow {
   LedgerConnection& ledger_;
   IndexCache& cache_;
   std::mt19937_64 random_{std::random_device()()};  // of start days
-  bool keeps_date_ = false;  // the saved date, whose series is chosen later
+  bool keeps_date_ = false;                         // the saved date, whose series is chosen later
   bool loading_ = false;                            // while the window opens, no run can start
 };
 

@@ -49,12 +49,10 @@ TEST_F(StepFaultTest, AStepIsCompleteOrRolledBack) {
   const auto to = [](int bar) {
     return [bar](BarStepper& stepper, std::int16_t& index) { stepper.MoveTo(index, bar); };
   };
-  const std::pair<StepFunction, int> steps[] = {{&BarStepper::FeedBar, kStart},
-                                                {&BarStepper::FastFeed, kStart + 29},
-                                                {to(kStart + 50), kStart + 50},
-                                                {&BarStepper::UnfeedBar, kStart - 2},
-                                                {&BarStepper::FastUnfeed, kStart - 31},
-                                                {to(kStart - 50), kStart - 50}};
+  const std::pair<StepFunction, int> steps[] = {
+      {&BarStepper::FeedBar, kStart},         {&BarStepper::FastFeed, kStart + 29},
+      {to(kStart + 50), kStart + 50},         {&BarStepper::UnfeedBar, kStart - 2},
+      {&BarStepper::FastUnfeed, kStart - 31}, {to(kStart - 50), kStart - 50}};
   for (const auto& [step, target] : steps) {
     faults += ForEachFault([&, step = step, target = target](const DiskFault& fault) {
       std::filesystem::remove_all(store);
