@@ -112,7 +112,7 @@ bool LinkDriver::StartProgram() {
   view_.SetStatusLine("Wait  for  [Meta Stock] ready ....");
   // On the virtual clock only the waits take time.
   const auto end = std::chrono::steady_clock::now() + kStartTime;
-  for (auto waited = 0ms; waited < kStartTime && std::chrono::steady_clock::now() < end;
+  for (std::chrono::milliseconds waited{0}; waited < kStartTime && std::chrono::steady_clock::now() < end;
        waited += kLook) {
     WaitMilliseconds(platform_.events, static_cast<std::int16_t>(kLook.count()));
     program_ = Look();

@@ -121,6 +121,7 @@ void ResultWindow::SetUpTables() {
   FrmResult& form = Window();
   form.lstStatistics.SetColumns({{"Figure"}, {"Value", true}});
   std::vector<Table::Column> columns;
+  columns.reserve(std::size(kOrderColumns));
   for (const OrderColumn& column : kOrderColumns) {
     columns.push_back({std::string(column.title), column.numeric});
   }
