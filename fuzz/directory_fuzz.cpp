@@ -57,8 +57,9 @@ bool Holds(const std::string& folder, const SecurityInfo& security, IndexCache& 
   Select(reader, security);
   reader.ReadSeries();
   const BarArrays& bars = reader.Bars();
+  const bool timed = std::ranges::any_of(bars.times, [](int time) { return time != 0; });
   for (std::size_t i = 0; i < bars.dates.size(); ++i) {
-    const bool same_time = bars.times[i] == 0 || bars.times[i] == kAddedTime;
+    const bool same_time = bars.times[i] == (timed ? kAddedTime : 0);
     if (bars.dates[i] == kAddedDate && same_time) return true;
   }
   return false;

@@ -14,10 +14,12 @@ extern "C" {
 #include <xdo.h>
 }
 
+#include "base/dates.h"
 #include "e2e/desktop_hand.h"
 #include "e2e/running_program.h"
 #include "forms/desktop.h"
 #include "large_directory.h"
+#include "platform/chart_program.h"
 #include "platform/qt/settings_file.h"
 #include "support/scratch_folder.h"
 
@@ -64,10 +66,7 @@ class Trader {
     FileSettings settings(scratch_.Sub("settings"));
     settings.Save("LastPath", directory_.Text());
     settings.Save("Refresh", delay);
-    const int date = LargeDirectoryDate(kStartBar);
-    settings.Save("SelectDate", std::to_string(date / 100 % 100) + "/" +
-                                    std::to_string(date % 100) + "/" +
-                                    std::to_string(date / 10000));
+    settings.Save("SelectDate", DateText(LargeDirectoryDate(kStartBar), "M/d/yyyy"));
     program_ = std::make_unique<RunningProgram>(scratch_.Path(), output_);
     Require(Eventually([&] { return Find(setup_).has_value(); }), "the setup window");
     std::this_thread::sleep_for(2000ms);  // the window slides in
@@ -76,10 +75,11 @@ class Trader {
   // From the click on Start to a chart with bars.
   double Start() {
     PointAt(setup_, setup_.Image3);
-    const std::size_t before = Lines();
+    const std::size_t before = OutputSize();
     const auto began = Clock::now();
     input_.Click();
-    Require(Within(30000ms, [&] { return Lines() > before && Bars() > kStartBar; }), "a chart");
+    Require(Within(30000ms, [&] { return OutputSize() > before && Bars() > kStartBar; }),
+            "a chart");
     return Milliseconds(Clock::now() - began);
   }
   void Return() {
@@ -88,25 +88,27 @@ class Trader {
     Require(Eventually([&] { return Find(setup_).has_value(); }), "the setup window");
     std::this_thread::sleep_for(2500ms);
   }
-  // Brings the navigator to the front and types the key that plays and pauses.
-  void PlayOrPause() {
-    const auto window = Find(navigator_);
-    Require(window.has_value(), "the navigator");
-    hand_.Activate(*window);
-    input_.Tap("space");
-    std::this_thread::sleep_for(1500ms);
+  void Play() { PressPlayOrPause(); }
+  // Requires that the feed has stopped: its bars would pass for steps.
+  void Pause() {
+    PressPlayOrPause();
+    const int paused = Bars();
+    std::this_thread::sleep_for(300ms);
+    Require(Bars() == paused, "a pause");
   }
   // From the key to the changed chart, sorted.
-  std::vector<double> Steps(const char* key, int count) {
+  std::vector<double> Steps(const char* key, int count, int bars) {
     std::vector<double> times;
+    const int first = Bars();
     for (int i = 0; i < count; ++i) {
-      const std::size_t before = Lines();
+      const std::size_t before = OutputSize();
       const auto began = Clock::now();
       input_.Tap(key);
-      Require(Within(5000ms, [&] { return Lines() > before; }), "a step");
+      Require(Within(5000ms, [&] { return OutputSize() > before; }), "a step");
       times.push_back(Milliseconds(Clock::now() - began));
       std::this_thread::sleep_for(60ms);
     }
+    Require(Bars() == first + count * bars, "all steps");
     std::sort(times.begin(), times.end());
     return times;
   }
@@ -128,9 +130,9 @@ class Trader {
     return {(at_release - before) / std::chrono::duration<double>(kTime).count(),
             Bars() - at_release};
   }
-  // Opens the store once more in the chart program.
-  void OpenAnotherChart() {
-    hand_.Activate("MetaStock");
+  // Opens the store once more in the chart program, as its chart of that number.
+  void OpenAnotherChart(int charts) {
+    hand_.Activate(std::string(kChartTitle));
     hand_.Press("alt+f");
     hand_.Press("o");
     std::this_thread::sleep_for(700ms);
@@ -139,10 +141,19 @@ class Trader {
     std::this_thread::sleep_for(300ms);
     hand_.Type("S0");
     hand_.Press("Return");
-    std::this_thread::sleep_for(700ms);
+    Require(Within(5000ms, [&] { return program_->States().back()["charts"] == charts; }),
+            "another chart");
   }
 
  private:
+  // Brings the navigator to the front and types the key that plays and pauses.
+  void PressPlayOrPause() {
+    const auto window = Find(navigator_);
+    Require(window.has_value(), "the navigator");
+    hand_.Activate(*window);
+    input_.Tap("space");
+    std::this_thread::sleep_for(1500ms);
+  }
   static void Require(bool condition, const std::string& what) {
     if (!condition) throw std::runtime_error("no sign of " + what);
   }
@@ -165,7 +176,7 @@ class Trader {
                   window->y + static_cast<int>(control.Top() + control.Height() / 2) / 15);
   }
   // The chart program writes a line as soon as it has drawn, so its size is a clock.
-  std::size_t Lines() const {
+  std::size_t OutputSize() const {
     std::error_code none;
     return std::filesystem::exists(output_) ? std::filesystem::file_size(output_, none) : 0;
   }
@@ -195,22 +206,23 @@ void Measure() {
   Trader trader("0.001");
   Line("Start to the chart, program not running", trader.Start(), "ms", "2000");
   Line("Feed at the shortest pause, one chart", trader.BarsPerSecond(), "bars/s", "25");
-  trader.PlayOrPause();
+  trader.Pause();
   constexpr int kSteps = 200;
-  const std::vector<double> steps = trader.Steps("Right", kSteps);
+  const std::vector<double> steps = trader.Steps("Right", kSteps, 1);
   Line("Next to the changed chart, median of 200", steps[kSteps / 2], "ms", "50");
   Line("Next to the changed chart, worst of 200", steps.back(), "ms", "100");
   constexpr int kFastSteps = 20;
-  Line("30 bars forward, median of 20", trader.Steps("Next", kFastSteps)[kFastSteps / 2], "ms",
+  Line("30 bars forward, median of 20", trader.Steps("Next", kFastSteps, 30)[kFastSteps / 2], "ms",
        "80");
-  Line("30 bars back, median of 20", trader.Steps("Prior", kFastSteps)[kFastSteps / 2], "ms", "80");
+  Line("30 bars back, median of 20", trader.Steps("Prior", kFastSteps, -30)[kFastSteps / 2], "ms",
+       "80");
   const auto [held, after] = trader.Hold("Right");
   Line("Right held down", held, "bars/s", "as the feed");
   Line("Bars after its release", after, "bars", "1");
-  for (int chart = 1; chart < 4; ++chart) trader.OpenAnotherChart();
-  trader.PlayOrPause();
+  for (int chart = 2; chart <= 4; ++chart) trader.OpenAnotherChart(chart);
+  trader.Play();
   Line("Feed at the shortest pause, four charts", trader.BarsPerSecond(), "bars/s", "15");
-  trader.PlayOrPause();
+  trader.Pause();
   trader.Return();
   Line("Start to the chart, program running", trader.Start(), "ms", "700");
 }

@@ -3,6 +3,8 @@
 #include <array>
 #include <chrono>
 
+#include "base/number_text.h"
+
 namespace velumar {
 
 namespace {
@@ -92,6 +94,12 @@ int FullYear(int year) {
 
 bool IsRealDate(std::int32_t date) {
   return date >= 10000 && date <= 99991231 && Calendar(date).ok();
+}
+
+std::optional<std::int32_t> DateFromDigits(std::string_view text) {
+  constexpr std::size_t kDigits = 8;
+  const auto date = ExactNumber<std::int32_t>(text);
+  return text.size() == kDigits && date && IsRealDate(*date) ? date : std::nullopt;
 }
 
 std::int64_t DayNumber(std::int32_t date) {

@@ -11,6 +11,8 @@ namespace velumar {
 
 // True for a real calendar date in the years 1 to 9999.
 bool IsRealDate(std::int32_t date);
+// The date of a text of eight digits, yyyymmdd; nothing for any other text or an unreal date.
+std::optional<std::int32_t> DateFromDigits(std::string_view text);
 // Days since 1 January 1970; unspecified for a date that is not real.
 std::int64_t DayNumber(std::int32_t date);
 // The date `days` days later, or earlier if negative. The date must be real.

@@ -40,7 +40,7 @@ void OpenFolder(MetaLibReader& reader, const std::string& folder) {
 }
 
 // Counting bars opens a file for each security, so only those of the symbol are counted.
-std::vector<SecurityInfo> SecuritiesOf(MetaLibReader& reader, const std::string& symbol) {
+std::vector<SecurityInfo> SeriesOfSymbol(MetaLibReader& reader, const std::string& symbol) {
   std::vector<SecurityInfo> securities;
   while (reader.NextSecurity() >= 1) {
     reader.ReadSecurityHeader();
@@ -104,21 +104,13 @@ SeriesRequest RequestOf(const TypedChoice& choice, const std::vector<SecurityInf
 std::vector<SecurityInfo> SeriesSource::List(const std::string& folder) const {
   MetaLibReader reader(cache_);
   OpenFolder(reader, folder);
-  std::vector<SecurityInfo> securities;
-  securities.reserve(reader.SecurityCount());
-  while (reader.NextSecurity() >= 1) {
-    reader.ReadSecurityHeader();
-    securities.push_back(reader.Security());
-    reader.CloseSecurity();
-  }
-  reader.CloseDirectory();
-  return securities;
+  return ReadSecurities(reader);
 }
 
 LoadedSeries SeriesSource::Load(const SeriesRequest& request, std::optional<int> shown) const {
   MetaLibReader reader(cache_);
   OpenFolder(reader, request.folder);
-  const auto security = ChooseSeries(SecuritiesOf(reader, request.symbol), request, shown);
+  const auto security = ChooseSeries(SeriesOfSymbol(reader, request.symbol), request, shown);
   if (!security) {
     throw MetaLibError(MetaLibError::kSeriesNotFound, "There is no security \"" + request.symbol +
                                                           "\" in \"" + request.folder + "\".");

@@ -34,8 +34,7 @@ constexpr const char* kReplayCommands =
     "  set NAME TEXT         type a text into a control, such as Form2.txtRefresh";
 
 std::string DateProblem(const std::string& text) {
-  const bool digits = text.size() == 8 && text.find_first_not_of("0123456789") == std::string::npos;
-  return digits && IsRealDate(std::stoi(text)) ? "" : "START must be a date yyyymmdd, not " + text;
+  return DateFromDigits(text) ? "" : "START must be a date yyyymmdd, not " + text;
 }
 
 std::string IntervalProblem(const std::string& text) {

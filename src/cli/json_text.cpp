@@ -10,7 +10,7 @@ std::string JsonText(const nlohmann::ordered_json& json, int indent) {
 
 std::string LedgerText(const LedgerValue& value) {
   const auto* const number = std::get_if<double>(&value);
-  return number == nullptr ? ValueOr<std::string>(value)
+  return number == nullptr ? ValueAs<std::string>(value)
                            : PlainNumberText(static_cast<float>(*number));
 }
 

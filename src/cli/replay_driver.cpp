@@ -78,11 +78,8 @@ int WholeNumber(std::string_view text) {
 }
 
 std::int32_t DateOf(std::string_view text) {
-  const std::int32_t date = WholeNumber(text);
-  if (!IsRealDate(date)) {
-    throw std::invalid_argument("\"" + std::string(text) + "\" is not a date yyyymmdd");
-  }
-  return date;
+  if (const auto date = DateFromDigits(text)) return *date;
+  throw std::invalid_argument("\"" + std::string(text) + "\" is not a date yyyymmdd");
 }
 
 // During a run the setup window is hidden, so this works on controls that the trader can't reach.

@@ -24,9 +24,9 @@ using std::chrono_literals::operator""ms;
 constexpr auto kPatience = 2000ms;
 // A program that has not answered once must not stop the replay for two seconds at each bar.
 constexpr auto kShortPatience = 100ms;
-constexpr auto kStartTime = 10000ms;
+constexpr std::chrono::milliseconds kStartTime{10000};
 constexpr int kMostRestarts = 3;  // without a refresh that worked
-constexpr auto kLook = 20ms;
+constexpr std::chrono::milliseconds kLook{20};
 
 // Minutes, -1 for daily bars.
 std::optional<int> IntervalOf(const RunSeries& series) {
@@ -111,9 +111,9 @@ bool LinkDriver::StartProgram() {
   IgnoringErrors([&] { platform_.programs.Start(command_line); });
   view_.SetStatusLine("Wait  for  [Meta Stock] ready ....");
   // On the virtual clock only the waits take time.
-  const auto end = std::chrono::steady_clock::now() + kStartTime;
-  for (std::chrono::milliseconds waited{0}; waited < kStartTime && std::chrono::steady_clock::now() < end;
-       waited += kLook) {
+  using Clock = std::chrono::steady_clock;
+  const auto end = Clock::now() + kStartTime;
+  for (auto waited = kLook; waited <= kStartTime && Clock::now() < end; waited += kLook) {
     WaitMilliseconds(platform_.events, static_cast<std::int16_t>(kLook.count()));
     program_ = Look();
     if (program_ != Program::kAnswers) continue;

@@ -20,7 +20,7 @@ struct sqlite3_stmt;
 namespace velumar {
 
 // Looks at files by their UTF-8 paths without opening them: closing a file again would drop
-// SQLite's locks on it.
+// SQLite's locks on it. On Windows locks belong to a handle, so opening another one is harmless.
 
 // The path of a file with all links resolved. The file may be missing, its folder may not.
 std::string CanonicalPath(const std::string& path);
@@ -51,9 +51,9 @@ using LedgerValue = std::variant<std::monostate, double, std::string>;
 
 // The text or number of a value of that type; empty or 0 for any other.
 template <typename Type>
-Type ValueOr(const LedgerValue& value, Type otherwise = {}) {
+Type ValueAs(const LedgerValue& value) {
   const auto* const held = std::get_if<Type>(&value);
-  return held == nullptr ? otherwise : *held;
+  return held == nullptr ? Type() : *held;
 }
 
 // A prepared statement, read row by row.

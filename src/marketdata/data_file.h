@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 
 #include "base/whole_file.h"
@@ -17,6 +16,7 @@ inline constexpr int kMostBars = 65534;
 
 // The number of bars that are counted in the header and complete in the file.
 int UsableBarCount(const RawFile& file, const BarLayout& layout);
+// 0 <= index < UsableBarCount.
 Bar ReadBar(const RawFile& file, const BarLayout& layout, int index);
 
 // Reads one data file.
@@ -26,7 +26,7 @@ class DataFile {
   DataFile(const std::filesystem::path& path, const BarLayout& layout);
 
   int Bars() const { return bars_; }
-  Bar BarAt(int index) const { return ReadBar(file_, layout_, index); }  // below Bars()
+  Bar BarAt(int index) const { return ReadBar(file_, layout_, index); }  // 0 <= index < Bars()
   BarArrays ReadAll() const;
 
  private:

@@ -166,15 +166,20 @@ std::int32_t MetaLibReader::BarDateAtCursor() const {
   return GetDates()[cursor_];
 }
 
-std::vector<SecurityInfo> SecuritiesOf(std::string_view directory, IndexCache& cache) {
-  MetaLibReader reader(cache);
-  reader.OpenDirectory(directory);
+std::vector<SecurityInfo> ReadSecurities(MetaLibReader& reader) {
   std::vector<SecurityInfo> securities;
+  securities.reserve(reader.SecurityCount());
   while (reader.NextSecurity() > 0) {
     reader.ReadSecurityHeader();
     securities.push_back(reader.Security());
   }
   return securities;
+}
+
+std::vector<SecurityInfo> SecuritiesOf(std::string_view directory, IndexCache& cache) {
+  MetaLibReader reader(cache);
+  reader.OpenDirectory(directory);
+  return ReadSecurities(reader);
 }
 
 }  // namespace velumar

@@ -96,7 +96,9 @@ class MetaLibReader {
   bool bar_read_ = false;  // the one at the cursor
 };
 
-// All securities of a directory, in the reader's order. Throws MetaLibError.
+// All securities of an open directory, in the reader's order, and of one that is opened for it.
+// Throws MetaLibError.
+std::vector<SecurityInfo> ReadSecurities(MetaLibReader& reader);
 std::vector<SecurityInfo> SecuritiesOf(std::string_view directory, IndexCache& cache);
 
 }  // namespace velumar

@@ -65,7 +65,7 @@ int SeriesFile::LowerBound(Key key) const {
     if (last < 0 || KeyAt(last) < key) return last + 1;
   }
   int low = 0;
-  int high = std::max(bars_ - 2, 0);
+  int high = bars_ - 2;
   while (low < high) {
     const int middle = (low + high) / 2;
     if (KeyAt(middle) < key) {

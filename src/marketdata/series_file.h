@@ -29,7 +29,6 @@ class SeriesFile {
 
   explicit SeriesFile(Series series);
 
-  int Bars() const { return bars_; }
   SeriesEnds Ends() const;
 
   void Put(const Bar& bar);

@@ -44,6 +44,7 @@ struct ChartPositions {
 // is done when the bars are on the screen.
 struct ChartRequest {
   enum class Command : std::uint8_t {
+    kNone,
     kHello,
     kCloseAll,
     kOpen,

@@ -24,6 +24,12 @@ inline constexpr int kGoTo = 'G';
 
 }  // namespace run_key
 
+// Returns true for keys that step, and repeat while they are held down.
+constexpr bool IsStepKey(int code) {
+  return code == run_key::kLeft || code == run_key::kRight || code == run_key::kPageUp ||
+         code == run_key::kPageDown;
+}
+
 // Returns true for keys that do something in a run. Steps need the key without Shift, which other
 // windows use to move or select.
 constexpr bool IsRunKey(const RunKeyPress& press) {

@@ -49,7 +49,7 @@ OrderListRow RowOf(const RunOrder& order, std::size_t number, std::optional<doub
 
 std::string Exported(const LedgerValue& value) {
   const auto* const number = std::get_if<double>(&value);
-  return number == nullptr ? ValueOr<std::string>(value) : DecimalText(*number);
+  return number == nullptr ? ValueAs<std::string>(value) : DecimalText(*number);
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ std::vector<PortfolioChartRow> Rows(LedgerConnection& connection, std::string_vi
   rows.reserve(records.rows.size());
   for (const std::vector<LedgerValue>& record : records.rows) {
     rows.push_back(
-        {ValueOr<std::string>(record[0]), static_cast<float>(ValueOr<double>(record[1]))});
+        {ValueAs<std::string>(record[0]), static_cast<float>(ValueAs<double>(record[1]))});
   }
   return rows;
 }

@@ -13,12 +13,12 @@ constexpr std::string_view kPortfolioPattern = "###,###,###,###";
 
 float Single(const LedgerValue& value) {
   if (const auto* text = std::get_if<std::string>(&value)) return ToSingle(*text).value_or(0);
-  return static_cast<float>(ValueOr<double>(value));
+  return static_cast<float>(ValueAs<double>(value));
 }
 
 std::string Text(const LedgerValue& value) {
   if (std::holds_alternative<double>(value)) return PlainNumberText(Single(value));
-  return ValueOr<std::string>(value);
+  return ValueAs<std::string>(value);
 }
 
 }  // namespace
@@ -31,11 +31,13 @@ ResultFigures LoadResultFigures(LedgerConnection& connection, int archived_run) 
     return std::move(records.rows.front());
   };
   ResultFigures figures;
-  figures.any_orders =
-      !LedgerQuery(connection, "select symbol From MyPortfolio", archived_run, 1).Empty();
-  const auto series = first("select symbol , SymbolInterval From MyPortfolio");
-  figures.ResSymbol = Text(series[0]);
-  figures.ResInterval = Text(series[1]);
+  const LedgerRecordset series =
+      LedgerQuery(connection, "select symbol , SymbolInterval From MyPortfolio", archived_run, 1);
+  figures.any_orders = !series.Empty();
+  if (figures.any_orders) {
+    figures.ResSymbol = Text(series.rows.front()[0]);
+    figures.ResInterval = Text(series.rows.front()[1]);
+  }
   const auto start =
       first("select actdate, acttime From MyPortfolio order by actdate asc, acttime asc ");
   figures.ResStartDate = Text(start[0]);

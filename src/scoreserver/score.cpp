@@ -151,12 +151,8 @@ double Money(std::string_view text) {
 }
 
 std::int32_t Date(std::string_view text, const std::string& what) {
-  constexpr std::size_t kDigits = 8;
-  const auto date = ExactNumber<std::int32_t>(text);
-  if (text.size() != kDigits || !date || !IsRealDate(*date)) {
-    throw BadScore("the " + what + " is not a date yyyymmdd");
-  }
-  return *date;
+  if (const auto date = DateFromDigits(text)) return *date;
+  throw BadScore("the " + what + " is not a date yyyymmdd");
 }
 
 }  // namespace

@@ -50,11 +50,11 @@ std::vector<Score> ScoreStore::Top(int count) {
       std::to_string(count));
   std::vector<Score> scores;
   while (select.Step()) {
-    scores.push_back({.name = ValueOr<std::string>(select.Value(0)),
-                      .money = ValueOr<double>(select.Value(1)),
-                      .symbol = ValueOr<std::string>(select.Value(2)),
-                      .start_date = static_cast<std::int32_t>(ValueOr<double>(select.Value(3))),
-                      .end_date = static_cast<std::int32_t>(ValueOr<double>(select.Value(4)))});
+    scores.push_back({.name = ValueAs<std::string>(select.Value(0)),
+                      .money = ValueAs<double>(select.Value(1)),
+                      .symbol = ValueAs<std::string>(select.Value(2)),
+                      .start_date = static_cast<std::int32_t>(ValueAs<double>(select.Value(3))),
+                      .end_date = static_cast<std::int32_t>(ValueAs<double>(select.Value(4)))});
   }
   return scores;
 }

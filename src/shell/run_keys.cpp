@@ -4,15 +4,6 @@
 
 namespace velumar {
 
-namespace {
-
-bool Steps(int code) {
-  return code == run_key::kLeft || code == run_key::kRight || code == run_key::kPageUp ||
-         code == run_key::kPageDown;
-}
-
-}  // namespace
-
 bool RunKeys::InRun() const { return desktop_.Untouched().form2.Visible(); }
 
 PictureButton* RunKeys::ButtonOf(const RunKeyPress& press) const {
@@ -41,7 +32,7 @@ bool RunKeys::Press(const RunKeyPress& press) {
   if (!IsRunKey(press) || !InRun()) return false;
   if (!trader_.AtRun()) return true;
   // A key held down repeats steps, no faster than the chart follows, but never orders.
-  if (press.repeated && (!Steps(press.code) || stepping_)) return true;
+  if (press.repeated && (!IsStepKey(press.code) || stepping_)) return true;
   if (press.code == run_key::kBoard) {
     open_board_();
     return true;
@@ -52,7 +43,7 @@ bool RunKeys::Press(const RunKeyPress& press) {
   }
   // Space neither pauses nor restarts a run that is being prepared.
   if (press.code == run_key::kSpace && session_.Preparing) return true;
-  const bool before = std::exchange(stepping_, stepping_ || Steps(press.code));
+  const bool before = std::exchange(stepping_, stepping_ || IsStepKey(press.code));
   ButtonOf(press)->UserClick();
   stepping_ = before;
   return true;

@@ -15,13 +15,15 @@ class TextFitTest : public ShownDesktop {
     const FittedText& fitted = widget.Fitted();
     const QRectF ink = QFontMetricsF(fitted.font).tightBoundingRect(fitted.shown);
     const QRect place = LogicalPlace(label);
-    EXPECT_FALSE(fitted.shortened);
+    // The lines that change with each bar are elided before they are too small to read at a glance.
+    const bool status = label.DesignLook().backdrop == Backdrop::kWhitePaper;
+    EXPECT_FALSE(fitted.shortened && !status);
     EXPECT_LE(ink.width(), place.width());
     if (fitted.shown.trimmed().isEmpty()) return;
     const double baseline = Baseline(label, fitted.font, fitted.shown);
     EXPECT_GE(baseline + ink.top(), place.top() - 0.5);
     EXPECT_LE(baseline + ink.bottom(), place.top() + place.height() + 0.5);
-    EXPECT_GE(fitted.font.pixelSize(), kSmallestPixelSize);
+    EXPECT_GE(fitted.font.pixelSize(), status ? 10 : kSmallestPixelSize);
     if (label.DesignLook().backdrop != Backdrop::kNone) return;
     const FormContext& context = View(label.Owner()).Context();
     const QColor background = label.Container() == nullptr ? context.BackgroundAt(widget.geometry())

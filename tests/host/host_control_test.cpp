@@ -1,12 +1,9 @@
-#include "host/host_control.h"
-
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <filesystem>
 
-#include "platform/virtual_platform.h"
-#include "support/recorded_run.h"
+#include "host/host_fixture.h"
 
 namespace velumar {
 namespace {
@@ -16,12 +13,9 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 // The chart program's side of a run of 141 bars that has just started.
-class HostControlTest : public testing::Test {
+class HostControlTest : public HostFixture {
  protected:
   HostControlTest() {
-    session.HostTitle = "MetaStock";
-    session.SimDir = "/data/Simulate\\";
-    session.Run.symbol = "ABC";
     session.RefreshDelay = 10000;
     session.BarDate.assign(200, 20070125);
     session.BarTime.assign(200, 0);
@@ -41,13 +35,6 @@ class HostControlTest : public testing::Test {
   }
   long Now() { return static_cast<long>(outside.events.Now().count()); }
 
-  SimSession session;
-  RecordedRun run;
-  VirtualPlatform outside;
-  RecordingChart& chart = outside.chart;
-  Platform platform = outside.References();
-  ChartRegistry registry{outside.registry, outside.boxes};
-  TraderFocus trader{outside.chart};
   HostControl host{session, run, run, platform, registry, trader};
 };
 

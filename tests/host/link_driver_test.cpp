@@ -2,9 +2,7 @@
 
 #include <set>
 
-#include "host/host_control.h"
-#include "platform/virtual_platform.h"
-#include "support/recorded_run.h"
+#include "host/host_fixture.h"
 
 namespace velumar {
 namespace {
@@ -84,12 +82,9 @@ class LinkedChart : public ChartLink {
   std::uint32_t next_process_ = 100;
 };
 
-class LinkDriverTest : public testing::Test {
+class LinkDriverTest : public HostFixture {
  protected:
   LinkDriverTest() {
-    session.HostTitle = "MetaStock";
-    session.SimDir = "/data/Simulate\\";
-    session.Run.symbol = "ABC";
     session.Run.interval = "5";
     session.BarIndex = -1;
     platform.chart_link = &link;
@@ -104,13 +99,6 @@ class LinkDriverTest : public testing::Test {
     host.RefreshCharts();
   }
 
-  SimSession session;
-  RecordedRun run;
-  VirtualPlatform outside;
-  RecordingChart& chart = outside.chart;
-  Platform platform = outside.References();
-  ChartRegistry registry{outside.registry, outside.boxes};
-  TraderFocus trader{outside.chart};
   LinkedChart link{outside};
   HostControl host{session, run, run, platform, registry, trader};
 };

@@ -68,18 +68,19 @@ TEST(SystemPrograms, StartsProgramsWithTheirArgumentsAndNoInput) {
   const ScratchFolder folder;
   fs::create_directory(folder / "my charts");
   MakeProgram(folder / "my charts/MSWIN.EXE",
-              "#!/bin/sh\nread line\necho \"$@\" \"<$line>\" > \"$(dirname \"$0\")/told\"\n",
+              "#!/bin/sh\nread line\necho \"$@\" \"<$line>\" > \"$(dirname \"$0\")/received\"\n",
               fs::perms::owner_all);
   SystemPrograms({"--state", "a b"}).Start(folder.Text() + "\\my charts\\MSWIN.EXE /l /e");
   EXPECT_TRUE(
-      Eventually([&] { return folder.Read("my charts/told") == "/l /e --state a b <>\n"; }));
+      Eventually([&] { return folder.Read("my charts/received") == "/l /e --state a b <>\n"; }));
 
-  MakeProgram(folder / "xdg-open", "#!/bin/sh\necho \"$1\" > \"$0.told\"\n", fs::perms::owner_all);
+  MakeProgram(folder / "xdg-open", "#!/bin/sh\necho \"$1\" > \"$0.received\"\n",
+              fs::perms::owner_all);
   const std::string before = std::getenv("PATH");
   ::setenv("PATH", ("/nowhere:" + folder.Text() + ":" + before).c_str(), 1);
   SystemPrograms().OpenInBrowser("https://example.org/?a=1&b=2");
-  EXPECT_TRUE(
-      Eventually([&] { return folder.Read("xdg-open.told") == "https://example.org/?a=1&b=2\n"; }));
+  EXPECT_TRUE(Eventually(
+      [&] { return folder.Read("xdg-open.received") == "https://example.org/?a=1&b=2\n"; }));
   ::setenv("PATH", "/nowhere", 1);
   EXPECT_THROW(SystemPrograms().OpenInBrowser("https://example.org"), std::runtime_error);
   ::setenv("PATH", before.c_str(), 1);

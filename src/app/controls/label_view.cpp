@@ -106,7 +106,8 @@ void LabelView::Update() {
     font.setPixelSize(CaptionPixels(model_.Owner(), model_.DesignLook(), context_.Look().faces));
   }
   const QSizeF room(width() - 2 * TextMargin(model_), height());
-  fitted_ = FitText(text, font, room);
+  const bool status = model_.DesignLook().backdrop == Backdrop::kWhitePaper;
+  fitted_ = status ? FitStatus(text, font, room) : FitText(text, font, room);
   if (fitted_.shortened) setToolTip(ToQt(model_.ToolTip()) + QLatin1Char('\n') + text);
 }
 

@@ -9,6 +9,7 @@ namespace velumar {
 
 namespace {
 
+constexpr int kSmallestStatusPixelSize = 10;
 constexpr double kNarrowest = 0.74;  // part of the width of the letters
 
 // The first installed one of these families, which are separated by commas.
@@ -40,6 +41,19 @@ bool Fits(const QString& text, const QFont& font, const QSizeF& room) {
   const QRectF ink = metrics.tightBoundingRect(text);
   return std::max(metrics.horizontalAdvance(text), ink.right()) <= room.width() &&
          ink.height() <= room.height();
+}
+
+// The largest font, down to that size, at which the text fits; elided if it fits at none.
+FittedText Shrunk(const QString& text, const QFont& font, const QSizeF& room, int smallest) {
+  FittedText fitted{font, text};
+  for (int size = font.pixelSize(); size >= smallest; --size) {
+    fitted.font.setPixelSize(size);
+    if (Fits(text, fitted.font, room)) return fitted;
+  }
+  fitted.font.setPixelSize(std::min(font.pixelSize(), smallest));
+  fitted.shown = QFontMetricsF(fitted.font).elidedText(text, Qt::ElideRight, room.width());
+  fitted.shortened = fitted.shown != text;
+  return fitted;
 }
 
 }  // namespace
@@ -75,19 +89,17 @@ QFont Typefaces::Plain(int pixels) const {
 }
 
 FittedText FitText(const QString& text, const QFont& font, const QSizeF& room) {
-  FittedText fitted{font, text};
-  for (int size = font.pixelSize(); size >= kSmallestPixelSize; --size) {
-    fitted.font.setPixelSize(size);
-    if (Fits(text, fitted.font, room)) return fitted;
-  }
-  fitted.font.setPixelSize(std::min(font.pixelSize(), kSmallestPixelSize));
+  FittedText fitted = Shrunk(text, font, room, kSmallestPixelSize);
+  if (!fitted.shortened) return fitted;
   for (const double part : {0.92, 0.83, kNarrowest}) {
     const QFont narrow = Narrowed(fitted.font, part);
     if (Fits(text, narrow, room)) return {narrow, text};
   }
-  fitted.shown = QFontMetricsF(fitted.font).elidedText(text, Qt::ElideRight, room.width());
-  fitted.shortened = fitted.shown != text;
   return fitted;
+}
+
+FittedText FitStatus(const QString& text, const QFont& font, const QSizeF& room) {
+  return Shrunk(text, font, room, kSmallestStatusPixelSize);
 }
 
 QFont FitLine(const QFont& font, int height) {

@@ -32,8 +32,11 @@ struct FittedText {
 };
 
 // Shrinks the font until the ink of the text fits into `room`, then narrows its letters. If the
-// font would become too small to read, the middle of the text is elided.
+// font would become too small to read, the end of the text is elided.
 FittedText FitText(const QString& text, const QFont& font, const QSizeF& room);
+// The same for a text that changes with each bar and must be read at a glance: the font stays
+// larger, and more of the text is elided.
+FittedText FitStatus(const QString& text, const QFont& font, const QSizeF& room);
 
 // The font at the largest pixel size, at most its own, at which a line is no higher than `height`.
 QFont FitLine(const QFont& font, int height);

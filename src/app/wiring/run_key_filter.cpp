@@ -41,7 +41,7 @@ RunKeyFilter::RunKeyFilter(RunKeys& keys) : keys_(keys) {
 
 void RunKeyFilter::PressFromChart(const RunKeyPress& press) {
   if (QGuiApplication::modalWindow() != nullptr || TraderElsewhere()) return;
-  if (press.repeated) return Repeat(press);
+  if (press.repeated && IsStepKey(press.code)) return Repeat(press);
   keys_.PressFromChart(press);
 }
 
@@ -55,7 +55,7 @@ void RunKeyFilter::Repeat(const RunKeyPress& press) {
 // Waiting events, such as the release of the key, come before the timer's next step.
 void RunKeyFilter::StepAgain() {
   if (held_.hasExpired() || TraderElsewhere()) return;
-  keys_.Press(repeated_);
+  keys_.PressFromChart(repeated_);
   if (!repeat_.isActive()) repeat_.start(0);
 }
 
@@ -144,7 +144,8 @@ bool RunKeyFilter::TakesPress(const QKeyEvent& key) {
   QWidget* const focus = QApplication::focusWidget();
   if (!IsRunKey(press) && !key.text().isEmpty() && TakesText(focus)) typed_list_ = focus;
   if (focus != nullptr && (IsTypedInto(focus) || OwnKey(focus, key))) return false;
-  if (!press.repeated || !IsRunKey(press) || !keys_.InRun()) return keys_.Press(press);
+  const bool repeats = press.repeated && IsStepKey(press.code) && IsRunKey(press);
+  if (!repeats || !keys_.InRun()) return keys_.Press(press);
   Repeat(press);
   return true;
 }

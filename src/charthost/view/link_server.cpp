@@ -22,13 +22,20 @@ std::uint32_t OwnProcess() {
 LinkServer::LinkServer(MainWindow& window)
     : window_(window),
       listener_(ListenForRequests(ChartLinkListener(OwnProcess()),
-                                  [this](std::string_view text) { return Accepts(text); })) {}
+                                  [this](std::string_view text) { return Accepts(text); })) {
+  QObject::connect(&window, &MainWindow::Closing, &lifetime_, [this] {
+    if (quitting_) return;
+    SendIpcMessage(kRunKeyListener, {.first = kMessageChartClosed, .second = OwnProcess()});
+  });
+}
 
 bool LinkServer::Accepts(std::string_view text) {
   const std::optional<ChartRequest> request = ReadChartRequest(text);
   if (!request) return false;
   const std::string folder = FromQt(CleanFolder(ToQt(request->folder)));
   switch (request->command) {
+    case ChartRequest::Command::kNone:
+      return false;
     case ChartRequest::Command::kHello:
       return true;
     case ChartRequest::Command::kCloseAll:
@@ -43,7 +50,7 @@ bool LinkServer::Accepts(std::string_view text) {
       window_.FollowTheme(request->dark);
       return true;
     case ChartRequest::Command::kQuit:
-      window_.blockSignals(true);                        // it is not the user who closes it
+      quitting_ = true;
       QTimer::singleShot(0, &window_, &QWidget::close);  // after the answer
       return true;
     case ChartRequest::Command::kOpen:

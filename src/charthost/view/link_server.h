@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <memory>
 #include <string_view>
 
@@ -9,8 +10,8 @@ namespace velumar {
 
 class MainWindow;
 
-// Does what Velumar asks for over the direct link. Requests run one after the other, from within
-// the event loop.
+// Does what Velumar asks for over the direct link, and reports when the user closes the window.
+// Requests run one after the other, from within the event loop.
 class LinkServer {
  public:
   // The window must outlive the object. Without the system's permission to listen, only keys work.
@@ -21,6 +22,8 @@ class LinkServer {
   bool Accepts(std::string_view text);
 
   MainWindow& window_;
+  QObject lifetime_;       // of the connection to the window
+  bool quitting_ = false;  // Velumar closes the window, not the user
   std::unique_ptr<MessageListener> listener_;
 };
 

@@ -1,7 +1,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QUrl>
-#include <cstdint>
 #include <iostream>
 
 #include "charthost/series_source.h"
@@ -85,11 +84,5 @@ int main(int argc, char** argv) {
     window.show();
   }
   const velumar::LinkServer link(window);
-  QObject::connect(&window, &velumar::MainWindow::Closing, [] {
-    velumar::SendIpcMessage(
-        velumar::kRunKeyListener,
-        {.first = velumar::kMessageChartClosed,
-         .second = static_cast<std::uint32_t>(QCoreApplication::applicationPid())});
-  });
   return QApplication::exec();
 }

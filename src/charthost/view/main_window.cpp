@@ -48,11 +48,8 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
 }
 
 void MainWindow::BuildCentre() {
-  hint_ = new QLabel(
-      tr("<p style='font-size:x-large'>No chart is open</p><p>Open one: press <b>Alt+F</b>, then "
-         "<b>O</b>.<br>Type or browse to a folder with market data, choose a security and press "
-         "Enter.</p>"),
-      this);
+  hint_ = new QLabel(this);
+  ShowHint();
   hint_->setAlignment(Qt::AlignCenter);
   hint_->setWordWrap(true);
   hint_->setMargin(24);
@@ -222,6 +219,7 @@ void MainWindow::AddChart(const SeriesRequest& request) {
     tabs_->setCurrentIndex(tabs_->addTab(pane, pane->Title()));
   }
   pane->setFocus();
+  ShowHint();
   Changed("opened");
 }
 
@@ -270,6 +268,13 @@ void MainWindow::ApplyTheme() {
   velumar::ApplyTheme(!follows         ? options_.theme
                       : *velumar_dark_ ? ChartTheme::kDark
                                        : ChartTheme::kLight);
+}
+
+void MainWindow::ShowHint() {
+  hint_->setText(
+      tr("<p style='font-size:x-large'>No chart is open</p><p>Open one: press <b>Alt+F</b>, then "
+         "<b>O</b>.<br>Type or browse to a folder with market data, choose a security and press "
+         "Enter.</p>"));
 }
 
 void MainWindow::ShowOpening(const QString& symbol) {

@@ -92,6 +92,7 @@ class MainWindow : public QMainWindow {
   void ChartActivated();
   void SetOptions(const ChartOptions& options);
   void ShowOptions();
+  void ShowHint();
   void ApplyTheme();
   void ApplyColours();
   void StyleTabs();
