@@ -178,10 +178,13 @@ void LinkDriver::ShowPositions() {
       kShortPatience);
 }
 
-// Orders at bars that the replay has stepped back over are not shown.
+// Orders at bars that the replay has stepped back over are not shown, nor the oldest of very many.
 ChartPositions LinkDriver::Positions() {
+  constexpr std::ptrdiff_t kMostOrders = 2000;
   ChartPositions positions;
-  std::copy_if(session_.Orders.begin(), session_.Orders.end(), std::back_inserter(positions.orders),
+  const std::vector<OrderMark>& all = session_.Orders;
+  const auto first = all.end() - std::min(std::ssize(all), kMostOrders);
+  std::copy_if(first, all.end(), std::back_inserter(positions.orders),
                [this](const OrderMark& order) { return order.bar <= session_.BarIndex; });
   const auto add = [&](const Side& side, float profit) {
     const float held = session_.*side.Accum;

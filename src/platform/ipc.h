@@ -48,7 +48,8 @@ enum class IpcAnswer : std::uint8_t { kAccepted, kRefused, kNone, kNobodyListens
 inline constexpr std::size_t kLongestIpcRequest = std::size_t{1} << 20;  // bytes
 
 // Sends the text to the program that listens under that name and waits until it is answered, at
-// most for that time. No events run in between. Texts above kLongestIpcRequest are not sent.
+// most for that time. No events run in between. Texts above kLongestIpcRequest
+// are refused without being sent.
 IpcAnswer SendIpcRequest(std::string_view name, std::string_view text,
                          std::chrono::milliseconds patience);
 

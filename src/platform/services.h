@@ -21,9 +21,8 @@ class MessageBoxes {
   // Shows a box with a button for each answer and returns the index of the clicked one. Closing the
   // box counts as the last answer, which must be harmless.
   virtual std::size_t Ask(std::string_view text, const std::vector<std::string>& answers) = 0;
-  // Asks for a day, with `present` entered; one before `first` or after `last` counts as that. Days
-  // are yyyymmdd. Returns
-  // nothing on cancel.
+  // Asks for a day, with `present` entered; one before `first` or after `last` counts as that.
+  // Days are yyyymmdd. Returns nothing on cancel.
   virtual std::optional<std::int32_t> AskDate(std::string_view text, std::int32_t first,
                                               std::int32_t last, std::int32_t present) = 0;
 };

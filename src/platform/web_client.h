@@ -30,7 +30,7 @@ class WebClient {
                           const std::function<bool()>& wanted) = 0;
 };
 
-// Uses libcurl on the program's one thread. An answer may have up to a megabyte, and headers of
+// Uses libcurl on the program's one thread. Answers are limited to 1 MB, headers to
 // 64 KB.
 std::unique_ptr<WebClient> SystemWebClient(
     EventLoop& events, std::chrono::milliseconds time_out = std::chrono::seconds{60});

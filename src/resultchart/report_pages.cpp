@@ -3,7 +3,6 @@
 #include <QPagedPaintDevice>
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <stdexcept>
 
 #include "charts/qt_text.h"

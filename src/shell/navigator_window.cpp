@@ -94,7 +94,7 @@ void NavigatorWindow::ChartCountTyped() {
 }
 
 // A feed goes on without its windows, and so does an open position.
-void NavigatorWindow::AskWhetherToGoOn() {
+void NavigatorWindow::AskWhetherToContinue() {
   if (!run_.Feeding() || (session_.LAccum <= 0 && session_.SAccum <= 0)) return;
   const std::size_t answer =
       platform_.boxes.Ask("A position is open. Keep the run going in the background, or end it?",
@@ -106,7 +106,7 @@ void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
   if (closing_) return;
   closing_ = true;
-  AskWhetherToGoOn();
+  AskWhetherToContinue();
   platform_.settings.Save("NavTop", PlaceText(form.RestTop()));
   platform_.settings.Save("NavLeft", PlaceText(form.Left()));
   IgnoringErrors([&] { SlideOut(form, platform_); });

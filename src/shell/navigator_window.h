@@ -21,10 +21,11 @@ class NavigatorWindow {
   void Place();
   // Refuses a number of charts that doesn't fit any screen; the box then keeps the last one.
   void ChartCountTyped();
-  // Brings the setup window back and unlocks all of it, however the run ended. Does not pause the
-  // feed: the next run can be entered while this one goes on.
-  void AskWhetherToGoOn();
+  // Brings the setup window back and unlocks all of it, however the run ended. The feed continues,
+  // so that the next run can be entered at the same time; with an open position a box asks about
+  // that.
   void CloseAndReturn();
+  void AskWhetherToContinue();
   Form2& Window() { return desktop_.form2(); }
 
   SimSession& session_;

@@ -75,9 +75,10 @@ SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, P
     catalogue_.SymbolChosen();
     KeepDateInSeries();
   });
-  form.Combo1.on_key_up = guarded("Choosing the security", [this](int) {
+  form.Combo1.on_key_up = guarded("Choosing the security", [this](int key) {
     catalogue_.SymbolTyped();
-    KeepDateInSeries();
+    // What is typed so far may be another symbol.
+    if (key == kEnterKey) KeepDateInSeries();
   });
   for (PictureButton* button : {&form.Image3, &form.Image5}) {
     button->on_press = [button] { Shift(*button, kTwipsPerPixel); };
@@ -244,7 +245,7 @@ bool SetupWindow::SlideToRun() {
   return true;
 }
 
-// A date outside the series would start at its 250th bar or at its end.
+// A date outside the series would start the run at bar 250 or at the last bar.
 void SetupWindow::KeepDateInSeries() {
   if (keeps_date_) return;
   const std::vector<std::int32_t> days = StartDays();

@@ -47,6 +47,7 @@ void TradePanel::BindPanel() {
   form.Combo2.on_double_click = guarded("Changing the delay", [this] { DelayChanged(true); });
   form.Combo2.on_key_up =
       guarded("Changing the delay", [this](int key) { DelayChanged(key == kEnterKey); });
+  form.Combo2.on_leave = guarded("Changing the delay", [this] { DelayChanged(true); });
   form.chkShowBigform.on_click = guarded(kShowingBigNumbers, [this] { BigNumbersToggled(); });
   form.imgLong.on_click = guarded("The order Long", [this] { orders_.Long(); });
   form.ImgShort.on_click = guarded("The order Short", [this] { orders_.Short(); });

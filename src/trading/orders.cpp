@@ -235,8 +235,8 @@ OrderResult OrderDesk::DropPosition(const Side& side, std::string_view position,
   }
   session_.*side.Accum = 0;
   session_.*side.AvgPrice = 0;
-  Mark(side, false);
   ShowStatus(session_, view_, platform_.locale);
+  Mark(side, false);
   return Refuse(TooMuchText(figures.quantity_single, before.*side.Accum), OrderResult::kTooMuch);
 }
 

@@ -134,7 +134,7 @@ TEST_F(RunKeyFilterTest, StepsOfAHeldKeyEndWithIt) {
   for (const bool released : {true, false}) {
     filter.PressFromChart({.code = run_key::kRight, .repeated = true});
     if (released) filter.ReleaseFromChart();
-    QTest::qWait(600);
+    QTest::qWait(900);
     const std::size_t later = clicks.size();
     EXPECT_EQ(later > at_release, !released) << "steps from the chart";
     QTest::qWait(50);

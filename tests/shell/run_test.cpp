@@ -73,6 +73,24 @@ TEST_F(RunTest, ClicksDuringASlideAreIgnoredOrMeantForTheNextRun) {
   EXPECT_EQ(ChartsOpened(), 1) << "no run has begun";
 }
 
+// Only a feed with an open position is asked about. Closing the box lets it continue.
+TEST_F(RunTest, CloseAndReturnAsksWhatBecomesOfAnOpenPosition) {
+  std::vector<std::string>& boxes = all->outside.boxes.shown;
+  for (const bool held : {false, true}) {
+    for (const std::size_t answer : {1U, 0U}) {
+      InPauseOf(61, [&] {
+        boxes.clear();
+        all->outside.boxes.answers = {answer};
+        if (held) all->Panel().imgLong.UserClick();
+        all->Navigator().Image5.UserClick();
+        EXPECT_EQ(boxes.size(), held ? 1U : 0U);
+      });
+      StartAt(60);
+      EXPECT_EQ(all->session.BarIndex < 199, held && answer == 0) << "ended or continued";
+    }
+  }
+}
+
 TEST_F(RunTest, AnOrderInAPauseFillsAtItsBarAndIsSaved) {
   InPauseOf(61, [this] {
     all->Panel().txtContractVol.UserType("2");

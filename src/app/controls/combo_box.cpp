@@ -289,6 +289,8 @@ bool ComboBoxView::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::MouseButtonRelease && !model_.Typable()) showPopup();
   if (event->type() == QEvent::MouseButtonDblClick && !offered) {
     Pass(&ComboBox::UserDoubleClick);
+  } else if (event->type() == QEvent::FocusOut && !offered) {
+    Pass(&ComboBox::UserLeave);
   } else if (event->type() == QEvent::KeyRelease) {
     // The line has the focus and doesn't pass the event on.
     keyReleaseEvent(static_cast<QKeyEvent*>(event));

@@ -53,9 +53,9 @@ void Try(BackEnds& ends, const std::string& failure, const std::function<void()>
   }
 }
 
-// Keys drive the chart program if the option or the setting says so.
+// The option has priority over the setting.
 bool UsesLink(const Options& options, const SettingsStore& settings) {
-  return !options.chart_keys && settings.Read("ChartLink") != "keys";
+  return !options.chart_keys.value_or(settings.Read("ChartLink") == "keys");
 }
 
 void ShowProblems(MessageBoxes& boxes, const std::vector<std::string>& problems) {
@@ -160,20 +160,25 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
   programs.BeforeEnd([&program] { program.QuitChartProgram(); });
   RunKeyFilter run_keys(program.Keys());
   const auto keys_from_chart =
-      ListenForMessages(kRunKeyListener, [&program, &run_keys](const IpcMessage& mail) {
-        if (mail.first == 0) return run_keys.ClickFromChart();
-        if (mail.first == kMessageChartClosed) return program.ChartClosedByTrader(mail.second);
-        if ((mail.second & kMessageReleased) != 0) return run_keys.ReleaseFromChart();
-        run_keys.PressFromChart({.code = static_cast<int>(mail.first),
-                                 .shift = (mail.second & kMessageShift) != 0,
-                                 .repeated = (mail.second & kMessageRepeated) != 0});
+      ListenForMessages(kRunKeyListener, [&program, &run_keys](const IpcMessage& message) {
+        if (message.first == 0) return run_keys.ClickFromChart();
+        if (message.first == kMessageChartClosed)
+          return program.ChartClosedByTrader(message.second);
+        if ((message.second & kMessageReleased) != 0) return run_keys.ReleaseFromChart();
+        run_keys.PressFromChart({.code = static_cast<int>(message.first),
+                                 .shift = (message.second & kMessageShift) != 0,
+                                 .repeated = (message.second & kMessageRepeated) != 0});
       });
   instance.Listen([&] {
     program.ShowAgain();
     view.Raise();
     ends.chart_windows->BringToFront("Velumar");
   });
-  AutoPlay auto_play({options.screenshot_dir, options.play}, desktop, view, session, program, Fail);
+  const FailRun fail = [&program](const std::string& why) {
+    program.QuitChartProgram();
+    Fail(why);
+  };
+  AutoPlay auto_play({options.screenshot_dir, options.play}, desktop, view, session, program, fail);
   const auto termination = WatchForTermination([&] {
     // Closing the setup window saves the settings.
     const Form1& setup = desktop.Untouched().form1;

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,7 @@ struct Options {
   // A run without a user: the number of bars (0: none), and the folder for pictures of the windows.
   int play = 0;
   QString screenshot_dir;
-  bool chart_keys = false;                   // never use the direct link to the chart program
+  std::optional<bool> chart_keys;  // drive any chart program by keys; unset: as the settings say
   std::vector<std::string> chart_arguments;  // added to the command line of the chart program
 
   bool PlaysAlone() const { return play > 0; }

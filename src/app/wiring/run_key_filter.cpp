@@ -46,7 +46,7 @@ void RunKeyFilter::PressFromChart(const RunKeyPress& press) {
 }
 
 void RunKeyFilter::Repeat(const RunKeyPress& press) {
-  constexpr int kLongestRepeat = 300;  // ms between two repeats of the slowest keyboards
+  constexpr int kLongestRepeat = 600;  // ms; the slowest keyboards repeat twice a second
   repeated_ = press;
   held_.setRemainingTime(kLongestRepeat);
   if (!repeat_.isActive()) repeat_.start(0);
@@ -54,7 +54,8 @@ void RunKeyFilter::Repeat(const RunKeyPress& press) {
 
 // Waiting events, such as the release of the key, come before the timer's next step.
 void RunKeyFilter::StepAgain() {
-  if (held_.hasExpired() || TraderElsewhere()) return;
+  const bool boxed = QGuiApplication::modalWindow() != nullptr;
+  if (held_.hasExpired() || boxed || TraderElsewhere()) return;
   keys_.PressFromChart(repeated_);
   if (!repeat_.isActive()) repeat_.start(0);
 }

@@ -152,10 +152,10 @@ std::unique_ptr<MessageListener> ListenForMessages(std::string_view name,
 
 IpcAnswer SendIpcRequest(std::string_view name, std::string_view text,
                          std::chrono::milliseconds patience) {
+  if (text.size() > kLongestIpcRequest) return IpcAnswer::kRefused;
   QLocalSocket socket;
   socket.connectToServer(SocketOf(name));
   if (!socket.waitForConnected(kPatience.count())) return IpcAnswer::kNobodyListens;
-  if (text.size() > kLongestIpcRequest) return IpcAnswer::kNone;
   WriteNumbers(socket, static_cast<std::uint32_t>(text.size()));
   socket.write(text.data(), static_cast<qint64>(text.size()));
   const auto accepted = ReadNumbers<std::uint32_t>(socket, patience);

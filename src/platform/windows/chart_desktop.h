@@ -8,7 +8,8 @@ namespace velumar {
 
 // The windows of the Windows desktop. BringToFront and GiveFocus wait up to half a second until the
 // window has the focus; BringToFront restores it if it is minimised. FileDialogExists brings the
-// dialog to the front.
+// dialog to the front. FocusedWindow raises our windows if another program's window has got the
+// focus since the last call.
 std::unique_ptr<ChartWindows> MakeWindowsChartWindows();
 
 // Types into the window in front if it is the chart program's main window or its file dialog. This

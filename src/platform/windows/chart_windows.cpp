@@ -23,10 +23,10 @@ constexpr UINT kWherever = SWP_NOMOVE | SWP_NOSIZE;
 HWND Native(WindowId window) { return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window)); }
 
 // Some desktops draw the window that gets the focus above those that stay on top. This raises ours
-// again, the lowest first to keep their order. The window must have processed the focus before: it
-// answers a message only then.
-void RaiseOwnOnTop(HWND focused) {
-  Answers(focused, kActivationTimeout);
+// again, the lowest first to keep their order. The window should have processed the focus before:
+// it answers a message only then.
+void RaiseOwnOnTop(HWND focused, std::chrono::milliseconds patience) {
+  Answers(focused, patience);
   std::vector<HWND> windows = VisibleTopLevelWindows();
   std::erase_if(windows, [](HWND window) {
     return (::GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) == 0 ||
@@ -91,7 +91,8 @@ class WindowsChartWindows : public ChartWindows {
     const HWND target = ::IsWindowEnabled(*window) != 0 ? *window : ::GetLastActivePopup(*window);
     if (!IsInFront(target)) TakeFocus(target);
     WaitUntil(kActivationTimeout, [&] { return IsInFront(target) && ::IsIconic(*window) == 0; });
-    RaiseOwnOnTop(target);
+    RaiseOwnOnTop(target, kActivationTimeout);
+    focused_ = target;
     return true;
   }
 
@@ -102,8 +103,11 @@ class WindowsChartWindows : public ChartWindows {
 
   // Asked often, so this also notices when the trader has clicked another window.
   WindowId FocusedWindow() override {
+    constexpr std::chrono::milliseconds kNoTime{50};
     const HWND focused = ::GetForegroundWindow();
-    if (std::exchange(focused_, focused) != focused && focused != nullptr) RaiseOwnOnTop(focused);
+    const bool others = std::exchange(focused_, focused) != focused && focused != nullptr &&
+                        velumar::ProcessOf(focused) != ::GetCurrentProcessId();
+    if (others) RaiseOwnOnTop(focused, kNoTime);
     return reinterpret_cast<std::uintptr_t>(focused);
   }
 
@@ -117,7 +121,8 @@ class WindowsChartWindows : public ChartWindows {
     if (::IsWindowVisible(target) == 0 || ::IsIconic(target) != 0) return false;
     if (!IsInFront(target)) TakeFocus(target);
     WaitUntil(kActivationTimeout, [target] { return IsInFront(target); });
-    RaiseOwnOnTop(target);
+    RaiseOwnOnTop(target, kActivationTimeout);
+    focused_ = target;
     return true;
   }
 

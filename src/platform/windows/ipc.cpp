@@ -101,9 +101,9 @@ std::unique_ptr<MessageListener> ListenForMessages(std::string_view name,
 
 IpcAnswer SendIpcRequest(std::string_view name, std::string_view text,
                          std::chrono::milliseconds patience) {
+  if (text.size() > kLongestIpcRequest) return IpcAnswer::kRefused;
   const HWND window = ListenerWindow(name);
   if (window == nullptr) return IpcAnswer::kNobodyListens;
-  if (text.size() > kLongestIpcRequest) return IpcAnswer::kNone;
   std::string bytes(text);
   COPYDATASTRUCT request{kRequestMark, static_cast<DWORD>(bytes.size()), bytes.data()};
   DWORD_PTR result = 0;

@@ -51,7 +51,7 @@ long SystemRegistry::ReadText(std::string_view key, std::string_view name, std::
   std::wstring wide;
   LSTATUS code = ERROR_MORE_DATA;
   while (code == ERROR_MORE_DATA) {
-    wide.resize(bytes / sizeof(wchar_t));
+    wide.resize(bytes / sizeof(wchar_t) + 1);
     code = ::RegGetValueW(HKEY_CURRENT_USER, WideText(key).c_str(), WideText(name).c_str(), kTexts,
                           nullptr, wide.data(), &bytes);
   }
