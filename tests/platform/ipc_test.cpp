@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "platform/eventually.h"
+#include "support/matchers.h"
 #include "support/scratch_folder.h"
 
 namespace velumar {
@@ -14,8 +15,6 @@ namespace velumar {
 void ProcessEvents();  // of a program without windows, in qt_loop.cpp
 
 namespace {
-
-using testing::ElementsAre;
 
 struct Ipc : testing::Test {
   Ipc() {

