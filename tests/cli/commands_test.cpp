@@ -173,8 +173,9 @@ TEST(Import, StoresIntradayBarsWithDatesAsItIsTold) {
                              "02.01.2020;0:00;1;2;0.5;1.5\n02.01.2020;9:15;1;2;0.5;1.5\n");
   const auto answer = box.Run({"import", file, box.At("data"), "--date-format", "%d.%m.%Y"});
   EXPECT_EQ(answer.out + answer.err, "TEST 15: 2 bars, 20200102 to 20200102\n");
-  EXPECT_THAT(box.Run({"dump", box.At("data"), "TEST", "15"}).Lines(),
-              ElementsAre(testing::_, "20200102,000000,1,2,0.5,1.5,0,0", StartsWith("20200102,091500,")));
+  EXPECT_THAT(
+      box.Run({"dump", box.At("data"), "TEST", "15"}).Lines(),
+      ElementsAre(testing::_, "20200102,000000,1,2,0.5,1.5,0,0", StartsWith("20200102,091500,")));
 }
 
 TEST(Import, ReplacesASecurityAndKeepsItsName) {

@@ -31,8 +31,8 @@ TEST_F(ChartRegistryTest, TheNewerInstallationWinsAndFailuresShowTheirReason) {
   EXPECT_FALSE(chart.SaveDataFolder("/data"));
   EXPECT_EQ(chart.ProgramFolder(), "Error");
   const std::string key = "Bad Key Name: \n\nHKEY_CURRENT_USER\\Software\\Equis\\";
-  EXPECT_THAT(outside.boxes.shown, ElementsAre(key + "MetaStock Pro 8.0\\DataPath",
-                                               key + "Common\\8.0\\File Paths"));
+  EXPECT_THAT(outside.boxes.shown,
+              ElementsAre(key + "MetaStock Pro 8.0\\DataPath", key + "Common\\8.0\\File Paths"));
   Install("8.0");
   EXPECT_EQ(chart.ProgramFolder(), "/chart/8.0");
   Install("9.0");

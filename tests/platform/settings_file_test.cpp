@@ -83,7 +83,6 @@ TEST(SettingsFile, ReadsWhatTheUserEdits) {
   const FileSettings edited(folder / "edited");
   EXPECT_EQ(edited.ReadFrom("Score", "Address"), "http://scores:8080");
   EXPECT_EQ(edited.ReadFrom("Score", "List"), "a, b");
-
 }
 
 TEST(SettingsFile, ImportsTheSoundLinesOfAnEarlierVersion) {
