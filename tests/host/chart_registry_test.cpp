@@ -14,7 +14,7 @@ struct ChartRegistryTest : testing::Test {
     outside.registry.ReadText("Software\\Equis\\" + key, name, text);
     return text;
   }
-  void Install(const std::string& version) {
+  void Install(const std::string& version, bool with_folder = true) {
     outside.registry.CreateKey(RegistryRoot::kLocalMachine,
                                "SOFTWARE\\Equis International\\MetaStock Professional\\" + version);
     const std::string paths = "Common\\" + version + "\\File Paths";
@@ -22,6 +22,7 @@ struct ChartRegistryTest : testing::Test {
     for (const std::string& key : {paths, program + "\\DataPath", program + "\\OpenFileData"}) {
       outside.registry.CreateKey(RegistryRoot::kCurrentUser, "Software\\Equis\\" + key);
     }
+    if (!with_folder) return;
     outside.registry.WriteText("Software\\Equis\\" + paths, "ProgramPath", "/chart/" + version);
   }
 };
@@ -29,6 +30,7 @@ struct ChartRegistryTest : testing::Test {
 TEST_F(ChartRegistryTest, TheNewerInstallationWinsAndFailuresShowTheirReason) {
   EXPECT_EQ(chart.Version(), "8");
   EXPECT_FALSE(chart.SaveDataFolder("/data"));
+  Install("8.0", false);
   EXPECT_EQ(chart.ProgramFolder(), "Error");
   const std::string key = "Bad Key Name: \n\nHKEY_CURRENT_USER\\Software\\Equis\\";
   EXPECT_THAT(outside.boxes.shown,
