@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace velumar {
+
+// In which order the numbers of a date like 03/04/2020 stand.
+enum class DateOrder : std::uint8_t { kDayMonthYear, kMonthDayYear, kYearMonthDay };
+
+// Which price counts as the close if a file has both: the close itself, or the adjusted one (open,
+// high and low are then multiplied by the same factor).
+enum class Prices : std::uint8_t { kAsTraded, kAdjusted };
+
+// What happens to a series that is longer than a run can play.
+enum class TooLong : std::uint8_t { kAsk, kKeepLast, kSplitByYear };
+
+// The moment that a file writes next to a bar.
+enum class BarLabel : std::uint8_t { kStart, kEnd };
+
+// What the user has decided. Whatever is missing is taken from the file and its name; what the file
+// leaves open becomes a question.
+struct ImportOptions {
+  std::optional<std::string> symbol;       // any case; for a file with one series
+  std::optional<std::string> name;         // default: that of the stored security, or the symbol
+  std::optional<int> interval;             // kDaily or minutes; finer bars are aggregated
+  std::optional<std::string> date_format;  // a pattern such as "%d.%m.%Y"
+  std::optional<DateOrder> date_order;
+  std::optional<Prices> prices;
+  std::optional<BarLabel> label;     // default: kStart
+  int scale = 1;                     // prices are multiplied by it: a power of ten
+  std::optional<std::int32_t> from;  // yyyymmdd, the first and the last day to import
+  std::optional<std::int32_t> to;
+  std::optional<std::string> from_zone;  // time zones as in the tz database: "Europe/Berlin"
+  std::optional<std::string> to_zone;
+  bool utc = false;  // convert times with an offset or suffix to UTC
+  TooLong too_long = TooLong::kAsk;
+  bool replace = false;  // start over instead of adding to the stored series
+};
+
+}  // namespace velumar
