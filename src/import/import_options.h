@@ -19,6 +19,10 @@ enum class TooLong : std::uint8_t { kAsk, kKeepLast, kSplitByYear };
 // The moment that a file writes next to a bar.
 enum class BarLabel : std::uint8_t { kStart, kEnd };
 
+// What the market data directory remembers of an imported file, so that an update can read it
+// again: nothing, the file, or the file and that new files of its folder belong to the directory.
+enum class Remember : std::uint8_t { kNothing, kFile, kFolder };
+
 // What the user has decided. Whatever is missing is taken from the file and its name; what the file
 // leaves open becomes a question.
 struct ImportOptions {
@@ -32,11 +36,17 @@ struct ImportOptions {
   int scale = 1;                     // prices are multiplied by it: a power of ten
   std::optional<std::int32_t> from;  // yyyymmdd, the first and the last day to import
   std::optional<std::int32_t> to;
-  std::optional<std::string> from_zone;  // time zones as in the tz database: "Europe/Berlin"
+  // Time zones as in the tz database: "Europe/Berlin". Times are kept as written unless one of
+  // these is set. Without from_zone each line must state its offset; without to_zone times become
+  // UTC.
+  std::optional<std::string> from_zone;
   std::optional<std::string> to_zone;
   bool utc = false;  // convert times with an offset or suffix to UTC
   TooLong too_long = TooLong::kAsk;
   bool replace = false;  // start over instead of adding to the stored series
+  Remember remember = Remember::kFile;
+
+  bool operator==(const ImportOptions&) const = default;
 };
 
 }  // namespace velumar
