@@ -1,4 +1,4 @@
-#include "csv/csv_export.h"
+#include "import/csv_export.h"
 
 #include <array>
 #include <charconv>
