@@ -182,6 +182,8 @@ class CommandLine {
                {"mdy", DateOrder::kMonthDayYear},
                {"ymd", DateOrder::kYearMonthDay}},
               "the order of day, month and year");
+    AddChoice(command, "--decimal", options.decimal_comma, {{"comma", true}, {"point", false}},
+              "the sign before the decimals (default: recognised)");
     AddChoice(command, "--label", options.label,
               {{"start", BarLabel::kStart}, {"end", BarLabel::kEnd}},
               "whether the times are the start (default) or the end of the bars");

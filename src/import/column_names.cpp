@@ -74,9 +74,28 @@ const std::vector<Names>& AllNames() {
        {"ADJCLOSE", "ADJUSTEDCLOSE", "CLOSEADJ", "CLOSEADJUSTED", "ADJUSTEDCLOSINGPRICE",
         "ADJCLOSEPRICE", "ADJUSTED", "ADJ"}},
       {PriceField::kVolume,
-       {"VOLUME", "VOL", "STUECKE", "STüCKE", "TOTTRDQTY", "TRADEDQTY", "QTY", "QUANTITY",
-        "SHARESTRADED", "NOOFSHARES", "TOTALVOLUME", "TOTALTRADEQUANTITY", "TRADEDVOLUME", "V",
-        "PXVOLUME", "REALVOLUME", "VOLUMEN", "VOLUMENE", "VOLUMES"}},
+       {"VOLUME",
+        "VOL",
+        "STUECKE",
+        "STüCKE",
+        "STUECK",
+        "STüCK",
+        "NUMBEROFSHARES",
+        "TOTTRDQTY",
+        "TRADEDQTY",
+        "QTY",
+        "QUANTITY",
+        "SHARESTRADED",
+        "NOOFSHARES",
+        "TOTALVOLUME",
+        "TOTALTRADEQUANTITY",
+        "TRADEDVOLUME",
+        "V",
+        "PXVOLUME",
+        "REALVOLUME",
+        "VOLUMEN",
+        "VOLUMENE",
+        "VOLUMES"}},
       {PriceField::kTickVolume, {"TICKVOL", "TICKVOLUME", "TICKQTY", "TICKS"}},
       {PriceField::kUpVolume, {"UP", "UPVOLUME", "UPVOL", "UPTICKS"}},
       {PriceField::kDownVolume, {"DOWN", "DOWNVOLUME", "DOWNVOL", "DOWNTICKS"}},
@@ -137,12 +156,14 @@ std::vector<NamedColumn> ColumnsWithCommonPart(const std::vector<std::string>& n
 
 std::string PlainName(std::string_view title) {
   std::string name;
+  std::string bracketed;
   int brackets = 0;
   for (const char c : UpperCased(title)) {
     if (c == '(' || c == '[') ++brackets;
-    if (brackets == 0 && IsWordByte(c)) name += c;
+    if (IsWordByte(c)) (brackets > 0 ? bracketed : name) += c;
     if ((c == ')' || c == ']') && brackets > 0) --brackets;
   }
+  if (name.empty()) name = bracketed;
   // "1. open"
   const std::size_t digits = name.find_first_not_of("0123456789");
   return digits == std::string::npos ? name : name.substr(digits);

@@ -152,8 +152,8 @@ std::string FileBytes::OnlyEntryOfZip() {
   }
   if (result != ARCHIVE_EOF) RefuseUnpacking(unpacker.get());
   if (names.size() == 1) return names.front();
-  throw ImportError(names.empty() ? std::string("is an archive without a file")
-                                  : "is an archive of " + std::to_string(names.size()) +
+  throw ImportError(names.empty() ? std::string("is a zip without a file")
+                                  : "is a zip of " + std::to_string(names.size()) +
                                         " files; unpack it and import the files");
 }
 

@@ -59,9 +59,10 @@ std::string WithoutCopyNumber(std::string_view stem) {
   return Trimmed(numbered ? stem.substr(0, open) : stem);
 }
 
-// A word that can only mean an interval, such as "M5"; a number or a single letter only after "_".
+// A word that can only mean an interval, such as "M5"; one without a number, and a number alone,
+// only after "_".
 bool IsCertain(std::string_view word, char before, int interval) {
-  const bool bare = word.size() == 1 || AreDigits(word);
+  const bool bare = word.find_first_of(kDigits) == std::string_view::npos || AreDigits(word);
   return bare ? before == '_' && IsReplayInterval(interval) : UpperCased(word) != "1M";
 }
 

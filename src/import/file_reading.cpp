@@ -127,11 +127,17 @@ std::string SymbolProblem(const std::string& symbol) {
   }
 }
 
+// "AAPL_D" of "AAPL_D.csv" and "AAPL_D.csv.gz".
+std::string StemOf(const std::filesystem::path& file) {
+  const std::filesystem::path stem = file.stem();
+  return PathText(IsPriceFile(stem) ? stem.stem() : stem);
+}
+
 class FileReading {
  public:
   FileReading(const std::filesystem::path& file, const ImportOptions& options,
               const ImportProgress& progress)
-      : options_(options), progress_(progress), guess_(GuessFromName(PathText(file.stem()))) {
+      : options_(options), progress_(progress), guess_(GuessFromName(StemOf(file))) {
     read_.understanding.file = file;
   }
 
@@ -278,6 +284,10 @@ class FileReading {
     const auto column =
         std::ranges::find(format.columns, PriceField::kAdjustedClose, &ColumnMeaning::field);
     const bool has_column = column != format.columns.end();
+    if (std::ranges::find(format.columns, PriceField::kOpen, &ColumnMeaning::field) ==
+        format.columns.end()) {
+      Remark("has one price for each bar; open, high and low are the close");
+    }
     if (options_.prices == Prices::kAdjusted && !has_column) {
       Remark("has no adjusted close; the prices are imported as they are");
     }

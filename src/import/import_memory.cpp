@@ -80,6 +80,7 @@ Json OptionsJson(const ImportOptions& options) {
   writer.Set("interval", options.interval);
   writer.Set("date_format", options.date_format);
   writer.SetName("date_order", kDateOrders, options.date_order);
+  writer.Set("decimal_comma", options.decimal_comma);
   writer.SetName("prices", kPrices, options.prices);
   writer.SetName("label", kLabels, options.label);
   writer.Set("scale", std::optional(options.scale));
@@ -113,6 +114,10 @@ std::optional<std::int32_t> NumberIn(const Json& json, const char* name) {
   return json.contains(name) ? std::optional(json.at(name).get<std::int32_t>()) : std::nullopt;
 }
 
+std::optional<bool> BoolIn(const Json& json, const char* name) {
+  return json.contains(name) ? std::optional(json.at(name).get<bool>()) : std::nullopt;
+}
+
 template <typename Value, std::size_t kCount>
 std::optional<Value> ChoiceIn(const Json& json, const char* name,
                               const std::array<NamedValue<Value>, kCount>& names) {
@@ -138,7 +143,7 @@ ImportOptions OptionsOf(const Json& json) {
       .to = NumberIn(json, "to"),
       .from_zone = TextIn(json, "from_zone"),
       .to_zone = TextIn(json, "to_zone"),
-      .utc = json.value("utc", false),
+      .utc = BoolIn(json, "utc").value_or(false),
       .too_long = ChoiceIn(json, "too_long", kTooLong).value_or(TooLong::kAsk),
       .remember = ChoiceIn(json, "remember", kRemember).value_or(Remember::kFile)};
   Require(!options.interval || IsReplayInterval(*options.interval), "an interval is unknown");

@@ -31,6 +31,7 @@ struct ImportOptions {
   std::optional<int> interval = {};        // kDaily or minutes; finer bars are aggregated
   std::optional<std::string> date_format = {};  // a pattern such as "%d.%m.%Y"
   std::optional<DateOrder> date_order = {};
+  std::optional<bool> decimal_comma = {};  // or a decimal point
   std::optional<Prices> prices = {};
   std::optional<BarLabel> label = {};     // default: kStart
   int scale = 1;                          // prices are multiplied by it: a power of ten

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 
 #include "import/price_number.h"
@@ -8,8 +9,11 @@
 
 namespace velumar {
 
-// Whether the numbers of the columns have decimal commas or points, by all rows of the sample.
-// Throws ImportError if some can only have the one and some only the other.
-NumberStyle StyleOfNumbers(const SampleTable& sample, std::span<const std::size_t> columns);
+// Whether the numbers of the columns have decimal commas or points, by all rows of the sample;
+// nothing if all of them can be read both ways and point to neither. A file in which every number
+// has a point and three digits after it has decimal points, unless it looks continental otherwise.
+// Throws ImportError if some numbers can only have the one and some only the other.
+std::optional<NumberStyle> StyleOfNumbers(const SampleTable& sample,
+                                          std::span<const std::size_t> columns);
 
 }  // namespace velumar

@@ -12,7 +12,7 @@ struct NumberStyle {
 
 struct PriceNumber {
   float value = 0;
-  int decimals = 0;  // of the text after scaling, trailing zeros included
+  int decimals = 0;  // of the text after scaling, perhaps more than the float needs
 };
 
 // The nearest 32-bit float of a decimal number times 10 to the power `shift`. Currency signs, a

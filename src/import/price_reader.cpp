@@ -1,10 +1,12 @@
 #include "import/price_reader.h"
 
 #include <algorithm>
-#include <array>
+#include <utility>
 
-#include "import/column_names.h"
+#include "import/column_scan.h"
+#include "import/field_text.h"
 #include "import/line_fields.h"
+#include "import/row_reader.h"
 #include "import/table_format.h"
 #include "import/text_source.h"
 
@@ -15,26 +17,62 @@ namespace {
 constexpr std::size_t kRowsAtOnce = 1024;
 constexpr std::size_t kSampleLines = 2000;
 
-bool IsBlank(std::string_view line) {
-  return line.find_first_not_of(" \t") == std::string_view::npos;
-}
-
 int ShiftOfScale(int scale) {
   int shift = 0;
   for (; scale >= 10; scale /= 10) ++shift;
   return shift;
 }
 
-std::string NameOfDates(const DateStyle& style) {
-  if (style.kind == DateStyle::Kind::kPattern) return style.pattern->Text();
-  if (style.kind == DateStyle::Kind::kUnix) {
-    const std::int64_t n = style.per_second;
-    return std::string("Unix time in ") + (n == 1           ? "s"
-                                           : n == 1000      ? "ms"
-                                           : n == 1'000'000 ? "µs"
-                                                            : "ns");
+// Of the first block of a file.
+TableFormat Recognise(std::string_view text, const std::filesystem::path& file,
+                      const ImportOptions& options) {
+  std::vector<TextLine> lines;
+  std::string_view line;
+  for (std::int64_t number = 1; lines.size() < kSampleLines && TakeLine(text, line); ++number) {
+    if (!IsBlankLine(line)) lines.push_back({number, line});
+  }
+  if (lines.empty()) throw ImportError("the file is empty");
+  TableFormat format = RecogniseTable(lines, options);
+  if (format.is_order_open || format.is_volume_open) DecideByAllRows(file, format);
+  return format;
+}
+
+// For people: how the dates are written.
+std::string NameOfDates(const DateStyle& style, std::string_view first) {
+  switch (style.kind) {
+    case DateStyle::Kind::kPattern:
+      return style.pattern->Text();
+    case DateStyle::Kind::kSixDigits:
+      return "yymmdd";
+    case DateStyle::Kind::kUnix:
+      return std::string("Unix time in ") + (style.per_second == 1           ? "s"
+                                             : style.per_second == 1'000     ? "ms"
+                                             : style.per_second == 1'000'000 ? "µs"
+                                                                             : "ns");
+    case DateStyle::Kind::kText:
+      break;
+  }
+  if (ReadOrderlessDate(first.substr(0, first.find(' ')))) {
+    return style.order == DateOrder::kDayMonthYear   ? "day/month/year"
+           : style.order == DateOrder::kMonthDayYear ? "month/day/year"
+                                                     : "year/month/day";
+  }
+  if (std::ranges::all_of(first, IsDigit)) return "digits, year first";
+  if (std::ranges::any_of(first.substr(0, first.find_first_of("T:")), IsLetter)) {
+    return "names of months";
   }
   return "year-month-day";
+}
+
+// Lines after the last row that no person would take for one: they begin with a letter or a sign,
+// or with a number and a word.
+bool LooksLikeFooter(std::string_view line, const std::vector<std::string_view>& fields) {
+  line = Stripped(line);
+  const bool is_text = !IsDigit(line.front()) && std::ranges::any_of(line, [](char c) {
+    return IsLetter(c) || (c & 0x80) != 0;
+  });
+  return is_text || (fields.size() == 1 && line.find(' ') != std::string_view::npos &&
+                     std::ranges::count_if(line, IsLetter) > 3);
 }
 
 }  // namespace
@@ -43,28 +81,18 @@ struct PriceReader::State {
   State(const std::filesystem::path& file, const ImportOptions& options)
       : source(file),
         block(source.Next()),
-        table(Recognise(block, options)),
+        table(Recognise(block, file, options)),
         splitter(table.separator),
-        shift(ShiftOfScale(options.scale)) {
+        row_reader(table, ShiftOfScale(options.scale)) {
     format.container = source.Container();
     format.encoding = source.EncodingName();
     format.separator = table.separator;
     format.decimal_comma = table.numbers.decimal_comma;
     format.header_line = table.header_line;
     format.columns = table.columns;
-    format.dates = NameOfDates(table.dates);
+    format.dates = NameOfDates(table.dates, table.first_date);
     format.date_order_open = table.is_order_open;
-    if (table.dates.kind == DateStyle::Kind::kUnix) format.zone = "UTC";
-  }
-
-  static TableFormat Recognise(std::string_view text, const ImportOptions& options) {
-    std::vector<TextLine> lines;
-    std::string_view line;
-    for (std::int64_t number = 1; lines.size() < kSampleLines && TakeLine(text, line); ++number) {
-      if (!IsBlank(line)) lines.push_back({number, line});
-    }
-    if (lines.empty()) throw ImportError("the file is empty");
-    return RecogniseTable(lines, options);
+    format.zone = table.zone;
   }
 
   bool NextLine(std::string_view& line) {
@@ -77,114 +105,53 @@ struct PriceReader::State {
     return true;
   }
 
-  std::string_view FieldAt(PriceField field) const {
-    const auto place = table.Place(field);
-    return place && *place < fields->size() ? (*fields)[*place] : std::string_view();
-  }
-
-  template <typename Read>
-  auto Value(PriceField field, Read read) const {
-    try {
-      return read(FieldAt(field));
-    } catch (const ImportError& error) {
-      throw ImportError("the " + std::string(FieldName(field)) + " " + error.what());
-    }
-  }
-
-  float Price(PriceField field) {
-    const PriceNumber number =
-        Value(field, [&](std::string_view text) { return ReadNumber(text, table.numbers, shift); });
-    if (number.decimals > format.price_decimals) {
-      format.price_decimals = std::max(format.price_decimals, DecimalsOf(number.value));
-    }
-    return number.value;
-  }
-
-  float Quantity(PriceField field) const {
-    if (!table.Place(field) || IsMissing(FieldAt(field))) return 0;
-    return Value(field, [&](std::string_view text) { return ReadNumber(text, table.numbers, 0); })
-        .value;
-  }
-
-  PriceRow ReadRow() {
-    PriceRow row;
-    row.line = line_number;
-    const Moment moment = Value(PriceField::kDate,
-                                [&](std::string_view text) { return ReadDate(text, table.dates); });
-    row.bar.date = moment.date;
-    row.bar.time = moment.time.value_or(0);
-    row.utc_offset = moment.utc_offset;
-    if (table.Place(PriceField::kTime)) {
-      const Moment own = Value(PriceField::kTime, [&](std::string_view text) {
-        return ReadTime(text, table.time_digits);
-      });
-      if (row.bar.time != 0 && row.bar.time != *own.time) {
-        throw ImportError("the time in the date differs from the one in the column of times");
-      }
-      row.bar.time = *own.time;
-      if (own.utc_offset) row.utc_offset = own.utc_offset;
-    }
-    row.bar.open = Price(PriceField::kOpen);
-    row.bar.high = Price(PriceField::kHigh);
-    row.bar.low = Price(PriceField::kLow);
-    row.bar.close = Price(PriceField::kClose);
-    row.adjusted_close = row.bar.close;
-    if (table.Place(PriceField::kAdjustedClose) &&
-        !IsMissing(FieldAt(PriceField::kAdjustedClose))) {
-      row.adjusted_close = Price(PriceField::kAdjustedClose);
-    }
-    row.bar.volume = Quantity(PriceField::kVolume);
-    row.bar.open_interest = Quantity(PriceField::kOpenInterest);
-    row.ticker = FieldAt(PriceField::kTicker);
-    row.period = FieldAt(PriceField::kPeriod);
-    return row;
-  }
-
-  bool HasNoPrice() const {
-    return std::ranges::any_of(
-        std::array{PriceField::kOpen, PriceField::kHigh, PriceField::kLow, PriceField::kClose},
-        [&](PriceField field) { return IsMissing(FieldAt(field)); });
-  }
-
-  void Skip() {
-    if (counts.skipped++ == 0) counts.first_skipped_line = line_number;
-  }
-
   void Read(std::string_view line) {
-    if (IsBlank(line)) return;
-    if (line_number == table.header_line) return;
+    if (IsBlankLine(line)) return;
     try {
-      fields = &splitter.Split(line);
-      const auto first = FieldAt(PriceField::kDate);
-      if (counts.rows == 0 && rows.empty() && !LooksLikeRow(first)) return Skip();
-      if (HasNoPrice()) return Skip();
-      rows.push_back(ReadRow());
-      lines.push_back(line);
+      const std::vector<std::string_view>& fields = splitter.Split(line);
+      if (line_number < table.first_row_line || IsNoRow(line)) {
+        ++counts.other_lines;
+      } else if (row_reader.LacksPrice(fields) && row_reader.HasDate(fields)) {
+        if (counts.skipped++ == 0) counts.first_skipped_line = line_number;
+      } else {
+        ReadRow(line, fields);
+      }
     } catch (const ImportError& error) {
       throw ImportError("line " + std::to_string(line_number) + ": " + error.what());
     }
   }
 
-  bool LooksLikeRow(std::string_view date) const {
+  bool IsNoRow(std::string_view line) const { return line.front() == '#' || line == table.header; }
+
+  void ReadRow(std::string_view line, const std::vector<std::string_view>& fields) {
+    PriceRow row;
     try {
-      ReadDate(date, table.dates);
-      return true;
-    } catch (const ImportError&) {
-      return false;
+      row_reader.Read(fields, row);
+    } catch (const ImportError& error) {
+      if (!LooksLikeFooter(line, fields) || row_reader.HasDate(fields)) throw;
+      if (footers++ == 0)
+        footer_error = "line " + std::to_string(line_number) + ": " + error.what();
+      return;
     }
+    // What looked like a footer was not at the end.
+    if (footers > 0) throw ImportError(footer_error);
+    row.line = line_number;
+    rows.push_back(row);
+    lines.push_back(line);
   }
 
   TextSource source;
   std::string_view block;
   TableFormat table;
   LineFields splitter;
-  int shift = 0;
+  RowReader row_reader;
   FileFormat format;
   RowCounts counts;
   std::int64_t line_number = 0;
-  const std::vector<std::string_view>* fields = nullptr;
+  std::int64_t footers = 0;
+  std::string footer_error;
   std::vector<PriceRow> rows;
-  std::vector<std::string_view> lines;
+  std::vector<std::string_view> lines;  // of the rows
 };
 
 PriceReader::PriceReader(const std::filesystem::path& file, const ImportOptions& options)
@@ -201,6 +168,10 @@ std::span<const PriceRow> PriceReader::Next() {
   std::string_view line;
   while (state.rows.size() < kRowsAtOnce && state.NextLine(line)) state.Read(line);
   state.counts.rows += static_cast<std::int64_t>(state.rows.size());
+  if (state.rows.empty()) state.counts.other_lines += std::exchange(state.footers, 0);
+  state.format.price_decimals = state.row_reader.PriceDecimals();
+  state.format.encoding = state.source.EncodingName();
+  if (state.format.zone.empty()) state.format.zone = state.row_reader.Zone();
   return state.rows;
 }
 

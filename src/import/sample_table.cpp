@@ -1,6 +1,7 @@
 #include "import/sample_table.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 
 #include "base/dates.h"
@@ -11,8 +12,9 @@ namespace velumar {
 namespace {
 
 constexpr std::size_t kEnoughLines = 400;
+constexpr std::array kSeparators = {',', ';', '\t', '|', ' '};
 
-std::vector<std::string> Fields(LineFields& splitter, std::string_view line) {
+std::vector<std::string> FieldsOf(LineFields& splitter, std::string_view line) {
   try {
     const std::vector<std::string_view>& fields = splitter.Split(line);
     return {fields.begin(), fields.end()};
@@ -52,19 +54,38 @@ SampleTable SplitWith(char separator, std::span<const TextLine> lines, const Dat
   std::map<std::size_t, int> widths;
   score = 0;
   for (const TextLine& line : lines.first(std::min(lines.size(), kEnoughLines))) {
-    table.lines.push_back(Fields(splitter, line.text));
+    table.lines.push_back(FieldsOf(splitter, line.text));
     const RowScore row = ScoreOf(table.lines.back(), style);
     table.is_row.push_back(row.is_row);
     if (!row.is_row) continue;
     score += row.values;
     ++widths[table.lines.back().size()];
   }
-  const auto first = std::ranges::find(table.is_row, true);
-  table.first_row = static_cast<std::size_t>(first - table.is_row.begin());
   const auto most =
       std::ranges::max_element(widths, {}, [](const auto& width) { return width.second; });
-  table.width = most == widths.end() ? 0 : most->first;
+  if (most == widths.end()) return table;
+  table.width = most->first;
+  while (!table.is_row[table.first_row] || table.lines[table.first_row].size() != table.width) {
+    ++table.first_row;
+  }
   return table;
+}
+
+[[noreturn]] void RefuseSample(std::span<const TextLine> lines, const DateStyle& style) {
+  for (const TextLine& line : lines) {
+    for (const char separator : kSeparators) {
+      LineFields splitter(separator);
+      const std::vector<std::string> fields = FieldsOf(splitter, line.text);
+      if (fields.size() < 3 || !LooksLikeDate(fields.front(), style)) continue;
+      throw ImportError("line " + std::to_string(line.number) + ": \"" + fields[1] +
+                        "\" is not a number");
+    }
+  }
+  if (style.pattern) {
+    throw ImportError("no line has a date in the format \"" + style.pattern->Text() +
+                      "\" and a price");
+  }
+  throw ImportError("no line has a date and a price");
 }
 
 }  // namespace
@@ -81,7 +102,7 @@ std::vector<std::string_view> SampleTable::Column(std::size_t column) const {
 SampleTable SplitSample(std::span<const TextLine> lines, const DateStyle& dates) {
   SampleTable best;
   int best_score = 0;
-  for (const char separator : {',', ';', '\t', '|', ' '}) {
+  for (const char separator : kSeparators) {
     int score = 0;
     SampleTable table = SplitWith(separator, lines, dates, score);
     if (score <= best_score) continue;
@@ -89,24 +110,19 @@ SampleTable SplitSample(std::span<const TextLine> lines, const DateStyle& dates)
     best = std::move(table);
   }
   if (best_score > 0) return best;
-  throw ImportError(
-      "no line has a date and prices" +
-      std::string(dates.pattern ? " in the date format \"" + dates.pattern->Text() + "\"" : ""));
+  RefuseSample(lines, dates);
+}
+
+std::optional<float> NumberIn(std::string_view field, NumberStyle style) {
+  try {
+    return ReadNumber(field, style, 0).value;
+  } catch (const ImportError&) {
+    return std::nullopt;
+  }
 }
 
 bool LooksLikeNumber(std::string_view field) {
-  while (!field.empty() && std::string_view("+-$").find(field.front()) != std::string_view::npos) {
-    field.remove_prefix(1);
-  }
-  for (const NumberStyle style : {NumberStyle{false}, NumberStyle{true}}) {
-    try {
-      ReadNumber(field, style, 0);
-      return true;
-    } catch (const ImportError&) {
-      continue;
-    }
-  }
-  return false;
+  return NumberIn(field, {false}) || NumberIn(field, {true});
 }
 
 bool LooksLikeUnixTime(std::string_view field) {
@@ -123,6 +139,10 @@ bool LooksLikeUnixTime(std::string_view field) {
 
 bool LooksLikeDate(std::string_view field, const DateStyle& style) {
   if (style.kind == DateStyle::Kind::kPattern) return style.pattern->Read(field).has_value();
+  if (style.kind == DateStyle::Kind::kSixDigits) {
+    const auto date = ReadSixDigits(field);
+    return date && IsRealDate(*date);
+  }
   for (const DateOrder order :
        {DateOrder::kDayMonthYear, DateOrder::kMonthDayYear, DateOrder::kYearMonthDay}) {
     const auto moment = ReadDateText(field, order);

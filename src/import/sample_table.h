@@ -1,12 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "import/price_moment.h"
+#include "import/moment_reader.h"
 #include "import/table_format.h"
 
 namespace velumar {
@@ -24,10 +25,12 @@ struct SampleTable {
   std::vector<std::string_view> Column(std::size_t column) const;
 };
 
-// Throws ImportError if no line looks like a row.
+// Throws ImportError, naming the first line that begins like a row, if none is.
 SampleTable SplitSample(std::span<const TextLine> lines, const DateStyle& dates);
 
-// A number as some program writes it, with any signs.
+// Nothing if the field is no number in this style.
+std::optional<float> NumberIn(std::string_view field, NumberStyle style);
+// A number in some style.
 bool LooksLikeNumber(std::string_view field);
 // A Unix time of the years 1973 to 2286, in any unit.
 bool LooksLikeUnixTime(std::string_view field);

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "import/import_options.h"
-#include "import/price_moment.h"
+#include "import/moment_reader.h"
 #include "import/price_number.h"
 #include "import/price_reader.h"
 
@@ -21,6 +21,8 @@ struct TextLine {
   std::string_view text;
 };
 
+inline constexpr std::array kFourPrices = {PriceField::kOpen, PriceField::kHigh, PriceField::kLow,
+                                           PriceField::kClose};
 inline constexpr std::size_t kPriceFields = static_cast<std::size_t>(PriceField::kOpenInterest) + 1;
 
 // How the rows of a file are read.
@@ -34,13 +36,19 @@ struct TableFormat {
   std::vector<ColumnMeaning> columns;
   // The column of each field, by its number.
   std::array<std::optional<std::size_t>, kPriceFields> places;
-  std::size_t first_row = 0;  // the index of the first row among the lines
-  // Decided by the whole file, not by its start.
+  std::int64_t first_row_line = 0;
+  std::size_t width = 0;   // fields of the header or, without one, of most rows
+  std::string first_date;  // as the first row writes it
+  std::string zone;        // that the header states
+  // What the first lines leave open; DecideByAllRows decides.
   bool is_order_open = false;
-  bool is_volume_open = false;  // VOL is zero so far, next to tick volumes
+  bool is_volume_open = false;
 
   std::optional<std::size_t> Place(PriceField field) const {
     return places[static_cast<std::size_t>(field)];
+  }
+  void SetPlace(PriceField field, std::optional<std::size_t> column) {
+    places[static_cast<std::size_t>(field)] = column;
   }
 };
 

@@ -156,7 +156,7 @@ TEST(FileName, GivesSymbolAndInterval) {
       {" gold ", "GOLD", 0, true},
       {"aapl_d", "AAPL", kDaily, true},
       {"AAPL-1d", "AAPL", kDaily, true},
-      {"AAPL daily (1)", "AAPL", kDaily, true},
+      {"AAPL daily (1)", "AAPL", kDaily, false},
       {"EURUSD_M5_2020", "EURUSD", 5, true},
       {"EURUSD60", "EURUSD", 60, false},
       {"EURUSD1440", "EURUSD", kDaily, false},

@@ -1,16 +1,12 @@
-#include "import/price_moment.h"
+#include "import/moment_text.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <chrono>
 
-#include "base/dates.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "import/field_text.h"
-#include "import/price_reader.h"
-#include "marketdata/number_format.h"
 
 namespace velumar {
 
@@ -199,8 +195,9 @@ bool TakeHalf(Cursor& cursor, std::int32_t& time) {
   std::erase(half, '.');
   if (half.size() > 2) half.resize(2);
   if (half != "AM" && half != "PM") return true;
-  ahead.TakeWord();
-  if (ahead.Take(".")) {
+  const std::size_t letters = ahead.TakeWord().size();
+  if (letters > 2) return true;  // a name of a zone
+  if (letters == 1 && ahead.Take(".")) {
     ahead.TakeWord();
     ahead.Take(".");
   }
@@ -265,6 +262,8 @@ std::optional<Moment> TakeTime(Cursor& cursor, TimeDigits meaning) {
       }
     }
   } else if (const auto digits = TimeOfDigits(first, meaning)) {
+    const bool has_fraction = first.size() == 6 && cursor.Take(".");
+    if (has_fraction && cursor.TakeDigits().empty()) return std::nullopt;
     Cursor ahead = cursor;
     ahead.TakeAny(" ");
     const std::string half = UpperCased(ahead.Rest().substr(0, 2));
@@ -276,63 +275,6 @@ std::optional<Moment> TakeTime(Cursor& cursor, TimeDigits meaning) {
   Moment moment;
   if (!TakeHalf(cursor, time) || !TakeZone(cursor, moment)) return std::nullopt;
   moment.time = time;
-  return moment;
-}
-
-[[noreturn]] void Refuse(std::string_view field, std::string_view reason) {
-  if (field.empty()) throw ImportError("is empty");
-  throw ImportError("\"" + std::string(field) + "\" " + std::string(reason));
-}
-
-// The moment with a real date and time; 24:00 becomes 0:00 of the next day.
-Moment Checked(Moment moment, std::string_view field) {
-  if (!IsRealDate(moment.date)) Refuse(field, "is not a valid date");
-  if (moment.time == 240000) {
-    moment.time = 0;
-    moment.date = DaysLater(moment.date, 1);
-  }
-  if (!StoredDate(moment.date)) Refuse(field, "can't be stored; market data begins in 1900");
-  const std::int32_t time = moment.time.value_or(0);
-  if (time / 10000 > 23 || time / 100 % 100 > 59 || time % 100 > 59) {
-    Refuse(field, "is not a valid time");
-  }
-  return moment;
-}
-
-Moment ReadUnix(std::string_view field, std::int64_t per_second) {
-  const auto number = ReadUnixNumber(field);
-  if (!number) Refuse(field, "is not a Unix time");
-  using std::chrono::floor;
-  std::int64_t seconds = *number / per_second;
-  if (*number % per_second < 0) --seconds;
-  constexpr std::int64_t kLast = 253402300799;  // the end of the year 9999
-  if (seconds > kLast || seconds < -kLast) Refuse(field, "is not a Unix time of this file's unit");
-  const std::chrono::sys_seconds moment{std::chrono::seconds(seconds)};
-  const auto day = floor<std::chrono::days>(moment);
-  const std::chrono::year_month_day date(day);
-  const std::chrono::hh_mm_ss time(moment - day);
-  return {.date = DateOf(int{date.year()}, static_cast<int>(unsigned{date.month()}),
-                         static_cast<int>(unsigned{date.day()})),
-          .time = static_cast<std::int32_t>(time.hours().count() * 10000 +
-                                            time.minutes().count() * 100 + time.seconds().count()),
-          .utc_offset = 0};
-}
-
-Moment ReadByPattern(std::string_view field, const DatePattern& pattern) {
-  const auto match = pattern.Read(field);
-  if (!match) Refuse(field, "is not a date; the date format is \"" + pattern.Text() + "\"");
-  Moment moment{.date = match->date, .time = match->time};
-  if (match->rest.empty()) return moment;
-  Cursor cursor(match->rest);
-  const bool separated = cursor.TakeAny(" ") != '\0' || cursor.Take("T");
-  const auto time =
-      separated && !moment.time ? TakeTime(cursor, TimeDigits::kHoursAndMinutes) : std::nullopt;
-  if (!time) {
-    Refuse(field, "is not a date; \"" + std::string(match->rest) + "\" is unexpected");
-  }
-  moment.time = time->time;
-  moment.utc_offset = time->utc_offset;
-  moment.zone = time->zone;
   return moment;
 }
 
@@ -356,28 +298,8 @@ std::optional<Moment> ReadTimeText(std::string_view text, TimeDigits digits) {
   return TakeTime(cursor, digits);
 }
 
-Moment ReadDate(std::string_view field, const DateStyle& style) {
-  if (style.kind == DateStyle::Kind::kUnix)
-    return Checked(ReadUnix(field, style.per_second), field);
-  if (style.kind == DateStyle::Kind::kPattern) {
-    return Checked(ReadByPattern(field, *style.pattern), field);
-  }
-  const auto moment = ReadDateText(field, style.order);
-  if (!moment) Refuse(field, "is not a date");
-  return Checked(*moment, field);
-}
-
-Moment ReadTime(std::string_view field, TimeDigits digits) {
-  auto moment = ReadTimeText(field, digits);
-  if (!moment) {
-    // Some files write the whole moment.
-    moment = ReadDateText(field, DateOrder::kDayMonthYear);
-    if (!moment || !moment->time) Refuse(field, "is not a time");
-  }
-  const std::int32_t time = *moment->time;
-  const bool valid = time / 10000 < 24 && time / 100 % 100 < 60 && time % 100 < 60;
-  if (!valid && time != 240000) Refuse(field, "is not a valid time");
-  return *moment;
+bool IsRealTime(std::int32_t time) {
+  return time == 240000 || (time / 10000 < 24 && time / 100 % 100 < 60 && time % 100 < 60);
 }
 
 std::optional<std::int64_t> ReadUnixNumber(std::string_view text) {
@@ -389,7 +311,7 @@ std::optional<std::int64_t> ReadUnixNumber(std::string_view text) {
   return ExactNumber<std::int64_t>(text);
 }
 
-std::optional<TwoNumbers> OrderlessNumbers(std::string_view text) {
+std::optional<OrderlessDate> ReadOrderlessDate(std::string_view text) {
   Cursor cursor(text);
   SkipWeekday(cursor);
   const std::string_view first = cursor.TakeDigits();
@@ -397,7 +319,13 @@ std::optional<TwoNumbers> OrderlessNumbers(std::string_view text) {
   const char sign = cursor.TakeAny("./-");
   const auto numbers = sign == '\0' ? std::nullopt : TakeNumbers(cursor, first, sign);
   if (!numbers) return std::nullopt;
-  return TwoNumbers{Value(numbers->digits[0]), Value(numbers->digits[1])};
+  const auto& [one, two, three] = numbers->digits;
+  return OrderlessDate{Value(one), Value(two), IsYear(three)};
+}
+
+std::optional<std::int32_t> ReadSixDigits(std::string_view text) {
+  if (text.size() != 6 || !std::ranges::all_of(text, IsDigit)) return std::nullopt;
+  return DateOf(FullYear(text.substr(0, 2)), Value(text.substr(2, 2)), Value(text.substr(4)));
 }
 
 }  // namespace velumar
