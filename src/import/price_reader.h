@@ -70,27 +70,29 @@ struct FileFormat {
   bool date_order_open = false;  // day and month can be read both ways: dates are read as
                                  // day/month/year until the option decides
   std::string zone;              // as the file states it: "UTC", "Gmt time", "+02:00"
-  int price_decimals = 0;        // the most that a price needs as a 32-bit float
+  int price_decimals = 0;        // the most that a scaled price needs as a 32-bit float
 };
 
 // What a reader has counted so far.
 struct RowCounts {
   std::int64_t rows = 0;
-  std::int64_t skipped = 0;  // empty, null or N/A lines, titles, footers
+  std::int64_t skipped = 0;  // rows with a date but without a price: empty, null, N/A, ...
   std::int64_t first_skipped_line = 0;
+  std::int64_t other_lines = 0;  // titles, comments, footers, repeated headers; not blank lines
 };
 
 // Reads price files: plain, gzip, or a zip with one file inside; any usual encoding, separator,
 // header, date and number format. Memory stays bounded whatever the size of the file.
 class PriceReader {
  public:
-  // Recognises the format from the start of the file, and from its end and all of its dates where
-  // the start leaves the order of day and month open. Throws ImportError.
+  // Recognises the format from the start of the file, and from all of its rows where the start
+  // leaves the order of day and month open, or which volumes to take. Throws ImportError.
   PriceReader(const std::filesystem::path& file, const ImportOptions& options);
   ~PriceReader();
   PriceReader(const PriceReader&) = delete;
   PriceReader& operator=(const PriceReader&) = delete;
 
+  // The zone is known from the first Next on, the number of decimals after the last.
   const FileFormat& Format() const;
   // The next rows in the order of the file; empty at its end. Throws ImportError naming the first
   // bad line.
