@@ -17,8 +17,7 @@ std::string Variable(const char* name) {
 
 // A trader at a Windows machine on which scripts/test-windows has just installed Velumar, on a
 // virtual desktop of wine.
-class WineTrader : public TraderHand {
- protected:
+struct WineTrader : TraderHand {
   void SetUp() override {
     if (Variable("VELUMAR_INSTALLED").empty()) {
       GTEST_SKIP() << "takes over mouse and keyboard: scripts/test-windows runs it";

@@ -4,6 +4,7 @@
 
 #include "key_driver.h"
 #include "platform/eventually.h"
+#include "support/matchers.h"
 
 namespace velumar {
 

@@ -7,11 +7,8 @@
 #include <cctype>
 #include <chrono>
 #include <map>
-#include <memory>
 #include <mutex>
-#include <string>
 #include <thread>
-#include <utility>
 
 #include "base/windows_text.h"
 #include "platform/eventually.h"
@@ -29,8 +26,6 @@ class TypingWindow {
     busy_ = false;
     ::PostThreadMessageW(::GetWindowThreadProcessId(window_, nullptr), WM_QUIT, 0, 0);
   }
-  TypingWindow(const TypingWindow&) = delete;
-  TypingWindow& operator=(const TypingWindow&) = delete;
 
   HWND Window() const { return window_; }
   void SetBusy(bool busy) { busy_ = busy; }

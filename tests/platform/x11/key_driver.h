@@ -6,11 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
-#include <memory>
 #include <optional>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 #include "platform/eventually.h"
 #include "platform/typing_target.h"

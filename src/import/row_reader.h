@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "import/moment_reader.h"
+#include "import/price_reader.h"
+#include "import/table_format.h"
+
+namespace velumar {
+
+// Reads the fields of a row into a bar.
+class RowReader {
+ public:
+  using Fields = std::vector<std::string_view>;
+
+  // `format` must outlive the object. Prices are multiplied by 10 to the power `shift`.
+  RowReader(const TableFormat& format, int shift);
+
+  // True if a price is missing, though the row goes on to where it should be.
+  bool LacksPrice(const Fields& fields) const;
+  // Throws ImportError, naming the field.
+  void Read(const Fields& fields, PriceRow& row);
+  // True if the field of the date holds one.
+  bool HasDate(const Fields& fields);
+
+  // Of all rows so far.
+  int PriceDecimals() const { return price_decimals_; }
+  // What the first row says about its zone: "UTC", "+02:00", "America/New_York".
+  const std::string& Zone() const { return zone_; }
+
+ private:
+  void RequireWidth(const Fields& fields) const;
+  void ReadMoment(const Fields& fields, PriceRow& row);
+  float Price(const Fields& fields, PriceField field);
+  float Quantity(const Fields& fields, PriceField field) const;
+
+  const TableFormat& format_;
+  int shift_;
+  MomentReader moments_;
+  std::size_t needed_ = 0;  // fields up to the last one that is read
+  int price_decimals_ = 0;
+  bool has_zone_ = false;
+  std::string zone_;
+};
+
+}  // namespace velumar
