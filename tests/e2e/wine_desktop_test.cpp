@@ -79,7 +79,7 @@ struct WineTrader : TraderHand {
     return bars;
   }
 
-  static constexpr double kPatience = 90;  // seconds
+  static constexpr double kPatience = 240;  // seconds
 
   pid_t desktop = 0;
 };
