@@ -205,17 +205,6 @@ TEST(Import, WarnsOfContradictoryPricesAndIgnoredTimes) {
                 file + ": 3 bars have a time, ignored because the series is daily\n");
 }
 
-TEST(Import, TakesAsManyBarsAsASeriesHolds) {
-  Sandbox box;
-  std::string longest = kHeader;
-  for (int i = 0; i < 65534; ++i) {
-    longest += std::to_string((1900 + i / 336) * 10000 + (i / 28 % 12 + 1) * 100 + i % 28 + 1) +
-               ",0,1,1,1,1,0,0\n";
-  }
-  const auto answer = box.Run({"import", box.File("LONG_D.csv", longest), box.At("data")});
-  EXPECT_THAT(answer.out, HasSubstr("65534 bars")) << answer.err;
-}
-
 // A failed import changes no byte of the directory, and creates none.
 TEST(Import, WritesNothingAfterAnError) {
   Sandbox box;
