@@ -68,6 +68,11 @@ TEST_F(LinkServerTest, OpensRefreshesAndClosesChartsOfTheStore) {
   program_.window->Act(HostAction::kNextChart);
   EXPECT_EQ(program_.Last()["chart"]["bars"], 61) << "and the other one";
 
+  StoreSecurity(program_.folder, {"SCB", "Bank", -1}, DailyBars(302), program_.cache);
+  EXPECT_TRUE(Done(Open(-1)));
+  EXPECT_EQ(program_.window->ActiveChart()->Document().Model().Series().size(), 302)
+      << "a chart of the last run shows the bars of the next";
+
   EXPECT_TRUE(Done({.command = Command::kCloseAll}));
   EXPECT_EQ(program_.Last()["charts"], 0);
 }

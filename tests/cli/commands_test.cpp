@@ -107,7 +107,7 @@ TEST_F(ReplayCommand, SetTextsReplaceTheMarketsPresets) {
   const auto replay = Replay(
       {"--set", "Form1.txtContractValue=70", "--set", "Form1.txtProfitperContract=3", "--set",
        "Form1.txtcomm=0.5", "--set", "Form1.txtInitPorfolio=333,333.33", "--set", "Form3.Combo2=1"},
-      "long 100\n");
+      "long 100");
   ASSERT_EQ(replay.code, 0) << replay.err;
   const nlohmann::json last = replay.Objects().back();
   EXPECT_EQ(last["InitMargin"], 70);
@@ -203,6 +203,17 @@ TEST(Import, WarnsOfContradictoryPricesAndIgnoredTimes) {
   EXPECT_EQ(answer.err,
             file + ": 2 bars have contradictory prices, imported unchanged (first on line 3)\n" +
                 file + ": 3 bars have a time, ignored because the series is daily\n");
+}
+
+TEST(Import, TakesAsManyBarsAsASeriesHolds) {
+  Sandbox box;
+  std::string longest = kHeader;
+  for (int i = 0; i < 65534; ++i) {
+    longest += std::to_string((1900 + i / 336) * 10000 + (i / 28 % 12 + 1) * 100 + i % 28 + 1) +
+               ",0,1,1,1,1,0,0\n";
+  }
+  const auto answer = box.Run({"import", box.File("LONG_D.csv", longest), box.At("data")});
+  EXPECT_THAT(answer.out, HasSubstr("65534 bars")) << answer.err;
 }
 
 // A failed import changes no byte of the directory, and creates none.
