@@ -204,6 +204,13 @@ void LinkDriver::SetTheme(bool dark) {
 
 // A program that hangs finds the request when it goes on.
 void LinkDriver::QuitStarted() {
+  for (auto waited = 0ms; starting_ > 0 && waited < kPatience; waited += kLook) {
+    if (Look() == Program::kAnswers) {
+      started_ = process_;
+      break;
+    }
+    platform_.events.Sleep(kLook);
+  }
   if (started_ == 0) return;
   platform_.chart_link->Ask(started_, {.command = Command::kQuit}, kShortPatience);
 }

@@ -41,7 +41,7 @@ class LinkDriver : public ChartDriver {
   // Our chart program takes these colours, now and whenever it is started, unless the trader has
   // chosen others in its menu.
   void SetTheme(bool dark);
-  // Closes the chart program if this object has started it.
+  // Closes the chart program if this object has started it, even if it is only about to answer.
   void QuitStarted();
   // The trader has closed the chart program of that process, so it is not started again by itself.
   void ClosedByTrader(std::uint32_t process) {

@@ -27,7 +27,7 @@ class LinkedChart : public ChartLink {
     const std::optional<ChartRequest> read = ReadChartRequest(ChartRequestText(request));
     EXPECT_TRUE(read) << "what is sent can be read";
     asked.push_back(read->command);
-    if (process == 0 || asked_process != process) return LinkOutcome::kNotThere;
+    if (process == 0 || asked_process != process || deaf-- > 0) return LinkOutcome::kNotThere;
     if (delay > patience) {
       waited += patience;
       return LinkOutcome::kNoAnswer;
@@ -69,6 +69,7 @@ class LinkedChart : public ChartLink {
   std::set<std::string> symbols = {"ABC"};
   std::uint32_t process = 0;
   std::chrono::milliseconds delay{1};
+  int deaf = 0;                         // the number of requests that come too early
   std::chrono::milliseconds waited{0};  // in vain
   int ends_before = -1;                 // the number of the request that finds nobody
   std::vector<Command> asked;
@@ -238,6 +239,12 @@ TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAtTheEnd) {
   EXPECT_TRUE(chart.running) << "another Velumar's";
   host.QuitStarted();
   EXPECT_FALSE(chart.running);
+  outside.events.Schedule(std::chrono::milliseconds(5), [&] {
+    link.deaf = 5;
+    host.QuitStarted();
+    EXPECT_FALSE(chart.running) << "Velumar ends while the chart program starts";
+  });
+  host.RefreshCharts();
 }
 
 TEST_F(LinkDriverTest, TheThemeReachesTheChartProgramAtItsStartAndLater) {
