@@ -38,6 +38,9 @@ class LinkDriver : public ChartDriver {
   // Shows the orders and what is held on the charts, if the chart program answered last time. Waits
   // only for a moment: an order must not.
   void ShowPositions();
+  // True if the charts miss what they were last asked to show, because the chart program was busy
+  // or had ended. Another refresh brings them up to date.
+  bool Behind() const { return behind_; }
   // Our chart program takes these colours, now and whenever it is started, unless the trader has
   // chosen others in its menu.
   void SetTheme(bool dark);
@@ -73,6 +76,7 @@ class LinkDriver : public ChartDriver {
   std::uint32_t process_ = 0;  // that answered last
   int starting_ = 0;           // the program is being started; clicks run
   int restarts_ = 0;
+  bool behind_ = false;
   std::uint32_t started_ = 0;    // the process that this object has started
   std::uint32_t opened_in_ = 0;  // the process in which the chart was opened
 };

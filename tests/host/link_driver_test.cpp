@@ -205,6 +205,35 @@ TEST_F(LinkDriverTest, AProgramThatHangsStopsNeitherARunNorAnOrder) {
   EXPECT_THAT(run.advice, IsEmpty());
 }
 
+// No refresh follows the last bar of a feed, nor an order in a pause.
+TEST_F(LinkDriverTest, AMissedRefreshIsRepeatedOnceTheProgramAnswers) {
+  StartRun();
+  host.CatchUp();
+  EXPECT_EQ(link.refreshes, 1) << "nothing was missed";
+  const auto hang = [this](auto act) {
+    const int before = link.refreshes;
+    link.delay = std::chrono::milliseconds(2001);
+    act();
+    host.CatchUp();
+    link.delay = std::chrono::milliseconds(1);
+    host.CatchUp();
+    host.CatchUp();
+    EXPECT_EQ(link.refreshes, before + 1);
+    EXPECT_EQ(run.advice, "");
+  };
+  hang([this] { host.RefreshCharts(); });
+  hang([this] { host.ShowPositions(); });
+  link.ends_before = static_cast<int>(link.asked.size()) + 1;
+  host.RefreshCharts();
+  host.CatchUp();
+  EXPECT_EQ(link.refreshes, 4);
+  link.open.clear();
+  host.RefreshCharts();
+  const std::size_t asked = link.asked.size();
+  host.CatchUp();
+  EXPECT_EQ(link.asked.size(), asked) << "the trader has closed the chart";
+}
+
 TEST_F(LinkDriverTest, WhatTheTraderClosesStaysClosed) {
   StartRun();
   link.open.clear();
