@@ -5,6 +5,7 @@
 #include <QTest>
 #include <atomic>
 #include <thread>
+#include <vector>
 
 #include "charthost/chart_windows.h"
 #include "charthost/view/chart_pane.h"
@@ -96,6 +97,18 @@ TEST_F(LinkServerTest, ShowsOrdersAndWhatIsHeldUntilTheyAreGone) {
   request.positions.orders[0].entry = true;
   request.positions.held = {{true, close, 2, 12.5}};
   EXPECT_NE(shown(), entry);
+  request.positions.held.push_back({false, close, 1, -1});
+  shown();
+  std::vector<double> edges;  // of the tags, in pixels
+  for (int i = 0; i < program_.window->ActiveChart()->Plot().itemCount(); ++i) {
+    const auto* const tag =
+        qobject_cast<QCPItemText*>(program_.window->ActiveChart()->Plot().item(i));
+    if (tag == nullptr || !tag->text().contains(u'@')) continue;
+    edges.push_back(tag->top->pixelPosition().y());
+    edges.push_back(tag->bottom->pixelPosition().y());
+  }
+  ASSERT_EQ(edges.size(), 4U);
+  EXPECT_TRUE(edges[1] <= edges[2] || edges[3] <= edges[0]) << "one tag covers the other";
   request.positions = {{{300, close, true, true}}, {}};
   EXPECT_EQ(shown(), bare) << "an order at a bar that isn't there";
 }
