@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QTest>
 #include <atomic>
 #include <thread>
@@ -72,8 +73,12 @@ TEST_F(LinkServerTest, OpensRefreshesAndClosesChartsOfTheStore) {
   program_.window->Act(HostAction::kNextChart);
   EXPECT_EQ(program_.Last()["chart"]["bars"], 61) << "and the other one";
 
-  EXPECT_TRUE(Done({.command = Command::kCloseAll}));
+  EXPECT_TRUE(Done({.command = Command::kCloseAll, .symbol = "SCB"}));
   EXPECT_EQ(program_.Last()["charts"], 0);
+  const auto hint = [this] { return program_.window->findChild<QLabel*>()->text(); };
+  EXPECT_TRUE(hint().contains(QStringLiteral("Opening SCB")));
+  EXPECT_FALSE(Done(Open(15)));
+  EXPECT_TRUE(hint().contains(QStringLiteral("No chart is open")));
 }
 
 TEST_F(LinkServerTest, ShowsOrdersAndWhatIsHeldUntilTheyAreGone) {
