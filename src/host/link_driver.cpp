@@ -66,9 +66,8 @@ LinkDriver::Program LinkDriver::Look() {
   switch (platform_.chart_link->Ask(owner, {.command = Command::kHello},
                                     patient ? kPatience : kShortPatience)) {
     case LinkOutcome::kDone:
-      if (std::exchange(process_, owner) != owner && dark_) {
-        Ask({.command = Command::kTheme, .dark = *dark_}, kShortPatience);
-      }
+      if (std::exchange(process_, owner) != owner) dark_there_.reset();
+      SendTheme();
       return Program::kAnswers;
     case LinkOutcome::kNoAnswer:
       return owner == process_ ? Program::kBusy : Program::kForeign;
@@ -203,8 +202,14 @@ ChartPositions LinkDriver::Positions() {
 
 void LinkDriver::SetTheme(bool dark) {
   dark_ = dark;
-  if (program_ == Program::kAnswers)
-    Ask({.command = Command::kTheme, .dark = dark}, kShortPatience);
+  if (program_ == Program::kAnswers) SendTheme();
+}
+
+// A program that is busy gets it at the next look.
+void LinkDriver::SendTheme() {
+  if (!dark_ || dark_there_ == dark_) return;
+  const ChartRequest request{.command = Command::kTheme, .dark = *dark_};
+  if (Ask(request, kShortPatience) == LinkOutcome::kDone) dark_there_ = dark_;
 }
 
 // A program that hangs finds the request when it goes on.

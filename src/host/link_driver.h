@@ -64,6 +64,7 @@ class LinkDriver : public ChartDriver {
   bool StartProgram();
   std::uint32_t ChartWindowProcess();  // 0 without one
   ChartPositions Positions();
+  void SendTheme();
   LinkOutcome Ask(const ChartRequest& request, std::chrono::milliseconds patience);
 
   SimSession& session_;
@@ -72,6 +73,7 @@ class LinkDriver : public ChartDriver {
   ChartRegistry& registry_;
   TraderFocus& trader_;
   std::optional<bool> dark_;
+  std::optional<bool> dark_there_;  // what the program has taken over
   Program program_ = Program::kForeign;
   std::uint32_t process_ = 0;  // that answered last
   int starting_ = 0;           // the program is being started; clicks run

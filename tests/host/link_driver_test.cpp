@@ -283,6 +283,11 @@ TEST_F(LinkDriverTest, TheThemeReachesTheChartProgramAtItsStartAndLater) {
   EXPECT_EQ(link.dark, true);
   host.SetTheme(false);
   EXPECT_EQ(link.dark, false);
+  link.delay = std::chrono::milliseconds(2001);
+  host.SetTheme(true);
+  link.delay = std::chrono::milliseconds(1);
+  host.RefreshCharts();
+  EXPECT_EQ(link.dark, true) << "as soon as it answers";
 }
 
 TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {
