@@ -247,8 +247,11 @@ TEST_F(WindowsTest, BigDisplaysFitTheScreenAndOpenWhereTheyWereDragged) {
   all->desktop.Unload(price);
   EXPECT_FALSE(all->outside.settings.texts.contains("frmBigPriceLeft"));
   all->desktop.frmBigPrice().SetLeft(45);
+  price.SetTop(0);
+  all->windows.form1.on_close();
+  EXPECT_EQ(all->outside.settings.texts["frmBigPriceLeft"], "45") << "still open at the end";
   all->desktop.Unload(price);
-  EXPECT_EQ(all->desktop.frmBigPrice().Left(), 45);
+  EXPECT_TRUE(all->desktop.frmBigPrice().Left() == 45 && price.Top() == 0);
 }
 
 TEST_F(WindowsTest, ClosingThePanelInARunBringsItBackHiddenWithAFreshAccount) {
