@@ -132,14 +132,20 @@ class Recognition {
     format_.header_line = lines_[line].number;
     format_.header = std::string(lines_[line].text);
     while (titles.size() > sample_.width && titles.back().empty()) titles.pop_back();
-    // Some programs number the rows, but leave no room for that in the header.
-    if (titles.size() + 1 == sample_.width && values_.CountRows(0)) {
-      titles.insert(titles.begin(), "");
-    }
+    if (titles.size() + 1 == sample_.width) InsertMissing(titles);
     format_.width = titles.size();
     titles.resize(std::max(titles.size(), sample_.width));
     format_.columns.assign(titles.size(), {});
     for (std::size_t i = 0; i < titles.size(); ++i) format_.columns[i].title = titles[i];
+  }
+
+  // Some programs number the rows without a title, or have one title for date and time.
+  void InsertMissing(Titles& titles) const {
+    if (values_.CountRows(0)) {
+      titles.insert(titles.begin(), "");
+    } else if (sample_.width > 1 && values_.AreDates(0) && values_.HaveColons(1)) {
+      titles.insert(titles.begin() + 1, "");
+    }
   }
 
   Titles HeaderTitles() const {

@@ -21,6 +21,8 @@ class RowReader {
 
   // True if a price is missing, though the row goes on to where it should be.
   bool LacksPrice(const Fields& fields) const;
+  // True if the row ends before the last field that is read.
+  bool IsCutOff(const Fields& fields) const { return fields.size() < needed_; }
   // Throws ImportError, naming the field.
   void Read(const Fields& fields, PriceRow& row);
   // True if the field of the date holds one.
