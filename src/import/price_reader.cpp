@@ -5,6 +5,7 @@
 #include "import/column_scan.h"
 #include "import/field_text.h"
 #include "import/line_fields.h"
+#include "import/plain_rows.h"
 #include "import/row_reader.h"
 #include "import/table_format.h"
 #include "import/text_source.h"
@@ -82,7 +83,10 @@ struct PriceReader::State {
         block(source.Next()),
         table(Recognise(block, file, options)),
         splitter(table.separator),
-        row_reader(table, ShiftOfScale(options.scale)) {
+        row_reader(table, ShiftOfScale(options.scale)),
+        plain_rows(table, row_reader, ShiftOfScale(options.scale)) {
+    rows.reserve(kRowsAtOnce);
+    lines.reserve(kRowsAtOnce);
     format.container = source.Container();
     format.encoding = source.EncodingName();
     format.separator = table.separator;
@@ -105,10 +109,17 @@ struct PriceReader::State {
   }
 
   void Read(std::string_view line) {
-    if (IsBlankLine(line)) return;
+    PriceRow& row = rows.emplace_back();
+    row.line = line_number;
+    if (end_error.empty() && plain_rows.Read(line, row)) {
+      lines.push_back(line);
+      return;
+    }
+    rows.pop_back();
+    if (IsBlankLine(line) || line_number == table.header_line) return;
     try {
       const std::vector<std::string_view>& fields = splitter.Split(line);
-      if (line_number < table.first_row_line || IsNoRow(line)) {
+      if (IsNoRow(line) || (line_number < table.first_row_line && !row_reader.HasDate(fields))) {
         ++counts.other_lines;
       } else if (row_reader.LacksPrice(fields) && row_reader.HasDate(fields)) {
         CountSkipped();
@@ -158,6 +169,7 @@ struct PriceReader::State {
   TableFormat table;
   LineFields splitter;
   RowReader row_reader;
+  PlainRows plain_rows;
   FileFormat format;
   RowCounts counts;
   std::int64_t line_number = 0;
