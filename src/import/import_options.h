@@ -26,22 +26,22 @@ enum class Remember : std::uint8_t { kNothing, kFile, kFolder };
 // What the user has decided. Whatever is missing is taken from the file and its name; what the file
 // leaves open becomes a question.
 struct ImportOptions {
-  std::optional<std::string> symbol;       // any case; for a file with one series
-  std::optional<std::string> name;         // default: that of the stored security, or the symbol
-  std::optional<int> interval;             // kDaily or minutes; finer bars are aggregated
-  std::optional<std::string> date_format;  // a pattern such as "%d.%m.%Y"
-  std::optional<DateOrder> date_order;
-  std::optional<bool> decimal_comma;  // or a decimal point
-  std::optional<Prices> prices;
-  std::optional<BarLabel> label;     // default: kStart
-  int scale = 1;                     // prices are multiplied by it: a power of ten
-  std::optional<std::int32_t> from;  // yyyymmdd, the first and the last day to import
-  std::optional<std::int32_t> to;
+  std::optional<std::string> symbol = {};  // any case; for a file with one series
+  std::optional<std::string> name = {};    // default: that of the stored security, or the symbol
+  std::optional<int> interval = {};        // kDaily or minutes; finer bars are aggregated
+  std::optional<std::string> date_format = {};  // a pattern such as "%d.%m.%Y"
+  std::optional<DateOrder> date_order = {};
+  std::optional<bool> decimal_comma = {};  // or a decimal point
+  std::optional<Prices> prices = {};
+  std::optional<BarLabel> label = {};     // default: kStart
+  int scale = 1;                          // prices are multiplied by it: a power of ten
+  std::optional<std::int32_t> from = {};  // yyyymmdd, the first and the last day to import
+  std::optional<std::int32_t> to = {};
   // Time zones as in the tz database: "Europe/Berlin". Times are kept as written unless one of
   // these is set. Without from_zone each line must state its offset; without to_zone times become
   // UTC.
-  std::optional<std::string> from_zone;
-  std::optional<std::string> to_zone;
+  std::optional<std::string> from_zone = {};
+  std::optional<std::string> to_zone = {};
   bool utc = false;  // convert times with an offset or suffix to UTC
   TooLong too_long = TooLong::kAsk;
   bool replace = false;  // start over instead of adding to the stored series
@@ -49,5 +49,13 @@ struct ImportOptions {
 
   bool operator==(const ImportOptions&) const = default;
 };
+
+// True for 1, 10, 100, ... up to 1,000,000.
+constexpr bool IsScale(int scale) {
+  for (int power = 1; power <= 1'000'000; power *= 10) {
+    if (scale == power) return true;
+  }
+  return false;
+}
 
 }  // namespace velumar

@@ -30,21 +30,21 @@ struct ImportQuestion {
     std::string result;     // "2 January 2020 to 11 November 2020"
     ImportOptions options;  // those of the call with this answer
   };
-  std::string text;             // "Which comes first in 03/04/2020?"
-  std::string option;           // "--date-order dmy or mdy"
-  std::vector<Answer> answers;  // empty if only a text or number can answer it
+  std::string text;                  // "Which comes first in 03/04/2020?"
+  std::string option;                // "--date-order dmy or mdy"
+  std::vector<Answer> answers = {};  // empty if only a text or number can answer it
 };
 
 // A series that a file yields, after aggregation and scaling. While a question is open, interval is
 // 0 and the bars are those of the file.
 struct FoundSeries {
-  std::string symbol;
-  std::string name;  // as it will be stored; empty for that of the stored series or the symbol
-  int interval = 0;  // kDaily or minutes
+  std::string symbol = {};
+  std::string name = {};  // as it will be stored; empty for that of the stored series or the symbol
+  int interval = 0;       // kDaily or minutes
   std::int64_t bars = 0;
-  Bar first;
-  Bar last;
-  std::string refusal;  // why this series cannot be imported; the others of the file can
+  Bar first = {};
+  Bar last = {};
+  std::string refusal = {};  // why this series cannot be imported; the others of the file can
 };
 
 // The text of a line next to the bar that was read from it.
@@ -77,17 +77,18 @@ Understanding UnderstandFile(const std::filesystem::path& file, const ImportOpti
 
 // What became of one series.
 struct ImportedSeries {
-  FoundSeries found;
+  FoundSeries found = {};
   std::int64_t added = 0;
   std::int64_t changed = 0;
-  std::int64_t kept = 0;  // stored bars within the days of the file that the file lacks
-  bool replaced = false;  // or new: nothing was kept
-  std::string error;      // why it was not stored; it is then as it was before
+  std::int64_t kept = 0;   // stored bars within the days of the file that the file lacks
+  bool replaced = false;   // or new: nothing was kept
+  std::string error = {};  // why it was not stored; it is then as it was before
 };
 
 struct ImportReport {
-  std::vector<ImportedSeries> series;
-  std::vector<std::string> remarks;
+  std::vector<ImportedSeries> series = {};
+  std::vector<std::string> remarks = {};
+  int suggested_scale = 1;  // as in Understanding
 };
 
 // A question stands open. what() names the option that decides it.
@@ -106,9 +107,10 @@ ImportReport ImportFile(const std::filesystem::path& file, std::string_view dire
 
 // What became of one file of an update.
 struct UpdatedFile {
-  std::filesystem::path file;
-  ImportReport report;
-  std::string problem;  // why it was not imported
+  std::filesystem::path file = {};
+  ImportReport report = {};
+  std::string problem = {};  // why it was not imported
+  bool undecided = false;    // a question stands open
 };
 
 // Imports the files that the directory remembers again, where they have changed since, and the new

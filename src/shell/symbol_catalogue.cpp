@@ -197,8 +197,9 @@ SymbolCatalogue::Imported SymbolCatalogue::ImportAll(const std::vector<std::stri
   std::string problems;
   for (const std::string& file : prices) {
     try {
-      const CsvImportReport report = ImportCsv(NativePath(file), session_.DataDir, {}, cache_);
-      if (imported.files++ == 0) imported.first = report;
+      const ImportReport report =
+          ImportFile(NativePath(file), session_.DataDir, {}, cache_, nullptr);
+      if (imported.files++ == 0) imported.first = report.series.front().found;
     } catch (const std::exception& error) {
       problems += "\n" + std::string(error.what());
     }
@@ -220,7 +221,7 @@ bool SymbolCatalogue::ConfirmImport(std::size_t files) {
   return platform_.boxes.Ask(question, {"Import", "Cancel"}) == 0;
 }
 
-void SymbolCatalogue::ChooseImported(const CsvImportReport& series) {
+void SymbolCatalogue::ChooseImported(const FoundSeries& series) {
   ComboBox& list = desktop_.form1().Combo1;
   const auto& rows = list.Rows();
   const auto row = std::ranges::find_if(rows, [&](const ComboBox::Row& one) {

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "csv/csv_import.h"
 #include "forms/desktop.h"
+#include "import/price_import.h"
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"
@@ -41,7 +41,7 @@ class SymbolCatalogue {
  private:
   struct Imported {
     std::size_t files = 0;
-    CsvImportReport first;
+    FoundSeries first;
   };
 
   void ListSecurities(int build);
@@ -52,7 +52,7 @@ class SymbolCatalogue {
   bool OfferImport();
   bool ConfirmImport(std::size_t files);
   Imported ImportAll(const std::vector<std::string>& prices);
-  void ChooseImported(const CsvImportReport& series);
+  void ChooseImported(const FoundSeries& series);
   void SetDataDirectory(std::string_view directory);
   bool ListsSecurities() const { return session_.PeriodBySymbol.size() > 1; }
   void SetPeriod(std::string_view interval);
