@@ -218,14 +218,14 @@ void ImportWindow::Offer(const std::vector<std::string>& paths, std::string_view
   std::vector<std::filesystem::path> native;
   native.reserve(paths.size());
   for (const std::string& path : paths) native.push_back(NativePath(path));
-  if (PriceFilesIn(native).empty()) {
+  if (std::ranges::none_of(native, HoldsPrices)) {
     return platform_.boxes.Show(kPriceFiles, BoxIcon::kInformation);
   }
   if (directory != directory_ && task_ != Task::kImport) desktop_.Unload(Window());
   FrmImport& form = desktop_.frmImport();
   if (batch_.Size() == 0) directory_ = directory;
   form.SetCaption("Import into " + PathText(NativePath(directory_).make_preferred()));
-  batch_.Add(native);
+  batch_.Add(std::move(native));
   ShowList();
   ShowFile();
   ShowTask();
