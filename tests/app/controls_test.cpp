@@ -7,11 +7,7 @@
 namespace velumar {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-class ControlsTest : public ShownDesktop {
- protected:
+struct ControlsTest : ShownDesktop {
   ControlsTest() {
     form.Show();
     panel.Show();

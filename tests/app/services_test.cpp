@@ -21,7 +21,7 @@ void WhenOpen(Act act) {
   });
 }
 
-struct EventLoopTest : ::testing::Test {
+struct EventLoopTest : testing::Test {
   EventLoopTest() { time.start(); }
 
   const std::unique_ptr<EventLoop> events = WindowEvents();

@@ -1,7 +1,5 @@
 #include "charthost/view/link_server.h"
 
-#include <gtest/gtest.h>
-
 #include <QTest>
 #include <atomic>
 #include <thread>
@@ -18,8 +16,7 @@ namespace {
 using Command = ChartRequest::Command;
 using std::chrono_literals::operator""ms;
 
-class LinkServerTest : public testing::Test {
- protected:
+struct LinkServerTest : testing::Test {
   LinkServerTest() {
     qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(program_.scratch.Path().string()));
     server_.emplace(*program_.window);

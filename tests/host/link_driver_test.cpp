@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 
 #include <set>
 
@@ -7,15 +6,10 @@
 namespace velumar {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
 using Command = ChartRequest::Command;
 
 // Our chart program at the other end of the link, which can be slow, end, and start again.
-class LinkedChart : public ChartLink {
- public:
+struct LinkedChart : ChartLink {
   explicit LinkedChart(VirtualPlatform& outside) : outside_(outside) {
     outside.chart.running = false;
     outside.programs.on_start = [this] { Begin(); };
@@ -33,27 +27,16 @@ class LinkedChart : public ChartLink {
       return LinkOutcome::kNoAnswer;
     }
     if (!read->symbol.empty()) positions = read->positions;
-    switch (read->command) {
-      case Command::kOpen:
-        if (!symbols.contains(read->symbol)) return LinkOutcome::kRefused;
-        open = read->folder + " " + read->symbol + " " + std::to_string(read->interval.value_or(0));
-        break;
-      case Command::kCloseAll:
-        open.clear();
-        break;
-      case Command::kRefresh:
-        if (open.empty()) return LinkOutcome::kRefused;
-        ++refreshes;
-        break;
-      case Command::kTheme:
-        dark = read->dark;
-        break;
-      case Command::kQuit:
-        End();
-        break;
-      default:
-        break;
+    const auto is = [&](Command command) { return read->command == command; };
+    if (is(Command::kOpen) && !symbols.contains(read->symbol)) return LinkOutcome::kRefused;
+    if (is(Command::kRefresh) && open.empty()) return LinkOutcome::kRefused;
+    if (is(Command::kOpen)) {
+      open = read->folder + " " + read->symbol + " " + std::to_string(read->interval.value_or(0));
     }
+    if (is(Command::kCloseAll)) open.clear();
+    if (is(Command::kRefresh)) ++refreshes;
+    if (is(Command::kTheme)) dark = read->dark;
+    if (is(Command::kQuit)) End();
     return LinkOutcome::kDone;
   }
   void Begin() {
@@ -82,8 +65,7 @@ class LinkedChart : public ChartLink {
   std::uint32_t next_process_ = 100;
 };
 
-class LinkDriverTest : public HostFixture {
- protected:
+struct LinkDriverTest : HostFixture {
   LinkDriverTest() {
     session.Run.interval = "5";
     session.BarIndex = -1;
@@ -104,12 +86,16 @@ class LinkDriverTest : public HostFixture {
 };
 
 TEST_F(LinkDriverTest, ARunTypesNothingAndMovesNoFocus) {
+  host.SetTheme(true);
   for (int program = 0; program < 2; ++program) {
     const auto before = outside.events.Now();
     StartRun();
     EXPECT_LE((outside.events.Now() - before).count(), program == 0 ? 100 : 0);
   }
-  EXPECT_EQ(outside.programs.started.size(), 1U);
+  EXPECT_THAT(outside.programs.started, ElementsAre(HasSubstr("--theme=dark")));
+  EXPECT_EQ(link.dark, true);
+  host.SetTheme(false);
+  EXPECT_EQ(link.dark, false);
   EXPECT_EQ(link.open, "/data/Simulate\\ ABC 5");
   EXPECT_EQ(link.refreshes, 2);
   EXPECT_THAT(chart.sent, IsEmpty());
@@ -221,16 +207,7 @@ TEST_F(LinkDriverTest, WhatTheTraderClosesStaysClosed) {
   EXPECT_EQ(run.line, "No chart program, start it! ");
 }
 
-TEST_F(LinkDriverTest, AProgramThatAlwaysEndsIsGivenUp) {
-  StartRun();
-  for (int refresh = 0; refresh < 10; ++refresh) {
-    link.ends_before = static_cast<int>(link.asked.size()) + 1;
-    host.RefreshCharts();
-  }
-  EXPECT_LE(outside.programs.started.size(), 5U);
-}
-
-TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAtTheEnd) {
+TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAndOneThatAlwaysEndsGivenUp) {
   StartRun();
   HostControl other(session, run, run, platform, registry, trader);
   other.RefreshCharts();
@@ -238,15 +215,11 @@ TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAtTheEnd) {
   EXPECT_TRUE(chart.running) << "another Velumar's";
   host.QuitStarted();
   EXPECT_FALSE(chart.running);
-}
-
-TEST_F(LinkDriverTest, TheThemeReachesTheChartProgramAtItsStartAndLater) {
-  host.SetTheme(true);
-  StartRun();
-  EXPECT_THAT(outside.programs.started.front(), HasSubstr("--theme=dark"));
-  EXPECT_EQ(link.dark, true);
-  host.SetTheme(false);
-  EXPECT_EQ(link.dark, false);
+  for (int refresh = 0; refresh < 10; ++refresh) {
+    link.ends_before = static_cast<int>(link.asked.size()) + 1;
+    host.RefreshCharts();
+  }
+  EXPECT_LE(outside.programs.started.size(), 5U);
 }
 
 TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {
