@@ -118,7 +118,7 @@ TEST_F(WindowsTest, AFolderOfPriceFilesBecomesADataDirectory) {
   all->Setup().Command5.UserClick();
   EXPECT_THAT(all->Setup().Combo1.Rows(), testing::IsEmpty());
   // The next start of the program offers them again.
-  Reopen();
+  all = std::make_unique<WholeProgram>(folder);
   all->program.Start();
   all->windows.frmImport.on_enter();
   EXPECT_EQ(all->session.DataDir, folder);
