@@ -6,7 +6,7 @@
 #include <span>
 
 #include "base/paths.h"
-#include "csv/csv_import.h"
+#include "import/price_import.h"
 #include "marketdata/index_cache.h"
 
 int main(int argument_count, char** arguments) {
@@ -14,9 +14,10 @@ int main(int argument_count, char** arguments) {
   try {
     velumar::IndexCache cache;
     for (std::size_t i = 2; i + 1 < given.size(); i += 2) {
-      velumar::CsvImportOptions options;
+      velumar::ImportOptions options;
+      options.remember = velumar::Remember::kNothing;
       options.name = given[i + 1];
-      velumar::ImportCsv(velumar::NativePath(given[i]), given[1], options, cache);
+      velumar::ImportFile(velumar::NativePath(given[i]), given[1], options, cache, nullptr);
     }
     return 0;
   } catch (const std::exception& error) {

@@ -5,7 +5,7 @@ packages=(
   g++ cmake ninja-build ccache pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqcustomplot-dev librsvg2-bin
   libxdo-dev libx11-dev libxcb1-dev libxcb-ewmh-dev libxcb-xkb-dev
-  libsqlite3-dev libcli11-dev nlohmann-json3-dev libhowardhinnant-date-dev libcurl4-openssl-dev libmicrohttpd-dev
+  libarchive-dev libcsv-dev libsqlite3-dev libcli11-dev nlohmann-json3-dev libhowardhinnant-date-dev libcurl4-openssl-dev libmicrohttpd-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   dpkg-dev appstream
   xvfb openbox xdotool x11-utils x11-xkb-utils xauth imagemagick poppler-utils fonts-dejavu-core

@@ -1,13 +1,15 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <functional>
+#include <map>
 #include <ostream>
 #include <stdexcept>
 
 #include "base/dates.h"
+#include "base/number_text.h"
 #include "cli/commands.h"
 #include "cli/replay_world.h"
-#include "csv/csv_text.h"
+#include "import/date_pattern.h"
 #include "marketdata/interval.h"
 
 // The only file that includes CLI11, whose headers take seconds to compile.
@@ -16,8 +18,13 @@ namespace velumar {
 
 namespace {
 
-constexpr int kFailure = 1;
 constexpr int kBadArguments = 2;
+
+constexpr const char* kImportNotes =
+    "Understands the usual price files, plain or in zip or gz. Stored bars that a file lacks are\n"
+    "kept, others are corrected. A file that leaves something open is not imported; the message\n"
+    "names the option that decides it, and the other files are imported. Exits with 2 if a file\n"
+    "leaves something open, else with 1 if one failed.";
 
 constexpr const char* kReplayCommands =
     "Reads commands from stdin, one per line, and answers each with one line of JSON on stdout;\n"
@@ -35,6 +42,16 @@ constexpr const char* kReplayCommands =
 
 std::string DateProblem(const std::string& text) {
   return DateFromDigits(text) ? "" : "START must be a date yyyymmdd, not " + text;
+}
+
+std::string DayProblem(const std::string& text) {
+  return DateFromDigits(text) ? "" : "a day is yyyymmdd, not " + text;
+}
+
+std::string ScaleProblem(const std::string& text) {
+  return IsScale(ExactNumber<int>(text).value_or(0))
+             ? ""
+             : "a scale is 1, 10, 100 ... up to 1000000, not " + text;
 }
 
 std::string IntervalProblem(const std::string& text) {
@@ -63,6 +80,24 @@ CLI::Option* AddText(CLI::App& command, const std::string& flag, std::optional<s
       flag, [&text](const std::string& given) { text = given; }, help);
 }
 
+// An option for one of several words.
+template <typename Value>
+void AddChoice(CLI::App& command, const std::string& flag, std::optional<Value>& choice,
+               const std::map<std::string, Value>& values, const std::string& help) {
+  command
+      .add_option_function<std::string>(
+          flag, [&choice, values](const std::string& given) { choice = values.at(given); }, help)
+      ->check(CLI::IsMember(values));
+}
+
+void AddDay(CLI::App& command, const std::string& flag, std::optional<std::int32_t>& day,
+            const std::string& help) {
+  command
+      .add_option_function<std::string>(
+          flag, [&day](const std::string& given) { day = DateFromDigits(given); }, help)
+      ->check(DayProblem);
+}
+
 // The program's command line, and the arguments of whichever command was given.
 class CommandLine {
  public:
@@ -72,6 +107,7 @@ class CommandLine {
     // "/data" is a folder on every system.
     app_.allow_windows_style_options(false);
     AddImport();
+    AddUpdate();
     AddList();
     AddDump();
     AddFigures();
@@ -84,6 +120,7 @@ class CommandLine {
   }
 
   CLI::App& App() { return app_; }
+  int Code() const { return code_; }
 
  private:
   // The command runs as soon as its arguments are parsed.
@@ -92,40 +129,115 @@ class CommandLine {
   }
 
   void AddImport() {
-    CLI::App& command =
-        AddCommand("import", "Import a CSV file into a market data directory as one security.",
-                   [this] { Import(import_, context_); });
-    command.footer(
-        "A security with the same symbol and interval is replaced. The first line names the\n"
-        "columns: Date, Open, High, Low, Close and optionally Time, Volume and OpenInterest.\n"
-        "If a line cannot be read, nothing is written.");
-    command.add_option("CSV", import_.file, "the file, separated by commas, semicolons or tabs")
+    CLI::App& command = AddCommand("import", "Import price files into a market data directory.",
+                                   [this] { code_ = Import(import_, context_); });
+    command.footer(kImportNotes);
+    command
+        .add_option(
+            "FILE", import_.paths,
+            "price files, or folders of them; then DIR, the market data directory, which is "
+            "created if missing")
         ->required();
-    command.add_option("DIR", import_.directory, "the market data directory, created if missing")
-        ->required();
-    AddText(command, "--symbol", import_.options.symbol,
-            "the symbol, up to 14 characters (default: from the file name, as in AAPL_D.csv)")
+    ImportOptions& options = import_.options;
+    AddText(command, "--symbol", options.symbol,
+            "the symbol, up to 14 characters (default: from the file or its name)")
         ->check(SymbolProblem);
-    AddText(command, "--name", import_.options.name,
+    AddText(command, "--name", options.name,
             "the name of the security (default: the stored name, or the symbol)");
     command
         .add_option_function<std::string>(
             "--interval",
-            [this](const std::string& text) { import_.options.interval = IntervalFromText(text); },
-            "D for daily bars, or the minutes: 5, 10, 15, 30, 60 (default: from the file name, or "
-            "from the gaps between bars)")
+            [&options](const std::string& text) { options.interval = IntervalFromText(text); },
+            "D for daily bars, or the minutes: 5, 10, 15, 30, 60; finer bars are aggregated "
+            "(default: from the file, its name, or the gaps between bars)")
         ->check(CLI::IsMember({"D", "5", "10", "15", "30", "60"}, CLI::ignore_case));
+    AddDates(command);
+    AddPrices(command);
+    AddRange(command);
+    AddZones(command);
+    command.add_flag("--replace", options.replace,
+                     "replace the stored series instead of adding to it");
+    CLI::Option* dry_run = command.add_flag("--dry-run", import_.dry_run,
+                                            "print what was understood and import nothing");
+    command.add_flag("--json", import_.json, "with --dry-run: as one JSON object")->needs(dry_run);
+    command.add_flag("--explain", import_.explain, "with --dry-run: the reason for each column")
+        ->needs(dry_run);
+  }
+
+  void AddDates(CLI::App& command) {
+    ImportOptions& options = import_.options;
     command.add_option_function<std::string>(
         "--date-format",
-        [this](const std::string& pattern) {
+        [&options](const std::string& pattern) {
           try {
-            import_.options.date_format = CsvDateFormat(pattern);
-          } catch (const CsvError& error) {
+            options.date_format = DatePattern(pattern).Text();
+          } catch (const ImportError& error) {
             throw CLI::ValidationError("--date-format", error.what());
           }
         },
-        "the format of dates other than yyyymmdd and yyyy-mm-dd: %d.%m.%Y, or \"%m/%d/%y %H:%M\" "
-        "if the column includes the time");
+        "the format of the dates: %d.%m.%Y, or \"%m/%d/%y %H:%M\" if the column includes the time "
+        "(default: recognised)");
+    AddChoice(command, "--date-order", options.date_order,
+              {{"dmy", DateOrder::kDayMonthYear},
+               {"mdy", DateOrder::kMonthDayYear},
+               {"ymd", DateOrder::kYearMonthDay}},
+              "the order of day, month and year");
+    AddChoice(command, "--decimal", options.decimal_comma, {{"comma", true}, {"point", false}},
+              "the sign before the decimals (default: recognised)");
+    AddChoice(command, "--label", options.label,
+              {{"start", BarLabel::kStart}, {"end", BarLabel::kEnd}},
+              "whether the times are the start (default) or the end of the bars");
+  }
+
+  void AddPrices(CLI::App& command) {
+    ImportOptions& options = import_.options;
+    CLI::Option* adjusted = command.add_flag_function(
+        "--adjusted", [&options](std::int64_t) { options.prices = Prices::kAdjusted; },
+        "take the adjusted close, and adjust open, high and low by the same factor");
+    command
+        .add_flag_function(
+            "--unadjusted", [&options](std::int64_t) { options.prices = Prices::kAsTraded; },
+            "take the prices as traded")
+        ->excludes(adjusted);
+    command
+        .add_option("--scale", options.scale,
+                    "multiply the prices by a power of ten, so that they can be traded in "
+                    "hundredths")
+        ->check(ScaleProblem);
+  }
+
+  void AddRange(CLI::App& command) {
+    ImportOptions& options = import_.options;
+    AddDay(command, "--from", options.from, "the first day to import, yyyymmdd");
+    AddDay(command, "--to", options.to, "the last day to import, yyyymmdd");
+    CLI::Option* last = command.add_flag_function(
+        "--last", [&options](std::int64_t) { options.too_long = TooLong::kKeepLast; },
+        "keep the last 32768 bars of a longer series");
+    command
+        .add_flag_function(
+            "--split-by-year",
+            [&options](std::int64_t) { options.too_long = TooLong::kSplitByYear; },
+            "make one series of each year: EURUSD-2023")
+        ->excludes(last);
+  }
+
+  void AddZones(CLI::App& command) {
+    ImportOptions& options = import_.options;
+    AddText(command, "--from-zone", options.from_zone,
+            "the time zone of the times, such as Europe/Berlin (default: kept as written)");
+    AddText(command, "--to-zone", options.to_zone,
+            "the time zone to convert them to (default: UTC)");
+    command.add_flag("--utc", options.utc, "convert times that state their offset to UTC");
+  }
+
+  void AddUpdate() {
+    CLI::App& command =
+        AddCommand("update", "Import the files of earlier imports again, where they have changed.",
+                   [this] { code_ = UpdateDirectory(update_, context_); });
+    command.footer(
+        "The directory remembers each imported file with its options. Of folders that were\n"
+        "imported, new files are imported, too.");
+    command.add_option("DIR", update_, "the market data directory")->required();
   }
 
   void AddList() {
@@ -221,7 +333,9 @@ class CommandLine {
   CliContext& context_;
   CLI::App app_{"Velumar without a window: market data, ledgers and replays on the command line.",
                 "velumar-cli"};
+  int code_ = 0;  // of the command that has run
   ImportArguments import_;
+  std::string update_;
   ListArguments list_;
   DumpArguments dump_;
   FiguresArguments figures_;
@@ -245,7 +359,7 @@ int RunCli(const std::vector<std::string>& arguments, CliContext& context) {
     context.err << "velumar-cli: " << error.what() << '\n';
     return kFailure;
   }
-  return 0;
+  return line.Code();
 }
 
 }  // namespace velumar

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "csv/csv_import.h"
+#include "import/price_import.h"
 #include "results/run_record.h"
 
 namespace velumar {
@@ -18,20 +18,30 @@ struct CliContext {
   std::istream& in;
   std::ostream& out;
   std::ostream& err;
+  bool shows_progress = false;  // on `err`, which is a terminal
 };
 
 // Runs one command; `arguments` are those after the program's name. Returns the exit code: 0, 1
-// after a failure, 2 if the arguments are invalid. After 1 and 2 `context.err` has the reason.
+// after a failure, 2 if the arguments are invalid or a file leaves open how it is to be imported.
+// After 1 and 2 `context.err` has the reason.
 int RunCli(const std::vector<std::string>& arguments, CliContext& context);
 
 // The commands, with their arguments as they are parsed. A command throws if it fails.
 
+inline constexpr int kFailure = 1;
+inline constexpr int kUndecided = 2;
+
 struct ImportArguments {
-  std::string file;
-  std::string directory;
-  CsvImportOptions options;
+  std::vector<std::string> paths;  // files and folders, and the directory as the last one
+  ImportOptions options;
+  bool dry_run = false;
+  bool json = false;
+  bool explain = false;
 };
-void Import(const ImportArguments& arguments, CliContext& context);
+// Imports what can be imported. Returns kUndecided if a file leaves something open, else kFailure
+// if one failed, else 0.
+int Import(const ImportArguments& arguments, CliContext& context);
+int UpdateDirectory(const std::string& directory, CliContext& context);
 
 struct ListArguments {
   std::string directory;

@@ -1,21 +1,15 @@
 #include <ostream>
 
-#include "base/paths.h"
 #include "cli/commands.h"
 #include "cli/json_text.h"
 #include "cli/text_table.h"
-#include "csv/csv_export.h"
+#include "import/csv_export.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
 
 namespace velumar {
 
 namespace {
-
-// "1 bar has", "2 bars have".
-std::string BarsHave(int count) {
-  return std::to_string(count) + (count == 1 ? " bar has" : " bars have");
-}
 
 std::string SecurityJson(const std::vector<SecurityInfo>& securities) {
   auto rows = nlohmann::ordered_json::array();
@@ -51,23 +45,6 @@ std::string SecurityTable(const std::vector<SecurityInfo>& securities) {
 }
 
 }  // namespace
-
-void Import(const ImportArguments& arguments, CliContext& context) {
-  const CsvImportReport report =
-      ImportCsv(NativePath(arguments.file), arguments.directory, arguments.options, context.cache);
-  if (report.contradictions > 0) {
-    context.err << arguments.file << ": " << BarsHave(report.contradictions)
-                << " contradictory prices, imported unchanged (first on line "
-                << report.first_contradiction_line << ")\n";
-  }
-  if (report.times_left_out > 0) {
-    context.err << arguments.file << ": " << BarsHave(report.times_left_out)
-                << " a time, ignored because the series is daily\n";
-  }
-  context.out << report.symbol << ' ' << IntervalText(report.interval) << ": " << report.bars
-              << (report.bars == 1 ? " bar, " : " bars, ") << report.first_date << " to "
-              << report.last_date << '\n';
-}
 
 void ListSecurities(const ListArguments& arguments, CliContext& context) {
   const std::vector<SecurityInfo> securities = SecuritiesOf(arguments.directory, context.cache);

@@ -7,6 +7,6 @@
 int main(int argc, char** argv) {
   velumar::UsePlainStreams();
   velumar::IndexCache cache;
-  velumar::CliContext context{cache, std::cin, std::cout, std::cerr};
+  velumar::CliContext context{cache, std::cin, std::cout, std::cerr, velumar::ErrorsGoToTerminal()};
   return velumar::RunCli(velumar::ProgramArguments(argc, argv), context);
 }

@@ -60,24 +60,6 @@ BarField DifferingField(const BarLayout& layout, const Bar& a, const Bar& b) {
   });
 }
 
-void CheckIdentity(const NewSecurity& security) {
-  const std::string quoted = "\"" + security.symbol + "\"";
-  const std::size_t size = StoredSize(security.symbol);
-  StoredSize(security.name);
-  if (size == 0 || size > kLongestSymbol || HasControls(security.symbol) ||
-      Trimmed(security.symbol) != security.symbol) {
-    ThrowBadIdentity("The symbol " + quoted +
-                     " can't be stored: a symbol has 1 to 14 characters and no blanks around it");
-  }
-  if (HasControls(security.name)) {
-    ThrowBadIdentity(quoted + ": the name \"" + security.name + "\" can't be stored");
-  }
-  if (security.interval != -1 && (security.interval < 1 || security.interval > kLongestInterval)) {
-    ThrowBadIdentity(quoted + ": an interval of " + std::to_string(security.interval) +
-                     " minutes can't be stored");
-  }
-}
-
 void CheckBars(const NewSecurity& security, const std::vector<Bar>& bars, std::string_view place) {
   const BarLayout layout = WantedLayout(security.interval);
   std::array<std::byte, 4 * kBarFields> buffer{};
@@ -295,9 +277,27 @@ class SecurityStorage {
 
 }  // namespace
 
+void RequireStorable(const NewSecurity& security) {
+  const std::string quoted = "\"" + security.symbol + "\"";
+  const std::size_t size = StoredSize(security.symbol);
+  StoredSize(security.name);
+  if (size == 0 || size > kLongestSymbol || HasControls(security.symbol) ||
+      Trimmed(security.symbol) != security.symbol) {
+    ThrowBadIdentity("The symbol " + quoted +
+                     " can't be stored: a symbol has 1 to 14 characters and no blanks around it");
+  }
+  if (HasControls(security.name)) {
+    ThrowBadIdentity(quoted + ": the name \"" + security.name + "\" can't be stored");
+  }
+  if (security.interval != -1 && (security.interval < 1 || security.interval > kLongestInterval)) {
+    ThrowBadIdentity(quoted + ": an interval of " + std::to_string(security.interval) +
+                     " minutes can't be stored");
+  }
+}
+
 void StoreSecurity(std::string_view directory, const NewSecurity& security,
                    const std::vector<Bar>& bars, IndexCache& cache) {
-  CheckIdentity(security);
+  RequireStorable(security);
   CheckBars(security, bars, directory);
   const std::filesystem::path path = NativePath(directory);
   std::error_code error;

@@ -19,6 +19,9 @@ struct NewSecurity {
   int interval = -1;
 };
 
+// Throws MetaLibError (kNotStorable) if the symbol, the name or the interval cannot be stored.
+void RequireStorable(const NewSecurity& security);
+
 // Adds the security with its bars, or replaces the one of the same symbol and interval, completely
 // or not at all: if it fails, throws MetaLibError and leaves the directory as it was. Creates a
 // missing directory or index, and sorts the bars, keeping the last of equal timestamps. A daily

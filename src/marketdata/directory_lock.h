@@ -8,6 +8,10 @@
 
 namespace velumar {
 
+// The file that marks a folder as the working store of a run, which empties it. It is locked while
+// the run holds it.
+inline constexpr std::string_view kWorkingStoreMark = ".velumar-store";
+
 // Holds a directory for one writer, with a lock on a small file in it. The system releases the lock
 // when the object or its process ends, however that happens; the file stays, and its existence
 // means nothing. Readers and the chart program ignore it.

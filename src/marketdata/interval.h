@@ -15,6 +15,9 @@ inline constexpr std::array kReplayIntervals = {kDaily, 5, 10, 15, 30, 60};
 bool IsReplayInterval(int interval);
 std::string ReplayIntervalsText();  // "D, 5, 10, 15, 30 or 60"
 
+// A series of more bars than this can't be replayed: it doesn't fit the 16-bit cursor of a run.
+inline constexpr int kLongestSeries = 32768;
+
 // As people write it: "D" (or "d") or the minutes.
 inline constexpr std::string_view kDailyInterval = "D";
 std::optional<int> IntervalFromText(std::string_view text);

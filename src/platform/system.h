@@ -21,6 +21,9 @@ bool AsksForHelp(int argument_count, const char* const* arguments);
 // Standard streams pass bytes through unchanged, line ends too; a console shows them as UTF-8.
 void UsePlainStreams();
 
+// True if standard error is shown on a terminal.
+bool ErrorsGoToTerminal();
+
 // Makes writing to a pipe that nobody reads fail instead of ending the process.
 void IgnoreClosedPipes();
 

@@ -21,7 +21,7 @@ class StoreError : public std::runtime_error {
 // for the message of a second program; the system releases the lock when the process dies.
 class StoreFolder {
  public:
-  static constexpr std::string_view kMark = ".velumar-store";
+  static constexpr std::string_view kMark = kWorkingStoreMark;
 
   // Creates the folder if it is missing, marks it and locks it. The folder must be empty, marked,
   // or the store of an earlier version. It must not be a link, the folder `data`, a folder that

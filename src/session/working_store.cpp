@@ -7,7 +7,6 @@
 
 #include "base/ignoring.h"
 #include "base/text.h"
-#include "marketdata/interval.h"
 
 namespace velumar {
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "marketdata/index_cache.h"
+#include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
 #include "marketdata/metalib_writer.h"
@@ -16,9 +17,6 @@
 #include "session/store_folder.h"
 
 namespace velumar {
-
-// A series of more bars than this doesn't fit the 16-bit cursor.
-inline constexpr int kLongestSeries = 32768;
 
 // The replay's own error number, for a series that can't be replayed.
 inline constexpr int kNotReplayable = 1720;

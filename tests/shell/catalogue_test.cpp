@@ -21,7 +21,9 @@ struct CatalogueTest : SessionFixture {
   }
   std::string Period() { return desktop.form1().cbxPeriod.Text(); }
   Desktop desktop;
-  SymbolCatalogue catalogue{session, desktop, platform, cache};
+  FileImporter importer{cache};
+  ImportWindow import{desktop, platform, importer, {}};
+  SymbolCatalogue catalogue{session, desktop, platform, cache, import};
 };
 
 TEST_F(CatalogueTest, LinesAreSortedAndKeepTheirOwnIntervals) {

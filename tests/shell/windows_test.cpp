@@ -77,50 +77,50 @@ TEST_F(WindowsTest, BadOrReadOnlySettingsStopNothing) {
   EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("disk full")));
 }
 
-TEST_F(WindowsTest, DroppedPriceFilesAreImportedAfterTheDirectoryIsConfirmed) {
-  const std::string good = PriceFile("MINE_D.csv");
+// The setup window lists securities again after an import, and a run goes on as it began.
+TEST_F(WindowsTest, DroppedPriceFilesAreImportedIntoTheDirectory) {
+  FrmImport& import = all->windows.frmImport;
   all->program.Start();
-  all->Setup().UserDrop({"notes.txt"});
-  EXPECT_THAT(Boxes(), ElementsAre("Only .csv files can be imported."));
-  all->Setup().UserDrop({good});
-  EXPECT_THAT(Boxes().back(), HasSubstr(data)) << "asks, and names the directory";
-  EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U) << "who doesn't agree imports nothing";
-  all->outside.boxes.answers = {0, 0, 0};
-  all->Setup().UserDrop({PriceFile("BAD_D.csv", "x"), "notes.txt", good, PriceFile("NEXT_D.csv")});
-  EXPECT_THAT(Boxes().back(), AllOf(HasSubstr("Imported 2 of 3 files."), HasSubstr("BAD_D.csv")));
-  EXPECT_EQ(all->session.Symbol, "MINE") << "the first of the imported files";
+  all->Setup().UserDrop({PriceFile("BAD_D.csv", "x"), PriceFile("MINE_D.csv")});
+  EXPECT_THAT(import.Caption(), HasSubstr(data));
+  EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U) << "nothing changes before Import";
+  import.cmdImport.UserClick();
+  EXPECT_EQ(all->session.Symbol, "MINE");
   EXPECT_EQ(ReadBars(data, "MINE", -1).size(), 1U);
-
   // Of a symbol with several intervals, the line of the file's own is chosen.
-  scratch.Write("ABC_15.csv", "Date,Time,Open,High,Low,Close\n20070102,100000,1,2,0.5,1.5\n");
+  scratch.Write("ABC_15.csv",
+                "Date,Time,Open,High,Low,Close\n20070102,100000,1,2,0.5,1.5\n"
+                "20070102,101500,1,2,0.5,1.5\n");
   all->Setup().UserDrop({scratch.Sub("ABC_15.csv")});
+  import.cmdImport.UserClick();
   EXPECT_EQ(all->session.Symbol, "ABC");
   EXPECT_EQ(all->Setup().cbxPeriod.Text(), "15");
 
   InPauseOf(197, [&] {
     all->Navigator().Image5.UserClick();
     Boxes().clear();
-    all->Setup().UserDrop({good});
+    all->Setup().UserDrop({scratch.Sub("MINE_D.csv")});
     EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("Pause")));
   });
   all->Setup().Combo1.UserChoose(0);
   all->Play(190);
+  EXPECT_FALSE(import.Loaded()) << "a start closes it";
   EXPECT_EQ(all->session.Symbol, "ABC");
   EXPECT_EQ(StoreSize(), 200U);
 }
 
-TEST_F(WindowsTest, AFolderOfPriceFilesBecomesADataDirectoryIfTheTraderWantsIt) {
+TEST_F(WindowsTest, AFolderOfPriceFilesBecomesADataDirectory) {
   const std::string folder = scratch.Sub("prices");
   std::filesystem::create_directory(folder);
   for (const char* name : {"prices/B_D.csv", "prices/A_D.CSV"}) PriceFile(name);
   all->program.Start();
-  all->outside.folders.answers = {folder, data};
-  all->Setup().Command5.UserClick();
-  EXPECT_THAT(Boxes(), Contains(HasSubstr("2 files with prices")));
-  EXPECT_EQ(all->session.DataDir, data) << "who doesn't want it chooses another directory";
-  all->outside.boxes.answers = {0};
   all->outside.folders.answers = {folder};
   all->Setup().Command5.UserClick();
+  EXPECT_THAT(all->Setup().Combo1.Rows(), testing::IsEmpty());
+  // The next start of the program offers them again.
+  all = std::make_unique<WholeProgram>(folder);
+  all->program.Start();
+  all->windows.frmImport.on_enter();
   EXPECT_EQ(all->session.DataDir, folder);
   EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U);
 }
@@ -233,8 +233,11 @@ TEST_F(WindowsTest, BigDisplaysFitTheScreenAndOpenWhereTheyWereDragged) {
   all->program.Start();
   EXPECT_EQ(all->desktop.frmBigPrice().Left(), 0) << "a place for a wider screen";
   all->desktop.frmBigPrice().SetLeft(45);
+  all->desktop.frmBigPrice().SetTop(0);
+  all->windows.form1.on_close();
+  EXPECT_EQ(all->outside.settings.texts["frmBigPriceLeft"], "45") << "still open at the end";
   all->desktop.Unload(all->desktop.frmBigPrice());
-  EXPECT_EQ(all->desktop.frmBigPrice().Left(), 45);
+  EXPECT_TRUE(all->desktop.frmBigPrice().Left() == 45 && all->desktop.frmBigPrice().Top() == 0);
 }
 
 TEST_F(WindowsTest, ClosingThePanelInARunBringsItBackHiddenWithAFreshAccount) {

@@ -58,6 +58,8 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) { return {argv 
 
 void UsePlainStreams() {}
 
+bool ErrorsGoToTerminal() { return ::isatty(STDERR_FILENO) == 1; }
+
 void IgnoreClosedPipes() { std::signal(SIGPIPE, SIG_IGN); }
 
 void EndProcessAtOnce(int code) {

@@ -97,6 +97,8 @@ void UsePlainStreams() {
   ::SetConsoleOutputCP(CP_UTF8);
 }
 
+bool ErrorsGoToTerminal() { return _isatty(_fileno(stderr)) != 0; }
+
 // Writing to them fails here anyway.
 void IgnoreClosedPipes() {}
 

@@ -146,11 +146,6 @@ class KeyDriver {
     XkbLockModifiers(user_->xdpy, XkbUseCoreKbd, LockMask, on ? LockMask : 0u);
     XSync(user_->xdpy, False);
   }
-  bool HasCapsLock() const {
-    XkbStateRec state{};
-    XkbGetState(user_->xdpy, XkbUseCoreKbd, &state);
-    return (state.locked_mods & LockMask) != 0;
-  }
   void SwitchToLayout(unsigned number) {
     XkbLockGroup(user_->xdpy, XkbUseCoreKbd, number);
     XSync(user_->xdpy, False);

@@ -1,0 +1,176 @@
+#include <algorithm>
+#include <ostream>
+#include <stdexcept>
+
+#include "base/paths.h"
+#include "cli/commands.h"
+#include "cli/import_texts.h"
+
+namespace velumar {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A line on the terminal that shows how far a file has been read.
+class TerminalProgress {
+ public:
+  TerminalProgress(CliContext& context, const fs::path& file)
+      : context_(context), name_(PathText(file.filename())) {}
+  ~TerminalProgress() {
+    if (shown_ >= 0) context_.err << "\r\x1b[K" << std::flush;
+  }
+  TerminalProgress(const TerminalProgress&) = delete;
+  TerminalProgress& operator=(const TerminalProgress&) = delete;
+
+  // Refers to this object.
+  ImportProgress Callback() {
+    if (!context_.shows_progress) return {};
+    return [this](double done) {
+      Show(static_cast<int>(done * 100));
+      return true;
+    };
+  }
+
+ private:
+  void Show(int percent) {
+    if (percent == shown_) return;
+    shown_ = percent;
+    context_.err << "\r" << name_ << ": " << percent << " %" << std::flush;
+  }
+
+  CliContext& context_;
+  std::string name_;
+  int shown_ = -1;
+};
+
+struct Source {
+  fs::path file;
+  Remember remember = Remember::kFile;
+};
+
+std::vector<Source> SourcesOf(const std::vector<std::string>& paths) {
+  std::vector<Source> sources;
+  for (const std::string& text : paths) {
+    const fs::path path = NativePath(text);
+    std::error_code missing;
+    const bool folder = fs::is_directory(path, missing);
+    const std::vector<fs::path> files = PriceFilesIn({path});
+    if (files.empty()) throw std::runtime_error(text + ": the folder has no price files");
+    for (const fs::path& file : files) {
+      sources.push_back({file, folder ? Remember::kFolder : Remember::kFile});
+    }
+  }
+  return sources;
+}
+
+void PrintReport(const fs::path& file, const ImportReport& report, CliContext& context) {
+  const std::string name = PathText(file) + ": ";
+  for (const std::string& remark : report.remarks) context.err << name << remark << '\n';
+  const std::string advice = ScaleAdvice(report.suggested_scale, report.series.front().found);
+  if (!advice.empty()) context.err << name << advice << '\n';
+  for (const ImportedSeries& series : report.series) {
+    if (series.error.empty()) {
+      context.out << ImportedText(series) << '\n';
+    } else {
+      context.err << name << series.found.symbol << ": " << series.error << '\n';
+    }
+  }
+}
+
+int CodeOf(const ImportReport& report) {
+  return std::ranges::all_of(report.series, &std::string::empty, &ImportedSeries::error) ? 0
+                                                                                         : kFailure;
+}
+
+// Returns the exit code.
+int ImportOne(const Source& source, const std::string& directory, ImportOptions options,
+              CliContext& context) {
+  options.remember = source.remember;
+  try {
+    TerminalProgress line(context, source.file);
+    const ImportReport report =
+        ImportFile(source.file, directory, options, context.cache, line.Callback());
+    PrintReport(source.file, report, context);
+    return CodeOf(report);
+  } catch (const ImportUndecided& error) {
+    context.err << "velumar-cli: " << error.what() << '\n';
+    return kUndecided;
+  } catch (const std::exception& error) {
+    context.err << "velumar-cli: " << error.what() << '\n';
+    return kFailure;
+  }
+}
+
+int CodeOf(const Understanding& file) {
+  if (!file.questions.empty() && file.refusal.empty()) return kUndecided;
+  const bool refused =
+      !file.refusal.empty() ||
+      !std::ranges::all_of(file.series, &std::string::empty, &FoundSeries::refusal);
+  return refused ? kFailure : 0;
+}
+
+int Preview(const std::vector<Source>& sources, const ImportArguments& arguments,
+            CliContext& context) {
+  std::vector<Understanding> files;
+  int code = 0;
+  for (const Source& source : sources) {
+    TerminalProgress line(context, source.file);
+    files.push_back(UnderstandFile(source.file, arguments.options, line.Callback()));
+    code = std::max(code, CodeOf(files.back()));
+  }
+  if (arguments.json) {
+    context.out << UnderstandingJson(files);
+    return code;
+  }
+  context.out << UnderstandingText(files);
+  if (!arguments.explain) return code;
+  for (const Understanding& file : files) {
+    if (!file.format.columns.empty()) context.out << ExplanationText(file);
+  }
+  return code;
+}
+
+}  // namespace
+
+int Import(const ImportArguments& arguments, CliContext& context) {
+  std::vector<std::string> paths = arguments.paths;
+  const std::string directory = paths.back();
+  std::error_code missing;
+  // A preview needs no directory.
+  const bool names_directory =
+      !arguments.dry_run ||
+      (paths.size() > 1 && !fs::is_regular_file(NativePath(directory), missing));
+  if (names_directory) paths.pop_back();
+  if (paths.empty()) {
+    context.err << "velumar-cli: DIR, the market data directory, is missing after \"" << directory
+                << "\"\n";
+    return kUndecided;
+  }
+  const std::vector<Source> sources = SourcesOf(paths);
+  if (arguments.dry_run) return Preview(sources, arguments, context);
+  int code = 0;
+  for (const Source& source : sources) {
+    code = std::max(code, ImportOne(source, directory, arguments.options, context));
+  }
+  return code;
+}
+
+int UpdateDirectory(const std::string& directory, CliContext& context) {
+  TerminalProgress line(context, NativePath(directory));
+  const std::vector<UpdatedFile> files = UpdateImports(directory, context.cache, line.Callback());
+  if (files.empty()) context.out << "nothing new\n";
+  int code = 0;
+  for (const UpdatedFile& file : files) {
+    if (file.problem.empty()) {
+      PrintReport(file.file, file.report, context);
+      code = std::max(code, CodeOf(file.report));
+    } else {
+      context.err << "velumar-cli: " << file.problem << '\n';
+      code = std::max(code, file.undecided ? kUndecided : kFailure);
+    }
+  }
+  return code;
+}
+
+}  // namespace velumar

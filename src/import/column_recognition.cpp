@@ -1,0 +1,400 @@
+#include "import/column_recognition.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "base/number_text.h"
+#include "import/column_names.h"
+#include "import/field_text.h"
+#include "import/number_style.h"
+
+namespace velumar {
+
+namespace {
+
+using Column = std::optional<std::size_t>;
+using Titles = std::vector<std::string>;
+
+bool IsPrice(PriceField field) {
+  return field >= PriceField::kOpen && field <= PriceField::kAdjustedClose;
+}
+
+template <typename Is>
+bool MostAre(const std::vector<std::string_view>& fields, Is is) {
+  const auto count = static_cast<std::size_t>(std::ranges::count_if(fields, is));
+  return count * 2 > fields.size();
+}
+
+bool LooksLikeTime(std::string_view field) {
+  return std::ranges::any_of(std::array{TimeDigits::kHoursAndMinutes, TimeDigits::kWithSeconds},
+                             [&](TimeDigits digits) {
+                               const auto moment = ReadTimeText(field, digits);
+                               return moment && IsRealTime(*moment->time);
+                             });
+}
+
+// Answers what the values of a column could be.
+class ColumnValues {
+ public:
+  ColumnValues(const SampleTable& sample, const DateStyle& dates)
+      : sample_(sample), dates_(dates) {}
+
+  bool AreDates(std::size_t column) const {
+    return MostAre(sample_.Column(column),
+                   [&](std::string_view field) { return LooksLikeDate(field, dates_); });
+  }
+  bool AreUnixTimes(std::size_t column) const {
+    return MostAre(sample_.Column(column), LooksLikeUnixTime);
+  }
+  bool AreNumbers(std::size_t column) const {
+    return MostAre(sample_.Column(column), LooksLikeNumber);
+  }
+  bool AreTimes(std::size_t column) const { return MostAre(sample_.Column(column), LooksLikeTime); }
+  // Times that can't be anything else: with colons or leading zeros.
+  bool AreClockTimes(std::size_t column) const {
+    const auto fields = sample_.Column(column);
+    const bool has_zero = std::ranges::any_of(fields, [](std::string_view field) {
+      return field.starts_with('0') && field.size() > 3 && std::ranges::all_of(field, IsDigit);
+    });
+    return AreTimes(column) && (has_zero || MostAre(fields, [](std::string_view field) {
+                                  return field.find(':') != std::string_view::npos;
+                                }));
+  }
+  // A name of a column needs less proof than its values alone: a wrong value is named later.
+  bool HaveDate(std::size_t column) const {
+    return std::ranges::any_of(sample_.Column(column), [&](std::string_view field) {
+      return LooksLikeDate(field, dates_);
+    });
+  }
+  bool HaveNumber(std::size_t column) const {
+    return std::ranges::any_of(sample_.Column(column), LooksLikeNumber);
+  }
+  bool HaveTime(std::size_t column) const {
+    return std::ranges::any_of(sample_.Column(column), LooksLikeTime);
+  }
+  bool AreMissing(std::size_t column) const { return sample_.Column(column).empty(); }
+  // Whole numbers that rise by one.
+  bool CountRows(std::size_t column) const {
+    std::optional<std::int64_t> before;
+    for (const std::string_view field : sample_.Column(column)) {
+      const auto number = ExactNumber<std::int64_t>(field);
+      if (!number || (before && *number != *before + 1)) return false;
+      before = number;
+    }
+    return before.has_value();
+  }
+
+ private:
+  const SampleTable& sample_;
+  const DateStyle& dates_;
+};
+
+class Recognition {
+ public:
+  Recognition(const SampleTable& sample, std::span<const TextLine> lines, TableFormat& format)
+      : sample_(sample), lines_(lines), format_(format), values_(sample, format.dates) {
+    format_.width = sample_.width;
+    format_.columns.resize(sample_.width);
+  }
+
+  void Run(std::optional<NumberStyle> numbers) {
+    FindHeader();
+    AssignByName();
+    FindDate();
+    if (format_.header_line == 0 || HasForeignTitles()) InferColumns(numbers);
+    FindTime();
+    UseOnlyVolumeThereIs();
+    UseOneCloseForAll();
+    RequirePrices();
+    RequireNoStrayFields();
+  }
+
+ private:
+  Column Place(PriceField field) const { return format_.Place(field); }
+  bool IsFree(std::size_t column) const {
+    return format_.columns[column].field == PriceField::kIgnored;
+  }
+  void Set(PriceField field, std::size_t column, std::string reason) {
+    format_.SetPlace(field, column);
+    format_.columns[column].field = field;
+    format_.columns[column].reason = std::move(reason);
+  }
+
+  // The line before the first row that names the most columns, at least two; else the last one, if
+  // it could be a header.
+  void FindHeader() {
+    std::size_t most = 1;
+    for (std::size_t i = 0; i < sample_.first_row; ++i) {
+      const Titles titles = TitlesOf(i);
+      const std::size_t named = NamedColumns(titles).size();
+      if (named <= most) continue;
+      most = named;
+      SetHeader(i, titles);
+    }
+    if (format_.header_line > 0 || sample_.first_row == 0) return;
+    const Titles last = TitlesOf(sample_.first_row - 1);
+    const bool is_text = std::ranges::none_of(
+        last, [](const std::string& title) { return !title.empty() && IsDigit(title.front()); });
+    if (is_text && last.size() == sample_.width) SetHeader(sample_.first_row - 1, last);
+  }
+
+  Titles TitlesOf(std::size_t line) const {
+    Titles titles = sample_.lines[line];
+    if (!titles.front().starts_with('#')) return titles;
+    titles.front() = std::string(Stripped(std::string_view(titles.front()).substr(1)));
+    if (titles.front().empty() && format_.separator == ' ') titles.erase(titles.begin());
+    return titles;
+  }
+
+  void SetHeader(std::size_t line, Titles titles) {
+    format_.header_line = lines_[line].number;
+    format_.header = std::string(lines_[line].text);
+    while (titles.size() > sample_.width && titles.back().empty()) titles.pop_back();
+    if (titles.size() + 1 == sample_.width) InsertMissing(titles);
+    format_.width = titles.size();
+    titles.resize(std::max(titles.size(), sample_.width));
+    format_.columns.assign(titles.size(), {});
+    for (std::size_t i = 0; i < titles.size(); ++i) format_.columns[i].title = titles[i];
+  }
+
+  // Some programs number the rows without a title, or have one title for date and time.
+  void InsertMissing(Titles& titles) const {
+    if (values_.CountRows(0)) {
+      titles.insert(titles.begin(), "");
+    } else if (sample_.width > 1 && values_.AreDates(0) && values_.AreClockTimes(1)) {
+      titles.insert(titles.begin() + 1, "");
+    }
+  }
+
+  Titles HeaderTitles() const {
+    Titles titles;
+    for (const ColumnMeaning& column : format_.columns) titles.push_back(column.title);
+    return titles;
+  }
+
+  // A header in a script whose words we don't know.
+  bool HasForeignTitles() const {
+    const Titles titles = HeaderTitles();
+    const auto foreign = std::ranges::count_if(titles, [](const std::string& title) {
+      return !title.empty() && (title.front() & 0x80) != 0;
+    });
+    return foreign > 3 &&
+           std::ranges::none_of(kFourPrices, [&](PriceField f) { return Place(f).has_value(); });
+  }
+
+  // A name must fit the values: "Price" above dates is no close.
+  bool Fits(PriceField field, std::size_t column) const {
+    switch (field) {
+      case PriceField::kDate:
+        return values_.HaveDate(column);
+      case PriceField::kTime:
+        // A column named Time may hold whole dates.
+        return values_.HaveTime(column) && (Place(PriceField::kDate) || !values_.AreDates(column));
+      case PriceField::kTicker:
+      case PriceField::kPeriod:
+        return !values_.AreMissing(column);
+      default:
+        return values_.HaveNumber(column) || (!IsPrice(field) && values_.AreMissing(column));
+    }
+  }
+
+  void AssignByName() {
+    if (format_.header_line == 0) return;
+    const Titles titles = HeaderTitles();
+    for (const NamedColumn& named : NamedColumns(titles)) {
+      const Column before = Place(named.field);
+      if (before) RefuseTwins(named, *before);
+      if (before || !IsFree(named.column) || !Fits(named.field, named.column)) continue;
+      Set(named.field, named.column, "named \"" + titles[named.column] + "\"");
+    }
+    AssignVolumeOfUnit(titles);
+  }
+
+  // "Volume BTC", "total_volume"
+  void AssignVolumeOfUnit(const Titles& titles) {
+    for (const PriceField field : {PriceField::kVolume, PriceField::kTickVolume,
+                                   PriceField::kUpVolume, PriceField::kDownVolume}) {
+      if (Place(field)) return;
+    }
+    for (std::size_t i = 0; i < titles.size(); ++i) {
+      if (!PlainName(titles[i]).starts_with("VOLUME") || !IsFree(i) || !values_.AreNumbers(i)) {
+        continue;
+      }
+      Set(PriceField::kVolume, i, "named \"" + titles[i] + "\"");
+      return;
+    }
+  }
+
+  void RefuseTwins(const NamedColumn& named, std::size_t before) const {
+    const std::string& title = format_.columns[named.column].title;
+    if (!IsPrice(named.field) || before == named.column) return;
+    if (PlainName(format_.columns[before].title) != PlainName(title)) return;
+    throw ImportError("the header names the column \"" + title + "\" twice");
+  }
+
+  void FindDate() {
+    if (Place(PriceField::kDate)) return;
+    for (const bool unix : {false, true}) {
+      for (std::size_t i = 0; i < sample_.width; ++i) {
+        if (!IsFree(i) || !values_.AreDates(i) || values_.AreUnixTimes(i) != unix) continue;
+        Set(PriceField::kDate, i, "holds dates");
+        return;
+      }
+    }
+    throw ImportError("no column holds dates");
+  }
+
+  // The column next to the date that holds times.
+  void FindTime() {
+    const std::size_t column = *Place(PriceField::kDate) + 1;
+    if (Place(PriceField::kTime) || column >= sample_.width || !IsFree(column)) return;
+    const bool before_open = Place(PriceField::kOpen) == column + 1 && format_.header_line == 0;
+    if (!values_.AreClockTimes(column) && !(before_open && values_.AreTimes(column))) return;
+    Set(PriceField::kTime, column, "holds times");
+  }
+
+  // The first four columns of numbers after the date of which one is the highest and one the
+  // lowest in each row, in one of the two usual orders.
+  void InferColumns(std::optional<NumberStyle> numbers) {
+    const std::size_t date = *Place(PriceField::kDate);
+    std::vector<std::size_t> columns;
+    for (std::size_t i = date + 1; i < sample_.width; ++i) {
+      if (values_.AreNumbers(i)) columns.push_back(i);
+    }
+    const NumberStyle style =
+        numbers ? *numbers : StyleOfNumbers(sample_, columns).value_or(NumberStyle{});
+    for (std::size_t i = 0; i + 3 < columns.size() && !Place(PriceField::kClose); ++i) {
+      if (columns[i + 3] == columns[i] + 3) InferPrices(columns[i], style);
+    }
+    if (format_.header_line == 0 && columns.size() == 1 && !Place(PriceField::kClose)) {
+      Set(PriceField::kClose, columns[0], "the only number");
+    }
+    if (date > 0 && !values_.AreNumbers(0)) Set(PriceField::kTicker, 0, "a text before the date");
+    if (date > 1 && Place(PriceField::kTicker)) {
+      Set(PriceField::kPeriod, 1, "between the ticker and the date");
+    }
+  }
+
+  void InferPrices(std::size_t first, NumberStyle style) {
+    const bool high_first = ArePrices(first, 1, 2, style);
+    const bool low_first = ArePrices(first, 2, 1, style);
+    if (high_first == low_first) return;
+    const std::string second = high_first ? "the highest" : "the lowest";
+    Set(PriceField::kOpen, first, "the first of four prices");
+    Set(high_first ? PriceField::kHigh : PriceField::kLow, first + 1, second + " of four prices");
+    Set(high_first ? PriceField::kLow : PriceField::kHigh, first + 2,
+        std::string(high_first ? "the lowest" : "the highest") + " of four prices");
+    Set(PriceField::kClose, first + 3, "the last of four prices");
+    InferVolume(first + 4, style);
+  }
+
+  bool ArePrices(std::size_t first, std::size_t high, std::size_t low, NumberStyle style) const {
+    bool judged = false;
+    for (std::size_t i = 0; i < sample_.lines.size(); ++i) {
+      if (!sample_.is_row[i] || sample_.lines[i].size() < first + 4) continue;
+      std::array<float, 4> prices{};
+      for (std::size_t k = 0; k < prices.size(); ++k) {
+        prices[k] = NumberIn(sample_.lines[i][first + k], style).value_or(0);
+      }
+      const auto [lowest, highest] = std::ranges::minmax(prices);
+      if (lowest == 0) continue;  // missing
+      constexpr float kMostOfOneBar = 3;
+      if (prices[high] != highest || prices[low] != lowest) return false;
+      if (highest > 0 && highest > lowest * kMostOfOneBar) return false;
+      judged = true;
+    }
+    return judged;
+  }
+
+  // The next column, unless its numbers are as large as the prices. What further ones mean is not
+  // known.
+  void InferVolume(std::size_t column, NumberStyle style) {
+    for (; column < sample_.width && values_.AreNumbers(column); ++column) {
+      if (IsNearTheClose(column, style)) continue;
+      Set(PriceField::kVolume, column, "the first number after the prices");
+      return;
+    }
+  }
+
+  bool IsNearTheClose(std::size_t column, NumberStyle style) const {
+    const std::size_t close = *Place(PriceField::kClose);
+    for (std::size_t i = 0; i < sample_.lines.size(); ++i) {
+      const std::vector<std::string>& fields = sample_.lines[i];
+      if (!sample_.is_row[i] || fields.size() <= column) continue;
+      const float value = NumberIn(fields[column], style).value_or(0);
+      const float price = NumberIn(fields[close], style).value_or(0);
+      if (value < price / 2 || value > price * 2) return false;
+    }
+    return true;
+  }
+
+  void UseOnlyVolumeThereIs() {
+    const Column ticks = Place(PriceField::kTickVolume);
+    if (Place(PriceField::kVolume) || Place(PriceField::kUpVolume)) {
+      // A total is better than its parts.
+      if (Place(PriceField::kVolume)) {
+        for (const PriceField part : {PriceField::kUpVolume, PriceField::kDownVolume}) {
+          if (Place(part))
+            format_.columns[*Place(part)] = {.title = format_.columns[*Place(part)].title,
+                                             .field = PriceField::kIgnored,
+                                             .reason = "part of the volume"};
+          format_.SetPlace(part, std::nullopt);
+        }
+      }
+      return;
+    }
+    if (ticks) format_.SetPlace(PriceField::kVolume, ticks);
+  }
+
+  // A file with a date and a close has bars of one price.
+  void UseOneCloseForAll() {
+    const Column close = Place(PriceField::kClose);
+    if (!close || Place(PriceField::kOpen) || Place(PriceField::kHigh) || Place(PriceField::kLow)) {
+      return;
+    }
+    for (const PriceField field : kFourPrices) format_.SetPlace(field, close);
+    format_.columns[*close].reason += "; also open, high and low, which the file lacks";
+  }
+
+  void RequirePrices() const {
+    std::string missing;
+    for (const PriceField field : kFourPrices) {
+      if (Place(field)) continue;
+      missing += (missing.empty() ? "" : ", ") + std::string(FieldName(field));
+    }
+    if (missing.empty()) return;
+    throw ImportError("no column holds the " + missing +
+                      (format_.header_line > 0
+                           ? " (line " + std::to_string(format_.header_line) + " names the columns)"
+                           : "; add a first line that names the columns"));
+  }
+
+  // More values than names: a decimal comma may have cut numbers in two. One more is harmless if
+  // it follows a column that isn't used.
+  void RequireNoStrayFields() const {
+    if (format_.header_line == 0 || sample_.width <= format_.width) return;
+    const std::size_t open = *Place(PriceField::kOpen);
+    const bool in_order = Place(PriceField::kHigh) == open + 1 &&
+                          Place(PriceField::kLow) == open + 2 &&
+                          (ArePrices(open, 1, 2, {false}) || ArePrices(open, 1, 2, {true}));
+    if (sample_.width == format_.width + 1 && IsFree(format_.width - 1) && in_order) return;
+    throw ImportError("line " + std::to_string(lines_[sample_.first_row].number) + ": has " +
+                      std::to_string(sample_.width) + " fields, the header has " +
+                      std::to_string(format_.width));
+  }
+
+  const SampleTable& sample_;
+  std::span<const TextLine> lines_;
+  TableFormat& format_;
+  ColumnValues values_;
+};
+
+}  // namespace
+
+void RecogniseColumns(const SampleTable& sample, std::span<const TextLine> lines,
+                      std::optional<NumberStyle> numbers, TableFormat& format) {
+  Recognition(sample, lines, format).Run(numbers);
+}
+
+}  // namespace velumar

@@ -1,0 +1,437 @@
+#include "import/file_reading.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "base/number_text.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "import/file_name.h"
+#include "import/series_builder.h"
+#include "import/wording.h"
+#include "marketdata/directory_editor.h"
+#include "marketdata/interval.h"
+#include "marketdata/metalib_error.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::size_t kSamples = 3;
+constexpr auto kProgressPause = std::chrono::milliseconds(5);
+
+// As messages name an interval that may be one that can't be replayed.
+std::string HintText(int interval) {
+  constexpr int kWeek = 7 * 1440;
+  if (interval == kDaily) return IntervalName(interval);
+  if (interval >= kWeek) return interval == kWeek ? "weekly" : "monthly";
+  return DurationText(interval * 60);
+}
+
+// Whether the adjusted closes of a file differ from its closes.
+struct AdjustedCloses {
+  std::int64_t rows = 0;
+  std::int64_t above = 0;
+  // Of the first row that differs.
+  std::optional<Bar> differing;
+  float differing_adjusted = 0;
+
+  void Add(const PriceRow& row) {
+    // Less than any dividend, and more than the rounding of either column.
+    constexpr float kSame = 5e-5F;
+    ++rows;
+    above += row.adjusted_close > row.bar.close ? 1 : 0;
+    const float difference = std::abs(row.adjusted_close - row.bar.close);
+    if (differing || difference <= kSame * std::abs(row.bar.close)) return;
+    differing = row.bar;
+    differing_adjusted = row.adjusted_close;
+  }
+  bool NeverBelow() const { return above == rows; }
+};
+
+// Open, high and low are multiplied by the ratio of the closes, in double, and rounded once.
+Bar Adjusted(const PriceRow& row) {
+  Bar bar = row.bar;
+  if (bar.close == 0) return bar;
+  const double ratio = double{row.adjusted_close} / double{bar.close};
+  for (float Bar::*price : {&Bar::open, &Bar::high, &Bar::low}) {
+    bar.*price = static_cast<float>(double{bar.*price} * ratio);
+  }
+  bar.close = row.adjusted_close;
+  return bar;
+}
+
+// Whether prices could be traded in hundredths. They can't if most have more decimals and a bar
+// spans only a few hundredths: rounding would distort it.
+class PriceSteps {
+ public:
+  void Add(const Bar& bar) {
+    ++rows_;
+    const double hundredths = double{bar.close} * 100;
+    const double noise = std::max(1e-3, std::abs(hundredths) * 2e-7);
+    finer_ += std::abs(hundredths - std::nearbyint(hundredths)) > noise ? 1 : 0;
+    range_ += double{bar.high} - double{bar.low};
+    highest_ = std::max(highest_, double{bar.high});
+  }
+  // The power of ten, with an even exponent, that leaves at most two decimals and keeps all prices
+  // below a million.
+  int SuggestedScale(int decimals) const {
+    constexpr double kSmallRange = 0.05;
+    constexpr double kTooHigh = 1e6;
+    const auto rows = static_cast<double>(rows_);
+    if (finer_ * 4 < rows_ || range_ >= kSmallRange * rows) return 1;
+    int scale = 100;
+    for (int left = decimals - 4; left > 0 && scale < 1'000'000; left -= 2) scale *= 100;
+    while (scale > 1 && highest_ * scale >= kTooHigh) scale /= 100;
+    return scale;
+  }
+
+ private:
+  std::int64_t rows_ = 0;
+  std::int64_t finer_ = 0;
+  double range_ = 0;
+  double highest_ = 0;
+};
+
+// The first and last day of dates that can be read both ways.
+struct DateReadings {
+  struct Days {
+    std::int32_t first = 99991231;
+    std::int32_t last = 0;
+    void Add(std::int32_t date) {
+      first = std::min(first, date);
+      last = std::max(last, date);
+    }
+  };
+  Days day_first;
+  Days month_first;
+
+  void Add(std::int32_t date) {
+    day_first.Add(date);
+    month_first.Add(date / 10000 * 10000 + date % 100 * 100 + date / 100 % 100);
+  }
+};
+
+// Why the symbol can't be stored; empty if it can.
+std::string SymbolProblem(const std::string& symbol) {
+  try {
+    RequireStorable({.symbol = symbol, .name = "", .interval = kDaily});
+    return "";
+  } catch (const MetaLibError& error) {
+    return error.what();
+  }
+}
+
+// "AAPL_D" of "AAPL_D.csv" and "AAPL_D.csv.gz".
+std::string StemOf(const std::filesystem::path& file) {
+  const std::filesystem::path stem = file.stem();
+  return PathText(IsPriceFile(stem) ? stem.stem() : stem);
+}
+
+class FileReading {
+ public:
+  FileReading(const std::filesystem::path& file, const ImportOptions& options,
+              const ImportProgress& progress)
+      : options_(options), progress_(progress), guess_(GuessFromName(StemOf(file))) {
+    read_.understanding.file = file;
+  }
+
+  ReadPrices Run() {
+    try {
+      ReadRows();
+    } catch (const ImportCancelled&) {
+      throw;
+    } catch (const std::exception& error) {
+      read_.understanding.refusal = error.what();
+      return std::move(read_);
+    }
+    Finish();
+    return std::move(read_);
+  }
+
+ private:
+  struct Group {
+    std::string ticker;
+    SeriesBuilder builder;
+  };
+
+  void ReadRows() {
+    Understanding& understood = read_.understanding;
+    PriceReader reader(understood.file, options_);
+    understood.format = reader.Format();
+    for (auto rows = reader.Next(); !rows.empty(); rows = reader.Next()) {
+      for (const PriceRow& row : rows) AddRow(row);
+      AddSamples(reader, rows);
+      ShowProgress(reader.Progress());
+    }
+    understood.format = reader.Format();
+    understood.counts = reader.Counts();
+  }
+
+  void AddRow(const PriceRow& row) {
+    adjusted_.Add(row);
+    steps_.Add(row.bar);
+    if (read_.understanding.format.date_order_open) readings_.Add(row.bar.date);
+    states_offset_ = states_offset_ || row.utc_offset;
+    const Bar bar = options_.prices == Prices::kAdjusted ? Adjusted(row) : row.bar;
+    GroupOf(row).builder.Add(bar, row.line, row.utc_offset);
+  }
+
+  // Rows of one series usually follow one another.
+  Group& GroupOf(const PriceRow& row) {
+    if (group_ != groups_.end() && group_->first.first == row.ticker &&
+        group_->first.second == row.period) {
+      return group_->second;
+    }
+    std::pair<std::string, std::string> key(row.ticker, row.period);
+    group_ = groups_.find(key);
+    if (group_ != groups_.end()) return group_->second;
+    if (row.ticker.empty() && !groups_.empty()) {
+      throw ImportError("line " + std::to_string(row.line) + ": has no ticker");
+    }
+    const std::string ticker = NormalisedSymbol(row.ticker);
+    Group group{.ticker = ticker, .builder = SeriesBuilder(options_, HintOf(row))};
+    group_ = groups_.try_emplace(std::move(key), std::move(group)).first;
+    order_.push_back(&group_->second);
+    return group_->second;
+  }
+
+  std::optional<IntervalHint> HintOf(const PriceRow& row) const {
+    if (const std::optional<int> period = IntervalFromWord(row.period)) {
+      return IntervalHint{.interval = *period, .source = "the file says " + HintText(*period)};
+    }
+    if (!guess_.interval) return std::nullopt;
+    return IntervalHint{.interval = *guess_.interval,
+                        .source = "the file name says " + HintText(*guess_.interval),
+                        .certain = guess_.certain};
+  }
+
+  void AddSamples(const PriceReader& reader, std::span<const PriceRow> rows) {
+    const auto sample = [&](const PriceRow& row) {
+      return SampleRow{.line = row.line, .text = std::string(reader.RawLine(row)), .bar = row.bar};
+    };
+    std::vector<SampleRow>& head = read_.understanding.head;
+    std::vector<SampleRow>& tail = read_.understanding.tail;
+    for (std::size_t i = 0; i < rows.size() && head.size() < kSamples; ++i) {
+      head.push_back(sample(rows[i]));
+    }
+    for (const PriceRow& row : rows.last(std::min(rows.size(), kSamples))) {
+      if (tail.size() == kSamples) tail.erase(tail.begin());
+      tail.push_back(sample(row));
+    }
+  }
+
+  void ShowProgress(double done) {
+    if (!progress_) return;
+    const auto now = std::chrono::steady_clock::now();
+    if (now < next_progress_) return;
+    next_progress_ = now + kProgressPause;
+    if (!progress_(done)) throw ImportCancelled();
+  }
+
+  void Finish() {
+    Understanding& understood = read_.understanding;
+    if (groups_.empty()) {
+      understood.refusal = "has no rows with prices";
+      return;
+    }
+    if (options_.scale == 1) {
+      understood.suggested_scale = steps_.SuggestedScale(understood.format.price_decimals);
+    }
+    AddSkipped();
+    CheckPrices();
+    if (understood.format.date_order_open && !options_.date_order) {
+      AskDateOrder();
+      return;
+    }
+    if (options_.symbol && Tickers() > 1) {
+      understood.refusal =
+          "holds " + std::to_string(Tickers()) + " tickers; --symbol is for a file with one";
+      return;
+    }
+    for (Group* group : order_) AddSeries(*group);
+    AddZone();
+    const auto refused = [](const ReadPrices::Series& one) { return !one.found.refusal.empty(); };
+    if (std::ranges::all_of(read_.series, refused)) {
+      understood.refusal = read_.series.front().found.refusal;
+    }
+    for (const ReadPrices::Series& one : read_.series) understood.series.push_back(one.found);
+  }
+
+  std::size_t Tickers() const {
+    std::set<std::string> tickers;
+    for (const Group* group : order_) tickers.insert(group->ticker);
+    return tickers.size();
+  }
+
+  void Remark(const std::string& text) { read_.understanding.remarks.push_back(text); }
+
+  void AddSkipped() {
+    const RowCounts& counts = read_.understanding.counts;
+    if (counts.skipped == 0) return;
+    Remark(std::to_string(counts.skipped) +
+           (counts.skipped == 1 ? " line without prices was" : " lines without prices were") +
+           " skipped (first: line " + std::to_string(counts.first_skipped_line) + ")");
+  }
+
+  void CheckPrices() {
+    const FileFormat& format = read_.understanding.format;
+    const auto column =
+        std::ranges::find(format.columns, PriceField::kAdjustedClose, &ColumnMeaning::field);
+    const bool has_column = column != format.columns.end();
+    if (std::ranges::find(format.columns, PriceField::kOpen, &ColumnMeaning::field) ==
+        format.columns.end()) {
+      Remark("has one price for each bar; open, high and low are the close");
+    }
+    if (options_.prices == Prices::kAdjusted && !has_column) {
+      Remark("has no adjusted close; the prices are imported as they are");
+    }
+    if (options_.prices || !has_column || !adjusted_.differing) return;
+    if (adjusted_.NeverBelow()) {
+      Remark("the adjusted close is above the close in every row, and was ignored");
+      return;
+    }
+    const Bar& bar = *adjusted_.differing;
+    const std::string day = "close of " + DayText(bar.date) + ": ";
+    ImportQuestion question{.text = "The close and the adjusted close differ.",
+                            .option = "--adjusted or --unadjusted"};
+    for (const Prices prices : {Prices::kAsTraded, Prices::kAdjusted}) {
+      const bool traded = prices == Prices::kAsTraded;
+      question.answers.push_back(
+          {.text = traded ? "prices as traded" : "adjusted prices",
+           .result = day + ReadableNumberText(traded ? bar.close : adjusted_.differing_adjusted),
+           .options = options_});
+      question.answers.back().options.prices = prices;
+    }
+    Ask(std::move(question));
+  }
+
+  void AskDateOrder() {
+    ImportQuestion question{.text = "The dates can be read with the day or the month first.",
+                            .option = "--date-order dmy or mdy"};
+    for (const DateOrder order : {DateOrder::kDayMonthYear, DateOrder::kMonthDayYear}) {
+      const bool day_first = order == DateOrder::kDayMonthYear;
+      const DateReadings::Days& days = day_first ? readings_.day_first : readings_.month_first;
+      question.answers.push_back({.text = day_first ? "day first" : "month first",
+                                  .result = DayText(days.first) + " to " + DayText(days.last),
+                                  .options = options_});
+      question.answers.back().options.date_order = order;
+    }
+    Ask(std::move(question));
+  }
+
+  // Once for all series of the file.
+  void Ask(ImportQuestion question) {
+    std::vector<ImportQuestion>& questions = read_.understanding.questions;
+    const auto kind = [](const std::string& option) { return option.substr(0, option.find(' ')); };
+    const bool asked = std::ranges::any_of(questions, [&](const ImportQuestion& one) {
+      return kind(one.option) == kind(question.option);
+    });
+    if (!asked) questions.push_back(std::move(question));
+  }
+
+  void AddSeries(Group& group) {
+    BuiltSeries built = group.builder.Finish();
+    const std::string symbol = SymbolOf(group, built);
+    const std::string prefix = order_.size() > 1 ? symbol + ": " : "";
+    for (const std::string& remark : built.remarks) Remark(prefix + remark);
+    for (ImportQuestion& question : built.questions) {
+      question.text.insert(0, prefix);
+      Ask(std::move(question));
+    }
+    FoundSeries found{.symbol = symbol,
+                      .name = NameOf(symbol),
+                      .interval = built.questions.empty() ? built.interval : 0,
+                      .bars = built.bars,
+                      .first = built.first,
+                      .last = built.last,
+                      .refusal = built.refusal.empty() ? "" : prefix + built.refusal};
+    if (options_.too_long == TooLong::kSplitByYear && found.refusal.empty() &&
+        found.interval != 0) {
+      for (auto& [year, bars] : built.parts) AddYear(found, year, std::move(bars));
+      return;
+    }
+    if (found.refusal.empty()) found.refusal = ProblemOf(group, symbol);
+    std::vector<Bar> bars;
+    if (!built.parts.empty()) bars = std::move(built.parts.begin()->second);
+    read_.series.push_back({.found = std::move(found), .bars = std::move(bars)});
+  }
+
+  void AddYear(FoundSeries found, int year, std::vector<Bar> bars) {
+    const std::string text = std::to_string(year);
+    found.symbol += "-" + text;
+    found.name = NameOf(found.symbol);
+    if (options_.name) found.name = *options_.name + " " + text + ScaleSuffix(options_.scale);
+    found.bars = static_cast<std::int64_t>(bars.size());
+    found.first = bars.front();
+    found.last = bars.back();
+    found.refusal = SymbolProblem(found.symbol);
+    read_.series.push_back({.found = std::move(found), .bars = std::move(bars)});
+  }
+
+  std::string SymbolOf(const Group& group, const BuiltSeries& built) const {
+    if (options_.symbol) return NormalisedSymbol(*options_.symbol);
+    if (!group.ticker.empty()) return group.ticker;
+    return built.hint_holds ? guess_.symbol : guess_.whole;
+  }
+
+  std::string NameOf(const std::string& symbol) const {
+    if (options_.scale == 1) return options_.name.value_or("");
+    return options_.name.value_or(symbol) + ScaleSuffix(options_.scale);
+  }
+
+  // A name that is no symbol is a question; a ticker or an option is refused.
+  std::string ProblemOf(const Group& group, const std::string& symbol) {
+    const std::string problem = SymbolProblem(symbol);
+    if (problem.empty() || options_.symbol || !group.ticker.empty()) return problem;
+    ImportQuestion question{
+        .text = "The file name does not give a symbol of at most 14 characters.",
+        .option = "--symbol TEXT"};
+    const std::string word = symbol.substr(0, symbol.find_first_of("_- ,."));
+    if (SymbolProblem(word).empty()) {
+      question.answers.push_back({.text = word, .result = "", .options = options_});
+      question.answers.back().options.symbol = word;
+    }
+    Ask(std::move(question));
+    return "";
+  }
+
+  void AddZone() {
+    const std::string& zone = read_.understanding.format.zone;
+    const bool intraday = std::ranges::any_of(
+        read_.series, [](const ReadPrices::Series& one) { return one.found.interval != kDaily; });
+    if (!intraday || ZoneTimes::Wanted(options_) || (zone.empty() && !states_offset_)) return;
+    Remark("the times are kept as written" + (zone.empty() ? ", although the lines state an offset"
+                                                           : "; the file states \"" + zone + "\""));
+  }
+
+  const ImportOptions& options_;
+  const ImportProgress& progress_;
+  NameGuess guess_;
+  ReadPrices read_;
+  using Groups = std::map<std::pair<std::string, std::string>, Group>;  // by ticker and period
+  Groups groups_;
+  Groups::iterator group_ = groups_.end();  // of the last row
+  std::vector<Group*> order_;               // as they begin in the file
+  AdjustedCloses adjusted_;
+  PriceSteps steps_;
+  DateReadings readings_;
+  bool states_offset_ = false;
+  std::chrono::steady_clock::time_point next_progress_;
+};
+
+}  // namespace
+
+std::string ScaleSuffix(int scale) { return scale == 1 ? "" : " x" + std::to_string(scale); }
+
+ReadPrices ReadPriceFile(const std::filesystem::path& file, const ImportOptions& options,
+                         const ImportProgress& progress) {
+  return FileReading(file, options, progress).Run();
+}
+
+}  // namespace velumar

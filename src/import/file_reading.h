@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+#include "import/price_import.h"
+
+namespace velumar {
+
+// What a file holds, ready to be stored if nothing is left open.
+struct ReadPrices {
+  struct Series {
+    FoundSeries found;
+    std::vector<Bar> bars;  // oldest first, at most kLongestSeries
+  };
+  Understanding understanding;
+  std::vector<Series> series;
+};
+
+// Reads a price file through. What it cannot read or decide is in the understanding. Throws only
+// ImportCancelled.
+ReadPrices ReadPriceFile(const std::filesystem::path& file, const ImportOptions& options,
+                         const ImportProgress& progress);
+
+// The end of the name of a series whose prices are multiplied: " x10000"; empty for 1.
+std::string ScaleSuffix(int scale);
+
+}  // namespace velumar

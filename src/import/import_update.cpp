@@ -1,0 +1,82 @@
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "import/import_memory.h"
+#include "import/price_import.h"
+
+namespace velumar {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Source {
+  fs::path file;
+  ImportOptions options;
+};
+
+bool HasChanged(const RememberedFile& known) {
+  const std::optional<FileStamp> now = StampOf(known.file);
+  return now && (now->size != known.stamp.size || now->changed_ns != known.stamp.changed_ns);
+}
+
+// The options of a folder's new files: those that all of its known files share, which name no
+// security.
+std::map<fs::path, ImportOptions> FolderOptions(const std::vector<RememberedFile>& known) {
+  std::map<fs::path, ImportOptions> folders;
+  for (const RememberedFile& one : known) {
+    if (one.options.remember != Remember::kFolder) continue;
+    ImportOptions options = one.options;
+    options.symbol.reset();
+    options.name.reset();
+    const auto [folder, is_new] = folders.try_emplace(one.file.parent_path(), options);
+    if (!is_new && folder->second != options) {
+      folder->second = {.remember = Remember::kFolder};
+    }
+  }
+  return folders;
+}
+
+std::vector<Source> ChangedSources(const std::vector<RememberedFile>& known) {
+  std::vector<Source> sources;
+  for (const RememberedFile& one : known) {
+    if (HasChanged(one)) sources.push_back({one.file, one.options});
+  }
+  for (const auto& [folder, options] : FolderOptions(known)) {
+    std::error_code missing;
+    if (!fs::is_directory(folder, missing)) continue;
+    for (const fs::path& file : PriceFilesIn({folder})) {
+      const bool is_known = std::ranges::find(known, file, &RememberedFile::file) != known.end();
+      if (!is_known) sources.push_back({file, options});
+    }
+  }
+  return sources;
+}
+
+}  // namespace
+
+std::vector<UpdatedFile> UpdateImports(std::string_view directory, IndexCache& cache,
+                                       const ImportProgress& progress) {
+  const std::vector<Source> sources = ChangedSources(RememberedImports(directory));
+  std::vector<UpdatedFile> updated;
+  for (const Source& source : sources) {
+    const auto done = static_cast<double>(updated.size());
+    const auto part = [&](double of_file) {
+      return !progress || progress((done + of_file) / static_cast<double>(sources.size()));
+    };
+    UpdatedFile file{.file = source.file};
+    try {
+      file.report = ImportFile(source.file, directory, source.options, cache, part);
+    } catch (const ImportCancelled&) {
+      throw;
+    } catch (const std::exception& error) {
+      file.problem = error.what();
+      file.undecided = dynamic_cast<const ImportUndecided*>(&error) != nullptr;
+    }
+    updated.push_back(std::move(file));
+  }
+  return updated;
+}
+
+}  // namespace velumar

@@ -1,0 +1,157 @@
+#include "import/moment_reader.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <limits>
+
+#include "base/dates.h"
+#include "import/field_text.h"
+#include "import/price_reader.h"
+#include "marketdata/number_format.h"
+
+namespace velumar {
+
+namespace {
+
+[[noreturn]] void Refuse(std::string_view field, std::string_view reason) {
+  if (field.empty()) throw ImportError("is empty");
+  throw ImportError("\"" + std::string(field) + "\" " + std::string(reason));
+}
+
+// The number of two digits; a large negative one for other characters.
+int TwoDigits(const char* at) {
+  constexpr int kNone = -1'000'000;
+  return IsDigit(at[0]) && IsDigit(at[1]) ? (at[0] - '0') * 10 + (at[1] - '0') : kNone;
+}
+
+// The usual dates, yyyymmdd and yyyy-mm-dd; nothing for any other text.
+std::optional<std::int32_t> UsualDate(std::string_view text) {
+  const bool signs = text.size() == 10 && text[4] == text[7] &&
+                     (text[4] == '-' || text[4] == '/' || text[4] == '.');
+  if (text.size() != 8 && !signs) return std::nullopt;
+  const char* const at = text.data();
+  const int date = TwoDigits(at) * 1'000'000 + TwoDigits(at + 2) * 10'000 +
+                   TwoDigits(at + (signs ? 5 : 4)) * 100 + TwoDigits(at + (signs ? 8 : 6));
+  if (date < 0) return std::nullopt;
+  return date;
+}
+
+// The usual times, hh:mm, hh:mm:ss and hhmmss; nothing for any other text.
+std::optional<std::int32_t> UsualTime(std::string_view text) {
+  const char* const at = text.data();
+  int time = -1;
+  if (text.size() == 6) {
+    time = TwoDigits(at) * 10'000 + TwoDigits(at + 2) * 100 + TwoDigits(at + 4);
+  } else if (text.size() == 5 && text[2] == ':') {
+    time = TwoDigits(at) * 10'000 + TwoDigits(at + 3) * 100;
+  } else if (text.size() == 8 && text[2] == ':' && text[5] == ':') {
+    time = TwoDigits(at) * 10'000 + TwoDigits(at + 3) * 100 + TwoDigits(at + 6);
+  }
+  if (time < 0) return std::nullopt;
+  return time;
+}
+
+Moment Checked(Moment moment, std::string_view field) {
+  if (!IsRealDate(moment.date)) Refuse(field, "is not a valid date");
+  if (!IsRealTime(moment.time.value_or(0))) Refuse(field, "is not a valid time");
+  MoveMidnight(moment);
+  if (!StoredDate(moment.date)) Refuse(field, "can't be stored; market data begins in 1900");
+  return moment;
+}
+
+std::optional<Moment> MomentOfUnix(std::string_view field, std::int64_t per_second) {
+  const auto number = ReadUnixNumber(field);
+  if (!number) return std::nullopt;
+  std::int64_t seconds = *number / per_second;
+  if (*number % per_second < 0) --seconds;
+  constexpr std::int64_t kLast = 253402300799;  // the end of the year 9999
+  if (seconds > kLast || seconds < -kLast) Refuse(field, "is not a Unix time of this file's unit");
+  const std::chrono::sys_seconds moment{std::chrono::seconds(seconds)};
+  const auto day = std::chrono::floor<std::chrono::days>(moment);
+  const std::chrono::year_month_day date(day);
+  const std::chrono::hh_mm_ss time(moment - day);
+  return Moment{
+      .date = int{date.year()} * 10'000 + static_cast<int>(unsigned{date.month()}) * 100 +
+              static_cast<int>(unsigned{date.day()}),
+      .time = static_cast<std::int32_t>(time.hours().count() * 10'000 +
+                                        time.minutes().count() * 100 + time.seconds().count()),
+      .utc_offset = 0};
+}
+
+Moment MomentOfPattern(std::string_view field, const DatePattern& pattern) {
+  const auto match = pattern.Read(field);
+  if (!match) Refuse(field, "is not a date; the date format is \"" + pattern.Text() + "\"");
+  Moment moment{.date = match->date, .time = match->time};
+  if (match->rest.empty()) return moment;
+  const bool separated = match->rest.starts_with(' ') || match->rest.starts_with('T');
+  const auto time = separated && !moment.time ? ReadTimeText(Stripped(match->rest.substr(1)),
+                                                             TimeDigits::kHoursAndMinutes)
+                                              : std::nullopt;
+  if (!time) Refuse(field, "is not a date; \"" + std::string(match->rest) + "\" is unexpected");
+  moment.time = time->time;
+  moment.utc_offset = time->utc_offset;
+  moment.zone = time->zone;
+  return moment;
+}
+
+}  // namespace
+
+void MoveMidnight(Moment& moment) {
+  constexpr std::int32_t kMidnight = 240000;
+  if (moment.time != kMidnight) return;
+  moment.time = 0;
+  moment.date = DaysLater(moment.date, 1);
+}
+
+Moment MomentReader::Date(std::string_view field) {
+  if (last_size_ > 0 && field.size() == last_size_ &&
+      std::memcmp(field.data(), last_text_.data(), last_size_) == 0) {
+    return {.date = last_date_};
+  }
+  const auto moment = ReadDate(field);
+  if (!moment) Refuse(field, "is not a date");
+  const Moment checked = Checked(*moment, field);
+  if (!checked.time && field.size() <= last_text_.size()) {
+    std::ranges::copy(field, last_text_.begin());
+    last_size_ = field.size();
+    last_date_ = checked.date;
+  }
+  return checked;
+}
+
+Moment MomentReader::Time(std::string_view field) {
+  const auto usual = UsualTime(field);
+  if (usual && IsRealTime(*usual)) return {.time = usual};
+  auto moment = ReadTimeText(field, digits_);
+  if (!moment) {
+    moment = ReadDateText(field, style_.order);
+    if (!moment || !moment->time) Refuse(field, "is not a time");
+  }
+  if (!IsRealTime(*moment->time)) Refuse(field, "is not a valid time");
+  return *moment;
+}
+
+std::optional<Moment> MomentReader::ReadDate(std::string_view field) {
+  switch (style_.kind) {
+    case DateStyle::Kind::kUnix:
+      return MomentOfUnix(field, style_.per_second);
+    case DateStyle::Kind::kPattern:
+      return MomentOfPattern(field, *style_.pattern);
+    case DateStyle::Kind::kSixDigits: {
+      const auto date = ReadSixDigits(field);
+      return date ? std::optional(Moment{.date = *date}) : std::nullopt;
+    }
+    case DateStyle::Kind::kText:
+      break;
+  }
+  const std::size_t end = std::min(field.find_first_of(" T"), field.size());
+  if (const auto date = UsualDate(field.substr(0, end))) {
+    if (end == field.size()) return Moment{.date = *date};
+    const auto time = UsualTime(field.substr(end + 1));
+    if (time) return Moment{.date = *date, .time = time};
+  }
+  return ReadDateText(field, style_.order);
+}
+
+}  // namespace velumar

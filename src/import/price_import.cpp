@@ -1,0 +1,240 @@
+#include "import/price_import.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "base/number_text.h"
+#include "base/paths.h"
+#include "base/raw_file.h"
+#include "base/text.h"
+#include "import/file_reading.h"
+#include "import/import_memory.h"
+#include "marketdata/directory_editor.h"
+#include "marketdata/directory_lock.h"
+#include "marketdata/interval.h"
+#include "marketdata/metalib_error.h"
+#include "marketdata/metalib_reader.h"
+
+namespace velumar {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct StoredSeries {
+  std::string name;
+  std::vector<Bar> bars = {};
+};
+
+std::vector<Bar> BarsOf(const BarArrays& arrays) {
+  std::vector<Bar> bars(arrays.dates.size());
+  for (std::size_t i = 0; i < bars.size(); ++i) {
+    bars[i] = {.date = arrays.dates[i],
+               .time = arrays.times[i],
+               .open = arrays.opens[i],
+               .high = arrays.highs[i],
+               .low = arrays.lows[i],
+               .close = arrays.closes[i],
+               .volume = arrays.volumes[i],
+               .open_interest = arrays.open_interests[i]};
+  }
+  return bars;
+}
+
+// Nothing if the directory, its index or the series is missing.
+std::optional<StoredSeries> ReadStored(std::string_view directory, const FoundSeries& wanted,
+                                       IndexCache& cache) {
+  MetaLibReader reader(cache);
+  try {
+    reader.OpenDirectory(directory);
+  } catch (const MetaLibError& error) {
+    if (error.Number() == MetaLibError::kNoData) return std::nullopt;
+    throw;
+  }
+  while (reader.NextSecurity() >= 1) {
+    reader.ReadSecurityHeader();
+    if (reader.SecuritySymbol() != wanted.symbol || reader.SecurityInterval() != wanted.interval) {
+      continue;
+    }
+    StoredSeries stored{.name = reader.SecurityName()};
+    reader.SelectSeries(wanted.symbol, wanted.interval == kDaily ? 1 : 0, wanted.interval);
+    reader.ReadSeries();
+    stored.bars = BarsOf(reader.Bars());
+    return stored;
+  }
+  return std::nullopt;
+}
+
+// Adds stored bars to those of the file, both oldest first. Of equal moments the file's bar counts.
+std::vector<Bar> Merged(const std::vector<Bar>& stored, const std::vector<Bar>& fresh,
+                        ImportedSeries& result) {
+  const auto key = [](const Bar& bar) { return TimestampKey(bar.date, bar.time); };
+  std::vector<Bar> merged;
+  merged.reserve(stored.size() + fresh.size());
+  auto old = stored.begin();
+  for (const Bar& bar : fresh) {
+    for (; old != stored.end() && key(*old) < key(bar); ++old) {
+      if (key(*old) > key(fresh.front())) ++result.kept;
+      merged.push_back(*old);
+    }
+    const bool known = old != stored.end() && key(*old) == key(bar);
+    result.added += known ? 0 : 1;
+    result.changed += known && *old != bar ? 1 : 0;
+    if (known) ++old;
+    merged.push_back(bar);
+  }
+  merged.insert(merged.end(), old, stored.end());
+  return merged;
+}
+
+// The prices of a series that was imported with a scale say so in its name: "EURUSD x10000".
+struct ScaledName {
+  std::string base;
+  int scale = 1;
+};
+
+ScaledName ScaledNameOf(const std::string& name) {
+  const auto sign = name.rfind(" x");
+  if (sign == std::string::npos) return {name, 1};
+  const int scale = ExactNumber<int>(std::string_view(name).substr(sign + 2)).value_or(1);
+  if (scale == 1 || !IsScale(scale)) return {name, 1};
+  return {name.substr(0, sign), scale};
+}
+
+void RequireSameScale(int stored, int wanted) {
+  if (stored == wanted) return;
+  throw ImportError("the stored prices are " +
+                    (stored == 1 ? "not multiplied; leave out --scale"
+                                 : "multiplied; set --scale " + std::to_string(stored)) +
+                    ", or set --replace to start over");
+}
+
+void KeepPlayable(std::vector<Bar>& bars, TooLong too_long) {
+  if (bars.size() <= kLongestSeries) return;
+  if (too_long != TooLong::kKeepLast) {
+    throw ImportError("with the stored bars it would have " +
+                      GroupedNumber(std::to_string(bars.size())) + " bars, and a run can play " +
+                      GroupedNumber(std::to_string(kLongestSeries)) +
+                      "; set --last, or --replace to start over");
+  }
+  bars.erase(bars.begin(), bars.end() - kLongestSeries);
+}
+
+// Writes nothing if the stored series already is as it would become.
+void Store(std::string_view directory, const ReadPrices::Series& series,
+           const ImportOptions& options, IndexCache& cache, ImportedSeries& result) {
+  NewSecurity security{
+      .symbol = series.found.symbol, .name = series.found.name, .interval = series.found.interval};
+  const std::optional<StoredSeries> stored = ReadStored(directory, series.found, cache);
+  const ScaledName name = ScaledNameOf(stored ? stored->name : "");
+  if (stored && !options.name) security.name = name.base + ScaleSuffix(options.scale);
+  if (!stored || options.replace) {
+    StoreSecurity(directory, security, series.bars, cache);
+    result.added = static_cast<std::int64_t>(series.bars.size());
+    result.replaced = true;
+    return;
+  }
+  RequireSameScale(name.scale, options.scale);
+  std::vector<Bar> bars = Merged(stored->bars, series.bars, result);
+  KeepPlayable(bars, options.too_long);
+  if (bars == stored->bars && security.name == stored->name) return;
+  StoreSecurity(directory, security, bars, cache);
+}
+
+// A run empties its working store, and what it held would be lost.
+void RequireNoStore(std::string_view directory) {
+  const fs::path path = NativePath(directory);
+  std::error_code missing;
+  if (!fs::exists(path / kWorkingStoreMark, missing)) return;
+  throw ImportError("\"" + PathText(path) +
+                    "\" is a working store, which each run empties; choose another directory");
+}
+
+std::string QuestionText(const ImportQuestion& question) {
+  return question.text + " Set " + question.option + ".";
+}
+
+void RequireReady(const Understanding& understood, const std::string& name) {
+  if (!understood.refusal.empty()) throw ImportError(name + understood.refusal);
+  if (understood.questions.empty()) return;
+  std::string text;
+  for (const ImportQuestion& question : understood.questions) {
+    text += (text.empty() ? "" : " ") + QuestionText(question);
+  }
+  throw ImportUndecided(name + text);
+}
+
+}  // namespace
+
+Understanding UnderstandFile(const fs::path& file, const ImportOptions& options,
+                             const ImportProgress& progress) {
+  return ReadPriceFile(file, options, progress).understanding;
+}
+
+ImportReport ImportFile(const fs::path& file, std::string_view directory,
+                        const ImportOptions& options, IndexCache& cache,
+                        const ImportProgress& progress) {
+  RequireNoStore(directory);
+  const std::string name = PathText(file) + ": ";
+  // Before it is read, so that a later change is noticed.
+  const std::optional<FileStamp> stamp = StampOf(file);
+  ReadPrices read = ReadPriceFile(file, options, progress);
+  RequireReady(read.understanding, name);
+  ImportReport report{.remarks = std::move(read.understanding.remarks),
+                      .suggested_scale = read.understanding.suggested_scale};
+  bool stored = false;
+  std::optional<MetaLibError> first_error;
+  for (ReadPrices::Series& series : read.series) {
+    ImportedSeries result{.found = series.found, .error = series.found.refusal};
+    try {
+      if (result.error.empty()) Store(directory, series, options, cache, result);
+    } catch (const std::exception& error) {
+      result.error = error.what();
+      const auto* const library = dynamic_cast<const MetaLibError*>(&error);
+      if (library != nullptr && !first_error) first_error = *library;
+    }
+    stored = stored || result.error.empty();
+    report.series.push_back(std::move(result));
+  }
+  if (!stored && first_error) throw MetaLibError(first_error->Number(), name + first_error->what());
+  if (!stored) throw ImportError(name + report.series.front().error);
+  if (stamp && options.remember != Remember::kNothing) {
+    const std::string problem = RememberImport(directory, file, *stamp, options);
+    if (!problem.empty()) report.remarks.push_back(problem);
+  }
+  return report;
+}
+
+bool IsPriceFile(const fs::path& file) {
+  static const std::array<std::string, 6> kExtensions = {".CSV", ".TXT", ".TSV",
+                                                         ".PRN", ".ZIP", ".GZ"};
+  return std::ranges::find(kExtensions, UpperCased(PathText(file.extension()))) !=
+         kExtensions.end();
+}
+
+std::vector<fs::path> PriceFilesIn(const std::vector<fs::path>& paths) {
+  std::vector<fs::path> files;
+  for (const fs::path& path : paths) {
+    std::error_code error;
+    if (!fs::is_directory(path, error)) {
+      files.push_back(path);
+      continue;
+    }
+    fs::directory_iterator at(path, error);
+    for (; !error && at != fs::directory_iterator(); at.increment(error)) {
+      std::error_code unreadable;
+      const bool hidden = PathText(at->path().filename()).starts_with('.');
+      if (!hidden && IsPriceFile(at->path()) && at->is_regular_file(unreadable)) {
+        files.push_back(at->path());
+      }
+    }
+    if (error) throw ImportError(PathText(path) + " can't be read: " + error.message());
+  }
+  std::ranges::sort(files);
+  files.erase(std::unique(files.begin(), files.end()), files.end());
+  return files;
+}
+
+}  // namespace velumar

@@ -1,0 +1,128 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "import/import_options.h"
+#include "import/price_reader.h"
+#include "marketdata/bar.h"
+
+namespace velumar {
+
+class IndexCache;
+
+// Called every few milliseconds with the part that is done, 0 to 1. Returns false to cancel: the
+// call throws ImportCancelled and nothing is changed.
+using ImportProgress = std::function<bool(double done)>;
+class ImportCancelled : public ImportError {
+ public:
+  ImportCancelled() : ImportError("cancelled") {}
+};
+
+// What a file leaves open, and its possible answers, each with what it leads to.
+struct ImportQuestion {
+  struct Answer {
+    std::string text;       // "day first"
+    std::string result;     // "2 January 2020 to 11 November 2020"
+    ImportOptions options;  // those of the call with this answer
+  };
+  std::string text;                  // "Which comes first in 03/04/2020?"
+  std::string option;                // "--date-order dmy or mdy"
+  std::vector<Answer> answers = {};  // empty if only a text or number can answer it
+};
+
+// A series that a file yields, after aggregation and scaling. While a question is open, interval is
+// 0 and the bars are those of the file.
+struct FoundSeries {
+  std::string symbol = {};
+  std::string name = {};  // as it will be stored; empty for that of the stored series or the symbol
+  int interval = 0;       // kDaily or minutes
+  std::int64_t bars = 0;
+  Bar first = {};
+  Bar last = {};
+  std::string refusal = {};  // why this series cannot be imported; the others of the file can
+};
+
+// The text of a line next to the bar that was read from it.
+struct SampleRow {
+  std::int64_t line = 0;
+  std::string text;
+  Bar bar;
+};
+
+// What was understood of a price file.
+struct Understanding {
+  std::filesystem::path file;
+  FileFormat format;
+  RowCounts counts;
+  std::vector<FoundSeries> series;
+  std::vector<ImportQuestion> questions;
+  std::vector<std::string> remarks;  // sentences: contradictory prices, skipped lines, ...
+  std::vector<SampleRow> head;       // the first and the last three rows
+  std::vector<SampleRow> tail;
+  int suggested_scale = 1;  // what would make the prices tradable in hundredths
+  std::string refusal;      // why the file cannot be imported; empty if a series of it can
+
+  bool Ready() const { return refusal.empty() && questions.empty(); }
+};
+
+// Reads the whole file, writes nothing. What the file leaves open is in `questions`, what makes it
+// unreadable in `refusal`. `progress` may be empty. Throws only ImportCancelled.
+Understanding UnderstandFile(const std::filesystem::path& file, const ImportOptions& options,
+                             const ImportProgress& progress);
+
+// What became of one series.
+struct ImportedSeries {
+  FoundSeries found = {};
+  std::int64_t added = 0;
+  std::int64_t changed = 0;
+  std::int64_t kept = 0;   // stored bars within the days of the file that the file lacks
+  bool replaced = false;   // or new: nothing was kept
+  std::string error = {};  // why it was not stored; it is then as it was before
+};
+
+struct ImportReport {
+  std::vector<ImportedSeries> series = {};
+  std::vector<std::string> remarks = {};
+  int suggested_scale = 1;  // as in Understanding
+};
+
+// A question stands open. what() names the option that decides it.
+class ImportUndecided : public ImportError {
+ public:
+  using ImportError::ImportError;
+};
+
+// Adds the bars of a price file to a market data directory, in one pass over the file, each series
+// completely or not at all, and remembers the file and its options there. Stored bars that the file
+// lacks are kept, others are corrected. Throws ImportUndecided, ImportError and, if no series could
+// be stored, MetaLibError, each naming the file. Only the reading can be cancelled.
+ImportReport ImportFile(const std::filesystem::path& file, std::string_view directory,
+                        const ImportOptions& options, IndexCache& cache,
+                        const ImportProgress& progress);
+
+// What became of one file of an update.
+struct UpdatedFile {
+  std::filesystem::path file = {};
+  ImportReport report = {};
+  std::string problem = {};  // why it was not imported
+  bool undecided = false;    // a question stands open
+};
+
+// Imports the files that the directory remembers again, where they have changed since, and the new
+// files of its remembered folders, with the options that all known files of the folder share.
+// Returns the files that were new or changed. Throws ImportError if what the directory remembers
+// can't be read, and ImportCancelled.
+std::vector<UpdatedFile> UpdateImports(std::string_view directory, IndexCache& cache,
+                                       const ImportProgress& progress);
+
+// The price files among `paths`, folders included (not their subfolders), sorted.
+std::vector<std::filesystem::path> PriceFilesIn(const std::vector<std::filesystem::path>& paths);
+// True for .csv, .txt, .tsv, .prn, .zip and .gz in any case.
+bool IsPriceFile(const std::filesystem::path& file);
+
+}  // namespace velumar

@@ -1,0 +1,204 @@
+#include "import/price_number.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <charconv>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "import/field_text.h"
+#include "import/price_reader.h"
+#include "marketdata/number_format.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::array<double, 23> kPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// The float nearest to digits * 10^exponent, if a double decides it: with an exact whole number and
+// an exact power of ten the quotient or product is the nearest double. Only a double in the exact
+// middle of two floats could have been rounded to there.
+std::optional<float> NearestFloat(std::uint64_t digits, int exponent) {
+  if (digits >= 1ULL << 53 || exponent > 22 || exponent < -22) return std::nullopt;
+  if (digits == 0) return 0.0F;
+  const auto whole = static_cast<double>(static_cast<std::int64_t>(digits));
+  const double value = exponent < 0 ? whole / kPowersOfTen[static_cast<std::size_t>(-exponent)]
+                                    : whole * kPowersOfTen[static_cast<std::size_t>(exponent)];
+  constexpr double kSmallest = 1e-37;
+  constexpr double kLargest = 1e38;
+  if (value < kSmallest || value > kLargest) return std::nullopt;
+  constexpr std::uint64_t kBelowFloat = (1ULL << 29) - 1;
+  constexpr std::uint64_t kMiddle = 1ULL << 28;
+  if ((std::bit_cast<std::uint64_t>(value) & kBelowFloat) == kMiddle) return std::nullopt;
+  return static_cast<float>(value);
+}
+
+[[noreturn]] void RefuseNumber(std::string_view field) {
+  if (field.empty()) throw ImportError("is empty");
+  throw ImportError("\"" + std::string(field) + "\" is not a number");
+}
+
+bool TakeStart(std::string_view& text, std::string_view start) {
+  if (!text.starts_with(start)) return false;
+  text = Stripped(text.substr(start.size()));
+  return true;
+}
+
+bool TakeEnd(std::string_view& text, std::string_view end) {
+  if (!text.ends_with(end)) return false;
+  text = Stripped(text.substr(0, text.size() - end.size()));
+  return true;
+}
+
+// Drops currency signs and a percent sign.
+void TakeUnits(std::string_view& text) {
+  for (const std::string_view sign : {"$", "€", "£", "¥", "USD", "EUR", "GBP"}) {
+    if (TakeStart(text, sign) || TakeEnd(text, sign)) break;
+  }
+  TakeEnd(text, "%");
+}
+
+// The power of ten that a letter at the end stands for.
+int TakeMagnitude(std::string_view& text) {
+  constexpr std::string_view kLetters = "KMBT";
+  if (text.size() < 2) return 0;
+  const char last = text.back();
+  const char letter = last >= 'a' ? static_cast<char>(last - 'a' + 'A') : last;
+  const std::size_t place = kLetters.find(letter);
+  if (place == std::string_view::npos) return 0;
+  text = Stripped(text.substr(0, text.size() - 1));
+  return 3 * (static_cast<int>(place) + 1);
+}
+
+// The length of a sign between groups of three digits, 0 if there is none: the point of a file with
+// decimal commas or the comma of one with points, a blank of any width, an apostrophe.
+std::size_t GroupSignLength(std::string_view text, NumberStyle style) {
+  for (const std::string_view sign : {" ", "'", "\u00A0", "\u2009", "\u202F", "\u2019"}) {
+    if (text.starts_with(sign)) return sign.size();
+  }
+  return text.starts_with(style.decimal_comma ? '.' : ',') ? 1 : 0;
+}
+
+// The digits before the decimal sign, without the signs between groups. Groups have three digits;
+// in India those before the last one have two.
+bool TakeWhole(std::string_view& text, NumberStyle style, std::string& plain) {
+  std::vector<std::size_t> groups(1);
+  std::string_view sign;
+  while (!text.empty()) {
+    if (IsDigit(text.front())) {
+      plain += text.front();
+      ++groups.back();
+      text.remove_prefix(1);
+      continue;
+    }
+    const std::size_t length = GroupSignLength(text, style);
+    if (length == 0) break;
+    if (!sign.empty() && text.substr(0, length) != sign) return false;
+    sign = text.substr(0, length);
+    groups.push_back(0);
+    text.remove_prefix(length);
+  }
+  if (groups.size() == 1) return true;
+  const std::size_t inner = groups.size() > 2 ? groups[1] : 3;
+  const bool even = std::all_of(groups.begin() + 1, groups.end() - 1,
+                                [&](std::size_t size) { return size == inner; });
+  return even && (inner == 3 || inner == 2) && groups.front() > 0 && groups.front() <= inner &&
+         groups.back() == 3;
+}
+
+// A number with a sign, groups, an exponent or many digits.
+PriceNumber ReadAny(std::string_view field, NumberStyle style, int shift) {
+  std::string_view text = field;
+  std::string plain;
+  if (text.starts_with('-')) plain = "-";
+  if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
+  TakeUnits(text);
+  int exponent = shift + TakeMagnitude(text);
+  if (!TakeWhole(text, style, plain)) RefuseNumber(field);
+  int decimals = 0;
+  if (text.starts_with(style.decimal_comma ? ',' : '.')) {
+    text.remove_prefix(1);
+    plain += '.';
+    for (; !text.empty() && IsDigit(text.front()); text.remove_prefix(1), ++decimals) {
+      plain += text.front();
+    }
+  }
+  if (plain.find_first_of("0123456789") == std::string::npos) RefuseNumber(field);
+  if (text.starts_with('e') || text.starts_with('E')) {
+    text.remove_prefix(1);
+    if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+    const auto own = ExactNumber<std::int16_t>(text);
+    if (!own) RefuseNumber(field);
+    exponent += *own;
+    text = {};
+  }
+  if (!text.empty()) RefuseNumber(field);
+  const bool zero = plain.find_first_of("123456789") == std::string::npos;
+  plain += 'e' + std::to_string(exponent);
+  const auto value = zero ? 0.0F : ExactNumber<float>(plain);
+  const auto stored = value ? MbfFromFloat(*value) : std::nullopt;
+  if (!stored || FloatFromMbf(*stored) != *value || (*value == 0 && !zero)) {
+    throw ImportError("\"" + std::string(field) +
+                      "\" can't be stored; numbers are 0 or between 1.2E-38 and 1.7E+38");
+  }
+  return {*value, std::max(decimals - exponent, 0)};
+}
+
+}  // namespace
+
+std::optional<PriceNumber> TakePlainNumber(std::string_view& text, char decimal, int shift) {
+  constexpr std::ptrdiff_t kMostDigits = 19;
+  const char* const start = text.data();
+  const char* const end = start + text.size();
+  const char* at = start;
+  std::uint64_t digits = 0;
+  for (; at != end && IsDigit(*at); ++at) digits = digits * 10 + static_cast<unsigned>(*at - '0');
+  std::ptrdiff_t count = at - start;
+  int decimals = 0;
+  if (at != end && *at == decimal) {
+    const char* const point = at++;
+    for (; at != end && IsDigit(*at); ++at) {
+      digits = digits * 10 + static_cast<unsigned>(*at - '0');
+    }
+    decimals = static_cast<int>(at - point - 1);
+    count += decimals;
+  }
+  if (count == 0 || count > kMostDigits) return std::nullopt;
+  const auto value = NearestFloat(digits, shift - decimals);
+  if (!value) return std::nullopt;
+  text.remove_prefix(static_cast<std::size_t>(at - start));
+  return PriceNumber{*value, std::max(decimals - shift, 0)};
+}
+
+PriceNumber ReadNumber(std::string_view field, NumberStyle style, int shift) {
+  std::string_view rest = field;
+  const auto plain = TakePlainNumber(rest, style.decimal_comma ? ',' : '.', shift);
+  return plain && rest.empty() ? *plain : ReadAny(field, style, shift);
+}
+
+bool IsMissingWord(std::string_view field) {
+  constexpr std::size_t kLongest = 5;
+  if (field.size() > kLongest) return false;
+  static constexpr std::string_view kMissing[] = {"-",    "--",     "NULL",   "N/A",  "NA",
+                                                  "NAN",  "#N/A",   ".",      "NONE", "NIL",
+                                                  "N.A.", "\u2013", "\u2014", "?"};
+  return std::ranges::find(kMissing, UpperCased(field)) != std::end(kMissing);
+}
+
+int DecimalsOf(float value) {
+  std::array<char, 64> text;
+  const char* const end =
+      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed).ptr;
+  const char* const point = std::find(static_cast<const char*>(text.data()), end, '.');
+  return point == end ? 0 : static_cast<int>(end - point - 1);
+}
+
+}  // namespace velumar

@@ -1,0 +1,257 @@
+// Price files into a market data directory.
+#include <nlohmann/json.hpp>
+
+#include "import/csv_export.h"
+#include "import/import_memory.h"
+#include "import/price_import.h"
+#include "marketdata/directory_lock.h"
+#include "marketdata/index_cache.h"
+#include "marketdata/interval.h"
+#include "marketdata/metalib_error.h"
+#include "marketdata/metalib_reader.h"
+#include "support/scratch_folder.h"
+
+namespace velumar {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::ThrowsMessage;
+
+const std::string kHeader = "Date,Open,High,Low,Close\n";
+
+// Of January 2020, with the day as the price.
+std::string Days(int first, int last, int price = 0) {
+  std::string text;
+  for (int day = first; day <= last; ++day) {
+    text += std::to_string(20200100 + day);
+    for (int i = 0; i < 4; ++i) text += "," + std::to_string(price == 0 ? day : price);
+    text += "\n";
+  }
+  return text;
+}
+
+class Import : public testing::Test {
+ protected:
+  std::string File(const std::string& name, const std::string& text) const {
+    folder.Write(name, text);
+    return folder.Sub(name);
+  }
+  ImportReport Take(const std::string& file, const ImportOptions& options = {}) {
+    return ImportFile(file, data, options, cache, nullptr);
+  }
+  // "3 new, 1 changed, 2 kept"
+  std::string Taken(const std::string& file, const ImportOptions& options = {}) {
+    const ImportReport report = Take(file, options);
+    const ImportedSeries& series = report.series.at(0);
+    return std::to_string(series.added) + " new, " + std::to_string(series.changed) + " changed, " +
+           std::to_string(series.kept) + " kept";
+  }
+  std::string Stored(const std::string& symbol, int interval = kDaily) {
+    return CsvOfSeries(data, symbol, interval, cache);
+  }
+  std::string NameOf(const std::string& symbol) {
+    for (const SecurityInfo& one : SecuritiesOf(data, cache)) {
+      if (one.symbol == symbol) return one.name;
+    }
+    return "";
+  }
+
+  ScratchFolder folder;
+  std::string data = folder.Sub("data");
+  IndexCache cache;
+};
+
+TEST_F(Import, AddsBarsAndCorrectsThem) {
+  EXPECT_EQ(Taken(File("ABC_D.csv", kHeader + Days(1, 10))), "10 new, 0 changed, 0 kept");
+  const auto before = FilesOf(data);
+  EXPECT_EQ(Taken(folder.Sub("ABC_D.csv")), "0 new, 0 changed, 0 kept");
+  EXPECT_EQ(FilesOf(data), before) << "the same file again changes nothing";
+
+  const std::string newer = kHeader + Days(6, 6) + Days(8, 8, 9) + Days(10, 12);
+  EXPECT_EQ(Taken(File("ABC_D.csv", newer)), "2 new, 1 changed, 2 kept");
+  const std::string stored = Stored("ABC");
+  EXPECT_THAT(stored, HasSubstr("20200107,0,7,7,7,7,0,0\n20200108,0,9,9,9,9,0,0\n"));
+  EXPECT_THAT(stored, HasSubstr("20200101,0,1,"));
+
+  ImportOptions replace;
+  replace.replace = true;
+  EXPECT_EQ(Taken(folder.Sub("ABC_D.csv"), replace), "5 new, 0 changed, 0 kept");
+  EXPECT_THAT(Stored("ABC"), testing::Not(HasSubstr("20200101")));
+}
+
+TEST_F(Import, MakesASecurityOfEachTicker) {
+  std::string text = "<TICKER>,<PER>,<DTYYYYMMDD>,<TIME>,<OPEN>,<HIGH>,<LOW>,<CLOSE>,<VOL>\n";
+  for (int day = 1; day <= 5; ++day) {
+    for (const std::string ticker : {"AAA", "bbb", "A_TICKER_THAT_IS_TOO_LONG"}) {
+      text += ticker + ",D," + std::to_string(20200100 + day) + ",000000,1,1,1,1,1\n";
+    }
+  }
+  const ImportReport report = Take(File("all.txt", text));
+  ASSERT_EQ(report.series.size(), 3U);
+  EXPECT_EQ(report.series[1].found.symbol, "BBB");
+  EXPECT_EQ(report.series[1].error, "");
+  EXPECT_THAT(report.series[2].error, HasSubstr("A_TICKER"));
+  EXPECT_EQ(SecuritiesOf(data, cache).size(), 2U);
+  ImportOptions options;
+  options.symbol = "CCC";
+  EXPECT_THAT([&] { Take(folder.Sub("all.txt"), options); },
+              ThrowsMessage<ImportError>(HasSubstr("all.txt: holds 3 tickers")));
+}
+
+TEST_F(Import, AsksAboutAdjustedPrices) {
+  const std::string file = File(
+      "ABC_D.csv",
+      "Date,Open,High,Low,Close,Adj Close\n2020-01-02,10,12,8,10,5\n2020-01-03,10,12,8,10,10\n");
+  const Understanding understood = UnderstandFile(file, {}, nullptr);
+  ASSERT_EQ(understood.questions.size(), 1U);
+  EXPECT_EQ(understood.questions[0].answers[1].result, "close of 2 January 2020: 5");
+  EXPECT_THAT([&] { Take(file); }, ThrowsMessage<ImportUndecided>(HasSubstr("--unadjusted")));
+  EXPECT_FALSE(std::filesystem::exists(data));
+  Take(file, understood.questions[0].answers[1].options);
+  EXPECT_THAT(Stored("ABC"), HasSubstr("20200102,0,5,6,4,5,0,0\n20200103,0,10,12,8,10,0,0\n"));
+}
+
+TEST_F(Import, AsksWhichComesFirstAndWhatTheSymbolIs) {
+  const std::string file = File("a price file of the year.csv",
+                                "Date,Open,High,Low,Close\n01/02/2020,1,1,1,1\n02/02/2020,1,1,1,1\n"
+                                "03/02/2020,1,1,1,1\n");
+  const Understanding dates = UnderstandFile(file, {}, nullptr);
+  ASSERT_EQ(dates.questions.size(), 1U);
+  EXPECT_EQ(dates.questions[0].answers.at(0).result, "1 February 2020 to 3 February 2020");
+  EXPECT_EQ(dates.questions[0].answers.at(1).result, "2 January 2020 to 2 March 2020");
+  const Understanding symbol = UnderstandFile(file, dates.questions[0].answers[0].options, nullptr);
+  ASSERT_EQ(symbol.questions.size(), 1U);
+  EXPECT_EQ(symbol.questions[0].option, "--symbol TEXT");
+  EXPECT_TRUE(UnderstandFile(file, symbol.questions[0].answers.at(0).options, nullptr).Ready());
+}
+
+TEST_F(Import, MultipliesPricesThatCannotBeTraded) {
+  std::string text = kHeader;
+  for (int day = 1; day <= 20; ++day) {
+    text += std::to_string(20200100 + day) + ",1.19878,1.19999,1.19801,1.19978\n";
+  }
+  const std::string file = File("EURUSD_D.csv", text);
+  EXPECT_EQ(Take(file).suggested_scale, 10000) << "imported as it is";
+  ImportOptions options;
+  options.scale = 10000;
+  EXPECT_THAT([&] { Take(file, options); }, ThrowsMessage<ImportError>(HasSubstr("--replace")));
+  options.replace = true;
+  EXPECT_EQ(Take(file, options).suggested_scale, 1);
+  EXPECT_EQ(NameOf("EURUSD"), "EURUSD x10000");
+  EXPECT_THAT(Stored("EURUSD"), HasSubstr("20200101,0,11987.8,11999.9,11980.1,11997.8,"));
+  options.replace = false;
+  EXPECT_EQ(Taken(file, options), "0 new, 0 changed, 0 kept");
+  EXPECT_THAT([&] { Take(file); }, ThrowsMessage<ImportError>(HasSubstr("--scale 10000")));
+  options = {};
+  options.replace = true;
+  Take(file, options);
+  EXPECT_EQ(NameOf("EURUSD"), "EURUSD");
+  // A share with noise in its decimals can be traded.
+  EXPECT_EQ(
+      UnderstandFile(File("NOISE_D.csv", kHeader + "20200101,170.330002,171.119995,169,170\n"), {},
+                     nullptr)
+          .suggested_scale,
+      1);
+}
+
+TEST_F(Import, RefusesAWorkingStoreAndLeavesOtherSeriesAlone) {
+  const std::string file = File("ABC_D.csv", kHeader + Days(1, 5));
+  std::filesystem::create_directory(data);
+  WriteFile(std::filesystem::path(data) / kWorkingStoreMark, "");
+  const auto before = FilesOf(data);
+  EXPECT_THAT([&] { Take(file); }, ThrowsMessage<ImportError>(HasSubstr("working store")));
+  EXPECT_EQ(FilesOf(data), before);
+}
+
+TEST_F(Import, CanBeCancelledBeforeItChangesAnything) {
+  const std::string file = File("ABC_D.csv", kHeader + Days(1, 5));
+  EXPECT_THROW(ImportFile(file, data, {}, cache, [](double) { return false; }), ImportCancelled);
+  EXPECT_FALSE(std::filesystem::exists(data));
+}
+
+TEST_F(Import, KeepsMergedSeriesPlayable) {
+  const auto minutes = [](int first_day, int days) {
+    std::string text = "Date,Time,Open,High,Low,Close\n";
+    for (int day = first_day; day < first_day + days; ++day) {
+      for (int minute = 0; minute < 1440; minute += 5) {
+        const std::string time = std::to_string(10000 + minute / 60 * 100 + minute % 60).substr(1);
+        text += std::to_string(20200000 + (1 + day / 28) * 100 + day % 28 + 1) + "," + time +
+                ",1,1,1,1\n";
+      }
+    }
+    return text;
+  };
+  ImportOptions options;
+  options.symbol = "ABC";
+  EXPECT_EQ(Taken(File("a.csv", minutes(0, 100)), options), "28800 new, 0 changed, 0 kept");
+  const std::string more = File("b.csv", minutes(100, 50));
+  EXPECT_THAT([&] { Take(more, options); }, ThrowsMessage<ImportError>(HasSubstr("--last")));
+  options.too_long = TooLong::kKeepLast;
+  EXPECT_EQ(Taken(more, options), "14400 new, 0 changed, 0 kept");
+  EXPECT_EQ(SecuritiesOf(data, cache).at(0).bars, 32768);
+}
+
+std::vector<std::string> UpdatedNames(const std::vector<UpdatedFile>& files) {
+  std::vector<std::string> names;
+  for (const UpdatedFile& file : files) {
+    names.push_back(file.file.filename().string() + (file.problem.empty() ? "" : " failed"));
+  }
+  return names;
+}
+
+TEST_F(Import, IsRepeatedForFilesThatChanged) {
+  ScratchFolder prices;
+  const auto update = [&] { return UpdatedNames(UpdateImports(data, cache, nullptr)); };
+  EXPECT_THAT(update(), IsEmpty());
+  prices.Write("ABC_D.csv", kHeader + Days(1, 5));
+  prices.Write("OTHER_D.csv", kHeader + Days(1, 5));
+  ImportOptions options;
+  options.name = "Abc of Zürich";
+  Take(prices.Sub("ABC_D.csv"), options);
+  EXPECT_THAT(update(), IsEmpty()) << "only the file was imported, not its folder";
+  prices.Write("ABC_D.csv", kHeader + Days(1, 6));
+  EXPECT_THAT(update(), ElementsAre("ABC_D.csv"));
+  EXPECT_THAT(Stored("ABC"), HasSubstr("20200106"));
+  EXPECT_EQ(NameOf("ABC"), "Abc of Zürich");
+  EXPECT_THAT(update(), IsEmpty());
+
+  options.remember = Remember::kFolder;
+  Take(prices.Sub("ABC_D.csv"), options);
+  prices.Write("bank.csv", "a,b\n1,2\n");
+  EXPECT_THAT(update(), ElementsAre("OTHER_D.csv", "bank.csv failed"));
+  EXPECT_EQ(NameOf("OTHER"), "OTHER");
+  prices.Write("bank.csv", kHeader + Days(1, 3));
+  std::filesystem::remove(prices / "ABC_D.csv");
+  EXPECT_THAT(update(), ElementsAre("bank.csv"));
+}
+
+TEST_F(Import, TrustsNoDamagedMemory) {
+  const std::string file = File("ABC_D.csv", kHeader + Days(1, 5));
+  Take(file);
+  const std::filesystem::path memory = std::filesystem::path(data) / kImportMemory;
+  const auto good = nlohmann::json::parse(ReadFile(memory));
+  EXPECT_EQ(RememberedImports(data).size(), 1U);
+  const auto with = [&](const char* pointer, const nlohmann::json& value) {
+    nlohmann::json bad = good;
+    bad[nlohmann::json::json_pointer(pointer)] = value;
+    return bad.dump();
+  };
+  for (const std::string& bad :
+       {std::string("{"), with("/version", 2), with("/files/0/file", "relative.csv"),
+        with("/files/0/file", 7), with("/files/0/options/interval", 7),
+        with("/files/0/options/scale", 3), with("/files/0/options/from", 20201341),
+        with("/files/0/options/too_long", "no"), with("/files/0/options/symbol", "A\nB"),
+        with("/files/0/options/symbol", std::string(5000, 'A'))}) {
+    WriteFile(memory, bad);
+    EXPECT_THAT([&] { UpdateImports(data, cache, nullptr); },
+                ThrowsMessage<ImportError>(HasSubstr("is damaged")))
+        << bad.substr(0, 200);
+    EXPECT_THAT(Take(file).remarks, ElementsAre(HasSubstr("not remembered")));
+    EXPECT_EQ(ReadFile(memory), bad);
+  }
+}
+
+}  // namespace
+}  // namespace velumar
