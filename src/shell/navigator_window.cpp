@@ -111,12 +111,14 @@ void NavigatorWindow::CloseAndReturn() {
   platform_.settings.Save("NavLeft", PlaceText(form.Left()));
   IgnoringErrors([&] { SlideOut(form, platform_); });
   closing_ = false;
-  desktop_.Unload(form);
-  desktop_.Unload(desktop_.Untouched().form3);
-  view_.UnlockSetup();
+  // Before the other windows go, so that the focus doesn't go to the chart: some desktops would
+  // then draw the chart above the setup.
   Form1& setup = desktop_.form1();
   setup.Show();
   setup.ImgDonate.SetVisible(true);
+  desktop_.Unload(form);
+  desktop_.Unload(desktop_.Untouched().form3);
+  view_.UnlockSetup();
   IgnoringErrors([&] { SlideIn(setup, session_.SetupTop, session_.SetupLeft, platform_); });
 }
 
