@@ -1,4 +1,4 @@
-// make_corpus FOLDER: one good example or more for each fuzzer, in FOLDER/directory, csv, texts,
+// make_corpus FOLDER: one good example or more for each fuzzer, in FOLDER/directory, import, texts,
 // ledger and scores.
 
 #include <fstream>
@@ -48,10 +48,11 @@ void MakeLedger(const fs::path& corpus) {
   fs::copy_file(file, corpus / "empty", fs::copy_options::overwrite_existing);
 }
 
-void MakeTexts(const fs::path& csv, const fs::path& texts) {
-  WriteFile(csv / "plain", "\nDate,Open,High,Low,Close,Volume\n20070102,10,12,9,11,500\n");
-  WriteFile(csv / "format", "%d.%m.%Y %H:%M\nDate;Time;Close\n02.01.2007 10:00;10:00;11,5\n");
-  WriteFile(csv / "iso", "\ndate\topen\thigh\tlow\tclose\n2007-01-02T10:00:00\t1\t2\t0.5\t1.5\n");
+void MakeTexts(const fs::path& prices, const fs::path& texts) {
+  WriteFile(prices / "plain", " Date,Open,High,Low,Close,Volume\n20070102,10,12,9,11,500\n");
+  WriteFile(prices / "single",
+            " Datum;Zeit;Schluss\n02.01.2007;10:00;11,5\n03.01.2007;11:00;1.011,5\n");
+  WriteFile(prices / "iso", "@date\topen\thigh\tlow\tclose\n2007-01-02T10:00:00\t1\t2\t0.5\t1.5\n");
   WriteFile(texts / "keys", std::string(1, '\0') + "%(FO)^{TAB}+a{ENTER}{%}~");
   WriteFile(texts / "number", "\1-1,234.5e2");
   WriteFile(texts / "date", "\00131/12/2007dd/MM/yyyy");
@@ -74,11 +75,11 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::filesystem::path corpus = argv[1];
-  for (const char* kind : {"directory", "csv", "texts", "ledger", "scores"}) {
+  for (const char* kind : {"directory", "import", "texts", "ledger", "scores"}) {
     std::filesystem::create_directories(corpus / kind);
   }
   velumar::MakeDirectories(corpus / "directory");
-  velumar::MakeTexts(corpus / "csv", corpus / "texts");
+  velumar::MakeTexts(corpus / "import", corpus / "texts");
   velumar::MakeLedger(corpus / "ledger");
   velumar::MakeScores(corpus / "scores");
   return 0;
