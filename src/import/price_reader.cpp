@@ -1,6 +1,8 @@
 #include "import/price_reader.h"
 
 #include <algorithm>
+#include <string>
+#include <unordered_set>
 
 #include "import/column_scan.h"
 #include "import/field_text.h"
@@ -127,12 +129,8 @@ struct PriceReader::State {
         ReadRow(line, fields);
       }
     } catch (const ImportError& error) {
-      throw ImportError(AtLine(error));
+      throw ImportError("line " + std::to_string(line_number) + ": " + error.what());
     }
-  }
-
-  std::string AtLine(const ImportError& error) const {
-    return "line " + std::to_string(line_number) + ": " + error.what();
   }
 
   void CountSkipped() {
@@ -149,7 +147,10 @@ struct PriceReader::State {
       const bool has_date = row_reader.HasDate(fields);
       const bool is_end = has_date ? row_reader.IsCutOff(fields) : LooksLikeFooter(line, fields);
       if (!is_end) throw;
-      if (end_error.empty()) end_error = AtLine(error);
+      if (end_error.empty()) {
+        end_error = error.what();
+        end_line = line_number;
+      }
       if (has_date) {
         CountSkipped();
       } else {
@@ -158,10 +159,20 @@ struct PriceReader::State {
       return;
     }
     // What can only stand at the end did not.
-    if (!end_error.empty()) throw ImportError(end_error);
+    if (!end_error.empty()) {
+      line_number = end_line;
+      throw ImportError(end_error);
+    }
     row.line = line_number;
+    row.ticker = Kept(row.ticker);
+    row.period = Kept(row.period);
     rows.push_back(row);
     lines.push_back(line);
+  }
+
+  // The fields of a quoted line are gone with the next one.
+  std::string_view Kept(std::string_view text) {
+    return text.empty() ? text : *kept.emplace(text).first;
   }
 
   TextSource source;
@@ -173,9 +184,12 @@ struct PriceReader::State {
   FileFormat format;
   RowCounts counts;
   std::int64_t line_number = 0;
-  std::string end_error;  // of the first footer or cut off row
+  // Of the first footer or cut off row.
+  std::string end_error;
+  std::int64_t end_line = 0;
   std::vector<PriceRow> rows;
-  std::vector<std::string_view> lines;  // of the rows
+  std::vector<std::string_view> lines;   // of the rows
+  std::unordered_set<std::string> kept;  // tickers and periods
 };
 
 PriceReader::PriceReader(const std::filesystem::path& file, const ImportOptions& options)
@@ -189,6 +203,7 @@ std::span<const PriceRow> PriceReader::Next() {
   State& state = *state_;
   state.rows.clear();
   state.lines.clear();
+  state.kept.clear();
   std::string_view line;
   while (state.rows.size() < kRowsAtOnce && state.NextLine(line)) state.Read(line);
   state.counts.rows += static_cast<std::int64_t>(state.rows.size());
