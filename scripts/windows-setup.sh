@@ -8,11 +8,41 @@ install_missing_for_windows() {
 
 windows_cache=${XDG_CACHE_HOME:-$HOME/.cache}/velumar/windows-sdk
 
-# True if a folder has all Windows libraries.
-is_windows_sdk() {
-  [ -e "$1/lib/cmake/Qt6/qt.toolchain.cmake" ] && [ -e "$1/lib/libQCustomPlotQt6.a" ] &&
-    [ -e "$1/lib/libsqlite3.a" ] && [ -e "$1/lib/libcurl.a" ] &&
-    [ -e "$1/include/nlohmann/json.hpp" ] && [ -e "$1/include/CLI/CLI.hpp" ]
+# The source packages of the Windows libraries, each with a file that it installs.
+windows_libraries=(
+  "nlohmann-json3 include/nlohmann/json.hpp"
+  "cli11 include/CLI/CLI.hpp"
+  "sqlite3 lib/libsqlite3.a"
+  "curl lib/libcurl.a"
+  "zlib lib/libz.a"
+  "libarchive lib/libarchive.a"
+  "libcsv lib/libcsv.a"
+  "howardhinnant-date lib/libdate-tz.a"
+  "tzdata share/tzdata/version"
+  "qt6-base lib/cmake/Qt6/qt.toolchain.cmake"
+  "qcustomplot lib/libQCustomPlotQt6.a"
+)
+
+# Prints the source packages whose libraries a folder lacks.
+missing_windows_libraries() {
+  local library package file
+  for library in "${windows_libraries[@]}"; do
+    read -r package file <<<"$library"
+    [ -e "$1/$file" ] || echo "$package"
+  done
+}
+
+# True if a folder has the Windows libraries. Those that are small may be missing: complete_windows_sdk
+# builds them.
+is_windows_sdk() { ! missing_windows_libraries "$1" | grep -qxE 'qt6-base|qcustomplot'; }
+
+# Builds what the libraries of an earlier Velumar lack, in the folder VELUMAR_WINDOWS_SDK.
+complete_windows_sdk() {
+  local missing
+  missing=$(missing_windows_libraries "$VELUMAR_WINDOWS_SDK")
+  [ -z "$missing" ] && return
+  echo "Building the Windows libraries that are missing:" $missing
+  "$root/scripts/windows-sdk" $missing
 }
 
 # Unpacks an archive of the libraries into the cache, unless it is there already, and prints the folder.

@@ -5,6 +5,7 @@
 #include "forms/form1.h"
 #include "forms/form2.h"
 #include "forms/form3.h"
+#include "forms/frm_import.h"
 #include "forms/frm_result.h"
 #include "forms/frm_score.h"
 #include "forms/graph2.h"
@@ -48,6 +49,7 @@ class Desktop {
     FrmScore frmScore;
     FrmResult frmResult;
     Graph2 graph2;
+    FrmImport frmImport;
   };
 
   Form1& form1() { return Loaded(windows_.form1); }
@@ -59,6 +61,7 @@ class Desktop {
   FrmScore& frmScore() { return Loaded(windows_.frmScore); }
   FrmResult& frmResult() { return Loaded(windows_.frmResult); }
   Graph2& graph2() { return Loaded(windows_.graph2); }
+  FrmImport& frmImport() { return Loaded(windows_.frmImport); }
 
   // Loads the window, hidden, if it isn't loaded.
   void Load(Form& form) { Loaded(form); }
@@ -68,10 +71,11 @@ class Desktop {
   }
 
   Windows& Untouched() { return windows_; }
-  std::array<Form*, 9> All() {
+  std::array<Form*, 10> All() {
     return {&windows_.form1,          &windows_.form2,       &windows_.form3,
             &windows_.frmBigDateTime, &windows_.frmBigScore, &windows_.frmBigPrice,
-            &windows_.frmScore,       &windows_.frmResult,   &windows_.graph2};
+            &windows_.frmScore,       &windows_.frmResult,   &windows_.graph2,
+            &windows_.frmImport};
   }
   // Null if there is no window of that name.
   Form* Find(std::string_view name) {

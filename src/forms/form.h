@@ -102,8 +102,9 @@ class Form {
   std::function<void(const std::vector<std::string>& files)> on_drop;
   // The window is closed from outside, as by Alt+F4.
   std::function<void()> on_close;
-  // The Esc key, if no control uses it.
+  // The Esc and Enter keys, if no control uses them.
   std::function<void()> on_escape;
+  std::function<void()> on_enter;
 
   // For the window's own controls and its desktop.
   void Register(Control& control) { controls_.push_back(&control); }

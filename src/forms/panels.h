@@ -21,9 +21,13 @@ class ListBox : public Control {
     lines_ = std::move(lines);
     Changed();
   }
+  // If true, long lines are wrapped instead of scrolled.
+  bool Wraps() const { return wraps_; }
+  void SetWraps(bool wraps) { wraps_ = wraps; }
 
  private:
   std::vector<std::string> lines_;
+  bool wraps_ = false;
 };
 
 // Scrolls a view; vertical if it is higher than wide.

@@ -48,8 +48,12 @@ std::string Table::CopyText() const {
   return text;
 }
 
+void Table::Select(std::vector<std::size_t> rows) {
+  if (Assign(selected_, rows)) Fire(on_select);
+}
+
 void Table::UserSelect(std::vector<std::size_t> rows) {
-  if (Reachable()) selected_ = std::move(rows);
+  if (Reachable()) Select(std::move(rows));
 }
 
 }  // namespace velumar

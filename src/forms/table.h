@@ -11,11 +11,13 @@ class Table : public Control {
   struct Column {
     std::string title;
     bool numeric = false;
+    float width = 0;  // twips; 0: as its texts need
   };
   struct Rows {
     std::size_t count = 0;
     std::function<std::string(std::size_t row, std::size_t column)> text;
-    std::function<std::string(std::size_t row)> tip;  // empty: none
+    std::function<std::string(std::size_t row)> tip;     // empty: none
+    std::function<Colour(std::size_t row)> colour = {};  // 0 or empty: that of the theme
   };
 
   Table(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kTable, spec) {}
@@ -26,6 +28,8 @@ class Table : public Control {
   const Rows& Content() const { return rows_; }
   // Clears the selection.
   void SetContent(Rows rows);
+  // Shows the rows again: their texts have changed, but not their number.
+  void Refresh() { Changed(); }
 
   struct Sorting {
     std::size_t column = 0;
@@ -41,10 +45,15 @@ class Table : public Control {
   std::string CopyText() const;
 
   void UserHeader(std::size_t column) { UserFire(on_header, column); }
+  // The numbers of the selected rows, rising.
+  const std::vector<std::size_t>& Selected() const { return selected_; }
+  // Fires on_select if the selection changes.
+  void Select(std::vector<std::size_t> rows);
   void UserSelect(std::vector<std::size_t> rows);
   void UserCopy() { UserFire(on_copy); }
 
   std::function<void(std::size_t column)> on_header;
+  std::function<void()> on_select;
   std::function<void()> on_copy;
 
  private:

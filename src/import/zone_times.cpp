@@ -8,7 +8,7 @@
 
 #include "base/dates.h"
 #include "import/price_reader.h"
-#include "import/zone_database.h"
+#include "import/time_zones.h"
 
 // The only file that needs the time zone database. GCC 12 has no std::chrono zones.
 
@@ -20,7 +20,7 @@ using std::chrono::seconds;
 
 const date::time_zone* ZoneOf(const std::string& name) {
   try {
-    PrepareZones();
+    PrepareTimeZones();
     return date::locate_zone(name);
   } catch (const std::exception&) {
     throw ImportError("the time zone \"" + name +

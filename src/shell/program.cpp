@@ -4,8 +4,10 @@
 #include "host/host_control.h"
 #include "session/run_control.h"
 #include "shell/event_guard.h"
+#include "shell/import_window.h"
 #include "shell/navigator_window.h"
 #include "shell/preview_window.h"
+#include "shell/price_importer.h"
 #include "shell/result_window.h"
 #include "shell/run_windows.h"
 #include "shell/score_board.h"
@@ -23,13 +25,17 @@ struct Program::Parts {
         registry(platform.registry, platform.boxes),
         trader(platform.chart_windows),
         chart(session, windows, windows, platform, registry, trader),
-        catalogue(session, desktop, platform, cache),
+        importer(cache),
+        import(desktop, platform, importer,
+               {[this, &session] { return run.Feeding() || session.Preparing; },
+                [this](const FoundSeries& first) { catalogue.ListImported(first); }}),
+        catalogue(session, desktop, platform, cache, import),
         run(session, windows, windows, platform, cache, ledger, chart),
         orders(session, windows, windows, platform, ledger, chart),
         account(session, windows, desktop),
         panel(session, windows, desktop, platform, account, orders),
-        setup(session, windows, desktop, platform, catalogue, run, panel, account, registry, ledger,
-              cache),
+        setup(session, windows, desktop, platform, catalogue, import, run, panel, account, registry,
+              ledger, cache),
         navigator(session, windows, desktop, platform, run),
         score_board(session, desktop, platform),
         results(desktop, platform, ledger, score_board),
@@ -44,6 +50,8 @@ struct Program::Parts {
   ChartRegistry registry;
   TraderFocus trader;
   HostControl chart;
+  FileImporter importer;
+  ImportWindow import;
   SymbolCatalogue catalogue;
   RunControl run;
   OrderDesk orders;
@@ -81,6 +89,10 @@ void Program::ShowAgain() {
 void Program::SetTheme(bool dark) { parts_->chart.SetTheme(dark); }
 
 void Program::QuitChartProgram() { parts_->chart.QuitStarted(); }
+
+void Program::CatchUpChart() {
+  if (parts_->keys.InRun()) parts_->chart.CatchUp();
+}
 
 void Program::ChartClosedByTrader(std::uint32_t process) {
   parts_->chart.ChartClosedByTrader(process);

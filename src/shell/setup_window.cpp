@@ -40,14 +40,15 @@ std::string SupportPage(const std::string& program_folder) {
 }  // namespace
 
 SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, Platform& platform,
-                         SymbolCatalogue& catalogue, RunControl& run, TradePanel& panel,
-                         AccountBoxes& account, ChartRegistry& registry, LedgerConnection& ledger,
-                         IndexCache& cache)
+                         SymbolCatalogue& catalogue, ImportWindow& import, RunControl& run,
+                         TradePanel& panel, AccountBoxes& account, ChartRegistry& registry,
+                         LedgerConnection& ledger, IndexCache& cache)
     : session_(session),
       view_(view),
       desktop_(desktop),
       platform_(platform),
       catalogue_(catalogue),
+      import_(import),
       run_(run),
       panel_(panel),
       account_(account),
@@ -65,10 +66,10 @@ SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, P
                          [this](const std::vector<std::string>& files) { TakeFiles(files); });
   form.Text3.on_change = guarded("Changing the data directory", [this] { DirectoryChanged(); });
   form.Text3.on_key_up = guarded("Listing the securities", [this](int key) {
-    if (key == kEnterKey) catalogue_.BuildSymbolList();
+    if (key == kEnterKey) ListSecurities();
   });
   form.Command5.on_click = guarded("Choosing the data directory", [this] {
-    if (catalogue_.PickDataDirectory()) catalogue_.BuildSymbolList();
+    if (catalogue_.PickDataDirectory()) ListSecurities();
   });
   account_.BindEvents();
   form.Combo1.on_click = guarded("Choosing the security", [this] {
@@ -126,6 +127,12 @@ void SetupWindow::Load() {
   IgnoringErrors([this] { SlideIn(Window(), session_.SetupTop, session_.SetupLeft, platform_); });
   loading_ = false;
   OpenLedger();
+  import_.ReadFiles();
+}
+
+void SetupWindow::ListSecurities() {
+  catalogue_.BuildSymbolList();
+  import_.ReadFiles();
 }
 
 void SetupWindow::ShapeAndName() {
@@ -207,18 +214,25 @@ void SetupWindow::DirectoryChanged() {
 }
 
 void SetupWindow::TakeFiles(const std::vector<std::string>& files) {
-  if (!run_.Feeding() && !session_.Preparing) return catalogue_.Import(files);
-  platform_.boxes.Show("Pause the replay before importing price files.", BoxIcon::kInformation);
+  if (run_.Feeding() || session_.Preparing) {
+    return platform_.boxes.Show("Pause the replay before importing price files.",
+                                BoxIcon::kInformation);
+  }
+  import_.Offer(files, session_.DataDir);
+  import_.ReadFiles();
 }
 
 // Clicks run during the slides, so the run counts as being prepared from here on. No security is
-// chosen yet while the list is being built.
+// chosen yet while the list is being built. An import is done or closed first.
 void SetupWindow::StartRun() {
-  if (loading_ || session_.Preparing || catalogue_.Building()) return;
+  if (loading_ || session_.Preparing || catalogue_.Building() || import_.Importing()) {
+    return;
+  }
   if (const auto problem = account_.Problem()) {
     return platform_.boxes.Show(*problem, BoxIcon::kExclamation);
   }
   if (!run_.ClaimStore()) return;
+  import_.Close();
   bool ready = false;
   IgnoringErrors([&] {
     const PreparingScope preparing(session_);
@@ -282,6 +296,7 @@ std::string SetupWindow::DelayToSave() const {
 
 void SetupWindow::Close() {
   desktop_.Unload(Window());
+  panel_.SaveBigPlaces();
   platform_.programs.EndProcess();
 }
 

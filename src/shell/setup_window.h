@@ -22,8 +22,9 @@ namespace velumar {
 class SetupWindow {
  public:
   SetupWindow(SimSession& session, RunView& view, Desktop& desktop, Platform& platform,
-              SymbolCatalogue& catalogue, RunControl& run, TradePanel& panel, AccountBoxes& account,
-              ChartRegistry& registry, LedgerConnection& ledger, IndexCache& cache);
+              SymbolCatalogue& catalogue, ImportWindow& import, RunControl& run, TradePanel& panel,
+              AccountBoxes& account, ChartRegistry& registry, LedgerConnection& ledger,
+              IndexCache& cache);
 
  private:
   void Load();
@@ -35,8 +36,10 @@ class SetupWindow {
   void OpenLedger();
 
   void DirectoryChanged();
-  // Imports dropped price files, but only while no run feeds or is being prepared: an import
-  // chooses a security, and a run keeps its own.
+  // Lists the securities, and reads the price files of a directory that has only these.
+  void ListSecurities();
+  // Opens the import with dropped files, but only while no run feeds or is being prepared: an
+  // import chooses a security, and a run keeps its own.
   void TakeFiles(const std::vector<std::string>& files);
   // Ignored during the slides and while the window or its list is loading.
   void StartRun();
@@ -57,6 +60,7 @@ class SetupWindow {
   Desktop& desktop_;
   Platform& platform_;
   SymbolCatalogue& catalogue_;
+  ImportWindow& import_;
   RunControl& run_;
   TradePanel& panel_;
   AccountBoxes& account_;

@@ -1,9 +1,7 @@
 #include "shell/symbol_catalogue.h"
 
 #include <algorithm>
-#include <exception>
 #include <filesystem>
-#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -34,31 +32,6 @@ std::string NoteOf(const std::string& name, const std::string& interval) {
   return name + (interval == kDailyInterval ? ", daily" : ", " + interval + " min");
 }
 
-bool IsCsv(const std::string& file) {
-  return UpperCased(PathText(NativePath(file).extension())) == ".CSV";
-}
-
-// Sorted by name; none if the directory can't be read.
-std::vector<std::string> PriceFilesIn(const std::string& directory) {
-  std::vector<std::string> prices;
-  std::error_code unreadable;
-  for (const auto& entry : std::filesystem::directory_iterator(NativePath(directory), unreadable)) {
-    const std::string file = PathText(entry.path());
-    if (IsCsv(file) && entry.is_regular_file(unreadable)) prices.push_back(file);
-  }
-  std::sort(prices.begin(), prices.end());
-  return prices;
-}
-
-// With the system's separators.
-std::string NativeText(const std::string& directory) {
-  return PathText(NativePath(directory).make_preferred());
-}
-
-std::string FileCount(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " file" : " files");
-}
-
 }  // namespace
 
 void SymbolCatalogue::BuildSymbolList() {
@@ -73,7 +46,7 @@ void SymbolCatalogue::BuildSymbolList() {
     } catch (const MetaLibError& error) {
       if (error.Number() != MetaLibError::kNoData) return;
     }
-    if (OfferImport()) continue;
+    if (OfferImport()) return;
     platform_.boxes.Show(kNoDataText, BoxIcon::kInformation);
     cancels = PickDataDirectory() ? 0 : cancels + 1;
     if (cancels == kCancelsUntilWayOut) {
@@ -168,60 +141,16 @@ void SymbolCatalogue::SetPeriod(std::string_view interval) {
   period.SetText(interval);
 }
 
-void SymbolCatalogue::Import(const std::vector<std::string>& files) {
-  std::vector<std::string> prices;
-  std::copy_if(files.begin(), files.end(), std::back_inserter(prices), IsCsv);
-  if (prices.empty()) {
-    platform_.boxes.Show("Only .csv files can be imported.", BoxIcon::kInformation);
-    return;
-  }
-  if (!ConfirmImport(prices.size())) return;
-  const Imported imported = ImportAll(prices);
-  if (imported.files == 0) return;
-  BuildSymbolList();
-  ChooseImported(imported.first);
-}
-
 bool SymbolCatalogue::OfferImport() {
-  const std::vector<std::string> prices = PriceFilesIn(session_.DataDir);
-  if (prices.empty()) return false;
-  const std::string question = NativeText(session_.DataDir) + "\nholds no market data yet, but " +
-                               FileCount(prices.size()) +
-                               " with prices. Velumar can import them there.";
-  if (platform_.boxes.Ask(question, {"Import", "Choose another directory"}) != 0) return false;
-  return ImportAll(prices).files > 0;
+  const std::filesystem::path folder = NativePath(session_.DataDir);
+  std::error_code missing;
+  if (!std::filesystem::is_directory(folder, missing) || !HoldsPrices(folder)) return false;
+  import_.Offer({session_.DataDir}, session_.DataDir);
+  return true;
 }
 
-SymbolCatalogue::Imported SymbolCatalogue::ImportAll(const std::vector<std::string>& prices) {
-  Imported imported;
-  std::string problems;
-  for (const std::string& file : prices) {
-    try {
-      const ImportReport report =
-          ImportFile(NativePath(file), session_.DataDir, {}, cache_, nullptr);
-      if (imported.files++ == 0) imported.first = report.series.front().found;
-    } catch (const std::exception& error) {
-      problems += "\n" + std::string(error.what());
-    }
-  }
-  if (!problems.empty()) {
-    platform_.boxes.Show("Imported " + std::to_string(imported.files) + " of " +
-                             FileCount(prices.size()) + "." + problems,
-                         BoxIcon::kExclamation);
-  }
-  return imported;
-}
-
-// Asks once for all files, since securities of the same symbol and interval are replaced.
-bool SymbolCatalogue::ConfirmImport(std::size_t files) {
-  const std::string question =
-      "Import into the market data directory\n" + NativeText(session_.DataDir) + "\n\n" +
-      FileCount(files) +
-      " will be imported. A security of the same symbol and interval is replaced.";
-  return platform_.boxes.Ask(question, {"Import", "Cancel"}) == 0;
-}
-
-void SymbolCatalogue::ChooseImported(const FoundSeries& series) {
+void SymbolCatalogue::ListImported(const FoundSeries& series) {
+  BuildSymbolList();
   ComboBox& list = desktop_.form1().Combo1;
   const auto& rows = list.Rows();
   const auto row = std::ranges::find_if(rows, [&](const ComboBox::Row& one) {

@@ -5,31 +5,30 @@
 #include <vector>
 
 #include "forms/desktop.h"
-#include "import/price_import.h"
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/sim_session.h"
+#include "shell/import_window.h"
 
 namespace velumar {
 
 // The securities of the data directory in the setup window's list, each with its interval.
 class SymbolCatalogue {
  public:
-  SymbolCatalogue(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache)
-      : session_(session), desktop_(desktop), platform_(platform), cache_(cache) {}
+  SymbolCatalogue(SimSession& session, Desktop& desktop, Platform& platform, IndexCache& cache,
+                  ImportWindow& import)
+      : session_(session), desktop_(desktop), platform_(platform), cache_(cache), import_(import) {}
 
   // Fills the list and PeriodBySymbol and chooses the first line. If the directory has no data,
-  // offers to import its price files, or shows a message and the folder dialog until one with data
-  // is chosen; after two cancels in a row offers to quit or to use the samples. Any other failure
-  // ends the listing and keeps what is listed so far. Clicks run while it lists: if one of them
-  // lists again or closes the window, the older listing ends and changes nothing more.
+  // opens the import with its price files, or shows a message and the folder dialog until one with
+  // data is chosen; after two cancels in a row offers to quit or to use the samples. Any other
+  // failure ends the listing and keeps what is listed so far. Clicks run while it lists: if one of
+  // them lists again or closes the window, the older listing ends and changes nothing more.
   void BuildSymbolList();
   // True while a list is being built. A click then can't start a run.
   bool Building() const { return building_ > 0; }
-  // Imports dropped price files into the data directory, as velumar-cli does, after the trader has
-  // confirmed that. Then lists the securities again and chooses the first imported one. A box names
-  // each file that can't be imported and why; nothing of such a file is imported.
-  void Import(const std::vector<std::string>& files);
+  // Lists the securities again after an import, and chooses an imported one.
+  void ListImported(const FoundSeries& series);
   // False if the trader cancels.
   bool PickDataDirectory();
   // Call it after a line was chosen: takes its symbol and interval.
@@ -39,20 +38,12 @@ class SymbolCatalogue {
   void SymbolTyped();
 
  private:
-  struct Imported {
-    std::size_t files = 0;
-    FoundSeries first;
-  };
-
   void ListSecurities(int build);
   bool StillWanted(int build) const;
   void OfferWayOut();
-  // If the data directory holds price files, offers to import them there. Returns true if some were
-  // imported.
+  // If the data directory holds price files, opens the import with them. The files are read later,
+  // so that a start of the program doesn't wait for them.
   bool OfferImport();
-  bool ConfirmImport(std::size_t files);
-  Imported ImportAll(const std::vector<std::string>& prices);
-  void ChooseImported(const FoundSeries& series);
   void SetDataDirectory(std::string_view directory);
   bool ListsSecurities() const { return session_.PeriodBySymbol.size() > 1; }
   void SetPeriod(std::string_view interval);
@@ -61,6 +52,7 @@ class SymbolCatalogue {
   Desktop& desktop_;
   Platform& platform_;
   IndexCache& cache_;
+  ImportWindow& import_;
   int builds_ = 0;    // the number of the newest listing
   int building_ = 0;  // listings on the stack
 };

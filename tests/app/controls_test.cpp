@@ -7,11 +7,7 @@
 namespace velumar {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-class ControlsTest : public ShownDesktop {
- protected:
+struct ControlsTest : ShownDesktop {
   ControlsTest() {
     form.Show();
     panel.Show();
@@ -143,6 +139,58 @@ TEST_F(ControlsTest, TheCalendarMarksTheDaysOfTheSeriesAndOffersThreeOfThem) {
   days = {20050613, 20050615};
   EXPECT_NE(use(), without_days);
   EXPECT_THAT(choices, ElementsAre(DayChoice::kFirst, DayChoice::kLast, DayChoice::kRandom));
+}
+
+TEST_F(ControlsTest, ATableShowsAndReportsItsSelection) {
+  FrmImport& import = desktop.frmImport();
+  import.Show();
+  Table& files = import.lstFiles;
+  files.SetColumns({{"File", false, 1500}, {"Remarks", false, 1500}});
+  const auto cell = std::make_shared<std::string>("a");
+  const auto show = [&](std::size_t rows) {
+    files.SetContent({rows,
+                      [cell](std::size_t, std::size_t) { return *cell; },
+                      {},
+                      [](std::size_t row) { return row == 1 ? kRed : Colour{0}; }});
+  };
+  show(3);
+  files.Select({2});
+  files.on_select = [&] { events.push_back(std::to_string(files.Selected().size())); };
+  auto& table = WidgetOf<QTableView>(files);
+  EXPECT_EQ(table.columnWidth(0), 100);
+  EXPECT_EQ(table.selectionModel()->selectedRows().value(0).row(), 2);
+  QTest::keyClick(&table, Qt::Key_Up);
+  QTest::keyClick(&table, Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_THAT(files.Selected(), ElementsAre(0, 1));
+  *cell = "b";
+  files.Refresh();
+  EXPECT_EQ(table.model()->index(1, 0).data(), QStringLiteral("b"));
+  EXPECT_TRUE(table.model()->index(1, 0).data(Qt::ForegroundRole).isValid());
+  EXPECT_FALSE(table.model()->index(0, 0).data(Qt::ForegroundRole).isValid());
+  EXPECT_THAT(files.Selected(), ElementsAre(0, 1));
+  EXPECT_THAT(events, ElementsAre("1", "2"));
+  show(4);
+  files.Select({1});
+  EXPECT_EQ(table.selectionModel()->selectedRows().value(0).row(), 1);
+}
+
+TEST_F(ControlsTest, EnterReachesTheWindowUnlessAButtonTakesIt) {
+  FrmImport& import = desktop.frmImport();
+  import.Show();
+  import.on_enter = [&] { events.emplace_back("enter");
+};
+import.on_escape = [&] { events.emplace_back("escape");
+};  // namespace
+import.cmdClose.on_click = [&] { events.emplace_back("close");
+};  // namespace velumar
+for (Control* control :
+     std::initializer_list<Control*>{&import.lstFiles, &import.txtSymbol, &import.chkAdjusted}) {
+  QTest::keyClick(&WidgetOf(*control), Qt::Key_Return);
+}
+QTest::keyClick(WidgetOf<QComboBox>(import.cbxFromZone).lineEdit(), Qt::Key_Return);
+QTest::keyClick(&WidgetOf(import.cmdClose), Qt::Key_Return);
+QTest::keyClick(&WidgetOf(import.txtSymbol), Qt::Key_Escape);
+EXPECT_THAT(events, ElementsAre("enter", "enter", "enter", "enter", "close", "escape"));
 }
 
 TEST_F(ControlsTest, APictureButtonIsPressedReleasedAndClicked) {

@@ -7,12 +7,8 @@
 namespace velumar {
 namespace {
 
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 // The real widgets and a ledger of two runs; only the dialogs are scripted.
-class ResultViewTest : public ShownProgram {
- protected:
+struct ResultViewTest : ShownProgram {
   ResultViewTest() {
     LedgerOpen(ledger, ":memory:");
     LedgerRows{ledger}.TradeTwoRuns();
@@ -89,25 +85,6 @@ TEST_F(ResultViewTest, TheChartIsSavedInEveryFormAsItIsShown) {
     }
   }
   EXPECT_THAT(world.boxes.shown, IsEmpty());
-}
-
-// A zoom with the wheel survives a change of colour.
-TEST_F(ResultViewTest, AZoomWithTheWheelStays) {
-  LedgerRows rows{ledger};
-  for (int i = 0; i < 40; ++i) rows.Order(19, "Offset Short", 1, 55, 0, -1, 995000 - i);
-  desktop.Unload(form);
-  desktop.frmResult().Show();
-  auto& plot = WidgetOf<ResultPlot>(form.MSChart1);
-  const double whole = plot.Span().Size();
-  Roll(plot, 4);
-  const double nearer = plot.Span().Size();
-  EXPECT_LT(nearer, whole);
-  world.colours.answer = kRed;
-  Click(WidgetOf(form.picCommonDialog));
-  EXPECT_EQ(plot.Scene().style.series, QColor(Qt::red));
-  EXPECT_EQ(plot.Span().Size(), nearer);
-  form.Toolbar1.UserButton(FrmResult::kDefault);
-  EXPECT_EQ(plot.Span().Size(), whole);
 }
 
 TEST_F(ResultViewTest, ThePageIsPrintedAsVectorsWithTheChartWhereItWasDragged) {

@@ -1,23 +1,19 @@
 #pragma once
 
-#include <gmock/gmock.h>
-
 #include <QApplication>
 #include <QTest>
-#include <string>
-#include <vector>
 
 #include "app/windows/desktop_view.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "platform/virtual_platform.h"
 #include "shell/program.h"
+#include "support/matchers.h"
 
 namespace velumar {
 
 // A desktop on the screen, with no logic except what a test binds.
-class ShownDesktop : public ::testing::Test {
- protected:
+struct ShownDesktop : testing::Test {
   ShownDesktop() { ApplyTheme(Palette::Light()); }
 
   // Deletes unloaded windows before their models.
@@ -70,8 +66,7 @@ class ShownDesktop : public ::testing::Test {
 };
 
 // The whole program in these windows, with nothing real outside them.
-class ShownProgram : public ShownDesktop {
- protected:
+struct ShownProgram : ShownDesktop {
   VirtualPlatform world;
   Platform platform = world.References();
   SimSession session;

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "support/matchers.h"
 #include "support/scratch_folder.h"
 
 namespace velumar {
@@ -33,7 +34,7 @@ TEST(FileReplacement, ReplacesAFileThatAReaderHasOpen) {
   EXPECT_NE(StampOf(folder / "F1.DAT"), before);
   reader.reset();
   { const FileReplacement given_up(folder / "F1.DAT", folder / "draft"); }
-  EXPECT_THAT(folder.Names(), testing::ElementsAre("F1.DAT"));
+  EXPECT_THAT(folder.Names(), ElementsAre("F1.DAT"));
 }
 
 TEST(FileReplacement, ReplacesAReadOnlyFileAndFollowsNoLink) {
@@ -48,20 +49,24 @@ TEST(FileReplacement, ReplacesAReadOnlyFileAndFollowsNoLink) {
   fresh.Commit();
   EXPECT_EQ(folder.Read("F1.DAT"), "new bars");
   EXPECT_EQ(folder.Read("mine"), "kept");
-  EXPECT_THAT(folder.Names(), testing::ElementsAre("F1.DAT", "mine"));
+  EXPECT_THAT(folder.Names(), ElementsAre("F1.DAT", "mine"));
 }
 
 TEST(WholeFile, IsReadAndReplacedOrRefusedByName) {
   const ScratchFolder folder;
   const auto file = folder / "file";
-  const auto refused = [](auto text) { return testing::ThrowsMessage<FileError>(text); };
-  EXPECT_THAT([&] { ReadWholeFile(file, 9); }, refused(testing::StartsWith(file.string())));
+  const auto refused = [](auto text) { return ThrowsMessage<FileError>(text); };
+  EXPECT_THAT([&] { ReadWholeFile(file, 9); }, refused(StartsWith(file.string())));
   ReplaceWholeFile(file, "12345");
   EXPECT_EQ(ReadWholeFile(file, 5), "12345");
-  EXPECT_THAT([&] { ReadWholeFile(file, 4); }, refused(testing::HasSubstr("limit of 4 bytes")));
+  const std::string blocks(200'000, 'x');
+  ReplaceWholeFile(folder / "blocks", blocks);
+  EXPECT_EQ(ReadWholeFile(folder / "blocks", blocks.size()), blocks);
+  std::filesystem::remove(folder / "blocks");
+  EXPECT_THAT([&] { ReadWholeFile(file, 4); }, refused(HasSubstr("limit of 4 bytes")));
   EXPECT_THAT([&] { ReplaceWholeFile(folder.Path(), "no"); },
-              refused(testing::HasSubstr("can't be written: it is a folder")));
-  EXPECT_THAT(folder.Names(), testing::ElementsAre("file"));
+              refused(HasSubstr("can't be written: it is a folder")));
+  EXPECT_THAT(folder.Names(), ElementsAre("file"));
 }
 
 }  // namespace

@@ -7,8 +7,7 @@ namespace velumar {
 namespace {
 
 // A folder with the symbol SCB daily and of 5 minutes, and ADVANC daily.
-class ChartDocumentTest : public testing::Test {
- protected:
+struct ChartDocumentTest : testing::Test {
   ChartDocumentTest() {
     StoreSecurity(folder_, {"ADVANC", "Advanced Info", -1}, DailyBars(40), cache_);
     KeepBars(-1, 300);

@@ -2,14 +2,13 @@
 
 #include <QSettings>
 #include <nlohmann/json.hpp>
-#include <string>
-#include <vector>
 
 #include "charthost/series_source.h"
 #include "charthost/view/chart_settings.h"
 #include "charthost/view/key_filter.h"
 #include "charthost/view/main_window.h"
 #include "charthost/view/theme.h"
+#include "support/matchers.h"
 #include "support/scratch.h"
 
 namespace velumar {

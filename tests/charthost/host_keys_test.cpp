@@ -1,34 +1,22 @@
 #include "charthost/host_keys.h"
 
-#include <string>
-#include <vector>
-
 namespace velumar {
 namespace {
 
-// Keys in short: "%F" with Alt, "^\t" with Control, "+O" with Shift, in any mixture.
+// Keys in short: "%F" with Alt, "^\t" with Control, "+O" with Shift, in any mixture, and last the
+// letter.
 ChartKey Stroke(const std::string& text) {
   ChartKey key;
-  for (const char c : text) {
-    if (c == '%')
-      key.alt = true;
-    else if (c == '^')
-      key.control = true;
-    else if (c == '+')
-      key.shift = true;
-    else
-      key.letter = c;
-  }
+  key.alt = text.find('%') != std::string::npos;
+  key.control = text.find('^') != std::string::npos;
+  key.shift = text.find('+') != std::string::npos;
+  if (!text.empty()) key.letter = text.back();
   return key;
 }
 
 TEST(HostKeys, AnswersWhatProgramsSend) {
   constexpr auto kNone = HostAction::kNone;
-  struct {
-    const char* name;
-    std::vector<std::string> keys;
-    HostAction last;
-  } const cases[] = {
+  const std::tuple<const char*, std::vector<std::string>, HostAction> cases[] = {
       {"open, Alt still held", {"%F", "%+O"}, HostAction::kOpen},
       {"ring back", {"^+\t"}, HostAction::kPreviousChart},
       {"close, then open", {"%F", "E", "%F", "O"}, HostAction::kOpen},
@@ -43,11 +31,11 @@ TEST(HostKeys, AnswersWhatProgramsSend) {
       {"a person walks in the menu first", {"%V", "", "", "R"}, HostAction::kRefresh},
       {"Ctrl+Alt is another key", {"^%F", "E"}, kNone},
   };
-  for (const auto& c : cases) {
+  for (const auto& [name, texts, last] : cases) {
     HostKeys keys;
     HostKeys::Answer answer;
-    for (const std::string& text : c.keys) answer = keys.Press(Stroke(text));
-    EXPECT_EQ(answer.action, c.last) << c.name;
+    for (const std::string& text : texts) answer = keys.Press(Stroke(text));
+    EXPECT_EQ(answer.action, last) << name;
   }
 }
 

@@ -1,7 +1,5 @@
 #include "charthost/view/main_window.h"
 
-#include <gtest/gtest.h>
-
 #include <QTest>
 #include <QtWidgets>
 #include <algorithm>
@@ -17,8 +15,7 @@ namespace {
 // keeps the focus for a while after the dialog has been asked for.
 enum class Arrival { kInFront, kInMainWindow };
 
-class MainWindowTest : public testing::TestWithParam<Arrival> {
- protected:
+struct MainWindowTest : testing::TestWithParam<Arrival> {
   QWindow* Target() {
     QWindow* const front = QGuiApplication::focusWindow();
     return GetParam() == Arrival::kInFront && front != nullptr ? front
@@ -112,12 +109,10 @@ TEST_P(MainWindowTest, LetsAPersonChooseARowOrAnInterval) {
   Type(program_.folder);
   Key(Qt::Key_Return);
   Type("sc");
-  auto* const list = Dialog().findChild<QTableView*>();
-  ASSERT_EQ(list->model()->rowCount(), 2);
   Key(Qt::Key_Tab);
   Key(Qt::Key_Tab);
   Key(Qt::Key_Down);
-  list->selectRow(1);
+  Dialog().findChild<QTableView*>()->selectRow(1);
   Key(Qt::Key_Return);
   EXPECT_EQ(program_.Last()["chart"]["interval"], 5);
 

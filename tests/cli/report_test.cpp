@@ -7,8 +7,6 @@
 namespace velumar {
 namespace {
 
-using testing::AllOf;
-using testing::HasSubstr;
 using testing::Not;
 
 // A ledger with a run of this many orders, one per bar.

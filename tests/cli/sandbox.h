@@ -2,11 +2,10 @@
 
 #include <nlohmann/json.hpp>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "cli/commands.h"
 #include "marketdata/index_cache.h"
+#include "support/matchers.h"
 #include "support/scratch_folder.h"
 
 namespace velumar {

@@ -1,11 +1,8 @@
 #pragma once
 
-#include <algorithm>
 #include <cstdlib>
-#include <nlohmann/json.hpp>
-#include <optional>
-#include <string>
 
+#include "base/dates.h"
 #include "e2e/running_program.h"
 #include "e2e/trader_hand.h"
 #include "platform/qt/settings_file.h"
@@ -13,8 +10,7 @@
 namespace velumar {
 
 // The real program, with its own data directory.
-class TraderFixture : public TraderHand {
- protected:
+struct TraderFixture : TraderHand {
   static constexpr int kStartBar = 150;
 
   void SetUp() override {
@@ -23,13 +19,10 @@ class TraderFixture : public TraderHand {
     }
     IndexCache cache;
     StoreSecurity(data, {"ABC", "A made series", -1}, DailyBars(300), cache);
-    const int date = MadeDate(kStartBar);
     FileSettings settings(scratch.Sub("settings"));
     settings.Save("LastPath", data);
     settings.Save("Refresh", "1");
-    settings.Save("SelectDate", std::to_string(date / 100 % 100) + "/" +
-                                    std::to_string(date % 100) + "/" +
-                                    std::to_string(date / 10000));
+    settings.Save("SelectDate", DateText(MadeDate(kStartBar), "M/d/yyyy"));
     StartProgram();
   }
   void StartProgram() {
@@ -58,10 +51,6 @@ class TraderFixture : public TraderHand {
   // Waits until chart and store both have this many bars.
   bool Shows(int bars) {
     return Eventually([&] { return ChartBars() == bars && StoreBars() == bars; });
-  }
-  long Refreshes() const {
-    return std::ranges::count_if(program->States(),
-                                 [](const auto& state) { return state["event"] == "refreshed"; });
   }
 
   std::string chart_link = "direct";

@@ -14,8 +14,7 @@ namespace velumar {
 
 // A trader working with Velumar's windows on any system. The places of the controls come from the
 // windows' own tables.
-class TraderHand : public testing::Test {
- protected:
+struct TraderHand : testing::Test {
   static void Sleep(int ms) { usleep(static_cast<useconds_t>(ms) * 1000); }
 
   std::optional<ScreenRect> Find(const Form& form) const {

@@ -1,11 +1,11 @@
 #include "host/chart_registry.h"
 #include "platform/virtual_platform.h"
+#include "support/matchers.h"
 
 namespace velumar {
 namespace {
 
-class ChartRegistryTest : public testing::Test {
- protected:
+struct ChartRegistryTest : testing::Test {
   VirtualPlatform outside;
   ChartRegistry chart{outside.registry, outside.boxes};
 
@@ -22,14 +22,19 @@ class ChartRegistryTest : public testing::Test {
     for (const std::string& key : {paths, program + "\\DataPath", program + "\\OpenFileData"}) {
       outside.registry.CreateKey(RegistryRoot::kCurrentUser, "Software\\Equis\\" + key);
     }
-    if (with_folder) {
-      outside.registry.WriteText("Software\\Equis\\" + paths, "ProgramPath", "/chart/" + version);
-    }
+    if (!with_folder) return;
+    outside.registry.WriteText("Software\\Equis\\" + paths, "ProgramPath", "/chart/" + version);
   }
 };
 
-TEST_F(ChartRegistryTest, TheNewerInstallationWins) {
+TEST_F(ChartRegistryTest, TheNewerInstallationWinsAndFailuresShowTheirReason) {
   EXPECT_EQ(chart.Version(), "8");
+  EXPECT_FALSE(chart.SaveDataFolder("/data"));
+  Install("8.0", false);
+  EXPECT_EQ(chart.ProgramFolder(), "Error");
+  const std::string key = "Bad Key Name: \n\nHKEY_CURRENT_USER\\Software\\Equis\\";
+  EXPECT_THAT(outside.boxes.shown,
+              ElementsAre(key + "MetaStock Pro 8.0\\DataPath", key + "Common\\8.0\\File Paths"));
   Install("8.0");
   EXPECT_EQ(chart.ProgramFolder(), "/chart/8.0");
   Install("9.0");
@@ -38,15 +43,6 @@ TEST_F(ChartRegistryTest, TheNewerInstallationWins) {
   EXPECT_TRUE(chart.SaveDataFolder("/data") && chart.SaveChartsFolder("/charts"));
   EXPECT_EQ(Value("MetaStock Pro 9.0\\DataPath", "LastPath"), "/data");
   EXPECT_EQ(Value("MetaStock Pro 9.0\\OpenFileData", "SmartChartsPath"), "/charts");
-}
-
-TEST_F(ChartRegistryTest, FailuresShowTheirReason) {
-  EXPECT_FALSE(chart.SaveDataFolder("/data"));
-  Install("8.0", false);
-  EXPECT_EQ(chart.ProgramFolder(), "Error");
-  const std::string key = "Bad Key Name: \n\nHKEY_CURRENT_USER\\Software\\Equis\\";
-  EXPECT_EQ(outside.boxes.shown,
-            (std::vector{key + "MetaStock Pro 8.0\\DataPath", key + "Common\\8.0\\File Paths"}));
 }
 
 }  // namespace

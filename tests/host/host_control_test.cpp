@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -8,13 +7,8 @@
 namespace velumar {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::StartsWith;
-
 // The chart program's side of a run of 141 bars that has just started.
-class HostControlTest : public HostFixture {
- protected:
+struct HostControlTest : HostFixture {
   HostControlTest() {
     session.RefreshDelay = 10000;
     session.BarDate.assign(200, 20070125);
@@ -50,19 +44,16 @@ TEST_F(HostControlTest, TheChartIsOpenedByTheseKeysInThisOrder) {
 }
 
 TEST_F(HostControlTest, EachOpenChartIsRefreshedAndTheFirstIsActiveAgain) {
-  const struct {
-    int charts;
-    std::vector<std::string> keys;
-    int waited;
-  } cases[] = {{1, {"%VR"}, 500},
-               {3, {"%VR", "^{TAB}", "%VR", "^{TAB}", "%VR", "^{TAB}"}, 1530},
-               {-3, {"%VR"}, 500}};
-  for (const auto& c : cases) {
+  const std::tuple<int, std::vector<std::string>, int> cases[] = {
+      {1, {"%VR"}, 500},
+      {3, {"%VR", "^{TAB}", "%VR", "^{TAB}", "%VR", "^{TAB}"}, 1530},
+      {-3, {"%VR"}, 500}};
+  for (const auto& [charts, keys, waited] : cases) {
     const long before = Now();
     outside.events.Schedule(std::chrono::milliseconds(1),
                             [&] { EXPECT_TRUE(run.chart_count_locked); });
-    EXPECT_EQ(Refresh(c.charts), c.keys) << c.charts;
-    EXPECT_EQ(Now() - before, c.waited) << c.charts;
+    EXPECT_EQ(Refresh(charts), keys) << charts;
+    EXPECT_EQ(Now() - before, waited) << charts;
     EXPECT_FALSE(run.chart_count_locked);
   }
   EXPECT_EQ(run.status.prices, "O: 100.50 H: 100.50 L: 100.50 C: 100.50");
@@ -91,27 +82,22 @@ TEST_F(HostControlTest, AProgramOrDialogThatIsNotThereIsStartedOrWaitedFor) {
 }
 
 TEST_F(HostControlTest, TheStatusLineSaysWhatIsWrongWithTheChart) {
-  const struct {
-    bool running;
-    KeyOutcome outcome;
-    const char* warning;
-    const char* advice;
-  } cases[] = {
+  const std::tuple<bool, KeyOutcome, std::string, const char*> cases[] = {
       {true, KeyOutcome::kNotSent, "Chart not refreshed: another window is in front! ",
        "Another window is in front of the chart"},
       {false, KeyOutcome::kAccepted, "No chart program, start it! ", "Start the chart program"},
       {true, KeyOutcome::kNotAnswered, "Chart program busy, wait for it! ", "The chart program is"},
       {true, KeyOutcome::kAccepted, "", ""}};
-  for (const auto& c : cases) {
-    chart.running = c.running;
-    chart.outcome = c.outcome;
+  for (const auto& [running, outcome, warning, advice] : cases) {
+    chart.running = running;
+    chart.outcome = outcome;
     Refresh(1);
-    EXPECT_EQ(run.line, c.warning + std::string("[ABC]  Date: 1/25/2007 00:00:00  Close: 100.5"));
-    EXPECT_THAT(run.advice, StartsWith(c.advice));
+    EXPECT_EQ(run.line, warning + "[ABC]  Date: 1/25/2007 00:00:00  Close: 100.5");
+    EXPECT_THAT(run.advice, StartsWith(advice));
     session.BarIndex = -1;
     run.line.clear();
     Refresh(1);
-    EXPECT_EQ(run.line, c.warning) << "before the first bar only what is wrong";
+    EXPECT_EQ(run.line, warning) << "before the first bar only what is wrong";
     session.BarIndex = 59;
   }
   // The keys after one that was not answered may be accepted.
@@ -123,24 +109,20 @@ TEST_F(HostControlTest, TheStatusLineSaysWhatIsWrongWithTheChart) {
 }
 
 TEST_F(HostControlTest, ProgressCountsBarsAndEstimatesTheTimeLeft) {
-  const struct {
-    int bar;
-    int delay;
-    int charts;
-    const char* text;
-  } cases[] = {{59, 10000, 1, "0 of 140 bars, about 25 min left"},
-               {20, 10000, 1, "0 of 140 bars, about 25 min left"},  // stepped back before the start
-               {194, 11490, 1, "135 of 140 bars, about 1 min left"},  // 60.0 s
-               {194, 11290, 1, "135 of 140 bars, about 59 s left"},
-               {59, 25200, 1, "0 of 140 bars, about 1 h 0 min left"},
-               {59, 32000, 20, "0 of 140 bars, about 1 h 38 min left"},
-               {199, 10000, 1, "140 of 140 bars"}};
-  for (const auto& c : cases) {
-    session.BarIndex = static_cast<std::int16_t>(c.bar);
-    session.RefreshDelay = static_cast<std::int16_t>(c.delay);
-    Refresh(c.charts);
-    EXPECT_EQ(run.progress, c.text);
-    EXPECT_FLOAT_EQ(run.done, static_cast<float>(std::max(c.bar - 59, 0)) / 140);
+  const std::tuple<int, int, int, const char*> cases[] = {
+      {59, 10000, 1, "0 of 140 bars, about 25 min left"},
+      {20, 10000, 1, "0 of 140 bars, about 25 min left"},    // stepped back before the start
+      {194, 11490, 1, "135 of 140 bars, about 1 min left"},  // 60.0 s
+      {194, 11290, 1, "135 of 140 bars, about 59 s left"},
+      {59, 25200, 1, "0 of 140 bars, about 1 h 0 min left"},
+      {59, 32000, 20, "0 of 140 bars, about 1 h 38 min left"},
+      {199, 10000, 1, "140 of 140 bars"}};
+  for (const auto& [bar, delay, charts, text] : cases) {
+    session.BarIndex = static_cast<std::int16_t>(bar);
+    session.RefreshDelay = static_cast<std::int16_t>(delay);
+    Refresh(charts);
+    EXPECT_EQ(run.progress, text);
+    EXPECT_FLOAT_EQ(run.done, static_cast<float>(std::max(bar - 59, 0)) / 140);
   }
 }
 

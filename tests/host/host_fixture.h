@@ -1,9 +1,8 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "host/host_control.h"
 #include "platform/virtual_platform.h"
+#include "support/matchers.h"
 #include "support/recorded_run.h"
 
 namespace velumar {

@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 
 #include <set>
 
@@ -7,15 +6,10 @@
 namespace velumar {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
 using Command = ChartRequest::Command;
 
 // Our chart program at the other end of the link, which can be slow, end, and start again.
-class LinkedChart : public ChartLink {
- public:
+struct LinkedChart : ChartLink {
   explicit LinkedChart(VirtualPlatform& outside) : outside_(outside) {
     outside.chart.running = false;
     outside.programs.on_start = [this] { Begin(); };
@@ -27,33 +21,22 @@ class LinkedChart : public ChartLink {
     const std::optional<ChartRequest> read = ReadChartRequest(ChartRequestText(request));
     EXPECT_TRUE(read) << "what is sent can be read";
     asked.push_back(read->command);
-    if (process == 0 || asked_process != process) return LinkOutcome::kNotThere;
+    if (process == 0 || asked_process != process || deaf-- > 0) return LinkOutcome::kNotThere;
     if (delay > patience) {
       waited += patience;
       return LinkOutcome::kNoAnswer;
     }
     if (!read->symbol.empty()) positions = read->positions;
-    switch (read->command) {
-      case Command::kOpen:
-        if (!symbols.contains(read->symbol)) return LinkOutcome::kRefused;
-        open = read->folder + " " + read->symbol + " " + std::to_string(read->interval.value_or(0));
-        break;
-      case Command::kCloseAll:
-        open.clear();
-        break;
-      case Command::kRefresh:
-        if (open.empty()) return LinkOutcome::kRefused;
-        ++refreshes;
-        break;
-      case Command::kTheme:
-        dark = read->dark;
-        break;
-      case Command::kQuit:
-        End();
-        break;
-      default:
-        break;
+    const auto is = [&](Command command) { return read->command == command; };
+    if (is(Command::kOpen) && !symbols.contains(read->symbol)) return LinkOutcome::kRefused;
+    if (is(Command::kRefresh) && open.empty()) return LinkOutcome::kRefused;
+    if (is(Command::kOpen)) {
+      open = read->folder + " " + read->symbol + " " + std::to_string(read->interval.value_or(0));
     }
+    if (is(Command::kCloseAll)) open.clear();
+    if (is(Command::kRefresh)) ++refreshes;
+    if (is(Command::kTheme)) dark = read->dark;
+    if (is(Command::kQuit)) End();
     return LinkOutcome::kDone;
   }
   void Begin() {
@@ -69,6 +52,7 @@ class LinkedChart : public ChartLink {
   std::set<std::string> symbols = {"ABC"};
   std::uint32_t process = 0;
   std::chrono::milliseconds delay{1};
+  int deaf = 0;                         // the number of requests that come too early
   std::chrono::milliseconds waited{0};  // in vain
   int ends_before = -1;                 // the number of the request that finds nobody
   std::vector<Command> asked;
@@ -82,8 +66,7 @@ class LinkedChart : public ChartLink {
   std::uint32_t next_process_ = 100;
 };
 
-class LinkDriverTest : public HostFixture {
- protected:
+struct LinkDriverTest : HostFixture {
   LinkDriverTest() {
     session.Run.interval = "5";
     session.BarIndex = -1;
@@ -104,12 +87,16 @@ class LinkDriverTest : public HostFixture {
 };
 
 TEST_F(LinkDriverTest, ARunTypesNothingAndMovesNoFocus) {
+  host.SetTheme(true);
   for (int program = 0; program < 2; ++program) {
     const auto before = outside.events.Now();
     StartRun();
     EXPECT_LE((outside.events.Now() - before).count(), program == 0 ? 100 : 0);
   }
-  EXPECT_EQ(outside.programs.started.size(), 1U);
+  EXPECT_THAT(outside.programs.started, ElementsAre(HasSubstr("--theme=dark")));
+  EXPECT_EQ(link.dark, true);
+  host.SetTheme(false);
+  EXPECT_EQ(link.dark, false);
   EXPECT_EQ(link.open, "/data/Simulate\\ ABC 5");
   EXPECT_EQ(link.refreshes, 2);
   EXPECT_THAT(chart.sent, IsEmpty());
@@ -204,6 +191,35 @@ TEST_F(LinkDriverTest, AProgramThatHangsStopsNeitherARunNorAnOrder) {
   EXPECT_THAT(run.advice, IsEmpty());
 }
 
+// No refresh follows the last bar of a feed, nor an order in a pause.
+TEST_F(LinkDriverTest, AMissedRefreshIsRepeatedOnceTheProgramAnswers) {
+  StartRun();
+  host.CatchUp();
+  EXPECT_EQ(link.refreshes, 1) << "nothing was missed";
+  const auto hang = [this](auto act) {
+    const int before = link.refreshes;
+    link.delay = std::chrono::milliseconds(2001);
+    act();
+    host.CatchUp();
+    link.delay = std::chrono::milliseconds(1);
+    host.CatchUp();
+    host.CatchUp();
+    EXPECT_EQ(link.refreshes, before + 1);
+    EXPECT_EQ(run.advice, "");
+  };
+  hang([this] { host.RefreshCharts(); });
+  hang([this] { host.ShowPositions(); });
+  link.ends_before = static_cast<int>(link.asked.size()) + 1;
+  host.RefreshCharts();
+  host.CatchUp();
+  EXPECT_EQ(link.refreshes, 4);
+  link.open.clear();
+  host.RefreshCharts();
+  const std::size_t asked = link.asked.size();
+  host.CatchUp();
+  EXPECT_EQ(link.asked.size(), asked) << "the trader has closed the chart";
+}
+
 TEST_F(LinkDriverTest, WhatTheTraderClosesStaysClosed) {
   StartRun();
   link.open.clear();
@@ -221,16 +237,7 @@ TEST_F(LinkDriverTest, WhatTheTraderClosesStaysClosed) {
   EXPECT_EQ(run.line, "No chart program, start it! ");
 }
 
-TEST_F(LinkDriverTest, AProgramThatAlwaysEndsIsGivenUp) {
-  StartRun();
-  for (int refresh = 0; refresh < 10; ++refresh) {
-    link.ends_before = static_cast<int>(link.asked.size()) + 1;
-    host.RefreshCharts();
-  }
-  EXPECT_LE(outside.programs.started.size(), 5U);
-}
-
-TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAtTheEnd) {
+TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAndOneThatAlwaysEndsGivenUp) {
   StartRun();
   HostControl other(session, run, run, platform, registry, trader);
   other.RefreshCharts();
@@ -238,6 +245,17 @@ TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAtTheEnd) {
   EXPECT_TRUE(chart.running) << "another Velumar's";
   host.QuitStarted();
   EXPECT_FALSE(chart.running);
+  for (int refresh = 0; refresh < 10; ++refresh) {
+    link.ends_before = static_cast<int>(link.asked.size()) + 1;
+    host.RefreshCharts();
+  }
+  EXPECT_LE(outside.programs.started.size(), 5U);
+  outside.events.Schedule(std::chrono::milliseconds(5), [&] {
+    link.deaf = 5;
+    host.QuitStarted();
+    EXPECT_FALSE(chart.running) << "Velumar ends while the chart program starts";
+  });
+  host.RefreshCharts();
 }
 
 TEST_F(LinkDriverTest, TheThemeReachesTheChartProgramAtItsStartAndLater) {
@@ -247,6 +265,11 @@ TEST_F(LinkDriverTest, TheThemeReachesTheChartProgramAtItsStartAndLater) {
   EXPECT_EQ(link.dark, true);
   host.SetTheme(false);
   EXPECT_EQ(link.dark, false);
+  link.delay = std::chrono::milliseconds(2001);
+  host.SetTheme(true);
+  link.delay = std::chrono::milliseconds(1);
+  host.RefreshCharts();
+  EXPECT_EQ(link.dark, true) << "as soon as it answers";
 }
 
 TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {

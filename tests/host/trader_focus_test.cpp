@@ -14,8 +14,7 @@ constexpr WindowId kChart = RecordingChart::kWindow;
 constexpr WindowId kOther = RecordingChart::kOtherWindow;
 constexpr WindowId kNone = 0;
 
-class TraderFocusTest : public testing::Test {
- protected:
+struct TraderFocusTest : testing::Test {
   bool AtRunIn(WindowId window) {
     desk.focused = window;
     trader.Look();
@@ -53,32 +52,27 @@ TEST_F(TraderFocusTest, WhatTheProgramMovesDoesNotCount) {
 
 // Which window has the focus, what happens, and which window has it in the end.
 TEST_F(TraderFocusTest, TheFocusGoesBackToTheWindowThatHadIt) {
-  const struct {
-    const char* story;
-    WindowId before;
-    std::optional<WindowId> turn;
-    WindowId hidden;
-    WindowId after;
-  } cases[] = {{"a window of ours", kOwn, {}, kNone, kOwn},
-               {"another program", kOther, {}, kNone, kOther},
-               {"nobody", kNone, {}, kNone, kOwn},
-               {"the trader turns to another program", kOwn, kOther, kNone, kOther},
-               {"and closes it again", kOwn, kOther, kOther, kOwn}};
-  for (const auto& c : cases) {
+  const std::tuple<const char*, WindowId, std::optional<WindowId>, WindowId, WindowId> cases[] = {
+      {"a window of ours", kOwn, {}, kNone, kOwn},
+      {"another program", kOther, {}, kNone, kOther},
+      {"nobody", kNone, {}, kNone, kOwn},
+      {"the trader turns to another program", kOwn, kOther, kNone, kOther},
+      {"and closes it again", kOwn, kOther, kOther, kOwn}};
+  for (const auto& [story, before, turn, hidden, after] : cases) {
     RecordingChart windows;
     TraderFocus focus(windows);
-    windows.focused = c.before;
+    windows.focused = before;
     {
       const FocusReturn returning(windows, focus);
-      if (c.turn) {
-        windows.focused = *c.turn;
+      if (turn) {
+        windows.focused = *turn;
         focus.Look();
       }
-      windows.hidden = c.hidden;
+      windows.hidden = hidden;
       windows.BringToFront("MetaStock");
       focus.Moved();
     }
-    EXPECT_EQ(windows.focused, c.after) << c.story;
+    EXPECT_EQ(windows.focused, after) << story;
   }
 }
 

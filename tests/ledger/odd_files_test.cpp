@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "ledger/ledger.h"
+#include "support/matchers.h"
 #include "support/scratch_folder.h"
 
 namespace velumar {
@@ -25,7 +26,7 @@ TEST(OddFiles, NeverBlock) {
       }
       LedgerOpen(ledger, file);
       EXPECT_FALSE(ledger.CanWrite()) << suffix;
-      EXPECT_THAT(ledger.WhyNot(), testing::HasSubstr("l.mdb" + suffix));
+      EXPECT_THAT(ledger.WhyNot(), HasSubstr("l.mdb" + suffix));
     }
   }
 }

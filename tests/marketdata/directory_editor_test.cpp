@@ -10,11 +10,7 @@ namespace velumar {
 
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-
-class DirectoryEditor : public DirectoryTest {
- protected:
+struct DirectoryEditor : DirectoryTest {
   void Store(const NewSecurity& security, const std::vector<Bar>& bars) {
     StoreSecurity(Text(), security, bars, cache_);
   }

@@ -8,8 +8,6 @@ namespace {
 
 class DirectoryReading : public DirectoryTest {};
 
-using testing::ElementsAre;
-
 TEST_F(DirectoryReading, EveryRecordLayoutInEveryIndex) {
   // Columns, frame, bits, and a bar with the numbers 1, 2, 3 ... in its columns.
   const std::tuple<int, char, int, Bar> kShapes[] = {

@@ -1,19 +1,16 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
-#include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "marketdata/bar.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/number_format.h"
+#include "support/matchers.h"
 #include "support/scratch.h"
 
 namespace velumar {
@@ -156,8 +153,7 @@ inline std::vector<Bar> ReadBars(const ScratchFolder& directory, const std::stri
 }
 
 // A directory, listed with a cache that its writers share.
-class DirectoryTest : public testing::Test {
- protected:
+struct DirectoryTest : testing::Test {
   std::string Text() const { return directory_.Text(); }
   // "AAA:-1 F1 Alpha": symbol, interval, file number and name of each security.
   std::vector<std::string> List() {

@@ -13,10 +13,7 @@ namespace velumar {
 
 namespace {
 
-using testing::ElementsAre;
-
-class Writer : public DirectoryTest {
- protected:
+struct Writer : DirectoryTest {
   // Opens the directory, selects, works and closes, as each step of a replay does.
   template <typename Work>
   void With(std::string_view symbol, int interval, Work&& work) {

@@ -5,15 +5,15 @@
 
 namespace velumar {
 
-// Repeats the test until it holds, for at most fifteen seconds.
+// Repeats the test until it holds; false if it never did.
 template <typename Test>
-bool Eventually(const Test& test) {
-  constexpr int kLooks = 1500;
-  for (int look = 0; look < kLooks; ++look) {
-    if (test()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+bool Eventually(const Test& test, double seconds = 20) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+  while (!test()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(25));
   }
-  return false;
+  return true;
 }
 
 }  // namespace velumar

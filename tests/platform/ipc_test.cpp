@@ -4,9 +4,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
 
 #include "platform/eventually.h"
+#include "support/matchers.h"
 #include "support/scratch_folder.h"
 
 namespace velumar {
@@ -14,8 +17,6 @@ namespace velumar {
 void ProcessEvents();  // of a program without windows, in qt_loop.cpp
 
 namespace {
-
-using testing::ElementsAre;
 
 struct Ipc : testing::Test {
   Ipc() {
@@ -77,6 +78,17 @@ TEST_F(Ipc, AListenerThatIsKilledFreesTheName) {
   EXPECT_TRUE(Send(2));
   WaitFor(received, 1);
   EXPECT_THAT(received, ElementsAre(2));
+}
+
+TEST_F(Ipc, AListenerThatHangsCountsAsBusyHoweverManyRequestsWait) {
+  const auto listener = ListenForRequests("busy", [](std::string_view) { return true; });
+  std::chrono::steady_clock::duration longest{};
+  constexpr int kMost = 5000;
+  for (int i = 0; i < kMost && longest < std::chrono::milliseconds(90); ++i) {
+    const auto begin = std::chrono::steady_clock::now();
+    ASSERT_EQ(SendIpcRequest("busy", "{}", {}), IpcAnswer::kNone) << i;
+    longest = std::max(longest, std::chrono::steady_clock::now() - begin);
+  }
 }
 
 }  // namespace

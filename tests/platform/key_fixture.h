@@ -4,6 +4,7 @@
 
 #include "key_driver.h"
 #include "platform/eventually.h"
+#include "support/matchers.h"
 
 namespace velumar {
 
@@ -27,9 +28,14 @@ struct KeyFixture : testing::Test {
     });
     return taken;
   }
-  // On a busy machine the focus may move only after the call has stopped waiting.
+  // Both repeat the call, which on a busy machine may stop waiting before the window has the focus.
+  bool ComesToFront(const std::string& title, WindowId window) {
+    return Eventually(
+        [&] { return Windows().BringToFront(title) && Windows().FocusedWindow() == window; });
+  }
   bool GetsFocus(WindowId window) {
-    return Eventually([&] { return Windows().FocusedWindow() == window; });
+    return Eventually(
+        [&] { return Windows().GiveFocus(window) && Windows().FocusedWindow() == window; });
   }
 
   std::optional<KeyDriver> driver;

@@ -8,13 +8,11 @@
 #include "platform/file_lock.h"
 #include "platform/posix/locale.h"
 #include "platform/system.h"
+#include "support/matchers.h"
 #include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
-
-using ::testing::AllOf;
-using ::testing::HasSubstr;
 
 namespace fs = std::filesystem;
 
@@ -91,7 +89,7 @@ TEST(SystemPrograms, NamesAProgramThatCantBeStarted) {
   const std::string path = folder.Sub("MSWIN.EXE");
   const auto expect_error = [&](const char* why) {
     EXPECT_THAT([&] { SystemPrograms().Start(path + " /l"); },
-                testing::ThrowsMessage<std::runtime_error>(AllOf(HasSubstr(path), HasSubstr(why))));
+                ThrowsMessage<std::runtime_error>(AllOf(HasSubstr(path), HasSubstr(why))));
   };
   expect_error("no such file");
   MakeProgram(path, "#!/bin/sh\n", fs::perms::owner_read);

@@ -9,7 +9,7 @@ void ProcessEvents() {
   static char name[] = "test";
   static char* arguments[] = {name, nullptr};
   static const QCoreApplication application(count, arguments);
-  QCoreApplication::processEvents();
+  QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
 }
 
 }  // namespace velumar

@@ -11,9 +11,7 @@
 #include <map>
 #include <mutex>
 #include <stdexcept>
-#include <string>
 #include <thread>
-#include <utility>
 
 namespace velumar {
 
@@ -35,8 +33,6 @@ class TypingTarget {
     input_method_ = XOpenIM(display_, nullptr, nullptr, nullptr);
     thread_ = std::thread([this] { Run(); });
   }
-  TypingTarget(const TypingTarget&) = delete;
-  TypingTarget& operator=(const TypingTarget&) = delete;
   ~TypingTarget() {
     ending_ = true;
     thread_.join();

@@ -19,19 +19,16 @@ TEST_F(WindowKeys, BringsAWindowToTheFrontByItsTitle) {
   const WindowId longer = driver->OpenChart(title);
   const WindowId chart = driver->OpenChart(kHost);
   const WindowId other = driver->OpenOther(kOther);
-  EXPECT_TRUE(Windows().BringToFront(kHost));
-  EXPECT_TRUE(GetsFocus(chart)) << "the exact title comes first";
+  EXPECT_TRUE(ComesToFront(kHost, chart)) << "the exact title comes first";
   driver->Minimise(longer);
-  EXPECT_TRUE(Windows().BringToFront(title.substr(0, title.size() - 3)));
-  EXPECT_TRUE(GetsFocus(longer));
+  EXPECT_TRUE(ComesToFront(title.substr(0, title.size() - 3), longer));
   EXPECT_FALSE(Windows().BringToFront("VelumarTestNobody"));
   EXPECT_EQ(Windows().FocusedWindow(), longer) << "a failure changes nothing";
-  EXPECT_TRUE(Windows().GiveFocus(other));
   EXPECT_TRUE(GetsFocus(other));
   driver->Minimise(chart);
   EXPECT_TRUE(Eventually([&] { return !Windows().IsWindowVisible(chart); }));
   EXPECT_FALSE(Windows().GiveFocus(chart));
-  EXPECT_THAT(Windows().TopLevelWindows(), testing::Contains(longer));
+  EXPECT_THAT(Windows().TopLevelWindows(), Contains(longer));
   EXPECT_EQ(Windows().WindowTitle(longer), title);
   EXPECT_FALSE(Windows().HasOwner(longer));
 }
@@ -52,36 +49,44 @@ TEST_F(WindowKeys, SendsKeysAsWritten) {
       EXPECT_EQ(Keys().Send(keys), KeyOutcome::kAccepted);
       EXPECT_EQ(Taken(chart, typed.size()), typed) << keys << " Caps Lock " << caps_lock;
     }
-    EXPECT_EQ(driver->HasCapsLock(), caps_lock);
+    driver->PressL();
+    EXPECT_EQ(Taken(chart, 1), caps_lock ? "L" : "l") << "Caps Lock is as the trader left it";
   }
-  for (const char* const keys : {"%", "a\x01", "a\nb"}) {
-    EXPECT_THROW(Keys().Send(keys), std::invalid_argument);
-  }
+  EXPECT_THROW(Keys().Send("a\x01"), std::invalid_argument);
   EXPECT_EQ(driver->Taken(chart), "");
 }
 
 TEST_F(WindowKeys, ARefreshTakesNoKeyFromATraderWhoTypesElsewhere) {
-  constexpr int kLetters = 60;
+  constexpr int kLetters = 10;
+  constexpr int kRefreshes = 6;
   const WindowId chart = driver->OpenChart(kHost);
   const WindowId other = driver->OpenOther(kOther);
   EXPECT_EQ(Keys().Send("secret"), KeyOutcome::kNotSent);
   EXPECT_EQ(driver->Taken(other) + driver->Taken(chart), "");
-  std::thread typing([&] {
-    for (int i = 0; i < kLetters; ++i) {
-      driver->PressL();
-      std::this_thread::sleep_for(25ms);
+  int accepted = 0;
+  for (int i = 0; accepted < kRefreshes && i < 10 * kRefreshes; ++i) {
+    std::thread typing([&] {
+      for (int letter = 0; letter < kLetters; ++letter) {
+        driver->PressL();
+        std::this_thread::sleep_for(25ms);
+      }
+    });
+    std::this_thread::sleep_for(50ms);
+    const bool done = Keys().SendInBackground("%VR") == KeyOutcome::kAccepted &&
+                      Windows().FocusedWindow() == other;
+    typing.join();
+    if (done) {
+      ++accepted;
+      EXPECT_EQ(Taken(other, kLetters), std::string(kLetters, 'l'));
+      EXPECT_EQ(Taken(chart, 3), "%vR");
+    } else {
+      // On a busy machine time may run out. Even then the letters don't reach the chart.
+      EXPECT_TRUE(GetsFocus(other));
+      EXPECT_THAT(driver->Taken(chart), testing::Not(testing::HasSubstr("l")));
+      driver->Taken(other);
     }
-  });
-  std::string refreshes;
-  for (int i = 0; i < 6; ++i) {
-    EXPECT_EQ(Keys().SendInBackground("%VR"), KeyOutcome::kAccepted);
-    EXPECT_EQ(Windows().FocusedWindow(), other);
-    refreshes += "%vR";
-    std::this_thread::sleep_for(100ms);
   }
-  typing.join();
-  EXPECT_EQ(Taken(other, kLetters), std::string(kLetters, 'l'));
-  EXPECT_EQ(Taken(chart, refreshes.size()), refreshes);
+  EXPECT_EQ(accepted, kRefreshes);
 }
 
 TEST_F(WindowKeys, WaitsWhileTheUserHoldsAModifier) {

@@ -15,9 +15,6 @@ extern "C" const char* __lsan_default_suppressions() { return "leak:XkbGetMap\n"
 namespace velumar {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 const TypingTarget::Look kChart{.title = "MetaStock"};
 const TypingTarget::Look kNotes{.title = "Notes"};
 

@@ -1,7 +1,5 @@
 #include "resultchart/chart_file.h"
 
-#include <gmock/gmock.h>
-
 #include <QIODevice>
 #include <functional>
 #include <stdexcept>
@@ -9,22 +7,20 @@
 #include "resultchart/report.h"
 #include "resultchart/result_plot.h"
 #include "support/full_disk.h"
+#include "support/matchers.h"
 #include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
-
-using testing::AllOf;
-using testing::HasSubstr;
 
 // Saves over an older file and expects an error that names it, and the folder unchanged.
 void Refuse(const std::string& name, const std::string& why,
             const std::function<void(const QString&)>& save) {
   const ScratchFolder folder;
   folder.Write(name, "old");
-  EXPECT_THAT([&] { save(QString::fromStdString(folder.Sub(name))); },
-              testing::ThrowsMessage<std::runtime_error>(
-                  AllOf(HasSubstr(folder.Sub(name)), HasSubstr(why))));
+  EXPECT_THAT(
+      [&] { save(QString::fromStdString(folder.Sub(name))); },
+      ThrowsMessage<std::runtime_error>(AllOf(HasSubstr(folder.Sub(name)), HasSubstr(why))));
   EXPECT_EQ(folder.Read(name), "old");
   EXPECT_EQ(folder.Names().size(), 1U) << name;
 }

@@ -1,10 +1,9 @@
 #include "resultchart/result_plot.h"
 
-#include <gmock/gmock.h>
-
 #include <algorithm>
 
 #include "charts/value_ticker.h"
+#include "support/matchers.h"
 
 namespace velumar {
 namespace {
@@ -77,8 +76,8 @@ TEST(ThinnedBars, KeepTheValueFarthestFromZeroAndDoNotChangeWhileScrolling) {
   values[333] = 50;
   const auto bars = ThinnedBars(values, {-0.5, 999.5}, 7);
   EXPECT_EQ(bars.size(), 143U);
-  EXPECT_THAT(bars, testing::Contains(ThinnedBar{332, 50}));
-  EXPECT_THAT(ThinnedBars(values, {330, 340}, 7), testing::Contains(ThinnedBar{332, 50}));
+  EXPECT_THAT(bars, Contains(ThinnedBar{332, 50}));
+  EXPECT_THAT(ThinnedBars(values, {330, 340}, 7), Contains(ThinnedBar{332, 50}));
   EXPECT_TRUE(ThinnedBars({}, {-0.5, 0.5}, 3).empty());
 }
 
@@ -109,14 +108,11 @@ QVector<double> Ticks(double lower, double upper, QCPAxis::ScaleType scale) {
 }
 
 TEST(ValueTicker, ShowsRoundValues) {
-  EXPECT_THAT(Ticks(103.2, 129.9, QCPAxis::stLinear),
-              testing::ElementsAre(105, 110, 115, 120, 125));
-  EXPECT_THAT(Ticks(0.9, 120, QCPAxis::stLogarithmic),
-              testing::ElementsAre(1, 2, 5, 10, 20, 50, 100));
+  EXPECT_THAT(Ticks(103.2, 129.9, QCPAxis::stLinear), ElementsAre(105, 110, 115, 120, 125));
+  EXPECT_THAT(Ticks(0.9, 120, QCPAxis::stLogarithmic), ElementsAre(1, 2, 5, 10, 20, 50, 100));
   EXPECT_THAT(Ticks(2, 3e6, QCPAxis::stLogarithmic),
-              testing::ElementsAre(10, 100, 1000, 10000, 100000, 1000000));
-  EXPECT_THAT(Ticks(50, 80, QCPAxis::stLogarithmic),
-              testing::ElementsAre(50, 55, 60, 65, 70, 75, 80));
+              ElementsAre(10, 100, 1000, 10000, 100000, 1000000));
+  EXPECT_THAT(Ticks(50, 80, QCPAxis::stLogarithmic), ElementsAre(50, 55, 60, 65, 70, 75, 80));
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "platform/virtual_platform.h"
 #include "platform/web_client.h"
 #include "scoreserver/score_server.h"
+#include "support/matchers.h"
 #include "support/scratch_folder.h"
 
 namespace velumar {
@@ -18,7 +19,6 @@ namespace {
 using std::chrono_literals::operator""ms;
 using std::chrono_literals::operator""s;
 using std::chrono_literals::operator""h;
-using testing::HasSubstr;
 
 sockaddr_in LocalPort(std::uint16_t port) {
   return {.sin_family = AF_INET,
@@ -42,8 +42,6 @@ class RawClient {
     connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
   }
   ~RawClient() { close(socket_); }
-  RawClient(const RawClient&) = delete;
-  RawClient& operator=(const RawClient&) = delete;
 
   bool Send(const std::string& bytes) const { return SendBytes(socket_, bytes); }
   // Everything until the other end closes the connection, or sends nothing for five seconds.
@@ -84,8 +82,6 @@ class HostileServer {
     thread_.join();
     close(listening_);
   }
-  HostileServer(const HostileServer&) = delete;
-  HostileServer& operator=(const HostileServer&) = delete;
 
   std::string Address() const { return "http://127.0.0.1:" + std::to_string(port_); }
   std::size_t Sent() const { return sent_; }  // bytes
@@ -124,8 +120,7 @@ std::string Post(const std::string& name, const std::string& money) {
          "&zanno=yes&symbol=ABC&startdate=20050103&enddate=20050630";
 }
 
-class ScoreServiceTest : public ::testing::Test {
- protected:
+struct ScoreServiceTest : testing::Test {
   std::string Get(const std::string& address, std::string_view target) {
     return client->Get(address, target, [] { return true; });
   }
@@ -150,12 +145,12 @@ TEST_F(ScoreServiceTest, ListsTheBestTenByteForByte) {
   Get(address, Post("x\xFF\\", "-1E+07"));
   Get(address, Post("rich", "1E+12"));
   const std::string list = Get(address, "/zanno/getscore.php");
-  EXPECT_THAT(list,
-              testing::StartsWith(
-                  " 1.  1,000,000,000,000.00  rich  ABC  2005-01-03 to 2005-06-30\r\n"
-                  " 2.  2,012,345.50  A  b%41+&c=d#?&score=9 HTTP/1.1 \xC3\xA9  ABC  2005-01-03 to "
-                  "2005-06-30\r\n 3.  8.00  p8  ABC  "));
-  EXPECT_THAT(list, testing::EndsWith("\r\n10.  1.00  p1  ABC  2005-01-03 to 2005-06-30"));
+  EXPECT_THAT(
+      list,
+      StartsWith(" 1.  1,000,000,000,000.00  rich  ABC  2005-01-03 to 2005-06-30\r\n"
+                 " 2.  2,012,345.50  A  b%41+&c=d#?&score=9 HTTP/1.1 \xC3\xA9  ABC  2005-01-03 to "
+                 "2005-06-30\r\n 3.  8.00  p8  ABC  "));
+  EXPECT_THAT(list, EndsWith("\r\n10.  1.00  p1  ABC  2005-01-03 to 2005-06-30"));
 
   for (const auto& [target, why] : std::vector<std::pair<std::string, std::string>>{
            {Post(std::string(61, 'n'), "1"),
@@ -250,9 +245,9 @@ TEST(ScoreServer, RefusesWebPagesAndUnknownHostNames) {
   EXPECT_NE(server.WhyRefused("Sec-Fetch-Site", "cross-site"), "");
   EXPECT_EQ(server.WhyRefused("Sec-Fetch-Site", "none"), "");
 
-  RawClient client(server.Port());
-  client.Send("GET /zanno/getscore.php HTTP/1.1\r\nHost: localhost\r\nOrigin: null\r\n\r\n");
-  EXPECT_THAT(client.ReceiveAll(), testing::StartsWith("HTTP/1.1 403"));
+  const RawClient client(server.Port());
+  client.Send("GET /zanno/getscore.php HTTP/1.1\r\nOrigin: null\r\nHost: localhost\r\n\r\n");
+  EXPECT_THAT(client.ReceiveAll(), StartsWith("HTTP/1.1 403"));
 }
 
 TEST(ScoreServer, ClosesConnectionsThatTrickle) {

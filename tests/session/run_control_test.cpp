@@ -6,14 +6,8 @@
 namespace velumar {
 namespace {
 
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::StartsWith;
-
 // Runs over the daily series ABC of 200 bars, without a window or a chart program.
-class RunControlTest : public SessionFixture {
- protected:
+struct RunControlTest : SessionFixture {
   RunControlTest() {
     Store("ABC", DailyBars(200));
     LedgerOpen(ledger, ":memory:");
@@ -126,8 +120,8 @@ TEST_F(RunControlTest, ADayIsReachedInOneStepFromEitherSide) {
 TEST_F(RunControlTest, NoRunBeginsWithoutASymbolOrThatTheLedgerCannotBegin) {
   ledger.ForWriting().Execute("ALTER TABLE Runs RENAME TO Away");
   EXPECT_FALSE(StartAt(198));
-  EXPECT_THAT(Boxes(), ElementsAre(testing::AllOf(HasSubstr("no such table: Runs"),
-                                                  StartsWith("The run was not started"))));
+  EXPECT_THAT(Boxes(), ElementsAre(AllOf(HasSubstr("no such table: Runs"),
+                                         StartsWith("The run was not started"))));
   EXPECT_FALSE(run.setup_locked);
   Boxes().clear();
   run.symbol.clear();
@@ -143,18 +137,14 @@ TEST_F(RunControlTest, NoRunBeginsWithoutASymbolOrThatTheLedgerCannotBegin) {
 }
 
 TEST(Delay, OnlySecondsThatTheClockCanHold) {
-  const struct {
-    const char* text;
-    const char* usable;
-    int milliseconds;
-  } cases[] = {{"0", "0", 0},           {"10", "10", 10000},     {"32", "32", 32000},
-               {"33", "32", 32000},     {"1e9", "32", 32000},    {"", "3", 3000},
-               {"abc", "3", 3000},      {"2.5", "2.5", 2500},    {"0.2", "0.2", 200},
-               {"32.001", "32", 32000}, {"0.0001", "0.0001", 1}, {"-1", "3", 3000},
-               {"-0", "-0", 0},         {"5.0", "5.0", 5000}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(UsableDelay(c.text), c.usable) << c.text;
-    EXPECT_EQ(DelayMilliseconds(c.text), c.milliseconds) << c.text;
+  const std::tuple<const char*, const char*, int> cases[] = {
+      {"0", "0", 0},        {"10", "10", 10000},     {"32", "32", 32000},     {"33", "32", 32000},
+      {"1e9", "32", 32000}, {"", "3", 3000},         {"abc", "3", 3000},      {"2.5", "2.5", 2500},
+      {"0.2", "0.2", 200},  {"32.001", "32", 32000}, {"0.0001", "0.0001", 1}, {"-1", "3", 3000},
+      {"-0", "-0", 0},      {"5.0", "5.0", 5000}};
+  for (const auto& [text, usable, milliseconds] : cases) {
+    EXPECT_EQ(UsableDelay(text), usable) << text;
+    EXPECT_EQ(DelayMilliseconds(text), milliseconds) << text;
   }
   EXPECT_EQ(DelaySeconds(200), "0.2");
   EXPECT_EQ(DelaySeconds(32000), "32");

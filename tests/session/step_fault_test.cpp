@@ -1,7 +1,8 @@
+#include <algorithm>
 #include <functional>
 
-#include "marketdata/metalib_error.h"
-#include "session/bar_stepping.h"
+#include "marketdata/market_files.h"
+#include "session/run_control.h"
 #include "support/session_fixture.h"
 #include "support/traced_child.h"
 
@@ -72,6 +73,69 @@ TEST_F(StepFaultTest, AStepIsCompleteOrRolledBack) {
   }
   EXPECT_GT(faults, 40);
   EXPECT_GT(taken_back, 10);
+}
+
+// A chart side that looks into the store when the chart opens.
+struct WatchingCharts : RecordedCharts {
+  void OpenChart() override {
+    opened = true;
+    old_bars = std::filesystem::exists(store + "/F1.DAT");
+  }
+
+  std::string store;
+  bool opened = false;
+  bool old_bars = false;
+};
+
+// Whichever write of a start fails, over the store of a run that went on to the last bar: no chart
+// opens while bars of that run are left, and no bar after the newest one that was shown is stored.
+TEST_F(StepFaultTest, AStartNeverShowsTheFutureNorHarmsTheData) {
+  if (!CanTrace()) GTEST_SKIP() << "no permission to trace a process";
+  constexpr int kOldBarsShown = 200;
+  constexpr int kRefused = 201;
+  const ScratchFolder memory(MemoryFolder());
+  data = memory.Sub("data");
+  store = data + "/Simulate";
+  Choose("ABC", "D", run.start_day = MadeDate(kStart));
+  session.Symbol = "ABC";
+  for (const char* symbol : {"ABC", "XYZ"}) Store(symbol, DailyBars(kBars));
+  const auto before = FilesOf(data);
+  const std::string kept = memory.Sub("kept");
+  StoreSecurity(kept, {"ABC", "ABC name", -1}, DailyBars(kBars), cache);
+  WriteFile(kept + "/.velumar-store", "");
+  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
+  const auto start = [&] {
+    WatchingCharts charts;
+    charts.store = store;
+    RunControl control(session, run, run, platform, cache, ledger, charts);
+    outside.events.SetOnPending([&control] { control.EndRun(); });
+    if (control.ClaimStore()) control.Start();
+    if (charts.old_bars) return kOldBarsShown;
+    return charts.opened ? std::max<int>(session.NewestShownBar, 0) : kRefused;
+  };
+  int shown = 0;
+  const int faults = ForEachFault([&](const DiskFault& fault) {
+    // Passing faults are the milder ones, except while the store is being emptied.
+    if (!fault.stays_broken && fault.number > 25 && fault.number % 3 != 0) return false;
+    std::filesystem::remove_all(store);
+    std::filesystem::copy(kept, store);
+    const FailedWork failed = FailAt(fault.number, fault.error, fault.stays_broken, start);
+    if (!failed.reached) return false;
+    EXPECT_GE(failed.exit_code, 0) << "it died";
+    EXPECT_NE(failed.exit_code, kOldBarsShown);
+    EXPECT_EQ(FilesOf(data), before);
+    if (failed.exit_code == kRefused) return true;
+    ++shown;
+    std::vector<Bar> stored;
+    ErrorOf([&] { stored = StoreBars(); });  // there may be no index file yet
+    // The history before the start date may be there even if the run didn't begin.
+    EXPECT_LE(static_cast<int>(stored.size()), std::max(failed.exit_code + 1, kStart));
+    const std::vector<Bar> whole = DailyBars(kBars);
+    EXPECT_TRUE(std::equal(stored.begin(), stored.end(), whole.begin())) << "a gap";
+    return true;
+  });
+  EXPECT_GT(faults, 30);
+  EXPECT_GT(shown, 5);
 }
 
 }  // namespace

@@ -25,8 +25,7 @@ std::map<std::string, std::string> Everything(const fs::path& folder) {
   return all;
 }
 
-class StoreFolderTest : public SessionFixture {
- protected:
+struct StoreFolderTest : SessionFixture {
   StoreFolderTest() {
     Store("ABC", DailyBars(40));
     Store("XYZ", DailyBars(50));
@@ -62,12 +61,7 @@ TEST_F(StoreFolderTest, RefusesWhatIsNotAStoreAndTouchesNothing) {
   Write(others / "F1.DAT", "bars of another program");
   const std::string foreign = "no run has put there";
   const fs::path mark = StoreFolder::kMark;
-  const struct {
-    const char* what;
-    std::string folder;
-    std::function<void()> make;
-    std::string word;
-  } cases[] = {
+  const std::tuple<const char*, std::string, std::function<void()>, std::string> cases[] = {
       {"a link to a folder", store, [&] { fs::create_directory_symlink(others, at); }, "a link"},
       {"typed with a closing separator", store + "\\",
        [&] { fs::create_directory_symlink(others, at); }, "a link"},
@@ -96,11 +90,11 @@ TEST_F(StoreFolderTest, RefusesWhatIsNotAStoreAndTouchesNothing) {
        "contains the market"},
       {"deep below the data and missing", store + "/deeper", [] {}, "deep inside"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    c.make();
+  for (const auto& [what, folder, make, word] : cases) {
+    SCOPED_TRACE(what);
+    make();
     const auto before = Everything(scratch.Path());
-    EXPECT_THAT(Refusal(c.folder), testing::HasSubstr(c.word));
+    EXPECT_THAT(Refusal(folder), HasSubstr(word));
     EXPECT_EQ(Everything(scratch.Path()), before);
     fs::remove_all(at);
     fs::remove(data / mark);
@@ -129,7 +123,7 @@ TEST_F(StoreFolderTest, TakesWhatIsItsOwn) {
   }
   EXPECT_EQ(Refusal(scratch.Sub("two/levels")), "");
   fs::remove_all(data);
-  EXPECT_THAT(Refusal(store), testing::HasSubstr("No such file"));
+  EXPECT_THAT(Refusal(store), HasSubstr("No such file"));
   EXPECT_FALSE(fs::exists(data));
 }
 
@@ -183,15 +177,15 @@ TEST_F(StoreFolderTest, OneProgramHoldsItUntilItDies) {
   }
   char byte = 0;
   ASSERT_EQ(read(ready[0], &byte, 1), 1);
-  EXPECT_THAT(Refusal(store), testing::HasSubstr("in use by session_tests (process " +
-                                                 std::to_string(child) + ")"));
+  EXPECT_THAT(Refusal(store),
+              HasSubstr("in use by session_tests (process " + std::to_string(child) + ")"));
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
   Choose("ABC", "D");
   ASSERT_TRUE(working_store.Claim());
   session.DataDir = store;
   EXPECT_FALSE(working_store.Claim()) << "a store is no market data";
-  EXPECT_THAT(Refusal(store), testing::HasSubstr("in use by")) << "the old run keeps its hold";
+  EXPECT_THAT(Refusal(store), HasSubstr("in use by")) << "the old run keeps its hold";
 }
 
 }  // namespace

@@ -5,8 +5,7 @@
 namespace velumar {
 namespace {
 
-class PrepareStoreTest : public SessionFixture {
- protected:
+struct PrepareStoreTest : SessionFixture {
   // Bars that the store holds after a start at `date`, -1 when it isn't ready.
   int Prepared(const std::string& symbol, const std::string& interval, int date) {
     CopyIndexes();
@@ -19,7 +18,7 @@ class PrepareStoreTest : public SessionFixture {
     outside.boxes.shown.clear();
     EXPECT_EQ(Prepared(symbol, interval, 20050104), -1) << symbol;
     for (const std::string& word : words) {
-      EXPECT_THAT(outside.boxes.shown, testing::ElementsAre(testing::HasSubstr(word)));
+      EXPECT_THAT(outside.boxes.shown, ElementsAre(HasSubstr(word)));
     }
   }
 };
@@ -46,18 +45,14 @@ TEST_F(PrepareStoreTest, WhatCannotBeReplayedIsRefusedInWords) {
   Store("FITS", DailyBars(32768));
   Store("LONG", DailyBars(32769));
   Store("I120", IntradayBars(60, 120), 120);
-  const struct {
-    const char* symbol;
-    const char* interval;
-    std::vector<std::string> words;
-  } cases[] = {
+  const std::tuple<const char*, const char*, std::vector<std::string>> cases[] = {
       {"EMPTY", "D", {"1720", "EMPTY", "interval D", "no bars", "32768"}},
       {"LONG", "D", {"1720", "LONG", "interval D", "32769 bars", "32768"}},
       {"NONE", "D", {"1701", "NONE"}},
       {"ABC", "60", {"1701", "ABC", "60"}},
       {"I120", "120", {"1720", "\"120\"", "I120", "D, 5, 10, 15, 30 or 60"}},
   };
-  for (const auto& c : cases) ExpectRefused(c.symbol, c.interval, c.words);
+  for (const auto& [symbol, interval, words] : cases) ExpectRefused(symbol, interval, words);
   EXPECT_EQ(Prepared("FITS", "D", MadeDate(1)), 1);
 }
 
@@ -67,30 +62,25 @@ TEST_F(PrepareStoreTest, FilesOfOtherProgramsThatCannotBeReplayedAreRefusedToo) 
   const Listed lower_case{.symbol = "abc", .fields = 6};
   const Listed unknown{.symbol = "ABC", .frame = 'I', .fields = 6, .minutes = 0};
   const Listed quarters{.symbol = "ABC", .frame = 'I', .fields = 6, .minutes = 15};
-  const struct {
-    Listed listed;
-    std::vector<int> dates;
-    const char* interval;
-    const char* words;
-  } cases[] = {
+  const std::tuple<Listed, std::vector<int>, const char*, const char*> cases[] = {
       {lower_case, {1050103}, "D", "lower case"},
       {unknown, {1050103}, "0", "can't be replayed"},
       {unknown, {1050103}, "15", "minutes of its bars are unknown"},
       {quarters, {1050103, 1050103, 1050104}, "15", "at 20050103 its bars are out of order"},
       {quarters, {1050104, 1050103, 1050105}, "15", "at 20050103 its bars are out of order"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [listed, dates, interval, words] : cases) {
     const ScratchFolder other;
     std::vector<std::string> records;
-    for (const int date : c.dates) {
+    for (const int date : dates) {
       records.push_back(Word(date));
       for (int price = 0; price < 5; ++price) records.back() += Word(10);
     }
-    other.Write("MASTER", Master({c.listed}));
+    other.Write("MASTER", Master({listed}));
     other.Write("F1.DAT", DataBytes(6, static_cast<int>(records.size()) + 1, records));
     data = other.Text();
     store = other.Text() + "/Simulate";
-    ExpectRefused("ABC", c.interval, {c.words});
+    ExpectRefused("ABC", interval, {words});
     EXPECT_FALSE(FilesOf(store).contains("F1.DAT"));
   }
 }
@@ -109,11 +99,10 @@ TEST_F(PrepareStoreTest, AnotherSecuritysUnreadableFileStopsNoRun) {
 TEST_F(PrepareStoreTest, AStoreInUseIsReportedTwice) {
   Store("ABC", DailyBars(40));
   CopyIndexes();
-  IndexCache others;
-  MetaLibWriter other(others);
+  MetaLibWriter other(cache);
   other.OpenDirectory(store);
   EXPECT_EQ(Prepared("ABC", "D", 20000110), -1);
-  EXPECT_THAT(outside.boxes.shown, testing::ElementsAre("File is in used!!", testing::_));
+  EXPECT_THAT(outside.boxes.shown, ElementsAre("File is in used!!", testing::_));
 }
 
 }  // namespace

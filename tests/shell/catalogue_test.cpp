@@ -1,13 +1,15 @@
-#include "shell/symbol_catalogue.h"
+#include <algorithm>
 
 #include "forms/desktop.h"
+#include "marketdata/market_files.h"
+#include "shell/start_days.h"
+#include "shell/symbol_catalogue.h"
 #include "support/session_fixture.h"
 
 namespace velumar {
 namespace {
 
-class CatalogueTest : public SessionFixture {
- protected:
+struct CatalogueTest : SessionFixture {
   CatalogueTest() {
     Form1& form = desktop.form1();
     form.Show();
@@ -19,7 +21,9 @@ class CatalogueTest : public SessionFixture {
   }
   std::string Period() { return desktop.form1().cbxPeriod.Text(); }
   Desktop desktop;
-  SymbolCatalogue catalogue{session, desktop, platform, cache};
+  FileImporter importer{cache};
+  ImportWindow import{desktop, platform, importer, {}};
+  SymbolCatalogue catalogue{session, desktop, platform, cache, import};
 };
 
 TEST_F(CatalogueTest, LinesAreSortedAndKeepTheirOwnIntervals) {
@@ -35,14 +39,13 @@ TEST_F(CatalogueTest, LinesAreSortedAndKeepTheirOwnIntervals) {
   Store("C", IntradayBars(60, 5), 5);
   catalogue.BuildSymbolList();
   ComboBox& list = desktop.form1().Combo1;
-  std::vector<std::string> lines;
-  for (const ComboBox::Row& row : list.Rows()) lines.push_back(row.text);
-  EXPECT_EQ(lines, (std::vector<std::string>{"A", "B", "C", "C"}));
-  EXPECT_EQ(session.PeriodBySymbol, (std::vector<std::string>{"15", "D", "D", "5", ""}));
+  std::string lines;
+  for (const ComboBox::Row& row : list.Rows()) lines += row.text;
+  EXPECT_EQ(lines, "ABCC");
+  EXPECT_THAT(session.PeriodBySymbol, ElementsAre("15", "D", "D", "5", ""));
   EXPECT_EQ(session.Symbol, "A");
   list.UserChoose(1);
-  EXPECT_EQ(session.Symbol, "B");
-  EXPECT_EQ(Period(), "15");
+  EXPECT_EQ(session.Symbol + " " + Period(), "B 15");
   list.UserChoose(2);
   EXPECT_EQ(Period(), "D") << "a click takes the clicked line's interval";
   list.UserType(" c ");
@@ -50,8 +53,7 @@ TEST_F(CatalogueTest, LinesAreSortedAndKeepTheirOwnIntervals) {
   EXPECT_EQ(Period(), "5") << "typed, the last of equal lines decides";
   EXPECT_EQ(session.SymbolInterval, "5");
   list.UserType("nope");
-  EXPECT_EQ(session.Symbol, "NOPE");
-  EXPECT_EQ(Period(), "5");
+  EXPECT_EQ(session.Symbol + " " + Period(), "NOPE 5");
 }
 
 TEST_F(CatalogueTest, ADirectoryWithoutDataAsksUntilOneHasDataAndOffersAWayOut) {
@@ -75,7 +77,14 @@ TEST_F(CatalogueTest, ADirectoryWithoutDataAsksUntilOneHasDataAndOffersAWayOut) 
 }
 
 TEST_F(CatalogueTest, ClicksWhileALargeDirectoryIsListed) {
-  for (int i = 0; i < 260; ++i) Store("S" + std::to_string(1000 + i), DailyBars(2));
+  std::vector<Listed> full;
+  for (int i = 0; i < 255; ++i) {
+    const std::string symbol = "S" + std::to_string(1000 + i);
+    full.push_back({.number = i + 1, .symbol = symbol, .name = symbol + " name"});
+  }
+  std::filesystem::create_directory(data);
+  WriteFile(data + "/MASTER", Master(full));
+  for (int i = 1255; i < 1260; ++i) Store("S" + std::to_string(i), DailyBars(2));
   const std::string other = scratch.Sub("other");
   StoreSecurity(other, {"ZED", "Zed", 60}, IntradayBars(60, 60), cache);
   int pauses = 0;
@@ -108,6 +117,44 @@ TEST_F(CatalogueTest, ClicksWhileALargeDirectoryIsListed) {
   catalogue.BuildSymbolList();
   EXPECT_FALSE(desktop.Untouched().form1.Loaded());
   EXPECT_FALSE(catalogue.Building());
+}
+
+std::vector<std::int32_t> Days(int bars, int bars_a_day = 1) {
+  std::vector<std::int32_t> days;
+  for (int bar = 0; bar < bars; ++bar) days.push_back(MadeDate(bar / bars_a_day));
+  return days;
+}
+
+TEST(StartDays, FirstAndLastLeaveARunBarsBeforeItsStart) {
+  std::mt19937_64 random(1);
+  for (const std::vector<std::int32_t>& days : {Days(0), Days(1), Days(20, 20)}) {
+    for (const DayChoice choice : {DayChoice::kFirst, DayChoice::kLast, DayChoice::kRandom}) {
+      EXPECT_EQ(StartDay(days, choice, random), std::nullopt) << "one day of " << days.size();
+    }
+  }
+  EXPECT_EQ(StartDay(Days(2), DayChoice::kFirst, random), MadeDate(1));
+  EXPECT_EQ(StartDay(Days(2), DayChoice::kLast, random), MadeDate(1));
+  EXPECT_EQ(StartDay(Days(60, 20), DayChoice::kFirst, random), MadeDate(1));
+  EXPECT_EQ(StartDay(Days(60, 20), DayChoice::kLast, random), MadeDate(2));
+}
+
+TEST(StartDays, RandomLeavesHistoryAndFutureWhereTheSeriesHasThem) {
+  std::mt19937_64 random(2);
+  for (const int bars_a_day : {1, 20}) {
+    for (const int bars : {2 * bars_a_day, 340, 350, 360, 2000}) {
+      const std::vector<std::int32_t> days = Days(bars, bars_a_day);
+      std::ptrdiff_t lowest = bars;
+      std::ptrdiff_t highest = 0;
+      for (int i = 0; i < 2000; ++i) {
+        const std::int32_t day = *StartDay(days, DayChoice::kRandom, random);
+        const std::ptrdiff_t bar = std::ranges::find(days, day) - days.begin();
+        lowest = std::min(lowest, bar);
+        highest = std::max(highest, bar);
+      }
+      EXPECT_GE(lowest, bars >= 400 ? 250 : 1) << bars;
+      EXPECT_LE(highest, bars >= 400 ? bars - 101 : bars - 1) << bars;
+    }
+  }
 }
 
 }  // namespace

@@ -3,12 +3,7 @@
 namespace velumar {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
-class ScoreBoardTest : public ::testing::Test {
- protected:
+struct ScoreBoardTest : testing::Test {
   ScoreBoardTest() {
     all.outside.settings.texts["Score/Address"] = "scores.example:8080";
     all.session.Run.symbol = "ABC";
@@ -47,7 +42,6 @@ TEST_F(ScoreBoardTest, ListsTheScoresAndSendsTheBoxes) {
   all.session.Portfolio = 99;  // the box keeps the value of its opening
   Board().txtName.UserType("A b&c=%?#\r\n");
   EXPECT_THAT(Board().lblStatus.Text(), HasSubstr("Line breaks"));
-  Board().txtScore.UserType("1000000");
   Web().answers = {"Accepted.", "1. A b\r\n2. C"};
   Board().btnSend.UserClick();
   EXPECT_EQ(Board().lblStatus.Text(), "Sent.");
@@ -72,16 +66,11 @@ TEST_F(ScoreBoardTest, TakesItsAddressFromTheWindowOrTheSettingsFile) {
   all.outside.settings.texts.clear();
   Press();
   EXPECT_TRUE(Board().lblHelp1.Visible());
-  Board().btnSend.UserClick();
-  EXPECT_THAT(Web().asked, IsEmpty());
-
   Board().txtAddress.UserType(" http://a ");
   Web().answers = {"x"};
   Board().txtAddress.UserKeyUp(13);
   EXPECT_FALSE(Board().lblHelp1.Visible());
   EXPECT_THAT(Web().asked, ElementsAre("http://a/zanno/getscore.php"));
-  EXPECT_THAT(Board().List1.Lines(), ElementsAre("x"));
-
   all.outside.settings.texts["Score/Address"] = "http://file";
   Board().txtAddress.UserType("http://b");
   Board().Image5.UserClick();

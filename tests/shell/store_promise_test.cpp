@@ -14,7 +14,6 @@ namespace {
 // the same clicks, and both are compared whenever clicks can run.
 
 constexpr int kCommands = 200;
-constexpr int kFastStep = 30;
 
 // What the store must hold, and where the cursor must be.
 struct PlainStore {
@@ -24,9 +23,9 @@ struct PlainStore {
 
   int Last() const { return static_cast<int>(loaded.size()) - 1; }
   void Next() { index = std::min(index + 1, Last()); }
-  void Forward() { index = std::min(std::max(index, 0) + kFastStep, Last()); }
+  void Forward() { index = std::min(std::max(index, 0) + 30, Last()); }
   void Previous() { index = std::max(index - 1, -1); }
-  void Rewind() { index = std::max(index - kFastStep, 0); }
+  void Rewind() { index = std::max(index - 30, 0); }
 };
 
 class RandomRun {
@@ -101,11 +100,7 @@ class RandomRun {
     }
     // Index records are what a chart program lists before it opens a series.
     IndexCache cache;
-    MetaLibReader reader(cache);
-    reader.OpenDirectory(all_.session.SimDir);
-    while (reader.NextSecurity() >= 1) {
-      reader.ReadSecurityHeader();
-      const SecurityInfo info = reader.Security();
+    for (const SecurityInfo& info : SecuritiesOf(all_.session.SimDir, cache)) {
       const bool held = info.symbol == plain_.symbol && plain_.index >= 0;
       const auto newest = static_cast<std::size_t>(plain_.index);
       ASSERT_LE(info.indexed_last_date, held ? plain_.loaded.at(newest).date : 0) << info.symbol;
@@ -125,15 +120,12 @@ class RandomRun {
         [&] { Step(navigator.Image2, &PlainStore::Previous); },
         [&] { Step(navigator.Image6, &PlainStore::Rewind); },
         [&] { Resume(); },
-        [&] { Resume(); },
         [&] { navigator.Image4.UserClick(); },
         [&] { Roll(3) == 0 ? navigator.Image5.UserClick() : Resume(); },
         [&] { setup.Image3.UserClick(); },
-        [&] { setup.Image3.UserClick(); },
         [&] { setup.Combo1.UserChoose(Roll(static_cast<int>(setup.Combo1.Rows().size()))); },
         [&] { PickDate(); },
-        [&] { (Roll(2) ? panel.imgLong : panel.imgOffsetLong).UserClick(); },
-        [&] { (Roll(2) ? panel.ImgShort : panel.ImgOffsetShort).UserClick(); }};
+        [&] { (Roll(2) ? panel.imgLong : panel.imgOffsetLong).UserClick(); }};
     acts[Roll(static_cast<int>(std::size(acts)))]();
     --depth_;
     Check();

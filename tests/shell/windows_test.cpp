@@ -4,12 +4,7 @@
 namespace velumar {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-
-class WindowsTest : public RunFixture {
- protected:
+struct WindowsTest : RunFixture {
   std::string PriceFile(const std::string& name, const std::string& close = "1.5") {
     scratch.Write(name, "Date,Open,High,Low,Close\n20070102,1,2,0.5," + close + "\n");
     return scratch.Sub(name);
@@ -36,7 +31,6 @@ TEST_F(WindowsTest, SettingsComeBackInTheNextProcess) {
   Reopen();
   all->program.Start();
   EXPECT_EQ(all->Setup().Left(), -200);
-  EXPECT_EQ(all->session.SetupTop, "3000");
   EXPECT_EQ(all->Setup().DTPicker1.Value(), MadeDate(198));
   EXPECT_EQ(all->Panel().Combo2.Text(), "5");
   EXPECT_EQ(all->session.RefreshDelay, 5000);
@@ -83,51 +77,50 @@ TEST_F(WindowsTest, BadOrReadOnlySettingsStopNothing) {
   EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("disk full")));
 }
 
-TEST_F(WindowsTest, DroppedPriceFilesAreImportedAfterTheDirectoryIsConfirmed) {
-  const std::string good = PriceFile("MINE_D.csv");
+// The setup window lists securities again after an import, and a run goes on as it began.
+TEST_F(WindowsTest, DroppedPriceFilesAreImportedIntoTheDirectory) {
+  FrmImport& import = all->windows.frmImport;
   all->program.Start();
-  all->Setup().UserDrop({"notes.txt"});
-  EXPECT_THAT(Boxes(), ElementsAre("Only .csv files can be imported."));
-  all->Setup().UserDrop({good});
-  EXPECT_THAT(Boxes().back(), HasSubstr(data)) << "asks, and names the directory";
-  EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U) << "who doesn't agree imports nothing";
-  all->outside.boxes.answers = {0, 0, 0};
-  all->Setup().UserDrop({PriceFile("BAD_D.csv", "x"), "notes.txt", good, PriceFile("NEXT_D.csv")});
-  EXPECT_THAT(Boxes().back(),
-              testing::AllOf(HasSubstr("Imported 2 of 3 files."), HasSubstr("BAD_D.csv")));
-  EXPECT_EQ(all->session.Symbol, "MINE") << "the first of the imported files";
+  all->Setup().UserDrop({PriceFile("BAD_D.csv", "x"), PriceFile("MINE_D.csv")});
+  EXPECT_THAT(import.Caption(), HasSubstr(data));
+  EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U) << "nothing changes before Import";
+  import.cmdImport.UserClick();
+  EXPECT_EQ(all->session.Symbol, "MINE");
   EXPECT_EQ(ReadBars(data, "MINE", -1).size(), 1U);
-
   // Of a symbol with several intervals, the line of the file's own is chosen.
-  scratch.Write("ABC_15.csv", "Date,Time,Open,High,Low,Close\n20070102,100000,1,2,0.5,1.5\n");
+  scratch.Write("ABC_15.csv",
+                "Date,Time,Open,High,Low,Close\n20070102,100000,1,2,0.5,1.5\n"
+                "20070102,101500,1,2,0.5,1.5\n");
   all->Setup().UserDrop({scratch.Sub("ABC_15.csv")});
+  import.cmdImport.UserClick();
   EXPECT_EQ(all->session.Symbol, "ABC");
   EXPECT_EQ(all->Setup().cbxPeriod.Text(), "15");
 
   InPauseOf(197, [&] {
     all->Navigator().Image5.UserClick();
     Boxes().clear();
-    all->Setup().UserDrop({good});
+    all->Setup().UserDrop({scratch.Sub("MINE_D.csv")});
     EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("Pause")));
   });
   all->Setup().Combo1.UserChoose(0);
   all->Play(190);
+  EXPECT_FALSE(import.Loaded()) << "a start closes it";
   EXPECT_EQ(all->session.Symbol, "ABC");
   EXPECT_EQ(StoreSize(), 200U);
 }
 
-TEST_F(WindowsTest, AFolderOfPriceFilesBecomesADataDirectoryIfTheTraderWantsIt) {
+TEST_F(WindowsTest, AFolderOfPriceFilesBecomesADataDirectory) {
   const std::string folder = scratch.Sub("prices");
   std::filesystem::create_directory(folder);
   for (const char* name : {"prices/B_D.csv", "prices/A_D.CSV"}) PriceFile(name);
   all->program.Start();
-  all->outside.folders.answers = {folder, data};
-  all->Setup().Command5.UserClick();
-  EXPECT_THAT(Boxes(), Contains(HasSubstr("2 files with prices")));
-  EXPECT_EQ(all->session.DataDir, data) << "who doesn't want it chooses another directory";
-  all->outside.boxes.answers = {0};
   all->outside.folders.answers = {folder};
   all->Setup().Command5.UserClick();
+  EXPECT_THAT(all->Setup().Combo1.Rows(), testing::IsEmpty());
+  // The next start of the program offers them again.
+  all = std::make_unique<WholeProgram>(folder);
+  all->program.Start();
+  all->windows.frmImport.on_enter();
   EXPECT_EQ(all->session.DataDir, folder);
   EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U);
 }
@@ -148,20 +141,16 @@ TEST_F(WindowsTest, AMarketsWordInTheDirectorySetsTheBoxes) {
   StoreSecurity(other, {"ZED", "Zed", 60}, IntradayBars(60, 60), all->cache);
   all->program.Start();
   Form1& setup = all->Setup();
-  const struct {
-    const char* directory;
-    const char* margin;
-    const char* quantity;
-    bool percent;
-  } cases[] = {{"D:\\DATA\\SET\\", "100", "1,000", true},
-               {"D:\\ASSET\\TFEX\\", "50,000", "1", true},
-               {"D:\\data\\set\\", "50,000", "1", false}};  // no word: the boxes stay
-  for (const auto& c : cases) {
-    setup.Text3.UserType(c.directory);
-    EXPECT_EQ(setup.txtContractValue.Text(), c.margin) << c.directory;
-    EXPECT_EQ(all->Panel().txtContractVol.Text(), c.quantity);
-    EXPECT_EQ(setup.lblPercentComm.Visible(), c.percent) << c.directory;
-    EXPECT_EQ(all->outside.settings.texts["LastPath"], c.directory);
+  const std::tuple<const char*, const char*, const char*, bool> cases[] = {
+      {"D:\\DATA\\SET\\", "100", "1,000", true},
+      {"D:\\ASSET\\TFEX\\", "50,000", "1", true},
+      {"D:\\data\\set\\", "50,000", "1", false}};  // no word: the boxes stay
+  for (const auto& [directory, margin, quantity, percent] : cases) {
+    setup.Text3.UserType(directory);
+    EXPECT_EQ(setup.txtContractValue.Text(), margin) << directory;
+    EXPECT_EQ(all->Panel().txtContractVol.Text(), quantity);
+    EXPECT_EQ(setup.lblPercentComm.Visible(), percent) << directory;
+    EXPECT_EQ(all->outside.settings.texts["LastPath"], directory);
   }
   setup.txtContractValue.SetText("many");
   setup.Text3.UserType(other, 'r');
@@ -190,7 +179,7 @@ TEST_F(WindowsTest, AnInstallationHasSamplesOfAMarketAndADonatePage) {
   EXPECT_EQ(session.InitMargin, 100);
   desktop.form1().ImgDonate.SetVisible(true);
   desktop.form1().ImgDonate.UserClick();
-  EXPECT_THAT(outside.programs.opened, ElementsAre(testing::EndsWith("support.html")));
+  EXPECT_THAT(outside.programs.opened, ElementsAre(EndsWith("support.html")));
 }
 
 TEST_F(WindowsTest, BadAccountTextsAreMarkedWhileTypedAndRefuseTheStart) {
@@ -204,7 +193,7 @@ TEST_F(WindowsTest, BadAccountTextsAreMarkedWhileTypedAndRefuseTheStart) {
     EXPECT_EQ(box->ForeColour(), kRed) << box->Name();
     setup.Image3.UserClick();
     EXPECT_THAT(Boxes(), ElementsAre(HasSubstr(": \"7%\" is not a number")));
-    EXPECT_THAT(box->ToolTip(), testing::EndsWith("\n" + Boxes().front()));
+    EXPECT_THAT(box->ToolTip(), EndsWith("\n" + Boxes().front()));
     EXPECT_TRUE(setup.Visible()) << "no run has begun";
     box->UserType(good);
     EXPECT_EQ(box->ForeColour(), Form1::kField.colour);
@@ -242,13 +231,13 @@ TEST_F(WindowsTest, TheFirstRunUsesWhatWasTypedAndItsMarketsTerms) {
 TEST_F(WindowsTest, BigDisplaysFitTheScreenAndOpenWhereTheyWereDragged) {
   all->outside.screen.width = 12000;
   all->program.Start();
-  BigWindow& price = all->desktop.frmBigPrice();
-  EXPECT_EQ(price.Left(), 0) << "a place for a wider screen";
-  all->desktop.Unload(price);
-  EXPECT_FALSE(all->outside.settings.texts.contains("frmBigPriceLeft"));
+  EXPECT_EQ(all->desktop.frmBigPrice().Left(), 0) << "a place for a wider screen";
   all->desktop.frmBigPrice().SetLeft(45);
-  all->desktop.Unload(price);
-  EXPECT_EQ(all->desktop.frmBigPrice().Left(), 45);
+  all->desktop.frmBigPrice().SetTop(0);
+  all->windows.form1.on_close();
+  EXPECT_EQ(all->outside.settings.texts["frmBigPriceLeft"], "45") << "still open at the end";
+  all->desktop.Unload(all->desktop.frmBigPrice());
+  EXPECT_TRUE(all->desktop.frmBigPrice().Left() == 45 && all->desktop.frmBigPrice().Top() == 0);
 }
 
 TEST_F(WindowsTest, ClosingThePanelInARunBringsItBackHiddenWithAFreshAccount) {
@@ -299,29 +288,19 @@ TEST_F(WindowsTest, MoreChartsThanAScreenHoldsAreRefused) {
 TEST(ShapingTest, ASavedPlaceMustBeOnAScreen) {
   VirtualPlatform outside;
   Desktop desktop;
-  const struct {
-    const char* top;
-    const char* left;
-    bool known;
-    const char* top_then;
-    const char* left_then;
-  } cases[] = {
-      {"8155.5", "-200", true, "8155.5", "-200"},
-      {"0", "500", false, "0", "500"},
-      {"11600", "500", false, "11600", "500"},  // below the screen
-      {"-1200", "500", false, "-1200", "500"},  // above it
-      {"40000", "500", true, "10365", "500"},   // beyond 16 bits: the lowest that shows it whole
-      {"300", "1E+09", true, "300", "11145"},
-      {"-99999", "500", false, "-99999", "500"},
-      {"100", "", false, "100", ""},
+  const std::tuple<std::string, std::string, bool, const char*> cases[] = {
+      {"8155.5", "-200", true, "8155.5 -200"},
+      {"0", "500", false, "0 500"},
+      {"11600", "500", false, "11600 500"},  // below the screen
+      {"-1200", "500", false, "-1200 500"},  // above it
+      {"40000", "500", true, "10365 500"},   // beyond 16 bits: the lowest that shows it whole
+      {"300", "1E+09", true, "300 11145"},
+      {"-99999", "500", false, "-99999 500"},
+      {"100", "", false, "100 "},
   };
-  for (const auto& c : cases) {
-    std::string top = c.top;
-    std::string left = c.left;
-    EXPECT_EQ(CanRestorePlace(top, left, desktop.form2(), outside.screen), c.known)
-        << c.top << ", " << c.left;
-    EXPECT_EQ(top, c.top_then);
-    EXPECT_EQ(left, c.left_then);
+  for (auto [top, left, known, place] : cases) {
+    EXPECT_EQ(CanRestorePlace(top, left, desktop.form2(), outside.screen), known) << place;
+    EXPECT_EQ(top + " " + left, place);
   }
 }
 

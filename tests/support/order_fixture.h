@@ -5,14 +5,14 @@
 #include "ledger/ledger.h"
 #include "platform/virtual_platform.h"
 #include "session/sim_session.h"
+#include "support/matchers.h"
 #include "support/recorded_run.h"
 #include "trading/orders.h"
 
 namespace velumar {
 
 // An order desk at a bar, with a ledger in memory.
-class OrderFixture : public testing::Test {
- protected:
+struct OrderFixture : testing::Test {
   OrderFixture() {
     LedgerOpen(ledger, ":memory:");
     session.Symbol = session.Run.symbol = "ABC";

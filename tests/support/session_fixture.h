@@ -6,14 +6,14 @@
 #include "platform/virtual_platform.h"
 #include "session/sim_session.h"
 #include "session/working_store.h"
+#include "support/matchers.h"
 #include "support/recorded_run.h"
 #include "support/scratch.h"
 
 namespace velumar {
 
 // The replay's parts over one data directory with the daily series ABC, without windows.
-class SessionFixture : public testing::Test {
- protected:
+struct SessionFixture : testing::Test {
   void Store(const std::string& symbol, const std::vector<Bar>& bars, int interval = -1) {
     StoreSecurity(data, {symbol, symbol + " name", interval}, bars, cache);
   }

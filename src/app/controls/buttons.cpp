@@ -136,8 +136,20 @@ class CheckBoxView : public View<QCheckBox, CheckBox> {
     QPalette colours = palette();
     colours.setColor(QPalette::Base, green ? Colours().tick : Colours().field);
     setPalette(colours);
+    if (!model_.Text().empty()) ShowText();
     const QSignalBlocker quiet(this);
     setChecked(model_.Checked());
+  }
+
+ private:
+  void ShowText() {
+    const int box = style()->pixelMetric(QStyle::PM_IndicatorWidth) +
+                    style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
+    const QString text = ToQt(model_.Text());
+    const FittedText fitted = FitText(text, DesignFont(), QSizeF(width() - box - 2, height()));
+    setFont(fitted.font);
+    setText(fitted.shown);
+    if (fitted.shortened) setToolTip(text + QLatin1Char('\n') + ToQt(model_.ToolTip()));
   }
 };
 

@@ -31,6 +31,10 @@ class ListBoxView : public View<QListView, ListBox> {
     setTextElideMode(Qt::ElideNone);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setTabKeyNavigation(false);
+    if (!model_.Wraps()) return;
+    setWordWrap(true);
+    setResizeMode(QListView::Adjust);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   }
   void Update() override {
     View::Update();
@@ -58,7 +62,7 @@ QVariant Aligned(const Table::Column& column) {
 // The rows of a table, read when they become visible.
 class TableRows : public QAbstractTableModel {
  public:
-  explicit TableRows(const Table& table) : table_(table) {}
+  TableRows(const Table& table, const FormContext& context) : table_(table), context_(context) {}
   void Reset() {
     beginResetModel();
     endResetModel();
@@ -77,6 +81,7 @@ class TableRows : public QAbstractTableModel {
     if (role == Qt::DisplayRole) return ToQt(table_.Content().text(row, column));
     if (role == Qt::ToolTipRole && table_.Content().tip) return ToQt(table_.Content().tip(row));
     if (role == Qt::TextAlignmentRole) return Aligned(table_.Columns()[column]);
+    if (role == Qt::ForegroundRole && table_.Content().colour) return InkOf(row);
     return {};
   }
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
@@ -90,7 +95,14 @@ class TableRows : public QAbstractTableModel {
   }
 
  private:
+  QVariant InkOf(std::size_t row) const {
+    const Colour colour = table_.Content().colour(row);
+    if (colour == 0) return {};
+    return ReadableOn(context_.Look().palette.field, ToQColor(colour));
+  }
+
   const Table& table_;
+  const FormContext& context_;
 };
 
 class TableView : public View<QTableView, Table> {
@@ -99,11 +111,14 @@ class TableView : public View<QTableView, Table> {
   void Update() override {
     View::Update();
     setToolTip(QString());  // the rows have their own
-    if (shown_ == model_.Version()) return;
-    shown_ = model_.Version();
-    rows_.Reset();
-    MarkSorting();
-    FitColumns();
+    viewport()->update();
+    if (shown_ != model_.Version()) {
+      shown_ = model_.Version();
+      rows_.Reset();
+      MarkSorting();
+      FitColumns();
+    }
+    if (SelectedRows() != model_.Selected()) ShowSelection();
   }
 
  protected:
@@ -113,15 +128,19 @@ class TableView : public View<QTableView, Table> {
   }
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override {
     QTableView::selectionChanged(selected, deselected);
+    if (!showing_selection_) Pass(&Table::UserSelect, SelectedRows());
+  }
+
+ private:
+  std::vector<std::size_t> SelectedRows() const {
     std::vector<std::size_t> rows;
     for (const QModelIndex& index : selectionModel()->selectedRows()) {
       rows.push_back(static_cast<std::size_t>(index.row()));
     }
     std::ranges::sort(rows);
-    Pass(&Table::UserSelect, std::move(rows));
+    return rows;
   }
-
- private:
+  void ShowSelection();
   void MarkSorting() {
     if (!model_.on_header) return;
     horizontalHeader()->setSortIndicatorShown(true);
@@ -130,14 +149,16 @@ class TableView : public View<QTableView, Table> {
         model_.SortedBy().descending ? Qt::DescendingOrder : Qt::AscendingOrder);
   }
   void FitColumns();
+  void SetColumnWidths();
   QStringList LongestTexts() const;
   std::vector<int> ColumnWidths(const QFont& font, const QStringList& texts) const;
 
   TableRows rows_;
   unsigned shown_ = 0;  // the version of the table
+  bool showing_selection_ = false;
 };
 
-TableView::TableView(const Parts& parts) : View(parts), rows_(model_) {
+TableView::TableView(const Parts& parts) : View(parts), rows_(model_, context_) {
   constexpr int kRowPixels = 20;
   setModel(&rows_);
   setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -154,12 +175,29 @@ TableView::TableView(const Parts& parts) : View(parts), rows_(model_) {
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this, To(&Table::UserHeader));
 }
 
+// Selects the model's rows and scrolls to the first.
+void TableView::ShowSelection() {
+  showing_selection_ = true;
+  QItemSelection selection;
+  for (const std::size_t row : model_.Selected()) {
+    const QModelIndex index = rows_.index(static_cast<int>(row), 0);
+    selection.select(index, index);
+  }
+  const QModelIndex first = selection.indexes().value(0);
+  if (first.isValid()) selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+  selectionModel()->select(selection,
+                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  if (first.isValid()) scrollTo(first);
+  showing_selection_ = false;
+}
+
 // A few columns share the width. If there are many, each is as wide as its texts, in the largest
 // font that shows all columns, and the last one takes the rest.
 void TableView::FitColumns() {
   constexpr int kFewPixels = 12;
   constexpr int kManyPixels = 11;
   if (rows_.columnCount() == 0) return;
+  if (model_.Columns().front().width > 0) return SetColumnWidths();
   const bool few = rows_.columnCount() <= kFewColumns;
   QFont font = context_.Look().faces.Plain(few ? kFewPixels : kManyPixels);
   std::vector<int> widths;
@@ -178,6 +216,16 @@ void TableView::FitColumns() {
   horizontalHeader()->setSectionResizeMode(few ? QHeaderView::Stretch : QHeaderView::Interactive);
   horizontalHeader()->setStretchLastSection(!few);
   for (std::size_t i = 0; i < widths.size(); ++i) setColumnWidth(static_cast<int>(i), widths[i]);
+}
+
+void TableView::SetColumnWidths() {
+  constexpr int kPixels = 11;
+  setFont(context_.Look().faces.Plain(kPixels));
+  horizontalHeader()->setFont(font());
+  horizontalHeader()->setStretchLastSection(true);
+  for (std::size_t i = 0; i < model_.Columns().size(); ++i) {
+    setColumnWidth(static_cast<int>(i), LogicalPixels(model_.Columns()[i].width));
+  }
 }
 
 // Measures rows spread over a long table. The last column doesn't count.

@@ -55,8 +55,9 @@ class FrameView : public SurfaceView<Frame> {
     constexpr int kCaptionRoom = 4;
     QPainter painter(this);
     painter.setFont(DesignFont());
-    const QString caption = ToQt(model_.Text()).trimmed();
     const QFontMetrics metrics(painter.font());
+    const QString caption = metrics.elidedText(ToQt(model_.Text()).trimmed(), Qt::ElideMiddle,
+                                               width() - 2 * (kCaptionLeft + kCaptionRoom));
     const int line = caption.isEmpty() ? 0 : metrics.height() / 2;
     // A frame may reach slightly over the edge of its window.
     const QRect seen = rect() & parentWidget()->rect().translated(-pos());

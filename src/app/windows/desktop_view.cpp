@@ -203,10 +203,13 @@ void FormView::paintEvent(QPaintEvent*) {
 }
 
 void FormView::keyPressEvent(QKeyEvent* event) {
-  if (event->key() != Qt::Key_Escape || !form_.on_escape) return QWidget::keyPressEvent(event);
-  context_.Deliver([this] {
-    if (const auto escape = form_.on_escape) escape();
-  });
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (event->key() != Qt::Key_Escape && (!enter || event->isAutoRepeat())) {
+    return QWidget::keyPressEvent(event);
+  }
+  const auto handler = enter ? form_.on_enter : form_.on_escape;
+  if (!handler) return QWidget::keyPressEvent(event);
+  context_.Deliver(handler);
 }
 
 void FormView::StartDrag() {

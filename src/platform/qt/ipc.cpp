@@ -155,7 +155,11 @@ IpcAnswer SendIpcRequest(std::string_view name, std::string_view text,
   if (text.size() > kLongestIpcRequest) return IpcAnswer::kRefused;
   QLocalSocket socket;
   socket.connectToServer(SocketOf(name));
-  if (!socket.waitForConnected(kPatience.count())) return IpcAnswer::kNobodyListens;
+  if (!socket.waitForConnected(kPatience.count())) {
+    // A listener that hangs takes no more requests once too many wait for it.
+    const bool full = socket.state() == QLocalSocket::ConnectingState;
+    return full ? IpcAnswer::kNone : IpcAnswer::kNobodyListens;
+  }
   WriteNumbers(socket, static_cast<std::uint32_t>(text.size()));
   socket.write(text.data(), static_cast<qint64>(text.size()));
   const auto accepted = ReadNumbers<std::uint32_t>(socket, patience);

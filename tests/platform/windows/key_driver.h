@@ -7,13 +7,11 @@
 #include <cctype>
 #include <chrono>
 #include <map>
-#include <memory>
 #include <mutex>
-#include <string>
 #include <thread>
-#include <utility>
 
 #include "base/windows_text.h"
+#include "platform/eventually.h"
 #include "platform/windows/chart_desktop.h"
 
 namespace velumar {
@@ -28,8 +26,6 @@ class TypingWindow {
     busy_ = false;
     ::PostThreadMessageW(::GetWindowThreadProcessId(window_, nullptr), WM_QUIT, 0, 0);
   }
-  TypingWindow(const TypingWindow&) = delete;
-  TypingWindow& operator=(const TypingWindow&) = delete;
 
   HWND Window() const { return window_; }
   void SetBusy(bool busy) { busy_ = busy; }
@@ -107,7 +103,9 @@ class KeyDriver {
     auto opened = std::make_unique<TypingWindow>(title);
     const auto window = static_cast<WindowId>(reinterpret_cast<std::uintptr_t>(opened->Window()));
     opened_[window] = std::move(opened);
-    EXPECT_TRUE(windows_->BringToFront(title));
+    EXPECT_TRUE(Eventually([&] {
+      return windows_->BringToFront(title) && windows_->FocusedWindow() == window;
+    })) << title;
     return window;
   }
   void Minimise(WindowId window) { ::ShowWindow(opened_.at(window)->Window(), SW_MINIMIZE); }
@@ -123,15 +121,13 @@ class KeyDriver {
     if (on == HasCapsLock()) return;
     UserKey(VK_CAPITAL, true);
     UserKey(VK_CAPITAL, false);
-    caps_lock_ = on;
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));  // until every program has noticed
+    EXPECT_TRUE(Eventually([&] { return HasCapsLock() == on; }));
   }
-  bool HasCapsLock() const { return caps_lock_; }
 
  private:
-  std::map<WindowId, std::unique_ptr<TypingWindow>> opened_;
-  bool caps_lock_ = false;
+  static bool HasCapsLock() { return (::GetKeyState(VK_CAPITAL) & 1) != 0; }
 
+  std::map<WindowId, std::unique_ptr<TypingWindow>> opened_;
   std::unique_ptr<ChartWindows> windows_ = MakeWindowsChartWindows();
   std::unique_ptr<KeySender> keys_ = MakeWindowsKeySender();
 };

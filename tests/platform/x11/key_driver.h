@@ -6,11 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
-#include <memory>
 #include <optional>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 #include "platform/eventually.h"
 #include "platform/typing_target.h"
@@ -148,11 +145,6 @@ class KeyDriver {
   void SetCapsLock(bool on) {
     XkbLockModifiers(user_->xdpy, XkbUseCoreKbd, LockMask, on ? LockMask : 0u);
     XSync(user_->xdpy, False);
-  }
-  bool HasCapsLock() const {
-    XkbStateRec state{};
-    XkbGetState(user_->xdpy, XkbUseCoreKbd, &state);
-    return (state.locked_mods & LockMask) != 0;
   }
   void SwitchToLayout(unsigned number) {
     XkbLockGroup(user_->xdpy, XkbUseCoreKbd, number);

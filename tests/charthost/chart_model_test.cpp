@@ -1,11 +1,16 @@
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <functional>
 #include <numeric>
 #include <random>
 
 #include "charthost/bar_columns.h"
 #include "charthost/bar_text.h"
 #include "charthost/chart_model.h"
+#include "charthost/date_ticks.h"
+#include "charthost/view_window.h"
+#include "support/matchers.h"
 
 namespace velumar {
 namespace {
@@ -117,8 +122,8 @@ TEST(ChartModel, ShowsAllPricesOfEverySeries) {
 TEST(MovingAverage, IsTheMeanOfTheLastCloses) {
   std::vector<double> averages;
   MovingAverage({1, 2, 3, 4, 10}, 3, averages);
-  EXPECT_THAT(averages, testing::ElementsAre(testing::NanSensitiveDoubleEq(NAN),
-                                             testing::NanSensitiveDoubleEq(NAN), 2, 3, 17 / 3.0));
+  EXPECT_THAT(averages, ElementsAre(testing::NanSensitiveDoubleEq(NAN),
+                                    testing::NanSensitiveDoubleEq(NAN), 2, 3, 17 / 3.0));
   MovingAverage({67108864, 1.25F, 1.5F, 1.75F}, 3, averages);
   EXPECT_DOUBLE_EQ(averages[3], 1.5) << "after a far higher price";
 }
@@ -162,6 +167,162 @@ TEST(Readout, LeavesOutWhatTheSeriesLacks) {
             "=Mon 8 Jun 2015;=09:35:05;H=12.50;L=12.50;C=12.50;Vol=1,000,000;"
             "Change=+2.50 (+25.00%);");
   EXPECT_EQ(BarReadout(series, 1).back().tone, ReadoutTone::kUp);
+}
+
+ViewWindow Opened(int bars) {
+  ViewWindow window;
+  window.Reset(bars);
+  return window;
+}
+
+double RoomAfter(const ViewWindow& window, int bars) { return window.Last() - (bars - 1); }
+
+TEST(ViewWindow, OpensAtTheNewestBar) {
+  for (const int bars : {1, 5, 159, 160, 161, 32767}) {
+    ViewWindow window = Opened(bars + 1);
+    window.SetBars(0);
+    EXPECT_GT(window.FirstBar(), window.LastBar()) << bars;
+    window.SetBars(bars);
+    EXPECT_TRUE(window.Shows(bars - 1)) << bars;
+    EXPECT_DOUBLE_EQ(window.Span(), ViewWindow::kUsualSpan) << bars;
+    EXPECT_GE(RoomAfter(window, bars), 1.5) << bars;
+  }
+}
+
+TEST(ViewWindow, StaysWhileTheNewestBarIsInViewAndScrollsWhenItWouldLeave) {
+  ViewWindow window = Opened(500);
+  int moves = 0;
+  for (int bars = 501; bars <= 600; ++bars) {
+    const double before = window.First();
+    window.SetBars(bars);
+    ASSERT_TRUE(window.Shows(bars - 1));
+    ASSERT_DOUBLE_EQ(window.Span(), ViewWindow::kUsualSpan);
+    if (window.First() != before) {
+      ++moves;
+      EXPECT_GE(RoomAfter(window, bars), 1.5);
+    }
+  }
+  EXPECT_GT(moves, 5);
+  EXPECT_LT(moves, 25);
+}
+
+TEST(ViewWindow, KeepsItsPlaceInThePast) {
+  ViewWindow window = Opened(1000);
+  window.Pan(-400);
+  const double place = window.First();
+  for (const int bars : {1001, 1030, 1000, 700}) {
+    window.SetBars(bars);
+    EXPECT_DOUBLE_EQ(window.First(), place) << bars;
+  }
+  // Now everything that it shows is taken away.
+  window.SetBars(300);
+  EXPECT_TRUE(window.Shows(299));
+}
+
+TEST(ViewWindow, ZoomsAroundTheNewestBarOrTheMiddle) {
+  ViewWindow window = Opened(1000);
+  window.Pan(-400);
+  const double middle = (window.First() + window.Last()) / 2;
+  window.Zoom(0.5);
+  EXPECT_DOUBLE_EQ(window.Span(), ViewWindow::kUsualSpan / 2);
+  EXPECT_NEAR((window.First() + window.Last()) / 2, middle, 1e-9);
+  window.Reset(1000);
+  window.Zoom(1e-6);
+  EXPECT_TRUE(window.Shows(999));
+}
+
+TEST(ViewWindow, AlwaysShowsBarsWithinTheBoundsOfItsSpan) {
+  std::mt19937 random(7);
+  const auto between = [&](double low, double high) {
+    return std::uniform_real_distribution<double>(low, high)(random);
+  };
+  ViewWindow window = Opened(300);
+  const std::function<void()> kActs[] = {
+      [&] { window.Pan(between(-500, 500)); },
+      [&] { window.Zoom(between(0.2, 5)); },
+      [&] { window.ShowBetween(between(-300, 900), between(-300, 900)); },
+      [&] { window.SetBars(1 + static_cast<int>(random() % 600)); },
+      [&] { window.ShowOldest(); },
+      [&] { window.ShowNewest(); },
+      [&] { window.ShowAll(); }};
+  for (int i = 0; i < 20000; ++i) {
+    kActs[random() % std::size(kActs)]();
+    ASSERT_LE(window.FirstBar(), window.LastBar()) << i;
+    ASSERT_GE(window.Span(), ViewWindow::kSmallestSpan - 1e-9) << i;
+    ASSERT_LE(window.Span(), 1000) << i;
+  }
+}
+
+// Bars from 9:30 to 16:00 of the weekdays from January on, or one a day if `minutes` is 0.
+BarSeries Weekdays(int first_year, int days, int minutes) {
+  BarSeries series;
+  series.has_times = minutes > 0;
+  for (std::chrono::sys_days day = std::chrono::year(first_year) / 1 / 1; days > 0;
+       day += std::chrono::days(1)) {
+    if (std::chrono::weekday(day).iso_encoding() > 5) continue;
+    --days;
+    const std::chrono::year_month_day date = day;
+    const unsigned month_day = unsigned(date.month()) * 100 + unsigned(date.day());
+    for (int minute = 570; minute<960; minute += minutes> 0 ? minutes : 390) {
+      series.dates.push_back(int(date.year()) * 10000 + static_cast<int>(month_day));
+      series.times.push_back(minute / 60 * 10000 + minute % 60 * 100);
+    }
+  }
+  return series;
+}
+
+std::string Texts(const std::vector<DateTick>& ticks) {
+  std::string texts;
+  for (const DateTick& tick : ticks) {
+    texts += (texts.empty() ? "" : " | ") + tick.text + (tick.strong ? "*" : "");
+  }
+  return texts;
+}
+
+TEST(DateTicks, NameYearsMonthsDaysOrTimesByZoom) {
+  const BarSeries daily = Weekdays(2003, 3000, 0);
+  const BarSeries minutes = Weekdays(2004, 300, 5);
+  const std::tuple<const BarSeries&, AxisStretch, const char*> cases[] = {
+      {daily,
+       {0, 2999, 0.3},
+       "2003 | 2004 | 2005 | 2006 | 2007 | 2008 | 2009 | 2010 | 2011 | 2012 | 2013 | 2014"},
+      {daily, {230, 560, 2}, "2004* | Apr | Jul | Oct | 2005*"},
+      {daily, {350, 390, 20}, "10 May 2004 | 17 | 24 | 31 | Jun* | 14 | 21 | 28"},
+      {daily, {258, 268, 80}, "29 | 30 | 31 | 2004* | 2 | 5 | 6 | 7 | 8 | 9 | 12"},
+      {minutes, {100, 600, 2}, "5 Jan 2004 | 6 | 7 | 8 | 9 | 12"},
+      {minutes, {150, 240, 8}, "5 Jan* | 11:00 | 12:00 | 13:00 | 14:00 | 15:00 | 6 Jan*"},
+  };
+  for (const auto& [series, stretch, texts] : cases) {
+    EXPECT_EQ(Texts(DateTicks(series, stretch, 64)), texts);
+  }
+}
+
+TEST(DateTicks, KeepTheirDistanceAtEveryZoom) {
+  const BarSeries daily = Weekdays(2000, 5000, 0);
+  const BarSeries minutes = Weekdays(2004, 100, 15);
+  for (const BarSeries* series : {&daily, &minutes}) {
+    for (double pixels = 0.05; pixels < 150; pixels *= 1.3) {
+      const int last = std::min(series->size() - 1, 700 + static_cast<int>(1200 / pixels));
+      const auto ticks = DateTicks(*series, {700, last, pixels}, 64);
+      const bool wide = last - 700 > 200 / pixels && pixels < 60;
+      EXPECT_TRUE(!wide || !ticks.empty()) << pixels;
+      for (std::size_t i = 0; i < ticks.size(); ++i) {
+        EXPECT_TRUE(ticks[i].bar >= 700 && ticks[i].bar <= last);
+        EXPECT_FALSE(ticks[i].text.empty());
+        const double distance = i == 0 ? 64 : (ticks[i].bar - ticks[i - 1].bar) * pixels;
+        EXPECT_GE(distance, 64) << pixels;
+      }
+    }
+  }
+}
+
+TEST(DateTicks, SurviveDamagedDatesAndEmptyStretches) {
+  BarSeries series;
+  series.dates = {0, -5, 99999999, 20041399, 20040101, 20040101};
+  series.times = {0, -1, 999999, 0, 0, 0};
+  series.has_times = true;
+  EXPECT_FALSE(DateTicks(series, {0, 5, 200}, 64).empty());
+  EXPECT_TRUE(DateTicks(series, {3, 2, 10}, 64).empty());
 }
 
 }  // namespace

@@ -1,8 +1,0 @@
-#include "import/zone_database.h"
-
-namespace velumar {
-
-// The library reads the system's zones.
-void PrepareZones() {}
-
-}  // namespace velumar

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "forms/control.h"
+#include "import/price_import.h"
+
+namespace velumar {
+
+enum class FileState : std::uint8_t {
+  kWaiting,  // to be read, with its present options
+  kNotRead,  // the reading was cancelled
+  kReady,
+  kAsks,
+  kRefused,
+  kImported,
+  kFailed
+};
+
+// A price file of a batch: what the user has decided, and what became of it.
+struct BatchFile {
+  std::filesystem::path path;
+  ImportOptions options;
+  FileState state = FileState::kWaiting;
+  Understanding understood;  // of the last reading
+  // What makes the prices tradable; it is applied once by itself, and then only by the user.
+  int tradable_scale = 1;
+  // The questions that answers for all files have answered, so that none is answered twice.
+  std::vector<std::string> answered;
+  ImportReport report;
+  std::string failure;
+};
+
+// The files of an import window. Nothing here reads or writes a file.
+class ImportBatch {
+ public:
+  // Adds the price files among the paths, those of folders included. Other paths become lines that
+  // say so. A file that is listed already is read again.
+  void Add(std::vector<std::filesystem::path> paths);
+
+  std::size_t Size() const { return files_.size(); }
+  const BatchFile& At(std::size_t file) const { return files_.at(file); }
+  std::size_t Count(FileState state) const;
+  // The files in that state, in their order.
+  std::vector<std::size_t> In(FileState state) const;
+  // The next file to read: the preferred one if it is waiting.
+  std::optional<std::size_t> NextWaiting(std::size_t preferred) const;
+  void StopWaiting();
+
+  // Reads the file again with other options. A line of a file that isn't a price file stays.
+  void Decide(std::size_t file, ImportOptions options);
+  // Answers the first question of a file, and with `for_all` the same question of all others, those
+  // that are still to be read included.
+  void Answer(std::size_t file, std::size_t answer, bool for_all);
+  // The files whose first question is the same as that of this file, itself included.
+  std::size_t WithSameQuestion(std::size_t file) const;
+
+  // The result of a reading with the present options. If a default or an answer for all files
+  // changes the options, the file waits again.
+  void Take(std::size_t file, Understanding understood);
+  void TakeReport(std::size_t file, ImportReport report);
+  void TakeFailure(std::size_t file, std::string why);
+
+  // The columns of the list of files.
+  enum Column : std::uint8_t { kFile, kSymbol, kInterval, kFirstDay, kLastDay, kBars, kRemarks };
+  std::string Text(std::size_t file, std::size_t column) const;
+  // The whole path and all remarks, one a line.
+  std::string Tip(std::size_t file) const;
+  Colour Ink(std::size_t file) const;
+
+ private:
+  // Remembers nothing of a file that is not a price file.
+  void AddFile(const std::filesystem::path& path, Remember remember);
+  bool AnswerByItself(BatchFile& file);
+
+  std::vector<BatchFile> files_;
+  // What the user has answered for all files: the kind of a question and the text of its answer.
+  std::vector<std::pair<std::string, std::string>> answers_;
+};
+
+// True for a price file, and for a folder with at least one.
+bool HoldsPrices(const std::filesystem::path& path);
+// What was understood of the way in which a file is written, one sentence a line, remarks first.
+std::vector<std::string> UnderstoodLines(const Understanding& understood);
+// "12 new bars, 3 changed, 1 missing in the file kept".
+std::string ReportText(const ImportReport& report);
+// "1 file", "3 files".
+std::string Counted(std::size_t count, std::string_view what);
+
+}  // namespace velumar
