@@ -209,7 +209,7 @@ std::span<const PriceRow> PriceReader::Next() {
   state.counts.rows += static_cast<std::int64_t>(state.rows.size());
   state.format.price_decimals = state.row_reader.PriceDecimals();
   state.format.encoding = state.source.EncodingName();
-  if (state.format.zone.empty()) state.format.zone = state.row_reader.Zone();
+  if (!state.row_reader.Zone().empty()) state.format.zone = state.row_reader.Zone();
   return state.rows;
 }
 
