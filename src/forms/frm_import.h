@@ -31,7 +31,7 @@ class FrmImport : public Form {
   static constexpr std::size_t kFewAnswers = 3;
   static constexpr Look kCaption{.colour = kBlue};
   static constexpr Look kHeading{.colour = kBlue, .bold = true};
-  static constexpr Look kAsks{.colour = kRed, .points = 9, .bold = true};
+  static constexpr Look kAsks{.colour = kRed, .points = 10, .bold = true};
   static constexpr Look kResult{.colour = kDarkBlue};
   static constexpr Look kStatus{.colour = kDarkBlue, .points = 9};
   static constexpr std::string_view kZoneTip =

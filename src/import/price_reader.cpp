@@ -1,11 +1,13 @@
 #include "import/price_reader.h"
 
 #include <algorithm>
-#include <utility>
+#include <string>
+#include <unordered_set>
 
 #include "import/column_scan.h"
 #include "import/field_text.h"
 #include "import/line_fields.h"
+#include "import/plain_rows.h"
 #include "import/row_reader.h"
 #include "import/table_format.h"
 #include "import/text_source.h"
@@ -83,7 +85,10 @@ struct PriceReader::State {
         block(source.Next()),
         table(Recognise(block, file, options)),
         splitter(table.separator),
-        row_reader(table, ShiftOfScale(options.scale)) {
+        row_reader(table, ShiftOfScale(options.scale)),
+        plain_rows(table, row_reader, ShiftOfScale(options.scale)) {
+    rows.reserve(kRowsAtOnce);
+    lines.reserve(kRowsAtOnce);
     format.container = source.Container();
     format.encoding = source.EncodingName();
     format.separator = table.separator;
@@ -106,19 +111,30 @@ struct PriceReader::State {
   }
 
   void Read(std::string_view line) {
-    if (IsBlankLine(line)) return;
+    PriceRow& row = rows.emplace_back();
+    row.line = line_number;
+    if (end_error.empty() && plain_rows.Read(line, row)) {
+      lines.push_back(line);
+      return;
+    }
+    rows.pop_back();
+    if (IsBlankLine(line) || line_number == table.header_line) return;
     try {
       const std::vector<std::string_view>& fields = splitter.Split(line);
-      if (line_number < table.first_row_line || IsNoRow(line)) {
+      if (IsNoRow(line) || (line_number < table.first_row_line && !row_reader.HasDate(fields))) {
         ++counts.other_lines;
       } else if (row_reader.LacksPrice(fields) && row_reader.HasDate(fields)) {
-        if (counts.skipped++ == 0) counts.first_skipped_line = line_number;
+        CountSkipped();
       } else {
         ReadRow(line, fields);
       }
     } catch (const ImportError& error) {
       throw ImportError("line " + std::to_string(line_number) + ": " + error.what());
     }
+  }
+
+  void CountSkipped() {
+    if (counts.skipped++ == 0) counts.first_skipped_line = line_number;
   }
 
   bool IsNoRow(std::string_view line) const { return line.front() == '#' || line == table.header; }
@@ -128,16 +144,35 @@ struct PriceReader::State {
     try {
       row_reader.Read(fields, row);
     } catch (const ImportError& error) {
-      if (!LooksLikeFooter(line, fields) || row_reader.HasDate(fields)) throw;
-      if (footers++ == 0)
-        footer_error = "line " + std::to_string(line_number) + ": " + error.what();
+      const bool has_date = row_reader.HasDate(fields);
+      const bool is_end = has_date ? row_reader.IsCutOff(fields) : LooksLikeFooter(line, fields);
+      if (!is_end) throw;
+      if (end_error.empty()) {
+        end_error = error.what();
+        end_line = line_number;
+      }
+      if (has_date) {
+        CountSkipped();
+      } else {
+        ++counts.other_lines;
+      }
       return;
     }
-    // What looked like a footer was not at the end.
-    if (footers > 0) throw ImportError(footer_error);
+    // What can only stand at the end did not.
+    if (!end_error.empty()) {
+      line_number = end_line;
+      throw ImportError(end_error);
+    }
     row.line = line_number;
+    row.ticker = Kept(row.ticker);
+    row.period = Kept(row.period);
     rows.push_back(row);
     lines.push_back(line);
+  }
+
+  // The fields of a quoted line are gone with the next one.
+  std::string_view Kept(std::string_view text) {
+    return text.empty() ? text : *kept.emplace(text).first;
   }
 
   TextSource source;
@@ -145,13 +180,16 @@ struct PriceReader::State {
   TableFormat table;
   LineFields splitter;
   RowReader row_reader;
+  PlainRows plain_rows;
   FileFormat format;
   RowCounts counts;
   std::int64_t line_number = 0;
-  std::int64_t footers = 0;
-  std::string footer_error;
+  // Of the first footer or cut off row.
+  std::string end_error;
+  std::int64_t end_line = 0;
   std::vector<PriceRow> rows;
-  std::vector<std::string_view> lines;  // of the rows
+  std::vector<std::string_view> lines;   // of the rows
+  std::unordered_set<std::string> kept;  // tickers and periods
 };
 
 PriceReader::PriceReader(const std::filesystem::path& file, const ImportOptions& options)
@@ -165,13 +203,13 @@ std::span<const PriceRow> PriceReader::Next() {
   State& state = *state_;
   state.rows.clear();
   state.lines.clear();
+  state.kept.clear();
   std::string_view line;
   while (state.rows.size() < kRowsAtOnce && state.NextLine(line)) state.Read(line);
   state.counts.rows += static_cast<std::int64_t>(state.rows.size());
-  if (state.rows.empty()) state.counts.other_lines += std::exchange(state.footers, 0);
   state.format.price_decimals = state.row_reader.PriceDecimals();
   state.format.encoding = state.source.EncodingName();
-  if (state.format.zone.empty()) state.format.zone = state.row_reader.Zone();
+  if (!state.row_reader.Zone().empty()) state.format.zone = state.row_reader.Zone();
   return state.rows;
 }
 

@@ -13,7 +13,21 @@ namespace velumar {
 namespace {
 
 constexpr std::string_view kNotAPriceFile =
-    "Its name does not end in .csv, .txt, .tsv, .prn, .zip or .gz.";
+    "not a file whose name ends in .csv, .txt, .tsv, .prn, .zip or .gz";
+
+bool IsFolder(const std::filesystem::path& path) {
+  std::error_code unreadable;
+  return std::filesystem::is_directory(path, unreadable);
+}
+
+// None if the folder can't be read.
+std::vector<std::filesystem::path> FilesOfFolder(const std::filesystem::path& folder) {
+  try {
+    return PriceFilesIn({folder});
+  } catch (const ImportError&) {
+    return {};
+  }
+}
 
 const ImportQuestion& FirstQuestion(const BatchFile& file) {
   return file.understood.questions.front();
@@ -172,18 +186,21 @@ std::string Counted(std::size_t count, std::string_view what) {
   return std::to_string(count) + " " + std::string(what) + (count == 1 ? "" : "s");
 }
 
-void ImportBatch::Add(const std::vector<std::filesystem::path>& paths) {
-  std::vector<std::filesystem::path> folders;
-  std::vector<std::filesystem::path> files;
-  for (const std::filesystem::path& path : paths) {
-    std::error_code unreadable;
-    const bool folder = std::filesystem::is_directory(path, unreadable);
-    (folder ? folders : files).push_back(path);
+bool HoldsPrices(const std::filesystem::path& path) {
+  return IsFolder(path) ? !FilesOfFolder(path).empty() : IsPriceFile(path);
+}
+
+void ImportBatch::Add(std::vector<std::filesystem::path> paths) {
+  std::ranges::sort(paths);
+  for (const auto& path : paths) {
+    if (!IsFolder(path) && IsPriceFile(path)) AddFile(path, Remember::kFile);
   }
-  for (const auto& file : PriceFilesIn(files)) AddFile(file, Remember::kFile);
-  for (const auto& file : PriceFilesIn(folders)) AddFile(file, Remember::kFolder);
-  for (const auto& file : files) {
-    if (!IsPriceFile(file)) AddFile(file, Remember::kNothing);
+  for (const auto& path : paths) {
+    if (!IsFolder(path)) continue;
+    for (const auto& file : FilesOfFolder(path)) AddFile(file, Remember::kFolder);
+  }
+  for (const auto& path : paths) {
+    if (!HoldsPrices(path)) AddFile(path, Remember::kNothing);
   }
 }
 

@@ -41,9 +41,9 @@ struct BatchFile {
 // The files of an import window. Nothing here reads or writes a file.
 class ImportBatch {
  public:
-  // Adds the price files among the paths, those of folders included. Paths of other files become
-  // lines that say so. A file that is listed already is read again.
-  void Add(const std::vector<std::filesystem::path>& paths);
+  // Adds the price files among the paths, those of folders included. Other paths become lines that
+  // say so. A file that is listed already is read again.
+  void Add(std::vector<std::filesystem::path> paths);
 
   std::size_t Size() const { return files_.size(); }
   const BatchFile& At(std::size_t file) const { return files_.at(file); }
@@ -85,6 +85,8 @@ class ImportBatch {
   std::vector<std::pair<std::string, std::string>> answers_;
 };
 
+// True for a price file, and for a folder with at least one.
+bool HoldsPrices(const std::filesystem::path& path);
 // What was understood of the way in which a file is written, one sentence a line, remarks first.
 std::vector<std::string> UnderstoodLines(const Understanding& understood);
 // "12 new bars, 3 changed, 1 missing in the file kept".

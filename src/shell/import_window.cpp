@@ -91,7 +91,7 @@ std::vector<SampleRow> ShownRows(const Understanding& understood) {
 }
 
 // Line, text and bar.
-std::string RowText(const SampleRow& row, std::size_t column) {
+std::string RowText(const SampleRow& row, std::size_t column, bool timed) {
   if (row.line == 0) return column == 1 ? "..." : "";
   const Bar& bar = row.bar;
   const std::array prices = {bar.open, bar.high, bar.low, bar.close, bar.volume};
@@ -103,7 +103,7 @@ std::string RowText(const SampleRow& row, std::size_t column) {
     case 2:
       return IsoDate(bar.date);
     case 3:
-      return bar.time == 0 ? "" : PatternText(bar.time, kTimePattern);
+      return timed ? PatternText(bar.time, kTimePattern) : "";
     default:
       return PriceText(prices.at(column - 4));
   }
@@ -218,14 +218,14 @@ void ImportWindow::Offer(const std::vector<std::string>& paths, std::string_view
   std::vector<std::filesystem::path> native;
   native.reserve(paths.size());
   for (const std::string& path : paths) native.push_back(NativePath(path));
-  if (PriceFilesIn(native).empty()) {
+  if (std::ranges::none_of(native, HoldsPrices)) {
     return platform_.boxes.Show(kPriceFiles, BoxIcon::kInformation);
   }
   if (directory != directory_ && task_ != Task::kImport) desktop_.Unload(Window());
   FrmImport& form = desktop_.frmImport();
   if (batch_.Size() == 0) directory_ = directory;
   form.SetCaption("Import into " + PathText(NativePath(directory_).make_preferred()));
-  batch_.Add(native);
+  batch_.Add(std::move(native));
   ShowList();
   ShowFile();
   ShowTask();
@@ -552,11 +552,14 @@ void ImportWindow::ShowBoxes(const BatchFile& file) {
 
 void ImportWindow::ShowLines(const Understanding& understood) {
   const auto rows = std::make_shared<const std::vector<SampleRow>>(ShownRows(understood));
-  Window().lstRows.SetContent(
-      {rows->size(),
-       [rows](std::size_t row, std::size_t column) { return RowText(rows->at(row), column); },
-       [rows](std::size_t row) { return rows->at(row).text; },
-       {}});
+  const bool timed =
+      std::ranges::any_of(*rows, [](const SampleRow& row) { return row.bar.time != 0; });
+  Window().lstRows.SetContent({rows->size(),
+                               [rows, timed](std::size_t row, std::size_t column) {
+                                 return RowText(rows->at(row), column, timed);
+                               },
+                               [rows](std::size_t row) { return rows->at(row).text; },
+                               {}});
 }
 
 void ImportWindow::ShowTask() {

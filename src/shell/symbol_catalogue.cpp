@@ -1,6 +1,8 @@
 #include "shell/symbol_catalogue.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "base/paths.h"
@@ -140,7 +142,9 @@ void SymbolCatalogue::SetPeriod(std::string_view interval) {
 }
 
 bool SymbolCatalogue::OfferImport() {
-  if (PriceFilesIn({NativePath(session_.DataDir)}).empty()) return false;
+  const std::filesystem::path folder = NativePath(session_.DataDir);
+  std::error_code missing;
+  if (!std::filesystem::is_directory(folder, missing) || !HoldsPrices(folder)) return false;
   import_.Offer({session_.DataDir}, session_.DataDir);
   return true;
 }

@@ -99,10 +99,11 @@ void TradePanel::BindBigDisplays() {
 
 void TradePanel::RestorePlace(BigWindow& window) {
   const SettingsStore& settings = platform_.settings;
-  std::string top = settings.Read(window.Name() + "Top").value_or("0");
-  std::string left = settings.Read(window.Name() + "Left").value_or("0");
+  // A text that is not a number is no place. "0" is one: the upper edge of the screen.
+  std::string top = settings.Read(window.Name() + "Top").value_or("");
+  std::string left = settings.Read(window.Name() + "Left").value_or("");
   first_places_[&window] = {window.Top(), window.Left()};
-  if (!CanRestorePlace(top, left, window, platform_.screen)) return;
+  if (!IsShownAt(top, left, window, platform_.screen)) return;
   window.SetTop(PlaceFromText(top));
   window.SetLeft(PlaceFromText(left));
 }
@@ -113,17 +114,31 @@ void TradePanel::SavePlace(const BigWindow& window) {
   platform_.settings.Save(window.Name() + "Left", PlaceText(window.Left()));
 }
 
+void TradePanel::SaveBigPlaces() {
+  Desktop::Windows& windows = desktop_.Untouched();
+  for (const BigWindow* window :
+       {&windows.frmBigDateTime, &windows.frmBigScore, &windows.frmBigPrice}) {
+    if (window->Loaded()) SavePlace(*window);
+  }
+}
+
 void TradePanel::Load() {
   Form3& form = Window();
   closing_ = false;
-  // Each run starts with its market's default quantity.
-  if (const auto quantity = DefaultQuantity(session_.DataDir))
-    form.txtContractVol.SetText(*quantity);
   form.imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
-  RestartAccount();
   ShapeSmallWindow(form);
   LoadOpacity(form, form.HScrollx, platform_.settings, kPanelOpacityKey);
   form.Image1.SetSize(form.Width(), form.Height());
+  BeginRun();
+}
+
+void TradePanel::BeginRun() {
+  // Each run starts with its market's default quantity.
+  if (const auto quantity = DefaultQuantity(session_.DataDir)) {
+    Window().txtContractVol.SetText(*quantity);
+  }
+  StartAccount(session_, run_);
+  account_.MarkAll();
   IgnoringErrors([this] { Place(); });
   ShowStatus(session_, run_, platform_.locale);
 }
@@ -131,16 +146,8 @@ void TradePanel::Load() {
 void TradePanel::ShowForRun() {
   const bool was_loaded = desktop_.Untouched().form3.Loaded();
   Form3& form = Window();  // loading starts the account
-  if (was_loaded) {
-    RestartAccount();
-    ShowStatus(session_, run_, platform_.locale);
-  }
+  if (was_loaded) BeginRun();
   form.Show();
-}
-
-void TradePanel::RestartAccount() {
-  StartAccount(session_, run_);
-  account_.MarkAll();
 }
 
 // Below the navigator's saved place, not where it was dragged since.

@@ -22,6 +22,8 @@ class TradePanel {
   // Shows the panel for a run. The account starts with what is entered now, even if the panel was
   // opened earlier.
   void ShowForRun();
+  // Saves where the big displays were dragged that are still open.
+  void SaveBigPlaces();
 
  private:
   void BindPanel();
@@ -29,7 +31,7 @@ class TradePanel {
   void RestorePlace(BigWindow& window);
   void SavePlace(const BigWindow& window);
   void Load();
-  void RestartAccount();
+  void BeginRun();
   void Place();
   void DelayChanged(bool whole);
   void BigNumbersToggled();

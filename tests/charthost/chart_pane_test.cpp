@@ -58,6 +58,26 @@ TEST_F(ChartPaneTest, ZoomsAndPansWithKeysAndMouse) {
   EXPECT_TRUE(window.Shows(299));
 }
 
+TEST_F(ChartPaneTest, ZoomsAtThePointerAndNotBelowEightBars) {
+  const auto pane = Open("SCB");
+  const ViewWindow& window = pane->Window();
+  const auto roll = [&](int steps) {
+    const QPointF place(300, 200);
+    QWheelEvent wheel(place, pane->Plot().mapToGlobal(place), {}, {0, 120 * steps}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&pane->Plot(), &wheel);
+  };
+  const double share = 300.0 / pane->Plot().width();
+  const double bar = window.First() + share * window.Span();
+  roll(3);
+  EXPECT_LT(window.Span(), ViewWindow::kUsualSpan);
+  EXPECT_NEAR(window.First() + share * window.Span(), bar, 8);
+  roll(60);
+  const double first = window.First();
+  roll(1);
+  EXPECT_DOUBLE_EQ(window.First(), first) << "a zoom at its limit scrolls nothing";
+}
+
 // The series rises and falls on every other day, and has a volume each day.
 TEST_F(ChartPaneTest, DrawsRisingAndFallingBarsInTheirColours) {
   const Palette& colours = Palette::Light();
