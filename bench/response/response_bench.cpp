@@ -221,8 +221,8 @@ class Trader {
   std::unique_ptr<RunningProgram> program_;
 };
 
-void Line(const char* what, double measured, const char* unit, const char* goal) {
-  std::printf("%-44s %9.1f %s   (goal %s)\n", what, measured, unit, goal);
+void Line(const char* what, double measured, const char* unit, const char* bound) {
+  std::printf("%-44s %9.1f %s   (%s)\n", what, measured, unit, bound);
   std::fflush(stdout);
 }
 
@@ -230,28 +230,28 @@ void Measure() {
   constexpr int kSteps = 200;
   const std::vector<double> bare = BareRepaints(kSteps);
   Trader trader("0.001");
-  Line("Start to the chart, program not running", trader.Start(), "ms", "2000");
-  Line("Feed at the shortest pause, one chart", trader.BarsPerSecond(), "bars/s", "25");
+  Line("Start to the chart, program not running", trader.Start(), "ms", "goal 2000");
+  Line("Feed at the shortest pause, one chart", trader.BarsPerSecond(), "bars/s", "goal 25");
   trader.Pause();
   const std::vector<double> steps = trader.Steps("Right", kSteps, 1);
-  Line("Next to the changed chart, median of 200", steps[kSteps / 2], "ms", "50");
-  Line("Next to the changed chart, worst of 200", steps.back(), "ms", "100");
+  Line("Next to the changed chart, median of 200", steps[kSteps / 2], "ms", "goal 50");
+  Line("Next to the changed chart, worst of 200", steps.back(), "ms", "goal 100");
   Line("  a bare repaint of this size, median", bare[kSteps / 2], "ms", "the bound");
   Line("  a bare repaint of this size, worst", bare.back(), "ms", "the bound");
   constexpr int kFastSteps = 20;
   Line("30 bars forward, median of 20", trader.Steps("Next", kFastSteps, 30)[kFastSteps / 2], "ms",
-       "80");
+       "goal 80");
   Line("30 bars back, median of 20", trader.Steps("Prior", kFastSteps, -30)[kFastSteps / 2], "ms",
-       "80");
+       "goal 80");
   const auto [held, after] = trader.Hold("Right");
-  Line("Right held down", held, "bars/s", "as the feed");
-  Line("Bars after its release", after, "bars", "1");
+  Line("Right held down", held, "bars/s", "goal as the feed");
+  Line("Bars after its release", after, "bars", "goal 1");
   for (int chart = 2; chart <= 4; ++chart) trader.OpenAnotherChart(chart);
   trader.Play();
-  Line("Feed at the shortest pause, four charts", trader.BarsPerSecond(), "bars/s", "15");
+  Line("Feed at the shortest pause, four charts", trader.BarsPerSecond(), "bars/s", "goal 15");
   trader.Pause();
   trader.Return();
-  Line("Start to the chart, program running", trader.Start(), "ms", "700");
+  Line("Start to the chart, program running", trader.Start(), "ms", "goal 700");
 }
 
 }  // namespace
