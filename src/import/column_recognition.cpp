@@ -305,7 +305,7 @@ class Recognition {
       if (!sample_.is_row[i] || sample_.lines[i].size() < first + 4) continue;
       std::array<float, 4> prices{};
       for (std::size_t k = 0; k < prices.size(); ++k) {
-        prices[k] = NumberIn(sample_.lines[i][first + k], style).value_or(0);
+        prices[k] = NumberIn(sample_.lines[i][first + k], style).value_or(PriceNumber{}).value;
       }
       const auto [lowest, highest] = std::ranges::minmax(prices);
       if (lowest == 0) continue;  // missing
@@ -332,8 +332,8 @@ class Recognition {
     for (std::size_t i = 0; i < sample_.lines.size(); ++i) {
       const std::vector<std::string>& fields = sample_.lines[i];
       if (!sample_.is_row[i] || fields.size() <= column) continue;
-      const float value = NumberIn(fields[column], style).value_or(0);
-      const float price = NumberIn(fields[close], style).value_or(0);
+      const float value = NumberIn(fields[column], style).value_or(PriceNumber{}).value;
+      const float price = NumberIn(fields[close], style).value_or(PriceNumber{}).value;
       if (value < price / 2 || value > price * 2) return false;
     }
     return true;

@@ -58,7 +58,7 @@ bool Jumps(const SampleTable& sample, std::span<const std::size_t> columns, Numb
   for (const std::size_t column : columns) {
     float before = 0;
     for (const std::string_view field : sample.Column(column)) {
-      const float value = NumberIn(field, style).value_or(0);
+      const float value = NumberIn(field, style).value_or(PriceNumber{}).value;
       if (before > 0 && value > 0 && (value > before * kJump || before > value * kJump)) {
         return true;
       }

@@ -3,16 +3,26 @@
 #include <algorithm>
 #include <cstring>
 
+#include "import/field_text.h"
 #include "import/price_number.h"
 
 namespace velumar {
+
+namespace {
+
+// Quotes and blanks around a field are RowReader's.
+bool NeedsCare(std::string_view field) {
+  return !field.empty() &&
+         (field.front() == '"' || IsBlank(field.front()) || IsBlank(field.back()));
+}
+
+}  // namespace
 
 PlainRows::PlainRows(const TableFormat& format, RowReader& reader, int shift)
     : format_(format),
       reader_(reader),
       shift_(shift),
       decimal_(format.numbers.decimal_comma ? ',' : '.'),
-      has_time_(format.Place(PriceField::kTime).has_value()),
       has_adjusted_(format.Place(PriceField::kAdjustedClose).has_value()) {
   const bool one_price = format.Place(PriceField::kOpen) == format.Place(PriceField::kClose);
   const bool has_parts = format.Place(PriceField::kUpVolume).has_value();
@@ -27,13 +37,13 @@ PlainRows::Step PlainRows::StepOf(std::size_t column) const {
       {PriceField::kTime, {Kind::kTime}},
       {PriceField::kTicker, {Kind::kTicker}},
       {PriceField::kPeriod, {Kind::kPeriod}},
-      {PriceField::kOpen, {Kind::kPrice, &Bar::open}},
-      {PriceField::kHigh, {Kind::kPrice, &Bar::high}},
-      {PriceField::kLow, {Kind::kPrice, &Bar::low}},
-      {PriceField::kClose, {Kind::kPrice, &Bar::close}},
-      {PriceField::kAdjustedClose, {Kind::kPrice}},
-      {PriceField::kVolume, {Kind::kQuantity, &Bar::volume}},
-      {PriceField::kOpenInterest, {Kind::kQuantity, &Bar::open_interest}}};
+      {PriceField::kOpen, {Kind::kNumber, &Bar::open, true}},
+      {PriceField::kHigh, {Kind::kNumber, &Bar::high, true}},
+      {PriceField::kLow, {Kind::kNumber, &Bar::low, true}},
+      {PriceField::kClose, {Kind::kNumber, &Bar::close, true}},
+      {PriceField::kAdjustedClose, {Kind::kNumber, nullptr, true}},
+      {PriceField::kVolume, {Kind::kNumber, &Bar::volume}},
+      {PriceField::kOpenInterest, {Kind::kNumber, &Bar::open_interest}}};
   for (const auto& [field, step] : steps) {
     if (format_.Place(field) == column) return step;
   }
@@ -41,44 +51,44 @@ PlainRows::Step PlainRows::StepOf(std::size_t column) const {
 }
 
 bool PlainRows::Read(std::string_view line, PriceRow& row) {
+  if (steps_.empty()) return false;
+  const char* at = line.data();
+  const char* const end = at + line.size();
   std::string_view date;
   std::string_view time;
-  std::size_t left = steps_.size();
-  for (const Step& step : steps_) {
-    if (step.value != nullptr || step.kind == Step::Kind::kPrice) {
-      if (!ReadNumber(step, line, row)) return false;
+  const Step* const last = &steps_.back();
+  for (const Step* step = steps_.data();; ++step) {
+    if (step->kind == Step::Kind::kNumber) {
+      if (!ReadNumber(*step, at, end, row)) return false;
     } else {
-      const void* const found = std::memchr(line.data(), format_.separator, line.size());
-      const std::size_t size =
-          found ? static_cast<std::size_t>(static_cast<const char*>(found) - line.data())
-                : line.size();
-      const std::string_view field = line.substr(0, size);
-      line.remove_prefix(size);
-      if (field.find('"') != std::string_view::npos) return false;
-      if (step.kind == Step::Kind::kDate) date = field;
-      if (step.kind == Step::Kind::kTime) time = field;
-      if (step.kind == Step::Kind::kTicker) row.ticker = field;
-      if (step.kind == Step::Kind::kPeriod) row.period = field;
+      const void* const found =
+          std::memchr(at, format_.separator, static_cast<std::size_t>(end - at));
+      const char* const field_end = found ? static_cast<const char*>(found) : end;
+      const std::string_view field(at, static_cast<std::size_t>(field_end - at));
+      at = field_end;
+      if (NeedsCare(field)) return false;
+      if (step->kind == Step::Kind::kDate) date = field;
+      if (step->kind == Step::Kind::kTime) time = field;
+      if (step->kind == Step::Kind::kTicker) row.ticker = field;
+      if (step->kind == Step::Kind::kPeriod) row.period = field;
     }
-    --left;
-    if (line.empty() != (left == 0)) return false;
-    if (left > 0) {
-      if (line.front() != format_.separator) return false;
-      line.remove_prefix(1);
-    }
+    if (step == last) break;
+    if (at == end || *at != format_.separator) return false;
+    ++at;
   }
-  if (steps_.empty()) return false;
+  if (at != end) return false;
   if (!has_adjusted_) row.adjusted_close = row.bar.close;
   return reader_.ReadUsualMoment(date, time, row);
 }
 
-bool PlainRows::ReadNumber(const Step& step, std::string_view& rest, PriceRow& row) {
-  const bool is_price = step.kind == Step::Kind::kPrice;
-  const std::string_view start = rest;
-  const auto number = TakePlainNumber(rest, decimal_, is_price ? shift_ : 0);
-  if (!number) return false;
-  if (is_price) reader_.NoteDecimals(*number, start.substr(0, start.size() - rest.size()));
-  (step.value ? row.bar.*step.value : row.adjusted_close) = number->value;
+bool PlainRows::ReadNumber(const Step& step, const char*& at, const char* end, PriceRow& row) {
+  const char* const start = at;
+  PriceNumber number;
+  if (!TakePlainNumber(at, end, decimal_, step.is_price ? shift_ : 0, number)) return false;
+  if (step.is_price) {
+    reader_.NoteDecimals(number, {start, static_cast<std::size_t>(at - start)});
+  }
+  (step.value ? row.bar.*step.value : row.adjusted_close) = number.value;
   return true;
 }
 

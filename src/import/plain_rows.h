@@ -21,19 +21,19 @@ class PlainRows {
  private:
   // What is done with a column.
   struct Step {
-    enum class Kind : std::uint8_t { kSkip, kDate, kTime, kPrice, kQuantity, kTicker, kPeriod };
+    enum class Kind : std::uint8_t { kSkip, kDate, kTime, kNumber, kTicker, kPeriod };
     Kind kind = Kind::kSkip;
     float Bar::*value = nullptr;  // null for the adjusted close
+    bool is_price = false;
   };
 
   Step StepOf(std::size_t column) const;
-  bool ReadNumber(const Step& step, std::string_view& rest, PriceRow& row);
+  bool ReadNumber(const Step& step, const char*& at, const char* end, PriceRow& row);
 
   const TableFormat& format_;
   RowReader& reader_;
   int shift_;
   char decimal_;
-  bool has_time_;
   bool has_adjusted_;
   std::vector<Step> steps_;
 };

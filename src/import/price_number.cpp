@@ -28,7 +28,12 @@ constexpr std::array<double, 23> kPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1
 // middle of two floats could have been rounded to there.
 std::optional<float> NearestFloat(std::uint64_t digits, int exponent) {
   if (digits >= 1ULL << 53 || exponent > 22 || exponent < -22) return std::nullopt;
-  if (digits == 0) return 0.0F;
+  // With both exact in 24 bits, so is the quotient's rounding.
+  constexpr std::uint64_t kExact = 1ULL << 24;
+  if (digits < kExact && exponent <= 0 && exponent >= -10) {
+    return static_cast<float>(static_cast<std::int32_t>(digits)) /
+           static_cast<float>(kPowersOfTen[static_cast<std::size_t>(-exponent)]);
+  }
   const auto whole = static_cast<double>(static_cast<std::int64_t>(digits));
   const double value = exponent < 0 ? whole / kPowersOfTen[static_cast<std::size_t>(-exponent)]
                                     : whole * kPowersOfTen[static_cast<std::size_t>(exponent)];
@@ -41,10 +46,7 @@ std::optional<float> NearestFloat(std::uint64_t digits, int exponent) {
   return static_cast<float>(value);
 }
 
-[[noreturn]] void RefuseNumber(std::string_view field) {
-  if (field.empty()) throw ImportError("is empty");
-  throw ImportError("\"" + std::string(field) + "\" is not a number");
-}
+enum class Outcome : std::uint8_t { kNumber, kNoNumber, kNotStorable };
 
 bool TakeStart(std::string_view& text, std::string_view start) {
   if (!text.starts_with(start)) return false;
@@ -115,14 +117,13 @@ bool TakeWhole(std::string_view& text, NumberStyle style, std::string& plain) {
 }
 
 // A number with a sign, groups, an exponent or many digits.
-PriceNumber ReadAny(std::string_view field, NumberStyle style, int shift) {
-  std::string_view text = field;
+Outcome ReadAny(std::string_view text, NumberStyle style, int shift, PriceNumber& number) {
   std::string plain;
   if (text.starts_with('-')) plain = "-";
   if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
   TakeUnits(text);
   int exponent = shift + TakeMagnitude(text);
-  if (!TakeWhole(text, style, plain)) RefuseNumber(field);
+  if (!TakeWhole(text, style, plain)) return Outcome::kNoNumber;
   int decimals = 0;
   if (text.starts_with(style.decimal_comma ? ',' : '.')) {
     text.remove_prefix(1);
@@ -131,57 +132,86 @@ PriceNumber ReadAny(std::string_view field, NumberStyle style, int shift) {
       plain += text.front();
     }
   }
-  if (plain.find_first_of("0123456789") == std::string::npos) RefuseNumber(field);
+  if (plain.find_first_of("0123456789") == std::string::npos) return Outcome::kNoNumber;
   if (text.starts_with('e') || text.starts_with('E')) {
     text.remove_prefix(1);
     if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
     const auto own = ExactNumber<std::int16_t>(text);
-    if (!own) RefuseNumber(field);
+    if (!own) return Outcome::kNoNumber;
     exponent += *own;
     text = {};
   }
-  if (!text.empty()) RefuseNumber(field);
+  if (!text.empty()) return Outcome::kNoNumber;
   const bool zero = plain.find_first_of("123456789") == std::string::npos;
   plain += 'e' + std::to_string(exponent);
   const auto value = zero ? 0.0F : ExactNumber<float>(plain);
   const auto stored = value ? MbfFromFloat(*value) : std::nullopt;
   if (!stored || FloatFromMbf(*stored) != *value || (*value == 0 && !zero)) {
-    throw ImportError("\"" + std::string(field) +
-                      "\" can't be stored; numbers are 0 or between 1.2E-38 and 1.7E+38");
+    return Outcome::kNotStorable;
   }
-  return {*value, std::max(decimals - exponent, 0)};
+  number = {*value, std::max(decimals - exponent, 0)};
+  return Outcome::kNumber;
+}
+
+Outcome Read(std::string_view field, NumberStyle style, int shift, PriceNumber& number) {
+  const char* at = field.data();
+  const char* const end = at + field.size();
+  if (TakePlainNumber(at, end, style.decimal_comma ? ',' : '.', shift, number) && at == end) {
+    return Outcome::kNumber;
+  }
+  return ReadAny(field, style, shift, number);
 }
 
 }  // namespace
 
-std::optional<PriceNumber> TakePlainNumber(std::string_view& text, char decimal, int shift) {
+bool TakePlainNumber(const char*& at, const char* end, char decimal, int shift,
+                     PriceNumber& number) {
   constexpr std::ptrdiff_t kMostDigits = 19;
-  const char* const start = text.data();
-  const char* const end = start + text.size();
-  const char* at = start;
+  const char* const start = at;
+  const char* next = at;
   std::uint64_t digits = 0;
-  for (; at != end && IsDigit(*at); ++at) digits = digits * 10 + static_cast<unsigned>(*at - '0');
-  std::ptrdiff_t count = at - start;
-  int decimals = 0;
-  if (at != end && *at == decimal) {
-    const char* const point = at++;
-    for (; at != end && IsDigit(*at); ++at) {
-      digits = digits * 10 + static_cast<unsigned>(*at - '0');
+  const auto take_digits = [&] {
+    for (; next != end && IsDigit(*next); ++next) {
+      digits = digits * 10 + static_cast<unsigned>(*next - '0');
     }
-    decimals = static_cast<int>(at - point - 1);
+  };
+  take_digits();
+  std::ptrdiff_t count = next - start;
+  int decimals = 0;
+  if (next != end && *next == decimal) {
+    const char* const point = next++;
+    take_digits();
+    decimals = static_cast<int>(next - point - 1);
     count += decimals;
   }
-  if (count == 0 || count > kMostDigits) return std::nullopt;
+  if (count == 0 || count > kMostDigits) return false;
   const auto value = NearestFloat(digits, shift - decimals);
-  if (!value) return std::nullopt;
-  text.remove_prefix(static_cast<std::size_t>(at - start));
-  return PriceNumber{*value, std::max(decimals - shift, 0)};
+  if (!value) return false;
+  at = next;
+  number.value = *value;
+  number.decimals = std::max(decimals - shift, 0);
+  return true;
+}
+
+std::optional<PriceNumber> NumberIn(std::string_view field, NumberStyle style) {
+  PriceNumber number;
+  if (Read(field, style, 0, number) != Outcome::kNumber) return std::nullopt;
+  return number;
 }
 
 PriceNumber ReadNumber(std::string_view field, NumberStyle style, int shift) {
-  std::string_view rest = field;
-  const auto plain = TakePlainNumber(rest, style.decimal_comma ? ',' : '.', shift);
-  return plain && rest.empty() ? *plain : ReadAny(field, style, shift);
+  PriceNumber number;
+  switch (Read(field, style, shift, number)) {
+    case Outcome::kNumber:
+      return number;
+    case Outcome::kNoNumber:
+      if (field.empty()) throw ImportError("is empty");
+      throw ImportError("\"" + std::string(field) + "\" is not a number");
+    case Outcome::kNotStorable:
+      break;
+  }
+  throw ImportError("\"" + std::string(field) +
+                    "\" can't be stored; numbers are 0 or between 1.2E-38 and 1.7E+38");
 }
 
 bool IsMissingWord(std::string_view field) {

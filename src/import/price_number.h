@@ -24,9 +24,14 @@ struct PriceNumber {
 // stored in market data.
 PriceNumber ReadNumber(std::string_view field, NumberStyle style, int shift);
 
-// Takes a number of nothing but digits and at most one decimal sign from the start of a text, like
-// ReadNumber. Nothing, with the text unchanged, if there is none or the fast way does not do.
-std::optional<PriceNumber> TakePlainNumber(std::string_view& text, char decimal, int shift);
+// The same without a shift; nothing instead of an error.
+std::optional<PriceNumber> NumberIn(std::string_view field, NumberStyle style);
+
+// Takes a number of nothing but digits and at most one decimal sign from `at` on, as ReadNumber
+// does, and moves `at` behind it. Returns false, with `at` unchanged, if there is none or the fast
+// way does not do.
+bool TakePlainNumber(const char*& at, const char* end, char decimal, int shift,
+                     PriceNumber& number);
 
 bool IsMissingWord(std::string_view field);
 // True for what stands for a missing value: nothing, "null", "N/A", "-", ...

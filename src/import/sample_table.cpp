@@ -5,13 +5,14 @@
 #include <map>
 
 #include "base/dates.h"
+#include "import/field_text.h"
 #include "import/line_fields.h"
 
 namespace velumar {
 
 namespace {
 
-constexpr std::size_t kEnoughLines = 400;
+constexpr std::size_t kEnoughLines = 300;
 constexpr std::array kSeparators = {',', ';', '\t', '|', ' '};
 
 std::vector<std::string> FieldsOf(LineFields& splitter, std::string_view line) {
@@ -103,6 +104,10 @@ SampleTable SplitSample(std::span<const TextLine> lines, const DateStyle& dates)
   SampleTable best;
   int best_score = 0;
   for (const char separator : kSeparators) {
+    const bool occurs = std::ranges::any_of(lines, [&](const TextLine& line) {
+      return line.text.find(separator) != std::string_view::npos;
+    });
+    if (!occurs) continue;
     int score = 0;
     SampleTable table = SplitWith(separator, lines, dates, score);
     if (score <= best_score) continue;
@@ -113,15 +118,8 @@ SampleTable SplitSample(std::span<const TextLine> lines, const DateStyle& dates)
   RefuseSample(lines, dates);
 }
 
-std::optional<float> NumberIn(std::string_view field, NumberStyle style) {
-  try {
-    return ReadNumber(field, style, 0).value;
-  } catch (const ImportError&) {
-    return std::nullopt;
-  }
-}
-
 bool LooksLikeNumber(std::string_view field) {
+  if (std::ranges::none_of(field, IsDigit)) return false;
   return NumberIn(field, {false}) || NumberIn(field, {true});
 }
 
@@ -147,6 +145,7 @@ bool LooksLikeDate(std::string_view field, const DateStyle& style) {
 }
 
 bool LooksLikeDateText(std::string_view field) {
+  if (std::ranges::none_of(field, IsDigit)) return false;
   for (const DateOrder order :
        {DateOrder::kDayMonthYear, DateOrder::kMonthDayYear, DateOrder::kYearMonthDay}) {
     const auto moment = ReadDateText(field, order);

@@ -28,8 +28,6 @@ struct SampleTable {
 // Throws ImportError, naming the first line that begins like a row, if none is.
 SampleTable SplitSample(std::span<const TextLine> lines, const DateStyle& dates);
 
-// Nothing if the field is no number in this style.
-std::optional<float> NumberIn(std::string_view field, NumberStyle style);
 // A number in some style.
 bool LooksLikeNumber(std::string_view field);
 // A Unix time of the years 1973 to 2286, in any unit.
