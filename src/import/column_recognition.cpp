@@ -49,10 +49,15 @@ class ColumnValues {
       return moment && (IsRealTime(*moment->time) || IsRealTime(*other->time));
     });
   }
-  bool HaveColons(std::size_t column) const {
-    return MostAre(sample_.Column(column), [](std::string_view field) {
-      return field.find(':') != std::string_view::npos;
+  // Times that can't be anything else: with colons or leading zeros.
+  bool AreClockTimes(std::size_t column) const {
+    const auto fields = sample_.Column(column);
+    const bool has_zero = std::ranges::any_of(fields, [](std::string_view field) {
+      return field.starts_with('0') && field.size() > 3 && std::ranges::all_of(field, IsDigit);
     });
+    return AreTimes(column) && (has_zero || MostAre(fields, [](std::string_view field) {
+                                  return field.find(':') != std::string_view::npos;
+                                }));
   }
   bool AreMissing(std::size_t column) const { return sample_.Column(column).empty(); }
   // Whole numbers that rise by one.
@@ -132,14 +137,20 @@ class Recognition {
     format_.header_line = lines_[line].number;
     format_.header = std::string(lines_[line].text);
     while (titles.size() > sample_.width && titles.back().empty()) titles.pop_back();
-    // Some programs number the rows, but leave no room for that in the header.
-    if (titles.size() + 1 == sample_.width && values_.CountRows(0)) {
-      titles.insert(titles.begin(), "");
-    }
+    if (titles.size() + 1 == sample_.width) InsertMissing(titles);
     format_.width = titles.size();
     titles.resize(std::max(titles.size(), sample_.width));
     format_.columns.assign(titles.size(), {});
     for (std::size_t i = 0; i < titles.size(); ++i) format_.columns[i].title = titles[i];
+  }
+
+  // Some programs number the rows without a title, or have one title for date and time.
+  void InsertMissing(Titles& titles) const {
+    if (values_.CountRows(0)) {
+      titles.insert(titles.begin(), "");
+    } else if (sample_.width > 1 && values_.AreDates(0) && values_.AreClockTimes(1)) {
+      titles.insert(titles.begin() + 1, "");
+    }
   }
 
   Titles HeaderTitles() const {
@@ -225,7 +236,7 @@ class Recognition {
     const std::size_t column = *Place(PriceField::kDate) + 1;
     if (Place(PriceField::kTime) || column >= sample_.width || !IsFree(column)) return;
     const bool before_open = Place(PriceField::kOpen) == column + 1 && format_.header_line == 0;
-    if (!values_.AreTimes(column) || !(values_.HaveColons(column) || before_open)) return;
+    if (!values_.AreClockTimes(column) && !(before_open && values_.AreTimes(column))) return;
     Set(PriceField::kTime, column, "holds times");
   }
 
@@ -265,6 +276,7 @@ class Recognition {
   }
 
   bool ArePrices(std::size_t first, std::size_t high, std::size_t low, NumberStyle style) const {
+    bool judged = false;
     for (std::size_t i = 0; i < sample_.lines.size(); ++i) {
       if (!sample_.is_row[i] || sample_.lines[i].size() < first + 4) continue;
       std::array<float, 4> prices{};
@@ -276,8 +288,9 @@ class Recognition {
       constexpr float kMostOfOneBar = 3;
       if (prices[high] != highest || prices[low] != lowest) return false;
       if (highest > 0 && highest > lowest * kMostOfOneBar) return false;
+      judged = true;
     }
-    return true;
+    return judged;
   }
 
   // The next column, unless its numbers are as large as the prices. What further ones mean is not
@@ -347,7 +360,11 @@ class Recognition {
   // it follows a column that isn't used.
   void RequireNoStrayFields() const {
     if (format_.header_line == 0 || sample_.width <= format_.width) return;
-    if (sample_.width == format_.width + 1 && IsFree(format_.width - 1)) return;
+    const std::size_t open = *Place(PriceField::kOpen);
+    const bool in_order = Place(PriceField::kHigh) == open + 1 &&
+                          Place(PriceField::kLow) == open + 2 &&
+                          (ArePrices(open, 1, 2, {false}) || ArePrices(open, 1, 2, {true}));
+    if (sample_.width == format_.width + 1 && IsFree(format_.width - 1) && in_order) return;
     throw ImportError("line " + std::to_string(lines_[sample_.first_row].number) + ": has " +
                       std::to_string(sample_.width) + " fields, the header has " +
                       std::to_string(format_.width));

@@ -136,6 +136,7 @@ ImportOptions OptionsOf(const Json& json) {
       .interval = NumberIn(json, "interval"),
       .date_format = TextIn(json, "date_format"),
       .date_order = ChoiceIn(json, "date_order", kDateOrders),
+      .decimal_comma = BoolIn(json, "decimal_comma"),
       .prices = ChoiceIn(json, "prices", kPrices),
       .label = ChoiceIn(json, "label", kLabels),
       .scale = NumberIn(json, "scale").value_or(1),

@@ -12,7 +12,6 @@ namespace velumar {
 namespace {
 
 constexpr std::size_t kMostFields = 1000;
-constexpr std::string_view kBlanks = " \t";
 
 }  // namespace
 
@@ -63,9 +62,9 @@ void LineFields::SplitPlain(std::string_view line) {
 
 void LineFields::SplitAtBlanks(std::string_view line) {
   for (;;) {
-    line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
+    line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
     if (line.empty()) return;
-    const std::size_t length = std::min(line.find_first_of(kBlanks), line.size());
+    const std::size_t length = std::min(line.find(' '), line.size());
     Add(line.substr(0, length));
     line.remove_prefix(length);
   }

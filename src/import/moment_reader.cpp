@@ -105,7 +105,8 @@ void MoveMidnight(Moment& moment) {
 }
 
 Moment MomentReader::Date(std::string_view field) {
-  if (field.size() == last_size_ && std::memcmp(field.data(), last_text_.data(), last_size_) == 0) {
+  if (last_size_ > 0 && field.size() == last_size_ &&
+      std::memcmp(field.data(), last_text_.data(), last_size_) == 0) {
     return {.date = last_date_};
   }
   const auto moment = ReadDate(field);

@@ -28,10 +28,10 @@ constexpr std::array<double, 23> kPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1
 // middle of two floats could have been rounded to there.
 std::optional<float> NearestFloat(std::uint64_t digits, int exponent) {
   if (digits >= 1ULL << 53 || exponent > 22 || exponent < -22) return std::nullopt;
-  const auto whole = static_cast<double>(digits);
+  if (digits == 0) return 0.0F;
+  const auto whole = static_cast<double>(static_cast<std::int64_t>(digits));
   const double value = exponent < 0 ? whole / kPowersOfTen[static_cast<std::size_t>(-exponent)]
                                     : whole * kPowersOfTen[static_cast<std::size_t>(exponent)];
-  if (digits == 0) return 0.0F;
   constexpr double kSmallest = 1e-37;
   constexpr double kLargest = 1e38;
   if (value < kSmallest || value > kLargest) return std::nullopt;
@@ -39,26 +39,6 @@ std::optional<float> NearestFloat(std::uint64_t digits, int exponent) {
   constexpr std::uint64_t kMiddle = 1ULL << 28;
   if ((std::bit_cast<std::uint64_t>(value) & kBelowFloat) == kMiddle) return std::nullopt;
   return static_cast<float>(value);
-}
-
-// Digits with at most one decimal sign: nearly all numbers.
-std::optional<PriceNumber> ReadPlain(std::string_view text, char decimal, int shift) {
-  constexpr std::size_t kMostDigits = 19;
-  if (text.empty() || text.size() > kMostDigits) return std::nullopt;
-  std::uint64_t digits = 0;
-  int decimals = 0;
-  std::size_t at = 0;
-  while (at < text.size() && IsDigit(text[at])) digits = digits * 10 + (text[at++] - '0');
-  if (at < text.size()) {
-    if (text[at] != decimal || text.size() == 1) return std::nullopt;
-    const std::size_t point = at++;
-    while (at < text.size() && IsDigit(text[at])) digits = digits * 10 + (text[at++] - '0');
-    if (at != text.size()) return std::nullopt;
-    decimals = static_cast<int>(at - point - 1);
-  }
-  const auto value = NearestFloat(digits, shift - decimals);
-  if (!value) return std::nullopt;
-  return PriceNumber{*value, std::max(decimals - shift, 0)};
 }
 
 [[noreturn]] void RefuseNumber(std::string_view field) {
@@ -174,14 +154,39 @@ PriceNumber ReadAny(std::string_view field, NumberStyle style, int shift) {
 
 }  // namespace
 
-PriceNumber ReadNumber(std::string_view field, NumberStyle style, int shift) {
-  const auto plain = ReadPlain(field, style.decimal_comma ? ',' : '.', shift);
-  return plain ? *plain : ReadAny(field, style, shift);
+std::optional<PriceNumber> TakePlainNumber(std::string_view& text, char decimal, int shift) {
+  constexpr std::ptrdiff_t kMostDigits = 19;
+  const char* const start = text.data();
+  const char* const end = start + text.size();
+  const char* at = start;
+  std::uint64_t digits = 0;
+  for (; at != end && IsDigit(*at); ++at) digits = digits * 10 + static_cast<unsigned>(*at - '0');
+  std::ptrdiff_t count = at - start;
+  int decimals = 0;
+  if (at != end && *at == decimal) {
+    const char* const point = at++;
+    for (; at != end && IsDigit(*at); ++at) {
+      digits = digits * 10 + static_cast<unsigned>(*at - '0');
+    }
+    decimals = static_cast<int>(at - point - 1);
+    count += decimals;
+  }
+  if (count == 0 || count > kMostDigits) return std::nullopt;
+  const auto value = NearestFloat(digits, shift - decimals);
+  if (!value) return std::nullopt;
+  text.remove_prefix(static_cast<std::size_t>(at - start));
+  return PriceNumber{*value, std::max(decimals - shift, 0)};
 }
 
-bool IsMissing(std::string_view field) {
-  if (field.empty()) return true;
-  if (IsDigit(field.front()) || field.size() > 5) return false;
+PriceNumber ReadNumber(std::string_view field, NumberStyle style, int shift) {
+  std::string_view rest = field;
+  const auto plain = TakePlainNumber(rest, style.decimal_comma ? ',' : '.', shift);
+  return plain && rest.empty() ? *plain : ReadAny(field, style, shift);
+}
+
+bool IsMissingWord(std::string_view field) {
+  constexpr std::size_t kLongest = 5;
+  if (field.size() > kLongest) return false;
   static constexpr std::string_view kMissing[] = {"-",    "--",     "NULL",   "N/A",  "NA",
                                                   "NAN",  "#N/A",   ".",      "NONE", "NIL",
                                                   "N.A.", "\u2013", "\u2014", "?"};

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
+
+#include "import/field_text.h"
 
 namespace velumar {
 
@@ -21,8 +24,15 @@ struct PriceNumber {
 // stored in market data.
 PriceNumber ReadNumber(std::string_view field, NumberStyle style, int shift);
 
+// Takes a number of nothing but digits and at most one decimal sign from the start of a text, like
+// ReadNumber. Nothing, with the text unchanged, if there is none or the fast way does not do.
+std::optional<PriceNumber> TakePlainNumber(std::string_view& text, char decimal, int shift);
+
+bool IsMissingWord(std::string_view field);
 // True for what stands for a missing value: nothing, "null", "N/A", "-", ...
-bool IsMissing(std::string_view field);
+inline bool IsMissing(std::string_view field) {
+  return field.empty() || (!IsDigit(field.front()) && IsMissingWord(field));
+}
 
 // The number of decimals in the shortest text that reads back as the same float.
 int DecimalsOf(float value);

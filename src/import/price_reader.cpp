@@ -1,11 +1,11 @@
 #include "import/price_reader.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "import/column_scan.h"
 #include "import/field_text.h"
 #include "import/line_fields.h"
+#include "import/plain_rows.h"
 #include "import/row_reader.h"
 #include "import/table_format.h"
 #include "import/text_source.h"
@@ -83,7 +83,10 @@ struct PriceReader::State {
         block(source.Next()),
         table(Recognise(block, file, options)),
         splitter(table.separator),
-        row_reader(table, ShiftOfScale(options.scale)) {
+        row_reader(table, ShiftOfScale(options.scale)),
+        plain_rows(table, row_reader, ShiftOfScale(options.scale)) {
+    rows.reserve(kRowsAtOnce);
+    lines.reserve(kRowsAtOnce);
     format.container = source.Container();
     format.encoding = source.EncodingName();
     format.separator = table.separator;
@@ -106,19 +109,34 @@ struct PriceReader::State {
   }
 
   void Read(std::string_view line) {
-    if (IsBlankLine(line)) return;
+    PriceRow& row = rows.emplace_back();
+    row.line = line_number;
+    if (end_error.empty() && plain_rows.Read(line, row)) {
+      lines.push_back(line);
+      return;
+    }
+    rows.pop_back();
+    if (IsBlankLine(line) || line_number == table.header_line) return;
     try {
       const std::vector<std::string_view>& fields = splitter.Split(line);
-      if (line_number < table.first_row_line || IsNoRow(line)) {
+      if (IsNoRow(line) || (line_number < table.first_row_line && !row_reader.HasDate(fields))) {
         ++counts.other_lines;
       } else if (row_reader.LacksPrice(fields) && row_reader.HasDate(fields)) {
-        if (counts.skipped++ == 0) counts.first_skipped_line = line_number;
+        CountSkipped();
       } else {
         ReadRow(line, fields);
       }
     } catch (const ImportError& error) {
-      throw ImportError("line " + std::to_string(line_number) + ": " + error.what());
+      throw ImportError(AtLine(error));
     }
+  }
+
+  std::string AtLine(const ImportError& error) const {
+    return "line " + std::to_string(line_number) + ": " + error.what();
+  }
+
+  void CountSkipped() {
+    if (counts.skipped++ == 0) counts.first_skipped_line = line_number;
   }
 
   bool IsNoRow(std::string_view line) const { return line.front() == '#' || line == table.header; }
@@ -128,13 +146,19 @@ struct PriceReader::State {
     try {
       row_reader.Read(fields, row);
     } catch (const ImportError& error) {
-      if (!LooksLikeFooter(line, fields) || row_reader.HasDate(fields)) throw;
-      if (footers++ == 0)
-        footer_error = "line " + std::to_string(line_number) + ": " + error.what();
+      const bool has_date = row_reader.HasDate(fields);
+      const bool is_end = has_date ? row_reader.IsCutOff(fields) : LooksLikeFooter(line, fields);
+      if (!is_end) throw;
+      if (end_error.empty()) end_error = AtLine(error);
+      if (has_date) {
+        CountSkipped();
+      } else {
+        ++counts.other_lines;
+      }
       return;
     }
-    // What looked like a footer was not at the end.
-    if (footers > 0) throw ImportError(footer_error);
+    // What can only stand at the end did not.
+    if (!end_error.empty()) throw ImportError(end_error);
     row.line = line_number;
     rows.push_back(row);
     lines.push_back(line);
@@ -145,11 +169,11 @@ struct PriceReader::State {
   TableFormat table;
   LineFields splitter;
   RowReader row_reader;
+  PlainRows plain_rows;
   FileFormat format;
   RowCounts counts;
   std::int64_t line_number = 0;
-  std::int64_t footers = 0;
-  std::string footer_error;
+  std::string end_error;  // of the first footer or cut off row
   std::vector<PriceRow> rows;
   std::vector<std::string_view> lines;  // of the rows
 };
@@ -168,7 +192,6 @@ std::span<const PriceRow> PriceReader::Next() {
   std::string_view line;
   while (state.rows.size() < kRowsAtOnce && state.NextLine(line)) state.Read(line);
   state.counts.rows += static_cast<std::int64_t>(state.rows.size());
-  if (state.rows.empty()) state.counts.other_lines += std::exchange(state.footers, 0);
   state.format.price_decimals = state.row_reader.PriceDecimals();
   state.format.encoding = state.source.EncodingName();
   if (state.format.zone.empty()) state.format.zone = state.row_reader.Zone();

@@ -61,7 +61,8 @@ bool RowReader::LacksPrice(const Fields& fields) const {
 
 void RowReader::Read(const Fields& fields, PriceRow& row) {
   RequireWidth(fields);
-  ReadMoment(fields, row);
+  const auto time = format_.Place(PriceField::kTime);
+  ReadMoment(fields[*format_.Place(PriceField::kDate)], time ? fields[*time] : "", row);
   row.bar.open = Price(fields, PriceField::kOpen);
   row.bar.high = Price(fields, PriceField::kHigh);
   row.bar.low = Price(fields, PriceField::kLow);
@@ -92,11 +93,10 @@ void RowReader::RequireWidth(const Fields& fields) const {
                     std::to_string(format_.width));
 }
 
-void RowReader::ReadMoment(const Fields& fields, PriceRow& row) {
-  Moment moment = Named(PriceField::kDate,
-                        [&] { return moments_.Date(fields[*format_.Place(PriceField::kDate)]); });
-  if (const auto place = format_.Place(PriceField::kTime)) {
-    const Moment own = Named(PriceField::kTime, [&] { return moments_.Time(fields[*place]); });
+void RowReader::ReadMoment(std::string_view date, std::string_view time, PriceRow& row) {
+  Moment moment = Named(PriceField::kDate, [&] { return moments_.Date(date); });
+  if (format_.Place(PriceField::kTime)) {
+    const Moment own = Named(PriceField::kTime, [&] { return moments_.Time(time); });
     // Many files repeat the date as "2020-01-02 00:00" next to the real time.
     if (moment.time.value_or(0) != 0 && moment.time != own.time) {
       throw ImportError("the time in the date differs from the one in its own column");
@@ -114,6 +114,15 @@ void RowReader::ReadMoment(const Fields& fields, PriceRow& row) {
   zone_ = moment.utc_offset ? OffsetText(*moment.utc_offset) : std::string(moment.zone);
 }
 
+bool RowReader::ReadUsualMoment(std::string_view date, std::string_view time, PriceRow& row) {
+  try {
+    ReadMoment(date, time, row);
+    return true;
+  } catch (const ImportError&) {
+    return false;
+  }
+}
+
 float RowReader::Price(const Fields& fields, PriceField field) {
   const std::string_view text = fields[*format_.Place(field)];
   const PriceNumber number = Named(field, [&] {
@@ -123,13 +132,14 @@ float RowReader::Price(const Fields& fields, PriceField field) {
     }
     return ReadNumber(text, format_.numbers, shift_);
   });
-  if (number.decimals > price_decimals_) {
-    const auto zeros = static_cast<int>(text.size() - text.find_last_not_of('0') - 1);
-    if (number.decimals - zeros > price_decimals_) {
-      price_decimals_ = std::max(price_decimals_, DecimalsOf(number.value));
-    }
-  }
+  NoteDecimals(number, text);
   return number.value;
+}
+
+void RowReader::RaiseDecimals(const PriceNumber& number, std::string_view text) {
+  const auto zeros = static_cast<int>(text.size() - text.find_last_not_of('0') - 1);
+  if (number.decimals - zeros <= price_decimals_) return;
+  price_decimals_ = std::max(price_decimals_, DecimalsOf(number.value));
 }
 
 float RowReader::Quantity(const Fields& fields, PriceField field) const {

@@ -143,6 +143,10 @@ bool LooksLikeDate(std::string_view field, const DateStyle& style) {
     const auto date = ReadSixDigits(field);
     return date && IsRealDate(*date);
   }
+  return LooksLikeDateText(field) || LooksLikeUnixTime(field);
+}
+
+bool LooksLikeDateText(std::string_view field) {
   for (const DateOrder order :
        {DateOrder::kDayMonthYear, DateOrder::kMonthDayYear, DateOrder::kYearMonthDay}) {
     const auto moment = ReadDateText(field, order);
@@ -150,7 +154,7 @@ bool LooksLikeDate(std::string_view field, const DateStyle& style) {
       return true;
     }
   }
-  return LooksLikeUnixTime(field);
+  return false;
 }
 
 }  // namespace velumar

@@ -34,6 +34,8 @@ std::optional<float> NumberIn(std::string_view field, NumberStyle style);
 bool LooksLikeNumber(std::string_view field);
 // A Unix time of the years 1973 to 2286, in any unit.
 bool LooksLikeUnixTime(std::string_view field);
+// A date of this and the last century, as a text.
+bool LooksLikeDateText(std::string_view field);
 bool LooksLikeDate(std::string_view field, const DateStyle& style);
 
 }  // namespace velumar

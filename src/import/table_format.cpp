@@ -74,9 +74,7 @@ void DecideDates(const Fields& fields, const ImportOptions& options, TableFormat
     RequireYearFirst(fields, format.columns[*format.Place(PriceField::kDate)].title);
     return;
   }
-  const bool is_text = std::ranges::any_of(fields, [](std::string_view field) {
-    return ReadDateText(field, DateOrder::kDayMonthYear).has_value();
-  });
+  const bool is_text = std::ranges::any_of(fields, LooksLikeDateText);
   if (!is_text) {
     SetUnixUnit(fields, style);
     format.zone = "UTC";

@@ -164,26 +164,26 @@ TEST(FileName, GivesSymbolAndInterval) {
       {"DAX-30", "DAX-30", 0, true},
       {"BTC-USD", "BTC-USD", 0, true},
       {"BRK.B_D", "BRK.B", kDaily, true},
-      {"XAUUSD.H4", "XAUUSD", 240, false},
+      {"XAUUSD.H4", "XAUUSD", 240, true},
       {"spx_5min", "SPX", 5, true},
-      {"NASDAQ_AAPL, 1W", "NASDAQ_AAPL", 10080, false}};
+      {"NASDAQ_AAPL, 1W", "NASDAQ_AAPL", 10080, true}};
   for (const auto& [stem, symbol, interval, certain] : cases) {
     const NameGuess guess = GuessFromName(stem);
     EXPECT_EQ(guess.symbol, symbol) << stem;
     EXPECT_EQ(guess.interval.value_or(0), interval) << stem;
-    if (interval != 240 && interval != 10080) EXPECT_EQ(guess.certain, certain) << stem;
+    EXPECT_EQ(guess.certain, certain) << stem;
   }
 }
 
 TEST(Aggregation, MergesBarsThatStartInTheSameInterval) {
-  const Bar a{20200102, 93000, 10, 12, 9, 11, 100, 1};
-  const Bar b{20200102, 93100, 11, 15, 11, 14, 200, 2};
-  const Bar c{20200102, 93400, 14, 14, 5, 6, 16777217, 3};
+  const Bar a{20200102, 93000, 10, 12, 9, 11, 16777216, 1};
+  const Bar b{20200102, 93100, 11, 15, 11, 14, 1, 2};
+  const Bar c{20200102, 93400, 14, 14, 5, 6, 1, 3};
   const Bar d{20200102, 93500, 6, 7, 6, 7, 1, 4};
   const Bar e{20200103, 93400, 6, 7, 6, 7, 1, 5};
   const BuiltSeries built = Build({a, b, c, d, e}, With(5));
   ASSERT_EQ(built.refusal, "");
-  EXPECT_THAT(built.parts.at(0), ElementsAre(Bar{20200102, 93000, 10, 15, 5, 6, 16777516, 3},
+  EXPECT_THAT(built.parts.at(0), ElementsAre(Bar{20200102, 93000, 10, 15, 5, 6, 16777218, 3},
                                              Bar{20200102, 93500, 6, 7, 6, 7, 1, 4},
                                              Bar{20200103, 93000, 6, 7, 6, 7, 1, 5}));
 }
