@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -65,23 +66,56 @@ void BM_OrderWithoutDisk(benchmark::State& state) {
 }
 BENCHMARK(BM_OrderWithoutDisk)->Unit(benchmark::kMicrosecond);
 
+// In an empty ledger and in one of 131,072 rows.
 void BM_OrderWithDisk(benchmark::State& state) {
   Desk desk(FreshFile("velumar-large-orders.mdb"));
+  desk.Trade();
+  for (std::int64_t rows = 2; rows < state.range(0); rows *= 2) {
+    desk.ledger.ForWriting().Execute(
+        "INSERT INTO MyPortfolio SELECT * FROM MyPortfolio;"
+        "INSERT INTO Details SELECT * FROM Details");
+  }
   for (auto _ : state) desk.Trade();
   state.SetItemsProcessed(state.iterations() * 2);
 }
-BENCHMARK(BM_OrderWithDisk)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_OrderWithDisk)->Arg(0)->Arg(131072)->Unit(benchmark::kMicrosecond);
 
-// The time of the disk alone: one insert, committed and flushed.
+// The time of the disk alone: inserts of one row, each committed and flushed.
+struct BareTable {
+  explicit BareTable(const std::string& file) : database(file, SqliteDatabase::Mode::kCreate) {
+    database.Execute("PRAGMA journal_mode=WAL");
+    database.Execute("PRAGMA synchronous=FULL");
+    database.Execute("CREATE TABLE Rows (Number NUMERIC, Symbol TEXT)");
+  }
+  void CommitRow() { database.Execute("INSERT INTO Rows VALUES (1, 'ABC')"); }
+
+  SqliteDatabase database;
+};
+
+// As a program starts: each commit makes the log longer.
 void BM_BareCommitOfOneRow(benchmark::State& state) {
-  SqliteDatabase database(FreshFile("velumar-large-bare.mdb"), SqliteDatabase::Mode::kCreate);
-  database.Execute("PRAGMA journal_mode=WAL");
-  database.Execute("PRAGMA synchronous=FULL");
-  database.Execute("CREATE TABLE Rows (Number NUMERIC, Symbol TEXT)");
-  for (auto _ : state) database.Execute("INSERT INTO Rows VALUES (1, 'ABC')");
-  state.SetItemsProcessed(state.iterations());
+  constexpr int kBeforeCheckpoint = 900;
+  BareTable table(FreshFile("velumar-large-bare.mdb"));
+  int commits = 0;
+  for (auto _ : state) {
+    if (++commits % kBeforeCheckpoint == 0) {
+      state.PauseTiming();
+      table.database.Execute("PRAGMA wal_checkpoint(TRUNCATE)");
+      state.ResumeTiming();
+    }
+    table.CommitRow();
+  }
 }
 BENCHMARK(BM_BareCommitOfOneRow)->Unit(benchmark::kMicrosecond);
+
+// After more than a thousand commits, when the log is written from its beginning again.
+void BM_BareCommitIntoLongLog(benchmark::State& state) {
+  constexpr int kUntilCheckpoint = 1100;
+  BareTable table(FreshFile("velumar-large-bare.mdb"));
+  for (int i = 0; i < kUntilCheckpoint; ++i) table.CommitRow();
+  for (auto _ : state) table.CommitRow();
+}
+BENCHMARK(BM_BareCommitIntoLongLog)->Unit(benchmark::kMicrosecond);
 
 void BM_ShowStatus(benchmark::State& state) {
   Desk desk(":memory:");

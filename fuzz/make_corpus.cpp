@@ -1,5 +1,5 @@
-// make_corpus FOLDER: one good example or more for each fuzzer, in FOLDER/directory, csv, texts,
-// ledger and scores.
+// make_corpus FOLDER: one good example or more for each fuzzer, in FOLDER/directory, price_file,
+// texts, ledger and scores.
 
 #include <fstream>
 #include <iostream>
@@ -48,10 +48,16 @@ void MakeLedger(const fs::path& corpus) {
   fs::copy_file(file, corpus / "empty", fs::copy_options::overwrite_existing);
 }
 
-void MakeTexts(const fs::path& csv, const fs::path& texts) {
-  WriteFile(csv / "plain", "\nDate,Open,High,Low,Close,Volume\n20070102,10,12,9,11,500\n");
-  WriteFile(csv / "format", "%d.%m.%Y %H:%M\nDate;Time;Close\n02.01.2007 10:00;10:00;11,5\n");
-  WriteFile(csv / "iso", "\ndate\topen\thigh\tlow\tclose\n2007-01-02T10:00:00\t1\t2\t0.5\t1.5\n");
+// Without options.
+void MakePriceFiles(const fs::path& corpus) {
+  for (const auto& entry : fs::directory_iterator(PRICE_FILES)) {
+    WriteFile(corpus / entry.path().filename(), std::string(2, '\0') + ReadFile(entry.path()));
+  }
+  WriteFile(corpus / "format", std::string("\0\x0E%d.%m.%Y %H:%M", 16) +
+                                   "Date;Open;High;Low;Close\n02.01.2007 10:00;11,5;12;11;11\n");
+}
+
+void MakeTexts(const fs::path& texts) {
   WriteFile(texts / "keys", std::string(1, '\0') + "%(FO)^{TAB}+a{ENTER}{%}~");
   WriteFile(texts / "number", "\1-1,234.5e2");
   WriteFile(texts / "date", "\00131/12/2007dd/MM/yyyy");
@@ -74,11 +80,12 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::filesystem::path corpus = argv[1];
-  for (const char* kind : {"directory", "csv", "texts", "ledger", "scores"}) {
+  for (const char* kind : {"directory", "price_file", "texts", "ledger", "scores"}) {
     std::filesystem::create_directories(corpus / kind);
   }
   velumar::MakeDirectories(corpus / "directory");
-  velumar::MakeTexts(corpus / "csv", corpus / "texts");
+  velumar::MakePriceFiles(corpus / "price_file");
+  velumar::MakeTexts(corpus / "texts");
   velumar::MakeLedger(corpus / "ledger");
   velumar::MakeScores(corpus / "scores");
   return 0;

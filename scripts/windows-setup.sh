@@ -16,6 +16,7 @@ windows_libraries=(
   "curl lib/libcurl.a"
   "zlib lib/libz.a"
   "libarchive lib/libarchive.a"
+  "libcsv lib/libcsv.a"
   "howardhinnant-date lib/libdate-tz.a"
   "tzdata share/tzdata/version"
   "qt6-base lib/cmake/Qt6/qt.toolchain.cmake"

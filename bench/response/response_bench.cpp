@@ -60,6 +60,55 @@ class Input {
   std::unique_ptr<xdo_t, decltype(&xdo_free)> xdo_;
 };
 
+void Require(bool condition, const std::string& what) {
+  if (!condition) throw std::runtime_error("no sign of " + what);
+}
+
+bool Within(std::chrono::milliseconds time, const std::function<bool()>& condition) {
+  const auto end = Clock::now() + time;
+  while (!condition()) {
+    if (Clock::now() > end) return false;
+    std::this_thread::sleep_for(std::chrono::microseconds(200));
+  }
+  return true;
+}
+
+// A program writes a line as soon as it has drawn, so the size of its output is a clock.
+std::size_t SizeOf(const std::filesystem::path& output) {
+  std::error_code none;
+  return std::filesystem::exists(output) ? std::filesystem::file_size(output, none) : 0;
+}
+
+// From each key to the repainted window, sorted.
+std::vector<double> TimesOf(Input& input, const char* key, int count,
+                            const std::filesystem::path& output) {
+  std::vector<double> times;
+  for (int i = 0; i < count; ++i) {
+    const std::size_t before = SizeOf(output);
+    const auto began = Clock::now();
+    input.Tap(key);
+    Require(Within(5000ms, [&] { return SizeOf(output) > before; }), "a repainted window");
+    times.push_back(Milliseconds(Clock::now() - began));
+    std::this_thread::sleep_for(60ms);
+  }
+  std::sort(times.begin(), times.end());
+  return times;
+}
+
+// The bound: a window of the same size that only fills itself.
+std::vector<double> BareRepaints(int count) {
+  const ScratchFolder scratch;
+  const std::filesystem::path output = scratch.Sub("output");
+  const std::unique_ptr<FILE, decltype(&pclose)> window(
+      popen(("exec " VELUMAR_BARE_WINDOW " > " + output.string()).c_str(), "w"), pclose);
+  const DesktopHand hand;
+  Require(window && Eventually([&] { return hand.FrontTitle() == "Bare window"; }), "a window");
+  Input input;
+  std::vector<double> times = TimesOf(input, "Right", count, output);
+  input.Tap("Escape");
+  return times;
+}
+
 class Trader {
  public:
   explicit Trader(const char* delay) {
@@ -75,10 +124,10 @@ class Trader {
   // From the click on Start to a chart with bars.
   double Start() {
     PointAt(setup_, setup_.Image3);
-    const std::size_t before = OutputSize();
+    const std::size_t before = SizeOf(output_);
     const auto began = Clock::now();
     input_.Click();
-    Require(Within(30000ms, [&] { return OutputSize() > before && Bars() > kStartBar; }),
+    Require(Within(30000ms, [&] { return SizeOf(output_) > before && Bars() > kStartBar; }),
             "a chart");
     return Milliseconds(Clock::now() - began);
   }
@@ -98,18 +147,9 @@ class Trader {
   }
   // From the key to the changed chart, sorted.
   std::vector<double> Steps(const char* key, int count, int bars) {
-    std::vector<double> times;
     const int first = Bars();
-    for (int i = 0; i < count; ++i) {
-      const std::size_t before = OutputSize();
-      const auto began = Clock::now();
-      input_.Tap(key);
-      Require(Within(5000ms, [&] { return OutputSize() > before; }), "a step");
-      times.push_back(Milliseconds(Clock::now() - began));
-      std::this_thread::sleep_for(60ms);
-    }
+    std::vector<double> times = TimesOf(input_, key, count, output_);
     Require(Bars() == first + count * bars, "all steps");
-    std::sort(times.begin(), times.end());
     return times;
   }
   double BarsPerSecond() {
@@ -154,17 +194,6 @@ class Trader {
     input_.Tap("space");
     std::this_thread::sleep_for(1500ms);
   }
-  static void Require(bool condition, const std::string& what) {
-    if (!condition) throw std::runtime_error("no sign of " + what);
-  }
-  static bool Within(std::chrono::milliseconds time, const std::function<bool()>& condition) {
-    const auto end = Clock::now() + time;
-    while (!condition()) {
-      if (Clock::now() > end) return false;
-      std::this_thread::sleep_for(std::chrono::microseconds(200));
-    }
-    return true;
-  }
   std::optional<ScreenRect> Find(const Form& form) const {
     return hand_.Find(form.Name() == "Form1" ? "Velumar1.0" : "Velumar", form.Width(),
                       form.Height());
@@ -174,11 +203,6 @@ class Trader {
     Require(window.has_value(), form.Name());
     hand_.PointAt(window->x + static_cast<int>(control.Left() + control.Width() / 2) / 15,
                   window->y + static_cast<int>(control.Top() + control.Height() / 2) / 15);
-  }
-  // The chart program writes a line as soon as it has drawn, so its size is a clock.
-  std::size_t OutputSize() const {
-    std::error_code none;
-    return std::filesystem::exists(output_) ? std::filesystem::file_size(output_, none) : 0;
   }
   int Bars() const {
     const auto states = program_->States();
@@ -203,14 +227,17 @@ void Line(const char* what, double measured, const char* unit, const char* goal)
 }
 
 void Measure() {
+  constexpr int kSteps = 200;
+  const std::vector<double> bare = BareRepaints(kSteps);
   Trader trader("0.001");
   Line("Start to the chart, program not running", trader.Start(), "ms", "2000");
   Line("Feed at the shortest pause, one chart", trader.BarsPerSecond(), "bars/s", "25");
   trader.Pause();
-  constexpr int kSteps = 200;
   const std::vector<double> steps = trader.Steps("Right", kSteps, 1);
   Line("Next to the changed chart, median of 200", steps[kSteps / 2], "ms", "50");
   Line("Next to the changed chart, worst of 200", steps.back(), "ms", "100");
+  Line("  a bare repaint of this size, median", bare[kSteps / 2], "ms", "the bound");
+  Line("  a bare repaint of this size, worst", bare.back(), "ms", "the bound");
   constexpr int kFastSteps = 20;
   Line("30 bars forward, median of 20", trader.Steps("Next", kFastSteps, 30)[kFastSteps / 2], "ms",
        "80");

@@ -38,7 +38,9 @@ class FrmScore : public Form {
   TextBox txtScore{*this,
                    {"txtScore", kLeft + 1800, kTop + 4680, 3975, 285, "",
                     "The portfolio's value when this window was opened", kFixed}};
-  Button btnSend{*this, {"btnSend", kLeft + 2640, kTop + 5160, 2055, 255, "&Send Score", ""}};
+  Button btnSend{*this,
+                 {"btnSend", kLeft + 2640, kTop + 5160, 2055, 255, "&Send Score",
+                  "Send this score to the service"}};
   ListBox List1{*this,
                 {"List1", kLeft + 1200, kTop + 360, 5415, 3195, "", "The best scores", kField}};
   PictureButton Image5{*this, {"Image5", kLeft + 5475, kTop + 135, 1140, 195, "close", "Close"}};

@@ -36,6 +36,13 @@ void HostControl::RefreshCharts() {
   view_.LockChartCount();
   const ChartTrouble trouble = driver.Refresh();
   view_.UnlockChartCount();
+  ShowBar(trouble);
+  RevaluePositions(session_);
+  ShowStatus(session_, view_, platform_.locale);
+  ShowProgress(driver.RefreshMilliseconds());
+}
+
+void HostControl::ShowBar(const ChartTrouble& trouble) {
   session_.ChartWarning = trouble.warning;
   view_.SetStatusAdvice(trouble.advice);
   if (session_.HasBar(session_.BarIndex)) {
@@ -43,12 +50,14 @@ void HostControl::RefreshCharts() {
   } else if (!trouble.warning.empty()) {
     view_.SetStatusLine(trouble.warning);
   }
-  RevaluePositions(session_);
-  ShowStatus(session_, view_, platform_.locale);
-  ShowProgress(driver.RefreshMilliseconds());
 }
 
 void HostControl::ShowPositions() { link_.ShowPositions(); }
+
+void HostControl::CatchUp() {
+  if (session_.Preparing || !link_.Behind()) return;
+  if (link_.Reaches()) ShowBar(link_.Refresh());
+}
 
 void HostControl::ShowProgress(long refresh_ms) {
   const int all = session_.LastBarIndex - session_.FirstShownBar;

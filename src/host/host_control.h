@@ -24,6 +24,9 @@ class HostControl : public ChartSide {
   bool BringHostToFront() override { return Driver().BringToFront(); }
   void RefreshCharts() override;
   void ShowPositions() override;
+  // Repeats a refresh over the link that the chart program has missed. Call it now and then: after
+  // the last bar of a feed no other refresh comes.
+  void CatchUp();
 
   // True while keys that open a chart are being typed.
   bool OpeningChart() const { return keys_.OpeningChart(); }
@@ -36,6 +39,8 @@ class HostControl : public ChartSide {
 
  private:
   ChartDriver& Driver();
+  // The current bar in the status line, after what is wrong with the chart program.
+  void ShowBar(const ChartTrouble& trouble);
   // How much of the run is done, and how long the rest takes.
   void ShowProgress(long refresh_ms);
 

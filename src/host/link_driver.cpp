@@ -66,9 +66,8 @@ LinkDriver::Program LinkDriver::Look() {
   switch (platform_.chart_link->Ask(owner, {.command = Command::kHello},
                                     patient ? kPatience : kShortPatience)) {
     case LinkOutcome::kDone:
-      if (std::exchange(process_, owner) != owner && dark_) {
-        Ask({.command = Command::kTheme, .dark = *dark_}, kShortPatience);
-      }
+      if (std::exchange(process_, owner) != owner) dark_there_.reset();
+      SendTheme();
       return Program::kAnswers;
     case LinkOutcome::kNoAnswer:
       return owner == process_ ? Program::kBusy : Program::kForeign;
@@ -97,7 +96,7 @@ void LinkDriver::CloseCharts() {
   const bool running = program_ == Program::kAnswers || program_ == Program::kBusy;
   if (!running && (starting_ > 0 || !StartProgram())) return;
   view_.SetStatusLine("Wait for  close all chart  ....");
-  Ask({.command = Command::kCloseAll}, kPatience);
+  Ask({.command = Command::kCloseAll, .symbol = session_.Run.symbol}, kPatience);
 }
 
 // The new window takes the focus, and the trader's window gets it back.
@@ -143,9 +142,11 @@ void LinkDriver::OpenChart() {
 ChartTrouble LinkDriver::Refresh() {
   // A step in a wait of the start: the refresh that has started the program shows its bar too.
   if (starting_ > 0) return ChartProgramBusy();
+  behind_ = false;
   if (program_ == Program::kGone && (++restarts_ > kMostRestarts || !StartProgram())) {
     return NoChartProgram();
   }
+  behind_ = true;
   if (program_ == Program::kBusy) return ChartProgramBusy();
   if (opened_in_ != process_) OpenChart();
   RevaluePositions(session_);
@@ -155,9 +156,11 @@ ChartTrouble LinkDriver::Refresh() {
                .positions = Positions()},
               kPatience)) {
     case LinkOutcome::kDone:
+      behind_ = false;
       restarts_ = 0;
       return {};
     case LinkOutcome::kRefused:
+      behind_ = false;
       restarts_ = 0;
       return {"No chart of this run is open! ",
               "Open the chart in the chart program (File > Open), or go back and press Start."};
@@ -170,12 +173,13 @@ ChartTrouble LinkDriver::Refresh() {
 }
 
 void LinkDriver::ShowPositions() {
-  if (program_ != Program::kAnswers || starting_ > 0) return;
-  Ask({.command = Command::kPositions,
-       .folder = session_.SimDir,
-       .symbol = session_.Run.symbol,
-       .positions = Positions()},
-      kShortPatience);
+  if (program_ == Program::kForeign || starting_ > 0) return;
+  const bool shown = program_ == Program::kAnswers && Ask({.command = Command::kPositions,
+                                                           .folder = session_.SimDir,
+                                                           .symbol = session_.Run.symbol,
+                                                           .positions = Positions()},
+                                                          kShortPatience) == LinkOutcome::kDone;
+  if (!shown) behind_ = true;
 }
 
 // Orders at bars that the replay has stepped back over are not shown, nor the oldest of very many.
@@ -198,12 +202,25 @@ ChartPositions LinkDriver::Positions() {
 
 void LinkDriver::SetTheme(bool dark) {
   dark_ = dark;
-  if (program_ == Program::kAnswers)
-    Ask({.command = Command::kTheme, .dark = dark}, kShortPatience);
+  if (program_ == Program::kAnswers) SendTheme();
+}
+
+// A program that is busy gets it at the next look.
+void LinkDriver::SendTheme() {
+  if (!dark_ || dark_there_ == dark_) return;
+  const ChartRequest request{.command = Command::kTheme, .dark = *dark_};
+  if (Ask(request, kShortPatience) == LinkOutcome::kDone) dark_there_ = dark_;
 }
 
 // A program that hangs finds the request when it goes on.
 void LinkDriver::QuitStarted() {
+  for (auto waited = 0ms; starting_ > 0 && waited < kPatience; waited += kLook) {
+    if (Look() == Program::kAnswers) {
+      started_ = process_;
+      break;
+    }
+    platform_.events.Sleep(kLook);
+  }
   if (started_ == 0) return;
   platform_.chart_link->Ask(started_, {.command = Command::kQuit}, kShortPatience);
 }

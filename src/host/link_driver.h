@@ -38,10 +38,13 @@ class LinkDriver : public ChartDriver {
   // Shows the orders and what is held on the charts, if the chart program answered last time. Waits
   // only for a moment: an order must not.
   void ShowPositions();
+  // True if the charts miss what they were last asked to show, because the chart program was busy
+  // or had ended. Another refresh brings them up to date.
+  bool Behind() const { return behind_; }
   // Our chart program takes these colours, now and whenever it is started, unless the trader has
   // chosen others in its menu.
   void SetTheme(bool dark);
-  // Closes the chart program if this object has started it.
+  // Closes the chart program if this object has started it, even if it is only about to answer.
   void QuitStarted();
   // The trader has closed the chart program of that process, so it is not started again by itself.
   void ClosedByTrader(std::uint32_t process) {
@@ -61,6 +64,7 @@ class LinkDriver : public ChartDriver {
   bool StartProgram();
   std::uint32_t ChartWindowProcess();  // 0 without one
   ChartPositions Positions();
+  void SendTheme();
   LinkOutcome Ask(const ChartRequest& request, std::chrono::milliseconds patience);
 
   SimSession& session_;
@@ -69,10 +73,12 @@ class LinkDriver : public ChartDriver {
   ChartRegistry& registry_;
   TraderFocus& trader_;
   std::optional<bool> dark_;
+  std::optional<bool> dark_there_;  // what the program has taken over
   Program program_ = Program::kForeign;
   std::uint32_t process_ = 0;  // that answered last
   int starting_ = 0;           // the program is being started; clicks run
   int restarts_ = 0;
+  bool behind_ = false;
   std::uint32_t started_ = 0;    // the process that this object has started
   std::uint32_t opened_in_ = 0;  // the process in which the chart was opened
 };

@@ -23,7 +23,15 @@ bool IsPrice(PriceField field) {
 template <typename Is>
 bool MostAre(const std::vector<std::string_view>& fields, Is is) {
   const auto count = static_cast<std::size_t>(std::ranges::count_if(fields, is));
-  return !fields.empty() && count * 10 >= fields.size() * 9;
+  return count * 2 > fields.size();
+}
+
+bool LooksLikeTime(std::string_view field) {
+  return std::ranges::any_of(std::array{TimeDigits::kHoursAndMinutes, TimeDigits::kWithSeconds},
+                             [&](TimeDigits digits) {
+                               const auto moment = ReadTimeText(field, digits);
+                               return moment && IsRealTime(*moment->time);
+                             });
 }
 
 // Answers what the values of a column could be.
@@ -42,13 +50,7 @@ class ColumnValues {
   bool AreNumbers(std::size_t column) const {
     return MostAre(sample_.Column(column), LooksLikeNumber);
   }
-  bool AreTimes(std::size_t column) const {
-    return MostAre(sample_.Column(column), [](std::string_view field) {
-      const auto moment = ReadTimeText(field, TimeDigits::kWithSeconds);
-      const auto other = ReadTimeText(field, TimeDigits::kHoursAndMinutes);
-      return moment && (IsRealTime(*moment->time) || IsRealTime(*other->time));
-    });
-  }
+  bool AreTimes(std::size_t column) const { return MostAre(sample_.Column(column), LooksLikeTime); }
   // Times that can't be anything else: with colons or leading zeros.
   bool AreClockTimes(std::size_t column) const {
     const auto fields = sample_.Column(column);
@@ -58,6 +60,18 @@ class ColumnValues {
     return AreTimes(column) && (has_zero || MostAre(fields, [](std::string_view field) {
                                   return field.find(':') != std::string_view::npos;
                                 }));
+  }
+  // A name of a column needs less proof than its values alone: a wrong value is named later.
+  bool HaveDate(std::size_t column) const {
+    return std::ranges::any_of(sample_.Column(column), [&](std::string_view field) {
+      return LooksLikeDate(field, dates_);
+    });
+  }
+  bool HaveNumber(std::size_t column) const {
+    return std::ranges::any_of(sample_.Column(column), LooksLikeNumber);
+  }
+  bool HaveTime(std::size_t column) const {
+    return std::ranges::any_of(sample_.Column(column), LooksLikeTime);
   }
   bool AreMissing(std::size_t column) const { return sample_.Column(column).empty(); }
   // Whole numbers that rise by one.
@@ -173,15 +187,15 @@ class Recognition {
   bool Fits(PriceField field, std::size_t column) const {
     switch (field) {
       case PriceField::kDate:
-        return values_.AreDates(column);
+        return values_.HaveDate(column);
       case PriceField::kTime:
         // A column named Time may hold whole dates.
-        return values_.AreTimes(column) && (Place(PriceField::kDate) || !values_.AreDates(column));
+        return values_.HaveTime(column) && (Place(PriceField::kDate) || !values_.AreDates(column));
       case PriceField::kTicker:
       case PriceField::kPeriod:
         return !values_.AreMissing(column);
       default:
-        return values_.AreNumbers(column) || (!IsPrice(field) && values_.AreMissing(column));
+        return values_.HaveNumber(column) || (!IsPrice(field) && values_.AreMissing(column));
     }
   }
 

@@ -86,14 +86,11 @@ class Scan {
 
   void Add(std::string_view line) {
     if (IsBlankLine(line)) return;
-    const std::vector<std::string_view>& fields = splitter_.Split(line);
-    const auto field = [&](PriceField name) {
-      const auto place = format_.Place(name);
-      return place && *place < fields.size() ? fields[*place] : std::string_view();
-    };
-    if (format_.is_order_open) orders_.Add(field(PriceField::kDate), field(PriceField::kTicker));
-    const std::string_view volume = field(PriceField::kVolume);
-    if (volume.find_first_of("123456789") != std::string_view::npos) format_.is_volume_open = false;
+    try {
+      AddRow(splitter_.Split(line));
+    } catch (const ImportError&) {
+      // The reader will say what's wrong.
+    }
   }
 
   void Finish() {
@@ -107,6 +104,16 @@ class Scan {
   }
 
  private:
+  void AddRow(const std::vector<std::string_view>& fields) {
+    const auto field = [&](PriceField name) {
+      const auto place = format_.Place(name);
+      return place && *place < fields.size() ? fields[*place] : std::string_view();
+    };
+    if (format_.is_order_open) orders_.Add(field(PriceField::kDate), field(PriceField::kTicker));
+    const std::string_view volume = field(PriceField::kVolume);
+    if (volume.find_first_of("123456789") != std::string_view::npos) format_.is_volume_open = false;
+  }
+
   void UseTickVolume() {
     format_.is_volume_open = false;
     const std::size_t volume = *format_.Place(PriceField::kVolume);

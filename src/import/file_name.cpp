@@ -106,10 +106,15 @@ std::optional<int> IntervalFromWord(std::string_view word) {
   const auto digits_end = std::min(upper.find_first_not_of(kDigits, digits), upper.size());
   const auto number = ExactNumber<int>(
       std::string_view(upper).substr(digits, std::min<std::size_t>(digits_end - digits, 6)));
-  // The unit is before or after the number; without one it is minutes.
+  // The unit is before or after the number.
   const std::string unit = upper.substr(0, digits) + upper.substr(digits_end);
   if (digits > 0 && digits_end < upper.size()) return std::nullopt;
-  return Checked(std::int64_t{*number} * (unit.empty() ? 1 : MinutesOfUnit(unit)));
+  if (!unit.empty()) return Checked(std::int64_t{*number} * MinutesOfUnit(unit));
+  // Minutes, unless it is a year or another number.
+  const bool usual =
+      *number > 0 && (kMinutesPerDay % *number == 0 || *number == 7 * kMinutesPerDay ||
+                      *number == 30 * kMinutesPerDay);
+  return usual ? Checked(*number) : std::nullopt;
 }
 
 NameGuess GuessFromName(std::string_view stem) {

@@ -127,12 +127,8 @@ struct PriceReader::State {
         ReadRow(line, fields);
       }
     } catch (const ImportError& error) {
-      throw ImportError(AtLine(error));
+      throw ImportError("line " + std::to_string(line_number) + ": " + error.what());
     }
-  }
-
-  std::string AtLine(const ImportError& error) const {
-    return "line " + std::to_string(line_number) + ": " + error.what();
   }
 
   void CountSkipped() {
@@ -149,7 +145,10 @@ struct PriceReader::State {
       const bool has_date = row_reader.HasDate(fields);
       const bool is_end = has_date ? row_reader.IsCutOff(fields) : LooksLikeFooter(line, fields);
       if (!is_end) throw;
-      if (end_error.empty()) end_error = AtLine(error);
+      if (end_error.empty()) {
+        end_error = error.what();
+        end_line = line_number;
+      }
       if (has_date) {
         CountSkipped();
       } else {
@@ -158,7 +157,10 @@ struct PriceReader::State {
       return;
     }
     // What can only stand at the end did not.
-    if (!end_error.empty()) throw ImportError(end_error);
+    if (!end_error.empty()) {
+      line_number = end_line;
+      throw ImportError(end_error);
+    }
     row.line = line_number;
     rows.push_back(row);
     lines.push_back(line);
@@ -173,7 +175,9 @@ struct PriceReader::State {
   FileFormat format;
   RowCounts counts;
   std::int64_t line_number = 0;
-  std::string end_error;  // of the first footer or cut off row
+  // Of the first footer or cut off row.
+  std::string end_error;
+  std::int64_t end_line = 0;
   std::vector<PriceRow> rows;
   std::vector<std::string_view> lines;  // of the rows
 };

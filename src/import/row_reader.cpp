@@ -63,10 +63,10 @@ void RowReader::Read(const Fields& fields, PriceRow& row) {
   RequireWidth(fields);
   const auto time = format_.Place(PriceField::kTime);
   ReadMoment(fields[*format_.Place(PriceField::kDate)], time ? fields[*time] : "", row);
+  row.bar.close = Price(fields, PriceField::kClose);
   row.bar.open = Price(fields, PriceField::kOpen);
   row.bar.high = Price(fields, PriceField::kHigh);
   row.bar.low = Price(fields, PriceField::kLow);
-  row.bar.close = Price(fields, PriceField::kClose);
   row.adjusted_close = row.bar.close;
   const auto adjusted = format_.Place(PriceField::kAdjustedClose);
   if (adjusted && !IsMissing(fields[*adjusted])) {

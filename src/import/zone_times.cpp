@@ -8,6 +8,7 @@
 
 #include "base/dates.h"
 #include "import/price_reader.h"
+#include "import/time_zones.h"
 
 // The only file that needs the time zone database. GCC 12 has no std::chrono zones.
 
@@ -19,6 +20,7 @@ using std::chrono::seconds;
 
 const date::time_zone* ZoneOf(const std::string& name) {
   try {
+    PrepareTimeZones();
     return date::locate_zone(name);
   } catch (const std::exception&) {
     throw ImportError("the time zone \"" + name +

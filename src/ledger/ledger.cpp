@@ -113,13 +113,10 @@ std::string Listed(const std::vector<std::string>& columns) {
   return list;
 }
 
-void InsertRow(SqliteDatabase& database, std::string_view table,
-               const std::vector<std::string>& columns, const std::vector<LedgerValue>& values) {
+std::string InsertInto(std::string_view table, const std::vector<std::string>& columns) {
   std::string places;
-  for (std::size_t i = 0; i < values.size(); ++i) places += i == 0 ? "?" : ", ?";
-  database.Run(
-      "INSERT INTO " + std::string(table) + " (" + Listed(columns) + ") VALUES (" + places + ")",
-      values);
+  for (std::size_t i = 0; i < columns.size(); ++i) places += i == 0 ? "?" : ", ?";
+  return "INSERT INTO " + std::string(table) + " (" + Listed(columns) + ") VALUES (" + places + ")";
 }
 
 // The number of the current run; 0 if none was recorded.
@@ -234,20 +231,22 @@ LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view selec
 
 void LedgerInsert(LedgerConnection& connection, std::string_view table,
                   const std::vector<std::string>& columns, const std::vector<LedgerValue>& values) {
-  InsertRow(connection.ForWriting(), table, columns, values);
+  connection.ForWriting().Run(InsertInto(table, columns), values);
 }
 
 void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerValue>& values,
                        const LedgerDetail& detail) {
-  SqliteDatabase& database = connection.ForWriting();
-  SqliteTransaction transaction(database);
-  InsertRow(database, kPortfolioTable, PortfolioColumns(), values);
-  database.Run(
+  static const std::string kRow = InsertInto(kPortfolioTable, PortfolioColumns());
+  static const std::string kDetail =
       "INSERT INTO Details (Run, Place, Quantity, Vat, BarIndex, NewestShown, ClosePrice) VALUES "
       "(" +
-          std::string(kNewestRun) + ", ?, ?, ?, ?, ?, ?)",
-      {double(database.LastRow()), detail.quantity, detail.vat, double(detail.bar_index),
-       double(detail.newest_shown), detail.close ? LedgerValue(*detail.close) : LedgerValue()});
+      std::string(kNewestRun) + ", ?, ?, ?, ?, ?, ?)";
+  SqliteDatabase& database = connection.ForWriting();
+  SqliteTransaction transaction(database);
+  database.Run(kRow, values);
+  database.Run(kDetail, {double(database.LastRow()), detail.quantity, detail.vat,
+                         double(detail.bar_index), double(detail.newest_shown),
+                         detail.close ? LedgerValue(*detail.close) : LedgerValue()});
   transaction.Commit();
 }
 
@@ -255,7 +254,7 @@ void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run) {
   SqliteDatabase& database = connection.ForWriting();
   SqliteTransaction transaction(database);
   ArchiveRows(database);
-  InsertRow(database, "Runs", RunColumns(), RunValues(run));
+  database.Run(InsertInto("Runs", RunColumns()), RunValues(run));
   transaction.Commit();
 }
 

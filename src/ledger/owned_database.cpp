@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <array>
+
 namespace velumar {
 
 namespace {
@@ -118,14 +120,38 @@ std::unique_ptr<SqliteDatabase> TakeOwnership(const std::string& file, const std
   }
 }
 
+// The write-ahead log is checkpointed once it has this many pages.
+constexpr int kCheckpointPages = 1000;
+
+constexpr std::int64_t kLogHeader = 32;
+constexpr std::int64_t kPageHeader = 24;
+
 // Counts the pages of the write-ahead log, and checkpoints it as SQLite does without a hook.
 int AfterCommit(void* pages, sqlite3* database, const char*, int count) {
-  constexpr int kCheckpointPages = 1000;
   *static_cast<int*>(pages) = count;
   if (count >= kCheckpointPages) {
     sqlite3_wal_checkpoint_v2(database, nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
   }
   return SQLITE_OK;
+}
+
+// Lengthens the log with zeros, which SQLite takes for unused space, to the size that it has before
+// a checkpoint. A commit then overwrites bytes: making a file longer takes the disk half as long
+// again. The caller holds a transaction, so that no other program writes to the log. If the disk is
+// full, the log stays as it is.
+void LengthenLog(SqliteDatabase& database, std::int64_t page_size) {
+  static constexpr std::array<char, 65536> kZeros{};
+  sqlite3_file* log = nullptr;
+  sqlite3_file_control(database.Handle(), "main", SQLITE_FCNTL_JOURNAL_POINTER, &log);
+  sqlite3_int64 size = 0;
+  if (log == nullptr || log->pMethods == nullptr ||
+      log->pMethods->xFileSize(log, &size) != SQLITE_OK) {
+    return;
+  }
+  const std::int64_t wanted = kLogHeader + kCheckpointPages * (kPageHeader + page_size);
+  for (int written = SQLITE_OK; written == SQLITE_OK && size < wanted; size += kZeros.size()) {
+    written = log->pMethods->xWrite(log, kZeros.data(), int{kZeros.size()}, size);
+  }
 }
 
 }  // namespace
@@ -163,14 +189,17 @@ OwnedDatabase::OwnedDatabase(const std::string& file, const DatabaseKind& kind) 
 }
 
 void OwnedDatabase::Configure(const DatabaseKind& kind) {
+  // A new file only. Each table that a commit changes costs a page, and rows are short.
+  database_->Execute("PRAGMA page_size=1024");
   database_->Execute("PRAGMA journal_mode=WAL");
   // A commit survives a power failure.
   database_->Execute("PRAGMA synchronous=FULL");
   sqlite3_wal_hook(database_->Handle(), AfterCommit, &log_pages_);
   SqliteTransaction transaction(*database_);
   kind.create_tables(*database_);
-  transaction.Commit();
   page_size_ = static_cast<std::int64_t>(NumberOf(*database_, "PRAGMA page_size"));
+  LengthenLog(*database_, page_size_);
+  transaction.Commit();
 }
 
 void OwnedDatabase::Watch(const std::string& file) {
@@ -198,8 +227,6 @@ SqliteDatabase& OwnedDatabase::ForWriting() {
 }
 
 std::int64_t OwnedDatabase::MinimumLogSize() const {
-  constexpr std::int64_t kLogHeader = 32;
-  constexpr std::int64_t kPageHeader = 24;
   return log_pages_ == 0 ? 0 : kLogHeader + log_pages_ * (kPageHeader + page_size_);
 }
 

@@ -56,7 +56,7 @@ struct ChartRequest {
 
   Command command = Command::kHello;
   std::string folder = {};           // kOpen, kRefresh, kPositions: the working store
-  std::string symbol = {};           // kOpen, kRefresh, kPositions
+  std::string symbol = {};           // the same; kCloseAll: what opens next, may be empty
   std::optional<int> interval = {};  // kOpen: minutes, -1 for daily bars; unset: the one with bars
   ChartPositions positions = {};     // kRefresh, kPositions
   bool dark = false;                 // kTheme

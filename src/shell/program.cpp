@@ -90,6 +90,10 @@ void Program::SetTheme(bool dark) { parts_->chart.SetTheme(dark); }
 
 void Program::QuitChartProgram() { parts_->chart.QuitStarted(); }
 
+void Program::CatchUpChart() {
+  if (parts_->keys.InRun()) parts_->chart.CatchUp();
+}
+
 void Program::ChartClosedByTrader(std::uint32_t process) {
   parts_->chart.ChartClosedByTrader(process);
 }

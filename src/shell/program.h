@@ -30,6 +30,8 @@ class Program {
   void SetTheme(bool dark);
   // Closes the chart program if this program has started it. Call it at the end of the process.
   void QuitChartProgram();
+  // Brings the chart up to date if it missed a refresh of the run. Call it about once a second.
+  void CatchUpChart();
   // The trader has closed the chart program of that process.
   void ChartClosedByTrader(std::uint32_t process);
   // What the keyboard does in a run.

@@ -296,6 +296,7 @@ std::string SetupWindow::DelayToSave() const {
 
 void SetupWindow::Close() {
   desktop_.Unload(Window());
+  panel_.SaveBigPlaces();
   platform_.programs.EndProcess();
 }
 

@@ -99,10 +99,11 @@ void TradePanel::BindBigDisplays() {
 
 void TradePanel::RestorePlace(BigWindow& window) {
   const SettingsStore& settings = platform_.settings;
-  std::string top = settings.Read(window.Name() + "Top").value_or("0");
-  std::string left = settings.Read(window.Name() + "Left").value_or("0");
+  // A text that is not a number is no place. "0" is one: the upper edge of the screen.
+  std::string top = settings.Read(window.Name() + "Top").value_or("");
+  std::string left = settings.Read(window.Name() + "Left").value_or("");
   first_places_[&window] = {window.Top(), window.Left()};
-  if (!CanRestorePlace(top, left, window, platform_.screen)) return;
+  if (!IsShownAt(top, left, window, platform_.screen)) return;
   window.SetTop(PlaceFromText(top));
   window.SetLeft(PlaceFromText(left));
 }
@@ -111,6 +112,14 @@ void TradePanel::SavePlace(const BigWindow& window) {
   if (first_places_[&window] == std::pair(window.Top(), window.Left())) return;
   platform_.settings.Save(window.Name() + "Top", PlaceText(window.Top()));
   platform_.settings.Save(window.Name() + "Left", PlaceText(window.Left()));
+}
+
+void TradePanel::SaveBigPlaces() {
+  Desktop::Windows& windows = desktop_.Untouched();
+  for (const BigWindow* window :
+       {&windows.frmBigDateTime, &windows.frmBigScore, &windows.frmBigPrice}) {
+    if (window->Loaded()) SavePlace(*window);
+  }
 }
 
 void TradePanel::Load() {

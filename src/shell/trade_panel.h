@@ -22,6 +22,8 @@ class TradePanel {
   // Shows the panel for a run. The account starts with what is entered now, even if the panel was
   // opened earlier.
   void ShowForRun();
+  // Saves where the big displays were dragged that are still open.
+  void SaveBigPlaces();
 
  private:
   void BindPanel();

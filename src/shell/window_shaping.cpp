@@ -76,9 +76,7 @@ std::int16_t PlaceFromText(std::string_view text) {
   return *far < 0 ? INT16_MIN : INT16_MAX;
 }
 
-bool CanRestorePlace(std::string& top, std::string& left, const Form& window,
-                     const Screen& screen) {
-  if (top == "0") return false;
+bool IsShownAt(std::string& top, std::string& left, const Form& window, const Screen& screen) {
   try {
     LimitPlace(top, window.Height(), ScreenHeight(screen));
     LimitPlace(left, window.Width(), ScreenWidth(screen));
@@ -86,6 +84,11 @@ bool CanRestorePlace(std::string& top, std::string& left, const Form& window,
   } catch (const std::invalid_argument&) {
     return false;
   }
+}
+
+bool CanRestorePlace(std::string& top, std::string& left, const Form& window,
+                     const Screen& screen) {
+  return top != "0" && IsShownAt(top, left, window, screen);
 }
 
 std::string PlaceText(float place) { return PlainNumberText(place); }

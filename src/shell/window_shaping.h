@@ -24,6 +24,8 @@ std::int16_t ScreenHeight(const Screen& screen);
 
 // Returns true if a screen shows the window at a saved place. A place beyond 16 bits is first
 // replaced by the largest that shows all of the window.
+bool IsShownAt(std::string& top, std::string& left, const Form& window, const Screen& screen);
+// The same; a top of "0" means that no place is saved.
 bool CanRestorePlace(std::string& top, std::string& left, const Form& window, const Screen& screen);
 
 // A saved place, limited to 16 bits. Throws std::invalid_argument for a text that is not a number.

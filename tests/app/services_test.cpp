@@ -91,6 +91,20 @@ TEST(SaveDialog, OpensInTheFolderOfTheLastFileWithAName) {
     dialog.reject();
   });
   EXPECT_EQ(choose(), std::nullopt);
+  // The dialog asks only about names that it knows whole.
+  ASSERT_TRUE(QFile(second.filePath(QStringLiteral("v1.5.pdf"))).open(QFile::WriteOnly));
+  bool asked = false;
+  WhenOpen<QFileDialog>([&](QFileDialog& dialog) {
+    dialog.selectFile(second.filePath(QStringLiteral("v1.5")));
+    WhenOpen<QMessageBox>([&asked](QMessageBox& box) {
+      asked = true;
+      WhenOpen<QFileDialog>([](QDialog& again) { again.reject(); });
+      box.close();
+    });
+    static_cast<QDialog&>(dialog).accept();
+  });
+  EXPECT_EQ(choose(), std::nullopt);
+  EXPECT_TRUE(asked) << "the file of that name is kept";
 }
 
 // A saved place counts only if enough of the window is visible to take hold of it.

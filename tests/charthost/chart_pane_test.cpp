@@ -56,6 +56,20 @@ TEST_F(ChartPaneTest, ZoomsAndPansWithKeysAndMouse) {
   QTest::mouseDClick(&pane->Plot(), Qt::LeftButton, {}, {400, 220});
   EXPECT_NEAR(window.Span(), usual, 1e-9);
   EXPECT_TRUE(window.Shows(299));
+  const auto roll = [&](int steps) {
+    const QPointF place(300, 200);
+    QWheelEvent wheel(place, pane->Plot().mapToGlobal(place), {}, {0, 120 * steps}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&pane->Plot(), &wheel);
+  };
+  const double share = 300.0 / pane->Plot().width();
+  const double bar = window.First() + share * window.Span();
+  roll(3);
+  EXPECT_NEAR(window.First() + share * window.Span(), bar, 8) << "it zooms at the pointer";
+  roll(60);
+  const double first = window.First();
+  roll(1);
+  EXPECT_DOUBLE_EQ(window.First(), first) << "a zoom at its limit scrolls nothing";
 }
 
 // The series rises and falls on every other day, and has a volume each day.

@@ -1,8 +1,10 @@
 #include "charthost/view/link_server.h"
 
+#include <QLabel>
 #include <QTest>
 #include <atomic>
 #include <thread>
+#include <vector>
 
 #include "charthost/chart_windows.h"
 #include "charthost/view/chart_pane.h"
@@ -68,8 +70,17 @@ TEST_F(LinkServerTest, OpensRefreshesAndClosesChartsOfTheStore) {
   program_.window->Act(HostAction::kNextChart);
   EXPECT_EQ(program_.Last()["chart"]["bars"], 61) << "and the other one";
 
-  EXPECT_TRUE(Done({.command = Command::kCloseAll}));
+  StoreSecurity(program_.folder, {"SCB", "Bank", -1}, DailyBars(302), program_.cache);
+  EXPECT_TRUE(Done(Open(-1)));
+  EXPECT_EQ(program_.window->ActiveChart()->Document().Model().Series().size(), 302)
+      << "a chart of the last run shows the bars of the next";
+
+  EXPECT_TRUE(Done({.command = Command::kCloseAll, .symbol = "SCB"}));
   EXPECT_EQ(program_.Last()["charts"], 0);
+  const auto hint = [this] { return program_.window->findChild<QLabel*>()->text(); };
+  EXPECT_TRUE(hint().contains(QStringLiteral("Opening SCB")));
+  EXPECT_FALSE(Done(Open(15)));
+  EXPECT_TRUE(hint().contains(QStringLiteral("No chart is open")));
 }
 
 TEST_F(LinkServerTest, ShowsOrdersAndWhatIsHeldUntilTheyAreGone) {
@@ -93,6 +104,18 @@ TEST_F(LinkServerTest, ShowsOrdersAndWhatIsHeldUntilTheyAreGone) {
   request.positions.orders[0].entry = true;
   request.positions.held = {{true, close, 2, 12.5}};
   EXPECT_NE(shown(), entry);
+  request.positions.held.push_back({false, close, 1, -1});
+  shown();
+  std::vector<double> edges;  // of the tags, in pixels
+  for (int i = 0; i < program_.window->ActiveChart()->Plot().itemCount(); ++i) {
+    const auto* const tag =
+        qobject_cast<QCPItemText*>(program_.window->ActiveChart()->Plot().item(i));
+    if (tag == nullptr || !tag->text().contains(u'@')) continue;
+    edges.push_back(tag->top->pixelPosition().y());
+    edges.push_back(tag->bottom->pixelPosition().y());
+  }
+  ASSERT_EQ(edges.size(), 4U);
+  EXPECT_TRUE(edges[1] <= edges[2] || edges[3] <= edges[0]) << "one tag covers the other";
   request.positions = {{{300, close, true, true}}, {}};
   EXPECT_EQ(shown(), bare) << "an order at a bar that isn't there";
 }

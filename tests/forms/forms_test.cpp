@@ -28,6 +28,9 @@ TEST(Controls, AssignmentsFireEventsAndTheUserReachesOnlyEnabledControls) {
   EXPECT_EQ(form.Combo1.Rows()[0].data, 1) << "equal lines keep their order";
   form.Combo1.SetText("typed");
   EXPECT_EQ(form.Combo1.Index(), -1);
+  form.Combo1.SetIndex(1);
+  desktop.Unload(form);
+  EXPECT_EQ(desktop.form1().Combo1.Index(), -1) << "a window opens as it was designed";
 }
 
 // No control is outside its window, and no name appears twice.

@@ -21,7 +21,7 @@ struct LinkedChart : ChartLink {
     const std::optional<ChartRequest> read = ReadChartRequest(ChartRequestText(request));
     EXPECT_TRUE(read) << "what is sent can be read";
     asked.push_back(read->command);
-    if (process == 0 || asked_process != process) return LinkOutcome::kNotThere;
+    if (process == 0 || asked_process != process || deaf-- > 0) return LinkOutcome::kNotThere;
     if (delay > patience) {
       waited += patience;
       return LinkOutcome::kNoAnswer;
@@ -52,6 +52,7 @@ struct LinkedChart : ChartLink {
   std::set<std::string> symbols = {"ABC"};
   std::uint32_t process = 0;
   std::chrono::milliseconds delay{1};
+  int deaf = 0;                         // the number of requests that come too early
   std::chrono::milliseconds waited{0};  // in vain
   int ends_before = -1;                 // the number of the request that finds nobody
   std::vector<Command> asked;
@@ -190,6 +191,35 @@ TEST_F(LinkDriverTest, AProgramThatHangsStopsNeitherARunNorAnOrder) {
   EXPECT_THAT(run.advice, IsEmpty());
 }
 
+// No refresh follows the last bar of a feed, nor an order in a pause.
+TEST_F(LinkDriverTest, AMissedRefreshIsRepeatedOnceTheProgramAnswers) {
+  StartRun();
+  host.CatchUp();
+  EXPECT_EQ(link.refreshes, 1) << "nothing was missed";
+  const auto hang = [this](auto act) {
+    const int before = link.refreshes;
+    link.delay = std::chrono::milliseconds(2001);
+    act();
+    host.CatchUp();
+    link.delay = std::chrono::milliseconds(1);
+    host.CatchUp();
+    host.CatchUp();
+    EXPECT_EQ(link.refreshes, before + 1);
+    EXPECT_EQ(run.advice, "");
+  };
+  hang([this] { host.RefreshCharts(); });
+  hang([this] { host.ShowPositions(); });
+  link.ends_before = static_cast<int>(link.asked.size()) + 1;
+  host.RefreshCharts();
+  host.CatchUp();
+  EXPECT_EQ(link.refreshes, 4);
+  link.open.clear();
+  host.RefreshCharts();
+  const std::size_t asked = link.asked.size();
+  host.CatchUp();
+  EXPECT_EQ(link.asked.size(), asked) << "the trader has closed the chart";
+}
+
 TEST_F(LinkDriverTest, WhatTheTraderClosesStaysClosed) {
   StartRun();
   link.open.clear();
@@ -220,6 +250,26 @@ TEST_F(LinkDriverTest, OnlyAProgramThatWasStartedHereIsClosedAndOneThatAlwaysEnd
     host.RefreshCharts();
   }
   EXPECT_LE(outside.programs.started.size(), 5U);
+  outside.events.Schedule(std::chrono::milliseconds(5), [&] {
+    link.deaf = 5;
+    host.QuitStarted();
+    EXPECT_FALSE(chart.running) << "Velumar ends while the chart program starts";
+  });
+  host.RefreshCharts();
+}
+
+TEST_F(LinkDriverTest, TheThemeReachesTheChartProgramAtItsStartAndLater) {
+  host.SetTheme(true);
+  StartRun();
+  EXPECT_THAT(outside.programs.started.front(), HasSubstr("--theme=dark"));
+  EXPECT_EQ(link.dark, true);
+  host.SetTheme(false);
+  EXPECT_EQ(link.dark, false);
+  link.delay = std::chrono::milliseconds(2001);
+  host.SetTheme(true);
+  link.delay = std::chrono::milliseconds(1);
+  host.RefreshCharts();
+  EXPECT_EQ(link.dark, true) << "as soon as it answers";
 }
 
 TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {

@@ -153,6 +153,31 @@ TEST_F(LedgerTest, ACheckpointByAnotherProgramIsHarmless) {
   EXPECT_LT(fs::file_size(file + "-wal"), 5'000'000U) << "it is checkpointed regularly";
 }
 
+// Nor does the unused log get in the way after a crash. Ledgers of earlier versions have larger
+// pages.
+TEST_F(LedgerTest, ACommitDoesNotLengthenTheLog) {
+  const std::string older = scratch.Sub("older.mdb");
+  Opened(file);
+  fs::copy_file(file, older);
+  SqliteDatabase(older, SqliteDatabase::Mode::kCreate)
+      .Execute("PRAGMA journal_mode=DELETE; PRAGMA page_size=4096; VACUUM");
+  for (const auto& [path, page_size] : {std::pair(file, 1024.0), {older, 4096.0}}) {
+    LedgerConnection ledger = Opened(path);
+    const std::string crashed = path + "-crashed";
+    for (const char* suffix : {"", "-wal"}) fs::copy_file(path + suffix, crashed + suffix);
+    const auto size = fs::file_size(path + "-wal");
+    for (int i = 0; i < 3; ++i) AddRow(ledger);
+    EXPECT_EQ(fs::file_size(path + "-wal"), size);
+    LedgerClose(ledger);
+    for (const auto& [copy, rows] : {std::pair(path, 3U), {crashed, 0U}}) {
+      LedgerConnection again = Opened(copy);
+      EXPECT_EQ(Rows(again), rows) << copy << again.WhyNot();
+    }
+    EXPECT_EQ(SqliteDatabase(path, SqliteDatabase::Mode::kReadOnly).FirstValue("PRAGMA page_size"),
+              LedgerValue(page_size));
+  }
+}
+
 TEST_F(LedgerTest, RunsAreArchivedUnderTheirNumbers) {
   LedgerConnection ledger = Opened(file);
   LedgerBeginRun(ledger, {});

@@ -173,6 +173,12 @@ TEST_F(RunResultsTest, HoldingsFromBeforeAPauseKeepTheirEntries) {
   Begin(1000);
   Order(15, "Offset Short", 2, 69, 0, 4, 5000);
   EXPECT_THAT(Trades(), ElementsAre("Short 1 from 70 to 69: 1000", "Short 1 from 72 to 69: 3000"));
+
+  // A row shows seven digits of what is held.
+  Begin(1000);
+  Order(16, "Long", 0.33333333, 70, 0.3333333, 0, 1000);
+  Order(17, "Offset Long", 0.33333333, 73, 0, 1, 2000);
+  EXPECT_THAT(Trades(), ElementsAre("Long 0.333333 from 70 to 73: 1000"));
 }
 
 // A row's price has two decimals. The account averages entries to two as well, but closes at all

@@ -246,7 +246,7 @@ TEST(ScoreServer, RefusesWebPagesAndUnknownHostNames) {
   EXPECT_EQ(server.WhyRefused("Sec-Fetch-Site", "none"), "");
 
   const RawClient client(server.Port());
-  client.Send("GET /zanno/getscore.php HTTP/1.1\r\nHost: localhost\r\nOrigin: null\r\n\r\n");
+  client.Send("GET /zanno/getscore.php HTTP/1.1\r\nOrigin: null\r\nHost: localhost\r\n\r\n");
   EXPECT_THAT(client.ReceiveAll(), StartsWith("HTTP/1.1 403"));
 }
 

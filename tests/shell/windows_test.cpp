@@ -233,8 +233,11 @@ TEST_F(WindowsTest, BigDisplaysFitTheScreenAndOpenWhereTheyWereDragged) {
   all->program.Start();
   EXPECT_EQ(all->desktop.frmBigPrice().Left(), 0) << "a place for a wider screen";
   all->desktop.frmBigPrice().SetLeft(45);
+  all->desktop.frmBigPrice().SetTop(0);
+  all->windows.form1.on_close();
+  EXPECT_EQ(all->outside.settings.texts["frmBigPriceLeft"], "45") << "still open at the end";
   all->desktop.Unload(all->desktop.frmBigPrice());
-  EXPECT_EQ(all->desktop.frmBigPrice().Left(), 45);
+  EXPECT_TRUE(all->desktop.frmBigPrice().Left() == 45 && all->desktop.frmBigPrice().Top() == 0);
 }
 
 TEST_F(WindowsTest, ClosingThePanelInARunBringsItBackHiddenWithAFreshAccount) {

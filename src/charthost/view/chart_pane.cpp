@@ -89,6 +89,11 @@ void ChartPane::RefreshNow() {
   if (isVisible()) readout_->repaint();
 }
 
+void ChartPane::ExpectRefreshes() {
+  expects_refreshes_ = true;
+  ShowState();
+}
+
 void ChartPane::SetPositions(const ChartPositions& positions) { plot_->SetPositions(positions); }
 
 void ChartPane::SetOptions(const ChartOptions& options) {
@@ -119,8 +124,9 @@ void ChartPane::ShowState(QCustomPlot::RefreshPriority when) {
   error_->setText(ToQt(document_.Error()));
   error_->setVisible(!document_.Error().empty());
   const bool empty = document_.Model().Series().size() == 0;
-  notice_->setText(document_.Error().empty() ? tr("No bars yet\nPress Alt+V, then R to refresh.")
-                                             : QString());
+  notice_->setText(!document_.Error().empty() ? QString()
+                   : expects_refreshes_       ? tr("No bars yet")
+                                              : tr("No bars yet\nPress Alt+V, then R to refresh."));
   notice_->setVisible(empty);
   PlaceNotice();
   ShowBar(hovered_bar_);

@@ -26,6 +26,8 @@ class ChartPane : public QWidget {
   void Refresh();
   // The same; if the chart is in front, it is drawn at the return.
   void RefreshNow();
+  // Velumar refreshes the chart, so an empty one gives no advice how to.
+  void ExpectRefreshes();
   // Shown with the next drawing.
   void SetPositions(const ChartPositions& positions);
   void SetOptions(const ChartOptions& options);
@@ -54,6 +56,7 @@ class ChartPane : public QWidget {
   ChartPlot* plot_;
   QLabel* notice_;
   QPushButton* newest_;
+  bool expects_refreshes_ = false;
   int hovered_bar_ = -1;
   int shown_interval_ = -2;  // whose readout widths are kept
 };

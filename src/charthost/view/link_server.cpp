@@ -40,6 +40,7 @@ bool LinkServer::Accepts(std::string_view text) {
       return true;
     case ChartRequest::Command::kCloseAll:
       window_.CloseAll();
+      if (!request->symbol.empty()) window_.ShowOpening(ToQt(request->symbol));
       return true;
     case ChartRequest::Command::kRefresh:
       return window_.RefreshFolder(folder, request->symbol, request->positions);
@@ -60,6 +61,7 @@ bool LinkServer::Accepts(std::string_view text) {
     window_.OpenDirectly({folder, request->symbol, request->interval});
     return true;
   } catch (const std::exception&) {
+    window_.ShowHint();
     return false;  // Velumar says what to do
   }
 }

@@ -8,6 +8,8 @@
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
+#include <chrono>
 #include <utility>
 
 #include "charthost/view/averages_dialog.h"
@@ -231,6 +233,7 @@ void MainWindow::OpenDirectly(const TypedChoice& choice) {
     return Chart(i)->RefreshNow();
   }
   AddChart(request);
+  ActiveChart()->ExpectRefreshes();
 }
 
 bool MainWindow::RefreshFolder(const std::string& folder, const std::string& symbol,
@@ -280,6 +283,8 @@ void MainWindow::ShowHint() {
 void MainWindow::ShowOpening(const QString& symbol) {
   hint_->setText(QStringLiteral("<p style='font-size:x-large'>%1</p>")
                      .arg(tr("Opening %1 ...").arg(symbol.toHtmlEscaped())));
+  constexpr std::chrono::seconds kPatience{15};  // Velumar may have ended in the meantime
+  QTimer::singleShot(kPatience, this, &MainWindow::ShowHint);
 }
 
 void MainWindow::CloseAll() {

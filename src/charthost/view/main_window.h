@@ -52,7 +52,8 @@ class MainWindow : public QMainWindow {
                      const ChartPositions& positions);
   // The colours of Velumar's windows, for as long as "System" is chosen.
   void FollowTheme(bool dark);
-  // Shown until the first chart is open.
+  // Shown while no chart is open: how to open one, or for a while that Velumar is about to.
+  void ShowHint();
   void ShowOpening(const QString& symbol);
 
   OpenDialog& FileDialog() { return *dialog_; }
@@ -92,7 +93,6 @@ class MainWindow : public QMainWindow {
   void ChartActivated();
   void SetOptions(const ChartOptions& options);
   void ShowOptions();
-  void ShowHint();
   void ApplyTheme();
   void ApplyColours();
   void StyleTabs();

@@ -1,6 +1,8 @@
 #include "charthost/view/position_marks.h"
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "charthost/bar_text.h"
 #include "charts/qt_text.h"
@@ -9,6 +11,7 @@ namespace velumar {
 namespace {
 
 constexpr double kArrowPixels = 7;  // half its width
+constexpr int kTagOpacity = 170;
 
 // Buys are a long entry and a short exit.
 bool Buys(const OrderMark& order) { return order.is_long == order.entry; }
@@ -24,6 +27,14 @@ QPainterPath Arrow(bool up) {
   path.lineTo(-kArrowPixels, length);
   path.closeSubpath();
   return path;
+}
+
+// True for the lower one of two lines, whose tag is below it, so that neither tag covers the other.
+bool IsLower(const HeldLine& line, const std::vector<HeldLine>& all) {
+  return std::any_of(all.begin(), all.end(), [&line](const HeldLine& other) {
+    return other.is_long != line.is_long &&
+           (line.price < other.price || (line.price == other.price && line.is_long));
+  });
 }
 
 // "2.5", without trailing zeros.
@@ -43,12 +54,12 @@ PositionMarks::PositionMarks(QCustomPlot& plot, QCPAxisRect& prices, QCPAxis& ba
     arrow = new QCPGraph(&bars, values);
     arrow->setLineStyle(QCPGraph::lsNone);
     arrow->setSelectable(QCP::stNone);
-    arrow->setLayer(QStringLiteral("overlay"));  // above the tags
+    arrow->setLayer(QStringLiteral("overlay"));  // above the lines
   }
   for (HeldMark& held : held_) {
     held = {new QCPItemLine(&plot), new QCPItemText(&plot)};
     held.tag->setPadding(QMargins(5, 1, 5, 1));
-    held.tag->setPositionAlignment(Qt::AlignRight | Qt::AlignBottom);
+    held.tag->setLayer(QStringLiteral("overlay"));  // above the arrows
     for (QCPItemPosition* const place : {held.line->start, held.line->end, held.tag->position}) {
       place->setAxisRect(&prices);
       place->setAxes(&bars, values);
@@ -117,7 +128,12 @@ void PositionMarks::ShowHeld(const HeldLine& held, const ChartModel& model) {
                              ToQt(PriceText(held.price, model.Series().decimals)),
                              ProfitText(held.profit)));
   mark.tag->setColor(colour);
-  mark.tag->setBrush(colours_.field);
+  // The newest bars are often below the tag.
+  QColor ground = colours_.field;
+  ground.setAlpha(kTagOpacity);
+  mark.tag->setBrush(ground);
+  mark.tag->setPositionAlignment(Qt::AlignRight |
+                                 (IsLower(held, positions_.held) ? Qt::AlignTop : Qt::AlignBottom));
   mark.tag->position->setCoords(1, held.price);
   mark.tag->setVisible(true);
 }

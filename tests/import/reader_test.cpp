@@ -1,0 +1,403 @@
+// From the bytes of a price file to its rows. Whole files of all kinds are in `flavours`.
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "import/date_pattern.h"
+#include "import/moment_reader.h"
+#include "import/price_number.h"
+#include "import/price_reader.h"
+#include "support/scratch_folder.h"
+
+namespace velumar {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+using testing::ThrowsMessage;
+
+constexpr NumberStyle kPoint{false};
+constexpr NumberStyle kComma{true};
+
+TEST(PriceNumber, ReadsTheNearestFloat) {
+  const std::tuple<std::string, NumberStyle, int, float> cases[] = {
+      {"0e999", kPoint, 0, 0.0F},
+      {"+1.5", kPoint, 0, 1.5F},
+      {"1E-3", kPoint, 0, 0.001F},
+      // Just above the middle of two floats; through a double it would become the lower one.
+      {"1.00000005960464477540", kPoint, 0, 1.0F + std::numeric_limits<float>::epsilon()},
+      {"16777217", kPoint, 0, 16777216.0F},
+      {"1677721.7", kPoint, 1, 16777216.0F},
+      {"1.17549435e-38", kPoint, 0, std::numeric_limits<float>::min()},
+      {"-1.7014117e38", kPoint, 0, -0x1.fffffep126F},
+      {"1.19978", kPoint, 4, 11997.8F},
+      {"1.234.567,5", kComma, 0, 1234567.5F},
+      {"12,34,567.5", kPoint, 0, 1234567.5F},
+      {"1 234,5", kComma, 0, 1234.5F},
+      {"1\u202F234,5", kComma, 0, 1234.5F},
+      {"1'234.5", kPoint, 0, 1234.5F},
+      {"$1,234.50", kPoint, 0, 1234.5F},
+      {"12,5 €", kComma, 0, 12.5F},
+      {"1.23M", kPoint, 0, 1230000},
+      {"-4.5%", kPoint, 0, -4.5F},
+  };
+  for (const auto& [text, style, shift, value] : cases) {
+    EXPECT_EQ(ReadNumber(text, style, shift).value, value) << text;
+  }
+  EXPECT_FALSE(std::signbit(ReadNumber("-0", kPoint, 0).value));
+}
+
+TEST(PriceNumber, AgreesWithTheLibraryOnRandomDecimals) {
+  std::mt19937_64 random(19);
+  for (int i = 0; i < 20000; ++i) {
+    // Half of them are next to the middle of two floats, where rounding twice shows.
+    const double middle = std::ldexp(static_cast<double>(random() % (1 << 24)) + 0.5, -10);
+    std::string text =
+        std::to_string(i % 2 == 0 ? middle : static_cast<double>(random() % 10000000));
+    text.insert(random() % 2 == 0 ? text.size() : text.find('.') + 1, random() % 5, '0');
+    const int shift = static_cast<int>(random() % 5);
+    const std::string shifted = text + "e" + std::to_string(shift);
+    float expected = 0;
+    std::from_chars(shifted.data(), shifted.data() + shifted.size(), expected);
+    ASSERT_EQ(ReadNumber(text, kPoint, shift).value, expected) << shifted;
+  }
+}
+
+TEST(PriceNumber, RefusesOtherTextsAndWhatCannotBeStored) {
+  for (const std::string text :
+       {"x", "1x", "1,5", "0x10", "+-1", "1e+", ".", "1,2345", "1,23,45", ",123", "1.2.3",
+        "1,234,5", "1 23", "1'23", "1 234,567", "inf", "nan", "K", "12 3/8"}) {
+    EXPECT_THAT([&] { ReadNumber(text, kPoint, 0); },
+                ThrowsMessage<ImportError>("\"" + text + "\" is not a number"));
+  }
+  for (const std::string text : {"1.7014118346046923e38", "1e400", "1.1754942e-38", "-1e-50"}) {
+    EXPECT_THAT([&] { ReadNumber(text, kPoint, 0); },
+                ThrowsMessage<ImportError>(StartsWith("\"" + text + "\" can't be stored")));
+  }
+}
+
+using Texts = std::vector<std::string>;
+using MomentNumbers = std::tuple<int, int, int>;  // date, time or -1, offset or 9999
+
+MomentNumbers NumbersOf(const Moment& moment) {
+  return {moment.date, moment.time.value_or(-1), moment.utc_offset.value_or(9999)};
+}
+
+MomentReader ReaderOf(DateOrder order) {
+  DateStyle style;
+  style.order = order;
+  return {style, TimeDigits::kHoursAndMinutes};
+}
+
+TEST(MomentReader, ReadsDatesAndTimes) {
+  const auto dmy = DateOrder::kDayMonthYear;
+  const auto mdy = DateOrder::kMonthDayYear;
+  const std::tuple<std::string, DateOrder, MomentNumbers> cases[] = {
+      {"19000101", dmy, {19000101, -1, 9999}},
+      {"2020-1-2", mdy, {20200102, -1, 9999}},
+      {"202001020930", dmy, {20200102, 93000, 9999}},
+      {"20200102093015", dmy, {20200102, 93015, 9999}},
+      {"20200102 0930", dmy, {20200102, 93000, 9999}},
+      {"20200102T093015.250Z", dmy, {20200102, 93015, 0}},
+      {"2020-01-02T09:30:15.123456-05:00", dmy, {20200102, 93015, -300}},
+      {"2020/01/02 9:30", dmy, {20200102, 93000, 9999}},
+      {"02.01.2020 24:00", dmy, {20200103, 0, 9999}},
+      {"01.02.2020 00:00:00.000 GMT+0200", dmy, {20200201, 0, 120}},
+      {"1/2/20", mdy, {20200102, -1, 9999}},
+      {"1/2/69", dmy, {19690201, -1, 9999}},
+      {"02-JAN-2020", dmy, {20200102, -1, 9999}},
+      {"2nd", dmy, {0, 0, 0}},
+      {"Jan 2, 2020", dmy, {20200102, -1, 9999}},
+      {"Thu, January 2nd, 2020", dmy, {20200102, -1, 9999}},
+      {"Thursday 2 Sept 2020", mdy, {20200902, -1, 9999}},
+      {"1/2/2020 12:05 AM", mdy, {20200102, 500, 9999}},
+      {"1/2/2020 12:05:10 p.m.", mdy, {20200102, 120510, 9999}},
+      {"1/2/2020 9 PM", mdy, {20200102, 210000, 9999}},
+      {"20200102 09:30:00 America/New_York", dmy, {20200102, 93000, 9999}},
+  };
+  for (const auto& [text, order, expected] : cases) {
+    MomentReader reader = ReaderOf(order);
+    if (std::get<0>(expected) == 0) {
+      EXPECT_THROW(reader.Date(text), ImportError) << text;
+    } else {
+      EXPECT_EQ(NumbersOf(reader.Date(text)), expected) << text;
+      // Once more, as the next row of the same day.
+      EXPECT_EQ(NumbersOf(reader.Date(text)), expected) << text;
+    }
+  }
+}
+
+TEST(MomentReader, ReadsUnixTimes) {
+  const std::tuple<std::string, std::int64_t, MomentNumbers> cases[] = {
+      {"1577957415", 1, {20200102, 93015, 0}},
+      {"1577957415.75", 1, {20200102, 93015, 0}},
+      {"-1", 1, {19691231, 235959, 0}},
+      {"1577957415250", 1000, {20200102, 93015, 0}},
+      {"-1", 1000, {19691231, 235959, 0}},
+      {"1577957415250000000", 1'000'000'000, {20200102, 93015, 0}},
+  };
+  for (const auto& [text, per_second, expected] : cases) {
+    DateStyle style;
+    style.kind = DateStyle::Kind::kUnix;
+    style.per_second = per_second;
+    EXPECT_EQ(NumbersOf(MomentReader(style, {}).Date(text)), expected) << text;
+  }
+}
+
+TEST(MomentReader, RefusesOtherDates) {
+  for (const std::string text : {"",
+                                 "20201341",
+                                 "20210229",
+                                 "2020-02-30",
+                                 "18991231",
+                                 "2020010",
+                                 "202001021",
+                                 "2020-01-0293000",
+                                 "2020-01-02 25:00",
+                                 "-2020010",
+                                 "31.04.2020",
+                                 "02.01.2020x",
+                                 "32/01/2020",
+                                 "1/2/3",
+                                 "02 Foo 2020",
+                                 "Jan 2",
+                                 "13:00 PM",
+                                 "2020-01-02 13:00 PM",
+                                 "2020-01-02 9:3",
+                                 "2020-01-02 1",
+                                 "02.01/2020",
+                                 "2020-01-02 09:30 +25:00"}) {
+    MomentReader reader = ReaderOf(DateOrder::kDayMonthYear);
+    EXPECT_THROW(reader.Date(text), ImportError) << text;
+  }
+}
+
+TEST(MomentReader, ReadsTimesOfTheirOwn) {
+  for (const auto& [text, value] : {std::pair("9:30", 93000),
+                                    {"9:30:15", 93015},
+                                    {"23:59:59.999", 235959},
+                                    {"00:00", 0},
+                                    {"0", 0},
+                                    {"930", 93000},
+                                    {"0930", 93000},
+                                    {"93000", 93000},
+                                    {"093015", 93015},
+                                    {"093015250", 93015},
+                                    {"09:30 PM", 213000},
+                                    {"24:00", 240000},
+                                    {"2400", 240000},
+                                    {"1899-12-30 09:30:00", 93000}}) {
+    MomentReader reader = ReaderOf(DateOrder::kDayMonthYear);
+    EXPECT_EQ(reader.Time(text).time, value) << text;
+  }
+  EXPECT_EQ(MomentReader({}, TimeDigits::kWithSeconds).Time("930").time, 930);
+  for (const std::string text : {"", "24:01", "23:60", "23:59:60", "240001", "1260", "0093000",
+                                 "9:3", "9:30:", "09-30", "13:30 PM", "x"}) {
+    MomentReader reader = ReaderOf(DateOrder::kDayMonthYear);
+    EXPECT_THROW(reader.Time(text), ImportError) << text;
+  }
+}
+
+TEST(DatePattern, ReadsWhatItMatchesExactly) {
+  const std::tuple<std::string, std::string, MomentNumbers> cases[] = {
+      {"%d.%m.%Y", "2.1.2020 9:30", {20200102, 93000, 9999}},
+      {"%m/%d/%y", "01/02/69", {19690102, -1, 9999}},
+      {"%m/%d/%y", "01/02/68", {20680102, -1, 9999}},
+      {"%d-%b-%Y", "02-JAN-2020", {20200102, -1, 9999}},
+      {"%B %d, %Y", "january 2, 2020", {20200102, -1, 9999}},
+      {"%m/%d/%Y %I:%M %p", "01/02/2020 12:05 am", {20200102, 500, 9999}},
+      {"%d%m%y %H%M", "050124 0905", {20240105, 90500, 9999}},
+      {"%B%d%y %I%%%M %p", "Jan0524 9%05 am", {20240105, 90500, 9999}},
+  };
+  const auto reader_of = [](const std::string& pattern) {
+    DateStyle style;
+    style.kind = DateStyle::Kind::kPattern;
+    style.pattern.emplace(pattern);
+    return MomentReader(style, {});
+  };
+  for (const auto& [pattern, text, expected] : cases) {
+    EXPECT_EQ(NumbersOf(reader_of(pattern).Date(text)), expected) << text;
+  }
+  // One digit too few or too many would otherwise shift the numbers after it.
+  const std::pair<std::string, Texts> refused[] = {
+      {"%d.%m.%Y", {"31.04.2020", "2020-01-02", "02.01.2020x"}},
+      {"%d.%m.%Y %I:%M %p", {"02.01.2020 13:00 PM"}},
+      {"%d.%m.%Y %H:%M",
+       {"02.01.2020", "02.01.2020 09:30:00", ".01.2024 9:05", "005.01.2024 9:05", "05.01.924 9:05",
+        "+5.01.2024 9:05", "05.01.-2024 9:05", "05.01.2024 9:5", "05.01.2024 9:005"}},
+      {"%d%m%y %H%M", {"05124 0905", "0501024 0905", "050124 055", "050124 00905"}},
+  };
+  for (const auto& [pattern, texts] : refused) {
+    for (const std::string& text : texts) {
+      EXPECT_THROW(reader_of(pattern).Date(text), ImportError) << pattern << " reads " << text;
+    }
+  }
+  for (const std::string pattern : {"", "yyyymmdd", "%Y-%m", "%d.%m", "%Y%d", "%Y%m%d%",
+                                    "%Y%m%d %Q", "%%Y%m%d", "%Y%m%d %I:%M"}) {
+    EXPECT_THROW(DatePattern{pattern}, ImportError) << pattern;
+  }
+}
+
+struct ReadFileResult {
+  FileFormat format;
+  RowCounts counts;
+  std::vector<PriceRow> rows;  // without texts
+  std::vector<std::string> lines;
+};
+
+ReadFileResult ReadText(std::string_view text, const ImportOptions& options = {}) {
+  const ScratchFolder folder;
+  folder.Write("prices.csv", text);
+  PriceReader reader(folder / "prices.csv", options);
+  ReadFileResult result;
+  for (auto rows = reader.Next(); !rows.empty(); rows = reader.Next()) {
+    for (const PriceRow& row : rows) {
+      result.rows.push_back(row);
+      result.rows.back().ticker = {};
+      result.rows.back().period = {};
+      result.lines.emplace_back(reader.RawLine(row));
+    }
+  }
+  result.format = reader.Format();
+  result.counts = reader.Counts();
+  EXPECT_EQ(reader.Progress(), 1);
+  return result;
+}
+
+TEST(PriceReader, CountsWhatIsNoRow) {
+  const auto read = ReadText(
+      "Some title\nDate,Open,High,Low,Close,Volume\n\n2020-01-02,1,2,1,1.25,10\n# a comment\n"
+      "2020-01-03,null,null,null,null,null\n2020-01-06,1,2,1,1.5,-\nDate,Open,High,Low,Close,"
+      "Volume\n"
+      "2020-01-07,1,2,1,1.125,10\nSource: us\n");
+  EXPECT_EQ(read.counts.rows, 3);
+  EXPECT_EQ(read.counts.skipped, 1);
+  EXPECT_EQ(read.counts.first_skipped_line, 6);
+  EXPECT_EQ(read.counts.other_lines, 4);
+  EXPECT_EQ(read.format.header_line, 2);
+  EXPECT_EQ(read.format.price_decimals, 3);
+  EXPECT_EQ(read.rows[2].line, 9);
+  EXPECT_EQ(read.lines[2], "2020-01-07,1,2,1,1.125,10");
+}
+
+TEST(PriceReader, NamesTheLineThatCannotBeRead) {
+  const std::string header = "date,time,open,high,low,close\n";
+  const std::string first = "20200102,93000,1,2,1,1\n";
+  const std::string last = "20200103,93000,1,2,1,1\n";
+  const std::pair<std::string, std::string> cases[] = {
+      {header + first + "\r\n20200102,93500,1,2,1,x\n" + last,
+       "line 4: the close \"x\" is not a number"},
+      {header + first + "20200102,93500,1,2,1\n" + last, "line 3: has 5 fields, the header has 6"},
+      {header + first + "20200102,93500,1,2,1,1,5\n", "line 3: has 7 fields, the header has 6"},
+      {header + first + "20200102,93500,1,\"2,1,1\n" + last,
+       "line 3: has a quote that is not closed"},
+      {header + first + "20200230,93500,1,2,1,1\n",
+       "line 3: the date \"20200230\" is not a valid date"},
+      {header + first + "20200103,25:00,1,2,1,1\n",
+       "line 3: the time \"25:00\" is not a valid time"},
+      {header + first + "no row\n" + last, "line 3: has 1 fields, the header has 6"},
+      {header + "2020-01-02 09:30,10:00,1,1,1,1\n",
+       "line 2: the time in the date differs from the one in its own column"},
+      {"date,close\n2020-01-02,101'165\n",
+       "line 2: the close \"101'165\" may not be a decimal number"},
+      {"date,open,high,low\n20200102,1,2,1\n",
+       "no column holds the close (line 1 names the columns)"},
+      {"date,open,high,low,close,Close\n20200102,1,2,1,1,1\n",
+       "the header names the column \"Close\" twice"},
+      {"Date,Close\n2020-01-02,49,73\n", "line 2: has 3 fields, the header has 2"},
+      {"20200102,3,2,1,1\n",
+       "no column holds the open, high, low, close; add a first line that names the columns"},
+      {"\xEF\xBB\xBF\r\n\r\n", "the file is empty"},
+      {header, "no line has a date and a price"},
+      {std::string("ab\0\0\1\2\n", 7), "is not a text file; save the table as CSV"},
+      {std::string(5 << 20, 'x'), "has a line of more than 1 MiB; is it a table?"},
+      {"Date;Close\n02.01.2020;1.234\n03.01.2020;1.235\n",
+       "commas and points of the numbers can be read in two ways; set the decimal sign"},
+      {"Date,Close\n010203,1.5\n020203,1.5\n",
+       "the date \"010203\" can be read in several ways; set the date format, such as \"%y%m%d\""},
+  };
+  for (const auto& [text, message] : cases) {
+    EXPECT_THAT([&] { ReadText(text); }, ThrowsMessage<ImportError>(message))
+        << text.substr(0, 200);
+  }
+}
+
+TEST(PriceReader, DecidesTheOrderOfDayAndMonthByAllRows) {
+  const std::tuple<std::string, bool, int> cases[] = {
+      {"03/04/2020,1\n04/04/2020,1\n", true, 20200403},
+      {"03/04/2020,1\n13/04/2020,1\n", false, 20200403},
+      {"03/04/2020,1\n04/13/2020,1\n", false, 20200304},
+      // Only one order rises or falls.
+      {"01/12/2020,1\n02/01/2021,1\n01/02/2021,1\n", false, 20201201},
+      {"12/11/2020,1\n12/10/2020,1\n11/12/2020,1\n", false, 20201211},
+      {"98/01/02,1\n98/01/03,1\n", false, 19980102},
+  };
+  for (const auto& [rows, open, date] : cases) {
+    const auto read = ReadText("Date,Close\n" + rows);
+    EXPECT_EQ(read.format.date_order_open, open) << rows;
+    EXPECT_EQ(read.rows[0].bar.date, date) << rows;
+  }
+  ImportOptions options;
+  options.date_order = DateOrder::kMonthDayYear;
+  EXPECT_EQ(ReadText("Date,Close\n03/04/2020,1\n", options).rows[0].bar.date, 20200304);
+}
+
+// Several blocks of lines, the one that decides at the end.
+TEST(PriceReader, ReadsTheSameRowsWhateverTheBytes) {
+  std::string text = "Title\nDate;Time;Open;High;Low;Close;TICKVOL;VOL\n";
+  constexpr int kRows = 60000;
+  for (int i = 0; i < kRows; ++i) {
+    const int minute = i % 1440;
+    const std::string close = std::to_string(i % 90 + 10) + (i % 3 == 0 ? ".5" : ".25");
+    text += (i < 50000 ? "03/04/2020;" : "14/04/2020;") + std::to_string(minute / 60) + ":" +
+            (minute % 60 < 10 ? "0" : "") + std::to_string(minute % 60) + ";" + close + ";" +
+            close + ";" + close + ";" + close + (i % 1000 == 7 ? ";\"7\";0\n" : ";7;0\n");
+  }
+  const auto plain = ReadText(text);
+  ASSERT_EQ(plain.counts.rows, kRows);
+  EXPECT_FALSE(plain.format.date_order_open);
+  EXPECT_EQ(plain.rows[0].bar.date, 20200403);
+  EXPECT_EQ(plain.rows[7].bar.volume, 7);
+  EXPECT_EQ(plain.rows.back().line, kRows + 2);
+
+  std::string wide = "\xFF\xFE";
+  for (const char c : text) wide += {c, '\0'};
+  std::string cr = text;
+  std::ranges::replace(cr, '\n', '\r');
+  std::string quoted;
+  for (const char c : text) {
+    if (c == '"') continue;
+    quoted += c == ';' ? "\";\"" : c == '\n' ? "\"\r\n\"" : std::string(1, c);
+  }
+  quoted.pop_back();
+  for (const std::string& other : {wide, cr, "\"" + quoted}) {
+    const auto read = ReadText(other);
+    ASSERT_EQ(read.counts.rows, kRows);
+    for (std::size_t i = 0; i < plain.rows.size(); ++i) {
+      ASSERT_EQ(read.rows[i].bar, plain.rows[i].bar) << i;
+      ASSERT_EQ(read.rows[i].line, plain.rows[i].line) << i;
+    }
+  }
+}
+
+TEST(PriceReader, DecidesDecimalSignsByAllRows) {
+  const std::tuple<std::string, float, float> cases[] = {
+      {"Date;Close\n2020-01-02;1,234\n2020-01-03;999\n2020-01-06;1,001\n", 1234, 999},
+      {"Date;Close\n2020-01-02;1.234\n2020-01-03;1.5\n", 1.234F, 1.5F},
+      {"Date;Close\n02.01.2020;1,234\n03.01.2020;1,235\n", 1.234F, 1.235F},
+      {"Date,Close\n2020-01-02,1.234\n2020-01-03,1.235\n", 1.234F, 1.235F},
+      {"Date,Close,Volume\n2020-01-02,12,\"1,234\"\n2020-01-03,13,\"1,235\"\n", 12, 13},
+      {"Date\tClose\n2020-01-02\t1.234,5\n2020-01-03\t1.234\n", 1234.5F, 1234},
+  };
+  for (const auto& [text, first, second] : cases) {
+    const auto read = ReadText(text);
+    EXPECT_EQ(read.rows[0].bar.close, first) << text;
+    EXPECT_EQ(read.rows[1].bar.close, second) << text;
+  }
+}
+
+}  // namespace
+}  // namespace velumar
