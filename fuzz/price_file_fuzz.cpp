@@ -1,13 +1,15 @@
 // A price file of any bytes is read or refused with an error, and the import says the same of it.
+// What it imports can be replayed.
 // The first byte sets options; the second is the length of a date format.
 
 #include <cmath>
 #include <filesystem>
 
 #include "base/dates.h"
-#include "import/price_import.h"
+#include "import/file_reading.h"
 #include "import/price_reader.h"
 #include "import/text_encoding.h"
+#include "marketdata/interval.h"
 #include "marketdata/number_format.h"
 #include "packed_files.h"
 #include "support/scratch_folder.h"
@@ -23,6 +25,9 @@ ImportOptions OptionsOf(std::string_view& data) {
   if ((bits & 1) != 0) options.date_order = static_cast<DateOrder>(bits >> 1 & 1);
   if ((bits & 4) != 0) options.decimal_comma = (bits & 8) != 0;
   if ((bits & 16) != 0) options.scale = 100;
+  if ((bits & 32) != 0) options.interval = (bits & 8) != 0 ? kDaily : 30;
+  if ((bits & 64) != 0) options.utc = true;
+  if ((bits & 128) != 0) options.prices = Prices::kAdjusted;
   if (length > 0) options.date_format = std::string(data.substr(0, length));
   data.remove_prefix(std::min(length, data.size()));
   return options;
@@ -62,6 +67,17 @@ bool Read(const std::filesystem::path& file, const ImportOptions& options) {
   }
 }
 
+void CheckSeries(const ReadPrices::Series& series) {
+  if (!series.found.refusal.empty()) return;
+  Require(IsReplayInterval(series.found.interval));
+  Require(!series.bars.empty() && series.bars.size() <= kLongestSeries);
+  for (std::size_t i = 1; i < series.bars.size(); ++i) {
+    const Bar& before = series.bars[i - 1];
+    const Bar& bar = series.bars[i];
+    Require(std::pair(before.date, before.time) < std::pair(bar.date, bar.time));
+  }
+}
+
 }  // namespace
 }  // namespace velumar
 
@@ -73,8 +89,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
   static const ScratchFolder folder;
   folder.Write("prices.csv", text);
   const bool is_read = Read(folder / "prices.csv", options);
-  const Understanding understood =
-      UnderstandFile(folder / "prices.csv", options, [](double) { return true; });
-  if (!is_read) Require(!understood.refusal.empty());
+  const ReadPrices read =
+      ReadPriceFile(folder / "prices.csv", options, [](double) { return true; });
+  if (!is_read) Require(!read.understanding.refusal.empty());
+  if (!read.understanding.Ready()) return 0;
+  for (const ReadPrices::Series& series : read.series) CheckSeries(series);
   return 0;
 }

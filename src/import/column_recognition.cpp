@@ -73,6 +73,13 @@ class ColumnValues {
   bool HaveTime(std::size_t column) const {
     return std::ranges::any_of(sample_.Column(column), LooksLikeTime);
   }
+  bool AreWords(std::size_t column) const {
+    const auto fields = sample_.Column(column);
+    return MostAre(fields, [](std::string_view field) {
+      return std::ranges::any_of(field, IsLetter) && !LooksLikeNumber(field) &&
+             !LooksLikeTime(field);
+    });
+  }
   bool AreMissing(std::size_t column) const { return sample_.Column(column).empty(); }
   // Whole numbers that rise by one.
   bool CountRows(std::size_t column) const {
@@ -269,6 +276,9 @@ class Recognition {
     }
     if (format_.header_line == 0 && columns.size() == 1 && !Place(PriceField::kClose)) {
       Set(PriceField::kClose, columns[0], "the only number");
+    }
+    if (date + 1 < sample_.width && IsFree(date + 1) && values_.AreWords(date + 1)) {
+      Set(PriceField::kTicker, date + 1, "a text next to the date");
     }
     if (date > 0 && !values_.AreNumbers(0)) Set(PriceField::kTicker, 0, "a text before the date");
     if (date > 1 && Place(PriceField::kTicker)) {

@@ -29,6 +29,7 @@ class DateOrders {
       for (Candidate& candidate : candidates_) candidate.last = 0;
       last_ticker_ = ticker;
     }
+    has_points_ |= orderless->has_points;
     for (Candidate& candidate : candidates_) {
       const bool full_year = orderless->has_full_year;
       if (full_year && candidate.order == DateOrder::kYearMonthDay) candidate.fits = false;
@@ -36,10 +37,12 @@ class DateOrders {
     }
   }
 
+  // True if no more dates are needed, since at most one order fits.
   bool IsDecided() const { return Count(&Candidate::Fits) < 2; }
 
-  // Nothing if several are left.
+  // Nothing if several are left, or none. Nobody writes the month first in front of a point.
   std::optional<DateOrder> Only() const {
+    if (has_points_ && candidates_[0].fits) return candidates_[0].order;
     for (const auto is : {&Candidate::Fits, &Candidate::IsSteady}) {
       if (Count(is) != 1) continue;
       return std::ranges::find_if(candidates_, [&](const Candidate& c) { return (c.*is)(); })
@@ -72,6 +75,7 @@ class DateOrders {
 
   std::array<Candidate, 3> candidates_ = {
       {{DateOrder::kDayMonthYear}, {DateOrder::kMonthDayYear}, {DateOrder::kYearMonthDay}}};
+  bool has_points_ = false;
   std::string last_date_;
   std::string last_ticker_;
 };

@@ -320,7 +320,7 @@ std::optional<OrderlessDate> ReadOrderlessDate(std::string_view text) {
   const auto numbers = sign == '\0' ? std::nullopt : TakeNumbers(cursor, first, sign);
   if (!numbers) return std::nullopt;
   const auto& [one, two, three] = numbers->digits;
-  return OrderlessDate{Value(one), Value(two), IsYear(three)};
+  return OrderlessDate{Value(one), Value(two), IsYear(three), sign == '.'};
 }
 
 std::optional<std::int32_t> ReadSixDigits(std::string_view text) {

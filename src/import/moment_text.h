@@ -42,6 +42,7 @@ struct OrderlessDate {
   int first = 0;
   int second = 0;
   bool has_full_year = false;
+  bool has_points = false;  // 2.1.2020
 };
 std::optional<OrderlessDate> ReadOrderlessDate(std::string_view text);
 

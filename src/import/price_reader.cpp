@@ -1,6 +1,8 @@
 #include "import/price_reader.h"
 
 #include <algorithm>
+#include <string>
+#include <unordered_set>
 
 #include "import/column_scan.h"
 #include "import/field_text.h"
@@ -162,8 +164,15 @@ struct PriceReader::State {
       throw ImportError(end_error);
     }
     row.line = line_number;
+    row.ticker = Kept(row.ticker);
+    row.period = Kept(row.period);
     rows.push_back(row);
     lines.push_back(line);
+  }
+
+  // The fields of a quoted line are gone with the next one.
+  std::string_view Kept(std::string_view text) {
+    return text.empty() ? text : *kept.emplace(text).first;
   }
 
   TextSource source;
@@ -179,7 +188,8 @@ struct PriceReader::State {
   std::string end_error;
   std::int64_t end_line = 0;
   std::vector<PriceRow> rows;
-  std::vector<std::string_view> lines;  // of the rows
+  std::vector<std::string_view> lines;   // of the rows
+  std::unordered_set<std::string> kept;  // tickers and periods
 };
 
 PriceReader::PriceReader(const std::filesystem::path& file, const ImportOptions& options)
@@ -193,12 +203,13 @@ std::span<const PriceRow> PriceReader::Next() {
   State& state = *state_;
   state.rows.clear();
   state.lines.clear();
+  state.kept.clear();
   std::string_view line;
   while (state.rows.size() < kRowsAtOnce && state.NextLine(line)) state.Read(line);
   state.counts.rows += static_cast<std::int64_t>(state.rows.size());
   state.format.price_decimals = state.row_reader.PriceDecimals();
   state.format.encoding = state.source.EncodingName();
-  if (state.format.zone.empty()) state.format.zone = state.row_reader.Zone();
+  if (!state.row_reader.Zone().empty()) state.format.zone = state.row_reader.Zone();
   return state.rows;
 }
 

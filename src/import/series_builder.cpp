@@ -184,7 +184,7 @@ void SeriesBuilder::Take(const Row& row) {
     return;
   }
   before_ = row;
-  TakeBar(LabelledByStart(row.bar, label_seconds_), row.line);
+  TakeBar(label_seconds_ == 0 ? row.bar : LabelledByStart(row.bar, label_seconds_), row.line);
 }
 
 void SeriesBuilder::TakeRepeated(const Row& row) {
@@ -218,8 +218,9 @@ void SeriesBuilder::TakeBar(Bar bar, std::int64_t line) {
 
 // A bar in the same five minutes as the one before is in the same bar of any interval.
 void SeriesBuilder::CountBuckets(const Bar& bar) {
+  const BarKey five_minutes = TimestampKey(bar.date, bar.time / 500);
+  if (std::exchange(five_minutes_, five_minutes) == five_minutes) return;
   const std::int64_t seconds = SecondsOf(bar);
-  if (std::exchange(five_minutes_, seconds / 300) == seconds / 300) return;
   for (std::size_t i = 0; i < kReplayIntervals.size(); ++i) {
     const int minutes = kReplayIntervals.at(i) == kDaily ? 1440 : kReplayIntervals.at(i);
     const std::int64_t bucket = seconds / (std::int64_t{minutes} * 60) + 1;

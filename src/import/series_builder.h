@@ -123,7 +123,7 @@ class SeriesBuilder {
   // How many bars each interval of kReplayIntervals would give.
   std::array<std::int64_t, kReplayIntervals.size()> buckets_{};
   std::array<std::int64_t, kReplayIntervals.size()> last_buckets_{};
-  std::int64_t five_minutes_ = 0;
+  BarKey five_minutes_ = 0;
   std::int64_t bars_ = 0;
   std::int64_t outside_ = 0;  // of --from and --to
   Bar first_;

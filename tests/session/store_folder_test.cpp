@@ -131,6 +131,7 @@ TEST_F(StoreFolderTest, FollowsNoLinkInsideAndCopiesNoHugeFile) {
   Write(others / "F9.DAT", "bars");
   Write(others / "chart.mwc", "mine");
   Write(fs::path(data) / "mssmart" / "chart.mwc", "new");
+  Write(fs::path(data) / "velumar-imports.json", "{}");
   Write(fs::path(data) / "mssmart" / "other.mwc", "new");
   Write(fs::path(data) / "mssmart" / "huge.mwc", "");
   fs::resize_file(fs::path(data) / "mssmart" / "huge.mwc", (64 << 20) + 1);
@@ -162,6 +163,7 @@ TEST_F(StoreFolderTest, FollowsNoLinkInsideAndCopiesNoHugeFile) {
   EXPECT_EQ(Everything(others), before);
   EXPECT_EQ(FilesOf(store + "/MSSmart")["other.mwc"], "new");
   EXPECT_FALSE(fs::exists(at / "MSSmart" / "huge.mwc"));
+  EXPECT_FALSE(fs::exists(at / "velumar-imports.json"));
 }
 
 TEST_F(StoreFolderTest, OneProgramHoldsItUntilItDies) {
