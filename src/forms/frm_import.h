@@ -103,8 +103,11 @@ class FrmImport : public Form {
                    {"cbxLong", 870, 1620, 1800, 285, "",
                     "What happens to a series that is longer than a replay can be"}};
   CheckBox chkAdjusted{*this,
-                       {"chkAdjusted", 3060, 1620, 1860, 285, "Adjusted prices",
+                       {"chkAdjusted", 2760, 1620, 1050, 285, "Adjusted",
                         "Takes the adjusted close for the close; open, high and low follow"}};
+  CheckBox chkReplace{*this,
+                      {"chkReplace", 3840, 1620, 1110, 285, "Start over",
+                       "Replaces a stored series instead of adding to it"}};
   CheckBox chkScale{*this,
                     {"chkScale", 150, 1950, 4770, 285, "",
                      "Orders fill in hundredths, so prices with more decimals are multiplied"}};

@@ -6,6 +6,7 @@
 #include "base/dates.h"
 #include "base/number_text.h"
 #include "base/paths.h"
+#include "import/column_names.h"
 #include "marketdata/interval.h"
 
 namespace velumar {
@@ -58,6 +59,21 @@ void AppendSentence(std::string& text, std::string_view sentence) {
 std::string Joined(const std::vector<std::string>& sentences) {
   std::string text;
   for (const std::string& sentence : sentences) AppendSentence(text, sentence);
+  return text;
+}
+
+// Messages name the options of the command line; in the window they are boxes.
+std::string InWindowWords(std::string text) {
+  static constexpr std::pair<std::string_view, std::string_view> kBoxes[] = {
+      {"--symbol", "\"Symbol\""},      {"--interval", "\"Interval\""},
+      {"--from-zone", "\"Times in\""}, {"--replace", "\"Start over\""},
+      {"--last", "\"Too long\""},      {"--scale", "\"Multiply prices\""},
+      {"--from and --to", "\"Days\""}};
+  for (const auto& [option, box] : kBoxes) {
+    if (const auto at = text.find(option); at != std::string::npos) {
+      text.replace(at, option.size(), box);
+    }
+  }
   return text;
 }
 
@@ -129,26 +145,22 @@ std::vector<std::string> RemarksOf(const Understanding& understood) {
   return remarks;
 }
 
+// What became of a file, and then what was remarkable about it.
 std::vector<std::string> RemarksOf(const BatchFile& file) {
-  switch (file.state) {
-    case FileState::kWaiting:
-      return {};
-    case FileState::kNotRead:
-      return {"not read"};
-    case FileState::kAsks:
-      return {"question: " + FirstQuestion(file).text};
-    case FileState::kRefused:
-      return {"cannot be imported: " + file.understood.refusal};
-    case FileState::kFailed:
-      return {"failed: " + file.failure};
-    case FileState::kImported: {
-      std::vector<std::string> remarks = {ReportText(file.report)};
-      remarks.insert(remarks.end(), file.report.remarks.begin(), file.report.remarks.end());
-      return remarks;
-    }
-    default:
-      return RemarksOf(file.understood);
+  std::vector<std::string> remarks = RemarksOf(file.understood);
+  const auto first = [&remarks](const std::string& remark) {
+    remarks.insert(remarks.begin(), remark);
+  };
+  if (file.state == FileState::kNotRead) first("not read");
+  if (file.state == FileState::kAsks) first("question: " + FirstQuestion(file).text);
+  if (file.state == FileState::kRefused) first("cannot be imported: " + file.understood.refusal);
+  if (file.state == FileState::kFailed) first("failed: " + file.failure);
+  if (file.state == FileState::kImported) {
+    remarks = file.report.remarks;
+    first(ReportText(file.report));
   }
+  for (std::string& remark : remarks) remark = InWindowWords(std::move(remark));
+  return remarks;
 }
 
 std::string SeparatorName(char separator) {
@@ -348,20 +360,19 @@ Colour ImportBatch::Ink(std::size_t file) const {
   }
 }
 
-std::vector<std::string> UnderstoodLines(const Understanding& understood) {
-  std::vector<std::string> lines;
-  if (!understood.refusal.empty()) lines.push_back(understood.refusal);
-  for (std::string& remark : RemarksOf(understood)) lines.push_back(std::move(remark));
-  const FileFormat& format = understood.format;
+std::vector<std::string> UnderstoodLines(const BatchFile& file) {
+  std::vector<std::string> lines = RemarksOf(file);
+  const FileFormat& format = file.understood.format;
   if (format.columns.empty()) return lines;
   lines.push_back(FormatText(format));
   if (!format.dates.empty()) lines.push_back("Dates: " + format.dates);
   if (!format.zone.empty()) lines.push_back("Time zone in the file: " + format.zone);
   for (std::size_t i = 0; i < format.columns.size(); ++i) {
     const ColumnMeaning& column = format.columns[i];
-    const std::string title =
-        column.title.empty() ? "Column " + std::to_string(i + 1) : column.title;
-    lines.push_back(title + ": " + column.reason);
+    const std::string field(FieldName(column.field));
+    lines.push_back(column.title.empty()
+                        ? "Column " + std::to_string(i + 1) + ": " + field + ", " + column.reason
+                        : column.title + ": " + field);
   }
   return lines;
 }

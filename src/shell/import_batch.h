@@ -87,8 +87,8 @@ class ImportBatch {
 
 // True for a price file, and for a folder with at least one.
 bool HoldsPrices(const std::filesystem::path& path);
-// What was understood of the way in which a file is written, one sentence a line, remarks first.
-std::vector<std::string> UnderstoodLines(const Understanding& understood);
+// The remarks, and what was understood of the way in which a file is written, one sentence a line.
+std::vector<std::string> UnderstoodLines(const BatchFile& file);
 // "12 new bars, 3 changed, 1 missing in the file kept".
 std::string ReportText(const ImportReport& report);
 // "1 file", "3 files".

@@ -148,28 +148,34 @@ void ImportWindow::BindBoxes() {
   }
   form.cbxInterval.on_click = guarded(kDeciding, [this] {
     const int chosen = ChosenData(Window().cbxInterval);
-    Decide([chosen](ImportOptions& options) {
+    Decide([chosen](ImportOptions& options, const BatchFile&) {
       options.interval = chosen == kAsInTheFile ? std::nullopt : std::optional(chosen);
     });
   });
   form.cbxDates.on_click = guarded(kDeciding, [this] {
     const int chosen = ChosenData(Window().cbxDates);
-    Decide([chosen](ImportOptions& options) {
+    Decide([chosen](ImportOptions& options, const BatchFile&) {
       options.date_order =
           chosen == kAsInTheFile ? std::nullopt : std::optional(static_cast<DateOrder>(chosen - 1));
     });
   });
   form.cbxLong.on_click = guarded(kDeciding, [this] {
     const auto chosen = static_cast<TooLong>(ChosenData(Window().cbxLong));
-    Decide([chosen](ImportOptions& options) { options.too_long = chosen; });
+    Decide([chosen](ImportOptions& options, const BatchFile&) { options.too_long = chosen; });
   });
   form.chkAdjusted.on_click = guarded(kDeciding, [this] {
     const Prices chosen = Window().chkAdjusted.Checked() ? Prices::kAdjusted : Prices::kAsTraded;
-    Decide([chosen](ImportOptions& options) { options.prices = chosen; });
+    Decide([chosen](ImportOptions& options, const BatchFile&) { options.prices = chosen; });
+  });
+  form.chkReplace.on_click = guarded(kDeciding, [this] {
+    const bool replace = Window().chkReplace.Checked();
+    Decide([replace](ImportOptions& options, const BatchFile&) { options.replace = replace; });
   });
   form.chkScale.on_click = guarded(kDeciding, [this] {
-    const int scale = Window().chkScale.Checked() ? batch_.At(chosen_).tradable_scale : 1;
-    Decide([scale](ImportOptions& options) { options.scale = scale; });
+    const bool tradable = Window().chkScale.Checked();
+    Decide([tradable](ImportOptions& options, const BatchFile& file) {
+      options.scale = tradable ? file.tradable_scale : 1;
+    });
   });
 }
 
@@ -239,6 +245,7 @@ bool ImportWindow::Wanted(int load) const {
 
 // The setup goes on with the run.
 void ImportWindow::Close() {
+  if (!Window().Loaded()) return;
   desktop_.Unload(Window());
   Form1& setup = desktop_.Untouched().form1;
   if (setup.Visible()) setup.Show();
@@ -378,11 +385,11 @@ std::vector<std::size_t> ImportWindow::Selected() {
   return selected.empty() ? std::vector<std::size_t>{chosen_} : selected;
 }
 
-void ImportWindow::Decide(const std::function<void(ImportOptions& options)>& change) {
+void ImportWindow::Decide(const Change& change) {
   if (filling_ || task_ == Task::kImport || batch_.Size() == 0) return;
   for (const std::size_t file : Selected()) {
     ImportOptions options = batch_.At(file).options;
-    change(options);
+    change(options, batch_.At(file));
     if (options != batch_.At(file).options) batch_.Decide(file, std::move(options));
   }
   ReadAgain();
@@ -409,7 +416,7 @@ void ImportWindow::TakeTypedTexts() {
     return ShowStatus("\"" + day + "\" is not a day. Write it as 2024-12-31.", true);
   }
   const BoxTexts before = std::exchange(filled_, typed);
-  Decide([&](ImportOptions& options) {
+  Decide([&](ImportOptions& options, const BatchFile&) {
     if (typed.symbol != before.symbol) options.symbol = Given(typed.symbol);
     if (typed.name != before.name) options.name = Given(typed.name);
     if (typed.from != before.from) options.from = TypedDay(typed.from);
@@ -481,10 +488,12 @@ void ImportWindow::ShowQuestion(const BatchFile& file) {
   const bool asks = file.state == FileState::kAsks;
   const auto& questions = file.understood.questions;
   const ImportQuestion question = asks ? questions.front() : ImportQuestion();
-  const std::string of = questions.size() > 1 ? "1 of " + std::to_string(questions.size()) : "";
-  form.fraFile.SetText(asks ? " Question " + of : " Understood ");
+  const std::string name = PathText(file.path.filename());
+  const std::string number =
+      questions.size() > 1 ? " 1 of " + std::to_string(questions.size()) : "";
+  form.fraFile.SetText(asks ? " Question" + number + " about " + name + " " : " " + name + " ");
   form.lstUnderstood.SetVisible(!asks);
-  form.lstUnderstood.SetLines(UnderstoodLines(file.understood));
+  form.lstUnderstood.SetLines(UnderstoodLines(file));
   form.lblQuestion.SetVisible(asks);
   form.lblQuestion.SetText(question.text);
   ShowAnswers(question);
@@ -526,7 +535,7 @@ void ImportWindow::ShowBoxes(const BatchFile& file) {
   const bool single = selected == 1 && series.size() <= 1;
   filling_ = true;
   form.fraBoxes.SetText(selected > 1 ? " Decide for " + Counted(selected, "file") + " "
-                                     : " Decide for " + PathText(file.path.filename()) + " ");
+                                     : " Decide ");
   const FoundSeries found = series.empty() ? FoundSeries() : series.front();
   form.txtSymbol.SetText(single ? options.symbol.value_or(found.symbol) : "");
   form.txtName.SetText(single ? options.name.value_or(found.name) : "");
@@ -538,6 +547,7 @@ void ImportWindow::ShowBoxes(const BatchFile& file) {
   ChooseData(form.cbxDates, options.date_order ? 1 + static_cast<int>(*options.date_order) : 0);
   ChooseData(form.cbxLong, static_cast<int>(options.too_long));
   form.chkAdjusted.SetChecked(options.prices == Prices::kAdjusted);
+  form.chkReplace.SetChecked(options.replace);
   form.chkScale.SetChecked(options.scale > 1);
   form.chkScale.SetText(ScaleText(file));
   for (Control* control : form.Controls()) {

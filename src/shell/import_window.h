@@ -69,7 +69,8 @@ class ImportWindow {
   bool Wanted(int load) const;
 
   // Applies a change to the options of the selected files and reads these again.
-  void Decide(const std::function<void(ImportOptions& options)>& change);
+  using Change = std::function<void(ImportOptions& options, const BatchFile& file)>;
+  void Decide(const Change& change);
   void ReadAgain();
   void TakeTypedTexts();
   BoxTexts TypedTexts();

@@ -23,7 +23,7 @@ class MadeUpFiles : public PriceImporter {
     Run(during_read, name, progress);
     Understanding understood;
     understood.file = file;
-    if (name == "bad") understood.refusal = "line 17: \"x\" is not a price";
+    if (name == "bad") understood.refusal = "weekly bars; --interval D can";
     FoundSeries found{
         options.symbol.value_or(name), "", options.interval.value_or(kDaily), 10, {}, {}, ""};
     found.first.date = options.date_order == DateOrder::kMonthDayYear ? 20200102 : 20200201;
@@ -108,13 +108,13 @@ TEST_F(ImportWindowTest, ShowsWhatWasUnderstoodAndImportsItIntoTheDirectory) {
   Drop({"fx.csv", "bad.csv", "full.csv", "plain.csv", "notes.doc"});
   EXPECT_THAT(form.Caption(), HasSubstr(data));
   EXPECT_EQ(form.lstFiles.Content().count, 5U);
-  EXPECT_THAT(Remark(0), HasSubstr("line 17")) << "sorted by name";
+  EXPECT_THAT(Remark(0), HasSubstr("cannot be imported: weekly")) << "sorted by name";
   EXPECT_EQ(Cell(1, ImportBatch::kSymbol) + Cell(1, ImportBatch::kInterval), "fulldaily");
   EXPECT_THAT(Remark(4), HasSubstr("cannot be imported"));
   EXPECT_THAT(files.stored, IsEmpty());
 
   form.lstFiles.UserSelect({0});
-  EXPECT_THAT(form.lstUnderstood.Lines().front(), HasSubstr("line 17"));
+  EXPECT_THAT(form.lstUnderstood.Lines().front(), HasSubstr("\"Interval\" D can"));
   replaying = true;
   form.cmdImport.UserClick();
   EXPECT_THAT(outside.boxes.shown.back(), HasSubstr("Pause"));
@@ -166,6 +166,7 @@ TEST_F(ImportWindowTest, BoxesDecideForTheSelectedFiles) {
   form.lstFiles.UserSelect({0, 2});
   EXPECT_FALSE(form.txtSymbol.Enabled());
   form.cbxInterval.UserChoose(3);
+  form.chkReplace.UserToggle();
   form.cbxFromZone.UserType("Europe/Berlin");
   form.txtTo.UserType("2020-13-01");
   form.txtTo.UserLeave();
@@ -177,6 +178,7 @@ TEST_F(ImportWindowTest, BoxesDecideForTheSelectedFiles) {
             "10 mindaily10 min");
   form.lstFiles.UserSelect({2});
   EXPECT_EQ(form.cbxFromZone.Text() + form.txtTo.Text(), "Europe/Berlin2020-12-01");
+  EXPECT_TRUE(form.chkReplace.Checked());
   form.lstFiles.UserSelect({1});
   EXPECT_EQ(form.cbxFromZone.Text() + form.txtTo.Text(), "");
 }
