@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <limits>
 
 namespace velumar {
 namespace {
@@ -45,17 +44,6 @@ void DescribeSeries(BarSeries& series) {
   series.has_volumes = HoldsAny(series.volumes);
   series.has_times = HoldsAny(series.times);
   series.decimals = QuotedDecimals(series);
-}
-
-void MovingAverage(const std::vector<float>& closes, int period, std::vector<double>& averages) {
-  averages.assign(closes.size(), std::numeric_limits<double>::quiet_NaN());
-  const auto length = static_cast<std::size_t>(period);
-  double sum = 0;
-  for (std::size_t i = 0; i < closes.size(); ++i) {
-    sum += closes[i];
-    if (i >= length) sum -= closes[i - length];
-    if (i + 1 >= length) averages[i] = sum / period;
-  }
 }
 
 }  // namespace velumar

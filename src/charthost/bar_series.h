@@ -20,8 +20,4 @@ struct BarSeries : BarArrays {
 // Fills in the fields below the arrays. The decimals are found from a sample of the bars.
 void DescribeSeries(BarSeries& series);
 
-// The mean of the last `period` (at least 1) closes at each bar; NaN at the bars before there are
-// that many. `averages` keeps its memory from call to call.
-void MovingAverage(const std::vector<float>& closes, int period, std::vector<double>& averages);
-
 }  // namespace velumar

@@ -45,7 +45,7 @@ TEST_F(ChartDocumentTest, ShowsTheBarsThatAreStoredAndFollowsThem) {
     EXPECT_EQ(chart.Model().Series().dates.back(), MadeDate(bars - 1));
     EXPECT_EQ(chart.Model().Window().LastBar(), bars - 1);
     EXPECT_DOUBLE_EQ(chart.Model().Window().Span(), span);
-    EXPECT_EQ(chart.Model().Average(1).size(), static_cast<std::size_t>(bars));
+    EXPECT_EQ(chart.Model().Indicators()[1].run.Line(0).size(), static_cast<std::size_t>(bars));
   }
 }
 
@@ -76,7 +76,7 @@ TEST_F(ChartDocumentTest, ShowsTheReasonAndNoBarsWhileItCannotBeRead) {
   chart.Refresh();
   EXPECT_EQ(chart.Error(), "Folder \"" + folder_ + "\" not found.");
   EXPECT_EQ(chart.Model().Series().size(), 0);
-  EXPECT_TRUE(chart.Model().Average(0).empty());
+  EXPECT_TRUE(chart.Model().Indicators()[0].run.Line(0).empty());
   std::filesystem::create_directory(folder_);
   chart.Refresh();
   EXPECT_NE(chart.Error().find("No market data in"), std::string::npos);

@@ -10,12 +10,22 @@ namespace velumar {
 void BarDateTicker::generate(const QCPRange& range, const QLocale&, QChar, int,
                              QVector<double>& ticks, QVector<double>* sub_ticks,
                              QVector<QString>* labels) {
-  constexpr int kLabelDigits = 8;
-  ticks.clear();
-  strong_.clear();
+  Compute(range);
+  ticks = bars_;
   if (sub_ticks != nullptr) sub_ticks->clear();
-  if (labels != nullptr) labels->clear();
+  if (labels != nullptr) *labels = texts_;
+}
+
+void BarDateTicker::Compute(const QCPRange& range) {
+  constexpr int kLabelDigits = 8;
   const int width = axis_.axisRect()->width();
+  if (known_ && range == range_ && width == width_) return;
+  known_ = true;
+  range_ = range;
+  width_ = width;
+  bars_.clear();
+  strong_.clear();
+  texts_.clear();
   if (width <= 0) return;
   const ViewWindow& window = model_.Window();
   const int label_width =
@@ -23,9 +33,9 @@ void BarDateTicker::generate(const QCPRange& range, const QLocale&, QChar, int,
   for (const DateTick& tick :
        DateTicks(model_.Series(), {window.FirstBar(), window.LastBar(), width / range.size()},
                  label_width)) {
-    ticks.append(tick.bar);
+    bars_.append(tick.bar);
     if (tick.strong) strong_.append(tick.bar);
-    if (labels != nullptr) labels->append(ToQt(tick.text));
+    texts_.append(ToQt(tick.text));
   }
 }
 

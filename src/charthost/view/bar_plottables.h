@@ -5,7 +5,8 @@
 
 namespace velumar {
 
-// Marks on the axis that counts bars, at the bars where a year, month, day or hour begins.
+// Marks on the axis that counts bars, at the bars where a year, month, day or hour begins. Axes of
+// the same bars and width can share one: it computes its marks once until the next Forget.
 class BarDateTicker : public QCPAxisTicker {
  public:
   BarDateTicker(const QCPAxis& axis, const ChartModel& model) : axis_(axis), model_(model) {}
@@ -15,11 +16,20 @@ class BarDateTicker : public QCPAxisTicker {
                 QVector<QString>* labels) override;
   // The marks of the last call at which a new year, month or day begins.
   const QVector<double>& StrongTicks() const { return strong_; }
+  // Call before each drawing.
+  void Forget() { known_ = false; }
 
  private:
+  void Compute(const QCPRange& range);
+
   const QCPAxis& axis_;
   const ChartModel& model_;
+  bool known_ = false;
+  QCPRange range_;  // of the marks below
+  int width_ = 0;
+  QVector<double> bars_;
   QVector<double> strong_;
+  QVector<QString> texts_;
 };
 
 // Stronger grid lines at the strong ticks.

@@ -7,6 +7,7 @@
 
 #include "charthost/bar_text.h"
 #include "charthost/view/chart_plot.h"
+#include "charthost/view/indicator_plots.h"
 #include "charthost/view/readout_bar.h"
 #include "charts/qt_text.h"
 
@@ -75,6 +76,7 @@ ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, const Ch
   connect(plot_, &ChartPlot::BarHovered, this, [this](int bar) {
     if (std::exchange(hovered_bar_, bar) != bar) ShowBar(bar);
   });
+  connect(plot_, &ChartPlot::HeightsChanged, this, &ChartPane::OptionsChanged);
   ApplyColours();
 }
 
@@ -93,6 +95,7 @@ void ChartPane::SetPositions(const ChartPositions& positions) { plot_->SetPositi
 
 void ChartPane::SetOptions(const ChartOptions& options) {
   document_.Model().SetOptions(options);
+  readout_->ForgetWidths();
   ShowState();
 }
 
@@ -139,14 +142,26 @@ void ChartPane::ShowBar(int bar) {
     for (const ReadoutPart& part : BarReadout(series, shown)) {
       items.push_back({ToQt(part.label), ToQt(part.value), ToneColour(part.tone, colours), false});
     }
-    for (std::size_t i = 0; i < model.Options().averages.size(); ++i) {
-      if (model.Average(i).empty()) continue;
-      items.push_back({tr("Avg %1").arg(model.Options().averages[i].period),
-                       ToQt(AverageText(model.Average(i)[shown], series.decimals)),
-                       colours.averages[i], false});
-    }
+    AddOverlays(shown, items);
   }
   readout_->SetItems(std::move(items));
+}
+
+void ChartPane::AddOverlays(int bar, std::vector<ReadoutItem>& items) const {
+  const ChartModel& model = document_.Model();
+  const Palette& colours = Palette::Following(palette());
+  for (const ModelIndicator& indicator : model.Indicators()) {
+    const IndicatorPane pane = indicator.row->pane;
+    if (pane == IndicatorPane::kOwn) continue;
+    if (pane == IndicatorPane::kVolume && !model.ShowsVolume()) continue;
+    QStringList values;
+    for (std::size_t line = 0; line < indicator.run.LineCount(); ++line) {
+      values.append(ToQt(IndicatorValueText(indicator.run.Line(line)[static_cast<std::size_t>(bar)],
+                                            indicator.row->format, model.Series().decimals)));
+    }
+    items.push_back({ToQt(IndicatorLabel(indicator.choice)), values.join(QStringLiteral("  ")),
+                     colours.indicators[static_cast<std::size_t>(indicator.choice.colour)], false});
+  }
 }
 
 // At the right edge, as long as the newest bar is out of view.

@@ -13,6 +13,7 @@ namespace velumar {
 
 class ChartPlot;
 class ReadoutBar;
+struct ReadoutItem;
 
 // One open chart: the values of a bar, the plot, and a message if something is missing. It never
 // opens a box, so keys from outside always reach the window.
@@ -39,12 +40,18 @@ class ChartPane : public QWidget {
   void WindowMoved();
   ChartPlot& Plot() { return *plot_; }
 
+ signals:
+  // The trader has changed the options in the chart itself.
+  void OptionsChanged(const velumar::ChartOptions& options);
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   void ShowState(QCustomPlot::RefreshPriority when = QCustomPlot::rpQueuedReplot);
   void ShowBar(int bar);
+  // The values of the indicators without a pane of their own.
+  void AddOverlays(int bar, std::vector<ReadoutItem>& items) const;
   void PlaceNotice();
   void PlaceNewest();
 

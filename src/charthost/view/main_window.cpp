@@ -10,8 +10,8 @@
 #include <QTabWidget>
 #include <utility>
 
-#include "charthost/view/averages_dialog.h"
 #include "charthost/view/chart_pane.h"
+#include "charthost/view/indicators_dialog.h"
 #include "charthost/view/open_dialog.h"
 #include "charthost/view/theme.h"
 #include "charts/palette.h"
@@ -30,13 +30,8 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
   setAttribute(Qt::WA_AlwaysShowToolTips);
   BuildCentre();
   dialog_ = new OpenDialog(source, this);
-  averages_dialog_ = new AveragesDialog(this);
   connect(dialog_, &OpenDialog::Chosen, this, &MainWindow::OpenChart);
-  connect(averages_dialog_, &AveragesDialog::Changed, this, [this](const auto& averages) {
-    ChartOptions options = options_;
-    options.averages = averages;
-    SetOptions(options);
-  });
+  BuildIndicatorsDialog();
   BuildFileMenu();
   BuildViewMenu();
   ShowOptions();
@@ -45,6 +40,17 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
   resize(1180, 760);
   restoreGeometry(settings.Geometry());
   Changed("ready");
+}
+
+void MainWindow::BuildIndicatorsDialog() {
+  indicators_dialog_ = new IndicatorsDialog(this);
+  connect(indicators_dialog_, &IndicatorsDialog::Changed, this, [this](const auto& indicators) {
+    ChartOptions options = options_;
+    options.indicators = indicators;
+    SetOptions(options);
+  });
+  connect(indicators_dialog_, &IndicatorsDialog::SetsChanged, this,
+          [this](const auto& sets) { settings_.SetSets(sets); });
 }
 
 void MainWindow::BuildCentre() {
@@ -141,15 +147,9 @@ void MainWindow::AddToggles() {
             [](ChartOptions& o) -> bool& { return o.logarithmic; });
   AddToggle([] { return tr("Or&ders and positions"); },
             [](ChartOptions& o) -> bool& { return o.positions; });
-  for (std::size_t i = 0; i < options_.averages.size(); ++i) {
-    AddToggle(
-        [this, i] {
-          return tr("Average &%1: %2 bars").arg(i + 1).arg(options_.averages[i].period);
-        },
-        [i](ChartOptions& o) -> bool& { return o.averages[i].shown; });
-  }
-  view_menu_->addAction(tr("Average &periods..."), this,
-                        [this] { averages_dialog_->Show(options_.averages); });
+  view_menu_->addAction(tr("Indic&ators..."), QKeySequence(Qt::CTRL | Qt::Key_I), this, [this] {
+    indicators_dialog_->Show(options_.indicators, settings_.Sets(), settings_.Problems());
+  });
 }
 
 // ChartPlot handles the keys named in these entries.
@@ -214,6 +214,7 @@ void MainWindow::OpenChart(const SeriesRequest& request) {
 void MainWindow::AddChart(const SeriesRequest& request) {
   settings_.SetFolder(ToQt(request.folder));
   auto* const pane = new ChartPane(source_, request, options_, tabs_);
+  connect(pane, &ChartPane::OptionsChanged, this, &MainWindow::SetOptions);
   {
     const QSignalBlocker blocker(tabs_);
     tabs_->setCurrentIndex(tabs_->addTab(pane, pane->Title()));

@@ -19,8 +19,8 @@ class QTabWidget;
 
 namespace velumar {
 
-class AveragesDialog;
 class ChartPane;
+class IndicatorsDialog;
 class OpenDialog;
 
 // The main window: a tab for each open chart, the menus, the file dialog.
@@ -76,6 +76,7 @@ class MainWindow : public QMainWindow {
   void AddChoice(QMenu& menu, T ChartOptions::*option,
                  std::initializer_list<std::pair<QString, T>> entries);
   void AddToggles();
+  void BuildIndicatorsDialog();
   void AddWindowActions();
   void HideMenus();
   QMenu* AddMenu(const QString& title);
@@ -109,7 +110,7 @@ class MainWindow : public QMainWindow {
   QStackedWidget* centre_;
   QTabWidget* tabs_;
   OpenDialog* dialog_;
-  AveragesDialog* averages_dialog_;
+  IndicatorsDialog* indicators_dialog_;
   QMenu* file_menu_;
   QMenu* view_menu_;
   std::vector<std::function<void()>> option_views_;  // update the check marks of the menus
