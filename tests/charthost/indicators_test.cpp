@@ -419,14 +419,21 @@ TEST(Indicators, TakeOneStepForOneMoreBarAndFewForABarLess) {
   const BarArrays all = RandomBars(32767, random);
   BarArrays shown = all;
   Truncate(shown, 32000);
-  IndicatorRun run = RunOf("rsi", {14}, shown);
+  long steps = 0;
+  IndicatorRun run(
+      [&steps](const Bar&) {
+        ++steps;
+        return Lines(0);
+      },
+      1);
+  run.Follow(shown, 0);
   const auto steps_to = [&](std::size_t count) {
     BarArrays next = all;
     Truncate(next, count);
-    const long before = run.Steps();
+    const long before = steps;
     run.Follow(next, SameBars(shown, next));
     shown = next;
-    return run.Steps() - before;
+    return steps - before;
   };
   EXPECT_EQ(steps_to(32001), 1);
   for (std::size_t count = 32000; count > 31100; count -= 9) EXPECT_LE(steps_to(count), 64);

@@ -55,7 +55,6 @@ void IndicatorRun::Follow(const BarArrays& bars, int same) {
   for (std::size_t i = lines_.front().size(); i < bars.dates.size(); ++i) {
     const IndicatorLines values = state_(BarAt(bars, i));
     for (std::size_t line = 0; line < lines_.size(); ++line) lines_[line].push_back(values[line]);
-    ++steps_;
     const int taken = static_cast<int>(i) + 1;
     if (taken % kCopyEvery != 0) continue;
     copies_.push_back({taken, state_});

@@ -23,8 +23,6 @@ class IndicatorRun {
   // One value for each bar; kNoValue where there is none.
   const std::vector<double>& Line(std::size_t index) const { return lines_[index]; }
   std::size_t LineCount() const { return lines_.size(); }
-  // How many steps the indicator has done since the start.
-  long Steps() const { return steps_; }
 
  private:
   struct Copy {
@@ -39,7 +37,6 @@ class IndicatorRun {
   Indicator state_;
   std::deque<Copy> copies_;
   std::vector<std::vector<double>> lines_;
-  long steps_ = 0;
 };
 
 }  // namespace velumar
