@@ -46,4 +46,12 @@ void DescribeSeries(BarSeries& series) {
   series.decimals = QuotedDecimals(series);
 }
 
+std::optional<int> BarOfStored(const BarSeries& series, int stored) {
+  const int count = series.starts.empty() ? series.size() : series.stored_bars;
+  if (stored < 0 || stored >= count) return std::nullopt;
+  if (series.starts.empty()) return stored;
+  const auto after = std::ranges::upper_bound(series.starts, stored);
+  return static_cast<int>(after - series.starts.begin()) - 1;
+}
+
 }  // namespace velumar

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "marketdata/bar.h"
@@ -14,10 +15,18 @@ struct BarSeries : BarArrays {
   bool has_times = false;
   int decimals = 2;  // of displayed prices
 
+  // Set by FrameBars, if each bar stands for several stored ones: the first of these.
+  std::vector<int> starts;
+  int stored_bars = 0;
+  bool newest_unfinished = false;  // more stored bars may join the newest bar
+
   int size() const { return static_cast<int>(dates.size()); }
 };
 
 // Fills in the fields below the arrays. The decimals are found from a sample of the bars.
 void DescribeSeries(BarSeries& series);
+
+// The bar that holds this stored bar; nothing if the series does not reach it.
+std::optional<int> BarOfStored(const BarSeries& series, int stored);
 
 }  // namespace velumar

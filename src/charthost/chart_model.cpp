@@ -22,6 +22,12 @@ ValueRange ShownValues(const IndicatorRun& run, const std::vector<BarColumn>& co
   return shown;
 }
 
+int LastStoredBar(const BarSeries& series, int bar) {
+  if (series.starts.empty()) return bar;
+  const auto next = static_cast<std::size_t>(bar) + 1;
+  return (next < series.starts.size() ? series.starts[next] : series.stored_bars) - 1;
+}
+
 }  // namespace
 
 void ChartModel::SetOptions(const ChartOptions& options) {
@@ -32,6 +38,17 @@ void ChartModel::SetOptions(const ChartOptions& options) {
 void ChartModel::ShowSeries(BarSeries series) {
   FollowSeries(std::move(series));
   window_.Reset(series_.size());
+}
+
+void ChartModel::ShowFrame(BarSeries series) {
+  const int last = window_.LastBar();
+  const bool newest_shown = last < 0 || window_.Shows(series_.size() - 1);
+  const int stored = newest_shown ? 0 : LastStoredBar(series_, last);
+  ShowSeries(std::move(series));
+  if (newest_shown) return;
+  constexpr double kHalfBar = 0.45;
+  const double end = BarOfStored(series_, stored).value_or(series_.size() - 1) + kHalfBar;
+  window_.ShowBetween(end - window_.Span(), end);
 }
 
 void ChartModel::UpdateSeries(BarSeries series) {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <map>
 #include <vector>
 
 #include "charthost/bar_columns.h"
 #include "charthost/bar_series.h"
+#include "charthost/frames.h"
 #include "charthost/indicators/catalogue.h"
 #include "charthost/indicators/indicator_run.h"
 #include "charthost/view_window.h"
@@ -22,6 +24,8 @@ struct ChartOptions {
   bool positions = true;  // orders and held sides, if Velumar shows them
   std::vector<ChosenIndicator> indicators = FirstIndicators();
   int volume_height = 25;  // of the volume's pane, in percent of the price pane
+  // The frame chosen last, by interval of the series: that of the next chart.
+  std::map<int, Frame> frames = {};
 
   bool operator==(const ChartOptions&) const = default;
 };
@@ -47,6 +51,8 @@ class ChartModel {
 
   // Shows another series at its newest bar.
   void ShowSeries(BarSeries series);
+  // The same series in another frame. The newest bar stays in view, or the last date.
+  void ShowFrame(BarSeries series);
   // The same series after it was read again; ViewWindow::SetBars says where the window is then.
   void UpdateSeries(BarSeries series);
 

@@ -47,24 +47,30 @@ void StrongGrid::draw(QCPPainter* painter) {
   }
 }
 
-PriceBars::PriceBars(QCPAxis* bars, QCPAxis* values) : QCPFinancial(bars, values) {
+PriceBars::PriceBars(QCPAxis* bars, QCPAxis* values, bool finished)
+    : QCPFinancial(bars, values), finished_(finished) {
   setAntialiased(false);
   setSelectable(QCP::stNone);
   setTwoColored(true);
   setWidthType(wtAbsolute);
 }
 
-void PriceBars::SetColours(const Palette& colours) {
-  setBrushPositive(colours.up);
-  setPenPositive(BodyPen(colours.up));
-  setBrushNegative(colours.down);
-  setPenNegative(BodyPen(colours.down));
+void PriceBars::Style(bool candles) {
+  const bool pale = !finished_ && !candles;
+  const QColor& up = pale ? colours_.up_volume : colours_.up;
+  const QColor& down = pale ? colours_.down_volume : colours_.down;
+  setPenPositive(BodyPen(up));
+  setPenNegative(BodyPen(down));
+  setBrushPositive(finished_ ? up : colours_.field);
+  setBrushNegative(finished_ ? down : colours_.field);
 }
 
 void PriceBars::Fill(const ChartModel& model) {
   QVector<QCPFinancialData> bars;
   bars.reserve(static_cast<qsizetype>(model.Columns().size()));
+  const int newest = model.Series().newest_unfinished ? model.Series().size() - 1 : -1;
   for (const BarColumn& column : model.Columns()) {
+    if ((column.last_bar == newest) == finished_) continue;
     bars.append({SnappedPlace(*keyAxis(), column.place), column.open, column.high, column.low,
                  column.close});
   }
@@ -73,6 +79,7 @@ void PriceBars::Fill(const ChartModel& model) {
   setWidth(2 * BodyReach(model));
   const bool candles = model.Options().style == velumar::ChartStyle::kCandles && has_opens_;
   setChartStyle(candles ? csCandlestick : csOhlc);
+  Style(candles);
 }
 
 void PriceBars::draw(QCPPainter* painter) {

@@ -51,13 +51,14 @@ class StrongGrid : public QCPLayerable {
   const BarDateTicker& ticker_;
 };
 
-// Candles or bars on whole pixels. A series without open prices has bars without the left tick,
-// which QCPFinancial would draw.
+// Candles or bars on whole pixels: the finished ones, or the newest as long as it is unfinished,
+// hollow or pale. A series without open prices has bars without the left tick, which QCPFinancial
+// would draw.
 class PriceBars : public QCPFinancial {
  public:
-  PriceBars(QCPAxis* bars, QCPAxis* values);
+  PriceBars(QCPAxis* bars, QCPAxis* values, bool finished);
 
-  void SetColours(const Palette& colours);
+  void SetColours(const Palette& colours) { colours_ = colours; }
   // Takes the columns that the model has laid out.
   void Fill(const ChartModel& model);
 
@@ -65,6 +66,10 @@ class PriceBars : public QCPFinancial {
   void draw(QCPPainter* painter) override;
 
  private:
+  void Style(bool candles);
+
+  bool finished_;
+  Palette colours_ = Palette::Light();
   bool has_opens_ = true;
 };
 

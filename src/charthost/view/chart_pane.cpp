@@ -30,7 +30,8 @@ QString HeadText(const ChartDocument& document) {
   QString text = ToQt(document.Symbol());
   const QString name = ToQt(document.Name());
   if (!name.isEmpty() && name != text) text += QStringLiteral("  ") + name;
-  return text + QStringLiteral("  \u00B7  ") + ToQt(IntervalTitle(document.Interval()));
+  return text + QStringLiteral("  \u00B7  ") +
+         ToQt(FrameTitle(document.ShownFrame(), document.Interval()));
 }
 
 void SetTextColour(QWidget* widget, const QColor& text, const QColor& background) {
@@ -44,7 +45,7 @@ void SetTextColour(QWidget* widget, const QColor& text, const QColor& background
 
 ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, const ChartOptions& options,
                      QWidget* parent)
-    : QWidget(parent), document_(source, std::move(request)) {
+    : QWidget(parent), document_(source, std::move(request), options.frames) {
   document_.Model().SetOptions(options);
   readout_ = new ReadoutBar(this);
   error_ = new QLabel(this);
@@ -77,6 +78,11 @@ ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, const Ch
     if (std::exchange(hovered_bar_, bar) != bar) ShowBar(bar);
   });
   connect(plot_, &ChartPlot::HeightsChanged, this, &ChartPane::OptionsChanged);
+  connect(plot_, &ChartPlot::NumberPressed, this, [this](int number) {
+    const std::vector<Frame> frames = FramesOf(document_.Interval());
+    const auto index = static_cast<std::size_t>(number) - 1;
+    if (index < frames.size()) ShowFrame(frames[index]);
+  });
   ApplyColours();
 }
 
@@ -110,15 +116,22 @@ void ChartPane::ApplyColours() {
 
 QString ChartPane::Title() const {
   return ToQt(document_.Symbol()) + QStringLiteral(", ") +
-         ToQt(IntervalTitle(document_.Interval()));
+         ToQt(FrameTitle(document_.ShownFrame(), document_.Interval()));
+}
+
+void ChartPane::ShowFrame(Frame frame) {
+  document_.ShowFrame(frame);
+  ShowState();
+  ChartOptions options = document_.Model().Options();
+  options.frames[document_.Interval()] = frame;
+  emit OptionsChanged(options);
+  emit FrameChanged();
 }
 
 void ChartPane::WindowMoved() { plot_->ModelChanged(); }
 
 void ChartPane::ShowState(QCustomPlot::RefreshPriority when) {
-  if (std::exchange(shown_interval_, document_.Interval()) != document_.Interval()) {
-    readout_->ForgetWidths();
-  }
+  if (std::exchange(shown_title_, Title()) != shown_title_) readout_->ForgetWidths();
   error_->setText(ToQt(document_.Error()));
   error_->setVisible(!document_.Error().empty());
   const bool empty = document_.Model().Series().size() == 0;
@@ -143,6 +156,8 @@ void ChartPane::ShowBar(int bar) {
       items.push_back({ToQt(part.label), ToQt(part.value), ToneColour(part.tone, colours), false});
     }
     AddOverlays(shown, items);
+    const bool unfinished = series.newest_unfinished && shown == series.size() - 1;
+    if (unfinished) items.push_back({QString(), tr("unfinished"), colours.muted, false});
   }
   readout_->SetItems(std::move(items));
 }

@@ -35,6 +35,7 @@ class ChartPane : public QWidget {
   const ChartDocument& Document() const { return document_; }
   // "AAPL, Daily"
   QString Title() const;
+  void ShowFrame(Frame frame);
   ViewWindow& Window() { return document_.Model().Window(); }
   // Call after Window was moved from outside.
   void WindowMoved();
@@ -43,6 +44,7 @@ class ChartPane : public QWidget {
  signals:
   // The trader has changed the options in the chart itself.
   void OptionsChanged(const velumar::ChartOptions& options);
+  void FrameChanged();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -62,7 +64,7 @@ class ChartPane : public QWidget {
   QLabel* notice_;
   QPushButton* newest_;
   int hovered_bar_ = -1;
-  int shown_interval_ = -2;  // whose readout widths are kept
+  QString shown_title_;  // whose readout widths are kept
 };
 
 }  // namespace velumar

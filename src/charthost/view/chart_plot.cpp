@@ -104,7 +104,8 @@ QCPAxisRect* ChartPlot::AddPane() {
 
 void ChartPlot::AddPlottables() {
   QCPAxis* const prices = prices_->axis(QCPAxis::atRight);
-  bars_ = new PriceBars(&BarAxis(), prices);
+  bars_ = new PriceBars(&BarAxis(), prices, true);
+  unfinished_ = new PriceBars(&BarAxis(), prices, false);
   line_ = AddLine(&BarAxis(), prices);
   for (QCPBars** volume : {&up_volume_, &down_volume_}) {
     *volume = new QCPBars(volumes_->axis(QCPAxis::atBottom), volumes_->axis(QCPAxis::atRight));
@@ -134,6 +135,7 @@ void ChartPlot::AddLastPrice() {
 void ChartPlot::SetColours(const Palette& colours) {
   BarPlot::SetColours(colours);
   bars_->SetColours(colours);
+  unfinished_->SetColours(colours);
   line_->setPen(LinePen(colours.line));
   up_volume_->setPen(BodyPen(colours.up_volume));
   up_volume_->setBrush(colours.up_volume);
@@ -220,9 +222,11 @@ void ChartPlot::BeforeReplot() {
 
 void ChartPlot::FillPlottables() {
   const bool as_line = model_.Options().style == ChartStyle::kLine;
-  bars_->setVisible(!as_line);
   line_->setVisible(as_line);
-  bars_->Fill(model_);
+  for (PriceBars* const bars : {bars_, unfinished_}) {
+    bars->setVisible(!as_line);
+    bars->Fill(model_);
+  }
   QVector<QCPGraphData> line;
   QVector<QCPBarsData> rising;
   QVector<QCPBarsData> falling;
@@ -286,18 +290,23 @@ std::optional<int> ChartPlot::BarAt(QPointF pixel) const {
   return bar;
 }
 
+void ChartPlot::Hover(std::optional<int> bar) {
+  if (std::exchange(hovered_bar_, bar) == bar) return;
+  indicators_->ShowLegends(ShownBar());
+  emit BarHovered(bar.value_or(-1));
+}
+
 void ChartPlot::ShowPointer(QPointF pixel) {
   const std::optional<int> bar = BarAt(pixel);
+  Hover(bar);
   if (!bar || selectionRect()->isActive()) return;
   ShowCross({BarAxis().coordToPixel(*bar), pixel.y()}, PlotArea());
   ShowPointerTexts(*bar, pixel);
 }
 
 void ChartPlot::MovePointer(std::optional<QPointF> pixel) {
-  hovered_bar_ = pixel ? BarAt(*pixel) : std::nullopt;
-  indicators_->ShowLegends(ShownBar());
+  if (!pixel) Hover(std::nullopt);
   BarPlot::MovePointer(pixel);
-  emit BarHovered(hovered_bar_.value_or(-1));
 }
 
 void ChartPlot::ShowPointerTexts(int bar, QPointF pixel) {
@@ -403,6 +412,11 @@ void ChartPlot::keyPressEvent(QKeyEvent* event) {
       {Qt::Key_Plus, [](ViewWindow& window) { window.Zoom(0.8); }},
       {Qt::Key_Equal, [](ViewWindow& window) { window.Zoom(0.8); }},
       {Qt::Key_Minus, [](ViewWindow& window) { window.Zoom(1.25); }}};
+  const bool number = event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9;
+  if (number && (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+    emit NumberPressed(event->key() - Qt::Key_0);
+    return;
+  }
   const auto move = kMoves.value(event->key(), nullptr);
   if (move == nullptr) return event->ignore();
   move(model_.Window());

@@ -31,6 +31,8 @@ class ChartPlot : public BarPlot {
  signals:
   // The bar under the pointer; -1: none.
   void BarHovered(int bar);
+  // One of the keys 1 to 9.
+  void NumberPressed(int number);
   // The trader has changed heights of panes.
   void HeightsChanged(const velumar::ChartOptions& options);
 
@@ -62,6 +64,8 @@ class ChartPlot : public BarPlot {
   // The pane above the line between two panes at that pixel.
   std::optional<std::size_t> LineAt(QPointF pixel) const;
   void DragLine(std::size_t pane, double y);
+  // Reports the bar under the pointer if it is another one.
+  void Hover(std::optional<int> bar);
   int ShownBar() const;
   QString ValueText(std::size_t pane, double value) const;
   void ShowPointerTexts(int bar, QPointF pixel);
@@ -71,6 +75,7 @@ class ChartPlot : public BarPlot {
   QCPAxisRect* prices_;
   QCPAxisRect* volumes_;
   PriceBars* bars_;
+  PriceBars* unfinished_;
   QCPGraph* line_;
   QCPBars* up_volume_;
   QCPBars* down_volume_;

@@ -15,6 +15,7 @@ const QString kLogarithmic = QStringLiteral("LogScale");
 const QString kPositions = QStringLiteral("Positions");
 const QString kIndicators = QStringLiteral("Indicators");
 const QString kIndicatorSets = QStringLiteral("IndicatorSets");
+const QString kFrames = QStringLiteral("Intervals");
 const QString kVolumeHeight = QStringLiteral("VolumeHeight");
 const QString kFolder = QStringLiteral("Folder");
 const QString kGeometry = QStringLiteral("Geometry");
@@ -33,6 +34,26 @@ T FromName(const std::array<QString, 3>& names, const QVariant& name, T otherwis
 
 QString AverageKey(std::size_t index, const char* what) {
   return QStringLiteral("Average%1%2").arg(index + 1).arg(QLatin1String(what));
+}
+
+// "5=60": of series of five minutes the hours.
+std::map<int, Frame> ReadFrames(const QStringList& texts) {
+  std::map<int, Frame> frames;
+  for (const QString& text : texts) {
+    bool known = false;
+    const int interval = text.section(u'=', 0, 0).toInt(&known);
+    const Frame frame = FrameFromName(FromQt(text.section(u'=', 1)));
+    if (known && frame != Frame()) frames[interval] = frame;
+  }
+  return frames;
+}
+
+QStringList FrameTexts(const std::map<int, Frame>& frames) {
+  QStringList texts;
+  for (const auto& [interval, frame] : frames) {
+    texts.append(QStringLiteral("%1=%2").arg(QString::number(interval), ToQt(FrameName(frame))));
+  }
+  return texts;
 }
 
 // The two averages of settings from before there were other indicators.
@@ -63,6 +84,7 @@ ChartOptions ChartSettings::Options() const {
   options.logarithmic = settings_.value(kLogarithmic, options.logarithmic).toBool();
   options.positions = settings_.value(kPositions, options.positions).toBool();
   options.indicators = Indicators().indicators;
+  options.frames = ReadFrames(settings_.value(kFrames).toStringList());
   const int height = settings_.value(kVolumeHeight, options.volume_height).toInt();
   if (height >= ChosenIndicator::kLeastHeight && height <= ChosenIndicator::kMostHeight) {
     options.volume_height = height;
@@ -93,6 +115,7 @@ void ChartSettings::SetOptions(const ChartOptions& options) {
   settings_.setValue(kPositions, options.positions);
   settings_.setValue(kIndicators, ToQt(IndicatorsText(options.indicators)));
   settings_.setValue(kVolumeHeight, options.volume_height);
+  settings_.setValue(kFrames, FrameTexts(options.frames));
 }
 
 QString ChartSettings::Folder() const { return settings_.value(kFolder).toString(); }

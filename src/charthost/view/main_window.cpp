@@ -117,6 +117,10 @@ void MainWindow::BuildViewMenu() {
              {tr("&Bars"), ChartStyle::kBars},
              {tr("&Line"), ChartStyle::kLine}});
   view_menu_->addSeparator();
+  interval_menu_ = view_menu_->addMenu(tr("Int&erval"));
+  interval_group_ = new QActionGroup(this);
+  connect(interval_menu_, &QMenu::aboutToShow, this, &MainWindow::FillIntervalMenu);
+  view_menu_->addSeparator();
   AddToggles();
   view_menu_->addSeparator();
   AddWindowActions();
@@ -125,6 +129,25 @@ void MainWindow::BuildViewMenu() {
             {{tr("&System"), ChartTheme::kSystem},
              {tr("&Light"), ChartTheme::kLight},
              {tr("&Dark"), ChartTheme::kDark}});
+}
+
+// ChartPlot handles the keys 1 to 9.
+void MainWindow::FillIntervalMenu() {
+  interval_menu_->clear();
+  if (ActiveChart() == nullptr) return;
+  const ChartDocument& chart = ActiveChart()->Document();
+  int number = 0;
+  for (const Frame frame : FramesOf(chart.Interval())) {
+    ++number;
+    QString text = ToQt(FrameTitle(frame, chart.Interval()));
+    if (number <= 9) text += QStringLiteral("\t%1").arg(number);
+    QAction* const action = interval_menu_->addAction(text, this, [this, frame] {
+      if (ActiveChart() != nullptr) ActiveChart()->ShowFrame(frame);
+    });
+    action->setCheckable(true);
+    interval_group_->addAction(action);
+    action->setChecked(frame == chart.ShownFrame());
+  }
 }
 
 void MainWindow::AddToggle(const std::function<QString()>& text,
@@ -215,6 +238,7 @@ void MainWindow::AddChart(const SeriesRequest& request) {
   settings_.SetFolder(ToQt(request.folder));
   auto* const pane = new ChartPane(source_, request, options_, tabs_);
   connect(pane, &ChartPane::OptionsChanged, this, &MainWindow::SetOptions);
+  connect(pane, &ChartPane::FrameChanged, this, [this] { Changed("interval"); });
   {
     const QSignalBlocker blocker(tabs_);
     tabs_->setCurrentIndex(tabs_->addTab(pane, pane->Title()));
@@ -365,6 +389,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::Changed(const char* event) {
   for (int i = 0; i < tabs_->count(); ++i) tabs_->setTabText(i, Chart(i)->Title());
   const ChartPane* const chart = ActiveChart();
+  interval_menu_->menuAction()->setEnabled(chart != nullptr);
   centre_->setCurrentIndex(chart == nullptr ? 0 : 1);
   const QString title = ToQt(kChartTitle);
   setWindowTitle(chart == nullptr ? title : title + QStringLiteral(" - ") + chart->Title());

@@ -12,6 +12,7 @@
 #include "charthost/view_window.h"
 #include "platform/chart_link.h"
 
+class QActionGroup;
 class QLabel;
 class QMenu;
 class QStackedWidget;
@@ -77,6 +78,8 @@ class MainWindow : public QMainWindow {
                  std::initializer_list<std::pair<QString, T>> entries);
   void AddToggles();
   void BuildIndicatorsDialog();
+  // The intervals that the chart in front can show.
+  void FillIntervalMenu();
   void AddWindowActions();
   void HideMenus();
   QMenu* AddMenu(const QString& title);
@@ -113,6 +116,8 @@ class MainWindow : public QMainWindow {
   IndicatorsDialog* indicators_dialog_;
   QMenu* file_menu_;
   QMenu* view_menu_;
+  QMenu* interval_menu_;
+  QActionGroup* interval_group_;
   std::vector<std::function<void()>> option_views_;  // update the check marks of the menus
 };
 
