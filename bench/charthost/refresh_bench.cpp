@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QTemporaryDir>
+#include <optional>
 #include <vector>
 
 #include "charthost/series_source.h"
@@ -27,24 +28,67 @@ std::vector<Bar> WalkingBars() {
   return bars;
 }
 
-// Reads the folder again and paints the complete chart, as Alt+V, R does; the argument is the zoom.
+// A chart of a folder with the most bars that a file can hold.
+class LongChart {
+ public:
+  explicit LongChart(const ChartOptions& options) {
+    Store(kMostBars);
+    pane_.emplace(source_, SeriesRequest{folder_, "LONG", std::nullopt}, options, nullptr);
+    pane_->resize(1600, 900);
+    pane_->show();
+    QApplication::processEvents();
+  }
+
+  void Store(int bars) {
+    std::vector<Bar> stored = all_;
+    stored.resize(static_cast<std::size_t>(bars));
+    StoreSecurity(folder_, {"LONG", "Long", -1}, stored, cache_);
+  }
+
+  // Reads the folder again and paints the complete chart, as Alt+V, R does.
+  void Refresh() {
+    pane_->Refresh();
+    pane_->Plot().replot(QCustomPlot::rpImmediateRefresh);
+    pane_->repaint();
+  }
+
+  ChartPane& Pane() { return *pane_; }
+
+ private:
+  QTemporaryDir directory_;
+  std::string folder_ = directory_.path().toStdString() + "/data";
+  IndexCache cache_;
+  SeriesSource source_{cache_};
+  std::vector<Bar> all_ = WalkingBars();
+  std::optional<ChartPane> pane_;
+};
+
+// The argument is the zoom.
 void RefreshChart(benchmark::State& state, ChartStyle style) {
-  const QTemporaryDir directory;
-  const std::string folder = directory.path().toStdString() + "/data";
-  IndexCache cache;
-  StoreSecurity(folder, {"LONG", "Long", -1}, WalkingBars(), cache);
-  const SeriesSource source(cache);
   ChartOptions options;
   options.style = style;
-  ChartPane pane(source, {folder, "LONG", std::nullopt}, options, nullptr);
-  pane.resize(1600, 900);
-  pane.show();
-  QApplication::processEvents();
-  if (state.range(0) == 1) pane.Window().ShowAll();
+  LongChart chart(options);
+  if (state.range(0) == 1) chart.Pane().Window().ShowAll();
+  for (auto round : state) chart.Refresh();
+}
+
+// Five indicators in three panes below the prices and the volume; each refresh finds one bar more
+// or one bar less.
+void RefreshIndicators(benchmark::State& state) {
+  ChartOptions options;
+  for (const char* key : {"bollinger", "rsi", "macd", "adx"}) {
+    options.indicators.push_back(UsualIndicator(*FindIndicator(key), 2));
+  }
+  options.indicators.erase(options.indicators.begin());
+  LongChart chart(options);
+  if (state.range(0) == 1) chart.Pane().Window().ShowAll();
+  int bars = kMostBars;
   for (auto round : state) {
-    pane.Refresh();
-    pane.Plot().replot(QCustomPlot::rpImmediateRefresh);
-    pane.repaint();
+    state.PauseTiming();
+    bars = bars == kMostBars ? kMostBars - 1 : kMostBars;
+    chart.Store(bars);
+    state.ResumeTiming();
+    chart.Refresh();
   }
 }
 
@@ -61,6 +105,8 @@ BENCHMARK_CAPTURE(RefreshChart, line, ChartStyle::kLine)
     ->ArgName("whole")
     ->Arg(1)
     ->Unit(benchmark::kMillisecond);
+
+BENCHMARK(RefreshIndicators)->ArgName("whole")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace velumar

@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <limits>
 
 namespace velumar {
 namespace {
@@ -47,15 +46,12 @@ void DescribeSeries(BarSeries& series) {
   series.decimals = QuotedDecimals(series);
 }
 
-void MovingAverage(const std::vector<float>& closes, int period, std::vector<double>& averages) {
-  averages.assign(closes.size(), std::numeric_limits<double>::quiet_NaN());
-  const auto length = static_cast<std::size_t>(period);
-  double sum = 0;
-  for (std::size_t i = 0; i < closes.size(); ++i) {
-    sum += closes[i];
-    if (i >= length) sum -= closes[i - length];
-    if (i + 1 >= length) averages[i] = sum / period;
-  }
+std::optional<int> BarOfStored(const BarSeries& series, int stored) {
+  const int count = series.starts.empty() ? series.size() : series.stored_bars;
+  if (stored < 0 || stored >= count) return std::nullopt;
+  if (series.starts.empty()) return stored;
+  const auto after = std::ranges::upper_bound(series.starts, stored);
+  return static_cast<int>(after - series.starts.begin()) - 1;
 }
 
 }  // namespace velumar

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "marketdata/bar.h"
@@ -14,14 +15,18 @@ struct BarSeries : BarArrays {
   bool has_times = false;
   int decimals = 2;  // of displayed prices
 
+  // Set by FrameBars, if each bar stands for several stored ones: the first of these.
+  std::vector<int> starts;
+  int stored_bars = 0;
+  bool newest_unfinished = false;  // more stored bars may join the newest bar
+
   int size() const { return static_cast<int>(dates.size()); }
 };
 
 // Fills in the fields below the arrays. The decimals are found from a sample of the bars.
 void DescribeSeries(BarSeries& series);
 
-// The mean of the last `period` (at least 1) closes at each bar; NaN at the bars before there are
-// that many. `averages` keeps its memory from call to call.
-void MovingAverage(const std::vector<float>& closes, int period, std::vector<double>& averages);
+// The bar that holds this stored bar; nothing if the series does not reach it.
+std::optional<int> BarOfStored(const BarSeries& series, int stored);
 
 }  // namespace velumar

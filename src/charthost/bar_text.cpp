@@ -77,8 +77,19 @@ std::string ChangeText(double close, double previous_close, int decimals) {
   return text + " (" + Signed(change / std::abs(previous_close) * 100, 2) + "%)";
 }
 
-std::string AverageText(double average, int decimals) {
-  return std::isnan(average) ? "-" : PriceText(average, decimals);
+std::string IndicatorValueText(double value, ValueFormat format, int decimals) {
+  if (std::isnan(value)) return "-";
+  switch (format) {
+    case ValueFormat::kPrice:
+      return PriceText(value, decimals);
+    case ValueFormat::kDifference:
+      return PriceText(value, decimals + 1);
+    case ValueFormat::kShare:
+      return PriceText(value, 1);
+    case ValueFormat::kVolume:
+      break;
+  }
+  return ShortVolumeText(value);
 }
 
 std::vector<ReadoutPart> BarReadout(const BarSeries& series, int bar) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "charthost/bar_series.h"
+#include "charthost/indicators/catalogue.h"
 
 namespace velumar {
 
@@ -31,8 +32,8 @@ std::string ShortVolumeText(double value);
 // The change from the previous close: "+1.25 (+0.83%)". No percentage of a zero close.
 std::string ChangeText(double close, double previous_close, int decimals);
 
-// "-" for NaN, where there are too few bars for the average.
-std::string AverageText(double average, int decimals);
+// "-" for NaN, where an indicator has too few bars.
+std::string IndicatorValueText(double value, ValueFormat format, int decimals);
 
 enum class ReadoutTone { kPlain, kUp, kDown };
 

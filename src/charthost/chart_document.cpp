@@ -1,5 +1,6 @@
 #include "charthost/chart_document.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <exception>
@@ -42,8 +43,9 @@ Json ChartObject(const ChartDocument& chart) {
 
 }  // namespace
 
-ChartDocument::ChartDocument(const SeriesSource& source, SeriesRequest request)
-    : source_(source), request_(std::move(request)) {
+ChartDocument::ChartDocument(const SeriesSource& source, SeriesRequest request,
+                             std::map<int, Frame> frames)
+    : source_(source), request_(std::move(request)), frames_(std::move(frames)) {
   Refresh();
 }
 
@@ -55,18 +57,47 @@ bool ChartDocument::Shows(const SeriesRequest& request) const {
 void ChartDocument::Refresh() {
   try {
     LoadedSeries loaded = source_.Load(request_, shown_file_);
-    if (loaded.security.file_number == shown_file_) {
-      model_.UpdateSeries(std::move(loaded.bars));
-    } else {
-      model_.ShowSeries(std::move(loaded.bars));
-    }
+    const bool other_series = loaded.security.file_number != shown_file_;
     security_ = std::move(loaded.security);
+    if (other_series || other_frame_) frame_bars_.reset();
+    BarSeries bars = InFrame(std::move(loaded.bars));
+    if (other_series) {
+      model_.ShowSeries(std::move(bars));
+    } else if (other_frame_) {
+      model_.ShowFrame(std::move(bars));
+    } else {
+      model_.UpdateSeries(std::move(bars));
+    }
+    other_frame_ = false;
     shown_file_ = security_.file_number;
     error_.clear();
   } catch (const std::exception& failure) {
     model_.UpdateSeries({});
     error_ = failure.what();
   }
+}
+
+BarSeries ChartDocument::InFrame(BarSeries stored) {
+  const Frame frame = ShownFrame();
+  if (frame == Frame()) return stored;
+  if (!frame_bars_) frame_bars_.emplace(frame, security_.interval);
+  frame_bars_->Follow(std::move(stored));
+  return frame_bars_->Bars();
+}
+
+void ChartDocument::ShowFrame(Frame frame) {
+  if (frame == ShownFrame()) return;
+  frames_[security_.interval] = frame;
+  other_frame_ = true;
+  Refresh();
+}
+
+// A frame that can't be built from the interval counts as the stored bars.
+Frame ChartDocument::ShownFrame() const {
+  const auto wanted = frames_.find(security_.interval);
+  if (wanted == frames_.end()) return {};
+  const std::vector<Frame> frames = FramesOf(security_.interval);
+  return std::ranges::find(frames, wanted->second) == frames.end() ? Frame() : wanted->second;
 }
 
 const std::string& ChartDocument::Symbol() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,12 +20,18 @@ struct HostState {
 // One open chart: the series it was asked for, the bars last read, and what went wrong.
 class ChartDocument {
  public:
-  // Reads the series for the first time.
-  ChartDocument(const SeriesSource& source, SeriesRequest request);
+  // Reads the series for the first time. `frames` are the frames to show, by interval; stored bars
+  // for every other interval.
+  ChartDocument(const SeriesSource& source, SeriesRequest request,
+                std::map<int, Frame> frames = {});
 
   // Reads the series again. If that fails, the chart shows no bars, since the old ones may be later
   // than the simulated moment, and Error says why.
   void Refresh();
+
+  // Shows the series in another frame from now on, and reads it again.
+  void ShowFrame(Frame frame);
+  Frame ShownFrame() const;
 
   // True if this is the chart that the request asks for.
   bool Shows(const SeriesRequest& request) const;
@@ -39,17 +46,24 @@ class ChartDocument {
   const std::string& Error() const { return error_; }
 
  private:
+  // What the model shows of the stored bars.
+  BarSeries InFrame(BarSeries stored);
+
   const SeriesSource& source_;
   SeriesRequest request_;
   ChartModel model_;
   SecurityInfo security_;
   std::optional<int> shown_file_;
+  std::map<int, Frame> frames_;
+  std::optional<FrameBars> frame_bars_;
+  bool other_frame_ = false;  // since the last reading
   std::string error_;
 };
 
-// One line of JSON without its line end: the event ("ready", "opened", "closed", "refreshed" or
-// "activated") and the state after it. `chart` is null without charts, "last" without bars. "shown"
-// are the first and last bar in view, both included; the first is after the last if none is.
+// One line of JSON without its line end: the event ("ready", "opened", "closed", "refreshed",
+// "activated" or "interval") and the state after it. `chart` is null without charts, "last" without
+// bars. "shown" are the first and last bar in view, both included; the first is after the last if
+// none is.
 std::string StateLine(std::string_view event, const HostState& host, const ChartDocument* chart);
 
 }  // namespace velumar

@@ -1,10 +1,13 @@
 #pragma once
 
-#include <array>
+#include <map>
 #include <vector>
 
 #include "charthost/bar_columns.h"
 #include "charthost/bar_series.h"
+#include "charthost/frames.h"
+#include "charthost/indicators/catalogue.h"
+#include "charthost/indicators/indicator_run.h"
 #include "charthost/view_window.h"
 
 namespace velumar {
@@ -12,25 +15,29 @@ namespace velumar {
 enum class ChartStyle { kCandles, kBars, kLine };
 enum class ChartTheme { kSystem, kLight, kDark };
 
-struct AverageOptions {
-  bool shown = true;
-  int period = 20;
-
-  bool operator==(const AverageOptions&) const = default;
-};
-
 // How all charts of the program look: the trader's choice, saved between runs of the program.
 struct ChartOptions {
-  static constexpr int kLongestPeriod = 999;
-
   ChartStyle style = ChartStyle::kCandles;
   ChartTheme theme = ChartTheme::kSystem;
   bool volume = true;
   bool logarithmic = false;
   bool positions = true;  // orders and held sides, if Velumar shows them
-  std::array<AverageOptions, 2> averages = {AverageOptions{true, 20}, AverageOptions{true, 50}};
+  std::vector<ChosenIndicator> indicators = FirstIndicators();
+  int volume_height = 25;  // of the volume's pane, in percent of the price pane
+  // The frame chosen last, by interval of the series: that of the next chart.
+  std::map<int, Frame> frames = {};
 
   bool operator==(const ChartOptions&) const = default;
+};
+
+// An indicator of a chart with its values at the bars.
+struct ModelIndicator {
+  std::size_t place;  // in the options
+  ChosenIndicator choice;
+  const IndicatorRow* row;
+  IndicatorRun run;
+  // Lowest and highest value of the columns, set by the layout. NaN if there is none.
+  ValueRange shown = {kNoValue, kNoValue};
 };
 
 // The bars of one chart, the window on them, and what to draw in that window. Memory is kept from
@@ -44,6 +51,8 @@ class ChartModel {
 
   // Shows another series at its newest bar.
   void ShowSeries(BarSeries series);
+  // The same series in another frame. The newest bar stays in view, or the last date.
+  void ShowFrame(BarSeries series);
   // The same series after it was read again; ViewWindow::SetBars says where the window is then.
   void UpdateSeries(BarSeries series);
 
@@ -60,17 +69,20 @@ class ChartModel {
   ValueRange Prices() const { return prices_; }
   double HighestVolume() const { return highest_volume_; }
 
-  // One value per bar, NaN if there is none; empty if the average isn't shown.
-  const std::vector<double>& Average(std::size_t index) const { return averages_[index]; }
+  // Those that the options show.
+  const std::vector<ModelIndicator>& Indicators() const { return indicators_; }
   bool ShowsVolume() const { return options_.volume && series_.has_volumes; }
 
  private:
-  void ComputeAverages();
+  void SetUpIndicators();
+  void FollowSeries(BarSeries series);
+  // The prices with what lies close to them.
+  ValueRange WithOverlays(ValueRange prices) const;
 
   ChartOptions options_;
   BarSeries series_;
   ViewWindow window_;
-  std::array<std::vector<double>, 2> averages_;
+  std::vector<ModelIndicator> indicators_;
   std::vector<BarColumn> columns_;
   double pixels_per_bar_ = 1;
   int bars_in_column_ = 1;

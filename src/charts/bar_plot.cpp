@@ -42,6 +42,7 @@ QCPAxisRect* BarPlot::AddRect(int row, QCPAxis::AxisType side) {
     connect(bars, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), rect->axis(QCPAxis::atBottom),
             qOverload<const QCPRange&>(&QCPAxis::setRange));
   }
+  StyleRect(*rect);
   return rect;
 }
 
@@ -51,19 +52,21 @@ void BarPlot::SetColours(const Palette& colours) {
   for (QCPItemLine* const line : cross_) {
     line->setPen(QPen(colours.crosshair, 0, Qt::DashLine));
   }
-  for (QCPAxisRect* const rect : rects_) {
-    for (QCPAxis* const axis : rect->axes()) {
-      axis->grid()->setPen(QPen(colours.grid, 0));
-      axis->grid()->setZeroLinePen(Qt::NoPen);
-      axis->setBasePen(QPen(colours.border, 0));
-      axis->setTickPen(QPen(colours.border, 0));
-      axis->setSubTicks(false);
-      axis->setTickLength(0, 4);
-      axis->setTickLabelColor(colours.muted);
-      axis->setTickLabelFont(font());
-      axis->setLabelColor(colours.text);
-      axis->setLabelFont(font());
-    }
+  for (QCPAxisRect* const rect : rects_) StyleRect(*rect);
+}
+
+void BarPlot::StyleRect(QCPAxisRect& rect) const {
+  for (QCPAxis* const axis : rect.axes()) {
+    axis->grid()->setPen(QPen(colours_.grid, 0));
+    axis->grid()->setZeroLinePen(Qt::NoPen);
+    axis->setBasePen(QPen(colours_.border, 0));
+    axis->setTickPen(QPen(colours_.border, 0));
+    axis->setSubTicks(false);
+    axis->setTickLength(0, 4);
+    axis->setTickLabelColor(colours_.muted);
+    axis->setTickLabelFont(font());
+    axis->setLabelColor(colours_.text);
+    axis->setLabelFont(font());
   }
 }
 

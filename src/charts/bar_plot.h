@@ -22,7 +22,8 @@ class BarPlot : public QCustomPlot {
   void SpanMoved();
 
  protected:
-  // An axis rectangle with bars below and values at `side`. All rectangles show the same bars.
+  // An axis rectangle with bars below and values at `side`, in the colours of the plot. All
+  // rectangles show the same bars.
   QCPAxisRect* AddRect(int row, QCPAxis::AxisType side);
   // Valid once there is a rectangle.
   QCPAxis& BarAxis() const { return *rects_.front()->axis(QCPAxis::atBottom); }
@@ -39,6 +40,7 @@ class BarPlot : public QCustomPlot {
   void ShowCross(QPointF centre, const QRect& area);
   void HidePointer();
   QCPItemText* AddPointerText();
+  const QString& PointerLayer() const { return pointer_layer_; }
   // Draws the cross for a pointer at that pixel.
   virtual void ShowPointer(QPointF pixel) = 0;
   // Call after the plot has changed: the pointer may be at another bar now.
@@ -51,6 +53,7 @@ class BarPlot : public QCustomPlot {
 
  private:
   void BoundRange(const QCPRange& wanted, const QCPRange& before);
+  void StyleRect(QCPAxisRect& rect) const;
 
   Palette colours_ = Palette::Light();
   QList<QCPAxisRect*> rects_;

@@ -8,6 +8,10 @@ Palette MakePalette(bool dark) {
   const auto pick = [dark](QRgb in_light, QRgb in_dark) {
     return QColor(dark ? in_dark : in_light);
   };
+  const std::array<QColor, 8> indicators = {pick(0x2563eb, 0x6aa5ff), pick(0xc2660a, 0xf5b342),
+                                            pick(0x882255, 0xf28cb8), pick(0x0f8080, 0x5fd4d4),
+                                            pick(0xaa4499, 0xd0a8f0), pick(0x75751a, 0xdcdc6a),
+                                            pick(0x117733, 0x7fd18f), pick(0x4f5b6b, 0xb4bec9)};
   return {.dark = dark,
           .window = pick(0xdfe4ec, 0x232b38),
           .edge = pick(0x182133, 0x465468),
@@ -33,7 +37,7 @@ Palette MakePalette(bool dark) {
           .up_volume = pick(0x9ccfc1, 0x26705c),
           .down_volume = pick(0xebb0b1, 0x8a3f46),
           .line = pick(0x1d4ed8, 0x6aa5ff),
-          .averages = {pick(0x2563eb, 0x6aa5ff), pick(0xc2660a, 0xf5b342)},
+          .indicators = indicators,
           .crosshair = pick(0x6b7686, 0x8a96a6),
           .tag = pick(0x374151, 0x4a5668),
           .on_tag = pick(0xffffff, 0xffffff),

@@ -36,7 +36,8 @@ struct Palette {
   QColor up_volume;
   QColor down_volume;
   QColor line;
-  std::array<QColor, 2> averages;
+  // Of indicators, to be told apart with any colour vision.
+  std::array<QColor, 8> indicators;
   QColor crosshair;
   QColor tag;  // background of a value or date on an axis
   QColor on_tag;

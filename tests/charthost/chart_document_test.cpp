@@ -44,8 +44,29 @@ TEST_F(ChartDocumentTest, ShowsTheBarsThatAreStoredAndFollowsThem) {
     EXPECT_EQ(chart.Model().Series().dates.back(), MadeDate(bars - 1));
     EXPECT_EQ(chart.Model().Window().LastBar(), bars - 1);
     EXPECT_DOUBLE_EQ(chart.Model().Window().Span(), span);
-    EXPECT_EQ(chart.Model().Average(1).size(), static_cast<std::size_t>(bars));
+    EXPECT_EQ(chart.Model().Indicators()[1].run.Line(0).size(), static_cast<std::size_t>(bars));
   }
+}
+
+// The newest bar is the month so far, whatever the replay does.
+TEST_F(ChartDocumentTest, ShowsTheSeriesInAnotherFrameAndFollowsIt) {
+  ChartDocument chart(source_, {folder_, "SCB", std::nullopt}, {{-1, {Frame::Unit::kMonth}}});
+  EXPECT_EQ(chart.Model().Series().size(), 11);  // months of 28 days
+  for (const int bars : {301, 309, 300}) {
+    KeepBars(-1, bars);
+    chart.Refresh();
+    EXPECT_EQ(chart.Model().Series().size(), (bars + 27) / 28);
+    EXPECT_TRUE(chart.Model().Series().newest_unfinished);
+    EXPECT_EQ(chart.Model().Indicators()[0].run.Line(0).size(),
+              static_cast<std::size_t>((bars + 27) / 28));
+  }
+  chart.Model().Window().ShowOldest();
+  chart.Model().Window().ShowBetween(0, 9);
+  chart.ShowFrame({});
+  EXPECT_EQ(chart.Model().Series().size(), 300);
+  EXPECT_EQ(chart.Model().Window().LastBar(), 10 * 28 - 1) << "the last day of the tenth month";
+  chart.ShowFrame({Frame::Unit::kMinutes, 60});
+  EXPECT_EQ(chart.ShownFrame(), Frame()) << "days have no hours";
 }
 
 // A working folder names all series of the run's directory, and only later one of them gets bars.
@@ -75,7 +96,7 @@ TEST_F(ChartDocumentTest, ShowsTheReasonAndNoBarsWhileItCannotBeRead) {
   chart.Refresh();
   EXPECT_EQ(chart.Error(), "Folder \"" + folder_ + "\" not found.");
   EXPECT_EQ(chart.Model().Series().size(), 0);
-  EXPECT_TRUE(chart.Model().Average(0).empty());
+  EXPECT_TRUE(chart.Model().Indicators()[0].run.Line(0).empty());
   std::filesystem::create_directory(folder_);
   chart.Refresh();
   EXPECT_NE(chart.Error().find("No market data in"), std::string::npos);

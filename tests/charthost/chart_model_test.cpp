@@ -119,13 +119,21 @@ TEST(ChartModel, ShowsAllPricesOfEverySeries) {
   }
 }
 
-TEST(MovingAverage, IsTheMeanOfTheLastCloses) {
-  std::vector<double> averages;
-  MovingAverage({1, 2, 3, 4, 10}, 3, averages);
-  EXPECT_THAT(averages, ElementsAre(testing::NanSensitiveDoubleEq(NAN),
-                                    testing::NanSensitiveDoubleEq(NAN), 2, 3, 17 / 3.0));
-  MovingAverage({67108864, 1.25F, 1.5F, 1.75F}, 3, averages);
-  EXPECT_DOUBLE_EQ(averages[3], 1.5) << "after a far higher price";
+// Lines near the prices are shown whole, and one far away doesn't squeeze the bars.
+TEST(ChartModel, MakesRoomForIndicatorsNearThePrices) {
+  std::vector<float> closes(400, 100);
+  for (int i = 200; i < 400; ++i) closes[i] = i % 2 == 0 ? 200.0F : 204.0F;
+  ChartModel model;
+  const auto range_with = [&](int period) {
+    model.SetOptions({.indicators = {{.key = "sma", .parameters = {double(period)}}}});
+    model.ShowSeries(SeriesOf(closes));
+    model.Window().ShowBetween(380, 399);
+    model.Layout(800);
+    return model.Prices();
+  };
+  EXPECT_GT(range_with(2).lower, 199);
+  EXPECT_LT(range_with(390).lower, 199.1);
+  EXPECT_GT(range_with(390).lower, 198);
 }
 
 TEST(PriceText, ShowsNumbersAsTradersReadThem) {

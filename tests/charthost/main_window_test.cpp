@@ -141,17 +141,40 @@ TEST_P(MainWindowTest, CompletesFoldersWithoutTakingOtherKeys) {
   EXPECT_EQ(program_.Last()["chart"]["symbol"], "ADVANC");
 }
 
+// The keys 1 to 9, and the same in the menu. The next chart of that interval starts with it.
+TEST_P(MainWindowTest, ChangesTheIntervalOfTheChartInFront) {
+  program_.window->OpenDirectly({program_.folder, "SCB", 5});
+  Key(Qt::Key_5);
+  EXPECT_EQ(program_.Last()["event"], "interval");
+  EXPECT_TRUE(program_.window->windowTitle().endsWith(QStringLiteral("SCB, 60 minutes")));
+  EXPECT_EQ(program_.Last()["chart"]["bars"], 6) << "two hours on each of three days";
+  Key(Qt::Key_4, Qt::ControlModifier);
+  EXPECT_EQ(program_.Last()["chart"]["bars"], 6);
+  Key(Qt::Key_1);
+  EXPECT_EQ(program_.Last()["chart"]["bars"], 60);
+  Key(Qt::Key_8);
+  EXPECT_EQ(program_.Last()["chart"]["bars"], 3);
+  program_.window->CloseAll();
+  program_.window->OpenDirectly({program_.folder, "SCB", 5});
+  EXPECT_TRUE(program_.window->windowTitle().endsWith(QStringLiteral("SCB, Daily")));
+  EXPECT_EQ(ChartSettings().Options().frames.at(5), Frame{Frame::Unit::kDay});
+  OpenBlind(program_.folder, "ADVANC");
+  Key(Qt::Key_2);
+  EXPECT_TRUE(program_.window->windowTitle().endsWith(QStringLiteral("ADVANC, Daily")))
+      << "a digit that was typed too late for the dialog";
+}
+
 TEST_P(MainWindowTest, RemembersTheLookAndTheFolder) {
   OpenBlind(program_.folder, "SCB");
   EXPECT_EQ(program_.settings->Options(), ChartOptions());
-  for (const Qt::Key entry : {Qt::Key_L, Qt::Key_2}) {
+  for (const Qt::Key entry : {Qt::Key_L, Qt::Key_V}) {
     Key(Qt::Key_V, Qt::AltModifier);
     ASSERT_TRUE(QTest::qWaitFor([&] { return program_.window->IsMenuShown(); }, 3000));
     QTest::keyClick(QApplication::activePopupWidget(), entry);
   }
   const ChartSettings kept;
   EXPECT_EQ(kept.Options().style, ChartStyle::kLine);
-  EXPECT_FALSE(kept.Options().averages[1].shown);
+  EXPECT_FALSE(kept.Options().volume);
   EXPECT_EQ(kept.Folder().toStdString(), program_.folder);
   program_.settings->SetOptions(ChartOptions());
 }

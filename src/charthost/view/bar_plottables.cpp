@@ -10,12 +10,22 @@ namespace velumar {
 void BarDateTicker::generate(const QCPRange& range, const QLocale&, QChar, int,
                              QVector<double>& ticks, QVector<double>* sub_ticks,
                              QVector<QString>* labels) {
-  constexpr int kLabelDigits = 8;
-  ticks.clear();
-  strong_.clear();
+  Compute(range);
+  ticks = bars_;
   if (sub_ticks != nullptr) sub_ticks->clear();
-  if (labels != nullptr) labels->clear();
+  if (labels != nullptr) *labels = texts_;
+}
+
+void BarDateTicker::Compute(const QCPRange& range) {
+  constexpr int kLabelDigits = 8;
   const int width = axis_.axisRect()->width();
+  if (known_ && range == range_ && width == width_) return;
+  known_ = true;
+  range_ = range;
+  width_ = width;
+  bars_.clear();
+  strong_.clear();
+  texts_.clear();
   if (width <= 0) return;
   const ViewWindow& window = model_.Window();
   const int label_width =
@@ -23,9 +33,9 @@ void BarDateTicker::generate(const QCPRange& range, const QLocale&, QChar, int,
   for (const DateTick& tick :
        DateTicks(model_.Series(), {window.FirstBar(), window.LastBar(), width / range.size()},
                  label_width)) {
-    ticks.append(tick.bar);
+    bars_.append(tick.bar);
     if (tick.strong) strong_.append(tick.bar);
-    if (labels != nullptr) labels->append(ToQt(tick.text));
+    texts_.append(ToQt(tick.text));
   }
 }
 
@@ -37,24 +47,30 @@ void StrongGrid::draw(QCPPainter* painter) {
   }
 }
 
-PriceBars::PriceBars(QCPAxis* bars, QCPAxis* values) : QCPFinancial(bars, values) {
+PriceBars::PriceBars(QCPAxis* bars, QCPAxis* values, bool finished)
+    : QCPFinancial(bars, values), finished_(finished) {
   setAntialiased(false);
   setSelectable(QCP::stNone);
   setTwoColored(true);
   setWidthType(wtAbsolute);
 }
 
-void PriceBars::SetColours(const Palette& colours) {
-  setBrushPositive(colours.up);
-  setPenPositive(BodyPen(colours.up));
-  setBrushNegative(colours.down);
-  setPenNegative(BodyPen(colours.down));
+void PriceBars::Style(bool candles) {
+  const bool pale = !finished_ && !candles;
+  const QColor& up = pale ? colours_.up_volume : colours_.up;
+  const QColor& down = pale ? colours_.down_volume : colours_.down;
+  setPenPositive(BodyPen(up));
+  setPenNegative(BodyPen(down));
+  setBrushPositive(finished_ ? up : colours_.field);
+  setBrushNegative(finished_ ? down : colours_.field);
 }
 
 void PriceBars::Fill(const ChartModel& model) {
   QVector<QCPFinancialData> bars;
   bars.reserve(static_cast<qsizetype>(model.Columns().size()));
+  const int newest = model.Series().newest_unfinished ? model.Series().size() - 1 : -1;
   for (const BarColumn& column : model.Columns()) {
+    if ((column.last_bar == newest) == finished_) continue;
     bars.append({SnappedPlace(*keyAxis(), column.place), column.open, column.high, column.low,
                  column.close});
   }
@@ -63,6 +79,7 @@ void PriceBars::Fill(const ChartModel& model) {
   setWidth(2 * BodyReach(model));
   const bool candles = model.Options().style == velumar::ChartStyle::kCandles && has_opens_;
   setChartStyle(candles ? csCandlestick : csOhlc);
+  Style(candles);
 }
 
 void PriceBars::draw(QCPPainter* painter) {

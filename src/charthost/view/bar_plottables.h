@@ -5,7 +5,8 @@
 
 namespace velumar {
 
-// Marks on the axis that counts bars, at the bars where a year, month, day or hour begins.
+// Marks on the axis that counts bars, at the bars where a year, month, day or hour begins. Axes of
+// the same bars and width can share one: it computes its marks once until the next Forget.
 class BarDateTicker : public QCPAxisTicker {
  public:
   BarDateTicker(const QCPAxis& axis, const ChartModel& model) : axis_(axis), model_(model) {}
@@ -15,11 +16,20 @@ class BarDateTicker : public QCPAxisTicker {
                 QVector<QString>* labels) override;
   // The marks of the last call at which a new year, month or day begins.
   const QVector<double>& StrongTicks() const { return strong_; }
+  // Call before each drawing.
+  void Forget() { known_ = false; }
 
  private:
+  void Compute(const QCPRange& range);
+
   const QCPAxis& axis_;
   const ChartModel& model_;
+  bool known_ = false;
+  QCPRange range_;  // of the marks below
+  int width_ = 0;
+  QVector<double> bars_;
   QVector<double> strong_;
+  QVector<QString> texts_;
 };
 
 // Stronger grid lines at the strong ticks.
@@ -41,13 +51,14 @@ class StrongGrid : public QCPLayerable {
   const BarDateTicker& ticker_;
 };
 
-// Candles or bars on whole pixels. A series without open prices has bars without the left tick,
-// which QCPFinancial would draw.
+// Candles or bars on whole pixels: the finished ones, or the newest as long as it is unfinished,
+// hollow or pale. A series without open prices has bars without the left tick, which QCPFinancial
+// would draw.
 class PriceBars : public QCPFinancial {
  public:
-  PriceBars(QCPAxis* bars, QCPAxis* values);
+  PriceBars(QCPAxis* bars, QCPAxis* values, bool finished);
 
-  void SetColours(const Palette& colours);
+  void SetColours(const Palette& colours) { colours_ = colours; }
   // Takes the columns that the model has laid out.
   void Fill(const ChartModel& model);
 
@@ -55,6 +66,10 @@ class PriceBars : public QCPFinancial {
   void draw(QCPPainter* painter) override;
 
  private:
+  void Style(bool candles);
+
+  bool finished_;
+  Palette colours_ = Palette::Light();
   bool has_opens_ = true;
 };
 

@@ -7,6 +7,7 @@
 
 #include "charthost/bar_text.h"
 #include "charthost/view/chart_plot.h"
+#include "charthost/view/indicator_plots.h"
 #include "charthost/view/readout_bar.h"
 #include "charts/qt_text.h"
 
@@ -29,7 +30,8 @@ QString HeadText(const ChartDocument& document) {
   QString text = ToQt(document.Symbol());
   const QString name = ToQt(document.Name());
   if (!name.isEmpty() && name != text) text += QStringLiteral("  ") + name;
-  return text + QStringLiteral("  \u00B7  ") + ToQt(IntervalTitle(document.Interval()));
+  return text + QStringLiteral("  \u00B7  ") +
+         ToQt(FrameTitle(document.ShownFrame(), document.Interval()));
 }
 
 void SetTextColour(QWidget* widget, const QColor& text, const QColor& background) {
@@ -43,7 +45,7 @@ void SetTextColour(QWidget* widget, const QColor& text, const QColor& background
 
 ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, const ChartOptions& options,
                      QWidget* parent)
-    : QWidget(parent), document_(source, std::move(request)) {
+    : QWidget(parent), document_(source, std::move(request), options.frames) {
   document_.Model().SetOptions(options);
   readout_ = new ReadoutBar(this);
   error_ = new QLabel(this);
@@ -75,6 +77,12 @@ ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, const Ch
   connect(plot_, &ChartPlot::BarHovered, this, [this](int bar) {
     if (std::exchange(hovered_bar_, bar) != bar) ShowBar(bar);
   });
+  connect(plot_, &ChartPlot::HeightsChanged, this, &ChartPane::OptionsChanged);
+  connect(plot_, &ChartPlot::NumberPressed, this, [this](int number) {
+    const std::vector<Frame> frames = FramesOf(document_.Interval());
+    const auto index = static_cast<std::size_t>(number) - 1;
+    if (index < frames.size()) ShowFrame(frames[index]);
+  });
   ApplyColours();
 }
 
@@ -98,6 +106,7 @@ void ChartPane::SetPositions(const ChartPositions& positions) { plot_->SetPositi
 
 void ChartPane::SetOptions(const ChartOptions& options) {
   document_.Model().SetOptions(options);
+  readout_->ForgetWidths();
   ShowState();
 }
 
@@ -112,15 +121,22 @@ void ChartPane::ApplyColours() {
 
 QString ChartPane::Title() const {
   return ToQt(document_.Symbol()) + QStringLiteral(", ") +
-         ToQt(IntervalTitle(document_.Interval()));
+         ToQt(FrameTitle(document_.ShownFrame(), document_.Interval()));
+}
+
+void ChartPane::ShowFrame(Frame frame) {
+  document_.ShowFrame(frame);
+  ShowState();
+  ChartOptions options = document_.Model().Options();
+  options.frames[document_.Interval()] = frame;
+  emit OptionsChanged(options);
+  emit FrameChanged();
 }
 
 void ChartPane::WindowMoved() { plot_->ModelChanged(); }
 
 void ChartPane::ShowState(QCustomPlot::RefreshPriority when) {
-  if (std::exchange(shown_interval_, document_.Interval()) != document_.Interval()) {
-    readout_->ForgetWidths();
-  }
+  if (std::exchange(shown_title_, Title()) != shown_title_) readout_->ForgetWidths();
   error_->setText(ToQt(document_.Error()));
   error_->setVisible(!document_.Error().empty());
   const bool empty = document_.Model().Series().size() == 0;
@@ -145,14 +161,28 @@ void ChartPane::ShowBar(int bar) {
     for (const ReadoutPart& part : BarReadout(series, shown)) {
       items.push_back({ToQt(part.label), ToQt(part.value), ToneColour(part.tone, colours), false});
     }
-    for (std::size_t i = 0; i < model.Options().averages.size(); ++i) {
-      if (model.Average(i).empty()) continue;
-      items.push_back({tr("Avg %1").arg(model.Options().averages[i].period),
-                       ToQt(AverageText(model.Average(i)[shown], series.decimals)),
-                       colours.averages[i], false});
-    }
+    AddOverlays(shown, items);
+    const bool unfinished = series.newest_unfinished && shown == series.size() - 1;
+    if (unfinished) items.push_back({QString(), tr("unfinished"), colours.muted, false});
   }
   readout_->SetItems(std::move(items));
+}
+
+void ChartPane::AddOverlays(int bar, std::vector<ReadoutItem>& items) const {
+  const ChartModel& model = document_.Model();
+  const Palette& colours = Palette::Following(palette());
+  for (const ModelIndicator& indicator : model.Indicators()) {
+    const IndicatorPane pane = indicator.row->pane;
+    if (pane == IndicatorPane::kOwn) continue;
+    if (pane == IndicatorPane::kVolume && !model.ShowsVolume()) continue;
+    QStringList values;
+    for (std::size_t line = 0; line < indicator.run.LineCount(); ++line) {
+      values.append(ToQt(IndicatorValueText(indicator.run.Line(line)[static_cast<std::size_t>(bar)],
+                                            indicator.row->format, model.Series().decimals)));
+    }
+    items.push_back({ToQt(IndicatorLabel(indicator.choice)), values.join(QStringLiteral("  ")),
+                     colours.indicators[static_cast<std::size_t>(indicator.choice.colour)], false});
+  }
 }
 
 // At the right edge, as long as the newest bar is out of view.

@@ -13,6 +13,7 @@ namespace velumar {
 
 class ChartPlot;
 class ReadoutBar;
+struct ReadoutItem;
 
 // One open chart: the values of a bar, the plot, and a message if something is missing. It never
 // opens a box, so keys from outside always reach the window.
@@ -36,10 +37,16 @@ class ChartPane : public QWidget {
   const ChartDocument& Document() const { return document_; }
   // "AAPL, Daily"
   QString Title() const;
+  void ShowFrame(Frame frame);
   ViewWindow& Window() { return document_.Model().Window(); }
   // Call after Window was moved from outside.
   void WindowMoved();
   ChartPlot& Plot() { return *plot_; }
+
+ signals:
+  // The trader has changed the options in the chart itself.
+  void OptionsChanged(const velumar::ChartOptions& options);
+  void FrameChanged();
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -47,6 +54,8 @@ class ChartPane : public QWidget {
  private:
   void ShowState(QCustomPlot::RefreshPriority when = QCustomPlot::rpQueuedReplot);
   void ShowBar(int bar);
+  // The values of the indicators without a pane of their own.
+  void AddOverlays(int bar, std::vector<ReadoutItem>& items) const;
   void PlaceNotice();
   void PlaceNewest();
 
@@ -58,7 +67,7 @@ class ChartPane : public QWidget {
   QPushButton* newest_;
   bool expects_refreshes_ = false;
   int hovered_bar_ = -1;
-  int shown_interval_ = -2;  // whose readout widths are kept
+  QString shown_title_;  // whose readout widths are kept
 };
 
 }  // namespace velumar

@@ -4,6 +4,7 @@
 
 #include "charthost/bar_text.h"
 #include "charthost/view/bar_plottables.h"
+#include "charthost/view/indicator_plots.h"
 #include "charthost/view/position_marks.h"
 #include "charts/qt_text.h"
 #include "charts/value_ticker.h"
@@ -52,17 +53,10 @@ ChartPlot::ChartPlot(ChartModel& model, QWidget* parent) : BarPlot(parent), mode
   plotLayout()->setRowSpacing(6);
   setFocusPolicy(Qt::StrongFocus);
   setCursor(Qt::CrossCursor);
-  prices_ = AddRect(0, QCPAxis::atRight);
-  volumes_ = AddRect(1, QCPAxis::atRight);
-  auto* const margins = new QCPMarginGroup(this);
-  for (QCPAxisRect* const rect : Rects()) {
-    rect->setMinimumMargins(QMargins(1, 1, 48, 1));
-    rect->setMarginGroup(QCP::msRight, margins);
-    QCPAxis* const bars = rect->axis(QCPAxis::atBottom);
-    const auto ticker = QSharedPointer<BarDateTicker>::create(*bars, model_);
-    bars->setTicker(ticker);
-    new StrongGrid(*this, *rect, *ticker);
-  }
+  setPlottingHint(QCP::phFastPolylines);  // a line that zigzags over the pane costs a fifth
+  margins_ = new QCPMarginGroup(this);
+  prices_ = AddPane();
+  volumes_ = AddPane();
   QCPAxis* const prices = prices_->axis(QCPAxis::atRight);
   prices->setTicker(QSharedPointer<ValueTicker>::create(*prices, 52, [this](double value, double) {
     return ToQt(PriceText(value, model_.Series().decimals));
@@ -71,6 +65,9 @@ ChartPlot::ChartPlot(ChartModel& model, QWidget* parent) : BarPlot(parent), mode
   volumes->setTicker(QSharedPointer<ValueTicker>::create(
       *volumes, 34, [](double value, double) { return ToQt(ShortVolumeText(value)); }));
   AddPlottables();
+  indicators_ = std::make_unique<IndicatorPlots>(
+      model_, IndicatorPlots::Surroundings{this, prices_, volumes_, PointerLayer(),
+                                           [this] { return AddPane(); }});
   AddLastPrice();
   positions_ = std::make_unique<PositionMarks>(*this, *prices_, BarAxis());
   value_tag_ = AddPointerText();
@@ -94,11 +91,22 @@ ChartPlot::ChartPlot(ChartModel& model, QWidget* parent) : BarPlot(parent), mode
 
 ChartPlot::~ChartPlot() = default;
 
+QCPAxisRect* ChartPlot::AddPane() {
+  QCPAxisRect* const rect = AddRect(plotLayout()->rowCount(), QCPAxis::atRight);
+  rect->setMinimumMargins(QMargins(1, 1, 48, 1));
+  rect->setMarginGroup(QCP::msRight, margins_);
+  QCPAxis* const bars = rect->axis(QCPAxis::atBottom);
+  if (!dates_) dates_ = QSharedPointer<BarDateTicker>::create(*bars, model_);
+  bars->setTicker(dates_);
+  new StrongGrid(*this, *rect, *dates_);
+  return rect;
+}
+
 void ChartPlot::AddPlottables() {
   QCPAxis* const prices = prices_->axis(QCPAxis::atRight);
-  bars_ = new PriceBars(&BarAxis(), prices);
+  bars_ = new PriceBars(&BarAxis(), prices, true);
+  unfinished_ = new PriceBars(&BarAxis(), prices, false);
   line_ = AddLine(&BarAxis(), prices);
-  for (QCPGraph*& average : averages_) average = AddLine(&BarAxis(), prices);
   for (QCPBars** volume : {&up_volume_, &down_volume_}) {
     *volume = new QCPBars(volumes_->axis(QCPAxis::atBottom), volumes_->axis(QCPAxis::atRight));
     (*volume)->setAntialiased(false);
@@ -127,16 +135,15 @@ void ChartPlot::AddLastPrice() {
 void ChartPlot::SetColours(const Palette& colours) {
   BarPlot::SetColours(colours);
   bars_->SetColours(colours);
+  unfinished_->SetColours(colours);
   line_->setPen(LinePen(colours.line));
-  for (std::size_t i = 0; i < averages_.size(); ++i) {
-    averages_[i]->setPen(LinePen(colours.averages[i]));
-  }
   up_volume_->setPen(BodyPen(colours.up_volume));
   up_volume_->setBrush(colours.up_volume);
   down_volume_->setPen(BodyPen(colours.down_volume));
   down_volume_->setBrush(colours.down_volume);
   StyleTag(*value_tag_, colours.tag, colours.on_tag);
   StyleTag(*date_tag_, colours.tag, colours.on_tag);
+  indicators_->SetColours(colours);
   positions_->SetColours(colours);
   ModelChanged();
 }
@@ -150,9 +157,7 @@ void ChartPlot::StyleTag(QCPItemText& tag, const QColor& background, const QColo
 }
 
 void ChartPlot::ModelChanged(RefreshPriority when) {
-  if (!isVisible()) return;
-  ArrangeRects();
-  replot(when);
+  if (isVisible()) replot(when);
 }
 
 void ChartPlot::showEvent(QShowEvent* event) {
@@ -160,25 +165,41 @@ void ChartPlot::showEvent(QShowEvent* event) {
   ModelChanged();
 }
 
-// The volume takes the lower fifth. Without it the prices take all the room and show the dates.
-void ChartPlot::ArrangeRects() {
-  const bool with_volume = model_.ShowsVolume();
-  if (with_volume != volume_arranged_) {
-    if (with_volume) {
-      plotLayout()->addElement(1, 0, volumes_);
-    } else {
-      plotLayout()->take(volumes_);
-      plotLayout()->simplify();
+std::vector<QCPAxisRect*> ChartPlot::WantedPanes() const {
+  std::vector<QCPAxisRect*> panes = {prices_};
+  if (model_.ShowsVolume()) panes.push_back(volumes_);
+  for (QCPAxisRect* const pane : indicators_->Panes()) panes.push_back(pane);
+  return panes;
+}
+
+// The lowest pane shows the dates.
+void ChartPlot::ArrangePanes() {
+  indicators_->Arrange();
+  std::vector<QCPAxisRect*> wanted = WantedPanes();
+  if (wanted != panes_ || plotLayout()->elementCount() != static_cast<int>(wanted.size())) {
+    panes_ = std::move(wanted);
+    for (QCPAxisRect* const rect : Rects()) {
+      if (rect->layout() != nullptr) plotLayout()->take(rect);
     }
-    volumes_->setVisible(with_volume);
-    volume_arranged_ = with_volume;
+    plotLayout()->simplify();
+    for (std::size_t i = 0; i < panes_.size(); ++i) {
+      plotLayout()->addElement(static_cast<int>(i), 0, panes_[i]);
+      panes_[i]->axis(QCPAxis::atBottom)->setTickLabels(i + 1 == panes_.size());
+    }
+    volumes_->setVisible(model_.ShowsVolume());
   }
-  if (with_volume) plotLayout()->setRowStretchFactors({4, 1});
-  BarAxis().setTickLabels(!with_volume);
+  QList<double> heights = {100};
+  if (model_.ShowsVolume()) heights.append(model_.Options().volume_height);
+  for (std::size_t i = 0; i < indicators_->Panes().size(); ++i) {
+    heights.append(indicators_->Of(i).choice.height);
+  }
+  plotLayout()->setRowStretchFactors(heights);
 }
 
 void ChartPlot::BeforeReplot() {
   constexpr double kVolumeRoom = 1.12;
+  ArrangePanes();
+  dates_->Forget();
   const int width = prices_->width() > 0 ? prices_->width() : viewport().width();
   model_.Layout(width);
   ShowBars({model_.Window().First(), model_.Window().Last()});
@@ -191,17 +212,21 @@ void ChartPlot::BeforeReplot() {
   prices->setTickLabels(!empty);
   prices->setTicks(!empty);
   prices->grid()->setVisible(!empty);
+  indicators_->SetRanges();
   LayOut(viewport().size());
   if (prices_->width() != width) model_.Layout(prices_->width());
   FillPlottables();
+  indicators_->ShowLegends(ShownBar());
   PlacePointer();
 }
 
 void ChartPlot::FillPlottables() {
   const bool as_line = model_.Options().style == ChartStyle::kLine;
-  bars_->setVisible(!as_line);
   line_->setVisible(as_line);
-  bars_->Fill(model_);
+  for (PriceBars* const bars : {bars_, unfinished_}) {
+    bars->setVisible(!as_line);
+    bars->Fill(model_);
+  }
   QVector<QCPGraphData> line;
   QVector<QCPBarsData> rising;
   QVector<QCPBarsData> falling;
@@ -218,24 +243,9 @@ void ChartPlot::FillPlottables() {
   for (QCPBars* const volume : {up_volume_, down_volume_}) {
     volume->setWidth(2 * BodyReach(model_));
   }
-  FillAverages();
+  indicators_->Fill();
   ShowLastPrice();
   positions_->Show(model_);
-}
-
-void ChartPlot::FillAverages() {
-  for (std::size_t i = 0; i < averages_.size(); ++i) {
-    const std::vector<double>& values = model_.Average(i);
-    QVector<QCPGraphData> points;
-    if (!values.empty()) {
-      for (const BarColumn& column : model_.Columns()) {
-        const double value = values[column.last_bar];
-        const bool drawable = std::isfinite(value) && (!model_.Logarithmic() || value > 0);
-        if (drawable) points.append({column.place, value});
-      }
-    }
-    averages_[i]->data()->set(points, true);
-  }
 }
 
 void ChartPlot::ShowLastPrice() {
@@ -264,7 +274,13 @@ QCPRange ChartPlot::Bounded(const QCPRange& wanted) const {
 }
 
 QRect ChartPlot::PlotArea() const {
-  return volumes_->visible() ? prices_->rect().united(volumes_->rect()) : prices_->rect();
+  return panes_.empty() ? QRect() : prices_->rect().united(panes_.back()->rect());
+}
+
+// The bar under the pointer, or the newest one; -1 without bars.
+int ChartPlot::ShownBar() const {
+  const int newest = model_.Series().size() - 1;
+  return hovered_bar_ && *hovered_bar_ <= newest ? *hovered_bar_ : newest;
 }
 
 std::optional<int> ChartPlot::BarAt(QPointF pixel) const {
@@ -274,27 +290,32 @@ std::optional<int> ChartPlot::BarAt(QPointF pixel) const {
   return bar;
 }
 
+void ChartPlot::Hover(std::optional<int> bar) {
+  if (std::exchange(hovered_bar_, bar) == bar) return;
+  indicators_->ShowLegends(ShownBar());
+  emit BarHovered(bar.value_or(-1));
+}
+
 void ChartPlot::ShowPointer(QPointF pixel) {
   const std::optional<int> bar = BarAt(pixel);
+  Hover(bar);
   if (!bar || selectionRect()->isActive()) return;
   ShowCross({BarAxis().coordToPixel(*bar), pixel.y()}, PlotArea());
   ShowPointerTexts(*bar, pixel);
 }
 
 void ChartPlot::MovePointer(std::optional<QPointF> pixel) {
+  if (!pixel) Hover(std::nullopt);
   BarPlot::MovePointer(pixel);
-  emit BarHovered(pixel ? BarAt(*pixel).value_or(-1) : -1);
 }
 
 void ChartPlot::ShowPointerTexts(int bar, QPointF pixel) {
   const BarSeries& series = model_.Series();
   const QRect area = PlotArea();
-  const bool in_prices = prices_->rect().contains(pixel.toPoint());
-  const QCPAxisRect* const rect = in_prices ? prices_ : volumes_;
-  if (rect->rect().contains(pixel.toPoint())) {
-    const double value = rect->axis(QCPAxis::atRight)->pixelToCoord(pixel.y());
-    value_tag_->setText(ToQt(in_prices ? PriceText(value, series.decimals)
-                                       : ShortVolumeText(std::max(0.0, value))));
+  for (std::size_t i = 0; i < panes_.size(); ++i) {
+    if (!panes_[i]->rect().contains(pixel.toPoint())) continue;
+    const double value = panes_[i]->axis(QCPAxis::atRight)->pixelToCoord(pixel.y());
+    value_tag_->setText(ValueText(i, value));
     value_tag_->position->setCoords(area.right() + 1, pixel.y());
     value_tag_->setVisible(true);
   }
@@ -309,6 +330,47 @@ void ChartPlot::ShowPointerTexts(int bar, QPointF pixel) {
   date_tag_->setVisible(true);
 }
 
+QString ChartPlot::ValueText(std::size_t pane, double value) const {
+  const int decimals = model_.Series().decimals;
+  if (pane == 0) return ToQt(PriceText(value, decimals));
+  if (panes_[pane] == volumes_) return ToQt(ShortVolumeText(std::max(0.0, value)));
+  const ModelIndicator& indicator = indicators_->Of(pane - (model_.ShowsVolume() ? 2 : 1));
+  return ToQt(IndicatorValueText(value, indicator.row->format, decimals));
+}
+
+std::optional<std::size_t> ChartPlot::LineAt(QPointF pixel) const {
+  constexpr int kReach = 3;
+  for (std::size_t i = 0; i + 1 < panes_.size(); ++i) {
+    const bool near = pixel.y() >= panes_[i]->rect().bottom() - kReach &&
+                      pixel.y() <= panes_[i + 1]->rect().top() + kReach;
+    if (near && pixel.x() <= prices_->rect().right()) return i;
+  }
+  return std::nullopt;
+}
+
+// The lowest pane has the dates below it, which count as its own.
+void ChartPlot::DragLine(std::size_t pane, double y) {
+  constexpr double kLeastPixels = 30;
+  std::vector<double> heights;
+  for (const QCPAxisRect* const rect : panes_) heights.push_back(rect->outerRect().height());
+  const double both = heights[pane] + heights[pane + 1];
+  if (both < 2 * kLeastPixels) return;
+  heights[pane] =
+      std::clamp(y - panes_[pane]->outerRect().top(), kLeastPixels, both - kLeastPixels);
+  heights[pane + 1] = both - heights[pane];
+  const auto percent = [&heights](std::size_t i) {
+    return std::clamp(static_cast<int>(std::lround(100 * heights[i] / heights[0])),
+                      ChosenIndicator::kLeastHeight, ChosenIndicator::kMostHeight);
+  };
+  ChartOptions options = model_.Options();
+  std::size_t next = 1;
+  if (model_.ShowsVolume()) options.volume_height = percent(next++);
+  for (std::size_t i = 0; next < panes_.size(); ++i) {
+    options.indicators[indicators_->Of(i).place].height = percent(next++);
+  }
+  emit HeightsChanged(options);
+}
+
 void ChartPlot::ZoomToMarked(const QRect& marked) {
   if (std::abs(marked.width()) < kLeastMarkedPixels) return;
   model_.Window().ShowBetween(BarAxis().pixelToCoord(marked.left()),
@@ -317,11 +379,26 @@ void ChartPlot::ZoomToMarked(const QRect& marked) {
 }
 
 void ChartPlot::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) dragged_line_ = LineAt(event->position());
+  if (dragged_line_) return;
   const bool mark =
       event->button() == Qt::RightButton || event->modifiers().testFlag(Qt::ShiftModifier);
   setSelectionRectMode(mark ? QCP::srmCustom : QCP::srmNone);
   if (!mark) setCursor(Qt::ClosedHandCursor);
   BarPlot::mousePressEvent(event);
+}
+
+void ChartPlot::mouseMoveEvent(QMouseEvent* event) {
+  if (dragged_line_) return DragLine(*dragged_line_, event->position().y());
+  if (event->buttons() == Qt::NoButton) {
+    setCursor(LineAt(event->position()) ? Qt::SplitVCursor : Qt::CrossCursor);
+  }
+  BarPlot::mouseMoveEvent(event);
+}
+
+void ChartPlot::mouseReleaseEvent(QMouseEvent* event) {
+  if (std::exchange(dragged_line_, std::nullopt)) return;
+  BarPlot::mouseReleaseEvent(event);
 }
 
 void ChartPlot::keyPressEvent(QKeyEvent* event) {
@@ -335,6 +412,11 @@ void ChartPlot::keyPressEvent(QKeyEvent* event) {
       {Qt::Key_Plus, [](ViewWindow& window) { window.Zoom(0.8); }},
       {Qt::Key_Equal, [](ViewWindow& window) { window.Zoom(0.8); }},
       {Qt::Key_Minus, [](ViewWindow& window) { window.Zoom(1.25); }}};
+  const bool number = event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9;
+  if (number && (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+    emit NumberPressed(event->key() - Qt::Key_0);
+    return;
+  }
   const auto move = kMoves.value(event->key(), nullptr);
   if (move == nullptr) return event->ignore();
   move(model_.Window());

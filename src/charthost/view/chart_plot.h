@@ -7,12 +7,13 @@
 namespace velumar {
 
 class BarDateTicker;
+class IndicatorPlots;
 class PositionMarks;
 class PriceBars;
 
 // Draws a chart model and lets the mouse move its window: see BarPlot. In addition, a drag with
-// Shift or the right button marks the bars to zoom to, and a double click returns to the newest
-// bar.
+// Shift or the right button marks the bars to zoom to, a double click returns to the newest bar,
+// and a drag of the line between two panes changes their heights.
 class ChartPlot : public BarPlot {
   Q_OBJECT
 
@@ -30,28 +31,43 @@ class ChartPlot : public BarPlot {
  signals:
   // The bar under the pointer; -1: none.
   void BarHovered(int bar);
+  // One of the keys 1 to 9.
+  void NumberPressed(int number);
+  // The trader has changed heights of panes.
+  void HeightsChanged(const velumar::ChartOptions& options);
 
  protected:
   QCPRange Bounded(const QCPRange& wanted) const override;
   void ShowPointer(QPointF pixel) override;
   void MovePointer(std::optional<QPointF> pixel) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:
+  QCPAxisRect* AddPane();
   void AddPlottables();
   void AddLastPrice();
-  void ArrangeRects();
+  // The panes that the model needs, from top to bottom.
+  std::vector<QCPAxisRect*> WantedPanes() const;
+  void ArrangePanes();
   // Sets the ranges of the axes, whose labels the layout measures, and fills the plottables, which
   // need the axes' pixels.
   void BeforeReplot();
   void FillPlottables();
-  void FillAverages();
   void ShowLastPrice();
   void ZoomToMarked(const QRect& marked);
   std::optional<int> BarAt(QPointF pixel) const;
   QRect PlotArea() const;
+  // The pane above the line between two panes at that pixel.
+  std::optional<std::size_t> LineAt(QPointF pixel) const;
+  void DragLine(std::size_t pane, double y);
+  // Reports the bar under the pointer if it is another one.
+  void Hover(std::optional<int> bar);
+  int ShownBar() const;
+  QString ValueText(std::size_t pane, double value) const;
   void ShowPointerTexts(int bar, QPointF pixel);
   void StyleTag(QCPItemText& tag, const QColor& background, const QColor& text);
 
@@ -59,16 +75,21 @@ class ChartPlot : public BarPlot {
   QCPAxisRect* prices_;
   QCPAxisRect* volumes_;
   PriceBars* bars_;
+  PriceBars* unfinished_;
   QCPGraph* line_;
-  std::array<QCPGraph*, 2> averages_;
   QCPBars* up_volume_;
   QCPBars* down_volume_;
   QCPItemLine* last_line_;
   QCPItemText* last_tag_;
+  std::unique_ptr<IndicatorPlots> indicators_;
   std::unique_ptr<PositionMarks> positions_;
   QCPItemText* value_tag_;
   QCPItemText* date_tag_;
-  bool volume_arranged_ = true;
+  QCPMarginGroup* margins_;
+  QSharedPointer<BarDateTicker> dates_;
+  std::vector<QCPAxisRect*> panes_;
+  std::optional<std::size_t> dragged_line_;
+  std::optional<int> hovered_bar_;
 };
 
 }  // namespace velumar

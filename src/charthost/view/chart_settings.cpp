@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "charts/qt_text.h"
+
 namespace velumar {
 namespace {
 
@@ -11,6 +13,10 @@ const QString kTheme = QStringLiteral("Theme");
 const QString kVolume = QStringLiteral("Volume");
 const QString kLogarithmic = QStringLiteral("LogScale");
 const QString kPositions = QStringLiteral("Positions");
+const QString kIndicators = QStringLiteral("Indicators");
+const QString kIndicatorSets = QStringLiteral("IndicatorSets");
+const QString kFrames = QStringLiteral("Intervals");
+const QString kVolumeHeight = QStringLiteral("VolumeHeight");
 const QString kFolder = QStringLiteral("Folder");
 const QString kGeometry = QStringLiteral("Geometry");
 
@@ -30,6 +36,38 @@ QString AverageKey(std::size_t index, const char* what) {
   return QStringLiteral("Average%1%2").arg(index + 1).arg(QLatin1String(what));
 }
 
+// "5=60": of series of five minutes the hours.
+std::map<int, Frame> ReadFrames(const QStringList& texts) {
+  std::map<int, Frame> frames;
+  for (const QString& text : texts) {
+    bool known = false;
+    const int interval = text.section(u'=', 0, 0).toInt(&known);
+    const Frame frame = FrameFromName(FromQt(text.section(u'=', 1)));
+    if (known && frame != Frame()) frames[interval] = frame;
+  }
+  return frames;
+}
+
+QStringList FrameTexts(const std::map<int, Frame>& frames) {
+  QStringList texts;
+  for (const auto& [interval, frame] : frames) {
+    texts.append(QStringLiteral("%1=%2").arg(QString::number(interval), ToQt(FrameName(frame))));
+  }
+  return texts;
+}
+
+// The two averages of settings from before there were other indicators.
+std::vector<ChosenIndicator> OldAverages(const QSettings& settings) {
+  std::vector<ChosenIndicator> averages = FirstIndicators();
+  for (std::size_t i = 0; i < averages.size(); ++i) {
+    ChosenIndicator& average = averages[i];
+    average.shown = settings.value(AverageKey(i, "Shown"), average.shown).toBool();
+    const int period = settings.value(AverageKey(i, "Period"), 0).toInt();
+    if (period >= 1 && period <= 999) average.parameters = {static_cast<double>(period)};
+  }
+  return averages;
+}
+
 }  // namespace
 
 ChartSettings::ChartSettings()
@@ -45,13 +83,28 @@ ChartOptions ChartSettings::Options() const {
   options.volume = settings_.value(kVolume, options.volume).toBool();
   options.logarithmic = settings_.value(kLogarithmic, options.logarithmic).toBool();
   options.positions = settings_.value(kPositions, options.positions).toBool();
-  for (std::size_t i = 0; i < options.averages.size(); ++i) {
-    AverageOptions& average = options.averages[i];
-    average.shown = settings_.value(AverageKey(i, "Shown"), average.shown).toBool();
-    const int period = settings_.value(AverageKey(i, "Period"), average.period).toInt();
-    if (period >= 1 && period <= ChartOptions::kLongestPeriod) average.period = period;
+  options.indicators = Indicators().indicators;
+  options.frames = ReadFrames(settings_.value(kFrames).toStringList());
+  const int height = settings_.value(kVolumeHeight, options.volume_height).toInt();
+  if (height >= ChosenIndicator::kLeastHeight && height <= ChosenIndicator::kMostHeight) {
+    options.volume_height = height;
   }
   return options;
+}
+
+SavedIndicators ChartSettings::Indicators() const {
+  if (!settings_.contains(kIndicators)) return {OldAverages(settings_), {}};
+  return ReadIndicators(FromQt(settings_.value(kIndicators).toString()));
+}
+
+std::vector<std::string> ChartSettings::Problems() const { return Indicators().problems; }
+
+IndicatorSets ChartSettings::Sets() const {
+  return ReadSets(FromQt(settings_.value(kIndicatorSets).toString()));
+}
+
+void ChartSettings::SetSets(const IndicatorSets& sets) {
+  settings_.setValue(kIndicatorSets, ToQt(SetsText(sets)));
 }
 
 void ChartSettings::SetOptions(const ChartOptions& options) {
@@ -60,10 +113,9 @@ void ChartSettings::SetOptions(const ChartOptions& options) {
   settings_.setValue(kVolume, options.volume);
   settings_.setValue(kLogarithmic, options.logarithmic);
   settings_.setValue(kPositions, options.positions);
-  for (std::size_t i = 0; i < options.averages.size(); ++i) {
-    settings_.setValue(AverageKey(i, "Shown"), options.averages[i].shown);
-    settings_.setValue(AverageKey(i, "Period"), options.averages[i].period);
-  }
+  settings_.setValue(kIndicators, ToQt(IndicatorsText(options.indicators)));
+  settings_.setValue(kVolumeHeight, options.volume_height);
+  settings_.setValue(kFrames, FrameTexts(options.frames));
 }
 
 QString ChartSettings::Folder() const { return settings_.value(kFolder).toString(); }

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "charthost/chart_model.h"
+#include "charthost/indicators/indicator_text.h"
 
 namespace velumar {
 
@@ -15,12 +16,18 @@ class ChartSettings {
 
   ChartOptions Options() const;
   void SetOptions(const ChartOptions& options);
+  // Sentences about saved indicators that Options leaves out.
+  std::vector<std::string> Problems() const;
+  IndicatorSets Sets() const;
+  void SetSets(const IndicatorSets& sets);
   QString Folder() const;
   void SetFolder(const QString& folder);
   QByteArray Geometry() const;
   void SetGeometry(const QByteArray& geometry);
 
  private:
+  SavedIndicators Indicators() const;
+
   QSettings settings_;
 };
 

@@ -119,7 +119,14 @@ bool KeyFilter::TakesKey(QWindow* receiver, QKeyEvent* key) {
     ShowArmedMenu();
     return false;
   }
-  return Forward(receiver, key) || PassToRun(receiver, *key);
+  return Forward(receiver, key) || IsLateDigit(receiver, *key) || PassToRun(receiver, *key);
+}
+
+// A digit chooses the interval of a chart. One of a folder or symbol that arrives too late for the
+// dialog must not.
+bool KeyFilter::IsLateDigit(QWindow* receiver, const QKeyEvent& key) const {
+  return receiver == window_.windowHandle() && !blind_.hasExpired() && key.key() >= Qt::Key_0 &&
+         key.key() <= Qt::Key_9;
 }
 
 // Only keys typed to the charts themselves. A program that opens a chart types blind: letters of a

@@ -12,8 +12,8 @@
 #include <chrono>
 #include <utility>
 
-#include "charthost/view/averages_dialog.h"
 #include "charthost/view/chart_pane.h"
+#include "charthost/view/indicators_dialog.h"
 #include "charthost/view/open_dialog.h"
 #include "charthost/view/theme.h"
 #include "charts/palette.h"
@@ -32,13 +32,8 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
   setAttribute(Qt::WA_AlwaysShowToolTips);
   BuildCentre();
   dialog_ = new OpenDialog(source, this);
-  averages_dialog_ = new AveragesDialog(this);
   connect(dialog_, &OpenDialog::Chosen, this, &MainWindow::OpenChart);
-  connect(averages_dialog_, &AveragesDialog::Changed, this, [this](const auto& averages) {
-    ChartOptions options = options_;
-    options.averages = averages;
-    SetOptions(options);
-  });
+  BuildIndicatorsDialog();
   BuildFileMenu();
   BuildViewMenu();
   ShowOptions();
@@ -47,6 +42,17 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
   resize(1180, 760);
   restoreGeometry(settings.Geometry());
   Changed("ready");
+}
+
+void MainWindow::BuildIndicatorsDialog() {
+  indicators_dialog_ = new IndicatorsDialog(this);
+  connect(indicators_dialog_, &IndicatorsDialog::Changed, this, [this](const auto& indicators) {
+    ChartOptions options = options_;
+    options.indicators = indicators;
+    SetOptions(options);
+  });
+  connect(indicators_dialog_, &IndicatorsDialog::SetsChanged, this,
+          [this](const auto& sets) { settings_.SetSets(sets); });
 }
 
 void MainWindow::BuildCentre() {
@@ -113,6 +119,10 @@ void MainWindow::BuildViewMenu() {
              {tr("&Bars"), ChartStyle::kBars},
              {tr("&Line"), ChartStyle::kLine}});
   view_menu_->addSeparator();
+  interval_menu_ = view_menu_->addMenu(tr("Int&erval"));
+  interval_group_ = new QActionGroup(this);
+  connect(interval_menu_, &QMenu::aboutToShow, this, &MainWindow::FillIntervalMenu);
+  view_menu_->addSeparator();
   AddToggles();
   view_menu_->addSeparator();
   AddWindowActions();
@@ -121,6 +131,25 @@ void MainWindow::BuildViewMenu() {
             {{tr("&System"), ChartTheme::kSystem},
              {tr("&Light"), ChartTheme::kLight},
              {tr("&Dark"), ChartTheme::kDark}});
+}
+
+// ChartPlot handles the keys 1 to 9.
+void MainWindow::FillIntervalMenu() {
+  interval_menu_->clear();
+  if (ActiveChart() == nullptr) return;
+  const ChartDocument& chart = ActiveChart()->Document();
+  int number = 0;
+  for (const Frame frame : FramesOf(chart.Interval())) {
+    ++number;
+    QString text = ToQt(FrameTitle(frame, chart.Interval()));
+    if (number <= 9) text += QStringLiteral("\t%1").arg(number);
+    QAction* const action = interval_menu_->addAction(text, this, [this, frame] {
+      if (ActiveChart() != nullptr) ActiveChart()->ShowFrame(frame);
+    });
+    action->setCheckable(true);
+    interval_group_->addAction(action);
+    action->setChecked(frame == chart.ShownFrame());
+  }
 }
 
 void MainWindow::AddToggle(const std::function<QString()>& text,
@@ -143,15 +172,9 @@ void MainWindow::AddToggles() {
             [](ChartOptions& o) -> bool& { return o.logarithmic; });
   AddToggle([] { return tr("Or&ders and positions"); },
             [](ChartOptions& o) -> bool& { return o.positions; });
-  for (std::size_t i = 0; i < options_.averages.size(); ++i) {
-    AddToggle(
-        [this, i] {
-          return tr("Average &%1: %2 bars").arg(i + 1).arg(options_.averages[i].period);
-        },
-        [i](ChartOptions& o) -> bool& { return o.averages[i].shown; });
-  }
-  view_menu_->addAction(tr("Average &periods..."), this,
-                        [this] { averages_dialog_->Show(options_.averages); });
+  view_menu_->addAction(tr("Indic&ators..."), QKeySequence(Qt::CTRL | Qt::Key_I), this, [this] {
+    indicators_dialog_->Show(options_.indicators, settings_.Sets(), settings_.Problems());
+  });
 }
 
 // ChartPlot handles the keys named in these entries.
@@ -216,6 +239,8 @@ void MainWindow::OpenChart(const SeriesRequest& request) {
 void MainWindow::AddChart(const SeriesRequest& request) {
   settings_.SetFolder(ToQt(request.folder));
   auto* const pane = new ChartPane(source_, request, options_, tabs_);
+  connect(pane, &ChartPane::OptionsChanged, this, &MainWindow::SetOptions);
+  connect(pane, &ChartPane::FrameChanged, this, [this] { Changed("interval"); });
   {
     const QSignalBlocker blocker(tabs_);
     tabs_->setCurrentIndex(tabs_->addTab(pane, pane->Title()));
@@ -369,6 +394,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::Changed(const char* event) {
   for (int i = 0; i < tabs_->count(); ++i) tabs_->setTabText(i, Chart(i)->Title());
   const ChartPane* const chart = ActiveChart();
+  interval_menu_->menuAction()->setEnabled(chart != nullptr);
   centre_->setCurrentIndex(chart == nullptr ? 0 : 1);
   const QString title = ToQt(kChartTitle);
   setWindowTitle(chart == nullptr ? title : title + QStringLiteral(" - ") + chart->Title());

@@ -12,6 +12,7 @@
 #include "charthost/view_window.h"
 #include "platform/chart_link.h"
 
+class QActionGroup;
 class QLabel;
 class QMenu;
 class QStackedWidget;
@@ -19,8 +20,8 @@ class QTabWidget;
 
 namespace velumar {
 
-class AveragesDialog;
 class ChartPane;
+class IndicatorsDialog;
 class OpenDialog;
 
 // The main window: a tab for each open chart, the menus, the file dialog.
@@ -77,6 +78,9 @@ class MainWindow : public QMainWindow {
   void AddChoice(QMenu& menu, T ChartOptions::*option,
                  std::initializer_list<std::pair<QString, T>> entries);
   void AddToggles();
+  void BuildIndicatorsDialog();
+  // The intervals that the chart in front can show.
+  void FillIntervalMenu();
   void AddWindowActions();
   void HideMenus();
   QMenu* AddMenu(const QString& title);
@@ -109,9 +113,11 @@ class MainWindow : public QMainWindow {
   QStackedWidget* centre_;
   QTabWidget* tabs_;
   OpenDialog* dialog_;
-  AveragesDialog* averages_dialog_;
+  IndicatorsDialog* indicators_dialog_;
   QMenu* file_menu_;
   QMenu* view_menu_;
+  QMenu* interval_menu_;
+  QActionGroup* interval_group_;
   std::vector<std::function<void()>> option_views_;  // update the check marks of the menus
 };
 

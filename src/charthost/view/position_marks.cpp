@@ -104,10 +104,11 @@ void PositionMarks::ShowOrders(const ChartModel& model) {
   std::array<QVector<QCPGraphData>, 4> points;
   if (model.Options().positions) {
     for (const OrderMark& order : positions_.orders) {
-      const bool drawable = order.bar >= 0 && order.bar < model.Series().size() &&
-                            std::isfinite(order.price) && (!model.Logarithmic() || order.price > 0);
+      const std::optional<int> bar = BarOfStored(model.Series(), order.bar);
+      const bool drawable =
+          bar && std::isfinite(order.price) && (!model.Logarithmic() || order.price > 0);
       if (drawable) {
-        points[ArrowIndex(Buys(order), order.entry)].append({double(order.bar), order.price});
+        points[ArrowIndex(Buys(order), order.entry)].append({double(*bar), order.price});
       }
     }
   }

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+
+#include "charthost/indicators/averages.h"
+
+namespace velumar {
+
+// The simple average of the volumes. Period 1 to 999, usually 20.
+class VolumeAverage {
+ public:
+  explicit VolumeAverage(int period) : average_(period) {}
+  IndicatorLines operator()(const Bar& bar) { return Lines(average_.Add(bar.volume)); }
+
+ private:
+  SimpleAverage average_;
+};
+
+// On-balance volume: Joseph E. Granville, "Granville's New Key to Stock Market Profits", 1963. The
+// volumes of rising closes less those of falling ones, from 0 at the first bar on.
+class OnBalanceVolume {
+ public:
+  IndicatorLines operator()(const Bar& bar) {
+    if (close_ && bar.close > *close_) balance_ += bar.volume;
+    if (close_ && bar.close < *close_) balance_ -= bar.volume;
+    close_ = bar.close;
+    return Lines(balance_);
+  }
+
+ private:
+  std::optional<float> close_;
+  double balance_ = 0;
+};
+
+}  // namespace velumar
