@@ -26,7 +26,8 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
     : source_(source),
       settings_(settings),
       report_(std::move(report)),
-      options_(settings.Options()) {
+      options_(settings.Options()),
+      problems_(settings.Problems()) {
   setWindowTitle(ToQt(kChartTitle));
   setMinimumSize(420, 320);
   setAttribute(Qt::WA_AlwaysShowToolTips);
@@ -173,7 +174,7 @@ void MainWindow::AddToggles() {
   AddToggle([] { return tr("Or&ders and positions"); },
             [](ChartOptions& o) -> bool& { return o.positions; });
   view_menu_->addAction(tr("Indic&ators..."), QKeySequence(Qt::CTRL | Qt::Key_I), this, [this] {
-    indicators_dialog_->Show(options_.indicators, settings_.Sets(), settings_.Problems());
+    indicators_dialog_->Show(options_.indicators, settings_.Sets(), problems_);
   });
 }
 

@@ -108,6 +108,7 @@ class MainWindow : public QMainWindow {
   ChartSettings& settings_;
   Report report_;
   ChartOptions options_;
+  std::vector<std::string> problems_;  // of the saved indicators, at the start
   std::optional<bool> velumar_dark_;
   QLabel* hint_;
   QStackedWidget* centre_;
