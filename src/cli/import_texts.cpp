@@ -181,8 +181,4 @@ std::string ScaleAdvice(int suggested_scale, const FoundSeries& series) {
          " becomes " + ReadableNumberText(scaled) + ")";
 }
 
-std::string QuestionText(const ImportQuestion& question) {
-  return question.text + " Set " + question.option + ".";
-}
-
 }  // namespace velumar

@@ -24,7 +24,4 @@ std::string ImportedText(const ImportedSeries& series);
 // 11997.8)"; empty for 1.
 std::string ScaleAdvice(int suggested_scale, const FoundSeries& series);
 
-// "Which comes first? Set --date-order dmy or mdy."
-std::string QuestionText(const ImportQuestion& question);
-
 }  // namespace velumar

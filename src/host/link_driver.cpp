@@ -214,7 +214,7 @@ void LinkDriver::SendTheme() {
 
 // A program that hangs finds the request when it goes on.
 void LinkDriver::QuitStarted() {
-  for (auto waited = 0ms; starting_ > 0 && waited < kPatience; waited += kLook) {
+  for (std::chrono::milliseconds waited{0}; starting_ > 0 && waited < kPatience; waited += kLook) {
     if (Look() == Program::kAnswers) {
       started_ = process_;
       break;

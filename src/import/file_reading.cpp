@@ -177,7 +177,6 @@ class FileReading {
     adjusted_.Add(row);
     steps_.Add(row.bar);
     if (read_.understanding.format.date_order_open) readings_.Add(row.bar.date);
-    states_offset_ = states_offset_ || row.utc_offset;
     const Bar bar = options_.prices == Prices::kAdjusted ? Adjusted(row) : row.bar;
     GroupOf(row).builder.Add(bar, row.line, row.utc_offset);
   }
@@ -195,7 +194,9 @@ class FileReading {
       throw ImportError("line " + std::to_string(row.line) + ": has no ticker");
     }
     const std::string ticker = NormalisedSymbol(row.ticker);
-    Group group{.ticker = ticker, .builder = SeriesBuilder(options_, HintOf(row))};
+    const std::size_t sample =
+        groups_.empty() ? SeriesBuilder::kSample : SeriesBuilder::kSmallSample;
+    Group group{.ticker = ticker, .builder = SeriesBuilder(options_, HintOf(row), sample)};
     group_ = groups_.try_emplace(std::move(key), std::move(group)).first;
     order_.push_back(&group_->second);
     return group_->second;
@@ -405,9 +406,8 @@ class FileReading {
     const std::string& zone = read_.understanding.format.zone;
     const bool intraday = std::ranges::any_of(
         read_.series, [](const ReadPrices::Series& one) { return one.found.interval != kDaily; });
-    if (!intraday || ZoneTimes::Wanted(options_) || (zone.empty() && !states_offset_)) return;
-    Remark("the times are kept as written" + (zone.empty() ? ", although the lines state an offset"
-                                                           : "; the file states \"" + zone + "\""));
+    if (!intraday || ZoneTimes::Wanted(options_) || zone.empty()) return;
+    Remark("the times are kept as written; the file states \"" + zone + "\"");
   }
 
   const ImportOptions& options_;
@@ -421,7 +421,6 @@ class FileReading {
   AdjustedCloses adjusted_;
   PriceSteps steps_;
   DateReadings readings_;
-  bool states_offset_ = false;
   std::chrono::steady_clock::time_point next_progress_;
 };
 

@@ -152,10 +152,6 @@ void RequireNoStore(std::string_view directory) {
                     "\" is a working store, which each run empties; choose another directory");
 }
 
-std::string QuestionText(const ImportQuestion& question) {
-  return question.text + " Set " + question.option + ".";
-}
-
 void RequireReady(const Understanding& understood, const std::string& name) {
   if (!understood.refusal.empty()) throw ImportError(name + understood.refusal);
   if (understood.questions.empty()) return;
@@ -167,6 +163,10 @@ void RequireReady(const Understanding& understood, const std::string& name) {
 }
 
 }  // namespace
+
+std::string QuestionText(const ImportQuestion& question) {
+  return question.text + " Set " + question.option + ".";
+}
 
 Understanding UnderstandFile(const fs::path& file, const ImportOptions& options,
                              const ImportProgress& progress) {

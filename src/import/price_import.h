@@ -35,6 +35,9 @@ struct ImportQuestion {
   std::vector<Answer> answers = {};  // empty if only a text or number can answer it
 };
 
+// "The bars are 1 minute apart. Set --interval 5, 10, 15, 30, 60 or D."
+std::string QuestionText(const ImportQuestion& question);
+
 // A series that a file yields, after aggregation and scaling. While a question is open, interval is
 // 0 and the bars are those of the file.
 struct FoundSeries {

@@ -162,7 +162,7 @@ void SeriesBuilder::DecideInterval(const BarSpacing& spacing) {
   if (options_.interval) {
     const Fit fit = spacing.FitOf(*options_.interval, true);
     if (fit == Fit::kSame || fit == Fit::kFiner) interval_ = *options_.interval;
-    if (fit == Fit::kFiner) aggregator_.emplace(interval_, backwards_);
+    if (fit == Fit::kFiner) aggregator_ = std::make_unique<BarAggregator>(interval_, backwards_);
   } else if (const std::optional<int> wanted = hint_ ? hint_->interval : shown) {
     if (IsReplayInterval(*wanted) && fits(*wanted)) interval_ = *wanted;
   }
@@ -179,7 +179,7 @@ void SeriesBuilder::Take(const Row& row) {
   if (before_ && !Before(*before_, row)) {
     refusal_ = "line " + std::to_string(row.line) + " is " + (backwards_ ? "newer" : "older") +
                " than line " + std::to_string(before_->line) +
-               "; sort the file, since it has more than " + GroupedNumber(std::to_string(kSample)) +
+               "; sort the file, since it has more than " + GroupedNumber(std::to_string(sample_)) +
                " rows";
     return;
   }
@@ -304,7 +304,7 @@ void SeriesBuilder::CheckSpacing() {
     const Fit fit = spacing_.FitOf(interval_, options_.interval.has_value());
     if (fit != Fit::kFiner && fit != Fit::kUneven) return;
     refusal_ = "the later bars are closer than the first " +
-               GroupedNumber(std::to_string(kSample)) + "; split the file";
+               GroupedNumber(std::to_string(sample_)) + "; split the file";
   }
 }
 

@@ -53,16 +53,19 @@ struct BuiltSeries {
 };
 
 // Makes a series of the rows of a file: converts time zones, sorts, leaves out repeated moments,
-// decides on the interval, and aggregates. Up to kSample rows may be in any order. A longer series
-// must be sorted, oldest or newest first, except for the repeated hour at the end of summer time;
-// only its newest bars are kept, so that memory is bounded.
+// decides on the interval, and aggregates. The rows of the sample may be in any order. A longer
+// series must be sorted, oldest or newest first, except for the repeated hour at the end of summer
+// time; only its newest bars are kept, so that memory is bounded.
 class SeriesBuilder {
  public:
+  // How many rows the sample has: that of the only series of a file, and of one of many.
   static constexpr std::size_t kSample = std::size_t{1} << 17;
+  static constexpr std::size_t kSmallSample = kSample / 8;
 
   // `options` must outlive the builder. Throws ImportError for an unknown time zone.
-  SeriesBuilder(const ImportOptions& options, std::optional<IntervalHint> hint)
-      : options_(options), hint_(std::move(hint)) {}
+  SeriesBuilder(const ImportOptions& options, std::optional<IntervalHint> hint,
+                std::size_t sample = kSample)
+      : options_(options), hint_(std::move(hint)), sample_(sample), limit_(sample) {}
 
   // `bar` is as its line states it. Throws ImportError.
   void Add(const Bar& bar, std::int64_t line, std::optional<int> utc_offset);
@@ -103,11 +106,12 @@ class SeriesBuilder {
 
   const ImportOptions& options_;
   std::optional<IntervalHint> hint_;
+  std::size_t sample_;
   bool hint_holds_ = true;
 
   std::vector<Row> buffer_;  // rows whose place may still change
   std::size_t converted_ = 0;
-  std::size_t limit_ = kSample;
+  std::size_t limit_;
   bool begun_ = false;
   bool newest_first_ = false;
   bool backwards_ = false;  // rows are taken newest first
@@ -116,7 +120,7 @@ class SeriesBuilder {
 
   int interval_ = 0;  // kDaily or minutes; 0: not decided
   int label_seconds_ = 0;
-  std::optional<BarAggregator> aggregator_;
+  std::unique_ptr<BarAggregator> aggregator_;
   BarSpacing spacing_;
   std::map<int, NewestBars> kept_;
   std::map<int, std::int64_t> years_;

@@ -94,29 +94,34 @@ void NavigatorWindow::ChartCountTyped() {
 }
 
 // A feed goes on without its windows, and so does an open position.
-void NavigatorWindow::AskWhetherToContinue() {
-  if (!run_.Feeding() || (session_.LAccum <= 0 && session_.SAccum <= 0)) return;
+bool NavigatorWindow::KeepsPosition() {
+  if (!run_.Feeding() || (session_.LAccum <= 0 && session_.SAccum <= 0)) return false;
   const std::size_t answer =
       platform_.boxes.Ask("A position is open. Keep the run going in the background, or end it?",
                           {"End the run", "Keep it going"});
   if (answer == 0) run_.EndRun();
+  return answer != 0;
 }
 
 void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
   if (closing_) return;
   closing_ = true;
-  AskWhetherToContinue();
+  const bool keeps_position = KeepsPosition();
   platform_.settings.Save("NavTop", PlaceText(form.RestTop()));
   platform_.settings.Save("NavLeft", PlaceText(form.Left()));
   IgnoringErrors([&] { SlideOut(form, platform_); });
   closing_ = false;
-  desktop_.Unload(form);
-  desktop_.Unload(desktop_.Untouched().form3);
-  view_.UnlockSetup();
+  // Before the other windows go, so that the focus doesn't go to the chart: some desktops would
+  // then draw the chart above the setup.
   Form1& setup = desktop_.form1();
   setup.Show();
   setup.ImgDonate.SetVisible(true);
+  desktop_.Unload(form);
+  // The next bar would open a closed panel again, and that drops the position.
+  Form3& panel = desktop_.Untouched().form3;
+  keeps_position ? panel.Hide() : desktop_.Unload(panel);
+  view_.UnlockSetup();
   IgnoringErrors([&] { SlideIn(setup, session_.SetupTop, session_.SetupLeft, platform_); });
 }
 

@@ -25,7 +25,8 @@ class NavigatorWindow {
   // so that the next run can be entered at the same time; with an open position a box asks about
   // that.
   void CloseAndReturn();
-  void AskWhetherToContinue();
+  // Returns true if the feed continues with an open position.
+  bool KeepsPosition();
   Form2& Window() { return desktop_.form2(); }
 
   SimSession& session_;

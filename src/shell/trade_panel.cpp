@@ -125,14 +125,20 @@ void TradePanel::SaveBigPlaces() {
 void TradePanel::Load() {
   Form3& form = Window();
   closing_ = false;
-  // Each run starts with its market's default quantity.
-  if (const auto quantity = DefaultQuantity(session_.DataDir))
-    form.txtContractVol.SetText(*quantity);
   form.imgGraph.SetToolTip("Results. Ledger: " + platform_.ledger_file);
-  RestartAccount();
   ShapeSmallWindow(form);
   LoadOpacity(form, form.HScrollx, platform_.settings, kPanelOpacityKey);
   form.Image1.SetSize(form.Width(), form.Height());
+  BeginRun();
+}
+
+void TradePanel::BeginRun() {
+  // Each run starts with its market's default quantity.
+  if (const auto quantity = DefaultQuantity(session_.DataDir)) {
+    Window().txtContractVol.SetText(*quantity);
+  }
+  StartAccount(session_, run_);
+  account_.MarkAll();
   IgnoringErrors([this] { Place(); });
   ShowStatus(session_, run_, platform_.locale);
 }
@@ -140,16 +146,8 @@ void TradePanel::Load() {
 void TradePanel::ShowForRun() {
   const bool was_loaded = desktop_.Untouched().form3.Loaded();
   Form3& form = Window();  // loading starts the account
-  if (was_loaded) {
-    RestartAccount();
-    ShowStatus(session_, run_, platform_.locale);
-  }
+  if (was_loaded) BeginRun();
   form.Show();
-}
-
-void TradePanel::RestartAccount() {
-  StartAccount(session_, run_);
-  account_.MarkAll();
 }
 
 // Below the navigator's saved place, not where it was dragged since.

@@ -31,7 +31,7 @@ class TradePanel {
   void RestorePlace(BigWindow& window);
   void SavePlace(const BigWindow& window);
   void Load();
-  void RestartAccount();
+  void BeginRun();
   void Place();
   void DelayChanged(bool whole);
   void BigNumbersToggled();

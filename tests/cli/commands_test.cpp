@@ -214,10 +214,9 @@ TEST(Import, WarnsOfContradictoryPricesAndIgnoredTimes) {
                                               "20200103,160000,1,2,1.5,2,0,0\n"
                                               "20200106,160000,5,2,1,2,0,0\n");
   const auto answer = box.Run({"import", file, box.At("data")});
-  EXPECT_EQ(answer.err, file +
-                            ": 2 bars have contradictory prices, imported unchanged (first on "
-                            "line 3)\n" +
-                            file + ": 3 bars have a time, ignored because the series is daily\n");
+  EXPECT_EQ(answer.err,
+            file + ": 2 bars have contradictory prices, imported unchanged (first on line 3)\n" +
+                file + ": 3 bars have a time, ignored because the series is daily\n");
 }
 
 // A failed import changes no byte of the directory, and creates none.

@@ -44,8 +44,12 @@ TEST_F(DirectoryEditor, OnlyExistingIndexesGrow) {
   EXPECT_EQ(directory_.Read("emaster").substr(4, 2 * 192 - 4), emaster.substr(4));
   const ScratchFolder high;
   high.Write("XMASTER", Xmaster({{.number = 300, .symbol = "OLD"}}));
-  StoreSecurity(high.Text(), {"NEW", "New", -1}, {DailyBar(20050103)}, cache_);
+  StoreSecurity(high.Text(), {"NEW", "New", 5},
+                {TimedBar(20050103, 160000), TimedBar(20050103, 93000)}, cache_);
   EXPECT_THAT(high.Names(), ElementsAre("F301.MWD", "XMASTER"));
+  // Date and time of the first bar, date of the last.
+  EXPECT_EQ(high.Read("XMASTER").substr(2 * 150 + 108, 12),
+            Hex("B7 F0 31 01 48 6B 01 00 B7 F0 31 01"));
 }
 
 TEST_F(DirectoryEditor, ReplacingKeepsTheFileAndWideningTakesANewOne) {

@@ -1,12 +1,16 @@
 #include "platform/ipc.h"
 
 #include <signal.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <thread>
 
 #include "platform/eventually.h"
 #include "support/matchers.h"
@@ -78,6 +82,34 @@ TEST_F(Ipc, AListenerThatIsKilledFreesTheName) {
   EXPECT_TRUE(Send(2));
   WaitFor(received, 1);
   EXPECT_THAT(received, ElementsAre(2));
+}
+
+// A program that is not ours, since ours refuse to send so much.
+TEST_F(Ipc, ALongerRequestIsDroppedWithoutBeingRead) {
+  std::size_t longest = 0;
+  const auto listener = ListenForRequests("requests", [&longest](std::string_view text) {
+    longest = std::max(longest, text.size());
+    return true;
+  });
+  sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+  folder.Sub(folder.Names().at(0)).copy(address.sun_path, sizeof address.sun_path - 1);
+  std::atomic<bool> sent = false;
+  std::thread sender([&] {
+    const int connection = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(::connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const std::uint32_t length = 2 * kLongestIpcRequest;
+    const std::string text(length, ' ');
+    ::send(connection, &length, sizeof length, MSG_NOSIGNAL);
+    ::send(connection, text.data(), text.size(), MSG_NOSIGNAL);
+    ::close(connection);
+    sent = true;
+  });
+  EXPECT_TRUE(Eventually([&] {
+    ProcessEvents();
+    return sent.load();
+  }));
+  sender.join();
+  EXPECT_EQ(longest, 0U);
 }
 
 TEST_F(Ipc, AListenerThatHangsCountsAsBusyHoweverManyRequestsWait) {

@@ -106,6 +106,9 @@ TEST(FileLockPosix, OfADeletedFileLeavesTheNextProcesssFile) {
   ASSERT_EQ(next.Held(), FileLock::State::kHeld);
   first.Remove();
   EXPECT_EQ(FileLock(folder / "running").Held(), FileLock::State::kHeldByAnother);
+  fs::create_symlink("elsewhere", folder / "link");
+  EXPECT_EQ(FileLock(folder / "link").Held(), FileLock::State::kImpossible);
+  EXPECT_FALSE(fs::exists(folder / "elsewhere"));
 }
 
 // The two zones are 26 hours apart, so the day always differs.

@@ -140,6 +140,7 @@ TEST_F(ResultWindowTest, AnOpenWindowFollowsItsOwnRunOnly) {
   form.Toolbar1.UserButton(FrmResult::kReport);
   EXPECT_THAT(all.outside.printers.printed, ElementsAre("3:/tmp/r.pdf"));
   EXPECT_EQ(all.outside.files.suggested, "Report");
+  form.cbxRun.UserChoose(1);  // the next window begins with the current run even so
   form.Toolbar1.UserButton(FrmResult::kClose);
   Open();
   EXPECT_EQ(form.lblPortfolio.Text(), "500");

@@ -82,6 +82,10 @@ TEST_F(RunTest, CloseAndReturnAsksWhatBecomesOfAnOpenPosition) {
       });
       StartAt(60);
       EXPECT_EQ(all->session.BarIndex < 199, held && answer == 0) << "ended or continued";
+      if (held && answer == 1) {
+        EXPECT_EQ(all->session.LAccum, 1) << "the position is kept";
+      }
+      EXPECT_FALSE(all->Panel().Visible());
     }
   }
 }

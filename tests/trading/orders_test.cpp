@@ -38,6 +38,9 @@ TEST_F(OrdersTest, FuturesSidesAreIndependentAndAverage) {
   EXPECT_EQ(session.LUnrealisedMoney, 10000);
   EXPECT_EQ(session.Portfolio, 2045000);
   EXPECT_EQ(Newest("LOffset, LUnrealised, Portfolio"), (Row{1.0, 2.0, 2035000.0}));
+  EXPECT_EQ(session.Orders.size(), 5U);
+  EXPECT_EQ(session.Orders.back(), (OrderMark{5, 102.5F, true, false})) << "the charts mark it";
+  EXPECT_EQ(charts.asked.size(), 5U);
 }
 
 TEST_F(OrdersTest, AStockEntryAndItsOffset) {
