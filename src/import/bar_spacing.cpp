@@ -126,7 +126,7 @@ std::vector<int> BarSpacing::Candidates() const {
     return fit == Fit::kSame || fit == Fit::kFiner;
   });
   if (!candidates.empty() && candidates.front() == kDaily) {
-    std::ranges::rotate(candidates, candidates.begin() + 1);
+    std::rotate(candidates.begin(), candidates.begin() + 1, candidates.end());
   }
   return candidates;
 }

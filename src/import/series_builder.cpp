@@ -63,7 +63,7 @@ void NewestBars::Add(const Bar& bar, bool backwards) {
 
 std::vector<Bar> NewestBars::Take(bool backwards, bool without_newest) {
   if (backwards) std::ranges::reverse(bars_);
-  std::ranges::rotate(bars_, bars_.begin() + static_cast<std::ptrdiff_t>(oldest_));
+  std::rotate(bars_.begin(), bars_.begin() + static_cast<std::ptrdiff_t>(oldest_), bars_.end());
   if (without_newest) bars_.pop_back();
   if (bars_.size() > kLongestSeries) bars_.erase(bars_.begin());
   return std::move(bars_);
