@@ -5,8 +5,10 @@
 
 #include "base/dates.h"
 #include "base/text.h"
+#include "import/column_names.h"
 #include "import/column_recognition.h"
 #include "import/field_text.h"
+#include "import/line_fields.h"
 #include "import/number_style.h"
 #include "import/sample_table.h"
 
@@ -127,9 +129,42 @@ SampleTable SplitLines(std::span<const TextLine> lines, DateStyle& dates) {
   }
 }
 
-}  // namespace
+void RequireReadable(PriceField field, std::string_view text, std::int64_t line,
+                     const ImportOptions& options) {
+  const bool is_price = std::ranges::find(kFourPrices, field) != kFourPrices.end();
+  try {
+    if (is_price && !IsMissing(text) && !LooksLikeNumber(text)) ReadNumber(text, {}, 0);
+    if (field == PriceField::kDate && !options.date_format && !LooksLikeUnixTime(text)) {
+      MomentReader({}, TimeDigits::kHoursAndMinutes).Date(text);
+    }
+  } catch (const ImportError& error) {
+    throw ImportError("line " + std::to_string(line) + ": the " + std::string(FieldName(field)) +
+                      " " + error.what());
+  }
+}
 
-TableFormat RecogniseTable(std::span<const TextLine> lines, const ImportOptions& options) {
+// If the first line names all columns, a message about the row below it helps more than one about
+// the columns. Throws ImportError if that row is the reason.
+void RequireFirstRow(std::span<const TextLine> lines, const ImportOptions& options) {
+  if (lines.size() < 2) return;
+  for (const char separator : {',', ';', '\t'}) {
+    LineFields splitter(separator);
+    const std::vector<std::string_view>& titles = splitter.Split(lines[0].text);
+    const std::vector<NamedColumn> named =
+        NamedColumns(std::vector<std::string>(titles.begin(), titles.end()));
+    if (std::ranges::find(named, PriceField::kDate, &NamedColumn::field) == named.end() ||
+        std::ranges::find(named, PriceField::kClose, &NamedColumn::field) == named.end()) {
+      continue;
+    }
+    const std::vector<std::string_view>& fields = splitter.Split(lines[1].text);
+    for (const NamedColumn& column : named) {
+      if (column.column >= fields.size()) continue;
+      RequireReadable(column.field, fields[column.column], lines[1].number, options);
+    }
+  }
+}
+
+TableFormat Recognised(std::span<const TextLine> lines, const ImportOptions& options) {
   TableFormat format;
   if (options.date_format) {
     format.dates.kind = DateStyle::Kind::kPattern;
@@ -159,6 +194,17 @@ TableFormat RecogniseTable(std::span<const TextLine> lines, const ImportOptions&
   const auto ticks = format.Place(PriceField::kTickVolume);
   format.is_volume_open = volume && ticks && volume != ticks;
   return format;
+}
+
+}  // namespace
+
+TableFormat RecogniseTable(std::span<const TextLine> lines, const ImportOptions& options) {
+  try {
+    return Recognised(lines, options);
+  } catch (const ImportError&) {
+    RequireFirstRow(lines, options);
+    throw;
+  }
 }
 
 }  // namespace velumar
