@@ -8,6 +8,7 @@
 #include "import/column_names.h"
 #include "import/field_text.h"
 #include "import/number_style.h"
+#include "import/price_number.h"
 
 namespace velumar {
 
@@ -371,6 +372,7 @@ class Recognition {
     std::string missing;
     for (const PriceField field : kFourPrices) {
       if (Place(field)) continue;
+      RefuseWrongValue(field);
       missing += (missing.empty() ? "" : ", ") + std::string(FieldName(field));
     }
     if (missing.empty()) return;
@@ -378,6 +380,25 @@ class Recognition {
                       (format_.header_line > 0
                            ? " (line " + std::to_string(format_.header_line) + " names the columns)"
                            : "; add a first line that names the columns"));
+  }
+
+  // A column that the header names as a price is none if no row has a number there.
+  void RefuseWrongValue(PriceField price) const {
+    const Titles titles = HeaderTitles();
+    for (const NamedColumn& named : NamedColumns(titles)) {
+      if (named.field != price || !IsFree(named.column)) continue;
+      for (std::size_t i = 0; i < sample_.lines.size(); ++i) {
+        const std::vector<std::string>& fields = sample_.lines[i];
+        if (!sample_.is_row[i] || named.column >= fields.size()) continue;
+        if (IsMissing(fields[named.column])) continue;
+        try {
+          ReadNumber(fields[named.column], {}, 0);
+        } catch (const ImportError& error) {
+          throw ImportError("line " + std::to_string(lines_[i].number) + ": the " +
+                            std::string(FieldName(price)) + " " + error.what());
+        }
+      }
+    }
   }
 
   // More values than names: a decimal comma may have cut numbers in two. One more is harmless if

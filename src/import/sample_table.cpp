@@ -5,6 +5,7 @@
 #include <map>
 
 #include "base/dates.h"
+#include "import/column_names.h"
 #include "import/line_fields.h"
 
 namespace velumar {
@@ -71,6 +72,26 @@ SampleTable SplitWith(char separator, std::span<const TextLine> lines, const Dat
   return table;
 }
 
+// Names the first date below a header, if it is none.
+void RefuseDateBelowHeader(std::span<const TextLine> lines, const DateStyle& style) {
+  for (std::size_t i = 0; i + 1 < lines.size() && i < kEnoughLines; ++i) {
+    for (const char separator : kSeparators) {
+      LineFields splitter(separator);
+      const std::vector<std::string> titles = FieldsOf(splitter, lines[i].text);
+      const std::vector<NamedColumn> named = NamedColumns(titles);
+      const auto date = std::ranges::find(named, PriceField::kDate, &NamedColumn::field);
+      const auto close = std::ranges::find(named, PriceField::kClose, &NamedColumn::field);
+      if (date == named.end() || close == named.end()) continue;
+      const std::vector<std::string> fields = FieldsOf(splitter, lines[i + 1].text);
+      if (fields.size() != titles.size()) continue;
+      const std::string& field = fields[date->column];
+      if (IsMissing(field) || LooksLikeDate(field, style)) continue;
+      throw ImportError("line " + std::to_string(lines[i + 1].number) + ": the date \"" + field +
+                        "\" is not a valid date; if it is one, set --date-format");
+    }
+  }
+}
+
 [[noreturn]] void RefuseSample(std::span<const TextLine> lines, const DateStyle& style) {
   for (const TextLine& line : lines) {
     for (const char separator : kSeparators) {
@@ -85,6 +106,7 @@ SampleTable SplitWith(char separator, std::span<const TextLine> lines, const Dat
     throw ImportError("no line has a date in the format \"" + style.pattern->Text() +
                       "\" and a price");
   }
+  RefuseDateBelowHeader(lines, style);
   throw ImportError("no line has a date and a price");
 }
 
