@@ -157,6 +157,10 @@ int Import(const ImportArguments& arguments, CliContext& context) {
 }
 
 int UpdateDirectory(const std::string& directory, CliContext& context) {
+  std::error_code missing;
+  if (!std::filesystem::is_directory(NativePath(directory), missing)) {
+    throw std::runtime_error(directory + ": there is no such directory");
+  }
   TerminalProgress line(context, NativePath(directory));
   const std::vector<UpdatedFile> files = UpdateImports(directory, context.cache, line.Callback());
   if (files.empty()) context.out << "nothing new\n";

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cmath>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <utility>
@@ -146,6 +147,9 @@ class FileReading {
       ReadRows();
     } catch (const ImportCancelled&) {
       throw;
+    } catch (const FormatUndecided& open) {
+      AskFormat(open);
+      return std::move(read_);
     } catch (const std::exception& error) {
       read_.understanding.refusal = error.what();
       return std::move(read_);
@@ -156,6 +160,9 @@ class FileReading {
 
  private:
   struct Group {
+    Group(std::string ticker_text, SeriesBuilder series)
+        : ticker(std::move(ticker_text)), builder(std::move(series)) {}
+
     std::string ticker;
     SeriesBuilder builder;
   };
@@ -173,6 +180,19 @@ class FileReading {
     understood.counts = reader.Counts();
   }
 
+  void AskFormat(const FormatUndecided& open) {
+    ImportQuestion question{.text = open.what(), .option = open.Option()};
+    if (open.Option().starts_with("--decimal")) {
+      for (const bool comma : {true, false}) {
+        question.answers.push_back({.text = comma ? "decimal comma" : "decimal point",
+                                    .result = comma ? "as in 1.234,5" : "as in 1,234.5",
+                                    .options = options_});
+        question.answers.back().options.decimal_comma = comma;
+      }
+    }
+    Ask(std::move(question));
+  }
+
   void AddRow(const PriceRow& row) {
     adjusted_.Add(row);
     steps_.Add(row.bar);
@@ -185,21 +205,26 @@ class FileReading {
   Group& GroupOf(const PriceRow& row) {
     if (group_ != groups_.end() && group_->first.first == row.ticker &&
         group_->first.second == row.period) {
-      return group_->second;
+      return *group_->second;
     }
     std::pair<std::string, std::string> key(row.ticker, row.period);
     group_ = groups_.find(key);
-    if (group_ != groups_.end()) return group_->second;
+    if (group_ != groups_.end()) return *group_->second;
     if (row.ticker.empty() && !groups_.empty()) {
       throw ImportError("line " + std::to_string(row.line) + ": has no ticker");
     }
     const std::string ticker = NormalisedSymbol(row.ticker);
-    const std::size_t sample =
-        groups_.empty() ? SeriesBuilder::kSample : SeriesBuilder::kSmallSample;
-    Group group{.ticker = ticker, .builder = SeriesBuilder(options_, HintOf(row), sample)};
-    group_ = groups_.try_emplace(std::move(key), std::move(group)).first;
-    order_.push_back(&group_->second);
-    return group_->second;
+    const std::optional<IntervalHint> hint = HintOf(row);
+    // "abc" and "ABC" are one security, "D" and "Daily" one interval.
+    std::unique_ptr<Group>& group = series_[{ticker, hint ? hint->interval : 0}];
+    if (!group) {
+      const std::size_t sample =
+          order_.empty() ? SeriesBuilder::kSample : SeriesBuilder::kSmallSample;
+      group = std::make_unique<Group>(ticker, SeriesBuilder(options_, hint, sample));
+      order_.push_back(group.get());
+    }
+    group_ = groups_.try_emplace(std::move(key), group.get()).first;
+    return *group;
   }
 
   std::optional<IntervalHint> HintOf(const PriceRow& row) const {
@@ -354,13 +379,17 @@ class FileReading {
                       .refusal = built.refusal.empty() ? "" : prefix + built.refusal};
     if (options_.too_long == TooLong::kSplitByYear && found.refusal.empty() &&
         found.interval != 0) {
+      const std::size_t first = read_.series.size();
       for (auto& [year, bars] : built.parts) AddYear(found, year, std::move(bars));
+      read_.series[first].begins_within_bar = built.begins_within_bar;
       return;
     }
     if (found.refusal.empty()) found.refusal = ProblemOf(group, symbol);
     std::vector<Bar> bars;
     if (!built.parts.empty()) bars = std::move(built.parts.begin()->second);
-    read_.series.push_back({.found = std::move(found), .bars = std::move(bars)});
+    read_.series.push_back({.found = std::move(found),
+                            .bars = std::move(bars),
+                            .begins_within_bar = built.begins_within_bar});
   }
 
   void AddYear(FoundSeries found, int year, std::vector<Bar> bars) {
@@ -414,7 +443,8 @@ class FileReading {
   const ImportProgress& progress_;
   NameGuess guess_;
   ReadPrices read_;
-  using Groups = std::map<std::pair<std::string, std::string>, Group>;  // by ticker and period
+  std::map<std::pair<std::string, int>, std::unique_ptr<Group>> series_;  // by symbol and hint
+  using Groups = std::map<std::pair<std::string, std::string>, Group*>;   // as rows name them
   Groups groups_;
   Groups::iterator group_ = groups_.end();  // of the last row
   std::vector<Group*> order_;               // as they begin in the file

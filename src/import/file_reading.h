@@ -11,7 +11,8 @@ namespace velumar {
 struct ReadPrices {
   struct Series {
     FoundSeries found;
-    std::vector<Bar> bars;  // oldest first, at most kLongestSeries
+    std::vector<Bar> bars;           // oldest first, at most kLongestSeries
+    bool begins_within_bar = false;  // as in BuiltSeries
   };
   Understanding understanding;
   std::vector<Series> series;

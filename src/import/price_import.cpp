@@ -67,10 +67,16 @@ std::optional<StoredSeries> ReadStored(std::string_view directory, const FoundSe
   return std::nullopt;
 }
 
-// Adds stored bars to those of the file, both oldest first. Of equal moments the file's bar counts.
-std::vector<Bar> Merged(const std::vector<Bar>& stored, const std::vector<Bar>& fresh,
+// Adds stored bars to those of the file, both oldest first. Of equal moments the file's bar counts,
+// unless the file begins within it: an earlier file knew all of it.
+std::vector<Bar> Merged(const std::vector<Bar>& stored, const ReadPrices::Series& read,
                         ImportedSeries& result) {
+  std::vector<Bar> fresh = read.bars;
   const auto key = [](const Bar& bar) { return TimestampKey(bar.date, bar.time); };
+  if (read.begins_within_bar && !stored.empty() && key(stored.front()) < key(fresh.front())) {
+    const auto whole = std::ranges::lower_bound(stored, key(fresh.front()), {}, key);
+    if (whole != stored.end() && key(*whole) == key(fresh.front())) fresh.front() = *whole;
+  }
   std::vector<Bar> merged;
   merged.reserve(stored.size() + fresh.size());
   auto old = stored.begin();
@@ -130,6 +136,10 @@ void Store(std::string_view directory, const ReadPrices::Series& series,
   const std::optional<StoredSeries> stored = ReadStored(directory, series.found, cache);
   const ScaledName name = ScaledNameOf(stored ? stored->name : "");
   if (stored && !options.name) security.name = name.base + ScaleSuffix(options.scale);
+  if (options.scale != 1 && security.name.size() > kLongestSecurityName) {
+    throw ImportError("the name \"" + security.name +
+                      "\" is too long to end with the scale; set a shorter --name");
+  }
   if (!stored || options.replace) {
     StoreSecurity(directory, security, series.bars, cache);
     result.added = static_cast<std::int64_t>(series.bars.size());
@@ -137,7 +147,7 @@ void Store(std::string_view directory, const ReadPrices::Series& series,
     return;
   }
   RequireSameScale(name.scale, options.scale);
-  std::vector<Bar> bars = Merged(stored->bars, series.bars, result);
+  std::vector<Bar> bars = Merged(stored->bars, series, result);
   KeepPlayable(bars, options.too_long);
   if (bars == stored->bars && security.name == stored->name) return;
   StoreSecurity(directory, security, bars, cache);

@@ -23,6 +23,18 @@ class ImportError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// A file that can be read in several ways. The message is a sentence that says so.
+class FormatUndecided : public ImportError {
+ public:
+  FormatUndecided(const std::string& text, std::string option)
+      : ImportError(text), option_(std::move(option)) {}
+  // That decides it: "--decimal comma or point".
+  const std::string& Option() const { return option_; }
+
+ private:
+  std::string option_;
+};
+
 // What a column holds.
 enum class PriceField : std::uint8_t {
   kIgnored,

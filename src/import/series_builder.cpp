@@ -108,9 +108,11 @@ void SeriesBuilder::Begin(bool whole_file) {
   newest_first_ = later < 0;
   backwards_ = newest_first_ && !whole_file;
   if (newest_first_ && whole_file) std::ranges::reverse(buffer_);
-  // The day of a daily bar is that of its market, whatever the zone.
-  if (ZoneTimes::Wanted(options_) && BufferSpacing().Interval() != kDaily) {
-    zones_ = std::make_unique<ZoneTimes>(options_, backwards_);
+  if (ZoneTimes::Wanted(options_)) {
+    // Refuses unknown zones, also where none is needed.
+    auto zones = std::make_unique<ZoneTimes>(options_, backwards_);
+    // The day of a daily bar is that of its market, whatever the zone.
+    if (BufferSpacing().Interval() != kDaily) zones_ = std::move(zones);
     ConvertFrom(0);
   }
   converted_ = buffer_.size();
@@ -274,7 +276,9 @@ BuiltSeries SeriesBuilder::Finish() {
     built.refusal = "the bars do not fill one bar of the interval " + IntervalText(interval_);
     return built;
   }
-  built.first = built.parts.begin()->second.front();
+  const Bar& oldest = built.parts.begin()->second.front();
+  built.begins_within_bar = aggregator_ && oldest.date == first_.date && oldest.time < first_.time;
+  built.first = oldest;
   built.last = built.parts.rbegin()->second.back();
   CheckLength(built);
   return built;

@@ -42,6 +42,8 @@ class NewestBars {
 struct BuiltSeries {
   int interval = 0;  // kDaily or minutes; 0 while a question is open
   bool hint_holds = true;
+  // The first bar is aggregated, and the file begins after its start: it may lack a part.
+  bool begins_within_bar = false;
   std::int64_t bars = 0;  // of the file while a question is open
   Bar first = {};
   Bar last = {};

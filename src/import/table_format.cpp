@@ -65,8 +65,9 @@ void RequireYearFirst(const Fields& fields, std::string_view title) {
     });
   };
   if (!ends_with_year(0) && !ends_with_year(2)) return;
-  throw ImportError("the date \"" + std::string(fields.front()) +
-                    "\" can be read in several ways; set the date format, such as \"%y%m%d\"");
+  throw FormatUndecided(
+      "The date \"" + std::string(fields.front()) + "\" can be read in several ways.",
+      "--date-format, such as \"%y%m%d\"");
 }
 
 void DecideDates(const Fields& fields, const ImportOptions& options, TableFormat& format) {
@@ -178,8 +179,8 @@ TableFormat Recognised(std::span<const TextLine> lines, const ImportOptions& opt
   RecogniseColumns(sample, lines, numbers, format);
   if (!numbers) numbers = StyleOfNumbers(sample, NumberColumns(format));
   if (!numbers) {
-    throw ImportError(
-        "commas and points of the numbers can be read in two ways; set the decimal sign");
+    throw FormatUndecided("The commas and points of the numbers can be read in two ways.",
+                          "--decimal comma or point");
   }
   format.numbers = *numbers;
   const Fields dates = sample.Column(*format.Place(PriceField::kDate));

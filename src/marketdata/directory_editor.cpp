@@ -25,7 +25,6 @@ namespace {
 constexpr std::size_t kLongestSymbol = 14;
 constexpr int kLongestInterval = 24 * 60;
 constexpr int kFirstXmasterNumber = kHighestMasterNumber + 1;
-constexpr std::size_t kLongestName = 45;
 constexpr int kDailyFields = 7;
 constexpr int kIntradayFields = 8;
 
@@ -159,7 +158,7 @@ class SecurityStorage {
     record_.time_frame = intraday ? 'I' : 'D';
     record_.minutes = intraday ? security.interval : 0;
     const std::string name =
-        Trimmed(TextFromFile(TextForFile(security.name).substr(0, kLongestName)));
+        Trimmed(TextFromFile(TextForFile(security.name).substr(0, kLongestSecurityName)));
     if (!name.empty()) record_.name = name;
   }
 

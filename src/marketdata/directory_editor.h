@@ -10,6 +10,9 @@ namespace velumar {
 
 class IndexCache;
 
+// Of a security, in bytes as Latin-1.
+inline constexpr std::size_t kLongestSecurityName = 45;
+
 // A security to be imported. `interval` is -1 for a daily series, else minutes.
 struct NewSecurity {
   std::string symbol;  // UTF-8, at most 14 bytes as Latin-1

@@ -156,6 +156,49 @@ TEST_F(Import, MultipliesPricesThatCannotBeTraded) {
       1);
 }
 
+TEST_F(Import, KeepsAWholeBarOfWhichANewerFileHasTheEnd) {
+  const auto minutes = [](int first, int last) {
+    std::string text = "Date,Time,Open,High,Low,Close,Volume\n";
+    for (int i = first; i < last; ++i) {
+      const std::string price = std::to_string(i + 1);
+      text += "20200102," + std::to_string(10000 + i / 60 * 100 + i % 60).substr(1);
+      for (int k = 0; k < 4; ++k) text += "," + price;
+      text += ",1\n";
+    }
+    return text;
+  };
+  ImportOptions options;
+  options.interval = 60;
+  EXPECT_EQ(Taken(File("ABC.csv", minutes(570, 720)), options), "3 new, 0 changed, 0 kept");
+  const std::string before = Stored("ABC", 60);
+  EXPECT_THAT(before, HasSubstr("\n20200102,100000,601,660,601,660,60,0\n"));
+  EXPECT_EQ(Taken(File("ABC.csv", minutes(637, 780)), options), "1 new, 0 changed, 0 kept");
+  EXPECT_THAT(Stored("ABC", 60), testing::StartsWith(before));
+}
+
+TEST_F(Import, NeverMixesTickersScalesOrZones) {
+  const Understanding tickers = UnderstandFile(
+      File("all.csv", "Ticker,Date,Close\nabc,20200101,1\nABC,20200102,2\nabc ,20200103,3\n"), {},
+      nullptr);
+  ASSERT_EQ(tickers.series.size(), 1U) << "case and blanks make no other security";
+  EXPECT_EQ(tickers.series[0].bars, 3);
+
+  const std::string file = File("ABC_D.csv", kHeader + Days(1, 3));
+  ImportOptions options;
+  options.scale = 100;
+  options.name = std::string(45, 'x');
+  EXPECT_THAT([&] { Take(file, options); },
+              ThrowsMessage<ImportError>(HasSubstr("shorter --name")));
+  options = {};
+  options.to_zone = "Mars/Base";
+  EXPECT_THAT([&] { Take(file, options); }, ThrowsMessage<ImportError>(HasSubstr("\"Mars/Base\"")));
+
+  EXPECT_THAT([&] { Take(File("S_D.csv", "Date;Close\n02.01.2020;1.234\n03.01.2020;1.235\n")); },
+              ThrowsMessage<ImportUndecided>(HasSubstr("Set --decimal comma or point.")));
+  EXPECT_THAT([&] { Take(File("S_D.csv", "Date,Close\n010203,1.5\n020203,1.5\n")); },
+              ThrowsMessage<ImportUndecided>(HasSubstr("--date-format")));
+}
+
 TEST_F(Import, RefusesAWorkingStoreAndLeavesOtherSeriesAlone) {
   const std::string file = File("ABC_D.csv", kHeader + Days(1, 5));
   std::filesystem::create_directory(data);

@@ -315,9 +315,13 @@ TEST(PriceReader, NamesTheLineThatCannotBeRead) {
       {std::string("ab\0\0\1\2\n", 7), "is not a text file; save the table as CSV"},
       {std::string(5 << 20, 'x'), "has a line of more than 1 MiB; is it a table?"},
       {"Date;Close\n02.01.2020;1.234\n03.01.2020;1.235\n",
-       "commas and points of the numbers can be read in two ways; set the decimal sign"},
-      {"Date,Close\n010203,1.5\n020203,1.5\n",
-       "the date \"010203\" can be read in several ways; set the date format, such as \"%y%m%d\""},
+       "The commas and points of the numbers can be read in two ways."},
+      {"Date,Close\n010203,1.5\n020203,1.5\n", "The date \"010203\" can be read in several ways."},
+      {"date,open,high,low,close\n20200101,1,2,0.5,x\n", "line 2: the close \"x\" is not a number"},
+      {"date,open,high,low,close\n20200101,1,2,1,1e39\n",
+       "line 2: the close \"1e39\" can't be stored; numbers are 0 or between 1.2E-38 and 1.7E+38"},
+      {"date,open,high,low,close\n20201341,1,2,1,1\n",
+       "line 2: the date \"20201341\" is not a valid date; if it is one, set --date-format"},
   };
   for (const auto& [text, message] : cases) {
     EXPECT_THAT([&] { ReadText(text); }, ThrowsMessage<ImportError>(message))
