@@ -135,7 +135,9 @@ void RequireReadable(PriceField field, std::string_view text, std::int64_t line,
   const bool is_price = std::ranges::find(kFourPrices, field) != kFourPrices.end();
   try {
     if (is_price && !IsMissing(text) && !LooksLikeNumber(text)) ReadNumber(text, {}, 0);
-    if (field == PriceField::kDate && !options.date_format && !LooksLikeUnixTime(text)) {
+    // Six digits can be a date in several ways.
+    if (field == PriceField::kDate && text.size() > 6 && !options.date_format &&
+        !LooksLikeUnixTime(text)) {
       MomentReader({}, TimeDigits::kHoursAndMinutes).Date(text);
     }
   } catch (const ImportError& error) {
