@@ -182,13 +182,17 @@ class FileReading {
 
   void AskFormat(const FormatUndecided& open) {
     ImportQuestion question{.text = open.what(), .option = open.Option()};
+    const auto add = [&](const std::string& text, const std::string& result) -> ImportOptions& {
+      question.answers.push_back({.text = text, .result = result, .options = options_});
+      return question.answers.back().options;
+    };
     if (open.Option().starts_with("--decimal")) {
-      for (const bool comma : {true, false}) {
-        question.answers.push_back({.text = comma ? "decimal comma" : "decimal point",
-                                    .result = comma ? "as in 1.234,5" : "as in 1,234.5",
-                                    .options = options_});
-        question.answers.back().options.decimal_comma = comma;
-      }
+      add("decimal comma", "as in 1.234,5").decimal_comma = true;
+      add("decimal point", "as in 1,234.5").decimal_comma = false;
+    } else {
+      add("day first", "ddmmyy").date_format = "%d%m%y";
+      add("month first", "mmddyy").date_format = "%m%d%y";
+      add("year first", "yymmdd").date_format = "%y%m%d";
     }
     Ask(std::move(question));
   }
