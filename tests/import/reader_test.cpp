@@ -321,7 +321,7 @@ TEST(PriceReader, NamesTheLineThatCannotBeRead) {
       {"date,open,high,low,close\n20200101,1,2,1,1e39\n",
        "line 2: the close \"1e39\" can't be stored; numbers are 0 or between 1.2E-38 and 1.7E+38"},
       {"date,open,high,low,close\n20201341,1,2,1,1\n",
-       "line 2: the date \"20201341\" is not a valid date; if it is one, set --date-format"},
+       "line 2: the date \"20201341\" is not a valid date"},
   };
   for (const auto& [text, message] : cases) {
     EXPECT_THAT([&] { ReadText(text); }, ThrowsMessage<ImportError>(message))
