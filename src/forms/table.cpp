@@ -48,12 +48,12 @@ std::string Table::CopyText() const {
   return text;
 }
 
-void Table::Select(std::vector<std::size_t> rows) {
+void Table::Select(const std::vector<std::size_t>& rows) {
   if (Assign(selected_, rows)) Fire(on_select);
 }
 
-void Table::UserSelect(std::vector<std::size_t> rows) {
-  if (Reachable()) Select(std::move(rows));
+void Table::UserSelect(const std::vector<std::size_t>& rows) {
+  if (Reachable()) Select(rows);
 }
 
 }  // namespace velumar

@@ -48,8 +48,8 @@ class Table : public Control {
   // The numbers of the selected rows, rising.
   const std::vector<std::size_t>& Selected() const { return selected_; }
   // Fires on_select if the selection changes.
-  void Select(std::vector<std::size_t> rows);
-  void UserSelect(std::vector<std::size_t> rows);
+  void Select(const std::vector<std::size_t>& rows);
+  void UserSelect(const std::vector<std::size_t>& rows);
   void UserCopy() { UserFire(on_copy); }
 
   std::function<void(std::size_t column)> on_header;

@@ -144,7 +144,8 @@ Outcome ReadAny(std::string_view text, NumberStyle style, int shift, PriceNumber
   if (!text.empty()) return Outcome::kNoNumber;
   const bool zero = plain.find_first_of("123456789") == std::string::npos;
   plain += 'e' + std::to_string(exponent);
-  const auto value = zero ? 0.0F : ExactNumber<float>(plain);
+  std::optional<float> value = 0.0F;
+  if (!zero) value = ExactNumber<float>(plain);
   const auto stored = value ? MbfFromFloat(*value) : std::nullopt;
   if (!stored || FloatFromMbf(*stored) != *value || (*value == 0 && !zero)) {
     return Outcome::kNotStorable;
