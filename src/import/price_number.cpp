@@ -116,6 +116,10 @@ bool TakeWhole(std::string_view& text, NumberStyle style, std::string& plain) {
          groups.back() == 3;
 }
 
+std::optional<float> Scaled(const std::string& digits, int exponent) {
+  return ExactNumber<float>(digits + 'e' + std::to_string(exponent));
+}
+
 // A number with a sign, groups, an exponent or many digits.
 Outcome ReadAny(std::string_view text, NumberStyle style, int shift, PriceNumber& number) {
   std::string plain;
@@ -143,9 +147,7 @@ Outcome ReadAny(std::string_view text, NumberStyle style, int shift, PriceNumber
   }
   if (!text.empty()) return Outcome::kNoNumber;
   const bool zero = plain.find_first_of("123456789") == std::string::npos;
-  plain += 'e' + std::to_string(exponent);
-  std::optional<float> value = 0.0F;
-  if (!zero) value = ExactNumber<float>(plain);
+  const std::optional<float> value = zero ? 0.0F : Scaled(plain, exponent);
   const auto stored = value ? MbfFromFloat(*value) : std::nullopt;
   if (!stored || FloatFromMbf(*stored) != *value || (*value == 0 && !zero)) {
     return Outcome::kNotStorable;
