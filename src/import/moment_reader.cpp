@@ -20,8 +20,8 @@ namespace {
 }
 
 // The number of two digits; a large negative one for other characters.
-int TwoDigits(const char* at) {
-  constexpr int kNone = -1'000'000;
+std::int64_t TwoDigits(const char* at) {
+  constexpr std::int64_t kNone = -1'000'000'000;
   return IsDigit(at[0]) && IsDigit(at[1]) ? (at[0] - '0') * 10 + (at[1] - '0') : kNone;
 }
 
@@ -31,25 +31,25 @@ std::optional<std::int32_t> UsualDate(std::string_view text) {
                      (text[4] == '-' || text[4] == '/' || text[4] == '.');
   if (text.size() != 8 && !signs) return std::nullopt;
   const char* const at = text.data();
-  const int date = TwoDigits(at) * 1'000'000 + TwoDigits(at + 2) * 10'000 +
-                   TwoDigits(at + (signs ? 5 : 4)) * 100 + TwoDigits(at + (signs ? 8 : 6));
+  const std::int64_t date = TwoDigits(at) * 1'000'000 + TwoDigits(at + 2) * 10'000 +
+                            TwoDigits(at + (signs ? 5 : 4)) * 100 + TwoDigits(at + (signs ? 8 : 6));
   if (date < 0) return std::nullopt;
-  return date;
+  return static_cast<std::int32_t>(date);
 }
 
-// The usual times, hh:mm, hh:mm:ss and hhmmss; nothing for any other text.
+// The usual times before 24:00, hh:mm, hh:mm:ss and hhmmss; nothing for any other text.
 std::optional<std::int32_t> UsualTime(std::string_view text) {
+  const std::size_t size = text.size();
+  const std::size_t sign = size == 6 ? 0 : 1;
+  const bool has_signs = sign == 0 || ((size == 5 || size == 8) && text[2] == ':');
+  if (!has_signs || (size == 8 && text[5] != ':')) return std::nullopt;
   const char* const at = text.data();
-  int time = -1;
-  if (text.size() == 6) {
-    time = TwoDigits(at) * 10'000 + TwoDigits(at + 2) * 100 + TwoDigits(at + 4);
-  } else if (text.size() == 5 && text[2] == ':') {
-    time = TwoDigits(at) * 10'000 + TwoDigits(at + 3) * 100;
-  } else if (text.size() == 8 && text[2] == ':' && text[5] == ':') {
-    time = TwoDigits(at) * 10'000 + TwoDigits(at + 3) * 100 + TwoDigits(at + 6);
-  }
-  if (time < 0) return std::nullopt;
-  return time;
+  const std::int64_t hours = TwoDigits(at);
+  const std::int64_t minutes = TwoDigits(at + 2 + sign);
+  const std::int64_t seconds = size == 5 ? 0 : TwoDigits(at + 4 + 2 * sign);
+  const std::int64_t time = hours * 10'000 + minutes * 100 + seconds;
+  if (time < 0 || hours > 23 || minutes > 59 || seconds > 59) return std::nullopt;
+  return static_cast<std::int32_t>(time);
 }
 
 Moment Checked(Moment moment, std::string_view field) {
@@ -105,10 +105,7 @@ void MoveMidnight(Moment& moment) {
 }
 
 Moment MomentReader::Date(std::string_view field) {
-  if (last_size_ > 0 && field.size() == last_size_ &&
-      std::memcmp(field.data(), last_text_.data(), last_size_) == 0) {
-    return {.date = last_date_};
-  }
+  if (IsLast(field)) return {.date = last_date_};
   const auto moment = ReadDate(field);
   if (!moment) Refuse(field, "is not a date");
   const Moment checked = Checked(*moment, field);
@@ -120,9 +117,21 @@ Moment MomentReader::Date(std::string_view field) {
   return checked;
 }
 
+bool MomentReader::TakeNext(std::string_view date, std::string_view time, Bar& bar) const {
+  const auto usual = UsualTime(time);
+  if (!usual || !IsLast(date)) return false;
+  bar.date = last_date_;
+  bar.time = *usual;
+  return true;
+}
+
+bool MomentReader::IsLast(std::string_view date) const {
+  return last_size_ > 0 && date.size() == last_size_ &&
+         std::memcmp(date.data(), last_text_.data(), last_size_) == 0;
+}
+
 Moment MomentReader::Time(std::string_view field) {
-  const auto usual = UsualTime(field);
-  if (usual && IsRealTime(*usual)) return {.time = usual};
+  if (const auto usual = UsualTime(field)) return {.time = usual};
   auto moment = ReadTimeText(field, digits_);
   if (!moment) {
     moment = ReadDateText(field, style_.order);

@@ -9,6 +9,7 @@
 #include "import/date_pattern.h"
 #include "import/import_options.h"
 #include "import/moment_text.h"
+#include "marketdata/bar.h"
 
 namespace velumar {
 
@@ -33,7 +34,12 @@ class MomentReader {
   // The time of a column of its own, 240000 included; of a whole moment only the time.
   Moment Time(std::string_view field);
 
+  // Sets date and time of a bar of the same day as the last one, if the time is written in a usual
+  // way; else returns false.
+  bool TakeNext(std::string_view date, std::string_view time, Bar& bar) const;
+
  private:
+  bool IsLast(std::string_view date) const;
   std::optional<Moment> ReadDate(std::string_view field);
 
   DateStyle style_;

@@ -23,16 +23,24 @@ constexpr std::array<double, 23> kPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1
                                                  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                  1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
+constexpr std::array<float, 11> kExactFloats = {1e0F, 1e1F, 1e2F, 1e3F, 1e4F, 1e5F,
+                                                1e6F, 1e7F, 1e8F, 1e9F, 1e10F};
+
+// Appends the decimal digits from `at` on to a number and returns where they end.
+const char* TakeDigits(const char* at, const char* end, std::uint64_t& number) {
+  for (; at != end && IsDigit(*at); ++at) number = number * 10 + static_cast<unsigned>(*at - '0');
+  return at;
+}
+
 // The float nearest to digits * 10^exponent, if a double decides it: with an exact whole number and
 // an exact power of ten the quotient or product is the nearest double. Only a double in the exact
 // middle of two floats could have been rounded to there.
 std::optional<float> NearestFloat(std::uint64_t digits, int exponent) {
   if (digits >= 1ULL << 53 || exponent > 22 || exponent < -22) return std::nullopt;
-  // With both exact in 24 bits, so is the quotient's rounding.
-  constexpr std::uint64_t kExact = 1ULL << 24;
-  if (digits < kExact && exponent <= 0 && exponent >= -10) {
-    return static_cast<float>(static_cast<std::int32_t>(digits)) /
-           static_cast<float>(kPowersOfTen[static_cast<std::size_t>(-exponent)]);
+  // Digits and power of ten are exact floats, so their quotient is the nearest one.
+  if (digits < 1ULL << 24 && exponent <= 0 && exponent > -static_cast<int>(kExactFloats.size())) {
+    const auto whole = static_cast<float>(static_cast<std::int32_t>(digits));
+    return exponent == 0 ? whole : whole / kExactFloats[static_cast<std::size_t>(-exponent)];
   }
   const auto whole = static_cast<double>(static_cast<std::int64_t>(digits));
   const double value = exponent < 0 ? whole / kPowersOfTen[static_cast<std::size_t>(-exponent)]
@@ -170,21 +178,14 @@ Outcome Read(std::string_view field, NumberStyle style, int shift, PriceNumber& 
 bool TakePlainNumber(const char*& at, const char* end, char decimal, int shift,
                      PriceNumber& number) {
   constexpr std::ptrdiff_t kMostDigits = 19;
-  const char* const start = at;
-  const char* next = at;
   std::uint64_t digits = 0;
-  const auto take_digits = [&] {
-    for (; next != end && IsDigit(*next); ++next) {
-      digits = digits * 10 + static_cast<unsigned>(*next - '0');
-    }
-  };
-  take_digits();
-  std::ptrdiff_t count = next - start;
+  const char* next = TakeDigits(at, end, digits);
+  std::ptrdiff_t count = next - at;
   int decimals = 0;
   if (next != end && *next == decimal) {
-    const char* const point = next++;
-    take_digits();
-    decimals = static_cast<int>(next - point - 1);
+    const char* const first = next + 1;
+    next = TakeDigits(first, end, digits);
+    decimals = static_cast<int>(next - first);
     count += decimals;
   }
   if (count == 0 || count > kMostDigits) return false;

@@ -115,6 +115,7 @@ void RowReader::ReadMoment(std::string_view date, std::string_view time, PriceRo
 }
 
 bool RowReader::ReadUsualMoment(std::string_view date, std::string_view time, PriceRow& row) {
+  if (moments_.TakeNext(date, time, row.bar)) return true;
   try {
     ReadMoment(date, time, row);
     return true;
