@@ -323,9 +323,9 @@ TEST(PriceReader, NamesTheLineThatCannotBeRead) {
       {"date,open,high,low,close\n20201341,1,2,1,1\n",
        "line 2: the date \"20201341\" is not a valid date"},
   };
-  for (const auto& [text, message] : cases) {
-    EXPECT_THAT([&] { ReadText(text); }, ThrowsMessage<ImportError>(message))
-        << text.substr(0, 200);
+  for (const auto& row : cases) {
+    EXPECT_THAT([&] { ReadText(row.first); }, ThrowsMessage<ImportError>(row.second))
+        << row.first.substr(0, 200);
   }
 }
 
