@@ -289,7 +289,7 @@ class Recognition {
   void InferPrices(std::size_t first, NumberStyle style) {
     const bool high_first = ArePrices(first, 1, 2, style);
     const bool low_first = ArePrices(first, 2, 1, style);
-    if (high_first == low_first) return;
+    if (!high_first && !low_first) return;  // both if all prices of a bar are equal
     const std::string second = high_first ? "the highest" : "the lowest";
     Set(PriceField::kOpen, first, "the first of four prices");
     Set(high_first ? PriceField::kHigh : PriceField::kLow, first + 1, second + " of four prices");
@@ -317,7 +317,7 @@ class Recognition {
     return judged;
   }
 
-  // The next column, unless its numbers are as large as the prices. What further ones mean is not
+  // The next column, unless its numbers could be prices. What further ones mean is not
   // known.
   void InferVolume(std::size_t column, NumberStyle style) {
     for (; column < sample_.width && values_.AreNumbers(column); ++column) {
@@ -329,14 +329,18 @@ class Recognition {
 
   bool IsNearTheClose(std::size_t column, NumberStyle style) const {
     const std::size_t close = *Place(PriceField::kClose);
+    bool value_decimals = false;
+    bool price_decimals = false;
     for (std::size_t i = 0; i < sample_.lines.size(); ++i) {
       const std::vector<std::string>& fields = sample_.lines[i];
       if (!sample_.is_row[i] || fields.size() <= column) continue;
-      const float value = NumberIn(fields[column], style).value_or(PriceNumber{}).value;
-      const float price = NumberIn(fields[close], style).value_or(PriceNumber{}).value;
-      if (value < price / 2 || value > price * 2) return false;
+      const PriceNumber value = NumberIn(fields[column], style).value_or(PriceNumber{});
+      const PriceNumber price = NumberIn(fields[close], style).value_or(PriceNumber{});
+      if (value.value < price.value / 2 || value.value > price.value * 2) return false;
+      value_decimals |= value.decimals > 0;
+      price_decimals |= price.decimals > 0;
     }
-    return true;
+    return value_decimals || !price_decimals;
   }
 
   void UseOnlyVolumeThereIs() {

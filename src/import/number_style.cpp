@@ -68,10 +68,11 @@ bool Jumps(const SampleTable& sample, std::span<const std::size_t> columns, Numb
   return false;
 }
 
-// 02.01.2020 next to semicolons: where decimal commas are usual.
+// Days before months next to semicolons, or so it seems: where decimal commas are usual.
 bool LooksContinental(const SampleTable& sample) {
-  const std::string& date = sample.lines[sample.first_row].front();
-  return sample.separator == ';' && date.size() > 5 && (date[2] == '.' || date[1] == '.');
+  const std::string_view date = sample.lines[sample.first_row].front();
+  const std::size_t sign = date.find_first_of("./-");
+  return sample.separator == ';' && (sign == 1 || sign == 2);
 }
 
 }  // namespace

@@ -128,7 +128,8 @@ float RowReader::Price(const Fields& fields, PriceField field) {
   const std::string_view text = fields[*format_.Place(field)];
   const PriceNumber number = Named(field, [&] {
     // 112'165 can also be 112 and 16.5 thirty-seconds.
-    if (text.find('\'') != std::string_view::npos && text.find('.') == std::string_view::npos) {
+    const char decimal = format_.numbers.decimal_comma ? ',' : '.';
+    if (text.find('\'') != std::string_view::npos && text.find(decimal) == std::string_view::npos) {
       throw ImportError("\"" + std::string(text) + "\" may not be a decimal number");
     }
     return ReadNumber(text, format_.numbers, shift_);

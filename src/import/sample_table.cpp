@@ -15,15 +15,6 @@ namespace {
 constexpr std::size_t kEnoughLines = 300;
 constexpr std::array kSeparators = {',', ';', '\t', '|', ' '};
 
-std::vector<std::string> FieldsOf(LineFields& splitter, std::string_view line) {
-  try {
-    const std::vector<std::string_view>& fields = splitter.Split(line);
-    return {fields.begin(), fields.end()};
-  } catch (const ImportError&) {
-    return {std::string(line)};  // no row
-  }
-}
-
 struct RowScore {
   bool is_row = false;
   int values = 0;  // fields that hold values, less those that don't
@@ -90,6 +81,15 @@ SampleTable SplitWith(char separator, std::span<const TextLine> lines, const Dat
 }
 
 }  // namespace
+
+std::vector<std::string> FieldsOf(LineFields& splitter, std::string_view line) {
+  try {
+    const std::vector<std::string_view>& fields = splitter.Split(line);
+    return {fields.begin(), fields.end()};
+  } catch (const ImportError&) {
+    return {std::string(line)};  // no row
+  }
+}
 
 std::vector<std::string_view> SampleTable::Column(std::size_t column) const {
   std::vector<std::string_view> fields;

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "import/line_fields.h"
 #include "import/moment_reader.h"
 #include "import/table_format.h"
 
@@ -27,6 +28,9 @@ struct SampleTable {
 
 // Throws ImportError, naming the first line that begins like a row, if none is.
 SampleTable SplitSample(std::span<const TextLine> lines, const DateStyle& dates);
+
+// The fields of a line, or the line itself if it can't be split.
+std::vector<std::string> FieldsOf(LineFields& splitter, std::string_view line);
 
 // A number in some style.
 bool LooksLikeNumber(std::string_view field);

@@ -151,15 +151,14 @@ void RequireReadable(PriceField field, std::string_view text, std::int64_t line,
 void RequireFirstRow(std::span<const TextLine> lines, const ImportOptions& options) {
   if (lines.size() < 2) return;
   for (const char separator : {',', ';', '\t'}) {
+    if (lines[0].text.find(separator) == std::string_view::npos) continue;
     LineFields splitter(separator);
-    const std::vector<std::string_view>& titles = splitter.Split(lines[0].text);
-    const std::vector<NamedColumn> named =
-        NamedColumns(std::vector<std::string>(titles.begin(), titles.end()));
+    const std::vector<NamedColumn> named = NamedColumns(FieldsOf(splitter, lines[0].text));
     if (std::ranges::find(named, PriceField::kDate, &NamedColumn::field) == named.end() ||
         std::ranges::find(named, PriceField::kClose, &NamedColumn::field) == named.end()) {
       continue;
     }
-    const std::vector<std::string_view>& fields = splitter.Split(lines[1].text);
+    const std::vector<std::string> fields = FieldsOf(splitter, lines[1].text);
     for (const NamedColumn& column : named) {
       if (column.column >= fields.size()) continue;
       RequireReadable(column.field, fields[column.column], lines[1].number, options);
@@ -204,6 +203,8 @@ TableFormat Recognised(std::span<const TextLine> lines, const ImportOptions& opt
 TableFormat RecogniseTable(std::span<const TextLine> lines, const ImportOptions& options) {
   try {
     return Recognised(lines, options);
+  } catch (const FormatUndecided&) {
+    throw;
   } catch (const ImportError&) {
     RequireFirstRow(lines, options);
     throw;

@@ -316,6 +316,8 @@ TEST(PriceReader, NamesTheLineThatCannotBeRead) {
       {std::string(5 << 20, 'x'), "has a line of more than 1 MiB; is it a table?"},
       {"Date;Close\n02.01.2020;1.234\n03.01.2020;1.235\n",
        "The commas and points of the numbers can be read in two ways."},
+      {"\"Date\",\"Close\"\n\"2020-01-02\",\"1,464\"\n",
+       "The commas and points of the numbers can be read in two ways."},
       {"Date,Close\n010203,1.5\n020203,1.5\n", "The date \"010203\" can be read in several ways."},
       {"date,open,high,low,close\n20200101,1,2,0.5,x\n", "line 2: the close \"x\" is not a number"},
       {"date,open,high,low,close\n20200101,1,2,1,1e39\n",
@@ -347,6 +349,15 @@ TEST(PriceReader, DecidesTheOrderOfDayAndMonthByAllRows) {
   ImportOptions options;
   options.date_order = DateOrder::kMonthDayYear;
   EXPECT_EQ(ReadText("Date,Close\n03/04/2020,1\n", options).rows[0].bar.date, 20200304);
+}
+
+TEST(PriceReader, InfersColumnsOfASingleRow) {
+  const auto large = ReadText("20200102,12000.5,12001,12000,12000.5,12345\n");
+  EXPECT_EQ(large.rows[0].bar.volume, 12345);
+  const auto flat = ReadText("20200102;09:30;2;2;2;2;7\n");
+  EXPECT_EQ(flat.rows[0].bar.high, 2);
+  EXPECT_EQ(flat.rows[0].bar.time, 93000);
+  EXPECT_EQ(flat.rows[0].bar.volume, 7);
 }
 
 // Several blocks of lines, the one that decides at the end.
@@ -395,6 +406,7 @@ TEST(PriceReader, DecidesDecimalSignsByAllRows) {
       {"Date,Close\n2020-01-02,1.234\n2020-01-03,1.235\n", 1.234F, 1.235F},
       {"Date,Close,Volume\n2020-01-02,12,\"1,234\"\n2020-01-03,13,\"1,235\"\n", 12, 13},
       {"Date\tClose\n2020-01-02\t1.234,5\n2020-01-03\t1.234\n", 1234.5F, 1234},
+      {"Date;Close\n2020-01-02;1'234,5\n2020-01-03;1'234,25\n", 1234.5F, 1234.25F},
   };
   for (const auto& [text, first, second] : cases) {
     const auto read = ReadText(text);
