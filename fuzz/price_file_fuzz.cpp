@@ -91,7 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
   const bool is_read = Read(folder / "prices.csv", options);
   const ReadPrices read =
       ReadPriceFile(folder / "prices.csv", options, [](double) { return true; });
-  if (!is_read) Require(!read.understanding.refusal.empty());
+  if (!is_read) Require(!read.understanding.Ready());
   if (!read.understanding.Ready()) return 0;
   for (const ReadPrices::Series& series : read.series) CheckSeries(series);
   return 0;
