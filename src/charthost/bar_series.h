@@ -15,7 +15,7 @@ struct BarSeries : BarArrays {
   bool has_times = false;
   int decimals = 2;  // of displayed prices
 
-  // Set by FrameBars, if each bar stands for several stored ones: the first of these.
+  // Set by FrameBars, if each bar combines several stored ones: the first of these.
   std::vector<int> starts;
   int stored_bars = 0;
   bool newest_unfinished = false;  // more stored bars may join the newest bar

@@ -101,7 +101,7 @@ void ChartModel::Layout(double pixel_width) {
   }
 }
 
-// An average that the price has left far behind must not squeeze the bars.
+// An average far away from the price must not squeeze the bars.
 ValueRange ChartModel::WithOverlays(ValueRange prices) const {
   constexpr double kMostRoom = 0.25;
   const double room = (prices.upper - prices.lower) * kMostRoom;

@@ -36,7 +36,7 @@ struct Palette {
   QColor up_volume;
   QColor down_volume;
   QColor line;
-  // Of indicators, to be told apart with any colour vision.
+  // Of indicators: distinct with any colour vision.
   std::array<QColor, 8> indicators;
   QColor crosshair;
   QColor tag;  // background of a value or date on an axis

@@ -130,7 +130,7 @@ class FrmImport : public Form {
   }
   std::array<Label*, kFewAnswers> Results() { return {&lblResult1, &lblResult2, &lblResult3}; }
 
-  // A few answers stand one below the other, each next to its result; more of them stand in two
+  // A few answers are listed one below the other, each next to its result; more of them in two
   // columns.
   void PlaceAnswers(std::size_t count) {
     for (std::size_t i = 0; i < kMostAnswers; ++i) {

@@ -6,7 +6,7 @@
 
 namespace velumar {
 
-// In which order the numbers of a date like 03/04/2020 stand.
+// The order of the numbers in a date like 03/04/2020.
 enum class DateOrder : std::uint8_t { kDayMonthYear, kMonthDayYear, kYearMonthDay };
 
 // Which price counts as the close if a file has both: the close itself, or the adjusted one (open,

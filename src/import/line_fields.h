@@ -12,7 +12,7 @@ namespace velumar {
 // its own line.
 class LineFields {
  public:
-  // ' ' stands for runs of blanks.
+  // ' ' means runs of blanks.
   explicit LineFields(char separator);
   ~LineFields();
   LineFields(const LineFields&) = delete;

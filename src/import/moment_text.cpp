@@ -237,7 +237,7 @@ bool TakeZone(Cursor& cursor, Moment& moment) {
   moment.utc_offset = TakeOffset(cursor);
   if (utc && !moment.utc_offset) moment.utc_offset = 0;
   if (cursor.AtEnd()) return true;
-  // "EST", "[Europe/Berlin]" or "(Central European Time)": told, but not an offset.
+  // "EST", "[Europe/Berlin]" or "(Central European Time)": a name, not an offset.
   return std::ranges::all_of(cursor.Rest(),
                              [](char c) {
                                return IsLetter(c) ||

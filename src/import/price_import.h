@@ -94,7 +94,7 @@ struct ImportReport {
   int suggested_scale = 1;  // as in Understanding
 };
 
-// A question stands open. what() names the option that decides it.
+// A question is open. what() names the option that decides it.
 class ImportUndecided : public ImportError {
  public:
   using ImportError::ImportError;
@@ -113,7 +113,7 @@ struct UpdatedFile {
   std::filesystem::path file = {};
   ImportReport report = {};
   std::string problem = {};  // why it was not imported
-  bool undecided = false;    // a question stands open
+  bool undecided = false;    // a question is open
 };
 
 // Imports the files that the directory remembers again, where they have changed since, and the new

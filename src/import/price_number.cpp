@@ -76,7 +76,7 @@ void TakeUnits(std::string_view& text) {
   TakeEnd(text, "%");
 }
 
-// The power of ten that a letter at the end stands for.
+// The power of ten that a letter at the end means.
 int TakeMagnitude(std::string_view& text) {
   constexpr std::string_view kLetters = "KMBT";
   if (text.size() < 2) return 0;

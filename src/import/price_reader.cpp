@@ -158,7 +158,7 @@ struct PriceReader::State {
       }
       return;
     }
-    // What can only stand at the end did not.
+    // What belongs at the end of the file did not end it.
     if (!end_error.empty()) {
       line_number = end_line;
       throw ImportError(end_error);

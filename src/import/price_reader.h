@@ -74,7 +74,7 @@ struct PriceRow {
 struct FileFormat {
   std::string container;  // "", "gzip" or "zip: NAME"
   std::string encoding;   // "UTF-8", "UTF-16", "Windows-1252"
-  char separator = ',';   // ' ' stands for runs of blanks
+  char separator = ',';   // ' ' means runs of blanks
   bool decimal_comma = false;
   std::int64_t header_line = 0;  // 0: the columns were inferred
   std::vector<ColumnMeaning> columns;

@@ -345,7 +345,7 @@ void ImportWindow::Import() {
   if (!stored.series.empty() && desktop_.Untouched().form1.Loaded()) {
     surroundings_.imported(stored.series.front().found);
   }
-  if (Wanted(load)) ReadFiles();  // files may have been dropped meanwhile
+  if (Wanted(load)) ReadFiles();  // files may have been dropped since
 }
 
 bool ImportWindow::ImportFile(std::size_t file, int load, const ImportProgress& progress,

@@ -48,7 +48,7 @@ const QColor& ColourOf(int colour, const QWidget& widget) {
   return Palette::Following(widget.palette()).indicators[static_cast<std::size_t>(colour)];
 }
 
-// The one that is used least, so that new lines can be told apart.
+// The one that is used least, so that new lines differ.
 int FreshColour(const std::vector<ChosenIndicator>& indicators) {
   std::array<int, ChosenIndicator::kColours> uses = {};
   for (const ChosenIndicator& chosen : indicators) ++uses[static_cast<std::size_t>(chosen.colour)];
