@@ -47,6 +47,8 @@ class TypingTarget {
     XChangeProperty(display_, window, AtomOf("_NET_WM_NAME"), AtomOf("UTF8_STRING"), 8,
                     PropModeReplace, reinterpret_cast<const unsigned char*>(look.title.data()),
                     static_cast<int>(look.title.size()));
+    // xdotool finds windows by this older name only.
+    XStoreName(display_, window, look.title.c_str());
     std::string program_file = look.program_file;
     XClassHint names{program_file.data(), program_file.data()};
     XSetClassHint(display_, window, &names);
