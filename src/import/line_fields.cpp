@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "base/text.h"
 #include "import/field_text.h"
 #include "import/price_reader.h"
 
@@ -12,6 +13,14 @@ namespace velumar {
 namespace {
 
 constexpr std::size_t kMostFields = 1000;
+
+// True if " AM" or " PM" follows a time of this length at the start of a line.
+bool HasHalfOfDay(std::string_view line, std::size_t length) {
+  const std::size_t colon = line.find(':');
+  if (colon > length || colon == 0 || !IsDigit(line[colon - 1])) return false;
+  const std::string next = UpperCased(line.substr(length, 4));
+  return next == " AM" || next == " PM" || next == " AM " || next == " PM ";
+}
 
 }  // namespace
 
@@ -64,7 +73,8 @@ void LineFields::SplitAtBlanks(std::string_view line) {
   for (;;) {
     line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
     if (line.empty()) return;
-    const std::size_t length = std::min(line.find(' '), line.size());
+    std::size_t length = std::min(line.find(' '), line.size());
+    if (HasHalfOfDay(line, length)) length += 3;
     Add(line.substr(0, length));
     line.remove_prefix(length);
   }
