@@ -252,11 +252,15 @@ class Recognition {
     throw ImportError("no column holds dates");
   }
 
-  // The column next to the date that holds times.
+  // The column of times is next to the date; the ticker may be on either side of it.
   void FindTime() {
-    const std::size_t column = *Place(PriceField::kDate) + 1;
-    if (Place(PriceField::kTime) || column >= sample_.width || !IsFree(column)) return;
-    const bool before_open = Place(PriceField::kOpen) == column + 1 && format_.header_line == 0;
+    if (Place(PriceField::kTime)) return;
+    const auto after = [&](std::size_t column) {
+      return column + (Place(PriceField::kTicker) == column + 1 ? 2 : 1);
+    };
+    const std::size_t column = after(*Place(PriceField::kDate));
+    if (column >= sample_.width || !IsFree(column)) return;
+    const bool before_open = Place(PriceField::kOpen) == after(column) && format_.header_line == 0;
     if (!values_.AreClockTimes(column) && !(before_open && values_.AreTimes(column))) return;
     Set(PriceField::kTime, column, "holds times");
   }
@@ -277,12 +281,22 @@ class Recognition {
     if (format_.header_line == 0 && columns.size() == 1 && !Place(PriceField::kClose)) {
       Set(PriceField::kClose, columns[0], "the only number");
     }
-    if (date + 1 < sample_.width && IsFree(date + 1) && values_.AreWords(date + 1)) {
-      Set(PriceField::kTicker, date + 1, "a text next to the date");
+    InferTicker();
+  }
+
+  // Before the date, with a period between them, or after it, perhaps with the time between them.
+  void InferTicker() {
+    const std::size_t date = *Place(PriceField::kDate);
+    if (date > 0 && !values_.AreNumbers(0)) {
+      Set(PriceField::kTicker, 0, "a text before the date");
+      if (date > 1) Set(PriceField::kPeriod, 1, "between the ticker and the date");
+      return;
     }
-    if (date > 0 && !values_.AreNumbers(0)) Set(PriceField::kTicker, 0, "a text before the date");
-    if (date > 1 && Place(PriceField::kTicker)) {
-      Set(PriceField::kPeriod, 1, "between the ticker and the date");
+    const std::size_t end = Place(PriceField::kOpen).value_or(sample_.width);
+    for (std::size_t column = date + 1; column < std::min(date + 3, end); ++column) {
+      if (!IsFree(column) || !values_.AreWords(column)) continue;
+      Set(PriceField::kTicker, column, "a text after the date");
+      return;
     }
   }
 

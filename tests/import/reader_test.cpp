@@ -360,6 +360,27 @@ TEST(PriceReader, InfersColumnsOfASingleRow) {
   EXPECT_EQ(flat.rows[0].bar.volume, 7);
 }
 
+TEST(PriceReader, InfersWhereTickerAndTimeAre) {
+  const Bar expected{.date = 20200131,
+                     .time = 130500,
+                     .open = 2,
+                     .high = 2.5F,
+                     .low = 1.5F,
+                     .close = 2.25F,
+                     .volume = 7};
+  for (const std::string& text :
+       Texts{"GUM;5;20200131;1305;2;2.5;1.5;2.25;7\n", "31.01.2020;GUM;1305;2;2.5;1.5;2.25;7\n",
+             "31.01.2020;1305;GUM;2;2.5;1.5;2.25;7\n", "1/31/2020 1:05 PM GUM 2 2.5 1.5 2.25 7\n",
+             "1/31/2020  GUM  1:05:00 pm  2 2.5 1.5 2.25 7\n",
+             "GUM 2020-01-31 13:05 2 2.5 1.5 2.25 7\n"}) {
+    const auto read = ReadText(text);
+    EXPECT_EQ(read.rows[0].bar, expected) << text;
+    EXPECT_EQ(std::ranges::count(read.format.columns, PriceField::kTicker, &ColumnMeaning::field),
+              1)
+        << text;
+  }
+}
+
 // Several blocks of lines, the one that decides at the end.
 TEST(PriceReader, ReadsTheSameRowsWhateverTheBytes) {
   std::string text = "Title\nDate;Time;Open;High;Low;Close;TICKVOL;VOL\n";
