@@ -14,6 +14,7 @@
 #include "base/text.h"
 #include "import/file_name.h"
 #include "import/series_builder.h"
+#include "import/text_source.h"
 #include "import/wording.h"
 #include "marketdata/directory_editor.h"
 #include "marketdata/interval.h"
@@ -128,6 +129,15 @@ std::string SymbolProblem(const std::string& symbol) {
   }
 }
 
+// A line of a file that may be no table at all, without half a letter at its end.
+std::string ShortenedLine(std::string_view line) {
+  constexpr std::size_t kLongest = 500;
+  if (line.size() <= kLongest) return std::string(line);
+  std::size_t end = kLongest;
+  while (end > 0 && (line[end] & 0xC0) == 0x80) --end;
+  return std::string(line.substr(0, end)) + "...";
+}
+
 // "AAPL_D" of "AAPL_D.csv" and "AAPL_D.csv.gz".
 std::string StemOf(const std::filesystem::path& file) {
   const std::filesystem::path stem = file.stem();
@@ -143,18 +153,8 @@ class FileReading {
   }
 
   ReadPrices Run() {
-    try {
-      ReadRows();
-    } catch (const ImportCancelled&) {
-      throw;
-    } catch (const FormatUndecided& open) {
-      AskFormat(open);
-      return std::move(read_);
-    } catch (const std::exception& error) {
-      read_.understanding.refusal = error.what();
-      return std::move(read_);
-    }
-    Finish();
+    if (ReadsThrough()) Finish();
+    if (read_.understanding.head.empty()) AddFirstLines();
     return std::move(read_);
   }
 
@@ -166,6 +166,21 @@ class FileReading {
     std::string ticker;
     SeriesBuilder builder;
   };
+
+  // Returns false if the file is refused or its format is a question.
+  bool ReadsThrough() {
+    try {
+      ReadRows();
+      return true;
+    } catch (const ImportCancelled&) {
+      throw;
+    } catch (const FormatUndecided& open) {
+      AskFormat(open);
+    } catch (const std::exception& error) {
+      read_.understanding.refusal = error.what();
+    }
+    return false;
+  }
 
   void ReadRows() {
     Understanding& understood = read_.understanding;
@@ -253,6 +268,23 @@ class FileReading {
     for (const PriceRow& row : rows.last(std::min(rows.size(), kSamples))) {
       if (tail.size() == kSamples) tail.erase(tail.begin());
       tail.push_back(sample(row));
+    }
+  }
+
+  // The lines of a file without bars show what is wrong with it. A file that can't be read or is no
+  // text has none.
+  void AddFirstLines() {
+    std::vector<SampleRow>& head = read_.understanding.head;
+    try {
+      TextSource source(read_.understanding.file);
+      std::string_view text = source.Next();
+      std::string_view line;
+      while (head.size() < 2 * kSamples && TakeLine(text, line)) {
+        const auto number = static_cast<std::int64_t>(head.size()) + 1;
+        head.push_back({.line = number, .text = ShortenedLine(line), .bar = {}});
+      }
+    } catch (const ImportError&) {
+      head.clear();
     }
   }
 

@@ -50,7 +50,7 @@ struct FoundSeries {
   std::string refusal = {};  // why this series cannot be imported; the others of the file can
 };
 
-// The text of a line next to the bar that was read from it.
+// The text of a line next to the bar that was read from it; the bar has no date if none was.
 struct SampleRow {
   std::int64_t line = 0;
   std::string text;
@@ -65,7 +65,8 @@ struct Understanding {
   std::vector<FoundSeries> series;
   std::vector<ImportQuestion> questions;
   std::vector<std::string> remarks;  // sentences: contradictory prices, skipped lines, ...
-  std::vector<SampleRow> head;       // the first and the last three rows
+  // The first and the last three rows; of a file without any, its first lines.
+  std::vector<SampleRow> head;
   std::vector<SampleRow> tail;
   int suggested_scale = 1;  // what would make the prices tradable in hundredths
   std::string refusal;      // why the file cannot be imported; empty if a series of it can

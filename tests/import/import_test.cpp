@@ -127,6 +127,23 @@ TEST_F(Import, AsksWhichComesFirstAndWhatTheSymbolIs) {
   EXPECT_TRUE(UnderstandFile(file, symbol.questions[0].answers.at(0).options, nullptr).Ready());
 }
 
+TEST_F(Import, ShowsTheFirstLinesOfAFileWithoutBars) {
+  const auto first_lines = [this](const std::string& text) {
+    std::string lines;
+    for (const SampleRow& row : UnderstandFile(File("a.csv", text), {}, nullptr).head) {
+      lines += std::to_string(row.line) + ":" + row.text + (row.bar.date == 0 ? "|" : " a bar|");
+    }
+    return lines;
+  };
+  EXPECT_EQ(first_lines("Prices\r\n\r\nnone"), "1:Prices|2:|3:none|");
+  EXPECT_EQ(first_lines("Date,Close\n120345,1\n"), "1:Date,Close|2:120345,1|") << "a question";
+  EXPECT_EQ(first_lines(std::string("\x89PNG\0\0\0", 7)), "");
+  std::string accents;
+  for (int i = 0; i < 300; ++i) accents += "\u00e9";
+  EXPECT_EQ(first_lines(accents), "1:" + accents.substr(0, 500) + "...|");
+  EXPECT_THAT(first_lines("x" + accents), HasSubstr("\u00e9...|")) << "no half letter";
+}
+
 TEST_F(Import, MultipliesPricesThatCannotBeTraded) {
   std::string text = kHeader;
   for (int day = 1; day <= 20; ++day) {
