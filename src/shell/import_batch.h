@@ -9,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "forms/control.h"
 #include "import/price_import.h"
 
 namespace velumar {
@@ -35,7 +34,7 @@ struct BatchFile {
   // The questions that answers for all files have answered, so that none is answered twice.
   std::vector<std::string> answered;
   ImportReport report;
-  std::string failure;
+  std::string failure;  // of the whole file; that of a series is in the report
 };
 
 // The files of an import window. Nothing here reads or writes a file.
@@ -68,13 +67,6 @@ class ImportBatch {
   void TakeReport(std::size_t file, ImportReport report);
   void TakeFailure(std::size_t file, std::string why);
 
-  // The columns of the list of files.
-  enum Column : std::uint8_t { kFile, kSymbol, kInterval, kFirstDay, kLastDay, kBars, kRemarks };
-  std::string Text(std::size_t file, std::size_t column) const;
-  // The whole path and all remarks, one a line.
-  std::string Tip(std::size_t file) const;
-  Colour Ink(std::size_t file) const;
-
  private:
   // Remembers nothing of a file that is not a price file.
   void AddFile(const std::filesystem::path& path, Remember remember);
@@ -87,11 +79,5 @@ class ImportBatch {
 
 // True for a price file, and for a folder with at least one.
 bool HoldsPrices(const std::filesystem::path& path);
-// The remarks, and what was understood of the way in which a file is written, one sentence a line.
-std::vector<std::string> UnderstoodLines(const BatchFile& file);
-// "12 new bars, 3 changed, 1 missing in the file kept".
-std::string ReportText(const ImportReport& report);
-// "1 file", "3 files".
-std::string Counted(std::size_t count, std::string_view what);
 
 }  // namespace velumar

@@ -1,113 +1,22 @@
 #include "shell/import_window.h"
 
 #include <algorithm>
-#include <array>
 #include <exception>
 #include <iterator>
-#include <memory>
 #include <utility>
 
-#include "base/dates.h"
-#include "base/number_text.h"
 #include "base/paths.h"
-#include "base/text.h"
-#include "marketdata/interval.h"
+#include "shell/batch_texts.h"
 #include "shell/event_guard.h"
+#include "shell/import_file_view.h"
 #include "shell/window_shaping.h"
 
 namespace velumar {
 
 namespace {
 
-constexpr std::string_view kDeciding = "Reading the file again";
 constexpr std::string_view kPriceFiles =
     "Only price files can be imported: .csv, .txt, .tsv, .prn, .zip and .gz.";
-
-// Those of the exchanges that most price files come from; any other can be typed.
-constexpr std::array kZones = {"",
-                               "UTC",
-                               "Europe/London",
-                               "Europe/Berlin",
-                               "America/New_York",
-                               "America/Chicago",
-                               "Asia/Bangkok",
-                               "Asia/Hong_Kong",
-                               "Asia/Singapore",
-                               "Asia/Tokyo",
-                               "Australia/Sydney"};
-
-constexpr int kAsInTheFile = 0;
-
-void FillZones(ComboBox& list) {
-  std::vector<ComboBox::Row> rows;
-  for (const char* zone : kZones) rows.push_back({zone});
-  list.SetRows(std::move(rows));
-}
-
-void ChooseData(ComboBox& list, int data) {
-  const auto& rows = list.Rows();
-  const auto row = std::ranges::find(rows, data, &ComboBox::Row::data);
-  if (row != rows.end()) list.SetIndex(static_cast<int>(row - rows.begin()));
-}
-
-int ChosenData(const ComboBox& list) {
-  return list.Index() < 0 ? 0 : list.Rows().at(static_cast<std::size_t>(list.Index())).data;
-}
-
-std::string PriceText(float price) { return PatternText(price, "########0.#########"); }
-
-std::string DayText(const std::optional<std::int32_t>& day) { return day ? IsoDate(*day) : ""; }
-
-std::optional<std::string> Given(std::string_view text) {
-  const std::string typed = Trimmed(text);
-  return typed.empty() ? std::nullopt : std::optional(typed);
-}
-
-bool HasAdjustedPrices(const FileFormat& format) {
-  return std::ranges::count(format.columns, PriceField::kAdjustedClose, &ColumnMeaning::field) > 0;
-}
-
-// Where prices are multiplied, how the last one of the file then looks.
-std::string ScaleText(const BatchFile& file) {
-  const int scale = std::max(file.tradable_scale, file.options.scale);
-  if (scale == 1) return "Multiply prices";
-  std::string text = "Multiply prices by " + std::to_string(scale);
-  if (file.options.scale == 1 || file.understood.tail.empty()) return text;
-  const std::string price = PriceText(file.understood.tail.back().bar.close);
-  constexpr int kPips = 10000;
-  return text + (scale == kPips ? ", in pips: " : ": ") + price;
-}
-
-// The first and the last rows of a file, with a gap where it has more.
-std::vector<SampleRow> ShownRows(const Understanding& understood) {
-  std::vector<SampleRow> rows = understood.head;
-  const std::int64_t shown = rows.empty() ? 0 : rows.back().line;
-  std::vector<SampleRow> tail;
-  std::ranges::copy_if(understood.tail, std::back_inserter(tail),
-                       [shown](const SampleRow& row) { return row.line > shown; });
-  if (!tail.empty() && !rows.empty() && tail.front().line > shown + 1) rows.push_back({});
-  rows.insert(rows.end(), tail.begin(), tail.end());
-  return rows;
-}
-
-// Line, text and bar.
-std::string RowText(const SampleRow& row, std::size_t column, bool timed) {
-  if (row.line == 0) return column == 1 ? "..." : "";
-  const Bar& bar = row.bar;
-  const std::array prices = {bar.open, bar.high, bar.low, bar.close, bar.volume};
-  switch (column) {
-    case 0:
-      return std::to_string(row.line);
-    case 1:
-      return row.text;
-    case 2:
-      return IsoDate(bar.date);
-    case 3:
-      return timed ? PatternText(bar.time, kTimePattern) : "";
-    default:
-      return PriceText(prices.at(column - 4));
-  }
-}
 
 }  // namespace
 
@@ -116,7 +25,11 @@ ImportWindow::ImportWindow(Desktop& desktop, Platform& platform, PriceImporter& 
     : desktop_(desktop),
       platform_(platform),
       importer_(importer),
-      surroundings_(std::move(surroundings)) {
+      surroundings_(std::move(surroundings)),
+      boxes_(desktop.Untouched().frmImport, platform,
+             {[this] { return task_ != Task::kImport; },
+              [this](const ImportBoxes::Change& change) { Decide(change); },
+              [this](const std::string& why) { ShowStatus(why, true); }}) {
   FrmImport& form = Window();
   const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the import", [this] { Load(); });
@@ -131,52 +44,8 @@ ImportWindow::ImportWindow(Desktop& desktop, Platform& platform, PriceImporter& 
   form.cmdNext.on_click = guarded("Showing the file", [this] { ChooseNextQuestion(); });
   form.cmdImport.on_click = guarded("Importing the price files", [this] { Import(); });
   for (std::size_t i = 0; i < FrmImport::kMostAnswers; ++i) {
-    form.Answers().at(i)->on_click = guarded(kDeciding, [this, i] { Answer(i); });
+    form.Answers().at(i)->on_click = guarded("Reading the file again", [this, i] { Answer(i); });
   }
-  BindBoxes();
-}
-
-void ImportWindow::BindBoxes() {
-  FrmImport& form = Window();
-  const EventGuard guarded(platform_.boxes);
-  const auto take_texts = guarded(kDeciding, [this] { TakeTypedTexts(); });
-  for (TextBox* box : {&form.txtSymbol, &form.txtName, &form.txtFrom, &form.txtTo}) {
-    box->on_leave = take_texts;
-  }
-  for (ComboBox* box : {&form.cbxFromZone, &form.cbxToZone}) {
-    box->on_leave = box->on_click = take_texts;
-  }
-  form.cbxInterval.on_click = guarded(kDeciding, [this] {
-    const int chosen = ChosenData(Window().cbxInterval);
-    Decide([chosen](ImportOptions& options, const BatchFile&) {
-      options.interval = chosen == kAsInTheFile ? std::nullopt : std::optional(chosen);
-    });
-  });
-  form.cbxDates.on_click = guarded(kDeciding, [this] {
-    const int chosen = ChosenData(Window().cbxDates);
-    Decide([chosen](ImportOptions& options, const BatchFile&) {
-      options.date_order =
-          chosen == kAsInTheFile ? std::nullopt : std::optional(static_cast<DateOrder>(chosen - 1));
-    });
-  });
-  form.cbxLong.on_click = guarded(kDeciding, [this] {
-    const auto chosen = static_cast<TooLong>(ChosenData(Window().cbxLong));
-    Decide([chosen](ImportOptions& options, const BatchFile&) { options.too_long = chosen; });
-  });
-  form.chkAdjusted.on_click = guarded(kDeciding, [this] {
-    const Prices chosen = Window().chkAdjusted.Checked() ? Prices::kAdjusted : Prices::kAsTraded;
-    Decide([chosen](ImportOptions& options, const BatchFile&) { options.prices = chosen; });
-  });
-  form.chkReplace.on_click = guarded(kDeciding, [this] {
-    const bool replace = Window().chkReplace.Checked();
-    Decide([replace](ImportOptions& options, const BatchFile&) { options.replace = replace; });
-  });
-  form.chkScale.on_click = guarded(kDeciding, [this] {
-    const bool tradable = Window().chkScale.Checked();
-    Decide([tradable](ImportOptions& options, const BatchFile& file) {
-      options.scale = tradable ? file.tradable_scale : 1;
-    });
-  });
 }
 
 void ImportWindow::Load() {
@@ -204,20 +73,7 @@ void ImportWindow::Load() {
                            {"Low", true, 990},
                            {"Close", true, 990},
                            {"Volume", true, 1200}});
-  filling_ = true;
-  FillZones(form.cbxFromZone);
-  FillZones(form.cbxToZone);
-  std::vector<ComboBox::Row> intervals = {{"as in the file", kAsInTheFile}};
-  for (const int interval : kReplayIntervals) {
-    intervals.push_back({IntervalName(interval), interval});
-  }
-  form.cbxInterval.SetRows(std::move(intervals));
-  form.cbxDates.SetRows({{"as in the file", kAsInTheFile},
-                         {"day/month/year", 1},
-                         {"month/day/year", 2},
-                         {"year/month/day", 3}});
-  form.cbxLong.SetRows({{"ask", 0}, {"keep the last bars", 1}, {"split by year", 2}});
-  filling_ = false;
+  boxes_.Load();
 }
 
 void ImportWindow::Offer(const std::vector<std::string>& paths, std::string_view directory) {
@@ -259,7 +115,7 @@ void ImportWindow::Stop() {
 
 void ImportWindow::Enter() {
   if (task_ != Task::kNone) return;
-  if (TypedTexts() != filled_) return TakeTypedTexts();
+  if (boxes_.HasTyped()) return boxes_.TakeTypedTexts();
   if (batch_.Count(FileState::kReady) > 0) return Import();
   if (batch_.Count(FileState::kImported) > 0) Close();
 }
@@ -287,9 +143,9 @@ void ImportWindow::ReadFiles() {
   task_ = Task::kNone;
   const bool asks = chosen_ < batch_.Size() && batch_.At(chosen_).state == FileState::kAsks;
   if (!chose_ && !asks && batch_.Count(FileState::kAsks) > 0) ChooseNextQuestion();
-  ShowQuestion(batch_.At(chosen_));
+  ShowUnderstood(Window(), batch_, chosen_, Importing());
   ShowTask();
-  ShowStatus(SummaryText());
+  ShowStatus(SummaryText(batch_));
 }
 
 void ImportWindow::ReadFile(std::size_t file, int load) {
@@ -385,8 +241,8 @@ std::vector<std::size_t> ImportWindow::Selected() {
   return selected.empty() ? std::vector<std::size_t>{chosen_} : selected;
 }
 
-void ImportWindow::Decide(const Change& change) {
-  if (filling_ || task_ == Task::kImport || batch_.Size() == 0) return;
+void ImportWindow::Decide(const ImportBoxes::Change& change) {
+  if (batch_.Size() == 0) return;
   for (const std::size_t file : Selected()) {
     ImportOptions options = batch_.At(file).options;
     change(options, batch_.At(file));
@@ -400,38 +256,6 @@ void ImportWindow::ReadAgain() {
   interrupted_ = chose_ = true;
   Window().lstFiles.Refresh();
   ReadFiles();
-}
-
-ImportWindow::BoxTexts ImportWindow::TypedTexts() {
-  const FrmImport& form = Window();
-  return {form.txtSymbol.Text(), form.txtName.Text(),     form.txtFrom.Text(),
-          form.txtTo.Text(),     form.cbxFromZone.Text(), form.cbxToZone.Text()};
-}
-
-void ImportWindow::TakeTypedTexts() {
-  const BoxTexts typed = TypedTexts();
-  if (filling_ || task_ == Task::kImport || typed == filled_) return;
-  for (const std::string& day : {typed.from, typed.to}) {
-    if (!Given(day) || TypedDay(day)) continue;
-    return ShowStatus("\"" + day + "\" is not a day. Write it as 2024-12-31.", true);
-  }
-  const BoxTexts before = std::exchange(filled_, typed);
-  Decide([&](ImportOptions& options, const BatchFile&) {
-    if (typed.symbol != before.symbol) options.symbol = Given(typed.symbol);
-    if (typed.name != before.name) options.name = Given(typed.name);
-    if (typed.from != before.from) options.from = TypedDay(typed.from);
-    if (typed.to != before.to) options.to = TypedDay(typed.to);
-    if (typed.from_zone != before.from_zone) options.from_zone = Given(typed.from_zone);
-    if (typed.to_zone != before.to_zone) options.to_zone = Given(typed.to_zone);
-  });
-}
-
-// As 2024-12-31 or 20241231, or in the way of the desktop.
-std::optional<std::int32_t> ImportWindow::TypedDay(std::string_view text) const {
-  const std::string day = Trimmed(text);
-  if (const auto digits = DateFromDigits(day)) return digits;
-  if (const auto iso = DateFromText(day, "yyyy-MM-dd")) return iso;
-  return DateFromText(day, platform_.locale.ShortDatePattern());
 }
 
 void ImportWindow::Answer(std::size_t answer) {
@@ -452,7 +276,7 @@ void ImportWindow::ChooseNextQuestion() {
 // Shows the first of the selected files, unless the one that is shown is among them.
 void ImportWindow::ChooseFile() {
   const std::vector<std::size_t>& selected = Window().lstFiles.Selected();
-  if (filling_ || selected.empty()) return;
+  if (selecting_ || selected.empty()) return;
   chose_ = true;
   if (std::ranges::count(selected, chosen_) == 0) chosen_ = selected.front();
   ShowFile();
@@ -460,9 +284,9 @@ void ImportWindow::ChooseFile() {
 }
 
 void ImportWindow::Select() {
-  filling_ = true;
+  selecting_ = true;
   Window().lstFiles.Select({chosen_});
-  filling_ = false;
+  selecting_ = false;
   ShowFile();
   ShowTask();
 }
@@ -470,106 +294,16 @@ void ImportWindow::Select() {
 void ImportWindow::ShowList() {
   Window().lstFiles.SetContent(
       {batch_.Size(),
-       [this](std::size_t row, std::size_t column) { return batch_.Text(row, column); },
-       [this](std::size_t row) { return batch_.Tip(row); },
-       [this](std::size_t row) { return batch_.Ink(row); }});
+       [this](std::size_t row, std::size_t column) { return BatchCell(batch_, row, column); },
+       [this](std::size_t row) { return BatchTip(batch_, row); },
+       [this](std::size_t row) { return BatchInk(batch_.At(row).state); }});
   Select();
 }
 
 void ImportWindow::ShowFile() {
-  const BatchFile& file = batch_.At(chosen_);
-  ShowQuestion(file);
-  ShowBoxes(file);
-  ShowLines(file.understood);
-}
-
-void ImportWindow::ShowQuestion(const BatchFile& file) {
-  FrmImport& form = Window();
-  const bool asks = file.state == FileState::kAsks;
-  const auto& questions = file.understood.questions;
-  const ImportQuestion question = asks ? questions.front() : ImportQuestion();
-  const std::string name = PathText(file.path.filename());
-  const std::string number =
-      questions.size() > 1 ? " 1 of " + std::to_string(questions.size()) : "";
-  form.fraFile.SetText(asks ? " Question" + number + " about " + name + " " : " " + name + " ");
-  form.lstUnderstood.SetVisible(!asks);
-  form.lstUnderstood.SetLines(UnderstoodLines(file));
-  form.lblQuestion.SetVisible(asks);
-  form.lblQuestion.SetText(question.text);
-  ShowAnswers(question);
-  form.lblResult1.SetVisible(asks && question.answers.size() <= FrmImport::kFewAnswers);
-  if (question.answers.empty()) form.lblResult1.SetText("Decide it in a box below.");
-  const std::size_t same = asks ? batch_.WithSameQuestion(chosen_) : 0;
-  form.chkAll.SetVisible(!question.answers.empty() &&
-                         (same > 1 || batch_.Count(FileState::kWaiting) > 0));
-  form.chkAll.SetText("For all " + (same > 1 ? std::to_string(same) + " " : "") +
-                      "files with this question");
-}
-
-void ImportWindow::ShowAnswers(const ImportQuestion& question) {
-  FrmImport& form = Window();
-  const auto& answers = question.answers;
-  const bool few = answers.size() <= FrmImport::kFewAnswers;
-  form.PlaceAnswers(answers.size());
-  for (std::size_t i = 0; i < FrmImport::kMostAnswers; ++i) {
-    const bool offered = i < answers.size();
-    const std::string text = offered ? answers[i].text : "";
-    const std::string result = offered ? answers[i].result : "";
-    Button& button = *form.Answers().at(i);
-    button.SetVisible(offered);
-    button.SetEnabled(task_ != Task::kImport);
-    button.SetText(few ? text : text + " (" + result + ")");
-    if (offered) button.SetToolTip(text + ": " + result);
-    if (i >= FrmImport::kFewAnswers) continue;
-    form.Results().at(i)->SetVisible(offered && few);
-    form.Results().at(i)->SetText(result);
-  }
-}
-
-void ImportWindow::ShowBoxes(const BatchFile& file) {
-  FrmImport& form = Window();
-  const ImportOptions& options = file.options;
-  const std::vector<FoundSeries>& series = file.understood.series;
-  const bool open = task_ != Task::kImport && options.remember != Remember::kNothing;
-  const std::size_t selected = Selected().size();
-  const bool single = selected == 1 && series.size() <= 1;
-  filling_ = true;
-  form.fraBoxes.SetText(selected > 1 ? " Decide for " + Counted(selected, "file") + " "
-                                     : " Decide ");
-  const FoundSeries found = series.empty() ? FoundSeries() : series.front();
-  form.txtSymbol.SetText(single ? options.symbol.value_or(found.symbol) : "");
-  form.txtName.SetText(single ? options.name.value_or(found.name) : "");
-  form.txtFrom.SetText(DayText(options.from));
-  form.txtTo.SetText(DayText(options.to));
-  form.cbxFromZone.SetText(options.from_zone.value_or(""));
-  form.cbxToZone.SetText(options.to_zone.value_or(""));
-  ChooseData(form.cbxInterval, options.interval.value_or(kAsInTheFile));
-  ChooseData(form.cbxDates, options.date_order ? 1 + static_cast<int>(*options.date_order) : 0);
-  ChooseData(form.cbxLong, static_cast<int>(options.too_long));
-  form.chkAdjusted.SetChecked(options.prices == Prices::kAdjusted);
-  form.chkReplace.SetChecked(options.replace);
-  form.chkScale.SetChecked(options.scale > 1);
-  form.chkScale.SetText(ScaleText(file));
-  for (Control* control : form.Controls()) {
-    if (control->Container() == &form.fraBoxes) control->SetEnabled(open);
-  }
-  for (TextBox* box : {&form.txtSymbol, &form.txtName}) box->SetEnabled(open && single);
-  form.chkAdjusted.SetEnabled(open && HasAdjustedPrices(file.understood.format));
-  form.chkScale.SetEnabled(open && (file.tradable_scale > 1 || options.scale > 1));
-  filled_ = TypedTexts();
-  filling_ = false;
-}
-
-void ImportWindow::ShowLines(const Understanding& understood) {
-  const auto rows = std::make_shared<const std::vector<SampleRow>>(ShownRows(understood));
-  const bool timed =
-      std::ranges::any_of(*rows, [](const SampleRow& row) { return row.bar.time != 0; });
-  Window().lstRows.SetContent({rows->size(),
-                               [rows, timed](std::size_t row, std::size_t column) {
-                                 return RowText(rows->at(row), column, timed);
-                               },
-                               [rows](std::size_t row) { return rows->at(row).text; },
-                               {}});
+  ShowUnderstood(Window(), batch_, chosen_, Importing());
+  boxes_.Show(batch_.At(chosen_), Selected().size());
+  ShowLines(Window(), batch_.At(chosen_).understood);
 }
 
 void ImportWindow::ShowTask() {
@@ -589,23 +323,6 @@ void ImportWindow::ShowTask() {
 void ImportWindow::ShowStatus(std::string_view text, bool problem) {
   Window().lblStatus.SetText(text);
   Window().lblStatus.SetForeColour(problem ? kRed : kDarkBlue);
-}
-
-std::string ImportWindow::SummaryText() const {
-  std::string text;
-  const auto add = [&](FileState state, std::string_view one, std::string_view several) {
-    const std::size_t count = batch_.Count(state);
-    if (count == 0) return;
-    text += (text.empty() ? "" : " ") + Counted(count, "file") + " ";
-    text += count == 1 ? one : several;
-  };
-  add(FileState::kReady, "can be imported.", "can be imported.");
-  add(FileState::kAsks, "has a question.", "have a question.");
-  add(FileState::kRefused, "cannot be imported.", "cannot be imported.");
-  add(FileState::kNotRead, "was not read.", "were not read.");
-  add(FileState::kImported, "was imported.", "were imported.");
-  add(FileState::kFailed, "failed.", "failed.");
-  return text;
 }
 
 }  // namespace velumar

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +10,7 @@
 #include "forms/desktop.h"
 #include "platform/platform.h"
 #include "shell/import_batch.h"
+#include "shell/import_boxes.h"
 #include "shell/price_importer.h"
 
 namespace velumar {
@@ -41,18 +42,7 @@ class ImportWindow {
 
  private:
   enum class Task : std::uint8_t { kNone, kRead, kImport };
-  // The texts of the boxes as they were filled, to see what the trader has changed.
-  struct BoxTexts {
-    std::string symbol;
-    std::string name;
-    std::string from;
-    std::string to;
-    std::string from_zone;
-    std::string to_zone;
-    bool operator==(const BoxTexts&) const = default;
-  };
 
-  void BindBoxes();
   void Load();
   void Stop();
   void Enter();
@@ -69,12 +59,8 @@ class ImportWindow {
   bool Wanted(int load) const;
 
   // Applies a change to the options of the selected files and reads these again.
-  using Change = std::function<void(ImportOptions& options, const BatchFile& file)>;
-  void Decide(const Change& change);
+  void Decide(const ImportBoxes::Change& change);
   void ReadAgain();
-  void TakeTypedTexts();
-  BoxTexts TypedTexts();
-  std::optional<std::int32_t> TypedDay(std::string_view text) const;
   void Answer(std::size_t answer);
   void ChooseNextQuestion();
   void ChooseFile();
@@ -84,13 +70,8 @@ class ImportWindow {
 
   void ShowList();
   void ShowFile();
-  void ShowQuestion(const BatchFile& file);
-  void ShowAnswers(const ImportQuestion& question);
-  void ShowBoxes(const BatchFile& file);
-  void ShowLines(const Understanding& understood);
   void ShowTask();
   void ShowStatus(std::string_view text, bool problem = false);
-  std::string SummaryText() const;
   FrmImport& Window() { return desktop_.Untouched().frmImport; }
 
   Desktop& desktop_;
@@ -105,8 +86,8 @@ class ImportWindow {
   bool interrupted_ = false;  // what is being read has new options
   std::size_t chosen_ = 0;    // the file that is shown
   bool chose_ = false;        // the trader has chosen it
-  BoxTexts filled_;
-  bool filling_ = false;  // boxes are being filled, so that their events are none of the trader's
+  bool selecting_ = false;    // not the trader, but this class selects a file
+  ImportBoxes boxes_;
 };
 
 }  // namespace velumar

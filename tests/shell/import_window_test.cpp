@@ -3,6 +3,7 @@
 #include <map>
 
 #include "marketdata/interval.h"
+#include "shell/batch_texts.h"
 #include "support/session_fixture.h"
 
 namespace velumar {
@@ -83,7 +84,7 @@ class ImportWindowTest : public SessionFixture {
     window.ReadFiles();
   }
   std::string Remark(std::size_t row) {
-    return form.lstFiles.Content().text(row, ImportBatch::kRemarks);
+    return form.lstFiles.Content().text(row, BatchColumn::kRemarks);
   }
   std::string Cell(std::size_t row, std::size_t column) {
     return form.lstFiles.Content().text(row, column);
@@ -109,7 +110,7 @@ TEST_F(ImportWindowTest, ShowsWhatWasUnderstoodAndImportsItIntoTheDirectory) {
   EXPECT_THAT(form.Caption(), HasSubstr(data));
   EXPECT_EQ(form.lstFiles.Content().count, 5U);
   EXPECT_THAT(Remark(0), HasSubstr("cannot be imported: weekly")) << "sorted by name";
-  EXPECT_EQ(Cell(1, ImportBatch::kSymbol) + Cell(1, ImportBatch::kInterval), "fulldaily");
+  EXPECT_EQ(Cell(1, BatchColumn::kSymbol) + Cell(1, BatchColumn::kInterval), "fulldaily");
   EXPECT_THAT(Remark(4), HasSubstr("cannot be imported"));
   EXPECT_THAT(files.stored, IsEmpty());
 
@@ -139,16 +140,16 @@ TEST_F(ImportWindowTest, AnAnswerReadsTheFileAgainAndMayCountForAllFiles) {
   EXPECT_EQ(form.cmdImport.Text(), "&Import 1 file") << "a file with a question is not imported";
   EXPECT_EQ(form.chkAll.Text(), "For all 3 files with this question");
   form.cmdAnswer1.UserClick();
-  EXPECT_EQ(Cell(0, ImportBatch::kFirstDay), "2020-02-01");
+  EXPECT_EQ(Cell(0, BatchColumn::kFirstDay), "2020-02-01");
   EXPECT_FALSE(form.lblQuestion.Visible());
   EXPECT_THAT(Remark(1), HasSubstr("question"));
   form.cmdNext.UserClick();
   form.chkAll.UserToggle();
   form.cmdAnswer2.UserClick();
-  EXPECT_EQ(Cell(2, ImportBatch::kFirstDay), "2020-01-02");
+  EXPECT_EQ(Cell(2, BatchColumn::kFirstDay), "2020-01-02");
   EXPECT_FALSE(form.cmdNext.Visible());
   Drop({"ask4.csv"});
-  EXPECT_EQ(Cell(4, ImportBatch::kFirstDay), "2020-01-02") << "also for files added later";
+  EXPECT_EQ(Cell(4, BatchColumn::kFirstDay), "2020-01-02") << "also for files added later";
   EXPECT_EQ(form.cmdImport.Text(), "&Import 5 files");
 }
 
@@ -162,7 +163,7 @@ TEST_F(ImportWindowTest, BoxesDecideForTheSelectedFiles) {
 
   form.txtSymbol.UserType("eur");
   form.on_enter();
-  EXPECT_EQ(Cell(0, ImportBatch::kSymbol), "eur") << "Enter takes what was typed first";
+  EXPECT_EQ(Cell(0, BatchColumn::kSymbol), "eur") << "Enter takes what was typed first";
   form.lstFiles.UserSelect({0, 2});
   EXPECT_FALSE(form.txtSymbol.Enabled());
   form.cbxInterval.UserChoose(3);
@@ -173,8 +174,8 @@ TEST_F(ImportWindowTest, BoxesDecideForTheSelectedFiles) {
   EXPECT_THAT(form.lblStatus.Text(), HasSubstr("2020-13-01"));
   form.txtTo.UserType("2020-12-01");
   form.txtTo.UserLeave();
-  EXPECT_EQ(Cell(0, ImportBatch::kInterval) + Cell(1, ImportBatch::kInterval) +
-                Cell(2, ImportBatch::kInterval),
+  EXPECT_EQ(Cell(0, BatchColumn::kInterval) + Cell(1, BatchColumn::kInterval) +
+                Cell(2, BatchColumn::kInterval),
             "10 mindaily10 min");
   form.lstFiles.UserSelect({2});
   EXPECT_EQ(form.cbxFromZone.Text() + form.txtTo.Text(), "Europe/Berlin2020-12-01");
@@ -188,7 +189,7 @@ TEST_F(ImportWindowTest, TwoHundredFilesAreReadWhileTheTraderGoesOn) {
   for (int i = 100; i < 300; ++i) names.push_back("S" + std::to_string(i) + ".csv");
   files.during_read["S120"] = [&] {
     EXPECT_FALSE(form.cmdImport.Enabled());
-    EXPECT_EQ(Cell(19, ImportBatch::kBars) + Cell(21, ImportBatch::kBars), "10");
+    EXPECT_EQ(Cell(19, BatchColumn::kBars) + Cell(21, BatchColumn::kBars), "10");
     form.lstFiles.UserSelect({150});
     form.txtName.UserType("Mine");
     form.on_escape();
@@ -214,7 +215,7 @@ TEST_F(ImportWindowTest, TwoHundredFilesAreReadWhileTheTraderGoesOn) {
   };
   Drop(names);
   EXPECT_EQ(form.lstFiles.Content().count, 1U);
-  EXPECT_EQ(Cell(0, ImportBatch::kSymbol), "plain");
+  EXPECT_EQ(Cell(0, BatchColumn::kSymbol), "plain");
   EXPECT_EQ(form.cmdImport.Text(), "&Import 1 file");
   EXPECT_THAT(files.stored, IsEmpty());
 }
