@@ -1,6 +1,7 @@
 #include "shell/batch_texts.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "base/dates.h"
@@ -111,6 +112,39 @@ std::vector<std::string> RemarksOf(const Understanding& understood) {
   return remarks;
 }
 
+// "b.csv", "b.csv, c.csv and 3 others".
+std::string NamesText(const ImportBatch& batch, const std::vector<std::size_t>& files) {
+  constexpr std::size_t kMostNames = 2;
+  std::string text;
+  for (std::size_t i = 0; i < files.size() && i < kMostNames; ++i) {
+    text += (i == 0 ? "" : ", ") + PathText(batch.At(files[i]).path.filename());
+  }
+  if (files.size() > kMostNames) {
+    text += " and " + Counted(files.size() - kMostNames, "other");
+  }
+  return text;
+}
+
+// What happens to the series that other files of the batch write, too; empty if there are none.
+std::string SharedText(const ImportBatch& batch, std::size_t file) {
+  const std::vector<SharedSeries> shared = batch.Shared(file);
+  if (shared.empty()) return "";
+  std::set<std::size_t> others;
+  for (const SharedSeries& series : shared) {
+    others.insert(series.others.begin(), series.others.end());
+  }
+  const bool replaces =
+      batch.At(file).options.replace || std::ranges::any_of(others, [&batch](std::size_t other) {
+        return batch.At(other).options.replace;
+      });
+  const SharedSeries& first = shared.front();
+  return (shared.size() == 1 ? first.symbol + " " + IntervalText(first.interval) + " is"
+                             : std::to_string(shared.size()) + " series are") +
+         " also in " + NamesText(batch, {others.begin(), others.end()}) +
+         (replaces ? "; with \"Start over\" only the bars of the file imported last remain"
+                   : "; where times are equal, the file imported last counts");
+}
+
 std::string FailureText(const BatchFile& file) {
   return file.failure.empty() ? ReportText(file.report) : file.failure;
 }
@@ -130,6 +164,8 @@ std::vector<std::string> RemarksOf(const ImportBatch& batch, std::size_t row) {
     remarks = file.report.remarks;
     first(ReportText(file.report));
   }
+  const std::string shared = SharedText(batch, row);
+  if (!shared.empty()) remarks.push_back(shared);
   for (std::string& remark : remarks) remark = InWindowWords(std::move(remark));
   return remarks;
 }

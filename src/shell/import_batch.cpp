@@ -70,8 +70,9 @@ void ImportBatch::Add(std::vector<std::filesystem::path> paths) {
 void ImportBatch::AddFile(const std::filesystem::path& path, Remember remember) {
   const auto listed = std::ranges::find(files_, path, &BatchFile::path);
   if (listed != files_.end()) {
-    return Decide(static_cast<std::size_t>(listed - files_.begin()),
-                  ImportOptions(listed->options));
+    ImportOptions options = listed->options;
+    if (remember == Remember::kFolder) options.remember = remember;
+    return Decide(static_cast<std::size_t>(listed - files_.begin()), std::move(options));
   }
   BatchFile& added = files_.emplace_back();
   added.path = path;
@@ -135,6 +136,7 @@ std::size_t ImportBatch::WithSameQuestion(std::size_t file) const {
 void ImportBatch::Take(std::size_t file, Understanding understood) {
   BatchFile& read = files_.at(file);
   read.understood = std::move(understood);
+  FollowSeries(file);
   const int scale = read.understood.suggested_scale;
   if (scale > 1 && read.tradable_scale == 1) {
     read.tradable_scale = scale;
@@ -151,6 +153,27 @@ void ImportBatch::Take(std::size_t file, Understanding understood) {
     read.state = FileState::kAsks;
     if (AnswerByItself(read)) read.state = FileState::kWaiting;
   }
+}
+
+void ImportBatch::FollowSeries(std::size_t file) {
+  std::erase_if(writers_, [file](const auto& one) { return one.second == file; });
+  for (const FoundSeries& series : At(file).understood.series) {
+    if (!series.refusal.empty() || series.interval == 0) continue;
+    writers_.emplace(std::pair(series.symbol, series.interval), file);
+  }
+}
+
+std::vector<SharedSeries> ImportBatch::Shared(std::size_t file) const {
+  std::vector<SharedSeries> all;
+  for (const FoundSeries& series : At(file).understood.series) {
+    SharedSeries shared{.symbol = series.symbol, .interval = series.interval};
+    const auto [first, last] = writers_.equal_range({series.symbol, series.interval});
+    for (auto writer = first; writer != last; ++writer) {
+      if (writer->second != file) shared.others.push_back(writer->second);
+    }
+    if (!shared.others.empty()) all.push_back(std::move(shared));
+  }
+  return all;
 }
 
 bool ImportBatch::AnswerByItself(BatchFile& file) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,6 +38,13 @@ struct BatchFile {
   std::string failure;  // of the whole file; that of a series is in the report
 };
 
+// A series that several files of a batch write.
+struct SharedSeries {
+  std::string symbol;
+  int interval = 0;
+  std::vector<std::size_t> others = {};  // files
+};
+
 // The files of an import window. Nothing here reads or writes a file.
 class ImportBatch {
  public:
@@ -61,6 +69,9 @@ class ImportBatch {
   // The files whose first question is the same as that of this file, itself included.
   std::size_t WithSameQuestion(std::size_t file) const;
 
+  // The series that other files of the batch write, too.
+  std::vector<SharedSeries> Shared(std::size_t file) const;
+
   // The result of a reading with the present options. If a default or an answer for all files
   // changes the options, the file waits again.
   void Take(std::size_t file, Understanding understood);
@@ -71,10 +82,13 @@ class ImportBatch {
   // Remembers nothing of a file that is not a price file.
   void AddFile(const std::filesystem::path& path, Remember remember);
   bool AnswerByItself(BatchFile& file);
+  void FollowSeries(std::size_t file);
 
   std::vector<BatchFile> files_;
   // What the user has answered for all files: the kind of a question and the text of its answer.
   std::vector<std::pair<std::string, std::string>> answers_;
+  // The files that write a series, by its symbol and interval.
+  std::multimap<std::pair<std::string, int>, std::size_t> writers_;
 };
 
 // True for a price file, and for a folder with at least one.

@@ -10,9 +10,12 @@ namespace velumar {
 namespace {
 
 using testing::AllOf;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
+using testing::Pair;
 
 // Knows files by their names, and writes what it imports into a list.
 class MadeUpFiles : public PriceImporter {
@@ -21,6 +24,7 @@ class MadeUpFiles : public PriceImporter {
                            const ImportProgress& progress) override {
     const std::string name = file.stem().string();
     read.push_back(name);
+    remembered[name] = options.remember;
     Run(during_read, name, progress);
     Understanding understood;
     understood.file = file;
@@ -59,6 +63,7 @@ class MadeUpFiles : public PriceImporter {
   }
 
   std::vector<std::string> read;
+  std::map<std::string, Remember> remembered;
   std::map<std::string, std::vector<std::string>> stored;  // symbols by directory
   std::map<std::string, std::function<void()>> during_read;
   std::map<std::string, std::function<void()>> during_import;
@@ -182,6 +187,32 @@ TEST_F(ImportWindowTest, BoxesDecideForTheSelectedFiles) {
   EXPECT_TRUE(form.chkReplace.Checked());
   form.lstFiles.UserSelect({1});
   EXPECT_EQ(form.cbxFromZone.Text() + form.txtTo.Text(), "");
+}
+
+TEST_F(ImportWindowTest, FilesOfOneBatchThatWriteTheSameSeriesSaySo) {
+  Drop({"a.csv", "b.csv", "c.csv"});
+  EXPECT_THAT(Remark(0) + Remark(1) + Remark(2), IsEmpty());
+  const auto rename = [this](std::size_t row, const char* symbol) {
+    form.lstFiles.UserSelect({row});
+    form.txtSymbol.UserType(symbol);
+    form.on_enter();
+  };
+  rename(1, "a");
+  EXPECT_THAT(Remark(0), HasSubstr("a daily is also in b.csv; where times are equal"));
+  EXPECT_THAT(Remark(1), HasSubstr("also in a.csv"));
+  EXPECT_THAT(Remark(2), IsEmpty());
+  rename(2, "a");
+  form.chkReplace.UserToggle();
+  EXPECT_THAT(Remark(0), HasSubstr("also in b.csv, c.csv; with \"Start over\""));
+  form.on_enter();
+  EXPECT_THAT(Remark(1), AllOf(HasSubstr("new bars"), HasSubstr("also in a.csv, c.csv")));
+  rename(2, "c");
+  rename(1, "b");
+  EXPECT_THAT(Remark(0), Not(HasSubstr("also")));
+  // A folder is remembered, even if one of its files was dropped alone before.
+  window.Offer({scratch.Path().string()}, data);
+  window.ReadFiles();
+  EXPECT_THAT(files.remembered, Contains(Pair("a", Remember::kFolder)));
 }
 
 TEST_F(ImportWindowTest, TwoHundredFilesAreReadWhileTheTraderGoesOn) {
