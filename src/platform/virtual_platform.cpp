@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/chart_program.h"
 
@@ -77,6 +78,11 @@ KeyOutcome RecordingChart::Send(std::string_view keys) {
 }
 
 KeyOutcome RecordingChart::SendInBackground(std::string_view keys) { return Send(keys); }
+
+void RecordingBoxes::Show(std::string_view text, BoxIcon) {
+  shown.emplace_back(text);
+  if (const auto event = std::exchange(on_show, nullptr)) event();
+}
 
 std::size_t RecordingBoxes::Ask(std::string_view text, const std::vector<std::string>& offered) {
   shown.emplace_back(text);

@@ -75,7 +75,7 @@ class RecordingChart : public ChartWindows, public KeySender {
 // Answers boxes with OK, and questions with the prepared answers or their last one.
 class RecordingBoxes : public MessageBoxes {
  public:
-  void Show(std::string_view text, BoxIcon) override { shown.emplace_back(text); }
+  void Show(std::string_view text, BoxIcon) override;
   void ShowTitled(std::string_view title, std::string_view text, BoxIcon) override {
     shown.emplace_back(std::string(title) + ": " + std::string(text));
   }
@@ -88,6 +88,7 @@ class RecordingBoxes : public MessageBoxes {
   std::vector<std::string> shown;
   std::vector<std::size_t> answers;
   std::optional<std::int32_t> date;
+  std::function<void()> on_show;  // runs once, while the next box is open
 };
 
 // Returns the prepared folders in turn. Throws std::runtime_error if none is left, since nobody is

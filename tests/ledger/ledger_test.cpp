@@ -245,6 +245,8 @@ TEST_F(LedgerTest, ARowIsFlushedAndReadersSeeItAtOnce) {
     EXPECT_EQ(Rows(reader), rows);
     EXPECT_EQ(LedgerQuery(reader, "select * From Details").rows.size(), rows);
   }
+  LedgerClose(reader);
+  EXPECT_THROW(Rows(reader), LedgerError);
 }
 
 TEST_F(LedgerTest, AFileOfAnotherProgramIsNotChanged) {

@@ -185,6 +185,9 @@ TEST_F(Writer, ASeriesHasNoMoreBarsThanItsHeaderCanCount) {
   for (int i = 0; i < 65535; ++i) bars[i].date = 19500000 + i;
   With("AAA", -1, [&](MetaLibWriter& writer) {
     EXPECT_EQ(ErrorOf([&] { Write(writer, bars); }), MetaLibError::kSeriesFull);
+    const auto store = [&] { StoreSecurity(Text() + "/new", {"AAA", "", -1}, bars, cache_); };
+    EXPECT_EQ(ErrorOf(store), MetaLibError::kSeriesFull);
+    EXPECT_FALSE(std::filesystem::exists(directory_ / "new"));
     bars.pop_back();
     Write(writer, bars);
     for (const int date : {20991231, 19490101}) {

@@ -353,6 +353,11 @@ TEST_F(RunResultsTest, OrdersAsATableAndAsCsv) {
   std::string numbers;
   for (const OrderListRow& row : rows) numbers += row[0].text + " ";
   EXPECT_EQ(numbers, "6 7 8 9 5 1 2 3 4 ");
+
+  // A carried holding, wiped out before the first order that has a row.
+  Begin(1234.5);
+  LedgerNoteWiped(ledger, {"Offset Long", 1, 100, Date(26), "16:30:00", 90}, {9, 0, 26, 26});
+  EXPECT_EQ(ListOrders(ReadRun(ledger, kCurrentRun)).at(0).at(12).text, "1,234.50");
 }
 
 TEST_F(RunResultsTest, EveryFormulaIsInTheManual) {

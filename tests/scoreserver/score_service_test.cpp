@@ -228,6 +228,12 @@ TEST(PostLimit, CountsPerAddressAndMinute) {
   EXPECT_FALSE(limit.Allows("a", start + 59s));
   EXPECT_TRUE(limit.Allows("b", start + 59s));
   EXPECT_TRUE(limit.Allows("a", start + 60s));
+  for (std::size_t i = 1; i < PostLimit::kAddresses; ++i) {
+    EXPECT_TRUE(limit.Allows(std::to_string(i), start + 61s));
+  }
+  EXPECT_FALSE(limit.Allows("one address too many", start + 119s));
+  EXPECT_TRUE(limit.Allows("1", start + 119s));
+  EXPECT_TRUE(limit.Allows("one address too many", start + 120s));
 }
 
 TEST(ScoreServer, RefusesWebPagesAndUnknownHostNames) {

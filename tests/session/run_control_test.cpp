@@ -130,8 +130,19 @@ TEST_F(RunControlTest, NoRunBeginsWithoutASymbolOrThatTheLedgerCannotBegin) {
   EXPECT_TRUE(session.BarDate.empty() && !run.setup_locked);
   run.symbol = "ABC";
   ledger.ForWriting().Execute("ALTER TABLE Away RENAME TO Runs");
-  EXPECT_TRUE(StartAt(198));
+  PauseIn(197);
+  EXPECT_TRUE(StartAt(196));
+  EXPECT_EQ(session.BarIndex, 198);
+  // The trader clicks "Play" again in the box of a run that could not begin.
+  outside.events.SetOnPending(nullptr);
+  ledger.ForWriting().Execute("ALTER TABLE Runs RENAME TO Away");
+  outside.boxes.on_show = [this] {
+    ledger.ForWriting().Execute("ALTER TABLE Away RENAME TO Runs");
+    control.Continue();
+  };
+  control.Continue();
   EXPECT_EQ(session.BarIndex, 199);
+  EXPECT_EQ(session.StopRequested, 0) << "the run that began has not been paused";
   LedgerClose(ledger);
   EXPECT_TRUE(StartAt(198)) << "without a ledger a run replays all the same";
 }

@@ -96,6 +96,19 @@ TEST_F(CatalogueTest, ClicksWhileALargeDirectoryIsListed) {
   EXPECT_EQ(pauses, 2);
   EXPECT_EQ(desktop.form1().Combo1.Rows().size(), 260U);
   EXPECT_EQ(desktop.form1().Combo1.Rows().front().note, "S1000 name, daily");
+  // A data file that is read for the interval of its bars, and can't be.
+  full[149] = {.number = 150, .symbol = "GONE", .frame = 'I', .fields = 8};
+  session.DataDir = scratch.Sub("broken");
+  std::filesystem::create_directory(session.DataDir);
+  WriteFile(session.DataDir + "/MASTER", Master(full));
+  WriteFile(session.DataDir + "/F150.DAT", IntradayBytes({{20050103, 93000}}));
+  outside.events.SetOnPending([&] {
+    std::filesystem::remove(session.DataDir + "/F150.DAT");
+    std::filesystem::create_directory(session.DataDir + "/F150.DAT");
+  });
+  catalogue.BuildSymbolList();
+  EXPECT_EQ(desktop.form1().Combo1.Rows().size(), 149U) << "those before it stay listed";
+  session.DataDir = data;
   // A security of the second index can be replayed too.
   CopyIndexes();
   Choose("S1259", "D", MadeDate(1));

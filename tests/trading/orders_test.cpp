@@ -41,6 +41,9 @@ TEST_F(OrdersTest, FuturesSidesAreIndependentAndAverage) {
   EXPECT_EQ(session.Orders.size(), 5U);
   EXPECT_EQ(session.Orders.back(), (OrderMark{5, 102.5F, true, false})) << "the charts mark it";
   EXPECT_EQ(charts.asked.size(), 5U);
+  StartAccount(session, run);
+  ShowStatus(session, run, outside.locale);
+  EXPECT_EQ(run.status.positions, "( L=0 Avg=0.0 )  ( S=0 Avg= 0.0 ) ");
 }
 
 TEST_F(OrdersTest, AStockEntryAndItsOffset) {
