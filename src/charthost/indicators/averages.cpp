@@ -27,4 +27,9 @@ double SmoothedAverage::Add(double value) {
   return average_;
 }
 
+double WeightedAverage::Add(double value) {
+  window_.Add(value);
+  return window_.Full() ? window_.WeightedMean() : kNoValue;
+}
+
 }  // namespace velumar

@@ -8,7 +8,8 @@ namespace velumar {
 // The averages of a series of numbers. Each returns kNoValue until it has `period` of them; the
 // period is at least 1.
 
-// The mean of the last `period` values.
+// The mean of the last `period` values: Steven B. Achelis, "Technical Analysis from A to Z", 2nd
+// edition, 2000, page 207.
 class SimpleAverage {
  public:
   explicit SimpleAverage(int period) : window_(period) {}
@@ -33,46 +34,28 @@ class SmoothedAverage {
   double average_ = kNoValue;
 };
 
-// A share of 2 / (period + 1): Steven B. Achelis, "Technical Analysis from A to Z", 2nd edition,
-// 2000, page 209, but started with the mean instead of the first value.
+// A share of 2 / (period + 1): Achelis, page 209, but started with the mean instead of the first
+// value.
 inline SmoothedAverage ExponentialAverage(int period) { return {period, 2.0 / (period + 1)}; }
 
 // A share of 1 / period: J. Welles Wilder, "New Concepts in Technical Trading Systems", 1978.
 inline SmoothedAverage WilderAverage(int period) { return {period, 1.0 / period}; }
 
-// The indicators: averages of the closes. Period 1 to 999.
-
-// Simple: Achelis, page 207.
-class SimpleAverageOfCloses {
+// The newest value counts `period` times, the oldest once: Achelis, page 213.
+class WeightedAverage {
  public:
-  explicit SimpleAverageOfCloses(int period) : average_(period) {}
-  IndicatorLines operator()(const Bar& bar) { return Lines(average_.Add(bar.close)); }
-
- private:
-  SimpleAverage average_;
-};
-
-// Exponential.
-class ExponentialAverageOfCloses {
- public:
-  explicit ExponentialAverageOfCloses(int period) : average_(ExponentialAverage(period)) {}
-  IndicatorLines operator()(const Bar& bar) { return Lines(average_.Add(bar.close)); }
-
- private:
-  SmoothedAverage average_;
-};
-
-// Weighted: the newest close counts `period` times, the oldest once. Achelis, page 213.
-class WeightedAverageOfCloses {
- public:
-  explicit WeightedAverageOfCloses(int period) : window_(period) {}
-  IndicatorLines operator()(const Bar& bar) {
-    window_.Add(bar.close);
-    return Lines(window_.Full() ? window_.WeightedMean() : kNoValue);
-  }
+  explicit WeightedAverage(int period) : window_(period) {}
+  double Add(double value);
 
  private:
   Window window_;
 };
+
+// The indicator that averages one value of the bars, the close or the volume for example. Periods 1
+// to 999, usually 20.
+template <typename Average>
+Indicator AverageOf(float Bar::*value, Average average) {
+  return [value, average](const Bar& bar) mutable { return Lines(average.Add(bar.*value)); };
+}
 
 }  // namespace velumar

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <utility>
 
 #include "charthost/indicators/averages.h"
 #include "charthost/indicators/bands.h"
@@ -20,6 +21,17 @@ using enum LineShape;
 using enum LineColour;
 
 int Whole(double parameter) { return static_cast<int>(parameter); }
+
+// Starts an indicator whose constructor takes the parameters in their order, as these types.
+template <typename T, typename... Types, std::size_t... kPlaces>
+Indicator StartAt(const Parameters& parameters, std::index_sequence<kPlaces...> /*places*/) {
+  return T(static_cast<Types>(parameters[kPlaces])...);
+}
+
+template <typename T, typename... Types>
+Indicator Start([[maybe_unused]] const Parameters& parameters) {
+  return StartAt<T, Types...>(parameters, std::index_sequence_for<Types...>());
+}
 
 ParameterRow Bars(double standard, const char* name = "Bars") { return {name, standard, 1, 999}; }
 
@@ -47,27 +59,28 @@ std::vector<IndicatorRow> PriceRows() {
   };
   return {
       row("sma", "Simple average", "SMA", {Bars(20)}, {{""}},
-          [](const Parameters& p) -> Indicator { return SimpleAverageOfCloses(Whole(p[0])); }),
+          [](const Parameters& p) { return AverageOf(&Bar::close, SimpleAverage(Whole(p[0]))); }),
       row("ema", "Exponential average", "EMA", {Bars(20)}, {{""}},
-          [](const Parameters& p) -> Indicator { return ExponentialAverageOfCloses(Whole(p[0])); }),
+          [](const Parameters& p) {
+            return AverageOf(&Bar::close, ExponentialAverage(Whole(p[0])));
+          }),
       row("wma", "Weighted average", "WMA", {Bars(20)}, {{""}},
-          [](const Parameters& p) -> Indicator { return WeightedAverageOfCloses(Whole(p[0])); }),
+          [](const Parameters& p) { return AverageOf(&Bar::close, WeightedAverage(Whole(p[0]))); }),
       row("bollinger", "Bollinger bands", "Bollinger", {Bars(20), Width()}, BandLines(),
-          [](const Parameters& p) -> Indicator { return BollingerBands(Whole(p[0]), p[1]); }),
+          Start<BollingerBands, int, double>),
       row("keltner", "Keltner channel", "Keltner",
           {Bars(20), Bars(10, "Bars of the range"), Width()}, BandLines(),
-          [](const Parameters& p) -> Indicator {
-            return KeltnerChannel(Whole(p[0]), Whole(p[1]), p[2]);
-          }),
+          Start<KeltnerChannel, int, int, double>),
       row("donchian", "Donchian channel", "Donchian", {Bars(20)}, BandLines(),
-          [](const Parameters& p) -> Indicator { return DonchianChannel(Whole(p[0])); }),
-      row("vwap", "VWAP of the day", "VWAP", {}, {{""}},
-          [](const Parameters&) -> Indicator { return DayVwap(); }),
+          Start<DonchianChannel, int>),
+      row("vwap", "VWAP of the day", "VWAP", {}, {{""}}, Start<DayVwap>),
       row("sar", "Parabolic SAR", "SAR", {{"Step", 0.02, 0.001, 1, 3}, {"Most", 0.2, 0.001, 1, 3}},
-          {{"", kDots}}, [](const Parameters& p) -> Indicator { return ParabolicSar(p[0], p[1]); }),
+          {{"", kDots}}, Start<ParabolicSar, double, double>),
       row("day", "High, low, close of the day before", "Day before", {}, ExtentLines(),
+
           [](const Parameters&) -> Indicator { return PeriodBefore(PeriodBefore::Period::kDay); }),
       row("week", "High, low, close of the week before", "Week before", {}, ExtentLines(),
+
           [](const Parameters&) -> Indicator { return PeriodBefore(PeriodBefore::Period::kWeek); }),
   };
 }
@@ -82,7 +95,8 @@ std::vector<IndicatorRow> LowerRows() {
        .format = ValueFormat::kVolume,
        .parameters = {Bars(20)},
        .lines = {{""}},
-       .start = [](const Parameters& p) -> Indicator { return VolumeAverage(Whole(p[0])); }},
+       .start =
+           [](const Parameters& p) { return AverageOf(&Bar::volume, SimpleAverage(Whole(p[0]))); }},
       {.key = "rsi",
        .name = "Relative strength (RSI)",
        .label = "RSI",
@@ -92,7 +106,7 @@ std::vector<IndicatorRow> LowerRows() {
        .lines = {{""}},
        .levels = {30, 70},
        .scale = {{0, 100}},
-       .start = [](const Parameters& p) -> Indicator { return RelativeStrength(Whole(p[0])); }},
+       .start = Start<RelativeStrength, int>},
       {.key = "macd",
        .name = "MACD",
        .label = "MACD",
@@ -101,9 +115,7 @@ std::vector<IndicatorRow> LowerRows() {
        .parameters = {Bars(12, "Fast"), Bars(26, "Slow"), Bars(9, "Signal")},
        .lines = {{""}, {"signal", kLine, kNext}, {"difference", kHistogram, kFaint}},
        .levels = {0},
-       .start = [](const Parameters& p) -> Indicator {
-         return ConvergenceDivergence(Whole(p[0]), Whole(p[1]), Whole(p[2]));
-       }},
+       .start = Start<ConvergenceDivergence, int, int, int>},
       {.key = "stochastic",
        .name = "Stochastic",
        .label = "Stochastic",
@@ -113,9 +125,7 @@ std::vector<IndicatorRow> LowerRows() {
        .lines = {{"%K"}, {"%D", kDashed, kNext}},
        .levels = {20, 80},
        .scale = {{0, 100}},
-       .start = [](const Parameters& p) -> Indicator {
-         return Stochastic(Whole(p[0]), Whole(p[1]), Whole(p[2]));
-       }},
+       .start = Start<Stochastic, int, int, int>},
       {.key = "atr",
        .name = "Average true range (ATR)",
        .label = "ATR",
@@ -123,7 +133,7 @@ std::vector<IndicatorRow> LowerRows() {
        .format = ValueFormat::kDifference,
        .parameters = {Bars(14)},
        .lines = {{""}},
-       .start = [](const Parameters& p) -> Indicator { return AverageTrueRange(Whole(p[0])); }},
+       .start = Start<AverageTrueRange, int>},
       {.key = "adx",
        .name = "Directional movement (ADX)",
        .label = "ADX",
@@ -132,7 +142,7 @@ std::vector<IndicatorRow> LowerRows() {
        .parameters = {Bars(14)},
        .lines = {{""}, {"+DI", kLine, kUp}, {"-DI", kDashed, kDown}},
        .levels = {25},
-       .start = [](const Parameters& p) -> Indicator { return DirectionalMovement(Whole(p[0])); }},
+       .start = Start<DirectionalMovement, int>},
       {.key = "obv",
        .name = "On-balance volume (OBV)",
        .label = "OBV",
@@ -140,7 +150,7 @@ std::vector<IndicatorRow> LowerRows() {
        .format = ValueFormat::kVolume,
        .parameters = {},
        .lines = {{""}},
-       .start = [](const Parameters&) -> Indicator { return OnBalanceVolume(); }},
+       .start = Start<OnBalanceVolume>},
       {.key = "momentum",
        .name = "Momentum",
        .label = "Momentum",
@@ -149,7 +159,7 @@ std::vector<IndicatorRow> LowerRows() {
        .parameters = {Bars(12)},
        .lines = {{""}},
        .levels = {100},
-       .start = [](const Parameters& p) -> Indicator { return Momentum(Whole(p[0])); }},
+       .start = Start<Momentum, int>},
   };
 }
 

@@ -2,19 +2,9 @@
 
 #include <optional>
 
-#include "charthost/indicators/averages.h"
+#include "charthost/indicators/indicator.h"
 
 namespace velumar {
-
-// The simple average of the volumes. Period 1 to 999, usually 20.
-class VolumeAverage {
- public:
-  explicit VolumeAverage(int period) : average_(period) {}
-  IndicatorLines operator()(const Bar& bar) { return Lines(average_.Add(bar.volume)); }
-
- private:
-  SimpleAverage average_;
-};
 
 // On-balance volume: Joseph E. Granville, "Granville's New Key to Stock Market Profits", 1963. The
 // volumes of rising closes less those of falling ones, from 0 at the first bar on.
