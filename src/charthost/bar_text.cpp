@@ -33,6 +33,12 @@ std::string TimeText(std::int32_t time) {
   return seconds == 0 ? minutes : minutes + ":" + TwoDigits(seconds);
 }
 
+std::string MomentText(const BarSeries& series, int bar) {
+  std::string text = LongDayText(series.dates[bar]);
+  if (series.has_times) text += "  " + TimeText(series.times[bar]);
+  return text;
+}
+
 std::string IntervalTitle(int interval) {
   if (interval < 0) return "Daily";
   if (interval == 0) return "Intraday";

@@ -17,6 +17,9 @@ std::string LongDayText(std::int32_t date);  // "Thu 12 Feb 2015"
 // "09:30", with seconds only if there are any.
 std::string TimeText(std::int32_t time);
 
+// The day of a bar, with its time if the series has times.
+std::string MomentText(const BarSeries& series, int bar);
+
 // "Daily" for -1, "Intraday" for 0 (unknown minutes), otherwise "5 minutes".
 std::string IntervalTitle(int interval);
 

@@ -118,5 +118,24 @@ TEST_F(ChartPaneTest, NamesTheBarBelowThePointerAfterTheChartHasScrolled) {
   EXPECT_TRUE(shows_date_of(bar));
 }
 
+// The value at the pointer and the last price are both on the axis.
+TEST_F(ChartPaneTest, KeepsTheLastPriceReadableNextToThePointer) {
+  const auto pane = Open("SCB");
+  const QCPAxis& prices = *pane->Plot().Prices().axis(QCPAxis::atRight);
+  const double last = prices.coordToPixel(pane->Document().Model().Series().closes.back());
+  for (const int distance : {-9, -1, 0, 5, 30}) {
+    QTest::mouseMove(&pane->Plot(), {400, static_cast<int>(last) + distance});
+    std::vector<std::pair<double, double>> tags;  // top and bottom
+    for (int i = 0; i < pane->Plot().itemCount(); ++i) {
+      const auto* const tag = qobject_cast<QCPItemText*>(pane->Plot().item(i));
+      if (tag == nullptr || !tag->visible()) continue;
+      if (tag->left->pixelPosition().x() <= pane->Plot().Prices().right()) continue;
+      tags.emplace_back(tag->top->pixelPosition().y(), tag->bottom->pixelPosition().y());
+    }
+    ASSERT_EQ(tags.size(), 2U);
+    EXPECT_TRUE(tags[0].second < tags[1].first || tags[1].second < tags[0].first) << distance;
+  }
+}
+
 }  // namespace
 }  // namespace velumar

@@ -193,7 +193,7 @@ void ChartPane::PlaceNewest() {
   newest_->setVisible(hidden);
   if (!hidden) return;
   newest_->adjustSize();
-  const QRect area = plot_->PriceArea();
+  const QRect area = plot_->Prices().rect();
   newest_->move(area.right() - newest_->width() - kMargin,
                 area.bottom() - newest_->height() - kMargin);
 }

@@ -6,14 +6,15 @@
 
 namespace velumar {
 
-class BarDateTicker;
-class IndicatorPlots;
+class PlotPanes;
+class PlotTool;
+class PointerTags;
 class PositionMarks;
-class PriceBars;
+class PricePlots;
 
 // Draws a chart model and lets the mouse move its window: see BarPlot. In addition, a drag with
-// Shift or the right button marks the bars to zoom to, a double click returns to the newest bar,
-// and a drag of the line between two panes changes their heights.
+// Shift or the right button marks the bars to zoom to, and a double click returns to the newest
+// bar. Everything else that mouse and keys do on the chart is a PlotTool.
 class ChartPlot : public BarPlot {
   Q_OBJECT
 
@@ -24,7 +25,9 @@ class ChartPlot : public BarPlot {
   void SetColours(const Palette& colours) override;
   // Orders as arrows at their bar and price, held sides as lines. The next drawing shows them.
   void SetPositions(const ChartPositions& positions);
-  QRect PriceArea() const { return prices_->rect(); }
+  // Events go to the tools added first.
+  void AddTool(std::unique_ptr<PlotTool> tool);
+  QCPAxisRect& Prices() const;
   // Call after the model has changed. A hidden plot is drawn when it is shown.
   void ModelChanged(RefreshPriority when = rpQueuedReplot);
 
@@ -43,52 +46,30 @@ class ChartPlot : public BarPlot {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:
-  QCPAxisRect* AddPane();
-  void AddPlottables();
-  void AddLastPrice();
-  // The panes that the model needs, from top to bottom.
-  std::vector<QCPAxisRect*> WantedPanes() const;
-  void ArrangePanes();
   // Sets the ranges of the axes, whose labels the layout measures, and fills the plottables, which
   // need the axes' pixels.
   void BeforeReplot();
-  void FillPlottables();
-  void ShowLastPrice();
   void ZoomToMarked(const QRect& marked);
+  // The first tool that takes the event.
+  PlotTool* Taker(const std::function<bool(PlotTool&)>& takes) const;
+  Qt::CursorShape CursorAt(QPointF pixel) const;
   std::optional<int> BarAt(QPointF pixel) const;
-  QRect PlotArea() const;
-  // The pane above the line between two panes at that pixel.
-  std::optional<std::size_t> LineAt(QPointF pixel) const;
-  void DragLine(std::size_t pane, double y);
   // Reports the bar under the pointer if it is another one.
   void Hover(std::optional<int> bar);
   int ShownBar() const;
-  QString ValueText(std::size_t pane, double value) const;
-  void ShowPointerTexts(int bar, QPointF pixel);
-  void StyleTag(QCPItemText& tag, const QColor& background, const QColor& text);
 
   ChartModel& model_;
-  QCPAxisRect* prices_;
-  QCPAxisRect* volumes_;
-  PriceBars* bars_;
-  PriceBars* unfinished_;
-  QCPGraph* line_;
-  QCPBars* up_volume_;
-  QCPBars* down_volume_;
-  QCPItemLine* last_line_;
-  QCPItemText* last_tag_;
-  std::unique_ptr<IndicatorPlots> indicators_;
+  PlotPanes* panes_;  // one of the tools
+  std::unique_ptr<PricePlots> bars_;
   std::unique_ptr<PositionMarks> positions_;
-  QCPItemText* value_tag_;
-  QCPItemText* date_tag_;
-  QCPMarginGroup* margins_;
-  QSharedPointer<BarDateTicker> dates_;
-  std::vector<QCPAxisRect*> panes_;
-  std::optional<std::size_t> dragged_line_;
+  std::unique_ptr<PointerTags> tags_;
+  std::vector<std::unique_ptr<PlotTool>> tools_;
+  PlotTool* pressed_ = nullptr;  // has taken the press of the button that is held
   std::optional<int> hovered_bar_;
 };
 
