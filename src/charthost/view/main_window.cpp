@@ -1,22 +1,16 @@
 #include "charthost/view/main_window.h"
 
-#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QLabel>
 #include <QMenuBar>
-#include <QStackedWidget>
-#include <QTabBar>
-#include <QTabWidget>
-#include <QTimer>
-#include <chrono>
 #include <utility>
 
+#include "charthost/view/chart_area.h"
 #include "charthost/view/chart_pane.h"
 #include "charthost/view/indicators_dialog.h"
 #include "charthost/view/open_dialog.h"
 #include "charthost/view/theme.h"
-#include "charts/palette.h"
+#include "charthost/view/view_menu.h"
 #include "charts/qt_text.h"
 #include "platform/chart_program.h"
 
@@ -27,25 +21,27 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
       settings_(settings),
       report_(std::move(report)),
       options_(settings.Options()),
-      problems_(settings.Problems()) {
+      problems_(settings.Problems()),
+      area_(new ChartArea(this)) {
   setWindowTitle(ToQt(kChartTitle));
   setMinimumSize(420, 320);
   setAttribute(Qt::WA_AlwaysShowToolTips);
-  BuildCentre();
-  dialog_ = new OpenDialog(source, this);
-  connect(dialog_, &OpenDialog::Chosen, this, &MainWindow::OpenChart);
-  BuildIndicatorsDialog();
-  BuildFileMenu();
-  BuildViewMenu();
-  ShowOptions();
+  setCentralWidget(area_);
+  connect(area_, &ChartArea::CloseRequested, this, &MainWindow::CloseChart);
+  connect(area_, &ChartArea::Activated, this, [this] { Changed("activated"); });
+  BuildDialogs();
+  BuildMenus();
+  view_menu_->ShowOptions(options_);
   ApplyTheme();
-  ApplyColours();
+  area_->ApplyColours();
   resize(1180, 760);
   restoreGeometry(settings.Geometry());
   Changed("ready");
 }
 
-void MainWindow::BuildIndicatorsDialog() {
+void MainWindow::BuildDialogs() {
+  dialog_ = new OpenDialog(source_, this);
+  connect(dialog_, &OpenDialog::Chosen, this, &MainWindow::OpenChart);
   indicators_dialog_ = new IndicatorsDialog(this);
   connect(indicators_dialog_, &IndicatorsDialog::Changed, this, [this](const auto& indicators) {
     ChartOptions options = options_;
@@ -56,146 +52,39 @@ void MainWindow::BuildIndicatorsDialog() {
           [this](const auto& sets) { settings_.SetSets(sets); });
 }
 
-void MainWindow::BuildCentre() {
-  hint_ = new QLabel(this);
-  ShowHint();
-  hint_->setAlignment(Qt::AlignCenter);
-  hint_->setWordWrap(true);
-  hint_->setMargin(24);
-  tabs_ = new QTabWidget(this);
-  tabs_->setDocumentMode(true);
-  tabs_->setTabsClosable(true);
-  tabs_->setMovable(true);
-  tabs_->setFocusPolicy(Qt::NoFocus);
-  tabs_->tabBar()->setFocusPolicy(Qt::NoFocus);
-  tabs_->tabBar()->setDrawBase(false);
-  centre_ = new QStackedWidget(this);
-  centre_->addWidget(hint_);
-  centre_->addWidget(tabs_);
-  setCentralWidget(centre_);
-  connect(tabs_, &QTabWidget::tabCloseRequested, this, &MainWindow::CloseChart);
-  connect(tabs_, &QTabWidget::currentChanged, this, &MainWindow::ChartActivated);
-}
-
-QMenu* MainWindow::AddMenu(const QString& title) {
-  QMenu* const menu = menuBar()->addMenu(title);
-  connect(menu, &QMenu::aboutToHide, this, &MainWindow::MenuClosed);
-  return menu;
-}
-
-void MainWindow::BuildFileMenu() {
-  file_menu_ = AddMenu(tr("&File"));
+// Keys from outside open the two menus by their letters F and V, so no other menu has these.
+void MainWindow::BuildMenus() {
+  file_menu_ = menuBar()->addMenu(tr("&File"));
   file_menu_->addAction(tr("&Open..."), QKeySequence::Open, this, &MainWindow::OpenFile);
   file_menu_->addSeparator();
   file_menu_->addAction(tr("&Close chart"), QKeySequence(Qt::CTRL | Qt::Key_W), this,
-                        [this] { CloseChart(tabs_->currentIndex()); });
+                        [this] { CloseChart(ActiveChart()); });
   file_menu_->addAction(tr("Clos&e all charts"), this, &MainWindow::CloseAll);
   file_menu_->addSeparator();
   file_menu_->addAction(tr("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q), this, &MainWindow::close);
-}
 
-template <typename T>
-void MainWindow::AddChoice(QMenu& menu, T ChartOptions::*option,
-                           std::initializer_list<std::pair<QString, T>> entries) {
-  auto* const group = new QActionGroup(this);
-  for (const auto& [text, value] : entries) {
-    QAction* const action = menu.addAction(text, this, [this, option, value = value] {
-      ChartOptions options = options_;
-      options.*option = value;
-      SetOptions(options);
-    });
-    action->setCheckable(true);
-    group->addAction(action);
-    option_views_.emplace_back(
-        [this, action, option, value = value] { action->setChecked(options_.*option == value); });
-  }
-}
-
-void MainWindow::BuildViewMenu() {
-  view_menu_ = AddMenu(tr("&View"));
-  view_menu_->addAction(tr("&Refresh"), QKeySequence(Qt::Key_F5), this, &MainWindow::RefreshActive);
-  view_menu_->addSeparator();
-  AddChoice(*view_menu_, &ChartOptions::style,
-            {{tr("&Candles"), ChartStyle::kCandles},
-             {tr("&Bars"), ChartStyle::kBars},
-             {tr("&Line"), ChartStyle::kLine}});
-  view_menu_->addSeparator();
-  interval_menu_ = view_menu_->addMenu(tr("Int&erval"));
-  interval_group_ = new QActionGroup(this);
-  connect(interval_menu_, &QMenu::aboutToShow, this, &MainWindow::FillIntervalMenu);
-  view_menu_->addSeparator();
-  AddToggles();
-  view_menu_->addSeparator();
-  AddWindowActions();
-  view_menu_->addSeparator();
-  AddChoice(*view_menu_->addMenu(tr("&Theme")), &ChartOptions::theme,
-            {{tr("&System"), ChartTheme::kSystem},
-             {tr("&Light"), ChartTheme::kLight},
-             {tr("&Dark"), ChartTheme::kDark}});
-}
-
-// ChartPlot handles the keys 1 to 9.
-void MainWindow::FillIntervalMenu() {
-  interval_menu_->clear();
-  if (ActiveChart() == nullptr) return;
-  const ChartDocument& chart = ActiveChart()->Document();
-  int number = 0;
-  for (const Frame frame : FramesOf(chart.Interval())) {
-    ++number;
-    QString text = ToQt(FrameTitle(frame, chart.Interval()));
-    if (number <= 9) text += QStringLiteral("\t%1").arg(number);
-    QAction* const action = interval_menu_->addAction(text, this, [this, frame] {
-      if (ActiveChart() != nullptr) ActiveChart()->ShowFrame(frame);
-    });
-    action->setCheckable(true);
-    interval_group_->addAction(action);
-    action->setChecked(frame == chart.ShownFrame());
-  }
-}
-
-void MainWindow::AddToggle(const std::function<QString()>& text,
-                           const std::function<bool&(ChartOptions&)>& option) {
-  QAction* const action = view_menu_->addAction(QString(), this, [this, option] {
-    ChartOptions options = options_;
-    option(options) = !option(options);
-    SetOptions(options);
+  view_menu_ = new ViewMenu(tr("&View"), this);
+  menuBar()->addMenu(view_menu_);
+  connect(view_menu_, &ViewMenu::RefreshChosen, this, &MainWindow::RefreshActive);
+  connect(view_menu_, &ViewMenu::OptionsChosen, this, &MainWindow::SetOptions);
+  connect(view_menu_, &ViewMenu::FrameChosen, this, [this](Frame frame) {
+    if (ActiveChart() != nullptr) ActiveChart()->ShowFrame(frame);
   });
-  action->setCheckable(true);
-  option_views_.emplace_back([this, action, text, option] {
-    action->setText(text());
-    action->setChecked(option(options_));
+  connect(view_menu_, &ViewMenu::MoveChosen, this, [this](WindowMove change) {
+    if (ActiveChart() == nullptr) return;
+    change(ActiveChart()->Window());
+    ActiveChart()->WindowMoved();
   });
-}
-
-void MainWindow::AddToggles() {
-  AddToggle([] { return tr("&Volume"); }, [](ChartOptions& o) -> bool& { return o.volume; });
-  AddToggle([] { return tr("Lo&g scale"); },
-            [](ChartOptions& o) -> bool& { return o.logarithmic; });
-  AddToggle([] { return tr("Or&ders and positions"); },
-            [](ChartOptions& o) -> bool& { return o.positions; });
-  view_menu_->addAction(tr("Indic&ators..."), QKeySequence(Qt::CTRL | Qt::Key_I), this, [this] {
-    indicators_dialog_->Show(options_.indicators, settings_.Sets(), problems_);
-  });
-}
-
-// ChartPlot handles the keys named in these entries.
-void MainWindow::AddWindowActions() {
-  const std::initializer_list<std::pair<QString, void (*)(ViewWindow&)>> entries = {
-      {tr("Zoom &in\t+"), [](ViewWindow& window) { window.Zoom(0.8); }},
-      {tr("Zoom o&ut\t-"), [](ViewWindow& window) { window.Zoom(1.25); }},
-      {tr("&Whole series"), [](ViewWindow& window) { window.ShowAll(); }},
-      {tr("&Newest bar\tEnd"), [](ViewWindow& window) { window.ShowNewest(); }}};
-  for (const auto& [text, move] : entries) {
-    view_menu_->addAction(text, this, [this, move = move] {
-      if (ActiveChart() == nullptr) return;
-      move(ActiveChart()->Window());
-      ActiveChart()->WindowMoved();
-    });
+  connect(view_menu_, &ViewMenu::IndicatorsChosen, this,
+          [this] { indicators_dialog_->Show(options_.indicators, settings_.Sets(), problems_); });
+  for (const QMenu* const menu : {file_menu_, static_cast<QMenu*>(view_menu_)}) {
+    connect(menu, &QMenu::aboutToHide, this, &MainWindow::MenuClosed);
   }
 }
 
 void MainWindow::Act(HostAction action) {
-  HideMenus();
+  file_menu_->hide();
+  view_menu_->hide();
   switch (action) {
     case HostAction::kOpen:
       return OpenFile();
@@ -204,9 +93,9 @@ void MainWindow::Act(HostAction action) {
     case HostAction::kRefresh:
       return RefreshActive();
     case HostAction::kNextChart:
-      return MoveInRing(1);
+      return area_->MoveInRing(1);
     case HostAction::kPreviousChart:
-      return MoveInRing(-1);
+      return area_->MoveInRing(-1);
     case HostAction::kNone:
       return;
   }
@@ -214,21 +103,13 @@ void MainWindow::Act(HostAction action) {
 
 void MainWindow::ShowMenu(HostMenu menu) {
   if (menu == HostMenu::kNone) return;
-  QMenu* const shown = menu == HostMenu::kFile ? file_menu_ : view_menu_;
+  const QMenu* const shown = menu == HostMenu::kFile ? file_menu_ : view_menu_;
   menuBar()->setActiveAction(shown->menuAction());
-}
-
-void MainWindow::HideMenus() {
-  for (QMenu* const menu : {file_menu_, view_menu_}) menu->hide();
 }
 
 bool MainWindow::IsMenuShown() const { return file_menu_->isVisible() || view_menu_->isVisible(); }
 
-ChartPane* MainWindow::Chart(int index) const {
-  return static_cast<ChartPane*>(tabs_->widget(index));
-}
-
-ChartPane* MainWindow::ActiveChart() const { return Chart(tabs_->currentIndex()); }
+ChartPane* MainWindow::ActiveChart() const { return area_->Active(); }
 
 void MainWindow::OpenFile() { dialog_->Start(settings_.Folder()); }
 
@@ -239,24 +120,20 @@ void MainWindow::OpenChart(const SeriesRequest& request) {
 
 void MainWindow::AddChart(const SeriesRequest& request) {
   settings_.SetFolder(ToQt(request.folder));
-  auto* const pane = new ChartPane(source_, request, options_, tabs_);
+  auto* const pane = new ChartPane(source_, request, options_, area_);
   connect(pane, &ChartPane::OptionsChanged, this, &MainWindow::SetOptions);
   connect(pane, &ChartPane::FrameChanged, this, [this] { Changed("interval"); });
-  {
-    const QSignalBlocker blocker(tabs_);
-    tabs_->setCurrentIndex(tabs_->addTab(pane, pane->Title()));
-  }
-  pane->setFocus();
+  area_->Add(pane);
   ShowHint();
   Changed("opened");
 }
 
 void MainWindow::OpenDirectly(const TypedChoice& choice) {
   const SeriesRequest request = RequestOf(choice, source_.List(choice.folder));
-  for (int i = 0; i < tabs_->count(); ++i) {
-    if (!Chart(i)->Document().Shows(request)) continue;
-    tabs_->setCurrentIndex(i);
-    return Chart(i)->RefreshNow();
+  for (ChartPane* const chart : area_->Charts()) {
+    if (!chart->Document().Shows(request)) continue;
+    area_->Activate(chart);
+    return chart->RefreshNow();
   }
   AddChart(request);
   ActiveChart()->ExpectRefreshes();
@@ -265,12 +142,11 @@ void MainWindow::OpenDirectly(const TypedChoice& choice) {
 bool MainWindow::RefreshFolder(const std::string& folder, const std::string& symbol,
                                const ChartPositions& positions) {
   bool any = false;
-  for (int i = 0; i < tabs_->count(); ++i) {
-    const ChartDocument& chart = Chart(i)->Document();
-    if (chart.Folder() != folder) continue;
+  for (ChartPane* const chart : area_->Charts()) {
+    if (chart->Document().Folder() != folder) continue;
     any = true;
-    if (chart.Symbol() == symbol) Chart(i)->SetPositions(positions);
-    Chart(i)->RefreshNow();
+    if (chart->Document().Symbol() == symbol) chart->SetPositions(positions);
+    chart->RefreshNow();
   }
   if (any) Changed("refreshed");
   return any;
@@ -278,11 +154,10 @@ bool MainWindow::RefreshFolder(const std::string& folder, const std::string& sym
 
 void MainWindow::ShowPositions(const std::string& folder, const std::string& symbol,
                                const ChartPositions& positions) {
-  for (int i = 0; i < tabs_->count(); ++i) {
-    const ChartDocument& chart = Chart(i)->Document();
-    if (chart.Folder() != folder || chart.Symbol() != symbol) continue;
-    Chart(i)->SetPositions(positions);
-    Chart(i)->WindowMoved();
+  for (ChartPane* const chart : area_->Charts()) {
+    if (chart->Document().Folder() != folder || chart->Document().Symbol() != symbol) continue;
+    chart->SetPositions(positions);
+    chart->WindowMoved();
   }
 }
 
@@ -299,37 +174,19 @@ void MainWindow::ApplyTheme() {
                                        : ChartTheme::kLight);
 }
 
-void MainWindow::ShowHint() {
-  hint_->setText(
-      tr("<p style='font-size:x-large'>No chart is open</p><p>Open one: press <b>Alt+F</b>, then "
-         "<b>O</b>.<br>Type or browse to a folder with market data, choose a security and press "
-         "Enter.</p>"));
-}
+void MainWindow::ShowHint() { area_->ShowHint(); }
 
-void MainWindow::ShowOpening(const QString& symbol) {
-  hint_->setText(QStringLiteral("<p style='font-size:x-large'>%1</p>")
-                     .arg(tr("Opening %1 ...").arg(symbol.toHtmlEscaped())));
-  constexpr std::chrono::seconds kPatience{15};  // Velumar may have ended in the meantime
-  QTimer::singleShot(kPatience, this, &MainWindow::ShowHint);
-}
+void MainWindow::ShowOpening(const QString& symbol) { area_->ShowOpening(symbol); }
 
 void MainWindow::CloseAll() {
-  while (tabs_->count() > 0) RemoveChart(0);
+  while (area_->Count() > 0) area_->Remove(area_->Charts().front());
   Changed("closed");
 }
 
-void MainWindow::CloseChart(int index) {
-  if (Chart(index) == nullptr) return;
-  RemoveChart(index);
-  if (ActiveChart() != nullptr) ActiveChart()->setFocus();
+void MainWindow::CloseChart(ChartPane* chart) {
+  if (chart == nullptr) return;
+  area_->Remove(chart);
   Changed("closed");
-}
-
-void MainWindow::RemoveChart(int index) {
-  const QSignalBlocker blocker(tabs_);
-  QWidget* const pane = tabs_->widget(index);
-  tabs_->removeTab(index);
-  pane->deleteLater();
 }
 
 void MainWindow::RefreshActive() {
@@ -339,51 +196,18 @@ void MainWindow::RefreshActive() {
   Changed("refreshed");
 }
 
-void MainWindow::MoveInRing(int step) {
-  const int count = tabs_->count();
-  if (count < 2) return;
-  tabs_->setCurrentIndex((tabs_->currentIndex() + step + count) % count);
-}
-
-void MainWindow::ChartActivated() {
-  if (ActiveChart() == nullptr) return;
-  ActiveChart()->setFocus();
-  Changed("activated");
-}
-
 void MainWindow::SetOptions(const ChartOptions& options) {
   const bool other_theme = options.theme != options_.theme;
   options_ = options;
   settings_.SetOptions(options);
-  for (int i = 0; i < tabs_->count(); ++i) Chart(i)->SetOptions(options);
+  for (ChartPane* const chart : area_->Charts()) chart->SetOptions(options);
   if (other_theme) ApplyTheme();
-  ShowOptions();
-}
-
-void MainWindow::ShowOptions() {
-  for (const auto& show : option_views_) show();
-}
-
-void MainWindow::ApplyColours() {
-  StyleTabs();
-  for (int i = 0; i < tabs_->count(); ++i) Chart(i)->ApplyColours();
-}
-
-// The active tab has the colour of the chart below it and a line in the highlight colour.
-void MainWindow::StyleTabs() {
-  const Palette& colours = Palette::Following(palette());
-  tabs_->setStyleSheet(
-      QStringLiteral("QTabBar::tab { padding: 6px 12px; border: 0; border-top: 2px solid "
-                     "transparent; color: %1; }"
-                     "QTabBar::tab:selected { background: %2; color: %3; border-top-color: %4; }"
-                     "QTabBar::tab:hover:!selected { color: %3; }")
-          .arg(colours.muted.name(), colours.field.name(), colours.text.name(),
-               palette().color(QPalette::Highlight).name()));
+  view_menu_->ShowOptions(options_);
 }
 
 void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) ApplyColours();
+  if (event->type() == QEvent::PaletteChange) area_->ApplyColours();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -393,15 +217,15 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::Changed(const char* event) {
-  for (int i = 0; i < tabs_->count(); ++i) tabs_->setTabText(i, Chart(i)->Title());
+  area_->ShowTitles();
   const ChartPane* const chart = ActiveChart();
-  interval_menu_->menuAction()->setEnabled(chart != nullptr);
-  centre_->setCurrentIndex(chart == nullptr ? 0 : 1);
+  const ChartDocument* const document = chart == nullptr ? nullptr : &chart->Document();
+  view_menu_->ShowChart(document);
   const QString title = ToQt(kChartTitle);
   setWindowTitle(chart == nullptr ? title : title + QStringLiteral(" - ") + chart->Title());
   if (!report_) return;
-  const HostState host = {tabs_->count(), tabs_->currentIndex(), FromQt(windowTitle())};
-  report_(StateLine(event, host, chart == nullptr ? nullptr : &chart->Document()));
+  const HostState host = {area_->Count(), area_->ActiveIndex(), FromQt(windowTitle())};
+  report_(StateLine(event, host, document));
 }
 
 }  // namespace velumar

@@ -12,19 +12,17 @@
 #include "charthost/view_window.h"
 #include "platform/chart_link.h"
 
-class QActionGroup;
-class QLabel;
 class QMenu;
-class QStackedWidget;
-class QTabWidget;
 
 namespace velumar {
 
+class ChartArea;
 class ChartPane;
 class IndicatorsDialog;
 class OpenDialog;
+class ViewMenu;
 
-// The main window: a tab for each open chart, the menus, the file dialog.
+// The main window: the open charts, the menus, the file dialog.
 class MainWindow : public QMainWindow {
   Q_OBJECT
 
@@ -70,38 +68,17 @@ class MainWindow : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void BuildCentre();
-  void BuildFileMenu();
-  void BuildViewMenu();
-  // Entries of which one is checked.
-  template <typename T>
-  void AddChoice(QMenu& menu, T ChartOptions::*option,
-                 std::initializer_list<std::pair<QString, T>> entries);
-  void AddToggles();
-  void BuildIndicatorsDialog();
-  // The intervals that the chart in front can show.
-  void FillIntervalMenu();
-  void AddWindowActions();
-  void HideMenus();
-  QMenu* AddMenu(const QString& title);
-  void AddToggle(const std::function<QString()>& text,
-                 const std::function<bool&(ChartOptions&)>& option);
+  void BuildDialogs();
+  void BuildMenus();
 
   void OpenFile();
   void OpenChart(const SeriesRequest& request);
   void AddChart(const SeriesRequest& request);
-  void CloseChart(int index);
-  void RemoveChart(int index);
+  void CloseChart(ChartPane* chart);
   void RefreshActive();
-  void MoveInRing(int step);
-  void ChartActivated();
   void SetOptions(const ChartOptions& options);
-  void ShowOptions();
   void ApplyTheme();
-  void ApplyColours();
-  void StyleTabs();
-  ChartPane* Chart(int index) const;
-  // Updates the titles of tabs and window after a change, and reports it.
+  // Updates titles and menus after a change, and reports it.
   void Changed(const char* event);
 
   const SeriesSource& source_;
@@ -110,16 +87,11 @@ class MainWindow : public QMainWindow {
   ChartOptions options_;
   std::vector<std::string> problems_;  // of the saved indicators, at the start
   std::optional<bool> velumar_dark_;
-  QLabel* hint_;
-  QStackedWidget* centre_;
-  QTabWidget* tabs_;
+  ChartArea* area_;
   OpenDialog* dialog_;
   IndicatorsDialog* indicators_dialog_;
   QMenu* file_menu_;
-  QMenu* view_menu_;
-  QMenu* interval_menu_;
-  QActionGroup* interval_group_;
-  std::vector<std::function<void()>> option_views_;  // update the check marks of the menus
+  ViewMenu* view_menu_;
 };
 
 }  // namespace velumar

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QStackedWidget>
+#include <vector>
+
+class QGridLayout;
+class QLabel;
+class QTabBar;
+
+namespace velumar {
+
+class ChartPane;
+
+// The open charts below a bar with a tab for each, or a hint while there is none. The active one is
+// in front and has the keys.
+class ChartArea : public QStackedWidget {
+  Q_OBJECT
+
+ public:
+  explicit ChartArea(QWidget* parent);
+
+  int Count() const { return static_cast<int>(charts_.size()); }
+  // In the order of the tabs.
+  const std::vector<ChartPane*>& Charts() const { return charts_; }
+  // nullptr without charts.
+  ChartPane* Active() const;
+  // -1 without charts.
+  int ActiveIndex() const;
+
+  // Takes the chart over and activates it; neither this nor Remove reports it.
+  void Add(ChartPane* chart);
+  void Remove(ChartPane* chart);
+  void Activate(ChartPane* chart);
+  // The chart that many tabs to the right, in a ring.
+  void MoveInRing(int step);
+
+  // How to open a chart; or for a while that this one is about to open.
+  void ShowHint();
+  void ShowOpening(const QString& symbol);
+  // Call after titles or colours have changed.
+  void ShowTitles();
+  void ApplyColours();
+
+ signals:
+  // The trader has made another chart the active one.
+  void Activated();
+  void CloseRequested(velumar::ChartPane* chart);
+
+ private:
+  void Arrange();
+
+  QLabel* hint_;
+  QTabBar* tabs_;
+  QGridLayout* grid_;
+  std::vector<ChartPane*> charts_;
+};
+
+}  // namespace velumar

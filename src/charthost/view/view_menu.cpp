@@ -1,0 +1,102 @@
+#include "charthost/view/view_menu.h"
+
+#include <QActionGroup>
+#include <utility>
+
+#include "charts/qt_text.h"
+
+namespace velumar {
+
+ViewMenu::ViewMenu(const QString& title, QWidget* parent) : QMenu(title, parent) {
+  addAction(tr("&Refresh"), QKeySequence(Qt::Key_F5), this, &ViewMenu::RefreshChosen);
+  addSeparator();
+  AddChoice(*this, &ChartOptions::style,
+            {{tr("&Candles"), ChartStyle::kCandles},
+             {tr("&Bars"), ChartStyle::kBars},
+             {tr("&Line"), ChartStyle::kLine}});
+  addSeparator();
+  intervals_ = addMenu(tr("Int&erval"));
+  interval_group_ = new QActionGroup(this);
+  connect(intervals_, &QMenu::aboutToShow, this, &ViewMenu::FillIntervals);
+  addSeparator();
+  AddToggle(tr("&Volume"), &ChartOptions::volume);
+  AddToggle(tr("Lo&g scale"), &ChartOptions::logarithmic);
+  AddToggle(tr("Or&ders and positions"), &ChartOptions::positions);
+  addAction(tr("Indic&ators..."), QKeySequence(Qt::CTRL | Qt::Key_I), this,
+            &ViewMenu::IndicatorsChosen);
+  addSeparator();
+  AddMoves();
+  addSeparator();
+  AddChoice(*addMenu(tr("&Theme")), &ChartOptions::theme,
+            {{tr("&System"), ChartTheme::kSystem},
+             {tr("&Light"), ChartTheme::kLight},
+             {tr("&Dark"), ChartTheme::kDark}});
+}
+
+template <typename T>
+void ViewMenu::AddChoice(QMenu& menu, T ChartOptions::*option,
+                         std::initializer_list<std::pair<QString, T>> entries) {
+  auto* const group = new QActionGroup(this);
+  for (const auto& [text, value] : entries) {
+    QAction* const action = menu.addAction(text, this, [this, option, value = value] {
+      ChartOptions options = options_;
+      options.*option = value;
+      emit OptionsChosen(options);
+    });
+    action->setCheckable(true);
+    group->addAction(action);
+    check_marks_.emplace_back(
+        [this, action, option, value = value] { action->setChecked(options_.*option == value); });
+  }
+}
+
+void ViewMenu::AddToggle(const QString& text, bool ChartOptions::*option) {
+  QAction* const action = addAction(text, this, [this, option] {
+    ChartOptions options = options_;
+    options.*option = !(options.*option);
+    emit OptionsChosen(options);
+  });
+  action->setCheckable(true);
+  check_marks_.emplace_back([this, action, option] { action->setChecked(options_.*option); });
+}
+
+// ChartPlot handles the keys named in these entries.
+void ViewMenu::AddMoves() {
+  const std::initializer_list<std::pair<QString, WindowMove>> entries = {
+      {tr("Zoom &in\t+"), [](ViewWindow& window) { window.Zoom(0.8); }},
+      {tr("Zoom o&ut\t-"), [](ViewWindow& window) { window.Zoom(1.25); }},
+      {tr("&Whole series"), [](ViewWindow& window) { window.ShowAll(); }},
+      {tr("&Newest bar\tEnd"), [](ViewWindow& window) { window.ShowNewest(); }}};
+  for (const auto& [text, move] : entries) {
+    addAction(text, this, [this, move = move] { emit MoveChosen(move); });
+  }
+}
+
+// ChartPlot handles the keys 1 to 9.
+void ViewMenu::FillIntervals() {
+  intervals_->clear();
+  if (chart_ == nullptr) return;
+  int number = 0;
+  for (const Frame frame : FramesOf(chart_->Interval())) {
+    ++number;
+    QString text = ToQt(FrameTitle(frame, chart_->Interval()));
+    if (number <= 9) text += QStringLiteral("\t%1").arg(number);
+    QAction* const action =
+        intervals_->addAction(text, this, [this, frame] { emit FrameChosen(frame); });
+    action->setCheckable(true);
+    interval_group_->addAction(action);
+    action->setChecked(frame == chart_->ShownFrame());
+  }
+}
+
+void ViewMenu::ShowOptions(const ChartOptions& options) {
+  options_ = options;
+  for (const auto& show : check_marks_) show();
+}
+
+void ViewMenu::ShowChart(const ChartDocument* chart) {
+  chart_ = chart;
+  intervals_->menuAction()->setEnabled(chart != nullptr);
+}
+
+}  // namespace velumar
