@@ -1,12 +1,10 @@
 #include "charthost/view/open_dialog.h"
 
 #include <QComboBox>
-#include <QCompleter>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QEvent>
 #include <QFileDialog>
-#include <QFileSystemModel>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -16,6 +14,7 @@
 #include <set>
 
 #include "charthost/bar_text.h"
+#include "charthost/view/folder_completer.h"
 #include "charthost/view/security_table.h"
 #include "charts/palette.h"
 #include "charts/qt_text.h"
@@ -30,54 +29,11 @@ namespace {
 constexpr int kFocusCheckMilliseconds = 40;
 constexpr int kMaxFocusChecks = 30;
 constexpr int kMeasuredRows = 200;
-constexpr int kTypingPauseMilliseconds = 300;
 
 QLabel* LabelFor(QWidget* field, const QString& text, QWidget* parent) {
   auto* const label = new QLabel(text, parent);
   label->setBuddy(field);
   return label;
-}
-
-// Completes inside the line: a list would be a window, and keys that a program types blind would go
-// to it. Completion also waits for a pause in typing, so that reading folders never slows down
-// keys.
-void CompleteFolders(QLineEdit& line) {
-  auto* const pause = new QTimer(&line);
-  pause->setSingleShot(true);
-  pause->setInterval(kTypingPauseMilliseconds);
-  auto* const folders = new QFileSystemModel(&line);
-  folders->setOption(QFileSystemModel::DontWatchForChanges);
-  folders->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
-  folders->setFilter(QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot);
-  auto* const completer = new QCompleter(folders, &line);
-  const auto complete = [&line, completer] {
-    const QString typed = QDir::toNativeSeparators(line.text());
-    if (!line.hasFocus() || line.cursorPosition() != typed.size()) return;
-    completer->setCompletionPrefix(typed);
-    const QString whole = completer->currentCompletion();
-    if (!whole.startsWith(typed, Qt::CaseInsensitive) || whole.size() <= typed.size()) return;
-    line.setText(typed + whole.mid(typed.size()));
-    line.setSelection(static_cast<int>(whole.size()),
-                      static_cast<int>(typed.size() - whole.size()));
-  };
-  QObject::connect(&line, &QLineEdit::textEdited, pause,
-                   [pause, last = QString()](const QString& text) mutable {
-                     const bool longer = text.size() > last.size();
-                     last = text;
-                     if (longer && QDir::isAbsolutePath(text)) {
-                       pause->start();
-                     } else {
-                       pause->stop();
-                     }
-                   });
-  QObject::connect(pause, &QTimer::timeout, folders, [&line, folders, complete] {
-    folders->setRootPath(QFileInfo(line.text()).path());
-    complete();
-  });
-  QObject::connect(folders, &QFileSystemModel::directoryLoaded, &line,
-                   [&line, pause, complete](const QString& loaded) {
-                     if (!pause->isActive() && loaded == QFileInfo(line.text()).path()) complete();
-                   });
 }
 
 // Enter is for the folder that was typed, or for the completed one if there is no such folder.
@@ -135,7 +91,7 @@ void OpenDialog::BuildWidgets() {
   message_->setMinimumHeight(2 * fontMetrics().height() + 4);
   browse_ = new QPushButton(tr("&Browse..."), this);
   folder_line_ = new QLineEdit(this);
-  CompleteFolders(*folder_line_);
+  new FolderCompleter(*folder_line_);
   folder_line_->installEventFilter(this);
 
   auto* const buttons = new QDialogButtonBox(this);
