@@ -54,4 +54,23 @@ std::optional<int> BarOfStored(const BarSeries& series, int stored) {
   return static_cast<int>(after - series.starts.begin()) - 1;
 }
 
+BarMoment MomentOf(const BarSeries& series, int bar) {
+  BarMoment moment = {series.dates[bar], std::nullopt};
+  if (series.has_times) moment.time = series.times[bar];
+  return moment;
+}
+
+std::optional<int> BarAtMoment(const BarSeries& series, const BarMoment& moment) {
+  const auto first = series.dates.begin();
+  const auto [from, to] = std::ranges::equal_range(series.dates, moment.date);
+  auto after = to - first;
+  if (series.has_times) {
+    const auto times = series.times.begin() + (from - first);
+    if (!moment.time && from != to) return static_cast<int>(from - first);
+    after = std::upper_bound(times, times + (to - from), moment.time.value_or(0)) -
+            series.times.begin();
+  }
+  return after > 0 ? std::optional(static_cast<int>(after) - 1) : std::nullopt;
+}
+
 }  // namespace velumar

@@ -29,4 +29,18 @@ void DescribeSeries(BarSeries& series);
 // The bar that holds this stored bar; nothing if the series does not reach it.
 std::optional<int> BarOfStored(const BarSeries& series, int stored);
 
+// The date of a bar, and its time if the series has times.
+struct BarMoment {
+  std::int32_t date = 0;
+  std::optional<std::int32_t> time;
+
+  bool operator==(const BarMoment&) const = default;
+};
+
+BarMoment MomentOf(const BarSeries& series, int bar);
+
+// The bar of any series at that moment: the one whose dates and times include it, or the last one
+// before it. A date without a time is the first bar of that day. Nothing before the first bar.
+std::optional<int> BarAtMoment(const BarSeries& series, const BarMoment& moment);
+
 }  // namespace velumar
