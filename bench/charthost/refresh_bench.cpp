@@ -33,7 +33,8 @@ class LongChart {
  public:
   explicit LongChart(const ChartOptions& options) {
     Store(kMostBars);
-    pane_.emplace(source_, SeriesRequest{folder_, "LONG", std::nullopt}, options, nullptr);
+    pane_.emplace(source_, SeriesRequest{folder_, "LONG", std::nullopt}, std::map<int, Frame>(),
+                  options, nullptr);
     pane_->resize(1600, 900);
     pane_->show();
     QApplication::processEvents();

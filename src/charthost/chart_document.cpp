@@ -100,6 +100,12 @@ Frame ChartDocument::ShownFrame() const {
   return std::ranges::find(frames, wanted->second) == frames.end() ? Frame() : wanted->second;
 }
 
+std::map<int, Frame> ChartDocument::Frames() const {
+  std::map<int, Frame> frames = frames_;
+  frames[security_.interval] = ShownFrame();
+  return frames;
+}
+
 const std::string& ChartDocument::Symbol() const {
   return shown_file_ ? security_.symbol : request_.symbol;
 }

@@ -32,6 +32,8 @@ class ChartDocument {
   // Shows the series in another frame from now on, and reads it again.
   void ShowFrame(Frame frame);
   Frame ShownFrame() const;
+  // The frames to show, by interval, with that of the interval shown now.
+  std::map<int, Frame> Frames() const;
 
   // True if this is the chart that the request asks for.
   bool Shows(const SeriesRequest& request) const;
@@ -39,6 +41,7 @@ class ChartDocument {
   ChartModel& Model() { return model_; }
   const ChartModel& Model() const { return model_; }
   const std::string& Symbol() const;
+  const SeriesRequest& Request() const { return request_; }
   const std::string& Name() const { return security_.name; }
   const std::string& Folder() const { return request_.folder; }
   int Interval() const { return security_.interval; }

@@ -95,12 +95,17 @@ void BarPlot::BoundRange(const QCPRange& wanted, const QCPRange& before) {
 }
 
 void BarPlot::ShowCross(QPointF centre, const QRect& area) {
-  const QPointF pixel(std::round(centre.x()), std::round(centre.y()));
-  cross_[0]->start->setCoords(area.left(), pixel.y());
-  cross_[0]->end->setCoords(area.right(), pixel.y());
-  cross_[1]->start->setCoords(pixel.x(), area.top());
-  cross_[1]->end->setCoords(pixel.x(), area.bottom());
-  for (QCPItemLine* const line : cross_) line->setVisible(true);
+  const double y = std::round(centre.y());
+  cross_[0]->start->setCoords(area.left(), y);
+  cross_[0]->end->setCoords(area.right(), y);
+  cross_[0]->setVisible(true);
+  ShowUpright(centre.x(), area);
+}
+
+void BarPlot::ShowUpright(double x, const QRect& area) {
+  cross_[1]->start->setCoords(std::round(x), area.top());
+  cross_[1]->end->setCoords(std::round(x), area.bottom());
+  cross_[1]->setVisible(true);
 }
 
 void BarPlot::HidePointer() {
@@ -110,7 +115,11 @@ void BarPlot::HidePointer() {
 
 void BarPlot::PlacePointer() {
   HidePointer();
-  if (pointer_) ShowPointer(*pointer_);
+  if (pointer_) {
+    ShowPointer(*pointer_);
+  } else {
+    ShowNoPointer();
+  }
 }
 
 void BarPlot::MovePointer(std::optional<QPointF> pixel) {

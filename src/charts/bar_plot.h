@@ -38,11 +38,15 @@ class BarPlot : public QCustomPlot {
   // Lines through `centre` across `area`. The cross and the texts made by AddPointerText have a
   // paint buffer of their own: MovePointer repaints nothing else.
   void ShowCross(QPointF centre, const QRect& area);
+  // The upright one of the two lines.
+  void ShowUpright(double x, const QRect& area);
   void HidePointer();
   QCPItemText* AddPointerText();
   const QString& PointerLayer() const { return pointer_layer_; }
   // Draws the cross for a pointer at that pixel.
   virtual void ShowPointer(QPointF pixel) = 0;
+  // Draws what there is to draw while there is no pointer.
+  virtual void ShowNoPointer() {}
   // Call after the plot has changed: the pointer may be at another bar now.
   void PlacePointer();
   // The pointer is at that pixel now, or has left the plot if there is none.

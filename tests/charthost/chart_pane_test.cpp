@@ -15,7 +15,7 @@ struct ChartPaneTest : testing::Test {
   std::unique_ptr<ChartPane> Open(const std::string& symbol) {
     auto pane = std::make_unique<ChartPane>(program_.source,
                                             SeriesRequest{program_.folder, symbol, std::nullopt},
-                                            ChartOptions(), nullptr);
+                                            std::map<int, Frame>(), ChartOptions(), nullptr);
     pane->resize(900, 600);
     pane->show();
     pane->Plot().replot();

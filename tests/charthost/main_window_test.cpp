@@ -1,11 +1,14 @@
 #include "charthost/view/main_window.h"
 
+#include <gmock/gmock.h>
+
 #include <QTest>
 #include <QtWidgets>
 #include <algorithm>
 
 #include "charthost/chart_windows.h"
 #include "charthost/view/chart_pane.h"
+#include "charthost/view/chart_plot.h"
 #include "charthost/view/open_dialog.h"
 
 namespace velumar {
@@ -162,6 +165,82 @@ TEST_P(MainWindowTest, ChangesTheIntervalOfTheChartInFront) {
   Key(Qt::Key_2);
   EXPECT_TRUE(program_.window->windowTitle().endsWith(QStringLiteral("ADVANC, Daily")))
       << "a digit that was typed too late for the dialog";
+}
+
+// Two frames next to each other; the keys of a run refresh both, and the next run opens both.
+TEST_P(MainWindowTest, TilesChartsAndOpensTheLayoutWithTheNextRun) {
+  const auto tile = [this](const QString& entry) {
+    for (QAction* const action : program_.window->findChildren<QAction*>()) {
+      if (action->text() == entry) action->trigger();
+    }
+  };
+  const auto bars = [this] {
+    std::vector<int> shown;
+    for (const ChartPane* const chart : program_.window->findChildren<ChartPane*>()) {
+      if (chart->isVisible()) shown.push_back(chart->Document().Model().Series().size());
+    }
+    return shown;
+  };
+  OpenBlind(program_.folder, "SCB");
+  tile(QStringLiteral("2 &side by side"));
+  EXPECT_EQ(program_.Last()["charts"], 2);
+  Key(Qt::Key_2);
+  QTest::qWait(2600);  // a digit right after a chart was opened may be for the dialog
+  Key(Qt::Key_2);
+  EXPECT_EQ(program_.Last()["event"], "interval");
+  EXPECT_THAT(bars(), testing::UnorderedElementsAre(300, program_.Last()["chart"]["bars"]));
+
+  StoreSecurity(program_.folder, {"SCB", "Bank", -1}, DailyBars(301), program_.cache);
+  Chord(Qt::Key_V, Qt::Key_R);
+  EXPECT_THAT(bars(), testing::Contains(301)) << "the chart that isn't active";
+  Key(Qt::Key_Tab, Qt::ControlModifier);
+  EXPECT_EQ(program_.Last()["active"], 0);
+  EXPECT_EQ(bars().size(), 2U);
+
+  for (const bool directly : {true, false}) {
+    Chord(Qt::Key_F, Qt::Key_E);
+    EXPECT_EQ(program_.Last()["charts"], 0);
+    if (directly) {
+      program_.window->OpenDirectly({program_.folder, "SCB", -1});
+    } else {
+      OpenBlind(program_.folder, "SCB");
+    }
+    EXPECT_EQ(program_.Last()["charts"], 2);
+    EXPECT_EQ(program_.Last()["active"], 0);
+    EXPECT_EQ(program_.Last()["chart"]["bars"], 301);
+    EXPECT_THAT(bars(), testing::SizeIs(2));
+  }
+  tile(QStringLiteral("&One at a time"));
+  EXPECT_THAT(bars(), testing::ElementsAre(301));
+}
+
+TEST_P(MainWindowTest, MovesOneCrosshairThroughAllFrames) {
+  const auto open = [this](Frame frame) {
+    program_.window->OpenDirectly({program_.folder, "SCB", 5});
+    program_.window->ActiveChart()->ShowFrame(frame);
+  };
+  open({});
+  for (QAction* const action : program_.window->findChildren<QAction*>()) {
+    if (action->text() == QStringLiteral("2 s&tacked")) action->trigger();
+  }
+  ChartPane* const hours = program_.window->ActiveChart();
+  hours->ShowFrame({Frame::Unit::kMinutes, 60});
+  program_.window->Act(HostAction::kNextChart);
+  ChartPane* const minutes = program_.window->ActiveChart();
+  ASSERT_NE(minutes, hours);
+  int followed = -1;
+  QObject::connect(&hours->Plot(), &ChartPlot::BarHovered, [&](int bar) { followed = bar; });
+  for (ChartPane* const chart : {minutes, hours}) chart->Plot().replot();
+  const QCPAxis& places = *minutes->Plot().Prices().axis(QCPAxis::atBottom);
+  for (const int bar : {3, 40, 59}) {
+    QTest::mouseMove(&minutes->Plot(), {static_cast<int>(places.coordToPixel(bar)), 60});
+    const auto& starts = hours->Document().Model().Series().starts;
+    ASSERT_GE(followed, 0);
+    EXPECT_EQ(followed, std::ranges::upper_bound(starts, bar) - starts.begin() - 1);
+  }
+  QEvent leave(QEvent::Leave);
+  QCoreApplication::sendEvent(&minutes->Plot(), &leave);
+  EXPECT_EQ(followed, -1);
 }
 
 TEST_P(MainWindowTest, RemembersTheLookAndTheFolder) {

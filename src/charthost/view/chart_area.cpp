@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QScopedValueRollback>
 #include <QTabBar>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -9,6 +10,7 @@
 #include <chrono>
 
 #include "charthost/view/chart_pane.h"
+#include "charthost/view/chart_plot.h"
 #include "charts/palette.h"
 
 namespace velumar {
@@ -45,6 +47,7 @@ ChartArea::ChartArea(QWidget* parent) : QStackedWidget(parent) {
   connect(tabs_, &QTabBar::tabMoved, this, [this](int from, int to) {
     std::swap(charts_[static_cast<std::size_t>(from)], charts_[static_cast<std::size_t>(to)]);
     Arrange();
+    emit Moved();
   });
 }
 
@@ -56,7 +59,14 @@ ChartPane* ChartArea::Active() const {
 
 void ChartArea::Add(ChartPane* chart) {
   const QSignalBlocker blocker(tabs_);
-  chart->setParent(this);
+  connect(&chart->Plot(), &ChartPlot::FocusGained, this, [this, chart] {
+    if (!arranging_) Activate(chart);
+  });
+  connect(&chart->Plot(), &ChartPlot::PointerMoved, this, [this, chart](const auto& moment) {
+    for (ChartPane* const other : charts_) {
+      if (other != chart) other->Plot().FollowPointer(moment);
+    }
+  });
   charts_.push_back(chart);
   tabs_->setCurrentIndex(tabs_->addTab(chart->Title()));
   Arrange();
@@ -64,6 +74,7 @@ void ChartArea::Add(ChartPane* chart) {
 
 void ChartArea::Remove(ChartPane* chart) {
   const QSignalBlocker blocker(tabs_);
+  const QScopedValueRollback<bool> arranging(arranging_, true);
   const auto found = std::ranges::find(charts_, chart);
   const auto index = static_cast<int>(found - charts_.begin());
   charts_.erase(found);
@@ -83,17 +94,50 @@ void ChartArea::MoveInRing(int step) {
   tabs_->setCurrentIndex((ActiveIndex() + step + Count()) % Count());
 }
 
+void ChartArea::SetTiling(Tiling tiling) {
+  tiling_ = tiling;
+  Arrange();
+}
+
+std::optional<int> ChartArea::TileOf(const ChartPane* chart) const {
+  const int tiles = TileCount(tiling_);
+  const auto index = static_cast<int>(std::ranges::find(charts_, chart) - charts_.begin());
+  if (index / tiles != ActiveIndex() / tiles) return std::nullopt;
+  return index % tiles;
+}
+
+// The third of three charts has the whole lower half.
+void ChartArea::PlaceTile(ChartPane* chart, int tile, int count) {
+  const int columns = tiling_ == Tiling::kStacked ? 1 : 2;
+  const int row = tile / columns;
+  const bool alone = tile % columns == 0 && tile + 1 == count;
+  grid_->addWidget(chart, row, tile % columns, 1, alone ? columns : 1);
+  grid_->setRowStretch(row, 1);
+  grid_->setColumnStretch(tile % columns, 1);
+  chart->ShowAsTile(count > 1, chart == Active());
+  chart->show();
+}
+
 void ChartArea::Arrange() {
+  const QScopedValueRollback<bool> arranging(arranging_, true);
   setCurrentIndex(charts_.empty() ? 0 : 1);
+  std::vector<ChartPane*> shown;
   for (ChartPane* const chart : charts_) {
-    if (chart == Active()) continue;
     grid_->removeWidget(chart);
-    chart->hide();
+    if (TileOf(chart)) {
+      shown.push_back(chart);
+    } else {
+      chart->hide();
+    }
   }
-  if (Active() == nullptr) return;
-  grid_->addWidget(Active(), 0, 0);
-  Active()->show();
-  Active()->setFocus();
+  for (int i = 0; i < 2; ++i) {
+    grid_->setRowStretch(i, 0);
+    grid_->setColumnStretch(i, 0);
+  }
+  for (std::size_t i = 0; i < shown.size(); ++i) {
+    PlaceTile(shown[i], static_cast<int>(i), static_cast<int>(shown.size()));
+  }
+  if (Active() != nullptr) Active()->setFocus();
 }
 
 void ChartArea::ShowHint() {

@@ -3,6 +3,8 @@
 #include <QStackedWidget>
 #include <vector>
 
+#include "charthost/chart_layout.h"
+
 class QGridLayout;
 class QLabel;
 class QTabBar;
@@ -11,8 +13,9 @@ namespace velumar {
 
 class ChartPane;
 
-// The open charts below a bar with a tab for each, or a hint while there is none. The active one is
-// in front and has the keys.
+// The open charts below a bar with a tab for each, or a hint while there is none. The active one
+// has the keys. It is alone on the screen, or with as many of its neighbours as the tiling shows;
+// the crosshair moves through all of these by time.
 class ChartArea : public QStackedWidget {
   Q_OBJECT
 
@@ -34,6 +37,9 @@ class ChartArea : public QStackedWidget {
   // The chart that many tabs to the right, in a ring.
   void MoveInRing(int step);
 
+  Tiling ShownTiling() const { return tiling_; }
+  void SetTiling(Tiling tiling);
+
   // How to open a chart; or for a while that this one is about to open.
   void ShowHint();
   void ShowOpening(const QString& symbol);
@@ -44,15 +50,22 @@ class ChartArea : public QStackedWidget {
  signals:
   // The trader has made another chart the active one.
   void Activated();
+  // The trader has dragged a tab to another place.
+  void Moved();
   void CloseRequested(velumar::ChartPane* chart);
 
  private:
   void Arrange();
+  // Whether the chart is on the screen, and at which place of the tiling.
+  std::optional<int> TileOf(const ChartPane* chart) const;
+  void PlaceTile(ChartPane* chart, int tile, int count);
 
   QLabel* hint_;
   QTabBar* tabs_;
   QGridLayout* grid_;
   std::vector<ChartPane*> charts_;
+  Tiling tiling_ = Tiling::kTabs;
+  bool arranging_ = false;  // the focus moves without the trader
 };
 
 }  // namespace velumar

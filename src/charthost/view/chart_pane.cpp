@@ -1,6 +1,7 @@
 #include "charthost/view/chart_pane.h"
 
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <utility>
@@ -43,9 +44,9 @@ void SetTextColour(QWidget* widget, const QColor& text, const QColor& background
 
 }  // namespace
 
-ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, const ChartOptions& options,
-                     QWidget* parent)
-    : QWidget(parent), document_(source, std::move(request), options.frames) {
+ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, std::map<int, Frame> frames,
+                     const ChartOptions& options, QWidget* parent)
+    : QWidget(parent), document_(source, std::move(request), std::move(frames)) {
   document_.Model().SetOptions(options);
   readout_ = new ReadoutBar(this);
   error_ = new QLabel(this);
@@ -79,9 +80,9 @@ ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, const Ch
   });
   connect(plot_, &ChartPlot::HeightsChanged, this, &ChartPane::OptionsChanged);
   connect(plot_, &ChartPlot::NumberPressed, this, [this](int number) {
-    const std::vector<Frame> frames = FramesOf(document_.Interval());
+    const std::vector<Frame> choices = FramesOf(document_.Interval());
     const auto index = static_cast<std::size_t>(number) - 1;
-    if (index < frames.size()) ShowFrame(frames[index]);
+    if (index < choices.size()) ShowFrame(choices[index]);
   });
   ApplyColours();
 }
@@ -199,6 +200,19 @@ void ChartPane::PlaceNewest() {
 }
 
 void ChartPane::PlaceNotice() { notice_->setGeometry(plot_->rect().adjusted(20, 0, -60, 0)); }
+
+void ChartPane::ShowAsTile(bool tiled, bool active) {
+  constexpr int kLineWidth = 2;
+  const int margin = tiled ? kLineWidth : 0;
+  layout()->setContentsMargins(margin, margin, margin, margin);
+  active_tile_ = tiled && active;
+  update();
+}
+
+void ChartPane::paintEvent(QPaintEvent*) {
+  const Palette& colours = Palette::Following(palette());
+  QPainter(this).fillRect(rect(), active_tile_ ? colours.accent : colours.groove);
+}
 
 void ChartPane::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);

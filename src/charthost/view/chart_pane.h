@@ -21,8 +21,9 @@ class ChartPane : public QWidget {
   Q_OBJECT
 
  public:
-  ChartPane(const SeriesSource& source, SeriesRequest request, const ChartOptions& options,
-            QWidget* parent);
+  // `frames` are the frames to show, by interval of the series.
+  ChartPane(const SeriesSource& source, SeriesRequest request, std::map<int, Frame> frames,
+            const ChartOptions& options, QWidget* parent);
 
   void Refresh();
   // The same; if the chart is in front, it is drawn at the return.
@@ -42,6 +43,8 @@ class ChartPane : public QWidget {
   // Call after Window was moved from outside.
   void WindowMoved();
   ChartPlot& Plot() { return *plot_; }
+  // Among other charts on the screen the active one has a line around it.
+  void ShowAsTile(bool tiled, bool active);
 
  signals:
   // The trader has changed the options in the chart itself.
@@ -49,6 +52,7 @@ class ChartPane : public QWidget {
   void FrameChanged();
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
@@ -66,6 +70,7 @@ class ChartPane : public QWidget {
   QLabel* notice_;
   QPushButton* newest_;
   bool expects_refreshes_ = false;
+  bool active_tile_ = false;
   int hovered_bar_ = -1;
   QString shown_title_;  // whose readout widths are kept
 };

@@ -118,7 +118,7 @@ QCPRange ChartPlot::Bounded(const QCPRange& wanted) const {
   return {window.First(), window.Last()};
 }
 
-// The bar under the pointer, or the newest one; -1 without bars.
+// The bar under the crosshair, or the newest one; -1 without bars.
 int ChartPlot::ShownBar() const {
   const int newest = model_.Series().size() - 1;
   return hovered_bar_ && *hovered_bar_ <= newest ? *hovered_bar_ : newest;
@@ -140,6 +140,7 @@ void ChartPlot::Hover(std::optional<int> bar) {
 void ChartPlot::ShowPointer(QPointF pixel) {
   const std::optional<int> bar = BarAt(pixel);
   Hover(bar);
+  emit PointerMoved(bar ? std::optional(MomentOf(model_.Series(), *bar)) : std::nullopt);
   if (!bar || selectionRect()->isActive()) return;
   const QRect area = panes_->Area();
   const double x = BarAxis().coordToPixel(*bar);
@@ -149,9 +150,25 @@ void ChartPlot::ShowPointer(QPointF pixel) {
   tags_->ShowDate(ToQt(MomentText(model_.Series(), *bar)), x, area);
 }
 
+void ChartPlot::ShowNoPointer() {
+  std::optional<int> bar;
+  if (followed_) bar = BarAtMoment(model_.Series(), *followed_);
+  Hover(bar);
+  if (!bar || !BarAxis().range().contains(*bar)) return;
+  const double x = BarAxis().coordToPixel(*bar);
+  ShowUpright(x, panes_->Area());
+  tags_->ShowDate(ToQt(MomentText(model_.Series(), *bar)), x, panes_->Area());
+}
+
 void ChartPlot::MovePointer(std::optional<QPointF> pixel) {
-  if (!pixel) Hover(std::nullopt);
+  if (!pixel) emit PointerMoved(std::nullopt);
   BarPlot::MovePointer(pixel);
+}
+
+void ChartPlot::FollowPointer(const std::optional<BarMoment>& moment) {
+  if (std::exchange(followed_, moment) == moment || !isVisible()) return;
+  PlacePointer();
+  layer(PointerLayer())->replot();
 }
 
 void ChartPlot::ZoomToMarked(const QRect& marked) {
@@ -207,6 +224,11 @@ void ChartPlot::mouseDoubleClickEvent(QMouseEvent* event) {
   if (Taker([event](PlotTool& tool) { return tool.DoubleClick(*event); }) != nullptr) return;
   model_.Window().Reset(model_.Series().size());
   ModelChanged();
+}
+
+void ChartPlot::focusInEvent(QFocusEvent* event) {
+  BarPlot::focusInEvent(event);
+  emit FocusGained();
 }
 
 void ChartPlot::keyPressEvent(QKeyEvent* event) {

@@ -28,12 +28,18 @@ class ChartPlot : public BarPlot {
   // Events go to the tools added first.
   void AddTool(std::unique_ptr<PlotTool> tool);
   QCPAxisRect& Prices() const;
+  // Shows the crosshair at that moment for as long as the pointer is on another chart.
+  void FollowPointer(const std::optional<BarMoment>& moment);
   // Call after the model has changed. A hidden plot is drawn when it is shown.
   void ModelChanged(RefreshPriority when = rpQueuedReplot);
 
  signals:
-  // The bar under the pointer; -1: none.
+  // The bar under the crosshair; -1: none.
   void BarHovered(int bar);
+  // The pointer is at a bar of that moment; nothing: at none.
+  void PointerMoved(const std::optional<velumar::BarMoment>& moment);
+  // The keys go to this chart now.
+  void FocusGained();
   // One of the keys 1 to 9.
   void NumberPressed(int number);
   // The trader has changed heights of panes.
@@ -42,12 +48,14 @@ class ChartPlot : public BarPlot {
  protected:
   QCPRange Bounded(const QCPRange& wanted) const override;
   void ShowPointer(QPointF pixel) override;
+  void ShowNoPointer() override;
   void MovePointer(std::optional<QPointF> pixel) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:
@@ -59,7 +67,7 @@ class ChartPlot : public BarPlot {
   PlotTool* Taker(const std::function<bool(PlotTool&)>& takes) const;
   Qt::CursorShape CursorAt(QPointF pixel) const;
   std::optional<int> BarAt(QPointF pixel) const;
-  // Reports the bar under the pointer if it is another one.
+  // Reports the bar under the crosshair if it is another one.
   void Hover(std::optional<int> bar);
   int ShownBar() const;
 
@@ -71,6 +79,7 @@ class ChartPlot : public BarPlot {
   std::vector<std::unique_ptr<PlotTool>> tools_;
   PlotTool* pressed_ = nullptr;  // has taken the press of the button that is held
   std::optional<int> hovered_bar_;
+  std::optional<BarMoment> followed_;  // on another chart
 };
 
 }  // namespace velumar

@@ -17,6 +17,7 @@ const QString kIndicators = QStringLiteral("Indicators");
 const QString kIndicatorSets = QStringLiteral("IndicatorSets");
 const QString kFrames = QStringLiteral("Intervals");
 const QString kVolumeHeight = QStringLiteral("VolumeHeight");
+const QString kLayout = QStringLiteral("Layout");
 const QString kFolder = QStringLiteral("Folder");
 const QString kGeometry = QStringLiteral("Geometry");
 
@@ -36,23 +37,15 @@ QString AverageKey(std::size_t index, const char* what) {
   return QStringLiteral("Average%1%2").arg(index + 1).arg(QLatin1String(what));
 }
 
-// "5=60": of series of five minutes the hours.
 std::map<int, Frame> ReadFrames(const QStringList& texts) {
   std::map<int, Frame> frames;
-  for (const QString& text : texts) {
-    bool known = false;
-    const int interval = text.section(u'=', 0, 0).toInt(&known);
-    const Frame frame = FrameFromName(FromQt(text.section(u'=', 1)));
-    if (known && frame != Frame()) frames[interval] = frame;
-  }
+  for (const QString& text : texts) ReadFrame(FromQt(text), frames);
   return frames;
 }
 
 QStringList FrameTexts(const std::map<int, Frame>& frames) {
   QStringList texts;
-  for (const auto& [interval, frame] : frames) {
-    texts.append(QStringLiteral("%1=%2").arg(QString::number(interval), ToQt(FrameName(frame))));
-  }
+  for (const auto& [interval, frame] : frames) texts.append(ToQt(FrameText(interval, frame)));
   return texts;
 }
 
@@ -116,6 +109,14 @@ void ChartSettings::SetOptions(const ChartOptions& options) {
   settings_.setValue(kIndicators, ToQt(IndicatorsText(options.indicators)));
   settings_.setValue(kVolumeHeight, options.volume_height);
   settings_.setValue(kFrames, FrameTexts(options.frames));
+}
+
+ChartLayout ChartSettings::Layout() const {
+  return ReadLayout(FromQt(settings_.value(kLayout).toString()));
+}
+
+void ChartSettings::SetLayout(const ChartLayout& layout) {
+  settings_.setValue(kLayout, ToQt(LayoutText(layout)));
 }
 
 QString ChartSettings::Folder() const { return settings_.value(kFolder).toString(); }

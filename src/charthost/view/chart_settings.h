@@ -4,6 +4,7 @@
 #include <QSettings>
 #include <QString>
 
+#include "charthost/chart_layout.h"
 #include "charthost/chart_model.h"
 #include "charthost/indicators/indicator_text.h"
 
@@ -20,6 +21,9 @@ class ChartSettings {
   std::vector<std::string> Problems() const;
   IndicatorSets Sets() const;
   void SetSets(const IndicatorSets& sets);
+  // The charts of the next run.
+  ChartLayout Layout() const;
+  void SetLayout(const ChartLayout& layout);
   QString Folder() const;
   void SetFolder(const QString& folder);
   QByteArray Geometry() const;

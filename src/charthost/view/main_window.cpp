@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
+#include <algorithm>
 #include <utility>
 
 #include "charthost/view/chart_area.h"
@@ -29,9 +30,12 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
   setCentralWidget(area_);
   connect(area_, &ChartArea::CloseRequested, this, &MainWindow::CloseChart);
   connect(area_, &ChartArea::Activated, this, [this] { Changed("activated"); });
+  connect(area_, &ChartArea::Moved, this, &MainWindow::SaveLayout);
   BuildDialogs();
   BuildMenus();
   view_menu_->ShowOptions(options_);
+  area_->SetTiling(settings.Layout().tiling);
+  view_menu_->ShowTiling(area_->ShownTiling());
   ApplyTheme();
   area_->ApplyColours();
   resize(1180, 760);
@@ -56,6 +60,12 @@ void MainWindow::BuildDialogs() {
 void MainWindow::BuildMenus() {
   file_menu_ = menuBar()->addMenu(tr("&File"));
   file_menu_->addAction(tr("&Open..."), QKeySequence::Open, this, &MainWindow::OpenFile);
+  file_menu_->addAction(tr("&New chart of the same series"), QKeySequence::New, this, [this] {
+    if (ActiveChart() == nullptr) return;
+    AddPane(ActiveChart()->Document().Request(), ActiveChart()->Document().Frames());
+    SaveLayout();
+    Changed("opened");
+  });
   file_menu_->addSeparator();
   file_menu_->addAction(tr("&Close chart"), QKeySequence(Qt::CTRL | Qt::Key_W), this,
                         [this] { CloseChart(ActiveChart()); });
@@ -69,6 +79,12 @@ void MainWindow::BuildMenus() {
   connect(view_menu_, &ViewMenu::OptionsChosen, this, &MainWindow::SetOptions);
   connect(view_menu_, &ViewMenu::FrameChosen, this, [this](Frame frame) {
     if (ActiveChart() != nullptr) ActiveChart()->ShowFrame(frame);
+  });
+  connect(view_menu_, &ViewMenu::TilingChosen, this, [this](Tiling tiling) {
+    area_->SetTiling(tiling);
+    FillTiles();
+    view_menu_->ShowTiling(tiling);
+    SaveLayout();
   });
   connect(view_menu_, &ViewMenu::MoveChosen, this, [this](WindowMove change) {
     if (ActiveChart() == nullptr) return;
@@ -120,23 +136,91 @@ void MainWindow::OpenChart(const SeriesRequest& request) {
 
 void MainWindow::AddChart(const SeriesRequest& request) {
   settings_.SetFolder(ToQt(request.folder));
-  auto* const pane = new ChartPane(source_, request, options_, area_);
-  connect(pane, &ChartPane::OptionsChanged, this, &MainWindow::SetOptions);
-  connect(pane, &ChartPane::FrameChanged, this, [this] { Changed("interval"); });
-  area_->Add(pane);
+  if (area_->Count() == 0) {
+    AddLayout(request);
+  } else {
+    AddPane(request, options_.frames);
+    SaveLayout();
+  }
   ShowHint();
   Changed("opened");
 }
 
+ChartPane* MainWindow::AddPane(const SeriesRequest& request, const std::map<int, Frame>& frames) {
+  auto* const pane = new ChartPane(source_, request, frames, options_, area_);
+  connect(pane, &ChartPane::OptionsChanged, this, &MainWindow::SetOptions);
+  connect(pane, &ChartPane::FrameChanged, this, [this] {
+    SaveLayout();
+    Changed("interval");
+  });
+  area_->Add(pane);
+  return pane;
+}
+
+// Another series of the folder opens only if it has bars: a run may have begun with another one.
+void MainWindow::AddLayout(const SeriesRequest& request) {
+  const ChartLayout layout = settings_.Layout();
+  first_ = nullptr;
+  const bool alone = layout.charts.size() == 1;
+  const std::vector<SecurityInfo> securities =
+      alone ? std::vector<SecurityInfo>() : source_.List(request.folder);
+  for (const LaidChart& chart : layout.charts) {
+    std::map<int, Frame> frames = chart.frames;
+    frames.insert(options_.frames.begin(), options_.frames.end());
+    if (chart.symbol.empty()) {
+      ChartPane* const pane = AddPane(request, frames);
+      if (first_ == nullptr) first_ = pane;
+      continue;
+    }
+    const auto found = std::ranges::find_if(securities, [&chart](const SecurityInfo& one) {
+      return one.symbol == chart.symbol && one.interval == chart.interval && one.bars > 0;
+    });
+    if (found != securities.end()) {
+      AddPane({request.folder, found->symbol, found->file_number}, frames);
+    }
+  }
+  if (first_ == nullptr) first_ = AddPane(request, options_.frames);
+  const QSignalBlocker blocker(area_);
+  area_->Activate(first_);
+}
+
+void MainWindow::FillTiles() {
+  const ChartPane* const chart = ActiveChart();
+  if (chart == nullptr) return;
+  while (area_->Count() < TileCount(area_->ShownTiling())) {
+    AddPane(chart->Document().Request(), chart->Document().Frames());
+    Changed("opened");
+  }
+}
+
+// Charts of other folders are none of the next run.
+void MainWindow::SaveLayout() {
+  ChartLayout layout = {area_->ShownTiling(), {}};
+  const ChartPane* const first = first_ != nullptr ? first_.data() : ActiveChart();
+  for (const ChartPane* const chart : area_->Charts()) {
+    const ChartDocument& document = chart->Document();
+    if (document.Folder() != first->Document().Folder()) continue;
+    const bool same = document.Symbol() == first->Document().Symbol() &&
+                      document.Interval() == first->Document().Interval();
+    layout.charts.push_back(
+        {same ? std::string() : document.Symbol(), document.Interval(), document.Frames()});
+  }
+  if (layout.charts.empty()) layout.charts = settings_.Layout().charts;
+  settings_.SetLayout(layout);
+}
+
 void MainWindow::OpenDirectly(const TypedChoice& choice) {
   const SeriesRequest request = RequestOf(choice, source_.List(choice.folder));
-  for (ChartPane* const chart : area_->Charts()) {
-    if (!chart->Document().Shows(request)) continue;
-    area_->Activate(chart);
-    return chart->RefreshNow();
+  std::vector<ChartPane*> open;
+  std::ranges::copy_if(area_->Charts(), std::back_inserter(open),
+                       [&](const ChartPane* chart) { return chart->Document().Shows(request); });
+  if (open.empty()) {
+    AddChart(request);
+    for (ChartPane* const chart : area_->Charts()) chart->ExpectRefreshes();
+    return;
   }
-  AddChart(request);
-  ActiveChart()->ExpectRefreshes();
+  if (std::ranges::find(open, ActiveChart()) == open.end()) area_->Activate(open.front());
+  for (ChartPane* const chart : open) chart->RefreshNow();
 }
 
 bool MainWindow::RefreshFolder(const std::string& folder, const std::string& symbol,
@@ -186,13 +270,18 @@ void MainWindow::CloseAll() {
 void MainWindow::CloseChart(ChartPane* chart) {
   if (chart == nullptr) return;
   area_->Remove(chart);
+  if (chart == first_) first_ = nullptr;
+  if (area_->Count() > 0) SaveLayout();
   Changed("closed");
 }
 
+// A run that is driven by keys knows nothing of the other charts that show its bars.
 void MainWindow::RefreshActive() {
-  ChartPane* const chart = ActiveChart();
-  if (chart == nullptr) return;
-  chart->Refresh();
+  const ChartPane* const active = ActiveChart();
+  if (active == nullptr) return;
+  for (ChartPane* const chart : area_->Charts()) {
+    if (chart->Document().Folder() == active->Document().Folder()) chart->Refresh();
+  }
   Changed("refreshed");
 }
 

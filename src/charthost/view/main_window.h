@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <functional>
 #include <optional>
 #include <string>
@@ -40,11 +41,11 @@ class MainWindow : public QMainWindow {
   // What Velumar asks for over its link. No window comes to the front and no focus moves. Folders
   // are clean: see CleanFolder.
   void CloseAll();
-  // Shows the chart of these entries, in its tab if it is open. Throws std::exception with a
-  // sentence if there is no such series.
+  // Shows the charts of these entries, those that are open or a new one. Throws std::exception with
+  // a sentence if there is no such series.
   void OpenDirectly(const TypedChoice& choice);
-  // Refreshes all charts of the folder, and shows the positions on those of the symbol. The chart
-  // in front is on the screen at the return. Returns false if the folder has no chart.
+  // Refreshes all charts of the folder, and shows the positions on those of the symbol. They are
+  // on the screen at the return. Returns false if the folder has no chart.
   bool RefreshFolder(const std::string& folder, const std::string& symbol,
                      const ChartPositions& positions);
   void ShowPositions(const std::string& folder, const std::string& symbol,
@@ -73,7 +74,13 @@ class MainWindow : public QMainWindow {
 
   void OpenFile();
   void OpenChart(const SeriesRequest& request);
+  // Opens the chart; into an empty window with all others of the layout.
   void AddChart(const SeriesRequest& request);
+  ChartPane* AddPane(const SeriesRequest& request, const std::map<int, Frame>& frames);
+  void AddLayout(const SeriesRequest& request);
+  // Copies of the active chart until the tiling is full.
+  void FillTiles();
+  void SaveLayout();
   void CloseChart(ChartPane* chart);
   void RefreshActive();
   void SetOptions(const ChartOptions& options);
@@ -88,6 +95,7 @@ class MainWindow : public QMainWindow {
   std::vector<std::string> problems_;  // of the saved indicators, at the start
   std::optional<bool> velumar_dark_;
   ChartArea* area_;
+  QPointer<ChartPane> first_;  // opened into the empty window
   OpenDialog* dialog_;
   IndicatorsDialog* indicators_dialog_;
   QMenu* file_menu_;

@@ -18,6 +18,7 @@ ViewMenu::ViewMenu(const QString& title, QWidget* parent) : QMenu(title, parent)
   intervals_ = addMenu(tr("Int&erval"));
   interval_group_ = new QActionGroup(this);
   connect(intervals_, &QMenu::aboutToShow, this, &ViewMenu::FillIntervals);
+  AddTilings();
   addSeparator();
   AddToggle(tr("&Volume"), &ChartOptions::volume);
   AddToggle(tr("Lo&g scale"), &ChartOptions::logarithmic);
@@ -27,7 +28,7 @@ ViewMenu::ViewMenu(const QString& title, QWidget* parent) : QMenu(title, parent)
   addSeparator();
   AddMoves();
   addSeparator();
-  AddChoice(*addMenu(tr("&Theme")), &ChartOptions::theme,
+  AddChoice(*addMenu(tr("T&heme")), &ChartOptions::theme,
             {{tr("&System"), ChartTheme::kSystem},
              {tr("&Light"), ChartTheme::kLight},
              {tr("&Dark"), ChartTheme::kDark}});
@@ -58,6 +59,22 @@ void ViewMenu::AddToggle(const QString& text, bool ChartOptions::*option) {
   });
   action->setCheckable(true);
   check_marks_.emplace_back([this, action, option] { action->setChecked(options_.*option); });
+}
+
+void ViewMenu::AddTilings() {
+  QMenu* const menu = addMenu(tr("&Tile"));
+  tilings_ = new QActionGroup(this);
+  const std::initializer_list<std::pair<QString, Tiling>> entries = {
+      {tr("&One at a time"), Tiling::kTabs},
+      {tr("2 &side by side"), Tiling::kSideBySide},
+      {tr("2 s&tacked"), Tiling::kStacked},
+      {tr("&4"), Tiling::kFour}};
+  for (const auto& [text, tiling] : entries) {
+    QAction* const action =
+        menu->addAction(text, this, [this, tiling = tiling] { emit TilingChosen(tiling); });
+    action->setCheckable(true);
+    tilings_->addAction(action);
+  }
 }
 
 // ChartPlot handles the keys named in these entries.
@@ -92,6 +109,10 @@ void ViewMenu::FillIntervals() {
 void ViewMenu::ShowOptions(const ChartOptions& options) {
   options_ = options;
   for (const auto& show : check_marks_) show();
+}
+
+void ViewMenu::ShowTiling(Tiling tiling) {
+  tilings_->actions()[static_cast<int>(tiling)]->setChecked(true);
 }
 
 void ViewMenu::ShowChart(const ChartDocument* chart) {

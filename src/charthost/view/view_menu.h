@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "charthost/chart_document.h"
+#include "charthost/chart_layout.h"
 #include "charthost/chart_model.h"
 
 class QActionGroup;
@@ -22,6 +23,7 @@ class ViewMenu : public QMenu {
 
   // Checks the entries of these options.
   void ShowOptions(const ChartOptions& options);
+  void ShowTiling(Tiling tiling);
   // The chart that the entries act on, nullptr without one.
   void ShowChart(const ChartDocument* chart);
 
@@ -29,6 +31,7 @@ class ViewMenu : public QMenu {
   void RefreshChosen();
   void OptionsChosen(const velumar::ChartOptions& options);
   void FrameChosen(velumar::Frame frame);
+  void TilingChosen(velumar::Tiling tiling);
   void MoveChosen(velumar::WindowMove move);
   void IndicatorsChosen();
 
@@ -40,11 +43,13 @@ class ViewMenu : public QMenu {
   void AddToggle(const QString& text, bool ChartOptions::*option);
   void AddMoves();
   void FillIntervals();
+  void AddTilings();
 
   ChartOptions options_;
   const ChartDocument* chart_ = nullptr;
   QMenu* intervals_;
   QActionGroup* interval_group_;
+  QActionGroup* tilings_;                           // in the order of Tiling
   std::vector<std::function<void()>> check_marks_;  // update those of the options
 };
 

@@ -1,0 +1,52 @@
+#include "charthost/chart_layout.h"
+
+#include <gtest/gtest.h>
+
+#include "charthost/bar_series.h"
+
+namespace velumar {
+namespace {
+
+TEST(ChartLayout, ReadsWhatItWroteAndLeavesOutTheRest) {
+  const ChartLayout layout = {
+      Tiling::kFour,
+      {{"", -1, {{5, {Frame::Unit::kMinutes, 60}}, {-1, {Frame::Unit::kWeek}}}},
+       {"S \"P\"", 5, {{5, {}}}}}};
+  EXPECT_EQ(ReadLayout(LayoutText(layout)), layout);
+  for (const char* text : {"", "[]", "{\"charts\": 5}", "{\"charts\": [7]}", "{\"tiling\": 3}",
+                           "{\"charts\": [{\"frames\": [1]}]}"}) {
+    EXPECT_EQ(ReadLayout(text), ChartLayout()) << text;
+  }
+  const ChartLayout odd = ReadLayout(
+      R"({"tiling": "stacked", "charts": [{"frames": ["5=61", "x=day", "=", "0=day", "5"]}]})");
+  EXPECT_EQ(odd.tiling, Tiling::kStacked);
+  EXPECT_EQ(odd.charts, std::vector<LaidChart>({{"", -1, {{0, {Frame::Unit::kDay}}}}}));
+}
+
+// Two days of three bars; the bars of another chart begin where those of this one do, or between.
+TEST(BarAtMoment, FindsTheBarThatIncludesTheMoment) {
+  BarSeries minutes;
+  minutes.dates = {20260105, 20260105, 20260105, 20260107, 20260107, 20260107};
+  minutes.times = {93000, 94500, 100000, 93000, 94500, 100000};
+  minutes.has_times = true;
+  BarSeries days;
+  days.dates = {20260105, 20260107};
+  days.times = {0, 0};
+  struct Case {
+    const BarSeries& series;
+    BarMoment moment;
+    std::optional<int> bar;
+  };
+  for (const Case& one : {Case{minutes, {20260105, 94500}, 1}, Case{minutes, {20260105, 95959}, 1},
+                          Case{minutes, {20260107, 90000}, 2}, Case{minutes, {20260107, {}}, 3},
+                          Case{minutes, {20260106, {}}, 2}, Case{minutes, {20260105, 90000}, {}},
+                          Case{minutes, {20260109, {}}, 5}, Case{days, {20260107, 93000}, 1},
+                          Case{days, {20260106, 93000}, 0}, Case{days, {20260104, {}}, {}},
+                          Case{BarSeries(), {20260105, {}}, {}}}) {
+    EXPECT_EQ(BarAtMoment(one.series, one.moment), one.bar)
+        << one.moment.date << " " << one.moment.time.value_or(-1);
+  }
+}
+
+}  // namespace
+}  // namespace velumar
