@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "charthost/bar_series.h"
+#include "charthost/measure.h"
 
 namespace velumar {
 namespace {
@@ -46,6 +47,14 @@ TEST(BarAtMoment, FindsTheBarThatIncludesTheMoment) {
     EXPECT_EQ(BarAtMoment(one.series, one.moment), one.bar)
         << one.moment.date << " " << one.moment.time.value_or(-1);
   }
+}
+
+TEST(DistanceText, CountsBarsDaysAndPoints) {
+  BarSeries series;
+  series.dates = {20260105, 20260106, 20260202, 20260230};
+  EXPECT_EQ(DistanceText(series, {0, 50}, {2, 51.25}), "2 bars, 28 days, +1.25 (+2.50%)");
+  EXPECT_EQ(DistanceText(series, {1, 51.25}, {0, 50}), "-1 bar, -1 day, -1.25 (-2.44%)");
+  EXPECT_EQ(DistanceText(series, {0, 0}, {3, 1}), "3 bars, +1.00");
 }
 
 }  // namespace

@@ -118,6 +118,43 @@ TEST_F(ChartPaneTest, NamesTheBarBelowThePointerAfterTheChartHasScrolled) {
   EXPECT_TRUE(shows_date_of(bar));
 }
 
+TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
+  const auto pane = Open("SCB");
+  ChartPlot& plot = pane->Plot();
+  const auto measured = [&plot] {
+    for (int i = 0; i < plot.itemCount(); ++i) {
+      const auto* const text = qobject_cast<QCPItemText*>(plot.item(i));
+      if (text != nullptr && text->visible() && text->text().contains(QStringLiteral("bar"))) {
+        return text->text();
+      }
+    }
+    return QString();
+  };
+  const ViewWindow before = pane->Window();
+  QTest::mousePress(&plot, Qt::LeftButton, Qt::ShiftModifier, {400, 200});
+  QTest::mouseMove(&plot, {500, 220});
+  QTest::mouseRelease(&plot, Qt::LeftButton, Qt::ShiftModifier, {500, 220});
+  const BarSeries& series = pane->Document().Model().Series();
+  EXPECT_EQ(measured(),
+            ToQt(DistanceText(series, *plot.PlaceAt({400, 200}), *plot.PlaceAt({500, 220}))));
+  EXPECT_TRUE(measured().contains(QStringLiteral("bars, "))) << measured().toStdString();
+  EXPECT_EQ(pane->Window().First(), before.First());
+  QTest::keyRelease(&plot, Qt::Key_Shift, Qt::NoModifier);
+  EXPECT_TRUE(measured().isEmpty());
+
+  // With the keys, from the newest bar back into the past beyond the left edge.
+  QEvent leave(QEvent::Leave);
+  QCoreApplication::sendEvent(&plot, &leave);
+  for (int i = 0; i < 200; ++i) {
+    QTest::keyPress(&plot, Qt::Key_Left, Qt::ControlModifier | Qt::ShiftModifier);
+  }
+  EXPECT_EQ(measured(),
+            ToQt(DistanceText(series, {299, series.closes[299]}, {99, series.closes[99]})));
+  EXPECT_TRUE(pane->Window().Shows(99));
+  QTest::keyClick(&plot, Qt::Key_Escape);
+  EXPECT_TRUE(measured().isEmpty());
+}
+
 // The value at the pointer and the last price are both on the axis.
 TEST_F(ChartPaneTest, KeepsTheLastPriceReadableNextToThePointer) {
   const auto pane = Open("SCB");

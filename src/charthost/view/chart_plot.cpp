@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "charthost/bar_text.h"
+#include "charthost/view/measure_tool.h"
 #include "charthost/view/plot_panes.h"
 #include "charthost/view/plot_tool.h"
 #include "charthost/view/pointer_tags.h"
@@ -55,6 +56,7 @@ ChartPlot::ChartPlot(ChartModel& model, QWidget* parent) : BarPlot(parent), mode
   bars_ = std::make_unique<PricePlots>(model_, panes_->Prices(), panes_->Volumes());
   positions_ = std::make_unique<PositionMarks>(*this, panes_->Prices(), BarAxis());
   tags_ = std::make_unique<PointerTags>(AddPointerText(), AddPointerText());
+  AddTool(std::make_unique<MeasureTool>(*this));
   setSelectionRect(new MarkedBars(this, [this] { return panes_->Area(); }));
   selectionRect()->setLayer(QStringLiteral("overlay"));
   connect(selectionRect(), &QCPSelectionRect::accepted, this, &ChartPlot::ZoomToMarked);
@@ -131,6 +133,27 @@ std::optional<int> ChartPlot::BarAt(QPointF pixel) const {
   return bar;
 }
 
+std::optional<ChartPlace> ChartPlot::PlaceAt(QPointF pixel) const {
+  const std::optional<int> bar = BarAt(pixel);
+  if (!bar || !Prices().rect().contains(pixel.toPoint())) return std::nullopt;
+  return ChartPlace{*bar, Prices().axis(QCPAxis::atRight)->pixelToCoord(pixel.y())};
+}
+
+std::optional<ChartPlace> ChartPlot::StepPointer(int bars) {
+  const BarSeries& series = model_.Series();
+  if (series.size() == 0) return std::nullopt;
+  const int bar = std::clamp(ShownBar() + bars, 0, series.size() - 1);
+  ViewWindow& window = model_.Window();
+  if (!window.Shows(bar)) {
+    window.Pan(bar < window.First() ? bar - 1 - window.First() : bar + 1 - window.Last());
+    replot();
+  }
+  const ChartPlace place = {bar, series.closes[bar]};
+  MovePointer(QPointF(BarAxis().coordToPixel(place.bar),
+                      Prices().axis(QCPAxis::atRight)->coordToPixel(place.price)));
+  return place;
+}
+
 void ChartPlot::Hover(std::optional<int> bar) {
   if (std::exchange(hovered_bar_, bar) == bar) return;
   panes_->Indicators().ShowLegends(ShownBar());
@@ -195,8 +218,7 @@ Qt::CursorShape ChartPlot::CursorAt(QPointF pixel) const {
 void ChartPlot::mousePressEvent(QMouseEvent* event) {
   pressed_ = Taker([event](PlotTool& tool) { return tool.Press(*event); });
   if (pressed_ != nullptr) return;
-  const bool mark =
-      event->button() == Qt::RightButton || event->modifiers().testFlag(Qt::ShiftModifier);
+  const bool mark = event->button() == Qt::RightButton;
   setSelectionRectMode(mark ? QCP::srmCustom : QCP::srmNone);
   if (!mark) setCursor(Qt::ClosedHandCursor);
   BarPlot::mousePressEvent(event);
@@ -226,6 +248,11 @@ void ChartPlot::mouseDoubleClickEvent(QMouseEvent* event) {
   ModelChanged();
 }
 
+void ChartPlot::keyReleaseEvent(QKeyEvent* event) {
+  for (const auto& tool : tools_) tool->KeyReleased(*event);
+  BarPlot::keyReleaseEvent(event);
+}
+
 void ChartPlot::focusInEvent(QFocusEvent* event) {
   BarPlot::focusInEvent(event);
   emit FocusGained();
@@ -243,6 +270,11 @@ void ChartPlot::keyPressEvent(QKeyEvent* event) {
       {Qt::Key_Equal, [](ViewWindow& window) { window.Zoom(0.8); }},
       {Qt::Key_Minus, [](ViewWindow& window) { window.Zoom(1.25); }}};
   if (Taker([event](PlotTool& tool) { return tool.Key(*event); }) != nullptr) return;
+  if (event->modifiers() == Qt::ControlModifier) {
+    if (event->key() != Qt::Key_Left && event->key() != Qt::Key_Right) return event->ignore();
+    StepPointer(event->key() == Qt::Key_Left ? -1 : 1);
+    return;
+  }
   const bool number = event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9;
   if (number && (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
     emit NumberPressed(event->key() - Qt::Key_0);

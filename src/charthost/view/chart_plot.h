@@ -1,6 +1,7 @@
 #pragma once
 
 #include "charthost/chart_model.h"
+#include "charthost/measure.h"
 #include "charts/bar_plot.h"
 #include "platform/chart_link.h"
 
@@ -12,9 +13,10 @@ class PointerTags;
 class PositionMarks;
 class PricePlots;
 
-// Draws a chart model and lets the mouse move its window: see BarPlot. In addition, a drag with
-// Shift or the right button marks the bars to zoom to, and a double click returns to the newest
-// bar. Everything else that mouse and keys do on the chart is a PlotTool.
+// Draws a chart model and lets the mouse move its window: see BarPlot. In addition, a drag with the
+// right button marks the bars to zoom to, a double click returns to the newest bar, and Ctrl+Left
+// and Ctrl+Right step the crosshair. Everything else that mouse and keys do on the chart is a
+// PlotTool.
 class ChartPlot : public BarPlot {
   Q_OBJECT
 
@@ -28,6 +30,14 @@ class ChartPlot : public BarPlot {
   // Events go to the tools added first.
   void AddTool(std::unique_ptr<PlotTool> tool);
   QCPAxisRect& Prices() const;
+  const ChartModel& Model() const { return model_; }
+  // The layer of what moves with the pointer. It can be drawn again by itself.
+  using BarPlot::PointerLayer;
+  // The bar and price at that pixel; nothing outside the price pane or the bars.
+  std::optional<ChartPlace> PlaceAt(QPointF pixel) const;
+  // Moves the crosshair that many bars from where it is, or from the newest bar, to the bar's
+  // close, and brings it into view. Nothing without bars.
+  std::optional<ChartPlace> StepPointer(int bars);
   // Shows the crosshair at that moment for as long as the pointer is on another chart.
   void FollowPointer(const std::optional<BarMoment>& moment);
   // Call after the model has changed. A hidden plot is drawn when it is shown.
@@ -55,6 +65,7 @@ class ChartPlot : public BarPlot {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void showEvent(QShowEvent* event) override;
 

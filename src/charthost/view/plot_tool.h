@@ -21,6 +21,7 @@ class PlotTool {
   virtual bool Press(const QMouseEvent& /*event*/) { return false; }
   virtual bool DoubleClick(const QMouseEvent& /*event*/) { return false; }
   virtual bool Key(const QKeyEvent& /*event*/) { return false; }
+  virtual void KeyReleased(const QKeyEvent& /*event*/) {}
   // The pointer moves: after a press that the tool has taken, or without a button.
   virtual void Move(const QMouseEvent& /*event*/) {}
   // After a press that the tool has taken.
