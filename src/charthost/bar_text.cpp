@@ -54,6 +54,8 @@ std::string PriceText(double value, int decimals) {
   return text;
 }
 
+std::string PercentText(double percent) { return Signed(percent, 2) + "%"; }
+
 std::string VolumeText(float value) {
   const bool whole = value == std::floor(value) || std::abs(value) >= 1e6F;
   return GroupedNumber(PriceText(value, whole ? 0 : 3));
@@ -80,7 +82,7 @@ std::string ChangeText(double close, double previous_close, int decimals) {
   const double change = close - previous_close;
   std::string text = Signed(change, decimals);
   if (previous_close == 0) return text;
-  return text + " (" + Signed(change / std::abs(previous_close) * 100, 2) + "%)";
+  return text + " (" + PercentText(change / std::abs(previous_close) * 100) + ")";
 }
 
 std::string IndicatorValueText(double value, ValueFormat format, int decimals) {

@@ -26,6 +26,9 @@ std::string IntervalTitle(int interval);
 // Fixed decimals, no grouping, never a minus zero.
 std::string PriceText(double value, int decimals);
 
+// "+1.25%", without a sign for 0.
+std::string PercentText(double percent);
+
 // Whole numbers grouped in thousands; fractions, as crypto markets have them, with three decimals.
 std::string VolumeText(float value);
 

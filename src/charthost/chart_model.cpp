@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "charthost/bar_text.h"
+
 namespace velumar {
 namespace {
 
@@ -92,13 +94,25 @@ void ChartModel::Layout(double pixel_width) {
   }
   const ColumnExtremes extremes = ExtremesOf(columns_);
   const ValueRange shown = WithOverlays({extremes.low, extremes.high});
-  logarithmic_ = options_.logarithmic && shown.lower > 0;
+  logarithmic_ = options_.scale == PriceScale::kLogarithmic && shown.lower > 0;
   prices_ = PriceRange(shown.lower, shown.upper, logarithmic_);
   highest_volume_ = extremes.volume;
   for (const ModelIndicator& indicator : indicators_) {
     if (indicator.row->pane != IndicatorPane::kVolume) continue;
     highest_volume_ = std::fmax(highest_volume_, indicator.shown.upper);
   }
+}
+
+std::optional<double> ChartModel::PercentBase() const {
+  const int bar = window_.FirstBar();
+  const bool any = options_.scale == PriceScale::kPercent && bar < series_.size();
+  if (!any || series_.closes[bar] <= 0) return std::nullopt;
+  return series_.closes[bar];
+}
+
+std::string ChartModel::AxisText(double price) const {
+  const std::optional<double> base = PercentBase();
+  return base ? PercentText((price / *base - 1) * 100) : PriceText(price, series_.decimals);
 }
 
 // An average far away from the price must not squeeze the bars.

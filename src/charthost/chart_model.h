@@ -1,6 +1,8 @@
 #pragma once
 
 #include <map>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "charthost/bar_columns.h"
@@ -13,6 +15,7 @@
 namespace velumar {
 
 enum class ChartStyle { kCandles, kBars, kLine };
+enum class PriceScale { kLinear, kLogarithmic, kPercent };
 enum class ChartTheme { kSystem, kLight, kDark };
 
 // How all charts of the program look: the trader's choice, saved between runs of the program.
@@ -20,7 +23,8 @@ struct ChartOptions {
   ChartStyle style = ChartStyle::kCandles;
   ChartTheme theme = ChartTheme::kSystem;
   bool volume = true;
-  bool logarithmic = false;
+  PriceScale scale = PriceScale::kLinear;
+  bool axis_at_left = false;
   bool positions = true;  // orders and held sides, if Velumar shows them
   std::vector<ChosenIndicator> indicators = FirstIndicators();
   int volume_height = 25;  // of the volume's pane, in percent of the price pane
@@ -66,6 +70,11 @@ class ChartModel {
   int BarsInColumn() const { return bars_in_column_; }
   const std::vector<BarColumn>& Columns() const { return columns_; }
   bool Logarithmic() const { return logarithmic_; }
+  // The price from which the axis counts percent: the close of the first bar in view. Nothing on
+  // the other scales, and for a close that isn't above 0.
+  std::optional<double> PercentBase() const;
+  // A price as the axis shows it.
+  std::string AxisText(double price) const;
   ValueRange Prices() const { return prices_; }
   double HighestVolume() const { return highest_volume_; }
 

@@ -29,10 +29,15 @@ double RoundStep(double least) {
   return 10 * power;
 }
 
+void ValueTicker::SetUnit(double origin, double unit) {
+  setTickOrigin(origin);
+  unit_ = unit;
+}
+
 double ValueTicker::getTickStep(const QCPRange& range) {
   const int wanted = std::max(1, axis_.axisRect()->height() / pixels_);
   setTickCount(wanted);
-  step_ = RoundStep(range.size() / wanted);
+  step_ = RoundStep(range.size() / wanted / unit_) * unit_;
   return step_;
 }
 

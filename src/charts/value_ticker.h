@@ -16,9 +16,11 @@ class ValueTicker : public QCPAxisTicker {
  public:
   using Label = std::function<QString(double value, double step)>;
 
-  // One value for at least `pixels`.
+  // One value for at least `pixels`. `step` of a label is the distance of the values.
   ValueTicker(const QCPAxis& axis, int pixels, Label label)
       : axis_(axis), pixels_(pixels), label_(std::move(label)) {}
+  // Round values count from `origin` in units of `unit`, percent of a price for example.
+  void SetUnit(double origin, double unit);
 
  protected:
   double getTickStep(const QCPRange& range) override;
@@ -31,6 +33,7 @@ class ValueTicker : public QCPAxisTicker {
   const QCPAxis& axis_;
   int pixels_;
   Label label_;
+  double unit_ = 1;
   double step_ = 1;
 };
 

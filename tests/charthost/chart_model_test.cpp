@@ -107,7 +107,7 @@ TEST(ChartModel, ShowsAllPricesOfEverySeries) {
                                                                   {{1e37F, 3e37F}, true}};
   for (const auto& [closes, logarithmic_possible] : cases) {
     ChartModel model;
-    model.SetOptions({.logarithmic = true});
+    model.SetOptions({.scale = PriceScale::kLogarithmic});
     model.ShowSeries(SeriesOf(closes));
     model.Layout(800);
     EXPECT_EQ(model.Logarithmic(), logarithmic_possible) << closes.front();

@@ -169,7 +169,9 @@ void ChartPlot::ShowPointer(QPointF pixel) {
   const double x = BarAxis().coordToPixel(*bar);
   ShowCross({x, pixel.y()}, area);
   const QString value = panes_->ValueText(pixel);
-  if (!value.isEmpty()) tags_->ShowValue(value, pixel.y(), area, bars_->LastTag());
+  if (!value.isEmpty()) {
+    tags_->ShowValue(value, pixel.y(), area, panes_->ValueSide(), bars_->LastTag());
+  }
   tags_->ShowDate(ToQt(MomentText(model_.Series(), *bar)), x, area);
 }
 

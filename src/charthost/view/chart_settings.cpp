@@ -11,7 +11,9 @@ namespace {
 const QString kStyle = QStringLiteral("Style");
 const QString kTheme = QStringLiteral("Theme");
 const QString kVolume = QStringLiteral("Volume");
-const QString kLogarithmic = QStringLiteral("LogScale");
+const QString kLogarithmic = QStringLiteral("LogScale");  // before there were more scales
+const QString kScale = QStringLiteral("Scale");
+const QString kAxisAtLeft = QStringLiteral("PriceAxisAtLeft");
 const QString kPositions = QStringLiteral("Positions");
 const QString kIndicators = QStringLiteral("Indicators");
 const QString kIndicatorSets = QStringLiteral("IndicatorSets");
@@ -21,14 +23,17 @@ const QString kLayout = QStringLiteral("Layout");
 const QString kFolder = QStringLiteral("Folder");
 const QString kGeometry = QStringLiteral("Geometry");
 
-// In the order of ChartStyle and of ChartTheme.
+// In the order of ChartStyle, PriceScale and ChartTheme.
 const std::array<QString, 3> kStyleNames = {QStringLiteral("candles"), QStringLiteral("bars"),
                                             QStringLiteral("line")};
+const std::array<QString, 3> kScaleNames = {QStringLiteral("linear"),
+                                            QStringLiteral("logarithmic"),
+                                            QStringLiteral("percent")};
 const std::array<QString, 3> kThemeNames = {QStringLiteral("system"), QStringLiteral("light"),
                                             QStringLiteral("dark")};
 
-template <typename T>
-T FromName(const std::array<QString, 3>& names, const QVariant& name, T otherwise) {
+template <typename T, std::size_t kCount>
+T FromName(const std::array<QString, kCount>& names, const QVariant& name, T otherwise) {
   const auto found = std::ranges::find(names, name.toString());
   return found == names.end() ? otherwise : static_cast<T>(found - names.begin());
 }
@@ -74,7 +79,9 @@ ChartOptions ChartSettings::Options() const {
   options.style = FromName(kStyleNames, settings_.value(kStyle), options.style);
   options.theme = FromName(kThemeNames, settings_.value(kTheme), options.theme);
   options.volume = settings_.value(kVolume, options.volume).toBool();
-  options.logarithmic = settings_.value(kLogarithmic, options.logarithmic).toBool();
+  if (settings_.value(kLogarithmic).toBool()) options.scale = PriceScale::kLogarithmic;
+  options.scale = FromName(kScaleNames, settings_.value(kScale), options.scale);
+  options.axis_at_left = settings_.value(kAxisAtLeft, options.axis_at_left).toBool();
   options.positions = settings_.value(kPositions, options.positions).toBool();
   options.indicators = Indicators().indicators;
   options.frames = ReadFrames(settings_.value(kFrames).toStringList());
@@ -104,7 +111,8 @@ void ChartSettings::SetOptions(const ChartOptions& options) {
   settings_.setValue(kStyle, kStyleNames[static_cast<std::size_t>(options.style)]);
   settings_.setValue(kTheme, kThemeNames[static_cast<std::size_t>(options.theme)]);
   settings_.setValue(kVolume, options.volume);
-  settings_.setValue(kLogarithmic, options.logarithmic);
+  settings_.setValue(kScale, kScaleNames[static_cast<std::size_t>(options.scale)]);
+  settings_.setValue(kAxisAtLeft, options.axis_at_left);
   settings_.setValue(kPositions, options.positions);
   settings_.setValue(kIndicators, ToQt(IndicatorsText(options.indicators)));
   settings_.setValue(kVolumeHeight, options.volume_height);

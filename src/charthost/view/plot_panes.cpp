@@ -16,9 +16,9 @@ PlotPanes::PlotPanes(const ChartModel& model, Surroundings surroundings)
   prices_ = Add();
   volumes_ = Add();
   QCPAxis* const prices = prices_->axis(QCPAxis::atRight);
-  prices->setTicker(QSharedPointer<ValueTicker>::create(*prices, 52, [this](double value, double) {
-    return ToQt(PriceText(value, model_.Series().decimals));
-  }));
+  price_ticker_ = QSharedPointer<ValueTicker>::create(
+      *prices, 52, [this](double value, double) { return ToQt(model_.AxisText(value)); });
+  prices->setTicker(price_ticker_);
   QCPAxis* const volumes = volumes_->axis(QCPAxis::atRight);
   volumes->setTicker(QSharedPointer<ValueTicker>::create(
       *volumes, 34, [](double value, double) { return ToQt(ShortVolumeText(value)); }));
@@ -29,8 +29,10 @@ PlotPanes::PlotPanes(const ChartModel& model, Surroundings surroundings)
 
 QCPAxisRect* PlotPanes::Add() {
   QCPAxisRect* const rect = surroundings_.add_rect();
-  rect->setMinimumMargins(QMargins(1, 1, 48, 1));
-  rect->setMarginGroup(QCP::msRight, margins_);
+  rect->setMarginGroup(QCP::msLeft | QCP::msRight, margins_);
+  QCPAxis* const left = rect->addAxis(QCPAxis::atLeft);
+  left->setLayer(QStringLiteral("axes"));
+  left->grid()->setVisible(false);
   QCPAxis* const bars = rect->axis(QCPAxis::atBottom);
   if (!dates_) dates_ = QSharedPointer<BarDateTicker>::create(*bars, model_);
   bars->setTicker(dates_);
@@ -41,6 +43,25 @@ QCPAxisRect* PlotPanes::Add() {
 
 QRect PlotPanes::Area() const {
   return panes_.empty() ? QRect() : prices_->rect().united(panes_.back()->rect());
+}
+
+QCPAxis::AxisType PlotPanes::ValueSide() const {
+  return model_.Options().axis_at_left ? QCPAxis::atLeft : QCPAxis::atRight;
+}
+
+void PlotPanes::ShowValues(QCPAxisRect& pane, bool shown) const {
+  constexpr int kLeastMargin = 48;
+  QCPAxis* const right = pane.axis(QCPAxis::atRight);
+  QCPAxis* const left = pane.axis(QCPAxis::atLeft);
+  const bool at_left = ValueSide() == QCPAxis::atLeft;
+  right->setTickLabels(shown && !at_left);
+  right->setTicks(shown && !at_left);
+  left->setVisible(shown && at_left);
+  left->setTicker(right->ticker());
+  left->setScaleType(right->scaleType());
+  left->setRange(right->range());
+  pane.setMinimumMargins(at_left ? QMargins(kLeastMargin, 1, 1, 1)
+                                 : QMargins(1, 1, kLeastMargin, 1));
 }
 
 std::vector<QCPAxisRect*> PlotPanes::Wanted() const {
@@ -87,11 +108,12 @@ void PlotPanes::SetRanges() {
   prices->setRange(model_.Prices().lower, model_.Prices().upper);
   const double highest = model_.HighestVolume();
   volumes_->axis(QCPAxis::atRight)->setRange(0, highest > 0 ? highest * kVolumeRoom : 1);
+  const std::optional<double> base = model_.PercentBase();
+  price_ticker_->SetUnit(base.value_or(0), base.value_or(100) / 100);
   const bool empty = model_.Series().size() == 0;
-  prices->setTickLabels(!empty);
-  prices->setTicks(!empty);
   prices->grid()->setVisible(!empty);
   indicators_->SetRanges();
+  for (QCPAxisRect* const pane : panes_) ShowValues(*pane, pane != prices_ || !empty);
 }
 
 QString PlotPanes::ValueText(QPointF pixel) const {
@@ -100,7 +122,7 @@ QString PlotPanes::ValueText(QPointF pixel) const {
   if (found == panes_.end()) return {};
   const double value = (*found)->axis(QCPAxis::atRight)->pixelToCoord(pixel.y());
   const int decimals = model_.Series().decimals;
-  if (*found == prices_) return ToQt(PriceText(value, decimals));
+  if (*found == prices_) return ToQt(model_.AxisText(value));
   if (*found == volumes_) return ToQt(ShortVolumeText(std::max(0.0, value)));
   const auto place = static_cast<std::size_t>(found - panes_.begin());
   const ModelIndicator& indicator = indicators_->Of(place - (model_.ShowsVolume() ? 2 : 1));

@@ -11,9 +11,11 @@
 namespace velumar {
 
 class BarDateTicker;
+class ValueTicker;
 
 // The panes of a chart from top to bottom: prices, volumes, and one for each indicator that needs
-// one. A drag of the line between two of them changes their heights.
+// one. All values belong to the axis at the right; the one at the left repeats it where the trader
+// wants it. A drag of the line between two of them changes their heights.
 class PlotPanes : public PlotTool {
  public:
   struct Surroundings {
@@ -32,6 +34,8 @@ class PlotPanes : public PlotTool {
   IndicatorPlots& Indicators() { return *indicators_; }
   // From the top of the first to the bottom of the last one.
   QRect Area() const;
+  // Where the values of the axes are.
+  QCPAxis::AxisType ValueSide() const;
   // The text of the value at that pixel of the pane there; empty outside of the panes.
   QString ValueText(QPointF pixel) const;
 
@@ -46,6 +50,7 @@ class PlotPanes : public PlotTool {
 
  private:
   QCPAxisRect* Add();
+  void ShowValues(QCPAxisRect& pane, bool shown) const;
   std::vector<QCPAxisRect*> Wanted() const;
   QList<double> Heights() const;
   // The pane above the line between two panes at that pixel.
@@ -55,6 +60,7 @@ class PlotPanes : public PlotTool {
   Surroundings surroundings_;
   QCPMarginGroup* margins_;
   QSharedPointer<BarDateTicker> dates_;
+  QSharedPointer<ValueTicker> price_ticker_;
   QCPAxisRect* prices_;
   QCPAxisRect* volumes_;
   std::unique_ptr<IndicatorPlots> indicators_;

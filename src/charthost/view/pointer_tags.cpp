@@ -6,7 +6,6 @@
 namespace velumar {
 
 PointerTags::PointerTags(QCPItemText* value, QCPItemText* date) : value_(value), date_(date) {
-  value_->setPositionAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   date_->setPositionAlignment(Qt::AlignHCenter | Qt::AlignTop);
 }
 
@@ -19,7 +18,7 @@ void PointerTags::SetColours(const Palette& colours) {
 }
 
 void PointerTags::ShowValue(const QString& text, double y, const QRect& area,
-                            const QCPItemText& last) {
+                            QCPAxis::AxisType side, const QCPItemText& last) {
   double place = y;
   if (last.visible()) {
     const double height = last.bottom->pixelPosition().y() - last.top->pixelPosition().y() + 1;
@@ -27,7 +26,9 @@ void PointerTags::ShowValue(const QString& text, double y, const QRect& area,
     if (std::abs(y - last_y) < height) place = y < last_y ? last_y - height : last_y + height;
   }
   value_->setText(text);
-  value_->position->setCoords(area.right() + 1, place);
+  const bool at_left = side == QCPAxis::atLeft;
+  value_->setPositionAlignment((at_left ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+  value_->position->setCoords(at_left ? area.left() - 1 : area.right() + 1, place);
   value_->setVisible(true);
 }
 

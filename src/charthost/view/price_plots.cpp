@@ -1,6 +1,5 @@
 #include "charthost/view/price_plots.h"
 
-#include "charthost/bar_text.h"
 #include "charthost/view/bar_plottables.h"
 #include "charts/qt_text.h"
 
@@ -30,7 +29,6 @@ void PricePlots::AddLastPrice() {
   last_tag_ = new QCPItemText(plot);
   last_tag_->setClipToAxisRect(false);
   last_tag_->setPadding(QMargins(5, 1, 5, 1));
-  last_tag_->setPositionAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   for (QCPItemPosition* const place : {last_line_->start, last_line_->end, last_tag_->position}) {
     place->setAxisRect(&rect_);
     place->setAxes(&places_, &prices_);
@@ -93,8 +91,10 @@ void PricePlots::ShowLastPrice() {
   last_tag_->setFont(rect_.parentPlot()->font());
   last_tag_->setBrush(colour);
   last_tag_->setColor(colours_.field);
-  last_tag_->setText(ToQt(PriceText(close, series.decimals)));
-  last_tag_->position->setCoords(1, close);
+  last_tag_->setText(ToQt(model_.AxisText(close)));
+  const bool at_left = model_.Options().axis_at_left;
+  last_tag_->setPositionAlignment((at_left ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+  last_tag_->position->setCoords(at_left ? 0 : 1, close);
 }
 
 }  // namespace velumar

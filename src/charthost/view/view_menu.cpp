@@ -21,7 +21,11 @@ ViewMenu::ViewMenu(const QString& title, QWidget* parent) : QMenu(title, parent)
   AddTilings();
   addSeparator();
   AddToggle(tr("&Volume"), &ChartOptions::volume);
-  AddToggle(tr("Lo&g scale"), &ChartOptions::logarithmic);
+  AddChoice(*addMenu(tr("&Scale")), &ChartOptions::scale,
+            {{tr("&Linear"), PriceScale::kLinear},
+             {tr("Lo&garithmic"), PriceScale::kLogarithmic},
+             {tr("&Percent"), PriceScale::kPercent}});
+  AddToggle(tr("&Price axis at the left"), &ChartOptions::axis_at_left);
   AddToggle(tr("Or&ders and positions"), &ChartOptions::positions);
   addAction(tr("Indic&ators..."), QKeySequence(Qt::CTRL | Qt::Key_I), this,
             &ViewMenu::IndicatorsChosen);
