@@ -15,6 +15,11 @@ bool HoldsAny(const std::vector<T>& values) {
   return std::any_of(values.begin(), values.end(), [](T value) { return value != T{}; });
 }
 
+template <typename T>
+void Truncate(std::vector<T>& values, std::size_t count) {
+  if (values.size() > count) values.resize(count);
+}
+
 // Decimals of the shortest text that reads back as the same float: 2 for 55.51, 0 for 3600.
 int DecimalsOf(float value) {
   std::array<char, 64> digits;
@@ -44,6 +49,15 @@ void DescribeSeries(BarSeries& series) {
   series.has_volumes = HoldsAny(series.volumes);
   series.has_times = HoldsAny(series.times);
   series.decimals = QuotedDecimals(series);
+}
+
+void TruncateBars(BarSeries& bars, std::size_t count) {
+  Truncate(bars.dates, count);
+  Truncate(bars.times, count);
+  for (const auto field : {&BarArrays::opens, &BarArrays::highs, &BarArrays::lows,
+                           &BarArrays::closes, &BarArrays::volumes}) {
+    Truncate(bars.*field, count);
+  }
 }
 
 std::optional<int> BarOfStored(const BarSeries& series, int stored) {

@@ -26,6 +26,9 @@ struct BarSeries : BarArrays {
 // Fills in the fields below the arrays. The decimals are found from a sample of the bars.
 void DescribeSeries(BarSeries& series);
 
+// Keeps the first `count` bars.
+void TruncateBars(BarSeries& bars, std::size_t count);
+
 // The bar that holds this stored bar; nothing if the series does not reach it.
 std::optional<int> BarOfStored(const BarSeries& series, int stored);
 

@@ -10,7 +10,7 @@ namespace velumar {
 namespace {
 
 // In pixels. Narrower candles and bars can't be told apart; a line can be as fine as the screen.
-double MinColumnWidth(ChartStyle style) { return style == ChartStyle::kLine ? 1 : 4; }
+double MinColumnWidth(ChartStyle style) { return IsLine(style) ? 1 : 4; }
 
 ValueRange ShownValues(const IndicatorRun& run, const std::vector<BarColumn>& columns) {
   ValueRange shown = {kNoValue, kNoValue};
@@ -61,6 +61,7 @@ void ChartModel::UpdateSeries(BarSeries series) {
 void ChartModel::FollowSeries(BarSeries series) {
   const int same = SameBars(series_, series);
   series_ = std::move(series);
+  heikin_ashi_.Forget(same);
   for (ModelIndicator& indicator : indicators_) indicator.run.Follow(series_, same);
 }
 
@@ -88,7 +89,9 @@ void ChartModel::SetUpIndicators() {
 void ChartModel::Layout(double pixel_width) {
   pixels_per_bar_ = pixel_width / window_.Span();
   bars_in_column_ = BarsPerColumn(pixels_per_bar_, MinColumnWidth(options_.style));
-  BuildColumns(series_, window_.FirstBar(), window_.LastBar(), bars_in_column_, columns_);
+  const bool averaged = options_.style == ChartStyle::kHeikinAshi;
+  BuildColumns(averaged ? heikin_ashi_.Of(series_) : series_, window_.FirstBar(), window_.LastBar(),
+               bars_in_column_, columns_);
   for (ModelIndicator& indicator : indicators_) {
     indicator.shown = ShownValues(indicator.run, columns_);
   }

@@ -8,13 +8,19 @@
 #include "charthost/bar_columns.h"
 #include "charthost/bar_series.h"
 #include "charthost/frames.h"
+#include "charthost/heikin_ashi.h"
 #include "charthost/indicators/catalogue.h"
 #include "charthost/indicators/indicator_run.h"
 #include "charthost/view_window.h"
 
 namespace velumar {
 
-enum class ChartStyle { kCandles, kBars, kLine };
+enum class ChartStyle { kCandles, kHollow, kHeikinAshi, kBars, kLine, kArea };
+// Draws one line from close to close.
+constexpr bool IsLine(ChartStyle style) {
+  return style == ChartStyle::kLine || style == ChartStyle::kArea;
+}
+
 enum class PriceScale { kLinear, kLogarithmic, kPercent };
 enum class ChartTheme { kSystem, kLight, kDark };
 
@@ -92,6 +98,7 @@ class ChartModel {
   BarSeries series_;
   ViewWindow window_;
   std::vector<ModelIndicator> indicators_;
+  HeikinAshi heikin_ashi_;
   std::vector<BarColumn> columns_;
   double pixels_per_bar_ = 1;
   int bars_in_column_ = 1;

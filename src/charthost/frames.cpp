@@ -22,20 +22,6 @@ constexpr std::array<std::pair<FrameUnit, const char*>, 5> kNames = {
      {FrameUnit::kMonth, "month"},
      {FrameUnit::kQuarter, "quarter"}}};
 
-template <typename T>
-void Resize(std::vector<T>& values, std::size_t count) {
-  if (values.size() > count) values.resize(count);
-}
-
-void Truncate(BarSeries& bars, std::size_t count) {
-  Resize(bars.dates, count);
-  Resize(bars.times, count);
-  for (const auto field : {&BarArrays::opens, &BarArrays::highs, &BarArrays::lows,
-                           &BarArrays::closes, &BarArrays::volumes}) {
-    Resize(bars.*field, count);
-  }
-}
-
 }  // namespace
 
 std::vector<Frame> FramesOf(int interval) {
@@ -113,7 +99,7 @@ std::int64_t FrameBars::NumberAt(std::int32_t date, std::int32_t time) const {
 
 void FrameBars::GoBackTo(int stored) {
   while (!bars_.starts.empty() && bars_.starts.back() >= stored) bars_.starts.pop_back();
-  Truncate(bars_, bars_.starts.size());
+  TruncateBars(bars_, bars_.starts.size());
 }
 
 void FrameBars::Begin(int stored) {

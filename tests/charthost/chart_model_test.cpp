@@ -119,6 +119,27 @@ TEST(ChartModel, ShowsAllPricesOfEverySeries) {
   }
 }
 
+// Worked by hand: the first bar opens at (10 + 11) / 2, each later one at the middle of the one
+// before.
+TEST(HeikinAshi, AveragesEachBarWithTheOneBefore) {
+  BarSeries series = SeriesOf({11, 12, 10});
+  series.opens = {10, 11, 12};
+  series.highs = {12, 13, 12.5F};
+  series.lows = {9, 11, 9.5F};
+  series.has_opens = true;
+  HeikinAshi bars;
+  const BarSeries& averaged = bars.Of(series);
+  const std::vector<float> opens = {10.5F, 10.5F, 11.125F};
+  const std::vector<float> closes = {10.5F, 11.75F, 11};
+  EXPECT_EQ(averaged.opens, opens);
+  EXPECT_EQ(averaged.closes, closes);
+  EXPECT_EQ(averaged.highs, series.highs);
+  EXPECT_EQ(averaged.lows, (std::vector<float>{9, 10.5F, 9.5F}));
+  series.closes[2] = 14;
+  bars.Forget(2);
+  EXPECT_EQ(bars.Of(series).closes, (std::vector<float>{10.5F, 11.75F, 12}));
+}
+
 // Lines near the prices are shown whole, and one far away doesn't squeeze the bars.
 TEST(ChartModel, MakesRoomForIndicatorsNearThePrices) {
   std::vector<float> closes(400, 100);

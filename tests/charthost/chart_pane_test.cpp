@@ -82,7 +82,7 @@ TEST_F(ChartPaneTest, ZoomsAtThePointerAndNotBelowEightBars) {
 TEST_F(ChartPaneTest, DrawsRisingAndFallingBarsInTheirColours) {
   const Palette& colours = Palette::Light();
   const auto pane = Open("SCB");
-  for (const ChartStyle style : {ChartStyle::kCandles, ChartStyle::kBars}) {
+  for (const ChartStyle style : {ChartStyle::kCandles, ChartStyle::kHollow, ChartStyle::kBars}) {
     pane->SetOptions({.style = style});
     EXPECT_GT(Pixels(*pane, colours.up), 500);
     EXPECT_GT(Pixels(*pane, colours.down), 500);
@@ -90,6 +90,15 @@ TEST_F(ChartPaneTest, DrawsRisingAndFallingBarsInTheirColours) {
   }
   pane->SetOptions({.style = ChartStyle::kLine, .volume = false});
   EXPECT_EQ(Pixels(*pane, colours.down_volume), 0);
+  // Candles of averages change their colour less often, and an area covers the ground below it.
+  pane->SetOptions({.volume = false});
+  const auto falling = Pixels(*pane, colours.down);
+  pane->SetOptions({.style = ChartStyle::kHeikinAshi, .volume = false});
+  EXPECT_LT(Pixels(*pane, colours.down), falling / 2);
+  pane->SetOptions({.style = ChartStyle::kLine, .volume = false});
+  const auto ground = Pixels(*pane, colours.field);
+  pane->SetOptions({.style = ChartStyle::kArea, .volume = false});
+  EXPECT_LT(Pixels(*pane, colours.field), ground * 3 / 4);
   const auto rising = Open("ADVANC");  // each close is above its open
   EXPECT_EQ(Pixels(*rising, colours.down), 0);
 }

@@ -246,10 +246,12 @@ TEST_P(MainWindowTest, MovesOneCrosshairThroughAllFrames) {
 TEST_P(MainWindowTest, RemembersTheLookAndTheFolder) {
   OpenBlind(program_.folder, "SCB");
   EXPECT_EQ(program_.settings->Options(), ChartOptions());
-  for (const Qt::Key entry : {Qt::Key_L, Qt::Key_V}) {
+  for (const std::vector<Qt::Key>& entries : {std::vector{Qt::Key_B, Qt::Key_L}, {Qt::Key_V}}) {
     Key(Qt::Key_V, Qt::AltModifier);
     ASSERT_TRUE(QTest::qWaitFor([&] { return program_.window->IsMenuShown(); }, 3000));
-    QTest::keyClick(QApplication::activePopupWidget(), entry);
+    for (const Qt::Key entry : entries) {
+      QTest::keyClick(QApplication::activePopupWidget(), entry);
+    }
   }
   const ChartSettings kept;
   EXPECT_EQ(kept.Options().style, ChartStyle::kLine);

@@ -47,39 +47,52 @@ void StrongGrid::draw(QCPPainter* painter) {
   }
 }
 
-PriceBars::PriceBars(QCPAxis* bars, QCPAxis* values, bool finished)
-    : QCPFinancial(bars, values), finished_(finished) {
+PriceBars::PriceBars(QCPAxis* bars, QCPAxis* values, Part part)
+    : QCPFinancial(bars, values), part_(part) {
   setAntialiased(false);
   setSelectable(QCP::stNone);
   setTwoColored(true);
   setWidthType(wtAbsolute);
 }
 
-void PriceBars::Style(bool candles) {
-  const bool pale = !finished_ && !candles;
-  const QColor& up = pale ? colours_.up_volume : colours_.up;
-  const QColor& down = pale ? colours_.down_volume : colours_.down;
+void PriceBars::Style(const ChartModel& model) {
+  const auto style = model.Options().style;
+  const bool candles = style != velumar::ChartStyle::kBars && has_opens_;
+  const bool hollow = style == velumar::ChartStyle::kHollow && has_opens_;
+  const bool unfinished = part_ == Part::kUnfinished;
+  const bool pale = unfinished && (!candles || hollow);
+  QColor up = pale ? colours_.up_volume : colours_.up;
+  QColor down = pale ? colours_.down_volume : colours_.down;
+  if (hollow && !unfinished) (part_ == Part::kUp ? down : up) = part_ == Part::kUp ? up : down;
+  setChartStyle(candles ? csCandlestick : csOhlc);
   setPenPositive(BodyPen(up));
   setPenNegative(BodyPen(down));
-  setBrushPositive(finished_ ? up : colours_.field);
-  setBrushNegative(finished_ ? down : colours_.field);
+  setBrushPositive(unfinished || hollow ? colours_.field : up);
+  setBrushNegative(unfinished && !hollow ? colours_.field : down);
 }
 
 void PriceBars::Fill(const ChartModel& model) {
   QVector<QCPFinancialData> bars;
   bars.reserve(static_cast<qsizetype>(model.Columns().size()));
-  const int newest = model.Series().newest_unfinished ? model.Series().size() - 1 : -1;
+  const BarSeries& series = model.Series();
+  const int newest = series.newest_unfinished ? series.size() - 1 : -1;
+  const bool hollow = model.Options().style == velumar::ChartStyle::kHollow;
+  const int before = model.Columns().empty() ? -1 : model.Window().FirstBar() - 1;
+  float previous = before >= 0 ? series.closes[before] : 0;
   for (const BarColumn& column : model.Columns()) {
-    if ((column.last_bar == newest) == finished_) continue;
+    const bool fallen = hollow && column.close < previous;
+    previous = column.close;
+    const Part part = column.last_bar == newest ? Part::kUnfinished
+                      : fallen                  ? Part::kDown
+                                                : Part::kUp;
+    if (part != part_) continue;
     bars.append({SnappedPlace(*keyAxis(), column.place), column.open, column.high, column.low,
                  column.close});
   }
   data()->set(bars, true);
-  has_opens_ = model.Series().has_opens;
+  has_opens_ = series.has_opens;
   setWidth(2 * BodyReach(model));
-  const bool candles = model.Options().style == velumar::ChartStyle::kCandles && has_opens_;
-  setChartStyle(candles ? csCandlestick : csOhlc);
-  Style(candles);
+  Style(model);
 }
 
 void PriceBars::draw(QCPPainter* painter) {

@@ -51,12 +51,16 @@ class StrongGrid : public QCPLayerable {
   const BarDateTicker& ticker_;
 };
 
-// Candles or bars on whole pixels: the finished ones, or the newest as long as it is unfinished,
-// hollow or pale. A series without open prices has bars without the left tick, which QCPFinancial
-// would draw.
+// Candles or bars on whole pixels: some of those that a chart shows. The newest one is hollow or
+// pale for as long as it is unfinished. Hollow candles have the colour of the change from the close
+// before, and are filled if they close below their open. A series without open prices has bars
+// without the left tick, which QCPFinancial would draw.
 class PriceBars : public QCPFinancial {
  public:
-  PriceBars(QCPAxis* bars, QCPAxis* values, bool finished);
+  // kDown: hollow candles that close below the bar before; all other finished bars are in kUp.
+  enum class Part { kUp, kDown, kUnfinished };
+
+  PriceBars(QCPAxis* bars, QCPAxis* values, Part part);
 
   void SetColours(const Palette& colours) { colours_ = colours; }
   // Takes the columns that the model has laid out.
@@ -66,9 +70,9 @@ class PriceBars : public QCPFinancial {
   void draw(QCPPainter* painter) override;
 
  private:
-  void Style(bool candles);
+  void Style(const ChartModel& model);
 
-  bool finished_;
+  Part part_;
   Palette colours_ = Palette::Light();
   bool has_opens_ = true;
 };

@@ -268,6 +268,7 @@ void ChartPlot::keyPressEvent(QKeyEvent* event) {
       {Qt::Key_PageDown, [](ViewWindow& window) { window.Pan(0.9 * window.Span()); }},
       {Qt::Key_Home, [](ViewWindow& window) { window.ShowOldest(); }},
       {Qt::Key_End, [](ViewWindow& window) { window.ShowNewest(); }},
+      {Qt::Key_0, [](ViewWindow& window) { window.ShowAll(); }},
       {Qt::Key_Plus, [](ViewWindow& window) { window.Zoom(0.8); }},
       {Qt::Key_Equal, [](ViewWindow& window) { window.Zoom(0.8); }},
       {Qt::Key_Minus, [](ViewWindow& window) { window.Zoom(1.25); }}};

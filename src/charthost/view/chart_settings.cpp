@@ -24,10 +24,10 @@ const QString kFolder = QStringLiteral("Folder");
 const QString kGeometry = QStringLiteral("Geometry");
 
 // In the order of ChartStyle, PriceScale and ChartTheme.
-const std::array<QString, 3> kStyleNames = {QStringLiteral("candles"), QStringLiteral("bars"),
-                                            QStringLiteral("line")};
-const std::array<QString, 3> kScaleNames = {QStringLiteral("linear"),
-                                            QStringLiteral("logarithmic"),
+const std::array<QString, 6> kStyleNames = {QStringLiteral("candles"),     QStringLiteral("hollow"),
+                                            QStringLiteral("heikin-ashi"), QStringLiteral("bars"),
+                                            QStringLiteral("line"),        QStringLiteral("area")};
+const std::array<QString, 3> kScaleNames = {QStringLiteral("linear"), QStringLiteral("logarithmic"),
                                             QStringLiteral("percent")};
 const std::array<QString, 3> kThemeNames = {QStringLiteral("system"), QStringLiteral("light"),
                                             QStringLiteral("dark")};

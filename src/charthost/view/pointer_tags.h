@@ -13,8 +13,8 @@ class PointerTags {
   PointerTags(QCPItemText* value, QCPItemText* date);
 
   void SetColours(const Palette& colours);
-  // The value at a height of the area, at its side with the axis. Next to `last`, the tag of the last price, it moves away
-  // from it as far as both can be read.
+  // The value at a height of the area, at its side with the axis. Next to `last`, the tag of the
+  // last price, it moves away from it as far as both can be read.
   void ShowValue(const QString& text, double y, const QRect& area, QCPAxis::AxisType side,
                  const QCPItemText& last);
   // The date below the area at `x`, inside the area's left and right edge.

@@ -10,8 +10,9 @@ PricePlots::PricePlots(const ChartModel& model, QCPAxisRect& prices, QCPAxisRect
       rect_(prices),
       places_(*prices.axis(QCPAxis::atBottom)),
       prices_(*prices.axis(QCPAxis::atRight)) {
-  bars_ = new PriceBars(&places_, &prices_, true);
-  unfinished_ = new PriceBars(&places_, &prices_, false);
+  for (std::size_t i = 0; i < bars_.size(); ++i) {
+    bars_[i] = new PriceBars(&places_, &prices_, static_cast<PriceBars::Part>(i));
+  }
   line_ = new QCPGraph(&places_, &prices_);
   line_->setSelectable(QCP::stNone);
   for (QCPBars*& volume : volumes_) {
@@ -42,8 +43,7 @@ void PricePlots::AddLastPrice() {
 
 void PricePlots::SetColours(const Palette& colours) {
   colours_ = colours;
-  bars_->SetColours(colours);
-  unfinished_->SetColours(colours);
+  for (PriceBars* const bars : bars_) bars->SetColours(colours);
   line_->setPen(QPen(colours.line, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   const std::array volume_colours = {colours.up_volume, colours.down_volume};
   for (std::size_t i = 0; i < volumes_.size(); ++i) {
@@ -53,9 +53,12 @@ void PricePlots::SetColours(const Palette& colours) {
 }
 
 void PricePlots::Fill() {
-  const bool as_line = model_.Options().style == ChartStyle::kLine;
+  const bool as_line = IsLine(model_.Options().style);
+  QColor fill = colours_.line;
+  fill.setAlpha(40);
   line_->setVisible(as_line);
-  for (PriceBars* const bars : {bars_, unfinished_}) {
+  line_->setBrush(model_.Options().style == ChartStyle::kArea ? QBrush(fill) : QBrush());
+  for (PriceBars* const bars : bars_) {
     bars->setVisible(!as_line);
     bars->Fill(model_);
   }

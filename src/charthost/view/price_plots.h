@@ -30,8 +30,7 @@ class PricePlots {
   QCPAxis& places_;  // of the bars
   QCPAxis& prices_;
   Palette colours_ = Palette::Light();
-  PriceBars* bars_;
-  PriceBars* unfinished_;
+  std::array<PriceBars*, 3> bars_;  // by their part
   QCPGraph* line_;
   std::array<QCPBars*, 2> volumes_;  // of rising and of falling bars
   QCPItemLine* last_line_;

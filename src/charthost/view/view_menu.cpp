@@ -10,11 +10,13 @@ namespace velumar {
 ViewMenu::ViewMenu(const QString& title, QWidget* parent) : QMenu(title, parent) {
   addAction(tr("&Refresh"), QKeySequence(Qt::Key_F5), this, &ViewMenu::RefreshChosen);
   addSeparator();
-  AddChoice(*this, &ChartOptions::style,
+  AddChoice(*addMenu(tr("&Bars as")), &ChartOptions::style,
             {{tr("&Candles"), ChartStyle::kCandles},
+             {tr("&Hollow candles"), ChartStyle::kHollow},
+             {tr("Heikin-&Ashi candles"), ChartStyle::kHeikinAshi},
              {tr("&Bars"), ChartStyle::kBars},
-             {tr("&Line"), ChartStyle::kLine}});
-  addSeparator();
+             {tr("&Line"), ChartStyle::kLine},
+             {tr("A&rea"), ChartStyle::kArea}});
   intervals_ = addMenu(tr("Int&erval"));
   interval_group_ = new QActionGroup(this);
   connect(intervals_, &QMenu::aboutToShow, this, &ViewMenu::FillIntervals);
@@ -86,7 +88,7 @@ void ViewMenu::AddMoves() {
   const std::initializer_list<std::pair<QString, WindowMove>> entries = {
       {tr("Zoom &in\t+"), [](ViewWindow& window) { window.Zoom(0.8); }},
       {tr("Zoom o&ut\t-"), [](ViewWindow& window) { window.Zoom(1.25); }},
-      {tr("&Whole series"), [](ViewWindow& window) { window.ShowAll(); }},
+      {tr("&Fit whole series\t0"), [](ViewWindow& window) { window.ShowAll(); }},
       {tr("&Newest bar\tEnd"), [](ViewWindow& window) { window.ShowNewest(); }}};
   for (const auto& [text, move] : entries) {
     addAction(text, this, [this, move = move] { emit MoveChosen(move); });
