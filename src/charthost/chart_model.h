@@ -28,6 +28,7 @@ enum class ChartTheme { kSystem, kLight, kDark };
 struct ChartOptions {
   ChartStyle style = ChartStyle::kCandles;
   ChartTheme theme = ChartTheme::kSystem;
+  bool safe_colours = false;  // for any colour vision
   bool volume = true;
   PriceScale scale = PriceScale::kLinear;
   bool axis_at_left = false;

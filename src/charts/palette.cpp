@@ -44,6 +44,15 @@ Palette MakePalette(bool dark) {
           .error = pick(0xb42318, 0xff8a80)};
 }
 
+Palette MakeSafePalette(bool dark) {
+  Palette palette = MakePalette(dark);
+  palette.up = dark ? QColor(0x56b4e9) : QColor(0x0067a5);
+  palette.down = dark ? QColor(0xf08a3c) : QColor(0xb54a00);
+  palette.up_volume = dark ? QColor(0x2f6384) : QColor(0x9cc4de);
+  palette.down_volume = dark ? QColor(0x7f4a22) : QColor(0xe3b48f);
+  return palette;
+}
+
 }  // namespace
 
 const Palette& Palette::Light() {
@@ -56,8 +65,20 @@ const Palette& Palette::Dark() {
   return palette;
 }
 
-const Palette& Palette::Following(const QPalette& system) {
-  return system.color(QPalette::Window).lightness() < 128 ? Dark() : Light();
+const Palette& Palette::SafeLight() {
+  static const Palette palette = MakeSafePalette(false);
+  return palette;
+}
+
+const Palette& Palette::SafeDark() {
+  static const Palette palette = MakeSafePalette(true);
+  return palette;
+}
+
+const Palette& Palette::Following(const QPalette& system, bool safe) {
+  const bool dark = system.color(QPalette::Window).lightness() < 128;
+  if (safe) return dark ? SafeDark() : SafeLight();
+  return dark ? Dark() : Light();
 }
 
 QPalette Palette::ForWidgets() const {

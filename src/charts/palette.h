@@ -45,8 +45,11 @@ struct Palette {
 
   static const Palette& Light();
   static const Palette& Dark();
+  // The same with blue for up and orange for down, which differ with any colour vision.
+  static const Palette& SafeLight();
+  static const Palette& SafeDark();
   // The set that matches the colours of the system or of a window.
-  static const Palette& Following(const QPalette& system);
+  static const Palette& Following(const QPalette& system, bool safe = false);
 
   QPalette ForWidgets() const;
 };

@@ -88,6 +88,9 @@ TEST_F(ChartPaneTest, DrawsRisingAndFallingBarsInTheirColours) {
     EXPECT_GT(Pixels(*pane, colours.down), 500);
     EXPECT_GT(Pixels(*pane, colours.down_volume), 500);
   }
+  pane->SetOptions({.safe_colours = true});
+  EXPECT_EQ(Pixels(*pane, colours.up) + Pixels(*pane, colours.down), 0);
+  EXPECT_GT(Pixels(*pane, Palette::SafeLight().down), 500);
   pane->SetOptions({.style = ChartStyle::kLine, .volume = false});
   EXPECT_EQ(Pixels(*pane, colours.down_volume), 0);
   // Candles of averages change their colour less often, and an area covers the ground below it.

@@ -87,6 +87,10 @@ ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, std::map
   ApplyColours();
 }
 
+const Palette& ChartPane::Colours() const {
+  return Palette::Following(palette(), document_.Model().Options().safe_colours);
+}
+
 void ChartPane::Refresh() {
   document_.Refresh();
   ShowState();
@@ -106,13 +110,15 @@ void ChartPane::ExpectRefreshes() {
 void ChartPane::SetPositions(const ChartPositions& positions) { plot_->SetPositions(positions); }
 
 void ChartPane::SetOptions(const ChartOptions& options) {
+  const bool other_colours = options.safe_colours != document_.Model().Options().safe_colours;
   document_.Model().SetOptions(options);
   readout_->ForgetWidths();
+  if (other_colours) return ApplyColours();
   ShowState();
 }
 
 void ChartPane::ApplyColours() {
-  const Palette& colours = Palette::Following(palette());
+  const Palette& colours = Colours();
   readout_->SetColours(colours);
   plot_->SetColours(colours);
   SetTextColour(error_, colours.error, colours.field);
@@ -153,7 +159,7 @@ void ChartPane::ShowState(QCustomPlot::RefreshPriority when) {
 // The bar under the pointer, or the newest one.
 void ChartPane::ShowBar(int bar) {
   const ChartModel& model = document_.Model();
-  const Palette& colours = Palette::Following(palette());
+  const Palette& colours = Colours();
   const BarSeries& series = model.Series();
   std::vector<ReadoutItem> items;
   items.push_back({QString(), HeadText(document_), colours.text, true});
@@ -171,7 +177,7 @@ void ChartPane::ShowBar(int bar) {
 
 void ChartPane::AddOverlays(int bar, std::vector<ReadoutItem>& items) const {
   const ChartModel& model = document_.Model();
-  const Palette& colours = Palette::Following(palette());
+  const Palette& colours = Colours();
   for (const ModelIndicator& indicator : model.Indicators()) {
     const IndicatorPane pane = indicator.row->pane;
     if (pane == IndicatorPane::kOwn) continue;
@@ -210,7 +216,7 @@ void ChartPane::ShowAsTile(bool tiled, bool active) {
 }
 
 void ChartPane::paintEvent(QPaintEvent*) {
-  const Palette& colours = Palette::Following(palette());
+  const Palette& colours = Colours();
   QPainter(this).fillRect(rect(), active_tile_ ? colours.accent : colours.groove);
 }
 

@@ -56,6 +56,7 @@ class ChartPane : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  const Palette& Colours() const;
   void ShowState(QCustomPlot::RefreshPriority when = QCustomPlot::rpQueuedReplot);
   void ShowBar(int bar);
   // The values of the indicators without a pane of their own.

@@ -10,6 +10,7 @@ namespace {
 
 const QString kStyle = QStringLiteral("Style");
 const QString kTheme = QStringLiteral("Theme");
+const QString kSafeColours = QStringLiteral("ColourBlindSafe");
 const QString kVolume = QStringLiteral("Volume");
 const QString kLogarithmic = QStringLiteral("LogScale");  // before there were more scales
 const QString kScale = QStringLiteral("Scale");
@@ -78,6 +79,7 @@ ChartOptions ChartSettings::Options() const {
   ChartOptions options;
   options.style = FromName(kStyleNames, settings_.value(kStyle), options.style);
   options.theme = FromName(kThemeNames, settings_.value(kTheme), options.theme);
+  options.safe_colours = settings_.value(kSafeColours, options.safe_colours).toBool();
   options.volume = settings_.value(kVolume, options.volume).toBool();
   if (settings_.value(kLogarithmic).toBool()) options.scale = PriceScale::kLogarithmic;
   options.scale = FromName(kScaleNames, settings_.value(kScale), options.scale);
@@ -110,6 +112,7 @@ void ChartSettings::SetSets(const IndicatorSets& sets) {
 void ChartSettings::SetOptions(const ChartOptions& options) {
   settings_.setValue(kStyle, kStyleNames[static_cast<std::size_t>(options.style)]);
   settings_.setValue(kTheme, kThemeNames[static_cast<std::size_t>(options.theme)]);
+  settings_.setValue(kSafeColours, options.safe_colours);
   settings_.setValue(kVolume, options.volume);
   settings_.setValue(kScale, kScaleNames[static_cast<std::size_t>(options.scale)]);
   settings_.setValue(kAxisAtLeft, options.axis_at_left);

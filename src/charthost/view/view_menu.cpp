@@ -22,22 +22,25 @@ ViewMenu::ViewMenu(const QString& title, QWidget* parent) : QMenu(title, parent)
   connect(intervals_, &QMenu::aboutToShow, this, &ViewMenu::FillIntervals);
   AddTilings();
   addSeparator();
-  AddToggle(tr("&Volume"), &ChartOptions::volume);
+  AddToggle(*this, tr("&Volume"), &ChartOptions::volume);
   AddChoice(*addMenu(tr("&Scale")), &ChartOptions::scale,
             {{tr("&Linear"), PriceScale::kLinear},
              {tr("Lo&garithmic"), PriceScale::kLogarithmic},
              {tr("&Percent"), PriceScale::kPercent}});
-  AddToggle(tr("&Price axis at the left"), &ChartOptions::axis_at_left);
-  AddToggle(tr("Or&ders and positions"), &ChartOptions::positions);
+  AddToggle(*this, tr("&Price axis at the left"), &ChartOptions::axis_at_left);
+  AddToggle(*this, tr("Or&ders and positions"), &ChartOptions::positions);
   addAction(tr("Indic&ators..."), QKeySequence(Qt::CTRL | Qt::Key_I), this,
             &ViewMenu::IndicatorsChosen);
   addSeparator();
   AddMoves();
   addSeparator();
-  AddChoice(*addMenu(tr("T&heme")), &ChartOptions::theme,
+  QMenu* const theme = addMenu(tr("T&heme"));
+  AddChoice(*theme, &ChartOptions::theme,
             {{tr("&System"), ChartTheme::kSystem},
              {tr("&Light"), ChartTheme::kLight},
              {tr("&Dark"), ChartTheme::kDark}});
+  theme->addSeparator();
+  AddToggle(*theme, tr("&Colour-blind safe"), &ChartOptions::safe_colours);
 }
 
 template <typename T>
@@ -57,8 +60,8 @@ void ViewMenu::AddChoice(QMenu& menu, T ChartOptions::*option,
   }
 }
 
-void ViewMenu::AddToggle(const QString& text, bool ChartOptions::*option) {
-  QAction* const action = addAction(text, this, [this, option] {
+void ViewMenu::AddToggle(QMenu& menu, const QString& text, bool ChartOptions::*option) {
+  QAction* const action = menu.addAction(text, this, [this, option] {
     ChartOptions options = options_;
     options.*option = !(options.*option);
     emit OptionsChosen(options);

@@ -40,7 +40,7 @@ class ViewMenu : public QMenu {
   template <typename T>
   void AddChoice(QMenu& menu, T ChartOptions::*option,
                  std::initializer_list<std::pair<QString, T>> entries);
-  void AddToggle(const QString& text, bool ChartOptions::*option);
+  void AddToggle(QMenu& menu, const QString& text, bool ChartOptions::*option);
   void AddMoves();
   void FillIntervals();
   void AddTilings();
