@@ -65,6 +65,10 @@ TEST_F(ChartDocumentTest, ShowsTheSeriesInAnotherFrameAndFollowsIt) {
   chart.ShowFrame({});
   EXPECT_EQ(chart.Model().Series().size(), 300);
   EXPECT_EQ(chart.Model().Window().LastBar(), 10 * 28 - 1) << "the last day of the tenth month";
+  chart.Model().Window().ShowBetween(100, 140);
+  const double span = chart.Model().Window().Span();
+  chart.Refresh();
+  EXPECT_DOUBLE_EQ(chart.Model().Window().Span(), span);
   chart.ShowFrame({Frame::Unit::kMinutes, 60});
   EXPECT_EQ(chart.ShownFrame(), Frame()) << "days have no hours";
 }

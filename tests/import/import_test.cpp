@@ -276,6 +276,8 @@ TEST_F(Import, IsRepeatedForFilesThatChanged) {
   EXPECT_THAT(Stored("ABC"), HasSubstr("20200106"));
   EXPECT_EQ(NameOf("ABC"), "Abc of Zürich");
   EXPECT_THAT(update(), IsEmpty());
+  prices.Write("ABC_D.csv", kHeader + Days(1, 6, 7));
+  EXPECT_THAT(update(), ElementsAre("ABC_D.csv")) << "corrected prices, in as many bytes";
 
   options.remember = Remember::kFolder;
   Take(prices.Sub("ABC_D.csv"), options);

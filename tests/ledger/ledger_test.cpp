@@ -281,6 +281,12 @@ TEST_F(LedgerTest, AFileOfAnotherProgramIsNotChanged) {
     std::ofstream(folder.Sub("l.mdb"), std::ios::binary) << content;
     ExpectRefused(folder, "l.mdb");
   }
+  Opened(file);
+  std::string damaged = ReadFile(file);
+  damaged.replace(damaged.size() - 1024, 1024, 1024, 'x');
+  const ScratchFolder broken;
+  broken.Write("l.mdb", damaged);
+  ExpectRefused(broken, "damaged");
   const ScratchFolder folder;
   fs::create_directory(folder.Sub("l.mdb"));
   ExpectRefused(folder, "folder");

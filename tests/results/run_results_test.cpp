@@ -216,6 +216,7 @@ TEST_F(RunResultsTest, LargeAndNegativeMoneyKeepsItsSign) {
            {"Win rate", "50.00 %"},
            {"Largest loss", "-4,000,000,000.00"},
            {"Max consecutive wins", "1"},
+           {"Max consecutive losses", "1"},
            {"Max drawdown in percent", "133.33 %"},
            {"Drawdown period", "<2007-01-11> 16:30:00 to <2007-01-13> 16:30:00"},
            {"Return", "-200.00 %"}}) {

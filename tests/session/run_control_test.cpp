@@ -114,6 +114,13 @@ TEST_F(RunControlTest, ADayIsReachedInOneStepFromEitherSide) {
   outside.boxes.date.reset();
   control.GoToDate();
   EXPECT_EQ(session.BarIndex, 170) << "cancelled";
+  outside.boxes.date = MadeDate(0);
+  control.GoToDate();
+  control.GoPrevious();
+  EXPECT_EQ(session.BarIndex, -1);
+  control.GoFastForward();
+  EXPECT_EQ(session.BarIndex, 30) << "30 from the first bar";
+  EXPECT_EQ(StoreBars().size(), 31U);
 }
 
 // Orders of a run that the ledger doesn't know would join the rows of the one before.

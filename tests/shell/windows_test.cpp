@@ -1,3 +1,4 @@
+#include "marketdata/market_files.h"
 #include "shell/window_shaping.h"
 #include "support/whole_program.h"
 
@@ -127,13 +128,25 @@ TEST_F(WindowsTest, AFolderOfPriceFilesBecomesADataDirectory) {
 
 // The window slides in with clicks running; its ledger opens after that.
 TEST_F(WindowsTest, AStartWhileTheWindowComesUpBeginsNoRunWithoutALedger) {
-  all->At(300, [this] { all->Setup().Image3.UserClick(); });
+  const auto start = [this] { all->Setup().Image3.UserClick(); };
+  all->At(300, start);
   all->program.Start();
   EXPECT_TRUE(all->Setup().Visible());
   EXPECT_TRUE(all->session.BarDate.empty());
   EXPECT_TRUE(all->ledger.CanWrite());
   all->Play(198);
   EXPECT_EQ(all->session.BarIndex, 199);
+  // Nor does one while the securities of a large directory are listed.
+  const std::string many = scratch.Sub("many");
+  std::filesystem::create_directory(many);
+  WriteFile(many + "/MASTER", Master(std::vector<Listed>(101)));
+  all->Navigator().Image5.UserClick();
+  all->Setup().Text3.UserType(many);
+  all->outside.events.SetOnPending(start);
+  all->Setup().Text3.on_key_up(kEnterKey);
+  EXPECT_TRUE(all->Setup().Visible());
+  EXPECT_FALSE(std::filesystem::exists(many + "/Simulate"));
+  EXPECT_THAT(Boxes(), testing::IsEmpty());
 }
 
 TEST_F(WindowsTest, AMarketsWordInTheDirectorySetsTheBoxes) {

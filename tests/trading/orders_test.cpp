@@ -13,7 +13,10 @@ using OrdersTest = OrderFixture;
 TEST_F(OrdersTest, FuturesSidesAreIndependentAndAverage) {
   Account(20000, 5000, "500", 2000000);
   AddBar(100.5F);
+  session.NewestShownBar = 9;
   EXPECT_EQ(Order(&OrderDesk::Long, "2"), OrderResult::kDone);
+  EXPECT_EQ(Ask("select Quantity, Vat, BarIndex, NewestShown From Details"),
+            (std::vector<Row>{{2.0, 70.0, 1.0, 9.0}}));
   EXPECT_EQ(session.UsedMargin, 41070);
   EXPECT_EQ(Newest("Position, ActTime, LAmount, Commission, Portfolio"),
             (Row{"Long", "16:30:00", 2.0, 1000.0, 2000000.0}));
@@ -41,6 +44,11 @@ TEST_F(OrdersTest, FuturesSidesAreIndependentAndAverage) {
   EXPECT_EQ(session.Orders.size(), 5U);
   EXPECT_EQ(session.Orders.back(), (OrderMark{5, 102.5F, true, false})) << "the charts mark it";
   EXPECT_EQ(charts.asked.size(), 5U);
+  AddBar(100);
+  Order(&OrderDesk::Short, "2");
+  AddBar(101);
+  Order(&OrderDesk::Short, "1");
+  EXPECT_EQ(session.SAvgPrice, 100.33F);
   StartAccount(session, run);
   ShowStatus(session, run, outside.locale);
   EXPECT_EQ(run.status.positions, "( L=0 Avg=0.0 )  ( S=0 Avg= 0.0 ) ");
