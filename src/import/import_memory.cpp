@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/dates.h"
+#include "base/number_text.h"
 #include "base/paths.h"
 #include "base/whole_file.h"
 #include "import/price_reader.h"
@@ -110,8 +111,17 @@ std::optional<std::string> TextIn(const Json& json, const char* name) {
   return json.contains(name) ? std::optional(CheckedText(json.at(name))) : std::nullopt;
 }
 
+// The library would cut a number that does not fit.
+template <typename Number>
+Number WholeNumber(const Json& json) {
+  const std::optional<Number> number = ExactNumber<Number>(json.dump());
+  Require(number.has_value(), "a number is too large or not whole");
+  return *number;
+}
+
 std::optional<std::int32_t> NumberIn(const Json& json, const char* name) {
-  return json.contains(name) ? std::optional(json.at(name).get<std::int32_t>()) : std::nullopt;
+  return json.contains(name) ? std::optional(WholeNumber<std::int32_t>(json.at(name)))
+                             : std::nullopt;
 }
 
 std::optional<bool> BoolIn(const Json& json, const char* name) {
@@ -159,8 +169,8 @@ RememberedFile FileOf(const Json& json) {
   RememberedFile file{.file = NativePath(CheckedText(json.at("file"))),
                       .options = OptionsOf(json.at("options"))};
   Require(file.file.is_absolute(), "a file name has no folder");
-  file.stamp.size = json.at("size").get<std::int64_t>();
-  file.stamp.changed_ns = json.at("changed").get<std::int64_t>();
+  file.stamp.size = WholeNumber<std::int64_t>(json.at("size"));
+  file.stamp.changed_ns = WholeNumber<std::int64_t>(json.at("changed"));
   return file;
 }
 

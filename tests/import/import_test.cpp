@@ -303,8 +303,10 @@ TEST_F(Import, TrustsNoDamagedMemory) {
   for (const std::string& bad :
        {std::string("{"), with("/version", 2), with("/files/0/file", "relative.csv"),
         with("/files/0/file", 7), with("/files/0/options/interval", 7),
-        with("/files/0/options/scale", 3), with("/files/0/options/from", 20201341),
-        with("/files/0/options/too_long", "no"), with("/files/0/options/symbol", "A\nB"),
+        with("/files/0/options/interval", (std::int64_t{1} << 32) + 5),
+        with("/files/0/options/interval", 5.5), with("/files/0/options/scale", 3),
+        with("/files/0/options/from", 20201341), with("/files/0/options/too_long", "no"),
+        with("/files/0/options/symbol", "A\nB"),
         with("/files/0/options/symbol", std::string(5000, 'A'))}) {
     WriteFile(memory, bad);
     EXPECT_THAT([&] { UpdateImports(data, cache, nullptr); },
