@@ -26,21 +26,33 @@ class BarAggregator {
   // days the bar of the same time ended as early, as at the end of a session. `spacing` is that of
   // the added bars, in seconds.
   bool NewestIsComplete(int spacing) const;
+  // The same of the oldest bar and the start of its interval.
+  bool OldestIsComplete(int spacing) const;
 
  private:
+  // The times of a bar's interval and of the first and last bar that were merged into it.
+  struct Part {
+    std::int32_t start = 0;
+    std::int32_t first = 0;
+    std::int32_t last = 0;
+  };
+  // How many bars have their first or last merged bar in that minute of the day.
+  using Minutes = std::array<std::uint32_t, 1440>;
+
   std::int32_t StartOf(std::int32_t time) const;
+  int EndOf(const Part& part) const;
   void Merge(const Bar& bar);
 
   int interval_;
   bool backwards_;
   std::optional<Bar> open_;
-  double volume_ = 0;       // of the open bar
-  std::int32_t ended_ = 0;  // the time of the last bar that was merged into it
-  // Of the newest bar that is finished.
-  std::int32_t newest_start_ = 0;
-  std::optional<std::int32_t> newest_ended_;
-  // How many bars ended with a merged bar of that minute of the day.
-  std::array<std::uint32_t, 1440> ends_{};
+  double volume_ = 0;  // of the open bar
+  Part part_;          // the same
+  // Of the bars that are finished.
+  std::optional<Part> oldest_;
+  std::optional<Part> newest_;
+  Minutes firsts_{};
+  Minutes lasts_{};
 };
 
 }  // namespace velumar

@@ -278,6 +278,10 @@ BuiltSeries SeriesBuilder::Finish() {
   }
   const Bar& oldest = built.parts.begin()->second.front();
   built.begins_within_bar = aggregator_ && oldest.date == first_.date && oldest.time < first_.time;
+  if (built.begins_within_bar && !aggregator_->OldestIsComplete(spacing_.Seconds())) {
+    built.remarks.push_back("the first bar, of " + DayText(oldest.date) +
+                            ", may not be complete: the file begins within it");
+  }
   built.first = oldest;
   built.last = built.parts.rbegin()->second.back();
   CheckLength(built);

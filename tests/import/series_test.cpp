@@ -210,7 +210,7 @@ TEST(Aggregation, DoesNotDependOnTheWay) {
   EXPECT_EQ(Build(few, With(30)).parts.at(0), expected);
 }
 
-TEST(Aggregation, LeavesOutALastBarThatIsNotComplete) {
+TEST(Aggregation, KnowsWhatIsNotComplete) {
   std::vector<Bar> bars;
   for (int day = 0; day < 3; ++day) {
     for (int minute = 600; minute < 960; minute += 5) {
@@ -229,6 +229,23 @@ TEST(Aggregation, LeavesOutALastBarThatIsNotComplete) {
   EXPECT_EQ(last(60, 12), std::pair(20200104, 140000)) << "which is complete";
   EXPECT_EQ(last(kDaily, 0), std::pair(20200104, 0)) << "the other days ended as early";
   EXPECT_EQ(last(kDaily, 1), std::pair(20200103, 0));
+
+  // A first bar stays, but it may lack a part.
+  const auto says_so = [&](int interval, std::ptrdiff_t cut, bool newest_first) {
+    std::vector<Bar> later(bars.begin() + cut, bars.end());
+    if (newest_first) std::ranges::reverse(later);
+    const BuiltSeries built = Build(later, With(interval));
+    return std::ranges::count(built.remarks,
+                              "the first bar, of 2 January 2020, may not be complete: the file "
+                              "begins within it") == 1;
+  };
+  for (const bool newest_first : {false, true}) {
+    EXPECT_FALSE(says_so(60, 0, newest_first));
+    EXPECT_TRUE(says_so(60, 1, newest_first));
+    EXPECT_FALSE(says_so(60, 12, newest_first));
+    EXPECT_FALSE(says_so(kDaily, 0, newest_first)) << "the other days began as late";
+    EXPECT_TRUE(says_so(kDaily, 1, newest_first));
+  }
 }
 
 TEST(Aggregation, TakesLabelsAsEndsIfAsked) {
