@@ -128,10 +128,11 @@ void SeriesBuilder::Sort() {
 void SeriesBuilder::ConvertFrom(std::size_t place) {
   if (!zones_) return;
   for (std::size_t i = place; i < buffer_.size(); ++i) {
+    Row& row = buffer_[i];
     try {
-      zones_->Convert(buffer_[i].bar, buffer_[i].utc_offset);
+      if (!zones_->Convert(row.bar, row.utc_offset)) skipped_times_.Add(row.line);
     } catch (const ImportError& error) {
-      throw ImportError("line " + std::to_string(buffer_[i].line) + ": " + error.what());
+      throw ImportError("line " + std::to_string(row.line) + ": " + error.what());
     }
   }
 }
@@ -393,10 +394,10 @@ void SeriesBuilder::AddRemarks(BuiltSeries& built) const {
     built.remarks.push_back(Counted(times_, "bar") + (times_ == 1 ? " has" : " have") +
                             " a time, ignored because the series is daily");
   }
-  if (zones_ && zones_->Skipped() > 0) {
-    built.remarks.push_back(Counted(zones_->Skipped(), "time") +
-                            " did not exist in that zone, because the clock was moved forward");
-  }
+  const std::string skipped =
+      " a time that " + options_.from_zone.value_or("") + " skips when summer time begins, and ";
+  const std::string unmoved = " read as if the clock had not moved";
+  add(skipped_times_, "has" + skipped + "was" + unmoved, "have" + skipped + "were" + unmoved);
   if (ZoneTimes::Wanted(options_) && !zones_) {
     built.remarks.push_back("the days of daily bars are kept as written, whatever the zone");
   }

@@ -135,6 +135,7 @@ class SeriesBuilder {
   Bar first_;
   Bar last_;
 
+  Tally skipped_times_;
   Tally contradictions_;
   Tally identical_;
   Tally repeated_;

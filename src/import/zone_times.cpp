@@ -57,7 +57,7 @@ struct ZoneTimes::State {
   const date::time_zone* from = nullptr;
   const date::time_zone* to = nullptr;  // null for UTC
   bool newest_first = false;
-  std::int64_t skipped = 0;
+  bool skipped = false;  // the last local time
   Period from_period;
   Period to_period;
   // Of the newest local time that occurs twice.
@@ -83,17 +83,17 @@ bool ZoneTimes::Wanted(const ImportOptions& options) {
   return options.utc || options.from_zone || options.to_zone;
 }
 
-std::int64_t ZoneTimes::Skipped() const { return state_->skipped; }
-
-void ZoneTimes::Convert(Bar& bar, std::optional<int> utc_offset) {
+bool ZoneTimes::Convert(Bar& bar, std::optional<int> utc_offset) {
   const date::local_seconds local = LocalOf(bar);
   if (!utc_offset && state_->from == nullptr) {
     throw ImportError("the time has no offset from UTC; set --from-zone");
   }
+  state_->skipped = false;
   const date::sys_seconds utc =
       utc_offset ? date::sys_seconds(local.time_since_epoch()) - std::chrono::minutes(*utc_offset)
                  : state_->UtcOf(local);
   SetLocal(bar, state_->LocalIn(utc));
+  return !state_->skipped;
 }
 
 date::sys_seconds ZoneTimes::State::UtcOf(date::local_seconds local) {
@@ -117,7 +117,7 @@ date::sys_seconds ZoneTimes::State::UtcOfUnusual(date::local_seconds local,
                                                  const date::local_info& info) {
   const date::sys_seconds same_digits(local.time_since_epoch());
   if (info.result == date::local_info::nonexistent) {
-    ++skipped;
+    skipped = true;
     return same_digits - info.first.offset;
   }
   if (change != info.first.end) {

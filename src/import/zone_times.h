@@ -21,12 +21,9 @@ class ZoneTimes {
   ZoneTimes(const ZoneTimes&) = delete;
   ZoneTimes& operator=(const ZoneTimes&) = delete;
 
-  // `utc_offset` is in minutes, if the line states it, and then counts instead of the zone. Throws
-  // ImportError if there is neither.
-  void Convert(Bar& bar, std::optional<int> utc_offset);
-
-  // How many times did not exist.
-  std::int64_t Skipped() const;
+  // `utc_offset` is in minutes, if the line states it, and then counts instead of the zone. Returns
+  // false if the time is one that the zone skips. Throws ImportError if there is neither.
+  bool Convert(Bar& bar, std::optional<int> utc_offset);
 
   // False if times are kept as they are written.
   static bool Wanted(const ImportOptions& options);
