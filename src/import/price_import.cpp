@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <optional>
 #include <utility>
 
@@ -22,6 +23,9 @@ namespace velumar {
 namespace fs = std::filesystem;
 
 namespace {
+
+// Much longer than storing the series of a file takes.
+constexpr std::chrono::seconds kPatience(10);
 
 struct StoredSeries {
   std::string name;
@@ -129,11 +133,11 @@ void KeepPlayable(std::vector<Bar>& bars, TooLong too_long) {
 }
 
 // Writes nothing if the stored series already is as it would become.
-void Store(std::string_view directory, const ReadPrices::Series& series,
-           const ImportOptions& options, IndexCache& cache, ImportedSeries& result) {
+void Store(HeldDirectory& directory, const ReadPrices::Series& series, const ImportOptions& options,
+           IndexCache& cache, ImportedSeries& result) {
   NewSecurity security{
       .symbol = series.found.symbol, .name = series.found.name, .interval = series.found.interval};
-  const std::optional<StoredSeries> stored = ReadStored(directory, series.found, cache);
+  const std::optional<StoredSeries> stored = ReadStored(directory.Name(), series.found, cache);
   const ScaledName name = ScaledNameOf(stored ? stored->name : "");
   if (stored && !options.name) security.name = name.base + ScaleSuffix(options.scale);
   if (options.scale != 1 && security.name.size() > kLongestSecurityName) {
@@ -141,7 +145,7 @@ void Store(std::string_view directory, const ReadPrices::Series& series,
                       "\" is too long to end with the scale; set a shorter --name");
   }
   if (!stored || options.replace) {
-    StoreSecurity(directory, security, series.bars, cache);
+    directory.Store(security, series.bars, cache);
     result.added = static_cast<std::int64_t>(series.bars.size());
     result.replaced = true;
     return;
@@ -150,7 +154,19 @@ void Store(std::string_view directory, const ReadPrices::Series& series,
   std::vector<Bar> bars = Merged(stored->bars, series, result);
   KeepPlayable(bars, options.too_long);
   if (bars == stored->bars && security.name == stored->name) return;
-  StoreSecurity(directory, security, bars, cache);
+  directory.Store(security, std::move(bars), cache);
+}
+
+ImportedSeries Imported(HeldDirectory& directory, const ReadPrices::Series& series,
+                        const ImportOptions& options, IndexCache& cache) {
+  ImportedSeries result{.found = series.found, .error = series.found.refusal};
+  if (!result.error.empty()) return result;
+  try {
+    Store(directory, series, options, cache, result);
+  } catch (const std::exception& error) {
+    result.error = error.what();
+  }
+  return result;
 }
 
 // A run empties its working store, and what it held would be lost.
@@ -170,6 +186,11 @@ void RequireReady(const Understanding& understood, const std::string& name) {
     text += (text.empty() ? "" : " ") + QuestionText(question);
   }
   throw ImportUndecided(name + text);
+}
+
+void RequireOneStored(const ImportReport& report) {
+  if (std::ranges::any_of(report.series, &std::string::empty, &ImportedSeries::error)) return;
+  throw ImportError(report.series.front().error);
 }
 
 }  // namespace
@@ -194,25 +215,19 @@ ImportReport ImportFile(const fs::path& file, std::string_view directory,
   RequireReady(read.understanding, name);
   ImportReport report{.remarks = std::move(read.understanding.remarks),
                       .suggested_scale = read.understanding.suggested_scale};
-  bool stored = false;
-  std::optional<MetaLibError> first_error;
-  for (ReadPrices::Series& series : read.series) {
-    ImportedSeries result{.found = series.found, .error = series.found.refusal};
-    try {
-      if (result.error.empty()) Store(directory, series, options, cache, result);
-    } catch (const std::exception& error) {
-      result.error = error.what();
-      const auto* const library = dynamic_cast<const MetaLibError*>(&error);
-      if (library != nullptr && !first_error) first_error = *library;
+  try {
+    // Until the file is remembered: an import at the same time would undo what this one changes.
+    HeldDirectory held(directory, kPatience);
+    for (const ReadPrices::Series& series : read.series) {
+      report.series.push_back(Imported(held, series, options, cache));
     }
-    stored = stored || result.error.empty();
-    report.series.push_back(std::move(result));
-  }
-  if (!stored && first_error) throw MetaLibError(first_error->Number(), name + first_error->what());
-  if (!stored) throw ImportError(name + report.series.front().error);
-  if (stamp && options.remember != Remember::kNothing) {
-    const std::string problem = RememberImport(directory, file, *stamp, options);
-    if (!problem.empty()) report.remarks.push_back(problem);
+    RequireOneStored(report);
+    if (stamp && options.remember != Remember::kNothing) {
+      const std::string problem = RememberImport(directory, file, *stamp, options);
+      if (!problem.empty()) report.remarks.push_back(problem);
+    }
+  } catch (const std::exception& error) {
+    throw ImportError(name + error.what());
   }
   return report;
 }

@@ -102,9 +102,9 @@ class ImportUndecided : public ImportError {
 };
 
 // Adds the bars of a price file to a market data directory, in one pass over the file, each series
-// completely or not at all, and remembers the file and its options there. Stored bars that the file
-// lacks are kept, others are corrected. Throws ImportUndecided, ImportError and, if no series could
-// be stored, MetaLibError, each naming the file. Only the reading can be cancelled.
+// completely or not at all. Stored bars that the file lacks are kept, others are corrected. The
+// file and its options are remembered there. Other imports into the directory wait. If no series is stored, throws ImportUndecided or ImportError, which name the
+// file. Only the reading can be cancelled.
 ImportReport ImportFile(const std::filesystem::path& file, std::string_view directory,
                         const ImportOptions& options, IndexCache& cache,
                         const ImportProgress& progress);

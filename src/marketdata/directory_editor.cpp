@@ -6,6 +6,7 @@
 #include <set>
 #include <stdexcept>
 #include <system_error>
+#include <thread>
 #include <tuple>
 #include <utility>
 
@@ -42,9 +43,9 @@ bool HasControls(std::string_view text) {
   return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < ' '; });
 }
 
-std::size_t StoredSize(std::string_view text) {
+std::string BytesOf(std::string_view text) {
   try {
-    return TextForFile(text).size();
+    return TextForFile(text);
   } catch (const std::invalid_argument& error) {
     ThrowBadIdentity(error.what());
   }
@@ -157,8 +158,7 @@ class SecurityStorage {
     record_.symbol = security.symbol;
     record_.time_frame = intraday ? 'I' : 'D';
     record_.minutes = intraday ? security.interval : 0;
-    const std::string name =
-        Trimmed(TextFromFile(TextForFile(security.name).substr(0, kLongestSecurityName)));
+    const std::string name = NameAsStored(security.name);
     if (!name.empty()) record_.name = name;
   }
 
@@ -274,45 +274,82 @@ class SecurityStorage {
   bool moves_ = false;
 };
 
+// Returns true if it did not exist.
+bool CreateFolder(const std::filesystem::path& path) {
+  std::error_code error;
+  const bool is_new = std::filesystem::create_directories(path, error);
+  if (!error) return is_new;
+  throw MetaLibError(MetaLibError::kWriteFailed,
+                     "The folder \"" + PathText(path) + "\" can't be created: " + error.message());
+}
+
+bool HasOnlyTheLock(const std::filesystem::path& path) {
+  const std::filesystem::directory_iterator files(path);
+  return std::ranges::all_of(files, [](const std::filesystem::directory_entry& file) {
+    return file.path().filename() == DirectoryLock::kFileName;
+  });
+}
+
+DirectoryLock Hold(const std::filesystem::path& path, std::chrono::milliseconds patience) {
+  constexpr std::chrono::milliseconds kBetweenTries(5);
+  const auto until = std::chrono::steady_clock::now() + patience;
+  while (true) {
+    if (std::optional<DirectoryLock> lock = DirectoryLock::TryHold(path)) return std::move(*lock);
+    if (std::chrono::steady_clock::now() >= until) ThrowInUse(path);
+    std::this_thread::sleep_for(kBetweenTries);
+  }
+}
+
 }  // namespace
 
 void RequireStorable(const NewSecurity& security) {
   const std::string quoted = "\"" + security.symbol + "\"";
-  const std::size_t size = StoredSize(security.symbol);
-  StoredSize(security.name);
+  const std::size_t size = BytesOf(security.symbol).size();
   if (size == 0 || size > kLongestSymbol || HasControls(security.symbol) ||
       Trimmed(security.symbol) != security.symbol) {
     ThrowBadIdentity("The symbol " + quoted +
                      " can't be stored: a symbol has 1 to 14 characters and no blanks around it");
   }
-  if (HasControls(security.name)) {
-    ThrowBadIdentity(quoted + ": the name \"" + security.name + "\" can't be stored");
-  }
+  NameAsStored(security.name);
   if (security.interval != -1 && (security.interval < 1 || security.interval > kLongestInterval)) {
     ThrowBadIdentity(quoted + ": an interval of " + std::to_string(security.interval) +
                      " minutes can't be stored");
   }
 }
 
+std::string NameAsStored(const std::string& name) {
+  if (HasControls(name)) ThrowBadIdentity("The name \"" + name + "\" can't be stored");
+  return Trimmed(TextFromFile(BytesOf(name).substr(0, kLongestSecurityName)));
+}
+
+HeldDirectory::HeldDirectory(std::string_view directory, std::chrono::milliseconds patience)
+    : directory_(directory),
+      path_(NativePath(directory)),
+      is_new_(CreateFolder(path_)),
+      lock_(Hold(path_, patience)) {
+  // Another writer may have created it at the same time, and stored something.
+  is_new_ = is_new_ && HasOnlyTheLock(path_);
+}
+
+HeldDirectory::~HeldDirectory() {
+  if (!is_new_) return;
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+  // On Windows, an open file may keep its folder.
+  lock_.reset();
+  std::filesystem::remove(path_, ignored);
+}
+
+void HeldDirectory::Store(const NewSecurity& security, std::vector<Bar> bars, IndexCache& cache) {
+  RequireStorable(security);
+  CheckBars(security, bars, directory_);
+  SecurityStorage(*LoadOrStart(cache, directory_), security).Store(std::move(bars));
+  is_new_ = false;
+}
+
 void StoreSecurity(std::string_view directory, const NewSecurity& security,
                    const std::vector<Bar>& bars, IndexCache& cache) {
-  RequireStorable(security);
-  CheckBars(security, bars, directory);
-  const std::filesystem::path path = NativePath(directory);
-  std::error_code error;
-  const bool is_new = std::filesystem::create_directories(path, error);
-  if (error) {
-    throw MetaLibError(MetaLibError::kWriteFailed, "The folder \"" + PathText(path) +
-                                                       "\" can't be created: " + error.message());
-  }
-  try {
-    const auto lock = DirectoryLock::TryHold(path);
-    if (!lock) ThrowInUse(path);
-    SecurityStorage(*LoadOrStart(cache, directory), security).Store(bars);
-  } catch (...) {
-    if (is_new) std::filesystem::remove_all(path, error);
-    throw;
-  }
+  HeldDirectory(directory).Store(security, bars, cache);
 }
 
 }  // namespace velumar

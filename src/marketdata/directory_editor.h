@@ -1,10 +1,14 @@
 #pragma once
 
+#include <chrono>
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "marketdata/bar.h"
+#include "marketdata/directory_lock.h"
 
 namespace velumar {
 
@@ -24,6 +28,33 @@ struct NewSecurity {
 
 // Throws MetaLibError (kNotStorable) if the symbol, the name or the interval cannot be stored.
 void RequireStorable(const NewSecurity& security);
+
+// A security's name as the index files hold it: cut, without blanks around it. Throws MetaLibError
+// (kNotStorable).
+std::string NameAsStored(const std::string& name);
+
+// A market data directory that no other writer can change while this object exists, so that what is
+// read from it can be changed and stored again. Readers ignore that.
+class HeldDirectory {
+ public:
+  // Creates a missing directory. Waits up to `patience` for another writer, then throws
+  // MetaLibError (kDirectoryInUse).
+  explicit HeldDirectory(std::string_view directory, std::chrono::milliseconds patience = {});
+  // Deletes a directory that it created, if nothing was stored there.
+  ~HeldDirectory();
+  HeldDirectory(const HeldDirectory&) = delete;
+  HeldDirectory& operator=(const HeldDirectory&) = delete;
+
+  const std::string& Name() const { return directory_; }
+  // As StoreSecurity.
+  void Store(const NewSecurity& security, std::vector<Bar> bars, IndexCache& cache);
+
+ private:
+  std::string directory_;
+  std::filesystem::path path_;
+  bool is_new_;  // and nothing was stored
+  std::optional<DirectoryLock> lock_;
+};
 
 // Adds the security with its bars, or replaces the one of the same symbol and interval, completely
 // or not at all: if it fails, throws MetaLibError and leaves the directory as it was. Creates a

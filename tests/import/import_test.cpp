@@ -1,5 +1,6 @@
 // Price files into a market data directory.
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "import/csv_export.h"
 #include "import/import_memory.h"
@@ -223,6 +224,26 @@ TEST_F(Import, RefusesAWorkingStoreAndLeavesOtherSeriesAlone) {
   const auto before = FilesOf(data);
   EXPECT_THAT([&] { Take(file); }, ThrowsMessage<ImportError>(HasSubstr("working store")));
   EXPECT_EQ(FilesOf(data), before);
+}
+
+TEST_F(Import, LosesNothingIfAnotherOneRunsAtTheSameTime) {
+  constexpr int kFiles = 10;
+  for (int day = 1; day <= 2 * kFiles; ++day) {
+    File("d" + std::to_string(day) + ".csv", kHeader + Days(day, day));
+  }
+  const auto take = [this](int first_day) {
+    IndexCache own;
+    ImportOptions options;
+    options.symbol = "ABC";
+    for (int day = first_day; day < first_day + kFiles; ++day) {
+      ImportFile(folder.Sub("d" + std::to_string(day) + ".csv"), data, options, own, nullptr);
+    }
+  };
+  std::thread other(take, 1 + kFiles);
+  take(1);
+  other.join();
+  EXPECT_EQ(SecuritiesOf(data, cache).at(0).bars, 2 * kFiles);
+  EXPECT_EQ(RememberedImports(data).size(), std::size_t{2} * kFiles);
 }
 
 TEST_F(Import, CanBeCancelledBeforeItChangesAnything) {
