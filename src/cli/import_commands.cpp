@@ -79,8 +79,11 @@ void PrintReport(const fs::path& file, const ImportReport& report, CliContext& c
 }
 
 int CodeOf(const ImportReport& report) {
-  return std::ranges::all_of(report.series, &std::string::empty, &ImportedSeries::error) ? 0
-                                                                                         : kFailure;
+  int code = 0;
+  for (const ImportedSeries& series : report.series) {
+    if (!series.error.empty()) code = std::max(code, series.undecided ? kUndecided : kFailure);
+  }
+  return code;
 }
 
 // Returns the exit code.

@@ -124,10 +124,11 @@ void RequireSameScale(int stored, int wanted) {
 void KeepPlayable(std::vector<Bar>& bars, TooLong too_long) {
   if (bars.size() <= kLongestSeries) return;
   if (too_long != TooLong::kKeepLast) {
-    throw ImportError("with the stored bars it would have " +
-                      GroupedNumber(std::to_string(bars.size())) + " bars, and a run can play " +
-                      GroupedNumber(std::to_string(kLongestSeries)) +
-                      "; set --last, or --replace to start over");
+    throw ImportUndecided(QuestionText(
+        {.text = "With the stored bars, the series has " +
+                 GroupedNumber(std::to_string(bars.size())) + " bars; a run can play " +
+                 GroupedNumber(std::to_string(kLongestSeries)) + ".",
+         .option = "--last to keep the newest ones, or --replace to start over"}));
   }
   bars.erase(bars.begin(), bars.end() - kLongestSeries);
 }
@@ -165,6 +166,7 @@ ImportedSeries Imported(HeldDirectory& directory, const ReadPrices::Series& seri
     Store(directory, series, options, cache, result);
   } catch (const std::exception& error) {
     result.error = error.what();
+    result.undecided = dynamic_cast<const ImportUndecided*>(&error) != nullptr;
   }
   return result;
 }
@@ -188,8 +190,13 @@ void RequireReady(const Understanding& understood, const std::string& name) {
   throw ImportUndecided(name + text);
 }
 
+// Throws the first question, else the first error.
 void RequireOneStored(const ImportReport& report) {
-  if (std::ranges::any_of(report.series, &std::string::empty, &ImportedSeries::error)) return;
+  const auto question = std::ranges::find(report.series, true, &ImportedSeries::undecided);
+  const bool stored =
+      std::ranges::any_of(report.series, &std::string::empty, &ImportedSeries::error);
+  if (stored) return;
+  if (question != report.series.end()) throw ImportUndecided(question->error);
   throw ImportError(report.series.front().error);
 }
 
@@ -221,11 +228,14 @@ ImportReport ImportFile(const fs::path& file, std::string_view directory,
     for (const ReadPrices::Series& series : read.series) {
       report.series.push_back(Imported(held, series, options, cache));
     }
+    const bool open = std::ranges::any_of(report.series, &ImportedSeries::undecided);
     RequireOneStored(report);
-    if (stamp && options.remember != Remember::kNothing) {
+    if (stamp && !open && options.remember != Remember::kNothing) {
       const std::string problem = RememberImport(directory, file, *stamp, options);
       if (!problem.empty()) report.remarks.push_back(problem);
     }
+  } catch (const ImportUndecided& error) {
+    throw ImportUndecided(name + error.what());
   } catch (const std::exception& error) {
     throw ImportError(name + error.what());
   }

@@ -87,6 +87,7 @@ struct ImportedSeries {
   std::int64_t kept = 0;   // stored bars within the days of the file that the file lacks
   bool replaced = false;   // or new: nothing was kept
   std::string error = {};  // why it was not stored; it is then as it was before
+  bool undecided = false;  // the error is a question: it names the options that decide it
 };
 
 struct ImportReport {
@@ -102,8 +103,9 @@ class ImportUndecided : public ImportError {
 };
 
 // Adds the bars of a price file to a market data directory, in one pass over the file, each series
-// completely or not at all. Stored bars that the file lacks are kept, others are corrected. The
-// file and its options are remembered there. Other imports into the directory wait. If no series is stored, throws ImportUndecided or ImportError, which name the
+// completely or not at all. Stored bars that the file lacks are kept, others are corrected. Unless
+// a question is open, the file and its options are remembered there. Other imports into the
+// directory wait. If no series is stored, throws ImportUndecided or ImportError, which name the
 // file. Only the reading can be cancelled.
 ImportReport ImportFile(const std::filesystem::path& file, std::string_view directory,
                         const ImportOptions& options, IndexCache& cache,

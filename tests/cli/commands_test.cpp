@@ -1,3 +1,4 @@
+#include "base/dates.h"
 #include "cli/sandbox.h"
 #include "cli/text_table.h"
 
@@ -280,6 +281,31 @@ TEST(Import, TakesFilesAndFoldersAndNamesWhatIsUndecided) {
   EXPECT_EQ(box.Run({"import", bad, data}).code, 1);
 }
 
+TEST(Import, ReportsWhatItStoredNextToWhatItRefused) {
+  Sandbox box;
+  const auto data = box.At("data");
+  const std::string header = "Ticker,Date,Close\n";
+  const auto answer = box.Run(
+      {"import", box.File("all.csv", header + "ABC,20200102,1\nA_TICKER_TOO_LONG,20200102,1\n"),
+       data});
+  EXPECT_EQ(answer.code, 1);
+  EXPECT_EQ(answer.out, "ABC D: 1 bar, 20200102 to 20200102\n");
+  EXPECT_THAT(answer.err, HasSubstr("A_TICKER_TOO_LONG"));
+
+  std::string first = header;
+  std::string second = header + "NEW,20200102,1\n";
+  for (int i = 0; i < 40'000; ++i) {
+    const std::string date = std::to_string(DaysLater(19000101, i));
+    (i < 20'000 ? first : second) += "LONG," + date + ",1\n";
+  }
+  box.Run({"import", box.File("long.csv", first), data});
+  const auto open = box.Run({"import", box.File("long.csv", second), data});
+  EXPECT_EQ(open.code, 2);
+  EXPECT_EQ(open.out, "NEW D: 1 bar, 20200102 to 20200102\n");
+  EXPECT_THAT(open.err, HasSubstr("long.csv: LONG: With the stored bars"));
+  EXPECT_THAT(box.Run({"update", data}).err, HasSubstr("LONG")) << "the question is still open";
+}
+
 TEST(Import, IsBroughtUpToDate) {
   Sandbox box;
   const auto data = box.At("data");
@@ -297,6 +323,9 @@ TEST(Import, IsBroughtUpToDate) {
   const auto damaged = box.Run({"update", data});
   EXPECT_EQ(damaged.code, 1);
   EXPECT_THAT(damaged.err, HasSubstr("is damaged"));
+  const auto missing = box.Run({"update", box.At("none")});
+  EXPECT_EQ(missing.code, 1);
+  EXPECT_THAT(missing.err, HasSubstr(box.At("none") + ": there is no such directory"));
 }
 
 }  // namespace

@@ -268,7 +268,9 @@ TEST_F(Import, KeepsMergedSeriesPlayable) {
   options.symbol = "ABC";
   EXPECT_EQ(Taken(File("a.csv", minutes(0, 100)), options), "28800 new, 0 changed, 0 kept");
   const std::string more = File("b.csv", minutes(100, 50));
-  EXPECT_THAT([&] { Take(more, options); }, ThrowsMessage<ImportError>(HasSubstr("--last")));
+  EXPECT_THAT([&] { Take(more, options); },
+              ThrowsMessage<ImportUndecided>(HasSubstr("has 43,200 bars; a run can play 32,768. "
+                                                       "Set --last")));
   options.too_long = TooLong::kKeepLast;
   EXPECT_EQ(Taken(more, options), "14400 new, 0 changed, 0 kept");
   EXPECT_EQ(SecuritiesOf(data, cache).at(0).bars, 32768);
