@@ -331,7 +331,11 @@ class FileReading {
     return tickers.size();
   }
 
-  void Remark(const std::string& text) { read_.understanding.remarks.push_back(text); }
+  // Once, if it concerns several series.
+  void Remark(const std::string& text) {
+    std::vector<std::string>& remarks = read_.understanding.remarks;
+    if (std::ranges::find(remarks, text) == remarks.end()) remarks.push_back(text);
+  }
 
   void AddSkipped() {
     const RowCounts& counts = read_.understanding.counts;
@@ -421,6 +425,7 @@ class FileReading {
       return;
     }
     if (found.refusal.empty()) found.refusal = ProblemOf(group, symbol);
+    CheckName(found);
     std::vector<Bar> bars;
     if (!built.parts.empty()) bars = std::move(built.parts.begin()->second);
     read_.series.push_back({.found = std::move(found),
@@ -437,6 +442,7 @@ class FileReading {
     found.first = bars.front();
     found.last = bars.back();
     found.refusal = SymbolProblem(found.symbol);
+    CheckName(found);
     read_.series.push_back({.found = std::move(found), .bars = std::move(bars)});
   }
 
@@ -449,6 +455,19 @@ class FileReading {
   std::string NameOf(const std::string& symbol) const {
     if (options_.scale == 1) return options_.name.value_or("");
     return options_.name.value_or(symbol) + ScaleSuffix(options_.scale);
+  }
+
+  // A name that ends with the scale is not cut but refused when it is stored.
+  void CheckName(FoundSeries& found) {
+    if (!found.refusal.empty() || options_.scale != 1) return;
+    try {
+      const std::string stored = NameAsStored(found.name);
+      if (stored == Trimmed(found.name)) return;
+      Remark("the name is cut to \"" + stored + "\", since a directory holds " +
+             std::to_string(kLongestSecurityName) + " characters of it");
+    } catch (const MetaLibError& error) {
+      found.refusal = error.what();
+    }
   }
 
   // A name that is no symbol is a question; a ticker or an option is refused.

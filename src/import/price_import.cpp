@@ -141,7 +141,7 @@ void Store(HeldDirectory& directory, const ReadPrices::Series& series, const Imp
   const std::optional<StoredSeries> stored = ReadStored(directory.Name(), series.found, cache);
   const ScaledName name = ScaledNameOf(stored ? stored->name : "");
   if (stored && !options.name) security.name = name.base + ScaleSuffix(options.scale);
-  if (options.scale != 1 && security.name.size() > kLongestSecurityName) {
+  if (options.scale != 1 && NameAsStored(security.name) != Trimmed(security.name)) {
     throw ImportError("the name \"" + security.name +
                       "\" is too long to end with the scale; set a shorter --name");
   }

@@ -246,6 +246,15 @@ TEST_F(Import, LosesNothingIfAnotherOneRunsAtTheSameTime) {
   EXPECT_EQ(RememberedImports(data).size(), std::size_t{2} * kFiles);
 }
 
+TEST_F(Import, SaysThatALongNameIsCut) {
+  const std::string file = File("ABC_D.csv", kHeader + Days(1, 3));
+  ImportOptions options;
+  options.name = "\u00DCberseehandel " + std::string(40, 'x');
+  EXPECT_THAT(Take(file, options).remarks,
+              ElementsAre(HasSubstr("cut to \"\u00DCberseehandel xxx")));
+  EXPECT_EQ(NameOf("ABC"), "\u00DCberseehandel " + std::string(31, 'x'));
+}
+
 TEST_F(Import, CanBeCancelledBeforeItChangesAnything) {
   const std::string file = File("ABC_D.csv", kHeader + Days(1, 5));
   EXPECT_THROW(ImportFile(file, data, {}, cache, [](double) { return false; }), ImportCancelled);
