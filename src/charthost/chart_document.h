@@ -44,6 +44,8 @@ class ChartDocument {
   const SeriesRequest& Request() const { return request_; }
   const std::string& Name() const { return security_.name; }
   const std::string& Folder() const { return request_.folder; }
+  // Of the data file; nothing if the series was never read.
+  std::optional<int> FileNumber() const { return shown_file_; }
   int Interval() const { return security_.interval; }
   // A sentence to show; empty if the series was read.
   const std::string& Error() const { return error_; }

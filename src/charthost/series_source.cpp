@@ -6,6 +6,7 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "charthost/bar_text.h"
+#include "marketdata/directory_lock.h"
 #include "marketdata/metalib_error.h"
 
 namespace velumar {
@@ -99,6 +100,11 @@ SeriesRequest RequestOf(const TypedChoice& choice, const std::vector<SecurityInf
   throw std::invalid_argument(known ? "\"" + symbol + "\" has no series \"" +
                                           IntervalTitle(*choice.interval) + "\" in this folder."
                                     : "There is no security \"" + symbol + "\" in this folder.");
+}
+
+bool IsWorkingStore(const std::string& folder) {
+  std::error_code unreadable;
+  return std::filesystem::exists(NativePath(folder) / kWorkingStoreMark, unreadable);
 }
 
 std::vector<SecurityInfo> SeriesSource::List(const std::string& folder) const {

@@ -40,6 +40,10 @@ struct LoadedSeries {
   BarSeries bars;
 };
 
+// True for the folder of a run, which gets the bars of its series, and of those that are compared,
+// as the run goes on.
+bool IsWorkingStore(const std::string& folder);
+
 // Reads the folders that charts show. It neither locks nor writes them, since another program may
 // be changing the bars at any moment. Every failure is a MetaLibError with a sentence to show.
 class SeriesSource {

@@ -20,6 +20,10 @@ struct IpcMessage {
 inline constexpr std::string_view kRunKeyListener = "_VELUMAR_RUN_KEYS";
 // Instead of a code: the user has closed the chart program whose process is the second number.
 inline constexpr std::uint32_t kMessageChartClosed = 0xFFFFFFFF;
+// A chart of another series of the store was opened, or closed; the second number is that of its
+// data file.
+inline constexpr std::uint32_t kMessageCompare = 0xFFFFFFFE;
+inline constexpr std::uint32_t kMessageEndCompare = 0xFFFFFFFD;
 inline constexpr std::uint32_t kMessageShift = 1;
 inline constexpr std::uint32_t kMessageRepeated = 2;
 inline constexpr std::uint32_t kMessageReleased = 4;  // the key is up again

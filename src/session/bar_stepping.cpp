@@ -57,9 +57,24 @@ void BarStepper::MoveTo(std::int16_t& index, int bar) {
   ShowMoment(index);
 }
 
+// A step back removes compared bars before played ones, and a step forward adds them after, so that
+// no compared bar is ever later than the played moment. If one can't be added, the next step does.
+int BarStepper::Change(Bars bars, Direction direction) {
+  const int before = direction == Direction::kForward ? bars.first - 1 : bars.last;
+  try {
+    if (direction == Direction::kBackward) compared_.Follow(bars.first - 1);
+    const int newest = ChangePlayed(bars, direction);
+    IgnoringErrors([&] { compared_.Follow(newest); });
+    return newest;
+  } catch (const MetaLibError&) {
+    IgnoringErrors([&] { compared_.Follow(before); });
+    throw;
+  }
+}
+
 // If a step fails, the store is restored: a chart ahead of the cursor would show the future. If
 // that fails too, the step ends at the bar that it reached.
-int BarStepper::Change(Bars bars, Direction direction) {
+int BarStepper::ChangePlayed(Bars bars, Direction direction) {
   MetaLibWriter writer(cache_);
   Open(writer);
   try {

@@ -5,6 +5,7 @@
 
 #include "marketdata/index_cache.h"
 #include "marketdata/metalib_writer.h"
+#include "session/compared_series.h"
 #include "session/sim_session.h"
 
 namespace velumar {
@@ -12,12 +13,14 @@ namespace velumar {
 // Moves the simulated time by changing the bars in the working store. The series in memory stays as
 // it is; the store holds its bars 0 to BarIndex. Each step opens the store, changes it and closes
 // it. All steps need loaded bars (HasBars). A step that fails throws MetaLibError and leaves the
-// store as it was. If a broken disk prevents that, the step ends at the bar that it reached.
+// store as it was. If a broken disk prevents that, the step ends at the bar that it reached. The
+// compared series follow each step.
 class BarStepper {
  public:
   static constexpr int kFastStep = 30;
 
-  BarStepper(SimSession& session, IndexCache& cache) : session_(session), cache_(cache) {}
+  BarStepper(SimSession& session, IndexCache& cache, ComparedSeries& compared)
+      : session_(session), cache_(cache), compared_(compared) {}
 
   bool HasBars() const { return !session_.BarDate.empty(); }
 
@@ -43,6 +46,7 @@ class BarStepper {
 
   // Returns the newest bar of the store after the step.
   int Change(Bars bars, Direction direction);
+  int ChangePlayed(Bars bars, Direction direction);
   // The same after a failure; nothing if the store is as it was.
   std::optional<int> Reached(Bars bars, Direction direction) const;
   void Apply(MetaLibWriter& writer, Bars bars, Direction direction) const;
@@ -59,6 +63,7 @@ class BarStepper {
 
   SimSession& session_;
   IndexCache& cache_;
+  ComparedSeries& compared_;
 };
 
 }  // namespace velumar

@@ -1,6 +1,7 @@
 #include "session/run_control.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/text.h"
 #include "platform/chart_program.h"
@@ -40,7 +41,8 @@ RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Pl
       ledger_(ledger),
       chart_(chart),
       store_(session, view, platform.boxes, cache),
-      stepper_(session, cache) {}
+      compared_(session, cache),
+      stepper_(session, cache, compared_) {}
 
 bool RunControl::ClaimStore() {
   if (!RequireSymbol()) return false;
@@ -87,6 +89,8 @@ bool RunControl::RequireLoadedSeries() {
 bool RunControl::PrepareRun() {
   const PreparingScope preparing(session_);
   session_.ForgetBars();
+  compared_.Clear();
+  asked_to_compare_.clear();
   session_.Run = next_;
   session_.StopRequested = 0;
   try {
@@ -121,6 +125,7 @@ bool RunControl::PrepareChartAndStore() {
   view_.SetStatusLine("Init Data... ");
   if (!store_.Prepare()) return false;
   store_.LoadSeries();
+  for (const int file_number : std::exchange(asked_to_compare_, {})) AddCompared(file_number);
   return true;
 }
 
@@ -253,6 +258,32 @@ void RunControl::Step(std::string_view status,
     }
   }
   chart_.RefreshCharts();
+}
+
+void RunControl::Compare(int file_number) {
+  if (session_.Preparing) return asked_to_compare_.push_back(file_number);
+  if (!stepper_.HasBars()) return;
+  AddCompared(file_number);
+  chart_.RefreshCharts();
+}
+
+void RunControl::AddCompared(int file_number) {
+  try {
+    compared_.Add(file_number);
+    compared_.Follow(session_.BarIndex);
+  } catch (const MetaLibError& error) {
+    ShowFailure("This series is not shown next to the played one.", error);
+  }
+}
+
+void RunControl::EndCompare(int file_number) {
+  std::erase(asked_to_compare_, file_number);
+  if (session_.Preparing || !stepper_.HasBars()) return;
+  try {
+    compared_.Remove(file_number);
+  } catch (const MetaLibError& error) {
+    ShowFailure("The bars of a series whose chart was closed were not removed.", error);
+  }
 }
 
 void RunControl::ShowFailure(const std::string& what, const std::exception& error) {

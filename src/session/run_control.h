@@ -4,12 +4,14 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/bar_stepping.h"
 #include "session/chart_side.h"
+#include "session/compared_series.h"
 #include "session/run_inputs.h"
 #include "session/run_view.h"
 #include "session/sim_session.h"
@@ -50,6 +52,12 @@ class RunControl {
   // Asks for a day and moves to its first bar, or to the first one after it, in one step.
   void GoToDate();
 
+  // The chart program has opened or closed the chart of another series of the store, by the number
+  // of its data file: feeds its bars with the played ones, or removes them. If that isn't possible,
+  // shows a box. What opens while a run is being prepared is fed once its bars are loaded.
+  void Compare(int file_number);
+  void EndCompare(int file_number);
+
   // True while a feed is running that will feed another bar.
   bool Feeding() const { return feeding_; }
 
@@ -72,6 +80,7 @@ class RunControl {
   // the rows of the last run.
   bool BeginInLedger();
   void BringChartUp();
+  void AddCompared(int file_number);
   void ShowRunning();
   void Feed(RunNumber run);
   bool FeedOne(RunNumber run);
@@ -88,8 +97,10 @@ class RunControl {
   LedgerConnection& ledger_;
   ChartSide& chart_;
   WorkingStore store_;
+  ComparedSeries compared_;
   BarStepper stepper_;
-  RunSeries next_;  // what "Start" was clicked for
+  std::vector<int> asked_to_compare_;  // while the run is being prepared
+  RunSeries next_;                     // what "Start" was clicked for
   RunNumber newest_run_ = 0;
   bool feeding_ = false;
 };

@@ -98,6 +98,10 @@ void Program::ChartClosedByTrader(std::uint32_t process) {
   parts_->chart.ChartClosedByTrader(process);
 }
 
+void Program::Compare(int file_number) { parts_->run.Compare(file_number); }
+
+void Program::EndCompare(int file_number) { parts_->run.EndCompare(file_number); }
+
 RunKeys& Program::Keys() { return parts_->keys; }
 
 OrderResult Program::LastOrder() const { return parts_->orders.LastResult(); }

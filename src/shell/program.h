@@ -34,6 +34,10 @@ class Program {
   void CatchUpChart();
   // The trader has closed the chart program of that process.
   void ChartClosedByTrader(std::uint32_t process);
+  // The chart program shows another series of the store, by the number of its data file, or no
+  // longer.
+  void Compare(int file_number);
+  void EndCompare(int file_number);
   // What the keyboard does in a run.
   RunKeys& Keys();
   // The result of the last order.

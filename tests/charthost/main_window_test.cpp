@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QSignalSpy>
 #include <QTest>
 #include <QtWidgets>
 #include <algorithm>
@@ -212,6 +213,33 @@ TEST_P(MainWindowTest, TilesChartsAndOpensTheLayoutWithTheNextRun) {
   }
   tile(QStringLiteral("&One at a time"));
   EXPECT_THAT(bars(), testing::ElementsAre(301));
+}
+
+// A run feeds the series whose charts are open in its folder, also those of the layout.
+TEST_P(MainWindowTest, SaysWhichSeriesAreOpen) {
+  StoreSecurity(program_.folder, {"LATER", "No bars yet", -1}, {}, program_.cache);
+  WriteFile(program_.folder + "/.velumar-store", "");
+  const auto open = [this](const std::string& symbol) {
+    program_.window->OpenDirectly({program_.folder, symbol, -1});
+  };
+  QSignalSpy opened(&*program_.window, &MainWindow::SeriesOpened);
+  QSignalSpy closed(&*program_.window, &MainWindow::SeriesClosed);
+  const auto numbers = [](QSignalSpy& spy) {
+    std::vector<int> seen;
+    while (!spy.isEmpty()) seen.push_back(spy.takeFirst().at(1).toInt());
+    return seen;
+  };
+  open("SCB");
+  OpenBlind(program_.folder, "LATER");
+  EXPECT_THAT(numbers(opened), testing::ElementsAre(1, 5));
+  Key(Qt::Key_W, Qt::ControlModifier);
+  EXPECT_THAT(numbers(closed), testing::ElementsAre(5));
+  OpenBlind(program_.folder, "LATER");
+  program_.window->CloseAll();
+  EXPECT_THAT(numbers(closed), testing::ElementsAre(1, 5));
+  numbers(opened);
+  open("ADVANC");
+  EXPECT_THAT(numbers(opened), testing::ElementsAre(3, 5)) << "the layout";
 }
 
 TEST_P(MainWindowTest, MovesOneCrosshairThroughAllFrames) {

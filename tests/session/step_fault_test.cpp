@@ -20,8 +20,10 @@ using StepFunction = std::function<void(BarStepper&, std::int16_t&)>;
 int StepFrom(const SimSession& chosen, const StepFunction& step) {
   SimSession session = chosen;
   IndexCache cache;
-  BarStepper stepper(session, cache);
+  ComparedSeries compared(session, cache);
+  BarStepper stepper(session, cache, compared);
   try {
+    compared.Add(2);
     step(stepper, session.BarIndex);
   } catch (const MetaLibError&) {
     // The step was not made.
@@ -39,6 +41,7 @@ TEST_F(StepFaultTest, AStepIsCompleteOrRolledBack) {
   data = memory.Sub("data");
   store = data + "/Simulate";
   Store("ABC", DailyBars(kBars));
+  Store("XYZ", DailyBars(kBars));
   CopyIndexes();
   Choose("ABC", "D", MadeDate(kStart));
   ASSERT_TRUE(working_store.Prepare());
@@ -66,6 +69,9 @@ TEST_F(StepFaultTest, AStepIsCompleteOrRolledBack) {
       taken_back += failed.exit_code == kStart - 1 ? 1 : 0;
       const int bars = std::max(failed.exit_code + 1, 0);
       EXPECT_EQ(StoreBars(), DailyBars(bars));
+      const std::string next_to_it = store + "/F2.DAT";
+      EXPECT_TRUE(!std::filesystem::exists(next_to_it) ||
+                  std::filesystem::file_size(next_to_it) <= kRecordSize * (bars + 1U));
       // Only a disk that stays broken may leave a step half made, or bytes of later bars.
       EXPECT_TRUE(fault.stays_broken ||
                   std::filesystem::file_size(store + "/F1.DAT") == kRecordSize * (bars + 1U));

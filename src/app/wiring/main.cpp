@@ -166,6 +166,9 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
         if (message.first == 0) return run_keys.ClickFromChart();
         if (message.first == kMessageChartClosed)
           return program.ChartClosedByTrader(message.second);
+        const auto number = static_cast<int>(message.second);
+        if (message.first == kMessageCompare) return program.Compare(number);
+        if (message.first == kMessageEndCompare) return program.EndCompare(number);
         if ((message.second & kMessageReleased) != 0) return run_keys.ReleaseFromChart();
         run_keys.PressFromChart({.code = static_cast<int>(message.first),
                                  .shift = (message.second & kMessageShift) != 0,

@@ -27,6 +27,15 @@ LinkServer::LinkServer(MainWindow& window)
     if (quitting_) return;
     SendIpcMessage(kRunKeyListener, {.first = kMessageChartClosed, .second = OwnProcess()});
   });
+  const auto send = [](std::uint32_t message) {
+    return [message](const QString& folder, int file_number) {
+      if (!IsWorkingStore(FromQt(folder))) return;
+      SendIpcMessage(kRunKeyListener,
+                     {.first = message, .second = static_cast<std::uint32_t>(file_number)});
+    };
+  };
+  QObject::connect(&window, &MainWindow::SeriesOpened, &lifetime_, send(kMessageCompare));
+  QObject::connect(&window, &MainWindow::SeriesClosed, &lifetime_, send(kMessageEndCompare));
 }
 
 bool LinkServer::Accepts(std::string_view text) {

@@ -86,6 +86,9 @@ void MainWindow::BuildMenus() {
     view_menu_->ShowTiling(tiling);
     SaveLayout();
   });
+  connect(view_menu_, &ViewMenu::CompareChosen, this, [this] {
+    if (ActiveChart() != nullptr) dialog_->Start(ToQt(ActiveChart()->Document().Folder()));
+  });
   connect(view_menu_, &ViewMenu::MoveChosen, this, [this](WindowMove change) {
     if (ActiveChart() == nullptr) return;
     change(ActiveChart()->Window());
@@ -154,16 +157,38 @@ ChartPane* MainWindow::AddPane(const SeriesRequest& request, const std::map<int,
     Changed("interval");
   });
   area_->Add(pane);
+  const ChartDocument& document = pane->Document();
+  if (document.FileNumber() && ChartsLike(document) == 1) {
+    emit SeriesOpened(ToQt(document.Folder()), *document.FileNumber());
+  }
   return pane;
 }
 
-// Another series of the folder opens only if it has bars: a run may have begun with another one.
+void MainWindow::RemoveChart(ChartPane* chart) {
+  const ChartDocument& document = chart->Document();
+  const bool last = document.FileNumber() && ChartsLike(document) == 1;
+  const QString folder = ToQt(document.Folder());
+  const int file_number = document.FileNumber().value_or(0);
+  area_->Remove(chart);
+  if (last) emit SeriesClosed(folder, file_number);
+}
+
+std::ptrdiff_t MainWindow::ChartsLike(const ChartDocument& document) const {
+  return std::ranges::count_if(area_->Charts(), [&document](const ChartPane* chart) {
+    return chart->Document().Folder() == document.Folder() &&
+           chart->Document().FileNumber() == document.FileNumber();
+  });
+}
+
+// Another series of the folder opens only if it has bars or a run can feed them: other folders
+// don't have the series of the last one.
 void MainWindow::AddLayout(const SeriesRequest& request) {
   const ChartLayout layout = settings_.Layout();
   first_ = nullptr;
   const bool alone = layout.charts.size() == 1;
   const std::vector<SecurityInfo> securities =
       alone ? std::vector<SecurityInfo>() : source_.List(request.folder);
+  const bool fed = IsWorkingStore(request.folder);
   for (const LaidChart& chart : layout.charts) {
     std::map<int, Frame> frames = chart.frames;
     frames.insert(options_.frames.begin(), options_.frames.end());
@@ -172,8 +197,8 @@ void MainWindow::AddLayout(const SeriesRequest& request) {
       if (first_ == nullptr) first_ = pane;
       continue;
     }
-    const auto found = std::ranges::find_if(securities, [&chart](const SecurityInfo& one) {
-      return one.symbol == chart.symbol && one.interval == chart.interval && one.bars > 0;
+    const auto found = std::ranges::find_if(securities, [&chart, fed](const SecurityInfo& one) {
+      return one.symbol == chart.symbol && one.interval == chart.interval && (one.bars > 0 || fed);
     });
     if (found != securities.end()) {
       AddPane({request.folder, found->symbol, found->file_number}, frames);
@@ -263,14 +288,14 @@ void MainWindow::ShowHint() { area_->ShowHint(); }
 void MainWindow::ShowOpening(const QString& symbol) { area_->ShowOpening(symbol); }
 
 void MainWindow::CloseAll() {
-  while (area_->Count() > 0) area_->Remove(area_->Charts().front());
+  while (area_->Count() > 0) RemoveChart(area_->Charts().front());
   Changed("closed");
 }
 
 void MainWindow::CloseChart(ChartPane* chart) {
   if (chart == nullptr) return;
-  area_->Remove(chart);
   if (chart == first_) first_ = nullptr;
+  RemoveChart(chart);
   if (area_->Count() > 0) SaveLayout();
   Changed("closed");
 }

@@ -18,6 +18,7 @@ class QMenu;
 namespace velumar {
 
 class ChartArea;
+class ChartDocument;
 class ChartPane;
 class IndicatorsDialog;
 class OpenDialog;
@@ -63,6 +64,9 @@ class MainWindow : public QMainWindow {
   void MenuClosed();
   // The user has closed the window.
   void Closing();
+  // The first chart of a series was opened, or its last one closed, by the number of its data file.
+  void SeriesOpened(const QString& folder, int file_number);
+  void SeriesClosed(const QString& folder, int file_number);
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -82,6 +86,9 @@ class MainWindow : public QMainWindow {
   void FillTiles();
   void SaveLayout();
   void CloseChart(ChartPane* chart);
+  void RemoveChart(ChartPane* chart);
+  // The number of charts that show the series of this one.
+  std::ptrdiff_t ChartsLike(const ChartDocument& document) const;
   void RefreshActive();
   void SetOptions(const ChartOptions& options);
   void ApplyTheme();

@@ -21,6 +21,8 @@ ViewMenu::ViewMenu(const QString& title, QWidget* parent) : QMenu(title, parent)
   interval_group_ = new QActionGroup(this);
   connect(intervals_, &QMenu::aboutToShow, this, &ViewMenu::FillIntervals);
   AddTilings();
+  compare_ = addAction(tr("C&ompare..."), QKeySequence(Qt::CTRL | Qt::Key_K), this,
+                       &ViewMenu::CompareChosen);
   addSeparator();
   AddToggle(*this, tr("&Volume"), &ChartOptions::volume);
   AddChoice(*addMenu(tr("&Scale")), &ChartOptions::scale,
@@ -127,6 +129,7 @@ void ViewMenu::ShowTiling(Tiling tiling) {
 void ViewMenu::ShowChart(const ChartDocument* chart) {
   chart_ = chart;
   intervals_->menuAction()->setEnabled(chart != nullptr);
+  compare_->setEnabled(chart != nullptr);
 }
 
 }  // namespace velumar

@@ -34,6 +34,7 @@ class ViewMenu : public QMenu {
   void TilingChosen(velumar::Tiling tiling);
   void MoveChosen(velumar::WindowMove move);
   void IndicatorsChosen();
+  void CompareChosen();
 
  private:
   // Entries of which one is checked.
@@ -48,6 +49,7 @@ class ViewMenu : public QMenu {
   ChartOptions options_;
   const ChartDocument* chart_ = nullptr;
   QMenu* intervals_;
+  QAction* compare_;
   QActionGroup* interval_group_;
   QActionGroup* tilings_;                           // in the order of Tiling
   std::vector<std::function<void()>> check_marks_;  // update those of the options
