@@ -15,7 +15,6 @@ namespace {
 // Of a series longer than the sample, so many rows are sorted again: a repeated hour of bars of a
 // second.
 constexpr std::size_t kWindow = 4096;
-constexpr std::size_t kMostKept = kLongestSeries + 1;  // the newest may be left out
 
 std::string IntervalsText(const std::vector<int>& intervals) {
   std::string text;
@@ -49,24 +48,6 @@ BarKey KeyOf(const Bar& bar) { return TimestampKey(bar.date, bar.time); }
 bool PricesContradict(const Bar& bar) {
   return bar.low > std::min({bar.open, bar.high, bar.close}) ||
          bar.high < std::max(bar.open, bar.close);
-}
-
-void NewestBars::Add(const Bar& bar, bool backwards) {
-  ++count_;
-  if (bars_.size() < kMostKept) {
-    bars_.push_back(bar);
-  } else if (!backwards) {
-    bars_[oldest_] = bar;
-    oldest_ = (oldest_ + 1) % kMostKept;
-  }
-}
-
-std::vector<Bar> NewestBars::Take(bool backwards, bool without_newest) {
-  if (backwards) std::ranges::reverse(bars_);
-  std::rotate(bars_.begin(), bars_.begin() + static_cast<std::ptrdiff_t>(oldest_), bars_.end());
-  if (without_newest) bars_.pop_back();
-  if (bars_.size() > kLongestSeries) bars_.erase(bars_.begin());
-  return std::move(bars_);
 }
 
 void SeriesBuilder::Tally::Add(std::int64_t at) {

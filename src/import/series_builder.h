@@ -10,6 +10,7 @@
 
 #include "import/bar_aggregator.h"
 #include "import/bar_spacing.h"
+#include "import/newest_bars.h"
 #include "import/price_import.h"
 #include "import/zone_times.h"
 #include "marketdata/interval.h"
@@ -21,21 +22,6 @@ struct IntervalHint {
   int interval = 0;         // kDaily or minutes; also those that can't be replayed
   std::string source = {};  // "the file name says 5"
   bool certain = true;      // false: the hint may be none, as the 30 of "US30"
-};
-
-// The newest bars of a series, as many as a run can play.
-class NewestBars {
- public:
-  // In time order, or all in the opposite order.
-  void Add(const Bar& bar, bool backwards);
-  std::int64_t Count() const { return count_; }
-  // Oldest first. `without_newest` leaves out the newest bar.
-  std::vector<Bar> Take(bool backwards, bool without_newest);
-
- private:
-  std::vector<Bar> bars_;
-  std::size_t oldest_ = 0;  // in bars_, once it is full
-  std::int64_t count_ = 0;
 };
 
 // What the rows of one series add up to.
