@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <map>
 #include <memory>
 #include <optional>
@@ -13,6 +12,7 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "import/file_name.h"
+#include "import/row_findings.h"
 #include "import/series_builder.h"
 #include "import/text_source.h"
 #include "import/wording.h"
@@ -34,90 +34,6 @@ std::string HintText(int interval) {
   if (interval >= kWeek) return interval == kWeek ? "weekly" : "monthly";
   return DurationText(interval * 60);
 }
-
-// Whether the adjusted closes of a file differ from its closes.
-struct AdjustedCloses {
-  std::int64_t rows = 0;
-  std::int64_t above = 0;
-  // Of the first row that differs.
-  std::optional<Bar> differing;
-  float differing_adjusted = 0;
-
-  void Add(const PriceRow& row) {
-    // Less than any dividend, and more than the rounding of either column.
-    constexpr float kSame = 5e-5F;
-    ++rows;
-    above += row.adjusted_close > row.bar.close ? 1 : 0;
-    const float difference = std::abs(row.adjusted_close - row.bar.close);
-    if (differing || difference <= kSame * std::abs(row.bar.close)) return;
-    differing = row.bar;
-    differing_adjusted = row.adjusted_close;
-  }
-  bool NeverBelow() const { return above == rows; }
-};
-
-// Open, high and low are multiplied by the ratio of the closes, in double, and rounded once.
-Bar Adjusted(const PriceRow& row) {
-  Bar bar = row.bar;
-  if (bar.close == 0) return bar;
-  const double ratio = double{row.adjusted_close} / double{bar.close};
-  for (float Bar::*price : {&Bar::open, &Bar::high, &Bar::low}) {
-    bar.*price = static_cast<float>(double{bar.*price} * ratio);
-  }
-  bar.close = row.adjusted_close;
-  return bar;
-}
-
-// Whether prices could be traded in hundredths. They can't if most have more decimals and a bar
-// spans only a few hundredths: rounding would distort it.
-class PriceSteps {
- public:
-  void Add(const Bar& bar) {
-    ++rows_;
-    const double hundredths = double{bar.close} * 100;
-    const double noise = std::max(1e-3, std::abs(hundredths) * 2e-7);
-    finer_ += std::abs(hundredths - std::nearbyint(hundredths)) > noise ? 1 : 0;
-    range_ += double{bar.high} - double{bar.low};
-    highest_ = std::max(highest_, double{bar.high});
-  }
-  // The power of ten, with an even exponent, that leaves at most two decimals and keeps all prices
-  // below a million.
-  int SuggestedScale(int decimals) const {
-    constexpr double kSmallRange = 0.05;
-    constexpr double kTooHigh = 1e6;
-    const auto rows = static_cast<double>(rows_);
-    if (finer_ * 4 < rows_ || range_ >= kSmallRange * rows) return 1;
-    int scale = 100;
-    for (int left = decimals - 4; left > 0 && scale < 1'000'000; left -= 2) scale *= 100;
-    while (scale > 1 && highest_ * scale >= kTooHigh) scale /= 100;
-    return scale;
-  }
-
- private:
-  std::int64_t rows_ = 0;
-  std::int64_t finer_ = 0;
-  double range_ = 0;
-  double highest_ = 0;
-};
-
-// The first and last day of dates that can be read both ways.
-struct DateReadings {
-  struct Days {
-    std::int32_t first = 99991231;
-    std::int32_t last = 0;
-    void Add(std::int32_t date) {
-      first = std::min(first, date);
-      last = std::max(last, date);
-    }
-  };
-  Days day_first;
-  Days month_first;
-
-  void Add(std::int32_t date) {
-    day_first.Add(date);
-    month_first.Add(date / 10000 * 10000 + date % 100 * 100 + date / 100 % 100);
-  }
-};
 
 // Why the symbol can't be stored; empty if it can.
 std::string SymbolProblem(const std::string& symbol) {
