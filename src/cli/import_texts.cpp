@@ -41,11 +41,11 @@ void AddRows(TextTable& table, const Understanding& file) {
 std::string Notes(const Understanding& file) {
   const std::string name = PathText(file.file) + ": ";
   std::string text;
-  if (!file.refusal.empty()) text += name + file.refusal + "\n";
+  const bool several = file.series.size() > 1;
+  if (!several && !file.refusal.empty()) text += name + file.refusal + "\n";
   for (const FoundSeries& series : file.series) {
-    if (!series.refusal.empty() && series.refusal != file.refusal) {
-      text += name + series.refusal + "\n";
-    }
+    if (!several || series.refusal.empty()) continue;
+    text += name + series.symbol + ": " + series.refusal + "\n";
   }
   for (const ImportQuestion& question : file.questions) {
     text += name + QuestionText(question) + "\n";

@@ -236,7 +236,8 @@ class FileReading {
     AddZone();
     const auto refused = [](const ReadPrices::Series& one) { return !one.found.refusal.empty(); };
     if (std::ranges::all_of(read_.series, refused)) {
-      understood.refusal = read_.series.front().found.refusal;
+      const FoundSeries& first = read_.series.front().found;
+      understood.refusal = (order_.size() > 1 ? first.symbol + ": " : "") + first.refusal;
     }
     for (const ReadPrices::Series& one : read_.series) understood.series.push_back(one.found);
   }
@@ -332,7 +333,7 @@ class FileReading {
                       .bars = built.bars,
                       .first = built.first,
                       .last = built.last,
-                      .refusal = built.refusal.empty() ? "" : prefix + built.refusal};
+                      .refusal = built.refusal};
     if (options_.too_long == TooLong::kSplitByYear && found.refusal.empty() &&
         found.interval != 0) {
       const std::size_t first = read_.series.size();

@@ -285,12 +285,17 @@ TEST(Import, ReportsWhatItStoredNextToWhatItRefused) {
   Sandbox box;
   const auto data = box.At("data");
   const std::string header = "Ticker,Date,Close\n";
-  const auto answer = box.Run(
-      {"import", box.File("all.csv", header + "ABC,20200102,1\nA_TICKER_TOO_LONG,20200102,1\n"),
-       data});
+  std::string text = header + "ABC,20200102,1\n";
+  for (const char* date : {"20200106", "20200113", "20200120", "20200127"}) {
+    text += "WEEKS," + std::string(date) + ",1\n";
+  }
+  const auto file = box.File("all.csv", text);
+  const auto answer = box.Run({"import", file, data});
   EXPECT_EQ(answer.code, 1);
   EXPECT_EQ(answer.out, "ABC D: 1 bar, 20200102 to 20200102\n");
-  EXPECT_THAT(answer.err, HasSubstr("A_TICKER_TOO_LONG"));
+  EXPECT_THAT(answer.err, HasSubstr(file + ": WEEKS: the bars are weekly; only "));
+  EXPECT_THAT(box.Run({"import", file, "--dry-run"}).out,
+              HasSubstr(": WEEKS: the bars are weekly"));
 
   std::string first = header;
   std::string second = header + "NEW,20200102,1\n";
