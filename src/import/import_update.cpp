@@ -1,5 +1,5 @@
-#include <algorithm>
 #include <map>
+#include <set>
 #include <utility>
 
 #include "import/import_memory.h"
@@ -40,15 +40,16 @@ std::map<fs::path, ImportOptions> FolderOptions(const std::vector<RememberedFile
 
 std::vector<Source> ChangedSources(const std::vector<RememberedFile>& known) {
   std::vector<Source> sources;
+  std::set<fs::path> known_files;
   for (const RememberedFile& one : known) {
+    known_files.insert(one.file);
     if (HasChanged(one)) sources.push_back({one.file, one.options});
   }
   for (const auto& [folder, options] : FolderOptions(known)) {
     std::error_code missing;
     if (!fs::is_directory(folder, missing)) continue;
     for (const fs::path& file : PriceFilesIn({folder})) {
-      const bool is_known = std::ranges::find(known, file, &RememberedFile::file) != known.end();
-      if (!is_known) sources.push_back({file, options});
+      if (!known_files.contains(file)) sources.push_back({file, options});
     }
   }
   return sources;
