@@ -36,6 +36,7 @@ ChartArea::ChartArea(QWidget* parent) : QStackedWidget(parent) {
   grid_ = new QGridLayout;
   grid_->setSpacing(0);
   column->addLayout(grid_, 1);
+  StyleTabs();
   addWidget(hint_);
   addWidget(charts);
   connect(tabs_, &QTabBar::tabCloseRequested, this,
@@ -161,7 +162,7 @@ void ChartArea::ShowTitles() {
 }
 
 // The active tab has the colour of the chart below it and a line in the highlight colour.
-void ChartArea::ApplyColours() {
+void ChartArea::StyleTabs() {
   const Palette& colours = Palette::Following(palette());
   tabs_->setStyleSheet(
       QStringLiteral("QTabBar::tab { padding: 6px 12px; border: 0; border-top: 2px solid "
@@ -170,7 +171,11 @@ void ChartArea::ApplyColours() {
                      "QTabBar::tab:hover:!selected { color: %3; }")
           .arg(colours.muted.name(), colours.field.name(), colours.text.name(),
                palette().color(QPalette::Highlight).name()));
-  for (ChartPane* const chart : charts_) chart->ApplyColours();
+}
+
+void ChartArea::changeEvent(QEvent* event) {
+  QStackedWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) StyleTabs();
 }
 
 }  // namespace velumar

@@ -43,9 +43,8 @@ class ChartArea : public QStackedWidget {
   // How to open a chart; or for a while that this one is about to open.
   void ShowHint();
   void ShowOpening(const QString& symbol);
-  // Call after titles or colours have changed.
+  // Call after titles have changed.
   void ShowTitles();
-  void ApplyColours();
 
  signals:
   // The trader has made another chart the active one.
@@ -54,8 +53,12 @@ class ChartArea : public QStackedWidget {
   void Moved();
   void CloseRequested(velumar::ChartPane* chart);
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   void Arrange();
+  void StyleTabs();
   // Whether the chart is on the screen, and at which place of the tiling.
   std::optional<int> TileOf(const ChartPane* chart) const;
   void PlaceTile(ChartPane* chart, int tile, int count);

@@ -215,6 +215,11 @@ void ChartPane::ShowAsTile(bool tiled, bool active) {
   update();
 }
 
+void ChartPane::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) ApplyColours();
+}
+
 void ChartPane::paintEvent(QPaintEvent*) {
   const Palette& colours = Colours();
   QPainter(this).fillRect(rect(), active_tile_ ? colours.accent : colours.groove);

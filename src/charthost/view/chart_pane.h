@@ -33,7 +33,6 @@ class ChartPane : public QWidget {
   // Shown with the next drawing.
   void SetPositions(const ChartPositions& positions);
   void SetOptions(const ChartOptions& options);
-  void ApplyColours();
 
   const ChartDocument& Document() const { return document_; }
   // "AAPL, Daily"
@@ -52,11 +51,13 @@ class ChartPane : public QWidget {
   void FrameChanged();
 
  protected:
+  void changeEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   const Palette& Colours() const;
+  void ApplyColours();
   void ShowState(QCustomPlot::RefreshPriority when = QCustomPlot::rpQueuedReplot);
   void ShowBar(int bar);
   // The values of the indicators without a pane of their own.

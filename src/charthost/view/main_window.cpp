@@ -37,7 +37,6 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
   area_->SetTiling(settings.Layout().tiling);
   view_menu_->ShowTiling(area_->ShownTiling());
   ApplyTheme();
-  area_->ApplyColours();
   resize(1180, 760);
   restoreGeometry(settings.Geometry());
   Changed("ready");
@@ -317,11 +316,6 @@ void MainWindow::SetOptions(const ChartOptions& options) {
   for (ChartPane* const chart : area_->Charts()) chart->SetOptions(options);
   if (other_theme) ApplyTheme();
   view_menu_->ShowOptions(options_);
-}
-
-void MainWindow::changeEvent(QEvent* event) {
-  QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) area_->ApplyColours();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -69,7 +69,6 @@ class MainWindow : public QMainWindow {
   void SeriesClosed(const QString& folder, int file_number);
 
  protected:
-  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
