@@ -6,8 +6,6 @@
 namespace velumar {
 
 inline constexpr QLatin1String kPlotTitle("Portfolio Graph.");
-// A plot is laid out in units of 1/96 inch on paper.
-inline constexpr double kUnitsPerInch = 96;
 
 class PortfolioBars;
 class PortfolioLine;

@@ -31,7 +31,7 @@ TEST(SavedFile, StaysAsItWasWhenTheDiskIsFull) {
     const FullDisk full(1000);
     SaveChartFile(plot, QSize(400, 300), file);
   };
-  for (const QString& ending : ChartFileEndings()) {
+  for (const QString& ending : PictureFileEndings()) {
     Refuse("chart." + ending.toStdString(), "File too large", chart);
   }
   Refuse("report.pdf", "File too large", [](const QString& file) {

@@ -33,7 +33,8 @@ class ChartView : public View<ResultPlot, Chart> {
     connect(this, &ResultPlot::SpanMoved, this,
             [this] { Pass(&Chart::UserSpan, std::pair(Span().first, Span().last)); });
     model_.endings.clear();
-    for (const QString& ending : ChartFileEndings()) model_.endings.push_back(ending.toStdString());
+    for (const QString& ending : PictureFileEndings())
+      model_.endings.push_back(ending.toStdString());
     model_.save = [this](const std::string& file) {
       SaveChartFile(*this, LogicalPlace(model_).size(), ToQt(file));
     };

@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "charts/picture_file.h"
 #include "charts/qt_text.h"
-#include "resultchart/chart_file.h"
 
 namespace velumar {
 

@@ -3,23 +3,22 @@
 #include <QSvgGenerator>
 #include <stdexcept>
 
-#include "resultchart/chart_file.h"
-#include "resultchart/result_plot.h"
+#include "charts/picture_file.h"
 
 namespace velumar {
 
 namespace {
 
-void WriteSvg(ResultPlot& plot, const QSize& size, QIODevice& device) {
+void WriteSvg(const Picture& picture, QIODevice& device) {
   QSvgGenerator generator;
   generator.setOutputDevice(&device);
-  generator.setSize(size);
-  generator.setViewBox(QRect(QPoint(), size));
+  generator.setSize(picture.size);
+  generator.setViewBox(QRect(QPoint(), picture.size));
   generator.setResolution(static_cast<int>(kUnitsPerInch));
-  generator.setTitle(kPlotTitle);
+  generator.setTitle(picture.title);
   QCPPainter painter;
   if (!painter.begin(&generator)) throw std::runtime_error("the picture could not be started");
-  plot.PaintTo(painter, size);
+  picture.paint(painter);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "resultchart/chart_file.h"
+#include "charts/picture_file.h"
 
 namespace velumar {
 
