@@ -1,11 +1,15 @@
 #include "charthost/view/chart_pane.h"
 
+#include <QAccessible>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QTest>
 #include <algorithm>
 
 #include "charthost/bar_text.h"
 #include "charthost/chart_windows.h"
 #include "charthost/view/chart_plot.h"
+#include "charthost/view/picture_dialog.h"
 #include "charts/qt_text.h"
 
 namespace velumar {
@@ -24,7 +28,10 @@ struct ChartPaneTest : testing::Test {
   // How many pixels of this colour the plot shows.
   static std::ptrdiff_t Pixels(ChartPane& pane, const QColor& colour) {
     pane.Plot().replot();
-    const QImage picture = pane.Plot().toPixmap().toImage().convertToFormat(QImage::Format_ARGB32);
+    return Pixels(pane.Plot().toPixmap().toImage(), colour);
+  }
+  static std::ptrdiff_t Pixels(const QImage& image, const QColor& colour) {
+    const QImage picture = image.convertToFormat(QImage::Format_ARGB32);
     const auto* const pixels = reinterpret_cast<const QRgb*>(picture.constBits());
     return std::count(pixels, pixels + picture.width() * picture.height(), colour.rgb());
   }
@@ -165,6 +172,30 @@ TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
   EXPECT_TRUE(pane->Window().Shows(99));
   QTest::keyClick(&plot, Qt::Key_Escape);
   EXPECT_TRUE(measured().isEmpty());
+}
+
+TEST_F(ChartPaneTest, SavesThePictureInAllFormatsAndCopiesIt) {
+  const auto pane = Open("SCB");
+  QTest::mouseMove(&pane->Plot(), {400, 200});
+  const QImage picture = BitmapOf(pane->AsPicture());
+  EXPECT_EQ(picture.size(), pane->size());
+  EXPECT_GT(Pixels(picture, Palette::Light().up), 500);
+  for (const char* name : {"chart.png", "chart.svg", "chart.pdf"}) {
+    const std::string file = program_.scratch.Sub(name);
+    SavePicture(pane->AsPicture(), QString::fromStdString(file));
+    EXPECT_GT(std::filesystem::file_size(file), 5000U) << name;
+  }
+  CopyPicture(*pane);
+  EXPECT_EQ(QGuiApplication::clipboard()->image().size(), picture.size());
+}
+
+TEST_F(ChartPaneTest, DescribesTheBarBelowTheCrosshairForScreenReaders) {
+  const auto pane = Open("SCB");
+  QTest::keyClick(&pane->Plot(), Qt::Key_Left, Qt::ControlModifier);
+  const QAccessibleInterface* const plot = QAccessible::queryAccessibleInterface(&pane->Plot());
+  EXPECT_EQ(plot->text(QAccessible::Name), QStringLiteral("Chart of SCB, Daily"));
+  const BarSeries& series = pane->Document().Model().Series();
+  EXPECT_TRUE(plot->text(QAccessible::Description).contains(ToQt(MomentText(series, 298))));
 }
 
 // The value at the pointer and the last price are both on the axis.

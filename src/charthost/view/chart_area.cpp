@@ -23,6 +23,7 @@ ChartArea::ChartArea(QWidget* parent) : QStackedWidget(parent) {
   hint_->setMargin(24);
   auto* const charts = new QWidget(this);
   tabs_ = new QTabBar(charts);
+  tabs_->setAccessibleName(tr("Charts"));
   tabs_->setDocumentMode(true);
   tabs_->setExpanding(false);
   tabs_->setTabsClosable(true);

@@ -35,6 +35,13 @@ QString HeadText(const ChartDocument& document) {
          ToQt(FrameTitle(document.ShownFrame(), document.Interval()));
 }
 
+// For screen readers.
+QString SpokenText(const std::vector<ReadoutItem>& items) {
+  QStringList texts;
+  for (const ReadoutItem& item : items) texts.append((item.label + u' ' + item.value).trimmed());
+  return texts.join(QStringLiteral(", "));
+}
+
 void SetTextColour(QWidget* widget, const QColor& text, const QColor& background) {
   QPalette palette = widget->palette();
   palette.setColor(QPalette::WindowText, text);
@@ -131,6 +138,19 @@ QString ChartPane::Title() const {
          ToQt(FrameTitle(document_.ShownFrame(), document_.Interval()));
 }
 
+Picture ChartPane::AsPicture() {
+  const int head = readout_->height();
+  return {.size = {plot_->width(), head + plot_->height()},
+          .scale = devicePixelRatioF(),
+          .ground = Colours().field,
+          .title = Title(),
+          .paint = [this, head](QCPPainter& painter) {
+            readout_->PaintTo(painter);
+            painter.translate(0, head);
+            plot_->PaintTo(painter);
+          }};
+}
+
 void ChartPane::ShowFrame(Frame frame) {
   document_.ShowFrame(frame);
   ShowState();
@@ -172,6 +192,8 @@ void ChartPane::ShowBar(int bar) {
     const bool unfinished = series.newest_unfinished && shown == series.size() - 1;
     if (unfinished) items.push_back({QString(), tr("unfinished"), colours.muted, false});
   }
+  plot_->setAccessibleName(tr("Chart of %1").arg(Title()));
+  plot_->setAccessibleDescription(SpokenText(items));
   readout_->SetItems(std::move(items));
 }
 

@@ -4,6 +4,7 @@
 
 #include "charthost/chart_document.h"
 #include "charts/palette.h"
+#include "charts/picture_file.h"
 #include "platform/chart_link.h"
 
 class QLabel;
@@ -42,6 +43,8 @@ class ChartPane : public QWidget {
   // Call after Window was moved from outside.
   void WindowMoved();
   ChartPlot& Plot() { return *plot_; }
+  // What the chart shows, without the crosshair; valid for as long as the chart is open.
+  Picture AsPicture();
   // Among other charts on the screen the active one has a line around it.
   void ShowAsTile(bool tiled, bool active);
 

@@ -88,6 +88,12 @@ void ChartPlot::SetColours(const Palette& colours) {
 
 void ChartPlot::SetPositions(const ChartPositions& positions) { positions_->Set(positions); }
 
+void ChartPlot::PaintTo(QCPPainter& painter) {
+  HidePointer();
+  toPainter(&painter, viewport().width(), viewport().height());
+  PlacePointer();
+}
+
 void ChartPlot::ModelChanged(RefreshPriority when) {
   if (isVisible()) replot(when);
 }

@@ -40,6 +40,8 @@ class ChartPlot : public BarPlot {
   std::optional<ChartPlace> StepPointer(int bars);
   // Shows the crosshair at that moment for as long as the pointer is on another chart.
   void FollowPointer(const std::optional<BarMoment>& moment);
+  // Draws the chart as it is on the screen, without the crosshair.
+  void PaintTo(QCPPainter& painter);
   // Call after the model has changed. A hidden plot is drawn when it is shown.
   void ModelChanged(RefreshPriority when = rpQueuedReplot);
 

@@ -10,6 +10,7 @@
 #include "charthost/view/chart_pane.h"
 #include "charthost/view/indicators_dialog.h"
 #include "charthost/view/open_dialog.h"
+#include "charthost/view/picture_dialog.h"
 #include "charthost/view/theme.h"
 #include "charthost/view/view_menu.h"
 #include "charts/qt_text.h"
@@ -64,6 +65,13 @@ void MainWindow::BuildMenus() {
     AddPane(ActiveChart()->Document().Request(), ActiveChart()->Document().Frames());
     SaveLayout();
     Changed("opened");
+  });
+  file_menu_->addSeparator();
+  file_menu_->addAction(tr("Co&py picture"), QKeySequence::Copy, this, [this] {
+    if (ActiveChart() != nullptr) CopyPicture(*ActiveChart());
+  });
+  file_menu_->addAction(tr("&Save picture..."), QKeySequence::Save, this, [this] {
+    if (ActiveChart() != nullptr) AskForPictureFile(*ActiveChart(), *this);
   });
   file_menu_->addSeparator();
   file_menu_->addAction(tr("&Close chart"), QKeySequence(Qt::CTRL | Qt::Key_W), this,

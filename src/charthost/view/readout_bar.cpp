@@ -78,6 +78,10 @@ void ReadoutBar::resizeEvent(QResizeEvent*) { FitHeight(); }
 
 void ReadoutBar::paintEvent(QPaintEvent*) {
   QPainter painter(this);
+  PaintTo(painter);
+}
+
+void ReadoutBar::PaintTo(QPainter& painter) const {
   painter.fillRect(rect(), colours_->field);
   const std::vector<QPoint> places = Places(width());
   for (std::size_t i = 0; i < items_.size(); ++i) {

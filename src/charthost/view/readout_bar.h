@@ -24,6 +24,7 @@ class ReadoutBar : public QWidget {
 
   void SetColours(const Palette& colours);
   void SetItems(std::vector<ReadoutItem> items);
+  void PaintTo(QPainter& painter) const;
   // For another series, whose values may be narrower.
   void ForgetWidths() { widths_.clear(); }
 
