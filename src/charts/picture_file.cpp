@@ -16,7 +16,7 @@ namespace {
   throw std::runtime_error((file + QStringLiteral(": ") + reason).toStdString());
 }
 
-void WritePdf(const Picture& picture, QIODevice& device) {
+void WritePdf(const PlotPicture& picture, QIODevice& device) {
   constexpr double kPointsPerInch = 72;
   QPdfWriter writer(&device);
   writer.setTitle(picture.title);
@@ -56,7 +56,7 @@ QStringList PictureFileEndings() {
   return extensions;
 }
 
-QImage BitmapOf(const Picture& picture) {
+QImage BitmapOf(const PlotPicture& picture) {
   QImage bitmap(picture.size * picture.scale, QImage::Format_RGB32);
   if (bitmap.isNull()) throw std::runtime_error("not enough memory for the picture");
   bitmap.fill(picture.ground);
@@ -68,7 +68,7 @@ QImage BitmapOf(const Picture& picture) {
   return bitmap;
 }
 
-void SavePicture(const Picture& picture, const QString& file) {
+void SavePicture(const PlotPicture& picture, const QString& file) {
   const QString extension = RequireExtension(file, PictureFileEndings(), QStringLiteral("a chart"));
   SaveWhole(file, [&](QIODevice& device) {
     if (extension == u"pdf") return WritePdf(picture, device);

@@ -20,7 +20,7 @@ namespace velumar {
 inline constexpr double kUnitsPerInch = 96;
 
 // A drawing that can be saved.
-struct Picture {
+struct PlotPicture {
   QSize size;        // in logical pixels
   double scale = 1;  // pixels of a bitmap per logical pixel
   QColor ground;
@@ -39,12 +39,12 @@ QString RequireExtension(const QString& file, const QStringList& extensions, con
 QStringList PictureFileEndings();
 
 // Draws a picture as SVG; null if the toolkit can't.
-using SvgWriter = void (*)(const Picture& picture, QIODevice& device);
+using SvgWriter = void (*)(const PlotPicture& picture, QIODevice& device);
 SvgWriter FindSvgWriter();
 
-QImage BitmapOf(const Picture& picture);
+QImage BitmapOf(const PlotPicture& picture);
 // Saves the picture in the format of the extension.
-void SavePicture(const Picture& picture, const QString& file);
+void SavePicture(const PlotPicture& picture, const QString& file);
 
 // Begins to draw vectors in units of 1/96 inch. Throws std::runtime_error if that is impossible.
 void BeginPages(QCPPainter& painter, QPagedPaintDevice& device);

@@ -9,7 +9,7 @@ namespace velumar {
 
 namespace {
 
-void WriteSvg(const Picture& picture, QIODevice& device) {
+void WriteSvg(const PlotPicture& picture, QIODevice& device) {
   QSvgGenerator generator;
   generator.setOutputDevice(&device);
   generator.setSize(picture.size);

@@ -138,7 +138,7 @@ QString ChartPane::Title() const {
          ToQt(FrameTitle(document_.ShownFrame(), document_.Interval()));
 }
 
-Picture ChartPane::AsPicture() {
+PlotPicture ChartPane::AsPicture() {
   const int head = readout_->height();
   return {.size = {plot_->width(), head + plot_->height()},
           .scale = devicePixelRatioF(),

@@ -44,7 +44,7 @@ class ChartPane : public QWidget {
   void WindowMoved();
   ChartPlot& Plot() { return *plot_; }
   // What the chart shows, without the crosshair; valid for as long as the chart is open.
-  Picture AsPicture();
+  PlotPicture AsPicture();
   // Among other charts on the screen the active one has a line around it.
   void ShowAsTile(bool tiled, bool active);
 
