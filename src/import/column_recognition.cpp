@@ -274,7 +274,7 @@ class Recognition {
       if (values_.AreNumbers(i)) columns.push_back(i);
     }
     const NumberStyle style =
-        numbers ? *numbers : StyleOfNumbers(sample_, columns).value_or(NumberStyle{});
+        numbers ? *numbers : StyleOfNumbers(sample_, date, columns).value_or(NumberStyle{});
     for (std::size_t i = 0; i + 3 < columns.size() && !Place(PriceField::kClose); ++i) {
       if (columns[i + 3] == columns[i] + 3) InferPrices(columns[i], style);
     }

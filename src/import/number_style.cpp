@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <string_view>
 
+#include "import/field_text.h"
+#include "import/moment_text.h"
+
 namespace velumar {
 
 namespace {
@@ -68,16 +71,28 @@ bool Jumps(const SampleTable& sample, std::span<const std::size_t> columns, Numb
   return false;
 }
 
-// Days before months next to semicolons, or so it seems: where decimal commas are usual.
-bool LooksContinental(const SampleTable& sample) {
-  const std::string_view date = sample.lines[sample.first_row].front();
-  const std::size_t sign = date.find_first_of("./-");
-  return sample.separator == ';' && (sign == 1 || sign == 2);
+// How usual decimal commas are where the dates are written like this.
+enum class Commas : std::uint8_t { kUnusual, kPossible, kUsual };
+
+Commas CommasNextTo(std::string_view date) {
+  const auto orderless = ReadOrderlessDate(date.substr(0, date.find(' ')));
+  if (!orderless) return Commas::kUnusual;
+  return orderless->has_points ? Commas::kUsual : Commas::kPossible;
+}
+
+// True if a number of a thousand or more has no sign between its digits: the program that wrote the
+// file does not group them.
+bool WritesPlainThousands(const SampleTable& sample, std::span<const std::size_t> columns) {
+  return std::ranges::any_of(columns, [&](std::size_t column) {
+    return std::ranges::any_of(sample.Column(column), [](std::string_view field) {
+      return field.size() > 3 && field.front() != '0' && std::ranges::all_of(field, IsDigit);
+    });
+  });
 }
 
 }  // namespace
 
-std::optional<NumberStyle> StyleOfNumbers(const SampleTable& sample,
+std::optional<NumberStyle> StyleOfNumbers(const SampleTable& sample, std::size_t date,
                                           std::span<const std::size_t> columns) {
   const Evidence evidence = Collect(sample, columns);
   if (evidence.comma && evidence.point) {
@@ -86,20 +101,29 @@ std::optional<NumberStyle> StyleOfNumbers(const SampleTable& sample,
   if (evidence.comma || evidence.point) return NumberStyle{evidence.comma};
   if (!evidence.perhaps_comma && !evidence.perhaps_point) return NumberStyle{};
   if (evidence.perhaps_comma && evidence.perhaps_point) return std::nullopt;
-  const bool continental = LooksContinental(sample);
+  const bool commas_separate = sample.separator == ',';
+  if (commas_separate && !sample.has_quotes) return NumberStyle{};
+  const auto dates = sample.Column(date);
+  const Commas commas = CommasNextTo(dates.empty() ? std::string_view() : dates.front());
   // Prices are the first columns; volumes may jump.
   const auto prices = columns.first(std::min<std::size_t>(columns.size(), 4));
   const Evidence of_prices = Collect(sample, prices);
   if (!of_prices.perhaps_comma && !of_prices.perhaps_point) {
     // Whole prices next to volumes in groups.
-    if (evidence.perhaps_comma == continental) return std::nullopt;
-    return NumberStyle{continental};
+    const bool groups_have_commas = evidence.perhaps_comma;
+    const bool usual = groups_have_commas ? commas_separate || commas == Commas::kUnusual
+                                          : commas == Commas::kUsual;
+    return usual ? std::optional(NumberStyle{!groups_have_commas}) : std::nullopt;
   }
   const bool jumps_with_comma = Jumps(sample, prices, {true});
   const bool jumps_with_point = Jumps(sample, prices, {false});
   if (jumps_with_comma != jumps_with_point) return NumberStyle{jumps_with_point};
-  if (evidence.perhaps_comma != continental) return std::nullopt;
-  return NumberStyle{continental};
+  const bool has_no_groups = WritesPlainThousands(sample, columns.subspan(prices.size()));
+  const bool usual =
+      evidence.perhaps_comma
+          ? commas == Commas::kUsual || (has_no_groups && !commas_separate)
+          : commas == Commas::kUnusual || (has_no_groups && commas == Commas::kPossible);
+  return usual ? std::optional(NumberStyle{evidence.perhaps_comma}) : std::nullopt;
 }
 
 }  // namespace velumar

@@ -51,6 +51,7 @@ SampleTable SplitWith(char separator, std::span<const TextLine> lines, const Dat
     table.is_row.push_back(row.is_row);
     if (!row.is_row) continue;
     score += row.values;
+    table.has_quotes |= line.text.find('"') != std::string_view::npos;
     ++widths[table.lines.back().size()];
   }
   const auto most =

@@ -20,7 +20,8 @@ struct SampleTable {
   std::vector<std::vector<std::string>> lines = {};  // the fields of each line
   std::vector<bool> is_row = {};                     // has a date and a number
   std::size_t first_row = 0;
-  std::size_t width = 0;  // of most rows
+  std::size_t width = 0;    // of most rows
+  bool has_quotes = false;  // in a row
 
   // The filled fields of a column in all rows.
   std::vector<std::string_view> Column(std::size_t column) const;

@@ -178,13 +178,14 @@ TableFormat Recognised(std::span<const TextLine> lines, const ImportOptions& opt
   format.separator = sample.separator;
   format.first_row_line = lines[sample.first_row].number;
   RecogniseColumns(sample, lines, numbers, format);
-  if (!numbers) numbers = StyleOfNumbers(sample, NumberColumns(format));
+  const std::size_t date = *format.Place(PriceField::kDate);
+  if (!numbers) numbers = StyleOfNumbers(sample, date, NumberColumns(format));
   if (!numbers) {
     throw FormatUndecided("The commas and points of the numbers can be read in two ways.",
                           "--decimal comma or point");
   }
   format.numbers = *numbers;
-  const Fields dates = sample.Column(*format.Place(PriceField::kDate));
+  const Fields dates = sample.Column(date);
   if (dates.empty()) throw ImportError("no column holds dates");
   format.first_date = std::string(dates.front());
   DecideDates(dates, options, format);

@@ -314,10 +314,6 @@ TEST(PriceReader, NamesTheLineThatCannotBeRead) {
       {header, "no line has a date and a price"},
       {std::string("ab\0\0\1\2\n", 7), "is not a text file; save the table as CSV"},
       {std::string(5 << 20, 'x'), "has a line of more than 1 MiB; is it a table?"},
-      {"Date;Close\n02.01.2020;1.234\n03.01.2020;1.235\n",
-       "The commas and points of the numbers can be read in two ways."},
-      {"\"Date\",\"Close\"\n\"2020-01-02\",\"1,464\"\n",
-       "The commas and points of the numbers can be read in two ways."},
       {"Date,Close\n010203,1.5\n020203,1.5\n", "The date \"010203\" can be read in several ways."},
       {"date,open,high,low,close\n20200101,1,2,0.5,x\n", "line 2: the close \"x\" is not a number"},
       {"date,open,high,low,close\n20200101,1,2,1,1e39\n",
@@ -428,11 +424,24 @@ TEST(PriceReader, DecidesDecimalSignsByAllRows) {
       {"Date,Close,Volume\n2020-01-02,12,\"1,234\"\n2020-01-03,13,\"1,235\"\n", 12, 13},
       {"Date\tClose\n2020-01-02\t1.234,5\n2020-01-03\t1.234\n", 1234.5F, 1234},
       {"Date;Close\n2020-01-02;1'234,5\n2020-01-03;1'234,25\n", 1234.5F, 1234.25F},
+      {"Date\tClose\n2020.01.02\t1.234\n2020.01.03\t1.235\n", 1.234F, 1.235F},
+      {"Date,Close\n13.01.2020 09:00,1.234\n14.01.2020 10:00,1.235\n", 1.234F, 1.235F},
+      // Volumes without groups: the sign in the prices is the decimal one.
+      {"Date;Close;Volume\n13/01/2020;1,234;99000\n14/01/2020;1,235;7\n", 1.234F, 1.235F},
+      {"Date;Close;Volume\n13/01/2020;1.234;99000\n14/01/2020;1.235;7\n", 1.234F, 1.235F},
   };
   for (const auto& [text, first, second] : cases) {
     const auto read = ReadText(text);
     EXPECT_EQ(read.rows[0].bar.close, first) << text;
     EXPECT_EQ(read.rows[1].bar.close, second) << text;
+  }
+  for (const std::string text :
+       {"Date;Close\n02.01.2020;1.234\n03.01.2020;1.235\n",
+        "Date;Close\n13/01/2020;1,234\n14/01/2020;1,235\n",
+        "Date|Close\n13/01/2020|1.234\n14/01/2020|1.235\n",
+        "Date;Close;Volume\n13/01/2020;12;1,234\n14/01/2020;13;1,235\n",
+        "\"Date\",\"Close\",\"Volume\"\n\"2020-01-02\",\"1,464\",\"9999\"\n"}) {
+    EXPECT_THROW(ReadText(text), FormatUndecided) << text;
   }
 }
 
