@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "base/dates.h"
 #include "base/number_text.h"
 #include "import/column_names.h"
 #include "import/field_text.h"
@@ -65,6 +66,14 @@ class ColumnValues {
   bool HaveDate(std::size_t column) const {
     return std::ranges::any_of(sample_.Column(column), [&](std::string_view field) {
       return LooksLikeDate(field, dates_);
+    });
+  }
+  // Dates of six digits look like any number; only their name shows what they are.
+  bool AreSixDigitDates(std::size_t column) const {
+    const auto fields = sample_.Column(column);
+    return !fields.empty() && std::ranges::all_of(fields, [](std::string_view field) {
+      const auto date = ReadSixDigits(field);
+      return date && IsRealDate(*date);
     });
   }
   bool HaveNumber(std::size_t column) const {
@@ -194,7 +203,7 @@ class Recognition {
   bool Fits(PriceField field, std::size_t column) const {
     switch (field) {
       case PriceField::kDate:
-        return values_.HaveDate(column);
+        return values_.HaveDate(column) || AreNamedSixDigits(column);
       case PriceField::kTime:
         // A column named Time may hold whole dates.
         return values_.HaveTime(column) && (Place(PriceField::kDate) || !values_.AreDates(column));
@@ -204,6 +213,10 @@ class Recognition {
       default:
         return values_.HaveNumber(column) || (!IsPrice(field) && values_.AreMissing(column));
     }
+  }
+
+  bool AreNamedSixDigits(std::size_t column) const {
+    return format_.dates.kind == DateStyle::Kind::kText && values_.AreSixDigitDates(column);
   }
 
   void AssignByName() {
@@ -241,15 +254,28 @@ class Recognition {
   }
 
   void FindDate() {
-    if (Place(PriceField::kDate)) return;
+    if (const Column named = Place(PriceField::kDate)) {
+      if (!values_.HaveDate(*named)) format_.dates.kind = DateStyle::Kind::kSixDigits;
+      return;
+    }
     for (const bool unix : {false, true}) {
       for (std::size_t i = 0; i < sample_.width; ++i) {
         if (!IsFree(i) || !values_.AreDates(i) || values_.AreUnixTimes(i) != unix) continue;
+        if (unix && !MayHoldMoments(i)) continue;
         Set(PriceField::kDate, i, "holds dates");
         return;
       }
     }
     throw ImportError("no column holds dates");
+  }
+
+  // Turnovers and volumes can look like Unix times.
+  bool MayHoldMoments(std::size_t column) const {
+    const std::string title = PlainName(format_.columns[column].title);
+    constexpr std::array kParts = {"TIME", "DATE", "UNIX", "EPOCH"};
+    return title.empty() || std::ranges::any_of(kParts, [&](const char* part) {
+             return title.find(part) != std::string::npos;
+           });
   }
 
   // The column of times is next to the date; the ticker may be on either side of it.

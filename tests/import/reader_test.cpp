@@ -445,5 +445,13 @@ TEST(PriceReader, DecidesDecimalSignsByAllRows) {
   }
 }
 
+TEST(PriceReader, FindsDatesByTheirNameNotTheirSize) {
+  const auto read = ReadText(
+      "DATE,CLOSE,TURNOVER\n871030,7.5,484376808\n871102,7.25,650772003\n871103,7.5,963722370\n");
+  EXPECT_EQ(read.format.dates, "yymmdd");
+  EXPECT_EQ(read.rows[0].bar.date, 19871030);
+  EXPECT_THROW(ReadText("DAY,CLOSE,TURNOVER\n1,7.5,484376808\n2,7.25,650772003\n"), ImportError);
+}
+
 }  // namespace
 }  // namespace velumar
