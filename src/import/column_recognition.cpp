@@ -367,10 +367,16 @@ class Recognition {
     }
   }
 
+  // True for an adjusted close or an average: never far from the close, and seldom at a much
+  // different distance than in the row before.
   bool IsNearTheClose(std::size_t column, NumberStyle style) const {
+    constexpr float kStep = 1.1F;
     const std::size_t close = *Place(PriceField::kClose);
     bool value_decimals = false;
     bool price_decimals = false;
+    int rows = 0;
+    int steps = 0;
+    float before = 0;
     for (std::size_t i = 0; i < sample_.lines.size(); ++i) {
       const std::vector<std::string>& fields = sample_.lines[i];
       if (!sample_.is_row[i] || fields.size() <= column) continue;
@@ -379,8 +385,12 @@ class Recognition {
       if (value.value < price.value / 2 || value.value > price.value * 2) return false;
       value_decimals |= value.decimals > 0;
       price_decimals |= price.decimals > 0;
+      const float ratio = price.value == 0 ? 1 : value.value / price.value;
+      ++rows;
+      if (before > 0 && (ratio > before * kStep || before > ratio * kStep)) ++steps;
+      before = ratio;
     }
-    return value_decimals || !price_decimals;
+    return steps * 4 <= rows && (value_decimals || !price_decimals);
   }
 
   void UseOnlyVolumeThereIs() {

@@ -356,6 +356,17 @@ TEST(PriceReader, InfersColumnsOfASingleRow) {
   EXPECT_EQ(flat.rows[0].bar.volume, 7);
 }
 
+TEST(PriceReader, SeparatesVolumesFromFurtherPrices) {
+  const auto near = ReadText(
+      "2019-12-19;43000.5;43191;42922;43126.5;25480.25\n"
+      "2019-12-20;43101.5;43227;43053;43098.5;45879.75\n"
+      "2019-12-23;43144.5;43307;43088;43275.5;46817.5\n");
+  EXPECT_EQ(near.rows[1].bar.volume, 45879.75);
+  const auto adjusted =
+      ReadText("2019-12-19;10.5;11;10;10.75;9.85;700\n2019-12-20;10.5;11;10;10.5;9.75;900\n");
+  EXPECT_EQ(adjusted.rows[1].bar.volume, 900);
+}
+
 TEST(PriceReader, InfersWhereTickerAndTimeAre) {
   const Bar expected{.date = 20200131,
                      .time = 130500,
