@@ -76,7 +76,7 @@ BarMoment MomentOf(const BarSeries& series, int bar) {
 
 std::optional<int> BarAtMoment(const BarSeries& series, const BarMoment& moment) {
   const auto first = series.dates.begin();
-  const auto [from, to] = std::ranges::equal_range(series.dates, moment.date);
+  const auto [from, to] = std::equal_range(first, series.dates.end(), moment.date);
   auto after = to - first;
   if (series.has_times) {
     const auto times = series.times.begin() + (from - first);
