@@ -298,7 +298,6 @@ TEST(PriceReader, NamesTheLineThatCannotBeRead) {
        "line 3: the date \"20200230\" is not a valid date"},
       {header + first + "20200103,25:00,1,2,1,1\n",
        "line 3: the time \"25:00\" is not a valid time"},
-      {header + first + "no row\n" + last, "line 3: has 1 fields, the header has 6"},
       {header + "2020-01-02 09:30,10:00,1,1,1,1\n",
        "line 2: the time in the date differs from the one in its own column"},
       {"date,close\n2020-01-02,101'165\n",
@@ -307,7 +306,6 @@ TEST(PriceReader, NamesTheLineThatCannotBeRead) {
        "no column holds the close (line 1 names the columns)"},
       {"date,open,high,low,close,Close\n20200102,1,2,1,1,1\n",
        "the header names the column \"Close\" twice"},
-      {"Date,Close\n2020-01-02,49,73\n", "line 2: has 3 fields, the header has 2"},
       {"20200102,3,2,1,1\n",
        "no column holds the open, high, low, close; add a first line that names the columns"},
       {"\xEF\xBB\xBF\r\n\r\n", "the file is empty"},
@@ -315,11 +313,8 @@ TEST(PriceReader, NamesTheLineThatCannotBeRead) {
       {std::string("ab\0\0\1\2\n", 7), "is not a text file; save the table as CSV"},
       {std::string(5 << 20, 'x'), "has a line of more than 1 MiB; is it a table?"},
       {"Date,Close\n010203,1.5\n020203,1.5\n", "The date \"010203\" can be read in several ways."},
-      {"date,open,high,low,close\n20200101,1,2,0.5,x\n", "line 2: the close \"x\" is not a number"},
       {"date,open,high,low,close\n20200101,1,2,1,1e39\n",
        "line 2: the close \"1e39\" can't be stored; numbers are 0 or between 1.2E-38 and 1.7E+38"},
-      {"date,open,high,low,close\n20201341,1,2,1,1\n",
-       "line 2: the date \"20201341\" is not a valid date"},
   };
   for (const auto& row : cases) {
     EXPECT_THAT([&] { ReadText(row.first); }, ThrowsMessage<ImportError>(row.second))
