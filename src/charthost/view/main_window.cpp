@@ -204,6 +204,12 @@ void MainWindow::AddLayout(const SeriesRequest& request) {
       if (first_ == nullptr) first_ = pane;
       continue;
     }
+    // The run may be of a series that was compared in the last one.
+    const ChartDocument* const played = first_ == nullptr ? nullptr : &first_->Document();
+    if (played != nullptr && played->Symbol() == chart.symbol &&
+        played->Interval() == chart.interval) {
+      continue;
+    }
     const auto found = std::ranges::find_if(securities, [&chart, fed](const SecurityInfo& one) {
       return one.symbol == chart.symbol && one.interval == chart.interval && (one.bars > 0 || fed);
     });
