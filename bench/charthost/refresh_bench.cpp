@@ -1,6 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <optional>
 #include <vector>
@@ -8,6 +9,8 @@
 #include "charthost/series_source.h"
 #include "charthost/view/chart_pane.h"
 #include "charthost/view/chart_plot.h"
+#include "charthost/view/chart_settings.h"
+#include "charthost/view/main_window.h"
 #include "marketdata/directory_editor.h"
 #include "marketdata/index_cache.h"
 
@@ -28,23 +31,47 @@ std::vector<Bar> WalkingBars() {
   return bars;
 }
 
-// A chart of a folder with the most bars that a file can hold.
+ChartOptions FiveIndicators() {
+  ChartOptions options;
+  for (const char* key : {"bollinger", "rsi", "macd", "adx"}) {
+    options.indicators.push_back(UsualIndicator(*FindIndicator(key), 2));
+  }
+  options.indicators.erase(options.indicators.begin());
+  return options;
+}
+
+// A folder with one series that can have the most bars that a file can hold.
+class LongFolder {
+ public:
+  LongFolder() { Store(kMostBars); }
+
+  void Store(int bars) {
+    std::vector<Bar> stored = all_;
+    stored.resize(static_cast<std::size_t>(bars));
+    StoreSecurity(path_, {"LONG", "Long", -1}, stored, cache_);
+  }
+  const std::string& Path() const { return path_; }
+  const SeriesSource& Source() const { return source_; }
+
+ private:
+  QTemporaryDir directory_;
+  std::string path_ = directory_.path().toStdString() + "/data";
+  IndexCache cache_;
+  SeriesSource source_{cache_};
+  std::vector<Bar> all_ = WalkingBars();
+};
+
 class LongChart {
  public:
   explicit LongChart(const ChartOptions& options) {
-    Store(kMostBars);
-    pane_.emplace(source_, SeriesRequest{folder_, "LONG", std::nullopt}, std::map<int, Frame>(),
-                  options, nullptr);
+    pane_.emplace(folder_.Source(), SeriesRequest{folder_.Path(), "LONG", std::nullopt},
+                  std::map<int, Frame>(), options, nullptr);
     pane_->resize(1600, 900);
     pane_->show();
     QApplication::processEvents();
   }
 
-  void Store(int bars) {
-    std::vector<Bar> stored = all_;
-    stored.resize(static_cast<std::size_t>(bars));
-    StoreSecurity(folder_, {"LONG", "Long", -1}, stored, cache_);
-  }
+  void Store(int bars) { folder_.Store(bars); }
 
   // Reads the folder again and paints the complete chart, as Alt+V, R does.
   void Refresh() {
@@ -56,11 +83,7 @@ class LongChart {
   ChartPane& Pane() { return *pane_; }
 
  private:
-  QTemporaryDir directory_;
-  std::string folder_ = directory_.path().toStdString() + "/data";
-  IndexCache cache_;
-  SeriesSource source_{cache_};
-  std::vector<Bar> all_ = WalkingBars();
+  LongFolder folder_;
   std::optional<ChartPane> pane_;
 };
 
@@ -76,12 +99,7 @@ void RefreshChart(benchmark::State& state, ChartStyle style) {
 // Five indicators in three panes below the prices and the volume; each refresh finds one bar more
 // or one bar less.
 void RefreshIndicators(benchmark::State& state) {
-  ChartOptions options;
-  for (const char* key : {"bollinger", "rsi", "macd", "adx"}) {
-    options.indicators.push_back(UsualIndicator(*FindIndicator(key), 2));
-  }
-  options.indicators.erase(options.indicators.begin());
-  LongChart chart(options);
+  LongChart chart(FiveIndicators());
   if (state.range(0) == 1) chart.Pane().Window().ShowAll();
   int bars = kMostBars;
   for (auto round : state) {
@@ -90,6 +108,35 @@ void RefreshIndicators(benchmark::State& state) {
     chart.Store(bars);
     state.ResumeTiming();
     chart.Refresh();
+  }
+}
+
+// The charts of a run, as the link refreshes them: that many in view, with five indicators each,
+// the second and later ones in longer frames. All are on the screen at the return.
+void RefreshTiles(benchmark::State& state) {
+  const QTemporaryDir settings_folder;
+  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings_folder.path());
+  ChartSettings settings;
+  settings.SetOptions(FiveIndicators());
+  ChartLayout layout = {Tiling::kFour, {}};
+  const std::vector<Frame> frames = FramesOf(-1);
+  for (std::size_t i = 0; i < static_cast<std::size_t>(state.range(0)); ++i) {
+    layout.charts.push_back({"", -1, {{-1, frames[i]}}});
+  }
+  settings.SetLayout(layout);
+  LongFolder folder;
+  MainWindow window(folder.Source(), settings, {});
+  window.resize(1920, 1040);
+  window.show();
+  window.OpenDirectly({folder.Path(), "LONG", -1});
+  QApplication::processEvents();
+  int bars = kMostBars;
+  for (auto round : state) {
+    state.PauseTiming();
+    bars = bars == kMostBars ? kMostBars - 1 : kMostBars;
+    folder.Store(bars);
+    state.ResumeTiming();
+    window.RefreshFolder(folder.Path(), "LONG", {});
   }
 }
 
@@ -108,6 +155,8 @@ BENCHMARK_CAPTURE(RefreshChart, line, ChartStyle::kLine)
     ->Unit(benchmark::kMillisecond);
 
 BENCHMARK(RefreshIndicators)->ArgName("whole")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+BENCHMARK(RefreshTiles)->ArgName("charts")->Arg(1)->Arg(4)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace velumar
