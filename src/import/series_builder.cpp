@@ -274,7 +274,7 @@ void SeriesBuilder::CheckSpacing() {
   using Fit = BarSpacing::Fit;
   if (bars_ == 0) {
     refusal_ = outside_ > 0 ? "no bar is within the days of --from and --to" : "has no bars";
-  } else if (repeated_days_ >= 3 && repeated_.count * 20 > bars_) {
+  } else if (repeated_.count >= bars_ || (repeated_days_ >= 3 && repeated_.count * 20 > bars_)) {
     refusal_ = repeated_.Text("has the moment of another one", "have the moment of another one") +
                ": does the file hold several securities? Give it a column Ticker, or split it";
   }

@@ -276,9 +276,11 @@ TEST(Series, KeepsTheFirstBarOfAMoment) {
 }
 
 TEST(Series, RefusesSeveralSecuritiesInOne) {
-  std::vector<Bar> bars = BarsEvery(kDay, 100);
-  for (int i = 0; i < 100; ++i) bars.push_back(BarAt(std::int64_t{i} * kDay, 7));
-  EXPECT_THAT(Build(bars).refusal, HasSubstr("several securities"));
+  for (const int days : {2, 100}) {
+    std::vector<Bar> bars = BarsEvery(kDay, days);
+    for (int i = 0; i < days; ++i) bars.push_back(BarAt(std::int64_t{i} * kDay, 7));
+    EXPECT_THAT(Build(bars).refusal, HasSubstr("several securities"));
+  }
 }
 
 TEST(Series, NamesTheLineOfALongFileThatIsNotSorted) {
