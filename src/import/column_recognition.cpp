@@ -4,9 +4,8 @@
 #include <array>
 #include <string>
 
-#include "base/dates.h"
-#include "base/number_text.h"
 #include "import/column_names.h"
+#include "import/column_values.h"
 #include "import/field_text.h"
 #include "import/number_style.h"
 
@@ -20,91 +19,6 @@ using Titles = std::vector<std::string>;
 bool IsPrice(PriceField field) {
   return field >= PriceField::kOpen && field <= PriceField::kAdjustedClose;
 }
-
-template <typename Is>
-bool MostAre(const std::vector<std::string_view>& fields, Is is) {
-  const auto count = static_cast<std::size_t>(std::ranges::count_if(fields, is));
-  return count * 2 > fields.size();
-}
-
-bool LooksLikeTime(std::string_view field) {
-  return std::ranges::any_of(std::array{TimeDigits::kHoursAndMinutes, TimeDigits::kWithSeconds},
-                             [&](TimeDigits digits) {
-                               const auto moment = ReadTimeText(field, digits);
-                               return moment && IsRealTime(*moment->time);
-                             });
-}
-
-// Answers what the values of a column could be.
-class ColumnValues {
- public:
-  ColumnValues(const SampleTable& sample, const DateStyle& dates)
-      : sample_(sample), dates_(dates) {}
-
-  bool AreDates(std::size_t column) const {
-    return MostAre(sample_.Column(column),
-                   [&](std::string_view field) { return LooksLikeDate(field, dates_); });
-  }
-  bool AreUnixTimes(std::size_t column) const {
-    return MostAre(sample_.Column(column), LooksLikeUnixTime);
-  }
-  bool AreNumbers(std::size_t column) const {
-    return MostAre(sample_.Column(column), LooksLikeNumber);
-  }
-  bool AreTimes(std::size_t column) const { return MostAre(sample_.Column(column), LooksLikeTime); }
-  // Times that can't be anything else: with colons or leading zeros.
-  bool AreClockTimes(std::size_t column) const {
-    const auto fields = sample_.Column(column);
-    const bool has_zero = std::ranges::any_of(fields, [](std::string_view field) {
-      return field.starts_with('0') && field.size() > 3 && std::ranges::all_of(field, IsDigit);
-    });
-    return AreTimes(column) && (has_zero || MostAre(fields, [](std::string_view field) {
-                                  return field.find(':') != std::string_view::npos;
-                                }));
-  }
-  // A name of a column needs less proof than its values alone: a wrong value is named later.
-  bool HaveDate(std::size_t column) const {
-    return std::ranges::any_of(sample_.Column(column), [&](std::string_view field) {
-      return LooksLikeDate(field, dates_);
-    });
-  }
-  // Dates of six digits look like any number; only their name shows what they are.
-  bool AreSixDigitDates(std::size_t column) const {
-    const auto fields = sample_.Column(column);
-    return !fields.empty() && std::ranges::all_of(fields, [](std::string_view field) {
-      const auto date = ReadSixDigits(field);
-      return date && IsRealDate(*date);
-    });
-  }
-  bool HaveNumber(std::size_t column) const {
-    return std::ranges::any_of(sample_.Column(column), LooksLikeNumber);
-  }
-  bool HaveTime(std::size_t column) const {
-    return std::ranges::any_of(sample_.Column(column), LooksLikeTime);
-  }
-  bool AreWords(std::size_t column) const {
-    const auto fields = sample_.Column(column);
-    return MostAre(fields, [](std::string_view field) {
-      return std::ranges::any_of(field, IsLetter) && !LooksLikeNumber(field) &&
-             !LooksLikeTime(field);
-    });
-  }
-  bool AreMissing(std::size_t column) const { return sample_.Column(column).empty(); }
-  // Whole numbers that rise by one.
-  bool CountRows(std::size_t column) const {
-    std::optional<std::int64_t> before;
-    for (const std::string_view field : sample_.Column(column)) {
-      const auto number = ExactNumber<std::int64_t>(field);
-      if (!number || (before && *number != *before + 1)) return false;
-      before = number;
-    }
-    return before.has_value();
-  }
-
- private:
-  const SampleTable& sample_;
-  const DateStyle& dates_;
-};
 
 class Recognition {
  public:

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+
+#include "import/sample_table.h"
+
+namespace velumar {
+
+// Answers what the values of a column could be.
+class ColumnValues {
+ public:
+  // Both must outlive the object; the style may change.
+  ColumnValues(const SampleTable& sample, const DateStyle& dates)
+      : sample_(sample), dates_(dates) {}
+
+  // Of most values.
+  bool AreDates(std::size_t column) const;
+  bool AreUnixTimes(std::size_t column) const;
+  bool AreNumbers(std::size_t column) const;
+  bool AreTimes(std::size_t column) const;
+  // Times that can't be anything else: with colons or leading zeros.
+  bool AreClockTimes(std::size_t column) const;
+  bool AreWords(std::size_t column) const;
+
+  // Of all values. Dates of six digits look like any number; only a name shows what they are.
+  bool AreSixDigitDates(std::size_t column) const;
+  bool AreMissing(std::size_t column) const;
+  // Whole numbers that rise by one.
+  bool CountRows(std::size_t column) const;
+
+  // A named column needs less proof than its values alone: a wrong value is named later.
+  bool HaveDate(std::size_t column) const;
+  bool HaveNumber(std::size_t column) const;
+  bool HaveTime(std::size_t column) const;
+
+ private:
+  const SampleTable& sample_;
+  const DateStyle& dates_;
+};
+
+}  // namespace velumar
