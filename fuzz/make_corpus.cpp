@@ -1,10 +1,11 @@
 // make_corpus FOLDER: one good example or more for each fuzzer, in FOLDER/directory, price_file,
-// texts, ledger and scores.
+// texts, ledger, scores and drawings.
 
 #include <fstream>
 #include <iostream>
 #include <iterator>
 
+#include "charthost/drawings/drawing_file.h"
 #include "ledger/ledger.h"
 #include "marketdata/directory_editor.h"
 #include "marketdata/index_cache.h"
@@ -72,6 +73,21 @@ void MakeScores(const fs::path& corpus) {
 }
 
 }  // namespace
+// One of each kind, with an anchor after the newest bar.
+void MakeDrawings(const fs::path& drawings) {
+  DrawingsBySecurity all;
+  for (const DrawingRow& row : DrawingCatalogue()) {
+    Drawing drawing{.kind = row.kind, .known = 20200103 * std::int64_t{1440}};
+    for (std::size_t i = 0; i < row.anchors; ++i) {
+      drawing.anchors.push_back({{.date = 20200103, .time = 93000}, 1.5});
+    }
+    drawing.anchors.back().time.later = 3;
+    if (row.kind == DrawingKind::kText) drawing.text = "gap";
+    all[{"ABC", "Name"}].push_back(drawing);
+  }
+  WriteFile(drawings / "all", DrawingsText(all));
+}
+
 }  // namespace velumar
 
 int main(int argc, char** argv) {
@@ -80,7 +96,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::filesystem::path corpus = argv[1];
-  for (const char* kind : {"directory", "price_file", "texts", "ledger", "scores"}) {
+  for (const char* kind : {"directory", "price_file", "texts", "ledger", "scores", "drawings"}) {
     std::filesystem::create_directories(corpus / kind);
   }
   velumar::MakeDirectories(corpus / "directory");
@@ -88,5 +104,6 @@ int main(int argc, char** argv) {
   velumar::MakeTexts(corpus / "texts");
   velumar::MakeLedger(corpus / "ledger");
   velumar::MakeScores(corpus / "scores");
+  velumar::MakeDrawings(corpus / "drawings");
   return 0;
 }

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "charthost/drawings/drawing.h"
+
+namespace velumar {
+
+// The drawings of one security, and what undo and redo bring back. The later a drawing in the list,
+// the further in front it is.
+class DrawingList {
+ public:
+  static constexpr std::size_t kMost = 1000;
+
+  explicit DrawingList(std::vector<Drawing> drawings = {}) : drawings_(std::move(drawings)) {}
+
+  const std::vector<Drawing>& All() const { return drawings_; }
+  // The drawings that were known then: see TimeAxis::Known. A run that goes back hides the others.
+  std::vector<std::size_t> ShownAt(std::int64_t known) const;
+
+  // Each of these is one step to undo. Returns false if the list is full.
+  bool Add(Drawing drawing);
+  void Change(std::size_t index, Drawing drawing);
+  void Remove(std::size_t index);
+
+  bool CanUndo() const { return !undo_.empty(); }
+  bool CanRedo() const { return !redo_.empty(); }
+  void Undo();
+  void Redo();
+
+ private:
+  void Remember();
+
+  std::vector<Drawing> drawings_;
+  std::vector<std::vector<Drawing>> undo_;
+  std::vector<std::vector<Drawing>> redo_;
+};
+
+}  // namespace velumar
