@@ -10,7 +10,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
-#include <QPainter>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -19,34 +18,11 @@
 #include <array>
 #include <cmath>
 
-#include "charts/palette.h"
+#include "charthost/view/colour_choices.h"
 #include "charts/qt_text.h"
 
 namespace velumar {
 namespace {
-
-// In the order of Palette::indicators.
-std::array<QString, ChosenIndicator::kColours> ColourNames() {
-  return {QObject::tr("Blue"),   QObject::tr("Orange"), QObject::tr("Wine"),  QObject::tr("Teal"),
-          QObject::tr("Purple"), QObject::tr("Olive"),  QObject::tr("Green"), QObject::tr("Grey")};
-}
-
-QIcon ColourIcon(const QColor& colour, double scale) {
-  constexpr int kSize = 14;
-  QPixmap pixmap((QSizeF(kSize, kSize) * scale).toSize());
-  pixmap.setDevicePixelRatio(scale);
-  pixmap.fill(Qt::transparent);
-  QPainter painter(&pixmap);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(Qt::white, 1));  // on the colour of a selected row
-  painter.setBrush(colour);
-  painter.drawRoundedRect(QRectF(1, 1, kSize - 2, kSize - 2), 3, 3);
-  return QIcon(pixmap);
-}
-
-const QColor& ColourOf(int colour, const QWidget& widget) {
-  return Palette::Following(widget.palette()).indicators[static_cast<std::size_t>(colour)];
-}
 
 // The one that is used least, so that new lines differ.
 int FreshColour(const std::vector<ChosenIndicator>& indicators) {
@@ -173,8 +149,7 @@ void IndicatorsDialog::ShowList(int selected) {
     list_->clear();
     for (const ChosenIndicator& chosen : indicators_) {
       auto* const item =
-          new QListWidgetItem(ColourIcon(ColourOf(chosen.colour, *this), devicePixelRatioF()),
-                              ToQt(IndicatorLabel(chosen)));
+          new QListWidgetItem(ColourIcon(chosen.colour, *this), ToQt(IndicatorLabel(chosen)));
       item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
       item->setCheckState(chosen.shown ? Qt::Checked : Qt::Unchecked);
       list_->addItem(item);
@@ -221,8 +196,7 @@ void IndicatorsDialog::AddColourField(int index) {
   field->setAccessibleName(tr("Colour"));
   const auto names = ColourNames();
   for (int i = 0; i < ChosenIndicator::kColours; ++i) {
-    field->addItem(ColourIcon(ColourOf(i, *this), devicePixelRatioF()),
-                   names[static_cast<std::size_t>(i)]);
+    field->addItem(ColourIcon(i, *this), names[static_cast<std::size_t>(i)]);
   }
   field->setCurrentIndex(indicators_[static_cast<std::size_t>(index)].colour);
   form_->addRow(tr("Colour"), field);
@@ -250,7 +224,7 @@ void IndicatorsDialog::Edited(int index) {
   const ChosenIndicator& chosen = indicators_[static_cast<std::size_t>(index)];
   const QSignalBlocker quiet(list_);
   list_->item(index)->setText(ToQt(IndicatorLabel(chosen)));
-  list_->item(index)->setIcon(ColourIcon(ColourOf(chosen.colour, *this), devicePixelRatioF()));
+  list_->item(index)->setIcon(ColourIcon(chosen.colour, *this));
   emit Changed(indicators_);
 }
 
