@@ -106,6 +106,12 @@ std::map<int, Frame> ChartDocument::Frames() const {
   return frames;
 }
 
+// After a failed reading there are none.
+const BarSeries& ChartDocument::Stored() const {
+  const BarSeries& shown = model_.Series();
+  return shown.starts.empty() || !frame_bars_ ? shown : frame_bars_->Stored();
+}
+
 const std::string& ChartDocument::Symbol() const {
   return shown_file_ ? security_.symbol : request_.symbol;
 }

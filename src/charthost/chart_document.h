@@ -40,6 +40,8 @@ class ChartDocument {
 
   ChartModel& Model() { return model_; }
   const ChartModel& Model() const { return model_; }
+  // The bars of which those of the model are built: the same ones, unless in a longer frame.
+  const BarSeries& Stored() const;
   const std::string& Symbol() const;
   const SeriesRequest& Request() const { return request_; }
   const std::string& Name() const { return security_.name; }

@@ -32,6 +32,7 @@ struct ChartOptions {
   bool volume = true;
   PriceScale scale = PriceScale::kLinear;
   bool axis_at_left = false;
+  bool drawing_bar = true;
   bool positions = true;  // orders and held sides, if Velumar shows them
   std::vector<ChosenIndicator> indicators = FirstIndicators();
   int volume_height = 25;  // of the volume's pane, in percent of the price pane

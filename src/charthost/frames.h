@@ -41,6 +41,7 @@ class FrameBars {
   // Takes over the stored bars.
   void Follow(BarSeries stored);
   const BarSeries& Bars() const { return bars_; }
+  const BarSeries& Stored() const { return stored_; }
 
  private:
   bool NewestIsUnfinished() const;

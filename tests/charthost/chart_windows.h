@@ -31,7 +31,7 @@ class ChartProgram {
     StoreSecurity(folder, {"ADVANC", "Advanced Info", -1}, DailyBars(40), cache);
     StoreSecurity(folder, {"S P-X", "Index", -1}, DailyBars(100), cache);
     settings.emplace();
-    window.emplace(source, *settings, [this](const std::string& line) {
+    window.emplace(source, *settings, scratch / "drawings.json", [this](const std::string& line) {
       events.push_back(nlohmann::json::parse(line));
     });
     filter.emplace(*window);

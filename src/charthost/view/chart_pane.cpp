@@ -8,6 +8,7 @@
 
 #include "charthost/bar_text.h"
 #include "charthost/view/chart_plot.h"
+#include "charthost/view/drawing_tool.h"
 #include "charthost/view/indicator_plots.h"
 #include "charthost/view/readout_bar.h"
 #include "charts/qt_text.h"
@@ -98,6 +99,15 @@ const Palette& ChartPane::Colours() const {
   return Palette::Following(palette(), document_.Model().Options().safe_colours);
 }
 
+void ChartPane::AddDrawings(DrawingDesk& desk) {
+  desk_ = &desk;
+  auto tool = std::make_unique<DrawingTool>(*plot_, document_, desk);
+  drawings_ = tool.get();
+  plot_->AddTool(std::move(tool));
+  connect(&desk, &DrawingDesk::Changed, this, &ChartPane::ShowProblem);
+  ShowState();
+}
+
 void ChartPane::Refresh() {
   document_.Refresh();
   ShowState();
@@ -164,8 +174,7 @@ void ChartPane::WindowMoved() { plot_->ModelChanged(); }
 
 void ChartPane::ShowState(QCustomPlot::RefreshPriority when) {
   if (std::exchange(shown_title_, Title()) != shown_title_) readout_->ForgetWidths();
-  error_->setText(ToQt(document_.Error()));
-  error_->setVisible(!document_.Error().empty());
+  ShowProblem();
   const bool empty = document_.Model().Series().size() == 0;
   notice_->setText(!document_.Error().empty() ? QString()
                    : expects_refreshes_       ? tr("No bars yet")
@@ -174,6 +183,14 @@ void ChartPane::ShowState(QCustomPlot::RefreshPriority when) {
   PlaceNotice();
   ShowBar(hovered_bar_);
   plot_->ModelChanged(when);
+}
+
+// Of the bars, or else of the file of the drawings.
+void ChartPane::ShowProblem() {
+  const std::string& bars = document_.Error();
+  const std::string problem = bars.empty() && desk_ != nullptr ? desk_->Problem() : bars;
+  error_->setText(ToQt(problem));
+  error_->setVisible(!problem.empty());
 }
 
 // The bar under the pointer, or the newest one.

@@ -13,6 +13,8 @@ class QPushButton;
 namespace velumar {
 
 class ChartPlot;
+class DrawingDesk;
+class DrawingTool;
 class ReadoutBar;
 struct ReadoutItem;
 
@@ -25,6 +27,11 @@ class ChartPane : public QWidget {
   // `frames` are the frames to show, by interval of the series.
   ChartPane(const SeriesSource& source, SeriesRequest request, std::map<int, Frame> frames,
             const ChartOptions& options, QWidget* parent);
+
+  // Lets the trader draw on the chart, and shows what is kept. `desk` must outlive the chart.
+  void AddDrawings(DrawingDesk& desk);
+  // nullptr before AddDrawings.
+  DrawingTool* Drawings() const { return drawings_; }
 
   void Refresh();
   // The same; if the chart is in front, it is drawn at the return.
@@ -62,6 +69,7 @@ class ChartPane : public QWidget {
   const Palette& Colours() const;
   void ApplyColours();
   void ShowState(QCustomPlot::RefreshPriority when = QCustomPlot::rpQueuedReplot);
+  void ShowProblem();
   void ShowBar(int bar);
   // The values of the indicators without a pane of their own.
   void AddOverlays(int bar, std::vector<ReadoutItem>& items) const;
@@ -74,6 +82,8 @@ class ChartPane : public QWidget {
   ChartPlot* plot_;
   QLabel* notice_;
   QPushButton* newest_;
+  DrawingDesk* desk_ = nullptr;
+  DrawingTool* drawings_ = nullptr;
   bool expects_refreshes_ = false;
   bool active_tile_ = false;
   int hovered_bar_ = -1;

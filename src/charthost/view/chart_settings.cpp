@@ -16,6 +16,7 @@ const QString kLogarithmic = QStringLiteral("LogScale");  // before there were m
 const QString kScale = QStringLiteral("Scale");
 const QString kAxisAtLeft = QStringLiteral("PriceAxisAtLeft");
 const QString kPositions = QStringLiteral("Positions");
+const QString kDrawingBar = QStringLiteral("DrawingToolbar");
 const QString kIndicators = QStringLiteral("Indicators");
 const QString kIndicatorSets = QStringLiteral("IndicatorSets");
 const QString kFrames = QStringLiteral("Intervals");
@@ -85,6 +86,7 @@ ChartOptions ChartSettings::Options() const {
   options.scale = FromName(kScaleNames, settings_.value(kScale), options.scale);
   options.axis_at_left = settings_.value(kAxisAtLeft, options.axis_at_left).toBool();
   options.positions = settings_.value(kPositions, options.positions).toBool();
+  options.drawing_bar = settings_.value(kDrawingBar, options.drawing_bar).toBool();
   options.indicators = Indicators().indicators;
   options.frames = ReadFrames(settings_.value(kFrames).toStringList());
   const int height = settings_.value(kVolumeHeight, options.volume_height).toInt();
@@ -117,6 +119,7 @@ void ChartSettings::SetOptions(const ChartOptions& options) {
   settings_.setValue(kScale, kScaleNames[static_cast<std::size_t>(options.scale)]);
   settings_.setValue(kAxisAtLeft, options.axis_at_left);
   settings_.setValue(kPositions, options.positions);
+  settings_.setValue(kDrawingBar, options.drawing_bar);
   settings_.setValue(kIndicators, ToQt(IndicatorsText(options.indicators)));
   settings_.setValue(kVolumeHeight, options.volume_height);
   settings_.setValue(kFrames, FrameTexts(options.frames));

@@ -119,14 +119,16 @@ bool KeyFilter::TakesKey(QWindow* receiver, QKeyEvent* key) {
     ShowArmedMenu();
     return false;
   }
-  return Forward(receiver, key) || IsLateDigit(receiver, *key) || PassToRun(receiver, *key);
+  return Forward(receiver, key) || IsLateKey(receiver, *key) || PassToRun(receiver, *key);
 }
 
-// A digit chooses the interval of a chart. One of a folder or symbol that arrives too late for the
-// dialog must not.
-bool KeyFilter::IsLateDigit(QWindow* receiver, const QKeyEvent& key) const {
-  return receiver == window_.windowHandle() && !blind_.hasExpired() && key.key() >= Qt::Key_0 &&
-         key.key() <= Qt::Key_9;
+// A digit chooses the interval of a chart, a letter what to draw. One of a folder or symbol that
+// arrives too late for the dialog must not.
+bool KeyFilter::IsLateKey(QWindow* receiver, const QKeyEvent& key) const {
+  const bool plain = (key.modifiers() & ~Qt::ShiftModifier) == Qt::NoModifier;
+  const bool digit = key.key() >= Qt::Key_0 && key.key() <= Qt::Key_9;
+  const bool letter = plain && key.key() >= Qt::Key_A && key.key() <= Qt::Key_Z;
+  return receiver == window_.windowHandle() && !blind_.hasExpired() && (digit || letter);
 }
 
 // Only keys typed to the charts themselves. A program that opens a chart types blind: letters of a

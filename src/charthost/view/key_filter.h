@@ -34,7 +34,7 @@ class KeyFilter : public QObject {
   QWindow* IntendedWindow(QWindow* receiver) const;
   bool Forward(QWindow* receiver, QKeyEvent* key);
   void PassRelease(const QKeyEvent& key);
-  bool IsLateDigit(QWindow* receiver, const QKeyEvent& key) const;
+  bool IsLateKey(QWindow* receiver, const QKeyEvent& key) const;
   bool PassToRun(QWindow* receiver, const QKeyEvent& key);
   void ShowArmedMenu();
   void Disarm();

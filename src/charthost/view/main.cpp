@@ -12,6 +12,7 @@
 #include "charthost/view/theme.h"
 #include "marketdata/index_cache.h"
 #include "platform/system.h"
+#include "platform/user_files.h"
 
 namespace {
 
@@ -72,7 +73,7 @@ int main(int argc, char** argv) {
   velumar::IndexCache cache;
   const velumar::SeriesSource source(cache);
   velumar::ChartSettings settings;
-  velumar::MainWindow window(source, settings,
+  velumar::MainWindow window(source, settings, velumar::UserFile("drawings.json"),
                              arguments.prints_states ? velumar::MainWindow::Report(PrintLine)
                                                      : velumar::MainWindow::Report());
   if (!arguments.opening.isEmpty()) window.ShowOpening(arguments.opening);

@@ -3,11 +3,15 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
+#include <QToolBar>
 #include <algorithm>
 #include <utility>
 
 #include "charthost/view/chart_area.h"
 #include "charthost/view/chart_pane.h"
+#include "charthost/view/draw_menu.h"
+#include "charthost/view/drawing_desk.h"
+#include "charthost/view/drawings_dialog.h"
 #include "charthost/view/indicators_dialog.h"
 #include "charthost/view/open_dialog.h"
 #include "charthost/view/picture_dialog.h"
@@ -18,13 +22,15 @@
 
 namespace velumar {
 
-MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Report report)
+MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings,
+                       const std::filesystem::path& drawings, Report report)
     : source_(source),
       settings_(settings),
       report_(std::move(report)),
       options_(settings.Options()),
       problems_(settings.Problems()),
-      area_(new ChartArea(this)) {
+      area_(new ChartArea(this)),
+      desk_(new DrawingDesk(drawings, this)) {
   setWindowTitle(ToQt(kChartTitle));
   setMinimumSize(420, 320);
   setAttribute(Qt::WA_AlwaysShowToolTips);
@@ -34,6 +40,7 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings, Repo
   connect(area_, &ChartArea::Moved, this, &MainWindow::SaveLayout);
   BuildDialogs();
   BuildMenus();
+  BuildDrawing();
   view_menu_->ShowOptions(options_);
   area_->SetTiling(settings.Layout().tiling);
   view_menu_->ShowTiling(area_->ShownTiling());
@@ -108,9 +115,26 @@ void MainWindow::BuildMenus() {
   }
 }
 
+void MainWindow::BuildDrawing() {
+  draw_menu_ = new DrawMenu(tr("&Draw"), *desk_, this);
+  menuBar()->addMenu(draw_menu_);
+  connect(draw_menu_, &QMenu::aboutToHide, this, &MainWindow::MenuClosed);
+  drawing_bar_ = draw_menu_->MakeToolbar(this);
+  addToolBar(Qt::LeftToolBarArea, drawing_bar_);
+  drawing_bar_->setVisible(options_.drawing_bar);
+  setContextMenuPolicy(Qt::PreventContextMenu);  // would hide the toolbar without View's mark
+  drawings_dialog_ = new DrawingsDialog(this);
+  connect(draw_menu_, &DrawMenu::ListChosen, this, [this] {
+    drawings_dialog_->show();
+    drawings_dialog_->raise();
+    drawings_dialog_->activateWindow();
+  });
+}
+
 void MainWindow::Act(HostAction action) {
   file_menu_->hide();
   view_menu_->hide();
+  draw_menu_->hide();
   switch (action) {
     case HostAction::kOpen:
       return OpenFile();
@@ -163,6 +187,7 @@ ChartPane* MainWindow::AddPane(const SeriesRequest& request, const std::map<int,
     SaveLayout();
     Changed("interval");
   });
+  pane->AddDrawings(*desk_);
   area_->Add(pane);
   const ChartDocument& document = pane->Document();
   if (document.FileNumber() && ChartsLike(document) == 1) {
@@ -330,6 +355,7 @@ void MainWindow::SetOptions(const ChartOptions& options) {
   for (ChartPane* const chart : area_->Charts()) chart->SetOptions(options);
   if (other_theme) ApplyTheme();
   view_menu_->ShowOptions(options_);
+  drawing_bar_->setVisible(options_.drawing_bar);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -343,6 +369,9 @@ void MainWindow::Changed(const char* event) {
   const ChartPane* const chart = ActiveChart();
   const ChartDocument* const document = chart == nullptr ? nullptr : &chart->Document();
   view_menu_->ShowChart(document);
+  DrawingTool* const drawings = chart == nullptr ? nullptr : chart->Drawings();
+  draw_menu_->ShowChart(drawings);
+  drawings_dialog_->ShowChart(drawings, chart == nullptr ? QString() : chart->Title());
   const QString title = ToQt(kChartTitle);
   setWindowTitle(chart == nullptr ? title : title + QStringLiteral(" - ") + chart->Title());
   if (!report_) return;

@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <QPointer>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -14,12 +15,16 @@
 #include "platform/chart_link.h"
 
 class QMenu;
+class QToolBar;
 
 namespace velumar {
 
 class ChartArea;
 class ChartDocument;
 class ChartPane;
+class DrawMenu;
+class DrawingDesk;
+class DrawingsDialog;
 class IndicatorsDialog;
 class OpenDialog;
 class ViewMenu;
@@ -32,7 +37,9 @@ class MainWindow : public QMainWindow {
   // `report` gets a line of JSON after each change of the open charts; it may be empty.
   using Report = std::function<void(const std::string& line)>;
 
-  MainWindow(const SeriesSource& source, ChartSettings& settings, Report report);
+  // `drawings` is the file that keeps what the trader draws.
+  MainWindow(const SeriesSource& source, ChartSettings& settings,
+             const std::filesystem::path& drawings, Report report);
 
   // Does what the keys of another program ask for.
   void Act(HostAction action);
@@ -74,6 +81,7 @@ class MainWindow : public QMainWindow {
  private:
   void BuildDialogs();
   void BuildMenus();
+  void BuildDrawing();
 
   void OpenFile();
   void OpenChart(const SeriesRequest& request);
@@ -106,6 +114,10 @@ class MainWindow : public QMainWindow {
   IndicatorsDialog* indicators_dialog_;
   QMenu* file_menu_;
   ViewMenu* view_menu_;
+  DrawingDesk* desk_;
+  DrawMenu* draw_menu_;
+  QToolBar* drawing_bar_;
+  DrawingsDialog* drawings_dialog_;
 };
 
 }  // namespace velumar

@@ -31,6 +31,7 @@ ViewMenu::ViewMenu(const QString& title, QWidget* parent) : QMenu(title, parent)
              {tr("&Percent"), PriceScale::kPercent}});
   AddToggle(*this, tr("&Price axis at the left"), &ChartOptions::axis_at_left);
   AddToggle(*this, tr("Or&ders and positions"), &ChartOptions::positions);
+  AddToggle(*this, tr("Dra&wing toolbar"), &ChartOptions::drawing_bar);
   addAction(tr("Indic&ators..."), QKeySequence(Qt::CTRL | Qt::Key_I), this,
             &ViewMenu::IndicatorsChosen);
   addSeparator();

@@ -1,0 +1,390 @@
+#include "charthost/view/drawing_tool.h"
+
+#include <QInputDialog>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "charthost/bar_text.h"
+#include "charthost/view/chart_plot.h"
+#include "charts/qt_text.h"
+
+namespace velumar {
+namespace {
+
+// In pixels.
+constexpr double kReach = 6;
+constexpr double kSnapReach = 9;
+constexpr double kDragged = 6;  // a shorter drag is a click
+
+Point PointOf(QPointF pixel) { return {pixel.x(), pixel.y()}; }
+
+bool Snaps(const QMouseEvent& event) { return !event.modifiers().testFlag(Qt::ControlModifier); }
+
+}  // namespace
+
+DrawingTool::DrawingTool(ChartPlot& plot, ChartDocument& document, DrawingDesk& desk)
+    : plot_(plot), document_(document), desk_(desk), items_(plot, plot.Prices()) {
+  connect(&desk_, &DrawingDesk::Changed, this, [this] {
+    shapes_.clear();
+    // Another chart of the security has changed the list.
+    if (!saving_) {
+      selected_.reset();
+      drag_.reset();
+      dragged_.reset();
+    }
+    Redraw();
+  });
+  connect(&desk_, &DrawingDesk::KindChosen, this, [this] {
+    if (draft_ && desk_.Kind() != draft_->kind) draft_.reset();
+    Redraw();
+  });
+}
+
+TimeAxis DrawingTool::Time() const {
+  return {document_.Stored(), document_.Model().Series().starts, document_.Interval()};
+}
+
+Scene DrawingTool::MakeScene(const TimeAxis& time) const {
+  const QRect area = plot_.Prices().rect();
+  const int decimals = document_.Model().Series().decimals;
+  const QFontMetricsF metrics(plot_.font());
+  return {.time = time,
+          .area = {double(area.left()), double(area.top()), double(area.right()),
+                   double(area.bottom())},
+          .to_pixel = [this](double place, double price) { return ToPixel(place, price); },
+          .price_text = [decimals](double price) { return PriceText(price, decimals); },
+          .text_size =
+              [metrics](const std::string& text) {
+                return Point{metrics.horizontalAdvance(ToQt(text)), metrics.height()};
+              }};
+}
+
+bool DrawingTool::IsInArea(QPointF pixel) const {
+  return document_.Model().Series().size() > 0 && plot_.Prices().rect().contains(pixel.toPoint());
+}
+
+double DrawingTool::PlaceAt(QPointF pixel) const {
+  return plot_.Prices().axis(QCPAxis::atBottom)->pixelToCoord(pixel.x());
+}
+
+double DrawingTool::PriceAt(QPointF pixel) const {
+  return plot_.Prices().axis(QCPAxis::atRight)->pixelToCoord(pixel.y());
+}
+
+Point DrawingTool::ToPixel(double place, double price) const {
+  const bool drawable = price > 0 || !document_.Model().Logarithmic();
+  return {plot_.Prices().axis(QCPAxis::atBottom)->coordToPixel(place),
+          drawable ? plot_.Prices().axis(QCPAxis::atRight)->coordToPixel(price)
+                   : std::numeric_limits<double>::quiet_NaN()};
+}
+
+Anchor DrawingTool::AnchorAt(QPointF pixel, bool snaps) const {
+  const BarSeries& series = document_.Model().Series();
+  Anchor anchor{Time().At(PlaceAt(pixel)), PriceAt(pixel)};
+  const auto bar = std::lround(PlaceAt(pixel));
+  if (!snaps || bar < 0 || bar >= series.size()) return anchor;
+  const auto i = static_cast<std::size_t>(bar);
+  std::vector<float> prices = {series.highs[i], series.lows[i], series.closes[i]};
+  if (series.has_opens) prices.push_back(series.opens[i]);
+  const auto snapped = SnappedPrice(prices, pixel.y(), kSnapReach,
+                                    [this](double price) { return ToPixel(0, price).y; });
+  anchor.price = snapped.value_or(anchor.price);
+  return anchor;
+}
+
+std::optional<DrawingHit> DrawingTool::HitAt(QPointF pixel) const {
+  if (!IsInArea(pixel)) return std::nullopt;
+  return velumar::HitAt(shapes_, PointOf(pixel), kReach);
+}
+
+bool DrawingTool::Press(const QMouseEvent& event) {
+  if (event.button() != Qt::LeftButton || !IsInArea(event.position())) return false;
+  if (desk_.Kind()) {
+    SetAnchor(AnchorAt(event.position(), Snaps(event)), event.position());
+    return true;
+  }
+  const std::optional<DrawingHit> hit = HitAt(event.position());
+  if (!hit) {
+    Select(std::nullopt);
+    return false;
+  }
+  const std::size_t index = shown_[hit->shape];
+  Select(index);
+  drag_ = Drag{event.position(), hit->handle, At(index)};
+  return true;
+}
+
+void DrawingTool::SetAnchor(const Anchor& anchor, QPointF pixel) {
+  pressed_at_ = pixel;
+  if (draft_) {
+    draft_->anchors.back() = anchor;
+  } else {
+    draft_ = Drawing{.kind = *desk_.Kind(), .anchors = {anchor}, .colour = desk_.Colour()};
+  }
+  FixAnchor();
+}
+
+void DrawingTool::SetAnchorByKey() {
+  const std::optional<ChartPlace> place = plot_.StepPointer(0);
+  if (!place) return;
+  const Point pixel = ToPixel(place->bar, place->price);
+  SetAnchor({Time().At(place->bar), place->price}, {pixel.x, pixel.y});
+}
+
+// Two anchors at one place make no line: the second click is waited for.
+void DrawingTool::FixAnchor() {
+  const std::vector<Anchor>& anchors = draft_->anchors;
+  if (anchors.size() > 1 && anchors.back() == anchors[anchors.size() - 2]) return;
+  if (anchors.size() == RowOf(draft_->kind).anchors) return Finish();
+  draft_->anchors.push_back(anchors.back());
+  Redraw();
+}
+
+void DrawingTool::Finish() {
+  Drawing drawing = *std::exchange(draft_, std::nullopt);
+  desk_.Choose(std::nullopt);
+  if (drawing.kind != DrawingKind::kText) return Add(std::move(drawing));
+  AskText(tr("Text on the chart"), QString(),
+          [this, drawing = std::move(drawing)](const std::string& text) {
+            Drawing written = drawing;
+            written.text = text;
+            Add(std::move(written));
+          });
+  Redraw();
+}
+
+void DrawingTool::Cancel() {
+  draft_.reset();
+  desk_.Choose(std::nullopt);
+  Redraw();
+}
+
+bool DrawingTool::DoubleClick(const QMouseEvent& event) {
+  if (event.button() != Qt::LeftButton) return false;
+  if (desk_.Kind() && IsInArea(event.position())) {
+    SetAnchor(AnchorAt(event.position(), Snaps(event)), event.position());
+    return true;
+  }
+  const std::optional<DrawingHit> hit = HitAt(event.position());
+  if (!hit) return false;
+  Select(shown_[hit->shape]);
+  EditText();
+  return true;
+}
+
+void DrawingTool::Move(const QMouseEvent& event) {
+  if (draft_) {
+    draft_->anchors.back() = AnchorAt(event.position(), Snaps(event));
+    return Redraw();
+  }
+  if (!drag_) return;
+  const QPointF moved = event.position() - drag_->from;
+  if (!dragged_ && std::hypot(moved.x(), moved.y()) < kDragged / 2) return;
+  dragged_ = Dragged(event.position(), Snaps(event));
+  Redraw();
+}
+
+void DrawingTool::Release(const QMouseEvent& event) {
+  if (draft_) {
+    const QPointF moved = event.position() - pressed_at_;
+    if (std::hypot(moved.x(), moved.y()) >= kDragged) FixAnchor();
+    return;
+  }
+  drag_.reset();
+  if (auto changed = std::exchange(dragged_, std::nullopt)) Change(*std::move(changed));
+}
+
+Drawing DrawingTool::Dragged(QPointF pixel, bool snaps) const {
+  Drawing drawing = drag_->before;
+  if (!drag_->handle) return Shifted(drawing, pixel - drag_->from);
+  drawing.anchors[*drag_->handle] = AnchorAt(pixel, snaps);
+  return drawing;
+}
+
+// By whole bars, and up or down by pixels, so that its shape stays.
+Drawing DrawingTool::Shifted(const Drawing& drawing, QPointF pixels) const {
+  const TimeAxis time = Time();
+  const double bars = std::round(PlaceAt(pixels) - PlaceAt({0, 0}));
+  Drawing shifted = drawing;
+  for (Anchor& anchor : shifted.anchors) {
+    const double place = time.PlaceOf(anchor.time);
+    const double y = ToPixel(place, anchor.price).y + pixels.y();
+    if (bars != 0) anchor.time = time.At(place + bars);
+    if (pixels.y() != 0 && std::isfinite(y)) anchor.price = PriceAt({0, y});
+  }
+  return shifted;
+}
+
+bool DrawingTool::Key(const QKeyEvent& event) {
+  if (event.key() == Qt::Key_Escape) {
+    const bool any = desk_.Kind() || selected_;
+    if (desk_.Kind()) Cancel();
+    Select(std::nullopt);
+    return any;
+  }
+  if (event.modifiers() != Qt::NoModifier) return false;
+  if (desk_.Kind() && (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)) {
+    SetAnchorByKey();
+    return true;
+  }
+  if (event.key() == Qt::Key_Delete && selected_) {
+    Delete();
+    return true;
+  }
+  const auto& rows = DrawingCatalogue();
+  const auto row = std::ranges::find_if(
+      rows, [&event](const DrawingRow& one) { return event.key() == one.letter; });
+  if (row == rows.end() || document_.Model().Series().size() == 0) return false;
+  desk_.Choose(row->kind);
+  return true;
+}
+
+std::optional<Qt::CursorShape> DrawingTool::CursorAt(QPointF pixel) const {
+  if (desk_.Kind() || !IsInArea(pixel)) return std::nullopt;
+  const std::optional<DrawingHit> hit = HitAt(pixel);
+  if (!hit) return std::nullopt;
+  return hit->handle ? Qt::SizeAllCursor : Qt::PointingHandCursor;
+}
+
+void DrawingTool::BeforeReplot() {
+  const TimeAxis time = Time();
+  const Scene scene = MakeScene(time);
+  const std::vector<std::size_t> before = std::exchange(shown_, Shown());
+  if (selected_ && std::ranges::find(shown_, *selected_) == shown_.end()) selected_.reset();
+  std::vector<ShownShape> shapes;
+  shapes_.clear();
+  for (const std::size_t index : shown_) {
+    const bool selected = index == selected_;
+    const Drawing& drawing = selected && dragged_ ? *dragged_ : At(index);
+    shapes_.push_back(ShapeOf(drawing, scene));
+    shapes.push_back({shapes_.back(), drawing.colour, selected});
+  }
+  if (draft_ && time.Bars() > 0) {
+    shapes.push_back({ShapeOf(*draft_, scene), draft_->colour, true});
+  }
+  items_.Show(shapes, colours_);
+  if (shown_ != before) emit Changed();
+}
+
+std::vector<std::size_t> DrawingTool::Shown() const {
+  const TimeAxis time = Time();
+  if (time.Bars() == 0) return {};
+  return List().ShownAt(time.Known());
+}
+
+void DrawingTool::Select(std::optional<std::size_t> index) {
+  if (selected_ == index) return;
+  selected_ = index;
+  emit Changed();
+  Redraw();
+}
+
+void DrawingTool::Reveal() {
+  if (!selected_) return;
+  ViewWindow& window = document_.Model().Window();
+  const double place = Time().PlaceOf(At(*selected_).anchors.front().time);
+  if (place > window.First() && place < window.Last()) return;
+  const double half = window.Span() / 2;
+  window.ShowBetween(place - half, place + half);
+  Redraw();
+}
+
+QString DrawingTool::PlaceText(const Anchor& anchor) const {
+  const BarSeries& series = document_.Model().Series();
+  const TimeAnchor& time = anchor.time;
+  QString text = ToQt(DayText(time.date));
+  if (document_.Interval() >= 0 && time.time != 0) {
+    text += QLatin1Char(' ') + ToQt(TimeText(time.time));
+  }
+  if (time.later == 1) text += tr(" + 1 bar");
+  if (time.later > 1) text += tr(" + %1 bars").arg(time.later);
+  return text + QStringLiteral(", ") + ToQt(PriceText(anchor.price, series.decimals));
+}
+
+void DrawingTool::AskText(const QString& title, const QString& text,
+                          const std::function<void(const std::string&)>& take) {
+  auto* const dialog = new QInputDialog(&plot_);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setWindowTitle(title);
+  dialog->setLabelText(tr("Text:"));
+  dialog->setTextValue(text);
+  connect(dialog, &QInputDialog::textValueSelected, this, [take](const QString& typed) {
+    const std::string kept = KeptText(FromQt(typed));
+    if (!kept.empty()) take(kept);
+  });
+  dialog->open();
+}
+
+void DrawingTool::EditText() {
+  if (!selected_ || At(*selected_).kind != DrawingKind::kText) return;
+  AskText(tr("Text on the chart"), ToQt(At(*selected_).text), [this](const std::string& text) {
+    if (!selected_ || At(*selected_).kind != DrawingKind::kText) return;
+    Drawing drawing = At(*selected_);
+    drawing.text = text;
+    Change(std::move(drawing));
+  });
+}
+
+void DrawingTool::Add(Drawing drawing) {
+  drawing.known = Time().Known();
+  if (!List().Add(std::move(drawing))) return;
+  selected_ = List().All().size() - 1;
+  Save();
+}
+
+// What is moved now shows what the trader knows now.
+void DrawingTool::Change(Drawing drawing) {
+  if (!selected_) return;
+  const Drawing& before = At(*selected_);
+  if (drawing.anchors != before.anchors || drawing.text != before.text) {
+    drawing.known = std::max(drawing.known, Time().Known());
+  }
+  List().Change(*selected_, std::move(drawing));
+  Save();
+}
+
+void DrawingTool::Undo() {
+  List().Undo();
+  selected_.reset();
+  Save();
+}
+
+void DrawingTool::Redo() {
+  List().Redo();
+  selected_.reset();
+  Save();
+}
+
+void DrawingTool::Delete() {
+  if (!selected_) return;
+  List().Remove(*std::exchange(selected_, std::nullopt));
+  Save();
+}
+
+// Somewhat to the right and below, so that both can be seen.
+void DrawingTool::Duplicate() {
+  if (!selected_) return;
+  constexpr QPointF kStep(24, 24);
+  Add(Shifted(At(*selected_), kStep));
+}
+
+void DrawingTool::Recolour(int colour) {
+  desk_.SetColour(colour);
+  if (!selected_) return;
+  Drawing drawing = At(*selected_);
+  drawing.colour = colour;
+  Change(std::move(drawing));
+}
+
+void DrawingTool::Save() {
+  saving_ = true;
+  desk_.Save(Security());
+  saving_ = false;
+  emit Changed();
+}
+
+void DrawingTool::Redraw() const { plot_.ModelChanged(); }
+
+}  // namespace velumar
