@@ -125,7 +125,9 @@ void RefreshTiles(benchmark::State& state) {
   }
   settings.SetLayout(layout);
   LongFolder folder;
-  MainWindow window(folder.Source(), settings, {});
+  MainWindow window(folder.Source(), settings,
+                    std::filesystem::path(settings_folder.path().toStdString()) / "drawings.json",
+                    {});
   window.resize(1920, 1040);
   window.show();
   window.OpenDirectly({folder.Path(), "LONG", -1});
