@@ -202,14 +202,14 @@ TEST_F(DrawingToolTest, ADamagedFileIsNamedAndStays) {
   const auto file = program_.scratch / "drawings.json";
   WriteFile(file, "[]");
   Open("ADVANC", -1);
-  Press(Qt::Key_H);
-  Click(Pixel(20, 101));
-  EXPECT_EQ(Tool().Shown().size(), 1U);
-  EXPECT_EQ(ReadFile(file), "[]");
   const auto labels = Pane().findChildren<QLabel*>();
   EXPECT_TRUE(std::ranges::any_of(labels, [](const QLabel* label) {
     return !label->isHidden() && label->text().contains(QStringLiteral("drawings.json"));
   }));
+  Press(Qt::Key_H);
+  Click(Pixel(20, 101));
+  EXPECT_EQ(Tool().Shown().size(), 1U);
+  EXPECT_EQ(ReadFile(file), "[]");
 }
 
 TEST_F(DrawingToolTest, TheToolbarCanBeHidden) {

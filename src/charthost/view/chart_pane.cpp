@@ -105,6 +105,7 @@ void ChartPane::AddDrawings(DrawingDesk& desk) {
   drawings_ = tool.get();
   plot_->AddTool(std::move(tool));
   connect(&desk, &DrawingDesk::Changed, this, &ChartPane::ShowProblem);
+  drawings_->Shown();  // reads the file, so that its problem is known
   ShowState();
 }
 
