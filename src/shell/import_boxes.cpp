@@ -31,6 +31,7 @@ constexpr int kAsInTheFile = 0;
 
 void FillZones(ComboBox& list) {
   std::vector<ComboBox::Row> rows;
+  rows.reserve(kZones.size());
   for (const char* zone : kZones) rows.push_back({zone});
   list.SetRows(std::move(rows));
 }

@@ -15,6 +15,8 @@ class MeasureTool : public PlotTool {
  public:
   // Adds its parts to the plot, which owns them.
   explicit MeasureTool(ChartPlot& plot);
+  MeasureTool(const MeasureTool&) = delete;
+  MeasureTool& operator=(const MeasureTool&) = delete;
 
   bool Press(const QMouseEvent& event) override;
   void Move(const QMouseEvent& event) override;

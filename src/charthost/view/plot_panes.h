@@ -28,6 +28,8 @@ class PlotPanes : public PlotTool {
   };
 
   PlotPanes(const ChartModel& model, Surroundings surroundings);
+  PlotPanes(const PlotPanes&) = delete;
+  PlotPanes& operator=(const PlotPanes&) = delete;
 
   QCPAxisRect& Prices() const { return *prices_; }
   QCPAxisRect& Volumes() const { return *volumes_; }

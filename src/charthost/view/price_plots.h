@@ -14,6 +14,8 @@ class PricePlots {
  public:
   // Adds its parts to the plot, which owns them.
   PricePlots(const ChartModel& model, QCPAxisRect& prices, QCPAxisRect& volumes);
+  PricePlots(const PricePlots&) = delete;
+  PricePlots& operator=(const PricePlots&) = delete;
 
   void SetColours(const Palette& colours);
   // The columns that the model has laid out.
