@@ -26,7 +26,8 @@ inline constexpr int kNotReplayable = 1720;
 //   after Refill       index files that list the securities without dates, the chart program's own
 //                      files, and no bars
 //   after Prepare      the bars of the run's series before its start day, at least the first bar
-//   from then on       bars 0 to BarIndex, as BarStepper moves it
+//   from then on       bars 0 to BarIndex, as BarStepper moves it, and the bars of compared series
+//                      up to that moment (compared_series.h)
 // A bar after BarIndex is never there, not even for a moment or after a disk error.
 class WorkingStore {
  public:

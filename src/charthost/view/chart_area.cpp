@@ -101,11 +101,12 @@ void ChartArea::SetTiling(Tiling tiling) {
   Arrange();
 }
 
-std::optional<int> ChartArea::TileOf(const ChartPane* chart) const {
+// The last charts fill all tiles, so that a series that was opened to compare isn't alone.
+bool ChartArea::HasTile(const ChartPane* chart) const {
   const int tiles = TileCount(tiling_);
+  const int first = std::min(ActiveIndex() / tiles * tiles, std::max(Count() - tiles, 0));
   const auto index = static_cast<int>(std::ranges::find(charts_, chart) - charts_.begin());
-  if (index / tiles != ActiveIndex() / tiles) return std::nullopt;
-  return index % tiles;
+  return index >= first && index < first + tiles;
 }
 
 // The third of three charts has the whole lower half.
@@ -126,7 +127,7 @@ void ChartArea::Arrange() {
   std::vector<ChartPane*> shown;
   for (ChartPane* const chart : charts_) {
     grid_->removeWidget(chart);
-    if (TileOf(chart)) {
+    if (HasTile(chart)) {
       shown.push_back(chart);
     } else {
       chart->hide();

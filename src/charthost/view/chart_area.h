@@ -59,8 +59,8 @@ class ChartArea : public QStackedWidget {
  private:
   void Arrange();
   void StyleTabs();
-  // Whether the chart is on the screen, and at which place of the tiling.
-  std::optional<int> TileOf(const ChartPane* chart) const;
+  // True if the chart is on the screen.
+  bool HasTile(const ChartPane* chart) const;
   void PlaceTile(ChartPane* chart, int tile, int count);
 
   QLabel* hint_;
