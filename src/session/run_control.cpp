@@ -49,6 +49,7 @@ bool RunControl::ClaimStore() {
   next_ = {session_.DataDir, NormalisedSymbol(session_.Symbol), inputs_.Interval(),
            inputs_.StartDay()};
   if (!store_.Claim()) return false;
+  asked_to_compare_.clear();
   view_.LockSetup();
   return true;
 }
@@ -90,7 +91,6 @@ bool RunControl::PrepareRun() {
   const PreparingScope preparing(session_);
   session_.ForgetBars();
   compared_.Clear();
-  asked_to_compare_.clear();
   session_.Run = next_;
   session_.StopRequested = 0;
   try {

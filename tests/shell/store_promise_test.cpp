@@ -3,6 +3,7 @@
 #include <iterator>
 #include <map>
 #include <random>
+#include <set>
 
 #include "support/whole_program.h"
 
@@ -10,8 +11,9 @@ namespace velumar {
 namespace {
 
 // The promise that matters most: the store holds bars 0 to BarIndex of the run's series and nothing
-// else, whatever a trader clicks and wherever in a wait the click falls. A plain index is driven by
-// the same clicks, and both are compared whenever clicks can run.
+// else but the bars of compared series up to the same moment, whatever a trader clicks and wherever
+// in a wait the click falls. A plain index is driven by the same clicks, and both are compared
+// whenever clicks can run.
 
 constexpr int kCommands = 200;
 
@@ -62,10 +64,14 @@ class RandomRun {
 
   // Follows what the program did on its own since the last check.
   void CatchUp() {
+    const bool preparing = all_.session.Preparing;
+    if (preparing && !std::exchange(preparing_, preparing)) asked_.clear();
+    preparing_ = preparing;
     const auto& sent = all_.outside.chart.sent;
     for (; keys_seen_ < sent.size(); ++keys_seen_) {
       if (sent[keys_seen_] != "%FO") continue;
       plain_ = {};
+      compared_.clear();
       started_ = prepare_due_ = true;
       pass_due_ = false;
       loop_depth_ = depth_;
@@ -74,6 +80,7 @@ class RandomRun {
       prepare_due_ = false;
       const RunSeries& run = all_.session.Run;
       plain_ = {run.symbol, market_.at(run.symbol), all_.session.BarIndex};
+      compared_ = std::exchange(asked_, {});
       const Bar& newest = plain_.loaded.at(static_cast<std::size_t>(plain_.index));
       const bool later = plain_.loaded.back().date < run.start_day;  // it starts in the middle
       ASSERT_TRUE(later || plain_.index == 0 || newest.date < run.start_day) << newest.date;
@@ -94,17 +101,26 @@ class RandomRun {
     ASSERT_TRUE(index == plain_.index || forgotten) << index << " is not " << plain_.index;
     for (const auto& [symbol, whole] : market_) {
       const std::vector<Bar> stored = ReadBars(all_.session.SimDir, symbol, interval_);
-      const int held = symbol == plain_.symbol ? plain_.index + 1 : 0;
-      ASSERT_EQ(static_cast<int>(stored.size()), held) << symbol;
+      ASSERT_EQ(static_cast<int>(stored.size()), Held(symbol, whole)) << symbol;
       ASSERT_TRUE(std::equal(stored.begin(), stored.end(), whole.begin())) << symbol;
     }
     // Index records are what a chart program lists before it opens a series.
     IndexCache cache;
     for (const SecurityInfo& info : SecuritiesOf(all_.session.SimDir, cache)) {
-      const bool held = info.symbol == plain_.symbol && plain_.index >= 0;
+      const bool held = Held(info.symbol, market_.at(info.symbol)) > 0;
       const auto newest = static_cast<std::size_t>(plain_.index);
       ASSERT_LE(info.indexed_last_date, held ? plain_.loaded.at(newest).date : 0) << info.symbol;
     }
+  }
+
+  // The bars of a series that belong into the store.
+  int Held(const std::string& symbol, const std::vector<Bar>& whole) const {
+    if (symbol == plain_.symbol) return plain_.index + 1;
+    if (!compared_.contains(symbol) || plain_.index < 0) return 0;
+    const Bar& now = plain_.loaded[static_cast<std::size_t>(plain_.index)];
+    return static_cast<int>(std::ranges::count_if(whole, [&now](const Bar& bar) {
+      return std::pair(bar.date, bar.time) <= std::pair(now.date, now.time);
+    }));
   }
 
   void Act() {
@@ -125,6 +141,7 @@ class RandomRun {
         [&] { setup.Image3.UserClick(); },
         [&] { setup.Combo1.UserChoose(Roll(static_cast<int>(setup.Combo1.Rows().size()))); },
         [&] { PickDate(); },
+        [&] { Compare(); },
         [&] { (Roll(2) ? panel.imgLong : panel.imgOffsetLong).UserClick(); }};
     acts[Roll(static_cast<int>(std::size(acts)))]();
     --depth_;
@@ -146,6 +163,21 @@ class RandomRun {
     all_.Navigator().Image3.UserClick();
   }
 
+  // The chart program opens or closes the chart of a series.
+  void Compare() {
+    const int number = Roll(static_cast<int>(market_.size())) + 1;
+    const std::string& symbol = std::next(market_.begin(), number - 1)->first;
+    const bool opens = Roll(3) > 0;
+    std::set<std::string>& kept = all_.session.Preparing ? asked_ : compared_;
+    if (!opens) {
+      kept.erase(symbol);
+      all_.program.EndCompare(number);
+      return;
+    }
+    if (all_.session.Preparing || !plain_.loaded.empty()) kept.insert(symbol);
+    all_.program.Compare(number);
+  }
+
   void PickDate() {
     const std::vector<Bar>& bars = market_.at(Symbol());
     const int day = Roll(static_cast<int>(bars.size()));
@@ -159,6 +191,9 @@ class RandomRun {
   PlainStore plain_;
   std::size_t keys_seen_ = 0;
   long feeds_ = 0;
+  std::set<std::string> compared_;
+  std::set<std::string> asked_;  // while a run is being prepared
+  bool preparing_ = false;
   int acted_ = 0;
   int depth_ = 0;        // clicks that are being handled, one inside the other
   int loop_depth_ = -1;  // of the click whose feed is the newest
