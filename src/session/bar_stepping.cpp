@@ -8,6 +8,7 @@
 #include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
+#include "session/stored_bars.h"
 
 namespace velumar {
 
@@ -118,15 +119,11 @@ std::optional<int> BarStepper::Reached(Bars bars, Direction direction) const {
 }
 
 void BarStepper::Apply(MetaLibWriter& writer, Bars bars, Direction direction) const {
+  const int older = bars.first;
+  const int newer = bars.last + 1;
   const bool forward = direction == Direction::kForward;
-  if (bars.last - bars.first >= kFastStep) {
-    return Rewrite(writer, forward ? bars.last : bars.first - 1);
-  }
-  if (forward) {
-    for (int bar = bars.first; bar <= bars.last; ++bar) Append(writer, bar);
-  } else {
-    for (int bar = bars.last; bar >= bars.first; --bar) Delete(writer, bar);
-  }
+  MoveStoredBars(writer, SeriesView(session_), Daily(), forward ? older : newer,
+                 forward ? newer : older);
 }
 
 // Uses a new writer, since the failed one may be in any state.
@@ -146,31 +143,6 @@ void BarStepper::Open(MetaLibWriter& writer) const {
   if (!writer.SecurityExists(symbol)) return;
   if (const auto series = ReplayableInterval(session_.Run.interval)) {
     writer.SelectSeries(symbol, series->daily, series->minutes);
-  }
-}
-
-void BarStepper::Rewrite(MetaLibWriter& writer, int newest) const {
-  const auto upto = [newest](const auto& all) {
-    return std::vector(all.begin(), all.begin() + newest + 1);
-  };
-  writer.WriteSeries(upto(session_.BarDate), upto(session_.BarTime), upto(session_.BarOpen),
-                     upto(session_.BarHigh), upto(session_.BarLow), upto(session_.BarClose),
-                     upto(session_.BarVolume), upto(session_.BarOpenInt));
-}
-
-void BarStepper::Append(MetaLibWriter& writer, int bar) const {
-  const auto i = static_cast<std::size_t>(bar);
-  writer.AppendBar(session_.BarDate.at(i), session_.BarTime.at(i), session_.BarOpen.at(i),
-                   session_.BarHigh.at(i), session_.BarLow.at(i), session_.BarClose.at(i),
-                   session_.BarVolume.at(i), session_.BarOpenInt.at(i));
-}
-
-void BarStepper::Delete(MetaLibWriter& writer, int bar) const {
-  const auto i = static_cast<std::size_t>(bar);
-  if (Daily()) {
-    writer.DeleteDailyBar(session_.BarDate.at(i));
-  } else {
-    writer.DeleteIntradayBar(session_.BarDate.at(i), session_.BarTime.at(i));
   }
 }
 

@@ -53,10 +53,6 @@ class BarStepper {
   void TakeBack(Bars bars, Direction direction) const;
   // Selects nothing if the store doesn't list the symbol; the next call then throws.
   void Open(MetaLibWriter& writer) const;
-  // Makes `newest` the newest bar by one write of the whole file, for many bars.
-  void Rewrite(MetaLibWriter& writer, int newest) const;
-  void Append(MetaLibWriter& writer, int bar) const;
-  void Delete(MetaLibWriter& writer, int bar) const;
   bool Daily() const;
   void ShowPrice(int bar);
   void ShowMoment(int bar);

@@ -1,20 +1,17 @@
 #include "session/compared_series.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 #include <utility>
 
 #include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
+#include "session/stored_bars.h"
 #include "session/working_store.h"
 
 namespace velumar {
 
 namespace {
-
-// More bars than these are written as one file.
-constexpr int kMostSteps = 30;
 
 bool IsPlayed(const SecurityInfo& security, const RunSeries& run) {
   return security.symbol == run.symbol &&
@@ -24,30 +21,6 @@ bool IsPlayed(const SecurityInfo& security, const RunSeries& run) {
 // A daily bar is the whole day, whatever time its file holds.
 BarKey MomentOf(std::int32_t date, std::int32_t time, int interval) {
   return TimestampKey(date, interval == kDaily ? 0 : time);
-}
-
-void Append(MetaLibWriter& writer, const BarArrays& bars, int bar) {
-  const auto i = static_cast<std::size_t>(bar);
-  writer.AppendBar(bars.dates[i], bars.times[i], bars.opens[i], bars.highs[i], bars.lows[i],
-                   bars.closes[i], bars.volumes[i], bars.open_interests[i]);
-}
-
-void Delete(MetaLibWriter& writer, const BarArrays& bars, int bar, bool daily) {
-  const auto i = static_cast<std::size_t>(bar);
-  if (daily) {
-    writer.DeleteDailyBar(bars.dates[i]);
-  } else {
-    writer.DeleteIntradayBar(bars.dates[i], bars.times[i]);
-  }
-}
-
-void Rewrite(MetaLibWriter& writer, const BarArrays& bars, int count) {
-  const auto first = [count](const auto& all) {
-    return std::vector(all.begin(), all.begin() + count);
-  };
-  writer.WriteSeries(first(bars.dates), first(bars.times), first(bars.opens), first(bars.highs),
-                     first(bars.lows), first(bars.closes), first(bars.volumes),
-                     first(bars.open_interests));
 }
 
 void Select(MetaLibWriter& writer, const SecurityInfo& security) {
@@ -145,13 +118,11 @@ void ComparedSeries::Store(MetaLibWriter& writer, Series& series, int count) {
   if (series.stored == count) return;
   const int before = std::exchange(series.stored, kUnknown);
   Select(writer, series.security);
-  if (before == kUnknown || std::abs(count - before) > kMostSteps) {
-    Rewrite(writer, series.bars, count);
+  const SeriesView bars(series.bars);
+  if (before == kUnknown) {
+    WriteStoredBars(writer, bars, count);
   } else {
-    for (int bar = before; bar < count; ++bar) Append(writer, series.bars, bar);
-    for (int bar = before; bar > count; --bar) {
-      Delete(writer, series.bars, bar - 1, series.security.interval == kDaily);
-    }
+    MoveStoredBars(writer, bars, series.security.interval == kDaily, before, count);
   }
   writer.CloseSecurity();
   series.stored = count;

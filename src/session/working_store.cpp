@@ -7,6 +7,7 @@
 
 #include "base/ignoring.h"
 #include "base/text.h"
+#include "session/stored_bars.h"
 
 namespace velumar {
 
@@ -116,13 +117,7 @@ void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writ
                                 std::int32_t cut_start) {
   const std::vector<std::int32_t>& dates = reader.GetDates();
   const auto cut = std::lower_bound(dates.begin(), dates.end(), cut_start) - dates.begin();
-  const auto count = std::max<std::ptrdiff_t>(cut, 1);
-  const auto kept = [count](const auto& values) {
-    return std::vector(values.begin(), values.begin() + count);
-  };
-  writer.WriteSeries(kept(dates), kept(reader.GetTimes()), kept(reader.GetOpens()),
-                     kept(reader.GetHighs()), kept(reader.GetLows()), kept(reader.GetCloses()),
-                     kept(reader.GetVolumes()), kept(reader.GetOpenInterests()));
+  WriteStoredBars(writer, SeriesView(reader.Bars()), std::max(static_cast<int>(cut), 1));
 }
 
 void WorkingStore::OpenStore(MetaLibWriter& writer) {
