@@ -6,6 +6,8 @@ BarPlot::BarPlot(QWidget* parent) : QCustomPlot(parent) {
   plotLayout()->clear();
   setMouseTracking(true);
   setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
+  // Each buffered layer is one more picture of the size of the window in every drawing.
+  layer(QStringLiteral("overlay"))->setMode(QCPLayer::lmLogical);
   addLayer(pointer_layer_);
   layer(pointer_layer_)->setMode(QCPLayer::lmBuffered);
   connect(this, &QCustomPlot::mouseMove, this,

@@ -58,7 +58,7 @@ ChartPlot::ChartPlot(ChartModel& model, QWidget* parent) : BarPlot(parent), mode
   tags_ = std::make_unique<PointerTags>(AddPointerText(), AddPointerText());
   AddTool(std::make_unique<MeasureTool>(*this));
   setSelectionRect(new MarkedBars(this, [this] { return panes_->Area(); }));
-  selectionRect()->setLayer(QStringLiteral("overlay"));
+  selectionRect()->setLayer(PointerLayer());
   connect(selectionRect(), &QCPSelectionRect::accepted, this, &ChartPlot::ZoomToMarked);
   connect(this, &QCustomPlot::beforeReplot, this, &ChartPlot::BeforeReplot);
   connect(this, &BarPlot::SpanMoved, this, [this] {
