@@ -23,7 +23,7 @@ class TerminalProgress {
   TerminalProgress(const TerminalProgress&) = delete;
   TerminalProgress& operator=(const TerminalProgress&) = delete;
 
-  // Refers to this object.
+  // Refers to this object, whose line goes away with it: before anything else is printed.
   ImportProgress Callback() {
     if (!context_.shows_progress) return {};
     return [this](double done) {
@@ -91,9 +91,8 @@ int ImportOne(const Source& source, const std::string& directory, ImportOptions 
               CliContext& context) {
   options.remember = source.remember;
   try {
-    TerminalProgress line(context, source.file);
-    const ImportReport report =
-        ImportFile(source.file, directory, options, context.cache, line.Callback());
+    const ImportReport report = ImportFile(source.file, directory, options, context.cache,
+                                           TerminalProgress(context, source.file).Callback());
     PrintReport(source.file, report, context);
     return CodeOf(report);
   } catch (const ImportUndecided& error) {
@@ -118,8 +117,8 @@ int Preview(const std::vector<Source>& sources, const ImportArguments& arguments
   std::vector<Understanding> files;
   int code = 0;
   for (const Source& source : sources) {
-    TerminalProgress line(context, source.file);
-    files.push_back(UnderstandFile(source.file, arguments.options, line.Callback()));
+    files.push_back(UnderstandFile(source.file, arguments.options,
+                                   TerminalProgress(context, source.file).Callback()));
     code = std::max(code, CodeOf(files.back()));
   }
   if (arguments.json) {
@@ -161,11 +160,11 @@ int Import(const ImportArguments& arguments, CliContext& context) {
 
 int UpdateDirectory(const std::string& directory, CliContext& context) {
   std::error_code missing;
-  if (!std::filesystem::is_directory(NativePath(directory), missing)) {
+  if (!fs::is_directory(NativePath(directory), missing)) {
     throw std::runtime_error(directory + ": there is no such directory");
   }
-  TerminalProgress line(context, NativePath(directory));
-  const std::vector<UpdatedFile> files = UpdateImports(directory, context.cache, line.Callback());
+  const std::vector<UpdatedFile> files = UpdateImports(
+      directory, context.cache, TerminalProgress(context, NativePath(directory)).Callback());
   if (files.empty()) context.out << "nothing new\n";
   int code = 0;
   for (const UpdatedFile& file : files) {

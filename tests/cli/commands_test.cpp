@@ -311,6 +311,18 @@ TEST(Import, ReportsWhatItStoredNextToWhatItRefused) {
   EXPECT_THAT(box.Run({"update", data}).err, HasSubstr("LONG")) << "the question is still open";
 }
 
+TEST(Import, ClearsItsProgressBeforeItPrints) {
+  Sandbox box;
+  IndexCache cache;
+  std::istringstream in;
+  std::ostringstream terminal;
+  CliContext context{cache, in, terminal, terminal, true};
+  const auto file = box.File("ABC_D.csv", "date,close\n20200102,1\n");
+  EXPECT_EQ(RunCli({"import", file, box.At("data")}, context), 0);
+  EXPECT_THAT(terminal.str(), testing::StartsWith("\rABC_D.csv: "));
+  EXPECT_THAT(terminal.str(), HasSubstr("\x1b[K" + file + ": has one price"));
+}
+
 TEST(Import, IsBroughtUpToDate) {
   Sandbox box;
   const auto data = box.At("data");
