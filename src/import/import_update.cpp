@@ -12,8 +12,9 @@ namespace fs = std::filesystem;
 namespace {
 
 struct Source {
-  fs::path file;
-  ImportOptions options;
+  fs::path file;  // or a folder that can't be read
+  ImportOptions options = {};
+  std::string problem = {};
 };
 
 bool HasChanged(const RememberedFile& known) {
@@ -48,8 +49,12 @@ std::vector<Source> ChangedSources(const std::vector<RememberedFile>& known) {
   for (const auto& [folder, options] : FolderOptions(known)) {
     std::error_code missing;
     if (!fs::is_directory(folder, missing)) continue;
-    for (const fs::path& file : PriceFilesIn({folder})) {
-      if (!known_files.contains(file)) sources.push_back({file, options});
+    try {
+      for (const fs::path& file : PriceFilesIn({folder})) {
+        if (!known_files.contains(file)) sources.push_back({file, options});
+      }
+    } catch (const ImportError& error) {
+      sources.push_back({.file = folder, .problem = error.what()});
     }
   }
   return sources;
@@ -66,9 +71,11 @@ std::vector<UpdatedFile> UpdateImports(std::string_view directory, IndexCache& c
     const auto part = [&](double of_file) {
       return !progress || progress((done + of_file) / static_cast<double>(sources.size()));
     };
-    UpdatedFile file{.file = source.file};
+    UpdatedFile file{.file = source.file, .problem = source.problem};
     try {
-      file.report = ImportFile(source.file, directory, source.options, cache, part);
+      if (file.problem.empty()) {
+        file.report = ImportFile(source.file, directory, source.options, cache, part);
+      }
     } catch (const ImportCancelled&) {
       throw;
     } catch (const std::exception& error) {

@@ -111,7 +111,7 @@ ImportReport ImportFile(const std::filesystem::path& file, std::string_view dire
                         const ImportOptions& options, IndexCache& cache,
                         const ImportProgress& progress);
 
-// What became of one file of an update.
+// What became of one file of an update, or why a remembered folder can't be read.
 struct UpdatedFile {
   std::filesystem::path file = {};
   ImportReport report = {};
@@ -121,8 +121,8 @@ struct UpdatedFile {
 
 // Imports the files that the directory remembers again, where they have changed since, and the new
 // files of its remembered folders, with the options that all known files of the folder share.
-// Returns the files that were new or changed. Throws ImportError if what the directory remembers
-// can't be read, and ImportCancelled.
+// Returns the files that were new or changed, and folders that can't be read. Throws ImportError if
+// what the directory remembers can't be read, and ImportCancelled.
 std::vector<UpdatedFile> UpdateImports(std::string_view directory, IndexCache& cache,
                                        const ImportProgress& progress);
 
