@@ -9,14 +9,12 @@
 #include <utility>
 
 #include "base/number_text.h"
-#include "base/paths.h"
 #include "base/text.h"
-#include "import/file_name.h"
 #include "import/row_findings.h"
+#include "import/security_names.h"
 #include "import/series_builder.h"
 #include "import/text_source.h"
 #include "import/wording.h"
-#include "marketdata/directory_editor.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
 
@@ -35,16 +33,6 @@ std::string HintText(int interval) {
   return DurationText(interval * 60);
 }
 
-// Why the symbol can't be stored; empty if it can.
-std::string SymbolProblem(const std::string& symbol) {
-  try {
-    RequireStorable({.symbol = symbol, .name = "", .interval = kDaily});
-    return "";
-  } catch (const MetaLibError& error) {
-    return error.what();
-  }
-}
-
 // A line of a file that may be no table at all, without half a letter at its end.
 std::string ShortenedLine(std::string_view line) {
   constexpr std::size_t kLongest = 500;
@@ -54,17 +42,11 @@ std::string ShortenedLine(std::string_view line) {
   return std::string(line.substr(0, end)) + "...";
 }
 
-// "AAPL_D" of "AAPL_D.csv" and "AAPL_D.csv.gz".
-std::string StemOf(const std::filesystem::path& file) {
-  const std::filesystem::path stem = file.stem();
-  return PathText(IsPriceFile(stem) ? stem.stem() : stem);
-}
-
 class FileReading {
  public:
   FileReading(const std::filesystem::path& file, const ImportOptions& options,
               const ImportProgress& progress)
-      : options_(options), progress_(progress), guess_(GuessFromName(StemOf(file))) {
+      : options_(options), progress_(progress), names_(file, options) {
     read_.understanding.file = file;
   }
 
@@ -166,10 +148,11 @@ class FileReading {
     if (const std::optional<int> period = IntervalFromWord(row.period)) {
       return IntervalHint{.interval = *period, .source = "the file says " + HintText(*period)};
     }
-    if (!guess_.interval) return std::nullopt;
-    return IntervalHint{.interval = *guess_.interval,
-                        .source = "the file name says " + HintText(*guess_.interval),
-                        .certain = guess_.certain};
+    const NameGuess& guess = names_.Guess();
+    if (!guess.interval) return std::nullopt;
+    return IntervalHint{.interval = *guess.interval,
+                        .source = "the file name says " + HintText(*guess.interval),
+                        .certain = guess.certain};
   }
 
   void AddSamples(const PriceReader& reader, std::span<const PriceRow> rows) {
@@ -320,7 +303,7 @@ class FileReading {
 
   void AddSeries(Group& group) {
     BuiltSeries built = group.builder.Finish();
-    const std::string symbol = SymbolOf(group, built);
+    const std::string symbol = names_.SymbolOf(group.ticker, built.hint_holds);
     const std::string prefix = order_.size() > 1 ? symbol + ": " : "";
     for (const std::string& remark : built.remarks) Remark(prefix + remark);
     for (ImportQuestion& question : built.questions) {
@@ -328,7 +311,7 @@ class FileReading {
       Ask(std::move(question));
     }
     FoundSeries found{.symbol = symbol,
-                      .name = NameOf(symbol),
+                      .name = names_.NameOf(symbol),
                       .interval = built.questions.empty() ? built.interval : 0,
                       .bars = built.bars,
                       .first = built.first,
@@ -353,8 +336,7 @@ class FileReading {
   void AddYear(FoundSeries found, int year, std::vector<Bar> bars) {
     const std::string text = std::to_string(year);
     found.symbol += "-" + text;
-    found.name = NameOf(found.symbol);
-    if (options_.name) found.name = *options_.name + " " + text + ScaleSuffix(options_.scale);
+    found.name = names_.NameOfYear(found.symbol, text);
     found.bars = static_cast<std::int64_t>(bars.size());
     found.first = bars.front();
     found.last = bars.back();
@@ -363,25 +345,11 @@ class FileReading {
     read_.series.push_back({.found = std::move(found), .bars = std::move(bars)});
   }
 
-  std::string SymbolOf(const Group& group, const BuiltSeries& built) const {
-    if (options_.symbol) return NormalisedSymbol(*options_.symbol);
-    if (!group.ticker.empty()) return group.ticker;
-    return built.hint_holds ? guess_.symbol : guess_.whole;
-  }
-
-  std::string NameOf(const std::string& symbol) const {
-    if (options_.scale == 1) return options_.name.value_or("");
-    return options_.name.value_or(symbol) + ScaleSuffix(options_.scale);
-  }
-
-  // A name that ends with the scale is not cut but refused when it is stored.
   void CheckName(FoundSeries& found) {
-    if (!found.refusal.empty() || options_.scale != 1) return;
+    if (!found.refusal.empty()) return;
     try {
-      const std::string stored = NameAsStored(found.name);
-      if (stored == Trimmed(found.name)) return;
-      Remark("the name is cut to \"" + stored + "\", since a directory holds " +
-             std::to_string(kLongestSecurityName) + " characters of it");
+      const std::string cut = names_.CutRemark(found.name);
+      if (!cut.empty()) Remark(cut);
     } catch (const MetaLibError& error) {
       found.refusal = error.what();
     }
@@ -391,15 +359,7 @@ class FileReading {
   std::string ProblemOf(const Group& group, const std::string& symbol) {
     const std::string problem = SymbolProblem(symbol);
     if (problem.empty() || options_.symbol || !group.ticker.empty()) return problem;
-    ImportQuestion question{
-        .text = "The file name does not give a symbol of at most 14 characters.",
-        .option = "--symbol TEXT"};
-    const std::string word = symbol.substr(0, symbol.find_first_of("_- ,."));
-    if (SymbolProblem(word).empty()) {
-      question.answers.push_back({.text = word, .result = "", .options = options_});
-      question.answers.back().options.symbol = word;
-    }
-    Ask(std::move(question));
+    Ask(names_.SymbolQuestion(symbol));
     return "";
   }
 
@@ -413,7 +373,7 @@ class FileReading {
 
   const ImportOptions& options_;
   const ImportProgress& progress_;
-  NameGuess guess_;
+  SecurityNames names_;
   ReadPrices read_;
   std::map<std::pair<std::string, int>, std::unique_ptr<Group>> series_;  // by symbol and hint
   using Groups = std::map<std::pair<std::string, std::string>, Group*>;   // as rows name them
@@ -427,8 +387,6 @@ class FileReading {
 };
 
 }  // namespace
-
-std::string ScaleSuffix(int scale) { return scale == 1 ? "" : " x" + std::to_string(scale); }
 
 ReadPrices ReadPriceFile(const std::filesystem::path& file, const ImportOptions& options,
                          const ImportProgress& progress) {

@@ -23,7 +23,4 @@ struct ReadPrices {
 ReadPrices ReadPriceFile(const std::filesystem::path& file, const ImportOptions& options,
                          const ImportProgress& progress);
 
-// The end of the name of a series whose prices are multiplied: " x10000"; empty for 1.
-std::string ScaleSuffix(int scale);
-
 }  // namespace velumar

@@ -12,6 +12,7 @@
 #include "base/text.h"
 #include "import/file_reading.h"
 #include "import/import_memory.h"
+#include "import/security_names.h"
 #include "marketdata/directory_editor.h"
 #include "marketdata/directory_lock.h"
 #include "marketdata/interval.h"
@@ -97,20 +98,6 @@ std::vector<Bar> Merged(const std::vector<Bar>& stored, const ReadPrices::Series
   }
   merged.insert(merged.end(), old, stored.end());
   return merged;
-}
-
-// The prices of a series that was imported with a scale say so in its name: "EURUSD x10000".
-struct ScaledName {
-  std::string base;
-  int scale = 1;
-};
-
-ScaledName ScaledNameOf(const std::string& name) {
-  const auto sign = name.rfind(" x");
-  if (sign == std::string::npos) return {name, 1};
-  const int scale = ExactNumber<int>(std::string_view(name).substr(sign + 2)).value_or(1);
-  if (scale == 1 || !IsScale(scale)) return {name, 1};
-  return {name.substr(0, sign), scale};
 }
 
 void RequireSameScale(int stored, int wanted) {
