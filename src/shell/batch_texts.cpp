@@ -8,6 +8,7 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "import/column_names.h"
+#include "import/wording.h"
 #include "marketdata/interval.h"
 
 namespace velumar {
@@ -31,7 +32,7 @@ std::string InWindowWords(std::string text) {
       {"--symbol", "\"Symbol\""},      {"--interval", "\"Interval\""},
       {"--from-zone", "\"Times in\""}, {"--replace", "\"Start over\""},
       {"--last", "\"Too long\""},      {"--scale", "\"Multiply prices\""},
-      {"--from and --to", "\"Days\""}};
+      {"--from and --to", "\"Days\""}, {"--name", "\"Name\""}};
   for (const auto& [option, box] : kBoxes) {
     if (const auto at = text.find(option); at != std::string::npos) {
       text.replace(at, option.size(), box);
@@ -59,7 +60,7 @@ std::string SymbolsText(const std::vector<const FoundSeries*>& series) {
   return text;
 }
 
-std::string IntervalText(int interval) {
+std::string ShortInterval(int interval) {
   return interval == kDaily ? "daily" : std::to_string(interval) + " min";
 }
 
@@ -68,17 +69,15 @@ std::string IntervalsText(const std::vector<const FoundSeries*>& series) {
   const bool same = std::ranges::all_of(
       series, [first](const FoundSeries* one) { return one->interval == first; });
   if (!same) return "several";
-  return first == 0 ? "" : IntervalText(first);
+  return first == 0 ? "" : ShortInterval(first);
 }
 
 std::int32_t FirstDay(const std::vector<const FoundSeries*>& series) {
-  return (*std::ranges::min_element(series, {}, [](const auto* one) { return one->first.date; }))
-      ->first.date;
+  return std::ranges::min(series, {}, [](const auto* one) { return one->first.date; })->first.date;
 }
 
 std::int32_t LastDay(const std::vector<const FoundSeries*>& series) {
-  return (*std::ranges::max_element(series, {}, [](const auto* one) { return one->last.date; }))
-      ->last.date;
+  return std::ranges::max(series, {}, [](const auto* one) { return one->last.date; })->last.date;
 }
 
 std::string BarsText(const std::vector<const FoundSeries*>& series) {
@@ -138,15 +137,11 @@ std::string SharedText(const ImportBatch& batch, std::size_t file) {
         return batch.At(other).options.replace;
       });
   const SharedSeries& first = shared.front();
-  return (shared.size() == 1 ? first.symbol + " " + IntervalText(first.interval) + " is"
+  return (shared.size() == 1 ? first.symbol + " " + ShortInterval(first.interval) + " is"
                              : std::to_string(shared.size()) + " series are") +
          " also in " + NamesText(batch, {others.begin(), others.end()}) +
          (replaces ? "; with \"Start over\" only the bars of the file imported last remain"
                    : "; where times are equal, the file imported last counts");
-}
-
-std::string FailureText(const BatchFile& file) {
-  return file.failure.empty() ? ReportText(file.report) : file.failure;
 }
 
 // What became of a file, and then what was remarkable about it.
@@ -159,7 +154,7 @@ std::vector<std::string> RemarksOf(const ImportBatch& batch, std::size_t row) {
   if (file.state == FileState::kNotRead) first("not read");
   if (file.state == FileState::kAsks) first("question: " + file.understood.questions.front().text);
   if (file.state == FileState::kRefused) first("cannot be imported: " + file.understood.refusal);
-  if (file.state == FileState::kFailed) first("failed: " + FailureText(file));
+  if (file.state == FileState::kFailed) first("failed: " + file.failure);
   if (file.state == FileState::kImported) {
     remarks = file.report.remarks;
     first(ReportText(file.report));
@@ -193,17 +188,12 @@ std::string FormatText(const FileFormat& format) {
   return text;
 }
 
-// Lines for a list of bars that were stored, as people count them.
 void AppendCount(std::string& text, std::int64_t count, std::string_view what) {
   if (count == 0) return;
   text += (text.empty() ? "" : ", ") + GroupedNumber(std::to_string(count)) + std::string(what);
 }
 
 }  // namespace
-
-std::string Counted(std::size_t count, std::string_view what) {
-  return std::to_string(count) + " " + std::string(what) + (count == 1 ? "" : "s");
-}
 
 std::string BatchCell(const ImportBatch& batch, std::size_t file, std::size_t column) {
   const BatchFile& shown = batch.At(file);
@@ -280,7 +270,7 @@ std::string ReportText(const ImportReport& report) {
     sum.kept += series.kept;
   }
   std::string text;
-  AppendCount(text, sum.added, sum.added == 1 ? " new bar" : " new bars");
+  if (sum.added > 0) text = Counted(sum.added, "new bar");
   AppendCount(text, sum.changed, " changed");
   AppendCount(text, sum.kept, " missing in the file kept");
   if (text.empty() && errors.empty()) text = "nothing new";

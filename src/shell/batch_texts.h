@@ -29,7 +29,5 @@ std::string SummaryText(const ImportBatch& batch);
 std::string WholePriceText(float price);
 // "12 new bars, 3 changed, 1 missing in the file kept".
 std::string ReportText(const ImportReport& report);
-// "1 file", "3 files".
-std::string Counted(std::size_t count, std::string_view what);
 
 }  // namespace velumar

@@ -190,13 +190,9 @@ bool ImportBatch::AnswerByItself(BatchFile& file) {
   return false;
 }
 
-// A file none of whose series could be stored has failed.
 void ImportBatch::TakeReport(std::size_t file, ImportReport report) {
-  BatchFile& imported = files_.at(file);
-  const bool stored = std::ranges::any_of(
-      report.series, [](const ImportedSeries& series) { return series.error.empty(); });
-  imported.report = std::move(report);
-  imported.state = stored ? FileState::kImported : FileState::kFailed;
+  files_.at(file).state = FileState::kImported;
+  files_.at(file).report = std::move(report);
 }
 
 void ImportBatch::TakeFailure(std::size_t file, std::string why) {

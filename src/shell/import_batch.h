@@ -34,8 +34,8 @@ struct BatchFile {
   int tradable_scale = 1;
   // The questions that answers for all files have answered, so that none is answered twice.
   std::vector<std::string> answered;
-  ImportReport report;
-  std::string failure;  // of the whole file; that of a series is in the report
+  ImportReport report;  // of an imported file
+  std::string failure;  // of one that failed
 };
 
 // A series that several files of a batch write.

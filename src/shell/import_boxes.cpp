@@ -6,6 +6,7 @@
 
 #include "base/dates.h"
 #include "base/text.h"
+#include "import/wording.h"
 #include "marketdata/interval.h"
 #include "shell/batch_texts.h"
 #include "shell/event_guard.h"

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/paths.h"
+#include "import/wording.h"
 #include "shell/batch_texts.h"
 #include "shell/event_guard.h"
 #include "shell/import_file_view.h"
@@ -231,9 +232,9 @@ std::string ImportWindow::ImportedText(const std::vector<std::size_t>& wanted,
   const auto imported = std::ranges::count_if(
       wanted, [this](std::size_t file) { return batch_.At(file).state == FileState::kImported; });
   std::string text =
-      "Imported " + std::to_string(imported) + " of " + Counted(wanted.size(), "file") + ".";
-  if (imported > 0) text.replace(text.size() - 1, 1, ": " + ReportText(stored) + ".");
-  return text;
+      "Imported " + std::to_string(imported) + " of " + Counted(wanted.size(), "file");
+  if (imported > 0) text += ": " + ReportText(stored);
+  return text + ".";
 }
 
 std::vector<std::size_t> ImportWindow::Selected() {
