@@ -50,6 +50,13 @@ class LongFolder {
     stored.resize(static_cast<std::size_t>(bars));
     StoreSecurity(path_, {"LONG", "Long", -1}, stored, cache_);
   }
+  // Between two measured rounds: one bar less, or that one more again.
+  void StoreOther(benchmark::State& state) {
+    state.PauseTiming();
+    Store(whole_ ? kMostBars - 1 : kMostBars);
+    whole_ = !whole_;
+    state.ResumeTiming();
+  }
   const std::string& Path() const { return path_; }
   const SeriesSource& Source() const { return source_; }
 
@@ -59,6 +66,7 @@ class LongFolder {
   IndexCache cache_;
   SeriesSource source_{cache_};
   std::vector<Bar> all_ = WalkingBars();
+  bool whole_ = true;
 };
 
 class LongChart {
@@ -71,8 +79,6 @@ class LongChart {
     QApplication::processEvents();
   }
 
-  void Store(int bars) { folder_.Store(bars); }
-
   // Reads the folder again and paints the complete chart, as Alt+V, R does.
   void Refresh() {
     pane_->Refresh();
@@ -81,6 +87,7 @@ class LongChart {
   }
 
   ChartPane& Pane() { return *pane_; }
+  LongFolder& Folder() { return folder_; }
 
  private:
   LongFolder folder_;
@@ -101,12 +108,8 @@ void RefreshChart(benchmark::State& state, ChartStyle style) {
 void RefreshIndicators(benchmark::State& state) {
   LongChart chart(FiveIndicators());
   if (state.range(0) == 1) chart.Pane().Window().ShowAll();
-  int bars = kMostBars;
   for (auto round : state) {
-    state.PauseTiming();
-    bars = bars == kMostBars ? kMostBars - 1 : kMostBars;
-    chart.Store(bars);
-    state.ResumeTiming();
+    chart.Folder().StoreOther(state);
     chart.Refresh();
   }
 }
@@ -132,12 +135,8 @@ void RefreshTiles(benchmark::State& state) {
   window.show();
   window.OpenDirectly({folder.Path(), "LONG", -1});
   QApplication::processEvents();
-  int bars = kMostBars;
   for (auto round : state) {
-    state.PauseTiming();
-    bars = bars == kMostBars ? kMostBars - 1 : kMostBars;
-    folder.Store(bars);
-    state.ResumeTiming();
+    folder.StoreOther(state);
     window.RefreshFolder(folder.Path(), "LONG", {});
   }
 }

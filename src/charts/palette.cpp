@@ -53,32 +53,24 @@ Palette MakeSafePalette(bool dark) {
   return palette;
 }
 
+const Palette& PaletteOf(bool dark, bool safe) {
+  static const std::array palettes = {MakePalette(false), MakePalette(true), MakeSafePalette(false),
+                                      MakeSafePalette(true)};
+  return palettes[(safe ? 2U : 0U) + (dark ? 1U : 0U)];
+}
+
 }  // namespace
 
-const Palette& Palette::Light() {
-  static const Palette palette = MakePalette(false);
-  return palette;
-}
+const Palette& Palette::Light() { return PaletteOf(false, false); }
 
-const Palette& Palette::Dark() {
-  static const Palette palette = MakePalette(true);
-  return palette;
-}
+const Palette& Palette::Dark() { return PaletteOf(true, false); }
 
-const Palette& Palette::SafeLight() {
-  static const Palette palette = MakeSafePalette(false);
-  return palette;
-}
+const Palette& Palette::SafeLight() { return PaletteOf(false, true); }
 
-const Palette& Palette::SafeDark() {
-  static const Palette palette = MakeSafePalette(true);
-  return palette;
-}
+const Palette& Palette::SafeDark() { return PaletteOf(true, true); }
 
 const Palette& Palette::Following(const QPalette& system, bool safe) {
-  const bool dark = system.color(QPalette::Window).lightness() < 128;
-  if (safe) return dark ? SafeDark() : SafeLight();
-  return dark ? Dark() : Light();
+  return PaletteOf(system.color(QPalette::Window).lightness() < 128, safe);
 }
 
 QPalette Palette::ForWidgets() const {

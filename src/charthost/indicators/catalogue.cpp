@@ -77,10 +77,8 @@ std::vector<IndicatorRow> PriceRows() {
       row("sar", "Parabolic SAR", "SAR", {{"Step", 0.02, 0.001, 1, 3}, {"Most", 0.2, 0.001, 1, 3}},
           {{"", kDots}}, Start<ParabolicSar, double, double>),
       row("day", "High, low, close of the day before", "Day before", {}, ExtentLines(),
-
           [](const Parameters&) -> Indicator { return PeriodBefore(PeriodBefore::Period::kDay); }),
       row("week", "High, low, close of the week before", "Week before", {}, ExtentLines(),
-
           [](const Parameters&) -> Indicator { return PeriodBefore(PeriodBefore::Period::kWeek); }),
   };
 }
