@@ -53,12 +53,13 @@ class DrawingToolTest : public testing::Test {
     Pane().Plot().replot();
   }
   // An entry of a menu of the window.
-  void Choose(const QString& text) {
+  QAction& Entry(const QString& text) {
     for (QAction* const action : program_.window->findChildren<QAction*>()) {
-      if (action->text().remove(u'&').section(u'\t', 0, 0) == text) return action->trigger();
+      if (action->text().remove(u'&').section(u'\t', 0, 0) == text) return *action;
     }
-    FAIL() << text.toStdString();
+    throw std::runtime_error(text.toStdString());
   }
+  void Choose(const QString& text) { Entry(text).trigger(); }
   void Shorten(int days) {
     StoreSecurity(program_.folder, {"SCB", "Bank", -1}, DailyBars(days), program_.cache);
     Pane().Refresh();
@@ -102,7 +103,7 @@ TEST_F(DrawingToolTest, DrawsByKeysAlone) {
   for (int i = 0; i < 3; ++i) {
     QTest::keyClick(&Pane().Plot(), Qt::Key_Left, Qt::ControlModifier);
   }
-  Press(Qt::Key_Return);
+  QTest::keyClick(&Pane().Plot(), Qt::Key_Enter, Qt::KeypadModifier);
   ASSERT_EQ(Kept().size(), 1U);
   EXPECT_EQ(Kept()[0].anchors[0].time.date, MadeDate(299));
   EXPECT_EQ(Kept()[0].anchors[1].time.date, MadeDate(296));
@@ -159,11 +160,20 @@ TEST_F(DrawingToolTest, ShowsADrawingInEveryChartFrameAndStartButNotBeforeItWasD
   Pane().ShowFrame({});
   Shorten(299);
   EXPECT_EQ(Tool().Shown().size(), 0U) << "the run has gone back";
+  EXPECT_FALSE(Entry(QStringLiteral("Undo")).isEnabled());
   Press(Qt::Key_H);
   Click(Pixel(250, 102), Qt::ControlModifier);
   EXPECT_EQ(Tool().Shown().size(), 1U);
   Shorten(300);
   EXPECT_EQ(Tool().Shown().size(), 3U);
+  EXPECT_TRUE(Entry(QStringLiteral("Undo")).isEnabled());
+  Click(Pixel(250, 102));
+  ASSERT_TRUE(Tool().Selected());
+  StoreSecurity(program_.folder, {"SCB", "SCB x100", -1}, DailyBars(300), program_.cache);
+  Pane().Refresh();
+  EXPECT_FALSE(Tool().Selected()) << "a new run shows another series";
+  Pane().Plot().replot();
+  EXPECT_EQ(Tool().Shown().size(), 0U);
   Open("SCB", 5);  // up to the third day
   EXPECT_EQ(Tool().Shown().size(), 0U);
   Open("ADVANC", -1);
@@ -181,6 +191,7 @@ TEST_F(DrawingToolTest, WritesTextsAndListsEverything) {
   EXPECT_EQ(Kept()[0].text, "Gap");
   Press(Qt::Key_H);
   Click(Pixel(20 + Pane().Window().First(), 99), Qt::ControlModifier);
+  Press(Qt::Key_Escape);
   Choose(QStringLiteral("List of drawings..."));
   QListWidget* drawings = nullptr;
   for (auto* const one : program_.window->findChildren<QListWidget*>()) {
@@ -189,6 +200,8 @@ TEST_F(DrawingToolTest, WritesTextsAndListsEverything) {
   ASSERT_NE(drawings, nullptr);
   ASSERT_EQ(drawings->count(), 2);
   EXPECT_THAT(drawings->item(0)->text().toStdString(), StartsWith("\"Gap\":  "));
+  drawings->setFocus();
+  EXPECT_FALSE(Tool().Selected()) << "a list that opens selects nothing";
   drawings->setCurrentRow(0);
   EXPECT_EQ(Tool().Selected(), 0U);
   for (auto* const button : drawings->window()->findChildren<QPushButton*>()) {
@@ -212,7 +225,7 @@ TEST_F(DrawingToolTest, ADamagedFileIsNamedAndStays) {
   EXPECT_EQ(ReadFile(file), "[]");
 }
 
-TEST_F(DrawingToolTest, TheToolbarCanBeHidden) {
+TEST_F(DrawingToolTest, TheToolbarShowsTheNextColourAndCanBeHidden) {
   auto* const bar = program_.window->findChild<QToolBar*>();
   ASSERT_NE(bar, nullptr);
   EXPECT_FALSE(bar->isHidden());
@@ -220,6 +233,13 @@ TEST_F(DrawingToolTest, TheToolbarCanBeHidden) {
     if (action->isSeparator()) continue;
     EXPECT_FALSE(bar->widgetForAction(const_cast<QAction*>(action))->accessibleName().isEmpty());
   }
+  const auto colour = [this] {
+    return Entry(QStringLiteral("Colour")).icon().pixmap(14).toImage().pixelColor(7, 7);
+  };
+  const QColor before = colour();
+  emit Entry(QStringLiteral("Colour")).menu()->aboutToShow();
+  Choose(QStringLiteral("Teal"));
+  EXPECT_NE(colour(), before);
   Choose(QStringLiteral("Drawing toolbar"));
   EXPECT_TRUE(bar->isHidden());
   EXPECT_FALSE(program_.settings->Options().drawing_bar);

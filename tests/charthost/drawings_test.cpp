@@ -150,6 +150,7 @@ TEST_F(Shapes, HaveTheirLinesWithinTheArea) {
   EXPECT_EQ(box.fill, (Box{200, 140, 1000, 200}));
   const Shape retracement = Of(kFibonacci, {At(10, 0), At(20, 100)});
   EXPECT_EQ(Lines(retracement)[5], "100,162 200,162");
+  EXPECT_EQ(retracement.labels[3].text, "50 %  50");
   EXPECT_EQ(retracement.labels[4].text, "61.8 %  38");
   EXPECT_TRUE(Of(kArrow, {At(10, 50), At(20, 60)}).arrow_head);
   EXPECT_EQ(Of(kText, {At(10, 50)}).labels[0].box, (Box{100, 150, 124, 162}));
@@ -213,11 +214,11 @@ TEST(DrawingList, UndoAndRedoWalkThroughItsHistory) {
     const auto choice = random() % 6;
     const std::size_t size = list.All().size();
     const std::size_t index = size == 0 ? 0 : random() % size;
-    if (choice == 0 && list.CanUndo()) {
-      list.Undo();
+    if (choice == 0 && list.CanUndo(0)) {
+      list.Undo(0);
       --now;
-    } else if (choice == 1 && list.CanRedo()) {
-      list.Redo();
+    } else if (choice == 1 && list.CanRedo(0)) {
+      list.Redo(0);
       ++now;
     } else {
       if (choice < 4 || size == 0) list.Add(Line(step));
@@ -235,6 +236,24 @@ TEST(DrawingList, ShowsWhatWasKnownThen) {
   EXPECT_THAT(list.ShownAt(9), IsEmpty());
   EXPECT_THAT(list.ShownAt(20), ElementsAre(1, 2));
   EXPECT_THAT(list.ShownAt(30), ElementsAre(0, 1, 2));
+}
+
+TEST(DrawingList, UndoAndRedoLeaveTheHiddenAlone) {
+  DrawingList list({Line(1, 10)});
+  list.Add(Line(2, 30));
+  EXPECT_FALSE(list.CanUndo(20));
+  list.Undo(20);
+  EXPECT_EQ(list.All().size(), 2U);
+  list.Change(0, Line(3, 20));
+  list.Undo(20);
+  EXPECT_THAT(list.All(), ElementsAre(Line(1, 10), Line(2, 30)));
+  list.Undo(30);
+  EXPECT_FALSE(list.CanRedo(20));
+  EXPECT_TRUE(list.CanRedo(30));
+  list.Change(0, Line(1, 30));  // moved at a later bar
+  EXPECT_FALSE(list.CanUndo(20));
+  list.Undo(30);
+  EXPECT_THAT(list.All(), ElementsAre(Line(1, 10)));
 }
 
 TEST(DrawingFile, KeepsEachKindAndRefusesEverythingElse) {

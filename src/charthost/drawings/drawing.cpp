@@ -1,7 +1,8 @@
 #include "charthost/drawings/drawing.h"
 
 #include <algorithm>
-#include <array>
+
+#include "base/text.h"
 
 namespace velumar {
 
@@ -36,9 +37,7 @@ std::string KeptText(std::string_view typed) {
     while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
     text.resize(end);
   }
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return "";
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+  return Trimmed(text);
 }
 
 std::vector<RetracementLevel> RetracementLevels(double start, double end) {

@@ -1,10 +1,8 @@
 #include "charthost/drawings/drawing_file.h"
 
 #include <algorithm>
-#include <cmath>
 #include <nlohmann/json.hpp>
 
-#include "base/dates.h"
 #include "base/paths.h"
 #include "base/whole_file.h"
 #include "charthost/drawings/drawing_list.h"

@@ -1,8 +1,25 @@
 #include "charthost/drawings/drawing_list.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velumar {
+namespace {
+
+bool HideTheSame(const std::vector<Drawing>& one, const std::vector<Drawing>& other,
+                 std::int64_t known) {
+  const auto hidden = [known](const Drawing& drawing) { return drawing.known > known; };
+  auto next = other.begin();
+  for (const Drawing& drawing : one) {
+    if (!hidden(drawing)) continue;
+    next = std::find_if(next, other.end(), hidden);
+    if (next == other.end() || *next != drawing) return false;
+    ++next;
+  }
+  return std::none_of(next, other.end(), hidden);
+}
+
+}  // namespace
 
 std::vector<std::size_t> DrawingList::ShownAt(std::int64_t known) const {
   std::vector<std::size_t> shown;
@@ -37,14 +54,22 @@ void DrawingList::Remove(std::size_t index) {
   drawings_.erase(drawings_.begin() + static_cast<std::ptrdiff_t>(index));
 }
 
-void DrawingList::Undo() {
-  if (undo_.empty()) return;
+bool DrawingList::CanUndo(std::int64_t known) const {
+  return !undo_.empty() && HideTheSame(drawings_, undo_.back(), known);
+}
+
+bool DrawingList::CanRedo(std::int64_t known) const {
+  return !redo_.empty() && HideTheSame(drawings_, redo_.back(), known);
+}
+
+void DrawingList::Undo(std::int64_t known) {
+  if (!CanUndo(known)) return;
   redo_.push_back(std::exchange(drawings_, std::move(undo_.back())));
   undo_.pop_back();
 }
 
-void DrawingList::Redo() {
-  if (redo_.empty()) return;
+void DrawingList::Redo(std::int64_t known) {
+  if (!CanRedo(known)) return;
   undo_.push_back(std::exchange(drawings_, std::move(redo_.back())));
   redo_.pop_back();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "charthost/drawings/drawing.h"
@@ -24,10 +25,12 @@ class DrawingList {
   void Change(std::size_t index, Drawing drawing);
   void Remove(std::size_t index);
 
-  bool CanUndo() const { return !undo_.empty(); }
-  bool CanRedo() const { return !redo_.empty(); }
-  void Undo();
-  void Redo();
+  // Nothing happens to a drawing that is hidden: a step that would change one waits until `known`
+  // has reached it.
+  bool CanUndo(std::int64_t known) const;
+  bool CanRedo(std::int64_t known) const;
+  void Undo(std::int64_t known);
+  void Redo(std::int64_t known);
 
  private:
   void Remember();

@@ -1,9 +1,10 @@
 #include "charthost/drawings/drawing_shape.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
+
+#include "base/number_text.h"
 
 namespace velumar {
 namespace {
@@ -46,13 +47,6 @@ double Distance(Point point, const Segment& line) {
   const double share = ((point.x - line.from.x) * dx + (point.y - line.from.y) * dy) / square;
   const double within = std::clamp(share, 0.0, 1.0);
   return Distance(point, Point{line.from.x + within * dx, line.from.y + within * dy});
-}
-
-std::string PercentText(double share) {
-  const auto tenths = static_cast<int>(std::lround(share * 1000));
-  std::string text = std::to_string(tenths / 10);
-  if (tenths % 10 != 0) text += "." + std::to_string(tenths % 10);
-  return text + " %";
 }
 
 class ShapeMaker {
@@ -138,7 +132,9 @@ class ShapeMaker {
       const double y = scene_.to_pixel(0, price).y;
       if (!std::isfinite(y)) continue;
       AddLine({left, y}, {right, y});
-      AddPriceLabel(PercentText(share) + "  " + scene_.price_text(price), left, y);
+      AddPriceLabel(
+          PatternText(static_cast<float>(share * 100), "##0.#") + " %  " + scene_.price_text(price),
+          left, y);
     }
   }
 

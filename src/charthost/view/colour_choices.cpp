@@ -1,5 +1,6 @@
 #include "charthost/view/colour_choices.h"
 
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QPainter>
 #include <QWidget>
@@ -29,6 +30,12 @@ QIcon ColourIcon(int colour, const QWidget& widget) {
   painter.setBrush(ChosenColour(colour, widget));
   painter.drawRoundedRect(QRectF(1, 1, kSize - 2, kSize - 2), 3, 3);
   return QIcon(pixmap);
+}
+
+void FillColours(QComboBox& box) {
+  box.clear();
+  int colour = 0;
+  for (const QString& name : ColourNames()) box.addItem(ColourIcon(colour++, box), name);
 }
 
 }  // namespace velumar

@@ -5,6 +5,7 @@
 #include <QString>
 #include <array>
 
+class QComboBox;
 class QWidget;
 
 namespace velumar {
@@ -15,5 +16,7 @@ std::array<QString, 8> ColourNames();
 const QColor& ChosenColour(int colour, const QWidget& widget);
 // A small square, in the resolution of the widget's screen.
 QIcon ColourIcon(int colour, const QWidget& widget);
+// Makes them the entries of the box.
+void FillColours(QComboBox& box);
 
 }  // namespace velumar

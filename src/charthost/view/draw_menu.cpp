@@ -70,6 +70,7 @@ void DrawMenu::FillColours() {
     QAction* const action = colours_->addAction(
         ColourIcon(i, *this), names[static_cast<std::size_t>(i)], this, [this, i] {
           if (tool_) tool_->Recolour(i);
+          Update();
         });
     action->setCheckable(true);
     action->setChecked(i == shown);

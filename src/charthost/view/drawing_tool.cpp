@@ -29,11 +29,7 @@ DrawingTool::DrawingTool(ChartPlot& plot, ChartDocument& document, DrawingDesk& 
   connect(&desk_, &DrawingDesk::Changed, this, [this] {
     shapes_.clear();
     // Another chart of the security has changed the list.
-    if (!saving_) {
-      selected_.reset();
-      drag_.reset();
-      dragged_.reset();
-    }
+    if (!saving_) Deselect();
     Redraw();
   });
   connect(&desk_, &DrawingDesk::KindChosen, this, [this] {
@@ -224,7 +220,7 @@ bool DrawingTool::Key(const QKeyEvent& event) {
     Select(std::nullopt);
     return any;
   }
-  if (event.modifiers() != Qt::NoModifier) return false;
+  if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return false;
   if (desk_.Kind() && (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)) {
     SetAnchorByKey();
     return true;
@@ -251,13 +247,15 @@ std::optional<Qt::CursorShape> DrawingTool::CursorAt(QPointF pixel) const {
 void DrawingTool::BeforeReplot() {
   const TimeAxis time = Time();
   const Scene scene = MakeScene(time);
+  const DrawingList& list = List();
+  if (std::exchange(list_, &list) != &list) Deselect();
   const std::vector<std::size_t> before = std::exchange(shown_, Shown());
   if (selected_ && std::ranges::find(shown_, *selected_) == shown_.end()) selected_.reset();
   std::vector<ShownShape> shapes;
   shapes_.clear();
   for (const std::size_t index : shown_) {
     const bool selected = index == selected_;
-    const Drawing& drawing = selected && dragged_ ? *dragged_ : At(index);
+    const Drawing& drawing = selected && dragged_ ? *dragged_ : list.All()[index];
     shapes_.push_back(ShapeOf(drawing, scene));
     shapes.push_back({shapes_.back(), drawing.colour, selected});
   }
@@ -265,7 +263,9 @@ void DrawingTool::BeforeReplot() {
     shapes.push_back({ShapeOf(*draft_, scene), draft_->colour, true});
   }
   items_.Show(shapes, colours_);
-  if (shown_ != before) emit Changed();
+  const std::pair steps(CanUndo(), CanRedo());
+  const bool other_steps = std::exchange(steps_, steps) != steps;
+  if (shown_ != before || other_steps) emit Changed();
 }
 
 std::vector<std::size_t> DrawingTool::Shown() const {
@@ -282,7 +282,7 @@ void DrawingTool::Select(std::optional<std::size_t> index) {
 }
 
 void DrawingTool::Reveal() {
-  if (!selected_) return;
+  if (!Selected()) return;
   ViewWindow& window = document_.Model().Window();
   const double place = Time().PlaceOf(At(*selected_).anchors.front().time);
   if (place > window.First() && place < window.Last()) return;
@@ -318,10 +318,11 @@ void DrawingTool::AskText(const QString& title, const QString& text,
 }
 
 void DrawingTool::EditText() {
-  if (!selected_ || At(*selected_).kind != DrawingKind::kText) return;
-  AskText(tr("Text on the chart"), ToQt(At(*selected_).text), [this](const std::string& text) {
-    if (!selected_ || At(*selected_).kind != DrawingKind::kText) return;
-    Drawing drawing = At(*selected_);
+  if (!Selected() || At(*selected_).kind != DrawingKind::kText) return;
+  const Drawing before = At(*selected_);
+  AskText(tr("Text on the chart"), ToQt(before.text), [this, before](const std::string& text) {
+    if (!Selected() || At(*selected_) != before) return;
+    Drawing drawing = before;
     drawing.text = text;
     Change(std::move(drawing));
   });
@@ -336,7 +337,7 @@ void DrawingTool::Add(Drawing drawing) {
 
 // What is moved now shows what the trader knows now.
 void DrawingTool::Change(Drawing drawing) {
-  if (!selected_) return;
+  if (!Selected()) return;
   const Drawing& before = At(*selected_);
   if (drawing.anchors != before.anchors || drawing.text != before.text) {
     drawing.known = std::max(drawing.known, Time().Known());
@@ -346,33 +347,33 @@ void DrawingTool::Change(Drawing drawing) {
 }
 
 void DrawingTool::Undo() {
-  List().Undo();
+  List().Undo(Time().Known());
   selected_.reset();
   Save();
 }
 
 void DrawingTool::Redo() {
-  List().Redo();
+  List().Redo(Time().Known());
   selected_.reset();
   Save();
 }
 
 void DrawingTool::Delete() {
-  if (!selected_) return;
+  if (!Selected()) return;
   List().Remove(*std::exchange(selected_, std::nullopt));
   Save();
 }
 
 // Somewhat to the right and below, so that both can be seen.
 void DrawingTool::Duplicate() {
-  if (!selected_) return;
+  if (!Selected()) return;
   constexpr QPointF kStep(24, 24);
   Add(Shifted(At(*selected_), kStep));
 }
 
 void DrawingTool::Recolour(int colour) {
   desk_.SetColour(colour);
-  if (!selected_) return;
+  if (!Selected()) return;
   Drawing drawing = At(*selected_);
   drawing.colour = colour;
   Change(std::move(drawing));
@@ -383,6 +384,12 @@ void DrawingTool::Save() {
   desk_.Save(Security());
   saving_ = false;
   emit Changed();
+}
+
+void DrawingTool::Deselect() {
+  selected_.reset();
+  drag_.reset();
+  dragged_.reset();
 }
 
 void DrawingTool::Redraw() const { plot_.ModelChanged(); }

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "charthost/chart_document.h"
@@ -35,15 +36,17 @@ class DrawingTool : public QObject, public PlotTool {
   // Those on the chart, by their place in the list of the security.
   std::vector<std::size_t> Shown() const;
   const Drawing& At(std::size_t index) const { return List().All().at(index); }
-  std::optional<std::size_t> Selected() const { return selected_; }
+  std::optional<std::size_t> Selected() const {
+    return list_ == &List() ? selected_ : std::nullopt;
+  }
   void Select(std::optional<std::size_t> index);
   // Scrolls to the selected drawing if it is out of view.
   void Reveal();
   // The moment of an anchor, or of the bar that it is that far after.
   QString PlaceText(const Anchor& anchor) const;
 
-  bool CanUndo() const { return List().CanUndo(); }
-  bool CanRedo() const { return List().CanRedo(); }
+  bool CanUndo() const { return List().CanUndo(Time().Known()); }
+  bool CanRedo() const { return List().CanRedo(Time().Known()); }
   void Undo();
   void Redo();
   // The selected drawing, if there is one.
@@ -53,7 +56,7 @@ class DrawingTool : public QObject, public PlotTool {
   void EditText();
 
  signals:
-  // What is on the chart or the selected drawing has changed.
+  // What is on the chart, the selected drawing or what can be undone has changed.
   void Changed();
 
  private:
@@ -89,6 +92,7 @@ class DrawingTool : public QObject, public PlotTool {
   void Add(Drawing drawing);
   void Change(Drawing drawing);
   void Save();
+  void Deselect();
   void Redraw() const;
 
   ChartPlot& plot_;
@@ -96,6 +100,7 @@ class DrawingTool : public QObject, public PlotTool {
   DrawingDesk& desk_;
   DrawingItems items_;
   Palette colours_ = Palette::Light();
+  const DrawingList* list_ = nullptr;  // on the chart: a new run may show another series
   std::vector<std::size_t> shown_;
   std::vector<Shape> shapes_;  // of shown_, in their order; empty until the next drawing
   std::optional<std::size_t> selected_;
@@ -103,6 +108,7 @@ class DrawingTool : public QObject, public PlotTool {
   QPointF pressed_at_;            // where its last anchor but one was set
   std::optional<Drag> drag_;
   std::optional<Drawing> dragged_;  // as it is now
+  std::pair<bool, bool> steps_;     // whether undo and redo were possible
   bool saving_ = false;
 };
 

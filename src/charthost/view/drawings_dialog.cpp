@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
@@ -9,7 +10,6 @@
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
-#include <algorithm>
 
 #include "charthost/view/colour_choices.h"
 #include "charts/qt_text.h"
@@ -23,7 +23,7 @@ DrawingsDialog::DrawingsDialog(QWidget* parent) : QDialog(parent) {
   list_ = new QListWidget(this);
   list_->setAccessibleName(tr("Drawings on the chart"));
   chart_->setBuddy(list_);
-  connect(list_, &QListWidget::currentRowChanged, this, &DrawingsDialog::SelectRow);
+  connect(list_, &QListWidget::itemSelectionChanged, this, &DrawingsDialog::SelectChosen);
   auto* const close = new QDialogButtonBox(QDialogButtonBox::Close, this);
   connect(close, &QDialogButtonBox::rejected, this, &QDialog::close);
   auto* const layout = new QVBoxLayout(this);
@@ -67,20 +67,27 @@ void DrawingsDialog::ShowChart(DrawingTool* tool, const QString& title) {
     if (tool_) disconnect(tool_, nullptr, this, nullptr);
     tool_ = tool;
     if (tool_) connect(tool_, &DrawingTool::Changed, this, &DrawingsDialog::Fill);
+    Fill();
   }
   chart_->setText(tool == nullptr ? tr("No chart is open") : title);
+}
+
+void DrawingsDialog::showEvent(QShowEvent* event) {
   Fill();
+  QDialog::showEvent(event);
+}
+
+void DrawingsDialog::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) Fill();
 }
 
 void DrawingsDialog::Fill() {
   if (selecting_) return Enable();
+  if (!isVisible()) return;
   const QSignalBlocker blocker(list_);
   list_->clear();
-  colour_->clear();
-  const auto names = ColourNames();
-  for (int i = 0; i < Drawing::kColours; ++i) {
-    colour_->addItem(ColourIcon(i, *this), names[static_cast<std::size_t>(i)]);
-  }
+  FillColours(*colour_);
   if (tool_) {
     for (const std::size_t index : tool_->Shown()) {
       const Drawing& drawing = tool_->At(index);
@@ -90,18 +97,18 @@ void DrawingsDialog::Fill() {
                                              ToQt(DrawingTitle(drawing)) + QStringLiteral(":  ") +
                                                  places.join(QStringLiteral("  \u2013  ")),
                                              list_);
-      if (tool_->Selected() != index) continue;
-      list_->setCurrentItem(item);
-      item->setSelected(true);
+      if (tool_->Selected() == index) list_->setCurrentItem(item);
     }
   }
   Enable();
 }
 
-void DrawingsDialog::SelectRow(int row) {
-  if (!tool_) return;
-  const std::vector<std::size_t> shown = tool_->Shown();
+// The row with the focus is not always a chosen one, as when the list has just been opened.
+void DrawingsDialog::SelectChosen() {
+  const std::vector<std::size_t> shown = tool_ ? tool_->Shown() : std::vector<std::size_t>();
+  const int row = list_->currentRow();
   if (row < 0 || row >= static_cast<int>(shown.size())) return;
+  if (!list_->currentItem()->isSelected()) return tool_->Select(std::nullopt);
   selecting_ = true;
   tool_->Select(shown[static_cast<std::size_t>(row)]);
   tool_->Reveal();

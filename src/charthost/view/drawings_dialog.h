@@ -23,10 +23,14 @@ class DrawingsDialog : public QDialog {
   // nullptr without a chart.
   void ShowChart(DrawingTool* tool, const QString& title);
 
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
  private:
   QWidget* BuildButtons();
   void Fill();
-  void SelectRow(int row);
+  void SelectChosen();
   void Enable();
 
   QPointer<DrawingTool> tool_;

@@ -194,10 +194,7 @@ void IndicatorsDialog::AddParameterFields(int index, const IndicatorRow& row) {
 void IndicatorsDialog::AddColourField(int index) {
   auto* const field = new QComboBox(fields_);
   field->setAccessibleName(tr("Colour"));
-  const auto names = ColourNames();
-  for (int i = 0; i < ChosenIndicator::kColours; ++i) {
-    field->addItem(ColourIcon(i, *this), names[static_cast<std::size_t>(i)]);
-  }
+  FillColours(*field);
   field->setCurrentIndex(indicators_[static_cast<std::size_t>(index)].colour);
   form_->addRow(tr("Colour"), field);
   connect(field, &QComboBox::currentIndexChanged, this, [this, index](int colour) {
