@@ -84,8 +84,26 @@ void CreateLedgerTables(SqliteDatabase& database) {
   AddNewerColumns(database);
 }
 
+// What a session has to write after each step is in a table of its own, so that a step changes one
+// page. AUTOINCREMENT, so that no session gets the number of a forgotten one, whose runs it would
+// take over.
+void AddSessions(SqliteDatabase& database) {
+  static constexpr std::array<TableSchema, 2> kTables{
+      {{"Sessions",
+        "Id INTEGER PRIMARY KEY AUTOINCREMENT, Directory TEXT, Symbol TEXT, SymbolInterval TEXT, "
+        "StartDay INTEGER, StartingMoney TEXT, Margin TEXT, MoneyPerPoint TEXT, Commission TEXT, "
+        "Vat TEXT, Begun TEXT, Ended INTEGER DEFAULT 0, Mask TEXT, Note TEXT"},
+       {"SessionMoments",
+        "Session INTEGER PRIMARY KEY, BarIndex INTEGER, NewestShown INTEGER, FirstShown INTEGER, "
+        "BarDate INTEGER, BarTime INTEGER, BarsCheck TEXT, Book TEXT, ByOrder INTEGER, Touched "
+        "TEXT"}}};
+  CreateTables(database, kTables);
+  database.Execute("ALTER TABLE Runs ADD COLUMN Session INTEGER");
+}
+
 const DatabaseKind& LedgerKind() {
-  static const DatabaseKind kKind{"ledger", Tables(), CreateLedgerTables};
+  static constexpr std::array kMigrations{CreateLedgerTables, AddSessions};
+  static const DatabaseKind kKind{"ledger", Tables(), kMigrations};
   return kKind;
 }
 
@@ -123,8 +141,8 @@ std::string InsertInto(std::string_view table, const std::vector<std::string>& c
 constexpr const char* kNewestRun = "coalesce((SELECT max(Id) FROM Runs), 0)";
 
 std::vector<std::string> RunColumns() {
-  return {"Directory", "Symbol",        "SymbolInterval", "StartDate",    "StartTime",
-          "Market",    "StartingMoney", "Margin",         "MoneyPerPoint"};
+  return {"Directory", "Symbol",        "SymbolInterval", "StartDate",     "StartTime",
+          "Market",    "StartingMoney", "Margin",         "MoneyPerPoint", "Session"};
 }
 
 std::vector<LedgerValue> RunValues(const LedgerRun& run) {
@@ -136,6 +154,27 @@ std::vector<LedgerValue> RunValues(const LedgerRun& run) {
 std::string OverArchive(int run, const std::string& sql) {
   return "WITH MyPortfolio AS (SELECT " + Listed(PortfolioColumns()) +
          ", Place AS rowid FROM Archive WHERE Run = " + std::to_string(run) + ") " + sql;
+}
+
+// Writes a session's beginning or its account, and returns its number. The caller holds a
+// transaction.
+int WriteSession(SqliteDatabase& database, const LedgerSession& session) {
+  const LedgerAccount& account = session.account;
+  if (session.number != 0) {
+    database.Run(
+        "UPDATE Sessions SET StartingMoney = ?, Margin = ?, MoneyPerPoint = ?, Commission = ?, "
+        "Vat = ? WHERE Id = ?",
+        {account.money, account.margin, account.money_per_point, account.commission, account.vat,
+         double(session.number)});
+    return session.number;
+  }
+  database.Run(
+      "INSERT INTO Sessions (Directory, Symbol, SymbolInterval, StartDay, StartingMoney, Margin, "
+      "MoneyPerPoint, Commission, Vat, Begun) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      {session.directory, session.symbol, session.interval, double(session.start_day),
+       account.money, account.margin, account.money_per_point, account.commission, account.vat,
+       session.begun});
+  return static_cast<int>(database.LastRow());
 }
 
 // Moves the rows to the archive of their run. The caller holds a transaction.
@@ -235,7 +274,7 @@ void LedgerInsert(LedgerConnection& connection, std::string_view table,
 }
 
 void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerValue>& values,
-                       const LedgerDetail& detail) {
+                       const LedgerDetail& detail, const LedgerMoment& moment) {
   static const std::string kRow = InsertInto(kPortfolioTable, PortfolioColumns());
   static const std::string kDetail =
       "INSERT INTO Details (Run, Place, Quantity, Vat, BarIndex, NewestShown, ClosePrice) VALUES "
@@ -247,26 +286,37 @@ void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerVal
   database.Run(kDetail, {double(database.LastRow()), detail.quantity, detail.vat,
                          double(detail.bar_index), double(detail.newest_shown),
                          detail.close ? LedgerValue(*detail.close) : LedgerValue()});
+  LedgerWriteMoment(connection, moment);
   transaction.Commit();
 }
 
-void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run) {
+int LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run, const LedgerSession& session,
+                   LedgerMoment moment) {
   SqliteDatabase& database = connection.ForWriting();
   SqliteTransaction transaction(database);
   ArchiveRows(database);
-  database.Run(InsertInto("Runs", RunColumns()), RunValues(run));
+  moment.session = WriteSession(database, session);
+  std::vector<LedgerValue> values = RunValues(run);
+  values.emplace_back(double(moment.session));
+  database.Run(InsertInto("Runs", RunColumns()), values);
+  LedgerWriteMoment(connection, moment);
   transaction.Commit();
+  return moment.session;
 }
 
 void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
-                     const LedgerDetail& detail) {
-  connection.ForWriting().Run(
+                     const LedgerDetail& detail, const LedgerMoment& moment) {
+  SqliteDatabase& database = connection.ForWriting();
+  SqliteTransaction transaction(database);
+  database.Run(
       "INSERT INTO Wiped (Run, Place, Position, Held, AvgPrice, Quantity, BarIndex, NewestShown, "
       "BarDate, BarTime, MarketPrice) VALUES (" +
           std::string(kNewestRun) +
           ", (SELECT coalesce(max(rowid), 0) FROM MyPortfolio), ?, ?, ?, ?, ?, ?, ?, ?, ?)",
       {wiped.position, wiped.held, wiped.average, detail.quantity, double(detail.bar_index),
        double(detail.newest_shown), wiped.date, wiped.time, wiped.price});
+  LedgerWriteMoment(connection, moment);
+  transaction.Commit();
 }
 
 }  // namespace velumar

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ledger/owned_database.h"
+#include "ledger/sessions.h"
 
 namespace velumar {
 
@@ -118,15 +119,32 @@ LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view selec
 // Appends one row; values are in the order of the columns. The row is on the disk on return.
 void LedgerInsert(LedgerConnection& connection, std::string_view table,
                   const std::vector<std::string>& columns, const std::vector<LedgerValue>& values);
-// Appends an order's row and its detail, both or neither.
+// Appends an order's row and its detail, and writes where its session is now, all or nothing.
 void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerValue>& values,
-                       const LedgerDetail& detail);
+                       const LedgerDetail& detail, const LedgerMoment& moment = {});
 
 // Starts a run in one transaction: the rows of MyPortfolio move to the archive of their run, and
-// later rows belong to the new run.
-void LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run);
-// Records a wiped-out holding after the newest row; the detail has the quantity ordered.
+// later rows belong to the new run. A session without a number begins with it; of another one the
+// account is written again, since the trader may have changed it. Returns the session's number.
+int LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run,
+                   const LedgerSession& session = {}, LedgerMoment moment = {});
+// Records a wiped-out holding after the newest row, and where its session is now; the detail has
+// the quantity ordered.
 void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
-                     const LedgerDetail& detail);
+                     const LedgerDetail& detail, const LedgerMoment& moment = {});
+
+// The sessions; all throw LedgerError, the last four also for an unknown number.
+
+// Writes where the session of that number is now; a moment without a number is not written.
+void LedgerWriteMoment(LedgerConnection& connection, const LedgerMoment& moment);
+// Newest first by when they were last played. A ledger of an earlier version has none.
+std::vector<LedgerPlayed> LedgerSessions(LedgerConnection& connection);
+LedgerPlayed LedgerReadSession(LedgerConnection& connection, int number);
+// In the order in which they were placed.
+std::vector<LedgerPlaced> LedgerSessionOrders(LedgerConnection& connection, int number);
+// The trader has ended the session: it can't be resumed.
+void LedgerEndSession(LedgerConnection& connection, int number);
+// Removes the session from the list. Its runs and rows stay.
+void LedgerForgetSession(LedgerConnection& connection, int number);
 
 }  // namespace velumar

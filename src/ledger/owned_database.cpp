@@ -8,9 +8,6 @@ namespace velumar {
 
 namespace {
 
-// The highest user_version that this program writes.
-constexpr double kNewestVersion = 0;
-
 double NumberOf(const SqliteDatabase& database, std::string_view pragma) {
   return std::get<double>(database.FirstValue(pragma));
 }
@@ -69,7 +66,7 @@ bool HasTablesOf(const SqliteDatabase& database, const DatabaseKind& kind) {
     throw LedgerError(file + ": this SQLite file belongs to another program, it is not a " +
                       std::string(kind.what));
   }
-  if (NumberOf(database, "PRAGMA user_version") > kNewestVersion) {
+  if (NumberOf(database, "PRAGMA user_version") > static_cast<double>(kind.migrations.size())) {
     throw LedgerError(file + ": this " + std::string(kind.what) +
                       " was created by a newer version of Velumar");
   }
@@ -97,6 +94,14 @@ void RequireOwnable(const std::string& file, const std::string& path, const Data
     throw LedgerError(file + ": the file has a second name (a hard link), under which another " +
                       "program would miss the newest rows; copy it instead");
   }
+}
+
+// The caller holds a transaction, so a file is of one version or of the other.
+void Migrate(SqliteDatabase& database, const DatabaseKind& kind) {
+  const auto version = static_cast<std::size_t>(NumberOf(database, "PRAGMA user_version"));
+  if (version >= kind.migrations.size()) return;
+  for (const auto migrate : kind.migrations.subspan(version)) migrate(database);
+  database.Execute("PRAGMA user_version=" + std::to_string(kind.migrations.size()));
 }
 
 std::unique_ptr<SqliteDatabase> TakeOwnership(const std::string& file, const std::string& path,
@@ -196,7 +201,7 @@ void OwnedDatabase::Configure(const DatabaseKind& kind) {
   database_->Execute("PRAGMA synchronous=FULL");
   sqlite3_wal_hook(database_->Handle(), AfterCommit, &log_pages_);
   SqliteTransaction transaction(*database_);
-  kind.create_tables(*database_);
+  Migrate(*database_, kind);
   page_size_ = static_cast<std::int64_t>(NumberOf(*database_, "PRAGMA page_size"));
   LengthenLog(*database_, page_size_);
   transaction.Commit();

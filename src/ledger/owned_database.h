@@ -21,7 +21,9 @@ struct TableSchema {
 struct DatabaseKind {
   std::string_view what;                // in messages: "ledger"
   std::span<const TableSchema> tables;  // every such file has the first one
-  void (*create_tables)(SqliteDatabase& database);
+  // Each brings a file from one version to the next; the version of a file, its user_version,
+  // counts those it has had. The first one also runs on files from before versions were counted.
+  std::span<void (*const)(SqliteDatabase& database)> migrations;
 };
 
 // Creates the tables that are missing.

@@ -19,7 +19,8 @@ void CreateScoreTables(SqliteDatabase& database) {
 }
 
 const DatabaseKind& ScoresKind() {
-  static const DatabaseKind kKind{"score file", kTables, CreateScoreTables};
+  static constexpr std::array kMigrations{CreateScoreTables};
+  static const DatabaseKind kKind{"score file", kTables, kMigrations};
   return kKind;
 }
 

@@ -49,20 +49,30 @@ struct LedgerTest : testing::Test {
   std::string file = scratch.Sub("Portfolio.mdb");
 };
 
-TEST_F(LedgerTest, OlderFilesGetTheColumnsOfWipedHoldings) {
-  Opened(file);
+// Makes a closed ledger one of a version before sessions, and changes it further.
+void MakeOlder(const std::string& file, const std::string& further) {
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
       .Execute(
-          "ALTER TABLE Wiped DROP Place; ALTER TABLE Wiped DROP BarDate; ALTER TABLE Wiped DROP "
-          "BarTime; ALTER TABLE Wiped DROP MarketPrice; INSERT INTO Wiped (Held) VALUES (1)");
+          "PRAGMA user_version=0; DROP TABLE Sessions; DROP TABLE SessionMoments; "
+          "ALTER TABLE Runs DROP Session;" +
+          further);
+}
+
+TEST_F(LedgerTest, OlderFilesAreMigratedAndKeepTheirRows) {
+  Opened(file);
+  MakeOlder(file,
+            "ALTER TABLE Wiped DROP Place; ALTER TABLE Wiped DROP BarDate; ALTER TABLE Wiped DROP "
+            "BarTime; ALTER TABLE Wiped DROP MarketPrice; INSERT INTO Wiped (Held) VALUES (1)");
   for (double held = 2; held <= 3; ++held) {
     LedgerConnection ledger = Opened(file);
     AddRow(ledger);
     LedgerNoteWiped(ledger, {"Offset Long", held, 99, "2007-01-26", "16:30:00", 98}, {9, 0, 5, 6});
   }
   // The two kinds of columns came one after the other.
-  SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
-      .Execute("ALTER TABLE Details DROP ClosePrice");
+  MakeOlder(file, "ALTER TABLE Details DROP ClosePrice");
+  LedgerConnection reader = Reader(file);
+  EXPECT_TRUE(LedgerSessions(reader).empty()) << "reading migrates nothing";
+  LedgerClose(reader);
   LedgerConnection newer = Opened(file);
   AddRow(newer);
   LedgerClose(newer);
@@ -253,7 +263,7 @@ TEST_F(LedgerTest, AFileOfAnotherProgramIsNotChanged) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"DROP TABLE MyPortfolio", "belongs to another program"},
       {"PRAGMA application_id = 7", "belongs to another program"},
-      {"PRAGMA user_version = 1", "newer version"},
+      {"PRAGMA user_version = 99", "newer version"},
       {"CREATE TRIGGER t AFTER INSERT ON myportfolio BEGIN DELETE FROM Runs; END", "trigger \"t\""},
       {"CREATE UNIQUE INDEX i ON Details (Vat)", "unique index"},
       {"DROP TABLE Runs; CREATE TABLE Runs (Id)", "no such column"},

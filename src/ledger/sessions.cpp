@@ -1,0 +1,143 @@
+#include "ledger/sessions.h"
+
+#include <initializer_list>
+#include <span>
+
+#include "ledger/ledger.h"
+
+namespace velumar {
+
+namespace {
+
+constexpr std::string_view kSelect =
+    "SELECT Id, Directory, Symbol, SymbolInterval, StartDay, StartingMoney, Margin, "
+    "MoneyPerPoint, Commission, Vat, Begun, Ended, BarIndex, NewestShown, FirstShown, BarDate, "
+    "BarTime, BarsCheck, Book, ByOrder, Touched FROM Sessions JOIN SessionMoments ON Session = Id";
+
+// Reads the columns of a row in their order.
+class RowReader {
+ public:
+  explicit RowReader(const SqliteStatement& row) : row_(row) {}
+
+  std::string Text() { return ValueAs<std::string>(row_.Value(column_++)); }
+  int Whole() { return static_cast<int>(ValueAs<double>(row_.Value(column_++))); }
+  double Number() { return ValueAs<double>(row_.Value(column_++)); }
+
+ private:
+  const SqliteStatement& row_;
+  int column_ = 0;
+};
+
+LedgerPlayed ReadRow(const SqliteStatement& select) {
+  RowReader row(select);
+  LedgerPlayed played;
+  LedgerSession& session = played.session;
+  session.number = row.Whole();
+  for (std::string* text : {&session.directory, &session.symbol, &session.interval}) {
+    *text = row.Text();
+  }
+  session.start_day = row.Whole();
+  LedgerAccount& account = session.account;
+  for (std::string* text : {&account.money, &account.margin, &account.money_per_point,
+                            &account.commission, &account.vat, &session.begun}) {
+    *text = row.Text();
+  }
+  session.ended = row.Whole() != 0;
+  LedgerMoment& moment = played.moment;
+  moment.session = session.number;
+  for (int* number :
+       {&moment.bar, &moment.newest_shown, &moment.first_shown, &moment.date, &moment.time}) {
+    *number = row.Whole();
+  }
+  moment.bars_check = row.Text();
+  moment.book = row.Text();
+  moment.by_order = row.Whole() != 0;
+  moment.touched = row.Text();
+  return played;
+}
+
+[[noreturn]] void RefuseNumber(const LedgerConnection& connection, int number) {
+  throw LedgerError(connection.File() + ": no session has the number " + std::to_string(number));
+}
+
+bool HasSessions(const SqliteDatabase& database) {
+  return database.FirstValue("SELECT 1 FROM sqlite_schema WHERE name = 'SessionMoments'") !=
+         LedgerValue();
+}
+
+void ChangeSession(LedgerConnection& connection, int number,
+                   std::initializer_list<std::string_view> statements) {
+  LedgerReadSession(connection, number);
+  SqliteDatabase& database = connection.ForWriting();
+  SqliteTransaction transaction(database);
+  for (const std::string_view sql : statements) database.Run(sql, {double(number)});
+  transaction.Commit();
+}
+
+}  // namespace
+
+void LedgerWriteMoment(LedgerConnection& connection, const LedgerMoment& moment) {
+  if (moment.session == 0) return;
+  connection.ForWriting().Run(
+      "REPLACE INTO SessionMoments (Session, BarIndex, NewestShown, FirstShown, BarDate, BarTime, "
+      "BarsCheck, Book, ByOrder, Touched) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      {double(moment.session), double(moment.bar), double(moment.newest_shown),
+       double(moment.first_shown), double(moment.date), double(moment.time), moment.bars_check,
+       moment.book, double(moment.by_order), moment.touched});
+}
+
+std::vector<LedgerPlayed> LedgerSessions(LedgerConnection& connection) {
+  const SqliteDatabase& database = connection.ForReading();
+  std::vector<LedgerPlayed> sessions;
+  if (!HasSessions(database)) return sessions;
+  SqliteStatement select =
+      database.Prepare(std::string(kSelect) + " ORDER BY Touched DESC, Id DESC");
+  while (select.Step()) sessions.push_back(ReadRow(select));
+  return sessions;
+}
+
+LedgerPlayed LedgerReadSession(LedgerConnection& connection, int number) {
+  const SqliteDatabase& database = connection.ForReading();
+  if (!HasSessions(database)) RefuseNumber(connection, number);
+  SqliteStatement select = database.Prepare(std::string(kSelect) + " WHERE Id = ?");
+  const LedgerValue id(static_cast<double>(number));
+  select.Bind(std::span(&id, 1));
+  if (!select.Step()) RefuseNumber(connection, number);
+  return ReadRow(select);
+}
+
+// An order of quantity 0 has a row, but is no order to a trader.
+std::vector<LedgerPlaced> LedgerSessionOrders(LedgerConnection& connection, int number) {
+  LedgerReadSession(connection, number);
+  SqliteStatement select = connection.ForReading().Prepare(
+      "WITH Own AS (SELECT Id FROM Runs WHERE Session = ?), "
+      "Places AS (SELECT Run, Place, Position FROM Archive UNION ALL "
+      "SELECT (SELECT max(Id) FROM Runs), rowid, Position FROM MyPortfolio) "
+      "SELECT BarIndex, ClosePrice, Position, Run, Place, 0 AS Wiped FROM Details "
+      "JOIN Places USING (Run, Place) WHERE Run IN Own AND Quantity <> 0 UNION ALL "
+      "SELECT BarIndex, MarketPrice, Position, Run, Place, 1 FROM Wiped WHERE Run IN Own "
+      "ORDER BY Run, Place, Wiped");
+  const LedgerValue id(static_cast<double>(number));
+  select.Bind(std::span(&id, 1));
+  std::vector<LedgerPlaced> orders;
+  while (select.Step()) {
+    RowReader row(select);
+    LedgerPlaced& order = orders.emplace_back();
+    order.bar = row.Whole();
+    order.price = row.Number();
+    order.position = row.Text();
+  }
+  return orders;
+}
+
+void LedgerEndSession(LedgerConnection& connection, int number) {
+  ChangeSession(connection, number, {"UPDATE Sessions SET Ended = 1 WHERE Id = ?"});
+}
+
+void LedgerForgetSession(LedgerConnection& connection, int number) {
+  ChangeSession(
+      connection, number,
+      {"DELETE FROM SessionMoments WHERE Session = ?", "DELETE FROM Sessions WHERE Id = ?"});
+}
+
+}  // namespace velumar

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace velumar {
+
+// The account boxes as typed.
+struct LedgerAccount {
+  std::string money;  // at the start
+  std::string margin;
+  std::string money_per_point;
+  std::string commission;
+  std::string vat;
+
+  bool operator==(const LedgerAccount&) const = default;
+};
+
+// A session: from "Start" until the trader ends it, with all its runs.
+struct LedgerSession {
+  int number = 0;  // 0: not in the ledger
+  std::string directory;
+  std::string symbol;
+  std::string interval;        // "D" or minutes
+  std::int32_t start_day = 0;  // yyyymmdd
+  LedgerAccount account;
+  std::string begun;  // "2026-11-27 07:03:40", UTC
+  bool ended = false;
+};
+
+// Where a session is, written after each step and with each order.
+struct LedgerMoment {
+  int session = 0;         // its number; 0: none
+  int bar = 0;             // index of the current bar; -1: none
+  int newest_shown = 0;    // the newest bar that the trader has seen
+  int first_shown = 0;     // where the run began at its start date
+  std::int32_t date = 0;   // of the current bar, yyyymmdd
+  std::int32_t time = 0;   // hhmmss
+  std::string bars_check;  // of the bars up to the current one, to notice another series
+  std::string book;        // session/moment.h
+  bool by_order = false;   // written with an order; else before the holdings were valued at the bar
+  std::string touched;     // when it was written, as LedgerSession::begun
+};
+
+struct LedgerPlayed {
+  LedgerSession session;
+  LedgerMoment moment;
+};
+
+// An order of a session, or a holding that too large an offset wiped out.
+struct LedgerPlaced {
+  int bar = 0;
+  double price = 0;      // of the fill
+  std::string position;  // "Long", "Short", "Offset Long", "Offset Short"
+};
+
+}  // namespace velumar
