@@ -34,6 +34,7 @@ void IgnoreClosedPipes();
 class SystemClock : public WallClock {
  public:
   std::int32_t Today() const override;
+  std::string UtcMoment() const override;
 };
 
 // The user's own date format, from wherever this system keeps it.

@@ -179,7 +179,9 @@ class FixedLocale : public LocaleInfo {
 class FixedClock : public WallClock {
  public:
   std::int32_t Today() const override { return today; }
+  std::string UtcMoment() const override { return moment; }
   std::int32_t today = 20071018;
+  std::string moment = "2007-10-18 09:30:00";
 };
 
 // Answers with the prepared texts in turn and records the requests, without a network.

@@ -7,6 +7,7 @@
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
 #include "session/delay.h"
+#include "session/moment.h"
 
 namespace velumar {
 
@@ -30,6 +31,27 @@ LedgerRun Described(const SimSession& session) {
   return run;
 }
 
+LedgerSession Described(const SimSession& session, const RunInputs& inputs, std::string begun) {
+  return {.number = session.SessionNumber,
+          .directory = session.Run.directory,
+          .symbol = session.Run.symbol,
+          .interval = session.Run.interval,
+          .start_day = session.Run.start_day,
+          .account = {.money = inputs.StartingMoney(),
+                      .margin = inputs.Margin(),
+                      .money_per_point = inputs.ProfitPerContract(),
+                      .commission = inputs.Commission(),
+                      .vat = inputs.Vat()},
+          .begun = std::move(begun)};
+}
+
+OrderMark MarkOf(const LedgerPlaced& order) {
+  return {.bar = order.bar,
+          .price = order.price,
+          .is_long = order.position.ends_with("Long"),
+          .entry = !order.position.starts_with("Offset")};
+}
+
 }  // namespace
 
 RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
@@ -45,10 +67,53 @@ RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Pl
       stepper_(session, cache, compared_) {}
 
 bool RunControl::ClaimStore() {
-  if (!RequireSymbol()) return false;
-  next_ = {session_.DataDir, NormalisedSymbol(session_.Symbol), inputs_.Interval(),
-           inputs_.StartDay()};
+  return RequireSymbol() && Claim({session_.DataDir, NormalisedSymbol(session_.Symbol),
+                                   inputs_.Interval(), inputs_.StartDay()},
+                                  std::nullopt);
+}
+
+std::optional<LedgerPlayed> RunControl::SessionToResume(int number) {
+  try {
+    LedgerPlayed played = LedgerReadSession(ledger_, number);
+    if (played.session.ended) throw std::runtime_error("It has been ended.");
+    BookFromText(played.moment.book);
+    if (SeriesIsAsPlayed(played)) return played;
+  } catch (const std::exception& error) {
+    ShowFailure("The session can't be resumed.", error);
+  }
+  return std::nullopt;
+}
+
+bool RunControl::ClaimSession(const LedgerPlayed& played) {
+  const LedgerSession& session = played.session;
+  return RequireSymbol() &&
+         Claim({session.directory, session.symbol, session.interval, session.start_day}, played);
+}
+
+// With the trader's consent, a changed series continues after the last moment that was played.
+bool RunControl::SeriesIsAsPlayed(LedgerPlayed& played) {
+  const LedgerSession& session = played.session;
+  LedgerMoment& moment = played.moment;
+  const BarArrays series =
+      store_.ReadSeries({session.directory, session.symbol, session.interval, session.start_day});
+  const SeriesView bars(series);
+  const std::string change = SeriesChange(moment, bars);
+  if (change.empty()) return true;
+  const std::size_t answer =
+      platform_.boxes.Ask(session.symbol + " has changed since this session was played. " + change +
+                              "\nThe orders stay as they were filled.",
+                          {"Resume anyway", "Cancel"});
+  if (answer != 0) return false;
+  const int bar = BarOfMoment(moment, bars);
+  moment.newest_shown += bar - moment.bar;
+  moment.bar = bar;
+  return true;
+}
+
+bool RunControl::Claim(const RunSeries& series, const std::optional<LedgerPlayed>& resumed) {
   if (!store_.Claim()) return false;
+  next_ = series;
+  resumed_ = resumed;
   asked_to_compare_.clear();
   view_.LockSetup();
   return true;
@@ -56,8 +121,18 @@ bool RunControl::ClaimStore() {
 
 bool RunControl::Start() {
   const RunNumber run = NewRun();
-  if (!PrepareRun()) return false;
-  Feed(run);
+  const std::optional<LedgerPlayed> resumed = std::exchange(resumed_, std::nullopt);
+  if (!PrepareRun(resumed)) return false;
+  if (!resumed) {
+    Feed(run);
+    return true;
+  }
+  session_.StopRequested = -1;
+  view_.ShowPaused();
+  BringChartUp();
+  chart_.RefreshCharts();  // values the holdings, as after a step
+  if (resumed->moment.by_order) static_cast<Book&>(session_) = BookFromText(resumed->moment.book);
+  view_.SetStatusLine("Resumed. \"Play\" goes on.");
   return true;
 }
 
@@ -87,7 +162,7 @@ bool RunControl::RequireLoadedSeries() {
 
 // No other run begins in the waits and boxes of a preparation. If it fails, no bars are left that
 // could be fed or traded.
-bool RunControl::PrepareRun() {
+bool RunControl::PrepareRun(const std::optional<LedgerPlayed>& resumed) {
   const PreparingScope preparing(session_);
   session_.ForgetBars();
   compared_.Clear();
@@ -95,8 +170,8 @@ bool RunControl::PrepareRun() {
   session_.StopRequested = 0;
   try {
     // The rows of the last run stay until the next one can begin.
-    if (PrepareChartAndStore() && BeginInLedger()) {
-      ShowStartDay();
+    if (PrepareChartAndStore(resumed) && BeginInLedger()) {
+      if (!resumed) ShowStartDay();
       return true;
     }
   } catch (const std::exception& error) {
@@ -115,7 +190,7 @@ void RunControl::ShowStartDay() {
   view_.ShowStartDay(session_.BarDate.at(static_cast<std::size_t>(first)));
 }
 
-bool RunControl::PrepareChartAndStore() {
+bool RunControl::PrepareChartAndStore(const std::optional<LedgerPlayed>& resumed) {
   ShowRunning();
   chart_.CloseCharts();
   if (!store_.Refill()) return false;
@@ -123,10 +198,40 @@ bool RunControl::PrepareChartAndStore() {
   view_.SetStatusLine("Mode [Date]... ");
   BringChartUp();
   view_.SetStatusLine("Init Data... ");
-  if (!store_.Prepare()) return false;
+  if (!store_.Prepare(resumed ? std::optional(resumed->moment.bar + 1) : std::nullopt))
+    return false;
   store_.LoadSeries();
+  if (resumed) Restore(*resumed);
   for (const int file_number : std::exchange(asked_to_compare_, {})) AddCompared(file_number);
   return true;
+}
+
+// A session that had gone back before its first bar has an empty store again.
+void RunControl::Restore(const LedgerPlayed& played) {
+  const LedgerMoment& moment = played.moment;
+  if (moment.bar < 0) {
+    stepper_.UnfeedBar(session_.BarIndex);
+  } else {
+    stepper_.MoveTo(session_.BarIndex, session_.BarIndex);  // shows the moment
+  }
+  const auto bar_of = [this](int bar) {
+    return static_cast<std::int16_t>(std::clamp(bar, 0, session_.LastArrayIndex()));
+  };
+  session_.FirstShownBar = bar_of(moment.first_shown);
+  session_.NewestShownBar = bar_of(std::max(moment.newest_shown, moment.bar));
+  const auto first = static_cast<std::size_t>(session_.FirstShownBar);
+  session_.StartDate = std::to_string(session_.BarDate.at(first));
+  session_.StartTime = std::to_string(session_.BarTime.at(first));
+  static_cast<Book&>(session_) = BookFromText(moment.book);
+  for (const LedgerPlaced& order : LedgerSessionOrders(ledger_, moment.session)) {
+    session_.Orders.push_back(MarkOf(order));
+  }
+  session_.SessionNumber = moment.session;
+}
+
+void RunControl::SaveMoment() {
+  if (session_.SessionNumber == 0 || !ledger_.CanWrite()) return;
+  LedgerWriteMoment(ledger_, MomentOf(session_, platform_.clock.UtcMoment()));
 }
 
 bool RunControl::Resume(RunNumber run) {
@@ -145,7 +250,9 @@ bool RunControl::Resume(RunNumber run) {
 bool RunControl::BeginInLedger() {
   if (!ledger_.CanWrite()) return true;
   try {
-    LedgerBeginRun(ledger_, Described(session_));
+    const std::string now = platform_.clock.UtcMoment();
+    session_.SessionNumber = LedgerBeginRun(
+        ledger_, Described(session_), Described(session_, inputs_, now), MomentOf(session_, now));
     return true;
   } catch (const LedgerError& error) {
     platform_.boxes.Show(
@@ -200,6 +307,8 @@ bool RunControl::FeedOne(RunNumber run) {
   if (Superseded(run)) return false;
   if (session_.BarIndex >= session_.LastBarIndex) return true;
   stepper_.FeedBar(session_.BarIndex);
+  // Before the trader sees the bar: a session that is resumed never forgets one that was shown.
+  SaveMoment();
   chart_.RefreshCharts();
   if (Superseded(run) || session_.StopRequested != 0) return false;
   WaitMilliseconds(platform_.events, session_.RefreshDelay);
@@ -253,8 +362,11 @@ void RunControl::Step(std::string_view status,
   } else if (RequireLoadedSeries()) {
     try {
       step(session_.BarIndex);
+      SaveMoment();
     } catch (const MetaLibError& error) {
       ShowFailure("The step was not made.", error);
+    } catch (const LedgerError& error) {
+      ShowFailure("The step was made, but the session could not be saved.", error);
     }
   }
   chart_.RefreshCharts();

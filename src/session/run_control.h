@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,10 +31,18 @@ class RunControl {
   // no symbol is entered or the folder can't be the store, shows a box, changes nothing and returns
   // false.
   bool ClaimStore();
+  // Reads a session of the ledger to resume it. If its series has changed since, asks whether to
+  // go on after the last bar that was played. Shows a box and returns nothing if it can't be
+  // resumed.
+  std::optional<LedgerPlayed> SessionToResume(int number);
+  // As ClaimStore, for a session whose directory, series and account are entered: the next Start
+  // resumes it.
+  bool ClaimSession(const LedgerPlayed& played);
   // Begins the run of the last ClaimStore and feeds its bars. Returns when the feed has ended or
   // was stopped, or when a later run began in one of its waits: two loops never feed at once. If
   // the run can't be prepared, shows a box and returns false, and the caller brings the setup
   // window back. No bars are loaded then: those of an earlier run would be fed under the new name.
+  // A resumed session doesn't feed: the trader looks at the chart first and clicks "Play".
   bool Start();
   // Begins a run that continues from BarIndex; returns as Start does. Does nothing while a run is
   // being prepared, and only shows a box if another series than the loaded one is entered.
@@ -70,8 +79,13 @@ class RunControl {
   // These show a box if they return false.
   bool RequireSymbol();
   bool RequireLoadedSeries();
-  bool PrepareRun();
-  bool PrepareChartAndStore();
+  bool PrepareRun(const std::optional<LedgerPlayed>& resumed);
+  bool PrepareChartAndStore(const std::optional<LedgerPlayed>& resumed);
+  bool SeriesIsAsPlayed(LedgerPlayed& played);
+  bool Claim(const RunSeries& series, const std::optional<LedgerPlayed>& resumed);
+  void Restore(const LedgerPlayed& played);
+  // Writes where the session is now. Throws LedgerError.
+  void SaveMoment();
   void ShowStartDay();
   bool Resume(RunNumber run);
   // Moves the rows of the last run to the archive and begins a new one in the ledger. Called once
@@ -99,8 +113,9 @@ class RunControl {
   WorkingStore store_;
   ComparedSeries compared_;
   BarStepper stepper_;
-  std::vector<int> asked_to_compare_;  // while the run is being prepared
-  RunSeries next_;                     // what "Start" was clicked for
+  std::vector<int> asked_to_compare_;    // while the run is being prepared
+  RunSeries next_;                       // what "Start" was clicked for
+  std::optional<LedgerPlayed> resumed_;  // the session that the next Start resumes
   RunNumber newest_run_ = 0;
   bool feeding_ = false;
 };

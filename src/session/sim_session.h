@@ -65,7 +65,8 @@ struct SimSession : Book {
 
   std::vector<OrderMark> Orders;  // of the loaded series, in the order in which they were placed
 
-  RunSeries Run;  // of the run being prepared, then of the bars in memory
+  RunSeries Run;          // of the run being prepared, then of the bars in memory
+  int SessionNumber = 0;  // in the ledger, of the bars in memory; 0: it is not recorded
 
   // Bars: eight parallel arrays from index 0, oldest first.
   std::vector<std::int32_t> BarDate;  // yyyymmdd
@@ -76,6 +77,7 @@ struct SimSession : Book {
   std::vector<float> BarClose;
   std::vector<float> BarVolume;
   std::vector<float> BarOpenInt;
+  std::vector<std::uint64_t> BarChecks;  // of the bars 0 to i (session/moment.h)
 
   // Replay cursor and run.
   std::int16_t BarIndex = 0;        // the store holds bars 0 to BarIndex; -1: none
@@ -110,7 +112,9 @@ struct SimSession : Book {
     for (auto* values : {&BarOpen, &BarHigh, &BarLow, &BarClose, &BarVolume, &BarOpenInt}) {
       values->clear();
     }
+    BarChecks.clear();
     Orders.clear();
+    SessionNumber = 0;
     BarIndex = -1;
     LastBarIndex = -1;
   }

@@ -7,6 +7,7 @@
 
 #include "base/ignoring.h"
 #include "base/text.h"
+#include "session/moment.h"
 #include "session/stored_bars.h"
 
 namespace velumar {
@@ -85,11 +86,11 @@ bool WorkingStore::Reported(const std::function<void()>& step) {
   return false;
 }
 
-bool WorkingStore::Prepare() {
+bool WorkingStore::Prepare(std::optional<int> bars) {
   MetaLibReader reader(cache_);
   MetaLibWriter writer(cache_);
   try {
-    Fill(reader, writer);
+    Fill(reader, writer, bars);
     return true;
   } catch (const MetaLibError& error) {
     CloseBoth(reader, writer);
@@ -98,26 +99,25 @@ bool WorkingStore::Prepare() {
   }
 }
 
-void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer) {
+// Later bars are never written, so a run that dies here leaves none on the disk. The first bar
+// always is written: a run needs a current bar.
+void WorkingStore::Fill(MetaLibReader& reader, MetaLibWriter& writer, std::optional<int> bars) {
   reader.OpenDirectory(session_.Run.directory);
   OpenStore(writer);
   SelectBoth(reader, writer);
   reader.ReadSeries();
   RequireReplayable(reader);
-  WriteHistory(reader, writer, CutStart(reader));
+  const int count = bars ? *bars : BarsBefore(reader, CutStart(reader));
+  WriteStoredBars(writer, SeriesView(reader.Bars()), std::max(count, 1));
   reader.CloseSecurity();
   reader.CloseDirectory();
   writer.CloseSecurity();
   writer.CloseDirectory();
 }
 
-// Bars after the start are never written, so a run that dies here leaves no later bars on the disk.
-// The first bar always is written: a run needs a current bar.
-void WorkingStore::WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer,
-                                std::int32_t cut_start) {
+int WorkingStore::BarsBefore(const MetaLibReader& reader, std::int32_t cut_start) {
   const std::vector<std::int32_t>& dates = reader.GetDates();
-  const auto cut = std::lower_bound(dates.begin(), dates.end(), cut_start) - dates.begin();
-  WriteStoredBars(writer, SeriesView(reader.Bars()), std::max(static_cast<int>(cut), 1));
+  return static_cast<int>(std::lower_bound(dates.begin(), dates.end(), cut_start) - dates.begin());
 }
 
 void WorkingStore::OpenStore(MetaLibWriter& writer) {
@@ -230,11 +230,25 @@ bool WorkingStore::StoredInLowerCase() const {
 void WorkingStore::LoadSeries() {
   session_.BarIndex = LoadBars(session_.SimDir);
   session_.LastBarIndex = LoadBars(session_.Run.directory);
+  session_.BarChecks = BarChecks(SeriesView(session_));
   session_.FirstShownBar = session_.BarIndex;
   session_.NewestShownBar = session_.BarIndex;
   const auto bar = static_cast<std::size_t>(session_.BarIndex);
   session_.StartDate = std::to_string(session_.BarDate.at(bar));
   session_.StartTime = std::to_string(session_.BarTime.at(bar));
+}
+
+BarArrays WorkingStore::ReadSeries(const RunSeries& wanted) const {
+  const auto series = ReplayableInterval(wanted.interval);
+  if (!series) {
+    throw MetaLibError(MetaLibError::kSeriesNotFound,
+                       "There is no interval \"" + wanted.interval + "\"");
+  }
+  MetaLibReader reader(cache_);
+  reader.OpenDirectory(wanted.directory);
+  reader.SelectSeries(wanted.symbol, series->daily, series->minutes);
+  reader.ReadSeries();
+  return reader.Bars();
 }
 
 // SymbolInterval is that of the last security looked at.

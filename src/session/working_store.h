@@ -49,18 +49,20 @@ class WorkingStore {
   // the middle of a series of at most 251. Before anything is written, refuses a series that can't
   // be replayed: one that is unknown, has no bars or more than kLongestSeries, has bars of unknown
   // minutes, or has several bars of a day without times. Shows a box and returns false if the store
-  // isn't ready.
-  bool Prepare();
+  // isn't ready. With a number of bars, writes that many instead, whatever the start day.
+  bool Prepare(std::optional<int> bars = {});
 
   // Loads the run's series into the session: first from the store, whose last bar becomes BarIndex,
   // then all of it from the data directory. Throws MetaLibError.
   void LoadSeries();
 
+  // Reads a series from its data directory. Throws MetaLibError.
+  BarArrays ReadSeries(const RunSeries& series) const;
+
  private:
   bool Reported(const std::function<void()>& step);
-  void Fill(MetaLibReader& reader, MetaLibWriter& writer);
-  static void WriteHistory(const MetaLibReader& reader, MetaLibWriter& writer,
-                           std::int32_t cut_start);
+  void Fill(MetaLibReader& reader, MetaLibWriter& writer, std::optional<int> bars);
+  static int BarsBefore(const MetaLibReader& reader, std::int32_t cut_start);
   void OpenStore(MetaLibWriter& writer);
   void SelectBoth(MetaLibReader& reader, MetaLibWriter& writer);
   void RequireKnownMinutes(int minutes) const;

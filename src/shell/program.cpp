@@ -28,7 +28,9 @@ struct Program::Parts {
         importer(cache),
         import(desktop, platform, importer,
                {[this, &session] { return run.Feeding() || session.Preparing; },
-                [this](const FoundSeries& first) { catalogue.ListImported(first); }}),
+                [this](const FoundSeries& first) {
+                  catalogue.ListAndChoose(first.symbol, first.interval);
+                }}),
         catalogue(session, desktop, platform, cache, import),
         run(session, windows, windows, platform, cache, ledger, chart),
         orders(session, windows, windows, platform, ledger, chart),
@@ -76,6 +78,8 @@ Program::Program(SimSession& session, Desktop& desktop, const Platform& platform
 Program::~Program() = default;
 
 void Program::Start() { desktop_.form1().Show(); }
+
+void Program::ResumeSession(int number) { parts_->setup.ResumeSession(number); }
 
 bool Program::Feeding() const { return parts_->run.Feeding(); }
 

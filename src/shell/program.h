@@ -22,6 +22,8 @@ class Program {
 
   // Opens the setup window, which starts everything else.
   void Start();
+  // Resumes a session of the ledger in place of a click on "Start".
+  void ResumeSession(int number);
   // True while a feed is running that will feed another bar.
   bool Feeding() const;
   // Makes fully transparent windows visible again. Called when the program is started once more.

@@ -8,11 +8,13 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "marketdata/interval.h"
 #include "platform/chart_program.h"
 #include "session/delay.h"
 #include "shell/event_guard.h"
 #include "shell/start_days.h"
 #include "shell/window_shaping.h"
+#include "trading/status_texts.h"
 
 namespace velumar {
 
@@ -224,14 +226,43 @@ void SetupWindow::TakeFiles(const std::vector<std::string>& files) {
 
 // Clicks run during the slides, so the run counts as being prepared from here on. No security is
 // chosen yet while the list is being built. An import is done or closed first.
+bool SetupWindow::CanStart() const {
+  return !loading_ && !session_.Preparing && !catalogue_.Building() && !import_.Importing();
+}
+
 void SetupWindow::StartRun() {
-  if (loading_ || session_.Preparing || catalogue_.Building() || import_.Importing()) {
-    return;
-  }
+  if (!CanStart()) return;
   if (const auto problem = account_.Problem()) {
     return platform_.boxes.Show(*problem, BoxIcon::kExclamation);
   }
-  if (!run_.ClaimStore()) return;
+  if (run_.ClaimStore()) BeginRun();
+}
+
+void SetupWindow::ResumeSession(int number) {
+  if (!CanStart()) return;
+  const std::optional<LedgerPlayed> played = run_.SessionToResume(number);
+  if (!played) return;
+  Enter(played->session);
+  if (!run_.ClaimSession(*played)) return;
+  BeginRun();
+  ShowStatus(session_, view_, platform_.locale);
+}
+
+void SetupWindow::Enter(const LedgerSession& session) {
+  Form1& form = Window();
+  form.Text3.SetText(session.directory);
+  DirectoryChanged();
+  catalogue_.ListAndChoose(session.symbol, IntervalFromText(session.interval).value_or(0));
+  form.DTPicker1.SetValue(session.start_day);
+  const LedgerAccount& account = session.account;
+  form.txtInitPorfolio.SetText(account.money);
+  form.txtContractValue.SetText(account.margin);
+  form.txtProfitperContract.SetText(account.money_per_point);
+  form.txtcomm.SetText(account.commission);
+  form.txtVAT.SetText(account.vat);
+}
+
+void SetupWindow::BeginRun() {
   import_.Close();
   bool ready = false;
   IgnoringErrors([&] {

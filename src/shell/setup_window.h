@@ -26,6 +26,9 @@ class SetupWindow {
               AccountBoxes& account, ChartRegistry& registry, LedgerConnection& ledger,
               IndexCache& cache);
 
+  // Enters what a session of the ledger was played with, and resumes it. Ignored while "Start" is.
+  void ResumeSession(int number);
+
  private:
   void Load();
   void ShapeAndName();
@@ -43,6 +46,10 @@ class SetupWindow {
   void TakeFiles(const std::vector<std::string>& files);
   // Ignored during the slides and while the window or its list is loading.
   void StartRun();
+  bool CanStart() const;
+  void Enter(const LedgerSession& session);
+  // Begins the run that was claimed.
+  void BeginRun();
   bool SlideToRun();
   // Moves a start date outside the chosen series to the day from which a third of it is left.
   void KeepDateInSeries();

@@ -149,14 +149,13 @@ bool SymbolCatalogue::OfferImport() {
   return true;
 }
 
-void SymbolCatalogue::ListImported(const FoundSeries& series) {
+void SymbolCatalogue::ListAndChoose(std::string_view symbol, int interval) {
   BuildSymbolList();
   ComboBox& list = desktop_.form1().Combo1;
   const auto& rows = list.Rows();
   const auto row = std::ranges::find_if(rows, [&](const ComboBox::Row& one) {
-    const std::string& interval = session_.PeriodBySymbol.at(static_cast<std::size_t>(one.data));
-    return one.text == series.symbol &&
-           IntervalToMatch(interval) == std::to_string(series.interval);
+    const std::string& its = session_.PeriodBySymbol.at(static_cast<std::size_t>(one.data));
+    return one.text == symbol && IntervalToMatch(its) == std::to_string(interval);
   });
   if (row != rows.end()) list.SetIndex(static_cast<int>(row - rows.begin()));
 }

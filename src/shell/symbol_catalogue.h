@@ -27,8 +27,8 @@ class SymbolCatalogue {
   void BuildSymbolList();
   // True while a list is being built. A click then can't start a run.
   bool Building() const { return building_ > 0; }
-  // Lists the securities again after an import, and chooses an imported one.
-  void ListImported(const FoundSeries& series);
+  // Lists the securities again and chooses a series, by its minutes or -1 for daily bars.
+  void ListAndChoose(std::string_view symbol, int interval);
   // False if the trader cancels.
   bool PickDataDirectory();
   // Call it after a line was chosen: takes its symbol and interval.

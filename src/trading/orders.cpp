@@ -6,6 +6,7 @@
 #include "base/decimal.h"
 #include "base/number_text.h"
 #include "marketdata/interval.h"
+#include "session/moment.h"
 #include "trading/status_texts.h"
 
 namespace velumar {
@@ -171,7 +172,8 @@ OrderResult OrderDesk::Fill(const Side& side, std::string_view position,
   Average(side);
   ApplyOrderToBook(session_);
   if (Stored(double{book.*side.Accum} + double{book.*side.Amount}) > 0) {
-    LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, false), Detail(figures));
+    LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, false), Detail(figures),
+                      Moment());
   }
   ShowStatus(session_, view_, platform_.locale);
   if (book.*side.Amount == 0) {
@@ -217,7 +219,7 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position,
   book.Balance = Stored(double{book.Balance} + double{book.*side.RealisedMoney});
   RevaluePositions(session_);
   ApplyOrderToBook(session_);
-  LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, true), Detail(figures));
+  LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, true), Detail(figures), Moment());
   ShowStatus(session_, view_, platform_.locale);
   if (figures.quantity_single == 0) {
     view_.ShowRefusal("the quantity is 0: nothing was closed");
@@ -230,11 +232,12 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position,
 // No money moves and no row is written, but the ledger keeps what was dropped.
 OrderResult OrderDesk::DropPosition(const Side& side, std::string_view position, const Book& before,
                                     const OrderFigures& figures) {
-  if (ledger_.CanWrite()) {
-    LedgerNoteWiped(ledger_, DroppedPosition(session_, position, before, side), Detail(figures));
-  }
   session_.*side.Accum = 0;
   session_.*side.AvgPrice = 0;
+  if (ledger_.CanWrite()) {
+    LedgerNoteWiped(ledger_, DroppedPosition(session_, position, before, side), Detail(figures),
+                    Moment());
+  }
   ShowStatus(session_, view_, platform_.locale);
   Mark(side, false);
   return Refuse(TooMuchText(figures.quantity_single, before.*side.Accum), OrderResult::kTooMuch);
@@ -248,6 +251,12 @@ void OrderDesk::Mark(const Side& side, bool entry) {
 LedgerDetail OrderDesk::Detail(const OrderFigures& figures) const {
   return {figures.quantity, session_.VatAmount, session_.BarIndex, session_.NewestShownBar,
           ToDouble(Decimal::Shortest(session_.MarketPrice).Canonical())};
+}
+
+LedgerMoment OrderDesk::Moment() const {
+  LedgerMoment moment = MomentOf(session_, platform_.clock.UtcMoment());
+  moment.by_order = true;
+  return moment;
 }
 
 OrderResult OrderDesk::Refuse(std::string_view why, OrderResult result) {

@@ -63,6 +63,7 @@ class OrderDesk {
   // Shows the order on the chart.
   void Mark(const Side& side, bool entry);
   LedgerDetail Detail(const OrderFigures& figures) const;
+  LedgerMoment Moment() const;
   // Shows the reason and returns the result.
   OrderResult Refuse(std::string_view why, OrderResult result = OrderResult::kRefused);
 

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <QDate>
+#include <QDateTime>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
@@ -33,6 +34,10 @@ void StartDetached(const std::string& program, const QStringList& arguments) {
 std::int32_t SystemClock::Today() const {
   const QDate today = QDate::currentDate();
   return today.year() * 10000 + today.month() * 100 + today.day();
+}
+
+std::string SystemClock::UtcMoment() const {
+  return QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")).toStdString();
 }
 
 void SystemPrograms::Start(std::string_view command_line) {

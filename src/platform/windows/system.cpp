@@ -7,8 +7,10 @@
 // Needs the names of windows.h.
 #include <shellapi.h>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <iostream>
 #include <stdexcept>
 
@@ -49,6 +51,13 @@ std::int32_t SystemClock::Today() const {
   SYSTEMTIME now{};
   ::GetLocalTime(&now);
   return now.wYear * 10000 + now.wMonth * 100 + now.wDay;
+}
+
+std::string SystemClock::UtcMoment() const {
+  const std::time_t now = std::time(nullptr);
+  std::array<char, sizeof "2026-11-27 07:03:40"> text{};
+  std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", std::gmtime(&now));
+  return text.data();
 }
 
 std::unique_ptr<LocaleInfo> SystemLocale() { return std::make_unique<WindowsLocale>(); }

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ledger/sessions.h"
+#include "session/sim_session.h"
+#include "session/stored_bars.h"
+
+namespace velumar {
+
+// What a session needs to be resumed: where it is and what the trader holds.
+
+// The fields of a book, exact, in the order of their declaration, with blanks between them.
+std::string BookText(const Book& book);
+// The book of such a text. Throws std::runtime_error for any other text.
+Book BookFromText(std::string_view text);
+
+// A checksum of the bars 0 to i at each i (FNV-1a, 64 bits).
+std::vector<std::uint64_t> BarChecks(const SeriesView& bars);
+
+// Where the session is now, for the ledger.
+LedgerMoment MomentOf(const SimSession& session, std::string touched);
+
+// How the bars of a series differ from those that a session had up to its current one, as a
+// sentence; empty if they are the same.
+std::string SeriesChange(const LedgerMoment& moment, const SeriesView& bars);
+
+// The newest bar at or before the moment's, -1 if there is none.
+int BarOfMoment(const LedgerMoment& moment, const SeriesView& bars);
+
+}  // namespace velumar
