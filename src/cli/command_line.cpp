@@ -117,6 +117,7 @@ class CommandLine {
       AddReport(*drawing);
     }
     AddReplay();
+    AddSessions();
   }
 
   CLI::App& App() { return app_; }
@@ -310,24 +311,43 @@ class CommandLine {
 
   void AddReplay() {
     CLI::App& command =
-        AddCommand("replay", "Replay a security without windows, controlled by commands.",
-                   [this] { Replay(replay_, context_); });
+        AddCommand("replay", "Replay a security without windows, controlled by commands.", [this] {
+          if (replay_.session == 0 && replay_.start == 0) {
+            throw CLI::RequiredError("DIR, SYMBOL, INTERVAL and START, or --session");
+          }
+          Replay(replay_, context_);
+        });
     command.footer(kReplayCommands);
-    command.add_option("DIR", replay_.directory, "the market data directory")->required();
-    command.add_option("SYMBOL", replay_.symbol, "the security")->required();
-    command.add_option("INTERVAL", replay_.interval, ReplayIntervalsText())->required();
-    command.add_option("START", replay_.start, "the start date, yyyymmdd")
-        ->required()
-        ->check(DateProblem);
+    command.add_option("DIR", replay_.directory, "the market data directory");
+    command.add_option("SYMBOL", replay_.symbol, "the security");
+    command.add_option("INTERVAL", replay_.interval, ReplayIntervalsText());
+    CLI::Option* start =
+        command.add_option("START", replay_.start, "the start date, yyyymmdd")->check(DateProblem);
     command.add_option("--store", replay_.store,
                        "the working store: a new or empty folder, or that of an earlier replay");
     command
         .add_option("--set", replay_.texts,
                     "NAME=TEXT: the start text of a control, such as Form1.txtcomm=500")
         ->check(AssignmentProblem);
-    command.add_option("--ledger", replay_.ledger,
-                       "the ledger file, created if missing (by default nothing is saved)");
+    CLI::Option* ledger =
+        command.add_option("--ledger", replay_.ledger,
+                           "the ledger file, created if missing (by default nothing is saved)");
+    command
+        .add_option("--session", replay_.session,
+                    "resume a session of the ledger; DIR to START are those of the session")
+        ->check(CLI::PositiveNumber)
+        ->needs(ledger)
+        ->excludes(start);
     AddDatePattern(command, replay_.date_pattern);
+  }
+
+  void AddSessions() {
+    CLI::App& command =
+        AddCommand("sessions", "List the sessions of a ledger, the last played first.",
+                   [this] { PrintSessions(sessions_, context_); });
+    command.add_option("FILE", sessions_.file, "the ledger, such as Portfolio.mdb")->required();
+    command.add_flag("--json", sessions_.json, "as one JSON array of objects");
+    AddDatePattern(command, sessions_.date_pattern);
   }
 
   CliContext& context_;
@@ -343,6 +363,7 @@ class CommandLine {
   ChartArguments chart_;
   ReportArguments report_;
   ReplayArguments replay_;
+  SessionsArguments sessions_;
 };
 
 }  // namespace

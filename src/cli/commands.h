@@ -93,6 +93,13 @@ struct DrawingCommands {
 // Null if the program was built without the windows.
 const DrawingCommands* FindDrawingCommands();
 
+struct SessionsArguments {
+  std::string file;
+  bool json = false;
+  std::string date_pattern;  // empty for that of the user's locale
+};
+void PrintSessions(const SessionsArguments& arguments, CliContext& context);
+
 void Replay(const ReplayArguments& arguments, CliContext& context);
 // Why NAME=TEXT does not set a control; empty if it does.
 std::string AssignmentProblem(const std::string& assignment);

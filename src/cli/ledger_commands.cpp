@@ -11,6 +11,7 @@
 #include "results/order_list.h"
 #include "results/result_figures.h"
 #include "results/statistics.h"
+#include "session/session_list.h"
 
 namespace velumar {
 
@@ -98,6 +99,46 @@ std::string Formulas(const std::vector<Statistic>& statistics) {
   return text;
 }
 
+nlohmann::ordered_json SessionObject(const SessionLine& line) {
+  nlohmann::ordered_json object{{"session", line.number},
+                                {"directory", line.directory},
+                                {"symbol", line.symbol},
+                                {"interval", line.interval},
+                                {"date", line.date},
+                                {"time", line.time},
+                                {"long", line.held_long},
+                                {"short", line.held_short},
+                                {"open_profit", line.open_profit},
+                                {"closed_profit", line.closed_profit},
+                                {"bars_left", nullptr},
+                                {"touched", line.touched},
+                                {"ended", line.ended}};
+  if (line.bars_left) object["bars_left"] = *line.bars_left;
+  return object;
+}
+
+std::string SessionTable(const std::vector<SessionLine>& lines, const std::string& date_pattern) {
+  TextTable table({{"No.", TextTable::kRight},
+                   {"Security"},
+                   {"Interval"},
+                   {"Moment"},
+                   {"Held"},
+                   {"Open", TextTable::kRight},
+                   {"Closed", TextTable::kRight},
+                   {"Bars left", TextTable::kRight},
+                   {"Last played (UTC)"},
+                   {"State"}});
+  for (const SessionLine& line : lines) {
+    table.AddRow({std::to_string(line.number), line.symbol, line.interval,
+                  DateText(line.date, date_pattern) + " " + PatternText(line.time, kTimePattern),
+                  HoldingText(line), PatternText(line.open_profit, kTwoDecimalsPattern),
+                  PatternText(line.closed_profit, kTwoDecimalsPattern),
+                  line.bars_left ? std::to_string(*line.bars_left) : "no data", line.touched,
+                  line.ended ? "ended" : "open"});
+  }
+  return table.Text();
+}
+
 }  // namespace
 
 std::string DatePatternOrDefault(const std::string& given) {
@@ -110,6 +151,18 @@ LedgerConnection OpenRun(const RunArguments& arguments) {
   LedgerOpenToRead(ledger, arguments.file);
   RequireRun(ledger, arguments.run);
   return ledger;
+}
+
+void PrintSessions(const SessionsArguments& arguments, CliContext& context) {
+  LedgerConnection ledger = OpenRun({arguments.file, kCurrentRun, arguments.date_pattern});
+  const std::vector<SessionLine> lines = ListSessions(ledger, context.cache);
+  if (!arguments.json) {
+    context.out << SessionTable(lines, DatePatternOrDefault(arguments.date_pattern));
+    return;
+  }
+  auto list = nlohmann::ordered_json::array();
+  for (const SessionLine& line : lines) list.push_back(SessionObject(line));
+  context.out << JsonText(list, kIndented);
 }
 
 void PrintLedger(const LedgerArguments& arguments, CliContext& context) {

@@ -101,9 +101,19 @@ void TypeInto(Control& control, std::string_view text) {
 
 }  // namespace
 
-void Replay(const ReplayArguments& arguments, CliContext& context) {
+void Replay(const ReplayArguments& given, CliContext& context) {
+  ReplayArguments arguments = given;
+  if (given.session != 0) {
+    LedgerConnection ledger([](std::string_view date) { return std::string(date); });
+    LedgerOpenToRead(ledger, given.ledger);
+    const LedgerSession session = LedgerReadSession(ledger, given.session).session;
+    arguments.directory = session.directory;
+    arguments.symbol = session.symbol;
+    arguments.interval = session.interval;
+    arguments.start = session.start_day;
+  }
   ReplayWorld world(arguments, context.cache);
-  ReplayDriver(world, context.in, context.out).Run();
+  ReplayDriver(world, context.in, context.out).Run(arguments.session);
 }
 
 ReplayDriver::ReplayDriver(ReplayWorld& world, std::istream& in, std::ostream& out)
@@ -111,9 +121,13 @@ ReplayDriver::ReplayDriver(ReplayWorld& world, std::istream& in, std::ostream& o
   world_.outside.events.SetOnPending([this] { AtFeedLoop(); });
 }
 
-void ReplayDriver::Run() {
+void ReplayDriver::Run(int session) {
   try {
-    Begin(world_.Windows().form1.Image3);
+    if (session == 0) {
+      Begin(world_.Windows().form1.Image3);
+    } else {
+      Resume(session);
+    }
     while (ReadCommand()) Execute();
   } catch (const EndOfInput&) {
     // The run is left as it is.
@@ -216,6 +230,12 @@ void ReplayDriver::Begin(Control& button) {
   Click(button);
   passes_ = 0;
   draining_ = false;
+  AnswerIfDue();
+}
+
+void ReplayDriver::Resume(int session) {
+  answer_due_ = true;
+  world_.program.ResumeSession(session);
   AnswerIfDue();
 }
 

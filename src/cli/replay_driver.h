@@ -20,7 +20,8 @@ class ReplayDriver {
   ReplayDriver(ReplayWorld& world, std::istream& in, std::ostream& out);
 
   // Starts the run and returns at the end of the input, even during a feed.
-  void Run();
+  // Resumes a session of the ledger if it has a number.
+  void Run(int session);
 
  private:
   void AtFeedLoop();
@@ -30,6 +31,7 @@ class ReplayDriver {
   bool Feed(std::string_view count);
   bool Pause();
   void Begin(Control& button);
+  void Resume(int session);
   void Click(Control& button);
   void Set(std::string_view assignment);
   void Order(Control& button, std::string_view quantity);

@@ -10,6 +10,7 @@
 #include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
+#include "platform/system.h"
 #include "session/store_folder.h"
 
 namespace velumar {
@@ -163,6 +164,7 @@ ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
       index_cache(cache) {
   RequireData(arguments.directory, cache);
   RequireStore(arguments);
+  outside.clock.moment = SystemClock().UtcMoment();
   outside.locale.pattern = DatePatternOrDefault(arguments.date_pattern);
   outside.settings.Save("LastPath", arguments.directory);
   for (const std::string& assignment : arguments.texts) SetStartText(*this, assignment);

@@ -25,6 +25,7 @@ struct ReplayArguments {
   std::vector<std::string> texts;  // NAME=TEXT
   std::string date_pattern;        // empty: the user's
   std::string ledger;              // empty: not saved
+  int session = 0;  // of the ledger, resumed instead of a new one; fills series and start
 };
 
 // The control of a name such as "Form1.txtcomm"; null if there is none.

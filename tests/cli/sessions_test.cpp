@@ -1,0 +1,142 @@
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <random>
+#include <thread>
+
+#include "cli/sandbox.h"
+#include "ledger/ledger.h"
+
+namespace velumar {
+namespace {
+
+using nlohmann::json;
+
+// What a resumed session must have again: all but the texts of windows and the run's own switches.
+json Kept(json answer) {
+  for (const char* other : {"command", "result", "error", "row", "StopRequested", "RefreshDelay",
+                            "feeding", "rows", "keys", "waited", "CurrentDate", "CurrentTime",
+                            "SetupTop", "SetupLeft", "NavTop", "NavLeft"}) {
+    answer.erase(other);
+  }
+  std::erase_if(answer.get_ref<json::object_t&>(),
+                [](const auto& field) { return field.first.find('.') != std::string::npos; });
+  return answer;
+}
+
+struct SessionsTest : testing::Test {
+  std::vector<std::string> Start(const std::string& name) {
+    return {
+        "replay",        data,       "ABC",        "D", "20000110", "--store",
+        box.At("store"), "--ledger", box.At(name),
+    };
+  }
+  Sandbox::Answer Resume(const std::string& name, const std::string& commands = "") {
+    return box.Run(
+        {"replay", "--session", "1", "--ledger", box.At(name), "--store", box.At("store")},
+        commands);
+  }
+  std::vector<LedgerPlaced> Orders(const std::string& name) {
+    LedgerConnection ledger([](std::string_view iso) { return std::string(iso); });
+    LedgerOpenToRead(ledger, box.At(name));
+    return LedgerSessionOrders(ledger, 1);
+  }
+  // Steps and orders, most of them possible.
+  std::string RandomCommands(int count) {
+    static constexpr const char* kCommands[] = {"next",
+                                                "next",
+                                                "next",
+                                                "prev",
+                                                "ff",
+                                                "rew",
+                                                "long 2",
+                                                "short 0.7",
+                                                "offset-long 1",
+                                                "offset-long 9",
+                                                "offset-short 0.7"};
+    std::string commands = "pause\n";
+    for (int i = 0; i < count; ++i) {
+      commands += kCommands[random() % std::size(kCommands)] + std::string("\n");
+    }
+    return commands;
+  }
+
+  Sandbox box;
+  std::string data = box.ImportDays("data", ".37");
+  std::mt19937 random{7};
+};
+
+TEST_F(SessionsTest, ResumingAtAnyMomentGivesTheSameSession) {
+  for (int round = 0; round < 20; ++round) {
+    const std::string name = "ledger" + std::to_string(round);
+    const auto played = box.Run(Start(name), RandomCommands(round * 2));
+    ASSERT_EQ(played.code, 0) << played.err;
+    const auto orders = Orders(name);
+    const auto resumed = Resume(name, "next\nlong 1\n");
+    ASSERT_EQ(resumed.code, 0) << resumed.err;
+    EXPECT_EQ(Kept(resumed.Objects().front()), Kept(played.Objects().back())) << round;
+    // What follows is as if there had been no pause, and the order belongs to the same session.
+    EXPECT_EQ(Orders(name).size(),
+              orders.size() + (resumed.Objects().back()["result"] == "done" ? 1 : 0));
+  }
+}
+
+TEST_F(SessionsTest, AKillAtAnyMomentLosesNothingThatWasAnswered) {
+  const std::string commands = RandomCommands(40);
+  const auto begun = std::chrono::steady_clock::now();
+  auto whole = box.Run(Start("whole"), commands).Objects();
+  const auto took = std::chrono::steady_clock::now() - begun;
+  int resumed_later = 0;
+  for (int round = 0; round < 200; ++round) {
+    const std::string name = "killed" + std::to_string(round);
+    const std::string answers = box.At(name + ".txt");
+    const pid_t child = fork();
+    if (child == 0) {
+      std::istringstream in(commands);
+      std::ofstream out(answers);
+      out << std::unitbuf;
+      std::ostringstream err;
+      IndexCache cache;
+      CliContext context{cache, in, out, err};
+      _exit(RunCli(Start(name), context));
+    }
+    std::this_thread::sleep_for(took * (random() % 1000) / 1000);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    std::ifstream in(answers);
+    std::size_t answered = 0;
+    for (std::string line; std::getline(in, line) && !in.eof();) ++answered;
+    if (answered == 0) continue;
+    ++resumed_later;
+    const auto resumed = Resume(name);
+    ASSERT_EQ(resumed.code, 0) << resumed.err;
+    // The command that the kill interrupted was done or not.
+    const json now = Kept(resumed.Objects().front());
+    const bool done = answered < whole.size() && now != Kept(whole[answered - 1]);
+    EXPECT_EQ(now, Kept(whole[answered - 1 + (done ? 1 : 0)])) << round;
+    std::size_t orders = 0;
+    for (std::size_t i = 0; i < answered + (done ? 1 : 0); ++i) {
+      orders += whole[i]["result"] == "done" || whole[i]["result"] == "too much" ? 1 : 0;
+    }
+    EXPECT_EQ(Orders(name).size(), orders) << round;
+  }
+  EXPECT_GT(resumed_later, 100);
+}
+
+TEST_F(SessionsTest, AChangedSeriesIsNotResumedUnasked) {
+  ASSERT_EQ(box.Run(Start("ledger"), "pause\nnext\nlong 1\n").code, 0);
+  const std::string file = box.File("ABC_D.csv", "date,open,high,low,close\n20000105,1,1,1,1\n");
+  ASSERT_EQ(box.Run({"import", file, data}).code, 0);
+  const auto resumed = Resume("ledger", "next\n");
+  EXPECT_EQ(resumed.Objects().back()["LAccum"], 0) << "the last answer cancels";
+  const auto list = box.Run({"sessions", box.At("ledger"), "--json"});
+  const json line = json::parse(list.out).at(0);
+  EXPECT_EQ(line["long"], 1);
+  EXPECT_EQ(line["date"], 20000111);
+  EXPECT_EQ(line["bars_left"], 17);
+}
+
+}  // namespace
+}  // namespace velumar
