@@ -41,6 +41,7 @@ QCPAxisRect* BarPlot::AddRect(int row, QCPAxis::AxisType side) {
     connect(bars, qOverload<const QCPRange&, const QCPRange&>(&QCPAxis::rangeChanged), this,
             &BarPlot::BoundRange);
   } else {
+    rect->axis(QCPAxis::atBottom)->setRange(bars->range());
     connect(bars, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), rect->axis(QCPAxis::atBottom),
             qOverload<const QCPRange&>(&QCPAxis::setRange));
   }

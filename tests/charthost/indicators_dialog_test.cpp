@@ -59,6 +59,11 @@ TEST_F(IndicatorsDialogTest, AddsChangesHidesAndRemoves) {
   Add(QStringLiteral("MACD"));
   EXPECT_THAT(Labels(), ElementsAre("SMA 20", "SMA 50", "RSI 14", "MACD 12 26 9"));
   EXPECT_EQ(Panes(), 4);
+  for (const QCPAxisRect* const pane : Plot().axisRects()) {
+    EXPECT_TRUE(pane->axis(QCPAxis::atBottom)->range() ==
+                Plot().Prices().axis(QCPAxis::atBottom)->range());
+  }
+  EXPECT_EQ(Panes(), 4);
   const auto fields = Dialog().findChildren<QDoubleSpinBox*>();
   ASSERT_EQ(fields.size(), 3);
   EXPECT_EQ(fields[1]->accessibleName(), QStringLiteral("Slow"));
