@@ -17,6 +17,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::UnorderedElementsAre;
 
 BarSeries SeriesOf(const std::vector<Bar>& bars, std::size_t count) {
   BarSeries series;
@@ -150,8 +151,18 @@ TEST_F(Shapes, HaveTheirLinesWithinTheArea) {
   EXPECT_EQ(box.fill, (Box{200, 140, 1000, 200}));
   const Shape retracement = Of(kFibonacci, {At(10, 0), At(20, 100)});
   EXPECT_EQ(Lines(retracement)[5], "100,162 200,162");
-  EXPECT_EQ(retracement.labels[3].text, "50 %  50");
-  EXPECT_EQ(retracement.labels[4].text, "61.8 %  38");
+  const auto labels = [](const Shape& shape) {
+    std::vector<std::string> texts;
+    for (const Shape::Label& label : shape.labels) texts.push_back(label.text);
+    return texts;
+  };
+  EXPECT_THAT(labels(retracement),
+              UnorderedElementsAre("0 %  100", "23.6 %  76", "38.2 %  62", "50 %  50", "61.8 %  38",
+                                   "78.6 %  21", "100 %  0"));
+  EXPECT_THAT(labels(Of(kFibonacci, {At(10, 100), At(20, 130)})),
+              UnorderedElementsAre("0 %  130", "50 %  115", "100 %  100"))
+      << "labels of 12 pixels don't cover each other";
+  EXPECT_THAT(labels(Of(kFibonacci, {At(10, 50), At(20, 50)})), ElementsAre("0 %  50"));
   EXPECT_TRUE(Of(kArrow, {At(10, 50), At(20, 60)}).arrow_head);
   EXPECT_EQ(Of(kText, {At(10, 50)}).labels[0].box, (Box{100, 150, 124, 162}));
   EXPECT_THAT(Lines(Of(kTrendLine, {At(10, 50)})), IsEmpty()) << "half drawn";

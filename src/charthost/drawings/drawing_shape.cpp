@@ -127,15 +127,23 @@ class ShapeMaker {
     AddLine(points_[0], points_[1]);
     const double left = std::min(points_[0].x, points_[1].x);
     const double right = std::max(points_[0].x, points_[1].x);
-    for (const auto& [share, price] :
-         RetracementLevels(drawing_.anchors[0].price, drawing_.anchors[1].price)) {
-      const double y = scene_.to_pixel(0, price).y;
-      if (!std::isfinite(y)) continue;
+    const auto levels = RetracementLevels(drawing_.anchors[0].price, drawing_.anchors[1].price);
+    for (const RetracementLevel& level : levels) {
+      const double y = scene_.to_pixel(0, level.price).y;
       AddLine({left, y}, {right, y});
-      AddPriceLabel(
-          PatternText(static_cast<float>(share * 100), "##0.#") + " %  " + scene_.price_text(price),
-          left, y);
     }
+    // Where the labels don't all fit, those of the levels that are read most stay.
+    for (const std::size_t i : {0, 6, 3, 4, 2, 1, 5}) AddLevelLabel(levels[i], left);
+  }
+
+  void AddLevelLabel(const RetracementLevel& level, double x) {
+    constexpr double kLetters = 0.8;  // of the height of a text
+    const double y = scene_.to_pixel(0, level.price).y;
+    const bool free = std::ranges::none_of(shape_.labels, [&](const Shape::Label& label) {
+      return std::abs(label.box.bottom - y) < kLetters * (label.box.bottom - label.box.top);
+    });
+    const std::string share = PatternText(static_cast<float>(level.share * 100), "##0.#") + " %  ";
+    if (free && std::isfinite(y)) AddPriceLabel(share + scene_.price_text(level.price), x, y);
   }
 
   void AddPriceLabel(const std::string& text, double x, double y) {
