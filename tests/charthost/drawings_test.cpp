@@ -319,6 +319,17 @@ TEST(DrawingBook, KeepsOtherSecuritiesAndNeverOverwritesADamagedFile) {
   EXPECT_THAT(LoadDrawings(file), testing::SizeIs(2));
   EXPECT_THAT(DrawingBook(file).Of({"SCB", "Bank"}).All(), ElementsAre(Line(1)));
   EXPECT_THAT(DrawingBook(file).Of({"SCB", "SCB x100"}).All(), IsEmpty());
+  // Both programs change the same security.
+  DrawingList& list = other_program.Of({"SCB", "Bank"});
+  list.Add(Line(4));
+  list.Remove(0);
+  other_program.Save({"SCB", "Bank"});
+  book.Of({"SCB", "Bank"}).Add(Line(5));
+  book.Save({"SCB", "Bank"});
+  EXPECT_THAT(book.Of({"SCB", "Bank"}).All(), ElementsAre(Line(4), Line(5)));
+  book.Of({"SCB", "Bank"}).Remove(0);
+  book.Of({"SCB", "Bank"}).Change(0, Line(1));
+  book.Save({"SCB", "Bank"});
 
   const std::string good = ReadFile(file);
   const std::string bad = good.substr(0, good.size() / 2);

@@ -2,8 +2,8 @@
 
 #include <filesystem>
 #include <map>
-#include <set>
 #include <string>
+#include <vector>
 
 #include "charthost/drawings/drawing_file.h"
 #include "charthost/drawings/drawing_list.h"
@@ -19,18 +19,22 @@ class DrawingBook {
   // The list of a security, read at the first call. It stays valid. If the file can't be read, the
   // list is empty, and Problem says why.
   DrawingList& Of(const SecurityKey& security);
-  // Call after a list has changed. What a file that was repaired since holds of the security joins
-  // the list.
+  // Call after a list has changed. What another program has changed in the file meanwhile, or a
+  // repair brought back, joins the list.
   void Save(const SecurityKey& security);
   // What failed last, as a sentence; empty once something has been saved.
   const std::string& Problem() const { return problem_; }
 
  private:
-  std::vector<Drawing> Load(const SecurityKey& security) const;
+  struct Kept {
+    DrawingList list;
+    std::vector<Drawing> in_file;  // as last read or written
+  };
+
+  Kept& KeptOf(const SecurityKey& security);
 
   std::filesystem::path file_;
-  std::map<SecurityKey, DrawingList> lists_;
-  std::set<SecurityKey> unread_;  // the file could not be read
+  std::map<SecurityKey, Kept> kept_;
   std::string problem_;
 };
 

@@ -150,14 +150,12 @@ DrawingsBySecurity LoadDrawings(const fs::path& file) {
   }
 }
 
-void SaveDrawings(const fs::path& file, const SecurityKey& security,
-                  const std::vector<Drawing>& drawings) {
+void ChangeDrawings(const fs::path& file, const SecurityKey& security,
+                    const DrawingsChange& change) {
   DrawingsBySecurity all = LoadDrawings(file);
-  if (drawings.empty()) {
-    all.erase(security);
-  } else {
-    all[security] = drawings;
-  }
+  std::vector<Drawing>& of_one = all[security];
+  of_one = change(std::move(of_one));
+  if (of_one.empty()) all.erase(security);
   const std::string text = DrawingsText(all);
   ReadDrawings(text);  // what is written can be read again
   fs::create_directories(file.parent_path());

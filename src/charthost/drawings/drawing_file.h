@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -29,9 +30,11 @@ DrawingsBySecurity ReadDrawings(std::string_view text);
 // The drawings of a file; none if there is no such file. Throws FileError and DrawingFileError, the
 // latter naming the file and what to do.
 DrawingsBySecurity LoadDrawings(const std::filesystem::path& file);
-// Replaces the drawings of one security in the file; those of others, which another program may
-// have changed, stay. A file that can't be read is left as it is: throws as LoadDrawings does.
-void SaveDrawings(const std::filesystem::path& file, const SecurityKey& security,
-                  const std::vector<Drawing>& drawings);
+// Replaces the drawings of one security in the file with what `change` makes of them; those of
+// others, which another program may have changed, stay. A file that can't be read is left as it is:
+// throws as LoadDrawings does.
+using DrawingsChange = std::function<std::vector<Drawing>(std::vector<Drawing>)>;
+void ChangeDrawings(const std::filesystem::path& file, const SecurityKey& security,
+                    const DrawingsChange& change);
 
 }  // namespace velumar

@@ -379,10 +379,18 @@ void DrawingTool::Recolour(int colour) {
   Change(std::move(drawing));
 }
 
+// The list may get drawings of another program, so the selected one may have another place.
 void DrawingTool::Save() {
+  const std::optional<Drawing> chosen = Selected() ? std::optional(At(*selected_)) : std::nullopt;
   saving_ = true;
   desk_.Save(Security());
   saving_ = false;
+  const std::vector<Drawing>& all = List().All();
+  if (chosen && (!Selected() || At(*selected_) != *chosen)) {
+    const auto found = std::ranges::find(all, *chosen);
+    selected_.reset();
+    if (found != all.end()) selected_ = static_cast<std::size_t>(found - all.begin());
+  }
   emit Changed();
 }
 

@@ -37,7 +37,8 @@ class DrawingTool : public QObject, public PlotTool {
   std::vector<std::size_t> Shown() const;
   const Drawing& At(std::size_t index) const { return List().All().at(index); }
   std::optional<std::size_t> Selected() const {
-    return list_ == &List() ? selected_ : std::nullopt;
+    const bool valid = list_ == &List() && selected_ < List().All().size();
+    return valid ? selected_ : std::nullopt;
   }
   void Select(std::optional<std::size_t> index);
   // Scrolls to the selected drawing if it is out of view.
