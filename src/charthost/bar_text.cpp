@@ -85,6 +85,11 @@ std::string ChangeText(double close, double previous_close, int decimals) {
   return text + " (" + PercentText(change / std::abs(previous_close) * 100) + ")";
 }
 
+std::string MoneyText(double money) {
+  const std::string text = GroupedNumber(PriceText(money, 2));
+  return text.starts_with('-') || text == "0.00" ? text : "+" + text;
+}
+
 std::string IndicatorValueText(double value, ValueFormat format, int decimals) {
   if (std::isnan(value)) return "-";
   switch (format) {

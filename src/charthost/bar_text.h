@@ -38,6 +38,9 @@ std::string ShortVolumeText(double value);
 // The change from the previous close: "+1.25 (+0.83%)". No percentage of a zero close.
 std::string ChangeText(double close, double previous_close, int decimals);
 
+// An amount of money with its sign: "+1,250.00", "-3.50", "0.00".
+std::string MoneyText(double money);
+
 // "-" for NaN, where an indicator has too few bars.
 std::string IndicatorValueText(double value, ValueFormat format, int decimals);
 

@@ -16,7 +16,7 @@ class HostControl : public ChartSide {
         view_(view),
         platform_(platform),
         keys_(session, inputs, view, platform, registry, trader),
-        link_(session, view, platform, registry, trader) {}
+        link_(session, inputs, view, platform, registry, trader) {}
 
   void CloseCharts() override;
   void OpenChart() override { Driver().OpenChart(); }

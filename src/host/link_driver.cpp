@@ -10,6 +10,7 @@
 #include "base/paths.h"
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
+#include "trading/account.h"
 #include "trading/position_book.h"
 #include "trading/status_texts.h"
 
@@ -197,6 +198,9 @@ ChartPositions LinkDriver::Positions() {
   };
   add(kLongSide, session_.LUnrealisedMoney);
   add(kShortSide, session_.SUnrealisedMoney);
+  const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
+  positions.quantity = figures.problem.empty() ? figures.quantity : 0;
+  positions.profit_per_point = session_.ProfitPerContract;
   return positions;
 }
 

@@ -9,6 +9,7 @@
 #include "host/trader_focus.h"
 #include "platform/chart_link.h"
 #include "platform/platform.h"
+#include "session/run_inputs.h"
 #include "session/run_view.h"
 #include "session/sim_session.h"
 
@@ -17,9 +18,14 @@ namespace velumar {
 // Drives our own chart program over its direct link: without focus, keys, dialogs or fixed waits.
 class LinkDriver : public ChartDriver {
  public:
-  LinkDriver(SimSession& session, RunView& view, Platform& platform, ChartRegistry& registry,
-             TraderFocus& trader)
-      : session_(session), view_(view), platform_(platform), registry_(registry), trader_(trader) {}
+  LinkDriver(SimSession& session, const RunInputs& inputs, RunView& view, Platform& platform,
+             ChartRegistry& registry, TraderFocus& trader)
+      : session_(session),
+        inputs_(inputs),
+        view_(view),
+        platform_(platform),
+        registry_(registry),
+        trader_(trader) {}
 
   // True if the link is the way to the chart: our chart program owns the chart window, even if it
   // is too busy to answer, or it has ended by itself since it was last used. Asks the chart
@@ -35,8 +41,8 @@ class LinkDriver : public ChartDriver {
   ChartTrouble Refresh() override;
   long RefreshMilliseconds() const override { return 0; }
 
-  // Shows the orders and what is held on the charts, if the chart program answered last time. Waits
-  // only for a moment: an order must not.
+  // Shows the orders, what is held and the entered quantity on the charts, if the chart program
+  // answered last time. Waits only for a moment: an order must not.
   void ShowPositions();
   // True if the charts miss what they were last asked to show, because the chart program was busy
   // or had ended. Another refresh brings them up to date.
@@ -68,6 +74,7 @@ class LinkDriver : public ChartDriver {
   LinkOutcome Ask(const ChartRequest& request, std::chrono::milliseconds patience);
 
   SimSession& session_;
+  const RunInputs& inputs_;
   RunView& view_;
   Platform& platform_;
   ChartRegistry& registry_;

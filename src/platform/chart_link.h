@@ -32,10 +32,12 @@ struct HeldLine {
   bool operator==(const HeldLine&) const = default;
 };
 
-// What was traded in a series, for its charts.
+// What was traded in a series, and what the next order would trade, for its charts.
 struct ChartPositions {
   std::vector<OrderMark> orders = {};
   std::vector<HeldLine> held = {};
+  double quantity = 0;          // of the next order; 0 if it can't be used
+  double profit_per_point = 0;  // money of one unit
 
   bool operator==(const ChartPositions&) const = default;
 };

@@ -17,7 +17,8 @@ class ChartSide {
   virtual bool BringHostToFront() = 0;
   // Makes every open chart read the store again, then shows the current bar and the account.
   virtual void RefreshCharts() = 0;
-  // Shows the orders and what is held on the charts, if the chart program can.
+  // Shows the orders, what is held and the entered quantity on the charts, if the chart program
+  // can.
   virtual void ShowPositions() = 0;
 };
 

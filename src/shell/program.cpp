@@ -35,7 +35,7 @@ struct Program::Parts {
         run(session, windows, windows, platform, cache, ledger, chart),
         orders(session, windows, windows, platform, ledger, chart),
         account(session, windows, desktop),
-        panel(session, windows, desktop, platform, account, orders),
+        panel(session, windows, desktop, platform, account, orders, chart),
         setup(session, windows, desktop, platform, catalogue, import, run, panel, account, registry,
               ledger, cache),
         navigator(session, windows, desktop, platform, run),

@@ -18,7 +18,8 @@ class RunWindows : public RunInputs, public RunView {
   std::string StartingMoney() const override { return desktop_.form1().txtInitPorfolio.Text(); }
   std::string Delay() const override { return desktop_.form3().Combo2.Text(); }
   int ChartCount() const override;
-  std::string Quantity() const override { return desktop_.form3().txtContractVol.Text(); }
+  // A panel that is closed keeps its text: loading it would start the account again.
+  std::string Quantity() const override { return desktop_.Untouched().form3.txtContractVol.Text(); }
   std::string Commission() const override { return desktop_.form1().txtcomm.Text(); }
   std::string Vat() const override { return desktop_.form1().txtVAT.Text(); }
   std::string Margin() const override { return desktop_.form1().txtContractValue.Text(); }

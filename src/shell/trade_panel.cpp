@@ -20,13 +20,14 @@ constexpr float kUnderNavigator = 100;  // twips
 }  // namespace
 
 TradePanel::TradePanel(SimSession& session, RunWindows& run, Desktop& desktop, Platform& platform,
-                       AccountBoxes& account, OrderDesk& orders)
+                       AccountBoxes& account, OrderDesk& orders, ChartSide& chart)
     : session_(session),
       run_(run),
       desktop_(desktop),
       platform_(platform),
       account_(account),
-      orders_(orders) {
+      orders_(orders),
+      chart_(chart) {
   BindPanel();
   BindBigDisplays();
 }
@@ -54,6 +55,8 @@ void TradePanel::BindPanel() {
   form.imgOffsetLong.on_click = guarded("The order Offset Long", [this] { orders_.OffsetLong(); });
   form.ImgOffsetShort.on_click =
       guarded("The order Offset Short", [this] { orders_.OffsetShort(); });
+  form.txtContractVol.on_change =
+      guarded("Changing the quantity", [this] { chart_.ShowPositions(); });
   form.txtContractVol.on_leave = guarded("Reading the quantity", [this] { QuantityLeft(); });
 }
 

@@ -5,6 +5,7 @@
 
 #include "forms/desktop.h"
 #include "platform/platform.h"
+#include "session/chart_side.h"
 #include "session/sim_session.h"
 #include "shell/account_boxes.h"
 #include "shell/run_windows.h"
@@ -17,7 +18,7 @@ namespace velumar {
 class TradePanel {
  public:
   TradePanel(SimSession& session, RunWindows& run, Desktop& desktop, Platform& platform,
-             AccountBoxes& account, OrderDesk& orders);
+             AccountBoxes& account, OrderDesk& orders, ChartSide& chart);
 
   // Shows the panel for a run. The account starts with what is entered now, even if the panel was
   // opened earlier.
@@ -45,6 +46,7 @@ class TradePanel {
   Platform& platform_;
   AccountBoxes& account_;
   OrderDesk& orders_;
+  ChartSide& chart_;
   std::map<const BigWindow*, std::pair<float, float>> first_places_;  // top, left
   bool closing_ = false;  // while it slides out; clicks on "Close & Return" are ignored
 };

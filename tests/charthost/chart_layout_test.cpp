@@ -55,6 +55,10 @@ TEST(DistanceText, CountsBarsDaysAndPoints) {
   EXPECT_EQ(DistanceText(series, {0, 50}, {2, 51.25}), "2 bars, 28 days, +1.25 (+2.50%)");
   EXPECT_EQ(DistanceText(series, {1, 51.25}, {0, 50}), "-1 bar, -1 day, -1.25 (-2.44%)");
   EXPECT_EQ(DistanceText(series, {0, 0}, {3, 1}), "3 bars, +1.00");
+  EXPECT_EQ(DistanceText(series, {0, 0}, {3, 1.5}, {2.5, 1000}),
+            "3 bars, +1.50, +3,750.00 for quantity 2.5");
+  EXPECT_EQ(DistanceText(series, {3, 2}, {3, 0}, {1, 0.5}),
+            "0 bars, -2.00 (-100.00%), -1.00 for quantity 1");
 }
 
 }  // namespace

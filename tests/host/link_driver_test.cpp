@@ -285,9 +285,16 @@ TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {
   EXPECT_EQ(link.positions.held, (std::vector<HeldLine>{{false, 12, 2, 100}}));
   session.BarIndex = 9;
   session.SAccum = 0;
+  EXPECT_EQ(link.positions.quantity, 1);
+  EXPECT_EQ(link.positions.profit_per_point, 100);
+  run.quantity = "2,000.5";
   host.ShowPositions();
   EXPECT_EQ(link.positions.orders.size(), 3U);
   EXPECT_TRUE(link.positions.held.empty());
+  EXPECT_EQ(link.positions.quantity, 2000.5);
+  run.quantity = "-1";
+  host.ShowPositions();
+  EXPECT_EQ(link.positions.quantity, 0);
 }
 
 TEST_F(LinkDriverTest, AChartThatCannotBeOpenedShowsABox) {

@@ -88,6 +88,8 @@ void ChartPlot::SetColours(const Palette& colours) {
 
 void ChartPlot::SetPositions(const ChartPositions& positions) { positions_->Set(positions); }
 
+const ChartPositions& ChartPlot::Positions() const { return positions_->Positions(); }
+
 void ChartPlot::PaintTo(QCPPainter& painter) {
   HidePointer();
   toPainter(&painter, viewport().width(), viewport().height());

@@ -27,6 +27,7 @@ class ChartPlot : public BarPlot {
   void SetColours(const Palette& colours) override;
   // Orders as arrows at their bar and price, held sides as lines. The next drawing shows them.
   void SetPositions(const ChartPositions& positions);
+  const ChartPositions& Positions() const;
   // Events go to the tools added first.
   void AddTool(std::unique_ptr<PlotTool> tool);
   QCPAxisRect& Prices() const;

@@ -88,7 +88,9 @@ void MeasureTool::BeforeReplot() {
   if (!shown) return;
   area_->topLeft->setCoords(from_->bar, from_->price);
   area_->bottomRight->setCoords(to_.bar, to_.price);
-  text_->setText(ToQt(DistanceText(plot_.Model().Series(), *from_, to_)));
+  const ChartPositions& positions = plot_.Positions();
+  text_->setText(ToQt(DistanceText(plot_.Model().Series(), *from_, to_,
+                                   {positions.quantity, positions.profit_per_point})));
   // Inside the pane, on the side to which the pointer moves.
   const QRect pane = plot_.Prices().rect();
   const int half = QFontMetrics(text_->font()).horizontalAdvance(text_->text()) / 2 + 8;

@@ -40,11 +40,6 @@ bool IsLower(const HeldLine& line, const std::vector<HeldLine>& all) {
 // "2.5", without trailing zeros.
 QString QuantityText(double quantity) { return QString::number(quantity, 'g', 7); }
 
-QString ProfitText(double profit) {
-  const QString sign = profit < 0 ? QString() : QStringLiteral("+");
-  return sign + QLocale(QLocale::English).toString(profit, 'f', 2);
-}
-
 }  // namespace
 
 PositionMarks::PositionMarks(QCustomPlot& plot, QCPAxisRect& prices, QCPAxis& bars)
@@ -127,7 +122,7 @@ void PositionMarks::ShowHeld(const HeldLine& held, const ChartModel& model) {
                         .arg(held.is_long ? QStringLiteral("Long") : QStringLiteral("Short"),
                              QuantityText(held.quantity),
                              ToQt(PriceText(held.price, model.Series().decimals)),
-                             ProfitText(held.profit)));
+                             ToQt(MoneyText(held.profit))));
   mark.tag->setColor(colour);
   // The newest bars are often below the tag.
   QColor ground = colours_.field;

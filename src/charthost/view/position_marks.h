@@ -19,6 +19,7 @@ class PositionMarks {
   PositionMarks(QCustomPlot& plot, QCPAxisRect& prices, QCPAxis& bars);
 
   void Set(const ChartPositions& positions) { positions_ = positions; }
+  const ChartPositions& Positions() const { return positions_; }
   void SetColours(const Palette& colours);
   // Fills the parts for what the model shows.
   void Show(const ChartModel& model);

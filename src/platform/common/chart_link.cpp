@@ -18,7 +18,8 @@ NLOHMANN_JSON_SERIALIZE_ENUM(ChartRequest::Command,
                              })
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(OrderMark, bar, price, is_long, entry)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(HeldLine, is_long, price, quantity, profit)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ChartPositions, orders, held)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE_WITH_DEFAULT(ChartPositions, orders, held, quantity,
+                                                profit_per_point)
 
 namespace {
 
