@@ -124,13 +124,12 @@ void PositionMarks::ShowHeld(const HeldLine& held, const ChartModel& model) {
                              ToQt(PriceText(held.price, model.Series().decimals)),
                              ToQt(MoneyText(held.profit))));
   mark.tag->setColor(colour);
-  // The newest bars are often below the tag.
   QColor ground = colours_.field;
   ground.setAlpha(kTagOpacity);
   mark.tag->setBrush(ground);
-  mark.tag->setPositionAlignment(Qt::AlignRight |
+  mark.tag->setPositionAlignment(Qt::AlignLeft |
                                  (IsLower(held, positions_.held) ? Qt::AlignTop : Qt::AlignBottom));
-  mark.tag->position->setCoords(1, held.price);
+  mark.tag->position->setCoords(0, held.price);
   mark.tag->setVisible(true);
 }
 

@@ -12,7 +12,8 @@ namespace velumar {
 
 // What was traded, on a price chart: an arrow for each order, whose tip is at the price of its bar
 // (an entry is filled, an exit hollow; an arrow up buys, one down sells), and a line at the average
-// price of each held side, with quantity and open profit at its right end.
+// price of each held side, with quantity and open profit at its left end, where they cover no new
+// bar.
 class PositionMarks {
  public:
   // Adds its parts to the plot, which owns them.
