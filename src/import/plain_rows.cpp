@@ -1,7 +1,6 @@
 #include "import/plain_rows.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "import/field_text.h"
 #include "import/price_number.h"
@@ -50,6 +49,16 @@ PlainRows::Step PlainRows::StepOf(std::size_t column) const {
   return {};
 }
 
+inline const char* PlainRows::TakeNumber(const Step& step, const char* at, const char* end,
+                                         PriceRow& row) {
+  PriceNumber number;
+  const char* const after = TakePlainNumber(at, end, decimal_, step.is_price ? shift_ : 0, number);
+  if (!after) return nullptr;
+  if (step.is_price) reader_.NoteDecimals(number, {at, static_cast<std::size_t>(after - at)});
+  (step.value ? row.bar.*step.value : row.adjusted_close) = number.value;
+  return after;
+}
+
 bool PlainRows::Read(std::string_view line, PriceRow& row) {
   if (steps_.empty()) return false;
   const char* at = line.data();
@@ -59,11 +68,10 @@ bool PlainRows::Read(std::string_view line, PriceRow& row) {
   const Step* const last = &steps_.back();
   for (const Step* step = steps_.data();; ++step) {
     if (step->kind == Step::Kind::kNumber) {
-      if (!ReadNumber(*step, at, end, row)) return false;
+      at = TakeNumber(*step, at, end, row);
+      if (!at) return false;
     } else {
-      const void* const found =
-          std::memchr(at, format_.separator, static_cast<std::size_t>(end - at));
-      const char* const field_end = found ? static_cast<const char*>(found) : end;
+      const char* const field_end = std::find(at, end, format_.separator);
       const std::string_view field(at, static_cast<std::size_t>(field_end - at));
       at = field_end;
       if (NeedsCare(field)) return false;
@@ -79,17 +87,6 @@ bool PlainRows::Read(std::string_view line, PriceRow& row) {
   if (at != end) return false;
   if (!has_adjusted_) row.adjusted_close = row.bar.close;
   return reader_.ReadUsualMoment(date, time, row);
-}
-
-bool PlainRows::ReadNumber(const Step& step, const char*& at, const char* end, PriceRow& row) {
-  const char* const start = at;
-  PriceNumber number;
-  if (!TakePlainNumber(at, end, decimal_, step.is_price ? shift_ : 0, number)) return false;
-  if (step.is_price) {
-    reader_.NoteDecimals(number, {start, static_cast<std::size_t>(at - start)});
-  }
-  (step.value ? row.bar.*step.value : row.adjusted_close) = number.value;
-  return true;
 }
 
 }  // namespace velumar

@@ -28,7 +28,7 @@ class PlainRows {
   };
 
   Step StepOf(std::size_t column) const;
-  bool ReadNumber(const Step& step, const char*& at, const char* end, PriceRow& row);
+  const char* TakeNumber(const Step& step, const char* at, const char* end, PriceRow& row);
 
   const TableFormat& format_;
   RowReader& reader_;

@@ -5,6 +5,7 @@
 #include <bit>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,6 +31,52 @@ constexpr std::array<float, 11> kExactFloats = {1e0F, 1e1F, 1e2F, 1e3F, 1e4F, 1e
 const char* TakeDigits(const char* at, const char* end, std::uint64_t& number) {
   for (; at != end && IsDigit(*at); ++at) number = number * 10 + static_cast<unsigned>(*at - '0');
   return at;
+}
+
+// A number that ends before the eighth byte, decimal sign included.
+struct ShortNumber {
+  std::uint64_t digits = 0;
+  unsigned length = 0;  // in bytes; 0 if there is none
+  unsigned decimals = 0;
+};
+
+// Takes all digits at once: eight characters are one integer, whose lowest byte is the first.
+ShortNumber TakeShortNumber(const char* at, const char* end, char decimal) {
+  if constexpr (std::endian::native != std::endian::little) return {};
+  constexpr unsigned kBytes = sizeof(std::uint64_t);
+  constexpr std::uint64_t kEach = 0x0101010101010101;
+  if (end - at < static_cast<std::ptrdiff_t>(kBytes)) return {};
+  std::uint64_t bytes = 0;
+  std::memcpy(&bytes, at, kBytes);
+  bytes ^= kEach * '0';  // digits become 0 to 9
+  // The highest bit of each other byte, up to the first one: a carry spoils only later bytes.
+  constexpr std::uint64_t kAboveNine = 0x7F - 9;
+  constexpr std::uint64_t kHighBit = 0x80;
+  const std::uint64_t others = ((bytes + kEach * kAboveNine) | bytes) & (kEach * kHighBit);
+  if (others == 0) return {};
+  ShortNumber number{.length = static_cast<unsigned>(std::countr_zero(others)) / 8};
+  unsigned count = number.length;
+  if (at[count] == decimal) {
+    // Closes the gap of the decimal sign; the byte that follows the word is not looked at.
+    const std::uint64_t whole = (std::uint64_t{1} << (count * 8)) - 1;
+    const std::uint64_t rest = others >> 8 & ~whole;
+    if (rest == 0) return {};
+    bytes = (bytes & whole) | (bytes >> 8 & ~whole);
+    const unsigned all = static_cast<unsigned>(std::countr_zero(rest)) / 8;
+    number.decimals = all - count;
+    number.length = all + 1;
+    count = all;
+  }
+  if (count == 0) return {};
+  bytes <<= (kBytes - count) * 8;  // leading zeros
+  // Pairs of digits, pairs of pairs, and their sum.
+  bytes = bytes * 10 + (bytes >> 8);
+  constexpr std::uint64_t kPairs = 0x000000FF000000FF;
+  constexpr std::uint64_t kFirstAndThird = 100 + (std::uint64_t{1'000'000} << 32);
+  constexpr std::uint64_t kSecondAndFourth = 1 + (std::uint64_t{10'000} << 32);
+  number.digits =
+      ((bytes & kPairs) * kFirstAndThird + (bytes >> 16 & kPairs) * kSecondAndFourth) >> 32;
+  return number;
 }
 
 // The float nearest to digits * 10^exponent, if a double decides it: with an exact whole number and
@@ -165,36 +212,37 @@ Outcome ReadAny(std::string_view text, NumberStyle style, int shift, PriceNumber
 }
 
 Outcome Read(std::string_view field, NumberStyle style, int shift, PriceNumber& number) {
-  const char* at = field.data();
-  const char* const end = at + field.size();
-  if (TakePlainNumber(at, end, style.decimal_comma ? ',' : '.', shift, number) && at == end) {
-    return Outcome::kNumber;
-  }
+  const char decimal = style.decimal_comma ? ',' : '.';
+  const char* const end = field.data() + field.size();
+  if (TakePlainNumber(field.data(), end, decimal, shift, number) == end) return Outcome::kNumber;
   return ReadAny(field, style, shift, number);
 }
 
 }  // namespace
 
-bool TakePlainNumber(const char*& at, const char* end, char decimal, int shift,
-                     PriceNumber& number) {
+const char* TakePlainNumber(const char* at, const char* end, char decimal, int shift,
+                            PriceNumber& number) {
   constexpr std::ptrdiff_t kMostDigits = 19;
-  std::uint64_t digits = 0;
-  const char* next = TakeDigits(at, end, digits);
-  std::ptrdiff_t count = next - at;
-  int decimals = 0;
-  if (next != end && *next == decimal) {
-    const char* const first = next + 1;
-    next = TakeDigits(first, end, digits);
-    decimals = static_cast<int>(next - first);
-    count += decimals;
+  const ShortNumber brief = TakeShortNumber(at, end, decimal);
+  std::uint64_t digits = brief.digits;
+  const char* next = at + brief.length;
+  auto decimals = static_cast<int>(brief.decimals);
+  if (brief.length == 0) {
+    next = TakeDigits(at, end, digits);
+    std::ptrdiff_t count = next - at;
+    if (next != end && *next == decimal) {
+      const char* const first = next + 1;
+      next = TakeDigits(first, end, digits);
+      decimals = static_cast<int>(next - first);
+      count += decimals;
+    }
+    if (count == 0 || count > kMostDigits) return nullptr;
   }
-  if (count == 0 || count > kMostDigits) return false;
   const auto value = NearestFloat(digits, shift - decimals);
-  if (!value) return false;
-  at = next;
+  if (!value) return nullptr;
   number.value = *value;
   number.decimals = std::max(decimals - shift, 0);
-  return true;
+  return next;
 }
 
 std::optional<PriceNumber> NumberIn(std::string_view field, NumberStyle style) {

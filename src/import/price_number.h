@@ -28,10 +28,9 @@ PriceNumber ReadNumber(std::string_view field, NumberStyle style, int shift);
 std::optional<PriceNumber> NumberIn(std::string_view field, NumberStyle style);
 
 // Takes a number of nothing but digits and at most one decimal sign from `at` on, as ReadNumber
-// does, and moves `at` past it. Returns false, with `at` unchanged, if there is none or the fast
-// way does not do.
-bool TakePlainNumber(const char*& at, const char* end, char decimal, int shift,
-                     PriceNumber& number);
+// does. Returns where it ends; null if there is none or the fast way does not do.
+const char* TakePlainNumber(const char* at, const char* end, char decimal, int shift,
+                            PriceNumber& number);
 
 bool IsMissingWord(std::string_view field);
 // True for a missing value: nothing, "null", "N/A", "-", ...

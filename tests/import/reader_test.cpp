@@ -66,6 +66,33 @@ TEST(PriceNumber, AgreesWithTheLibraryOnRandomDecimals) {
   }
 }
 
+TEST(PriceNumber, IsTheSameWhateverFollowsIt) {
+  std::mt19937_64 random(28);
+  int slow = 0;
+  constexpr std::string_view kFollowing[] = {
+      "",         ",",         ",12.5,3", ";\xFF\xFE\x80\x90", "\xE2\x82\xAC 1234567",
+      ".5.5.5.5", ":::::::::", "///////"};
+  for (int i = 0; i < 20000; ++i) {
+    std::string text = std::to_string(1000000000 + random() % 9000000000).substr(random() % 10);
+    if (i % 4 != 0) text.insert(random() % (text.size() + 1), ".");
+    const std::string line =
+        text + std::string(kFollowing[text.find('.') == text.npos ? i % 5 : i % 8]);
+    float expected = 0;
+    std::from_chars(text.data(), text.data() + text.size(), expected);
+    PriceNumber number;
+    const char* const end = TakePlainNumber(line.data(), line.data() + line.size(), '.', 0, number);
+    if (!end) {
+      ++slow;  // no number, or in the middle of two floats
+      continue;
+    }
+    ASSERT_EQ(end, line.data() + text.size()) << line;
+    ASSERT_EQ(number.value, expected) << line;
+    const std::size_t whole = std::min(text.find('.'), text.size() - 1);
+    ASSERT_EQ(number.decimals, static_cast<int>(text.size() - whole - 1)) << line;
+  }
+  EXPECT_LT(slow, 2000);
+}
+
 TEST(PriceNumber, RefusesOtherTextsAndWhatCannotBeStored) {
   for (const std::string text :
        {"x", "1x", "1,5", "0x10", "+-1", "1e+", ".", "1,2345", "1,23,45", ",123", "1.2.3",
