@@ -10,7 +10,9 @@ namespace velumar {
 
 class Form;
 
-inline constexpr int kEnterKey = 13;  // as on_key_up reports it
+// As on_key_up reports them.
+inline constexpr int kEnterKey = 13;
+inline constexpr int kDeleteKey = 46;
 
 // Colours are 32-bit values in blue-green-red order.
 using Colour = std::uint32_t;

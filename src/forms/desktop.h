@@ -6,6 +6,7 @@
 #include "forms/form2.h"
 #include "forms/form3.h"
 #include "forms/frm_import.h"
+#include "forms/frm_practice.h"
 #include "forms/frm_result.h"
 #include "forms/frm_score.h"
 #include "forms/graph2.h"
@@ -50,6 +51,7 @@ class Desktop {
     FrmResult frmResult;
     Graph2 graph2;
     FrmImport frmImport;
+    FrmPractice frmPractice;
   };
 
   Form1& form1() { return Loaded(windows_.form1); }
@@ -62,6 +64,7 @@ class Desktop {
   FrmResult& frmResult() { return Loaded(windows_.frmResult); }
   Graph2& graph2() { return Loaded(windows_.graph2); }
   FrmImport& frmImport() { return Loaded(windows_.frmImport); }
+  FrmPractice& frmPractice() { return Loaded(windows_.frmPractice); }
 
   // Loads the window, hidden, if it isn't loaded.
   void Load(Form& form) { Loaded(form); }
@@ -71,11 +74,11 @@ class Desktop {
   }
 
   Windows& Untouched() { return windows_; }
-  std::array<Form*, 10> All() {
+  std::array<Form*, 11> All() {
     return {&windows_.form1,          &windows_.form2,       &windows_.form3,
             &windows_.frmBigDateTime, &windows_.frmBigScore, &windows_.frmBigPrice,
             &windows_.frmScore,       &windows_.frmResult,   &windows_.graph2,
-            &windows_.frmImport};
+            &windows_.frmImport,      &windows_.frmPractice};
   }
   // Null if there is no window of that name.
   Form* Find(std::string_view name) {

@@ -46,6 +46,9 @@ class Form1 : public Form {
   Label Label3{*this, {"Label3", 240, 1440, 615, 255, "Date:", "", kBoldCaption}};
   DatePicker DTPicker1{
       *this, {"DTPicker1", 1080, 1440, 1455, 375, "", "Select Date", kField}, 20051203};
+  Link lnkPractice{
+      *this,
+      {"lnkPractice", 3240, 1440, 900, 255, "Practice ...", "Go on with an earlier session"}};
   Label Label2{*this, {"Label2", 2640, 1800, 495, 255, "Comm.", "", kCaption}};
   TextBox txtcomm{*this,
                   {"txtcomm", 3240, 1800, 615, 195, "1,000",

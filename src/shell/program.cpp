@@ -6,6 +6,7 @@
 #include "shell/event_guard.h"
 #include "shell/import_window.h"
 #include "shell/navigator_window.h"
+#include "shell/practice_window.h"
 #include "shell/preview_window.h"
 #include "shell/price_importer.h"
 #include "shell/result_window.h"
@@ -38,6 +39,8 @@ struct Program::Parts {
         panel(session, windows, desktop, platform, account, orders, chart),
         setup(session, windows, desktop, platform, catalogue, import, run, panel, account, registry,
               ledger, cache),
+        practice(desktop, platform, ledger, cache,
+                 [this](int number) { setup.ResumeSession(number); }),
         navigator(session, windows, desktop, platform, run),
         score_board(session, desktop, platform),
         results(desktop, platform, ledger, score_board),
@@ -60,6 +63,7 @@ struct Program::Parts {
   AccountBoxes account;
   TradePanel panel;
   SetupWindow setup;
+  PracticeWindow practice;
   NavigatorWindow navigator;
   ScoreBoard score_board;
   ResultWindow results;

@@ -264,6 +264,7 @@ void SetupWindow::Enter(const LedgerSession& session) {
 
 void SetupWindow::BeginRun() {
   import_.Close();
+  desktop_.Unload(desktop_.Untouched().frmPractice);
   bool ready = false;
   IgnoringErrors([&] {
     const PreparingScope preparing(session_);

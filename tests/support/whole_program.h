@@ -18,8 +18,15 @@ namespace velumar {
 
 // The whole program without a window, a chart program or a clock of the real world.
 struct WholeProgram {
-  explicit WholeProgram(const std::string& data_dir) {
+  explicit WholeProgram(const std::string& data_dir,
+                        const std::string& ledger_file = std::string(kInMemory))
+      : platform(Outside(ledger_file)) {
     outside.settings.Save("LastPath", data_dir);
+  }
+  Platform Outside(const std::string& ledger_file) {
+    Platform references = outside.References();
+    references.ledger_file = ledger_file;
+    return references;
   }
 
   Form1& Setup() { return windows.form1; }
@@ -38,7 +45,7 @@ struct WholeProgram {
   long Now() const { return static_cast<long>(outside.events.Now().count()); }
 
   VirtualPlatform outside;
-  Platform platform = outside.References();
+  Platform platform;
   SimSession session;
   Desktop desktop;
   Desktop::Windows& windows = desktop.Untouched();
@@ -60,7 +67,7 @@ struct RunFixture : testing::Test {
   void Reopen() {
     decltype(all->outside.settings.texts) settings;
     if (all) settings = all->outside.settings.texts;
-    all = std::make_unique<WholeProgram>(data);
+    all = std::make_unique<WholeProgram>(data, ledger_file);
     all->outside.settings.texts.insert(settings.begin(), settings.end());
   }
 
@@ -82,6 +89,7 @@ struct RunFixture : testing::Test {
 
   ScratchFolder scratch;
   std::string data = scratch.Sub("data");
+  std::string ledger_file{kInMemory};
   std::unique_ptr<WholeProgram> all;
 };
 

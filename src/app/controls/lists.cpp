@@ -123,8 +123,17 @@ class TableView : public View<QTableView, Table> {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override {
-    if (!event->matches(QKeySequence::Copy)) return QTableView::keyPressEvent(event);
-    Pass(&Table::UserCopy);
+    if (event->matches(QKeySequence::Copy)) return Pass(&Table::UserCopy);
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (model_.on_key_up && enter) return Pass(&Table::UserKeyUp, kEnterKey);
+    if (model_.on_key_up && event->key() == Qt::Key_Delete) {
+      return Pass(&Table::UserKeyUp, kDeleteKey);
+    }
+    QTableView::keyPressEvent(event);
+  }
+  void mouseDoubleClickEvent(QMouseEvent* event) override {
+    QTableView::mouseDoubleClickEvent(event);
+    if (indexAt(event->pos()).isValid()) Pass(&Table::UserDoubleClick);
   }
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override {
     QTableView::selectionChanged(selected, deselected);

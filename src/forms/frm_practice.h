@@ -1,0 +1,36 @@
+#pragma once
+
+#include "forms/form.h"
+#include "forms/panels.h"
+#include "forms/table.h"
+
+namespace velumar {
+
+// The sessions of the ledger, to resume one, end it or delete it.
+class FrmPractice : public Form {
+ public:
+  FrmPractice() : Form({"frmPractice", "Velumar: practice", 11400, 5550}) { SetKeepsKeys(true); }
+
+  // The corner of the frame that contains the rest.
+  static constexpr float kLeft = 120;
+  static constexpr float kTop = 240;
+  static constexpr Look kCaption{.colour = kDarkBlue, .bold = true};
+  static constexpr Look kStatus{.colour = kDarkBlue, .points = 9};
+
+  Picture Image1{*this, {"Image1", 0, 0, 11400, 5550, "backdrop-result"}};
+  Frame Frame1{*this, {"Frame1", kLeft, kTop, 11160, 5190, "Sessions", "", kCaption}};
+  Table lstSessions{*this, {"lstSessions", kLeft + 120, kTop + 360, 10920, 4035, "", "Sessions"}};
+  Label lblStatus{*this, {"lblStatus", kLeft + 120, kTop + 4440, 5700, 600, "", "", kStatus}};
+  Button cmdResume{*this,
+                   {"cmdResume", kLeft + 6000, kTop + 4620, 1560, 300, "&Resume",
+                    "Go on at the bar where the session was left (Enter)"}};
+  Button cmdEnd{*this,
+                {"cmdEnd", kLeft + 7680, kTop + 4620, 1560, 300, "&End session",
+                 "The session is over: it stays in the list and can't be resumed"}};
+  Button cmdDelete{*this,
+                   {"cmdDelete", kLeft + 9360, kTop + 4620, 1560, 300, "&Delete",
+                    "Take the session off this list; its orders stay in the ledger (Delete)"}};
+  PictureButton Image5{*this, {"Image5", kLeft + 9780, kTop + 105, 1140, 195, "close", "Close"}};
+};
+
+}  // namespace velumar

@@ -1,0 +1,70 @@
+#include "support/whole_program.h"
+
+namespace velumar {
+namespace {
+
+// Two sessions, the second one with a position, and a new process after them.
+struct PracticeWindowTest : RunFixture {
+  PracticeWindowTest() {
+    ledger_file = scratch.Sub("Portfolio.mdb");
+    Reopen();
+    all->program.Start();
+    Play("FAST", 100);
+    Play("ABC", 120);
+    LedgerClose(all->ledger);
+    Reopen();
+    all->program.Start();
+  }
+  void Play(const char* symbol, int bar) {
+    all->Setup().Combo1.UserChoose(symbol == std::string("ABC") ? 0 : 1);
+    InPauseOf(bar, [this, symbol] {
+      if (symbol == std::string("ABC")) all->Panel().imgLong.UserClick();
+      all->Navigator().Image4.UserClick();
+    });
+    all->Play(bar - 1);
+    all->Navigator().Image5.UserClick();
+  }
+  FrmPractice& Window() { return all->windows.frmPractice; }
+  std::string Cell(std::size_t row, std::size_t column) {
+    return Window().lstSessions.Content().text(row, column);
+  }
+};
+
+TEST_F(PracticeWindowTest, EnterGoesOnWithTheLastSession) {
+  all->Setup().lnkPractice.UserClick();
+  ASSERT_EQ(Window().lstSessions.Content().count, 2U);
+  EXPECT_EQ(Cell(0, 0), "ABC, daily");
+  EXPECT_EQ(Cell(0, 2), "1 long");
+  EXPECT_EQ(Cell(1, 0), "FAST, 15 min");
+  Window().lstSessions.UserKeyUp(kEnterKey);
+  EXPECT_FALSE(Window().Loaded());
+  EXPECT_TRUE(all->Navigator().Visible());
+  EXPECT_EQ(all->Setup().Combo1.Text(), "ABC");
+  EXPECT_EQ(all->session.BarIndex, 121);
+  EXPECT_EQ(all->session.LAccum, 1);
+  EXPECT_EQ(all->session.Orders.size(), 1U);
+  EXPECT_EQ(StoreSize(), 122U);
+  EXPECT_FALSE(all->program.Feeding()) << "the trader looks first";
+}
+
+TEST_F(PracticeWindowTest, AnEndedSessionStaysAndADeletedOneGoes) {
+  all->Setup().lnkPractice.UserClick();
+  Window().cmdEnd.UserClick();
+  EXPECT_THAT(Cell(0, 6), HasSubstr("ended"));
+  EXPECT_EQ(Window().lstSessions.Selected(), std::vector<std::size_t>{1}) << "the next open one";
+  Window().lstSessions.UserSelect({0});
+  EXPECT_FALSE(Window().cmdResume.Enabled());
+  Window().lstSessions.UserKeyUp(kEnterKey);
+  EXPECT_FALSE(all->Navigator().Visible());
+  all->outside.boxes.answers = {1};
+  Window().cmdDelete.UserClick();
+  EXPECT_EQ(Window().lstSessions.Content().count, 2U) << "cancelled";
+  all->outside.boxes.answers = {0};
+  Window().lstSessions.UserSelect({0});
+  Window().lstSessions.UserKeyUp(kDeleteKey);
+  EXPECT_EQ(Window().lstSessions.Content().count, 1U);
+  EXPECT_EQ(Cell(0, 0), "FAST, 15 min");
+}
+
+}  // namespace
+}  // namespace velumar
