@@ -312,17 +312,26 @@ class CommandLine {
   void AddReplay() {
     CLI::App& command =
         AddCommand("replay", "Replay a security without windows, controlled by commands.", [this] {
-          if (replay_.session == 0 && replay_.start == 0) {
-            throw CLI::RequiredError("DIR, SYMBOL, INTERVAL and START, or --session");
+          if (replay_.session == 0 &&
+              (replay_.interval.empty() || (replay_.start == 0 && !replay_.blind))) {
+            throw CLI::RequiredError("DIR, SYMBOL, INTERVAL and START, --blind or --session");
           }
           Replay(replay_, context_);
         });
     command.footer(kReplayCommands);
     command.add_option("DIR", replay_.directory, "the market data directory");
-    command.add_option("SYMBOL", replay_.symbol, "the security");
+    command.add_option("SYMBOL", replay_.symbol,
+                       "the security; with --blind, any for a random one");
     command.add_option("INTERVAL", replay_.interval, ReplayIntervalsText());
     CLI::Option* start =
         command.add_option("START", replay_.start, "the start date, yyyymmdd")->check(DateProblem);
+    CLI::Option* blind = command.add_option(
+        "--blind", replay_.blind,
+        "a number: hides symbol, dates and prices of a run whose start is drawn by it");
+    command
+        .add_flag("--real-prices", replay_.real_prices,
+                  "keeps the prices of a blind run; otherwise its first close is 100")
+        ->needs(blind);
     command.add_option("--store", replay_.store,
                        "the working store: a new or empty folder, or that of an earlier replay");
     command
@@ -337,7 +346,8 @@ class CommandLine {
                     "resume a session of the ledger; DIR to START are those of the session")
         ->check(CLI::PositiveNumber)
         ->needs(ledger)
-        ->excludes(start);
+        ->excludes(start)
+        ->excludes(blind);
     AddDatePattern(command, replay_.date_pattern);
   }
 

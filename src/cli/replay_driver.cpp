@@ -108,7 +108,7 @@ void Replay(const ReplayArguments& given, CliContext& context) {
     LedgerOpenToRead(ledger, given.ledger);
     const LedgerSession session = LedgerReadSession(ledger, given.session).session;
     arguments.directory = session.directory;
-    arguments.symbol = session.symbol;
+    arguments.symbol = session.mask.empty() ? session.symbol : kAnySecurity;
     arguments.interval = session.interval;
     arguments.start = session.start_day;
   }

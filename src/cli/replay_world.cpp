@@ -11,6 +11,7 @@
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
 #include "platform/system.h"
+#include "session/run_inputs.h"
 #include "session/store_folder.h"
 
 namespace velumar {
@@ -128,6 +129,7 @@ Platform PlatformFor(const ReplayArguments& arguments, VirtualPlatform& outside)
   Platform platform = outside.References();
   platform.store_dir = arguments.store;
   if (!arguments.ledger.empty()) platform.ledger_file = arguments.ledger;
+  platform.random_seed = arguments.blind;
   return platform;
 }
 
@@ -167,11 +169,16 @@ ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
   outside.clock.moment = SystemClock().UtcMoment();
   outside.locale.pattern = DatePatternOrDefault(arguments.date_pattern);
   outside.settings.Save("LastPath", arguments.directory);
+  if (arguments.real_prices) outside.settings.Save("BlindPrices", "real");
   for (const std::string& assignment : arguments.texts) SetStartText(*this, assignment);
   program.Start();
   for (const std::string& assignment : arguments.texts) SetTextAgain(*this, assignment);
-  ChooseSeries(arguments);
-  desktop.form1().DTPicker1.UserPick(arguments.start);
+  if (arguments.blind || arguments.symbol == kAnySecurity) {
+    ChooseBlind(arguments);
+  } else {
+    ChooseSeries(arguments);
+    desktop.form1().DTPicker1.UserPick(arguments.start);
+  }
 }
 
 std::string AssignmentProblem(const std::string& assignment) {
@@ -219,6 +226,16 @@ void ReplayWorld::ChooseSeries(const ReplayArguments& arguments) {
   reader.OpenDirectory(arguments.directory);
   reader.SelectSeries(session.Symbol, series->daily, series->minutes);
   setup.cbxPeriod.UserType(arguments.interval);
+}
+
+void ReplayWorld::ChooseBlind(const ReplayArguments& arguments) {
+  Form1& setup = desktop.form1();
+  setup.chkBlind.UserToggle();
+  if (arguments.symbol == kAnySecurity) {
+    setup.cbxPeriod.UserType(arguments.interval);
+  } else {
+    ChooseSeries(arguments);
+  }
 }
 
 nlohmann::ordered_json StateOf(ReplayWorld& world) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,11 +21,13 @@ struct ReplayArguments {
   std::string directory;
   std::string symbol;
   std::string interval;
-  std::int32_t start = 0;          // yyyymmdd
-  std::string store;               // empty: in the data directory
-  std::vector<std::string> texts;  // NAME=TEXT
-  std::string date_pattern;        // empty: the user's
-  std::string ledger;              // empty: not saved
+  std::int32_t start = 0;              // yyyymmdd
+  std::string store;                   // empty: in the data directory
+  std::vector<std::string> texts;      // NAME=TEXT
+  std::string date_pattern;            // empty: the user's
+  std::string ledger;                  // empty: not saved
+  std::optional<std::uint64_t> blind;  // the seed of a blind run
+  bool real_prices = false;            // of a blind run
   int session = 0;  // of the ledger, resumed instead of a new one; fills series and start
 };
 
@@ -54,6 +57,7 @@ class ReplayWorld {
 
  private:
   void ChooseSeries(const ReplayArguments& arguments);
+  void ChooseBlind(const ReplayArguments& arguments);
 };
 
 // The answer to a command: every field of the session, the texts and colours that the trader sees,

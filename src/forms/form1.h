@@ -14,6 +14,7 @@ class Form1 : public Form {
   static constexpr Look kBoldCaption{.colour = kDarkBlue, .bold = true};
   static constexpr Look kField{.colour = kDarkBlue};
   static constexpr Look kTitle{.colour = kWhite, .face = FontFace::kImpact, .points = 18};
+  static constexpr Look kTick{.colour = kWhite};
   static constexpr Look kVersion{.colour = kWhite, .face = FontFace::kImpact, .points = 9};
 
   Picture Image12{*this, {"Image12", 0, 0, 4320, 2910, "backdrop-setup"}};
@@ -46,6 +47,10 @@ class Form1 : public Form {
   Label Label3{*this, {"Label3", 240, 1440, 615, 255, "Date:", "", kBoldCaption}};
   DatePicker DTPicker1{
       *this, {"DTPicker1", 1080, 1440, 1455, 375, "", "Select Date", kField}, 20051203};
+  CheckBox chkBlind{
+      *this,
+      {"chkBlind", 2640, 1440, 720, 255, "Blind",
+       "Hides what is played until the session ends: symbol, dates and prices", kTick}};
   Link lnkPractice{
       *this,
       {"lnkPractice", 3240, 1440, 900, 255, "Practice ...", "Go on with an earlier session"}};

@@ -170,10 +170,10 @@ int WriteSession(SqliteDatabase& database, const LedgerSession& session) {
   }
   database.Run(
       "INSERT INTO Sessions (Directory, Symbol, SymbolInterval, StartDay, StartingMoney, Margin, "
-      "MoneyPerPoint, Commission, Vat, Begun) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      "MoneyPerPoint, Commission, Vat, Begun, Mask) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
       {session.directory, session.symbol, session.interval, double(session.start_day),
        account.money, account.margin, account.money_per_point, account.commission, account.vat,
-       session.begun});
+       session.begun, session.mask.empty() ? LedgerValue() : LedgerValue(session.mask)});
   return static_cast<int>(database.LastRow());
 }
 

@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::string_view kSelect =
     "SELECT Id, Directory, Symbol, SymbolInterval, StartDay, StartingMoney, Margin, "
-    "MoneyPerPoint, Commission, Vat, Begun, Ended, BarIndex, NewestShown, FirstShown, BarDate, "
+    "MoneyPerPoint, Commission, Vat, Begun, Ended, Mask, BarIndex, NewestShown, FirstShown, "
+    "BarDate, "
     "BarTime, BarsCheck, Book, ByOrder, Touched FROM Sessions JOIN SessionMoments ON Session = Id";
 
 // Reads the columns of a row in their order.
@@ -43,6 +44,7 @@ LedgerPlayed ReadRow(const SqliteStatement& select) {
     *text = row.Text();
   }
   session.ended = row.Whole() != 0;
+  session.mask = row.Text();
   LedgerMoment& moment = played.moment;
   moment.session = session.number;
   for (int* number :

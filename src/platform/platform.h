@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
 #include "platform/chart_link.h"
@@ -40,6 +42,8 @@ struct Platform {
   ChartLink* chart_link = nullptr;
   // The folder of our own chart program.
   std::string chart_folder = {};
+  // What is drawn at random follows from it; if unset, it differs each time.
+  std::optional<std::uint64_t> random_seed = {};
 };
 
 }  // namespace velumar

@@ -37,6 +37,8 @@ void Select(MetaLibWriter& writer, const SecurityInfo& security) {
 }  // namespace
 
 void ComparedSeries::Add(int file_number) {
+  // The store of a blind run lists no other series, and its file numbers are its own.
+  if (session_.Run.blind) return;
   const auto is_asked_for = [file_number](const SecurityInfo& security) {
     return security.file_number == file_number;
   };

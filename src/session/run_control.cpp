@@ -6,12 +6,17 @@
 #include "base/text.h"
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
+#include "session/blind_draw.h"
 #include "session/delay.h"
 #include "session/moment.h"
 
 namespace velumar {
 
 namespace {
+
+// With this setting a blind run keeps the prices of its series.
+constexpr std::string_view kBlindPricesSetting = "BlindPrices";
+constexpr std::string_view kRealPrices = "real";
 
 LedgerRun Described(const SimSession& session) {
   LedgerRun run{.directory = session.Run.directory,
@@ -62,14 +67,64 @@ RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Pl
       platform_(platform),
       ledger_(ledger),
       chart_(chart),
-      store_(session, view, platform.boxes, cache),
+      cache_(cache),
+      source_(session, cache),
+      store_(session, source_, view, platform.boxes, cache),
       compared_(session, cache),
-      stepper_(session, cache, compared_) {}
+      stepper_(session, cache, compared_),
+      random_(platform.random_seed ? *platform.random_seed : std::random_device()()) {}
 
 bool RunControl::ClaimStore() {
-  return RequireSymbol() && Claim({session_.DataDir, NormalisedSymbol(session_.Symbol),
-                                   inputs_.Interval(), inputs_.StartDay()},
-                                  std::nullopt);
+  if (!RequireSymbol()) return false;
+  ForgetBlindSymbol();
+  Choice choice{.series = {session_.DataDir, NormalisedSymbol(session_.Symbol), inputs_.Interval(),
+                           inputs_.StartDay()}};
+  try {
+    if (inputs_.Blind()) choice = Draw(choice.series);
+  } catch (const std::exception& error) {
+    ShowFailure("The blind run was not started.", error);
+    return false;
+  }
+  return Claim(choice, std::nullopt);
+}
+
+void RunControl::ForgetBlindSymbol() {
+  if (session_.Run.blind && session_.Symbol == kBlindSymbol) session_.Symbol = entered_symbol_;
+}
+
+RunControl::Choice RunControl::Draw(const RunSeries& entered) {
+  const std::string symbol = inputs_.Symbol();
+  BlindKey key = DrawBlind({.directory = entered.directory,
+                            .symbol = symbol == kAnySecurity ? "" : NormalisedSymbol(symbol),
+                            .interval = entered.interval,
+                            .scales = platform_.settings.Read(kBlindPricesSetting) != kRealPrices,
+                            .shown = ShownLately()},
+                           cache_, random_);
+  const RunSeries masked{entered.directory, std::string(kBlindSymbol), entered.interval,
+                         key.mask.Date(key.start_day), true};
+  return {masked, std::move(key)};
+}
+
+// Newest last.
+std::vector<std::string> RunControl::ShownLately() {
+  constexpr std::size_t kMost = 20;
+  std::vector<std::string> symbols;
+  if (!ledger_.CanRead()) return symbols;
+  for (const LedgerPlayed& played : LedgerSessions(ledger_)) {
+    const auto key = Decoded(played.session.mask);
+    if (key && symbols.size() < kMost) symbols.push_back(key->symbol);
+  }
+  std::ranges::reverse(symbols);
+  return symbols;
+}
+
+RunControl::Choice RunControl::ChoiceOf(const LedgerSession& session) {
+  Choice choice{.series = {session.directory, session.symbol, session.interval, session.start_day}};
+  if (session.mask.empty()) return choice;
+  choice.key = Decoded(session.mask);
+  choice.series.blind = true;
+  if (!choice.key) throw std::runtime_error("The ledger's key of this blind session is damaged.");
+  return choice;
 }
 
 std::optional<LedgerPlayed> RunControl::SessionToResume(int number) {
@@ -85,17 +140,17 @@ std::optional<LedgerPlayed> RunControl::SessionToResume(int number) {
 }
 
 bool RunControl::ClaimSession(const LedgerPlayed& played) {
-  const LedgerSession& session = played.session;
-  return RequireSymbol() &&
-         Claim({session.directory, session.symbol, session.interval, session.start_day}, played);
+  if (!RequireSymbol()) return false;
+  ForgetBlindSymbol();
+  return Claim(ChoiceOf(played.session), played);
 }
 
 // With the trader's consent, a changed series continues after the last moment that was played.
 bool RunControl::SeriesIsAsPlayed(LedgerPlayed& played) {
   const LedgerSession& session = played.session;
   LedgerMoment& moment = played.moment;
-  const BarArrays series =
-      store_.ReadSeries({session.directory, session.symbol, session.interval, session.start_day});
+  const Choice choice = ChoiceOf(session);
+  const BarArrays series = ReadRunSeries(choice.series, choice.key, cache_).bars;
   const SeriesView bars(series);
   const std::string change = SeriesChange(moment, bars);
   if (change.empty()) return true;
@@ -110,9 +165,10 @@ bool RunControl::SeriesIsAsPlayed(LedgerPlayed& played) {
   return true;
 }
 
-bool RunControl::Claim(const RunSeries& series, const std::optional<LedgerPlayed>& resumed) {
+bool RunControl::Claim(const Choice& choice, const std::optional<LedgerPlayed>& resumed) {
   if (!store_.Claim()) return false;
-  next_ = series;
+  next_ = choice;
+  if (choice.key) entered_symbol_ = std::exchange(session_.Symbol, choice.series.symbol);
   resumed_ = resumed;
   asked_to_compare_.clear();
   view_.LockSetup();
@@ -166,7 +222,8 @@ bool RunControl::PrepareRun(const std::optional<LedgerPlayed>& resumed) {
   const PreparingScope preparing(session_);
   session_.ForgetBars();
   compared_.Clear();
-  session_.Run = next_;
+  session_.Run = next_.series;
+  source_.SetKey(next_.key);
   session_.StopRequested = 0;
   try {
     // The rows of the last run stay until the next one can begin.
@@ -183,9 +240,10 @@ bool RunControl::PrepareRun(const std::optional<LedgerPlayed>& resumed) {
   return false;
 }
 
-// A day that the trader has chosen for the next run in the meantime stays.
+// A day that the trader has chosen for the next run in the meantime stays. That of a blind run
+// isn't one of the data.
 void RunControl::ShowStartDay() {
-  if (inputs_.StartDay() != session_.Run.start_day) return;
+  if (session_.Run.blind || inputs_.StartDay() != session_.Run.start_day) return;
   const int first = std::min(session_.BarIndex + 1, session_.LastArrayIndex());
   view_.ShowStartDay(session_.BarDate.at(static_cast<std::size_t>(first)));
 }
@@ -251,8 +309,10 @@ bool RunControl::BeginInLedger() {
   if (!ledger_.CanWrite()) return true;
   try {
     const std::string now = platform_.clock.UtcMoment();
-    session_.SessionNumber = LedgerBeginRun(
-        ledger_, Described(session_), Described(session_, inputs_, now), MomentOf(session_, now));
+    LedgerSession described = Described(session_, inputs_, now);
+    if (const auto& key = source_.Key()) described.mask = Encoded(*key);
+    session_.SessionNumber =
+        LedgerBeginRun(ledger_, Described(session_), described, MomentOf(session_, now));
     return true;
   } catch (const LedgerError& error) {
     platform_.boxes.Show(

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "session/chart_side.h"
 #include "session/compared_series.h"
 #include "session/run_inputs.h"
+#include "session/run_source.h"
 #include "session/run_view.h"
 #include "session/sim_session.h"
 #include "session/working_store.h"
@@ -82,7 +84,17 @@ class RunControl {
   bool PrepareRun(const std::optional<LedgerPlayed>& resumed);
   bool PrepareChartAndStore(const std::optional<LedgerPlayed>& resumed);
   bool SeriesIsAsPlayed(LedgerPlayed& played);
-  bool Claim(const RunSeries& series, const std::optional<LedgerPlayed>& resumed);
+  // A series and, if it is to be played blind, its key.
+  struct Choice {
+    RunSeries series;
+    std::optional<BlindKey> key = {};
+  };
+  Choice Draw(const RunSeries& entered);
+  std::vector<std::string> ShownLately();
+  static Choice ChoiceOf(const LedgerSession& session);
+  // The entered symbol again, after a blind run.
+  void ForgetBlindSymbol();
+  bool Claim(const Choice& choice, const std::optional<LedgerPlayed>& resumed);
   void Restore(const LedgerPlayed& played);
   // Writes where the session is now. Throws LedgerError.
   void SaveMoment();
@@ -110,11 +122,15 @@ class RunControl {
   Platform& platform_;
   LedgerConnection& ledger_;
   ChartSide& chart_;
+  IndexCache& cache_;
+  RunSource source_;
   WorkingStore store_;
   ComparedSeries compared_;
   BarStepper stepper_;
   std::vector<int> asked_to_compare_;    // while the run is being prepared
-  RunSeries next_;                       // what "Start" was clicked for
+  Choice next_;                          // what "Start" was clicked for
+  std::string entered_symbol_;           // SimSession::Symbol before the blind run
+  std::mt19937_64 random_;               // of blind runs
   std::optional<LedgerPlayed> resumed_;  // the session that the next Start resumes
   RunNumber newest_run_ = 0;
   bool feeding_ = false;

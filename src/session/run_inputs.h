@@ -2,10 +2,14 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "session/sim_session.h"
 
 namespace velumar {
+
+// The symbol of a blind run whose security is drawn.
+inline constexpr std::string_view kAnySecurity = "any";
 
 // What the trader has entered for runs and orders. Each call returns what is entered at that
 // moment, so callers ask when the answer counts and not before. Texts are as typed.
@@ -15,6 +19,8 @@ class RunInputs {
 
   // The next run.
   virtual std::string Symbol() const = 0;
+  // The run is blind: its start is drawn, and its symbol too if that is kAnySecurity.
+  virtual bool Blind() const = 0;
   virtual std::string Interval() const = 0;       // "D" or minutes
   virtual std::int32_t StartDay() const = 0;      // yyyymmdd
   virtual std::string StartingMoney() const = 0;  // of the account

@@ -6,6 +6,7 @@
 #include "base/number_text.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_reader.h"
+#include "session/blind_mask.h"
 #include "session/moment.h"
 
 namespace velumar {
@@ -19,7 +20,8 @@ std::optional<int> BarsLeft(const LedgerPlayed& played, IndexCache& cache) {
     if (!series) return;
     MetaLibReader reader(cache);
     reader.OpenDirectory(played.session.directory);
-    reader.SelectSeries(played.session.symbol, series->daily, series->minutes);
+    const auto key = Decoded(played.session.mask);
+    reader.SelectSeries(key ? key->symbol : played.session.symbol, series->daily, series->minutes);
     left = std::max(reader.Security().bars - 1 - played.moment.bar, 0);
   });
   return left;

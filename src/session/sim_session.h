@@ -47,6 +47,7 @@ struct RunSeries {
   std::string symbol;
   std::string interval;        // "D" or minutes
   std::int32_t start_day = 0;  // yyyymmdd
+  bool blind = false;          // symbol, dates and prices are masked
 };
 
 // The state of the program: directories and symbol, the whole series in memory, the replay cursor

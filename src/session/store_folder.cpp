@@ -227,6 +227,13 @@ void StoreFolder::CopyChartFiles() const {
   });
 }
 
+void StoreFolder::ClearChartFiles() const {
+  const fs::path folder = path_ / kChartFiles;
+  std::error_code missing;
+  if (IsLink(folder) || !fs::is_directory(folder, missing)) return;
+  for (const fs::path& file : FilesIn(folder)) fs::remove(file);
+}
+
 bool IsSeriesFile(std::string_view upper_name) {
   constexpr std::size_t kEndingSize = 4;
   if (!upper_name.starts_with('F') || upper_name.size() < kEndingSize + 2) return false;

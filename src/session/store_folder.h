@@ -44,6 +44,8 @@ class StoreFolder {
   // can't be copied or are larger than 64 MiB are skipped. Nothing else of `data` is copied: a
   // backup of an index file would reveal how far the series go.
   void CopyChartFiles() const;
+  // Deletes the files that it has copied, and those that a chart program has put there.
+  void ClearChartFiles() const;
 
  private:
   std::filesystem::path path_;

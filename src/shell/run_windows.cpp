@@ -44,6 +44,7 @@ void RunWindows::SetSetupLocked(bool locked) {
     control->SetEnabled(!locked);
     control->SetVisible(!locked);
   }
+  setup.chkBlind.SetEnabled(!locked);
   setup.Label6.SetVisible(locked);
 }
 

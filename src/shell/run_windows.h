@@ -13,6 +13,7 @@ class RunWindows : public RunInputs, public RunView {
   explicit RunWindows(Desktop& desktop) : desktop_(desktop) {}
 
   std::string Symbol() const override { return desktop_.form1().Combo1.Text(); }
+  bool Blind() const override { return desktop_.form1().chkBlind.Checked(); }
   std::string Interval() const override { return desktop_.form1().cbxPeriod.Text(); }
   std::int32_t StartDay() const override { return desktop_.form1().DTPicker1.Value(); }
   std::string StartingMoney() const override { return desktop_.form1().txtInitPorfolio.Text(); }

@@ -91,6 +91,7 @@ SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, P
   form.DTPicker1.on_choice = guarded("Choosing the start date", [this](DayChoice choice) {
     if (const auto day = StartDay(StartDays(), choice, random_)) Window().DTPicker1.SetValue(*day);
   });
+  form.chkBlind.on_click = guarded("Choosing a blind run", [this] { BlindToggled(); });
   form.Image3.on_click = guarded("Starting the run", [this] { StartRun(); });
   // The project's own page, or the one that a setting names.
   form.ImgDonate.on_click = guarded("Opening the support page", [this] {
@@ -134,6 +135,7 @@ void SetupWindow::Load() {
 
 void SetupWindow::ListSecurities() {
   catalogue_.BuildSymbolList();
+  if (Window().chkBlind.Checked()) OfferAnySecurity();
   import_.ReadFiles();
 }
 
@@ -252,8 +254,14 @@ void SetupWindow::Enter(const LedgerSession& session) {
   Form1& form = Window();
   form.Text3.SetText(session.directory);
   DirectoryChanged();
-  catalogue_.ListAndChoose(session.symbol, IntervalFromText(session.interval).value_or(0));
-  form.DTPicker1.SetValue(session.start_day);
+  form.chkBlind.SetChecked(!session.mask.empty());
+  if (session.mask.empty()) {
+    catalogue_.ListAndChoose(session.symbol, IntervalFromText(session.interval).value_or(0));
+    form.DTPicker1.SetValue(session.start_day);
+  } else {
+    ListSecurities();
+    form.cbxPeriod.SetText(session.interval);
+  }
   const LedgerAccount& account = session.account;
   form.txtInitPorfolio.SetText(account.money);
   form.txtContractValue.SetText(account.margin);
@@ -300,12 +308,35 @@ void SetupWindow::KeepDateInSeries() {
   date.SetValue(days[days.size() * 2 / 3]);
 }
 
+// The start of a blind run is drawn, so no date can be chosen, and its security too unless one is
+// chosen.
+void SetupWindow::BlindToggled() {
+  Form1& form = Window();
+  const bool blind = form.chkBlind.Checked();
+  form.DTPicker1.SetEnabled(!blind);
+  if (blind) {
+    seen_symbol_ = form.Combo1.Text();
+    seen_interval_ = form.cbxPeriod.Text();
+    OfferAnySecurity();
+  } else if (form.Combo1.Text() == kAnySecurity) {
+    form.Combo1.SetText(seen_symbol_);
+    catalogue_.SymbolTyped();
+    form.cbxPeriod.SetText(seen_interval_);
+  }
+}
+
+void SetupWindow::OfferAnySecurity() {
+  Window().Combo1.SetText(kAnySecurity);
+  catalogue_.OfferIntervals();
+}
+
 std::vector<std::int32_t> SetupWindow::StartDays() {
   return BarDays(session_, Window().cbxPeriod.Text(), cache_);
 }
 
 void SetupWindow::Unload() {
-  Save("Symbol", session_.Symbol);
+  // What a blind run plays isn't a choice to come back to.
+  if (session_.Symbol != kBlindSymbol) Save("Symbol", session_.Symbol);
   Save("Refresh", DelayToSave());
   // During a run the window is below the screen; its place was saved at the start.
   if (Window().Visible()) {

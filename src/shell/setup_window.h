@@ -54,6 +54,8 @@ class SetupWindow {
   // Moves a start date outside the chosen series to the day from which a third of it is left.
   void KeepDateInSeries();
   std::vector<std::int32_t> StartDays();
+  void BlindToggled();
+  void OfferAnySecurity();
   void Unload();
   std::string DelayToSave() const;
   void Close();
@@ -75,6 +77,8 @@ class SetupWindow {
   LedgerConnection& ledger_;
   IndexCache& cache_;
   std::mt19937_64 random_{std::random_device()()};  // of start days
+  std::string seen_symbol_;                         // chosen before "Blind" was ticked
+  std::string seen_interval_;                       // the same
   bool keeps_date_ = false;                         // the saved date, whose series is chosen later
   bool loading_ = false;                            // while the window opens, no run can start
 };

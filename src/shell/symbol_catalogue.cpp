@@ -141,6 +141,20 @@ void SymbolCatalogue::SetPeriod(std::string_view interval) {
   period.SetText(interval);
 }
 
+void SymbolCatalogue::OfferIntervals() {
+  ComboBox& period = desktop_.form1().cbxPeriod;
+  std::vector<ComboBox::Row> rows;
+  for (const int interval : kReplayIntervals) {
+    const std::string text = IntervalText(interval);
+    if (std::ranges::find(session_.PeriodBySymbol, text) != session_.PeriodBySymbol.end()) {
+      rows.push_back({text});
+    }
+  }
+  const std::string chosen = period.Text();
+  period.SetRows(std::move(rows));
+  period.SetText(chosen);
+}
+
 bool SymbolCatalogue::OfferImport() {
   const std::filesystem::path folder = NativePath(session_.DataDir);
   std::error_code missing;

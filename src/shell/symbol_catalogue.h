@@ -36,6 +36,8 @@ class SymbolCatalogue {
   // Call it after a key was typed in the list: takes its text as the symbol, and the interval of
   // the last line with that symbol.
   void SymbolTyped();
+  // Lists all intervals of the directory that can be replayed, for a run whose security is drawn.
+  void OfferIntervals();
 
  private:
   void ListSecurities(int build);

@@ -15,6 +15,7 @@ struct RecordedRun : RunInputs, RunView {
   enum class Shown { kNothing, kRunning, kPaused, kEnded };
 
   std::string Symbol() const override { return symbol; }
+  bool Blind() const override { return blind; }
   std::string Interval() const override { return interval; }
   std::int32_t StartDay() const override { return start_day; }
   std::string StartingMoney() const override { return money; }
@@ -55,6 +56,7 @@ struct RecordedRun : RunInputs, RunView {
   void ShowRefusal(std::string_view why) override { refusal = why; }
 
   std::string symbol = "ABC";
+  bool blind = false;
   std::string interval = "D";
   std::int32_t start_day = 20000101;
   std::string money = "2,000,000";

@@ -33,6 +33,7 @@ struct SessionFixture : testing::Test {
   void Choose(const std::string& symbol, const std::string& interval, int date = 20000101) {
     session.DataDir = data;
     session.Run = {data, symbol, interval, date};
+    source.SetKey({});
     session.SimDir = store;
   }
 
@@ -46,7 +47,8 @@ struct SessionFixture : testing::Test {
   RecordedRun run;
   VirtualPlatform outside;
   Platform platform = outside.References();
-  WorkingStore working_store{session, run, outside.boxes, cache};
+  RunSource source{session, cache};
+  WorkingStore working_store{session, source, run, outside.boxes, cache};
 };
 
 }  // namespace velumar

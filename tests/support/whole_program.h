@@ -18,15 +18,11 @@ namespace velumar {
 
 // The whole program without a window, a chart program or a clock of the real world.
 struct WholeProgram {
-  explicit WholeProgram(const std::string& data_dir,
-                        const std::string& ledger_file = std::string(kInMemory))
-      : platform(Outside(ledger_file)) {
+  // `change` prepares what the program is given.
+  explicit WholeProgram(
+      const std::string& data_dir, const std::function<void(Platform&)>& change = [](Platform&) {})
+      : platform(Changed(outside.References(), change)) {
     outside.settings.Save("LastPath", data_dir);
-  }
-  Platform Outside(const std::string& ledger_file) {
-    Platform references = outside.References();
-    references.ledger_file = ledger_file;
-    return references;
   }
 
   Form1& Setup() { return windows.form1; }
@@ -52,6 +48,12 @@ struct WholeProgram {
   IndexCache cache;
   LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
   Program program{session, desktop, platform, cache, ledger};
+
+ private:
+  static Platform Changed(Platform platform, const std::function<void(Platform&)>& change) {
+    change(platform);
+    return platform;
+  }
 };
 
 // A program over a directory with the daily series ABC of 200 bars and the intraday series FAST.
@@ -67,7 +69,8 @@ struct RunFixture : testing::Test {
   void Reopen() {
     decltype(all->outside.settings.texts) settings;
     if (all) settings = all->outside.settings.texts;
-    all = std::make_unique<WholeProgram>(data, ledger_file);
+    all = std::make_unique<WholeProgram>(
+        data, [this](Platform& platform) { platform.ledger_file = ledger_file; });
     all->outside.settings.texts.insert(settings.begin(), settings.end());
   }
 

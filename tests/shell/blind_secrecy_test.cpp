@@ -1,0 +1,218 @@
+#include <bit>
+#include <functional>
+#include <iterator>
+#include <random>
+#include <unordered_set>
+
+#include "base/dates.h"
+#include "base/number_text.h"
+#include "marketdata/number_format.h"
+#include "session/blind_mask.h"
+#include "support/whole_program.h"
+
+namespace velumar {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string NumberBytes(auto number) {
+  return {reinterpret_cast<const char*>(&number), sizeof number};
+}
+
+std::string Reversed(std::string bytes) { return {bytes.rbegin(), bytes.rend()}; }
+
+// Everything that may give a security away, in the encodings of texts, data files and SQLite.
+class Secrets {
+ public:
+  void Add(const std::string& symbol, const std::string& name, const std::vector<Bar>& bars) {
+    words_.insert(words_.end(), {symbol, name});
+    for (const Bar& bar : bars) {
+      AddDate(bar.date);
+      for (const float price : {bar.open, bar.high, bar.low, bar.close}) AddPrice(price);
+    }
+  }
+
+  // The first secret in the bytes, of which numbers begin at every `step`-th one; empty if none.
+  std::string In(const std::string& bytes, std::size_t step) const {
+    for (const std::string& word : words_) {
+      if (bytes.find(word) != std::string::npos) return word;
+    }
+    for (const auto& [size, numbers] : numbers_) {
+      for (std::size_t at = 0; at + size <= bytes.size(); at += step) {
+        const std::string found = bytes.substr(at, size);
+        if (numbers.contains(found)) return "a number at byte " + std::to_string(at);
+      }
+    }
+    for (const auto& [size, texts] : texts_) {
+      for (std::size_t at = 0; at + size <= bytes.size(); ++at) {
+        const std::string found = bytes.substr(at, size);
+        // Not inside a longer number.
+        if (texts.contains(found) && (at == 0 || !IsDigit(bytes[at - 1])) &&
+            (at + size == bytes.size() || !IsDigit(bytes[at + size]))) {
+          return found;
+        }
+      }
+    }
+    return "";
+  }
+
+ private:
+  using BySize = std::map<std::size_t, std::unordered_set<std::string>>;
+
+  static bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+  static void Put(BySize& all, const std::string& bytes) { all[bytes.size()].insert(bytes); }
+  void AddNumber(const std::string& bytes) {
+    Put(numbers_, bytes);
+    Put(numbers_, Reversed(bytes));
+  }
+  void AddDate(std::int32_t date) {
+    for (const char* pattern : {"yyyyMMdd", "yyyy-MM-dd", "dd/MM/yyyy", "M/d/yyyy", "d MMM yyyy"}) {
+      Put(texts_, DateText(date, pattern));
+    }
+    const float packed = StoredDate(date).value();
+    AddNumber(NumberBytes(date));
+    AddNumber(NumberBytes(packed));
+    AddNumber(NumberBytes(MbfFromFloat(packed).value()));
+    AddNumber(NumberBytes(double(date)));
+  }
+  void AddPrice(float price) {
+    const std::string exact = PlainNumberText(price);
+    const std::string cents = PatternText(price, kClosePattern);
+    for (const std::string& text : {exact, cents, PatternText(price, kPricePattern)}) {
+      Put(texts_, text);
+      AddNumber(NumberBytes(ToDouble(text).value()));
+    }
+    AddNumber(NumberBytes(price));
+    AddNumber(NumberBytes(MbfFromFloat(price).value()));
+  }
+
+  std::vector<std::string> words_;
+  BySize numbers_;
+  BySize texts_;
+};
+
+// Years before the masked dates, at prices far from the masked ones.
+std::vector<Bar> SecretBars(std::mt19937& random, int count, int interval) {
+  std::vector<Bar> bars = interval == -1 ? DailyBars(count) : IntradayBars(count, interval);
+  float close = 3000;
+  for (Bar& bar : bars) {
+    close *= std::uniform_real_distribution<float>(0.99F, 1.01F)(random);
+    bar = {bar.date, bar.time, close * 1.001F, close * 1.012F, close * 0.989F, close, 77, 7};
+  }
+  return bars;
+}
+
+class BlindRun {
+ public:
+  BlindRun(const ScratchFolder& scratch, int interval, unsigned seed)
+      : scratch_(scratch),
+        interval_(interval),
+        random_(seed),
+        all_(scratch.Sub("data"), [&](Platform& platform) {
+          platform.random_seed = seed;
+          platform.ledger_file = scratch.Sub("Portfolio.mdb");
+          platform.store_dir = scratch.Sub("store");
+        }) {}
+
+  void Play(bool blind) {
+    all_.program.Start();
+    Form1& setup = all_.Setup();
+    setup.DTPicker1.UserPick(20070101);  // the settings keep it
+    if (blind) setup.chkBlind.UserToggle();
+    if (blind) setup.cbxPeriod.UserType(interval_ == -1 ? "D" : std::to_string(interval_));
+    for (int i = 0, at = 20000; i < 60; ++i, at += Roll(3000)) all_.At(at, [this] { Act(); });
+    setup.Image3.UserClick();
+    all_.outside.events.WaitFor(std::chrono::seconds(400));
+  }
+  void Close() { all_.Setup().on_close(); }
+
+  // The first secret that is in a file, a setting, a key, a box or a text of a window.
+  std::string Found(const Secrets& secrets) {
+    for (const auto& entry : fs::recursive_directory_iterator(scratch_.Path())) {
+      const std::string path = entry.path().string();
+      if (!entry.is_regular_file() || path.starts_with(scratch_.Sub("data"))) continue;
+      const bool bars = path.ends_with(".DAT");
+      const std::string secret = secrets.In(ReadFile(entry.path()), bars ? 4 : 1);
+      if (!secret.empty()) return path + " has " + secret;
+    }
+    for (const std::string& text : Texts()) {
+      const std::string secret = secrets.In(text, 1);
+      if (!secret.empty()) return "\"" + text + "\" has " + secret;
+    }
+    return "";
+  }
+  const SimSession& Session() const { return all_.session; }
+  double Orders() {
+    return std::get<double>(
+        LedgerQuery(all_.ledger, "select count(*) From Details").rows.at(0).at(0));
+  }
+
+ private:
+  int Roll(int sides) { return std::uniform_int_distribution<>(0, sides - 1)(random_); }
+
+  void Act() {
+    Form2& navigator = all_.Navigator();
+    Form3& panel = all_.Panel();
+    Control* const controls[] = {&navigator.Image1,    &navigator.Image2,     &navigator.Image7,
+                                 &navigator.Image6,    &navigator.Image3,     &navigator.Image4,
+                                 &panel.imgLong,       &panel.ImgShort,       &panel.imgLong,
+                                 &panel.imgOffsetLong, &panel.ImgOffsetShort, &panel.imgGraph};
+    controls[Roll(static_cast<int>(std::size(controls)))]->UserClick();
+  }
+
+  std::vector<std::string> Texts() {
+    std::vector<std::string> texts = all_.outside.chart.sent;
+    const auto add = [&texts](const std::vector<std::string>& more) {
+      texts.insert(texts.end(), more.begin(), more.end());
+    };
+    add(all_.outside.boxes.shown);
+    add(all_.outside.programs.started);
+    for (const auto& [key, text] : all_.outside.settings.texts) texts.push_back(text);
+    for (Form* form : all_.desktop.All()) {
+      texts.push_back(form->Caption());
+      for (const Control* control : form->Controls()) {
+        add({control->Text(), control->ToolTip()});
+      }
+    }
+    return texts;
+  }
+
+  const ScratchFolder& scratch_;
+  int interval_;
+  std::mt19937 random_;
+  WholeProgram all_;
+};
+
+TEST(BlindSecrecy, NothingThatIsWrittenOrShownGivesTheSecurityAway) {
+  double orders = 0;
+  for (unsigned seed = 1; seed <= 6; ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const ScratchFolder scratch;
+    std::mt19937 random(seed);
+    const int interval = seed % 3 == 0 ? 15 : -1;
+    Secrets secrets;
+    IndexCache cache;
+    for (const std::string symbol : {"QXA", "QXB", "QXC"}) {
+      const std::vector<Bar> bars = SecretBars(random, 500, interval);
+      secrets.Add(symbol, "Secret " + symbol, bars);
+      StoreSecurity(scratch.Sub("data"), {symbol, "Secret " + symbol, interval}, bars, cache);
+    }
+    fs::create_directories(scratch / "data/MSSmart");
+    scratch.Write("data/MSSmart/charts.mwc", "QXA QXB QXC");
+    BlindRun run(scratch, interval, seed);
+    run.Play(seed > 1);
+    orders += run.Orders();
+    if (seed == 1) {
+      EXPECT_NE(run.Found(secrets), "") << "an open run shows what it plays";
+      continue;
+    }
+    EXPECT_EQ(run.Session().Run.symbol, kBlindSymbol);
+    EXPECT_EQ(run.Found(secrets), "");
+    run.Close();
+    EXPECT_EQ(run.Found(secrets), "");
+  }
+  EXPECT_GT(orders, 20);
+}
+
+}  // namespace
+}  // namespace velumar
