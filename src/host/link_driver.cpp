@@ -128,7 +128,8 @@ void LinkDriver::OpenChart() {
   const LinkOutcome outcome = Ask({.command = Command::kOpen,
                                    .folder = session_.SimDir,
                                    .symbol = session_.Run.symbol,
-                                   .interval = IntervalOf(session_.Run)},
+                                   .interval = IntervalOf(session_.Run),
+                                   .alone = session_.Run.blind},
                                   kPatience);
   if (outcome == LinkOutcome::kRefused) {
     platform_.boxes.Show(CannotOpenChart("The chart program could not open the chart.", session_),

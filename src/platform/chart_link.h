@@ -60,6 +60,7 @@ struct ChartRequest {
   std::string folder = {};           // kOpen, kRefresh, kPositions: the working store
   std::string symbol = {};           // the same; kCloseAll: what opens next, may be empty
   std::optional<int> interval = {};  // kOpen: minutes, -1 for daily bars; unset: the one with bars
+  bool alone = false;                // kOpen: played blind, so no other series can be compared
   ChartPositions positions = {};     // kRefresh, kPositions
   bool dark = false;                 // kTheme
 };

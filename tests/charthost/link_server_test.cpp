@@ -83,6 +83,20 @@ TEST_F(LinkServerTest, OpensRefreshesAndClosesChartsOfTheStore) {
   EXPECT_TRUE(hint().contains(QStringLiteral("No chart is open")));
 }
 
+TEST_F(LinkServerTest, OffersNoOtherSeriesInABlindRun) {
+  const auto offered = [this] {
+    const QList<QAction*> actions = program_.window->findChildren<QAction*>();
+    const auto compare =
+        std::ranges::find(actions, QKeySequence(Qt::CTRL | Qt::Key_K), &QAction::shortcut);
+    return compare != actions.end() && (*compare)->isEnabled();
+  };
+  ChartRequest open = Open(-1);
+  EXPECT_TRUE(Done(open) && offered());
+  open.alone = true;
+  EXPECT_TRUE(Done(open) && !offered());
+  EXPECT_TRUE(Done(Open(5)) && offered()) << "the next run";
+}
+
 TEST_F(LinkServerTest, ShowsOrdersAndWhatIsHeldUntilTheyAreGone) {
   ASSERT_TRUE(Done(Open(-1)));
   QTest::qWait(50);

@@ -68,6 +68,7 @@ bool LinkServer::Accepts(std::string_view text) {
   }
   try {
     window_.OpenDirectly({folder, request->symbol, request->interval});
+    window_.OfferCompare(!request->alone);
     return true;
   } catch (const std::exception&) {
     window_.ShowHint();

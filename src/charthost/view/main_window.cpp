@@ -286,6 +286,8 @@ void MainWindow::OpenDirectly(const TypedChoice& choice) {
   for (ChartPane* const chart : open) chart->RefreshNow();
 }
 
+void MainWindow::OfferCompare(bool offered) { view_menu_->OfferCompare(offered); }
+
 bool MainWindow::RefreshFolder(const std::string& folder, const std::string& symbol,
                                const ChartPositions& positions) {
   bool any = false;

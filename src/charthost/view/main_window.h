@@ -52,6 +52,8 @@ class MainWindow : public QMainWindow {
   // Shows the charts of these entries, those that are open or a new one. Throws std::exception with
   // a sentence if there is no such series.
   void OpenDirectly(const TypedChoice& choice);
+  // Whether View > Compare can be chosen.
+  void OfferCompare(bool offered);
   // Refreshes all charts of the folder, and shows the positions on those of the symbol. They are
   // on the screen at the return. Returns false if the folder has no chart.
   bool RefreshFolder(const std::string& folder, const std::string& symbol,

@@ -130,7 +130,13 @@ void ViewMenu::ShowTiling(Tiling tiling) {
 void ViewMenu::ShowChart(const ChartDocument* chart) {
   chart_ = chart;
   intervals_->menuAction()->setEnabled(chart != nullptr);
-  compare_->setEnabled(chart != nullptr);
+  compare_->setEnabled(chart != nullptr && offers_compare_);
+}
+
+void ViewMenu::OfferCompare(bool offered) {
+  offers_compare_ = offered;
+  compare_->setText(offered ? tr("C&ompare...") : tr("C&ompare (not in a blind run)"));
+  compare_->setEnabled(chart_ != nullptr && offered);
 }
 
 }  // namespace velumar

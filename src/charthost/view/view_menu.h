@@ -26,6 +26,7 @@ class ViewMenu : public QMenu {
   void ShowTiling(Tiling tiling);
   // The chart that the entries act on, nullptr without one.
   void ShowChart(const ChartDocument* chart);
+  void OfferCompare(bool offered);
 
  signals:
   void RefreshChosen();
@@ -50,6 +51,7 @@ class ViewMenu : public QMenu {
   const ChartDocument* chart_ = nullptr;
   QMenu* intervals_;
   QAction* compare_;
+  bool offers_compare_ = true;
   QActionGroup* interval_group_;
   QActionGroup* tilings_;                           // in the order of Tiling
   std::vector<std::function<void()>> check_marks_;  // update those of the options

@@ -38,6 +38,7 @@ std::string ChartRequestText(const ChartRequest& request) {
   if (!request.folder.empty()) text["folder"] = request.folder;
   if (!request.symbol.empty()) text["symbol"] = request.symbol;
   if (request.interval) text["interval"] = *request.interval;
+  if (request.alone) text["alone"] = true;
   if (request.positions != ChartPositions()) text["positions"] = request.positions;
   if (request.command == Command::kTheme) text["dark"] = request.dark;
   // A folder's name may hold bytes that are no UTF-8.
@@ -53,6 +54,7 @@ std::optional<ChartRequest> ReadChartRequest(std::string_view text) {
     ChartRequest request{.command = command,
                          .folder = read.value("folder", ""),
                          .symbol = read.value("symbol", ""),
+                         .alone = read.value("alone", false),
                          .positions = read.value("positions", ChartPositions()),
                          .dark = read.value("dark", false)};
     if (read.contains("interval")) request.interval = read.at("interval").get<int>();
