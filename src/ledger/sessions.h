@@ -26,7 +26,7 @@ struct LedgerSession {
   LedgerAccount account;
   std::string begun;  // "2026-11-27 07:03:40", UTC
   bool ended = false;
-  std::string mask;  // the encoded key of a session that is played blind, else empty
+  std::string mask = {};  // the encoded key of a session that is played blind, else empty
 };
 
 // Where a session is, written after each step and with each order.
