@@ -15,33 +15,36 @@ namespace fs = std::filesystem;
 // A line on the terminal that shows how far a file has been read.
 class TerminalProgress {
  public:
-  TerminalProgress(CliContext& context, const fs::path& file)
-      : context_(context), name_(PathText(file.filename())) {}
-  ~TerminalProgress() {
-    if (shown_ >= 0) context_.err << "\r\x1b[K" << std::flush;
-  }
+  explicit TerminalProgress(CliContext& context) : context_(context) {}
+  ~TerminalProgress() { Clear(); }
   TerminalProgress(const TerminalProgress&) = delete;
   TerminalProgress& operator=(const TerminalProgress&) = delete;
 
-  // Refers to this object, whose line goes away with it: before anything else is printed.
-  ImportProgress Callback() {
+  // Refers to this object.
+  ImportProgress Of(const fs::path& file) {
     if (!context_.shows_progress) return {};
-    return [this](double done) {
-      Show(static_cast<int>(done * 100));
+    return [this, name = PathText(file.filename())](double done) {
+      Show(name, static_cast<int>(done * 100));
       return true;
     };
   }
 
+  // Before anything else is printed.
+  void Clear() {
+    if (!shown_.empty()) context_.err << "\r\x1b[K" << std::flush;
+    shown_.clear();
+  }
+
  private:
-  void Show(int percent) {
-    if (percent == shown_) return;
-    shown_ = percent;
-    context_.err << "\r" << name_ << ": " << percent << " %" << std::flush;
+  void Show(const std::string& name, int percent) {
+    std::string text = name + ": " + std::to_string(percent) + " %";
+    if (text == shown_) return;
+    context_.err << "\r\x1b[K" << text << std::flush;
+    shown_ = std::move(text);
   }
 
   CliContext& context_;
-  std::string name_;
-  int shown_ = -1;
+  std::string shown_;
 };
 
 struct Source {
@@ -87,21 +90,30 @@ int CodeOf(const ImportReport& report) {
 }
 
 // Returns the exit code.
-int ImportOne(const Source& source, const std::string& directory, ImportOptions options,
-              CliContext& context) {
-  options.remember = source.remember;
-  try {
-    const ImportReport report = ImportFile(source.file, directory, options, context.cache,
-                                           TerminalProgress(context, source.file).Callback());
-    PrintReport(source.file, report, context);
-    return CodeOf(report);
-  } catch (const ImportUndecided& error) {
-    context.err << "velumar-cli: " << error.what() << '\n';
-    return kUndecided;
-  } catch (const std::exception& error) {
-    context.err << "velumar-cli: " << error.what() << '\n';
-    return kFailure;
+int PrintFile(const ImportedFile& file, CliContext& context) {
+  if (file.problem.empty()) {
+    PrintReport(file.file, file.report, context);
+    return CodeOf(file.report);
   }
+  context.err << "velumar-cli: " << file.problem << '\n';
+  return file.report.questions.empty() ? kFailure : kUndecided;
+}
+
+int ImportAll(const std::vector<Source>& sources, const std::string& directory,
+              ImportOptions options, CliContext& context) {
+  int code = 0;
+  TerminalProgress progress(context);
+  PriceImports imports(directory, context.cache, [&](const ImportedFile& file) {
+    progress.Clear();
+    code = std::max(code, PrintFile(file, context));
+    context.out << std::flush;
+  });
+  for (const Source& source : sources) {
+    options.remember = source.remember;
+    imports.Add(source.file, options, progress.Of(source.file));
+  }
+  imports.Finish();
+  return code;
 }
 
 int CodeOf(const Understanding& file) {
@@ -116,11 +128,12 @@ int Preview(const std::vector<Source>& sources, const ImportArguments& arguments
             CliContext& context) {
   std::vector<Understanding> files;
   int code = 0;
+  TerminalProgress progress(context);
   for (const Source& source : sources) {
-    files.push_back(UnderstandFile(source.file, arguments.options,
-                                   TerminalProgress(context, source.file).Callback()));
+    files.push_back(UnderstandFile(source.file, arguments.options, progress.Of(source.file)));
     code = std::max(code, CodeOf(files.back()));
   }
+  progress.Clear();
   if (arguments.json) {
     context.out << UnderstandingJson(files);
     return code;
@@ -151,11 +164,7 @@ int Import(const ImportArguments& arguments, CliContext& context) {
   }
   const std::vector<Source> sources = SourcesOf(paths);
   if (arguments.dry_run) return Preview(sources, arguments, context);
-  int code = 0;
-  for (const Source& source : sources) {
-    code = std::max(code, ImportOne(source, directory, arguments.options, context));
-  }
-  return code;
+  return ImportAll(sources, directory, arguments.options, context);
 }
 
 int UpdateDirectory(const std::string& directory, CliContext& context) {
@@ -163,19 +172,13 @@ int UpdateDirectory(const std::string& directory, CliContext& context) {
   if (!fs::is_directory(NativePath(directory), missing)) {
     throw std::runtime_error(directory + ": there is no such directory");
   }
-  const std::vector<UpdatedFile> files = UpdateImports(
-      directory, context.cache, TerminalProgress(context, NativePath(directory)).Callback());
+  TerminalProgress progress(context);
+  const std::vector<ImportedFile> files =
+      UpdateImports(directory, context.cache, progress.Of(NativePath(directory)));
+  progress.Clear();
   if (files.empty()) context.out << "nothing new\n";
   int code = 0;
-  for (const UpdatedFile& file : files) {
-    if (file.problem.empty()) {
-      PrintReport(file.file, file.report, context);
-      code = std::max(code, CodeOf(file.report));
-    } else {
-      context.err << "velumar-cli: " << file.problem << '\n';
-      code = std::max(code, file.undecided ? kUndecided : kFailure);
-    }
-  }
+  for (const ImportedFile& file : files) code = std::max(code, PrintFile(file, context));
   return code;
 }
 

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
+#include <unordered_map>
 #include <utility>
 
 #include "base/dates.h"
@@ -207,20 +208,23 @@ std::vector<RememberedFile> RememberedImports(std::string_view directory) {
   }
 }
 
-std::string RememberImport(std::string_view directory, const fs::path& file, const FileStamp& stamp,
-                           const ImportOptions& options) {
+std::string RememberImports(std::string_view directory, std::vector<RememberedFile> files) {
+  if (files.empty()) return "";
   try {
-    std::vector<RememberedFile> files = RememberedImports(directory);
-    RememberedFile fresh{.file = fs::weakly_canonical(file), .options = options, .stamp = stamp};
-    fresh.options.replace = false;
-    const auto known = std::ranges::find(files, fresh.file, &RememberedFile::file);
-    if (known == files.end()) {
-      files.push_back(std::move(fresh));
-    } else {
-      *known = std::move(fresh);
+    std::vector<RememberedFile> all = RememberedImports(directory);
+    std::unordered_map<fs::path::string_type, std::size_t> places;
+    for (std::size_t i = 0; i < all.size(); ++i) places.emplace(all[i].file.native(), i);
+    for (RememberedFile& fresh : files) {
+      fresh.file = fs::weakly_canonical(fresh.file);
+      fresh.options.replace = false;
+      const auto [place, is_new] = places.emplace(fresh.file.native(), all.size());
+      if (is_new) all.emplace_back();
+      all[place->second] = std::move(fresh);
     }
-    if (files.size() > kMostFiles) files.erase(files.begin());
-    Write(MemoryIn(directory), files);
+    if (all.size() > kMostFiles) {
+      all.erase(all.begin(), all.end() - static_cast<std::ptrdiff_t>(kMostFiles));
+    }
+    Write(MemoryIn(directory), all);
     return "";
   } catch (const std::exception& error) {
     return "the file is not remembered for updates: " + std::string(error.what());

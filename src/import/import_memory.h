@@ -24,9 +24,8 @@ inline constexpr std::string_view kImportMemory = "velumar-imports.json";
 // file if it is damaged: nothing of it is trusted then.
 std::vector<RememberedFile> RememberedImports(std::string_view directory);
 
-// Adds a file, or replaces what is remembered of it. Returns what failed as a sentence, or an empty
-// text: the bars are stored in any case. A damaged file is left as it is.
-std::string RememberImport(std::string_view directory, const std::filesystem::path& file,
-                           const FileStamp& stamp, const ImportOptions& options);
+// Adds files, or replaces what is remembered of them. Returns what failed as a sentence, or an
+// empty text: the bars are stored in any case. A damaged file is left as it is.
+std::string RememberImports(std::string_view directory, std::vector<RememberedFile> files);
 
 }  // namespace velumar

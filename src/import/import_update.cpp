@@ -62,27 +62,23 @@ std::vector<Source> ChangedSources(const std::vector<RememberedFile>& known) {
 
 }  // namespace
 
-std::vector<UpdatedFile> UpdateImports(std::string_view directory, IndexCache& cache,
-                                       const ImportProgress& progress) {
+std::vector<ImportedFile> UpdateImports(std::string_view directory, IndexCache& cache,
+                                        const ImportProgress& progress) {
   const std::vector<Source> sources = ChangedSources(RememberedImports(directory));
-  std::vector<UpdatedFile> updated;
-  for (const Source& source : sources) {
-    const auto done = static_cast<double>(updated.size());
+  std::vector<ImportedFile> updated;
+  PriceImports imports(directory, cache,
+                       [&](ImportedFile file) { updated.push_back(std::move(file)); });
+  for (std::size_t i = 0; i < sources.size(); ++i) {
     const auto part = [&](double of_file) {
-      return !progress || progress((done + of_file) / static_cast<double>(sources.size()));
+      return !progress ||
+             progress((static_cast<double>(i) + of_file) / static_cast<double>(sources.size()));
     };
-    UpdatedFile file{.file = source.file, .problem = source.problem};
-    try {
-      if (file.problem.empty()) {
-        file.report = ImportFile(source.file, directory, source.options, cache, part);
-      }
-    } catch (const ImportCancelled&) {
-      throw;
-    } catch (const std::exception& error) {
-      file.problem = error.what();
-      file.undecided = dynamic_cast<const ImportUndecided*>(&error) != nullptr;
-    }
-    updated.push_back(std::move(file));
+    if (sources[i].problem.empty()) imports.Add(sources[i].file, sources[i].options, part);
+  }
+  imports.Finish();
+  for (const Source& source : sources) {
+    if (source.problem.empty()) continue;
+    updated.push_back({.file = source.file, .problem = source.problem});
   }
   return updated;
 }

@@ -6,18 +6,15 @@
 #include <optional>
 #include <utility>
 
-#include "base/number_text.h"
 #include "base/paths.h"
 #include "base/raw_file.h"
 #include "base/text.h"
 #include "import/file_reading.h"
 #include "import/import_memory.h"
-#include "import/security_names.h"
+#include "import/series_merge.h"
 #include "marketdata/directory_editor.h"
 #include "marketdata/directory_lock.h"
-#include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
-#include "marketdata/metalib_reader.h"
 
 namespace velumar {
 
@@ -25,138 +22,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Much longer than storing the series of a file takes.
+// Much longer than storing a group of files takes.
 constexpr std::chrono::seconds kPatience(10);
 
-struct StoredSeries {
-  std::string name;
-  std::vector<Bar> bars = {};
-};
-
-std::vector<Bar> BarsOf(const BarArrays& arrays) {
-  std::vector<Bar> bars(arrays.dates.size());
-  for (std::size_t i = 0; i < bars.size(); ++i) {
-    bars[i] = {.date = arrays.dates[i],
-               .time = arrays.times[i],
-               .open = arrays.opens[i],
-               .high = arrays.highs[i],
-               .low = arrays.lows[i],
-               .close = arrays.closes[i],
-               .volume = arrays.volumes[i],
-               .open_interest = arrays.open_interests[i]};
-  }
-  return bars;
-}
-
-// Nothing if the directory, its index or the series is missing.
-std::optional<StoredSeries> ReadStored(std::string_view directory, const FoundSeries& wanted,
-                                       IndexCache& cache) {
-  MetaLibReader reader(cache);
-  try {
-    reader.OpenDirectory(directory);
-  } catch (const MetaLibError& error) {
-    if (error.Number() == MetaLibError::kNoData) return std::nullopt;
-    throw;
-  }
-  while (reader.NextSecurity() >= 1) {
-    reader.ReadSecurityHeader();
-    if (reader.SecuritySymbol() != wanted.symbol || reader.SecurityInterval() != wanted.interval) {
-      continue;
-    }
-    StoredSeries stored{.name = reader.SecurityName()};
-    reader.SelectSeries(wanted.symbol, wanted.interval == kDaily ? 1 : 0, wanted.interval);
-    reader.ReadSeries();
-    stored.bars = BarsOf(reader.Bars());
-    return stored;
-  }
-  return std::nullopt;
-}
-
-// Adds stored bars to those of the file, both oldest first. Of equal moments the file's bar counts,
-// unless the file begins within it: an earlier file knew all of it.
-std::vector<Bar> Merged(const std::vector<Bar>& stored, const ReadPrices::Series& read,
-                        ImportedSeries& result) {
-  std::vector<Bar> fresh = read.bars;
-  const auto key = [](const Bar& bar) { return TimestampKey(bar.date, bar.time); };
-  if (read.begins_within_bar && !stored.empty() && key(stored.front()) < key(fresh.front())) {
-    const auto whole = std::ranges::lower_bound(stored, key(fresh.front()), {}, key);
-    if (whole != stored.end() && key(*whole) == key(fresh.front())) fresh.front() = *whole;
-  }
-  std::vector<Bar> merged;
-  merged.reserve(stored.size() + fresh.size());
-  auto old = stored.begin();
-  for (const Bar& bar : fresh) {
-    for (; old != stored.end() && key(*old) < key(bar); ++old) {
-      if (key(*old) > key(fresh.front())) ++result.kept;
-      merged.push_back(*old);
-    }
-    const bool known = old != stored.end() && key(*old) == key(bar);
-    result.added += known ? 0 : 1;
-    result.changed += known && *old != bar ? 1 : 0;
-    if (known) ++old;
-    merged.push_back(bar);
-  }
-  merged.insert(merged.end(), old, stored.end());
-  return merged;
-}
-
-void RequireSameScale(int stored, int wanted) {
-  if (stored == wanted) return;
-  throw ImportError("the stored prices are " +
-                    (stored == 1 ? "not multiplied; leave out --scale"
-                                 : "multiplied; set --scale " + std::to_string(stored)) +
-                    ", or set --replace to start over");
-}
-
-void KeepPlayable(std::vector<Bar>& bars, TooLong too_long) {
-  if (bars.size() <= kLongestSeries) return;
-  if (too_long != TooLong::kKeepLast) {
-    throw ImportUndecided(QuestionText(
-        {.text = "With the stored bars, the series has " +
-                 GroupedNumber(std::to_string(bars.size())) + " bars; a run can play " +
-                 GroupedNumber(std::to_string(kLongestSeries)) + ".",
-         .option = "--last to keep the newest ones, or --replace to start over"}));
-  }
-  bars.erase(bars.begin(), bars.end() - kLongestSeries);
-}
-
-// Writes nothing if the stored series already is as it would become.
-void Store(HeldDirectory& directory, const ReadPrices::Series& series, const ImportOptions& options,
-           IndexCache& cache, ImportedSeries& result) {
-  NewSecurity security{
-      .symbol = series.found.symbol, .name = series.found.name, .interval = series.found.interval};
-  const std::optional<StoredSeries> stored = ReadStored(directory.Name(), series.found, cache);
-  const ScaledName name = ScaledNameOf(stored ? stored->name : "");
-  if (stored && !options.name) security.name = name.base + ScaleSuffix(options.scale);
-  if (options.scale != 1 && NameAsStored(security.name) != Trimmed(security.name)) {
-    throw ImportError("the name \"" + security.name +
-                      "\" is too long to end with the scale; set a shorter --name");
-  }
-  if (!stored || options.replace) {
-    directory.Store(security, series.bars, cache);
-    result.added = static_cast<std::int64_t>(series.bars.size());
-    result.replaced = true;
-    return;
-  }
-  RequireSameScale(name.scale, options.scale);
-  std::vector<Bar> bars = Merged(stored->bars, series, result);
-  KeepPlayable(bars, options.too_long);
-  if (bars == stored->bars && security.name == stored->name) return;
-  directory.Store(security, std::move(bars), cache);
-}
-
-ImportedSeries Imported(HeldDirectory& directory, const ReadPrices::Series& series,
-                        const ImportOptions& options, IndexCache& cache) {
-  ImportedSeries result{.found = series.found, .error = series.found.refusal};
-  if (!result.error.empty()) return result;
-  try {
-    Store(directory, series, options, cache, result);
-  } catch (const std::exception& error) {
-    result.error = error.what();
-    result.undecided = dynamic_cast<const ImportUndecided*>(&error) != nullptr;
-  }
-  return result;
-}
+// A group ends with one of these: what another import waits for, and what is in memory.
+constexpr std::chrono::milliseconds kLongestGroup(500);
+constexpr std::size_t kMostFiles = 100;
+constexpr std::size_t kMostBars = 500'000;
+// Of a file that is read while no other import has to wait for it, in bytes.
+constexpr std::int64_t kLargeFile = 4 << 20;
 
 // A run empties its working store, and what it held would be lost.
 void RequireNoStore(std::string_view directory) {
@@ -167,24 +41,21 @@ void RequireNoStore(std::string_view directory) {
                     "\" is a working store, which each run empties; choose another directory");
 }
 
-void RequireReady(const Understanding& understood, const std::string& name) {
-  if (!understood.refusal.empty()) throw ImportError(name + understood.refusal);
-  if (understood.questions.empty()) return;
+std::string TextOf(const std::vector<ImportQuestion>& questions) {
   std::string text;
-  for (const ImportQuestion& question : understood.questions) {
+  for (const ImportQuestion& question : questions) {
     text += (text.empty() ? "" : " ") + QuestionText(question);
   }
-  throw ImportUndecided(name + text);
+  return text;
 }
 
-// Throws the first question, else the first error.
-void RequireOneStored(const ImportReport& report) {
-  const auto question = std::ranges::find(report.series, true, &ImportedSeries::undecided);
+// Empty if a series was stored, else the first question or the first error.
+std::string ProblemOf(const ImportReport& report) {
   const bool stored =
       std::ranges::any_of(report.series, &std::string::empty, &ImportedSeries::error);
-  if (stored) return;
-  if (question != report.series.end()) throw ImportUndecided(question->error);
-  throw ImportError(report.series.front().error);
+  if (stored) return "";
+  const auto question = std::ranges::find(report.series, true, &ImportedSeries::undecided);
+  return question != report.series.end() ? question->error : report.series.front().error;
 }
 
 }  // namespace
@@ -198,35 +69,139 @@ Understanding UnderstandFile(const fs::path& file, const ImportOptions& options,
   return ReadPriceFile(file, options, progress).understanding;
 }
 
+// A file that was read.
+struct PriceImports::Read {
+  ImportedFile result;
+  ImportOptions options;
+  std::optional<FileStamp> stamp = {};
+  std::vector<ReadPrices::Series> series = {};
+  // Of each series of the report, its place among those that are to be stored.
+  std::vector<std::optional<std::size_t>> places = {};
+
+  void Merge(const ReadPrices::Series& one, SeriesMerge& merge);
+};
+
+void PriceImports::Read::Merge(const ReadPrices::Series& one, SeriesMerge& merge) {
+  ImportReport& report = result.report;
+  ImportedSeries& imported =
+      report.series.emplace_back(ImportedSeries{.found = one.found, .error = one.found.refusal});
+  places.emplace_back();
+  try {
+    if (imported.error.empty()) places.back() = merge.Add(one, options, imported);
+  } catch (const SeriesUndecided& open) {
+    imported.error = open.what();
+    imported.undecided = true;
+    report.questions.push_back(open.Question());
+  } catch (const std::exception& error) {
+    imported.error = error.what();
+  }
+}
+
+PriceImports::PriceImports(std::string_view directory, IndexCache& cache, Done done)
+    : directory_(directory), cache_(cache), done_(std::move(done)) {}
+
+PriceImports::~PriceImports() = default;
+
+void PriceImports::Add(const fs::path& file, const ImportOptions& options,
+                       const ImportProgress& progress) {
+  // The stamp is taken before the file is read, so that a later change is noticed.
+  Read read{.result = {.file = file}, .options = options, .stamp = StampOf(file)};
+  if (read.stamp && read.stamp->size > kLargeFile) StoreGroup();
+  try {
+    RequireNoStore(directory_);
+    ReadPrices prices = ReadPriceFile(file, options, progress);
+    ImportReport& report = read.result.report;
+    report.remarks = std::move(prices.understanding.remarks);
+    report.suggested_scale = prices.understanding.suggested_scale;
+    report.questions = std::move(prices.understanding.questions);
+    read.series = std::move(prices.series);
+    read.result.problem = prices.understanding.refusal;
+    if (read.result.problem.empty()) read.result.problem = TextOf(report.questions);
+    if (!prices.understanding.refusal.empty()) report.questions.clear();
+  } catch (const ImportCancelled&) {
+    throw;
+  } catch (const std::exception& error) {
+    read.result.problem = error.what();
+  }
+  Take(std::move(read));
+  if (IsFull()) StoreGroup();
+}
+
+void PriceImports::Finish() { StoreGroup(); }
+
+bool PriceImports::IsFull() const {
+  return !held_ || group_.size() >= kMostFiles || merge_->Bars() >= kMostBars ||
+         std::chrono::steady_clock::now() - begun_ >= kLongestGroup;
+}
+
+void PriceImports::BeginGroup() {
+  // Until the files are remembered: an import at the same time would undo what this one changes.
+  auto held = std::make_unique<HeldDirectory>(directory_, kPatience);
+  merge_ = std::make_unique<SeriesMerge>(directory_, cache_);
+  held_ = std::move(held);
+  begun_ = std::chrono::steady_clock::now();
+}
+
+void PriceImports::Take(Read read) {
+  try {
+    if (read.result.problem.empty() && !held_) BeginGroup();
+    for (const ReadPrices::Series& series : read.series) {
+      if (read.result.problem.empty()) read.Merge(series, *merge_);
+    }
+  } catch (const std::exception& error) {
+    read.result.problem = error.what();
+  }
+  read.series = {};
+  group_.push_back(std::move(read));
+}
+
+void PriceImports::StoreGroup() {
+  std::vector<Read> group = std::exchange(group_, {});
+  if (held_) {
+    const auto problems = held_->Store(std::move(merge_->Changed()), cache_);
+    for (Read& read : group) {
+      ImportReport& report = read.result.report;
+      for (std::size_t i = 0; i < report.series.size(); ++i) {
+        const std::optional<std::size_t>& place = read.places[i];
+        if (place && problems[*place]) report.series[i].error = problems[*place]->what();
+      }
+      if (read.result.problem.empty()) read.result.problem = ProblemOf(report);
+    }
+    RememberFiles(group);
+    merge_.reset();
+    held_.reset();
+  }
+  for (Read& read : group) {
+    std::string& problem = read.result.problem;
+    if (!problem.empty()) problem.insert(0, PathText(read.result.file) + ": ");
+    done_(std::move(read.result));
+  }
+}
+
+void PriceImports::RememberFiles(std::vector<Read>& group) const {
+  std::vector<RememberedFile> files;
+  for (const Read& read : group) {
+    const bool open = !read.result.problem.empty() || !read.result.report.questions.empty();
+    if (open || !read.stamp || read.options.remember == Remember::kNothing) continue;
+    files.push_back({.file = read.result.file, .options = read.options, .stamp = *read.stamp});
+  }
+  const std::string problem = RememberImports(directory_, std::move(files));
+  if (problem.empty()) return;
+  for (Read& read : group) {
+    if (read.result.problem.empty()) read.result.report.remarks.push_back(problem);
+  }
+}
+
 ImportReport ImportFile(const fs::path& file, std::string_view directory,
                         const ImportOptions& options, IndexCache& cache,
                         const ImportProgress& progress) {
-  RequireNoStore(directory);
-  const std::string name = PathText(file) + ": ";
-  // Before it is read, so that a later change is noticed.
-  const std::optional<FileStamp> stamp = StampOf(file);
-  ReadPrices read = ReadPriceFile(file, options, progress);
-  RequireReady(read.understanding, name);
-  ImportReport report{.remarks = std::move(read.understanding.remarks),
-                      .suggested_scale = read.understanding.suggested_scale};
-  try {
-    // Until the file is remembered: an import at the same time would undo what this one changes.
-    HeldDirectory held(directory, kPatience);
-    for (const ReadPrices::Series& series : read.series) {
-      report.series.push_back(Imported(held, series, options, cache));
-    }
-    const bool open = std::ranges::any_of(report.series, &ImportedSeries::undecided);
-    RequireOneStored(report);
-    if (stamp && !open && options.remember != Remember::kNothing) {
-      const std::string problem = RememberImport(directory, file, *stamp, options);
-      if (!problem.empty()) report.remarks.push_back(problem);
-    }
-  } catch (const ImportUndecided& error) {
-    throw ImportUndecided(name + error.what());
-  } catch (const std::exception& error) {
-    throw ImportError(name + error.what());
-  }
-  return report;
+  ImportedFile imported;
+  PriceImports imports(directory, cache, [&](ImportedFile one) { imported = std::move(one); });
+  imports.Add(file, options, progress);
+  imports.Finish();
+  if (imported.problem.empty()) return std::move(imported.report);
+  if (!imported.report.questions.empty()) throw ImportUndecided(imported.problem);
+  throw ImportError(imported.problem);
 }
 
 bool IsPriceFile(const fs::path& file) {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,7 +15,9 @@
 
 namespace velumar {
 
+class HeldDirectory;
 class IndexCache;
+class SeriesMerge;
 
 // Called every few milliseconds with the part that is done, 0 to 1. Returns false to cancel: the
 // call throws ImportCancelled and nothing is changed.
@@ -93,7 +97,15 @@ struct ImportedSeries {
 struct ImportReport {
   std::vector<ImportedSeries> series = {};
   std::vector<std::string> remarks = {};
-  int suggested_scale = 1;  // as in Understanding
+  int suggested_scale = 1;                     // as in Understanding
+  std::vector<ImportQuestion> questions = {};  // that kept the file or a series from being stored
+};
+
+// What became of one file of several.
+struct ImportedFile {
+  std::filesystem::path file = {};  // or a remembered folder that can't be read
+  ImportReport report = {};
+  std::string problem = {};  // why no series of it was stored; names the file
 };
 
 // A question is open. what() names the option that decides it.
@@ -102,29 +114,62 @@ class ImportUndecided : public ImportError {
   using ImportError::ImportError;
 };
 
-// Adds the bars of a price file to a market data directory, in one pass over the file, each series
-// completely or not at all. Stored bars that the file lacks are kept, others are corrected. Unless
-// a question is open, the file and its options are remembered there. Other imports into the
-// directory wait. If no series is stored, throws ImportUndecided or ImportError, which name the
-// file. Only the reading can be cancelled.
+// Adds the bars of price files to a market data directory, in one pass over each file, each series
+// completely or not at all. Stored bars that a file lacks are kept, others are corrected. Unless a
+// question is open, a file and its options are remembered there.
+//
+// Files are stored in groups, since flushing each to the disk by itself takes most of the time of
+// many small ones. Other imports into the directory wait for the end of the group.
+class PriceImports {
+ public:
+  // Called for each file, in their order, once its bars are on the disk or it has failed: by Add
+  // or Finish.
+  using Done = std::function<void(ImportedFile file)>;
+
+  // `cache` must outlive the object.
+  PriceImports(std::string_view directory, IndexCache& cache, Done done);
+  // Without Finish, the files that were not reported are not stored.
+  ~PriceImports();
+  PriceImports(const PriceImports&) = delete;
+  PriceImports& operator=(const PriceImports&) = delete;
+
+  // Only the reading can be cancelled: then throws ImportCancelled, and the file counts as not
+  // added.
+  void Add(const std::filesystem::path& file, const ImportOptions& options,
+           const ImportProgress& progress);
+  void Finish();
+
+ private:
+  struct Read;
+
+  void BeginGroup();
+  void Take(Read read);
+  bool IsFull() const;
+  void StoreGroup();
+  void RememberFiles(std::vector<Read>& group) const;
+
+  std::string directory_;
+  IndexCache& cache_;
+  Done done_;
+  // The group of files that are to be stored.
+  std::vector<Read> group_;
+  std::unique_ptr<HeldDirectory> held_;
+  std::unique_ptr<SeriesMerge> merge_;
+  std::chrono::steady_clock::time_point begun_;
+};
+
+// Imports one file. If no series is stored, throws ImportUndecided or ImportError, which name the
+// file.
 ImportReport ImportFile(const std::filesystem::path& file, std::string_view directory,
                         const ImportOptions& options, IndexCache& cache,
                         const ImportProgress& progress);
-
-// What became of one file of an update, or why a remembered folder can't be read.
-struct UpdatedFile {
-  std::filesystem::path file = {};
-  ImportReport report = {};
-  std::string problem = {};  // why it was not imported
-  bool undecided = false;    // a question is open
-};
 
 // Imports the files that the directory remembers again, where they have changed since, and the new
 // files of its remembered folders, with the options that all known files of the folder share.
 // Returns the files that were new or changed, and folders that can't be read. Throws ImportError if
 // what the directory remembers can't be read, and ImportCancelled.
-std::vector<UpdatedFile> UpdateImports(std::string_view directory, IndexCache& cache,
-                                       const ImportProgress& progress);
+std::vector<ImportedFile> UpdateImports(std::string_view directory, IndexCache& cache,
+                                        const ImportProgress& progress);
 
 // The price files among `paths`, folders included (not their subfolders), sorted.
 std::vector<std::filesystem::path> PriceFilesIn(const std::vector<std::filesystem::path>& paths);

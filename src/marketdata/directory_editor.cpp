@@ -100,15 +100,13 @@ SeriesEnds EndsOf(const std::vector<Bar>& bars) {
           .last_time = last->time};
 }
 
-// Adds or replaces one security in a directory that is locked. Everything new is first written next
-// to the files in use and flushed to the disk; then renames put it in place, the data file before
+// Adds or replaces securities in a directory that is locked. Everything new is first written next
+// to the files in use and flushed to the disk; then renames put it in place, the data files before
 // the index files. A security whose records change their shape moves to a data file with a new
 // number, so no index record ever describes a file of another shape.
 class SecurityStorage {
  public:
-  // Only plans. Throws MetaLibError; kDirectoryFull if no file number is left.
-  SecurityStorage(DirectoryIndex& index, const NewSecurity& security)
-      : index_(index), found_(index.FindSeries(security.symbol, security.interval)) {
+  explicit SecurityStorage(DirectoryIndex& index) : index_(index) {
     for (const IndexKind kind : kIndexKinds) {
       if (!index_.IndexPath(kind).empty()) UseImage(kind);
     }
@@ -116,64 +114,95 @@ class SecurityStorage {
       UseImage(IndexKind::kMaster);
       UseImage(IndexKind::kEmaster);
     }
-    DescribeSecurity(security);
-    const BarLayout wanted = WantedLayout(security.interval);
-    moves_ = found_ == nullptr || !HoldsAll(layout_, wanted) || IsShared(*found_);
-    if (moves_) Move(security);
   }
 
-  void Store(std::vector<Bar> bars) {
+  // False if the security depends on one that was added: commit those, and begin anew. A listed
+  // security that moves to another number is added alone.
+  bool CanAdd(const NewSecurity& security) {
+    const IndexedSecurity* const found = index_.FindSeries(security.symbol, security.interval);
+    if (staged_.empty() || found == nullptr) return !moved_;
+    return !moved_ && replaced_.count(found) == 0 && !Moves(Described(security), security);
+  }
+
+  // Writes the security next to the files in use. Throws MetaLibError; kDirectoryFull if no file
+  // number is left.
+  void Add(const NewSecurity& security, std::vector<Bar> bars) {
+    Place place = Described(security);
+    const bool moves = Moves(place, security);
+    if (moves) Move(place, security);
     const SeriesEnds ends = EndsOf(bars);
-    SeriesFile data({.path = index_.DataPathForWriting(home_, record_.file_number),
-                     .symbol = record_.symbol,
-                     .layout = layout_,
-                     .is_intraday = record_.IsIntraday()});
+    SeriesFile data({.path = index_.DataPathForWriting(place.home, place.record.file_number),
+                     .symbol = place.record.symbol,
+                     .layout = place.layout,
+                     .is_intraday = place.record.IsIntraday()});
     data.Stage(std::move(bars));
-    ChangeImages(ends);
-    std::vector<FileReplacement> staged = StageImages();
-    data.FlushStaged();
-    for (FileReplacement& file : staged) file.Flush();
-    data.CommitStaged();
+    staged_.push_back(std::move(data));
+    ChangeImages(place, ends);
+    if (place.found == nullptr) return;
+    replaced_.insert(place.found);
+    if (moves) moved_ = place.found;
+  }
+
+  // Puts the added securities in place. If it throws, each is as before or as added.
+  void Commit() {
+    std::vector<FileReplacement> indexes = StageImages();
+    for (SeriesFile& data : staged_) data.FlushStaged();
+    for (FileReplacement& file : indexes) file.Flush();
+    for (SeriesFile& data : staged_) data.CommitStaged();
     FlushFolder(index_.Path());
-    for (FileReplacement& file : staged) file.Commit();
+    for (FileReplacement& file : indexes) file.Commit();
     FlushFolder(index_.Path());
-    if (moves_) RemoveOldData();
+    if (moved_) RemoveOldData(*moved_);
   }
 
  private:
+  // Where a security is stored.
+  struct Place {
+    const IndexedSecurity* found = nullptr;  // the one to replace, or null
+    IndexRecord record;                      // as it will be
+    BarLayout layout;
+    IndexKind home = IndexKind::kMaster;
+  };
+
   void UseImage(IndexKind kind) { images_.emplace_back(kind, index_.IndexPath(kind)); }
 
   bool Uses(IndexKind kind) const {
     return std::ranges::find(images_, kind, &IndexImage::Kind) != images_.end();
   }
 
-  void DescribeSecurity(const NewSecurity& security) {
-    if (found_ != nullptr) {
-      record_ = found_->record;
-      home_ = found_->listed_in;
-      layout_ = index_.LayoutOf(*found_);
+  Place Described(const NewSecurity& security) {
+    Place place;
+    place.found = index_.FindSeries(security.symbol, security.interval);
+    IndexRecord& record = place.record;
+    if (place.found != nullptr) {
+      record = place.found->record;
+      place.home = place.found->listed_in;
+      place.layout = index_.LayoutOf(*place.found);
     }
     const bool intraday = security.interval != -1;
-    if (found_ == nullptr) record_.name = security.symbol;
-    record_.symbol = security.symbol;
-    record_.time_frame = intraday ? 'I' : 'D';
-    record_.minutes = intraday ? security.interval : 0;
+    if (place.found == nullptr) record.name = security.symbol;
+    record.symbol = security.symbol;
+    record.time_frame = intraday ? 'I' : 'D';
+    record.minutes = intraday ? security.interval : 0;
     const std::string name = NameAsStored(security.name);
-    if (!name.empty()) record_.name = name;
+    if (!name.empty()) record.name = name;
+    return place;
   }
 
-  void Move(const NewSecurity& security) {
-    layout_ = record_.layout = WantedLayout(security.interval);
-    const bool stays_high = found_ != nullptr && IsHigh(home_);
-    record_.file_number = stays_high ? 0 : FreeMasterNumber();
-    if (record_.file_number != 0) {
-      home_ = IndexKind::kMaster;
-      return;
-    }
-    home_ = IndexKind::kXmaster;
-    if (!Uses(home_)) UseImage(home_);
-    record_.file_number = FreeNumber(home_, kFirstXmasterNumber, kHighestNumber);
-    if (record_.file_number != 0) return;
+  // True if the security gets a new file number.
+  bool Moves(const Place& place, const NewSecurity& security) const {
+    const BarLayout wanted = WantedLayout(security.interval);
+    return place.found == nullptr || !HoldsAll(place.layout, wanted) || IsShared(*place.found);
+  }
+
+  void Move(Place& place, const NewSecurity& security) {
+    place.layout = place.record.layout = WantedLayout(security.interval);
+    const bool is_listed = place.found != nullptr;
+    place.record.file_number = is_listed && IsHigh(place.home) ? 0 : FreeMasterNumber(is_listed);
+    place.home = place.record.file_number != 0 ? IndexKind::kMaster : IndexKind::kXmaster;
+    if (place.record.file_number != 0) return;
+    place.record.file_number = FreeNumber(place.home, kFirstXmasterNumber, kHighestNumber);
+    if (place.record.file_number != 0) return;
     throw MetaLibError(MetaLibError::kDirectoryFull, "\"" + PathText(index_.Path()) +
                                                          "\": no file number is left for \"" +
                                                          security.symbol + "\"");
@@ -181,9 +210,9 @@ class SecurityStorage {
 
   // 0 if none is left, or if there is neither MASTER nor EMASTER. A listed security needs no new
   // record.
-  int FreeMasterNumber() const {
+  int FreeMasterNumber(bool is_listed) const {
     const auto has_room = [&](const IndexImage& image) {
-      return found_ != nullptr || IsHigh(image.Kind()) || image.Records() < kMostMasterRecords;
+      return is_listed || IsHigh(image.Kind()) || image.Records() < kMostMasterRecords;
     };
     const bool has_index = Uses(IndexKind::kMaster) || Uses(IndexKind::kEmaster);
     if (!has_index || !std::ranges::all_of(images_, has_room)) return 0;
@@ -224,21 +253,22 @@ class SecurityStorage {
            }) > 1;
   }
 
-  std::int64_t OldOffset(IndexKind kind) const {
-    return found_ == nullptr ? IndexedSecurity::kNotListed
-                             : found_->offsets[static_cast<std::size_t>(kind)];
+  static std::int64_t OldOffset(const Place& place, IndexKind kind) {
+    return place.found == nullptr ? IndexedSecurity::kNotListed
+                                  : place.found->offsets[static_cast<std::size_t>(kind)];
   }
 
-  void ChangeImages(const SeriesEnds& ends) {
+  void ChangeImages(const Place& place, const SeriesEnds& ends) {
+    if (IsHigh(place.home) && !Uses(place.home)) UseImage(place.home);
     for (IndexImage& image : images_) {
-      const std::int64_t offset = OldOffset(image.Kind());
+      const std::int64_t offset = OldOffset(place, image.Kind());
       const bool is_listed = offset != IndexedSecurity::kNotListed;
-      if (IsHigh(image.Kind()) != IsHigh(home_)) {
+      if (IsHigh(image.Kind()) != IsHigh(place.home)) {
         if (is_listed) image.RemoveAt(offset);
         continue;
       }
       const ByteSpan record = is_listed ? image.RecordAt(offset) : image.AddRecord();
-      SetIndexIdentity(image.Kind(), record, record_);
+      SetIndexIdentity(image.Kind(), record, place.record);
       SetIndexEnds(image.Kind(), record, ends);
     }
   }
@@ -257,21 +287,19 @@ class SecurityStorage {
     return staged;
   }
 
-  void RemoveOldData() const {
-    if (found_ == nullptr || IsShared(*found_)) return;
+  void RemoveOldData(const IndexedSecurity& moved) const {
+    if (IsShared(moved)) return;
     std::error_code ignored;
-    for (const auto& path : {index_.DataPath(*found_), index_.ColumnsPath(*found_)}) {
+    for (const auto& path : {index_.DataPath(moved), index_.ColumnsPath(moved)}) {
       if (path) std::filesystem::remove(*path, ignored);
     }
   }
 
   DirectoryIndex& index_;
-  const IndexedSecurity* const found_;  // the one to replace, or null
-  std::vector<IndexImage> images_;      // of the index files in use or to be created
-  IndexRecord record_;                  // of the security, as it will be
-  BarLayout layout_;
-  IndexKind home_ = IndexKind::kMaster;
-  bool moves_ = false;
+  std::vector<IndexImage> images_;  // of the index files in use or to be created
+  std::vector<SeriesFile> staged_;
+  std::set<const IndexedSecurity*> replaced_;
+  const IndexedSecurity* moved_ = nullptr;  // the only one that was added
 };
 
 // Returns true if it did not exist.
@@ -340,16 +368,48 @@ HeldDirectory::~HeldDirectory() {
   std::filesystem::remove(path_, ignored);
 }
 
-void HeldDirectory::Store(const NewSecurity& security, std::vector<Bar> bars, IndexCache& cache) {
-  RequireStorable(security);
-  CheckBars(security, bars, directory_);
-  SecurityStorage(*LoadOrStart(cache, directory_), security).Store(std::move(bars));
-  is_new_ = false;
+std::vector<std::optional<MetaLibError>> HeldDirectory::Store(std::vector<NewSeries> all,
+                                                              IndexCache& cache) {
+  Problems problems(all.size());
+  for (std::size_t next = 0; next < all.size();) next = StoreSome(all, next, cache, problems);
+  return problems;
+}
+
+// Stores those from `first` on that can be stored together. Returns where the others begin.
+std::size_t HeldDirectory::StoreSome(std::vector<NewSeries>& all, std::size_t first,
+                                     IndexCache& cache, Problems& problems) {
+  std::size_t next = first;
+  std::vector<std::size_t> added;
+  try {
+    const std::shared_ptr<DirectoryIndex> index = LoadOrStart(cache, directory_);
+    SecurityStorage storage(*index);
+    for (; next < all.size(); ++next) {
+      NewSeries& series = all[next];
+      try {
+        RequireStorable(series.security);
+        if (!storage.CanAdd(series.security)) break;
+        CheckBars(series.security, series.bars, directory_);
+        storage.Add(series.security, std::move(series.bars));
+        added.push_back(next);
+      } catch (const MetaLibError& error) {
+        problems[next] = error;
+      }
+    }
+    if (added.empty()) return next;
+    storage.Commit();
+    is_new_ = false;
+  } catch (const MetaLibError& error) {
+    for (const std::size_t one : added) problems[one] = error;
+    if (next == first) problems[next++] = error;
+  }
+  return next;
 }
 
 void StoreSecurity(std::string_view directory, const NewSecurity& security,
                    const std::vector<Bar>& bars, IndexCache& cache) {
-  HeldDirectory(directory).Store(security, bars, cache);
+  HeldDirectory held(directory);
+  const auto problem = held.Store({{security, bars}}, cache).front();
+  if (problem) throw MetaLibError(*problem);
 }
 
 }  // namespace velumar

@@ -9,6 +9,7 @@
 
 #include "marketdata/bar.h"
 #include "marketdata/directory_lock.h"
+#include "marketdata/metalib_error.h"
 
 namespace velumar {
 
@@ -24,6 +25,11 @@ struct NewSecurity {
   // symbol.
   std::string name;
   int interval = -1;
+};
+
+struct NewSeries {
+  NewSecurity security;
+  std::vector<Bar> bars;
 };
 
 // Throws MetaLibError (kNotStorable) if the symbol, the name or the interval cannot be stored.
@@ -46,10 +52,17 @@ class HeldDirectory {
   HeldDirectory& operator=(const HeldDirectory&) = delete;
 
   const std::string& Name() const { return directory_; }
-  // As StoreSecurity.
-  void Store(const NewSecurity& security, std::vector<Bar> bars, IndexCache& cache);
+  // Stores each as StoreSecurity does, but changes the index files together, since flushing them
+  // for every security takes most of the time of many small ones. Returns for each what it would
+  // throw. Each symbol and interval may occur once.
+  std::vector<std::optional<MetaLibError>> Store(std::vector<NewSeries> all, IndexCache& cache);
 
  private:
+  using Problems = std::vector<std::optional<MetaLibError>>;
+
+  std::size_t StoreSome(std::vector<NewSeries>& all, std::size_t first, IndexCache& cache,
+                        Problems& problems);
+
   std::string directory_;
   std::filesystem::path path_;
   bool is_new_;  // and nothing was stored

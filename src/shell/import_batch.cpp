@@ -150,9 +150,13 @@ void ImportBatch::Take(std::size_t file, Understanding understood) {
   } else if (read.understood.questions.empty()) {
     read.state = FileState::kReady;
   } else {
-    read.state = FileState::kAsks;
-    if (AnswerByItself(read)) read.state = FileState::kWaiting;
+    Ask(read);
   }
+}
+
+void ImportBatch::Ask(BatchFile& file) {
+  file.state = FileState::kAsks;
+  if (AnswerByItself(file)) file.state = FileState::kWaiting;
 }
 
 void ImportBatch::FollowSeries(std::size_t file) {
@@ -190,14 +194,16 @@ bool ImportBatch::AnswerByItself(BatchFile& file) {
   return false;
 }
 
-void ImportBatch::TakeReport(std::size_t file, ImportReport report) {
-  files_.at(file).state = FileState::kImported;
-  files_.at(file).report = std::move(report);
-}
-
-void ImportBatch::TakeFailure(std::size_t file, std::string why) {
-  files_.at(file).state = FileState::kFailed;
-  files_.at(file).failure = std::move(why);
+void ImportBatch::TakeImported(ImportedFile imported) {
+  const auto file = std::ranges::find(files_, imported.file, &BatchFile::path);
+  if (file == files_.end()) return;
+  if (!imported.report.questions.empty()) {
+    file->understood.questions = std::move(imported.report.questions);
+    return Ask(*file);
+  }
+  file->state = imported.problem.empty() ? FileState::kImported : FileState::kFailed;
+  file->failure = std::move(imported.problem);
+  file->report = std::move(imported.report);
 }
 
 }  // namespace velumar

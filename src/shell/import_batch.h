@@ -75,12 +75,15 @@ class ImportBatch {
   // The result of a reading with the present options. If a default or an answer for all files
   // changes the options, the file waits again.
   void Take(std::size_t file, Understanding understood);
-  void TakeReport(std::size_t file, ImportReport report);
-  void TakeFailure(std::size_t file, std::string why);
+  // What became of a file of the batch. A question that its import raised is asked like one of its
+  // reading.
+  void TakeImported(ImportedFile imported);
 
  private:
   // Remembers nothing of a file that is not a price file.
   void AddFile(const std::filesystem::path& path, Remember remember);
+  // Sets the state of a file with questions.
+  void Ask(BatchFile& file);
   bool AnswerByItself(BatchFile& file);
   void FollowSeries(std::size_t file);
 

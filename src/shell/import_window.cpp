@@ -180,6 +180,9 @@ void ImportWindow::Import() {
     return platform_.boxes.Show("Pause the replay before importing price files.",
                                 BoxIcon::kInformation);
   }
+  // The window was closed during an import, and opened again before that has ended.
+  if (importing_) return ShowStatus("The import before is still ending. Try again.", true);
+  importing_ = true;
   const int load = load_;
   const std::vector<std::size_t> ready = batch_.In(FileState::kReady);
   ImportReport stored;
@@ -187,16 +190,28 @@ void ImportWindow::Import() {
   cancelled_ = interrupted_ = false;
   ShowTask();
   ShowFile();
+  importer_.BeginImport(directory_, [&](ImportedFile file) {
+    std::ranges::copy_if(file.report.series, std::back_inserter(stored.series),
+                         [](const ImportedSeries& series) { return series.error.empty(); });
+    if (!Wanted(load)) return;
+    batch_.TakeImported(std::move(file));
+    Window().lstFiles.Refresh();
+  });
   bool whole = true;
   for (std::size_t i = 0; i < ready.size() && whole; ++i) {
     ShowStatus("Importing " + std::to_string(i + 1) + " of " + std::to_string(ready.size()) + ": " +
                PathText(batch_.At(ready[i]).path.filename()));
-    whole = ImportFile(ready[i], load, Progress(load, i, ready.size()), stored);
+    whole = ImportFile(ready[i], Progress(load, i, ready.size())) && Wanted(load);
   }
+  importer_.FinishImport();
+  importing_ = false;
   if (Wanted(load)) {
     task_ = Task::kNone;
     ShowTask();
     ShowFile();
+    if (batch_.Count(FileState::kAsks) > 0 && batch_.At(chosen_).state != FileState::kAsks) {
+      ChooseNextQuestion();
+    }
     ShowStatus((whole ? "" : "Cancelled. ") + ImportedText(ready, stored));
   }
   if (!stored.series.empty() && desktop_.Untouched().form1.Loaded()) {
@@ -205,26 +220,17 @@ void ImportWindow::Import() {
   if (Wanted(load)) ReadFiles();  // files may have been dropped since
 }
 
-bool ImportWindow::ImportFile(std::size_t file, int load, const ImportProgress& progress,
-                              ImportReport& stored) {
+bool ImportWindow::ImportFile(std::size_t file, const ImportProgress& progress) {
+  // Copies: files may be dropped during the import.
   const std::filesystem::path path = batch_.At(file).path;
   const ImportOptions options = batch_.At(file).options;
-  const std::string directory = directory_;
   try {
     if (!progress(0)) return false;
-    ImportReport report = importer_.Import(path, directory, options, progress);
-    std::ranges::copy_if(report.series, std::back_inserter(stored.series),
-                         [](const ImportedSeries& series) { return series.error.empty(); });
-    if (!Wanted(load)) return false;
-    batch_.TakeReport(file, std::move(report));
+    importer_.Import(path, options, progress);
+    return true;
   } catch (const ImportCancelled&) {
     return false;
-  } catch (const std::exception& error) {
-    if (!Wanted(load)) return false;
-    batch_.TakeFailure(file, error.what());
   }
-  Window().lstFiles.Refresh();
-  return true;
 }
 
 std::string ImportWindow::ImportedText(const std::vector<std::size_t>& wanted,
@@ -234,6 +240,9 @@ std::string ImportWindow::ImportedText(const std::vector<std::size_t>& wanted,
   std::string text =
       "Imported " + std::to_string(imported) + " of " + Counted(wanted.size(), "file");
   if (imported > 0) text += ": " + ReportText(stored);
+  const std::size_t asking = batch_.Count(FileState::kAsks);
+  if (asking > 0)
+    text += ". " + Counted(asking, "file") + (asking == 1 ? " has" : " have") + " a question";
   return text + ".";
 }
 

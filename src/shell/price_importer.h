@@ -1,7 +1,9 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string_view>
+#include <utility>
 
 #include "import/price_import.h"
 
@@ -15,9 +17,11 @@ class PriceImporter {
   // As UnderstandFile.
   virtual Understanding Understand(const std::filesystem::path& file, const ImportOptions& options,
                                    const ImportProgress& progress) = 0;
-  // As ImportFile.
-  virtual ImportReport Import(const std::filesystem::path& file, std::string_view directory,
-                              const ImportOptions& options, const ImportProgress& progress) = 0;
+  // As the constructor, Add and Finish of PriceImports, in this order.
+  virtual void BeginImport(std::string_view directory, PriceImports::Done done) = 0;
+  virtual void Import(const std::filesystem::path& file, const ImportOptions& options,
+                      const ImportProgress& progress) = 0;
+  virtual void FinishImport() = 0;
 };
 
 // Imports files of the disk.
@@ -28,13 +32,21 @@ class FileImporter : public PriceImporter {
                            const ImportProgress& progress) override {
     return UnderstandFile(file, options, progress);
   }
-  ImportReport Import(const std::filesystem::path& file, std::string_view directory,
-                      const ImportOptions& options, const ImportProgress& progress) override {
-    return ImportFile(file, directory, options, cache_, progress);
+  void BeginImport(std::string_view directory, PriceImports::Done done) override {
+    imports_ = std::make_unique<PriceImports>(directory, cache_, std::move(done));
+  }
+  void Import(const std::filesystem::path& file, const ImportOptions& options,
+              const ImportProgress& progress) override {
+    imports_->Add(file, options, progress);
+  }
+  void FinishImport() override {
+    imports_->Finish();
+    imports_.reset();
   }
 
  private:
   IndexCache& cache_;
+  std::unique_ptr<PriceImports> imports_;
 };
 
 }  // namespace velumar

@@ -1,4 +1,5 @@
 // Price files into a market data directory.
+#include <map>
 #include <nlohmann/json.hpp>
 #include <thread>
 
@@ -246,6 +247,41 @@ TEST_F(Import, LosesNothingIfAnotherOneRunsAtTheSameTime) {
   EXPECT_EQ(RememberedImports(data).size(), std::size_t{2} * kFiles);
 }
 
+// Two files of one series, and one that fails, in the same group.
+TEST_F(Import, ReportsEachOfSeveralFilesOnceItIsStored) {
+  std::vector<std::string> reports;
+  const auto report = [&](const ImportedFile& file) {
+    const std::string name = file.file.filename().string();
+    reports.push_back(name + (file.problem.empty() ? "" : " failed"));
+    for (const ImportedSeries& one : file.report.series) {
+      reports.back() +=
+          ": " + std::to_string(one.added) + " new, " + std::to_string(one.changed) + " changed";
+      EXPECT_FALSE(Stored(one.found.symbol).empty()) << name;
+    }
+  };
+  const auto import = [&](const std::vector<std::string>& names) {
+    reports.clear();
+    PriceImports imports(data, cache, report);
+    for (const std::string& name : names) imports.Add(folder.Sub(name), {}, nullptr);
+    imports.Finish();
+    return reports;
+  };
+  std::filesystem::create_directory(folder / "b");
+  File("ABC_D.csv", kHeader + Days(1, 5));
+  File("b/ABC_D.csv", kHeader + Days(4, 9, 7));
+  File("bad_D.csv", "a,b\n1,2\n");
+  File("OTHER_D.csv", kHeader + Days(1, 3));
+  EXPECT_THAT(import({"bad_D.csv"}), ElementsAre("bad_D.csv failed"));
+  EXPECT_FALSE(std::filesystem::exists(data));
+  EXPECT_THAT(import({"OTHER_D.csv", "ABC_D.csv", "bad_D.csv", "b/ABC_D.csv"}),
+              ElementsAre("OTHER_D.csv: 3 new, 0 changed", "ABC_D.csv: 5 new, 0 changed",
+                          "bad_D.csv failed", "ABC_D.csv: 4 new, 2 changed"));
+  EXPECT_EQ(SecuritiesOf(data, cache).at(0).symbol, "OTHER");
+  EXPECT_EQ(SecuritiesOf(data, cache).at(1).bars, 9);
+  EXPECT_EQ(RememberedImports(data).size(), 3U);
+  EXPECT_THAT(import({"b/ABC_D.csv"}), ElementsAre("ABC_D.csv: 0 new, 0 changed"));
+}
+
 TEST_F(Import, SaysThatALongNameIsCut) {
   const std::string file = File("ABC_D.csv", kHeader + Days(1, 3));
   ImportOptions options;
@@ -280,14 +316,29 @@ TEST_F(Import, KeepsMergedSeriesPlayable) {
   EXPECT_THAT([&] { Take(more, options); },
               ThrowsMessage<ImportUndecided>(HasSubstr("has 43,200 bars; a run can play 32,768. "
                                                        "Set --last")));
-  options.too_long = TooLong::kKeepLast;
+  std::vector<ImportQuestion> questions;
+  PriceImports imports(data, cache,
+                       [&](const ImportedFile& one) { questions = one.report.questions; });
+  imports.Add(more, options, nullptr);
+  imports.Finish();
+  ASSERT_EQ(questions.size(), 1U);
+  std::map<std::string, ImportOptions> answers;
+  for (const auto& answer : questions[0].answers) {
+    answers[answer.text + ": " + answer.result] = answer.options;
+  }
+  EXPECT_EQ(answers.size(), 8U);
+  EXPECT_EQ(Taken(more, answers["bars of 60 minutes: 1,200 bars of this file"]),
+            "1200 new, 0 changed, 0 kept");
+  EXPECT_EQ(Taken(more, answers["one series for each year: 2020 of this file"]),
+            "14400 new, 0 changed, 0 kept");
+  options = answers["keep the last 32,768 bars: from 9 February 2020"];
   EXPECT_EQ(Taken(more, options), "14400 new, 0 changed, 0 kept");
   EXPECT_EQ(SecuritiesOf(data, cache).at(0).bars, 32768);
 }
 
-std::vector<std::string> UpdatedNames(const std::vector<UpdatedFile>& files) {
+std::vector<std::string> UpdatedNames(const std::vector<ImportedFile>& files) {
   std::vector<std::string> names;
-  for (const UpdatedFile& file : files) {
+  for (const ImportedFile& file : files) {
     names.push_back(file.file.filename().string() + (file.problem.empty() ? "" : " failed"));
   }
   return names;

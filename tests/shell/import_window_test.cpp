@@ -51,16 +51,30 @@ class MadeUpFiles : public PriceImporter {
     return understood;
   }
 
-  ImportReport Import(const std::filesystem::path& file, std::string_view directory,
-                      const ImportOptions& options, const ImportProgress& progress) override {
+  void BeginImport(std::string_view directory, PriceImports::Done done) override {
+    directory_ = directory;
+    done_ = std::move(done);
+  }
+
+  void Import(const std::filesystem::path& file, const ImportOptions& options,
+              const ImportProgress& progress) override {
     const std::string name = file.stem().string();
     Run(during_import, name, progress);
-    if (name == "full") throw ImportError("full.csv: the disk is full");
+    if (name == "full") return done_({.file = file, .problem = "full.csv: the disk is full"});
     Understanding understood = Understand(file, options, {});
     read.pop_back();
-    stored[std::string(directory)].push_back(understood.series.front().symbol);
-    return {{{understood.series.front(), 10, 3, 1, false, ""}}, {}};
+    if (name == "long" && options.too_long == TooLong::kAsk) {
+      ImportOptions last = options;
+      last.too_long = TooLong::kKeepLast;
+      const ImportQuestion question{
+          "The series is too long.", "--last or --replace", {{"keep the last", "from 2020", last}}};
+      return done_({.file = file, .report = {.questions = {question}}, .problem = "Set --last"});
+    }
+    stored[directory_].push_back(understood.series.front().symbol);
+    done_({.file = file, .report = {.series = {{understood.series.front(), 10, 3, 1, false, ""}}}});
   }
+
+  void FinishImport() override { done_ = nullptr; }
 
   std::vector<std::string> read;
   std::map<std::string, Remember> remembered;
@@ -69,6 +83,9 @@ class MadeUpFiles : public PriceImporter {
   std::map<std::string, std::function<void()>> during_import;
 
  private:
+  std::string directory_;
+  PriceImports::Done done_;
+
   // What the user does while a file is half done.
   static void Run(std::map<std::string, std::function<void()>>& actions, const std::string& name,
                   const ImportProgress& progress) {
@@ -156,6 +173,18 @@ TEST_F(ImportWindowTest, AnAnswerReadsTheFileAgainAndMayCountForAllFiles) {
   Drop({"ask4.csv"});
   EXPECT_EQ(Cell(4, BatchColumn::kFirstDay), "2020-01-02") << "also for files added later";
   EXPECT_EQ(form.cmdImport.Text(), "&Import 5 files");
+}
+
+TEST_F(ImportWindowTest, AQuestionThatStoredBarsRaiseIsAskedLikeOthers) {
+  Drop({"long.csv", "plain.csv"});
+  form.cmdImport.on_click();
+  EXPECT_THAT(Remark(0), HasSubstr("question: The series is too long."));
+  EXPECT_TRUE(form.cmdAnswer1.Visible());
+  EXPECT_THAT(form.lblStatus.Text(), HasSubstr("Imported 1 of 2 files"));
+  EXPECT_THAT(form.lblStatus.Text(), HasSubstr("1 file has a question."));
+  form.cmdAnswer1.on_click();
+  form.cmdImport.on_click();
+  EXPECT_THAT(Remark(0), HasSubstr("10 new bars"));
 }
 
 TEST_F(ImportWindowTest, BoxesDecideForTheSelectedFiles) {
