@@ -149,16 +149,16 @@ TEST_F(Shapes, HaveTheirLinesWithinTheArea) {
   const Shape box = Of(kRectangle, {At(20, 60), At(110, -50)});
   EXPECT_THAT(Lines(box), ElementsAre("200,140 1000,140", "200,200 200,140"));
   EXPECT_EQ(box.fill, (Box{200, 140, 1000, 200}));
-  const Shape retracement = Of(kFibonacci, {At(10, 0), At(20, 100)});
-  EXPECT_EQ(Lines(retracement)[5], "100,162 200,162");
+  const Shape retracement = Of(kFibonacci, {At(10, 0), At(20, 110)});
+  EXPECT_EQ(Lines(retracement)[5], "100,158 200,158");
   const auto labels = [](const Shape& shape) {
     std::vector<std::string> texts;
     for (const Shape::Label& label : shape.labels) texts.push_back(label.text);
     return texts;
   };
   EXPECT_THAT(labels(retracement),
-              UnorderedElementsAre("0 %  100", "23.6 %  76", "38.2 %  62", "50 %  50", "61.8 %  38",
-                                   "78.6 %  21", "100 %  0"));
+              UnorderedElementsAre("0 %  110", "23.6 %  84", "38.2 %  68", "50 %  55", "61.8 %  42",
+                                   "78.6 %  24", "100 %  0"));
   EXPECT_THAT(labels(Of(kFibonacci, {At(10, 100), At(20, 130)})),
               UnorderedElementsAre("0 %  130", "50 %  115", "100 %  100"))
       << "labels of 12 pixels don't cover each other";

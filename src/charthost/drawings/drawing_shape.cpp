@@ -137,10 +137,9 @@ class ShapeMaker {
   }
 
   void AddLevelLabel(const RetracementLevel& level, double x) {
-    constexpr double kLetters = 0.8;  // of the height of a text
     const double y = scene_.to_pixel(0, level.price).y;
     const bool free = std::ranges::none_of(shape_.labels, [&](const Shape::Label& label) {
-      return std::abs(label.box.bottom - y) < kLetters * (label.box.bottom - label.box.top);
+      return std::abs(label.box.bottom - y) < label.box.bottom - label.box.top;
     });
     const std::string share = PatternText(static_cast<float>(level.share * 100), "##0.#") + " %  ";
     if (free && std::isfinite(y)) AddPriceLabel(share + scene_.price_text(level.price), x, y);
