@@ -15,6 +15,8 @@ PlotPanes::PlotPanes(const ChartModel& model, Surroundings surroundings)
       margins_(new QCPMarginGroup(surroundings_.plot)) {
   prices_ = Add();
   volumes_ = Add();
+  constexpr QSize kLeast(50, 18);  // in tiles on a small screen the prices get the room
+  volumes_->setMinimumSize(kLeast);
   QCPAxis* const prices = prices_->axis(QCPAxis::atRight);
   price_ticker_ = QSharedPointer<ValueTicker>::create(
       *prices, 52, [this](double value, double) { return ToQt(model_.AxisText(value)); });
