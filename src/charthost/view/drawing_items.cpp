@@ -46,10 +46,14 @@ void DrawingItems::Show(const std::vector<ShownShape>& shapes, const Palette& co
   hide(handles_, used_handles_);
 }
 
+// A thin line is drawn many times as fast as a wider one, and one along the pixels needs no soft
+// edges.
 void DrawingItems::ShowLines(const ShownShape& shown, const QColor& colour) {
   for (const Segment& line : shown.shape.lines) {
+    const bool straight = line.from.x == line.to.x || line.from.y == line.to.y;
     QCPItemLine& item = Next(lines_, used_lines_);
-    item.setPen(QPen(colour, shown.selected ? 2.5 : 1.5));
+    item.setPen(QPen(colour, shown.selected ? 2.5 : 1));
+    item.setAntialiased(!straight);
     item.setHead(shown.shape.arrow_head ? QCPLineEnding(QCPLineEnding::esSpikeArrow, 9, 12)
                                         : QCPLineEnding());
     item.start->setCoords(line.from.x, line.from.y);
