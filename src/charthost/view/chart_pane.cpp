@@ -116,8 +116,7 @@ void ChartPane::Refresh() {
 
 void ChartPane::RefreshNow() {
   document_.Refresh();
-  ShowState(QCustomPlot::rpImmediateRefresh);
-  if (isVisible()) readout_->repaint();
+  ShowState(QCustomPlot::rpRefreshHint);
 }
 
 void ChartPane::ExpectRefreshes() {

@@ -34,7 +34,7 @@ class ChartPane : public QWidget {
   DrawingTool* Drawings() const { return drawings_; }
 
   void Refresh();
-  // The same; if the chart is in front, it is drawn at the return.
+  // The same, without waiting for events: the next repaint of the window shows it.
   void RefreshNow();
   // Velumar refreshes the chart, so an empty one gives no advice how to.
   void ExpectRefreshes();

@@ -9,6 +9,7 @@
 
 #include "charthost/view/chart_area.h"
 #include "charthost/view/chart_pane.h"
+#include "charthost/view/chart_plot.h"
 #include "charthost/view/draw_menu.h"
 #include "charthost/view/drawing_desk.h"
 #include "charthost/view/drawings_dialog.h"
@@ -284,6 +285,7 @@ void MainWindow::OpenDirectly(const TypedChoice& choice) {
   }
   if (std::ranges::find(open, ActiveChart()) == open.end()) area_->Activate(open.front());
   for (ChartPane* const chart : open) chart->RefreshNow();
+  ActiveChart()->Plot().repaint();
 }
 
 void MainWindow::OfferCompare(bool offered) { view_menu_->OfferCompare(offered); }
@@ -297,8 +299,10 @@ bool MainWindow::RefreshFolder(const std::string& folder, const std::string& sym
     if (chart->Document().Symbol() == symbol) chart->SetPositions(positions);
     chart->RefreshNow();
   }
-  if (any) Changed("refreshed");
-  return any;
+  if (!any) return false;
+  ActiveChart()->Plot().repaint();  // and everything else that has changed in the window
+  Changed("refreshed");
+  return true;
 }
 
 void MainWindow::ShowPositions(const std::string& folder, const std::string& symbol,
