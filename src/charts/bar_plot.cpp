@@ -1,15 +1,21 @@
 #include "charts/bar_plot.h"
 
+#include "charts/plot_buffers.h"
+
 namespace velumar {
 
 BarPlot::BarPlot(QWidget* parent) : QCustomPlot(parent) {
   plotLayout()->clear();
   setMouseTracking(true);
   setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
-  // Each buffered layer is one more picture of the size of the window in every drawing.
+  // Several changes within one event are one picture on the screen.
+  setPlottingHint(QCP::phImmediateRefresh, false);
   layer(QStringLiteral("overlay"))->setMode(QCPLayer::lmLogical);
   addLayer(pointer_layer_);
   layer(pointer_layer_)->setMode(QCPLayer::lmBuffered);
+  mPaintBuffers = {QSharedPointer<GroundBuffer>::create(colours_.field),
+                   QSharedPointer<RecordedBuffer>::create()};
+  for (const auto& buffer : mPaintBuffers) buffer->setDevicePixelRatio(bufferDevicePixelRatio());
   connect(this, &QCustomPlot::mouseMove, this,
           [this](const QMouseEvent* event) { MovePointer(event->position()); });
 }
@@ -128,7 +134,7 @@ void BarPlot::PlacePointer() {
 void BarPlot::MovePointer(std::optional<QPointF> pixel) {
   pointer_ = pixel;
   PlacePointer();
-  layer(pointer_layer_)->replot();
+  if (!mReplotQueued) layer(pointer_layer_)->replot();
 }
 
 QCPItemText* BarPlot::AddPointerText() {
@@ -153,6 +159,12 @@ void BarPlot::wheelEvent(QWheelEvent* event) {
     QCustomPlot::wheelEvent(event);
   }
   MovePointer(event->position());
+}
+
+// The ground is already in the buffer.
+void BarPlot::paintEvent(QPaintEvent* event) {
+  const QScopedValueRollback<QBrush> no_ground(mBackgroundBrush, QBrush());
+  QCustomPlot::paintEvent(event);
 }
 
 void BarPlot::leaveEvent(QEvent*) { MovePointer(std::nullopt); }

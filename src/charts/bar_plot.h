@@ -53,6 +53,7 @@ class BarPlot : public QCustomPlot {
   virtual void MovePointer(std::optional<QPointF> pixel);
 
   void wheelEvent(QWheelEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   void leaveEvent(QEvent* event) override;
 
  private:
