@@ -80,15 +80,17 @@ class RecordingBoxes : public MessageBoxes {
     shown.emplace_back(std::string(title) + ": " + std::string(text));
   }
   std::size_t Ask(std::string_view text, const std::vector<std::string>& offered) override;
-  std::optional<std::int32_t> AskDate(std::string_view text, std::int32_t, std::int32_t,
-                                      std::int32_t) override {
+  std::optional<std::int32_t> AskDate(std::string_view text, std::int32_t first, std::int32_t last,
+                                      std::int32_t present) override {
     shown.emplace_back(text);
+    days = {first, last, present};
     return date;
   }
   std::vector<std::string> shown;
   std::vector<std::size_t> answers;
   std::optional<std::int32_t> date;
-  std::function<void()> on_show;  // runs once, while the next box is open
+  std::vector<std::int32_t> days;  // of the last question about a date: first, last, present
+  std::function<void()> on_show;   // runs once, while the next box is open
 };
 
 // Returns the prepared folders in turn. Throws std::runtime_error if none is left, since nobody is

@@ -113,7 +113,8 @@ TEST_F(ComparedSeriesTest, WhatTheChartProgramAsksForIsFedOrRefusedInWords) {
       << "the 24th is no bar of B";
   control.Compare(NumberOf("A"));
   EXPECT_TRUE(outside.boxes.shown.empty()) << "it is the played one";
-  for (int i = 1; i <= 8; ++i) control.Compare(NumberOf("X" + std::to_string(i)));
+  for (const int i : {1, 1, 2, 3, 4, 5, 6, 7, 8})
+    control.Compare(NumberOf("X" + std::to_string(i)));
   control.Compare(999);
   EXPECT_THAT(outside.boxes.shown,
               ElementsAre(AllOf(HasSubstr("X8"), HasSubstr("at most 8 series")),

@@ -103,7 +103,10 @@ TEST_F(RunControlTest, ADayIsReachedInOneStepFromEitherSide) {
   for (const auto& [day, bar] : cases) {
     outside.boxes.date = day;
     const std::size_t asked = charts.asked.size();
+    const std::vector<std::int32_t> offered = {MadeDate(0), MadeDate(199),
+                                               MadeDate(session.BarIndex)};
     control.GoToDate();
+    EXPECT_EQ(outside.boxes.days, offered);
     EXPECT_EQ(session.BarIndex, bar);
     EXPECT_EQ(session.CurrentDate, std::to_string(MadeDate(bar)));
     const std::vector<Bar> bars = StoreBars();
@@ -118,6 +121,9 @@ TEST_F(RunControlTest, ADayIsReachedInOneStepFromEitherSide) {
   control.GoToDate();
   control.GoPrevious();
   EXPECT_EQ(session.BarIndex, -1);
+  control.GoFastRewind();
+  EXPECT_EQ(session.BarIndex, 0);
+  control.GoPrevious();
   control.GoFastForward();
   EXPECT_EQ(session.BarIndex, 30) << "30 from the first bar";
   EXPECT_EQ(StoreBars().size(), 31U);

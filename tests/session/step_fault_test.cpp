@@ -17,13 +17,10 @@ using StepFunction = std::function<void(BarStepper&, std::int16_t&)>;
 
 // Makes a step from the bar before kStart, in the process whose disk breaks. Returns where the
 // cursor is then.
-int StepFrom(const SimSession& chosen, const StepFunction& step) {
-  SimSession session = chosen;
+int StepFrom(SimSession& session, ComparedSeries& compared, const StepFunction& step) {
   IndexCache cache;
-  ComparedSeries compared(session, cache);
   BarStepper stepper(session, cache, compared);
   try {
-    compared.Add(2);
     step(stepper, session.BarIndex);
   } catch (const MetaLibError&) {
     // The step was not made.
@@ -47,6 +44,9 @@ TEST_F(StepFaultTest, AStepIsCompleteOrRolledBack) {
   ASSERT_TRUE(working_store.Prepare());
   working_store.LoadSeries();
   ASSERT_EQ(session.BarIndex, kStart - 1);
+  ComparedSeries compared(session, cache);
+  compared.Add(2);
+  compared.Follow(session.BarIndex);
   const std::string kept = memory.Sub("kept");
   std::filesystem::copy(store, kept);
   int faults = 0;
@@ -63,7 +63,7 @@ TEST_F(StepFaultTest, AStepIsCompleteOrRolledBack) {
       std::filesystem::remove_all(store);
       std::filesystem::copy(kept, store);
       const FailedWork failed = FailAt(fault.number, fault.error, fault.stays_broken,
-                                       [&] { return StepFrom(session, step); });
+                                       [&] { return StepFrom(session, compared, step); });
       if (!failed.reached) return false;
       EXPECT_GE(failed.exit_code, 0) << "it died";
       taken_back += failed.exit_code == kStart - 1 ? 1 : 0;

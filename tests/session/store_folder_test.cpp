@@ -164,6 +164,12 @@ TEST_F(StoreFolderTest, FollowsNoLinkInsideAndCopiesNoHugeFile) {
   EXPECT_EQ(FilesOf(store + "/MSSmart")["other.mwc"], "new");
   EXPECT_FALSE(fs::exists(at / "MSSmart" / "huge.mwc"));
   EXPECT_FALSE(fs::exists(at / "velumar-imports.json"));
+  // Another folder in its place since the claim.
+  const StoreFolder claimed(store, data);
+  fs::rename(at, scratch.Path() / "moved");
+  Write(at / "note.txt", "mine");
+  EXPECT_THROW(claimed.Clear(), StoreError);
+  EXPECT_TRUE(fs::exists(at / "note.txt"));
 }
 
 TEST_F(StoreFolderTest, OneProgramHoldsItUntilItDies) {
