@@ -135,7 +135,8 @@ TEST_F(LedgerTest, ARowThatWouldBeLostIsRefused) {
       {"log replaced", [&] { replace("-wal"); }, ""},
       {"index replaced", [&] { replace("-shm"); }, ""},
       {"lock deleted", [&] { fs::remove(file + "-owner"); }, file},
-      {"log truncated", [&] { fs::resize_file(file + "-wal", 0); }, ""}};
+      {"log truncated", [&] { fs::resize_file(file + "-wal", 0); }, ""},
+      {"log cut within its rows", [&] { fs::resize_file(file + "-wal", 100); }, ""}};
   for (const auto& [what, harm, rows_in] : cases) {
     for (const auto& entry : fs::directory_iterator(scratch.Path())) fs::remove_all(entry);
     fs::create_directory(scratch.Sub("home"));

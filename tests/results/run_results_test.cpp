@@ -189,7 +189,7 @@ TEST_F(RunResultsTest, PricesCountAtAllDecimals) {
                             double held, double money) {
     const double two_decimals = std::round(close * 100) / 100;
     LedgerInsertOrder(ledger, Row(bar, position, quantity, two_decimals, held, 0.01, money),
-                      {quantity, 0, bar, bar, close});
+                      {quantity, 0.1F, bar, bar, close});
   };
   order(10, "Long", 2, 1.2304, 2, 12345670);  // the starting money as a row has it
   order(11, "Offset Long", 1, 1.2349, 1, 12345680);
@@ -200,6 +200,8 @@ TEST_F(RunResultsTest, PricesCountAtAllDecimals) {
   EXPECT_EQ(statistics.at("Win rate"), "100.00 %");
   EXPECT_EQ(statistics.at("Expectancy"), "5.00");
   EXPECT_EQ(statistics.at("Max drawdown"), "0.00");
+  EXPECT_THAT(OrdersCsv(ListOrders(ReadRun(ledger, kCurrentRun))), HasSubstr(",200,0.1,"))
+      << "a VAT of 32 bits in its own digits";
 }
 
 TEST_F(RunResultsTest, LargeAndNegativeMoneyKeepsItsSign) {
@@ -263,11 +265,12 @@ TEST_F(RunResultsTest, FiguresCountTheRowsOfTheRunOnly) {
   Order(25, "Long", 2, 100, 2, 0, 1500000);
   Order(24, "Short", 3, 100, 3, 0, 1);
   Order(25, "Offset Long", 1, 100, 1, -7.25, 1492750.5);
+  ledger.ForWriting().Execute("update MyPortfolio set ActTime = '09:45:00' where SAmount > 0");
   const std::map<std::string_view, std::string> expected{
       {"ResSymbol", "ABC"},
       {"ResInterval", "-1"},
       {"ResStartDate", "<2007-01-24>"},
-      {"ResStartTime", "16:30:00"},
+      {"ResStartTime", "09:45:00"},
       {"ResEndDate", "<2007-01-25>"},
       {"ResEndTime", "16:30:00"},
       {"ResPortfolio", "1,492,751"},  // the later of two orders on one bar
