@@ -144,6 +144,7 @@ TEST_F(DirectoryReading, MinutesMissingInTheIndexComeFromTheBars) {
                    Xmaster({{.number = 256, .symbol = "AAA", .frame = 'I', .bits = 0xFF},
                             {.number = 257, .symbol = "AAA", .frame = 'I', .bits = 0xFF}}));
   directory_.Write("F256.MWD", IntradayBytes({{20050103, 160000},
+                                              {20050103, 160000},  // listed once
                                               {20050104, 95500},
                                               {20050104, 101000},
                                               {20050105, 93000},

@@ -120,10 +120,11 @@ TEST_F(Writer, AnUnsortedFileIsSortedAndItsTornEndDropped) {
                                                    DailyBar(20050107), DailyBar(20050110)}));
   // A sorted one with bars after those that it counts.
   bytes = DailyBytes({DailyBar(20050103), DailyBar(20050104), DailyBar(20050105)});
-  bytes[2] = 2;
+  bytes[0] = bytes[2] = 2;  // the largest count so far, and the count
   directory_.Write("F1.DAT", bytes);
   Append("AAA", -1, DailyBar(20050110));
-  EXPECT_EQ(directory_.Read("F1.DAT"), DailyBytes({DailyBar(20050103), DailyBar(20050110)}));
+  EXPECT_EQ(directory_.Read("F1.DAT"),
+            DailyBytes({DailyBar(20050103), DailyBar(20050110)}).replace(0, 1, "\x03"));
 }
 
 TEST_F(Writer, TheIndexesHaveTheDatesOfTheBarsAndKeepOtherBytes) {
@@ -132,19 +133,20 @@ TEST_F(Writer, TheIndexesHaveTheDatesOfTheBarsAndKeepOtherBytes) {
   const auto master = [&low] { return Master(low).replace(49, 1, "S"); };  // of other programs
   directory_.Write("MASTER", master());
   directory_.Write("EMASTER", Emaster(low));
-  directory_.Write(
-      "XMASTER",
-      Xmaster({{.number = 256, .symbol = "XXX", .frame = 'I', .minutes = 5, .bits = 0xFF}}));
+  std::string high =
+      Xmaster({{.number = 256, .symbol = "XXX", .frame = 'I', .minutes = 5, .bits = 0xFF}})
+          .replace(150 + 104, 4, WholeDate(1040101));  // when it was collected
+  directory_.Write("XMASTER", high);
   Append("AAA", -1, DailyBar(20050103));
   Append("AAA", -1, DailyBar(20050104));
-  Append("XXX", 5, TimedBar(20050105, 93000));
+  for (const int time : {93000, 93500}) Append("XXX", 5, TimedBar(20050105, time));
   low[0].first = 1050103;
   low[0].last = 1050104;
   EXPECT_EQ(directory_.Read("MASTER"), master());
   EXPECT_EQ(directory_.Read("EMASTER"), Emaster(low));
-  // Date and time of the first bar, date of the last.
-  EXPECT_EQ(directory_.Read("XMASTER").substr(150 + 108, 12),
-            Hex("B9 F0 31 01 48 6B 01 00 B9 F0 31 01"));
+  // Dates and times of the first bar and of the last.
+  high.replace(150 + 108, 16, Hex("B9 F0 31 01 48 6B 01 00 B9 F0 31 01 3C 6D 01 00"));
+  EXPECT_EQ(directory_.Read("XMASTER"), high);
   With("AAA", -1, [](MetaLibWriter& writer) { Write(writer, {}); });
   low[0].first = low[0].last = 0;
   EXPECT_EQ(directory_.Read("EMASTER"), Emaster(low));
