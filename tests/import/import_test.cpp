@@ -70,6 +70,10 @@ TEST_F(Import, AddsBarsAndCorrectsThem) {
   const auto before = FilesOf(data);
   EXPECT_EQ(Taken(folder.Sub("ABC_D.csv")), "0 new, 0 changed, 0 kept");
   EXPECT_EQ(FilesOf(data), before) << "the same file again changes nothing";
+  ImportOptions named;
+  named.name = "Abc of Rome";
+  EXPECT_EQ(Taken(folder.Sub("ABC_D.csv"), named), "0 new, 0 changed, 0 kept");
+  EXPECT_EQ(NameOf("ABC"), "Abc of Rome");
 
   const std::string newer = kHeader + Days(6, 6) + Days(8, 8, 9) + Days(10, 12);
   EXPECT_EQ(Taken(File("ABC_D.csv", newer)), "2 new, 1 changed, 2 kept");
@@ -103,16 +107,18 @@ TEST_F(Import, MakesASecurityOfEachTicker) {
 }
 
 TEST_F(Import, AsksAboutAdjustedPrices) {
-  const std::string file = File(
-      "ABC_D.csv",
-      "Date,Open,High,Low,Close,Adj Close\n2020-01-02,10,12,8,10,5\n2020-01-03,10,12,8,10,10\n");
+  const std::string file =
+      File("ABC_D.csv",
+           "Date,Open,High,Low,Close,Adj Close\n2020-01-02,10,12,8,10,5\n2020-01-03,10,12,8,10,10\n"
+           "2020-01-06,0,0,0,0,0\n");
   const Understanding understood = UnderstandFile(file, {}, nullptr);
   ASSERT_EQ(understood.questions.size(), 1U);
   EXPECT_EQ(understood.questions[0].answers[1].result, "close of 2 January 2020: 5");
   EXPECT_THAT([&] { Take(file); }, ThrowsMessage<ImportUndecided>(HasSubstr("--unadjusted")));
   EXPECT_FALSE(std::filesystem::exists(data));
   Take(file, understood.questions[0].answers[1].options);
-  EXPECT_THAT(Stored("ABC"), HasSubstr("20200102,0,5,6,4,5,0,0\n20200103,0,10,12,8,10,0,0\n"));
+  EXPECT_THAT(Stored("ABC"), HasSubstr("20200102,0,5,6,4,5,0,0\n20200103,0,10,12,8,10,0,0\n"
+                                       "20200106,0,0,0,0,0,0,0\n"));
 }
 
 TEST_F(Import, AsksWhichComesFirstAndWhatTheSymbolIs) {
@@ -216,6 +222,9 @@ TEST_F(Import, NeverMixesTickersScalesOrZones) {
               ThrowsMessage<ImportUndecided>(HasSubstr("Set --decimal comma or point.")));
   EXPECT_THAT([&] { Take(File("S_D.csv", "Date,Close\n010203,1.5\n020203,1.5\n")); },
               ThrowsMessage<ImportUndecided>(HasSubstr("--date-format")));
+  Take(File("UTC_60.csv", "Date,Time,Close\n20200102,10:00+02:00,1\n20200102,11:00+02:00,2\n"),
+       {.utc = true});
+  EXPECT_THAT(Stored("UTC", 60), HasSubstr("\n20200102,080000,1,"));
 }
 
 TEST_F(Import, RefusesAWorkingStoreAndLeavesOtherSeriesAlone) {
@@ -333,7 +342,9 @@ TEST_F(Import, KeepsMergedSeriesPlayable) {
             "14400 new, 0 changed, 0 kept");
   options = answers["keep the last 32,768 bars: from 9 February 2020"];
   EXPECT_EQ(Taken(more, options), "14400 new, 0 changed, 0 kept");
-  EXPECT_EQ(SecuritiesOf(data, cache).at(0).bars, 32768);
+  const SecurityInfo kept = SecuritiesOf(data, cache).at(0);
+  EXPECT_EQ(kept.bars, 32768);
+  EXPECT_EQ(std::pair(kept.first_date, kept.last_date), std::pair(20200209, 20200610));
 }
 
 std::vector<std::string> UpdatedNames(const std::vector<ImportedFile>& files) {
@@ -361,15 +372,26 @@ TEST_F(Import, IsRepeatedForFilesThatChanged) {
   EXPECT_THAT(update(), IsEmpty());
   prices.Write("ABC_D.csv", kHeader + Days(1, 6, 7));
   EXPECT_THAT(update(), ElementsAre("ABC_D.csv")) << "corrected prices, in as many bytes";
+  prices.Write("ABC_D.csv", kHeader + Days(1, 6, 8));
+  using Clock = std::filesystem::file_time_type::clock;
+  std::filesystem::last_write_time(prices / "ABC_D.csv", Clock::now() - std::chrono::hours(1));
+  EXPECT_THAT(update(), ElementsAre("ABC_D.csv")) << "an older file was put back";
 
-  options.remember = Remember::kFolder;
+  options = {.symbol = "ABC", .replace = true, .remember = Remember::kFolder};
   Take(prices.Sub("ABC_D.csv"), options);
   prices.Write("bank.csv", "a,b\n1,2\n");
   EXPECT_THAT(update(), ElementsAre("OTHER_D.csv", "bank.csv failed"));
   EXPECT_EQ(NameOf("OTHER"), "OTHER");
   prices.Write("bank.csv", kHeader + Days(1, 3));
+  prices.Write("ABC_D.csv", kHeader + Days(6, 7));
+  EXPECT_THAT(update(), ElementsAre("ABC_D.csv", "bank.csv"));
+  EXPECT_THAT(Stored("ABC"), HasSubstr("20200101")) << "it was replaced once";
+  // New files share only what all of the folder's files share.
+  Take(prices.Sub("ABC_D.csv"), {.from = 20200107, .remember = Remember::kFolder});
   std::filesystem::remove(prices / "ABC_D.csv");
-  EXPECT_THAT(update(), ElementsAre("bank.csv"));
+  prices.Write("NEW_D.csv", kHeader + Days(1, 7));
+  EXPECT_THAT(update(), ElementsAre("NEW_D.csv"));
+  EXPECT_THAT(Stored("NEW"), HasSubstr("20200101"));
 }
 
 TEST_F(Import, TrustsNoDamagedMemory) {
@@ -378,6 +400,24 @@ TEST_F(Import, TrustsNoDamagedMemory) {
   const std::filesystem::path memory = std::filesystem::path(data) / kImportMemory;
   const auto good = nlohmann::json::parse(ReadFile(memory));
   EXPECT_EQ(RememberedImports(data).size(), 1U);
+  const ImportOptions all = {.symbol = "A",
+                             .name = "B",
+                             .interval = 5,
+                             .date_format = "%d",
+                             .date_order = DateOrder::kMonthDayYear,
+                             .decimal_comma = true,
+                             .prices = Prices::kAdjusted,
+                             .label = BarLabel::kEnd,
+                             .scale = 100,
+                             .from = 20200101,
+                             .to = 20201231,
+                             .from_zone = "UTC",
+                             .to_zone = "Asia/Tokyo",
+                             .utc = true,
+                             .too_long = TooLong::kSplitByYear,
+                             .remember = Remember::kFolder};
+  EXPECT_EQ(RememberImport(data, file, {}, all), "");
+  EXPECT_TRUE(RememberedImports(data).at(0).options == all);
   const auto with = [&](const char* pointer, const nlohmann::json& value) {
     nlohmann::json bad = good;
     bad[nlohmann::json::json_pointer(pointer)] = value;

@@ -29,6 +29,7 @@ TEST(PriceNumber, ReadsTheNearestFloat) {
       {"1E-3", kPoint, 0, 0.001F},
       // Just above the middle of two floats; through a double it would become the lower one.
       {"1.00000005960464477540", kPoint, 0, 1.0F + std::numeric_limits<float>::epsilon()},
+      {"8.000000476837159", kPoint, 0, 8.000000953674316F},
       {"16777217", kPoint, 0, 16777216.0F},
       {"1677721.7", kPoint, 1, 16777216.0F},
       {"1.17549435e-38", kPoint, 0, std::numeric_limits<float>::min()},

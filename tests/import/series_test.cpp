@@ -265,7 +265,7 @@ TEST(Series, KeepsTheFirstBarOfAMoment) {
   const std::vector<Bar> all = bars;
   Bar again = bars[3];
   again.close += 1;
-  bars.insert(bars.begin() + 4, {again, bars[3]});
+  bars.insert(bars.begin() + 4, {bars[3], again});
   for (const bool newest_first : {false, true}) {
     if (newest_first) std::ranges::reverse(bars);
     const BuiltSeries built = Build(bars);
@@ -343,6 +343,7 @@ TEST(Zones, ConvertTheClock) {
        {2330, 0, 30, 100, 130, 200}},
       {"Europe/Berlin", "UTC", 20201025, {100, 200, 200, 300}, {2300, 0, 100, 200}},
       {"Europe/Berlin", "UTC", 20200329, {130, 230, 330}, {30, 130, 130}},
+      {"UTC", "Europe/Berlin", 20200329, {30, 59, 100, 130}, {130, 159, 300, 330}},
       {"America/New_York", "Asia/Tokyo", 20200102, {930, 1600}, {2330, 600}},
   };
   for (const auto& row : rows) {
