@@ -49,7 +49,11 @@ TEST_F(OrdersTest, FuturesSidesAreIndependentAndAverage) {
   AddBar(101);
   Order(&OrderDesk::Short, "1");
   EXPECT_EQ(session.SAvgPrice, 100.33F);
+  AddBar(101.5F);
+  Order(&OrderDesk::Short, "1");
+  EXPECT_EQ(Newest("SUnrealised"), (Row{-3.51})) << "to two decimals, as its average";
   StartAccount(session, run);
+  EXPECT_EQ(session.UsedMargin, 0);
   ShowStatus(session, run, outside.locale);
   EXPECT_EQ(run.status.positions, "( L=0 Avg=0.0 )  ( S=0 Avg= 0.0 ) ");
 }
@@ -60,6 +64,10 @@ TEST_F(OrdersTest, AStockEntryAndItsOffset) {
   AddBar(12.5F);
   EXPECT_EQ(Order(&OrderDesk::Long, "1,000"), OrderResult::kDone);
   EXPECT_EQ(session.UsedMargin, 12533.4375F);
+  AddBar(12.5004F);
+  EXPECT_EQ(session.Portfolio, 2000000.375F);
+  Order(&OrderDesk::Long, "0");
+  EXPECT_EQ(session.Portfolio, 2000000) << "an order rounds it to whole money";
   AddBar(13);
   EXPECT_EQ(Order(&OrderDesk::OffsetLong, "1000"), OrderResult::kDone);
   EXPECT_NEAR(session.UsedMargin, -501.34, 0.01);
@@ -69,13 +77,15 @@ TEST_F(OrdersTest, AStockEntryAndItsOffset) {
 
 TEST_F(OrdersTest, WhatTheMoneyTestsRefuseChangesNothing) {
   Account(20000, 1000, "500", 50000);
-  const std::tuple<float, const char*, OrderResult> cases[] = {
-      {0, "3", OrderResult::kRefused},      // passes one contract's test, fails the sum
-      {40000, "1", OrderResult::kRefused},  // one contract's margin is not there
-      {8930, "2", OrderResult::kDone},      // 8,930 + 41,070 is exactly all there is
-      {8931, "2", OrderResult::kRefused}};
-  for (const auto& [used, quantity, result] : cases) {
+  const std::tuple<float, const char*, const char*, OrderResult> cases[] = {
+      {0, "3", "500", OrderResult::kRefused},      // passes one contract's test, fails the sum
+      {40000, "1", "500", OrderResult::kRefused},  // one contract's margin is not there
+      {8930, "2", "500", OrderResult::kDone},      // 8,930 + 41,070 is exactly all there is
+      {8931, "2", "500", OrderResult::kRefused},
+      {30000, "1", "0", OrderResult::kDone}};  // in both tests exactly all there is
+  for (const auto& [used, quantity, commission, result] : cases) {
     session.UsedMargin = used;
+    run.commission = commission;
     const std::size_t rows = Rows();
     EXPECT_EQ(Order(&OrderDesk::Long, quantity), result) << used;
     if (result == OrderResult::kDone) continue;
@@ -118,14 +128,16 @@ TEST_F(OrdersTest, AnOffsetOfMoreThanIsHeldDropsThePositionAndSaysSo) {
   Account(20000, 1000, "500", 2000000);
   Order(&OrderDesk::Long, "1");
   const float used = session.UsedMargin;
+  EXPECT_EQ(Order(&OrderDesk::Long, "0"), OrderResult::kDone) << "a row, but no mark";
   EXPECT_EQ(Order(&OrderDesk::OffsetLong, "5"), OrderResult::kTooMuch);
+  EXPECT_EQ(session.Orders, (std::vector<OrderMark>{{0, 100, true, true}, {0, 100, true, false}}));
   EXPECT_EQ(run.refusal, "5 is more than the 1 held: position dropped, no P/L booked");
   EXPECT_EQ(run.status.positions, "( L=0 Avg=0.0 )  ( S=0 Avg= 0.0 ) ");
   EXPECT_EQ(session.LAccum, 0);
   EXPECT_EQ(session.UsedMargin, used);
   EXPECT_EQ(session.Balance, 2000000);
-  EXPECT_EQ(Rows(), 1U);
-  // Noted after the row of the entry, at the same bar.
+  EXPECT_EQ(Rows(), 2U);
+  // Noted after the newest row, at the same bar.
   EXPECT_EQ(Ask("select Held, Quantity From Wiped, MyPortfolio where Place = MyPortfolio.rowid "
                 "and BarDate = ActDate and BarTime = ActTime and Wiped.MarketPrice = "
                 "MyPortfolio.MarketPrice and Wiped.Position = 'Offset Long'"),
@@ -216,6 +228,7 @@ TEST_F(StatusTest, FallsAndLossesAreMarked) {
   session.BarLow[1] = 1230.125F;
   EXPECT_EQ(status().prices, "O: 1,234.50 H: 1,235.00 L: 1,230.13 C: 1.25");
   EXPECT_EQ(status().moment->text, "1/2/2007 16:30");
+  EXPECT_EQ(BarLine(session, outside.locale), "[ABC]  Date: 1/2/2007 16:30:00  Close: 1.25");
   EXPECT_TRUE(status().moment->fell);
   session.BarClose[0] = session.BarClose[1];
   EXPECT_FALSE(status().moment->fell) << "an unchanged close";
