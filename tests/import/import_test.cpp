@@ -416,7 +416,7 @@ TEST_F(Import, TrustsNoDamagedMemory) {
                              .utc = true,
                              .too_long = TooLong::kSplitByYear,
                              .remember = Remember::kFolder};
-  EXPECT_EQ(RememberImport(data, file, {}, all), "");
+  EXPECT_EQ(RememberImports(data, {{.file = file, .options = all}}), "");
   EXPECT_TRUE(RememberedImports(data).at(0).options == all);
   const auto with = [&](const char* pointer, const nlohmann::json& value) {
     nlohmann::json bad = good;
