@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -31,9 +30,19 @@ std::string ExactText(float value) {
   return {text.data(), std::to_chars(text.begin(), text.end(), value).ptr};
 }
 
-std::string CheckText(const SimSession& session, int bar) {
+// In letters: digits could read as a price of a blind session.
+std::string CheckText(std::uint64_t check) {
+  constexpr int kBits = 4;
+  std::string text;
+  for (int shift = 0; shift < 64; shift += kBits) {
+    text += static_cast<char>('a' + ((check >> shift) & 0xF));
+  }
+  return text;
+}
+
+std::string CheckAt(const SimSession& session, int bar) {
   const auto i = static_cast<std::size_t>(bar);
-  return bar < 0 || i >= session.BarChecks.size() ? "" : std::to_string(session.BarChecks[i]);
+  return bar < 0 || i >= session.BarChecks.size() ? "" : CheckText(session.BarChecks[i]);
 }
 
 std::string MomentText(const LedgerMoment& moment) {
@@ -50,14 +59,15 @@ std::string BookText(const Book& book) {
 
 Book BookFromText(std::string_view text) {
   Book book;
-  std::istringstream words{std::string(text)};
-  std::string word;
+  std::string_view rest = text;
   for (const auto field : kBookFields) {
-    words >> word;
-    const auto value = words ? ExactNumber<float>(word) : std::nullopt;
-    if (!value)
+    const std::size_t end = std::min(rest.find(' '), rest.size());
+    const auto value = ExactNumber<float>(rest.substr(0, end));
+    if (!value) {
       throw std::runtime_error("the book of the session is damaged: " + std::string(text));
+    }
     book.*field = *value;
+    rest.remove_prefix(std::min(end + 1, rest.size()));
   }
   return book;
 }
@@ -93,7 +103,7 @@ LedgerMoment MomentOf(const SimSession& session, std::string touched) {
                       .bar = session.BarIndex,
                       .newest_shown = session.NewestShownBar,
                       .first_shown = session.FirstShownBar,
-                      .bars_check = CheckText(session, session.BarIndex),
+                      .bars_check = CheckAt(session, session.BarIndex),
                       .book = BookText(book),
                       .touched = std::move(touched)};
   if (session.HasBar(session.BarIndex)) {
@@ -122,7 +132,7 @@ std::string SeriesChange(const LedgerMoment& moment, const SeriesView& bars) {
            std::to_string(moment.bar + 1) + ".";
   }
   const auto check = BarChecks(bars).at(static_cast<std::size_t>(now));
-  if (std::to_string(check) == moment.bars_check) return {};
+  if (CheckText(check) == moment.bars_check) return {};
   return "Prices, volumes or times of its " + std::to_string(now + 1) + until +
          " are different now.";
 }

@@ -91,10 +91,10 @@ class Secrets {
   BySize texts_;
 };
 
-// Years before the masked dates, at prices far from the masked ones.
+// Years before the masked dates, at prices far from the masked ones and from the money they earn.
 std::vector<Bar> SecretBars(std::mt19937& random, int count, int interval) {
   std::vector<Bar> bars = interval == -1 ? DailyBars(count) : IntradayBars(count, interval);
-  float close = 3000;
+  float close = 43000;
   for (Bar& bar : bars) {
     close *= std::uniform_real_distribution<float>(0.99F, 1.01F)(random);
     bar = {bar.date, bar.time, close * 1.001F, close * 1.012F, close * 0.989F, close, 77, 7};

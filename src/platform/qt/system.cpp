@@ -37,7 +37,9 @@ std::int32_t SystemClock::Today() const {
 }
 
 std::string SystemClock::UtcMoment() const {
-  return QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")).toStdString();
+  return QDateTime::currentDateTimeUtc()
+      .toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"))
+      .toStdString();
 }
 
 void SystemPrograms::Start(std::string_view command_line) {
