@@ -356,7 +356,12 @@ class CommandLine {
         AddCommand("sessions", "List the sessions of a ledger, the last played first.",
                    [this] { PrintSessions(sessions_, context_); });
     command.add_option("FILE", sessions_.file, "the ledger, such as Portfolio.mdb")->required();
-    command.add_flag("--json", sessions_.json, "as one JSON array of objects");
+    CLI::Option* json = command.add_flag("--json", sessions_.json, "as one JSON array of objects");
+    command
+        .add_option("--reveal", sessions_.reveal,
+                    "end this blind session: say what it has played, and put it into its rows")
+        ->check(CLI::PositiveNumber)
+        ->excludes(json);
     AddDatePattern(command, sessions_.date_pattern);
   }
 

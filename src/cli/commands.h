@@ -95,6 +95,7 @@ const DrawingCommands* FindDrawingCommands();
 
 struct SessionsArguments {
   std::string file;
+  int reveal = 0;  // the number of a blind session; 0: list them
   bool json = false;
   std::string date_pattern;  // empty for that of the user's locale
 };

@@ -12,6 +12,7 @@
 #include "results/result_figures.h"
 #include "results/statistics.h"
 #include "session/session_list.h"
+#include "shell/reveal_text.h"
 
 namespace velumar {
 
@@ -155,6 +156,14 @@ LedgerConnection OpenRun(const RunArguments& arguments) {
 
 void PrintSessions(const SessionsArguments& arguments, CliContext& context) {
   LedgerConnection ledger = OpenRun({arguments.file, kCurrentRun, arguments.date_pattern});
+  if (arguments.reveal != 0) {
+    LedgerOpen(ledger, arguments.file);
+    if (!ledger.CanWrite()) throw LedgerError(ledger.WhyNot());
+    const RevealedSession session = RevealSession(ledger, arguments.reveal, context.cache);
+    context.out << RevealText(session, ledger, DatePatternOrDefault(arguments.date_pattern))
+                << "\n";
+    return;
+  }
   const std::vector<SessionLine> lines = ListSessions(ledger, context.cache);
   if (!arguments.json) {
     context.out << SessionTable(lines, DatePatternOrDefault(arguments.date_pattern));

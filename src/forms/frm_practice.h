@@ -24,9 +24,10 @@ class FrmPractice : public Form {
   Button cmdResume{*this,
                    {"cmdResume", kLeft + 6000, kTop + 4620, 1560, 300, "&Resume",
                     "Go on at the bar where the session was left (Enter)"}};
-  Button cmdEnd{*this,
-                {"cmdEnd", kLeft + 7680, kTop + 4620, 1560, 300, "&End session",
-                 "The session is over: it stays in the list and can't be resumed"}};
+  Button cmdEnd{
+      *this,
+      {"cmdEnd", kLeft + 7680, kTop + 4620, 1560, 300, "&End session",
+       "The session is over: it stays in the list and can't be resumed; a blind one is revealed"}};
   Button cmdDelete{*this,
                    {"cmdDelete", kLeft + 9360, kTop + 4620, 1560, 300, "&Delete",
                     "Take the session off this list; its orders stay in the ledger (Delete)"}};

@@ -432,6 +432,69 @@ void RunControl::Step(std::string_view status,
   chart_.RefreshCharts();
 }
 
+bool RunControl::Blind() const {
+  return session_.Run.blind && stepper_.HasBars() && !session_.Preparing;
+}
+
+std::optional<RevealedSession> RunControl::Reveal() {
+  NewRun();
+  session_.StopRequested = -1;
+  const PreparingScope preparing(session_);
+  try {
+    RevealedSession revealed = session_.SessionNumber == 0
+                                   ? Unrecorded()
+                                   : RevealSession(ledger_, session_.SessionNumber, cache_);
+    ForgetBlindSymbol();
+    ShowRevealed(revealed.key);
+    session_.ForgetBars();
+    return revealed;
+  } catch (const std::exception& error) {
+    ShowFailure("The session was not revealed.", error);
+    return std::nullopt;
+  }
+}
+
+RevealedSession RunControl::Unrecorded() const {
+  const BlindKey& key = source_.Key().value();
+  const auto day = [&](int bar) {
+    return key.mask.RealDate(session_.BarDate.at(static_cast<std::size_t>(bar)));
+  };
+  return {.key = key,
+          .interval = session_.Run.interval,
+          .first_day = day(session_.FirstShownBar),
+          .last_day = day(session_.NewestShownBar),
+          .closes = {}};
+}
+
+// The book follows the prices, and the money per point the other way round, so money stays.
+void RunControl::ShowRevealed(const BlindKey& key) {
+  const int bars = std::max(session_.BarIndex + 1, 1);
+  const std::vector<OrderMark> orders = session_.Orders;
+  session_.Run.symbol = key.symbol;
+  session_.Run.start_day = key.start_day;
+  session_.Run.blind = false;
+  source_.SetKey(std::nullopt);
+  try {
+    chart_.CloseCharts();
+    if (!store_.Refill()) return;
+    chart_.OpenChart();
+    if (!store_.Prepare(bars)) return;
+    store_.LoadSeries();
+    for (OrderMark order : orders) {
+      order.price = session_.BarClose.at(static_cast<std::size_t>(order.bar));
+      session_.Orders.push_back(order);
+    }
+    const auto factor = static_cast<float>(key.mask.factor);
+    session_.MarketPrice = session_.BarClose.at(static_cast<std::size_t>(session_.BarIndex));
+    session_.LAvgPrice /= factor;
+    session_.SAvgPrice /= factor;
+    session_.ProfitPerContract *= factor;
+    chart_.RefreshCharts();
+  } catch (const std::exception& error) {
+    ShowFailure("The revealed chart can't be shown.", error);
+  }
+}
+
 void RunControl::Compare(int file_number) {
   if (session_.Preparing) return asked_to_compare_.push_back(file_number);
   if (!stepper_.HasBars()) return;

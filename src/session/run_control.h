@@ -14,6 +14,7 @@
 #include "session/bar_stepping.h"
 #include "session/chart_side.h"
 #include "session/compared_series.h"
+#include "session/reveal.h"
 #include "session/run_inputs.h"
 #include "session/run_source.h"
 #include "session/run_view.h"
@@ -63,6 +64,13 @@ class RunControl {
   // Asks for a day and moves to its first bar, or to the first one after it, in one step.
   void GoToDate();
 
+  // True if the loaded bars are those of a blind run.
+  bool Blind() const;
+  // Ends the session of the blind run: its rows get the real symbol, dates and prices, and the
+  // chart shows the series as it is, up to the current bar. No bars are loaded then. Shows a box
+  // and returns nothing if the ledger can't be written.
+  std::optional<RevealedSession> Reveal();
+
   // The chart program has opened or closed the chart of another series of the store, by the number
   // of its data file: feeds its bars with the played ones, or removes them. If that isn't possible,
   // shows a box. What opens while a run is being prepared is fed once its bars are loaded.
@@ -94,6 +102,8 @@ class RunControl {
   static Choice ChoiceOf(const LedgerSession& session);
   // The entered symbol again, after a blind run.
   void ForgetBlindSymbol();
+  RevealedSession Unrecorded() const;
+  void ShowRevealed(const BlindKey& key);
   bool Claim(const Choice& choice, const std::optional<LedgerPlayed>& resumed);
   void Restore(const LedgerPlayed& played);
   // Writes where the session is now. Throws LedgerError.

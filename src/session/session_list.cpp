@@ -37,7 +37,8 @@ SessionLine LineOf(const LedgerPlayed& played, IndexCache& cache) {
                    .time = played.moment.time,
                    .bars_left = BarsLeft(played, cache),
                    .touched = played.moment.touched,
-                   .ended = session.ended};
+                   .ended = session.ended,
+                   .blind = !session.mask.empty() && session.symbol == kBlindSymbol};
   IgnoringErrors([&] {
     const Book book = BookFromText(played.moment.book);
     line.held_long = book.LAccum;

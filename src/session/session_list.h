@@ -25,6 +25,7 @@ struct SessionLine {
   std::optional<int> bars_left;  // nothing if the series can't be read
   std::string touched;           // when it was last played, "2026-11-27 07:03:40", UTC
   bool ended = false;
+  bool blind = false;  // and not revealed
 };
 
 // All sessions in which a bar was fed or an order placed, the last played first. Throws

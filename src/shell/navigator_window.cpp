@@ -3,6 +3,7 @@
 #include "base/ignoring.h"
 #include "base/number_text.h"
 #include "shell/event_guard.h"
+#include "shell/reveal_text.h"
 #include "shell/window_shaping.h"
 
 namespace velumar {
@@ -22,8 +23,13 @@ std::string FastStepTip(std::string_view word, std::string_view key) {
 }  // namespace
 
 NavigatorWindow::NavigatorWindow(SimSession& session, RunView& view, Desktop& desktop,
-                                 Platform& platform, RunControl& run)
-    : session_(session), view_(view), desktop_(desktop), platform_(platform), run_(run) {
+                                 Platform& platform, RunControl& run, LedgerConnection& ledger)
+    : session_(session),
+      view_(view),
+      desktop_(desktop),
+      platform_(platform),
+      run_(run),
+      ledger_(ledger) {
   Form2& form = desktop_.Untouched().form2;
   const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the navigator", [this] { Load(); });
@@ -103,10 +109,24 @@ bool NavigatorWindow::KeepsPosition() {
   return answer != 0;
 }
 
+void NavigatorWindow::OfferReveal() {
+  if (!run_.Blind()) return;
+  const std::size_t answer =
+      platform_.boxes.Ask("Does this blind session end here? Then you see what you have played.",
+                          {"Reveal it", "Keep it hidden"});
+  if (answer != 0) return;
+  if (const auto revealed = run_.Reveal()) {
+    platform_.boxes.ShowTitled("Blind session",
+                               RevealText(*revealed, ledger_, platform_.locale.ShortDatePattern()),
+                               BoxIcon::kInformation);
+  }
+}
+
 void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
   if (closing_) return;
   closing_ = true;
+  OfferReveal();
   const bool keeps_position = KeepsPosition();
   platform_.settings.Save("NavTop", PlaceText(form.RestTop()));
   platform_.settings.Save("NavLeft", PlaceText(form.Left()));

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "forms/desktop.h"
+#include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "session/run_control.h"
 #include "session/run_view.h"
@@ -14,7 +15,7 @@ namespace velumar {
 class NavigatorWindow {
  public:
   NavigatorWindow(SimSession& session, RunView& view, Desktop& desktop, Platform& platform,
-                  RunControl& run);
+                  RunControl& run, LedgerConnection& ledger);
 
  private:
   void Load();
@@ -25,6 +26,8 @@ class NavigatorWindow {
   // so that the next run can be entered at the same time; with an open position a box asks about
   // that.
   void CloseAndReturn();
+  // Asks whether the session of a blind run ends here, and then shows what was played.
+  void OfferReveal();
   // Returns true if the feed continues with an open position.
   bool KeepsPosition();
   Form2& Window() { return desktop_.form2(); }
@@ -34,6 +37,7 @@ class NavigatorWindow {
   Desktop& desktop_;
   Platform& platform_;
   RunControl& run_;
+  LedgerConnection& ledger_;
   bool closing_ = false;  // while it slides out; clicks on "Close & Return" are ignored
   std::string chart_count_;
 };

@@ -8,6 +8,7 @@
 #include "base/number_text.h"
 #include "marketdata/interval.h"
 #include "shell/event_guard.h"
+#include "shell/reveal_text.h"
 #include "shell/window_shaping.h"
 
 namespace velumar {
@@ -43,12 +44,12 @@ std::string BarsLeftText(const SessionLine& line) {
 }  // namespace
 
 PracticeWindow::PracticeWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
-                               IndexCache& cache, std::function<void(int number)> resume)
+                               IndexCache& cache, Actions actions)
     : desktop_(desktop),
       platform_(platform),
       ledger_(ledger),
       cache_(cache),
-      resume_(std::move(resume)) {
+      actions_(std::move(actions)) {
   Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);
   windows.form1.lnkPractice.on_click = guarded("Opening the sessions", [this] { Open(); });
@@ -135,13 +136,19 @@ void PracticeWindow::Resume() {
   if (chosen == nullptr || !Window().cmdResume.Enabled()) return;
   const int number = chosen->number;
   desktop_.Unload(Window());
-  resume_(number);
+  actions_.resume(number);
 }
 
 void PracticeWindow::End() {
   const SessionLine* const chosen = Chosen();
   if (chosen == nullptr) return;
-  LedgerEndSession(ledger_, chosen->number);
+  if (!chosen->blind) {
+    LedgerEndSession(ledger_, chosen->number);
+  } else if (const auto revealed = actions_.reveal(chosen->number)) {
+    platform_.boxes.ShowTitled("Blind session",
+                               RevealText(*revealed, ledger_, platform_.locale.ShortDatePattern()),
+                               BoxIcon::kInformation);
+  }
   List();
 }
 

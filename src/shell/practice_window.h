@@ -1,12 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
+#include "session/reveal.h"
 #include "session/session_list.h"
 
 namespace velumar {
@@ -15,9 +17,13 @@ namespace velumar {
 // opens, so that Enter goes on with it. The list is read again after each change.
 class PracticeWindow {
  public:
-  // `resume` goes on with the session of that number.
+  // What is done with the session of a number.
+  struct Actions {
+    std::function<void(int number)> resume;
+    std::function<std::optional<RevealedSession>(int number)> reveal;  // ends a blind one
+  };
   PracticeWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger, IndexCache& cache,
-                 std::function<void(int number)> resume);
+                 Actions actions);
 
  private:
   void Open();
@@ -35,7 +41,7 @@ class PracticeWindow {
   Platform& platform_;
   LedgerConnection& ledger_;
   IndexCache& cache_;
-  std::function<void(int number)> resume_;
+  Actions actions_;
   std::vector<SessionLine> lines_;
 };
 

@@ -40,8 +40,13 @@ struct Program::Parts {
         setup(session, windows, desktop, platform, catalogue, import, run, panel, account, registry,
               ledger, cache),
         practice(desktop, platform, ledger, cache,
-                 [this](int number) { setup.ResumeSession(number); }),
-        navigator(session, windows, desktop, platform, run),
+                 {[this](int number) { setup.ResumeSession(number); },
+                  [this, &session, &cache, &ledger](int number) {
+                    return number == session.SessionNumber
+                               ? run.Reveal()
+                               : std::optional(RevealSession(ledger, number, cache));
+                  }}),
+        navigator(session, windows, desktop, platform, run, ledger),
         score_board(session, desktop, platform),
         results(desktop, platform, ledger, score_board),
         preview(desktop, platform),

@@ -1,0 +1,25 @@
+#include "shell/reveal_text.h"
+
+#include "base/dates.h"
+#include "base/ignoring.h"
+#include "results/session_result.h"
+
+namespace velumar {
+
+std::string RevealText(const RevealedSession& session, LedgerConnection& ledger,
+                       std::string_view date_pattern) {
+  std::string text = "You have played " + session.key.symbol;
+  if (session.key.name != session.key.symbol) text += ", " + session.key.name;
+  text += " (" + session.interval + "), from " + DateText(session.first_day, date_pattern) +
+          " to " + DateText(session.last_day, date_pattern) + ".";
+  if (session.number == 0 || session.closes.empty()) return text;
+  IgnoringErrors([&] {
+    const SessionOrders own = ReadSessionOrders(ledger, session.number);
+    text += "\n" + ResultText(ResultOfSession(own.orders, session.closes, session.first,
+                                              session.last, own.money_per_point,
+                                              static_cast<std::uint64_t>(session.number)));
+  });
+  return text;
+}
+
+}  // namespace velumar
