@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <string>
 
+#include "base/text.h"
 #include "import/column_names.h"
 #include "import/column_values.h"
 #include "import/field_text.h"
@@ -34,6 +36,7 @@ class Recognition {
     FindDate();
     if (format_.header_line == 0 || HasForeignTitles()) InferColumns(numbers);
     FindTime();
+    IgnoreEndsOfDays();
     UseOnlyVolumeThereIs();
     UseOneCloseForAll();
     RequirePrices();
@@ -81,11 +84,38 @@ class Recognition {
     format_.header_line = lines_[line].number;
     format_.header = std::string(lines_[line].text);
     while (titles.size() > sample_.width && titles.back().empty()) titles.pop_back();
+    if (format_.separator == ' ') JoinNames(titles);
     if (titles.size() + 1 == sample_.width) InsertMissing(titles);
     format_.width = titles.size();
     titles.resize(std::max(titles.size(), sample_.width));
     format_.columns.assign(titles.size(), {});
     for (std::size_t i = 0; i < titles.size(); ++i) format_.columns[i].title = titles[i];
+  }
+
+  // Blanks between columns have cut names in two: "Open Interest", "Date & Time".
+  void JoinNames(Titles& titles) const {
+    const auto join = [&](std::size_t first, std::size_t words) {
+      for (std::size_t i = 1; i < words; ++i) titles[first] += " " + titles[first + i];
+      const auto rest = titles.begin() + static_cast<std::ptrdiff_t>(first) + 1;
+      titles.erase(rest, rest + static_cast<std::ptrdiff_t>(words) - 1);
+    };
+    const auto is = [&](std::size_t place, std::initializer_list<const char*> words) {
+      const std::string title = place < titles.size() ? UpperCased(titles[place]) : "";
+      return std::ranges::any_of(words, [&](const char* word) { return title == word; });
+    };
+    const auto is_name = [](const std::string& title) {
+      return !NamedColumns(std::span(&title, 1)).empty();
+    };
+    for (std::size_t i = 0; i + 1 < titles.size(); ++i) {
+      if (is(i, {"DATE"}) && is(i + 1, {"&", "AND", "/"}) && is(i + 2, {"TIME"})) join(i, 3);
+      if (is(i, {"OPEN"}) && is(i + 1, {"INTEREST", "INT", "INT."})) join(i, 2);
+      if (is(i, {"ADJ", "ADJ.", "ADJUSTED"}) && is(i + 1, {"CLOSE", "CLOSE*", "CLOSE**"}))
+        join(i, 2);
+    }
+    for (std::size_t i = 0; i + 1 < titles.size() && titles.size() > sample_.width; ++i) {
+      const bool both = is_name(titles[i]) && is_name(titles[i + 1]);
+      if (!both && is_name(titles[i] + titles[i + 1])) join(i, 2);
+    }
   }
 
   // Some programs number the rows without a title, or have one title for date and time.
@@ -151,13 +181,20 @@ class Recognition {
                                    PriceField::kUpVolume, PriceField::kDownVolume}) {
       if (Place(field)) return;
     }
+    Column found;
     for (std::size_t i = 0; i < titles.size(); ++i) {
-      if (!PlainName(titles[i]).starts_with("VOLUME") || !IsFree(i) || !values_.AreNumbers(i)) {
-        continue;
-      }
-      Set(PriceField::kVolume, i, "named \"" + titles[i] + "\"");
-      return;
+      const std::string name = PlainName(titles[i]);
+      if (!name.starts_with("VOLUME") || !IsFree(i) || !values_.AreNumbers(i)) continue;
+      // "Volume USD" next to "Volume BTC" is a turnover.
+      if (!found || IsCurrency(PlainName(titles[*found]).substr(kVolume.size()))) found = i;
     }
+    if (found) Set(PriceField::kVolume, *found, "named \"" + titles[*found] + "\"");
+  }
+
+  static constexpr std::string_view kVolume = "VOLUME";
+  static bool IsCurrency(std::string_view name) {
+    constexpr std::array kCodes = {"USD", "USDT", "USDC", "BUSD", "EUR", "GBP", "JPY"};
+    return std::ranges::any_of(kCodes, [&](const char* code) { return name == code; });
   }
 
   void RefuseTwins(const NamedColumn& named, std::size_t before) const {
@@ -200,9 +237,37 @@ class Recognition {
     };
     const std::size_t column = after(*Place(PriceField::kDate));
     if (column >= sample_.width || !IsFree(column)) return;
+    if (FindTimeNextToNumber(column)) return;
     const bool before_open = Place(PriceField::kOpen) == after(column) && format_.header_line == 0;
     if (!values_.AreClockTimes(column) && !(before_open && values_.AreTimes(column))) return;
     Set(PriceField::kTime, column, "holds times");
+    format_.times_may_be_tickers = format_.header_line == 0 && values_.AreDigits(column);
+  }
+
+  // Two columns of digits between date and prices: a ticker such as 0700 looks like a time, but
+  // there are more times than tickers.
+  bool FindTimeNextToNumber(std::size_t first) {
+    const std::size_t second = first + 1;
+    if (format_.header_line > 0 || Place(PriceField::kTicker)) return false;
+    if (Place(PriceField::kOpen) != second + 1 || !IsFree(second)) return false;
+    const bool is_first = values_.Different(first) > values_.Different(second);
+    const std::size_t time = is_first ? first : second;
+    const std::size_t ticker = is_first ? second : first;
+    if (!values_.AreClockTimes(time) || !values_.AreDigits(ticker)) return false;
+    constexpr std::size_t kTimesOfTicker = 4;
+    if (values_.Different(ticker) * kTimesOfTicker > values_.Different(time)) return false;
+    Set(PriceField::kTime, time, "holds times");
+    Set(PriceField::kTicker, ticker, "a number next to the times");
+    return true;
+  }
+
+  // 24:00 of a day is 0:00 of the next one, but the bar that it labels in every row is the day's.
+  void IgnoreEndsOfDays() {
+    const Column time = Place(PriceField::kTime);
+    if (!time || !values_.AreEndsOfDays(*time)) return;
+    Set(PriceField::kIgnored, *time, "the end of the day in every row");
+    format_.SetPlace(PriceField::kTime, std::nullopt);
+    format_.SetPlace(PriceField::kIgnored, std::nullopt);
   }
 
   // The first four columns of numbers after the date of which one is the highest and one the

@@ -40,6 +40,10 @@ class DateOrders {
   // True if no more dates are needed, since at most one order fits.
   bool IsDecided() const { return Count(&Candidate::Fits) < 2; }
 
+  bool Fits(DateOrder order) const {
+    return std::ranges::find(candidates_, order, &Candidate::order)->fits;
+  }
+
   // Nothing if several are left, or none. Nobody writes the month first in front of a point.
   std::optional<DateOrder> Only() const {
     if (has_points_ && candidates_[0].fits) return candidates_[0].order;
@@ -102,7 +106,11 @@ class Scan {
     if (!format_.is_order_open) return;
     const auto order = orders_.Only();
     // If no order fits, the reader will name the first line that does not.
-    if (!order && !orders_.IsDecided()) return;
+    if (!order && !orders_.IsDecided()) {
+      format_.month_may_be_first = orders_.Fits(DateOrder::kMonthDayYear);
+      format_.year_may_be_first = orders_.Fits(DateOrder::kYearMonthDay);
+      return;
+    }
     format_.is_order_open = false;
     format_.dates.order = order.value_or(DateOrder::kDayMonthYear);
   }

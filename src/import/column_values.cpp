@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 
 #include "base/dates.h"
 #include "base/number_text.h"
@@ -60,6 +61,11 @@ bool ColumnValues::AreWords(std::size_t column) const {
   });
 }
 
+bool ColumnValues::AreDigits(std::size_t column) const {
+  return MostAre(sample_.Column(column),
+                 [](std::string_view field) { return std::ranges::all_of(field, IsDigit); });
+}
+
 bool ColumnValues::AreSixDigitDates(std::size_t column) const {
   const auto fields = sample_.Column(column);
   return !fields.empty() && std::ranges::all_of(fields, [](std::string_view field) {
@@ -69,6 +75,19 @@ bool ColumnValues::AreSixDigitDates(std::size_t column) const {
 }
 
 bool ColumnValues::AreMissing(std::size_t column) const { return sample_.Column(column).empty(); }
+
+bool ColumnValues::AreEndsOfDays(std::size_t column) const {
+  const auto fields = sample_.Column(column);
+  return !fields.empty() && std::ranges::all_of(fields, [](std::string_view field) {
+    const auto moment = ReadTimeText(field, TimeDigits::kHoursAndMinutes);
+    return moment && moment->time == kEndOfDay;
+  });
+}
+
+std::size_t ColumnValues::Different(std::size_t column) const {
+  const auto fields = sample_.Column(column);
+  return std::set<std::string_view>(fields.begin(), fields.end()).size();
+}
 
 bool ColumnValues::CountRows(std::size_t column) const {
   std::optional<std::int64_t> before;

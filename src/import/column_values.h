@@ -21,10 +21,14 @@ class ColumnValues {
   // Times that can't be anything else: with colons or leading zeros.
   bool AreClockTimes(std::size_t column) const;
   bool AreWords(std::size_t column) const;
+  bool AreDigits(std::size_t column) const;
 
   // Of all values. Dates of six digits look like any number; only a name shows what they are.
   bool AreSixDigitDates(std::size_t column) const;
   bool AreMissing(std::size_t column) const;
+  // 24:00, as some programs label the bar of a day.
+  bool AreEndsOfDays(std::size_t column) const;
+  std::size_t Different(std::size_t column) const;  // how many
   // Whole numbers that rise by one.
   bool CountRows(std::size_t column) const;
 

@@ -10,6 +10,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "import/column_names.h"
 #include "import/row_findings.h"
 #include "import/security_names.h"
 #include "import/series_builder.h"
@@ -205,6 +206,7 @@ class FileReading {
       understood.suggested_scale = steps_.SuggestedScale(understood.format.price_decimals);
     }
     AddSkipped();
+    CheckVolume();
     CheckPrices();
     if (understood.format.date_order_open && !options_.date_order) {
       AskDateOrder();
@@ -245,6 +247,20 @@ class FileReading {
            " skipped (first: line " + std::to_string(counts.first_skipped_line) + ")");
   }
 
+  // A volume that is missed must not be taken for zero.
+  void CheckVolume() {
+    const std::vector<ColumnMeaning>& columns = read_.understanding.format.columns;
+    const auto is_volume = [](const ColumnMeaning& column) {
+      return column.field >= PriceField::kVolume && column.field <= PriceField::kDownVolume;
+    };
+    if (std::ranges::any_of(columns, is_volume)) return;
+    for (const ColumnMeaning& column : columns) {
+      if (column.field != PriceField::kIgnored) continue;
+      if (PlainName(column.title).find("VOL") == std::string::npos) continue;
+      Remark("the column \"" + column.title + "\" was not read; the volumes are zero");
+    }
+  }
+
   void CheckPrices() {
     const FileFormat& format = read_.understanding.format;
     const auto column =
@@ -253,6 +269,9 @@ class FileReading {
     if (std::ranges::find(format.columns, PriceField::kOpen, &ColumnMeaning::field) ==
         format.columns.end()) {
       Remark("has one price for each bar; open, high and low are the close");
+    }
+    if (steps_.LookCounted()) {
+      Remark("all prices are whole numbers above 10,000,000: are they in parts of a unit?");
     }
     if (options_.prices == Prices::kAdjusted && !has_column) {
       Remark("has no adjusted close; the prices are imported as they are");
@@ -278,15 +297,24 @@ class FileReading {
   }
 
   void AskDateOrder() {
-    ImportQuestion question{.text = "The dates can be read with the day or the month first.",
-                            .option = "--date-order dmy or mdy"};
-    for (const DateOrder order : {DateOrder::kDayMonthYear, DateOrder::kMonthDayYear}) {
-      const bool day_first = order == DateOrder::kDayMonthYear;
-      const DateReadings::Days& days = day_first ? readings_.day_first : readings_.month_first;
-      question.answers.push_back({.text = day_first ? "day first" : "month first",
+    const FileFormat& format = read_.understanding.format;
+    ImportQuestion question{
+        .text = "The dates can be read in several orders of day, month and year.",
+        .option = "--date-order dmy"};
+    const auto add = [&](DateOrder order, const std::string& text, const DateReadings::Days& days) {
+      question.answers.push_back({.text = text,
                                   .result = DayText(days.first) + " to " + DayText(days.last),
                                   .options = options_});
       question.answers.back().options.date_order = order;
+    };
+    add(DateOrder::kDayMonthYear, "day first", readings_.day_first);
+    if (format.month_may_be_first) {
+      add(DateOrder::kMonthDayYear, "month first", readings_.month_first);
+      question.option += format.year_may_be_first ? ", mdy" : " or mdy";
+    }
+    if (format.year_may_be_first) {
+      add(DateOrder::kYearMonthDay, "year first", readings_.year_first);
+      question.option += " or ymd";
     }
     Ask(std::move(question));
   }
@@ -303,6 +331,17 @@ class FileReading {
 
   void AddSeries(Group& group) {
     BuiltSeries built = group.builder.Finish();
+    if (built.opens_at_end && read_.understanding.format.header_line == 0) {
+      built = {.refusal =
+                   "the first and the last of the four prices may be exchanged: each bar "
+                   "begins where the one before has begun; add a first line that names the "
+                   "columns"};
+    }
+    if (built.jumps_within_days && read_.understanding.format.times_may_be_tickers) {
+      built = {.refusal =
+                   "the column after the dates may hold times or symbols of several "
+                   "securities; add a first line that names the columns"};
+    }
     const std::string symbol = names_.SymbolOf(group.ticker, built.hint_holds);
     const std::string prefix = order_.size() > 1 ? symbol + ": " : "";
     for (const std::string& remark : built.remarks) Remark(prefix + remark);

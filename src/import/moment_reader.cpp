@@ -98,8 +98,7 @@ Moment MomentOfPattern(std::string_view field, const DatePattern& pattern) {
 }  // namespace
 
 void MoveMidnight(Moment& moment) {
-  constexpr std::int32_t kMidnight = 240000;
-  if (moment.time != kMidnight) return;
+  if (moment.time != kEndOfDay) return;
   moment.time = 0;
   moment.date = DaysLater(moment.date, 1);
 }
@@ -108,7 +107,9 @@ Moment MomentReader::Date(std::string_view field) {
   if (IsLast(field)) return {.date = last_date_};
   const auto moment = ReadDate(field);
   if (!moment) Refuse(field, "is not a date");
-  const Moment checked = Checked(*moment, field);
+  Moment checked = *moment;
+  if (style_.ends_of_days && checked.time == kEndOfDay) checked.time = 0;
+  checked = Checked(checked, field);
   if (!checked.time && field.size() <= last_text_.size()) {
     std::ranges::copy(field, last_text_.begin());
     last_size_ = field.size();

@@ -20,6 +20,8 @@ struct DateStyle {
   Kind kind = Kind::kText;
   DateOrder order = DateOrder::kDayMonthYear;  // of dates in numbers that don't start with the year
   std::int64_t per_second = 1;                 // Unix time: 1, 1000, ...
+  // 24:00 follows each date: not the start of the next day, but the end of this one.
+  bool ends_of_days = false;
   std::optional<DatePattern> pattern;
 };
 

@@ -193,6 +193,7 @@ bool TakeHalf(Cursor& cursor, std::int32_t& time) {
   ahead.TakeAny(" ");
   std::string half = UpperCased(ahead.Rest().substr(0, 4));
   std::erase(half, '.');
+  if (half == "A" || half == "P") half += 'M';
   if (half.size() > 2) half.resize(2);
   if (half != "AM" && half != "PM") return true;
   const std::size_t letters = ahead.TakeWord().size();
@@ -249,7 +250,7 @@ bool TakeZone(Cursor& cursor, Moment& moment) {
 std::optional<Moment> TakeTime(Cursor& cursor, TimeDigits meaning) {
   const std::string_view first = cursor.TakeDigits();
   std::int32_t time = 0;
-  if (cursor.Take(":")) {
+  if (cursor.Take(":") || cursor.Take("h")) {
     const std::string_view minutes = cursor.TakeDigits();
     if (!IsShort(first) || minutes.size() != 2) return std::nullopt;
     time = Value(first) * 10000 + Value(minutes) * 100;
@@ -285,7 +286,7 @@ std::optional<Moment> ReadDateText(std::string_view text, DateOrder order) {
   Cursor cursor(text);
   const auto date = TakeDate(cursor, order);
   if (!date) return std::nullopt;
-  if (cursor.AtEnd()) return Moment{.date = *date};
+  if (cursor.AtEnd() || cursor.Rest() == ".") return Moment{.date = *date};
   if (!cursor.Take("T") && cursor.TakeAny(" ,_") == '\0') return std::nullopt;
   if (IsShort(cursor.Rest())) return std::nullopt;
   auto moment = TakeTime(cursor, TimeDigits::kHoursAndMinutes);
@@ -295,11 +296,12 @@ std::optional<Moment> ReadDateText(std::string_view text, DateOrder order) {
 
 std::optional<Moment> ReadTimeText(std::string_view text, TimeDigits digits) {
   Cursor cursor(text);
+  cursor.Take("T");
   return TakeTime(cursor, digits);
 }
 
 bool IsRealTime(std::int32_t time) {
-  return time == 240000 || (time / 10000 < 24 && time / 100 % 100 < 60 && time % 100 < 60);
+  return time == kEndOfDay || (time / 10000 < 24 && time / 100 % 100 < 60 && time % 100 < 60);
 }
 
 std::optional<std::int64_t> ReadUnixNumber(std::string_view text) {

@@ -30,6 +30,8 @@ std::optional<Moment> ReadDateText(std::string_view text, DateOrder order);
 // Hours and minutes, seconds, fractions of a second (dropped), AM or PM, a zone.
 std::optional<Moment> ReadTimeText(std::string_view text, TimeDigits digits);
 
+inline constexpr std::int32_t kEndOfDay = 240000;
+
 // True from 0:00 to 24:00, the end of a day.
 bool IsRealTime(std::int32_t time);
 

@@ -123,16 +123,22 @@ void TakeUnits(std::string_view& text) {
   TakeEnd(text, "%");
 }
 
-// The power of ten that a letter at the end means.
+// The power of ten that a unit at the end means.
 int TakeMagnitude(std::string_view& text) {
-  constexpr std::string_view kLetters = "KMBT";
-  if (text.size() < 2) return 0;
-  const char last = text.back();
-  const char letter = last >= 'a' ? static_cast<char>(last - 'a' + 'A') : last;
-  const std::size_t place = kLetters.find(letter);
-  if (place == std::string_view::npos) return 0;
-  text = Stripped(text.substr(0, text.size() - 1));
-  return 3 * (static_cast<int>(place) + 1);
+  static constexpr std::pair<std::string_view, int> kUnits[] = {
+      {"K", 3},   {"M", 6},  {"B", 9},   {"T", 12},  {"TSD", 3}, {"MIO", 6},
+      {"MLN", 6}, {"MN", 6}, {"MRD", 9}, {"MLD", 9}, {"BN", 9},  {"L", 5},
+      {"LAC", 5}, {"CR", 7}, {"万", 4},  {"亿", 8},  {"萬", 4},  {"億", 8}};
+  std::string_view number = text;
+  TakeEnd(number, ".");
+  const std::size_t digits = number.find_last_of("0123456789");
+  if (digits == std::string_view::npos || digits + 1 == number.size()) return 0;
+  const std::string unit = UpperCased(Stripped(number.substr(digits + 1)));
+  const auto* const known =
+      std::ranges::find(kUnits, unit, &std::pair<std::string_view, int>::first);
+  if (known == std::end(kUnits)) return 0;
+  text = number.substr(0, digits + 1);
+  return known->second;
 }
 
 // The length of a sign between groups of three digits, 0 if there is none: the point of a file with
@@ -181,7 +187,8 @@ Outcome ReadAny(std::string_view text, NumberStyle style, int shift, PriceNumber
   if (text.starts_with('-')) plain = "-";
   if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
   TakeUnits(text);
-  int exponent = shift + TakeMagnitude(text);
+  const int magnitude = TakeMagnitude(text);
+  int exponent = shift + magnitude;
   if (!TakeWhole(text, style, plain)) return Outcome::kNoNumber;
   int decimals = 0;
   if (text.starts_with(style.decimal_comma ? ',' : '.')) {
@@ -207,7 +214,7 @@ Outcome ReadAny(std::string_view text, NumberStyle style, int shift, PriceNumber
   if (!stored || FloatFromMbf(*stored) != *value || (*value == 0 && !zero)) {
     return Outcome::kNotStorable;
   }
-  number = {*value, std::max(decimals - exponent, 0)};
+  number = {*value, std::max(decimals - exponent, 0), magnitude};
   return Outcome::kNumber;
 }
 

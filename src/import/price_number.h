@@ -15,13 +15,14 @@ struct NumberStyle {
 
 struct PriceNumber {
   float value = 0;
-  int decimals = 0;  // of the text after scaling, perhaps more than the float needs
+  int decimals = 0;   // of the text after scaling, perhaps more than the float needs
+  int magnitude = 0;  // the power of ten of a unit at the end: 3 for K
 };
 
 // The nearest 32-bit float of a decimal number times 10 to the power `shift`. Currency signs, a
 // percent sign at the end and thousands groups are dropped; K, M, B and T at the end count as
-// thousands to trillions. Throws ImportError, quoting the field, if it is not a number or cannot be
-// stored in market data.
+// thousands to trillions, other units as they do in their countries. Throws ImportError, quoting
+// the field, if it is not a number or cannot be stored in market data.
 PriceNumber ReadNumber(std::string_view field, NumberStyle style, int shift);
 
 // The same without a shift; nothing instead of an error.

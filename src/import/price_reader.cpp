@@ -97,6 +97,9 @@ struct PriceReader::State {
     format.columns = table.columns;
     format.dates = NameOfDates(table.dates, table.first_date);
     format.date_order_open = table.is_order_open;
+    format.month_may_be_first = table.month_may_be_first;
+    format.year_may_be_first = table.year_may_be_first;
+    format.times_may_be_tickers = table.times_may_be_tickers;
     format.zone = table.zone;
   }
 
@@ -138,7 +141,13 @@ struct PriceReader::State {
     if (counts.skipped++ == 0) counts.first_skipped_line = line_number;
   }
 
-  bool IsNoRow(std::string_view line) const { return line.front() == '#' || line == table.header; }
+  // A comment, a repeated header or a rule of a table.
+  bool IsNoRow(std::string_view line) const {
+    if (line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);  // of a file that was appended
+    return line.starts_with('#') || line == table.header ||
+           (line.find('-') != std::string_view::npos &&
+            line.find_first_not_of("+-=|: \t") == std::string_view::npos);
+  }
 
   void ReadRow(std::string_view line, const std::vector<std::string_view>& fields) {
     PriceRow row;

@@ -81,8 +81,11 @@ struct FileFormat {
   std::string dates;             // "day/month/year", "Unix time in ms", the pattern
   bool date_order_open = false;  // day and month can be read both ways: dates are read as
                                  // day/month/year until the option decides
-  std::string zone;              // as the file states it: "UTC", "Gmt time", "+02:00"
-  int price_decimals = 0;        // the most that a scaled price needs as a 32-bit float
+  bool month_may_be_first = true;
+  bool year_may_be_first = false;
+  bool times_may_be_tickers = false;  // digits in a column without a name
+  std::string zone;                   // as the file states it: "UTC", "Gmt time", "+02:00"
+  int price_decimals = 0;             // the most that a scaled price needs as a 32-bit float
 };
 
 // What a reader has counted so far.

@@ -33,6 +33,7 @@ void PriceSteps::Add(const Bar& bar) {
   finer_ += std::abs(hundredths - std::nearbyint(hundredths)) > noise ? 1 : 0;
   range_ += double{bar.high} - double{bar.low};
   highest_ = std::max(highest_, double{bar.high});
+  lowest_ = std::min(lowest_, double{bar.low});
 }
 
 int PriceSteps::SuggestedScale(int decimals) const {

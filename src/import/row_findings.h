@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <optional>
 
 #include "import/price_reader.h"
@@ -34,12 +35,17 @@ class PriceSteps {
   // The power of ten, with an even exponent, that leaves at most two decimals and keeps all prices
   // below a million.
   int SuggestedScale(int decimals) const;
+  // True for prices such as 49670000000, which count billionths.
+  bool LookCounted() const { return rows_ > 0 && finer_ == 0 && lowest_ > kCounted; }
 
  private:
+  static constexpr double kCounted = 1e7;
+
   std::int64_t rows_ = 0;
   std::int64_t finer_ = 0;
   double range_ = 0;
   double highest_ = 0;
+  double lowest_ = std::numeric_limits<double>::infinity();
 };
 
 // The first and last day of dates that can be read both ways.
@@ -54,11 +60,16 @@ struct DateReadings {
   };
   Days day_first;
   Days month_first;
+  Days year_first;
 
   // A date that was read with the day first.
   void Add(std::int32_t date) {
     day_first.Add(date);
     month_first.Add(date / 10000 * 10000 + date % 100 * 100 + date / 100 % 100);
+    constexpr std::int32_t kCentury = 100;
+    constexpr std::int32_t kPivot = 69;
+    const std::int32_t year = date % 100 + (date % 100 < kPivot ? 20 : 19) * kCentury;
+    year_first.Add(year * 10000 + date / 100 % 100 * 100 + date / 10000 % 100);
   }
 };
 

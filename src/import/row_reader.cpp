@@ -132,7 +132,13 @@ float RowReader::Price(const Fields& fields, PriceField field) {
     if (text.find('\'') != std::string_view::npos && text.find(decimal) == std::string_view::npos) {
       throw ImportError("\"" + std::string(text) + "\" may not be a decimal number");
     }
-    return ReadNumber(text, format_.numbers, shift_);
+    const PriceNumber read = ReadNumber(text, format_.numbers, shift_);
+    // Prices in thousands and millions exist; other letters may mean bid, traded, ...
+    constexpr int kMillion = 6;
+    if (read.magnitude % 3 != 0 || read.magnitude > kMillion) {
+      throw ImportError("\"" + std::string(text) + "\" may not be a decimal number");
+    }
+    return read;
   });
   NoteDecimals(number, text);
   return number.value;

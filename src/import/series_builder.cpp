@@ -1,6 +1,7 @@
 #include "import/series_builder.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <utility>
 
@@ -167,8 +168,20 @@ void SeriesBuilder::Take(const Row& row) {
                " rows";
     return;
   }
+  if (before_) CompareWithLast(row);
   before_ = row;
   TakeBar(label_seconds_ == 0 ? row.bar : LabelledByStart(row.bar, label_seconds_), row.line);
+}
+
+void SeriesBuilder::CompareWithLast(const Row& row) {
+  constexpr float kJump = 1.02F;
+  const Bar& earlier = backwards_ ? row.bar : before_->bar;
+  const Bar& later = backwards_ ? before_->bar : row.bar;
+  gaps_ += std::abs(double{later.open} - double{earlier.close});
+  exchanged_gaps_ += std::abs(double{later.close} - double{earlier.open});
+  if (earlier.date != later.date) return;
+  ++steps_;
+  if (later.open > earlier.close * kJump || earlier.close > later.open * kJump) ++jumps_;
 }
 
 void SeriesBuilder::TakeRepeated(const Row& row) {
@@ -225,7 +238,10 @@ void SeriesBuilder::Keep(const Bar& bar) {
 
 BuiltSeries SeriesBuilder::Finish() {
   if (refusal_.empty()) Flush(0);
-  BuiltSeries built{.hint_holds = hint_holds_};
+  constexpr std::int64_t kEnoughBars = 10;
+  BuiltSeries built{.hint_holds = hint_holds_,
+                    .jumps_within_days = jumps_ * 2 > steps_,
+                    .opens_at_end = bars_ >= kEnoughBars && exchanged_gaps_ * 2 < gaps_};
   if (refusal_.empty()) CheckSpacing();
   built.refusal = refusal_;
   built.bars = bars_;
@@ -277,6 +293,9 @@ void SeriesBuilder::CheckSpacing() {
   } else if (repeated_.count >= bars_ || (repeated_days_ >= 3 && repeated_.count * 20 > bars_)) {
     refusal_ = repeated_.Text("has the moment of another one", "have the moment of another one") +
                ": does the file hold several securities? Give it a column Ticker, or split it";
+  } else if (bars_ >= 4 && contradictions_.count * 2 > bars_) {
+    refusal_ = contradictions_.Text("has contradictory prices", "have contradictory prices") +
+               ": are the columns named correctly?";
   }
   if (!refusal_.empty()) return;
   const std::vector<int> candidates = spacing_.Candidates();

@@ -30,6 +30,11 @@ struct BuiltSeries {
   bool hint_holds = true;
   // The first bar is aggregated, and the file begins after its start: it may lack a part.
   bool begins_within_bar = false;
+  // Most bars open far from the close of the bar before, within a day: as if each were another
+  // security.
+  bool jumps_within_days = false;
+  // The bars continue each other from open to close rather than from close to open.
+  bool opens_at_end = false;
   std::int64_t bars = 0;  // of the file while a question is open
   Bar first = {};
   Bar last = {};
@@ -84,6 +89,7 @@ class SeriesBuilder {
   void Take(const Row& row);
   void TakeBar(Bar bar, std::int64_t line);
   void TakeRepeated(const Row& row);
+  void CompareWithLast(const Row& row);
   void CountBuckets(const Bar& bar);
   void Keep(const Bar& bar);
   void CheckSpacing();
@@ -128,6 +134,10 @@ class SeriesBuilder {
   std::int64_t repeated_days_ = 0;
   std::int32_t last_repeated_ = 0;
   std::int64_t times_ = 0;
+  std::int64_t steps_ = 0;     // from bar to bar within a day
+  std::int64_t jumps_ = 0;     // of those
+  double gaps_ = 0;            // from the close of a bar to the open of the next one
+  double exchanged_gaps_ = 0;  // the same if open and close were exchanged
   std::string refusal_;
 };
 

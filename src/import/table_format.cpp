@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "base/dates.h"
 #include "base/text.h"
@@ -48,6 +49,14 @@ void SetUnixUnit(const Fields& fields, DateStyle& style) {
   for (const std::string_view field : fields) {
     largest = std::max<std::int64_t>(largest, std::abs(ReadUnixNumber(field).value_or(0)));
   }
+  // Ticks of 100 ns since the years 1 and 1601 would be Unix times of 1990 and 1974.
+  constexpr std::pair<std::int64_t, std::int64_t> kOtherCounts[] = {
+      {600'000'000'000'000'000, 660'000'000'000'000'000},
+      {120'000'000'000'000'000, 150'000'000'000'000'000}};
+  for (const auto& [from, to] : kOtherCounts) {
+    if (largest < from || largest > to) continue;
+    throw ImportError("the dates seem to count 100 ns from the year 1 or 1601; save them as text");
+  }
   constexpr std::int64_t kLast = 10'000'000'000;  // the year 2286
   while (largest / style.per_second >= kLast) style.per_second *= 1000;
 }
@@ -83,6 +92,10 @@ void DecideDates(const Fields& fields, const ImportOptions& options, TableFormat
     format.zone = "UTC";
     return;
   }
+  style.ends_of_days = std::ranges::all_of(fields, [](std::string_view field) {
+    const auto moment = ReadDateText(field, DateOrder::kDayMonthYear);
+    return moment && moment->time == kEndOfDay;
+  });
   if (options.date_order) style.order = *options.date_order;
   format.is_order_open =
       !options.date_order && std::ranges::any_of(fields, [](std::string_view field) {

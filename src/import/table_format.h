@@ -31,8 +31,9 @@ struct TableFormat {
   NumberStyle numbers;
   DateStyle dates;
   TimeDigits time_digits = TimeDigits::kHoursAndMinutes;
-  std::int64_t header_line = 0;  // 0: none
-  std::string header;            // the text of that line
+  bool times_may_be_tickers = false;  // digits in a column without a name
+  std::int64_t header_line = 0;       // 0: none
+  std::string header;                 // the text of that line
   std::vector<ColumnMeaning> columns;
   // The column of each field, by its number.
   std::array<std::optional<std::size_t>, kPriceFields> places;
@@ -42,6 +43,8 @@ struct TableFormat {
   std::string zone;        // that the header states
   // What the first lines leave open; DecideByAllRows decides.
   bool is_order_open = false;
+  bool month_may_be_first = true;  // while the order is open
+  bool year_may_be_first = false;
   bool is_volume_open = false;
 
   std::optional<std::size_t> Place(PriceField field) const {
