@@ -5,6 +5,7 @@
 #include <shellapi.h>
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <thread>
 
@@ -83,8 +84,12 @@ TEST_F(WindowsKeys, HeldKeysAreDroppedForAnotherWindow) {
   const WindowId chart = driver->OpenChart(kHost);
   {
     const HeldKeys held(meant);
-    const std::jthread person([this] { driver->PressL(); });
-    WaitServingOthers(200ms);
+    std::atomic<bool> pressed = false;
+    const std::jthread person([&] {
+      driver->PressL();
+      pressed = true;
+    });
+    while (!pressed) WaitServingOthers(10ms);
   }
   std::this_thread::sleep_for(500ms);
   EXPECT_EQ(driver->Taken(chart) + driver->Taken(other), "");
