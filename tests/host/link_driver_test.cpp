@@ -270,6 +270,11 @@ TEST_F(LinkDriverTest, TheThemeReachesTheChartProgramAtItsStartAndLater) {
   link.delay = std::chrono::milliseconds(1);
   host.RefreshCharts();
   EXPECT_EQ(link.dark, true) << "as soon as it answers";
+  link.End();
+  link.dark.reset();
+  link.Begin();
+  host.RefreshCharts();
+  EXPECT_EQ(link.dark, true) << "another chart program, which the trader has started";
 }
 
 TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {

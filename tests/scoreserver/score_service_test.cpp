@@ -183,7 +183,7 @@ TEST(Score, WithAnInvisibleNameIsRefused) {
   const std::pair<std::string, std::vector<std::string>> names[] = {
       {"the name is blank", {"", "   ", "\u00A0\u3000", "\u2800"}},
       {"invisible character (U+", {"Ann\u200B", "Ann\t", "\u3164", "\U000E0041nn", "\u2029"}},
-      {"Accepted.", {"\u00C9ric O'Neill", "\U0001F600", "\xFF\xE2\x80"}}};
+      {"Accepted.", {"\u00C9ric O'Neill", "\U0001F600", "\xFF\xE2\x80", "\xE0\x82\xA0"}}};
   for (const auto& [why, written] : names) {
     for (const std::string& name : written) EXPECT_THAT(answer(name), HasSubstr(why)) << name;
   }

@@ -151,6 +151,9 @@ TEST_F(ImportWindowTest, ShowsWhatWasUnderstoodAndImportsItIntoTheDirectory) {
   EXPECT_FALSE(form.cmdImport.Enabled());
   form.on_enter();
   EXPECT_FALSE(form.Loaded());
+  Drop({"plain.csv"});
+  window.Offer({scratch.Sub("plain.csv")}, scratch.Sub("other"));
+  EXPECT_THAT(form.Caption(), HasSubstr("other")) << "files for two directories are two imports";
 }
 
 TEST_F(ImportWindowTest, AnAnswerReadsTheFileAgainAndMayCountForAllFiles) {
@@ -165,14 +168,19 @@ TEST_F(ImportWindowTest, AnAnswerReadsTheFileAgainAndMayCountForAllFiles) {
   EXPECT_EQ(Cell(0, BatchColumn::kFirstDay), "2020-02-01");
   EXPECT_FALSE(form.lblQuestion.Visible());
   EXPECT_THAT(Remark(1), HasSubstr("question"));
+  Drop({"ask5.csv"});
+  EXPECT_THAT(Remark(4), HasSubstr("question")) << "the answer was for one file";
   form.cmdNext.UserClick();
   form.chkAll.UserToggle();
   form.cmdAnswer2.UserClick();
   EXPECT_EQ(Cell(2, BatchColumn::kFirstDay), "2020-01-02");
   EXPECT_FALSE(form.cmdNext.Visible());
   Drop({"ask4.csv"});
-  EXPECT_EQ(Cell(4, BatchColumn::kFirstDay), "2020-01-02") << "also for files added later";
-  EXPECT_EQ(form.cmdImport.Text(), "&Import 5 files");
+  EXPECT_EQ(Cell(5, BatchColumn::kFirstDay), "2020-01-02") << "also for files added later";
+  EXPECT_EQ(form.cmdImport.Text(), "&Import 6 files");
+  files.during_import["late"] = [this] { Drop({"after.csv"}); };
+  form.cmdImport.UserClick();
+  EXPECT_EQ(Cell(6, BatchColumn::kSymbol), "after") << "read once the import is done";
 }
 
 TEST_F(ImportWindowTest, AQuestionThatStoredBarsRaiseIsAskedLikeOthers) {

@@ -204,6 +204,11 @@ TEST_F(PreviewTest, PrintsTheChartItselfAndOpensItAgain) {
   preview.chtscroll1.UserMove(50);
   EXPECT_TRUE(form.Loaded() && !form.Visible()) << "it comes back hidden";
   EXPECT_EQ(picture.Width(), 21150);
+  rows.Order(19, "Long", 1, 60, 1, 0, 985000);
+  Open();
+  EXPECT_EQ(form.lblPortfolio.Text(), "985,000") << "read again";
+  form.Toolbar1.UserButton(FrmResult::kClose);
+  preview.chtscroll1.UserMove(60);
   preview.cmdcancel.UserClick();
   EXPECT_FALSE(preview.Loaded());
   EXPECT_FALSE(form.Loaded()) << "the next one reads the ledger anew";

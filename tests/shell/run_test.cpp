@@ -28,7 +28,15 @@ TEST_F(RunTest, TheNavigatorShowsTheRunAndPausesAndPlaysIt) {
   InPauseOf(99, [&] {
     EXPECT_TRUE(!navigator.Image3.Visible() && navigator.Image4.Visible());
     EXPECT_TRUE(all->Setup().Label6.Visible() && !all->Setup().Text3.Visible());
+    all->Panel().Combo2.UserType("x");
+    EXPECT_EQ(all->Panel().Combo2.Text(), "x") << "corrected once it is whole";
     all->Panel().Combo2.UserType("10");
+    all->outside.chart.focused = RecordingChart::kOtherWindow;
+    all->program.Keys().Trader().Look();
+    all->program.Keys().Press({run_key::kSpace});
+    EXPECT_EQ(all->session.StopRequested, 0) << "typed into another program";
+    all->outside.chart.focused = RecordingChart::kOwnWindow;
+    all->program.Keys().Trader().ComeToRun();
     navigator.Image4.UserClick();
   });
   StartAt(60);
@@ -59,6 +67,7 @@ TEST_F(RunTest, ClicksDuringASlideAreIgnoredOrMeantForTheNextRun) {
   all->At(100, [this] { all->Navigator().Image5.UserClick(); });
   all->Navigator().Image5.UserClick();
   EXPECT_TRUE(all->Setup().Visible() && !all->Navigator().Loaded());
+  const std::string top = all->outside.settings.texts["NavTop"];
   all->At(200, [this] {
     ASSERT_TRUE(all->Navigator().Visible()) << "as it slides in";
     all->Navigator().Image5.UserClick();
@@ -66,6 +75,7 @@ TEST_F(RunTest, ClicksDuringASlideAreIgnoredOrMeantForTheNextRun) {
   all->Setup().Image3.UserClick();
   EXPECT_TRUE(all->Setup().Visible() && !all->Navigator().Visible());
   EXPECT_EQ(ChartsOpened(), 1) << "no run has begun";
+  EXPECT_EQ(all->outside.settings.texts["NavTop"], top) << "where it comes to rest";
 }
 
 // Only a feed with an open position is asked about. Closing the box lets it continue.
@@ -76,14 +86,14 @@ TEST_F(RunTest, CloseAndReturnAsksWhatBecomesOfAnOpenPosition) {
       InPauseOf(61, [&] {
         boxes.clear();
         all->outside.boxes.answers = {answer};
-        if (held) all->Panel().imgLong.UserClick();
+        if (held) (answer == 0 ? all->Panel().imgLong : all->Panel().ImgShort).UserClick();
         all->Navigator().Image5.UserClick();
         EXPECT_EQ(boxes.size(), held ? 1U : 0U);
       });
       StartAt(60);
       EXPECT_EQ(all->session.BarIndex < 199, held && answer == 0) << "ended or continued";
       if (held && answer == 1) {
-        EXPECT_EQ(all->session.LAccum, 1) << "the position is kept";
+        EXPECT_EQ(all->session.SAccum, 1) << "the position is kept";
       }
       EXPECT_FALSE(all->Panel().Visible());
     }
@@ -93,8 +103,14 @@ TEST_F(RunTest, CloseAndReturnAsksWhatBecomesOfAnOpenPosition) {
 TEST_F(RunTest, AnOrderInAPauseFillsAtItsBarAndIsSaved) {
   InPauseOf(61, [this] {
     all->Panel().txtContractVol.UserType("2");
+    all->Panel().ImgOffsetShort.UserClick();
+    EXPECT_EQ(all->Panel().lblinfo.ForeColour(), kRed);
     all->Panel().imgLong.UserClick();
+    EXPECT_EQ(all->Panel().lblinfo.ForeColour(), kBlue);
     EXPECT_EQ(all->session.LAvgPrice, all->session.BarClose[61]);
+    all->session.Balance = -1e6F;
+    all->Navigator().Image1.UserClick();
+    EXPECT_EQ(all->windows.frmBigScore.lblScore.ForeColour(), kRed) << "the money is gone";
   });
   StartAt(60);
   EXPECT_EQ(Rows("MyPortfolio"), 1U);

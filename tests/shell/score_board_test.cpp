@@ -81,6 +81,8 @@ TEST_F(ScoreBoardTest, TakesItsAddressFromTheWindowOrTheSettingsFile) {
   Board().Image5.UserClick();
   Open("");
   EXPECT_EQ(Board().txtAddress.Text(), "http://file");
+  Board().Image5.UserClick();
+  EXPECT_EQ(all.outside.settings.texts["ScoreAddress"], "") << "the file's own may change";
 }
 
 // Clicks run during a request: a second request is ignored, closing cancels the request, and an

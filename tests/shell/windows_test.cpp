@@ -25,14 +25,18 @@ TEST_F(WindowsTest, SettingsComeBackInTheNextProcess) {
   ASSERT_FALSE(all->Panel().Loaded()) << "its run has ended";
   all->Setup().SetTop(3000);
   all->Setup().SetLeft(-200);
+  all->Setup().DTPicker1.UserPick(19990104);
   all->Setup().Image5.UserClick();
   EXPECT_TRUE(all->outside.programs.ended);
+  EXPECT_FALSE(all->ledger.CanRead());
   EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("DataPath"), HasSubstr("OpenFileData")))
       << "no chart program has ever been here";
   Reopen();
   all->program.Start();
   EXPECT_EQ(all->Setup().Left(), -200);
-  EXPECT_EQ(all->Setup().DTPicker1.Value(), MadeDate(198));
+  EXPECT_EQ(all->Setup().DTPicker1.Value(), 19990104);
+  all->Setup().Combo1.UserChoose(0);
+  EXPECT_EQ(all->Setup().DTPicker1.Value(), MadeDate(133)) << "a day of the chosen series";
   EXPECT_EQ(all->Panel().Combo2.Text(), "5");
   EXPECT_EQ(all->session.RefreshDelay, 5000);
   EXPECT_EQ(all->Navigator().Opacity(), 35);
@@ -60,7 +64,7 @@ TEST_F(WindowsTest, APlaceOfARunOrASlideIsNeverKept) {
 
 TEST_F(WindowsTest, BadOrReadOnlySettingsStopNothing) {
   all->outside.settings.texts.insert({{"Top", "left"},
-                                      {"Refresh", "abc"},
+                                      {"Refresh", "0"},
                                       {"SelectDate", "soon"},
                                       {"NavTop", "99999"},
                                       {"ControlPannelTransparent", "-3"},
@@ -85,7 +89,10 @@ TEST_F(WindowsTest, DroppedPriceFilesAreImportedIntoTheDirectory) {
   all->Setup().UserDrop({PriceFile("BAD_D.csv", "x"), PriceFile("MINE_D.csv")});
   EXPECT_THAT(import.Caption(), HasSubstr(data));
   EXPECT_EQ(all->Setup().Combo1.Rows().size(), 2U) << "nothing changes before Import";
+  all->outside.events.SetOnPending([&] { all->Setup().Image3.UserClick(); });
   import.cmdImport.UserClick();
+  all->outside.events.SetOnPending(nullptr);
+  EXPECT_TRUE(all->Setup().Visible()) << "no run begins during an import";
   EXPECT_EQ(all->session.Symbol, "MINE");
   EXPECT_EQ(ReadBars(data, "MINE", -1).size(), 1U);
   // Of a symbol with several intervals, the line of the file's own is chosen.
@@ -249,6 +256,7 @@ TEST_F(WindowsTest, BigDisplaysFitTheScreenAndOpenWhereTheyWereDragged) {
   all->desktop.frmBigPrice().SetTop(0);
   all->windows.form1.on_close();
   EXPECT_EQ(all->outside.settings.texts["frmBigPriceLeft"], "45") << "still open at the end";
+  EXPECT_FALSE(all->outside.settings.texts.contains("frmBigScoreLeft")) << "never dragged";
   all->desktop.Unload(all->desktop.frmBigPrice());
   EXPECT_TRUE(all->desktop.frmBigPrice().Left() == 45 && all->desktop.frmBigPrice().Top() == 0);
 }
