@@ -60,6 +60,10 @@ TEST_F(ChartDocumentTest, ShowsTheSeriesInAnotherFrameAndFollowsIt) {
     EXPECT_EQ(chart.Model().Indicators()[0].run.Line(0).size(),
               static_cast<std::size_t>((bars + 27) / 28));
   }
+  chart.ShowFrame({Frame::Unit::kWeek});
+  const ChartDocument weeks(source_, {folder_, "SCB", std::nullopt}, {{-1, {Frame::Unit::kWeek}}});
+  EXPECT_EQ(chart.Model().Series().starts, weeks.Model().Series().starts);
+  chart.ShowFrame({Frame::Unit::kMonth});
   chart.Model().Window().ShowOldest();
   chart.Model().Window().ShowBetween(0, 9);
   chart.ShowFrame({});

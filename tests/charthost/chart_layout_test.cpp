@@ -22,6 +22,9 @@ TEST(ChartLayout, ReadsWhatItWroteAndLeavesOutTheRest) {
       R"({"tiling": "stacked", "charts": [{"frames": ["5=61", "x=day", "=", "0=day", "5"]}]})");
   EXPECT_EQ(odd.tiling, Tiling::kStacked);
   EXPECT_EQ(odd.charts, std::vector<LaidChart>({{"", -1, {{0, {Frame::Unit::kDay}}}}}));
+  ChartLayout many;
+  many.charts.resize(ChartLayout::kMostCharts + 1);
+  EXPECT_EQ(ReadLayout(LayoutText(many)).charts.size(), ChartLayout::kMostCharts);
 }
 
 // Two days of three bars; the bars of another chart begin where those of this one do, or between.

@@ -138,6 +138,14 @@ TEST(HeikinAshi, AveragesEachBarWithTheOneBefore) {
   series.closes[2] = 14;
   bars.Forget(2);
   EXPECT_EQ(bars.Of(series).closes, (std::vector<float>{10.5F, 11.75F, 12}));
+  ChartModel model;
+  model.SetOptions({.style = ChartStyle::kHeikinAshi});
+  for (const float close : {14.0F, 10.0F}) {
+    series.closes[2] = close;
+    model.UpdateSeries(series);
+    model.Layout(800);
+    EXPECT_EQ(model.Columns().back().close, (34 + close) / 4) << "of the newest bar as it is";
+  }
 }
 
 // Lines near the prices are shown whole, and one far away doesn't squeeze the bars.
@@ -163,6 +171,7 @@ TEST(PriceText, ShowsNumbersAsTradersReadThem) {
   EXPECT_EQ(VolumeText(11.2976F), "11.298");
   EXPECT_EQ(ChangeText(99.5, 100, 2), "-0.50 (-0.50%)");
   EXPECT_EQ(ChangeText(3, 0, 2), "+3.00");
+  EXPECT_EQ(IndicatorValueText(0.1234, ValueFormat::kDifference, 2), "0.123");
 }
 
 TEST(PriceText, ShortensVolumesToFourCharacters) {
@@ -215,6 +224,9 @@ TEST(ViewWindow, OpensAtTheNewestBar) {
     EXPECT_TRUE(window.Shows(bars - 1)) << bars;
     EXPECT_DOUBLE_EQ(window.Span(), ViewWindow::kUsualSpan) << bars;
     EXPECT_GE(RoomAfter(window, bars), 1.5) << bars;
+    if (bars < 150) {
+      EXPECT_DOUBLE_EQ(window.First(), -1) << "few bars begin at the left";
+    }
   }
 }
 

@@ -205,6 +205,7 @@ TEST(SnappedPrice, IsTheClosestWithinReach) {
   const std::vector<float> bar = {50, 60, 40, 55};
   const auto to_y = [](double price) { return 200 - price; };
   EXPECT_EQ(SnappedPrice(bar, 147, 8, to_y), 55);
+  EXPECT_EQ(SnappedPrice(bar, 149, 8, to_y), 50);
   EXPECT_EQ(SnappedPrice(bar, 136, 8, to_y), 60);
   EXPECT_EQ(SnappedPrice(bar, 120, 8, to_y), std::nullopt);
 }
@@ -247,10 +248,14 @@ TEST(DrawingList, ShowsWhatWasKnownThen) {
   EXPECT_THAT(list.ShownAt(9), IsEmpty());
   EXPECT_THAT(list.ShownAt(20), ElementsAre(1, 2));
   EXPECT_THAT(list.ShownAt(30), ElementsAre(0, 1, 2));
+  DrawingList full(std::vector<Drawing>(DrawingList::kMost, Line(1)));
+  EXPECT_FALSE(full.Add(Line(2)));
 }
 
 TEST(DrawingList, UndoAndRedoLeaveTheHiddenAlone) {
   DrawingList list({Line(1, 10)});
+  list.Change(0, Line(1, 10));
+  EXPECT_FALSE(list.CanUndo(10)) << "nothing has changed";
   list.Add(Line(2, 30));
   EXPECT_FALSE(list.CanUndo(20));
   list.Undo(20);
@@ -345,6 +350,13 @@ TEST(DrawingBook, KeepsOtherSecuritiesAndNeverOverwritesADamagedFile) {
   damaged.Save({"SCB", "Bank"});
   EXPECT_EQ(damaged.Problem(), "");
   EXPECT_THAT(DrawingBook(file).Of({"SCB", "Bank"}).All(), ElementsAre(Line(1), Line(3)));
+  damaged.Of({"SCB", "Bank"}).Change(1, Line(1e300));
+  damaged.Save({"SCB", "Bank"});
+  EXPECT_THAT(damaged.Problem(), HasSubstr("out of its range"));
+  EXPECT_THAT(DrawingBook(file).Of({"SCB", "Bank"}).All(), ElementsAre(Line(1), Line(3)));
+  for (int i = 0; i < 2; ++i) damaged.Of({"SCB", "Bank"}).Remove(0);
+  damaged.Save({"SCB", "Bank"});
+  EXPECT_THAT(LoadDrawings(file), testing::SizeIs(1));
 }
 
 TEST(DrawingText, IsOneLineOfBoundedLength) {

@@ -313,7 +313,7 @@ TEST(Indicators, AgreeWithPublishedTables) {
 }
 
 TEST(Indicators, KnowTheDayAndTheWeekBefore) {
-  BarArrays bars = Bars({10, 11, 12, 13, 14}, {20, 21, 22, 23, 24}, {5, 4, 3, 2, 1});
+  BarArrays bars = Bars({10, 11, 12, 13, 14}, {21, 20, 22, 23, 24}, {4, 5, 3, 2, 1});
   bars.dates = {20261119, 20261119, 20261120, 20261123, 20261124};  // Thursday to Tuesday
   const auto extent = [&](const char* key, std::size_t bar) {
     const IndicatorRun run = RunOf(key, {}, bars);
@@ -325,6 +325,8 @@ TEST(Indicators, KnowTheDayAndTheWeekBefore) {
   EXPECT_TRUE(std::isnan(extent("week", 2)[0]));
   EXPECT_THAT(extent("week", 3), testing::ElementsAre(22, 3, 12));
   EXPECT_THAT(extent("week", 4), testing::ElementsAre(22, 3, 12));
+  bars.volumes.assign(5, 10);
+  EXPECT_DOUBLE_EQ(RunOf("vwap", {}, bars).Line(0)[2], (22 + 3 + 12) / 3.0) << "of its day alone";
 }
 
 TEST(Indicators, OfChannelsEncloseTheirMiddle) {
@@ -388,7 +390,8 @@ TEST(Indicators, FollowEveryStepAsIfComputedFromTheStart) {
     const Numbers parameters = UsualIndicator(row, 0).parameters;
     IndicatorRun run(row.start(parameters), row.lines.size());
     BarArrays shown;
-    for (std::size_t count : {1200, 1201, 1200, 1199, 1264, 1263, 300, 0, 2500, 1480, 1479, 1478}) {
+    for (std::size_t count :
+         {1200, 1201, 1200, 1199, 1264, 1263, 1216, 1215, 300, 0, 2500, 1480, 1479, 1478}) {
       BarArrays next = all;
       Truncate(next, count);
       if (count % 2 == 1) next.closes.back() = next.highs.back();
@@ -466,6 +469,10 @@ TEST(IndicatorText, LeavesOutDamagedIndicatorsAndSaysSo) {
       ReadIndicators(R"([{"key": "obv", "parameters": [], "colour": 99, "height": 1e40}, 1])");
   ASSERT_EQ(saved.indicators.size(), 1U);
   EXPECT_EQ(saved.indicators[0], UsualIndicator(*FindIndicator("obv"), 0));
+  const SavedIndicators many = ReadIndicators(
+      IndicatorsText({kMostIndicators + 1, UsualIndicator(*FindIndicator("obv"), 0)}));
+  EXPECT_EQ(many.indicators.size(), kMostIndicators);
+  EXPECT_THAT(many.problems, testing::SizeIs(1));
 }
 
 }  // namespace
