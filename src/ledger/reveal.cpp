@@ -56,8 +56,9 @@ class Revealing {
     select.Bind(std::span(&id, 1));
     std::vector<Row> rows;
     while (select.Step()) {
-      Row& row = rows.emplace_back();
+      Row row;
       for (int i = 0; i < select.Columns(); ++i) row.push_back(select.Value(i));
+      rows.push_back(std::move(row));
     }
     return rows;
   }

@@ -109,7 +109,7 @@ class LocaleInfo {
 class WallClock {
  public:
   virtual ~WallClock() = default;
-  virtual std::int32_t Today() const = 0;  // yyyymmdd, local
+  virtual std::int32_t Today() const = 0;     // yyyymmdd, local
   virtual std::string UtcMoment() const = 0;  // "2026-11-27 07:03:40"
 };
 
