@@ -39,11 +39,8 @@ inline std::vector<Bar> IntradayBars(int count, int minutes) {
   return bars;
 }
 
-inline std::vector<Bar> ReadBars(const std::string& directory, const std::string& symbol,
-                                 int interval) {
-  IndexCache cache;
-  MetaLibReader reader(cache);
-  reader.OpenDirectory(directory);
+// From the directory that is open.
+inline std::vector<Bar> ReadBars(MetaLibReader& reader, const std::string& symbol, int interval) {
   reader.SelectSeries(symbol, interval == -1 ? 1 : 0, interval);
   reader.ReadSeries();
   std::vector<Bar> bars;
@@ -53,6 +50,14 @@ inline std::vector<Bar> ReadBars(const std::string& directory, const std::string
                     reader.GetVolumes()[i], reader.GetOpenInterests()[i]});
   }
   return bars;
+}
+
+inline std::vector<Bar> ReadBars(const std::string& directory, const std::string& symbol,
+                                 int interval) {
+  IndexCache cache;
+  MetaLibReader reader(cache);
+  reader.OpenDirectory(directory);
+  return ReadBars(reader, symbol, interval);
 }
 
 }  // namespace velumar
