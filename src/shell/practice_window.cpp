@@ -156,9 +156,10 @@ void PracticeWindow::Delete() {
   const SessionLine* const chosen = Chosen();
   if (chosen == nullptr || !Window().cmdDelete.Enabled()) return;
   const int number = chosen->number;
+  const std::string lost = chosen->blind ? "resumed or revealed" : "resumed";
   const std::size_t answer = platform_.boxes.Ask("Take the session of " + SeriesText(*chosen) +
-                                                     " off the list? It can't be resumed then. Its "
-                                                     "orders stay in the ledger.",
+                                                     " off the list? It can't be " + lost +
+                                                     " then. Its orders stay in the ledger.",
                                                  {"Delete", "Cancel"});
   if (answer != 0) return;
   LedgerForgetSession(ledger_, number);

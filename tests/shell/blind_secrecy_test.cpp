@@ -164,7 +164,21 @@ class BlindRun {
  private:
   int Roll(int sides) { return std::uniform_int_distribution<>(0, sides - 1)(random_); }
 
+  // The store holds the bars up to the current one, as they are in memory, and no other series.
+  void CheckStore() {
+    const SimSession& session = all_.session;
+    if (session.Preparing || session.BarDate.empty()) return;
+    const std::vector<Bar> stored = ReadBars(session.SimDir, session.Run.symbol, interval_);
+    ASSERT_EQ(std::ssize(stored), session.BarIndex + 1);
+    for (std::size_t i = 0; i < stored.size(); ++i) {
+      ASSERT_TRUE(stored[i].date == session.BarDate[i] && stored[i].close == session.BarClose[i]);
+    }
+    IndexCache cache;
+    EXPECT_EQ(SecuritiesOf(session.SimDir, cache).size(), session.Run.blind ? 1U : 3U);
+  }
+
   void Act() {
+    CheckStore();
     Form2& navigator = all_.Navigator();
     Form3& panel = all_.Panel();
     Control* const controls[] = {&navigator.Image1,    &navigator.Image2,     &navigator.Image7,
