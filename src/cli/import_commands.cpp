@@ -39,7 +39,7 @@ class TerminalProgress {
   void Show(const std::string& name, int percent) {
     std::string text = name + ": " + std::to_string(percent) + " %";
     if (text == shown_) return;
-    context_.err << "\r\x1b[K" << text << std::flush;
+    context_.err << (shown_.empty() ? "\r" : "\r\x1b[K") << text << std::flush;
     shown_ = std::move(text);
   }
 
