@@ -68,6 +68,9 @@ TEST_F(WindowsTest, DroppedFilesReachTheModelAfterTheDrop) {
   EXPECT_THAT(dropped, IsEmpty());
   QApplication::processEvents();
   EXPECT_THAT(dropped, ElementsAre("/prices/\u00c4BC_D.csv", "/prices/second.csv"));
+  for (const QLineEdit* const line : View(form).findChildren<QLineEdit*>()) {
+    EXPECT_FALSE(line->acceptDrops()) << "the box would take the names of the files";
+  }
 }
 
 // A run plays inside the click on "Play". "Close & Return" arrives while it waits, unloads the

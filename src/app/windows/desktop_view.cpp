@@ -50,6 +50,8 @@ FormView::FormView(Form& form, const Appearance& look, ErrorReport report)
   MakeViews();
   for (const auto& [control, view] : views_) view->Update();
   OrderTabs();
+  // Files that are dropped on a box are for the window.
+  for (QLineEdit* const line : findChildren<QLineEdit*>()) line->setAcceptDrops(false);
   setAcceptDrops(true);
   Update();
 }
