@@ -273,6 +273,18 @@ TEST_P(MainWindowTest, MovesOneCrosshairThroughAllFrames) {
   EXPECT_EQ(followed, -1);
 }
 
+TEST_P(MainWindowTest, OpenChartsFollowTheTheme) {
+  program_.window->OpenDirectly({program_.folder, "SCB", -1});
+  for (const bool dark : {true, false}) {
+    program_.window->FollowTheme(dark);
+    QTest::qWait(50);
+    const QImage picture = program_.window->ActiveChart()->grab().toImage();
+    for (const QPoint place : {QPoint(3, 3), picture.rect().bottomRight() - QPoint(3, 3)}) {
+      EXPECT_EQ(picture.pixelColor(place).lightness() < 128, dark);
+    }
+  }
+}
+
 TEST_P(MainWindowTest, RemembersTheLookAndTheFolder) {
   OpenBlind(program_.folder, "SCB");
   EXPECT_EQ(program_.settings->Options(), ChartOptions());

@@ -1,5 +1,6 @@
 #include "charthost/view/chart_pane.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
@@ -96,7 +97,7 @@ ChartPane::ChartPane(const SeriesSource& source, SeriesRequest request, std::map
 }
 
 const Palette& ChartPane::Colours() const {
-  return Palette::Following(palette(), document_.Model().Options().safe_colours);
+  return Palette::Following(QApplication::palette(), document_.Model().Options().safe_colours);
 }
 
 void ChartPane::AddDrawings(DrawingDesk& desk) {

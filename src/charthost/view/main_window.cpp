@@ -325,6 +325,11 @@ void MainWindow::ApplyTheme() {
   velumar::ApplyTheme(!follows         ? options_.theme
                       : *velumar_dark_ ? ChartTheme::kDark
                                        : ChartTheme::kLight);
+  // The toolkit does not always report a second change to a widget that was moved to a layout.
+  for (ChartPane* const chart : area_->Charts()) {
+    QEvent changed(QEvent::PaletteChange);
+    QCoreApplication::sendEvent(chart, &changed);
+  }
 }
 
 void MainWindow::ShowHint() { area_->ShowHint(); }
