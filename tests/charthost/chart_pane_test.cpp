@@ -180,10 +180,10 @@ TEST_F(ChartPaneTest, SavesThePictureInAllFormatsAndCopiesIt) {
   const QImage picture = BitmapOf(pane->AsPicture());
   EXPECT_EQ(picture.size(), pane->size());
   EXPECT_GT(Pixels(picture, Palette::Light().up), 500);
-  for (const char* name : {"chart.png", "chart.svg", "chart.pdf"}) {
-    const std::string file = program_.scratch.Sub(name);
+  for (const QString& ending : PictureFileEndings()) {
+    const std::string file = program_.scratch.Sub("chart." + ending.toStdString());
     SavePicture(pane->AsPicture(), QString::fromStdString(file));
-    EXPECT_GT(std::filesystem::file_size(file), 5000U) << name;
+    EXPECT_GT(std::filesystem::file_size(file), 5000U) << file;
   }
   CopyPicture(*pane);
   EXPECT_EQ(QGuiApplication::clipboard()->image().size(), picture.size());

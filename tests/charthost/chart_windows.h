@@ -13,14 +13,20 @@
 
 namespace velumar {
 
+// The chart settings of this process are in files in the folder on every system, not the user's
+// own.
+inline void KeepSettingsIn(const std::string& folder) {
+  QSettings::setDefaultFormat(QSettings::IniFormat);
+  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, QString::fromStdString(folder));
+}
+
 // The main window as the program builds it, on a folder with SCB (daily, and 5 minutes), ADVANC and
 // "S P-X" (daily).
 class ChartProgram {
  public:
   ChartProgram() {
     InstallStyle();
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                       QString::fromStdString(scratch.Sub("settings")));
+    KeepSettingsIn(scratch.Sub("settings"));
     std::filesystem::create_directory(scratch.Sub("my data 50%"));
     std::vector<Bar> rising_and_falling = DailyBars(300);
     for (std::size_t i = 0; i < rising_and_falling.size(); i += 2) {

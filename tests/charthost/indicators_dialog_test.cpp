@@ -121,10 +121,9 @@ TEST_F(IndicatorsDialogTest, KeepsTheHeightsOfThePanes) {
 
 TEST(ChartSettingsTest, TakesOverTheAveragesOfOldSettings) {
   const ScratchFolder scratch;
-  QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                     QString::fromStdString(scratch.Sub("settings")));
+  KeepSettingsIn(scratch.Sub("settings"));
   {
-    QSettings old(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Velumar"),
+    QSettings old(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Velumar"),
                   QStringLiteral("Chart"));
     old.setValue(QStringLiteral("Average1Period"), 13);
     old.setValue(QStringLiteral("Average2Shown"), false);

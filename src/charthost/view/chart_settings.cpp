@@ -71,7 +71,7 @@ std::vector<ChosenIndicator> OldAverages(const QSettings& settings) {
 }  // namespace
 
 ChartSettings::ChartSettings()
-    : settings_(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Velumar"),
+    : settings_(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("Velumar"),
                 QStringLiteral("Chart")) {
   settings_.setFallbacksEnabled(false);
 }
