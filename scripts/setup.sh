@@ -62,11 +62,12 @@ count_reports() {
   cat "$reports"/*.xml | sed -n "s/.*<testsuites [^>]*\b$1=\"\([0-9]*\)\".*/\1/p" | awk '{ sum += $1 } END { print sum + 0 }'
 }
 
-# Starts a virtual display with a window manager and sets DISPLAY. Both stop when the script exits.
+# Starts a virtual display with a window manager and sets DISPLAY. Both stop when the script exits. Arguments
+# are options of Xvfb.
 virtual_display() {
   local pipe
   pipe=$(mktemp)
-  Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$pipe" 2>/dev/null &
+  Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp "$@" 3>"$pipe" 2>/dev/null &
   local server=$!
   trap close_display EXIT
   for _ in $(seq 100); do

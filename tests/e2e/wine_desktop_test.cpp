@@ -60,8 +60,9 @@ struct WineTrader : TraderHand {
   static std::size_t VisibleWindows() {
     return OutputOf("xdotool search --onlyvisible --class velumar").size();
   }
-  static int StoreBars() {
-    return BarsOf(Variable("VELUMAR_USER_FOLDER") + "/samples/Simulate", "ALBRUN");
+  static std::string Samples() { return Variable("VELUMAR_USER_FOLDER") + "/samples"; }
+  static int StoreBars(const std::string& symbol = "ALBRUN") {
+    return BarsOf(Samples() + "/Simulate", symbol);
   }
   static bool HasBars(int bars) {
     return Eventually([&] { return StoreBars() >= bars; }, kPatience);
@@ -79,13 +80,105 @@ struct WineTrader : TraderHand {
     return bars;
   }
 
+  // Waits until the chart program has saved a setting with these words in it.
+  static bool ChartHasSaved(const std::string& name, const std::string& words) {
+    const std::string query =
+        Variable("VELUMAR_WINE") + " reg query HKCU\\\\Software\\\\Velumar\\\\Chart /v ";
+    return Eventually(
+        [&] {
+          const std::vector<std::string> lines = OutputOf(query + name);
+          return std::ranges::any_of(lines, [&](const std::string& line) {
+            return line.find(words) != std::string::npos;
+          });
+        },
+        kPatience);
+  }
+  // Waits until the file of the drawings has this many.
+  static bool HasDrawn(std::size_t drawings) {
+    return Eventually(
+        [&] {
+          const std::string saved = ReadFile(Variable("VELUMAR_USER_FOLDER") + "/drawings.json");
+          std::size_t found = 0;
+          for (std::size_t at = 0; (at = saved.find("\"kind\"", at)) != std::string::npos; ++at) {
+            ++found;
+          }
+          return found == drawings;
+        },
+        kPatience);
+  }
+  // For a person to look at.
+  static void Picture(const std::string& name) {
+    OutputOf("import -window root '" + Variable("VELUMAR_PICTURES") + "/windows-" + name + ".png'");
+  }
+  // Keys one after the other, each once the menu or window that the one before opens can be there.
+  void PressSlowly(const std::vector<std::string>& keys) const {
+    for (const std::string& key : keys) {
+      hand.Press(key);
+      Sleep(1500);
+    }
+  }
+
+  // Two intervals side by side, an indicator, two drawings and a second series.
+  void ReadChart() {
+    PressSlowly({"alt+v", "t", "s"});
+    ASSERT_TRUE(ChartHasSaved("Layout", "side by side"));
+    Sleep(3000);  // a digit right after a chart has opened may be for the dialog
+    hand.Press("2");
+    ASSERT_TRUE(ChartHasSaved("Layout", "=week"));
+    PressSlowly({"ctrl+i", "alt+a", "Up", "Up", "Up", "Up", "Up", "Up", "Up", "Return"});
+    ASSERT_TRUE(ChartHasSaved("Indicators", "rsi"));
+    Picture("indicators");
+    PressSlowly({"Escape", "t"});
+    hand.ClickAt(1250, 500);
+    hand.ClickAt(1450, 400);
+    ASSERT_TRUE(HasDrawn(1));
+    PressSlowly({"h"});
+    hand.ClickAt(1350, 450);
+    ASSERT_TRUE(HasDrawn(2));
+    PressSlowly({"ctrl+k", "Return"});
+    hand.Type("JORVEK");
+    hand.Press("Return");
+    ASSERT_TRUE(Eventually([] { return StoreBars("JORVEK") > 0; }, kPatience)) << "is compared";
+    Sleep(3000);
+    Picture("chart");
+  }
+
+  // Chooses a folder with a price file, as a new user would.
+  void ImportFolder() {
+    const std::string folder = scratch.Sub("My prices");
+    std::filesystem::create_directory(folder);
+    WriteFile(folder + "/\u00d6L_D.csv",
+              "Datum;Er\u00f6ffnung;Hoch;Tief;Schluss;Volumen\n"
+              "30.12.2024;71,20;72,05;70,90;71,80;1200\n"
+              "31.12.2024;71,80;72,40;71,10;72,15;900\n"
+              "02.01.2025;72,15;73,00;71,95;72,90;1500\n");
+    ClickOn(setup, setup.Command5);
+    Sleep(4000);
+    Picture("folder");
+    std::string typed = "Z:" + folder;
+    std::ranges::replace(typed, '/', '\\');
+    hand.Type(typed);
+    hand.Press("Return");
+    // Wine draws the window's frame itself, so the window is larger than its form.
+    const auto window = [] {
+      return !OutputOf("xdotool search --onlyvisible --name '^Import into'").empty();
+    };
+    ASSERT_TRUE(Eventually(window, kPatience)) << "import window";
+    Sleep(3000);
+    Picture("import");
+    hand.Press("alt+i");
+    EXPECT_TRUE(Eventually([&] { return BarsOf(folder, "\u00d6L") == 3; }, kPatience));
+    hand.Press("alt+c");
+    EXPECT_TRUE(Eventually([&] { return !window(); }, kPatience)) << "closes";
+  }
+
   static constexpr double kPatience = 240;  // seconds
 
   pid_t desktop = 0;
 };
 
 // The ledger is checked by scripts/test-windows, which compares it before and after an update.
-TEST_F(WineTrader, PlaysStepsTradesAndQuits) {
+TEST_F(WineTrader, PlaysTradesReadsTheChartImportsAndQuits) {
   ClickOn(setup, setup.Image3);
   ASSERT_TRUE(HasBars(1)) << "the store is written";
   ASSERT_TRUE(HasBars(StoreBars() + 3)) << "bars are fed";
@@ -104,6 +197,7 @@ TEST_F(WineTrader, PlaysStepsTradesAndQuits) {
   hand.Press("Right");
   ASSERT_TRUE(HasBars(paused + 2)) << "a step by a chart's key";
   EXPECT_EQ(BarsAtRest(), paused + 2);
+  ASSERT_NO_FATAL_FAILURE(ReadChart());
   const std::size_t windows = VisibleWindows();
   ClickOn(panel, panel.imgGraph);
   ASSERT_TRUE(Eventually([&] { return VisibleWindows() > windows; }, kPatience)) << "results";
@@ -112,6 +206,7 @@ TEST_F(WineTrader, PlaysStepsTradesAndQuits) {
 
   ClickOn(navigator, navigator.Image5);
   ASSERT_TRUE(ComesToRest(setup)) << "back to the setup";
+  ASSERT_NO_FATAL_FAILURE(ImportFolder());
   ClickOn(setup, setup.Image5);
   EXPECT_TRUE(Eventually([&] { return !Find(setup); }, kPatience)) << "quits";
 }
