@@ -133,6 +133,12 @@ TEST_F(Import, AsksWhichComesFirstAndWhatTheSymbolIs) {
   ASSERT_EQ(symbol.questions.size(), 1U);
   EXPECT_EQ(symbol.questions[0].option, "--symbol TEXT");
   EXPECT_TRUE(UnderstandFile(file, symbol.questions[0].answers.at(0).options, nullptr).Ready());
+  const Understanding years =
+      UnderstandFile(File("Y_D.csv", kHeader + "20191230,1,1,1,1\n20191231,1,1,1,1\n" + Days(1, 3)),
+                     {.too_long = TooLong::kSplitByYear}, nullptr);
+  ASSERT_EQ(years.series.size(), 2U);
+  EXPECT_EQ(years.series[0].symbol, "Y-2019");
+  EXPECT_EQ(years.series[0].last.date, 20191231);
 }
 
 TEST_F(Import, ShowsTheFirstLinesOfAFileWithoutBars) {

@@ -103,6 +103,10 @@ TEST_F(LedgerTest, OneProgramOwnsALedgerWhicheverLinkLeadsToIt) {
     LedgerBeginRun(first, {});
     AddRow(first);
   }
+  fs::remove(file);
+  std::ofstream(scratch.Sub("other.mdb")) << "another file";
+  fs::create_symlink("other.mdb", file);
+  EXPECT_THROW(AddRow(first), LedgerError) << "the link leads elsewhere by now";
   LedgerClose(first);
   // The log of one name would be missed under the other.
   fs::create_hard_link(scratch.Path() / "deep/real.mdb", scratch.Path() / "second.mdb");

@@ -101,6 +101,8 @@ TEST(SettingsFile, ImportsTheSoundLinesOfAnEarlierVersion) {
   EXPECT_EQ(ReadFile(folder / "settings"), old) << "an earlier version can still read it";
   EXPECT_EQ(FileSettings(folder / "settings").Read("Top"), "8");
   EXPECT_EQ(FileSettings(folder / "settings").Read("Path"), "C:\\Data\\ x%");
+  WriteFile(folder / "settings.ini", "[Settings]\nTop=10\n");
+  EXPECT_EQ(settings.Read("Path"), std::nullopt) << "deleted by hand, imported once";
   WriteFile(folder / "bad", "rubbish\n");
   EXPECT_EQ(FileSettings(folder / "bad").TakeProblems().size(), 1U);
   EXPECT_THAT(FileSettings(folder / "bad").TakeProblems(), IsEmpty()) << "imported once";

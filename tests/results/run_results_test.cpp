@@ -212,15 +212,15 @@ TEST_F(RunResultsTest, LargeAndNegativeMoneyKeepsItsSign) {
   Order(13, "Offset Short", 1, 4000100, 0, -4000000, -1000000000);
   Order(14, "Long", 2, 100, 2, 0, -1000000000);
   Order(15, "Offset Long", 1, 100, 1, 0, -1000000000);  // breaks even
-  Order(16, "Offset Long", 1, 100.5, 0, 0.5, -999999500);
+  Order(16, "Offset Long", 1, 99.5, 0, -0.5, -1000000500);
   const auto statistics = Statistics();
   for (const auto& [name, value] : std::vector<std::pair<std::string_view, std::string>>{
-           {"Win rate", "50.00 %"},
+           {"Win rate", "25.00 %"},
            {"Largest loss", "-4,000,000,000.00"},
            {"Max consecutive wins", "1"},
            {"Max consecutive losses", "1"},
            {"Max drawdown in percent", "133.33 %"},
-           {"Drawdown period", "<2007-01-11> 16:30:00 to <2007-01-13> 16:30:00"},
+           {"Drawdown period", "<2007-01-11> 16:30:00 to <2007-01-16> 16:30:00"},
            {"Return", "-200.00 %"}}) {
     EXPECT_EQ(statistics.at(name), value);
   }
