@@ -95,7 +95,7 @@ void AddSessions(SqliteDatabase& database) {
         "Vat TEXT, Begun TEXT, Ended INTEGER DEFAULT 0, Mask TEXT, Note TEXT"},
        {"SessionMoments",
         "Session INTEGER PRIMARY KEY, BarIndex INTEGER, NewestShown INTEGER, FirstShown INTEGER, "
-        "BarDate INTEGER, BarTime INTEGER, BarsCheck TEXT, Book TEXT, ByOrder INTEGER, Touched "
+        "BarDate INTEGER, BarTime INTEGER, BarsCheck TEXT, Book TEXT, AsShown INTEGER, Touched "
         "TEXT"}}};
   CreateTables(database, kTables);
   database.Execute("ALTER TABLE Runs ADD COLUMN Session INTEGER");

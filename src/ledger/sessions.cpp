@@ -13,7 +13,7 @@ constexpr std::string_view kSelect =
     "SELECT Id, Directory, Symbol, SymbolInterval, StartDay, StartingMoney, Margin, "
     "MoneyPerPoint, Commission, Vat, Begun, Ended, Mask, BarIndex, NewestShown, FirstShown, "
     "BarDate, "
-    "BarTime, BarsCheck, Book, ByOrder, Touched FROM Sessions JOIN SessionMoments ON Session = Id";
+    "BarTime, BarsCheck, Book, AsShown, Touched FROM Sessions JOIN SessionMoments ON Session = Id";
 
 // Reads the columns of a row in their order.
 class RowReader {
@@ -53,7 +53,7 @@ LedgerPlayed ReadRow(const SqliteStatement& select) {
   }
   moment.bars_check = row.Text();
   moment.book = row.Text();
-  moment.by_order = row.Whole() != 0;
+  moment.as_shown = row.Whole() != 0;
   moment.touched = row.Text();
   return played;
 }
@@ -82,10 +82,10 @@ void LedgerWriteMoment(LedgerConnection& connection, const LedgerMoment& moment)
   if (moment.session == 0) return;
   connection.ForWriting().Run(
       "REPLACE INTO SessionMoments (Session, BarIndex, NewestShown, FirstShown, BarDate, BarTime, "
-      "BarsCheck, Book, ByOrder, Touched) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      "BarsCheck, Book, AsShown, Touched) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
       {double(moment.session), double(moment.bar), double(moment.newest_shown),
        double(moment.first_shown), double(moment.date), double(moment.time), moment.bars_check,
-       moment.book, double(moment.by_order), moment.touched});
+       moment.book, double(moment.as_shown), moment.touched});
 }
 
 std::vector<LedgerPlayed> LedgerSessions(LedgerConnection& connection) {

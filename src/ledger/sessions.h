@@ -39,7 +39,7 @@ struct LedgerMoment {
   std::int32_t time = 0;   // hhmmss
   std::string bars_check;  // of the bars up to the current one, to notice another series
   std::string book;        // session/moment.h
-  bool by_order = false;   // written with an order; else before the holdings were valued at the bar
+  bool as_shown = false;   // the book is; else its holdings are still to be valued at the bar
   std::string touched;     // when it was written, as LedgerSession::begun
 };
 

@@ -187,7 +187,7 @@ bool RunControl::Start() {
   view_.ShowPaused();
   BringChartUp();
   chart_.RefreshCharts();  // values the holdings, as after a step
-  if (resumed->moment.by_order) static_cast<Book&>(session_) = BookFromText(resumed->moment.book);
+  if (resumed->moment.as_shown) static_cast<Book&>(session_) = BookFromText(resumed->moment.book);
   view_.SetStatusLine("Resumed. \"Play\" goes on.");
   return true;
 }
@@ -227,7 +227,7 @@ bool RunControl::PrepareRun(const std::optional<LedgerPlayed>& resumed) {
   session_.StopRequested = 0;
   try {
     // The rows of the last run stay until the next one can begin.
-    if (PrepareChartAndStore(resumed) && BeginInLedger()) {
+    if (PrepareChartAndStore(resumed) && BeginInLedger(!resumed || resumed->moment.as_shown)) {
       if (!resumed) ShowStartDay();
       return true;
     }
@@ -293,7 +293,7 @@ void RunControl::SaveMoment() {
 }
 
 bool RunControl::Resume(RunNumber run) {
-  const bool begun = BeginInLedger();
+  const bool begun = BeginInLedger(true);
   // Clicks run while a box about the ledger is open.
   if (Superseded(run)) return false;
   session_.StopRequested = begun ? 0 : -1;
@@ -305,14 +305,15 @@ bool RunControl::Resume(RunNumber run) {
 }
 
 // Without a ledger that can be written, a run still replays, but its orders are refused.
-bool RunControl::BeginInLedger() {
+bool RunControl::BeginInLedger(bool as_shown) {
   if (!ledger_.CanWrite()) return true;
   try {
     const std::string now = platform_.clock.UtcMoment();
     LedgerSession described = Described(session_, inputs_, now);
     if (const auto& key = source_.Key()) described.mask = Encoded(*key);
-    session_.SessionNumber =
-        LedgerBeginRun(ledger_, Described(session_), described, MomentOf(session_, now));
+    LedgerMoment moment = MomentOf(session_, now);
+    moment.as_shown = as_shown;
+    session_.SessionNumber = LedgerBeginRun(ledger_, Described(session_), described, moment);
     return true;
   } catch (const LedgerError& error) {
     platform_.boxes.Show(

@@ -114,7 +114,7 @@ class RunControl {
   // the bars are loaded, not at the click, so that the rows of the last run stay current if the new
   // one can't be prepared. If it fails, shows a box and returns false: the new orders would join
   // the rows of the last run.
-  bool BeginInLedger();
+  bool BeginInLedger(bool as_shown);
   void BringChartUp();
   void AddCompared(int file_number);
   void ShowRunning();

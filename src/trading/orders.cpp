@@ -255,7 +255,7 @@ LedgerDetail OrderDesk::Detail(const OrderFigures& figures) const {
 
 LedgerMoment OrderDesk::Moment() const {
   LedgerMoment moment = MomentOf(session_, platform_.clock.UtcMoment());
-  moment.by_order = true;
+  moment.as_shown = true;
   return moment;
 }
 

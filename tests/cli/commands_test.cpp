@@ -319,7 +319,7 @@ TEST(Import, ClearsItsProgressBeforeItPrints) {
   CliContext context{cache, in, terminal, terminal, true};
   const auto file = box.File("ABC_D.csv", "date,close\n20200102,1\n");
   EXPECT_EQ(RunCli({"import", file, box.At("data")}, context), 0);
-  EXPECT_THAT(terminal.str(), testing::StartsWith("\r\x1b[KABC_D.csv: "));
+  EXPECT_THAT(terminal.str(), testing::StartsWith("\rABC_D.csv: "));
   EXPECT_THAT(terminal.str(), HasSubstr("\x1b[K" + file + ": has one price"));
 }
 
