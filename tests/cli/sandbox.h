@@ -31,6 +31,9 @@ class Sandbox {
     }
   };
 
+  explicit Sandbox(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
+      : folder_(parent) {}
+
   // The path of a file or folder in the sandbox.
   std::string At(const std::string& name) const { return folder_.Sub(name); }
   // Writes a file in the sandbox and returns its path.

@@ -1,13 +1,10 @@
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <fstream>
 #include <random>
 #include <thread>
 
 #include "cli/sandbox.h"
 #include "ledger/ledger.h"
+#include "support/traced_child.h"
 
 namespace velumar {
 namespace {
@@ -63,7 +60,7 @@ struct SessionsTest : testing::Test {
     return commands;
   }
 
-  Sandbox box;
+  Sandbox box{MemoryFolder()};
   std::string data = box.ImportDays("data", ".37");
   std::mt19937 random{7};
 };
