@@ -142,7 +142,7 @@ struct WindowsE2e : TraderFixture, testing::WithParamInterface<int> {
     Sleep(300);
     hand.Press("Down");
     hand.Press("Return");
-    PressTimes(10, "Tab");
+    PressTimes(12, "Tab");
     hand.Press("Return");
   }
   // The slide may end a step early.
@@ -189,7 +189,7 @@ TEST_P(WindowsE2e, ARunByKeysAloneAndWindowsThatKeepTheirPlace) {
   program.reset();
   StartProgram();
   ExpectNear(Find(setup), *setup_place);
-  PressTimes(12, "Tab");
+  PressTimes(14, "Tab");
   hand.Press("Return");
   ASSERT_TRUE(Eventually([&] { return Find(panel).has_value(); }, 60));
   Sleep(3000);
