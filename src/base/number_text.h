@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <charconv>
 #include <cstdint>
 #include <optional>
@@ -25,6 +26,13 @@ std::optional<Number> ExactNumber(std::string_view text) {
   const auto [rest, error] = std::from_chars(text.data(), end, number);
   if (error != std::errc() || rest != end) return std::nullopt;
   return number;
+}
+
+// The shortest text that ExactNumber reads as the same number.
+template <typename Number>
+std::string ExactText(Number number) {
+  std::array<char, 32> text{};
+  return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
 }
 
 // At most seven significant digits, no grouping, an exponent from 1E+07 and below 0.0001: "100.5",

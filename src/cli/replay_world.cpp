@@ -11,6 +11,7 @@
 #include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
 #include "platform/system.h"
+#include "session/blind_draw.h"
 #include "session/run_inputs.h"
 #include "session/store_folder.h"
 
@@ -169,7 +170,7 @@ ReplayWorld::ReplayWorld(const ReplayArguments& arguments, IndexCache& cache)
   outside.clock.moment = SystemClock().UtcMoment();
   outside.locale.pattern = DatePatternOrDefault(arguments.date_pattern);
   outside.settings.Save("LastPath", arguments.directory);
-  if (arguments.real_prices) outside.settings.Save("BlindPrices", "real");
+  if (arguments.real_prices) outside.settings.Save(kBlindPricesSetting, kRealPrices);
   for (const std::string& assignment : arguments.texts) SetStartText(*this, assignment);
   program.Start();
   for (const std::string& assignment : arguments.texts) SetTextAgain(*this, assignment);

@@ -133,15 +133,13 @@ int LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run,
 void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
                      const LedgerDetail& detail, const LedgerMoment& moment = {});
 
-// The sessions; all throw LedgerError, the last four also for an unknown number.
+// The sessions; all throw LedgerError, the last three also for an unknown number.
 
 // Writes where the session of that number is now; a moment without a number is not written.
 void LedgerWriteMoment(LedgerConnection& connection, const LedgerMoment& moment);
 // Newest first by when they were last played. A ledger of an earlier version has none.
 std::vector<LedgerPlayed> LedgerSessions(LedgerConnection& connection);
 LedgerPlayed LedgerReadSession(LedgerConnection& connection, int number);
-// In the order in which they were placed.
-std::vector<LedgerPlaced> LedgerSessionOrders(LedgerConnection& connection, int number);
 // The trader has ended the session: it can't be resumed.
 void LedgerEndSession(LedgerConnection& connection, int number);
 // Removes the session from the list. Its runs and rows stay.

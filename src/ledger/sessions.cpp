@@ -22,7 +22,6 @@ class RowReader {
 
   std::string Text() { return ValueAs<std::string>(row_.Value(column_++)); }
   int Whole() { return static_cast<int>(ValueAs<double>(row_.Value(column_++))); }
-  double Number() { return ValueAs<double>(row_.Value(column_++)); }
 
  private:
   const SqliteStatement& row_;
@@ -106,30 +105,6 @@ LedgerPlayed LedgerReadSession(LedgerConnection& connection, int number) {
   select.Bind(std::span(&id, 1));
   if (!select.Step()) RefuseNumber(connection, number);
   return ReadRow(select);
-}
-
-// An order of quantity 0 has a row, but is no order to a trader.
-std::vector<LedgerPlaced> LedgerSessionOrders(LedgerConnection& connection, int number) {
-  LedgerReadSession(connection, number);
-  SqliteStatement select = connection.ForReading().Prepare(
-      "WITH Own AS (SELECT Id FROM Runs WHERE Session = ?), "
-      "Places AS (SELECT Run, Place, Position FROM Archive UNION ALL "
-      "SELECT (SELECT max(Id) FROM Runs), rowid, Position FROM MyPortfolio) "
-      "SELECT BarIndex, ClosePrice, Position, Run, Place, 0 AS Wiped FROM Details "
-      "JOIN Places USING (Run, Place) WHERE Run IN Own AND Quantity <> 0 UNION ALL "
-      "SELECT BarIndex, MarketPrice, Position, Run, Place, 1 FROM Wiped WHERE Run IN Own "
-      "ORDER BY Run, Place, Wiped");
-  const LedgerValue id(static_cast<double>(number));
-  select.Bind(std::span(&id, 1));
-  std::vector<LedgerPlaced> orders;
-  while (select.Step()) {
-    RowReader row(select);
-    LedgerPlaced& order = orders.emplace_back();
-    order.bar = row.Whole();
-    order.price = row.Number();
-    order.position = row.Text();
-  }
-  return orders;
 }
 
 void LedgerEndSession(LedgerConnection& connection, int number) {

@@ -48,11 +48,4 @@ struct LedgerPlayed {
   LedgerMoment moment;
 };
 
-// An order of a session, or a holding that too large an offset wiped out.
-struct LedgerPlaced {
-  int bar = 0;
-  double price = 0;      // of the fill
-  std::string position;  // "Long", "Short", "Offset Long", "Offset Short"
-};
-
 }  // namespace velumar

@@ -4,6 +4,7 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "marketdata/index_cache.h"
@@ -15,6 +16,10 @@ namespace velumar {
 // the dates of the bars, yyyymmdd, oldest first. Nothing if there is no such day.
 std::optional<std::int32_t> RandomStartDay(const std::vector<std::int32_t>& days,
                                            std::mt19937_64& random);
+
+// The setting that keeps the prices of blind runs, and its value.
+inline constexpr std::string_view kBlindPricesSetting = "BlindPrices";
+inline constexpr std::string_view kRealPrices = "real";
 
 // What a blind run may be of.
 struct BlindWish {

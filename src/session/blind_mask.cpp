@@ -8,6 +8,7 @@
 #include <random>
 #include <vector>
 
+#include "base/checksum.h"
 #include "base/dates.h"
 #include "base/number_text.h"
 
@@ -42,10 +43,8 @@ bool Scales(const BarArrays& bars, double factor) {
   });
 }
 
-std::uint32_t Checksum(std::string_view text) {
-  std::uint32_t sum = 2166136261U;
-  for (const char c : text) sum = (sum ^ static_cast<unsigned char>(c)) * 16777619U;
-  return sum;
+std::uint32_t ShortChecksum(std::string_view text) {
+  return static_cast<std::uint32_t>(Checksum(text));
 }
 
 // Scrambles a text, or restores it.
@@ -67,11 +66,6 @@ std::optional<std::uint32_t> HexNumber(std::string_view text) {
   const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number, kHex);
   if (error != std::errc() || rest != text.data() + text.size()) return std::nullopt;
   return number;
-}
-
-std::string ExactText(double number) {
-  std::array<char, 32> text{};
-  return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
 }
 
 std::vector<std::string> Lines(const std::string& text) {
@@ -128,7 +122,7 @@ std::string Encoded(const BlindKey& key) {
         ExactText(key.mask.factor), std::to_string(key.code)}) {
     text += kBetween + part;
   }
-  const std::uint32_t sum = Checksum(text);
+  const std::uint32_t sum = ShortChecksum(text);
   std::string encoded = HexText(sum, 8);
   for (const char c : Scrambled(text, sum)) encoded += HexText(static_cast<unsigned char>(c), 2);
   return encoded;
@@ -146,7 +140,8 @@ std::optional<BlindKey> Decoded(std::string_view text) {
   }
   bytes = Scrambled(bytes, *sum);
   const std::vector<std::string> parts = Lines(bytes);
-  if (Checksum(bytes) != *sum || parts.size() != 7 || parts[0] != kKeyVersion) return std::nullopt;
+  if (ShortChecksum(bytes) != *sum || parts.size() != 7 || parts[0] != kKeyVersion)
+    return std::nullopt;
   const auto start_day = ExactNumber<std::int32_t>(parts[3]);
   const auto weeks = ExactNumber<int>(parts[4]);
   const auto factor = ExactNumber<double>(parts[5]);

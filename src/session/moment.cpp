@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/checksum.h"
 #include "base/dates.h"
 #include "base/number_text.h"
 
@@ -23,12 +24,6 @@ constexpr std::array kBookFields{
     &Book::SUnrealised,      &Book::LRealised,        &Book::SRealised,
     &Book::LRealisedMoney,   &Book::SRealisedMoney};
 static_assert(sizeof(Book) == kBookFields.size() * sizeof(float));
-
-std::string ExactText(float value) {
-  constexpr std::size_t kLongest = 24;
-  std::array<char, kLongest> text{};
-  return {text.data(), std::to_chars(text.begin(), text.end(), value).ptr};
-}
 
 // In letters: digits could read as a price of a blind session.
 std::string CheckText(std::uint64_t check) {
@@ -73,14 +68,11 @@ Book BookFromText(std::string_view text) {
 }
 
 std::vector<std::uint64_t> BarChecks(const SeriesView& bars) {
-  constexpr std::uint64_t kOffset = 0xcbf29ce484222325;
-  constexpr std::uint64_t kPrime = 0x100000001b3;
   std::vector<std::uint64_t> checks(bars.dates.size());
-  std::uint64_t check = kOffset;
+  std::uint64_t check = kChecksumOfNothing;
   const auto add = [&check](auto value) {
-    for (const std::uint8_t byte : std::bit_cast<std::array<std::uint8_t, sizeof value>>(value)) {
-      check = (check ^ byte) * kPrime;
-    }
+    const auto bytes = std::bit_cast<std::array<char, sizeof value>>(value);
+    check = Checksum({bytes.data(), bytes.size()}, check);
   };
   for (std::size_t i = 0; i < checks.size(); ++i) {
     add(bars.dates[i]);

@@ -18,7 +18,7 @@ std::string BookText(const Book& book);
 // The book of such a text. Throws std::runtime_error for any other text.
 Book BookFromText(std::string_view text);
 
-// A checksum of the bars 0 to i at each i (FNV-1a, 64 bits).
+// A checksum of the bars 0 to i at each i.
 std::vector<std::uint64_t> BarChecks(const SeriesView& bars);
 
 // Where the session is now, for the ledger.

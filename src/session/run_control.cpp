@@ -3,20 +3,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/text.h"
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
-#include "session/blind_draw.h"
+#include "results/session_result.h"
 #include "session/delay.h"
 #include "session/moment.h"
 
 namespace velumar {
 
 namespace {
-
-// With this setting a blind run keeps the prices of its series.
-constexpr std::string_view kBlindPricesSetting = "BlindPrices";
-constexpr std::string_view kRealPrices = "real";
 
 LedgerRun Described(const SimSession& session) {
   LedgerRun run{.directory = session.Run.directory,
@@ -50,11 +45,11 @@ LedgerSession Described(const SimSession& session, const RunInputs& inputs, std:
           .begun = std::move(begun)};
 }
 
-OrderMark MarkOf(const LedgerPlaced& order) {
-  return {.bar = order.bar,
-          .price = order.price,
-          .is_long = order.position.ends_with("Long"),
-          .entry = !order.position.starts_with("Offset")};
+OrderMark MarkOf(const RunOrder& order) {
+  return {.bar = order.bar.value_or(0),
+          .price = order.close.value_or(order.price),
+          .is_long = order.is_long,
+          .entry = order.kind == RunOrder::Kind::kEntry};
 }
 
 }  // namespace
@@ -68,108 +63,46 @@ RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Pl
       ledger_(ledger),
       chart_(chart),
       cache_(cache),
+      chooser_(session, inputs, platform, ledger, cache),
       source_(session, cache),
       store_(session, source_, view, platform.boxes, cache),
       compared_(session, cache),
-      stepper_(session, cache, compared_),
-      random_(platform.random_seed ? *platform.random_seed : std::random_device()()) {}
+      stepper_(session, cache, compared_) {}
 
 bool RunControl::ClaimStore() {
   if (!RequireSymbol()) return false;
   ForgetBlindSymbol();
-  Choice choice{.series = {session_.DataDir, NormalisedSymbol(session_.Symbol), inputs_.Interval(),
-                           inputs_.StartDay()}};
   try {
-    if (inputs_.Blind()) choice = Draw(choice.series);
+    return Claim(chooser_.Entered());
   } catch (const std::exception& error) {
-    ShowFailure("The blind run was not started.", error);
+    ShowFailure("The run was not started.", error);
     return false;
   }
-  return Claim(choice, std::nullopt);
+}
+
+std::optional<NextRun> RunControl::SessionToResume(int number) {
+  try {
+    return chooser_.Session(number);
+  } catch (const std::exception& error) {
+    ShowFailure("The session can't be resumed.", error);
+    return std::nullopt;
+  }
+}
+
+bool RunControl::ClaimSession(const NextRun& choice) {
+  if (!RequireSymbol()) return false;
+  ForgetBlindSymbol();
+  return Claim(choice);
 }
 
 void RunControl::ForgetBlindSymbol() {
   if (session_.Run.blind && session_.Symbol == kBlindSymbol) session_.Symbol = entered_symbol_;
 }
 
-RunControl::Choice RunControl::Draw(const RunSeries& entered) {
-  const std::string symbol = inputs_.Symbol();
-  BlindKey key = DrawBlind({.directory = entered.directory,
-                            .symbol = symbol == kAnySecurity ? "" : NormalisedSymbol(symbol),
-                            .interval = entered.interval,
-                            .scales = platform_.settings.Read(kBlindPricesSetting) != kRealPrices,
-                            .shown = ShownLately()},
-                           cache_, random_);
-  const RunSeries masked{entered.directory, std::string(kBlindSymbol), entered.interval,
-                         key.mask.Date(key.start_day), true};
-  return {masked, std::move(key)};
-}
-
-// Newest last.
-std::vector<std::string> RunControl::ShownLately() {
-  constexpr std::size_t kMost = 20;
-  std::vector<std::string> symbols;
-  if (!ledger_.CanRead()) return symbols;
-  for (const LedgerPlayed& played : LedgerSessions(ledger_)) {
-    const auto key = Decoded(played.session.mask);
-    if (key && symbols.size() < kMost) symbols.push_back(key->symbol);
-  }
-  std::ranges::reverse(symbols);
-  return symbols;
-}
-
-RunControl::Choice RunControl::ChoiceOf(const LedgerSession& session) {
-  Choice choice{.series = {session.directory, session.symbol, session.interval, session.start_day}};
-  if (session.mask.empty()) return choice;
-  choice.key = Decoded(session.mask);
-  choice.series.blind = true;
-  if (!choice.key) throw std::runtime_error("The ledger's key of this blind session is damaged.");
-  return choice;
-}
-
-std::optional<LedgerPlayed> RunControl::SessionToResume(int number) {
-  try {
-    LedgerPlayed played = LedgerReadSession(ledger_, number);
-    if (played.session.ended) throw std::runtime_error("It has been ended.");
-    BookFromText(played.moment.book);
-    if (SeriesIsAsPlayed(played)) return played;
-  } catch (const std::exception& error) {
-    ShowFailure("The session can't be resumed.", error);
-  }
-  return std::nullopt;
-}
-
-bool RunControl::ClaimSession(const LedgerPlayed& played) {
-  if (!RequireSymbol()) return false;
-  ForgetBlindSymbol();
-  return Claim(ChoiceOf(played.session), played);
-}
-
-// With the trader's consent, a changed series continues after the last moment that was played.
-bool RunControl::SeriesIsAsPlayed(LedgerPlayed& played) {
-  const LedgerSession& session = played.session;
-  LedgerMoment& moment = played.moment;
-  const Choice choice = ChoiceOf(session);
-  const BarArrays series = ReadRunSeries(choice.series, choice.key, cache_).bars;
-  const SeriesView bars(series);
-  const std::string change = SeriesChange(moment, bars);
-  if (change.empty()) return true;
-  const std::size_t answer =
-      platform_.boxes.Ask(session.symbol + " has changed since this session was played. " + change +
-                              "\nThe orders stay as they were filled.",
-                          {"Resume anyway", "Cancel"});
-  if (answer != 0) return false;
-  const int bar = BarOfMoment(moment, bars);
-  moment.newest_shown += bar - moment.bar;
-  moment.bar = bar;
-  return true;
-}
-
-bool RunControl::Claim(const Choice& choice, const std::optional<LedgerPlayed>& resumed) {
+bool RunControl::Claim(const NextRun& choice) {
   if (!store_.Claim()) return false;
   next_ = choice;
   if (choice.key) entered_symbol_ = std::exchange(session_.Symbol, choice.series.symbol);
-  resumed_ = resumed;
   asked_to_compare_.clear();
   view_.LockSetup();
   return true;
@@ -177,7 +110,7 @@ bool RunControl::Claim(const Choice& choice, const std::optional<LedgerPlayed>& 
 
 bool RunControl::Start() {
   const RunNumber run = NewRun();
-  const std::optional<LedgerPlayed> resumed = std::exchange(resumed_, std::nullopt);
+  const std::optional<LedgerPlayed> resumed = std::exchange(next_.resumed, std::nullopt);
   if (!PrepareRun(resumed)) return false;
   if (!resumed) {
     Feed(run);
@@ -281,8 +214,8 @@ void RunControl::Restore(const LedgerPlayed& played) {
   session_.StartDate = std::to_string(session_.BarDate.at(first));
   session_.StartTime = std::to_string(session_.BarTime.at(first));
   static_cast<Book&>(session_) = BookFromText(moment.book);
-  for (const LedgerPlaced& order : LedgerSessionOrders(ledger_, moment.session)) {
-    session_.Orders.push_back(MarkOf(order));
+  for (const RunOrder& order : ReadSessionOrders(ledger_, moment.session).orders) {
+    if (order.quantity != 0) session_.Orders.push_back(MarkOf(order));
   }
   session_.SessionNumber = moment.session;
 }
@@ -369,7 +302,12 @@ bool RunControl::FeedOne(RunNumber run) {
   if (session_.BarIndex >= session_.LastBarIndex) return true;
   stepper_.FeedBar(session_.BarIndex);
   // Before the trader sees the bar: a session that is resumed never forgets one that was shown.
-  SaveMoment();
+  try {
+    SaveMoment();
+  } catch (const LedgerError&) {
+    chart_.RefreshCharts();  // no order may fill at a bar that isn't shown
+    throw;
+  }
   chart_.RefreshCharts();
   if (Superseded(run) || session_.StopRequested != 0) return false;
   WaitMilliseconds(platform_.events, session_.RefreshDelay);
@@ -453,6 +391,28 @@ std::optional<RevealedSession> RunControl::Reveal() {
     ShowFailure("The session was not revealed.", error);
     return std::nullopt;
   }
+}
+
+std::optional<RevealedSession> RunControl::EndSession(int number) {
+  const LedgerSession session = LedgerReadSession(ledger_, number).session;
+  const bool loaded = number == session_.SessionNumber;
+  if (session.symbol == kBlindSymbol && !session.mask.empty()) {
+    return loaded ? Reveal() : std::optional(RevealSession(ledger_, number, cache_));
+  }
+  LedgerEndSession(ledger_, number);
+  if (loaded) Leave();
+  return std::nullopt;
+}
+
+void RunControl::ForgetSession(int number) {
+  LedgerForgetSession(ledger_, number);
+  if (number == session_.SessionNumber) Leave();
+}
+
+void RunControl::Leave() {
+  NewRun();
+  EndRun();
+  session_.ForgetBars();
 }
 
 RevealedSession RunControl::Unrecorded() const {

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +13,7 @@
 #include "session/bar_stepping.h"
 #include "session/chart_side.h"
 #include "session/compared_series.h"
+#include "session/next_run.h"
 #include "session/reveal.h"
 #include "session/run_inputs.h"
 #include "session/run_source.h"
@@ -34,13 +34,12 @@ class RunControl {
   // no symbol is entered or the folder can't be the store, shows a box, changes nothing and returns
   // false.
   bool ClaimStore();
-  // Reads a session of the ledger to resume it. If its series has changed since, asks whether to
-  // go on after the last bar that was played. Shows a box and returns nothing if it can't be
-  // resumed.
-  std::optional<LedgerPlayed> SessionToResume(int number);
+  // A session of the ledger (see RunChooser::Session). Shows a box and returns nothing if it can't
+  // be resumed.
+  std::optional<NextRun> SessionToResume(int number);
   // As ClaimStore, for a session whose directory, series and account are entered: the next Start
   // resumes it.
-  bool ClaimSession(const LedgerPlayed& played);
+  bool ClaimSession(const NextRun& choice);
   // Begins the run of the last ClaimStore and feeds its bars. Returns when the feed has ended or
   // was stopped, or when a later run began in one of its waits: two loops never feed at once. If
   // the run can't be prepared, shows a box and returns false, and the caller brings the setup
@@ -71,6 +70,12 @@ class RunControl {
   // and returns nothing if the ledger can't be written.
   std::optional<RevealedSession> Reveal();
 
+  // Ends a session of the ledger: it can't be resumed. A blind one is revealed. If its bars are
+  // loaded, none are afterwards. Throws std::exception with the reason if it can't be ended.
+  std::optional<RevealedSession> EndSession(int number);
+  // The same without revealing it, and takes the session off the list. Throws LedgerError.
+  void ForgetSession(int number);
+
   // The chart program has opened or closed the chart of another series of the store, by the number
   // of its data file: feeds its bars with the played ones, or removes them. If that isn't possible,
   // shows a box. What opens while a run is being prepared is fed once its bars are loaded.
@@ -91,20 +96,13 @@ class RunControl {
   bool RequireLoadedSeries();
   bool PrepareRun(const std::optional<LedgerPlayed>& resumed);
   bool PrepareChartAndStore(const std::optional<LedgerPlayed>& resumed);
-  bool SeriesIsAsPlayed(LedgerPlayed& played);
-  // A series and, if it is to be played blind, its key.
-  struct Choice {
-    RunSeries series;
-    std::optional<BlindKey> key = {};
-  };
-  Choice Draw(const RunSeries& entered);
-  std::vector<std::string> ShownLately();
-  static Choice ChoiceOf(const LedgerSession& session);
   // The entered symbol again, after a blind run.
   void ForgetBlindSymbol();
   RevealedSession Unrecorded() const;
   void ShowRevealed(const BlindKey& key);
-  bool Claim(const Choice& choice, const std::optional<LedgerPlayed>& resumed);
+  bool Claim(const NextRun& choice);
+  // Stops the run of a session that is over.
+  void Leave();
   void Restore(const LedgerPlayed& played);
   // Writes where the session is now. Throws LedgerError.
   void SaveMoment();
@@ -133,15 +131,14 @@ class RunControl {
   LedgerConnection& ledger_;
   ChartSide& chart_;
   IndexCache& cache_;
+  RunChooser chooser_;
   RunSource source_;
   WorkingStore store_;
   ComparedSeries compared_;
   BarStepper stepper_;
-  std::vector<int> asked_to_compare_;    // while the run is being prepared
-  Choice next_;                          // what "Start" was clicked for
-  std::string entered_symbol_;           // SimSession::Symbol before the blind run
-  std::mt19937_64 random_;               // of blind runs
-  std::optional<LedgerPlayed> resumed_;  // the session that the next Start resumes
+  std::vector<int> asked_to_compare_;  // while the run is being prepared
+  NextRun next_;                       // what "Start" was clicked for
+  std::string entered_symbol_;         // SimSession::Symbol before the blind run
   RunNumber newest_run_ = 0;
   bool feeding_ = false;
 };

@@ -44,12 +44,14 @@ std::string BarsLeftText(const SessionLine& line) {
 }  // namespace
 
 PracticeWindow::PracticeWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
-                               IndexCache& cache, Actions actions)
+                               IndexCache& cache, RunControl& run,
+                               std::function<void(int number)> resume)
     : desktop_(desktop),
       platform_(platform),
       ledger_(ledger),
       cache_(cache),
-      actions_(std::move(actions)) {
+      run_(run),
+      resume_(std::move(resume)) {
   Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);
   windows.form1.lnkPractice.on_click = guarded("Opening the sessions", [this] { Open(); });
@@ -136,15 +138,13 @@ void PracticeWindow::Resume() {
   if (chosen == nullptr || !Window().cmdResume.Enabled()) return;
   const int number = chosen->number;
   desktop_.Unload(Window());
-  actions_.resume(number);
+  resume_(number);
 }
 
 void PracticeWindow::End() {
   const SessionLine* const chosen = Chosen();
   if (chosen == nullptr) return;
-  if (!chosen->blind) {
-    LedgerEndSession(ledger_, chosen->number);
-  } else if (const auto revealed = actions_.reveal(chosen->number)) {
+  if (const auto revealed = run_.EndSession(chosen->number)) {
     platform_.boxes.ShowTitled("Blind session",
                                RevealText(*revealed, ledger_, platform_.locale.ShortDatePattern()),
                                BoxIcon::kInformation);
@@ -162,7 +162,7 @@ void PracticeWindow::Delete() {
                                                      " then. Its orders stay in the ledger.",
                                                  {"Delete", "Cancel"});
   if (answer != 0) return;
-  LedgerForgetSession(ledger_, number);
+  run_.ForgetSession(number);
   List();
 }
 

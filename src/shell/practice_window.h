@@ -1,14 +1,13 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <vector>
 
 #include "forms/desktop.h"
 #include "ledger/ledger.h"
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
-#include "session/reveal.h"
+#include "session/run_control.h"
 #include "session/session_list.h"
 
 namespace velumar {
@@ -17,13 +16,9 @@ namespace velumar {
 // opens, so that Enter goes on with it. The list is read again after each change.
 class PracticeWindow {
  public:
-  // What is done with the session of a number.
-  struct Actions {
-    std::function<void(int number)> resume;
-    std::function<std::optional<RevealedSession>(int number)> reveal;  // ends a blind one
-  };
+  // `resume` goes on with the session of that number.
   PracticeWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger, IndexCache& cache,
-                 Actions actions);
+                 RunControl& run, std::function<void(int number)> resume);
 
  private:
   void Open();
@@ -41,7 +36,8 @@ class PracticeWindow {
   Platform& platform_;
   LedgerConnection& ledger_;
   IndexCache& cache_;
-  Actions actions_;
+  RunControl& run_;
+  std::function<void(int number)> resume_;
   std::vector<SessionLine> lines_;
 };
 

@@ -39,13 +39,8 @@ struct Program::Parts {
         panel(session, windows, desktop, platform, account, orders, chart),
         setup(session, windows, desktop, platform, catalogue, import, run, panel, account, registry,
               ledger, cache),
-        practice(desktop, platform, ledger, cache,
-                 {[this](int number) { setup.ResumeSession(number); },
-                  [this, &session, &cache, &ledger](int number) {
-                    return number == session.SessionNumber
-                               ? run.Reveal()
-                               : std::optional(RevealSession(ledger, number, cache));
-                  }}),
+        practice(desktop, platform, ledger, cache, run,
+                 [this](int number) { setup.ResumeSession(number); }),
         navigator(session, windows, desktop, platform, run, ledger),
         score_board(session, desktop, platform),
         results(desktop, platform, ledger, score_board),

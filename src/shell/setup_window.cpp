@@ -242,10 +242,10 @@ void SetupWindow::StartRun() {
 
 void SetupWindow::ResumeSession(int number) {
   if (!CanStart()) return;
-  const std::optional<LedgerPlayed> played = run_.SessionToResume(number);
-  if (!played) return;
-  Enter(played->session);
-  if (!run_.ClaimSession(*played)) return;
+  const std::optional<NextRun> choice = run_.SessionToResume(number);
+  if (!choice) return;
+  Enter(choice->resumed->session);
+  if (!run_.ClaimSession(*choice)) return;
   BeginRun();
   ShowStatus(session_, view_, platform_.locale);
 }

@@ -3,7 +3,7 @@
 #include <thread>
 
 #include "cli/sandbox.h"
-#include "ledger/ledger.h"
+#include "results/session_result.h"
 #include "support/traced_child.h"
 
 namespace velumar {
@@ -35,10 +35,10 @@ struct SessionsTest : testing::Test {
         {"replay", "--session", "1", "--ledger", box.At(name), "--store", box.At("store")},
         commands);
   }
-  std::vector<LedgerPlaced> Orders(const std::string& name) {
+  std::vector<RunOrder> Orders(const std::string& name) {
     LedgerConnection ledger([](std::string_view iso) { return std::string(iso); });
     LedgerOpenToRead(ledger, box.At(name));
-    return LedgerSessionOrders(ledger, 1);
+    return ReadSessionOrders(ledger, 1).orders;
   }
   // Steps and orders, most of them possible.
   std::string RandomCommands(int count) {

@@ -136,7 +136,7 @@ class BlindRun {
     all_.program.Start();
     all_.program.ResumeSession(1);
   }
-  // Returns what the trader is told.
+  // Returns what the box says.
   std::string Reveal() {
     all_.outside.boxes.answers = {0};
     all_.Navigator().Image5.UserClick();
@@ -268,10 +268,10 @@ TEST(BlindSecrecy, NothingThatIsWrittenOrShownGivesTheSecurityAway) {
       continue;
     }
     const SessionOrders played = run.Played();
-    const std::string told = run.Reveal();
+    const std::string shown = run.Reveal();
     const std::string symbol = run.Session().Run.symbol;
-    EXPECT_THAT(told, HasSubstr("You have played " + symbol + ", Secret " + symbol));
-    EXPECT_THAT(told, HasSubstr("The same trades begun at random bars"));
+    EXPECT_THAT(shown, HasSubstr("You have played " + symbol + ", Secret " + symbol));
+    EXPECT_THAT(shown, HasSubstr("The same trades begun at random bars"));
     ExpectRevealed(played, run.Played(), ReadBars(scratch.Sub("data"), symbol, interval));
     EXPECT_EQ(ReadBars(scratch.Sub("store"), symbol, interval).back().close,
               run.Session().MarketPrice)

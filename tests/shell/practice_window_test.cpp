@@ -47,6 +47,16 @@ TEST_F(PracticeWindowTest, EnterGoesOnWithTheLastSession) {
   EXPECT_FALSE(all->program.Feeding()) << "the trader looks first";
 }
 
+TEST_F(PracticeWindowTest, AnEndedSessionCanNoLongerBeTraded) {
+  all->Setup().lnkPractice.UserClick();
+  Window().lstSessions.UserKeyUp(kEnterKey);
+  all->Navigator().Image5.UserClick();
+  all->Setup().lnkPractice.UserClick();
+  Window().cmdEnd.UserClick();
+  EXPECT_TRUE(all->session.BarDate.empty());
+  EXPECT_EQ(all->session.SessionNumber, 0);
+}
+
 TEST_F(PracticeWindowTest, AnEndedSessionStaysAndADeletedOneGoes) {
   all->Setup().lnkPractice.UserClick();
   Window().cmdEnd.UserClick();

@@ -1,0 +1,87 @@
+#include "session/next_run.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "base/text.h"
+#include "session/blind_draw.h"
+#include "session/moment.h"
+#include "session/run_source.h"
+
+namespace velumar {
+
+RunChooser::RunChooser(const SimSession& session, const RunInputs& inputs, Platform& platform,
+                       LedgerConnection& ledger, IndexCache& cache)
+    : session_(session),
+      inputs_(inputs),
+      platform_(platform),
+      ledger_(ledger),
+      cache_(cache),
+      random_(platform.random_seed ? *platform.random_seed : std::random_device()()) {}
+
+NextRun RunChooser::Entered() {
+  const RunSeries entered{session_.DataDir, NormalisedSymbol(session_.Symbol), inputs_.Interval(),
+                          inputs_.StartDay()};
+  return inputs_.Blind() ? Drawn(entered) : NextRun{.series = entered};
+}
+
+NextRun RunChooser::Drawn(const RunSeries& entered) {
+  const std::string symbol = inputs_.Symbol();
+  BlindKey key = DrawBlind({.directory = entered.directory,
+                            .symbol = symbol == kAnySecurity ? "" : NormalisedSymbol(symbol),
+                            .interval = entered.interval,
+                            .scales = platform_.settings.Read(kBlindPricesSetting) != kRealPrices,
+                            .shown = ShownLately()},
+                           cache_, random_);
+  const RunSeries masked{entered.directory, std::string(kBlindSymbol), entered.interval,
+                         key.mask.Date(key.start_day), true};
+  return {masked, std::move(key)};
+}
+
+// Newest last.
+std::vector<std::string> RunChooser::ShownLately() {
+  constexpr std::size_t kMost = 20;
+  std::vector<std::string> symbols;
+  if (!ledger_.CanRead()) return symbols;
+  for (const LedgerPlayed& played : LedgerSessions(ledger_)) {
+    const auto key = Decoded(played.session.mask);
+    if (key && symbols.size() < kMost) symbols.push_back(key->symbol);
+  }
+  std::ranges::reverse(symbols);
+  return symbols;
+}
+
+std::optional<NextRun> RunChooser::Session(int number) {
+  const LedgerPlayed played = LedgerReadSession(ledger_, number);
+  const LedgerSession& session = played.session;
+  if (session.ended) throw std::runtime_error("It has been ended.");
+  BookFromText(played.moment.book);
+  NextRun choice{.series = {session.directory, session.symbol, session.interval, session.start_day,
+                            !session.mask.empty()},
+                 .key = Decoded(session.mask),
+                 .resumed = played};
+  if (choice.series.blind && !choice.key) {
+    throw std::runtime_error("The ledger's key of this blind session is damaged.");
+  }
+  return MayGoOn(choice) ? std::optional(choice) : std::nullopt;
+}
+
+bool RunChooser::MayGoOn(NextRun& choice) {
+  LedgerMoment& moment = choice.resumed->moment;
+  const BarArrays series = ReadRunSeries(choice.series, choice.key, cache_).bars;
+  const SeriesView bars(series);
+  const std::string change = SeriesChange(moment, bars);
+  if (change.empty()) return true;
+  const std::size_t answer =
+      platform_.boxes.Ask(choice.series.symbol + " has changed since this session was played. " +
+                              change + "\nThe orders stay as they were filled.",
+                          {"Resume anyway", "Cancel"});
+  if (answer != 0) return false;
+  const int bar = BarOfMoment(moment, bars);
+  moment.newest_shown += bar - moment.bar;
+  moment.bar = bar;
+  return true;
+}
+
+}  // namespace velumar

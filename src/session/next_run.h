@@ -1,0 +1,51 @@
+#pragma once
+
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "ledger/ledger.h"
+#include "marketdata/index_cache.h"
+#include "platform/platform.h"
+#include "session/blind_mask.h"
+#include "session/run_inputs.h"
+#include "session/sim_session.h"
+
+namespace velumar {
+
+// What a run plays: a series and, if it is played blind, its key.
+struct NextRun {
+  RunSeries series;
+  std::optional<BlindKey> key = {};
+  std::optional<LedgerPlayed> resumed = {};  // the session that goes on with it
+};
+
+// Finds out what the next run plays.
+class RunChooser {
+ public:
+  RunChooser(const SimSession& session, const RunInputs& inputs, Platform& platform,
+             LedgerConnection& ledger, IndexCache& cache);
+
+  // The entered series or, if a blind run is entered, one drawn at random. Throws MetaLibError and
+  // LedgerError.
+  NextRun Entered();
+  // A session of the ledger. If its series has changed since, asks whether to go on after the last
+  // bar that was played; nothing if the trader doesn't. Throws std::exception with the reason if
+  // the session can't be resumed.
+  std::optional<NextRun> Session(int number);
+
+ private:
+  NextRun Drawn(const RunSeries& entered);
+  std::vector<std::string> ShownLately();
+  bool MayGoOn(NextRun& choice);
+
+  const SimSession& session_;
+  const RunInputs& inputs_;
+  Platform& platform_;
+  LedgerConnection& ledger_;
+  IndexCache& cache_;
+  std::mt19937_64 random_;  // of blind runs
+};
+
+}  // namespace velumar
