@@ -11,8 +11,8 @@
 #include "results/order_list.h"
 #include "results/result_figures.h"
 #include "results/statistics.h"
-#include "session/session_list.h"
 #include "shell/reveal_text.h"
+#include "trading/session_list.h"
 
 namespace velumar {
 

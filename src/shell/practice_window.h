@@ -8,7 +8,7 @@
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/run_control.h"
-#include "session/session_list.h"
+#include "trading/session_list.h"
 
 namespace velumar {
 

@@ -42,12 +42,11 @@ double Side::Points(const Book& book, double price) const {
   return gains_on_rise ? price - average : average - price;
 }
 
-void RevaluePositions(SimSession& session) {
-  session.LUnrealisedMoney = UnrealisedMoney(session, kLongSide);
-  session.SUnrealisedMoney = UnrealisedMoney(session, kShortSide);
-  session.Portfolio =
-      static_cast<float>(double{session.Balance} + double{session.LUnrealisedMoney} +
-                         double{session.SUnrealisedMoney});
+void RevaluePositions(Book& book) {
+  book.LUnrealisedMoney = UnrealisedMoney(book, kLongSide);
+  book.SUnrealisedMoney = UnrealisedMoney(book, kShortSide);
+  book.Portfolio = static_cast<float>(double{book.Balance} + double{book.LUnrealisedMoney} +
+                                      double{book.SUnrealisedMoney});
 }
 
 void ApplyOrderToBook(SimSession& session) {

@@ -35,7 +35,7 @@ extern const Side kLongSide;
 extern const Side kShortSide;
 
 // Values both sides at MarketPrice: their unrealised money, and Portfolio.
-void RevaluePositions(SimSession& session);
+void RevaluePositions(Book& book);
 
 // Enters the current order into the book at the close of the current bar: adds its quantity,
 // computes the unrealised points, and rounds averages and points to two decimals, Balance and

@@ -1,3 +1,4 @@
+#include "base/number_text.h"
 #include "support/whole_program.h"
 
 namespace velumar {
@@ -10,7 +11,7 @@ struct PracticeWindowTest : RunFixture {
     Reopen();
     all->program.Start();
     Play("FAST", 100);
-    Play("ABC", 120);
+    Play("ABC", 119);
     LedgerClose(all->ledger);
     Reopen();
     all->program.Start();
@@ -22,8 +23,10 @@ struct PracticeWindowTest : RunFixture {
       all->Navigator().Image4.UserClick();
     });
     all->Play(bar - 1);
+    open_profit = all->session.LUnrealisedMoney;
     all->Navigator().Image5.UserClick();
   }
+  float open_profit = 0;
   FrmPractice& Window() { return all->windows.frmPractice; }
   std::string Cell(std::size_t row, std::size_t column) {
     return Window().lstSessions.Content().text(row, column);
@@ -35,15 +38,17 @@ TEST_F(PracticeWindowTest, EnterGoesOnWithTheLastSession) {
   ASSERT_EQ(Window().lstSessions.Content().count, 2U);
   EXPECT_EQ(Cell(0, 0), "ABC, daily");
   EXPECT_EQ(Cell(0, 2), "1 long");
+  EXPECT_EQ(ToDouble(Cell(0, 3)), open_profit) << "at the last bar that was shown";
+  EXPECT_GT(open_profit, 0);
   EXPECT_EQ(Cell(1, 0), "FAST, 15 min");
   Window().lstSessions.UserKeyUp(kEnterKey);
   EXPECT_FALSE(Window().Loaded());
   EXPECT_TRUE(all->Navigator().Visible());
   EXPECT_EQ(all->Setup().Combo1.Text(), "ABC");
-  EXPECT_EQ(all->session.BarIndex, 121);
+  EXPECT_EQ(all->session.BarIndex, 120);
   EXPECT_EQ(all->session.LAccum, 1);
   EXPECT_EQ(all->session.Orders.size(), 1U);
-  EXPECT_EQ(StoreSize(), 122U);
+  EXPECT_EQ(StoreSize(), 121U);
   EXPECT_FALSE(all->program.Feeding()) << "the trader looks first";
 }
 

@@ -28,7 +28,7 @@ struct SessionLine {
   bool blind = false;  // and not revealed
 };
 
-// All sessions in which a bar was fed or an order placed, the last played first. Throws
+// All sessions in which a bar was fed, the last played first. Throws
 // LedgerError.
 std::vector<SessionLine> ListSessions(LedgerConnection& ledger, IndexCache& cache);
 

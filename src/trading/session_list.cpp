@@ -1,4 +1,4 @@
-#include "session/session_list.h"
+#include "trading/session_list.h"
 
 #include <algorithm>
 
@@ -8,6 +8,7 @@
 #include "marketdata/metalib_reader.h"
 #include "session/blind_mask.h"
 #include "session/moment.h"
+#include "trading/position_book.h"
 
 namespace velumar {
 
@@ -40,7 +41,8 @@ SessionLine LineOf(const LedgerPlayed& played, IndexCache& cache) {
                    .ended = session.ended,
                    .blind = !session.mask.empty() && session.symbol == kBlindSymbol};
   IgnoringErrors([&] {
-    const Book book = BookFromText(played.moment.book);
+    Book book = BookFromText(played.moment.book);
+    if (!played.moment.as_shown) RevaluePositions(book);
     line.held_long = book.LAccum;
     line.held_short = book.SAccum;
     line.open_profit = book.LUnrealisedMoney + book.SUnrealisedMoney;
