@@ -189,8 +189,14 @@ ChartPane* MainWindow::AddPane(const SeriesRequest& request, const std::map<int,
     Changed("interval");
   });
   pane->AddDrawings(*desk_);
-  area_->Add(pane);
   const ChartDocument& document = pane->Document();
+  for (ChartPane* const other : area_->Charts()) {
+    if (other->Document().Folder() != document.Folder()) continue;
+    if (other->Document().Symbol() == document.Symbol()) {
+      pane->SetPositions(other->Plot().Positions());
+    }
+  }
+  area_->Add(pane);
   if (document.FileNumber() && ChartsLike(document) == 1) {
     emit SeriesOpened(ToQt(document.Folder()), *document.FileNumber());
   }
