@@ -62,6 +62,8 @@ TEST(DistanceText, CountsBarsDaysAndPoints) {
             "3 bars, +1.50, +3,750.00 for quantity 2.5");
   EXPECT_EQ(DistanceText(series, {3, 2}, {3, 0}, {1, 0.5}),
             "0 bars, -2.00 (-100.00%), -1.00 for quantity 1");
+  EXPECT_EQ(DistanceText(series, {3, 50.004}, {3, 51.006}, {1, 1000}),
+            "0 bars, +1.01 (+2.02%), +1,010.00 for quantity 1");
 }
 
 }  // namespace
