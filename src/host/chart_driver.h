@@ -3,6 +3,11 @@
 #include <string>
 
 #include "base/paths.h"
+#include "host/chart_registry.h"
+#include "host/trader_focus.h"
+#include "platform/platform.h"
+#include "session/run_inputs.h"
+#include "session/run_view.h"
 #include "session/sim_session.h"
 
 namespace velumar {
@@ -35,6 +40,14 @@ inline std::string CannotOpenChart(const std::string& why, const SimSession& ses
 // A way to make the chart program show the working store. Nothing here throws.
 class ChartDriver {
  public:
+  ChartDriver(SimSession& session, const RunInputs& inputs, RunView& view, Platform& platform,
+              ChartRegistry& registry, TraderFocus& trader)
+      : session_(session),
+        inputs_(inputs),
+        view_(view),
+        platform_(platform),
+        registry_(registry),
+        trader_(trader) {}
   virtual ~ChartDriver() = default;
   // Starts the chart program if necessary and closes its charts.
   virtual void CloseCharts() = 0;
@@ -48,6 +61,14 @@ class ChartDriver {
   virtual ChartTrouble Refresh() = 0;
   // How long a refresh of all charts takes, without the pause after it.
   virtual long RefreshMilliseconds() const = 0;
+
+ protected:
+  SimSession& session_;
+  const RunInputs& inputs_;
+  RunView& view_;
+  Platform& platform_;
+  ChartRegistry& registry_;
+  TraderFocus& trader_;
 };
 
 }  // namespace velumar

@@ -4,12 +4,6 @@
 #include <string_view>
 
 #include "host/chart_driver.h"
-#include "host/chart_registry.h"
-#include "host/trader_focus.h"
-#include "platform/platform.h"
-#include "session/run_inputs.h"
-#include "session/run_view.h"
-#include "session/sim_session.h"
 
 namespace velumar {
 
@@ -17,14 +11,7 @@ namespace velumar {
 // done, so there are waits.
 class KeyDriver : public ChartDriver {
  public:
-  KeyDriver(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
-            ChartRegistry& registry, TraderFocus& trader)
-      : session_(session),
-        inputs_(inputs),
-        view_(view),
-        platform_(platform),
-        registry_(registry),
-        trader_(trader) {}
+  using ChartDriver::ChartDriver;
 
   void CloseCharts() override;
   void OpenChart() override;
@@ -53,12 +40,6 @@ class KeyDriver : public ChartDriver {
   ChartTrouble TroubleWithHost() const;
   void Wait(std::int16_t milliseconds);
 
-  SimSession& session_;
-  RunInputs& inputs_;
-  RunView& view_;
-  Platform& platform_;
-  ChartRegistry& registry_;
-  TraderFocus& trader_;
   bool host_running_ = true;
   int opening_ = 0;  // nested: a second run may begin in the waits of the first
   KeyOutcome worst_outcome_ = KeyOutcome::kAccepted;  // of the current refresh

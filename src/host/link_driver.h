@@ -5,27 +5,14 @@
 #include <optional>
 
 #include "host/chart_driver.h"
-#include "host/chart_registry.h"
-#include "host/trader_focus.h"
 #include "platform/chart_link.h"
-#include "platform/platform.h"
-#include "session/run_inputs.h"
-#include "session/run_view.h"
-#include "session/sim_session.h"
 
 namespace velumar {
 
 // Drives our own chart program over its direct link: without focus, keys, dialogs or fixed waits.
 class LinkDriver : public ChartDriver {
  public:
-  LinkDriver(SimSession& session, const RunInputs& inputs, RunView& view, Platform& platform,
-             ChartRegistry& registry, TraderFocus& trader)
-      : session_(session),
-        inputs_(inputs),
-        view_(view),
-        platform_(platform),
-        registry_(registry),
-        trader_(trader) {}
+  using ChartDriver::ChartDriver;
 
   // True if the link is the way to the chart: our chart program owns the chart window, even if it
   // is too busy to answer, or it has ended by itself since it was last used. Asks the chart
@@ -73,12 +60,6 @@ class LinkDriver : public ChartDriver {
   void SendTheme();
   LinkOutcome Ask(const ChartRequest& request, std::chrono::milliseconds patience);
 
-  SimSession& session_;
-  const RunInputs& inputs_;
-  RunView& view_;
-  Platform& platform_;
-  ChartRegistry& registry_;
-  TraderFocus& trader_;
   std::optional<bool> dark_;
   std::optional<bool> dark_there_;  // what the program has taken over
   Program program_ = Program::kForeign;
