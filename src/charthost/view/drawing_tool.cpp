@@ -3,10 +3,8 @@
 #include <QInputDialog>
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <utility>
 
-#include "charthost/bar_text.h"
 #include "charthost/view/chart_plot.h"
 #include "charts/qt_text.h"
 
@@ -15,7 +13,6 @@ namespace {
 
 // In pixels.
 constexpr double kReach = 6;
-constexpr double kSnapReach = 9;
 constexpr double kDragged = 6;  // a shorter drag is a click
 
 Point PointOf(QPointF pixel) { return {pixel.x(), pixel.y()}; }
@@ -25,7 +22,11 @@ bool Snaps(const QMouseEvent& event) { return !event.modifiers().testFlag(Qt::Co
 }  // namespace
 
 DrawingTool::DrawingTool(ChartPlot& plot, ChartDocument& document, DrawingDesk& desk)
-    : plot_(plot), document_(document), desk_(desk), items_(plot, plot.Prices()) {
+    : plot_(plot),
+      document_(document),
+      desk_(desk),
+      places_(plot, document),
+      items_(plot, plot.Prices()) {
   connect(&desk_, &DrawingDesk::Changed, this, [this] {
     shapes_.clear();
     // Another chart of the security has changed the list.
@@ -38,67 +39,15 @@ DrawingTool::DrawingTool(ChartPlot& plot, ChartDocument& document, DrawingDesk& 
   });
 }
 
-TimeAxis DrawingTool::Time() const {
-  return {document_.Stored(), document_.Model().Series().starts, document_.Interval()};
-}
-
-Scene DrawingTool::MakeScene(const TimeAxis& time) const {
-  const QRect area = plot_.Prices().rect();
-  const int decimals = document_.Model().Series().decimals;
-  const QFontMetricsF metrics(plot_.font());
-  return {.time = time,
-          .area = {double(area.left()), double(area.top()), double(area.right()),
-                   double(area.bottom())},
-          .to_pixel = [this](double place, double price) { return ToPixel(place, price); },
-          .price_text = [decimals](double price) { return PriceText(price, decimals); },
-          .text_size =
-              [metrics](const std::string& text) {
-                return Point{metrics.horizontalAdvance(ToQt(text)), metrics.height()};
-              }};
-}
-
-bool DrawingTool::IsInArea(QPointF pixel) const {
-  return document_.Model().Series().size() > 0 && plot_.Prices().rect().contains(pixel.toPoint());
-}
-
-double DrawingTool::PlaceAt(QPointF pixel) const {
-  return plot_.Prices().axis(QCPAxis::atBottom)->pixelToCoord(pixel.x());
-}
-
-double DrawingTool::PriceAt(QPointF pixel) const {
-  return plot_.Prices().axis(QCPAxis::atRight)->pixelToCoord(pixel.y());
-}
-
-Point DrawingTool::ToPixel(double place, double price) const {
-  const bool drawable = price > 0 || !document_.Model().Logarithmic();
-  return {plot_.Prices().axis(QCPAxis::atBottom)->coordToPixel(place),
-          drawable ? plot_.Prices().axis(QCPAxis::atRight)->coordToPixel(price)
-                   : std::numeric_limits<double>::quiet_NaN()};
-}
-
-Anchor DrawingTool::AnchorAt(QPointF pixel, bool snaps) const {
-  const BarSeries& series = document_.Model().Series();
-  Anchor anchor{Time().At(PlaceAt(pixel)), PriceAt(pixel)};
-  const auto bar = std::lround(PlaceAt(pixel));
-  if (!snaps || bar < 0 || bar >= series.size()) return anchor;
-  const auto i = static_cast<std::size_t>(bar);
-  std::vector<float> prices = {series.highs[i], series.lows[i], series.closes[i]};
-  if (series.has_opens) prices.push_back(series.opens[i]);
-  const auto snapped = SnappedPrice(prices, pixel.y(), kSnapReach,
-                                    [this](double price) { return ToPixel(0, price).y; });
-  anchor.price = snapped.value_or(anchor.price);
-  return anchor;
-}
-
 std::optional<DrawingHit> DrawingTool::HitAt(QPointF pixel) const {
-  if (!IsInArea(pixel)) return std::nullopt;
+  if (!places_.Contains(pixel)) return std::nullopt;
   return velumar::HitAt(shapes_, PointOf(pixel), kReach);
 }
 
 bool DrawingTool::Press(const QMouseEvent& event) {
-  if (event.button() != Qt::LeftButton || !IsInArea(event.position())) return false;
+  if (event.button() != Qt::LeftButton || !places_.Contains(event.position())) return false;
   if (desk_.Kind()) {
-    SetAnchor(AnchorAt(event.position(), Snaps(event)), event.position());
+    SetAnchor(places_.AnchorAt(event.position(), Snaps(event)), event.position());
     return true;
   }
   const std::optional<DrawingHit> hit = HitAt(event.position());
@@ -125,8 +74,8 @@ void DrawingTool::SetAnchor(const Anchor& anchor, QPointF pixel) {
 void DrawingTool::SetAnchorByKey() {
   const std::optional<ChartPlace> place = plot_.StepPointer(0);
   if (!place) return;
-  const Point pixel = ToPixel(place->bar, place->price);
-  SetAnchor({Time().At(place->bar), place->price}, {pixel.x, pixel.y});
+  const Point pixel = places_.ToPixel(place->bar, place->price);
+  SetAnchor({places_.Time().At(place->bar), place->price}, {pixel.x, pixel.y});
 }
 
 // Two anchors at one place make no line: the second click is waited for.
@@ -159,8 +108,8 @@ void DrawingTool::Cancel() {
 
 bool DrawingTool::DoubleClick(const QMouseEvent& event) {
   if (event.button() != Qt::LeftButton) return false;
-  if (desk_.Kind() && IsInArea(event.position())) {
-    SetAnchor(AnchorAt(event.position(), Snaps(event)), event.position());
+  if (desk_.Kind() && places_.Contains(event.position())) {
+    SetAnchor(places_.AnchorAt(event.position(), Snaps(event)), event.position());
     return true;
   }
   const std::optional<DrawingHit> hit = HitAt(event.position());
@@ -172,7 +121,7 @@ bool DrawingTool::DoubleClick(const QMouseEvent& event) {
 
 void DrawingTool::Move(const QMouseEvent& event) {
   if (draft_) {
-    draft_->anchors.back() = AnchorAt(event.position(), Snaps(event));
+    draft_->anchors.back() = places_.AnchorAt(event.position(), Snaps(event));
     return Redraw();
   }
   if (!drag_) return;
@@ -194,23 +143,9 @@ void DrawingTool::Release(const QMouseEvent& event) {
 
 Drawing DrawingTool::Dragged(QPointF pixel, bool snaps) const {
   Drawing drawing = drag_->before;
-  if (!drag_->handle) return Shifted(drawing, pixel - drag_->from);
-  drawing.anchors[*drag_->handle] = AnchorAt(pixel, snaps);
+  if (!drag_->handle) return places_.Shifted(drawing, pixel - drag_->from);
+  drawing.anchors[*drag_->handle] = places_.AnchorAt(pixel, snaps);
   return drawing;
-}
-
-// By whole bars, and up or down by pixels, so that its shape stays.
-Drawing DrawingTool::Shifted(const Drawing& drawing, QPointF pixels) const {
-  const TimeAxis time = Time();
-  const double bars = std::round(PlaceAt(pixels) - PlaceAt({0, 0}));
-  Drawing shifted = drawing;
-  for (Anchor& anchor : shifted.anchors) {
-    const double place = time.PlaceOf(anchor.time);
-    const double y = ToPixel(place, anchor.price).y + pixels.y();
-    if (bars != 0) anchor.time = time.At(place + bars);
-    if (pixels.y() != 0 && std::isfinite(y)) anchor.price = PriceAt({0, y});
-  }
-  return shifted;
 }
 
 bool DrawingTool::Key(const QKeyEvent& event) {
@@ -238,15 +173,15 @@ bool DrawingTool::Key(const QKeyEvent& event) {
 }
 
 std::optional<Qt::CursorShape> DrawingTool::CursorAt(QPointF pixel) const {
-  if (desk_.Kind() || !IsInArea(pixel)) return std::nullopt;
+  if (desk_.Kind() || !places_.Contains(pixel)) return std::nullopt;
   const std::optional<DrawingHit> hit = HitAt(pixel);
   if (!hit) return std::nullopt;
   return hit->handle ? Qt::SizeAllCursor : Qt::PointingHandCursor;
 }
 
 void DrawingTool::BeforeReplot() {
-  const TimeAxis time = Time();
-  const Scene scene = MakeScene(time);
+  const TimeAxis time = places_.Time();
+  const Scene scene = places_.MakeScene(time);
   const DrawingList& list = List();
   if (std::exchange(list_, &list) != &list) Deselect();
   const std::vector<std::size_t> before = std::exchange(shown_, Shown());
@@ -269,7 +204,7 @@ void DrawingTool::BeforeReplot() {
 }
 
 std::vector<std::size_t> DrawingTool::Shown() const {
-  const TimeAxis time = Time();
+  const TimeAxis time = places_.Time();
   if (time.Bars() == 0) return {};
   return List().ShownAt(time.Known());
 }
@@ -284,23 +219,11 @@ void DrawingTool::Select(std::optional<std::size_t> index) {
 void DrawingTool::Reveal() {
   if (!Selected()) return;
   ViewWindow& window = document_.Model().Window();
-  const double place = Time().PlaceOf(At(*selected_).anchors.front().time);
+  const double place = places_.Time().PlaceOf(At(*selected_).anchors.front().time);
   if (place > window.First() && place < window.Last()) return;
   const double half = window.Span() / 2;
   window.ShowBetween(place - half, place + half);
   Redraw();
-}
-
-QString DrawingTool::PlaceText(const Anchor& anchor) const {
-  const BarSeries& series = document_.Model().Series();
-  const TimeAnchor& time = anchor.time;
-  QString text = ToQt(DayText(time.date));
-  if (document_.Interval() >= 0 && time.time != 0) {
-    text += QLatin1Char(' ') + ToQt(TimeText(time.time));
-  }
-  if (time.later == 1) text += tr(" + 1 bar");
-  if (time.later > 1) text += tr(" + %1 bars").arg(time.later);
-  return text + QStringLiteral(", ") + ToQt(PriceText(anchor.price, series.decimals));
 }
 
 void DrawingTool::AskText(const QString& title, const QString& text,
@@ -329,7 +252,7 @@ void DrawingTool::EditText() {
 }
 
 void DrawingTool::Add(Drawing drawing) {
-  drawing.known = Time().Known();
+  drawing.known = places_.Time().Known();
   if (!List().Add(std::move(drawing))) return;
   selected_ = List().All().size() - 1;
   Save();
@@ -340,20 +263,20 @@ void DrawingTool::Change(Drawing drawing) {
   if (!Selected()) return;
   const Drawing& before = At(*selected_);
   if (drawing.anchors != before.anchors || drawing.text != before.text) {
-    drawing.known = std::max(drawing.known, Time().Known());
+    drawing.known = std::max(drawing.known, places_.Time().Known());
   }
   List().Change(*selected_, std::move(drawing));
   Save();
 }
 
 void DrawingTool::Undo() {
-  List().Undo(Time().Known());
+  List().Undo(places_.Time().Known());
   selected_.reset();
   Save();
 }
 
 void DrawingTool::Redo() {
-  List().Redo(Time().Known());
+  List().Redo(places_.Time().Known());
   selected_.reset();
   Save();
 }
@@ -368,7 +291,7 @@ void DrawingTool::Delete() {
 void DrawingTool::Duplicate() {
   if (!Selected()) return;
   constexpr QPointF kStep(24, 24);
-  Add(Shifted(At(*selected_), kStep));
+  Add(places_.Shifted(At(*selected_), kStep));
 }
 
 void DrawingTool::Recolour(int colour) {

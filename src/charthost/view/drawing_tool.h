@@ -9,6 +9,7 @@
 #include "charthost/chart_document.h"
 #include "charthost/view/drawing_desk.h"
 #include "charthost/view/drawing_items.h"
+#include "charthost/view/drawing_places.h"
 #include "charthost/view/plot_tool.h"
 
 namespace velumar {
@@ -43,11 +44,10 @@ class DrawingTool : public QObject, public PlotTool {
   void Select(std::optional<std::size_t> index);
   // Scrolls to the selected drawing if it is out of view.
   void Reveal();
-  // The moment of an anchor, or of the bar that it is that far after.
-  QString PlaceText(const Anchor& anchor) const;
+  const DrawingPlaces& Places() const { return places_; }
 
-  bool CanUndo() const { return List().CanUndo(Time().Known()); }
-  bool CanRedo() const { return List().CanRedo(Time().Known()); }
+  bool CanUndo() const { return List().CanUndo(places_.Time().Known()); }
+  bool CanRedo() const { return List().CanRedo(places_.Time().Known()); }
   void Undo();
   void Redo();
   // The selected drawing, if there is one.
@@ -69,13 +69,6 @@ class DrawingTool : public QObject, public PlotTool {
 
   SecurityKey Security() const { return {document_.Symbol(), document_.Name()}; }
   DrawingList& List() const { return desk_.Of(Security()); }
-  TimeAxis Time() const;
-  Scene MakeScene(const TimeAxis& time) const;
-  bool IsInArea(QPointF pixel) const;
-  double PlaceAt(QPointF pixel) const;
-  double PriceAt(QPointF pixel) const;
-  Point ToPixel(double place, double price) const;
-  Anchor AnchorAt(QPointF pixel, bool snaps) const;
   std::optional<DrawingHit> HitAt(QPointF pixel) const;
 
   void SetAnchor(const Anchor& anchor, QPointF pixel);
@@ -87,7 +80,6 @@ class DrawingTool : public QObject, public PlotTool {
   void Cancel();
   // The drawing of a drag when the pointer is there.
   Drawing Dragged(QPointF pixel, bool snaps) const;
-  Drawing Shifted(const Drawing& drawing, QPointF pixels) const;
   void AskText(const QString& title, const QString& text,
                const std::function<void(const std::string&)>& take);
   void Add(Drawing drawing);
@@ -99,6 +91,7 @@ class DrawingTool : public QObject, public PlotTool {
   ChartPlot& plot_;
   ChartDocument& document_;
   DrawingDesk& desk_;
+  DrawingPlaces places_;
   DrawingItems items_;
   Palette colours_ = Palette::Light();
   const DrawingList* list_ = nullptr;  // on the chart: a new run may show another series

@@ -92,7 +92,7 @@ void DrawingsDialog::Fill() {
     for (const std::size_t index : tool_->Shown()) {
       const Drawing& drawing = tool_->At(index);
       QStringList places;
-      for (const Anchor& anchor : drawing.anchors) places.append(tool_->PlaceText(anchor));
+      for (const Anchor& anchor : drawing.anchors) places.append(tool_->Places().TextOf(anchor));
       auto* const item = new QListWidgetItem(ColourIcon(drawing.colour, *this),
                                              ToQt(DrawingTitle(drawing)) + QStringLiteral(":  ") +
                                                  places.join(QStringLiteral("  \u2013  ")),
