@@ -19,7 +19,7 @@ class DrawingBook {
   // The list of a security, read at the first call. It stays valid. If the file can't be read, the
   // list is empty, and Problem says why.
   DrawingList& Of(const SecurityKey& security);
-  // Call after a list has changed. What another program has changed in the file meanwhile, or a
+  // Call after a list has changed. What another program has changed in the file since, or a
   // repair brought back, joins the list.
   void Save(const SecurityKey& security);
   // What failed last, as a sentence; empty once something has been saved.
