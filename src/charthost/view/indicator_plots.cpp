@@ -34,21 +34,18 @@ class PaneLegend : public QCPLayerable {
     QColor ground = colours_.field;
     ground.setAlpha(205);
     QPoint at = rect_.topLeft() + QPoint(kGap, 2 + metrics.ascent());
-    const auto write = [&](const QString& text, const QColor& colour) {
-      const int width = metrics.horizontalAdvance(text);
-      painter->fillRect(QRect(at.x() - 3, at.y() - metrics.ascent(), width + 6, metrics.height()),
+    // The ground has no gaps: a piece of a line between two texts would look like a minus sign.
+    const auto write = [&](const QString& text, const QColor& colour, int gap) {
+      const int width = metrics.horizontalAdvance(text) + gap;
+      painter->fillRect(QRect(at.x() - 3, at.y() - metrics.ascent(), width, metrics.height()),
                         ground);
       painter->setPen(colour);
       painter->drawText(at, text);
       at.rx() += width;
     };
     for (const ReadoutItem& item : items_) {
-      if (!item.label.isEmpty()) {
-        write(item.label, colours_.muted);
-        at.rx() += 4;
-      }
-      write(item.value, item.colour);
-      at.rx() += kGap;
+      if (!item.label.isEmpty()) write(item.label, colours_.muted, 4);
+      write(item.value, item.colour, kGap);
     }
   }
 
