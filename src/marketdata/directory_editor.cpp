@@ -4,27 +4,22 @@
 #include <array>
 #include <memory>
 #include <set>
-#include <stdexcept>
 #include <system_error>
 #include <thread>
 #include <tuple>
 #include <utility>
 
 #include "base/paths.h"
-#include "base/text.h"
 #include "marketdata/directory_lock.h"
 #include "marketdata/index_cache.h"
 #include "marketdata/index_file.h"
 #include "marketdata/metalib_error.h"
 #include "marketdata/series_file.h"
-#include "marketdata/stored_text.h"
 
 namespace velumar {
 
 namespace {
 
-constexpr std::size_t kLongestSymbol = 14;
-constexpr int kLongestInterval = 24 * 60;
 constexpr int kFirstXmasterNumber = kHighestMasterNumber + 1;
 constexpr int kDailyFields = 7;
 constexpr int kIntradayFields = 8;
@@ -33,22 +28,6 @@ constexpr int kIntradayFields = 8;
 BarLayout WantedLayout(int interval) {
   const bool intraday = interval != -1;
   return BarLayout::FromCount(intraday ? kIntradayFields : kDailyFields, intraday);
-}
-
-[[noreturn]] void ThrowBadIdentity(const std::string& text) {
-  throw MetaLibError(MetaLibError::kNotStorable, text);
-}
-
-bool HasControls(std::string_view text) {
-  return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < ' '; });
-}
-
-std::string BytesOf(std::string_view text) {
-  try {
-    return TextForFile(text);
-  } catch (const std::invalid_argument& error) {
-    ThrowBadIdentity(error.what());
-  }
 }
 
 BarField DifferingField(const BarLayout& layout, const Bar& a, const Bar& b) {
@@ -329,26 +308,6 @@ DirectoryLock Hold(const std::filesystem::path& path, std::chrono::milliseconds 
 }
 
 }  // namespace
-
-void RequireStorable(const NewSecurity& security) {
-  const std::string quoted = "\"" + security.symbol + "\"";
-  const std::size_t size = BytesOf(security.symbol).size();
-  if (size == 0 || size > kLongestSymbol || HasControls(security.symbol) ||
-      Trimmed(security.symbol) != security.symbol) {
-    ThrowBadIdentity("The symbol " + quoted +
-                     " can't be stored: a symbol has 1 to 14 characters and no blanks around it");
-  }
-  NameAsStored(security.name);
-  if (security.interval != -1 && (security.interval < 1 || security.interval > kLongestInterval)) {
-    ThrowBadIdentity(quoted + ": an interval of " + std::to_string(security.interval) +
-                     " minutes can't be stored");
-  }
-}
-
-std::string NameAsStored(const std::string& name) {
-  if (HasControls(name)) ThrowBadIdentity("The name \"" + name + "\" can't be stored");
-  return Trimmed(TextFromFile(BytesOf(name).substr(0, kLongestSecurityName)));
-}
 
 HeldDirectory::HeldDirectory(std::string_view directory, std::chrono::milliseconds patience)
     : directory_(directory),
