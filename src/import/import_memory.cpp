@@ -27,8 +27,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::size_t kLargest = 16 << 20;  // bytes
-constexpr std::size_t kMostFiles = 20000;
+constexpr std::size_t kLargestMemory = 16 << 20;  // bytes
+constexpr std::size_t kMostRemembered = 20000;
 constexpr std::size_t kLongestText = 4096;
 constexpr int kVersion = 1;
 
@@ -196,11 +196,11 @@ std::vector<RememberedFile> RememberedImports(std::string_view directory) {
   std::error_code missing;
   if (!fs::exists(fs::symlink_status(path, missing))) return {};
   try {
-    const Json whole = Json::parse(ReadWholeFile(path, kLargest));
+    const Json whole = Json::parse(ReadWholeFile(path, kLargestMemory));
     Require(whole.at("version") == kVersion, "another version of Velumar has written it");
     std::vector<RememberedFile> files;
     for (const Json& one : whole.at("files")) files.push_back(FileOf(one));
-    Require(files.size() <= kMostFiles, "it names too many files");
+    Require(files.size() <= kMostRemembered, "it names too many files");
     return files;
   } catch (const std::exception& error) {
     throw ImportError("\"" + PathText(path) + "\" is damaged (" + error.what() +
@@ -221,8 +221,8 @@ std::string RememberImports(std::string_view directory, std::vector<RememberedFi
       if (is_new) all.emplace_back();
       all[place->second] = std::move(fresh);
     }
-    if (all.size() > kMostFiles) {
-      all.erase(all.begin(), all.end() - static_cast<std::ptrdiff_t>(kMostFiles));
+    if (all.size() > kMostRemembered) {
+      all.erase(all.begin(), all.end() - static_cast<std::ptrdiff_t>(kMostRemembered));
     }
     Write(MemoryIn(directory), all);
     return "";

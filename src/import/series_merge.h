@@ -27,7 +27,8 @@ class SeriesMerge {
  public:
   using Key = std::pair<std::string, int>;  // symbol and interval
 
-  // The directory as it is; both must outlive the object, and nobody else may change it meanwhile.
+  // The directory as it is: nobody else may change it while this object exists. The cache must
+  // outlive it.
   SeriesMerge(std::string_view directory, IndexCache& cache);
 
   // Adds the bars of a file to what is stored or was added before, and counts them in `result`.
