@@ -8,9 +8,9 @@
 #include <set>
 #include <utility>
 
-#include "base/number_text.h"
 #include "base/text.h"
 #include "import/column_names.h"
+#include "import/file_questions.h"
 #include "import/row_findings.h"
 #include "import/security_names.h"
 #include "import/series_builder.h"
@@ -74,7 +74,7 @@ class FileReading {
     } catch (const ImportCancelled&) {
       throw;
     } catch (const FormatUndecided& open) {
-      AskFormat(open);
+      Ask(FormatQuestion(open, options_));
     } catch (const std::exception& error) {
       read_.understanding.refusal = error.what();
     }
@@ -92,23 +92,6 @@ class FileReading {
     }
     understood.format = reader.Format();
     understood.counts = reader.Counts();
-  }
-
-  void AskFormat(const FormatUndecided& open) {
-    ImportQuestion question{.text = open.what(), .option = open.Option()};
-    const auto add = [&](const std::string& text, const std::string& result) -> ImportOptions& {
-      question.answers.push_back({.text = text, .result = result, .options = options_});
-      return question.answers.back().options;
-    };
-    if (open.Option().starts_with("--decimal")) {
-      add("decimal comma", "as in 1.234,5").decimal_comma = true;
-      add("decimal point", "as in 1,234.5").decimal_comma = false;
-    } else {
-      add("day first", "ddmmyy").date_format = "%d%m%y";
-      add("month first", "mmddyy").date_format = "%m%d%y";
-      add("year first", "yymmdd").date_format = "%y%m%d";
-    }
-    Ask(std::move(question));
   }
 
   void AddRow(const PriceRow& row) {
@@ -209,7 +192,7 @@ class FileReading {
     CheckVolume();
     CheckPrices();
     if (understood.format.date_order_open && !options_.date_order) {
-      AskDateOrder();
+      Ask(DateOrderQuestion(understood.format, readings_, options_));
       return;
     }
     if (options_.symbol && Tickers() > 1) {
@@ -281,51 +264,14 @@ class FileReading {
       Remark("the adjusted close is above the close in every row, and was ignored");
       return;
     }
-    const Bar& bar = *adjusted_.differing;
-    const std::string day = "close of " + DayText(bar.date) + ": ";
-    ImportQuestion question{.text = "The close and the adjusted close differ.",
-                            .option = "--adjusted or --unadjusted"};
-    for (const Prices prices : {Prices::kAsTraded, Prices::kAdjusted}) {
-      const bool traded = prices == Prices::kAsTraded;
-      question.answers.push_back(
-          {.text = traded ? "prices as traded" : "adjusted prices",
-           .result = day + ReadableNumberText(traded ? bar.close : adjusted_.differing_adjusted),
-           .options = options_});
-      question.answers.back().options.prices = prices;
-    }
-    Ask(std::move(question));
-  }
-
-  void AskDateOrder() {
-    const FileFormat& format = read_.understanding.format;
-    ImportQuestion question{
-        .text = "The dates can be read in several orders of day, month and year.",
-        .option = "--date-order dmy"};
-    const auto add = [&](DateOrder order, const std::string& text, const DateReadings::Days& days) {
-      question.answers.push_back({.text = text,
-                                  .result = DayText(days.first) + " to " + DayText(days.last),
-                                  .options = options_});
-      question.answers.back().options.date_order = order;
-    };
-    add(DateOrder::kDayMonthYear, "day first", readings_.day_first);
-    if (format.month_may_be_first) {
-      add(DateOrder::kMonthDayYear, "month first", readings_.month_first);
-      question.option += format.year_may_be_first ? ", mdy" : " or mdy";
-    }
-    if (format.year_may_be_first) {
-      add(DateOrder::kYearMonthDay, "year first", readings_.year_first);
-      question.option += " or ymd";
-    }
-    Ask(std::move(question));
+    Ask(PricesQuestion(adjusted_, options_));
   }
 
   // Once for all series of the file.
   void Ask(ImportQuestion question) {
     std::vector<ImportQuestion>& questions = read_.understanding.questions;
-    const auto kind = [](const std::string& option) { return option.substr(0, option.find(' ')); };
-    const bool asked = std::ranges::any_of(questions, [&](const ImportQuestion& one) {
-      return kind(one.option) == kind(question.option);
-    });
+    const bool asked = std::ranges::any_of(
+        questions, [&](const ImportQuestion& one) { return one.Kind() == question.Kind(); });
     if (!asked) questions.push_back(std::move(question));
   }
 

@@ -60,6 +60,15 @@ std::string ProblemOf(const ImportReport& report) {
 
 }  // namespace
 
+ImportOptions& ImportQuestion::Add(std::string answer, std::string result,
+                                   const ImportOptions& asked_with) {
+  answers.push_back(
+      {.text = std::move(answer), .result = std::move(result), .options = asked_with});
+  return answers.back().options;
+}
+
+std::string ImportQuestion::Kind() const { return option.substr(0, option.find(' ')); }
+
 std::string QuestionText(const ImportQuestion& question) {
   return question.text + " Set " + question.option + ".";
 }

@@ -37,6 +37,11 @@ struct ImportQuestion {
   std::string text;                  // "Which comes first in 03/04/2020?"
   std::string option;                // "--date-order dmy or mdy"
   std::vector<Answer> answers = {};  // empty if only a text or number can answer it
+
+  // Adds an answer. Returns its options, for the one that it decides to be set.
+  ImportOptions& Add(std::string answer, std::string result, const ImportOptions& asked_with);
+  // The first word of the option, which questions of one kind share, whatever their file.
+  std::string Kind() const;
 };
 
 // "The bars are 1 minute apart. Set --interval 5, 10, 15, 30, 60 or D."

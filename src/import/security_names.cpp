@@ -3,9 +3,9 @@
 #include "base/number_text.h"
 #include "base/paths.h"
 #include "base/text.h"
-#include "marketdata/directory_editor.h"
 #include "marketdata/interval.h"
 #include "marketdata/metalib_error.h"
+#include "marketdata/new_security.h"
 
 namespace velumar {
 
@@ -51,8 +51,7 @@ ImportQuestion SecurityNames::SymbolQuestion(const std::string& symbol) const {
                           .option = "--symbol TEXT"};
   const std::string word = symbol.substr(0, symbol.find_first_of("_- ,."));
   if (SymbolProblem(word).empty()) {
-    question.answers.push_back({.text = word, .result = "", .options = options_});
-    question.answers.back().options.symbol = word;
+    question.Add(word, "", options_).symbol = word;
   }
   return question;
 }

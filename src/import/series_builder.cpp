@@ -326,12 +326,10 @@ void SeriesBuilder::AskInterval(BuiltSeries& built) {
   if (hint_) question.text += ", but " + hint_->source;
   question.text += ".";
   for (const int interval : candidates) {
-    ImportQuestion::Answer answer{
-        .text = interval == kDaily ? "daily bars" : IntervalName(interval),
-        .result = Counted(BarsOf(interval), "bar"),
-        .options = options_};
-    answer.options.interval = interval;
-    question.answers.push_back(std::move(answer));
+    question
+        .Add(interval == kDaily ? "daily bars" : IntervalName(interval),
+             Counted(BarsOf(interval), "bar"), options_)
+        .interval = interval;
   }
   built.questions.push_back(std::move(question));
 }
@@ -352,28 +350,25 @@ void SeriesBuilder::CheckLength(BuiltSeries& built) {
                                   (split ? ", and one year more than " : "; a run can play ") +
                                   GroupedNumber(std::to_string(kLongestSeries)) + ".",
                           .option = "--last, --from"};
-  const auto add = [&](const std::string& text, const std::string& result, TooLong how,
-                       std::optional<int> interval) {
-    ImportQuestion::Answer answer{.text = text, .result = result, .options = options_};
-    answer.options.too_long = how;
-    if (interval) answer.options.interval = interval;
-    question.answers.push_back(std::move(answer));
+  const auto add = [&](const std::string& text, const std::string& result) -> ImportOptions& {
+    return question.Add(text, result, options_);
   };
   if (!split) {
-    add("keep the last " + Counted(kLongestSeries, "bar"), "from " + DayText(built.first.date),
-        TooLong::kKeepLast, {});
+    add("keep the last " + Counted(kLongestSeries, "bar"), "from " + DayText(built.first.date))
+        .too_long = TooLong::kKeepLast;
   }
   if (!split && !year_too_long) {
     add("one series for each year",
-        std::to_string(years_.begin()->first) + " to " + std::to_string(years_.rbegin()->first),
-        TooLong::kSplitByYear, {});
+        std::to_string(years_.begin()->first) + " to " + std::to_string(years_.rbegin()->first))
+        .too_long = TooLong::kSplitByYear;
     question.option += ", --split-by-year";
   }
   for (const int interval : spacing_.Candidates()) {
     if (interval <= interval_ && interval != kDaily) continue;
     if (BarsOf(interval) > kLongestSeries) continue;
     add(interval == kDaily ? "daily bars" : "bars of " + IntervalName(interval),
-        Counted(BarsOf(interval), "bar"), options_.too_long, interval);
+        Counted(BarsOf(interval), "bar"))
+        .interval = interval;
   }
   question.option += " or --interval";
   built.questions.push_back(std::move(question));

@@ -103,8 +103,7 @@ ImportQuestion TooLongQuestion(const ReadPrices::Series& series, const std::vect
                                   GroupedNumber(std::to_string(kLongestSeries)) + ".",
                           .option = "--last, --split-by-year, --interval or --replace"};
   const auto add = [&](const std::string& text, const std::string& result) -> ImportOptions& {
-    question.answers.push_back({.text = text, .result = result, .options = options});
-    return question.answers.back().options;
+    return question.Add(text, result, options);
   };
   const std::vector<Bar>& bars = series.bars;
   add("keep the last " + Counted(kLongestSeries, "bar"),

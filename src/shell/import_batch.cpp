@@ -30,14 +30,9 @@ const ImportQuestion& FirstQuestion(const BatchFile& file) {
   return file.understood.questions.front();
 }
 
-// The first word of the option that decides a question. The others depend on the file.
-std::string KindOf(const ImportQuestion& question) {
-  return question.option.substr(0, question.option.find(' '));
-}
-
 bool SameQuestion(const BatchFile& a, const BatchFile& b) {
   return a.state == FileState::kAsks && b.state == FileState::kAsks &&
-         KindOf(FirstQuestion(a)) == KindOf(FirstQuestion(b));
+         FirstQuestion(a).Kind() == FirstQuestion(b).Kind();
 }
 
 // The answer of that text to the first question of a file; null if there is none.
@@ -116,7 +111,7 @@ void ImportBatch::Decide(std::size_t file, ImportOptions options) {
 
 void ImportBatch::Answer(std::size_t file, std::size_t answer, bool for_all) {
   const BatchFile asked = files_.at(file);
-  const std::string kind = KindOf(FirstQuestion(asked));
+  const std::string kind = FirstQuestion(asked).Kind();
   const std::string text = FirstQuestion(asked).answers.at(answer).text;
   if (for_all) answers_.emplace_back(kind, text);
   for (std::size_t i = 0; i < files_.size(); ++i) {
@@ -181,7 +176,7 @@ std::vector<SharedSeries> ImportBatch::Shared(std::size_t file) const {
 }
 
 bool ImportBatch::AnswerByItself(BatchFile& file) {
-  const std::string kind = KindOf(FirstQuestion(file));
+  const std::string kind = FirstQuestion(file).Kind();
   if (std::ranges::count(file.answered, kind) > 0) return false;
   for (auto known = answers_.rbegin(); known != answers_.rend(); ++known) {
     if (known->first != kind) continue;
