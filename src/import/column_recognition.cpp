@@ -2,14 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <initializer_list>
 #include <string>
 
-#include "base/text.h"
 #include "import/column_names.h"
 #include "import/column_values.h"
-#include "import/field_text.h"
 #include "import/number_style.h"
+#include "import/table_header.h"
 
 namespace velumar {
 
@@ -22,6 +20,20 @@ bool IsPrice(PriceField field) {
   return field >= PriceField::kOpen && field <= PriceField::kAdjustedClose;
 }
 
+// As PlainName returns it.
+bool NamesMoments(const std::string& name) {
+  constexpr std::array kParts = {"TIME", "DATE", "UNIX", "EPOCH"};
+  return std::ranges::any_of(
+      kParts, [&](const char* part) { return name.find(part) != std::string::npos; });
+}
+
+bool HasVolume(const TableFormat& format) {
+  constexpr std::array kVolumes = {PriceField::kVolume, PriceField::kTickVolume,
+                                   PriceField::kUpVolume, PriceField::kDownVolume};
+  return std::ranges::any_of(kVolumes,
+                             [&](PriceField field) { return format.Place(field).has_value(); });
+}
+
 class Recognition {
  public:
   Recognition(const SampleTable& sample, std::span<const TextLine> lines, TableFormat& format)
@@ -31,7 +43,7 @@ class Recognition {
   }
 
   void Run(std::optional<NumberStyle> numbers) {
-    FindHeader();
+    FindHeader(sample_, lines_, values_, format_);
     AssignByName();
     FindDate();
     if (format_.header_line == 0 || HasForeignTitles()) InferColumns(numbers);
@@ -53,78 +65,12 @@ class Recognition {
     format_.columns[column].field = field;
     format_.columns[column].reason = std::move(reason);
   }
-
-  // The line before the first row that names the most columns, at least two; else the last one, if
-  // it could be a header.
-  void FindHeader() {
-    std::size_t most = 1;
-    for (std::size_t i = 0; i < sample_.first_row; ++i) {
-      const Titles titles = TitlesOf(i);
-      const std::size_t named = NamedColumns(titles).size();
-      if (named <= most) continue;
-      most = named;
-      SetHeader(i, titles);
-    }
-    if (format_.header_line > 0 || sample_.first_row == 0) return;
-    const Titles last = TitlesOf(sample_.first_row - 1);
-    const bool is_text = std::ranges::none_of(
-        last, [](const std::string& title) { return !title.empty() && IsDigit(title.front()); });
-    if (is_text && last.size() == sample_.width) SetHeader(sample_.first_row - 1, last);
-  }
-
-  Titles TitlesOf(std::size_t line) const {
-    Titles titles = sample_.lines[line];
-    if (!titles.front().starts_with('#')) return titles;
-    titles.front() = std::string(Stripped(std::string_view(titles.front()).substr(1)));
-    if (titles.front().empty() && format_.separator == ' ') titles.erase(titles.begin());
-    return titles;
-  }
-
-  void SetHeader(std::size_t line, Titles titles) {
-    format_.header_line = lines_[line].number;
-    format_.header = std::string(lines_[line].text);
-    while (titles.size() > sample_.width && titles.back().empty()) titles.pop_back();
-    if (format_.separator == ' ') JoinNames(titles);
-    if (titles.size() + 1 == sample_.width) InsertMissing(titles);
-    format_.width = titles.size();
-    titles.resize(std::max(titles.size(), sample_.width));
-    format_.columns.assign(titles.size(), {});
-    for (std::size_t i = 0; i < titles.size(); ++i) format_.columns[i].title = titles[i];
-  }
-
-  // Blanks between columns have cut names in two: "Open Interest", "Date & Time".
-  void JoinNames(Titles& titles) const {
-    const auto join = [&](std::size_t first, std::size_t words) {
-      for (std::size_t i = 1; i < words; ++i) titles[first] += " " + titles[first + i];
-      const auto rest = titles.begin() + static_cast<std::ptrdiff_t>(first) + 1;
-      titles.erase(rest, rest + static_cast<std::ptrdiff_t>(words) - 1);
-    };
-    const auto is = [&](std::size_t place, std::initializer_list<const char*> words) {
-      const std::string title = place < titles.size() ? UpperCased(titles[place]) : "";
-      return std::ranges::any_of(words, [&](const char* word) { return title == word; });
-    };
-    const auto is_name = [](const std::string& title) {
-      return !NamedColumns(std::span(&title, 1)).empty();
-    };
-    for (std::size_t i = 0; i + 1 < titles.size(); ++i) {
-      if (is(i, {"DATE"}) && is(i + 1, {"&", "AND", "/"}) && is(i + 2, {"TIME"})) join(i, 3);
-      if (is(i, {"OPEN"}) && is(i + 1, {"INTEREST", "INT", "INT."})) join(i, 2);
-      if (is(i, {"ADJ", "ADJ.", "ADJUSTED"}) && is(i + 1, {"CLOSE", "CLOSE*", "CLOSE**"}))
-        join(i, 2);
-    }
-    for (std::size_t i = 0; i + 1 < titles.size() && titles.size() > sample_.width; ++i) {
-      const bool both = is_name(titles[i]) && is_name(titles[i + 1]);
-      if (!both && is_name(titles[i] + titles[i + 1])) join(i, 2);
-    }
-  }
-
-  // Some programs number the rows without a title, or have one title for date and time.
-  void InsertMissing(Titles& titles) const {
-    if (values_.CountRows(0)) {
-      titles.insert(titles.begin(), "");
-    } else if (sample_.width > 1 && values_.AreDates(0) && values_.AreClockTimes(1)) {
-      titles.insert(titles.begin() + 1, "");
-    }
+  void Ignore(PriceField field, const std::string& reason) {
+    const Column column = Place(field);
+    if (!column) return;
+    Set(PriceField::kIgnored, *column, reason);
+    format_.SetPlace(PriceField::kIgnored, std::nullopt);
+    format_.SetPlace(field, std::nullopt);
   }
 
   Titles HeaderTitles() const {
@@ -177,10 +123,7 @@ class Recognition {
 
   // "Volume BTC", "total_volume"
   void AssignVolumeOfUnit(const Titles& titles) {
-    for (const PriceField field : {PriceField::kVolume, PriceField::kTickVolume,
-                                   PriceField::kUpVolume, PriceField::kDownVolume}) {
-      if (Place(field)) return;
-    }
+    if (HasVolume(format_)) return;
     Column found;
     for (std::size_t i = 0; i < titles.size(); ++i) {
       const std::string name = PlainName(titles[i]);
@@ -212,21 +155,14 @@ class Recognition {
     for (const bool unix : {false, true}) {
       for (std::size_t i = 0; i < sample_.width; ++i) {
         if (!IsFree(i) || !values_.AreDates(i) || values_.AreUnixTimes(i) != unix) continue;
-        if (unix && !MayHoldMoments(i)) continue;
+        // Turnovers and volumes can look like Unix times.
+        const std::string name = PlainName(format_.columns[i].title);
+        if (unix && !name.empty() && !NamesMoments(name)) continue;
         Set(PriceField::kDate, i, "holds dates");
         return;
       }
     }
     throw ImportError("no column holds dates");
-  }
-
-  // Turnovers and volumes can look like Unix times.
-  bool MayHoldMoments(std::size_t column) const {
-    const std::string title = PlainName(format_.columns[column].title);
-    constexpr std::array kParts = {"TIME", "DATE", "UNIX", "EPOCH"};
-    return title.empty() || std::ranges::any_of(kParts, [&](const char* part) {
-             return title.find(part) != std::string::npos;
-           });
   }
 
   // The column of times is next to the date; the ticker may be on either side of it.
@@ -265,9 +201,7 @@ class Recognition {
   void IgnoreEndsOfDays() {
     const Column time = Place(PriceField::kTime);
     if (!time || !values_.AreEndsOfDays(*time)) return;
-    Set(PriceField::kIgnored, *time, "the end of the day in every row");
-    format_.SetPlace(PriceField::kTime, std::nullopt);
-    format_.SetPlace(PriceField::kIgnored, std::nullopt);
+    Ignore(PriceField::kTime, "the end of the day in every row");
   }
 
   // The first four columns of numbers after the date of which one is the highest and one the
@@ -306,8 +240,8 @@ class Recognition {
   }
 
   void InferPrices(std::size_t first, NumberStyle style) {
-    const bool high_first = ArePrices(first, 1, 2, style);
-    const bool low_first = ArePrices(first, 2, 1, style);
+    const bool high_first = values_.ArePrices(first, PriceOrder::kHighFirst, style);
+    const bool low_first = values_.ArePrices(first, PriceOrder::kLowFirst, style);
     if (!high_first && !low_first) return;  // both if all prices of a bar are equal
     const std::string second = high_first ? "the highest" : "the lowest";
     Set(PriceField::kOpen, first, "the first of four prices");
@@ -318,76 +252,24 @@ class Recognition {
     InferVolume(first + 4, style);
   }
 
-  bool ArePrices(std::size_t first, std::size_t high, std::size_t low, NumberStyle style) const {
-    bool judged = false;
-    for (std::size_t i = 0; i < sample_.lines.size(); ++i) {
-      if (!sample_.is_row[i] || sample_.lines[i].size() < first + 4) continue;
-      std::array<float, 4> prices{};
-      for (std::size_t k = 0; k < prices.size(); ++k) {
-        prices[k] = NumberIn(sample_.lines[i][first + k], style).value_or(PriceNumber{}).value;
-      }
-      const auto [lowest, highest] = std::ranges::minmax(prices);
-      if (lowest == 0) continue;  // missing
-      constexpr float kMostOfOneBar = 3;
-      if (prices[high] != highest || prices[low] != lowest) return false;
-      if (highest > 0 && highest > lowest * kMostOfOneBar) return false;
-      judged = true;
-    }
-    return judged;
-  }
-
   // The next column, unless its numbers could be prices. What further ones mean is not
   // known.
   void InferVolume(std::size_t column, NumberStyle style) {
     for (; column < sample_.width && values_.AreNumbers(column); ++column) {
-      if (IsNearTheClose(column, style)) continue;
+      if (values_.AreNearPrices(column, *Place(PriceField::kClose), style)) continue;
       Set(PriceField::kVolume, column, "the first number after the prices");
       return;
     }
   }
 
-  // True for an adjusted close or an average: never far from the close, and seldom at a much
-  // different distance than in the row before.
-  bool IsNearTheClose(std::size_t column, NumberStyle style) const {
-    constexpr float kStep = 1.1F;
-    const std::size_t close = *Place(PriceField::kClose);
-    bool value_decimals = false;
-    bool price_decimals = false;
-    int rows = 0;
-    int steps = 0;
-    float before = 0;
-    for (std::size_t i = 0; i < sample_.lines.size(); ++i) {
-      const std::vector<std::string>& fields = sample_.lines[i];
-      if (!sample_.is_row[i] || fields.size() <= column) continue;
-      const PriceNumber value = NumberIn(fields[column], style).value_or(PriceNumber{});
-      const PriceNumber price = NumberIn(fields[close], style).value_or(PriceNumber{});
-      if (value.value < price.value / 2 || value.value > price.value * 2) return false;
-      value_decimals |= value.decimals > 0;
-      price_decimals |= price.decimals > 0;
-      const float ratio = price.value == 0 ? 1 : value.value / price.value;
-      ++rows;
-      if (before > 0 && (ratio > before * kStep || before > ratio * kStep)) ++steps;
-      before = ratio;
-    }
-    return steps * 4 <= rows && (value_decimals || !price_decimals);
-  }
-
+  // A total is better than its parts, and these are better than ticks.
   void UseOnlyVolumeThereIs() {
-    const Column ticks = Place(PriceField::kTickVolume);
-    if (Place(PriceField::kVolume) || Place(PriceField::kUpVolume)) {
-      // A total is better than its parts.
-      if (Place(PriceField::kVolume)) {
-        for (const PriceField part : {PriceField::kUpVolume, PriceField::kDownVolume}) {
-          if (Place(part))
-            format_.columns[*Place(part)] = {.title = format_.columns[*Place(part)].title,
-                                             .field = PriceField::kIgnored,
-                                             .reason = "part of the volume"};
-          format_.SetPlace(part, std::nullopt);
-        }
-      }
-      return;
+    if (Place(PriceField::kVolume)) {
+      Ignore(PriceField::kUpVolume, "part of the volume");
+      Ignore(PriceField::kDownVolume, "part of the volume");
+    } else if (!Place(PriceField::kUpVolume)) {
+      format_.SetPlace(PriceField::kVolume, Place(PriceField::kTickVolume));
     }
-    if (ticks) format_.SetPlace(PriceField::kVolume, ticks);
   }
 
   // A file with a date and a close has bars of one price.
@@ -420,7 +302,8 @@ class Recognition {
     const std::size_t open = *Place(PriceField::kOpen);
     const bool in_order = Place(PriceField::kHigh) == open + 1 &&
                           Place(PriceField::kLow) == open + 2 &&
-                          (ArePrices(open, 1, 2, {false}) || ArePrices(open, 1, 2, {true}));
+                          (values_.ArePrices(open, PriceOrder::kHighFirst, {false}) ||
+                           values_.ArePrices(open, PriceOrder::kHighFirst, {true}));
     if (sample_.width == format_.width + 1 && IsFree(format_.width - 1) && in_order) return;
     throw ImportError("line " + std::to_string(lines_[sample_.first_row].number) + ": has " +
                       std::to_string(sample_.width) + " fields, the header has " +

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <string>
 
 #include "base/dates.h"
 #include "base/number_text.h"
@@ -110,6 +111,49 @@ bool ColumnValues::HaveNumber(std::size_t column) const {
 
 bool ColumnValues::HaveTime(std::size_t column) const {
   return std::ranges::any_of(sample_.Column(column), LooksLikeTime);
+}
+
+bool ColumnValues::ArePrices(std::size_t first, PriceOrder order, NumberStyle style) const {
+  const std::size_t high = order == PriceOrder::kHighFirst ? 1 : 2;
+  const std::size_t low = 3 - high;
+  bool judged = false;
+  for (std::size_t i = 0; i < sample_.lines.size(); ++i) {
+    if (!sample_.is_row[i] || sample_.lines[i].size() < first + 4) continue;
+    std::array<float, 4> prices{};
+    for (std::size_t k = 0; k < prices.size(); ++k) {
+      prices[k] = NumberIn(sample_.lines[i][first + k], style).value_or(PriceNumber{}).value;
+    }
+    const auto [lowest, highest] = std::ranges::minmax(prices);
+    if (lowest == 0) continue;  // missing
+    constexpr float kMostOfOneBar = 3;
+    if (prices[high] != highest || prices[low] != lowest) return false;
+    if (highest > 0 && highest > lowest * kMostOfOneBar) return false;
+    judged = true;
+  }
+  return judged;
+}
+
+bool ColumnValues::AreNearPrices(std::size_t column, std::size_t prices, NumberStyle style) const {
+  constexpr float kStep = 1.1F;
+  bool value_decimals = false;
+  bool price_decimals = false;
+  int rows = 0;
+  int steps = 0;
+  float before = 0;
+  for (std::size_t i = 0; i < sample_.lines.size(); ++i) {
+    const std::vector<std::string>& fields = sample_.lines[i];
+    if (!sample_.is_row[i] || fields.size() <= std::max(column, prices)) continue;
+    const PriceNumber value = NumberIn(fields[column], style).value_or(PriceNumber{});
+    const PriceNumber price = NumberIn(fields[prices], style).value_or(PriceNumber{});
+    if (value.value < price.value / 2 || value.value > price.value * 2) return false;
+    value_decimals |= value.decimals > 0;
+    price_decimals |= price.decimals > 0;
+    const float ratio = price.value == 0 ? 1 : value.value / price.value;
+    ++rows;
+    if (before > 0 && (ratio > before * kStep || before > ratio * kStep)) ++steps;
+    before = ratio;
+  }
+  return steps * 4 <= rows && (value_decimals || !price_decimals);
 }
 
 }  // namespace velumar

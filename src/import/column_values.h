@@ -1,10 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "import/sample_table.h"
 
 namespace velumar {
+
+// Which of the two follows the open.
+enum class PriceOrder : std::uint8_t { kHighFirst, kLowFirst };
 
 // Answers what the values of a column could be.
 class ColumnValues {
@@ -36,6 +40,12 @@ class ColumnValues {
   bool HaveDate(std::size_t column) const;
   bool HaveNumber(std::size_t column) const;
   bool HaveTime(std::size_t column) const;
+
+  // Four columns, with the highest and the lowest price where the order says, in each row.
+  bool ArePrices(std::size_t first, PriceOrder order, NumberStyle style) const;
+  // True for an adjusted close or an average next to the closes: never far from these prices, and
+  // seldom at a much different distance than in the row before.
+  bool AreNearPrices(std::size_t column, std::size_t prices, NumberStyle style) const;
 
  private:
   const SampleTable& sample_;
