@@ -323,4 +323,19 @@ void RecogniseColumns(const SampleTable& sample, std::span<const TextLine> lines
   Recognition(sample, lines, format).Run(numbers);
 }
 
+void MarkPossibleVolumes(const SampleTable& sample, TableFormat& format) {
+  if (HasVolume(format)) return;
+  const ColumnValues values(sample, format.dates);
+  const std::size_t close = *format.Place(PriceField::kClose);
+  for (std::size_t i = 0; i < format.columns.size(); ++i) {
+    ColumnMeaning& column = format.columns[i];
+    if (column.field != PriceField::kIgnored || !column.reason.empty()) continue;
+    const bool are_moments = !values.AreUnixTimes(i) || NamesMoments(PlainName(column.title));
+    if (values.AreDates(i) && are_moments) continue;
+    column.may_be_volume =
+        values.MayBeVolumes(i, format.numbers) && !values.AreNearPrices(i, close, format.numbers);
+    if (column.may_be_volume) column.reason = "may be the volume";
+  }
+}
+
 }  // namespace velumar

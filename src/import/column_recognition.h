@@ -13,4 +13,8 @@ namespace velumar {
 void RecogniseColumns(const SampleTable& sample, std::span<const TextLine> lines,
                       std::optional<NumberStyle> numbers, TableFormat& format);
 
+// Marks the columns that nothing names and that may hold the volume, if no column is known to. The
+// format is complete but for that.
+void MarkPossibleVolumes(const SampleTable& sample, TableFormat& format);
+
 }  // namespace velumar

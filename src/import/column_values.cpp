@@ -156,4 +156,16 @@ bool ColumnValues::AreNearPrices(std::size_t column, std::size_t prices, NumberS
   return steps * 4 <= rows && (value_decimals || !price_decimals);
 }
 
+bool ColumnValues::MayBeVolumes(std::size_t column, NumberStyle style) const {
+  const auto fields = sample_.Column(column);
+  std::size_t above_zero = 0;
+  for (const std::string_view field : fields) {
+    const float value = NumberIn(field, style).value_or(PriceNumber{}).value;
+    if (value < 0 || field.ends_with('%')) return false;
+    above_zero += value > 0 ? 1 : 0;
+  }
+  if (above_zero * 2 <= fields.size() || AreClockTimes(column)) return false;
+  return fields.size() == 1 || (Different(column) > 1 && !CountRows(column));
+}
+
 }  // namespace velumar

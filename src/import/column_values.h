@@ -46,6 +46,9 @@ class ColumnValues {
   // True for an adjusted close or an average next to the closes: never far from these prices, and
   // seldom at a much different distance than in the row before.
   bool AreNearPrices(std::size_t column, std::size_t prices, NumberStyle style) const;
+  // Numbers, none below and most above zero, that are not all the same, no rates, and don't count
+  // rows.
+  bool MayBeVolumes(std::size_t column, NumberStyle style) const;
 
  private:
   const SampleTable& sample_;

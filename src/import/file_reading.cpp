@@ -237,11 +237,21 @@ class FileReading {
       return column.field >= PriceField::kVolume && column.field <= PriceField::kDownVolume;
     };
     if (std::ranges::any_of(columns, is_volume)) return;
-    for (const ColumnMeaning& column : columns) {
-      if (column.field != PriceField::kIgnored) continue;
-      if (PlainName(column.title).find("VOL") == std::string::npos) continue;
-      Remark("the column \"" + column.title + "\" was not read; the volumes are zero");
+    std::string possible;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      const auto& [title, field, reason, may_be_volume] = columns[i];
+      if (field != PriceField::kIgnored) continue;
+      const std::string name =
+          title.empty() ? "number " + std::to_string(i + 1) : "\"" + title + "\"";
+      if (PlainName(title).find("VOL") != std::string::npos) {
+        Remark("the column " + name + " was not read; the volumes are zero");
+      } else if (may_be_volume) {
+        possible += (possible.empty() ? "" : ", ") + name;
+      }
     }
+    if (possible.empty()) return;
+    Remark("a column that may be the volume was not taken: " + possible +
+           "; name it \"Volume\" in the first line to import it");
   }
 
   void CheckPrices() {

@@ -57,7 +57,8 @@ enum class PriceField : std::uint8_t {
 struct ColumnMeaning {
   std::string title;  // as the header writes it; empty without a header
   PriceField field = PriceField::kIgnored;
-  std::string reason;  // one short sentence
+  std::string reason;          // one short sentence
+  bool may_be_volume = false;  // of an ignored column: no other one is known to hold the volume
 };
 
 // One bar as a line of the file states it. Views are valid until the next call of the reader.

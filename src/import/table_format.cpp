@@ -206,6 +206,7 @@ TableFormat Recognised(std::span<const TextLine> lines, const ImportOptions& opt
     format.time_digits = DigitsOfTimes(sample.Column(*time));
   }
   FindZone(format);
+  MarkPossibleVolumes(sample, format);
   const auto volume = format.Place(PriceField::kVolume);
   const auto ticks = format.Place(PriceField::kTickVolume);
   format.is_volume_open = volume && ticks && volume != ticks;

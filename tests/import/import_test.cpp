@@ -1,4 +1,5 @@
 // Price files into a market data directory.
+#include <array>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <thread>
@@ -304,6 +305,37 @@ TEST_F(Import, SaysThatALongNameIsCut) {
   EXPECT_THAT(Take(file, options).remarks,
               ElementsAre(HasSubstr("cut to \"\u00DCberseehandel xxx")));
   EXPECT_EQ(NameOf("ABC"), "\u00DCberseehandel " + std::string(31, 'x'));
+}
+
+TEST_F(Import, NamesTheColumnThatMayBeTheMissingVolume) {
+  const auto remarks = [&](const std::string& header, const std::string& before,
+                           const std::array<std::string, 3>& after) {
+    std::string text = header;
+    for (int day = 2; day < 5; ++day) {
+      text += "2020010" + std::to_string(day) + before + ",10,11,9,10.5" + after[day - 2] + "\n";
+    }
+    const Understanding understood = UnderstandFile(File("ABC_D.csv", text), {}, nullptr);
+    EXPECT_TRUE(understood.Ready()) << text << understood.refusal;
+    return understood.remarks;
+  };
+  const auto taken = [](const std::string& column) {
+    return ElementsAre(
+        HasSubstr("a column that may be the volume was not taken: " + column + "; name it"));
+  };
+  const std::string prices = "Date,Open,High,Low,Close";
+  EXPECT_THAT(remarks(prices + ",Vaihto\n", "", {",7000", ",8100", ",7400"}), taken("\"Vaihto\""));
+  EXPECT_THAT(remarks(prices + ",Kurssi,Vaihto,Kpl\n", "",
+                      {",10.4,7000,30", ",10.3,8100,20", ",10.4,7400,40"}),
+              taken("\"Vaihto\", \"Kpl\""));
+  EXPECT_THAT(remarks(prices + ",\n,,,,,Shares\n", "", {",7000", ",8100", ",7400"}),
+              taken("number 6"));
+  EXPECT_THAT(remarks("", ",7000.5", {"", "", ""}), IsEmpty()) << "the same in every row";
+  EXPECT_THAT(remarks(prices + ",Vaihto,Volume\n", "", {",70,7", ",81,8", ",74,7"}), IsEmpty());
+  EXPECT_THAT(remarks(prices + ",Change,Mean,Row,Yield,Paid\n", "",
+                      {",-1,10.4,1,3%,0", ",1,10.3,2,4%,5", ",1,10.4,3,3%,0"}),
+              IsEmpty());
+  File("DEF_D.csv", "20200102,7000,10,11,9,10.5\n20200103,8100,10,11,9,10.5\n");
+  EXPECT_THAT(UnderstandFile(folder.Sub("DEF_D.csv"), {}, nullptr).remarks, taken("number 2"));
 }
 
 TEST_F(Import, CanBeCancelledBeforeItChangesAnything) {
