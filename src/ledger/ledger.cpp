@@ -101,8 +101,23 @@ void AddSessions(SqliteDatabase& database) {
   database.Execute("ALTER TABLE Runs ADD COLUMN Session INTEGER");
 }
 
+// A plan without a run waits for the next order of its session. Each change of a note is a row; one
+// without a run is about the session. A session that plays a trade again names its entry.
+void AddJournal(SqliteDatabase& database) {
+  static constexpr std::array<TableSchema, 2> kTables{
+      {{"Plans",
+        "Id INTEGER PRIMARY KEY, Session INTEGER, Run INTEGER, Place INTEGER, Stop NUMERIC, Target "
+        "NUMERIC, Setup TEXT, Confidence INTEGER, Reasons TEXT, Risk NUMERIC, Written TEXT"},
+       {"Notes",
+        "Id INTEGER PRIMARY KEY, Session INTEGER, Run INTEGER, Place INTEGER, Note TEXT, Written "
+        "TEXT"}}};
+  CreateTables(database, kTables);
+  database.Execute("ALTER TABLE Sessions ADD COLUMN AgainRun INTEGER");
+  database.Execute("ALTER TABLE Sessions ADD COLUMN AgainPlace INTEGER");
+}
+
 const DatabaseKind& LedgerKind() {
-  static constexpr std::array kMigrations{CreateLedgerTables, AddSessions};
+  static constexpr std::array kMigrations{CreateLedgerTables, AddSessions, AddJournal};
   static const DatabaseKind kKind{"ledger", Tables(), kMigrations};
   return kKind;
 }

@@ -49,8 +49,17 @@ struct LedgerTest : testing::Test {
   std::string file = scratch.Sub("Portfolio.mdb");
 };
 
-// Makes a closed ledger one of a version before sessions, and changes it further.
+// Makes a closed ledger one of a version before the journal.
+void MakeOlder(const std::string& file) {
+  SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
+      .Execute(
+          "PRAGMA user_version=2; DROP TABLE Plans; DROP TABLE Notes; "
+          "ALTER TABLE Sessions DROP AgainRun; ALTER TABLE Sessions DROP AgainPlace");
+}
+
+// Makes it one of a version before sessions, and changes it further.
 void MakeOlder(const std::string& file, const std::string& further) {
+  MakeOlder(file);
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
       .Execute(
           "PRAGMA user_version=0; DROP TABLE Sessions; DROP TABLE SessionMoments; "
@@ -75,8 +84,12 @@ TEST_F(LedgerTest, OlderFilesAreMigratedAndKeepTheirRows) {
   LedgerClose(reader);
   LedgerConnection newer = Opened(file);
   AddRow(newer);
+  const int session = LedgerBeginRun(newer, {}, {.symbol = "ABC"}, {.bar = 7});
   LedgerClose(newer);
+  MakeOlder(file);
+  LedgerClose(newer = Opened(file));
   LedgerConnection ledger = Reader(file);
+  EXPECT_EQ(LedgerReadSession(ledger, session).moment.bar, 7);
   const LedgerRecordset wiped = LedgerQuery(ledger, "select Place, Held, BarDate From Wiped");
   using Values = std::vector<LedgerValue>;
   EXPECT_EQ(wiped.rows, (std::vector<Values>{
