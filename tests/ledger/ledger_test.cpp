@@ -84,7 +84,9 @@ TEST_F(LedgerTest, OlderFilesAreMigratedAndKeepTheirRows) {
   LedgerClose(reader);
   LedgerConnection newer = Opened(file);
   AddRow(newer);
-  const int session = LedgerBeginRun(newer, {}, {.symbol = "ABC"}, {.bar = 7});
+  LedgerMoment moment;
+  moment.bar = 7;
+  const int session = LedgerBeginRun(newer, {}, {}, moment);
   LedgerClose(newer);
   MakeOlder(file);
   LedgerClose(newer = Opened(file));
