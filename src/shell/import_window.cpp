@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/paths.h"
+#include "base/scoped_counter.h"
 #include "import/wording.h"
 #include "shell/batch_texts.h"
 #include "shell/event_guard.h"
@@ -181,11 +182,33 @@ void ImportWindow::Import() {
                                 BoxIcon::kInformation);
   }
   // The window was closed during an import, and opened again before that has ended.
-  if (importing_) return ShowStatus("The import before is still ending. Try again.", true);
-  importing_ = true;
+  if (importing_ > 0) return ShowStatus("The import before is still ending. Try again.", true);
   const int load = load_;
   const std::vector<std::size_t> ready = batch_.In(FileState::kReady);
   ImportReport stored;
+  bool whole = false;
+  try {
+    whole = ImportReady(ready, load, stored);
+  } catch (...) {
+    if (Wanted(load)) EndTask();
+    throw;
+  }
+  if (Wanted(load)) {
+    EndTask();
+    if (batch_.Count(FileState::kAsks) > 0 && batch_.At(chosen_).state != FileState::kAsks) {
+      ChooseNextQuestion();
+    }
+    ShowStatus((whole ? "" : "Cancelled. ") + ImportedText(ready, stored));
+  }
+  if (!stored.series.empty() && desktop_.Untouched().form1.Loaded()) {
+    surroundings_.imported(stored.series.front().found);
+  }
+  if (Wanted(load)) ReadFiles();  // files may have been dropped since
+}
+
+bool ImportWindow::ImportReady(const std::vector<std::size_t>& ready, int load,
+                               ImportReport& stored) {
+  const ScopedCounter importing(importing_);
   task_ = Task::kImport;
   cancelled_ = interrupted_ = false;
   ShowTask();
@@ -198,26 +221,24 @@ void ImportWindow::Import() {
     Window().lstFiles.Refresh();
   });
   bool whole = true;
-  for (std::size_t i = 0; i < ready.size() && whole; ++i) {
-    ShowStatus("Importing " + std::to_string(i + 1) + " of " + std::to_string(ready.size()) + ": " +
-               PathText(batch_.At(ready[i]).path.filename()));
-    whole = ImportFile(ready[i], Progress(load, i, ready.size())) && Wanted(load);
+  try {
+    for (std::size_t i = 0; i < ready.size() && whole; ++i) {
+      ShowStatus("Importing " + std::to_string(i + 1) + " of " + std::to_string(ready.size()) +
+                 ": " + PathText(batch_.At(ready[i]).path.filename()));
+      whole = ImportFile(ready[i], Progress(load, i, ready.size())) && Wanted(load);
+    }
+  } catch (...) {
+    importer_.FinishImport();  // the files before it are imported
+    throw;
   }
   importer_.FinishImport();
-  importing_ = false;
-  if (Wanted(load)) {
-    task_ = Task::kNone;
-    ShowTask();
-    ShowFile();
-    if (batch_.Count(FileState::kAsks) > 0 && batch_.At(chosen_).state != FileState::kAsks) {
-      ChooseNextQuestion();
-    }
-    ShowStatus((whole ? "" : "Cancelled. ") + ImportedText(ready, stored));
-  }
-  if (!stored.series.empty() && desktop_.Untouched().form1.Loaded()) {
-    surroundings_.imported(stored.series.front().found);
-  }
-  if (Wanted(load)) ReadFiles();  // files may have been dropped since
+  return whole;
+}
+
+void ImportWindow::EndTask() {
+  task_ = Task::kNone;
+  ShowTask();
+  ShowFile();
 }
 
 bool ImportWindow::ImportFile(std::size_t file, const ImportProgress& progress) {

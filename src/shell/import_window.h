@@ -49,8 +49,11 @@ class ImportWindow {
 
   void ReadFile(std::size_t file, int load);
   void Import();
-  // Returns false if the import was cancelled or the window closed.
+  // Both return false if the import was cancelled or the window closed. The first adds what was
+  // stored to the report.
+  bool ImportReady(const std::vector<std::size_t>& ready, int load, ImportReport& stored);
   bool ImportFile(std::size_t file, const ImportProgress& progress);
+  void EndTask();
   std::string ImportedText(const std::vector<std::size_t>& wanted,
                            const ImportReport& stored) const;
   // Runs pending clicks; the part that is done is that of one step of several.
@@ -83,7 +86,7 @@ class ImportWindow {
   int load_ = 0;  // how often the window was opened
   Task task_ = Task::kNone;
   bool cancelled_ = false;    // the trader has cancelled the task
-  bool importing_ = false;    // until an import ends, even if its window is closed
+  int importing_ = 0;         // until an import ends, even if its window is closed
   bool interrupted_ = false;  // what is being read has new options
   std::size_t chosen_ = 0;    // the file that is shown
   bool chose_ = false;        // the trader has chosen it
