@@ -130,12 +130,11 @@ TEST_F(LinkServerTest, ShowsOrdersAndWhatIsHeldUntilTheyAreGone) {
   }
   ASSERT_EQ(edges.size(), 4U);
   EXPECT_TRUE(edges[1] <= edges[2] || edges[3] <= edges[0]) << "one tag covers the other";
-  for (QAction* const action : program_.window->findChildren<QAction*>()) {
-    if (action->shortcut() == QKeySequence(QKeySequence::New)) action->trigger();
-  }
+  program_.window->Act(HostAction::kCloseAll);
+  ASSERT_EQ(program_.window->ActiveChart(), nullptr);
+  program_.window->OpenDirectly({program_.folder, "SCB", -1});
   EXPECT_EQ(program_.window->ActiveChart()->Plot().Positions(), request.positions)
       << "a chart that is opened between two bars";
-  program_.window->Act(HostAction::kPreviousChart);
   request.positions = {{{300, close, true, true}}, {}};
   EXPECT_EQ(shown(), bare) << "an order at a bar that isn't there";
 }

@@ -190,12 +190,7 @@ ChartPane* MainWindow::AddPane(const SeriesRequest& request, const std::map<int,
   });
   pane->AddDrawings(*desk_);
   const ChartDocument& document = pane->Document();
-  for (ChartPane* const other : area_->Charts()) {
-    if (other->Document().Folder() != document.Folder()) continue;
-    if (other->Document().Symbol() == document.Symbol()) {
-      pane->SetPositions(other->Plot().Positions());
-    }
-  }
+  if (played_.IsOf(document)) pane->SetPositions(played_.positions);
   area_->Add(pane);
   if (document.FileNumber() && ChartsLike(document) == 1) {
     emit SeriesOpened(ToQt(document.Folder()), *document.FileNumber());
@@ -296,13 +291,18 @@ void MainWindow::OpenDirectly(const TypedChoice& choice) {
 
 void MainWindow::OfferCompare(bool offered) { view_menu_->OfferCompare(offered); }
 
+bool MainWindow::Played::IsOf(const ChartDocument& document) const {
+  return document.Folder() == folder && document.Symbol() == symbol;
+}
+
 bool MainWindow::RefreshFolder(const std::string& folder, const std::string& symbol,
                                const ChartPositions& positions) {
+  played_ = {folder, symbol, positions};
   bool any = false;
   for (ChartPane* const chart : area_->Charts()) {
     if (chart->Document().Folder() != folder) continue;
     any = true;
-    if (chart->Document().Symbol() == symbol) chart->SetPositions(positions);
+    if (played_.IsOf(chart->Document())) chart->SetPositions(positions);
     chart->RefreshNow();
   }
   if (!any) return false;
@@ -313,8 +313,9 @@ bool MainWindow::RefreshFolder(const std::string& folder, const std::string& sym
 
 void MainWindow::ShowPositions(const std::string& folder, const std::string& symbol,
                                const ChartPositions& positions) {
+  played_ = {folder, symbol, positions};
   for (ChartPane* const chart : area_->Charts()) {
-    if (chart->Document().Folder() != folder || chart->Document().Symbol() != symbol) continue;
+    if (!played_.IsOf(chart->Document())) continue;
     chart->SetPositions(positions);
     chart->WindowMoved();
   }
@@ -340,7 +341,10 @@ void MainWindow::ApplyTheme() {
 
 void MainWindow::ShowHint() { area_->ShowHint(); }
 
-void MainWindow::ShowOpening(const QString& symbol) { area_->ShowOpening(symbol); }
+void MainWindow::ShowOpening(const QString& symbol) {
+  played_ = {};
+  area_->ShowOpening(symbol);
+}
 
 void MainWindow::CloseAll() {
   while (area_->Count() > 0) RemoveChart(area_->Charts().front());

@@ -81,6 +81,15 @@ class MainWindow : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  // The orders and holdings of the run, for a chart of its series that is opened between two bars.
+  struct Played {
+    std::string folder;
+    std::string symbol;
+    ChartPositions positions;
+
+    bool IsOf(const ChartDocument& document) const;
+  };
+
   void BuildDialogs();
   void BuildMenus();
   void BuildDrawing();
@@ -110,6 +119,7 @@ class MainWindow : public QMainWindow {
   ChartOptions options_;
   std::vector<std::string> problems_;  // of the saved indicators, at the start
   std::optional<bool> velumar_dark_;
+  Played played_;
   ChartArea* area_;
   QPointer<ChartPane> first_;  // opened into the empty window
   OpenDialog* dialog_;
