@@ -24,6 +24,7 @@ class HostControl : public ChartSide {
   bool BringHostToFront() override { return Driver().BringToFront(); }
   void RefreshCharts() override;
   void ShowPositions() override;
+  void TakePicture(const std::string& file) override { link_.TakePicture(file); }
   // Repeats a refresh over the link that the chart program has missed. Call it now and then: after
   // the last bar of a feed no other refresh comes.
   void CatchUp();

@@ -184,6 +184,15 @@ void LinkDriver::ShowPositions() {
   if (!shown) behind_ = true;
 }
 
+void LinkDriver::TakePicture(const std::string& file) {
+  if (program_ != Program::kAnswers || starting_ > 0 || behind_) return;
+  Ask({.command = Command::kPicture,
+       .folder = session_.SimDir,
+       .symbol = session_.Run.symbol,
+       .picture = file},
+      kShortPatience);
+}
+
 // Orders at bars that the replay has stepped back over are not shown, nor the oldest of very many.
 ChartPositions LinkDriver::Positions() {
   constexpr std::ptrdiff_t kMostOrders = 2000;

@@ -31,6 +31,9 @@ class LinkDriver : public ChartDriver {
   // Shows the orders, what is held and the entered quantity on the charts, if the chart program
   // answered last time. Waits only for a moment: an order must not.
   void ShowPositions();
+  // Asks for a picture of the run's chart as it is shown now; there is none if the chart program
+  // did not answer last time. Waits only for a moment.
+  void TakePicture(const std::string& file);
   // True if the charts miss what they were last asked to show, because the chart program was busy
   // or had ended. Another refresh brings them up to date.
   bool Behind() const { return behind_; }

@@ -43,7 +43,8 @@ struct ChartPositions {
 };
 
 // What Velumar asks of its own chart program. Each request is answered once it is done; a refresh
-// is done when the bars are on the screen.
+// is done when the bars are on the screen. A picture is taken before the next request and written
+// later.
 struct ChartRequest {
   enum class Command : std::uint8_t {
     kNone,
@@ -52,16 +53,18 @@ struct ChartRequest {
     kOpen,
     kRefresh,
     kPositions,
+    kPicture,
     kTheme,
     kQuit
   };
 
   Command command = Command::kHello;
-  std::string folder = {};           // kOpen, kRefresh, kPositions: the working store
+  std::string folder = {};           // kOpen, kRefresh, kPositions, kPicture: the working store
   std::string symbol = {};           // the same; kCloseAll: what opens next, may be empty
   std::optional<int> interval = {};  // kOpen: minutes, -1 for daily bars; unset: the one with bars
   bool alone = false;                // kOpen: played blind, so no other series can be compared
   ChartPositions positions = {};     // kRefresh, kPositions
+  std::string picture = {};          // kPicture: the file, see platform/journal_picture.h
   bool dark = false;                 // kTheme
 };
 

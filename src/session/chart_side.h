@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace velumar {
 
 // What a run needs of the chart program. Nothing here throws: a chart program that is slow or gone
@@ -20,6 +22,9 @@ class ChartSide {
   // Shows the orders, what is held and the entered quantity on the charts, if the chart program
   // can.
   virtual void ShowPositions() = 0;
+  // Saves a picture of the run's chart in the file, if the chart program can. Returns before it is
+  // written.
+  virtual void TakePicture(const std::string& file) = 0;
 };
 
 }  // namespace velumar

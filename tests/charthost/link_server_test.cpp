@@ -139,6 +139,44 @@ TEST_F(LinkServerTest, ShowsOrdersAndWhatIsHeldUntilTheyAreGone) {
   EXPECT_EQ(shown(), bare) << "an order at a bar that isn't there";
 }
 
+TEST_F(LinkServerTest, SavesPicturesForTheJournalAndNothingElse) {
+  program_.window->resize(3800, 1900);
+  ASSERT_TRUE(Done(Open(-1)));
+  const std::filesystem::path journal = program_.scratch / "Journal";
+  const auto takes = [&](const std::string& file) {
+    return Done({Command::kPicture, program_.folder, "SCB", {}, false, {}, file});
+  };
+  const std::string first = (journal / "Portfolio-12-1.png").string();
+  const auto saved = [&] {
+    EXPECT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(first); }, 5000));
+    return QImage(QString::fromStdString(first));
+  };
+  EXPECT_TRUE(takes(first));
+  const QImage before = saved();
+  EXPECT_EQ(before.width(), 1920);
+  EXPECT_LE(std::filesystem::file_size(first), 200'000U);
+  std::filesystem::remove(first);
+  EXPECT_TRUE(takes(first));
+  StoreSecurity(program_.folder, {"SCB", "Bank", -1}, DailyBars(301), program_.cache);
+  EXPECT_TRUE(Done({.command = Command::kRefresh, .folder = program_.folder}));
+  EXPECT_EQ(saved(), before) << "taken before the next bar";
+
+  const std::string foreign = (journal / "holiday-1-1.png").string();
+  QImage(10, 10, QImage::Format_Mono).save(QString::fromStdString(foreign));
+  EXPECT_TRUE(takes(foreign));
+  for (const std::filesystem::path& refused :
+       {program_.scratch / "Portfolio-1-1.png", journal / "Portfolio-1.png",
+        journal / "Portfolio-1-2.exe", program_.scratch / "none" / "Journal" / "Portfolio-1-1.png",
+        std::filesystem::path("Journal/Portfolio-1-1.png")}) {
+    EXPECT_FALSE(takes(refused.string())) << refused;
+  }
+  EXPECT_FALSE(Done({Command::kPicture, program_.folder, "XYZ", {}, false, {}, first}))
+      << "no chart";
+  server_.reset();  // what was taken is written
+  EXPECT_EQ(QImage(QString::fromStdString(foreign)).width(), 10) << "not ours";
+  EXPECT_EQ(std::ranges::distance(std::filesystem::directory_iterator(journal)), 2);
+}
+
 TEST_F(LinkServerTest, IgnoresWhatIsNoRequest) {
   EXPECT_EQ(Send("hello"), IpcAnswer::kRefused);
   EXPECT_EQ(Send(std::string(kLongestIpcRequest + 1, ' ')), IpcAnswer::kRefused);

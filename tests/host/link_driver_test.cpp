@@ -174,7 +174,10 @@ TEST_F(LinkDriverTest, AProgramThatHangsStopsNeitherARunNorAnOrder) {
   host.RefreshCharts();
   EXPECT_EQ(run.line, "Chart program busy, wait for it! ");
   EXPECT_EQ(link.waited.count(), 2000);
-  for (int order = 0; order < 20; ++order) host.ShowPositions();
+  for (int order = 0; order < 20; ++order) {
+    host.ShowPositions();
+    host.TakePicture("picture");
+  }
   EXPECT_EQ(link.waited.count(), 2000) << "orders wait for nobody";
   host.RefreshCharts();
   EXPECT_LE(link.waited.count(), 2200) << "not for two seconds at each bar";

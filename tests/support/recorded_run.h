@@ -87,8 +87,10 @@ struct RecordedCharts : ChartSide {
   bool BringHostToFront() override { return true; }
   void RefreshCharts() override { asked.emplace_back("refresh"); }
   void ShowPositions() override { asked.emplace_back("positions"); }
+  void TakePicture(const std::string& file) override { pictures.push_back(file); }
 
   std::vector<std::string> asked;
+  std::vector<std::string> pictures;
 };
 
 }  // namespace velumar

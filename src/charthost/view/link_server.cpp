@@ -41,6 +41,7 @@ LinkServer::LinkServer(MainWindow& window)
 bool LinkServer::Accepts(std::string_view text) {
   const std::optional<ChartRequest> request = ReadChartRequest(text);
   if (!request) return false;
+  pictures_.TakeWaiting();
   const std::string folder = FromQt(CleanFolder(ToQt(request->folder)));
   switch (request->command) {
     case ChartRequest::Command::kNone:
@@ -56,6 +57,10 @@ bool LinkServer::Accepts(std::string_view text) {
     case ChartRequest::Command::kPositions:
       window_.ShowPositions(folder, request->symbol, request->positions);
       return true;
+    case ChartRequest::Command::kPicture: {
+      ChartPane* const chart = window_.ChartOf(folder, request->symbol);
+      return chart != nullptr && pictures_.Take(*chart, request->picture);
+    }
     case ChartRequest::Command::kTheme:
       window_.FollowTheme(request->dark);
       return true;

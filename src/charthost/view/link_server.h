@@ -4,6 +4,7 @@
 #include <memory>
 #include <string_view>
 
+#include "charthost/view/journal_pictures.h"
 #include "platform/ipc.h"
 
 namespace velumar {
@@ -22,6 +23,7 @@ class LinkServer {
   bool Accepts(std::string_view text);
 
   MainWindow& window_;
+  JournalPictures pictures_;
   QObject lifetime_;       // of the connection to the window
   bool quitting_ = false;  // Velumar closes the window, not the user
   std::unique_ptr<MessageListener> listener_;

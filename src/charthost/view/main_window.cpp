@@ -321,6 +321,17 @@ void MainWindow::ShowPositions(const std::string& folder, const std::string& sym
   }
 }
 
+ChartPane* MainWindow::ChartOf(const std::string& folder, const std::string& symbol) const {
+  const auto shows = [&](const ChartPane* chart) {
+    return chart != nullptr && chart->Document().Folder() == folder &&
+           chart->Document().Symbol() == symbol;
+  };
+  if (shows(ActiveChart())) return ActiveChart();
+  const std::vector<ChartPane*>& charts = area_->Charts();
+  const auto found = std::ranges::find_if(charts, shows);
+  return found == charts.end() ? nullptr : *found;
+}
+
 void MainWindow::FollowTheme(bool dark) {
   velumar_dark_ = dark;
   ApplyTheme();

@@ -60,6 +60,8 @@ class MainWindow : public QMainWindow {
                      const ChartPositions& positions);
   void ShowPositions(const std::string& folder, const std::string& symbol,
                      const ChartPositions& positions);
+  // A chart of the symbol, the active one if it is; null if none is open.
+  ChartPane* ChartOf(const std::string& folder, const std::string& symbol) const;
   // The colours of Velumar's windows, for as long as "System" is chosen.
   void FollowTheme(bool dark);
   // Shown while no chart is open: how to open one, or for a while that Velumar is about to.

@@ -13,6 +13,7 @@ NLOHMANN_JSON_SERIALIZE_ENUM(ChartRequest::Command,
                                  {ChartRequest::Command::kOpen, "open"},
                                  {ChartRequest::Command::kRefresh, "refresh"},
                                  {ChartRequest::Command::kPositions, "positions"},
+                                 {ChartRequest::Command::kPicture, "picture"},
                                  {ChartRequest::Command::kTheme, "theme"},
                                  {ChartRequest::Command::kQuit, "quit"},
                              })
@@ -40,6 +41,7 @@ std::string ChartRequestText(const ChartRequest& request) {
   if (request.interval) text["interval"] = *request.interval;
   if (request.alone) text["alone"] = true;
   if (request.positions != ChartPositions()) text["positions"] = request.positions;
+  if (!request.picture.empty()) text["picture"] = request.picture;
   if (request.command == Command::kTheme) text["dark"] = request.dark;
   // A folder's name may hold bytes that are no UTF-8.
   return text.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
@@ -56,6 +58,7 @@ std::optional<ChartRequest> ReadChartRequest(std::string_view text) {
                          .symbol = read.value("symbol", ""),
                          .alone = read.value("alone", false),
                          .positions = read.value("positions", ChartPositions()),
+                         .picture = read.value("picture", ""),
                          .dark = read.value("dark", false)};
     if (read.contains("interval")) request.interval = read.at("interval").get<int>();
     return request;
