@@ -288,21 +288,24 @@ void LedgerInsert(LedgerConnection& connection, std::string_view table,
   connection.ForWriting().Run(InsertInto(table, columns), values);
 }
 
-void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerValue>& values,
-                       const LedgerDetail& detail, const LedgerMoment& moment) {
+LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
+                                 const std::vector<LedgerValue>& values, const LedgerDetail& detail,
+                                 const LedgerMoment& moment) {
   static const std::string kRow = InsertInto(kPortfolioTable, PortfolioColumns());
-  static const std::string kDetail =
-      "INSERT INTO Details (Run, Place, Quantity, Vat, BarIndex, NewestShown, ClosePrice) VALUES "
-      "(" +
-      std::string(kNewestRun) + ", ?, ?, ?, ?, ?, ?)";
+  static const std::string kRun = "SELECT " + std::string(kNewestRun);
   SqliteDatabase& database = connection.ForWriting();
   SqliteTransaction transaction(database);
+  const LedgerValue run = database.FirstValue(kRun, {});
   database.Run(kRow, values);
-  database.Run(kDetail, {double(database.LastRow()), detail.quantity, detail.vat,
-                         double(detail.bar_index), double(detail.newest_shown),
-                         detail.close ? LedgerValue(*detail.close) : LedgerValue()});
+  const LedgerValue place = double(database.LastRow());
+  database.Run(
+      "INSERT INTO Details (Run, Place, Quantity, Vat, BarIndex, NewestShown, ClosePrice) VALUES "
+      "(?, ?, ?, ?, ?, ?, ?)",
+      {run, place, detail.quantity, detail.vat, double(detail.bar_index),
+       double(detail.newest_shown), detail.close ? LedgerValue(*detail.close) : LedgerValue()});
   LedgerWriteMoment(connection, moment);
   transaction.Commit();
+  return {static_cast<int>(ValueAs<double>(run)), static_cast<int>(ValueAs<double>(place))};
 }
 
 int LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run, const LedgerSession& session,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -32,6 +33,14 @@ struct LedgerRun {
   double starting_money = 0;
   double margin = 0;
   double money_per_point = 0;
+};
+
+// Names an order in the tables next to the rows.
+struct LedgerOrderKey {
+  int run = 0;
+  int place = 0;  // the rowid in MyPortfolio, which the archive keeps; 0: the order has no row
+
+  auto operator<=>(const LedgerOrderKey&) const = default;
 };
 
 // What an order's row does not say, stored next to it.
@@ -120,8 +129,10 @@ LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view selec
 void LedgerInsert(LedgerConnection& connection, std::string_view table,
                   const std::vector<std::string>& columns, const std::vector<LedgerValue>& values);
 // Appends an order's row and its detail, and writes where its session is now, all or nothing.
-void LedgerInsertOrder(LedgerConnection& connection, const std::vector<LedgerValue>& values,
-                       const LedgerDetail& detail, const LedgerMoment& moment = {});
+// Returns the key of the order.
+LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
+                                 const std::vector<LedgerValue>& values, const LedgerDetail& detail,
+                                 const LedgerMoment& moment = {});
 
 // Starts a run in one transaction: the rows of MyPortfolio move to the archive of their run, and
 // later rows belong to the new run. A session without a number begins with it; of another one the

@@ -209,7 +209,9 @@ RunRecord ReadRun(LedgerConnection& connection, int number) {
   AddDetails(connection, number, orders);
   AddWiped(connection, number, orders);
   RunRecord record{ReadBeginning(connection, number), {}};
+  const int run = number == kCurrentRun ? NewestRun(connection) : number;
   for (auto& [place, order] : orders) {
+    order.key = {run, order.kind == RunOrder::Kind::kWiped ? 0 : static_cast<int>(place)};
     if (order.symbol.empty() && record.began) order.symbol = record.began->symbol;
     record.orders.push_back(std::move(order));
   }

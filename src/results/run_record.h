@@ -17,6 +17,7 @@ struct RunOrder {
   enum class Kind : std::uint8_t { kEntry, kOffset, kWiped };
 
   Kind kind = Kind::kEntry;
+  LedgerOrderKey key;  // without a place for a wiped-out holding
   bool is_long = true;
   std::string symbol;
   std::string position;  // "Long", "Short", "Offset Long", "Offset Short"
