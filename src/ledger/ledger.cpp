@@ -7,6 +7,7 @@
 
 #include "base/dates.h"
 #include "base/text.h"
+#include "ledger/plans.h"
 
 namespace velumar {
 
@@ -107,7 +108,8 @@ void AddJournal(SqliteDatabase& database) {
   static constexpr std::array<TableSchema, 2> kTables{
       {{"Plans",
         "Id INTEGER PRIMARY KEY, Session INTEGER, Run INTEGER, Place INTEGER, Stop NUMERIC, Target "
-        "NUMERIC, Setup TEXT, Confidence INTEGER, Reasons TEXT, Risk NUMERIC, Written TEXT"},
+        "NUMERIC, Setup TEXT, Confidence INTEGER, Reasons TEXT, Risk NUMERIC, SinceBar INTEGER, "
+        "Written TEXT"},
        {"Notes",
         "Id INTEGER PRIMARY KEY, Session INTEGER, Run INTEGER, Place INTEGER, Note TEXT, Written "
         "TEXT"}}};
@@ -290,7 +292,7 @@ void LedgerInsert(LedgerConnection& connection, std::string_view table,
 
 LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
                                  const std::vector<LedgerValue>& values, const LedgerDetail& detail,
-                                 const LedgerMoment& moment) {
+                                 const LedgerMoment& moment, const LedgerPlan* plan) {
   static const std::string kRow = InsertInto(kPortfolioTable, PortfolioColumns());
   static const std::string kRun = "SELECT " + std::string(kNewestRun);
   SqliteDatabase& database = connection.ForWriting();
@@ -303,9 +305,16 @@ LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
       "(?, ?, ?, ?, ?, ?, ?)",
       {run, place, detail.quantity, detail.vat, double(detail.bar_index),
        double(detail.newest_shown), detail.close ? LedgerValue(*detail.close) : LedgerValue()});
+  const LedgerOrderKey key{static_cast<int>(ValueAs<double>(run)),
+                           static_cast<int>(ValueAs<double>(place))};
+  if (plan != nullptr) {
+    LedgerPlan taken = *plan;
+    taken.order = key;
+    LedgerWritePlan(connection, taken);
+  }
   LedgerWriteMoment(connection, moment);
   transaction.Commit();
-  return {static_cast<int>(ValueAs<double>(run)), static_cast<int>(ValueAs<double>(place))};
+  return key;
 }
 
 int LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run, const LedgerSession& session,

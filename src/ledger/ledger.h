@@ -66,6 +66,8 @@ struct LedgerWiped {
 // Converts an ISO date to the date text that queries return.
 using LedgerDateText = std::function<std::string(std::string_view iso_date)>;
 
+struct LedgerPlan;
+
 // The connection to the ledger. While it is closed or read-only, everything that writes throws
 // LedgerError with the reason; queries throw only if there is no file to read.
 class LedgerConnection {
@@ -128,11 +130,11 @@ LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view selec
 // Appends one row; values are in the order of the columns. The row is on the disk on return.
 void LedgerInsert(LedgerConnection& connection, std::string_view table,
                   const std::vector<std::string>& columns, const std::vector<LedgerValue>& values);
-// Appends an order's row and its detail, and writes where its session is now, all or nothing.
-// Returns the key of the order.
+// Appends an order's row and its detail, gives it the plan if there is one, and writes where its
+// session is now, all or nothing. Returns the key of the order.
 LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
                                  const std::vector<LedgerValue>& values, const LedgerDetail& detail,
-                                 const LedgerMoment& moment = {});
+                                 const LedgerMoment& moment = {}, const LedgerPlan* plan = nullptr);
 
 // Starts a run in one transaction: the rows of MyPortfolio move to the archive of their run, and
 // later rows belong to the new run. A session without a number begins with it; of another one the
@@ -153,7 +155,8 @@ std::vector<LedgerPlayed> LedgerSessions(LedgerConnection& connection);
 LedgerPlayed LedgerReadSession(LedgerConnection& connection, int number);
 // The trader has ended the session: it can't be resumed.
 void LedgerEndSession(LedgerConnection& connection, int number);
-// Removes the session from the list. Its runs and rows stay.
+// Removes the session from the list, and the plan that waits for its next order. Its runs and rows
+// stay.
 void LedgerForgetSession(LedgerConnection& connection, int number);
 
 }  // namespace velumar

@@ -39,6 +39,8 @@ class Revealing {
     RevealDetails();
     RevealWiped();
     RevealRuns();
+    database_.Run("UPDATE Plans SET Stop = Stop / ?, Target = Target / ? WHERE Session = ?",
+                  {hidden_.factor, hidden_.factor, double(number_)});
     database_.Run("UPDATE SessionMoments SET BarDate = ? WHERE Session = ?",
                   {double(Day(database_.FirstValue("SELECT BarDate FROM SessionMoments WHERE "
                                                    "Session = ?",

@@ -114,7 +114,8 @@ void LedgerEndSession(LedgerConnection& connection, int number) {
 void LedgerForgetSession(LedgerConnection& connection, int number) {
   ChangeSession(
       connection, number,
-      {"DELETE FROM SessionMoments WHERE Session = ?", "DELETE FROM Sessions WHERE Id = ?"});
+      {"DELETE FROM SessionMoments WHERE Session = ?", "DELETE FROM Sessions WHERE Id = ?",
+       "DELETE FROM Plans WHERE Session = ? AND Run IS NULL"});
 }
 
 }  // namespace velumar

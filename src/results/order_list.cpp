@@ -24,7 +24,12 @@ std::string Note(const RunOrder& order) {
   if (order.kind == RunOrder::Kind::kWiped) {
     note = "more than the " + QuantityText(order.held) + " held: closed without P/L";
   }
-  if (order.LookAhead().value_or(false)) note += note.empty() ? "look-ahead" : ", look-ahead";
+  const auto add = [&note](const std::string& part) { note += (note.empty() ? "" : ", ") + part; };
+  if (order.LookAhead().value_or(false)) add("look-ahead");
+  if (!order.plan) return note;
+  if (!order.plan->setup.empty()) add(order.plan->setup);
+  if (order.plan->stop) add("stop " + MoneyText(order.plan->stop));
+  if (order.plan->target) add("target " + MoneyText(order.plan->target));
   return note;
 }
 

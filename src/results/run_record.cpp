@@ -152,6 +152,13 @@ void AddWiped(LedgerConnection& connection, int number, Places& orders) {
   }
 }
 
+void AddPlans(LedgerConnection& connection, int run, Places& orders) {
+  for (LedgerPlan& plan : LedgerPlansOfRun(connection, run)) {
+    const auto order = orders.find(plan.order.place);
+    if (order != orders.end()) order->second.plan = std::move(plan);
+  }
+}
+
 // The first order of a side; null if it has none.
 const RunOrder* FirstOf(const RunRecord& record, bool is_long) {
   const auto first =
@@ -207,9 +214,10 @@ RunRecord ReadRun(LedgerConnection& connection, int number) {
   RequireRun(connection, number);
   Places orders = ReadRows(connection, number);
   AddDetails(connection, number, orders);
+  const int run = number == kCurrentRun ? NewestRun(connection) : number;
+  AddPlans(connection, run, orders);
   AddWiped(connection, number, orders);
   RunRecord record{ReadBeginning(connection, number), {}};
-  const int run = number == kCurrentRun ? NewestRun(connection) : number;
   for (auto& [place, order] : orders) {
     order.key = {run, order.kind == RunOrder::Kind::kWiped ? 0 : static_cast<int>(place)};
     if (order.symbol.empty() && record.began) order.symbol = record.began->symbol;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ledger/ledger.h"
+#include "ledger/plans.h"
 
 namespace velumar {
 
@@ -36,6 +36,7 @@ struct RunOrder {
   std::optional<double> vat;
   std::optional<int> bar;
   std::optional<int> newest_shown;
+  std::optional<LedgerPlan> plan;
 
   // True if later bars had already been shown when it was placed; empty if that was not recorded.
   std::optional<bool> LookAhead() const;

@@ -21,6 +21,8 @@ struct TradeSums {
   double lost = 0;  // negative
   double largest_win = 0;
   double largest_loss = 0;
+  int with_risk = 0;
+  double multiples = 0;  // of what was risked, summed
   // In the order the trades were closed. A break-even trade ends both streaks.
   int most_wins_in_a_row = 0;
   int most_losses_in_a_row = 0;
@@ -81,6 +83,8 @@ TradeSums SumTrades(const std::vector<Trade>& trades) {
       continue;
     }
     const double money = *trade.money;
+    sums.with_risk += trade.r ? 1 : 0;
+    sums.multiples += trade.r.value_or(0);
     wins_in_a_row = money > 0 ? wins_in_a_row + 1 : 0;
     losses_in_a_row = money < 0 ? losses_in_a_row + 1 : 0;
     sums.wins += money > 0 ? 1 : 0;
@@ -202,6 +206,10 @@ void AddTrades(const TradeSums& sums, std::vector<Statistic>& out) {
       {"Max consecutive losses", any ? Count(sums.most_losses_in_a_row) : kNoFigure,
        "The most losing trades in a row, in the order they were closed. A break-even trade ends "
        "the streak; trades without P/L are skipped."}};
+  if (sums.with_risk == 0) return;
+  out.push_back({"Average R", MoneyText(sums.multiples / sums.with_risk),
+                 "Result of a trade, before costs / what its plan risked at the entry, averaged "
+                 "over the trades whose plan had a stop."});
 }
 
 void AddDrawdown(const std::optional<Drawdown>& drawdown, std::vector<Statistic>& out) {

@@ -10,9 +10,11 @@ namespace {
 
 // Like the account: it keeps its average entry price to two decimals, as a row has it, and closes
 // at the exact close of the bar.
-TradeEnd EntryOf(const RunOrder& order) { return {order.date, order.time, order.price, order.bar}; }
+TradeEnd EntryOf(const RunOrder& order) {
+  return {order.date, order.time, order.price, order.bar, order.key};
+}
 TradeEnd ExitOf(const RunOrder& order) {
-  return {order.date, order.time, order.close.value_or(order.price), order.bar};
+  return {order.date, order.time, order.close.value_or(order.price), order.bar, order.key};
 }
 
 // The open lots of one side, updated order by order.
@@ -25,7 +27,10 @@ class SideLots {
     MatchHolding(order);
     switch (order.kind) {
       case RunOrder::Kind::kEntry:
-        if (Ordered(order) > 0) lots_.push_back({is_long_, Ordered(order), EntryOf(order)});
+        if (Ordered(order) > 0) {
+          lots_.push_back({is_long_, Ordered(order), EntryOf(order),
+                           order.plan ? order.plan->risk : std::nullopt});
+        }
         held_ = order.held;
         break;
       case RunOrder::Kind::kOffset:
@@ -73,14 +78,24 @@ class SideLots {
     const double negligible = kExactQuantity * quantity;
     while (quantity > negligible && !lots_.empty()) {
       OpenLot& lot = lots_.front();
-      OpenLot part = lot;
-      part.quantity = std::min(lot.quantity, quantity);
+      const OpenLot part = Taken(lot, std::min(lot.quantity, quantity));
       closed.push_back(Closed(part, order));
       quantity -= part.quantity;
-      lot.quantity -= part.quantity;
       if (lot.quantity <= kExactQuantity * part.quantity) lots_.pop_front();
     }
     if (order.held == 0) lots_.clear();
+  }
+
+  // A part of the lot, which loses it.
+  static OpenLot Taken(OpenLot& lot, double quantity) {
+    OpenLot part = lot;
+    part.quantity = quantity;
+    if (lot.risk) {
+      part.risk = *lot.risk * quantity / lot.quantity;
+      *lot.risk -= *part.risk;
+    }
+    lot.quantity -= quantity;
+    return part;
   }
 
   Trade Closed(const OpenLot& part, const RunOrder& order) const {
@@ -100,7 +115,9 @@ class SideLots {
 void AddMoney(const RunRecord& run, std::vector<Trade>& trades) {
   if (!run.began) return;
   for (Trade& trade : trades) {
-    if (trade.points) trade.money = *trade.points * run.began->money_per_point;
+    if (!trade.points) continue;
+    trade.money = *trade.points * run.began->money_per_point;
+    if (trade.lot.risk.value_or(0) > 0) trade.r = *trade.money / *trade.lot.risk;
   }
 }
 

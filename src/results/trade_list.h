@@ -14,13 +14,15 @@ struct TradeEnd {
   std::string time;
   double price = 0;  // of an entry to two decimals, of an exit exact, as in the account
   std::optional<int> bar;
+  LedgerOrderKey key = {};  // of the order
 };
 
 // A held quantity from one entry.
 struct OpenLot {
   bool is_long = true;
   double quantity = 0;
-  std::optional<TradeEnd> entry;  // empty if the entry is not in the ledger
+  std::optional<TradeEnd> entry;    // empty if the entry is not in the ledger
+  std::optional<double> risk = {};  // money that the plan risked at the entry for this quantity
 };
 
 // A closed quantity: first in, first out within its side. An offset that closes parts of two
@@ -34,6 +36,7 @@ struct Trade {
   // needs a run that recorded its money per point.
   std::optional<double> points;
   std::optional<double> money;
+  std::optional<double> r = {};  // the money as a multiple of what was risked
 };
 
 struct TradeList {

@@ -48,6 +48,7 @@ struct RunResultsTest : testing::Test, LedgerRows {
       trade.lot.entry ? text << trade.lot.entry->price : text << "?";
       text << " to " << trade.exit.price << ": ";
       trade.money ? text << *trade.money : text << (trade.wiped ? "wiped" : "?");
+      if (trade.r) text << ", R " << *trade.r;
       texts.push_back(text.str());
     }
     return texts;
@@ -135,12 +136,15 @@ TEST_F(RunResultsTest, HoldingsFromBeforeAPauseKeepTheirEntries) {
   TradeARun();
   Begin(2009000);
   Order(26, "Short", 2, 93, 3, 0, 2009000);
+  LedgerWritePlan(ledger, {.order = {2, 1}, .stop = 95, .risk = 4000});
   Begin(2009000);
   Order(27, "Offset Short", 2, 90, 1, 0, 2014000);  // entered at 95 and 93, two runs apart
   Order(28, "Offset Long", 1, 104, 0, 4, 2018000);
-  EXPECT_THAT(Trades(), ElementsAre("Short 1 from 95 to 90: 5000", "Short 1 from 93 to 90: 3000",
-                                    "Long 1 from 100 to 104: 4000"));
+  EXPECT_THAT(Trades(),
+              ElementsAre("Short 1 from 95 to 90: 5000", "Short 1 from 93 to 90: 3000, R 1.5",
+                          "Long 1 from 100 to 104: 4000"));
   EXPECT_EQ(Statistics()["Time in market"], "100.00 %");
+  EXPECT_EQ(Statistics()["Average R"], "1.50");
 
   // The same once archived, although a run without orders was started in between.
   const auto trades = Trades();
@@ -365,6 +369,8 @@ TEST_F(RunResultsTest, OrdersAsATableAndAsCsv) {
 }
 
 TEST_F(RunResultsTest, EveryFormulaIsInTheManual) {
+  TradeARun();
+  LedgerWritePlan(ledger, {.order = {1, 1}, .stop = 98, .risk = 4000});
   std::ifstream page(VELUMAR_STATISTICS_PAGE);
   const std::string text(std::istreambuf_iterator<char>(page), {});
   for (const Statistic& statistic : RunStatistics(ReadAccount(ledger, kCurrentRun))) {

@@ -1,0 +1,94 @@
+#include "ledger/plans.h"
+
+#include <span>
+
+namespace velumar {
+
+namespace {
+
+LedgerValue OrNull(std::optional<double> number) {
+  return number ? LedgerValue(*number) : LedgerValue();
+}
+
+std::optional<double> NumberOf(const LedgerValue& value) {
+  const auto* const number = std::get_if<double>(&value);
+  return number == nullptr ? std::nullopt : std::optional(*number);
+}
+
+bool HasPlans(const SqliteDatabase& database) {
+  return database.FirstValue("SELECT 1 FROM sqlite_schema WHERE name = 'Plans'") != LedgerValue();
+}
+
+LedgerPlan ReadPlan(const SqliteStatement& row) {
+  const auto whole = [&row](int column) {
+    return static_cast<int>(NumberOf(row.Value(column)).value_or(0));
+  };
+  const auto text = [&row](int column) { return ValueAs<std::string>(row.Value(column)); };
+  return {.id = whole(0),
+          .session = whole(1),
+          .order = {whole(2), whole(3)},
+          .stop = NumberOf(row.Value(4)),
+          .target = NumberOf(row.Value(5)),
+          .setup = text(6),
+          .confidence = whole(7),
+          .reasons = text(8),
+          .risk = NumberOf(row.Value(9)),
+          .since_bar = whole(10),
+          .written = text(11)};
+}
+
+std::vector<LedgerPlan> Plans(LedgerConnection& connection, const std::string& column, int number) {
+  const SqliteDatabase& database = connection.ForReading();
+  std::vector<LedgerPlan> plans;
+  if (!HasPlans(database)) return plans;
+  SqliteStatement select = database.Prepare(
+      "SELECT Id, Session, Run, Place, Stop, Target, Setup, Confidence, Reasons, Risk, SinceBar, "
+      "Written FROM Plans WHERE " +
+      column + " = ? ORDER BY Id");
+  const LedgerValue key(static_cast<double>(number));
+  select.Bind(std::span(&key, 1));
+  while (select.Step()) plans.push_back(ReadPlan(select));
+  return plans;
+}
+
+}  // namespace
+
+int LedgerWritePlan(LedgerConnection& connection, const LedgerPlan& plan) {
+  SqliteDatabase& database = connection.ForWriting();
+  const auto key = [&plan](int number) {
+    return plan.Waits() ? LedgerValue() : LedgerValue(double(number));
+  };
+  database.Run(
+      "REPLACE INTO Plans (Id, Session, Run, Place, Stop, Target, Setup, Confidence, Reasons, "
+      "Risk, SinceBar, Written) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      {plan.id == 0 ? LedgerValue() : LedgerValue(double(plan.id)), double(plan.session),
+       key(plan.order.run), key(plan.order.place), OrNull(plan.stop), OrNull(plan.target),
+       plan.setup, double(plan.confidence), plan.reasons, OrNull(plan.risk), double(plan.since_bar),
+       plan.written});
+  return static_cast<int>(database.LastRow());
+}
+
+void LedgerErasePlan(LedgerConnection& connection, int id) {
+  connection.ForWriting().Run("DELETE FROM Plans WHERE Id = ?", {double(id)});
+}
+
+std::vector<LedgerPlan> LedgerPlansOfSession(LedgerConnection& connection, int session) {
+  return Plans(connection, "Session", session);
+}
+
+std::vector<LedgerPlan> LedgerPlansOfRun(LedgerConnection& connection, int run) {
+  return Plans(connection, "Run", run);
+}
+
+std::vector<std::string> LedgerSetups(LedgerConnection& connection) {
+  const SqliteDatabase& database = connection.ForReading();
+  std::vector<std::string> setups;
+  if (!HasPlans(database)) return setups;
+  SqliteStatement select = database.Prepare(
+      "SELECT Setup FROM Plans WHERE Setup <> '' GROUP BY Setup ORDER BY max(Written) DESC, "
+      "max(Id) DESC LIMIT 100");
+  while (select.Step()) setups.push_back(ValueAs<std::string>(select.Value(0)));
+  return setups;
+}
+
+}  // namespace velumar
