@@ -5,6 +5,7 @@
 #include "base/dates.h"
 #include "base/decimal.h"
 #include "base/number_text.h"
+#include "ledger/notes.h"
 #include "marketdata/interval.h"
 #include "session/moment.h"
 #include "trading/status_texts.h"
@@ -171,15 +172,16 @@ OrderResult OrderDesk::Fill(const Side& side, std::string_view position,
   book.*side.Amount = figures.quantity_single;
   Average(side);
   ApplyOrderToBook(session_);
+  LedgerOrderKey key;
   if (Stored(double{book.*side.Accum} + double{book.*side.Amount}) > 0) {
-    LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, false), Detail(figures),
-                      Moment());
+    key = LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, false), Detail(figures),
+                            Moment());
   }
   ShowStatus(session_, view_, platform_.locale);
   if (book.*side.Amount == 0) {
     view_.ShowRefusal("the quantity is 0: nothing was opened");
   } else {
-    Mark(side, true);
+    Mark(side, true, key);
   }
   book.*side.Amount = 0;
   return OrderResult::kDone;
@@ -219,12 +221,13 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position,
   book.Balance = Stored(double{book.Balance} + double{book.*side.RealisedMoney});
   RevaluePositions(session_);
   ApplyOrderToBook(session_);
-  LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, true), Detail(figures), Moment());
+  const LedgerOrderKey key = LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, true),
+                                               Detail(figures), Moment());
   ShowStatus(session_, view_, platform_.locale);
   if (figures.quantity_single == 0) {
     view_.ShowRefusal("the quantity is 0: nothing was closed");
   } else {
-    Mark(side, false);
+    Mark(side, false, key);
   }
   return OrderResult::kDone;
 }
@@ -239,13 +242,15 @@ OrderResult OrderDesk::DropPosition(const Side& side, std::string_view position,
                     Moment());
   }
   ShowStatus(session_, view_, platform_.locale);
-  Mark(side, false);
+  Mark(side, false, {});
   return Refuse(TooMuchText(figures.quantity_single, before.*side.Accum), OrderResult::kTooMuch);
 }
 
-void OrderDesk::Mark(const Side& side, bool entry) {
+void OrderDesk::Mark(const Side& side, bool entry, const LedgerOrderKey& key) {
   session_.Orders.push_back({session_.BarIndex, session_.MarketPrice, side.gains_on_rise, entry});
   chart_.ShowPositions();
+  const std::string picture = LedgerPictureFile(ledger_, key);
+  if (!picture.empty()) chart_.TakePicture(picture);
 }
 
 LedgerDetail OrderDesk::Detail(const OrderFigures& figures) const {

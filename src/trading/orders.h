@@ -60,8 +60,8 @@ class OrderDesk {
                            const OrderFigures& figures);
   // Runs `work`. If it fails, the book is as it was.
   OrderResult AllOrNothing(const std::function<OrderResult()>& work);
-  // Shows the order on the chart.
-  void Mark(const Side& side, bool entry);
+  // Shows the order on the chart, and keeps a picture of it if the order has a row.
+  void Mark(const Side& side, bool entry, const LedgerOrderKey& key);
   LedgerDetail Detail(const OrderFigures& figures) const;
   LedgerMoment Moment() const;
   // Shows the reason and returns the result.
