@@ -67,11 +67,17 @@ void AddDatePattern(CLI::App& command, std::string& pattern) {
                      "the date format, such as dd/MM/yyyy (default: that of the user's locale)");
 }
 
-// Adds FILE and "--run".
-CLI::Option* AddRun(CLI::App& command, RunArguments& arguments) {
+// Adds FILE, "--run" and "--session".
+void AddScope(CLI::App& command, ScopeArguments& arguments) {
   command.add_option("FILE", arguments.file, "the ledger, such as Portfolio.mdb")->required();
-  return command.add_option("--run", arguments.run, "the number of an archived run")
-      ->check(CLI::PositiveNumber);
+  const auto add = [&](const std::string& flag, LedgerScope (*scope)(int), const char* help) {
+    return command
+        .add_option_function<int>(
+            flag, [&arguments, scope](int number) { arguments.scope = scope(number); }, help)
+        ->check(CLI::PositiveNumber);
+  };
+  add("--run", LedgerScope::Run, "the number of a run (default: the current one)")
+      ->excludes(add("--session", LedgerScope::Session, "the number of a session: all its runs"));
 }
 
 CLI::Option* AddText(CLI::App& command, const std::string& flag, std::optional<std::string>& text,
@@ -263,9 +269,10 @@ class CommandLine {
   }
 
   void AddFigures() {
-    CLI::App& command = AddCommand("figures", "Print the results of the newest or an archived run.",
-                                   [this] { PrintFigures(figures_, context_); });
-    AddRun(command, figures_);
+    CLI::App& command = AddCommand(
+        "figures", "Print the results of a run or session, by default of the newest run.",
+        [this] { PrintFigures(figures_, context_); });
+    AddScope(command, figures_);
     CLI::Option* json = command.add_flag("--json", figures_.json, "as one JSON object of texts");
     command.add_flag("--explain", figures_.explain, "the statistics, each with its formula")
         ->excludes(json);
@@ -275,7 +282,7 @@ class CommandLine {
   void AddLedger() {
     CLI::App& command = AddCommand("ledger", "Print the rows of a ledger, oldest first.",
                                    [this] { PrintLedger(ledger_, context_); });
-    CLI::Option* run = AddRun(command, ledger_);
+    AddScope(command, ledger_);
     CLI::Option* csv = command.add_flag("--csv", ledger_.csv, "as CSV with a header line");
     CLI::Option* json =
         command.add_flag("--json", ledger_.json, "as one JSON array of objects")->excludes(csv);
@@ -286,14 +293,15 @@ class CommandLine {
             ->excludes(json);
     command.add_flag("--runs", ledger_.runs, "the archived runs that have rows")
         ->excludes(orders)
-        ->excludes(run);
+        ->excludes(command.get_option("--run"))
+        ->excludes(command.get_option("--session"));
     AddDatePattern(command, ledger_.date_pattern);
   }
 
   void AddChart(const DrawingCommands& drawing) {
     CLI::App& command = AddCommand("chart", "Draw the portfolio chart of a ledger to a file.",
                                    [this, &drawing] { drawing.draw_chart(chart_); });
-    AddRun(command, chart_);
+    AddScope(command, chart_);
     command.add_option("--out", chart_.out, "the picture: .bmp, .png, .svg or .pdf")->required();
     command.add_option(
         "--type", chart_.type,
@@ -301,10 +309,11 @@ class CommandLine {
   }
 
   void AddReport(const DrawingCommands& drawing) {
-    CLI::App& command =
-        AddCommand("report", "Write the figures, statistics, chart and orders of a run as a PDF.",
-                   [this, &drawing] { drawing.write_report(report_); });
-    AddRun(command, report_);
+    CLI::App& command = AddCommand("report",
+                                   "Write the figures, statistics, chart and orders of a run or "
+                                   "session as a PDF.",
+                                   [this, &drawing] { drawing.write_report(report_); });
+    AddScope(command, report_);
     command.add_option("--out", report_.out, "the report, a .pdf file")->required();
     AddDatePattern(command, report_.date_pattern);
   }

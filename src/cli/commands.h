@@ -56,16 +56,16 @@ struct DumpArguments {
 };
 void Dump(const DumpArguments& arguments, CliContext& context);
 
-// The run that a command reads from a ledger.
-struct RunArguments {
+// The run or session that a command reads from a ledger.
+struct ScopeArguments {
   std::string file;
-  int run = kCurrentRun;
+  LedgerScope scope = kCurrentRun;
   std::string date_pattern;  // empty for that of the user's locale
 };
-// Opens the ledger read-only. Throws LedgerError, also if no run has the number.
-LedgerConnection OpenRun(const RunArguments& arguments);
+// Opens the ledger read-only. Throws LedgerError, also if no run or session has the number.
+LedgerConnection OpenScope(const ScopeArguments& arguments);
 
-struct LedgerArguments : RunArguments {
+struct LedgerArguments : ScopeArguments {
   bool csv = false;
   bool json = false;
   bool runs = false;
@@ -73,17 +73,17 @@ struct LedgerArguments : RunArguments {
 };
 void PrintLedger(const LedgerArguments& arguments, CliContext& context);
 
-struct FiguresArguments : RunArguments {
+struct FiguresArguments : ScopeArguments {
   bool json = false;
   bool explain = false;
 };
 void PrintFigures(const FiguresArguments& arguments, CliContext& context);
 
-struct ChartArguments : RunArguments {
+struct ChartArguments : ScopeArguments {
   std::string out;
   std::string type = "2D Line";
 };
-struct ReportArguments : RunArguments {
+struct ReportArguments : ScopeArguments {
   std::string out;
 };
 struct DrawingCommands {

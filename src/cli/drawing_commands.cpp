@@ -30,8 +30,8 @@ void StartOffscreenQt() {
 void DrawChart(const ChartArguments& arguments) {
   const std::optional<ChartType> type = ChartTypeOf(std::string_view(arguments.type));
   if (!type) throw std::runtime_error("--type: there is no chart type \"" + arguments.type + "\"");
-  LedgerConnection ledger = OpenRun(arguments);
-  ChartPoints points = PointsOfRun(ledger, arguments.run);
+  LedgerConnection ledger = OpenScope(arguments);
+  ChartPoints points = ReadPoints(ledger, arguments.scope);
   StartOffscreenQt();
   ResultPlot plot;
   plot.resize(kPictureSize);
@@ -41,8 +41,8 @@ void DrawChart(const ChartArguments& arguments) {
 }
 
 void WriteReport(const ReportArguments& arguments) {
-  LedgerConnection ledger = OpenRun(arguments);
-  const Report report = ReadReport(ledger, arguments.run);
+  LedgerConnection ledger = OpenScope(arguments);
+  const Report report = ReadReport(ledger, arguments.scope);
   StartOffscreenQt();
   SaveReport(report, QString::fromStdString(arguments.out));
 }

@@ -30,7 +30,7 @@ LedgerRecordset Records(LedgerConnection& ledger, const LedgerArguments& argumen
     columns += (columns.empty() ? "[" : ", [") + column + "]";
   }
   return LedgerQuery(ledger, "select " + columns + " From MyPortfolio order by rowid",
-                     arguments.run);
+                     arguments.scope);
 }
 
 std::string RowJson(const LedgerRecordset& records) {
@@ -146,16 +146,16 @@ std::string DatePatternOrDefault(const std::string& given) {
   return given.empty() ? SystemLocale()->ShortDatePattern() : given;
 }
 
-LedgerConnection OpenRun(const RunArguments& arguments) {
+LedgerConnection OpenScope(const ScopeArguments& arguments) {
   LedgerConnection ledger([pattern = DatePatternOrDefault(arguments.date_pattern)](
                               std::string_view date) { return IsoDateText(date, pattern); });
   LedgerOpenToRead(ledger, arguments.file);
-  RequireRun(ledger, arguments.run);
+  LedgerRequire(ledger, arguments.scope);
   return ledger;
 }
 
 void PrintSessions(const SessionsArguments& arguments, CliContext& context) {
-  LedgerConnection ledger = OpenRun({arguments.file, kCurrentRun, arguments.date_pattern});
+  LedgerConnection ledger = OpenScope({arguments.file, kCurrentRun, arguments.date_pattern});
   if (arguments.reveal != 0) {
     LedgerOpen(ledger, arguments.file);
     if (!ledger.CanWrite()) throw LedgerError(ledger.WhyNot());
@@ -175,9 +175,9 @@ void PrintSessions(const SessionsArguments& arguments, CliContext& context) {
 }
 
 void PrintLedger(const LedgerArguments& arguments, CliContext& context) {
-  LedgerConnection ledger = OpenRun(arguments);
+  LedgerConnection ledger = OpenScope(arguments);
   if (arguments.orders) {
-    context.out << OrdersCsv(ListOrders(ReadRun(ledger, arguments.run)));
+    context.out << OrdersCsv(ListOrders(ReadRecord(ledger, arguments.scope)));
     return;
   }
   const LedgerRecordset records = Records(ledger, arguments);
@@ -187,9 +187,9 @@ void PrintLedger(const LedgerArguments& arguments, CliContext& context) {
 }
 
 void PrintFigures(const FiguresArguments& arguments, CliContext& context) {
-  LedgerConnection ledger = OpenRun(arguments);
-  const std::vector<Statistic> statistics = RunStatistics(ReadAccount(ledger, arguments.run));
-  const ResultFigures figures = LoadResultFigures(ledger, arguments.run);
+  LedgerConnection ledger = OpenScope(arguments);
+  const std::vector<Statistic> statistics = RunStatistics(ReadAccount(ledger, arguments.scope));
+  const ResultFigures figures = LoadResultFigures(ledger, arguments.scope);
   context.out << (arguments.explain ? Formulas(statistics)
                   : arguments.json  ? FigureJson(figures, statistics)
                                     : FigureTable(figures, statistics));

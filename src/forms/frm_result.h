@@ -9,7 +9,7 @@
 
 namespace velumar {
 
-// The results of a run: tabs with chart, statistics and orders, and the figures below.
+// The results of a session or a run: tabs with chart, statistics and orders, and the figures below.
 class FrmResult : public Form {
  public:
   enum Tab { kChartTab, kStatisticsTab, kOrdersTab };
@@ -51,18 +51,18 @@ class FrmResult : public Form {
   std::int32_t full_height = 0;
   std::int32_t full_width = 0;
 
-  Toolbar Toolbar1{
-      *this,
-      {"Toolbar1", 0, 0, 8220, 480},
-      {{kSaveAs, "&Save As", "Save As", "result-save"},
-       {kPreview, "&Preview", "Preview", "result-preview"},
-       // Alt+S is Save As.
-       {kShadow, "S&hadow", "Shadow", "result-shadow"},
-       {kNoShadow, "&No Shadow", "No Shadow", "result-no-shadow"},
-       {kEffect, "&Effect", "Effect", "result-effect"},
-       {kDefault, "&Default", "Restore Default", "result-default"},
-       {kReport, "&Report", "Print a report of the run or save it as PDF", "result-report"},
-       {kClose, "&Close", "Close", "result-close"}}};
+  Toolbar Toolbar1{*this,
+                   {"Toolbar1", 0, 0, 8220, 480},
+                   {{kSaveAs, "&Save As", "Save As", "result-save"},
+                    {kPreview, "&Preview", "Preview", "result-preview"},
+                    // Alt+S is Save As.
+                    {kShadow, "S&hadow", "Shadow", "result-shadow"},
+                    {kNoShadow, "&No Shadow", "No Shadow", "result-no-shadow"},
+                    {kEffect, "&Effect", "Effect", "result-effect"},
+                    {kDefault, "&Default", "Restore Default", "result-default"},
+                    {kReport, "&Report", "Print a report of the session or run, or save it as PDF",
+                     "result-report"},
+                    {kClose, "&Close", "Close", "result-close"}}};
   ComboBox Combo1{*this,
                   {"Combo1", 8280, 120, 1575, 315, "2D Line", "How the chart is drawn"},
                   {"2D Bar", "3D Bar", "2D Line", "2D Area", "3D Line", "3D Step", "3D Step"}};
@@ -88,7 +88,8 @@ class FrmResult : public Form {
   Button cmdExport{*this,
                    {"cmdExport", 4575, 7920, 1320, 345, "Export CSV...",
                     "Save the orders as CSV, sorted as shown"}};
-  ComboBox cbxRun{*this, {"cbxRun", 6495, 7920, 3960, 345, "", "The run whose results are shown"}};
+  ComboBox cbxRun{
+      *this, {"cbxRun", 6495, 7920, 3960, 345, "", "The session or run whose results are shown"}};
 
   Frame Frame1{*this, {"Frame1", 0, 8760, 5295, 2175, " Summary ", "", kHeading}};
   Label Label1{*this, {"Label1", 240, 360, 900, 300, "Symbol:", "", kCaption}};
@@ -97,6 +98,11 @@ class FrmResult : public Form {
   Label lblInterval{
       *this,
       {"lblInterval", 1200, 780, 1560, 300, "", "Minutes of a bar; -1: a daily series", kValue}};
+  Label lblFiguresOf{*this,
+                     {"lblFiguresOf", 2910, 360, 2190, 720, "",
+                      "The rows that the figures below the chart are of. Chart, statistics and "
+                      "orders are of the whole session",
+                      kNote}};
   Label Label3{*this, {"Label3", 240, 1200, 900, 300, "Start Date:", "", kCaption}};
   Label lblStartDate{*this,
                      {"lblStartDate", 1200, 1200, 1560, 300, "",

@@ -167,10 +167,27 @@ std::vector<LedgerValue> RunValues(const LedgerRun& run) {
           run.market,    run.starting_money, run.margin,   run.money_per_point};
 }
 
-// Makes a select read the rows of an archived run in place of MyPortfolio.
-std::string OverArchive(int run, const std::string& sql) {
-  return "WITH MyPortfolio AS (SELECT " + Listed(PortfolioColumns()) +
-         ", Place AS rowid FROM Archive WHERE Run = " + std::to_string(run) + ") " + sql;
+// The numbers of the scope's runs, as a select.
+std::string RunsOf(LedgerScope scope) {
+  const std::string number = std::to_string(scope.number);
+  if (scope.kind == LedgerScope::Kind::kSession) {
+    return "SELECT Id FROM Runs WHERE Session = " + number;
+  }
+  return "SELECT " + (scope == kCurrentRun ? std::string(kNewestRun) : number);
+}
+
+// Makes a select read the rows of the scope in place of MyPortfolio: those of the archive, then
+// those of the current run if it belongs to the scope.
+std::string Over(LedgerScope scope, const std::string& sql) {
+  const std::string numbers = "WITH Scope AS (" + RunsOf(scope) + ")";
+  if (scope == kCurrentRun) return numbers + " " + sql;
+  const auto rows = [](const std::string& run, const std::string& place, const std::string& table) {
+    return "SELECT " + Listed(PortfolioColumns()) + ", " + run + " AS Run, " + place +
+           " AS Place, " + run + " * 4294967296 + " + place + " AS rowid FROM " + table +
+           " WHERE " + run + " IN Scope";
+  };
+  return numbers + ", MyPortfolio AS (" + rows("Run", "Place", "Archive") + " UNION ALL " +
+         rows(kNewestRun, "rowid", "main.MyPortfolio") + ") " + sql;
 }
 
 // Writes a session's beginning or its account, and returns its number. The caller holds a
@@ -263,10 +280,8 @@ void LedgerOpenToRead(LedgerConnection& connection, const std::string& data_sour
 }
 
 LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text,
-                            int archived_run, std::size_t most_rows) {
-  const std::string sql = Translated(select_text);
-  SqliteStatement select =
-      connection.ForReading().Prepare(archived_run == 0 ? sql : OverArchive(archived_run, sql));
+                            LedgerScope scope, std::size_t most_rows) {
+  SqliteStatement select = connection.ForReading().Prepare(Over(scope, Translated(select_text)));
   LedgerRecordset records;
   std::vector<bool> dates;
   for (int i = 0; i < select.Columns(); ++i) {
@@ -283,6 +298,20 @@ LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view selec
     }
   }
   return records;
+}
+
+void LedgerRequire(LedgerConnection& connection, LedgerScope scope) {
+  if (scope == kCurrentRun) return;
+  const bool session = scope.kind == LedgerScope::Kind::kSession;
+  const auto has = [&](std::string_view select) {
+    return connection.ForReading().FirstValue(select, {double(scope.number)}) != LedgerValue();
+  };
+  if (session ? LedgerHasSessions(connection) && has("SELECT 1 FROM Sessions WHERE Id = ?")
+              : has("SELECT 1 FROM Runs WHERE Id = ?")) {
+    return;
+  }
+  throw LedgerError(connection.File() + ": no " + (session ? "session" : "run") +
+                    " has the number " + std::to_string(scope.number));
 }
 
 void LedgerInsert(LedgerConnection& connection, std::string_view table,

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/ledger_scope.h"
 #include "ledger/owned_database.h"
 #include "ledger/sessions.h"
 
@@ -122,10 +123,15 @@ void LedgerClose(LedgerConnection& connection);
 // Runs a select, in which "&" joins texts. Dates are stored as ISO texts, so that they sort; the
 // column ActDate is returned as the user writes dates; format(…, 'dd-mmm-yy HH:MM') of a joined
 // date and time has English month names. Rows of equal date and time are returned in the order of
-// insertion, reversed if the select is descending. With the number of an archived run, MyPortfolio
-// holds the rows of that run. Fetches at most `most_rows` rows.
+// insertion, reversed if the select is descending. MyPortfolio holds the rows of the scope; unless
+// it is kCurrentRun, with two more columns: Run, and Place, the row's number in that run. The table
+// Scope holds the numbers of the scope's runs. Fetches at most `most_rows` rows.
 LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text,
-                            int archived_run = 0, std::size_t most_rows = SIZE_MAX);
+                            LedgerScope scope = kCurrentRun, std::size_t most_rows = SIZE_MAX);
+
+// Throws LedgerError if the ledger has no run or no session of that number; kCurrentRun always
+// passes.
+void LedgerRequire(LedgerConnection& connection, LedgerScope scope);
 
 // Appends one row; values are in the order of the columns. The row is on the disk on return.
 void LedgerInsert(LedgerConnection& connection, std::string_view table,
@@ -150,7 +156,9 @@ void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
 
 // Writes where the session of that number is now; a moment without a number is not written.
 void LedgerWriteMoment(LedgerConnection& connection, const LedgerMoment& moment);
-// Newest first by when they were last played. A ledger of an earlier version has none.
+// A ledger of an earlier version that is only read has no tables for them.
+bool LedgerHasSessions(LedgerConnection& connection);
+// Newest first by when they were last played.
 std::vector<LedgerPlayed> LedgerSessions(LedgerConnection& connection);
 LedgerPlayed LedgerReadSession(LedgerConnection& connection, int number);
 // The trader has ended the session: it can't be resumed.

@@ -61,11 +61,6 @@ LedgerPlayed ReadRow(const SqliteStatement& select) {
   throw LedgerError(connection.File() + ": no session has the number " + std::to_string(number));
 }
 
-bool HasSessions(const SqliteDatabase& database) {
-  return database.FirstValue("SELECT 1 FROM sqlite_schema WHERE name = 'SessionMoments'") !=
-         LedgerValue();
-}
-
 void ChangeSession(LedgerConnection& connection, int number,
                    std::initializer_list<std::string_view> statements) {
   LedgerReadSession(connection, number);
@@ -87,10 +82,15 @@ void LedgerWriteMoment(LedgerConnection& connection, const LedgerMoment& moment)
        moment.book, double(moment.as_shown), moment.touched});
 }
 
+bool LedgerHasSessions(LedgerConnection& connection) {
+  return connection.ForReading().FirstValue(
+             "SELECT 1 FROM sqlite_schema WHERE name = 'SessionMoments'") != LedgerValue();
+}
+
 std::vector<LedgerPlayed> LedgerSessions(LedgerConnection& connection) {
-  const SqliteDatabase& database = connection.ForReading();
   std::vector<LedgerPlayed> sessions;
-  if (!HasSessions(database)) return sessions;
+  if (!LedgerHasSessions(connection)) return sessions;
+  const SqliteDatabase& database = connection.ForReading();
   SqliteStatement select =
       database.Prepare(std::string(kSelect) + " ORDER BY Touched DESC, Id DESC");
   while (select.Step()) sessions.push_back(ReadRow(select));
@@ -98,8 +98,8 @@ std::vector<LedgerPlayed> LedgerSessions(LedgerConnection& connection) {
 }
 
 LedgerPlayed LedgerReadSession(LedgerConnection& connection, int number) {
+  if (!LedgerHasSessions(connection)) RefuseNumber(connection, number);
   const SqliteDatabase& database = connection.ForReading();
-  if (!HasSessions(database)) RefuseNumber(connection, number);
   SqliteStatement select = database.Prepare(std::string(kSelect) + " WHERE Id = ?");
   const LedgerValue id(static_cast<double>(number));
   select.Bind(std::span(&id, 1));

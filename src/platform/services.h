@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/ledger_scope.h"
+
 namespace velumar {
 
 enum class BoxIcon : std::uint8_t { kNone, kInformation, kExclamation };
@@ -67,9 +69,9 @@ class Printers {
  public:
   virtual ~Printers() = default;
   virtual bool Any() const = 0;
-  // Prints the report of the current run (0) or of an archived one, or writes it to `pdf_file` if
-  // that isn't empty. Throws std::runtime_error with the reason.
-  virtual void PrintReport(int run, const std::string& pdf_file) = 0;
+  // Prints the report of a run or session, or writes it to `pdf_file` if that isn't empty. Throws
+  // std::runtime_error with the reason.
+  virtual void PrintReport(LedgerScope scope, const std::string& pdf_file) = 0;
 };
 
 // The user's settings of the application `Velumar`: texts in sections, its own in kSection.

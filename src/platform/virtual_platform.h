@@ -127,8 +127,10 @@ class MemoryClipboard : public Clipboard {
 class FixedPrinters : public Printers {
  public:
   bool Any() const override { return any; }
-  void PrintReport(int run, const std::string& pdf_file) override {
-    printed.push_back(std::to_string(run) + ":" + pdf_file);
+  void PrintReport(LedgerScope scope, const std::string& pdf_file) override {
+    const bool session = scope.kind == LedgerScope::Kind::kSession;
+    printed.push_back((session ? "session " : "run ") + std::to_string(scope.number) + ":" +
+                      pdf_file);
   }
   bool any = false;
   std::vector<std::string> printed;

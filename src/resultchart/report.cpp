@@ -16,9 +16,9 @@ namespace {
 
 using Texts = std::map<std::string_view, std::string>;
 
-Texts FigureTexts(LedgerConnection& connection, int run) {
+Texts FigureTexts(LedgerConnection& connection, LedgerScope scope) {
   Texts texts;
-  for (ResultFigureText& figure : ResultFigureTexts(LoadResultFigures(connection, run))) {
+  for (ResultFigureText& figure : ResultFigureTexts(LoadResultFigures(connection, scope))) {
     texts[figure.field] = std::move(figure.text);
   }
   return texts;
@@ -44,7 +44,9 @@ std::string OrderCount(const RunRecord& record) {
       record.orders, [](const RunOrder& order) { return order.kind != RunOrder::Kind::kWiped; }));
 }
 
-std::vector<Report::Line> RunLines(const Texts& figures, const RunRecord& record, int run) {
+bool IsSession(LedgerScope scope) { return scope.kind == LedgerScope::Kind::kSession; }
+
+std::vector<Report::Line> Facts(const Texts& figures, const RunRecord& record, LedgerScope scope) {
   const auto began = [&](auto text) {
     return record.began ? text(*record.began) : std::string(kNoFigure);
   };
@@ -53,7 +55,8 @@ std::vector<Report::Line> RunLines(const Texts& figures, const RunRecord& record
     return day.empty() ? std::string(kNoFigure) : day + "  " + figures.at(time);
   };
   return {
-      {"Run", run == kCurrentRun ? "the newest" : "number " + std::to_string(run)},
+      {IsSession(scope) ? "Session" : "Run",
+       scope == kCurrentRun ? "the newest" : "number " + std::to_string(scope.number)},
       {"Market", began([](const LedgerRun& r) { return r.market; })},
       {"First order", moment("ResStartDate", "ResStartTime")},
       {"Last order", moment("ResEndDate", "ResEndTime")},
@@ -77,8 +80,8 @@ std::vector<Report::Line> FigureLines(const Texts& figures) {
 
 }  // namespace
 
-ChartPoints PointsOfRun(LedgerConnection& connection, int run) {
-  PortfolioChart chart = LoadPortfolioChart(connection, run);
+ChartPoints ReadPoints(LedgerConnection& connection, LedgerScope scope) {
+  PortfolioChart chart = LoadPortfolioChart(connection, scope);
   ChartPoints points;
   points.hint = std::move(chart.hint);
   for (PortfolioChartRow& row : chart.rows) {
@@ -88,22 +91,23 @@ ChartPoints PointsOfRun(LedgerConnection& connection, int run) {
   return points;
 }
 
-Report ReadReport(LedgerConnection& connection, int run) {
-  const std::vector<RunRecord> account = ReadAccount(connection, run);
+Report ReadReport(LedgerConnection& connection, LedgerScope scope) {
+  const std::vector<RunRecord> account = ReadAccount(connection, scope);
   const RunRecord& record = account.back();
-  const Texts figures = FigureTexts(connection, run);
+  const Texts figures = FigureTexts(connection, scope);
   Report report;
+  report.what = IsSession(scope) ? "session" : "run";
   report.title = Title(figures, record.began);
   // It may have been typed with either separator.
   if (record.began) {
     report.subtitle = PathText(NativePath(record.began->directory).lexically_normal());
   }
-  report.run = RunLines(figures, record, run);
+  report.facts = Facts(figures, record, scope);
   report.figures = FigureLines(figures);
   for (const Statistic& statistic : RunStatistics(account)) {
     report.statistics.push_back({std::string(statistic.name), statistic.value});
   }
-  report.points = PointsOfRun(connection, run);
+  report.points = ReadPoints(connection, scope);
   report.orders = ListOrders(record);
   return report;
 }

@@ -12,32 +12,33 @@ class QPagedPaintDevice;
 
 namespace velumar {
 
-// A run on paper.
+// A run or session on paper.
 struct Report {
   struct Line {
     std::string name;
     std::string value;
   };
 
+  std::string what;      // "run" or "session"
   std::string title;     // "ABC, daily bars"
   std::string subtitle;  // where the prices come from
-  std::vector<Line> run;
+  std::vector<Line> facts;
   std::vector<Line> figures;
   std::vector<Line> statistics;
   ChartPoints points;
   std::vector<OrderListRow> orders;
 };
 
-// The chart of the current run (0) or an archived one. Throws LedgerError.
-ChartPoints PointsOfRun(LedgerConnection& connection, int run);
+// Throws LedgerError.
+ChartPoints ReadPoints(LedgerConnection& connection, LedgerScope scope);
 
-// The complete report of the same run. Throws LedgerError.
-Report ReadReport(LedgerConnection& connection, int run);
+// Throws LedgerError.
+Report ReadReport(LedgerConnection& connection, LedgerScope scope);
 
-// Draws the report as vectors: an A4 page with run, figures, statistics and chart, then the orders
-// on as many landscape pages as they need. Their fourteen columns don't fit upright; the type
-// shrinks, to six units of 1/96 inch at least, until the longest text of each column fits. Throws
-// std::runtime_error if a page can't be started.
+// Draws the report as vectors: an A4 page with facts, figures, statistics and chart, then the
+// orders on as many landscape pages as they need. Their fourteen columns don't fit upright; the
+// type shrinks, to six units of 1/96 inch at least, until the longest text of each column fits.
+// Throws std::runtime_error if a page can't be started.
 void PrintReport(const Report& report, QPagedPaintDevice& device);
 
 // Saves the report as a PDF file; see SaveWhole. Throws std::runtime_error with the file's name.

@@ -150,12 +150,15 @@ class Pages {
   }
 
   void PrintSummary() {
-    BeginPage(QStringLiteral("Practice run: ") + ToQt(report_.title), ToQt(report_.subtitle));
+    BeginPage(QStringLiteral("Practice %1: %2").arg(ToQt(report_.what), ToQt(report_.title)),
+              ToQt(report_.subtitle));
     const QRectF page = Page();
     const double width = (page.width() - kColumnGap) * kNarrowColumn;
-    const double run = PrintLines(QStringLiteral("Run"), report_.run, 0, kHeader, width);
+    const QString what = ToQt(report_.what);
+    const double facts =
+        PrintLines(what.left(1).toUpper() + what.mid(1), report_.facts, 0, kHeader, width);
     const double figures =
-        PrintLines(QStringLiteral("Figures"), report_.figures, 0, run + kRow / 2, width);
+        PrintLines(QStringLiteral("Figures"), report_.figures, 0, facts + kRow / 2, width);
     const double statistics =
         PrintLines(QStringLiteral("Statistics"), report_.statistics, width + kColumnGap, kHeader,
                    page.width() - width - kColumnGap);

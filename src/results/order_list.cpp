@@ -59,11 +59,11 @@ std::string Exported(const LedgerValue& value) {
 
 }  // namespace
 
-std::vector<OrderListRow> ListOrders(const RunRecord& run) {
+std::vector<OrderListRow> ListOrders(const RunRecord& record) {
   std::vector<OrderListRow> rows;
   std::optional<double> balance;
-  if (run.began) balance = run.began->starting_money;
-  for (const RunOrder& order : run.orders) {
+  if (record.began) balance = record.began->starting_money;
+  for (const RunOrder& order : record.orders) {
     if (order.kind != RunOrder::Kind::kWiped) balance = order.money;
     rows.push_back(RowOf(order, rows.size() + 1, balance));
   }

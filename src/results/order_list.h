@@ -39,7 +39,7 @@ using OrderListRow = std::array<OrderCell, kOrderColumns.size()>;
 // The orders as they were placed, each with the holding of its side and the realised money after
 // it. A holding wiped out by an offset of more than was held has a row of its own. The note says
 // so, and marks look-ahead orders.
-std::vector<OrderListRow> ListOrders(const RunRecord& run);
+std::vector<OrderListRow> ListOrders(const RunRecord& record);
 
 // Sorts by a column; rows with equal values keep their order.
 void SortOrders(std::vector<OrderListRow>& rows, std::size_t column, bool descending);

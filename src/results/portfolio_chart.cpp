@@ -17,8 +17,8 @@ constexpr std::string_view kOffsets =
     "MyPortfolio  where Loffset <> 0 or Soffset <> 0 order by actdate ";
 
 std::vector<PortfolioChartRow> Rows(LedgerConnection& connection, std::string_view select,
-                                    int archived_run) {
-  const LedgerRecordset records = LedgerQuery(connection, select, archived_run);
+                                    LedgerScope scope) {
+  const LedgerRecordset records = LedgerQuery(connection, select, scope);
   std::vector<PortfolioChartRow> rows;
   rows.reserve(records.rows.size());
   for (const std::vector<LedgerValue>& record : records.rows) {
@@ -29,8 +29,8 @@ std::vector<PortfolioChartRow> Rows(LedgerConnection& connection, std::string_vi
 }
 
 // Trades can be closed without an offset row: an offset of more than was held books nothing.
-std::string Hint(LedgerConnection& connection, int archived_run) {
-  const std::size_t closed = ListTrades(ReadAccount(connection, archived_run)).trades.size();
+std::string Hint(LedgerConnection& connection, LedgerScope scope) {
+  const std::size_t closed = ListTrades(ReadAccount(connection, scope)).trades.size();
   if (closed == 0) return "No closed trades yet";
   return std::to_string(closed) + (closed == 1 ? " closed trade" : " closed trades") +
          " without P/L";
@@ -38,10 +38,10 @@ std::string Hint(LedgerConnection& connection, int archived_run) {
 
 }  // namespace
 
-PortfolioChart LoadPortfolioChart(LedgerConnection& connection, int archived_run) {
-  PortfolioChart chart{Rows(connection, kOrdersWithPoints, archived_run), {}};
-  if (chart.rows.empty()) chart.rows = Rows(connection, kOffsets, archived_run);
-  if (chart.rows.empty()) chart.hint = Hint(connection, archived_run);
+PortfolioChart LoadPortfolioChart(LedgerConnection& connection, LedgerScope scope) {
+  PortfolioChart chart{Rows(connection, kOrdersWithPoints, scope), {}};
+  if (chart.rows.empty()) chart.rows = Rows(connection, kOffsets, scope);
+  if (chart.rows.empty()) chart.hint = Hint(connection, scope);
   return chart;
 }
 

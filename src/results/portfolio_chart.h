@@ -20,7 +20,7 @@ struct PortfolioChart {
 // The money after each order that has points of closed trades, by date: from the first offset on,
 // without the rows where the last offsets of both sides cancel. If no order has points, the money
 // after each offset, so that trades closed at their entry price are still shown.
-// Reads the current or an archived run. Throws LedgerError.
-PortfolioChart LoadPortfolioChart(LedgerConnection& connection, int archived_run = 0);
+// Throws LedgerError.
+PortfolioChart LoadPortfolioChart(LedgerConnection& connection, LedgerScope scope = kCurrentRun);
 
 }  // namespace velumar

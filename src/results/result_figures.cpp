@@ -23,16 +23,16 @@ std::string Text(const LedgerValue& value) {
 
 }  // namespace
 
-ResultFigures LoadResultFigures(LedgerConnection& connection, int archived_run) {
+ResultFigures LoadResultFigures(LedgerConnection& connection, LedgerScope scope) {
   // The first row of a select; one of nulls, which read as 0 and empty texts, if it has no rows.
   const auto first = [&](std::string_view select) {
-    LedgerRecordset records = LedgerQuery(connection, select, archived_run, 1);
+    LedgerRecordset records = LedgerQuery(connection, select, scope, 1);
     if (records.Empty()) records.rows.emplace_back(records.columns.size());
     return std::move(records.rows.front());
   };
   ResultFigures figures;
   const LedgerRecordset series =
-      LedgerQuery(connection, "select symbol , SymbolInterval From MyPortfolio", archived_run, 1);
+      LedgerQuery(connection, "select symbol , SymbolInterval From MyPortfolio", scope, 1);
   figures.any_orders = !series.Empty();
   if (figures.any_orders) {
     figures.ResSymbol = Text(series.rows.front()[0]);

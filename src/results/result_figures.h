@@ -8,8 +8,8 @@
 
 namespace velumar {
 
-// The fourteen figures of a run. A figure without any rows is empty or 0, never that of another
-// run.
+// The fourteen figures of a run or session. A figure without any rows is empty or 0, never that of
+// another one.
 struct ResultFigures {
   bool any_orders = false;
   std::string ResSymbol;
@@ -33,8 +33,8 @@ struct ResultFigures {
   bool operator==(const ResultFigures&) const = default;
 };
 
-// Reads the figures of the current or an archived run. Throws LedgerError.
-ResultFigures LoadResultFigures(LedgerConnection& connection, int archived_run = 0);
+// Throws LedgerError.
+ResultFigures LoadResultFigures(LedgerConnection& connection, LedgerScope scope = kCurrentRun);
 
 struct ResultFigureText {
   std::string_view field;  // "ResPortfolio"

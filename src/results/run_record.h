@@ -9,9 +9,6 @@
 
 namespace velumar {
 
-// The current run, where a number is expected.
-inline constexpr int kCurrentRun = 0;
-
 // An order, from its row and its detail, or a holding wiped out by an offset of more than was held.
 struct RunOrder {
   enum class Kind : std::uint8_t { kEntry, kOffset, kWiped };
@@ -30,7 +27,8 @@ struct RunOrder {
   double average = 0;              // entry price of the holding
   double points = 0;               // realised
   double commission = 0;
-  double money = 0;  // realised money of the account after the order
+  double money = 0;                       // realised money of the account after the order
+  std::optional<double> money_per_point;  // of its run; empty if runs were not recorded yet
   // From the detail.
   std::optional<double> close;  // `price` with all decimals
   std::optional<double> vat;
@@ -42,41 +40,23 @@ struct RunOrder {
   std::optional<bool> LookAhead() const;
 };
 
+// A run, or all runs of a session as one.
 struct RunRecord {
-  std::optional<LedgerRun> began;  // empty for rows from before runs were recorded
-  std::vector<RunOrder> orders;    // in the order they were placed
+  std::optional<LedgerRun>
+      began;                     // of the first run; empty for rows from before runs were recorded
+  std::vector<RunOrder> orders;  // in the order they were placed
 };
 
-// Throws LedgerError if no archived run has the number; kCurrentRun always passes.
-void RequireRun(LedgerConnection& connection, int number);
+// Reads with one select for each table. Without orders it is empty. Throws LedgerError, also if the
+// ledger has no such run or session.
+RunRecord ReadRecord(LedgerConnection& connection, LedgerScope scope);
 
-// Throws like RequireRun. A run without orders reads as empty.
-RunRecord ReadRun(LedgerConnection& connection, int number);
+// The number of the newest run of the scope; 0 if runs were not recorded yet. Throws LedgerError.
+int NewestRun(LedgerConnection& connection, LedgerScope scope = kCurrentRun);
 
-struct RunChoice {
-  int number = kCurrentRun;
-  std::string title;  // "3: ABC D from 25/01/2007, 14 orders"
-};
-
-// The current run, then the archived runs with orders, newest first. Throws LedgerError.
-std::vector<RunChoice> RunChoices(LedgerConnection& connection);
-
-// The number of the current run; 0 if runs were not recorded yet. Throws LedgerError.
-int NewestRun(LedgerConnection& connection);
-
-// A run that a window shows, and the newest run when the window was opened.
-struct ShownRun {
-  int number = kCurrentRun;
-  int newest = 0;
-};
-
-// Where the rows of a shown run are now: the run that was current is in the archive once another
-// one has started. Throws LedgerError.
-int RunToRead(LedgerConnection& connection, ShownRun shown);
-
-// The run, preceded by as many runs as it takes to find where its holdings were entered: "Play"
-// after a pause starts a run with the holdings of the one before. Throws like ReadRun.
-std::vector<RunRecord> ReadAccount(LedgerConnection& connection, int number);
+// The run or session, preceded by as much as it takes to find where its holdings were entered:
+// "Play" after a pause starts a run with the holdings of the one before. Throws like ReadRecord.
+std::vector<RunRecord> ReadAccount(LedgerConnection& connection, LedgerScope scope);
 
 // The relative difference up to which two quantities are the same: they pass through 32-bit floats
 // and seven digits on their way into a row.

@@ -70,21 +70,6 @@ SessionResult ResultOfSession(const std::vector<RunOrder>& orders, const std::ve
   return result;
 }
 
-SessionOrders ReadSessionOrders(LedgerConnection& connection, int session) {
-  SessionOrders all;
-  const int newest = NewestRun(connection);
-  const LedgerRecordset runs =
-      LedgerQuery(connection, "select Id From Runs where Session = " + std::to_string(session) +
-                                  " order by Id");
-  for (const auto& row : runs.rows) {
-    const int number = static_cast<int>(ValueAs<double>(row.at(0)));
-    const RunRecord record = ReadRun(connection, number == newest ? kCurrentRun : number);
-    all.orders.insert(all.orders.end(), record.orders.begin(), record.orders.end());
-    if (record.began) all.money_per_point = record.began->money_per_point;
-  }
-  return all;
-}
-
 std::string ResultText(const SessionResult& result) {
   return "Your trades: " + Signed(result.played) + " before costs.\n" +
          "Bought at the start and held: " + Signed(result.held) + " (the price moved by " +

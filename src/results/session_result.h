@@ -30,14 +30,6 @@ inline constexpr int kChanceDraws = 1000;
 SessionResult ResultOfSession(const std::vector<RunOrder>& orders, const std::vector<float>& closes,
                               int first, int last, double money_per_point, std::uint64_t seed);
 
-// The orders of all runs of a session, and the money that a point is worth in it.
-struct SessionOrders {
-  std::vector<RunOrder> orders;
-  double money_per_point = 0;
-};
-// Throws LedgerError.
-SessionOrders ReadSessionOrders(LedgerConnection& connection, int session);
-
 // The result in three lines.
 std::string ResultText(const SessionResult& result);
 

@@ -258,7 +258,7 @@ void AddMoney(const RunRecord& run, const OrderSums& sums, std::vector<Statistic
   out.push_back(
       {"Look-ahead orders",
        sums.look_ahead ? Count(*sums.look_ahead) + " of " + Count(sums.orders) : kNoFigure,
-       "Orders placed at a bar after later bars had already been shown in the run."});
+       "Orders placed at a bar after later bars had already been shown."});
 }
 
 }  // namespace

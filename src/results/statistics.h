@@ -15,7 +15,7 @@ struct Statistic {
   std::string_view formula;
 };
 
-// The statistics of the last of the runs (see ReadAccount), in display order.
+// The statistics of the last of the records (see ReadAccount), in display order.
 std::vector<Statistic> RunStatistics(const std::vector<RunRecord>& account);
 
 }  // namespace velumar

@@ -104,6 +104,10 @@ class SideLots {
       const double rise = trade.exit.price - part.entry->price;
       trade.points = part.quantity * (is_long_ ? rise : -rise);
     }
+    if (trade.points && order.money_per_point) {
+      trade.money = *trade.points * *order.money_per_point;
+      if (part.risk.value_or(0) > 0) trade.r = *trade.money / *part.risk;
+    }
     return trade;
   }
 
@@ -111,15 +115,6 @@ class SideLots {
   std::deque<OpenLot> lots_;
   double held_ = 0;
 };
-
-void AddMoney(const RunRecord& run, std::vector<Trade>& trades) {
-  if (!run.began) return;
-  for (Trade& trade : trades) {
-    if (!trade.points) continue;
-    trade.money = *trade.points * run.began->money_per_point;
-    if (trade.lot.risk.value_or(0) > 0) trade.r = *trade.money / *trade.lot.risk;
-  }
-}
 
 }  // namespace
 
@@ -133,7 +128,6 @@ TradeList ListTrades(const std::vector<RunRecord>& account) {
       (order.is_long ? long_lots : short_lots).Apply(order, list.trades);
     }
   }
-  AddMoney(account.back(), list.trades);
   list.open.assign(long_lots.Open().begin(), long_lots.Open().end());
   list.open.insert(list.open.end(), short_lots.Open().begin(), short_lots.Open().end());
   return list;

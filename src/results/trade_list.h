@@ -44,8 +44,8 @@ struct TradeList {
   std::vector<OpenLot> open;  // still held at the end
 };
 
-// The trades closed in the last of the runs; the earlier ones only show where its holdings were
-// entered. Needs at least one run.
+// The trades closed in the last of the records; the earlier ones only show where its holdings were
+// entered. Needs at least one record.
 TradeList ListTrades(const std::vector<RunRecord>& account);
 
 }  // namespace velumar

@@ -5,7 +5,7 @@
 
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
-#include "results/session_result.h"
+#include "results/run_record.h"
 #include "session/delay.h"
 #include "session/moment.h"
 
@@ -214,7 +214,8 @@ void RunControl::Restore(const LedgerPlayed& played) {
   session_.StartDate = std::to_string(session_.BarDate.at(first));
   session_.StartTime = std::to_string(session_.BarTime.at(first));
   static_cast<Book&>(session_) = BookFromText(moment.book);
-  for (const RunOrder& order : ReadSessionOrders(ledger_, moment.session).orders) {
+  const RunRecord record = ReadRecord(ledger_, LedgerScope::Session(moment.session));
+  for (const RunOrder& order : record.orders) {
     if (order.quantity != 0) session_.Orders.push_back(MarkOf(order));
   }
   session_.SessionNumber = moment.session;

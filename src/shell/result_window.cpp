@@ -47,6 +47,12 @@ ChartRows RowsOf(PortfolioChart portfolio) {
   return rows;
 }
 
+// Empty if they are of what the window shows, as its list says.
+std::string FiguresOfText(LedgerScope shown, LedgerScope of_figures) {
+  if (shown.kind == LedgerScope::Kind::kRun) return "";
+  return of_figures == shown ? "of all runs of the session" : "of the newest run of the session";
+}
+
 }  // namespace
 
 ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
@@ -75,7 +81,7 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
   form.Combo1.on_key_up = guarded(kChangingTheChart, [this](int) { ApplyChartType(); });
   form.picCommonDialog.on_click = guarded(kChangingTheChart, [this] { ChooseColour(); });
   form.lnkScore.on_click = guarded("Opening the score board", [this] { score_board_.Open(); });
-  form.cbxRun.on_click = guarded("Reading the run", [this] { ChooseRun(); });
+  form.cbxRun.on_click = guarded("Reading the results", [this] { Choose(); });
   form.tabSheets.on_click = guarded("Reading the account", [this] { ChooseTab(); });
   form.lstOrders.on_header =
       guarded("Sorting the orders", [this](std::size_t column) { SortOrdersBy(column); });
@@ -99,17 +105,14 @@ void ResultWindow::Load() {
   form.MSChart1.SetSize(form.Frame3.Width(), form.Frame3.Height());
   form.full_width = static_cast<std::int32_t>(std::lround(form.MSChart1.Width()));
   form.full_height = static_cast<std::int32_t>(std::lround(form.MSChart1.Height()));
-  run_ = {};
-  // If the ledger can't be read, reading the figures says so.
-  IgnoringErrors([this] { run_.newest = NewestRun(ledger_); });
   SetUpTables();
   tab_ = FrmResult::kChartTab;
   account_.reset();
   ShowTab();
-  ListRuns();
+  ListChoices();
   form.Combo1.SetIndex(kFirstType);
   try {
-    Show(Read(run_, false));
+    Show(Read(scope_, false));
   } catch (const LedgerError& error) {
     platform_.boxes.Show(std::string("The results could not be read.\n") + error.what(),
                          BoxIcon::kExclamation);
@@ -128,27 +131,36 @@ void ResultWindow::SetUpTables() {
   form.lstOrders.SetColumns(std::move(columns));
 }
 
-void ResultWindow::ListRuns() {
+// If the ledger can't be read, reading the results says so.
+void ResultWindow::ListChoices() {
+  choices_.clear();
+  IgnoringErrors([this] { choices_ = ResultChoices(ledger_); });
   std::vector<ComboBox::Row> rows;
-  IgnoringErrors([&] {
-    for (const RunChoice& run : RunChoices(ledger_)) rows.push_back({run.title, run.number});
-  });
+  rows.reserve(choices_.size());
+  for (const ResultChoice& choice : choices_) rows.push_back({choice.title, 0});
   ComboBox& list = Window().cbxRun;
   list.SetEnabled(!rows.empty());
   list.SetRows(std::move(rows));
   if (list.Enabled()) list.SetIndex(0);
+  scope_ = choices_.empty() ? kCurrentRun : choices_.front().scope;
 }
 
-ResultWindow::Reading ResultWindow::Read(const ShownRun& run, bool with_account) {
-  const int number = RunToRead(ledger_, run);
-  Reading reading{LoadResultFigures(ledger_, number), RowsOf(LoadPortfolioChart(ledger_, number)),
-                  std::nullopt};
-  if (with_account) reading.account = ReadAccount(ledger_, number);
+LedgerScope ResultWindow::FiguresScope(LedgerScope scope) {
+  const bool current = scope.kind == LedgerScope::Kind::kSession && scope == choices_.front().scope;
+  return current ? LedgerScope::Run(NewestRun(ledger_, scope)) : scope;
+}
+
+ResultWindow::Reading ResultWindow::Read(LedgerScope scope, bool with_account) {
+  const LedgerScope of_figures = FiguresScope(scope);
+  Reading reading{LoadResultFigures(ledger_, of_figures), of_figures,
+                  RowsOf(LoadPortfolioChart(ledger_, scope)), std::nullopt};
+  if (with_account) reading.account = ReadAccount(ledger_, scope);
   return reading;
 }
 
 void ResultWindow::Show(Reading reading) {
   WriteFigures(reading.figures);
+  Window().lblFiguresOf.SetText(FiguresOfText(scope_, reading.of_figures));
   // Setting rows ends a zoom, so only new ones are set.
   Chart& chart = Window().MSChart1;
   if (reading.rows != *chart.Content().rows) chart.SetRows(std::move(reading.rows));
@@ -228,32 +240,27 @@ void ResultWindow::ChooseColour() {
   Window().MSChart1.SetSeriesColour(Window().picCommonDialog.ForeColour());
 }
 
-// If the run can't be read, the list returns to the one that is shown.
-void ResultWindow::ChooseRun() {
+// If it can't be read, the list returns to what is shown.
+void ResultWindow::Choose() {
   ComboBox& list = Window().cbxRun;
-  const int number = list.Rows().at(static_cast<std::size_t>(list.Index())).data;
-  if (number == run_.number) return;
+  const LedgerScope chosen = choices_.at(static_cast<std::size_t>(list.Index())).scope;
+  if (chosen == scope_) return;
   try {
-    LoadRun(number);
+    Reading reading = Read(chosen, tab_ != FrmResult::kChartTab);
+    scope_ = chosen;
+    Show(std::move(reading));
   } catch (const std::exception&) {
-    const auto shown = std::ranges::find(list.Rows(), run_.number, &ComboBox::Row::data);
-    list.SetIndex(static_cast<int>(shown - list.Rows().begin()));
+    const auto shown = std::ranges::find(choices_, scope_, &ResultChoice::scope);
+    list.SetIndex(static_cast<int>(shown - choices_.begin()));
     throw;
   }
-}
-
-void ResultWindow::LoadRun(int number) {
-  const ShownRun chosen{number, run_.newest};
-  Reading reading = Read(chosen, tab_ != FrmResult::kChartTab);
-  run_ = chosen;
-  Show(std::move(reading));
 }
 
 void ResultWindow::ChooseTab() {
   TabBar& tabs = Window().tabSheets;
   if (tabs.Index() == tab_) return;
   try {
-    if (tabs.Index() != FrmResult::kChartTab && !account_) Show(Read(run_, true));
+    if (tabs.Index() != FrmResult::kChartTab && !account_) Show(Read(scope_, true));
   } catch (const std::exception&) {
     tabs.SetIndex(tab_);
     throw;
@@ -321,7 +328,10 @@ void ResultWindow::PrintReport() {
   enum Answer : std::size_t { kPrint, kSave, kCancel };
   std::size_t answer = kSave;
   if (platform_.printers.Any()) {
-    answer = platform_.boxes.Ask("The report of this run:", {"Print", "Save as PDF", "Cancel"});
+    const bool session = scope_.kind == LedgerScope::Kind::kSession;
+    answer =
+        platform_.boxes.Ask(session ? "The report of this session:" : "The report of this run:",
+                            {"Print", "Save as PDF", "Cancel"});
   }
   if (answer == kCancel) return;
   std::string file;
@@ -329,7 +339,7 @@ void ResultWindow::PrintReport() {
     file = platform_.files.ChooseFile({{"Report (*.pdf)", "pdf"}}, "Report").value_or("");
     if (file.empty()) return;
   }
-  platform_.printers.PrintReport(RunToRead(ledger_, run_), file);
+  platform_.printers.PrintReport(scope_, file);
   if (!file.empty()) {
     platform_.boxes.Show("The report was saved as " + file + ".", BoxIcon::kInformation);
   }

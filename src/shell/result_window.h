@@ -9,6 +9,7 @@
 #include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "results/order_list.h"
+#include "results/result_choices.h"
 #include "results/result_figures.h"
 #include "results/run_record.h"
 #include "shell/score_board.h"
@@ -16,9 +17,9 @@
 namespace velumar {
 
 // What the controls of the result window do. The ledger is read when the window opens, when
-// statistics or orders are first shown, and when another run is chosen. Each time figures, chart
-// and tabs are read together, so that they never contradict each other; later orders show at the
-// next reading.
+// statistics or orders are first shown, and when another run or session is chosen. Each time
+// figures, chart and tabs are read together, so that they never contradict each other; later orders
+// show at the next reading.
 class ResultWindow {
  public:
   ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
@@ -29,17 +30,21 @@ class ResultWindow {
   void Open();
   void Load();
   void SetUpTables();
-  void ListRuns();
+  void ListChoices();
 
-  // What the window shows of a run. Statistics and orders are made of the account, which is read
-  // only once one of them is shown.
+  // What the window shows of a run or session. Statistics and orders are made of the account, which
+  // is read only once one of them is shown.
   struct Reading {
     ResultFigures figures;
+    LedgerScope of_figures;
     ChartRows rows;
     std::optional<std::vector<RunRecord>> account;
   };
   // Throws LedgerError.
-  Reading Read(const ShownRun& run, bool with_account);
+  Reading Read(LedgerScope scope, bool with_account);
+  // Of the session that the current run belongs to, the figures are those of its newest run: they
+  // start at 0 with each run, as the ledger's rows do.
+  LedgerScope FiguresScope(LedgerScope scope);
   void Show(Reading reading);
   void WriteFigures(const ResultFigures& figures);
   void ShowStatistics();
@@ -57,8 +62,7 @@ class ResultWindow {
   void SaveChartAs();
   void OpenPreview();
   void ChooseColour();
-  void ChooseRun();
-  void LoadRun(int number);
+  void Choose();
   void PrintReport();
   FrmResult& Window() { return desktop_.frmResult(); }
 
@@ -66,7 +70,8 @@ class ResultWindow {
   Platform& platform_;
   LedgerConnection& ledger_;
   ScoreBoard& score_board_;
-  ShownRun run_;
+  std::vector<ResultChoice> choices_;  // in the order of the list
+  LedgerScope scope_ = kCurrentRun;    // shown
   int tab_ = FrmResult::kChartTab;
   std::optional<std::vector<RunRecord>> account_;
   std::shared_ptr<const std::vector<OrderListRow>> orders_;  // as sorted in the table

@@ -14,9 +14,10 @@ std::string RevealText(const RevealedSession& session, LedgerConnection& ledger,
           " to " + DateText(session.last_day, date_pattern) + ".";
   if (session.number == 0 || session.closes.empty()) return text;
   IgnoringErrors([&] {
-    const SessionOrders own = ReadSessionOrders(ledger, session.number);
+    const RunRecord own = ReadRecord(ledger, LedgerScope::Session(session.number));
+    if (!own.began) return;
     text += "\n" + ResultText(ResultOfSession(own.orders, session.closes, session.first,
-                                              session.last, own.money_per_point,
+                                              session.last, own.began->money_per_point,
                                               static_cast<std::uint64_t>(session.number)));
   });
   return text;

@@ -88,13 +88,15 @@ TEST_F(LedgerCommand, PrintsRowsRunsAndOrders) {
   ASSERT_EQ(runs.size(), 1U);
   EXPECT_EQ(runs[0]["Symbol"], "ABC");
   EXPECT_EQ(runs[0]["Rows"], "2");
-  const auto orders = Print({"--orders", "--run", "1"}).Lines();
+  EXPECT_EQ(Print({"--csv", "--session", "2"}).out, Print({"--csv"}).out);
+  const auto orders = Print({"--orders", "--session", "1"}).Lines();
   ASSERT_EQ(orders.size(), 3U);
   EXPECT_THAT(orders[2], StartsWith("2,2000-01-10,00:00:00,ABC,Offset Long,2,110.13,1,"));
 }
 
 TEST_F(LedgerCommand, RefusesUnknownRunsAndFiles) {
-  EXPECT_THAT(Print({"--run", "9"}).err, HasSubstr("no archived run has the number 9"));
+  EXPECT_THAT(Print({"--run", "9"}).err, HasSubstr("no run has the number 9"));
+  EXPECT_THAT(Print({"--session", "9"}).err, HasSubstr("no session has the number 9"));
   EXPECT_THAT(box.Run({"ledger", box.At("none.mdb")}).err, HasSubstr("none.mdb"));
 }
 

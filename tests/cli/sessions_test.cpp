@@ -3,7 +3,7 @@
 #include <thread>
 
 #include "cli/sandbox.h"
-#include "results/session_result.h"
+#include "results/run_record.h"
 #include "support/traced_child.h"
 
 namespace velumar {
@@ -38,7 +38,7 @@ struct SessionsTest : testing::Test {
   std::vector<RunOrder> Orders(const std::string& name) {
     LedgerConnection ledger([](std::string_view iso) { return std::string(iso); });
     LedgerOpenToRead(ledger, box.At(name));
-    return ReadSessionOrders(ledger, 1).orders;
+    return ReadRecord(ledger, LedgerScope::Session(1)).orders;
   }
   // Steps and orders, most of them possible.
   std::string RandomCommands(int count) {

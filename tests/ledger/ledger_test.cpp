@@ -217,7 +217,9 @@ TEST_F(LedgerTest, RunsAreArchivedUnderTheirNumbers) {
   AddRow(ledger);
   LedgerBeginRun(ledger, {});
   for (const auto& [run, rows] : {std::pair(1, 1U), {2, 0U}, {3, 1U}}) {
-    EXPECT_EQ(LedgerQuery(ledger, "select * From MyPortfolio", run).rows.size(), rows) << run;
+    EXPECT_EQ(LedgerQuery(ledger, "select * From MyPortfolio", LedgerScope::Run(run)).rows.size(),
+              rows)
+        << run;
   }
 }
 

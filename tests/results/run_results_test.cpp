@@ -6,6 +6,7 @@
 #include "results/figure_texts.h"
 #include "results/order_list.h"
 #include "results/portfolio_chart.h"
+#include "results/result_choices.h"
 #include "results/result_figures.h"
 #include "results/statistics.h"
 #include "results/trade_list.h"
@@ -19,30 +20,42 @@ struct RunResultsTest : testing::Test, LedgerRows {
   RunResultsTest() : LedgerRows{connection} { LedgerOpen(ledger, ":memory:"); }
 
   // Loses first, closes parts of two entries at once, steps back, and wipes out three contracts.
-  void TradeARun() {
+  // With pauses, it takes four runs, and another session is played between the first two.
+  void TradeARun(bool pauses = false) {
+    const auto pause = [&](double money) {
+      if (pauses) Play(money);
+    };
     Begin(2000000);
     Order(10, "Long", 2, 100, 2, 0, 2000000);
     Order(12, "Long", 1, 103, 3, 0, 2000000);
+    if (pauses) {
+      Begin(777);
+      Order(13, "Long", 9, 50, 9, 0, 777);
+      session = 1;
+      Play(2000000);
+    }
     Order(14, "Offset Long", 1, 98, 2, -3, 1997000);  // the book goes by the average of 101
     Order(15, "Short", 4, 99, 4, 0, 1997000);
+    pause(1997000);
     Order(16, "Offset Long", 2, 106, 0, 10, 2007000);
     Order(15, "Offset Short", 1, 97, 3, 2, 2009000, 16);
+    pause(2009000);
     LedgerNoteWiped(ledger, {"Offset Short", 3, 99, Date(20), "16:30:00", 90}, {9, 0, 20, 20});
     Order(24, "Long", 1, 100, 1, 0, 2009000);
     Order(25, "Short", 1, 95, 1, 0, 2009000);
   }
 
-  std::map<std::string_view, std::string> Statistics(int run = kCurrentRun) {
+  std::map<std::string_view, std::string> Statistics(LedgerScope scope = kCurrentRun) {
     std::map<std::string_view, std::string> values;
-    for (const Statistic& statistic : RunStatistics(ReadAccount(ledger, run))) {
+    for (const Statistic& statistic : RunStatistics(ReadAccount(ledger, scope))) {
       values[statistic.name] = statistic.value;
     }
     return values;
   }
   // "Long 2 from 100 to 98: -4000", one for each trade.
-  std::vector<std::string> Trades(int run = kCurrentRun) {
+  std::vector<std::string> Trades(LedgerScope scope = kCurrentRun) {
     std::vector<std::string> texts;
-    for (const Trade& trade : ListTrades(ReadAccount(ledger, run)).trades) {
+    for (const Trade& trade : ListTrades(ReadAccount(ledger, scope)).trades) {
       std::ostringstream text;
       text << (trade.lot.is_long ? "Long " : "Short ") << trade.lot.quantity << " from ";
       trade.lot.entry ? text << trade.lot.entry->price : text << "?";
@@ -54,22 +67,28 @@ struct RunResultsTest : testing::Test, LedgerRows {
     return texts;
   }
 
-  std::map<std::string_view, std::string> Figures(int run = kCurrentRun) {
+  std::map<std::string_view, std::string> Figures(LedgerScope scope = kCurrentRun) {
     std::map<std::string_view, std::string> texts;
-    for (const ResultFigureText& text : ResultFigureTexts(LoadResultFigures(ledger, run))) {
+    for (const ResultFigureText& text : ResultFigureTexts(LoadResultFigures(ledger, scope))) {
       texts[text.field] = text.text;
     }
     return texts;
   }
   // "26-Jan-07 16:30: 14.5", one for each bar, or why there is none.
-  std::vector<std::string> Chart(int run = kCurrentRun) {
-    const PortfolioChart chart = LoadPortfolioChart(ledger, run);
+  std::vector<std::string> Chart(LedgerScope scope = kCurrentRun) {
+    const PortfolioChart chart = LoadPortfolioChart(ledger, scope);
     if (!chart.hint.empty()) return {chart.hint};
     std::vector<std::string> texts;
     for (const auto& row : chart.rows) {
       texts.push_back((std::ostringstream() << row.label << ": " << row.value).str());
     }
     return texts;
+  }
+
+  std::vector<std::string> Titles() {
+    std::vector<std::string> titles;
+    for (const ResultChoice& choice : ResultChoices(ledger)) titles.push_back(choice.title);
+    return titles;
   }
 
   LedgerConnection connection{[](std::string_view iso) { return "<" + std::string(iso) + ">"; }};
@@ -111,33 +130,74 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsBefore) {
   TradeARun();
   const auto statistics = Statistics();
   const auto trades = Trades();
-  const std::string csv = OrdersCsv(ListOrders(ReadRun(ledger, kCurrentRun)));
+  const std::string csv = OrdersCsv(ListOrders(ReadRecord(ledger, kCurrentRun)));
   const auto figures = Figures();
   const auto chart = Chart();
 
   Begin(5);
   Order(28, "Long", 7, 1, 7, 0, 5);
   Begin(6);
-  ASSERT_EQ(RunChoices(ledger).size(), 3U);
-  EXPECT_EQ(RunChoices(ledger)[1].title, "2: ABC D from <2007-01-10>, 1 order");
-  EXPECT_EQ(RunChoices(ledger)[2].title, "1: ABC D from <2007-01-10>, 8 orders")
+  EXPECT_THAT(Titles(), ElementsAre("This session: 1 run, 0 orders",
+                                    "Current run from <2007-01-10>, 0 orders",
+                                    "Session 2: ABC D from <2007-01-10>, 1 order",
+                                    "Session 1: ABC D from <2007-01-10>, 8 orders"))
       << "a wiped-out holding is not an order";
-  EXPECT_EQ(Statistics(1), statistics);
-  EXPECT_EQ(Trades(1), trades);
-  EXPECT_EQ(OrdersCsv(ListOrders(ReadRun(ledger, 1))), csv);
-  EXPECT_EQ(Figures(1), figures);
-  EXPECT_EQ(Chart(1), chart);
-  EXPECT_THROW(ReadRun(ledger, 3), LedgerError);  // isn't archived
-  Begin(7);
-  EXPECT_TRUE(ReadRun(ledger, 3).orders.empty());
+  EXPECT_EQ(Statistics(LedgerScope::Run(1)), statistics);
+  EXPECT_EQ(Trades(LedgerScope::Run(1)), trades);
+  EXPECT_EQ(OrdersCsv(ListOrders(ReadRecord(ledger, LedgerScope::Run(1)))), csv);
+  EXPECT_EQ(Figures(LedgerScope::Run(1)), figures);
+  EXPECT_EQ(Chart(LedgerScope::Run(1)), chart);
+  EXPECT_TRUE(ReadRecord(ledger, LedgerScope::Run(3)).orders.empty());
+  EXPECT_THROW(ReadRecord(ledger, LedgerScope::Run(4)), LedgerError);
 }
 
-TEST_F(RunResultsTest, HoldingsFromBeforeAPauseKeepTheirEntries) {
+TEST_F(RunResultsTest, ASessionReadsAsIfItHadNoPauses) {
   TradeARun();
-  Begin(2009000);
+  const auto read = [this](LedgerScope scope) {
+    return std::tuple(Statistics(scope), Trades(scope), Figures(scope), Chart(scope),
+                      OrdersCsv(ListOrders(ReadRecord(ledger, scope))));
+  };
+  const auto without_pauses = read(kCurrentRun);
+  LedgerOpen(ledger, ":memory:");
+  TradeARun(true);
+  EXPECT_EQ(read(LedgerScope::Session(1)), without_pauses);
+  EXPECT_EQ(read(LedgerScope::Run(5)), read(kCurrentRun));
+  EXPECT_THAT(Trades(LedgerScope::Run(4)),
+              ElementsAre("Long 1 from 100 to 106: 6000", "Long 1 from 103 to 106: 3000",
+                          "Short 1 from 99 to 97: 2000"))
+      << "entered in the first run of the session";
+  EXPECT_THAT(
+      Titles(),
+      ElementsAre("This session: 4 runs, 8 orders", "Current run from <2007-01-10>, 2 orders",
+                  "Run 4 from <2007-01-10>, 2 orders", "Run 3 from <2007-01-10>, 2 orders",
+                  "Run 1 from <2007-01-10>, 2 orders",
+                  "Session 2: ABC D from <2007-01-10>, 1 order"));
+  Begin(5);
+  EXPECT_EQ(read(LedgerScope::Session(1)), without_pauses);
+
+  LedgerForgetSession(ledger, 2);
+  EXPECT_EQ(Titles().back(), "Run 2: ABC D from <2007-01-10>, 1 order");
+  EXPECT_THROW(ReadRecord(ledger, LedgerScope::Session(2)), LedgerError);
+  ledger.ForWriting().Execute("update Runs set MoneyPerPoint = 10 where Id = 4");
+  EXPECT_EQ(Trades(LedgerScope::Session(1)).at(1), "Long 1 from 100 to 106: 60");
+}
+
+// The same in a ledger from before sessions.
+struct HoldingsTest : RunResultsTest, testing::WithParamInterface<bool> {
+  void Pause(double money) {
+    Play(money);
+    if (GetParam()) ledger.ForWriting().Execute("update Runs set Session = null");
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(, HoldingsTest, testing::Bool());
+
+TEST_P(HoldingsTest, FromBeforeAPauseKeepTheirEntries) {
+  TradeARun();
+  Pause(2009000);
   Order(26, "Short", 2, 93, 3, 0, 2009000);
-  LedgerWritePlan(ledger, {.order = {2, 1}, .stop = 95, .risk = 4000});
-  Begin(2009000);
+  LedgerWritePlan(ledger, {.session = session, .order = {2, 1}, .stop = 95, .risk = 4000});
+  Pause(2009000);
   Order(27, "Offset Short", 2, 90, 1, 0, 2014000);  // entered at 95 and 93, two runs apart
   Order(28, "Offset Long", 1, 104, 0, 4, 2018000);
   EXPECT_THAT(Trades(),
@@ -148,12 +208,12 @@ TEST_F(RunResultsTest, HoldingsFromBeforeAPauseKeepTheirEntries) {
 
   // The same once archived, although a run without orders was started in between.
   const auto trades = Trades();
-  Begin(2018000);
-  Begin(2018000);
+  Pause(2018000);
+  Pause(2018000);
   Order(29, "Short", 9, 1, 10, 0, 2018000);
-  EXPECT_EQ(Trades(3), trades);
-  EXPECT_TRUE(Trades(4).empty());
-  EXPECT_THAT(RunChoices(ledger), testing::SizeIs(4)) << "the current run and 3, 2, 1";
+  EXPECT_EQ(Trades(LedgerScope::Run(3)), trades);
+  EXPECT_TRUE(Trades(LedgerScope::Run(4)).empty());
+  EXPECT_THAT(Titles(), testing::SizeIs(GetParam() ? 4 : 5)) << "the current run and 3, 2, 1";
 
   // Another account: its first short is its own.
   Begin(1000);
@@ -172,9 +232,9 @@ TEST_F(RunResultsTest, HoldingsFromBeforeAPauseKeepTheirEntries) {
   // One side only, entered in two earlier runs.
   Begin(1000);
   Order(13, "Short", 1, 70, 1, 0, 1000);
-  Begin(1000);
+  Pause(1000);
   Order(14, "Short", 1, 72, 2, 0, 1000);
-  Begin(1000);
+  Pause(1000);
   Order(15, "Offset Short", 2, 69, 0, 4, 5000);
   EXPECT_THAT(Trades(), ElementsAre("Short 1 from 70 to 69: 1000", "Short 1 from 72 to 69: 3000"));
 
@@ -204,7 +264,7 @@ TEST_F(RunResultsTest, PricesCountAtAllDecimals) {
   EXPECT_EQ(statistics.at("Win rate"), "100.00 %");
   EXPECT_EQ(statistics.at("Expectancy"), "5.00");
   EXPECT_EQ(statistics.at("Max drawdown"), "0.00");
-  EXPECT_THAT(OrdersCsv(ListOrders(ReadRun(ledger, kCurrentRun))), HasSubstr(",200,0.1,"))
+  EXPECT_THAT(OrdersCsv(ListOrders(ReadRecord(ledger, kCurrentRun))), HasSubstr(",200,0.1,"))
       << "a VAT of 32 bits in its own digits";
 }
 
@@ -232,14 +292,13 @@ TEST_F(RunResultsTest, LargeAndNegativeMoneyKeepsItsSign) {
 
 TEST_F(RunResultsTest, ARunWithOnlyAWipedHoldingCanBeChosen) {
   TradeARun();
-  Begin(2009000);
+  Play(2009000);
   LedgerNoteWiped(ledger, {"Offset Long", 1, 100, Date(26), "16:30:00", 90}, {9, 0, 26, 26});
-  EXPECT_EQ(RunChoices(ledger).size(), 2U) << "not archived yet";
-  Begin(2009000);
-  ASSERT_EQ(RunChoices(ledger).size(), 3U);
-  EXPECT_EQ(RunChoices(ledger)[1].title, "2: ABC D from <2007-01-10>, 0 orders");
-  EXPECT_THAT(Trades(2), ElementsAre("Long 1 from 100 to 90: wiped"));
-  EXPECT_THAT(Chart(2), ElementsAre("1 closed trade without P/L"));
+  Play(2009000);
+  ASSERT_EQ(Titles().size(), 4U);
+  EXPECT_EQ(Titles()[2], "Run 2 from <2007-01-10>, 0 orders");
+  EXPECT_THAT(Trades(LedgerScope::Run(2)), ElementsAre("Long 1 from 100 to 90: wiped"));
+  EXPECT_THAT(Chart(LedgerScope::Run(2)), ElementsAre("1 closed trade without P/L"));
 }
 
 TEST_F(RunResultsTest, AMissingFigureIsADash) {
@@ -338,7 +397,7 @@ TEST_F(RunResultsTest, TheChartShowsTradesWithoutPoints) {
 
 TEST_F(RunResultsTest, OrdersAsATableAndAsCsv) {
   TradeARun();
-  std::vector<OrderListRow> rows = ListOrders(ReadRun(ledger, kCurrentRun));
+  std::vector<OrderListRow> rows = ListOrders(ReadRecord(ledger, kCurrentRun));
   ASSERT_EQ(rows.size(), 9U);
   const auto texts = [](const OrderListRow& row) {
     std::string text;
@@ -365,7 +424,7 @@ TEST_F(RunResultsTest, OrdersAsATableAndAsCsv) {
   // A carried holding, wiped out before the first order that has a row.
   Begin(1234.5);
   LedgerNoteWiped(ledger, {"Offset Long", 1, 100, Date(26), "16:30:00", 90}, {9, 0, 26, 26});
-  EXPECT_EQ(ListOrders(ReadRun(ledger, kCurrentRun)).at(0).at(12).text, "1,234.50");
+  EXPECT_EQ(ListOrders(ReadRecord(ledger, kCurrentRun)).at(0).at(12).text, "1,234.50");
 }
 
 TEST_F(RunResultsTest, EveryFormulaIsInTheManual) {

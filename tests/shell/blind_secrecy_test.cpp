@@ -8,7 +8,7 @@
 #include "base/dates.h"
 #include "base/number_text.h"
 #include "marketdata/number_format.h"
-#include "results/session_result.h"
+#include "results/run_record.h"
 #include "session/blind_mask.h"
 #include "session/run_inputs.h"
 #include "support/whole_program.h"
@@ -142,7 +142,7 @@ class BlindRun {
     all_.Navigator().Image5.UserClick();
     return all_.outside.boxes.shown.back();
   }
-  SessionOrders Played() { return ReadSessionOrders(all_.ledger, 1); }
+  RunRecord Played() { return ReadRecord(all_.ledger, LedgerScope::Session(1)); }
 
   // The first secret that is in a file, a setting, a key, a box or a text of a window.
   std::string Found(const Secrets& secrets) {
@@ -212,8 +212,7 @@ class BlindRun {
 };
 
 // Every order is where it was in the real series, and money is as it was played.
-void ExpectRevealed(const SessionOrders& played, const SessionOrders& now,
-                    const std::vector<Bar>& real) {
+void ExpectRevealed(const RunRecord& played, const RunRecord& now, const std::vector<Bar>& real) {
   ASSERT_EQ(now.orders.size(), played.orders.size());
   for (std::size_t i = 0; i < now.orders.size(); ++i) {
     const RunOrder& order = now.orders[i];
@@ -223,8 +222,8 @@ void ExpectRevealed(const SessionOrders& played, const SessionOrders& now,
     EXPECT_FLOAT_EQ(static_cast<float>(order.close.value_or(bar.close)), bar.close);
     EXPECT_EQ(order.money, played.orders[i].money);
     EXPECT_EQ(order.held, played.orders[i].held);
-    EXPECT_NEAR(order.points * now.money_per_point,
-                played.orders[i].points * played.money_per_point, 1);
+    EXPECT_NEAR(order.points * now.began->money_per_point,
+                played.orders[i].points * played.began->money_per_point, 1);
   }
 }
 
@@ -267,7 +266,7 @@ TEST(BlindSecrecy, NothingThatIsWrittenOrShownGivesTheSecurityAway) {
       EXPECT_EQ(run.Session().SAvgPrice, before.SAvgPrice);
       continue;
     }
-    const SessionOrders played = run.Played();
+    const RunRecord played = run.Played();
     const std::string shown = run.Reveal();
     const std::string symbol = run.Session().Run.symbol;
     EXPECT_THAT(shown, HasSubstr("You have played " + symbol + ", Secret " + symbol));

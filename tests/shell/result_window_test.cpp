@@ -73,7 +73,7 @@ TEST_F(ResultWindowTest, LoadsFiguresAndChartOnceAndAgainWhenItWasClosed) {
 TEST_F(ResultWindowTest, ALedgerThatFailsLeavesWhatIsShown) {
   Open();
   LedgerClose(all.ledger);
-  form.cbxRun.UserChoose(1);
+  form.cbxRun.UserChoose(2);
   EXPECT_EQ(form.cbxRun.Index(), 0);
   form.tabSheets.UserChoose(FrmResult::kOrdersTab);
   EXPECT_EQ(form.tabSheets.Index(), FrmResult::kChartTab);
@@ -95,7 +95,7 @@ TEST_F(ResultWindowTest, TabsAndChartFollowTheChosenRun) {
   form.cmdCopy.UserClick();
   EXPECT_THAT(all.outside.clipboard.text, HasSubstr("Note\n2\t2007-01-16\t16:30:00\tABC"));
 
-  form.cbxRun.UserChoose(1);
+  form.cbxRun.UserChoose(2);
   EXPECT_EQ(Points(), "4.00 3.00 - ") << "sorted as before";
   EXPECT_EQ(form.lblPortfolio.Text(), "2,004,000") << "after the latest bar";
   EXPECT_EQ(form.lblShort.Text(), "0") << "no figure of another run";
@@ -111,6 +111,23 @@ TEST_F(ResultWindowTest, TabsAndChartFollowTheChosenRun) {
   for (int i = 0; i < 3; ++i) form.cmdExport.UserClick();  // the last one is cancelled
   EXPECT_THAT(ReadFile(file), HasSubstr("\n2,2007-01-12,16:30:00,ABC,Offset Long,1,104,1,"));
   EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("Saving the orders failed.\n/nowhere/orders.csv")));
+}
+
+TEST_F(ResultWindowTest, ShowsTheWholeSessionAndTheFiguresOfItsNewestRun) {
+  rows.Play(995000);
+  rows.Order(19, "Long", 1, 60, 1, 0, 995000);
+  Open();
+  form.tabSheets.UserChoose(FrmResult::kOrdersTab);
+  EXPECT_EQ(Points(), "- -2.00 2.00 -5.00 - ");
+  EXPECT_EQ(form.lblLong.Text() + form.lblShort.Text(), "10");
+  EXPECT_THAT(form.lblFiguresOf.Text(), HasSubstr("newest run"));
+  form.cbxRun.UserChoose(2);
+  EXPECT_EQ(Points(), "- -2.00 2.00 -5.00 ");
+  EXPECT_EQ(form.lblLong.Text() + form.lblShort.Text(), "03");
+  EXPECT_EQ(form.lblFiguresOf.Text(), "");
+  form.cbxRun.UserChoose(3);
+  EXPECT_EQ(Points(), "- 4.00 3.00 ");
+  EXPECT_THAT(form.lblFiguresOf.Text(), HasSubstr("all runs"));
 }
 
 // Two trades are closed while the window shows the chart of a run that had closed none. Then "Play"
@@ -132,15 +149,15 @@ TEST_F(ResultWindowTest, AnOpenWindowFollowsItsOwnRunOnly) {
   rows.Order(22, "Long", 1, 60, 1, 0, 500);
   form.tabSheets.UserChoose(FrmResult::kOrdersTab);
   EXPECT_EQ(Points(), "- 1.00 2.00 ");
-  form.cbxRun.UserChoose(1);
+  form.cbxRun.UserChoose(2);
   form.cbxRun.UserChoose(0);
   EXPECT_EQ(form.lblPortfolio.Text(), "4,000");
   EXPECT_EQ(form.lstOrders.Content().count, 3U);
   all.outside.files.answers = {"/tmp/r.pdf"};
   form.Toolbar1.UserButton(FrmResult::kReport);
-  EXPECT_THAT(all.outside.printers.printed, ElementsAre("3:/tmp/r.pdf"));
+  EXPECT_THAT(all.outside.printers.printed, ElementsAre("session 3:/tmp/r.pdf"));
   EXPECT_EQ(all.outside.files.suggested, "Report");
-  form.cbxRun.UserChoose(1);  // the next window begins with the current run even so
+  form.cbxRun.UserChoose(2);  // the next window begins with the current run even so
   form.Toolbar1.UserButton(FrmResult::kClose);
   Open();
   EXPECT_EQ(form.lblPortfolio.Text(), "500");
@@ -157,13 +174,14 @@ TEST_F(ResultWindowTest, SavesPrintsAndRecordsWhatWasSaved) {
   EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("Saving the chart failed.\n/nowhere/x.bmp"),
                                    HasSubstr("Cancel")));
 
-  form.cbxRun.UserChoose(1);
+  form.cbxRun.UserChoose(2);
   all.outside.files.answers = {"/tmp/r.pdf", "/tmp/s.pdf"};
   form.Toolbar1.UserButton(FrmResult::kReport);
   all.outside.printers.any = true;
   all.outside.boxes.answers = {0, 1, 2};
   for (int i = 0; i < 3; ++i) form.Toolbar1.UserButton(FrmResult::kReport);
-  EXPECT_THAT(all.outside.printers.printed, ElementsAre("1:/tmp/r.pdf", "1:", "1:/tmp/s.pdf"));
+  EXPECT_THAT(all.outside.printers.printed,
+              ElementsAre("session 1:/tmp/r.pdf", "session 1:", "session 1:/tmp/s.pdf"));
 
   form.lnkScore.UserClick();
   EXPECT_TRUE(all.windows.frmScore.Visible());

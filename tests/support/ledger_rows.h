@@ -12,11 +12,20 @@ namespace velumar {
 // 100 and 7 percent VAT.
 struct LedgerRows {
   LedgerConnection& ledger;
+  int session = 0;  // the newest one
 
   static std::string Date(int bar) { return "2007-01-" + std::to_string(bar); }
 
-  void Begin(double money) const {
-    LedgerBeginRun(ledger, {"/data", "ABC", "D", "20070110", "0", "futures", money, 5e4, 1000});
+  // "Start", and "Play" after a pause.
+  void Begin(double money) {
+    session = 0;
+    Play(money);
+  }
+  void Play(double money) {
+    LedgerSession played;
+    played.number = session;
+    session = LedgerBeginRun(
+        ledger, {"/data", "ABC", "D", "20070110", "0", "futures", money, 5e4, 1000}, played);
   }
 
   std::vector<LedgerValue> Row(int bar, const std::string& position, double quantity, double price,
@@ -47,7 +56,7 @@ struct LedgerRows {
   }
 
   // An archived run of three orders that won, then one of four that lost.
-  void TradeTwoRuns() const {
+  void TradeTwoRuns() {
     Begin(2000000);
     Order(10, "Long", 2, 100, 2, 0, 2000000);
     Order(12, "Offset Long", 1, 104, 1, 4, 2004000);

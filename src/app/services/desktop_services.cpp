@@ -212,8 +212,8 @@ void PrintOnPaper(int quality, const std::function<void(QPagedPaintDevice& devic
 
 bool QtPrinters::Any() const { return !QPrinterInfo::availablePrinterNames().isEmpty(); }
 
-void QtPrinters::PrintReport(int run, const std::string& pdf_file) {
-  const Report report = ReadReport(ledger_, run);
+void QtPrinters::PrintReport(LedgerScope scope, const std::string& pdf_file) {
+  const Report report = ReadReport(ledger_, scope);
   if (pdf_file.empty()) {
     PrintOnPaper(kMedium, [&](QPagedPaintDevice& device) { velumar::PrintReport(report, device); });
   } else {

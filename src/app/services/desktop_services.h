@@ -72,7 +72,7 @@ class QtPrinters : public Printers {
  public:
   explicit QtPrinters(LedgerConnection& ledger) : ledger_(ledger) {}
   bool Any() const override;
-  void PrintReport(int run, const std::string& pdf_file) override;
+  void PrintReport(LedgerScope scope, const std::string& pdf_file) override;
 
  private:
   LedgerConnection& ledger_;
