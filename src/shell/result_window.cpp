@@ -50,7 +50,7 @@ ChartRows RowsOf(PortfolioChart portfolio) {
 // Empty if they are of what the window shows, as its list says.
 std::string FiguresOfText(LedgerScope shown, LedgerScope of_figures) {
   if (shown.kind == LedgerScope::Kind::kRun) return "";
-  return of_figures == shown ? "of all runs of the session" : "of the newest run of the session";
+  return of_figures == shown ? "Figures: the whole session" : "Figures: only the newest run";
 }
 
 }  // namespace

@@ -127,7 +127,7 @@ TEST_F(ResultWindowTest, ShowsTheWholeSessionAndTheFiguresOfItsNewestRun) {
   EXPECT_EQ(form.lblFiguresOf.Text(), "");
   form.cbxRun.UserChoose(3);
   EXPECT_EQ(Points(), "- 4.00 3.00 ");
-  EXPECT_THAT(form.lblFiguresOf.Text(), HasSubstr("all runs"));
+  EXPECT_THAT(form.lblFiguresOf.Text(), HasSubstr("whole session"));
 }
 
 // Two trades are closed while the window shows the chart of a run that had closed none. Then "Play"
