@@ -100,14 +100,12 @@ class SideLots {
 
   Trade Closed(const OpenLot& part, const RunOrder& order) const {
     Trade trade{part, ExitOf(order), false, {}, {}};
-    if (part.entry) {
-      const double rise = trade.exit.price - part.entry->price;
-      trade.points = part.quantity * (is_long_ ? rise : -rise);
-    }
-    if (trade.points && order.money_per_point) {
-      trade.money = *trade.points * *order.money_per_point;
-      if (part.risk.value_or(0) > 0) trade.r = *trade.money / *part.risk;
-    }
+    if (!part.entry) return trade;
+    const double rise = trade.exit.price - part.entry->price;
+    trade.points = part.quantity * (is_long_ ? rise : -rise);
+    if (!order.money_per_point) return trade;
+    trade.money = *trade.points * *order.money_per_point;
+    if (part.risk.value_or(0) > 0) trade.r = *trade.money / *part.risk;
     return trade;
   }
 
