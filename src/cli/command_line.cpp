@@ -124,6 +124,7 @@ class CommandLine {
     }
     AddReplay();
     AddSessions();
+    AddJournal();
   }
 
   CLI::App& App() { return app_; }
@@ -374,6 +375,26 @@ class CommandLine {
     AddDatePattern(command, sessions_.date_pattern);
   }
 
+  void AddJournal() {
+    CLI::App& command = AddCommand(
+        "journal", "List the trades of a ledger with their plans and notes, session by session.",
+        [this] { PrintJournal(journal_, context_); });
+    command.add_option("FILE", journal_.file, "the ledger, such as Portfolio.mdb")->required();
+    command.add_option("--session", journal_.session, "the number of a session (default: all)")
+        ->check(CLI::PositiveNumber);
+    CLI::Option* csv = command.add_flag("--csv", journal_.csv, "as CSV with a header line");
+    CLI::Option* json =
+        command.add_flag("--json", journal_.json, "as one JSON array, with earlier notes")
+            ->excludes(csv);
+    command
+        .add_option("--html", journal_.html,
+                    "write DIR/journal.html, one page with all pictures in it")
+        ->type_name("DIR")
+        ->excludes(csv)
+        ->excludes(json);
+    AddDatePattern(command, journal_.date_pattern);
+  }
+
   CliContext& context_;
   CLI::App app_{"Velumar without a window: market data, ledgers and replays on the command line.",
                 "velumar-cli"};
@@ -388,6 +409,7 @@ class CommandLine {
   ReportArguments report_;
   ReplayArguments replay_;
   SessionsArguments sessions_;
+  JournalArguments journal_;
 };
 
 }  // namespace

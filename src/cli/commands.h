@@ -101,6 +101,16 @@ struct SessionsArguments {
 };
 void PrintSessions(const SessionsArguments& arguments, CliContext& context);
 
+struct JournalArguments {
+  std::string file;
+  int session = 0;  // 0: all, and the runs that belong to none
+  bool csv = false;
+  bool json = false;
+  std::string html;          // the folder of the page; empty: none
+  std::string date_pattern;  // empty for that of the user's locale
+};
+void PrintJournal(const JournalArguments& arguments, CliContext& context);
+
 void Replay(const ReplayArguments& arguments, CliContext& context);
 // Why NAME=TEXT does not set a control; empty if it does.
 std::string AssignmentProblem(const std::string& assignment);

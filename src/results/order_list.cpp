@@ -8,8 +8,6 @@ namespace velumar {
 
 namespace {
 
-OrderCell TextCell(const std::string& text) { return {text, text}; }
-
 OrderCell MoneyCell(std::optional<double> money) {
   return {MoneyText(money), money ? LedgerValue(*money) : LedgerValue()};
 }
@@ -52,12 +50,14 @@ OrderListRow RowOf(const RunOrder& order, std::size_t number, std::optional<doub
           TextCell(Note(order))};
 }
 
-std::string Exported(const LedgerValue& value) {
-  const auto* const number = std::get_if<double>(&value);
-  return number == nullptr ? ValueAs<std::string>(value) : DecimalText(*number);
-}
-
 }  // namespace
+
+OrderCell TextCell(const std::string& text) { return {text, text}; }
+
+std::string OrderCell::Exported() const {
+  const auto* const number = std::get_if<double>(&exact);
+  return number == nullptr ? ValueAs<std::string>(exact) : DecimalText(*number);
+}
 
 std::vector<OrderListRow> ListOrders(const RunRecord& record) {
   std::vector<OrderListRow> rows;
@@ -85,7 +85,7 @@ std::string OrdersCsv(const std::vector<OrderListRow>& rows) {
   std::string csv = CsvLine(fields);
   for (const OrderListRow& row : rows) {
     std::ranges::transform(row, fields.begin(),
-                           [](const OrderCell& cell) { return Exported(cell.exact); });
+                           [](const OrderCell& cell) { return cell.Exported(); });
     csv += CsvLine(fields);
   }
   return csv;

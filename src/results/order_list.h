@@ -32,7 +32,11 @@ inline constexpr std::array<OrderColumn, 14> kOrderColumns{{{"No.", true},
 struct OrderCell {
   std::string text;   // as shown in the table
   LedgerValue exact;  // for sorting and export; dates are ISO texts
+
+  std::string Exported() const;
 };
+
+OrderCell TextCell(const std::string& text);
 
 using OrderListRow = std::array<OrderCell, kOrderColumns.size()>;
 

@@ -230,6 +230,15 @@ int NewestRun(LedgerConnection& connection, LedgerScope scope) {
   return NamedValues(records, 0).Whole("Newest").value_or(0);
 }
 
+LedgerScope ScopeOfRun(LedgerConnection& connection, int run) {
+  const int session = SessionOfRun(connection, run);
+  const bool listed =
+      session != 0 && LedgerHasSessions(connection) &&
+      !LedgerQuery(connection, "select Id From Sessions where Id = " + std::to_string(session))
+           .Empty();
+  return listed ? LedgerScope::Session(session) : LedgerScope::Run(run);
+}
+
 std::vector<RunRecord> ReadAccount(LedgerConnection& connection, LedgerScope scope) {
   if (scope.kind == LedgerScope::Kind::kSession) return {ReadRecord(connection, scope)};
   LedgerRequire(connection, scope);

@@ -54,6 +54,10 @@ RunRecord ReadRecord(LedgerConnection& connection, LedgerScope scope);
 // The number of the newest run of the scope; 0 if runs were not recorded yet. Throws LedgerError.
 int NewestRun(LedgerConnection& connection, LedgerScope scope = kCurrentRun);
 
+// The session of a run; the run itself if that was taken off the list or never recorded. Throws
+// LedgerError.
+LedgerScope ScopeOfRun(LedgerConnection& connection, int run);
+
 // The run or session, preceded by as much as it takes to find where its holdings were entered:
 // "Play" after a pause starts a run with the holdings of the one before. Throws like ReadRecord.
 std::vector<RunRecord> ReadAccount(LedgerConnection& connection, LedgerScope scope);

@@ -11,10 +11,11 @@ namespace {
 // Like the account: it keeps its average entry price to two decimals, as a row has it, and closes
 // at the exact close of the bar.
 TradeEnd EntryOf(const RunOrder& order) {
-  return {order.date, order.time, order.price, order.bar, order.key};
+  return {order.date, order.time, order.price, order.bar, order.key, order.iso_date};
 }
 TradeEnd ExitOf(const RunOrder& order) {
-  return {order.date, order.time, order.close.value_or(order.price), order.bar, order.key};
+  return {order.date, order.time, order.close.value_or(order.price),
+          order.bar,  order.key,  order.iso_date};
 }
 
 // The open lots of one side, updated order by order.

@@ -15,6 +15,7 @@ struct TradeEnd {
   double price = 0;  // of an entry to two decimals, of an exit exact, as in the account
   std::optional<int> bar;
   LedgerOrderKey key = {};  // of the order
+  std::string iso_date = {};
 };
 
 // A held quantity from one entry.

@@ -1,0 +1,102 @@
+#include <fstream>
+
+#include "results/journal_list.h"
+#include "results/journal_page.h"
+#include "support/ledger_rows.h"
+#include "support/matchers.h"
+#include "support/scratch_folder.h"
+
+namespace velumar {
+namespace {
+
+// A session with a trade in two parts that won and lost, a loss without a plan, and an open one.
+struct JournalTest : testing::Test, LedgerRows {
+  JournalTest() : LedgerRows{connection} {
+    LedgerOpen(ledger, scratch.Sub("Portfolio.mdb"));
+    Begin(2000000);
+    Order(10, "Long", 2, 100, 2, 0, 2000000);
+    LedgerWritePlan(ledger, {.session = session,
+                             .order = {1, 1},
+                             .stop = 99,
+                             .setup = "breakout",
+                             .confidence = 4,
+                             .reasons = "over the <high>",
+                             .risk = 2000});
+    Order(12, "Offset Long", 1, 104, 1, 4, 2004000);
+    Play(2004000);
+    Order(13, "Offset Long", 1, 99, 0, -1, 2003000);
+    Order(14, "Short", 1, 100, 1, 0, 2003000);
+    Order(15, "Offset Short", 1, 103, 0, -3, 2000000, 16);
+    Order(17, "Short", 3, 101, 3, 0, 2000000);
+  }
+  void Note(LedgerOrderKey key, const std::string& text, const std::string& day) const {
+    LedgerWriteNote(ledger, {session, key, text, day + " 10:12:13"});
+  }
+  Journal Read() { return ReadJournal(ledger, LedgerScope::Session(session)); }
+  // "0 2", the numbers of the trades that pass.
+  std::string Listed(const JournalFilter& filter) {
+    std::string numbers;
+    const Journal journal = Read();
+    for (std::size_t i = 0; i < journal.trades.size(); ++i) {
+      if (Passes(journal.trades[i], filter)) numbers += std::to_string(i);
+    }
+    return numbers;
+  }
+
+  ScratchFolder scratch;
+  LedgerConnection connection{[](std::string_view date) { return std::string(date); }};
+};
+
+TEST_F(JournalTest, TradesAreFoundByWhatTheTraderRemembers) {
+  Note({1, 1}, "Sold half too early", "2026-11-27");
+  const std::pair<JournalFilter, std::string> cases[] = {
+      {{}, "0123"},
+      {{.setup = "breakout"}, "01"},
+      {{.is_long = false}, "23"},
+      {{.outcome = Outcome::kWon}, "0"},
+      {{.outcome = Outcome::kLost}, "12"},
+      {{.outcome = Outcome::kOpen}, "3"},
+      {{.text = "too EARLY"}, "01"},
+      {{.text = "<high>"}, "01"},
+      {{.text = "2007-01-15"}, "2"},
+      {{.setup = "breakout", .outcome = Outcome::kLost}, "1"},
+      {{.text = "nothing"}, ""}};
+  for (const auto& [filter, listed] : cases) EXPECT_EQ(Listed(filter), listed) << filter.text;
+}
+
+TEST_F(JournalTest, AnEarlierNoteStaysAndTheNewestCounts) {
+  Note({1, 1}, "first thought", "2026-11-27");
+  Note({}, "a slow day", "2026-11-27");
+  Note({1, 1}, "second thought", "2026-11-28");
+  const Journal journal = Read();
+  EXPECT_EQ(journal.trades[1].Note(), "second thought") << "of both parts";
+  EXPECT_EQ(NoteDate(ledger, journal.trades[0].notes), "2026-11-28 10:12 UTC, changed");
+  EXPECT_EQ(NoteDate(ledger, journal.notes), "2026-11-27 10:12 UTC");
+  const std::string page = JournalPage(ledger, ReadJournals(ledger));
+  EXPECT_THAT(page, HasSubstr("first thought"));
+  EXPECT_THAT(page, HasSubstr("a slow day"));
+}
+
+TEST_F(JournalTest, ExportsHaveWhatWasPlannedAndSeen) {
+  std::filesystem::create_directory(scratch / "Journal");
+  std::ofstream(scratch / "Journal" / "Portfolio-1-1.png") << "Man";
+  std::ofstream(scratch / "Journal" / "Portfolio-2-1.png") << "Ma";
+  Begin(777);
+  const std::vector<Journal> journals = ReadJournals(ledger);
+  ASSERT_EQ(journals.size(), 1U) << "once, and no empty one";
+  const std::string csv = JournalCsv(journals);
+  EXPECT_THAT(
+      csv,
+      HasSubstr("1,ABC,D,Long,1,2007-01-10 16:30:00,100,2007-01-12 16:30:00,104,4,4000,4,won,99,,"
+                "breakout,4,1000,over the <high>,,,,"));
+  EXPECT_THAT(csv, HasSubstr("Short,3,2007-01-17 16:30:00,101,,,,,,open"));
+  const std::string page = JournalPage(ledger, journals);
+  EXPECT_THAT(page, HasSubstr("over the &lt;high&gt;"));
+  EXPECT_THAT(page, testing::Not(HasSubstr("<high>")));
+  EXPECT_THAT(page, HasSubstr("data:image/png;base64,TWFu\""));
+  EXPECT_THAT(page, HasSubstr("data:image/png;base64,TWE=\""));
+  EXPECT_TRUE(journals[0].trades[2].look_ahead);
+}
+
+}  // namespace
+}  // namespace velumar
