@@ -199,8 +199,11 @@ ChartPositions LinkDriver::Positions() {
   ChartPositions positions;
   const std::vector<OrderMark>& all = session_.Orders;
   const auto first = all.end() - std::min(std::ssize(all), kMostOrders);
-  std::copy_if(first, all.end(), std::back_inserter(positions.orders),
-               [this](const OrderMark& order) { return order.bar <= session_.BarIndex; });
+  const auto reached = [this](const OrderMark& order) { return order.bar <= session_.BarIndex; };
+  std::copy_if(first, all.end(), std::back_inserter(positions.orders), reached);
+  if (session_.ShowsEarlier) {
+    std::ranges::copy_if(session_.EarlierOrders, std::back_inserter(positions.orders), reached);
+  }
   const auto add = [&](const Side& side, float profit) {
     const float held = session_.*side.Accum;
     if (held <= 0 || !std::isfinite(profit)) return;

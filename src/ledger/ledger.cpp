@@ -202,12 +202,18 @@ int WriteSession(SqliteDatabase& database, const LedgerSession& session) {
          double(session.number)});
     return session.number;
   }
+  const auto again = [&session](int number) {
+    return session.again.run == 0 ? LedgerValue() : LedgerValue(double(number));
+  };
   database.Run(
       "INSERT INTO Sessions (Directory, Symbol, SymbolInterval, StartDay, StartingMoney, Margin, "
-      "MoneyPerPoint, Commission, Vat, Begun, Mask) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      "MoneyPerPoint, Commission, Vat, Begun, Mask, AgainRun, AgainPlace) VALUES (?, ?, ?, ?, ?, "
+      "?, "
+      "?, ?, ?, ?, ?, ?, ?)",
       {session.directory, session.symbol, session.interval, double(session.start_day),
        account.money, account.margin, account.money_per_point, account.commission, account.vat,
-       session.begun, session.mask.empty() ? LedgerValue() : LedgerValue(session.mask)});
+       session.begun, session.mask.empty() ? LedgerValue() : LedgerValue(session.mask),
+       again(session.again.run), again(session.again.place)});
   return static_cast<int>(database.LastRow());
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -34,14 +33,6 @@ struct LedgerRun {
   double starting_money = 0;
   double margin = 0;
   double money_per_point = 0;
-};
-
-// Names an order in the tables next to the rows.
-struct LedgerOrderKey {
-  int run = 0;
-  int place = 0;  // the rowid in MyPortfolio, which the archive keeps; 0: the order has no row
-
-  auto operator<=>(const LedgerOrderKey&) const = default;
 };
 
 // What an order's row does not say, stored next to it.

@@ -9,11 +9,17 @@ namespace velumar {
 
 namespace {
 
-constexpr std::string_view kSelect =
-    "SELECT Id, Directory, Symbol, SymbolInterval, StartDay, StartingMoney, Margin, "
-    "MoneyPerPoint, Commission, Vat, Begun, Ended, Mask, BarIndex, NewestShown, FirstShown, "
-    "BarDate, "
-    "BarTime, BarsCheck, Book, AsShown, Touched FROM Sessions JOIN SessionMoments ON Session = Id";
+// A ledger of an earlier version that is only read can't say which trade is played again.
+std::string Select(const SqliteDatabase& database) {
+  const bool again =
+      database.FirstValue("SELECT 1 FROM pragma_table_info('Sessions') WHERE name = 'AgainRun'") !=
+      LedgerValue();
+  return "SELECT Id, Directory, Symbol, SymbolInterval, StartDay, StartingMoney, Margin, "
+         "MoneyPerPoint, Commission, Vat, Begun, Ended, Mask, " +
+         std::string(again ? "AgainRun, AgainPlace, " : "NULL, NULL, ") +
+         "BarIndex, NewestShown, FirstShown, BarDate, BarTime, BarsCheck, Book, AsShown, Touched "
+         "FROM Sessions JOIN SessionMoments ON Session = Id";
+}
 
 // Reads the columns of a row in their order.
 class RowReader {
@@ -44,6 +50,8 @@ LedgerPlayed ReadRow(const SqliteStatement& select) {
   }
   session.ended = row.Whole() != 0;
   session.mask = row.Text();
+  session.again.run = row.Whole();
+  session.again.place = row.Whole();
   LedgerMoment& moment = played.moment;
   moment.session = session.number;
   for (int* number :
@@ -91,8 +99,7 @@ std::vector<LedgerPlayed> LedgerSessions(LedgerConnection& connection) {
   std::vector<LedgerPlayed> sessions;
   if (!LedgerHasSessions(connection)) return sessions;
   const SqliteDatabase& database = connection.ForReading();
-  SqliteStatement select =
-      database.Prepare(std::string(kSelect) + " ORDER BY Touched DESC, Id DESC");
+  SqliteStatement select = database.Prepare(Select(database) + " ORDER BY Touched DESC, Id DESC");
   while (select.Step()) sessions.push_back(ReadRow(select));
   return sessions;
 }
@@ -100,7 +107,7 @@ std::vector<LedgerPlayed> LedgerSessions(LedgerConnection& connection) {
 LedgerPlayed LedgerReadSession(LedgerConnection& connection, int number) {
   if (!LedgerHasSessions(connection)) RefuseNumber(connection, number);
   const SqliteDatabase& database = connection.ForReading();
-  SqliteStatement select = database.Prepare(std::string(kSelect) + " WHERE Id = ?");
+  SqliteStatement select = database.Prepare(Select(database) + " WHERE Id = ?");
   const LedgerValue id(static_cast<double>(number));
   select.Bind(std::span(&id, 1));
   if (!select.Step()) RefuseNumber(connection, number);

@@ -1,9 +1,18 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <string>
 
 namespace velumar {
+
+// Names an order in the tables next to the rows.
+struct LedgerOrderKey {
+  int run = 0;
+  int place = 0;  // the rowid in MyPortfolio, which the archive keeps; 0: the order has no row
+
+  auto operator<=>(const LedgerOrderKey&) const = default;
+};
 
 // The account boxes as typed.
 struct LedgerAccount {
@@ -26,7 +35,8 @@ struct LedgerSession {
   LedgerAccount account;
   std::string begun;  // "2026-11-27 07:03:40", UTC
   bool ended = false;
-  std::string mask = {};  // the encoded key of a session that is played blind, else empty
+  std::string mask = {};      // the encoded key of a session that is played blind, else empty
+  LedgerOrderKey again = {};  // the entry of the trade that it plays again; without a run: none
 };
 
 // Where a session is, written after each step and with each order.

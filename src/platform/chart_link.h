@@ -18,6 +18,7 @@ struct OrderMark {
   double price = 0;
   bool is_long = true;
   bool entry = true;
+  bool earlier = false;  // of the trade that is played again
 
   bool operator==(const OrderMark&) const = default;
 };

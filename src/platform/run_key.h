@@ -21,6 +21,7 @@ inline constexpr int kLong = 'L';
 inline constexpr int kShort = 'S';
 inline constexpr int kBoard = 'B';
 inline constexpr int kGoTo = 'G';
+inline constexpr int kEarlierTrade = 'O';
 
 }  // namespace run_key
 
@@ -39,6 +40,7 @@ constexpr bool IsRunKey(const RunKeyPress& press) {
       return true;
     case run_key::kBoard:
     case run_key::kGoTo:
+    case run_key::kEarlierTrade:
     case run_key::kSpace:
     case run_key::kPageUp:
     case run_key::kPageDown:

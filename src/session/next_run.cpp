@@ -8,6 +8,7 @@
 #include "session/blind_draw.h"
 #include "session/moment.h"
 #include "session/run_source.h"
+#include "session/trade_again.h"
 
 namespace velumar {
 
@@ -65,6 +66,16 @@ std::optional<NextRun> RunChooser::Session(int number) {
     throw std::runtime_error("The ledger's key of this blind session is damaged.");
   }
   return MayGoOn(choice) ? std::optional(choice) : std::nullopt;
+}
+
+NextRun RunChooser::Trade(const LedgerOrderKey& entry) {
+  LedgerAccount account;
+  account.commission = inputs_.Commission();
+  account.vat = inputs_.Vat();
+  const LedgerPlayed played = SessionBeforeTrade(ledger_, entry, account, cache_);
+  const LedgerSession& session = played.session;
+  return {.series = {session.directory, session.symbol, session.interval, session.start_day},
+          .resumed = played};
 }
 
 bool RunChooser::MayGoOn(NextRun& choice) {

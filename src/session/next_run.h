@@ -34,6 +34,9 @@ class RunChooser {
   // bar that was played; nothing if the trader doesn't. Throws std::exception with the reason if
   // the session can't be resumed.
   std::optional<NextRun> Session(int number);
+  // A new session at the bar before the entry of a trade. Throws std::exception with the reason if
+  // the trade can't be played again.
+  NextRun Trade(const LedgerOrderKey& entry);
 
  private:
   NextRun Drawn(const RunSeries& entered);

@@ -8,6 +8,7 @@
 #include "results/run_record.h"
 #include "session/delay.h"
 #include "session/moment.h"
+#include "session/trade_again.h"
 
 namespace velumar {
 
@@ -42,7 +43,8 @@ LedgerSession Described(const SimSession& session, const RunInputs& inputs, std:
                       .money_per_point = inputs.ProfitPerContract(),
                       .commission = inputs.Commission(),
                       .vat = inputs.Vat()},
-          .begun = std::move(begun)};
+          .begun = std::move(begun),
+          .again = session.Again};
 }
 
 OrderMark MarkOf(const RunOrder& order) {
@@ -89,6 +91,15 @@ std::optional<NextRun> RunControl::SessionToResume(int number) {
   }
 }
 
+std::optional<NextRun> RunControl::TradeToPlayAgain(const LedgerOrderKey& entry) {
+  try {
+    return chooser_.Trade(entry);
+  } catch (const std::exception& error) {
+    ShowFailure("The trade can't be played again.", error);
+    return std::nullopt;
+  }
+}
+
 bool RunControl::ClaimSession(const NextRun& choice) {
   if (!RequireSymbol()) return false;
   ForgetBlindSymbol();
@@ -121,7 +132,8 @@ bool RunControl::Start() {
   BringChartUp();
   chart_.RefreshCharts();  // values the holdings, as after a step
   if (resumed->moment.as_shown) static_cast<Book&>(session_) = BookFromText(resumed->moment.book);
-  view_.SetStatusLine("Resumed. \"Play\" goes on.");
+  view_.SetStatusLine(session_.Again.run == 0 ? "Resumed. \"Play\" goes on."
+                                              : "Before the entry. O shows the earlier trade.");
   return true;
 }
 
@@ -213,12 +225,14 @@ void RunControl::Restore(const LedgerPlayed& played) {
   const auto first = static_cast<std::size_t>(session_.FirstShownBar);
   session_.StartDate = std::to_string(session_.BarDate.at(first));
   session_.StartTime = std::to_string(session_.BarTime.at(first));
+  session_.Again = played.session.again;
+  session_.SessionNumber = moment.session;
+  if (moment.session == 0) return;  // it begins here
   static_cast<Book&>(session_) = BookFromText(moment.book);
   const RunRecord record = ReadRecord(ledger_, LedgerScope::Session(moment.session));
   for (const RunOrder& order : record.orders) {
     if (order.quantity != 0) session_.Orders.push_back(MarkOf(order));
   }
-  session_.SessionNumber = moment.session;
 }
 
 void RunControl::SaveMoment() {
@@ -370,6 +384,15 @@ void RunControl::Step(std::string_view status,
     }
   }
   chart_.RefreshCharts();
+}
+
+void RunControl::ShowEarlierTrade() {
+  if (session_.Preparing || session_.Again.run == 0) return;
+  if (session_.EarlierOrders.empty()) {
+    session_.EarlierOrders = MarksOfTrade(ledger_, session_.Again, SeriesView(session_));
+  }
+  session_.ShowsEarlier = !session_.ShowsEarlier;
+  chart_.ShowPositions();
 }
 
 bool RunControl::Blind() const {

@@ -37,6 +37,8 @@ class RunControl {
   // A session of the ledger (see RunChooser::Session). Shows a box and returns nothing if it can't
   // be resumed.
   std::optional<NextRun> SessionToResume(int number);
+  // A session that plays a trade of the ledger again, likewise (see RunChooser::Trade).
+  std::optional<NextRun> TradeToPlayAgain(const LedgerOrderKey& entry);
   // As ClaimStore, for a session whose directory, series and account are entered: the next Start
   // resumes it.
   bool ClaimSession(const NextRun& choice);
@@ -62,6 +64,9 @@ class RunControl {
   void GoFastRewind();
   // Asks for a day and moves to its first bar, or to the first one after it, in one step.
   void GoToDate();
+
+  // Shows the orders of the trade that is played again on the charts, or hides them.
+  void ShowEarlierTrade();
 
   // True if the loaded bars are those of a blind run.
   bool Blind() const;

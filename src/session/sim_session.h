@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "ledger/sessions.h"
 #include "platform/chart_link.h"
 
 namespace velumar {
@@ -65,6 +66,9 @@ struct SimSession : Book {
   std::string ChartWarning;  // what is wrong with the chart program; precedes the bar's text
 
   std::vector<OrderMark> Orders;  // of the loaded series, in the order in which they were placed
+  LedgerOrderKey Again;  // the entry of the trade that the session plays again; without a run: none
+  bool ShowsEarlier = false;             // the trader wants to see
+  std::vector<OrderMark> EarlierOrders;  // of that trade
 
   RunSeries Run;          // of the run being prepared, then of the bars in memory
   int SessionNumber = 0;  // in the ledger, of the bars in memory; 0: it is not recorded
@@ -115,6 +119,9 @@ struct SimSession : Book {
     }
     BarChecks.clear();
     Orders.clear();
+    Again = {};
+    ShowsEarlier = false;
+    EarlierOrders.clear();
     SessionNumber = 0;
     BarIndex = -1;
     LastBarIndex = -1;

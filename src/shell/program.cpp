@@ -48,7 +48,9 @@ struct Program::Parts {
         keys(
             session, desktop, trader, [this] { return chart.OpeningChart(); },
             EventGuard(platform.boxes)("Opening the score board", [this] { score_board.Open(); }),
-            EventGuard(platform.boxes)("Moving to a date", [this] { run.GoToDate(); })) {}
+            EventGuard(platform.boxes)("Moving to a date", [this] { run.GoToDate(); }),
+            EventGuard(platform.boxes)("Showing the earlier trade",
+                                       [this] { run.ShowEarlierTrade(); })) {}
 
   Platform platform;
   RunWindows windows;

@@ -41,6 +41,10 @@ bool RunKeys::Press(const RunKeyPress& press) {
     go_to_date_();
     return true;
   }
+  if (press.code == run_key::kEarlierTrade) {
+    show_earlier_();
+    return true;
+  }
   // Space neither pauses nor restarts a run that is being prepared.
   if (press.code == run_key::kSpace && session_.Preparing) return true;
   const bool before = std::exchange(stepping_, stepping_ || IsStepKey(press.code));

@@ -12,20 +12,22 @@ namespace velumar {
 
 // The keys of a run: Space plays and pauses, Left and Right step, PageUp and PageDown step 30 bars,
 // L and S order Long and Short, with Shift they offset. A key clicks its button, so what can't be
-// clicked can't be typed either. B opens the score board, G asks for a day to move to.
+// clicked can't be typed either. B opens the score board, G asks for a day to move to, O shows the
+// earlier trade of a session that plays one again, or hides it.
 class RunKeys {
  public:
   // `chart_opening` returns true while keys are typed into the chart program, which may return
   // them.
   RunKeys(const SimSession& session, Desktop& desktop, TraderFocus& trader,
           std::function<bool()> chart_opening, std::function<void()> open_board,
-          std::function<void()> go_to_date)
+          std::function<void()> go_to_date, std::function<void()> show_earlier)
       : session_(session),
         desktop_(desktop),
         trader_(trader),
         chart_opening_(std::move(chart_opening)),
         open_board_(std::move(open_board)),
-        go_to_date_(std::move(go_to_date)) {}
+        go_to_date_(std::move(go_to_date)),
+        show_earlier_(std::move(show_earlier)) {}
 
   // True from the start of a run until "Close & Return".
   bool InRun() const;
@@ -45,6 +47,7 @@ class RunKeys {
   std::function<bool()> chart_opening_;
   std::function<void()> open_board_;
   std::function<void()> go_to_date_;
+  std::function<void()> show_earlier_;
   bool stepping_ = false;  // a step by key is running
 };
 

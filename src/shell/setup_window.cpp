@@ -243,9 +243,23 @@ void SetupWindow::StartRun() {
 void SetupWindow::ResumeSession(int number) {
   if (!CanStart()) return;
   const std::optional<NextRun> choice = run_.SessionToResume(number);
+  if (choice) Resume(*choice);
+}
+
+void SetupWindow::PlayAgain(const LedgerOrderKey& entry) {
+  if (!CanStart()) return;
+  const std::optional<NextRun> choice = run_.TradeToPlayAgain(entry);
   if (!choice) return;
-  Enter(choice->resumed->session);
-  if (!run_.ClaimSession(*choice)) return;
+  const Form2& navigator = desktop_.Untouched().form2;
+  if (navigator.Visible()) navigator.on_close();
+  const bool holds = session_.LAccum > 0 || session_.SAccum > 0;
+  if (holds && run_.Feeding() && session_.StopRequested == 0) return;  // the trader keeps it going
+  Resume(*choice);
+}
+
+void SetupWindow::Resume(const NextRun& choice) {
+  Enter(choice.resumed->session);
+  if (!run_.ClaimSession(choice)) return;
   BeginRun();
   ShowStatus(session_, view_, platform_.locale);
 }

@@ -28,6 +28,9 @@ class SetupWindow {
 
   // Enters what a session of the ledger was played with, and resumes it. Ignored while "Start" is.
   void ResumeSession(int number);
+  // The same for a session that plays a trade of the ledger again. The run that is
+  // open is left for it, unless the trader keeps it going.
+  void PlayAgain(const LedgerOrderKey& entry);
 
  private:
   void Load();
@@ -48,6 +51,7 @@ class SetupWindow {
   void StartRun();
   bool CanStart() const;
   void Enter(const LedgerSession& session);
+  void Resume(const NextRun& choice);
   // Begins the run that was claimed.
   void BeginRun();
   bool SlideToRun();

@@ -16,7 +16,9 @@ constexpr int kTagOpacity = 170;
 // Buys are a long entry and a short exit.
 bool Buys(const OrderMark& order) { return order.is_long == order.entry; }
 
-std::size_t ArrowIndex(bool buys, bool entry) { return (buys ? 0U : 2U) + (entry ? 0U : 1U); }
+std::size_t ArrowIndex(bool earlier, bool buys, bool entry) {
+  return (earlier ? 4U : 0U) + (buys ? 0U : 2U) + (entry ? 0U : 1U);
+}
 
 // The tip is at (0, 0), below it the arrow up, above it the arrow down.
 QPainterPath Arrow(bool up) {
@@ -72,15 +74,15 @@ void PositionMarks::SetColours(const Palette& colours) {
 }
 
 void PositionMarks::StyleArrows() {
-  for (const bool buys : {true, false}) {
-    const QColor colour = buys ? colours_.up : colours_.down;
-    for (const bool entry : {true, false}) {
-      const QBrush fill(entry ? colour : colours_.field);
-      // A frame in the colour of the ground keeps the arrow apart from its candle.
-      const QPen frame(entry ? colours_.field : colour, entry ? 1 : 2);
-      arrows_[ArrowIndex(buys, entry)]->setScatterStyle(
-          QCPScatterStyle(Arrow(buys), frame, fill, 6));
-    }
+  for (std::size_t i = 0; i < arrows_.size(); ++i) {
+    const bool earlier = i >= 4;
+    const bool buys = i % 4 < 2;
+    const bool entry = i % 2 == 0;
+    const QColor colour = earlier ? colours_.muted : buys ? colours_.up : colours_.down;
+    const QBrush fill(entry ? colour : colours_.field);
+    // A frame in the colour of the ground keeps the arrow apart from its candle.
+    const QPen frame(entry ? colours_.field : colour, entry ? 1 : 2);
+    arrows_[i]->setScatterStyle(QCPScatterStyle(Arrow(buys), frame, fill, 6));
   }
 }
 
@@ -96,14 +98,15 @@ void PositionMarks::Show(const ChartModel& model) {
 
 // Orders at bars that the chart doesn't have yet wait for them.
 void PositionMarks::ShowOrders(const ChartModel& model) {
-  std::array<QVector<QCPGraphData>, 4> points;
+  std::array<QVector<QCPGraphData>, 8> points;
   if (model.Options().positions) {
     for (const OrderMark& order : positions_.orders) {
       const std::optional<int> bar = BarOfStored(model.Series(), order.bar);
       const bool drawable =
           bar && std::isfinite(order.price) && (!model.Logarithmic() || order.price > 0);
       if (drawable) {
-        points[ArrowIndex(Buys(order), order.entry)].append({double(*bar), order.price});
+        points[ArrowIndex(order.earlier, Buys(order), order.entry)].append(
+            {double(*bar), order.price});
       }
     }
   }

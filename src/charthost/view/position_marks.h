@@ -11,7 +11,8 @@
 namespace velumar {
 
 // What was traded, on a price chart: an arrow for each order, whose tip is at the price of its bar
-// (an entry is filled, an exit hollow; an arrow up buys, one down sells), and a line at the average
+// (an entry is filled, an exit hollow; an arrow up buys, one down sells; those of an earlier trade
+// are grey), and a line at the average
 // price of each held side, with quantity and open profit at its left end, where they cover no new
 // bar.
 class PositionMarks {
@@ -38,7 +39,7 @@ class PositionMarks {
   QCPAxisRect& prices_;
   Palette colours_ = Palette::Light();
   ChartPositions positions_;
-  std::array<QCPGraph*, 4> arrows_;  // by direction, then entry
+  std::array<QCPGraph*, 8> arrows_;  // those of an earlier trade last, by direction, then entry
   std::array<HeldMark, 2> held_;     // long, short
 };
 

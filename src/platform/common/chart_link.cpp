@@ -17,7 +17,7 @@ NLOHMANN_JSON_SERIALIZE_ENUM(ChartRequest::Command,
                                  {ChartRequest::Command::kTheme, "theme"},
                                  {ChartRequest::Command::kQuit, "quit"},
                              })
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(OrderMark, bar, price, is_long, entry)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE_WITH_DEFAULT(OrderMark, bar, price, is_long, entry, earlier)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(HeldLine, is_long, price, quantity, profit)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE_WITH_DEFAULT(ChartPositions, orders, held, quantity,
                                                 profit_per_point)

@@ -1,0 +1,116 @@
+#include "session/trade_again.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+
+#include "base/dates.h"
+#include "base/number_text.h"
+#include "results/trade_list.h"
+#include "session/blind_mask.h"
+#include "session/moment.h"
+#include "session/run_source.h"
+
+namespace velumar {
+
+namespace {
+
+// A time of a row, "16:30:00", as hhmmss.
+std::int32_t TimeOf(std::string text) {
+  std::erase(text, ':');
+  return ExactNumber<std::int32_t>(text).value_or(0);
+}
+
+int BarOf(const TradeEnd& end, const SeriesView& bars) {
+  std::string digits = end.iso_date;
+  std::erase(digits, '-');
+  LedgerMoment moment;
+  moment.date = DateFromDigits(digits).value_or(0);
+  moment.time = TimeOf(end.time);
+  const int bar = BarOfMoment(moment, bars);
+  const auto at = static_cast<std::size_t>(bar);
+  if (bar < 0 || bars.dates[at] != moment.date || bars.times[at] != moment.time) {
+    throw std::runtime_error("The data has no bar of " + end.date + " " + end.time + " any more.");
+  }
+  return bar;
+}
+
+struct FoundTrade {
+  TradeEnd entry;
+  bool is_long = true;
+  std::vector<TradeEnd> exits;
+};
+
+FoundTrade FindTrade(LedgerConnection& connection, const LedgerOrderKey& key) {
+  const TradeList list = ListTrades(ReadAccount(connection, ScopeOfRun(connection, key.run)));
+  std::optional<FoundTrade> found;
+  const auto see = [&](const OpenLot& lot) {
+    if (!lot.entry || lot.entry->key != key) return false;
+    if (!found) found = {*lot.entry, lot.is_long, {}};
+    return true;
+  };
+  for (const Trade& trade : list.trades) {
+    if (see(trade.lot)) found->exits.push_back(trade.exit);
+  }
+  for (const OpenLot& lot : list.open) see(lot);
+  if (!found) throw std::runtime_error("The ledger does not have the entry of this trade.");
+  return *found;
+}
+
+LedgerSession SessionOf(LedgerConnection& connection, const LedgerOrderKey& entry,
+                        const LedgerAccount& account) {
+  const LedgerScope scope = ScopeOfRun(connection, entry.run);
+  const auto text = [](double figure) { return PlainNumberText(static_cast<float>(figure)); };
+  const LedgerRun began = ReadRecord(connection, scope).began.value_or(LedgerRun());
+  LedgerSession session;
+  session.directory = began.directory;
+  session.symbol = began.symbol;
+  session.interval = began.interval;
+  session.account = account;
+  session.account.money = text(began.starting_money);
+  session.account.margin = text(began.margin);
+  session.account.money_per_point = text(began.money_per_point);
+  if (scope.kind == LedgerScope::Kind::kSession) {
+    session.account = LedgerReadSession(connection, scope.number).session.account;
+  }
+  return session;
+}
+
+}  // namespace
+
+LedgerPlayed SessionBeforeTrade(LedgerConnection& connection, const LedgerOrderKey& entry,
+                                const LedgerAccount& account, IndexCache& cache) {
+  const FoundTrade trade = FindTrade(connection, entry);
+  LedgerPlayed played;
+  played.session = SessionOf(connection, entry, account);
+  if (played.session.symbol == kBlindSymbol) {
+    throw std::runtime_error("It is part of a blind session. End that first, which reveals it.");
+  }
+  const RunSeries series{played.session.directory, played.session.symbol, played.session.interval,
+                         0};
+  const BarArrays arrays = ReadRunSeries(series, std::nullopt, cache).bars;
+  const SeriesView bars(arrays);
+  const int before = BarOf(trade.entry, bars) - 1;
+  const auto shown = static_cast<std::size_t>(std::max(before, 0));
+  played.session.start_day = bars.dates[shown];
+  played.session.again = entry;
+  LedgerMoment& moment = played.moment;
+  moment.bar = before;
+  moment.newest_shown = moment.first_shown = static_cast<int>(shown);
+  moment.date = bars.dates[shown];
+  moment.time = bars.times[shown];
+  return played;
+}
+
+std::vector<OrderMark> MarksOfTrade(LedgerConnection& connection, const LedgerOrderKey& entry,
+                                    const SeriesView& bars) {
+  const FoundTrade trade = FindTrade(connection, entry);
+  const auto mark = [&](const TradeEnd& end, bool entered) {
+    return OrderMark{BarOf(end, bars), end.price, trade.is_long, entered, true};
+  };
+  std::vector<OrderMark> marks{mark(trade.entry, true)};
+  for (const TradeEnd& end : trade.exits) marks.push_back(mark(end, false));
+  return marks;
+}
+
+}  // namespace velumar
