@@ -77,7 +77,9 @@ enum class ControlKind : std::uint8_t {
   kMenu,
   kLine,
   kSheet,
-  kLink
+  kLink,
+  kNoteBox,
+  kPictureFile
 };
 
 // A control without its view. Setting a property fires the same events as a change by the trader,
@@ -208,6 +210,9 @@ using Sheet = PlainControl<ControlKind::kSheet>;
 using Link = PlainControl<ControlKind::kLink>;
 // A straight line along the top of its place.
 using Line = PlainControl<ControlKind::kLine>;
+// The picture in the file that its Text names, as large as it fits; without one it says so. Enter
+// and a double click fire on_double_click.
+using PictureFile = PlainControl<ControlKind::kPictureFile>;
 // A patch of its ForeColour that can be clicked.
 using Swatch = PlainControl<ControlKind::kSwatch>;
 
@@ -218,6 +223,15 @@ class TextBox : public Control {
   void SetText(std::string_view text) override;
   // Sets the text and fires on_change, then on_key_up of the last key.
   void UserType(std::string_view text, int key_code = 0);
+};
+
+// A box for several lines of text. The Tab key leaves it.
+class NoteBox : public Control {
+ public:
+  NoteBox(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kNoteBox, spec) {}
+  void UserType(std::string_view text) {
+    if (Reachable()) SetText(text);
+  }
 };
 
 // A list with a text box that can be typed into.

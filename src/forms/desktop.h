@@ -6,6 +6,7 @@
 #include "forms/form2.h"
 #include "forms/form3.h"
 #include "forms/frm_import.h"
+#include "forms/frm_picture.h"
 #include "forms/frm_practice.h"
 #include "forms/frm_result.h"
 #include "forms/frm_score.h"
@@ -52,6 +53,7 @@ class Desktop {
     Graph2 graph2;
     FrmImport frmImport;
     FrmPractice frmPractice;
+    FrmPicture frmPicture;
   };
 
   Form1& form1() { return Loaded(windows_.form1); }
@@ -65,6 +67,7 @@ class Desktop {
   Graph2& graph2() { return Loaded(windows_.graph2); }
   FrmImport& frmImport() { return Loaded(windows_.frmImport); }
   FrmPractice& frmPractice() { return Loaded(windows_.frmPractice); }
+  FrmPicture& frmPicture() { return Loaded(windows_.frmPicture); }
 
   // Loads the window, hidden, if it isn't loaded.
   void Load(Form& form) { Loaded(form); }
@@ -74,11 +77,11 @@ class Desktop {
   }
 
   Windows& Untouched() { return windows_; }
-  std::array<Form*, 11> All() {
+  std::array<Form*, 12> All() {
     return {&windows_.form1,          &windows_.form2,       &windows_.form3,
             &windows_.frmBigDateTime, &windows_.frmBigScore, &windows_.frmBigPrice,
             &windows_.frmScore,       &windows_.frmResult,   &windows_.graph2,
-            &windows_.frmImport,      &windows_.frmPractice};
+            &windows_.frmImport,      &windows_.frmPractice, &windows_.frmPicture};
   }
   // Null if there is no window of that name.
   Form* Find(std::string_view name) {

@@ -4,15 +4,17 @@
 
 #include "forms/chart.h"
 #include "forms/form.h"
+#include "forms/journal_controls.h"
 #include "forms/panels.h"
 #include "forms/table.h"
 
 namespace velumar {
 
-// The results of a session or a run: tabs with chart, statistics and orders, and the figures below.
+// The results of a session or a run: tabs with chart, statistics, orders and journal, and the
+// figures below.
 class FrmResult : public Form {
  public:
-  enum Tab { kChartTab, kStatisticsTab, kOrdersTab };
+  enum Tab { kChartTab, kStatisticsTab, kOrdersTab, kJournalTab };
   enum ToolbarButton {
     kSaveAs = 1,
     kPreview = 3,
@@ -80,16 +82,18 @@ class FrmResult : public Form {
        "in points, commission of entries only.",
        "", kNote}};
   Table lstOrders{*this, {"lstOrders", 120, 120, 10335, 7740, "", "Orders"}};
-  TabBar tabSheets{
-      *this, {"tabSheets", 60, 7920, 3525, 345, "", ""}, {"Chart", "Statistics", "Orders"}};
+  JournalControls journal{*this};
+  TabBar tabSheets{*this,
+                   {"tabSheets", 60, 7920, 4425, 345, "", ""},
+                   {"Chart", "Statistics", "Orders", "Journal"}};
   Button cmdCopy{
       *this,
-      {"cmdCopy", 3705, 7920, 795, 345, "Copy", "Copy the selected rows, or all rows (Ctrl+C)"}};
+      {"cmdCopy", 4605, 7920, 675, 345, "Copy", "Copy the selected rows, or all rows (Ctrl+C)"}};
   Button cmdExport{*this,
-                   {"cmdExport", 4575, 7920, 1320, 345, "Export CSV...",
-                    "Save the orders as CSV, sorted as shown"}};
+                   {"cmdExport", 5355, 7920, 1320, 345, "Export CSV...",
+                    "Save the orders or the journal as CSV"}};
   ComboBox cbxRun{
-      *this, {"cbxRun", 6495, 7920, 3960, 345, "", "The session or run whose results are shown"}};
+      *this, {"cbxRun", 6750, 7920, 3705, 345, "", "The session or run whose results are shown"}};
 
   Frame Frame1{*this, {"Frame1", 0, 8760, 5295, 2175, " Summary ", "", kHeading}};
   Label Label1{*this, {"Label1", 240, 360, 900, 300, "Symbol:", "", kCaption}};

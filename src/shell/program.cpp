@@ -43,7 +43,8 @@ struct Program::Parts {
                  [this](int number) { setup.ResumeSession(number); }),
         navigator(session, windows, desktop, platform, run, ledger),
         score_board(session, desktop, platform),
-        results(desktop, platform, ledger, score_board),
+        results(desktop, platform, ledger, score_board,
+                [this](const LedgerOrderKey& entry) { setup.PlayAgain(entry); }),
         preview(desktop, platform),
         keys(
             session, desktop, trader, [this] { return chart.OpeningChart(); },

@@ -14,6 +14,7 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "base/whole_file.h"
+#include "results/journal_list.h"
 #include "results/portfolio_chart.h"
 #include "results/statistics.h"
 #include "shell/event_guard.h"
@@ -56,8 +57,13 @@ std::string FiguresOfText(LedgerScope shown, LedgerScope of_figures) {
 }  // namespace
 
 ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
-                           ScoreBoard& score_board)
-    : desktop_(desktop), platform_(platform), ledger_(ledger), score_board_(score_board) {
+                           ScoreBoard& score_board,
+                           std::function<void(const LedgerOrderKey& entry)> play_again)
+    : desktop_(desktop),
+      platform_(platform),
+      ledger_(ledger),
+      score_board_(score_board),
+      journal_(desktop, platform, ledger, std::move(play_again)) {
   Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);
   windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click =
@@ -66,6 +72,7 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
   form.on_load = guarded("Opening the results", [this] { Load(); });
   form.on_close = form.on_escape =
       guarded("Closing the results", [this] { desktop_.Unload(Window()); });
+  form.on_unload = guarded("Keeping the note", [this] { journal_.KeepNote(); });
   Chart& chart = form.MSChart1;
   std::map<int, std::function<void()>> buttons{
       {FrmResult::kSaveAs, guarded("Saving the chart", [this] { SaveChartAs(); })},
@@ -87,7 +94,7 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
       guarded("Sorting the orders", [this](std::size_t column) { SortOrdersBy(column); });
   form.cmdCopy.on_click = guarded("Copying", [this] { Copy(); });
   form.lstOrders.on_copy = form.lstStatistics.on_copy = form.cmdCopy.on_click;
-  form.cmdExport.on_click = guarded("Saving the orders", [this] { ExportOrders(); });
+  form.cmdExport.on_click = guarded("Exporting", [this] { Export(); });
 }
 
 // A window that the preview opened hidden may lack the newest orders.
@@ -129,6 +136,7 @@ void ResultWindow::SetUpTables() {
     columns.push_back({std::string(column.title), column.numeric});
   }
   form.lstOrders.SetColumns(std::move(columns));
+  journal_.SetUp();
 }
 
 // If the ledger can't be read, reading the results says so.
@@ -153,8 +161,10 @@ LedgerScope ResultWindow::FiguresScope(LedgerScope scope) {
 ResultWindow::Reading ResultWindow::Read(LedgerScope scope, bool with_account) {
   const LedgerScope of_figures = FiguresScope(scope);
   Reading reading{LoadResultFigures(ledger_, of_figures), of_figures,
-                  RowsOf(LoadPortfolioChart(ledger_, scope)), std::nullopt};
-  if (with_account) reading.account = ReadAccount(ledger_, scope);
+                  RowsOf(LoadPortfolioChart(ledger_, scope)), std::nullopt, std::nullopt};
+  if (!with_account) return reading;
+  reading.account = ReadAccount(ledger_, scope);
+  reading.journal = ReadJournal(ledger_, scope);
   return reading;
 }
 
@@ -168,6 +178,7 @@ void ResultWindow::Show(Reading reading) {
   if (!account_) return;
   ShowStatistics();
   ShowOrders();
+  if (reading.journal) journal_.Show(std::move(*reading.journal));
 }
 
 // Blank before the first order.
@@ -276,7 +287,8 @@ void ResultWindow::ShowTab() {
   form.lblSheetNote.SetVisible(tab_ == FrmResult::kStatisticsTab);
   form.lstOrders.SetVisible(tab_ == FrmResult::kOrdersTab);
   form.cmdCopy.SetVisible(tab_ != FrmResult::kChartTab);
-  form.cmdExport.SetVisible(tab_ == FrmResult::kOrdersTab);
+  form.cmdExport.SetVisible(tab_ == FrmResult::kOrdersTab || tab_ == FrmResult::kJournalTab);
+  journal_.SetVisible(tab_ == FrmResult::kJournalTab);
 }
 
 void ResultWindow::ShowStatistics() {
@@ -314,14 +326,19 @@ void ResultWindow::SortOrdersBy(std::size_t column) {
 
 void ResultWindow::Copy() {
   const FrmResult& form = Window();
-  const Table& table = tab_ == FrmResult::kOrdersTab ? form.lstOrders : form.lstStatistics;
+  const Table& table = tab_ == FrmResult::kOrdersTab    ? form.lstOrders
+                       : tab_ == FrmResult::kJournalTab ? form.journal.lstTrades
+                                                        : form.lstStatistics;
   platform_.clipboard.SetText(table.CopyText());
 }
 
-void ResultWindow::ExportOrders() {
-  const auto file = platform_.files.ChooseFile({{"Orders (*.csv)", "csv"}}, "Orders");
+void ResultWindow::Export() {
+  const bool journal = tab_ == FrmResult::kJournalTab;
+  const std::string what = journal ? "Journal" : "Orders";
+  const auto file = platform_.files.ChooseFile({{what + " (*.csv)", "csv"}}, what);
   if (!file || file->empty()) return;
-  ReplaceWholeFile(NativePath(*file), OrdersCsv(*orders_));
+  ReplaceWholeFile(NativePath(*file),
+                   journal ? JournalCsv({journal_.Shown()}) : OrdersCsv(*orders_));
 }
 
 void ResultWindow::PrintReport() {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -12,6 +12,7 @@
 #include "results/result_choices.h"
 #include "results/result_figures.h"
 #include "results/run_record.h"
+#include "shell/journal_tab.h"
 #include "shell/score_board.h"
 
 namespace velumar {
@@ -23,7 +24,8 @@ namespace velumar {
 class ResultWindow {
  public:
   ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
-               ScoreBoard& score_board);
+               ScoreBoard& score_board,
+               std::function<void(const LedgerOrderKey& entry)> play_again);
 
  private:
   // Shows the window; reads the ledger again unless it is visible already.
@@ -39,6 +41,7 @@ class ResultWindow {
     LedgerScope of_figures;
     ChartRows rows;
     std::optional<std::vector<RunRecord>> account;
+    std::optional<Journal> journal;
   };
   // Throws LedgerError.
   Reading Read(LedgerScope scope, bool with_account);
@@ -55,7 +58,7 @@ class ResultWindow {
   void ShowTab();
   void SortOrdersBy(std::size_t column);
   void Copy();
-  void ExportOrders();
+  void Export();
   void ApplyChartType();
   void RestoreChart();
 
@@ -70,6 +73,7 @@ class ResultWindow {
   Platform& platform_;
   LedgerConnection& ledger_;
   ScoreBoard& score_board_;
+  JournalTab journal_;
   std::vector<ResultChoice> choices_;  // in the order of the list
   LedgerScope scope_ = kCurrentRun;    // shown
   int tab_ = FrmResult::kChartTab;

@@ -110,7 +110,7 @@ TEST_F(ResultWindowTest, TabsAndChartFollowTheChosenRun) {
   all.outside.files.answers = {file, "/nowhere/orders.csv"};
   for (int i = 0; i < 3; ++i) form.cmdExport.UserClick();  // the last one is cancelled
   EXPECT_THAT(ReadFile(file), HasSubstr("\n2,2007-01-12,16:30:00,ABC,Offset Long,1,104,1,"));
-  EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("Saving the orders failed.\n/nowhere/orders.csv")));
+  EXPECT_THAT(Boxes(), ElementsAre(HasSubstr("Exporting failed.\n/nowhere/orders.csv")));
 }
 
 TEST_F(ResultWindowTest, ShowsTheWholeSessionAndTheFiguresOfItsNewestRun) {

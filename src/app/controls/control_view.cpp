@@ -130,7 +130,7 @@ ControlView* MakeControlView(FormContext& context, QWidget& parent, Control& con
     ViewMakers all;
     for (const auto add :
          {AddBarViews, AddButtonViews, AddSurfaceViews, AddListViews, AddChartViews,
-          AddComboBoxView, AddDatePickerView, AddLabelView, AddTextBoxView}) {
+          AddComboBoxView, AddDatePickerView, AddLabelView, AddTextBoxView, AddPictureFileView}) {
       add(all);
     }
     return all;

@@ -141,5 +141,6 @@ void AddComboBoxView(ViewMakers& makers);
 void AddDatePickerView(ViewMakers& makers);
 void AddLabelView(ViewMakers& makers);
 void AddTextBoxView(ViewMakers& makers);
+void AddPictureFileView(ViewMakers& makers);
 
 }  // namespace velumar

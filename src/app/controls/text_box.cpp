@@ -92,8 +92,34 @@ class TextBoxView : public View<FittingLineEdit, TextBox> {
   std::set<int> pressed_;  // keys that were pressed while the box had the focus
 };
 
+class NoteBoxView : public View<QPlainTextEdit, NoteBox> {
+ public:
+  explicit NoteBoxView(const Parts& parts) : View(parts) {
+    setTabChangesFocus(true);
+    setFrameShape(QFrame::StyledPanel);
+    connect(this, &QPlainTextEdit::textChanged, this, [this] { PassTypedText(toPlainText()); });
+  }
+  void Update() override {
+    View::Update();
+    ApplyFieldColours(*this, model_, Colours());
+    setFont(DesignFont());
+    if (ToQt(model_.Text()) == toPlainText()) return;
+    const QSignalBlocker quiet(this);
+    setPlainText(ToQt(model_.Text()));
+  }
+
+ protected:
+  void focusOutEvent(QFocusEvent* event) override {
+    View::focusOutEvent(event);
+    if (!FocusReturns(event->reason())) Pass(&NoteBox::UserLeave);
+  }
+};
+
 }  // namespace
 
-void AddTextBoxView(ViewMakers& makers) { makers[ControlKind::kTextBox] = MakeView<TextBoxView>; }
+void AddTextBoxView(ViewMakers& makers) {
+  makers[ControlKind::kTextBox] = MakeView<TextBoxView>;
+  makers[ControlKind::kNoteBox] = MakeView<NoteBoxView>;
+}
 
 }  // namespace velumar

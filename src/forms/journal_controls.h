@@ -1,0 +1,71 @@
+#pragma once
+
+#include "forms/form.h"
+#include "forms/panels.h"
+#include "forms/table.h"
+
+namespace velumar {
+
+// The journal's tab in the result window: filters, trades, and below them the picture, the plan and
+// the note of the one that is selected.
+struct JournalControls {
+  enum PictureTab { kEntryPicture, kExitPicture };
+  enum NoteTab { kTradeNote, kSessionNote };
+
+  explicit JournalControls(Form& form) : form_(form) {
+    for (ComboBox* list : {&cbxSetup, &cbxSide, &cbxOutcome}) list->SetTypable(false);
+    lstTrade.SetWraps(true);
+  }
+
+  static constexpr Look kNote{.colour = kDarkBlue, .points = 9};
+
+  // All of them, to show or hide the tab.
+  std::vector<Control*> All() {
+    return {&txtFind,  &cbxSetup, &cbxSide, &cbxOutcome, &lblCount,    &lstTrades, &tabPicture,
+            &imgTrade, &lstTrade, &tabNote, &txtNote,    &lblNoteDate, &lnkAgain};
+  }
+
+ private:
+  Form& form_;
+
+ public:
+  TextBox txtFind{form_,
+                  {"txtFind",
+                   120,
+                   120,
+                   3120,
+                   315,
+                   "",
+                   "Find trades by symbol, date, setup, reasons or note",
+                   {},
+                   "Find"}};
+  ComboBox cbxSetup{form_, {"cbxSetup", 3360, 120, 2280, 315, "", "Setup"}};
+  ComboBox cbxSide{
+      form_, {"cbxSide", 5760, 120, 1440, 315, "", "Side"}, {"Both sides", "Long", "Short"}};
+  ComboBox cbxOutcome{form_,
+                      {"cbxOutcome", 7320, 120, 1440, 315, "", "Result"},
+                      {"All results", "Won", "Lost", "Open"}};
+  Label lblCount{form_, {"lblCount", 8880, 120, 1575, 315, "", "", kNote}};
+  Table lstTrades{form_, {"lstTrades", 120, 540, 10335, 2940, "", "Trades"}};
+  TabBar tabPicture{form_, {"tabPicture", 120, 3570, 1800, 300, "", "Picture"}, {"Entry", "Exit"}};
+  PictureFile imgTrade{form_,
+                       {"imgTrade",
+                        120,
+                        3900,
+                        6000,
+                        3900,
+                        "",
+                        "The chart as it was; Enter shows it in full size",
+                        {},
+                        "Chart"}};
+  ListBox lstTrade{form_, {"lstTrade", 6240, 3570, 4215, 1860, "", "", {}, "Trade and plan"}};
+  TabBar tabNote{form_, {"tabNote", 6240, 5520, 3000, 300, "", "Note"}, {"Note", "Session's note"}};
+  NoteBox txtNote{form_,
+                  {"txtNote", 6240, 5850, 4215, 1350, "", "Kept when you leave it", {}, "Note"}};
+  Label lblNoteDate{form_, {"lblNoteDate", 6240, 7230, 4215, 270, "", "", kNote}};
+  Link lnkAgain{form_,
+                {"lnkAgain", 8640, 7515, 1815, 300, "Play it again...",
+                 "Start a session of its own at the bar before the entry"}};
+};
+
+}  // namespace velumar

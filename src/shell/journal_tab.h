@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "forms/desktop.h"
+#include "ledger/ledger.h"
+#include "platform/platform.h"
+#include "results/journal.h"
+
+namespace velumar {
+
+// What the controls of the journal do, a tab of the result window. A note is written as soon as the
+// trader leaves it; its earlier versions stay in the ledger.
+class JournalTab {
+ public:
+  // `play_again` starts a session that plays the trade of that entry.
+  JournalTab(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
+             std::function<void(const LedgerOrderKey& entry)> play_again);
+
+  // Call it when the result window loads.
+  void SetUp();
+  void SetVisible(bool visible);
+  // Lists the trades, with all filters off. A note that is being typed is written before.
+  void Show(Journal journal);
+  const Journal& Shown() const { return journal_; }
+  // Writes the note in the box if it has changed. Throws LedgerError.
+  void KeepNote();
+
+ private:
+  // Whose note is in the box.
+  struct NoteOwner {
+    LedgerOrderKey order;  // without a run: the session
+    std::string shown;     // as it was read
+  };
+
+  void ListSetups();
+  JournalFilter Filter();
+  void List();
+  // Null if not exactly one is selected.
+  const JournalEntry* Chosen();
+  void ShowChosen();
+  void ShowPicture(const JournalEntry* entry);
+  void ShowNote(const JournalEntry* entry);
+  void OpenPicture();
+  void PlayAgain();
+  JournalControls& Controls() { return desktop_.Untouched().frmResult.journal; }
+
+  Desktop& desktop_;
+  Platform& platform_;
+  LedgerConnection& ledger_;
+  std::function<void(const LedgerOrderKey& entry)> play_again_;
+  Journal journal_;
+  std::vector<std::size_t> listed_;  // indices of the trades, as the filters leave them
+  std::optional<NoteOwner> note_;
+};
+
+}  // namespace velumar
