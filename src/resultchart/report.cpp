@@ -7,6 +7,7 @@
 
 #include "base/paths.h"
 #include "results/figure_texts.h"
+#include "results/journal_list.h"
 #include "results/portfolio_chart.h"
 #include "results/result_figures.h"
 #include "results/statistics.h"
@@ -78,6 +79,53 @@ std::vector<Report::Line> FigureLines(const Texts& figures) {
           {"Commission of all entries", figures.at("ResTotalComm")}};
 }
 
+// A page must have room for it.
+std::string Shortened(std::string text) {
+  constexpr std::size_t kLongest = 2000;
+  if (text.size() <= kLongest) return text;
+  std::size_t end = kLongest;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+  return text.substr(0, end) + " ...";
+}
+
+void AddNote(const LedgerConnection& connection, const std::vector<LedgerNote>& notes,
+             JournalItem& item) {
+  if (notes.empty() || notes.back().text.empty()) return;
+  item.lines.push_back(Shortened(notes.back().text));
+  item.lines.push_back(NoteDate(connection, notes));
+}
+
+JournalItem ItemOf(const LedgerConnection& connection, const JournalEntry& entry) {
+  JournalItem item{.title = TradeText(entry), .lines = {}, .pictures = {}};
+  if (entry.trade.money) item.title += ": " + MoneyText(entry.trade.money);
+  if (entry.trade.r) item.title += ", " + MoneyText(entry.trade.r) + " R";
+  const std::string plan = PlanText(entry);
+  if (!plan.empty()) item.lines.push_back("Plan: " + plan);
+  if (entry.plan && !entry.plan->reasons.empty()) {
+    item.lines.push_back(Shortened(entry.plan->reasons));
+  }
+  AddNote(connection, entry.notes, item);
+  for (const std::string& file : {entry.entry_picture, entry.exit_picture}) {
+    if (!file.empty()) item.pictures.push_back(file);
+  }
+  return item;
+}
+
+// The newest trades, if there are very many, so that the file can still be opened.
+std::vector<JournalItem> JournalItems(const LedgerConnection& connection, const Journal& journal) {
+  constexpr std::ptrdiff_t kMost = 200;
+  std::vector<JournalItem> items;
+  for (const JournalEntry& entry : journal.trades) {
+    JournalItem item = ItemOf(connection, entry);
+    if (!item.lines.empty() || !item.pictures.empty()) items.push_back(std::move(item));
+  }
+  if (std::ssize(items) > kMost) items.erase(items.begin(), items.end() - kMost);
+  JournalItem session{.title = "The session", .lines = {}, .pictures = {}};
+  AddNote(connection, journal.notes, session);
+  if (!session.lines.empty()) items.insert(items.begin(), std::move(session));
+  return items;
+}
+
 }  // namespace
 
 ChartPoints ReadPoints(LedgerConnection& connection, LedgerScope scope) {
@@ -108,6 +156,7 @@ Report ReadReport(LedgerConnection& connection, LedgerScope scope) {
     report.statistics.push_back({std::string(statistic.name), statistic.value});
   }
   report.points = ReadPoints(connection, scope);
+  report.journal = JournalItems(connection, ReadJournal(connection, scope));
   report.orders = ListOrders(record);
   return report;
 }

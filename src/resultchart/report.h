@@ -6,6 +6,7 @@
 
 #include "ledger/ledger.h"
 #include "resultchart/chart_scene.h"
+#include "resultchart/journal_pages.h"
 #include "results/order_list.h"
 
 class QPagedPaintDevice;
@@ -26,6 +27,8 @@ struct Report {
   std::vector<Line> figures;
   std::vector<Line> statistics;
   ChartPoints points;
+  // Of the session, and of the trades with a plan, a note or a picture.
+  std::vector<JournalItem> journal;
   std::vector<OrderListRow> orders;
 };
 
@@ -35,10 +38,10 @@ ChartPoints ReadPoints(LedgerConnection& connection, LedgerScope scope);
 // Throws LedgerError.
 Report ReadReport(LedgerConnection& connection, LedgerScope scope);
 
-// Draws the report as vectors: an A4 page with facts, figures, statistics and chart, then the
-// orders on as many landscape pages as they need. Their fourteen columns don't fit upright; the
-// type shrinks, to six units of 1/96 inch at least, until the longest text of each column fits.
-// Throws std::runtime_error if a page can't be started.
+// Draws the report as vectors: an A4 page with facts, figures, statistics and chart, the
+// journal, then the orders on as many landscape pages as they need. Their fourteen columns don't
+// fit upright; the type shrinks, to six units of 1/96 inch at least, until the longest text of each
+// column fits. Throws std::runtime_error if a page can't be started.
 void PrintReport(const Report& report, QPagedPaintDevice& device);
 
 // Saves the report as a PDF file; see SaveWhole. Throws std::runtime_error with the file's name.

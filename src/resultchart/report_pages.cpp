@@ -1,4 +1,3 @@
-#include <QApplication>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
 #include <algorithm>
@@ -7,6 +6,7 @@
 
 #include "charts/qt_text.h"
 #include "resultchart/chart_file.h"
+#include "resultchart/page_style.h"
 #include "resultchart/report.h"
 #include "resultchart/result_plot.h"
 
@@ -23,23 +23,8 @@ constexpr double kHeading = 24;
 constexpr double kHeader = 52;
 constexpr double kFooter = 26;
 constexpr int kTitlePixels = 22;
-constexpr int kHeadingPixels = 14;
-constexpr int kTextPixels = 11;
 constexpr int kSmallPixels = 9;
 constexpr int kSmallestPixels = 6;
-
-const QColor kInk(0x1b, 0x25, 0x36);
-const QColor kFaint(0x5c, 0x67, 0x7a);
-const QColor kRule(0xb9, 0xc5, 0xd8);
-const QColor kBand(0xf1, 0xf4, 0xf9);
-
-QFont Face(int pixels, bool bold = false) {
-  QFont font = QApplication::font();
-  font.setPixelSize(pixels);
-  font.setBold(bold);
-  font.setHintingPreference(QFont::PreferNoHinting);
-  return font;
-}
 
 double Width(const QString& text, const QFont& font) {
   return QFontMetricsF(font).horizontalAdvance(text);
@@ -91,8 +76,13 @@ class Pages {
     BeginPages(painter_, device_);
     const OrderTable table(report_.orders, LandscapePage().width());
     const std::size_t on_a_page = RowsOnAPage(table);
-    pages_ = 1 + (report_.orders.size() + on_a_page - 1) / on_a_page;
+    const JournalPages journal(report_.journal, Page().size() - QSizeF(0, kHeader + kFooter));
+    pages_ = 1 + journal.Count() + (report_.orders.size() + on_a_page - 1) / on_a_page;
     PrintSummary();
+    for (std::size_t page = 0; page < journal.Count(); ++page) {
+      NewPage(QPageLayout::Portrait, QStringLiteral("Journal"));
+      journal.Paint(painter_, page, kHeader);
+    }
     for (std::size_t first = 0; first < report_.orders.size(); first += on_a_page) {
       PrintOrders(table, first, std::min(report_.orders.size(), first + on_a_page));
     }
@@ -103,6 +93,12 @@ class Pages {
     const QMarginsF margins(kMarginMm, kMarginMm, kMarginMm, kMarginMm);
     device_.setPageLayout(
         QPageLayout(QPageSize(QPageSize::A4), orientation, margins, QPageLayout::Millimeter));
+  }
+
+  void NewPage(QPageLayout::Orientation orientation, const QString& title) {
+    SetPage(orientation);
+    if (!device_.newPage()) throw std::runtime_error("the next page could not be started");
+    BeginPage(title, ToQt(report_.title));
   }
 
   // The printable area of the page as it is, and of a landscape page.
@@ -177,9 +173,7 @@ class Pages {
   }
 
   void PrintOrders(const OrderTable& table, std::size_t first, std::size_t end) {
-    SetPage(QPageLayout::Landscape);
-    if (!device_.newPage()) throw std::runtime_error("the next page could not be started");
-    BeginPage(QStringLiteral("Orders"), ToQt(report_.title));
+    NewPage(QPageLayout::Landscape, QStringLiteral("Orders"));
     PrintRow(table, kHeader, Face(table.pixels, true),
              [](std::size_t column) { return std::string(kOrderColumns.at(column).title); });
     double top = kHeader + table.RowHeight();
