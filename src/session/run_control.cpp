@@ -8,6 +8,7 @@
 #include "results/run_record.h"
 #include "session/delay.h"
 #include "session/moment.h"
+#include "session/plan_levels.h"
 #include "session/trade_again.h"
 
 namespace velumar {
@@ -233,6 +234,7 @@ void RunControl::Restore(const LedgerPlayed& played) {
   for (const RunOrder& order : record.orders) {
     if (order.quantity != 0) session_.Orders.push_back(MarkOf(order));
   }
+  session_.Plans.Restore(record.orders, LedgerPlansOfSession(ledger_, moment.session));
 }
 
 void RunControl::SaveMoment() {
@@ -315,6 +317,7 @@ bool RunControl::FeedOne(RunNumber run) {
   platform_.events.ProcessPending();
   if (Superseded(run)) return false;
   if (session_.BarIndex >= session_.LastBarIndex) return true;
+  const int before = session_.BarIndex;
   stepper_.FeedBar(session_.BarIndex);
   // Before the trader sees the bar: a session that is resumed never forgets one that was shown.
   try {
@@ -324,9 +327,23 @@ bool RunControl::FeedOne(RunNumber run) {
     throw;
   }
   chart_.RefreshCharts();
-  if (Superseded(run) || session_.StopRequested != 0) return false;
+  if (Superseded(run)) return false;
+  if (PauseAtPlan(before) || session_.StopRequested != 0) return false;
   WaitMilliseconds(platform_.events, session_.RefreshDelay);
   return true;
+}
+
+bool RunControl::PauseAtPlan(int before) {
+  std::string text = ReachedText(session_, before);
+  if (text.empty()) return false;
+  const bool pauses = feeding_ && session_.StopRequested == 0 &&
+                      platform_.settings.Read(kPlanPauseSetting) != kNoPlanPause;
+  if (pauses) {
+    EndRun();
+    text += " The run is paused.";
+  }
+  view_.SetStatusLine(text);
+  return pauses;
 }
 
 void RunControl::EndRun() {
@@ -370,6 +387,7 @@ void RunControl::Step(std::string_view status, void (BarStepper::*step)(std::int
 void RunControl::Step(std::string_view status,
                       const std::function<void(std::int16_t& index)>& step) {
   if (session_.Preparing) return;
+  const int before = session_.BarIndex;
   view_.SetStatusLine(status);
   if (!stepper_.HasBars()) {
     view_.SetStatusLine("No bars loaded");
@@ -384,6 +402,7 @@ void RunControl::Step(std::string_view status,
     }
   }
   chart_.RefreshCharts();
+  PauseAtPlan(before);
 }
 
 void RunControl::ShowEarlierTrade() {
@@ -454,7 +473,8 @@ RevealedSession RunControl::Unrecorded() const {
 // The book follows the prices, and the money per point the other way round, so money stays.
 void RunControl::ShowRevealed(const BlindKey& key) {
   const int bars = std::max(session_.BarIndex + 1, 1);
-  const std::vector<OrderMark> orders = session_.Orders;
+  const std::vector<OrderMark> orders = std::exchange(session_.Orders, {});
+  const TradePlans plans = std::exchange(session_.Plans, {});
   session_.Run.symbol = key.symbol;
   session_.Run.start_day = key.start_day;
   session_.Run.blind = false;
@@ -469,6 +489,8 @@ void RunControl::ShowRevealed(const BlindKey& key) {
       order.price = session_.BarClose.at(static_cast<std::size_t>(order.bar));
       session_.Orders.push_back(order);
     }
+    session_.Plans = plans;
+    session_.Plans.Scale(1 / key.mask.factor);
     const auto factor = static_cast<float>(key.mask.factor);
     session_.MarketPrice = session_.BarClose.at(static_cast<std::size_t>(session_.BarIndex));
     session_.LAvgPrice /= factor;

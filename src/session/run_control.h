@@ -123,6 +123,9 @@ class RunControl {
   void ShowRunning();
   void Feed(RunNumber run);
   bool FeedOne(RunNumber run);
+  // Says which stops and targets the bars after `before` have reached; then a run that feeds pauses
+  // unless that is switched off. Returns true if it does.
+  bool PauseAtPlan(int before);
   // Makes a step and refreshes the charts. If the step fails, shows a box; nothing has moved.
   void Step(std::string_view status, const std::function<void(std::int16_t& index)>& step);
   void Step(std::string_view status, void (BarStepper::*step)(std::int16_t& index));

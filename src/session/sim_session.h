@@ -6,6 +6,7 @@
 
 #include "ledger/sessions.h"
 #include "platform/chart_link.h"
+#include "session/trade_plans.h"
 
 namespace velumar {
 
@@ -66,6 +67,7 @@ struct SimSession : Book {
   std::string ChartWarning;  // what is wrong with the chart program; precedes the bar's text
 
   std::vector<OrderMark> Orders;  // of the loaded series, in the order in which they were placed
+  TradePlans Plans;               // of the session
   LedgerOrderKey Again;  // the entry of the trade that the session plays again; without a run: none
   bool ShowsEarlier = false;             // the trader wants to see
   std::vector<OrderMark> EarlierOrders;  // of that trade
@@ -122,6 +124,7 @@ struct SimSession : Book {
     Again = {};
     ShowsEarlier = false;
     EarlierOrders.clear();
+    Plans.Clear();
     SessionNumber = 0;
     BarIndex = -1;
     LastBarIndex = -1;

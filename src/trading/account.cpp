@@ -84,6 +84,8 @@ void StartAccount(SimSession& session, const RunInputs& inputs) {
   session.SAccum = 0;
   session.LAvgPrice = 0;
   session.SAvgPrice = 0;
+  session.Plans.CloseAll(true);
+  session.Plans.CloseAll(false);
 }
 
 OrderFigures ReadOrderFigures(const RunInputs& inputs, bool stock) {

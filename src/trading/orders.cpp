@@ -1,5 +1,6 @@
 #include "trading/orders.h"
 
+#include <utility>
 #include <vector>
 
 #include "base/dates.h"
@@ -8,6 +9,7 @@
 #include "ledger/notes.h"
 #include "marketdata/interval.h"
 #include "session/moment.h"
+#include "session/plan_levels.h"
 #include "trading/status_texts.h"
 
 namespace velumar {
@@ -174,17 +176,51 @@ OrderResult OrderDesk::Fill(const Side& side, std::string_view position,
   ApplyOrderToBook(session_);
   LedgerOrderKey key;
   if (Stored(double{book.*side.Accum} + double{book.*side.Amount}) > 0) {
-    key = LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, false), Detail(figures),
-                            Moment());
+    key = Record(side, position, true, figures);
   }
   ShowStatus(session_, view_, platform_.locale);
   if (book.*side.Amount == 0) {
     view_.ShowRefusal("the quantity is 0: nothing was opened");
   } else {
     Mark(side, true, key);
+    ExplainWaitingPlan(side);
   }
   book.*side.Amount = 0;
   return OrderResult::kDone;
+}
+
+std::optional<LedgerPlan> OrderDesk::PlanFor(const Side& side, bool entry,
+                                             const OrderFigures& figures) const {
+  std::optional<LedgerPlan> plan = session_.Plans.Next();
+  if (!plan || figures.quantity_single == 0) return std::nullopt;
+  const bool is_long = side.gains_on_rise;
+  const double price = ExactPrice();
+  if (plan->HasLevels() && !(entry && FitsSide(*plan, is_long, price))) return std::nullopt;
+  plan->since_bar = session_.BarIndex;
+  plan->risk = RiskOf(*plan, is_long, price, figures.quantity, session_.ProfitPerContract);
+  return plan;
+}
+
+LedgerOrderKey OrderDesk::Record(const Side& side, std::string_view position, bool entry,
+                                 const OrderFigures& figures) {
+  std::optional<LedgerPlan> plan = PlanFor(side, entry, figures);
+  const LedgerOrderKey key = LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, !entry),
+                                               Detail(figures), Moment(), plan ? &*plan : nullptr);
+  if (figures.quantity_single == 0) return key;
+  if (plan) {
+    plan->order = key;
+    session_.Plans.SetNext(std::nullopt);
+  }
+  session_.Plans.Add({.key = key,
+                      .is_long = side.gains_on_rise,
+                      .entry = entry,
+                      .bar = session_.BarIndex,
+                      .price = ExactPrice(),
+                      .quantity = figures.quantity,
+                      .held = entry ? figures.quantity : 0,
+                      .plan = std::move(plan)});
+  if (!entry && session_.*side.Accum == 0) session_.Plans.CloseAll(side.gains_on_rise);
+  return key;
 }
 
 double OrderDesk::Costs(const OrderFigures& figures) {
@@ -221,8 +257,7 @@ OrderResult OrderDesk::Close(const Side& side, std::string_view position,
   book.Balance = Stored(double{book.Balance} + double{book.*side.RealisedMoney});
   RevaluePositions(session_);
   ApplyOrderToBook(session_);
-  const LedgerOrderKey key = LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, true),
-                                               Detail(figures), Moment());
+  const LedgerOrderKey key = Record(side, position, false, figures);
   ShowStatus(session_, view_, platform_.locale);
   if (figures.quantity_single == 0) {
     view_.ShowRefusal("the quantity is 0: nothing was closed");
@@ -237,6 +272,7 @@ OrderResult OrderDesk::DropPosition(const Side& side, std::string_view position,
                                     const OrderFigures& figures) {
   session_.*side.Accum = 0;
   session_.*side.AvgPrice = 0;
+  session_.Plans.CloseAll(side.gains_on_rise);
   if (ledger_.CanWrite()) {
     LedgerNoteWiped(ledger_, DroppedPosition(session_, position, before, side), Detail(figures),
                     Moment());
@@ -253,9 +289,22 @@ void OrderDesk::Mark(const Side& side, bool entry, const LedgerOrderKey& key) {
   if (!picture.empty()) chart_.TakePicture(picture);
 }
 
+void OrderDesk::ExplainWaitingPlan(const Side& side) {
+  const auto& plan = session_.Plans.Next();
+  if (!plan) return;
+  const bool stop = plan->stop && StopDistance(*plan->stop, side.gains_on_rise, ExactPrice()) <= 0;
+  view_.SetStatusLine("The plan still waits: its " + std::string(stop ? "stop " : "target ") +
+                      PlanPriceText(stop ? *plan->stop : plan->target.value_or(0)) +
+                      " is on the wrong side of " + PlanPriceText(ExactPrice()) + ".");
+}
+
+double OrderDesk::ExactPrice() const {
+  return ToDouble(Decimal::Shortest(session_.MarketPrice).Canonical()).value_or(0);
+}
+
 LedgerDetail OrderDesk::Detail(const OrderFigures& figures) const {
   return {figures.quantity, session_.VatAmount, session_.BarIndex, session_.NewestShownBar,
-          ToDouble(Decimal::Shortest(session_.MarketPrice).Canonical())};
+          ExactPrice()};
 }
 
 LedgerMoment OrderDesk::Moment() const {

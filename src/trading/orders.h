@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -62,6 +63,17 @@ class OrderDesk {
   OrderResult AllOrNothing(const std::function<OrderResult()>& work);
   // Shows the order on the chart, and keeps a picture of it if the order has a row.
   void Mark(const Side& side, bool entry, const LedgerOrderKey& key);
+  // The waiting plan as the order takes it; nothing if it waits on, as for an entry of another
+  // price or side than its stop and target were meant for.
+  std::optional<LedgerPlan> PlanFor(const Side& side, bool entry,
+                                    const OrderFigures& figures) const;
+  // Writes the order, and gives it the plan that waits for it. Throws LedgerError.
+  LedgerOrderKey Record(const Side& side, std::string_view position, bool entry,
+                        const OrderFigures& figures);
+  // After an entry: says why the plan that waits was not for it.
+  void ExplainWaitingPlan(const Side& side);
+  // The current price as a decimal.
+  double ExactPrice() const;
   LedgerDetail Detail(const OrderFigures& figures) const;
   LedgerMoment Moment() const;
   // Shows the reason and returns the result.

@@ -1,0 +1,80 @@
+#include "session/plan_levels.h"
+
+#include <algorithm>
+
+#include "base/decimal.h"
+#include "base/number_text.h"
+
+namespace velumar {
+
+namespace {
+
+// Closes only, as in series without a range, have 0 as high and low.
+bool Touches(const SimSession& session, int bar, float price, bool from_above) {
+  const auto i = static_cast<std::size_t>(bar);
+  const float close = session.BarClose[i];
+  const bool has_range = session.BarHigh[i] != 0 || session.BarLow[i] != 0;
+  if (from_above) return std::min(close, has_range ? session.BarLow[i] : close) <= price;
+  return std::max(close, has_range ? session.BarHigh[i] : close) >= price;
+}
+
+// The first bar that reaches the level of an order, up to the current one.
+std::optional<int> ReachedAt(const SimSession& session, const PlanLevel& level) {
+  if (level.order == nullptr) return std::nullopt;
+  const auto price = static_cast<float>(level.price);
+  const int last = std::min<int>(session.BarIndex, session.LastArrayIndex());
+  for (int bar = std::max({level.bar, level.order->plan->since_bar, -1}) + 1; bar <= last; ++bar) {
+    if (Touches(session, bar, price, level.order->is_long == level.stop)) return bar;
+  }
+  return std::nullopt;
+}
+
+void AddLevels(const LedgerPlan& plan, const PlannedOrder* order, int bar,
+               std::vector<PlanLevel>& levels) {
+  if (plan.stop) levels.push_back({true, *plan.stop, order, bar});
+  if (plan.target) levels.push_back({false, *plan.target, order, bar});
+}
+
+std::vector<PlanLevel> LevelsOfTrades(const SimSession& session) {
+  std::vector<PlanLevel> levels;
+  for (const PlannedOrder& order : session.Plans.Orders()) {
+    if (!order.plan || order.held <= 0 || order.bar > session.BarIndex) continue;
+    AddLevels(*order.plan, &order, order.bar, levels);
+  }
+  return levels;
+}
+
+}  // namespace
+
+std::vector<PlanLevel> PlanLevels(const SimSession& session) {
+  std::vector<PlanLevel> levels = LevelsOfTrades(session);
+  for (PlanLevel& level : levels) level.reached = ReachedAt(session, level).has_value();
+  if (const auto& next = session.Plans.Next()) {
+    AddLevels(*next, nullptr, session.BarIndex, levels);
+  }
+  return levels;
+}
+
+std::string ReachedText(const SimSession& session, int before) {
+  std::string text;
+  for (const PlanLevel& level : LevelsOfTrades(session)) {
+    const std::optional<int> bar = ReachedAt(session, level);
+    if (!bar || *bar <= before) continue;
+    text += text.empty() ? "" : ", ";
+    text += (level.stop ? "Stop " : "Target ") + PlanPriceText(level.price) + " of " +
+            (level.order->is_long ? "Long " : "Short ") +
+            ReadableNumberText(static_cast<float>(level.order->held));
+  }
+  return text.empty() ? text : text + " reached.";
+}
+
+std::string PlanPriceText(double price) {
+  constexpr std::size_t kLeast = 2;
+  const Decimal decimal = Decimal::Shortest(static_cast<float>(price));
+  std::string fraction = decimal.FractionDigits();
+  fraction.resize(std::max(fraction.size(), kLeast), '0');
+  const std::string whole = decimal.WholeDigits();
+  return (decimal.Negative() ? "-" : "") + (whole.empty() ? "0" : whole) + "." + fraction;
+}
+
+}  // namespace velumar
