@@ -108,8 +108,8 @@ void AddJournal(SqliteDatabase& database) {
   static constexpr std::array<TableSchema, 2> kTables{
       {{"Plans",
         "Id INTEGER PRIMARY KEY, Session INTEGER, Run INTEGER, Place INTEGER, Stop NUMERIC, Target "
-        "NUMERIC, Setup TEXT, Confidence INTEGER, Reasons TEXT, Risk NUMERIC, SinceBar INTEGER, "
-        "Written TEXT"},
+        "NUMERIC, Setup TEXT, Confidence INTEGER, Reasons TEXT, Risk NUMERIC, StopSince INTEGER, "
+        "TargetSince INTEGER, Written TEXT"},
        {"Notes",
         "Id INTEGER PRIMARY KEY, Session INTEGER, Run INTEGER, Place INTEGER, Note TEXT, Written "
         "TEXT"}}};

@@ -33,8 +33,9 @@ LedgerPlan ReadPlan(const SqliteStatement& row) {
           .confidence = whole(7),
           .reasons = text(8),
           .risk = NumberOf(row.Value(9)),
-          .since_bar = whole(10),
-          .written = text(11)};
+          .stop_since = whole(10),
+          .target_since = whole(11),
+          .written = text(12)};
 }
 
 std::vector<LedgerPlan> Plans(LedgerConnection& connection, const std::string& column, int number) {
@@ -42,7 +43,8 @@ std::vector<LedgerPlan> Plans(LedgerConnection& connection, const std::string& c
   std::vector<LedgerPlan> plans;
   if (!HasPlans(database)) return plans;
   SqliteStatement select = database.Prepare(
-      "SELECT Id, Session, Run, Place, Stop, Target, Setup, Confidence, Reasons, Risk, SinceBar, "
+      "SELECT Id, Session, Run, Place, Stop, Target, Setup, Confidence, Reasons, Risk, StopSince, "
+      "TargetSince, "
       "Written FROM Plans WHERE " +
       column + " = ? ORDER BY Id");
   const LedgerValue key(static_cast<double>(number));
@@ -60,11 +62,11 @@ int LedgerWritePlan(LedgerConnection& connection, const LedgerPlan& plan) {
   };
   database.Run(
       "REPLACE INTO Plans (Id, Session, Run, Place, Stop, Target, Setup, Confidence, Reasons, "
-      "Risk, SinceBar, Written) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      "Risk, StopSince, TargetSince, Written) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
       {plan.id == 0 ? LedgerValue() : LedgerValue(double(plan.id)), double(plan.session),
        key(plan.order.run), key(plan.order.place), OrNull(plan.stop), OrNull(plan.target),
-       plan.setup, double(plan.confidence), plan.reasons, OrNull(plan.risk), double(plan.since_bar),
-       plan.written});
+       plan.setup, double(plan.confidence), plan.reasons, OrNull(plan.risk),
+       double(plan.stop_since), double(plan.target_since), plan.written});
   return static_cast<int>(database.LastRow());
 }
 

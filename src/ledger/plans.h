@@ -19,7 +19,8 @@ struct LedgerPlan {
   int confidence = 0;  // 1 to 5; 0: none given
   std::string reasons = {};
   std::optional<double> risk = {};  // money, of the whole quantity when the order was placed
-  int since_bar = 0;                // stop and target count from the bar after it
+  int stop_since = 0;               // the bar at which it was set; later ones can reach it
+  int target_since = 0;             // the same
   std::string written = {};         // as LedgerSession::begun
 
   bool Waits() const { return order.place == 0; }

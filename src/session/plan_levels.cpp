@@ -22,8 +22,10 @@ bool Touches(const SimSession& session, int bar, float price, bool from_above) {
 std::optional<int> ReachedAt(const SimSession& session, const PlanLevel& level) {
   if (level.order == nullptr) return std::nullopt;
   const auto price = static_cast<float>(level.price);
+  const LedgerPlan& plan = *level.order->plan;
+  const int since = std::max(level.bar, level.stop ? plan.stop_since : plan.target_since);
   const int last = std::min<int>(session.BarIndex, session.LastArrayIndex());
-  for (int bar = std::max({level.bar, level.order->plan->since_bar, -1}) + 1; bar <= last; ++bar) {
+  for (int bar = std::max(since, -1) + 1; bar <= last; ++bar) {
     if (Touches(session, bar, price, level.order->is_long == level.stop)) return bar;
   }
   return std::nullopt;

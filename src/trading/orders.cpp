@@ -196,7 +196,7 @@ std::optional<LedgerPlan> OrderDesk::PlanFor(const Side& side, bool entry,
   const bool is_long = side.gains_on_rise;
   const double price = ExactPrice();
   if (plan->HasLevels() && !(entry && FitsSide(*plan, is_long, price))) return std::nullopt;
-  plan->since_bar = session_.BarIndex;
+  plan->stop_since = plan->target_since = session_.BarIndex;
   plan->risk = RiskOf(*plan, is_long, price, figures.quantity, session_.ProfitPerContract);
   return plan;
 }

@@ -18,7 +18,6 @@ namespace {
 
 constexpr std::size_t kLongestSetup = 60;      // bytes
 constexpr std::size_t kLongestReasons = 1000;  // bytes
-constexpr int kMostConfidence = 5;
 
 double AsDecimal(float price) {
   return ToDouble(Decimal::Shortest(price).Canonical()).value_or(price);
@@ -106,11 +105,11 @@ std::string TradeTicket::ReadInto(LedgerPlan& plan, const TicketTexts& texts) co
   if (plan.setup.size() > kLongestSetup) return "Setup: too long";
   if (plan.reasons.size() > kLongestReasons) return "Reasons: too long";
   const std::string confidence = Trimmed(texts.confidence);
-  const auto number = ExactNumber<int>(confidence);
-  if (!confidence.empty() && (!number || *number < 1 || *number > kMostConfidence)) {
+  const bool one_digit = confidence.size() == 1 && confidence[0] >= '1' && confidence[0] <= '5';
+  if (!confidence.empty() && !one_digit) {
     return "Confidence: \"" + confidence + "\" is not a number from 1 to 5";
   }
-  plan.confidence = number.value_or(0);
+  plan.confidence = one_digit ? confidence[0] - '0' : 0;
   return {};
 }
 
@@ -144,7 +143,8 @@ TicketAnswer TradeTicket::Answer(const TicketOrder& order, const TicketTexts& te
   if (answer.problem.empty()) answer.problem = LevelProblem(order, plan);
   if (!answer.problem.empty()) return answer;
   const LedgerPlan before = PlanOf(order);
-  if (plan.stop != before.stop || plan.target != before.target) plan.since_bar = session_.BarIndex;
+  if (plan.stop != before.stop) plan.stop_since = session_.BarIndex;
+  if (plan.target != before.target) plan.target_since = session_.BarIndex;
   if (order.order && order.order->entry && !plan.risk) {
     plan.risk = RiskOf(plan, order.order->is_long, order.order->price, order.order->quantity,
                        session_.ProfitPerContract);
@@ -171,10 +171,10 @@ void TradeTicket::AddRisk(const TicketOrder& order, const std::string& percent,
   const double per_point = session_.ProfitPerContract;
   const auto risk = RiskOf(plan, is_long, Price(), figures.quantity, per_point);
   if (!risk) return;
-  answer.risk = figures.problem.empty()
-                    ? risks(SideName(is_long) + " " + QuantityText(figures.quantity) + " risks",
-                            *risk)
-                    : figures.problem;
+  answer.risk =
+      figures.problem.empty()
+          ? risks(SideName(is_long) + " " + QuantityText(figures.quantity) + " risks", *risk)
+          : figures.problem;
   const double of_one = RiskOf(plan, is_long, Price(), 1, per_point).value_or(0);
   const std::optional<double> share = ToDouble(percent);
   if (!share || *share <= 0 || of_one <= 0 || session_.Portfolio <= 0) return;

@@ -15,12 +15,12 @@ namespace velumar {
 
 // The boxes of the ticket, as typed.
 struct TicketTexts {
-  std::string stop;
-  std::string target;
-  std::string setup;
-  std::string confidence;
-  std::string reasons;
-  std::string percent;  // of the portfolio that a trade may risk
+  std::string stop = {};
+  std::string target = {};
+  std::string setup = {};
+  std::string confidence = {};
+  std::string reasons = {};
+  std::string percent = {};  // of the portfolio that a trade may risk
 };
 
 // What the ticket answers while the trader types.
