@@ -130,6 +130,12 @@ ValueRange ChartModel::WithOverlays(ValueRange prices) const {
     wider.lower = std::min(wider.lower, lowest);
     wider.upper = std::max(wider.upper, std::min(indicator.shown.upper, prices.upper + room));
   }
+  if (!options_.positions) return wider;
+  for (const double level : levels_) {
+    if (level < std::max(prices.lower - room, least) || level > prices.upper + room) continue;
+    wider.lower = std::min(wider.lower, level);
+    wider.upper = std::max(wider.upper, level);
+  }
   return wider;
 }
 

@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "charthost/bar_columns.h"
@@ -72,6 +73,9 @@ class ChartModel {
   ViewWindow& Window() { return window_; }
   const ViewWindow& Window() const { return window_; }
 
+  // Prices of lines that belong into the view if they are not far from the bars.
+  void SetLevels(std::vector<double> levels) { levels_ = std::move(levels); }
+
   // Computes the values below for a plot of this width.
   void Layout(double pixel_width);
   double PixelsPerBar() const { return pixels_per_bar_; }
@@ -101,6 +105,7 @@ class ChartModel {
   ViewWindow window_;
   std::vector<ModelIndicator> indicators_;
   HeikinAshi heikin_ashi_;
+  std::vector<double> levels_;
   std::vector<BarColumn> columns_;
   double pixels_per_bar_ = 1;
   int bars_in_column_ = 1;

@@ -10,6 +10,7 @@
 #include "base/paths.h"
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
+#include "session/plan_levels.h"
 #include "trading/account.h"
 #include "trading/position_book.h"
 #include "trading/status_texts.h"
@@ -193,9 +194,11 @@ void LinkDriver::TakePicture(const std::string& file) {
       kShortPatience);
 }
 
-// Orders at bars that the replay has stepped back over are not shown, nor the oldest of very many.
+// Orders and plans at bars that the replay has stepped back over are not shown, nor the oldest of
+// very many.
 ChartPositions LinkDriver::Positions() {
   constexpr std::ptrdiff_t kMostOrders = 2000;
+  constexpr std::ptrdiff_t kMostPlanLines = 40;
   ChartPositions positions;
   const std::vector<OrderMark>& all = session_.Orders;
   const auto first = all.end() - std::min(std::ssize(all), kMostOrders);
@@ -211,6 +214,15 @@ ChartPositions LinkDriver::Positions() {
   };
   add(kLongSide, session_.LUnrealisedMoney);
   add(kShortSide, session_.SUnrealisedMoney);
+  for (const PlanLevel& level : PlanLevels(session_)) {
+    const bool waits = level.order == nullptr;
+    if (std::isfinite(level.price)) {
+      positions.plans.push_back({level.bar, level.price, level.stop, level.reached, waits});
+    }
+  }
+  const auto too_many = std::ssize(positions.plans) - kMostPlanLines;
+  positions.plans.erase(positions.plans.begin(),
+                        positions.plans.begin() + std::max<std::ptrdiff_t>(too_many, 0));
   const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
   positions.quantity = figures.problem.empty() ? figures.quantity : 0;
   positions.profit_per_point = session_.ProfitPerContract;

@@ -33,10 +33,22 @@ struct HeldLine {
   bool operator==(const HeldLine&) const = default;
 };
 
+// A stop or target of an open trade, or of the plan that waits for the next order.
+struct PlanLine {
+  int bar = 0;  // index of the trade's bar, where the line begins
+  double price = 0;
+  bool stop = true;
+  bool reached = false;
+  bool waits = false;
+
+  bool operator==(const PlanLine&) const = default;
+};
+
 // What was traded in a series, and what the next order would trade, for its charts.
 struct ChartPositions {
   std::vector<OrderMark> orders = {};
   std::vector<HeldLine> held = {};
+  std::vector<PlanLine> plans = {};
   double quantity = 0;          // of the next order; 0 if it can't be used
   double profit_per_point = 0;  // money of one unit
 

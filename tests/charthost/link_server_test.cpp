@@ -129,6 +129,14 @@ TEST_F(LinkServerTest, ShowsOrdersAndWhatIsHeldUntilTheyAreGone) {
     edges.push_back(tag->bottom->pixelPosition().y());
   }
   ASSERT_EQ(edges.size(), 4U);
+  const QImage held = Picture();
+  request.positions.plans = {{280, close, true, false, false}};
+  const QImage planned = shown();
+  EXPECT_NE(planned, held);
+  request.positions.plans[0].reached = true;
+  EXPECT_NE(shown(), planned) << "reached";
+  request.positions.plans.assign(1000, {280, 1e300, true, false, false});
+  EXPECT_EQ(shown(), held) << "too far away to be seen";
   EXPECT_TRUE(edges[1] <= edges[2] || edges[3] <= edges[0]) << "one tag covers the other";
   program_.window->Act(HostAction::kCloseAll);
   ASSERT_EQ(program_.window->ActiveChart(), nullptr);

@@ -86,7 +86,12 @@ void ChartPlot::SetColours(const Palette& colours) {
   ModelChanged();
 }
 
-void ChartPlot::SetPositions(const ChartPositions& positions) { positions_->Set(positions); }
+void ChartPlot::SetPositions(const ChartPositions& positions) {
+  positions_->Set(positions);
+  std::vector<double> levels;
+  for (const PlanLine& line : positions.plans) levels.push_back(line.price);
+  model_.SetLevels(std::move(levels));
+}
 
 const ChartPositions& ChartPlot::Positions() const { return positions_->Positions(); }
 

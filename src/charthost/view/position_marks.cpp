@@ -12,6 +12,7 @@ namespace {
 
 constexpr double kArrowPixels = 7;  // half its width
 constexpr int kTagOpacity = 170;
+constexpr std::size_t kMostPlanLines = 40;
 
 // Buys are a long entry and a short exit.
 bool Buys(const OrderMark& order) { return order.is_long == order.entry; }
@@ -45,7 +46,7 @@ QString QuantityText(double quantity) { return QString::number(quantity, 'g', 7)
 }  // namespace
 
 PositionMarks::PositionMarks(QCustomPlot& plot, QCPAxisRect& prices, QCPAxis& bars)
-    : prices_(prices) {
+    : plot_(plot), prices_(prices), bars_(bars) {
   QCPAxis* const values = prices.axis(QCPAxis::atRight);
   for (QCPGraph*& arrow : arrows_) {
     arrow = new QCPGraph(&bars, values);
@@ -53,19 +54,22 @@ PositionMarks::PositionMarks(QCustomPlot& plot, QCPAxisRect& prices, QCPAxis& ba
     arrow->setSelectable(QCP::stNone);
     arrow->setLayer(QStringLiteral("overlay"));  // above the lines
   }
-  for (HeldMark& held : held_) {
-    held = {new QCPItemLine(&plot), new QCPItemText(&plot)};
-    held.tag->setPadding(QMargins(5, 1, 5, 1));
-    held.tag->setLayer(QStringLiteral("overlay"));  // above the arrows
-    for (QCPItemPosition* const place : {held.line->start, held.line->end, held.tag->position}) {
-      place->setAxisRect(&prices);
-      place->setAxes(&bars, values);
-      place->setTypeX(QCPItemPosition::ptAxisRectRatio);
-      place->setTypeY(QCPItemPosition::ptPlotCoords);
-    }
-    held.line->setAntialiased(false);
-  }
+  for (HeldMark& held : held_) held = NewMark();
   StyleArrows();
+}
+
+PositionMarks::HeldMark PositionMarks::NewMark() {
+  const HeldMark mark = {new QCPItemLine(&plot_), new QCPItemText(&plot_)};
+  mark.tag->setPadding(QMargins(5, 1, 5, 1));
+  mark.tag->setLayer(QStringLiteral("overlay"));  // above the arrows
+  for (QCPItemPosition* const place : {mark.line->start, mark.line->end, mark.tag->position}) {
+    place->setAxisRect(&prices_);
+    place->setAxes(&bars_, prices_.axis(QCPAxis::atRight));
+    place->setTypeX(QCPItemPosition::ptAxisRectRatio);
+    place->setTypeY(QCPItemPosition::ptPlotCoords);
+  }
+  mark.line->setAntialiased(false);
+  return mark;
 }
 
 void PositionMarks::SetColours(const Palette& colours) {
@@ -87,13 +91,18 @@ void PositionMarks::StyleArrows() {
 }
 
 void PositionMarks::Show(const ChartModel& model) {
-  for (const HeldMark& held : held_) {
-    held.line->setVisible(false);
-    held.tag->setVisible(false);
-  }
+  const auto hide = [](const HeldMark& mark) {
+    mark.line->setVisible(false);
+    mark.tag->setVisible(false);
+  };
+  std::ranges::for_each(held_, hide);
+  std::ranges::for_each(plans_, hide);
   ShowOrders(model);
   if (!model.Options().positions) return;
   for (const HeldLine& held : positions_.held) ShowHeld(held, model);
+  const std::size_t lines = std::min(positions_.plans.size(), kMostPlanLines);
+  while (plans_.size() < lines) plans_.push_back(NewMark());
+  for (std::size_t i = 0; i < lines; ++i) ShowPlan(positions_.plans[i], plans_[i], model);
 }
 
 // Orders at bars that the chart doesn't have yet wait for them.
@@ -133,6 +142,37 @@ void PositionMarks::ShowHeld(const HeldLine& held, const ChartModel& model) {
   mark.tag->setPositionAlignment(Qt::AlignLeft |
                                  (IsLower(held, positions_.held) ? Qt::AlignTop : Qt::AlignBottom));
   mark.tag->position->setCoords(0, held.price);
+  mark.tag->setVisible(true);
+}
+
+// A line that begins near the right edge has its tag at that edge, where all of it is seen.
+void PositionMarks::ShowPlan(const PlanLine& line, const HeldMark& mark, const ChartModel& model) {
+  constexpr double kTagRoom = 0.75;  // of the window, to the left of a tag
+  const std::optional<int> bar = BarOfStored(model.Series(), line.bar);
+  if (!bar || !prices_.axis(QCPAxis::atRight)->range().contains(line.price)) return;
+  const QColor colour = line.stop ? colours_.down : colours_.up;
+  mark.line->setPen(
+      QPen(colour, line.reached ? 2.5 : 1, line.waits ? Qt::DashLine : Qt::SolidLine));
+  mark.line->start->setTypeX(QCPItemPosition::ptPlotCoords);
+  mark.line->start->setCoords(*bar, line.price);
+  mark.line->end->setCoords(1, line.price);
+  mark.line->setVisible(true);
+  mark.tag->setText((line.stop ? QStringLiteral("Stop %1%2") : QStringLiteral("Target %1%2"))
+                        .arg(ToQt(PriceText(line.price, model.Series().decimals)),
+                             line.reached ? QStringLiteral(" reached") : QString()));
+  QColor ground = line.reached ? colour : colours_.field;
+  if (!line.reached) ground.setAlpha(kTagOpacity);
+  mark.tag->setBrush(ground);
+  mark.tag->setColor(line.reached ? colours_.field : colour);
+  const ViewWindow& window = model.Window();
+  const bool at_edge = *bar > window.First() + kTagRoom * window.Span();
+  mark.tag->position->setTypeX(at_edge ? QCPItemPosition::ptAxisRectRatio
+                                       : QCPItemPosition::ptPlotCoords);
+  mark.tag->position->setCoords(at_edge ? 1 : std::max<double>(*bar, window.First()), line.price);
+  const int newest = model.Series().size() - 1;
+  const bool above = newest < 0 || line.price >= model.Series().closes[newest];
+  mark.tag->setPositionAlignment((at_edge ? Qt::AlignRight : Qt::AlignLeft) |
+                                 (above ? Qt::AlignBottom : Qt::AlignTop));
   mark.tag->setVisible(true);
 }
 

@@ -3,6 +3,7 @@
 #include <qcustomplot.h>
 
 #include <array>
+#include <vector>
 
 #include "charthost/chart_model.h"
 #include "charts/palette.h"
@@ -14,7 +15,8 @@ namespace velumar {
 // (an entry is filled, an exit hollow; an arrow up buys, one down sells; those of an earlier trade
 // are grey), and a line at the average
 // price of each held side, with quantity and open profit at its left end, where they cover no new
-// bar.
+// bar. Stops and targets are lines from the bar of their trade: thin, dashed while their plan waits
+// for an order, thick once they were reached.
 class PositionMarks {
  public:
   // Adds its parts to the plot, which owns them.
@@ -32,15 +34,20 @@ class PositionMarks {
     QCPItemText* tag;
   };
 
+  HeldMark NewMark();
+  void ShowPlan(const PlanLine& line, const HeldMark& mark, const ChartModel& model);
   void ShowOrders(const ChartModel& model);
   void ShowHeld(const HeldLine& held, const ChartModel& model);
   void StyleArrows();
 
+  QCustomPlot& plot_;
   QCPAxisRect& prices_;
+  QCPAxis& bars_;
   Palette colours_ = Palette::Light();
   ChartPositions positions_;
   std::array<QCPGraph*, 8> arrows_;  // those of an earlier trade last, by direction, then entry
   std::array<HeldMark, 2> held_;     // long, short
+  std::vector<HeldMark> plans_;      // as many as were ever needed
 };
 
 }  // namespace velumar

@@ -19,7 +19,8 @@ NLOHMANN_JSON_SERIALIZE_ENUM(ChartRequest::Command,
                              })
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE_WITH_DEFAULT(OrderMark, bar, price, is_long, entry, earlier)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(HeldLine, is_long, price, quantity, profit)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE_WITH_DEFAULT(ChartPositions, orders, held, quantity,
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(PlanLine, bar, price, stop, reached, waits)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE_WITH_DEFAULT(ChartPositions, orders, held, plans, quantity,
                                                 profit_per_point)
 
 namespace {
