@@ -251,6 +251,9 @@ class ComboBox : public Control {
   // A sorted list is searched: it offers the lines that match a typed text, and takes one only if
   // the trader chooses it, never by itself.
   bool Sorted() const { return sorted_; }
+  // Offers the matching lines of a list that isn't sorted, too.
+  bool Searched() const { return sorted_ || searched_; }
+  void SetSearched(bool searched) { searched_ = searched; }
   // -1: the text was typed, or nothing is chosen.
   int Index() const { return index_; }
   void Clear();
@@ -268,6 +271,7 @@ class ComboBox : public Control {
  private:
   std::vector<std::string> start_items_;
   bool sorted_;
+  bool searched_ = false;
   bool typable_ = true;
   std::vector<Row> rows_;
   int index_ = -1;

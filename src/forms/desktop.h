@@ -10,6 +10,7 @@
 #include "forms/frm_practice.h"
 #include "forms/frm_result.h"
 #include "forms/frm_score.h"
+#include "forms/frm_ticket.h"
 #include "forms/graph2.h"
 
 namespace velumar {
@@ -54,6 +55,7 @@ class Desktop {
     FrmImport frmImport;
     FrmPractice frmPractice;
     FrmPicture frmPicture;
+    FrmTicket frmTicket;
   };
 
   Form1& form1() { return Loaded(windows_.form1); }
@@ -68,6 +70,7 @@ class Desktop {
   FrmImport& frmImport() { return Loaded(windows_.frmImport); }
   FrmPractice& frmPractice() { return Loaded(windows_.frmPractice); }
   FrmPicture& frmPicture() { return Loaded(windows_.frmPicture); }
+  FrmTicket& frmTicket() { return Loaded(windows_.frmTicket); }
 
   // Loads the window, hidden, if it isn't loaded.
   void Load(Form& form) { Loaded(form); }
@@ -77,11 +80,12 @@ class Desktop {
   }
 
   Windows& Untouched() { return windows_; }
-  std::array<Form*, 12> All() {
+  std::array<Form*, 13> All() {
     return {&windows_.form1,          &windows_.form2,       &windows_.form3,
             &windows_.frmBigDateTime, &windows_.frmBigScore, &windows_.frmBigPrice,
             &windows_.frmScore,       &windows_.frmResult,   &windows_.graph2,
-            &windows_.frmImport,      &windows_.frmPractice, &windows_.frmPicture};
+            &windows_.frmImport,      &windows_.frmPractice, &windows_.frmPicture,
+            &windows_.frmTicket};
   }
   // Null if there is no window of that name.
   Form* Find(std::string_view name) {

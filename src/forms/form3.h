@@ -45,6 +45,8 @@ class Form3 : public Form {
        kField, "Seconds between bars"},
       {"0", "0.1", "0.2", "0.5", "1", "3", "5", "10"}};
   Label Label3{*this, {"Label3", 2640, 1440, 705, 255, "Refresh", "", kBoldCaption}};
+  PictureButton imgPlan{
+      *this, {"imgPlan", 1980, 1590, 330, 315, "plan", "Plan of a trade (N)", {}, "Plan"}};
   CheckBox chkShowBigform{*this,
                           {"chkShowBigform", 3840, 1800, 255, 210, "",
                            "Price, date and score in large type", kTick, "Big numbers"}};

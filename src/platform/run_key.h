@@ -22,6 +22,7 @@ inline constexpr int kShort = 'S';
 inline constexpr int kBoard = 'B';
 inline constexpr int kGoTo = 'G';
 inline constexpr int kEarlierTrade = 'O';
+inline constexpr int kPlan = 'N';
 
 }  // namespace run_key
 
@@ -41,6 +42,7 @@ constexpr bool IsRunKey(const RunKeyPress& press) {
     case run_key::kBoard:
     case run_key::kGoTo:
     case run_key::kEarlierTrade:
+    case run_key::kPlan:
     case run_key::kSpace:
     case run_key::kPageUp:
     case run_key::kPageDown:

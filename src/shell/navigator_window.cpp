@@ -132,6 +132,7 @@ void NavigatorWindow::CloseAndReturn() {
   platform_.settings.Save("NavLeft", PlaceText(form.Left()));
   IgnoringErrors([&] { SlideOut(form, platform_); });
   closing_ = false;
+  desktop_.Unload(desktop_.Untouched().frmTicket);
   // Before the other windows go, so that the focus doesn't go to the chart: some desktops would
   // then draw the chart above the setup.
   Form1& setup = desktop_.form1();

@@ -14,6 +14,7 @@
 #include "shell/score_board.h"
 #include "shell/setup_window.h"
 #include "shell/symbol_catalogue.h"
+#include "shell/ticket_window.h"
 #include "shell/trade_panel.h"
 
 namespace velumar {
@@ -46,12 +47,15 @@ struct Program::Parts {
         results(desktop, platform, ledger, score_board,
                 [this](const LedgerOrderKey& entry) { setup.PlayAgain(entry); }),
         preview(desktop, platform),
+        plans(session, windows, platform, ledger, chart),
+        ticket(desktop, platform, plans),
         keys(
             session, desktop, trader, [this] { return chart.OpeningChart(); },
             EventGuard(platform.boxes)("Opening the score board", [this] { score_board.Open(); }),
             EventGuard(platform.boxes)("Moving to a date", [this] { run.GoToDate(); }),
             EventGuard(platform.boxes)("Showing the earlier trade",
-                                       [this] { run.ShowEarlierTrade(); })) {}
+                                       [this] { run.ShowEarlierTrade(); }),
+            EventGuard(platform.boxes)("Opening the plan", [this] { ticket.Open(); })) {}
 
   Platform platform;
   RunWindows windows;
@@ -71,6 +75,8 @@ struct Program::Parts {
   ScoreBoard score_board;
   ResultWindow results;
   PreviewWindow preview;
+  TradeTicket plans;
+  TicketWindow ticket;
   RunKeys keys;
 };
 

@@ -37,6 +37,10 @@ bool RunKeys::Press(const RunKeyPress& press) {
     open_board_();
     return true;
   }
+  if (press.code == run_key::kPlan) {
+    open_plan_();
+    return true;
+  }
   if (press.code == run_key::kGoTo) {
     go_to_date_();
     return true;

@@ -181,7 +181,7 @@ TEST_F(DrawingToolTest, ShowsADrawingInEveryChartFrameAndStartButNotBeforeItWasD
 }
 
 TEST_F(DrawingToolTest, WritesTextsAndListsEverything) {
-  Press(Qt::Key_N);
+  Press(Qt::Key_X);
   Click(Pixel(250, 101));
   auto* const question = Pane().Plot().findChild<QInputDialog*>();
   ASSERT_NE(question, nullptr);

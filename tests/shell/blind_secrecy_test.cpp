@@ -177,8 +177,19 @@ class BlindRun {
     EXPECT_EQ(SecuritiesOf(session.SimDir, cache).size(), session.Run.blind ? 1U : 3U);
   }
 
+  // A plan around the price that the trader sees.
+  void Plan() {
+    all_.Panel().imgPlan.UserClick();
+    FrmTicket& ticket = all_.windows.frmTicket;
+    ticket.txtStop.UserType(ExactText(all_.session.MarketPrice * 0.97F));
+    ticket.cboSetup.UserType("gap");
+    ticket.cmdKeep.UserClick();
+    all_.desktop.Unload(ticket);
+  }
+
   void Act() {
     CheckStore();
+    if (Roll(6) == 0) return Plan();
     Form2& navigator = all_.Navigator();
     Form3& panel = all_.Panel();
     Control* const controls[] = {&navigator.Image1,    &navigator.Image2,     &navigator.Image7,
@@ -224,6 +235,11 @@ void ExpectRevealed(const RunRecord& played, const RunRecord& now, const std::ve
     EXPECT_EQ(order.held, played.orders[i].held);
     EXPECT_NEAR(order.points * now.began->money_per_point,
                 played.orders[i].points * played.began->money_per_point, 1);
+    ASSERT_EQ(order.plan.has_value(), played.orders[i].plan.has_value());
+    if (order.plan && order.plan->stop) {
+      EXPECT_NEAR(*order.plan->stop / bar.close,
+                  *played.orders[i].plan->stop / *played.orders[i].close, 1e-5);
+    }
   }
 }
 

@@ -215,7 +215,7 @@ ComboBoxView::ComboBoxView(const Parts& parts) : View(parts), line_(*new Fitting
   setFocusPolicy(Qt::StrongFocus);
   ConnectLine();
   line_.setReadOnly(!model_.Typable());
-  if (model_.Sorted()) OfferMatches();
+  if (model_.Searched()) OfferMatches();
   connect(this, &QComboBox::activated, this, &ComboBoxView::Choose);
 }
 

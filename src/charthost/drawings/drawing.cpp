@@ -15,7 +15,7 @@ const std::vector<DrawingRow>& DrawingCatalogue() {
       {kChannel, "channel", "Channel", 'C', 3},
       {kRectangle, "rectangle", "Rectangle", 'Q', 2},
       {kFibonacci, "fibonacci", "Fibonacci retracement", 'F', 2},
-      {kText, "text", "Text", 'N', 1},
+      {kText, "text", "Text", 'X', 1},
       {kArrow, "arrow", "Arrow", 'A', 2}};
   return kRows;
 }

@@ -50,7 +50,8 @@ int RunKeyCode(int key) {
                                          {Qt::Key_L, Qt::Key_L},
                                          {Qt::Key_S, Qt::Key_S},
                                          {Qt::Key_B, Qt::Key_B},
-                                         {Qt::Key_G, Qt::Key_G}};
+                                         {Qt::Key_G, Qt::Key_G},
+                                         {Qt::Key_N, Qt::Key_N}};
   return kCodes.value(key, 0);
 }
 
