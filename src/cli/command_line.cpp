@@ -34,6 +34,7 @@ constexpr const char* kReplayCommands =
     "  stop                  click \"Pause\"; the feed stops at its next check\n"
     "  pause                 click \"Pause\" and wait until the feed has stopped\n"
     "  long Q, short Q, offset-long Q, offset-short Q\n"
+    "  plan [for=last] [stop=P] [target=P] [setup=WORD] [confidence=N] [reasons=TEXT]\n"
     "                        place an order of quantity Q, as typed into the panel\n"
     "  play                  continue from the current bar\n"
     "  return, start         go back to the setup window; click \"Start\" there\n"

@@ -188,6 +188,8 @@ bool ReplayDriver::Execute() {
                                 {"offset-long", &windows.form3.imgOffsetLong},
                                 {"offset-short", &windows.form3.ImgOffsetShort}})) {
       Order(*order, rest);
+    } else if (name == "plan") {
+      Plan(rest);
     } else if (name == "set") {
       Set(rest);
     } else if (name == "figures") {
@@ -251,6 +253,40 @@ void ReplayDriver::Set(std::string_view assignment) {
   Control& control = world_.NamedControl(std::string(name));
   world_.desktop.Load(control.Owner());
   TypeInto(control, text);
+}
+
+void ReplayDriver::Plan(std::string_view texts) {
+  Desktop::Windows& windows = world_.Windows();
+  FrmTicket& ticket = windows.frmTicket;
+  Click(windows.form3.imgPlan);
+  if (!ticket.Visible()) return;
+  try {
+    while (!texts.empty()) {
+      const bool last = texts.starts_with("reasons=");
+      const std::string_view text = last ? texts : Split(texts).first;
+      texts = last ? std::string_view() : Split(texts).second;
+      const std::string_view name = text.substr(0, text.find('='));
+      const std::string_view value = text.substr(std::min(name.size() + 1, text.size()));
+      if (name == "for") {
+        ticket.cboFor.UserChoose(value == "last" ? 1 : 0);
+      } else if (Control* const box = Named(name, {{"stop", &ticket.txtStop},
+                                                   {"target", &ticket.txtTarget},
+                                                   {"setup", &ticket.cboSetup},
+                                                   {"confidence", &ticket.cboConfidence},
+                                                   {"reasons", &ticket.txtReasons}})) {
+        TypeInto(*box, value);
+      } else {
+        throw std::invalid_argument("a plan has no \"" + std::string(name) + "\"");
+      }
+    }
+  } catch (...) {
+    world_.desktop.Unload(ticket);
+    throw;
+  }
+  ticket.cmdKeep.UserClick();
+  if (!ticket.Visible()) return;
+  error_ = ticket.lblStatus.Text();
+  world_.desktop.Unload(ticket);
 }
 
 void ReplayDriver::Order(Control& button, std::string_view quantity) {

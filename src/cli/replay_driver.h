@@ -34,6 +34,9 @@ class ReplayDriver {
   void Resume(int session);
   void Click(Control& button);
   void Set(std::string_view assignment);
+  // Fills in the ticket, for the order that it opens for unless another one is named. The reasons
+  // take the rest of the line.
+  void Plan(std::string_view texts);
   void Order(Control& button, std::string_view quantity);
   void AnswerIfDue();
   void Answer();

@@ -123,6 +123,24 @@ TEST_F(SessionsTest, AKillAtAnyMomentLosesNothingThatWasAnswered) {
   EXPECT_GT(resumed_later, 100);
 }
 
+TEST_F(SessionsTest, APlanWaitsPausesTheRunAndIsThereAgain) {
+  ASSERT_EQ(box.Run(Start("ledger"), "pause\nplan stop=105 target=115 setup=gap\n").code, 0);
+  const json paused = Resume("ledger", "long 2\nplay\nfeed 20\n").Objects().back();
+  EXPECT_EQ(paused["Form2.Label6"], "Target 115.00 of Long 2 reached. The run is paused.");
+  EXPECT_EQ(paused["MarketPrice"], 115.37F);
+  EXPECT_EQ(paused["feeding"], false);
+  const auto later =
+      Resume("ledger", "plan for=last stop=112\nplay\nfeed 3\nplan for=last stop=119\n").Objects();
+  EXPECT_EQ(later[3]["feeding"], true) << "the target pauses once";
+  EXPECT_EQ(later.back()["error"], "The stop of a Long must be below 118.37") << later.back();
+  const std::optional<LedgerPlan> plan = Orders("ledger").front().plan;
+  ASSERT_TRUE(plan.has_value());
+  EXPECT_EQ(plan->setup, "gap");
+  EXPECT_EQ(plan->stop, 112);
+  EXPECT_EQ(plan->target, 115);
+  EXPECT_NEAR(plan->risk.value_or(0), 2 * 5.37 * 1000, 0.01) << "as at the entry";
+}
+
 TEST_F(SessionsTest, AChangedSeriesIsNotResumedUnasked) {
   ASSERT_EQ(box.Run(Start("ledger"), "pause\nnext\nlong 1\n").code, 0);
   const std::string file = box.File("ABC_D.csv", "date,open,high,low,close\n20000105,1,1,1,1\n");
