@@ -39,7 +39,9 @@ struct RunKeyFilterTest : ShownDesktop {
                trader,
                [this] { return chart_opening; },
                [this] { clicks.emplace_back("frmScore"); },
-               [this] { clicks.emplace_back("date"); }};
+               [this] { clicks.emplace_back("date"); },
+               [this] { clicks.emplace_back("earlier"); },
+               [this] { clicks.emplace_back("plan"); }};
   RunKeyFilter filter{keys};
   Form3& panel = desktop.form3();
   bool chart_opening = false;
