@@ -17,23 +17,25 @@ struct JournalControls {
     lstTrade.SetWraps(true);
   }
 
+  static constexpr Look kCaption{.colour = kBlue};
   static constexpr Look kNote{.colour = kDarkBlue, .points = 9};
 
   // All of them, to show or hide the tab.
   std::vector<Control*> All() {
-    return {&txtFind,  &cbxSetup, &cbxSide, &cbxOutcome, &lblCount,    &lstTrades, &tabPicture,
-            &imgTrade, &lstTrade, &tabNote, &txtNote,    &lblNoteDate, &lnkAgain};
+    return {&lblFind,    &txtFind,  &cbxSetup, &cbxSide, &cbxOutcome, &lblCount,    &lstTrades,
+            &tabPicture, &imgTrade, &lstTrade, &tabNote, &txtNote,    &lblNoteDate, &lnkAgain};
   }
 
  private:
   Form& form_;
 
  public:
+  Label lblFind{form_, {"lblFind", 120, 165, 480, 270, "Find", "", kCaption}};
   TextBox txtFind{form_,
                   {"txtFind",
+                   630,
                    120,
-                   120,
-                   3120,
+                   2610,
                    315,
                    "",
                    "Find trades by symbol, date, setup, reasons or note",
@@ -45,7 +47,7 @@ struct JournalControls {
   ComboBox cbxOutcome{form_,
                       {"cbxOutcome", 7320, 120, 1440, 315, "", "Result"},
                       {"All results", "Won", "Lost", "Open"}};
-  Label lblCount{form_, {"lblCount", 8880, 120, 1575, 315, "", "", kNote}};
+  Label lblCount{form_, {"lblCount", 8880, 165, 1575, 270, "", "", kNote}};
   Table lstTrades{form_, {"lstTrades", 120, 540, 10335, 2940, "", "Trades"}};
   TabBar tabPicture{form_, {"tabPicture", 120, 3570, 1800, 300, "", "Picture"}, {"Entry", "Exit"}};
   PictureFile imgTrade{form_,
