@@ -19,9 +19,11 @@ OrderCell WholeCell(int number) {
 
 OrderCell YesCell(bool yes) { return TextCell(yes ? "yes" : ""); }
 
+// A daily bar has no time.
 OrderCell MomentCell(const TradeEnd* end) {
   if (end == nullptr) return {kNoFigure, {}};
-  return {end->date + " " + end->time, end->iso_date + " " + end->time};
+  const std::string time = end->time == "00:00:00" ? "" : " " + end->time;
+  return {end->date + time, end->iso_date + time};
 }
 
 OrderCell PriceCell(const TradeEnd* end) {

@@ -36,13 +36,13 @@ void Select(MetaLibWriter& writer, const SecurityInfo& security) {
 
 }  // namespace
 
-void ComparedSeries::Add(int file_number) {
+bool ComparedSeries::Add(int file_number) {
   // The store of a blind run lists no other series, and its file numbers are its own.
-  if (session_.Run.blind) return;
+  if (session_.Run.blind) return false;
   const auto is_asked_for = [file_number](const SecurityInfo& security) {
     return security.file_number == file_number;
   };
-  if (std::ranges::any_of(all_, is_asked_for, &Series::security)) return;
+  if (std::ranges::any_of(all_, is_asked_for, &Series::security)) return false;
   const std::vector<SecurityInfo> listed = SecuritiesOf(session_.Run.directory, cache_);
   const auto found = std::ranges::find_if(listed, is_asked_for);
   if (found == listed.end()) {
@@ -50,12 +50,13 @@ void ComparedSeries::Add(int file_number) {
                                                           std::to_string(file_number) + " in \"" +
                                                           session_.Run.directory + "\"");
   }
-  if (IsPlayed(*found, session_.Run)) return;
+  if (IsPlayed(*found, session_.Run)) return false;
   if (all_.size() == kMost) {
     Refuse(*found, "at most " + std::to_string(kMost) +
                        " series are compared at once. Close the chart of another one first.");
   }
   all_.push_back(Read(*found));
+  return true;
 }
 
 ComparedSeries::Series ComparedSeries::Read(const SecurityInfo& security) const {

@@ -23,10 +23,10 @@ class ComparedSeries {
 
   ComparedSeries(const SimSession& session, IndexCache& cache) : session_(session), cache_(cache) {}
 
-  // Compares a series, by the number of its data file, from the next Follow on. Does nothing if it
-  // is compared or played, and in a blind run. Throws MetaLibError if there is no such series, if
-  // it can't be replayed, or if kMost are compared.
-  void Add(int file_number);
+  // Compares a series, by the number of its data file, from the next Follow on. Returns false,
+  // and does nothing, if it is compared or played, and in a blind run. Throws MetaLibError if there
+  // is no such series, if it can't be replayed, or if kMost are compared.
+  bool Add(int file_number);
   // Removes its bars from the store. Does nothing if it isn't compared. Throws MetaLibError.
   void Remove(int file_number);
   // For the next run, whose store is empty.

@@ -505,16 +505,17 @@ void RunControl::ShowRevealed(const BlindKey& key) {
 void RunControl::Compare(int file_number) {
   if (session_.Preparing) return asked_to_compare_.push_back(file_number);
   if (!stepper_.HasBars()) return;
-  AddCompared(file_number);
-  chart_.RefreshCharts();
+  if (AddCompared(file_number)) chart_.RefreshCharts();
 }
 
-void RunControl::AddCompared(int file_number) {
+bool RunControl::AddCompared(int file_number) {
   try {
-    compared_.Add(file_number);
+    if (!compared_.Add(file_number)) return false;
     compared_.Follow(session_.BarIndex);
+    return true;
   } catch (const MetaLibError& error) {
     ShowFailure("This series is not shown next to the played one.", error);
+    return false;
   }
 }
 

@@ -119,7 +119,8 @@ class RunControl {
   // the rows of the last run.
   bool BeginInLedger(bool as_shown);
   void BringChartUp();
-  void AddCompared(int file_number);
+  // True if a series was added.
+  bool AddCompared(int file_number);
   void ShowRunning();
   void Feed(RunNumber run);
   bool FeedOne(RunNumber run);
