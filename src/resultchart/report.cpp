@@ -91,7 +91,7 @@ std::string Shortened(std::string text) {
 void AddNote(const LedgerConnection& connection, const std::vector<LedgerNote>& notes,
              JournalItem& item) {
   if (notes.empty() || notes.back().text.empty()) return;
-  item.lines.push_back(Shortened(notes.back().text));
+  item.lines.push_back("Note: " + Shortened(notes.back().text));
   item.lines.push_back(NoteDate(connection, notes));
 }
 
@@ -100,9 +100,9 @@ JournalItem ItemOf(const LedgerConnection& connection, const JournalEntry& entry
   if (entry.trade.money) item.title += ": " + MoneyText(entry.trade.money);
   if (entry.trade.r) item.title += ", " + MoneyText(entry.trade.r) + " R";
   const std::string plan = PlanText(entry);
-  if (!plan.empty()) item.lines.push_back("Plan: " + plan);
+  if (!plan.empty()) item.lines.push_back(plan);
   if (entry.plan && !entry.plan->reasons.empty()) {
-    item.lines.push_back(Shortened(entry.plan->reasons));
+    item.lines.push_back("Reasons: " + Shortened(entry.plan->reasons));
   }
   AddNote(connection, entry.notes, item);
   for (const std::string& file : {entry.entry_picture, entry.exit_picture}) {

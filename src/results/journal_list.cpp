@@ -105,7 +105,7 @@ std::string JournalCsv(const std::vector<Journal>& journals) {
 }
 
 std::string PlanText(const JournalEntry& entry) {
-  if (!entry.plan) return {};
+  if (!entry.plan || entry.plan->Empty()) return {};
   const LedgerPlan& plan = *entry.plan;
   std::string text;
   const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
@@ -114,7 +114,7 @@ std::string PlanText(const JournalEntry& entry) {
   if (!plan.setup.empty()) add(plan.setup);
   if (plan.confidence != 0) add("confidence " + std::to_string(plan.confidence) + " of 5");
   if (entry.trade.lot.risk) add("risk " + MoneyText(entry.trade.lot.risk));
-  return text;
+  return text.empty() ? text : "Plan: " + text;
 }
 
 std::string TradeText(const JournalEntry& entry) {

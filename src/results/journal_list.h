@@ -55,8 +55,8 @@ std::vector<std::size_t> ListedColumns();
 // A line of field names, then a line for each trade of the journals.
 std::string JournalCsv(const std::vector<Journal>& journals);
 
-// The plan in one line: "Stop 508.00, target 530.00, breakout, confidence 4 of 5, risk 250.00";
-// empty without one. The reasons are not part of it.
+// The plan in one line: "Plan: stop 508.00, target 530.00, breakout, confidence 4 of 5, risk
+// 250.00"; empty without one. The reasons are not part of it.
 std::string PlanText(const JournalEntry& entry);
 // "Long 5 at 512.30 on 12/03/2007, closed at 520.00 on 13/03/2007"
 std::string TradeText(const JournalEntry& entry);

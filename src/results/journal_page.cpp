@@ -164,7 +164,9 @@ class Page {
                                                 : "",
               result);
     Paragraph({}, PlanText(entry));
-    if (entry.plan) Paragraph({}, entry.plan->reasons);
+    if (entry.plan && !entry.plan->reasons.empty()) {
+      Paragraph({}, "Reasons: " + entry.plan->reasons);
+    }
     Notes(entry.notes);
     Picture(entry.entry_picture, "at the entry");
     Picture(entry.exit_picture, "at the exit");
@@ -173,7 +175,7 @@ class Page {
 
   void Notes(const std::vector<LedgerNote>& notes) {
     if (notes.empty() || (notes.size() == 1 && notes.front().text.empty())) return;
-    Paragraph({}, notes.back().text);
+    Paragraph({}, "Note: " + notes.back().text);
     Paragraph("faint", NoteDate(connection_, notes));
     if (notes.size() == 1) return;
     html_ += "<details><summary class=\"faint\">Earlier notes</summary>\n";

@@ -31,9 +31,8 @@ std::vector<std::string> DescribedLines(const JournalEntry& entry) {
   add(TradeText(entry));
   add(ResultText(entry));
   if (entry.look_ahead) add("Later bars were known when it was traded.");
-  const std::string plan = PlanText(entry);
-  if (!plan.empty()) add("Plan: " + plan);
-  if (entry.plan) add(entry.plan->reasons);
+  add(PlanText(entry));
+  if (entry.plan && !entry.plan->reasons.empty()) add("Reasons: " + entry.plan->reasons);
   return lines;
 }
 
