@@ -251,9 +251,11 @@ void SetupWindow::PlayAgain(const LedgerOrderKey& entry) {
   const std::optional<NextRun> choice = run_.TradeToPlayAgain(entry);
   if (!choice) return;
   const Form2& navigator = desktop_.Untouched().form2;
-  if (navigator.Visible()) navigator.on_close();
-  const bool holds = session_.LAccum > 0 || session_.SAccum > 0;
-  if (holds && run_.Feeding() && session_.StopRequested == 0) return;  // the trader keeps it going
+  if (navigator.Visible()) {
+    navigator.on_close();
+    const bool holds = session_.LAccum > 0 || session_.SAccum > 0;
+    if (holds && run_.Feeding() && session_.StopRequested == 0) return;  // it is kept going
+  }
   Resume(*choice);
 }
 
