@@ -66,6 +66,7 @@ TEST(TimeAxis, KeepsEachPlaceInItsFrameAndFindsItInOthers) {
   EXPECT_EQ(hours.Axis().PlaceOf(late_bar), 21) << "two hours a day";
   EXPECT_EQ(days.Axis().PlaceOf(late_bar), 10);
   EXPECT_EQ(stored.Axis().PlaceOf(days.Axis().At(10)), 200) << "a day begins with its first bar";
+  EXPECT_EQ(stored.Axis().PlaceOf({.date = bars[200].date}), 200) << "a drawing of daily bars";
 }
 
 TEST(TimeAxis, AFutureAnchorMeetsTheBarThatItWasDrawnAt) {

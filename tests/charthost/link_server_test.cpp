@@ -185,6 +185,20 @@ TEST_F(LinkServerTest, SavesPicturesForTheJournalAndNothingElse) {
   EXPECT_EQ(std::ranges::distance(std::filesystem::directory_iterator(journal)), 2);
 }
 
+TEST_F(LinkServerTest, SaysThatTheTraderHasClosedItUnlessItWasAskedToQuit) {
+  std::ptrdiff_t closed = 0;
+  const auto velumar = ListenForMessages(kRunKeyListener, [&](const IpcMessage& message) {
+    closed += message.first == kMessageChartClosed ? 1 : 0;
+  });
+  program_.window->close();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return closed == 1; }, 3000));
+  program_.window->show();
+  EXPECT_TRUE(Done({.command = Command::kQuit}));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !program_.window->isVisible(); }, 3000));
+  QTest::qWait(100);
+  EXPECT_EQ(closed, 1);
+}
+
 TEST_F(LinkServerTest, IgnoresWhatIsNoRequest) {
   EXPECT_EQ(Send("hello"), IpcAnswer::kRefused);
   EXPECT_EQ(Send(std::string(kLongestIpcRequest + 1, ' ')), IpcAnswer::kRefused);

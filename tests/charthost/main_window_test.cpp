@@ -299,6 +299,19 @@ TEST_P(MainWindowTest, RemembersTheLookAndTheFolder) {
   EXPECT_EQ(kept.Options().style, ChartStyle::kLine);
   EXPECT_FALSE(kept.Options().volume);
   EXPECT_EQ(kept.Folder().toStdString(), program_.folder);
+  const ChartOptions other{ChartStyle::kArea,
+                           ChartTheme::kDark,
+                           true,
+                           false,
+                           PriceScale::kPercent,
+                           true,
+                           false,
+                           false,
+                           {},
+                           40,
+                           {{-1, Frame{Frame::Unit::kWeek}}}};
+  program_.settings->SetOptions(other);
+  EXPECT_EQ(ChartSettings().Options(), other);
   program_.settings->SetOptions(ChartOptions());
 }
 
