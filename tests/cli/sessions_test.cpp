@@ -150,7 +150,7 @@ TEST_F(SessionsTest, APlanWaitsPausesTheRunAndIsThereAgain) {
 }
 
 TEST_F(SessionsTest, AChangedSeriesIsNotResumedUnasked) {
-  ASSERT_EQ(box.Run(Start("ledger"), "pause\nnext\nlong 1\n").code, 0);
+  ASSERT_EQ(box.Run(Start("ledger"), "pause\nnext\nlong 1\nshort 2\n").code, 0);
   const std::string file = box.File("ABC_D.csv", "date,open,high,low,close\n20000105,1,1,1,1\n");
   ASSERT_EQ(box.Run({"import", file, data}).code, 0);
   const auto resumed = Resume("ledger", "next\n");
@@ -158,6 +158,7 @@ TEST_F(SessionsTest, AChangedSeriesIsNotResumedUnasked) {
   const auto list = box.Run({"sessions", box.At("ledger"), "--json"});
   const json line = json::parse(list.out).at(0);
   EXPECT_EQ(line["long"], 1);
+  EXPECT_EQ(line["short"], 2);
   EXPECT_EQ(line["date"], 20000111);
   EXPECT_EQ(line["bars_left"], 17);
 }

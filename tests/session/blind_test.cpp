@@ -154,6 +154,7 @@ TEST_F(BlindRunTest, StoreAndMemoryHoldOnlyTheMaskedSeries) {
     WriteFile(folder / "chart.mwc", "ABC");
   }
   WriteFile(std::filesystem::path(store) / StoreFolder::kMark, "");
+  std::string last;
   for (unsigned seed = 0; seed < 12; ++seed) {
     platform.random_seed = seed;
     run.interval = seed % 3 == 0 ? "15" : "D";
@@ -178,6 +179,7 @@ TEST_F(BlindRunTest, StoreAndMemoryHoldOnlyTheMaskedSeries) {
     const std::string symbol = interval == 15                ? "FAST"
                                : session.LastBarIndex == 399 ? "ABC"
                                                              : "DEF";
+    EXPECT_TRUE(interval == 15 || std::exchange(last, symbol) != symbol) << "the two in turn";
     const std::vector<Bar> real = ReadBars(data, symbol, interval);
     const std::vector<Bar> shown = ReadBars(store, "BLIND", interval);
     for (std::size_t i = 1; i < shown.size(); ++i) {

@@ -17,7 +17,9 @@ struct PracticeWindowTest : RunFixture {
     all->program.Start();
   }
   void Play(const char* symbol, int bar) {
-    all->Setup().Combo1.UserChoose(symbol == std::string("ABC") ? 0 : 1);
+    Form1& setup = all->Setup();
+    setup.Combo1.UserChoose(symbol == std::string("ABC") ? 0 : 1);
+    for (const auto& [box, text] : Account(setup)) box->UserType(text);
     InPauseOf(bar, [this, symbol] {
       if (symbol == std::string("ABC")) all->Panel().imgLong.UserClick();
       all->Navigator().Image4.UserClick();
@@ -25,6 +27,13 @@ struct PracticeWindowTest : RunFixture {
     all->Play(bar - 1);
     open_profit = all->session.LUnrealisedMoney;
     all->Navigator().Image5.UserClick();
+  }
+  static std::map<TextBox*, std::string> Account(Form1& setup) {
+    return {{&setup.txtInitPorfolio, "3000000"},
+            {&setup.txtContractValue, "60"},
+            {&setup.txtProfitperContract, "2"},
+            {&setup.txtcomm, "5"},
+            {&setup.txtVAT, "3"}};
   }
   float open_profit = 0;
   FrmPractice& Window() { return all->windows.frmPractice; }
@@ -45,11 +54,35 @@ TEST_F(PracticeWindowTest, EnterGoesOnWithTheLastSession) {
   EXPECT_FALSE(Window().Loaded());
   EXPECT_TRUE(all->Navigator().Visible());
   EXPECT_EQ(all->Setup().Combo1.Text(), "ABC");
+  for (const auto& [box, text] : Account(all->Setup())) EXPECT_EQ(box->Text(), text) << box->Name();
   EXPECT_EQ(all->session.BarIndex, 120);
   EXPECT_EQ(all->session.LAccum, 1);
   EXPECT_EQ(all->session.Orders.size(), 1U);
   EXPECT_EQ(StoreSize(), 121U);
   EXPECT_FALSE(all->program.Feeding()) << "the trader looks first";
+}
+
+TEST_F(PracticeWindowTest, AChangedSeriesGoesOnAtTheSameMomentIfTheTraderWantsIt) {
+  all->program.ResumeSession(2);
+  all->Navigator().Image2.UserClick();
+  all->Navigator().Image5.UserClick();
+  IndexCache cache;
+  std::vector<Bar> bars = IntradayBars(200, 15);
+  bars[3].time += 100;
+  StoreSecurity(data, {"FAST", "Fast", 15}, bars, cache);
+  bars = DailyBars(200);
+  bars.insert(bars.begin(), bars[0])->date = 19991231;
+  StoreSecurity(data, {"ABC", "Abc", -1}, bars, cache);
+  all->Setup().lnkPractice.UserClick();
+  Window().lstSessions.UserSelect({1});
+  Window().lstSessions.UserKeyUp(kEnterKey);
+  EXPECT_THAT(all->outside.boxes.shown, Contains(HasSubstr("volumes or times of its")));
+  EXPECT_FALSE(all->Navigator().Visible()) << "cancelled";
+  all->outside.boxes.answers = {0};
+  all->program.ResumeSession(2);
+  EXPECT_THAT(all->outside.boxes.shown, Contains(HasSubstr("it had 120.")));
+  EXPECT_EQ(all->session.BarIndex, 120);
+  EXPECT_EQ(all->session.NewestShownBar, 121) << "the bar that was stepped back over";
 }
 
 TEST_F(PracticeWindowTest, AnEndedSessionCanNoLongerBeTraded) {
