@@ -3,6 +3,7 @@
 #include <fstream>
 #include <functional>
 
+#include "ledger/plans.h"
 #include "support/matchers.h"
 #include "support/scratch_folder.h"
 
@@ -279,6 +280,18 @@ TEST_F(LedgerTest, ARowIsFlushedAndReadersSeeItAtOnce) {
   }
   LedgerClose(reader);
   EXPECT_THROW(Rows(reader), LedgerError);
+}
+
+TEST_F(LedgerTest, AForgottenSessionTakesOnlyItsWaitingPlanAlong) {
+  LedgerConnection ledger = Opened(file);
+  const int session = LedgerBeginRun(ledger, {}, {}, LedgerMoment());
+  LedgerWritePlan(ledger, {.session = session, .order = {1, 1}, .setup = "played"});
+  LedgerWritePlan(ledger, {.session = session, .setup = "waits"});
+  LedgerForgetSession(ledger, session);
+  const std::vector<LedgerPlan> plans = LedgerPlansOfSession(ledger, session);
+  ASSERT_EQ(plans.size(), 1U);
+  EXPECT_EQ(plans[0].setup, "played");
+  EXPECT_TRUE(LedgerSessions(ledger).empty());
 }
 
 TEST_F(LedgerTest, AFileOfAnotherProgramIsNotChanged) {

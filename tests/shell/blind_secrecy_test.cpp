@@ -192,6 +192,7 @@ class BlindRun {
     if (Roll(6) == 0) return Plan();
     Form2& navigator = all_.Navigator();
     Form3& panel = all_.Panel();
+    panel.txtContractVol.UserType(std::to_string(1 + Roll(3)));  // perhaps more than is held
     Control* const controls[] = {&navigator.Image1,    &navigator.Image2,     &navigator.Image7,
                                  &navigator.Image6,    &navigator.Image3,     &navigator.Image4,
                                  &panel.imgLong,       &panel.ImgShort,       &panel.imgLong,
@@ -233,6 +234,8 @@ void ExpectRevealed(const RunRecord& played, const RunRecord& now, const std::ve
     EXPECT_FLOAT_EQ(static_cast<float>(order.close.value_or(bar.close)), bar.close);
     EXPECT_EQ(order.money, played.orders[i].money);
     EXPECT_EQ(order.held, played.orders[i].held);
+    EXPECT_NEAR(order.average / order.price, played.orders[i].average / played.orders[i].price,
+                1e-3);
     EXPECT_NEAR(order.points * now.began->money_per_point,
                 played.orders[i].points * played.began->money_per_point, 1);
     ASSERT_EQ(order.plan.has_value(), played.orders[i].plan.has_value());
