@@ -138,6 +138,8 @@ TEST_F(ControlsTest, TheCalendarMarksTheDaysOfTheSeriesAndOffersThreeOfThem) {
   EXPECT_THAT(choices, IsEmpty());
   days = {20050613, 20050615};
   EXPECT_NE(use(), without_days);
+  days.clear();
+  EXPECT_EQ(use(), without_days) << "another security";
   EXPECT_THAT(choices, ElementsAre(DayChoice::kFirst, DayChoice::kLast, DayChoice::kRandom));
 }
 

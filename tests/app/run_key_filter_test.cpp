@@ -64,6 +64,9 @@ TEST_F(RunKeyFilterTest, ASliderAndACheckBoxKeepKeysOnlyIfReachedWithTab) {
   box.setFocus(Qt::BacktabFocusReason);
   EXPECT_THAT(After(Qt::Key_Space), IsEmpty());
   EXPECT_TRUE(panel.chkShowBigform.Checked());
+  slider.setFocus(Qt::MouseFocusReason);
+  box.setFocus(Qt::MouseFocusReason);
+  EXPECT_THAT(After(Qt::Key_Space), ElementsAre("Image3")) << "a click gives the keys back";
 }
 
 TEST_F(RunKeyFilterTest, ABoxKeepsWhatIsTypedUntilItIsLeft) {

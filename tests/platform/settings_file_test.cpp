@@ -10,6 +10,7 @@
 
 #include "platform/chart_program.h"
 #include "platform/qt/registry_file.h"
+#include "platform/virtual_platform.h"
 #include "support/full_disk.h"
 #include "support/matchers.h"
 #include "support/scratch_folder.h"
@@ -258,8 +259,17 @@ TEST(ChartProgramKeys, FollowTheProgramsFolderAndVersion) {
                      "SOFTWARE\\Equis International\\MetaStock Professional\\9.0");
   EnsureChartProgramKeys(registry, "/nine");
   EXPECT_EQ(path("9.0"), "/nine");
-  FileRegistry unwritable(folder / "MSWIN.EXE/registry");
-  EXPECT_THROW(EnsureChartProgramKeys(unwritable, "/x"), std::runtime_error);
+  struct NoMark : MemoryRegistry {
+    explicit NoMark(long error) : code(error) {}
+    long CreateKey(RegistryRoot root, std::string_view key) override {
+      return root == RegistryRoot::kLocalMachine ? code : MemoryRegistry::CreateKey(root, key);
+    }
+    long code;
+  };
+  NoMark denied(5);
+  EXPECT_NO_THROW(EnsureChartProgramKeys(denied, "/x")) << "only administrators may set it";
+  NoMark broken(1013);
+  EXPECT_THROW(EnsureChartProgramKeys(broken, "/x"), std::runtime_error);
 }
 
 }  // namespace

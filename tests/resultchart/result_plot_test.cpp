@@ -78,6 +78,7 @@ TEST(ThinnedBars, KeepTheValueFarthestFromZeroAndDoNotChangeWhileScrolling) {
   EXPECT_EQ(bars.size(), 143U);
   EXPECT_THAT(bars, Contains(ThinnedBar{332, 50}));
   EXPECT_THAT(ThinnedBars(values, {330, 340}, 7), Contains(ThinnedBar{332, 50}));
+  EXPECT_EQ(ThinnedBars(values, {10, 20}, 1).size(), 13U) << "and one more at each end";
   EXPECT_TRUE(ThinnedBars({}, {-0.5, 0.5}, 3).empty());
 }
 
