@@ -178,38 +178,6 @@ TEST(Import, DumpAndImportKeepEveryFloat) {
   EXPECT_EQ(box.Run({"dump", box.At("other"), "EDGE", "D"}).out, dumped);
 }
 
-TEST(Import, StoresIntradayBarsWithDatesAsItIsTold) {
-  Sandbox box;
-  const auto file = box.File("test_15.csv",
-                             "Date;Time;Open;High;Low;Close;Volume\n"
-                             "02.01.2020;0:00;1;2;0.5;1.5;100\n02.01.2020;9:15;1;2;0.5;1.5;100\n");
-  const auto answer = box.Run({"import", file, box.At("data"), "--date-format", "%d.%m.%Y"});
-  EXPECT_EQ(answer.out + answer.err, "TEST 15: 2 bars, 20200102 to 20200102\n");
-  EXPECT_EQ(box.Run({"dump", box.At("data"), "TEST", "15"}).out,
-            kHeader + "20200102,000000,1,2,0.5,1.5,100,0\n20200102,091500,1,2,0.5,1.5,100,0\n");
-}
-
-TEST(Import, ReplacesASecurityAndKeepsItsName) {
-  Sandbox box;
-  const auto data = box.At("data");
-  const auto one =
-      box.File("one.csv", kHeader + "20200102,0,1,1,1,1,5,5\n20200103,0,1,1,1,1,5,5\n");
-  const auto two = box.File("two.csv", kHeader + "20210105,0,2,2,2,2,6,6\n");
-  const auto hour = box.File("hour.csv", kHeader + "20210105,0,2,2,2,2,6,6\n");
-  EXPECT_EQ(box.Run({"import", one, data, "--symbol", "gold", "--name", "Gold of Zürich"}).code, 0);
-  EXPECT_EQ(box.Run({"import", one, data, "--symbol", "SILVER"}).code, 0);
-  EXPECT_EQ(box.Run({"import", two, data, "--symbol", "Gold", "--replace"}).code, 0);
-  EXPECT_EQ(box.Run({"import", hour, data, "--symbol", "gold", "--interval", "60"}).code, 0);
-  const auto listed = nlohmann::json::parse(box.Run({"list", data, "--json"}).out);
-  ASSERT_EQ(listed.size(), 3U);
-  EXPECT_EQ(listed[0].dump(),
-            R"({"bars":1,"fields":7,"file":1,"first":20210105,"interval":-1,"last":20210105,)"
-            R"("name":"Gold of Zürich","symbol":"GOLD"})");
-  EXPECT_EQ(listed[1].at("name"), "SILVER");
-  EXPECT_EQ(listed[2].at("interval"), 60);
-  EXPECT_EQ(listed[2].at("name"), "GOLD");
-}
-
 TEST(Import, WarnsOfContradictoryPricesAndIgnoredTimes) {
   Sandbox box;
   const auto file = box.File("ODD_D.csv", kHeader +
