@@ -51,7 +51,8 @@ int RunKeyCode(int key) {
                                          {Qt::Key_S, Qt::Key_S},
                                          {Qt::Key_B, Qt::Key_B},
                                          {Qt::Key_G, Qt::Key_G},
-                                         {Qt::Key_N, Qt::Key_N}};
+                                         {Qt::Key_N, Qt::Key_N},
+                                         {Qt::Key_O, Qt::Key_O}};
   return kCodes.value(key, 0);
 }
 
