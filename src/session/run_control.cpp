@@ -235,6 +235,9 @@ void RunControl::Restore(const LedgerPlayed& played) {
     if (order.quantity != 0) session_.Orders.push_back(MarkOf(order));
   }
   session_.Plans.Restore(record.orders, LedgerPlansOfSession(ledger_, moment.session));
+  // A panel that was closed drops the holdings without an order.
+  if (session_.LAccum == 0) session_.Plans.CloseAll(true);
+  if (session_.SAccum == 0) session_.Plans.CloseAll(false);
 }
 
 void RunControl::SaveMoment() {

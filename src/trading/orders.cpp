@@ -272,11 +272,11 @@ OrderResult OrderDesk::DropPosition(const Side& side, std::string_view position,
                                     const OrderFigures& figures) {
   session_.*side.Accum = 0;
   session_.*side.AvgPrice = 0;
-  session_.Plans.CloseAll(side.gains_on_rise);
   if (ledger_.CanWrite()) {
     LedgerNoteWiped(ledger_, DroppedPosition(session_, position, before, side), Detail(figures),
                     Moment());
   }
+  session_.Plans.CloseAll(side.gains_on_rise);  // once nothing can fail any more
   ShowStatus(session_, view_, platform_.locale);
   Mark(side, false, {});
   return Refuse(TooMuchText(figures.quantity_single, before.*side.Accum), OrderResult::kTooMuch);
