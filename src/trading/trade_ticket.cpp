@@ -145,7 +145,11 @@ TicketAnswer TradeTicket::Answer(const TicketOrder& order, const TicketTexts& te
   const LedgerPlan before = PlanOf(order);
   if (plan.stop != before.stop) plan.stop_since = session_.BarIndex;
   if (plan.target != before.target) plan.target_since = session_.BarIndex;
-  if (order.order && order.order->entry && !plan.risk) {
+  // A stop that is corrected before the next bar is the one that the trade began with.
+  const bool at_newest = session_.BarIndex >= session_.NewestShownBar;
+  const bool corrected =
+      order.order && order.order->bar == session_.BarIndex && at_newest && plan.stop != before.stop;
+  if (order.order && order.order->entry && (!plan.risk || corrected)) {
     plan.risk = RiskOf(plan, order.order->is_long, order.order->price, order.order->quantity,
                        session_.ProfitPerContract);
   }
@@ -177,9 +181,13 @@ void TradeTicket::AddRisk(const TicketOrder& order, const std::string& percent,
           : figures.problem;
   const double of_one = RiskOf(plan, is_long, Price(), 1, per_point).value_or(0);
   const std::optional<double> share = ToDouble(percent);
-  if (!share || *share <= 0 || of_one <= 0 || session_.Portfolio <= 0) return;
   constexpr double kPercent = 100;
-  answer.quantity = QuantityText(std::floor(*share / kPercent * session_.Portfolio / of_one));
+  const bool usable = share && *share > 0 && *share <= kPercent;
+  if (!usable || of_one <= 0 || session_.Portfolio <= 0) return;
+  // 100.3 less 100.1 is a little more than 0.2.
+  constexpr double kBinaryNoise = 1e-9;
+  const double quantity = *share / kPercent * session_.Portfolio / of_one;
+  answer.quantity = QuantityText(std::floor(quantity * (1 + kBinaryNoise)));
 }
 
 double TradeTicket::Price() const {

@@ -58,6 +58,10 @@ TEST_F(PlansTest, TheTicketAnswersWhileTheTraderTypes) {
        "",
        "Short 5 risks 15,000.00, 0.75 % of the portfolio",
        "0"},
+      {{.stop = "99.8", .percent = "0.1"},
+       "",
+       "Long 5 risks 1,000.00, 0.05 % of the portfolio",
+       "10"},
       {{.target = "120", .percent = "1"}, "", "", ""},
       {{"96", "99"}, "The target of a Long must be above 100.00", "", ""},
       {{.stop = "100"}, "The stop of a Short must be above 100.00", "", ""},
@@ -82,6 +86,7 @@ TEST_F(PlansTest, APlanGoesToTheOrderThatItFits) {
   Order(&OrderDesk::Long, "2");
   EXPECT_FALSE(session.Plans.Next().has_value());
   EXPECT_EQ(TradeTicket::Meant(ticket.Orders()), 0U) << "it has its plan";
+  EXPECT_EQ(Ask(1, {.stop = "9.6"}).plan.risk, 2 * 90.4 * 1000) << "corrected at the entry";
   AddBar(110);
   EXPECT_EQ(Ask(1, {.stop = "111"}).problem, "The stop of a Long must be below 110.00");
   Plan(1, {.stop = "108", .setup = "gap"});
@@ -140,6 +145,11 @@ TEST_F(PlansTest, TheLedgerGivesBackTheOpenTrades) {
     ASSERT_EQ(open(restored), open(session.Plans)) << i;
     ASSERT_EQ(restored.Next().has_value(), session.Plans.Next().has_value()) << i;
   }
+  Order(&OrderDesk::Long, "1");
+  const auto held = Held(session.Plans);
+  ledger.ForWriting().Execute("DROP TABLE Wiped");
+  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "1000"), OrderResult::kRefused);
+  EXPECT_EQ(Held(session.Plans), held) << "as the book";
 }
 
 }  // namespace
