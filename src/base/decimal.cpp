@@ -5,6 +5,8 @@
 #include <charconv>
 #include <utility>
 
+#include "base/number_text.h"
+
 namespace velumar {
 
 namespace {
@@ -191,6 +193,13 @@ std::string Decimal::FractionDigits() const {
 std::string Decimal::Canonical() const {
   const std::string sign = negative_ ? "-" : "";
   return IsZero() ? sign + "0" : sign + "0." + digits_ + "e" + std::to_string(point_);
+}
+
+double DecimalDifference(double a, double b) {
+  const auto first = Decimal::FromText(ExactText(a));
+  const auto second = Decimal::FromText(ExactText(b));
+  if (!first || !second) return a - b;
+  return ExactNumber<double>(first->Minus(*second).Canonical()).value_or(a - b);
 }
 
 }  // namespace velumar

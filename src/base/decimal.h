@@ -43,4 +43,8 @@ class Decimal {
   int point_ = 0;
 };
 
+// a less b, both as the fewest digits that read back as them: 100.3 less 100.1 is 0.2, which it
+// isn't in binary.
+double DecimalDifference(double a, double b);
+
 }  // namespace velumar

@@ -39,8 +39,7 @@ class Revealing {
     RevealDetails();
     RevealWiped();
     RevealRuns();
-    database_.Run("UPDATE Plans SET Stop = Stop / ?, Target = Target / ? WHERE Session = ?",
-                  {hidden_.factor, hidden_.factor, double(number_)});
+    RevealPlans();
     database_.Run("UPDATE SessionMoments SET BarDate = ? WHERE Session = ?",
                   {double(Day(database_.FirstValue("SELECT BarDate FROM SessionMoments WHERE "
                                                    "Session = ?",
@@ -119,6 +118,16 @@ class Revealing {
                                  kOwnRuns)) {
       database_.Run("UPDATE Wiped SET MarketPrice = ?, BarDate = ?, AvgPrice = ? WHERE rowid = ?",
                     {Close(row[1], row[2]), IsoDay(row[3]), Scaled(row[4]), row[0]});
+    }
+  }
+
+  void RevealPlans() {
+    const auto real = [this](const LedgerValue& shown) {
+      return shown == LedgerValue() ? shown : LedgerValue(Scaled(shown));
+    };
+    for (const Row& row : Select("SELECT Id, Stop, Target FROM Plans WHERE Session = ?")) {
+      database_.Run("UPDATE Plans SET Stop = ?, Target = ? WHERE Id = ?",
+                    {real(row[1]), real(row[2]), row[0]});
     }
   }
 

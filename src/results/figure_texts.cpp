@@ -19,6 +19,10 @@ std::string MoneyText(std::optional<double> money) {
   return money ? PatternText(DecimalText(*money), "###,###,###,###,##0.00") : kNoFigure;
 }
 
+std::string PriceText(std::optional<double> price) {
+  return price ? PatternText(DecimalText(*price), "###,###,###,##0.00######") : kNoFigure;
+}
+
 std::string PercentText(std::optional<double> share) {
   constexpr double kPercent = 100;
   return share ? MoneyText(*share * kPercent) + " %" : kNoFigure;

@@ -10,6 +10,8 @@ inline constexpr const char* kNoFigure = "-";
 
 // "1,234,567.50"; "-" for nothing.
 std::string MoneyText(std::optional<double> money);
+// "1,234.50" or, with all its decimals, "1.08755"; "-" for nothing.
+std::string PriceText(std::optional<double> price);
 // "58.33 %" for 0.5833; "-" for nothing.
 std::string PercentText(std::optional<double> share);
 // Up to two decimals, without grouping or trailing zeros: "1000", "12.5".

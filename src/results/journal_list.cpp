@@ -1,15 +1,28 @@
 #include "results/journal_list.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 
+#include "base/number_text.h"
 #include "results/figure_texts.h"
 
 namespace velumar {
 
 namespace {
 
+// A product as a trader works it out: 660, not 660.0000000000001.
 OrderCell NumberCell(std::optional<double> number) {
-  return {MoneyText(number), number ? LedgerValue(*number) : LedgerValue()};
+  constexpr int kDigits = 14;
+  if (!number) return {kNoFigure, {}};
+  std::array<char, 32> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), *number,
+                                 std::chars_format::general, kDigits);
+  return {MoneyText(number), ToDouble({text.data(), end.ptr}).value_or(*number)};
+}
+
+OrderCell PriceCell(std::optional<double> price) {
+  return {PriceText(price), price ? LedgerValue(*price) : LedgerValue()};
 }
 
 OrderCell WholeCell(int number) {
@@ -27,7 +40,7 @@ OrderCell MomentCell(const TradeEnd* end) {
 }
 
 OrderCell PriceCell(const TradeEnd* end) {
-  return NumberCell(end == nullptr ? std::nullopt : std::optional(end->price));
+  return PriceCell(end == nullptr ? std::nullopt : std::optional(end->price));
 }
 
 std::string ResultName(Outcome outcome) {
@@ -68,8 +81,8 @@ JournalRow RowOf(const JournalEntry& entry, int session) {
           NumberCell(trade.money),
           NumberCell(trade.r),
           TextCell(ResultName(entry.Result())),
-          NumberCell(plan.stop),
-          NumberCell(plan.target),
+          PriceCell(plan.stop),
+          PriceCell(plan.target),
           TextCell(plan.setup),
           WholeCell(plan.confidence),
           NumberCell(trade.lot.risk),
@@ -109,8 +122,8 @@ std::string PlanText(const JournalEntry& entry) {
   const LedgerPlan& plan = *entry.plan;
   std::string text;
   const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
-  if (plan.stop) add("stop " + MoneyText(plan.stop));
-  if (plan.target) add("target " + MoneyText(plan.target));
+  if (plan.stop) add("stop " + PriceText(plan.stop));
+  if (plan.target) add("target " + PriceText(plan.target));
   if (!plan.setup.empty()) add(plan.setup);
   if (plan.confidence != 0) add("confidence " + std::to_string(plan.confidence) + " of 5");
   if (entry.trade.lot.risk) add("risk " + MoneyText(entry.trade.lot.risk));
@@ -120,7 +133,7 @@ std::string PlanText(const JournalEntry& entry) {
 std::string TradeText(const JournalEntry& entry) {
   const Trade& trade = entry.trade;
   const auto at = [](const TradeEnd& end) {
-    return " at " + MoneyText(end.price) + " on " + end.date;
+    return " at " + PriceText(end.price) + " on " + end.date;
   };
   std::string text = SideName(entry) + " " + QuantityText(trade.lot.quantity);
   text += trade.lot.entry ? at(*trade.lot.entry) : ", entered before this ledger";

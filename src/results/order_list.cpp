@@ -26,8 +26,8 @@ std::string Note(const RunOrder& order) {
   if (order.LookAhead().value_or(false)) add("look-ahead");
   if (!order.plan) return note;
   if (!order.plan->setup.empty()) add(order.plan->setup);
-  if (order.plan->stop) add("stop " + MoneyText(order.plan->stop));
-  if (order.plan->target) add("target " + MoneyText(order.plan->target));
+  if (order.plan->stop) add("stop " + PriceText(order.plan->stop));
+  if (order.plan->target) add("target " + PriceText(order.plan->target));
   return note;
 }
 

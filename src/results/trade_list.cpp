@@ -4,6 +4,8 @@
 #include <cmath>
 #include <deque>
 
+#include "base/decimal.h"
+
 namespace velumar {
 
 namespace {
@@ -102,7 +104,7 @@ class SideLots {
   Trade Closed(const OpenLot& part, const RunOrder& order) const {
     Trade trade{part, ExitOf(order), false, {}, {}};
     if (!part.entry) return trade;
-    const double rise = trade.exit.price - part.entry->price;
+    const double rise = DecimalDifference(trade.exit.price, part.entry->price);
     trade.points = part.quantity * (is_long_ ? rise : -rise);
     if (!order.money_per_point) return trade;
     trade.money = *trade.points * *order.money_per_point;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/decimal.h"
+
 namespace velumar {
 
 PlannedOrder PlannedOrder::Of(const RunOrder& order) {
@@ -72,7 +74,7 @@ void TradePlans::SetPlan(LedgerOrderKey order, std::optional<LedgerPlan> plan) {
 }
 
 double StopDistance(double stop, bool is_long, double price) {
-  return is_long ? price - stop : stop - price;
+  return is_long ? DecimalDifference(price, stop) : DecimalDifference(stop, price);
 }
 
 bool FitsSide(const LedgerPlan& plan, bool is_long, double price) {

@@ -184,8 +184,7 @@ void TradeTicket::AddRisk(const TicketOrder& order, const std::string& percent,
   constexpr double kPercent = 100;
   const bool usable = share && *share > 0 && *share <= kPercent;
   if (!usable || of_one <= 0 || session_.Portfolio <= 0) return;
-  // 100.3 less 100.1 is a little more than 0.2.
-  constexpr double kBinaryNoise = 1e-9;
+  constexpr double kBinaryNoise = 1e-9;  // 4.999999999 is 5
   const double quantity = *share / kPercent * session_.Portfolio / of_one;
   answer.quantity = QuantityText(std::floor(quantity * (1 + kBinaryNoise)));
 }

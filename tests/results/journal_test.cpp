@@ -26,7 +26,7 @@ struct JournalTest : testing::Test, LedgerRows {
     Play(2004000);
     Order(13, "Offset Long", 1, 99, 0, -1, 2003000);
     Order(14, "Short", 1, 100, 1, 0, 2003000);
-    Order(15, "Offset Short", 1, 103, 0, -3, 2000000, 16);
+    Order(15, "Offset Short", 1, 100.31, 0, -0.31, 2000000, 16);
     Order(17, "Short", 3, 101, 3, 0, 2000000);
   }
   void Note(LedgerOrderKey key, const std::string& text, const std::string& day) const {
@@ -89,6 +89,7 @@ TEST_F(JournalTest, ExportsHaveWhatWasPlannedAndSeen) {
       csv,
       HasSubstr("1,ABC,D,Long,1,2007-01-10 16:30:00,100,2007-01-12 16:30:00,104,4,4000,4,won,99,,"
                 "breakout,4,1000,over the <high>,,,,"));
+  EXPECT_THAT(csv, HasSubstr(",100.31,-0.31,-310,,lost")) << "as decimals";
   EXPECT_THAT(csv, HasSubstr("Short,3,2007-01-17 16:30:00,101,,,,,,open"));
   const std::string page = JournalPage(ledger, journals);
   EXPECT_THAT(page, HasSubstr("over the &lt;high&gt;"));
