@@ -143,6 +143,8 @@ void ResultWindow::SetUpTables() {
 void ResultWindow::ListChoices() {
   choices_.clear();
   IgnoringErrors([this] { choices_ = ResultChoices(ledger_); });
+  // Before the list is set: choosing what is shown already reads nothing.
+  scope_ = choices_.empty() ? kCurrentRun : choices_.front().scope;
   std::vector<ComboBox::Row> rows;
   rows.reserve(choices_.size());
   for (const ResultChoice& choice : choices_) rows.push_back({choice.title, 0});
@@ -150,7 +152,6 @@ void ResultWindow::ListChoices() {
   list.SetEnabled(!rows.empty());
   list.SetRows(std::move(rows));
   if (list.Enabled()) list.SetIndex(0);
-  scope_ = choices_.empty() ? kCurrentRun : choices_.front().scope;
 }
 
 LedgerScope ResultWindow::FiguresScope(LedgerScope scope) {
