@@ -123,6 +123,11 @@ void FormStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
       break;
     case PE_FrameLineEdit:
       break;
+    case PE_Frame:  // of a list, a table or a note
+      painter->setBrush(Qt::NoBrush);
+      painter->setPen(option->state.testFlag(State_HasFocus) ? palette_.accent : palette_.border);
+      painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+      break;
     case PE_IndicatorCheckBox:
       DrawTick(*painter, *option);
       break;
