@@ -10,7 +10,7 @@ namespace velumar {
 // What a trader wrote about the trade of an order, or about a session.
 struct LedgerNote {
   int session = 0;       // 0: the order's run belongs to none
-  LedgerOrderKey order;  // without a run: about the session
+  LedgerOrderKey order;  // without a place: about the session
   std::string text;
   std::string written = {};  // "2026-11-27 07:03:40", UTC
 };

@@ -46,7 +46,7 @@ using OrdersByKey = std::map<LedgerOrderKey, const RunOrder*>;
 NotesOfOrders ByOrder(const std::vector<LedgerNote>& notes) {
   NotesOfOrders by_order;
   for (const LedgerNote& note : notes) {
-    if (note.order.run != 0) by_order[note.order].push_back(note);
+    if (note.order.place != 0) by_order[note.order].push_back(note);
   }
   return by_order;
 }
@@ -155,7 +155,7 @@ Journal ReadJournal(LedgerConnection& connection, LedgerScope scope) {
                   .notes = {},
                   .trades = {}};
   for (const LedgerNote& note : notes) {
-    const bool of_session = note.order.run == 0 && note.session == journal.session;
+    const bool of_session = note.order.place == 0 && note.session == journal.session;
     if (of_session && journal.session != 0) journal.notes.push_back(note);
   }
   const EntryMaker maker(connection, account, notes);

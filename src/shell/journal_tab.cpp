@@ -202,7 +202,7 @@ void JournalTab::KeepNote() {
     notes.push_back(note);
     controls.lblNoteDate.SetText(NoteDate(ledger_, notes));
   };
-  if (note.order.run == 0) return add(journal_.notes);
+  if (note.order.place == 0) return add(journal_.notes);
   for (JournalEntry& entry : journal_.trades) {
     if (entry.NoteKey() == note.order) add(entry.notes);
   }

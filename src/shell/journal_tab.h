@@ -32,7 +32,7 @@ class JournalTab {
  private:
   // Whose note is in the box.
   struct NoteOwner {
-    LedgerOrderKey order;  // without a run: the session
+    LedgerOrderKey order;  // without a place: the session
     std::string shown;     // as it was read
   };
 
