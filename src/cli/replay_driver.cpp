@@ -267,7 +267,7 @@ void ReplayDriver::Plan(std::string_view texts) {
       texts = last ? std::string_view() : Split(texts).second;
       const std::string_view name = text.substr(0, text.find('='));
       const std::string_view value = text.substr(std::min(name.size() + 1, text.size()));
-      if (name == "for") {
+      if (name == "for" && (value == "next" || value == "last")) {
         ticket.cboFor.UserChoose(value == "last" ? 1 : 0);
       } else if (Control* const box = Named(name, {{"stop", &ticket.txtStop},
                                                    {"target", &ticket.txtTarget},
@@ -276,7 +276,7 @@ void ReplayDriver::Plan(std::string_view texts) {
                                                    {"reasons", &ticket.txtReasons}})) {
         TypeInto(*box, value);
       } else {
-        throw std::invalid_argument("a plan has no \"" + std::string(name) + "\"");
+        throw std::invalid_argument("a plan has no \"" + std::string(text) + "\"");
       }
     }
   } catch (...) {
