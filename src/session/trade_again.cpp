@@ -71,7 +71,10 @@ LedgerSession SessionOf(LedgerConnection& connection, const LedgerOrderKey& entr
   session.account.margin = text(began.margin);
   session.account.money_per_point = text(began.money_per_point);
   if (scope.kind == LedgerScope::Kind::kSession) {
-    session.account = LedgerReadSession(connection, scope.number).session.account;
+    const LedgerSession played = LedgerReadSession(connection, scope.number).session;
+    session.account = played.account;
+    // That of a blind session was typed for other prices.
+    if (!played.mask.empty()) session.account.money_per_point = text(began.money_per_point);
   }
   return session;
 }

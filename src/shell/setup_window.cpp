@@ -255,6 +255,8 @@ void SetupWindow::PlayAgain(const LedgerOrderKey& entry) {
     navigator.on_close();
     const bool holds = session_.LAccum > 0 || session_.SAccum > 0;
     if (holds && run_.Feeding() && session_.StopRequested == 0) return;  // it is kept going
+    // Clicks ran while the windows slid.
+    if (navigator.Visible() || !CanStart()) return;
   }
   Resume(*choice);
 }
