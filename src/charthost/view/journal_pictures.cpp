@@ -75,8 +75,9 @@ JournalPictures::JournalPictures() { writer_.setMaxThreadCount(1); }
 JournalPictures::~JournalPictures() { TakeWaiting(); }
 
 bool JournalPictures::Take(ChartPane& chart, const std::string& file) {
-  file_ = NativePath(file);
-  if (!IsJournalPicture(file_)) return false;
+  const std::filesystem::path path = NativePath(file);
+  if (!IsJournalPicture(path)) return false;
+  file_ = path;
   waiting_ = &chart;
   QTimer::singleShot(0, this, &JournalPictures::TakeWaiting);
   return true;
