@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <ostream>
+#include <system_error>
 
 #include "base/paths.h"
 #include "base/whole_file.h"
@@ -82,7 +83,8 @@ void PrintJournal(const JournalArguments& arguments, CliContext& context) {
           : std::vector{ReadJournal(ledger, LedgerScope::Session(arguments.session))};
   if (!arguments.html.empty()) {
     const std::filesystem::path folder = NativePath(arguments.html);
-    std::filesystem::create_directories(folder);
+    std::error_code none;
+    std::filesystem::create_directories(folder, none);  // if it fails, the page names the folder
     return ReplaceWholeFile(folder / "journal.html", JournalPage(ledger, journals));
   }
   if (arguments.csv) {

@@ -83,7 +83,7 @@ class SideLots {
       OpenLot& lot = lots_.front();
       const OpenLot part = Taken(lot, std::min(lot.quantity, quantity));
       closed.push_back(Closed(part, order));
-      quantity -= part.quantity;
+      quantity = DecimalDifference(quantity, part.quantity);
       if (lot.quantity <= kExactQuantity * part.quantity) lots_.pop_front();
     }
     if (order.held == 0) lots_.clear();
@@ -97,7 +97,7 @@ class SideLots {
       part.risk = *lot.risk * quantity / lot.quantity;
       *lot.risk -= *part.risk;
     }
-    lot.quantity -= quantity;
+    lot.quantity = DecimalDifference(lot.quantity, quantity);
     return part;
   }
 
