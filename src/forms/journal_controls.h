@@ -30,7 +30,7 @@ struct JournalControls {
   Form& form_;
 
  public:
-  Label lblFind{form_, {"lblFind", 120, 165, 480, 270, "Find", "", kCaption}};
+  Label lblFind{form_, {"lblFind", 120, 75, 480, 315, "Find", "", kCaption}};
   TextBox txtFind{form_,
                   {"txtFind",
                    630,
@@ -47,7 +47,7 @@ struct JournalControls {
   ComboBox cbxOutcome{form_,
                       {"cbxOutcome", 7320, 120, 1440, 315, "", "Result"},
                       {"All results", "Won", "Lost", "Open"}};
-  Label lblCount{form_, {"lblCount", 8880, 165, 1575, 270, "", "", kNote}};
+  Label lblCount{form_, {"lblCount", 8880, 75, 1575, 315, "", "", kNote}};
   Table lstTrades{form_, {"lstTrades", 120, 540, 10335, 2940, "", "Trades"}};
   TabBar tabPicture{form_, {"tabPicture", 120, 3570, 1800, 300, "", "Picture"}, {"Entry", "Exit"}};
   PictureFile imgTrade{form_,
