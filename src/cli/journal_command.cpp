@@ -7,6 +7,7 @@
 #include "cli/commands.h"
 #include "cli/json_text.h"
 #include "cli/text_table.h"
+#include "results/figure_texts.h"
 #include "results/journal_list.h"
 #include "results/journal_page.h"
 
@@ -24,7 +25,7 @@ nlohmann::ordered_json NotesArray(const std::vector<LedgerNote>& notes) {
 
 nlohmann::ordered_json ValueOf(const OrderCell& cell, bool numeric) {
   const auto* const number = std::get_if<double>(&cell.exact);
-  if (number != nullptr) return *number;
+  if (number != nullptr) return DecimalNumber(DecimalText(*number));
   if (numeric) return nullptr;
   return ValueAs<std::string>(cell.exact);
 }

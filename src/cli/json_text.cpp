@@ -14,6 +14,12 @@ std::string LedgerText(const LedgerValue& value) {
                            : PlainNumberText(static_cast<float>(*number));
 }
 
+nlohmann::ordered_json DecimalNumber(const std::string& text) {
+  if (const auto whole = ExactNumber<std::int64_t>(text)) return *whole;
+  const auto number = ToDouble(text);
+  return number ? nlohmann::ordered_json(*number) : nlohmann::ordered_json();
+}
+
 nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size_t row) {
   nlohmann::ordered_json object;
   for (std::size_t i = 0; i < records.columns.size(); ++i) {

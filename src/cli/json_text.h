@@ -15,6 +15,9 @@ inline constexpr int kIndented = 2;
 // A ledger value for programs (JSON and CSV): numbers with every digit, null as an empty text.
 std::string LedgerText(const LedgerValue& value);
 
+// The number that a decimal text is, without a fraction if it is whole; null for any other text.
+nlohmann::ordered_json DecimalNumber(const std::string& text);
+
 // A row of the ledger: column names and values as text.
 nlohmann::ordered_json LedgerRowObject(const LedgerRecordset& records, std::size_t row);
 
