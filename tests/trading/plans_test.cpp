@@ -1,5 +1,6 @@
 #include <random>
 
+#include "base/number_text.h"
 #include "session/plan_levels.h"
 #include "support/order_fixture.h"
 #include "trading/trade_ticket.h"
