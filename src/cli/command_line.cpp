@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <functional>
+#include <limits>
 #include <map>
 #include <ostream>
 #include <stdexcept>
@@ -70,6 +71,9 @@ void AddDatePattern(CLI::App& command, std::string& pattern) {
                      "the date format, such as dd/MM/yyyy (default: that of the user's locale)");
 }
 
+// The library's own check would name the largest number of all in its message.
+CLI::Range NumberFromOne() { return CLI::Range(1, std::numeric_limits<int>::max()); }
+
 // Adds FILE, "--run" and "--session".
 void AddScope(CLI::App& command, ScopeArguments& arguments) {
   command.add_option("FILE", arguments.file, "the ledger, such as Portfolio.mdb")->required();
@@ -77,7 +81,7 @@ void AddScope(CLI::App& command, ScopeArguments& arguments) {
     return command
         .add_option_function<int>(
             flag, [&arguments, scope](int number) { arguments.scope = scope(number); }, help)
-        ->check(CLI::PositiveNumber);
+        ->check(NumberFromOne());
   };
   add("--run", LedgerScope::Run, "the number of a run (default: the current one)")
       ->excludes(add("--session", LedgerScope::Session, "the number of a session: all its runs"));
@@ -357,7 +361,7 @@ class CommandLine {
     command
         .add_option("--session", replay_.session,
                     "resume a session of the ledger; DIR to START are those of the session")
-        ->check(CLI::PositiveNumber)
+        ->check(NumberFromOne())
         ->needs(ledger)
         ->excludes(start)
         ->excludes(blind);
@@ -373,7 +377,7 @@ class CommandLine {
     command
         .add_option("--reveal", sessions_.reveal,
                     "end this blind session: say what it has played, and put it into its rows")
-        ->check(CLI::PositiveNumber)
+        ->check(NumberFromOne())
         ->excludes(json);
     AddDatePattern(command, sessions_.date_pattern);
   }
@@ -384,7 +388,7 @@ class CommandLine {
         [this] { PrintJournal(journal_, context_); });
     command.add_option("FILE", journal_.file, "the ledger, such as Portfolio.mdb")->required();
     command.add_option("--session", journal_.session, "the number of a session (default: all)")
-        ->check(CLI::PositiveNumber);
+        ->check(NumberFromOne());
     CLI::Option* csv = command.add_flag("--csv", journal_.csv, "as CSV with a header line");
     CLI::Option* json =
         command.add_flag("--json", journal_.json, "as one JSON array, with earlier notes")
