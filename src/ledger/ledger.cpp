@@ -340,8 +340,7 @@ LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
       "(?, ?, ?, ?, ?, ?, ?)",
       {run, place, detail.quantity, detail.vat, double(detail.bar_index),
        double(detail.newest_shown), detail.close ? LedgerValue(*detail.close) : LedgerValue()});
-  const LedgerOrderKey key{static_cast<int>(ValueAs<double>(run)),
-                           static_cast<int>(ValueAs<double>(place))};
+  const LedgerOrderKey key{WholeOf(run), WholeOf(place)};
   if (plan != nullptr) {
     LedgerPlan taken = *plan;
     taken.order = key;

@@ -23,9 +23,7 @@ std::vector<LedgerNote> LedgerNotes(LedgerConnection& connection) {
   }
   SqliteStatement select =
       database.Prepare("SELECT Session, Run, Place, Note, Written FROM Notes ORDER BY Id");
-  const auto whole = [&select](int column) {
-    return static_cast<int>(ValueAs<double>(select.Value(column)));
-  };
+  const auto whole = [&select](int column) { return WholeOf(select.Value(column)); };
   while (select.Step()) {
     notes.push_back({whole(0),
                      {whole(1), whole(2)},

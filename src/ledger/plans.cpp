@@ -20,9 +20,7 @@ bool HasPlans(const SqliteDatabase& database) {
 }
 
 LedgerPlan ReadPlan(const SqliteStatement& row) {
-  const auto whole = [&row](int column) {
-    return static_cast<int>(NumberOf(row.Value(column)).value_or(0));
-  };
+  const auto whole = [&row](int column) { return WholeOf(row.Value(column)); };
   const auto text = [&row](int column) { return ValueAs<std::string>(row.Value(column)); };
   return {.id = whole(0),
           .session = whole(1),

@@ -78,7 +78,7 @@ class Revealing {
   // With all decimals, also in rows, which otherwise have two: a cent of a cheap security may be
   // much money.
   double Close(const LedgerValue& bar, const LedgerValue& shown) const {
-    return hidden_.close(static_cast<int>(ValueAs<double>(bar)), ValueAs<double>(shown));
+    return hidden_.close(WholeOf(bar), ValueAs<double>(shown));
   }
   LedgerValue Scaled(const LedgerValue& shown) const {
     const auto real = static_cast<float>(ValueAs<double>(shown) / hidden_.factor);

@@ -27,7 +27,7 @@ class RowReader {
   explicit RowReader(const SqliteStatement& row) : row_(row) {}
 
   std::string Text() { return ValueAs<std::string>(row_.Value(column_++)); }
-  int Whole() { return static_cast<int>(ValueAs<double>(row_.Value(column_++))); }
+  int Whole() { return WholeOf(row_.Value(column_++)); }
 
  private:
   const SqliteStatement& row_;

@@ -3,7 +3,9 @@
 #include <sqlite3.h>
 
 #include <cctype>
+#include <cmath>
 #include <filesystem>
+#include <limits>
 
 #include "base/ignoring.h"
 #include "base/paths.h"
@@ -63,6 +65,13 @@ std::string Uri(const std::string& path) {
 std::string LocklessVfs() { return std::string(sqlite3_vfs_find(nullptr)->zName) + "-none"; }
 
 }  // namespace
+
+// A damaged ledger may hold any number.
+int WholeOf(const LedgerValue& value) {
+  const auto number = ValueAs<double>(value);
+  const double most = std::numeric_limits<int>::max();
+  return std::abs(number) <= most ? static_cast<int>(number) : 0;
+}
 
 std::string CanonicalPath(const std::string& path) {
   constexpr int kMostLinks = 40;

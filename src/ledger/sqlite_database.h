@@ -56,6 +56,9 @@ Type ValueAs(const LedgerValue& value) {
   return held == nullptr ? Type() : *held;
 }
 
+// The whole number of a value, rounded towards 0; 0 for a text and for one that doesn't fit.
+int WholeOf(const LedgerValue& value);
+
 // A prepared statement, read row by row.
 class SqliteStatement {
  public:

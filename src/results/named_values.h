@@ -21,7 +21,7 @@ class NamedValues {
   double Number(std::string_view column) const { return Figure(column).value_or(0); }
   std::optional<int> Whole(std::string_view column) const {
     const auto number = Figure(column);
-    return number ? std::optional(static_cast<int>(*number)) : std::nullopt;
+    return number ? std::optional(WholeOf(*number)) : std::nullopt;
   }
   std::string Text(std::string_view column) const {
     return Get<std::string>(column).value_or(std::string());
