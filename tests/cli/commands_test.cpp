@@ -130,10 +130,10 @@ TEST_F(ReplayCommand, SetTextsReplaceTheMarketsPresets) {
 }
 
 TEST_F(ReplayCommand, EndsAtAnEndlessCommand) {
-  const auto replay = Replay({}, "next\n" + std::string(1 << 20, 'n'));
+  const auto replay = Replay({}, "dance\nnext\n" + std::string(1 << 20, 'n'));
   EXPECT_EQ(replay.code, 1);
   EXPECT_THAT(replay.err, HasSubstr("longer than 16384 bytes"));
-  EXPECT_EQ(replay.Objects().size(), 2U) << "begin and next";
+  EXPECT_EQ(replay.Objects().size(), 3U) << "one answer each: begin, an error, next";
 }
 
 TEST_F(ReplayCommand, AnswersTheFiguresOfItsLedger) {

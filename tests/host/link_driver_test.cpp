@@ -31,7 +31,8 @@ struct LinkedChart : ChartLink {
     if (is(Command::kOpen) && !symbols.contains(read->symbol)) return LinkOutcome::kRefused;
     if (is(Command::kRefresh) && open.empty()) return LinkOutcome::kRefused;
     if (is(Command::kOpen)) {
-      open = read->folder + " " + read->symbol + " " + std::to_string(read->interval.value_or(0));
+      open = read->folder + " " + read->symbol + " " + std::to_string(read->interval.value_or(0)) +
+             (read->alone ? " alone" : "");
     }
     if (is(Command::kCloseAll)) open.clear();
     if (is(Command::kRefresh)) ++refreshes;
@@ -98,6 +99,9 @@ TEST_F(LinkDriverTest, ARunTypesNothingAndMovesNoFocus) {
   host.SetTheme(false);
   EXPECT_EQ(link.dark, false);
   EXPECT_EQ(link.open, "/data/Simulate\\ ABC 5");
+  session.Run.blind = true;
+  host.OpenChart();
+  EXPECT_EQ(link.open, "/data/Simulate\\ ABC 5 alone") << "nothing is compared in a blind run";
   EXPECT_EQ(link.refreshes, 2);
   EXPECT_THAT(chart.sent, IsEmpty());
   EXPECT_THAT(chart.front, IsEmpty());

@@ -50,6 +50,7 @@ TEST_F(PracticeWindowTest, EnterGoesOnWithTheLastSession) {
   EXPECT_EQ(ToDouble(Cell(0, 3)), open_profit) << "at the last bar that was shown";
   EXPECT_GT(open_profit, 0);
   EXPECT_EQ(Cell(1, 0), "FAST, 15 min");
+  EXPECT_THAT(Cell(1, 6), EndsWith(" 09:30"));
   Window().lstSessions.UserKeyUp(kEnterKey);
   EXPECT_FALSE(Window().Loaded());
   EXPECT_TRUE(all->Navigator().Visible());
