@@ -5,57 +5,12 @@
 
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
-#include "results/run_record.h"
 #include "session/delay.h"
 #include "session/moment.h"
 #include "session/plan_levels.h"
 #include "session/trade_again.h"
 
 namespace velumar {
-
-namespace {
-
-LedgerRun Described(const SimSession& session) {
-  LedgerRun run{.directory = session.Run.directory,
-                .symbol = session.Run.symbol,
-                .interval = session.Run.interval,
-                .start_date = {},
-                .start_time = {},
-                .market = session.IsStockMarket() ? "stock" : "futures",
-                .starting_money = session.Balance,
-                .margin = session.InitMargin,
-                .money_per_point = session.ProfitPerContract};
-  if (session.HasBar(session.BarIndex)) {
-    const auto bar = static_cast<std::size_t>(session.BarIndex);
-    run.start_date = std::to_string(session.BarDate[bar]);
-    run.start_time = std::to_string(session.BarTime[bar]);
-  }
-  return run;
-}
-
-LedgerSession Described(const SimSession& session, const RunInputs& inputs, std::string begun) {
-  return {.number = session.SessionNumber,
-          .directory = session.Run.directory,
-          .symbol = session.Run.symbol,
-          .interval = session.Run.interval,
-          .start_day = session.Run.start_day,
-          .account = {.money = inputs.StartingMoney(),
-                      .margin = inputs.Margin(),
-                      .money_per_point = inputs.ProfitPerContract(),
-                      .commission = inputs.Commission(),
-                      .vat = inputs.Vat()},
-          .begun = std::move(begun),
-          .again = session.Again};
-}
-
-OrderMark MarkOf(const RunOrder& order) {
-  return {.bar = order.bar.value_or(0),
-          .price = order.close.value_or(order.price),
-          .is_long = order.is_long,
-          .entry = order.kind == RunOrder::Kind::kEntry};
-}
-
-}  // namespace
 
 RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Platform& platform,
                        IndexCache& cache, LedgerConnection& ledger, ChartSide& chart)
@@ -70,7 +25,8 @@ RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Pl
       source_(session, cache),
       store_(session, source_, view, platform.boxes, cache),
       compared_(session, cache),
-      stepper_(session, cache, compared_) {}
+      stepper_(session, cache, compared_),
+      record_(session, inputs, platform.clock, ledger) {}
 
 bool RunControl::ClaimStore() {
   if (!RequireSymbol()) return false;
@@ -218,31 +174,7 @@ void RunControl::Restore(const LedgerPlayed& played) {
   } else {
     stepper_.MoveTo(session_.BarIndex, session_.BarIndex);  // shows the moment
   }
-  const auto bar_of = [this](int bar) {
-    return static_cast<std::int16_t>(std::clamp(bar, 0, session_.LastArrayIndex()));
-  };
-  session_.FirstShownBar = bar_of(moment.first_shown);
-  session_.NewestShownBar = bar_of(std::max(moment.newest_shown, moment.bar));
-  const auto first = static_cast<std::size_t>(session_.FirstShownBar);
-  session_.StartDate = std::to_string(session_.BarDate.at(first));
-  session_.StartTime = std::to_string(session_.BarTime.at(first));
-  session_.Again = played.session.again;
-  session_.SessionNumber = moment.session;
-  if (moment.session == 0) return;  // it begins here
-  static_cast<Book&>(session_) = BookFromText(moment.book);
-  const RunRecord record = ReadRecord(ledger_, LedgerScope::Session(moment.session));
-  for (const RunOrder& order : record.orders) {
-    if (order.quantity != 0) session_.Orders.push_back(MarkOf(order));
-  }
-  session_.Plans.Restore(record.orders, LedgerPlansOfSession(ledger_, moment.session));
-  // A panel that was closed drops the holdings without an order.
-  if (session_.LAccum == 0) session_.Plans.CloseAll(true);
-  if (session_.SAccum == 0) session_.Plans.CloseAll(false);
-}
-
-void RunControl::SaveMoment() {
-  if (session_.SessionNumber == 0 || !ledger_.CanWrite()) return;
-  LedgerWriteMoment(ledger_, MomentOf(session_, platform_.clock.UtcMoment()));
+  record_.Restore(played);
 }
 
 bool RunControl::Resume(RunNumber run) {
@@ -257,16 +189,9 @@ bool RunControl::Resume(RunNumber run) {
   return true;
 }
 
-// Without a ledger that can be written, a run still replays, but its orders are refused.
 bool RunControl::BeginInLedger(bool as_shown) {
-  if (!ledger_.CanWrite()) return true;
   try {
-    const std::string now = platform_.clock.UtcMoment();
-    LedgerSession described = Described(session_, inputs_, now);
-    if (const auto& key = source_.Key()) described.mask = Encoded(*key);
-    LedgerMoment moment = MomentOf(session_, now);
-    moment.as_shown = as_shown;
-    session_.SessionNumber = LedgerBeginRun(ledger_, Described(session_), described, moment);
+    record_.BeginRun(source_.Key(), as_shown);
     return true;
   } catch (const LedgerError& error) {
     platform_.boxes.Show(
@@ -324,7 +249,7 @@ bool RunControl::FeedOne(RunNumber run) {
   stepper_.FeedBar(session_.BarIndex);
   // Before the trader sees the bar: a session that is resumed never forgets one that was shown.
   try {
-    SaveMoment();
+    record_.SaveMoment();
   } catch (const LedgerError&) {
     chart_.RefreshCharts();  // no order may fill at a bar that isn't shown
     throw;
@@ -397,7 +322,7 @@ void RunControl::Step(std::string_view status,
   } else if (RequireLoadedSeries()) {
     try {
       step(session_.BarIndex);
-      SaveMoment();
+      record_.SaveMoment();
     } catch (const MetaLibError& error) {
       ShowFailure("The step was not made.", error);
     } catch (const LedgerError& error) {

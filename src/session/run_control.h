@@ -18,6 +18,7 @@
 #include "session/run_inputs.h"
 #include "session/run_source.h"
 #include "session/run_view.h"
+#include "session/session_record.h"
 #include "session/sim_session.h"
 #include "session/working_store.h"
 
@@ -109,14 +110,9 @@ class RunControl {
   // Stops the run of a session that is over.
   void Leave();
   void Restore(const LedgerPlayed& played);
-  // Writes where the session is now. Throws LedgerError.
-  void SaveMoment();
   void ShowStartDay();
   bool Resume(RunNumber run);
-  // Moves the rows of the last run to the archive and begins a new one in the ledger. Called once
-  // the bars are loaded, not at the click, so that the rows of the last run stay current if the new
-  // one can't be prepared. If it fails, shows a box and returns false: the new orders would join
-  // the rows of the last run.
+  // If it fails, shows a box and returns false: the new orders would join the rows of the last run.
   bool BeginInLedger(bool as_shown);
   void BringChartUp();
   // True if a series was added.
@@ -145,6 +141,7 @@ class RunControl {
   WorkingStore store_;
   ComparedSeries compared_;
   BarStepper stepper_;
+  SessionRecord record_;
   std::vector<int> asked_to_compare_;  // while the run is being prepared
   NextRun next_;                       // what "Start" was clicked for
   std::string entered_symbol_;         // SimSession::Symbol before the blind run
