@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSizeF>
+#include <QString>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -17,10 +18,10 @@ struct JournalItem {
 };
 
 // Lays trades out below each other, with the pictures of each side by side, on as many pages as
-// they need. Measures are units of 1/96 inch.
+// they need. A trade is on one page unless it is longer than that. Measures are units of 1/96 inch.
 class JournalPages {
  public:
-  // `room` is what a page has for them. `items` must outlive the object.
+  // `room` is what a page has for them.
   JournalPages(const std::vector<JournalItem>& items, QSizeF room);
 
   std::size_t Count() const { return pages_.size(); }
@@ -28,17 +29,23 @@ class JournalPages {
   void Paint(QCPPainter& painter, std::size_t page, double top) const;
 
  private:
-  struct Placed {
-    const JournalItem* item;
-    double top;
+  // A heading, a line of text or a row of pictures: what no page break divides.
+  struct Block {
+    QString text;
+    bool heading = false;
+    std::vector<std::string> pictures;
+    double height = 0;
+    double top = 0;
   };
 
-  double HeightOf(const JournalItem& item) const;
-  double PictureHeight(const JournalItem& item) const;
-  void PaintItem(QCPPainter& painter, const JournalItem& item, double top) const;
+  std::vector<Block> BlocksOf(const JournalItem& item) const;
+  double PictureWidth() const;
+  double PictureHeight(const std::vector<std::string>& pictures) const;
+  void PaintHeading(QCPPainter& painter, const QString& text, double top) const;
+  void PaintPictures(QCPPainter& painter, const Block& block, double top) const;
 
   QSizeF room_;
-  std::vector<std::vector<Placed>> pages_;
+  std::vector<std::vector<Block>> pages_;
 };
 
 }  // namespace velumar

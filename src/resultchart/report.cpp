@@ -79,19 +79,10 @@ std::vector<Report::Line> FigureLines(const Texts& figures) {
           {"Commission of all entries", figures.at("ResTotalComm")}};
 }
 
-// A page must have room for it.
-std::string Shortened(std::string text) {
-  constexpr std::size_t kLongest = 2000;
-  if (text.size() <= kLongest) return text;
-  std::size_t end = kLongest;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
-  return text.substr(0, end) + " ...";
-}
-
 void AddNote(const LedgerConnection& connection, const std::vector<LedgerNote>& notes,
              JournalItem& item) {
   if (notes.empty() || notes.back().text.empty()) return;
-  item.lines.push_back("Note: " + Shortened(notes.back().text));
+  item.lines.push_back("Note: " + notes.back().text);
   item.lines.push_back(NoteDate(connection, notes));
 }
 
@@ -102,7 +93,7 @@ JournalItem ItemOf(const LedgerConnection& connection, const JournalEntry& entry
   const std::string plan = PlanText(entry);
   if (!plan.empty()) item.lines.push_back(plan);
   if (entry.plan && !entry.plan->reasons.empty()) {
-    item.lines.push_back("Reasons: " + Shortened(entry.plan->reasons));
+    item.lines.push_back("Reasons: " + entry.plan->reasons);
   }
   AddNote(connection, entry.notes, item);
   for (const std::string& file : {entry.entry_picture, entry.exit_picture}) {

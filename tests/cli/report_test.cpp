@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "cli/sandbox.h"
+#include "ledger/notes.h"
 #include "support/ledger_rows.h"
 
 namespace velumar {
@@ -74,6 +75,24 @@ TEST(Report, HasEveryOrderOnceAndHeadingsOnEveryPage) {
   }
   const auto refused = box.Run({"report", box.At("1.mdb"), "--out", "/nowhere/x.pdf"});
   EXPECT_THAT(refused.err, HasSubstr("/nowhere/x.pdf"));
+}
+
+TEST(Report, ALongNoteContinuesOnTheNextPage) {
+  if (std::system("pdftotext -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftotext is missing";
+  Sandbox box;
+  const std::string file = LedgerOf(box, 1, "ABC");
+  std::string note;
+  for (int i = 0; i < 100; ++i) note += "line " + std::to_string(i) + "\n";
+  {
+    LedgerConnection ledger([](std::string_view date) { return std::string(date); });
+    LedgerOpen(ledger, file);
+    LedgerWriteNote(ledger, {0, {1, 1}, note, "2026-01-05 10:00:00"});
+  }
+  EXPECT_EQ(box.Run({"report", file, "--out", box.At("report.pdf")}).err, "");
+  const std::vector<std::string> pages = Pages(box.At("report.pdf"));
+  ASSERT_EQ(pages.size(), 4U);
+  EXPECT_THAT(pages[1], AllOf(HasSubstr("line 0\n"), Not(HasSubstr("line 99"))));
+  EXPECT_THAT(pages[2], AllOf(HasSubstr("Journal"), HasSubstr("line 99\n")));
 }
 
 }  // namespace
