@@ -174,6 +174,10 @@ TEST_F(ControlsTest, ATableShowsAndReportsItsSelection) {
   show(4);
   files.Select({1});
   EXPECT_EQ(table.selectionModel()->selectedRows().value(0).row(), 1);
+  const QPoint below(20, table.rowViewportPosition(3) + 2 * table.rowHeight(3));
+  ASSERT_TRUE(table.viewport()->rect().contains(below));
+  QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, below);
+  EXPECT_THAT(files.Selected(), ElementsAre(1)) << "below the rows";
 }
 
 TEST_F(ControlsTest, EnterReachesTheWindowUnlessAButtonTakesIt) {

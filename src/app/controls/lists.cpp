@@ -122,6 +122,12 @@ class TableView : public View<QTableView, Table> {
   }
 
  protected:
+  // Where a row's details are shown, a click below the rows leaves them there.
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override {
+    if (model_.on_select && !index.isValid()) return QItemSelectionModel::NoUpdate;
+    return QTableView::selectionCommand(index, event);
+  }
   void keyPressEvent(QKeyEvent* event) override {
     if (event->matches(QKeySequence::Copy)) return Pass(&Table::UserCopy);
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
