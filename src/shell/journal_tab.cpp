@@ -23,6 +23,13 @@ std::string ResultText(const JournalEntry& entry) {
   return text;
 }
 
+std::vector<std::string> ListedTexts(const JournalEntry& entry, int session) {
+  const JournalRow row = RowOf(entry, session);
+  std::vector<std::string> texts;
+  for (const std::size_t column : ListedColumns()) texts.push_back(row.at(column).text);
+  return texts;
+}
+
 std::vector<std::string> DescribedLines(const JournalEntry& entry) {
   std::vector<std::string> lines;
   const auto add = [&lines](const std::string& line) {
@@ -77,6 +84,7 @@ void JournalTab::SetUp() {
   }
   Controls().lstTrades.SetColumns(std::move(columns));
   journal_ = {};
+  texts_.clear();
   listed_.clear();
   note_.reset();
 }
@@ -90,6 +98,10 @@ void JournalTab::Show(Journal journal) {
   KeepNote();
   note_.reset();
   journal_ = std::move(journal);
+  texts_.clear();
+  for (const JournalEntry& entry : journal_.trades) {
+    texts_.push_back(ListedTexts(entry, journal_.session));
+  }
   JournalControls& controls = Controls();
   ListSetups();
   controls.cbxSide.SetIndex(0);
@@ -131,8 +143,8 @@ void JournalTab::List() {
   JournalControls& controls = Controls();
   controls.lstTrades.SetContent(
       {listed_.size(),
-       [this, entry](std::size_t row, std::size_t column) {
-         return RowOf(entry(row), journal_.session).at(ListedColumns().at(column)).text;
+       [this](std::size_t row, std::size_t column) {
+         return texts_.at(listed_.at(row)).at(column);
        },
        [entry](std::size_t row) { return PlanText(entry(row)); },
        [entry](std::size_t row) {
@@ -196,17 +208,33 @@ void JournalTab::KeepNote() {
   if (!note_ || controls.txtNote.Text() == note_->shown) return;
   const LedgerNote note{journal_.session, note_->order, controls.txtNote.Text(),
                         platform_.clock.UtcMoment()};
-  LedgerWriteNote(ledger_, note);
+  try {
+    LedgerWriteNote(ledger_, note);
+  } catch (const LedgerError& error) {
+    return SaveOnClipboard(note.text, error.what());
+  }
   note_->shown = note.text;
   const auto add = [&](std::vector<LedgerNote>& notes) {
     notes.push_back(note);
     controls.lblNoteDate.SetText(NoteDate(ledger_, notes));
   };
   if (note.order.place == 0) return add(journal_.notes);
-  for (JournalEntry& entry : journal_.trades) {
-    if (entry.NoteKey() == note.order) add(entry.notes);
+  for (std::size_t i = 0; i < journal_.trades.size(); ++i) {
+    JournalEntry& entry = journal_.trades[i];
+    if (entry.NoteKey() != note.order) continue;
+    add(entry.notes);
+    texts_[i] = ListedTexts(entry, journal_.session);
   }
   controls.lstTrades.Refresh();
+}
+
+// The box shows what is written again, so leaving it doesn't fail another time.
+void JournalTab::SaveOnClipboard(const std::string& note, const std::string& reason) {
+  platform_.clipboard.SetText(note);
+  Controls().txtNote.SetText(note_->shown);
+  platform_.boxes.Show(
+      "The note could not be written. Its text was copied to the clipboard.\n" + reason,
+      BoxIcon::kExclamation);
 }
 
 void JournalTab::OpenPicture() {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "forms/desktop.h"
@@ -26,7 +27,8 @@ class JournalTab {
   // Lists the trades, with all filters off. A note that is being typed is written before.
   void Show(Journal journal);
   const Journal& Shown() const { return journal_; }
-  // Writes the note in the box if it has changed. Throws LedgerError.
+  // Writes the note in the box if it has changed. If that fails, a box says so, and the text is on
+  // the clipboard.
   void KeepNote();
 
  private:
@@ -44,6 +46,7 @@ class JournalTab {
   void ShowChosen();
   void ShowPicture(const JournalEntry* entry);
   void ShowNote(const JournalEntry* entry);
+  void SaveOnClipboard(const std::string& note, const std::string& reason);
   void OpenPicture();
   void PlayAgain();
   JournalControls& Controls() { return desktop_.Untouched().frmResult.journal; }
@@ -53,7 +56,8 @@ class JournalTab {
   LedgerConnection& ledger_;
   std::function<void(const LedgerOrderKey& entry)> play_again_;
   Journal journal_;
-  std::vector<std::size_t> listed_;  // indices of the trades, as the filters leave them
+  std::vector<std::vector<std::string>> texts_;  // of the listed columns, for each trade
+  std::vector<std::size_t> listed_;              // indices of the trades, as the filters leave them
   std::optional<NoteOwner> note_;
 };
 

@@ -53,6 +53,17 @@ TEST_F(JournalTabTest, NotesAreKeptAsSoonAsTheTraderLeavesThem) {
   EXPECT_EQ(notes[2].text, "A calm day") << "also when the window is closed";
 }
 
+TEST_F(JournalTabTest, ANoteThatCantBeWrittenIsOnTheClipboardAndReportedOnce) {
+  LedgerClose(all->ledger);
+  Tab().txtNote.UserType("Too early");
+  const std::size_t before = all->outside.boxes.shown.size();
+  Tab().cbxOutcome.UserChoose(1);
+  Tab().cbxOutcome.UserChoose(0);
+  all->desktop.Unload(Result());
+  EXPECT_EQ(all->outside.boxes.shown.size(), before + 1);
+  EXPECT_EQ(all->outside.clipboard.text, "Too early");
+}
+
 TEST_F(JournalTabTest, FiltersLeaveWhatPassesAndThePictureOpens) {
   Tab().cbxOutcome.UserChoose(2);
   EXPECT_EQ(Tab().lstTrades.Content().count, 0U);
