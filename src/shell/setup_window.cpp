@@ -240,14 +240,23 @@ void SetupWindow::StartRun() {
   if (run_.ClaimStore()) BeginRun();
 }
 
+bool SetupWindow::ReadyForSession() const {
+  const bool listing = catalogue_.Building();
+  if (!listing && !import_.Importing()) return CanStart();
+  platform_.boxes.Show(listing ? "A session can be played once the list of securities is ready."
+                               : "A session can be played once the import has ended.",
+                       BoxIcon::kInformation);
+  return false;
+}
+
 void SetupWindow::ResumeSession(int number) {
-  if (!CanStart()) return;
+  if (!ReadyForSession()) return;
   const std::optional<NextRun> choice = run_.SessionToResume(number);
   if (choice) Resume(*choice);
 }
 
 void SetupWindow::PlayAgain(const LedgerOrderKey& entry) {
-  if (!CanStart()) return;
+  if (!ReadyForSession()) return;
   const std::optional<NextRun> choice = run_.TradeToPlayAgain(entry);
   if (!choice) return;
   const Form2& navigator = desktop_.Untouched().form2;
@@ -256,7 +265,7 @@ void SetupWindow::PlayAgain(const LedgerOrderKey& entry) {
     const bool holds = session_.LAccum > 0 || session_.SAccum > 0;
     if (holds && run_.Feeding() && session_.StopRequested == 0) return;  // it is kept going
     // Clicks ran while the windows slid.
-    if (navigator.Visible() || !CanStart()) return;
+    if (navigator.Visible() || !ReadyForSession()) return;
   }
   Resume(*choice);
 }

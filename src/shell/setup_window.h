@@ -26,10 +26,11 @@ class SetupWindow {
               AccountBoxes& account, ChartRegistry& registry, LedgerConnection& ledger,
               IndexCache& cache);
 
-  // Enters what a session of the ledger was played with, and resumes it. Ignored while "Start" is.
+  // Enters what a session of the ledger was played with, and resumes it. Ignored while a run is
+  // prepared; during an import, or while securities are listed, a box says to wait.
   void ResumeSession(int number);
-  // The same for a session that plays a trade of the ledger again. The run that is
-  // open is left for it, unless the trader keeps it going.
+  // The same for a session that plays a trade of the ledger again. The run that is open is left for
+  // it, unless the trader keeps it going.
   void PlayAgain(const LedgerOrderKey& entry);
 
  private:
@@ -50,6 +51,8 @@ class SetupWindow {
   // Ignored during the slides and while the window or its list is loading.
   void StartRun();
   bool CanStart() const;
+  // The same for a session; a box says what it waits for.
+  bool ReadyForSession() const;
   void Enter(const LedgerSession& session);
   void Resume(const NextRun& choice);
   // Begins the run that was claimed.
