@@ -50,12 +50,16 @@ struct Program::Parts {
         plans(session, windows, platform, ledger, chart),
         ticket(desktop, platform, plans),
         keys(
-            session, desktop, trader, [this] { return chart.OpeningChart(); },
-            EventGuard(platform.boxes)("Opening the score board", [this] { score_board.Open(); }),
-            EventGuard(platform.boxes)("Moving to a date", [this] { run.GoToDate(); }),
-            EventGuard(platform.boxes)("Showing the earlier trade",
-                                       [this] { run.ShowEarlierTrade(); }),
-            EventGuard(platform.boxes)("Opening the plan", [this] { ticket.Open(); })) {}
+            session, desktop, trader, [this] { return chart.OpeningChart(); }, KeyCommands()) {}
+
+  RunKeys::Commands KeyCommands() {
+    const EventGuard guarded(platform.boxes);
+    return {{run_key::kBoard, guarded("Opening the score board", [this] { score_board.Open(); })},
+            {run_key::kGoTo, guarded("Moving to a date", [this] { run.GoToDate(); })},
+            {run_key::kEarlierTrade,
+             guarded("Showing the earlier trade", [this] { run.ShowEarlierTrade(); })},
+            {run_key::kPlan, guarded("Opening the plan", [this] { ticket.Open(); })}};
+  }
 
   Platform platform;
   RunWindows windows;

@@ -33,20 +33,8 @@ bool RunKeys::Press(const RunKeyPress& press) {
   if (!trader_.AtRun()) return true;
   // A key held down repeats steps, no faster than the chart follows, but never orders.
   if (press.repeated && (!IsStepKey(press.code) || stepping_)) return true;
-  if (press.code == run_key::kBoard) {
-    open_board_();
-    return true;
-  }
-  if (press.code == run_key::kPlan) {
-    open_plan_();
-    return true;
-  }
-  if (press.code == run_key::kGoTo) {
-    go_to_date_();
-    return true;
-  }
-  if (press.code == run_key::kEarlierTrade) {
-    show_earlier_();
+  if (const auto command = commands_.find(press.code); command != commands_.end()) {
+    command->second();
     return true;
   }
   // Space neither pauses nor restarts a run that is being prepared.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <utility>
 
 #include "forms/desktop.h"
@@ -16,20 +17,18 @@ namespace velumar {
 // earlier trade of a session that plays one again, or hides it, N opens the plan of a trade.
 class RunKeys {
  public:
+  // What a key does that has no button, by its code.
+  using Commands = std::map<int, std::function<void()>>;
+
   // `chart_opening` returns true while keys are typed into the chart program, which may return
   // them.
   RunKeys(const SimSession& session, Desktop& desktop, TraderFocus& trader,
-          std::function<bool()> chart_opening, std::function<void()> open_board,
-          std::function<void()> go_to_date, std::function<void()> show_earlier,
-          std::function<void()> open_plan)
+          std::function<bool()> chart_opening, Commands commands)
       : session_(session),
         desktop_(desktop),
         trader_(trader),
         chart_opening_(std::move(chart_opening)),
-        open_board_(std::move(open_board)),
-        go_to_date_(std::move(go_to_date)),
-        show_earlier_(std::move(show_earlier)),
-        open_plan_(std::move(open_plan)) {}
+        commands_(std::move(commands)) {}
 
   // True from the start of a run until "Close & Return".
   bool InRun() const;
@@ -47,10 +46,7 @@ class RunKeys {
   Desktop& desktop_;
   TraderFocus& trader_;
   std::function<bool()> chart_opening_;
-  std::function<void()> open_board_;
-  std::function<void()> go_to_date_;
-  std::function<void()> show_earlier_;
-  std::function<void()> open_plan_;
+  Commands commands_;
   bool stepping_ = false;  // a step by key is running
 };
 

@@ -38,10 +38,10 @@ struct RunKeyFilterTest : ShownDesktop {
                desktop,
                trader,
                [this] { return chart_opening; },
-               [this] { clicks.emplace_back("frmScore"); },
-               [this] { clicks.emplace_back("date"); },
-               [this] { clicks.emplace_back("earlier"); },
-               [this] { clicks.emplace_back("plan"); }};
+               {{run_key::kBoard, [this] { clicks.emplace_back("frmScore"); }},
+                {run_key::kGoTo, [this] { clicks.emplace_back("date"); }},
+                {run_key::kEarlierTrade, [this] { clicks.emplace_back("earlier"); }},
+                {run_key::kPlan, [this] { clicks.emplace_back("plan"); }}}};
   RunKeyFilter filter{keys};
   Form3& panel = desktop.form3();
   bool chart_opening = false;
