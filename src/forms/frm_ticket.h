@@ -14,13 +14,12 @@ class FrmTicket : public Form {
     cboFor.SetTypable(false);
   }
 
-  static constexpr Look kHeading{.colour = kDarkBlue, .bold = true};
   static constexpr Look kCaption{.colour = kDarkBlue, .bold = true};
   static constexpr Look kField{.colour = kDarkBlue};
   static constexpr Look kProblem{.colour = kRed};
 
   Picture Image1{*this, {"Image1", 0, 0, 5640, 3990, "backdrop-result"}};
-  Frame Frame1{*this, {"Frame1", 120, 240, 5400, 3630, "Plan", "", kHeading}};
+  Frame Frame1{*this, {"Frame1", 120, 240, 5400, 3630, "Plan", "", kCaption}};
   Label Label1{*this, {"Label1", 360, 660, 750, 285, "For", "", kCaption}};
   Label Label2{*this, {"Label2", 360, 1050, 750, 285, "Stop", "", kCaption}};
   TextBox txtStop{

@@ -38,9 +38,8 @@ TicketWindow::TicketWindow(Desktop& desktop, Platform& platform, TradeTicket& ti
       guarded("Moving the plan", [this] { Window().StartDrag(); });
   form.cboFor.on_click = guarded("Choosing the order", [this] { ShowPlan(); });
   for (Control* const box :
-       {static_cast<Control*>(&form.txtStop), static_cast<Control*>(&form.txtTarget),
-        static_cast<Control*>(&form.txtPercent), static_cast<Control*>(&form.txtReasons),
-        static_cast<Control*>(&form.cboSetup), static_cast<Control*>(&form.cboConfidence)}) {
+       std::initializer_list<Control*>{&form.txtStop, &form.txtTarget, &form.txtPercent,
+                                       &form.txtReasons, &form.cboSetup, &form.cboConfidence}) {
     box->on_change = guarded("Reading the plan", [this] { Typed(); });
   }
   form.chkPause.on_click = guarded("Changing the switch", [this] {
@@ -119,9 +118,10 @@ const TicketOrder& TicketWindow::Chosen() {
   return orders_.at(static_cast<std::size_t>(std::max(Window().cboFor.Index(), 0)));
 }
 
-void TicketWindow::ShowPlan() {
+void TicketWindow::ShowPlan() { Enter(ticket_.Texts(Chosen())); }
+
+void TicketWindow::Enter(const TicketTexts& texts) {
   FrmTicket& form = Window();
-  const TicketTexts texts = ticket_.Texts(Chosen());
   form.txtStop.SetText(texts.stop);
   form.txtTarget.SetText(texts.target);
   form.cboSetup.SetText(texts.setup);
@@ -155,18 +155,12 @@ bool TicketWindow::OrderCameBetween() {
   if (NewestOf(ticket_.Orders()) == before) return false;
   const TicketTexts typed = Texts();
   ListOrders();
-  FrmTicket& form = Window();
-  form.txtStop.SetText(typed.stop);
-  form.txtTarget.SetText(typed.target);
-  form.cboSetup.SetText(typed.setup);
-  form.cboConfidence.SetText(typed.confidence);
-  form.txtReasons.SetText(typed.reasons);
+  Enter(typed);
   return true;
 }
 
 void TicketWindow::Keep() {
   if (OrderCameBetween()) {
-    Typed();
     Window().lblStatus.SetText("An order came in between. Is the plan for it?");
     return;
   }

@@ -25,6 +25,8 @@ class TicketWindow {
   void SavePlace();
   void ListOrders();
   void ShowPlan();
+  // Writes all texts but the percentage into the boxes.
+  void Enter(const TicketTexts& texts);
   void Typed();
   void Keep();
   // True if an order was placed since the orders were listed; then lists them again.
