@@ -161,8 +161,11 @@ LedgerScope ResultWindow::FiguresScope(LedgerScope scope) {
 
 ResultWindow::Reading ResultWindow::Read(LedgerScope scope, bool with_account) {
   const LedgerScope of_figures = FiguresScope(scope);
-  Reading reading{LoadResultFigures(ledger_, of_figures), of_figures,
-                  RowsOf(LoadPortfolioChart(ledger_, scope)), std::nullopt, std::nullopt};
+  Reading reading{LoadResultFigures(ledger_, of_figures),
+                  of_figures,
+                  RowsOf(LoadPortfolioChart(ledger_, scope)),
+                  std::nullopt,
+                  {}};
   if (!with_account) return reading;
   reading.account = ReadAccount(ledger_, scope);
   reading.journal = ReadJournal(ledger_, scope);
@@ -179,7 +182,7 @@ void ResultWindow::Show(Reading reading) {
   if (!account_) return;
   ShowStatistics();
   ShowOrders();
-  if (reading.journal) journal_.Show(std::move(*reading.journal));
+  journal_.Show(std::move(reading.journal));
 }
 
 // Blank before the first order.

@@ -41,7 +41,7 @@ class ResultWindow {
     LedgerScope of_figures;
     ChartRows rows;
     std::optional<std::vector<RunRecord>> account;
-    std::optional<Journal> journal;
+    Journal journal;  // with the account
   };
   // Throws LedgerError.
   Reading Read(LedgerScope scope, bool with_account);
