@@ -32,7 +32,7 @@ struct JournalEntry {
   std::string Note() const { return notes.empty() ? std::string() : notes.back().text; }
 };
 
-// What a run or a session has to tell. That of a blind session is masked as its rows are.
+// The trades and notes of a run or session. Those of a blind session are masked as its rows are.
 struct Journal {
   LedgerScope scope;
   int session = 0;                   // 0: none

@@ -13,10 +13,9 @@ namespace velumar {
 
 // What was traded, on a price chart: an arrow for each order, whose tip is at the price of its bar
 // (an entry is filled, an exit hollow; an arrow up buys, one down sells; those of an earlier trade
-// are grey), and a line at the average
-// price of each held side, with quantity and open profit at its left end, where they cover no new
-// bar. Stops and targets are lines from the bar of their trade: thin, dashed while their plan waits
-// for an order, thick once they were reached.
+// are grey), and a line at the average price of each held side, with quantity and open profit at
+// its left end, where they cover no new bar. Stops and targets are lines from the bar of their
+// trade: thin, dashed while their plan waits for an order, thick once they were reached.
 class PositionMarks {
  public:
   // Adds its parts to the plot, which owns them.
