@@ -10,6 +10,7 @@
 #include "charthost/chart_windows.h"
 #include "charthost/view/chart_pane.h"
 #include "charthost/view/chart_plot.h"
+#include "charthost/view/open_charts.h"
 #include "charthost/view/open_dialog.h"
 
 namespace velumar {
@@ -224,8 +225,8 @@ TEST_P(MainWindowTest, SaysWhichSeriesAreOpen) {
   const auto open = [this](const std::string& symbol) {
     program_.window->OpenDirectly({program_.folder, symbol, -1});
   };
-  QSignalSpy opened(&*program_.window, &MainWindow::SeriesOpened);
-  QSignalSpy closed(&*program_.window, &MainWindow::SeriesClosed);
+  QSignalSpy opened(&program_.window->Charts(), &OpenCharts::SeriesOpened);
+  QSignalSpy closed(&program_.window->Charts(), &OpenCharts::SeriesClosed);
   const auto numbers = [](QSignalSpy& spy) {
     std::vector<int> seen;
     while (!spy.isEmpty()) seen.push_back(spy.takeFirst().at(1).toInt());

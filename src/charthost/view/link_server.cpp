@@ -5,6 +5,7 @@
 #include <exception>
 
 #include "charthost/view/main_window.h"
+#include "charthost/view/open_charts.h"
 #include "charthost/view/open_dialog.h"
 #include "charts/qt_text.h"
 #include "platform/chart_link.h"
@@ -34,8 +35,9 @@ LinkServer::LinkServer(MainWindow& window)
                      {.first = message, .second = static_cast<std::uint32_t>(file_number)});
     };
   };
-  QObject::connect(&window, &MainWindow::SeriesOpened, &lifetime_, send(kMessageCompare));
-  QObject::connect(&window, &MainWindow::SeriesClosed, &lifetime_, send(kMessageEndCompare));
+  QObject::connect(&window.Charts(), &OpenCharts::SeriesOpened, &lifetime_, send(kMessageCompare));
+  QObject::connect(&window.Charts(), &OpenCharts::SeriesClosed, &lifetime_,
+                   send(kMessageEndCompare));
 }
 
 bool LinkServer::Accepts(std::string_view text) {
@@ -55,10 +57,10 @@ bool LinkServer::Accepts(std::string_view text) {
     case ChartRequest::Command::kRefresh:
       return window_.RefreshFolder(folder, request->symbol, request->positions);
     case ChartRequest::Command::kPositions:
-      window_.ShowPositions(folder, request->symbol, request->positions);
+      window_.Charts().ShowPositions(folder, request->symbol, request->positions);
       return true;
     case ChartRequest::Command::kPicture: {
-      ChartPane* const chart = window_.ChartOf(folder, request->symbol);
+      ChartPane* const chart = window_.Charts().ChartOf(folder, request->symbol);
       return chart != nullptr && pictures_.Take(*chart, request->picture);
     }
     case ChartRequest::Command::kTheme:

@@ -14,6 +14,7 @@
 #include "charthost/view/drawing_desk.h"
 #include "charthost/view/drawings_dialog.h"
 #include "charthost/view/indicators_dialog.h"
+#include "charthost/view/open_charts.h"
 #include "charthost/view/open_dialog.h"
 #include "charthost/view/picture_dialog.h"
 #include "charthost/view/theme.h"
@@ -31,14 +32,17 @@ MainWindow::MainWindow(const SeriesSource& source, ChartSettings& settings,
       options_(settings.Options()),
       problems_(settings.Problems()),
       area_(new ChartArea(this)),
-      desk_(new DrawingDesk(drawings, this)) {
+      desk_(new DrawingDesk(drawings, this)),
+      charts_(new OpenCharts(source, settings, options_, *desk_, *area_, this)) {
   setWindowTitle(ToQt(kChartTitle));
   setMinimumSize(420, 320);
   setAttribute(Qt::WA_AlwaysShowToolTips);
   setCentralWidget(area_);
   connect(area_, &ChartArea::CloseRequested, this, &MainWindow::CloseChart);
   connect(area_, &ChartArea::Activated, this, [this] { Changed("activated"); });
-  connect(area_, &ChartArea::Moved, this, &MainWindow::SaveLayout);
+  connect(area_, &ChartArea::Moved, charts_, &OpenCharts::SaveLayout);
+  connect(charts_, &OpenCharts::OptionsChanged, this, &MainWindow::SetOptions);
+  connect(charts_, &OpenCharts::Changed, this, &MainWindow::Changed);
   BuildDialogs();
   BuildMenus();
   BuildDrawing();
@@ -70,8 +74,7 @@ void MainWindow::BuildMenus() {
   file_menu_->addAction(tr("&Open..."), QKeySequence::Open, this, &MainWindow::OpenFile);
   file_menu_->addAction(tr("&New chart of the same series"), QKeySequence::New, this, [this] {
     if (ActiveChart() == nullptr) return;
-    AddPane(ActiveChart()->Document().Request(), ActiveChart()->Document().Frames());
-    SaveLayout();
+    charts_->OpenCopy();
     Changed("opened");
   });
   file_menu_->addSeparator();
@@ -97,9 +100,9 @@ void MainWindow::BuildMenus() {
   });
   connect(view_menu_, &ViewMenu::TilingChosen, this, [this](Tiling tiling) {
     area_->SetTiling(tiling);
-    FillTiles();
+    charts_->FillTiles();
     view_menu_->ShowTiling(tiling);
-    SaveLayout();
+    charts_->SaveLayout();
   });
   connect(view_menu_, &ViewMenu::CompareChosen, this, [this] {
     if (ActiveChart() != nullptr) dialog_->Start(ToQt(ActiveChart()->Document().Folder()));
@@ -171,107 +174,9 @@ void MainWindow::OpenChart(const SeriesRequest& request) {
 
 void MainWindow::AddChart(const SeriesRequest& request) {
   settings_.SetFolder(ToQt(request.folder));
-  if (area_->Count() == 0) {
-    AddLayout(request);
-  } else {
-    AddPane(request, options_.frames);
-    SaveLayout();
-  }
+  charts_->Open(request);
   ShowHint();
   Changed("opened");
-}
-
-ChartPane* MainWindow::AddPane(const SeriesRequest& request, const std::map<int, Frame>& frames) {
-  auto* const pane = new ChartPane(source_, request, frames, options_, area_);
-  connect(pane, &ChartPane::OptionsChanged, this, &MainWindow::SetOptions);
-  connect(pane, &ChartPane::FrameChanged, this, [this] {
-    SaveLayout();
-    Changed("interval");
-  });
-  pane->AddDrawings(*desk_);
-  const ChartDocument& document = pane->Document();
-  if (played_.IsOf(document)) pane->SetPositions(played_.positions);
-  area_->Add(pane);
-  if (document.FileNumber() && ChartsLike(document) == 1) {
-    emit SeriesOpened(ToQt(document.Folder()), *document.FileNumber());
-  }
-  return pane;
-}
-
-void MainWindow::RemoveChart(ChartPane* chart) {
-  const ChartDocument& document = chart->Document();
-  const bool last = document.FileNumber() && ChartsLike(document) == 1;
-  const QString folder = ToQt(document.Folder());
-  const int file_number = document.FileNumber().value_or(0);
-  area_->Remove(chart);
-  if (last) emit SeriesClosed(folder, file_number);
-}
-
-std::ptrdiff_t MainWindow::ChartsLike(const ChartDocument& document) const {
-  return std::ranges::count_if(area_->Charts(), [&document](const ChartPane* chart) {
-    return chart->Document().Folder() == document.Folder() &&
-           chart->Document().FileNumber() == document.FileNumber();
-  });
-}
-
-// Another series of the folder opens only if it has bars or a run can feed them: other folders
-// don't have the series of the last one.
-void MainWindow::AddLayout(const SeriesRequest& request) {
-  const ChartLayout layout = settings_.Layout();
-  first_ = nullptr;
-  const bool alone = layout.charts.size() == 1;
-  const std::vector<SecurityInfo> securities =
-      alone ? std::vector<SecurityInfo>() : source_.List(request.folder);
-  const bool fed = IsWorkingStore(request.folder);
-  for (const LaidChart& chart : layout.charts) {
-    std::map<int, Frame> frames = chart.frames;
-    frames.insert(options_.frames.begin(), options_.frames.end());
-    if (chart.symbol.empty()) {
-      ChartPane* const pane = AddPane(request, frames);
-      if (first_ == nullptr) first_ = pane;
-      continue;
-    }
-    // The run may be of a series that was compared in the last one.
-    const ChartDocument* const played = first_ == nullptr ? nullptr : &first_->Document();
-    if (played != nullptr && played->Symbol() == chart.symbol &&
-        played->Interval() == chart.interval) {
-      continue;
-    }
-    const auto found = std::ranges::find_if(securities, [&chart, fed](const SecurityInfo& one) {
-      return one.symbol == chart.symbol && one.interval == chart.interval && (one.bars > 0 || fed);
-    });
-    if (found != securities.end()) {
-      AddPane({request.folder, found->symbol, found->file_number}, frames);
-    }
-  }
-  if (first_ == nullptr) first_ = AddPane(request, options_.frames);
-  const QSignalBlocker blocker(area_);
-  area_->Activate(first_);
-}
-
-void MainWindow::FillTiles() {
-  const ChartPane* const chart = ActiveChart();
-  if (chart == nullptr) return;
-  while (area_->Count() < TileCount(area_->ShownTiling())) {
-    AddPane(chart->Document().Request(), chart->Document().Frames());
-    Changed("opened");
-  }
-}
-
-// Charts of other folders are none of the next run.
-void MainWindow::SaveLayout() {
-  ChartLayout layout = {area_->ShownTiling(), {}};
-  const ChartPane* const first = first_ != nullptr ? first_.data() : ActiveChart();
-  for (const ChartPane* const chart : area_->Charts()) {
-    const ChartDocument& document = chart->Document();
-    if (document.Folder() != first->Document().Folder()) continue;
-    const bool same = document.Symbol() == first->Document().Symbol() &&
-                      document.Interval() == first->Document().Interval();
-    layout.charts.push_back(
-        {same ? std::string() : document.Symbol(), document.Interval(), document.Frames()});
-  }
-  if (layout.charts.empty()) layout.charts = settings_.Layout().charts;
-  settings_.SetLayout(layout);
 }
 
 void MainWindow::OpenDirectly(const TypedChoice& choice) {
@@ -291,45 +196,12 @@ void MainWindow::OpenDirectly(const TypedChoice& choice) {
 
 void MainWindow::OfferCompare(bool offered) { view_menu_->OfferCompare(offered); }
 
-bool MainWindow::Played::IsOf(const ChartDocument& document) const {
-  return document.Folder() == folder && document.Symbol() == symbol;
-}
-
 bool MainWindow::RefreshFolder(const std::string& folder, const std::string& symbol,
                                const ChartPositions& positions) {
-  played_ = {folder, symbol, positions};
-  bool any = false;
-  for (ChartPane* const chart : area_->Charts()) {
-    if (chart->Document().Folder() != folder) continue;
-    any = true;
-    if (played_.IsOf(chart->Document())) chart->SetPositions(positions);
-    chart->RefreshNow();
-  }
-  if (!any) return false;
+  if (!charts_->Refresh(folder, symbol, positions)) return false;
   ActiveChart()->Plot().repaint();  // and everything else that has changed in the window
   Changed("refreshed");
   return true;
-}
-
-void MainWindow::ShowPositions(const std::string& folder, const std::string& symbol,
-                               const ChartPositions& positions) {
-  played_ = {folder, symbol, positions};
-  for (ChartPane* const chart : area_->Charts()) {
-    if (!played_.IsOf(chart->Document())) continue;
-    chart->SetPositions(positions);
-    chart->WindowMoved();
-  }
-}
-
-ChartPane* MainWindow::ChartOf(const std::string& folder, const std::string& symbol) const {
-  const auto shows = [&](const ChartPane* chart) {
-    return chart != nullptr && chart->Document().Folder() == folder &&
-           chart->Document().Symbol() == symbol;
-  };
-  if (shows(ActiveChart())) return ActiveChart();
-  const std::vector<ChartPane*>& charts = area_->Charts();
-  const auto found = std::ranges::find_if(charts, shows);
-  return found == charts.end() ? nullptr : *found;
 }
 
 void MainWindow::FollowTheme(bool dark) {
@@ -353,20 +225,18 @@ void MainWindow::ApplyTheme() {
 void MainWindow::ShowHint() { area_->ShowHint(); }
 
 void MainWindow::ShowOpening(const QString& symbol) {
-  played_ = {};
+  charts_->ForgetRun();
   area_->ShowOpening(symbol);
 }
 
 void MainWindow::CloseAll() {
-  while (area_->Count() > 0) RemoveChart(area_->Charts().front());
+  charts_->CloseAll();
   Changed("closed");
 }
 
 void MainWindow::CloseChart(ChartPane* chart) {
   if (chart == nullptr) return;
-  if (chart == first_) first_ = nullptr;
-  RemoveChart(chart);
-  if (area_->Count() > 0) SaveLayout();
+  charts_->Close(chart);
   Changed("closed");
 }
 

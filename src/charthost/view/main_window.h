@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMainWindow>
-#include <QPointer>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -20,12 +19,12 @@ class QToolBar;
 namespace velumar {
 
 class ChartArea;
-class ChartDocument;
 class ChartPane;
 class DrawMenu;
 class DrawingDesk;
 class DrawingsDialog;
 class IndicatorsDialog;
+class OpenCharts;
 class OpenDialog;
 class ViewMenu;
 
@@ -58,16 +57,13 @@ class MainWindow : public QMainWindow {
   // on the screen at the return. Returns false if the folder has no chart.
   bool RefreshFolder(const std::string& folder, const std::string& symbol,
                      const ChartPositions& positions);
-  void ShowPositions(const std::string& folder, const std::string& symbol,
-                     const ChartPositions& positions);
-  // A chart of the symbol, the active one if it is; null if none is open.
-  ChartPane* ChartOf(const std::string& folder, const std::string& symbol) const;
   // The colours of Velumar's windows, for as long as "System" is chosen.
   void FollowTheme(bool dark);
   // Shown while no chart is open: how to open one, or for a while that Velumar is about to.
   void ShowHint();
   void ShowOpening(const QString& symbol);
 
+  OpenCharts& Charts() { return *charts_; }
   OpenDialog& FileDialog() { return *dialog_; }
   ChartPane* ActiveChart() const;
 
@@ -75,40 +71,19 @@ class MainWindow : public QMainWindow {
   void MenuClosed();
   // The user has closed the window.
   void Closing();
-  // The first chart of a series was opened, or its last one closed, by the number of its data file.
-  void SeriesOpened(const QString& folder, int file_number);
-  void SeriesClosed(const QString& folder, int file_number);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  // The orders and holdings of the run, for a chart of its series that is opened between two bars.
-  struct Played {
-    std::string folder;
-    std::string symbol;
-    ChartPositions positions;
-
-    bool IsOf(const ChartDocument& document) const;
-  };
-
   void BuildDialogs();
   void BuildMenus();
   void BuildDrawing();
 
   void OpenFile();
   void OpenChart(const SeriesRequest& request);
-  // Opens the chart; into an empty window with all others of the layout.
   void AddChart(const SeriesRequest& request);
-  ChartPane* AddPane(const SeriesRequest& request, const std::map<int, Frame>& frames);
-  void AddLayout(const SeriesRequest& request);
-  // Copies of the active chart until the tiling is full.
-  void FillTiles();
-  void SaveLayout();
   void CloseChart(ChartPane* chart);
-  void RemoveChart(ChartPane* chart);
-  // The number of charts that show the series of this one.
-  std::ptrdiff_t ChartsLike(const ChartDocument& document) const;
   void RefreshActive();
   void SetOptions(const ChartOptions& options);
   void ApplyTheme();
@@ -121,14 +96,13 @@ class MainWindow : public QMainWindow {
   ChartOptions options_;
   std::vector<std::string> problems_;  // of the saved indicators, at the start
   std::optional<bool> velumar_dark_;
-  Played played_;
   ChartArea* area_;
-  QPointer<ChartPane> first_;  // opened into the empty window
+  DrawingDesk* desk_;
+  OpenCharts* charts_;
   OpenDialog* dialog_;
   IndicatorsDialog* indicators_dialog_;
   QMenu* file_menu_;
   ViewMenu* view_menu_;
-  DrawingDesk* desk_;
   DrawMenu* draw_menu_;
   QToolBar* drawing_bar_;
   DrawingsDialog* drawings_dialog_;
