@@ -63,6 +63,21 @@ TEST_F(PracticeWindowTest, EnterGoesOnWithTheLastSession) {
   EXPECT_FALSE(all->program.Feeding()) << "the trader looks first";
 }
 
+TEST_F(PracticeWindowTest, NoSessionBeginsDuringAnImportAndABoxSaysSo) {
+  std::string prices;
+  for (const Bar& bar : DailyBars(200)) prices += std::to_string(bar.date) + ",5,6,4,5,10\n";
+  scratch.Write("NEW.csv", prices);
+  all->Setup().on_drop({(scratch / "NEW.csv").string()});
+  int asked = 0;
+  all->outside.events.SetOnPending([&] {
+    if (asked++ == 0) all->program.ResumeSession(2);
+  });
+  all->windows.frmImport.cmdImport.UserClick();
+  EXPECT_GT(asked, 0);
+  EXPECT_THAT(all->outside.boxes.shown, Contains(HasSubstr("once the import has ended")));
+  EXPECT_FALSE(all->Navigator().Visible());
+}
+
 TEST_F(PracticeWindowTest, AChangedSeriesGoesOnAtTheSameMomentIfTheTraderWantsIt) {
   all->program.ResumeSession(2);
   all->Navigator().Image2.UserClick();
