@@ -195,6 +195,10 @@ std::string Decimal::Canonical() const {
   return IsZero() ? sign + "0" : sign + "0." + digits_ + "e" + std::to_string(point_);
 }
 
+double ReadableDouble(float number) {
+  return ExactNumber<double>(ExactText(number)).value_or(number);
+}
+
 double DecimalDifference(double a, double b) {
   const auto first = Decimal::FromText(ExactText(a));
   const auto second = Decimal::FromText(ExactText(b));

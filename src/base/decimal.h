@@ -43,6 +43,9 @@ class Decimal {
   int point_ = 0;
 };
 
+// The float as a trader reads it: 100.3, not 100.30000305.
+double ReadableDouble(float number);
+
 // a less b, both as the fewest digits that read back as them: 100.3 less 100.1 is 0.2, which it
 // isn't in binary.
 double DecimalDifference(double a, double b);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "base/decimal.h"
 #include "base/number_text.h"
 
 namespace velumar {
@@ -71,12 +70,7 @@ std::string ReachedText(const SimSession& session, int before) {
 }
 
 std::string PlanPriceText(double price) {
-  constexpr std::size_t kLeast = 2;
-  const Decimal decimal = Decimal::Shortest(static_cast<float>(price));
-  std::string fraction = decimal.FractionDigits();
-  fraction.resize(std::max(fraction.size(), kLeast), '0');
-  const std::string whole = decimal.WholeDigits();
-  return (decimal.Negative() ? "-" : "") + (whole.empty() ? "0" : whole) + "." + fraction;
+  return PatternText(static_cast<float>(price), "0.00##################");
 }
 
 }  // namespace velumar

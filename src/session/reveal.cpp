@@ -7,7 +7,6 @@
 
 #include "base/decimal.h"
 #include "base/ignoring.h"
-#include "base/number_text.h"
 #include "ledger/reveal.h"
 #include "session/run_source.h"
 
@@ -32,7 +31,7 @@ double RealClose(const RevealedSession& session, int bar, double shown) {
   if (bar >= 0 && std::cmp_less(bar, session.closes.size())) {
     const float real = session.closes[static_cast<std::size_t>(bar)];
     if (std::abs(mask.Price(real) - shown) < kTolerance) {
-      return ToDouble(Decimal::Shortest(real).Canonical()).value_or(real);
+      return ReadableDouble(real);
     }
   }
   return shown / mask.factor;

@@ -298,9 +298,7 @@ void OrderDesk::ExplainWaitingPlan(const Side& side) {
                       " is on the wrong side of " + PlanPriceText(ExactPrice()) + ".");
 }
 
-double OrderDesk::ExactPrice() const {
-  return ToDouble(Decimal::Shortest(session_.MarketPrice).Canonical()).value_or(0);
-}
+double OrderDesk::ExactPrice() const { return ReadableDouble(session_.MarketPrice); }
 
 LedgerDetail OrderDesk::Detail(const OrderFigures& figures) const {
   return {figures.quantity, session_.VatAmount, session_.BarIndex, session_.NewestShownBar,

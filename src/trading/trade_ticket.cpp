@@ -19,10 +19,6 @@ namespace {
 constexpr std::size_t kLongestSetup = 60;      // bytes
 constexpr std::size_t kLongestReasons = 1000;  // bytes
 
-double AsDecimal(float price) {
-  return ToDouble(Decimal::Shortest(price).Canonical()).value_or(price);
-}
-
 // Prices are those of bars, which are floats. Returns why the text isn't one.
 std::string ReadPrice(const std::string& name, const std::string& text,
                       std::optional<double>& price) {
@@ -30,7 +26,7 @@ std::string ReadPrice(const std::string& name, const std::string& text,
   if (Trimmed(text).empty()) return {};
   const std::optional<float> read = ToSingle(text);
   if (!read) return name + ": \"" + text + "\" is not a price";
-  price = AsDecimal(*read);
+  price = ReadableDouble(*read);
   return {};
 }
 
@@ -190,7 +186,7 @@ void TradeTicket::AddRisk(const TicketOrder& order, const std::string& percent,
 }
 
 double TradeTicket::Price() const {
-  return AsDecimal(session_.BarClose.at(static_cast<std::size_t>(session_.BarIndex)));
+  return ReadableDouble(session_.BarClose.at(static_cast<std::size_t>(session_.BarIndex)));
 }
 
 void TradeTicket::Keep(const TicketOrder& order, const LedgerPlan& plan) {
