@@ -41,8 +41,8 @@ struct FoundTrade {
   std::vector<TradeEnd> exits;
 };
 
-FoundTrade FindTrade(LedgerConnection& connection, const LedgerOrderKey& key) {
-  const TradeList list = ListTrades(ReadAccount(connection, ScopeOfRun(connection, key.run)));
+FoundTrade FindTrade(const std::vector<RunRecord>& account, const LedgerOrderKey& key) {
+  const TradeList list = ListTrades(account);
   std::optional<FoundTrade> found;
   const auto see = [&](const OpenLot& lot) {
     if (!lot.entry || lot.entry->key != key) return false;
@@ -57,11 +57,10 @@ FoundTrade FindTrade(LedgerConnection& connection, const LedgerOrderKey& key) {
   return *found;
 }
 
-LedgerSession SessionOf(LedgerConnection& connection, const LedgerOrderKey& entry,
+// `began` is the first run of the scope.
+LedgerSession SessionOf(LedgerConnection& connection, LedgerScope scope, const LedgerRun& began,
                         const LedgerAccount& account) {
-  const LedgerScope scope = ScopeOfRun(connection, entry.run);
   const auto text = [](double figure) { return PlainNumberText(static_cast<float>(figure)); };
-  const LedgerRun began = ReadRecord(connection, scope).began.value_or(LedgerRun());
   LedgerSession session;
   session.directory = began.directory;
   session.symbol = began.symbol;
@@ -83,9 +82,11 @@ LedgerSession SessionOf(LedgerConnection& connection, const LedgerOrderKey& entr
 
 LedgerPlayed SessionBeforeTrade(LedgerConnection& connection, const LedgerOrderKey& entry,
                                 const LedgerAccount& account, IndexCache& cache) {
-  const FoundTrade trade = FindTrade(connection, entry);
+  const LedgerScope scope = ScopeOfRun(connection, entry.run);
+  const std::vector<RunRecord> runs = ReadAccount(connection, scope);
+  const FoundTrade trade = FindTrade(runs, entry);
   LedgerPlayed played;
-  played.session = SessionOf(connection, entry, account);
+  played.session = SessionOf(connection, scope, runs.back().began.value_or(LedgerRun()), account);
   if (played.session.symbol == kBlindSymbol) {
     throw std::runtime_error("It is part of a blind session. End that first, which reveals it.");
   }
@@ -107,7 +108,8 @@ LedgerPlayed SessionBeforeTrade(LedgerConnection& connection, const LedgerOrderK
 
 std::vector<OrderMark> MarksOfTrade(LedgerConnection& connection, const LedgerOrderKey& entry,
                                     const SeriesView& bars) {
-  const FoundTrade trade = FindTrade(connection, entry);
+  const FoundTrade trade =
+      FindTrade(ReadAccount(connection, ScopeOfRun(connection, entry.run)), entry);
   const auto mark = [&](const TradeEnd& end, bool entered) {
     return OrderMark{BarOf(end, bars), end.price, trade.is_long, entered, true};
   };
