@@ -60,22 +60,16 @@ void FormatJoined(sqlite3_context* context, int, sqlite3_value** arguments) {
   sqlite3_result_text(context, shown.c_str(), static_cast<int>(shown.size()), SQLITE_TRANSIENT);
 }
 
-bool HasColumn(const SqliteDatabase& database, const std::string& table,
-               const std::string& column) {
-  return database.FirstValue("SELECT 1 FROM pragma_table_info(?) WHERE name = ?",
-                             {table, column}) != LedgerValue();
-}
-
 // Ledgers of earlier versions have neither the place and bar of a wiped-out holding nor all
 // decimals of an order's price.
 void AddNewerColumns(SqliteDatabase& database) {
-  if (!HasColumn(database, "Wiped", "Place")) {
+  if (!database.HasColumn("Wiped", "Place")) {
     for (const char* column :
          {"Place INTEGER", "BarDate TEXT", "BarTime TEXT", "MarketPrice NUMERIC"}) {
       database.Execute("ALTER TABLE Wiped ADD COLUMN " + std::string(column));
     }
   }
-  if (!HasColumn(database, "Details", "ClosePrice")) {
+  if (!database.HasColumn("Details", "ClosePrice")) {
     database.Execute("ALTER TABLE Details ADD COLUMN ClosePrice NUMERIC");
   }
 }

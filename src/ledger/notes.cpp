@@ -18,9 +18,7 @@ void LedgerWriteNote(LedgerConnection& connection, const LedgerNote& note) {
 std::vector<LedgerNote> LedgerNotes(LedgerConnection& connection) {
   const SqliteDatabase& database = connection.ForReading();
   std::vector<LedgerNote> notes;
-  if (database.FirstValue("SELECT 1 FROM sqlite_schema WHERE name = 'Notes'") == LedgerValue()) {
-    return notes;
-  }
+  if (!database.HasTable("Notes")) return notes;
   SqliteStatement select =
       database.Prepare("SELECT Session, Run, Place, Note, Written FROM Notes ORDER BY Id");
   const auto whole = [&select](int column) { return WholeOf(select.Value(column)); };

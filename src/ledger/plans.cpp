@@ -15,10 +15,6 @@ std::optional<double> NumberOf(const LedgerValue& value) {
   return number == nullptr ? std::nullopt : std::optional(*number);
 }
 
-bool HasPlans(const SqliteDatabase& database) {
-  return database.FirstValue("SELECT 1 FROM sqlite_schema WHERE name = 'Plans'") != LedgerValue();
-}
-
 LedgerPlan ReadPlan(const SqliteStatement& row) {
   const auto whole = [&row](int column) { return WholeOf(row.Value(column)); };
   const auto text = [&row](int column) { return ValueAs<std::string>(row.Value(column)); };
@@ -39,7 +35,7 @@ LedgerPlan ReadPlan(const SqliteStatement& row) {
 std::vector<LedgerPlan> Plans(LedgerConnection& connection, const std::string& column, int number) {
   const SqliteDatabase& database = connection.ForReading();
   std::vector<LedgerPlan> plans;
-  if (!HasPlans(database)) return plans;
+  if (!database.HasTable("Plans")) return plans;
   SqliteStatement select = database.Prepare(
       "SELECT Id, Session, Run, Place, Stop, Target, Setup, Confidence, Reasons, Risk, StopSince, "
       "TargetSince, "
@@ -83,7 +79,7 @@ std::vector<LedgerPlan> LedgerPlansOfRun(LedgerConnection& connection, int run) 
 std::vector<std::string> LedgerSetups(LedgerConnection& connection) {
   const SqliteDatabase& database = connection.ForReading();
   std::vector<std::string> setups;
-  if (!HasPlans(database)) return setups;
+  if (!database.HasTable("Plans")) return setups;
   SqliteStatement select = database.Prepare(
       "SELECT Setup FROM Plans WHERE Setup <> '' GROUP BY Setup ORDER BY max(Written) DESC, "
       "max(Id) DESC LIMIT 100");

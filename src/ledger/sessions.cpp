@@ -11,9 +11,7 @@ namespace {
 
 // A ledger of an earlier version that is only read can't say which trade is played again.
 std::string Select(const SqliteDatabase& database) {
-  const bool again =
-      database.FirstValue("SELECT 1 FROM pragma_table_info('Sessions') WHERE name = 'AgainRun'") !=
-      LedgerValue();
+  const bool again = database.HasColumn("Sessions", "AgainRun");
   return "SELECT Id, Directory, Symbol, SymbolInterval, StartDay, StartingMoney, Margin, "
          "MoneyPerPoint, Commission, Vat, Begun, Ended, Mask, " +
          std::string(again ? "AgainRun, AgainPlace, " : "NULL, NULL, ") +
@@ -91,8 +89,7 @@ void LedgerWriteMoment(LedgerConnection& connection, const LedgerMoment& moment)
 }
 
 bool LedgerHasSessions(LedgerConnection& connection) {
-  return connection.ForReading().FirstValue(
-             "SELECT 1 FROM sqlite_schema WHERE name = 'SessionMoments'") != LedgerValue();
+  return connection.ForReading().HasTable("SessionMoments");
 }
 
 std::vector<LedgerPlayed> LedgerSessions(LedgerConnection& connection) {

@@ -240,6 +240,16 @@ LedgerValue SqliteDatabase::FirstValue(std::string_view sql,
   return select.Step() ? select.Value(0) : LedgerValue();
 }
 
+bool SqliteDatabase::HasTable(const std::string& name) const {
+  return FirstValue("SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ?", {name}) !=
+         LedgerValue();
+}
+
+bool SqliteDatabase::HasColumn(const std::string& table, const std::string& column) const {
+  return FirstValue("SELECT 1 FROM pragma_table_info(?) WHERE name = ?", {table, column}) !=
+         LedgerValue();
+}
+
 bool SqliteDatabase::ReadOnly() const { return sqlite3_db_readonly(handle_.get(), "main") == 1; }
 
 std::int64_t SqliteDatabase::LastRow() const { return sqlite3_last_insert_rowid(handle_.get()); }

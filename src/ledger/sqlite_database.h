@@ -108,6 +108,9 @@ class SqliteDatabase {
   // The first column of the first row; null if there is no row.
   LedgerValue FirstValue(std::string_view sql,
                          std::initializer_list<LedgerValue> values = {}) const;
+  bool HasTable(const std::string& name) const;
+  // False also if there is no such table.
+  bool HasColumn(const std::string& table, const std::string& column) const;
   SqliteStatement Prepare(std::string_view sql) const { return {handle_.get(), file_, sql}; }
   bool ReadOnly() const;
   std::int64_t LastRow() const;
