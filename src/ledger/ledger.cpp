@@ -326,7 +326,7 @@ LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
   static const std::string kRun = "SELECT " + std::string(kNewestRun);
   SqliteDatabase& database = connection.ForWriting();
   SqliteTransaction transaction(database);
-  const LedgerValue run = database.FirstValue(kRun, {});
+  const LedgerValue run = database.Run(kRun);
   database.Run(kRow, values);
   const LedgerValue place = double(database.LastRow());
   database.Run(

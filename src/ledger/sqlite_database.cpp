@@ -224,13 +224,15 @@ void SqliteDatabase::Execute(const std::string& sql) {
   }
 }
 
-void SqliteDatabase::Run(std::string_view sql, std::span<const LedgerValue> values) {
+LedgerValue SqliteDatabase::Run(std::string_view sql, std::span<const LedgerValue> values) {
   auto found = prepared_.find(sql);
   if (found == prepared_.end()) found = prepared_.emplace(sql, Prepare(sql)).first;
   SqliteStatement& statement = found->second;
   statement.Reset();
   statement.Bind(values);
-  statement.Step();
+  LedgerValue first = statement.Step() ? statement.Value(0) : LedgerValue();
+  statement.Reset();  // a select that isn't at its end would hold its lock
+  return first;
 }
 
 LedgerValue SqliteDatabase::FirstValue(std::string_view sql,

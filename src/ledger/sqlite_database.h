@@ -99,13 +99,13 @@ class SqliteDatabase {
   SqliteDatabase(const std::string& file, Mode mode);
 
   void Execute(const std::string& sql);
-  // Runs one statement that returns no rows, and caches it: compiling the inserts of an order
-  // takes longer than running them.
-  void Run(std::string_view sql, std::span<const LedgerValue> values);
-  void Run(std::string_view sql, std::initializer_list<LedgerValue> values = {}) {
-    Run(sql, std::span(values.begin(), values.size()));
+  // Runs one statement, and caches it: compiling the inserts of an order takes longer than running
+  // them. Returns the first column of the first row; null if there is no row.
+  LedgerValue Run(std::string_view sql, std::span<const LedgerValue> values);
+  LedgerValue Run(std::string_view sql, std::initializer_list<LedgerValue> values = {}) {
+    return Run(sql, std::span(values.begin(), values.size()));
   }
-  // The first column of the first row; null if there is no row.
+  // The same for a statement that is not worth caching.
   LedgerValue FirstValue(std::string_view sql,
                          std::initializer_list<LedgerValue> values = {}) const;
   bool HasTable(const std::string& name) const;
