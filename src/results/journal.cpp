@@ -43,14 +43,6 @@ class PictureFiles {
 using NotesOfOrders = std::map<LedgerOrderKey, std::vector<LedgerNote>>;
 using OrdersByKey = std::map<LedgerOrderKey, const RunOrder*>;
 
-NotesOfOrders ByOrder(const std::vector<LedgerNote>& notes) {
-  NotesOfOrders by_order;
-  for (const LedgerNote& note : notes) {
-    if (note.order.place != 0) by_order[note.order].push_back(note);
-  }
-  return by_order;
-}
-
 OrdersByKey ByKey(const std::vector<RunRecord>& account) {
   OrdersByKey orders;
   for (const RunRecord& record : account) {
@@ -64,9 +56,9 @@ OrdersByKey ByKey(const std::vector<RunRecord>& account) {
 // Fills in what surrounds a trade.
 class EntryMaker {
  public:
-  EntryMaker(const LedgerConnection& connection, const std::vector<RunRecord>& account,
-             const std::vector<LedgerNote>& notes)
-      : pictures_(connection), notes_(ByOrder(notes)), orders_(ByKey(account)) {
+  EntryMaker(const PictureFiles& pictures, const NotesOfOrders& notes,
+             const std::vector<RunRecord>& account)
+      : pictures_(pictures), notes_(notes), orders_(ByKey(account)) {
     const RunRecord& record = account.back();
     if (record.began) {
       symbol_ = record.began->symbol;
@@ -107,8 +99,8 @@ class EntryMaker {
     return found == orders_.end() ? nullptr : found->second;
   }
 
-  PictureFiles pictures_;
-  NotesOfOrders notes_;
+  const PictureFiles& pictures_;
+  const NotesOfOrders& notes_;
   OrdersByKey orders_;
   std::string symbol_;
   std::string interval_;
@@ -117,10 +109,9 @@ class EntryMaker {
 std::string TitleOf(const LedgerConnection& connection, const RunRecord& record) {
   if (!record.began) return "Orders of an earlier version";
   const LedgerRun& began = *record.began;
-  std::string start = began.start_date;
-  if (start.size() == 8) start.insert(6, "-").insert(4, "-");
+  const std::string start = StartDayText(connection, began.start_date);
   const std::string bars = began.interval == "D" ? "daily bars" : began.interval + "-minute bars";
-  return began.symbol + ", " + bars + (start.empty() ? "" : ", from " + connection.DateText(start));
+  return began.symbol + ", " + bars + (start.empty() ? start : ", from " + start);
 }
 
 int SessionOf(LedgerConnection& connection, LedgerScope scope) {
@@ -129,6 +120,43 @@ int SessionOf(LedgerConnection& connection, LedgerScope scope) {
   }
   return scope.kind == LedgerScope::Kind::kSession ? scope.number : 0;
 }
+
+// Reads journals of one ledger. Its notes and pictures are read once for all of them.
+class JournalReader {
+ public:
+  explicit JournalReader(LedgerConnection& connection)
+      : connection_(connection), pictures_(connection) {
+    for (LedgerNote& note : LedgerNotes(connection)) {
+      std::vector<LedgerNote>& notes =
+          note.order.place != 0 ? of_orders_[note.order] : of_sessions_[note.session];
+      notes.push_back(std::move(note));
+    }
+  }
+
+  Journal Read(LedgerScope scope, int session) const {
+    const std::vector<RunRecord> account = ReadAccount(connection_, scope);
+    Journal journal{.scope = scope,
+                    .session = session,
+                    .title = TitleOf(connection_, account.back()),
+                    .notes = {},
+                    .trades = {}};
+    const auto notes = of_sessions_.find(session);
+    if (session != 0 && notes != of_sessions_.end()) journal.notes = notes->second;
+    const EntryMaker maker(pictures_, of_orders_, account);
+    TradeList list = ListTrades(account);
+    for (Trade& trade : list.trades) journal.trades.push_back(maker.Make(std::move(trade), false));
+    for (OpenLot& lot : list.open) {
+      journal.trades.push_back(maker.Make(Trade{std::move(lot), {}, false, {}, {}}, true));
+    }
+    return journal;
+  }
+
+ private:
+  LedgerConnection& connection_;
+  PictureFiles pictures_;
+  NotesOfOrders of_orders_;
+  std::map<int, std::vector<LedgerNote>> of_sessions_;
+};
 
 bool Contains(const std::string& text, const std::string& wanted_upper) {
   return UpperCased(text).find(wanted_upper) != std::string::npos;
@@ -147,32 +175,17 @@ LedgerOrderKey JournalEntry::NoteKey() const {
 }
 
 Journal ReadJournal(LedgerConnection& connection, LedgerScope scope) {
-  const std::vector<RunRecord> account = ReadAccount(connection, scope);
-  const std::vector<LedgerNote> notes = LedgerNotes(connection);
-  Journal journal{.scope = scope,
-                  .session = SessionOf(connection, scope),
-                  .title = TitleOf(connection, account.back()),
-                  .notes = {},
-                  .trades = {}};
-  for (const LedgerNote& note : notes) {
-    const bool of_session = note.order.place == 0 && note.session == journal.session;
-    if (of_session && journal.session != 0) journal.notes.push_back(note);
-  }
-  const EntryMaker maker(connection, account, notes);
-  TradeList list = ListTrades(account);
-  for (Trade& trade : list.trades) journal.trades.push_back(maker.Make(std::move(trade), false));
-  for (OpenLot& lot : list.open) {
-    journal.trades.push_back(maker.Make(Trade{std::move(lot), {}, false, {}, {}}, true));
-  }
-  return journal;
+  return JournalReader(connection).Read(scope, SessionOf(connection, scope));
 }
 
 std::vector<Journal> ReadJournals(LedgerConnection& connection) {
+  const JournalReader reader(connection);
   std::vector<Journal> journals;
   for (const ResultChoice& choice : ResultChoices(connection)) {
     const bool run = choice.scope.kind == LedgerScope::Kind::kRun;
-    if (run && SessionOf(connection, choice.scope) != 0) continue;
-    Journal journal = ReadJournal(connection, choice.scope);
+    const int session = SessionOf(connection, choice.scope);
+    if (run && session != 0) continue;
+    Journal journal = reader.Read(choice.scope, session);
     if (!journal.trades.empty() || !journal.notes.empty()) journals.push_back(std::move(journal));
   }
   return journals;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "results/named_values.h"
+#include "results/run_record.h"
 
 namespace velumar {
 
@@ -20,11 +21,6 @@ struct Line {
   int runs = 1;
 };
 
-std::string DayText(const LedgerConnection& connection, std::string digits) {
-  if (digits.size() == 8) digits.insert(6, "-").insert(4, "-");
-  return connection.DateText(digits);
-}
-
 // All runs, newest first.
 std::vector<Line> ReadRuns(LedgerConnection& connection) {
   const std::string session =
@@ -40,7 +36,7 @@ std::vector<Line> ReadRuns(LedgerConnection& connection) {
     runs.push_back({.number = row.Whole("Id").value_or(0),
                     .session = row.Whole("Listed").value_or(0),
                     .series = row.Text("Symbol") + " " + row.Text("SymbolInterval"),
-                    .day = DayText(connection, row.Text("StartDate")),
+                    .day = StartDayText(connection, row.Text("StartDate")),
                     .orders = row.Whole("Orders").value_or(0),
                     .any_orders = row.Figure("Orders").has_value()});
   }

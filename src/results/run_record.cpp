@@ -218,6 +218,11 @@ bool HeldNothingBefore(const RunOrder& order) {
   return std::abs(order.held - order.quantity.value_or(0)) <= kExactQuantity * order.held;
 }
 
+std::string StartDayText(const LedgerConnection& connection, std::string digits) {
+  if (digits.size() == 8) digits.insert(6, "-").insert(4, "-");
+  return connection.DateText(digits);
+}
+
 RunRecord ReadRecord(LedgerConnection& connection, LedgerScope scope) {
   LedgerRequire(connection, scope);
   Records records = ReadRecords(connection, scope);

@@ -40,6 +40,10 @@ struct RunOrder {
   std::optional<bool> LookAhead() const;
 };
 
+// The day on which a run began, `LedgerRun::start_date`, as the user writes dates; empty if it has
+// none.
+std::string StartDayText(const LedgerConnection& connection, std::string digits);
+
 // A run, or all runs of a session as one.
 struct RunRecord {
   std::optional<LedgerRun>
