@@ -104,14 +104,14 @@ std::vector<std::size_t> ListedColumns() {
 }
 
 std::string JournalCsv(const std::vector<Journal>& journals) {
-  std::array<std::string, kJournalColumns.size()> fields;
-  std::ranges::transform(kJournalColumns, fields.begin(),
-                         [](const JournalColumn& column) { return std::string(column.field); });
+  JournalRow fields;
+  std::ranges::transform(kJournalColumns, fields.begin(), [](const JournalColumn& column) {
+    return TextCell(std::string(column.field));
+  });
   std::string csv = CsvLine(fields);
   for (const Journal& journal : journals) {
     for (const JournalEntry& entry : journal.trades) {
-      std::ranges::transform(RowOf(entry, journal.session), fields.begin(), &OrderCell::Exported);
-      csv += CsvLine(fields);
+      csv += CsvLine(RowOf(entry, journal.session));
     }
   }
   return csv;

@@ -31,6 +31,15 @@ std::string Note(const RunOrder& order) {
   return note;
 }
 
+std::string Exported(const OrderCell& cell) {
+  constexpr std::string_view kFormulas = "=+-@\t\r";
+  const auto* const number = std::get_if<double>(&cell.exact);
+  if (number != nullptr) return DecimalText(*number);
+  const auto text = ValueAs<std::string>(cell.exact);
+  const bool computed = !text.empty() && kFormulas.find(text.front()) != std::string_view::npos;
+  return computed ? "'" + text : text;
+}
+
 OrderListRow RowOf(const RunOrder& order, std::size_t number, std::optional<double> balance) {
   const bool wiped = order.kind == RunOrder::Kind::kWiped;
   const bool closed = order.kind == RunOrder::Kind::kOffset;
@@ -54,9 +63,10 @@ OrderListRow RowOf(const RunOrder& order, std::size_t number, std::optional<doub
 
 OrderCell TextCell(const std::string& text) { return {text, text}; }
 
-std::string OrderCell::Exported() const {
-  const auto* const number = std::get_if<double>(&exact);
-  return number == nullptr ? ValueAs<std::string>(exact) : DecimalText(*number);
+std::string CsvLine(std::span<const OrderCell> cells) {
+  std::vector<std::string> fields(cells.size());
+  std::ranges::transform(cells, fields.begin(), Exported);
+  return CsvLine(fields);
 }
 
 std::vector<OrderListRow> ListOrders(const RunRecord& record) {
@@ -79,15 +89,12 @@ void SortOrders(std::vector<OrderListRow>& rows, std::size_t column, bool descen
 }
 
 std::string OrdersCsv(const std::vector<OrderListRow>& rows) {
-  std::array<std::string, kOrderColumns.size()> fields;
-  std::ranges::transform(kOrderColumns, fields.begin(),
-                         [](const OrderColumn& column) { return std::string(column.title); });
-  std::string csv = CsvLine(fields);
-  for (const OrderListRow& row : rows) {
-    std::ranges::transform(row, fields.begin(),
-                           [](const OrderCell& cell) { return cell.Exported(); });
-    csv += CsvLine(fields);
-  }
+  OrderListRow titles;
+  std::ranges::transform(kOrderColumns, titles.begin(), [](const OrderColumn& column) {
+    return TextCell(std::string(column.title));
+  });
+  std::string csv = CsvLine(titles);
+  for (const OrderListRow& row : rows) csv += CsvLine(row);
   return csv;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,11 +33,13 @@ inline constexpr std::array<OrderColumn, 14> kOrderColumns{{{"No.", true},
 struct OrderCell {
   std::string text;   // as shown in the table
   LedgerValue exact;  // for sorting and export; dates are ISO texts
-
-  std::string Exported() const;
 };
 
 OrderCell TextCell(const std::string& text);
+
+// A line of CSV of the exact values. A text that a spreadsheet would compute ("=1+1", "- late")
+// gets an apostrophe before it.
+std::string CsvLine(std::span<const OrderCell> cells);
 
 using OrderListRow = std::array<OrderCell, kOrderColumns.size()>;
 

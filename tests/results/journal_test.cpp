@@ -81,6 +81,7 @@ TEST_F(JournalTest, ExportsHaveWhatWasPlannedAndSeen) {
   std::filesystem::create_directory(scratch / "Journal");
   std::ofstream(scratch / "Journal" / "Portfolio-1-1.png") << "Man";
   std::ofstream(scratch / "Journal" / "Portfolio-2-1.png") << "Ma";
+  Note({2, 2}, "=SUM(A1:A9)", "2026-11-27");
   Begin(777);
   const std::vector<Journal> journals = ReadJournals(ledger);
   ASSERT_EQ(journals.size(), 1U) << "once, and no empty one";
@@ -90,6 +91,7 @@ TEST_F(JournalTest, ExportsHaveWhatWasPlannedAndSeen) {
       HasSubstr("1,ABC,D,Long,1,2007-01-10 16:30:00,100,2007-01-12 16:30:00,104,4,4000,4,won,99,,"
                 "breakout,4,1000,over the <high>,,,,"));
   EXPECT_THAT(csv, HasSubstr(",100.31,-0.31,-310,,lost")) << "as decimals";
+  EXPECT_THAT(csv, HasSubstr(",'=SUM(A1:A9),")) << "for a spreadsheet";
   EXPECT_THAT(csv, HasSubstr("Short,3,2007-01-17 16:30:00,101,,,,,,open"));
   const std::string page = JournalPage(ledger, journals);
   EXPECT_THAT(page, HasSubstr("over the &lt;high&gt;"));
