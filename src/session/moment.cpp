@@ -105,6 +105,15 @@ LedgerMoment MomentOf(const SimSession& session, std::string touched) {
   return moment;
 }
 
+LedgerMoment MomentOfRow(std::string iso_date, std::string time) {
+  std::erase(iso_date, '-');
+  std::erase(time, ':');
+  LedgerMoment moment;
+  moment.date = DateFromDigits(iso_date).value_or(0);
+  moment.time = ExactNumber<std::int32_t>(time).value_or(0);
+  return moment;
+}
+
 int BarOfMoment(const LedgerMoment& moment, const SeriesView& bars) {
   const auto until = std::pair(moment.date, moment.time);
   int bar = static_cast<int>(bars.dates.size()) - 1;

@@ -28,6 +28,9 @@ LedgerMoment MomentOf(const SimSession& session, std::string touched);
 // sentence; empty if they are the same.
 std::string SeriesChange(const LedgerMoment& moment, const SeriesView& bars);
 
+// When the bar of a row was: its date and time as a ledger has them, "2007-01-25" and "16:30:00".
+LedgerMoment MomentOfRow(std::string iso_date, std::string time);
+
 // The newest bar at or before the moment's, -1 if there is none.
 int BarOfMoment(const LedgerMoment& moment, const SeriesView& bars);
 

@@ -5,12 +5,31 @@
 #include <utility>
 
 #include "base/text.h"
+#include "ledger/moved_orders.h"
+#include "results/run_record.h"
 #include "session/blind_draw.h"
 #include "session/moment.h"
 #include "session/run_source.h"
 #include "session/trade_again.h"
 
 namespace velumar {
+
+namespace {
+
+// The orders of a session that are at other bars of its series now. One whose bar is gone is at the
+// bar before.
+std::vector<LedgerMovedOrder> MovedOrders(LedgerConnection& ledger, int session,
+                                          const SeriesView& bars) {
+  std::vector<LedgerMovedOrder> moved;
+  for (const RunOrder& order : ReadRecord(ledger, LedgerScope::Session(session)).orders) {
+    const int before = order.bar.value_or(0);
+    const int now = std::max(BarOfMoment(MomentOfRow(order.iso_date, order.time), bars), 0);
+    if (now != before) moved.push_back({order.key, order.iso_date, order.time, now, now - before});
+  }
+  return moved;
+}
+
+}  // namespace
 
 RunChooser::RunChooser(const SimSession& session, const RunInputs& inputs, Platform& platform,
                        LedgerConnection& ledger, IndexCache& cache)
@@ -89,9 +108,9 @@ bool RunChooser::MayGoOn(NextRun& choice) {
                               change + "\nThe orders stay as they were filled.",
                           {"Resume anyway", "Cancel"});
   if (answer != 0) return false;
-  const int bar = BarOfMoment(moment, bars);
-  moment.newest_shown += bar - moment.bar;
-  moment.bar = bar;
+  const int moved = BarOfMoment(moment, bars) - moment.bar;
+  for (int* bar : {&moment.bar, &moment.newest_shown, &moment.first_shown}) *bar += moved;
+  if (ledger_.CanWrite()) LedgerMoveOrders(ledger_, MovedOrders(ledger_, moment.session, bars));
   return true;
 }
 

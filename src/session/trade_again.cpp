@@ -4,7 +4,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "base/dates.h"
 #include "base/number_text.h"
 #include "results/trade_list.h"
 #include "session/blind_mask.h"
@@ -15,18 +14,8 @@ namespace velumar {
 
 namespace {
 
-// A time of a row, "16:30:00", as hhmmss.
-std::int32_t TimeOf(std::string text) {
-  std::erase(text, ':');
-  return ExactNumber<std::int32_t>(text).value_or(0);
-}
-
 int BarOf(const TradeEnd& end, const SeriesView& bars) {
-  std::string digits = end.iso_date;
-  std::erase(digits, '-');
-  LedgerMoment moment;
-  moment.date = DateFromDigits(digits).value_or(0);
-  moment.time = TimeOf(end.time);
+  const LedgerMoment moment = MomentOfRow(end.iso_date, end.time);
   const int bar = BarOfMoment(moment, bars);
   const auto at = static_cast<std::size_t>(bar);
   if (bar < 0 || bars.dates[at] != moment.date || bars.times[at] != moment.time) {

@@ -80,6 +80,8 @@ TEST_F(PracticeWindowTest, NoSessionBeginsDuringAnImportAndABoxSaysSo) {
 
 TEST_F(PracticeWindowTest, AChangedSeriesGoesOnAtTheSameMomentIfTheTraderWantsIt) {
   all->program.ResumeSession(2);
+  const int bar = all->session.Orders.at(0).bar;
+  LedgerWritePlan(all->ledger, {.session = 2, .order = {2, 1}, .stop = 1, .stop_since = bar});
   all->Navigator().Image2.UserClick();
   all->Navigator().Image5.UserClick();
   IndexCache cache;
@@ -99,6 +101,8 @@ TEST_F(PracticeWindowTest, AChangedSeriesGoesOnAtTheSameMomentIfTheTraderWantsIt
   EXPECT_THAT(all->outside.boxes.shown, Contains(HasSubstr("it had 120.")));
   EXPECT_EQ(all->session.BarIndex, 120);
   EXPECT_EQ(all->session.NewestShownBar, 121) << "the bar that was stepped back over";
+  EXPECT_EQ(all->session.Orders.at(0).bar, bar + 1);
+  EXPECT_EQ(all->session.Plans.Orders().at(0).plan.value().stop_since, bar + 1);
 }
 
 TEST_F(PracticeWindowTest, AnEndedSessionCanNoLongerBeTraded) {
