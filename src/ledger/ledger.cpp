@@ -2,45 +2,16 @@
 
 #include <sqlite3.h>
 
-#include <array>
 #include <sstream>
 
 #include "base/dates.h"
 #include "base/text.h"
+#include "ledger/ledger_tables.h"
 #include "ledger/plans.h"
 
 namespace velumar {
 
 namespace {
-
-// The 22 columns of a row. NUMERIC stores whole numbers as integers, so other tools show them
-// plainly.
-constexpr std::string_view kRowColumns =
-    "Profile NUMERIC, Symbol TEXT, SymbolInterval NUMERIC, ActDate TEXT, ActTime TEXT, "
-    "MarketPrice NUMERIC, Position TEXT, LAvgPrice NUMERIC, LAmount NUMERIC, Loffset NUMERIC, "
-    "LAccum NUMERIC, LUnrealised NUMERIC, LRealised NUMERIC, SAvgPrice NUMERIC, SAmount NUMERIC, "
-    "Soffset NUMERIC, SAccum NUMERIC, SUnrealised NUMERIC, SRealised NUMERIC, "
-    "BalancePoint NUMERIC, Commission NUMERIC, Portfolio NUMERIC";
-
-const std::array<TableSchema, 6>& Tables() {
-  static const std::string kArchiveColumns =
-      "Run INTEGER, Place INTEGER, " + std::string(kRowColumns);
-  static const std::array<TableSchema, 6> kTables{
-      {{"MyPortfolio", kRowColumns},
-       {"Portfolio_Profile", "[Profile Name] TEXT, [Start Period] TEXT, [End Period] TEXT"},
-       {"Runs",
-        "Id INTEGER PRIMARY KEY AUTOINCREMENT, Directory TEXT, Symbol TEXT, SymbolInterval TEXT, "
-        "StartDate TEXT, StartTime TEXT, Market TEXT, StartingMoney NUMERIC, Margin NUMERIC, "
-        "MoneyPerPoint NUMERIC"},
-       {"Archive", kArchiveColumns},
-       {"Details",
-        "Run INTEGER, Place INTEGER, Quantity NUMERIC, Vat NUMERIC, BarIndex INTEGER, "
-        "NewestShown INTEGER"},
-       {"Wiped",
-        "Run INTEGER, Position TEXT, Held NUMERIC, AvgPrice NUMERIC, Quantity NUMERIC, "
-        "BarIndex INTEGER, NewestShown INTEGER"}}};
-  return kTables;
-}
 
 // "2007-01-25 16:30:00" as "25-Jan-07 16:30"; any other text unchanged.
 std::string DayMonthYearTime(const std::string& text) {
@@ -58,64 +29,6 @@ void FormatJoined(sqlite3_context* context, int, sqlite3_value** arguments) {
   }
   const std::string shown = DayMonthYearTime(bytes);
   sqlite3_result_text(context, shown.c_str(), static_cast<int>(shown.size()), SQLITE_TRANSIENT);
-}
-
-// Ledgers of earlier versions have neither the place and bar of a wiped-out holding nor all
-// decimals of an order's price.
-void AddNewerColumns(SqliteDatabase& database) {
-  if (!database.HasColumn("Wiped", "Place")) {
-    for (const char* column :
-         {"Place INTEGER", "BarDate TEXT", "BarTime TEXT", "MarketPrice NUMERIC"}) {
-      database.Execute("ALTER TABLE Wiped ADD COLUMN " + std::string(column));
-    }
-  }
-  if (!database.HasColumn("Details", "ClosePrice")) {
-    database.Execute("ALTER TABLE Details ADD COLUMN ClosePrice NUMERIC");
-  }
-}
-
-void CreateLedgerTables(SqliteDatabase& database) {
-  CreateTables(database, Tables());
-  AddNewerColumns(database);
-}
-
-// What a session has to write after each step is in a table of its own, so that a step changes one
-// page. AUTOINCREMENT, so that no session gets the number of a forgotten one, whose runs it would
-// take over.
-void AddSessions(SqliteDatabase& database) {
-  static constexpr std::array<TableSchema, 2> kTables{
-      {{"Sessions",
-        "Id INTEGER PRIMARY KEY AUTOINCREMENT, Directory TEXT, Symbol TEXT, SymbolInterval TEXT, "
-        "StartDay INTEGER, StartingMoney TEXT, Margin TEXT, MoneyPerPoint TEXT, Commission TEXT, "
-        "Vat TEXT, Begun TEXT, Ended INTEGER DEFAULT 0, Mask TEXT, Note TEXT"},
-       {"SessionMoments",
-        "Session INTEGER PRIMARY KEY, BarIndex INTEGER, NewestShown INTEGER, FirstShown INTEGER, "
-        "BarDate INTEGER, BarTime INTEGER, BarsCheck TEXT, Book TEXT, AsShown INTEGER, Touched "
-        "TEXT"}}};
-  CreateTables(database, kTables);
-  database.Execute("ALTER TABLE Runs ADD COLUMN Session INTEGER");
-}
-
-// A plan without a run waits for the next order of its session. Each change of a note is a row; one
-// without a run is about the session. A session that plays a trade again names its entry.
-void AddJournal(SqliteDatabase& database) {
-  static constexpr std::array<TableSchema, 2> kTables{
-      {{"Plans",
-        "Id INTEGER PRIMARY KEY, Session INTEGER, Run INTEGER, Place INTEGER, Stop NUMERIC, Target "
-        "NUMERIC, Setup TEXT, Confidence INTEGER, Reasons TEXT, Risk NUMERIC, StopSince INTEGER, "
-        "TargetSince INTEGER, Written TEXT"},
-       {"Notes",
-        "Id INTEGER PRIMARY KEY, Session INTEGER, Run INTEGER, Place INTEGER, Note TEXT, Written "
-        "TEXT"}}};
-  CreateTables(database, kTables);
-  database.Execute("ALTER TABLE Sessions ADD COLUMN AgainRun INTEGER");
-  database.Execute("ALTER TABLE Sessions ADD COLUMN AgainPlace INTEGER");
-}
-
-const DatabaseKind& LedgerKind() {
-  static constexpr std::array kMigrations{CreateLedgerTables, AddSessions, AddJournal};
-  static const DatabaseKind kKind{"ledger", Tables(), kMigrations};
-  return kKind;
 }
 
 // Adds format(text, pattern), which the selects of the results use for a joined date and time.

@@ -1,0 +1,95 @@
+#include "ledger/ledger_tables.h"
+
+#include <array>
+#include <initializer_list>
+#include <string>
+
+namespace velumar {
+
+namespace {
+
+const std::array<TableSchema, 6>& Tables() {
+  static const std::string kArchiveColumns =
+      "Run INTEGER, Place INTEGER, " + std::string(kRowColumns);
+  static const std::array<TableSchema, 6> kTables{
+      {{"MyPortfolio", kRowColumns},
+       {"Portfolio_Profile", "[Profile Name] TEXT, [Start Period] TEXT, [End Period] TEXT"},
+       {"Runs",
+        "Id INTEGER PRIMARY KEY AUTOINCREMENT, Directory TEXT, Symbol TEXT, SymbolInterval TEXT, "
+        "StartDate TEXT, StartTime TEXT, Market TEXT, StartingMoney NUMERIC, Margin NUMERIC, "
+        "MoneyPerPoint NUMERIC"},
+       {"Archive", kArchiveColumns},
+       {"Details",
+        "Run INTEGER, Place INTEGER, Quantity NUMERIC, Vat NUMERIC, BarIndex INTEGER, "
+        "NewestShown INTEGER"},
+       {"Wiped",
+        "Run INTEGER, Position TEXT, Held NUMERIC, AvgPrice NUMERIC, Quantity NUMERIC, "
+        "BarIndex INTEGER, NewestShown INTEGER"}}};
+  return kTables;
+}
+
+void AddColumns(SqliteDatabase& database, const std::string& table,
+                std::initializer_list<const char*> columns) {
+  for (const char* column : columns) {
+    database.Execute("ALTER TABLE " + table + " ADD COLUMN " + column);
+  }
+}
+
+// Ledgers of earlier versions have neither the place and bar of a wiped-out holding nor all
+// decimals of an order's price.
+void AddNewerColumns(SqliteDatabase& database) {
+  if (!database.HasColumn("Wiped", "Place")) {
+    AddColumns(database, "Wiped",
+               {"Place INTEGER", "BarDate TEXT", "BarTime TEXT", "MarketPrice NUMERIC"});
+  }
+  if (!database.HasColumn("Details", "ClosePrice")) {
+    AddColumns(database, "Details", {"ClosePrice NUMERIC"});
+  }
+}
+
+void CreateLedgerTables(SqliteDatabase& database) {
+  CreateTables(database, Tables());
+  AddNewerColumns(database);
+}
+
+// What a session has to write after each step is in a table of its own, so that a step changes one
+// page. AUTOINCREMENT, so that no session gets the number of a forgotten one, whose runs it would
+// take over.
+void AddSessions(SqliteDatabase& database) {
+  static constexpr std::array<TableSchema, 2> kTables{
+      {{"Sessions",
+        "Id INTEGER PRIMARY KEY AUTOINCREMENT, Directory TEXT, Symbol TEXT, SymbolInterval TEXT, "
+        "StartDay INTEGER, StartingMoney TEXT, Margin TEXT, MoneyPerPoint TEXT, Commission TEXT, "
+        "Vat TEXT, Begun TEXT, Ended INTEGER DEFAULT 0, Mask TEXT, Note TEXT"},
+       {"SessionMoments",
+        "Session INTEGER PRIMARY KEY, BarIndex INTEGER, NewestShown INTEGER, FirstShown INTEGER, "
+        "BarDate INTEGER, BarTime INTEGER, BarsCheck TEXT, Book TEXT, AsShown INTEGER, Touched "
+        "TEXT"}}};
+  CreateTables(database, kTables);
+  AddColumns(database, "Runs", {"Session INTEGER"});
+}
+
+// A plan without a run waits for the next order of its session. Each change of a note is a row; one
+// without a run is about the session. A session that plays a trade again names its entry.
+void AddJournal(SqliteDatabase& database) {
+  static constexpr std::array<TableSchema, 2> kTables{
+      {{"Plans",
+        "Id INTEGER PRIMARY KEY, Session INTEGER, Run INTEGER, Place INTEGER, Stop NUMERIC, Target "
+        "NUMERIC, Setup TEXT, Confidence INTEGER, Reasons TEXT, Risk NUMERIC, StopSince INTEGER, "
+        "TargetSince INTEGER, Written TEXT"},
+       {"Notes",
+        "Id INTEGER PRIMARY KEY, Session INTEGER, Run INTEGER, Place INTEGER, Note TEXT, Written "
+        "TEXT"}}};
+  CreateTables(database, kTables);
+  AddColumns(database, "Sessions", {"AgainRun INTEGER", "AgainPlace INTEGER"});
+}
+
+}  // namespace
+
+const DatabaseKind& LedgerKind() {
+  static constexpr std::array kMigrations{CreateLedgerTables, AddSessions, AddJournal};
+  static const DatabaseKind kKind{"ledger", Tables(), kMigrations};
+  return kKind;
+}
+
+}  // namespace velumar
