@@ -155,6 +155,20 @@ OldValues ReadOldForm(std::string_view text) {
   return old;
 }
 
+// Keeps other processes out. QSettings reads without the lock that it writes with, and takes the
+// time of the file after its contents: what another process writes in between would look read, and
+// the next change would undo it. In a folder that can't be written, nobody is kept out.
+class FileInUse {
+ public:
+  explicit FileInUse(const fs::path& file)
+      : lock_(QFileInfo(WithEnding(file, ".use.lock")).absoluteFilePath()) {
+    lock_.lock();
+  }
+
+ private:
+  QLockFile lock_;
+};
+
 // Only those that the file doesn't have.
 void AddValues(const std::map<std::string, std::string>& values, QSettings& settings) {
   for (const auto& [name, value] : values) {
@@ -168,10 +182,12 @@ void AddValues(const std::map<std::string, std::string>& values, QSettings& sett
 SharedIniFile::SharedIniFile(const fs::path& file) : file_(WithEnding(file, ".ini")) {
   std::error_code error;
   if (!fs::exists(file_, error) && fs::exists(file, error)) ImportOldFile(file);
+  const FileInUse held(file_);
   Open();
 }
 
 std::optional<std::string> SharedIniFile::Read(std::string_view group, std::string_view name) {
+  const FileInUse held(file_);
   const auto settings = Open();
   if (!settings) return std::nullopt;
   const QString key = KeyOf(group, name);
@@ -199,6 +215,7 @@ void SharedIniFile::AddGroup(std::string_view group) {
 }
 
 bool SharedIniFile::HasGroup(std::string_view group) {
+  const FileInUse held(file_);
   const auto settings = Open();
   if (!settings) return false;
   QStringList keys = settings->allKeys();
@@ -223,16 +240,13 @@ std::unique_ptr<QSettings> SharedIniFile::Open() {
     return nullptr;
   blocked_at_ = {};
   const std::string why = WhyUnreadable(file_);
-  if (!why.empty() && !SetAside(why, [this] { return !WhyUnreadable(file_).empty(); })) {
-    return nullptr;
-  }
+  if (!why.empty() && !SetAside(why)) return nullptr;
   const auto open = [this] {
     auto settings =
         std::make_unique<QSettings>(QFileInfo(file_).absoluteFilePath(), QSettings::IniFormat);
     settings->allKeys();  // sections are parsed when they are first used
     return settings;
   };
-  const auto before = StampOf(file_);
   auto settings = open();
   const bool reported = std::exchange(
       forbidden_, settings->status() == QSettings::AccessError && MayNotBeRead(file_));
@@ -244,12 +258,11 @@ std::unique_ptr<QSettings> SharedIniFile::Open() {
   if (forbidden_) return nullptr;
   if (settings->status() != QSettings::FormatError) return settings;
   settings.reset();
-  const bool set_aside =
-      SetAside("it is not a settings file", [&] { return StampOf(file_) == before; });
-  return set_aside ? open() : nullptr;
+  return SetAside("it is not a settings file") ? open() : nullptr;
 }
 
 void SharedIniFile::Change(const std::function<void(QSettings& settings)>& change) {
+  const FileInUse held(file_);
   const auto settings = Open();
   if (settings) {
     AddValues(imported_, *settings);
@@ -282,14 +295,8 @@ void SharedIniFile::RequireWritten(QSettings* settings) const {
                            "disk is not full.");
 }
 
-// Renames the file and begins a new one. Another process may have done so just now, which
-// `still_damaged` finds out. Returns false if the file could not be renamed.
-bool SharedIniFile::SetAside(const std::string& why, const std::function<bool()>& still_damaged) {
-  // The lock that QSettings holds while it writes. Without one, in a folder that can't be written
-  // or on a full disk, renaming is worth trying.
-  QLockFile lock(QFileInfo(file_).absoluteFilePath() + QStringLiteral(".lock"));
-  lock.lock();
-  if (!still_damaged()) return true;
+// Renames the file and begins a new one. Returns false if it could not be renamed.
+bool SharedIniFile::SetAside(const std::string& why) {
   fs::path aside;
   int number = 1;
   do {
@@ -303,7 +310,7 @@ bool SharedIniFile::SetAside(const std::string& why, const std::function<bool()>
                         PathText(aside.filename()) + ", and a new file is used.");
     return true;
   }
-  // Another process may have renamed it without the lock.
+  // Another process may have renamed it where nobody is kept out.
   if (error == std::errc::no_such_file_or_directory) return true;
   problems_.push_back(PathText(file_) + " could not be read: " + why +
                       ". It could not be renamed either (" + error.message() +

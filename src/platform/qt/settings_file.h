@@ -56,7 +56,7 @@ class SharedIniFile {
   void Change(const std::function<void(QSettings& settings)>& change);
   void Begin() const;
   void RequireWritten(QSettings* settings) const;
-  bool SetAside(const std::string& why, const std::function<bool()>& still_damaged);
+  bool SetAside(const std::string& why);
   void ImportOldFile(const std::filesystem::path& old);
 
   std::filesystem::path file_;
