@@ -84,10 +84,28 @@ void AddJournal(SqliteDatabase& database) {
   AddColumns(database, "Sessions", {"AgainRun INTEGER", "AgainPlace INTEGER"});
 }
 
+// What closed trades were, computed from rows and bars, and the bars that were played: see
+// trades.h.
+void AddTrades(SqliteDatabase& database) {
+  static constexpr std::array<TableSchema, 2> kTables{
+      {{"PlayedBars",
+        "Session INTEGER, Run INTEGER, Orders INTEGER, NewestShown INTEGER, FirstBar INTEGER, "
+        "FirstDay INTEGER, LastDay INTEGER, Closes BLOB, PRIMARY KEY (Session, Run)"},
+       {"Trades",
+        "Session INTEGER, Run INTEGER, EntryRun INTEGER, EntryPlace INTEGER, ExitRun INTEGER, "
+        "ExitPlace INTEGER, Side TEXT, Quantity NUMERIC, EntryShare NUMERIC, EntryDay INTEGER, "
+        "EntryTime INTEGER, EntryBar INTEGER, EntryPrice NUMERIC, ExitDay INTEGER, ExitTime "
+        "INTEGER, ExitBar INTEGER, ExitPrice NUMERIC, Wiped INTEGER, LookAhead INTEGER, "
+        "MoneyPerPoint NUMERIC, Money NUMERIC, Costs NUMERIC, Adverse NUMERIC, AdverseBar INTEGER, "
+        "Favourable NUMERIC, FavourableBar INTEGER"}}};
+  CreateTables(database, kTables);
+  database.Execute("CREATE INDEX TradesOfPlayed ON Trades (Session, Run)");
+}
+
 }  // namespace
 
 const DatabaseKind& LedgerKind() {
-  static constexpr std::array kMigrations{CreateLedgerTables, AddSessions, AddJournal};
+  static constexpr std::array kMigrations{CreateLedgerTables, AddSessions, AddJournal, AddTrades};
   static const DatabaseKind kKind{"ledger", Tables(), kMigrations};
   return kKind;
 }

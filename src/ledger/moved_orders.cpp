@@ -1,5 +1,7 @@
 #include "ledger/moved_orders.h"
 
+#include "ledger/trades.h"
+
 namespace velumar {
 
 namespace {
@@ -30,6 +32,10 @@ void LedgerMoveOrders(LedgerConnection& connection, const std::vector<LedgerMove
       database.Run(update,
                    {double(order.moved), double(order.order.run), double(order.order.place)});
     }
+  }
+  if (!orders.empty()) {
+    LedgerDropTrades(database, WholeOf(database.FirstValue("SELECT Session FROM Runs WHERE Id = ?",
+                                                           {double(orders.front().order.run)})));
   }
   transaction.Commit();
 }

@@ -16,8 +16,8 @@ struct LedgerMovedOrder {
   int bar = 0;    // its number now
   int moved = 0;  // by so many bars
 };
-// Writes where the orders are now, and since when their plans' stops and targets are set, all or
-// nothing. Throws LedgerError.
+// Writes where the orders of a session are now, and since when their plans' stops and targets are
+// set, and drops its trades, which are computed again; all or nothing. Throws LedgerError.
 void LedgerMoveOrders(LedgerConnection& connection, const std::vector<LedgerMovedOrder>& orders);
 
 }  // namespace velumar

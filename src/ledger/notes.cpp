@@ -21,12 +21,10 @@ std::vector<LedgerNote> LedgerNotes(LedgerConnection& connection) {
   if (!database.HasTable("Notes")) return notes;
   SqliteStatement select =
       database.Prepare("SELECT Session, Run, Place, Note, Written FROM Notes ORDER BY Id");
-  const auto whole = [&select](int column) { return WholeOf(select.Value(column)); };
+  const auto whole = [&select](int column) { return select.Whole(column); };
   while (select.Step()) {
-    notes.push_back({whole(0),
-                     {whole(1), whole(2)},
-                     ValueAs<std::string>(select.Value(3)),
-                     ValueAs<std::string>(select.Value(4))});
+    notes.push_back(
+        {whole(0), {whole(1), whole(2)}, std::string(select.Text(3)), std::string(select.Text(4))});
   }
   return notes;
 }

@@ -6,27 +6,18 @@ namespace velumar {
 
 namespace {
 
-LedgerValue OrNull(std::optional<double> number) {
-  return number ? LedgerValue(*number) : LedgerValue();
-}
-
-std::optional<double> NumberOf(const LedgerValue& value) {
-  const auto* const number = std::get_if<double>(&value);
-  return number == nullptr ? std::nullopt : std::optional(*number);
-}
-
 LedgerPlan ReadPlan(const SqliteStatement& row) {
-  const auto whole = [&row](int column) { return WholeOf(row.Value(column)); };
-  const auto text = [&row](int column) { return ValueAs<std::string>(row.Value(column)); };
+  const auto whole = [&row](int column) { return row.Whole(column); };
+  const auto text = [&row](int column) { return std::string(row.Text(column)); };
   return {.id = whole(0),
           .session = whole(1),
           .order = {whole(2), whole(3)},
-          .stop = NumberOf(row.Value(4)),
-          .target = NumberOf(row.Value(5)),
+          .stop = row.Number(4),
+          .target = row.Number(5),
           .setup = text(6),
           .confidence = whole(7),
           .reasons = text(8),
-          .risk = NumberOf(row.Value(9)),
+          .risk = row.Number(9),
           .stop_since = whole(10),
           .target_since = whole(11),
           .written = text(12)};

@@ -5,6 +5,7 @@
 
 #include "base/dates.h"
 #include "base/number_text.h"
+#include "ledger/trades.h"
 
 namespace velumar {
 
@@ -40,6 +41,7 @@ class Revealing {
     RevealWiped();
     RevealRuns();
     RevealPlans();
+    LedgerDropTrades(database_, number_);
     database_.Run("UPDATE SessionMoments SET BarDate = ? WHERE Session = ?",
                   {double(Day(database_.FirstValue("SELECT BarDate FROM SessionMoments WHERE "
                                                    "Session = ?",

@@ -67,11 +67,12 @@ std::string LocklessVfs() { return std::string(sqlite3_vfs_find(nullptr)->zName)
 }  // namespace
 
 // A damaged ledger may hold any number.
-int WholeOf(const LedgerValue& value) {
-  const auto number = ValueAs<double>(value);
+int WholeOf(double number) {
   const double most = std::numeric_limits<int>::max();
   return std::abs(number) <= most ? static_cast<int>(number) : 0;
 }
+
+int WholeOf(const LedgerValue& value) { return WholeOf(ValueAs<double>(value)); }
 
 std::string CanonicalPath(const std::string& path) {
   constexpr int kMostLinks = 40;
@@ -141,6 +142,13 @@ void SqliteStatement::Bind(std::span<const LedgerValue> values) {
   }
 }
 
+void SqliteStatement::BindBytes(int place, std::span<const std::byte> bytes) {
+  if (sqlite3_bind_blob64(statement_.get(), place, bytes.data(), bytes.size(), SQLITE_TRANSIENT) !=
+      SQLITE_OK) {
+    Fail();
+  }
+}
+
 bool SqliteStatement::Step() {
   const int code = sqlite3_step(statement_.get());
   if (code == SQLITE_ROW) return true;
@@ -168,6 +176,25 @@ LedgerValue SqliteStatement::Value(int column) const {
       return std::string(static_cast<const char*>(sqlite3_column_blob(statement_.get(), column)),
                          static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column)));
   }
+}
+
+std::optional<double> SqliteStatement::Number(int column) const {
+  const int type = sqlite3_column_type(statement_.get(), column);
+  if (type != SQLITE_INTEGER && type != SQLITE_FLOAT) return std::nullopt;
+  return sqlite3_column_double(statement_.get(), column);
+}
+
+int SqliteStatement::Whole(int column) const { return WholeOf(Number(column).value_or(0)); }
+
+std::string_view SqliteStatement::Text(int column) const {
+  if (sqlite3_column_type(statement_.get(), column) != SQLITE_TEXT) return {};
+  const auto bytes = Bytes(column);
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+std::span<const std::byte> SqliteStatement::Bytes(int column) const {
+  const auto* bytes = static_cast<const std::byte*>(sqlite3_column_blob(statement_.get(), column));
+  return {bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column))};
 }
 
 SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
@@ -58,13 +59,21 @@ Type ValueAs(const LedgerValue& value) {
 
 // The whole number of a value, rounded towards 0; 0 for a text and for one that doesn't fit.
 int WholeOf(const LedgerValue& value);
+int WholeOf(double number);  // the same
+
+// Null for nothing.
+template <typename Number>
+LedgerValue OrNull(std::optional<Number> number) {
+  return number ? LedgerValue(static_cast<double>(*number)) : LedgerValue();
+}
 
 // A prepared statement, read row by row.
 class SqliteStatement {
  public:
   SqliteStatement(sqlite3* database, const std::string& file, std::string_view sql);
 
-  void Bind(std::span<const LedgerValue> values);  // one for each "?"
+  void Bind(std::span<const LedgerValue> values);               // one for each "?"
+  void BindBytes(int place, std::span<const std::byte> bytes);  // places count from 1
   // Returns false after the last row.
   bool Step();
   // Prepares it to be bound and run again.
@@ -72,6 +81,12 @@ class SqliteStatement {
   int Columns() const;
   std::string ColumnName(int column) const;  // columns count from 0
   LedgerValue Value(int column) const;
+  // Without a copy, for large tables. A value of another type counts as 0 or empty; a number of a
+  // damaged ledger that is no int counts as 0.
+  std::optional<double> Number(int column) const;
+  int Whole(int column) const;
+  std::string_view Text(int column) const;             // until the next step
+  std::span<const std::byte> Bytes(int column) const;  // until the next step
 
  private:
   struct Finalize {

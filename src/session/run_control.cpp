@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/ignoring.h"
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
 #include "session/delay.h"
 #include "session/moment.h"
 #include "session/plan_levels.h"
+#include "session/played_trades.h"
 #include "session/trade_again.h"
 
 namespace velumar {
@@ -371,7 +373,10 @@ std::optional<RevealedSession> RunControl::EndSession(int number) {
     return loaded ? Reveal() : std::optional(RevealSession(ledger_, number, cache_));
   }
   LedgerEndSession(ledger_, number);
-  if (loaded) Leave();
+  if (loaded) {
+    IgnoringErrors([this] { KeepTrades(ledger_, session_); });  // with the bars after the last one
+    Leave();
+  }
   return std::nullopt;
 }
 

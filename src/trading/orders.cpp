@@ -5,11 +5,13 @@
 
 #include "base/dates.h"
 #include "base/decimal.h"
+#include "base/ignoring.h"
 #include "base/number_text.h"
 #include "ledger/notes.h"
 #include "marketdata/interval.h"
 #include "session/moment.h"
 #include "session/plan_levels.h"
+#include "session/played_trades.h"
 #include "trading/status_texts.h"
 
 namespace velumar {
@@ -285,6 +287,8 @@ OrderResult OrderDesk::DropPosition(const Side& side, std::string_view position,
 void OrderDesk::Mark(const Side& side, bool entry, const LedgerOrderKey& key) {
   session_.Orders.push_back({session_.BarIndex, session_.MarketPrice, side.gains_on_rise, entry});
   chart_.ShowPositions();
+  // The order is placed. Trades that can't be kept now are computed once they are asked for.
+  if (!entry) IgnoringErrors([this] { KeepTrades(ledger_, session_); });
   const std::string picture = LedgerPictureFile(ledger_, key);
   if (!picture.empty()) chart_.TakePicture(picture);
 }

@@ -54,7 +54,8 @@ struct LedgerTest : testing::Test {
 void MakeOlder(const std::string& file) {
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
       .Execute(
-          "PRAGMA user_version=2; DROP TABLE Plans; DROP TABLE Notes; "
+          "PRAGMA user_version=2; DROP TABLE Trades; DROP TABLE PlayedBars; "
+          "DROP TABLE Plans; DROP TABLE Notes; "
           "ALTER TABLE Sessions DROP AgainRun; ALTER TABLE Sessions DROP AgainPlace");
 }
 

@@ -1,0 +1,264 @@
+#include "ledger/trades.h"
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <span>
+#include <utility>
+
+namespace velumar {
+
+namespace {
+
+// A scope in the tables: the number of a session and no run, or the other way round.
+std::pair<double, double> KeyOf(LedgerScope scope) {
+  const bool session = scope.kind == LedgerScope::Kind::kSession;
+  return {session ? scope.number : 0, session ? 0 : scope.number};
+}
+
+LedgerScope ScopeOf(int session, int run) {
+  return session != 0 ? LedgerScope::Session(session) : LedgerScope::Run(run);
+}
+
+struct ScopeOrder {
+  bool operator()(LedgerScope a, LedgerScope b) const { return KeyOf(a) < KeyOf(b); }
+};
+
+template <typename Value>
+using ByScope = std::map<LedgerScope, Value, ScopeOrder>;
+
+// The closes as they are in memory: all systems of Velumar store the lowest byte first.
+std::vector<float> ClosesOf(std::span<const std::byte> bytes) {
+  std::vector<float> closes(bytes.size() / sizeof(float));
+  if (!closes.empty()) std::memcpy(closes.data(), bytes.data(), closes.size() * sizeof(float));
+  return closes;
+}
+
+// Runs with the session that they belong to, if that is listed, and how many orders and wiped-out
+// holdings each has.
+std::string SelectRuns(const SqliteDatabase& database) {
+  const bool sessions = database.HasTable("SessionMoments");
+  return "SELECT R.Id, " +
+         std::string(sessions ? "coalesce(S.Id, 0), coalesce(S.Mask, ''), coalesce(M.NewestShown, "
+                                "0), coalesce(M.Touched, '')"
+                              : "0, '', 0, ''") +
+         ", R.Directory, R.Symbol, R.SymbolInterval, R.StartDate, R.StartTime, R.Market, "
+         "R.StartingMoney, R.Margin, R.MoneyPerPoint, O.Orders, O.Newest FROM Runs AS R JOIN "
+         "(SELECT Run, count(*) AS Orders, max(NewestShown) AS Newest FROM (SELECT Run, "
+         "NewestShown "
+         "FROM Details UNION ALL SELECT Run, NewestShown FROM Wiped) GROUP BY Run) AS O ON O.Run = "
+         "R.Id" +
+         (sessions ? " LEFT JOIN Sessions AS S ON S.Id = R.Session LEFT JOIN SessionMoments AS M "
+                     "ON M.Session = S.Id"
+                   : "") +
+         " ORDER BY R.Id";
+}
+
+LedgerScopeState StateOf(const SqliteStatement& row) {
+  const auto text = [&row](int column) { return std::string(row.Text(column)); };
+  const auto number = [&row](int column) { return row.Number(column).value_or(0); };
+  return {.scope = ScopeOf(row.Whole(1), row.Whole(0)),
+          .orders = 0,
+          .newest_shown = row.Whole(3),
+          .began = {.directory = text(5),
+                    .symbol = text(6),
+                    .interval = text(7),
+                    .start_date = text(8),
+                    .start_time = text(9),
+                    .market = text(10),
+                    .starting_money = number(11),
+                    .margin = number(12),
+                    .money_per_point = number(13)},
+          .blind = !row.Text(2).empty(),
+          .touched = text(4)};
+}
+
+// What is kept of each scope: its orders and its newest bar. Those without bars are computed again,
+// since the data may be there again.
+ByScope<std::pair<int, int>> KeptStates(const SqliteDatabase& database) {
+  ByScope<std::pair<int, int>> kept;
+  if (!database.HasTable("PlayedBars")) return kept;
+  SqliteStatement select = database.Prepare(
+      "SELECT Session, Run, Orders, NewestShown FROM PlayedBars WHERE length(Closes) > 0");
+  while (select.Step()) {
+    kept[ScopeOf(select.Whole(0), select.Whole(1))] = {select.Whole(2), select.Whole(3)};
+  }
+  return kept;
+}
+
+LedgerTrade TradeOf(const SqliteStatement& row) {
+  const auto number = [&row](int column) { return row.Number(column).value_or(0); };
+  const auto bar = [&row](int column) {
+    return row.Number(column) ? std::optional(row.Whole(column)) : std::nullopt;
+  };
+  return {.entry = {row.Whole(2), row.Whole(3)},
+          .exit = {row.Whole(4), row.Whole(5)},
+          .is_long = row.Text(6) == "Long",
+          .quantity = number(7),
+          .entry_share = number(8),
+          .entry_day = row.Whole(9),
+          .entry_time = row.Whole(10),
+          .entry_bar = bar(11),
+          .entry_price = number(12),
+          .exit_day = row.Whole(13),
+          .exit_time = row.Whole(14),
+          .exit_bar = bar(15),
+          .exit_price = number(16),
+          .wiped = row.Whole(17) != 0,
+          .look_ahead = row.Whole(18) != 0,
+          .money_per_point = row.Number(19),
+          .money = row.Number(20),
+          .costs = number(21),
+          .adverse = row.Number(22),
+          .favourable = row.Number(24),
+          .adverse_bar = row.Whole(23),
+          .favourable_bar = row.Whole(25)};
+}
+
+void Insert(SqliteDatabase& database, LedgerScope scope, const LedgerTrade& trade) {
+  static const std::string kInsert = [] {
+    std::string places = "?";
+    for (int i = 1; i < 26; ++i) places += ", ?";
+    return "INSERT INTO Trades (Session, Run, EntryRun, EntryPlace, ExitRun, ExitPlace, Side, "
+           "Quantity, EntryShare, EntryDay, EntryTime, EntryBar, EntryPrice, ExitDay, ExitTime, "
+           "ExitBar, ExitPrice, Wiped, LookAhead, MoneyPerPoint, Money, Costs, Adverse, "
+           "AdverseBar, Favourable, FavourableBar) VALUES (" +
+           places + ")";
+  }();
+  const auto bar_of = [](const std::optional<double>& excursion, int bar) {
+    return excursion ? LedgerValue(double(bar)) : LedgerValue();
+  };
+  const auto [session, run] = KeyOf(scope);
+  database.Run(kInsert, {session,
+                         run,
+                         double(trade.entry.run),
+                         double(trade.entry.place),
+                         double(trade.exit.run),
+                         double(trade.exit.place),
+                         trade.is_long ? "Long" : "Short",
+                         trade.quantity,
+                         trade.entry_share,
+                         double(trade.entry_day),
+                         double(trade.entry_time),
+                         OrNull(trade.entry_bar),
+                         trade.entry_price,
+                         double(trade.exit_day),
+                         double(trade.exit_time),
+                         OrNull(trade.exit_bar),
+                         trade.exit_price,
+                         double(trade.wiped),
+                         double(trade.look_ahead),
+                         OrNull(trade.money_per_point),
+                         OrNull(trade.money),
+                         trade.costs,
+                         OrNull(trade.adverse),
+                         bar_of(trade.adverse, trade.adverse_bar),
+                         OrNull(trade.favourable),
+                         bar_of(trade.favourable, trade.favourable_bar)});
+}
+
+void Drop(SqliteDatabase& database, LedgerScope scope) {
+  const auto [session, run] = KeyOf(scope);
+  database.Run("DELETE FROM Trades WHERE Session = ? AND Run = ?", {session, run});
+  database.Run("DELETE FROM PlayedBars WHERE Session = ? AND Run = ?", {session, run});
+}
+
+}  // namespace
+
+std::vector<LedgerScopeState> LedgerScopes(LedgerConnection& connection) {
+  const SqliteDatabase& database = connection.ForReading();
+  const auto kept = KeptStates(database);
+  std::vector<LedgerScopeState> states;
+  ByScope<std::size_t> places;
+  SqliteStatement select = database.Prepare(SelectRuns(database));
+  while (select.Step()) {
+    LedgerScopeState state = StateOf(select);
+    const auto [place, is_new] = places.try_emplace(state.scope, states.size());
+    if (is_new) states.push_back(std::move(state));
+    LedgerScopeState& known = states[place->second];
+    known.orders += select.Whole(14);
+    known.newest_shown = std::max(known.newest_shown, select.Whole(15));
+  }
+  for (LedgerScopeState& state : states) {
+    const auto found = kept.find(state.scope);
+    state.up_to_date =
+        found != kept.end() && found->second == std::pair(state.orders, state.newest_shown);
+  }
+  return states;
+}
+
+std::vector<LedgerTrades> LedgerReadTrades(LedgerConnection& connection) {
+  const SqliteDatabase& database = connection.ForReading();
+  std::vector<LedgerTrades> all;
+  if (!database.HasTable("PlayedBars")) return all;
+  ByScope<std::size_t> places;
+  SqliteStatement bars = database.Prepare(
+      "SELECT Session, Run, Orders, NewestShown, FirstBar, FirstDay, LastDay, Closes FROM "
+      "PlayedBars");
+  while (bars.Step()) {
+    const LedgerScope scope = ScopeOf(bars.Whole(0), bars.Whole(1));
+    places.emplace(scope, all.size());
+    all.push_back({.scope = scope,
+                   .orders = bars.Whole(2),
+                   .newest_shown = bars.Whole(3),
+                   .first_bar = bars.Whole(4),
+                   .first_day = bars.Whole(5),
+                   .last_day = bars.Whole(6),
+                   .closes = ClosesOf(bars.Bytes(7)),
+                   .trades = {}});
+  }
+  SqliteStatement trades = database.Prepare(
+      "SELECT Session, Run, EntryRun, EntryPlace, ExitRun, ExitPlace, Side, Quantity, EntryShare, "
+      "EntryDay, EntryTime, EntryBar, EntryPrice, ExitDay, ExitTime, ExitBar, ExitPrice, Wiped, "
+      "LookAhead, MoneyPerPoint, Money, Costs, Adverse, AdverseBar, Favourable, FavourableBar FROM "
+      "Trades ORDER BY rowid");
+  while (trades.Step()) {
+    const auto place = places.find(ScopeOf(trades.Whole(0), trades.Whole(1)));
+    if (place != places.end()) all[place->second].trades.push_back(TradeOf(trades));
+  }
+  return all;
+}
+
+void LedgerWriteTrades(LedgerConnection& connection, const LedgerTrades& trades) {
+  SqliteDatabase& database = connection.ForWriting();
+  SqliteTransaction transaction(database);
+  Drop(database, trades.scope);
+  const auto [session, run] = KeyOf(trades.scope);
+  SqliteStatement bars = database.Prepare(
+      "INSERT INTO PlayedBars (Session, Run, Orders, NewestShown, FirstBar, FirstDay, LastDay, "
+      "Closes) VALUES (?, ?, ?, ?, ?, ?, ?, ?)");
+  const LedgerValue values[] = {session,
+                                run,
+                                double(trades.orders),
+                                double(trades.newest_shown),
+                                double(trades.first_bar),
+                                double(trades.first_day),
+                                double(trades.last_day)};
+  bars.Bind(values);
+  bars.BindBytes(8, std::as_bytes(std::span(trades.closes)));
+  bars.Step();
+  for (const LedgerTrade& trade : trades.trades) Insert(database, trades.scope, trade);
+  bars.Reset();
+  transaction.Commit();
+}
+
+void LedgerDropTrades(SqliteDatabase& database, int session) {
+  Drop(database, LedgerScope::Session(session));
+}
+
+std::vector<LedgerEntryPlan> LedgerEntryPlans(LedgerConnection& connection) {
+  const SqliteDatabase& database = connection.ForReading();
+  std::vector<LedgerEntryPlan> plans;
+  if (!database.HasTable("Plans")) return plans;
+  SqliteStatement select = database.Prepare(
+      "SELECT Run, Place, Setup, Confidence, Risk FROM Plans WHERE Place > 0 ORDER BY Id");
+  while (select.Step()) {
+    plans.push_back({{select.Whole(0), select.Whole(1)},
+                     std::string(select.Text(2)),
+                     select.Whole(3),
+                     select.Number(4).value_or(0)});
+  }
+  return plans;
+}
+
+}  // namespace velumar
