@@ -10,6 +10,7 @@
 
 #include "base/number_text.h"
 #include "progress/progress_figures.h"
+#include "progress/result_unit.h"
 
 namespace velumar {
 
@@ -22,15 +23,16 @@ struct MovableTrade {
   std::uint32_t entry = 0;        // close at which it was entered
   std::uint32_t bars = 0;         // it was held
   double position = 0;            // money per point; below 0 on the short side
+  double compared = 0;            // the same in the unit that is compared
 
-  double Result(std::uint32_t from, std::uint32_t held) const {
-    return position *
-           (static_cast<double>(closes[from + held]) - static_cast<double>(closes[from]));
+  double Rise(std::uint32_t from, std::uint32_t held) const {
+    return static_cast<double>(closes[from + held]) - static_cast<double>(closes[from]);
   }
 };
 
 // Nothing if the trade cannot be moved: see SkillOrLuck::trades.
-std::optional<MovableTrade> Movable(const Played& played, const PlayedTrade& trade) {
+std::optional<MovableTrade> Movable(const Played& played, const ResultUnit& unit,
+                                    const PlayedTrade& trade) {
   const PlayedSession& session = played.sessions[static_cast<std::size_t>(trade.session)];
   const auto count = static_cast<std::int64_t>(session.closes.size());
   const std::int64_t entry = std::int64_t{trade.entry_bar} - session.first_bar;
@@ -38,12 +40,15 @@ std::optional<MovableTrade> Movable(const Played& played, const PlayedTrade& tra
   if (trade.entry_bar == kAbsent || entry < 0 || bars < 0 || entry + bars >= count) {
     return std::nullopt;
   }
-  return MovableTrade{
-      .closes = session.closes.data(),
-      .count = static_cast<std::uint32_t>(count),
-      .entry = static_cast<std::uint32_t>(entry),
-      .bars = static_cast<std::uint32_t>(bars),
-      .position = (trade.is_long ? 1 : -1) * trade.quantity * trade.money_per_point};
+  const double position = (trade.is_long ? 1 : -1) * trade.quantity * trade.money_per_point;
+  const auto compared = unit.Of(trade, position);
+  if (!compared) return std::nullopt;
+  return MovableTrade{.closes = session.closes.data(),
+                      .count = static_cast<std::uint32_t>(count),
+                      .entry = static_cast<std::uint32_t>(entry),
+                      .bars = static_cast<std::uint32_t>(bars),
+                      .position = position,
+                      .compared = *compared};
 }
 
 double BuyAndHold(const Played& played, std::span<const std::int32_t> selection) {
@@ -93,7 +98,7 @@ constexpr std::size_t kRoundsOfDeal = 8;
 // All trades of the groups, each drawn once in a round for all groups that have it.
 class RandomTraders {
  public:
-  RandomTraders(const Played& played, const std::vector<TradeGroup>& groups)
+  RandomTraders(const Played& played, const ResultUnit& unit, const std::vector<TradeGroup>& groups)
       : results_(groups.size()) {
     // Trade by trade, so that the closes of a session stay in the cache for all rounds of a block.
     std::vector<std::pair<std::int32_t, std::uint32_t>> members;
@@ -105,7 +110,8 @@ class RandomTraders {
     std::ranges::sort(members);
     std::int32_t last = kAbsent;
     for (const auto& [place, group] : members) {
-      if (place != last && !Add(played, played.trades[static_cast<std::size_t>(place)])) continue;
+      const PlayedTrade& trade = played.trades[static_cast<std::size_t>(place)];
+      if (place != last && !Add(played, unit, trade)) continue;
       last = place;
       groups_.push_back(group);
       trades_.back().end = groups_.size();
@@ -134,8 +140,8 @@ class RandomTraders {
   using Kind = std::tuple<std::int32_t, std::int32_t, bool>;  // interval, setup, side
 
   // Returns false if the trade cannot be moved.
-  bool Add(const Played& played, const PlayedTrade& trade) {
-    const auto movable = Movable(played, trade);
+  bool Add(const Played& played, const ResultUnit& unit, const PlayedTrade& trade) {
+    const auto movable = Movable(played, unit, trade);
     if (!movable) return false;
     const PlayedSession& session = played.sessions[static_cast<std::size_t>(trade.session)];
     const std::size_t kind =
@@ -163,8 +169,8 @@ class RandomTraders {
         double* const results = &drawn[deal * kRoundsOfDeal];
         for (std::size_t i = 0; i < kRoundsOfDeal; i += 2) {
           const auto [from, other] = random.TwoBelow(trade.count - bars);
-          results[i] = trade.Result(from, bars);
-          results[i + 1] = trade.Result(other, bars);
+          results[i] = trade.compared * trade.Rise(from, bars);
+          results[i + 1] = trade.compared * trade.Rise(other, bars);
         }
       }
       for (std::size_t i = grouped.first; i < grouped.end; ++i) {
@@ -217,20 +223,27 @@ bool SkillOrLuck::Enough() const { return trades >= kTooFewTrades; }
 std::vector<SkillOrLuck> CompareWithRandomTraders(const Played& played,
                                                   const std::vector<TradeGroup>& groups,
                                                   const RoundOptions& options) {
-  RandomTraders traders(played, groups);
+  if (groups.empty()) return {};
+  const ResultUnit unit(played, groups.front().trades);
+  RandomTraders traders(played, unit, groups);
   traders.Compute(options);
   std::vector<SkillOrLuck> compared;
   for (std::size_t i = 0; i < groups.size(); ++i) {
     SkillOrLuck& skill = compared.emplace_back();
     skill.group = groups[i].name;
+    skill.in_r = unit.in_r;
     for (const std::int32_t place : groups[i].trades) {
-      const auto movable = Movable(played, played.trades[static_cast<std::size_t>(place)]);
-      if (movable) skill.result += movable->Result(movable->entry, movable->bars);
+      const auto movable = Movable(played, unit, played.trades[static_cast<std::size_t>(place)]);
+      if (movable) {
+        const double rise = movable->Rise(movable->entry, movable->bars);
+        skill.result += movable->position * rise;
+        skill.compared += movable->compared * rise;
+      }
       ++(movable ? skill.trades : skill.left_out);
     }
     skill.buy_and_hold = BuyAndHold(played, groups[i].trades);
     skill.random_results = traders.TakeResults(i);
-    skill.share = ShareAsGood(skill.random_results, skill.result);
+    skill.share = ShareAsGood(skill.random_results, skill.compared);
   }
   AdjustShares(compared);
   return compared;
@@ -254,6 +267,7 @@ std::string SkillSentence(const SkillOrLuck& skill, std::size_t groups) {
     return "Too few trades to compare with random traders: " + ExactText(skill.trades) + ".";
   }
   std::string text = ShareInWords(skill.share) + " random traders did as well";
+  if (skill.in_r) text += " in R";
   if (groups > 1) text += " (" + ExactText(groups) + " groups looked at)";
   return text + (skill.IsSkill() ? ": more than luck." : ": not yet more than luck.");
 }

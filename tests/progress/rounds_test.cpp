@@ -108,7 +108,7 @@ TEST(RandomTraders, FindTheSkillInOneSetupAndNothingElse) {
   for (const SkillOrLuck& skill : skills) found.push_back(skill.IsSkill());
   EXPECT_THAT(found, ElementsAre(true, false, true, false, false));
   EXPECT_EQ(SkillSentence(skills[2], 5),
-            "5 of 10,000 random traders did as well (5 groups looked at): more than luck.");
+            "5 of 10,000 random traders did as well in R (5 groups looked at): more than luck.");
 }
 
 TEST(RandomTraders, CompareLikeWithLike) {
