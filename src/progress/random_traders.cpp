@@ -93,7 +93,7 @@ class HoldingTimes {
 };
 
 // A deal is used by some rounds, which draw their entries each: dealing costs as much as drawing.
-constexpr std::size_t kRoundsOfDeal = 8;
+constexpr std::size_t kRoundsOfDeal = 16;
 
 // All trades of the groups, each drawn once in a round for all groups that have it.
 class RandomTraders {
