@@ -29,6 +29,14 @@ double RoundStep(double least) {
   return 10 * power;
 }
 
+QString GroupedText(double value, int decimals) {
+  return QLocale(QLocale::English, QLocale::UnitedStates).toString(value, 'f', decimals);
+}
+
+QString StepLabel(double value, double step) {
+  return GroupedText(value, std::max(0, static_cast<int>(-std::floor(std::log10(step) + 1e-9))));
+}
+
 void ValueTicker::SetUnit(double origin, double unit) {
   setTickOrigin(origin);
   unit_ = unit;

@@ -9,6 +9,11 @@ namespace velumar {
 // The smallest of 1, 2, 5, 10, 20, 50 ... times any power of ten that is not below `least`.
 double RoundStep(double least);
 
+// "1,234.50"
+QString GroupedText(double value, int decimals);
+// The same with as many decimals as the distance between two labels needs.
+QString StepLabel(double value, double step);
+
 // Round values on a vertical axis: multiples of 1, 2 or 5 times a power of ten. On a logarithmic
 // axis over a factor of 4 or more, the same few values of each decade. The ticker must not outlive
 // the axis.

@@ -20,15 +20,6 @@ QPointF DepthFor(const QSize& size) {
   return {std::round(across), -std::round(across * 0.7)};
 }
 
-QString MoneyLabel(double value, int decimals) {
-  return QLocale(QLocale::English, QLocale::UnitedStates).toString(value, 'f', decimals);
-}
-
-// As many decimals as the distance between two labels needs.
-QString AxisLabel(double value, double step) {
-  return MoneyLabel(value, std::max(0, static_cast<int>(-std::floor(std::log10(step) + 1e-9))));
-}
-
 // The dates of as many points as have room next to each other, none cut off by the picture's edge.
 class DateTicker : public QCPAxisTicker {
  public:
@@ -82,7 +73,7 @@ ResultPlot::ResultPlot(QWidget* parent) : BarPlot(parent) {
   rect_ = AddRect(1, QCPAxis::atLeft);
   QCPAxis* const values = rect_->axis(QCPAxis::atLeft);
   BarAxis().setTicker(QSharedPointer<DateTicker>::create(BarAxis(), scene_));
-  values->setTicker(QSharedPointer<ValueTicker>::create(*values, 46, AxisLabel));
+  values->setTicker(QSharedPointer<ValueTicker>::create(*values, 46, StepLabel));
   for (QCPAxis* const axis : rect_->axes()) {
     axis->grid()->setVisible(false);
     axis->setLabelPadding(6);
@@ -200,7 +191,7 @@ void ResultPlot::ShowPointerText(std::size_t point, QPointF centre) {
   constexpr int kDistance = 10;
   constexpr int kDecimals = 2;
   pointer_text_->setText(ToQt(scene_.points.labels[point]) + QStringLiteral("   ") +
-                         MoneyLabel(scene_.points.values[point], kDecimals));
+                         GroupedText(scene_.points.values[point], kDecimals));
   const QSize room = QFontMetrics(font()).boundingRect(pointer_text_->text()).size() +
                      QSize(2 * kDistance, 2 * kDistance);
   const bool right = centre.x() + room.width() <= rect_->right();

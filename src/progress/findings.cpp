@@ -1,0 +1,72 @@
+#include "progress/findings.h"
+
+#include <cmath>
+
+#include "results/figure_texts.h"
+
+namespace velumar {
+
+namespace {
+
+std::string WholePercent(double share) {
+  const double percent = share * 100;
+  if (percent > 0 && percent < 1) return "less than 1 %";
+  return std::to_string(std::lround(percent)) + " %";
+}
+
+std::string Comparison(const SkillOrLuck& whole) {
+  std::string text = "Result " + MoneyText(whole.result) + " at the closes and before costs; " +
+                     MoneyText(whole.buy_and_hold) +
+                     " by buying at the start of each session and "
+                     "holding to its end.";
+  if (whole.left_out > 0) {
+    text += " Without " + std::to_string(whole.left_out) +
+            (whole.left_out == 1 ? " trade" : " trades") + " whose bars were not recorded.";
+  }
+  return text;
+}
+
+std::string RiskSentence(const RiskAhead& risk) {
+  std::string text = "In the next " + std::to_string(kTradesAhead) +
+                     " trades like these: half of the account lost " + WholePercent(risk.ruin) +
+                     ", a drawdown of";
+  for (std::size_t i = 0; i < kFallShares.size(); ++i) {
+    text +=
+        (i == 0 ? " " : ", ") + WholePercent(kFallShares[i]) + " " + WholePercent(risk.falls[i]);
+  }
+  return text + ".";
+}
+
+std::string SizeSentence(const RiskAhead& risk) {
+  const bool bounded = risk.size < kLargestSize;
+  std::string text = bounded ? QuantityText(std::floor(risk.size * 100) / 100) + " times the size"
+                             : "Even " + QuantityText(kLargestSize) + " times the size";
+  if (bounded && risk.risk_per_trade) {
+    text += " (" + PercentText(risk.risk_per_trade) + " of the account at risk in each trade)";
+  }
+  return text + " keeps a drawdown of " + WholePercent(kWorstFall) + " below " +
+         WholePercent(kAcceptedRisk) + ".";
+}
+
+}  // namespace
+
+std::vector<std::string> FindingsOf(const std::vector<SkillOrLuck>& skills,
+                                    const std::optional<RiskAhead>& risk) {
+  std::vector<std::string> lines;
+  if (!skills.empty()) {
+    lines.push_back(SkillSentence(skills.front(), skills.size()));
+    if (skills.front().Enough()) lines.push_back(Comparison(skills.front()));
+  }
+  for (std::size_t i = 1; i < skills.size(); ++i) {
+    if (skills[i].IsSkill()) {
+      lines.push_back(skills[i].group + ": " + SkillSentence(skills[i], skills.size()));
+    }
+  }
+  if (risk) {
+    lines.push_back(RiskSentence(*risk));
+    lines.push_back(SizeSentence(*risk));
+  }
+  return lines;
+}
+
+}  // namespace velumar
