@@ -33,6 +33,18 @@ void Chart::SaveTo(const std::string& file) const {
   save(file);
 }
 
+void Plot::Reset() {
+  Control::Reset();
+  picture_.reset();
+  endings.clear();
+  save = nullptr;
+}
+
+void Plot::SaveTo(const std::string& file) const {
+  if (!save) throw std::runtime_error(file + ": no window shows the picture");
+  save(file);
+}
+
 void ChartPicture::Reset() {
   Control::Reset();
   content_ = {};

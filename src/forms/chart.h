@@ -73,6 +73,29 @@ class Chart : public Control {
   ChartContent content_;
 };
 
+struct NumberPicture;  // progress/number_picture.h
+
+// A picture of numbers, such as an equity curve.
+class Plot : public Control {
+ public:
+  Plot(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kPlot, spec) {}
+  void Reset() override;
+
+  // Null: an empty picture.
+  const std::shared_ptr<const NumberPicture>& Picture() const { return picture_; }
+  void SetPicture(std::shared_ptr<const NumberPicture> picture) { Assign(picture_, picture); }
+  // Saves it as it is shown. Throws std::runtime_error that names the file; an existing file is
+  // then unchanged.
+  void SaveTo(const std::string& file) const;
+
+  // Set by the view: the file types, and how to save one.
+  std::vector<std::string> endings;
+  std::function<void(const std::string& file)> save;
+
+ private:
+  std::shared_ptr<const NumberPicture> picture_;
+};
+
 // How the page of a preview is printed.
 struct PrintJob {
   int orientation = 1;  // 2 is landscape

@@ -73,6 +73,7 @@ enum class ControlKind : std::uint8_t {
   kTable,
   kChart,
   kChartPicture,
+  kPlot,
   kScrollBar,
   kMenu,
   kLine,

@@ -6,6 +6,7 @@
 #include "forms/form.h"
 #include "forms/journal_controls.h"
 #include "forms/panels.h"
+#include "forms/progress_controls.h"
 #include "forms/table.h"
 
 namespace velumar {
@@ -14,7 +15,7 @@ namespace velumar {
 // figures below.
 class FrmResult : public Form {
  public:
-  enum Tab { kChartTab, kStatisticsTab, kOrdersTab, kJournalTab };
+  enum Tab { kChartTab, kStatisticsTab, kOrdersTab, kJournalTab, kProgressTab };
   enum ToolbarButton {
     kSaveAs = 1,
     kPreview = 3,
@@ -83,17 +84,18 @@ class FrmResult : public Form {
        "", kNote}};
   Table lstOrders{*this, {"lstOrders", 120, 120, 10335, 7740, "", "Orders"}};
   JournalControls journal{*this};
+  ProgressControls progress{*this};
   TabBar tabSheets{*this,
-                   {"tabSheets", 60, 7920, 4425, 345, "", ""},
-                   {"Chart", "Statistics", "Orders", "Journal"}};
+                   {"tabSheets", 60, 7920, 5190, 345, "", ""},
+                   {"Chart", "Statistics", "Orders", "Journal", "Progress"}};
   Button cmdCopy{
       *this,
-      {"cmdCopy", 4605, 7920, 675, 345, "Copy", "Copy the selected rows, or all rows (Ctrl+C)"}};
+      {"cmdCopy", 5325, 7920, 675, 345, "Copy", "Copy the selected rows, or all rows (Ctrl+C)"}};
   Button cmdExport{*this,
-                   {"cmdExport", 5355, 7920, 1320, 345, "Export CSV...",
-                    "Save the orders or the journal as CSV"}};
+                   {"cmdExport", 6075, 7920, 1320, 345, "Export CSV...",
+                    "Save the orders, the journal or the trades of all sessions as CSV"}};
   ComboBox cbxRun{
-      *this, {"cbxRun", 6750, 7920, 3705, 345, "", "The session or run whose results are shown"}};
+      *this, {"cbxRun", 7470, 7920, 2985, 345, "", "The session or run whose results are shown"}};
 
   Frame Frame1{*this, {"Frame1", 0, 8760, 5295, 2175, " Summary ", "", kHeading}};
   Label Label1{*this, {"Label1", 240, 360, 900, 300, "Symbol:", "", kCaption}};

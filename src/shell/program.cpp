@@ -44,7 +44,7 @@ struct Program::Parts {
                  [this](int number) { setup.ResumeSession(number); }),
         navigator(session, windows, desktop, platform, run, ledger),
         score_board(session, desktop, platform),
-        results(desktop, platform, ledger, score_board,
+        results(desktop, platform, ledger, cache, score_board,
                 [this](const LedgerOrderKey& entry) { setup.PlayAgain(entry); }),
         preview(desktop, platform),
         plans(session, windows, platform, ledger, chart),

@@ -57,13 +57,14 @@ std::string FiguresOfText(LedgerScope shown, LedgerScope of_figures) {
 }  // namespace
 
 ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
-                           ScoreBoard& score_board,
+                           IndexCache& cache, ScoreBoard& score_board,
                            std::function<void(const LedgerOrderKey& entry)> play_again)
     : desktop_(desktop),
       platform_(platform),
       ledger_(ledger),
       score_board_(score_board),
-      journal_(desktop, platform, ledger, std::move(play_again)) {
+      journal_(desktop, platform, ledger, std::move(play_again)),
+      progress_(desktop, platform, ledger, cache) {
   Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);
   windows.form1.imgGraph.on_click = windows.form3.imgGraph.on_click =
@@ -72,7 +73,10 @@ ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnectio
   form.on_load = guarded("Opening the results", [this] { Load(); });
   form.on_close = form.on_escape =
       guarded("Closing the results", [this] { desktop_.Unload(Window()); });
-  form.on_unload = guarded("Keeping the note", [this] { journal_.KeepNote(); });
+  form.on_unload = guarded("Keeping the note", [this] {
+    progress_.Leave();
+    journal_.KeepNote();
+  });
   Chart& chart = form.MSChart1;
   std::map<int, std::function<void()>> buttons{
       {FrmResult::kSaveAs, guarded("Saving the chart", [this] { SaveChartAs(); })},
@@ -137,6 +141,7 @@ void ResultWindow::SetUpTables() {
   }
   form.lstOrders.SetColumns(std::move(columns));
   journal_.SetUp();
+  progress_.SetUp();
 }
 
 // If the ledger can't be read, reading the results says so.
@@ -272,16 +277,21 @@ void ResultWindow::Choose() {
 }
 
 void ResultWindow::ChooseTab() {
-  TabBar& tabs = Window().tabSheets;
-  if (tabs.Index() == tab_) return;
+  const int before = tab_;
+  const int chosen = Window().tabSheets.Index();
+  if (chosen == before) return;
   try {
-    if (tabs.Index() != FrmResult::kChartTab && !account_) Show(Read(scope_, true));
+    const bool of_account = chosen != FrmResult::kChartTab && chosen != FrmResult::kProgressTab;
+    if (of_account && !account_) Show(Read(scope_, true));
+    tab_ = chosen;
+    ShowTab();
+    if (chosen == FrmResult::kProgressTab) progress_.Show();
   } catch (const std::exception&) {
-    tabs.SetIndex(tab_);
+    tab_ = before;
+    Window().tabSheets.SetIndex(before);
+    ShowTab();
     throw;
   }
-  tab_ = tabs.Index();
-  ShowTab();
 }
 
 void ResultWindow::ShowTab() {
@@ -291,8 +301,10 @@ void ResultWindow::ShowTab() {
   form.lblSheetNote.SetVisible(tab_ == FrmResult::kStatisticsTab);
   form.lstOrders.SetVisible(tab_ == FrmResult::kOrdersTab);
   form.cmdCopy.SetVisible(tab_ != FrmResult::kChartTab);
-  form.cmdExport.SetVisible(tab_ == FrmResult::kOrdersTab || tab_ == FrmResult::kJournalTab);
+  form.cmdExport.SetVisible(tab_ >= FrmResult::kOrdersTab);
+  form.cbxRun.SetVisible(tab_ != FrmResult::kProgressTab);  // it is over all of them
   journal_.SetVisible(tab_ == FrmResult::kJournalTab);
+  progress_.SetVisible(tab_ == FrmResult::kProgressTab);
 }
 
 void ResultWindow::ShowStatistics() {
@@ -330,19 +342,23 @@ void ResultWindow::SortOrdersBy(std::size_t column) {
 
 void ResultWindow::Copy() {
   const FrmResult& form = Window();
-  const Table& table = tab_ == FrmResult::kOrdersTab    ? form.lstOrders
-                       : tab_ == FrmResult::kJournalTab ? form.journal.lstTrades
-                                                        : form.lstStatistics;
+  const Table& table = tab_ == FrmResult::kOrdersTab     ? form.lstOrders
+                       : tab_ == FrmResult::kJournalTab  ? form.journal.lstTrades
+                       : tab_ == FrmResult::kProgressTab ? form.progress.lstFigures
+                                                         : form.lstStatistics;
   platform_.clipboard.SetText(table.CopyText());
 }
 
 void ResultWindow::Export() {
-  const bool journal = tab_ == FrmResult::kJournalTab;
-  const std::string what = journal ? "Journal" : "Orders";
+  const std::string what = tab_ == FrmResult::kOrdersTab    ? "Orders"
+                           : tab_ == FrmResult::kJournalTab ? "Journal"
+                                                            : "Trades";
   const auto file = platform_.files.ChooseFile({{what + " (*.csv)", "csv"}}, what);
   if (!file || file->empty()) return;
-  ReplaceWholeFile(NativePath(*file),
-                   journal ? JournalCsv({journal_.Shown()}) : OrdersCsv(*orders_));
+  ReplaceWholeFile(NativePath(*file), tab_ == FrmResult::kOrdersTab ? OrdersCsv(*orders_)
+                                      : tab_ == FrmResult::kJournalTab
+                                          ? JournalCsv({journal_.Shown()})
+                                          : progress_.TradesAsCsv());
 }
 
 void ResultWindow::PrintReport() {

@@ -13,6 +13,7 @@
 #include "results/result_figures.h"
 #include "results/run_record.h"
 #include "shell/journal_tab.h"
+#include "shell/progress_tab.h"
 #include "shell/score_board.h"
 
 namespace velumar {
@@ -23,7 +24,7 @@ namespace velumar {
 // show at the next reading.
 class ResultWindow {
  public:
-  ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
+  ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger, IndexCache& cache,
                ScoreBoard& score_board,
                std::function<void(const LedgerOrderKey& entry)> play_again);
 
@@ -74,6 +75,7 @@ class ResultWindow {
   LedgerConnection& ledger_;
   ScoreBoard& score_board_;
   JournalTab journal_;
+  ProgressTab progress_;
   std::vector<ResultChoice> choices_;  // in the order of the list
   LedgerScope scope_ = kCurrentRun;    // shown
   int tab_ = FrmResult::kChartTab;

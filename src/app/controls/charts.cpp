@@ -5,6 +5,7 @@
 #include "forms/chart.h"
 #include "forms/form.h"
 #include "resultchart/chart_file.h"
+#include "resultchart/number_plot.h"
 #include "resultchart/result_plot.h"
 
 namespace velumar {
@@ -51,7 +52,32 @@ class ChartView : public View<ResultPlot, Chart> {
   std::shared_ptr<const ChartRows> rows_;  // as shown
 };
 
-// The same chart as ink on paper, at the size of the control. It can be dragged.
+// A picture of numbers in the colours of the window. It is saved as it is shown.
+class PlotView : public View<NumberPlot, Plot> {
+ public:
+  explicit PlotView(const Parts& parts) : View(parts) {
+    setFont(context_.Look().faces.Plain(font().pixelSize()));
+    model_.endings.clear();
+    for (const QString& ending : PictureFileEndings())
+      model_.endings.push_back(ending.toStdString());
+    model_.save = [this](const std::string& file) {
+      SaveTo(LogicalPlace(model_).size(), ToQt(file));
+    };
+  }
+  void Update() override {
+    ApplyCommon(*this, model_);
+    if (Colours().ground != ground_) SetColours(Colours());
+    ground_ = Colours().ground;
+    if (!model_.Picture()) return;
+    setAccessibleName(ToQt(model_.Picture()->title));
+    SetPicture(model_.Picture());
+  }
+
+ private:
+  QColor ground_;  // of the colours that are shown
+};
+
+// The portfolio chart as ink on paper, at the size of the control. It can be dragged.
 class ChartPictureView : public View<QWidget, ChartPicture> {
  public:
   explicit ChartPictureView(const Parts& parts) : View(parts) {
@@ -119,6 +145,7 @@ void ChartPictureView::Print(const PrintJob& job) {
 
 void AddChartViews(ViewMakers& makers) {
   makers[ControlKind::kChart] = MakeView<ChartView>;
+  makers[ControlKind::kPlot] = MakeView<PlotView>;
   makers[ControlKind::kChartPicture] = MakeView<ChartPictureView>;
 }
 

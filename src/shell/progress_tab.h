@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "forms/desktop.h"
+#include "ledger/trades.h"
+#include "marketdata/index_cache.h"
+#include "platform/platform.h"
+#include "progress/equity_curve.h"
+#include "progress/played.h"
+#include "progress/progress_figures.h"
+#include "progress/random_traders.h"
+#include "progress/trade_filter.h"
+
+namespace velumar {
+
+// What the controls of the progress tab of the result window do. The trades of all sessions are
+// read when the tab is first shown. A filter shows the figures at once; what takes rounds of random
+// draws follows, while events run, and a newer filter ends it.
+class ProgressTab {
+ public:
+  ProgressTab(Desktop& desktop, Platform& platform, LedgerConnection& ledger, IndexCache& cache);
+
+  // Call it when the result window loads, and when it unloads.
+  void SetUp();
+  void Leave();
+  void SetVisible(bool visible);
+  // Reads the trades unless they are read, and shows what they say. Events run meanwhile; hiding
+  // the tab or closing the window ends it. Throws LedgerError.
+  void Show();
+  // The listed trades in full, as CSV.
+  std::string TradesAsCsv() const;
+
+ private:
+  // Trades and what is computed of them.
+  struct Group {
+    Selection trades;
+    EquityCurve curve;
+    ProgressFigures figures;
+  };
+
+  // Returns false if it was ended.
+  bool Read();
+  void ListChoices();
+  TradeFilter Filter() const;
+  // The second group; nothing without one.
+  std::optional<Selection> Compared(const TradeFilter& filter) const;
+  void Recompute();
+  // Intervals, random traders and risks.
+  void ComputeRounds(unsigned computing);
+  void ShowFigures();
+  void ShowPicture();
+  void ShowFindings(std::vector<std::string> lines);
+  void SavePicture();
+  ProgressControls& Controls() const { return desktop_.Untouched().frmResult.progress; }
+
+  Desktop& desktop_;
+  Platform& platform_;
+  LedgerConnection& ledger_;
+  IndexCache& cache_;
+  std::vector<PlayedScope> scopes_;
+  std::shared_ptr<const Played> played_;  // of the scopes; null before it is read
+  Group own_;
+  std::optional<Group> other_;
+  std::vector<SkillOrLuck> skills_;
+  std::vector<std::int32_t> intervals_;  // in the order of the list
+  std::vector<std::int8_t> hours_;
+  bool listing_ = false;    // the lists are being filled
+  unsigned computing_ = 0;  // rises with each filter; an older computation ends
+};
+
+}  // namespace velumar

@@ -1,0 +1,86 @@
+#include "progress/number_picture.h"
+#include "support/whole_program.h"
+
+namespace velumar {
+namespace {
+
+// A session with a long trade and a short one, and the progress on the screen.
+struct ProgressTabTest : RunFixture {
+  ProgressTabTest() {
+    all->program.Start();
+    all->Setup().Combo1.UserChoose(0);
+    InPauseOf(120, [this] { all->Navigator().Image4.UserClick(); });
+    all->Play(119);
+    Trade(&Form3::imgLong, &Form3::imgOffsetLong);
+    Trade(&Form3::ImgShort, &Form3::ImgOffsetShort);
+    all->Panel().imgGraph.UserClick();
+    Result().tabSheets.UserChoose(FrmResult::kProgressTab);
+  }
+  void Trade(PictureButton Form3::*entry, PictureButton Form3::*exit) {
+    (all->Panel().*entry).UserClick();
+    for (int step = 0; step < 3; ++step) all->Navigator().Image1.UserClick();
+    (all->Panel().*exit).UserClick();
+  }
+  FrmResult& Result() { return all->windows.frmResult; }
+  ProgressControls& Tab() { return Result().progress; }
+  // A figure's texts in the columns of values, "2|-|2".
+  std::string Figure(const std::string& name) {
+    const Table::Rows& rows = Tab().lstFigures.Content();
+    for (std::size_t row = 0; row < rows.count; ++row) {
+      if (rows.text(row, 0) != name) continue;
+      std::string texts = rows.text(row, 1);
+      for (std::size_t i = 2; i < Tab().lstFigures.Columns().size(); ++i) {
+        texts += "|" + rows.text(row, i);
+      }
+      return texts;
+    }
+    return "no such figure";
+  }
+};
+
+TEST_F(ProgressTabTest, FiltersAndComparisonsChangeWhatIsShown) {
+  EXPECT_TRUE(Tab().lstFigures.Visible());
+  EXPECT_FALSE(Result().cbxRun.Visible()) << "it is over all of them";
+  EXPECT_EQ(Figure("Trades"), "2|-|2");
+  EXPECT_THAT(Tab().lstFindings.Lines().at(0), HasSubstr("Too few trades"));
+  Tab().cbxOfSide.UserChoose(1);
+  Tab().cbxCompare.UserChoose(1);
+  EXPECT_EQ(Figure("Trades"), "1|-|1|-") << "the other one is compared";
+  Tab().cbxOfBlind.UserChoose(1);
+  EXPECT_EQ(Figure("Trades"), "0|-|2|-");
+  EXPECT_EQ(Tab().pltProgress.Picture()->hint, "No closed trades");
+  Tab().cbxCompare.UserChoose(0);
+  Tab().cbxOfBlind.UserChoose(2);
+  Tab().cbxOfPeriod.UserChoose(1);
+  EXPECT_EQ(Figure("Trades"), "1|-|1") << "played today";
+  Tab().cbxOfHour.UserChoose(0);
+  Tab().cbxPicture.UserChoose(5);
+  EXPECT_EQ(Tab().pltProgress.Picture()->hint, "Daily bars have no hours");
+}
+
+TEST_F(ProgressTabTest, ExportsTheListedTradesInFull) {
+  Tab().cbxOfSide.UserChoose(2);
+  all->outside.files.answers = {scratch.Sub("trades.csv")};
+  Result().cmdExport.UserClick();
+  const std::string csv = scratch.Read("trades.csv");
+  EXPECT_EQ(std::ranges::count(csv, '\n'), 2) << csv;
+  EXPECT_THAT(csv, testing::StartsWith("session,run,symbol,"));
+  EXPECT_THAT(
+      csv,
+      HasSubstr("\n1,,ABC,D,0,Short,1,2000-05-13 00:00:00,101,2000-05-16 00:00:00,99,3,,2,2000,,"
+                "2140,-140,,6,6000,,1,3,3000,,2,0.88888"));
+}
+
+TEST_F(ProgressTabTest, ALedgerThatCantBeReadLeavesTheTabBefore) {
+  Result().tabSheets.UserChoose(FrmResult::kChartTab);
+  all->desktop.Unload(Result());
+  all->Panel().imgGraph.UserClick();
+  LedgerClose(all->ledger);
+  Result().tabSheets.UserChoose(FrmResult::kProgressTab);
+  EXPECT_EQ(Result().tabSheets.Index(), FrmResult::kChartTab);
+  EXPECT_TRUE(Result().MSChart1.Visible());
+  EXPECT_FALSE(Tab().lstFigures.Visible());
+}
+
+}  // namespace
+}  // namespace velumar
