@@ -17,6 +17,10 @@ struct ProgressControls {
     lstFindings.SetWraps(true);
   }
 
+  // Widths of the figures next to a picture, and with those of a second group instead of it.
+  static constexpr float kNarrow = 5970;
+  static constexpr float kWide = 10335;
+
   std::vector<ComboBox*> Lists() {
     return {&cbxOfSecurity, &cbxOfSetup, &cbxOfSide, &cbxOfConfidence, &cbxOfBlind, &cbxOfPeriod,
             &cbxOfInterval, &cbxOfDay,   &cbxOfHour, &cbxCompare,      &cbxPicture};
@@ -61,12 +65,12 @@ struct ProgressControls {
       form_,
       {"cbxCompare", 7905, 510, 2550, 315, "", "A second group next to these trades"},
       {"No comparison", "All other trades", "The time before"}};
-  Table lstFigures{form_, {"lstFigures", 120, 915, 5670, 4755, "", "Figures over all sessions"}};
-  ComboBox cbxPicture{form_, {"cbxPicture", 5865, 915, 3555, 315, "", "Picture"}};
+  Table lstFigures{form_, {"lstFigures", 120, 915, kNarrow, 4755, "", "Figures over all sessions"}};
+  ComboBox cbxPicture{form_, {"cbxPicture", 6165, 915, 3255, 315, "", "Picture"}};
   Button cmdSavePicture{
       form_,
       {"cmdSavePicture", 9495, 915, 960, 315, "Save...", "Save the picture as PNG, SVG or PDF"}};
-  Plot pltProgress{form_, {"pltProgress", 5865, 1305, 4590, 4365, "", ""}};
+  Plot pltProgress{form_, {"pltProgress", 6165, 1305, 4290, 4365, "", ""}};
   ListBox lstFindings{form_,
                       {"lstFindings", 120, 5745, 10335, 2070, "", "", {}, "What the figures say"}};
 };

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
+#include <initializer_list>
 #include <set>
 #include <utility>
 
@@ -79,6 +79,16 @@ void ProgressTab::Leave() {
 void ProgressTab::SetVisible(bool visible) {
   for (Control* const control : Controls().All()) control->SetVisible(visible);
   if (!visible) ++computing_;
+}
+
+void ProgressTab::MakeRoom() {
+  ProgressControls& controls = Controls();
+  controls.lstFigures.SetSize(other_ ? ProgressControls::kWide : ProgressControls::kNarrow,
+                              controls.lstFigures.Height());
+  for (Control* const control : std::initializer_list<Control*>{
+           &controls.pltProgress, &controls.cbxPicture, &controls.cmdSavePicture}) {
+    control->SetVisible(!other_);
+  }
 }
 
 void ProgressTab::Show() {
@@ -202,6 +212,7 @@ void ProgressTab::Recompute() {
   std::optional<Selection> compared = Compared(filter);
   other_ = compared ? std::optional(group_of(std::move(*compared))) : std::nullopt;
   skills_.clear();
+  MakeRoom();
   ShowFigures();
   ShowPicture();
   ShowFindings({"Computing ..."});
@@ -246,13 +257,12 @@ void ProgressTab::ShowFigures() {
   const auto other =
       other_ ? std::make_shared<const std::vector<ProgressFigure>>(other_->figures.figures)
              : nullptr;
-  constexpr float kCount = 750;  // twips
   std::vector<Table::Column> columns{{"Figure"}, {"Value", true}, {"95 % interval", true}};
   if (other) {
     columns.push_back({"Compared", true});
     columns.push_back({"95 % interval", true});
   } else {
-    columns.push_back({"n", true, kCount});
+    columns.push_back({"n", true});
   }
   table.SetColumns(std::move(columns));
   table.SetContent({own->size(),

@@ -53,6 +53,8 @@ class ProgressTab {
   void Recompute();
   // Intervals, random traders and risks.
   void ComputeRounds(unsigned computing);
+  // A second group takes the place of the picture.
+  void MakeRoom();
   void ShowFigures();
   void ShowPicture();
   void ShowFindings(std::vector<std::string> lines);
