@@ -18,7 +18,7 @@ struct ProgressControls {
   }
 
   // Widths of the figures next to a picture, and with those of a second group instead of it.
-  static constexpr float kNarrow = 5970;
+  static constexpr float kNarrow = 6150;
   static constexpr float kWide = 10335;
 
   std::vector<ComboBox*> Lists() {
@@ -66,11 +66,11 @@ struct ProgressControls {
       {"cbxCompare", 7905, 510, 2550, 315, "", "A second group next to these trades"},
       {"No comparison", "All other trades", "The time before"}};
   Table lstFigures{form_, {"lstFigures", 120, 915, kNarrow, 4755, "", "Figures over all sessions"}};
-  ComboBox cbxPicture{form_, {"cbxPicture", 6165, 915, 3255, 315, "", "Picture"}};
+  ComboBox cbxPicture{form_, {"cbxPicture", 6345, 915, 3075, 315, "", "Picture"}};
   Button cmdSavePicture{
       form_,
       {"cmdSavePicture", 9495, 915, 960, 315, "Save...", "Save the picture as PNG, SVG or PDF"}};
-  Plot pltProgress{form_, {"pltProgress", 6165, 1305, 4290, 4365, "", ""}};
+  Plot pltProgress{form_, {"pltProgress", 6345, 1305, 4110, 4365, "", ""}};
   ListBox lstFindings{form_,
                       {"lstFindings", 120, 5745, 10335, 2070, "", "", {}, "What the figures say"}};
 };

@@ -259,6 +259,7 @@ std::vector<TradeGroup> GroupsBySetup(const Played& played, const Selection& sel
   std::vector<TradeGroup> groups;
   groups.reserve(by_name.size());
   for (auto& [name, trades] : by_name) groups.push_back({name, std::move(trades)});
+  if (groups.size() == 1 && groups.front().trades.size() == selection.size()) groups.clear();
   return groups;
 }
 

@@ -58,6 +58,7 @@ std::vector<SkillOrLuck> CompareWithRandomTraders(const Played& played,
                                                   const RoundOptions& options);
 
 // One group for each setup that the selection has, ordered by name; trades without one are none.
+// Empty if one setup has the whole selection.
 std::vector<TradeGroup> GroupsBySetup(const Played& played, const Selection& selection);
 
 // "7 of 100 random traders did as well: not yet more than luck."
