@@ -40,6 +40,10 @@ std::string DateProblem(const std::string& text) {
   return DateFromDigits(text) ? "" : "START must be a date yyyymmdd, not " + text;
 }
 
+std::string EntryDayProblem(const std::string& text) {
+  return DateFromDigits(text) ? "" : "a day is a date yyyymmdd, not " + text;
+}
+
 std::string IntervalProblem(const std::string& text) {
   return IntervalFromText(text) ? "" : "an interval is D or a number of minutes, not " + text;
 }
@@ -88,6 +92,7 @@ class CommandLine {
     AddReplay();
     AddSessions();
     AddJournal();
+    AddStats();
   }
 
   CLI::App& App() { return app_; }
@@ -256,6 +261,77 @@ class CommandLine {
     AddDatePattern(command, journal_.date_pattern);
   }
 
+  void AddStats() {
+    CLI::App& command = AddCommand(
+        "stats", "Print the figures over all sessions of a ledger, with intervals, skill and risk.",
+        [this] { PrintStats(stats_, context_); });
+    TradeFilter& filter = stats_.filter;
+    command.add_option("FILE", stats_.file, "the ledger, such as Portfolio.mdb")->required();
+    command.add_option("--symbol", stats_.symbol, "only trades of this security");
+    command.add_option("--interval", stats_.interval, "D for daily bars, or the minutes")
+        ->check(IntervalProblem);
+    command.add_option("--setup", stats_.setup, "only trades whose plan names this setup");
+    command
+        .add_option_function<std::string>(
+            "--side", [&filter](const std::string& side) { filter.is_long = side == "long"; },
+            "long or short")
+        ->check(CLI::IsMember({"long", "short"}));
+    CLI::Option* blind = command.add_flag_callback(
+        "--blind", [&filter] { filter.blind = true; }, "only blind sessions");
+    command
+        .add_flag_callback(
+            "--not-blind", [&filter] { filter.blind = false; }, "only sessions that were not blind")
+        ->excludes(blind);
+    AddDay(command, "--from", filter.from_day, "entered on this day (yyyymmdd) or later");
+    AddDay(command, "--to", filter.to_day, "entered on this day or earlier");
+    AddPlayedDay(command, "--played-from", filter.played_from, "played on this day or later");
+    AddPlayedDay(command, "--played-to", filter.played_to, "played on this day or earlier");
+    command
+        .add_option_function<int>(
+            "--confidence",
+            [&filter](int given) { filter.confidence = static_cast<std::uint8_t>(given); },
+            "of the plan, 1 to 5; 0: none")
+        ->check(CLI::Range(0, 5));
+    command
+        .add_option_function<int>(
+            "--weekday", [&filter](int day) { filter.weekday = static_cast<std::int8_t>(day - 1); },
+            "of the entry, 1 for Monday to 7")
+        ->check(CLI::Range(1, 7));
+    command
+        .add_option_function<int>(
+            "--hour", [&filter](int hour) { filter.hour = static_cast<std::int8_t>(hour); },
+            "of the entry, 0 to 23")
+        ->check(CLI::Range(0, 23));
+    command
+        .add_option_function<std::vector<int>>(
+            "--session",
+            [&filter](const std::vector<int>& numbers) {
+              for (const int number : numbers) {
+                filter.sessions.push_back(LedgerScope::Session(number));
+              }
+            },
+            "the numbers of sessions (default: all, and the runs that belong to none)")
+        ->check(NumberFromOne());
+    command.add_flag("--look-ahead", filter.look_ahead, "also trades that knew later bars");
+    command.add_option("--rounds", stats_.rounds, "of resampling (default: 10000)")
+        ->check(CLI::Range(100, 1'000'000));
+    command.add_option("--seed", stats_.seed, "of the random numbers (default: 1)");
+    command.add_flag("--json", stats_.json, "as one JSON object, with the formulas");
+  }
+
+  static void AddDay(CLI::App& command, const char* flag, std::int32_t& day, const char* help) {
+    command.add_option(flag, day, help)->check(EntryDayProblem)->type_name("DATE");
+  }
+
+  static void AddPlayedDay(CLI::App& command, const char* flag, std::string& day,
+                           const char* help) {
+    command
+        .add_option_function<std::string>(
+            flag, [&day](const std::string& text) { day = IsoDate(*DateFromDigits(text)); }, help)
+        ->check(EntryDayProblem)
+        ->type_name("DATE");
+  }
+
   CliContext& context_;
   CLI::App app_{"Velumar without a window: market data, ledgers and replays on the command line.",
                 "velumar-cli"};
@@ -271,6 +347,7 @@ class CommandLine {
   ReplayArguments replay_;
   SessionsArguments sessions_;
   JournalArguments journal_;
+  StatsArguments stats_;
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "import/price_import.h"
+#include "progress/trade_filter.h"
 #include "results/run_record.h"
 
 namespace velumar {
@@ -110,6 +111,18 @@ struct JournalArguments {
   std::string date_pattern;  // empty for that of the user's locale
 };
 void PrintJournal(const JournalArguments& arguments, CliContext& context);
+
+struct StatsArguments {
+  std::string file;
+  std::string symbol;  // empty: any
+  std::string setup;
+  std::string interval;  // "D" or the minutes
+  TradeFilter filter;    // what it has of these three does not count
+  int rounds = 10'000;
+  std::uint64_t seed = 1;
+  bool json = false;
+};
+void PrintStats(const StatsArguments& arguments, CliContext& context);
 
 void Replay(const ReplayArguments& arguments, CliContext& context);
 // Why NAME=TEXT does not set a control; empty if it does.

@@ -10,6 +10,7 @@ namespace velumar {
 namespace {
 
 using nlohmann::json;
+using testing::HasSubstr;
 
 // What a resumed session must have again: all but the texts of windows and the run's own switches.
 json Kept(json answer) {
@@ -161,6 +162,32 @@ TEST_F(SessionsTest, AChangedSeriesIsNotResumedUnasked) {
   EXPECT_EQ(line["short"], 2);
   EXPECT_EQ(line["date"], 20000111);
   EXPECT_EQ(line["bars_left"], 17);
+}
+
+TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
+  // Bars rise by one a day: twelve longs win a point for each bar, and a short loses one.
+  std::string commands = "pause\n";
+  for (int i = 0; i < 12; ++i) commands += "long 2\nnext\noffset-long 2\n";
+  ASSERT_EQ(box.Run(Start("ledger"), commands + "short 1\nnext\noffset-short 1\n").code, 0);
+  const auto stats = [&](std::vector<std::string> filters) {
+    filters.insert(filters.begin(), {"stats", box.At("ledger"), "--json", "--rounds", "200"});
+    const auto answer = box.Run(filters);
+    EXPECT_EQ(answer.code, 0) << answer.err;
+    return json::parse(answer.out);
+  };
+  const json all = stats({});
+  EXPECT_EQ(all["trades"], 13);
+  EXPECT_EQ(all["groups"][0]["trades"], 13);
+  EXPECT_EQ(all, stats({"--from", "20000110", "--session", "1", "--interval", "D", "--not-blind"}));
+  EXPECT_EQ(stats({"--side", "short"})["trades"], 1);
+  EXPECT_EQ(stats({"--to", "20000111", "--confidence", "0"})["trades"], 2);
+  EXPECT_EQ(stats({"--blind"})["trades"], 0);
+  EXPECT_EQ(stats({"--played-to", "20200101"})["trades"], 0);
+  EXPECT_EQ(stats({"--weekday", "1"})["trades"], 2);
+  EXPECT_THAT(box.Run({"stats", box.At("ledger")}).out, HasSubstr("Win rate"));
+  EXPECT_THAT(box.Run({"stats", box.At("ledger"), "--setup", "gap"}).err,
+              HasSubstr("no trade has the setup gap"));
+  EXPECT_EQ(box.Run({"stats", box.At("ledger"), "--to", "20001399"}).code, 2);
 }
 
 }  // namespace
