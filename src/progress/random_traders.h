@@ -19,7 +19,8 @@ namespace velumar {
 // Both sides are valued at the closes and before costs, which are the same for both, in R if most
 // trades of the first group have one, else in money (progress/result_unit.h). A trader whose
 // entries have nothing to do with what follows does better than 95 of 100 random traders in five of
-// a hundred ledgers; in seven to eight with small targets and no stop.
+// a hundred ledgers; in up to seven with stops and targets, and in seven to eight with small
+// targets and no stop.
 
 struct TradeGroup {
   std::string name;
