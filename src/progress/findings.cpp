@@ -17,21 +17,20 @@ std::string WholePercent(double share) {
   return std::to_string(std::lround(percent)) + " %";
 }
 
-std::string InUnit(double result, bool in_r) { return MoneyText(result) + (in_r ? " R" : ""); }
-
 std::string Comparison(const SkillOrLuck& whole) {
   const double random =
       std::accumulate(whole.random_results.begin(), whole.random_results.end(), 0.0) /
       static_cast<double>(std::max<std::size_t>(whole.random_results.size(), 1));
-  std::string text = "At the closes and before costs: " + InUnit(whole.compared, whole.in_r) +
-                     ", random traders " + InUnit(random, whole.in_r) +
-                     " on average. Buying at the start of each session and holding to its end: " +
-                     MoneyText(whole.buy_and_hold) + (whole.in_r ? " in money." : ".");
+  std::string text =
+      "Moves in your direction, each in usual moves of its session from close to "
+      "close: " +
+      MoneyText(whole.compared) + ", random traders " + MoneyText(random) +
+      " on average. In money, before costs: " + MoneyText(whole.result) +
+      "; by buying at the start of each session and holding to its end: " +
+      MoneyText(whole.buy_and_hold) + ".";
   if (whole.left_out > 0) {
     text += " Left out: " + std::to_string(whole.left_out) +
-            (whole.left_out == 1 ? " trade" : " trades") +
-            (whole.in_r ? " without a planned stop or without bars."
-                        : " whose bars were not recorded.");
+            (whole.left_out == 1 ? " trade" : " trades") + " whose bars were not recorded.";
   }
   return text;
 }

@@ -257,10 +257,10 @@ NumberPicture LuckPicture(const SkillOrLuck* skill) {
   for (std::size_t i = 0; i < histogram.counts.size(); ++i) {
     bars.x.push_back(histogram.low + (static_cast<double>(i) + 0.5) * width);
     bars.y.push_back(histogram.counts[i]);
+    if (width <= 0) break;  // all random traders did the same
   }
   picture.panes.push_back({"Random traders", {std::move(bars)}});
-  picture.x_title =
-      std::string("Result before costs, ") + (skill->in_r ? "R" : "money") + "; the line is yours";
+  picture.x_title = "Usual moves in the trades' direction; the line is yours";
   picture.mark = skill->compared;
   return picture;
 }

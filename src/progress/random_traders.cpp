@@ -10,7 +10,6 @@
 
 #include "base/number_text.h"
 #include "progress/progress_figures.h"
-#include "progress/result_unit.h"
 
 namespace velumar {
 
@@ -23,7 +22,7 @@ struct MovableTrade {
   std::uint32_t entry = 0;        // close at which it was entered
   std::uint32_t bars = 0;         // it was held
   double position = 0;            // money per point; below 0 on the short side
-  double compared = 0;            // the same in the unit that is compared
+  double compared = 0;            // usual moves per point; below 0 on the short side
 
   double Rise(std::uint32_t from, std::uint32_t held) const {
     return static_cast<double>(closes[from + held]) - static_cast<double>(closes[from]);
@@ -31,7 +30,7 @@ struct MovableTrade {
 };
 
 // Nothing if the trade cannot be moved: see SkillOrLuck::trades.
-std::optional<MovableTrade> Movable(const Played& played, const ResultUnit& unit,
+std::optional<MovableTrade> Movable(const Played& played, const std::vector<double>& usual_moves,
                                     const PlayedTrade& trade) {
   const PlayedSession& session = played.sessions[static_cast<std::size_t>(trade.session)];
   const auto count = static_cast<std::int64_t>(session.closes.size());
@@ -40,15 +39,27 @@ std::optional<MovableTrade> Movable(const Played& played, const ResultUnit& unit
   if (trade.entry_bar == kAbsent || entry < 0 || bars < 0 || entry + bars >= count) {
     return std::nullopt;
   }
-  const double position = (trade.is_long ? 1 : -1) * trade.quantity * trade.money_per_point;
-  const auto compared = unit.Of(trade, position);
-  if (!compared) return std::nullopt;
+  const double usual = usual_moves[static_cast<std::size_t>(trade.session)];
+  const double side = trade.is_long ? 1 : -1;
   return MovableTrade{.closes = session.closes.data(),
                       .count = static_cast<std::uint32_t>(count),
                       .entry = static_cast<std::uint32_t>(entry),
                       .bars = static_cast<std::uint32_t>(bars),
-                      .position = position,
-                      .compared = *compared};
+                      .position = side * trade.quantity * trade.money_per_point,
+                      .compared = usual > 0 ? side / usual : 0};
+}
+
+// The root mean square of the changes from close to close; 0 if there are none.
+double UsualMoveOf(const PlayedSession& session) {
+  double squares = 0;
+  for (std::size_t i = 1; i < session.closes.size(); ++i) {
+    const double change =
+        static_cast<double>(session.closes[i]) - static_cast<double>(session.closes[i - 1]);
+    squares += change * change;
+  }
+  return session.closes.size() < 2
+             ? 0
+             : std::sqrt(squares / static_cast<double>(session.closes.size() - 1));
 }
 
 double BuyAndHold(const Played& played, std::span<const std::int32_t> selection) {
@@ -98,7 +109,8 @@ constexpr std::size_t kRoundsOfDeal = 16;
 // All trades of the groups, each drawn once in a round for all groups that have it.
 class RandomTraders {
  public:
-  RandomTraders(const Played& played, const ResultUnit& unit, const std::vector<TradeGroup>& groups)
+  RandomTraders(const Played& played, const std::vector<double>& usual_moves,
+                const std::vector<TradeGroup>& groups)
       : results_(groups.size()) {
     // Trade by trade, so that the closes of a session stay in the cache for all rounds of a block.
     std::vector<std::pair<std::int32_t, std::uint32_t>> members;
@@ -111,7 +123,7 @@ class RandomTraders {
     std::int32_t last = kAbsent;
     for (const auto& [place, group] : members) {
       const PlayedTrade& trade = played.trades[static_cast<std::size_t>(place)];
-      if (place != last && !Add(played, unit, trade)) continue;
+      if (place != last && !Add(played, usual_moves, trade)) continue;
       last = place;
       groups_.push_back(group);
       trades_.back().end = groups_.size();
@@ -140,8 +152,8 @@ class RandomTraders {
   using Kind = std::tuple<std::int32_t, std::int32_t, bool>;  // interval, setup, side
 
   // Returns false if the trade cannot be moved.
-  bool Add(const Played& played, const ResultUnit& unit, const PlayedTrade& trade) {
-    const auto movable = Movable(played, unit, trade);
+  bool Add(const Played& played, const std::vector<double>& usual_moves, const PlayedTrade& trade) {
+    const auto movable = Movable(played, usual_moves, trade);
     if (!movable) return false;
     const PlayedSession& session = played.sessions[static_cast<std::size_t>(trade.session)];
     const std::size_t kind =
@@ -223,17 +235,17 @@ bool SkillOrLuck::Enough() const { return trades >= kTooFewTrades; }
 std::vector<SkillOrLuck> CompareWithRandomTraders(const Played& played,
                                                   const std::vector<TradeGroup>& groups,
                                                   const RoundOptions& options) {
-  if (groups.empty()) return {};
-  const ResultUnit unit(played, groups.front().trades);
-  RandomTraders traders(played, unit, groups);
+  std::vector<double> usual_moves;
+  std::ranges::transform(played.sessions, std::back_inserter(usual_moves), UsualMoveOf);
+  RandomTraders traders(played, usual_moves, groups);
   traders.Compute(options);
   std::vector<SkillOrLuck> compared;
   for (std::size_t i = 0; i < groups.size(); ++i) {
     SkillOrLuck& skill = compared.emplace_back();
     skill.group = groups[i].name;
-    skill.in_r = unit.in_r;
     for (const std::int32_t place : groups[i].trades) {
-      const auto movable = Movable(played, unit, played.trades[static_cast<std::size_t>(place)]);
+      const auto movable =
+          Movable(played, usual_moves, played.trades[static_cast<std::size_t>(place)]);
       if (movable) {
         const double rise = movable->Rise(movable->entry, movable->bars);
         skill.result += movable->position * rise;
@@ -268,7 +280,6 @@ std::string SkillSentence(const SkillOrLuck& skill, std::size_t groups) {
     return "Too few trades to compare with random traders: " + ExactText(skill.trades) + ".";
   }
   std::string text = ShareInWords(skill.share) + " random traders did as well";
-  if (skill.in_r) text += " in R";
   if (groups > 1) text += " (" + ExactText(groups) + " groups looked at)";
   return text + (skill.IsSkill() ? ": more than luck." : ": not yet more than luck.");
 }

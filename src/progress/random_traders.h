@@ -16,11 +16,11 @@ namespace velumar {
 // who takes small profits and waits with losses holds the trades that went against the market
 // longest, and random traders who did the same in the same session would lose more than by chance.
 //
-// Both sides are valued at the closes and before costs, which are the same for both, in R if most
-// trades of the first group have one, else in money (progress/result_unit.h). A trader whose
-// entries have nothing to do with what follows does better than 95 of 100 random traders in five of
-// a hundred ledgers; in up to seven with stops and targets, and in seven to eight with small
-// targets and no stop.
+// A trade counts by how far the close has moved in its direction from the entry to the exit, in
+// usual moves of its session: the root mean square of the changes from close to close. So no
+// security with large moves and no large quantity outweighs all others. A trader whose entries have
+// nothing to do with what follows does better than 95 of 100 random traders in five of a hundred
+// ledgers; in seven to eight with small targets and no stop.
 
 struct TradeGroup {
   std::string name;
@@ -29,12 +29,11 @@ struct TradeGroup {
 
 struct SkillOrLuck {
   std::string group;
-  // Trades that could be compared. The others closed before they were opened, after a step back,
-  // their session has no closes, or they have no R where R is compared.
+  // Trades that could be compared. The others closed before they were opened, after a step back, or
+  // their session has no closes.
   int trades = 0;
   int left_out = 0;
-  bool in_r = false;        // compared in R, else in money
-  double compared = 0;      // the trader's result as it is compared
+  double compared = 0;      // the trader's result in usual moves
   double result = 0;        // money at the closes, before costs
   double buy_and_hold = 0;  // of each session, see CompareWithRandomTraders
   // Of random traders who did as well or better: (number + 1) / (rounds + 1), the trader being one
@@ -44,7 +43,7 @@ struct SkillOrLuck {
   // The same, raised for the number of groups looked at (Holm 1979, "A simple sequentially
   // rejective multiple test procedure").
   double adjusted_share = 1;
-  std::vector<double> random_results;  // as compared, ascending, one for each random trader
+  std::vector<double> random_results;  // in usual moves, ascending, one for each random trader
 
   bool Enough() const;
   // In ledgers of luck alone, one in twenty has a group that is called skill.

@@ -108,7 +108,7 @@ TEST(RandomTraders, FindTheSkillInOneSetupAndNothingElse) {
   for (const SkillOrLuck& skill : skills) found.push_back(skill.IsSkill());
   EXPECT_THAT(found, ElementsAre(true, false, true, false, false));
   EXPECT_EQ(SkillSentence(skills[2], 5),
-            "5 of 10,000 random traders did as well in R (5 groups looked at): more than luck.");
+            "5 of 10,000 random traders did as well (5 groups looked at): more than luck.");
 }
 
 TEST(RandomTraders, CompareLikeWithLike) {
@@ -138,10 +138,12 @@ TEST(RandomTraders, CompareLikeWithLike) {
   EXPECT_EQ(skills[1].trades, 2);
   EXPECT_EQ(skills[1].left_out, 2);
   EXPECT_EQ(skills[1].buy_and_hold, 30 * 7);
-  EXPECT_EQ(skills[1].random_results.front(), -90);
+  const double usual_move = std::sqrt((1 + 4 + 16) / 3.0);
+  EXPECT_DOUBLE_EQ(skills[0].compared, 6 / usual_move);
+  EXPECT_DOUBLE_EQ(skills[1].random_results.front(), -3 / usual_move);
   const Histogram histogram = HistogramOf(skills[0].random_results, 2);
   EXPECT_EQ(histogram.counts[0] + histogram.counts[1], 4000);
-  EXPECT_EQ(histogram.high, 180);
+  EXPECT_DOUBLE_EQ(histogram.high, 6 / usual_move);
   EXPECT_EQ(SkillSentence(skills[0], 2), "Too few trades to compare with random traders: 1.");
 }
 
