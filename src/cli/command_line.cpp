@@ -316,7 +316,10 @@ class CommandLine {
     command.add_option("--rounds", stats_.rounds, "of resampling (default: 10000)")
         ->check(CLI::Range(100, 1'000'000));
     command.add_option("--seed", stats_.seed, "of the random numbers (default: 1)");
-    command.add_flag("--json", stats_.json, "as one JSON object, with the formulas");
+    CLI::Option* json =
+        command.add_flag("--json", stats_.json, "as one JSON object, with the formulas");
+    command.add_flag("--csv", stats_.csv, "each trade in full, as CSV, in place of the figures")
+        ->excludes(json);
   }
 
   static void AddDay(CLI::App& command, const char* flag, std::int32_t& day, const char* help) {

@@ -121,6 +121,7 @@ struct StatsArguments {
   int rounds = 10'000;
   std::uint64_t seed = 1;
   bool json = false;
+  bool csv = false;  // the trades
 };
 void PrintStats(const StatsArguments& arguments, CliContext& context);
 

@@ -10,6 +10,7 @@
 #include "progress/findings.h"
 #include "progress/played_ledger.h"
 #include "progress/progress_figures.h"
+#include "progress/trade_export.h"
 #include "session/played_trades.h"
 
 namespace velumar {
@@ -137,7 +138,13 @@ std::string StatsText(const Stats& stats) {
 
 void PrintStats(const StatsArguments& arguments, CliContext& context) {
   LedgerConnection ledger = OpenScope({arguments.file, kCurrentRun, {}});
-  const Played played = PlayedOf(PlayedScopes(ledger, context.cache), LedgerEntryPlans(ledger));
+  const std::vector<PlayedScope> scopes = PlayedScopes(ledger, context.cache);
+  const std::vector<LedgerEntryPlan> plans = LedgerEntryPlans(ledger);
+  const Played played = PlayedOf(scopes, plans);
+  if (arguments.csv) {
+    context.out << TradesCsv(TradeRows(scopes, plans, Select(played, FilterOf(arguments, played))));
+    return;
+  }
   const Stats stats = Compute(played, arguments, context);
   context.out << (arguments.json ? StatsJson(stats, arguments) : StatsText(stats));
 }
