@@ -64,7 +64,7 @@ void ImportWindow::Load() {
                             {"Interval", false, 720},
                             {"First day", false, 1005},
                             {"Last day", false, 1005},
-                            {"Bars", true, 795},
+                            {"Bars", true, 960},
                             {"Remarks", false, 900}});
   form.lstRows.SetColumns({{"Line", true, 750},
                            {"As it is in the file", false, 5700},
@@ -143,6 +143,7 @@ void ImportWindow::ReadFiles() {
     if (cancelled_) batch_.StopWaiting();
   }
   task_ = Task::kNone;
+  Window().lstFiles.Refresh();
   const bool asks = chosen_ < batch_.Size() && batch_.At(chosen_).state == FileState::kAsks;
   if (!chose_ && !asks && batch_.Count(FileState::kAsks) > 0) ChooseNextQuestion();
   ShowUnderstood(Window(), batch_, chosen_, Importing());
