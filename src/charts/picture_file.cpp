@@ -19,6 +19,8 @@ namespace {
 void WritePdf(const PlotPicture& picture, QIODevice& device) {
   constexpr double kPointsPerInch = 72;
   QPdfWriter writer(&device);
+  // Fonts in points are as large as on the screen.
+  writer.setResolution(static_cast<int>(kUnitsPerInch));
   writer.setTitle(picture.title);
   const QSizeF points = QSizeF(picture.size) * (kPointsPerInch / kUnitsPerInch);
   writer.setPageLayout({QPageSize(points, QPageSize::Point), QPageLayout::Portrait, QMarginsF()});

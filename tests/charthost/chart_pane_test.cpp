@@ -184,6 +184,11 @@ TEST_F(ChartPaneTest, SavesThePictureInAllFormatsAndCopiesIt) {
     const std::string file = program_.scratch.Sub("chart." + ending.toStdString());
     SavePicture(pane->AsPicture(), QString::fromStdString(file));
     EXPECT_GT(std::filesystem::file_size(file), 5000U) << file;
+    PlotPicture measured = pane->AsPicture();
+    measured.paint = [&file](QCPPainter& painter) {
+      EXPECT_NEAR(painter.fontMetrics().height(), QFontMetrics(painter.font()).height(), 2) << file;
+    };
+    SavePicture(measured, QString::fromStdString(file));
   }
   CopyPicture(*pane);
   EXPECT_EQ(QGuiApplication::clipboard()->image().size(), picture.size());
