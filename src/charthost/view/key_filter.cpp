@@ -164,8 +164,10 @@ QWindow* KeyFilter::IntendedWindow(QWindow* receiver) const {
   OpenDialog& dialog = window_.FileDialog();
   QWindow* const file = dialog.windowHandle();
   if (main == nullptr) return receiver;
-  // A menu that was just closed still gets the keys already sent to it.
-  QWindow* const meant = receiver->isVisible() ? receiver : main;
+  // A menu or list that was just closed still gets the keys already sent to it.
+  QWindow* const focus = QGuiApplication::focusWindow();
+  QWindow* const below = focus != nullptr && focus->isVisible() ? focus : main;
+  QWindow* const meant = receiver->isVisible() ? receiver : below;
   if (!dialog.isVisible() || file == nullptr) return meant;
   if (dialog.IsLeaving()) return meant == file ? main : meant;
   return meant == main ? file : meant;
