@@ -105,7 +105,9 @@ void MainWindow::BuildMenus() {
     charts_->SaveLayout();
   });
   connect(view_menu_, &ViewMenu::CompareChosen, this, [this] {
-    if (ActiveChart() != nullptr) dialog_->Start(ToQt(ActiveChart()->Document().Folder()));
+    if (ActiveChart() != nullptr) {
+      dialog_->StartCompare(ToQt(ActiveChart()->Document().Folder()));
+    }
   });
   connect(view_menu_, &ViewMenu::MoveChosen, this, [this](WindowMove change) {
     if (ActiveChart() == nullptr) return;

@@ -153,6 +153,14 @@ void OpenDialog::Start(const QString& folder) {
   activateWindow();
 }
 
+void OpenDialog::StartCompare(const QString& folder) {
+  Start(folder);
+  if (folder_.empty()) return;
+  ShowText(tr("Choose the series to compare. In a run, its bars come with the played ones."),
+           false);
+  symbol_line_->setFocus();
+}
+
 void OpenDialog::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   folder_line_->setFocus();

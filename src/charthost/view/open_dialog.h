@@ -34,6 +34,8 @@ class OpenDialog : public QDialog {
 
   // Shows an empty dialog with this folder, selected.
   void Start(const QString& folder);
+  // The same, but the folder is known: the trader types or chooses the symbol.
+  void StartCompare(const QString& folder);
   // Closes once the main window has the focus, so that no key is lost between the two. Keys that
   // still arrive are for the main window.
   void Leave();
