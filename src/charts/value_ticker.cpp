@@ -43,7 +43,12 @@ void ValueTicker::SetUnit(double origin, double unit) {
 }
 
 double ValueTicker::getTickStep(const QCPRange& range) {
-  const int wanted = std::max(1, axis_.axisRect()->height() / pixels_);
+  // The step is rounded up: in a low pane with few labels none may be in the range, so they stand
+  // closer there, as long as half a line is free between two.
+  constexpr int kEnough = 4;
+  const int height = axis_.axisRect()->height();
+  const int fit = height * 2 / (3 * QFontMetrics(axis_.tickLabelFont()).height());
+  const int wanted = std::max({1, height / pixels_, std::min(kEnough, fit)});
   setTickCount(wanted);
   step_ = RoundStep(range.size() / wanted / unit_) * unit_;
   return step_;
