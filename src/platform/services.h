@@ -113,6 +113,8 @@ class WallClock {
   virtual ~WallClock() = default;
   virtual std::int32_t Today() const = 0;     // yyyymmdd, local
   virtual std::string UtcMoment() const = 0;  // "2026-11-27 07:03:40"
+  // The local moment of such a text; any other text is returned as it is.
+  virtual std::string LocalMoment(const std::string& utc) const = 0;
 };
 
 class Programs {

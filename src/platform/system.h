@@ -35,6 +35,7 @@ class SystemClock : public WallClock {
  public:
   std::int32_t Today() const override;
   std::string UtcMoment() const override;
+  std::string LocalMoment(const std::string& utc) const override;
 };
 
 // The user's own date format, from wherever this system keeps it.

@@ -184,6 +184,7 @@ class FixedClock : public WallClock {
  public:
   std::int32_t Today() const override { return today; }
   std::string UtcMoment() const override { return moment; }
+  std::string LocalMoment(const std::string& utc) const override { return utc; }
   std::int32_t today = 20071018;
   std::string moment = "2007-10-18 09:30:00";
 };

@@ -28,7 +28,7 @@ std::string SeriesText(const SessionLine& line) {
          (line.interval == kDailyInterval ? ", daily" : ", " + line.interval + " min");
 }
 
-// "2026-11-27 07:03:40" as a date of the user and a time, both UTC as in the ledger.
+// A moment as "2026-11-27 07:03:40" in the trader's own form, without the seconds.
 std::string TouchedText(const std::string& touched, std::string_view date_pattern) {
   constexpr std::size_t kDate = 10;
   constexpr std::size_t kMinutes = 16;
@@ -78,12 +78,12 @@ void PracticeWindow::Load() {
   FrmPractice& form = Window();
   form.Image1.SetSize(form.Width(), form.Height());
   form.lstSessions.SetColumns({{"Security", false, 1800},
-                               {"Moment", false, 2000},
-                               {"Held", false, 1700},
+                               {"Moment", false, 1800},
+                               {"Held", false, 1500},
                                {"Open profit", true, 1300},
                                {"Closed profit", true, 1300},
                                {"Bars left", true, 900},
-                               {"Last played", false, 1700}});
+                               {"Last played", false, 2250}});
   ShapeSmallWindow(form);
   CentreOnScreen(form, platform_.screen);
   List();
@@ -92,20 +92,21 @@ void PracticeWindow::Load() {
 void PracticeWindow::List() {
   lines_ = ledger_.CanRead() ? ListSessions(ledger_, cache_) : std::vector<SessionLine>();
   const std::string pattern = platform_.locale.ShortDatePattern();
-  Window().lstSessions.SetContent({lines_.size(),
-                                   [this, pattern](std::size_t row, std::size_t column) {
-                                     const SessionLine& line = lines_.at(row);
-                                     const std::array texts = {SeriesText(line),
-                                                               MomentText(line, pattern),
-                                                               HoldingText(line),
-                                                               MoneyText(line.open_profit),
-                                                               MoneyText(line.closed_profit),
-                                                               BarsLeftText(line),
-                                                               TouchedText(line.touched, pattern) +
-                                                                   (line.ended ? ", ended" : "")};
-                                     return texts.at(column);
-                                   },
-                                   [this](std::size_t row) { return lines_.at(row).directory; }});
+  Window().lstSessions.SetContent(
+      {lines_.size(),
+       [this, pattern](std::size_t row, std::size_t column) {
+         const SessionLine& line = lines_.at(row);
+         const std::array texts = {SeriesText(line),
+                                   MomentText(line, pattern),
+                                   HoldingText(line),
+                                   MoneyText(line.open_profit),
+                                   MoneyText(line.closed_profit),
+                                   BarsLeftText(line),
+                                   TouchedText(platform_.clock.LocalMoment(line.touched), pattern) +
+                                       (line.ended ? ", ended" : "")};
+         return texts.at(column);
+       },
+       [this](std::size_t row) { return lines_.at(row).directory; }});
   const auto open = std::ranges::find(lines_, false, &SessionLine::ended);
   if (open != lines_.end()) {
     Window().lstSessions.Select({static_cast<std::size_t>(open - lines_.begin())});

@@ -16,6 +16,8 @@ namespace velumar {
 
 namespace {
 
+const QString kMomentFormat = QStringLiteral("yyyy-MM-dd hh:mm:ss");
+
 void StartDetached(const std::string& program, const QStringList& arguments) {
   QProcess process;
   process.setProgram(QString::fromStdString(program));
@@ -37,9 +39,16 @@ std::int32_t SystemClock::Today() const {
 }
 
 std::string SystemClock::UtcMoment() const {
-  return QDateTime::currentDateTimeUtc()
-      .toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"))
-      .toStdString();
+  return QDateTime::currentDateTimeUtc().toString(kMomentFormat).toStdString();
+}
+
+std::string SystemClock::LocalMoment(const std::string& utc) const {
+  constexpr int kDate = 10;
+  const QString text = QString::fromStdString(utc);
+  const QDateTime moment(QDate::fromString(text.left(kDate), Qt::ISODate),
+                         QTime::fromString(text.mid(kDate + 1), Qt::ISODate), Qt::UTC);
+  if (!moment.isValid()) return utc;
+  return moment.toLocalTime().toString(kMomentFormat).toStdString();
 }
 
 void SystemPrograms::Start(std::string_view command_line) {

@@ -10,7 +10,6 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <iostream>
 #include <stdexcept>
 
@@ -40,6 +39,13 @@ class WindowsLocale : public LocaleInfo {
   std::string ShortDatePattern() const override { return LocaleText(LOCALE_SSHORTDATE); }
 };
 
+std::string MomentText(const SYSTEMTIME& moment) {
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), "%04hu-%02hu-%02hu %02hu:%02hu:%02hu", moment.wYear,
+                moment.wMonth, moment.wDay, moment.wHour, moment.wMinute, moment.wSecond);
+  return text.data();
+}
+
 [[noreturn]] void FailToStart(const std::string& program, DWORD code) {
   throw std::runtime_error("The program " + program +
                            " could not be started: " + SystemErrorText(code));
@@ -54,10 +60,20 @@ std::int32_t SystemClock::Today() const {
 }
 
 std::string SystemClock::UtcMoment() const {
-  const std::time_t now = std::time(nullptr);
-  std::array<char, sizeof "2026-11-27 07:03:40"> text{};
-  std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", std::gmtime(&now));
-  return text.data();
+  SYSTEMTIME now{};
+  ::GetSystemTime(&now);
+  return MomentText(now);
+}
+
+std::string SystemClock::LocalMoment(const std::string& utc) const {
+  SYSTEMTIME moment{};
+  SYSTEMTIME local{};
+  const int read =
+      std::sscanf(utc.c_str(), "%4hu-%2hu-%2hu %2hu:%2hu:%2hu", &moment.wYear, &moment.wMonth,
+                  &moment.wDay, &moment.wHour, &moment.wMinute, &moment.wSecond);
+  constexpr int kFields = 6;
+  if (read != kFields || !::SystemTimeToTzSpecificLocalTime(nullptr, &moment, &local)) return utc;
+  return MomentText(local);
 }
 
 std::unique_ptr<LocaleInfo> SystemLocale() { return std::make_unique<WindowsLocale>(); }
