@@ -10,6 +10,8 @@
 #include "base/text.h"
 #include "marketdata/interval.h"
 #include "platform/chart_program.h"
+#include "results/figure_texts.h"
+#include "results/run_record.h"
 #include "session/delay.h"
 #include "shell/event_guard.h"
 #include "shell/start_days.h"
@@ -252,7 +254,17 @@ bool SetupWindow::ReadyForSession() const {
 void SetupWindow::ResumeSession(int number) {
   if (!ReadyForSession()) return;
   const std::optional<NextRun> choice = run_.SessionToResume(number);
-  if (choice) Resume(*choice);
+  if (choice && Resume(*choice)) ShowQuantityOf(number);
+}
+
+// As traders left it: a run starts with the market's own quantity.
+void SetupWindow::ShowQuantityOf(int session) {
+  IgnoringErrors([&] {
+    const std::vector<RunOrder> orders = ReadRecord(ledger_, LedgerScope::Session(session)).orders;
+    if (orders.empty() || !orders.back().quantity) return;
+    desktop_.Untouched().form3.txtContractVol.SetText(
+        PatternText(QuantityText(*orders.back().quantity), kWholePattern));
+  });
 }
 
 void SetupWindow::PlayAgain(const LedgerOrderKey& entry) {
@@ -270,11 +282,12 @@ void SetupWindow::PlayAgain(const LedgerOrderKey& entry) {
   Resume(*choice);
 }
 
-void SetupWindow::Resume(const NextRun& choice) {
+bool SetupWindow::Resume(const NextRun& choice) {
   Enter(choice.resumed->session);
-  if (!run_.ClaimSession(choice)) return;
+  if (!run_.ClaimSession(choice)) return false;
   BeginRun();
   ShowStatus(session_, view_, platform_.locale);
+  return true;
 }
 
 void SetupWindow::Enter(const LedgerSession& session) {

@@ -54,7 +54,10 @@ class SetupWindow {
   // The same for a session; a box says what it waits for.
   bool ReadyForSession() const;
   void Enter(const LedgerSession& session);
-  void Resume(const NextRun& choice);
+  // False if the store can't be claimed.
+  bool Resume(const NextRun& choice);
+  // Puts the quantity of its last order into the panel.
+  void ShowQuantityOf(int session);
   // Begins the run that was claimed.
   void BeginRun();
   bool SlideToRun();

@@ -21,6 +21,7 @@ struct PracticeWindowTest : RunFixture {
     setup.Combo1.UserChoose(symbol == std::string("ABC") ? 0 : 1);
     for (const auto& [box, text] : Account(setup)) box->UserType(text);
     InPauseOf(bar, [this, symbol] {
+      all->Panel().txtContractVol.UserType("2");
       if (symbol == std::string("ABC")) all->Panel().imgLong.UserClick();
       all->Navigator().Image4.UserClick();
     });
@@ -46,7 +47,7 @@ TEST_F(PracticeWindowTest, EnterGoesOnWithTheLastSession) {
   all->Setup().lnkPractice.UserClick();
   ASSERT_EQ(Window().lstSessions.Content().count, 2U);
   EXPECT_EQ(Cell(0, 0), "ABC, daily");
-  EXPECT_EQ(Cell(0, 2), "1 long");
+  EXPECT_EQ(Cell(0, 2), "2 long");
   EXPECT_EQ(ToDouble(Cell(0, 3)), open_profit) << "at the last bar that was shown";
   EXPECT_GT(open_profit, 0);
   EXPECT_EQ(Cell(1, 0), "FAST, 15 min");
@@ -57,7 +58,8 @@ TEST_F(PracticeWindowTest, EnterGoesOnWithTheLastSession) {
   EXPECT_EQ(all->Setup().Combo1.Text(), "ABC");
   for (const auto& [box, text] : Account(all->Setup())) EXPECT_EQ(box->Text(), text) << box->Name();
   EXPECT_EQ(all->session.BarIndex, 120);
-  EXPECT_EQ(all->session.LAccum, 1);
+  EXPECT_EQ(all->session.LAccum, 2);
+  EXPECT_EQ(all->Panel().txtContractVol.Text(), "2") << "not the market's 1";
   EXPECT_EQ(all->session.Orders.size(), 1U);
   EXPECT_EQ(StoreSize(), 121U);
   EXPECT_FALSE(all->program.Feeding()) << "the trader looks first";
