@@ -11,7 +11,9 @@ namespace velumar {
 FittingLineEdit::FittingLineEdit(QWidget* parent) : QLineEdit(parent), full_font_(font()) {
   constexpr int kLineEditMargin = 2;  // the part of the margin that QLineEdit adds by itself
   setFrame(false);
-  setTextMargins(kMargin - kLineEditMargin, 0, kMargin - kLineEditMargin, 0);
+  // In a box lower than the line, QLineEdit would put the text too low instead of in the middle.
+  constexpr int kOutside = -2;
+  setTextMargins(kMargin - kLineEditMargin, kOutside, kMargin - kLineEditMargin, kOutside);
   connect(this, &QLineEdit::textChanged, this, [this] { FitFont(); });
 }
 
