@@ -22,6 +22,10 @@ struct WineTrader : TraderHand {
     if (Variable("VELUMAR_INSTALLED").empty()) {
       GTEST_SKIP() << "takes over mouse and keyboard: scripts/test-windows runs it";
     }
+    StartVelumar();
+    ASSERT_TRUE(ComesToRest(setup)) << "no setup window";
+  }
+  void StartVelumar() {
     const std::string wine = Variable("VELUMAR_WINE");
     std::string program = "Z:" + Variable("VELUMAR_INSTALLED") + "/velumar.exe";
     std::ranges::replace(program, '/', '\\');
@@ -33,7 +37,6 @@ struct WineTrader : TraderHand {
             nullptr);
       _exit(127);
     }
-    ASSERT_TRUE(ComesToRest(setup)) << "no setup window";
   }
   // Ends all programs of the wine prefix.
   void TearDown() override {
@@ -118,6 +121,37 @@ struct WineTrader : TraderHand {
     }
   }
 
+  // Keys in the chart: N opens the ticket, which takes what is typed next.
+  void PlanTrade() {
+    hand.Press("n");
+    ASSERT_TRUE(ComesToRest(ticket)) << "the plan opens";
+    hand.Type("40");
+    hand.Press("Return");
+    ASSERT_TRUE(Eventually([&] { return !Find(ticket); }, kPatience)) << "the plan is kept";
+  }
+
+  // Velumar ends as in a power cut. The session goes on at its last bar.
+  void ComeBack() {
+    const int bars = StoreBars();
+    OutputOf(Variable("VELUMAR_WINE") + " taskkill /f /im velumar.exe");
+    ASSERT_TRUE(Eventually([&] { return !Find(panel); }, kPatience)) << "is ended";
+    StartVelumar();
+    ASSERT_TRUE(ComesToRest(setup)) << "starts again";
+    ClickOn(setup, setup.lnkPractice);
+    ASSERT_TRUE(ComesToRest(practice)) << "the list of sessions opens";
+    hand.Press("Return");
+    ASSERT_TRUE(ComesToRest(panel)) << "the session goes on";
+    EXPECT_EQ(BarsAtRest(), bars);
+  }
+
+  // Under wine the first click on the chart raises it, and the second gives it the keys.
+  void TurnToChart() const {
+    for (int click = 0; click < 2; ++click) {
+      hand.ClickAt(800, 400);
+      Sleep(1000);
+    }
+  }
+
   // Two intervals side by side, an indicator, two drawings and a second series.
   void ReadChart() {
     PressSlowly({"alt+v", "t", "s"});
@@ -175,9 +209,11 @@ struct WineTrader : TraderHand {
   static constexpr double kPatience = 240;  // seconds
 
   pid_t desktop = 0;
+  FrmTicket& ticket = tables.Untouched().frmTicket;
+  FrmPractice& practice = tables.Untouched().frmPractice;
 };
 
-// The ledger is checked by scripts/test-windows, which compares it before and after an update.
+// The ledger and the picture of the order are checked by scripts/test-windows.
 TEST_F(WineTrader, PlaysTradesReadsTheChartImportsAndQuits) {
   ClickOn(setup, setup.Image3);
   ASSERT_TRUE(HasBars(1)) << "the store is written";
@@ -187,16 +223,17 @@ TEST_F(WineTrader, PlaysTradesReadsTheChartImportsAndQuits) {
   ClickOn(navigator, navigator.Image1);
   ASSERT_TRUE(HasBars(paused + 1)) << "a step by mouse";
   EXPECT_EQ(BarsAtRest(), paused + 1);
-  ClickOn(panel, panel.imgLong);
 
-  // Under wine the first click on the chart raises it, and the second gives it the keys.
-  for (int click = 0; click < 2; ++click) {
-    hand.ClickAt(800, 400);
-    Sleep(1000);
-  }
+  TurnToChart();
   hand.Press("Right");
   ASSERT_TRUE(HasBars(paused + 2)) << "a step by a chart's key";
   EXPECT_EQ(BarsAtRest(), paused + 2);
+  ASSERT_NO_FATAL_FAILURE(PlanTrade());
+  ClickOn(panel, panel.imgLong);
+  Sleep(3000);
+  Picture("order");
+  ASSERT_NO_FATAL_FAILURE(ComeBack());
+  TurnToChart();
   ASSERT_NO_FATAL_FAILURE(ReadChart());
   const std::size_t windows = VisibleWindows();
   ClickOn(panel, panel.imgGraph);
