@@ -21,8 +21,8 @@ struct TextLine {
   std::string_view text;
 };
 
-inline constexpr std::array kFourPrices = {PriceField::kOpen, PriceField::kHigh, PriceField::kLow,
-                                           PriceField::kClose};
+inline constexpr std::array<PriceField, 4> kFourPrices = {PriceField::kOpen, PriceField::kHigh,
+                                                          PriceField::kLow, PriceField::kClose};
 inline constexpr std::size_t kPriceFields = static_cast<std::size_t>(PriceField::kOpenInterest) + 1;
 
 // How the rows of a file are read.

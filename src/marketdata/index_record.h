@@ -15,8 +15,8 @@ namespace velumar {
 // numbers 1 to 255; XMASTER adds those from 256. Each file is a header and records of one size.
 enum class IndexKind : std::uint8_t { kMaster, kEmaster, kXmaster };
 
-inline constexpr std::array kIndexKinds = {IndexKind::kMaster, IndexKind::kEmaster,
-                                           IndexKind::kXmaster};
+inline constexpr std::array<IndexKind, 3> kIndexKinds = {IndexKind::kMaster, IndexKind::kEmaster,
+                                                         IndexKind::kXmaster};
 inline constexpr int kHighestMasterNumber = 255;
 inline constexpr int kHighestNumber = 65535;
 inline constexpr std::size_t kMostMasterRecords = 255;

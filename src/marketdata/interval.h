@@ -10,8 +10,10 @@ namespace velumar {
 // The interval of a series is a number of minutes, or kDaily.
 inline constexpr int kDaily = -1;
 
-// The intervals that can be replayed, and so imported.
-inline constexpr std::array kReplayIntervals = {kDaily, 5, 10, 15, 30, 60};
+// The intervals that can be replayed, and so imported. The type is written out: GCC for Windows
+// puts a deduced one among constants in some sources and among variables in others, and linking
+// fails.
+inline constexpr std::array<int, 6> kReplayIntervals = {kDaily, 5, 10, 15, 30, 60};
 bool IsReplayInterval(int interval);
 std::string ReplayIntervalsText();  // "D, 5, 10, 15, 30 or 60"
 

@@ -18,7 +18,7 @@ namespace velumar {
 
 inline constexpr int kTradesAhead = 100;
 inline constexpr double kRuinShare = 0.5;  // of the account now; as much lost is ruin
-inline constexpr std::array kFallShares = {0.1, 0.2, 0.3};
+inline constexpr std::array<double, 3> kFallShares = {0.1, 0.2, 0.3};
 // The size that is looked for keeps a fall of kWorstFall less likely than kAcceptedRisk.
 inline constexpr double kWorstFall = 0.3;
 inline constexpr double kAcceptedRisk = 0.01;
