@@ -99,7 +99,12 @@ void AddTrades(SqliteDatabase& database) {
         "MoneyPerPoint NUMERIC, Money NUMERIC, Costs NUMERIC, Adverse NUMERIC, AdverseBar INTEGER, "
         "Favourable NUMERIC, FavourableBar INTEGER"}}};
   CreateTables(database, kTables);
-  database.Execute("CREATE INDEX TradesOfPlayed ON Trades (Session, Run)");
+  // With the last four, the rows of one session or run are found among those of thousands.
+  for (const char* const index : {"TradesOfPlayed ON Trades (Session, Run)",
+                                  "ArchiveOfRun ON Archive (Run)", "DetailsOfRun ON Details (Run)",
+                                  "WipedOfRun ON Wiped (Run)", "PlansOfRun ON Plans (Run)"}) {
+    database.Execute(std::string("CREATE INDEX IF NOT EXISTS ") + index);
+  }
 }
 
 }  // namespace
