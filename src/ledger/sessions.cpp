@@ -119,7 +119,8 @@ void LedgerForgetSession(LedgerConnection& connection, int number) {
   ChangeSession(
       connection, number,
       {"DELETE FROM SessionMoments WHERE Session = ?", "DELETE FROM Sessions WHERE Id = ?",
-       "DELETE FROM Plans WHERE Session = ? AND Run IS NULL"});
+       "DELETE FROM Plans WHERE Session = ? AND Run IS NULL",
+       "DELETE FROM Trades WHERE Session = ?", "DELETE FROM PlayedBars WHERE Session = ?"});
 }
 
 }  // namespace velumar
