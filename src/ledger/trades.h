@@ -44,7 +44,8 @@ struct LedgerTrades {
   // newest bar that the trader had seen. With more of either, they are outdated.
   int orders = 0;
   int newest_shown = 0;
-  // The bars from `first_bar` to the newest one. Empty without the data.
+  // The bars from `first_bar` to the newest one. Empty without the data; the days are then those
+  // of the trades.
   int first_bar = 0;
   std::int32_t first_day = 0;
   std::int32_t last_day = 0;

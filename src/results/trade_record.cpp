@@ -62,6 +62,8 @@ class Recorder {
   Recorder(const std::vector<RunRecord>& account, const PlayedSeries* series)
       : orders_(OrdersOf(account)), series_(series) {}
 
+  // A holding may have been entered in the bars of an earlier run, and a run may be continued on
+  // other data: a bar that is not one of the series has no excursions and no holding time.
   LedgerTrade Record(const Trade& trade) const {
     LedgerTrade record;
     record.is_long = trade.lot.is_long;
@@ -70,11 +72,19 @@ class Recorder {
     record.money = trade.money;
     if (trade.lot.entry) AddEntry(record, *trade.lot.entry);
     AddExit(record, trade.exit);
-    if (series_ != nullptr && trade.lot.entry) AddExcursions(record);
+    if (series_ == nullptr) return record;
+    if (!HasBar(record.entry_bar, record.entry_day)) record.entry_bar.reset();
+    if (!HasBar(record.exit_bar, record.exit_day)) record.exit_bar.reset();
+    AddExcursions(record);
     return record;
   }
 
  private:
+  bool HasBar(std::optional<int> bar, std::int32_t day) const {
+    const auto at = static_cast<std::size_t>(bar.value_or(-1));
+    return at < series_->dates.size() && (day == 0 || series_->dates[at] == day);
+  }
+
   const RunOrder* OrderOf(const LedgerOrderKey& key) const {
     const auto found = orders_.find(key);
     return found == orders_.end() ? nullptr : found->second;
@@ -173,7 +183,11 @@ LedgerTrades RecordTrades(const std::vector<RunRecord>& account, const LedgerSco
   if (series != nullptr) AddBars(trades, account.back(), *series);
   const Recorder recorder(account, series);
   for (const Trade& trade : ListTrades(account).trades) {
-    trades.trades.push_back(recorder.Record(trade));
+    const LedgerTrade& record = trades.trades.emplace_back(recorder.Record(trade));
+    if (!trades.closes.empty()) continue;
+    const std::int32_t entered = record.entry_day != 0 ? record.entry_day : record.exit_day;
+    if (trades.first_day == 0 || entered < trades.first_day) trades.first_day = entered;
+    trades.last_day = std::max(trades.last_day, record.exit_day);
   }
   return trades;
 }
