@@ -1,6 +1,7 @@
 #include "ledger/trades.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <map>
 #include <span>
@@ -27,10 +28,25 @@ struct ScopeOrder {
 template <typename Value>
 using ByScope = std::map<LedgerScope, Value, ScopeOrder>;
 
-// The closes as they are in memory: all systems of Velumar store the lowest byte first.
+// A damaged ledger may hold any number. What no trade can have is as good as missing.
+std::optional<double> FiniteNumber(const SqliteStatement& row, int column) {
+  const auto number = row.Number(column);
+  return number && std::isfinite(*number) ? number : std::nullopt;
+}
+
+std::optional<int> BarOf(const SqliteStatement& row, int column) {
+  constexpr int kMostBars = 1'000'000'000;
+  const auto number = row.Number(column);
+  return number && *number >= 0 && *number < kMostBars ? std::optional(row.Whole(column))
+                                                       : std::nullopt;
+}
+
+// The closes as they are in memory: all systems of Velumar store the lowest byte first. None if
+// they are damaged.
 std::vector<float> ClosesOf(std::span<const std::byte> bytes) {
   std::vector<float> closes(bytes.size() / sizeof(float));
   if (!closes.empty()) std::memcpy(closes.data(), bytes.data(), closes.size() * sizeof(float));
+  if (!std::ranges::all_of(closes, [](float close) { return std::isfinite(close); })) return {};
   return closes;
 }
 
@@ -87,10 +103,7 @@ ByScope<std::pair<int, int>> KeptStates(const SqliteDatabase& database) {
 }
 
 LedgerTrade TradeOf(const SqliteStatement& row) {
-  const auto number = [&row](int column) { return row.Number(column).value_or(0); };
-  const auto bar = [&row](int column) {
-    return row.Number(column) ? std::optional(row.Whole(column)) : std::nullopt;
-  };
+  const auto number = [&row](int column) { return FiniteNumber(row, column).value_or(0); };
   return {.entry = {row.Whole(2), row.Whole(3)},
           .exit = {row.Whole(4), row.Whole(5)},
           .is_long = row.Text(6) == "Long",
@@ -98,21 +111,21 @@ LedgerTrade TradeOf(const SqliteStatement& row) {
           .entry_share = number(8),
           .entry_day = row.Whole(9),
           .entry_time = row.Whole(10),
-          .entry_bar = bar(11),
+          .entry_bar = BarOf(row, 11),
           .entry_price = number(12),
           .exit_day = row.Whole(13),
           .exit_time = row.Whole(14),
-          .exit_bar = bar(15),
+          .exit_bar = BarOf(row, 15),
           .exit_price = number(16),
           .wiped = row.Whole(17) != 0,
           .look_ahead = row.Whole(18) != 0,
-          .money_per_point = row.Number(19),
-          .money = row.Number(20),
+          .money_per_point = FiniteNumber(row, 19),
+          .money = FiniteNumber(row, 20),
           .costs = number(21),
-          .adverse = row.Number(22),
-          .favourable = row.Number(24),
-          .adverse_bar = row.Whole(23),
-          .favourable_bar = row.Whole(25)};
+          .adverse = FiniteNumber(row, 22),
+          .favourable = FiniteNumber(row, 24),
+          .adverse_bar = BarOf(row, 23).value_or(0),
+          .favourable_bar = BarOf(row, 25).value_or(0)};
 }
 
 void Insert(SqliteDatabase& database, LedgerScope scope, const LedgerTrade& trade) {
@@ -201,7 +214,7 @@ std::vector<LedgerTrades> LedgerReadTrades(LedgerConnection& connection) {
     all.push_back({.scope = scope,
                    .orders = bars.Whole(2),
                    .newest_shown = bars.Whole(3),
-                   .first_bar = bars.Whole(4),
+                   .first_bar = BarOf(bars, 4).value_or(0),
                    .first_day = bars.Whole(5),
                    .last_day = bars.Whole(6),
                    .closes = ClosesOf(bars.Bytes(7)),

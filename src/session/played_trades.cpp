@@ -109,7 +109,9 @@ std::vector<PlayedScope> KeptScopes(LedgerConnection& connection) {
   for (PlayedScope& scope : scopes) by_scope.emplace(key(scope.state.scope), &scope);
   for (LedgerTrades& trades : LedgerReadTrades(connection)) {
     const auto scope = by_scope.find(key(trades.scope));
-    if (scope != by_scope.end()) scope->second->trades = std::move(trades);
+    if (scope == by_scope.end()) continue;
+    if (trades.closes.empty()) scope->second->state.up_to_date = false;  // or they are damaged
+    scope->second->trades = std::move(trades);
   }
   return scopes;
 }
