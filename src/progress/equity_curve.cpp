@@ -15,7 +15,8 @@ constexpr int kWeekdays = 5;
 // Monday to Friday from 1 January 1970, a Thursday, to before the day.
 std::int64_t WeekdaysBefore(std::int64_t day) {
   const std::int64_t since_monday = day + 3;
-  const std::int64_t weeks = since_monday / kDaysPerWeek;
+  std::int64_t weeks = since_monday / kDaysPerWeek;
+  if (weeks * kDaysPerWeek > since_monday) --weeks;  // before 1970
   return weeks * kWeekdays + std::min<std::int64_t>(since_monday - weeks * kDaysPerWeek, kWeekdays);
 }
 

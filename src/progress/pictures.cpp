@@ -169,6 +169,7 @@ std::optional<std::pair<int, std::string>> SetupOf(const Played& played, const P
 }
 
 std::optional<std::pair<int, std::string>> WeekdayOf(const PlayedTrade& trade) {
+  if (trade.weekday == kAbsent) return std::nullopt;
   static constexpr std::array kNames{"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"};
   return std::pair(int{trade.weekday}, kNames.at(static_cast<std::size_t>(trade.weekday)));
 }

@@ -24,7 +24,7 @@ struct PlayedTrade {
   std::int32_t exit_bar = kAbsent;
   std::int32_t entry_day = 0;  // yyyymmdd; 0: not recorded
   std::int32_t exit_day = 0;
-  std::int8_t weekday = 0;      // of the entry: 0 is Monday
+  std::int8_t weekday = 0;      // of the entry: 0 is Monday; kAbsent if not recorded
   std::int8_t hour = -1;        // of the entry, 0 to 23; kAbsent on daily bars
   std::uint8_t confidence = 0;  // 1 to 5; 0: none given
   bool is_long = true;

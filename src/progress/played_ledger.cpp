@@ -35,6 +35,7 @@ struct HashOfKey {
 };
 
 std::int8_t WeekdayOf(std::int32_t day) {
+  if (day == 0) return kAbsent;
   constexpr int kThursday = 3;  // 1 January 1970
   const auto weekday = (DayNumber(day) + kThursday) % 7;
   return static_cast<std::int8_t>(weekday < 0 ? weekday + 7 : weekday);

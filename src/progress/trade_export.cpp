@@ -13,9 +13,6 @@ namespace velumar {
 
 namespace {
 
-constexpr std::array kDayNames{"Monday", "Tuesday",  "Wednesday", "Thursday",
-                               "Friday", "Saturday", "Sunday"};
-
 std::string MomentText(std::int32_t day, std::int32_t time) {
   if (day == 0) return {};
   return IsoDate(day) + " " + PatternText(time, kTimePattern);
@@ -123,9 +120,7 @@ class RowFiller {
     Add(plan_ == nullptr ? std::string() : plan_->setup);
     Add(plan_ != nullptr && plan_->confidence > 0 ? LedgerValue(double(plan_->confidence))
                                                   : LedgerValue());
-    constexpr int kThursday = 3;  // 1 January 1970
-    const auto weekday = static_cast<std::size_t>((DayNumber(trade_.entry_day) + kThursday) % 7);
-    Add(trade_.entry_day == 0 ? std::string() : std::string(kDayNames.at(weekday)));
+    Add(trade_.entry_day == 0 ? std::string() : DateText(trade_.entry_day, "dddd"));
     const bool daily = !ExactNumber<int>(scope_.state.began.interval);
     Add(daily ? LedgerValue() : LedgerValue(double(trade_.entry_time / 10'000)));
     Add(double(trade_.look_ahead));

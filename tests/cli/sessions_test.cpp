@@ -188,6 +188,16 @@ TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
   EXPECT_THAT(box.Run({"stats", box.At("ledger"), "--setup", "gap"}).err,
               HasSubstr("no trade has the setup gap"));
   EXPECT_EQ(box.Run({"stats", box.At("ledger"), "--to", "20001399"}).code, 2);
+
+  LedgerConnection ledger([](std::string_view iso) { return std::string(iso); });
+  LedgerOpenFile(ledger, box.At("ledger"));
+  ledger.ForWriting().Execute(
+      "UPDATE Trades SET EntryDay = 19640107 WHERE Side = 'Short';"
+      "UPDATE Trades SET ExitBar = 2e9, Money = 9e999, Adverse = -9e999 WHERE EntryDay = 20000111");
+  EXPECT_EQ(stats({})["trades"], 12) << "a damaged one has no result";
+  EXPECT_THAT(box.Run({"stats", box.At("ledger"), "--csv"}).out, HasSubstr(",Tuesday,"));
+  ledger.ForWriting().Execute("UPDATE PlayedBars SET Closes = X'0000C07F'");
+  EXPECT_EQ(stats({}), all) << "computed again from the data";
 }
 
 }  // namespace
