@@ -142,7 +142,7 @@ void PrintStats(const StatsArguments& arguments, CliContext& context) {
   const std::vector<LedgerEntryPlan> plans = LedgerEntryPlans(ledger);
   const Played played = PlayedOf(scopes, plans);
   if (arguments.csv) {
-    context.out << TradesCsv(TradeRows(scopes, plans, Select(played, FilterOf(arguments, played))));
+    context.out << TradesCsv(scopes, plans, Select(played, FilterOf(arguments, played)));
     return;
   }
   const Stats stats = Compute(played, arguments, context);

@@ -43,7 +43,8 @@ std::int8_t WeekdayOf(std::int32_t day) {
 
 class Gathering {
  public:
-  explicit Gathering(const std::vector<LedgerEntryPlan>& plans) {
+  Gathering(const std::vector<LedgerEntryPlan>& plans, std::size_t trades) {
+    played_.trades.reserve(trades);
     for (const LedgerEntryPlan& plan : plans) plans_.insert_or_assign(plan.order, &plan);
   }
 
@@ -105,7 +106,9 @@ class Gathering {
 }  // namespace
 
 Played PlayedOf(const std::vector<PlayedScope>& scopes, const std::vector<LedgerEntryPlan>& plans) {
-  Gathering gathering(plans);
+  std::size_t trades = 0;
+  for (const PlayedScope& scope : scopes) trades += scope.trades.trades.size();
+  Gathering gathering(plans, trades);
   for (const PlayedScope& scope : scopes) gathering.Add(scope);
   return gathering.Take();
 }

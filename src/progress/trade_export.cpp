@@ -26,6 +26,9 @@ std::optional<double> Ratio(std::optional<double> a, double b) {
   return a && b > 0 ? std::optional(*a / b) : std::nullopt;
 }
 
+// The fields of a trade; what is missing is null.
+using TradeRow = std::array<LedgerValue, kTradeFields.size()>;
+
 // Fills in the fields of a row one after the other.
 class RowFiller {
  public:
@@ -139,35 +142,31 @@ std::string ExportedText(const LedgerValue& value) {
   return ValueAs<std::string>(value);
 }
 
+std::string LineOf(const TradeRow& row) {
+  std::vector<OrderCell> cells;
+  cells.reserve(row.size());
+  for (const LedgerValue& value : row) cells.push_back({ExportedText(value), value});
+  return CsvLine(cells);
+}
+
 }  // namespace
 
-std::vector<TradeRow> TradeRows(const std::vector<PlayedScope>& scopes,
-                                const std::vector<LedgerEntryPlan>& plans,
-                                const Selection& selection) {
+std::string TradesCsv(const std::vector<PlayedScope>& scopes,
+                      const std::vector<LedgerEntryPlan>& plans, const Selection& selection) {
   std::map<LedgerOrderKey, const LedgerEntryPlan*> by_entry;
   for (const LedgerEntryPlan& plan : plans) by_entry.insert_or_assign(plan.order, &plan);
-  std::vector<TradeRow> rows;
+  std::vector<std::string> names;
+  for (const TradeField& field : kTradeFields) names.emplace_back(field.name);
+  std::string csv = CsvLine(names);
   std::int32_t place = 0;
   for (const PlayedScope& scope : scopes) {
     for (const LedgerTrade& trade : scope.trades.trades) {
       if (!trade.money) continue;
       if (!std::ranges::binary_search(selection, place++)) continue;
       const auto plan = by_entry.find(trade.entry);
-      rows.push_back(
-          RowFiller(scope, trade, plan == by_entry.end() ? nullptr : plan->second).Fill());
+      csv +=
+          LineOf(RowFiller(scope, trade, plan == by_entry.end() ? nullptr : plan->second).Fill());
     }
-  }
-  return rows;
-}
-
-std::string TradesCsv(const std::vector<TradeRow>& rows) {
-  std::vector<std::string> names;
-  for (const TradeField& field : kTradeFields) names.emplace_back(field.name);
-  std::string csv = CsvLine(names);
-  for (const TradeRow& row : rows) {
-    std::vector<OrderCell> cells;
-    for (const LedgerValue& value : row) cells.push_back({ExportedText(value), value});
-    csv += CsvLine(cells);
   }
   return csv;
 }

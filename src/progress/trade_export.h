@@ -62,15 +62,9 @@ inline constexpr std::array<TradeField, 36> kTradeFields{{{"session"},
                                                           {"hour"},
                                                           {"look_ahead"}}};
 
-// The fields of a trade; what is missing is null.
-using TradeRow = std::array<LedgerValue, kTradeFields.size()>;
-
-// The trades of the selection: places as PlayedOf of the same scopes counts them.
-std::vector<TradeRow> TradeRows(const std::vector<PlayedScope>& scopes,
-                                const std::vector<LedgerEntryPlan>& plans,
-                                const Selection& selection);
-
-// A line of field names, then a line for each trade.
-std::string TradesCsv(const std::vector<TradeRow>& rows);
+// A line of field names, then a line for each trade of the selection: places as PlayedOf of the
+// same scopes counts them.
+std::string TradesCsv(const std::vector<PlayedScope>& scopes,
+                      const std::vector<LedgerEntryPlan>& plans, const Selection& selection);
 
 }  // namespace velumar

@@ -97,7 +97,7 @@ void ProgressTab::Show() {
 }
 
 std::string ProgressTab::TradesAsCsv() const {
-  return TradesCsv(TradeRows(scopes_, LedgerEntryPlans(ledger_), own_.trades));
+  return TradesCsv(scopes_, LedgerEntryPlans(ledger_), own_.trades);
 }
 
 bool ProgressTab::Read() {
