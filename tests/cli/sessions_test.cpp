@@ -190,7 +190,7 @@ TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
   EXPECT_EQ(box.Run({"stats", box.At("ledger"), "--to", "20001399"}).code, 2);
 
   LedgerConnection ledger([](std::string_view iso) { return std::string(iso); });
-  LedgerOpenFile(ledger, box.At("ledger"));
+  LedgerOpen(ledger, box.At("ledger"));
   ledger.ForWriting().Execute(
       "UPDATE Trades SET EntryDay = 19640107 WHERE Side = 'Short';"
       "UPDATE Trades SET ExitBar = 2e9, Money = 9e999, Adverse = -9e999 WHERE EntryDay = 20000111");

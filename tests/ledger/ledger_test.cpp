@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "ledger/plans.h"
+#include "ledger/trades.h"
 #include "support/matchers.h"
 #include "support/scratch_folder.h"
 
@@ -288,7 +289,11 @@ TEST_F(LedgerTest, AForgottenSessionTakesOnlyItsWaitingPlanAlong) {
   const int session = LedgerBeginRun(ledger, {}, {}, LedgerMoment());
   LedgerWritePlan(ledger, {.session = session, .order = {1, 1}, .setup = "played"});
   LedgerWritePlan(ledger, {.session = session, .setup = "waits"});
+  LedgerTrades trades;
+  trades.scope = LedgerScope::Session(session);
+  LedgerWriteTrades(ledger, trades);
   LedgerForgetSession(ledger, session);
+  EXPECT_TRUE(LedgerReadTrades(ledger).empty());
   const std::vector<LedgerPlan> plans = LedgerPlansOfSession(ledger, session);
   ASSERT_EQ(plans.size(), 1U);
   EXPECT_EQ(plans[0].setup, "played");
