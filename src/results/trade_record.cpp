@@ -1,6 +1,7 @@
 #include "results/trade_record.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <map>
 #include <string>
@@ -8,7 +9,6 @@
 
 #include "base/dates.h"
 #include "base/decimal.h"
-#include "base/number_text.h"
 #include "results/trade_list.h"
 
 namespace velumar {
@@ -36,7 +36,9 @@ std::int32_t DayOf(const TradeEnd& end) {
 std::int32_t TimeOf(const TradeEnd& end) {
   std::string digits = end.time;
   std::erase(digits, ':');
-  return ExactNumber<std::int32_t>(digits).value_or(0);
+  std::int32_t time = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), time);
+  return time;
 }
 
 struct Extreme {
