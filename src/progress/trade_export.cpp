@@ -8,6 +8,7 @@
 #include "base/dates.h"
 #include "base/decimal.h"
 #include "base/number_text.h"
+#include "results/figure_texts.h"
 
 namespace velumar {
 
