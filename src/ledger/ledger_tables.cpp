@@ -85,7 +85,7 @@ void AddJournal(SqliteDatabase& database) {
 }
 
 // What closed trades were, computed from rows and bars, and the bars that were played: see
-// trades.h.
+// trades.h. A revealed order has the price at which the account counted it: reveal.h.
 void AddTrades(SqliteDatabase& database) {
   static constexpr std::array<TableSchema, 2> kTables{
       {{"PlayedBars",
@@ -99,6 +99,7 @@ void AddTrades(SqliteDatabase& database) {
         "MoneyPerPoint NUMERIC, Money NUMERIC, Costs NUMERIC, Adverse NUMERIC, AdverseBar INTEGER, "
         "Favourable NUMERIC, FavourableBar INTEGER"}}};
   CreateTables(database, kTables);
+  AddColumns(database, "Details", {"Counted NUMERIC"});
   // With the last four, the rows of one session or run are found among those of thousands.
   for (const char* const index : {"TradesOfPlayed ON Trades (Session, Run)",
                                   "ArchiveOfRun ON Archive (Run)", "DetailsOfRun ON Details (Run)",

@@ -87,17 +87,28 @@ class Revealing {
     return ToDouble(PlainNumberText(real)).value_or(0);
   }
 
+  // The account counts an entry at its shown price to two decimals, and an exit at all of them.
+  LedgerValue Counted(bool entry, const LedgerValue& price, const LedgerValue& close) const {
+    const LedgerValue& shown = entry || close == LedgerValue() ? price : close;
+    return ValueAs<double>(shown) / hidden_.factor;
+  }
+
   void RevealRows(const std::string& table, const std::string& joined) {
+    constexpr std::size_t kOwn = 7;  // columns before the scaled ones
     std::string columns;
     std::string places;
     for (const std::string& column : ScaledColumns()) {
       columns += ", T." + column;
       places += ", " + column + " = ?";
     }
-    for (const Row& row : Select("SELECT T.rowid, D.BarIndex, D.ClosePrice, T.ActDate" + columns +
-                                 " FROM " + table + " AS T " + joined)) {
+    for (const Row& row :
+         Select("SELECT T.rowid, D.BarIndex, D.ClosePrice, T.ActDate, D.rowid, T.MarketPrice, "
+                "T.Loffset + T.Soffset" +
+                columns + " FROM " + table + " AS T " + joined)) {
+      database_.Run("UPDATE Details SET Counted = ? WHERE rowid = ?",
+                    {Counted(row[6] == LedgerValue(0.0), row[5], row[2]), row[4]});
       Row values{hidden_.symbol, IsoDay(row[3]), Close(row[1], row[2])};
-      std::transform(row.begin() + 4, row.end(), std::back_inserter(values),
+      std::transform(row.begin() + kOwn, row.end(), std::back_inserter(values),
                      [this](const LedgerValue& shown) { return Scaled(shown); });
       values.push_back(row[0]);
       database_.Run("UPDATE " + table + " SET Symbol = ?, ActDate = ?, MarketPrice = ?" + places +

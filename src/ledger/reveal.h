@@ -19,8 +19,8 @@ struct LedgerHidden {
 
 // Ends the session and puts the real symbol, dates, prices and points into its rows, all or
 // nothing. Money stays as it was played: a run's money per point changes as its prices do, the
-// other way round. Its trades are dropped, since they are computed again. Throws LedgerError, also for an
-// unknown number.
+// other way round, and an order keeps the price at which the account counted it. The trades are
+// dropped, since they are computed again. Throws LedgerError, also for an unknown number.
 void LedgerReveal(LedgerConnection& connection, int number, const LedgerHidden& hidden);
 
 }  // namespace velumar

@@ -56,6 +56,7 @@ void AddDetail(RunOrder& order, const NamedValues& detail) {
   order.quantity = detail.Number("Quantity");
   order.vat = AsInRow(detail.Figure("Vat"));
   order.close = detail.Figure("ClosePrice");
+  order.counted = detail.Figure("Counted");
   order.bar = detail.Whole("BarIndex");
   order.newest_shown = detail.Whole("NewestShown");
 }

@@ -31,6 +31,9 @@ struct RunOrder {
   std::optional<double> money_per_point;  // of its run; empty if runs were not recorded yet
   // From the detail.
   std::optional<double> close;  // `price` with all decimals
+  // The price at which the account counts it, if not at these: a blind session rounds its masked
+  // prices, and money stays as it was played.
+  std::optional<double> counted;
   std::optional<double> vat;
   std::optional<int> bar;
   std::optional<int> newest_shown;

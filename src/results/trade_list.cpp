@@ -13,11 +13,11 @@ namespace {
 // Like the account: it keeps its average entry price to two decimals, as a row has it, and closes
 // at the exact close of the bar.
 TradeEnd EntryOf(const RunOrder& order) {
-  return {order.date, order.time, order.price, order.bar, order.key, order.iso_date};
+  return {order.date, order.time, order.price, order.bar, order.key, order.iso_date, order.counted};
 }
 TradeEnd ExitOf(const RunOrder& order) {
-  return {order.date, order.time, order.close.value_or(order.price),
-          order.bar,  order.key,  order.iso_date};
+  return {order.date,     order.time,   order.close.value_or(order.price), order.bar, order.key,
+          order.iso_date, order.counted};
 }
 
 // The open lots of one side, updated order by order.
@@ -104,7 +104,7 @@ class SideLots {
   Trade Closed(const OpenLot& part, const RunOrder& order) const {
     Trade trade{part, ExitOf(order), false, {}, {}};
     if (!part.entry) return trade;
-    const double rise = DecimalDifference(trade.exit.price, part.entry->price);
+    const double rise = DecimalDifference(trade.exit.Counted(), part.entry->Counted());
     trade.points = part.quantity * (is_long_ ? rise : -rise);
     if (!order.money_per_point) return trade;
     trade.money = *trade.points * *order.money_per_point;

@@ -16,6 +16,9 @@ struct TradeEnd {
   std::optional<int> bar;
   LedgerOrderKey key = {};  // of the order
   std::string iso_date = {};
+  std::optional<double> counted = {};  // see RunOrder
+
+  double Counted() const { return counted.value_or(price); }
 };
 
 // A held quantity from one entry.

@@ -56,6 +56,7 @@ void MakeOlder(const std::string& file) {
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
       .Execute(
           "PRAGMA user_version=2; DROP TABLE Trades; DROP TABLE PlayedBars; "
+          "ALTER TABLE Details DROP Counted; "
           "DROP TABLE Plans; DROP TABLE Notes; "
           "ALTER TABLE Sessions DROP AgainRun; ALTER TABLE Sessions DROP AgainPlace");
 }

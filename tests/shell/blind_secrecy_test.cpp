@@ -9,6 +9,7 @@
 #include "base/number_text.h"
 #include "marketdata/number_format.h"
 #include "results/run_record.h"
+#include "results/trade_list.h"
 #include "session/blind_mask.h"
 #include "session/run_inputs.h"
 #include "support/whole_program.h"
@@ -243,6 +244,12 @@ void ExpectRevealed(const RunRecord& played, const RunRecord& now, const std::ve
       EXPECT_NEAR(*order.plan->stop / bar.close,
                   *played.orders[i].plan->stop / *played.orders[i].close, 1e-5);
     }
+  }
+  const std::vector<Trade> trades = ListTrades({now}).trades;
+  const std::vector<Trade> as_played = ListTrades({played}).trades;
+  ASSERT_EQ(trades.size(), as_played.size());
+  for (std::size_t i = 0; i < trades.size(); ++i) {
+    EXPECT_NEAR(trades[i].money.value_or(0), as_played[i].money.value_or(0), 1e-5);
   }
 }
 
