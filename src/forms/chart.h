@@ -83,7 +83,9 @@ class Plot : public Control {
 
   // Null: an empty picture.
   const std::shared_ptr<const NumberPicture>& Picture() const { return picture_; }
-  void SetPicture(std::shared_ptr<const NumberPicture> picture) { Assign(picture_, picture); }
+  void SetPicture(const std::shared_ptr<const NumberPicture>& picture) {
+    Assign(picture_, picture);
+  }
   // Saves it as it is shown. Throws std::runtime_error that names the file; an existing file is
   // then unchanged.
   void SaveTo(const std::string& file) const;

@@ -157,6 +157,7 @@ std::string TradesCsv(const std::vector<PlayedScope>& scopes,
   std::map<LedgerOrderKey, const LedgerEntryPlan*> by_entry;
   for (const LedgerEntryPlan& plan : plans) by_entry.insert_or_assign(plan.order, &plan);
   std::vector<std::string> names;
+  names.reserve(kTradeFields.size());
   for (const TradeField& field : kTradeFields) names.emplace_back(field.name);
   std::string csv = CsvLine(names);
   std::int32_t place = 0;

@@ -33,6 +33,7 @@ std::string DayBefore(std::int32_t today, int days) { return IsoDate(DaysLater(t
 
 std::vector<ComboBox::Row> RowsOf(const std::string& any, const std::vector<std::string>& names) {
   std::vector<ComboBox::Row> rows{{any}};
+  rows.reserve(names.size() + 1);
   for (const std::string& name : names) rows.push_back({name});
   return rows;
 }
@@ -130,6 +131,7 @@ void ProgressTab::ListChoices() {
   std::vector<std::string> interval_names;
   std::ranges::transform(intervals_, std::back_inserter(interval_names), IntervalLabel);
   std::vector<std::string> hour_names;
+  hour_names.reserve(hours_.size());
   for (const std::int8_t hour : hours_) hour_names.push_back(std::to_string(hour) + ":00 to :59");
   std::vector<std::string> setups = played_->setups;
   setups.insert(setups.begin(), "No setup");
@@ -138,6 +140,7 @@ void ProgressTab::ListChoices() {
   controls.cbxOfInterval.SetRows(RowsOf("All intervals", interval_names));
   controls.cbxOfHour.SetRows(RowsOf("Any hour", hour_names));
   std::vector<ComboBox::Row> pictures;
+  pictures.reserve(kProgressPictures.size());
   for (const std::string_view name : kProgressPictures) pictures.push_back({std::string(name)});
   controls.cbxPicture.SetRows(std::move(pictures));
   for (ComboBox* const list : controls.Lists()) list->SetIndex(0);
