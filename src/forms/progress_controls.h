@@ -38,9 +38,10 @@ struct ProgressControls {
 
  public:
   ComboBox cbxOfSecurity{form_, {"cbxOfSecurity", 120, 120, 2040, 315, "", "Security"}};
-  ComboBox cbxOfSetup{form_, {"cbxOfSetup", 2235, 120, 2040, 315, "", "Setup"}};
-  ComboBox cbxOfSide{
-      form_, {"cbxOfSide", 4350, 120, 1440, 315, "", "Side"}, {"Both sides", "Long", "Short"}};
+  ComboBox cbxOfSetup{form_, {"cbxOfSetup", 2235, 120, 2040, 315, "", "Setup of the trades"}};
+  ComboBox cbxOfSide{form_,
+                     {"cbxOfSide", 4350, 120, 1440, 315, "", "Side of the trades"},
+                     {"Both sides", "Long", "Short"}};
   ComboBox cbxOfConfidence{
       form_,
       {"cbxOfConfidence", 5865, 120, 1965, 315, "", "Confidence before the trade"},

@@ -104,8 +104,11 @@ class SideLots {
   Trade Closed(const OpenLot& part, const RunOrder& order) const {
     Trade trade{part, ExitOf(order), false, {}, {}};
     if (!part.entry) return trade;
-    const double rise = DecimalDifference(trade.exit.Counted(), part.entry->Counted());
-    trade.points = part.quantity * (is_long_ ? rise : -rise);
+    const double entry = part.entry->Counted();
+    const double exit = trade.exit.Counted();
+    // Never -0.
+    trade.points = part.quantity *
+                   (is_long_ ? DecimalDifference(exit, entry) : DecimalDifference(entry, exit));
     if (!order.money_per_point) return trade;
     trade.money = *trade.points * *order.money_per_point;
     if (part.risk.value_or(0) > 0) trade.r = *trade.money / *part.risk;
