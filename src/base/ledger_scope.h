@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 
 namespace velumar {
@@ -14,7 +15,7 @@ struct LedgerScope {
   static constexpr LedgerScope Run(int number) { return {Kind::kRun, number}; }
   static constexpr LedgerScope Session(int number) { return {Kind::kSession, number}; }
 
-  bool operator==(const LedgerScope&) const = default;
+  auto operator<=>(const LedgerScope&) const = default;
 };
 
 inline constexpr LedgerScope kCurrentRun{};

@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "ledger/ledger_tables.h"
 #include "ledger/plans.h"
+#include "ledger/trades.h"
 
 namespace velumar {
 
@@ -124,6 +125,13 @@ int WriteSession(SqliteDatabase& database, const LedgerSession& session) {
   return static_cast<int>(database.LastRow());
 }
 
+// Keeps the trades that an order has closed. The caller holds a transaction.
+void AddClosed(SqliteDatabase& database, const LedgerMoment& moment, const LedgerOrderKey& exit,
+               const std::vector<LedgerTrade>* closed) {
+  if (closed == nullptr || moment.session == 0) return;
+  LedgerAddTrades(database, moment.session, exit, *closed);
+}
+
 // Moves the rows to the archive of their run. The caller holds a transaction.
 void ArchiveRows(SqliteDatabase& database) {
   const std::string columns = Listed(PortfolioColumns());
@@ -234,7 +242,8 @@ void LedgerInsert(LedgerConnection& connection, std::string_view table,
 
 LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
                                  const std::vector<LedgerValue>& values, const LedgerDetail& detail,
-                                 const LedgerMoment& moment, const LedgerPlan* plan) {
+                                 const LedgerMoment& moment, const LedgerPlan* plan,
+                                 const std::vector<LedgerTrade>* closed) {
   static const std::string kRow = InsertInto(kPortfolioTable, PortfolioColumns());
   static const std::string kRun = "SELECT " + std::string(kNewestRun);
   SqliteDatabase& database = connection.ForWriting();
@@ -253,6 +262,7 @@ LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
     taken.order = key;
     LedgerWritePlan(connection, taken);
   }
+  AddClosed(database, moment, key, closed);
   LedgerWriteMoment(connection, moment);
   transaction.Commit();
   return key;
@@ -273,7 +283,8 @@ int LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run, const Led
 }
 
 void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
-                     const LedgerDetail& detail, const LedgerMoment& moment) {
+                     const LedgerDetail& detail, const LedgerMoment& moment,
+                     const std::vector<LedgerTrade>* closed) {
   SqliteDatabase& database = connection.ForWriting();
   SqliteTransaction transaction(database);
   database.Run(
@@ -283,6 +294,8 @@ void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
           ", (SELECT coalesce(max(rowid), 0) FROM MyPortfolio), ?, ?, ?, ?, ?, ?, ?, ?, ?)",
       {wiped.position, wiped.held, wiped.average, detail.quantity, double(detail.bar_index),
        double(detail.newest_shown), wiped.date, wiped.time, wiped.price});
+  const int run = WholeOf(database.Run("SELECT " + std::string(kNewestRun)));
+  AddClosed(database, moment, {run, 0}, closed);
   LedgerWriteMoment(connection, moment);
   transaction.Commit();
 }

@@ -59,6 +59,7 @@ struct LedgerWiped {
 using LedgerDateText = std::function<std::string(std::string_view iso_date)>;
 
 struct LedgerPlan;
+struct LedgerTrade;
 
 // The connection to the ledger. While it is closed or read-only, everything that writes throws
 // LedgerError with the reason; queries throw only if there is no file to read.
@@ -127,21 +128,24 @@ void LedgerRequire(LedgerConnection& connection, LedgerScope scope);
 // Appends one row; values are in the order of the columns. The row is on the disk on return.
 void LedgerInsert(LedgerConnection& connection, std::string_view table,
                   const std::vector<std::string>& columns, const std::vector<LedgerValue>& values);
-// Appends an order's row and its detail, gives it the plan if there is one, and writes where its
-// session is now, all or nothing. Returns the key of the order.
+// Appends an order's row and its detail, gives it the plan if there is one, keeps the trades that
+// it has closed in its session, and writes where that is now, all or nothing. Returns the key of
+// the order.
 LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
                                  const std::vector<LedgerValue>& values, const LedgerDetail& detail,
-                                 const LedgerMoment& moment = {}, const LedgerPlan* plan = nullptr);
+                                 const LedgerMoment& moment = {}, const LedgerPlan* plan = nullptr,
+                                 const std::vector<LedgerTrade>* closed = nullptr);
 
 // Starts a run in one transaction: the rows of MyPortfolio move to the archive of their run, and
 // later rows belong to the new run. A session without a number begins with it; of another one the
 // account is written again, since the trader may have changed it. Returns the session's number.
 int LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run,
                    const LedgerSession& session = {}, LedgerMoment moment = {});
-// Records a wiped-out holding after the newest row, and where its session is now; the detail has
-// the quantity ordered.
+// Records a wiped-out holding after the newest row, its trades, and where its session is now; the
+// detail has the quantity ordered.
 void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
-                     const LedgerDetail& detail, const LedgerMoment& moment = {});
+                     const LedgerDetail& detail, const LedgerMoment& moment = {},
+                     const std::vector<LedgerTrade>* closed = nullptr);
 
 // The sessions; all throw LedgerError, the last three also for an unknown number.
 

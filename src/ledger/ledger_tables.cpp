@@ -92,10 +92,10 @@ void AddTrades(SqliteDatabase& database) {
         "Session INTEGER, Run INTEGER, Orders INTEGER, NewestShown INTEGER, FirstBar INTEGER, "
         "FirstDay INTEGER, LastDay INTEGER, Closes BLOB, PRIMARY KEY (Session, Run)"},
        {"Trades",
-        "Session INTEGER, Run INTEGER, EntryRun INTEGER, EntryPlace INTEGER, ExitRun INTEGER, "
-        "ExitPlace INTEGER, Side TEXT, Quantity NUMERIC, EntryShare NUMERIC, EntryDay INTEGER, "
-        "EntryTime INTEGER, EntryBar INTEGER, EntryPrice NUMERIC, ExitDay INTEGER, ExitTime "
-        "INTEGER, ExitBar INTEGER, ExitPrice NUMERIC, Wiped INTEGER, LookAhead INTEGER, "
+        "Session INTEGER, Run INTEGER, EntryRun INTEGER, EntryPlace INTEGER, EntryDay INTEGER, "
+        "EntryTime INTEGER, EntryBar INTEGER, EntryPrice NUMERIC, ExitRun INTEGER, ExitPlace "
+        "INTEGER, ExitDay INTEGER, ExitTime INTEGER, ExitBar INTEGER, ExitPrice NUMERIC, Side "
+        "TEXT, Quantity NUMERIC, EntryShare NUMERIC, Wiped INTEGER, LookAhead INTEGER, "
         "MoneyPerPoint NUMERIC, Money NUMERIC, Costs NUMERIC, Adverse NUMERIC, AdverseBar INTEGER, "
         "Favourable NUMERIC, FavourableBar INTEGER"}}};
   CreateTables(database, kTables);

@@ -21,13 +21,6 @@ LedgerScope ScopeOf(int session, int run) {
   return session != 0 ? LedgerScope::Session(session) : LedgerScope::Run(run);
 }
 
-struct ScopeOrder {
-  bool operator()(LedgerScope a, LedgerScope b) const { return KeyOf(a) < KeyOf(b); }
-};
-
-template <typename Value>
-using ByScope = std::map<LedgerScope, Value, ScopeOrder>;
-
 // A damaged ledger may hold any number. What no trade can have is as good as missing.
 std::optional<double> FiniteNumber(const SqliteStatement& row, int column) {
   const auto number = row.Number(column);
@@ -91,8 +84,8 @@ LedgerScopeState StateOf(const SqliteStatement& row) {
 
 // What is kept of each scope: its orders and its newest bar. Those without bars are computed again,
 // since the data may be there again.
-ByScope<std::pair<int, int>> KeptStates(const SqliteDatabase& database) {
-  ByScope<std::pair<int, int>> kept;
+std::map<LedgerScope, std::pair<int, int>> KeptStates(const SqliteDatabase& database) {
+  std::map<LedgerScope, std::pair<int, int>> kept;
   if (!database.HasTable("PlayedBars")) return kept;
   SqliteStatement select = database.Prepare(
       "SELECT Session, Run, Orders, NewestShown FROM PlayedBars WHERE length(Closes) > 0");
@@ -102,21 +95,27 @@ ByScope<std::pair<int, int>> KeptStates(const SqliteDatabase& database) {
   return kept;
 }
 
+constexpr const char* kTradeColumns =
+    "Session, Run, EntryRun, EntryPlace, EntryDay, EntryTime, EntryBar, EntryPrice, ExitRun, "
+    "ExitPlace, ExitDay, ExitTime, ExitBar, ExitPrice, Side, Quantity, EntryShare, Wiped, "
+    "LookAhead, MoneyPerPoint, Money, Costs, Adverse, AdverseBar, Favourable, FavourableBar";
+
+// The six columns of an end, from `first` on.
+LedgerTradeEnd EndOf(const SqliteStatement& row, int first) {
+  return {.order = {row.Whole(first), row.Whole(first + 1)},
+          .day = row.Whole(first + 2),
+          .time = row.Whole(first + 3),
+          .bar = BarOf(row, first + 4),
+          .price = FiniteNumber(row, first + 5).value_or(0)};
+}
+
 LedgerTrade TradeOf(const SqliteStatement& row) {
   const auto number = [&row](int column) { return FiniteNumber(row, column).value_or(0); };
-  return {.entry = {row.Whole(2), row.Whole(3)},
-          .exit = {row.Whole(4), row.Whole(5)},
-          .is_long = row.Text(6) == "Long",
-          .quantity = number(7),
-          .entry_share = number(8),
-          .entry_day = row.Whole(9),
-          .entry_time = row.Whole(10),
-          .entry_bar = BarOf(row, 11),
-          .entry_price = number(12),
-          .exit_day = row.Whole(13),
-          .exit_time = row.Whole(14),
-          .exit_bar = BarOf(row, 15),
-          .exit_price = number(16),
+  return {.entry = EndOf(row, 2),
+          .exit = EndOf(row, 8),
+          .is_long = row.Text(14) == "Long",
+          .quantity = number(15),
+          .entry_share = number(16),
           .wiped = row.Whole(17) != 0,
           .look_ahead = row.Whole(18) != 0,
           .money_per_point = FiniteNumber(row, 19),
@@ -128,46 +127,38 @@ LedgerTrade TradeOf(const SqliteStatement& row) {
           .favourable_bar = BarOf(row, 25).value_or(0)};
 }
 
+void AddEnd(std::vector<LedgerValue>& values, const LedgerTradeEnd& end) {
+  for (const LedgerValue& value :
+       {LedgerValue(double(end.order.run)), LedgerValue(double(end.order.place)),
+        LedgerValue(double(end.day)), LedgerValue(double(end.time)), OrNull(end.bar),
+        LedgerValue(end.price)}) {
+    values.push_back(value);
+  }
+}
+
 void Insert(SqliteDatabase& database, LedgerScope scope, const LedgerTrade& trade) {
   static const std::string kInsert = [] {
+    const std::string columns = kTradeColumns;
     std::string places = "?";
-    for (int i = 1; i < 26; ++i) places += ", ?";
-    return "INSERT INTO Trades (Session, Run, EntryRun, EntryPlace, ExitRun, ExitPlace, Side, "
-           "Quantity, EntryShare, EntryDay, EntryTime, EntryBar, EntryPrice, ExitDay, ExitTime, "
-           "ExitBar, ExitPrice, Wiped, LookAhead, MoneyPerPoint, Money, Costs, Adverse, "
-           "AdverseBar, Favourable, FavourableBar) VALUES (" +
-           places + ")";
+    for (auto i = std::ranges::count(columns, ','); i > 0; --i) places += ", ?";
+    return "INSERT INTO Trades (" + columns + ") VALUES (" + places + ")";
   }();
   const auto bar_of = [](const std::optional<double>& excursion, int bar) {
     return excursion ? LedgerValue(double(bar)) : LedgerValue();
   };
   const auto [session, run] = KeyOf(scope);
-  database.Run(kInsert, {session,
-                         run,
-                         double(trade.entry.run),
-                         double(trade.entry.place),
-                         double(trade.exit.run),
-                         double(trade.exit.place),
-                         trade.is_long ? "Long" : "Short",
-                         trade.quantity,
-                         trade.entry_share,
-                         double(trade.entry_day),
-                         double(trade.entry_time),
-                         OrNull(trade.entry_bar),
-                         trade.entry_price,
-                         double(trade.exit_day),
-                         double(trade.exit_time),
-                         OrNull(trade.exit_bar),
-                         trade.exit_price,
-                         double(trade.wiped),
-                         double(trade.look_ahead),
-                         OrNull(trade.money_per_point),
-                         OrNull(trade.money),
-                         trade.costs,
-                         OrNull(trade.adverse),
-                         bar_of(trade.adverse, trade.adverse_bar),
-                         OrNull(trade.favourable),
-                         bar_of(trade.favourable, trade.favourable_bar)});
+  std::vector<LedgerValue> values{session, run};
+  AddEnd(values, trade.entry);
+  AddEnd(values, trade.exit);
+  for (const LedgerValue& value :
+       {LedgerValue(trade.is_long ? "Long" : "Short"), LedgerValue(trade.quantity),
+        LedgerValue(trade.entry_share), LedgerValue(double(trade.wiped)),
+        LedgerValue(double(trade.look_ahead)), OrNull(trade.money_per_point), OrNull(trade.money),
+        LedgerValue(trade.costs), OrNull(trade.adverse), bar_of(trade.adverse, trade.adverse_bar),
+        OrNull(trade.favourable), bar_of(trade.favourable, trade.favourable_bar)}) {
+    values.push_back(value);
+  }
+  database.Run(kInsert, values);
 }
 
 void Drop(SqliteDatabase& database, LedgerScope scope) {
@@ -182,7 +173,7 @@ std::vector<LedgerScopeState> LedgerScopes(LedgerConnection& connection) {
   const SqliteDatabase& database = connection.ForReading();
   const auto kept = KeptStates(database);
   std::vector<LedgerScopeState> states;
-  ByScope<std::size_t> places;
+  std::map<LedgerScope, std::size_t> places;
   SqliteStatement select = database.Prepare(SelectRuns(database));
   while (select.Step()) {
     LedgerScopeState state = StateOf(select);
@@ -204,7 +195,7 @@ std::vector<LedgerTrades> LedgerReadTrades(LedgerConnection& connection) {
   const SqliteDatabase& database = connection.ForReading();
   std::vector<LedgerTrades> all;
   if (!database.HasTable("PlayedBars")) return all;
-  ByScope<std::size_t> places;
+  std::map<LedgerScope, std::size_t> places;
   SqliteStatement bars = database.Prepare(
       "SELECT Session, Run, Orders, NewestShown, FirstBar, FirstDay, LastDay, Closes FROM "
       "PlayedBars");
@@ -220,14 +211,13 @@ std::vector<LedgerTrades> LedgerReadTrades(LedgerConnection& connection) {
                    .closes = ClosesOf(bars.Bytes(7)),
                    .trades = {}});
   }
-  SqliteStatement trades = database.Prepare(
-      "SELECT Session, Run, EntryRun, EntryPlace, ExitRun, ExitPlace, Side, Quantity, EntryShare, "
-      "EntryDay, EntryTime, EntryBar, EntryPrice, ExitDay, ExitTime, ExitBar, ExitPrice, Wiped, "
-      "LookAhead, MoneyPerPoint, Money, Costs, Adverse, AdverseBar, Favourable, FavourableBar FROM "
-      "Trades ORDER BY rowid");
+  SqliteStatement trades =
+      database.Prepare(std::string("SELECT ") + kTradeColumns + " FROM Trades ORDER BY rowid");
   while (trades.Step()) {
-    const auto place = places.find(ScopeOf(trades.Whole(0), trades.Whole(1)));
-    if (place != places.end()) all[place->second].trades.push_back(TradeOf(trades));
+    const LedgerScope scope = ScopeOf(trades.Whole(0), trades.Whole(1));
+    const auto [place, is_new] = places.try_emplace(scope, all.size());
+    if (is_new) all.push_back({.scope = scope, .closes = {}, .trades = {}});
+    all[place->second].trades.push_back(TradeOf(trades));
   }
   return all;
 }
@@ -253,6 +243,14 @@ void LedgerWriteTrades(LedgerConnection& connection, const LedgerTrades& trades)
   for (const LedgerTrade& trade : trades.trades) Insert(database, trades.scope, trade);
   bars.Reset();
   transaction.Commit();
+}
+
+void LedgerAddTrades(SqliteDatabase& database, int session, const LedgerOrderKey& exit,
+                     std::span<const LedgerTrade> closed) {
+  for (LedgerTrade trade : closed) {
+    trade.exit.order = exit;
+    Insert(database, LedgerScope::Session(session), trade);
+  }
 }
 
 void LedgerDropTrades(SqliteDatabase& database, int session) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -9,30 +10,32 @@
 
 namespace velumar {
 
+// Where a quantity was entered or closed.
+struct LedgerTradeEnd {
+  LedgerOrderKey order =
+      {};                 // without a place if the ledger has no such order, or it wiped a holding
+  std::int32_t day = 0;   // yyyymmdd; 0: not recorded
+  std::int32_t time = 0;  // hhmmss
+  std::optional<int> bar = {};
+  double price = 0;
+};
+
 // A closed quantity with what the bars say about it. It is kept, so that it outlives the data.
 struct LedgerTrade {
-  LedgerOrderKey entry;  // without a place if its entry is not in the ledger
-  LedgerOrderKey exit;   // the same if the holding was wiped out
+  LedgerTradeEnd entry;
+  LedgerTradeEnd exit;
   bool is_long = true;
   double quantity = 0;
-  double entry_share = 1;       // of the quantity that was entered
-  std::int32_t entry_day = 0;   // yyyymmdd; 0: not recorded
-  std::int32_t entry_time = 0;  // hhmmss
-  std::optional<int> entry_bar;
-  double entry_price = 0;
-  std::int32_t exit_day = 0;
-  std::int32_t exit_time = 0;
-  std::optional<int> exit_bar;
-  double exit_price = 0;
+  double entry_share = 1;  // of the quantity that was entered
   bool wiped = false;
   bool look_ahead = false;
-  std::optional<double> money_per_point;
-  std::optional<double> money;  // before costs; empty if the trade has no P/L
-  double costs = 0;             // commission and VAT: the entry's share and the exit's
+  std::optional<double> money_per_point = {};
+  std::optional<double> money = {};  // before costs; empty if the trade has no P/L
+  double costs = 0;                  // commission and VAT: the entry's share and the exit's
   // How far the price went against and for the trade in its bars, in points for one unit, 0 or
   // more, and at which bar. Empty without the bars.
-  std::optional<double> adverse;
-  std::optional<double> favourable;
+  std::optional<double> adverse = {};
+  std::optional<double> favourable = {};
   int adverse_bar = 0;
   int favourable_bar = 0;
 };
@@ -77,6 +80,10 @@ std::vector<LedgerScopeState> LedgerScopes(LedgerConnection& connection);
 std::vector<LedgerTrades> LedgerReadTrades(LedgerConnection& connection);
 // Keeps them in place of those of the same scope, all or nothing.
 void LedgerWriteTrades(LedgerConnection& connection, const LedgerTrades& trades);
+// Keeps the trades that an order of the session has closed, after the earlier ones. The caller
+// holds a transaction.
+void LedgerAddTrades(SqliteDatabase& database, int session, const LedgerOrderKey& exit,
+                     std::span<const LedgerTrade> closed);
 // Drops those of a session whose rows are changing. The caller holds a transaction.
 void LedgerDropTrades(SqliteDatabase& database, int session);
 

@@ -72,25 +72,25 @@ class Gathering {
   void Add(const LedgerTrade& from) {
     PlayedTrade& trade = played_.trades.emplace_back();
     trade.session = static_cast<std::int32_t>(played_.sessions.size()) - 1;
-    trade.entry_bar = from.entry_bar.value_or(kAbsent);
-    trade.exit_bar = from.exit_bar.value_or(kAbsent);
-    trade.entry_day = from.entry_day;
-    trade.exit_day = from.exit_day;
-    trade.weekday = WeekdayOf(from.entry_day);
+    trade.entry_bar = from.entry.bar.value_or(kAbsent);
+    trade.exit_bar = from.exit.bar.value_or(kAbsent);
+    trade.entry_day = from.entry.day;
+    trade.exit_day = from.exit.day;
+    trade.weekday = WeekdayOf(from.entry.day);
     if (played_.sessions.back().interval != kAbsent) {
-      trade.hour = static_cast<std::int8_t>(from.entry_time / 10'000);
+      trade.hour = static_cast<std::int8_t>(from.entry.time / 10'000);
     }
     trade.is_long = from.is_long;
     trade.look_ahead = from.look_ahead;
     trade.quantity = from.quantity;
-    trade.entry_price = from.entry_price;
-    trade.exit_price = from.exit_price;
+    trade.entry_price = from.entry.price;
+    trade.exit_price = from.exit.price;
     trade.money_per_point = from.money_per_point.value_or(0);
     trade.money = *from.money;
     trade.costs = from.costs;
     if (from.adverse) trade.adverse = static_cast<float>(*from.adverse);
     if (from.favourable) trade.favourable = static_cast<float>(*from.favourable);
-    const auto plan = plans_.find(from.entry);
+    const auto plan = plans_.find(from.entry.order);
     if (plan == plans_.end()) return;
     trade.confidence = static_cast<std::uint8_t>(plan->second->confidence);
     trade.risk = plan->second->risk * from.entry_share;

@@ -55,8 +55,8 @@ class RowFiller {
   void AddIfAny(std::optional<double> number) { Add(OrNull(number)); }
 
   std::optional<int> Bars() const {
-    if (!trade_.entry_bar || !trade_.exit_bar) return std::nullopt;
-    return *trade_.exit_bar - *trade_.entry_bar;
+    if (!trade_.entry.bar || !trade_.exit.bar) return std::nullopt;
+    return *trade_.exit.bar - *trade_.entry.bar;
   }
   double MoneyOfPoint() const { return trade_.quantity * trade_.money_per_point.value_or(0); }
 
@@ -78,10 +78,10 @@ class RowFiller {
   void AddEnds() {
     Add(trade_.is_long ? "Long" : "Short");
     Add(trade_.quantity);
-    Add(MomentText(trade_.entry_day, trade_.entry_time));
-    Add(trade_.entry_price);
-    Add(MomentText(trade_.exit_day, trade_.exit_time));
-    Add(trade_.exit_price);
+    Add(MomentText(trade_.entry.day, trade_.entry.time));
+    Add(trade_.entry.price);
+    Add(MomentText(trade_.exit.day, trade_.exit.time));
+    Add(trade_.exit.price);
     const auto bars = Bars();
     const auto minutes = ExactNumber<int>(scope_.state.began.interval);
     Add(OrNull(bars));
@@ -89,7 +89,7 @@ class RowFiller {
   }
 
   void AddResult() {
-    Add(Gain(trade_.entry_price, trade_.exit_price));
+    Add(Gain(trade_.entry.price, trade_.exit.price));
     AddIfAny(trade_.money);
     AddIfAny(Ratio(trade_.money, risk_));
     Add(trade_.costs);
@@ -102,31 +102,31 @@ class RowFiller {
     AddIfAny(points);
     AddIfAny(money);
     AddIfAny(Ratio(money, risk_));
-    Add(points && trade_.entry_bar ? LedgerValue(double(bar - *trade_.entry_bar)) : LedgerValue());
+    Add(points && trade_.entry.bar ? LedgerValue(double(bar - *trade_.entry.bar)) : LedgerValue());
   }
 
   std::optional<double> ExitEfficiency() const {
     if (!trade_.adverse || !trade_.favourable) return std::nullopt;
-    return Ratio(Gain(trade_.entry_price, trade_.exit_price) + *trade_.adverse,
+    return Ratio(Gain(trade_.entry.price, trade_.exit.price) + *trade_.adverse,
                  *trade_.adverse + *trade_.favourable);
   }
 
   std::optional<double> After(int bars) const {
-    if (!trade_.exit_bar) return std::nullopt;
+    if (!trade_.exit.bar) return std::nullopt;
     const LedgerTrades& trades = scope_.trades;
-    const int at = *trade_.exit_bar + bars - trades.first_bar;
+    const int at = *trade_.exit.bar + bars - trades.first_bar;
     if (at < bars || at >= static_cast<int>(trades.closes.size())) return std::nullopt;
     const double close = ReadableDouble(trades.closes[static_cast<std::size_t>(at)]);
-    return Gain(trade_.exit_price, close) * MoneyOfPoint();
+    return Gain(trade_.exit.price, close) * MoneyOfPoint();
   }
 
   void AddPlan() {
     Add(plan_ == nullptr ? std::string() : plan_->setup);
     Add(plan_ != nullptr && plan_->confidence > 0 ? LedgerValue(double(plan_->confidence))
                                                   : LedgerValue());
-    Add(trade_.entry_day == 0 ? std::string() : DateText(trade_.entry_day, "dddd"));
+    Add(trade_.entry.day == 0 ? std::string() : DateText(trade_.entry.day, "dddd"));
     const bool daily = !ExactNumber<int>(scope_.state.began.interval);
-    Add(daily ? LedgerValue() : LedgerValue(double(trade_.entry_time / 10'000)));
+    Add(daily ? LedgerValue() : LedgerValue(double(trade_.entry.time / 10'000)));
     Add(double(trade_.look_ahead));
   }
 
@@ -165,7 +165,7 @@ std::string TradesCsv(const std::vector<PlayedScope>& scopes,
     for (const LedgerTrade& trade : scope.trades.trades) {
       if (!trade.money) continue;
       if (!std::ranges::binary_search(selection, place++)) continue;
-      const auto plan = by_entry.find(trade.entry);
+      const auto plan = by_entry.find(trade.entry.order);
       csv +=
           LineOf(RowFiller(scope, trade, plan == by_entry.end() ? nullptr : plan->second).Fill());
     }

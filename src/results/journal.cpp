@@ -146,7 +146,7 @@ class JournalReader {
     TradeList list = ListTrades(account);
     for (Trade& trade : list.trades) journal.trades.push_back(maker.Make(std::move(trade), false));
     for (OpenLot& lot : list.open) {
-      journal.trades.push_back(maker.Make(Trade{std::move(lot), {}, false, {}, {}}, true));
+      journal.trades.push_back(maker.Make(Trade{.lot = std::move(lot), .exit = {}}, true));
     }
     return journal;
   }

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <deque>
+#include <iterator>
+#include <utility>
 
 #include "base/decimal.h"
 
@@ -12,82 +13,101 @@ namespace {
 
 // Like the account: it keeps its average entry price to two decimals, as a row has it, and closes
 // at the exact close of the bar.
-TradeEnd EntryOf(const RunOrder& order) {
-  return {order.date, order.time, order.price, order.bar, order.key, order.iso_date, order.counted};
-}
-TradeEnd ExitOf(const RunOrder& order) {
-  return {order.date,     order.time,   order.close.value_or(order.price), order.bar, order.key,
-          order.iso_date, order.counted};
+TradeEnd EndOf(const RunOrder& order, double price, double ordered) {
+  const double costs = order.commission + order.vat.value_or(0);
+  return {.date = order.date,
+          .time = order.time,
+          .price = price,
+          .bar = order.bar,
+          .key = order.key,
+          .iso_date = order.iso_date,
+          .counted = order.counted,
+          .costs = ordered > 0 ? costs / ordered : 0,
+          .look_ahead = order.LookAhead().value_or(false)};
 }
 
-// The open lots of one side, updated order by order.
-class SideLots {
+}  // namespace
+
+// An order and the side that it changes.
+class TradeMatcher::Matching {
  public:
-  explicit SideLots(bool is_long) : is_long_(is_long) {}
+  Matching(Side& side, const RunOrder& order)
+      : side_(side), order_(order), ordered_(Ordered(side, order)) {}
 
-  // Appends the trades that the order closes.
-  void Apply(const RunOrder& order, std::vector<Trade>& closed) {
-    MatchHolding(order);
-    switch (order.kind) {
+  std::vector<Trade> Apply() {
+    MatchHolding();
+    switch (order_.kind) {
       case RunOrder::Kind::kEntry:
-        if (Ordered(order) > 0) {
-          lots_.push_back({is_long_, Ordered(order), EntryOf(order),
-                           order.plan ? order.plan->risk : std::nullopt});
-        }
-        held_ = order.held;
+        Enter();
         break;
       case RunOrder::Kind::kOffset:
-        Close(Ordered(order), order, closed);
-        held_ = order.held;
+        Close();
         break;
       case RunOrder::Kind::kWiped:
-        for (const OpenLot& lot : lots_) closed.push_back({lot, ExitOf(order), true, {}, {}});
-        lots_.clear();
-        held_ = 0;
+        Wipe();
         break;
     }
+    return std::move(closed_);
   }
-  const std::deque<OpenLot>& Open() const { return lots_; }
 
  private:
   // An offset without a detail closed as much as the holding decreased.
-  double Ordered(const RunOrder& order) const {
-    return order.quantity.value_or(std::max(0.0, held_ - order.held));
+  static double Ordered(const Side& side, const RunOrder& order) {
+    return order.quantity.value_or(std::max(0.0, side.held - order.held));
   }
 
-  double HeldBefore(const RunOrder& order) const {
-    switch (order.kind) {
+  double HeldBefore() const {
+    switch (order_.kind) {
       case RunOrder::Kind::kEntry:
-        return HeldNothingBefore(order) ? 0 : order.held - Ordered(order);
+        return HeldNothingBefore(order_) ? 0 : order_.held - ordered_;
       case RunOrder::Kind::kOffset:
-        return order.held + Ordered(order);
+        return order_.held + ordered_;
       case RunOrder::Kind::kWiped:
         break;
     }
-    return order.held;
+    return order_.held;
   }
 
   // An account that was reset in between holds nothing; a quantity that the rows don't explain is
   // held without an entry.
-  void MatchHolding(const RunOrder& order) {
-    const double before = HeldBefore(order);
-    if (std::abs(before - held_) <= kExactQuantity * std::max({before, held_, order.held})) return;
-    lots_.clear();
-    if (before > 0) lots_.push_back({is_long_, before, std::nullopt});
-    held_ = before;
+  void MatchHolding() {
+    const double before = HeldBefore();
+    const double largest = std::max({before, side_.held, order_.held});
+    if (std::abs(before - side_.held) <= kExactQuantity * largest) return;
+    side_.lots.clear();
+    if (before > 0) side_.lots.push_back({order_.is_long, before, std::nullopt, before});
   }
 
-  void Close(double quantity, const RunOrder& order, std::vector<Trade>& closed) {
-    const double negligible = kExactQuantity * quantity;
-    while (quantity > negligible && !lots_.empty()) {
-      OpenLot& lot = lots_.front();
-      const OpenLot part = Taken(lot, std::min(lot.quantity, quantity));
-      closed.push_back(Closed(part, order));
-      quantity = DecimalDifference(quantity, part.quantity);
-      if (lot.quantity <= kExactQuantity * part.quantity) lots_.pop_front();
-    }
-    if (order.held == 0) lots_.clear();
+  void Enter() {
+    side_.held = order_.held;
+    if (ordered_ <= 0) return;
+    side_.lots.push_back({order_.is_long, ordered_, EndOf(order_, order_.price, ordered_), ordered_,
+                          order_.plan ? order_.plan->risk : std::nullopt});
   }
+
+  void Close() {
+    double quantity = ordered_;
+    const double negligible = kExactQuantity * quantity;
+    while (quantity > negligible && !side_.lots.empty()) {
+      OpenLot& lot = side_.lots.front();
+      const OpenLot part = Taken(lot, std::min(lot.quantity, quantity));
+      closed_.push_back(Closed(part));
+      quantity = DecimalDifference(quantity, part.quantity);
+      if (lot.quantity <= kExactQuantity * part.quantity) side_.lots.pop_front();
+    }
+    if (order_.held == 0) side_.lots.clear();
+    side_.held = order_.held;
+  }
+
+  // The account drops the holding, which costs nothing.
+  void Wipe() {
+    for (OpenLot& lot : side_.lots) {
+      closed_.push_back({.lot = std::move(lot), .exit = Exit(), .wiped = true});
+    }
+    side_ = {};
+  }
+
+  TradeEnd Exit() const { return EndOf(order_, order_.close.value_or(order_.price), ordered_); }
 
   // A part of the lot, which loses it.
   static OpenLot Taken(OpenLot& lot, double quantity) {
@@ -101,39 +121,46 @@ class SideLots {
     return part;
   }
 
-  Trade Closed(const OpenLot& part, const RunOrder& order) const {
-    Trade trade{part, ExitOf(order), false, {}, {}};
+  Trade Closed(const OpenLot& part) const {
+    Trade trade{.lot = part, .exit = Exit(), .money_per_point = order_.money_per_point};
     if (!part.entry) return trade;
     const double entry = part.entry->Counted();
     const double exit = trade.exit.Counted();
     // Never -0.
     trade.points = part.quantity *
-                   (is_long_ ? DecimalDifference(exit, entry) : DecimalDifference(entry, exit));
-    if (!order.money_per_point) return trade;
-    trade.money = *trade.points * *order.money_per_point;
+                   (part.is_long ? DecimalDifference(exit, entry) : DecimalDifference(entry, exit));
+    if (!order_.money_per_point) return trade;
+    trade.money = *trade.points * *order_.money_per_point;
     if (part.risk.value_or(0) > 0) trade.r = *trade.money / *part.risk;
     return trade;
   }
 
-  bool is_long_;
-  std::deque<OpenLot> lots_;
-  double held_ = 0;
+  Side& side_;
+  const RunOrder& order_;
+  double ordered_;
+  std::vector<Trade> closed_;
 };
 
-}  // namespace
+std::vector<Trade> TradeMatcher::Apply(const RunOrder& order) {
+  return Matching(order.is_long ? long_ : short_, order).Apply();
+}
+
+std::vector<OpenLot> TradeMatcher::Open() const {
+  std::vector<OpenLot> open(long_.lots.begin(), long_.lots.end());
+  open.insert(open.end(), short_.lots.begin(), short_.lots.end());
+  return open;
+}
 
 TradeList ListTrades(const std::vector<RunRecord>& account) {
-  SideLots long_lots(true);
-  SideLots short_lots(false);
+  TradeMatcher matcher;
   TradeList list;
   for (const RunRecord& run : account) {
     list.trades.clear();
     for (const RunOrder& order : run.orders) {
-      (order.is_long ? long_lots : short_lots).Apply(order, list.trades);
+      std::ranges::move(matcher.Apply(order), std::back_inserter(list.trades));
     }
   }
-  list.open.assign(long_lots.Open().begin(), long_lots.Open().end());
-  list.open.insert(list.open.end(), short_lots.Open().begin(), short_lots.Open().end());
+  list.open = matcher.Open();
   return list;
 }
 

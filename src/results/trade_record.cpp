@@ -3,29 +3,14 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <map>
 #include <string>
-#include <utility>
 
 #include "base/dates.h"
 #include "base/decimal.h"
-#include "results/trade_list.h"
 
 namespace velumar {
 
 namespace {
-
-using OrdersByKey = std::map<LedgerOrderKey, const RunOrder*>;
-
-OrdersByKey OrdersOf(const std::vector<RunRecord>& account) {
-  OrdersByKey orders;
-  for (const RunRecord& record : account) {
-    for (const RunOrder& order : record.orders) {
-      if (order.key.place != 0) orders.emplace(order.key, &order);
-    }
-  }
-  return orders;
-}
 
 std::int32_t DayOf(const TradeEnd& end) {
   std::string digits = end.iso_date;
@@ -59,91 +44,35 @@ Extreme FarthestFrom(double price, bool up, const PlayedSeries& series, int entr
   return extreme;
 }
 
-class Recorder {
- public:
-  Recorder(const std::vector<RunRecord>& account, const PlayedSeries* series)
-      : orders_(OrdersOf(account)), series_(series) {}
+bool HasBar(const LedgerTradeEnd& end, const PlayedSeries& series) {
+  const auto bar = static_cast<std::size_t>(end.bar.value_or(-1));
+  return bar < series.dates.size() && (end.day == 0 || series.dates[bar] == end.day);
+}
 
-  // A holding may have been entered in the bars of an earlier run, and a run may be continued on
-  // other data: a bar that is not one of the series has no excursions and no holding time.
-  LedgerTrade Record(const Trade& trade) const {
-    LedgerTrade record;
-    record.is_long = trade.lot.is_long;
-    record.quantity = trade.lot.quantity;
-    record.wiped = trade.wiped;
-    record.money = trade.money;
-    if (trade.lot.entry) AddEntry(record, *trade.lot.entry);
-    AddExit(record, trade.exit);
-    if (series_ == nullptr) return record;
-    if (!HasBar(record.entry_bar, record.entry_day)) record.entry_bar.reset();
-    if (!HasBar(record.exit_bar, record.exit_day)) record.exit_bar.reset();
-    AddExcursions(record);
-    return record;
+LedgerTradeEnd EndOfRecord(const TradeEnd& end) {
+  return {
+      .order = end.key, .day = DayOf(end), .time = TimeOf(end), .bar = end.bar, .price = end.price};
+}
+
+// A holding may have been entered in the bars of an earlier run, and a run may be continued on
+// other data: a bar that is not one of the series has no excursions and no holding time.
+void AddExcursions(LedgerTrade& record, const PlayedSeries& series) {
+  for (LedgerTradeEnd* const end : {&record.entry, &record.exit}) {
+    if (!HasBar(*end, series)) end->bar.reset();
   }
-
- private:
-  bool HasBar(std::optional<int> bar, std::int32_t day) const {
-    const auto at = static_cast<std::size_t>(bar.value_or(-1));
-    return at < series_->dates.size() && (day == 0 || series_->dates[at] == day);
-  }
-
-  const RunOrder* OrderOf(const LedgerOrderKey& key) const {
-    const auto found = orders_.find(key);
-    return found == orders_.end() ? nullptr : found->second;
-  }
-
-  // The costs of the part of an order that belongs to the trade.
-  static double CostsOf(const RunOrder& order, double share) {
-    return (order.commission + order.vat.value_or(0)) * share;
-  }
-
-  static double ShareOf(const RunOrder& order, double quantity) {
-    const double ordered = order.quantity.value_or(quantity);
-    return ordered > 0 ? std::min(1.0, quantity / ordered) : 1;
-  }
-
-  void AddEntry(LedgerTrade& record, const TradeEnd& entry) const {
-    record.entry = entry.key;
-    record.entry_day = DayOf(entry);
-    record.entry_time = TimeOf(entry);
-    record.entry_bar = entry.bar;
-    record.entry_price = entry.price;
-    const RunOrder* const order = OrderOf(entry.key);
-    if (order == nullptr) return;
-    record.entry_share = ShareOf(*order, record.quantity);
-    record.costs += CostsOf(*order, record.entry_share);
-    record.look_ahead = order->LookAhead().value_or(false);
-  }
-
-  void AddExit(LedgerTrade& record, const TradeEnd& exit) const {
-    record.exit = exit.key;
-    record.exit_day = DayOf(exit);
-    record.exit_time = TimeOf(exit);
-    record.exit_bar = exit.bar;
-    record.exit_price = exit.price;
-    const RunOrder* const order = OrderOf(exit.key);
-    if (order == nullptr) return;
-    record.costs += CostsOf(*order, ShareOf(*order, record.quantity));
-    record.look_ahead = record.look_ahead || order->LookAhead().value_or(false);
-    record.money_per_point = order->money_per_point;
-  }
-
-  void AddExcursions(LedgerTrade& record) const {
-    if (!record.entry_bar || !record.exit_bar || *record.exit_bar < *record.entry_bar) return;
-    const auto farthest = [&](bool up) {
-      return FarthestFrom(record.entry_price, up, *series_, *record.entry_bar, *record.exit_bar);
-    };
-    const Extreme adverse = farthest(!record.is_long);
-    const Extreme favourable = farthest(record.is_long);
-    record.adverse = adverse.distance;
-    record.adverse_bar = adverse.bar;
-    record.favourable = favourable.distance;
-    record.favourable_bar = favourable.bar;
-  }
-
-  OrdersByKey orders_;
-  const PlayedSeries* series_;
-};
+  const auto& entry = record.entry.bar;
+  const auto& exit = record.exit.bar;
+  if (!entry || !exit || *exit < *entry) return;
+  const auto farthest = [&](bool up) {
+    return FarthestFrom(record.entry.price, up, series, *entry, *exit);
+  };
+  const Extreme adverse = farthest(!record.is_long);
+  const Extreme favourable = farthest(record.is_long);
+  record.adverse = adverse.distance;
+  record.adverse_bar = adverse.bar;
+  record.favourable = favourable.distance;
+  record.favourable_bar = favourable.bar;
+}
 
 void AddBars(LedgerTrades& trades, const RunRecord& record, const PlayedSeries& series) {
   const int last = static_cast<int>(series.closes.size()) - 1;
@@ -175,6 +104,23 @@ bool HasBarsOfOrders(const RunRecord& record, const PlayedSeries& series) {
   });
 }
 
+LedgerTrade RecordTrade(const Trade& trade, const PlayedSeries* series) {
+  const OpenLot& lot = trade.lot;
+  const TradeEnd entry = lot.entry.value_or(TradeEnd());
+  LedgerTrade record{.entry = EndOfRecord(entry),
+                     .exit = EndOfRecord(trade.exit),
+                     .is_long = lot.is_long,
+                     .quantity = lot.quantity,
+                     .entry_share = lot.entered > 0 ? lot.quantity / lot.entered : 1,
+                     .wiped = trade.wiped,
+                     .look_ahead = entry.look_ahead || trade.exit.look_ahead,
+                     .money_per_point = trade.money_per_point,
+                     .money = trade.money,
+                     .costs = (entry.costs + trade.exit.costs) * lot.quantity};
+  if (series != nullptr) AddExcursions(record, *series);
+  return record;
+}
+
 LedgerTrades RecordTrades(const std::vector<RunRecord>& account, const LedgerScopeState& state,
                           const PlayedSeries* series) {
   LedgerTrades trades{.scope = state.scope,
@@ -183,13 +129,12 @@ LedgerTrades RecordTrades(const std::vector<RunRecord>& account, const LedgerSco
                       .closes = {},
                       .trades = {}};
   if (series != nullptr) AddBars(trades, account.back(), *series);
-  const Recorder recorder(account, series);
   for (const Trade& trade : ListTrades(account).trades) {
-    const LedgerTrade& record = trades.trades.emplace_back(recorder.Record(trade));
+    const LedgerTrade& record = trades.trades.emplace_back(RecordTrade(trade, series));
     if (!trades.closes.empty()) continue;
-    const std::int32_t entered = record.entry_day != 0 ? record.entry_day : record.exit_day;
+    const std::int32_t entered = record.entry.day != 0 ? record.entry.day : record.exit.day;
     if (trades.first_day == 0 || entered < trades.first_day) trades.first_day = entered;
-    trades.last_day = std::max(trades.last_day, record.exit_day);
+    trades.last_day = std::max(trades.last_day, record.exit.day);
   }
   return trades;
 }

@@ -5,6 +5,7 @@
 
 #include "ledger/trades.h"
 #include "results/run_record.h"
+#include "results/trade_list.h"
 
 namespace velumar {
 
@@ -22,10 +23,13 @@ struct PlayedSeries {
 // True if the series has the bars of all orders, so it is the one that was played.
 bool HasBarsOfOrders(const RunRecord& record, const PlayedSeries& series);
 
+// A trade as it is kept. Without a series, what only the bars say is empty. An entry fills at the
+// close of its bar, so the bars of a trade are those after the entry's up to the exit's; a trade
+// that was closed at an earlier bar, after stepping back, has none.
+LedgerTrade RecordTrade(const Trade& trade, const PlayedSeries* series);
+
 // The trades closed in the last of the records (see ReadAccount), and the bars that were played.
-// Without a series, what only the bars say is empty. An entry fills at the close of its bar, so the
-// bars of a trade are those after the entry's up to the exit's; a trade that was closed at an
-// earlier bar, after stepping back, has none. Needs at least one record.
+// Needs at least one record.
 LedgerTrades RecordTrades(const std::vector<RunRecord>& account, const LedgerScopeState& state,
                           const PlayedSeries* series);
 

@@ -57,10 +57,20 @@ Beginning BeginningOf(LedgerConnection& connection, const LedgerScopeState& stat
   return beginning;
 }
 
-// Without the data, trades that were kept with it stay as they are; later ones follow them.
+// Without the data, trades that were kept with it stay as they are. Both are in the order in which
+// they were closed.
 void TakeKept(LedgerTrades& trades, LedgerTrades kept) {
-  if (kept.closes.empty() || kept.trades.size() > trades.trades.size()) return;
-  std::move(kept.trades.begin(), kept.trades.end(), trades.trades.begin());
+  auto next = kept.trades.begin();
+  for (LedgerTrade& trade : trades.trades) {
+    const auto found = std::find_if(next, kept.trades.end(), [&](const LedgerTrade& one) {
+      return one.entry.order == trade.entry.order && one.exit.order == trade.exit.order &&
+             one.quantity == trade.quantity;
+    });
+    if (found == kept.trades.end()) continue;
+    trade = *found;
+    next = found + 1;
+  }
+  if (kept.closes.empty()) return;
   trades.first_bar = kept.first_bar;
   trades.first_day = kept.first_day;
   trades.last_day = kept.last_day;
@@ -99,16 +109,18 @@ class Completing {
   SeriesOfSessions series_;
 };
 
+PlayedSeries SeriesOf(const SimSession& session) {
+  return {session.BarDate,  session.BarHigh,       session.BarLow,
+          session.BarClose, session.FirstShownBar, session.NewestShownBar};
+}
+
 std::vector<PlayedScope> KeptScopes(LedgerConnection& connection) {
   std::vector<PlayedScope> scopes;
   for (LedgerScopeState& state : LedgerScopes(connection)) scopes.push_back({std::move(state), {}});
-  std::map<std::pair<bool, int>, PlayedScope*> by_scope;
-  const auto key = [](LedgerScope scope) {
-    return std::pair(scope.kind == LedgerScope::Kind::kSession, scope.number);
-  };
-  for (PlayedScope& scope : scopes) by_scope.emplace(key(scope.state.scope), &scope);
+  std::map<LedgerScope, PlayedScope*> by_scope;
+  for (PlayedScope& scope : scopes) by_scope.emplace(scope.state.scope, &scope);
   for (LedgerTrades& trades : LedgerReadTrades(connection)) {
-    const auto scope = by_scope.find(key(trades.scope));
+    const auto scope = by_scope.find(trades.scope);
     if (scope == by_scope.end()) continue;
     if (trades.closes.empty()) scope->second->state.up_to_date = false;  // or they are damaged
     scope->second->trades = std::move(trades);
@@ -118,6 +130,15 @@ std::vector<PlayedScope> KeptScopes(LedgerConnection& connection) {
 
 }  // namespace
 
+std::vector<LedgerTrade> RecordedTrades(const SimSession& session,
+                                        const std::vector<Trade>& closed) {
+  const PlayedSeries series = SeriesOf(session);
+  std::vector<LedgerTrade> trades;
+  trades.reserve(closed.size());
+  for (const Trade& trade : closed) trades.push_back(RecordTrade(trade, &series));
+  return trades;
+}
+
 void KeepTrades(LedgerConnection& connection, const SimSession& session) {
   if (session.SessionNumber == 0 || !connection.CanWrite()) return;
   const LedgerScope scope = LedgerScope::Session(session.SessionNumber);
@@ -126,8 +147,7 @@ void KeepTrades(LedgerConnection& connection, const SimSession& session) {
   state.scope = scope;
   state.orders = static_cast<int>(account.back().orders.size());
   state.newest_shown = session.NewestShownBar;
-  const PlayedSeries series{session.BarDate,  session.BarHigh,       session.BarLow,
-                            session.BarClose, session.FirstShownBar, session.NewestShownBar};
+  const PlayedSeries series = SeriesOf(session);
   LedgerWriteTrades(connection, RecordTrades(account, state, &series));
 }
 

@@ -5,14 +5,19 @@
 
 #include "ledger/trades.h"
 #include "marketdata/index_cache.h"
+#include "results/trade_list.h"
 #include "session/sim_session.h"
 
 namespace velumar {
 
 // Keeping closed trades in the ledger with what the bars say about them.
 
-// Those of the session in memory, after an order. Without a ledger that can be written, or if the
-// session is not recorded, nothing is kept. Throws LedgerError.
+// Trades of the session in memory as they are kept, with what its bars say.
+std::vector<LedgerTrade> RecordedTrades(const SimSession& session,
+                                        const std::vector<Trade>& closed);
+
+// Keeps all trades of the session in memory and its bars, when it ends. Without a ledger that can
+// be written, or if the session is not recorded, nothing is kept. Throws LedgerError.
 void KeepTrades(LedgerConnection& connection, const SimSession& session);
 
 // All that were played, in the order in which they were last begun. Trades that are outdated or

@@ -51,6 +51,7 @@ void SessionRecord::Restore(const LedgerPlayed& played) {
   static_cast<Book&>(session_) = BookFromText(moment.book);
   const RunRecord record = ReadRecord(ledger_, LedgerScope::Session(moment.session));
   for (const RunOrder& order : record.orders) {
+    session_.Matcher.Apply(order);
     if (order.quantity != 0) session_.Orders.push_back(MarkOf(order));
   }
   session_.Plans.Restore(record.orders, LedgerPlansOfSession(ledger_, moment.session));

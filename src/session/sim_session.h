@@ -6,6 +6,7 @@
 
 #include "ledger/sessions.h"
 #include "platform/chart_link.h"
+#include "results/trade_list.h"
 #include "session/trade_plans.h"
 
 namespace velumar {
@@ -68,6 +69,7 @@ struct SimSession : Book {
 
   std::vector<OrderMark> Orders;  // of the loaded series, in the order in which they were placed
   TradePlans Plans;               // of the session
+  TradeMatcher Matcher;           // has all orders of the session
   LedgerOrderKey Again;  // the entry of the trade that the session plays again; without a run: none
   bool ShowsEarlier = false;             // the trader wants to see
   std::vector<OrderMark> EarlierOrders;  // of that trade
@@ -125,6 +127,7 @@ struct SimSession : Book {
     ShowsEarlier = false;
     EarlierOrders.clear();
     Plans.Clear();
+    Matcher = {};
     SessionNumber = 0;
     BarIndex = -1;
     LastBarIndex = -1;

@@ -5,7 +5,6 @@
 
 #include "base/dates.h"
 #include "base/decimal.h"
-#include "base/ignoring.h"
 #include "base/number_text.h"
 #include "ledger/notes.h"
 #include "marketdata/interval.h"
@@ -206,8 +205,17 @@ std::optional<LedgerPlan> OrderDesk::PlanFor(const Side& side, bool entry,
 LedgerOrderKey OrderDesk::Record(const Side& side, std::string_view position, bool entry,
                                  const OrderFigures& figures) {
   std::optional<LedgerPlan> plan = PlanFor(side, entry, figures);
-  const LedgerOrderKey key = LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, !entry),
-                                               Detail(figures), Moment(), plan ? &*plan : nullptr);
+  RunOrder order =
+      Placed(side, entry ? RunOrder::Kind::kEntry : RunOrder::Kind::kOffset, figures, session_);
+  TradeMatcher matcher = session_.Matcher;
+  std::vector<LedgerTrade> closed;
+  if (!entry) closed = RecordedTrades(session_, matcher.Apply(order));
+  const LedgerOrderKey key =
+      LedgerInsertOrder(ledger_, LedgerRow(session_, side, position, !entry), Detail(figures),
+                        Moment(), plan ? &*plan : nullptr, &closed);
+  order.key = key;
+  if (entry) matcher.Apply(order);
+  session_.Matcher = std::move(matcher);
   if (figures.quantity_single == 0) return key;
   if (plan) {
     plan->order = key;
@@ -223,6 +231,29 @@ LedgerOrderKey OrderDesk::Record(const Side& side, std::string_view position, bo
                       .plan = std::move(plan)});
   if (!entry && session_.*side.Accum == 0) session_.Plans.CloseAll(side.gains_on_rise);
   return key;
+}
+
+// As a row and its detail are read again. A holding that was wiped out is the one in `book`, which
+// costs nothing.
+RunOrder OrderDesk::Placed(const Side& side, RunOrder::Kind kind, const OrderFigures& figures,
+                           const Book& book) const {
+  const LedgerDetail detail = Detail(figures);
+  const bool wiped = kind == RunOrder::Kind::kWiped;
+  RunOrder order;
+  order.kind = kind;
+  order.is_long = side.gains_on_rise;
+  order.iso_date = RowDate(session_);
+  order.time = RowTime(session_);
+  order.price = RowPrice(session_);
+  order.quantity = detail.quantity;
+  order.held = PlainValue(book.*side.Accum);
+  order.commission = wiped ? 0 : PlainValue(session_.Commission);
+  order.money_per_point = session_.ProfitPerContract;
+  if (!wiped) order.close = detail.close;
+  order.vat = wiped ? 0 : PlainValue(session_.VatAmount);
+  order.bar = detail.bar_index;
+  order.newest_shown = detail.newest_shown;
+  return order;
 }
 
 double OrderDesk::Costs(const OrderFigures& figures) {
@@ -275,8 +306,12 @@ OrderResult OrderDesk::DropPosition(const Side& side, std::string_view position,
   session_.*side.Accum = 0;
   session_.*side.AvgPrice = 0;
   if (ledger_.CanWrite()) {
+    TradeMatcher matcher = session_.Matcher;
+    const std::vector<LedgerTrade> closed = RecordedTrades(
+        session_, matcher.Apply(Placed(side, RunOrder::Kind::kWiped, figures, before)));
     LedgerNoteWiped(ledger_, DroppedPosition(session_, position, before, side), Detail(figures),
-                    Moment());
+                    Moment(), &closed);
+    session_.Matcher = std::move(matcher);
   }
   session_.Plans.CloseAll(side.gains_on_rise);  // once nothing can fail any more
   ShowStatus(session_, view_, platform_.locale);
@@ -287,8 +322,6 @@ OrderResult OrderDesk::DropPosition(const Side& side, std::string_view position,
 void OrderDesk::Mark(const Side& side, bool entry, const LedgerOrderKey& key) {
   session_.Orders.push_back({session_.BarIndex, session_.MarketPrice, side.gains_on_rise, entry});
   chart_.ShowPositions();
-  // The order is placed. Trades that can't be kept now are computed once they are asked for.
-  if (!entry) IgnoringErrors([this] { KeepTrades(ledger_, session_); });
   const std::string picture = LedgerPictureFile(ledger_, key);
   if (!picture.empty()) chart_.TakePicture(picture);
 }

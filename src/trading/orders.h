@@ -61,14 +61,16 @@ class OrderDesk {
                            const OrderFigures& figures);
   // Runs `work`. If it fails, the book is as it was.
   OrderResult AllOrNothing(const std::function<OrderResult()>& work);
-  // Shows the order on the chart, and keeps the trades that it closes, and a picture of it if the
-  // order has a row.
+  // Shows the order on the chart, and keeps a picture of it if the order has a row.
   void Mark(const Side& side, bool entry, const LedgerOrderKey& key);
   // The waiting plan as the order takes it; nothing if it waits on, as for an entry of another
   // price or side than its stop and target were meant for.
   std::optional<LedgerPlan> PlanFor(const Side& side, bool entry,
                                     const OrderFigures& figures) const;
-  // Writes the order, and gives it the plan that waits for it. Throws LedgerError.
+  RunOrder Placed(const Side& side, RunOrder::Kind kind, const OrderFigures& figures,
+                  const Book& book) const;
+  // Writes the order and the trades that it closes, and gives it the plan that waits for it. Throws
+  // LedgerError.
   LedgerOrderKey Record(const Side& side, std::string_view position, bool entry,
                         const OrderFigures& figures);
   // After an entry: says why the plan that waits was not for it.

@@ -69,14 +69,13 @@ struct PlayedTradesTest : OrderFixture {
   }
   // What can be compared of trades.
   static std::vector<std::string> Texts(const LedgerTrades& trades) {
-    std::vector<std::string> texts{std::to_string(trades.first_bar) + " " +
-                                   std::to_string(trades.closes.size())};
+    std::vector<std::string> texts;
     for (const LedgerTrade& trade : trades.trades) {
-      const double numbers[] = {double(trade.entry.place),
-                                double(trade.exit.place),
+      const double numbers[] = {double(trade.entry.order.place),
+                                double(trade.exit.order.place),
                                 trade.quantity,
-                                double(trade.entry_day),
-                                double(trade.exit_day),
+                                double(trade.entry.day),
+                                double(trade.exit.day),
                                 trade.money.value_or(-1),
                                 trade.costs,
                                 trade.adverse.value_or(-1),
@@ -89,10 +88,10 @@ struct PlayedTradesTest : OrderFixture {
   // The price that was worst (or best) for the trade while it was held, bar by bar.
   double Excursion(const LedgerTrade& trade, bool adverse) const {
     double most = 0;
-    for (int bar = *trade.entry_bar; ++bar <= *trade.exit_bar;) {
+    for (int bar = *trade.entry.bar; ++bar <= *trade.exit.bar;) {
       const auto at = static_cast<std::size_t>(bar);
-      const double gain = trade.is_long != adverse ? session.BarHigh[at] - trade.entry_price
-                                                   : trade.entry_price - session.BarLow[at];
+      const double gain = trade.is_long != adverse ? session.BarHigh[at] - trade.entry.price
+                                                   : trade.entry.price - session.BarLow[at];
       most = std::max(most, gain);
     }
     return most;
@@ -118,18 +117,21 @@ TEST_F(PlayedTradesTest, AreKeptAsTheyAreClosedAndOutliveTheData) {
     double costs = 0;
     for (const LedgerTrade& trade : kept.trades) {
       costs += trade.costs;
-      const bool stepped_back = *trade.exit_bar < *trade.entry_bar;
+      const bool stepped_back = *trade.exit.bar < *trade.entry.bar;
       EXPECT_EQ(trade.adverse.has_value(), !stepped_back);
       if (stepped_back) continue;
       EXPECT_NEAR(*trade.adverse, Excursion(trade, true), 1e-4);
       EXPECT_NEAR(*trade.favourable, Excursion(trade, false), 1e-4);
     }
     EXPECT_NEAR(costs, TotalCommission(), 1e-6) << "each cost belongs to one trade";
-    EXPECT_EQ(kept.first_bar + static_cast<int>(kept.closes.size()), session.NewestShownBar + 1);
-
-    LedgerDropTrades(ledger.ForWriting(), session.SessionNumber);
-    EXPECT_EQ(Texts(UpToDate()), Texts(kept)) << "from the data";
-    EXPECT_EQ(Texts(Kept()), Texts(kept)) << "and kept again";
+    if (seed % 2 == 0) {  // else, nobody has asked for them before the data is gone
+      LedgerDropTrades(ledger.ForWriting(), session.SessionNumber);
+      const LedgerTrades computed = UpToDate();
+      EXPECT_EQ(Texts(computed), Texts(kept)) << "from the data";
+      EXPECT_EQ(Texts(Kept()), Texts(kept)) << "and kept again";
+      EXPECT_EQ(computed.first_bar + static_cast<int>(computed.closes.size()),
+                session.NewestShownBar + 1);
+    }
 
     std::filesystem::rename(data, data + ".away");
     session.SessionNumber = 0;  // as if the program died before it kept the next trade
