@@ -5,11 +5,20 @@
 
 namespace velumar {
 
-void Chart::Reset() {
+void SavableControl::Reset() {
   Control::Reset();
-  content_ = {};
   endings.clear();
   save = nullptr;
+}
+
+void SavableControl::SaveTo(const std::string& file) const {
+  if (!save) throw std::runtime_error(file + ": no window shows the picture");
+  save(file);
+}
+
+void Chart::Reset() {
+  SavableControl::Reset();
+  content_ = {};
 }
 
 float Chart::Covered() const { return std::max(0.F, Top() + Height() - strip_top_); }
@@ -28,21 +37,9 @@ void Chart::ToDefaults() {
   Changed();
 }
 
-void Chart::SaveTo(const std::string& file) const {
-  if (!save) throw std::runtime_error(file + ": no window shows the chart");
-  save(file);
-}
-
 void Plot::Reset() {
-  Control::Reset();
+  SavableControl::Reset();
   picture_.reset();
-  endings.clear();
-  save = nullptr;
-}
-
-void Plot::SaveTo(const std::string& file) const {
-  if (!save) throw std::runtime_error(file + ": no window shows the picture");
-  save(file);
 }
 
 void ChartPicture::Reset() {

@@ -39,11 +39,26 @@ struct ChartContent {
   bool operator==(const ChartContent&) const = default;
 };
 
-class Chart : public Control {
+// A control that can be saved as a picture.
+class SavableControl : public Control {
+ public:
+  using Control::Control;
+  void Reset() override;
+
+  // Saves the picture as it is shown. Throws std::runtime_error that names the file; an existing
+  // file is then unchanged.
+  void SaveTo(const std::string& file) const;
+
+  // Set by the view: the file types, and how to save one.
+  std::vector<std::string> endings;
+  std::function<void(const std::string& file)> save;
+};
+
+class Chart : public SavableControl {
  public:
   // What is below `strip_top`, in twips of the container, is covered by other controls.
   Chart(Form& form, const ControlSpec& spec, float strip_top)
-      : Control(form, ControlKind::kChart, spec), strip_top_(strip_top) {}
+      : SavableControl(form, ControlKind::kChart, spec), strip_top_(strip_top) {}
   void Reset() override;
 
   // The covered part of the chart's height, in twips.
@@ -60,14 +75,6 @@ class Chart : public Control {
   // After a zoom or drag by the trader. The view shows it already.
   void UserSpan(std::optional<std::pair<double, double>> span) { content_.span = span; }
 
-  // Saves the chart as it is shown. Throws std::runtime_error that names the file; an existing file
-  // is then unchanged.
-  void SaveTo(const std::string& file) const;
-
-  // Set by the view: the file types, and how to save one.
-  std::vector<std::string> endings;
-  std::function<void(const std::string& file)> save;
-
  private:
   float strip_top_;
   ChartContent content_;
@@ -76,9 +83,9 @@ class Chart : public Control {
 struct NumberPicture;  // progress/number_picture.h
 
 // A picture of numbers, such as an equity curve.
-class Plot : public Control {
+class Plot : public SavableControl {
  public:
-  Plot(Form& form, const ControlSpec& spec) : Control(form, ControlKind::kPlot, spec) {}
+  Plot(Form& form, const ControlSpec& spec) : SavableControl(form, ControlKind::kPlot, spec) {}
   void Reset() override;
 
   // Null: an empty picture.
@@ -86,13 +93,6 @@ class Plot : public Control {
   void SetPicture(const std::shared_ptr<const NumberPicture>& picture) {
     Assign(picture_, picture);
   }
-  // Saves it as it is shown. Throws std::runtime_error that names the file; an existing file is
-  // then unchanged.
-  void SaveTo(const std::string& file) const;
-
-  // Set by the view: the file types, and how to save one.
-  std::vector<std::string> endings;
-  std::function<void(const std::string& file)> save;
 
  private:
   std::shared_ptr<const NumberPicture> picture_;

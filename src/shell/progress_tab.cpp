@@ -293,16 +293,13 @@ void ProgressTab::ShowFindings(std::vector<std::string> lines) {
 }
 
 void ProgressTab::SavePicture() {
+  const Plot& plot = Controls().pltProgress;
   std::vector<FileForm> forms;
-  for (const char* const ending : {"png", "svg", "pdf"}) {
-    if (std::ranges::find(Controls().pltProgress.endings, ending) ==
-        Controls().pltProgress.endings.end()) {
-      continue;
-    }
-    forms.push_back({UpperCased(ending) + " (*." + ending + ")", ending});
+  for (const std::string& ending : plot.endings) {
+    if (ending != "bmp") forms.push_back({UpperCased(ending) + " (*." + ending + ")", ending});
   }
   const auto file = platform_.files.ChooseFile(forms, "Progress");
-  if (file && !file->empty()) Controls().pltProgress.SaveTo(*file);
+  if (file && !file->empty()) plot.SaveTo(*file);
 }
 
 }  // namespace velumar

@@ -30,8 +30,8 @@ class ProgressTab {
   void SetUp();
   void Leave();
   void SetVisible(bool visible);
-  // Reads the trades unless they are read, and shows what they say. Events run meanwhile; hiding
-  // the tab or closing the window ends it. Throws LedgerError.
+  // Reads the trades unless they are read, and shows what they say. Events run while it
+  // reads; hiding the tab or closing the window ends that. Throws LedgerError.
   void Show();
   // The listed trades in full, as CSV.
   std::string TradesAsCsv() const;

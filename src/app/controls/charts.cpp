@@ -26,6 +26,12 @@ void Apply(ResultPlot& plot, const ChartContent& content, std::shared_ptr<const 
                              : plot.WholeSpan());
 }
 
+void OfferToSave(SavableControl& model, std::function<void(const std::string& file)> save) {
+  model.endings.clear();
+  for (const QString& ending : PictureFileEndings()) model.endings.push_back(FromQt(ending));
+  model.save = std::move(save);
+}
+
 // A chart in the colours of the window. It is saved as it is shown.
 class ChartView : public View<ResultPlot, Chart> {
  public:
@@ -33,12 +39,9 @@ class ChartView : public View<ResultPlot, Chart> {
     setFont(context_.Look().faces.Plain(font().pixelSize()));
     connect(this, &ResultPlot::SpanMoved, this,
             [this] { Pass(&Chart::UserSpan, std::pair(Span().first, Span().last)); });
-    model_.endings.clear();
-    for (const QString& ending : PictureFileEndings())
-      model_.endings.push_back(ending.toStdString());
-    model_.save = [this](const std::string& file) {
+    OfferToSave(model_, [this](const std::string& file) {
       SaveChartFile(*this, LogicalPlace(model_).size(), ToQt(file));
-    };
+    });
   }
   void Update() override {
     ApplyCommon(*this, model_);
@@ -57,12 +60,9 @@ class PlotView : public View<NumberPlot, Plot> {
  public:
   explicit PlotView(const Parts& parts) : View(parts) {
     setFont(context_.Look().faces.Plain(font().pixelSize()));
-    model_.endings.clear();
-    for (const QString& ending : PictureFileEndings())
-      model_.endings.push_back(ending.toStdString());
-    model_.save = [this](const std::string& file) {
+    OfferToSave(model_, [this](const std::string& file) {
       SaveTo(LogicalPlace(model_).size(), ToQt(file));
-    };
+    });
   }
   void Update() override {
     ApplyCommon(*this, model_);
