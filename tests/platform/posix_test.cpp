@@ -112,9 +112,11 @@ TEST(FileLockPosix, OfADeletedFileLeavesTheNextProcesssFile) {
 }
 
 // The two zones are 26 hours apart, so the day always differs.
-TEST(SystemClock, TodayIsTheLocalDay) {
+TEST(SystemClock, TodayAndMomentsAreLocal) {
   ::setenv("TZ", "UTC-14", 1);
   const std::int32_t east = SystemClock().Today();
+  EXPECT_EQ(SystemClock().LocalMoment("2026-11-27 22:03:40"), "2026-11-28 12:03:40");
+  EXPECT_EQ(SystemClock().LocalMoment("2026-11-27"), "2026-11-27");
   ::setenv("TZ", "UTC+12", 1);
   const std::int32_t west = SystemClock().Today();
   ::unsetenv("TZ");

@@ -43,10 +43,8 @@ std::string SystemClock::UtcMoment() const {
 }
 
 std::string SystemClock::LocalMoment(const std::string& utc) const {
-  constexpr int kDate = 10;
-  const QString text = QString::fromStdString(utc);
-  const QDateTime moment(QDate::fromString(text.left(kDate), Qt::ISODate),
-                         QTime::fromString(text.mid(kDate + 1), Qt::ISODate), Qt::UTC);
+  const QDateTime moment =
+      QDateTime::fromString(QString::fromStdString(utc) + QLatin1Char('Z'), Qt::ISODate);
   if (!moment.isValid()) return utc;
   return moment.toLocalTime().toString(kMomentFormat).toStdString();
 }
