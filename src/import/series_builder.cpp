@@ -8,6 +8,7 @@
 #include "base/dates.h"
 #include "base/number_text.h"
 #include "import/wording.h"
+#include "marketdata/interval.h"
 
 namespace velumar {
 
@@ -23,12 +24,6 @@ std::string IntervalsText(const std::vector<int>& intervals) {
     text += (i == 0 ? "" : i + 1 < intervals.size() ? ", " : " or ") + IntervalText(intervals[i]);
   }
   return text;
-}
-
-// Since a day before all market data.
-std::int64_t SecondsOf(const Bar& bar) {
-  constexpr std::int64_t kEarliestDay = 30000;  // before 1970
-  return (DayNumber(bar.date) + kEarliestDay) * 86400 + MinuteOfDay(bar.time) * 60 + bar.time % 100;
 }
 
 // A bar that is labelled by its end, labelled by its start.
@@ -203,7 +198,7 @@ void SeriesBuilder::TakeBar(Bar bar, std::int64_t line) {
   if (bars_ == 0 || !backwards_) last_ = bar;
   if (bars_ == 0 || backwards_) first_ = bar;
   ++bars_;
-  CountBuckets(bar);
+  counts_.Add(bar);
   if (interval_ == 0) return;
   if (aggregator_) {
     if (const std::optional<Bar> finished = aggregator_->Add(bar)) Keep(*finished);
@@ -211,23 +206,6 @@ void SeriesBuilder::TakeBar(Bar bar, std::int64_t line) {
   }
   if (interval_ == kDaily) times_ += std::exchange(bar.time, 0) != 0 ? 1 : 0;
   Keep(bar);
-}
-
-// A bar in the same five minutes as the one before is in the same bar of any interval.
-void SeriesBuilder::CountBuckets(const Bar& bar) {
-  const BarKey five_minutes = TimestampKey(bar.date, bar.time / 500);
-  if (std::exchange(five_minutes_, five_minutes) == five_minutes) return;
-  const std::int64_t seconds = SecondsOf(bar);
-  for (std::size_t i = 0; i < kReplayIntervals.size(); ++i) {
-    const int minutes = kReplayIntervals.at(i) == kDaily ? 1440 : kReplayIntervals.at(i);
-    const std::int64_t bucket = seconds / (std::int64_t{minutes} * 60) + 1;
-    if (std::exchange(last_buckets_.at(i), bucket) != bucket) ++buckets_.at(i);
-  }
-}
-
-std::int64_t SeriesBuilder::BarsOf(int interval) const {
-  const auto* const place = std::ranges::find(kReplayIntervals, interval);
-  return buckets_.at(static_cast<std::size_t>(place - kReplayIntervals.begin()));
 }
 
 void SeriesBuilder::Keep(const Bar& bar) {
@@ -328,7 +306,7 @@ void SeriesBuilder::AskInterval(BuiltSeries& built) {
   for (const int interval : candidates) {
     question
         .Add(interval == kDaily ? "daily bars" : IntervalName(interval),
-             Counted(BarsOf(interval), "bar"), options_)
+             Counted(counts_.Of(interval), "bar"), options_)
         .interval = interval;
   }
   built.questions.push_back(std::move(question));
@@ -365,9 +343,9 @@ void SeriesBuilder::CheckLength(BuiltSeries& built) {
   }
   for (const int interval : spacing_.Candidates()) {
     if (interval <= interval_ && interval != kDaily) continue;
-    if (BarsOf(interval) > kLongestSeries) continue;
+    if (counts_.Of(interval) > kLongestSeries) continue;
     add(interval == kDaily ? "daily bars" : "bars of " + IntervalName(interval),
-        Counted(BarsOf(interval), "bar"))
+        Counted(counts_.Of(interval), "bar"))
         .interval = interval;
   }
   question.option += " or --interval";

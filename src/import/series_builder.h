@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -10,10 +9,10 @@
 
 #include "import/bar_aggregator.h"
 #include "import/bar_spacing.h"
+#include "import/interval_counts.h"
 #include "import/newest_bars.h"
 #include "import/price_import.h"
 #include "import/zone_times.h"
-#include "marketdata/interval.h"
 
 namespace velumar {
 
@@ -90,13 +89,11 @@ class SeriesBuilder {
   void TakeBar(Bar bar, std::int64_t line);
   void TakeRepeated(const Row& row);
   void CompareWithLast(const Row& row);
-  void CountBuckets(const Bar& bar);
   void Keep(const Bar& bar);
   void CheckSpacing();
   void CheckLength(BuiltSeries& built);
   void AskInterval(BuiltSeries& built);
   void AddRemarks(BuiltSeries& built) const;
-  std::int64_t BarsOf(int interval) const;
 
   const ImportOptions& options_;
   std::optional<IntervalHint> hint_;
@@ -118,10 +115,7 @@ class SeriesBuilder {
   BarSpacing spacing_;
   std::map<int, NewestBars> kept_;
   std::map<int, std::int64_t> years_;
-  // How many bars each interval of kReplayIntervals would give.
-  std::array<std::int64_t, kReplayIntervals.size()> buckets_{};
-  std::array<std::int64_t, kReplayIntervals.size()> last_buckets_{};
-  BarKey five_minutes_ = 0;
+  IntervalCounts counts_;
   std::int64_t bars_ = 0;
   std::int64_t outside_ = 0;  // of --from and --to
   Bar first_;
