@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <optional>
 
-#include "base/dates.h"
 #include "base/ignoring.h"
 #include "base/number_text.h"
 #include "base/paths.h"
@@ -14,7 +13,6 @@
 #include "results/run_record.h"
 #include "session/delay.h"
 #include "shell/event_guard.h"
-#include "shell/start_days.h"
 #include "shell/window_shaping.h"
 #include "trading/status_texts.h"
 
@@ -26,7 +24,6 @@ constexpr std::string_view kTitle = "Velumar";
 constexpr std::string_view kVersion = VELUMAR_VERSION;
 constexpr std::string_view kBuild = "20071018";
 constexpr int kSetupOpacity = 250;
-constexpr int kDaysBack = 365;
 
 // A pressed picture moves by a pixel.
 void Shift(Control& picture, float twips) {
@@ -58,7 +55,7 @@ SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, P
       account_(account),
       registry_(registry),
       ledger_(ledger),
-      cache_(cache) {
+      start_(session, desktop, platform, catalogue, cache) {
   Form1& form = desktop_.Untouched().form1;
   const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the setup", [this] { Load(); });
@@ -78,22 +75,18 @@ SetupWindow::SetupWindow(SimSession& session, RunView& view, Desktop& desktop, P
   account_.BindEvents();
   form.Combo1.on_click = guarded("Choosing the security", [this] {
     catalogue_.SymbolChosen();
-    KeepDateInSeries();
+    start_.KeepDateInSeries();
   });
   form.Combo1.on_key_up = guarded("Choosing the security", [this](int key) {
     catalogue_.SymbolTyped();
     // What is typed so far may be another symbol.
-    if (key == kEnterKey) KeepDateInSeries();
+    if (key == kEnterKey) start_.KeepDateInSeries();
   });
   for (PictureButton* button : {&form.Image3, &form.Image5}) {
     button->on_press = [button] { Shift(*button, kTwipsPerPixel); };
     button->on_release = [button] { Shift(*button, -kTwipsPerPixel); };
   }
-  form.DTPicker1.covered_days = [this] { return StartDays(); };
-  form.DTPicker1.on_choice = guarded("Choosing the start date", [this](DayChoice choice) {
-    if (const auto day = StartDay(StartDays(), choice, random_)) Window().DTPicker1.SetValue(*day);
-  });
-  form.chkBlind.on_click = guarded("Choosing a blind run", [this] { BlindToggled(); });
+  start_.BindEvents();
   form.Image3.on_click = guarded("Starting the run", [this] { StartRun(); });
   // The project's own page, or the one that a setting names.
   form.ImgDonate.on_click = guarded("Opening the support page", [this] {
@@ -111,10 +104,10 @@ void SetupWindow::Load() {
   session_.SetupTop = Setting("Top", "0");
   session_.SetupLeft = Setting("Left", "0");
   IgnoringErrors([this] { PlaceWindows(); });
-  IgnoringErrors([this] { ReadSelectDate(); });
+  IgnoringErrors([this] { start_.ReadDate(); });
   IgnoringErrors([this] { FillDelay(); });
   IgnoringErrors([this] { OpenDataDirectory(); });
-  keeps_date_ = false;
+  start_.LetDateFollow();
   if (!desktop_.Untouched().form1.Loaded()) return;  // quit instead of choosing a directory
   session_.SimDir =
       platform_.store_dir.empty() ? session_.DataDir + "\\Simulate" : platform_.store_dir;
@@ -137,7 +130,7 @@ void SetupWindow::Load() {
 
 void SetupWindow::ListSecurities() {
   catalogue_.BuildSymbolList();
-  if (Window().chkBlind.Checked()) OfferAnySecurity();
+  start_.SecuritiesListed();
   import_.ReadFiles();
 }
 
@@ -168,16 +161,6 @@ void SetupWindow::PlaceWindows() {
   session_.SetupLeft = PlaceText(form.Left());
   session_.NavTop = PlaceText(navigator.Top());
   session_.NavLeft = PlaceText(navigator.Left());
-}
-
-void SetupWindow::ReadSelectDate() {
-  const std::string kept = Setting("SelectDate", "");
-  if (kept.empty()) {
-    Window().DTPicker1.SetValue(DaysLater(platform_.clock.Today(), -kDaysBack));
-  } else if (const auto date = DateFromText(kept, platform_.locale.ShortDatePattern())) {
-    Window().DTPicker1.SetValue(*date);
-    keeps_date_ = true;
-  }
 }
 
 void SetupWindow::FillDelay() {
@@ -339,41 +322,6 @@ bool SetupWindow::SlideToRun() {
   return true;
 }
 
-// A date outside the series would start the run at bar 250 or at the last bar.
-void SetupWindow::KeepDateInSeries() {
-  if (keeps_date_) return;
-  const std::vector<std::int32_t> days = StartDays();
-  DatePicker& date = Window().DTPicker1;
-  if (days.empty() || (days.front() <= date.Value() && date.Value() <= days.back())) return;
-  date.SetValue(days[days.size() * 2 / 3]);
-}
-
-// The start of a blind run is drawn, so no date can be chosen, and its security too unless one is
-// chosen.
-void SetupWindow::BlindToggled() {
-  Form1& form = Window();
-  const bool blind = form.chkBlind.Checked();
-  form.DTPicker1.SetEnabled(!blind);
-  if (blind) {
-    seen_symbol_ = form.Combo1.Text();
-    seen_interval_ = form.cbxPeriod.Text();
-    OfferAnySecurity();
-  } else if (form.Combo1.Text() == kAnySecurity) {
-    form.Combo1.SetText(seen_symbol_);
-    catalogue_.SymbolTyped();
-    form.cbxPeriod.SetText(seen_interval_);
-  }
-}
-
-void SetupWindow::OfferAnySecurity() {
-  Window().Combo1.SetText(kAnySecurity);
-  catalogue_.OfferIntervals();
-}
-
-std::vector<std::int32_t> SetupWindow::StartDays() {
-  return BarDays(session_, Window().cbxPeriod.Text(), cache_);
-}
-
 void SetupWindow::Unload() {
   // What a blind run plays isn't a choice to come back to.
   if (session_.Symbol != kBlindSymbol) Save("Symbol", session_.Symbol);
@@ -383,7 +331,7 @@ void SetupWindow::Unload() {
     Save("Top", PlaceText(Window().RestTop()));
     Save("Left", PlaceText(Window().Left()));
   }
-  Save("SelectDate", DateText(Window().DTPicker1.Value(), platform_.locale.ShortDatePattern()));
+  start_.SaveDate();
   const std::string directory = Trimmed(Window().Text3.Text());
   registry_.SaveDataFolder(directory);
   registry_.SaveChartsFolder(directory);

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <cstdint>
-#include <random>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "session/run_control.h"
 #include "session/sim_session.h"
 #include "shell/account_boxes.h"
+#include "shell/start_boxes.h"
 #include "shell/symbol_catalogue.h"
 #include "shell/trade_panel.h"
 
@@ -37,7 +37,6 @@ class SetupWindow {
   void Load();
   void ShapeAndName();
   void PlaceWindows();
-  void ReadSelectDate();
   void FillDelay();
   void OpenDataDirectory();
   void OpenLedger();
@@ -61,11 +60,6 @@ class SetupWindow {
   // Begins the run that was claimed.
   void BeginRun();
   bool SlideToRun();
-  // Moves a start date outside the chosen series to the day from which a third of it is left.
-  void KeepDateInSeries();
-  std::vector<std::int32_t> StartDays();
-  void BlindToggled();
-  void OfferAnySecurity();
   void Unload();
   std::string DelayToSave() const;
   void Close();
@@ -85,12 +79,8 @@ class SetupWindow {
   AccountBoxes& account_;
   ChartRegistry& registry_;
   LedgerConnection& ledger_;
-  IndexCache& cache_;
-  std::mt19937_64 random_{std::random_device()()};  // of start days
-  std::string seen_symbol_;                         // chosen before "Blind" was ticked
-  std::string seen_interval_;                       // the same
-  bool keeps_date_ = false;                         // the saved date, whose series is chosen later
-  bool loading_ = false;                            // while the window opens, no run can start
+  StartBoxes start_;
+  bool loading_ = false;  // while the window opens, no run can start
 };
 
 }  // namespace velumar
