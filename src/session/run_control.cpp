@@ -28,11 +28,12 @@ RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Pl
       store_(session, source_, view, platform.boxes, cache),
       compared_(session, cache),
       stepper_(session, cache, compared_),
-      record_(session, inputs, platform.clock, ledger) {}
+      record_(session, inputs, platform.clock, ledger),
+      blind_(session, source_, store_, chart) {}
 
 bool RunControl::ClaimStore() {
   if (!RequireSymbol()) return false;
-  ForgetBlindSymbol();
+  blind_.RestoreSymbol();
   try {
     return Claim(chooser_.Entered());
   } catch (const std::exception& error) {
@@ -61,18 +62,14 @@ std::optional<NextRun> RunControl::TradeToPlayAgain(const LedgerOrderKey& entry)
 
 bool RunControl::ClaimSession(const NextRun& choice) {
   if (!RequireSymbol()) return false;
-  ForgetBlindSymbol();
+  blind_.RestoreSymbol();
   return Claim(choice);
-}
-
-void RunControl::ForgetBlindSymbol() {
-  if (session_.Run.blind && session_.Symbol == kBlindSymbol) session_.Symbol = entered_symbol_;
 }
 
 bool RunControl::Claim(const NextRun& choice) {
   if (!store_.Claim()) return false;
   next_ = choice;
-  if (choice.key) entered_symbol_ = std::exchange(session_.Symbol, choice.series.symbol);
+  if (choice.key) blind_.HideSymbol();
   asked_to_compare_.clear();
   view_.LockSetup();
   return true;
@@ -354,9 +351,9 @@ std::optional<RevealedSession> RunControl::Reveal() {
   const PreparingScope preparing(session_);
   try {
     RevealedSession revealed = session_.SessionNumber == 0
-                                   ? Unrecorded()
+                                   ? blind_.Unrecorded()
                                    : RevealSession(ledger_, session_.SessionNumber, cache_);
-    ForgetBlindSymbol();
+    blind_.RestoreSymbol();
     ShowRevealed(revealed.key);
     session_.ForgetBars();
     return revealed;
@@ -391,45 +388,9 @@ void RunControl::Leave() {
   session_.ForgetBars();
 }
 
-RevealedSession RunControl::Unrecorded() const {
-  const BlindKey& key = source_.Key().value();
-  const auto day = [&](int bar) {
-    return key.mask.RealDate(session_.BarDate.at(static_cast<std::size_t>(bar)));
-  };
-  return {.key = key,
-          .interval = session_.Run.interval,
-          .first_day = day(session_.FirstShownBar),
-          .last_day = day(session_.NewestShownBar),
-          .closes = {}};
-}
-
-// The book follows the prices, and the money per point the other way round, so money stays.
 void RunControl::ShowRevealed(const BlindKey& key) {
-  const int bars = std::max(session_.BarIndex + 1, 1);
-  const std::vector<OrderMark> orders = std::exchange(session_.Orders, {});
-  const TradePlans plans = std::exchange(session_.Plans, {});
-  session_.Run.symbol = key.symbol;
-  session_.Run.start_day = key.start_day;
-  session_.Run.blind = false;
-  source_.SetKey(std::nullopt);
   try {
-    chart_.CloseCharts();
-    if (!store_.Refill()) return;
-    chart_.OpenChart();
-    if (!store_.Prepare(bars)) return;
-    store_.LoadSeries();
-    for (OrderMark order : orders) {
-      order.price = session_.BarClose.at(static_cast<std::size_t>(order.bar));
-      session_.Orders.push_back(order);
-    }
-    session_.Plans = plans;
-    session_.Plans.Scale(1 / key.mask.factor);
-    const auto factor = static_cast<float>(key.mask.factor);
-    session_.MarketPrice = session_.BarClose.at(static_cast<std::size_t>(session_.BarIndex));
-    session_.LAvgPrice /= factor;
-    session_.SAvgPrice /= factor;
-    session_.ProfitPerContract *= factor;
-    chart_.RefreshCharts();
+    blind_.Show(key);
   } catch (const std::exception& error) {
     ShowFailure("The revealed chart can't be shown.", error);
   }

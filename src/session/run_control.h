@@ -11,6 +11,7 @@
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/bar_stepping.h"
+#include "session/blind_run.h"
 #include "session/chart_side.h"
 #include "session/compared_series.h"
 #include "session/next_run.h"
@@ -102,9 +103,6 @@ class RunControl {
   bool RequireLoadedSeries();
   bool PrepareRun(const std::optional<LedgerPlayed>& resumed);
   bool PrepareChartAndStore(const std::optional<LedgerPlayed>& resumed);
-  // The entered symbol again, after a blind run.
-  void ForgetBlindSymbol();
-  RevealedSession Unrecorded() const;
   void ShowRevealed(const BlindKey& key);
   bool Claim(const NextRun& choice);
   // Stops the run of a session that is over.
@@ -142,9 +140,9 @@ class RunControl {
   ComparedSeries compared_;
   BarStepper stepper_;
   SessionRecord record_;
+  BlindRun blind_;
   std::vector<int> asked_to_compare_;  // while the run is being prepared
   NextRun next_;                       // what "Start" was clicked for
-  std::string entered_symbol_;         // SimSession::Symbol before the blind run
   RunNumber newest_run_ = 0;
   bool feeding_ = false;
 };

@@ -110,9 +110,9 @@ std::vector<Bar> SecretBars(std::mt19937& random, int count, int interval) {
   return bars;
 }
 
-class BlindRun {
+class BlindReplay {
  public:
-  BlindRun(const ScratchFolder& scratch, int interval, unsigned seed)
+  BlindReplay(const ScratchFolder& scratch, int interval, unsigned seed)
       : scratch_(scratch),
         interval_(interval),
         random_(seed),
@@ -269,8 +269,8 @@ TEST(BlindSecrecy, NothingThatIsWrittenOrShownGivesTheSecurityAway) {
     }
     fs::create_directories(scratch / "data/MSSmart");
     scratch.Write("data/MSSmart/charts.mwc", "QXA QXB QXC");
-    std::optional<BlindRun> playing(std::in_place, scratch, interval, seed);
-    BlindRun& run = *playing;
+    std::optional<BlindReplay> playing(std::in_place, scratch, interval, seed);
+    BlindReplay& run = *playing;
     run.Play(seed > 1);
     if (seed == 1) {
       EXPECT_NE(run.Found(secrets), "") << "an open run shows what it plays";
