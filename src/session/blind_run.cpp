@@ -11,7 +11,8 @@ void BlindRun::HideSymbol() {
 }
 
 void BlindRun::RestoreSymbol() {
-  if (session_.Run.blind && session_.Symbol == kBlindSymbol) session_.Symbol = entered_symbol_;
+  if (entered_symbol_ && session_.Symbol == kBlindSymbol) session_.Symbol = *entered_symbol_;
+  entered_symbol_.reset();
 }
 
 RevealedSession BlindRun::Unrecorded() const {

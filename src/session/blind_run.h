@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "session/blind_mask.h"
@@ -19,7 +20,7 @@ class BlindRun {
 
   // The symbol is the blind one from now on.
   void HideSymbol();
-  // After a blind run, the symbol is again the one that was entered before it.
+  // The symbol is again the one that was entered before, also if the run never began.
   void RestoreSymbol();
 
   // What the loaded run has played. It is not recorded in the ledger.
@@ -34,7 +35,7 @@ class BlindRun {
   RunSource& source_;
   WorkingStore& store_;
   ChartSide& chart_;
-  std::string entered_symbol_;  // SimSession::Symbol before the blind run
+  std::optional<std::string> entered_symbol_;  // SimSession::Symbol while it is hidden
 };
 
 }  // namespace velumar

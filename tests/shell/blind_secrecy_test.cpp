@@ -324,5 +324,22 @@ TEST_F(RunFixture, TheBlindBoxOffersAnySecurityAndRestoresWhatWasChosen) {
   EXPECT_TRUE(setup.DTPicker1.Enabled());
 }
 
+TEST(BlindSecrecy, ARunThatIsLeftAsItSlidesInGivesTheSymbolBack) {
+  const ScratchFolder scratch;
+  IndexCache cache;
+  StoreSecurity(scratch.Sub("data"), {"QXA", "Quax", -1}, DailyBars(400), cache);
+  WholeProgram all(scratch.Sub("data"));
+  all.program.Start();
+  Form1& setup = all.Setup();
+  setup.chkBlind.UserToggle();
+  setup.Combo1.UserType("QXA");
+  all.At(200, [&] { all.Navigator().Image5.UserClick(); });
+  setup.Image3.UserClick();
+  EXPECT_TRUE(setup.Visible() && all.session.BarDate.empty()) << "no run has begun";
+  setup.chkBlind.UserToggle();
+  setup.Image3.UserClick();
+  EXPECT_EQ(all.session.Run.symbol, "QXA");
+}
+
 }  // namespace
 }  // namespace velumar
