@@ -371,7 +371,8 @@ std::optional<RevealedSession> RunControl::EndSession(int number) {
   }
   LedgerEndSession(ledger_, number);
   if (loaded) {
-    IgnoringErrors([this] { KeepTrades(ledger_, session_); });  // with the bars after the last one
+    // Bars were shown after the last order.
+    IgnoringErrors([this] { KeepTrades(ledger_, session_); });
     Leave();
   }
   return std::nullopt;
