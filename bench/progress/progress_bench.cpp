@@ -103,8 +103,7 @@ void BareRandomTraders(benchmark::State& state) {
     RunRounds({}, [&](int first, int end, RandomSource& random) {
       std::vector<float> round(static_cast<std::size_t>(end - first));
       for (const PlayedTrade& trade : played.trades) {
-        const float* closes =
-            played.sessions[static_cast<std::size_t>(trade.session)].closes.data();
+        const float* closes = played.SessionAt(trade.session).closes.data();
         for (float& sum : round) sum += closes[(random.Next() >> 32) * kBars >> 32];
       }
       std::ranges::copy(round, sums.begin() + first);

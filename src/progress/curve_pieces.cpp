@@ -18,13 +18,12 @@ CurvePieces::CurvePieces(const Played& played, std::span<const std::int32_t> sel
                          const EquityCurve& curve, By by) {
   std::size_t added = 0;
   for (const EquityCurve::Part& part : curve.parts) {
-    const double account = played.sessions[static_cast<std::size_t>(part.session)].starting_money;
+    const double account = played.SessionAt(part.session).starting_money;
     const auto first = static_cast<std::size_t>(part.first);
     const auto end = first + static_cast<std::size_t>(part.bars);
     // The trades of the session in the order of their completion.
     std::vector<std::size_t> order;
-    for (; added < selection.size() &&
-           played.trades[static_cast<std::size_t>(selection[added])].session == part.session;
+    for (; added < selection.size() && played.TradeAt(selection[added]).session == part.session;
          ++added) {
       order.push_back(added);
     }
@@ -42,7 +41,7 @@ CurvePieces::CurvePieces(const Played& played, std::span<const std::int32_t> sel
         AddPiece(curve, {begins, ends}, part.years * share, account);
         begins = ends;
       }
-      AddTrade(played.trades[static_cast<std::size_t>(selection[i])]);
+      AddTrade(played.TradeAt(selection[i]));
     }
   }
 }

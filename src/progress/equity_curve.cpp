@@ -103,18 +103,18 @@ EquityCurve ChainEquity(const Played& played, std::span<const std::int32_t> sele
   const std::vector<SelectedSession> sessions = BySession(played, selection);
   std::size_t bars_of_all = selection.size();
   for (const SelectedSession& selected : sessions) {
-    bars_of_all += played.sessions[static_cast<std::size_t>(selected.session)].closes.size();
+    bars_of_all += played.SessionAt(selected.session).closes.size();
   }
   curve.equity.reserve(bars_of_all);
   curve.in_market.reserve(bars_of_all);
   double account = 0;
   for (const SelectedSession& selected : sessions) {
-    const PlayedSession& session = played.sessions[static_cast<std::size_t>(selected.session)];
+    const PlayedSession& session = played.SessionAt(selected.session);
     if (curve.parts.empty()) account = curve.starting_money = session.starting_money;
     SessionBars bars(session, selected.trades.size());
     const auto first = static_cast<std::int32_t>(curve.equity.size());
     for (const std::int32_t place : selected.trades) {
-      const std::size_t bar = bars.Add(played.trades[static_cast<std::size_t>(place)]);
+      const std::size_t bar = bars.Add(played.TradeAt(place));
       curve.completed.push_back(first + static_cast<std::int32_t>(bar));
     }
     bars.AppendTo(curve, account);

@@ -17,10 +17,6 @@ using Selected = std::span<const std::int32_t>;
 
 constexpr const char* kNoTrades = "No closed trades";
 
-const PlayedTrade& TradeAt(const Played& played, std::int32_t place) {
-  return played.trades[static_cast<std::size_t>(place)];
-}
-
 std::optional<double> NetOf(const ResultUnit& unit, const PlayedTrade& trade) {
   return unit.Of(trade, trade.Net());
 }
@@ -64,7 +60,7 @@ NumberPicture ResultsPicture(const Played& played, Selected selection) {
   const ResultUnit unit(played, selection);
   std::vector<double> results;
   for (const std::int32_t place : selection) {
-    if (const auto net = NetOf(unit, TradeAt(played, place))) results.push_back(*net);
+    if (const auto net = NetOf(unit, played.TradeAt(place))) results.push_back(*net);
   }
   NumberPicture picture{.x_title = "Result of a trade, " + unit.Name()};
   if (results.empty()) return picture;
@@ -95,7 +91,7 @@ NumberPicture ExcursionsPicture(const Played& played, Selected selection) {
   NumberPicture::Series against{Shape::kPoints, Tone::kLoss, {}, {}};
   NumberPicture::Series in_favour{Shape::kPoints, Tone::kGain, {}, {}};
   for (const std::int32_t place : selection) {
-    const PlayedTrade& trade = TradeAt(played, place);
+    const PlayedTrade& trade = played.TradeAt(place);
     const auto net = NetOf(unit, trade);
     if (!net || !trade.adverse || !trade.favourable) continue;
     const double money = trade.quantity * trade.money_per_point;
@@ -119,7 +115,7 @@ template <typename Of>
 Groups GroupsOf(const Played& played, Selected selection, const Of& of) {
   Groups groups;
   for (const std::int32_t place : selection) {
-    const std::optional<std::pair<int, std::string>> group = of(TradeAt(played, place));
+    const std::optional<std::pair<int, std::string>> group = of(played.TradeAt(place));
     if (!group) continue;
     auto& [name, trades] = groups[group->first];
     name = group->second;
@@ -137,7 +133,7 @@ struct Average {
 Average AverageOf(const Played& played, const ResultUnit& unit, Selected trades) {
   Average average;
   for (const std::int32_t place : trades) {
-    const auto net = NetOf(unit, TradeAt(played, place));
+    const auto net = NetOf(unit, played.TradeAt(place));
     average.result += net.value_or(0);
     average.count += net ? 1 : 0;
   }
@@ -165,7 +161,7 @@ NumberPicture GroupsPicture(const Played& played, Selected selection, const Grou
 
 std::optional<std::pair<int, std::string>> SetupOf(const Played& played, const PlayedTrade& trade) {
   if (trade.setup == kAbsent) return std::pair(kAbsent, std::string("none"));
-  return std::pair(trade.setup, played.setups[static_cast<std::size_t>(trade.setup)]);
+  return std::pair(trade.setup, played.SetupAt(trade.setup));
 }
 
 std::optional<std::pair<int, std::string>> WeekdayOf(const PlayedTrade& trade) {
@@ -210,7 +206,7 @@ NumberPicture ConfidencePicture(const Played& played, Selected selection) {
     const auto& trades = group.second;
     if (AverageOf(played, unit, trades).count == 0) continue;
     const auto wins = std::ranges::count_if(
-        trades, [&](std::int32_t place) { return TradeAt(played, place).Net() > 0; });
+        trades, [&](std::int32_t place) { return played.TradeAt(place).Net() > 0; });
     rates.push_back(100.0 * static_cast<double>(wins) / static_cast<double>(trades.size()));
   }
   NumberPicture::Series bars{Shape::kBars, Tone::kPlain, CountedFrom0(rates.size()), rates};
@@ -225,7 +221,7 @@ NumberPicture SessionsPicture(const Played& played, Selected selection) {
   for (const SelectedSession& session : BySession(played, selection)) {
     double sum = 0;
     for (const std::int32_t place : session.trades) {
-      sum += NetOf(unit, TradeAt(played, place)).value_or(0);
+      sum += NetOf(unit, played.TradeAt(place)).value_or(0);
     }
     sums.push_back(sum);
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -69,6 +70,16 @@ struct Played {
   std::vector<std::string> setups;
   std::vector<PlayedSession> sessions;  // in the order in which they were played
   std::vector<PlayedTrade> trades;      // by session, as they were closed
+
+  const PlayedSession& SessionAt(std::int32_t place) const {
+    return sessions[static_cast<std::size_t>(place)];
+  }
+  const PlayedTrade& TradeAt(std::int32_t place) const {
+    return trades[static_cast<std::size_t>(place)];
+  }
+  const std::string& SetupAt(std::int32_t place) const {
+    return setups[static_cast<std::size_t>(place)];
+  }
 };
 
 }  // namespace velumar

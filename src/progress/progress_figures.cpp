@@ -34,7 +34,7 @@ Extremes ExtremesOf(const Played& played, std::span<const std::int32_t> selectio
   int wins = 0;
   int losses = 0;
   for (const std::int32_t place : selection) {
-    const double net = played.trades[static_cast<std::size_t>(place)].Net();
+    const double net = played.TradeAt(place).Net();
     wins = net > 0 ? wins + 1 : 0;
     losses = net < 0 ? losses + 1 : 0;
     found.largest_win = std::max(found.largest_win, net);

@@ -32,7 +32,7 @@ struct MovableTrade {
 // Nothing if the trade cannot be moved: see SkillOrLuck::trades.
 std::optional<MovableTrade> Movable(const Played& played, const std::vector<double>& usual_moves,
                                     const PlayedTrade& trade) {
-  const PlayedSession& session = played.sessions[static_cast<std::size_t>(trade.session)];
+  const PlayedSession& session = played.SessionAt(trade.session);
   const auto count = static_cast<std::int64_t>(session.closes.size());
   const std::int64_t entry = std::int64_t{trade.entry_bar} - session.first_bar;
   const std::int64_t bars = std::int64_t{trade.exit_bar} - trade.entry_bar;
@@ -65,11 +65,11 @@ double UsualMoveOf(const PlayedSession& session) {
 double BuyAndHold(const Played& played, std::span<const std::int32_t> selection) {
   double money = 0;
   for (const SelectedSession& selected : BySession(played, selection)) {
-    const auto& closes = played.sessions[static_cast<std::size_t>(selected.session)].closes;
+    const auto& closes = played.SessionAt(selected.session).closes;
     if (closes.empty()) continue;
     double quantities = 0;
     for (const std::int32_t place : selected.trades) {
-      const PlayedTrade& trade = played.trades[static_cast<std::size_t>(place)];
+      const PlayedTrade& trade = played.TradeAt(place);
       quantities += trade.quantity * trade.money_per_point;
     }
     const double change = static_cast<double>(closes.back()) - static_cast<double>(closes.front());
@@ -122,7 +122,7 @@ class RandomTraders {
     std::ranges::sort(members);
     std::int32_t last = kAbsent;
     for (const auto& [place, group] : members) {
-      const PlayedTrade& trade = played.trades[static_cast<std::size_t>(place)];
+      const PlayedTrade& trade = played.TradeAt(place);
       if (place != last && !Add(played, usual_moves, trade)) continue;
       last = place;
       groups_.push_back(group);
@@ -155,7 +155,7 @@ class RandomTraders {
   bool Add(const Played& played, const std::vector<double>& usual_moves, const PlayedTrade& trade) {
     const auto movable = Movable(played, usual_moves, trade);
     if (!movable) return false;
-    const PlayedSession& session = played.sessions[static_cast<std::size_t>(trade.session)];
+    const PlayedSession& session = played.SessionAt(trade.session);
     const std::size_t kind =
         kinds_.try_emplace(Kind{session.interval, trade.setup, trade.is_long}, times_.size())
             .first->second;
@@ -244,8 +244,7 @@ std::vector<SkillOrLuck> CompareWithRandomTraders(const Played& played,
     SkillOrLuck& skill = compared.emplace_back();
     skill.group = groups[i].name;
     for (const std::int32_t place : groups[i].trades) {
-      const auto movable =
-          Movable(played, usual_moves, played.trades[static_cast<std::size_t>(place)]);
+      const auto movable = Movable(played, usual_moves, played.TradeAt(place));
       if (movable) {
         const double rise = movable->Rise(movable->entry, movable->bars);
         skill.result += movable->position * rise;
@@ -264,9 +263,9 @@ std::vector<SkillOrLuck> CompareWithRandomTraders(const Played& played,
 std::vector<TradeGroup> GroupsBySetup(const Played& played, const Selection& selection) {
   std::map<std::string, Selection> by_name;
   for (const std::int32_t place : selection) {
-    const std::int32_t setup = played.trades[static_cast<std::size_t>(place)].setup;
+    const std::int32_t setup = played.TradeAt(place).setup;
     if (setup == kAbsent) continue;
-    by_name[played.setups[static_cast<std::size_t>(setup)]].push_back(place);
+    by_name[played.SetupAt(setup)].push_back(place);
   }
   std::vector<TradeGroup> groups;
   groups.reserve(by_name.size());

@@ -16,9 +16,8 @@ struct ResultUnit {
   bool in_r = false;
 
   ResultUnit(const Played& played, std::span<const std::int32_t> selection) {
-    const auto with_risk = std::ranges::count_if(selection, [&](std::int32_t place) {
-      return played.trades[static_cast<std::size_t>(place)].risk > 0;
-    });
+    const auto with_risk = std::ranges::count_if(
+        selection, [&](std::int32_t place) { return played.TradeAt(place).risk > 0; });
     in_r = 2 * with_risk > std::ssize(selection);
   }
   // Nothing if the trade has no R.

@@ -28,10 +28,10 @@ ShareHistory HistoryOf(const Played& played, std::span<const std::int32_t> selec
     if (history.pieces.empty() || history.pieces.back() < at) history.pieces.push_back(at);
   };
   for (const SelectedSession& selected : sessions) {
-    double account = played.sessions[static_cast<std::size_t>(selected.session)].starting_money;
+    double account = played.SessionAt(selected.session).starting_money;
     begin_piece();
     for (const std::int32_t place : selected.trades) {
-      const PlayedTrade& trade = played.trades[static_cast<std::size_t>(place)];
+      const PlayedTrade& trade = played.TradeAt(place);
       if (account <= 0) break;
       if (!whole) begin_piece();
       history.results.push_back(trade.Net() / account);

@@ -57,9 +57,7 @@ Selection Select(const Played& played, const TradeFilter& filter) {
 
 std::vector<SelectedSession> BySession(const Played& played,
                                        std::span<const std::int32_t> selection) {
-  const auto session_of = [&](std::size_t i) {
-    return played.trades[static_cast<std::size_t>(selection[i])].session;
-  };
+  const auto session_of = [&](std::size_t i) { return played.TradeAt(selection[i]).session; };
   std::vector<SelectedSession> sessions;
   for (std::size_t first = 0, end = 0; first < selection.size(); first = end) {
     while (end < selection.size() && session_of(end) == session_of(first)) ++end;
