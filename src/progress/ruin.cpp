@@ -86,23 +86,31 @@ Fall FallOf(std::span<const float> future, double size) {
   return fall;
 }
 
-template <typename Condition>
-double ShareOf(const Futures& futures, double size, Condition condition) {
-  int count = 0;
-  const std::size_t rounds = futures.size() / kTradesAhead;
-  for (std::size_t round = 0; round < rounds; ++round) {
-    const auto future = std::span(futures).subspan(round * kTradesAhead, kTradesAhead);
-    if (condition(FallOf(future, size))) ++count;
+// Of each future.
+std::vector<Fall> FallsOf(const Futures& futures, double size) {
+  std::vector<Fall> falls;
+  falls.reserve(futures.size() / kTradesAhead);
+  for (std::size_t first = 0; first < futures.size(); first += kTradesAhead) {
+    falls.push_back(FallOf(std::span(futures).subspan(first, kTradesAhead), size));
   }
-  return rounds == 0 ? 0 : static_cast<double>(count) / static_cast<double>(rounds);
+  return falls;
+}
+
+template <typename Condition>
+double ShareOf(const std::vector<Fall>& falls, Condition condition) {
+  const auto count = static_cast<double>(std::ranges::count_if(falls, condition));
+  return falls.empty() ? 0 : count / static_cast<double>(falls.size());
+}
+
+double ShareFallen(const std::vector<Fall>& falls, double share) {
+  return ShareOf(falls, [&](const Fall& fall) { return fall.from_peak >= share; });
 }
 
 // A larger size makes nearly every future fall deeper, so halving the interval finds the largest
 // one.
 double LargestSize(const Futures& futures) {
   const auto accepted = [&](double size) {
-    return ShareOf(futures, size, [](const Fall& fall) { return fall.from_peak >= kWorstFall; }) <
-           kAcceptedRisk;
+    return ShareFallen(FallsOf(futures, size), kWorstFall) < kAcceptedRisk;
   };
   if (accepted(kLargestSize)) return kLargestSize;
   double low = 0;
@@ -124,11 +132,10 @@ std::optional<RiskAhead> ComputeRiskAhead(const Played& played,
   const Futures futures = DrawFutures(history, options);
   RiskAhead risk;
   risk.trades = static_cast<int>(history.results.size());
-  risk.ruin = ShareOf(futures, 1, [](const Fall& fall) { return fall.lowest <= kRuinShare; });
-  for (std::size_t i = 0; i < kFallShares.size(); ++i) {
-    risk.falls.at(i) =
-        ShareOf(futures, 1, [&](const Fall& fall) { return fall.from_peak >= kFallShares.at(i); });
-  }
+  const std::vector<Fall> falls = FallsOf(futures, 1);
+  risk.ruin = ShareOf(falls, [](const Fall& fall) { return fall.lowest <= kRuinShare; });
+  std::ranges::transform(kFallShares, risk.falls.begin(),
+                         [&](double share) { return ShareFallen(falls, share); });
   risk.size = LargestSize(futures);
   if (history.with_risk > 0) risk.risk_per_trade = risk.size * history.risked / history.with_risk;
   return risk;
