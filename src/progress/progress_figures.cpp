@@ -1,9 +1,7 @@
 #include "progress/progress_figures.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <limits>
 #include <numeric>
 
 #include "base/number_text.h"
@@ -45,50 +43,53 @@ Extremes ExtremesOf(const Played& played, std::span<const std::int32_t> selectio
   return found;
 }
 
+// What the pieces add up to in that order; the extremes are left open.
+Whole SumUp(const CurvePieces& pieces, double starting_money,
+            std::span<const std::uint32_t> order) {
+  Whole whole{.starting_money = starting_money, .path = pieces.Path(order)};
+  for (const std::uint32_t piece : order) {
+    const PieceSums& part = pieces.Sums(piece);
+    for (std::size_t i = 0; i < part.size(); ++i) whole.sums[i] += part[i];
+  }
+  return whole;
+}
+
+// Each piece once, as the curve has them.
+std::vector<std::uint32_t> AllOf(const CurvePieces& pieces) {
+  std::vector<std::uint32_t> order(pieces.Count());
+  std::iota(order.begin(), order.end(), 0U);
+  return order;
+}
+
 // Computes the intervals of all figures from the same rounds.
 class FigureRounds {
  public:
   FigureRounds(const CurvePieces& pieces, const Whole& whole) : pieces_(pieces), whole_(whole) {
     for (const FigureRow& row : FigureTable()) {
-      if (row.method != Method::kNone) rows_.push_back(&row);
+      if (IsRatio(row)) ratios_.push_back(&row);
+      if (row.method == Method::kResampled) others_.push_back(&row);
     }
-    const auto ratios = static_cast<std::size_t>(
-        std::ranges::count_if(rows_, [](const FigureRow* row) { return IsRatio(*row); }));
     for (std::size_t piece = 0; piece < pieces.Count(); ++piece) {
-      for (const FigureRow* row : rows_) {
-        if (!IsRatio(*row)) continue;
-        const PieceSums& sums = pieces.Sums(piece);
+      const PieceSums& sums = pieces.Sums(piece);
+      for (const FigureRow* row : ratios_) {
         parts_.push_back(RatioSums::Of(sums[row->numerator], sums[row->denominator], Centre(*row)));
       }
     }
-    ratios_ = ratios;
   }
 
   // Sets the intervals of the figures, which are those of the table.
   void Compute(const RoundOptions& options, std::vector<ProgressFigure>& figures) const {
-    std::vector<std::uint32_t> all(pieces_.Count());
-    std::iota(all.begin(), all.end(), 0U);
-    const std::vector<RatioOfSums> estimates = Ratios(all);
-    auto values = Resample(pieces_.Count(), rows_.size(), options,
+    const std::vector<RatioOfSums> estimates = Ratios(AllOf(pieces_));
+    auto values = Resample(pieces_.Count(), ratios_.size() + others_.size(), options,
                            [&](std::span<const std::uint32_t> drawn, std::span<double> round) {
                              ComputeRound(estimates, drawn, round);
                            });
-    std::size_t ratio = 0;
-    for (std::size_t i = 0; i < rows_.size(); ++i) {
-      const FigureRow& row = *rows_[i];
-      const bool is_ratio = IsRatio(row);
-      const std::size_t at = is_ratio ? ratio++ : 0;
-      ProgressFigure& figure = figures[static_cast<std::size_t>(&row - FigureTable().data())];
-      if (figure.sureness == ProgressFigure::Sureness::kTooFew || !figure.value) continue;
-      if (Contributing(row) < kFewestUnits) {
-        figure.sureness = ProgressFigure::Sureness::kTooFew;
-        continue;
-      }
-      const auto interval = is_ratio ? OfRatio(row, estimates[at], std::move(values[i]))
-                                     : ExpandedPercentile(std::move(values[i]), pieces_.Count());
-      if (!interval) continue;
-      figure.interval = *interval;
-      figure.sureness = ProgressFigure::Sureness::kInterval;
+    for (std::size_t i = 0; i < ratios_.size(); ++i) {
+      SetInterval(*ratios_[i], OfRatio(*ratios_[i], estimates[i], std::move(values[i])), figures);
+    }
+    for (std::size_t i = 0; i < others_.size(); ++i) {
+      auto& of_rounds = values[ratios_.size() + i];
+      SetInterval(*others_[i], ExpandedPercentile(std::move(of_rounds), pieces_.Count()), figures);
     }
   }
 
@@ -106,39 +107,41 @@ class FigureRounds {
     return count;
   }
 
+  void SetInterval(const FigureRow& row, const std::optional<Interval>& interval,
+                   std::vector<ProgressFigure>& figures) const {
+    ProgressFigure& figure = figures[static_cast<std::size_t>(&row - FigureTable().data())];
+    if (figure.sureness == ProgressFigure::Sureness::kTooFew || !figure.value) return;
+    if (Contributing(row) < kFewestUnits) {
+      figure.sureness = ProgressFigure::Sureness::kTooFew;
+    } else if (interval) {
+      figure.interval = *interval;
+      figure.sureness = ProgressFigure::Sureness::kInterval;
+    }
+  }
+
   std::vector<RatioOfSums> Ratios(std::span<const std::uint32_t> drawn) const {
-    std::vector<RatioSums> sums(ratios_);
+    std::vector<RatioSums> sums(ratios_.size());
     for (const std::uint32_t piece : drawn) {
-      const RatioSums* part = &parts_[piece * ratios_];
-      for (std::size_t i = 0; i < ratios_; ++i) sums[i] += part[i];
+      const RatioSums* part = &parts_[piece * ratios_.size()];
+      for (std::size_t i = 0; i < sums.size(); ++i) sums[i] += part[i];
     }
     std::vector<RatioOfSums> ratios;
-    ratios.reserve(ratios_);
-    for (const FigureRow* row : rows_) {
-      if (!IsRatio(*row)) continue;
-      ratios.push_back(OnItsScale(*row, sums[ratios.size()].Ratio(Centre(*row), drawn.size())));
+    ratios.reserve(sums.size());
+    for (std::size_t i = 0; i < sums.size(); ++i) {
+      const FigureRow& row = *ratios_[i];
+      ratios.push_back(OnItsScale(row, sums[i].Ratio(Centre(row), drawn.size())));
     }
     return ratios;
   }
 
+  // Fills in the values of the ratios, then those of the others.
   void ComputeRound(const std::vector<RatioOfSums>& estimates, std::span<const std::uint32_t> drawn,
                     std::span<double> values) const {
-    Whole whole{.starting_money = whole_.starting_money};
-    for (const std::uint32_t piece : drawn) {
-      const PieceSums& part = pieces_.Sums(piece);
-      for (std::size_t i = 0; i < part.size(); ++i) whole.sums[i] += part[i];
-    }
-    whole.path = pieces_.Path(drawn);
-    const std::vector<RatioOfSums> ratios = Ratios(drawn);
-    std::size_t ratio = 0;
-    for (std::size_t i = 0; i < rows_.size(); ++i) {
-      if (IsRatio(*rows_[i])) {
-        values[i] = StudentisedValue(estimates[ratio], ratios[ratio]);
-        ++ratio;
-      } else {
-        values[i] = rows_[i]->value(whole);
-      }
-    }
+    const auto others =
+        std::ranges::transform(estimates, Ratios(drawn), values.begin(), StudentisedValue).out;
+    const Whole whole = SumUp(pieces_, whole_.starting_money, drawn);
+    std::ranges::transform(others_, others,
+                           [&](const FigureRow* row) { return row->value(whole); });
   }
 
   std::optional<Interval> OfRatio(const FigureRow& row, const RatioOfSums& estimate,
@@ -158,28 +161,15 @@ class FigureRounds {
 
   const CurvePieces& pieces_;
   const Whole& whole_;
-  std::vector<const FigureRow*> rows_;  // with an interval
-  std::size_t ratios_ = 0;              // of them
-  std::vector<RatioSums> parts_;        // of each piece, for each ratio
+  std::vector<const FigureRow*> ratios_;
+  std::vector<const FigureRow*> others_;  // with an interval
+  std::vector<RatioSums> parts_;          // of each piece, for each ratio
 };
 
 double ValueOf(const FigureRow& row, const Whole& whole) {
   if (!IsRatio(row)) return row.value(whole);
   const double ratio = whole.sums[row.numerator] / whole.sums[row.denominator];
   return row.scale == nullptr ? ratio : ratio * row.scale(whole);
-}
-
-Whole SumUp(const Played& played, std::span<const std::int32_t> selection, const EquityCurve& curve,
-            const CurvePieces& pieces) {
-  Whole whole{.starting_money = curve.starting_money, .extremes = ExtremesOf(played, selection)};
-  std::vector<std::uint32_t> order;
-  for (std::size_t piece = 0; piece < pieces.Count(); ++piece) {
-    order.push_back(static_cast<std::uint32_t>(piece));
-    const PieceSums& part = pieces.Sums(piece);
-    for (std::size_t i = 0; i < part.size(); ++i) whole.sums[i] += part[i];
-  }
-  whole.path = pieces.Path(order);
-  return whole;
 }
 
 std::string TextOf(ProgressFigure::Unit unit, double value) {
@@ -216,7 +206,8 @@ ProgressFigures ComputeFigures(const Played& played, std::span<const std::int32_
   const CurvePieces pieces(
       played, selection, curve,
       result.over_sessions ? CurvePieces::By::kSession : CurvePieces::By::kTrade);
-  const Whole whole = SumUp(played, selection, curve, pieces);
+  Whole whole = SumUp(pieces, curve.starting_money, AllOf(pieces));
+  whole.extremes = ExtremesOf(played, selection);
   for (const FigureRow& row : FigureTable()) {
     const double value = ValueOf(row, whole);
     const auto n = static_cast<int>(whole.sums[row.counted]);
