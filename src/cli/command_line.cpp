@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <exception>
 #include <functional>
 #include <limits>
@@ -8,10 +7,9 @@
 #include "base/dates.h"
 #include "cli/commands.h"
 #include "cli/import_options.h"
+#include "cli/option_kinds.h"
 #include "cli/replay_world.h"
 #include "marketdata/interval.h"
-
-// Only this file and import_options.cpp include CLI11, whose headers take seconds to compile.
 
 namespace velumar {
 
@@ -35,14 +33,6 @@ constexpr const char* kReplayCommands =
     "  return, start         go back to the setup window; click \"Start\" there\n"
     "  figures               show the fourteen figures of the current run\n"
     "  set NAME TEXT         type a text into a control, such as Form2.txtRefresh";
-
-std::string DateProblem(const std::string& text) {
-  return DateFromDigits(text) ? "" : "START must be a date yyyymmdd, not " + text;
-}
-
-std::string EntryDayProblem(const std::string& text) {
-  return DateFromDigits(text) ? "" : "a day is a date yyyymmdd, not " + text;
-}
 
 std::string IntervalProblem(const std::string& text) {
   return IntervalFromText(text) ? "" : "an interval is D or a number of minutes, not " + text;
@@ -199,8 +189,7 @@ class CommandLine {
     command.add_option("SYMBOL", replay_.symbol,
                        "the security; with --blind, any for a random one");
     command.add_option("INTERVAL", replay_.interval, ReplayIntervalsText());
-    CLI::Option* start =
-        command.add_option("START", replay_.start, "the start date, yyyymmdd")->check(DateProblem);
+    CLI::Option* start = AddDay(command, "START", replay_.start, "the start date, yyyymmdd");
     CLI::Option* blind = command.add_option(
         "--blind", replay_.blind,
         "a number: hides symbol, dates and prices of a run whose start is drawn by it");
@@ -271,11 +260,8 @@ class CommandLine {
     command.add_option("--interval", stats_.interval, "D for daily bars, or the minutes")
         ->check(IntervalProblem);
     command.add_option("--setup", stats_.setup, "only trades whose plan names this setup");
-    command
-        .add_option_function<std::string>(
-            "--side", [&filter](const std::string& side) { filter.is_long = side == "long"; },
-            "long or short")
-        ->check(CLI::IsMember({"long", "short"}));
+    AddChoice(command, "--side", filter.is_long, {{"long", true}, {"short", false}},
+              "long or short");
     CLI::Option* blind = command.add_flag_callback(
         "--blind", [&filter] { filter.blind = true; }, "only blind sessions");
     command
@@ -286,22 +272,14 @@ class CommandLine {
     AddDay(command, "--to", filter.to_day, "entered on this day or earlier");
     AddPlayedDay(command, "--played-from", filter.played_from, "played on this day or later");
     AddPlayedDay(command, "--played-to", filter.played_to, "played on this day or earlier");
-    command
-        .add_option_function<int>(
-            "--confidence",
-            [&filter](int given) { filter.confidence = static_cast<std::uint8_t>(given); },
-            "of the plan, 1 to 5; 0: none")
+    command.add_option("--confidence", filter.confidence, "of the plan, 1 to 5; 0: none")
         ->check(CLI::Range(0, 5));
     command
         .add_option_function<int>(
             "--weekday", [&filter](int day) { filter.weekday = static_cast<std::int8_t>(day - 1); },
             "of the entry, 1 for Monday to 7")
         ->check(CLI::Range(1, 7));
-    command
-        .add_option_function<int>(
-            "--hour", [&filter](int hour) { filter.hour = static_cast<std::int8_t>(hour); },
-            "of the entry, 0 to 23")
-        ->check(CLI::Range(0, 23));
+    command.add_option("--hour", filter.hour, "of the entry, 0 to 23")->check(CLI::Range(0, 23));
     command
         .add_option_function<std::vector<int>>(
             "--session",
@@ -322,16 +300,12 @@ class CommandLine {
         ->excludes(json);
   }
 
-  static void AddDay(CLI::App& command, const char* flag, std::int32_t& day, const char* help) {
-    command.add_option(flag, day, help)->check(EntryDayProblem)->type_name("DATE");
-  }
-
   static void AddPlayedDay(CLI::App& command, const char* flag, std::string& day,
                            const char* help) {
     command
         .add_option_function<std::string>(
             flag, [&day](const std::string& text) { day = IsoDate(*DateFromDigits(text)); }, help)
-        ->check(EntryDayProblem)
+        ->check(DayProblem)
         ->type_name("DATE");
   }
 

@@ -1,10 +1,7 @@
 #include "cli/import_options.h"
 
-#include <CLI/CLI.hpp>
-#include <map>
-
-#include "base/dates.h"
 #include "base/number_text.h"
+#include "cli/option_kinds.h"
 #include "import/date_pattern.h"
 #include "marketdata/interval.h"
 
@@ -17,10 +14,6 @@ constexpr const char* kImportNotes =
     "kept, others are corrected. A file that leaves something open is not imported; the message\n"
     "names the option that decides it, and the other files are imported. Exits with 2 if a file\n"
     "leaves something open, else with 1 if one failed.";
-
-std::string DayProblem(const std::string& text) {
-  return DateFromDigits(text) ? "" : "a day is yyyymmdd, not " + text;
-}
 
 std::string ScaleProblem(const std::string& text) {
   return IsScale(ExactNumber<int>(text).value_or(0))
@@ -36,24 +29,6 @@ CLI::Option* AddText(CLI::App& command, const std::string& flag, std::optional<s
                      const std::string& help) {
   return command.add_option_function<std::string>(
       flag, [&text](const std::string& given) { text = given; }, help);
-}
-
-// An option for one of several words.
-template <typename Value>
-void AddChoice(CLI::App& command, const std::string& flag, std::optional<Value>& choice,
-               const std::map<std::string, Value>& values, const std::string& help) {
-  command
-      .add_option_function<std::string>(
-          flag, [&choice, values](const std::string& given) { choice = values.at(given); }, help)
-      ->check(CLI::IsMember(values));
-}
-
-void AddDay(CLI::App& command, const std::string& flag, std::optional<std::int32_t>& day,
-            const std::string& help) {
-  command
-      .add_option_function<std::string>(
-          flag, [&day](const std::string& given) { day = DateFromDigits(given); }, help)
-      ->check(DayProblem);
 }
 
 void AddDates(CLI::App& command, ImportOptions& options) {
