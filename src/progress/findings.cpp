@@ -22,11 +22,10 @@ std::string Comparison(const SkillOrLuck& whole) {
       std::accumulate(whole.random_results.begin(), whole.random_results.end(), 0.0) /
       static_cast<double>(std::max<std::size_t>(whole.random_results.size(), 1));
   std::string text =
-      "Moves in your direction, each in usual moves of its session from close to "
-      "close: " +
-      MoneyText(whole.compared) + ", random traders " + MoneyText(random) +
-      " on average. In money, before costs: " + MoneyText(whole.result) +
-      "; by buying at the start of each session and holding to its end: " +
+      "Moves of the price in the trades' direction, in usual moves from close to close: " +
+      MoneyText(whole.compared) + " in yours, " + MoneyText(random) +
+      " in those of random traders on average. In money, before costs: " + MoneyText(whole.result) +
+      "; buying at the start of each session and holding to its end: " +
       MoneyText(whole.buy_and_hold) + ".";
   if (whole.left_out > 0) {
     text += " Left out: " + std::to_string(whole.left_out) +
@@ -37,23 +36,24 @@ std::string Comparison(const SkillOrLuck& whole) {
 
 std::string RiskSentence(const RiskAhead& risk) {
   std::string text = "In the next " + std::to_string(kTradesAhead) +
-                     " trades like these: half of the account lost " + WholePercent(risk.ruin) +
-                     ", a drawdown of";
+                     " trades like these, the chance of losing half of the account is " +
+                     WholePercent(risk.ruin);
   for (std::size_t i = 0; i < kFallShares.size(); ++i) {
-    text +=
-        (i == 0 ? " " : ", ") + WholePercent(kFallShares[i]) + " " + WholePercent(risk.falls[i]);
+    text += (i == 0 ? "; of a drawdown of " : ", of ") + WholePercent(kFallShares[i]) + ": " +
+            WholePercent(risk.falls[i]);
   }
   return text + ".";
 }
 
 std::string SizeSentence(const RiskAhead& risk) {
   const bool bounded = risk.size < kLargestSize;
-  std::string text = bounded ? QuantityText(std::floor(risk.size * 100) / 100) + " times the size"
-                             : "Even " + QuantityText(kLargestSize) + " times the size";
+  std::string text =
+      bounded ? "At " + QuantityText(std::floor(risk.size * 100) / 100) + " times the size"
+              : "Even at " + QuantityText(kLargestSize) + " times the size";
   if (bounded && risk.risk_per_trade) {
     text += " (" + PercentText(risk.risk_per_trade) + " of the account at risk in each trade)";
   }
-  return text + " keeps a drawdown of " + WholePercent(kWorstFall) + " below " +
+  return text + ", the chance of a drawdown of " + WholePercent(kWorstFall) + " is below " +
          WholePercent(kAcceptedRisk) + ".";
 }
 
