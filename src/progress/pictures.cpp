@@ -179,11 +179,11 @@ std::optional<std::pair<int, std::string>> HourOf(const PlayedTrade& trade) {
 std::optional<std::pair<int, std::string>> HoldingOf(const PlayedTrade& trade) {
   if (trade.entry_bar == kAbsent || trade.exit_bar < trade.entry_bar) return std::nullopt;
   const int bars = trade.exit_bar - trade.entry_bar;
+  if (bars == 0) return std::pair(-1, std::string("0"));
   int most = 1;
   int group = 0;
   for (; most < bars; most *= 2) ++group;
   const int least = most / 2 + 1;
-  if (bars == 0) return std::pair(-1, std::string("0"));
   return std::pair(group, least >= most ? std::to_string(most)
                                         : std::to_string(least) + "-" + std::to_string(most));
 }
@@ -264,8 +264,11 @@ NumberPicture LuckPicture(const SkillOrLuck* skill) {
 
 NumberPicture Drawn(ProgressPicture kind, const Played& played, Selected selection,
                     const EquityCurve& curve, const SkillOrLuck* skill) {
-  const auto groups = [&](const auto& of) {
-    return GroupsPicture(played, selection, GroupsOf(played, selection, of));
+  const auto groups = [&](const auto& of, const char* x_title = "", const char* hint = kNoTrades) {
+    NumberPicture picture = GroupsPicture(played, selection, GroupsOf(played, selection, of));
+    picture.x_title = x_title;
+    if (picture.panes.empty()) picture.hint = hint;
+    return picture;
   };
   switch (kind) {
     case ProgressPicture::kEquity:
@@ -279,9 +282,9 @@ NumberPicture Drawn(ProgressPicture kind, const Played& played, Selected selecti
     case ProgressPicture::kByWeekday:
       return groups(WeekdayOf);
     case ProgressPicture::kByHour:
-      return groups(HourOf);
+      return groups(HourOf, "", "Daily bars have no hours");
     case ProgressPicture::kByHolding:
-      return groups(HoldingOf);
+      return groups(HoldingOf, "Bars held");
     case ProgressPicture::kByConfidence:
       return ConfidencePicture(played, selection);
     case ProgressPicture::kBySession:
@@ -301,10 +304,6 @@ NumberPicture PictureOf(ProgressPicture kind, const Played& played,
       selection.empty() ? NumberPicture() : Drawn(kind, played, selection, curve, skill);
   picture.title = kProgressPictures.at(static_cast<std::size_t>(kind));
   if (picture.panes.empty() && picture.hint.empty()) picture.hint = kNoTrades;
-  if (kind == ProgressPicture::kByHour && picture.panes.empty() && !selection.empty()) {
-    picture.hint = "Daily bars have no hours";
-  }
-  if (kind == ProgressPicture::kByHolding) picture.x_title = "Bars held";
   return picture;
 }
 
