@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 namespace velumar {
 
@@ -16,17 +17,15 @@ double Square(double value) { return value * value; }
 
 CurvePieces::CurvePieces(const Played& played, std::span<const std::int32_t> selection,
                          const EquityCurve& curve, By by) {
-  std::size_t added = 0;
+  std::size_t counted = 0;
   for (const EquityCurve::Part& part : curve.parts) {
     const double account = played.SessionAt(part.session).starting_money;
     const auto first = static_cast<std::size_t>(part.first);
     const auto end = first + static_cast<std::size_t>(part.bars);
     // The trades of the session in the order of their completion.
-    std::vector<std::size_t> order;
-    for (; added < selection.size() && played.TradeAt(selection[added]).session == part.session;
-         ++added) {
-      order.push_back(added);
-    }
+    std::vector<std::size_t> order(static_cast<std::size_t>(part.trades));
+    std::iota(order.begin(), order.end(), counted);
+    counted += order.size();
     if (by == By::kTrade) {
       std::ranges::stable_sort(order, {}, [&](std::size_t i) { return curve.completed[i]; });
     } else {

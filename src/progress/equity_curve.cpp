@@ -1,6 +1,7 @@
 #include "progress/equity_curve.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 #include "base/dates.h"
@@ -9,15 +10,14 @@ namespace velumar {
 
 namespace {
 
-constexpr int kDaysPerWeek = 7;
 constexpr int kWeekdays = 5;
 
 // Monday to Friday from 1 January 1970, a Thursday, to before the day.
 std::int64_t WeekdaysBefore(std::int64_t day) {
-  const std::int64_t since_monday = day + 3;
-  std::int64_t weeks = since_monday / kDaysPerWeek;
-  if (weeks * kDaysPerWeek > since_monday) --weeks;  // before 1970
-  return weeks * kWeekdays + std::min<std::int64_t>(since_monday - weeks * kDaysPerWeek, kWeekdays);
+  const std::chrono::days since_monday(day + 3);
+  const auto weeks = std::chrono::floor<std::chrono::weeks>(since_monday);
+  const std::int64_t rest = (since_monday - weeks).count();
+  return std::int64_t{weeks.count()} * kWeekdays + std::min<std::int64_t>(rest, kWeekdays);
 }
 
 double YearsOf(const PlayedSession& session) {
@@ -36,7 +36,7 @@ double WithoutNoise(double money) {
 // The account of one session as changes from bar to bar.
 class SessionBars {
  public:
-  explicit SessionBars(const PlayedSession& session, std::size_t trades)
+  SessionBars(const PlayedSession& session, std::size_t trades)
       : session_(session),
         count_(session.closes.empty() ? trades : session.closes.size()),
         steps_(count_),
@@ -118,8 +118,8 @@ EquityCurve ChainEquity(const Played& played, std::span<const std::int32_t> sele
       curve.completed.push_back(first + static_cast<std::int32_t>(bar));
     }
     bars.AppendTo(curve, account);
-    curve.parts.push_back(
-        {selected.session, first, static_cast<std::int32_t>(bars.Count()), YearsOf(session)});
+    curve.parts.push_back({selected.session, first, static_cast<std::int32_t>(bars.Count()),
+                           static_cast<std::int32_t>(selected.trades.size()), YearsOf(session)});
   }
   return curve;
 }

@@ -16,6 +16,7 @@ struct EquityCurve {
     std::int32_t session = 0;
     std::int32_t first = 0;  // its first bar in the curve
     std::int32_t bars = 0;
+    std::int32_t trades = 0;
     double years = 0;  // see kWeekdaysPerYear
   };
 
