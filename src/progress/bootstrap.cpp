@@ -34,6 +34,12 @@ double QuantileOf(std::vector<double>& values, double share) {
   return *at == next ? next : *at + part * (next - *at);  // also if both are infinite
 }
 
+// Drops what is NaN. Returns false if that was more than half.
+bool DropUndefined(std::vector<double>& values) {
+  const std::size_t dropped = std::erase_if(values, [](double value) { return std::isnan(value); });
+  return !values.empty() && dropped <= values.size();
+}
+
 }  // namespace
 
 std::vector<std::vector<double>> Resample(std::size_t units, std::size_t statistics,
@@ -54,9 +60,7 @@ std::vector<std::vector<double>> Resample(std::size_t units, std::size_t statist
 }
 
 std::optional<Interval> ExpandedPercentile(std::vector<double> values, std::size_t units) {
-  const std::size_t all = values.size();
-  std::erase_if(values, [](double value) { return std::isnan(value); });
-  if (values.empty() || values.size() * 2 < all || units < 2) return std::nullopt;
+  if (!DropUndefined(values) || units < 2) return std::nullopt;
   const double count = static_cast<double>(units);
   const double tail = NormalShare(-std::sqrt(count / (count - 1)) * StudentQuantile(count - 1));
   return Interval{QuantileOf(values, tail), QuantileOf(values, 1 - tail)};
@@ -93,9 +97,7 @@ double StudentisedValue(const RatioOfSums& estimate, const RatioOfSums& round) {
 }
 
 std::optional<Interval> Studentised(const RatioOfSums& estimate, std::vector<double> values) {
-  const std::size_t all = values.size();
-  std::erase_if(values, [](double value) { return std::isnan(value); });
-  if (!(estimate.error > 0) || values.empty() || values.size() * 2 < all) return std::nullopt;
+  if (!(estimate.error > 0) || !DropUndefined(values)) return std::nullopt;
   return Interval{estimate.ratio - estimate.error * QuantileOf(values, 1 - kTail),
                   estimate.ratio - estimate.error * QuantileOf(values, kTail)};
 }
