@@ -115,12 +115,9 @@ BENCHMARK(BareRandomTraders)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // Range: groups by setup next to the whole.
 void RandomTraderRounds(benchmark::State& state) {
-  std::vector<TradeGroup> groups{{"all", AllTrades()}};
-  if (state.range(0) != 0) {
-    for (TradeGroup& group : GroupsBySetup(LargeLedger(), AllTrades())) {
-      groups.push_back(std::move(group));
-    }
-  }
+  std::vector<TradeGroup> groups;
+  if (state.range(0) != 0) groups = GroupsBySetup(LargeLedger(), AllTrades());
+  groups.insert(groups.begin(), {"all", AllTrades()});
   while (state.KeepRunning()) {
     benchmark::DoNotOptimize(CompareWithRandomTraders(LargeLedger(), groups, {}));
   }

@@ -119,10 +119,9 @@ void CheckFalseAlarms(const std::string& what, SimulatedTrader trader, int exper
                       Bounds promised) {
   const auto hits = Repeat(experiments, 2, 11, [&](RandomSource& random) {
     const Played played = SimulateTrading(trader, random);
-    std::vector<TradeGroup> groups{{"all", All(played)}};
-    for (TradeGroup& group : GroupsBySetup(played, groups.front().trades)) {
-      groups.push_back(std::move(group));
-    }
+    const Selection all = All(played);
+    std::vector<TradeGroup> groups = GroupsBySetup(played, all);
+    groups.insert(groups.begin(), {"all", all});
     const auto skills = CompareWithRandomTraders(
         played, groups, {.count = kRounds, .seed = random.Next(), .threads = 1});
     const bool any = std::ranges::any_of(skills, &SkillOrLuck::IsSkill);

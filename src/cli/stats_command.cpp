@@ -53,10 +53,8 @@ Stats Compute(const Played& played, const StatsArguments& arguments, CliContext&
   stats.selection = Select(played, FilterOf(arguments, played));
   const EquityCurve curve = ChainEquity(played, stats.selection);
   stats.computed = ComputeFigures(played, stats.selection, curve, options);
-  std::vector<TradeGroup> groups{{"all", stats.selection}};
-  for (TradeGroup& group : GroupsBySetup(played, stats.selection)) {
-    groups.push_back(std::move(group));
-  }
+  std::vector<TradeGroup> groups = GroupsBySetup(played, stats.selection);
+  groups.insert(groups.begin(), {"all", stats.selection});
   stats.skills = CompareWithRandomTraders(played, groups, options);
   stats.risk = ComputeRiskAhead(played, stats.selection, options);
   if (context.shows_progress) context.err << "\r     \r" << std::flush;

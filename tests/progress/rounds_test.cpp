@@ -22,10 +22,9 @@ Played TradersOf(SimulatedTrader trader, std::uint64_t seed) {
 }
 
 std::vector<TradeGroup> GroupsOf(const Played& played) {
-  std::vector<TradeGroup> groups{{"all", Select(played, {})}};
-  for (TradeGroup& group : GroupsBySetup(played, groups.front().trades)) {
-    groups.push_back(std::move(group));
-  }
+  const Selection all = Select(played, {});
+  std::vector<TradeGroup> groups = GroupsBySetup(played, all);
+  groups.insert(groups.begin(), {"all", all});
   return groups;
 }
 
