@@ -12,8 +12,8 @@ namespace {
 constexpr std::array<std::string_view, 12> kMonths{"January",   "February", "March",    "April",
                                                    "May",       "June",     "July",     "August",
                                                    "September", "October",  "November", "December"};
-constexpr std::array<std::string_view, 7> kDays{"Sunday",   "Monday", "Tuesday", "Wednesday",
-                                                "Thursday", "Friday", "Saturday"};
+constexpr std::array<std::string_view, 7> kDays{"Monday", "Tuesday",  "Wednesday", "Thursday",
+                                                "Friday", "Saturday", "Sunday"};
 
 std::chrono::year_month_day Calendar(std::int32_t date) {
   return {std::chrono::year(date / 10000),
@@ -36,8 +36,7 @@ std::string MonthField(std::int32_t date, std::size_t letters) {
 
 std::string DayField(std::int32_t date, std::size_t letters) {
   if (letters < 3 || !IsRealDate(date)) return Padded(date % 100, letters < 2 ? 1 : 2);
-  const std::chrono::weekday day{std::chrono::sys_days(Calendar(date))};
-  const std::string_view name = kDays.at(day.c_encoding());
+  const std::string_view name = kDays.at(static_cast<std::size_t>(Weekday(date)));
   return std::string(letters == 3 ? name.substr(0, 3) : name);
 }
 
@@ -104,6 +103,11 @@ std::optional<std::int32_t> DateFromDigits(std::string_view text) {
 
 std::int64_t DayNumber(std::int32_t date) {
   return std::chrono::sys_days(Calendar(date)).time_since_epoch().count();
+}
+
+int Weekday(std::int32_t date) {
+  const std::chrono::weekday day{std::chrono::sys_days(Calendar(date))};
+  return static_cast<int>(day.iso_encoding()) - 1;
 }
 
 std::int32_t DaysLater(std::int32_t date, int days) {

@@ -15,6 +15,8 @@ bool IsRealDate(std::int32_t date);
 std::optional<std::int32_t> DateFromDigits(std::string_view text);
 // Days since 1 January 1970; unspecified for a date that is not real.
 std::int64_t DayNumber(std::int32_t date);
+// 0 is Monday. The date must be real.
+int Weekday(std::int32_t date);
 // The date `days` days later, or earlier if negative. The date must be real.
 std::int32_t DaysLater(std::int32_t date, int days);
 // Minutes since midnight.

@@ -34,13 +34,6 @@ struct HashOfKey {
   }
 };
 
-std::int8_t WeekdayOf(std::int32_t day) {
-  if (day == 0) return kAbsent;
-  constexpr int kThursday = 3;  // 1 January 1970
-  const auto weekday = (DayNumber(day) + kThursday) % 7;
-  return static_cast<std::int8_t>(weekday < 0 ? weekday + 7 : weekday);
-}
-
 class Gathering {
  public:
   Gathering(const std::vector<LedgerEntryPlan>& plans, std::size_t trades) {
@@ -76,7 +69,8 @@ class Gathering {
     trade.exit_bar = from.exit.bar.value_or(kAbsent);
     trade.entry_day = from.entry.day;
     trade.exit_day = from.exit.day;
-    trade.weekday = WeekdayOf(from.entry.day);
+    trade.weekday =
+        static_cast<std::int8_t>(trade.entry_day == 0 ? kAbsent : Weekday(trade.entry_day));
     if (played_.sessions.back().interval != kAbsent) {
       trade.hour = static_cast<std::int8_t>(from.entry.time / 10'000);
     }

@@ -24,12 +24,6 @@ constexpr std::string_view kKeyVersion = "1";
 constexpr char kBetween = '\n';
 constexpr int kHex = 16;
 
-// 0 is Monday. 1 January 1970 was a Thursday.
-std::int64_t Weekday(std::int32_t date) {
-  constexpr std::int64_t kThursday = 3;
-  return ((DayNumber(date) + kThursday) % kDaysOfWeek + kDaysOfWeek) % kDaysOfWeek;
-}
-
 std::array<const std::vector<float>*, 4> PricesOf(const BarArrays& bars) {
   return {&bars.opens, &bars.highs, &bars.lows, &bars.closes};
 }

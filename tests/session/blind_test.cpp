@@ -12,8 +12,6 @@
 namespace velumar {
 namespace {
 
-int DayOfWeek(std::int32_t date) { return static_cast<int>((DayNumber(date) % 7 + 10) % 7); }
-
 BarArrays Arrays(const std::vector<Bar>& bars) {
   BarArrays all;
   for (const Bar& bar : bars) {
@@ -60,7 +58,7 @@ TEST(BlindMask, KeepsWeekdaysAndShapeAndFitsADataFile) {
     EXPECT_TRUE(shown.dates[first] >= 20610103 && shown.dates[first] <= 20610109);
     EXPECT_TRUE(shown.times == real.times && shown.volumes == real.volumes);
     for (std::size_t bar = 0; bar < real.dates.size(); ++bar) {
-      ASSERT_EQ(DayOfWeek(shown.dates[bar]), DayOfWeek(real.dates[bar]));
+      ASSERT_EQ(Weekday(shown.dates[bar]), Weekday(real.dates[bar]));
       ASSERT_EQ(mask->RealDate(shown.dates[bar]), real.dates[bar]);
       ASSERT_TRUE(StoredDate(shown.dates[bar])) << "a data file can hold it";
       ASSERT_TRUE(MbfFromFloat(shown.highs[bar]).value_or(0) != 0);
