@@ -4,6 +4,7 @@
 
 #include "cli/sandbox.h"
 #include "results/run_record.h"
+#include "session/played_trades.h"
 #include "support/traced_child.h"
 
 namespace velumar {
@@ -191,6 +192,8 @@ TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
 
   LedgerConnection ledger([](std::string_view iso) { return std::string(iso); });
   LedgerOpen(ledger, box.At("ledger"));
+  IndexCache cache;
+  PlayedScopes(ledger, cache);  // kept now, with the bars after the last trade
   ledger.ForWriting().Execute(
       "UPDATE Trades SET EntryDay = 19640107 WHERE Side = 'Short';"
       "UPDATE Trades SET ExitBar = 2e9, Money = 9e999, Adverse = -9e999 WHERE EntryDay = 20000111");
