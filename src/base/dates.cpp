@@ -176,4 +176,10 @@ std::optional<std::int32_t> DateFromText(std::string_view text, std::string_view
   return date;
 }
 
+std::optional<std::int32_t> TypedDate(std::string_view text, std::string_view pattern) {
+  if (const auto digits = DateFromDigits(text)) return digits;
+  if (const auto iso = DateFromText(text, "yyyy-MM-dd")) return iso;
+  return DateFromText(text, pattern);
+}
+
 }  // namespace velumar

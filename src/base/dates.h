@@ -37,4 +37,7 @@ std::string IsoDateText(std::string_view iso_date, std::string_view pattern);
 // are 1930 to 2029. Returns nothing if the text is not a real date in that pattern.
 std::optional<std::int32_t> DateFromText(std::string_view text, std::string_view pattern);
 
+// A date as people type it: 20241231, 2024-12-31 or in the pattern.
+std::optional<std::int32_t> TypedDate(std::string_view text, std::string_view pattern);
+
 }  // namespace velumar

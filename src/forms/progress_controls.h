@@ -17,20 +17,42 @@ struct ProgressControls {
     lstFindings.SetWraps(true);
   }
 
-  // Widths of the figures next to a picture, and with those of a second group instead of it.
-  static constexpr float kNarrow = 6150;
+  // The figures and pictures, alone and with those of a second group next to them.
   static constexpr float kWide = 10335;
+  static constexpr float kNarrow = 6150;
+  static constexpr float kHigh = 4365;
+  static constexpr float kLow = 1740;
 
-  std::vector<ComboBox*> Lists() {
+  // Those that say which trades count and what they are compared with.
+  std::vector<ComboBox*> Filters() {
     return {&cbxOfSecurity, &cbxOfSetup, &cbxOfSide, &cbxOfConfidence, &cbxOfBlind, &cbxOfPeriod,
-            &cbxOfInterval, &cbxOfDay,   &cbxOfHour, &cbxCompare,      &cbxPicture};
+            &cbxOfInterval, &cbxOfDay,   &cbxOfHour, &cbxOfSession,    &cbxCompare};
+  }
+  std::vector<ComboBox*> Lists() {
+    std::vector<ComboBox*> lists = Filters();
+    lists.push_back(&cbxPicture);
+    return lists;
   }
   // All of them, to show or hide the tab.
   std::vector<Control*> All() {
-    std::vector<Control*> all{&chkLookAhead, &lstFigures, &cmdSavePicture, &pltProgress,
-                              &lstFindings};
+    std::vector<Control*> all{&chkLookAhead, &lblDays,        &txtFromDay,  &lblToDay,
+                              &txtToDay,     &lstFigures,     &lblOwn,      &lblOther,
+                              &pltOther,     &cmdSavePicture, &pltProgress, &lstFindings};
     for (ComboBox* list : Lists()) all.push_back(list);
     return all;
+  }
+  // Makes room for the pictures of two groups below the figures, or for one next to them.
+  void Arrange(bool two) {
+    lstFigures.SetSize(two ? kWide : kNarrow, two ? kLow : kHigh);
+    const float top = two ? 3120 : 1305;
+    cbxPicture.SetPlace(6345, top);
+    cmdSavePicture.SetPlace(9495, top);
+    pltProgress.SetPlace(two ? 120 : 6345, top + 390);
+    pltProgress.SetSize(two ? 5130 : 4110, two ? 2745 : 3975);
+    lstFindings.SetPlace(120, two ? 6330 : 5745);
+    lstFindings.SetSize(kWide, two ? 1485 : 2070);
+    for (Control* const control : {&lblOwn, &lblOther}) control->SetVisible(two);
+    pltOther.SetVisible(two);
   }
 
  private:
@@ -65,13 +87,25 @@ struct ProgressControls {
   ComboBox cbxCompare{
       form_,
       {"cbxCompare", 7905, 510, 2550, 315, "", "A second group next to these trades"},
-      {"No comparison", "All other trades", "The time before"}};
-  Table lstFigures{form_, {"lstFigures", 120, 915, kNarrow, 4755, "", "Figures over all sessions"}};
-  ComboBox cbxPicture{form_, {"cbxPicture", 6345, 915, 3075, 315, "", "Picture"}};
+      {"No comparison", "All other trades", "The time before", "The session before"}};
+  ComboBox cbxOfSession{form_, {"cbxOfSession", 120, 900, 4155, 315, "", "Session"}};
+  Label lblDays{form_, {"lblDays", 4350, 915, 1440, 225, "Entries from"}};
+  TextBox txtFromDay{
+      form_,
+      {"txtFromDay", 5865, 900, 1110, 315, "", "First day of the entries, such as 2024-01-31"}};
+  Label lblToDay{form_, {"lblToDay", 7035, 915, 795, 225, "until"}};
+  TextBox txtToDay{
+      form_, {"txtToDay", 7905, 900, 1110, 315, "", "Last day of the entries, such as 2024-12-31"}};
+  Table lstFigures{form_,
+                   {"lstFigures", 120, 1305, kNarrow, kHigh, "", "Figures over all sessions"}};
+  ComboBox cbxPicture{form_, {"cbxPicture", 6345, 1305, 3075, 315, "", "Picture"}};
   Button cmdSavePicture{
       form_,
-      {"cmdSavePicture", 9495, 915, 960, 315, "Save...", "Save the picture as PNG, SVG or PDF"}};
-  Plot pltProgress{form_, {"pltProgress", 6345, 1305, 4110, 4365, "", ""}};
+      {"cmdSavePicture", 9495, 1305, 960, 315, "Save...", "Save the picture as PNG, SVG or PDF"}};
+  Label lblOwn{form_, {"lblOwn", 120, 3135, 3000, 225, "These trades"}};
+  Label lblOther{form_, {"lblOther", 5325, 3135, 960, 225, "Compared"}};
+  Plot pltProgress{form_, {"pltProgress", 6345, 1695, 4110, 3975, "", ""}};
+  Plot pltOther{form_, {"pltOther", 5325, 3510, 5130, 2745, "", ""}};
   ListBox lstFindings{form_,
                       {"lstFindings", 120, 5745, 10335, 2070, "", "", {}, "What the figures say"}};
 };

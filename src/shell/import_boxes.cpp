@@ -194,12 +194,8 @@ void ImportBoxes::TakeTypedTexts() {
   });
 }
 
-// As 2024-12-31 or 20241231, or in the way of the desktop.
 std::optional<std::int32_t> ImportBoxes::TypedDay(std::string_view text) const {
-  const std::string day = Trimmed(text);
-  if (const auto digits = DateFromDigits(day)) return digits;
-  if (const auto iso = DateFromText(day, "yyyy-MM-dd")) return iso;
-  return DateFromText(day, platform_.locale.ShortDatePattern());
+  return TypedDate(Trimmed(text), platform_.locale.ShortDatePattern());
 }
 
 }  // namespace velumar

@@ -1,12 +1,8 @@
 #include "shell/progress_tab.h"
 
 #include <algorithm>
-#include <array>
-#include <initializer_list>
-#include <set>
 #include <utility>
 
-#include "base/dates.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "progress/findings.h"
@@ -20,44 +16,21 @@ namespace velumar {
 
 namespace {
 
-constexpr std::string_view kComputing = "Computing the figures";
-constexpr std::array kPeriodDays = {0, 7, 30, 90, 365};  // in the order of the list
-
-enum Comparison { kNone, kAllOthers, kTimeBefore };
-
 // Ends a computation that nobody waits for any more.
 struct Superseded {};
-
-// "2026-11-27", so many days before today.
-std::string DayBefore(std::int32_t today, int days) { return IsoDate(DaysLater(today, -days)); }
-
-std::vector<ComboBox::Row> RowsOf(const std::string& any, const std::vector<std::string>& names) {
-  std::vector<ComboBox::Row> rows{{any}};
-  rows.reserve(names.size() + 1);
-  for (const std::string& name : names) rows.push_back({name});
-  return rows;
-}
-
-std::string IntervalLabel(std::int32_t interval) {
-  return interval == kAbsent ? "Daily bars" : std::to_string(interval) + "-minute bars";
-}
-
-// The row of a list after "any"; nothing for that one.
-std::optional<int> Chosen(const ComboBox& list) {
-  return list.Index() > 0 ? std::optional(list.Index() - 1) : std::nullopt;
-}
 
 }  // namespace
 
 ProgressTab::ProgressTab(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
                          IndexCache& cache)
-    : desktop_(desktop), platform_(platform), ledger_(ledger), cache_(cache) {
+    : desktop_(desktop),
+      platform_(platform),
+      ledger_(ledger),
+      cache_(cache),
+      filters_(Controls(), platform) {
   const EventGuard guarded(platform_.boxes);
   ProgressControls& controls = Controls();
-  for (ComboBox* const list : controls.Lists()) {
-    list->on_click = guarded(kComputing, [this] { Recompute(); });
-  }
-  controls.chkLookAhead.on_click = controls.cbxOfSide.on_click;
+  filters_.Connect(guarded("Computing the figures", [this] { Recompute(); }));
   controls.cbxPicture.on_click = guarded("Drawing the picture", [this] { ShowPicture(); });
   controls.cmdSavePicture.on_click = guarded("Saving the picture", [this] { SavePicture(); });
   controls.lstFigures.on_copy =
@@ -80,16 +53,6 @@ void ProgressTab::Leave() {
 void ProgressTab::SetVisible(bool visible) {
   for (Control* const control : Controls().All()) control->SetVisible(visible);
   if (!visible) ++computing_;
-}
-
-void ProgressTab::MakeRoom() {
-  ProgressControls& controls = Controls();
-  controls.lstFigures.SetSize(other_ ? ProgressControls::kWide : ProgressControls::kNarrow,
-                              controls.lstFigures.Height());
-  for (Control* const control : std::initializer_list<Control*>{
-           &controls.pltProgress, &controls.cbxPicture, &controls.cmdSavePicture}) {
-    control->SetVisible(!other_);
-  }
 }
 
 void ProgressTab::Show() {
@@ -118,90 +81,18 @@ bool ProgressTab::Read() {
 }
 
 void ProgressTab::ListChoices() {
-  listing_ = true;
-  ProgressControls& controls = Controls();
-  std::set<std::int32_t> intervals;
-  std::set<std::int8_t> hours;
-  for (const PlayedSession& session : played_->sessions) intervals.insert(session.interval);
-  for (const PlayedTrade& trade : played_->trades) {
-    if (trade.hour != kAbsent) hours.insert(trade.hour);
-  }
-  intervals_.assign(intervals.begin(), intervals.end());
-  hours_.assign(hours.begin(), hours.end());
-  std::vector<std::string> interval_names;
-  std::ranges::transform(intervals_, std::back_inserter(interval_names), IntervalLabel);
-  std::vector<std::string> hour_names;
-  hour_names.reserve(hours_.size());
-  for (const std::int8_t hour : hours_) hour_names.push_back(std::to_string(hour) + ":00 to :59");
-  std::vector<std::string> setups = played_->setups;
-  setups.insert(setups.begin(), "No setup");
-  controls.cbxOfSecurity.SetRows(RowsOf("All securities", played_->symbols));
-  controls.cbxOfSetup.SetRows(RowsOf("All setups", setups));
-  controls.cbxOfInterval.SetRows(RowsOf("All intervals", interval_names));
-  controls.cbxOfHour.SetRows(RowsOf("Any hour", hour_names));
+  filters_.List(*played_);
   std::vector<ComboBox::Row> pictures;
   pictures.reserve(kProgressPictures.size());
   for (const std::string_view name : kProgressPictures) pictures.push_back({std::string(name)});
-  controls.cbxPicture.SetRows(std::move(pictures));
-  for (ComboBox* const list : controls.Lists()) list->SetIndex(0);
-  listing_ = false;
-}
-
-TradeFilter ProgressTab::Filter() const {
-  const ProgressControls& controls = Controls();
-  TradeFilter filter;
-  filter.symbol = Chosen(controls.cbxOfSecurity);
-  if (const auto setup = Chosen(controls.cbxOfSetup)) filter.setup = *setup - 1;
-  if (const auto side = Chosen(controls.cbxOfSide)) filter.is_long = *side == 0;
-  if (const auto confidence = Chosen(controls.cbxOfConfidence)) {
-    filter.confidence = static_cast<std::uint8_t>(*confidence);
-  }
-  if (const auto blind = Chosen(controls.cbxOfBlind)) filter.blind = *blind == 0;
-  if (const auto period = Chosen(controls.cbxOfPeriod)) {
-    filter.played_from = DayBefore(platform_.clock.Today(),
-                                   kPeriodDays.at(static_cast<std::size_t>(*period) + 1) - 1);
-  }
-  if (const auto interval = Chosen(controls.cbxOfInterval)) {
-    filter.interval = intervals_.at(static_cast<std::size_t>(*interval));
-  }
-  if (const auto day = Chosen(controls.cbxOfDay)) filter.weekday = static_cast<std::int8_t>(*day);
-  if (const auto hour = Chosen(controls.cbxOfHour)) {
-    filter.hour = hours_.at(static_cast<std::size_t>(*hour));
-  }
-  filter.look_ahead = controls.chkLookAhead.Checked();
-  return filter;
-}
-
-std::optional<Selection> ProgressTab::Compared(const TradeFilter& filter) const {
-  const ProgressControls& controls = Controls();
-  switch (controls.cbxCompare.Index()) {
-    case kAllOthers: {
-      TradeFilter all;
-      all.look_ahead = filter.look_ahead;
-      const Selection every = Select(*played_, all);
-      Selection others;
-      std::ranges::set_difference(every, own_.trades, std::back_inserter(others));
-      return others;
-    }
-    case kTimeBefore: {
-      const int days =
-          kPeriodDays.at(static_cast<std::size_t>(std::max(controls.cbxOfPeriod.Index(), 0)));
-      if (days == 0) return Selection();
-      const std::int32_t today = platform_.clock.Today();
-      TradeFilter before = filter;
-      before.played_from = DayBefore(today, 2 * days - 1);
-      before.played_to = DayBefore(today, days);
-      return Select(*played_, before);
-    }
-    default:
-      return std::nullopt;
-  }
+  Controls().cbxPicture.SetRows(std::move(pictures));
+  Controls().cbxPicture.SetIndex(0);
 }
 
 void ProgressTab::Recompute() {
-  if (listing_ || !played_) return;
+  if (!played_) return;
   const unsigned computing = ++computing_;
-  const TradeFilter filter = Filter();
+  const TradeFilter filter = filters_.Filter();
   const auto group_of = [this](Selection trades) {
     Group group;
     group.trades = std::move(trades);
@@ -212,10 +103,11 @@ void ProgressTab::Recompute() {
     return group;
   };
   own_ = group_of(Select(*played_, filter));
-  std::optional<Selection> compared = Compared(filter);
-  other_ = compared ? std::optional(group_of(std::move(*compared))) : std::nullopt;
+  ProgressFilterBoxes::Compared compared = filters_.Compare(*played_, filter, own_.trades);
+  other_ = compared.trades ? std::optional(group_of(std::move(*compared.trades))) : std::nullopt;
+  hint_ = std::move(compared.hint);
   skills_.clear();
-  MakeRoom();
+  Controls().Arrange(other_.has_value());
   ShowFigures();
   ShowPicture();
   ShowFindings({"Computing ..."});
@@ -242,6 +134,7 @@ void ProgressTab::ComputeRounds(unsigned computing) {
   }
   ShowFigures();
   std::vector<TradeGroup> groups = GroupsBySetup(*played, own.trades);
+  if (other_) groups.insert(groups.begin(), {"Compared", other_->trades});
   groups.insert(groups.begin(), {"All", own.trades});
   skills_ = CompareWithRandomTraders(*played, groups, options);
   ShowPicture();
@@ -282,13 +175,21 @@ void ProgressTab::ShowFigures() {
 }
 
 void ProgressTab::ShowPicture() {
-  if (listing_ || !played_) return;
+  if (!played_) return;
   const auto kind = static_cast<ProgressPicture>(std::max(Controls().cbxPicture.Index(), 0));
-  Controls().pltProgress.SetPicture(std::make_shared<const NumberPicture>(PictureOf(
-      kind, *played_, own_.trades, own_.curve, skills_.empty() ? nullptr : &skills_.front())));
+  const auto show = [&](Plot& plot, const Group& group, const SkillOrLuck* skill) {
+    plot.SetPicture(std::make_shared<const NumberPicture>(
+        PictureOf(kind, *played_, group.trades, group.curve, skill)));
+  };
+  const auto skill_of = [this](std::size_t group) {
+    return group < skills_.size() ? &skills_[group] : nullptr;
+  };
+  show(Controls().pltProgress, own_, skill_of(0));
+  if (other_) show(Controls().pltOther, *other_, skill_of(1));
 }
 
 void ProgressTab::ShowFindings(std::vector<std::string> lines) {
+  if (!hint_.empty()) lines.insert(lines.begin(), hint_);
   Controls().lstFindings.SetLines(std::move(lines));
 }
 

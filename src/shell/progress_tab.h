@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,6 +14,7 @@
 #include "progress/progress_figures.h"
 #include "progress/random_traders.h"
 #include "progress/trade_filter.h"
+#include "shell/progress_filter_boxes.h"
 
 namespace velumar {
 
@@ -47,14 +46,9 @@ class ProgressTab {
   // Returns false if it was ended.
   bool Read();
   void ListChoices();
-  TradeFilter Filter() const;
-  // The second group; nothing without one.
-  std::optional<Selection> Compared(const TradeFilter& filter) const;
   void Recompute();
   // Intervals, random traders and risks.
   void ComputeRounds(unsigned computing);
-  // A second group takes the place of the picture.
-  void MakeRoom();
   void ShowFigures();
   void ShowPicture();
   void ShowFindings(std::vector<std::string> lines);
@@ -65,14 +59,13 @@ class ProgressTab {
   Platform& platform_;
   LedgerConnection& ledger_;
   IndexCache& cache_;
+  ProgressFilterBoxes filters_;
   std::vector<PlayedScope> scopes_;
   std::shared_ptr<const Played> played_;  // of the scopes; null before it is read
   Group own_;
   std::optional<Group> other_;
   std::vector<SkillOrLuck> skills_;
-  std::vector<std::int32_t> intervals_;  // in the order of the list
-  std::vector<std::int8_t> hours_;
-  bool listing_ = false;    // the lists are being filled
+  std::string hint_;        // why there is no second group
   unsigned computing_ = 0;  // rises with each filter; an older computation ends
 };
 

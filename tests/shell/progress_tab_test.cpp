@@ -49,8 +49,16 @@ TEST_F(ProgressTabTest, FiltersAndComparisonsChangeWhatIsShown) {
   Tab().cbxOfBlind.UserChoose(1);
   EXPECT_EQ(Figure("Trades"), "0|-|2|-");
   EXPECT_EQ(Tab().pltProgress.Picture()->hint, "No closed trades");
+  EXPECT_EQ(Tab().pltOther.Picture()->hint, "") << "the second group has its picture";
+  Tab().cbxCompare.UserChoose(3);
+  EXPECT_FALSE(Tab().pltOther.Visible());
+  EXPECT_THAT(Tab().lstFindings.Lines().at(0), HasSubstr("Choose a session"));
   Tab().cbxCompare.UserChoose(0);
   Tab().cbxOfBlind.UserChoose(2);
+  Tab().cbxOfSession.UserChoose(1);
+  Tab().txtFromDay.UserType("2000-05-13");
+  EXPECT_EQ(Figure("Trades"), "0|-|0") << "the long was entered days before";
+  Tab().txtFromDay.UserType("20000501");
   Tab().cbxOfPeriod.UserChoose(1);
   EXPECT_EQ(Figure("Trades"), "1|-|1") << "played today";
   Tab().cbxOfHour.UserChoose(0);
