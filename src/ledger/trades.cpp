@@ -17,6 +17,14 @@ std::pair<double, double> KeyOf(LedgerScope scope) {
   return {session ? scope.number : 0, session ? 0 : scope.number};
 }
 
+constexpr double kMostTrades = 1 << 30;  // of a scope
+
+// The rowids of its trades, in the order in which they were closed.
+std::pair<double, double> RowsOf(LedgerScope scope) {
+  const double place = scope.number * 2.0 + (scope.kind == LedgerScope::Kind::kSession ? 0 : 1);
+  return {place * kMostTrades, (place + 1) * kMostTrades - 1};
+}
+
 LedgerScope ScopeOf(int session, int run) {
   return session != 0 ? LedgerScope::Session(session) : LedgerScope::Run(run);
 }
@@ -139,15 +147,19 @@ void AddEnd(std::vector<LedgerValue>& values, const LedgerTradeEnd& end) {
 void Insert(SqliteDatabase& database, LedgerScope scope, const LedgerTrade& trade) {
   static const std::string kInsert = [] {
     const std::string columns = kTradeColumns;
-    std::string places = "?";
-    for (auto i = std::ranges::count(columns, ','); i > 0; --i) places += ", ?";
-    return "INSERT INTO Trades (" + columns + ") VALUES (" + places + ")";
+    std::string places = "?3, ?4";
+    for (auto i = std::ranges::count(columns, ','); i > 1; --i) places += ", ?";
+    return "INSERT INTO Trades (rowid, " + columns +
+           ") VALUES (coalesce((SELECT max(rowid) FROM Trades WHERE rowid BETWEEN ?1 AND ?2), ?1) "
+           "+ 1, " +
+           places + ")";
   }();
   const auto bar_of = [](const std::optional<double>& excursion, int bar) {
     return excursion ? LedgerValue(double(bar)) : LedgerValue();
   };
   const auto [session, run] = KeyOf(scope);
-  std::vector<LedgerValue> values{session, run};
+  const auto [first, last] = RowsOf(scope);
+  std::vector<LedgerValue> values{first, last, session, run};
   AddEnd(values, trade.entry);
   AddEnd(values, trade.exit);
   for (const LedgerValue& value :
@@ -163,7 +175,8 @@ void Insert(SqliteDatabase& database, LedgerScope scope, const LedgerTrade& trad
 
 void Drop(SqliteDatabase& database, LedgerScope scope) {
   const auto [session, run] = KeyOf(scope);
-  database.Run("DELETE FROM Trades WHERE Session = ? AND Run = ?", {session, run});
+  const auto [first, last] = RowsOf(scope);
+  database.Run("DELETE FROM Trades WHERE rowid BETWEEN ? AND ?", {first, last});
   database.Run("DELETE FROM PlayedBars WHERE Session = ? AND Run = ?", {session, run});
 }
 

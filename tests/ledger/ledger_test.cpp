@@ -56,6 +56,8 @@ void MakeOlder(const std::string& file) {
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
       .Execute(
           "PRAGMA user_version=2; DROP TABLE Trades; DROP TABLE PlayedBars; "
+          "CREATE TABLE Moved AS SELECT * FROM Details; DELETE FROM Details; "
+          "INSERT INTO Details SELECT * FROM Moved; DROP TABLE Moved; "
           "ALTER TABLE Details DROP Counted; "
           "DROP TABLE Plans; DROP TABLE Notes; "
           "ALTER TABLE Sessions DROP AgainRun; ALTER TABLE Sessions DROP AgainPlace");
@@ -91,9 +93,22 @@ TEST_F(LedgerTest, OlderFilesAreMigratedAndKeepTheirRows) {
   LedgerMoment moment;
   moment.bar = 7;
   const int session = LedgerBeginRun(newer, {}, {}, moment);
+  AddRow(newer);
+  LedgerBeginRun(newer, {}, {}, moment);
+  for (int i = 0; i < 2; ++i) AddRow(newer);
   LedgerClose(newer);
   MakeOlder(file);
+  const auto details = [&] {
+    std::vector<std::size_t> counts;
+    LedgerConnection old_or_new = Reader(file);
+    for (const int run : {1, 2, 3}) {
+      counts.push_back(LedgerDetails(old_or_new, LedgerScope::Run(run)).rows.size());
+    }
+    return counts;
+  };
+  EXPECT_EQ(details(), (std::vector<std::size_t>{1, 2, 0}));
   LedgerClose(newer = Opened(file));
+  EXPECT_EQ(details(), (std::vector<std::size_t>{1, 2, 0}));
   LedgerConnection ledger = Reader(file);
   EXPECT_EQ(LedgerReadSession(ledger, session).moment.bar, 7);
   const LedgerRecordset wiped = LedgerQuery(ledger, "select Place, Held, BarDate From Wiped");
