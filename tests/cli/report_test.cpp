@@ -56,9 +56,13 @@ TEST(Report, HasEveryOrderOnceAndHeadingsOnEveryPage) {
     EXPECT_EQ(box.Run({"report", LedgerOf(box, orders, symbol), "--out", out}).err, "");
     const std::vector<std::string> texts = Pages(out);
     ASSERT_EQ(texts.size(), pages);
-    EXPECT_THAT(texts[0], AllOf(HasSubstr("Practice run: " + symbol + ", daily bars"),
-                                HasSubstr("/data/"), HasSubstr("Look-ahead orders"),
-                                ContainsRegex("Orders +" + std::to_string(orders) + " ")));
+    EXPECT_THAT(texts[0],
+                AllOf(HasSubstr("Practice run: " + symbol + ", daily bars"), HasSubstr("/data/"),
+                      HasSubstr("Look-ahead orders"),
+                      ContainsRegex("Orders +" + std::to_string(orders) + " "),
+                      ContainsRegex("Long, quantity entered +" + std::to_string(orders)),
+                      ContainsRegex("Long, commission of entries +" + std::to_string(orders * 100)),
+                      ContainsRegex("Short, commission of entries +0 ")));
     std::string all;
     for (std::size_t i = 0; i < texts.size(); ++i) {
       const std::string number = "Page " + std::to_string(i + 1) + " of " + std::to_string(pages);
