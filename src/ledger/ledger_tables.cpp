@@ -110,10 +110,27 @@ void AddTrades(SqliteDatabase& database) {
   }
 }
 
+// See cards.h. What a card shows is masked, so that a look at the ledger doesn't answer it.
+void AddCards(SqliteDatabase& database) {
+  static constexpr std::array<TableSchema, 2> kTables{
+      {{"Cards",
+        "Id INTEGER PRIMARY KEY AUTOINCREMENT, Kind INTEGER, Session INTEGER, Run INTEGER, Place "
+        "INTEGER, Directory TEXT, Symbol TEXT, SymbolInterval TEXT, Mask TEXT, Position TEXT "
+        "UNIQUE, BarIndex INTEGER, BarDate INTEGER, BarTime INTEGER, BarsCheck TEXT, Made TEXT, "
+        "FirstDue INTEGER"},
+       {"CardAnswers",
+        "Id INTEGER PRIMARY KEY, Card INTEGER, Answered TEXT, Decision INTEGER, Stop NUMERIC, "
+        "Confidence INTEGER, Bars INTEGER, Points NUMERIC, R NUMERIC, Verdict INTEGER, Step "
+        "INTEGER, Due INTEGER"}}};
+  CreateTables(database, kTables);
+  database.Execute("CREATE INDEX IF NOT EXISTS AnswersOfCard ON CardAnswers (Card)");
+}
+
 }  // namespace
 
 const DatabaseKind& LedgerKind() {
-  static constexpr std::array kMigrations{CreateLedgerTables, AddSessions, AddJournal, AddTrades};
+  static constexpr std::array kMigrations{CreateLedgerTables, AddSessions, AddJournal, AddTrades,
+                                          AddCards};
   static const DatabaseKind kKind{"ledger", Tables(), kMigrations};
   return kKind;
 }

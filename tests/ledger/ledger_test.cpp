@@ -3,6 +3,7 @@
 #include <fstream>
 #include <functional>
 
+#include "ledger/cards.h"
 #include "ledger/plans.h"
 #include "ledger/trades.h"
 #include "support/matchers.h"
@@ -55,7 +56,8 @@ struct LedgerTest : testing::Test {
 void MakeOlder(const std::string& file) {
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
       .Execute(
-          "PRAGMA user_version=2; DROP TABLE Trades; DROP TABLE PlayedBars; "
+          "PRAGMA user_version=2; DROP TABLE Cards; DROP TABLE CardAnswers; "
+          "DROP TABLE Trades; DROP TABLE PlayedBars; "
           "CREATE TABLE Moved AS SELECT * FROM Details; DELETE FROM Details; "
           "INSERT INTO Details SELECT * FROM Moved; DROP TABLE Moved; "
           "ALTER TABLE Details DROP Counted; "
@@ -87,6 +89,7 @@ TEST_F(LedgerTest, OlderFilesAreMigratedAndKeepTheirRows) {
   MakeOlder(file, "ALTER TABLE Details DROP ClosePrice");
   LedgerConnection reader = Reader(file);
   EXPECT_TRUE(LedgerSessions(reader).empty()) << "reading migrates nothing";
+  EXPECT_TRUE(LedgerCards(reader).empty() && LedgerCardAnswers(reader).empty());
   LedgerClose(reader);
   LedgerConnection newer = Opened(file);
   AddRow(newer);
@@ -115,6 +118,38 @@ TEST_F(LedgerTest, OlderFilesAreMigratedAndKeepTheirRows) {
   using Values = std::vector<LedgerValue>;
   EXPECT_EQ(wiped.rows, (std::vector<Values>{
                             {{}, 1.0, {}}, {1.0, 2.0, "2007-01-26"}, {2.0, 3.0, "2007-01-26"}}));
+}
+
+TEST_F(LedgerTest, CardsStayWithTheirAnswersAndNeverRepeat) {
+  LedgerConnection ledger = Opened(file);
+  LedgerSession blind;
+  blind.symbol = "BLIND";
+  const int session = LedgerBeginRun(ledger, {}, blind);
+  LedgerCard card{.session = session, .symbol = "BLIND", .position = "a", .first_due = 20070102};
+  EXPECT_EQ(LedgerAddCard(ledger, card), 1);
+  EXPECT_FALSE(LedgerAddCard(ledger, card).has_value()) << "the same place";
+  card.position = "b";
+  EXPECT_EQ(LedgerAddCard(ledger, card), 2);
+  using Decision = LedgerCardAnswer::Decision;
+  LedgerAnswerCard(ledger, {.card = 1, .decision = Decision::kShort, .r = -1, .due = 20070105});
+  LedgerAnswerCard(ledger, {.card = 1, .stop = 99.5, .step = 2, .due = 20070110});
+  LedgerAnswerCard(ledger, {.card = 9, .due = 20070101});
+  ledger.ForWriting().Execute("UPDATE Sessions SET Symbol = 'ABC'");
+  LedgerClose(ledger);
+  ledger = Opened(file);
+  const std::vector<LedgerCard> cards = LedgerCards(ledger);
+  ASSERT_EQ(cards.size(), 2U);
+  EXPECT_EQ(cards[0].symbol, "ABC") << "once its session is revealed";
+  EXPECT_EQ(std::tuple(cards[0].answers, cards[0].step, cards[0].due), std::tuple(2, 2, 20070110));
+  EXPECT_EQ(std::tuple(cards[1].answers, cards[1].step, cards[1].due), std::tuple(0, 0, 20070102));
+  const std::vector<LedgerCardAnswer> answers = LedgerCardAnswers(ledger, 1);
+  ASSERT_EQ(answers.size(), 2U) << "a deleted card takes no answer";
+  EXPECT_TRUE(answers[0].decision == Decision::kShort && answers[0].r == -1 && !answers[0].stop);
+  EXPECT_EQ(answers[1].stop, 99.5);
+  EXPECT_TRUE(LedgerDeleteCard(ledger, 1) && !LedgerDeleteCard(ledger, 1));
+  EXPECT_TRUE(LedgerCardAnswers(ledger).empty());
+  card.position = "c";
+  EXPECT_EQ(LedgerAddCard(ledger, card), 3) << "never the number of a deleted one";
 }
 
 TEST_F(LedgerTest, OneProgramOwnsALedgerWhicheverLinkLeadsToIt) {
