@@ -1,0 +1,77 @@
+#include "session/card_schedule.h"
+
+#include <random>
+
+#include "support/matchers.h"
+
+namespace velumar {
+namespace {
+
+using Verdict = LedgerCardAnswer::Verdict;
+
+TEST(CardSchedule, AnAnswerMovesTheCardAlongTheDays) {
+  constexpr auto kGood = Verdict::kGood;
+  constexpr auto kFair = Verdict::kFair;
+  constexpr auto kPoor = Verdict::kPoor;
+  struct Row {
+    int step;
+    Verdict verdict;
+    std::optional<double> r;
+    int next;
+    std::int32_t due;
+  };
+  // Answered on 28 December 2007, the day it was due.
+  for (const Row& row : std::initializer_list<Row>{{0, kGood, 1.2, 1, 20071231},
+                                                   {1, kGood, 0.0, 2, 20080104},
+                                                   {2, kGood, {}, 3, 20080118},
+                                                   {3, kGood, 0.1, 4, 20080226},
+                                                   {4, kGood, 3.0, 4, 20080226},
+                                                   {2, kGood, -1.0, 2, 20080104},
+                                                   {2, kFair, 0.5, 2, 20080104},
+                                                   {2, kFair, -0.1, 1, 20071231},
+                                                   {0, kFair, -1.0, 0, 20071229},
+                                                   {4, kPoor, 2.0, 0, 20071229},
+                                                   {4, kPoor, -1.0, 0, 20071229}}) {
+    const LedgerCard card{.step = row.step, .due = 20071228};
+    const CardTurn turn = NextTurn(card, row.verdict, row.r, 20071228);
+    EXPECT_EQ(std::pair(turn.step, turn.due), std::pair(row.next, row.due)) << row.step;
+  }
+  const CardTurn early = NextTurn({.step = 2, .due = 20071229}, kGood, 1.0, 20071228);
+  EXPECT_EQ(std::pair(early.step, early.due), std::pair(2, 20080104)) << "not up before its day";
+}
+
+// As few neighbours of one security as any order has, and the longest waiting first.
+TEST(CardSchedule, DueCardsOfOneSecurityDoNotFollowEachOther) {
+  std::mt19937 random(5);
+  for (int round = 0; round < 300; ++round) {
+    std::vector<LedgerCard> cards;
+    std::map<std::string, std::ptrdiff_t> counts;
+    for (std::size_t i = random() % 9; i > 0; --i) {
+      const std::string symbol(1, static_cast<char>('A' + random() % 3));
+      cards.push_back({.symbol = symbol, .due = 20070101 + static_cast<int>(random() % 4)});
+      if (cards.back().due <= 20070103) ++counts[symbol];
+    }
+    const std::vector<std::size_t> turns = DueCards(cards, 20070103, "A");
+    std::ptrdiff_t neighbours = 0;
+    std::string before = "A";
+    for (const std::size_t i : turns) {
+      neighbours += cards[i].symbol == before ? 1 : 0;
+      before = cards[i].symbol;
+    }
+    std::ptrdiff_t fewest = 0;
+    for (const auto& [symbol, count] : counts) {
+      const std::ptrdiff_t others = std::ssize(turns) - count;
+      fewest = std::max(fewest, count - others - (symbol == "A" ? 0 : 1));
+    }
+    EXPECT_EQ(neighbours, fewest) << round;
+    EXPECT_EQ(std::set(turns.begin(), turns.end()).size(), turns.size());
+  }
+  const std::vector<LedgerCard> cards{{.symbol = "A", .due = 20070103},
+                                      {.symbol = "A", .due = 20070101},
+                                      {.symbol = "B", .due = 20070102},
+                                      {.symbol = "C", .due = 20070104}};
+  EXPECT_EQ(DueCards(cards, 20070103), (std::vector<std::size_t>{1, 2, 0}));
+}
+
+}  // namespace
+}  // namespace velumar
