@@ -5,6 +5,7 @@
 #include "forms/form1.h"
 #include "forms/form2.h"
 #include "forms/form3.h"
+#include "forms/frm_card.h"
 #include "forms/frm_import.h"
 #include "forms/frm_picture.h"
 #include "forms/frm_practice.h"
@@ -56,6 +57,7 @@ class Desktop {
     FrmPractice frmPractice;
     FrmPicture frmPicture;
     FrmTicket frmTicket;
+    FrmCard frmCard;
   };
 
   Form1& form1() { return Loaded(windows_.form1); }
@@ -71,6 +73,7 @@ class Desktop {
   FrmPractice& frmPractice() { return Loaded(windows_.frmPractice); }
   FrmPicture& frmPicture() { return Loaded(windows_.frmPicture); }
   FrmTicket& frmTicket() { return Loaded(windows_.frmTicket); }
+  FrmCard& frmCard() { return Loaded(windows_.frmCard); }
 
   // Loads the window, hidden, if it isn't loaded.
   void Load(Form& form) { Loaded(form); }
@@ -80,12 +83,12 @@ class Desktop {
   }
 
   Windows& Untouched() { return windows_; }
-  std::array<Form*, 13> All() {
+  std::array<Form*, 14> All() {
     return {&windows_.form1,          &windows_.form2,       &windows_.form3,
             &windows_.frmBigDateTime, &windows_.frmBigScore, &windows_.frmBigPrice,
             &windows_.frmScore,       &windows_.frmResult,   &windows_.graph2,
             &windows_.frmImport,      &windows_.frmPractice, &windows_.frmPicture,
-            &windows_.frmTicket};
+            &windows_.frmTicket,      &windows_.frmCard};
   }
   // Null if there is no window of that name.
   Form* Find(std::string_view name) {

@@ -49,11 +49,11 @@ class Form1 : public Form {
       *this, {"DTPicker1", 1080, 1440, 1455, 375, "", "Select Date", kField}, 20051203};
   CheckBox chkBlind{
       *this,
-      {"chkBlind", 2640, 1440, 720, 255, "Blind",
+      {"chkBlind", 2640, 1335, 1500, 225, "Blind",
        "Hides what is played until the session ends: symbol, dates and prices", kTick}};
-  Link lnkPractice{
-      *this,
-      {"lnkPractice", 3240, 1440, 900, 255, "Practice ...", "Go on with an earlier session"}};
+  Link lnkPractice{*this,
+                   {"lnkPractice", 2640, 1560, 1500, 225, "Practice ...",
+                    "Go on with an earlier session, or practise the cards that are due"}};
   Label Label2{*this, {"Label2", 2640, 1800, 495, 255, "Comm.", "", kCaption}};
   TextBox txtcomm{*this,
                   {"txtcomm", 3240, 1800, 615, 195, "1,000",

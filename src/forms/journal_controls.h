@@ -22,8 +22,9 @@ struct JournalControls {
 
   // All of them, to show or hide the tab.
   std::vector<Control*> All() {
-    return {&lblFind,    &txtFind,  &cbxSetup, &cbxSide, &cbxOutcome, &lblCount,    &lstTrades,
-            &tabPicture, &imgTrade, &lstTrade, &tabNote, &txtNote,    &lblNoteDate, &lnkAgain};
+    return {&lblFind,  &txtFind,   &cbxSetup,    &cbxSide,  &cbxOutcome,
+            &lblCount, &lstTrades, &tabPicture,  &imgTrade, &lstTrade,
+            &tabNote,  &txtNote,   &lblNoteDate, &lnkCard,  &lnkAgain};
   }
 
  private:
@@ -65,6 +66,9 @@ struct JournalControls {
   NoteBox txtNote{form_,
                   {"txtNote", 6240, 5850, 4215, 1350, "", "Kept when you leave it", {}, "Note"}};
   Label lblNoteDate{form_, {"lblNoteDate", 6240, 7230, 4215, 270, "", "", kNote}};
+  Link lnkCard{form_,
+               {"lnkCard", 6240, 7515, 1815, 300, "Make a card",
+                "The bar of the entry comes back as a card, to be decided again"}};
   Link lnkAgain{form_,
                 {"lnkAgain", 8640, 7515, 1815, 300, "Play it again...",
                  "Start a session of its own at the bar before the entry"}};

@@ -23,6 +23,7 @@ inline constexpr int kBoard = 'B';
 inline constexpr int kGoTo = 'G';
 inline constexpr int kEarlierTrade = 'O';
 inline constexpr int kPlan = 'N';
+inline constexpr int kMark = 'M';
 
 }  // namespace run_key
 
@@ -43,6 +44,7 @@ constexpr bool IsRunKey(const RunKeyPress& press) {
     case run_key::kGoTo:
     case run_key::kEarlierTrade:
     case run_key::kPlan:
+    case run_key::kMark:
     case run_key::kSpace:
     case run_key::kPageUp:
     case run_key::kPageDown:

@@ -25,19 +25,9 @@ constexpr std::array kBookFields{
     &Book::LRealisedMoney,   &Book::SRealisedMoney};
 static_assert(sizeof(Book) == kBookFields.size() * sizeof(float));
 
-// In letters: digits could read as a price of a blind session.
-std::string CheckText(std::uint64_t check) {
-  constexpr int kBits = 4;
-  std::string text;
-  for (int shift = 0; shift < 64; shift += kBits) {
-    text += static_cast<char>('a' + ((check >> shift) & 0xF));
-  }
-  return text;
-}
-
 std::string CheckAt(const SimSession& session, int bar) {
   const auto i = static_cast<std::size_t>(bar);
-  return bar < 0 || i >= session.BarChecks.size() ? "" : CheckText(session.BarChecks[i]);
+  return bar < 0 || i >= session.BarChecks.size() ? "" : ChecksumText(session.BarChecks[i]);
 }
 
 std::string MomentText(const LedgerMoment& moment) {
@@ -45,6 +35,15 @@ std::string MomentText(const LedgerMoment& moment) {
 }
 
 }  // namespace
+
+std::string ChecksumText(std::uint64_t check) {
+  constexpr int kBits = 4;
+  std::string text;
+  for (int shift = 0; shift < 64; shift += kBits) {
+    text += static_cast<char>('a' + ((check >> shift) & 0xF));
+  }
+  return text;
+}
 
 std::string BookText(const Book& book) {
   std::string text;
@@ -105,6 +104,16 @@ LedgerMoment MomentOf(const SimSession& session, std::string touched) {
   return moment;
 }
 
+LedgerMoment MomentOfBar(const SeriesView& bars, int bar) {
+  const auto i = static_cast<std::size_t>(bar);
+  LedgerMoment moment;
+  moment.bar = bar;
+  moment.date = bars.dates.at(i);
+  moment.time = bars.times.at(i);
+  moment.bars_check = ChecksumText(BarChecks(bars).at(i));
+  return moment;
+}
+
 LedgerMoment MomentOfRow(std::string iso_date, std::string time) {
   std::erase(iso_date, '-');
   std::erase(time, ':');
@@ -133,7 +142,7 @@ std::string SeriesChange(const LedgerMoment& moment, const SeriesView& bars) {
            std::to_string(moment.bar + 1) + ".";
   }
   const auto check = BarChecks(bars).at(static_cast<std::size_t>(now));
-  if (CheckText(check) == moment.bars_check) return {};
+  if (ChecksumText(check) == moment.bars_check) return {};
   return "Prices, volumes or times of its " + std::to_string(now + 1) + until +
          " are different now.";
 }

@@ -21,8 +21,14 @@ Book BookFromText(std::string_view text);
 // A checksum of the bars 0 to i at each i.
 std::vector<std::uint64_t> BarChecks(const SeriesView& bars);
 
+// In letters: digits could read as a price of a blind session.
+std::string ChecksumText(std::uint64_t check);
+
 // Where the session is now, for the ledger.
 LedgerMoment MomentOf(const SimSession& session, std::string touched);
+
+// A bar of a series: its index, moment and the checksum of the bars up to it.
+LedgerMoment MomentOfBar(const SeriesView& bars, int bar);
 
 // How the bars of a series differ from those that a session had up to its current one, as a
 // sentence; empty if they are the same.

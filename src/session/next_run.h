@@ -19,6 +19,7 @@ struct NextRun {
   RunSeries series;
   std::optional<BlindKey> key = {};
   std::optional<LedgerPlayed> resumed = {};  // the session that goes on with it
+  bool recorded = true;                      // in the ledger
 };
 
 // Finds out what the next run plays.

@@ -8,15 +8,6 @@ namespace velumar {
 
 namespace {
 
-// Closes only, as in series without a range, have 0 as high and low.
-bool Touches(const SimSession& session, int bar, float price, bool from_above) {
-  const auto i = static_cast<std::size_t>(bar);
-  const float close = session.BarClose[i];
-  const bool has_range = session.BarHigh[i] != 0 || session.BarLow[i] != 0;
-  if (from_above) return std::min(close, has_range ? session.BarLow[i] : close) <= price;
-  return std::max(close, has_range ? session.BarHigh[i] : close) >= price;
-}
-
 // The first bar that reaches the level of an order, up to the current one.
 std::optional<int> ReachedAt(const SimSession& session, const PlanLevel& level) {
   if (level.order == nullptr) return std::nullopt;
@@ -25,7 +16,7 @@ std::optional<int> ReachedAt(const SimSession& session, const PlanLevel& level) 
   const int since = std::max(level.bar, level.stop ? plan.stop_since : plan.target_since);
   const int last = std::min<int>(session.BarIndex, session.LastArrayIndex());
   for (int bar = std::max(since, -1) + 1; bar <= last; ++bar) {
-    if (Touches(session, bar, price, level.order->is_long == level.stop)) return bar;
+    if (BarReaches(session, bar, price, level.order->is_long == level.stop)) return bar;
   }
   return std::nullopt;
 }
@@ -46,6 +37,15 @@ std::vector<PlanLevel> LevelsOfTrades(const SimSession& session) {
 }
 
 }  // namespace
+
+// Closes only, as in series without a range, have 0 as high and low.
+bool BarReaches(const SimSession& session, int bar, float price, bool from_above) {
+  const auto i = static_cast<std::size_t>(bar);
+  const float close = session.BarClose[i];
+  const bool has_range = session.BarHigh[i] != 0 || session.BarLow[i] != 0;
+  if (from_above) return std::min(close, has_range ? session.BarLow[i] : close) <= price;
+  return std::max(close, has_range ? session.BarHigh[i] : close) >= price;
+}
 
 std::vector<PlanLevel> PlanLevels(const SimSession& session) {
   std::vector<PlanLevel> levels = LevelsOfTrades(session);

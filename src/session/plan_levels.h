@@ -17,6 +17,9 @@ struct PlanLevel {
   bool reached = false;                 // by the current bar or an earlier one
 };
 
+// True if the bar has traded at the price or beyond it, coming from above or from below.
+bool BarReaches(const SimSession& session, int bar, float price, bool from_above);
+
 // Those of the plan that waits and of the trades that were entered by the current bar. Pointers are
 // valid until the next order.
 std::vector<PlanLevel> PlanLevels(const SimSession& session);

@@ -128,7 +128,8 @@ bool RunControl::PrepareRun(const std::optional<LedgerPlayed>& resumed) {
   session_.StopRequested = 0;
   try {
     // The rows of the last run stay until the next one can begin.
-    if (PrepareChartAndStore(resumed) && BeginInLedger(!resumed || resumed->moment.as_shown)) {
+    const bool as_shown = !resumed || resumed->moment.as_shown;
+    if (PrepareChartAndStore(resumed) && (!next_.recorded || BeginInLedger(as_shown))) {
       if (!resumed) ShowStartDay();
       return true;
     }
@@ -332,6 +333,16 @@ void RunControl::Step(std::string_view status,
   PauseAtPlan(before);
 }
 
+void RunControl::MarkBar(CardMaker& maker) {
+  if (session_.Preparing || !stepper_.HasBars()) return;
+  try {
+    view_.SetStatusLine(maker.MarkBar(session_, source_.Key()) ? "Marked: a card for tomorrow."
+                                                               : "This bar is a card already.");
+  } catch (const std::exception& error) {
+    view_.SetStatusLine("Not marked. " + std::string(error.what()));
+  }
+}
+
 void RunControl::ShowEarlierTrade() {
   if (session_.Preparing || session_.Again.run == 0) return;
   if (session_.EarlierOrders.empty()) {
@@ -387,6 +398,33 @@ void RunControl::Leave() {
   NewRun();
   EndRun();
   session_.ForgetBars();
+  blind_.RestoreSymbol();
+}
+
+bool RunControl::ShowUnrecorded(const NextRun& choice) {
+  blind_.RestoreSymbol();
+  if (!Claim(choice)) return false;
+  static_cast<Book&>(session_) = Book();  // the charts show no holdings of another series
+  if (Start()) return true;
+  blind_.RestoreSymbol();
+  return false;
+}
+
+bool RunControl::PlayOnTo(int bar) {
+  constexpr std::int16_t kPauseMilliseconds = 150;
+  const RunNumber run = NewRun();
+  try {
+    while (session_.BarIndex < bar) {
+      stepper_.FeedBar(session_.BarIndex);
+      chart_.RefreshCharts();
+      if (!Superseded(run)) WaitMilliseconds(platform_.events, std::int16_t{kPauseMilliseconds});
+      if (Superseded(run)) return false;
+    }
+    return true;
+  } catch (const std::exception& error) {
+    if (!Superseded(run)) ShowFailure("The bars could not be played on.", error);
+    return false;
+  }
 }
 
 void RunControl::ShowRevealed(const BlindKey& key) {

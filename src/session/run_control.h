@@ -12,6 +12,7 @@
 #include "platform/platform.h"
 #include "session/bar_stepping.h"
 #include "session/blind_run.h"
+#include "session/card_making.h"
 #include "session/chart_side.h"
 #include "session/compared_series.h"
 #include "session/next_run.h"
@@ -67,6 +68,19 @@ class RunControl {
   // Asks for a day and moves to its first bar, or to the first one after it, in one step.
   void GoToDate();
 
+  // Shows the bars of a choice with a moment, up to that, without the windows of a run. Nothing of
+  // it is written to the ledger. The run that was loaded ends, and its session can be resumed. If
+  // the bars can't be shown, shows a box and returns false.
+  bool ShowUnrecorded(const NextRun& choice);
+  // Feeds it up to a bar, with a short pause after each. Returns false if the feed failed, which a
+  // box says, or if something else was shown meanwhile.
+  bool PlayOnTo(int bar);
+  // The loaded bars are no longer played.
+  void Leave();
+
+  // Makes a card of the current bar. Shows how that ended in the status line.
+  void MarkBar(CardMaker& maker);
+
   // Shows the orders of the trade that is played again on the charts, or hides them.
   void ShowEarlierTrade();
 
@@ -105,8 +119,6 @@ class RunControl {
   bool PrepareChartAndStore(const std::optional<LedgerPlayed>& resumed);
   void ShowRevealed(const BlindKey& key);
   bool Claim(const NextRun& choice);
-  // Stops the run of a session that is over.
-  void Leave();
   void Restore(const LedgerPlayed& played);
   void ShowStartDay();
   bool Resume(RunNumber run);

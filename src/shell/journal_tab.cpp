@@ -46,8 +46,13 @@ std::vector<std::string> DescribedLines(const JournalEntry& entry) {
 }  // namespace
 
 JournalTab::JournalTab(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
+                       CardMaker& cards,
                        std::function<void(const LedgerOrderKey& entry)> play_again)
-    : desktop_(desktop), platform_(platform), ledger_(ledger), play_again_(std::move(play_again)) {
+    : desktop_(desktop),
+      platform_(platform),
+      ledger_(ledger),
+      cards_(cards),
+      play_again_(std::move(play_again)) {
   const EventGuard guarded(platform_.boxes);
   JournalControls& controls = Controls();
   controls.txtFind.on_change = controls.cbxSetup.on_click = controls.cbxSide.on_click =
@@ -67,6 +72,7 @@ JournalTab::JournalTab(Desktop& desktop, Platform& platform, LedgerConnection& l
   });
   controls.txtNote.on_leave = guarded("Keeping the note", [this] { KeepNote(); });
   controls.lnkAgain.on_click = guarded("Playing the trade again", [this] { PlayAgain(); });
+  controls.lnkCard.on_click = guarded("Making a card", [this] { MakeCard(); });
   FrmPicture& picture = desktop_.Untouched().frmPicture;
   picture.on_load = guarded(kShowingPicture, [this] {
     desktop_.frmPicture().SetTopmost(true);
@@ -169,9 +175,10 @@ void JournalTab::ShowChosen() {
   const JournalEntry* const entry = Chosen();
   controls.lstTrade.SetLines(entry == nullptr ? std::vector<std::string>()
                                               : DescribedLines(*entry));
-  const bool again = entry != nullptr && entry->trade.lot.entry && ledger_.CanWrite() &&
-                     entry->symbol != kBlindSymbol;
-  controls.lnkAgain.SetVisible(again && controls.lstTrades.Visible());
+  const bool entered = entry != nullptr && entry->trade.lot.entry && ledger_.CanWrite() &&
+                       controls.lstTrades.Visible();
+  controls.lnkCard.SetVisible(entered);
+  controls.lnkAgain.SetVisible(entered && entry->symbol != kBlindSymbol);
   ShowPicture(entry);
   ShowNote(entry);
 }
@@ -254,6 +261,15 @@ void JournalTab::PlayAgain() {
   KeepNote();
   desktop_.Unload(desktop_.frmResult());
   play_again_(key);
+}
+
+void JournalTab::MakeCard() {
+  const JournalEntry* const entry = Chosen();
+  if (entry == nullptr) return;
+  const bool made = cards_.MakeOfTrade(entry->NoteKey());
+  platform_.boxes.Show(made ? "The bar of this entry is a card now. It comes back tomorrow."
+                            : "The bar of this entry is a card already.",
+                       BoxIcon::kInformation);
 }
 
 }  // namespace velumar

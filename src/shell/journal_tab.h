@@ -10,6 +10,7 @@
 #include "ledger/ledger.h"
 #include "platform/platform.h"
 #include "results/journal.h"
+#include "session/card_making.h"
 
 namespace velumar {
 
@@ -18,7 +19,7 @@ namespace velumar {
 class JournalTab {
  public:
   // `play_again` starts a session that plays the trade of that entry.
-  JournalTab(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
+  JournalTab(Desktop& desktop, Platform& platform, LedgerConnection& ledger, CardMaker& cards,
              std::function<void(const LedgerOrderKey& entry)> play_again);
 
   // Call it when the result window loads.
@@ -49,11 +50,13 @@ class JournalTab {
   void SaveOnClipboard(const std::string& note, const std::string& reason);
   void OpenPicture();
   void PlayAgain();
+  void MakeCard();
   JournalControls& Controls() { return desktop_.Untouched().frmResult.journal; }
 
   Desktop& desktop_;
   Platform& platform_;
   LedgerConnection& ledger_;
+  CardMaker& cards_;
   std::function<void(const LedgerOrderKey& entry)> play_again_;
   Journal journal_;
   std::vector<std::vector<std::string>> texts_;  // of the listed columns, for each trade

@@ -2,6 +2,7 @@
 
 #include "base/ignoring.h"
 #include "base/number_text.h"
+#include "shell/cards_page.h"
 #include "shell/event_guard.h"
 #include "shell/reveal_text.h"
 #include "shell/window_shaping.h"
@@ -138,6 +139,7 @@ void NavigatorWindow::CloseAndReturn() {
   Form1& setup = desktop_.form1();
   setup.Show();
   setup.ImgDonate.SetVisible(true);
+  ShowDueCards(desktop_, platform_, ledger_);
   desktop_.Unload(form);
   // The next bar would open a closed panel again, and that drops the position.
   Form3& panel = desktop_.Untouched().form3;

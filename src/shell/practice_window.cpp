@@ -44,14 +44,20 @@ std::string BarsLeftText(const SessionLine& line) {
 }  // namespace
 
 PracticeWindow::PracticeWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
-                               IndexCache& cache, RunControl& run,
-                               std::function<void(int number)> resume)
+                               IndexCache& cache, RunControl& run, CardMaker& maker,
+                               std::function<void(int number)> resume,
+                               std::function<void(int card)> practise)
     : desktop_(desktop),
       platform_(platform),
       ledger_(ledger),
       cache_(cache),
       run_(run),
-      resume_(std::move(resume)) {
+      resume_(std::move(resume)),
+      cards_(desktop, platform, ledger, maker, [this, practise = std::move(practise)](int card) {
+        if (!MayEndRun()) return;
+        desktop_.Unload(Window());
+        practise(card);
+      }) {
   Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);
   windows.form1.lnkPractice.on_click = guarded("Opening the sessions", [this] { Open(); });
@@ -61,6 +67,7 @@ PracticeWindow::PracticeWindow(Desktop& desktop, Platform& platform, LedgerConne
       guarded("Closing the sessions", [this] { desktop_.Unload(Window()); });
   form.on_press = form.Image1.on_press = form.Frame1.on_press =
       guarded("Moving the sessions", [this] { Window().StartDrag(); });
+  form.tabPage.on_click = guarded("Choosing the page", [this] { ShowPage(); });
   form.lstSessions.on_select = guarded("Choosing a session", [this] { ShowChosen(); });
   form.lstSessions.on_double_click = form.cmdResume.on_click =
       guarded("Resuming the session", [this] { Resume(); });
@@ -86,7 +93,31 @@ void PracticeWindow::Load() {
                                {"Last played", false, 2250}});
   ShapeSmallWindow(form);
   CentreOnScreen(form, platform_.screen);
-  List();
+  cards_.SetUp();
+  ShowPage();
+}
+
+void PracticeWindow::ShowCards() {
+  Window().tabPage.SetIndex(FrmPractice::kCardsPage);
+  Open();
+}
+
+void PracticeWindow::ShowPage() {
+  FrmPractice& form = Window();
+  const bool cards = form.tabPage.Index() == FrmPractice::kCardsPage;
+  for (Control* const control : std::initializer_list<Control*>{&form.lstSessions, &form.cmdResume,
+                                                                &form.cmdEnd, &form.cmdDelete}) {
+    control->SetVisible(!cards);
+  }
+  cards_.SetVisible(cards);
+  if (!cards) List();
+}
+
+bool PracticeWindow::MayEndRun() {
+  if (!run_.Feeding()) return true;
+  return platform_.boxes.Ask(
+             "A run goes on in the background. A card takes its place; the run can be resumed.",
+             {"Play the card", "Cancel"}) == 0;
 }
 
 void PracticeWindow::List() {

@@ -8,6 +8,7 @@
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
 #include "session/run_control.h"
+#include "shell/cards_page.h"
 #include "trading/session_list.h"
 
 namespace velumar {
@@ -16,13 +17,18 @@ namespace velumar {
 // opens, so that Enter goes on with it. The list is read again after each change.
 class PracticeWindow {
  public:
-  // `resume` goes on with the session of that number.
+  // `resume` goes on with the session of that number, `practise` plays the card of that number.
   PracticeWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger, IndexCache& cache,
-                 RunControl& run, std::function<void(int number)> resume);
+                 RunControl& run, CardMaker& maker, std::function<void(int number)> resume,
+                 std::function<void(int card)> practise);
+
+  // Opens it with the cards.
+  void ShowCards();
 
  private:
   void Open();
   void Load();
+  void ShowPage();
   void List();
   void ShowChosen();
   // Null if none is chosen.
@@ -30,6 +36,8 @@ class PracticeWindow {
   void Resume();
   void End();
   void Delete();
+  // The run that goes on without its windows would end. Asks whether a card may end it.
+  bool MayEndRun();
   FrmPractice& Window() { return desktop_.frmPractice(); }
 
   Desktop& desktop_;
@@ -38,6 +46,7 @@ class PracticeWindow {
   IndexCache& cache_;
   RunControl& run_;
   std::function<void(int number)> resume_;
+  CardsPage cards_;
   std::vector<SessionLine> lines_;
 };
 

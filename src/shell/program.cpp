@@ -2,7 +2,11 @@
 
 #include "host/chart_registry.h"
 #include "host/host_control.h"
+#include "session/blind_draw.h"
+#include "session/card_making.h"
+#include "session/card_play.h"
 #include "session/run_control.h"
+#include "shell/card_window.h"
 #include "shell/event_guard.h"
 #include "shell/import_window.h"
 #include "shell/navigator_window.h"
@@ -40,11 +44,17 @@ struct Program::Parts {
         panel(session, windows, desktop, platform, account, orders, chart),
         setup(session, windows, desktop, platform, catalogue, import, run, panel, account, registry,
               ledger, cache),
-        practice(desktop, platform, ledger, cache, run,
-                 [this](int number) { setup.ResumeSession(number); }),
+        cards(ledger, cache, platform.clock,
+              platform.settings.Read(kBlindPricesSetting) != kRealPrices),
+        card(session, platform, ledger, cache, run),
+        card_window(desktop, platform, ledger, card, [this] { practice.ShowCards(); }),
+        practice(
+            desktop, platform, ledger, cache, run, cards,
+            [this](int number) { setup.ResumeSession(number); },
+            [this](int number) { card_window.Open(number); }),
         navigator(session, windows, desktop, platform, run, ledger),
         score_board(session, desktop, platform),
-        results(desktop, platform, ledger, cache, score_board,
+        results(desktop, platform, ledger, cache, score_board, cards,
                 [this](const LedgerOrderKey& entry) { setup.PlayAgain(entry); }),
         preview(desktop, platform),
         plans(session, windows, platform, ledger, chart),
@@ -58,7 +68,8 @@ struct Program::Parts {
             {run_key::kGoTo, guarded("Moving to a date", [this] { run.GoToDate(); })},
             {run_key::kEarlierTrade,
              guarded("Showing the earlier trade", [this] { run.ShowEarlierTrade(); })},
-            {run_key::kPlan, guarded("Opening the plan", [this] { ticket.Open(); })}};
+            {run_key::kPlan, guarded("Opening the plan", [this] { ticket.Open(); })},
+            {run_key::kMark, guarded("Marking the bar", [this] { run.MarkBar(cards); })}};
   }
 
   Platform platform;
@@ -74,6 +85,9 @@ struct Program::Parts {
   AccountBoxes account;
   TradePanel panel;
   SetupWindow setup;
+  CardMaker cards;
+  CardPlay card;
+  CardWindow card_window;
   PracticeWindow practice;
   NavigatorWindow navigator;
   ScoreBoard score_board;
@@ -112,7 +126,7 @@ void Program::SetTheme(bool dark) { parts_->chart.SetTheme(dark); }
 void Program::QuitChartProgram() { parts_->chart.QuitStarted(); }
 
 void Program::CatchUpChart() {
-  if (parts_->keys.InRun()) parts_->chart.CatchUp();
+  if (parts_->keys.InRun() || parts_->card.Playing()) parts_->chart.CatchUp();
 }
 
 void Program::ChartClosedByTrader(std::uint32_t process) {

@@ -57,13 +57,13 @@ std::string FiguresOfText(LedgerScope shown, LedgerScope of_figures) {
 }  // namespace
 
 ResultWindow::ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger,
-                           IndexCache& cache, ScoreBoard& score_board,
+                           IndexCache& cache, ScoreBoard& score_board, CardMaker& cards,
                            std::function<void(const LedgerOrderKey& entry)> play_again)
     : desktop_(desktop),
       platform_(platform),
       ledger_(ledger),
       score_board_(score_board),
-      journal_(desktop, platform, ledger, std::move(play_again)),
+      journal_(desktop, platform, ledger, cards, std::move(play_again)),
       progress_(desktop, platform, ledger, cache) {
   Desktop::Windows& windows = desktop_.Untouched();
   const EventGuard guarded(platform_.boxes);

@@ -25,7 +25,7 @@ namespace velumar {
 class ResultWindow {
  public:
   ResultWindow(Desktop& desktop, Platform& platform, LedgerConnection& ledger, IndexCache& cache,
-               ScoreBoard& score_board,
+               ScoreBoard& score_board, CardMaker& cards,
                std::function<void(const LedgerOrderKey& entry)> play_again);
 
  private:

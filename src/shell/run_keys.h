@@ -14,7 +14,8 @@ namespace velumar {
 // The keys of a run: Space plays and pauses, Left and Right step, PageUp and PageDown step 30 bars,
 // L and S order Long and Short, with Shift they offset. A key clicks its button, so what can't be
 // clicked can't be typed either. B opens the score board, G asks for a day to move to, O shows the
-// earlier trade of a session that plays one again, or hides it, N opens the plan of a trade.
+// earlier trade of a session that plays one again, or hides it, N opens the plan of a trade, M
+// makes a card of the bar.
 class RunKeys {
  public:
   // What a key does that has no button, by its code.

@@ -12,6 +12,7 @@
 #include "results/figure_texts.h"
 #include "results/run_record.h"
 #include "session/delay.h"
+#include "shell/cards_page.h"
 #include "shell/event_guard.h"
 #include "shell/window_shaping.h"
 #include "trading/status_texts.h"
@@ -125,6 +126,7 @@ void SetupWindow::Load() {
   IgnoringErrors([this] { SlideIn(Window(), session_.SetupTop, session_.SetupLeft, platform_); });
   loading_ = false;
   OpenLedger();
+  ShowDueCards(desktop_, platform_, ledger_);
   import_.ReadFiles();
 }
 
@@ -227,6 +229,10 @@ void SetupWindow::StartRun() {
 
 bool SetupWindow::ReadyForSession() const {
   const bool listing = catalogue_.Building();
+  if (desktop_.Untouched().frmCard.Loaded()) {
+    platform_.boxes.Show("Close the card first.", BoxIcon::kInformation);
+    return false;
+  }
   if (!listing && !import_.Importing()) return CanStart();
   platform_.boxes.Show(listing ? "A session can be played once the list of securities is ready."
                                : "A session can be played once the import has ended.",

@@ -19,17 +19,6 @@ namespace {
 constexpr std::size_t kLongestSetup = 60;      // bytes
 constexpr std::size_t kLongestReasons = 1000;  // bytes
 
-// Prices are those of bars, which are floats. Returns why the text isn't one.
-std::string ReadPrice(const std::string& name, const std::string& text,
-                      std::optional<double>& price) {
-  price.reset();
-  if (Trimmed(text).empty()) return {};
-  const std::optional<float> read = ToSingle(text);
-  if (!read) return name + ": \"" + text + "\" is not a price";
-  price = ReadableDouble(*read);
-  return {};
-}
-
 std::string SideName(bool is_long) { return is_long ? "Long" : "Short"; }
 
 // The side that a stop, or else a target, is meant for.
@@ -50,6 +39,17 @@ std::string OrderTitle(const PlannedOrder& order, const SimSession& session,
 }
 
 }  // namespace
+
+// Bars are floats.
+std::string ReadPrice(const std::string& name, const std::string& text,
+                      std::optional<double>& price) {
+  price.reset();
+  if (Trimmed(text).empty()) return {};
+  const std::optional<float> read = ToSingle(text);
+  if (!read) return name + ": \"" + text + "\" is not a price";
+  price = ReadableDouble(*read);
+  return {};
+}
 
 std::vector<TicketOrder> TradeTicket::Orders() const {
   std::vector<TicketOrder> orders{{std::nullopt, "The next order"}};

@@ -37,6 +37,11 @@ struct TicketOrder {
   std::string title;                  // "Long 5 at 512.30 on 12/03/07"
 };
 
+// Reads a price as bars have it; nothing for an empty text. Returns why the text isn't one, with
+// the box's name; else an empty text.
+std::string ReadPrice(const std::string& name, const std::string& text,
+                      std::optional<double>& price);
+
 // The plans of a session: for the next order, the trades that are open, and the last order.
 class TradeTicket {
  public:

@@ -7,6 +7,7 @@
 
 #include "base/dates.h"
 #include "base/number_text.h"
+#include "ledger/cards.h"
 #include "marketdata/number_format.h"
 #include "results/run_record.h"
 #include "results/trade_list.h"
@@ -137,6 +138,29 @@ class BlindReplay {
     all_.program.Start();
     all_.program.ResumeSession(1);
   }
+  // Decides all cards of a later day, up to the verdict. Returns how many there are.
+  std::size_t PlayCards(const Secrets& secrets) {
+    all_.Navigator().Image5.UserClick();
+    const std::vector<LedgerCard> cards = LedgerCards(all_.ledger);
+    all_.outside.clock.today = 20071231;
+    FrmPractice& page = all_.windows.frmPractice;
+    FrmCard& form = all_.windows.frmCard;
+    for (std::size_t i = 0; i < cards.size(); ++i) {
+      if (!page.Visible()) all_.Setup().lnkPractice.UserClick();
+      page.tabPage.UserChoose(FrmPractice::kCardsPage);
+      page.cards.lstCards.UserSelect({i});
+      page.cards.cmdPractise.UserClick();
+      CheckStore();
+      EXPECT_EQ(Found(secrets), "");
+      all_.At(500, [this] { CheckStore(); });
+      (i % 2 == 0 ? form.cmdShort : form.cmdNothing).UserClick();
+      EXPECT_EQ(Found(secrets), "");
+      form.cmdPoor.UserClick();
+      EXPECT_EQ(Found(secrets), "") << "the session is still hidden";
+      form.on_close();
+    }
+    return cards.size();
+  }
   // Returns what the box says.
   std::string Reveal() {
     all_.outside.boxes.answers = {0};
@@ -191,6 +215,7 @@ class BlindReplay {
   void Act() {
     CheckStore();
     if (Roll(6) == 0) return Plan();
+    if (Roll(6) == 0) all_.program.Keys().Press({.code = run_key::kMark});
     Form2& navigator = all_.Navigator();
     Form3& panel = all_.Panel();
     panel.txtContractVol.UserType(std::to_string(1 + Roll(3)));  // perhaps more than is held
@@ -255,6 +280,7 @@ void ExpectRevealed(const RunRecord& played, const RunRecord& now, const std::ve
 
 TEST(BlindSecrecy, NothingThatIsWrittenOrShownGivesTheSecurityAway) {
   std::size_t orders = 0;
+  std::size_t cards = 0;
   for (unsigned seed = 1; seed <= 5; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     const ScratchFolder scratch;
@@ -290,6 +316,7 @@ TEST(BlindSecrecy, NothingThatIsWrittenOrShownGivesTheSecurityAway) {
       EXPECT_EQ(run.Session().Balance, before.Balance);
       EXPECT_EQ(run.Session().LAccum, before.LAccum);
       EXPECT_EQ(run.Session().SAvgPrice, before.SAvgPrice);
+      cards += run.PlayCards(secrets);
       continue;
     }
     const RunRecord played = run.Played();
@@ -304,6 +331,7 @@ TEST(BlindSecrecy, NothingThatIsWrittenOrShownGivesTheSecurityAway) {
     orders += played.orders.size();
   }
   EXPECT_GT(orders, 10U);
+  EXPECT_GT(cards, 2U);
 }
 
 TEST_F(RunFixture, TheBlindBoxOffersAnySecurityAndRestoresWhatWasChosen) {
