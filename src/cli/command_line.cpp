@@ -83,6 +83,7 @@ class CommandLine {
     AddSessions();
     AddJournal();
     AddStats();
+    AddCards();
   }
 
   CLI::App& App() { return app_; }
@@ -300,6 +301,24 @@ class CommandLine {
         ->excludes(json);
   }
 
+  void AddCards() {
+    CLI::App& command = AddCommand("cards", "List the cards of a ledger, those that are due first.",
+                                   [this] { Cards(cards_, context_); });
+    command.require_subcommand(0, 1);
+    command.add_option("FILE", cards_.file, "the ledger, such as Portfolio.mdb")->required();
+    command.add_flag("--due", cards_.due, "only those that are due");
+    command.add_flag("--json", cards_.json, "as one JSON array of objects, with all answers");
+    AddDatePattern(command, cards_.date_pattern);
+    command.add_subcommand("make", "Make cards of the largest losses that have none yet.")
+        ->add_option("--losses", cards_.losses, "how many")
+        ->required()
+        ->check(NumberFromOne());
+    command.add_subcommand("delete", "Delete a card and its answers.")
+        ->add_option("CARD", cards_.card, "the number of the card")
+        ->required()
+        ->check(NumberFromOne());
+  }
+
   static void AddPlayedDay(CLI::App& command, const char* flag, std::string& day,
                            const char* help) {
     command
@@ -325,6 +344,7 @@ class CommandLine {
   SessionsArguments sessions_;
   JournalArguments journal_;
   StatsArguments stats_;
+  CardsArguments cards_;
 };
 
 }  // namespace

@@ -112,6 +112,17 @@ struct JournalArguments {
 };
 void PrintJournal(const JournalArguments& arguments, CliContext& context);
 
+struct CardsArguments {
+  std::string file;
+  int losses = 0;  // make cards of so many losses; 0: none
+  int card = 0;    // delete this one; 0: none
+  bool due = false;
+  bool json = false;
+  std::string date_pattern;  // empty for that of the user's locale
+};
+// Makes or deletes cards, or lists them.
+void Cards(const CardsArguments& arguments, CliContext& context);
+
 struct StatsArguments {
   std::string file;
   std::string symbol;  // empty: any

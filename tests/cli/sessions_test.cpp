@@ -165,6 +165,18 @@ TEST_F(SessionsTest, AChangedSeriesIsNotResumedUnasked) {
   EXPECT_EQ(line["bars_left"], 17);
 }
 
+TEST_F(SessionsTest, CardsAreMadeOfLossesAndDeleted) {
+  const std::string ledger = box.At("ledger");
+  ASSERT_EQ(box.Run(Start("ledger"), "pause\nshort 1\nnext\noffset-short 1\nlong 1\n").code, 0);
+  EXPECT_EQ(box.Run({"cards", ledger, "make", "--losses", "5"}).out, "1 card made.\n");
+  const json card = json::parse(box.Run({"cards", ledger, "--json", "--due"}).out).at(0);
+  EXPECT_TRUE(card["symbol"].is_null() && card["is_due"] == true && card["kind"] == "loss");
+  EXPECT_THAT(box.Run({"cards", ledger}).out, HasSubstr("hidden"));
+  EXPECT_THAT(box.Run({"cards", ledger, "delete", "7"}).err, HasSubstr("has no card 7"));
+  EXPECT_EQ(box.Run({"cards", ledger, "delete", "1"}).code, 0);
+  EXPECT_EQ(json::parse(box.Run({"cards", ledger, "--json"}).out), json::array());
+}
+
 TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
   // Bars rise by one a day: twelve longs win a point for each bar, and a short loses one.
   std::string commands = "pause\n";
