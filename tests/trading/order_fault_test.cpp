@@ -1,4 +1,5 @@
 #include "ledger/sqlite_database.h"
+#include "session/moment.h"
 #include "support/order_fixture.h"
 #include "support/scratch_folder.h"
 #include "support/traced_child.h"
@@ -15,6 +16,7 @@ struct FaultyDesk : OrderFixture {
     LedgerClose(ledger);
     LedgerOpen(ledger, file);
     Account(100, 1, "0", 1000000);
+    session.SessionNumber = 1;
   }
   void TestBody() override {}
 
@@ -44,6 +46,13 @@ double Count(SqliteDatabase& database, const std::string& table) {
   return std::get<double>(select.Value(0));
 }
 
+// What the session's moment says is held; 0 without one.
+float HeldAtMoment(SqliteDatabase& database) {
+  const LedgerValue book = database.FirstValue("SELECT Book FROM SessionMoments WHERE Session = 1");
+  const auto* const text = std::get_if<std::string>(&book);
+  return text == nullptr ? 0 : BookFromText(*text).LAccum;
+}
+
 // Checks what some work leaves in a ledger when the disk breaks. Half of the passing faults are
 // skipped, since they are the milder ones.
 bool BreakLedger(const DiskFault& fault, const std::function<int(const std::string& file)>& work,
@@ -63,8 +72,8 @@ bool BreakLedger(const DiskFault& fault, const std::function<int(const std::stri
   return true;
 }
 
-// Whatever write or flush fails: what was acknowledged is in the ledger, with its detail, and what
-// was refused is not.
+// Whatever write or flush fails: what was acknowledged is in the ledger, with its detail, the trade
+// that it closed and the moment to resume at, and what was refused is not.
 TEST(OrderFault, ABrokenDiskKeepsBookAndLedgerInStep) {
   if (!CanTrace()) GTEST_SKIP() << "no permission to trace a process";
   int refused = 0;
@@ -77,6 +86,10 @@ TEST(OrderFault, ABrokenDiskKeepsBookAndLedgerInStep) {
       // A commit whose flush failed may be on the disk all the same.
       EXPECT_TRUE(rows == done || rows == done + 1) << rows;
       EXPECT_EQ(Count(left, "Details"), rows);
+      // Each order is of two contracts.
+      const double offsets = Count(left, "MyPortfolio WHERE Position LIKE 'Offset%'");
+      EXPECT_EQ(Count(left, "Trades"), offsets);
+      EXPECT_EQ(HeldAtMoment(left), 2 * (rows - 2 * offsets));
     });
   });
   EXPECT_GT(refused, 5);
