@@ -126,11 +126,22 @@ void AddCards(SqliteDatabase& database) {
   database.Execute("CREATE INDEX IF NOT EXISTS AnswersOfCard ON CardAnswers (Card)");
 }
 
+// A drill and the sessions of its charts.
+void AddDrills(SqliteDatabase& database) {
+  static constexpr std::array<TableSchema, 2> kTables{
+      {{"Drills",
+        "Id INTEGER PRIMARY KEY AUTOINCREMENT, Began TEXT, Charts INTEGER, Bars INTEGER, "
+        "SecondsEach INTEGER, Directory TEXT, SymbolInterval TEXT, Finished INTEGER DEFAULT 0"},
+       {"DrillSessions",
+        "Drill INTEGER, Place INTEGER, Session INTEGER, PRIMARY KEY (Drill, Place)"}}};
+  CreateTables(database, kTables);
+}
+
 }  // namespace
 
 const DatabaseKind& LedgerKind() {
-  static constexpr std::array kMigrations{CreateLedgerTables, AddSessions, AddJournal, AddTrades,
-                                          AddCards};
+  static constexpr std::array kMigrations{CreateLedgerTables, AddSessions, AddJournal,
+                                          AddTrades,          AddCards,    AddDrills};
   static const DatabaseKind kKind{"ledger", Tables(), kMigrations};
   return kKind;
 }

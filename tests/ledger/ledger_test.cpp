@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "ledger/cards.h"
+#include "ledger/drills.h"
 #include "ledger/plans.h"
 #include "ledger/trades.h"
 #include "support/matchers.h"
@@ -57,7 +58,7 @@ void MakeOlder(const std::string& file) {
   SqliteDatabase(file, SqliteDatabase::Mode::kCreate)
       .Execute(
           "PRAGMA user_version=2; DROP TABLE Cards; DROP TABLE CardAnswers; "
-          "DROP TABLE Trades; DROP TABLE PlayedBars; "
+          "DROP TABLE Drills; DROP TABLE DrillSessions; DROP TABLE Trades; DROP TABLE PlayedBars; "
           "CREATE TABLE Moved AS SELECT * FROM Details; DELETE FROM Details; "
           "INSERT INTO Details SELECT * FROM Moved; DROP TABLE Moved; "
           "ALTER TABLE Details DROP Counted; "
@@ -104,6 +105,7 @@ TEST_F(LedgerTest, OlderFilesAreMigratedAndKeepTheirRows) {
   const auto details = [&] {
     std::vector<std::size_t> counts;
     LedgerConnection old_or_new = Reader(file);
+    EXPECT_TRUE(LedgerDrills(old_or_new).empty());
     for (const int run : {1, 2, 3}) {
       counts.push_back(LedgerDetails(old_or_new, LedgerScope::Run(run)).rows.size());
     }
@@ -112,7 +114,23 @@ TEST_F(LedgerTest, OlderFilesAreMigratedAndKeepTheirRows) {
   EXPECT_EQ(details(), (std::vector<std::size_t>{1, 2, 0}));
   LedgerClose(newer = Opened(file));
   EXPECT_EQ(details(), (std::vector<std::size_t>{1, 2, 0}));
+  newer = Opened(file);
+  LedgerDrill drill{.began = "2026-11-27 07:03:40",
+                    .charts = 3,
+                    .bars = 40,
+                    .seconds = 90,
+                    .directory = "C:\\Data",
+                    .interval = "15"};
+  drill.number = LedgerAddToDrill(newer, drill, 8);
+  LedgerAddToDrill(newer, drill, 5);
+  LedgerAddToDrill(newer, {.began = "later"}, 9);
+  LedgerFinishDrill(newer, drill.number);
+  LedgerClose(newer);
   LedgerConnection ledger = Reader(file);
+  drill.finished = true;
+  drill.sessions = {8, 5};
+  ASSERT_EQ(LedgerDrills(ledger).size(), 2U);
+  EXPECT_EQ(LedgerDrills(ledger)[0], drill);
   EXPECT_EQ(LedgerReadSession(ledger, session).moment.bar, 7);
   const LedgerRecordset wiped = LedgerQuery(ledger, "select Place, Held, BarDate From Wiped");
   using Values = std::vector<LedgerValue>;
