@@ -15,7 +15,15 @@ class EventLoop {
   virtual void WaitFor(std::chrono::milliseconds time) = 0;
   // Waits without running events.
   virtual void Sleep(std::chrono::milliseconds time) = 0;
+  // Of a clock that never goes back, from any start.
+  virtual std::chrono::milliseconds Now() const = 0;
 };
+
+// The clock of the system for Now().
+inline std::chrono::milliseconds SteadyNow() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::steady_clock::now().time_since_epoch());
+}
 
 // Waits, once or repeatedly as in a slide. Events run during a wait, so a handler may wait inside
 // another wait; each wait ends at its own time.

@@ -28,7 +28,7 @@ class VirtualEventLoop : public EventLoop {
   void Schedule(Milliseconds delay, std::function<void()> event);
   // Runs at every ProcessPending, after scheduled events.
   void SetOnPending(std::function<void()> on_pending) { on_pending_ = std::move(on_pending); }
-  Milliseconds Now() const { return now_; }
+  Milliseconds Now() const override { return now_; }
 
  private:
   void RunDue(Milliseconds until);

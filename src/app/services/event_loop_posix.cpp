@@ -32,6 +32,7 @@ class QtEventLoop : public EventLoop {
     loop.exec();
   }
   void Sleep(std::chrono::milliseconds time) override { std::this_thread::sleep_for(time); }
+  std::chrono::milliseconds Now() const override { return SteadyNow(); }
 };
 
 }  // namespace

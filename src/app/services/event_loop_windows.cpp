@@ -23,6 +23,7 @@ class QtEventLoop : public QObject, public EventLoop {
   }
   // None of our own events may run during the wait.
   void Sleep(std::chrono::milliseconds time) override { WaitServingOthers(time); }
+  std::chrono::milliseconds Now() const override { return SteadyNow(); }
 
  protected:
   bool eventFilter(QObject* receiver, QEvent* event) override {
