@@ -140,6 +140,14 @@ std::string DateText(std::int32_t date, std::string_view pattern) {
 
 std::string IsoDate(std::int32_t date) { return DateText(date, "yyyy-MM-dd"); }
 
+std::string IsoMinuteText(std::string_view moment, std::string_view pattern) {
+  constexpr std::size_t kDate = 10;
+  constexpr std::size_t kMinutes = 16;
+  if (moment.size() < kMinutes) return std::string(moment);
+  return IsoDateText(moment.substr(0, kDate), pattern) +
+         std::string(moment.substr(kDate, kMinutes - kDate));
+}
+
 std::string IsoDateText(std::string_view iso_date, std::string_view pattern) {
   constexpr std::string_view kForm = "0000-00-00";
   if (iso_date.size() != kForm.size()) return std::string(iso_date);

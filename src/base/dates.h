@@ -32,6 +32,8 @@ std::string IsoDate(std::int32_t date);
 
 // DateText of a date in that form; returns any other text unchanged.
 std::string IsoDateText(std::string_view iso_date, std::string_view pattern);
+// A moment as "2026-11-27 07:03:40", the same without the seconds: "11/27/2026 07:03".
+std::string IsoMinuteText(std::string_view moment, std::string_view pattern);
 
 // The opposite of DateText: the numbers of the text in the order of the pattern. Two-digit years
 // are 1930 to 2029. Returns nothing if the text is not a real date in that pattern.

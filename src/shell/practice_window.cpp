@@ -28,14 +28,6 @@ std::string SeriesText(const SessionLine& line) {
          (line.interval == kDailyInterval ? ", daily" : ", " + line.interval + " min");
 }
 
-// A moment as "2026-11-27 07:03:40" in the trader's own form, without the seconds.
-std::string TouchedText(const std::string& touched, std::string_view date_pattern) {
-  constexpr std::size_t kDate = 10;
-  constexpr std::size_t kMinutes = 16;
-  if (touched.size() < kMinutes) return touched;
-  return IsoDateText(touched.substr(0, kDate), date_pattern) + touched.substr(kDate, 6);
-}
-
 std::string BarsLeftText(const SessionLine& line) {
   if (!line.bars_left) return "no data";
   return *line.bars_left == 0 ? "none" : std::to_string(*line.bars_left);
@@ -127,14 +119,15 @@ void PracticeWindow::List() {
       {lines_.size(),
        [this, pattern](std::size_t row, std::size_t column) {
          const SessionLine& line = lines_.at(row);
-         const std::array texts = {SeriesText(line),
-                                   MomentText(line, pattern),
-                                   HoldingText(line),
-                                   MoneyText(line.open_profit),
-                                   MoneyText(line.closed_profit),
-                                   BarsLeftText(line),
-                                   TouchedText(platform_.clock.LocalMoment(line.touched), pattern) +
-                                       (line.ended ? ", ended" : "")};
+         const std::array texts = {
+             SeriesText(line),
+             MomentText(line, pattern),
+             HoldingText(line),
+             MoneyText(line.open_profit),
+             MoneyText(line.closed_profit),
+             BarsLeftText(line),
+             IsoMinuteText(platform_.clock.LocalMoment(line.touched), pattern) +
+                 (line.ended ? ", ended" : "")};
          return texts.at(column);
        },
        [this](std::size_t row) { return lines_.at(row).directory; }});
