@@ -6,6 +6,8 @@
 #include "forms/form2.h"
 #include "forms/form3.h"
 #include "forms/frm_card.h"
+#include "forms/frm_drill.h"
+#include "forms/frm_drill_chart.h"
 #include "forms/frm_import.h"
 #include "forms/frm_picture.h"
 #include "forms/frm_practice.h"
@@ -58,6 +60,8 @@ class Desktop {
     FrmPicture frmPicture;
     FrmTicket frmTicket;
     FrmCard frmCard;
+    FrmDrill frmDrill;
+    FrmDrillChart frmDrillChart;
   };
 
   Form1& form1() { return Loaded(windows_.form1); }
@@ -74,6 +78,8 @@ class Desktop {
   FrmPicture& frmPicture() { return Loaded(windows_.frmPicture); }
   FrmTicket& frmTicket() { return Loaded(windows_.frmTicket); }
   FrmCard& frmCard() { return Loaded(windows_.frmCard); }
+  FrmDrill& frmDrill() { return Loaded(windows_.frmDrill); }
+  FrmDrillChart& frmDrillChart() { return Loaded(windows_.frmDrillChart); }
 
   // Loads the window, hidden, if it isn't loaded.
   void Load(Form& form) { Loaded(form); }
@@ -83,12 +89,13 @@ class Desktop {
   }
 
   Windows& Untouched() { return windows_; }
-  std::array<Form*, 14> All() {
+  std::array<Form*, 16> All() {
     return {&windows_.form1,          &windows_.form2,       &windows_.form3,
             &windows_.frmBigDateTime, &windows_.frmBigScore, &windows_.frmBigPrice,
             &windows_.frmScore,       &windows_.frmResult,   &windows_.graph2,
             &windows_.frmImport,      &windows_.frmPractice, &windows_.frmPicture,
-            &windows_.frmTicket,      &windows_.frmCard};
+            &windows_.frmCard,        &windows_.frmTicket,   &windows_.frmDrill,
+            &windows_.frmDrillChart};
   }
   // Null if there is no window of that name.
   Form* Find(std::string_view name) {

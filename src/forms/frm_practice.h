@@ -24,6 +24,9 @@ class FrmPractice : public Form {
   Frame Frame1{*this, {"Frame1", kLeft, kTop, 11160, 5190, "Practice", "", kCaption}};
   TabBar tabPage{
       *this, {"tabPage", kLeft + 120, kTop + 150, 2400, 300, "", "Page"}, {"Sessions", "Cards"}};
+  Button cmdDrill{*this,
+                  {"cmdDrill", kLeft + 2640, kTop + 150, 1560, 300, "D&rill ...",
+                   "A few blind charts in a row, with a limit of bars and time"}};
   Table lstSessions{*this, {"lstSessions", kLeft + 120, kTop + 480, 10920, 3915, "", "Sessions"}};
   Label lblStatus{*this, {"lblStatus", kLeft + 120, kTop + 4440, 5700, 600, "", "", kStatus}};
   Button cmdResume{*this,
