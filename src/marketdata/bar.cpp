@@ -26,6 +26,15 @@ bool IsSorted(const BarArrays& bars) {
 
 }  // namespace
 
+void BarArrays::Truncate(std::size_t count) {
+  if (count >= dates.size()) return;
+  dates.resize(count);
+  times.resize(count);
+  for (auto* values : {&opens, &highs, &lows, &closes, &volumes, &open_interests}) {
+    values->resize(count);
+  }
+}
+
 bool IsStrictlyRising(const std::vector<BarKey>& keys) {
   return std::ranges::adjacent_find(keys, std::greater_equal<>()) == keys.end();
 }

@@ -31,6 +31,9 @@ struct BarArrays {
   std::vector<float> closes;
   std::vector<float> volumes;
   std::vector<float> open_interests;
+
+  // Drops the bars after the first `count`.
+  void Truncate(std::size_t count);
 };
 
 // Bars are ordered by date, then time; the key rises with both.

@@ -14,7 +14,6 @@ namespace velumar {
 namespace {
 
 constexpr std::ptrdiff_t kBarsBefore = 250;
-constexpr std::ptrdiff_t kBarsAfter = 100;
 
 struct Candidate {
   std::string symbol;
@@ -28,7 +27,7 @@ std::vector<Candidate> CandidatesFor(const BlindWish& wish, IndexCache& cache,
   for (const SecurityInfo& security : SecuritiesOf(wish.directory, cache)) {
     const bool wanted = wish.symbol.empty() ? UpperCased(security.symbol) == security.symbol
                                             : security.symbol == wish.symbol;
-    const bool long_enough = security.bars > kBarsBefore + kBarsAfter;
+    const bool long_enough = security.bars > kBarsBefore + wish.bars_after;
     if (!wanted || !long_enough ||
         std::to_string(security.interval) != IntervalToMatch(wish.interval)) {
       continue;
@@ -53,7 +52,7 @@ std::optional<BlindKey> KeyOf(const BlindWish& wish, const Candidate& candidate,
   try {
     const BarArrays bars =
         ReadReplayable({wish.directory, candidate.symbol, wish.interval, 0}, cache);
-    const auto day = RandomStartDay(bars.dates, random);
+    const auto day = RandomStartDay(bars.dates, random, wish.bars_after);
     if (!day) return std::nullopt;
     const auto start = std::ranges::lower_bound(bars.dates, *day) - bars.dates.begin();
     const auto mask = MaskOf(bars, static_cast<std::size_t>(start - 1), wish.scales);
@@ -68,8 +67,8 @@ std::optional<BlindKey> KeyOf(const BlindWish& wish, const Candidate& candidate,
 }  // namespace
 
 std::optional<std::int32_t> RandomStartDay(const std::vector<std::int32_t>& days,
-                                           std::mt19937_64& random) {
-  const std::ptrdiff_t high = std::ssize(days) - 1 - kBarsAfter;
+                                           std::mt19937_64& random, int bars_after) {
+  const std::ptrdiff_t high = std::ssize(days) - 1 - bars_after;
   if (high < kBarsBefore) return std::nullopt;
   const auto bar = std::uniform_int_distribution<std::ptrdiff_t>(kBarsBefore, high)(random);
   // A run starts with the first bar of a day.
@@ -90,7 +89,7 @@ BlindKey DrawBlind(const BlindWish& wish, IndexCache& cache, std::mt19937_64& ra
                          " at interval " + wish.interval + " in \"" + wish.directory + "\" " +
                          (wish.symbol.empty() ? "can" : "can't") +
                          " be played blind, which takes " + std::to_string(kBarsBefore) +
-                         " bars before the start and " + std::to_string(kBarsAfter) +
+                         " bars before the start and " + std::to_string(wish.bars_after) +
                          " after it. Choose another security, interval or directory.");
 }
 

@@ -43,16 +43,25 @@ RunChooser::RunChooser(const SimSession& session, const RunInputs& inputs, Platf
 NextRun RunChooser::Entered() {
   const RunSeries entered{session_.DataDir, NormalisedSymbol(session_.Symbol), inputs_.Interval(),
                           inputs_.StartDay()};
-  return inputs_.Blind() ? Drawn(entered) : NextRun{.series = entered};
+  if (!inputs_.Blind()) return {.series = entered};
+  const std::string symbol = inputs_.Symbol();
+  return Drawn(entered, symbol == kAnySecurity ? "" : NormalisedSymbol(symbol), kBarsAfterStart);
 }
 
-NextRun RunChooser::Drawn(const RunSeries& entered) {
-  const std::string symbol = inputs_.Symbol();
+NextRun RunChooser::Drawn(int bars) {
+  NextRun drawn =
+      Drawn({session_.DataDir, {}, inputs_.Interval()}, "", std::max(bars, kBarsAfterStart));
+  drawn.bars = bars;
+  return drawn;
+}
+
+NextRun RunChooser::Drawn(const RunSeries& entered, const std::string& symbol, int bars_after) {
   BlindKey key = DrawBlind({.directory = entered.directory,
-                            .symbol = symbol == kAnySecurity ? "" : NormalisedSymbol(symbol),
+                            .symbol = symbol,
                             .interval = entered.interval,
                             .scales = platform_.settings.Read(kBlindPricesSetting) != kRealPrices,
-                            .shown = ShownLately()},
+                            .shown = ShownLately(),
+                            .bars_after = bars_after},
                            cache_, random_);
   const RunSeries masked{entered.directory, std::string(kBlindSymbol), entered.interval,
                          key.mask.Date(key.start_day), true};

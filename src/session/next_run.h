@@ -20,6 +20,7 @@ struct NextRun {
   std::optional<BlindKey> key = {};
   std::optional<LedgerPlayed> resumed = {};  // the session that goes on with it
   bool recorded = true;                      // in the ledger
+  int bars = 0;                              // to play after the start; 0: all
 };
 
 // Finds out what the next run plays.
@@ -31,6 +32,9 @@ class RunChooser {
   // The entered series or, if a blind run is entered, one drawn at random. Throws MetaLibError and
   // LedgerError.
   NextRun Entered();
+  // A blind run of any security of the entered directory and interval, of that many bars. Throws
+  // MetaLibError and LedgerError.
+  NextRun Drawn(int bars);
   // A session of the ledger. If its series has changed since, asks whether to go on after the last
   // bar that was played; nothing if the trader doesn't. Throws std::exception with the reason if
   // the session can't be resumed.
@@ -40,7 +44,7 @@ class RunChooser {
   NextRun Trade(const LedgerOrderKey& entry);
 
  private:
-  NextRun Drawn(const RunSeries& entered);
+  NextRun Drawn(const RunSeries& entered, const std::string& symbol, int bars_after);
   std::vector<std::string> ShownLately();
   bool MayGoOn(NextRun& choice);
 

@@ -35,7 +35,7 @@ bool RunControl::ClaimStore() {
   if (!RequireSymbol()) return false;
   blind_.RestoreSymbol();
   try {
-    return Claim(chooser_.Entered());
+    return ClaimFor(chooser_.Entered());
   } catch (const std::exception& error) {
     ShowFailure("The run was not started.", error);
     return false;
@@ -60,13 +60,22 @@ std::optional<NextRun> RunControl::TradeToPlayAgain(const LedgerOrderKey& entry)
   }
 }
 
-bool RunControl::ClaimSession(const NextRun& choice) {
-  if (!RequireSymbol()) return false;
-  blind_.RestoreSymbol();
-  return Claim(choice);
+std::optional<NextRun> RunControl::BlindToDraw(int bars) {
+  try {
+    return chooser_.Drawn(bars);
+  } catch (const std::exception& error) {
+    ShowFailure("No chart was drawn.", error);
+    return std::nullopt;
+  }
 }
 
 bool RunControl::Claim(const NextRun& choice) {
+  if (!RequireSymbol()) return false;
+  blind_.RestoreSymbol();
+  return ClaimFor(choice);
+}
+
+bool RunControl::ClaimFor(const NextRun& choice) {
   if (!store_.Claim()) return false;
   next_ = choice;
   if (choice.key) blind_.HideSymbol();
@@ -79,6 +88,7 @@ bool RunControl::Start() {
   const RunNumber run = NewRun();
   const std::optional<LedgerPlayed> resumed = std::exchange(next_.resumed, std::nullopt);
   if (!PrepareRun(resumed)) return false;
+  on_move_();
   if (!resumed) {
     Feed(run);
     return true;
@@ -160,7 +170,7 @@ bool RunControl::PrepareChartAndStore(const std::optional<LedgerPlayed>& resumed
   view_.SetStatusLine("Init Data... ");
   if (!store_.Prepare(resumed ? std::optional(resumed->moment.bar + 1) : std::nullopt))
     return false;
-  store_.LoadSeries();
+  store_.LoadSeries(next_.bars);
   if (resumed) Restore(*resumed);
   for (const int file_number : std::exchange(asked_to_compare_, {})) AddCompared(file_number);
   return true;
@@ -255,6 +265,7 @@ bool RunControl::FeedOne(RunNumber run) {
     throw;
   }
   chart_.RefreshCharts();
+  on_move_();
   if (Superseded(run)) return false;
   if (PauseAtPlan(before) || session_.StopRequested != 0) return false;
   WaitMilliseconds(platform_.events, session_.RefreshDelay);
@@ -331,6 +342,7 @@ void RunControl::Step(std::string_view status,
   }
   chart_.RefreshCharts();
   PauseAtPlan(before);
+  on_move_();
 }
 
 void RunControl::MarkBar(CardMaker& maker) {
@@ -403,7 +415,7 @@ void RunControl::Leave() {
 
 bool RunControl::ShowUnrecorded(const NextRun& choice) {
   blind_.RestoreSymbol();
-  if (!Claim(choice)) return false;
+  if (!ClaimFor(choice)) return false;
   static_cast<Book&>(session_) = Book();  // the charts show no holdings of another series
   if (Start()) return true;
   blind_.RestoreSymbol();

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ledger/ledger.h"
@@ -42,9 +43,12 @@ class RunControl {
   std::optional<NextRun> SessionToResume(int number);
   // A session that plays a trade of the ledger again, likewise (see RunChooser::Trade).
   std::optional<NextRun> TradeToPlayAgain(const LedgerOrderKey& entry);
-  // As ClaimStore, for a session whose directory, series and account are entered: the next Start
-  // resumes it.
-  bool ClaimSession(const NextRun& choice);
+  // A blind run of that many bars, drawn from the entered directory and interval. Shows a box and
+  // returns nothing if none can be drawn.
+  std::optional<NextRun> BlindToDraw(int bars);
+  // As ClaimStore, for what the three above return, with its directory and account entered: the
+  // next Start plays it.
+  bool Claim(const NextRun& choice);
   // Begins the run of the last ClaimStore and feeds its bars. Returns when the feed has ended or
   // was stopped, or when a later run began in one of its waits: two loops never feed at once. If
   // the run can't be prepared, shows a box and returns false, and the caller brings the setup
@@ -106,6 +110,10 @@ class RunControl {
   // True while a feed is running that will feed another bar.
   bool Feeding() const { return feeding_; }
 
+  // Called when a run has begun, and after each bar that is fed and each step. It may end the run,
+  // but must not throw.
+  void OnMove(std::function<void()> on_move) { on_move_ = std::move(on_move); }
+
  private:
   // Used by a run to see that a later one has begun.
   using RunNumber = std::uint32_t;
@@ -118,7 +126,7 @@ class RunControl {
   bool PrepareRun(const std::optional<LedgerPlayed>& resumed);
   bool PrepareChartAndStore(const std::optional<LedgerPlayed>& resumed);
   void ShowRevealed(const BlindKey& key);
-  bool Claim(const NextRun& choice);
+  bool ClaimFor(const NextRun& choice);
   void Restore(const LedgerPlayed& played);
   void ShowStartDay();
   bool Resume(RunNumber run);
@@ -155,6 +163,7 @@ class RunControl {
   BlindRun blind_;
   std::vector<int> asked_to_compare_;  // while the run is being prepared
   NextRun next_;                       // what "Start" was clicked for
+  std::function<void()> on_move_ = [] {};
   RunNumber newest_run_ = 0;
   bool feeding_ = false;
 };

@@ -101,9 +101,11 @@ void WorkingStore::OpenStore(MetaLibWriter& writer) {
   }
 }
 
-void WorkingStore::LoadSeries() {
-  session_.BarIndex = static_cast<std::int16_t>(StoredBars() - 1);
+void WorkingStore::LoadSeries(int bars_to_play) {
+  const int stored = StoredBars();
+  session_.BarIndex = static_cast<std::int16_t>(stored - 1);
   BarArrays bars = source_.Read().bars;
+  if (bars_to_play > 0) bars.Truncate(static_cast<std::size_t>(stored + bars_to_play));
   session_.BarDate = std::move(bars.dates);
   session_.BarTime = std::move(bars.times);
   session_.BarOpen = std::move(bars.opens);

@@ -47,9 +47,10 @@ class WorkingStore {
   // start day.
   bool Prepare(std::optional<int> bars = {});
 
-  // Loads the run's series into the session. The last bar of the store becomes BarIndex. Throws
+  // Loads the run's series into the session; with a number of bars, only that many after those of
+  // the store, so that the run ends there. The last bar of the store becomes BarIndex. Throws
   // MetaLibError.
-  void LoadSeries();
+  void LoadSeries(int bars_to_play = 0);
 
  private:
   bool Reported(const std::function<void()>& step);

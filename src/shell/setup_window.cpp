@@ -271,9 +271,19 @@ void SetupWindow::PlayAgain(const LedgerOrderKey& entry) {
   Resume(*choice);
 }
 
+bool SetupWindow::PlayDrawn(int bars) {
+  if (!ReadyForSession()) return false;
+  if (const auto problem = account_.Problem()) {
+    platform_.boxes.Show(*problem, BoxIcon::kExclamation);
+    return false;
+  }
+  const std::optional<NextRun> choice = run_.BlindToDraw(bars);
+  return choice && run_.Claim(*choice) && BeginRun();
+}
+
 bool SetupWindow::Resume(const NextRun& choice) {
   Enter(choice.resumed->session);
-  if (!run_.ClaimSession(choice)) return false;
+  if (!run_.Claim(choice)) return false;
   BeginRun();
   ShowStatus(session_, view_, platform_.locale);
   return true;
@@ -299,18 +309,24 @@ void SetupWindow::Enter(const LedgerSession& session) {
   form.txtVAT.SetText(account.vat);
 }
 
-void SetupWindow::BeginRun() {
+bool SetupWindow::BeginRun() {
   import_.Close();
   desktop_.Unload(desktop_.Untouched().frmPractice);
+  desktop_.Unload(desktop_.Untouched().frmDrill);
   bool ready = false;
   IgnoringErrors([&] {
     const PreparingScope preparing(session_);
-    ready = SlideToRun();
+    ready = desktop_.Untouched().form2.Visible() || SlideToRun();
+    if (ready) panel_.ShowForRun();
   });
-  if (!ready) return view_.UnlockSetup();
-  if (run_.Start()) return;
+  if (!ready) {
+    view_.UnlockSetup();
+    return false;
+  }
+  if (run_.Start()) return true;
   const Form2& navigator = desktop_.Untouched().form2;
   if (navigator.Visible()) navigator.on_close();
+  return false;
 }
 
 // Returns false if the trader went back to the setup during a slide.
@@ -323,9 +339,7 @@ bool SetupWindow::SlideToRun() {
   Form2& navigator = desktop_.form2();
   navigator.Show();
   IgnoringErrors([&] { SlideIn(navigator, session_.NavTop, session_.NavLeft, platform_); });
-  if (!navigator.Visible()) return false;
-  panel_.ShowForRun();
-  return true;
+  return navigator.Visible();
 }
 
 void SetupWindow::Unload() {

@@ -32,6 +32,10 @@ class SetupWindow {
   // The same for a session that plays a trade of the ledger again. The run that is open is left for
   // it, unless the trader keeps it going.
   void PlayAgain(const LedgerOrderKey& entry);
+  // Draws a chart of that many bars from the entered directory and interval, and plays it blind
+  // with the entered account. Windows of a run that is over stay. Returns once its feed has ended;
+  // false, after a box, if it could not begin.
+  bool PlayDrawn(int bars);
 
  private:
   void Load();
@@ -57,8 +61,8 @@ class SetupWindow {
   bool Resume(const NextRun& choice);
   // Puts the quantity of its last order into the panel.
   void ShowQuantityOf(int session);
-  // Begins the run that was claimed.
-  void BeginRun();
+  // Begins the run that was claimed; false if it could not be prepared.
+  bool BeginRun();
   bool SlideToRun();
   void Unload();
   std::string DelayToSave() const;
