@@ -223,7 +223,8 @@ ChartPositions LinkDriver::Positions() {
   const auto too_many = std::ssize(positions.plans) - kMostPlanLines;
   positions.plans.erase(positions.plans.begin(),
                         positions.plans.begin() + std::max<std::ptrdiff_t>(too_many, 0));
-  const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
+  const OrderFigures figures =
+      ReadOrderFigures(inputs_, session_.IsStockMarket(), inputs_.Quantity());
   positions.quantity = figures.problem.empty() ? figures.quantity : 0;
   positions.profit_per_point = session_.ProfitPerContract;
   return positions;

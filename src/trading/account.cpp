@@ -88,10 +88,9 @@ void StartAccount(SimSession& session, const RunInputs& inputs) {
   session.Plans.CloseAll(false);
 }
 
-OrderFigures ReadOrderFigures(const RunInputs& inputs, bool stock) {
+OrderFigures ReadOrderFigures(const RunInputs& inputs, bool stock, const std::string& quantity) {
   OrderFigures figures;
   std::string& problem = figures.problem;
-  const std::string quantity = inputs.Quantity();
   figures.quantity_single = static_cast<float>(Usable(kQuantity, quantity, problem));
   figures.quantity = ToDouble(quantity).value_or(0);
   figures.commission =

@@ -38,6 +38,7 @@ struct OrderFigures {
   std::string problem;        // why they can't be used; empty if they can
 };
 
-OrderFigures ReadOrderFigures(const RunInputs& inputs, bool stock);
+// `quantity` is a text as the trader enters it.
+OrderFigures ReadOrderFigures(const RunInputs& inputs, bool stock, const std::string& quantity);
 
 }  // namespace velumar

@@ -24,12 +24,19 @@ std::string NotPlaced(const LedgerError& error) {
          std::string(error.what());
 }
 
+// Below it, all whole digits of a quantity show.
+constexpr float kAllWholeDigitsShow = 1e7F;
+
+// A quantity that offsets all that is held.
+std::string AllOf(float held) {
+  return held < kAllWholeDigitsShow ? PlainNumberText(held) : ExactText(held);
+}
+
 // What an offset leaves, computed in the decimals that the trader sees: 0.7 minus 0.7 is 0,
 // although the float held is a little less than 0.7. A sum of entries may be off by a digit that
 // the panel doesn't show; a quantity that looks the same closes all of it. Negative if more is
 // offset than held.
 float RemainderOf(float held, float quantity) {
-  constexpr float kAllWholeDigitsShow = 1e7F;
   const bool reads_the_same = PlainNumberText(held) == PlainNumberText(quantity);
   if (reads_the_same && held < kAllWholeDigitsShow) return 0;
   const Decimal left = Decimal::Shortest(held).Minus(Decimal::Shortest(quantity));
@@ -115,19 +122,26 @@ std::string NothingHeldText(const Side& side) {
 
 OrderResult OrderDesk::Enter(const Side& side, std::string_view position) {
   if (!OnBar()) return OrderResult::kInvalid;
-  const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
+  const OrderFigures figures =
+      ReadOrderFigures(inputs_, session_.IsStockMarket(), inputs_.Quantity());
   if (!figures.problem.empty()) return Refuse(figures.problem, OrderResult::kInvalid);
   view_.SetStatusLine(BarLine(session_, platform_.locale));
   return AllOrNothing([&] { return Fill(side, position, figures); });
 }
 
-OrderResult OrderDesk::Offset(const Side& side, std::string_view position) {
+void OrderDesk::OffsetAll() {
+  if (session_.LAccum > 0) Offset(kLongSide, kOffsetLong, AllOf(session_.LAccum));
+  if (session_.SAccum > 0) Offset(kShortSide, kOffsetShort, AllOf(session_.SAccum));
+}
+
+OrderResult OrderDesk::Offset(const Side& side, std::string_view position,
+                              const std::string& quantity) {
   if (!OnBar()) return OrderResult::kInvalid;
   session_.MarketPrice = session_.BarClose[static_cast<std::size_t>(session_.BarIndex)];
   if (session_.*side.Accum == 0) {
     return Refuse(NothingHeldText(side), OrderResult::kNothingHeld);
   }
-  const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
+  const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket(), quantity);
   if (!figures.problem.empty()) return Refuse(figures.problem, OrderResult::kInvalid);
   return AllOrNothing([&] { return Close(side, position, figures); });
 }

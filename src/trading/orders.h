@@ -41,15 +41,24 @@ class OrderDesk {
 
   OrderResult Long() { return last_result_ = Enter(kLongSide, "Long"); }
   OrderResult Short() { return last_result_ = Enter(kShortSide, "Short"); }
-  OrderResult OffsetLong() { return last_result_ = Offset(kLongSide, "Offset Long"); }
-  OrderResult OffsetShort() { return last_result_ = Offset(kShortSide, "Offset Short"); }
+  OrderResult OffsetLong() {
+    return last_result_ = Offset(kLongSide, kOffsetLong, inputs_.Quantity());
+  }
+  OrderResult OffsetShort() {
+    return last_result_ = Offset(kShortSide, kOffsetShort, inputs_.Quantity());
+  }
+  // Offsets all that is held on both sides, whatever quantity is entered.
+  void OffsetAll();
 
   // Of the last order.
   OrderResult LastResult() const { return last_result_; }
 
  private:
+  static constexpr std::string_view kOffsetLong = "Offset Long";
+  static constexpr std::string_view kOffsetShort = "Offset Short";
+
   OrderResult Enter(const Side& side, std::string_view position);
-  OrderResult Offset(const Side& side, std::string_view position);
+  OrderResult Offset(const Side& side, std::string_view position, const std::string& quantity);
 
   bool OnBar();
   OrderResult Fill(const Side& side, std::string_view position, const OrderFigures& figures);

@@ -166,7 +166,8 @@ void TradeTicket::AddRisk(const TicketOrder& order, const std::string& percent,
     if (plan.risk) answer.risk = risks("At the entry it risked", *plan.risk);
     return;
   }
-  const OrderFigures figures = ReadOrderFigures(inputs_, session_.IsStockMarket());
+  const OrderFigures figures =
+      ReadOrderFigures(inputs_, session_.IsStockMarket(), inputs_.Quantity());
   const bool is_long = ImpliesLong(plan, Price());
   const double per_point = session_.ProfitPerContract;
   const auto risk = RiskOf(plan, is_long, Price(), figures.quantity, per_point);
