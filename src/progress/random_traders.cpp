@@ -10,6 +10,7 @@
 
 #include "base/number_text.h"
 #include "progress/progress_figures.h"
+#include "progress/usual_move.h"
 
 namespace velumar {
 
@@ -47,19 +48,6 @@ std::optional<MovableTrade> Movable(const Played& played, const std::vector<doub
                       .bars = static_cast<std::uint32_t>(bars),
                       .position = side * trade.quantity * trade.money_per_point,
                       .compared = usual > 0 ? side / usual : 0};
-}
-
-// The root mean square of the changes from close to close; 0 if there are none.
-double UsualMoveOf(const PlayedSession& session) {
-  double squares = 0;
-  for (std::size_t i = 1; i < session.closes.size(); ++i) {
-    const double change =
-        static_cast<double>(session.closes[i]) - static_cast<double>(session.closes[i - 1]);
-    squares += change * change;
-  }
-  return session.closes.size() < 2
-             ? 0
-             : std::sqrt(squares / static_cast<double>(session.closes.size() - 1));
 }
 
 double BuyAndHold(const Played& played, std::span<const std::int32_t> selection) {
