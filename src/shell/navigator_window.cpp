@@ -1,5 +1,7 @@
 #include "shell/navigator_window.h"
 
+#include <utility>
+
 #include "base/ignoring.h"
 #include "base/number_text.h"
 #include "shell/cards_page.h"
@@ -24,13 +26,15 @@ std::string FastStepTip(std::string_view word, std::string_view key) {
 }  // namespace
 
 NavigatorWindow::NavigatorWindow(SimSession& session, RunView& view, Desktop& desktop,
-                                 Platform& platform, RunControl& run, LedgerConnection& ledger)
+                                 Platform& platform, RunControl& run, LedgerConnection& ledger,
+                                 std::function<void()> leaving)
     : session_(session),
       view_(view),
       desktop_(desktop),
       platform_(platform),
       run_(run),
-      ledger_(ledger) {
+      ledger_(ledger),
+      leaving_(std::move(leaving)) {
   Form2& form = desktop_.Untouched().form2;
   const EventGuard guarded(platform_.boxes);
   form.on_load = guarded("Opening the navigator", [this] { Load(); });
@@ -127,6 +131,7 @@ void NavigatorWindow::CloseAndReturn() {
   Form2& form = Window();
   if (closing_) return;
   closing_ = true;
+  leaving_();
   OfferReveal();
   const bool keeps_position = KeepsPosition();
   platform_.settings.Save("NavTop", PlaceText(form.RestTop()));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "forms/desktop.h"
@@ -14,8 +15,9 @@ namespace velumar {
 // What the controls of the navigator do.
 class NavigatorWindow {
  public:
+  // `leaving` is called when the trader goes back to the setup.
   NavigatorWindow(SimSession& session, RunView& view, Desktop& desktop, Platform& platform,
-                  RunControl& run, LedgerConnection& ledger);
+                  RunControl& run, LedgerConnection& ledger, std::function<void()> leaving);
 
  private:
   void Load();
@@ -38,6 +40,7 @@ class NavigatorWindow {
   Platform& platform_;
   RunControl& run_;
   LedgerConnection& ledger_;
+  std::function<void()> leaving_;
   bool closing_ = false;  // while it slides out; clicks on "Close & Return" are ignored
   std::string chart_count_;
 };

@@ -7,6 +7,8 @@
 #include "session/card_play.h"
 #include "session/run_control.h"
 #include "shell/card_window.h"
+#include "shell/drill_chart_window.h"
+#include "shell/drill_window.h"
 #include "shell/event_guard.h"
 #include "shell/import_window.h"
 #include "shell/navigator_window.h"
@@ -52,7 +54,12 @@ struct Program::Parts {
             desktop, platform, ledger, cache, run, cards,
             [this](int number) { setup.ResumeSession(number); },
             [this](int number) { card_window.Open(number); }),
-        navigator(session, windows, desktop, platform, run, ledger),
+        drill(session, run, orders, windows, platform, ledger),
+        drill_charts(desktop, platform, ledger, cache, run, drill,
+                     [this](int bars) { return setup.PlayDrawn(bars); }),
+        drills(session, desktop, platform, ledger, cache, drill_charts),
+        navigator(session, windows, desktop, platform, run, ledger,
+                  [this] { drill_charts.Leave(); }),
         score_board(session, desktop, platform),
         results(desktop, platform, ledger, cache, score_board, cards,
                 [this](const LedgerOrderKey& entry) { setup.PlayAgain(entry); }),
@@ -89,6 +96,9 @@ struct Program::Parts {
   CardPlay card;
   CardWindow card_window;
   PracticeWindow practice;
+  Drill drill;
+  DrillChartWindow drill_charts;
+  DrillWindow drills;
   NavigatorWindow navigator;
   ScoreBoard score_board;
   ResultWindow results;
@@ -125,7 +135,8 @@ void Program::SetTheme(bool dark) { parts_->chart.SetTheme(dark); }
 
 void Program::QuitChartProgram() { parts_->chart.QuitStarted(); }
 
-void Program::CatchUpChart() {
+void Program::Tick() {
+  EventGuard(parts_->platform.boxes)("The drill", [this] { parts_->drill_charts.Check(); })();
   if (parts_->keys.InRun() || parts_->card.Playing()) parts_->chart.CatchUp();
 }
 

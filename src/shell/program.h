@@ -32,8 +32,9 @@ class Program {
   void SetTheme(bool dark);
   // Closes the chart program if this program has started it. Call it at the end of the process.
   void QuitChartProgram();
-  // Brings the chart up to date if it missed a refresh of the run. Call it about once a second.
-  void CatchUpChart();
+  // Call it about once a second: ends a drill's chart whose time is up, and brings the chart up to
+  // date if it missed a refresh of the run.
+  void Tick();
   // The trader has closed the chart program of that process.
   void ChartClosedByTrader(std::uint32_t process);
   // The chart program shows another series of the store, by the number of its data file, or no

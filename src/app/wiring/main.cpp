@@ -36,7 +36,7 @@ namespace {
 
 constexpr int kFailure = 1;
 constexpr int kBadArguments = 2;
-constexpr std::chrono::milliseconds kCatchUp{1000};
+constexpr std::chrono::milliseconds kTick{1000};
 
 Appearance ApplyLook(const Palette& palette, const LocaleInfo& locale) {
   constexpr int kDialogPixels = 13;
@@ -174,9 +174,9 @@ int Run(QApplication& application, const Options& options, SingleInstance& insta
                                  .shift = (message.second & kMessageShift) != 0,
                                  .repeated = (message.second & kMessageRepeated) != 0});
       });
-  QTimer catch_up;
-  QObject::connect(&catch_up, &QTimer::timeout, [&program] { program.CatchUpChart(); });
-  catch_up.start(kCatchUp);
+  QTimer ticks;
+  QObject::connect(&ticks, &QTimer::timeout, [&program] { program.Tick(); });
+  ticks.start(kTick);
   instance.Listen([&] {
     program.ShowAgain();
     view.Raise();
