@@ -84,6 +84,7 @@ class CommandLine {
     AddJournal();
     AddStats();
     AddCards();
+    AddDrills();
   }
 
   CLI::App& App() { return app_; }
@@ -319,6 +320,13 @@ class CommandLine {
         ->check(NumberFromOne());
   }
 
+  void AddDrills() {
+    CLI::App& command = AddCommand("drills", "List the drills of a ledger with their results.",
+                                   [this] { PrintDrills(drills_, context_); });
+    command.add_option("FILE", drills_.file, "the ledger, such as Portfolio.mdb")->required();
+    command.add_flag("--json", drills_.json, "as one JSON array of objects");
+  }
+
   static void AddPlayedDay(CLI::App& command, const char* flag, std::string& day,
                            const char* help) {
     command
@@ -345,6 +353,7 @@ class CommandLine {
   JournalArguments journal_;
   StatsArguments stats_;
   CardsArguments cards_;
+  DrillsArguments drills_;
 };
 
 }  // namespace

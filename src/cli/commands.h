@@ -136,6 +136,12 @@ struct StatsArguments {
 };
 void PrintStats(const StatsArguments& arguments, CliContext& context);
 
+struct DrillsArguments {
+  std::string file;
+  bool json = false;
+};
+void PrintDrills(const DrillsArguments& arguments, CliContext& context);
+
 void Replay(const ReplayArguments& arguments, CliContext& context);
 // Why NAME=TEXT does not set a control; empty if it does.
 std::string AssignmentProblem(const std::string& assignment);

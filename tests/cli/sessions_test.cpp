@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "cli/sandbox.h"
+#include "ledger/drills.h"
 #include "results/run_record.h"
 #include "session/played_trades.h"
 #include "support/traced_child.h"
@@ -213,6 +214,13 @@ TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
   EXPECT_THAT(box.Run({"stats", box.At("ledger"), "--csv"}).out, HasSubstr(",Tuesday,"));
   ledger.ForWriting().Execute("UPDATE PlayedBars SET Closes = X'0000C07F'");
   EXPECT_EQ(stats({}), all) << "computed again from the data";
+
+  LedgerAddToDrill(ledger, {.began = "2026-11-27 07:03:40", .charts = 3, .bars = 40, .seconds = 90},
+                   1);
+  const json drill = json::parse(box.Run({"drills", box.At("ledger"), "--json"}).out).at(0);
+  EXPECT_EQ(drill["trades"], 13);
+  EXPECT_EQ(drill["sessions"], json::array({1}));
+  EXPECT_THAT(box.Run({"drills", box.At("ledger")}).out, HasSubstr("1 of 3, not finished"));
 }
 
 }  // namespace
