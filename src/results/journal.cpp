@@ -191,6 +191,17 @@ std::vector<Journal> ReadJournals(LedgerConnection& connection) {
   return journals;
 }
 
+std::vector<Journal> ReadJournals(LedgerConnection& connection,
+                                  const std::vector<LedgerScope>& scopes) {
+  const JournalReader reader(connection);
+  std::vector<Journal> journals;
+  journals.reserve(scopes.size());
+  for (const LedgerScope scope : scopes) {
+    journals.push_back(reader.Read(scope, SessionOf(connection, scope)));
+  }
+  return journals;
+}
+
 bool Passes(const JournalEntry& entry, const JournalFilter& filter) {
   const LedgerPlan none;
   const LedgerPlan& plan = entry.plan ? *entry.plan : none;

@@ -46,6 +46,9 @@ Journal ReadJournal(LedgerConnection& connection, LedgerScope scope);
 // Of every session and of every run that belongs to none, the newest first; without those that
 // have neither trades nor notes. Throws LedgerError.
 std::vector<Journal> ReadJournals(LedgerConnection& connection);
+// Of these runs and sessions, in that order. Throws like ReadJournal.
+std::vector<Journal> ReadJournals(LedgerConnection& connection,
+                                  const std::vector<LedgerScope>& scopes);
 
 // Which trades to list. What is empty lets all pass.
 struct JournalFilter {
