@@ -9,6 +9,7 @@ namespace velumar {
 // How reports look on paper. Sizes are units of 1/96 inch.
 inline constexpr int kHeadingPixels = 14;
 inline constexpr int kTextPixels = 11;
+inline constexpr int kSmallestPixels = 6;
 
 inline const QColor kInk(0x1b, 0x25, 0x36);
 inline const QColor kFaint(0x5c, 0x67, 0x7a);
