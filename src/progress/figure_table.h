@@ -44,6 +44,7 @@ struct FigureRow {
   // Of another figure. NaN or infinite if it has no value.
   double (*value)(const Whole&) = nullptr;
   std::string_view formula;
+  std::string_view meaning;  // one line for a reader who doesn't know the figures
 };
 
 // All figures in display order.

@@ -23,7 +23,7 @@ std::string Comparison(const SkillOrLuck& whole) {
       static_cast<double>(std::max<std::size_t>(whole.random_results.size(), 1));
   std::string text =
       "Moves of the price in the trades' direction, in usual moves from close to close: " +
-      MoneyText(whole.compared) + " in yours, " + MoneyText(random) +
+      MoneyText(whole.compared) + " in these trades, " + MoneyText(random) +
       " in those of random traders on average. In money, before costs: " + MoneyText(whole.result) +
       "; buying at the start of each session and holding to its end: " +
       MoneyText(whole.buy_and_hold) + ".";

@@ -257,7 +257,7 @@ NumberPicture LuckPicture(const SkillOrLuck* skill) {
     if (width <= 0) break;  // all random traders did the same
   }
   picture.panes.push_back({"Random traders", {std::move(bars)}});
-  picture.x_title = "Usual moves in the trades' direction; the line is yours";
+  picture.x_title = "Usual moves in the trades' direction; the line is these trades";
   picture.mark = skill->compared;
   return picture;
 }

@@ -222,7 +222,8 @@ ProgressFigures ComputeFigures(const Played& played, std::span<const std::int32_
                                               ? ProgressFigure::Sureness::kTooFew
                                               : ProgressFigure::Sureness::kNone,
                               .interval = {},
-                              .formula = row.formula});
+                              .formula = row.formula,
+                              .meaning = row.meaning});
   }
   if (options.count > 0 && whole.sums[kTrades] >= kTooFewTrades) {
     FigureRounds(pieces, whole).Compute(options, result.figures);

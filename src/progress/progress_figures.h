@@ -32,6 +32,7 @@ struct ProgressFigure {
   Sureness sureness = Sureness::kNone;
   Interval interval;  // 95 %
   std::string_view formula;
+  std::string_view meaning;  // one line for a reader who doesn't know the figures
 
   std::string ValueText() const;
   // "0.12 to 0.48"; "too few"; "-".
