@@ -168,13 +168,21 @@ class CommandLine {
   }
 
   void AddReport(const DrawingCommands& drawing) {
-    CLI::App& command = AddCommand("report",
-                                   "Write the figures, statistics, chart and orders of a run or "
-                                   "session as a PDF.",
-                                   [this, &drawing] { drawing.write_report(report_); });
+    CLI::App& command =
+        AddCommand("report",
+                   "Write a report for a coach: of a run or session with its orders, or over all "
+                   "of them.",
+                   [this, &drawing] { drawing.write_report(report_, context_); });
     AddScope(command, report_);
-    command.add_option("--out", report_.out, "the report, a .pdf file")->required();
+    command.add_option("--out", report_.out, "the report, a .pdf file; with --all also .html")
+        ->required();
     AddDatePattern(command, report_.date_pattern);
+    CLI::Option* all = command.add_flag(
+        "--all", report_.all,
+        "over all sessions: progress, setups, best and worst trades, what the words mean");
+    CLI::App& filters = *command.add_option_group("With --all");
+    AddSelection(filters, report_.selection);
+    for (CLI::Option* const option : filters.get_options()) option->needs(all);
   }
 
   void AddReplay() {
@@ -256,12 +264,31 @@ class CommandLine {
     CLI::App& command = AddCommand(
         "stats", "Print the figures over all sessions of a ledger, with intervals, skill and risk.",
         [this] { PrintStats(stats_, context_); });
-    TradeFilter& filter = stats_.filter;
     command.add_option("FILE", stats_.file, "the ledger, such as Portfolio.mdb")->required();
-    command.add_option("--symbol", stats_.symbol, "only trades of this security");
-    command.add_option("--interval", stats_.interval, "D for daily bars, or the minutes")
+    AddSelection(command, stats_);
+    command
+        .add_option_function<std::vector<int>>(
+            "--session",
+            [this](const std::vector<int>& numbers) {
+              for (const int number : numbers) {
+                stats_.filter.sessions.push_back(LedgerScope::Session(number));
+              }
+            },
+            "the numbers of sessions (default: all, and the runs that belong to none)")
+        ->check(NumberFromOne());
+    CLI::Option* json =
+        command.add_flag("--json", stats_.json, "as one JSON object, with the formulas");
+    command.add_flag("--csv", stats_.csv, "each trade in full, as CSV, in place of the figures")
+        ->excludes(json);
+  }
+
+  // The options that say which trades count.
+  static void AddSelection(CLI::App& command, SelectionArguments& selection) {
+    TradeFilter& filter = selection.filter;
+    command.add_option("--symbol", selection.symbol, "only trades of this security");
+    command.add_option("--interval", selection.interval, "D for daily bars, or the minutes")
         ->check(IntervalProblem);
-    command.add_option("--setup", stats_.setup, "only trades whose plan names this setup");
+    command.add_option("--setup", selection.setup, "only trades whose plan names this setup");
     AddChoice(command, "--side", filter.is_long, {{"long", true}, {"short", false}},
               "long or short");
     CLI::Option* blind = command.add_flag_callback(
@@ -282,24 +309,10 @@ class CommandLine {
             "of the entry, 1 for Monday to 7")
         ->check(CLI::Range(1, 7));
     command.add_option("--hour", filter.hour, "of the entry, 0 to 23")->check(CLI::Range(0, 23));
-    command
-        .add_option_function<std::vector<int>>(
-            "--session",
-            [&filter](const std::vector<int>& numbers) {
-              for (const int number : numbers) {
-                filter.sessions.push_back(LedgerScope::Session(number));
-              }
-            },
-            "the numbers of sessions (default: all, and the runs that belong to none)")
-        ->check(NumberFromOne());
     command.add_flag("--look-ahead", filter.look_ahead, "also trades that knew later bars");
-    command.add_option("--rounds", stats_.rounds, "of resampling (default: 10000)")
+    command.add_option("--rounds", selection.rounds, "of resampling (default: 10000)")
         ->check(CLI::Range(100, 1'000'000));
-    command.add_option("--seed", stats_.seed, "of the random numbers (default: 1)");
-    CLI::Option* json =
-        command.add_flag("--json", stats_.json, "as one JSON object, with the formulas");
-    command.add_flag("--csv", stats_.csv, "each trade in full, as CSV, in place of the figures")
-        ->excludes(json);
+    command.add_option("--seed", selection.seed, "of the random numbers (default: 1)");
   }
 
   void AddCards() {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "import/price_import.h"
-#include "progress/trade_filter.h"
+#include "progress/summary.h"
 #include "results/run_record.h"
 
 namespace velumar {
@@ -84,12 +84,29 @@ struct ChartArguments : ScopeArguments {
   std::string out;
   std::string type = "2D Line";
 };
+// The trades that a command is about, over all sessions, and how they are resampled.
+struct SelectionArguments {
+  std::string file;
+  std::string symbol;  // empty: any
+  std::string setup;
+  std::string interval;  // "D" or the minutes
+  TradeFilter filter;    // what it has of these three does not count
+  int rounds = 10'000;
+  std::uint64_t seed = 1;
+};
+// Throws std::runtime_error for a name that no trade has.
+TradeFilter FilterOf(const SelectionArguments& arguments, const Played& played);
+ProgressSummary SummaryOf(const Played& played, const TradeFilter& filter,
+                          const SelectionArguments& arguments, CliContext& context);
+
 struct ReportArguments : ScopeArguments {
   std::string out;
+  bool all = false;  // over all sessions, or the one of the scope
+  SelectionArguments selection;
 };
 struct DrawingCommands {
   void (*draw_chart)(const ChartArguments& arguments);
-  void (*write_report)(const ReportArguments& arguments);
+  void (*write_report)(const ReportArguments& arguments, CliContext& context);
 };
 // Null if the program was built without the windows.
 const DrawingCommands* FindDrawingCommands();
@@ -123,14 +140,7 @@ struct CardsArguments {
 // Makes or deletes cards, or lists them.
 void Cards(const CardsArguments& arguments, CliContext& context);
 
-struct StatsArguments {
-  std::string file;
-  std::string symbol;  // empty: any
-  std::string setup;
-  std::string interval;  // "D" or the minutes
-  TradeFilter filter;    // what it has of these three does not count
-  int rounds = 10'000;
-  std::uint64_t seed = 1;
+struct StatsArguments : SelectionArguments {
   bool json = false;
   bool csv = false;  // the trades
 };

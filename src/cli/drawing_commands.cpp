@@ -3,9 +3,13 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "progress/coach_report.h"
+#include "progress/played_ledger.h"
 #include "resultchart/chart_file.h"
+#include "resultchart/coach_file.h"
 #include "resultchart/report.h"
 #include "resultchart/result_plot.h"
+#include "session/played_trades.h"
 
 namespace velumar {
 
@@ -40,7 +44,20 @@ void DrawChart(const ChartArguments& arguments) {
   SaveChartFile(plot, kPictureSize, QString::fromStdString(arguments.out));
 }
 
-void WriteReport(const ReportArguments& arguments) {
+void WriteCoachReport(const ReportArguments& arguments, CliContext& context) {
+  LedgerConnection ledger = OpenScope(arguments);
+  const std::vector<PlayedScope> scopes = PlayedScopes(ledger, context.cache);
+  const Played played = PlayedOf(scopes, LedgerEntryPlans(ledger));
+  TradeFilter filter = FilterOf(arguments.selection, played);
+  if (arguments.scope != kCurrentRun) filter.sessions = {arguments.scope};
+  const ProgressSummary summary = SummaryOf(played, filter, arguments.selection, context);
+  const CoachReport report = MakeCoachReport(ledger, {played, scopes, filter}, summary);
+  StartOffscreenQt();
+  SaveCoachReport(report, QString::fromStdString(arguments.out));
+}
+
+void WriteReport(const ReportArguments& arguments, CliContext& context) {
+  if (arguments.all) return WriteCoachReport(arguments, context);
   LedgerConnection ledger = OpenScope(arguments);
   const Report report = ReadReport(ledger, arguments.scope);
   StartOffscreenQt();

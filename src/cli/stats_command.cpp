@@ -26,41 +26,6 @@ std::optional<std::int32_t> PlaceOf(const std::vector<std::string>& names, const
   return static_cast<std::int32_t>(found - names.begin());
 }
 
-TradeFilter FilterOf(const StatsArguments& arguments, const Played& played) {
-  TradeFilter filter = arguments.filter;
-  filter.symbol = PlaceOf(played.symbols, arguments.symbol, "security");
-  filter.setup = PlaceOf(played.setups, arguments.setup, "setup");
-  if (!arguments.interval.empty()) filter.interval = IntervalFromText(arguments.interval);
-  return filter;
-}
-
-// What the command prints.
-struct Stats {
-  Selection selection;
-  ProgressFigures computed;
-  std::vector<SkillOrLuck> skills;
-  std::optional<RiskAhead> risk;
-};
-
-Stats Compute(const Played& played, const StatsArguments& arguments, CliContext& context) {
-  RoundOptions options{.count = arguments.rounds, .seed = arguments.seed};
-  if (context.shows_progress) {
-    options.progress = [&context](double share) {
-      context.err << "\r" << static_cast<int>(share * 100) << " %" << std::flush;
-    };
-  }
-  Stats stats;
-  stats.selection = Select(played, FilterOf(arguments, played));
-  const EquityCurve curve = ChainEquity(played, stats.selection);
-  stats.computed = ComputeFigures(played, stats.selection, curve, options);
-  std::vector<TradeGroup> groups = GroupsBySetup(played, stats.selection);
-  groups.insert(groups.begin(), {"all", stats.selection});
-  stats.skills = CompareWithRandomTraders(played, groups, options);
-  stats.risk = ComputeRiskAhead(played, stats.selection, options);
-  if (context.shows_progress) context.err << "\r     \r" << std::flush;
-  return stats;
-}
-
 nlohmann::ordered_json FigureObject(const ProgressFigure& figure) {
   nlohmann::ordered_json object{
       {"name", figure.name}, {"value", nullptr}, {"n", figure.n},    {"counted", figure.counted},
@@ -98,16 +63,16 @@ nlohmann::ordered_json RiskObject(const RiskAhead& risk) {
   return object;
 }
 
-std::string StatsJson(const Stats& stats, const StatsArguments& arguments) {
-  nlohmann::ordered_json object{{"trades", stats.selection.size()},
-                                {"sessions", stats.computed.sessions},
+std::string StatsJson(const ProgressSummary& stats, const StatsArguments& arguments) {
+  nlohmann::ordered_json object{{"trades", stats.trades.size()},
+                                {"sessions", stats.figures.sessions},
                                 {"rounds", arguments.rounds},
                                 {"seed", arguments.seed},
-                                {"resampled", stats.computed.over_sessions ? "sessions" : "trades"},
+                                {"resampled", stats.figures.over_sessions ? "sessions" : "trades"},
                                 {"figures", nlohmann::ordered_json::array()},
                                 {"groups", nlohmann::ordered_json::array()},
                                 {"next_100_trades", nullptr}};
-  for (const ProgressFigure& figure : stats.computed.figures) {
+  for (const ProgressFigure& figure : stats.figures.figures) {
     object["figures"].push_back(FigureObject(figure));
   }
   for (const SkillOrLuck& skill : stats.skills) {
@@ -117,13 +82,13 @@ std::string StatsJson(const Stats& stats, const StatsArguments& arguments) {
   return JsonText(object, kIndented);
 }
 
-std::string StatsText(const Stats& stats) {
+std::string StatsText(const ProgressSummary& stats) {
   TextTable table({{"Figure"},
                    {"Value", TextTable::kRight},
                    {"95 % interval", TextTable::kRight},
                    {"n", TextTable::kRight},
                    {"of"}});
-  for (const ProgressFigure& figure : stats.computed.figures) {
+  for (const ProgressFigure& figure : stats.figures.figures) {
     table.AddRow({std::string(figure.name), figure.ValueText(), figure.IntervalText(),
                   std::to_string(figure.n), std::string(figure.counted)});
   }
@@ -134,6 +99,27 @@ std::string StatsText(const Stats& stats) {
 
 }  // namespace
 
+TradeFilter FilterOf(const SelectionArguments& arguments, const Played& played) {
+  TradeFilter filter = arguments.filter;
+  filter.symbol = PlaceOf(played.symbols, arguments.symbol, "security");
+  filter.setup = PlaceOf(played.setups, arguments.setup, "setup");
+  if (!arguments.interval.empty()) filter.interval = IntervalFromText(arguments.interval);
+  return filter;
+}
+
+ProgressSummary SummaryOf(const Played& played, const TradeFilter& filter,
+                          const SelectionArguments& arguments, CliContext& context) {
+  RoundOptions options{.count = arguments.rounds, .seed = arguments.seed};
+  if (context.shows_progress) {
+    options.progress = [&context](double share) {
+      context.err << "\r" << static_cast<int>(share * 100) << " %" << std::flush;
+    };
+  }
+  ProgressSummary summary = Summarise(played, Select(played, filter), options);
+  if (context.shows_progress) context.err << "\r     \r" << std::flush;
+  return summary;
+}
+
 void PrintStats(const StatsArguments& arguments, CliContext& context) {
   LedgerConnection ledger = OpenScope({arguments.file, kCurrentRun, {}});
   const std::vector<PlayedScope> scopes = PlayedScopes(ledger, context.cache);
@@ -143,7 +129,7 @@ void PrintStats(const StatsArguments& arguments, CliContext& context) {
     context.out << TradesCsv(scopes, plans, Select(played, FilterOf(arguments, played)));
     return;
   }
-  const Stats stats = Compute(played, arguments, context);
+  const ProgressSummary stats = SummaryOf(played, FilterOf(arguments, played), arguments, context);
   context.out << (arguments.json ? StatsJson(stats, arguments) : StatsText(stats));
 }
 

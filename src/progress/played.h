@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/ledger_scope.h"
@@ -63,6 +64,9 @@ struct PlayedSession {
   // shown. Empty if the data was gone before they were recorded.
   std::int32_t first_bar = 0;
   std::vector<float> closes;
+
+  // "2026-11-27"; empty if it was not recorded.
+  std::string_view PlayedDay() const { return std::string_view(played_at).substr(0, 10); }
 };
 
 struct Played {

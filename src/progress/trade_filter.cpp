@@ -7,8 +7,6 @@ namespace velumar {
 
 namespace {
 
-constexpr std::size_t kDateLength = 10;  // of "2026-11-27 07:03:40"
-
 template <typename Value>
 bool Passes(const std::optional<Value>& wanted, Value value) {
   return !wanted || *wanted == value;
@@ -16,7 +14,7 @@ bool Passes(const std::optional<Value>& wanted, Value value) {
 
 bool WasPlayedWithin(const PlayedSession& session, const TradeFilter& filter) {
   if (filter.played_from.empty() && filter.played_to.empty()) return true;
-  const std::string_view date = std::string_view(session.played_at).substr(0, kDateLength);
+  const std::string_view date = session.PlayedDay();
   return !date.empty() && date >= filter.played_from &&
          (filter.played_to.empty() || date <= filter.played_to);
 }
