@@ -35,9 +35,9 @@ struct ProgressControls {
   }
   // All of them, to show or hide the tab.
   std::vector<Control*> All() {
-    std::vector<Control*> all{&chkLookAhead, &lblDays,        &txtFromDay,  &lblToDay,
-                              &txtToDay,     &lstFigures,     &lblOwn,      &lblOther,
-                              &pltOther,     &cmdSavePicture, &pltProgress, &lstFindings};
+    std::vector<Control*> all{&chkLookAhead, &lblDays,     &txtFromDay, &lblToDay, &txtToDay,
+                              &lstFigures,   &lblOwn,      &lblOther,   &pltOther, &cmdSavePicture,
+                              &pltProgress,  &lstFindings, &cmdReport};
     for (ComboBox* list : Lists()) all.push_back(list);
     return all;
   }
@@ -108,6 +108,9 @@ struct ProgressControls {
   Plot pltOther{form_, {"pltOther", 5325, 3510, 5130, 2745, "", ""}};
   ListBox lstFindings{form_,
                       {"lstFindings", 120, 5745, 10335, 2070, "", "", {}, "What the figures say"}};
+  Button cmdReport{form_,
+                   {"cmdReport", 7470, 7920, 1320, 345, "Report...",
+                    "Save these figures, pictures and trades for a coach, as PDF or HTML"}};
 };
 
 }  // namespace velumar

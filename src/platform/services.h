@@ -65,6 +65,8 @@ class Clipboard {
   virtual void SetText(std::string_view text) = 0;
 };
 
+struct CoachReport;  // progress/coach_report.h
+
 class Printers {
  public:
   virtual ~Printers() = default;
@@ -72,6 +74,8 @@ class Printers {
   // Prints the report of a run or session, or writes it to `pdf_file` if that isn't empty. Throws
   // std::runtime_error with the reason.
   virtual void PrintReport(LedgerScope scope, const std::string& pdf_file) = 0;
+  // Saves a report over all sessions as .pdf or .html. Throws std::runtime_error with the reason.
+  virtual void SaveCoachReport(const CoachReport& report, const std::string& file) = 0;
 };
 
 // The user's settings of the application `Velumar`: texts in sections, its own in kSection.

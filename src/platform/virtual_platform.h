@@ -132,8 +132,12 @@ class FixedPrinters : public Printers {
     printed.push_back((session ? "session " : "run ") + std::to_string(scope.number) + ":" +
                       pdf_file);
   }
+  void SaveCoachReport(const CoachReport& report, const std::string& file) override {
+    if (on_coach_report) on_coach_report(report, file);
+  }
   bool any = false;
   std::vector<std::string> printed;
+  std::function<void(const CoachReport& report, const std::string& file)> on_coach_report;
 };
 
 class MemorySettings : public SettingsStore {

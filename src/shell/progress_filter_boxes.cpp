@@ -9,6 +9,7 @@
 #include "base/dates.h"
 #include "base/text.h"
 #include "marketdata/interval.h"
+#include "progress/filter_text.h"
 
 namespace velumar {
 
@@ -26,10 +27,6 @@ std::vector<ComboBox::Row> RowsOf(const std::string& any, const std::vector<std:
   rows.reserve(names.size() + 1);
   for (const std::string& name : names) rows.push_back({name});
   return rows;
-}
-
-std::string IntervalLabel(std::int32_t interval) {
-  return interval == kAbsent ? "Daily bars" : std::to_string(interval) + "-minute bars";
 }
 
 // "Session 12: ABC, 2026-11-27".

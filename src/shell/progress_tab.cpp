@@ -1,11 +1,12 @@
 #include "shell/progress_tab.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include "base/number_text.h"
 #include "base/text.h"
-#include "progress/findings.h"
+#include "progress/coach_report.h"
 #include "progress/pictures.h"
 #include "progress/played_ledger.h"
 #include "progress/trade_export.h"
@@ -32,6 +33,7 @@ ProgressTab::ProgressTab(Desktop& desktop, Platform& platform, LedgerConnection&
   ProgressControls& controls = Controls();
   filters_.Connect(guarded("Computing the figures", [this] { Recompute(); }));
   controls.cbxPicture.on_click = guarded("Drawing the picture", [this] { ShowPicture(); });
+  controls.cmdReport.on_click = guarded("Saving the report", [this] { SaveReport(); });
   controls.cmdSavePicture.on_click = guarded("Saving the picture", [this] { SavePicture(); });
   controls.lstFigures.on_copy =
       guarded("Copying", [this] { platform_.clipboard.SetText(Controls().lstFigures.CopyText()); });
@@ -42,7 +44,7 @@ void ProgressTab::SetUp() {
   played_.reset();
   own_ = {};
   other_.reset();
-  skills_.clear();
+  complete_ = false;
 }
 
 void ProgressTab::Leave() {
@@ -93,20 +95,20 @@ void ProgressTab::Recompute() {
   if (!played_) return;
   const unsigned computing = ++computing_;
   const TradeFilter filter = filters_.Filter();
-  const auto group_of = [this](Selection trades) {
-    Group group;
-    group.trades = std::move(trades);
-    group.curve = ChainEquity(*played_, group.trades);
+  const auto values_of = [this](Selection trades) {
+    ProgressSummary summary;
+    summary.trades = std::move(trades);
+    summary.curve = ChainEquity(*played_, summary.trades);
     RoundOptions values_only;
     values_only.count = 0;
-    group.figures = ComputeFigures(*played_, group.trades, group.curve, values_only);
-    return group;
+    summary.figures = ComputeFigures(*played_, summary.trades, summary.curve, values_only);
+    return summary;
   };
-  own_ = group_of(Select(*played_, filter));
+  complete_ = false;
+  own_ = values_of(Select(*played_, filter));
   ProgressFilterBoxes::Compared compared = filters_.Compare(*played_, filter, own_.trades);
-  other_ = compared.trades ? std::optional(group_of(std::move(*compared.trades))) : std::nullopt;
+  other_ = compared.trades ? std::optional(values_of(std::move(*compared.trades))) : std::nullopt;
   hint_ = std::move(compared.hint);
-  skills_.clear();
   Controls().Arrange(other_.has_value());
   ShowFigures();
   ShowPicture();
@@ -121,30 +123,55 @@ void ProgressTab::Recompute() {
 void ProgressTab::ComputeRounds(unsigned computing) {
   // The trades may be read again while events run.
   const std::shared_ptr<const Played> played = played_;
-  const Group own = own_;
-  RoundOptions options;
-  options.progress = [&](double) {
-    platform_.events.ProcessPending();
-    if (computing != computing_) throw Superseded();
-  };
+  const ProgressSummary own = own_;
+  const RoundOptions options = Rounds(computing);
   own_.figures = ComputeFigures(*played, own.trades, own.curve, options);
   if (other_) {
-    const Group other = *other_;
+    const ProgressSummary other = *other_;
     other_->figures = ComputeFigures(*played, other.trades, other.curve, options);
   }
   ShowFigures();
-  std::vector<TradeGroup> groups = GroupsBySetup(*played, own.trades);
-  if (other_) groups.insert(groups.begin(), {"Compared", other_->trades});
-  groups.insert(groups.begin(), {"All", own.trades});
-  skills_ = CompareWithRandomTraders(*played, groups, options);
+  std::vector<TradeGroup> groups = ComparedGroups(*played, own.trades);
+  if (other_) groups.insert(groups.begin() + 1, {"Compared", other_->trades});
+  own_.skills = CompareWithRandomTraders(*played, groups, options);
   ShowPicture();
-  std::vector<std::string> lines =
-      FindingsOf(skills_, ComputeRiskAhead(*played, own.trades, options));
-  const std::string drawn = own.figures.over_sessions ? "sessions" : "trades";
-  lines.push_back("Intervals hold the true figure in 95 of 100 cases if later " + drawn +
-                  " are like these; they draw from the " + drawn +
-                  ". Excursions are bounds: what came first within a bar is not known.");
-  ShowFindings(std::move(lines));
+  own_.risk = ComputeRiskAhead(*played, own.trades, options);
+  complete_ = true;
+  ShowFindings(SummaryFindings(own_));
+}
+
+RoundOptions ProgressTab::Rounds(unsigned computing) {
+  RoundOptions options;
+  options.progress = [this, computing](double) {
+    platform_.events.ProcessPending();
+    if (computing != computing_) throw Superseded();
+  };
+  return options;
+}
+
+void ProgressTab::SaveReport() {
+  const auto file = platform_.files.ChooseFile(
+      {{"Report (*.pdf)", "pdf"}, {"Web page (*.html)", "html"}}, "Practice report");
+  if (!file || file->empty()) return;
+  if (!complete_) Recompute();
+  const std::shared_ptr<const Played> played = played_;
+  ProgressSummary summary = own_;
+  try {
+    if (!complete_) throw Superseded();
+    ShowFindings({"Writing the report ..."});
+    const RoundOptions options = Rounds(computing_);
+    options.progress(0);
+    if (other_) {
+      const std::vector<TradeGroup> groups = ComparedGroups(*played, summary.trades);
+      summary.skills = CompareWithRandomTraders(*played, groups, options);
+    }
+  } catch (const Superseded&) {
+    throw std::runtime_error("Other trades were chosen meanwhile. Nothing was saved.");
+  }
+  ShowFindings(SummaryFindings(own_));  // visible once events run again
+  platform_.printers.SaveCoachReport(
+      MakeCoachReport(ledger_, {*played, scopes_, filters_.Filter()}, summary), *file);
+  platform_.boxes.Show("The report was saved as " + *file + ".", BoxIcon::kInformation);
 }
 
 void ProgressTab::ShowFigures() {
@@ -177,12 +204,12 @@ void ProgressTab::ShowFigures() {
 void ProgressTab::ShowPicture() {
   if (!played_) return;
   const auto kind = static_cast<ProgressPicture>(std::max(Controls().cbxPicture.Index(), 0));
-  const auto show = [&](Plot& plot, const Group& group, const SkillOrLuck* skill) {
+  const auto show = [&](Plot& plot, const ProgressSummary& group, const SkillOrLuck* skill) {
     plot.SetPicture(std::make_shared<const NumberPicture>(
         PictureOf(kind, *played_, group.trades, group.curve, skill)));
   };
   const auto skill_of = [this](std::size_t group) {
-    return group < skills_.size() ? &skills_[group] : nullptr;
+    return group < own_.skills.size() ? &own_.skills[group] : nullptr;
   };
   show(Controls().pltProgress, own_, skill_of(0));
   if (other_) show(Controls().pltOther, *other_, skill_of(1));

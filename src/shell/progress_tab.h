@@ -9,11 +9,8 @@
 #include "ledger/trades.h"
 #include "marketdata/index_cache.h"
 #include "platform/platform.h"
-#include "progress/equity_curve.h"
 #include "progress/played.h"
-#include "progress/progress_figures.h"
-#include "progress/random_traders.h"
-#include "progress/trade_filter.h"
+#include "progress/summary.h"
 #include "shell/progress_filter_boxes.h"
 
 namespace velumar {
@@ -36,19 +33,16 @@ class ProgressTab {
   std::string TradesAsCsv() const;
 
  private:
-  // Trades and what is computed of them.
-  struct Group {
-    Selection trades;
-    EquityCurve curve;
-    ProgressFigures figures;
-  };
-
   // Returns false if it was ended.
   bool Read();
   void ListChoices();
   void Recompute();
   // Intervals, random traders and risks.
   void ComputeRounds(unsigned computing);
+  // How rounds are computed while events run; a newer computation ends them.
+  RoundOptions Rounds(unsigned computing);
+  // Computes first what is not computed yet.
+  void SaveReport();
   void ShowFigures();
   void ShowPicture();
   void ShowFindings(std::vector<std::string> lines);
@@ -62,11 +56,11 @@ class ProgressTab {
   ProgressFilterBoxes filters_;
   std::vector<PlayedScope> scopes_;
   std::shared_ptr<const Played> played_;  // of the scopes; null before it is read
-  Group own_;
-  std::optional<Group> other_;
-  std::vector<SkillOrLuck> skills_;
-  std::string hint_;        // why there is no second group
-  unsigned computing_ = 0;  // rises with each filter; an older computation ends
+  ProgressSummary own_;                   // a second group is in its skills, after the whole
+  std::optional<ProgressSummary> other_;  // without skill and risk
+  bool complete_ = false;                 // the rounds are computed
+  std::string hint_;                      // why there is no second group
+  unsigned computing_ = 0;                // rises with each filter; an older computation ends
 };
 
 }  // namespace velumar

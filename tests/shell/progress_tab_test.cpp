@@ -1,4 +1,4 @@
-#include "progress/number_picture.h"
+#include "progress/coach_report.h"
 #include "support/whole_program.h"
 
 namespace velumar {
@@ -77,6 +77,26 @@ TEST_F(ProgressTabTest, ExportsTheListedTradesInFull) {
       csv,
       HasSubstr("\n1,,ABC,D,0,Short,1,2000-05-13 00:00:00,101,2000-05-16 00:00:00,99,3,,2,2000,,"
                 "2140,-140,,6,6000,,1,3,3000,,2,0.88888"));
+}
+
+TEST_F(ProgressTabTest, ReportsTheListedTrades) {
+  std::vector<std::string> saved;
+  all->outside.printers.on_coach_report = [&](const CoachReport& report, const std::string& file) {
+    saved.push_back(file + ": " + report.facts.at(0).second + ", " + report.facts.at(1).second);
+    if (saved.size() == 2) throw std::runtime_error("the disk is full");
+  };
+  all->outside.files.answers = {"/data/r.pdf", "/full/r.html"};
+  Tab().cbxOfSide.UserChoose(2);
+  const std::vector<std::string> findings = Tab().lstFindings.Lines();
+  Tab().cmdReport.UserClick();
+  EXPECT_THAT(all->outside.boxes.shown.back(), HasSubstr("saved as "));
+  Tab().cmdReport.UserClick();
+  EXPECT_THAT(all->outside.boxes.shown.back(), HasSubstr("the disk is full"));
+  EXPECT_EQ(saved.size(), 2U);
+  EXPECT_THAT(saved, testing::Each(HasSubstr(": Side: short, 1")));
+  EXPECT_EQ(Tab().lstFindings.Lines(), findings);
+  Tab().cmdReport.UserClick();
+  EXPECT_EQ(saved.size(), 2U) << "cancelled";
 }
 
 TEST_F(ProgressTabTest, ALedgerThatCantBeReadLeavesTheTabBefore) {

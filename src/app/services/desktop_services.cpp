@@ -12,6 +12,7 @@
 #include "base/ignoring.h"
 #include "charts/qt_text.h"
 #include "forms/form.h"
+#include "resultchart/coach_file.h"
 #include "resultchart/report.h"
 
 namespace velumar {
@@ -219,6 +220,10 @@ void QtPrinters::PrintReport(LedgerScope scope, const std::string& pdf_file) {
   } else {
     SaveReport(report, ToQt(pdf_file));
   }
+}
+
+void QtPrinters::SaveCoachReport(const CoachReport& report, const std::string& file) {
+  velumar::SaveCoachReport(report, ToQt(file));
 }
 
 }  // namespace velumar

@@ -73,6 +73,7 @@ class QtPrinters : public Printers {
   explicit QtPrinters(LedgerConnection& ledger) : ledger_(ledger) {}
   bool Any() const override;
   void PrintReport(LedgerScope scope, const std::string& pdf_file) override;
+  void SaveCoachReport(const CoachReport& report, const std::string& file) override;
 
  private:
   LedgerConnection& ledger_;
