@@ -99,7 +99,7 @@ std::string Drill::StatusText() const {
                      std::to_string(drill_.bars);
   if (drill_.seconds > 0) {
     const auto left = std::chrono::ceil<std::chrono::seconds>(TimeLeft()).count();
-    text += ", " + ClockText(static_cast<int>(std::max<long>(left, 0))) + " left";
+    text += ", " + ClockText(static_cast<int>(std::max<std::int64_t>(left, 0))) + " left";
   }
   return text;
 }
