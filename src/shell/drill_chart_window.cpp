@@ -13,9 +13,9 @@ namespace velumar {
 
 namespace {
 
-constexpr std::string_view kTopKey = "DrillTop";
-constexpr std::string_view kLeftKey = "DrillLeft";
-constexpr float kGap = 100;  // twips
+constexpr std::string_view kDrillTopKey = "DrillTop";
+constexpr std::string_view kDrillLeftKey = "DrillLeft";
+constexpr float kGapToNavigator = 100;  // twips
 
 using Stage = Drill::Stage;
 
@@ -54,8 +54,8 @@ void DrillChartWindow::Load() {
 // Above the navigator, or below the trade panel, until the trader drags it elsewhere.
 void DrillChartWindow::Place() {
   FrmDrillChart& form = Window();
-  std::string top = platform_.settings.Read(kTopKey).value_or("0");
-  std::string left = platform_.settings.Read(kLeftKey).value_or("0");
+  std::string top = platform_.settings.Read(kDrillTopKey).value_or("0");
+  std::string left = platform_.settings.Read(kDrillLeftKey).value_or("0");
   if (CanRestorePlace(top, left, form, platform_.screen)) {
     form.SetTop(PlaceFromText(top));
     form.SetLeft(PlaceFromText(left));
@@ -63,14 +63,14 @@ void DrillChartWindow::Place() {
   }
   const Form2& navigator = desktop_.Untouched().form2;
   const Form3& panel = desktop_.Untouched().form3;
-  const float above = navigator.Top() - form.Height() - kGap;
-  form.SetTop(above >= 0 ? above : panel.Top() + panel.Height() + kGap);
+  const float above = navigator.Top() - form.Height() - kGapToNavigator;
+  form.SetTop(above >= 0 ? above : panel.Top() + panel.Height() + kGapToNavigator);
   form.SetLeft(std::max(navigator.Left(), 0.0F));
 }
 
 void DrillChartWindow::SavePlace() {
-  platform_.settings.Save(kTopKey, PlaceText(Window().Top()));
-  platform_.settings.Save(kLeftKey, PlaceText(Window().Left()));
+  platform_.settings.Save(kDrillTopKey, PlaceText(Window().Top()));
+  platform_.settings.Save(kDrillLeftKey, PlaceText(Window().Left()));
 }
 
 void DrillChartWindow::Begin(const LedgerDrill& plan) {
