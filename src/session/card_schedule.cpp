@@ -1,6 +1,7 @@
 #include "session/card_schedule.h"
 
 #include <algorithm>
+#include <list>
 #include <map>
 #include <utility>
 
@@ -15,20 +16,39 @@ using Verdict = LedgerCardAnswer::Verdict;
 
 constexpr int kLastStep = static_cast<int>(kCardDays.size()) - 1;
 
-// A security with more than half of the cards left must be next, or two of its cards meet later.
-std::size_t NextPlace(const std::vector<std::string>& left, std::string_view last) {
-  std::map<std::string_view, std::size_t> counts;
-  for (const std::string& security : left) ++counts[security];
-  const auto may_follow = [&](const std::string& security, bool only_frequent) {
-    return security != last && (!only_frequent || 2 * counts[security] > left.size());
-  };
-  for (const bool only_frequent : {true, false}) {
-    const auto found = std::ranges::find_if(
-        left, [&](const std::string& security) { return may_follow(security, only_frequent); });
-    if (found != left.end()) return static_cast<std::size_t>(found - left.begin());
+// Cards in the order in which they fell due, to be taken one by one.
+class Waiting {
+ public:
+  void Add(std::size_t card, std::string security) {
+    ++counts_[security];
+    cards_.push_back({card, std::move(security)});
   }
-  return 0;
-}
+  bool Empty() const { return cards_.empty(); }
+
+  // A security with more than half of the cards must be next, or two of its cards meet later.
+  std::size_t TakeNext(std::string& last) {
+    const auto frequent = std::ranges::find_if(
+        counts_, [this](const auto& count) { return 2 * count.second > cards_.size(); });
+    const bool forced = frequent != counts_.end() && frequent->first != last;
+    auto next = std::ranges::find_if(cards_, [&](const Card& card) {
+      return forced ? card.security == frequent->first : card.security != last;
+    });
+    if (next == cards_.end()) next = cards_.begin();
+    const std::size_t index = next->index;
+    last = std::move(next->security);
+    --counts_[last];
+    cards_.erase(next);
+    return index;
+  }
+
+ private:
+  struct Card {
+    std::size_t index;
+    std::string security;
+  };
+  std::list<Card> cards_;
+  std::map<std::string, std::size_t> counts_;
+};
 
 }  // namespace
 
@@ -57,17 +77,10 @@ std::vector<std::size_t> DueCards(const std::vector<LedgerCard>& cards, std::int
     if (cards[i].due <= today) due.push_back(i);
   }
   std::ranges::stable_sort(due, {}, [&cards](std::size_t i) { return cards[i].due; });
-  std::vector<std::string> left;
-  for (const std::size_t i : due) left.push_back(SecurityOf(cards[i]));
+  Waiting waiting;
+  for (const std::size_t i : due) waiting.Add(i, SecurityOf(cards[i]));
   std::vector<std::size_t> turns;
-  std::string before(last);
-  while (!due.empty()) {
-    const auto place = static_cast<std::ptrdiff_t>(NextPlace(left, before));
-    turns.push_back(due[static_cast<std::size_t>(place)]);
-    before = std::move(left[static_cast<std::size_t>(place)]);
-    due.erase(due.begin() + place);
-    left.erase(left.begin() + place);
-  }
+  for (std::string before(last); !waiting.Empty();) turns.push_back(waiting.TakeNext(before));
   return turns;
 }
 

@@ -83,22 +83,21 @@ void CardWindow::Load() {
   form.SetLeft(PlaceFromText(left));
 }
 
-void CardWindow::ShowButtons(const std::vector<Control*>& shown) {
+void CardWindow::ShowStep(Step step) {
   FrmCard& form = Window();
-  for (Control* const button : std::initializer_list<Control*>{&form.cmdGood, &form.cmdFair,
-                                                               &form.cmdPoor, &form.cmdNext}) {
-    button->SetVisible(std::ranges::find(shown, button) != shown.end());
-  }
-  const bool asks = shown.empty() && play_.Playing();
   for (Control* const control : std::initializer_list<Control*>{
            &form.txtStop, &form.cboConfidence, &form.cmdLong, &form.cmdShort, &form.cmdNothing}) {
-    control->SetEnabled(asks);
+    control->SetEnabled(step == Step::kAsk);
   }
+  for (Control* const button : {&form.cmdGood, &form.cmdFair, &form.cmdPoor}) {
+    button->SetVisible(step == Step::kJudge);
+  }
+  form.cmdNext.SetVisible(step == Step::kNext);
 }
 
 void CardWindow::Play(const LedgerCard& card) {
   FrmCard& form = Window();
-  ShowButtons({});
+  ShowStep(Step::kWait);
   form.txtStop.SetText("");
   form.cboConfidence.SetIndex(0);
   form.lblStatus.SetText("");
@@ -109,7 +108,7 @@ void CardWindow::Play(const LedgerCard& card) {
 
 void CardWindow::Ask() {
   FrmCard& form = Window();
-  ShowButtons({});
+  ShowStep(Step::kAsk);
   form.lstOutcome.SetLines({"The chart ends at the bar before. What do you do for the next " +
                             BarsText(CardPlay::kBars) + "?"});
   form.Show();
@@ -124,10 +123,7 @@ void CardWindow::Decide(Decision side) {
   form.lblStatus.SetText(problem);
   if (!problem.empty()) return;
   if (!decision.Trades()) decision.stop.reset();
-  for (Control* const control : std::initializer_list<Control*>{
-           &form.txtStop, &form.cboConfidence, &form.cmdLong, &form.cmdShort, &form.cmdNothing}) {
-    control->SetEnabled(false);
-  }
+  ShowStep(Step::kWait);
   form.lstOutcome.SetLines({"The chart plays on ..."});
   if (play_.Decide(decision)) return ShowOutcome();
   if (play_.Playing()) Close();  // the feed failed
@@ -153,7 +149,7 @@ void CardWindow::ShowOutcome() {
       {OutcomeText("Now", play_.Now()),
        then ? OutcomeText("Then", *then) : "Then: no order in these bars",
        BarsText(play_.BarsPlayed()) + " were played on. How good was your decision?"});
-  ShowButtons({&form.cmdGood, &form.cmdFair, &form.cmdPoor});
+  ShowStep(Step::kJudge);
 }
 
 std::string CardWindow::IdentityText() {
@@ -179,8 +175,7 @@ void CardWindow::Judge(Verdict verdict) {
   form.lblStatus.SetForeColour(kDarkBlue);
   const int due = CountDueCards(ledger_, platform_.clock.Today());
   form.lblStatus.SetText(due == 0 ? "No more cards are due." : std::to_string(due) + " more due.");
-  if (due > 0) return ShowButtons({&form.cmdNext});
-  ShowButtons({&form.Image5});
+  ShowStep(due > 0 ? Step::kNext : Step::kWait);
 }
 
 std::optional<LedgerCard> CardWindow::Next() {

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "forms/desktop.h"
 #include "ledger/cards.h"
@@ -34,7 +34,9 @@ class CardWindow {
   void Close();
   // The card to be played after this one; nothing if none is due.
   std::optional<LedgerCard> Next();
-  void ShowButtons(const std::vector<Control*>& shown);
+  enum class Step : std::uint8_t { kWait, kAsk, kJudge, kNext };
+  // Shows what can be used now.
+  void ShowStep(Step step);
   std::string OutcomeText(const std::string& who, const CardOutcome& outcome) const;
   std::string IdentityText();
   FrmCard& Window() { return desktop_.frmCard(); }
