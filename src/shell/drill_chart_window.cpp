@@ -117,7 +117,7 @@ void DrillChartWindow::ShowStage() {
   }
   FrmDrillChart& form = Window();
   form.lblStatus.SetText(drill_.StatusText());
-  form.lblResult.SetText(ResultText());
+  ShowResult();
   form.cmdNext.SetEnabled(stage == Stage::kBetween);
   form.cmdStop.SetEnabled(stage != Stage::kStarting && stage != Stage::kEnding);
   form.cmdStop.SetText(stage == Stage::kOver ? "&Close" : "&Stop");
@@ -125,28 +125,27 @@ void DrillChartWindow::ShowStage() {
 }
 
 // What the last chart was and brought, and after it the whole drill.
-std::string DrillChartWindow::ResultText() {
+void DrillChartWindow::ShowResult() {
+  FrmDrillChart& form = Window();
+  for (Label* line : {&form.lblResult, &form.lblFigures, &form.lblAll}) line->SetText("");
   const Stage stage = drill_.CurrentStage();
-  if (stage != Stage::kBetween && stage != Stage::kOver) return {};
-  std::string text;
+  if (stage != Stage::kBetween && stage != Stage::kOver) return;
   IgnoringErrors([&] {
     const LedgerDrill& drill = drill_.Plan();
     const Played played = ReadPlayed(ledger_, cache_);
     if (drill_.LastChart()) {
       const std::string revealed =
           RevealText(*drill_.LastChart(), ledger_, platform_.locale.ShortDatePattern());
-      text = revealed.substr(0, revealed.find('\n')) + " " +
-             DrillFiguresText(FiguresOfSessions(played, {drill.sessions.back()})) + ".";
+      form.lblResult.SetText(revealed.substr(0, revealed.find('\n')));
+      form.lblFigures.SetText(DrillFiguresText(FiguresOfSessions(played, {drill.sessions.back()})));
     }
     if (stage != Stage::kOver) return;
     for (const DrillResult& result : DrillResults(LedgerDrills(ledger_), played)) {
       if (result.drill.number != drill.number) continue;
-      text += "\nAll charts: " + DrillFiguresText(result.figures);
-      if (result.rank > 0) text += ", rank " + result.RankText();
-      text += ".";
+      const std::string rank = result.rank > 0 ? ", rank " + result.RankText() : "";
+      form.lblAll.SetText("All charts: " + DrillFiguresText(result.figures) + rank);
     }
   });
-  return text;
 }
 
 }  // namespace velumar

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <string>
 
 #include "forms/desktop.h"
 #include "ledger/ledger.h"
@@ -35,7 +34,7 @@ class DrillChartWindow {
   void PlayChart();
   void StopOrClose();
   void ShowStage();
-  std::string ResultText();
+  void ShowResult();
   FrmDrillChart& Window() { return desktop_.frmDrillChart(); }
 
   Desktop& desktop_;
