@@ -49,10 +49,10 @@ class Form1 : public Form {
       *this, {"DTPicker1", 1080, 1440, 1455, 375, "", "Select Date", kField}, 20051203};
   CheckBox chkBlind{
       *this,
-      {"chkBlind", 2640, 1335, 1500, 225, "Blind",
+      {"chkBlind", 2640, 1290, 1500, 195, "Blind",
        "Hides what is played until the session ends: symbol, dates and prices", kTick}};
   Link lnkPractice{*this,
-                   {"lnkPractice", 2640, 1560, 1500, 225, "Practice ...",
+                   {"lnkPractice", 2640, 1470, 1500, 210, "Practice ...",
                     "Go on with an earlier session, or practise the cards that are due"}};
   Label Label2{*this, {"Label2", 2640, 1800, 495, 255, "Comm.", "", kCaption}};
   TextBox txtcomm{*this,

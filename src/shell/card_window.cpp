@@ -8,7 +8,6 @@
 #include "marketdata/interval.h"
 #include "results/figure_texts.h"
 #include "session/blind_mask.h"
-#include "session/plan_levels.h"
 #include "shell/event_guard.h"
 #include "shell/window_shaping.h"
 #include "trading/card_list.h"
@@ -26,7 +25,10 @@ constexpr std::string_view kLeftKey = "CardLeft";
 constexpr std::string_view kDeciding = "Playing the card on";
 constexpr std::string_view kJudging = "Keeping the answer";
 
-std::string SignedText(double number) { return (number > 0 ? "+" : "") + PriceText(number); }
+// Masked prices have more decimals than a trader reads.
+std::string ShortText(double number) { return PatternText(static_cast<float>(number), "0.00##"); }
+
+std::string SignedText(double number) { return (number > 0 ? "+" : "") + ShortText(number); }
 
 std::string BarsText(int bars) { return std::to_string(bars) + (bars == 1 ? " bar" : " bars"); }
 
@@ -132,8 +134,8 @@ void CardWindow::Decide(Decision side) {
 std::string CardWindow::OutcomeText(const std::string& who, const CardOutcome& outcome) const {
   const CardDecision& decision = outcome.decision;
   std::string text = who + ": " + DecisionText(decision.side);
-  if (decision.Trades()) text += " at " + PlanPriceText(outcome.price);
-  if (decision.stop) text += ", stop " + PlanPriceText(*decision.stop);
+  if (decision.Trades()) text += " at " + ShortText(outcome.price);
+  if (decision.stop) text += ", stop " + ShortText(*decision.stop);
   if (decision.confidence != 0) text += ", confidence " + std::to_string(decision.confidence);
   if (!outcome.points) return text;
   text += ": " + SignedText(*outcome.points) + " points";
