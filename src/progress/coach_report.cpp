@@ -8,6 +8,7 @@
 #include "base/dates.h"
 #include "base/number_text.h"
 #include "base/paths.h"
+#include "progress/coach_cards.h"
 #include "progress/coach_terms.h"
 #include "progress/coach_trades.h"
 #include "progress/filter_text.h"
@@ -282,6 +283,8 @@ CoachReport MakeCoachReport(LedgerConnection& connection, const CoachSource& sou
   }
   report.facts = facts.Lines();
   report.terms = kCoachTerms;
+  const std::optional<CoachTable> cards = CardsTable(connection);
+  if (cards) report.tables.push_back(*cards);
   if (summary.trades.empty()) {
     report.findings = {"No closed trades."};
     return report;
@@ -289,7 +292,7 @@ CoachReport MakeCoachReport(LedgerConnection& connection, const CoachSource& sou
   report.findings = SummaryFindings(summary);
   report.figures = {FiguresTable(summary.figures)};
   report.pictures = Pictures(source.played, summary);
-  report.tables = {SetupsTable(source.played, summary)};
+  report.tables.insert(report.tables.begin(), SetupsTable(source.played, summary));
   report.trades = BestAndWorst(connection, source, summary.trades);
   return report;
 }

@@ -3,6 +3,7 @@
 
 #include "base/dates.h"
 #include "cli/sandbox.h"
+#include "ledger/cards.h"
 #include "ledger/notes.h"
 
 namespace velumar {
@@ -64,11 +65,25 @@ TEST_F(CoachReportTest, HasTheBestAndWorstTradesWithNotesAndPicturesButNothingTo
     const std::filesystem::path picture = LedgerPictureFile(open, {1, 2});
     std::filesystem::create_directory(picture.parent_path());
     WriteFile(picture, "PNG!");
+    LedgerCard card;
+    card.kind = LedgerCard::Kind::kLoss;
+    LedgerCardAnswer answer;
+    answer.card = LedgerAddCard(open, card).value();
+    answer.verdict = LedgerCardAnswer::Verdict::kPoor;
+    for (const double r : {-1.0, 0.5}) {
+      answer.r = r;
+      LedgerAnswerCard(open, answer);
+    }
   }
   const std::string page = Page();
   EXPECT_EQ(Count(page, "<section>"), 6U) << "five that won and one that lost";
   EXPECT_THAT(page, HasSubstr("1. Long 2 at 105.00 on 05/01/2000, closed at 106.00"));
   EXPECT_THAT(page, HasSubstr("5. Long 2 at 109.00 on 09/01/2000"));
+  std::string cells = "<td>Losses</td>";
+  for (const char* const cell : {"1", "2", "0", "0", "2", "-0.25"}) {
+    cells += std::string("<td class=\"n\">") + cell + "</td>";
+  }
+  EXPECT_THAT(page, HasSubstr(cells)) << "of one card";
   EXPECT_THAT(page, HasSubstr("1. Short 1 at 112.00 on 12/01/2000"));
   EXPECT_THAT(page, AllOf(HasSubstr("<td>&lt;i&gt;gap</td><td class=\"n\">7</td>"),
                           HasSubstr("Reasons: a &amp; b"), HasSubstr("&lt;script&gt;alert(1)"),
