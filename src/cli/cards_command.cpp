@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <map>
 #include <ostream>
 
@@ -47,7 +48,8 @@ nlohmann::ordered_json CardObject(const CardLine& line,
   object["made"] = line.card.made;
   object["due"] = line.card.due;
   object["is_due"] = line.due;
-  object["step_days"] = kCardDays.at(static_cast<std::size_t>(line.card.step));
+  object["step_days"] =
+      kCardDays[static_cast<std::size_t>(std::clamp(line.card.step, 0, int{kCardDays.size()} - 1))];
   object["answers"] = nlohmann::ordered_json::array();
   for (const LedgerCardAnswer& answer : answers) object["answers"].push_back(AnswerObject(answer));
   return object;

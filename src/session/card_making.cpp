@@ -71,6 +71,9 @@ struct Loss {
   auto Rank() const { return std::tuple(!r.has_value(), r.value_or(0), money, entry); }
 };
 
+// Each is looked up in the ledger and in the data.
+constexpr int kMostRefused = 100;
+
 std::vector<Loss> LargestLosses(LedgerConnection& ledger, IndexCache& cache) {
   std::map<LedgerOrderKey, double> risks;
   for (const LedgerEntryPlan& plan : LedgerEntryPlans(ledger)) risks[plan.order] = plan.risk;
@@ -152,7 +155,7 @@ CardMaker::Losses CardMaker::MakeOfLosses(int most) {
   std::set<LedgerOrderKey> seen;
   for (const LedgerCard& card : LedgerCards(ledger_)) seen.insert(card.order);
   for (const Loss& loss : LargestLosses(ledger_, cache_)) {
-    if (losses.made >= most) break;
+    if (losses.made >= most || losses.refused >= kMostRefused) break;
     if (!seen.insert(loss.entry).second) continue;
     try {
       losses.made += MakeOfTrade(loss.entry, LedgerCard::Kind::kLoss) ? 1 : 0;

@@ -37,8 +37,12 @@ CardDecision DecisionOf(const RunOrder& order, double shown_price) {
   if (!order.plan) return decision;
   decision.confidence = order.plan->confidence;
   const double price = order.close.value_or(order.price);
-  if (order.plan->stop && price != 0) {
-    decision.stop = ReadableDouble(static_cast<float>(*order.plan->stop / price * shown_price));
+  // The plan has the stop as it was moved last; what was risked is that of the decision.
+  const double points = order.quantity.value_or(0) * order.money_per_point.value_or(0);
+  if (order.plan->risk && points > 0 && price != 0) {
+    const double distance = *order.plan->risk / points;
+    const double stop = order.is_long ? price - distance : price + distance;
+    decision.stop = ReadableDouble(static_cast<float>(stop / price * shown_price));
   }
   return decision;
 }
@@ -109,8 +113,19 @@ bool CardPlay::Show(const LedgerCard& card) {
   now_ = {};
   then_.reset();
   playing_ = run_.ShowUnrecorded(*choice);
-  last_ = std::min(card.bar + kBars, session_.LastArrayIndex());
+  if (playing_) last_ = LastBar();
   return playing_;
+}
+
+// A session that may go on must not get to know its next bars from a card.
+int CardPlay::LastBar() const {
+  int last = std::min(card_.bar + kBars, session_.LastArrayIndex());
+  IgnoringErrors([&] {  // without its session
+    const LedgerPlayed played = LedgerReadSession(ledger_, card_.session);
+    if (played.session.ended) return;
+    last = std::clamp(std::max(played.moment.newest_shown, played.moment.bar), card_.bar + 1, last);
+  });
+  return last;
 }
 
 std::string CardPlay::Problem(const CardDecision& decision) const {

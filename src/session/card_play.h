@@ -71,6 +71,7 @@ class CardPlay {
  private:
   std::optional<NextRun> ChoiceOf(const LedgerCard& card);
   void RecallThen();
+  int LastBar() const;
 
   SimSession& session_;
   Platform& platform_;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "ledger/drills.h"
 #include "ledger/moved_orders.h"
 #include "results/run_record.h"
 #include "session/blind_draw.h"
@@ -93,7 +94,18 @@ std::optional<NextRun> RunChooser::Session(int number) {
   if (choice.series.blind && !choice.key) {
     throw std::runtime_error("The ledger's key of this blind session is damaged.");
   }
-  return MayGoOn(choice) ? std::optional(choice) : std::nullopt;
+  if (!MayGoOn(choice)) return std::nullopt;
+  choice.bars = BarsLeftOfDrill(choice.resumed->moment);
+  return choice;
+}
+
+// A chart of a drill ends where it would have ended. 0 if it is none.
+int RunChooser::BarsLeftOfDrill(const LedgerMoment& moment) const {
+  for (const LedgerDrill& drill : LedgerDrills(ledger_)) {
+    if (std::ranges::find(drill.sessions, moment.session) == drill.sessions.end()) continue;
+    return std::max(moment.first_shown + drill.bars - std::max(moment.bar, 0), 1);
+  }
+  return 0;
 }
 
 NextRun RunChooser::Trade(const LedgerOrderKey& entry) {

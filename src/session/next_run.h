@@ -47,6 +47,7 @@ class RunChooser {
   NextRun Drawn(const RunSeries& entered, const std::string& symbol, int bars_after);
   std::vector<std::string> ShownLately();
   bool MayGoOn(NextRun& choice);
+  int BarsLeftOfDrill(const LedgerMoment& moment) const;
 
   const SimSession& session_;
   const RunInputs& inputs_;

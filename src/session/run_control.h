@@ -107,6 +107,8 @@ class RunControl {
   void Compare(int file_number);
   void EndCompare(int file_number);
 
+  // True from the click that begins a run until its bars are loaded.
+  bool Preparing() const { return session_.Preparing; }
   // True while a feed is running that will feed another bar.
   bool Feeding() const { return feeding_; }
 

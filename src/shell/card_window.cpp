@@ -104,8 +104,9 @@ void CardWindow::Play(const LedgerCard& card) {
   form.cboConfidence.SetIndex(0);
   form.lblStatus.SetText("");
   form.lstOutcome.SetLines({std::string(kLoadingNotice)});
-  if (!play_.Show(card)) return Close();
-  if (form.Loaded()) Ask();  // clicks ran while the chart was opened
+  const bool shown = play_.Show(card);
+  if (!form.Loaded()) return play_.Leave();  // it was closed while the chart was opened
+  shown ? Ask() : Close();
 }
 
 void CardWindow::Ask() {
@@ -127,8 +128,9 @@ void CardWindow::Decide(Decision side) {
   if (!decision.Trades()) decision.stop.reset();
   ShowStep(Step::kWait);
   form.lstOutcome.SetLines({"The chart plays on ..."});
+  const int card = play_.Card().id;
   if (play_.Decide(decision)) return ShowOutcome();
-  if (play_.Playing()) Close();  // the feed failed
+  if (play_.Playing() && play_.Card().id == card) Close();  // the feed failed
 }
 
 std::string CardWindow::OutcomeText(const std::string& who, const CardOutcome& outcome) const {
@@ -168,6 +170,7 @@ std::string CardWindow::IdentityText() {
 
 void CardWindow::Judge(Verdict verdict) {
   const CardTurn turn = play_.Answer(verdict);
+  ShowStep(Step::kWait);  // it is kept, even if the list can't be read now
   FrmCard& form = Window();
   std::vector<std::string> lines = form.lstOutcome.Lines();
   lines.back() = IdentityText();

@@ -104,6 +104,7 @@ void DrillChartWindow::Leave() {
 void DrillChartWindow::StopOrClose() {
   if (drill_.CurrentStage() != Stage::kOver) return Leave();
   desktop_.Unload(Window());
+  if (drill_.Left()) return;  // its windows are those of another run
   const Form2& navigator = desktop_.Untouched().form2;
   if (navigator.Visible()) navigator.on_close();
   desktop_.frmDrill().Show();

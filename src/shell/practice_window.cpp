@@ -105,7 +105,13 @@ void PracticeWindow::ShowPage() {
   if (!cards) List();
 }
 
+// Clicks run while a chart is opened; its bars would be written over those of the card.
 bool PracticeWindow::MayEndRun() {
+  if (run_.Preparing()) {
+    platform_.boxes.Show("A chart is still being opened. Play the card after that.",
+                         BoxIcon::kInformation);
+    return false;
+  }
   if (!run_.Feeding()) return true;
   return platform_.boxes.Ask(
              "A run goes on in the background. A card takes its place; the run can be resumed.",

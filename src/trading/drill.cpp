@@ -50,6 +50,7 @@ void Drill::NoticeBegin() {
     return;
   }
   drill_.sessions.push_back(number);
+  last_.reset();
   began_ = platform_.events.Now();
   stage_ = Stage::kPlaying;
 }
@@ -57,8 +58,11 @@ void Drill::NoticeBegin() {
 // Clicks run meanwhile; none of them may end the chart again.
 void Drill::EndChart() {
   stage_ = Stage::kEnding;
+  last_.reset();
+  run_.EndRun();
   orders_.OffsetAll();
-  last_ = run_.Reveal();
+  // A position that could not be closed stays with its session, which can be resumed.
+  if (session_.LAccum <= 0 && session_.SAccum <= 0) last_ = run_.Reveal();
   view_.ShowEnded();
   stage_ = last_ ? Stage::kBetween : Stage::kOver;
 }

@@ -50,6 +50,11 @@ class Drill {
   void Stop();
 
   Stage CurrentStage() const { return stage_; }
+  // True if the bars of something else are loaded by now.
+  bool Left() const {
+    return session_.LastArrayIndex() >= 0 &&
+           (drill_.sessions.empty() || session_.SessionNumber != drill_.sessions.back());
+  }
   // With the sessions that have begun.
   const LedgerDrill& Plan() const { return drill_; }
   // What the last chart was; nothing if it could not be revealed, or none has ended.

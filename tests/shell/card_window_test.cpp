@@ -72,7 +72,7 @@ TEST_F(CardWindowTest, AMarkedBarIsDecidedAgainAndJudged) {
   Card().txtStop.UserType("50");
   Card().cboConfidence.UserChoose(4);
   Card().cmdLong.UserClick();
-  EXPECT_EQ(StoreSize("BLIND"), static_cast<std::size_t>(cut + 1 + CardPlay::kBars));
+  EXPECT_EQ(StoreSize("BLIND"), static_cast<std::size_t>(bar + 2)) << "as far as it was played";
   ASSERT_EQ(all->session.Orders.size(), 1U);
   ASSERT_EQ(all->session.EarlierOrders.size(), 4U) << "what was done then";
   EXPECT_EQ(all->session.EarlierOrders[0].bar, bar);
@@ -93,6 +93,14 @@ TEST_F(CardWindowTest, AMarkedBarIsDecidedAgainAndJudged) {
   all->windows.frmPractice.tabPage.UserChoose(FrmPractice::kSessionsPage);
   all->windows.frmPractice.cmdResume.UserClick();
   EXPECT_EQ(all->session.BarIndex, bar + 1) << "the session is where it was";
+  all->Navigator().Image5.UserClick();
+  OpenCards();
+  all->windows.frmPractice.tabPage.UserChoose(FrmPractice::kSessionsPage);
+  all->windows.frmPractice.cmdEnd.UserClick();
+  all->windows.frmPractice.tabPage.UserChoose(FrmPractice::kCardsPage);
+  Page().lstCards.UserKeyUp(kEnterKey);
+  Card().cmdShort.UserClick();
+  EXPECT_EQ(StoreSize("BLIND"), static_cast<std::size_t>(cut + 1 + CardPlay::kBars));
 }
 
 TEST_F(CardWindowTest, CardsOfTradesAndLossesDoNotRepeatAndChangedDataIsSaid) {
