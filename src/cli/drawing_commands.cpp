@@ -1,7 +1,9 @@
 #include <QApplication>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 
+#include "base/paths.h"
 #include "cli/commands.h"
 #include "progress/coach_report.h"
 #include "progress/played_ledger.h"
@@ -31,7 +33,15 @@ void StartOffscreenQt() {
   static_cast<void>(kApplication);
 }
 
+// What is drawn of a ledger never replaces it.
+void RequireOtherFile(const std::string& ledger, const std::string& out) {
+  std::error_code missing;
+  if (!std::filesystem::equivalent(NativePath(ledger), NativePath(out), missing)) return;
+  throw std::runtime_error("--out: " + out + " is the ledger itself");
+}
+
 void DrawChart(const ChartArguments& arguments) {
+  RequireOtherFile(arguments.file, arguments.out);
   const std::optional<ChartType> type = ChartTypeOf(std::string_view(arguments.type));
   if (!type) throw std::runtime_error("--type: there is no chart type \"" + arguments.type + "\"");
   LedgerConnection ledger = OpenScope(arguments);
@@ -57,6 +67,7 @@ void WriteCoachReport(const ReportArguments& arguments, CliContext& context) {
 }
 
 void WriteReport(const ReportArguments& arguments, CliContext& context) {
+  RequireOtherFile(arguments.file, arguments.out);
   if (arguments.all) return WriteCoachReport(arguments, context);
   LedgerConnection ledger = OpenScope(arguments);
   const Report report = ReadReport(ledger, arguments.scope);

@@ -87,12 +87,12 @@ std::string RunsOf(LedgerScope scope) {
 // Makes a select read the rows of the scope in place of MyPortfolio: those of the archive, then
 // those of the current run if it belongs to the scope.
 std::string Over(LedgerScope scope, const std::string& sql) {
-  const std::string numbers = "WITH Scope (Number) AS (" + RunsOf(scope) + ")";
+  const std::string numbers = "WITH Scope AS (" + RunsOf(scope) + ")";
   if (scope == kCurrentRun) return numbers + " " + sql;
   const auto rows = [](const std::string& run, const std::string& place, const std::string& table) {
     return "SELECT " + Listed(PortfolioColumns()) + ", " + run + " AS Run, " + place +
-           " AS Place, " + run + " * " + std::to_string(kMostPlaces) + " + " + place +
-           " AS rowid FROM " + table + " WHERE " + run + " IN Scope";
+           " AS Place, " + run + " * 4294967296 + " + place + " AS rowid FROM " + table +
+           " WHERE " + run + " IN Scope";
   };
   return numbers + ", MyPortfolio AS (" + rows("Run", "Place", "Archive") + " UNION ALL " +
          rows(kNewestRun, "rowid", "main.MyPortfolio") + ") " + sql;
@@ -221,18 +221,6 @@ LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view selec
   return records;
 }
 
-LedgerRecordset LedgerDetails(LedgerConnection& connection, LedgerScope scope) {
-  static const std::string kPlaces = std::to_string(kMostPlaces);
-  // In a ledger of an earlier version, which is only read, they lie anywhere.
-  const bool keyed = connection.ForReading().HasColumn("Details", "Counted");
-  return LedgerQuery(connection,
-                     keyed ? "select D.* From Scope cross join Details D where D.rowid > "
-                             "Scope.Number * " +
-                                 kPlaces + " and D.rowid < (Scope.Number + 1) * " + kPlaces
-                           : "select * From Details where Run in Scope",
-                     scope);
-}
-
 void LedgerRequire(LedgerConnection& connection, LedgerScope scope) {
   if (scope == kCurrentRun) return;
   const bool session = scope.kind == LedgerScope::Kind::kSession;
@@ -263,13 +251,11 @@ LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
   const LedgerValue run = database.Run(kRun);
   database.Run(kRow, values);
   const LedgerValue place = double(database.LastRow());
-  static const std::string kDetail =
-      "INSERT OR REPLACE INTO Details (rowid, Run, Place, Quantity, Vat, BarIndex, NewestShown, "
-      "ClosePrice) VALUES (?1 * " +
-      std::to_string(kMostPlaces) + " + ?2, ?1, ?2, ?3, ?4, ?5, ?6, ?7)";
-  database.Run(kDetail, {run, place, detail.quantity, detail.vat, double(detail.bar_index),
-                         double(detail.newest_shown),
-                         detail.close ? LedgerValue(*detail.close) : LedgerValue()});
+  database.Run(
+      "INSERT INTO Details (Run, Place, Quantity, Vat, BarIndex, NewestShown, ClosePrice) VALUES "
+      "(?, ?, ?, ?, ?, ?, ?)",
+      {run, place, detail.quantity, detail.vat, double(detail.bar_index),
+       double(detail.newest_shown), detail.close ? LedgerValue(*detail.close) : LedgerValue()});
   const LedgerOrderKey key{WholeOf(run), WholeOf(place)};
   if (plan != nullptr) {
     LedgerPlan taken = *plan;

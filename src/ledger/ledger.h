@@ -120,8 +120,6 @@ void LedgerClose(LedgerConnection& connection);
 // Scope holds the numbers of the scope's runs. Fetches at most `most_rows` rows.
 LedgerRecordset LedgerQuery(LedgerConnection& connection, std::string_view select_text,
                             LedgerScope scope = kCurrentRun, std::size_t most_rows = SIZE_MAX);
-// The rows of Details of the scope's runs.
-LedgerRecordset LedgerDetails(LedgerConnection& connection, LedgerScope scope);
 
 // Throws LedgerError if the ledger has no run or no session of that number; kCurrentRun always
 // passes.

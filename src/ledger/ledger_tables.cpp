@@ -31,6 +31,8 @@ const std::array<TableSchema, 6>& Tables() {
 void AddColumns(SqliteDatabase& database, const std::string& table,
                 std::initializer_list<const char*> columns) {
   for (const char* column : columns) {
+    const std::string name = std::string(column).substr(0, std::string_view(column).find(' '));
+    if (database.HasColumn(table, name)) continue;  // of a copy that has lost its version
     database.Execute("ALTER TABLE " + table + " ADD COLUMN " + column);
   }
 }
@@ -92,7 +94,8 @@ void AddTrades(SqliteDatabase& database) {
         "Session INTEGER, Run INTEGER, Orders INTEGER, NewestShown INTEGER, FirstBar INTEGER, "
         "FirstDay INTEGER, LastDay INTEGER, Closes BLOB, PRIMARY KEY (Session, Run)"},
        {"Trades",
-        "Session INTEGER, Run INTEGER, EntryRun INTEGER, EntryPlace INTEGER, EntryDay INTEGER, "
+        "Key INTEGER PRIMARY KEY, Session INTEGER, Run INTEGER, EntryRun INTEGER, EntryPlace "
+        "INTEGER, EntryDay INTEGER, "
         "EntryTime INTEGER, EntryBar INTEGER, EntryPrice NUMERIC, ExitRun INTEGER, ExitPlace "
         "INTEGER, ExitDay INTEGER, ExitTime INTEGER, ExitBar INTEGER, ExitPrice NUMERIC, Side "
         "TEXT, Quantity NUMERIC, EntryShare NUMERIC, Wiped INTEGER, LookAhead INTEGER, "
@@ -100,12 +103,9 @@ void AddTrades(SqliteDatabase& database) {
         "Favourable NUMERIC, FavourableBar INTEGER"}}};
   CreateTables(database, kTables);
   AddColumns(database, "Details", {"Counted NUMERIC"});
-  // The rows of one session or run are found among those of thousands. An index would cost each
-  // order one more page.
-  database.Execute("UPDATE OR REPLACE Details SET rowid = Run * " + std::to_string(kMostPlaces) +
-                   " + Place WHERE Run > 0 AND Place > 0");
-  for (const char* const index : {"ArchiveOfRun ON Archive (Run)", "WipedOfRun ON Wiped (Run)",
-                                  "PlansOfRun ON Plans (Run)"}) {
+  // The rows of one session or run are found among those of thousands; trades by their keys.
+  for (const char* const index : {"ArchiveOfRun ON Archive (Run)", "DetailsOfRun ON Details (Run)",
+                                  "WipedOfRun ON Wiped (Run)", "PlansOfRun ON Plans (Run)"}) {
     database.Execute(std::string("CREATE INDEX IF NOT EXISTS ") + index);
   }
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 
 #include "ledger/owned_database.h"
@@ -15,10 +14,6 @@ inline constexpr std::string_view kRowColumns =
     "LAccum NUMERIC, LUnrealised NUMERIC, LRealised NUMERIC, SAvgPrice NUMERIC, SAmount NUMERIC, "
     "Soffset NUMERIC, SAccum NUMERIC, SUnrealised NUMERIC, SRealised NUMERIC, "
     "BalancePoint NUMERIC, Commission NUMERIC, Portfolio NUMERIC";
-
-// A row of Details has the rowid Run * kMostPlaces + Place, and one of Trades that of its scope, so
-// that those of one run lie together and no order waits for an index.
-inline constexpr std::int64_t kMostPlaces = 4294967296;
 
 // The tables of a ledger, and how one of an earlier version gets them.
 const DatabaseKind& LedgerKind();

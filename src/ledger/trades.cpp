@@ -19,7 +19,7 @@ std::pair<double, double> KeyOf(LedgerScope scope) {
 
 constexpr double kMostTrades = 1 << 30;  // of a scope
 
-// The rowids of its trades, in the order in which they were closed.
+// The keys of its trades, in the order in which they were closed.
 std::pair<double, double> RowsOf(LedgerScope scope) {
   const double place = scope.number * 2.0 + (scope.kind == LedgerScope::Kind::kSession ? 0 : 1);
   return {place * kMostTrades, (place + 1) * kMostTrades - 1};
@@ -149,8 +149,8 @@ void Insert(SqliteDatabase& database, LedgerScope scope, const LedgerTrade& trad
     const std::string columns = kTradeColumns;
     std::string places = "?3, ?4";
     for (auto i = std::ranges::count(columns, ','); i > 1; --i) places += ", ?";
-    return "INSERT INTO Trades (rowid, " + columns +
-           ") VALUES (coalesce((SELECT max(rowid) FROM Trades WHERE rowid BETWEEN ?1 AND ?2), ?1) "
+    return "INSERT INTO Trades (Key, " + columns +
+           ") VALUES (coalesce((SELECT max(Key) FROM Trades WHERE Key BETWEEN ?1 AND ?2), ?1) "
            "+ 1, " +
            places + ")";
   }();
@@ -176,7 +176,7 @@ void Insert(SqliteDatabase& database, LedgerScope scope, const LedgerTrade& trad
 void Drop(SqliteDatabase& database, LedgerScope scope) {
   const auto [session, run] = KeyOf(scope);
   const auto [first, last] = RowsOf(scope);
-  database.Run("DELETE FROM Trades WHERE rowid BETWEEN ? AND ?", {first, last});
+  database.Run("DELETE FROM Trades WHERE Key BETWEEN ? AND ?", {first, last});
   database.Run("DELETE FROM PlayedBars WHERE Session = ? AND Run = ?", {session, run});
 }
 
@@ -225,7 +225,7 @@ std::vector<LedgerTrades> LedgerReadTrades(LedgerConnection& connection) {
                    .trades = {}});
   }
   SqliteStatement trades =
-      database.Prepare(std::string("SELECT ") + kTradeColumns + " FROM Trades ORDER BY rowid");
+      database.Prepare(std::string("SELECT ") + kTradeColumns + " FROM Trades ORDER BY Key");
   while (trades.Step()) {
     const LedgerScope scope = ScopeOf(trades.Whole(0), trades.Whole(1));
     const auto [place, is_new] = places.try_emplace(scope, all.size());

@@ -100,7 +100,8 @@ void ReadRows(LedgerConnection& connection, LedgerScope scope, Records& records)
 }
 
 void AddDetails(LedgerConnection& connection, LedgerScope scope, Records& records) {
-  const LedgerRecordset rows = LedgerDetails(connection, scope);
+  const LedgerRecordset rows =
+      LedgerQuery(connection, "select * From Details where Run in Scope", scope);
   for (const NamedValues& detail : NamedRows(rows)) {
     const auto order = records.orders.find(KeyOf(detail));
     if (order != records.orders.end()) AddDetail(order->second, detail);

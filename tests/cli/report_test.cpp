@@ -79,6 +79,11 @@ TEST(Report, HasEveryOrderOnceAndHeadingsOnEveryPage) {
   }
   const auto refused = box.Run({"report", box.At("1.mdb"), "--out", "/nowhere/x.pdf"});
   EXPECT_THAT(refused.err, HasSubstr("/nowhere/x.pdf"));
+  const std::string ledger = box.At("ledger.pdf");
+  std::filesystem::copy(box.At("1.mdb"), ledger);
+  for (const char* const all : {"--run=1", "--all"}) {
+    EXPECT_THAT(box.Run({"report", ledger, "--out", ledger, all}).err, HasSubstr("ledger itself"));
+  }
 }
 
 TEST(Report, ALongNoteContinuesOnTheNextPage) {
