@@ -108,6 +108,7 @@ class TradeWriter {
               const std::vector<std::int32_t>& places)
       : connection_(connection), played_(source.played) {
     std::vector<LedgerScope> scopes;
+    scopes.reserve(places.size());
     for (const std::int32_t place : places) {
       scopes.push_back(played_.SessionAt(played_.TradeAt(place).session).scope);
     }
