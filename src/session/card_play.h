@@ -51,8 +51,8 @@ class CardPlay {
   bool Show(const LedgerCard& card);
   // Why this can't be decided; empty if it can.
   std::string Problem(const CardDecision& decision) const;
-  // Plays on, with both decisions on the chart. Returns false if the card was left meanwhile, or if
-  // the feed failed.
+  // Plays on, with both decisions on the chart. Returns false if the card was left during that, or
+  // if the feed failed.
   bool Decide(const CardDecision& decision);
   // Both decisions, after Decide. What was done then: the trade's entry or, at a marked bar, the
   // first entry of its session in these bars; nothing if there was none.

@@ -77,7 +77,7 @@ class RunControl {
   // the bars can't be shown, shows a box and returns false.
   bool ShowUnrecorded(const NextRun& choice);
   // Feeds it up to a bar, with a short pause after each. Returns false if the feed failed, which a
-  // box says, or if something else was shown meanwhile.
+  // box says, or if something else was shown during that.
   bool PlayOnTo(int bar);
   // The loaded bars are no longer played.
   void Leave();

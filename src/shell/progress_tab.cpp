@@ -166,7 +166,8 @@ void ProgressTab::SaveReport() {
       summary.skills = CompareWithRandomTraders(*played, groups, options);
     }
   } catch (const Superseded&) {
-    throw std::runtime_error("Other trades were chosen meanwhile. Nothing was saved.");
+    throw std::runtime_error(
+        "Other trades were chosen while the report was made. Nothing was saved.");
   }
   ShowFindings(SummaryFindings(own_));  // visible once events run again
   platform_.printers.SaveCoachReport(

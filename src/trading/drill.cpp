@@ -55,7 +55,7 @@ void Drill::NoticeBegin() {
   stage_ = Stage::kPlaying;
 }
 
-// Clicks run meanwhile; none of them may end the chart again.
+// Clicks run while it ends; none of them may end the chart again.
 void Drill::EndChart() {
   stage_ = Stage::kEnding;
   last_.reset();
