@@ -82,7 +82,7 @@ void PracticeWindow::Load() {
                                {"Open profit", true, 1300},
                                {"Closed profit", true, 1300},
                                {"Bars left", true, 900},
-                               {"Last played", false, 2250}});
+                               {"Last played", false, 1950}});
   ShapeSmallWindow(form);
   CentreOnScreen(form, platform_.screen);
   cards_.SetUp();
