@@ -21,6 +21,7 @@ std::string AsItIs(std::string_view date) { return std::string(date); }
 struct Desk {
   explicit Desk(const std::string& file) {
     LedgerOpen(ledger, file);
+    session.SessionNumber = LedgerBeginRun(ledger, {});
     session.Symbol = session.Run.symbol = "ABC";
     session.SymbolInterval = "-1";
     session.BarDate = {20070125};

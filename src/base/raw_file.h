@@ -60,6 +60,15 @@ struct FileStamp {
 // Of a file or folder; nullopt if there is none.
 std::optional<FileStamp> StampOf(const std::filesystem::path& path);
 
+// Which file a path leads to, without the time of its last change: once somebody has read that,
+// Linux sets a new one with the next write, and the flush after it also has to write the inode.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+  std::int64_t size = -1;
+};
+std::optional<FileIdentity> IdentityOf(const std::filesystem::path& path);
+
 // True if the path itself is a link to a file or folder elsewhere: a symbolic link, on Windows also
 // a junction. False if the path does not exist.
 bool IsLink(const std::filesystem::path& path);

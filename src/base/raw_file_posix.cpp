@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -63,6 +64,13 @@ std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
   struct stat info {};
   if (stat(path.c_str(), &info) != 0) return std::nullopt;
   return StampFrom(info);
+}
+
+std::optional<FileIdentity> IdentityOf(const std::filesystem::path& path) {
+  struct statx info {};
+  if (statx(AT_FDCWD, path.c_str(), 0, STATX_INO | STATX_SIZE, &info) != 0) return std::nullopt;
+  return FileIdentity{gnu_dev_makedev(info.stx_dev_major, info.stx_dev_minor), info.stx_ino,
+                      static_cast<std::int64_t>(info.stx_size)};
 }
 
 bool IsLink(const std::filesystem::path& path) {

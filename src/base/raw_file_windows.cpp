@@ -178,6 +178,12 @@ std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
   return stamp;
 }
 
+std::optional<FileIdentity> IdentityOf(const std::filesystem::path& path) {
+  const auto stamp = StampOf(path);
+  if (!stamp) return std::nullopt;
+  return FileIdentity{stamp->device, stamp->inode, stamp->size};
+}
+
 // Cloud files are reparse points too; only name surrogates are links.
 bool IsLink(const std::filesystem::path& path) {
   constexpr DWORD kNameSurrogate = 0x20000000;

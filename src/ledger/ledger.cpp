@@ -263,7 +263,7 @@ LedgerOrderKey LedgerInsertOrder(LedgerConnection& connection,
     LedgerWritePlan(connection, taken);
   }
   AddClosed(database, moment, key, closed);
-  LedgerWriteMoment(connection, moment);
+  LedgerWriteMoment(database, moment);
   transaction.Commit();
   return key;
 }
@@ -277,7 +277,7 @@ int LedgerBeginRun(LedgerConnection& connection, const LedgerRun& run, const Led
   std::vector<LedgerValue> values = RunValues(run);
   values.emplace_back(double(moment.session));
   database.Run(InsertInto("Runs", RunColumns()), values);
-  LedgerWriteMoment(connection, moment);
+  LedgerWriteMoment(database, moment);
   transaction.Commit();
   return moment.session;
 }
@@ -296,7 +296,7 @@ void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
        double(detail.newest_shown), wiped.date, wiped.time, wiped.price});
   const int run = WholeOf(database.Run("SELECT " + std::string(kNewestRun)));
   AddClosed(database, moment, {run, 0}, closed);
-  LedgerWriteMoment(connection, moment);
+  LedgerWriteMoment(database, moment);
   transaction.Commit();
 }
 

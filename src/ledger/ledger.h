@@ -151,6 +151,8 @@ void LedgerNoteWiped(LedgerConnection& connection, const LedgerWiped& wiped,
 
 // Writes where the session of that number is now; a moment without a number is not written.
 void LedgerWriteMoment(LedgerConnection& connection, const LedgerMoment& moment);
+// As part of the caller's transaction.
+void LedgerWriteMoment(SqliteDatabase& database, const LedgerMoment& moment);
 // A ledger of an earlier version that is only read has no tables for them.
 bool LedgerHasSessions(LedgerConnection& connection);
 // Newest first by when they were last played.

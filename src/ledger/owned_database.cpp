@@ -209,14 +209,15 @@ void OwnedDatabase::Configure(const DatabaseKind& kind) {
 
 void OwnedDatabase::Watch(const std::string& file) {
   // There is no log on a file system without shared memory.
-  if (const auto stamp = StampOfFile(file))
-    watched_.push_back({file, *stamp, file.ends_with("-wal")});
+  if (const auto identity = IdentityOfFile(file)) {
+    watched_.push_back({file, *identity, file.ends_with("-wal")});
+  }
 }
 
 SqliteDatabase& OwnedDatabase::ForWriting() {
   for (const WatchedFile& file : watched_) {
-    const auto now = StampOfFile(file.path);
-    if (!now || now->device != file.stamp.device || now->inode != file.stamp.inode) {
+    const auto now = IdentityOfFile(file.path);
+    if (!now || now->device != file.identity.device || now->inode != file.identity.inode) {
       Checkpoint();
       throw LedgerError(
           file.path +

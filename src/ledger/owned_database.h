@@ -56,7 +56,7 @@ class OwnedDatabase {
  private:
   struct WatchedFile {
     std::string path;
-    FileStamp stamp;
+    FileIdentity identity;
     bool is_log = false;
   };
   void Configure(const DatabaseKind& kind);

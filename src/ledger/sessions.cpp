@@ -79,8 +79,12 @@ void ChangeSession(LedgerConnection& connection, int number,
 }  // namespace
 
 void LedgerWriteMoment(LedgerConnection& connection, const LedgerMoment& moment) {
+  if (moment.session != 0) LedgerWriteMoment(connection.ForWriting(), moment);
+}
+
+void LedgerWriteMoment(SqliteDatabase& database, const LedgerMoment& moment) {
   if (moment.session == 0) return;
-  connection.ForWriting().Run(
+  database.Run(
       "REPLACE INTO SessionMoments (Session, BarIndex, NewestShown, FirstShown, BarDate, BarTime, "
       "BarsCheck, Book, AsShown, Touched) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
       {double(moment.session), double(moment.bar), double(moment.newest_shown),

@@ -88,6 +88,10 @@ std::string CanonicalPath(const std::string& path) {
 
 std::optional<FileStamp> StampOfFile(const std::string& path) { return StampOf(FromUtf8(path)); }
 
+std::optional<FileIdentity> IdentityOfFile(const std::string& path) {
+  return IdentityOf(FromUtf8(path));
+}
+
 bool IsRegularFile(const std::string& path) {
   std::error_code missing;
   return fs::is_regular_file(FromUtf8(path), missing);

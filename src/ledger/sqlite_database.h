@@ -27,6 +27,7 @@ namespace velumar {
 std::string CanonicalPath(const std::string& path);
 // Of the file that a path leads to; nullopt if there is none, or none that can be seen.
 std::optional<FileStamp> StampOfFile(const std::string& path);
+std::optional<FileIdentity> IdentityOfFile(const std::string& path);
 bool IsRegularFile(const std::string& path);
 // True for a folder, a pipe or a device.
 bool IsNotAFile(const std::string& path);
