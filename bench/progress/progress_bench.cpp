@@ -6,9 +6,13 @@
 #include <algorithm>
 #include <numeric>
 
+#include "ledger/trades.h"
+#include "progress/played_ledger.h"
 #include "progress/progress_figures.h"
 #include "progress/random_traders.h"
 #include "progress/ruin.h"
+#include "session/played_trades.h"
+#include "support/scratch_folder.h"
 #include "support/simulated_traders.h"
 
 namespace velumar {
@@ -70,6 +74,73 @@ void FilterAndFigures(benchmark::State& state) {
   NoteMemory(state);
 }
 BENCHMARK(FilterAndFigures)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+LedgerTrade Kept(const PlayedTrade& trade, int run, int place) {
+  LedgerTrade kept;
+  kept.entry = {{run, 2 * place - 1}, trade.entry_day, 93000, trade.entry_bar, trade.entry_price};
+  kept.exit = {{run, 2 * place}, trade.entry_day, 100000, trade.exit_bar, trade.exit_price};
+  kept.is_long = trade.is_long;
+  kept.quantity = trade.quantity;
+  kept.money_per_point = trade.money_per_point;
+  kept.money = trade.money;
+  kept.costs = trade.costs;
+  kept.adverse = kept.favourable = 1;
+  return kept;
+}
+
+// All of it in a file: each session is a run with an entry, a plan and an exit for each trade.
+void WriteLargeLedger(const std::string& file) {
+  const Played& played = LargeLedger();
+  LedgerConnection ledger([](std::string_view date) { return std::string(date); });
+  LedgerOpen(ledger, file);
+  auto trade = played.trades.begin();
+  for (int number = 1; number <= kSessions; ++number) {
+    LedgerRun run;
+    run.interval = "5";
+    run.starting_money = 20000;
+    LedgerMoment moment;
+    moment.newest_shown = kBars;
+    LedgerBeginRun(ledger, run, {}, moment);
+    LedgerTrades kept;
+    kept.scope = LedgerScope::Session(number);
+    kept.orders = 2 * kTradesInSession;
+    kept.newest_shown = kBars;
+    kept.closes = played.SessionAt(number - 1).closes;
+    for (int place = 1; place <= kTradesInSession; ++place) {
+      kept.trades.push_back(Kept(*trade++, number, place));
+    }
+    LedgerWriteTrades(ledger, kept);
+  }
+  ledger.ForWriting().Execute(
+      "INSERT INTO Details (Run, Place, Quantity, BarIndex, NewestShown) "
+      "SELECT EntryRun, EntryPlace, Quantity, EntryBar, 0 FROM Trades UNION ALL "
+      "SELECT ExitRun, ExitPlace, Quantity, ExitBar, 0 FROM Trades ORDER BY 1, 2; "
+      "INSERT INTO Plans (Session, Run, Place, Setup, Confidence, Risk) "
+      "SELECT Session, EntryRun, EntryPlace, 'setup ' || (Key % 12), 3, 50 FROM Trades");
+}
+
+// The tab from the click to its figures and pictures, the ledger being open.
+void FirstPage(benchmark::State& state) {
+  const ScratchFolder folder;
+  const std::string file = folder.Sub("large.mdb");
+  WriteLargeLedger(file);
+  IndexCache cache;
+  while (state.KeepRunning()) {
+    state.PauseTiming();
+    LedgerConnection ledger([](std::string_view date) { return std::string(date); });
+    LedgerOpen(ledger, file);
+    state.ResumeTiming();
+    const std::vector<PlayedScope> scopes = PlayedScopes(ledger, cache);
+    const Played played = PlayedOf(scopes, LedgerEntryPlans(ledger));
+    const Selection selection = Select(played, {});
+    const ProgressFigures figures =
+        ComputeFigures(played, selection, ChainEquity(played, selection), {.count = 0});
+    if (selection.size() != LargeLedger().trades.size()) state.SkipWithError("trades are missing");
+    benchmark::DoNotOptimize(figures);
+  }
+  NoteMemory(state);
+}
+BENCHMARK(FirstPage)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // The draws of 10,000 rounds over the sessions, adding one number for each.
 void BareBootstrap(benchmark::State& state) {

@@ -213,7 +213,9 @@ SqliteDatabase::SqliteDatabase(const std::string& file, Mode mode)
 
 void SqliteDatabase::Open(const std::string& name, int flags) {
   sqlite3* database = nullptr;
-  const int code = sqlite3_open_v2(name.c_str(), &database, flags, nullptr);
+  // Only one thread at a time uses a connection; a mutex for each value read would take as long as
+  // reading it.
+  const int code = sqlite3_open_v2(name.c_str(), &database, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   handle_.reset(database);
   if (code != SQLITE_OK) Throw(file_, database);
   sqlite3_busy_timeout(database, kBusyTimeoutMs);

@@ -226,12 +226,23 @@ std::vector<LedgerTrades> LedgerReadTrades(LedgerConnection& connection) {
   }
   SqliteStatement trades =
       database.Prepare(std::string("SELECT ") + kTradeColumns + " FROM Trades ORDER BY Key");
-  while (trades.Step()) {
-    const LedgerScope scope = ScopeOf(trades.Whole(0), trades.Whole(1));
+  std::vector<LedgerTrade> of_scope;
+  LedgerScope scope = kCurrentRun;
+  const auto add = [&] {
+    if (of_scope.empty()) return;
     const auto [place, is_new] = places.try_emplace(scope, all.size());
     if (is_new) all.push_back({.scope = scope, .closes = {}, .trades = {}});
-    all[place->second].trades.push_back(TradeOf(trades));
+    std::vector<LedgerTrade>& trades_of = all[place->second].trades;
+    trades_of.insert(trades_of.end(), of_scope.begin(), of_scope.end());
+    of_scope.clear();
+  };
+  while (trades.Step()) {
+    const LedgerScope next = ScopeOf(trades.Whole(0), trades.Whole(1));
+    if (next != scope) add();
+    scope = next;
+    of_scope.push_back(TradeOf(trades));
   }
+  add();
   return all;
 }
 

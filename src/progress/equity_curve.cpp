@@ -28,9 +28,12 @@ double YearsOf(const PlayedSession& session) {
 }
 
 // To a millionth, so that an account that is as high as before is not below by a rounding error.
+// Numbers as large as `kWhole` have no fraction, so adding it rounds, without the call that
+// std::round is. Money above two billion has no millionths to lose.
 double WithoutNoise(double money) {
   constexpr double kParts = 1e6;
-  return std::round(money * kParts) / kParts;
+  constexpr double kWhole = 0x1.8p52;
+  return (money * kParts + kWhole - kWhole) / kParts;
 }
 
 // The account of one session as changes from bar to bar.
