@@ -70,6 +70,19 @@ class TabBarView : public View<QTabBar, TabBar> {
     View::Update();
     const QSignalBlocker quiet(this);
     setCurrentIndex(model_.Index());
+    // Dark tabs differ too little without it.
+    for (int tab = 0; tab < count(); ++tab) {
+      setTabTextColor(tab, tab == currentIndex() ? Colours().accent : QColor());
+    }
+  }
+
+ protected:
+  // A trader who has clicked a page goes on in its list, by keys too.
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    QTabBar::mouseReleaseEvent(event);
+    const auto lists = window()->findChildren<QAbstractItemView*>();
+    const auto shown = std::ranges::find_if(lists, &QWidget::isVisible);
+    if (shown != lists.end()) (*shown)->setFocus();
   }
 };
 
