@@ -323,11 +323,17 @@ class CommandLine {
     command.add_flag("--due", cards_.due, "only those that are due");
     command.add_flag("--json", cards_.json, "as one JSON array of objects, with all answers");
     AddDatePattern(command, cards_.date_pattern);
-    command.add_subcommand("make", "Make cards of the largest losses that have none yet.")
+    command
+        .add_subcommand("make",
+                        "Make cards of the largest losses that have none yet. The file comes "
+                        "first: velumar-cli cards FILE make --losses 5")
         ->add_option("--losses", cards_.losses, "how many")
         ->required()
         ->check(NumberFromOne());
-    command.add_subcommand("delete", "Delete a card and its answers.")
+    command
+        .add_subcommand("delete",
+                        "Delete a card and its answers. The file comes first: velumar-cli cards "
+                        "FILE delete 3")
         ->add_option("CARD", cards_.card, "the number of the card")
         ->required()
         ->check(NumberFromOne());
