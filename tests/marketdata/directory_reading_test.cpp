@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "marketdata/data_file.h"
 #include "marketdata/market_files.h"
 
 namespace velumar {
@@ -67,6 +68,10 @@ TEST_F(DirectoryReading, CountsAreLimitedToWhatTheFilesHold) {
     IndexCache fresh;
     EXPECT_EQ(SecuritiesOf(directory.Text(), fresh)[0].bars, static_cast<int>(bars)) << size;
   }
+  directory_.Write("F1.DAT", DataBytes(7, 4, {whole}));
+  const DataFile opened(directory_ / "F1.DAT", BarLayout::FromCount(7, false));
+  std::filesystem::resize_file(directory_ / "F1.DAT", 3 * kRecord - 1);
+  EXPECT_THAT(opened.ReadAll().dates, ElementsAre(20050103)) << "cut by another program since";
 }
 
 TEST_F(DirectoryReading, UnusableFilesAreSeriesWithoutBars) {
