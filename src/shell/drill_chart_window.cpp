@@ -102,7 +102,14 @@ void DrillChartWindow::Leave() {
 }
 
 void DrillChartWindow::StopOrClose() {
-  if (drill_.CurrentStage() != Stage::kOver) return Leave();
+  if (drill_.CurrentStage() != Stage::kOver) {
+    // A key is pressed by mistake soon, and no chart can be played twice.
+    if (platform_.boxes.Ask("End the drill here? What was played counts.",
+                            {"End the drill", "Go on"}) == 0) {
+      Leave();
+    }
+    return;
+  }
   desktop_.Unload(Window());
   if (drill_.Left()) return;  // its windows are those of another run
   const Form2& navigator = desktop_.Untouched().form2;

@@ -116,7 +116,13 @@ TEST_F(DrillTest, WhatWasPlayedBeforeAStopCounts) {
     step.UserClick();
     end.UserClick();
   };
-  OnBar(1, 2, [&] { trade_and(all.Navigator().Image1, Chart().cmdStop); });
+  OnBar(1, 2, [&] {
+    Chart().cmdStop.UserClick();
+    EXPECT_THAT(Chart().lblStatus.Text(), testing::StartsWith("Chart 1 of 1, bar 2")) << "asked";
+    all.outside.boxes.answers = {0};
+    trade_and(all.Navigator().Image1, Chart().cmdStop);
+    all.outside.boxes.shown.clear();
+  });
   Begin("1", "40", "0");
   EXPECT_EQ(Chart().lblStatus.Text(), "Stopped after 1 of 1.");
   Chart().cmdStop.UserClick();
