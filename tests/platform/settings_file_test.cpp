@@ -233,12 +233,20 @@ TEST(RegistryFile, ReportsDamagedValuesAndAFileThatCantBeWritten) {
   FileRegistry unwritable(folder / "registry/registry");
   EXPECT_EQ(unwritable.CreateKey(kRoot, "K"), 1013);
   EXPECT_FALSE(unwritable.HasKey(kRoot, "K"));
+  WriteFile(folder / "blocked.ini", "rubbish\n");
+  std::optional<FileRegistry> blocked;
   fs::permissions(folder.Path(), fs::perms(0555));
   {
     const WithoutRoot nobody;
     EXPECT_EQ(FileRegistry(folder / "denied").CreateKey(kRoot, "K"), 5);
+    blocked.emplace(folder / "blocked");
+    EXPECT_EQ(blocked->ReadText("K", "a", text), 1009) << "can't be renamed";
   }
   fs::permissions(folder.Path(), fs::perms(0700));
+  WriteFile(folder / "blocked.ini", "");
+  fs::last_write_time(folder / "blocked.ini",
+                      fs::file_time_type::clock::now() + std::chrono::hours(1));
+  EXPECT_EQ(blocked->ReadText("K", "a", text), 2) << "repaired";
 }
 
 TEST(ChartProgramKeys, FollowTheProgramsFolderAndVersion) {

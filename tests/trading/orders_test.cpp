@@ -118,6 +118,7 @@ TEST_F(OrdersTest, OffsetsCountInTheDecimalsThatTheTraderReads) {
       const auto offset = is_long ? &OrderDesk::OffsetLong : &OrderDesk::OffsetShort;
       EXPECT_EQ(Order(offset, closed), OrderResult::kDone) << closed;
       EXPECT_EQ(held, left) << closed;
+      EXPECT_EQ(std::pair(session.LRealisedMoney, session.SRealisedMoney), std::pair(0.0F, 0.0F));
       EXPECT_EQ(is_long ? session.LRealised : session.SRealised,
                 ToSingle(PatternText(2 * ToSingle(closed).value(), kTwoDecimalsPattern)));
     }
