@@ -276,7 +276,7 @@ TEST(DrawingList, UndoAndRedoLeaveTheHiddenAlone) {
 TEST(DrawingFile, KeepsEachKindAndRefusesEverythingElse) {
   DrawingsBySecurity all;
   for (const DrawingRow& row : DrawingCatalogue()) {
-    Drawing drawing{.kind = row.kind, .colour = 3, .known = 29085120000};
+    Drawing drawing{.kind = row.kind, .colour = Drawing::kColours - 1, .known = 29085120000};
     for (std::size_t i = 0; i < row.anchors; ++i) {
       drawing.anchors.push_back({{20200102, 93000, static_cast<int>(i), 5, 62.25}, 1.19978});
     }
@@ -289,8 +289,8 @@ TEST(DrawingFile, KeepsEachKindAndRefusesEverythingElse) {
   const std::vector<std::pair<std::string, std::string>> damages = {
       {"\"version\": 1", "\"version\": 2"},
       {"\"trend\"", "\"trendy\""},
-      {"\"colour\": 3", "\"colour\": 8"},
-      {"\"colour\": 3", "\"colour\": 3.5"},
+      {"\"colour\": 7", "\"colour\": 8"},
+      {"\"colour\": 7", "\"colour\": 3.5"},
       {"\"price\": 1.19978", "\"price\": 1e400"},
       {"\"price\": 1.19978", "\"price\": null"},
       {"20200102", "18446744073709551615"},
