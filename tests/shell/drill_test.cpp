@@ -140,6 +140,22 @@ TEST_F(DrillTest, WhatWasPlayedBeforeAStopCounts) {
   EXPECT_EQ(LedgerDrills(all.ledger).size(), 2U);
 }
 
+TEST_F(DrillTest, APositionThatTheLedgerCantCloseKeepsItsChartHidden) {
+  int session = 0;
+  for (PictureButton* const order : {&all.Panel().imgLong, &all.Panel().ImgShort}) {
+    OnBar(++session, 2, [this, order] {
+      order->UserClick();
+      all.ledger.ForWriting().Execute("ALTER TABLE Details RENAME TO Away");
+    });
+    Begin("1", "12", "0");
+    all.ledger.ForWriting().Execute("ALTER TABLE Away RENAME TO Details");
+    EXPECT_EQ(Chart().lblStatus.Text(), "Stopped after 1 of 1.");
+    EXPECT_EQ(LedgerReadSession(all.ledger, session).session.symbol, "BLIND");
+    EXPECT_EQ(all.session.LAccum + all.session.SAccum, 1) << "it can be resumed";
+    Chart().cmdStop.UserClick();
+  }
+}
+
 TEST_F(DrillTest, NumbersThatCantBeUsedStartNothing) {
   for (const auto& [charts, bars, minutes] :
        {std::tuple("0", "40", "3"), std::tuple("5", "501", "3"), std::tuple("5", "40", "-1"),
