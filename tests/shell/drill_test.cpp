@@ -146,9 +146,11 @@ TEST_F(DrillTest, APositionThatTheLedgerCantCloseKeepsItsChartHidden) {
     OnBar(++session, 2, [this, order] {
       order->UserClick();
       all.ledger.ForWriting().Execute("ALTER TABLE Details RENAME TO Away");
+      all.outside.boxes.on_show = [this] {
+        all.ledger.ForWriting().Execute("ALTER TABLE Away RENAME TO Details");
+      };
     });
     Begin("1", "12", "0");
-    all.ledger.ForWriting().Execute("ALTER TABLE Away RENAME TO Details");
     EXPECT_EQ(Chart().lblStatus.Text(), "Stopped after 1 of 1.");
     EXPECT_EQ(LedgerReadSession(all.ledger, session).session.symbol, "BLIND");
     EXPECT_EQ(all.session.LAccum + all.session.SAccum, 1) << "it can be resumed";
