@@ -44,6 +44,9 @@ TEST_F(RunControlTest, ARunFeedsEveryBarOnceAndEnds) {
     EXPECT_TRUE(run.shown == RecordedRun::Shown::kRunning && run.setup_locked);
     EXPECT_TRUE(control.Feeding());
   });
+  control.OnMove([&] {  // it may order, so the bar must be on the charts
+    EXPECT_EQ(charts.asked.size() - 2, static_cast<std::size_t>(session.BarIndex - 59));
+  });
   EXPECT_TRUE(StartAt(60));
   EXPECT_EQ(session.BarIndex, 199);
   EXPECT_EQ(session.StartDate, std::to_string(MadeDate(59)));
