@@ -31,6 +31,8 @@ struct CardWindowTest : RunFixture {
     all->Panel().imgOffsetLong.UserClick();
     all->Panel().ImgShort.UserClick();
     all->Panel().ImgOffsetShort.UserClick();
+    all->Navigator().Image1.UserClick();
+    all->Navigator().Image2.UserClick();
     bar = all->session.Orders.front().bar;
     all->Navigator().Image5.UserClick();
     all->outside.clock.today = 20071019;
@@ -72,7 +74,7 @@ TEST_F(CardWindowTest, AMarkedBarIsDecidedAgainAndJudged) {
   Card().txtStop.UserType("50");
   Card().cboConfidence.UserChoose(4);
   Card().cmdLong.UserClick();
-  EXPECT_EQ(StoreSize("BLIND"), static_cast<std::size_t>(bar + 2)) << "as far as it was played";
+  EXPECT_EQ(StoreSize("BLIND"), static_cast<std::size_t>(bar + 3)) << "as far as it was shown";
   ASSERT_EQ(all->session.Orders.size(), 1U);
   ASSERT_EQ(all->session.EarlierOrders.size(), 4U) << "what was done then";
   EXPECT_EQ(all->session.EarlierOrders[0].bar, bar);
