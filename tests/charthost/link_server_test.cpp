@@ -199,6 +199,17 @@ TEST_F(LinkServerTest, SaysThatTheTraderHasClosedItUnlessItWasAskedToQuit) {
   EXPECT_EQ(closed, 1);
 }
 
+TEST_F(LinkServerTest, PassesTheLettersOfTheRunOn) {
+  std::string passed;
+  const auto velumar = ListenForMessages(kRunKeyListener, [&](const IpcMessage& message) {
+    if (message.second == 0) passed += static_cast<char>(message.first);
+  });
+  for (const char key : std::string_view("lhsbgnom")) {
+    QTest::keyClick(program_.window->windowHandle(), key);
+  }
+  EXPECT_TRUE(QTest::qWaitFor([&] { return passed == "LSBGNOM"; }, 3000)) << passed;
+}
+
 TEST_F(LinkServerTest, IgnoresWhatIsNoRequest) {
   EXPECT_EQ(Send("hello"), IpcAnswer::kRefused);
   EXPECT_EQ(Send(std::string(kLongestIpcRequest + 1, ' ')), IpcAnswer::kRefused);

@@ -41,19 +41,14 @@ char LetterOf(int key) {
   return key == Qt::Key_Escape ? '\x1b' : '\0';
 }
 
+// Letters are their own codes.
 int RunKeyCode(int key) {
   static const QHash<int, int> kCodes = {{Qt::Key_Left, run_key::kLeft},
                                          {Qt::Key_Right, run_key::kRight},
                                          {Qt::Key_PageUp, run_key::kPageUp},
                                          {Qt::Key_PageDown, run_key::kPageDown},
-                                         {Qt::Key_Space, Qt::Key_Space},
-                                         {Qt::Key_L, Qt::Key_L},
-                                         {Qt::Key_S, Qt::Key_S},
-                                         {Qt::Key_B, Qt::Key_B},
-                                         {Qt::Key_G, Qt::Key_G},
-                                         {Qt::Key_N, Qt::Key_N},
-                                         {Qt::Key_O, Qt::Key_O}};
-  return kCodes.value(key, 0);
+                                         {Qt::Key_Space, run_key::kSpace}};
+  return key >= Qt::Key_A && key <= Qt::Key_Z ? key : kCodes.value(key, 0);
 }
 
 ChartKey StrokeOf(const QKeyEvent& key) {
@@ -154,7 +149,7 @@ bool KeyFilter::PassToRun(QWindow* receiver, const QKeyEvent& key) {
 
 void KeyFilter::PassRelease(const QKeyEvent& key) {
   const int code = RunKeyCode(KeyOf(key));
-  if (code == 0 || key.isAutoRepeat()) return;
+  if (!IsRunKey({.code = code}) || key.isAutoRepeat()) return;
   SendIpcMessage(kRunKeyListener,
                  {.first = static_cast<std::uint32_t>(code), .second = kMessageReleased});
 }
