@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <ostream>
 #include <stdexcept>
 
@@ -26,14 +28,22 @@ std::optional<std::int32_t> PlaceOf(const std::vector<std::string>& names, const
   return static_cast<std::int32_t>(found - names.begin());
 }
 
+// The last digits of a logarithm differ between the systems' libraries, so they are left out.
+nlohmann::ordered_json Estimate(double value) {
+  std::array<char, 32> text{};
+  const auto end =
+      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 12);
+  return DecimalNumber({text.data(), end.ptr});
+}
+
 nlohmann::ordered_json FigureObject(const ProgressFigure& figure) {
   nlohmann::ordered_json object{
       {"name", figure.name}, {"value", nullptr}, {"n", figure.n},    {"counted", figure.counted},
       {"low", nullptr},      {"high", nullptr},  {"too_few", false}, {"formula", figure.formula}};
-  if (figure.value) object["value"] = *figure.value;
+  if (figure.value) object["value"] = Estimate(*figure.value);
   if (figure.sureness == ProgressFigure::Sureness::kInterval) {
-    object["low"] = figure.interval.low;  // null if it is infinite
-    object["high"] = figure.interval.high;
+    object["low"] = Estimate(figure.interval.low);  // null if it is infinite
+    object["high"] = Estimate(figure.interval.high);
   }
   object["too_few"] = figure.sureness == ProgressFigure::Sureness::kTooFew;
   return object;
