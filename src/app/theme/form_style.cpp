@@ -10,6 +10,7 @@ namespace {
 constexpr double kFieldRound = 3.5;
 constexpr int kArrowRoom = 16;
 constexpr int kHandle = 10;
+constexpr int kTickBox = 14;
 
 // True for the line in a combo box or date picker, which draws the background itself.
 bool IsPartOfBox(const QWidget* widget) {
@@ -185,7 +186,8 @@ int FormStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
       return kHandle;
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
-      return 14;
+      // Whole in a low check box too.
+      return widget == nullptr ? kTickBox : std::min(kTickBox, widget->height());
     case PM_ComboBoxFrameWidth:
       return 1;
     default:
