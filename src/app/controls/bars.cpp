@@ -77,9 +77,14 @@ class TabBarView : public View<QTabBar, TabBar> {
   }
 
  protected:
-  // A trader who has clicked a page goes on in its list, by keys too.
+  // A trader who has clicked a page goes on in its list, by keys too, unless a text is being
+  // written.
   void mouseReleaseEvent(QMouseEvent* event) override {
     QTabBar::mouseReleaseEvent(event);
+    const QWidget* const focus = QApplication::focusWidget();
+    const bool writes = focus != nullptr && focus->testAttribute(Qt::WA_InputMethodEnabled) &&
+                        qobject_cast<const QAbstractItemView*>(focus) == nullptr;
+    if (event->button() != Qt::LeftButton || writes) return;
     const auto lists = window()->findChildren<QAbstractItemView*>();
     const auto shown = std::ranges::find_if(lists, &QWidget::isVisible);
     if (shown != lists.end()) (*shown)->setFocus();
