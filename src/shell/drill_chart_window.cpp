@@ -102,8 +102,10 @@ void DrillChartWindow::Leave() {
 }
 
 void DrillChartWindow::StopOrClose() {
-  if (drill_.CurrentStage() != Stage::kOver) {
-    // A key is pressed by mistake soon, and no chart can be played twice.
+  const Stage stage = drill_.CurrentStage();
+  if (stage == Stage::kStarting || stage == Stage::kEnding) return;
+  if (stage != Stage::kOver) {
+    // A key is easily pressed by mistake, and no chart can be played twice.
     if (platform_.boxes.Ask("End the drill here? What was played counts.",
                             {"End the drill", "Go on"}) == 0) {
       Leave();
