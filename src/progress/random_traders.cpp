@@ -8,6 +8,7 @@
 #include <span>
 #include <tuple>
 
+#include "base/decimal.h"
 #include "base/number_text.h"
 #include "progress/progress_figures.h"
 #include "progress/usual_move.h"
@@ -60,7 +61,7 @@ double BuyAndHold(const Played& played, std::span<const std::int32_t> selection)
       const PlayedTrade& trade = played.TradeAt(place);
       quantities += trade.quantity * trade.money_per_point;
     }
-    const double change = static_cast<double>(closes.back()) - static_cast<double>(closes.front());
+    const double change = ReadableDouble(closes.back()) - ReadableDouble(closes.front());
     money += quantities / static_cast<double>(selected.trades.size()) * change;
   }
   return money;
@@ -234,9 +235,10 @@ std::vector<SkillOrLuck> CompareWithRandomTraders(const Played& played,
     for (const std::int32_t place : groups[i].trades) {
       const auto movable = Movable(played, usual_moves, played.TradeAt(place));
       if (movable) {
-        const double rise = movable->Rise(movable->entry, movable->bars);
-        skill.result += movable->position * rise;
-        skill.compared += movable->compared * rise;
+        const float* const entry = movable->closes + movable->entry;
+        const double points = ReadableDouble(entry[movable->bars]) - ReadableDouble(*entry);
+        skill.result += movable->position * points;
+        skill.compared += movable->compared * movable->Rise(movable->entry, movable->bars);
       }
       ++(movable ? skill.trades : skill.left_out);
     }

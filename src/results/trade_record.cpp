@@ -37,8 +37,8 @@ Extreme FarthestFrom(double price, bool up, const PlayedSeries& series, int entr
   Extreme extreme{0, entry_bar};
   for (int bar = entry_bar + 1; bar <= exit_bar; ++bar) {
     const auto at = static_cast<std::size_t>(bar);
-    const double distance =
-        up ? ReadableDouble(series.highs[at]) - price : price - ReadableDouble(series.lows[at]);
+    const double distance = up ? DecimalDifference(ReadableDouble(series.highs[at]), price)
+                               : DecimalDifference(price, ReadableDouble(series.lows[at]));
     if (distance > extreme.distance) extreme = {distance, bar};
   }
   return extreme;
