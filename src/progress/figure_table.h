@@ -36,6 +36,8 @@ struct FigureRow {
   std::string_view name;
   ProgressFigure::Unit unit = ProgressFigure::Unit::kCount;
   Sum counted = kTrades;  // n
+  Sum enough = kTrades;   // of these, too, there must be ten for an interval
+  Sum enough_of_others = kTrades;
   Method method = Method::kNone;
   // Of a ratio. A scale multiplies ratio and interval.
   Sum numerator = kTrades;

@@ -212,7 +212,9 @@ ProgressFigures ComputeFigures(const Played& played, std::span<const std::int32_
     const double value = ValueOf(row, whole);
     const auto n = static_cast<int>(whole.sums[row.counted]);
     const bool bars = row.counted == kBars;
-    const bool few = whole.sums[kTrades] < kTooFewTrades || (!bars && n < kTooFewTrades);
+    const double fewest =
+        std::min({whole.sums[kTrades], whole.sums[row.enough], whole.sums[row.enough_of_others]});
+    const bool few = fewest < kTooFewTrades || (!bars && n < kTooFewTrades);
     result.figures.push_back({.name = row.name,
                               .unit = row.unit,
                               .value = std::isfinite(value) ? std::optional(value) : std::nullopt,
