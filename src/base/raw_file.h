@@ -61,7 +61,8 @@ struct FileStamp {
 std::optional<FileStamp> StampOf(const std::filesystem::path& path);
 
 // Which file a path leads to, without the time of its last change: once somebody has read that,
-// Linux sets a new one with the next write, and the flush after it also has to write the inode.
+// Linux (since 6.13) sets a new one with the next write, and the flush after it also has to write
+// the inode.
 struct FileIdentity {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;

@@ -68,7 +68,12 @@ std::optional<FileStamp> StampOf(const std::filesystem::path& path) {
 
 std::optional<FileIdentity> IdentityOf(const std::filesystem::path& path) {
   struct statx info {};
-  if (statx(AT_FDCWD, path.c_str(), 0, STATX_INO | STATX_SIZE, &info) != 0) return std::nullopt;
+  if (statx(AT_FDCWD, path.c_str(), 0, STATX_INO | STATX_SIZE, &info) != 0) {
+    // Sandboxes may forbid the newer call.
+    const auto stamp = StampOf(path);
+    if (!stamp) return std::nullopt;
+    return FileIdentity{stamp->device, stamp->inode, stamp->size};
+  }
   return FileIdentity{gnu_dev_makedev(info.stx_dev_major, info.stx_dev_minor), info.stx_ino,
                       static_cast<std::int64_t>(info.stx_size)};
 }
