@@ -119,7 +119,7 @@ void WriteLargeLedger(const std::string& file) {
       "SELECT Session, EntryRun, EntryPlace, 'setup ' || (Key % 12), 3, 50 FROM Trades");
 }
 
-// The tab from the click to its figures and pictures, the ledger being open.
+// What the tab computes from the click to its figures, the ledger being open.
 void FirstPage(benchmark::State& state) {
   const ScratchFolder folder;
   const std::string file = folder.Sub("large.mdb");
