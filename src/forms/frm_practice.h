@@ -22,11 +22,6 @@ class FrmPractice : public Form {
 
   Picture Image1{*this, {"Image1", 0, 0, 11400, 5550, "backdrop-result"}};
   Frame Frame1{*this, {"Frame1", kLeft, kTop, 11160, 5190, "Practice", "", kCaption}};
-  TabBar tabPage{
-      *this, {"tabPage", kLeft + 120, kTop + 150, 2400, 300, "", "Page"}, {"Sessions", "Cards"}};
-  Button cmdDrill{*this,
-                  {"cmdDrill", kLeft + 2640, kTop + 150, 1560, 300, "D&rill ...",
-                   "A few blind charts in a row, with a limit of bars and time"}};
   Table lstSessions{*this, {"lstSessions", kLeft + 120, kTop + 480, 10920, 3915, "", "Sessions"}};
   Label lblStatus{*this, {"lblStatus", kLeft + 120, kTop + 4440, 5700, 600, "", "", kStatus}};
   Button cmdResume{*this,
@@ -41,6 +36,12 @@ class FrmPractice : public Form {
                     "Take the session off this list; its orders stay in the ledger (Delete)"}};
   PictureButton Image5{*this, {"Image5", kLeft + 9780, kTop + 105, 1140, 195, "close", "Close"}};
   CardControls cards{*this};
+  // After the lists, so that one of them has the keys at first.
+  TabBar tabPage{
+      *this, {"tabPage", kLeft + 120, kTop + 150, 2400, 300, "", "Page"}, {"Sessions", "Cards"}};
+  Button cmdDrill{*this,
+                  {"cmdDrill", kLeft + 2640, kTop + 150, 1560, 300, "D&rill ...",
+                   "A few blind charts in a row, with a limit of bars and time"}};
 };
 
 }  // namespace velumar

@@ -62,15 +62,18 @@ void FormView::OrderTabs() {
   const auto picture = [](const Control* control) {
     return control->Kind() == ControlKind::kPictureButton;
   };
-  const auto first = std::find_if(controls.begin(), controls.end(), [&](const Control* control) {
+  const auto takes_keys = [&](const Control* control) {
     return views_.at(control)->Widget().focusPolicy() != Qt::NoFocus && !picture(control);
-  });
+  };
+  const auto first = std::ranges::find_if(controls, takes_keys);
   std::vector<Control*> order(first, controls.end());
   std::copy_if(controls.begin(), first, std::back_inserter(order), picture);
   for (std::size_t i = 1; i < order.size(); ++i) {
     setTabOrder(&views_.at(order[i - 1])->Widget(), &views_.at(order[i])->Widget());
   }
-  if (first != controls.end()) views_.at(*first)->Widget().setFocus();
+  const auto shown = std::ranges::find_if(
+      order, [&](const Control* control) { return control->Visible() && takes_keys(control); });
+  if (shown != order.end()) views_.at(*shown)->Widget().setFocus();
 }
 
 // Containers clip their controls. A menu bar lies above the contents and doesn't scroll.
