@@ -52,6 +52,12 @@ TEST_F(WindowsTest, OnlyWindowsWithControlsTakeTheFocus) {
   }
 }
 
+TEST_F(WindowsTest, TheListHasTheKeysWhenThePracticeWindowOpens) {
+  FrmPractice& form = desktop.frmPractice();
+  form.Show();
+  EXPECT_EQ(View(form).focusWidget(), &WidgetOf<QTableView>(form.lstSessions));
+}
+
 TEST_F(WindowsTest, DroppedFilesReachTheModelAfterTheDrop) {
   Form1& form = desktop.form1();
   form.Show();

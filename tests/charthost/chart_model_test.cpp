@@ -163,6 +163,11 @@ TEST(ChartModel, MakesRoomForIndicatorsNearThePrices) {
   EXPECT_GT(range_with(2).lower, 199);
   EXPECT_LT(range_with(390).lower, 199.1);
   EXPECT_GT(range_with(390).lower, 198);
+  model.SetLevels({199.3, 204.7, 300});  // average prices of held sides
+  const ValueRange with_levels = range_with(2);
+  EXPECT_LE(with_levels.lower, 199.3);
+  EXPECT_GE(with_levels.upper, 204.7);
+  EXPECT_LT(with_levels.upper, 206) << "one is far away";
 }
 
 TEST(PriceText, ShowsNumbersAsTradersReadThem) {

@@ -257,7 +257,7 @@ TEST(ChartProgramKeys, FollowTheProgramsFolderAndVersion) {
     registry.ReadText("Software\\Equis\\Common\\" + version + "\\File Paths", "ProgramPath", text);
     return text;
   };
-  EnsureChartProgramKeys(registry, "/first");
+  EnsureChartProgramKeys(registry, "/");  // which exists
   // The program has moved: the first folder doesn't contain it.
   EnsureChartProgramKeys(registry, folder.Text());
   WriteFile(folder / "MSWIN.EXE", "");
