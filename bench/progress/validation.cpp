@@ -27,7 +27,7 @@ struct Bounds {
 constexpr Bounds kCoverage{0.93, 0.97};
 // Of averages of wins or losses from the fewest sessions: the rare large ones are often missing
 // among a dozen.
-constexpr Bounds kCoverageOfFew{0.91, 0.97};
+constexpr Bounds kCoverageOfFew{0.92, 0.97};
 constexpr Bounds kFalseAlarms{0.04, 0.06};
 constexpr Bounds kAtMostFalseAlarms{0, 0.06};
 // Where the price alone decides when a trade ends, its holding time says a little about the market.
