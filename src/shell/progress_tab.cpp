@@ -1,6 +1,7 @@
 #include "shell/progress_tab.h"
 
 #include <algorithm>
+#include <chrono>
 #include <stdexcept>
 #include <utility>
 
@@ -124,25 +125,35 @@ void ProgressTab::ComputeRounds(unsigned computing) {
   // The trades may be read again while events run.
   const std::shared_ptr<const Played> played = played_;
   const ProgressSummary own = own_;
-  const RoundOptions options = Rounds(computing);
-  own_.figures = ComputeFigures(*played, own.trades, own.curve, options);
+  const RoundOptions resampling = Rounds(computing, "Resampling for the intervals");
+  own_.figures = ComputeFigures(*played, own.trades, own.curve, resampling);
   if (other_) {
     const ProgressSummary other = *other_;
-    other_->figures = ComputeFigures(*played, other.trades, other.curve, options);
+    other_->figures = ComputeFigures(*played, other.trades, other.curve, resampling);
   }
   ShowFigures();
   std::vector<TradeGroup> groups = ComparedGroups(*played, own.trades);
   if (other_) groups.insert(groups.begin() + 1, {"Compared", other_->trades});
-  own_.skills = CompareWithRandomTraders(*played, groups, options);
+  own_.skills =
+      CompareWithRandomTraders(*played, groups, Rounds(computing, "Comparing with random traders"));
   ShowPicture();
-  own_.risk = ComputeRiskAhead(*played, own.trades, options);
+  own_.risk =
+      ComputeRiskAhead(*played, own.trades, Rounds(computing, "Resampling the next trades"));
   complete_ = true;
   ShowFindings(SummaryFindings(own_));
 }
 
-RoundOptions ProgressTab::Rounds(unsigned computing) {
+RoundOptions ProgressTab::Rounds(unsigned computing, std::string what) {
+  static constexpr std::chrono::milliseconds kSoon(300);
+  constexpr int kPercent = 100;
   RoundOptions options;
-  options.progress = [this, computing](double) {
+  options.progress = [this, computing, what = std::move(what), began = platform_.events.Now(),
+                      shown = -1](double share) mutable {
+    const int percent = static_cast<int>(share * kPercent);
+    if (percent != shown && platform_.events.Now() - began > kSoon) {
+      shown = percent;
+      ShowFindings({what + " ... " + std::to_string(percent) + " %"});
+    }
     platform_.events.ProcessPending();
     if (computing != computing_) throw Superseded();
   };
@@ -159,7 +170,7 @@ void ProgressTab::SaveReport() {
   try {
     if (!complete_) throw Superseded();
     ShowFindings({"Writing the report ..."});
-    const RoundOptions options = Rounds(computing_);
+    const RoundOptions options = Rounds(computing_, "Writing the report");
     options.progress(0);
     if (other_) {
       const std::vector<TradeGroup> groups = ComparedGroups(*played, summary.trades);

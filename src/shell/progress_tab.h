@@ -39,8 +39,9 @@ class ProgressTab {
   void Recompute();
   // Intervals, random traders and risks.
   void ComputeRounds(unsigned computing);
-  // How rounds are computed while events run; a newer computation ends them.
-  RoundOptions Rounds(unsigned computing);
+  // How rounds are computed while events run; a newer computation ends them. After a moment the
+  // findings say what is computed, and how much of it is done.
+  RoundOptions Rounds(unsigned computing, std::string what);
   // Computes first what is not computed yet.
   void SaveReport();
   void ShowFigures();

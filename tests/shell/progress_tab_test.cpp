@@ -66,6 +66,19 @@ TEST_F(ProgressTabTest, FiltersAndComparisonsChangeWhatIsShown) {
   EXPECT_EQ(Tab().pltProgress.Picture()->hint, "Daily bars have no hours");
 }
 
+TEST_F(ProgressTabTest, SaysHowFarALongComputationIs) {
+  std::vector<std::string> said;
+  all->outside.events.SetOnPending([&] {
+    all->outside.events.Sleep(std::chrono::milliseconds(200));
+    said.push_back(Tab().lstFindings.Lines().at(0));
+  });
+  Tab().cbxOfSide.UserChoose(0);
+  ASSERT_GT(said.size(), 3U);
+  EXPECT_EQ(said[0], "Computing ...");
+  EXPECT_THAT(said,
+              Contains(AllOf(StartsWith("Comparing with random traders ... "), EndsWith(" %"))));
+}
+
 TEST_F(ProgressTabTest, ExportsTheListedTradesInFull) {
   Tab().cbxOfSide.UserChoose(2);
   all->outside.files.answers = {scratch.Sub("trades.csv")};
