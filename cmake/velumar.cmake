@@ -66,6 +66,20 @@ function(velumar_library name)
   velumar_check_includes(${name} ${folder} "${LIB_SOURCES}")
 endfunction()
 
+# Compiles the signals of a library's classes: of each header that says Q_OBJECT. CMake's AUTOMOC gives
+# the meta-object compiler every include path; it then reads the toolkit's headers anew for each of
+# ours, which took a quarter of the time of a build.
+function(velumar_signals name)
+  file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  foreach(header IN LISTS headers)
+    file(STRINGS ${header} objects REGEX "^ *Q_OBJECT$")
+    if(objects)
+      qt_wrap_cpp(compiled ${header})
+    endif()
+  endforeach()
+  target_sources(velumar_${name} PRIVATE ${compiled})
+endfunction()
+
 # Several libraries under one name, to be linked and used together.
 function(velumar_bundle name)
   cmake_parse_arguments(BUNDLE "" "" "USES" ${ARGN})
