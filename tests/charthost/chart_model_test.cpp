@@ -62,6 +62,8 @@ TEST(BarColumns, HoldTheExtremesAndTheVolumeOfTheirBars) {
         EXPECT_GE(column.high, std::max(series.highs[bar], series.closes[bar]));
       }
       EXPECT_EQ(column.close, series.closes[column.last_bar]);
+      const int first_bar = column.last_bar / per_column * per_column;
+      EXPECT_DOUBLE_EQ(column.place, (first_bar + column.last_bar) / 2.0);
       volume += column.volume;
     }
     EXPECT_DOUBLE_EQ(volume, sum);
@@ -96,6 +98,9 @@ TEST(ChartModel, PaintsNoMoreColumnsThanFitTheScreen) {
     model.Layout(width);
     EXPECT_LE(static_cast<double>(model.Columns().size()), width + 2);
     EXPECT_GT(static_cast<double>(model.Columns().size()), width / 8);
+    double highest = 0;
+    for (const BarColumn& column : model.Columns()) highest = std::max(highest, column.volume);
+    EXPECT_EQ(model.HighestVolume(), highest);
   }
 }
 

@@ -46,6 +46,16 @@ TEST_F(ChartPaneTest, ZoomsAndPansWithKeysAndMouse) {
   QTest::keyClick(&pane->Plot(), Qt::Key_Plus);
   EXPECT_LT(window.Span(), usual);
   QTest::keyClick(&pane->Plot(), Qt::Key_Minus);
+  EXPECT_NEAR(window.Span(), usual, 1e-9);
+  const double newest = window.First();
+  for (const auto& [key, part] :
+       {std::pair{Qt::Key_Left, 0.1}, {Qt::Key_PageUp, 0.9}, {Qt::Key_Right, -0.1}}) {
+    const double before = window.First();
+    QTest::keyClick(&pane->Plot(), key);
+    EXPECT_NEAR(before - window.First(), part * usual, 1e-6) << key;
+  }
+  QTest::keyClick(&pane->Plot(), Qt::Key_PageDown);
+  EXPECT_NEAR(window.First(), newest, 1e-6);
   QTest::keyClick(&pane->Plot(), Qt::Key_Home);
   EXPECT_EQ(window.FirstBar(), 0);
   const auto drag = [&](Qt::MouseButton button, int from, int to) {
@@ -207,6 +217,10 @@ TEST_F(ChartPaneTest, DescribesTheBarBelowTheCrosshairForScreenReaders) {
 TEST_F(ChartPaneTest, KeepsTheLastPriceReadableNextToThePointer) {
   const auto pane = Open("SCB");
   const QCPAxis& prices = *pane->Plot().Prices().axis(QCPAxis::atRight);
+  EXPECT_EQ(prices.scaleType(), QCPAxis::stLinear);
+  pane->SetOptions({.scale = PriceScale::kLogarithmic});
+  pane->Plot().replot();
+  EXPECT_EQ(prices.scaleType(), QCPAxis::stLogarithmic);
   const double last = prices.coordToPixel(pane->Document().Model().Series().closes.back());
   for (const int distance : {-9, -1, 0, 5, 30}) {
     QTest::mouseMove(&pane->Plot(), {400, static_cast<int>(last) + distance});

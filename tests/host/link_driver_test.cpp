@@ -302,6 +302,12 @@ TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {
   run.quantity = "2,000.5";
   host.ShowPositions();
   EXPECT_EQ(link.positions.orders.size(), 3U);
+  session.EarlierOrders = {{4, 10, true, true, true}, {10, 12, true, false, true}};
+  for (const bool shows : {true, false}) {
+    session.ShowsEarlier = shows;
+    host.ShowPositions();
+    EXPECT_EQ(link.positions.orders.size(), shows ? 4U : 3U) << "none after the current bar";
+  }
   EXPECT_TRUE(link.positions.held.empty());
   EXPECT_EQ(link.positions.quantity, 2000.5);
   run.quantity = "-1";
