@@ -43,6 +43,9 @@ TEST(Chart, IsDrawnToAFileOrRefused) {
   EXPECT_THAT(box.Run({"chart", ledger, "--out", out, "--type", "4D"}).err, HasSubstr("4D"));
   EXPECT_THAT(box.Run({"chart", ledger, "--out", out, "--run", "99"}).err, HasSubstr("99"));
   EXPECT_FALSE(std::filesystem::exists(out));
+  const std::string before = ReadFile(ledger);
+  EXPECT_THAT(box.Run({"chart", ledger, "--out", ledger}).err, HasSubstr("is the ledger itself"));
+  EXPECT_EQ(ReadFile(ledger), before);
   EXPECT_EQ(box.Run({"chart", ledger, "--out", out, "--type", "3D Step"}).code, 0);
   EXPECT_TRUE(ReadFile(out).starts_with("%PDF"));
 }

@@ -9,6 +9,7 @@
 #include "import/moment_reader.h"
 #include "import/price_number.h"
 #include "import/price_reader.h"
+#include "import/text_encoding.h"
 #include "support/scratch_folder.h"
 
 namespace velumar {
@@ -140,6 +141,11 @@ TEST(MomentReader, ReadsDatesAndTimes) {
       {"2nd", dmy, {0, 0, 0}},
       {"Jan 2, 2020", dmy, {20200102, -1, 9999}},
       {"Thu, January 2nd, 2020", dmy, {20200102, -1, 9999}},
+      {"Jan 2, 20", dmy, {20200102, -1, 9999}},
+      {"Jan 2, 202", dmy, {0, 0, 0}},
+      {"2-Jan-20", dmy, {20200102, -1, 9999}},
+      {"2-Jan-202", dmy, {0, 0, 0}},
+      {"20200102T0930+14:00", dmy, {20200102, 93000, 840}},
       {"Thursday 2 Sept 2020", mdy, {20200902, -1, 9999}},
       {"1/2/2020 12:05 AM", mdy, {20200102, 500, 9999}},
       {"1/2/2020 12:05:10 p.m.", mdy, {20200102, 120510, 9999}},
@@ -154,6 +160,37 @@ TEST(MomentReader, ReadsDatesAndTimes) {
       EXPECT_EQ(NumbersOf(reader.Date(text)), expected) << text;
       // Once more, as the next row of the same day.
       EXPECT_EQ(NumbersOf(reader.Date(text)), expected) << text;
+    }
+  }
+}
+
+TEST(TextEncoding, PairsTheHalvesOfUtf16) {
+  const std::tuple<std::u16string, std::string, std::size_t> cases[] = {
+      {u"a\u20AC\uFFFF", "a\xE2\x82\xAC\xEF\xBF\xBF", 3},
+      {u"\U00010000b\U0010FFFF",
+       "\xF0\x90\x80\x80"
+       "b"
+       "\xF4\x8F\xBF\xBF",
+       5},
+      {{0xD83D, u'c'},
+       "\xEF\xBF\xBD"
+       "c",
+       2},
+      {{0xD83D, 0xD83D, 0xDE00}, "\xEF\xBF\xBD\xF0\x9F\x98\x80", 3},
+      {{0xDC00, 0xDFFF}, "\xEF\xBF\xBD\xEF\xBF\xBD", 2},
+      {{u'd', 0xDBFF}, "d", 1}};
+  for (const auto& [units, expected, used] : cases) {
+    for (const bool little : {true, false}) {
+      std::string bytes;
+      for (const char16_t unit : units) {
+        const auto low = static_cast<char>(unit & 0xFF);
+        const auto high = static_cast<char>(unit >> 8);
+        bytes += little ? std::string{low, high} : std::string{high, low};
+      }
+      std::string text;
+      const Encoding encoding = little ? Encoding::kUtf16Little : Encoding::kUtf16Big;
+      EXPECT_EQ(AppendUtf16(bytes + "x", encoding, text), used * 2) << expected;
+      EXPECT_EQ(text, expected);
     }
   }
 }

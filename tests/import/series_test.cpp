@@ -356,9 +356,10 @@ TEST(Zones, ConvertTheClock) {
       if (newest_first) std::ranges::reverse(written);
       std::vector<int> converted;
       for (const int time : written) {
-        Bar bar{.date = row.day, .time = time * 100};
+        Bar bar{.date = row.day, .time = time * 100 + 15};
         EXPECT_EQ(zones.Convert(bar, std::nullopt), row.day != 20200329 || time != 230);
         converted.push_back(bar.time / 100);
+        EXPECT_EQ(bar.time % 100, 15) << "the seconds";
       }
       if (newest_first) std::ranges::reverse(converted);
       EXPECT_EQ(converted, row.converted) << row.from << newest_first;
