@@ -182,7 +182,10 @@ TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
   // Bars rise by one a day: twelve longs win a point for each bar, and a short loses one.
   std::string commands = "pause\n";
   for (int i = 0; i < 12; ++i) commands += "long 2\nnext\noffset-long 2\n";
-  ASSERT_EQ(box.Run(Start("ledger"), commands + "short 1\nnext\noffset-short 1\n").code, 0);
+  ASSERT_EQ(box.Run(Start("ledger"), commands + "short 1\nnext\noffset-short 1\n" +
+                                         "prev\nlong 1\nnext\noffset-long 1\n")
+                .code,
+            0);
   const auto stats = [&](std::vector<std::string> filters) {
     filters.insert(filters.begin(), {"stats", box.At("ledger"), "--json", "--rounds", "200"});
     const auto answer = box.Run(filters);
@@ -192,6 +195,7 @@ TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
   const json all = stats({});
   EXPECT_EQ(all["trades"], 13);
   EXPECT_EQ(all["groups"][0]["trades"], 13);
+  EXPECT_EQ(stats({"--look-ahead"})["trades"], 14) << "one after a step back";
   EXPECT_EQ(all, stats({"--from", "20000110", "--session", "1", "--interval", "D", "--not-blind"}));
   EXPECT_EQ(stats({"--side", "short"})["trades"], 1);
   EXPECT_EQ(stats({"--to", "20000111", "--confidence", "0"})["trades"], 2);

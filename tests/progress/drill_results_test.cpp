@@ -39,6 +39,7 @@ TEST(DrillResults, AreThoseOfTheTradesAndRankedAmongTheirLikes) {
   Add(played, 4, true, 500);
   Add(played, 5, true, 900);
   Add(played, 6, true, 0.1);
+  Add(played, 5, true, 1.0 / 3);
   played.sessions[5].scope = LedgerScope::Run(6);
   const LedgerDrill like{.charts = 2, .bars = 40, .finished = true};
   const auto drill = [](LedgerDrill of, std::vector<int> sessions) {
@@ -64,6 +65,8 @@ TEST(DrillResults, AreThoseOfTheTradesAndRankedAmongTheirLikes) {
   const auto ranks = [&](std::size_t i) { return results.at(i).RankText(); };
   EXPECT_EQ(ranks(0) + ", " + ranks(1) + ", " + ranks(4), "2 of 3, 1 of 3, 3 of 3");
   EXPECT_EQ(ranks(2) + ", " + ranks(3), "1 of 1, -");
+  EXPECT_EQ(results[3].figures.trades, 2);
+  EXPECT_EQ(results[3].figures.wins, 1) << "what only pays its costs wins nothing";
   played.sessions[0].closes.clear();
   EXPECT_EQ(DrillResults({drill(like, {1})}, played).at(0).RankText(), "-");
 }

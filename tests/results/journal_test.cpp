@@ -99,6 +99,10 @@ TEST_F(JournalTest, ExportsHaveWhatWasPlannedAndSeen) {
   EXPECT_THAT(page, HasSubstr("data:image/png;base64,TWFu\""));
   EXPECT_THAT(page, HasSubstr("data:image/png;base64,TWE=\""));
   EXPECT_TRUE(journals[0].trades[2].look_ahead);
+  EXPECT_THAT(page, HasSubstr("class=\"n won\">4"));
+  EXPECT_THAT(page, HasSubstr("class=\"n lost\">-1"));
+  EXPECT_THAT(page, HasSubstr("class=\"lost\">Result -310.00, look-ahead<"));
+  EXPECT_THAT(page, testing::Not(HasSubstr("1.00 R, look-ahead")));
 }
 
 }  // namespace

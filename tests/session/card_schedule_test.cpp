@@ -2,12 +2,52 @@
 
 #include <random>
 
+#include "session/card_play.h"
+#include "session/sim_session.h"
 #include "support/matchers.h"
 
 namespace velumar {
 namespace {
 
 using Verdict = LedgerCardAnswer::Verdict;
+
+// Bars 0 to 3; the decision fills at the close of bar 1.
+TEST(CardOutcome, IsHeldToTheLastBarOrToItsStop) {
+  using Side = LedgerCardAnswer::Decision;
+  SimSession session;
+  session.BarOpen = {10, 10, 12, 6};
+  session.BarHigh = {99, 99, 13, 9};
+  session.BarLow = {1, 1, 11, 5};
+  session.BarClose = {10, 10, 12, 8};
+  struct Case {
+    Side side;
+    std::optional<double> stop;
+    int last;
+    std::optional<double> points;
+    std::optional<double> r;
+    std::optional<int> stopped;
+  };
+  const Case cases[] = {
+      {Side::kNothing, {}, 3, {}, {}, {}},
+      {Side::kLong, {}, 3, -2, {}, {}},
+      {Side::kLong, 4, 3, -2, -1.0 / 3, {}},
+      {Side::kLong, 5, 3, -5, -1, 3},        // reached to the tick
+      {Side::kLong, 7, 3, -4, -4.0 / 3, 3},  // the bar opens beyond it
+      {Side::kLong, 7, 2, 2, 2.0 / 3, {}},
+      {Side::kShort, 13, 3, -3, -1, 2},
+      {Side::kShort, 13.5, 3, 2, 2 / 3.5, {}},
+      {Side::kShort, 11, 2, -2, -2, 2},
+  };
+  for (const Case& row : cases) {
+    const CardOutcome outcome = OutcomeOf(session, {row.side, row.stop}, 1, row.last);
+    const auto name = "stop " + std::to_string(row.stop.value_or(0));
+    EXPECT_EQ(outcome.price, 10);
+    EXPECT_EQ(outcome.points, row.points) << name;
+    EXPECT_EQ(outcome.r.has_value(), row.r.has_value()) << name;
+    EXPECT_NEAR(outcome.r.value_or(0), row.r.value_or(0), 1e-9) << name;
+    EXPECT_EQ(outcome.stopped, row.stopped) << name;
+  }
+}
 
 TEST(CardSchedule, AnAnswerMovesTheCardAlongTheDays) {
   constexpr auto kGood = Verdict::kGood;
