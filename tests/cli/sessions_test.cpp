@@ -150,6 +150,8 @@ TEST_F(SessionsTest, APlanWaitsPausesTheRunAndIsThereAgain) {
   EXPECT_EQ(plan->stop, 112);
   EXPECT_EQ(plan->target, 115);
   EXPECT_NEAR(plan->risk.value_or(0), 2 * 5.37 * 1000, 0.01) << "as at the entry";
+  const json stepped = Resume("ledger", "plan for=last target=119\nnext\n").Objects().back();
+  EXPECT_EQ(stepped["Form2.Label6"], "Target 119.00 of Long 2 reached.") << "by hand too";
 }
 
 TEST_F(SessionsTest, AChangedSeriesIsNotResumedUnasked) {
@@ -216,6 +218,12 @@ TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
       "UPDATE Trades SET ExitBar = 2e9, Money = 9e999, Adverse = -9e999 WHERE EntryDay = 20000111");
   EXPECT_EQ(stats({})["trades"], 12) << "a damaged one has no result";
   EXPECT_THAT(box.Run({"stats", box.At("ledger"), "--csv"}).out, HasSubstr(",Tuesday,"));
+  // 1 point of 1,000 for 2, less four times 1,000 and 7 %; five bars later is the newest bar.
+  const std::string csv = box.Run({"stats", box.At("ledger"), "--csv"}).out;
+  EXPECT_THAT(csv, HasSubstr("\n1,,ABC,D,0,Long,2,2000-01-17 00:00:00,117.37,2000-01-18 00:00:00,"
+                             "118.37,1,,1,2000,,4280,-2280,,0,0,,0,1,2000,,1,1,2000,10000,,,,"
+                             "Monday,,0"));
+  EXPECT_THAT(csv, HasSubstr(",119.37,1,,1,2000,,4280,-2280,,0,0,,0,1,2000,,1,1,2000,,,,,Tue"));
   ledger.ForWriting().Execute("UPDATE PlayedBars SET Closes = X'0000C07F'");
   EXPECT_EQ(stats({}), all) << "computed again from the data";
 
