@@ -80,6 +80,8 @@ TEST_F(CoachReportTest, HasTheBestAndWorstTradesWithNotesAndPicturesButNothingTo
   EXPECT_EQ(Count(page, "<section>"), 6U) << "five that won and one that lost";
   EXPECT_THAT(page, HasSubstr("1. Long 2 at 105.00 on 05/01/2000, closed at 106.00"));
   EXPECT_THAT(page, HasSubstr("5. Long 2 at 109.00 on 09/01/2000"));
+  EXPECT_THAT(page, AllOf(HasSubstr("session 1"), HasSubstr(" R, 2,000.00, -2,280.00 after costs"),
+                          HasSubstr("Held 1 bar."), HasSubstr("Held 2 bars.")));
   std::string cells = "<td>Losses</td>";
   for (const char* const cell : {"1", "2", "0", "0", "2", "-0.25"}) {
     cells += std::string("<td class=\"n\">") + cell + "</td>";

@@ -83,6 +83,7 @@ TEST_F(CardWindowTest, AMarkedBarIsDecidedAgainAndJudged) {
   EXPECT_THAT(lines.at(1),
               AllOf(StartsWith("Then: long at 10"), HasSubstr(", stop "), HasSubstr(" R")));
   Card().cmdGood.UserClick();
+  EXPECT_FALSE(Card().cmdNext.Visible()) << "no other is due";
   EXPECT_THAT(Card().lstOutcome.Lines().at(2), StartsWith("It was ABC, daily, "));
   EXPECT_THAT(Card().lstOutcome.Lines().at(3), HasSubstr("comes back on 10/22/2007"));
   Card().Image5.UserClick();

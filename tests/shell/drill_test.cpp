@@ -90,11 +90,13 @@ TEST_F(DrillTest, ChartsEndByBarsOrTimeAndEveryOrderIsInTheLedger) {
   EXPECT_EQ(Chart().lblFigures.Text(), "no trades");
   Wait(100);
   EXPECT_EQ(Chart().lblStatus.Text(), "Chart 2 of 3 has ended.") << "nothing starts by itself";
+  EXPECT_TRUE(Chart().cmdNext.Enabled());
 
   OnBar(3, 1, [this] { all.Navigator().Image7.UserClick(); });
   Chart().cmdNext.UserClick();
   EXPECT_EQ(all.session.NewestShownBar, first_shown + 12) << "not 30 bars on";
   EXPECT_EQ(Chart().lblStatus.Text(), "The drill is finished.");
+  EXPECT_FALSE(Chart().cmdNext.Enabled());
   EXPECT_THAT(Chart().lblAll.Text(), testing::EndsWith("rank 1 of 1"));
   Chart().cmdStop.UserClick();
   EXPECT_TRUE(all.Setup().Visible() && List().Visible());

@@ -1,3 +1,4 @@
+#include "ledger/cards.h"
 #include "ledger/notes.h"
 #include "support/whole_program.h"
 
@@ -81,6 +82,17 @@ TEST_F(JournalTabTest, FiltersLeaveWhatPassesAndThePictureOpens) {
   Tab().lstTrades.UserKeyUp(kEnterKey);
   EXPECT_TRUE(all->windows.frmPicture.Visible());
   EXPECT_THAT(all->windows.frmPicture.imgChart.Text(), EndsWith("Portfolio-1-2.png"));
+}
+
+TEST_F(JournalTabTest, AnEntryBecomesACardOnce) {
+  ASSERT_TRUE(Tab().lnkCard.Visible());
+  for (const char* const said : {"is a card now", "is a card already"}) {
+    Tab().lnkCard.UserClick();
+    EXPECT_THAT(all->outside.boxes.shown.back(), HasSubstr(said));
+  }
+  const std::vector<LedgerCard> cards = LedgerCards(all->ledger);
+  ASSERT_EQ(cards.size(), 1U);
+  EXPECT_EQ(cards[0].bar, entry_bar - 1) << "the last that it shows";
 }
 
 TEST_F(JournalTabTest, ATradeIsPlayedAgainInASessionOfItsOwn) {
