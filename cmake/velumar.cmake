@@ -66,9 +66,9 @@ function(velumar_library name)
   velumar_check_includes(${name} ${folder} "${LIB_SOURCES}")
 endfunction()
 
-# Compiles the signals of a library's classes: of each header that says Q_OBJECT. CMake's AUTOMOC gives
-# the meta-object compiler every include path; it then reads the toolkit's headers anew for each of
-# ours, which took a quarter of the time of a build.
+# Compiles the signals of a library's classes: of each header that says Q_OBJECT. CMake's AUTOMOC
+# gives the meta-object compiler every include path, and it then reads the toolkit's headers again for
+# each of ours: a quarter of the time of a build.
 function(velumar_signals name)
   file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
   foreach(header IN LISTS headers)
