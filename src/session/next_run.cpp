@@ -1,6 +1,7 @@
 #include "session/next_run.h"
 
 #include <algorithm>
+#include <functional>
 #include <stdexcept>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include "ledger/moved_orders.h"
 #include "results/run_record.h"
 #include "session/blind_draw.h"
+#include "session/failure_box.h"
 #include "session/moment.h"
 #include "session/run_source.h"
 #include "session/trade_again.h"
@@ -30,6 +32,16 @@ std::vector<LedgerMovedOrder> MovedOrders(LedgerConnection& ledger, int session,
   return moved;
 }
 
+std::optional<NextRun> Chosen(MessageBoxes& boxes, const std::string& failure,
+                              const std::function<std::optional<NextRun>()>& choose) {
+  try {
+    return choose();
+  } catch (const std::exception& error) {
+    ShowFailure(boxes, failure, error);
+    return std::nullopt;
+  }
+}
+
 }  // namespace
 
 RunChooser::RunChooser(const SimSession& session, const RunInputs& inputs, Platform& platform,
@@ -41,22 +53,38 @@ RunChooser::RunChooser(const SimSession& session, const RunInputs& inputs, Platf
       cache_(cache),
       random_(platform.random_seed ? *platform.random_seed : std::random_device()()) {}
 
-NextRun RunChooser::Entered() {
+std::optional<NextRun> RunChooser::Entered() {
+  return Chosen(platform_.boxes, "The run was not started.", [&] { return OfSeries(); });
+}
+
+std::optional<NextRun> RunChooser::Drawn(int bars) {
+  return Chosen(platform_.boxes, "No chart was drawn.", [&] {
+    const RunSeries entered{session_.DataDir, {}, inputs_.Interval()};
+    NextRun drawn = Draw(entered, "", std::max(bars, kBarsAfterStart));
+    drawn.bars = bars;
+    return drawn;
+  });
+}
+
+std::optional<NextRun> RunChooser::Session(int number) {
+  return Chosen(platform_.boxes, "The session can't be resumed.",
+                [&] { return OfSession(number); });
+}
+
+std::optional<NextRun> RunChooser::Trade(const LedgerOrderKey& entry) {
+  return Chosen(platform_.boxes, "The trade can't be played again.",
+                [&] { return OfTrade(entry); });
+}
+
+NextRun RunChooser::OfSeries() {
   const RunSeries entered{session_.DataDir, NormalisedSymbol(session_.Symbol), inputs_.Interval(),
                           inputs_.StartDay()};
   if (!inputs_.Blind()) return {.series = entered};
   const std::string symbol = inputs_.Symbol();
-  return Drawn(entered, symbol == kAnySecurity ? "" : NormalisedSymbol(symbol), kBarsAfterStart);
+  return Draw(entered, symbol == kAnySecurity ? "" : NormalisedSymbol(symbol), kBarsAfterStart);
 }
 
-NextRun RunChooser::Drawn(int bars) {
-  NextRun drawn =
-      Drawn({session_.DataDir, {}, inputs_.Interval()}, "", std::max(bars, kBarsAfterStart));
-  drawn.bars = bars;
-  return drawn;
-}
-
-NextRun RunChooser::Drawn(const RunSeries& entered, const std::string& symbol, int bars_after) {
+NextRun RunChooser::Draw(const RunSeries& entered, const std::string& symbol, int bars_after) {
   BlindKey key = DrawBlind({.directory = entered.directory,
                             .symbol = symbol,
                             .interval = entered.interval,
@@ -82,7 +110,7 @@ std::vector<std::string> RunChooser::ShownLately() {
   return symbols;
 }
 
-std::optional<NextRun> RunChooser::Session(int number) {
+std::optional<NextRun> RunChooser::OfSession(int number) {
   const LedgerPlayed played = LedgerReadSession(ledger_, number);
   const LedgerSession& session = played.session;
   if (session.ended) throw std::runtime_error("It has been ended.");
@@ -108,7 +136,7 @@ int RunChooser::BarsLeftOfDrill(const LedgerMoment& moment) const {
   return 0;
 }
 
-NextRun RunChooser::Trade(const LedgerOrderKey& entry) {
+NextRun RunChooser::OfTrade(const LedgerOrderKey& entry) {
   LedgerAccount account;
   account.commission = inputs_.Commission();
   account.vat = inputs_.Vat();

@@ -23,28 +23,29 @@ struct NextRun {
   int bars = 0;                              // to play after the start; 0: all
 };
 
-// Finds out what the next run plays.
+// Finds out what the next run plays. Shows a box with the reason and returns nothing if that can't
+// be played.
 class RunChooser {
  public:
   RunChooser(const SimSession& session, const RunInputs& inputs, Platform& platform,
              LedgerConnection& ledger, IndexCache& cache);
 
-  // The entered series or, if a blind run is entered, one drawn at random. Throws MetaLibError and
-  // LedgerError.
-  NextRun Entered();
-  // A blind run of any security of the entered directory and interval, of that many bars. Throws
-  // MetaLibError and LedgerError.
-  NextRun Drawn(int bars);
+  // The entered series or, if a blind run is entered, one drawn at random.
+  std::optional<NextRun> Entered();
+  // A blind run of any security of the entered directory and interval, of that many bars.
+  std::optional<NextRun> Drawn(int bars);
   // A session of the ledger. If its series has changed since, asks whether to go on after the last
-  // bar that was played; nothing if the trader doesn't. Throws std::exception with the reason if
-  // the session can't be resumed.
+  // bar that was played; nothing if the trader doesn't.
   std::optional<NextRun> Session(int number);
-  // A new session at the bar before the entry of a trade. Throws std::exception with the reason if
-  // the trade can't be played again.
-  NextRun Trade(const LedgerOrderKey& entry);
+  // A new session at the bar before the entry of a trade.
+  std::optional<NextRun> Trade(const LedgerOrderKey& entry);
 
  private:
-  NextRun Drawn(const RunSeries& entered, const std::string& symbol, int bars_after);
+  // These throw std::exception with the reason.
+  std::optional<NextRun> OfSession(int number);
+  NextRun OfTrade(const LedgerOrderKey& entry);
+  NextRun OfSeries();
+  NextRun Draw(const RunSeries& entered, const std::string& symbol, int bars_after);
   std::vector<std::string> ShownLately();
   bool MayGoOn(NextRun& choice);
   int BarsLeftOfDrill(const LedgerMoment& moment) const;

@@ -7,6 +7,7 @@
 #include "platform/chart_program.h"
 #include "platform/event_loop.h"
 #include "session/delay.h"
+#include "session/failure_box.h"
 #include "session/moment.h"
 #include "session/plan_levels.h"
 #include "session/played_trades.h"
@@ -34,39 +35,8 @@ RunControl::RunControl(SimSession& session, RunInputs& inputs, RunView& view, Pl
 bool RunControl::ClaimStore() {
   if (!RequireSymbol()) return false;
   blind_.RestoreSymbol();
-  try {
-    return ClaimFor(chooser_.Entered());
-  } catch (const std::exception& error) {
-    ShowFailure("The run was not started.", error);
-    return false;
-  }
-}
-
-std::optional<NextRun> RunControl::SessionToResume(int number) {
-  try {
-    return chooser_.Session(number);
-  } catch (const std::exception& error) {
-    ShowFailure("The session can't be resumed.", error);
-    return std::nullopt;
-  }
-}
-
-std::optional<NextRun> RunControl::TradeToPlayAgain(const LedgerOrderKey& entry) {
-  try {
-    return chooser_.Trade(entry);
-  } catch (const std::exception& error) {
-    ShowFailure("The trade can't be played again.", error);
-    return std::nullopt;
-  }
-}
-
-std::optional<NextRun> RunControl::BlindToDraw(int bars) {
-  try {
-    return chooser_.Drawn(bars);
-  } catch (const std::exception& error) {
-    ShowFailure("No chart was drawn.", error);
-    return std::nullopt;
-  }
+  const std::optional<NextRun> choice = chooser_.Entered();
+  return choice && ClaimFor(*choice);
 }
 
 bool RunControl::Claim(const NextRun& choice) {
@@ -144,7 +114,7 @@ bool RunControl::PrepareRun(const std::optional<LedgerPlayed>& resumed) {
       return true;
     }
   } catch (const std::exception& error) {
-    ShowFailure("The run was not started.", error);
+    ShowFailure(platform_.boxes, "The run was not started.", error);
   }
   session_.ForgetBars();
   session_.StopRequested = -1;
@@ -240,7 +210,7 @@ void RunControl::Feed(RunNumber run) {
       // From the market data library or a handler that ran in the pause.
       if (Superseded(run)) return;
       view_.ShowEnded();
-      ShowFailure("The feed stopped.", error);
+      ShowFailure(platform_.boxes, "The feed stopped.", error);
     }
     if (Superseded(run)) return;
     feeding_ = false;
@@ -335,9 +305,9 @@ void RunControl::Step(std::string_view status,
       step(session_.BarIndex);
       record_.SaveMoment();
     } catch (const MetaLibError& error) {
-      ShowFailure("The step was not made.", error);
+      ShowFailure(platform_.boxes, "The step was not made.", error);
     } catch (const LedgerError& error) {
-      ShowFailure("The step was made, but the session could not be saved.", error);
+      ShowFailure(platform_.boxes, "The step was made, but the session could not be saved.", error);
     }
   }
   chart_.RefreshCharts();
@@ -381,7 +351,7 @@ std::optional<RevealedSession> RunControl::Reveal() {
     session_.ForgetBars();
     return revealed;
   } catch (const std::exception& error) {
-    ShowFailure("The session was not revealed.", error);
+    ShowFailure(platform_.boxes, "The session was not revealed.", error);
     return std::nullopt;
   }
 }
@@ -434,7 +404,7 @@ bool RunControl::PlayOnTo(int bar) {
     }
     return true;
   } catch (const std::exception& error) {
-    if (!Superseded(run)) ShowFailure("The bars could not be played on.", error);
+    if (!Superseded(run)) ShowFailure(platform_.boxes, "The bars could not be played on.", error);
     return false;
   }
 }
@@ -443,7 +413,7 @@ void RunControl::ShowRevealed(const BlindKey& key) {
   try {
     blind_.Show(key);
   } catch (const std::exception& error) {
-    ShowFailure("The revealed chart can't be shown.", error);
+    ShowFailure(platform_.boxes, "The revealed chart can't be shown.", error);
   }
 }
 
@@ -459,7 +429,7 @@ bool RunControl::AddCompared(int file_number) {
     compared_.Follow(session_.BarIndex);
     return true;
   } catch (const MetaLibError& error) {
-    ShowFailure("This series is not shown next to the played one.", error);
+    ShowFailure(platform_.boxes, "This series is not shown next to the played one.", error);
     return false;
   }
 }
@@ -470,15 +440,9 @@ void RunControl::EndCompare(int file_number) {
   try {
     compared_.Remove(file_number);
   } catch (const MetaLibError& error) {
-    ShowFailure("The bars of a series whose chart was closed were not removed.", error);
+    ShowFailure(platform_.boxes, "The bars of a series whose chart was closed were not removed.",
+                error);
   }
-}
-
-void RunControl::ShowFailure(const std::string& what, const std::exception& error) {
-  const auto* library = dynamic_cast<const MetaLibError*>(&error);
-  const std::string text =
-      library != nullptr ? LibraryErrorText(*library) + "\r" + what : what + "\n" + error.what();
-  platform_.boxes.Show(text, BoxIcon::kExclamation);
 }
 
 }  // namespace velumar

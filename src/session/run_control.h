@@ -38,16 +38,9 @@ class RunControl {
   // no symbol is entered or the folder can't be the store, shows a box, changes nothing and returns
   // false.
   bool ClaimStore();
-  // A session of the ledger (see RunChooser::Session). Shows a box and returns nothing if it can't
-  // be resumed.
-  std::optional<NextRun> SessionToResume(int number);
-  // A session that plays a trade of the ledger again, likewise (see RunChooser::Trade).
-  std::optional<NextRun> TradeToPlayAgain(const LedgerOrderKey& entry);
-  // A blind run of that many bars, drawn from the entered directory and interval. Shows a box and
-  // returns nothing if none can be drawn.
-  std::optional<NextRun> BlindToDraw(int bars);
-  // As ClaimStore, for what the three above return, with its directory and account entered: the
-  // next Start plays it.
+  // Finds what else can be played. Claim takes what it returns, with its directory and account
+  // entered: the next Start plays it.
+  RunChooser& Chooser() { return chooser_; }
   bool Claim(const NextRun& choice);
   // Begins the run of the last ClaimStore and feeds its bars. Returns when the feed has ended or
   // was stopped, or when a later run began in one of its waits: two loops never feed at once. If
@@ -146,8 +139,6 @@ class RunControl {
   // Makes a step and refreshes the charts. If the step fails, shows a box; nothing has moved.
   void Step(std::string_view status, const std::function<void(std::int16_t& index)>& step);
   void Step(std::string_view status, void (BarStepper::*step)(std::int16_t& index));
-  // Shows a box with what failed and why. The number of a library error comes first.
-  void ShowFailure(const std::string& what, const std::exception& error);
 
   SimSession& session_;
   RunInputs& inputs_;

@@ -7,7 +7,9 @@
 #include "base/text.h"
 #include "marketdata/directory_editor.h"
 #include "marketdata/interval.h"
+#include "marketdata/metalib_error.h"
 #include "marketdata/metalib_reader.h"
+#include "session/failure_box.h"
 #include "session/moment.h"
 #include "session/stored_bars.h"
 
@@ -20,10 +22,6 @@ SeriesArguments ArgumentsOf(const RunSeries& run) {
 }
 
 }  // namespace
-
-std::string LibraryErrorText(const MetaLibError& error) {
-  return std::to_string(error.Number()) + "\r" + error.what();
-}
 
 bool WorkingStore::Claim() {
   return Reported([this] {

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "marketdata/index_cache.h"
-#include "marketdata/metalib_error.h"
 #include "marketdata/metalib_writer.h"
 #include "platform/services.h"
 #include "session/run_source.h"
@@ -65,8 +64,5 @@ class WorkingStore {
   IndexCache& cache_;
   std::optional<StoreFolder> folder_;  // of the last claim
 };
-
-// A library error as the text of a box: number, carriage return, sentence.
-std::string LibraryErrorText(const MetaLibError& error);
 
 }  // namespace velumar

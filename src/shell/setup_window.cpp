@@ -242,7 +242,7 @@ bool SetupWindow::ReadyForSession() const {
 
 void SetupWindow::ResumeSession(int number) {
   if (!ReadyForSession()) return;
-  const std::optional<NextRun> choice = run_.SessionToResume(number);
+  const std::optional<NextRun> choice = run_.Chooser().Session(number);
   if (choice && Resume(*choice)) ShowQuantityOf(number);
 }
 
@@ -258,7 +258,7 @@ void SetupWindow::ShowQuantityOf(int session) {
 
 void SetupWindow::PlayAgain(const LedgerOrderKey& entry) {
   if (!ReadyForSession()) return;
-  const std::optional<NextRun> choice = run_.TradeToPlayAgain(entry);
+  const std::optional<NextRun> choice = run_.Chooser().Trade(entry);
   if (!choice) return;
   const Form2& navigator = desktop_.Untouched().form2;
   if (navigator.Visible()) {
@@ -277,7 +277,7 @@ bool SetupWindow::PlayDrawn(int bars) {
     platform_.boxes.Show(*problem, BoxIcon::kExclamation);
     return false;
   }
-  const std::optional<NextRun> choice = run_.BlindToDraw(bars);
+  const std::optional<NextRun> choice = run_.Chooser().Drawn(bars);
   return choice && run_.Claim(*choice) && BeginRun();
 }
 
