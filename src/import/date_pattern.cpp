@@ -8,6 +8,7 @@
 
 #include "base/dates.h"
 #include "base/text.h"
+#include "import/field_text.h"
 #include "import/price_reader.h"
 
 namespace velumar {
@@ -50,7 +51,7 @@ std::optional<std::size_t> LengthRead(char conversion, std::string_view text, st
   if (conversion == 'b' || conversion == 'B') return MonthNameLength(text, date);
   const bool short_form = std::string_view("mdHI").find(conversion) != std::string_view::npos;
   const std::size_t most = conversion == 'Y' ? 4 : 2;
-  const std::size_t digits = std::min(CountLeading(text, "0123456789"), most);
+  const std::size_t digits = std::min(CountLeading(text, kDigits), most);
   if (digits < (short_form ? 1 : most)) return std::nullopt;
   return digits;
 }

@@ -4,6 +4,8 @@
 
 namespace velumar {
 
+inline constexpr std::string_view kDigits = "0123456789";
+
 inline bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 inline bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 inline bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }

@@ -6,6 +6,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "import/field_text.h"
 #include "marketdata/interval.h"
 
 namespace velumar {
@@ -13,8 +14,7 @@ namespace velumar {
 namespace {
 
 constexpr int kMinutesPerDay = 1440;
-constexpr std::string_view kSeparators = "_- ,.";
-constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kBetweenWords = "_- ,.";
 
 // Minutes of one unit; 0 for a text that is not a unit.
 int MinutesOfUnit(std::string_view unit) {
@@ -70,13 +70,13 @@ bool IsCertain(std::string_view word, char before, int interval) {
 std::optional<NameGuess> GuessFromWords(std::string_view stem) {
   std::size_t end = stem.size();
   while (true) {
-    const auto before = stem.find_last_of(kSeparators, end - 1);
+    const auto before = stem.find_last_of(kBetweenWords, end - 1);
     if (before == std::string_view::npos || before == 0) return std::nullopt;
     const std::string_view word = stem.substr(before + 1, end - before - 1);
     const bool is_last = end == stem.size();
     const std::optional<int> interval = IntervalFromWord(word);
     if (interval && (is_last || !AreDigits(word)) && !(AreDigits(word) && stem[before] != '_')) {
-      const auto symbol = stem.find_last_not_of(kSeparators, before);
+      const auto symbol = stem.find_last_not_of(kBetweenWords, before);
       if (symbol == std::string_view::npos) return std::nullopt;
       return NameGuess{.symbol = NormalisedSymbol(stem.substr(0, symbol + 1)),
                        .interval = interval,

@@ -24,7 +24,6 @@ Sign SignIn(std::string_view field) {
   const bool is_comma = comma != std::string_view::npos;
   const std::size_t at = is_comma ? comma : point;
   if (std::ranges::count(field, field[at]) > 1) return is_comma ? Sign::kPoint : Sign::kComma;
-  constexpr std::string_view kDigits = "0123456789";
   const std::size_t start = field.find_first_of(kDigits);
   const std::size_t end = std::min(field.find_first_not_of(kDigits, at + 1), field.size());
   const bool grouped = start < at && at - start <= 3 && field[start] != '0' && end - at == 4;

@@ -131,7 +131,7 @@ int TakeMagnitude(std::string_view& text) {
       {"LAC", 5}, {"CR", 7}, {"万", 4},  {"亿", 8},  {"萬", 4},  {"億", 8}};
   std::string_view number = text;
   TakeEnd(number, ".");
-  const std::size_t digits = number.find_last_of("0123456789");
+  const std::size_t digits = number.find_last_of(kDigits);
   if (digits == std::string_view::npos || digits + 1 == number.size()) return 0;
   const std::string unit = UpperCased(Stripped(number.substr(digits + 1)));
   const auto* const known =
@@ -198,7 +198,7 @@ Outcome ReadAny(std::string_view text, NumberStyle style, int shift, PriceNumber
       plain += text.front();
     }
   }
-  if (plain.find_first_of("0123456789") == std::string::npos) return Outcome::kNoNumber;
+  if (plain.find_first_of(kDigits) == std::string::npos) return Outcome::kNoNumber;
   if (text.starts_with('e') || text.starts_with('E')) {
     text.remove_prefix(1);
     if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);

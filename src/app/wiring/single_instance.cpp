@@ -1,6 +1,10 @@
 #include "app/wiring/single_instance.h"
 
-#include <QtCore>
+#include <QCryptographicHash>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFileInfo>
+#include <QThread>
 #include <utility>
 
 #include "platform/ipc.h"
