@@ -94,6 +94,16 @@ TEST_F(ChartDocumentTest, SwitchesToTheSeriesThatGetsBars) {
   KeepBars(5, 0);
   chart.Refresh();
   EXPECT_EQ(chart.Interval(), -1);
+
+  const std::map<int, Frame> frames = {{-1, {Frame::Unit::kWeek}},
+                                       {5, {Frame::Unit::kMinutes, 60}}};
+  ChartDocument framed(source_, {folder_, "SCB", std::nullopt}, frames);
+  EXPECT_EQ(framed.Model().Series().size(), 3) << "weeks";
+  KeepBars(-1, 0);
+  KeepBars(5, 40);
+  framed.Refresh();
+  const ChartDocument hours(source_, {folder_, "SCB", std::nullopt}, frames);
+  EXPECT_EQ(framed.Model().Series().starts, hours.Model().Series().starts);
 }
 
 TEST_F(ChartDocumentTest, ShowsTheReasonAndNoBarsWhileItCannotBeRead) {

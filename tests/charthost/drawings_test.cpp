@@ -278,7 +278,8 @@ TEST(DrawingFile, KeepsEachKindAndRefusesEverythingElse) {
   for (const DrawingRow& row : DrawingCatalogue()) {
     Drawing drawing{.kind = row.kind, .colour = Drawing::kColours - 1, .known = 29085120000};
     for (std::size_t i = 0; i < row.anchors; ++i) {
-      drawing.anchors.push_back({{20200102, 93000, static_cast<int>(i), 5, 62.25}, 1.19978});
+      const int later = static_cast<int>(row.kind == DrawingKind::kRay ? -i : i);
+      drawing.anchors.push_back({{20200102, 93000, later, 5, 62.25}, 1.19978});
     }
     drawing.anchors[0].time = {.date = 20200102};
     if (row.kind == DrawingKind::kText) drawing.text = "gap \u00e9";

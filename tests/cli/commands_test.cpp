@@ -136,6 +136,13 @@ TEST_F(ReplayCommand, EndsAtAnEndlessCommand) {
   EXPECT_EQ(replay.Objects().size(), 3U) << "one answer each: begin, an error, next";
 }
 
+TEST_F(ReplayCommand, BarsThatARunLackedAreNotFedInTheNextOne) {
+  const auto answers = Replay(ledger, "feed 500\nreturn\nstart\n").Objects();
+  ASSERT_EQ(answers.size(), 4U);
+  EXPECT_GT(answers[1]["BarIndex"], answers[0]["BarIndex"]);
+  EXPECT_EQ(answers[3]["BarIndex"], answers[0]["BarIndex"]);
+}
+
 TEST_F(ReplayCommand, AnswersTheFiguresOfItsLedger) {
   const auto replay = Replay(ledger, "figures\nlong 3\nnext\noffset-long 2\nfigures\n");
   ASSERT_EQ(replay.code, 0) << replay.err;

@@ -89,6 +89,30 @@ TEST(Report, HasEveryOrderOnceAndHeadingsOnEveryPage) {
   }
 }
 
+TEST(Report, HasTheNewestOfManyNotes) {
+  if (std::system("pdftotext -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftotext is missing";
+  constexpr int kOrders = 202;
+  Sandbox box;
+  const std::string file = box.At("notes.mdb");
+  {
+    LedgerConnection ledger([](std::string_view date) { return std::string(date); });
+    LedgerOpen(ledger, file);
+    LedgerRows rows{ledger};
+    rows.Begin(1000);
+    for (int i = 1; i <= kOrders; ++i) {
+      rows.Order(i, "Long", 1, 100, i, 0, 1000);
+      LedgerWriteNote(ledger, {rows.session, {1, i}, "note " + std::to_string(i) + ".", ""});
+    }
+  }
+  EXPECT_EQ(box.Run({"report", file, "--out", box.At("report.pdf")}).err, "");
+  std::string text;
+  for (const std::string& page : Pages(box.At("report.pdf"))) text += page;
+  for (int i = 1; i <= kOrders; ++i) {
+    const bool found = text.find("note " + std::to_string(i) + ".") != std::string::npos;
+    EXPECT_EQ(found, i > 2) << i;
+  }
+}
+
 TEST(Report, ALongNoteContinuesOnTheNextPage) {
   if (std::system("pdftotext -v >/dev/null 2>&1") != 0) GTEST_SKIP() << "pdftotext is missing";
   Sandbox box;

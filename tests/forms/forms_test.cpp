@@ -29,6 +29,11 @@ TEST(Controls, AssignmentsFireEventsAndTheUserReachesOnlyEnabledControls) {
   form.Combo1.SetText("typed");
   EXPECT_EQ(form.Combo1.Index(), -1);
   form.Combo1.SetIndex(1);
+  Table& sessions = desktop.frmPractice().lstSessions;
+  sessions.SetContent({3, {}, {}});
+  sessions.Select({2});
+  sessions.SetContent({3, {}, {}});
+  EXPECT_TRUE(sessions.Selected().empty()) << "row 2 is another session now";
   desktop.Unload(form);
   EXPECT_EQ(desktop.form1().Combo1.Index(), -1) << "a window opens as it was designed";
 }

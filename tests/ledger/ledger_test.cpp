@@ -6,7 +6,9 @@
 #include "ledger/cards.h"
 #include "ledger/drills.h"
 #include "ledger/plans.h"
+#include "ledger/reveal.h"
 #include "ledger/trades.h"
+#include "support/ledger_rows.h"
 #include "support/matchers.h"
 #include "support/scratch_folder.h"
 
@@ -352,6 +354,42 @@ TEST_F(LedgerTest, AForgottenSessionTakesOnlyItsWaitingPlanAlong) {
   ASSERT_EQ(plans.size(), 1U);
   EXPECT_EQ(plans[0].setup, "played");
   EXPECT_TRUE(LedgerSessions(ledger).empty());
+}
+
+TEST_F(LedgerTest, ASessionIsRevealedAsAWholeOrNotAtAll) {
+  LedgerConnection ledger = Opened(file);
+  LedgerRows rows{ledger};
+  rows.Begin(1000);
+  rows.Order(10, "Long", 1, 200, 1, 0, 1000);
+  rows.Order(12, "Offset Long", 1, 220, 0, 20, 1020);
+  const LedgerScope scope = LedgerScope::Session(rows.session);
+  LedgerWriteTrades(ledger, {.scope = scope, .orders = 2, .closes = {200, 210, 220}, .trades = {}});
+  const auto all = [&] {
+    std::vector<std::vector<LedgerValue>> found;
+    for (const char* table : {"MyPortfolio", "Details", "Runs", "Sessions", "Trades"}) {
+      for (auto& row : LedgerQuery(ledger, std::string("select * From ") + table).rows) {
+        found.push_back(std::move(row));
+      }
+    }
+    return found;
+  };
+  const auto masked = all();
+  LedgerHidden hidden{.symbol = "REAL",
+                      .factor = 2,
+                      .day = [](auto day) { return day; },
+                      .close =
+                          [](int bar, double) {
+                            if (bar == 12) throw LedgerError("the disk is full");
+                            return bar * 10.0;
+                          }};
+  EXPECT_THROW(LedgerReveal(ledger, rows.session, hidden), LedgerError);
+  EXPECT_EQ(all(), masked);
+  EXPECT_EQ(LedgerReadTrades(ledger).size(), 1U);
+  hidden.close = [](int bar, double) { return bar * 10.0; };
+  LedgerReveal(ledger, rows.session, hidden);
+  EXPECT_EQ(LedgerQuery(ledger, "select Symbol, MarketPrice From MyPortfolio").rows,
+            (std::vector<std::vector<LedgerValue>>{{"REAL", 100.0}, {"REAL", 120.0}}));
+  EXPECT_TRUE(LedgerReadTrades(ledger).empty()) << "they have masked prices";
 }
 
 TEST_F(LedgerTest, AFileOfAnotherProgramIsNotChanged) {

@@ -90,6 +90,7 @@ TEST(SettingsFile, ImportsTheSoundLinesOfAnEarlierVersion) {
   const ScratchFolder folder;
   const std::string old =
       "# mine\r\n[SETTINGS]\r\n\r\nTop=100% sure\r\ntop= 7 \r\nrubbish\nPath=C:\\Data\\%20x%\n"
+      "Ends=a%3d\n"
       "[Sco\nTop=3\n[Score]\nA=b\nC";
   WriteFile(folder / "settings", old);
   FileSettings settings(folder / "settings");
@@ -97,6 +98,7 @@ TEST(SettingsFile, ImportsTheSoundLinesOfAnEarlierVersion) {
               ElementsAre(HasSubstr("\"rubbish\" is not a setting, nor are 3 more lines")));
   EXPECT_EQ(settings.Read("Path"), "C:\\Data\\ x%");
   EXPECT_EQ(settings.Read("Top"), " 7 ");
+  EXPECT_EQ(settings.Read("Ends"), "a=");
   EXPECT_EQ(settings.ReadFrom("Score", "A"), "b");
   settings.Save("Top", "8");
   EXPECT_EQ(ReadFile(folder / "settings"), old) << "an earlier version can still read it";

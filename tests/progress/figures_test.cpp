@@ -120,6 +120,21 @@ TEST(ProgressFigures, OfAWorkedExample) {
   EXPECT_EQ(figures.at("Expectancy").IntervalText(), "too few");
 }
 
+TEST(ProgressFigures, ATradeOfNothingEndsARowOfWinsOrLosses) {
+  Played played;
+  PlayedSession& session = played.sessions.emplace_back();
+  session.starting_money = 100;
+  session.closes.resize(9, 10);
+  int bar = 0;
+  for (const double money : {-1.0, -1.0, 0.0, -1.0, 2.0, 0.0, 2.0}) {
+    played.trades.push_back(Traded(0, bar, bar + 1, money));
+    ++bar;
+  }
+  const auto figures = FiguresOf(played, Select(played, {}));
+  EXPECT_EQ(figures.at("Max consecutive losses").ValueText(), "2");
+  EXPECT_EQ(figures.at("Max consecutive wins").ValueText(), "1");
+}
+
 TEST(ProgressFigures, TakeTradesWithoutBarsAtTheirExit) {
   Played played;
   played.sessions.resize(2);

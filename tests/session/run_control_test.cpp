@@ -132,6 +132,19 @@ TEST_F(RunControlTest, ADayIsReachedInOneStepFromEitherSide) {
   EXPECT_EQ(StoreBars().size(), 31U);
 }
 
+// A session that is resumed would have forgotten the bars that were shown.
+TEST_F(RunControlTest, ABarWhoseMomentCannotBeSavedIsTheLastOne) {
+  outside.events.SetOnPending([&] {
+    if (session.BarIndex == 99) ledger.ForWriting().Execute("DROP TABLE SessionMoments");
+  });
+  StartAt(60);
+  EXPECT_EQ(session.BarIndex, 100);
+  EXPECT_EQ(run.shown, RecordedRun::Shown::kEnded);
+  EXPECT_EQ(charts.asked.size(), 2U + 41U) << "the bar is shown before the next order";
+  EXPECT_THAT(Boxes(),
+              ElementsAre(AllOf(StartsWith("The feed stopped."), HasSubstr("SessionMoments"))));
+}
+
 // Orders of a run that the ledger doesn't know would join the rows of the one before.
 TEST_F(RunControlTest, NoRunBeginsWithoutASymbolOrThatTheLedgerCannotBegin) {
   ledger.ForWriting().Execute("ALTER TABLE Runs RENAME TO Away");

@@ -74,11 +74,15 @@ class MadeUpFiles : public PriceImporter {
     done_({.file = file, .report = {.series = {{understood.series.front(), 10, 3, 1, false, ""}}}});
   }
 
-  void FinishImport() override { done_ = nullptr; }
+  void FinishImport() override {
+    done_ = nullptr;
+    ++finished;
+  }
 
   std::vector<std::string> read;
   std::map<std::string, Remember> remembered;
   std::map<std::string, std::vector<std::string>> stored;  // symbols by directory
+  int finished = 0;                                        // imports
   std::map<std::string, std::function<void()>> during_read;
   std::map<std::string, std::function<void()>> during_import;
 
@@ -286,6 +290,17 @@ TEST_F(ImportWindowTest, TwoHundredFilesAreReadWhileTheTraderGoesOn) {
   EXPECT_EQ(Cell(0, BatchColumn::kSymbol), "plain");
   EXPECT_EQ(form.cmdImport.Text(), "&Import 1 file");
   EXPECT_THAT(files.stored, IsEmpty());
+}
+
+TEST_F(ImportWindowTest, AFileThatFailsEndsItsImportAndNotTheNext) {
+  files.during_import["b"] = [] { throw std::runtime_error("no memory"); };
+  Drop({"a.csv", "b.csv", "c.csv"});
+  form.cmdImport.UserClick();
+  EXPECT_THAT(outside.boxes.shown.back(), HasSubstr("no memory"));
+  EXPECT_EQ(files.finished, 1) << "the files before it are stored, the directory is free";
+  form.cmdImport.UserClick();
+  EXPECT_THAT(files.stored[data], ElementsAre("a", "b", "c"));
+  EXPECT_EQ(files.finished, 2);
 }
 
 TEST_F(ImportWindowTest, AnImportCanBeCancelledOrClosed) {

@@ -112,6 +112,23 @@ TEST_F(ProgressTabTest, ReportsTheListedTrades) {
   EXPECT_EQ(saved.size(), 2U) << "cancelled";
 }
 
+// The figures of a filter come before their intervals, which take longer.
+TEST_F(ProgressTabTest, AReportIsComputedToItsEnd) {
+  std::vector<std::vector<std::string>> findings;
+  all->outside.printers.on_coach_report = [&](const CoachReport& report, const std::string&) {
+    findings.push_back(report.findings);
+  };
+  all->outside.files.answers = {"/data/r.pdf", "/data/r.pdf"};
+  bool asked = false;
+  all->outside.events.SetOnPending([&] {
+    if (!std::exchange(asked, true)) Tab().cmdReport.UserClick();
+  });
+  Tab().cbxOfSide.UserChoose(2);
+  ASSERT_EQ(findings.size(), 1U);
+  Tab().cmdReport.UserClick();
+  EXPECT_EQ(findings.back(), findings.front());
+}
+
 TEST_F(ProgressTabTest, ALedgerThatCantBeReadLeavesTheTabBefore) {
   Result().tabSheets.UserChoose(FrmResult::kChartTab);
   all->desktop.Unload(Result());
