@@ -152,6 +152,10 @@ TEST_F(SessionsTest, APlanWaitsPausesTheRunAndIsThereAgain) {
   EXPECT_NEAR(plan->risk.value_or(0), 2 * 5.37 * 1000, 0.01) << "as at the entry";
   const json stepped = Resume("ledger", "plan for=last target=119\nnext\n").Objects().back();
   EXPECT_EQ(stepped["Form2.Label6"], "Target 119.00 of Long 2 reached.") << "by hand too";
+  const json refused =
+      Resume("ledger", "plan target=130 colour=red\nplan setup=late\nlong 1\n").Objects().at(1);
+  EXPECT_EQ(refused["error"], "a plan has no \"colour=red\"");
+  EXPECT_FALSE(Orders("ledger").back().plan->target.has_value());
 }
 
 TEST_F(SessionsTest, AChangedSeriesIsNotResumedUnasked) {

@@ -29,6 +29,10 @@ TEST(Controls, AssignmentsFireEventsAndTheUserReachesOnlyEnabledControls) {
   form.Combo1.SetText("typed");
   EXPECT_EQ(form.Combo1.Index(), -1);
   form.Combo1.SetIndex(1);
+  Chart& chart = desktop.frmResult().MSChart1;
+  chart.UserSpan(std::pair(1.0, 2.0));
+  chart.SetRows({});
+  EXPECT_FALSE(chart.Content().span.has_value()) << "another run has other rows";
   Table& sessions = desktop.frmPractice().lstSessions;
   sessions.SetContent({3, {}, {}});
   sessions.Select({2});

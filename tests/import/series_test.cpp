@@ -253,11 +253,11 @@ TEST(Aggregation, TakesLabelsAsEndsIfAsked) {
   options.label = BarLabel::kEnd;
   std::vector<Bar> bars;
   for (int minute = 1; minute <= 10; ++minute) bars.push_back(BarAt(kHour + minute * kMinute));
-  bars.push_back(BarAt(kDay));  // the last minute of the day before
+  bars.push_back(BarAt(30 * kDay));  // the last minute of the day before
   const std::vector<Bar> built = Build(bars, options).parts.at(0);
   ASSERT_EQ(built.size(), 3U);
   EXPECT_EQ(std::pair(built[0].time, built[0].volume), std::pair(10000, 5.0F));
-  EXPECT_EQ(std::pair(built[2].date, built[2].time), std::pair(20200102, 235500));
+  EXPECT_EQ(std::pair(built[2].date, built[2].time), std::pair(20200131, 235500));
 }
 
 TEST(Series, KeepsTheFirstBarOfAMoment) {

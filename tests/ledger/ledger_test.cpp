@@ -410,6 +410,20 @@ AllRows RowsOf(SqliteDatabase& database) {
   return all;
 }
 
+TEST(SqliteTransaction, EndsWhenItCannotBeCommitted) {
+  SqliteDatabase database(":memory:", SqliteDatabase::Mode::kCreate);
+  database.Execute(
+      "PRAGMA foreign_keys = ON; CREATE TABLE Runs(Id INTEGER PRIMARY KEY); "
+      "CREATE TABLE Orders(Run REFERENCES Runs DEFERRABLE INITIALLY DEFERRED)");
+  {
+    SqliteTransaction transaction(database);
+    database.Execute("INSERT INTO Orders VALUES(7)");
+    EXPECT_THROW(transaction.Commit(), LedgerError);
+  }
+  SqliteTransaction(database).Commit();
+  EXPECT_EQ(database.FirstValue("SELECT count(*) FROM Orders"), LedgerValue(0.0));
+}
+
 // Whichever of its statements fails.
 TEST(LedgerChanges, AreWholeOrNotDone) {
   const std::vector<LedgerTrade> closed(1);

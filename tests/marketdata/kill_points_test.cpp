@@ -21,6 +21,25 @@ Found FindAll(const ScratchFolder& directory) {
   return found;
 }
 
+// The dates that the index says each series has.
+std::vector<std::pair<std::int32_t, std::int32_t>> DatesIn(const ScratchFolder& directory) {
+  IndexCache cache;
+  std::vector<std::pair<std::int32_t, std::int32_t>> dates;
+  for (const SecurityInfo& listed : SecuritiesOf(directory.Text(), cache)) {
+    dates.emplace_back(listed.indexed_first_date, listed.indexed_last_date);
+  }
+  return dates;
+}
+
+// Programs that trust the count would read bars that aren't there.
+void ExpectNoMoreThanItHolds(const ScratchFolder& directory) {
+  constexpr std::size_t kRecord = 28;
+  const std::string data = directory.Read("F1.DAT");
+  const auto counted = static_cast<unsigned char>(data.at(2)) +
+                       static_cast<std::size_t>(static_cast<unsigned char>(data.at(3))) * 256;
+  EXPECT_LE(counted * kRecord, data.size());
+}
+
 constexpr int kBars = 200;
 
 Bar Numbered(int i) { return DailyBar((2000 + i / 28) * 10000 + 101 + i % 28, 50); }
@@ -110,12 +129,6 @@ std::vector<Case> Cases() {
   };
 }
 
-Found FindAfter(const Case& one) {
-  const auto directory = Prepared(one.full);
-  one.work(directory.Text());
-  return FindAll(directory);
-}
-
 // Everything new is flushed before the first rename, and each round of renames before the next.
 TEST(KillPoints, AnImportIsFlushedBeforeEachRoundOfRenames) {
   for (const char* symbol : {"NEW", "AAA", "BBB"}) {
@@ -140,7 +153,9 @@ TEST(KillPoints, ASeriesIsAsBeforeOrAfterWhateverCallFails) {
   const Found before = FindAll(Prepared());
   for (const Case& one : Cases()) {
     SCOPED_TRACE(one.name);
-    const Found after = FindAfter(one);
+    const auto done = Prepared(one.full);
+    one.work(done.Text());
+    const Found after = FindAll(done);
     int refused = 0;
     ForEachFault([&](const DiskFault& fault) {
       const auto directory = Prepared(one.full);
@@ -151,6 +166,8 @@ TEST(KillPoints, ASeriesIsAsBeforeOrAfterWhateverCallFails) {
       const Found found = FindAll(directory);
       const bool refuses = failed.exit_code == 2;
       EXPECT_TRUE(refuses || failed.exit_code == 0);
+      EXPECT_TRUE(refuses || DatesIn(directory) == DatesIn(done));
+      ExpectNoMoreThanItHolds(directory);
       for (std::size_t i = 0; i < found.size(); ++i) {
         EXPECT_TRUE(found[i] == after[i] || (refuses && found[i] == before[i]));
       }

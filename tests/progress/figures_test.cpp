@@ -4,16 +4,20 @@
 #include <numeric>
 
 #include "progress/curve_pieces.h"
+#include "progress/played_ledger.h"
 #include "progress/progress_figures.h"
+#include "progress/trade_export.h"
 #include "support/plain_figures.h"
 #include "support/simulated_traders.h"
 
 namespace velumar {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 std::map<std::string, ProgressFigure> FiguresOf(const Played& played, const Selection& selection,
                                                 int rounds = 0) {
@@ -209,6 +213,18 @@ TEST(TradeFilters, LetThroughWhatIsAskedFor) {
       EXPECT_EQ(Select(played, test.filter), expected) << &test - cases.data();
     }
   }
+}
+
+TEST(TradesCsv, HasTheSelectedTradesAmongThoseWithoutPL) {
+  std::vector<PlayedScope> scopes(1);
+  scopes[0].trades.closes = {1, 2, 3};
+  for (const std::optional<double> money : {std::optional(11.0), {}, {22.0}, {33.0}}) {
+    scopes[0].trades.trades.emplace_back().money = money;
+  }
+  ASSERT_EQ(PlayedOf(scopes, {}).trades.size(), 3U);
+  const std::string csv = TradesCsv(scopes, {}, {1, 2});
+  EXPECT_EQ(std::ranges::count(csv, '\n'), 3);
+  EXPECT_THAT(csv, AllOf(HasSubstr(",22,"), HasSubstr(",33,"), Not(HasSubstr(",11,"))));
 }
 
 TEST(ProgressFigures, AreExplainedInTheManual) {

@@ -54,6 +54,9 @@ TEST(SavedFile, HasTheEndingOfItsKind) {
   Refuse("r.txt", "saved as .pdf", [](const QString& file) { SaveReport({}, file); });
   Refuse("c.gif", "saved as .bmp",
          [&](const QString& file) { SaveChartFile(plot, QSize(40, 30), file); });
+  const ScratchFolder folder;
+  SaveChartFile(plot, QSize(40, 30), QString::fromStdString(folder.Sub("CHART.PNG")));
+  EXPECT_EQ(folder.Read("CHART.PNG").substr(1, 3), "PNG");
 }
 
 }  // namespace

@@ -90,6 +90,7 @@ TEST_F(JournalTest, ExportsHaveWhatWasPlannedAndSeen) {
       csv,
       HasSubstr("1,ABC,D,Long,1,2007-01-10 16:30:00,100,2007-01-12 16:30:00,104,4,4000,4,won,99,,"
                 "breakout,4,1000,over the <high>,,,,"));
+  EXPECT_THAT(csv, HasSubstr(",99,-1,-1000,-1,lost,99,,breakout,4,1000,")) << "half of the risk";
   EXPECT_THAT(csv, HasSubstr(",100.31,-0.31,-310,,lost")) << "as decimals";
   EXPECT_THAT(csv, HasSubstr(",'=SUM(A1:A9),")) << "for a spreadsheet";
   EXPECT_THAT(csv, HasSubstr("Short,3,2007-01-17 16:30:00,101,,,,,,open"));

@@ -89,6 +89,26 @@ TEST_F(ComparedSeriesTest, AreNeverLaterThanThePlayedMoment) {
   }
 }
 
+// The trader opens a second chart while a run is being prepared.
+TEST_F(ComparedSeriesTest, WhatWasAskedForInAFailedPreparationIsForgotten) {
+  struct AskingCharts : RecordedCharts {
+    std::function<void()> on_open;
+    void OpenChart() override { on_open(); }
+  } charts;
+  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
+  RunControl control(session, run, run, platform, cache, ledger, charts);
+  charts.on_open = [&] { control.Compare(NumberOf("B")); };
+  session.DataDir = data;
+  session.SimDir = store;
+  session.Symbol = run.symbol = "NONE";
+  run.start_day = MadeDate(20);
+  EXPECT_FALSE(control.ClaimStore() && control.Start());
+  charts.on_open = [] {};
+  session.Symbol = run.symbol = "A";
+  ASSERT_TRUE(control.ClaimStore() && control.Start());
+  EXPECT_TRUE(ReadBars(store, "B", -1).empty());
+}
+
 TEST_F(ComparedSeriesTest, WhatTheChartProgramAsksForIsFedOrRefusedInWords) {
   for (int i = 1; i <= 8; ++i) Store("X" + std::to_string(i), DailyBars(30));
   all = SecuritiesOf(data, cache);

@@ -4,7 +4,7 @@
 namespace velumar {
 namespace {
 
-// Two sessions, the second one with a position, and a new process after them.
+// Two sessions, the second one with positions on both sides, and a new process after them.
 struct PracticeWindowTest : RunFixture {
   PracticeWindowTest() {
     ledger_file = scratch.Sub("Portfolio.mdb");
@@ -22,11 +22,15 @@ struct PracticeWindowTest : RunFixture {
     for (const auto& [box, text] : Account(setup)) box->UserType(text);
     InPauseOf(bar, [this, symbol] {
       all->Panel().txtContractVol.UserType("2");
-      if (symbol == std::string("ABC")) all->Panel().imgLong.UserClick();
+      if (symbol == std::string("ABC")) {
+        all->Panel().imgLong.UserClick();
+        all->Panel().txtContractVol.UserType("3");
+        all->Panel().ImgShort.UserClick();
+      }
       all->Navigator().Image4.UserClick();
     });
     all->Play(bar - 1);
-    open_profit = all->session.LUnrealisedMoney;
+    open_profit = all->session.LUnrealisedMoney + all->session.SUnrealisedMoney;
     all->Navigator().Image5.UserClick();
   }
   static std::map<TextBox*, std::string> Account(Form1& setup) {
@@ -47,9 +51,9 @@ TEST_F(PracticeWindowTest, EnterGoesOnWithTheLastSession) {
   all->Setup().lnkPractice.UserClick();
   ASSERT_EQ(Window().lstSessions.Content().count, 2U);
   EXPECT_EQ(Cell(0, 0), "ABC, daily");
-  EXPECT_EQ(Cell(0, 2), "2 long");
+  EXPECT_EQ(Cell(0, 2), "2 long, 3 short");
   EXPECT_EQ(ToDouble(Cell(0, 3)), open_profit) << "at the last bar that was shown";
-  EXPECT_GT(open_profit, 0);
+  EXPECT_LT(open_profit, 0);
   EXPECT_EQ(Cell(1, 0), "FAST, 15 min");
   EXPECT_THAT(Cell(1, 6), EndsWith(" 09:30"));
   Window().lstSessions.UserKeyUp(kEnterKey);
@@ -59,8 +63,8 @@ TEST_F(PracticeWindowTest, EnterGoesOnWithTheLastSession) {
   for (const auto& [box, text] : Account(all->Setup())) EXPECT_EQ(box->Text(), text) << box->Name();
   EXPECT_EQ(all->session.BarIndex, 120);
   EXPECT_EQ(all->session.LAccum, 2);
-  EXPECT_EQ(all->Panel().txtContractVol.Text(), "2") << "not the market's 1";
-  EXPECT_EQ(all->session.Orders.size(), 1U);
+  EXPECT_EQ(all->Panel().txtContractVol.Text(), "3") << "not the market's 1";
+  EXPECT_EQ(all->session.Orders.size(), 2U);
   EXPECT_EQ(StoreSize(), 121U);
   EXPECT_FALSE(all->program.Feeding()) << "the trader looks first";
 }

@@ -33,6 +33,9 @@ TEST_F(TicketWindowTest, APlanIsForTheOrderThatTheTraderMeans) {
     EXPECT_EQ(all->session.Plans.Last()->plan->stop, 1);
     all->Panel().imgPlan.UserClick();
     EXPECT_EQ(Ticket().cboFor.Text(), "The next order") << "the trade has its plan";
+    for (TextBox* box : {&Ticket().txtTarget, &Ticket().txtReasons}) box->UserType("1");
+    Ticket().cboFor.UserChoose(1);
+    EXPECT_EQ(Ticket().txtReasons.Text() + Ticket().txtTarget.Text(), "") << "the trade's own";
     Ticket().cboFor.UserChoose(1);
     Ticket().txtTarget.UserType(PlanPriceText(all->session.MarketPrice + 0.01F));
     Ticket().on_escape();
