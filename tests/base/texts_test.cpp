@@ -22,6 +22,7 @@ TEST(NumberText, SevenSignificantDigitsAndNoSmallExponentForPeople) {
       {0.0001F, "0.0001", "0.0001"},
       {0.00005F, "5E-05", "0.00005"},
       {-2.5e-6F, "-2.5E-06", "-0.000003"},
+      {-12345.678F, "-12345.68", "-12345.68"},
       {-5.551115E-17F, "-5.551115E-17", "0"},
       // Halves at the eighth digit round to even: both are exact floats.
       {1048576.5F, "1048576", "1048576"},

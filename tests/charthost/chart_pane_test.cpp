@@ -182,6 +182,17 @@ TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
   EXPECT_TRUE(pane->Window().Shows(99));
   QTest::keyClick(&plot, Qt::Key_Escape);
   EXPECT_TRUE(measured().isEmpty());
+
+  // The run goes back to a bar between the two.
+  QTest::mousePress(&plot, Qt::LeftButton, Qt::ShiftModifier, {300, 200});
+  QTest::mouseMove(&plot, {500, 220});
+  QTest::mouseRelease(&plot, Qt::LeftButton, Qt::ShiftModifier, {500, 220});
+  const int from = plot.PlaceAt({300, 200})->bar;
+  ASSERT_LT(from + 2, plot.PlaceAt({500, 220})->bar);
+  StoreSecurity(program_.folder, {"SCB", "Bank", -1}, DailyBars(from + 2), program_.cache);
+  pane->RefreshNow();
+  plot.replot();
+  EXPECT_TRUE(measured().isEmpty());
 }
 
 TEST_F(ChartPaneTest, SavesThePictureInAllFormatsAndCopiesIt) {

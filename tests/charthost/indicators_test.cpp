@@ -7,6 +7,7 @@
 #include "charthost/indicators/catalogue.h"
 #include "charthost/indicators/indicator_run.h"
 #include "charthost/indicators/indicator_text.h"
+#include "charthost/indicators/parabolic_sar.h"
 
 namespace velumar {
 namespace {
@@ -309,6 +310,29 @@ TEST(Indicators, AgreeWithPublishedTables) {
                    std::to_string(table.line));
       ExpectPublished(table);
     }
+  }
+}
+
+// The same prices upside down are the same rise and fall.
+TEST(ParabolicSar, TreatsBothSidesAlike) {
+  constexpr float kTop = 4096;
+  std::mt19937 random(22);
+  std::uniform_int_distribution<> step(-40, 40);
+  ParabolicSar sar(0.02, 0.2);
+  ParabolicSar mirrored(0.02, 0.2);
+  float price = kTop / 2;
+  for (int i = 0; i < 500; ++i) {
+    Bar bar;
+    price += static_cast<float>(step(random));
+    bar.high = price + static_cast<float>(step(random) + 41);
+    bar.low = price;
+    Bar other;
+    other.high = kTop - bar.low;
+    other.low = kTop - bar.high;
+    const double value = sar(bar)[0];
+    const double mirror = kTop - mirrored(other)[0];
+    if (i == 0) continue;  // no position yet
+    ASSERT_NEAR(value, mirror, 1e-6) << i;
   }
 }
 

@@ -143,6 +143,14 @@ TEST_F(LinkServerTest, ShowsOrdersAndWhatIsHeldUntilTheyAreGone) {
   program_.window->OpenDirectly({program_.folder, "SCB", -1});
   EXPECT_EQ(program_.window->ActiveChart()->Plot().Positions(), request.positions)
       << "a chart that is opened between two bars";
+  request.command = Command::kRefresh;
+  request.positions.held.pop_back();
+  ASSERT_TRUE(Done(request));
+  program_.window->Act(HostAction::kCloseAll);
+  program_.window->OpenDirectly({program_.folder, "SCB", -1});
+  EXPECT_EQ(program_.window->ActiveChart()->Plot().Positions(), request.positions)
+      << "and after a bar";
+  request.command = Command::kPositions;
   request.positions = {{{300, close, true, true}}, {}};
   EXPECT_EQ(shown(), bare) << "an order at a bar that isn't there";
 }

@@ -170,6 +170,9 @@ TEST_F(SessionsTest, AChangedSeriesIsNotResumedUnasked) {
   EXPECT_EQ(line["short"], 2);
   EXPECT_EQ(line["date"], 20000111);
   EXPECT_EQ(line["bars_left"], 17);
+  ASSERT_EQ(box.Run(Start("back"), "prev\n").code, 0);
+  EXPECT_EQ(json::parse(box.Run({"sessions", box.At("back"), "--json"}).out).size(), 1U)
+      << "one that only went back can be resumed";
 }
 
 TEST_F(SessionsTest, CardsAreMadeOfLossesAndDeleted) {

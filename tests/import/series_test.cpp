@@ -4,6 +4,7 @@
 
 #include "base/dates.h"
 #include "import/file_name.h"
+#include "import/newest_bars.h"
 #include "import/series_builder.h"
 
 namespace velumar {
@@ -311,6 +312,23 @@ TEST(Series, AsksWhatBecomesOfTooManyBars) {
       ASSERT_EQ(split.parts.size(), 3U);
       EXPECT_EQ(split.parts.at(2021).size(), 365U * 48);
       EXPECT_EQ(split.parts.at(2021).front().date, 20210101);
+    }
+  }
+}
+
+TEST(NewestBars, OfTooManyLeaveOutTheOldest) {
+  for (const bool backwards : {false, true}) {
+    for (const bool without_newest : {false, true}) {
+      std::vector<Bar> bars = BarsEvery(kHour, static_cast<int>(kLongestSeries) + 3);
+      NewestBars newest;
+      if (backwards) std::ranges::reverse(bars);
+      for (const Bar& bar : bars) newest.Add(bar, backwards);
+      if (backwards) std::ranges::reverse(bars);
+      if (without_newest) bars.pop_back();
+      EXPECT_EQ(
+          newest.Take(backwards, without_newest),
+          std::vector<Bar>(bars.end() - static_cast<std::ptrdiff_t>(kLongestSeries), bars.end()))
+          << backwards << without_newest;
     }
   }
 }

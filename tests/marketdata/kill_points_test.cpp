@@ -74,7 +74,6 @@ Case WriterCase(const char* name, const std::function<void(MetaLibWriter&)>& cha
             writer.OpenDirectory(directory);
             writer.SelectSeries("AAA", 1, -1);
             change(writer);
-            writer.CloseSecurity();
             writer.CloseDirectory();
           }};
 }

@@ -30,7 +30,7 @@ Played MadeOf(int count, bool intraday, bool with_risk) {
     trade.hour = static_cast<std::int8_t>(intraday ? i % 24 : kAbsent);
     trade.confidence = static_cast<std::uint8_t>(i % 6);
     trade.quantity = trade.money_per_point = 1;
-    trade.money = 7.0 * std::sin(i);
+    trade.money = count == 3 ? -5 - i : 7.0 * std::sin(i);  // or losses alone
     trade.risk = with_risk && i % 4 != 0 ? 3 : 0;
     if (i % 2 == 0) trade.adverse = trade.favourable = 2;
   }
@@ -55,6 +55,7 @@ void ExpectShown(NumberPlot& plot, const NumberPicture& picture) {
     EXPECT_TRUE(shown->valueAxis()->range().contains(y.upper)) << picture.title;
     if (const auto* const bar = qobject_cast<QCPBars*>(shown)) {
       left = std::min(left, bar->width());
+      EXPECT_TRUE(bar->valueAxis()->range().contains(0)) << picture.title;
       if (shown->valueAxis()->axisRect() != plot.axisRect(0)) continue;
       for (const QCPBarsData& one : *bar->data()) bars.push_back(one.key);
     }

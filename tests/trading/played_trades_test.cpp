@@ -147,6 +147,23 @@ TEST_F(PlayedTradesTest, AreKeptAsTheyAreClosedAndOutliveTheData) {
   }
 }
 
+TEST_F(PlayedTradesTest, OfALostSeriesTakeNothingFromTheSessionBefore) {
+  Load(6);
+  Play(20);
+  const int first = session.SessionNumber;
+  Load(6);
+  Play(20);
+  SqliteDatabase& database = ledger.ForWriting();
+  for (const int number : {first, session.SessionNumber}) LedgerDropTrades(database, number);
+  database.Run("UPDATE Runs SET Symbol = 'GONE' WHERE Session = ?",
+               {double(session.SessionNumber)});
+  const std::vector<PlayedScope> scopes = PlayedScopes(ledger, cache);
+  ASSERT_EQ(scopes.size(), 2U);
+  EXPECT_EQ(scopes[0].trades.trades.size(), scopes[1].trades.trades.size());
+  EXPECT_FALSE(scopes[0].trades.closes.empty());
+  EXPECT_TRUE(scopes[1].trades.closes.empty());
+}
+
 TEST_F(PlayedTradesTest, TakeNothingFromAnotherSeries) {
   Load(6);
   Play(20);
