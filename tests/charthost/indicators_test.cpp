@@ -8,6 +8,7 @@
 #include "charthost/indicators/indicator_run.h"
 #include "charthost/indicators/indicator_text.h"
 #include "charthost/indicators/parabolic_sar.h"
+#include "charthost/indicators/ranges.h"
 
 namespace velumar {
 namespace {
@@ -314,12 +315,14 @@ TEST(Indicators, AgreeWithPublishedTables) {
 }
 
 // The same prices upside down are the same rise and fall.
-TEST(ParabolicSar, TreatsBothSidesAlike) {
+TEST(Indicators, TreatBothSidesAlike) {
   constexpr float kTop = 4096;
   std::mt19937 random(22);
   std::uniform_int_distribution<> step(-40, 40);
   ParabolicSar sar(0.02, 0.2);
   ParabolicSar mirrored(0.02, 0.2);
+  DirectionalMovement movement(14);
+  DirectionalMovement opposite(14);
   float price = kTop / 2;
   for (int i = 0; i < 500; ++i) {
     Bar bar;
@@ -329,10 +332,16 @@ TEST(ParabolicSar, TreatsBothSidesAlike) {
     Bar other;
     other.high = kTop - bar.low;
     other.low = kTop - bar.high;
+    other.close = kTop - (bar.close = bar.low);
+    const IndicatorLines moved = movement(bar);
+    const IndicatorLines against = opposite(other);
     const double value = sar(bar)[0];
     const double mirror = kTop - mirrored(other)[0];
     if (i == 0) continue;  // no position yet
     ASSERT_NEAR(value, mirror, 1e-6) << i;
+    if (i < 30) continue;  // no average yet
+    ASSERT_NEAR(moved[0], against[0], 1e-6) << i;
+    ASSERT_NEAR(moved[1], against[2], 1e-6) << i;
   }
 }
 

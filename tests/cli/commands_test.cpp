@@ -313,6 +313,11 @@ TEST(Import, IsBroughtUpToDate) {
   EXPECT_EQ(box.Run({"update", data}).out,
             "ABC D: 2 new bars, 1 changed, 20200102 to 20200107\n"
             "XYZ D: 1 bar, 20200102 to 20200102\n");
+  box.File("prices/ABC_D.csv", kHeader + "rubbish\n");
+  box.File("prices/XYZ_D.csv", kHeader + row(2) + row(3));
+  const auto half = box.Run({"update", data});
+  EXPECT_EQ(half.code, 1) << half.err;
+  EXPECT_THAT(half.out, HasSubstr("XYZ D: 1 new bar"));
   box.File("data/velumar-imports.json", "{}");
   const auto damaged = box.Run({"update", data});
   EXPECT_EQ(damaged.code, 1);

@@ -78,6 +78,7 @@ TEST_F(JournalTest, AnEarlierNoteStaysAndTheNewestCounts) {
 }
 
 TEST_F(JournalTest, ExportsHaveWhatWasPlannedAndSeen) {
+  Order(18, "Long", 1, 102, 1, 0, 2000000);
   std::filesystem::create_directory(scratch / "Journal");
   std::ofstream(scratch / "Journal" / "Portfolio-1-1.png") << "Man";
   std::ofstream(scratch / "Journal" / "Portfolio-2-1.png") << "Ma";
@@ -94,6 +95,7 @@ TEST_F(JournalTest, ExportsHaveWhatWasPlannedAndSeen) {
   EXPECT_THAT(csv, HasSubstr(",100.31,-0.31,-310,,lost")) << "as decimals";
   EXPECT_THAT(csv, HasSubstr(",'=SUM(A1:A9),")) << "for a spreadsheet";
   EXPECT_THAT(csv, HasSubstr("Short,3,2007-01-17 16:30:00,101,,,,,,open"));
+  EXPECT_THAT(csv, HasSubstr("Long,1,2007-01-18 16:30:00,102,,,,,,open")) << "both sides";
   const std::string page = JournalPage(ledger, journals);
   EXPECT_THAT(page, HasSubstr("over the &lt;high&gt;"));
   EXPECT_THAT(page, testing::Not(HasSubstr("<high>")));

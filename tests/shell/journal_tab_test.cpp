@@ -122,5 +122,18 @@ TEST_F(JournalTabTest, ATradeIsPlayedAgainInASessionOfItsOwn) {
   EXPECT_FALSE(all->session.ShowsEarlier);
 }
 
+TEST_F(JournalTabTest, ATradeThatIsOpenIsPlayedAgainToo) {
+  all->desktop.Unload(Result());
+  all->Panel().ImgShort.UserClick();
+  all->Navigator().Image1.UserClick();
+  all->Panel().imgGraph.UserClick();
+  Result().tabSheets.UserChoose(FrmResult::kJournalTab);
+  ASSERT_EQ(Tab().lstTrades.Content().count, 2U);
+  Tab().lstTrades.UserSelect({1});
+  Tab().lnkAgain.UserClick();
+  EXPECT_EQ(all->session.BarIndex, exit_bar - 1);
+  EXPECT_EQ(all->session.Again, (LedgerOrderKey{1, 3}));
+}
+
 }  // namespace
 }  // namespace velumar
