@@ -38,9 +38,10 @@ class RunControl {
   // no symbol is entered or the folder can't be the store, shows a box, changes nothing and returns
   // false.
   bool ClaimStore();
-  // Finds what else can be played. Claim takes what it returns, with its directory and account
-  // entered: the next Start plays it.
+  // Finds what else can be played: a session, a trade once more, a blind chart.
   RunChooser& Chooser() { return chooser_; }
+  // As ClaimStore, for what the chooser has returned, with its directory and account entered: the
+  // next Start plays it.
   bool Claim(const NextRun& choice);
   // Begins the run of the last ClaimStore and feeds its bars. Returns when the feed has ended or
   // was stopped, or when a later run began in one of its waits: two loops never feed at once. If

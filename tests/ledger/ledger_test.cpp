@@ -432,6 +432,7 @@ TEST(LedgerChanges, AreWholeOrNotDone) {
   again.number = 1;
   const LedgerPlan plan{.session = 1, .order = {}, .setup = "played"};
   const std::vector<LedgerValue> order(22, 1.0);
+  // With how many of its statements fail at least.
   const std::pair<int, std::function<void(LedgerConnection&)>> changes[] = {
       {3, [&](LedgerConnection& to) { LedgerBeginRun(to, {}, again); }},
       {3, [](LedgerConnection& to) { LedgerBeginRun(to, {}); }},
