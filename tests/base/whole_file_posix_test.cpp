@@ -1,4 +1,5 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "base/whole_file.h"
 #include "support/scratch_folder.h"
@@ -25,6 +26,19 @@ TEST(WholeFile, KeepsLinksAndPermissionsAndRefusesPipes) {
   struct stat status {};
   ASSERT_EQ(stat((folder / "real").c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777, 0640U);
+  ASSERT_EQ(chmod((folder / "real").c_str(), 0440), 0);
+  chmod(folder.Path().c_str(), 0777);
+  const auto replace = [&] {  // an administrator may write everything
+    if (getuid() == 0 && setuid(65534) != 0) return 2;
+    try {
+      ReplaceWholeFile(folder / "real", "newer");
+      return 0;
+    } catch (const FileError&) {
+      return 1;
+    }
+  };
+  EXPECT_EXIT(_exit(replace()), testing::ExitedWithCode(1), "");
+  EXPECT_EQ(folder.Read("real"), "new") << "a rename would replace what may not be written";
   ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
   EXPECT_THROW(ReplaceWholeFile(folder / "pipe", "x"), FileError);
   EXPECT_THROW(ReadWholeFile(folder / "pipe", 9), FileError);

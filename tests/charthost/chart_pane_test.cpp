@@ -11,6 +11,7 @@
 #include "charthost/view/chart_plot.h"
 #include "charthost/view/picture_dialog.h"
 #include "charts/qt_text.h"
+#include "charts/value_ticker.h"
 
 namespace velumar {
 namespace {
@@ -170,6 +171,16 @@ TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
   EXPECT_EQ(pane->Window().First(), before.First());
   QTest::keyRelease(&plot, Qt::Key_Shift, Qt::NoModifier);
   EXPECT_TRUE(measured().isEmpty());
+  for (const Qt::KeyboardModifiers held : {Qt::ShiftModifier, Qt::NoModifier}) {
+    QTest::mousePress(&plot, Qt::LeftButton, held, {400, 200});
+    QTest::mouseMove(&plot, {500, 220});
+    QTest::mouseRelease(&plot, Qt::LeftButton, held, {500, 220});
+    EXPECT_EQ(measured().isEmpty(), held == Qt::NoModifier);
+  }
+  EXPECT_NE(pane->Window().First(), before.First()) << "a plain drag scrolls";
+  pane->Window().Pan(before.First() - pane->Window().First());
+  pane->WindowMoved();
+  plot.replot();
 
   // With the keys, from the newest bar back into the past beyond the left edge.
   QEvent leave(QEvent::Leave);
@@ -193,6 +204,25 @@ TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
   pane->RefreshNow();
   plot.replot();
   EXPECT_TRUE(measured().isEmpty());
+}
+
+// However far it is scrolled.
+TEST_F(ChartPaneTest, PercentAreRoundNumbersFromTheFirstBar) {
+  const auto pane = Open("SCB");
+  pane->SetOptions({.scale = PriceScale::kPercent});
+  const QCPAxis& axis = *pane->Plot().Prices().axis(QCPAxis::atRight);
+  for (const int bars : {0, -7, -30, -100}) {
+    pane->Window().Pan(bars);
+    pane->WindowMoved();
+    pane->Plot().replot();
+    const double base = *pane->Document().Model().PercentBase();
+    const QVector<double> ticks = axis.tickVector();
+    ASSERT_GE(ticks.size(), 2);
+    const double steps = (ticks[0] - base) / (ticks[1] - ticks[0]);
+    EXPECT_NEAR(steps, std::nearbyint(steps), 1e-6) << bars;
+    EXPECT_NEAR((ticks[1] - ticks[0]) / base * 100,
+                RoundStep((ticks[1] - ticks[0]) / base * 100 * 0.999), 1e-9);
+  }
 }
 
 TEST_F(ChartPaneTest, SavesThePictureInAllFormatsAndCopiesIt) {

@@ -209,6 +209,12 @@ TEST_F(DrawingToolTest, WritesTextsAndListsEverything) {
   }
   EXPECT_EQ(drawings->count(), 1);
   EXPECT_EQ(Kept().size(), 1U);
+  Open("ADVANC", -1);
+  EXPECT_EQ(drawings->count(), 0) << "those of the chart in front";
+  Press(Qt::Key_H);
+  Click(Pixel(20, 101));
+  EXPECT_EQ(drawings->count(), 1);
+  EXPECT_EQ(Kept().size(), 1U);
 }
 
 TEST_F(DrawingToolTest, ADamagedFileIsNamedAndStays) {

@@ -286,6 +286,9 @@ TEST(Import, ReportsWhatItStoredNextToWhatItRefused) {
   EXPECT_EQ(open.out, "NEW D: 1 bar, 20200102 to 20200102\n");
   EXPECT_THAT(open.err, HasSubstr("long.csv: LONG: With the stored bars"));
   EXPECT_THAT(box.Run({"update", data}).err, HasSubstr("LONG")) << "the question is still open";
+  const std::string weeks = text.substr(text.find("WEEKS"));
+  const auto both = box.Run({"import", box.File("long.csv", second + weeks), data});
+  EXPECT_EQ(both.code, 2) << "whatever comes after the question: " << both.err;
 }
 
 TEST(Import, ClearsItsProgressBeforeItPrints) {

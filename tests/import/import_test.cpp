@@ -112,6 +112,12 @@ TEST_F(Import, AsksAboutAdjustedPrices) {
       File("ABC_D.csv",
            "Date,Open,High,Low,Close,Adj Close\n2020-01-02,10,12,8,10,5\n2020-01-03,10,12,8,10,10\n"
            "2020-01-06,0,0,0,0,0\n");
+  EXPECT_THAT(UnderstandFile(File("OIL_D.csv",
+                                  "Date,Close,Adj Close\n2020-04-20,-37.63,-37.63\n"
+                                  "2020-04-21,10.01,10.01\n"),
+                             {}, nullptr)
+                  .questions,
+              IsEmpty());
   const Understanding understood = UnderstandFile(file, {}, nullptr);
   ASSERT_EQ(understood.questions.size(), 1U);
   EXPECT_EQ(understood.questions[0].answers[1].result, "close of 2 January 2020: 5");

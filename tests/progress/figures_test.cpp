@@ -215,6 +215,22 @@ TEST(TradeFilters, LetThroughWhatIsAskedFor) {
   }
 }
 
+// An entry of 4 that is closed in two steps risked 400 in all.
+TEST(PlayedTrades, OfOneEntryShareItsRisk) {
+  std::vector<PlayedScope> scopes(1);
+  for (const double share : {0.25, 0.75}) {
+    LedgerTrade& trade = scopes[0].trades.trades.emplace_back();
+    trade.money = 100;
+    trade.entry.order = {2, 7};
+    trade.entry_share = share;
+  }
+  const Played played = PlayedOf(scopes, {{{2, 7}, "gap", 4, 400}, {{2, 8}, "late", 1, 9}});
+  ASSERT_EQ(played.trades.size(), 2U);
+  EXPECT_EQ(played.trades[0].risk, 100);
+  EXPECT_EQ(played.trades[1].risk, 300);
+  EXPECT_THAT(played.setups, ElementsAre("gap"));
+}
+
 TEST(TradesCsv, HasTheSelectedTradesAmongThoseWithoutPL) {
   std::vector<PlayedScope> scopes(1);
   scopes[0].trades.closes = {1, 2, 3};

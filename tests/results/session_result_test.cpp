@@ -31,6 +31,7 @@ TEST(SessionResult, CountsTheTradesAndWhatIsStillHeld) {
   const SessionResult open =
       result({Order(1, "Short", 2), Order(3, "Offset Short", 1), Order(0, "Long", 9)});
   EXPECT_EQ(open.played, (-1 - 7) * 100) << "one closed at 12, one valued at the last close";
+  EXPECT_EQ(open.held, 2 * 7 * 100) << "as much as was sold short";
   EXPECT_NEAR(open.chance, open.played, 1e-6) << "there is no other place for it";
   RunOrder wiped = Order(4, "Offset Long", 5);
   wiped.kind = RunOrder::Kind::kWiped;

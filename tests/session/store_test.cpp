@@ -36,6 +36,8 @@ TEST_F(PrepareStoreTest, CutsFromTheFirstBarOnOrAfterTheDate) {
   EXPECT_EQ(Prepared("ABC", "D", after), 250);
   EXPECT_EQ(Prepared("B251", "D", after), 125);
   EXPECT_EQ(Prepared("ONE", "D", after), 1);
+  Store("I30", IntradayBars(100, 30), 30);
+  EXPECT_EQ(Prepared("I30", "30", after), 40) << "with the first bar of the day";
   EXPECT_TRUE(outside.boxes.shown.empty());
 }
 

@@ -1,3 +1,4 @@
+#include "base/dates.h"
 #include "progress/coach_report.h"
 #include "support/whole_program.h"
 
@@ -64,6 +65,41 @@ TEST_F(ProgressTabTest, FiltersAndComparisonsChangeWhatIsShown) {
   Tab().cbxOfHour.UserChoose(0);
   Tab().cbxPicture.UserChoose(5);
   EXPECT_EQ(Tab().pltProgress.Picture()->hint, "Daily bars have no hours");
+}
+
+TEST_F(ProgressTabTest, TheTimeBeforeIsAsLongAndEndsTheDayBefore) {
+  Tab().cbxCompare.UserChoose(2);
+  EXPECT_THAT(Tab().lstFindings.Lines().at(0), HasSubstr("Choose a time"));
+  const std::int32_t played = all->outside.clock.today;
+  for (const auto& [days, trades] : {std::pair{0, "2|-|0|-"},
+                                     {6, "2|-|0|-"},
+                                     {7, "0|-|2|-"},
+                                     {13, "0|-|2|-"},
+                                     {14, "0|-|0|-"}}) {
+    all->outside.clock.today = DaysLater(played, days);
+    Tab().cbxOfPeriod.UserChoose(1);
+    EXPECT_EQ(Figure("Trades"), trades) << days << " days later";
+  }
+}
+
+TEST_F(ProgressTabTest, ANewSessionIsTheFirstOfTheList) {
+  Tab().cbxOfSession.UserChoose(1);
+  const std::string first = Tab().cbxOfSession.Text();
+  all->desktop.Unload(Result());
+  all->Navigator().Image5.UserClick();
+  InPauseOf(120, [this] { all->Navigator().Image4.UserClick(); });
+  all->Play(119);
+  Trade(&Form3::imgLong, &Form3::imgOffsetLong);
+  all->Panel().imgGraph.UserClick();
+  Result().tabSheets.UserChoose(FrmResult::kProgressTab);
+  EXPECT_EQ(Figure("Trades"), "3|-|3");
+  Tab().cbxCompare.UserChoose(3);
+  Tab().cbxOfSession.UserChoose(1);
+  EXPECT_EQ(Figure("Trades"), "1|-|2|-");
+  Tab().cbxOfSession.UserChoose(2);
+  EXPECT_EQ(Tab().cbxOfSession.Text(), first);
+  EXPECT_EQ(Figure("Trades"), "2|-|2");
+  EXPECT_THAT(Tab().lstFindings.Lines().at(0), HasSubstr("No session was played before"));
 }
 
 TEST_F(ProgressTabTest, SaysHowFarALongComputationIs) {

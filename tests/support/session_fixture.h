@@ -37,7 +37,10 @@ struct SessionFixture : testing::Test {
     session.SimDir = store;
   }
 
-  std::vector<Bar> StoreBars() { return ReadBars(store, session.Run.symbol, -1); }
+  std::vector<Bar> StoreBars() {
+    const std::string& interval = session.Run.interval;
+    return ReadBars(store, session.Run.symbol, interval == "D" ? -1 : std::stoi(interval));
+  }
 
   ScratchFolder scratch;
   std::string data = scratch.Sub("data");

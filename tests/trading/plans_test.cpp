@@ -114,6 +114,8 @@ TEST_F(PlansTest, ALevelIsReachedOnceByBarsAfterItWasSet) {
   EXPECT_EQ(Reached(95.5F, 100, 99), "Stop 96.00 of Long 5 reached.");
   AddBar(112);
   Plan(1, {"108", "120"});
+  const LedgerPlan written = LedgerPlansOfSession(ledger, session.SessionNumber).at(0);
+  EXPECT_EQ(std::pair(written.stop_since, written.target_since), std::pair(6, 1));
   EXPECT_EQ(PlanLevels(session).at(0).reached, false) << "moved to where the price has been";
   EXPECT_EQ(Reached(0, 0, 107), "Stop 108.00 of Long 5 reached.") << "a series of closes";
   session.BarIndex = 0;
@@ -151,6 +153,14 @@ TEST_F(PlansTest, TheLedgerGivesBackTheOpenTrades) {
   ledger.ForWriting().Execute("DROP TABLE Wiped");
   EXPECT_EQ(Order(&OrderDesk::OffsetLong, "1000"), OrderResult::kRefused);
   EXPECT_EQ(Held(session.Plans), held) << "as the book";
+  ledger.ForWriting().Execute("DROP TABLE Plans; CREATE TABLE Plans (Id)");
+  for (const std::size_t order : {0, 1}) {
+    const TicketAnswer answer = Ask(order, {.stop = "95"});
+    EXPECT_EQ(answer.problem, "");
+    EXPECT_THROW(ticket.Keep(ticket.Orders().at(order), answer.plan), std::runtime_error);
+  }
+  EXPECT_EQ(Held(session.Plans), held) << "as the ledger";
+  EXPECT_FALSE(session.Plans.Next().has_value());
 }
 
 }  // namespace
