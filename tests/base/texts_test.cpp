@@ -72,6 +72,7 @@ TEST(NumberText, PatternsFillTheirPlaces) {
   }
   EXPECT_EQ(PatternText(" 1,000.5 ", kWholePattern), "1,001");
   EXPECT_EQ(PatternText("1,5", kWholePattern), "1,5");
+  EXPECT_EQ(GroupedNumber("-123") + GroupedNumber("-1234.5678"), "-123-1,234.5678");
 }
 
 TEST(NumberText, TextsToNumbers) {
@@ -125,6 +126,9 @@ TEST(Dates, ThePatternDecidesOrderAndWidth) {
   };
   for (const auto& [date, pattern, text] : cases) EXPECT_EQ(DateText(date, pattern), text);
   EXPECT_EQ(IsoDateText("2007-02-31", "M/d/yyyy"), "2/31/2007") << "of a damaged bar";
+  EXPECT_EQ(IsoMinuteText("2007-12-25 16:30", "d MMM yyyy"), "25 Dec 2007 16:30");
+  EXPECT_EQ(IsoMinuteText("2007-12-25 16:30:59", "M/d/yyyy"), "12/25/2007 16:30");
+  EXPECT_EQ(IsoMinuteText("2007-12-25 16:3", "M/d/yyyy"), "2007-12-25 16:3");
   for (const char* other : {"", "2007/01/25", "2007-01-25 10:00"}) {
     EXPECT_EQ(IsoDateText(other, "d/M/yyyy"), other);
   }
@@ -143,7 +147,7 @@ TEST(Dates, TextsReadBack) {
 }
 
 TEST(Text, SymbolsAreTrimmedAndUpperCasedInAsciiOnly) {
-  EXPECT_EQ(NormalisedSymbol("  abc x "), "ABC X");
+  EXPECT_EQ(NormalisedSymbol("  abc yz "), "ABC YZ");
   EXPECT_EQ(NormalisedSymbol("caf\xC3\xA9"), "CAF\xC3\xA9");
 }
 

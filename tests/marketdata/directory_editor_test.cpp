@@ -21,6 +21,8 @@ TEST_F(DirectoryEditor, ANewDirectoryGetsBothIndexes) {
   const std::vector<Bar> intraday = {TimedBar(20050104, 93000), TimedBar(20050103, 160000)};
   StoreSecurity(path, {"AAA", "Alpha", -1}, {DailyBar(20050103)}, cache_);
   StoreSecurity(path, {"AAA", "Caf\xC3\xA9", 15}, intraday, cache_);
+  StoreSecurity(path, {"FOURTEEN CHARS", "", 1440}, {}, cache_);
+  EXPECT_TRUE(ReadBars(path, "FOURTEEN CHARS", 1440).empty());
   EXPECT_THAT(ReadBars(path, "AAA", -1), ElementsAre(DailyBar(20050103)));
   EXPECT_THAT(ReadBars(path, "AAA", 15), ElementsAre(intraday[1], intraday[0]));
   for (const char* index : {"MASTER", "EMASTER"}) {
@@ -42,6 +44,8 @@ TEST_F(DirectoryEditor, OnlyExistingIndexesGrow) {
   EXPECT_THAT(List(), ElementsAre("OLD:-1 F3 Alpha", "NEW:5 F4 A name of more than sixteen"));
   Store({"OLD", "", -1}, {});
   EXPECT_EQ(directory_.Read("emaster").substr(4, 2 * 192 - 4), emaster.substr(4));
+  Store({"NEW", "Short", 5}, {});
+  EXPECT_THAT(List(), ElementsAre("OLD:-1 F3 Alpha", "NEW:5 F4 Short"));
   const ScratchFolder high;
   high.Write("XMASTER", Xmaster({{.number = 300, .symbol = "OLD"}}));
   StoreSecurity(high.Text(), {"NEW", "New", 5},
@@ -82,23 +86,36 @@ TEST_F(DirectoryEditor, ReplacingLeavesTheBarsOfASecurityWithTheSameFile) {
 
 TEST_F(DirectoryEditor, XmasterFollowsTheLastNumberOfMaster) {
   std::vector<Listed> full;
-  for (int i = 1; i <= 254; ++i) {
+  for (int i = 1; i <= 252; ++i) {
     full.push_back(
         {.number = i + (i > 99 ? 1 : 0), .symbol = "S" + std::to_string(i), .fields = 5});
   }
   directory_.Write("MASTER", Master(full));
   directory_.Write("EMASTER", Emaster(full));
-  for (const char* symbol : {"GAP", "HIGH", "NEXT"}) Store({symbol, "", -1}, {DailyBar(20050103)});
+  for (const char* symbol : {"A", "B", "GAP", "HIGH", "NEXT"}) {
+    Store({symbol, "", -1}, {DailyBar(20050103)});
+  }
   Store({"S7", "", -1}, {DailyBar(20050104)});  // wider, so it needs a new number too
   const auto list = List();
   ASSERT_EQ(list.size(), 257U);
-  EXPECT_EQ(list[253], "GAP:-1 F100 GAP");
-  EXPECT_THAT(std::vector(list.begin() + 254, list.end()),
-              ElementsAre("HIGH:-1 F256 HIGH", "NEXT:-1 F257 NEXT", "S7:-1 F258 Alpha"));
+  EXPECT_THAT(std::vector(list.begin() + 251, list.end()),
+              ElementsAre("A:-1 F254 A", "B:-1 F255 B", "GAP:-1 F100 GAP", "HIGH:-1 F256 HIGH",
+                          "NEXT:-1 F257 NEXT", "S7:-1 F258 Alpha"));
   EXPECT_EQ(directory_.Read("XMASTER").substr(0, 20),
             Hex("5D FE 58 4D 00 00 00 00 00 00 03 00 00 00 03 00 00 00 03 01"));
   EXPECT_EQ(directory_.Read("MASTER").substr(0, 4), Hex("FE 00 FF 00"));
   EXPECT_THAT(ReadBars(directory_, "S7"), ElementsAre(DailyBar(20050104)));
+}
+
+TEST_F(DirectoryEditor, OfAGroupThatCannotBeStoredEachIsReported) {
+  Store({"OLD", "", -1}, {DailyBar(20050103)});
+  const auto before = FilesOf(Text());
+  std::filesystem::create_directories(directory_ / "MASTER.new/in the way");
+  std::vector<NewSeries> all;
+  for (const char* symbol : {"AAA", "BBB"}) all.push_back({{symbol, "", -1}, {}});
+  const auto problems = HeldDirectory(Text()).Store(std::move(all), cache_);
+  for (const auto& problem : problems) EXPECT_TRUE(problem.has_value());
+  EXPECT_EQ(FilesOf(Text()), before);
 }
 
 TEST_F(DirectoryEditor, UnstorableValuesAreNamedAndNothingIsCreated) {
@@ -107,6 +124,7 @@ TEST_F(DirectoryEditor, UnstorableValuesAreNamedAndNothingIsCreated) {
   const std::tuple<NewSecurity, Bar, std::string> kRows[] = {
       {{"A\nA", "", -1}, DailyBar(20050103), "symbol"},
       {{"AAA", "\xE4\xB8\xAD", -1}, DailyBar(20050103), "\xE4\xB8\xAD"},
+      {{"FIFTEEN LETTERS", "", -1}, DailyBar(20050103), "symbol"},
       {{"AAA", "", 0}, DailyBar(20050103), "interval"},
       {{"AAA", "", -1}, tiny, "close"},
       {{"AAA", "", -1}, TimedBar(20050103, 93000), "time"},
@@ -134,7 +152,7 @@ std::string Dated(std::string file, std::size_t record_size, std::size_t offset)
 TEST(IndexCopy, KeepsTheSecuritiesButNotTheirDates) {
   const std::vector<Listed> undated = {{.bits = 0x7F}, {.number = 2, .symbol = "BBB"}};
   std::vector<Listed> listed = undated;
-  for (Listed& one : listed) one.first = one.last = 1301231;
+  for (Listed& one : listed) one.first = (one.last = 1301231) - 1;
   constexpr int kTooFew = 1;  // the count in the headers
   const ScratchFolder from;
   from.Write("Master", Master(listed, kTooFew) + "\x02 torn" + Word(1301231));

@@ -2,6 +2,7 @@
 
 #include "marketdata/data_file.h"
 #include "marketdata/market_files.h"
+#include "marketdata/metalib_reader.h"
 
 namespace velumar {
 
@@ -79,7 +80,8 @@ TEST_F(DirectoryReading, UnusableFilesAreSeriesWithoutBars) {
                    Master({{.number = 1, .symbol = "SHORT"},
                            {.number = 2, .symbol = "FOLDER"},
                            {.number = 3, .symbol = "SHAPELESS", .fields = 99},
-                           {.number = 4, .symbol = "MISSING", .first = 1050103, .last = 1051107}}));
+                           {.number = 4, .symbol = "MISSING", .first = 1050103, .last = 1051107},
+                           {.number = 5, .symbol = "DAY", .first = 1050103, .last = 1050103}}));
   directory_.Write("F1.DAT", Hex("00 00 07"));
   std::filesystem::create_directory(directory_ / "F2.DAT");
   directory_.Write("F3.DAT", DailyBytes({DailyBar(20051107)}));
@@ -90,6 +92,7 @@ TEST_F(DirectoryReading, UnusableFilesAreSeriesWithoutBars) {
   EXPECT_EQ(missing.bars, 0);
   EXPECT_EQ(missing.indexed_first_date, 20050103);
   EXPECT_EQ(missing.indexed_last_date, 20051107);
+  EXPECT_EQ(SecuritiesOf(Text(), cache_)[4].indexed_first_date, 20050103) << "of a single day";
 }
 
 TEST_F(DirectoryReading, NamesMayBeInAnyCaseAndUpperCaseWins) {
@@ -144,10 +147,40 @@ TEST_F(DirectoryReading, AListOfColumnNamesOverridesTheirOrder) {
   }
 }
 
+// One reader goes through several directories and series.
+TEST_F(DirectoryReading, AReaderBeginsAnewWithEachDirectoryAndSeries) {
+  directory_.Write("MASTER", Master({{.symbol = "AAA"}, {.number = 2, .symbol = "BBB"}}));
+  directory_.Write("F1.DAT", DailyBytes({DailyBar(20050103), DailyBar(20050105)}));
+  const ScratchFolder other;
+  other.Write("MASTER", Master({{.symbol = "CCC"}, {.number = 2, .symbol = "DDD"}}));
+  MetaLibReader reader(cache_);
+  for (int round = 0; round < 2; ++round) {
+    reader.OpenDirectory(Text());
+    EXPECT_EQ(ReadSecurities(reader).size(), 2U);
+    reader.OpenDirectory(other.Text());
+    ASSERT_EQ(reader.NextSecurity(), 1);
+    reader.ReadSecurityHeader();
+    EXPECT_EQ(reader.SecuritySymbol(), "CCC");
+  }
+  reader.OpenDirectory(Text());
+  reader.SelectSeries("AAA", 1, -1);
+  reader.ReadSeries();
+  for (const auto& [date, found] : {std::pair("20050104", 20050105), {"20050103", 20050103}}) {
+    reader.SeekDate(date, 0);
+    EXPECT_EQ(ErrorOf([&] { reader.BarDateAtCursor(); }), MetaLibError::kNoBar) << "not read yet";
+    reader.ReadBar();
+    EXPECT_EQ(reader.BarDateAtCursor(), found) << date;
+  }
+  EXPECT_EQ(ErrorOf([&] { reader.SeekDate("20050106", 0); }), MetaLibError::kDateNotFound);
+  reader.SelectSeries("BBB", 1, -1);
+  EXPECT_EQ(ErrorOf([&] { reader.Bars(); }), MetaLibError::kNoSeries) << "those of AAA";
+}
+
 TEST_F(DirectoryReading, MinutesMissingInTheIndexComeFromTheBars) {
   directory_.Write("XMASTER",
                    Xmaster({{.number = 256, .symbol = "AAA", .frame = 'I', .bits = 0xFF},
-                            {.number = 257, .symbol = "AAA", .frame = 'I', .bits = 0xFF}}));
+                            {.number = 257, .symbol = "AAA", .frame = 'I', .bits = 0xFF},
+                            {.number = 258, .symbol = "AAA", .frame = 'I', .bits = 0xFF}}));
   directory_.Write("F256.MWD", IntradayBytes({{20050103, 160000},
                                               {20050103, 160000},  // listed once
                                               {20050104, 95500},
@@ -155,7 +188,7 @@ TEST_F(DirectoryReading, MinutesMissingInTheIndexComeFromTheBars) {
                                               {20050105, 93000},
                                               {20050105, 100000}}));
   directory_.Write("F257.MWD", IntradayBytes({{20050103, 93000}, {20050104, 93000}}));
-  EXPECT_THAT(List(), ElementsAre("AAA:15 F256 Alpha", "AAA:0 F257 Alpha"));
+  EXPECT_THAT(List(), ElementsAre("AAA:15 F256 Alpha", "AAA:0 F257 Alpha", "AAA:0 F258 Alpha"));
   EXPECT_EQ(ReadBars(directory_, "AAA", 15).size(), 5U);
   EXPECT_EQ(ReadBars(directory_, "AAA", 60).size(), 2U);  // the first one of unknown minutes
 }
