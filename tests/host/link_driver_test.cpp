@@ -313,6 +313,15 @@ TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {
   run.quantity = "-1";
   host.ShowPositions();
   EXPECT_EQ(link.positions.quantity, 0);
+  for (int i = 0; i <= 40; ++i) {
+    LedgerPlan plan;
+    plan.stop = i;
+    session.Plans.Add({.is_long = true, .entry = true, .bar = 5, .held = 1, .plan = plan});
+  }
+  host.ShowPositions();
+  ASSERT_EQ(link.positions.plans.size(), 40U) << "of more the oldest is missing";
+  EXPECT_EQ(link.positions.plans.front().price, 1);
+  EXPECT_EQ(link.positions.plans.back().price, 40);
 }
 
 TEST_F(LinkDriverTest, AChartThatCannotBeOpenedShowsABox) {

@@ -182,8 +182,11 @@ TEST(Score, WithAnInvisibleNameIsRefused) {
   };
   const std::pair<std::string, std::vector<std::string>> names[] = {
       {"the name is blank", {"", "   ", "\u00A0\u3000", "\u2800"}},
-      {"invisible character (U+", {"Ann\u200B", "Ann\t", "\u3164", "\U000E0041nn", "\u2029"}},
-      {"Accepted.", {"\u00C9ric O'Neill", "\U0001F600", "\xFF\xE2\x80", "\xE0\x82\xA0"}}};
+      {"invisible character (U+",
+       {"Ann\u200B", "Ann\t", "\u3164", "\U000E0041nn", "\u2029", "\u200F", "\u009F", "\u206F"}},
+      {"Accepted.",
+       {"\u00C9ric O'Neill", "\U0001F600", "\xFF\xE2\x80", "\xE0\x82\xA0", "\u2070", "\u00AE",
+        std::string(60, 'n')}}};
   for (const auto& [why, written] : names) {
     for (const std::string& name : written) EXPECT_THAT(answer(name), HasSubstr(why)) << name;
   }
@@ -279,7 +282,9 @@ TEST_F(ScoreServiceTest, SurvivesHostileServersInBoundedTimeAndMemory) {
       {{.first = ok + "Content-Length: 90\r\n\r\n1.  Half a list", .hangs_up = true}, "failed"},
       {{.first = std::string("\0\xFF\x01", 3), .repeated = mebibyte}, "failed"},
       {{.first = "HTTP/1.1 302 F\r\nLocation: /other\r\nContent-Length: 0\r\n\r\n"},
-       "redirects to another address (302)"}};
+       "redirects to another address (302)"},
+      {{.first = "HTTP/1.1 300 M\r\nContent-Length: 0\r\n\r\n"}, "address (300)"},
+      {{.first = ok + "\r\nx" + mebibyte, .hangs_up = true}, "too long"}};
   for (const auto& [answer, why] : cases) {
     HostileServer server(answer);
     const auto before = events.Now();
@@ -290,6 +295,8 @@ TEST_F(ScoreServiceTest, SurvivesHostileServersInBoundedTimeAndMemory) {
     EXPECT_LT(server.Sent(), 16 * mebibyte.size()) << why;
     EXPECT_EQ(server.Connections(), 1) << why;
   }
+  const HostileServer largest({.first = ok + "\r\n" + mebibyte, .hangs_up = true});
+  EXPECT_EQ(Get(largest.Address(), "/zanno/getscore.php"), mebibyte);
 }
 
 TEST_F(ScoreServiceTest, CanBeCancelledAndExplainsInvalidAddresses) {

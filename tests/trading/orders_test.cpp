@@ -54,6 +54,7 @@ TEST_F(OrdersTest, FuturesSidesAreIndependentAndAverage) {
   EXPECT_EQ(Newest("SUnrealised"), (Row{-3.51})) << "to two decimals, as its average";
   StartAccount(session, run);
   EXPECT_EQ(session.UsedMargin, 0);
+  for (const PlannedOrder& order : session.Plans.Orders()) EXPECT_EQ(order.held, 0);
   ShowStatus(session, run, outside.locale);
   EXPECT_EQ(run.status.positions, "( L=0 Avg=0.0 )  ( S=0 Avg= 0.0 ) ");
 }
@@ -193,9 +194,15 @@ TEST_F(OrdersTest, BoxesThatCannotBeUsedAreNamed) {
 }
 
 TEST_F(OrdersTest, AnOrderThatCannotBeBookedOrWrittenIsRolledBack) {
+  session.SessionNumber = 1;
   Account(0, 1000, "0", 3e38F);
   AddBar(3e38F);
   Order(&OrderDesk::Long, "1");
+  const Book held = session;
+  for (const auto order : {&OrderDesk::Long, &OrderDesk::Short}) {
+    EXPECT_EQ(Order(order, "3e38"), OrderResult::kRefused);
+    EXPECT_TRUE(SameBook(held, session));
+  }
   session.ProfitPerContract = 3e38F;
   AddBar(1e38F);
   const Book priced = session;
@@ -214,6 +221,9 @@ TEST_F(OrdersTest, AnOrderThatCannotBeBookedOrWrittenIsRolledBack) {
     EXPECT_THAT(outside.boxes.shown, ElementsAre(HasSubstr("The order was not placed")));
   }
   EXPECT_EQ(Ask("select * From Details").size(), 1U) << "no detail without its row";
+  ledger.ForWriting().Execute("ALTER TABLE Gone RENAME TO MyPortfolio");
+  EXPECT_EQ(Order(&OrderDesk::OffsetLong, "1"), OrderResult::kDone);
+  EXPECT_EQ(Ask("select EntryPlace, Quantity From Trades"), (std::vector<Row>{{1.0, 1.0}}));
 }
 
 using StatusTest = OrderFixture;

@@ -63,7 +63,12 @@ TEST_F(PlansTest, TheTicketAnswersWhileTheTraderTypes) {
        "",
        "Long 5 risks 1,000.00, 0.05 % of the portfolio",
        "10"},
+      {{.stop = "96", .percent = "100"},
+       "",
+       "Long 5 risks 20,000.00, 1.00 % of the portfolio",
+       "500"},
       {{.target = "120", .percent = "1"}, "", "", ""},
+      {{.target = "100"}, "The target of a Short must be below 100.00", "", ""},
       {{"96", "99"}, "The target of a Long must be above 100.00", "", ""},
       {{.stop = "100"}, "The stop of a Short must be above 100.00", "", ""},
       {{.stop = "9x"}, "Stop: \"9x\" is not a price", "", ""},
@@ -117,6 +122,7 @@ TEST_F(PlansTest, ALevelIsReachedOnceByBarsAfterItWasSet) {
   const LedgerPlan written = LedgerPlansOfSession(ledger, session.SessionNumber).at(0);
   EXPECT_EQ(std::pair(written.stop_since, written.target_since), std::pair(6, 1));
   EXPECT_EQ(PlanLevels(session).at(0).reached, false) << "moved to where the price has been";
+  EXPECT_TRUE(PlanLevels(session).at(1).reached) << "the target has not moved";
   EXPECT_EQ(Reached(0, 0, 107), "Stop 108.00 of Long 5 reached.") << "a series of closes";
   session.BarIndex = 0;
   EXPECT_FALSE(PlanLevels(session).at(0).reached) << "stepped back";
