@@ -111,7 +111,7 @@ TEST_F(Import, AsksAboutAdjustedPrices) {
   const std::string file =
       File("ABC_D.csv",
            "Date,Open,High,Low,Close,Adj Close\n2020-01-02,10,12,8,10,5\n2020-01-03,10,12,8,10,10\n"
-           "2020-01-06,0,0,0,0,0\n");
+           "2020-01-06,0,0,0,0,0\n2020-01-07,10,12,8,10,9\n");
   EXPECT_THAT(UnderstandFile(File("OIL_D.csv",
                                   "Date,Close,Adj Close\n2020-04-20,-37.63,-37.63\n"
                                   "2020-04-21,10.01,10.01\n"),
@@ -221,6 +221,16 @@ TEST_F(Import, NeverMixesTickersScalesOrZones) {
   ASSERT_EQ(tickers.series.size(), 1U) << "case and blanks make no other security";
   EXPECT_EQ(tickers.series[0].bars, 3);
 
+  const Understanding periods =
+      UnderstandFile(File("all.csv",
+                          "Ticker,Per,Date,Time,Close\nABC,60,20200102,100000,1\n"
+                          "ABC,60,20200102,110000,2\nABC,D,20200102,000000,3\n"
+                          "ABC,D,20200103,000000,4\nABC,60,20200102,120000,5\n"),
+                     {}, nullptr);
+  ASSERT_EQ(periods.series.size(), 2U) << "one after the other, with one ticker";
+  EXPECT_EQ(periods.series[0].bars, 3);
+  EXPECT_EQ(periods.series[1].interval, kDaily);
+
   const std::string file = File("ABC_D.csv", kHeader + Days(1, 3));
   ImportOptions options;
   options.scale = 100;
@@ -235,9 +245,9 @@ TEST_F(Import, NeverMixesTickersScalesOrZones) {
               ThrowsMessage<ImportUndecided>(HasSubstr("Set --decimal comma or point.")));
   EXPECT_THAT([&] { Take(File("S_D.csv", "Date,Close\n010203,1.5\n020203,1.5\n")); },
               ThrowsMessage<ImportUndecided>(HasSubstr("--date-format")));
-  Take(File("UTC_60.csv", "Date,Time,Close\n20200102,10:00+02:00,1\n20200102,11:00+02:00,2\n"),
+  Take(File("UTC_60.csv", "Date,Time,Close\n20200102,02:00+02:00,1\n20200102,03:00+02:00,2\n"),
        {.utc = true});
-  EXPECT_THAT(Stored("UTC", 60), HasSubstr("\n20200102,080000,1,"));
+  EXPECT_THAT(Stored("UTC", 60), HasSubstr("\n20200102,000000,1,"));
 }
 
 TEST_F(Import, RefusesAWorkingStoreAndLeavesOtherSeriesAlone) {
@@ -301,7 +311,8 @@ TEST_F(Import, ReportsEachOfSeveralFilesOnceItIsStored) {
   EXPECT_EQ(SecuritiesOf(data, cache).at(0).symbol, "OTHER");
   EXPECT_EQ(SecuritiesOf(data, cache).at(1).bars, 9);
   EXPECT_EQ(RememberedImports(data).size(), 3U);
-  EXPECT_THAT(import({"b/ABC_D.csv"}), ElementsAre("ABC_D.csv: 0 new, 0 changed"));
+  EXPECT_THAT(import({"b/../b/ABC_D.csv"}), ElementsAre("ABC_D.csv: 0 new, 0 changed"));
+  EXPECT_EQ(RememberedImports(data).size(), 3U) << "the same file";
 }
 
 TEST_F(Import, SaysThatALongNameIsCut) {
@@ -421,7 +432,7 @@ TEST_F(Import, IsRepeatedForFilesThatChanged) {
   std::filesystem::last_write_time(prices / "ABC_D.csv", Clock::now() - std::chrono::hours(1));
   EXPECT_THAT(update(), ElementsAre("ABC_D.csv")) << "an older file was put back";
 
-  options = {.symbol = "ABC", .replace = true, .remember = Remember::kFolder};
+  options = {.symbol = "ABC", .name = "Abc", .replace = true, .remember = Remember::kFolder};
   Take(prices.Sub("ABC_D.csv"), options);
   prices.Write("bank.csv", "a,b\n1,2\n");
   EXPECT_THAT(update(), ElementsAre("OTHER_D.csv", "bank.csv failed"));
@@ -436,6 +447,17 @@ TEST_F(Import, IsRepeatedForFilesThatChanged) {
   prices.Write("NEW_D.csv", kHeader + Days(1, 7));
   EXPECT_THAT(update(), ElementsAre("NEW_D.csv"));
   EXPECT_THAT(Stored("NEW"), HasSubstr("20200101"));
+}
+
+TEST_F(Import, ForgetsTheOldestOfTooManyFiles) {
+  std::filesystem::create_directory(data);
+  std::vector<RememberedFile> files;
+  for (int i = 0; i <= 20000; ++i) files.push_back({.file = folder / std::to_string(i)});
+  EXPECT_EQ(RememberImports(data, files), "");
+  const std::vector<RememberedFile> kept = RememberedImports(data);
+  ASSERT_EQ(kept.size(), 20000U);
+  EXPECT_EQ(kept.front().file.filename(), "1");
+  EXPECT_EQ(kept.back().file.filename(), "20000");
 }
 
 TEST_F(Import, TrustsNoDamagedMemory) {

@@ -38,6 +38,7 @@ TEST(PriceNumber, ReadsTheNearestFloat) {
       {"1.19978", kPoint, 4, 11997.8F},
       {"1.234.567,5", kComma, 0, 1234567.5F},
       {"12,34,567.5", kPoint, 0, 1234567.5F},
+      {"123,456.5", kPoint, 0, 123456.5F},
       {"1 234,5", kComma, 0, 1234.5F},
       {"1\u202F234,5", kComma, 0, 1234.5F},
       {"1'234.5", kPoint, 0, 1234.5F},
@@ -134,6 +135,7 @@ TEST(MomentReader, ReadsDatesAndTimes) {
       {"2020-01-02T09:30:15.123456-05:00", dmy, {20200102, 93015, -300}},
       {"2020/01/02 9:30", dmy, {20200102, 93000, 9999}},
       {"02.01.2020 24:00", dmy, {20200103, 0, 9999}},
+      {"31.12.2019 24:00", dmy, {20200101, 0, 9999}},
       {"01.02.2020 00:00:00.000 GMT+0200", dmy, {20200201, 0, 120}},
       {"1/2/20", mdy, {20200102, -1, 9999}},
       {"1/2/69", dmy, {19690201, -1, 9999}},
@@ -187,9 +189,10 @@ TEST(TextEncoding, PairsTheHalvesOfUtf16) {
         const auto high = static_cast<char>(unit >> 8);
         bytes += little ? std::string{low, high} : std::string{high, low};
       }
-      std::string text;
       const Encoding encoding = little ? Encoding::kUtf16Little : Encoding::kUtf16Big;
-      EXPECT_EQ(AppendUtf16(bytes + "x", encoding, text), used * 2) << expected;
+      std::string text;
+      const std::string half = little ? "" : "x";
+      EXPECT_EQ(AppendUtf16(bytes + half, encoding, text), used * 2) << expected;
       EXPECT_EQ(text, expected);
     }
   }
@@ -359,6 +362,8 @@ TEST(PriceReader, NamesTheLineThatCannotBeRead) {
       {header + first + "20200102,93500,1,2,1,1,5\n", "line 3: has 7 fields, the header has 6"},
       {header + first + "20200102,93500,1,\"2,1,1\n" + last,
        "line 3: has a quote that is not closed"},
+      {header + "20200102,93500,1,\"2,1,1\n\"20200103\",93000,1,2,1,1\n",
+       "line 2: has a quote that is not closed"},
       {header + first + "20200230,93500,1,2,1,1\n",
        "line 3: the date \"20200230\" is not a valid date"},
       {header + first + "20200103,25:00,1,2,1,1\n",
@@ -402,6 +407,9 @@ TEST(PriceReader, DecidesTheOrderOfDayAndMonthByAllRows) {
     EXPECT_EQ(read.format.date_order_open, open) << rows;
     EXPECT_EQ(read.rows[0].bar.date, date) << rows;
   }
+  const std::string tickers =
+      "A,01/12/2020,1\nA,02/01/2021,1\nA,01/02/2021,1\nB,01/12/2020,1\nB,01/12/2020,1\n";
+  EXPECT_FALSE(ReadText("Ticker,Date,Close\n" + tickers).format.date_order_open);
   ImportOptions options;
   options.date_order = DateOrder::kMonthDayYear;
   EXPECT_EQ(ReadText("Date,Close\n03/04/2020,1\n", options).rows[0].bar.date, 20200304);
@@ -476,7 +484,8 @@ TEST(PriceReader, ReadsTheSameRowsWhateverTheBytes) {
     quoted += c == ';' ? "\";\"" : c == '\n' ? "\"\r\n\"" : std::string(1, c);
   }
   quoted.pop_back();
-  for (const std::string& other : {wide, cr, "\"" + quoted}) {
+  const std::string western = "\xC9t\xE9" + text.substr(5) + "Source: \xE9\n";
+  for (const std::string& other : {wide, cr, "\"" + quoted, western}) {
     const auto read = ReadText(other);
     ASSERT_EQ(read.counts.rows, kRows);
     for (std::size_t i = 0; i < plain.rows.size(); ++i) {

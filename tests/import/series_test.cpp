@@ -53,8 +53,9 @@ std::vector<Bar> RandomMinutes(int days, unsigned seed) {
 }
 
 BuiltSeries Build(const std::vector<Bar>& bars, const ImportOptions& options = {},
-                  std::optional<IntervalHint> hint = {}) {
-  SeriesBuilder builder(options, std::move(hint));
+                  std::optional<IntervalHint> hint = {},
+                  std::size_t sample = SeriesBuilder::kSample) {
+  SeriesBuilder builder(options, std::move(hint), sample);
   std::int64_t line = 2;
   for (const Bar& bar : bars) builder.Add(bar, line++, std::nullopt);
   return builder.Finish();
@@ -138,6 +139,8 @@ TEST(Interval, IsNeverThatOfOtherBars) {
     if (row.hint) hint = IntervalHint{.interval = *row.hint};
     EXPECT_EQ(Decided(Build(row.bars, With(row.asked), hint)), row.decided) << row.what;
   }
+  std::ranges::reverse(weeks);
+  EXPECT_EQ(Decided(Build(weeks, {}, {}, 10)), "refused") << "newest first, more than the sample";
 }
 
 TEST(Interval, OfAnUncertainHintHoldsOnlyIfTheBarsAgree) {
@@ -167,6 +170,7 @@ TEST(FileName, GivesSymbolAndInterval) {
       {"BRK.B_D", "BRK.B", kDaily, true},
       {"XAUUSD.H4", "XAUUSD", 240, true},
       {"spx_5min", "SPX", 5, true},
+      {"spx_31d", "SPX", 44640, true},
       {"NASDAQ_AAPL, 1W", "NASDAQ_AAPL", 10080, true}};
   for (const auto& [stem, symbol, interval, certain] : cases) {
     const NameGuess guess = GuessFromName(stem);
@@ -235,7 +239,9 @@ TEST(Aggregation, KnowsWhatIsNotComplete) {
   const auto says_so = [&](int interval, std::ptrdiff_t cut, bool newest_first) {
     std::vector<Bar> later(bars.begin() + cut, bars.end());
     if (newest_first) std::ranges::reverse(later);
-    const BuiltSeries built = Build(later, With(interval));
+    // Newest first, in pieces too.
+    const std::size_t sample = newest_first ? 10 : SeriesBuilder::kSample;
+    const BuiltSeries built = Build(later, With(interval), {}, sample);
     return std::ranges::count(built.remarks,
                               "the first bar, of 2 January 2020, may not be complete: the file "
                               "begins within it") == 1;
@@ -255,8 +261,10 @@ TEST(Aggregation, TakesLabelsAsEndsIfAsked) {
   std::vector<Bar> bars;
   for (int minute = 1; minute <= 10; ++minute) bars.push_back(BarAt(kHour + minute * kMinute));
   bars.push_back(BarAt(30 * kDay));  // the last minute of the day before
+  for (int minute = 1; minute <= 5; ++minute) bars.push_back(BarAt(30 * kDay + minute * kMinute));
   const std::vector<Bar> built = Build(bars, options).parts.at(0);
-  ASSERT_EQ(built.size(), 3U);
+  ASSERT_EQ(built.size(), 4U);
+  EXPECT_EQ(std::pair(built[3].date, built[3].time), std::pair(20200201, 0));
   EXPECT_EQ(std::pair(built[0].time, built[0].volume), std::pair(10000, 5.0F));
   EXPECT_EQ(std::pair(built[2].date, built[2].time), std::pair(20200131, 235500));
 }
@@ -316,6 +324,15 @@ TEST(Series, AsksWhatBecomesOfTooManyBars) {
   }
 }
 
+TEST(Series, MayBeAsLongAsARunCanPlay) {
+  for (const TooLong too_long : {TooLong::kAsk, TooLong::kSplitByYear}) {
+    for (const std::size_t more : {0, 1}) {
+      const auto bars = BarsEvery(10 * kMinute, static_cast<int>(kLongestSeries + more));
+      EXPECT_EQ(Build(bars, {.too_long = too_long}).questions.size(), more);
+    }
+  }
+}
+
 TEST(NewestBars, OfTooManyLeaveOutTheOldest) {
   for (const bool backwards : {false, true}) {
     for (const bool without_newest : {false, true}) {
@@ -360,6 +377,7 @@ TEST(Zones, ConvertTheClock) {
        {130, 200, 230, 200, 230, 300},
        {2330, 0, 30, 100, 130, 200}},
       {"Europe/Berlin", "UTC", 20201025, {100, 200, 200, 300}, {2300, 0, 100, 200}},
+      {"Europe/Berlin", "UTC", 20201025, {210, 250, 220, 240, 300}, {10, 50, 120, 140, 200}},
       {"Europe/Berlin", "UTC", 20200329, {130, 230, 330}, {30, 130, 130}},
       {"America/New_York", "UTC", 20200308, {130, 330, 400}, {630, 730, 800}},
       {"UTC", "Europe/Berlin", 20200329, {30, 59, 100, 130}, {130, 159, 300, 330}},
@@ -369,20 +387,48 @@ TEST(Zones, ConvertTheClock) {
     ImportOptions options;
     options.from_zone = row.from;
     options.to_zone = row.to;
-    for (const bool newest_first : {false, true}) {
+    for (int round = 0; round < 4; ++round) {
+      const bool newest_first = round % 2 == 1;
+      const int second = round < 2 ? 0 : 15;
       ZoneTimes zones(options, newest_first);
       std::vector<int> written = row.written;
       if (newest_first) std::ranges::reverse(written);
       std::vector<int> converted;
       for (const int time : written) {
-        Bar bar{.date = row.day, .time = time * 100 + 15};
+        Bar bar{.date = row.day, .time = time * 100 + second};
         EXPECT_EQ(zones.Convert(bar, std::nullopt), row.day != 20200329 || time != 230);
         converted.push_back(bar.time / 100);
-        EXPECT_EQ(bar.time % 100, 15) << "the seconds";
+        EXPECT_EQ(bar.time % 100, second);
       }
       if (newest_first) std::ranges::reverse(converted);
-      EXPECT_EQ(converted, row.converted) << row.from << newest_first;
+      EXPECT_EQ(converted, row.converted) << row.from << round;
     }
+  }
+}
+
+TEST(Zones, KnowTheRepeatedHourOfEachYear) {
+  ImportOptions options;
+  options.from_zone = "Europe/Berlin";
+  ZoneTimes zones(options, false);
+  for (const int day : {20191027, 20201025, 20211031}) {
+    std::vector<int> converted;
+    for (const int time : {20000, 23000, 20000, 23000}) {
+      Bar bar{.date = day, .time = time};
+      zones.Convert(bar, std::nullopt);
+      converted.push_back(bar.time);
+    }
+    EXPECT_THAT(converted, ElementsAre(0, 3000, 10000, 13000)) << day;
+  }
+}
+
+TEST(Zones, ConvertEachBarOfALongFileOnce) {
+  ImportOptions options = With(60);
+  options.from_zone = "Asia/Tokyo";
+  options.to_zone = "UTC";
+  std::vector<Bar> bars = BarsEvery(kMinute, 9000, kDay);
+  const auto expected = Build(BarsEvery(kMinute, 9000, kDay - 9 * kHour), With(60)).parts.at(0);
+  for (int order = 0; order < 2; ++order, std::ranges::reverse(bars)) {
+    EXPECT_EQ(Build(bars, options, {}, 10).parts.at(0), expected) << order;
   }
 }
 
