@@ -8,6 +8,8 @@
 #include "platform/file_lock.h"
 #include "platform/posix/locale.h"
 #include "platform/system.h"
+#include "platform/user_files.h"
+#include "support/full_disk.h"
 #include "support/matchers.h"
 #include "support/scratch_folder.h"
 
@@ -109,6 +111,18 @@ TEST(FileLockPosix, OfADeletedFileLeavesTheNextProcesssFile) {
   fs::create_symlink("elsewhere", folder / "link");
   EXPECT_EQ(FileLock(folder / "link").Held(), FileLock::State::kImpossible);
   EXPECT_FALSE(fs::exists(folder / "elsewhere"));
+}
+
+TEST(UserFilesPosix, OfACopyThatFailsNothingIsLeft) {
+  const ScratchFolder folder;
+  fs::create_directory(folder / "shared");
+  WriteFile(folder / "shared/MASTER", "1234");
+  const auto copy = [&] { OwnCopy(folder / "shared", folder / "own/samples"); };
+  {
+    const FullDisk full(0);
+    EXPECT_THROW(copy(), fs::filesystem_error);
+  }
+  EXPECT_TRUE(fs::is_empty(folder / "own"));
 }
 
 // The two zones are 26 hours apart, so the day always differs.

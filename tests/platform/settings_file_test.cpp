@@ -84,6 +84,12 @@ TEST(SettingsFile, ReadsWhatTheUserEdits) {
   const FileSettings edited(folder / "edited");
   EXPECT_EQ(edited.ReadFrom("Score", "Address"), "http://scores:8080");
   EXPECT_EQ(edited.ReadFrom("Score", "List"), "a, b");
+  std::string largest = "[Settings]\nTop=1\n";
+  largest.resize(SharedIniFile::kLargest, '\n');
+  WriteFile(folder / "large.ini", largest);
+  EXPECT_EQ(FileSettings(folder / "large").Read("Top"), "1");
+  WriteFile(folder / "large.ini", largest + '\n');
+  EXPECT_EQ(FileSettings(folder / "large").Read("Top"), std::nullopt);
 }
 
 TEST(SettingsFile, ImportsTheSoundLinesOfAnEarlierVersion) {
@@ -113,7 +119,7 @@ TEST(SettingsFile, ImportsTheSoundLinesOfAnEarlierVersion) {
 
 TEST(SettingsFile, UsesTheOldValuesWhileTheyCantBeSaved) {
   const ScratchFolder folder;
-  WriteFile(folder / "settings", "[Settings]\nTop=1\nLeft=2\n");
+  WriteFile(folder / "settings", "[Settings]\nTop=1\nLeft=2\nWide=3\n");
   std::unique_ptr<FileSettings> settings;
   {
     const FullDisk full(0);
@@ -124,6 +130,7 @@ TEST(SettingsFile, UsesTheOldValuesWhileTheyCantBeSaved) {
   }
   EXPECT_THAT(settings->TakeProblems(), ElementsAre(HasSubstr("could not be saved")));
   EXPECT_FALSE(fs::exists(folder / "settings.ini"));
+  WriteFile(folder / "settings.ini", "[Settings]\nLeft=9\n");  // by another process
   settings->Save("Top", "4");
   const std::string before = folder.Read("settings.ini");
   {
@@ -136,7 +143,8 @@ TEST(SettingsFile, UsesTheOldValuesWhileTheyCantBeSaved) {
   settings->Save("Top", "6");
   const FileSettings next(folder / "settings");
   EXPECT_EQ(next.Read("Top"), "6");
-  EXPECT_EQ(next.Read("Left"), "2");
+  EXPECT_EQ(next.Read("Left"), "9");
+  EXPECT_EQ(next.Read("Wide"), "3");
 }
 
 // In particular, devices and huge files are not read.

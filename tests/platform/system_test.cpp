@@ -1,5 +1,6 @@
 // What each system keeps for a user: registry, files and locks. system_driver.h prepares them.
 #include "platform/file_lock.h"
+#include "platform/journal_picture.h"
 #include "platform/user_files.h"
 #include "support/scratch_folder.h"
 #include "system_driver.h"
@@ -29,6 +30,19 @@ TEST(UserFiles, AreNextToTheProgramUntilItIsInstalled) {
   WriteFile(own / "samples" / "MASTER", "with an import");
   EXPECT_EQ(SampleDirectory(program), own / "samples");
   EXPECT_EQ(ReadFile(own / "samples" / "MASTER"), "with an import");
+}
+
+TEST(JournalPicture, HasANameOfItsOwnInAFolderThatIsThere) {
+  const ScratchFolder folder;
+  const fs::path good = JournalPicture(folder / "Portfolio.mdb", 12, 3);
+  EXPECT_EQ(good, folder / "Journal" / "Portfolio-12-3.png");
+  const std::string longest(247, 'x');
+  EXPECT_TRUE(IsJournalPicture(good.parent_path() / (longest + "-1-1.png")));
+  for (const auto& other :
+       std::vector<std::string>{"Journal/x" + longest + "-1-1.png", "Journal/a-0-1.png",
+                                "Journal/a-1.png", "a-1-1.png", "away/Journal/a-1-1.png"}) {
+    EXPECT_FALSE(IsJournalPicture(folder / other)) << other;
+  }
 }
 
 TEST(FileLock, IsHeldByOneObjectUntilItEnds) {
