@@ -48,10 +48,24 @@ TEST(TextTable, AlignsUnicodeAndHidesControlCharacters) {
   TextTable table({{"name"}, {"n", TextTable::kRight}});
   table.AddRow({"Zürich", "5"});
   table.AddRow({"a\x1b[1m\xC2\x9B.", "1000"});
+  table.AddRow({"\xC2\x9F\xC2\xA0\xC2", "1"});  // the last one, a no-break space, a half
   EXPECT_EQ(table.Text(),
             "name        n\n"
             "Zürich      5\n"
-            "a?[1m?.  1000\n");
+            "a?[1m?.  1000\n"
+            "?\xC2\xA0\xC2         1\n");
+}
+
+TEST(Program, FailsIfItsOutputCannotBeWritten) {
+  Sandbox box;
+  IndexCache cache;
+  std::istringstream in;
+  std::ostringstream out, err;
+  CliContext context{cache, in, out, err};
+  const std::string data = box.ImportDays("data");
+  out.setstate(std::ios::badbit);
+  EXPECT_EQ(RunCli({"list", data}, context), 1);
+  EXPECT_THAT(err.str(), HasSubstr("could not write"));
 }
 
 // An archived run of two orders, and a current run of one.
@@ -134,6 +148,25 @@ TEST_F(ReplayCommand, EndsAtAnEndlessCommand) {
   EXPECT_EQ(replay.code, 1);
   EXPECT_THAT(replay.err, HasSubstr("longer than 16384 bytes"));
   EXPECT_EQ(replay.Objects().size(), 3U) << "one answer each: begin, an error, next";
+}
+
+// What one answer says is not said again by the next one.
+TEST_F(ReplayCommand, AnAnswerKeepsNothingOfTheOneBefore) {
+  const auto replay =
+      Replay(ledger,
+             "pause\nlong 1\nnext\nstart\nnext\nfigures\nplan colour=red\nplan setup=gap\nfeed -1\n"
+             "play\nnext\nreturn\nset Form1.Combo1 NONE\nstart\nprev\n");
+  ASSERT_EQ(replay.code, 0) << replay.err;
+  const auto answers = replay.Objects();
+  const std::pair<std::size_t, const char*> said[] = {{2, "row"},       {2, "result"}, {4, "error"},
+                                                      {6, "ResSymbol"}, {7, "error"},  {9, "error"},
+                                                      {14, "messages"}};
+  for (const auto& [at, field] : said) {
+    EXPECT_FALSE(answers.at(at).value(field, nlohmann::json()).empty()) << at << replay.out;
+    EXPECT_TRUE(answers.at(at + 1).value(field, nlohmann::json()).empty()) << at << replay.out;
+  }
+  EXPECT_EQ(answers.at(11)["BarIndex"], answers[8]["BarIndex"].get<int>() + 1)
+      << "commands are read again after a pause";
 }
 
 TEST_F(ReplayCommand, BarsThatARunLackedAreNotFedInTheNextOne) {
@@ -280,6 +313,7 @@ TEST(Import, ReportsWhatItStoredNextToWhatItRefused) {
     const std::string date = std::to_string(DaysLater(19000101, i));
     (i < 20'000 ? first : second) += "LONG," + date + ",1\n";
   }
+  second += text.substr(text.find("WEEKS"));
   box.Run({"import", box.File("long.csv", first), data});
   const auto open = box.Run({"import", box.File("long.csv", second), data});
   EXPECT_EQ(open.code, 2);
@@ -321,6 +355,9 @@ TEST(Import, IsBroughtUpToDate) {
   const auto half = box.Run({"update", data});
   EXPECT_EQ(half.code, 1) << half.err;
   EXPECT_THAT(half.out, HasSubstr("XYZ D: 1 new bar"));
+  box.File("prices/ABC_D.csv", kHeader + row(2));
+  box.File("prices/XYZ_D.csv", kHeader + row(2) + "20200103,0,3,3,3,3,0,0\n");
+  EXPECT_THAT(box.Run({"update", data}).out, HasSubstr("XYZ D: 0 new bars, 1 changed"));
   box.File("data/velumar-imports.json", "{}");
   const auto damaged = box.Run({"update", data});
   EXPECT_EQ(damaged.code, 1);

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "cli/sandbox.h"
+#include "ledger/cards.h"
 #include "ledger/drills.h"
 #include "results/run_record.h"
 #include "session/played_trades.h"
@@ -177,7 +178,12 @@ TEST_F(SessionsTest, AChangedSeriesIsNotResumedUnasked) {
 
 TEST_F(SessionsTest, CardsAreMadeOfLossesAndDeleted) {
   const std::string ledger = box.At("ledger");
-  ASSERT_EQ(box.Run(Start("ledger"), "pause\nshort 1\nnext\noffset-short 1\nlong 1\n").code, 0);
+  ASSERT_EQ(box.Run(Start("ledger"),
+                    "pause\nshort 1\nnext\noffset-short 1\n"
+                    "long 1\noffset-long 1\nlong 1\n")
+                .code,
+            0)
+      << "a loss, a trade of nothing and an open one";
   EXPECT_EQ(box.Run({"cards", ledger, "make", "--losses", "5"}).out, "1 card made.\n");
   const json card = json::parse(box.Run({"cards", ledger, "--json", "--due"}).out).at(0);
   EXPECT_TRUE(card["symbol"].is_null() && card["is_due"] == true && card["kind"] == "loss");
@@ -185,6 +191,19 @@ TEST_F(SessionsTest, CardsAreMadeOfLossesAndDeleted) {
   EXPECT_THAT(box.Run({"cards", ledger, "delete", "7"}).err, HasSubstr("has no card 7"));
   EXPECT_EQ(box.Run({"cards", ledger, "delete", "1"}).code, 0);
   EXPECT_EQ(json::parse(box.Run({"cards", ledger, "--json"}).out), json::array());
+}
+
+// Half of an entry lost more of what it had risked than another entry did.
+TEST_F(SessionsTest, TheLargestLossIsThatOfTheLargestPartOfARisk) {
+  ASSERT_EQ(box.Run(Start("ledger"),
+                    "pause\nplan stop=120\nshort 2\nplan stop=127\nshort 1\n"
+                    "next\nnext\noffset-short 1\nnext\noffset-short 2\n")
+                .code,
+            0);
+  EXPECT_EQ(box.Run({"cards", box.At("ledger"), "make", "--losses", "1"}).out, "1 card made.\n");
+  LedgerConnection ledger([](std::string_view iso) { return std::string(iso); });
+  LedgerOpenToRead(ledger, box.At("ledger"));
+  EXPECT_EQ(LedgerCards(ledger).at(0).order.place, 1);
 }
 
 TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
@@ -211,6 +230,7 @@ TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
   EXPECT_EQ(stats({"--blind"})["trades"], 0);
   EXPECT_EQ(stats({"--played-to", "20200101"})["trades"], 0);
   EXPECT_EQ(stats({"--weekday", "1"})["trades"], 2);
+  for (const char* hour : {"0", "23"}) EXPECT_EQ(stats({"--hour", hour})["trades"], 0) << hour;
   EXPECT_THAT(box.Run({"stats", box.At("ledger")}).out, HasSubstr("Win rate"));
   EXPECT_THAT(box.Run({"stats", box.At("ledger"), "--setup", "gap"}).err,
               HasSubstr("no trade has the setup gap"));
