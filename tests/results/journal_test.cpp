@@ -77,6 +77,23 @@ TEST_F(JournalTest, AnEarlierNoteStaysAndTheNewestCounts) {
   EXPECT_THAT(page, HasSubstr("a slow day"));
 }
 
+TEST_F(JournalTest, EachRowOfThePageLeadsToItsTradeInTheSecondSessionToo) {
+  Begin(777);
+  Order(18, "Long", 1, 100, 1, 0, 777, 19);
+  Order(20, "Offset Long", 1, 101, 0, 1, 777);
+  const std::vector<Journal> journals = ReadJournals(ledger);
+  EXPECT_TRUE(journals.at(0).trades.at(0).look_ahead) << "at the entry only";
+  const std::string page = JournalPage(ledger, journals);
+  std::size_t link = 0;
+  std::size_t section = 0;
+  for (int trade = 1; trade <= 5; ++trade) {
+    const std::string name = "trade-" + std::to_string(trade) + "\"";
+    link = page.find("href=\"#" + name, link);
+    section = page.find("id=\"" + name, section);
+    EXPECT_TRUE(link != std::string::npos && section != std::string::npos) << trade;
+  }
+}
+
 TEST_F(JournalTest, ExportsHaveWhatWasPlannedAndSeen) {
   Order(18, "Long", 1, 102, 1, 0, 2000000);
   std::filesystem::create_directory(scratch / "Journal");

@@ -10,6 +10,7 @@
 #include "results/result_figures.h"
 #include "results/statistics.h"
 #include "results/trade_list.h"
+#include "results/trade_record.h"
 #include "support/ledger_rows.h"
 #include "support/matchers.h"
 
@@ -174,6 +175,8 @@ TEST_F(RunResultsTest, ASessionReadsAsIfItHadNoPauses) {
                   "Session 2: ABC D from <2007-01-10>, 1 order"));
   Begin(5);
   EXPECT_EQ(read(LedgerScope::Session(1)), without_pauses);
+  ledger.ForWriting().Execute("update Runs set StartDate = '2007010' || Id where Session = 1");
+  EXPECT_EQ(Titles().at(2), "Session 1: ABC D from <2007-01-01>, 8 orders") << "its first run";
 
   LedgerForgetSession(ledger, 2);
   EXPECT_EQ(Titles().back(), "Run 2: ABC D from <2007-01-10>, 1 order");
@@ -214,6 +217,16 @@ TEST_P(HoldingsTest, FromBeforeAPauseKeepTheirEntries) {
   EXPECT_EQ(Trades(LedgerScope::Run(3)), trades);
   EXPECT_TRUE(Trades(LedgerScope::Run(4)).empty());
   EXPECT_THAT(Titles(), testing::SizeIs(GetParam() ? 4 : 5)) << "the current run and 3, 2, 1";
+
+  // Each side was entered in a run of its own.
+  Begin(1000);
+  Order(10, "Long", 1, 50, 1, 0, 1000);
+  Pause(1000);
+  Order(11, "Short", 1, 51, 1, 0, 1000);
+  Pause(1000);
+  Order(12, "Offset Short", 1, 50, 0, 1, 2000);
+  Order(13, "Offset Long", 1, 52, 0, 2, 4000);
+  EXPECT_THAT(Trades(), ElementsAre("Short 1 from 51 to 50: 1000", "Long 1 from 50 to 52: 2000"));
 
   // Another account: its first short is its own.
   Begin(1000);
@@ -287,6 +300,20 @@ TEST_F(RunResultsTest, LargeAndNegativeMoneyKeepsItsSign) {
            {"Drawdown period", "<2007-01-11> 16:30:00 to <2007-01-16> 16:30:00"},
            {"Return", "-200.00 %"}}) {
     EXPECT_EQ(statistics.at(name), value);
+  }
+}
+
+// The bars after the entry's up to the exit's; of equal extremes the first.
+TEST(RecordedTrade, KnowsWhenThePriceWentFarthestEitherWay) {
+  const std::vector<std::int32_t> dates{20070110, 20070111, 20070112, 20070113, 20070114};
+  const std::vector<float> highs{99, 12, 12, 13, 99}, lows{1, 8, 8, 7, 1}, closes(5, 10);
+  const PlayedSeries series{dates, highs, lows, closes, 0, 4};
+  for (const auto& [exit, most, at] : {std::tuple(0, 0.0, 0), {2, 2.0, 1}, {3, 3.0, 3}}) {
+    const LedgerTrade kept = RecordTrade(
+        {.lot = {true, 1, TradeEnd{.price = 10, .bar = 0}, 1}, .exit = {.price = 10, .bar = exit}},
+        &series);
+    EXPECT_TRUE(kept.adverse == most && kept.favourable == most) << exit;
+    EXPECT_TRUE(kept.adverse_bar == at && kept.favourable_bar == at) << exit;
   }
 }
 
@@ -380,8 +407,8 @@ TEST(FigureTexts, RoundAndGroup) {
                                        {1e7, "10000000"}}) {
     EXPECT_EQ(QuantityText(quantity), text);
   }
-  const std::vector<std::string> fields{"a", "b,c", "d\"e", "f\ng", ""};
-  EXPECT_EQ(CsvLine(fields), "a,\"b,c\",\"d\"\"e\",\"f\ng\",\n");
+  const std::vector<std::string> fields{"a", "b,c", "d\"e", "f\ng", "h\ri", ""};
+  EXPECT_EQ(CsvLine(fields), "a,\"b,c\",\"d\"\"e\",\"f\ng\",\"h\ri\",\n");
 }
 
 // Closed at the entry price, so no row has points.

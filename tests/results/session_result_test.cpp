@@ -37,6 +37,13 @@ TEST(SessionResult, CountsTheTradesAndWhatIsStillHeld) {
   wiped.kind = RunOrder::Kind::kWiped;
   wiped.held = 2;
   EXPECT_EQ(result({Order(3, "Long", 2), wiped}).played, 2 * 8 * 100);
+  EXPECT_EQ(result({Order(5, "Short", 2)}).held, 2 * 7 * 100) << "the last bar counts";
+  EXPECT_EQ(ResultOfSession({}, {-10, -5}, 0, 1, 1, 1).moved, 50) << "up, below zero too";
+  for (const auto& [money, text] :
+       {std::pair(0.5, "+1 "), {0.49, "0 "}, {-0.49, "0 "}, {-0.5, "-1 "}, {0.0, "0 "}}) {
+    EXPECT_THAT(ResultText({.played = money}),
+                testing::StartsWith(std::string("Your trades: ") + text));
+  }
 }
 
 // The average over all places is known for a curve: a bar later gains what the curve gains there.
