@@ -110,16 +110,18 @@ TEST_F(LedgerTest, OlderFilesAreMigratedAndKeepTheirRows) {
                     .seconds = 90,
                     .directory = "C:\\Data",
                     .interval = "15"};
+  LedgerAddToDrill(newer, {.began = "earlier"}, 9);
   drill.number = LedgerAddToDrill(newer, drill, 8);
-  LedgerAddToDrill(newer, drill, 5);
+  for (const int chart : {5, 7}) LedgerAddToDrill(newer, drill, chart);
   LedgerAddToDrill(newer, {.began = "later"}, 9);
   LedgerFinishDrill(newer, drill.number);
   LedgerClose(newer);
   LedgerConnection ledger = Reader(file);
   drill.finished = true;
-  drill.sessions = {8, 5};
-  ASSERT_EQ(LedgerDrills(ledger).size(), 2U);
-  EXPECT_EQ(LedgerDrills(ledger)[0], drill);
+  drill.sessions = {8, 5, 7};
+  ASSERT_EQ(LedgerDrills(ledger).size(), 3U);
+  EXPECT_EQ(LedgerDrills(ledger)[1], drill);
+  EXPECT_FALSE(LedgerDrills(ledger)[0].finished || LedgerDrills(ledger)[2].finished);
   EXPECT_EQ(LedgerReadSession(ledger, session).moment.bar, 7);
   const LedgerRecordset wiped = LedgerQuery(ledger, "select Place, Held, BarDate From Wiped");
   using Values = std::vector<LedgerValue>;
@@ -153,6 +155,11 @@ TEST_F(LedgerTest, CardsStayWithTheirAnswersAndNeverRepeat) {
   ASSERT_EQ(answers.size(), 2U) << "a deleted card takes no answer";
   EXPECT_TRUE(answers[0].decision == Decision::kShort && answers[0].r == -1 && !answers[0].stop);
   EXPECT_EQ(answers[1].stop, 99.5);
+  for (const std::string damaged : {"-1", "99", "-9e99"}) {
+    ledger.ForWriting().Execute("UPDATE Cards SET Kind = " + damaged + ", Run = -9e99");
+    EXPECT_EQ(LedgerCards(ledger)[0].kind, LedgerCard::Kind(damaged == "-9e99" ? 0 : 2));
+    EXPECT_EQ(LedgerCards(ledger)[0].order.run, 0);
+  }
   EXPECT_TRUE(LedgerDeleteCard(ledger, 1) && !LedgerDeleteCard(ledger, 1));
   EXPECT_TRUE(LedgerCardAnswers(ledger).empty());
   card.position = "c";
@@ -189,6 +196,9 @@ TEST_F(LedgerTest, OneProgramOwnsALedgerWhicheverLinkLeadsToIt) {
   LedgerOpen(first, scratch.Sub("second.mdb"));
   EXPECT_THAT(first.WhyNot(), HasSubstr("hard link"));
   EXPECT_EQ(Rows(first), 1U);
+  fs::remove(scratch.Sub("second.mdb"));
+  LedgerOpen(first, scratch.Sub("folder/real.mdb"));
+  EXPECT_EQ(first.WhyNot(), "") << "of the refusal before";
 }
 
 TEST_F(LedgerTest, ARowThatWouldBeLostIsRefused) {
@@ -282,6 +292,15 @@ TEST_F(LedgerTest, RunsAreArchivedUnderTheirNumbers) {
               rows)
         << run;
   }
+  EXPECT_EQ(LedgerSessions(ledger).at(0).session.number, 4) << "of equal moments, the newest";
+  // The next run of a session brings what the trader has typed since.
+  LedgerSession played;
+  played.number = 2;
+  played.account = {"6", "7", "8", "9", "10"};
+  LedgerBeginRun(ledger, {}, played);
+  played.account.vat = "11";
+  LedgerBeginRun(ledger, {}, played);
+  EXPECT_EQ(LedgerReadSession(ledger, 2).session.account, played.account);
 }
 
 // The log has rows of a file that was moved without it. Creating a new file would delete it.
@@ -345,16 +364,17 @@ TEST_F(LedgerTest, ARowIsFlushedAndReadersSeeItAtOnce) {
 TEST_F(LedgerTest, AForgottenSessionTakesOnlyItsWaitingPlanAlong) {
   LedgerConnection ledger = Opened(file);
   const int session = LedgerBeginRun(ledger, {}, {}, LedgerMoment());
-  LedgerWritePlan(ledger, {.session = session, .order = {1, 1}, .setup = "played"});
-  LedgerWritePlan(ledger, {.session = session, .setup = "waits"});
-  LedgerTrades trades;
-  trades.scope = LedgerScope::Session(session);
+  LedgerWritePlan(ledger, {.session = session, .order = {1, 1}, .setup = "gap", .written = "1"});
+  LedgerWritePlan(ledger, {.session = session, .setup = "waits", .written = "2"});
+  LedgerWritePlan(ledger, {.session = session, .order = {1, 2}, .setup = "gap", .written = "3"});
+  EXPECT_THAT(LedgerSetups(ledger), testing::ElementsAre("gap", "waits")) << "by their last use";
+  LedgerTrades trades{.scope = LedgerScope::Session(session), .closes = {}, .trades = {{}}};
   LedgerWriteTrades(ledger, trades);
   LedgerForgetSession(ledger, session);
   EXPECT_TRUE(LedgerReadTrades(ledger).empty());
   const std::vector<LedgerPlan> plans = LedgerPlansOfSession(ledger, session);
-  ASSERT_EQ(plans.size(), 1U);
-  EXPECT_EQ(plans[0].setup, "played");
+  ASSERT_EQ(plans.size(), 2U);
+  EXPECT_EQ(plans[0].setup, "gap");
   EXPECT_TRUE(LedgerSessions(ledger).empty());
 }
 
@@ -382,7 +402,11 @@ LedgerConnection PlayedLedger() {
   rows.Play(1000);
   rows.Order(12, "Offset Long", 1, 220, 0, 20, 1020);
   LedgerWriteMoment(ledger, MomentAt(12));
-  LedgerWritePlan(ledger, {.session = 1, .order = {1, 1}, .stop = 190});
+  for (const auto& [bar, position] : {std::pair(13, "Short"), {14, "Offset Short"}}) {
+    LedgerInsertOrder(ledger, rows.Row(bar, position, 1, 210, bar == 13 ? 1 : 0, 0, 1020),
+                      {1, 0, bar, bar, 210.004});
+  }
+  LedgerWritePlan(ledger, {.session = 1, .order = {1, 1}, .stop = 190, .target = 230});
   LedgerWritePlan(ledger, {.session = 1, .setup = "waits"});
   LedgerWriteTrades(ledger,
                     {.scope = LedgerScope::Session(1), .orders = 2, .closes = {1}, .trades = {{}}});
@@ -474,15 +498,67 @@ TEST(LedgerChanges, AreWholeOrNotDone) {
   }
 }
 
-TEST(LedgerReveal, WritesWhatWasHiddenAndDropsTheTrades) {
+// Of the session that is played or of an earlier one, in shown prices of twice the real ones.
+TEST(LedgerReveal, WritesWhatWasHiddenAndDropsTheTradesOfThatSessionOnly) {
+  for (const bool current : {true, false}) {
+    LedgerConnection ledger = PlayedLedger();
+    LedgerWriteMoment(ledger, MomentAt(-1));
+    if (!current) LedgerRows{ledger}.Begin(1000);
+    if (!current) LedgerRows{ledger}.Order(15, "Long", 1, 300, 1, 0, 1000);
+    LedgerHidden hidden = kHidden;
+    hidden.day = [](std::int32_t day) { return day - 7; };
+    LedgerReveal(ledger, 1, hidden);
+    using Rows = std::vector<std::vector<LedgerValue>>;
+    const auto rows = [&](const char* select, LedgerScope scope = LedgerScope::Session(1)) {
+      return LedgerQuery(ledger, select, scope).rows;
+    };
+    EXPECT_EQ(rows("select Symbol, MarketPrice From MyPortfolio"),
+              (Rows{{"REAL", 100.0}, {"REAL", 120.0}, {"REAL", 130.0}, {"REAL", 140.0}}));
+    EXPECT_EQ(rows("select Counted From Details where Run in Scope"),
+              (Rows{{100.0}, {110.0}, {105.0}, {105.002}}));
+    EXPECT_EQ(rows("select AvgPrice From Wiped"), Rows{{49.5}});
+    EXPECT_EQ(LedgerPlansOfRun(ledger, 1).front().stop, 95);
+    EXPECT_EQ(LedgerPlansOfRun(ledger, 1).front().target, 115);
+    EXPECT_EQ(LedgerReadSession(ledger, 1).moment.date, 0) << "before the first bar";
+    EXPECT_TRUE(LedgerReadTrades(ledger).empty()) << "they have masked prices";
+    if (current) continue;
+    EXPECT_EQ(rows("select Symbol, MarketPrice From MyPortfolio", kCurrentRun),
+              (Rows{{"ABC", 300.0}}));
+  }
+}
+
+TEST(LedgerMoveOrders, MovesTheOrdersWithTheirPlansAndNoOthers) {
   LedgerConnection ledger = PlayedLedger();
-  LedgerReveal(ledger, 1, kHidden);
+  for (const char* time : {"10:00:00", "11:00:00"}) {
+    LedgerNoteWiped(ledger, {"Long", 1, 99, "2007-01-13", time, 90}, {1, 0, 13, 15});
+  }
+  LedgerWritePlan(ledger, {.session = 1, .order = {2, 1}, .stop_since = 12, .target_since = 13});
+  LedgerMoveOrders(ledger, {{{2, 1}, "", "", 10, -2}, {{2, 0}, "2007-01-13", "11:00:00", 11, -2}});
+  const auto bars = [&](const char* select) { return LedgerQuery(ledger, select).rows; };
   using Rows = std::vector<std::vector<LedgerValue>>;
-  const std::string select = "select Symbol, MarketPrice From MyPortfolio";
-  EXPECT_EQ(LedgerQuery(ledger, select, LedgerScope::Session(1)).rows,
-            (Rows{{"REAL", 100.0}, {"REAL", 120.0}}));
-  EXPECT_EQ(LedgerPlansOfRun(ledger, 1).front().stop, 95);
-  EXPECT_TRUE(LedgerReadTrades(ledger).empty()) << "they have masked prices";
+  EXPECT_EQ(bars("select BarIndex, NewestShown From Details"),
+            (Rows{{10.0, 10.0}, {10.0, 10.0}, {13.0, 13.0}, {14.0, 14.0}}));
+  EXPECT_EQ(bars("select BarIndex, NewestShown From Wiped"),
+            (Rows{{11.0, 11.0}, {13.0, 15.0}, {11.0, 13.0}}));
+  const LedgerPlan plan = LedgerPlansOfRun(ledger, 2).front();
+  EXPECT_TRUE(plan.stop_since == 10 && plan.target_since == 11);
+  EXPECT_TRUE(LedgerReadTrades(ledger).empty()) << "computed again";
+}
+
+TEST(LedgerTrades, OfARunAndASessionOfOneNumberStayApart) {
+  LedgerConnection ledger = PlayedLedger();
+  ledger.ForWriting().Execute("UPDATE Details SET NewestShown = 40 WHERE Run = 1");
+  EXPECT_EQ(LedgerScopes(ledger).at(0).newest_shown, 40) << "what was seen stays seen";
+  LedgerTrade trade{.entry = {.bar = 0}, .exit = {.bar = 0}, .money = 5};
+  for (const LedgerScope scope : {LedgerScope::Run(1), LedgerScope::Session(1)}) {
+    trade.money = *trade.money + 1;
+    LedgerWriteTrades(ledger, {.scope = scope, .closes = {1}, .trades = {trade, trade}});
+  }
+  for (const LedgerTrades& kept : LedgerReadTrades(ledger)) {
+    ASSERT_EQ(kept.trades.size(), 2U);
+    EXPECT_EQ(kept.trades[1].money, kept.scope == LedgerScope::Run(1) ? 6 : 7);
+    EXPECT_EQ(kept.trades[1].entry.bar, 0);
+  }
 }
 
 TEST_F(LedgerTest, AFileOfAnotherProgramIsNotChanged) {
