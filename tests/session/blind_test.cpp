@@ -6,6 +6,7 @@
 #include "base/dates.h"
 #include "marketdata/number_format.h"
 #include "session/blind_draw.h"
+#include "session/plan_levels.h"
 #include "session/run_control.h"
 #include "support/session_fixture.h"
 
@@ -75,7 +76,9 @@ TEST(BlindMask, RefusesWhatItWouldDamage) {
     bars[0].close = first_close;
     bars[1].high = other;
     bars[1].date = date;
-    return MaskOf(Arrays(bars), 0, true).has_value();
+    const auto mask = MaskOf(Arrays(bars), 0, true);
+    EXPECT_GT(mask.value_or(BlindMask()).factor, 0) << "it would turn the chart upside down";
+    return mask.has_value();
   };
   EXPECT_TRUE(masked(-37.63F, 10)) << "oil has been there";
   EXPECT_FALSE(masked(0, 10));
@@ -135,6 +138,9 @@ TEST_F(BlindRunTest, DrawsWhatASeedSaysAndNeverWhatWasShownLately) {
     EXPECT_EQ(Draw({data, "", "15"}, seed).symbol, "FAST");
   }
   EXPECT_GT(drawn.size(), 100U);
+  const BlindWish only_start{
+      .directory = data, .symbol = "FEW", .interval = "D", .bars_after = 350 - 251};
+  EXPECT_EQ(Draw(only_start, 1).start_day, MadeDate(250)) << "just long enough";
   for (const BlindWish& none : {BlindWish{data, "FEW", "D"}, BlindWish{data, "", "60"}}) {
     try {
       Draw(none, 1);
@@ -191,6 +197,41 @@ TEST_F(BlindRunTest, StoreAndMemoryHoldOnlyTheMaskedSeries) {
     EXPECT_EQ(session.Symbol, "ABC");
     run.blind = true;
   }
+}
+
+// Without a ledger. The trader holds both sides and has stepped back before the end.
+TEST_F(BlindRunTest, ARevealedRunKeepsItsMoneyOnBothSides) {
+  struct WatchingCharts : RecordedCharts {
+    void RefreshCharts() override { on_refresh(); }
+    std::function<void()> on_refresh = [] {};
+  } watching;
+  LedgerClose(ledger);
+  platform.random_seed = 4;
+  RunControl control(session, run, run, platform, cache, ledger, watching);
+  outside.events.SetOnPending([&] {
+    if (session.BarIndex == session.FirstShownBar + 5) control.EndRun();
+  });
+  ASSERT_TRUE(control.ClaimStore() && control.Start());
+  const std::int32_t newest = session.BarDate.at(static_cast<std::size_t>(session.NewestShownBar));
+  control.GoPrevious();
+  const double shown = session.MarketPrice;
+  session.LAvgPrice = session.SAvgPrice = session.MarketPrice;
+  session.ProfitPerContract = 10;
+  LedgerPlan plan;
+  plan.stop = plan.target = shown;
+  session.Plans.SetNext(plan);
+  session.Plans.Add({.price = shown, .held = 1, .plan = plan});
+  std::size_t levels = 0;
+  watching.on_refresh = [&] {
+    const float real = session.MarketPrice;
+    EXPECT_TRUE(real != shown && session.LAvgPrice == real && session.SAvgPrice == real);
+    EXPECT_NEAR(session.ProfitPerContract * real, 10 * shown, 1e-3);
+    for (const PlanLevel& level : PlanLevels(session)) EXPECT_NEAR(level.price, real, 1e-4);
+    levels += PlanLevels(session).size();
+  };
+  const auto revealed = control.Reveal();
+  ASSERT_TRUE(revealed && levels == 4);
+  EXPECT_EQ(revealed->last_day, revealed->key.mask.RealDate(newest)) << "it was seen";
 }
 
 }  // namespace

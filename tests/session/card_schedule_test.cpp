@@ -49,6 +49,27 @@ TEST(CardOutcome, IsHeldToTheLastBarOrToItsStop) {
   }
 }
 
+// First in, first out, and no more than the offset's quantity.
+TEST(TradePlans, AnOffsetClosesTheEntriesOfItsSideInTheirOrder) {
+  for (const bool is_long : {true, false}) {
+    TradePlans plans;
+    for (const double quantity : {2.0, 3.0, 0.7}) {
+      plans.Add({.is_long = is_long, .quantity = quantity, .held = quantity});
+    }
+    plans.Add({.is_long = !is_long, .quantity = 1, .held = 1});
+    plans.Add({.is_long = is_long, .entry = false, .quantity = 3});
+    std::vector<double> held;
+    for (const PlannedOrder& order : plans.Orders()) held.push_back(order.held);
+    EXPECT_THAT(held, testing::ElementsAre(2, 0.7, 1, 0)) << "the offset is the last order";
+    const double tick = is_long ? 0.01 : -0.01;
+    for (const int ticks : {-1, 0, 1}) {
+      const double price = 100 + ticks * tick;
+      EXPECT_EQ(FitsSide({.order = {}, .stop = price}, is_long, 100), ticks < 0);
+      EXPECT_EQ(FitsSide({.order = {}, .target = price}, is_long, 100), ticks > 0);
+    }
+  }
+}
+
 TEST(CardSchedule, AnAnswerMovesTheCardAlongTheDays) {
   constexpr auto kGood = Verdict::kGood;
   constexpr auto kFair = Verdict::kFair;

@@ -107,6 +107,15 @@ TEST_F(ComparedSeriesTest, WhatWasAskedForInAFailedPreparationIsForgotten) {
   session.Symbol = run.symbol = "A";
   ASSERT_TRUE(control.ClaimStore() && control.Start());
   EXPECT_TRUE(ReadBars(store, "B", -1).empty());
+  // So is what an earlier run was compared with, and what was closed again while it was prepared.
+  control.Compare(NumberOf("B"));
+  charts.on_open = [&] {
+    for (const char* symbol : {"M", "N"}) control.Compare(NumberOf(symbol));
+    control.EndCompare(NumberOf("M"));
+  };
+  ASSERT_TRUE(control.ClaimStore() && control.Start());
+  EXPECT_TRUE(ReadBars(store, "B", -1).empty() && ReadBars(store, "M", 5).empty());
+  EXPECT_FALSE(ReadBars(store, "N", 5).empty());
 }
 
 TEST_F(ComparedSeriesTest, WhatTheChartProgramAsksForIsFedOrRefusedInWords) {

@@ -1,6 +1,11 @@
 #include "session/run_control.h"
 
+#include "ledger/trades.h"
+#include "session/card_making.h"
+#include "session/card_play.h"
 #include "session/delay.h"
+#include "session/plan_levels.h"
+#include "support/ledger_rows.h"
 #include "support/session_fixture.h"
 
 namespace velumar {
@@ -174,6 +179,50 @@ TEST_F(RunControlTest, NoRunBeginsWithoutASymbolOrThatTheLedgerCannotBegin) {
   EXPECT_EQ(session.StopRequested, 0) << "the run that began has not been paused";
   LedgerClose(ledger);
   EXPECT_TRUE(StartAt(198)) << "without a ledger a run replays all the same";
+}
+
+// The first bars of the series are gone, and the panel was closed over a holding of each side.
+TEST_F(RunControlTest, AChangedSeriesMovesEveryBarOfAResumedSession) {
+  PauseIn(100);
+  StartAt(60);
+  for (const char* position : {"Long", "Short"}) {
+    LedgerRows{ledger}.Order(10, position, 1, 100, 1, 0, 1000);
+    LedgerWritePlan(ledger, {.session = 1, .order = {1, *position == 'L' ? 1 : 2}, .stop = 90});
+  }
+  const LedgerMoment before = LedgerReadSession(ledger, 1).moment;
+  std::vector<Bar> bars = DailyBars(200);
+  bars.erase(bars.begin(), bars.begin() + 5);
+  Store("ABC", bars);
+  outside.boxes.answers = {0};
+  const auto choice = RunChooser(session, run, platform, ledger, cache).Session(1);
+  ASSERT_TRUE(choice && control.Claim(*choice) && control.Start());
+  EXPECT_EQ(session.BarIndex, before.bar - 5);
+  EXPECT_EQ(session.NewestShownBar, before.newest_shown - 5);
+  EXPECT_EQ(session.FirstShownBar, before.first_shown - 5);
+  EXPECT_TRUE(PlanLevels(session).empty());
+}
+
+// Of two marked bars only the first has an order within its bars: at the very last one.
+TEST_F(RunControlTest, ACardShowsWhatWasDoneThenAndNothingOfTheCardBefore) {
+  PauseIn(150);
+  StartAt(60);
+  CardMaker maker(ledger, cache, outside.clock, true);
+  for (const int bar : {80, 101}) {
+    session.BarIndex = static_cast<std::int16_t>(bar);
+    EXPECT_TRUE(maker.MarkBar(session, {}));
+  }
+  const int last = 79 + CardPlay::kBars;
+  LedgerRows{ledger}.Order(10, "Long", 1, 100, 1, 0, 1000);
+  ledger.ForWriting().Execute("UPDATE Details SET BarIndex = " + std::to_string(last));
+  control.EndSession(1);
+  EXPECT_EQ(LedgerReadTrades(ledger).at(0).closes.size(), 152U - 59) << "kept to the newest bar";
+  CardPlay play(session, platform, ledger, cache, control);
+  for (const LedgerCard& card : LedgerCards(ledger)) {
+    ASSERT_TRUE(play.Show(card) && play.Decide({}));
+    EXPECT_EQ(play.Then().has_value(), card.id == 1);
+    EXPECT_EQ(session.EarlierOrders.size(), card.id == 1 ? 1U : 0U);
+    play.Leave();
+  }
 }
 
 TEST(Delay, OnlySecondsThatTheClockCanHold) {

@@ -74,6 +74,8 @@ TEST_F(StoreFolderTest, RefusesWhatIsNotAStoreAndTouchesNothing) {
        "4 files (EMASTER, F1.DAT, F2.DAT, ...)"},
       {"an earlier store with a folder", store,
        [&] { MakeEarlierStore(), fs::create_directory(at / "mine"); }, foreign},
+      {"a folder that was there first", store,
+       [&] { fs::create_directories(at / "mine"), MakeEarlierStore(); }, foreign},
       {"an earlier store with a link", store,
        [&] { MakeEarlierStore(), fs::create_symlink(others / "F1.DAT", at / "F2.DAT"); }, foreign},
       {"one series with bars of its own", store,

@@ -27,6 +27,7 @@ TEST_F(PrepareStoreTest, CutsFromTheFirstBarOnOrAfterTheDate) {
   Store("ABC", DailyBars(400));
   Store("B251", DailyBars(251));
   Store("ONE", DailyBars(1));
+  Store("SIX", DailyBars(6));
   const int after = 20991231;
   EXPECT_EQ(Prepared("ABC", "D", MadeDate(120)), 120);
   EXPECT_EQ(Prepared("ABC", "D", 20000129), 28) << "no bar that day: the next one";
@@ -38,6 +39,7 @@ TEST_F(PrepareStoreTest, CutsFromTheFirstBarOnOrAfterTheDate) {
   EXPECT_EQ(Prepared("ONE", "D", after), 1);
   Store("I30", IntradayBars(100, 30), 30);
   EXPECT_EQ(Prepared("I30", "30", after), 40) << "with the first bar of the day";
+  EXPECT_EQ(Prepared("SIX", "D", after), 2);
   EXPECT_TRUE(outside.boxes.shown.empty());
 }
 
