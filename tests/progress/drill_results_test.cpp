@@ -48,11 +48,13 @@ TEST(DrillResults, AreThoseOfTheTradesAndRankedAmongTheirLikes) {
   };
   LedgerDrill longer = like;
   longer.bars = 41;
+  LedgerDrill timed = like;
+  timed.seconds = 90;
   LedgerDrill stopped = like;
   stopped.finished = false;
   const std::vector<DrillResult> results =
       DrillResults({drill(like, {1, 2}), drill(like, {3, 6}), drill(longer, {4}),
-                    drill(stopped, {5}), drill(like, {})},
+                    drill(stopped, {5}), drill(like, {}), drill(timed, {})},
                    played);
   const DrillFigures& figures = results.at(0).figures;
   EXPECT_EQ(figures.trades, 2) << "not the one that knew later bars";
@@ -64,7 +66,11 @@ TEST(DrillResults, AreThoseOfTheTradesAndRankedAmongTheirLikes) {
   EXPECT_EQ(results[1].figures.trades, 1) << "a run is no session";
   const auto ranks = [&](std::size_t i) { return results.at(i).RankText(); };
   EXPECT_EQ(ranks(0) + ", " + ranks(1) + ", " + ranks(4), "2 of 3, 1 of 3, 3 of 3");
-  EXPECT_EQ(ranks(2) + ", " + ranks(3), "1 of 1, -");
+  EXPECT_EQ(ranks(2) + ", " + ranks(3) + ", " + ranks(5), "1 of 1, -, 1 of 1");
+  for (const auto& [seconds, text] :
+       {std::pair(0, "0:00"), {9, "0:09"}, {10, "0:10"}, {59, "0:59"}, {60, "1:00"}}) {
+    EXPECT_EQ(ClockText(seconds), text);
+  }
   EXPECT_EQ(results[3].figures.trades, 2);
   EXPECT_EQ(results[3].figures.wins, 1) << "what only pays its costs wins nothing";
   played.sessions[0].closes.clear();

@@ -4,6 +4,8 @@
 #include <numeric>
 
 #include "progress/curve_pieces.h"
+#include "progress/filter_text.h"
+#include "progress/findings.h"
 #include "progress/played_ledger.h"
 #include "progress/progress_figures.h"
 #include "progress/trade_export.h"
@@ -137,6 +139,40 @@ TEST(ProgressFigures, ATradeOfNothingEndsARowOfWinsOrLosses) {
   const auto figures = FiguresOf(played, Select(played, {}));
   EXPECT_EQ(figures.at("Max consecutive losses").ValueText(), "2");
   EXPECT_EQ(figures.at("Max consecutive wins").ValueText(), "1");
+  EXPECT_EQ(figures.at("Payoff ratio").ValueText(), "2.00") << "it is no loss either";
+}
+
+TEST(ProgressFigures, AYearIsCountedInWeekdays) {
+  Played played{{}, {}, {{}}, {Traded(0, 0, 1, 1)}};
+  for (const auto& [first, last, weekdays] : {std::tuple(20260105, 20260105, 1),
+                                              {20260103, 20260104, 1},
+                                              {20251231, 20260105, 4},
+                                              {19691226, 19700102, 6},
+                                              {19600101, 19600104, 2},
+                                              {20260105, 20260102, 1}}) {
+    played.sessions[0].first_day = first;
+    played.sessions[0].last_day = last;
+    const double years = ChainEquity(played, Selection{0}).parts[0].years;
+    EXPECT_NEAR(years * kWeekdaysPerYear, weekdays, 1e-9) << first;
+  }
+}
+
+TEST(ProgressFigures, AreSureFromTenTradesOrFiveSessionsOn) {
+  for (const bool few : {true, false}) {
+    Played played{{}, {}, {{}}, {}};
+    played.sessions[0].starting_money = 1000;
+    for (int i = 0; i < (few ? 9 : 10); ++i) played.trades.push_back(Traded(0, i, i + 1, i));
+    const auto interval = [&](const char* name) {
+      return FiguresOf(played, Select(played, {}), 100).at(name).IntervalText();
+    };
+    EXPECT_EQ(interval("Expectancy") == "too few", few);
+    played = {{}, {}, std::vector<PlayedSession>(8, played.sessions[0]), {}};
+    for (int i = 0; i < 32; ++i) {
+      played.trades.push_back(Traded(i / 4, i, i + 1, i % 5));
+      played.trades.back().risk = i < (few ? 16 : 20) ? 3 : 0;
+    }
+    EXPECT_EQ(interval("Expectancy in R") == "too few", few) << "sessions with a planned stop";
+  }
 }
 
 TEST(ProgressFigures, TakeTradesWithoutBarsAtTheirExit) {
@@ -215,32 +251,42 @@ TEST(TradeFilters, LetThroughWhatIsAskedFor) {
   }
 }
 
-// An entry of 4 that is closed in two steps risked 400 in all.
-TEST(PlayedTrades, OfOneEntryShareItsRisk) {
+// Halves of an entry that risked 100, closed before the recorded bars and at their last but one,
+// and between them a trade without P/L.
+TEST(TradesCsv, HasTheSelectedTradesAndWhatHoldingOnWouldHaveAdded) {
   std::vector<PlayedScope> scopes(1);
-  for (const double share : {0.25, 0.75}) {
-    LedgerTrade& trade = scopes[0].trades.trades.emplace_back();
-    trade.money = 100;
-    trade.entry.order = {2, 7};
-    trade.entry_share = share;
+  LedgerTrades& kept = scopes[0].trades;
+  kept.first_bar = 10;
+  kept.closes = {20, 21, 22, 23, 24, 25};
+  for (const int bar : {8, 9, 14}) {
+    LedgerTrade& trade = kept.trades.emplace_back();
+    trade.entry.order = {1, 1};
+    trade.exit = {.bar = bar, .price = 10.0 + bar};
+    trade.entry_share = 0.5;
+    trade.quantity = 1;
+    trade.money_per_point = 1;
+    if (bar != 9) trade.money = -25;
   }
-  const Played played = PlayedOf(scopes, {{{2, 7}, "gap", 4, 400}, {{2, 8}, "late", 1, 9}});
-  ASSERT_EQ(played.trades.size(), 2U);
-  EXPECT_EQ(played.trades[0].risk, 100);
-  EXPECT_EQ(played.trades[1].risk, 300);
-  EXPECT_THAT(played.setups, ElementsAre("gap"));
+  const std::vector<LedgerEntryPlan> plans{{{1, 1}, "gap", 3, 100}};
+  ASSERT_EQ(PlayedOf(scopes, plans).trades.size(), 2U);
+  EXPECT_EQ(PlayedOf(scopes, plans).trades[1].risk, 50);
+  const std::string csv = TradesCsv(scopes, plans, {0, 1});
+  EXPECT_EQ(std::ranges::count(csv, '\n'), 3);
+  EXPECT_THAT(csv,
+              AllOf(HasSubstr(",-0.5,0,-25,50,"), HasSubstr(",,,,gap,"), HasSubstr(",1,,,gap,")));
+  EXPECT_THAT(TradesCsv(scopes, plans, {1}), Not(HasSubstr(",,,,gap,")));
 }
 
-TEST(TradesCsv, HasTheSelectedTradesAmongThoseWithoutPL) {
-  std::vector<PlayedScope> scopes(1);
-  scopes[0].trades.closes = {1, 2, 3};
-  for (const std::optional<double> money : {std::optional(11.0), {}, {22.0}, {33.0}}) {
-    scopes[0].trades.trades.emplace_back().money = money;
+TEST(Findings, RoundAPartOfAPercentAndListWhatFits) {
+  RiskAhead risk;
+  for (const auto& [share, text] : {std::pair(0.0, "is 0 %;"),
+                                    {0.0099, "is less than 1 %;"},
+                                    {0.01, "is 1 %;"},
+                                    {0.0249, "is 2 %;"}}) {
+    risk.ruin = share;
+    EXPECT_THAT(FindingsOf({}, risk).at(0), HasSubstr(text));
   }
-  ASSERT_EQ(PlayedOf(scopes, {}).trades.size(), 3U);
-  const std::string csv = TradesCsv(scopes, {}, {1, 2});
-  EXPECT_EQ(std::ranges::count(csv, '\n'), 3);
-  EXPECT_THAT(csv, AllOf(HasSubstr(",22,"), HasSubstr(",33,"), Not(HasSubstr(",11,"))));
+  EXPECT_EQ(ListedNames({"a", "b"}, 1) + ListedNames({"a", "b"}, 2), "a and 1 morea, b");
 }
 
 TEST(ProgressFigures, AreExplainedInTheManual) {

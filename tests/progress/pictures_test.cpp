@@ -79,6 +79,16 @@ TEST(Pictures, ShowEachTradeInItsGroupNetOfCosts) {
               ElementsAre("0 20", "1 40"));
 }
 
+TEST(Pictures, OfExtremeResultsAndOfNone) {
+  Played played{{"ABC"}, {}, std::vector<PlayedSession>(1), {}};
+  played.trades = {Trade(0, 1, 5000), Trade(0, 1, -5000), Trade(0, 2, 10)};
+  EXPECT_THAT(Bars(Drawn(ProgressPicture::kResults, played).panes.at(0)),
+              ElementsAre("0.25 1", "15.25 1", "-14.75 1"))
+      << "15 R at most, on both sides";
+  EXPECT_THAT(Drawn(ProgressPicture::kByHolding, played).panes.at(0).series.at(0).x, ElementsAre(1))
+      << "nothing lost is no loss";
+}
+
 TEST(Pictures, FollowTheAccountAndTheSessions) {
   Played played{{"ABC"}, {}, {}, {}};
   for (int session = 0; session < 6; ++session) {

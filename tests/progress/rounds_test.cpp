@@ -1,5 +1,6 @@
 #include <atomic>
 #include <cmath>
+#include <map>
 #include <numeric>
 #include <stdexcept>
 
@@ -94,10 +95,14 @@ TEST(RandomTraders, FindTheSkillInOneSetupAndNothingElse) {
   int alarms = 0;
   for (std::uint64_t seed = 1; seed <= 200; ++seed) {
     const Played played = TradersOf({.setups = 3}, seed);
+    std::map<double, double> shares;
     for (const SkillOrLuck& skill :
          CompareWithRandomTraders(played, GroupsOf(played), {.count = 200, .threads = 1})) {
       alarms += skill.IsSkill() ? 1 : 0;
+      shares.emplace(skill.share, skill.adjusted_share);
     }
+    EXPECT_TRUE(std::ranges::is_sorted(shares, {}, [](const auto& share) { return share.second; }))
+        << "no better group is less sure";
   }
   EXPECT_THAT(alarms, AllOf(Ge(1), Le(22)));
 
@@ -108,6 +113,16 @@ TEST(RandomTraders, FindTheSkillInOneSetupAndNothingElse) {
   EXPECT_THAT(found, ElementsAre(true, false, true, false, false));
   EXPECT_EQ(SkillSentence(skills[2], 5),
             "5 of 10,000 random traders did as well (5 groups looked at): more than luck.");
+  SkillOrLuck shown;
+  shown.trades = 50;
+  for (const auto& [share, words] : {std::pair(0.5, "50 of 100 "),
+                                     {0.01, "1 of 100 "},
+                                     {0.0099, "10 of 1,000 "},
+                                     {0.0001, "1 of 10,000 "},
+                                     {1e-9, "1 of 10,000 "}}) {
+    shown.share = share;
+    EXPECT_THAT(SkillSentence(shown, 1), testing::StartsWith(words));
+  }
 }
 
 TEST(RandomTraders, CompareLikeWithLike) {
@@ -144,6 +159,8 @@ TEST(RandomTraders, CompareLikeWithLike) {
   EXPECT_EQ(histogram.counts[0] + histogram.counts[1], 4000);
   EXPECT_DOUBLE_EQ(histogram.high, 6 / usual_move);
   EXPECT_EQ(SkillSentence(skills[0], 2), "Too few trades to compare with random traders: 1.");
+  add(6, 6, true);
+  EXPECT_EQ(CompareWithRandomTraders(played, {{"at once", {4}}}, {.count = 10})[0].trades, 1);
 }
 
 // Trades that lose or win a tenth of the account, as a coin falls.
@@ -178,6 +195,22 @@ TEST(RiskAhead, OfACoin) {
   EXPECT_NEAR(smaller->falls[2], kAcceptedRisk, 0.004);
   EXPECT_NEAR(smaller->size, 1, 0.05);
   EXPECT_FALSE(ComputeRiskAhead(played, Selection{0, 1, 2}, {}));
+}
+
+// One trade in two hundred loses just half, the others nothing: one such loss is ruin.
+TEST(RiskAhead, HalfOfTheAccountIsRuinAndALostOneTradesNoMore) {
+  Played played;
+  for (int i = 0; i < 200; ++i) {
+    played.sessions.emplace_back().starting_money = 1000;
+    played.trades.emplace_back().session = i;
+  }
+  played.trades[7].money = -500;
+  EXPECT_NEAR(ComputeRiskAhead(played, Select(played, {}), {})->ruin,
+              1 - std::pow(1 - 1 / 200.0, kTradesAhead), 0.02);
+  PlayedTrade& later = played.trades.emplace_back(played.trades.back());
+  played.trades[199].money = -1000;
+  later.money = 50;
+  EXPECT_EQ(ComputeRiskAhead(played, Select(played, {}), {})->trades, 200);
 }
 
 }  // namespace
