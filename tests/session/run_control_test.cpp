@@ -4,7 +4,6 @@
 #include "session/card_making.h"
 #include "session/card_play.h"
 #include "session/delay.h"
-#include "session/plan_levels.h"
 #include "support/ledger_rows.h"
 #include "support/session_fixture.h"
 
@@ -199,7 +198,7 @@ TEST_F(RunControlTest, AChangedSeriesMovesEveryBarOfAResumedSession) {
   EXPECT_EQ(session.BarIndex, before.bar - 5);
   EXPECT_EQ(session.NewestShownBar, before.newest_shown - 5);
   EXPECT_EQ(session.FirstShownBar, before.first_shown - 5);
-  EXPECT_TRUE(PlanLevels(session).empty());
+  EXPECT_TRUE(session.Plans.Orders().empty());
 }
 
 // Of two marked bars only the first has an order within its bars: at the very last one.

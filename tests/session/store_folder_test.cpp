@@ -74,8 +74,6 @@ TEST_F(StoreFolderTest, RefusesWhatIsNotAStoreAndTouchesNothing) {
        "4 files (EMASTER, F1.DAT, F2.DAT, ...)"},
       {"an earlier store with a folder", store,
        [&] { MakeEarlierStore(), fs::create_directory(at / "mine"); }, foreign},
-      {"a folder that was there first", store,
-       [&] { fs::create_directories(at / "mine"), MakeEarlierStore(); }, foreign},
       {"an earlier store with a link", store,
        [&] { MakeEarlierStore(), fs::create_symlink(others / "F1.DAT", at / "F2.DAT"); }, foreign},
       {"one series with bars of its own", store,
@@ -101,6 +99,12 @@ TEST_F(StoreFolderTest, RefusesWhatIsNotAStoreAndTouchesNothing) {
     fs::remove_all(at);
     fs::remove(data / mark);
     fs::remove(scratch.Path() / mark);
+  }
+  for (char name = 'a'; name < 'i'; ++name) {  // listed before the chart files or after them
+    MakeEarlierStore();
+    fs::create_directory(at / std::string(1, name));
+    EXPECT_THAT(Refusal(store), HasSubstr(foreign)) << name;
+    fs::remove_all(at);
   }
 }
 
