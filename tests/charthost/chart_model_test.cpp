@@ -105,11 +105,9 @@ TEST(ChartModel, PaintsNoMoreColumnsThanFitTheScreen) {
 }
 
 TEST(ChartModel, ShowsAllPricesOfEverySeries) {
-  const std::vector<std::pair<std::vector<float>, bool>> cases = {{{7, 7, 7}, true},
-                                                                  {{0.0001F}, true},
-                                                                  {{0, 5, 9}, false},
-                                                                  {{-30, -37.6F, 12}, false},
-                                                                  {{1e37F, 3e37F}, true}};
+  const std::vector<std::pair<std::vector<float>, bool>> cases = {
+      {{7, 7, 7}, true},          {{0.0001F}, true}, {{0, 5, 9}, false},
+      {{-30, -37.6F, 12}, false}, {{-7, -7}, false}, {{1e37F, 3e37F}, true}};
   for (const auto& [closes, logarithmic_possible] : cases) {
     ChartModel model;
     model.SetOptions({.scale = PriceScale::kLogarithmic});
@@ -119,6 +117,7 @@ TEST(ChartModel, ShowsAllPricesOfEverySeries) {
     for (const float close : closes) {
       EXPECT_GT(close, model.Prices().lower);
       EXPECT_LT(close, model.Prices().upper);
+      EXPECT_GT(model.Prices().upper - model.Prices().lower, std::abs(close) * 0.002);
     }
     EXPECT_FALSE(model.ShowsVolume());
   }
@@ -173,6 +172,9 @@ TEST(ChartModel, MakesRoomForIndicatorsNearThePrices) {
   EXPECT_LE(with_levels.lower, 199.3);
   EXPECT_GE(with_levels.upper, 204.7);
   EXPECT_LT(with_levels.upper, 206) << "one is far away";
+  model.SetOptions({.positions = false, .indicators = {}});
+  model.Layout(800);
+  EXPECT_GT(model.Prices().lower, with_levels.lower) << "they are hidden";
 }
 
 TEST(PriceText, ShowsNumbersAsTradersReadThem) {
@@ -181,13 +183,15 @@ TEST(PriceText, ShowsNumbersAsTradersReadThem) {
   EXPECT_EQ(VolumeText(11.2976F), "11.298");
   EXPECT_EQ(ChangeText(99.5, 100, 2), "-0.50 (-0.50%)");
   EXPECT_EQ(ChangeText(3, 0, 2), "+3.00");
+  EXPECT_EQ(ChangeText(-36, -40, 2), "+4.00 (+10.00%)");
   EXPECT_EQ(IndicatorValueText(0.1234, ValueFormat::kDifference, 2), "0.123");
 }
 
 TEST(PriceText, ShortensVolumesToFourCharacters) {
   const std::vector<std::pair<double, const char*>> cases = {
-      {0, "0"},        {0.5, "0.50"},  {950, "950"},    {999.6, "1K"},    {1200, "1.2K"},
-      {99999, "100K"}, {999999, "1M"}, {9.96e6, "10M"}, {2.14e9, "2.1B"}, {123.4e12, "123T"}};
+      {0, "0"},         {0.5, "0.50"},      {950, "950"},    {999.6, "1K"},
+      {1200, "1.2K"},   {99999, "100K"},    {999999, "1M"},  {9.96e6, "10M"},
+      {2.14e9, "2.1B"}, {123.4e12, "123T"}, {-1200, "-1.2K"}};
   for (const auto& [value, text] : cases) EXPECT_EQ(ShortVolumeText(value), text) << value;
 }
 

@@ -423,11 +423,12 @@ TEST(Indicators, FollowEveryStepAsIfComputedFromTheStart) {
     const Numbers parameters = UsualIndicator(row, 0).parameters;
     IndicatorRun run(row.start(parameters), row.lines.size());
     BarArrays shown;
-    for (std::size_t count :
-         {1200, 1201, 1200, 1199, 1264, 1263, 1216, 1215, 300, 0, 2500, 1480, 1479, 1478}) {
+    for (std::size_t count : {1200, 1201, 1200, 1199, 1264, 1263, 1216, 1215, 300, 0, 2500, 1480,
+                              1479, 1478, 1280, 1280}) {
       BarArrays next = all;
       Truncate(next, count);
       if (count % 2 == 1) next.closes.back() = next.highs.back();
+      if (count == shown.dates.size()) next.volumes.back() += 700;  // the bar goes on
       run.Follow(next, SameBars(shown, next));
       shown = next;
       const IndicatorRun fresh = RunOf(row.key, parameters, shown);

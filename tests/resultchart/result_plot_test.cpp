@@ -54,6 +54,10 @@ TEST(ResultPlot, ShowsASinglePointAndBarsFromZero) {
   ResultPlot plot;
   plot.SetPoints(PointsOf({500}));
   EXPECT_FALSE(ColouredRows(plot).empty());
+  plot.SetPoints(PointsOf({20, 20, 20}));
+  ResultPlot fresh;
+  fresh.SetPoints(PointsOf({20, 20, 20}));
+  EXPECT_EQ(ColouredRows(plot), ColouredRows(fresh)) << "no dot of the single point";
   plot.SetPoints(PointsOf({20, 100}));
   plot.SetStyle({.type = ChartType::k2DBar});
   EXPECT_GT(ColouredRows(plot).size(), 350U) << "the bar of 100 fills the height";
@@ -87,6 +91,7 @@ TEST(FittingValues, StartAtZeroUnlessNoDifferenceWouldBeVisible) {
     return FittingValues(values, {-0.5, static_cast<double>(values.size()) - 0.5}, on_base);
   };
   EXPECT_GT(fit({990, 1000}, true).lower, 900);
+  EXPECT_LT(fit({-990, -1000}, true).upper, -900);
   EXPECT_EQ(fit({-50, 50}, true), (ValueSpan{-56, 56}));
   EXPECT_GT(fit({20, 100}, false).lower, 0);
   EXPECT_LT(fit({500}, false).lower, 500);
