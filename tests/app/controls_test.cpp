@@ -178,25 +178,24 @@ TEST_F(ControlsTest, ATableShowsAndReportsItsSelection) {
   ASSERT_TRUE(table.viewport()->rect().contains(below));
   QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, below);
   EXPECT_THAT(files.Selected(), ElementsAre(1)) << "below the rows";
+  files.Select({});
+  EXPECT_FALSE(table.selectionModel()->hasSelection());
 }
 
 TEST_F(ControlsTest, EnterReachesTheWindowUnlessAButtonTakesIt) {
-  FrmImport& import = desktop.frmImport();
-  import.Show();
-  import.on_enter = [&] { events.emplace_back("enter");
-};
-import.on_escape = [&] { events.emplace_back("escape");
-};  // namespace
-import.cmdClose.on_click = [&] { events.emplace_back("close");
-};  // namespace velumar
-for (Control* control :
-     std::initializer_list<Control*>{&import.lstFiles, &import.txtSymbol, &import.chkAdjusted}) {
-  QTest::keyClick(&WidgetOf(*control), Qt::Key_Return);
-}
-QTest::keyClick(WidgetOf<QComboBox>(import.cbxFromZone).lineEdit(), Qt::Key_Return);
-QTest::keyClick(&WidgetOf(import.cmdClose), Qt::Key_Return);
-QTest::keyClick(&WidgetOf(import.txtSymbol), Qt::Key_Escape);
-EXPECT_THAT(events, ElementsAre("enter", "enter", "enter", "enter", "close", "escape"));
+  FrmImport& dialog = desktop.frmImport();
+  dialog.Show();
+  dialog.on_enter = [&] { events.emplace_back("enter"); };
+  dialog.on_escape = [&] { events.emplace_back("escape"); };
+  dialog.cmdClose.on_click = [&] { events.emplace_back("close"); };
+  for (Control* control :
+       std::initializer_list<Control*>{&dialog.lstFiles, &dialog.txtSymbol, &dialog.chkAdjusted}) {
+    QTest::keyClick(&WidgetOf(*control), Qt::Key_Return);
+  }
+  QTest::keyClick(WidgetOf<QComboBox>(dialog.cbxFromZone).lineEdit(), Qt::Key_Return);
+  QTest::keyClick(&WidgetOf(dialog.cmdClose), Qt::Key_Return);
+  QTest::keyClick(&WidgetOf(dialog.txtSymbol), Qt::Key_Escape);
+  EXPECT_THAT(events, ElementsAre("enter", "enter", "enter", "enter", "close", "escape"));
 }
 
 TEST_F(ControlsTest, APictureButtonIsPressedReleasedAndClicked) {

@@ -36,7 +36,7 @@ class MadeUpFiles : public PriceImporter {
     found.last.close = 1.19978F * static_cast<float>(options.scale);
     understood.series = {found};
     understood.head = {{2, "1.19978", found.first}};
-    understood.tail = {{11, "1.19978", found.last}};
+    understood.tail = {{name == "plain" ? 3 : 11, "1.19978", found.last}};
     if (name.starts_with("fx")) understood.suggested_scale = 10000;
     if (name.starts_with("ask") && !options.date_order) {
       ImportOptions day_first = options;
@@ -185,6 +185,19 @@ TEST_F(ImportWindowTest, AnAnswerReadsTheFileAgainAndMayCountForAllFiles) {
   files.during_import["late"] = [this] { Drop({"after.csv"}); };
   form.cmdImport.UserClick();
   EXPECT_EQ(Cell(6, BatchColumn::kSymbol), "after") << "read once the import is done";
+  EXPECT_EQ(form.lstRows.Content().count, 3U) << "with a gap between the lines 2 and 11";
+  form.on_close();
+  Drop({"plain.csv"});
+  EXPECT_EQ(form.lstRows.Content().count, 2U) << "no gap between the lines 2 and 3";
+  form.on_close();
+  Drop({"a.csv", "ask1.csv", "ask2.csv"});
+  EXPECT_TRUE(form.lblQuestion.Visible()) << "a new window shows its first question";
+  const auto asked = [this] { return form.lstFiles.Selected(); };
+  const auto first = asked();
+  form.cmdNext.UserClick();
+  EXPECT_NE(asked(), first);
+  form.cmdNext.UserClick();
+  EXPECT_EQ(asked(), first) << "after the last the first again";
 }
 
 TEST_F(ImportWindowTest, AQuestionThatStoredBarsRaiseIsAskedLikeOthers) {

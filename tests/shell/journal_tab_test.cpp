@@ -73,8 +73,11 @@ TEST_F(JournalTabTest, FiltersLeaveWhatPassesAndThePictureOpens) {
   Tab().cbxOutcome.UserChoose(1);
   Tab().lstTrades.UserKeyUp(kEnterKey);
   EXPECT_FALSE(all->windows.frmPicture.Visible()) << "there is none";
+  Tab().txtFind.UserType("no such text");
   std::filesystem::create_directory(scratch / "Journal");
   scratch.Write("Journal/Portfolio-1-2.png", "picture");
+  Result().cbxRun.UserChoose(1);
+  EXPECT_EQ(Tab().lblCount.Text(), "1 of 1 trades") << "a filter is for one session";
   all->desktop.Unload(Result());
   all->Panel().imgGraph.UserClick();
   Result().tabSheets.UserChoose(FrmResult::kJournalTab);

@@ -230,6 +230,11 @@ TEST_F(PreviewTest, PrintsTheChartItselfAndOpensItAgain) {
   preview.cmdcancel.UserClick();
   EXPECT_FALSE(preview.Loaded());
   EXPECT_FALSE(form.Loaded()) << "the next one reads the ledger anew";
+  Open();
+  form.Toolbar1.UserButton(FrmResult::kPreview);
+  picture.print = [&](const PrintJob& job) { jobs.push_back(job); };
+  preview.cmdPrint.UserClick();
+  EXPECT_TRUE(jobs.back().orientation == 1 && jobs.back().copies == 1) << "a new page";
 }
 
 }  // namespace

@@ -34,8 +34,12 @@ TEST_F(TicketWindowTest, APlanIsForTheOrderThatTheTraderMeans) {
     all->Panel().imgPlan.UserClick();
     EXPECT_EQ(Ticket().cboFor.Text(), "The next order") << "the trade has its plan";
     for (TextBox* box : {&Ticket().txtTarget, &Ticket().txtReasons}) box->UserType("1");
+    for (ComboBox* box : {&Ticket().cboSetup, &Ticket().cboConfidence}) box->SetText("3");
     Ticket().cboFor.UserChoose(1);
-    EXPECT_EQ(Ticket().txtReasons.Text() + Ticket().txtTarget.Text(), "") << "the trade's own";
+    EXPECT_EQ(Ticket().txtReasons.Text() + Ticket().txtTarget.Text() + Ticket().cboSetup.Text() +
+                  Ticket().cboConfidence.Text(),
+              "")
+        << "the trade's own";
     Ticket().cboFor.UserChoose(1);
     Ticket().txtTarget.UserType(PlanPriceText(all->session.MarketPrice + 0.01F));
     Ticket().on_escape();

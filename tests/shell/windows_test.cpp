@@ -20,6 +20,7 @@ TEST_F(WindowsTest, SettingsComeBackInTheNextProcess) {
   all->Setup().DTPicker1.UserPick(MadeDate(198));
   all->Panel().Combo2.SetText("5");
   all->Navigator().HScrollx.SetValue(35);
+  all->Panel().HScrollx.SetValue(all->Panel().HScrollx.Limits().low);
   all->Setup().Image3.UserClick();
   all->Navigator().Image5.UserClick();
   ASSERT_FALSE(all->Panel().Loaded()) << "its run has ended";
@@ -40,6 +41,7 @@ TEST_F(WindowsTest, SettingsComeBackInTheNextProcess) {
   EXPECT_EQ(all->Panel().Combo2.Text(), "5");
   EXPECT_EQ(all->session.RefreshDelay, 5000);
   EXPECT_EQ(all->Navigator().Opacity(), 35);
+  EXPECT_EQ(all->Panel().Opacity(), all->Panel().HScrollx.Limits().low);
   EXPECT_EQ(all->outside.settings.texts["Symbol"], "ABC");
 }
 
@@ -161,6 +163,10 @@ TEST_F(WindowsTest, AMarketsWordInTheDirectorySetsTheBoxes) {
   StoreSecurity(other, {"ZED", "Zed", 60}, IntradayBars(60, 60), all->cache);
   all->program.Start();
   Form1& setup = all->Setup();
+  setup.Text3.UserType("D:\\DATA\\SET\\");
+  setup.txtcomm.UserType("40000");
+  setup.Text3.UserType("D:\\data\\set\\");
+  EXPECT_EQ(setup.txtcomm.ForeColour(), kRed) << "more than the commission of a contract can be";
   const std::tuple<const char*, const char*, const char*, bool> cases[] = {
       {"D:\\DATA\\SET\\", "100", "1,000", true},
       {"D:\\ASSET\\TFEX\\", "50,000", "1", true},
