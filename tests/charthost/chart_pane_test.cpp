@@ -2,7 +2,10 @@
 
 #include <QAccessible>
 #include <QClipboard>
+#include <QFileDialog>
 #include <QGuiApplication>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 #include <algorithm>
 
@@ -17,14 +20,28 @@ namespace velumar {
 namespace {
 
 struct ChartPaneTest : testing::Test {
-  std::unique_ptr<ChartPane> Open(const std::string& symbol) {
+  std::unique_ptr<ChartPane> Open(const std::string& symbol, const ChartOptions& options = {},
+                                  const std::map<int, Frame>& frames = {}) {
     auto pane = std::make_unique<ChartPane>(program_.source,
                                             SeriesRequest{program_.folder, symbol, std::nullopt},
-                                            std::map<int, Frame>(), ChartOptions(), nullptr);
+                                            frames, options, nullptr);
     pane->resize(900, 600);
     pane->show();
     pane->Plot().replot();
     return pane;
+  }
+  // The texts over the plot.
+  static std::vector<const QCPItemText*> Tags(const ChartPlot& plot) {
+    std::vector<const QCPItemText*> tags;
+    for (int i = 0; i < plot.itemCount(); ++i) {
+      const auto* const tag = qobject_cast<QCPItemText*>(plot.item(i));
+      if (tag != nullptr && tag->visible()) tags.push_back(tag);
+    }
+    return tags;
+  }
+  static bool Shows(const ChartPlot& plot, const std::string& text) {
+    return std::ranges::any_of(Tags(plot),
+                               [&](const auto* tag) { return tag->text() == ToQt(text); });
   }
   // How many pixels of this colour the plot shows.
   static std::ptrdiff_t Pixels(ChartPane& pane, const QColor& colour) {
@@ -69,20 +86,28 @@ TEST_F(ChartPaneTest, ZoomsAndPansWithKeysAndMouse) {
   drag(Qt::LeftButton, 400, 300);
   EXPECT_GT(window.First(), oldest + 10);
   EXPECT_NEAR(window.Span(), usual, 1e-9);
-  drag(Qt::RightButton, 200, 400);
-  EXPECT_LT(window.Span(), usual / 3);
-  QTest::mouseDClick(&pane->Plot(), Qt::LeftButton, {}, {400, 220});
-  EXPECT_NEAR(window.Span(), usual, 1e-9);
-  EXPECT_TRUE(window.Shows(299));
+  auto* const newest_button = pane->findChild<QPushButton*>();
+  for (const auto& [from, to] : {std::pair{200, 400}, {400, 200}}) {
+    drag(Qt::RightButton, from, to);
+    EXPECT_NEAR(window.Span(), usual * 200 / pane->Plot().Prices().width(), 1);
+    QTest::mouseDClick(&pane->Plot(), Qt::LeftButton, {}, {400, 220});
+    pane->Plot().replot();
+    EXPECT_NEAR(window.Span(), usual, 1e-9);
+    EXPECT_TRUE(window.Shows(299));
+    EXPECT_FALSE(newest_button->isVisible());
+    QTest::keyClick(&pane->Plot(), Qt::Key_Home);
+    pane->Plot().replot();
+    EXPECT_TRUE(newest_button->isVisible());
+  }
 }
 
 TEST_F(ChartPaneTest, ZoomsAtThePointerAndNotBelowEightBars) {
   const auto pane = Open("SCB");
   const ViewWindow& window = pane->Window();
-  const auto roll = [&](int steps) {
+  const auto roll = [&](int steps, int sideways = 0) {
     const QPointF place(300, 200);
-    QWheelEvent wheel(place, pane->Plot().mapToGlobal(place), {}, {0, 120 * steps}, Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QWheelEvent wheel(place, pane->Plot().mapToGlobal(place), {}, {120 * sideways, 120 * steps},
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(&pane->Plot(), &wheel);
   };
   const double share = 300.0 / pane->Plot().width();
@@ -94,6 +119,10 @@ TEST_F(ChartPaneTest, ZoomsAtThePointerAndNotBelowEightBars) {
   const double first = window.First();
   roll(1);
   EXPECT_DOUBLE_EQ(window.First(), first) << "a zoom at its limit scrolls nothing";
+  roll(0, 20);
+  EXPECT_LT(window.First(), first - 5);
+  roll(0, -20);
+  EXPECT_NEAR(window.First(), first, 1e-6);
 }
 
 // The series rises and falls on every other day, and has a volume each day.
@@ -122,18 +151,17 @@ TEST_F(ChartPaneTest, DrawsRisingAndFallingBarsInTheirColours) {
   EXPECT_LT(Pixels(*pane, colours.field), ground * 3 / 4);
   const auto rising = Open("ADVANC");  // each close is above its open
   EXPECT_EQ(Pixels(*rising, colours.down), 0);
+  std::vector<Bar> flat = DailyBars(9);
+  for (Bar& bar : flat) bar = {bar.date, 0, 10, 12, 9, 11, 5, 0};
+  StoreSecurity(program_.folder, {"FLAT", "Flat", -1}, flat, program_.cache);
+  EXPECT_EQ(Pixels(*Open("FLAT", {.style = ChartStyle::kHollow}), colours.down), 0) << "unchanged";
 }
 
 // The pointer rests while a replay scrolls the bars below it.
 TEST_F(ChartPaneTest, NamesTheBarBelowThePointerAfterTheChartHasScrolled) {
   const auto pane = Open("SCB");
   const auto shows_date_of = [&](int bar) {
-    const QString text = ToQt(LongDayText(pane->Document().Model().Series().dates[bar]));
-    for (int i = 0; i < pane->Plot().itemCount(); ++i) {
-      const auto* const tag = qobject_cast<QCPItemText*>(pane->Plot().item(i));
-      if (tag != nullptr && tag->visible() && tag->text() == text) return true;
-    }
-    return false;
+    return Shows(pane->Plot(), LongDayText(pane->Document().Model().Series().dates[bar]));
   };
   int bar = -1;
   QObject::connect(&pane->Plot(), &ChartPlot::BarHovered, [&](int hovered) { bar = hovered; });
@@ -146,17 +174,43 @@ TEST_F(ChartPaneTest, NamesTheBarBelowThePointerAfterTheChartHasScrolled) {
   pane->Plot().replot();
   EXPECT_EQ(bar, before - 20);
   EXPECT_TRUE(shows_date_of(bar));
+  QEvent leave(QEvent::Leave);
+  QCoreApplication::sendEvent(&pane->Plot(), &leave);
+  EXPECT_FALSE(shows_date_of(before - 20)) << "the pointer has left";
+}
+
+// Nothing of the theme, interval and plan before is left.
+TEST_F(ChartPaneTest, LooksAfterEachChangeLikeAChartThatWasJustOpened) {
+  const auto pane = Open("SCB");
+  const auto upper = [](ChartPane& one) { return one.Document().Model().Prices().upper; };
+  for (const auto& [theme, unit] : {std::pair{ChartTheme::kDark, Frame::Unit::kWeek},
+                                    {ChartTheme::kLight, Frame::Unit::kMonth}}) {
+    pane->SetPositions({{}, {}, {{90, upper(*pane) + 0.2, false}}});
+    pane->Plot().replot();
+    pane->SetPositions({});
+    pane->ShowFrame({unit});
+    ApplyTheme(theme);
+    QCoreApplication::processEvents();
+    const auto fresh = Open("SCB", {}, {{-1, {unit}}});
+    pane->Plot().replot();
+    EXPECT_EQ(upper(*pane), upper(*fresh)) << "no room for the plan";
+    for (int row = 0; row < 2; ++row) {
+      const auto axis = [row](ChartPane& one) {
+        return one.Plot().axisRects()[row]->axis(QCPAxis::atBottom);
+      };
+      EXPECT_EQ(axis(*pane)->tickVectorLabels(), axis(*fresh)->tickVectorLabels());
+      const bool dark = theme == ChartTheme::kDark;
+      EXPECT_EQ(axis(*pane)->tickLabelColor(), (dark ? Palette::Dark() : Palette::Light()).muted);
+    }
+  }
 }
 
 TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
   const auto pane = Open("SCB");
   ChartPlot& plot = pane->Plot();
   const auto measured = [&plot] {
-    for (int i = 0; i < plot.itemCount(); ++i) {
-      const auto* const text = qobject_cast<QCPItemText*>(plot.item(i));
-      if (text != nullptr && text->visible() && text->text().contains(QStringLiteral("bar"))) {
-        return text->text();
-      }
+    for (const auto* const text : Tags(plot)) {
+      if (text->text().contains(QStringLiteral("bar"))) return text->text();
     }
     return QString();
   };
@@ -241,6 +295,10 @@ TEST_F(ChartPaneTest, SavesThePictureInAllFormatsAndCopiesIt) {
     };
     SavePicture(measured, QString::fromStdString(file));
   }
+  AskForPictureFile(*pane, *pane);
+  emit pane->findChild<QFileDialog*>()->fileSelected(QStringLiteral("/nowhere/chart.png"));
+  const auto* const box = pane->findChild<QMessageBox*>();
+  EXPECT_TRUE(box->isVisible() && box->text().contains(QStringLiteral("nowhere")));
   CopyPicture(*pane);
   EXPECT_EQ(QGuiApplication::clipboard()->image().size(), picture.size());
 }
@@ -266,9 +324,7 @@ TEST_F(ChartPaneTest, KeepsTheLastPriceReadableNextToThePointer) {
   for (const int distance : {-9, -1, 0, 5, 30}) {
     QTest::mouseMove(&pane->Plot(), {400, static_cast<int>(last) + distance});
     std::vector<std::pair<double, double>> tags;  // top and bottom
-    for (int i = 0; i < pane->Plot().itemCount(); ++i) {
-      const auto* const tag = qobject_cast<QCPItemText*>(pane->Plot().item(i));
-      if (tag == nullptr || !tag->visible()) continue;
+    for (const auto* const tag : Tags(pane->Plot())) {
       if (tag->left->pixelPosition().x() <= pane->Plot().Prices().right()) continue;
       tags.emplace_back(tag->top->pixelPosition().y(), tag->bottom->pixelPosition().y());
     }

@@ -93,6 +93,48 @@ TEST_F(DrawingToolTest, DrawsEachKindWithClicksOrADragAndKeepsIt) {
   Drag(Pixel(205, 97), Pixel(225, 97));
   EXPECT_EQ(Kept().size(), count + 1) << "Escape ends drawing";
   EXPECT_LT(Pane().Window().First(), first) << "so that a drag scrolls again";
+  Press(Qt::Key_T);
+  Click(Pixel(205, 97), Qt::ControlModifier);
+  Press(Qt::Key_H);
+  Click(Pixel(215, 98), Qt::ControlModifier);
+  ASSERT_EQ(Kept().size(), count + 2);
+  EXPECT_EQ(Kept().back().kind, DrawingKind::kHorizontalLine) << "instead of the line begun";
+}
+
+TEST_F(DrawingToolTest, NothingOfADrawingStaysOnTheChart) {
+  const auto picture = [this] {
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(&Pane().Plot(), &leave);
+    Pane().Plot().replot();
+    return BitmapOf(Pane().AsPicture());
+  };
+  const QImage bare = picture();
+  QImage line;  // the arrow has the same ends, and a head
+  for (const Qt::Key key : {Qt::Key_T, Qt::Key_H, Qt::Key_F, Qt::Key_Q, Qt::Key_A, Qt::Key_T}) {
+    Press(key);
+    Click(Pixel(200, 101), Qt::ControlModifier);
+    if (key != Qt::Key_H) Click(Pixel(220, 102), Qt::ControlModifier);
+    const QImage selected = picture();
+    Press(Qt::Key_Escape);
+    const QImage drawn = picture();
+    EXPECT_NE(drawn, selected);
+    if (key == Qt::Key_T && !line.isNull()) {
+      EXPECT_EQ(drawn, line);
+    }
+    if (key == Qt::Key_T) line = drawn;
+    Choose(QStringLiteral("Undo"));
+    EXPECT_EQ(picture(), bare) << key;
+  }
+}
+
+TEST_F(DrawingToolTest, ACopyIsAsNewAsTheBarsItWasMadeAt) {
+  Shorten(290);
+  Press(Qt::Key_H);
+  Click(Pixel(250, 101), Qt::ControlModifier);
+  Shorten(300);
+  Choose(QStringLiteral("Duplicate"));
+  Shorten(295);
+  EXPECT_EQ(Tool().Shown().size(), 1U);
 }
 
 TEST_F(DrawingToolTest, DrawsByKeysAlone) {
@@ -209,12 +251,16 @@ TEST_F(DrawingToolTest, WritesTextsAndListsEverything) {
   }
   EXPECT_EQ(drawings->count(), 1);
   EXPECT_EQ(Kept().size(), 1U);
+  EXPECT_FALSE(Entry(QStringLiteral("Edit text...")).isEnabled()) << "nothing is selected";
+  const auto heading = [&] { return drawings->window()->findChild<QLabel*>()->text(); };
   Open("ADVANC", -1);
-  EXPECT_EQ(drawings->count(), 0) << "those of the chart in front";
-  Press(Qt::Key_H);
-  Click(Pixel(20, 101));
+  EXPECT_EQ(drawings->count(), 0);
+  Open("SCB", -1);
   EXPECT_EQ(drawings->count(), 1);
-  EXPECT_EQ(Kept().size(), 1U);
+  EXPECT_EQ(heading(), QStringLiteral("SCB, Daily"));
+  program_.window->CloseAll();
+  EXPECT_EQ(drawings->count(), 0);
+  EXPECT_EQ(heading(), QStringLiteral("No chart is open"));
 }
 
 TEST_F(DrawingToolTest, ADamagedFileIsNamedAndStays) {
@@ -243,7 +289,13 @@ TEST_F(DrawingToolTest, TheToolbarShowsTheNextColourAndCanBeHidden) {
     return Entry(QStringLiteral("Colour")).icon().pixmap(14).toImage().pixelColor(7, 7);
   };
   const QColor before = colour();
-  emit Entry(QStringLiteral("Colour")).menu()->aboutToShow();
+  for (const char* const name : {"Colour", "Interval"}) {
+    QMenu& menu = *Entry(QString::fromLatin1(name)).menu();
+    emit menu.aboutToShow();
+    const auto entries = menu.actions().size();
+    emit menu.aboutToShow();
+    EXPECT_EQ(menu.actions().size(), entries) << name;
+  }
   Choose(QStringLiteral("Teal"));
   EXPECT_NE(colour(), before);
   Choose(QStringLiteral("Drawing toolbar"));

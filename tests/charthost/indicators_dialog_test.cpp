@@ -77,6 +77,11 @@ TEST_F(IndicatorsDialogTest, AddsChangesHidesAndRemoves) {
   QTest::keyClick(&List(), Qt::Key_Delete);
   EXPECT_THAT(Labels(), ElementsAre("SMA 50", "MACD 12 30 9"));
   EXPECT_EQ(List().count(), 2);
+  QTest::keyClick(&List(), Qt::Key_End);
+  for (const int left : {1, 0}) {
+    QTest::keyClick(&List(), Qt::Key_Delete);
+    EXPECT_EQ(List().count(), left) << "the next last one is chosen";
+  }
 }
 
 TEST_F(IndicatorsDialogTest, SavesLoadsAndDeletesSets) {
@@ -90,6 +95,7 @@ TEST_F(IndicatorsDialogTest, SavesLoadsAndDeletesSets) {
   Button(QStringLiteral("Sa&ve")).click();
   Add(QStringLiteral("On-balance volume (OBV)"));
   EXPECT_EQ(Labels().size(), 3U);
+  set->setEditText(QStringLiteral(" Two averages "));
   Button(QStringLiteral("&Load")).click();
   EXPECT_THAT(Labels(), testing::ElementsAre("SMA 20", "SMA 50"));
   EXPECT_EQ(ChartSettings().Sets().count("Two averages"), 1U);
@@ -113,6 +119,7 @@ TEST_F(IndicatorsDialogTest, KeepsTheHeightsOfThePanes) {
   send(QEvent::MouseButtonPress, line);
   send(QEvent::MouseMove, line - QPoint(0, 30));
   send(QEvent::MouseButtonRelease, line - QPoint(0, 30));
+  QTest::mouseMove(&Plot(), line + QPoint(0, 50));
   Plot().replot();
   EXPECT_NEAR(pane(2).height(), before + 30, 4);
   EXPECT_GT(ChartSettings().Options().indicators[2].height, 30);

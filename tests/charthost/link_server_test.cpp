@@ -94,6 +94,7 @@ TEST_F(LinkServerTest, OffersNoOtherSeriesInABlindRun) {
   EXPECT_TRUE(Done(open) && offered());
   open.alone = true;
   EXPECT_TRUE(Done(open) && !offered());
+  EXPECT_TRUE(Done({.command = Command::kRefresh, .folder = program_.folder}) && !offered());
   EXPECT_TRUE(Done(Open(5)) && offered()) << "the next run";
 }
 

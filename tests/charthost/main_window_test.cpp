@@ -47,6 +47,12 @@ struct MainWindowTest : testing::TestWithParam<Arrival> {
     Key(Qt::Key_Return);
   }
   OpenDialog& Dialog() { return program_.window->FileDialog(); }
+  // Triggers an entry of a menu.
+  void Choose(const QString& entry) {
+    for (QAction* const action : program_.window->findChildren<QAction*>()) {
+      if (action->text() == entry) action->trigger();
+    }
+  }
   bool DialogSays(const QString& text) {
     return std::ranges::any_of(Dialog().findChildren<QLabel*>(),
                                [&](const QLabel* label) { return label->text().contains(text); });
@@ -169,13 +175,62 @@ TEST_P(MainWindowTest, ChangesTheIntervalOfTheChartInFront) {
       << "a digit that was typed too late for the dialog";
 }
 
+TEST_P(MainWindowTest, ListsTheSecuritiesThatTheBoxesLeave) {
+  auto& list = *Dialog().findChild<QTableView*>();
+  const auto rows = [&list] { return list.model()->rowCount(); };
+  const auto start = [this] { Chord(Qt::Key_F, Qt::Key_O); };
+  start();
+  Type(program_.folder);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(rows(), 4);
+  Type("scb ");
+  EXPECT_EQ(rows(), 2);
+  Key(Qt::Key_Tab);
+  Key(Qt::Key_5);
+  EXPECT_EQ(rows(), 1);
+  Key(Qt::Key_Return);
+  start();
+  Key(Qt::Key_Return);
+  EXPECT_EQ(rows(), 4) << "a folder is listed whole";
+  list.selectRow(0);
+  Type("advanc");
+  EXPECT_FALSE(list.selectionModel()->hasSelection()) << "what was typed last counts";
+  Key(Qt::Key_Return);
+  EXPECT_EQ(program_.Last()["chart"]["symbol"], "ADVANC");
+  start();
+  EXPECT_EQ(rows(), 4) << "the symbol is not kept";
+  Type("/no/such/place");
+  Key(Qt::Key_Return);
+  EXPECT_EQ(rows(), 0);
+}
+
+// Options are for all charts, and each tab keeps its chart when it is moved.
+TEST_P(MainWindowTest, ChartsBehindATabFollowTheOptionsAndTheirTab) {
+  for (const char* const symbol : {"SCB", "ADVANC"}) {
+    program_.window->OpenDirectly({program_.folder, symbol, -1});
+  }
+  Choose(QStringLiteral("&Volume"));
+  for (const ChartPane* const chart : program_.window->findChildren<ChartPane*>()) {
+    EXPECT_FALSE(chart->Document().Model().Options().volume) << chart->Title().toStdString();
+  }
+  auto& tabs = *program_.window->findChild<QTabBar*>();
+  tabs.moveTab(0, 1);
+  EXPECT_TRUE(tabs.tabText(0).startsWith(QStringLiteral("ADVANC")));
+  EXPECT_EQ(program_.window->ActiveChart()->Title(), tabs.tabText(tabs.currentIndex()));
+  Choose(QStringLiteral("&4"));
+  Choose(QStringLiteral("&One at a time"));
+  QCoreApplication::processEvents();
+  const ChartPane& alone = *program_.window->ActiveChart();
+  EXPECT_GT(alone.height(), alone.parentWidget()->height() - 60) << "the other tiles are gone";
+
+  program_.window->resize(600, 500);
+  program_.window->close();
+  const MainWindow next(program_.source, *program_.settings, program_.scratch / "d.json", {});
+  EXPECT_EQ(next.size(), QSize(600, 500)) << "the place is kept";
+}
+
 // Two frames next to each other; the keys of a run refresh both, and the next run opens both.
 TEST_P(MainWindowTest, TilesChartsAndOpensTheLayoutWithTheNextRun) {
-  const auto tile = [this](const QString& entry) {
-    for (QAction* const action : program_.window->findChildren<QAction*>()) {
-      if (action->text() == entry) action->trigger();
-    }
-  };
   const auto bars = [this] {
     std::vector<int> shown;
     for (const ChartPane* const chart : program_.window->findChildren<ChartPane*>()) {
@@ -184,7 +239,7 @@ TEST_P(MainWindowTest, TilesChartsAndOpensTheLayoutWithTheNextRun) {
     return shown;
   };
   OpenBlind(program_.folder, "SCB");
-  tile(QStringLiteral("2 &side by side"));
+  Choose(QStringLiteral("2 &side by side"));
   EXPECT_EQ(program_.Last()["charts"], 2);
   Key(Qt::Key_2);
   QTest::qWait(2600);  // a digit right after a chart was opened may be for the dialog
@@ -214,7 +269,7 @@ TEST_P(MainWindowTest, TilesChartsAndOpensTheLayoutWithTheNextRun) {
   }
   OpenBlind(program_.folder, "ADVANC");
   EXPECT_THAT(bars(), testing::SizeIs(2)) << "next to an older one";
-  tile(QStringLiteral("&One at a time"));
+  Choose(QStringLiteral("&One at a time"));
   EXPECT_THAT(bars(), testing::SizeIs(1));
 }
 
@@ -243,6 +298,8 @@ TEST_P(MainWindowTest, SaysWhichSeriesAreOpen) {
   numbers(opened);
   open("ADVANC");
   EXPECT_THAT(numbers(opened), testing::ElementsAre(3, 5)) << "the layout";
+  Key(Qt::Key_W, Qt::ControlModifier);
+  EXPECT_EQ(program_.settings->Layout().charts.at(0).symbol, "") << "the chart that is left";
 }
 
 TEST_P(MainWindowTest, MovesOneCrosshairThroughAllFrames) {
@@ -251,9 +308,7 @@ TEST_P(MainWindowTest, MovesOneCrosshairThroughAllFrames) {
     program_.window->ActiveChart()->ShowFrame(frame);
   };
   open({});
-  for (QAction* const action : program_.window->findChildren<QAction*>()) {
-    if (action->text() == QStringLiteral("2 s&tacked")) action->trigger();
-  }
+  Choose(QStringLiteral("2 s&tacked"));
   ChartPane* const hours = program_.window->ActiveChart();
   hours->ShowFrame({Frame::Unit::kMinutes, 60});
   program_.window->Act(HostAction::kNextChart);
@@ -309,7 +364,7 @@ TEST_P(MainWindowTest, RemembersTheLookAndTheFolder) {
                            false,
                            false,
                            {},
-                           40,
+                           ChosenIndicator::kMostHeight,
                            {{-1, Frame{Frame::Unit::kWeek}}}};
   program_.settings->SetOptions(other);
   EXPECT_EQ(ChartSettings().Options(), other);
