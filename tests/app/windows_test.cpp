@@ -5,6 +5,7 @@
 #include "app/controls/text_box.h"
 #include "app/services/desktop_services.h"
 #include "app/theme/theme.h"
+#include "resultchart/result_plot.h"
 #include "shown_desktop.h"
 
 namespace velumar {
@@ -127,6 +128,9 @@ TEST_F(WindowsTest, AllWindowsFollowTheDesktopUnlessAThemeWasChosen) {
   Form& form = desktop.form1();
   form.Show();
   desktop.form2().Show();
+  FrmResult& result = desktop.frmResult();
+  result.Show();
+  result.progress.pltProgress.SetVisible(true);
   QPalette palette(Qt::white);
   ThemeFollower follower(ThemeChoice::kSystem, [&] { return palette; });
   follower.OnChange([this](const Palette& theme) { view.SetTheme(theme); });
@@ -139,6 +143,15 @@ TEST_F(WindowsTest, AllWindowsFollowTheDesktopUnlessAThemeWasChosen) {
     const bool dark = desktop_colour == Qt::black;
     EXPECT_EQ(View(form).grab().toImage() == light, !dark);
     EXPECT_EQ(View(desktop.form2()).Context().Look().palette.dark, dark);
+    for (Control* const chart :
+         std::initializer_list<Control*>{&result.MSChart1, &result.progress.pltProgress}) {
+      auto& plot = WidgetOf<QCustomPlot>(*chart);
+      plot.replot();
+      const QColor corner = plot.grab().toImage().pixelColor(2, 2);
+      EXPECT_EQ(corner.lightness() < 128, dark) << chart->Name();
+    }
+    desktop.Unload(desktop.form3());
+    EXPECT_EQ(View(desktop.form3()).Context().Look().palette.dark, dark) << "opened later";
     EXPECT_EQ(QApplication::palette().color(QPalette::Base).lightness() < 80, dark) << "dialogs";
     EXPECT_FALSE(chosen.Current().dark);
   }

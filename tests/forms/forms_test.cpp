@@ -42,10 +42,8 @@ TEST(Controls, AssignmentsFireEventsAndTheUserReachesOnlyEnabledControls) {
   EXPECT_EQ(desktop.form1().Combo1.Index(), -1) << "a window opens as it was designed";
   Table& orders = desktop.frmResult().lstOrders;
   orders.MarkSorting({6, true});
-  const int slide = desktop.frmResult().BeginSlide(100);
   desktop.Unload(desktop.frmResult());
   EXPECT_TRUE(desktop.frmResult().lstOrders.SortedBy() == Table::Sorting());
-  EXPECT_FALSE(desktop.frmResult().Slides(slide)) << "of the window before";
 }
 
 // No control is outside its window, and no name appears twice.
