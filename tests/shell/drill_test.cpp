@@ -79,7 +79,10 @@ TEST_F(DrillTest, ChartsEndByBarsOrTimeAndEveryOrderIsInTheLedger) {
   EXPECT_EQ(orders[1].quantity, 2) << "all that was held";
   EXPECT_EQ(orders[1].bar, first_shown + 12);
 
-  OnBar(2, 2, [this] { all.Navigator().Image4.UserClick(); });
+  OnBar(2, 2, [this] {
+    EXPECT_EQ(Chart().lblResult.Text() + Chart().lblFigures.Text(), "") << "of the chart before";
+    all.Navigator().Image4.UserClick();
+  });
   Chart().cmdNext.UserClick();
   EXPECT_FALSE(all.program.Feeding()) << "paused";
   Wait(20);
@@ -168,8 +171,8 @@ TEST_F(DrillTest, NumbersThatCantBeUsedStartNothing) {
     EXPECT_THAT(List().lblStatus.Text(), testing::StartsWith("The number of ")) << bars;
     List().on_close();
   }
-  Begin("5", "400", "3");
-  EXPECT_THAT(all.outside.boxes.shown.back(), HasSubstr("400 after it"));
+  Begin("50", "500", "600");
+  EXPECT_THAT(all.outside.boxes.shown, Contains(HasSubstr("500 after it")));
   EXPECT_FALSE(all.Navigator().Visible() || Chart().Visible());
   EXPECT_TRUE(LedgerDrills(all.ledger).empty());
 }
