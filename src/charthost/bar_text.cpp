@@ -71,10 +71,10 @@ std::string ShortVolumeText(double value) {
   for (const Unit& unit : kUnits) {
     if (std::abs(value) < unit.size * 0.9995) continue;
     const double count = value / unit.size;
-    const bool tenths = count < 9.95 && std::round(count * 10) != std::round(count) * 10;
+    const bool tenths = std::abs(count) < 9.95 && std::round(count * 10) != std::round(count) * 10;
     return PriceText(count, tenths ? 1 : 0) + unit.letter;
   }
-  const bool whole = value == std::floor(value) || value >= 10;
+  const bool whole = value == std::floor(value) || std::abs(value) >= 10;
   return PriceText(value, whole ? 0 : 2);
 }
 

@@ -20,10 +20,10 @@ BarPlot::BarPlot(QWidget* parent) : QCustomPlot(parent) {
           [this](const QMouseEvent* event) { MovePointer(event->position()); });
 }
 
-QCPAxisRect* BarPlot::AddRect(int row, QCPAxis::AxisType side) {
+QCPAxisRect* BarPlot::AddRect(int row, QCPAxis::AxisTypes sides) {
   constexpr double kZoomStep = 0.85;
   auto* const rect = new QCPAxisRect(this, false);
-  rect->addAxes(QCPAxis::atBottom | side);
+  rect->addAxes(QCPAxis::atBottom | sides);
   for (QCPAxis* const axis : rect->axes()) {
     axis->setLayer(QStringLiteral("axes"));
     axis->grid()->setLayer(QStringLiteral("grid"));

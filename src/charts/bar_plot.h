@@ -22,9 +22,9 @@ class BarPlot : public QCustomPlot {
   void SpanMoved();
 
  protected:
-  // An axis rectangle with bars below and values at `side`, in the colours of the plot. All
+  // An axis rectangle with bars below and values at `sides`, in the colours of the plot. All
   // rectangles show the same bars.
-  QCPAxisRect* AddRect(int row, QCPAxis::AxisType side);
+  QCPAxisRect* AddRect(int row, QCPAxis::AxisTypes sides);
   // Valid once there is a rectangle.
   QCPAxis& BarAxis() const { return *rects_.front()->axis(QCPAxis::atBottom); }
   const QList<QCPAxisRect*>& Rects() const { return rects_; }

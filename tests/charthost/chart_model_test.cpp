@@ -189,9 +189,9 @@ TEST(PriceText, ShowsNumbersAsTradersReadThem) {
 
 TEST(PriceText, ShortensVolumesToFourCharacters) {
   const std::vector<std::pair<double, const char*>> cases = {
-      {0, "0"},         {0.5, "0.50"},      {950, "950"},    {999.6, "1K"},
-      {1200, "1.2K"},   {99999, "100K"},    {999999, "1M"},  {9.96e6, "10M"},
-      {2.14e9, "2.1B"}, {123.4e12, "123T"}, {-1200, "-1.2K"}};
+      {0, "0"},         {0.5, "0.50"},     {950, "950"},    {999.6, "1K"},    {1200, "1.2K"},
+      {99999, "100K"},  {999999, "1M"},    {9.96e6, "10M"}, {2.14e9, "2.1B"}, {123.4e12, "123T"},
+      {-1200, "-1.2K"}, {-12.3e6, "-12M"}, {-10.3, "-10"}};
   for (const auto& [value, text] : cases) EXPECT_EQ(ShortVolumeText(value), text) << value;
 }
 

@@ -260,6 +260,20 @@ TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
   EXPECT_TRUE(measured().isEmpty());
 }
 
+TEST_F(ChartPaneTest, EveryPaneHasItsValuesAtTheSameSideInTheSameColour) {
+  const auto pane = Open("SCB");
+  pane->SetOptions({.axis_at_left = true, .indicators = {{.key = "rsi", .parameters = {14}}}});
+  pane->Plot().replot();
+  ASSERT_EQ(pane->Plot().axisRectCount(), 3);
+  for (const QCPAxisRect* const rect : pane->Plot().axisRects()) {
+    const QCPAxis& left = *rect->axis(QCPAxis::atLeft);
+    EXPECT_TRUE(left.visible());
+    EXPECT_FALSE(rect->axis(QCPAxis::atRight)->tickLabels());
+    EXPECT_EQ(left.tickLabelColor(), rect->axis(QCPAxis::atBottom)->tickLabelColor());
+    EXPECT_FALSE(left.subTicks());
+  }
+}
+
 // However far it is scrolled.
 TEST_F(ChartPaneTest, PercentAreRoundNumbersFromTheFirstBar) {
   const auto pane = Open("SCB");

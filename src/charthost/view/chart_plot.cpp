@@ -47,10 +47,11 @@ ChartPlot::ChartPlot(ChartModel& model, QWidget* parent) : BarPlot(parent), mode
   setCursor(Qt::CrossCursor);
   setPlottingHint(QCP::phFastPolylines);  // a line that zigzags over the pane costs a fifth
   auto panes = std::make_unique<PlotPanes>(
-      model_, PlotPanes::Surroundings{
-                  this, PointerLayer(),
-                  [this] { return AddRect(plotLayout()->rowCount(), QCPAxis::atRight); },
-                  [this](const ChartOptions& options) { emit HeightsChanged(options); }});
+      model_,
+      PlotPanes::Surroundings{
+          this, PointerLayer(),
+          [this] { return AddRect(plotLayout()->rowCount(), QCPAxis::atLeft | QCPAxis::atRight); },
+          [this](const ChartOptions& options) { emit HeightsChanged(options); }});
   panes_ = panes.get();
   tools_.push_back(std::move(panes));
   bars_ = std::make_unique<PricePlots>(model_, panes_->Prices(), panes_->Volumes());

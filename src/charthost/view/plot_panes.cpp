@@ -32,9 +32,7 @@ PlotPanes::PlotPanes(const ChartModel& model, Surroundings surroundings)
 QCPAxisRect* PlotPanes::Add() {
   QCPAxisRect* const rect = surroundings_.add_rect();
   rect->setMarginGroup(QCP::msLeft | QCP::msRight, margins_);
-  QCPAxis* const left = rect->addAxis(QCPAxis::atLeft);
-  left->setLayer(QStringLiteral("axes"));
-  left->grid()->setVisible(false);
+  rect->axis(QCPAxis::atLeft)->grid()->setVisible(false);
   QCPAxis* const bars = rect->axis(QCPAxis::atBottom);
   if (!dates_) dates_ = QSharedPointer<BarDateTicker>::create(*bars, model_);
   bars->setTicker(dates_);
