@@ -3,6 +3,7 @@
 
 #include "app/controls/control_view.h"
 #include "shown_desktop.h"
+#include "support/scratch_folder.h"
 
 namespace velumar {
 namespace {
@@ -56,6 +57,12 @@ TEST_F(ControlsTest, TypingSendsAChangeForEachStrokeAndThenTheKey) {
   EXPECT_THAT(events, ElementsAre("15,000", "53", "15\\,000", "0", "13", "click"));
   form.txtcomm.SetText("99,9990");
   EXPECT_EQ(line.cursorPosition(), 3) << "the cursor stays";
+  events.clear();
+  QTest::keyPress(&line, Qt::Key_Return);
+  QFocusEvent elsewhere(QEvent::FocusOut, Qt::TabFocusReason);
+  QApplication::sendEvent(&line, &elsewhere);
+  QTest::keyRelease(&line, Qt::Key_Return);
+  EXPECT_THAT(events, IsEmpty()) << "a key is typed where it goes down and up";
 }
 
 TEST_F(ControlsTest, ATypedTextStaysTypedAndTheWheelNeedsTheFocus) {
@@ -180,6 +187,31 @@ TEST_F(ControlsTest, ATableShowsAndReportsItsSelection) {
   EXPECT_THAT(files.Selected(), ElementsAre(1)) << "below the rows";
   files.Select({});
   EXPECT_FALSE(table.selectionModel()->hasSelection());
+  events.clear();
+  files.on_key_up = [&](int code) { events.push_back(std::to_string(code)); };
+  QTest::keyClick(&table, Qt::Key_Return);
+  QTest::keyClick(&table, Qt::Key_Enter, Qt::KeypadModifier);
+  QTest::keyClick(&table, Qt::Key_Delete);
+  EXPECT_THAT(events, ElementsAre("13", "13", "46"));
+}
+
+TEST_F(ControlsTest, APictureIsThatOfItsFile) {
+  FrmPicture& window = desktop.frmPicture();
+  window.Show();
+  const ScratchFolder folder;
+  const auto shown = [&](const std::string& file) {
+    window.imgChart.SetText(file);
+    QWidget& picture = WidgetOf(window.imgChart);
+    return picture.grab().toImage().pixelColor(picture.rect().center());
+  };
+  for (const QColor& colour : {QColor(Qt::red), QColor(Qt::blue)}) {
+    QImage image(2000, 1000, QImage::Format_RGB32);
+    image.fill(colour);
+    const std::string file = folder.Sub(colour.name().toStdString() + ".png");
+    image.save(QString::fromStdString(file));
+    EXPECT_EQ(shown(file), colour);
+  }
+  EXPECT_NE(shown(folder.Sub("none.png")), QColor(Qt::blue)) << "a trade without a picture";
 }
 
 TEST_F(ControlsTest, EnterReachesTheWindowUnlessAButtonTakesIt) {

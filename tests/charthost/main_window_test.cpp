@@ -10,6 +10,7 @@
 #include "charthost/chart_windows.h"
 #include "charthost/view/chart_pane.h"
 #include "charthost/view/chart_plot.h"
+#include "charthost/view/folder_completer.h"
 #include "charthost/view/open_charts.h"
 #include "charthost/view/open_dialog.h"
 
@@ -369,6 +370,30 @@ TEST_P(MainWindowTest, RemembersTheLookAndTheFolder) {
   program_.settings->SetOptions(other);
   EXPECT_EQ(ChartSettings().Options(), other);
   program_.settings->SetOptions(ChartOptions());
+}
+
+TEST(FolderCompleter, CompletesWhatIsTypedNow) {
+  const ScratchFolder folder;
+  for (const char* name : {"Alpha", "Beta", "Bets"}) {
+    std::filesystem::create_directory(folder / name);
+  }
+  QLineEdit line;
+  const FolderCompleter completer(line);
+  line.show();
+  line.activateWindow();
+  line.setFocus();
+  const QString parent = QString::fromStdString(folder.Sub(""));
+  const auto completes = [&](const QString& typed, const QString& to) {
+    line.selectAll();
+    QTest::keyClicks(&line, parent + typed);
+    const bool done = QTest::qWaitFor([&] { return line.text() == parent + to; }, 2000);
+    if (typed == to) QTest::qWait(600);
+    return done && line.text() == parent + to;
+  };
+  EXPECT_TRUE(completes(QStringLiteral("al"), QStringLiteral("alpha")));
+  EXPECT_TRUE(completes(QStringLiteral("B"), QStringLiteral("Beta")));
+  EXPECT_TRUE(completes(QStringLiteral("x"), QStringLiteral("x"))) << "no such folder";
+  EXPECT_TRUE(completes(QStringLiteral("bets"), QStringLiteral("bets"))) << "already whole";
 }
 
 }  // namespace

@@ -103,6 +103,7 @@ TEST(Report, HasTheNewestOfManyNotes) {
       rows.Order(i, "Long", 1, 100, i, 0, 1000);
       LedgerWriteNote(ledger, {rows.session, {1, i}, "note " + std::to_string(i) + ".", ""});
     }
+    LedgerWriteNote(ledger, {rows.session, {1, 100}, "changed to note 100.", ""});
   }
   EXPECT_EQ(box.Run({"report", file, "--out", box.At("report.pdf")}).err, "");
   std::string text;
@@ -111,6 +112,7 @@ TEST(Report, HasTheNewestOfManyNotes) {
     const bool found = text.find("note " + std::to_string(i) + ".") != std::string::npos;
     EXPECT_EQ(found, i > 2) << i;
   }
+  EXPECT_THAT(text, HasSubstr("Note: changed to note 100."));
 }
 
 TEST(Report, ALongNoteContinuesOnTheNextPage) {

@@ -189,6 +189,14 @@ TEST_F(SessionsTest, CardsAreMadeOfLossesAndDeleted) {
   EXPECT_TRUE(card["symbol"].is_null() && card["is_due"] == true && card["kind"] == "loss");
   EXPECT_THAT(box.Run({"cards", ledger}).out, HasSubstr("hidden"));
   EXPECT_THAT(box.Run({"cards", ledger, "delete", "7"}).err, HasSubstr("has no card 7"));
+  {
+    LedgerConnection answers([](std::string_view iso) { return std::string(iso); });
+    LedgerOpen(answers, ledger);
+    for (const double r : {1.25, -0.75}) LedgerAnswerCard(answers, {.card = 1, .r = r});
+  }
+  EXPECT_THAT(box.Run({"cards", ledger}).out,
+              testing::AllOf(HasSubstr("-0.75"), testing::Not(HasSubstr("1.25"))))
+      << "the last answer";
   EXPECT_EQ(box.Run({"cards", ledger, "delete", "1"}).code, 0);
   EXPECT_EQ(json::parse(box.Run({"cards", ledger, "--json"}).out), json::array());
 }
@@ -210,7 +218,7 @@ TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
   // Bars rise by one a day: twelve longs win a point for each bar, and a short loses one.
   std::string commands = "pause\n";
   for (int i = 0; i < 12; ++i) commands += "long 2\nnext\noffset-long 2\n";
-  ASSERT_EQ(box.Run(Start("ledger"), commands + "short 1\nnext\noffset-short 1\n" +
+  ASSERT_EQ(box.Run(Start("ledger"), commands + "plan setup=gap\nshort 1\nnext\noffset-short 1\n" +
                                          "prev\nlong 1\nnext\noffset-long 1\n")
                 .code,
             0);
@@ -226,14 +234,15 @@ TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
   EXPECT_EQ(stats({"--look-ahead"})["trades"], 14) << "one after a step back";
   EXPECT_EQ(all, stats({"--from", "20000110", "--session", "1", "--interval", "D", "--not-blind"}));
   EXPECT_EQ(stats({"--side", "short"})["trades"], 1);
+  EXPECT_EQ(stats({"--setup", "gap"})["trades"], 1);
   EXPECT_EQ(stats({"--to", "20000111", "--confidence", "0"})["trades"], 2);
   EXPECT_EQ(stats({"--blind"})["trades"], 0);
   EXPECT_EQ(stats({"--played-to", "20200101"})["trades"], 0);
   EXPECT_EQ(stats({"--weekday", "1"})["trades"], 2);
   for (const char* hour : {"0", "23"}) EXPECT_EQ(stats({"--hour", hour})["trades"], 0) << hour;
   EXPECT_THAT(box.Run({"stats", box.At("ledger")}).out, HasSubstr("Win rate"));
-  EXPECT_THAT(box.Run({"stats", box.At("ledger"), "--setup", "gap"}).err,
-              HasSubstr("no trade has the setup gap"));
+  EXPECT_THAT(box.Run({"stats", box.At("ledger"), "--setup", "ga"}).err,
+              HasSubstr("no trade has the setup ga"));
   EXPECT_EQ(box.Run({"stats", box.At("ledger"), "--to", "20001399"}).code, 2);
 
   LedgerConnection ledger([](std::string_view iso) { return std::string(iso); });

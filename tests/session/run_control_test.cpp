@@ -224,6 +224,22 @@ TEST_F(RunControlTest, ACardShowsWhatWasDoneThenAndNothingOfTheCardBefore) {
   }
 }
 
+TEST_F(RunControlTest, ASessionThatIsLeftWhileItsFeedWaitsFeedsNoMore) {
+  const std::function<void()> ways[] = {[&] { control.EndSession(session.SessionNumber); },
+                                        [&] { control.ForgetSession(session.SessionNumber); }};
+  for (const auto& leave : ways) {
+    outside.events.SetOnPending([&] {
+      if (session.BarIndex != 65 || session.Preparing) return;
+      outside.events.Schedule(std::chrono::milliseconds(500), [&] {
+        if (control.Feeding()) leave();
+      });
+    });
+    StartAt(60);
+    EXPECT_TRUE(session.BarDate.empty());
+    EXPECT_FALSE(control.Feeding());
+  }
+}
+
 TEST(Delay, OnlySecondsThatTheClockCanHold) {
   const std::tuple<const char*, const char*, int> cases[] = {
       {"0", "0", 0},        {"10", "10", 10000},     {"32", "32", 32000},     {"33", "32", 32000},

@@ -383,6 +383,17 @@ TEST(BlindSecrecy, ARunThatIsLeftAsItSlidesInGivesTheSymbolBack) {
   setup.chkBlind.UserToggle();
   setup.Image3.UserClick();
   EXPECT_EQ(all.session.Run.symbol, "QXA");
+  all.Navigator().Image5.UserClick();
+  setup.chkBlind.UserToggle();
+  all.At(20000, [&] { all.Navigator().Image4.UserClick(); });
+  setup.Image3.UserClick();
+  all.Navigator().Image5.UserClick();
+  for (const int session : {2, 1, 2}) {
+    all.program.ResumeSession(session);
+    EXPECT_EQ(setup.chkBlind.Checked(), session == 2);
+    EXPECT_EQ(setup.DTPicker1.Enabled(), session == 1);
+    all.Navigator().Image5.UserClick();
+  }
 }
 
 }  // namespace

@@ -163,6 +163,14 @@ TEST_F(DrillTest, APositionThatTheLedgerCantCloseKeepsItsChartHidden) {
   }
 }
 
+TEST_F(DrillTest, IsFinishedOnceTheLedgerHasItsEnd) {
+  OnBar(1, 2, [this] { all.ledger.ForWriting().Execute("ALTER TABLE Drills RENAME TO Away"); });
+  Begin("1", "12", "0");
+  EXPECT_THAT(all.outside.boxes.shown,
+              Contains(HasSubstr("The end of the drill could not be saved")));
+  EXPECT_EQ(Chart().lblStatus.Text(), "Stopped after 1 of 1.");
+}
+
 TEST_F(DrillTest, NumbersThatCantBeUsedStartNothing) {
   for (const auto& [charts, bars, minutes] :
        {std::tuple("0", "40", "3"), std::tuple("5", "501", "3"), std::tuple("5", "40", "-1"),
