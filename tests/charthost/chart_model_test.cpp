@@ -9,6 +9,7 @@
 #include "charthost/bar_text.h"
 #include "charthost/chart_model.h"
 #include "charthost/date_ticks.h"
+#include "charthost/made_series.h"
 #include "charthost/view_window.h"
 #include "support/matchers.h"
 
@@ -23,27 +24,6 @@ BarSeries SeriesOf(std::vector<float> closes) {
   series.times.assign(count, 0);
   series.volumes.assign(count, 0);
   series.opens = series.highs = series.lows = series.closes = std::move(closes);
-  DescribeSeries(series);
-  return series;
-}
-
-// A walk whose bars keep the rules of prices, with a contradiction now and then.
-BarSeries RandomSeries(int count, unsigned seed) {
-  std::mt19937 random(seed);
-  std::normal_distribution<float> move(0, 1);
-  BarSeries series;
-  float price = 100;
-  for (int i = 0; i < count; ++i) {
-    const float open = price;
-    price = std::max(5.0F, price + move(random));
-    series.dates.push_back(20000101 + i);
-    series.times.push_back(0);
-    series.opens.push_back(random() % 50 == 0 ? open + 20 : open);
-    series.highs.push_back(std::max(open, price) + std::abs(move(random)));
-    series.lows.push_back(std::min(open, price) - std::abs(move(random)));
-    series.closes.push_back(random() % 50 == 0 ? price + 15 : price);
-    series.volumes.push_back(static_cast<float>(random() % 1000));
-  }
   DescribeSeries(series);
   return series;
 }
@@ -189,9 +169,8 @@ TEST(PriceText, ShowsNumbersAsTradersReadThem) {
 
 TEST(PriceText, ShortensVolumesToFourCharacters) {
   const std::vector<std::pair<double, const char*>> cases = {
-      {0, "0"},         {0.5, "0.50"},     {950, "950"},    {999.6, "1K"},    {1200, "1.2K"},
-      {99999, "100K"},  {999999, "1M"},    {9.96e6, "10M"}, {2.14e9, "2.1B"}, {123.4e12, "123T"},
-      {-1200, "-1.2K"}, {-12.3e6, "-12M"}, {-10.3, "-10"}};
+      {0, "0"},        {0.5, "0.50"},    {999.6, "1K"},      {1200, "1.2K"},   {99999, "100K"},
+      {9.96e6, "10M"}, {2.14e9, "2.1B"}, {123.4e12, "123T"}, {-1200, "-1.2K"}, {-10.3, "-10"}};
   for (const auto& [value, text] : cases) EXPECT_EQ(ShortVolumeText(value), text) << value;
 }
 

@@ -7,35 +7,22 @@
 #include "charthost/drawings/drawing_book.h"
 #include "charthost/drawings/drawing_shape.h"
 #include "charthost/frames.h"
+#include "charthost/made_series.h"
 #include "support/matchers.h"
 #include "support/scratch.h"
 
 namespace velumar {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 using testing::UnorderedElementsAre;
 
-BarSeries SeriesOf(const std::vector<Bar>& bars, std::size_t count) {
-  BarSeries series;
-  for (std::size_t i = 0; i < count; ++i) {
-    series.dates.push_back(bars[i].date);
-    series.times.push_back(bars[i].time);
-    for (const auto field : {&BarArrays::opens, &BarArrays::highs, &BarArrays::lows,
-                             &BarArrays::closes, &BarArrays::volumes}) {
-      (series.*field).push_back(bars[i].close);
-    }
-  }
-  return series;
-}
-
 // The bars of a chart in some frame.
 struct Chart {
-  Chart(const std::vector<Bar>& bars, std::size_t count, int minutes, Frame shown)
-      : stored(SeriesOf(bars, count)), frame(shown, minutes), interval(minutes) {
+  Chart(const std::vector<Bar>& bars, int count, int minutes, Frame shown)
+      : stored(SeriesOfBars({bars.begin(), bars.begin() + count})),
+        frame(shown, minutes),
+        interval(minutes) {
     frame.Follow(stored);
   }
   TimeAxis Axis() const { return {stored, frame.Bars().starts, interval}; }
@@ -76,7 +63,7 @@ TEST(TimeAxis, AFutureAnchorMeetsTheBarThatItWasDrawnAt) {
     for (const int ahead : {1, 2, 7}) {
       const int place = before.Axis().Bars() - 1 + ahead;
       const TimeAnchor anchor = before.Axis().At(place);
-      for (const std::size_t count : {311U, 330U, 400U, 600U}) {
+      for (const int count : {311, 330, 400, 600}) {
         const Chart later(bars, count, 5, frame);
         EXPECT_EQ(later.Axis().PlaceOf(anchor), place) << FrameName(frame) << " " << count;
       }

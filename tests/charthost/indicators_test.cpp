@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -9,6 +8,7 @@
 #include "charthost/indicators/indicator_text.h"
 #include "charthost/indicators/parabolic_sar.h"
 #include "charthost/indicators/ranges.h"
+#include "charthost/made_series.h"
 
 namespace velumar {
 namespace {
@@ -55,7 +55,21 @@ struct Published {
 
 // Steven B. Achelis, "Technical Analysis from A to Z", 2nd edition, 2000, with the page.
 std::vector<Published> AchelisTables() {
-  const Numbers closes = {25, 24.875, 24.781, 24.594, 24.5, 24.625, 25.219, 27.25};
+  const Numbers averaged = {25, 24.875, 24.781, 24.594, 24.5, 24.625, 25.219, 27.25};
+  const Numbers timed = {13,    12.6667, 12.6667, 12.6667, 13.0833, 14,      14.1667, 15.3333,
+                         15.25, 14.1667, 14.1667, 14,      13.8333, 13.8333, 14.3333, 15.1667};
+  const Numbers counted = {20.5625, 20.375,  20.0625, 19.5,   19.8125,
+                           19.8125, 20.0625, 20.0625, 20.375, 20.75};
+  const Numbers volumes = {27802, 16178, 22766, 46074, 22904, 20428, 29260, 30652, 38332, 40054};
+  const Numbers balances = {0, -16178, -38944, -85018, -62114, -62114, -32854, -32854, 5478, 45532};
+  const Numbers strong = {37.875, 39.5,   38.75, 39.8125, 40,      39.875,  40.1875, 41.25,
+                          41.125, 41.625, 41.25, 40.1875, 39.9375, 39.9375, 40.5,    41.9375};
+  const Numbers strengths = {76.6667, 78.8679, 84.9158, 81.4863, 84.5968, 73.0851,
+                             49.3173, 45.0119, 45.0119, 57.9252, 75.9596};
+  const BarArrays ranged =
+      Bars({12.25, 12.1875, 12.25, 12.1875, 12.375, 12.3125, 12.2188, 12.3438, 12.5},
+           {12.3125, 12.25, 12.3125, 12.2812, 12.375, 12.375, 12.3125, 12.375, 12.5},
+           {12.1875, 12.1562, 12.1875, 12.125, 12.125, 12.2812, 12.1875, 12.1875, 12.2812});
   const Numbers sar_highs = {45.3125, 46.3125, 46.9375, 47,      47.5312, 47.5938, 47.5,
                              47.1562, 46.5625, 46.1172, 44.9062, 44,      44.625,  46.1875,
                              46.5625, 46.9375, 46.7812, 47.625,  45.8125, 45.4375, 47,
@@ -64,70 +78,24 @@ std::vector<Published> AchelisTables() {
                             46.1875, 45.1562, 44.8438, 43.6562, 42.5312, 42.625,  45.125,
                             45.25,   45.875,  45.5625, 46.1328, 44.8438, 44.6562, 45.625,
                             46.0625, 45.9688, 45.75,   45.1562, 45.25,   42.1875, 43.2188};
-  Numbers sar_closes;
-  for (std::size_t i = 0; i < sar_highs.size(); ++i) {
-    sar_closes.push_back((sar_highs[i] + sar_lows[i]) / 2);
-  }
+  const Numbers stops = {47.5938,     47.545048,   47.43699808, 47.2101502,  46.83583418,
+                         46.49146345, 42.5312,     42.611826,   42.78485296, 42.95095884,
+                         43.23140131, 43.49501723, 43.7428162,  43.97574723, 44.19470239,
+                         44.40052025, 44.59398903, 44.77584969, 47.625,      47.51625};
   return {
-      {"page 207", "sma", {5}, 0, Bars(closes), 4, {24.75, 24.675, 24.744, 25.238}, 6e-4},
-      {"page 213", "wma", {5}, 0, Bars(closes), 4, {24.6646, 24.6229, 24.8042, 25.6396}, 6e-4},
-      {"page 197",
-       "momentum",
-       {12},
-       0,
-       Bars({13, 12.6667, 12.6667, 12.6667, 13.0833, 14, 14.1667, 15.3333, 15.25, 14.1667, 14.1667,
-             14, 13.8333, 13.8333, 14.3333, 15.1667}),
-       12,
-       {106.41, 109.21, 113.1573, 119.7368},
-       1e-2},
-      {"page 231",
-       "obv",
-       {},
-       0,
-       Bars({20.5625, 20.375, 20.0625, 19.5, 19.8125, 19.8125, 20.0625, 20.0625, 20.375, 20.75}, {},
-            {}, {27802, 16178, 22766, 46074, 22904, 20428, 29260, 30652, 38332, 40054}),
-       0,
-       {0, -16178, -38944, -85018, -62114, -62114, -32854, -32854, 5478, 45532},
-       1e-9},
-      {"page 299",
-       "rsi",
-       {5},
-       0,
-       Bars({37.875, 39.5, 38.75, 39.8125, 40, 39.875, 40.1875, 41.25, 41.125, 41.625, 41.25,
-             40.1875, 39.9375, 39.9375, 40.5, 41.9375}),
-       5,
-       {76.6667, 78.8679, 84.9158, 81.4863, 84.5968, 73.0851, 49.3173, 45.0119, 45.0119, 57.9252,
-        75.9596},
-       1e-3},
-      {"page 70",
-       "atr",
-       {4},
-       0,
-       Bars({12.25, 12.1875, 12.25, 12.1875, 12.375, 12.3125, 12.2188, 12.3438, 12.5},
-            {12.3125, 12.25, 12.3125, 12.2812, 12.375, 12.375, 12.3125, 12.375, 12.5},
-            {12.1875, 12.1562, 12.1875, 12.125, 12.125, 12.2812, 12.1875, 12.1875, 12.2812}),
-       3,
-       {.125, .1563, .1406, .1367, .1494, .1668},
-       1e-4},
-      {"spreadsheet to page 244, after the first turn",
-       "sar",
-       {0.02, 0.2},
-       0,
-       Bars(sar_closes, sar_highs, sar_lows),
-       8,
-       {47.5938,     47.545048,   47.43699808, 47.2101502,  46.83583418, 46.49146345, 42.5312,
-        42.611826,   42.78485296, 42.95095884, 43.23140131, 43.49501723, 43.7428162,  43.97574723,
-        44.19470239, 44.40052025, 44.59398903, 44.77584969, 47.625,      47.51625},
-       1e-5},
+      {"page 207", "sma", {5}, 0, Bars(averaged), 4, {24.75, 24.675, 24.744, 25.238}, 6e-4},
+      {"page 213", "wma", {5}, 0, Bars(averaged), 4, {24.6646, 24.6229, 24.8042, 25.6396}, 6e-4},
+      {"page 197", "momentum", {12}, 0, Bars(timed), 12, {106.41, 109.21, 113.16, 119.74}, 1e-2},
+      {"page 231", "obv", {}, 0, Bars(counted, {}, {}, volumes), 0, balances, 1e-9},
+      {"page 299", "rsi", {5}, 0, Bars(strong), 5, strengths, 1e-3},
+      {"page 70", "atr", {4}, 0, ranged, 3, {.125, .1563, .1406, .1367, .1494, .1668}, 1e-4},
+      // The spreadsheet to page 244, after the first turn.
+      {"page 244", "sar", {0.02, 0.2}, 0, Bars(sar_lows, sar_highs, sar_lows), 8, stops, 1e-5},
   };
 }
 
-// The spreadsheets and tables of StockCharts' ChartSchool, by their file or article.
+// The spreadsheets of StockCharts' ChartSchool, by their file.
 std::vector<Published> ChartSchoolTables() {
-  const Numbers averaged = {22.2734, 22.1940, 22.0847, 22.1741, 22.1840, 22.1344, 22.2337, 22.4323,
-                            22.2436, 22.2933, 22.1542, 22.3926, 22.3816, 22.6109, 23.3558, 24.0519,
-                            23.7530, 23.8324, 23.9516, 23.6338, 23.8225, 23.8722, 23.6537, 23.1870,
-                            23.0976, 23.3260, 22.6805, 23.0976, 22.4025, 22.1725};
   const BarArrays banded =
       Bars({86.1557, 89.0867, 88.7829, 90.3228, 89.0671, 91.1453, 89.4397, 89.175,
             86.9302, 87.6752, 86.9596, 89.4299, 89.3221, 88.7241, 87.4497, 87.2634,
@@ -145,93 +113,19 @@ std::vector<Published> ChartSchoolTables() {
                              128.7103, 127.8745, 128.5809, 128.6008}) {
     soo_closes.push_back(close);
   }
-  const BarArrays stochastic = Bars(soo_closes, soo_highs, soo_lows);
-  BarArrays minutes =
-      Bars({127.28, 127.11, 127.15, 127.04, 126.98, 127.07, 126.93, 127.05, 127.11, 127.15},
-           {127.36, 127.31, 127.21, 127.15, 127.08, 127.19, 127.09, 127.08, 127.18, 127.16},
-           {126.99, 127.1, 127.11, 126.93, 126.98, 126.99, 126.82, 126.95, 127.05, 127.05},
-           {89329, 16137, 23945, 20679, 27252, 20915, 17372, 17600, 13896, 6700});
-  minutes.dates.assign(minutes.dates.size(), 20100101);
-  const Numbers bands_middle = {88.70794, 89.04516, 89.239745, 89.390705, 89.5078};
+  const BarArrays ranged = Bars(soo_closes, soo_highs, soo_lows);
+  const auto bands = [&](std::size_t line, const Numbers& values) {
+    return Published{"cs-bbands.xls", "bollinger", {20, 2}, line, banded, 19, values, 1e-4};
+  };
+  // The smoothed %K of the slow stochastic is the %D of the fast one.
+  const Numbers smoothed = {75.7497, 74.2072, 78.9201, 70.6940, 73.6004,
+                            79.2117, 81.0719, 80.5807, 72.1928};
   return {
-      {"moving averages",
-       "ema",
-       {10},
-       0,
-       Bars(averaged),
-       9,
-       {22.22, 22.21, 22.24, 22.27, 22.33, 22.52, 22.80, 22.97, 23.13, 23.28, 23.34,
-        23.43, 23.51, 23.54, 23.47, 23.40, 23.39, 23.26, 23.23, 23.08, 22.92},
-       6e-3},
-      {"cs-bbands.xls", "bollinger", {20, 2}, 1, banded, 19, bands_middle, 1e-5},
-      {"cs-bbands.xls",
-       "bollinger",
-       {20, 2},
-       0,
-       banded,
-       19,
-       {91.291862, 91.949268, 92.612595, 92.9342, 93.31195},
-       1e-4},
-      {"cs-bbands.xls",
-       "bollinger",
-       {20, 2},
-       2,
-       banded,
-       19,
-       {86.124018, 86.141052, 85.866895, 85.84721, 85.70365},
-       1e-4},
-      {"cs-rsi.xls",
-       "rsi",
-       {14},
-       0,
-       Bars({44.3389, 44.0902, 44.1497, 43.6124, 44.3278, 44.8264, 45.0955, 45.4245, 45.8433,
-             46.0826, 45.8931, 46.0328, 45.614,  46.282,  46.282,  46.0028, 46.0328, 46.4116,
-             46.2222, 45.6439, 46.2122, 46.2521, 45.7137, 46.4515, 45.7835, 45.3548, 44.0288,
-             44.1783, 44.2181, 44.5672, 43.4205, 42.6628, 43.1314}),
-       14,
-       {70.5328, 66.3186, 66.5498, 69.4063, 66.3552, 57.9749, 62.9296, 63.2571, 56.0593, 62.3771,
-        54.7076, 50.4228, 39.9898, 41.4605, 41.8689, 45.4632, 37.304, 33.0795, 37.773},
-       1e-3},
-      {"cs-atr.xls",
-       "atr",
-       {14},
-       0,
-       Bars({48.16, 48.61, 48.75, 48.63, 48.74, 49.03, 49.07, 49.32, 49.91, 50.13,   49.53,
-             49.5,  49.75, 50.03, 50.31, 50.52, 50.41, 49.34, 49.37, 50.23, 49.2375, 49.93},
-            {48.7,  48.72, 48.9,  48.87, 48.82, 49.05, 49.2,  49.35, 49.92, 50.19, 50.12,
-             49.66, 49.88, 50.19, 50.36, 50.57, 50.65, 50.43, 49.63, 50.33, 50.29, 50.17},
-            {47.79, 48.14, 48.39,  48.37, 48.24, 48.635, 48.94, 48.86, 49.5,  49.87, 49.2,
-             48.9,  49.43, 49.725, 49.26, 50.09, 50.3,   49.21, 48.98, 49.61, 49.2,  49.43}),
-       13,
-       {0.555, 0.593929, 0.585791, 0.568949, 0.615452, 0.61792, 0.642354, 0.674329, 0.69277},
-       1e-5},
-      {"cs-soo.xls",
-       "stochastic",
-       {14, 1, 3},
-       0,
-       stochastic,
-       13,
-       {70.4382, 67.6089, 89.2021, 65.8106, 81.7477, 64.5238, 74.5298, 98.5814, 70.1045, 73.0561,
-        73.4178},
-       1e-3},
-      // The smoothed %K of the slow stochastic is the %D of the fast one.
-      {"cs-soo.xls",
-       "stochastic",
-       {14, 3, 3},
-       0,
-       stochastic,
-       15,
-       {75.7497, 74.2072, 78.9201, 70.6940, 73.6004, 79.2117, 81.0719, 80.5807, 72.1928},
-       1e-3},
-      {"volume-weighted average price",
-       "vwap",
-       {},
-       0,
-       minutes,
-       0,
-       {127.21, 127.2044, 127.1956, 127.1741, 127.1494, 127.1424, 127.1267, 127.1191, 127.1188,
-        127.1188},
-       1e-4},
+      bands(0, {91.291862, 91.949268, 92.612595, 92.9342, 93.31195}),
+      bands(1, {88.70794, 89.04516, 89.239745, 89.390705, 89.5078}),
+      bands(2, {86.124018, 86.141052, 85.866895, 85.84721, 85.70365}),
+      {"cs-soo.xls", "stochastic", {14, 3, 3}, 0, ranged, 15, smoothed, 1e-3},
+      {"cs-soo.xls", "stochastic", {14, 1, 3}, 1, ranged, 15, smoothed, 1e-3},
   };
 }
 
@@ -252,14 +146,6 @@ std::vector<Published> OtherTables() {
            {29.41, 29.32, 29.96, 28.74, 28.56, 28.41, 28.08, 27.43, 27.66, 27.83,
             27.40, 27.09, 26.18, 26.13, 26.63, 26.13, 25.43, 25.35, 25.88, 26.96,
             27.14, 28.01, 27.88, 27.99, 28.76, 29.14, 28.71, 28.93, 30.03});
-  const Numbers wilder_highs = {51.12, 52.35, 52.1, 51.8, 52.1, 52.5, 52.8, 52.5, 53.5, 53.5,
-                                53.8,  54.2,  53.4, 53.5, 54.4, 55.2, 55.7, 57,   57.5, 58,
-                                57.7,  58,    57.5, 57,   56.7, 57.5, 56.7, 56,   56.2, 54.8,
-                                55.5,  54.7,  54,   52.5, 51,   51.5, 51.7, 53};
-  const Numbers wilder_lows = {50,   51.5, 51,   50.5, 51.25, 51.7, 51.85, 51.5, 52.3, 52.5,
-                               53,   53.5, 52.5, 52.1, 53,    54,   55,    56,   56.5, 57,
-                               56.5, 57.3, 56.7, 56.3, 56.2,  56,   55.5,  55,   54.9, 54,
-                               54.5, 53.8, 53,   51.5, 50,    50.5, 50.2,  51.5};
   const auto macd = [&](std::size_t line, int first, const Numbers& values) {
     return Published{"Samir Khan, How to Calculate MACD in Excel, investexcel.net",
                      "macd",
@@ -276,17 +162,8 @@ std::vector<Published> OtherTables() {
             0.102981491, -1.258401953, -2.07055819, -2.621842328, -2.32906674, -2.181632115}),
       macd(1, 33, {3.037525869, 1.905652229, 1.058708435, 0.410640325, -0.152012994, -0.790034732}),
       macd(2, 33, {-5.108084059, -4.527494558, -3.387775176, -2.59227244, -2.250613279}),
-      {"cs-adx.xls, whose prices have more decimals", "adx", {14}, 0, moved, 27, {33.58}, 0.15},
       {"Wilder's running sums, by a script", "adx", {14}, 0, moved, 27, {33.71, 32.26}, 6e-3},
       {"Wilder's running sums, by a script", "adx", {14}, 1, moved, 14, {6.66, 6.21, 5.71}, 6e-3},
-      {"J. Welles Wilder, New Concepts in Technical Trading Systems, the parabolic after its turn",
-       "sar",
-       {0.02, 0.2},
-       0,
-       Bars(wilder_lows, wilder_highs, wilder_lows),
-       36,
-       {52.93, 50.00},
-       6e-3},
   };
 }
 
@@ -358,8 +235,10 @@ TEST(Indicators, KnowTheDayAndTheWeekBefore) {
   EXPECT_TRUE(std::isnan(extent("week", 2)[0]));
   EXPECT_THAT(extent("week", 3), testing::ElementsAre(22, 3, 12));
   EXPECT_THAT(extent("week", 4), testing::ElementsAre(22, 3, 12));
-  bars.volumes.assign(5, 10);
-  EXPECT_DOUBLE_EQ(RunOf("vwap", {}, bars).Line(0)[2], (22 + 3 + 12) / 3.0) << "of its day alone";
+  bars.volumes = {10, 30, 20, 10, 10};
+  const Numbers vwap = RunOf("vwap", {}, bars).Line(0);
+  EXPECT_NEAR(vwap[1], ((21 + 4 + 10) * 10 + (20 + 5 + 11) * 30) / (3 * 40.0), 1e-9);
+  EXPECT_DOUBLE_EQ(vwap[2], (22 + 3 + 12) / 3.0) << "of its day alone";
 }
 
 TEST(Indicators, OfChannelsEncloseTheirMiddle) {
@@ -369,6 +248,7 @@ TEST(Indicators, OfChannelsEncloseTheirMiddle) {
               testing::ElementsAre(10, 7.5, 5));
   const IndicatorRun keltner = RunOf("keltner", {2, 3, 1.5}, bars);
   const double middle = RunOf("ema", {2}, bars).Line(0)[3];
+  EXPECT_DOUBLE_EQ(middle, 8) << "two thirds of the way from 6 to 9";
   const double reach = 1.5 * RunOf("atr", {3}, bars).Line(0)[3];
   EXPECT_TRUE(std::isnan(keltner.Line(0)[1]));
   EXPECT_DOUBLE_EQ(keltner.Line(0)[3], middle + reach);
@@ -389,23 +269,6 @@ TEST(Indicators, StayFiniteForEverySeries) {
   EXPECT_DOUBLE_EQ(RunOf("sma", {3}, Bars({67108864, 1.25, 1.5, 1.75})).Line(0)[3], 1.5);
 }
 
-BarArrays RandomBars(std::size_t count, std::mt19937& random) {
-  std::normal_distribution<double> move(0, 1);
-  Numbers closes;
-  Numbers highs;
-  Numbers lows;
-  Numbers volumes;
-  double price = 100;
-  for (std::size_t i = 0; i < count; ++i) {
-    price = std::max(5.0, price + move(random));
-    closes.push_back(price);
-    highs.push_back(price + std::abs(move(random)));
-    lows.push_back(price - std::abs(move(random)));
-    volumes.push_back(static_cast<double>(random() % 1000));
-  }
-  return Bars(closes, highs, lows, volumes);
-}
-
 void Truncate(BarArrays& bars, std::size_t count) {
   bars.dates.resize(count);
   bars.times.resize(count);
@@ -417,8 +280,7 @@ void Truncate(BarArrays& bars, std::size_t count) {
 
 // A replay goes on, steps back, jumps, and replaces its newest bar.
 TEST(Indicators, FollowEveryStepAsIfComputedFromTheStart) {
-  std::mt19937 random(20);
-  const BarArrays all = RandomBars(2500, random);
+  const BarArrays all = RandomSeries(2500, 20);
   for (const IndicatorRow& row : IndicatorCatalogue()) {
     const Numbers parameters = UsualIndicator(row, 0).parameters;
     IndicatorRun run(row.start(parameters), row.lines.size());
@@ -442,8 +304,7 @@ TEST(Indicators, FollowEveryStepAsIfComputedFromTheStart) {
 }
 
 TEST(Indicators, TakeOneStepForOneMoreBarAndFewForABarLess) {
-  std::mt19937 random(21);
-  const BarArrays all = RandomBars(32767, random);
+  const BarArrays all = RandomSeries(32767, 21);
   BarArrays shown = all;
   Truncate(shown, 32000);
   long steps = 0;
