@@ -30,6 +30,13 @@ struct ChartPaneTest : testing::Test {
     pane->Plot().replot();
     return pane;
   }
+  static void Drag(ChartPlot& plot, QPoint from, QPoint to, Qt::KeyboardModifiers held = {},
+                   Qt::MouseButton button = Qt::LeftButton) {
+    QTest::mousePress(&plot, button, held, from);
+    QTest::mouseMove(&plot, to);
+    QTest::mouseRelease(&plot, button, held, to);
+    plot.replot();
+  }
   // The texts over the plot.
   static std::vector<const QCPItemText*> Tags(const ChartPlot& plot) {
     std::vector<const QCPItemText*> tags;
@@ -76,19 +83,13 @@ TEST_F(ChartPaneTest, ZoomsAndPansWithKeysAndMouse) {
   EXPECT_NEAR(window.First(), newest, 1e-6);
   QTest::keyClick(&pane->Plot(), Qt::Key_Home);
   EXPECT_EQ(window.FirstBar(), 0);
-  const auto drag = [&](Qt::MouseButton button, int from, int to) {
-    QTest::mousePress(&pane->Plot(), button, {}, {from, 200});
-    QTest::mouseMove(&pane->Plot(), {to, 220});
-    QTest::mouseRelease(&pane->Plot(), button, {}, {to, 220});
-    pane->Plot().replot();
-  };
   const double oldest = window.First();
-  drag(Qt::LeftButton, 400, 300);
+  Drag(pane->Plot(), {400, 200}, {300, 220});
   EXPECT_GT(window.First(), oldest + 10);
   EXPECT_NEAR(window.Span(), usual, 1e-9);
   auto* const newest_button = pane->findChild<QPushButton*>();
   for (const auto& [from, to] : {std::pair{200, 400}, {400, 200}}) {
-    drag(Qt::RightButton, from, to);
+    Drag(pane->Plot(), {from, 200}, {to, 220}, {}, Qt::RightButton);
     EXPECT_NEAR(window.Span(), usual * 200 / pane->Plot().Prices().width(), 1);
     QTest::mouseDClick(&pane->Plot(), Qt::LeftButton, {}, {400, 220});
     pane->Plot().replot();
@@ -215,9 +216,7 @@ TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
     return QString();
   };
   const ViewWindow before = pane->Window();
-  QTest::mousePress(&plot, Qt::LeftButton, Qt::ShiftModifier, {400, 200});
-  QTest::mouseMove(&plot, {500, 220});
-  QTest::mouseRelease(&plot, Qt::LeftButton, Qt::ShiftModifier, {500, 220});
+  Drag(plot, {400, 200}, {500, 220}, Qt::ShiftModifier);
   const BarSeries& series = pane->Document().Model().Series();
   EXPECT_EQ(measured(),
             ToQt(DistanceText(series, *plot.PlaceAt({400, 200}), *plot.PlaceAt({500, 220}))));
@@ -226,9 +225,7 @@ TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
   QTest::keyRelease(&plot, Qt::Key_Shift, Qt::NoModifier);
   EXPECT_TRUE(measured().isEmpty());
   for (const Qt::KeyboardModifiers held : {Qt::ShiftModifier, Qt::NoModifier}) {
-    QTest::mousePress(&plot, Qt::LeftButton, held, {400, 200});
-    QTest::mouseMove(&plot, {500, 220});
-    QTest::mouseRelease(&plot, Qt::LeftButton, held, {500, 220});
+    Drag(plot, {400, 200}, {500, 220}, held);
     EXPECT_EQ(measured().isEmpty(), held == Qt::NoModifier);
   }
   EXPECT_NE(pane->Window().First(), before.First()) << "a plain drag scrolls";
@@ -249,9 +246,7 @@ TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
   EXPECT_TRUE(measured().isEmpty());
 
   // The run goes back to a bar between the two.
-  QTest::mousePress(&plot, Qt::LeftButton, Qt::ShiftModifier, {300, 200});
-  QTest::mouseMove(&plot, {500, 220});
-  QTest::mouseRelease(&plot, Qt::LeftButton, Qt::ShiftModifier, {500, 220});
+  Drag(plot, {300, 200}, {500, 220}, Qt::ShiftModifier);
   const int from = plot.PlaceAt({300, 200})->bar;
   ASSERT_LT(from + 2, plot.PlaceAt({500, 220})->bar);
   StoreSecurity(program_.folder, {"SCB", "Bank", -1}, DailyBars(from + 2), program_.cache);

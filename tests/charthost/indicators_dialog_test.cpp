@@ -63,7 +63,6 @@ TEST_F(IndicatorsDialogTest, AddsChangesHidesAndRemoves) {
     EXPECT_TRUE(pane->axis(QCPAxis::atBottom)->range() ==
                 Plot().Prices().axis(QCPAxis::atBottom)->range());
   }
-  EXPECT_EQ(Panes(), 4);
   const auto fields = Dialog().findChildren<QDoubleSpinBox*>();
   ASSERT_EQ(fields.size(), 3);
   EXPECT_EQ(fields[1]->accessibleName(), QStringLiteral("Slow"));
