@@ -9,11 +9,6 @@
 namespace velumar {
 namespace {
 
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 using testing::Pair;
 

@@ -111,19 +111,13 @@ TEST_F(PracticeWindowTest, AChangedSeriesGoesOnAtTheSameMomentIfTheTraderWantsIt
   EXPECT_EQ(all->session.Plans.Orders().at(0).plan.value().stop_since, bar + 1);
 }
 
-TEST_F(PracticeWindowTest, AnEndedSessionCanNoLongerBeTraded) {
-  all->Setup().lnkPractice.UserClick();
-  Window().lstSessions.UserKeyUp(kEnterKey);
+TEST_F(PracticeWindowTest, AnEndedSessionStaysAndADeletedOneGoes) {
+  all->program.ResumeSession(2);
   all->Navigator().Image5.UserClick();
   all->Setup().lnkPractice.UserClick();
   Window().cmdEnd.UserClick();
-  EXPECT_TRUE(all->session.BarDate.empty());
+  EXPECT_TRUE(all->session.BarDate.empty()) << "it can't be traded any more";
   EXPECT_EQ(all->session.SessionNumber, 0);
-}
-
-TEST_F(PracticeWindowTest, AnEndedSessionStaysAndADeletedOneGoes) {
-  all->Setup().lnkPractice.UserClick();
-  Window().cmdEnd.UserClick();
   EXPECT_THAT(Cell(0, 6), HasSubstr("ended"));
   EXPECT_EQ(Window().lstSessions.Selected(), std::vector<std::size_t>{1}) << "the next open one";
   Window().lstSessions.UserSelect({0});
