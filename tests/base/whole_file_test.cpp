@@ -59,10 +59,6 @@ TEST(WholeFile, IsReadAndReplacedOrRefusedByName) {
   EXPECT_THAT([&] { ReadWholeFile(file, 9); }, refused(StartsWith(file.string())));
   ReplaceWholeFile(file, "12345");
   EXPECT_EQ(ReadWholeFile(file, 5), "12345");
-  const std::string blocks(200'000, 'x');
-  ReplaceWholeFile(folder / "blocks", blocks);
-  EXPECT_EQ(ReadWholeFile(folder / "blocks", blocks.size()), blocks);
-  std::filesystem::remove(folder / "blocks");
   EXPECT_THAT([&] { ReadWholeFile(file, 4); }, refused(HasSubstr("limit of 4 bytes")));
   EXPECT_THAT([&] { ReplaceWholeFile(folder.Path(), "no"); },
               refused(HasSubstr("can't be written: it is a folder")));
