@@ -30,7 +30,6 @@ ImportOptions OptionsOf(const std::vector<std::string>& arguments) {
     if (flag == "--adjusted") options.prices = Prices::kAdjusted;
     if (flag == "--unadjusted") options.prices = Prices::kAsTraded;
     if (flag == "--utc") options.utc = true;
-    if (flag == "--last") options.too_long = TooLong::kKeepLast;
     if (i + 1 == arguments.size()) continue;
     const std::string& value = arguments[i + 1];
     if (flag == "--symbol") options.symbol = value;
@@ -41,7 +40,6 @@ ImportOptions OptionsOf(const std::vector<std::string>& arguments) {
                            : value == "mdy" ? DateOrder::kMonthDayYear
                                             : DateOrder::kYearMonthDay;
     }
-    if (flag == "--decimal") options.decimal_comma = value == "comma";
     if (flag == "--label") options.label = value == "end" ? BarLabel::kEnd : BarLabel::kStart;
     if (flag == "--scale") options.scale = std::stoi(value);
     if (flag == "--from") options.from = DateFromDigits(value);
