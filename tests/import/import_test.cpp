@@ -71,9 +71,7 @@ TEST_F(Import, AddsBarsAndCorrectsThem) {
   const auto before = FilesOf(data);
   EXPECT_EQ(Taken(folder.Sub("ABC_D.csv")), "0 new, 0 changed, 0 kept");
   EXPECT_EQ(FilesOf(data), before) << "the same file again changes nothing";
-  ImportOptions named;
-  named.name = "Abc of Rome";
-  EXPECT_EQ(Taken(folder.Sub("ABC_D.csv"), named), "0 new, 0 changed, 0 kept");
+  EXPECT_EQ(Taken(folder.Sub("ABC_D.csv"), {.name = "Abc of Rome"}), "0 new, 0 changed, 0 kept");
   EXPECT_EQ(NameOf("ABC"), "Abc of Rome");
 
   const std::string newer = kHeader + Days(6, 6) + Days(8, 8, 9) + Days(10, 12);
@@ -82,28 +80,20 @@ TEST_F(Import, AddsBarsAndCorrectsThem) {
   EXPECT_THAT(stored, HasSubstr("20200107,0,7,7,7,7,0,0\n20200108,0,9,9,9,9,0,0\n"));
   EXPECT_THAT(stored, HasSubstr("20200101,0,1,"));
 
-  ImportOptions replace;
-  replace.replace = true;
-  EXPECT_EQ(Taken(folder.Sub("ABC_D.csv"), replace), "5 new, 0 changed, 0 kept");
+  EXPECT_EQ(Taken(folder.Sub("ABC_D.csv"), {.replace = true}), "5 new, 0 changed, 0 kept");
   EXPECT_THAT(Stored("ABC"), testing::Not(HasSubstr("20200101")));
 }
 
 TEST_F(Import, MakesASecurityOfEachTicker) {
-  std::string text = "<TICKER>,<PER>,<DTYYYYMMDD>,<TIME>,<OPEN>,<HIGH>,<LOW>,<CLOSE>,<VOL>\n";
-  for (int day = 1; day <= 5; ++day) {
-    for (const std::string ticker : {"AAA", "bbb", "A_TICKER_THAT_IS_TOO_LONG"}) {
-      text += ticker + ",D," + std::to_string(20200100 + day) + ",000000,1,1,1,1,1\n";
-    }
-  }
-  const ImportReport report = Take(File("all.txt", text));
+  const ImportReport report = Take(File("all.txt",
+                                        "Ticker,Date,Close\nAAA,20200101,1\nbbb,20200101,1\n"
+                                        "A_TICKER_THAT_IS_TOO_LONG,20200101,1\n"));
   ASSERT_EQ(report.series.size(), 3U);
   EXPECT_EQ(report.series[1].found.symbol, "BBB");
   EXPECT_EQ(report.series[1].error, "");
   EXPECT_THAT(report.series[2].error, HasSubstr("A_TICKER"));
   EXPECT_EQ(SecuritiesOf(data, cache).size(), 2U);
-  ImportOptions options;
-  options.symbol = "CCC";
-  EXPECT_THAT([&] { Take(folder.Sub("all.txt"), options); },
+  EXPECT_THAT([&] { Take(folder.Sub("all.txt"), {.symbol = "CCC"}); },
               ThrowsMessage<ImportError>(HasSubstr("all.txt: holds 3 tickers")));
 }
 
@@ -140,12 +130,6 @@ TEST_F(Import, AsksWhichComesFirstAndWhatTheSymbolIs) {
   ASSERT_EQ(symbol.questions.size(), 1U);
   EXPECT_EQ(symbol.questions[0].option, "--symbol TEXT");
   EXPECT_TRUE(UnderstandFile(file, symbol.questions[0].answers.at(0).options, nullptr).Ready());
-  const Understanding years =
-      UnderstandFile(File("Y_D.csv", kHeader + "20191230,1,1,1,1\n20191231,1,1,1,1\n" + Days(1, 3)),
-                     {.too_long = TooLong::kSplitByYear}, nullptr);
-  ASSERT_EQ(years.series.size(), 2U);
-  EXPECT_EQ(years.series[0].symbol, "Y-2019");
-  EXPECT_EQ(years.series[0].last.date, 20191231);
 }
 
 TEST_F(Import, ShowsTheFirstLinesOfAFileWithoutBars) {
@@ -205,8 +189,7 @@ TEST_F(Import, KeepsAWholeBarOfWhichANewerFileHasTheEnd) {
     }
     return text;
   };
-  ImportOptions options;
-  options.interval = 60;
+  const ImportOptions options = {.interval = 60};
   EXPECT_EQ(Taken(File("ABC.csv", minutes(570, 720)), options), "3 new, 0 changed, 0 kept");
   const std::string before = Stored("ABC", 60);
   EXPECT_THAT(before, HasSubstr("\n20200102,100000,601,660,601,660,60,0\n"));
@@ -221,25 +204,11 @@ TEST_F(Import, NeverMixesTickersScalesOrZones) {
   ASSERT_EQ(tickers.series.size(), 1U) << "case and blanks make no other security";
   EXPECT_EQ(tickers.series[0].bars, 3);
 
-  const Understanding periods =
-      UnderstandFile(File("all.csv",
-                          "Ticker,Per,Date,Time,Close\nABC,60,20200102,100000,1\n"
-                          "ABC,60,20200102,110000,2\nABC,D,20200102,000000,3\n"
-                          "ABC,D,20200103,000000,4\nABC,60,20200102,120000,5\n"),
-                     {}, nullptr);
-  ASSERT_EQ(periods.series.size(), 2U) << "one after the other, with one ticker";
-  EXPECT_EQ(periods.series[0].bars, 3);
-  EXPECT_EQ(periods.series[1].interval, kDaily);
-
   const std::string file = File("ABC_D.csv", kHeader + Days(1, 3));
-  ImportOptions options;
-  options.scale = 100;
-  options.name = std::string(45, 'x');
-  EXPECT_THAT([&] { Take(file, options); },
+  EXPECT_THAT([&] { Take(file, {.name = std::string(45, 'x'), .scale = 100}); },
               ThrowsMessage<ImportError>(HasSubstr("shorter --name")));
-  options = {};
-  options.to_zone = "Mars/Base";
-  EXPECT_THAT([&] { Take(file, options); }, ThrowsMessage<ImportError>(HasSubstr("\"Mars/Base\"")));
+  EXPECT_THAT([&] { Take(file, {.to_zone = "Mars/Base"}); },
+              ThrowsMessage<ImportError>(HasSubstr("\"Mars/Base\"")));
 
   EXPECT_THAT([&] { Take(File("S_D.csv", "Date;Close\n02.01.2020;1.234\n03.01.2020;1.235\n")); },
               ThrowsMessage<ImportUndecided>(HasSubstr("Set --decimal comma or point.")));
@@ -250,8 +219,10 @@ TEST_F(Import, NeverMixesTickersScalesOrZones) {
   EXPECT_THAT(Stored("UTC", 60), HasSubstr("\n20200102,000000,1,"));
 }
 
-TEST_F(Import, RefusesAWorkingStoreAndLeavesOtherSeriesAlone) {
+TEST_F(Import, ChangesNothingIfItIsCancelledOrMeantForAWorkingStore) {
   const std::string file = File("ABC_D.csv", kHeader + Days(1, 5));
+  EXPECT_THROW(ImportFile(file, data, {}, cache, [](double) { return false; }), ImportCancelled);
+  EXPECT_FALSE(std::filesystem::exists(data));
   std::filesystem::create_directory(data);
   WriteFile(std::filesystem::path(data) / kWorkingStoreMark, "");
   const auto before = FilesOf(data);
@@ -266,10 +237,9 @@ TEST_F(Import, LosesNothingIfAnotherOneRunsAtTheSameTime) {
   }
   const auto take = [this](int first_day) {
     IndexCache own;
-    ImportOptions options;
-    options.symbol = "ABC";
     for (int day = first_day; day < first_day + kFiles; ++day) {
-      ImportFile(folder.Sub("d" + std::to_string(day) + ".csv"), data, options, own, nullptr);
+      const std::string file = folder.Sub("d" + std::to_string(day) + ".csv");
+      ImportFile(file, data, {.symbol = "ABC"}, own, nullptr);
     }
   };
   std::thread other(take, 1 + kFiles);
@@ -317,9 +287,8 @@ TEST_F(Import, ReportsEachOfSeveralFilesOnceItIsStored) {
 
 TEST_F(Import, SaysThatALongNameIsCut) {
   const std::string file = File("ABC_D.csv", kHeader + Days(1, 3));
-  ImportOptions options;
-  options.name = "\u00DCberseehandel " + std::string(40, 'x');
-  EXPECT_THAT(Take(file, options).remarks,
+  const std::string name = "\u00DCberseehandel " + std::string(40, 'x');
+  EXPECT_THAT(Take(file, {.name = name}).remarks,
               ElementsAre(HasSubstr("cut to \"\u00DCberseehandel xxx")));
   EXPECT_EQ(NameOf("ABC"), "\u00DCberseehandel " + std::string(31, 'x'));
 }
@@ -340,7 +309,6 @@ TEST_F(Import, NamesTheColumnThatMayBeTheMissingVolume) {
         HasSubstr("a column that may be the volume was not taken: " + column + "; name it"));
   };
   const std::string prices = "Date,Open,High,Low,Close";
-  EXPECT_THAT(remarks(prices + ",Vaihto\n", "", {",7000", ",8100", ",7400"}), taken("\"Vaihto\""));
   EXPECT_THAT(remarks(prices + ",Kurssi,Vaihto,Kpl\n", "",
                       {",10.4,7000,30", ",10.3,8100,20", ",10.4,7400,40"}),
               taken("\"Vaihto\", \"Kpl\""));
@@ -355,12 +323,6 @@ TEST_F(Import, NamesTheColumnThatMayBeTheMissingVolume) {
   EXPECT_THAT(UnderstandFile(folder.Sub("DEF_D.csv"), {}, nullptr).remarks, taken("number 2"));
 }
 
-TEST_F(Import, CanBeCancelledBeforeItChangesAnything) {
-  const std::string file = File("ABC_D.csv", kHeader + Days(1, 5));
-  EXPECT_THROW(ImportFile(file, data, {}, cache, [](double) { return false; }), ImportCancelled);
-  EXPECT_FALSE(std::filesystem::exists(data));
-}
-
 TEST_F(Import, KeepsMergedSeriesPlayable) {
   const auto minutes = [](int first_day, int days) {
     std::string text = "Date,Time,Open,High,Low,Close\n";
@@ -373,8 +335,7 @@ TEST_F(Import, KeepsMergedSeriesPlayable) {
     }
     return text;
   };
-  ImportOptions options;
-  options.symbol = "ABC";
+  ImportOptions options = {.symbol = "ABC"};
   EXPECT_EQ(Taken(File("a.csv", minutes(0, 100)), options), "28800 new, 0 changed, 0 kept");
   const std::string more = File("b.csv", minutes(100, 50));
   EXPECT_THAT([&] { Take(more, options); },
@@ -395,6 +356,7 @@ TEST_F(Import, KeepsMergedSeriesPlayable) {
             "1200 new, 0 changed, 0 kept");
   EXPECT_EQ(Taken(more, answers["one series for each year: 2020 of this file"]),
             "14400 new, 0 changed, 0 kept");
+  EXPECT_NE(NameOf("ABC-2020"), "");
   options = answers["keep the last 32,768 bars: from 9 February 2020"];
   EXPECT_EQ(Taken(more, options), "14400 new, 0 changed, 0 kept");
   const SecurityInfo kept = SecuritiesOf(data, cache).at(0);
@@ -416,9 +378,7 @@ TEST_F(Import, IsRepeatedForFilesThatChanged) {
   EXPECT_THAT(update(), IsEmpty());
   prices.Write("ABC_D.csv", kHeader + Days(1, 5));
   prices.Write("OTHER_D.csv", kHeader + Days(1, 5));
-  ImportOptions options;
-  options.name = "Abc of Zürich";
-  Take(prices.Sub("ABC_D.csv"), options);
+  Take(prices.Sub("ABC_D.csv"), {.name = "Abc of Zürich"});
   EXPECT_THAT(update(), IsEmpty()) << "only the file was imported, not its folder";
   prices.Write("ABC_D.csv", kHeader + Days(1, 6));
   EXPECT_THAT(update(), ElementsAre("ABC_D.csv"));
@@ -432,8 +392,8 @@ TEST_F(Import, IsRepeatedForFilesThatChanged) {
   std::filesystem::last_write_time(prices / "ABC_D.csv", Clock::now() - std::chrono::hours(1));
   EXPECT_THAT(update(), ElementsAre("ABC_D.csv")) << "an older file was put back";
 
-  options = {.symbol = "ABC", .name = "Abc", .replace = true, .remember = Remember::kFolder};
-  Take(prices.Sub("ABC_D.csv"), options);
+  Take(prices.Sub("ABC_D.csv"),
+       {.symbol = "ABC", .name = "Abc", .replace = true, .remember = Remember::kFolder});
   prices.Write("bank.csv", "a,b\n1,2\n");
   EXPECT_THAT(update(), ElementsAre("OTHER_D.csv", "bank.csv failed"));
   EXPECT_EQ(NameOf("OTHER"), "OTHER");
