@@ -41,21 +41,16 @@ TEST(DrillResults, AreThoseOfTheTradesAndRankedAmongTheirLikes) {
   Add(played, 6, true, 0.1);
   Add(played, 5, true, 1.0 / 3);
   played.sessions[5].scope = LedgerScope::Run(6);
-  const LedgerDrill like{.charts = 2, .bars = 40, .finished = true};
-  const auto drill = [](LedgerDrill of, std::vector<int> sessions) {
+  const auto drill = [](std::vector<int> sessions, int bars = 40, int seconds = 0) {
+    LedgerDrill of{.charts = 2, .bars = bars, .seconds = seconds, .finished = true};
     of.sessions = std::move(sessions);
     return of;
   };
-  LedgerDrill longer = like;
-  longer.bars = 41;
-  LedgerDrill timed = like;
-  timed.seconds = 90;
-  LedgerDrill stopped = like;
+  LedgerDrill stopped = drill({5});
   stopped.finished = false;
-  const std::vector<DrillResult> results =
-      DrillResults({drill(like, {1, 2}), drill(like, {3, 6}), drill(longer, {4}),
-                    drill(stopped, {5}), drill(like, {}), drill(timed, {})},
-                   played);
+  const std::vector<DrillResult> results = DrillResults(
+      {drill({1, 2}), drill({3, 6}), drill({4}, 41), stopped, drill({}), drill({}, 40, 90)},
+      played);
   const DrillFigures& figures = results.at(0).figures;
   EXPECT_EQ(figures.trades, 2) << "not the one that knew later bars";
   EXPECT_EQ(figures.wins, 1);
@@ -74,7 +69,7 @@ TEST(DrillResults, AreThoseOfTheTradesAndRankedAmongTheirLikes) {
   EXPECT_EQ(results[3].figures.trades, 2);
   EXPECT_EQ(results[3].figures.wins, 1) << "what only pays its costs wins nothing";
   played.sessions[0].closes.clear();
-  EXPECT_EQ(DrillResults({drill(like, {1})}, played).at(0).RankText(), "-");
+  EXPECT_EQ(DrillResults({drill({1})}, played).at(0).RankText(), "-");
 }
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <numeric>
 
@@ -10,6 +8,7 @@
 #include "progress/progress_figures.h"
 #include "progress/trade_export.h"
 #include "support/plain_figures.h"
+#include "support/scratch_folder.h"
 #include "support/simulated_traders.h"
 
 namespace velumar {
@@ -18,7 +17,6 @@ namespace {
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 std::map<std::string, ProgressFigure> FiguresOf(const Played& played, const Selection& selection,
@@ -32,18 +30,6 @@ std::map<std::string, ProgressFigure> FiguresOf(const Played& played, const Sele
   return figures;
 }
 
-PlayedTrade Traded(int session, int entry, int exit, double money, double costs = 0) {
-  PlayedTrade trade;
-  trade.session = session;
-  trade.entry_bar = entry;
-  trade.exit_bar = exit;
-  trade.quantity = 2;
-  trade.money_per_point = 1;
-  trade.money = money;
-  trade.costs = costs;
-  return trade;
-}
-
 TEST(ProgressFigures, AgreeWithASecondComputationFromTheDefinitions) {
   for (int seed = 1; seed <= 30; ++seed) {
     RandomSource random(static_cast<std::uint64_t>(seed));
@@ -55,7 +41,6 @@ TEST(ProgressFigures, AgreeWithASecondComputationFromTheDefinitions) {
     EXPECT_THAT(curve.equity, testing::Pointwise(testing::DoubleNear(1e-5), plain.Equity()));
     const auto figures = FiguresOf(played, all);
     const auto expected = plain.Compute();
-    EXPECT_EQ(expected.size(), 23);
     for (const auto& [name, value] : expected) {
       ProgressFigure shown = figures.at(name);
       const std::string text = shown.ValueText();
@@ -103,27 +88,6 @@ TEST(ProgressFigures, FallsOfPiecesAreThoseOfTheCurveTheyMake) {
       EXPECT_EQ(path.longest, longest);
     }
   }
-}
-
-// An account of 100 that goes to 110, 99, 121 and 121, as a figure book would have it.
-TEST(ProgressFigures, OfAWorkedExample) {
-  Played played;
-  PlayedSession& session = played.sessions.emplace_back();
-  session.starting_money = 100;
-  session.first_day = session.last_day = 20260105;
-  session.closes = {50, 55, 49.5, 60.5, 70};
-  played.trades = {Traded(0, 0, 3, 21)};
-  const Selection all = Select(played, {});
-  EXPECT_THAT(ChainEquity(played, all).equity, ElementsAre(100, 110, 99, 121, 121));
-  EXPECT_THAT(DrawdownOf(ChainEquity(played, all)), ElementsAre(0, 0, 11, 0, 0));
-  const auto figures = FiguresOf(played, all, 100);
-  EXPECT_EQ(figures.at("Max drawdown in percent").ValueText(), "10.00 %");
-  EXPECT_EQ(figures.at("Longest drawdown").ValueText(), "1");
-  EXPECT_EQ(figures.at("Ulcer index").ValueText(), "4.47 %");  // 10 / sqrt(5)
-  EXPECT_EQ(figures.at("Recovery factor").ValueText(), "1.91");
-  EXPECT_EQ(figures.at("Time in market").ValueText(), "60.00 %");
-  EXPECT_EQ(figures.at("Average loss").ValueText(), "-");
-  EXPECT_EQ(figures.at("Expectancy").IntervalText(), "too few");
 }
 
 TEST(ProgressFigures, ATradeOfNothingEndsARowOfWinsOrLosses) {
@@ -212,11 +176,8 @@ TEST(TradeFilters, LetThroughWhatIsAskedFor) {
     played.sessions[i].symbol = i % 2;
     if (i > 0) played.sessions[i].played_at = "2026-11-0" + std::to_string(i) + " 07:03:40";
   }
-  struct Case {
-    TradeFilter filter;
-    std::function<bool(const PlayedTrade&, const PlayedSession&)> passes;
-  };
-  const std::vector<Case> cases = {
+  using Passes = bool (*)(const PlayedTrade&, const PlayedSession&);
+  const std::pair<TradeFilter, Passes> cases[] = {
       {{}, [](auto&, auto&) { return true; }},
       {{.symbol = 1}, [](auto&, auto& session) { return session.symbol == 1; }},
       {{.interval = kAbsent}, [](auto&, auto&) { return false; }},
@@ -235,18 +196,17 @@ TEST(TradeFilters, LetThroughWhatIsAskedFor) {
        [](auto& trade, auto&) { return trade.weekday == 4 && trade.hour == 10; }},
       {{.sessions = {LedgerScope::Session(2), LedgerScope::Run(3)}},
        [](auto&, auto& session) { return session.scope.number == 2; }}};
-  for (Case test : cases) {
+  for (auto [filter, passes] : cases) {
     for (const bool look_ahead : {false, true}) {
-      test.filter.look_ahead = look_ahead;
+      filter.look_ahead = look_ahead;
       Selection expected;
       for (std::int32_t i = 0; i < static_cast<std::int32_t>(played.trades.size()); ++i) {
         const PlayedTrade& trade = played.trades[i];
-        if ((look_ahead || !trade.look_ahead) &&
-            test.passes(trade, played.sessions[trade.session])) {
+        if ((look_ahead || !trade.look_ahead) && passes(trade, played.sessions[trade.session])) {
           expected.push_back(i);
         }
       }
-      EXPECT_EQ(Select(played, test.filter), expected) << &test - cases.data();
+      EXPECT_EQ(Select(played, filter), expected);
     }
   }
 }
@@ -290,8 +250,7 @@ TEST(Findings, RoundAPartOfAPercentAndListWhatFits) {
 }
 
 TEST(ProgressFigures, AreExplainedInTheManual) {
-  std::ifstream page(VELUMAR_STATISTICS_PAGE);
-  const std::string text(std::istreambuf_iterator<char>(page), {});
+  const std::string text = ReadFile(VELUMAR_STATISTICS_PAGE);
   for (const auto& [name, figure] : FiguresOf({}, {})) {
     EXPECT_THAT(text, HasSubstr("| " + name + " | " + std::string(figure.formula) + " |"));
   }

@@ -5,6 +5,8 @@
 #include <numeric>
 #include <sstream>
 
+#include "support/simulated_traders.h"
+
 namespace velumar {
 namespace {
 
@@ -12,14 +14,9 @@ using testing::ElementsAre;
 
 // A trade of `held` bars on one contract of 10 a point, with costs of 10 and a risk of 20.
 PlayedTrade Trade(int session, int held, double money) {
-  PlayedTrade trade;
-  trade.session = session;
-  trade.entry_bar = 3;
-  trade.exit_bar = 3 + held;
+  PlayedTrade trade = Traded(session, 3, 3 + held, money, 10);
   trade.quantity = 1;
   trade.money_per_point = 10;
-  trade.money = money;
-  trade.costs = 10;
   trade.risk = 20;
   return trade;
 }

@@ -1,6 +1,5 @@
 #include <atomic>
 #include <cmath>
-#include <map>
 #include <numeric>
 #include <stdexcept>
 
@@ -71,41 +70,23 @@ TEST(Rounds, EndWithTheErrorOfABlockAndOfTheCaller) {
   EXPECT_EQ(blocks, 1);
 }
 
-// bench/progress/validation.cpp measures all of this with many more experiments.
-TEST(Intervals, HoldTheTruthAsOftenAsTheySay) {
-  constexpr int kExperiments = 400;
-  for (const int sessions : {4, 10, 30}) {
-    int held = 0;
-    for (std::uint64_t seed = 1; seed <= kExperiments; ++seed) {
-      RandomSource random(seed, 4);
-      const Played played = SimulateResults(sessions, Spread::kLetsRun, 0.2, random);
-      const Selection all = Select(played, {});
-      const ProgressFigures computed =
-          ComputeFigures(played, all, ChainEquity(played, all), {.count = 300, .threads = 1});
-      EXPECT_EQ(computed.over_sessions, sessions >= 8);
-      const ProgressFigure& figure = computed.figures.at(2);
-      held += figure.interval.low <= 15 && figure.interval.high >= 15 ? 1 : 0;
-    }
-    // Trades of a session are alike, which four sessions are too few to show.
-    EXPECT_THAT(held, AllOf(Ge(sessions < 8 ? 330 : 366), Le(394))) << sessions << " sessions";
+// Trades of a session are alike, which four sessions are too few to show. With more sessions,
+// bench/progress/validation.cpp measures the intervals, and how often luck passes as skill.
+TEST(Intervals, OfFourSessionsHoldTheTruthNearlyAsOftenAsTheySay) {
+  int held = 0;
+  for (std::uint64_t seed = 1; seed <= 400; ++seed) {
+    RandomSource random(seed, 4);
+    const Played played = SimulateResults(4, Spread::kLetsRun, 0.2, random);
+    const Selection all = Select(played, {});
+    const EquityCurve curve = ChainEquity(played, all);
+    const auto interval =
+        ComputeFigures(played, all, curve, {.count = 300, .threads = 1}).figures.at(2).interval;
+    held += interval.low <= 15 && interval.high >= 15 ? 1 : 0;
   }
+  EXPECT_THAT(held, AllOf(Ge(330), Le(394)));
 }
 
 TEST(RandomTraders, FindTheSkillInOneSetupAndNothingElse) {
-  int alarms = 0;
-  for (std::uint64_t seed = 1; seed <= 200; ++seed) {
-    const Played played = TradersOf({.setups = 3}, seed);
-    std::map<double, double> shares;
-    for (const SkillOrLuck& skill :
-         CompareWithRandomTraders(played, GroupsOf(played), {.count = 200, .threads = 1})) {
-      alarms += skill.IsSkill() ? 1 : 0;
-      shares.emplace(skill.share, skill.adjusted_share);
-    }
-    EXPECT_TRUE(std::ranges::is_sorted(shares, {}, [](const auto& share) { return share.second; }))
-        << "no better group is less sure";
-  }
-  EXPECT_THAT(alarms, AllOf(Ge(1), Le(22)));
-
   const Played played = TradersOf({.sessions = 60, .setups = 4, .skilled_setup = 1, .skill = 3}, 1);
   const auto skills = CompareWithRandomTraders(played, GroupsOf(played), {.count = 2000});
   std::vector<bool> found;
@@ -131,9 +112,7 @@ TEST(RandomTraders, CompareLikeWithLike) {
   session.first_bar = 5;
   session.closes = {1, 2, 4, 8};
   const auto add = [&](int entry, int exit, bool is_long) {
-    PlayedTrade& trade = played.trades.emplace_back();
-    trade.entry_bar = entry;
-    trade.exit_bar = exit;
+    PlayedTrade& trade = played.trades.emplace_back(Traded(0, entry, exit, 0));
     trade.is_long = is_long;
     trade.quantity = 3;
     trade.money_per_point = 10;
@@ -148,7 +127,8 @@ TEST(RandomTraders, CompareLikeWithLike) {
   EXPECT_NEAR(skills[0].share, 0.5, 0.03);
   EXPECT_EQ(skills[1].result, 90);
   EXPECT_NEAR(skills[1].share, 0.25, 0.03);
-  EXPECT_EQ(skills[1].adjusted_share, std::max(skills[0].adjusted_share, 2 * skills[1].share));
+  EXPECT_EQ(skills[1].adjusted_share, 2 * skills[1].share);
+  EXPECT_EQ(skills[0].adjusted_share, std::max(skills[0].share, skills[1].adjusted_share));
   EXPECT_EQ(skills[1].trades, 2);
   EXPECT_EQ(skills[1].left_out, 2);
   EXPECT_EQ(skills[1].buy_and_hold, 30 * 7);
@@ -169,9 +149,7 @@ TEST(RiskAhead, OfACoin) {
   for (int i = 0; i < 20; ++i) {
     played.sessions.push_back({});
     played.sessions.back().starting_money = 1000;
-    PlayedTrade& trade = played.trades.emplace_back();
-    trade.session = i;
-    trade.money = i % 2 == 0 ? 100 : -100;
+    PlayedTrade& trade = played.trades.emplace_back(Traded(i, 0, 0, i % 2 == 0 ? 100 : -100));
     trade.risk = 100;
   }
   const auto risk = ComputeRiskAhead(played, Select(played, {}), {});

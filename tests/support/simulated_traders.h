@@ -10,6 +10,18 @@
 
 namespace velumar {
 
+inline PlayedTrade Traded(int session, int entry, int exit, double money, double costs = 0) {
+  PlayedTrade trade;
+  trade.session = session;
+  trade.entry_bar = entry;
+  trade.exit_bar = exit;
+  trade.quantity = 2;
+  trade.money_per_point = 1;
+  trade.money = money;
+  trade.costs = costs;
+  return trade;
+}
+
 inline double NormalDraw(RandomSource& random) {
   const double radius = std::sqrt(-2 * std::log(1 - random.Share()));
   return radius * std::cos(2 * std::numbers::pi * random.Share());
