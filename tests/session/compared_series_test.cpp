@@ -21,6 +21,8 @@ struct ComparedSeriesTest : SessionFixture {
     Store("N", IntradayBars(690, 5), 5);
     Store("H", IntradayBars(800, 60), 60);
     for (const SecurityInfo& listed : SecuritiesOf(data, cache)) all.push_back(listed);
+    session.DataDir = data;
+    session.SimDir = store;
   }
   int NumberOf(const std::string& symbol) const {
     return std::ranges::find(all, symbol, &SecurityInfo::symbol)->file_number;
@@ -49,6 +51,7 @@ struct ComparedSeriesTest : SessionFixture {
   }
 
   std::vector<SecurityInfo> all;
+  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
 };
 
 TEST_F(ComparedSeriesTest, AreNeverLaterThanThePlayedMoment) {
@@ -64,24 +67,18 @@ TEST_F(ComparedSeriesTest, AreNeverLaterThanThePlayedMoment) {
     BarStepper stepper(session, cache, compared);
     for (const SecurityInfo& one : all) compared.Add(one.file_number);
     compared.Follow(session.BarIndex);
+    const std::function<void()> moves[] = {
+        [&] { stepper.FeedBar(session.BarIndex); }, [&] { stepper.FastFeed(session.BarIndex); },
+        [&] {
+          if (session.BarIndex > 0) stepper.UnfeedBar(session.BarIndex);
+        },
+        [&] { stepper.FastUnfeed(session.BarIndex); },
+        [&] {
+          stepper.MoveTo(session.BarIndex, static_cast<int>(random() % session.BarDate.size()));
+        }};
     for (int step = 0; step < 60; ++step) {
       ExpectTheSamePast(session.BarIndex, interval);
-      switch (random() % 5) {
-        case 0:
-          stepper.FeedBar(session.BarIndex);
-          break;
-        case 1:
-          stepper.FastFeed(session.BarIndex);
-          break;
-        case 2:
-          if (session.BarIndex > 0) stepper.UnfeedBar(session.BarIndex);
-          break;
-        case 3:
-          stepper.FastUnfeed(session.BarIndex);
-          break;
-        default:
-          stepper.MoveTo(session.BarIndex, static_cast<int>(random() % session.BarDate.size()));
-      }
+      moves[random() % std::size(moves)]();
     }
     compared.Remove(NumberOf("B"));
     EXPECT_TRUE(ReadBars(store, "B", -1).empty());
@@ -95,11 +92,8 @@ TEST_F(ComparedSeriesTest, WhatWasAskedForInAFailedPreparationIsForgotten) {
     std::function<void()> on_open;
     void OpenChart() override { on_open(); }
   } charts;
-  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
   RunControl control(session, run, run, platform, cache, ledger, charts);
   charts.on_open = [&] { control.Compare(NumberOf("B")); };
-  session.DataDir = data;
-  session.SimDir = store;
   session.Symbol = run.symbol = "NONE";
   run.start_day = MadeDate(20);
   EXPECT_FALSE(control.ClaimStore() && control.Start());
@@ -121,11 +115,8 @@ TEST_F(ComparedSeriesTest, WhatWasAskedForInAFailedPreparationIsForgotten) {
 TEST_F(ComparedSeriesTest, WhatTheChartProgramAsksForIsFedOrRefusedInWords) {
   for (int i = 1; i <= 8; ++i) Store("X" + std::to_string(i), DailyBars(30));
   all = SecuritiesOf(data, cache);
-  LedgerConnection ledger{[](std::string_view date) { return std::string(date); }};
   RecordedCharts charts;
   RunControl control(session, run, run, platform, cache, ledger, charts);
-  session.DataDir = data;
-  session.SimDir = store;
   session.Symbol = run.symbol = "A";
   run.start_day = MadeDate(20);
   control.Compare(NumberOf("B"));  // no run yet

@@ -53,7 +53,6 @@ TEST_F(PrepareStoreTest, WhatCannotBeReplayedIsRefusedInWords) {
       {"EMPTY", "D", {"1720", "EMPTY", "interval D", "no bars", "32768"}},
       {"LONG", "D", {"1720", "LONG", "interval D", "32769 bars", "32768"}},
       {"NONE", "D", {"1701", "NONE"}},
-      {"ABC", "60", {"1701", "ABC", "60"}},
       {"I120", "120", {"1720", "\"120\"", "I120", "D, 5, 10, 15, 30 or 60"}},
   };
   for (const auto& [symbol, interval, words] : cases) ExpectRefused(symbol, interval, words);
