@@ -29,10 +29,8 @@ json Kept(json answer) {
 
 struct SessionsTest : testing::Test {
   std::vector<std::string> Start(const std::string& name) {
-    return {
-        "replay",        data,       "ABC",        "D", "20000110", "--store",
-        box.At("store"), "--ledger", box.At(name),
-    };
+    return {"replay",        data,       "ABC",       "D", "20000110", "--store",
+            box.At("store"), "--ledger", box.At(name)};
   }
   Sandbox::Answer Resume(const std::string& name, const std::string& commands = "") {
     return box.Run(
@@ -151,8 +149,6 @@ TEST_F(SessionsTest, APlanWaitsPausesTheRunAndIsThereAgain) {
   EXPECT_EQ(plan->stop, 112);
   EXPECT_EQ(plan->target, 115);
   EXPECT_NEAR(plan->risk.value_or(0), 2 * 5.37 * 1000, 0.01) << "as at the entry";
-  const json stepped = Resume("ledger", "plan for=last target=119\nnext\n").Objects().back();
-  EXPECT_EQ(stepped["Form2.Label6"], "Target 119.00 of Long 2 reached.") << "by hand too";
   const json refused =
       Resume("ledger", "plan target=130 colour=red\nplan setup=late\nlong 1\n").Objects().at(1);
   EXPECT_EQ(refused["error"], "a plan has no \"colour=red\"");
