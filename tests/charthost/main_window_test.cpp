@@ -167,7 +167,7 @@ TEST_P(MainWindowTest, ChangesTheIntervalOfTheChartInFront) {
       << "a digit that was typed too late for the dialog";
 }
 
-TEST_P(MainWindowTest, ListsTheSecuritiesThatTheBoxesLeave) {
+TEST_P(MainWindowTest, ListsTheSecuritiesThatMatch) {
   auto& list = *Dialog().findChild<QTableView*>();
   const auto rows = [&list] { return list.model()->rowCount(); };
   const auto start = [this] { Chord(Qt::Key_F, Qt::Key_O); };

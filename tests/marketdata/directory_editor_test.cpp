@@ -107,7 +107,7 @@ TEST_F(DirectoryEditor, XmasterFollowsTheLastNumberOfMaster) {
   EXPECT_THAT(ReadBars(directory_, "S7"), ElementsAre(DailyBar(20050104)));
 }
 
-TEST_F(DirectoryEditor, OfAGroupThatCannotBeStoredEachIsReported) {
+TEST_F(DirectoryEditor, EachSecurityOfAFailedGroupIsReported) {
   Store({"OLD", "", -1}, {DailyBar(20050103)});
   const auto before = FilesOf(Text());
   std::filesystem::create_directories(directory_ / "MASTER.new/in the way");

@@ -111,7 +111,7 @@ TEST(FileLockPosix, OfADeletedFileLeavesTheNextProcesssFile) {
   EXPECT_FALSE(fs::exists(folder / "elsewhere"));
 }
 
-TEST(UserFilesPosix, OfACopyThatFailsNothingIsLeft) {
+TEST(UserFilesPosix, AFailedCopyLeavesNothing) {
   const ScratchFolder folder;
   fs::create_directory(folder / "shared");
   WriteFile(folder / "shared/MASTER", "1234");

@@ -12,7 +12,7 @@ using testing::Contains;
 using testing::HasSubstr;
 
 // A trade for each setup, in three sessions that were not played in the order of their days. All
-// trades make nothing but two, which make the same.
+// trades break even but two, which make the same.
 TEST(CoachReport, CountsFromTheFirstToTheLastAndSaysWhatItLeavesOut) {
   for (const int setups : {30, 31}) {
     LedgerConnection ledger([](std::string_view date) { return std::string(date); });
@@ -44,7 +44,7 @@ TEST(CoachReport, CountsFromTheFirstToTheLastAndSaysWhatItLeavesOut) {
       EXPECT_EQ(row.at(2), row.at(4) == "5.00" ? "100.00 %" : "0.00 %") << "won";
     }
     ASSERT_EQ(report.trades.size(), 1U) << "nothing was lost";
-    ASSERT_EQ(report.trades[0].trades.size(), 2U) << "what made nothing is not among the best";
+    ASSERT_EQ(report.trades[0].trades.size(), 2U) << "a break-even trade is not among the best";
     EXPECT_THAT(report.trades[0].trades[0].lines, Contains(HasSubstr("Held 4 bars")));
   }
 }

@@ -103,7 +103,7 @@ TEST(ProgressFigures, ATradeOfNothingEndsARowOfWinsOrLosses) {
   const auto figures = FiguresOf(played, Select(played, {}));
   EXPECT_EQ(figures.at("Max consecutive losses").ValueText(), "2");
   EXPECT_EQ(figures.at("Max consecutive wins").ValueText(), "1");
-  EXPECT_EQ(figures.at("Payoff ratio").ValueText(), "2.00") << "it is no loss either";
+  EXPECT_EQ(figures.at("Payoff ratio").ValueText(), "2.00") << "break-even is no loss either";
 }
 
 TEST(ProgressFigures, AYearIsCountedInWeekdays) {
@@ -121,7 +121,7 @@ TEST(ProgressFigures, AYearIsCountedInWeekdays) {
   }
 }
 
-TEST(ProgressFigures, AreSureFromTenTradesOrFiveSessionsOn) {
+TEST(ProgressFigures, HaveIntervalsFromTenTradesOrFiveSessionsOn) {
   for (const bool few : {true, false}) {
     Played played{{}, {}, {{}}, {}};
     played.sessions[0].starting_money = 1000;

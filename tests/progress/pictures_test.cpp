@@ -83,7 +83,7 @@ TEST(Pictures, OfExtremeResultsAndOfNone) {
               ElementsAre("0.25 1", "15.25 1", "-14.75 1"))
       << "15 R at most, on both sides";
   EXPECT_THAT(Drawn(ProgressPicture::kByHolding, played).panes.at(0).series.at(0).x, ElementsAre(1))
-      << "nothing lost is no loss";
+      << "break-even is no loss";
 }
 
 TEST(Pictures, FollowTheAccountAndTheSessions) {

@@ -176,7 +176,7 @@ TEST(RiskAhead, OfACoin) {
 }
 
 // One trade in two hundred loses just half, the others nothing: one such loss is ruin.
-TEST(RiskAhead, HalfOfTheAccountIsRuinAndALostOneTradesNoMore) {
+TEST(RiskAhead, HalfTheAccountIsRuinAndAnEmptyOneTradesNoMore) {
   Played played;
   for (int i = 0; i < 200; ++i) {
     played.sessions.emplace_back().starting_money = 1000;
