@@ -22,7 +22,7 @@ class BarPlot : public QCustomPlot {
   void SpanMoved();
 
  protected:
-  // An axis rectangle with bars below and values at `sides`, in the colours of the plot. All
+  // An axis rectangle with bars below and values on `sides`, in the colours of the plot. All
   // rectangles show the same bars.
   QCPAxisRect* AddRect(int row, QCPAxis::AxisTypes sides);
   // Valid once there is a rectangle.

@@ -204,6 +204,7 @@ TEST_F(ChartPaneTest, LooksAfterEachChangeLikeAChartThatWasJustOpened) {
       EXPECT_EQ(axis(*pane)->tickLabelColor(), (dark ? Palette::Dark() : Palette::Light()).muted);
     }
   }
+  ApplyTheme(ChartTheme::kSystem);
 }
 
 TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
@@ -255,7 +256,7 @@ TEST_F(ChartPaneTest, MeasuresWhileShiftIsHeld) {
   EXPECT_TRUE(measured().isEmpty());
 }
 
-TEST_F(ChartPaneTest, EveryPaneHasItsValuesAtTheSameSideInTheSameColour) {
+TEST_F(ChartPaneTest, EveryPaneHasItsValuesOnTheLeftInTheSameColour) {
   const auto pane = Open("SCB");
   pane->SetOptions({.axis_at_left = true, .indicators = {{.key = "rsi", .parameters = {14}}}});
   pane->Plot().replot();
@@ -269,8 +270,7 @@ TEST_F(ChartPaneTest, EveryPaneHasItsValuesAtTheSameSideInTheSameColour) {
   }
 }
 
-// However far it is scrolled.
-TEST_F(ChartPaneTest, PercentAreRoundNumbersFromTheFirstBar) {
+TEST_F(ChartPaneTest, PercentTicksStayRoundHoweverFarTheChartIsScrolled) {
   const auto pane = Open("SCB");
   pane->SetOptions({.scale = PriceScale::kPercent});
   const QCPAxis& axis = *pane->Plot().Prices().axis(QCPAxis::atRight);
@@ -305,8 +305,10 @@ TEST_F(ChartPaneTest, SavesThePictureInAllFormatsAndCopiesIt) {
     SavePicture(measured, QString::fromStdString(file));
   }
   AskForPictureFile(*pane, *pane);
-  emit pane->findChild<QFileDialog*>()->fileSelected(QStringLiteral("/nowhere/chart.png"));
+  emit pane->findChild<QFileDialog*>()->fileSelected(
+      QString::fromStdString(program_.scratch.Sub("nowhere/chart.png")));
   const auto* const box = pane->findChild<QMessageBox*>();
+  ASSERT_NE(box, nullptr);
   EXPECT_TRUE(box->isVisible() && box->text().contains(QStringLiteral("nowhere")));
   CopyPicture(*pane);
   EXPECT_EQ(QGuiApplication::clipboard()->image().size(), picture.size());

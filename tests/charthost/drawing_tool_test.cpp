@@ -98,7 +98,8 @@ TEST_F(DrawingToolTest, DrawsEachKindWithClicksOrADragAndKeepsIt) {
   Press(Qt::Key_H);
   Click(Pixel(215, 98), Qt::ControlModifier);
   ASSERT_EQ(Kept().size(), count + 2);
-  EXPECT_EQ(Kept().back().kind, DrawingKind::kHorizontalLine) << "instead of the line begun";
+  EXPECT_EQ(Kept().back().kind, DrawingKind::kHorizontalLine)
+      << "the line that was begun is dropped";
 }
 
 TEST_F(DrawingToolTest, NothingOfADrawingStaysOnTheChart) {
@@ -127,7 +128,7 @@ TEST_F(DrawingToolTest, NothingOfADrawingStaysOnTheChart) {
   }
 }
 
-TEST_F(DrawingToolTest, ACopyIsAsNewAsTheBarsItWasMadeAt) {
+TEST_F(DrawingToolTest, ACopyIsHiddenBeforeTheBarItWasMadeAt) {
   Shorten(290);
   Press(Qt::Key_H);
   Click(Pixel(250, 101), Qt::ControlModifier);

@@ -79,7 +79,7 @@ TEST_F(IndicatorsDialogTest, AddsChangesHidesAndRemoves) {
   QTest::keyClick(&List(), Qt::Key_End);
   for (const int left : {1, 0}) {
     QTest::keyClick(&List(), Qt::Key_Delete);
-    EXPECT_EQ(List().count(), left) << "the next last one is chosen";
+    EXPECT_EQ(List().count(), left) << "the new last one is selected";
   }
 }
 

@@ -149,6 +149,8 @@ TEST_F(SessionsTest, APlanWaitsPausesTheRunAndIsThereAgain) {
   EXPECT_EQ(plan->stop, 112);
   EXPECT_EQ(plan->target, 115);
   EXPECT_NEAR(plan->risk.value_or(0), 2 * 5.37 * 1000, 0.01) << "as at the entry";
+  const json stepped = Resume("ledger", "plan for=last target=119\nnext\n").Objects().back();
+  EXPECT_EQ(stepped["Form2.Label6"], "Target 119.00 of Long 2 reached.") << "by hand too";
   const json refused =
       Resume("ledger", "plan target=130 colour=red\nplan setup=late\nlong 1\n").Objects().at(1);
   EXPECT_EQ(refused["error"], "a plan has no \"colour=red\"");
@@ -179,7 +181,7 @@ TEST_F(SessionsTest, CardsAreMadeOfLossesAndDeleted) {
                     "long 1\noffset-long 1\nlong 1\n")
                 .code,
             0)
-      << "a loss, a trade of nothing and an open one";
+      << "a loss, a break-even trade and an open one";
   EXPECT_EQ(box.Run({"cards", ledger, "make", "--losses", "5"}).out, "1 card made.\n");
   const json card = json::parse(box.Run({"cards", ledger, "--json", "--due"}).out).at(0);
   EXPECT_TRUE(card["symbol"].is_null() && card["is_due"] == true && card["kind"] == "loss");
@@ -197,8 +199,8 @@ TEST_F(SessionsTest, CardsAreMadeOfLossesAndDeleted) {
   EXPECT_EQ(json::parse(box.Run({"cards", ledger, "--json"}).out), json::array());
 }
 
-// Half of an entry lost more of what it had risked than another entry did.
-TEST_F(SessionsTest, TheLargestLossIsThatOfTheLargestPartOfARisk) {
+// Half an entry lost a larger share of its risk than the other entry did.
+TEST_F(SessionsTest, TheLargestLossIsTheOneThatLostMostOfItsRisk) {
   ASSERT_EQ(box.Run(Start("ledger"),
                     "pause\nplan stop=120\nshort 2\nplan stop=127\nshort 1\n"
                     "next\nnext\noffset-short 1\nnext\noffset-short 2\n")

@@ -315,7 +315,7 @@ TEST_F(LinkDriverTest, ChartsShowTheOrdersUpToTheCurrentBarAndWhatIsHeld) {
     session.Plans.Add({.is_long = true, .entry = true, .bar = 5, .held = 1, .plan = plan});
   }
   host.ShowPositions();
-  ASSERT_EQ(link.positions.plans.size(), 40U) << "of more the oldest is missing";
+  ASSERT_EQ(link.positions.plans.size(), 40U) << "the oldest is left out";
   EXPECT_EQ(link.positions.plans.front().price, 1);
   EXPECT_EQ(link.positions.plans.back().price, 40);
 }

@@ -224,7 +224,7 @@ TEST(Aggregation, KnowsWhatIsNotComplete) {
   const auto says_so = [&](int interval, std::ptrdiff_t cut, bool newest_first) {
     std::vector<Bar> later(bars.begin() + cut, bars.end());
     if (newest_first) std::ranges::reverse(later);
-    // Newest first, in pieces too.
+    // Newest first, with a sample smaller than the file.
     const std::size_t sample = newest_first ? 10 : SeriesBuilder::kSample;
     const BuiltSeries built = Build(later, With(interval), {}, sample);
     return std::ranges::count(built.remarks,
@@ -334,7 +334,7 @@ TEST(NewestBars, OfTooManyLeaveOutTheOldest) {
   }
 }
 
-TEST(Series, WithNoneOfTheDaysThatAreAskedForIsRefused) {
+TEST(Series, WithNoBarInTheRequestedDaysIsRefused) {
   EXPECT_THAT(Build(BarsEvery(kHour, 200), {.from = 20300101}).refusal, HasSubstr("--from"));
 }
 

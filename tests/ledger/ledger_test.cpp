@@ -196,9 +196,10 @@ TEST_F(LedgerTest, OneProgramOwnsALedgerWhicheverLinkLeadsToIt) {
   LedgerOpen(first, scratch.Sub("second.mdb"));
   EXPECT_THAT(first.WhyNot(), HasSubstr("hard link"));
   EXPECT_EQ(Rows(first), 1U);
+  LedgerClose(first);
   fs::remove(scratch.Sub("second.mdb"));
   LedgerOpen(first, scratch.Sub("folder/real.mdb"));
-  EXPECT_EQ(first.WhyNot(), "") << "of the refusal before";
+  EXPECT_EQ(first.WhyNot(), "") << "the earlier refusal is gone";
 }
 
 TEST_F(LedgerTest, ARowThatWouldBeLostIsRefused) {
@@ -483,7 +484,7 @@ TEST(LedgerChanges, AreWholeOrNotDone) {
   }
 }
 
-// Of the session that is played or of an earlier one, in shown prices of twice the real ones.
+// For the session being played and for an earlier one. Shown prices are twice the real ones.
 TEST(LedgerReveal, WritesWhatWasHiddenAndDropsTheTradesOfThatSessionOnly) {
   for (const bool current : {true, false}) {
     LedgerConnection ledger = PlayedLedger();

@@ -147,16 +147,16 @@ TEST_F(DirectoryReading, AListOfColumnNamesOverridesTheirOrder) {
   }
 }
 
-// One reader goes through several directories and series.
 TEST_F(DirectoryReading, ADirectoryThatCannotBeReadIsNoEmptyOne) {
   directory_.Write("file", "");
-  for (const auto& [name, why] : {std::pair("none", "No such file"), {"file", "Not a directory"}}) {
-    EXPECT_THAT(
-        [&] { DirectoryListing::Read(directory_ / name); },
-        ThrowsMessage<MetaLibError>(AllOf(HasSubstr(directory_.Sub(name)), HasSubstr(why))));
+  for (const auto& row : {std::pair("none", "No such file"), {"file", "Not a directory"}}) {
+    EXPECT_THAT([&] { DirectoryListing::Read(directory_ / row.first); },
+                ThrowsMessage<MetaLibError>(
+                    AllOf(HasSubstr(directory_.Sub(row.first)), HasSubstr(row.second))));
   }
 }
 
+// One reader goes through several directories and series.
 TEST_F(DirectoryReading, AReaderBeginsAnewWithEachDirectoryAndSeries) {
   directory_.Write("MASTER", Master({{.symbol = "AAA"}, {.number = 2, .symbol = "BBB"}}));
   directory_.Write("F1.DAT", DailyBytes({DailyBar(20050103), DailyBar(20050105)}));

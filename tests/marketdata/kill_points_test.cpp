@@ -31,15 +31,15 @@ std::vector<std::pair<std::int32_t, std::int32_t>> DatesIn(const ScratchFolder& 
   return dates;
 }
 
-// Programs that trust the count would read bars that aren't there. A bar that could not be added
-// is a later one than the store may hold: not even its bytes stay.
-void ExpectNoMoreThanItHolds(const ScratchFolder& directory, bool nor_less) {
+// Programs that trust the count would read bars that aren't there. A bar that could not be added is
+// later than the store may show, so not even its bytes may stay.
+void ExpectCountFitsFile(const ScratchFolder& directory, bool exactly) {
   constexpr std::size_t kRecord = 28;
   const std::string data = directory.Read("F1.DAT");
   const auto counted = static_cast<unsigned char>(data.at(2)) +
                        static_cast<std::size_t>(static_cast<unsigned char>(data.at(3))) * 256;
   EXPECT_LE(counted * kRecord, data.size());
-  EXPECT_TRUE(!nor_less || counted * kRecord == data.size());
+  EXPECT_TRUE(!exactly || counted * kRecord == data.size());
 }
 
 constexpr int kBars = 200;
@@ -168,7 +168,7 @@ TEST(KillPoints, ASeriesIsAsBeforeOrAfterWhateverCallFails) {
       const bool refuses = failed.exit_code == 2;
       EXPECT_TRUE(refuses || failed.exit_code == 0);
       EXPECT_TRUE(refuses || DatesIn(directory) == DatesIn(done));
-      ExpectNoMoreThanItHolds(directory, one.name == std::string("append") && !fault.stays_broken);
+      ExpectCountFitsFile(directory, one.name == std::string("append") && !fault.stays_broken);
       for (std::size_t i = 0; i < found.size(); ++i) {
         EXPECT_TRUE(found[i] == after[i] || (refuses && found[i] == before[i]));
       }
@@ -181,8 +181,8 @@ TEST(KillPoints, ASeriesIsAsBeforeOrAfterWhateverCallFails) {
   }
 }
 
-// Its smallest gap would name other minutes than those that it is written with.
-TEST(KillPoints, ASeriesOfUnknownMinutesIsFoundUnderTheSameOnesWhateverFails) {
+// The gap between its old bars would suggest other minutes.
+TEST(KillPoints, ASeriesOfUnknownMinutesKeepsItsMinutesWhateverCallFails) {
   if (!CanTrace()) GTEST_SKIP() << "no permission to trace a process";
   const auto write = [](const std::string& directory) {
     IndexCache cache;

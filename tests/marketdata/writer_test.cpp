@@ -157,6 +157,14 @@ TEST_F(Writer, TheIndexesHaveTheDatesOfTheBarsAndKeepOtherBytes) {
   EXPECT_EQ(directory_.Read("MASTER"), master()) << "the place is another security's by now";
 }
 
+TEST_F(Writer, ASeriesOfUnknownMinutesTakesThoseItIsWrittenWith) {
+  directory_.Write("MASTER", Master({{.frame = 'I', .fields = 8}}));
+  const std::vector<Bar> bars = {TimedBar(20050103, 93000), TimedBar(20050103, 100000)};
+  With("AAA", 15, [&](MetaLibWriter& writer) { Write(writer, bars); });
+  EXPECT_EQ(ReadBars(directory_, "AAA", 15), bars);  // not the 30 minutes between the bars
+  EXPECT_EQ(ErrorOf([&] { ReadBars(directory_, "AAA", 30); }), MetaLibError::kSeriesNotFound);
+}
+
 TEST_F(Writer, KeepsOthersOutOfItsDirectory) {
   directory_.Write("MASTER", Master({{}}));
   const std::string path = Text();

@@ -32,7 +32,7 @@ TEST(UserFiles, AreNextToTheProgramUntilItIsInstalled) {
   EXPECT_EQ(ReadFile(own / "samples" / "MASTER"), "with an import");
 }
 
-TEST(JournalPicture, HasAUniqueNameInAnExistingFolder) {
+TEST(JournalPicture, IsNamedAfterItsOrderInAnExistingFolder) {
   const ScratchFolder folder;
   const fs::path good = JournalPicture(folder / "Portfolio.mdb", 12, 3);
   EXPECT_EQ(good, folder / "Journal" / "Portfolio-12-3.png");

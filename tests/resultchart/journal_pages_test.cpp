@@ -8,7 +8,8 @@
 namespace velumar {
 namespace {
 
-// Two pictures of a trade, a high one and a low one in either order, and a file that is none.
+// Two pictures of a trade, a tall one and a wide one in either order, and a file that does not
+// exist.
 TEST(JournalOnPaper, ShowsThePicturesNextToEachOther) {
   const ScratchFolder folder;
   const auto picture = [&](const std::string& name, QSize size, const QColor& colour) {
@@ -17,9 +18,9 @@ TEST(JournalOnPaper, ShowsThePicturesNextToEachOther) {
     image.save(QString::fromStdString(folder.Sub(name)));
     return folder.Sub(name);
   };
-  const std::string high = picture("high.png", {100, 40}, Qt::red);
-  const std::string low = picture("low.png", {1200, 120}, Qt::blue);
-  for (const auto& [left, right] : {std::pair{high, low}, {low, high}}) {
+  const std::string tall = picture("tall.png", {100, 40}, Qt::red);
+  const std::string wide = picture("wide.png", {1200, 120}, Qt::blue);
+  for (const auto& [left, right] : {std::pair{tall, wide}, {wide, tall}}) {
     const PageGroup group = JournalGroup({"A trade", {}, {left, folder.Sub("none"), right}}, 612);
     const PageBlock& pictures = group.blocks.back();
     EXPECT_EQ(pictures.height, 300 * 40 / 100 + 4) << "half of the width, less the gap";
@@ -27,10 +28,10 @@ TEST(JournalOnPaper, ShowsThePicturesNextToEachOther) {
     page.fill(Qt::white);
     QCPPainter painter(&page);
     pictures.paint(painter, {0, 0, 612, pictures.height});
-    EXPECT_EQ(page.pixelColor(150, 15), QColor(left == high ? Qt::red : Qt::blue));
+    EXPECT_EQ(page.pixelColor(150, 15), QColor(left == tall ? Qt::red : Qt::blue));
     EXPECT_EQ(page.pixelColor(306, 15), QColor(Qt::white));
-    EXPECT_EQ(page.pixelColor(460, 15), QColor(left == high ? Qt::blue : Qt::red));
-    EXPECT_EQ(page.pixelColor(left == high ? 150 : 460, 120), QColor(Qt::red))
+    EXPECT_EQ(page.pixelColor(460, 15), QColor(left == tall ? Qt::blue : Qt::red));
+    EXPECT_EQ(page.pixelColor(left == tall ? 150 : 460, 120), QColor(Qt::red))
         << "its whole height";
   }
 }

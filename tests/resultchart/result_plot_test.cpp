@@ -57,7 +57,7 @@ TEST(ResultPlot, ShowsASinglePointAndBarsFromZero) {
   plot.SetPoints(PointsOf({20, 20, 20}));
   ResultPlot fresh;
   fresh.SetPoints(PointsOf({20, 20, 20}));
-  EXPECT_EQ(ColouredRows(plot), ColouredRows(fresh)) << "no dot of the single point";
+  EXPECT_EQ(ColouredRows(plot), ColouredRows(fresh)) << "the dot of the single point is gone";
   plot.SetPoints(PointsOf({20, 100}));
   plot.SetStyle({.type = ChartType::k2DBar});
   EXPECT_GT(ColouredRows(plot).size(), 350U) << "the bar of 100 fills the height";

@@ -137,6 +137,8 @@ TEST_F(RunResultsTest, AnArchivedRunReadsAsBeforeAndASessionAsIfItHadNoPauses) {
   Begin(5);
   EXPECT_EQ(Titles().front(), "This session: 1 run, 0 orders");
   EXPECT_EQ(read(LedgerScope::Run(1)), without_pauses);
+  Begin(6);
+  EXPECT_TRUE(ReadRecord(ledger, LedgerScope::Run(2)).orders.empty());
   LedgerOpen(ledger, ":memory:");
   TradeARun(true);
   EXPECT_EQ(read(LedgerScope::Session(1)), without_pauses);
@@ -281,7 +283,7 @@ TEST_F(RunResultsTest, LargeAndNegativeMoneyKeepsItsSign) {
   }
 }
 
-// The bars after the entry's up to the exit's; of equal extremes the first.
+// From the bar after the entry to the bar of the exit. Of equal extremes, the first counts.
 TEST(RecordedTrade, KnowsWhenThePriceWentFarthestEitherWay) {
   const std::vector<std::int32_t> dates{20070110, 20070111, 20070112, 20070113, 20070114};
   const std::vector<float> highs{99, 12, 12, 13, 99}, lows{1, 8, 8, 7, 1}, closes(5, 10);

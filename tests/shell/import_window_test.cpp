@@ -180,10 +180,10 @@ TEST_F(ImportWindowTest, AnAnswerReadsTheFileAgainAndMayCountForAllFiles) {
   files.during_import["late"] = [this] { Drop({"after.csv"}); };
   form.cmdImport.UserClick();
   EXPECT_EQ(Cell(6, BatchColumn::kSymbol), "after") << "read once the import is done";
-  EXPECT_EQ(form.lstRows.Content().count, 3U) << "with a gap between the lines 2 and 11";
+  EXPECT_EQ(form.lstRows.Content().count, 3U) << "with a gap between lines 2 and 11";
   form.on_close();
   Drop({"plain.csv"});
-  EXPECT_EQ(form.lstRows.Content().count, 2U) << "no gap between the lines 2 and 3";
+  EXPECT_EQ(form.lstRows.Content().count, 2U) << "no gap between lines 2 and 3";
   form.on_close();
   Drop({"a.csv", "ask1.csv", "ask2.csv"});
   EXPECT_TRUE(form.lblQuestion.Visible()) << "a new window shows its first question";
@@ -192,7 +192,7 @@ TEST_F(ImportWindowTest, AnAnswerReadsTheFileAgainAndMayCountForAllFiles) {
   form.cmdNext.UserClick();
   EXPECT_NE(asked(), first);
   form.cmdNext.UserClick();
-  EXPECT_EQ(asked(), first) << "after the last the first again";
+  EXPECT_EQ(asked(), first) << "the first again after the last";
 }
 
 TEST_F(ImportWindowTest, AQuestionThatStoredBarsRaiseIsAskedLikeOthers) {
