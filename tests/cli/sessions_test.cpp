@@ -5,6 +5,7 @@
 #include "cli/sandbox.h"
 #include "ledger/cards.h"
 #include "ledger/drills.h"
+#include "ledger/notes.h"
 #include "results/run_record.h"
 #include "session/played_trades.h"
 #include "support/traced_child.h"
@@ -210,6 +211,40 @@ TEST_F(SessionsTest, TheLargestLossIsTheOneThatLostMostOfItsRisk) {
   LedgerConnection ledger([](std::string_view iso) { return std::string(iso); });
   LedgerOpenToRead(ledger, box.At("ledger"));
   EXPECT_EQ(LedgerCards(ledger).at(0).order.place, 1);
+}
+
+TEST_F(SessionsTest, TheJournalHasEachTradeOnceInEveryForm) {
+  const std::string file = box.At("ledger");
+  ASSERT_EQ(box.Run(Start("ledger"),
+                    "pause\nplan stop=120 setup=gap reasons=late\nshort 2\nnext\noffset-short 2\n"
+                    "long 1\n")
+                .code,
+            0);
+  {
+    LedgerConnection ledger([](std::string_view iso) { return std::string(iso); });
+    LedgerOpen(ledger, file);
+    for (const char* text : {"first", "better"}) {
+      LedgerWriteNote(ledger, {1, {1, 1}, text, "2026-01-05 10:00:00"});
+    }
+  }
+  const json journal = json::parse(box.Run({"journal", file, "--json"}).out).at(0);
+  EXPECT_EQ(journal["session"], 1);
+  ASSERT_EQ(journal["trades"].size(), 2U);
+  const json& trade = journal["trades"][0];
+  EXPECT_EQ(trade["side"], "Short");
+  EXPECT_EQ(trade["money"], -2000);
+  EXPECT_EQ(trade["stop"], 120);
+  EXPECT_EQ(trade["setup"], "gap");
+  EXPECT_EQ(trade["notes"].size(), 2U);
+  EXPECT_EQ(trade["note"], "better");
+  EXPECT_TRUE(journal["trades"][1]["exit_price"].is_null()) << "still open";
+  const std::string csv = box.Run({"journal", file, "--csv", "--session", "1"}).out;
+  EXPECT_EQ(std::ranges::count(csv, '\n'), 3);
+  EXPECT_THAT(box.Run({"journal", file}).out,
+              testing::AllOf(HasSubstr("gap"), HasSubstr("better")));
+  EXPECT_EQ(box.Run({"journal", file, "--html", box.At("page")}).code, 0);
+  EXPECT_THAT(ReadFile(box.At("page") + "/journal.html"), HasSubstr("better"));
+  EXPECT_THAT(box.Run({"journal", file, "--session", "7"}).err, HasSubstr("7"));
 }
 
 TEST_F(SessionsTest, StatsAreThoseOfTheTradesThatTheFiltersLetThrough) {
