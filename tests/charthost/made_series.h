@@ -6,21 +6,13 @@
 #include <vector>
 
 #include "charthost/bar_series.h"
-#include "marketdata/bar.h"
+#include "support/scratch.h"
 
 namespace velumar {
 
 inline BarSeries SeriesOfBars(const std::vector<Bar>& bars) {
   BarSeries series;
-  for (const Bar& bar : bars) {
-    series.dates.push_back(bar.date);
-    series.times.push_back(bar.time);
-    series.opens.push_back(bar.open);
-    series.highs.push_back(bar.high);
-    series.lows.push_back(bar.low);
-    series.closes.push_back(bar.close);
-    series.volumes.push_back(bar.volume);
-  }
+  static_cast<BarArrays&>(series) = ArraysOf(bars);
   DescribeSeries(series);
   return series;
 }

@@ -13,21 +13,6 @@
 namespace velumar {
 namespace {
 
-BarArrays Arrays(const std::vector<Bar>& bars) {
-  BarArrays all;
-  for (const Bar& bar : bars) {
-    all.dates.push_back(bar.date);
-    all.times.push_back(bar.time);
-    all.opens.push_back(bar.open);
-    all.highs.push_back(bar.high);
-    all.lows.push_back(bar.low);
-    all.closes.push_back(bar.close);
-    all.volumes.push_back(bar.volume);
-    all.open_interests.push_back(bar.open_interest);
-  }
-  return all;
-}
-
 // Bars on any days since 1900, at prices of any size.
 std::vector<Bar> AnyBars(std::mt19937& random, int count) {
   const auto roll = [&](double low, double high) {
@@ -49,7 +34,7 @@ std::vector<Bar> AnyBars(std::mt19937& random, int count) {
 TEST(BlindMask, KeepsWeekdaysAndShapeAndFitsADataFile) {
   std::mt19937 random(3);
   for (int i = 0; i < 300; ++i) {
-    const BarArrays real = Arrays(AnyBars(random, 400));
+    const BarArrays real = ArraysOf(AnyBars(random, 400));
     const std::size_t first = 249 + static_cast<std::size_t>(i) % 100;
     const auto mask = MaskOf(real, first, true);
     ASSERT_TRUE(mask) << i;
@@ -76,7 +61,7 @@ TEST(BlindMask, RefusesWhatItWouldDamage) {
     bars[0].close = first_close;
     bars[1].high = other;
     bars[1].date = date;
-    const auto mask = MaskOf(Arrays(bars), 0, true);
+    const auto mask = MaskOf(ArraysOf(bars), 0, true);
     EXPECT_GT(mask.value_or(BlindMask()).factor, 0) << "it would turn the chart upside down";
     return mask.has_value();
   };

@@ -39,6 +39,21 @@ inline std::vector<Bar> IntradayBars(int count, int minutes) {
   return bars;
 }
 
+inline BarArrays ArraysOf(const std::vector<Bar>& bars) {
+  BarArrays all;
+  for (const Bar& bar : bars) {
+    all.dates.push_back(bar.date);
+    all.times.push_back(bar.time);
+    all.opens.push_back(bar.open);
+    all.highs.push_back(bar.high);
+    all.lows.push_back(bar.low);
+    all.closes.push_back(bar.close);
+    all.volumes.push_back(bar.volume);
+    all.open_interests.push_back(bar.open_interest);
+  }
+  return all;
+}
+
 // From the directory that is open.
 inline std::vector<Bar> ReadBars(MetaLibReader& reader, const std::string& symbol, int interval) {
   reader.SelectSeries(symbol, interval == -1 ? 1 : 0, interval);
